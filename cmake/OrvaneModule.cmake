@@ -1,0 +1,76 @@
+# One target per folder under src/, made by one function that knows the allowed doors.
+
+set(ORVANE_DOORS_FILE ${CMAKE_SOURCE_DIR}/cmake/doors.txt)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ORVANE_DOORS_FILE})
+
+# The link targets behind the names of doors.txt that are not rooms.
+set(ORVANE_DOOR_qt Qt6::Widgets)
+set(ORVANE_DOOR_sqlite SQLite::SQLite3)
+set(ORVANE_DOOR_date date::date date::date-tz)
+set(ORVANE_DOOR_spdlog spdlog::spdlog)
+set(ORVANE_DOOR_fmt fmt::fmt)
+set(ORVANE_DOOR_cli11 CLI11::CLI11)
+set(ORVANE_DOOR_json nlohmann_json::nlohmann_json)
+set(ORVANE_DOOR_qscintilla orvane::qscintilla)
+set(ORVANE_DOOR_dl ${CMAKE_DL_LIBS})
+
+# orvane_doors(ROOM RESULT): the link targets for the doors that doors.txt gives the room.
+function(orvane_doors room result)
+  file(STRINGS ${ORVANE_DOORS_FILE} line REGEX "^${room}:")
+  if(line STREQUAL "")
+    message(FATAL_ERROR "cmake/doors.txt has no line for ${room}")
+  endif()
+  string(REGEX REPLACE "^${room}:[ ]*" "" doors "${line}")
+  separate_arguments(doors)
+  set(targets)
+  foreach(door IN LISTS doors)
+    if(DEFINED ORVANE_DOOR_${door})
+      list(APPEND targets ${ORVANE_DOOR_${door}})
+    else()
+      list(APPEND targets orvane_${door})
+    endif()
+  endforeach()
+  set(${result} ${targets} PARENT_SCOPE)
+endfunction()
+
+# orvane_module(NAME SOURCES...): the static library orvane_NAME of the folder src/NAME with the
+# doors of its room. Without sources it is a library of headers.
+function(orvane_module name)
+  orvane_doors(${name} doors)
+  if(ARGN)
+    add_library(orvane_${name} STATIC ${ARGN})
+    target_include_directories(orvane_${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(orvane_${name} PUBLIC ${doors})
+  else()
+    add_library(orvane_${name} INTERFACE)
+    target_include_directories(orvane_${name} INTERFACE ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(orvane_${name} INTERFACE ${doors})
+  endif()
+endfunction()
+
+# orvane_component(TARGET ROOM VERSION SOURCES...): the in-process component libTARGET.so, which
+# exports the four entry points only and carries a version resource. VERSION is MAJOR.MINOR.BUILD.
+function(orvane_component target room version)
+  add_library(${target} MODULE ${ARGN})
+  target_link_libraries(${target} PRIVATE orvane_${room})
+  target_link_options(${target} PRIVATE
+    -Wl,--version-script=${CMAKE_SOURCE_DIR}/cmake/entry_points.map)
+  set_target_properties(${target} PROPERTIES
+    LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/entry_points.map)
+  orvane_version_resource(${target} ${version})
+endfunction()
+
+# orvane_version_resource(TARGET VERSION): links the fixed file-information record into the
+# target, as file and product version, in the section that the component runtime reads.
+function(orvane_version_resource target version)
+  if(NOT version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
+    message(FATAL_ERROR "the version of ${target} is not MAJOR.MINOR.BUILD")
+  endif()
+  set(ORVANE_VERSION_TEXT ${version})
+  math(EXPR ORVANE_VERSION_MAJOR "${CMAKE_MATCH_1}")
+  math(EXPR ORVANE_VERSION_MINOR "${CMAKE_MATCH_2}")
+  math(EXPR ORVANE_VERSION_BUILD "${CMAKE_MATCH_3}")
+  set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.cpp)
+  configure_file(${CMAKE_SOURCE_DIR}/cmake/version_resource.cpp.in ${resource} @ONLY)
+  target_sources(${target} PRIVATE ${resource})
+endfunction()

@@ -1,0 +1,17 @@
+# orvane_test(NAME LINK targets... SOURCES files... [RESOURCES locks...] [TIMEOUT seconds]): the
+# test program NAME_tests, its cases found when it is built. Windows are drawn offscreen.
+function(orvane_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "" "TIMEOUT" "LINK;SOURCES;RESOURCES")
+  add_executable(${name}_tests ${TEST_SOURCES})
+  target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/src)
+  target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gmock_main)
+  if(NOT TEST_TIMEOUT)
+    set(TEST_TIMEOUT 300)
+  endif()
+  set(properties TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+  if(TEST_RESOURCES)
+    list(APPEND properties RESOURCE_LOCK "${TEST_RESOURCES}")
+  endif()
+  gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
+    PROPERTIES ${properties})
+endfunction()

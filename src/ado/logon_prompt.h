@@ -1,0 +1,30 @@
+// The logon prompt's contract: the connection layer asks, the host shows the dialog.
+#pragma once
+
+#include <vector>
+
+#include "platform/types.h"
+
+namespace orvane::ado {
+
+struct LogonRequest {
+  platform::Text sServer;
+  platform::Text sUser;
+  platform::Text sPassword;  ///< wiped by the connection layer as soon as the session is open
+  platform::Boolean bServerSelectable = true;
+  std::vector<platform::Text> knownServers;
+};
+
+class LogonPrompt {
+ public:
+  LogonPrompt() = default;
+  LogonPrompt(const LogonPrompt&) = delete;
+  LogonPrompt& operator=(const LogonPrompt&) = delete;
+  virtual ~LogonPrompt() = default;
+
+  /// Shows the dialog, filled from the request; on OK puts what was chosen into the request and
+  /// returns true, on Cancel returns false and leaves the request alone.
+  virtual platform::Boolean Ask(LogonRequest& request) = 0;
+};
+
+}  // namespace orvane::ado

@@ -1,0 +1,25 @@
+// Waiting belongs to the host: slow engine calls run through this.
+#pragma once
+
+#include <functional>
+#include <stop_token>
+
+#include "platform/types.h"
+
+namespace orvane::platform {
+
+class LongOperation {
+ public:
+  LongOperation() = default;
+  LongOperation(const LongOperation&) = delete;
+  LongOperation& operator=(const LongOperation&) = delete;
+  virtual ~LongOperation() = default;
+
+  /// Runs the work and returns when it is done, passing on what it throws. A host with a window
+  /// runs it off the user-interface thread, keeps the window painting, lets nothing else in, and
+  /// requests stop when the user presses Cancel; the work then ends as soon as it can with a
+  /// Failure of number failure::kCancelled. The work must not touch the user interface.
+  virtual void Run(const Text& sWhat, const std::function<void(std::stop_token)>& work) = 0;
+};
+
+}  // namespace orvane::platform
