@@ -1,10 +1,16 @@
-# orvane_test(NAME LINK targets... SOURCES files... [RESOURCES locks...] [TIMEOUT seconds]): the
-# test program NAME_tests, its cases found when it is built. Windows are drawn offscreen.
+# orvane_test(NAME [QT] LINK targets... SOURCES files... [RESOURCES locks...] [TIMEOUT seconds]):
+# the test program NAME_tests, its cases found when the tests run. With QT there is a QApplication
+# around them, and windows are drawn offscreen.
 function(orvane_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "" "TIMEOUT" "LINK;SOURCES;RESOURCES")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT" "TIMEOUT" "LINK;SOURCES;RESOURCES")
   add_executable(${name}_tests ${TEST_SOURCES})
   target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/src)
-  target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gmock_main)
+  if(TEST_QT)
+    target_sources(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/qt_main.cpp)
+    target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} Qt6::Widgets Qt6::Test GTest::gmock)
+  else()
+    target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gmock_main)
+  endif()
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 300)
   endif()
