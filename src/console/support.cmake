@@ -1,0 +1,2 @@
+# Documents, data access, waiting and dialogs.
+list(APPEND CONSOLE_SOURCES)

@@ -1,0 +1,2 @@
+# The window: scope pane, result pane, menus, toolbars.
+list(APPEND CONSOLE_SOURCES)

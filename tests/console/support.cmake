@@ -1,0 +1,1 @@
+# Tests of documents, data access, waiting and dialogs.
