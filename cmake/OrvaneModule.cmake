@@ -49,7 +49,7 @@ function(orvane_module name)
 endfunction()
 
 # orvane_component(TARGET ROOM VERSION SOURCES...): the in-process component libTARGET.so, which
-# exports the four entry points only and carries a version resource. VERSION is MAJOR.MINOR.BUILD.
+# exports the four entry points only and carries a version resource (see below for VERSION).
 function(orvane_component target room version)
   add_library(${target} MODULE ${ARGN})
   target_link_libraries(${target} PRIVATE orvane_${room})
@@ -61,15 +61,22 @@ function(orvane_component target room version)
 endfunction()
 
 # orvane_version_resource(TARGET VERSION): links the fixed file-information record into the
-# target, as file and product version, in the section that the component runtime reads.
+# target, as file and product version, in the section that the component runtime reads. VERSION is
+# MAJOR.MINOR.REVISION, whose build number is 0 ("1.00.0001" is 1.0.1), or
+# MAJOR.MINOR.BUILD.REVISION.
 function(orvane_version_resource target version)
-  if(NOT version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
-    message(FATAL_ERROR "the version of ${target} is not MAJOR.MINOR.BUILD")
+  if(version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
+    set(ORVANE_VERSION_BUILD 0)
+    set(ORVANE_VERSION_REVISION ${CMAKE_MATCH_3})
+  elseif(version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
+    set(ORVANE_VERSION_BUILD ${CMAKE_MATCH_3})
+    set(ORVANE_VERSION_REVISION ${CMAKE_MATCH_4})
+  else()
+    message(FATAL_ERROR
+      "the version of ${target} is neither MAJOR.MINOR.REVISION nor MAJOR.MINOR.BUILD.REVISION")
   endif()
-  set(ORVANE_VERSION_TEXT ${version})
-  math(EXPR ORVANE_VERSION_MAJOR "${CMAKE_MATCH_1}")
-  math(EXPR ORVANE_VERSION_MINOR "${CMAKE_MATCH_2}")
-  math(EXPR ORVANE_VERSION_BUILD "${CMAKE_MATCH_3}")
+  set(ORVANE_VERSION_MAJOR ${CMAKE_MATCH_1})
+  set(ORVANE_VERSION_MINOR ${CMAKE_MATCH_2})
   set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.cpp)
   configure_file(${CMAKE_SOURCE_DIR}/cmake/version_resource.cpp.in ${resource} @ONLY)
   target_sources(${target} PRIVATE ${resource})
