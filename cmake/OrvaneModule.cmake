@@ -49,7 +49,7 @@ function(orvane_module name)
 endfunction()
 
 # orvane_component(TARGET ROOM VERSION SOURCES...): the in-process component libTARGET.so, which
-# exports the four entry points only and carries a version resource (see below for VERSION).
+# exports the four entry points only and carries a version resource.
 function(orvane_component target room version)
   add_library(${target} MODULE ${ARGN})
   target_link_libraries(${target} PRIVATE orvane_${room})
@@ -61,23 +61,34 @@ function(orvane_component target room version)
 endfunction()
 
 # orvane_version_resource(TARGET VERSION): links the fixed file-information record into the
-# target, as file and product version, in the section that the component runtime reads. VERSION is
-# MAJOR.MINOR.REVISION, whose build number is 0 ("1.00.0001" is 1.0.1), or
-# MAJOR.MINOR.BUILD.REVISION.
+# target, as file and product version, in the section that the component runtime reads. VERSION
+# is MAJOR.MINOR.BUILD.REVISION or, short, MAJOR.MINOR.REVISION: 1.0.1 is "1.00.0001", build 0.
+#
+# The host carries 6.0.0.0: snap-ins ask for a console of 5.1.2600.0 or later before they use
+# everything that its toolbar can do.
 function(orvane_version_resource target version)
-  if(version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
-    set(ORVANE_VERSION_BUILD 0)
-    set(ORVANE_VERSION_REVISION ${CMAKE_MATCH_3})
-  elseif(version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
-    set(ORVANE_VERSION_BUILD ${CMAKE_MATCH_3})
-    set(ORVANE_VERSION_REVISION ${CMAKE_MATCH_4})
+  if(version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
+    set(numbers "${CMAKE_MATCH_1};${CMAKE_MATCH_2};${CMAKE_MATCH_3};${CMAKE_MATCH_4}")
+  elseif(version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
+    set(numbers "${CMAKE_MATCH_1};${CMAKE_MATCH_2};0;${CMAKE_MATCH_3}")
   else()
     message(FATAL_ERROR
       "the version of ${target} is neither MAJOR.MINOR.REVISION nor MAJOR.MINOR.BUILD.REVISION")
   endif()
-  set(ORVANE_VERSION_MAJOR ${CMAKE_MATCH_1})
-  set(ORVANE_VERSION_MINOR ${CMAKE_MATCH_2})
+  foreach(number IN LISTS numbers)
+    if(number GREATER 65535)
+      message(FATAL_ERROR "the version of ${target} has a number above 65535")
+    endif()
+  endforeach()
+  list(GET numbers 0 ORVANE_VERSION_MAJOR)
+  list(GET numbers 1 ORVANE_VERSION_MINOR)
+  list(GET numbers 2 ORVANE_VERSION_BUILD)
+  list(GET numbers 3 ORVANE_VERSION_REVISION)
+  foreach(part MAJOR MINOR BUILD REVISION)
+    math(EXPR ORVANE_VERSION_${part} "${ORVANE_VERSION_${part}}")
+  endforeach()
   set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.cpp)
   configure_file(${CMAKE_SOURCE_DIR}/cmake/version_resource.cpp.in ${resource} @ONLY)
   target_sources(${target} PRIVATE ${resource})
+  target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/src)
 endfunction()
