@@ -1,0 +1,2 @@
+# The engines that the provider stands on.
+list(APPEND PROVIDER_SOURCES)

@@ -1,0 +1,92 @@
+// What an engine is to the provider: open, run, schema, cancel, close, in plain SQL with
+// parameters. It knows nothing of historian SQL. Calls of one session come one at a time, from
+// changing threads; a stop token cancels the call it was given to, from any thread.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <vector>
+
+#include "platform/ado/connection.h"
+
+namespace orvane::provider::engines {
+
+/// A catalog as a statement reaches it: the name that qualifies its tables, and where it is.
+struct Catalog {
+  platform::Text sName;
+  platform::Text sPlace;  ///< for an engine on files the file's path, otherwise unused
+  platform::Boolean bReadOnly = false;
+};
+
+/// One statement in the engine's own SQL.
+struct EngineStatement {
+  platform::Text sSql;
+  /// One for each "?" in order. Timestamps are bound as the engine stores them.
+  std::vector<platform::Value> parameters;
+  /// The catalogs that the statement names; they are within reach only while it runs.
+  std::vector<Catalog> catalogs;
+  platform::RowIndex maxRows = 0;        ///< 0 fetches all rows
+  std::chrono::milliseconds timeout{0};  ///< 0 waits for ever
+};
+
+struct EngineResult {
+  platform::RecordsetPtr recordset;  ///< never null; without fields when there is no rowset
+  platform::Long lRecordsAffected = 0;
+};
+
+struct ColumnSchema {
+  platform::Text sName;
+  platform::Text sDeclaredType;  ///< as it was written when the table was made, may be empty
+  platform::DataType type = platform::DataType::Empty;
+  platform::Boolean bNullable = true;
+  platform::Long lKeyOrdinal = 0;          ///< place in the primary key from 1, 0 outside of it
+  std::optional<platform::Text> sDefault;  ///< the default's SQL text
+};
+
+struct TableSchema {
+  platform::Text sName;
+  platform::Boolean bView = false;
+  std::vector<ColumnSchema> columns;  ///< in the table's order; empty when not asked for
+};
+
+/// Which tables to describe.
+struct SchemaRequest {
+  std::optional<platform::Text> sTable;  ///< exactly this one (or none), instead of all
+  platform::Boolean bColumns = true;     ///< false describes the tables without their columns
+};
+
+class EngineSession {
+ public:
+  EngineSession() = default;
+  EngineSession(const EngineSession&) = delete;
+  EngineSession& operator=(const EngineSession&) = delete;
+  virtual ~EngineSession() = default;
+
+  /// Runs exactly one statement; a second one behind it fails with failure::kSqlError. Fails with
+  /// kTimeout, kCancelled, kBusy and the other numbers of the database. A statement that fails
+  /// has changed nothing.
+  virtual EngineResult Run(const EngineStatement& statement, std::stop_token stop) = 0;
+  /// Tables and views of a catalog in the order of their names, in one statement however many
+  /// there are. Tables of the engine's own are left out.
+  virtual std::vector<TableSchema> Schema(const Catalog& catalog, const SchemaRequest& request,
+                                          std::stop_token stop) = 0;
+  /// Ends the session; closing twice does nothing. Recordsets stay usable.
+  virtual void Close() = 0;
+};
+
+class Engine {
+ public:
+  Engine() = default;
+  Engine(const Engine&) = delete;
+  Engine& operator=(const Engine&) = delete;
+  virtual ~Engine() = default;
+
+  /// Opens the database at the place. For an engine on files an empty place is a session without
+  /// a database of its own, which reaches the catalogs that its statements name.
+  virtual std::unique_ptr<EngineSession> Open(const Catalog& main, std::stop_token stop) = 0;
+};
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,32 @@
+// The engine on SQLite files. A TIMESTAMP column holds whole microseconds since 1970-01-01
+// 00:00:00 UTC as INTEGER, DATE and TIME columns hold ISO 8601 texts, BOOLEAN columns 0 and 1,
+// GUID columns 16 bytes or the text of a GUID; a value that is stored otherwise comes out as it is
+// stored. INTEGER and BIGINT come out in 64 bits, the shorter integer types in 32.
+// Used by the historian store and by sessions.
+#pragma once
+
+#include <chrono>
+
+#include "provider/engines/engine.h"
+
+namespace orvane::provider::engines {
+
+class SqliteEngine final : public Engine {
+ public:
+  /// Waits at most this long for a lock that another program holds.
+  explicit SqliteEngine(std::chrono::milliseconds lockWait = std::chrono::seconds(5))
+      : m_lockWait(lockWait) {}
+
+  /// Opens an existing file, never makes one; see CreateDatabase. Fails with kServerNotFound,
+  /// kNoRights, kNotADatabase, kBusy or kStorage.
+  std::unique_ptr<EngineSession> Open(const Catalog& main, std::stop_token stop) override;
+
+  /// Makes a new database file, ready for many readers beside one writer. Fails with
+  /// failure::kKeyExists when there is a file already.
+  void CreateDatabase(const platform::Text& sPath);
+
+ private:
+  std::chrono::milliseconds m_lockWait;
+};
+
+}  // namespace orvane::provider::engines

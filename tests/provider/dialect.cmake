@@ -1,0 +1,1 @@
+# Tests of the dialect, the historian store, sessions and schema rowsets.

@@ -1,0 +1,1 @@
+# Tests of the engines, on real database files.
