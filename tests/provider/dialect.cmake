@@ -1,1 +1,6 @@
-# Tests of the dialect, the historian store, sessions and schema rowsets.
+orvane_test(dialect
+  LINK orvane_provider
+  SOURCES
+    dialect/lexer_test.cpp
+    dialect/time_expression_test.cpp
+    dialect/time_zone_test.cpp)

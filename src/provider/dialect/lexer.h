@@ -1,0 +1,60 @@
+// Historian SQL as a row of tokens, with the places where they stand in the text.
+// Used by everything in this folder; what it accepts, the embedded engine reads the same way.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "platform/types.h"
+
+namespace orvane::provider::dialect {
+
+enum class TokenKind : std::uint8_t {
+  Word,              ///< keyword or bare name
+  QuotedIdentifier,  ///< "name", [name] or `name`
+  String,            ///< 'text'
+  Blob,              ///< x'00ff'
+  Number,
+  Symbol,  ///< operator or punctuation
+  End,     ///< behind the last token
+};
+
+struct Token {
+  TokenKind kind = TokenKind::End;
+  std::size_t position = 0;  ///< byte in the statement, from 0
+  std::size_t length = 0;
+  platform::Text sText;   ///< as written; for quoted tokens without quotes, doubled ones single
+  platform::Text sUpper;  ///< of words: in ASCII capitals, to compare with keywords
+
+  bool IsSymbol(std::string_view sSymbol) const {
+    return kind == TokenKind::Symbol && sText == sSymbol;
+  }
+  bool IsWord(std::string_view sKeyword) const {
+    return kind == TokenKind::Word && sUpper == sKeyword;
+  }
+  bool IsIdentifier() const {
+    return kind == TokenKind::Word || kind == TokenKind::QuotedIdentifier;
+  }
+};
+
+/// Reads a whole statement; the last token is End. Comments are left out. Exactly one statement
+/// is let through: ";" may stand at its end only. Fails with failure::kSqlError and the place in
+/// the text for an unfinished quote, a character that has no meaning, a parameter mark, a second
+/// statement, and for a text without any statement.
+std::vector<Token> ReadTokens(std::string_view sStatement);
+
+/// "at character N", counted from 1 in characters, not bytes.
+platform::Text AtCharacter(std::string_view sStatement, std::size_t position);
+
+/// Fails with failure::kSqlError and "<what> at character N of the statement; <advice>."
+[[noreturn]] void FailAt(std::string_view sStatement, std::size_t position,
+                         const platform::Text& sWhat, const platform::Text& sAdvice);
+
+/// The name in double quotes, as every engine reads it.
+platform::Text QuoteIdentifier(std::string_view sName);
+
+/// True when two names are the same to SQL: ASCII letters compare without regard to case.
+bool SameName(std::string_view sLeft, std::string_view sRight);
+
+}  // namespace orvane::provider::dialect
