@@ -52,7 +52,7 @@ class Column {
 
  private:
   void AppendWord(platform::ValueKind kind, std::uint32_t payload) {
-    if (m_kind == kind && !m_bMixed) [[likely]] {
+    if (m_kind == kind) [[likely]] {
       m_words.Append(payload);
       ++m_rows;
     } else {
@@ -60,7 +60,7 @@ class Column {
     }
   }
   void AppendWide(platform::ValueKind kind, std::uint64_t payload) {
-    if (m_kind == kind && !m_bMixed) [[likely]] {
+    if (m_kind == kind) [[likely]] {
       m_wides.Append(payload);
       ++m_rows;
     } else {
@@ -75,7 +75,8 @@ class Column {
   }
   std::uint64_t PayloadAt(std::size_t row) const;
 
-  platform::ValueKind m_kind = platform::ValueKind::Null;  // of all values, while not mixed
+  platform::ValueKind m_kind =
+      platform::ValueKind::Null;  // of all values; Null before the first and in a mixed column
   bool m_bMixed = false;
   std::uint16_t m_kindsSeen = 0;
   std::size_t m_rows = 0;

@@ -1,0 +1,219 @@
+#include "ado/column.h"
+
+#include <array>
+#include <cstring>
+#include <type_traits>
+
+#include "platform/failure.h"
+
+namespace orvane::ado {
+
+using platform::DataType;
+using platform::Value;
+using platform::ValueKind;
+
+namespace {
+
+constexpr std::uint16_t Bit(ValueKind kind) {
+  return static_cast<std::uint16_t>(1U << static_cast<unsigned>(kind));
+}
+
+bool IsWide(ValueKind kind) {
+  return kind == ValueKind::LongLong || kind == ValueKind::Double || kind == ValueKind::Timestamp ||
+         kind == ValueKind::TimeOfDay;
+}
+
+DataType TypeOf(ValueKind kind) {
+  switch (kind) {
+    case ValueKind::Boolean:
+      return DataType::Boolean;
+    case ValueKind::Long:
+      return DataType::Integer;
+    case ValueKind::LongLong:
+      return DataType::BigInt;
+    case ValueKind::Double:
+      return DataType::Double;
+    case ValueKind::Decimal:
+      return DataType::Numeric;
+    case ValueKind::Timestamp:
+      return DataType::DBTimeStamp;
+    case ValueKind::Date:
+      return DataType::DBDate;
+    case ValueKind::TimeOfDay:
+      return DataType::DBTime;
+    case ValueKind::Bytes:
+      return DataType::Binary;
+    case ValueKind::Guid:
+      return DataType::Guid;
+    case ValueKind::Null:
+      return DataType::Empty;
+    case ValueKind::Text:
+    case ValueKind::Object:
+      break;
+  }
+  return DataType::WChar;
+}
+
+std::string_view AsCharacters(std::span<const std::byte> bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+}  // namespace
+
+void Column::AppendNull() {
+  if (m_bMixed) {
+    Store(ValueKind::Null, 0);
+  } else if (m_kind != ValueKind::Null) {
+    m_nulls.resize(m_rows / 64 + 1);
+    m_nulls[m_rows / 64] |= std::uint64_t{1} << (m_rows % 64);
+    Store(m_kind, 0);
+  }
+  ++m_rows;
+}
+
+void Column::AppendBytes(std::span<const std::byte> bytes) {
+  AppendWord(ValueKind::Bytes, m_pool.Intern(AsCharacters(bytes)));
+}
+
+void Column::AppendValue(const Value& vtValue) {
+  std::visit(
+      [this](const auto& content) {
+        using T = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<T, platform::Null>) {
+          AppendNull();
+        } else if constexpr (std::is_same_v<T, bool>) {
+          AppendBoolean(content);
+        } else if constexpr (std::is_same_v<T, std::int32_t>) {
+          AppendLong(content);
+        } else if constexpr (std::is_same_v<T, std::int64_t>) {
+          AppendLongLong(content);
+        } else if constexpr (std::is_same_v<T, double>) {
+          AppendDouble(content);
+        } else if constexpr (std::is_same_v<T, platform::Decimal>) {
+          AppendWord(ValueKind::Decimal, m_pool.Intern(content.sDigits));
+        } else if constexpr (std::is_same_v<T, platform::Text>) {
+          AppendText(content);
+        } else if constexpr (std::is_same_v<T, platform::Timestamp>) {
+          AppendTimestamp(content);
+        } else if constexpr (std::is_same_v<T, platform::Date>) {
+          AppendWord(ValueKind::Date,
+                     static_cast<std::uint32_t>(content.time_since_epoch().count()));
+        } else if constexpr (std::is_same_v<T, platform::TimeOfDay>) {
+          AppendWide(ValueKind::TimeOfDay, static_cast<std::uint64_t>(content.count()));
+        } else if constexpr (std::is_same_v<T, platform::Bytes>) {
+          AppendBytes(content);
+        } else if constexpr (std::is_same_v<T, platform::Guid>) {
+          AppendWord(ValueKind::Guid,
+                     m_pool.Intern(AsCharacters(std::as_bytes(std::span(content.bytes)))));
+        } else {
+          static_assert(std::is_same_v<T, platform::ObjectPtr>);
+          throw platform::Failure(platform::failure::kTypeMismatch,
+                                  "A recordset cannot hold an object: give it a plain value.");
+        }
+      },
+      vtValue.Content());
+}
+
+// The first value after nulls only, a value of another kind, and everything in a mixed column.
+void Column::AppendSlow(ValueKind kind, std::uint64_t payload) {
+  if (!m_bMixed && m_kind == ValueKind::Null) {
+    m_kind = kind;
+    m_nulls.resize((m_rows + 63) / 64);
+    for (std::size_t row = 0; row < m_rows; ++row) {
+      m_nulls[row / 64] |= std::uint64_t{1} << (row % 64);
+      Store(kind, 0);
+    }
+  } else if (!m_bMixed && m_kind != kind) {
+    BecomeMixed();
+  }
+  m_kindsSeen |= Bit(kind);
+  Store(kind, payload);
+  ++m_rows;
+}
+
+void Column::Store(ValueKind kind, std::uint64_t payload) {
+  if (m_bMixed) {
+    m_bytes.Append(static_cast<std::uint8_t>(kind));
+    m_wides.Append(payload);
+  } else if (IsWide(kind)) {
+    m_wides.Append(payload);
+  } else if (kind == ValueKind::Boolean) {
+    m_bytes.Append(static_cast<std::uint8_t>(payload));
+  } else {
+    m_words.Append(static_cast<std::uint32_t>(payload));
+  }
+}
+
+void Column::BecomeMixed() {
+  Chunked<std::uint8_t> kinds;
+  Chunked<std::uint64_t> payloads;
+  for (std::size_t row = 0; row < m_rows; ++row) {
+    const bool bNull = IsNullAt(row);
+    kinds.Append(static_cast<std::uint8_t>(bNull ? ValueKind::Null : m_kind));
+    payloads.Append(bNull ? 0 : PayloadAt(row));
+  }
+  m_bMixed = true;
+  m_kind = ValueKind::Null;
+  m_nulls = {};
+  m_words = {};
+  m_bytes = std::move(kinds);
+  m_wides = std::move(payloads);
+}
+
+std::uint64_t Column::PayloadAt(std::size_t row) const {
+  if (m_bMixed || IsWide(m_kind)) return m_wides[row];
+  return m_kind == ValueKind::Boolean ? m_bytes[row] : m_words[row];
+}
+
+Value Column::ValueAt(platform::RowIndex rowIndex) const {
+  const auto row = static_cast<std::size_t>(rowIndex);
+  const ValueKind kind = m_bMixed ? static_cast<ValueKind>(m_bytes[row]) : m_kind;
+  if (kind == ValueKind::Null || IsNullAt(row)) return {};
+  const std::uint64_t payload = PayloadAt(row);
+  const auto lPayload = static_cast<std::int32_t>(payload);
+  const auto llPayload = static_cast<std::int64_t>(payload);
+  const auto pooled = [&] { return m_pool.At(static_cast<TextPool::Code>(payload)); };
+  switch (kind) {
+    case ValueKind::Boolean:
+      return payload != 0;
+    case ValueKind::Long:
+      return lPayload;
+    case ValueKind::LongLong:
+      return llPayload;
+    case ValueKind::Double:
+      return std::bit_cast<double>(payload);
+    case ValueKind::Decimal:
+      return platform::Decimal{platform::Text(pooled())};
+    case ValueKind::Text:
+      return platform::Text(pooled());
+    case ValueKind::Timestamp:
+      return platform::Timestamp(std::chrono::microseconds(llPayload));
+    case ValueKind::Date:
+      return platform::Date(std::chrono::days(lPayload));
+    case ValueKind::TimeOfDay:
+      return platform::TimeOfDay(llPayload);
+    case ValueKind::Bytes: {
+      const auto bytes = std::as_bytes(std::span(pooled()));
+      return platform::Bytes(bytes.begin(), bytes.end());
+    }
+    case ValueKind::Guid: {
+      platform::Guid guid;
+      std::memcpy(guid.bytes.data(), pooled().data(), guid.bytes.size());
+      return guid;
+    }
+    case ValueKind::Null:
+    case ValueKind::Object:
+      break;
+  }
+  return {};
+}
+
+DataType Column::FittingType() const {
+  if (!m_bMixed) return TypeOf(m_kind);
+  constexpr std::uint16_t kIntegers = Bit(ValueKind::Long) | Bit(ValueKind::LongLong);
+  if ((m_kindsSeen & ~kIntegers) == 0) return DataType::BigInt;
+  if ((m_kindsSeen & ~(kIntegers | Bit(ValueKind::Double))) == 0) return DataType::Double;
+  return DataType::WChar;
+}
+
+}  // namespace orvane::ado

@@ -1,0 +1,135 @@
+#include "ado/columnar_recordset.h"
+
+#include <algorithm>
+#include <cassert>
+#include <deque>
+#include <unordered_map>
+
+#include "platform/case_folding.h"
+#include "platform/conversions.h"
+#include "platform/failure.h"
+
+namespace orvane::ado {
+
+using platform::ColumnIndex;
+using platform::Failure;
+using platform::RowIndex;
+using platform::Text;
+using platform::Value;
+namespace failure = platform::failure;
+
+class ColumnarRecordset::ColumnField final : public platform::Field {
+ public:
+  ColumnField(const ColumnarRecordset& owner, ColumnIndex column, ColumnDescription description)
+      : m_owner(owner), m_column(column), m_description(std::move(description)) {}
+
+  const Text& Name() const override { return m_description.sName; }
+  platform::DataType Type() const override { return m_description.type; }
+  platform::Boolean Nullable() const override { return m_description.bNullable; }
+  platform::Value Value() const override {
+    if (m_owner.Eof()) {
+      throw Failure(failure::kNoCurrentRow,
+                    "The field \"" + m_description.sName +
+                        "\" has no value here: the recordset is behind its last row.");
+    }
+    return m_owner.ValueAt(m_owner.Position(), m_column);
+  }
+
+ private:
+  const ColumnarRecordset& m_owner;
+  ColumnIndex m_column;
+  ColumnDescription m_description;
+};
+
+class ColumnarRecordset::FieldList final : public platform::Fields {
+ public:
+  FieldList(const ColumnarRecordset& owner, std::vector<ColumnDescription> descriptions) {
+    for (ColumnDescription& description : descriptions) {
+      // Of several columns with one name, the name means the first.
+      m_byName.try_emplace(platform::FoldCase(description.sName), m_fields.size());
+      m_fields.emplace_back(owner, static_cast<ColumnIndex>(m_fields.size()),
+                            std::move(description));
+    }
+  }
+
+  platform::Long Count() const override { return static_cast<platform::Long>(m_fields.size()); }
+
+  platform::Field& Item(const Value& vtIndexName) override {
+    if (const Text* sName = vtIndexName.As<Text>()) {
+      const auto found = m_byName.find(platform::FoldCase(*sName));
+      if (found == m_byName.end()) {
+        throw Failure(failure::kItemNotFound, "The recordset has no field \"" + *sName + "\".");
+      }
+      return m_fields[found->second];
+    }
+    return At(platform::ToLong(vtIndexName));
+  }
+
+  ColumnField& At(ColumnIndex column) {
+    if (column < 0 || column >= Count()) {
+      throw Failure(failure::kItemNotFound,
+                    "The recordset has no field number " + std::to_string(column) + ": it has " +
+                        std::to_string(Count()) + " of them, counted from 0.");
+    }
+    return m_fields[static_cast<std::size_t>(column)];
+  }
+
+ private:
+  std::deque<ColumnField> m_fields;
+  std::unordered_map<Text, std::size_t> m_byName;
+};
+
+ColumnarRecordset::ColumnarRecordset(std::vector<ColumnDescription> descriptions,
+                                     std::vector<Column> columns, platform::Boolean bTruncated,
+                                     std::chrono::microseconds elapsed)
+    : m_columns(std::move(columns)),
+      m_rowCount(m_columns.empty() ? 0 : m_columns.front().RowCount()),
+      m_bTruncated(bTruncated),
+      m_elapsed(elapsed) {
+  assert(descriptions.size() == m_columns.size());
+  assert(std::all_of(m_columns.begin(), m_columns.end(),
+                     [this](const Column& column) { return column.RowCount() == m_rowCount; }));
+  m_fields = std::make_unique<FieldList>(*this, std::move(descriptions));
+}
+
+ColumnarRecordset::~ColumnarRecordset() = default;
+
+platform::Fields& ColumnarRecordset::Fields() {
+  return *m_fields;
+}
+
+void ColumnarRecordset::MoveNext() {
+  if (Eof()) {
+    throw Failure(failure::kNoCurrentRow,
+                  "There is no next row: the recordset is behind its last row.");
+  }
+  ++m_position;
+}
+
+void ColumnarRecordset::Position(RowIndex row) {
+  if (row < 0 || row > m_rowCount) {
+    throw Failure(failure::kOutOfRange, "The recordset has no position " + std::to_string(row) +
+                                            ": it has " + std::to_string(m_rowCount) + " rows.");
+  }
+  m_position = row;
+}
+
+ColumnIndex ColumnarRecordset::FieldCount() const {
+  return static_cast<ColumnIndex>(m_columns.size());
+}
+
+const platform::Field& ColumnarRecordset::FieldAt(ColumnIndex column) const {
+  return m_fields->At(column);
+}
+
+Value ColumnarRecordset::ValueAt(RowIndex row, ColumnIndex column) const {
+  if (column < 0 || column >= FieldCount()) m_fields->At(column);
+  if (row < 0 || row >= m_rowCount) {
+    throw Failure(failure::kNoCurrentRow, "The recordset has no row number " + std::to_string(row) +
+                                              ": it has " + std::to_string(m_rowCount) +
+                                              " rows, counted from 0.");
+  }
+  return m_columns[static_cast<std::size_t>(column)].ValueAt(row);
+}
+
+}  // namespace orvane::ado

@@ -1,0 +1,55 @@
+// The recordset: columns of typed vectors, a current row, and every cell in constant time.
+// Made by RecordsetBuilder, used by the snap-in and the grids; one thread at a time. It owns its
+// rows and knows no connection, so it stays usable when that is closed.
+//
+// What was fetched never changes. Every reader comes through ValueAt, so that edited cells and new
+// rows can be laid over the fetched ones there, by row and column number, until they are sent; the
+// fetched values then serve as the originals by which an update names its row.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "ado/recordset_builder.h"
+
+namespace orvane::ado {
+
+class ColumnarRecordset final : public platform::Recordset {
+ public:
+  /// The columns must have as many rows as each other, and there is one description for each.
+  ColumnarRecordset(std::vector<ColumnDescription> descriptions, std::vector<Column> columns,
+                    platform::Boolean bTruncated, std::chrono::microseconds elapsed);
+  ~ColumnarRecordset() override;
+
+  platform::Fields& Fields() override;
+  platform::Boolean Eof() const override { return m_position == m_rowCount; }
+  platform::Boolean Bof() const override { return m_rowCount == 0; }
+  void MoveNext() override;
+  void MoveFirst() override { m_position = 0; }
+  void MoveLast() override { m_position = m_rowCount == 0 ? 0 : m_rowCount - 1; }
+  platform::RowIndex Position() const override { return m_position; }
+  /// Fails with failure::kOutOfRange outside 0..RecordCount.
+  void Position(platform::RowIndex row) override;
+  platform::RowIndex RecordCount() const override { return m_rowCount; }
+  platform::ColumnIndex FieldCount() const override;
+  /// Fails with failure::kItemNotFound when there is no such column.
+  const platform::Field& FieldAt(platform::ColumnIndex column) const override;
+  /// Fails with failure::kNoCurrentRow when there is no such row, with kItemNotFound when there
+  /// is no such column.
+  platform::Value ValueAt(platform::RowIndex row, platform::ColumnIndex column) const override;
+  platform::Boolean Truncated() const override { return m_bTruncated; }
+  std::chrono::microseconds Elapsed() const override { return m_elapsed; }
+
+ private:
+  class ColumnField;
+  class FieldList;
+
+  std::vector<Column> m_columns;
+  std::unique_ptr<FieldList> m_fields;
+  platform::RowIndex m_rowCount;
+  platform::RowIndex m_position = 0;
+  platform::Boolean m_bTruncated;
+  std::chrono::microseconds m_elapsed;
+};
+
+}  // namespace orvane::ado

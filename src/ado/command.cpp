@@ -1,0 +1,47 @@
+#include "ado/command.h"
+
+#include "platform/failure.h"
+
+namespace orvane::ado {
+
+using platform::Failure;
+using platform::Long;
+namespace failure = platform::failure;
+
+void Command::ActiveConnection(const platform::ConnectionPtr& cn) {
+  auto connection = std::dynamic_pointer_cast<Connection>(cn);
+  if (cn != nullptr && connection == nullptr) {
+    throw Failure(failure::kInvalidArgument,
+                  "A command runs only on a connection that was made here.");
+  }
+  m_connection = std::move(connection);
+}
+
+void Command::CommandTimeout(Long lSeconds) {
+  if (lSeconds < 0) {
+    throw Failure(failure::kInvalidArgument,
+                  "The time-out of a command must be 0 (no time-out) or more seconds.");
+  }
+  m_lCommandTimeout = lSeconds;
+}
+
+void Command::MaxRecords(Long lMaxRecords) {
+  if (lMaxRecords < 0) {
+    throw Failure(failure::kInvalidArgument,
+                  "The row limit of a command must be 0 (all rows) or more rows.");
+  }
+  m_lMaxRecords = lMaxRecords;
+}
+
+platform::RecordsetPtr Command::Execute(Long* lRecordsAffected, Long /*lOptions*/) {
+  if (m_connection == nullptr) {
+    throw Failure(failure::kObjectNotSet,
+                  "The command has no connection: set its active connection first.");
+  }
+  StatementResult result = m_connection->Execute(
+      {m_sCommandText, m_lMaxRecords, std::chrono::seconds(m_lCommandTimeout)});
+  if (lRecordsAffected != nullptr) *lRecordsAffected = result.lRecordsAffected;
+  return std::move(result.recordset);
+}
+
+}  // namespace orvane::ado

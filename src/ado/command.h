@@ -1,0 +1,35 @@
+// The command: one statement with its limits, run on a connection of this layer.
+// Made by the host's object factory; one thread at a time.
+#pragma once
+
+#include <memory>
+
+#include "ado/connection.h"
+
+namespace orvane::ado {
+
+class Command final : public platform::Command {
+ public:
+  /// Fails with failure::kInvalidArgument for a connection that is not of this layer; null takes
+  /// the connection away.
+  void ActiveConnection(const platform::ConnectionPtr& cn) override;
+  platform::Text CommandText() const override { return m_sCommandText; }
+  void CommandText(const platform::Text& sCommandText) override { m_sCommandText = sCommandText; }
+  platform::Long CommandTimeout() const override { return m_lCommandTimeout; }
+  /// Fails with failure::kInvalidArgument below 0.
+  void CommandTimeout(platform::Long lSeconds) override;
+  platform::Long MaxRecords() const override { return m_lMaxRecords; }
+  /// Fails with failure::kInvalidArgument below 0.
+  void MaxRecords(platform::Long lMaxRecords) override;
+  /// Fails with failure::kObjectNotSet without a connection, with kObjectClosed on a closed one.
+  platform::RecordsetPtr Execute(platform::Long* lRecordsAffected = nullptr,
+                                 platform::Long lOptions = platform::kOptionUnspecified) override;
+
+ private:
+  std::shared_ptr<Connection> m_connection;
+  platform::Text m_sCommandText;
+  platform::Long m_lCommandTimeout = 30;
+  platform::Long m_lMaxRecords = 0;
+};
+
+}  // namespace orvane::ado

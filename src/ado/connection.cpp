@@ -1,0 +1,186 @@
+#include "ado/connection.h"
+
+#include "ado/secret.h"
+#include "platform/case_folding.h"
+#include "platform/conversions.h"
+#include "platform/failure.h"
+
+namespace orvane::ado {
+
+using platform::Failure;
+using platform::Text;
+namespace failure = platform::failure;
+
+namespace {
+
+constexpr const char* kProvider = "Provider";
+constexpr const char* kDisableServerSelection = "Disable Server Selection";
+
+// Looks at the items one by one, so that a string is refused also when it cannot be read as a
+// whole. The sentence repeats nothing of the string.
+void RefusePassword(std::string_view sConnectionString) {
+  while (!sConnectionString.empty()) {
+    const std::size_t end = sConnectionString.find(';');
+    std::string_view sName = sConnectionString.substr(0, end);
+    sConnectionString =
+        end == std::string_view::npos ? std::string_view() : sConnectionString.substr(end + 1);
+    const std::size_t equals = sName.find('=');
+    if (equals == std::string_view::npos) continue;
+    // Blanks inside do not make it another name.
+    Text sBare;
+    for (const char character : sName.substr(0, equals)) {
+      if (character != ' ' && character != '\t' && character != '\r' && character != '\n') {
+        sBare.push_back(character);
+      }
+    }
+    sBare = platform::FoldCase(sBare);
+    if (sBare == "password" || sBare == "pwd") {
+      throw Failure(failure::kInvalidArgument,
+                    "A connection string must not hold a password: type it in the logon dialog.");
+    }
+  }
+}
+
+std::shared_ptr<Provider> FindProvider(ProviderSource& providers,
+                                       const ConnectionSettings& settings) {
+  const Text sName = settings.Find(kProvider).value_or("");
+  if (sName.empty()) {
+    throw Failure(failure::kProviderNotFound,
+                  "The connection string names no provider: begin it with \"Provider = \" and the "
+                  "provider's name.");
+  }
+  auto provider = providers.Find(sName);
+  if (provider == nullptr) {
+    throw Failure(failure::kProviderNotFound,
+                  "There is no provider \"" + sName +
+                      "\" on this machine: register it, or name another one in the connection "
+                      "string.");
+  }
+  return provider;
+}
+
+bool ServerSelectionDisabled(const ConnectionSettings& settings) {
+  const Text sValue = settings.Find(kDisableServerSelection).value_or("");
+  if (sValue.empty()) return false;
+  try {
+    return platform::ToBoolean(sValue);
+  } catch (const Failure&) {
+    throw Failure(failure::kInvalidArgument, Text("\"") + kDisableServerSelection +
+                                                 "\" takes True or False, not \"" + sValue + "\".");
+  }
+}
+
+}  // namespace
+
+Connection::~Connection() {
+  if (m_session == nullptr) return;
+  m_properties.Attach(nullptr);
+  try {
+    m_session->Close();
+  } catch (...) {
+    // A destructor has nobody to tell; the session is let go in any case.
+  }
+}
+
+void Connection::ConnectionString(const Text& sConnectionString) {
+  RequireClosed();
+  RefusePassword(sConnectionString);
+  m_sConnectionString = sConnectionString;
+  m_provider = nullptr;
+  try {
+    const auto settings = ConnectionSettings::Parse(sConnectionString);
+    if (const Text sName = settings.Find(kProvider).value_or(""); !sName.empty()) {
+      m_provider = m_services.providers->Find(sName);
+    }
+    m_properties.Describe(settings, m_provider.get());
+  } catch (const Failure&) {
+    // Only the properties of a provider are missing; Open tells what is wrong.
+    m_properties.Describe({}, nullptr);
+  }
+}
+
+void Connection::Open(const Text& sConnectionString, const Text& sUserId, const Text& sPassword,
+                      platform::Long /*lOptions*/) {
+  RequireClosed();
+  if (!sConnectionString.empty()) ConnectionString(sConnectionString);
+  auto settings = ConnectionSettings::Parse(m_sConnectionString);
+  const auto provider = FindProvider(*m_services.providers, settings);
+  m_properties.Describe(settings, provider.get());
+  m_properties.AddValuesSet(settings);
+
+  LogonRequest logon;
+  const WipeAtEnd wipe(logon.sPassword);
+  logon.sServer = platform::ToText(m_properties.Get(ConnectionProperties::kDataSource));
+  logon.sUser =
+      sUserId.empty() ? platform::ToText(m_properties.Get(ConnectionProperties::kUserId)) : sUserId;
+  logon.sPassword = sPassword;
+  logon.bServerSelectable = !ServerSelectionDisabled(settings);
+  logon.knownServers = provider->KnownServers();
+  if (logon.sServer.empty() && !logon.knownServers.empty()) {
+    logon.sServer = logon.knownServers.front();
+  }
+  const bool bPrompt =
+      platform::ToLong(m_properties.Get(ConnectionProperties::kPrompt)) == platform::kPromptAlways;
+  if (bPrompt) AskForLogon(logon);
+  settings.Set(ConnectionProperties::kDataSource, logon.sServer);
+  settings.Set(ConnectionProperties::kUserId, logon.sUser);
+
+  std::unique_ptr<Session> session;
+  m_services.longOperation->Run("Connecting to " + logon.sServer, [&](std::stop_token stop) {
+    session = provider->Open(settings, logon.sPassword, std::move(stop));
+  });
+  m_properties.Put(ConnectionProperties::kDataSource, logon.sServer);
+  m_properties.Put(ConnectionProperties::kUserId, logon.sUser);
+  m_properties.Put(ConnectionProperties::kProviderName, settings.Find(kProvider).value_or(""));
+  m_properties.Attach(session.get());
+  m_provider = provider;
+  m_session = std::move(session);
+}
+
+void Connection::AskForLogon(LogonRequest& logon) {
+  const Text sServer = logon.sServer;
+  if (!m_services.prompt->Ask(logon)) {
+    throw Failure(failure::kCancelled, "The logon was cancelled.");
+  }
+  if (!logon.bServerSelectable) logon.sServer = sServer;
+}
+
+void Connection::Close() {
+  RequireOpen();
+  m_session->Close();
+  m_properties.Attach(nullptr);
+  m_session = nullptr;
+}
+
+platform::RecordsetPtr Connection::OpenSchema(platform::SchemaNumber schema,
+                                              std::span<const platform::Value> vtRestrictions) {
+  RequireOpen();
+  platform::RecordsetPtr recordset;
+  m_services.longOperation->Run("Reading what the server holds", [&](std::stop_token stop) {
+    recordset = m_session->OpenSchema(schema, vtRestrictions, std::move(stop));
+  });
+  return recordset;
+}
+
+StatementResult Connection::Execute(const Statement& statement) {
+  RequireOpen();
+  StatementResult result;
+  m_services.longOperation->Run("Running the statement", [&](std::stop_token stop) {
+    result = m_session->Execute(statement, std::move(stop));
+  });
+  return result;
+}
+
+void Connection::RequireOpen() const {
+  if (m_session == nullptr) {
+    throw Failure(failure::kObjectClosed, "The connection is closed: open it first.");
+  }
+}
+
+void Connection::RequireClosed() const {
+  if (m_session != nullptr) {
+    throw Failure(failure::kObjectOpen, "The connection is already open: close it first.");
+  }
+}
+
+}  // namespace orvane::ado

@@ -1,0 +1,56 @@
+// The connection: reads the connection string, finds the provider, asks through the logon prompt
+// and holds the session while it is open. Slow calls run through the host's long operation.
+// Made by the host's object factory; one thread at a time.
+#pragma once
+
+#include <memory>
+
+#include "ado/connection_properties.h"
+#include "ado/logon_prompt.h"
+#include "ado/provider_source.h"
+#include "platform/long_operation.h"
+
+namespace orvane::ado {
+
+/// What a connection works with; all of it is needed.
+struct ConnectionServices {
+  std::shared_ptr<ProviderSource> providers;
+  std::shared_ptr<LogonPrompt> prompt;
+  std::shared_ptr<platform::LongOperation> longOperation;
+};
+
+class Connection final : public platform::Connection {
+ public:
+  explicit Connection(ConnectionServices services) : m_services(std::move(services)) {}
+  /// Closes an open connection.
+  ~Connection() override;
+
+  platform::Text ConnectionString() const override { return m_sConnectionString; }
+  /// Fails with failure::kObjectOpen while open and with kInvalidArgument for a string that holds
+  /// a password. What else is wrong with the string is told by Open.
+  void ConnectionString(const platform::Text& sConnectionString) override;
+  platform::Properties& Properties() override { return m_properties; }
+  /// An empty string opens with the property ConnectionString, any other replaces that.
+  void Open(const platform::Text& sConnectionString, const platform::Text& sUserId,
+            const platform::Text& sPassword, platform::Long lOptions) override;
+  void Close() override;
+  platform::Boolean IsOpen() const override { return m_session != nullptr; }
+  platform::RecordsetPtr OpenSchema(platform::SchemaNumber schema,
+                                    std::span<const platform::Value> vtRestrictions = {}) override;
+
+  /// Runs one statement; fails with failure::kObjectClosed when closed.
+  StatementResult Execute(const Statement& statement);
+
+ private:
+  void RequireOpen() const;
+  void RequireClosed() const;
+  void AskForLogon(LogonRequest& logon);
+
+  ConnectionServices m_services;
+  platform::Text m_sConnectionString;
+  std::shared_ptr<Provider> m_provider;
+  ConnectionProperties m_properties;
+  std::unique_ptr<Session> m_session;
+};
+
+}  // namespace orvane::ado

@@ -1,0 +1,46 @@
+#include "ado/recordset_builder.h"
+
+#include <algorithm>
+
+#include "ado/columnar_recordset.h"
+#include "platform/failure.h"
+
+namespace orvane::ado {
+
+RecordsetBuilder::RecordsetBuilder(std::vector<ColumnDescription> columns)
+    : m_descriptions(std::move(columns)), m_columns(m_descriptions.size()) {}
+
+void RecordsetBuilder::AppendRow(std::span<const platform::Value> vtValues) {
+  using platform::Failure;
+  namespace failure = platform::failure;
+  if (vtValues.size() != m_columns.size()) {
+    throw Failure(failure::kInvalidArgument, "A row of " + std::to_string(vtValues.size()) +
+                                                 " values does not fit a recordset of " +
+                                                 std::to_string(m_columns.size()) + " columns.");
+  }
+  // Refused before the first cell is in, so that all columns stay equally long.
+  if (std::ranges::any_of(vtValues, [](const platform::Value& vtValue) {
+        return vtValue.Kind() == platform::ValueKind::Object;
+      })) {
+    throw Failure(failure::kTypeMismatch,
+                  "A recordset cannot hold an object: give it a plain value.");
+  }
+  for (std::size_t i = 0; i < vtValues.size(); ++i) m_columns[i].AppendValue(vtValues[i]);
+}
+
+platform::RecordsetPtr RecordsetBuilder::Finish(platform::Boolean bTruncated,
+                                                std::chrono::microseconds elapsed) {
+  for (std::size_t i = 0; i < m_columns.size(); ++i) {
+    m_columns[i].Seal();
+    if (m_descriptions[i].type == platform::DataType::Empty) {
+      m_descriptions[i].type = m_columns[i].FittingType();
+    }
+  }
+  auto recordset = std::make_shared<ColumnarRecordset>(std::move(m_descriptions),
+                                                       std::move(m_columns), bTruncated, elapsed);
+  m_descriptions.clear();
+  m_columns.clear();
+  return recordset;
+}
+
+}  // namespace orvane::ado

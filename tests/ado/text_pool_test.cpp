@@ -1,0 +1,70 @@
+#include "ado/text_pool.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace orvane::ado {
+namespace {
+
+TEST(TextPool, keeps_equal_texts_once) {
+  TextPool pool;
+  const auto a = pool.Intern("alpha");
+  const auto b = pool.Intern("beta");
+  EXPECT_NE(a, b);
+  EXPECT_EQ(pool.Intern("alpha"), a);
+  EXPECT_EQ(pool.Intern("alpha"), a);
+  EXPECT_EQ(pool.Intern("beta"), b);
+  EXPECT_EQ(pool.Count(), 2U);
+  EXPECT_EQ(pool.At(a), "alpha");
+  EXPECT_EQ(pool.At(b), "beta");
+}
+
+TEST(TextPool, keeps_thousands_of_repeated_texts_once_each) {
+  TextPool pool;
+  for (int round = 0; round < 5; ++round) {
+    for (int i = 0; i < 3000; ++i) {
+      ASSERT_EQ(pool.Intern("tag" + std::to_string(i)), static_cast<TextPool::Code>(i));
+    }
+  }
+  EXPECT_EQ(pool.Count(), 3000U);
+}
+
+TEST(TextPool, stops_looking_when_texts_hardly_repeat_and_still_keeps_all) {
+  TextPool pool;
+  constexpr TextPool::Code kTexts = 20'000;
+  for (TextPool::Code i = 0; i < kTexts; ++i) ASSERT_EQ(pool.Intern(std::to_string(i)), i);
+  // Stored again, because nobody looks any more.
+  EXPECT_EQ(pool.Intern("0"), kTexts);
+  for (TextPool::Code i = 0; i < kTexts; ++i) ASSERT_EQ(pool.At(i), std::to_string(i));
+}
+
+TEST(TextPool, keeps_a_text_longer_than_a_block) {
+  TextPool pool;
+  const std::string sLong(1'000'000, 'x');
+  const auto before = pool.Intern("before");
+  const auto code = pool.Intern(sLong);
+  const auto after = pool.Intern("after");
+  EXPECT_EQ(pool.At(code), sLong);
+  EXPECT_EQ(pool.At(before), "before");
+  EXPECT_EQ(pool.At(after), "after");
+}
+
+TEST(TextPool, knows_the_empty_text_from_texts_of_zero_bytes) {
+  TextPool pool;
+  const auto empty = pool.Intern("");
+  const auto zero = pool.Intern(std::string_view("\0", 1));
+  EXPECT_NE(empty, zero);
+  EXPECT_EQ(pool.Intern(""), empty);
+  EXPECT_EQ(pool.At(zero).size(), 1U);
+}
+
+TEST(TextPool, keeps_its_texts_when_sealed) {
+  TextPool pool;
+  const auto code = pool.Intern("kept");
+  pool.Seal();
+  EXPECT_EQ(pool.At(code), "kept");
+}
+
+}  // namespace
+}  // namespace orvane::ado
