@@ -1,2 +1,19 @@
 # Documents, data access, waiting and dialogs.
-list(APPEND CONSOLE_SOURCES)
+list(APPEND CONSOLE_SOURCES
+  dialogs/logon_dialog.cpp
+  dialogs/logon_dialog.h
+  dialogs/message_boxes.cpp
+  document/document.cpp
+  document/document_bag.cpp
+  document/document_content.cpp
+  document/document_file.cpp
+  document/document_format.cpp
+  document/document_state.cpp
+  document/recent_documents.cpp
+  document/utf8.cpp
+  waiting/input_hold.cpp
+  waiting/input_hold.h
+  waiting/waiting.cpp
+  waiting/waiting_panel.cpp
+  waiting/waiting_panel.h
+  waiting/waiting_worker.cpp)

@@ -1,0 +1,127 @@
+#include "console/dialogs/logon_dialog.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QThread>
+#include <QVBoxLayout>
+
+namespace orvane::console {
+
+namespace {
+
+/// Overwrites the box's text before dropping it, so that no copy is left in freed memory.
+void Wipe(QLineEdit& box) {
+  box.setText(QString(box.text().size(), QChar('*')));
+  box.clear();
+}
+
+}  // namespace
+
+LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
+    : QDialog(parent),
+      m_cmbServer(new QComboBox),
+      m_txtUser(new QLineEdit),
+      m_txtPassword(new QLineEdit) {
+  setObjectName("logonDialog");
+  setWindowTitle(tr("Log On to ORVANE Server"));
+
+  m_cmbServer->setObjectName("m_cmbServer");
+  m_cmbServer->setEditable(true);
+  m_cmbServer->setInsertPolicy(QComboBox::NoInsert);
+  m_cmbServer->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  m_cmbServer->setMinimumContentsLength(28);
+  m_cmbServer->setAccessibleName(tr("Server"));
+  for (const platform::Text& sServer : request.knownServers) {
+    m_cmbServer->addItem(QString::fromStdString(sServer));
+  }
+  // The first known server is the default one.
+  const bool bDefault = request.sServer.empty() && request.bServerSelectable;
+  m_cmbServer->setEditText(bDefault && m_cmbServer->count() > 0
+                               ? m_cmbServer->itemText(0)
+                               : QString::fromStdString(request.sServer));
+  m_cmbServer->setEnabled(request.bServerSelectable);
+
+  m_txtUser->setObjectName("m_txtUser");
+  m_txtUser->setAccessibleName(tr("User"));
+  m_txtUser->setText(QString::fromStdString(request.sUser));
+
+  m_txtPassword->setObjectName("m_txtPassword");
+  m_txtPassword->setAccessibleName(tr("Password"));
+  m_txtPassword->setEchoMode(QLineEdit::Password);
+  m_txtPassword->setInputMethodHints(Qt::ImhHiddenText | Qt::ImhSensitiveData |
+                                     Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
+  m_txtPassword->setText(QString::fromStdString(request.sPassword));
+
+  auto* form = new QFormLayout;
+  form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+  form->addRow(tr("&Server:"), m_cmbServer);
+  form->addRow(tr("&User:"), m_txtUser);
+  form->addRow(tr("&Password:"), m_txtPassword);
+
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  m_btnOk = buttons->button(QDialogButtonBox::Ok);
+  m_btnOk->setObjectName("m_btnOk");
+  m_btnOk->setText(tr("OK"));
+  m_btnOk->setDefault(true);
+  buttons->button(QDialogButtonBox::Cancel)->setObjectName("m_btnCancel");
+  buttons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  connect(m_cmbServer, &QComboBox::editTextChanged, this, [this] { UpdateButtons(); });
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(form);
+  layout->addSpacing(8);
+  layout->addWidget(buttons);
+  layout->setSizeConstraint(QLayout::SetMinimumSize);
+  resize(sizeHint().expandedTo({400, 0}));
+
+  UpdateButtons();
+  if (m_cmbServer->isEnabled() && m_cmbServer->currentText().isEmpty()) {
+    m_cmbServer->setFocus();
+  } else if (request.sUser.empty()) {
+    m_txtUser->setFocus();
+  } else {
+    m_txtPassword->setFocus();
+  }
+}
+
+LogonDialog::~LogonDialog() {
+  Wipe(*m_txtPassword);
+}
+
+void LogonDialog::UpdateButtons() {
+  m_btnOk->setEnabled(!m_cmbServer->isEnabled() || !m_cmbServer->currentText().trimmed().isEmpty());
+}
+
+void LogonDialog::TakeInto(ado::LogonRequest& request) {
+  if (m_cmbServer->isEnabled()) {
+    request.sServer = m_cmbServer->currentText().trimmed().toStdString();
+  }
+  request.sUser = m_txtUser->text().toStdString();
+  QByteArray password = m_txtPassword->text().toUtf8();
+  request.sPassword.assign(password.constData(), static_cast<std::size_t>(password.size()));
+  password.fill('*');
+  Wipe(*m_txtPassword);
+}
+
+platform::Boolean LogonDialogPrompt::Ask(ado::LogonRequest& request) {
+  bool bAccepted = false;
+  const auto ask = [&] {
+    LogonDialog dialog(request, QApplication::activeWindow());
+    bAccepted = dialog.exec() == QDialog::Accepted;
+    if (bAccepted) dialog.TakeInto(request);
+  };
+  if (QThread::currentThread() == qApp->thread()) {
+    ask();
+  } else {
+    QMetaObject::invokeMethod(qApp, ask, Qt::BlockingQueuedConnection);
+  }
+  return bAccepted;
+}
+
+}  // namespace orvane::console

@@ -1,0 +1,43 @@
+// The logon dialog and its prompt, through which the connection layer asks for server, user and
+// password. User-interface thread. The password lives in the request alone; the dialog wipes its
+// own copy.
+#pragma once
+
+#include <QDialog>
+
+#include "ado/logon_prompt.h"
+
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+
+namespace orvane::console {
+
+class LogonDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  LogonDialog(const ado::LogonRequest& request, QWidget* parent);
+  /// Wipes the password.
+  ~LogonDialog() override;
+
+  /// Moves what was entered into the request; the password box is empty afterwards.
+  void TakeInto(ado::LogonRequest& request);
+
+ private:
+  void UpdateButtons();
+
+  QComboBox* m_cmbServer;
+  QLineEdit* m_txtUser;
+  QLineEdit* m_txtPassword;
+  QPushButton* m_btnOk;
+};
+
+class LogonDialogPrompt : public ado::LogonPrompt {
+ public:
+  /// Shows the dialog over the active window. Called off the user-interface thread, asks there
+  /// and waits for the answer.
+  platform::Boolean Ask(ado::LogonRequest& request) override;
+};
+
+}  // namespace orvane::console

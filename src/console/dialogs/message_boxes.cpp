@@ -1,0 +1,76 @@
+#include "console/dialogs/message_boxes.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace orvane::console {
+
+using platform::Long;
+using platform::MsgBoxButtons;
+using platform::MsgBoxIcon;
+using platform::MsgBoxResult;
+using platform::Text;
+
+MessageBoxes::~MessageBoxes() {
+  if (m_lPointer != platform::kMousePointerDefault && qApp) QApplication::restoreOverrideCursor();
+}
+
+MsgBoxResult MessageBoxes::MsgBox(const Text& sText, MsgBoxButtons buttons, MsgBoxIcon icon,
+                                  const Text& sTitle) {
+  const bool bYesNo = buttons == MsgBoxButtons::YesNo;
+  if (m_suppression) {
+    m_suppression->m_texts.push_back(sText);
+    return bYesNo ? MsgBoxResult::Yes : MsgBoxResult::Ok;
+  }
+  QMessageBox box(QApplication::activeWindow());
+  box.setObjectName("messageBox");
+  box.setWindowTitle(sTitle.empty() ? QApplication::applicationDisplayName()
+                                    : QString::fromStdString(sTitle));
+  // A failure's description may hold a "<" that is none of a tag.
+  box.setTextFormat(Qt::PlainText);
+  box.setText(QString::fromStdString(sText));
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box.setIcon(icon == MsgBoxIcon::Critical ? QMessageBox::Critical : QMessageBox::NoIcon);
+  box.setStandardButtons(bYesNo ? QMessageBox::Yes | QMessageBox::No
+                                : QMessageBox::StandardButtons(QMessageBox::Ok));
+  box.setDefaultButton(bYesNo ? QMessageBox::Yes : QMessageBox::Ok);
+  box.setEscapeButton(bYesNo ? QMessageBox::No : QMessageBox::Ok);
+  const int iButton = box.exec();
+  if (!bYesNo) return MsgBoxResult::Ok;
+  return iButton == QMessageBox::Yes ? MsgBoxResult::Yes : MsgBoxResult::No;
+}
+
+void MessageBoxes::MousePointer(Long lPointer) {
+  const bool bWasSet = m_lPointer != platform::kMousePointerDefault;
+  m_lPointer = lPointer;
+  if (lPointer == platform::kMousePointerDefault) {
+    if (bWasSet) QApplication::restoreOverrideCursor();
+    return;
+  }
+  const QCursor cursor(lPointer == platform::kMousePointerHourglass ? Qt::WaitCursor
+                                                                    : Qt::ArrowCursor);
+  if (bWasSet) {
+    QApplication::changeOverrideCursor(cursor);
+  } else {
+    QApplication::setOverrideCursor(cursor);
+  }
+}
+
+void MessageBoxes::Beep() {
+  QApplication::beep();
+}
+
+void MessageBoxes::DoEvents() {
+  QApplication::processEvents();
+}
+
+MessageBoxSuppression::MessageBoxSuppression(MessageBoxes& boxes)
+    : m_boxes(boxes), m_outer(boxes.m_suppression) {
+  boxes.m_suppression = this;
+}
+
+MessageBoxSuppression::~MessageBoxSuppression() {
+  m_boxes.m_suppression = m_outer;
+}
+
+}  // namespace orvane::console

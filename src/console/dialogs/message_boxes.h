@@ -1,0 +1,55 @@
+// Message box, mouse pointer, beep and pending events on the toolkit: the UserInterface that
+// components are handed. User-interface thread.
+#pragma once
+
+#include <vector>
+
+#include "platform/user_interface.h"
+
+namespace orvane::console {
+
+class MessageBoxes : public platform::UserInterface {
+ public:
+  MessageBoxes() = default;
+  /// Restores the mouse pointer.
+  ~MessageBoxes() override;
+
+  /// Shows the box over the active window. The text is plain text. Escape answers Ok, or No. While
+  /// a MessageBoxSuppression lives, nothing is shown and the first button is the answer.
+  platform::MsgBoxResult MsgBox(const platform::Text& sText, platform::MsgBoxButtons buttons,
+                                platform::MsgBoxIcon icon, const platform::Text& sTitle) override;
+  platform::Long MousePointer() const override { return m_lPointer; }
+  /// Any number but 0 lays a shape over the whole program, replacing the one laid before; 0 takes
+  /// it away.
+  void MousePointer(platform::Long lPointer) override;
+  void Beep() override;
+  void DoEvents() override;
+
+ private:
+  friend class MessageBoxSuppression;
+
+  platform::Long m_lPointer = platform::kMousePointerDefault;
+  class MessageBoxSuppression* m_suppression = nullptr;
+};
+
+/// Keeps boxes from being shown while it lives and collects their texts: for asking a snap-in what
+/// it would save, without a word to the user.
+class MessageBoxSuppression {
+ public:
+  /// The boxes must outlive this.
+  explicit MessageBoxSuppression(MessageBoxes& boxes);
+  MessageBoxSuppression(const MessageBoxSuppression&) = delete;
+  MessageBoxSuppression& operator=(const MessageBoxSuppression&) = delete;
+  ~MessageBoxSuppression();
+
+  const std::vector<platform::Text>& Texts() const noexcept { return m_texts; }
+
+ private:
+  friend class MessageBoxes;
+
+  MessageBoxes& m_boxes;
+  MessageBoxSuppression* m_outer;
+  std::vector<platform::Text> m_texts;
+};
+
+}  // namespace orvane::console

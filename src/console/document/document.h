@@ -1,0 +1,54 @@
+// A console document: its content, its file, and the hold on that file which lets only one console
+// write it. Apart from widgets; the main window owns one. User-interface thread.
+#pragma once
+
+#include <memory>
+
+#include "console/document/document_content.h"
+#include "console/document/document_file.h"
+
+namespace orvane::console {
+
+class Document {
+ public:
+  /// A new, empty document without a file.
+  explicit Document(DocumentBag::ObjectCreator creator = {});
+
+  /// Reads a document. One that another console holds, or that may not be written, is opened
+  /// read-only. Fails with failure::kDocument, leaving the file untouched.
+  static std::unique_ptr<Document> Open(const platform::Text& sPath,
+                                        DocumentBag::ObjectCreator creator = {});
+
+  /// Absolute path, or empty for a document that was never saved.
+  const platform::Text& Path() const noexcept { return m_sPath; }
+  /// The file's name without its suffix, or "Untitled".
+  platform::Text Name() const;
+  platform::Boolean IsReadOnly() const noexcept { return m_file && m_file->IsReadOnly(); }
+  /// Why the document is read-only, as a sentence; empty when it is not.
+  platform::Text ReadOnlyReason() const;
+
+  const DocumentContent& Content() const noexcept { return *m_content; }
+  DocumentContent& Content() noexcept { return *m_content; }
+  /// An empty content for a save to fill, or for a comparison with what was saved.
+  std::unique_ptr<DocumentContent> NewContent() const;
+
+  /// True when another program has changed or replaced the file since it was last read or
+  /// written here.
+  platform::Boolean IsChangedOnDisk() const;
+  /// Writes the content to the document's own file and keeps it. Fails with failure::kDocument,
+  /// and the old file and content stay whole, when the file cannot be written, is read-only, or
+  /// was changed by another program and bOverwriteChanged is false.
+  void Save(std::unique_ptr<DocumentContent> content, platform::Boolean bOverwriteChanged = false);
+  /// Writes the content to another file, replacing what is there, and goes on with that file.
+  /// Fails with failure::kDocument, also when another console holds that file; the document then
+  /// stays what it was.
+  void SaveAs(const platform::Text& sPath, std::unique_ptr<DocumentContent> content);
+
+ private:
+  DocumentBag::ObjectCreator m_creator;
+  std::unique_ptr<DocumentContent> m_content;
+  platform::Text m_sPath;
+  std::unique_ptr<DocumentFile> m_file;
+};
+
+}  // namespace orvane::console

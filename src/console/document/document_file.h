@@ -1,0 +1,72 @@
+// The file of a document: read whole, replaced whole, and held with a lock that dies with the
+// process. The lock lies on the file itself, so nothing is left beside it and a crash leaves no
+// stale lock. User-interface thread.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "platform/types.h"
+
+namespace orvane::console {
+
+/// A descriptor, closed at the end.
+class FileDescriptor {
+ public:
+  explicit FileDescriptor(int iDescriptor = -1) noexcept : m_iDescriptor(iDescriptor) {}
+  FileDescriptor(FileDescriptor&& other) noexcept;
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept;
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+  ~FileDescriptor();
+
+  int Get() const noexcept { return m_iDescriptor; }
+  explicit operator bool() const noexcept { return m_iDescriptor >= 0; }
+
+ private:
+  int m_iDescriptor;
+};
+
+class DocumentFile {
+ public:
+  /// Opens the file and takes its lock if it can; otherwise the file is read-only. Fails with
+  /// failure::kDocument when it cannot be read or is no regular file.
+  static std::unique_ptr<DocumentFile> Open(const platform::Text& sPath);
+  /// Writes a file of that name, replacing one that is there, and holds it. Fails with
+  /// failure::kDocument, with nothing changed, when that cannot be done or another console holds
+  /// the file.
+  static std::unique_ptr<DocumentFile> Create(const platform::Text& sPath, std::string_view sBytes);
+
+  /// All bytes of the file.
+  platform::Text Read();
+  /// Replaces the file in one step: whoever opens it finds all of the old or all of the new
+  /// bytes, also after a crash. Mode and owner stay, and a symbolic link stays one. Fails with
+  /// failure::kDocument and the old file as it was.
+  void Replace(std::string_view sBytes);
+
+  platform::Boolean IsReadOnly() const noexcept { return !m_sReadOnlyReason.empty(); }
+  /// A sentence, or empty.
+  const platform::Text& ReadOnlyReason() const noexcept { return m_sReadOnlyReason; }
+  /// True when the bytes under the file's name are no longer those last read or written.
+  platform::Boolean IsChanged() const;
+  /// True when that name leads to this very file.
+  platform::Boolean IsUnder(const platform::Text& sPath) const;
+
+ private:
+  explicit DocumentFile(platform::Text sPath) : m_sPath(std::move(sPath)) {}
+
+  platform::Text m_sPath;  // as the user knows it
+  FileDescriptor m_descriptor;
+  platform::Text m_sReadOnlyReason;
+  struct stat m_status {};
+  platform::Text m_sDigest;
+};
+
+/// The process that holds a lock on the file, looked up in the kernel's table of locks (the text
+/// of /proc/locks); none when it does not tell.
+std::optional<long> FindLockOwner(std::string_view sLocks, const struct stat& status);
+
+}  // namespace orvane::console

@@ -1,0 +1,108 @@
+#include "console/waiting/waiting.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
+
+#include "console/waiting/input_hold.h"
+#include "console/waiting/waiting_worker.h"
+
+namespace orvane::console {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Nothing is shown or handled for work that ends in less: nobody sees that.
+constexpr auto kUnnoticed = 10ms;
+constexpr auto kBeforePanel = 500ms;
+
+bool IsUserInterfaceThread() {
+  return qobject_cast<QApplication*>(QCoreApplication::instance()) &&
+         QThread::currentThread() == qApp->thread();
+}
+
+QWidget* WindowInFront() {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal->window();
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowType() == Qt::Window) return window;
+  }
+  return nullptr;
+}
+
+/// The busy shape of the mouse pointer, from Show to the end of the wait.
+class BusyPointer {
+ public:
+  BusyPointer() = default;
+  BusyPointer(const BusyPointer&) = delete;
+  BusyPointer& operator=(const BusyPointer&) = delete;
+  ~BusyPointer() {
+    if (m_bShown) QApplication::restoreOverrideCursor();
+  }
+  void Show() {
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    m_bShown = true;
+  }
+
+ private:
+  bool m_bShown = false;
+};
+
+}  // namespace
+
+Waiting::Waiting() : m_hold(std::make_unique<InputHold>()) {}
+
+Waiting::~Waiting() = default;
+
+std::unique_ptr<WaitingWorker> Waiting::TakeWorker() {
+  return m_idleWorker ? std::move(m_idleWorker) : std::make_unique<WaitingWorker>();
+}
+
+void Waiting::Run(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work) {
+  if (!IsUserInterfaceThread()) {
+    work(WaitingWorker::CurrentStop());
+    return;
+  }
+  std::unique_ptr<WaitingWorker> worker = TakeWorker();
+  std::stop_source stop;
+  worker->Start(work, stop.get_token());
+  if (!worker->WaitFor(kUnnoticed)) HandleEventsUntilDone(sWhat, *worker, stop);
+  const std::exception_ptr exception = worker->TakeException();
+  if (!m_idleWorker) m_idleWorker = std::move(worker);
+  if (exception) std::rethrow_exception(exception);
+}
+
+void Waiting::HandleEventsUntilDone(const platform::Text& sWhat, WaitingWorker& worker,
+                                    std::stop_source& stop) {
+  InputHold::Run run;
+  run.isDone = [&worker] { return worker.IsDone(); };
+  run.cancel = [&run, &stop] {
+    stop.request_stop();
+    if (run.panel) run.panel->ShowCancelling();
+  };
+  BusyPointer pointer;
+  QTimer panelTimer;
+  panelTimer.setSingleShot(true);
+  QObject::connect(&panelTimer, &QTimer::timeout, &panelTimer, [&] {
+    run.panel = new WaitingPanel(QString::fromStdString(sWhat), WindowInFront());
+    QObject::connect(run.panel, &WaitingPanel::Cancelled, run.panel, run.cancel);
+    pointer.Show();
+  });
+  panelTimer.start(kBeforePanel - kUnnoticed);
+  m_hold->Push(run);
+  QEventLoop loop;
+  worker.QuitWhenDone(&loop);
+  loop.exec();
+  worker.QuitWhenDone(nullptr);
+  if (!worker.IsDone()) {
+    // The program is ending: the loop does not run any more.
+    stop.request_stop();
+    worker.WaitUntilDone();
+  }
+  m_hold->Pop(run);
+  delete run.panel;
+}
+
+}  // namespace orvane::console

@@ -1,0 +1,37 @@
+// Waiting, as the host does it: slow work runs on a worker thread while the window keeps painting
+// and nothing but Cancel can be pressed. Handed to components as their LongOperation.
+#pragma once
+
+#include <memory>
+
+#include "platform/long_operation.h"
+
+namespace orvane::console {
+
+class InputHold;
+class WaitingWorker;
+
+class Waiting : public platform::LongOperation {
+ public:
+  Waiting();
+  /// Waits for the worker thread, which is idle then.
+  ~Waiting() override;
+
+  /// Called on the user-interface thread: runs the work on a worker thread, shows the waiting
+  /// panel after half a second, and holds back all input and the closing of windows meanwhile. A
+  /// run that begins inside another one, from an event that was pending, has a worker of its own.
+  /// Called on any other thread, or without an application: runs the work where it is called, with
+  /// the stop token of the run it is part of.
+  void Run(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work) override;
+
+ private:
+  std::unique_ptr<WaitingWorker> TakeWorker();
+
+  void HandleEventsUntilDone(const platform::Text& sWhat, WaitingWorker& worker,
+                             std::stop_source& stop);
+
+  std::unique_ptr<InputHold> m_hold;
+  std::unique_ptr<WaitingWorker> m_idleWorker;
+};
+
+}  // namespace orvane::console
