@@ -1,0 +1,130 @@
+#include "component/registry.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "platform/failure.h"
+
+namespace orvane::component {
+namespace {
+
+namespace fs = std::filesystem;
+using platform::Failure;
+using platform::Text;
+
+constexpr const char* kSubfolder = "orvane/components";
+// A class is a few hundred bytes; what is larger is not one of ours.
+constexpr std::size_t kLargestFile = 65536;
+
+Text Environment(const char* sName) {
+  const char* const sValue = std::getenv(sName);
+  return sValue == nullptr ? Text() : Text(sValue);
+}
+
+// The content, or nothing when there is no such file.
+std::optional<Text> ReadFile(const fs::path& file) {
+  std::error_code error;
+  if (!fs::exists(file, error) && (!error || error == std::errc::no_such_file_or_directory ||
+                                   error == std::errc::not_a_directory)) {
+    return {};
+  }
+  Text sContent(kLargestFile + 1, '\0');
+  std::ifstream stream(file, std::ios::binary);
+  errno = 0;
+  if (stream) stream.read(sContent.data(), static_cast<std::streamsize>(sContent.size()));
+  if (!stream.is_open() || stream.bad() || fs::is_directory(file, error)) {
+    throw Failure(platform::failure::kComponent,
+                  "The registration file \"" + file.string() +
+                      "\" cannot be read; give yourself the right to read it or remove it.",
+                  "component", errno);
+  }
+  sContent.resize(static_cast<std::size_t>(stream.gcount()));
+  // Too much of it is as good as damaged: the reader says so.
+  if (sContent.size() > kLargestFile) sContent.clear();
+  return sContent;
+}
+
+std::optional<RegisteredClass> ReadClass(const fs::path& file) {
+  const auto sContent = ReadFile(file);
+  if (!sContent) return {};
+  return ReadClassFile(*sContent, file);
+}
+
+}  // namespace
+
+Registry::Registry(std::vector<fs::path> folders) : m_folders(std::move(folders)) {}
+
+Registry Registry::Standard(const std::optional<fs::path>& buildFolder) {
+  std::vector<fs::path> folders;
+  if (buildFolder) folders.push_back(*buildFolder);
+  try {
+    folders.push_back(UserFolder());
+  } catch (const Failure&) {
+    // Without a home folder there is nothing of the user's own to be found.
+  }
+  for (auto& folder : SystemFolders()) folders.push_back(std::move(folder));
+  return Registry(std::move(folders));
+}
+
+fs::path Registry::UserFolder() {
+  const fs::path data = Environment("XDG_DATA_HOME");
+  if (data.is_absolute()) return data / kSubfolder;
+  const fs::path home = Environment("HOME");
+  if (!home.is_absolute()) {
+    throw Failure(platform::failure::kComponent,
+                  "There is no home folder to register components in; set HOME, or name a folder.",
+                  "component");
+  }
+  return home / ".local/share" / kSubfolder;
+}
+
+std::vector<fs::path> Registry::SystemFolders() {
+  Text sFolders = Environment("XDG_DATA_DIRS");
+  if (sFolders.empty()) sFolders = "/usr/local/share:/usr/share";
+  std::vector<fs::path> folders;
+  for (std::size_t nStart = 0; nStart <= sFolders.size();) {
+    const std::size_t nEnd = std::min(sFolders.find(':', nStart), sFolders.size());
+    const fs::path folder = sFolders.substr(nStart, nEnd - nStart);
+    if (folder.is_absolute()) folders.push_back(folder / kSubfolder);
+    nStart = nEnd + 1;
+  }
+  return folders;
+}
+
+std::optional<RegisteredClass> Registry::Find(std::string_view sProgId) const {
+  const Text sName = ClassFileName(sProgId);
+  for (const auto& folder : m_folders) {
+    if (auto registered = ReadClass(folder / sName)) return registered;
+  }
+  return {};
+}
+
+Registry::Listing Registry::List() const {
+  Listing listing;
+  std::set<fs::path> seen;
+  for (const auto& folder : m_folders) {
+    std::error_code error;
+    std::vector<fs::path> files;
+    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+      if (it->path().extension() == ".json") files.push_back(it->path());
+    }
+    std::sort(files.begin(), files.end());
+    for (const auto& file : files) {
+      if (!seen.insert(file.filename()).second) continue;
+      try {
+        if (auto registered = ReadClass(file)) listing.classes.push_back(std::move(*registered));
+      } catch (const Failure& failure) {
+        listing.sProblems.push_back(failure.Description());
+      }
+    }
+  }
+  return listing;
+}
+
+}  // namespace orvane::component
