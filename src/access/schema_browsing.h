@@ -1,0 +1,44 @@
+// Catalogs, tables and columns of a server, read row by row through its schema rowsets.
+// Every operation here fails with 91 when it is given no connection, and otherwise as the
+// connection does, unless its comment says what it suppresses.
+#pragma once
+
+#include <functional>
+
+#include "platform/ado/connection.h"
+#include "platform/grids/table_query.h"
+
+namespace orvane::access {
+
+using UseName = std::function<void(const platform::Text&)>;
+
+/// Hands over the server's catalogs, each as soon as it is read.
+void ForEachCatalog(const platform::ConnectionPtr& cn, const UseName& use);
+
+/// Hands over the catalog's tables, each as soon as it is read.
+void ForEachTable(const platform::ConnectionPtr& cn, const platform::Text& sCatalog,
+                  const UseName& use);
+
+/// Brings the query's column list in line with the server. An empty list takes every column in
+/// the server's order. Another one only loses names that the server does not have, walking up to
+/// the count it started with: the entry behind a removed one is not looked at, and as soon as the
+/// walk leaves the shortened list it fails with 9.
+void GetTableColumns(platform::TableQuery& query, const platform::ConnectionPtr& cn);
+
+/// One column of a table's structure.
+struct TableStructureRow {
+  platform::Text sColumn;
+  platform::Text sTypeName;  ///< empty when the provider names no best match for the type
+  platform::Boolean bNullable = false;
+  platform::Boolean bKey = false;
+};
+
+/// Hands over the table's columns, each as soon as it is read. Without a connection, or when one
+/// of the three rowsets or their fields cannot be had, there is nothing to hand over and no
+/// failure. Failures while looking for a column's key and type are suppressed; those of the
+/// column's own fields and of what is done with the row are not.
+void ForEachStructureRow(const platform::ConnectionPtr& cn, const platform::Text& sCatalog,
+                         const platform::Text& sTable,
+                         const std::function<void(const TableStructureRow&)>& use);
+
+}  // namespace orvane::access
