@@ -1,0 +1,38 @@
+// The named queries of a server, filed under their names. Owned by the server; one thread.
+#pragma once
+
+#include <memory>
+
+#include "nodes/nodes_collection.h"
+#include "nodes/query_node.h"
+
+namespace orvane::nodes {
+
+class QueryNodesCollection : public NodesCollection<QueryNode, ServerNode> {
+ public:
+  QueryNodesCollection();
+
+  /// The node at a position or of a key; fails with 9 or 5 when there is none: queries are asked
+  /// for by names known to exist.
+  QueryNodePtr Item(const platform::Value& vtIndexKey) const;
+
+  /// Files a new node at the end. Fails with 457 when the name is present.
+  QueryNodePtr Add(const platform::Text& sName, const platform::Text& sQuery);
+  /// Position of the query of exactly that name, case included; -1 when there is none.
+  platform::Long Find(const platform::Text& sQueryName) const;
+  /// Puts a node back under its current name, before the position, or at the end when the
+  /// position is behind the last one. Silent, and the node's back references stay as they are.
+  /// Fails with 9 for a position below 1 and with 457 when the name is present.
+  void Insert(const QueryNodePtr& qrNode, platform::Long lIndexBefore);
+
+  /// Called by a node when one of its settings has changed; tells the owner.
+  void QueryNodeChanged();
+
+ protected:
+  NodePtr CreateNode() const override;
+  void Adopt(QueryNode& node) override;
+  platform::Text KeyOf(const QueryNode& node) const override;
+  void NotifyOwner(ServerNode& owner) override;
+};
+
+}  // namespace orvane::nodes

@@ -1,0 +1,254 @@
+// Trees read back from a bag, whole or with parts missing.
+#include "tests/nodes/model.h"
+
+namespace orvane::nodes {
+namespace {
+
+using platform::Long;
+using platform::Text;
+using platform::Value;
+
+class loading : public Model {
+ protected:
+  ServersNodePtr Load() {
+    auto loaded = ServersNode::Create(objects);
+    loaded->ReadProperties(bag, "P_");
+    return loaded;
+  }
+};
+
+TEST_F(loading, an_empty_bag_gives_the_default_options_and_no_servers) {
+  root->MaxRows(1);
+  root->QueryTimeout(2);
+  root->SetDefaultTimeRange("a", "b");
+  root->SqlStatements(false);
+  root->Context(true);
+  AddServer("S1");
+  root->ReadProperties(bag, "P_");
+  Text sStart;
+  Text sEnd;
+  root->GetDefaultTimeRange(sStart, sEnd);
+  EXPECT_EQ(root->MaxRows(), 100);
+  EXPECT_EQ(root->QueryTimeout(), 60);
+  EXPECT_EQ(sStart, "*-1h");
+  EXPECT_EQ(sEnd, "*");
+  EXPECT_TRUE(root->SqlStatements());
+  EXPECT_FALSE(root->Context());
+  EXPECT_EQ(root->ServerNodes()->Count(), 0);
+}
+
+TEST_F(loading, gives_back_what_was_saved) {
+  root->MaxRows(7);
+  root->QueryTimeout(8);
+  root->SetDefaultTimeRange("", "t");
+  root->SqlStatements(false);
+  root->Context(true);
+  AddServer("zeta");
+  const auto server = AddServer("Alpha \"quoted\"\nline");
+  server->Provider("P");
+  server->User("U");
+  server->ExtendedOptions("X=1;");
+  for (const char* sCatalog : {"b", "a", "Ωmega"}) server->CatalogNodes()->Add(sCatalog);
+  const auto tables = server->CatalogNodes()->Item("a")->TableNodes();
+  for (const char* sTable : {"t2", "t1"}) tables->Add(sTable);
+  tables->Item("t1")->DefaultFilterCondition(false);
+  tables->Item("t1")->Query()->FilterCondition("x = 'y'");
+  tables->Item("t1")->Query()->MaxRows(5);
+  tables->Item("t1")->Query()->Columns().Add("c2");
+  tables->Item("t1")->Query()->Columns().Add("c1");
+  for (const char* sQuery : {"q.2", "q1"})
+    server->QueryNodes()->Add(sQuery, Text("SQL of ") + sQuery);
+  root->WriteProperties(bag, "P_");
+
+  const auto loaded = Load();
+  Text sStart;
+  Text sEnd;
+  loaded->GetDefaultTimeRange(sStart, sEnd);
+  EXPECT_EQ(loaded->MaxRows(), 7);
+  EXPECT_EQ(loaded->QueryTimeout(), 8);
+  EXPECT_EQ(sStart, "");
+  EXPECT_EQ(sEnd, "t");
+  EXPECT_FALSE(loaded->SqlStatements());
+  EXPECT_TRUE(loaded->Context());
+  const auto loadedServer = loaded->ServerNodes()->Item("ALPHA \"QUOTED\"\nLINE");
+  ASSERT_NE(loadedServer, nullptr);
+  EXPECT_EQ(loaded->ServerNodes()->Item(Long{2}), loadedServer);
+  EXPECT_EQ(loadedServer->Provider(), "P");
+  EXPECT_EQ(loadedServer->User(), "U");
+  EXPECT_EQ(loadedServer->ExtendedOptions(), "X=1;");
+  EXPECT_EQ(loadedServer->Connection(), nullptr);
+  const auto loadedTable = loadedServer->CatalogNodes()->Item("a")->TableNodes()->Item("t1");
+  ASSERT_NE(loadedTable, nullptr);
+  EXPECT_FALSE(loadedTable->DefaultFilterCondition());
+  EXPECT_EQ(loadedTable->Query()->Catalog(), "a");
+  EXPECT_EQ(loadedTable->Query()->FilterCondition(), "x = 'y'");
+  EXPECT_EQ(loadedTable->Query()->MaxRows(), 5);
+  EXPECT_EQ(loadedTable->Query()->Columns().Item(1), "c2");
+  EXPECT_EQ(loadedServer->QueryNodes()->Item("Q.2")->Query(), "SQL of q.2");
+
+  // The same again, written in the same order: nothing was lost and no list was reordered.
+  fakes::FakePropertyBag second;
+  loaded->WriteProperties(second, "P_");
+  EXPECT_EQ(second.order, bag.order);
+  for (const Text& sName : bag.order) {
+    if (!sName.ends_with("_TableNode1_Query") && !sName.ends_with("_TableNode2_Query")) {
+      EXPECT_EQ(second.At(sName), bag.At(sName)) << sName;
+    }
+  }
+}
+
+TEST_F(loading, links_every_node_to_what_is_above_it) {
+  AddServer("S1")->CatalogNodes()->Add("C")->TableNodes()->Add("T");
+  root->ServerNodes()->Item("S1")->QueryNodes()->Add("Q", "");
+  root->WriteProperties(bag, "P_");
+  const auto loaded = Load();
+  loaded->Parent(owner);
+  const auto server = loaded->ServerNodes()->Item("S1");
+  const auto catalog = server->CatalogNodes()->Item("C");
+  const auto table = catalog->TableNodes()->Item("T");
+  const auto query = server->QueryNodes()->Item("Q");
+  EXPECT_EQ(server->ParentServersNode(), loaded);
+  EXPECT_EQ(catalog->ParentServerNode(), server);
+  EXPECT_EQ(table->ParentCatalogNode(), catalog);
+  EXPECT_EQ(query->ParentServerNode(), server);
+  EXPECT_EQ(ChangesDuring([&] { table->Query()->MaxRows(1); }), 1);
+  EXPECT_EQ(ChangesDuring([&] { table->DefaultFilterCondition(true); }), 1);
+  EXPECT_EQ(ChangesDuring([&] { query->Query("x"); }), 1);
+  EXPECT_EQ(ChangesDuring([&] { catalog->Catalog("D"); }), 1);
+}
+
+TEST_F(loading, the_root_and_its_options_tells_nobody) {
+  AddServer("S1")->CatalogNodes()->Add("C")->TableNodes()->Add("T");
+  root->WriteProperties(bag, "P_");
+  // Only the four settings of each loaded server go through their setters.
+  EXPECT_EQ(ChangesDuring([&] { root->ReadProperties(bag, "P_"); }), 4);
+}
+
+TEST_F(loading, missing_settings_of_a_server_are_empty_and_not_those_of_a_new_one) {
+  AddServer("S1");
+  root->WriteProperties(bag, "P_");
+  bag.Erase("P_ServerNodes_ServerNode1_Provider");
+  bag.Erase("P_ServerNodes_ServerNode1_Server");
+  bag.Erase("P_ServerNodes_ServerNode1_User");
+  bag.Erase("P_ServerNodes_ServerNode1_ExtendedOptions");
+  const auto server = Load()->ServerNodes()->Item(Long{1});
+  EXPECT_EQ(server->Provider(), "");
+  EXPECT_EQ(server->Server(), "");
+  EXPECT_EQ(server->User(), "");
+  EXPECT_EQ(server->ExtendedOptions(), "");
+}
+
+TEST_F(loading, an_item_without_keys_is_an_empty_one) {
+  AddServer("S1");
+  root->WriteProperties(bag, "P_");
+  bag.WriteProperty("P_ServerNodes_ServerNodeCount", Long{2}, std::nullopt);
+  const auto servers = Load()->ServerNodes();
+  ASSERT_EQ(servers->Count(), 2);
+  EXPECT_EQ(servers->Item(Long{2})->Server(), "");
+  EXPECT_EQ(servers->Item(""), servers->Item(Long{2}));
+}
+
+TEST_F(loading, a_missing_count_is_an_empty_list) {
+  AddServer("S1")->CatalogNodes()->Add("C");
+  root->WriteProperties(bag, "P_");
+  bag.Erase("P_ServerNodes_ServerNode1_CatalogNodes_CatalogNodeCount");
+  EXPECT_EQ(Load()->ServerNodes()->Item("S1")->CatalogNodes()->Count(), 0);
+}
+
+TEST_F(loading, a_missing_table_query_is_an_empty_one_and_the_filter_flag_is_true) {
+  bag.WriteProperty("L_TableNodeCount", Long{1}, std::nullopt);
+  const auto catalog = CatalogNode::Create(objects);
+  catalog->TableNodes()->ReadProperties(bag, "L_");
+  const auto table = catalog->TableNodes()->Item("");
+  ASSERT_NE(table, nullptr);
+  EXPECT_EQ(table->Query()->Table(), "");
+  EXPECT_TRUE(table->DefaultFilterCondition());
+}
+
+TEST_F(loading, files_a_table_under_the_table_of_its_query) {
+  const auto catalog = AddServer("S1")->CatalogNodes()->Add("C");
+  catalog->TableNodes()->Add("T")->Query()->Table("Renamed");
+  root->WriteProperties(bag, "P_");
+  const auto tables = Load()->ServerNodes()->Item("S1")->CatalogNodes()->Item("C")->TableNodes();
+  EXPECT_EQ(tables->Item("T"), nullptr);
+  EXPECT_NE(tables->Item("Renamed"), nullptr);
+}
+
+TEST_F(loading, two_items_of_one_key_fail_with_457) {
+  AddServer("S1");
+  AddServer("S2");
+  root->WriteProperties(bag, "P_");
+  bag.WriteProperty("P_ServerNodes_ServerNode2_Server", "s1", std::nullopt);
+  EXPECT_EQ(FailureOf([&] { Load(); }), 457);
+}
+
+TEST_F(loading, two_tables_without_a_name_fail_with_457) {
+  bag.WriteProperty("L_TableNodeCount", Long{2}, std::nullopt);
+  const auto catalog = CatalogNode::Create(objects);
+  EXPECT_EQ(FailureOf([&] { catalog->TableNodes()->ReadProperties(bag, "L_"); }), 457);
+}
+
+TEST_F(loading, a_list_that_fails_keeps_what_it_had) {
+  AddServer("S1");
+  bag.WriteProperty("L_ServerNodeCount", Long{2}, std::nullopt);
+  EXPECT_EQ(FailureOf([&] { root->ServerNodes()->ReadProperties(bag, "L_"); }), 457);
+  EXPECT_EQ(root->ServerNodes()->Count(), 1);
+  EXPECT_NE(root->ServerNodes()->Item("S1"), nullptr);
+}
+
+TEST_F(loading, a_table_query_of_another_kind_fails_with_13) {
+  class Other : public platform::PersistedObject {
+   public:
+    Text ProgId() const override { return "Other"; }
+    Text WriteState() const override { return {}; }
+    void ReadState(const Text&) override {}
+  };
+  bag.Creates("Other", [] { return std::make_shared<Other>(); });
+  bag.WriteProperty("T_Query", std::make_shared<Other>(), std::nullopt);
+  const auto table = TableNode::Create(objects);
+  EXPECT_EQ(FailureOf([&] { table->ReadProperties(bag, "T_"); }), 13);
+  bag.WriteProperty("T_Query", "text", std::nullopt);
+  EXPECT_EQ(FailureOf([&] { table->ReadProperties(bag, "T_"); }), 13);
+}
+
+TEST_F(loading, a_number_that_is_none_fails_with_13) {
+  bag.WriteProperty("P_MaxRows", "many", std::nullopt);
+  EXPECT_EQ(FailureOf([&] { Load(); }), 13);
+}
+
+TEST_F(loading, numbers_written_as_text_are_converted) {
+  bag.WriteProperty("P_MaxRows", "12", std::nullopt);
+  EXPECT_EQ(Load()->MaxRows(), 12);
+}
+
+TEST_F(loading, a_table_lets_go_of_its_old_query) {
+  const auto table = AddServer("S1")->CatalogNodes()->Add("C")->TableNodes()->Add("T");
+  const auto old = table->Query();
+  table->WriteProperties(bag, "T_");
+  table->ReadProperties(bag, "T_");
+  EXPECT_NE(table->Query(), old);
+  EXPECT_EQ(ChangesDuring([&] { old->MaxRows(1); }), 0);
+  EXPECT_EQ(ChangesDuring([&] { table->Query()->MaxRows(1); }), 1);
+}
+
+TEST_F(loading, a_connected_server_disconnects_it_first) {
+  const auto server = AddServer("S1");
+  server->Connect();
+  server->ReadProperties(bag, "S_");
+  EXPECT_EQ(historian->log.back(), "Close");
+  EXPECT_EQ(server->Connection(), nullptr);
+}
+
+TEST_F(loading, many_tables_are_all_found_again) {
+  const auto tables = AddServer("S1")->CatalogNodes()->Add("C")->TableNodes();
+  for (int i = 1; i <= 3000; ++i) tables->Add("Table" + std::to_string(i));
+  root->WriteProperties(bag, "P_");
+  const auto loaded = Load()->ServerNodes()->Item("S1")->CatalogNodes()->Item("C")->TableNodes();
+  ASSERT_EQ(loaded->Count(), 3000);
+  for (int i = 1; i <= 3000; ++i) {
+    EXPECT_EQ(loaded->Item(Long{i}), loaded->Item("TABLE" + std::to_string(i)));
+  }
+}
+
+}  // namespace
+}  // namespace orvane::nodes

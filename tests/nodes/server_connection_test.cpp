@@ -1,0 +1,120 @@
+// What a server node asks of data access when it connects and disconnects.
+#include "tests/nodes/model.h"
+
+namespace orvane::nodes {
+namespace {
+
+using platform::Text;
+
+class server_connection : public Model {
+ protected:
+  server_connection() { server->Server("S1"); }
+  ServerNodePtr server = ServerNode::Create(objects);
+};
+
+TEST_F(server_connection, connect_disables_server_selection_and_always_prompts) {
+  server->Connect();
+  const Text sString = "Provider = ORVOLEDB; Data Source = S1;Disable Server Selection = True;";
+  EXPECT_EQ(historian->log, (std::vector<Text>{"ConnectionString " + sString, "Prompt 1",
+                                               "Open " + sString + "|orvanesnapin||-1"}));
+  ASSERT_NE(server->Connection(), nullptr);
+  EXPECT_TRUE(server->Connection()->IsOpen());
+}
+
+TEST_F(server_connection, connect_appends_the_extended_options_as_they_are) {
+  server->ExtendedOptions("Log Level = 3;odd=;=");
+  server->Connect();
+  EXPECT_EQ(server->Connection()->ConnectionString(),
+            "Provider = ORVOLEDB; Data Source = S1;Disable Server Selection = True;"
+            "Log Level = 3;odd=;=");
+}
+
+TEST_F(server_connection, connect_does_not_read_the_server_back) {
+  historian->sChosenServer = "S2";
+  historian->bFailDataSource = true;
+  server->Connect();
+  EXPECT_EQ(server->Server(), "S1");
+}
+
+TEST_F(server_connection, connect_ex_lets_the_dialog_choose_the_server) {
+  server->ExtendedOptions("X=1;");
+  server->User("U");
+  historian->sChosenServer = "S2";
+  server->ConnectEx();
+  const Text sString = "Provider = ORVOLEDB; Data Source = S1;";
+  EXPECT_EQ(historian->log, (std::vector<Text>{"ConnectionString " + sString, "Prompt 1",
+                                               "Open " + sString + "|U||-1"}));
+  EXPECT_EQ(server->Server(), "S2");
+  EXPECT_TRUE(server->Connection()->IsOpen());
+}
+
+TEST_F(server_connection, an_empty_server_still_has_its_item_in_the_string) {
+  server->Server("");
+  EXPECT_NE(FailureOf([&] { server->ConnectEx(); }), 0);
+  EXPECT_EQ(historian->log.front(), "ConnectionString Provider = ORVOLEDB; Data Source = ;");
+}
+
+TEST_F(server_connection, a_cancelled_logon_fails_and_changes_nothing) {
+  historian->bCancelLogon = true;
+  historian->sChosenServer = "S2";
+  EXPECT_EQ(FailureOf([&] { server->ConnectEx(); }), platform::failure::kCancelled);
+  EXPECT_EQ(FailureOf([&] { server->Connect(); }), platform::failure::kCancelled);
+  EXPECT_EQ(server->Connection(), nullptr);
+  EXPECT_EQ(server->Server(), "S1");
+}
+
+TEST_F(server_connection, a_failed_open_keeps_an_earlier_connection) {
+  server->Connect();
+  const auto earlier = server->Connection();
+  historian->bCancelLogon = true;
+  EXPECT_NE(FailureOf([&] { server->Connect(); }), 0);
+  EXPECT_EQ(server->Connection(), earlier);
+}
+
+TEST_F(server_connection, an_unreadable_data_source_leaves_server_and_connection_as_they_were) {
+  historian->bFailDataSource = true;
+  historian->sChosenServer = "S2";
+  EXPECT_EQ(FailureOf([&] { server->ConnectEx(); }), 3265);
+  EXPECT_EQ(server->Server(), "S1");
+  EXPECT_EQ(server->Connection(), nullptr);
+}
+
+TEST_F(server_connection, connecting_again_replaces_the_connection_without_closing_it) {
+  server->Connect();
+  const auto first = server->Connection();
+  server->Connect();
+  EXPECT_NE(server->Connection(), first);
+  EXPECT_TRUE(first->IsOpen());
+  EXPECT_EQ(std::count(historian->log.begin(), historian->log.end(), "Close"), 0);
+}
+
+TEST_F(server_connection, disconnect_closes_and_drops) {
+  server->Connect();
+  const auto connection = server->Connection();
+  server->Disconnect();
+  EXPECT_FALSE(connection->IsOpen());
+  EXPECT_EQ(server->Connection(), nullptr);
+}
+
+TEST_F(server_connection, disconnect_without_a_connection_does_nothing_and_tells_nobody) {
+  const auto added = AddServer("S2");
+  EXPECT_EQ(ChangesDuring([&] { added->Disconnect(); }), 0);
+  EXPECT_TRUE(historian->log.empty());
+}
+
+TEST_F(server_connection, a_failed_close_keeps_the_connection) {
+  server->Connect();
+  historian->bFailClose = true;
+  EXPECT_EQ(FailureOf([&] { server->Disconnect(); }), 3704);
+  EXPECT_NE(server->Connection(), nullptr);
+  historian->bFailClose = false;
+}
+
+TEST_F(server_connection, releasing_cached_rows_keeps_the_connection_open) {
+  server->Connect();
+  server->ReleaseCachedRecordsets();
+  EXPECT_TRUE(server->Connection()->IsOpen());
+}
+
+}  // namespace
+}  // namespace orvane::nodes
