@@ -1,0 +1,49 @@
+#include "controls/sql_text.h"
+
+namespace orvane::controls {
+
+using platform::Text;
+
+namespace {
+
+bool IsBlank(const Text& sText) {
+  return sText.find_first_not_of(" \t\r\n") == Text::npos;
+}
+
+}  // namespace
+
+Text QuotedName(const Text& sName) {
+  Text sQuoted = "\"";
+  for (const char c : sName) {
+    if (c == '"') sQuoted += '"';
+    sQuoted += c;
+  }
+  return sQuoted + '"';
+}
+
+Text ComposeSelect(const TableSelection& selection) {
+  Text sSql = "SELECT ";
+  if (selection.columns.empty()) {
+    sSql += '*';
+  } else {
+    Text sSeparator;
+    for (const Text& sColumn : selection.columns) {
+      sSql += sSeparator + QuotedName(sColumn);
+      sSeparator = ", ";
+    }
+  }
+
+  sSql += "\nFROM ";
+  if (!selection.sCatalog.empty()) sSql += QuotedName(selection.sCatalog) + "..";
+  sSql += QuotedName(selection.sTable);
+
+  if (!IsBlank(selection.sFilterCondition)) sSql += "\nWHERE " + selection.sFilterCondition;
+  if (selection.sortCriterion) {
+    // On a line of its own: a filter may end in a comment that runs to the end of its line.
+    sSql += "\nORDER BY " + QuotedName(selection.sortCriterion->sColumn) +
+            (selection.sortCriterion->bAscending ? " ASC" : " DESC");
+  }
+  return sSql;
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,27 @@
+// The SQL text that a table's grid sends, composed from what its query chooses.
+// The composition is described in docs/table-query.md.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/grids/table_query.h"
+
+namespace orvane::controls {
+
+/// The name between double quotes, double quotes within it doubled.
+platform::Text QuotedName(const platform::Text& sName);
+
+/// What a SELECT over one table is made of.
+struct TableSelection {
+  const platform::Text& sCatalog;
+  const platform::Text& sTable;
+  const std::vector<platform::Text>& columns;
+  const platform::Text& sFilterCondition;
+  const std::optional<platform::SortCriterion>& sortCriterion;
+};
+
+/// One statement, a clause a line. The filter stands as it is written, alone in its lines.
+platform::Text ComposeSelect(const TableSelection& selection);
+
+}  // namespace orvane::controls

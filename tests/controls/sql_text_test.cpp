@@ -1,0 +1,81 @@
+#include "controls/sql_text.h"
+
+#include <gtest/gtest.h>
+
+namespace orvane::controls {
+namespace {
+
+using platform::SortCriterion;
+using platform::Text;
+
+class sql_text : public testing::Test {
+ protected:
+  Text Compose() const {
+    return ComposeSelect({m_sCatalog, m_sTable, m_columns, m_sFilter, m_sort});
+  }
+  Text m_sCatalog = "Plant1";
+  Text m_sTable = "Data";
+  std::vector<Text> m_columns;
+  Text m_sFilter;
+  std::optional<SortCriterion> m_sort;
+};
+
+TEST_F(sql_text, without_chosen_columns_all_are_selected) {
+  EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"");
+}
+
+TEST_F(sql_text, has_a_clause_a_line_in_the_order_select_from_where_order_by) {
+  m_columns = {"Timestamp", "Value"};
+  m_sFilter = "Timestamp BETWEEN '*-1h' AND '*'";
+  m_sort = SortCriterion{"Timestamp", true};
+  EXPECT_EQ(Compose(),
+            "SELECT \"Timestamp\", \"Value\"\n"
+            "FROM \"Plant1\"..\"Data\"\n"
+            "WHERE Timestamp BETWEEN '*-1h' AND '*'\n"
+            "ORDER BY \"Timestamp\" ASC");
+}
+
+TEST_F(sql_text, a_descending_sort_says_so) {
+  m_sort = SortCriterion{"Value", false};
+  EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"\nORDER BY \"Value\" DESC");
+}
+
+TEST_F(sql_text, without_a_catalog_the_table_stands_alone) {
+  m_sCatalog = "";
+  EXPECT_EQ(Compose(), "SELECT *\nFROM \"Data\"");
+}
+
+TEST_F(sql_text, a_filter_of_blanks_is_no_filter) {
+  m_sFilter = " \t\r\n";
+  EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"");
+}
+
+TEST_F(sql_text, a_filter_stands_as_it_is_written) {
+  m_sFilter = "  a = 'it''s' OR b > 1\n AND c ";
+  EXPECT_EQ(Compose(),
+            "SELECT *\nFROM \"Plant1\"..\"Data\"\nWHERE   a = 'it''s' OR b > 1\n AND c ");
+}
+
+TEST_F(sql_text, a_line_comment_in_the_filter_does_not_swallow_the_order) {
+  m_sFilter = "Value > 1 -- only the high ones";
+  m_sort = SortCriterion{"Value", true};
+  EXPECT_EQ(Compose(),
+            "SELECT *\nFROM \"Plant1\"..\"Data\"\n"
+            "WHERE Value > 1 -- only the high ones\n"
+            "ORDER BY \"Value\" ASC");
+}
+
+TEST_F(sql_text, names_are_quoted_and_their_quotes_doubled) {
+  m_sCatalog = "My \"plant\"";
+  m_sTable = "Größe, 温度";
+  m_columns = {"a\"", "select", "two\nlines"};
+  m_sort = SortCriterion{"a\"", true};
+  EXPECT_EQ(Compose(),
+            "SELECT \"a\"\"\", \"select\", \"two\nlines\"\n"
+            "FROM \"My \"\"plant\"\"\"..\"Größe, 温度\"\n"
+            "ORDER BY \"a\"\"\" ASC");
+  EXPECT_EQ(QuotedName(""), "\"\"");
+}
+
+}  // namespace
+}  // namespace orvane::controls
