@@ -76,7 +76,7 @@ class Lexer {
       } else if (Peek() == '/' && Peek(1) == '*') {
         const auto end = m_sStatement.find("*/", m_position + 2);
         if (end == std::string_view::npos) {
-          FailAt(m_sStatement, m_position, "A comment never ends that begins", "end it with */");
+          FailAt(m_sStatement, m_position, "A comment never ends", "end it with */");
         }
         m_position = end + 2;
       } else {
@@ -131,8 +131,7 @@ class Lexer {
     Text sText;
     for (;; ++m_position) {
       if (AtEnd()) {
-        FailAt(m_sStatement, start, "A quote is never closed that opens",
-               Text("close it with ") + cQuote);
+        FailAt(m_sStatement, start, "A quote is never closed", Text("close it with ") + cQuote);
       }
       if (Peek() == cQuote) {
         if (!bDoubled || Peek(1) != cQuote) break;
@@ -203,21 +202,21 @@ std::vector<Token> ReadTokens(std::string_view sStatement) {
   return Lexer(sStatement).Read();
 }
 
-Text AtCharacter(std::string_view sStatement, std::size_t position) {
+Text CharacterNumber(std::string_view sStatement, std::size_t position) {
   std::size_t nCharacter = 1;
   for (const char c : sStatement.substr(0, position)) {
     // Bytes 10xxxxxx go on with a character that has begun.
     if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U) ++nCharacter;
   }
-  return "at character " + std::to_string(nCharacter);
+  return std::to_string(nCharacter);
 }
 
 void FailAt(std::string_view sStatement, std::size_t position, const Text& sWhat,
             const Text& sAdvice) {
-  throw platform::Failure(
-      platform::failure::kSqlError,
-      sWhat + " " + AtCharacter(sStatement, position) + " of the statement; " + sAdvice + ".",
-      "ORVOLEDB", 0, Text(sStatement));
+  throw platform::Failure(platform::failure::kSqlError,
+                          sWhat + " (character " + CharacterNumber(sStatement, position) +
+                              " of the statement); " + sAdvice + ".",
+                          "ORVOLEDB", 0, Text(sStatement));
 }
 
 Text QuoteIdentifier(std::string_view sName) {

@@ -44,10 +44,10 @@ struct Token {
 /// statement, and for a text without any statement.
 std::vector<Token> ReadTokens(std::string_view sStatement);
 
-/// "at character N", counted from 1 in characters, not bytes.
-platform::Text AtCharacter(std::string_view sStatement, std::size_t position);
+/// The place as a number of characters, not bytes, counted from 1.
+platform::Text CharacterNumber(std::string_view sStatement, std::size_t position);
 
-/// Fails with failure::kSqlError and "<what> at character N of the statement; <advice>."
+/// Fails with failure::kSqlError and "<what> (character N of the statement); <advice>."
 [[noreturn]] void FailAt(std::string_view sStatement, std::size_t position,
                          const platform::Text& sWhat, const platform::Text& sAdvice);
 

@@ -54,13 +54,13 @@ TEST(lexer, lets_semicolons_stand_at_the_end_only) {
   EXPECT_EQ(Kinds("a;"), "word=a end");
   EXPECT_EQ(Kinds("a ; ; -- all\n ;"), "word=a end");
   EXPECT_EQ(FailureOf("SELECT 1; DROP TABLE x"),
-            "A second statement begins at character 11 of the statement; send one statement at a "
+            "A second statement begins (character 11 of the statement); send one statement at a "
             "time.");
   EXPECT_EQ(FailureOf("\xC3\xA9;\xC3\xA9"),
-            "A second statement begins at character 3 of the statement; send one statement at a "
+            "A second statement begins (character 3 of the statement); send one statement at a "
             "time.");
   EXPECT_EQ(FailureOf(";a"),
-            "A second statement begins at character 2 of the statement; send one statement at a "
+            "A second statement begins (character 2 of the statement); send one statement at a "
             "time.");
 }
 
@@ -68,26 +68,26 @@ TEST(lexer, fails_with_a_place_and_an_advice) {
   EXPECT_EQ(FailureOf(""), "There is no statement; enter one such as SELECT.");
   EXPECT_EQ(FailureOf(" ; -- nothing"), "There is no statement; enter one such as SELECT.");
   EXPECT_EQ(FailureOf("a 'b''"),
-            "A quote is never closed that opens at character 3 of the statement; close it with '.");
+            "A quote is never closed (character 3 of the statement); close it with '.");
   EXPECT_EQ(FailureOf("[a"),
-            "A quote is never closed that opens at character 1 of the statement; close it with ].");
+            "A quote is never closed (character 1 of the statement); close it with ].");
   EXPECT_EQ(FailureOf("a /* b"),
-            "A comment never ends that begins at character 3 of the statement; end it with */.");
+            "A comment never ends (character 3 of the statement); end it with */.");
   EXPECT_EQ(FailureOf("a = ?"),
-            "There is a parameter mark at character 5 of the statement; write the value itself "
+            "There is a parameter mark (character 5 of the statement); write the value itself "
             "into the statement.");
   EXPECT_EQ(FailureOf("a \\ b"),
-            "There is a character without a meaning at character 3 of the statement; remove it or "
+            "There is a character without a meaning (character 3 of the statement); remove it or "
             "put it between quotes.");
   EXPECT_EQ(FailureOf("12abc"),
-            "A name begins with a digit at character 1 of the statement; put it between double "
+            "A name begins with a digit (character 1 of the statement); put it between double "
             "quotes.");
   EXPECT_EQ(
       FailureOf("x'0'"),
-      "Bytes are unfinished at character 1 of the statement; write an even number of hexadecimal "
+      "Bytes are unfinished (character 1 of the statement); write an even number of hexadecimal "
       "digits between quotes, such as x'00ff'.");
   EXPECT_EQ(FailureOf(std::string_view("a\0;b", 4)),
-            "There is a zero character at character 2 of the statement; remove it.");
+            "There is a zero character (character 2 of the statement); remove it.");
 }
 
 TEST(lexer, knows_where_each_token_stands) {

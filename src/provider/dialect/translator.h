@@ -1,0 +1,73 @@
+// From historian SQL to the plain SQL of an engine: names become catalog.table in quotes, time
+// expressions that meet time columns become parameters, and what may not be done is refused.
+// Used by the session, once for each statement.
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "platform/value.h"
+#include "provider/dialect/time_zone.h"
+
+namespace orvane::provider::dialect {
+
+/// A catalog as the historian knows it.
+struct KnownCatalog {
+  platform::Text sName;            ///< its own name, whichever one the statement used
+  platform::Text sReadOnlyAdvice;  ///< empty when it can be changed, else what to do instead
+};
+
+struct KnownColumn {
+  platform::Text sName;
+  platform::Boolean bTime = false;
+};
+
+struct KnownTable {
+  platform::Text sName;
+  std::vector<KnownColumn> columns;
+};
+
+/// Tells the translator what there is.
+class SchemaSource {
+ public:
+  SchemaSource() = default;
+  SchemaSource(const SchemaSource&) = delete;
+  SchemaSource& operator=(const SchemaSource&) = delete;
+  virtual ~SchemaSource() = default;
+
+  /// The catalog under the name by which statements know it, or none.
+  virtual std::optional<KnownCatalog> FindCatalog(const platform::Text& sName) = 0;
+  /// The table or view of that name, ASCII letters without regard to case, or none.
+  virtual std::optional<KnownTable> FindTable(const KnownCatalog& catalog,
+                                              const platform::Text& sTable) = 0;
+};
+
+struct TranslationSettings {
+  TimeZone zone;
+  platform::Timestamp now;                  ///< what "*" is, the same in the whole statement
+  platform::Boolean bPrefixes = false;      ///< "Orv_" may stand before every name
+  platform::Boolean bTimeAsDouble = false;  ///< numbers of days compare with time columns
+};
+
+struct Translation {
+  platform::Text sSql;
+  std::vector<platform::Value> parameters;  ///< one for each "?" in order
+  std::vector<platform::Text> catalogs;     ///< those that must be within reach
+  std::optional<platform::Text> changedCatalog;
+  /// Per column of the result whether it holds times; empty when that is not known.
+  std::vector<platform::Boolean> timeColumns;
+};
+
+/// The prefix that the option "Identifier Prefixes" puts before names.
+constexpr std::string_view kIdentifierPrefix = "Orv_";
+
+/// The name without the prefix, if it has it in any case and something behind it.
+platform::Text WithoutPrefix(const platform::Text& sName);
+
+/// Translates one statement. Fails with failure::kSqlError for what the statement cannot mean:
+/// unknown catalogs and tables, tables without a catalog, texts that are no time expressions.
+Translation Translate(std::string_view sStatement, SchemaSource& schema,
+                      const TranslationSettings& settings);
+
+}  // namespace orvane::provider::dialect
