@@ -1,0 +1,151 @@
+#include "component/registry.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+
+#include "platform/failure.h"
+#include "tests/component/temporary_folder.h"
+
+namespace orvane::component {
+namespace {
+
+using platform::Failure;
+using platform::Text;
+using test::TemporaryFolder;
+using test::WriteText;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+// Sets an environment variable for as long as it lives.
+class Variable {
+ public:
+  Variable(const char* sName, const char* sValue) : m_sName(sName) {
+    if (const char* const sOld = std::getenv(sName)) m_sOld = sOld;
+    Set(sValue);
+  }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+  ~Variable() { Set(m_sOld ? m_sOld->c_str() : nullptr); }
+
+ private:
+  void Set(const char* sValue) {
+    if (sValue != nullptr) {
+      setenv(m_sName, sValue, 1);
+    } else {
+      unsetenv(m_sName);
+    }
+  }
+  const char* m_sName;
+  std::optional<Text> m_sOld;
+};
+
+void Write(const fs::path& folder, const Text& sProgId, const fs::path& library) {
+  platform::ComponentDescription description;
+  description.sProgId = sProgId;
+  WriteText(folder / ClassFileName(sProgId), WriteClassFile({description, library}));
+}
+
+Text FailureOf(const Registry& registry, const Text& sProgId) {
+  try {
+    registry.Find(sProgId);
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.Number(), platform::failure::kComponent);
+    return failure.Description();
+  }
+  ADD_FAILURE() << "nothing failed";
+  return {};
+}
+
+TEST(RegistryTest, the_first_folder_that_has_the_class_wins) {
+  const TemporaryFolder folder;
+  const Registry registry({folder / "build", folder / "user", folder / "system"});
+  EXPECT_FALSE(registry.Find("A").has_value());
+  Write(folder / "system", "A", "/system/a.so");
+  EXPECT_EQ(registry.Find("A")->library, "/system/a.so");
+  Write(folder / "user", "A", "/user/a.so");
+  EXPECT_EQ(registry.Find("A")->library, "/user/a.so");
+  Write(folder / "build", "A", "/build/a.so");
+  EXPECT_EQ(registry.Find("A")->library, "/build/a.so");
+}
+
+TEST(RegistryTest, a_damaged_file_does_not_hide_other_classes) {
+  const TemporaryFolder folder;
+  const Registry registry({folder / "user", folder / "system"});
+  WriteText(folder / "user" / "bad.json", "{");
+  Write(folder / "user", "Good", "/good.so");
+  EXPECT_EQ(registry.Find("Good")->library, "/good.so");
+  const auto listing = registry.List();
+  ASSERT_EQ(listing.classes.size(), 1U);
+  EXPECT_EQ(listing.classes.front().description.sProgId, "Good");
+  EXPECT_THAT(listing.sProblems, ElementsAre(HasSubstr("bad.json\" is damaged")));
+}
+
+TEST(RegistryTest, a_damaged_file_is_not_passed_over_for_another_folders_class) {
+  const TemporaryFolder folder;
+  const Registry registry({folder / "user", folder / "system"});
+  WriteText(folder / "user" / "a.json", "{");
+  Write(folder / "system", "A", "/system/a.so");
+  EXPECT_THAT(FailureOf(registry, "A"), HasSubstr("is damaged"));
+  EXPECT_THAT(registry.List().classes, IsEmpty());
+}
+
+TEST(RegistryTest, a_file_that_cannot_be_read_is_a_sentence) {
+  const TemporaryFolder folder;
+  fs::create_directories(folder / "a.json");
+  EXPECT_THAT(FailureOf(Registry({folder.Path()}), "A"), HasSubstr("a.json\" cannot be read"));
+}
+
+TEST(RegistryTest, an_enormous_file_is_damaged) {
+  const TemporaryFolder folder;
+  WriteText(folder / "a.json", Text(1000000, ' '));
+  EXPECT_THAT(FailureOf(Registry({folder.Path()}), "A"), HasSubstr("is damaged"));
+}
+
+TEST(RegistryTest, the_list_is_what_would_be_found) {
+  const TemporaryFolder folder;
+  const Registry registry({folder / "user", folder / "none", folder / "system"});
+  Write(folder / "user", "B", "/user/b.so");
+  Write(folder / "user", "A", "/user/a.so");
+  Write(folder / "system", "A", "/system/a.so");
+  Write(folder / "system", "C", "/system/c.so");
+  WriteText(folder / "system" / "README", "other files do not matter");
+  std::vector<fs::path> libraries;
+  for (const auto& registered : registry.List().classes) libraries.push_back(registered.library);
+  EXPECT_THAT(libraries, ElementsAre("/user/a.so", "/user/b.so", "/system/c.so"));
+  EXPECT_THAT(registry.List().sProblems, IsEmpty());
+}
+
+TEST(RegistryTest, the_standard_order_is_build_tree_user_system) {
+  const Variable data("XDG_DATA_HOME", "/home/me/data");
+  const Variable system("XDG_DATA_DIRS", "/opt/share::relative:/usr/share");
+  EXPECT_THAT(Registry::Standard("/build/components").Folders(),
+              ElementsAre("/build/components", "/home/me/data/orvane/components",
+                          "/opt/share/orvane/components", "/usr/share/orvane/components"));
+  EXPECT_THAT(Registry::Standard().Folders(),
+              ElementsAre("/home/me/data/orvane/components", "/opt/share/orvane/components",
+                          "/usr/share/orvane/components"));
+}
+
+TEST(RegistryTest, without_settings_the_usual_data_folders_are_taken) {
+  const Variable data("XDG_DATA_HOME", "not/absolute");
+  const Variable home("HOME", "/home/me");
+  const Variable system("XDG_DATA_DIRS", "");
+  EXPECT_THAT(Registry::Standard().Folders(),
+              ElementsAre("/home/me/.local/share/orvane/components",
+                          "/usr/local/share/orvane/components", "/usr/share/orvane/components"));
+}
+
+TEST(RegistryTest, without_a_home_folder_the_system_is_still_found) {
+  const Variable data("XDG_DATA_HOME", nullptr);
+  const Variable home("HOME", nullptr);
+  const Variable system("XDG_DATA_DIRS", "/usr/share");
+  EXPECT_THAT(Registry::Standard().Folders(), ElementsAre("/usr/share/orvane/components"));
+  EXPECT_THROW(Registry::UserFolder(), Failure);
+}
+
+}  // namespace
+}  // namespace orvane::component

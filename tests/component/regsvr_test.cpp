@@ -1,0 +1,126 @@
+// The program orvane-regsvr as it is called from a shell.
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+
+#include "component/registry.h"
+#include "tests/component/temporary_folder.h"
+
+namespace orvane::component {
+namespace {
+
+using test::Fixture;
+using test::TemporaryFolder;
+using test::WriteText;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+struct Outcome {
+  int nStatus = -1;
+  std::string sOutput;
+  std::string sErrors;
+};
+
+class RegsvrTest : public testing::Test {
+ protected:
+  // Data folders of the test's own, so that nothing of this machine is seen or changed.
+  Outcome Run(const std::string& sArguments) {
+    const std::string sErrors = m_folder / "errors";
+    const std::string sCommand = "XDG_DATA_HOME='" + (m_folder / "user").string() +
+                                 "' XDG_DATA_DIRS='" + (m_folder / "system").string() +
+                                 "' " ORVANE_REGSVR " " + sArguments + " 2>'" + sErrors + "'";
+    Outcome outcome;
+    std::FILE* const pipe = popen(sCommand.c_str(), "r");
+    if (pipe == nullptr) return outcome;
+    char buffer[256];
+    while (const auto n = std::fread(buffer, 1, sizeof buffer, pipe)) {
+      outcome.sOutput.append(buffer, n);
+    }
+    const int nStatus = pclose(pipe);
+    outcome.nStatus = WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+    outcome.sErrors = test::ReadText(sErrors);
+    return outcome;
+  }
+
+  bool IsRegistered(const std::string& sFolder) {
+    return Registry({m_folder / sFolder}).Find("Fixture.Note").has_value();
+  }
+
+  TemporaryFolder m_folder;
+};
+
+TEST_F(RegsvrTest, it_registers_for_the_user_and_takes_out_again) {
+  const auto registered = Run(Fixture("good").string());
+  EXPECT_EQ(registered.nStatus, 0);
+  EXPECT_EQ(registered.sOutput, "Registered Fixture.Note.\n");
+  EXPECT_EQ(registered.sErrors, "");
+  EXPECT_TRUE(IsRegistered("user/orvane/components"));
+  const auto unregistered = Run("-u " + Fixture("good").string());
+  EXPECT_EQ(unregistered.nStatus, 0);
+  EXPECT_EQ(unregistered.sOutput, "Unregistered Fixture.Note.\n");
+  EXPECT_FALSE(IsRegistered("user/orvane/components"));
+}
+
+TEST_F(RegsvrTest, it_registers_for_the_system_or_in_a_folder) {
+  EXPECT_EQ(Run("--system " + Fixture("good").string()).nStatus, 0);
+  EXPECT_TRUE(IsRegistered("system/orvane/components"));
+  EXPECT_EQ(
+      Run("--registry '" + (m_folder / "own").string() + "' " + Fixture("good").string()).nStatus,
+      0);
+  EXPECT_TRUE(IsRegistered("own"));
+  EXPECT_FALSE(IsRegistered("user/orvane/components"));
+}
+
+TEST_F(RegsvrTest, a_failure_is_one_sentence_and_status_1_and_the_others_are_registered) {
+  const auto outcome = Run(Fixture("throws_RegisterServer").string() + " /nowhere/at/all.so " +
+                           Fixture("good").string());
+  EXPECT_EQ(outcome.nStatus, 1);
+  EXPECT_EQ(outcome.sOutput, "Registered Fixture.Note.\n");
+  EXPECT_EQ(outcome.sErrors,
+            "The component \"" +
+                std::filesystem::canonical(Fixture("throws_RegisterServer")).string() +
+                "\" broke off in DllRegisterServer (the fixture throws); ask its maker for a "
+                "mended one.\n"
+                "The library \"/nowhere/at/all.so\" is missing; install its component again, or "
+                "register the library where it is now.\n");
+}
+
+TEST_F(RegsvrTest, it_lists_what_is_registered_anywhere_or_in_one_place) {
+  EXPECT_EQ(Run("--system " + Fixture("good").string()).nStatus, 0);
+  const auto all = Run("--list");
+  EXPECT_EQ(all.nStatus, 0);
+  EXPECT_EQ(all.sOutput, "Fixture.Note\tObject\t1.0\t" +
+                             std::filesystem::canonical(Fixture("good")).string() + "\n");
+  EXPECT_EQ(Run("--list --user").sOutput, "");
+}
+
+TEST_F(RegsvrTest, a_damaged_file_is_told_beside_the_list) {
+  EXPECT_EQ(Run(Fixture("good").string()).nStatus, 0);
+  WriteText(m_folder / "user/orvane/components/bad.json", "{");
+  const auto outcome = Run("--list");
+  EXPECT_EQ(outcome.nStatus, 1);
+  EXPECT_THAT(outcome.sOutput, StartsWith("Fixture.Note\t"));
+  EXPECT_THAT(outcome.sErrors, HasSubstr("bad.json\" is damaged; register"));
+}
+
+TEST_F(RegsvrTest, a_command_line_that_makes_no_sense_is_one_sentence_and_status_2) {
+  for (const char* const sArguments :
+       {"", "-u", "--user --system x.so", "--list x.so", "--list -u", "--what", "--registry"}) {
+    const auto outcome = Run(sArguments);
+    EXPECT_EQ(outcome.nStatus, 2) << sArguments;
+    EXPECT_THAT(outcome.sErrors, HasSubstr("; see orvane-regsvr --help.\n")) << sArguments;
+    EXPECT_THAT(outcome.sOutput, IsEmpty()) << sArguments;
+  }
+  EXPECT_EQ(Run("").sErrors, "Name a library to register, or --list; see orvane-regsvr --help.\n");
+}
+
+TEST_F(RegsvrTest, help_and_version_are_no_failures) {
+  EXPECT_EQ(Run("--help").nStatus, 0);
+  EXPECT_THAT(Run("--help").sOutput, HasSubstr("LIBRARY"));
+  EXPECT_EQ(Run("--version").nStatus, 0);
+}
+
+}  // namespace
+}  // namespace orvane::component
