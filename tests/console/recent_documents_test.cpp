@@ -1,0 +1,78 @@
+#include "console/document/recent_documents.h"
+
+#include <gmock/gmock.h>
+
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryDir>
+
+namespace orvane::console {
+namespace {
+
+using platform::Text;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class recent_documents : public testing::Test {
+ protected:
+  Text File(const QString& sName) {
+    const QString sPath = m_folder.filePath(sName);
+    QFile file(sPath);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    return sPath.toStdString();
+  }
+
+  QTemporaryDir m_folder;
+  QSettings m_settings{m_folder.filePath("settings.ini"), QSettings::IniFormat};
+  RecentDocuments m_recent{m_settings};
+};
+
+TEST_F(recent_documents, are_none_at_first) {
+  EXPECT_THAT(m_recent.List(), IsEmpty());
+}
+
+TEST_F(recent_documents, come_newest_first_and_once) {
+  const Text sA = File("a.orvc");
+  const Text sB = File("b.orvc");
+  m_recent.Add(sA);
+  m_recent.Add(sB);
+  m_recent.Add(sA);
+  EXPECT_THAT(m_recent.List(), ElementsAre(sA, sB));
+}
+
+TEST_F(recent_documents, are_ten_at_most) {
+  for (int i = 0; i < 12; ++i) m_recent.Add(File(QString("%1.orvc").arg(i)));
+  const std::vector<Text> paths = m_recent.List();
+  ASSERT_EQ(paths.size(), 10U);
+  EXPECT_EQ(paths.front(), m_folder.filePath("11.orvc").toStdString());
+  EXPECT_EQ(paths.back(), m_folder.filePath("2.orvc").toStdString());
+}
+
+TEST_F(recent_documents, that_are_gone_are_forgotten) {
+  const Text sA = File("a.orvc");
+  const Text sB = File("b.orvc");
+  m_recent.Add(sA);
+  m_recent.Add(sB);
+  QFile::remove(QString::fromStdString(sB));
+  EXPECT_THAT(m_recent.List(), ElementsAre(sA));
+  File("b.orvc");
+  EXPECT_THAT(m_recent.List(), ElementsAre(sA));
+}
+
+TEST_F(recent_documents, can_be_removed) {
+  const Text sA = File("a.orvc");
+  m_recent.Add(sA);
+  m_recent.Remove(sA);
+  EXPECT_THAT(m_recent.List(), IsEmpty());
+}
+
+TEST_F(recent_documents, are_kept_in_the_settings) {
+  const Text sA = File("Größe 日本.orvc");
+  m_recent.Add(sA);
+  m_settings.sync();
+  QSettings again(m_settings.fileName(), QSettings::IniFormat);
+  EXPECT_THAT(RecentDocuments(again).List(), ElementsAre(sA));
+}
+
+}  // namespace
+}  // namespace orvane::console
