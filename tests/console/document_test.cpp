@@ -370,12 +370,13 @@ TEST_F(document, one_without_the_right_to_write_it_is_read_only) {
   ASSERT_EQ(chmod(Path().c_str(), 0444), 0);
   EXPECT_EQ(InChild([&] {
               if (!BecomeNobody()) return 1;
-              const auto opened = Document::Open(Path());
+              auto opened = Document::Open(Path());
               if (TextIn(*opened) != Value("x")) return 2;
               if (opened->ReadOnlyReason() !=
                   "The document is read-only here because you have no right to write the file.") {
                 return 3;
               }
+              opened.reset();
               // Not even by way of the folder, which may be written.
               Document other;
               if (SentenceOf([&] {

@@ -6,4 +6,7 @@ orvane_test(console_support QT
     document_format_test.cpp
     document_state_test.cpp
     document_test.cpp
-    recent_documents_test.cpp)
+    logon_dialog_test.cpp
+    message_boxes_test.cpp
+    recent_documents_test.cpp
+    waiting_test.cpp)
