@@ -1,1 +1,11 @@
 # Tests of the engines, on real database files.
+orvane_test(engines
+  LINK orvane_provider
+  SOURCES
+    engines/sqlite_engine_test.cpp
+    engines/sqlite_errors_test.cpp
+    engines/sqlite_fetch_test.cpp
+    engines/sqlite_limits_test.cpp
+    engines/sqlite_schema_test.cpp
+    engines/sqlite_session_test.cpp
+    engines/sqlite_types_test.cpp)

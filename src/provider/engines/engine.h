@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -67,12 +68,18 @@ class EngineSession {
 
   /// Runs exactly one statement; a second one behind it fails with failure::kSqlError. Fails with
   /// kTimeout, kCancelled, kBusy and the other numbers of the database. A statement that fails
-  /// has changed nothing.
+  /// has changed nothing. Attaching, transactions and settings of the database are refused with
+  /// kNotSupported.
   virtual EngineResult Run(const EngineStatement& statement, std::stop_token stop) = 0;
   /// Tables and views of a catalog in the order of their names, in one statement however many
   /// there are. Tables of the engine's own are left out.
   virtual std::vector<TableSchema> Schema(const Catalog& catalog, const SchemaRequest& request,
                                           std::stop_token stop) = 0;
+  /// Does the work, which calls Run on this session, in one transaction over the session's own
+  /// database and the catalogs: all of it is there afterwards, or, when the work or the end of
+  /// the transaction fails, nothing of it.
+  virtual void InTransaction(std::span<const Catalog> catalogs, const std::function<void()>& work,
+                             std::stop_token stop) = 0;
   /// Ends the session; closing twice does nothing. Recordsets stay usable.
   virtual void Close() = 0;
 };

@@ -1,7 +1,7 @@
 // The engine on SQLite files. A TIMESTAMP column holds whole microseconds since 1970-01-01
-// 00:00:00 UTC as INTEGER, DATE and TIME columns hold ISO 8601 texts, BOOLEAN columns 0 and 1,
-// GUID columns 16 bytes or the text of a GUID; a value that is stored otherwise comes out as it is
-// stored. INTEGER and BIGINT come out in 64 bits, the shorter integer types in 32.
+// 00:00:00 UTC as INTEGER; DATE, TIME and GUID columns hold the texts that the general
+// value-to-text rule writes; BOOLEAN columns hold 0 and 1. A value that is stored otherwise comes
+// out as it is stored. INTEGER and BIGINT come out in 64 bits, the shorter integer types in 32.
 // Used by the historian store and by sessions.
 #pragma once
 
@@ -22,7 +22,7 @@ class SqliteEngine final : public Engine {
   std::unique_ptr<EngineSession> Open(const Catalog& main, std::stop_token stop) override;
 
   /// Makes a new database file, ready for many readers beside one writer. Fails with
-  /// failure::kKeyExists when there is a file already.
+  /// failure::kKeyExists when there is a file already, and leaves none behind when it fails.
   void CreateDatabase(const platform::Text& sPath);
 
  private:

@@ -1,0 +1,87 @@
+#include "provider/engines/sqlite/sqlite_engine.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "platform/failure.h"
+#include "provider/engines/sqlite/sqlite_errors.h"
+#include "provider/engines/sqlite/sqlite_files.h"
+#include "provider/engines/sqlite/sqlite_session.h"
+#include "provider/engines/sqlite/sqlite_statement.h"
+
+namespace orvane::provider::engines {
+
+using platform::Failure;
+using platform::Text;
+namespace failure = platform::failure;
+
+namespace {
+
+SqliteHandle OpenHandle(const Catalog& main) {
+  // Calls of a session come one at a time, so SQLite need not lock each of its functions.
+  constexpr int kFlags =
+      SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  sqlite3* database = nullptr;
+  const Text sName = main.sPlace.empty() ? ":memory:" : UriOf(main);
+  const int nCode = sqlite3_open_v2(sName.c_str(), &database, kFlags, nullptr);
+  SqliteHandle handle(database);
+  if (nCode != SQLITE_OK) {
+    throw FailureOf(nCode, SubjectOf(main), database == nullptr ? "" : sqlite3_errmsg(database));
+  }
+  sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
+  return handle;
+}
+
+}  // namespace
+
+std::unique_ptr<EngineSession> SqliteEngine::Open(const Catalog& main, std::stop_token stop) {
+  if (!main.sPlace.empty()) CheckFile(main);
+  SqliteHandle database = OpenHandle(main);
+  {
+    // SQLite opens late: only reading tells whether this is a database, and one free to be read.
+    const SqliteWatch watch(database.get(), std::move(stop), {}, m_lockWait);
+    const Text sSubject = SubjectOf(main);
+    const Text sSql = "SELECT count(*) FROM sqlite_master";
+    watch.Guard({}, [&] { SqliteStatement(database.get(), sSql, sSubject).Run(); });
+  }
+  return std::make_unique<SqliteSession>(std::move(database), main, m_lockWait);
+}
+
+void SqliteEngine::CreateDatabase(const Text& sPath) {
+  // Made here and not by SQLite, which would take over a file that is there already.
+  const int nFile = ::open(sPath.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0644);
+  if (nFile < 0) {
+    const int nError = errno;
+    const auto fail = [&](platform::Long lNumber, const char* sWhy) {
+      throw Failure(lNumber, fmt::format("The file \"{}\" cannot be made: {}.", sPath, sWhy),
+                    "SQLite", nError);
+    };
+    if (nError == EEXIST) fail(failure::kKeyExists, "there is one already");
+    if (nError == ENOENT || nError == ENOTDIR)
+      fail(failure::kServerNotFound, "its folder is not there");
+    if (nError == EACCES || nError == EPERM || nError == EROFS) {
+      fail(failure::kNoRights, "you have no right to write to its folder");
+    }
+    fail(failure::kStorage, "the disk is full or failed");
+  }
+  ::close(nFile);
+  try {
+    const Catalog main{"", sPath, false};
+    const SqliteHandle database = OpenHandle(main);
+    const SqliteWatch watch(database.get(), {}, {}, m_lockWait);
+    const Text sSubject = SubjectOf(main);
+    // Readers and the writer then do not wait for each other.
+    const Text sSql = "PRAGMA journal_mode = WAL";
+    SqliteStatement(database.get(), sSql, sSubject).Run();
+  } catch (...) {
+    ::unlink(sPath.c_str());
+    throw;
+  }
+}
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,117 @@
+#include "provider/engines/sqlite/sqlite_errors.h"
+
+#include <fmt/format.h>
+#include <sqlite3.h>
+
+namespace orvane::provider::engines {
+
+namespace failure = platform::failure;
+using platform::Long;
+using platform::Text;
+
+Long FailureNumberOf(int nCode) noexcept {
+  switch (nCode) {
+    case SQLITE_CANTOPEN_ISDIR:
+    case SQLITE_IOERR_SHORT_READ:
+      return failure::kNotADatabase;
+    case SQLITE_IOERR_ACCESS:
+      return failure::kNoRights;
+    default:
+      break;
+  }
+  constexpr int kPrimary = 0xFF;
+  switch (nCode & kPrimary) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+      return 0;
+    case SQLITE_PERM:
+    case SQLITE_READONLY:
+    case SQLITE_CANTOPEN:  // that the file is there was looked at before
+      return failure::kNoRights;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+    case SQLITE_SCHEMA:
+      return failure::kBusy;
+    case SQLITE_INTERRUPT:
+    case SQLITE_ABORT:
+      return failure::kCancelled;
+    case SQLITE_NOMEM:
+    case SQLITE_IOERR:
+    case SQLITE_FULL:
+    case SQLITE_NOLFS:
+      return failure::kStorage;
+    case SQLITE_CORRUPT:
+    case SQLITE_FORMAT:
+    case SQLITE_NOTADB:
+      return failure::kNotADatabase;
+    case SQLITE_CONSTRAINT:
+    case SQLITE_MISMATCH:
+      return failure::kConstraint;
+    case SQLITE_AUTH:
+      return failure::kNotSupported;
+    default:
+      return failure::kSqlError;
+  }
+}
+
+Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) {
+  constexpr int kPrimary = 0xFF;
+  switch (nCode & kPrimary) {
+    case SQLITE_NOMEM:
+      return "There is not enough memory for the statement: set a row limit, or narrow it down.";
+    case SQLITE_FULL:
+      return fmt::format(
+          "{} has no room left on its disk, so nothing was written: make room and "
+          "try again.",
+          sSubject);
+    case SQLITE_CANTOPEN:
+      if (nCode == SQLITE_CANTOPEN_ISDIR) break;
+      return fmt::format(
+          "{} cannot be opened: check that you may read and write its file and "
+          "folder.",
+          sSubject);
+    default:
+      break;
+  }
+  switch (FailureNumberOf(nCode)) {
+    case failure::kNoRights:
+      return fmt::format(
+          "{} is read-only for you: get the right to write to its file and folder, "
+          "or log on as another user.",
+          sSubject);
+    case failure::kBusy:
+      return fmt::format("{} is locked by another program: try again when that is done.", sSubject);
+    case failure::kCancelled:
+      return "The statement was cancelled.";
+    case failure::kStorage:
+      return fmt::format(
+          "{} cannot be read or written, because its disk failed ({}): check the "
+          "disk.",
+          sSubject, sDetail);
+    case failure::kNotADatabase:
+      return (nCode & kPrimary) == SQLITE_CORRUPT
+                 ? fmt::format("{} is damaged ({}): restore its file from a copy.", sSubject,
+                               sDetail)
+                 : fmt::format(
+                       "{} is in a file that is no database: name another file, or restore "
+                       "it from a copy.",
+                       sSubject);
+    case failure::kConstraint:
+      return fmt::format("A rule of the table refuses this: {}.", sDetail);
+    case failure::kNotSupported:
+      return "The statement is refused: attaching and detaching, transactions and settings of the "
+             "database are not for statements.";
+    default:
+      return fmt::format("The statement cannot be run: {}.", sDetail);
+  }
+}
+
+platform::Failure FailureOf(int nCode, std::string_view sSubject, std::string_view sDetail,
+                            Text sSql) {
+  return {FailureNumberOf(nCode), SentenceOf(nCode, sSubject, sDetail), "SQLite", nCode,
+          std::move(sSql)};
+}
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,296 @@
+#include "provider/engines/sqlite/sqlite_session.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+#include "platform/case_folding.h"
+#include "platform/conversions.h"
+#include "provider/engines/sqlite/sqlite_errors.h"
+#include "provider/engines/sqlite/sqlite_files.h"
+#include "provider/engines/sqlite/sqlite_statement.h"
+#include "provider/engines/sqlite/sqlite_types.h"
+
+namespace orvane::provider::engines {
+
+using platform::Failure;
+using platform::Text;
+using platform::Value;
+namespace failure = platform::failure;
+
+namespace {
+
+Text Quoted(std::string_view sName, char quote = '"') {
+  Text sQuoted(1, quote);
+  for (const char character : sName) {
+    if (character == quote) sQuoted += quote;
+    sQuoted += character;
+  }
+  return sQuoted += quote;
+}
+
+// What would change the session itself is not for statements: catalogs are within reach only
+// while a statement names them, and a transaction left open would keep them there.
+int Authorize(void*, int nAction, const char*, const char*, const char*, const char*) {
+  switch (nAction) {
+    case SQLITE_ATTACH:
+    case SQLITE_DETACH:
+    case SQLITE_PRAGMA:
+    case SQLITE_SAVEPOINT:
+    case SQLITE_TRANSACTION:
+      return SQLITE_DENY;
+    default:
+      return SQLITE_OK;
+  }
+}
+
+class Authorized {
+ public:
+  explicit Authorized(sqlite3* database) : m_database(database) {
+    sqlite3_set_authorizer(m_database, Authorize, nullptr);
+  }
+  Authorized(const Authorized&) = delete;
+  Authorized& operator=(const Authorized&) = delete;
+  ~Authorized() { sqlite3_set_authorizer(m_database, nullptr, nullptr); }
+
+ private:
+  sqlite3* m_database;
+};
+
+Text TextOf(const platform::Recordset& rs, platform::RowIndex row, platform::ColumnIndex column) {
+  return platform::ToText(rs.ValueAt(row, column));
+}
+
+}  // namespace
+
+// The catalogs of one call, within reach while this lives. Those that an outer call has attached
+// already stay with that one.
+class SqliteSession::Attachments {
+ public:
+  Attachments(SqliteSession& session, std::span<const Catalog> catalogs) : m_session(session) {
+    try {
+      for (const Catalog& catalog : catalogs) Attach(catalog);
+    } catch (...) {
+      Detach();
+      throw;
+    }
+  }
+  Attachments(const Attachments&) = delete;
+  Attachments& operator=(const Attachments&) = delete;
+  ~Attachments() { Detach(); }
+
+ private:
+  void Attach(const Catalog& catalog) {
+    if (m_session.m_attached.contains(platform::FoldCase(catalog.sName))) return;
+    if (sqlite3_get_autocommit(m_session.m_database.get()) == 0) {
+      // It could not be detached again before the end of the transaction.
+      throw Failure(failure::kInvalidArgument,
+                    fmt::format("The catalog \"{}\" is not part of the transaction: name it when "
+                                "the transaction begins.",
+                                catalog.sName),
+                    "SQLite");
+    }
+    m_session.m_attached.insert(platform::FoldCase(catalog.sName));
+    m_names.push_back(catalog.sName);
+    CheckFile(catalog);
+    const Text sSubject = engines::SubjectOf(catalog);
+    m_session.RunOwn("ATTACH " + Quoted(UriOf(catalog), '\'') + " AS " + Quoted(catalog.sName),
+                     sSubject);
+  }
+
+  void Detach() noexcept {
+    for (const Text& sName : m_names) {
+      m_session.m_attached.erase(platform::FoldCase(sName));
+      // Of a catalog that could not be attached this fails, as it should.
+      sqlite3_exec(m_session.m_database.get(), ("DETACH " + Quoted(sName)).c_str(), nullptr,
+                   nullptr, nullptr);
+    }
+  }
+
+  SqliteSession& m_session;
+  std::vector<Text> m_names;
+};
+
+SqliteSession::SqliteSession(SqliteHandle database, Catalog main,
+                             std::chrono::milliseconds lockWait)
+    : m_database(std::move(database)), m_main(std::move(main)), m_lockWait(lockWait) {}
+
+EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_token stop) {
+  RequireOpen();
+  const SqliteWatch watch(m_database.get(), std::move(stop), statement.timeout, m_lockWait);
+  const Text sSubject = SubjectOf(statement.catalogs);
+  return watch.Guard(statement.sSql, [&] {
+    try {
+      const Attachments attachments(*this, statement.catalogs);
+      const Authorized authorized(m_database.get());
+      return RunAttached(statement, sSubject, watch.Start());
+    } catch (const std::bad_alloc&) {
+      throw FailureOf(SQLITE_NOMEM, sSubject, "out of memory", statement.sSql);
+    }
+  });
+}
+
+EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const Text& sSubject,
+                                        SqliteWatch::Clock::time_point start) {
+  SqliteStatement prepared(m_database.get(), statement.sSql, sSubject);
+  prepared.Bind(statement.parameters);
+  const auto nChangesBefore = sqlite3_total_changes64(m_database.get());
+  ado::RecordsetBuilder builder(prepared.Columns());
+  bool bTruncated = false;
+  if (prepared.HasRows()) {
+    bTruncated = prepared.Fetch(builder, statement.maxRows);
+  } else {
+    prepared.Run();
+  }
+  EngineResult result;
+  // The count of changes stays that of an earlier statement when this one changed nothing.
+  if (!prepared.ReadsOnly() && sqlite3_total_changes64(m_database.get()) != nChangesBefore) {
+    result.lRecordsAffected = static_cast<platform::Long>(std::min<sqlite3_int64>(
+        sqlite3_changes64(m_database.get()), std::numeric_limits<platform::Long>::max()));
+  }
+  result.recordset = builder.Finish(
+      bTruncated,
+      std::chrono::duration_cast<std::chrono::microseconds>(SqliteWatch::Clock::now() - start));
+  return result;
+}
+
+std::vector<TableSchema> SqliteSession::Schema(const Catalog& catalog, const SchemaRequest& request,
+                                               std::stop_token stop) {
+  RequireOpen();
+  const SqliteWatch watch(m_database.get(), std::move(stop), {}, m_lockWait);
+  return watch.Guard({}, [&] {
+    // The session's own database needs no attaching.
+    if (!m_main.sPlace.empty() && catalog.sPlace == m_main.sPlace) {
+      return ReadSchema("main", catalog, request);
+    }
+    const Attachments attachments(*this, {&catalog, 1});
+    return ReadSchema(catalog.sName, catalog, request);
+  });
+}
+
+std::vector<TableSchema> SqliteSession::ReadSchema(const Text& sQualifier, const Catalog& catalog,
+                                                   const SchemaRequest& request) {
+  const Text sSubject = engines::SubjectOf(catalog);
+  const auto query = [&](bool bColumns, const std::optional<Text>& sTable) {
+    Text sSql = "SELECT m.name, m.type";
+    if (bColumns) sSql += ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value";
+    sSql += " FROM " + Quoted(sQualifier) + ".sqlite_master AS m";
+    if (bColumns) {
+      // The hidden columns of virtual tables are no columns to anyone but their module.
+      sSql += " LEFT JOIN pragma_table_xinfo(m.name, " + Quoted(sQualifier, '\'') +
+              ") AS c ON c.hidden <> 1";
+    }
+    sSql += " WHERE m.type IN ('table', 'view') AND m.name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
+    if (sTable) sSql += " AND m.name = ?";
+    sSql += " ORDER BY m.name COLLATE NOCASE, m.name";
+    if (bColumns) sSql += ", c.cid";
+    SqliteStatement statement(m_database.get(), sSql, sSubject);
+    std::vector<Value> vtParameters;
+    if (sTable) vtParameters.emplace_back(*sTable);
+    statement.Bind(vtParameters);
+    ado::RecordsetBuilder builder(statement.Columns());
+    statement.Fetch(builder, 0);
+    return builder.Finish();
+  };
+
+  std::vector<TableSchema> tables;
+  const auto read = [&](const platform::Recordset& rs) {
+    for (platform::RowIndex row = 0; row < rs.RecordCount(); ++row) {
+      const Text sName = TextOf(rs, row, 0);
+      if (tables.empty() || tables.back().sName != sName) {
+        tables.push_back({sName, TextOf(rs, row, 1) == "view", {}});
+      }
+      if (rs.FieldCount() == 2 || rs.ValueAt(row, 2).IsNull()) continue;
+      ColumnSchema column;
+      column.sName = TextOf(rs, row, 2);
+      column.sDeclaredType = TextOf(rs, row, 3);
+      column.type = TypeOfDeclaration(column.sDeclaredType);
+      column.bNullable = !platform::ToBoolean(rs.ValueAt(row, 4));
+      column.lKeyOrdinal = platform::ToLong(rs.ValueAt(row, 5));
+      if (!rs.ValueAt(row, 6).IsNull()) column.sDefault = TextOf(rs, row, 6);
+      tables.back().columns.push_back(std::move(column));
+    }
+  };
+
+  if (!request.bColumns) {
+    read(*query(false, request.sTable));
+  } else {
+    try {
+      read(*query(true, request.sTable));
+    } catch (const Failure& failed) {
+      if (failed.Number() != failure::kSqlError) throw;
+      // One view over something that is gone fails all. Then table by table, those without.
+      tables.clear();
+      const auto names = query(false, request.sTable);
+      for (platform::RowIndex row = 0; row < names->RecordCount(); ++row) {
+        const Text sName = TextOf(*names, row, 0);
+        try {
+          read(*query(true, sName));
+        } catch (const Failure& ofOne) {
+          if (ofOne.Number() != failure::kSqlError) throw;
+          tables.push_back({sName, TextOf(*names, row, 1) == "view", {}});
+        }
+      }
+    }
+  }
+
+  for (TableSchema& table : tables) {
+    // A key of one INTEGER column is the row's own number, which is never null.
+    const auto bKey = [](const ColumnSchema& column) { return column.lKeyOrdinal != 0; };
+    if (std::ranges::count_if(table.columns, bKey) != 1) continue;
+    ColumnSchema& key = *std::ranges::find_if(table.columns, bKey);
+    if (sqlite3_stricmp(key.sDeclaredType.c_str(), "INTEGER") == 0) key.bNullable = false;
+  }
+  return tables;
+}
+
+void SqliteSession::InTransaction(std::span<const Catalog> catalogs,
+                                  const std::function<void()>& work, std::stop_token stop) {
+  RequireOpen();
+  const Text sSubject = SubjectOf(catalogs);
+  std::optional<Attachments> attachments;
+  // A watch lives for one call only: the work has its own.
+  const auto watched = [&](const auto& call) {
+    SqliteWatch(m_database.get(), stop, {}, m_lockWait).Guard({}, call);
+  };
+  watched([&] {
+    attachments.emplace(*this, catalogs);
+    RunOwn("BEGIN IMMEDIATE", sSubject);
+  });
+  try {
+    work();
+    watched([&] { RunOwn("COMMIT", sSubject); });
+  } catch (...) {
+    // A failure may have rolled back on its own; then this has nothing left to do.
+    sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    throw;
+  }
+}
+
+void SqliteSession::RunOwn(const Text& sSql, const Text& sSubject) {
+  SqliteStatement(m_database.get(), sSql, sSubject).Run();
+}
+
+void SqliteSession::Close() {
+  m_database.reset();
+}
+
+void SqliteSession::RequireOpen() const {
+  if (m_database == nullptr) {
+    throw Failure(failure::kObjectClosed, "The session is closed: connect again.", "SQLite");
+  }
+}
+
+Text SqliteSession::SubjectOf(std::span<const Catalog> catalogs) const {
+  if (catalogs.empty()) return engines::SubjectOf(m_main);
+  if (catalogs.size() == 1) return engines::SubjectOf(catalogs.front());
+  Text sNames;
+  for (const Catalog& catalog : catalogs) {
+    sNames += (sNames.empty() ? "\"" : ", \"") + catalog.sName + '"';
+  }
+  return "One of the catalogs " + sNames;
+}
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,255 @@
+#include "provider/engines/sqlite/sqlite_statement.h"
+
+#include <fmt/format.h>
+
+#include <limits>
+#include <type_traits>
+
+#include "platform/conversions.h"
+#include "provider/engines/sqlite/sqlite_errors.h"
+#include "provider/engines/sqlite/sqlite_types.h"
+
+namespace orvane::provider::engines {
+
+using platform::ColumnIndex;
+using platform::DataType;
+using platform::Failure;
+using platform::RowIndex;
+using platform::Text;
+using platform::Value;
+namespace failure = platform::failure;
+
+namespace {
+
+int BindText(sqlite3_stmt* statement, int nPlace, std::string_view sText,
+             sqlite3_destructor_type lifetime) {
+  return sqlite3_bind_text64(statement, nPlace, sText.data(), sText.size(), lifetime, SQLITE_UTF8);
+}
+
+int BindValue(sqlite3_stmt* statement, int nPlace, const Value& vtValue) {
+  return std::visit(
+      [&](const auto& content) {
+        using T = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<T, platform::Null>) {
+          return sqlite3_bind_null(statement, nPlace);
+        } else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, std::int32_t> ||
+                             std::is_same_v<T, std::int64_t>) {
+          return sqlite3_bind_int64(statement, nPlace, content);
+        } else if constexpr (std::is_same_v<T, double>) {
+          return sqlite3_bind_double(statement, nPlace, content);
+        } else if constexpr (std::is_same_v<T, platform::Timestamp>) {
+          return sqlite3_bind_int64(statement, nPlace, content.time_since_epoch().count());
+        } else if constexpr (std::is_same_v<T, platform::Text>) {
+          return BindText(statement, nPlace, content, SQLITE_STATIC);
+        } else if constexpr (std::is_same_v<T, platform::Bytes>) {
+          // A null pointer would bind null.
+          return content.empty() ? sqlite3_bind_zeroblob(statement, nPlace, 0)
+                                 : sqlite3_bind_blob64(statement, nPlace, content.data(),
+                                                       content.size(), SQLITE_STATIC);
+        } else if constexpr (std::is_same_v<T, platform::ObjectPtr>) {
+          throw Failure(failure::kTypeMismatch,
+                        fmt::format("Parameter {} is an object, which no database can hold: give "
+                                    "a plain value.",
+                                    nPlace));
+          return SQLITE_MISMATCH;
+        } else {
+          return BindText(statement, nPlace, platform::ToText(content), SQLITE_TRANSIENT);
+        }
+      },
+      vtValue.Content());
+}
+
+std::string_view TextAt(sqlite3_stmt* statement, int nColumn) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, nColumn));
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, nColumn));
+  return text == nullptr ? std::string_view() : std::string_view(text, size);
+}
+
+void AppendInteger(ado::Column& column, DataType type, std::int64_t llValue) {
+  switch (type) {
+    case DataType::DBTimeStamp:
+      column.AppendTimestamp(platform::Timestamp(std::chrono::microseconds(llValue)));
+      return;
+    case DataType::Integer:
+      if (llValue >= std::numeric_limits<std::int32_t>::min() &&
+          llValue <= std::numeric_limits<std::int32_t>::max()) {
+        column.AppendLong(static_cast<std::int32_t>(llValue));
+        return;
+      }
+      break;
+    case DataType::Boolean:
+      if (llValue == 0 || llValue == 1) {
+        column.AppendBoolean(llValue != 0);
+        return;
+      }
+      break;
+    default:
+      break;
+  }
+  column.AppendLongLong(llValue);
+}
+
+void AppendText(ado::Column& column, DataType type, std::string_view sText) {
+  switch (type) {
+    case DataType::DBDate:
+    case DataType::DBTime:
+    case DataType::Guid:
+      column.AppendValue(FromStoredText(type, sText));
+      return;
+    default:
+      column.AppendText(sText);
+  }
+}
+
+inline void AppendCell(ado::Column& column, DataType type, sqlite3_stmt* statement, int nColumn) {
+  switch (sqlite3_column_type(statement, nColumn)) {
+    case SQLITE_INTEGER:
+      AppendInteger(column, type, sqlite3_column_int64(statement, nColumn));
+      return;
+    case SQLITE_FLOAT:
+      column.AppendDouble(sqlite3_column_double(statement, nColumn));
+      return;
+    case SQLITE_TEXT:
+      AppendText(column, type, TextAt(statement, nColumn));
+      return;
+    case SQLITE_BLOB: {
+      const auto* bytes = static_cast<const std::byte*>(sqlite3_column_blob(statement, nColumn));
+      const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, nColumn));
+      column.AppendBytes(std::span(bytes, bytes == nullptr ? 0 : size));
+      return;
+    }
+    default:
+      column.AppendNull();
+  }
+}
+
+bool RefusesNull(sqlite3* database, sqlite3_stmt* statement, int nColumn) {
+  const char* sTable = sqlite3_column_table_name(statement, nColumn);
+  const char* sOrigin = sqlite3_column_origin_name(statement, nColumn);
+  if (sTable == nullptr || sOrigin == nullptr) return false;
+  const char* sCatalog = sqlite3_column_database_name(statement, nColumn);
+  int nNotNull = 0;
+  return sqlite3_table_column_metadata(database, sCatalog, sTable, sOrigin, nullptr, nullptr,
+                                       &nNotNull, nullptr, nullptr) == SQLITE_OK &&
+         nNotNull != 0;
+}
+
+}  // namespace
+
+SqliteStatement::SqliteStatement(sqlite3* database, const Text& sSql, const Text& sSubject)
+    : m_database(database), m_sSql(sSql), m_sSubject(sSubject) {
+  // SQLite would take a zero byte for the end and leave what is behind it unread.
+  if (sSql.find('\0') != Text::npos) {
+    throw Failure(failure::kSqlError,
+                  "The statement cannot be run: it holds a zero byte. Remove that.", "SQLite", 0,
+                  sSql);
+  }
+  std::string_view sRest = sSql;
+  while (m_statement == nullptr && !sRest.empty()) m_statement.reset(Prepare(sRest, sRest));
+  if (m_statement == nullptr) {
+    throw Failure(failure::kSqlError, "There is no statement to run: the text is empty.", "SQLite",
+                  0, sSql);
+  }
+  if (HasStatement(sRest)) {
+    throw Failure(failure::kSqlError,
+                  "The text holds more than one statement: run them one at a time.", "SQLite", 0,
+                  sSql);
+  }
+}
+
+// Gives null for blanks, comments and an empty statement, and always shortens the rest.
+sqlite3_stmt* SqliteStatement::Prepare(std::string_view sSql, std::string_view& sRest) const {
+  if (sSql.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) Fail(SQLITE_TOOBIG);
+  sqlite3_stmt* statement = nullptr;
+  const char* sTail = nullptr;
+  const int nCode = sqlite3_prepare_v3(m_database, sSql.data(), static_cast<int>(sSql.size()), 0,
+                                       &statement, &sTail);
+  if (nCode != SQLITE_OK) Fail(nCode);
+  sRest = sSql.substr(static_cast<std::size_t>(sTail - sSql.data()));
+  return statement;
+}
+
+bool SqliteStatement::HasStatement(std::string_view sSql) const {
+  while (!sSql.empty()) {
+    try {
+      const std::unique_ptr<sqlite3_stmt, Finalize> statement(Prepare(sSql, sSql));
+      if (statement != nullptr) return true;
+    } catch (const Failure&) {
+      return true;  // What cannot be read is there all the same.
+    }
+  }
+  return false;
+}
+
+void SqliteStatement::Bind(std::span<const Value> vtValues) {
+  const int nPlaces = sqlite3_bind_parameter_count(m_statement.get());
+  if (static_cast<std::size_t>(nPlaces) != vtValues.size()) {
+    throw Failure(failure::kInvalidArgument,
+                  fmt::format("The statement takes {} parameters, but {} were given.", nPlaces,
+                              vtValues.size()),
+                  "SQLite", 0, m_sSql);
+  }
+  for (int nPlace = 1; nPlace <= nPlaces; ++nPlace) {
+    const Value& vtValue = vtValues[static_cast<std::size_t>(nPlace) - 1];
+    if (const int nCode = BindValue(m_statement.get(), nPlace, vtValue); nCode != SQLITE_OK) {
+      Fail(nCode);
+    }
+  }
+}
+
+std::vector<ado::ColumnDescription> SqliteStatement::Columns() const {
+  std::vector<ado::ColumnDescription> columns;
+  const int nColumns = sqlite3_column_count(m_statement.get());
+  for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
+    const char* sName = sqlite3_column_name(m_statement.get(), nColumn);
+    const char* sType = sqlite3_column_decltype(m_statement.get(), nColumn);
+    columns.push_back({sName == nullptr ? "" : sName,
+                       TypeOfDeclaration(sType == nullptr ? "" : sType),
+                       !RefusesNull(m_database, m_statement.get(), nColumn)});
+  }
+  return columns;
+}
+
+bool SqliteStatement::Fetch(ado::RecordsetBuilder& builder, RowIndex maxRows) {
+  struct Target {
+    ado::Column* column;
+    DataType type;
+  };
+  std::vector<Target> targets;
+  const auto columns = Columns();
+  for (ColumnIndex column = 0; column < builder.ColumnCount(); ++column) {
+    targets.push_back({&builder.ColumnAt(column), columns[static_cast<std::size_t>(column)].type});
+  }
+  sqlite3_stmt* const statement = m_statement.get();
+  const int nColumns = builder.ColumnCount();
+  RowIndex rows = 0;
+  int nCode = SQLITE_OK;
+  // Neither the clock nor a stop token is looked at here: SqliteWatch does that from inside.
+  while ((nCode = sqlite3_step(statement)) == SQLITE_ROW) {
+    if (maxRows != 0 && rows == maxRows) {
+      // Ends the statement, and with it the counting of the rows it changed.
+      if (const int nEnd = sqlite3_reset(statement); nEnd != SQLITE_OK) Fail(nEnd);
+      return true;
+    }
+    for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
+      const Target& target = targets[static_cast<std::size_t>(nColumn)];
+      AppendCell(*target.column, target.type, statement, nColumn);
+    }
+    ++rows;
+  }
+  if (nCode != SQLITE_DONE) Fail(nCode);
+  return false;
+}
+
+void SqliteStatement::Run() {
+  int nCode = SQLITE_OK;
+  while ((nCode = sqlite3_step(m_statement.get())) == SQLITE_ROW) {
+  }
+  if (nCode != SQLITE_DONE) Fail(nCode);
+}
+
+void SqliteStatement::Fail(int nCode) const {
+  throw FailureOf(nCode, m_sSubject, sqlite3_errmsg(m_database), m_sSql);
+}
+
+}  // namespace orvane::provider::engines

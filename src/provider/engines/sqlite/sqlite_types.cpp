@@ -1,0 +1,150 @@
+#include "provider/engines/sqlite/sqlite_types.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/conversions.h"
+
+namespace orvane::provider::engines {
+
+using platform::DataType;
+
+namespace {
+
+constexpr std::array<std::pair<std::string_view, DataType>, 37> kTypes = {{
+    {"BIGINT", DataType::BigInt},
+    {"BINARY", DataType::Binary},
+    {"BIT", DataType::Boolean},
+    {"BLOB", DataType::Binary},
+    {"BOOL", DataType::Boolean},
+    {"BOOLEAN", DataType::Boolean},
+    {"CHAR", DataType::WChar},
+    {"CHARACTER", DataType::WChar},
+    {"CLOB", DataType::WChar},
+    {"DATE", DataType::DBDate},
+    {"DATETIME", DataType::DBTimeStamp},
+    {"DEC", DataType::Numeric},
+    {"DECIMAL", DataType::Numeric},
+    {"DOUBLE", DataType::Double},
+    {"DOUBLE PRECISION", DataType::Double},
+    {"FLOAT", DataType::Double},
+    {"GUID", DataType::Guid},
+    {"INT", DataType::Integer},
+    {"INT2", DataType::Integer},
+    {"INT4", DataType::Integer},
+    {"INT8", DataType::BigInt},
+    {"INTEGER", DataType::BigInt},
+    {"MEDIUMINT", DataType::Integer},
+    {"NCHAR", DataType::WChar},
+    {"NUMERIC", DataType::Numeric},
+    {"NVARCHAR", DataType::WChar},
+    {"REAL", DataType::Double},
+    {"SMALLINT", DataType::Integer},
+    {"TEXT", DataType::WChar},
+    {"TIME", DataType::DBTime},
+    {"TIMESTAMP", DataType::DBTimeStamp},
+    {"TINYINT", DataType::Integer},
+    {"UNIQUEIDENTIFIER", DataType::Guid},
+    {"UNSIGNED BIG INT", DataType::BigInt},
+    {"UUID", DataType::Guid},
+    {"VARBINARY", DataType::Binary},
+    {"VARCHAR", DataType::WChar},
+}};
+
+// The number that all of the characters are, in the base.
+std::optional<int> Number(std::string_view sDigits, int nBase = 10) {
+  int nValue = 0;
+  const char* end = sDigits.data() + sDigits.size();
+  const auto [stopped, error] = std::from_chars(sDigits.data(), end, nValue, nBase);
+  if (error != std::errc() || stopped != end) return std::nullopt;
+  return nValue;
+}
+
+platform::Value ReadDate(std::string_view sText) {
+  if (sText.size() != 10) return {};
+  const auto nYear = Number(sText.substr(0, 4));
+  const auto nMonth = Number(sText.substr(5, 2));
+  const auto nDay = Number(sText.substr(8, 2));
+  if (!nYear || !nMonth || !nDay || *nMonth < 0 || *nDay < 0) return {};
+  const std::chrono::year_month_day day{std::chrono::year(*nYear),
+                                        std::chrono::month(static_cast<unsigned>(*nMonth)),
+                                        std::chrono::day(static_cast<unsigned>(*nDay))};
+  if (!day.ok()) return {};
+  return platform::Date(day);
+}
+
+platform::Value ReadTime(std::string_view sText) {
+  if (sText.size() < 8 || sText.size() > 15) return {};
+  const auto nHour = Number(sText.substr(0, 2));
+  const auto nMinute = Number(sText.substr(3, 2));
+  const auto nSecond = Number(sText.substr(6, 2));
+  std::string sFraction = sText.size() > 9 ? std::string(sText.substr(9)) : "0";
+  sFraction.resize(6, '0');
+  const auto nFraction = Number(sFraction);
+  if (!nHour || !nMinute || !nSecond || !nFraction) return {};
+  if (*nHour > 23 || *nMinute > 59 || *nSecond > 59) return {};
+  return platform::TimeOfDay(std::chrono::hours(*nHour) + std::chrono::minutes(*nMinute) +
+                             std::chrono::seconds(*nSecond) +
+                             std::chrono::microseconds(*nFraction));
+}
+
+platform::Value ReadGuid(std::string_view sText) {
+  std::string sDigits;
+  for (const char character : sText) {
+    if (character != '{' && character != '-' && character != '}') sDigits.push_back(character);
+  }
+  platform::Guid guid;
+  if (sDigits.size() != guid.bytes.size() * 2) return {};
+  for (std::size_t i = 0; i < guid.bytes.size(); ++i) {
+    const auto nByte = Number(std::string_view(sDigits).substr(i * 2, 2), 16);
+    if (!nByte || *nByte < 0) return {};
+    guid.bytes[i] = static_cast<std::uint8_t>(*nByte);
+  }
+  return guid;
+}
+
+}  // namespace
+
+DataType TypeOfDeclaration(std::string_view sDeclaredType) {
+  // One upper-case form: no length, single blanks.
+  std::string sName;
+  for (const char character : sDeclaredType.substr(0, sDeclaredType.find('('))) {
+    const bool bBlank =
+        character == ' ' || character == '\t' || character == '\r' || character == '\n';
+    if (!bBlank) {
+      const bool bLower = character >= 'a' && character <= 'z';
+      sName.push_back(bLower ? static_cast<char>(character - 'a' + 'A') : character);
+    } else if (!sName.empty() && sName.back() != ' ') {
+      sName.push_back(' ');
+    }
+  }
+  if (!sName.empty() && sName.back() == ' ') sName.pop_back();
+
+  const auto found =
+      std::ranges::lower_bound(kTypes, sName, {}, [](const auto& type) { return type.first; });
+  if (found != kTypes.end() && found->first == sName) return found->second;
+
+  // Other names go by the words in them, the way SQLite itself chooses how to store.
+  const auto has = [&](std::string_view sWord) { return sName.find(sWord) != std::string::npos; };
+  if (has("INT")) return DataType::BigInt;
+  if (has("CHAR") || has("CLOB") || has("TEXT")) return DataType::WChar;
+  if (has("BLOB")) return DataType::Binary;
+  if (has("REAL") || has("FLOA") || has("DOUB")) return DataType::Double;
+  return DataType::Empty;
+}
+
+platform::Value FromStoredText(DataType type, std::string_view sText) {
+  platform::Value vtValue;
+  if (type == DataType::DBDate) vtValue = ReadDate(sText);
+  if (type == DataType::DBTime) vtValue = ReadTime(sText);
+  if (type == DataType::Guid) vtValue = ReadGuid(sText);
+  // Another spelling stays the text it is, so that the original value finds its row again.
+  if (vtValue.IsNull() || platform::ToText(vtValue) != sText) return platform::Text(sText);
+  return vtValue;
+}
+
+}  // namespace orvane::provider::engines

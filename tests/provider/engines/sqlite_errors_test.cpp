@@ -1,0 +1,113 @@
+#include "provider/engines/sqlite/sqlite_errors.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <set>
+#include <vector>
+
+namespace orvane::provider::engines {
+namespace {
+
+namespace failure = platform::failure;
+
+TEST(SqliteErrors, each_native_code_has_its_number) {
+  const std::vector<std::pair<int, platform::Long>> cases = {
+      {SQLITE_OK, 0},
+      {SQLITE_ROW, 0},
+      {SQLITE_DONE, 0},
+      {SQLITE_ERROR, failure::kSqlError},
+      {SQLITE_ERROR_MISSING_COLLSEQ, failure::kSqlError},
+      {SQLITE_INTERNAL, failure::kSqlError},
+      {SQLITE_PERM, failure::kNoRights},
+      {SQLITE_ABORT, failure::kCancelled},
+      {SQLITE_ABORT_ROLLBACK, failure::kCancelled},
+      {SQLITE_BUSY, failure::kBusy},
+      {SQLITE_BUSY_RECOVERY, failure::kBusy},
+      {SQLITE_BUSY_SNAPSHOT, failure::kBusy},
+      {SQLITE_BUSY_TIMEOUT, failure::kBusy},
+      {SQLITE_LOCKED, failure::kBusy},
+      {SQLITE_LOCKED_SHAREDCACHE, failure::kBusy},
+      {SQLITE_NOMEM, failure::kStorage},
+      {SQLITE_READONLY, failure::kNoRights},
+      {SQLITE_READONLY_CANTINIT, failure::kNoRights},
+      {SQLITE_READONLY_DIRECTORY, failure::kNoRights},
+      {SQLITE_INTERRUPT, failure::kCancelled},
+      {SQLITE_IOERR, failure::kStorage},
+      {SQLITE_IOERR_READ, failure::kStorage},
+      {SQLITE_IOERR_WRITE, failure::kStorage},
+      {SQLITE_IOERR_SHORT_READ, failure::kNotADatabase},
+      {SQLITE_IOERR_ACCESS, failure::kNoRights},
+      {SQLITE_CORRUPT, failure::kNotADatabase},
+      {SQLITE_CORRUPT_INDEX, failure::kNotADatabase},
+      {SQLITE_FULL, failure::kStorage},
+      {SQLITE_CANTOPEN, failure::kNoRights},
+      {SQLITE_CANTOPEN_ISDIR, failure::kNotADatabase},
+      {SQLITE_PROTOCOL, failure::kBusy},
+      {SQLITE_SCHEMA, failure::kBusy},
+      {SQLITE_TOOBIG, failure::kSqlError},
+      {SQLITE_CONSTRAINT, failure::kConstraint},
+      {SQLITE_CONSTRAINT_UNIQUE, failure::kConstraint},
+      {SQLITE_CONSTRAINT_PRIMARYKEY, failure::kConstraint},
+      {SQLITE_CONSTRAINT_NOTNULL, failure::kConstraint},
+      {SQLITE_CONSTRAINT_CHECK, failure::kConstraint},
+      {SQLITE_CONSTRAINT_FOREIGNKEY, failure::kConstraint},
+      {SQLITE_MISMATCH, failure::kConstraint},
+      {SQLITE_MISUSE, failure::kSqlError},
+      {SQLITE_NOLFS, failure::kStorage},
+      {SQLITE_AUTH, failure::kNotSupported},
+      {SQLITE_FORMAT, failure::kNotADatabase},
+      {SQLITE_RANGE, failure::kSqlError},
+      {SQLITE_NOTADB, failure::kNotADatabase},
+      {12345, failure::kSqlError},
+  };
+  for (const auto& [nCode, lNumber] : cases) EXPECT_EQ(FailureNumberOf(nCode), lNumber) << nCode;
+}
+
+TEST(SqliteErrors, each_kind_of_trouble_has_its_own_sentence) {
+  const std::vector<std::pair<int, std::string>> cases = {
+      {SQLITE_ERROR, "The statement cannot be run: why."},
+      {SQLITE_READONLY,
+       "The catalog \"M\" is read-only for you: get the right to write to its file and folder, or "
+       "log on as another user."},
+      {SQLITE_CANTOPEN,
+       "The catalog \"M\" cannot be opened: check that you may read and write its file and "
+       "folder."},
+      {SQLITE_BUSY, "The catalog \"M\" is locked by another program: try again when that is done."},
+      {SQLITE_INTERRUPT, "The statement was cancelled."},
+      {SQLITE_NOMEM,
+       "There is not enough memory for the statement: set a row limit, or narrow it down."},
+      {SQLITE_FULL,
+       "The catalog \"M\" has no room left on its disk, so nothing was written: make room and try "
+       "again."},
+      {SQLITE_IOERR_WRITE,
+       "The catalog \"M\" cannot be read or written, because its disk failed (why): check the "
+       "disk."},
+      {SQLITE_CORRUPT, "The catalog \"M\" is damaged (why): restore its file from a copy."},
+      {SQLITE_NOTADB,
+       "The catalog \"M\" is in a file that is no database: name another file, or restore it from "
+       "a copy."},
+      {SQLITE_CONSTRAINT_UNIQUE, "A rule of the table refuses this: why."},
+      {SQLITE_AUTH,
+       "The statement is refused: attaching and detaching, transactions and settings of the "
+       "database are not for statements."},
+  };
+  std::set<std::string> sentences;
+  for (const auto& [nCode, sSentence] : cases) {
+    EXPECT_EQ(SentenceOf(nCode, "The catalog \"M\"", "why"), sSentence);
+    sentences.insert(sSentence);
+  }
+  EXPECT_EQ(sentences.size(), cases.size());
+}
+
+TEST(SqliteErrors, a_failure_carries_source_native_code_and_sql_apart_from_its_sentence) {
+  const auto failed = FailureOf(SQLITE_CONSTRAINT_UNIQUE, "The database", "why", "INSERT 1");
+  EXPECT_EQ(failed.Number(), failure::kConstraint);
+  EXPECT_EQ(failed.Source(), "SQLite");
+  EXPECT_EQ(failed.NativeError(), SQLITE_CONSTRAINT_UNIQUE);
+  EXPECT_EQ(failed.SqlText(), "INSERT 1");
+  EXPECT_EQ(failed.Description().find("INSERT"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace orvane::provider::engines

@@ -1,0 +1,353 @@
+#include <thread>
+
+#include "tests/provider/engines/database_folder.h"
+
+namespace orvane::provider::engines {
+namespace {
+
+using platform::Text;
+using platform::Value;
+using tests::FailureOf;
+using tests::Raw;
+using tests::Told;
+namespace failure = platform::failure;
+
+Value Big(std::int64_t llValue) {
+  return llValue;
+}
+
+class SqliteSessionTest : public tests::DatabaseFolder {};
+
+// One statement.
+
+TEST_F(SqliteSessionTest, takes_blanks_comments_and_semicolons_around_the_statement) {
+  const auto session = Open();
+  for (const char* sSql :
+       {"SELECT 7", "SELECT 7;", "  SELECT 7 ; ; \n", "SELECT 7 -- done", "SELECT 7; -- done\n",
+        "SELECT 7; /* done */ ;", "/* first */ SELECT 7", "; SELECT 7", "-- first\nSELECT 7;"}) {
+    EXPECT_TRUE(One(*session, sSql) == Big(7)) << sSql;
+  }
+}
+
+TEST_F(SqliteSessionTest, refuses_a_second_statement_and_runs_neither) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
+  const Told expected{failure::kSqlError,
+                      "The text holds more than one statement: run them one at a time."};
+  for (const char* sSql :
+       {"INSERT INTO t VALUES (1); INSERT INTO t VALUES (2)",
+        "INSERT INTO t VALUES (1);;DROP TABLE t;", "INSERT INTO t VALUES (1); /**/ SELECT 1",
+        "INSERT INTO t VALUES (1); nonsense", "INSERT INTO t VALUES (1); '"}) {
+    EXPECT_EQ(RunFails(*session, sSql), expected) << sSql;
+  }
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(0));
+}
+
+TEST_F(SqliteSessionTest, refuses_a_text_without_a_statement) {
+  const auto session = Open();
+  const Told expected{failure::kSqlError, "There is no statement to run: the text is empty."};
+  for (const char* sSql : {"", "  \n", ";", " ; ;", "-- nothing", "/* nothing */"}) {
+    EXPECT_EQ(RunFails(*session, sSql), expected) << sSql;
+  }
+}
+
+TEST_F(SqliteSessionTest, refuses_a_zero_byte_that_would_hide_what_is_behind_it) {
+  const auto session = Open();
+  EXPECT_EQ(RunFails(*session, std::string("SELECT 1\0; DROP TABLE t", 23)),
+            (Told{failure::kSqlError,
+                  "The statement cannot be run: it holds a zero byte. Remove that."}));
+}
+
+TEST_F(SqliteSessionTest, tells_what_is_wrong_with_a_statement_and_keeps_its_text_apart) {
+  const auto session = Open();
+  EXPECT_EQ(
+      RunFails(*session, "SELEC 1"),
+      (Told{failure::kSqlError, "The statement cannot be run: near \"SELEC\": syntax error."}));
+  EXPECT_EQ(RunFails(*session, "SELECT * FROM nowhere"),
+            (Told{failure::kSqlError, "The statement cannot be run: no such table: nowhere."}));
+  try {
+    Run(*session, "SELECT * FROM nowhere");
+    FAIL();
+  } catch (const platform::Failure& failed) {
+    EXPECT_EQ(failed.SqlText(), "SELECT * FROM nowhere");
+    EXPECT_EQ(failed.Source(), "SQLite");
+    EXPECT_EQ(failed.NativeError(), SQLITE_ERROR);
+  }
+}
+
+TEST_F(SqliteSessionTest, refuses_what_would_change_the_session) {
+  const Catalog catalog = Make("m.db", "CREATE TABLE t(a)");
+  const auto session = Open(catalog);
+  const Told expected{
+      failure::kNotSupported,
+      "The statement is refused: attaching and detaching, transactions and settings "
+      "of the database are not for statements."};
+  for (const std::string& sSql :
+       {"ATTACH '" + PathOf("x.db") + "' AS x", std::string("DETACH main"), std::string("BEGIN"),
+        std::string("COMMIT"), std::string("ROLLBACK"), std::string("SAVEPOINT s"),
+        std::string("RELEASE s"), std::string("PRAGMA journal_mode = OFF"),
+        std::string("PRAGMA foreign_keys = OFF"), "VACUUM INTO '" + PathOf("x.db") + "'"}) {
+    EXPECT_EQ(RunFails(*session, sSql), expected) << sSql;
+  }
+  EXPECT_FALSE(std::filesystem::exists(PathOf("x.db")));
+}
+
+// Rows affected.
+
+TEST_F(SqliteSessionTest, a_statement_without_rows_gives_a_recordset_without_fields) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
+  const auto result = Run(*session, "INSERT INTO t VALUES (1), (2), (3)");
+  EXPECT_EQ(result.lRecordsAffected, 3);
+  EXPECT_EQ(result.recordset->FieldCount(), 0);
+  EXPECT_TRUE(result.recordset->Eof());
+}
+
+TEST_F(SqliteSessionTest, counts_the_rows_of_this_statement_only) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
+  EXPECT_EQ(Run(*session, "INSERT INTO t VALUES (1), (2)").lRecordsAffected, 2);
+  EXPECT_EQ(Run(*session, "SELECT * FROM t").lRecordsAffected, 0);
+  EXPECT_EQ(Run(*session, "CREATE TABLE u(a)").lRecordsAffected, 0);
+  EXPECT_EQ(Run(*session, "UPDATE t SET a = 3 WHERE a = 99").lRecordsAffected, 0);
+  EXPECT_EQ(Run(*session, "DELETE FROM t WHERE a = 1").lRecordsAffected, 1);
+}
+
+TEST_F(SqliteSessionTest, a_changing_statement_may_give_rows_too) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
+  const auto result = session->Run({"INSERT INTO t VALUES (1), (2) RETURNING a", {}, {}, 1}, {});
+  EXPECT_EQ(result.recordset->RecordCount(), 1);
+  EXPECT_TRUE(result.recordset->Truncated());
+  EXPECT_EQ(result.lRecordsAffected, 2);
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(2));
+}
+
+TEST_F(SqliteSessionTest, a_statement_that_fails_has_changed_nothing) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a UNIQUE)"));
+  EXPECT_EQ(RunFails(*session, "INSERT INTO t VALUES (1), (2), (1)"),
+            (Told{failure::kConstraint,
+                  "A rule of the table refuses this: UNIQUE constraint failed: t.a."}));
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(0));
+}
+
+TEST_F(SqliteSessionTest, keeps_the_rules_of_foreign_keys) {
+  const auto session =
+      Open(Make("m.db", "CREATE TABLE p(a PRIMARY KEY); CREATE TABLE c(a REFERENCES p(a))"));
+  EXPECT_EQ(RunFails(*session, "INSERT INTO c VALUES (1)").lNumber, failure::kConstraint);
+}
+
+TEST_F(SqliteSessionTest, a_full_disk_is_told_and_changes_nothing) {
+  const Catalog catalog = Make("m.db", "CREATE TABLE t(a)");
+  // Stands in for the end of the disk: the file may not grow past these pages.
+  sqlite3_auto_extension(reinterpret_cast<void (*)()>(+[](sqlite3* database, char**, const void*) {
+    return sqlite3_exec(database, "PRAGMA max_page_count = 3", nullptr, nullptr, nullptr);
+  }));
+  const auto session = Open(catalog);
+  sqlite3_reset_auto_extension();
+  EXPECT_EQ(RunFails(*session, "INSERT INTO t VALUES (zeroblob(100000))"),
+            (Told{failure::kStorage,
+                  "The catalog \"m\" has no room left on its disk, so nothing was written: make "
+                  "room and try again."}));
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(0));
+}
+
+// Catalogs.
+
+TEST_F(SqliteSessionTest, reaches_the_catalogs_that_a_statement_names_and_only_then) {
+  const Catalog one = Make("one.db", "CREATE TABLE t(a); INSERT INTO t VALUES (1)");
+  const Catalog two = Make("two.db", "CREATE TABLE t(a); INSERT INTO t VALUES (2)");
+  const auto session = Open();
+  const auto rs =
+      session
+          ->Run({"SELECT one.t.a, two.t.a FROM one.t, two.t WHERE two.t.a = ?", {2}, {one, two}},
+                {})
+          .recordset;
+  EXPECT_TRUE(rs->ValueAt(0, 0) == Big(1));
+  EXPECT_TRUE(rs->ValueAt(0, 1) == Big(2));
+  EXPECT_EQ(RunFails(*session, "SELECT * FROM one.t").lNumber, failure::kSqlError);
+  // Nothing holds the files any more: another program may take one for itself alone.
+  Raw(one.sPlace).Run("BEGIN EXCLUSIVE; DROP TABLE t; COMMIT");
+}
+
+TEST_F(SqliteSessionTest, lets_go_of_catalogs_when_the_statement_fails) {
+  const Catalog one = Make("one.db", "CREATE TABLE t(a)");
+  const auto session = Open();
+  EXPECT_EQ(FailureOf([&] {
+              session->Run({"SELECT nix FROM one.t", {}, {one}}, {});
+            }).lNumber,
+            failure::kSqlError);
+  EXPECT_EQ(RunFails(*session, "SELECT * FROM one.t").lNumber, failure::kSqlError);
+  session->Run({"SELECT * FROM one.t", {}, {one}}, {});
+}
+
+TEST_F(SqliteSessionTest, reaches_catalogs_with_any_name) {
+  for (const std::string sName : {"Größe", "with blank", "quo\"te", "semi;colon", "sel'ect"}) {
+    Catalog catalog = Make("m.db", "CREATE TABLE IF NOT EXISTS t(a)");
+    catalog.sName = sName;
+    std::string sQuoted = sName == "quo\"te" ? "quo\"\"te" : sName;
+    const auto session = Open();
+    EXPECT_EQ(session->Run({"SELECT * FROM \"" + sQuoted + "\".t", {}, {catalog}}, {})
+                  .recordset->FieldCount(),
+              1)
+        << sName;
+  }
+}
+
+TEST_F(SqliteSessionTest, a_catalog_named_twice_is_attached_once) {
+  const Catalog one = Make("one.db", "CREATE TABLE t(a)");
+  Catalog upper = one;
+  upper.sName = "ONE";
+  EXPECT_EQ(Open()->Run({"SELECT * FROM one.t", {}, {one, upper}}, {}).recordset->FieldCount(), 1);
+}
+
+TEST_F(SqliteSessionTest, a_catalog_that_is_missing_foreign_or_locked_is_told_by_name) {
+  const Catalog good = Make("good.db", "CREATE TABLE t(a)");
+  std::ofstream(PathOf("foreign.db")) << std::string(5000, 'x');
+  const Catalog locked = Make("locked.db", "CREATE TABLE t(a)");
+  Raw other(locked.sPlace);
+  other.Run("BEGIN EXCLUSIVE");
+  const auto session = Open();
+  const auto fails = [&](const Catalog& catalog) {
+    return FailureOf([&] { session->Run({"SELECT 1", {}, {good, catalog}}, {}); });
+  };
+  EXPECT_EQ(fails({"Absent", PathOf("absent.db")}),
+            (Told{failure::kServerNotFound,
+                  "The catalog \"Absent\" cannot be opened: there is no "
+                  "file \"" +
+                      PathOf("absent.db") + "\"."}));
+  EXPECT_EQ(fails({"Foreign", PathOf("foreign.db")}),
+            (Told{failure::kNotADatabase,
+                  "The catalog \"Foreign\" is in a file that is no database: name another file, or "
+                  "restore it from a copy."}));
+  EXPECT_EQ(fails(locked),
+            (Told{failure::kBusy,
+                  "The catalog \"locked\" is locked by another program: try again when that is "
+                  "done."}));
+  session->Run({"SELECT * FROM good.t", {}, {good}}, {});
+}
+
+TEST_F(SqliteSessionTest, of_several_catalogs_a_lock_is_told_for_all) {
+  const Catalog one = Make("one.db", "PRAGMA journal_mode = WAL; CREATE TABLE t(a)");
+  const Catalog two = Make("two.db", "CREATE TABLE t(a)");
+  Raw other(one.sPlace);
+  other.Run("BEGIN IMMEDIATE");
+  EXPECT_EQ(FailureOf([&] {
+              Open()->Run({"DELETE FROM one.t", {}, {one, two}}, {});
+            }),
+            (Told{failure::kBusy,
+                  "One of the catalogs \"one\", \"two\" is locked by another program: try again "
+                  "when that is done."}));
+}
+
+TEST_F(SqliteSessionTest, a_catalog_attached_read_only_refuses_to_be_written) {
+  Catalog catalog = Make("m.db", "CREATE TABLE t(a)");
+  catalog.bReadOnly = true;
+  EXPECT_EQ(FailureOf([&] {
+              Open()->Run({"INSERT INTO m.t VALUES (1)", {}, {catalog}}, {});
+            }),
+            (Told{failure::kNoRights,
+                  "The catalog \"m\" is read-only for you: get the right to write to its file and "
+                  "folder, or log on as another user."}));
+}
+
+// Transactions.
+
+TEST_F(SqliteSessionTest, a_transaction_does_all_of_the_work) {
+  const Catalog one = Make("one.db", "CREATE TABLE t(a)");
+  const auto session = Open();
+  session->InTransaction({&one, 1},
+                         [&] {
+                           for (int i = 0; i < 3; ++i)
+                             session->Run({"INSERT INTO one.t VALUES (?)", {i}, {one}}, {});
+                         },
+                         {});
+  EXPECT_TRUE(One(*Open(one), "SELECT count(*) FROM t") == Big(3));
+  EXPECT_EQ(RunFails(*session, "SELECT * FROM one.t").lNumber, failure::kSqlError);
+}
+
+TEST_F(SqliteSessionTest, a_transaction_whose_work_fails_leaves_nothing) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
+  EXPECT_EQ(FailureOf([&] {
+              session->InTransaction({},
+                                     [&] {
+                                       Run(*session, "INSERT INTO t VALUES (1)");
+                                       Run(*session, "INSERT INTO nowhere VALUES (1)");
+                                     },
+                                     {});
+            }).lNumber,
+            failure::kSqlError);
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(0));
+  session->InTransaction({}, [&] { Run(*session, "INSERT INTO t VALUES (1)"); }, {});
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(1));
+}
+
+TEST_F(SqliteSessionTest, a_transaction_cancelled_before_its_end_leaves_nothing) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
+  std::stop_source stop;
+  EXPECT_EQ(FailureOf([&] {
+              session->InTransaction(
+                  {},
+                  [&] {
+                    Run(*session, "INSERT INTO t VALUES (1)");
+                    stop.request_stop();
+                  },
+                  stop.get_token());
+            }).lNumber,
+            failure::kCancelled);
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(0));
+}
+
+TEST_F(SqliteSessionTest, a_catalog_cannot_join_a_transaction_later) {
+  const Catalog one = Make("one.db", "CREATE TABLE t(a)");
+  const auto session = Open();
+  EXPECT_EQ(FailureOf([&] {
+              session->InTransaction({},
+                                     [&] {
+                                       session->Run({"SELECT * FROM one.t", {}, {one}}, {});
+                                     },
+                                     {});
+            }),
+            (Told{failure::kInvalidArgument,
+                  "The catalog \"one\" is not part of the transaction: name it when the "
+                  "transaction begins."}));
+  session->Run({"SELECT * FROM one.t", {}, {one}}, {});
+}
+
+TEST_F(SqliteSessionTest, a_transaction_waits_for_no_lock_for_ever) {
+  const Catalog one = Make("one.db", "CREATE TABLE t(a)");
+  Raw other(one.sPlace);
+  other.Run("BEGIN IMMEDIATE");
+  bool bWorked = false;
+  EXPECT_EQ(FailureOf([&] { Open(one)->InTransaction({}, [&] { bWorked = true; }, {}); }).lNumber,
+            failure::kBusy);
+  EXPECT_FALSE(bWorked);
+}
+
+// Closing.
+
+TEST_F(SqliteSessionTest, a_recordset_outlives_its_session) {
+  auto session = Open(Make("m.db", "CREATE TABLE t(a); INSERT INTO t VALUES ('kept')"));
+  const auto rs = Run(*session, "SELECT a FROM t").recordset;
+  session->Close();
+  session.reset();
+  std::filesystem::remove_all(folder);
+  EXPECT_TRUE(rs->ValueAt(0, 0) == Value("kept"));
+}
+
+TEST_F(SqliteSessionTest, a_closed_session_runs_nothing_and_closes_again) {
+  const auto session = Open();
+  session->Close();
+  session->Close();
+  const Told expected{failure::kObjectClosed, "The session is closed: connect again."};
+  EXPECT_EQ(RunFails(*session, "SELECT 1"), expected);
+  EXPECT_EQ(FailureOf([&] { session->Schema({}, {}, {}); }), expected);
+  EXPECT_EQ(FailureOf([&] { session->InTransaction({}, [] {}, {}); }), expected);
+}
+
+TEST_F(SqliteSessionTest, may_be_used_from_changing_threads) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
+  for (int i = 0; i < 3; ++i) {
+    std::jthread([&] { Run(*session, "INSERT INTO t VALUES (1)"); }).join();
+  }
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(3));
+}
+
+}  // namespace
+}  // namespace orvane::provider::engines
