@@ -120,22 +120,22 @@ TEST(RegistryTest, the_list_is_what_would_be_found) {
 }
 
 TEST(RegistryTest, the_standard_order_is_build_tree_user_system) {
-  const Variable data("XDG_DATA_HOME", "/home/me/data");
+  const Variable data("XDG_DATA_HOME", "/users/me/data");
   const Variable system("XDG_DATA_DIRS", "/opt/share::relative:/usr/share");
   EXPECT_THAT(Registry::Standard("/build/components").Folders(),
-              ElementsAre("/build/components", "/home/me/data/orvane/components",
+              ElementsAre("/build/components", "/users/me/data/orvane/components",
                           "/opt/share/orvane/components", "/usr/share/orvane/components"));
   EXPECT_THAT(Registry::Standard().Folders(),
-              ElementsAre("/home/me/data/orvane/components", "/opt/share/orvane/components",
+              ElementsAre("/users/me/data/orvane/components", "/opt/share/orvane/components",
                           "/usr/share/orvane/components"));
 }
 
 TEST(RegistryTest, without_settings_the_usual_data_folders_are_taken) {
   const Variable data("XDG_DATA_HOME", "not/absolute");
-  const Variable home("HOME", "/home/me");
+  const Variable home("HOME", "/users/me");
   const Variable system("XDG_DATA_DIRS", "");
   EXPECT_THAT(Registry::Standard().Folders(),
-              ElementsAre("/home/me/.local/share/orvane/components",
+              ElementsAre("/users/me/.local/share/orvane/components",
                           "/usr/local/share/orvane/components", "/usr/share/orvane/components"));
 }
 

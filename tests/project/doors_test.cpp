@@ -1,0 +1,181 @@
+// Reads every include under src/ against the doors in cmake/doors.txt.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <optional>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "tests/project/tree.h"
+
+namespace orvane::project {
+namespace {
+
+namespace fs = std::filesystem;
+using Doors = std::map<std::string, std::set<std::string>>;
+
+Doors ReadDoors() {
+  Doors doors;
+  for (const auto& sLine : Lines(Root() / "cmake/doors.txt")) {
+    const auto nColon = sLine.find(':');
+    if (sLine.empty() || sLine.front() == '#' || nColon == std::string::npos) continue;
+    auto& room = doors[sLine.substr(0, nColon)];
+    std::istringstream words(sLine.substr(nColon + 1));
+    for (std::string sWord; words >> sWord;) room.insert(sWord);
+  }
+  return doors;
+}
+
+// What is bought, by the headers that bring it in.
+struct Bought {
+  std::string sDoor;
+  std::regex headers;
+};
+
+const std::vector<Bought>& AllBought() {
+  static const std::vector<Bought> all = {
+      {"qt", std::regex("Q[A-Za-z0-9]+|Qt[A-Za-z]+/.*|q[a-z_]+\\.h")},
+      {"qscintilla", std::regex("Qsci/.*")},
+      {"qcustomplot", std::regex("qcustomplot\\.h")},
+      {"sqlite", std::regex("sqlite3(ext)?\\.h")},
+      {"libpq", std::regex("libpq-fe\\.h|libpq/.*|pg_config.*|postgresql/.*")},
+      {"odbc", std::regex("sql(ext|types|ucode)?\\.h|odbcinst.*")},
+      {"date", std::regex("date/.*")},
+      {"spdlog", std::regex("spdlog/.*")},
+      {"fmt", std::regex("fmt/.*")},
+      {"cli11", std::regex("CLI/.*")},
+      {"json", std::regex("nlohmann/.*")},
+      {"dl", std::regex("dlfcn\\.h|link\\.h")},
+  };
+  return all;
+}
+
+const std::set<std::string> kDatabases = {"sqlite", "libpq", "odbc"};
+const std::set<std::string> kToolkits = {"qt", "qscintilla", "qcustomplot"};
+// Headers of the standard library have neither a folder nor an ending.
+const std::regex kStandardHeader("[a-z_0-9]+");
+const std::regex kSystemHeader("(sys/)?[a-z0-9_]+\\.h");
+// These know neither the operating system nor anything bought, so that they build anywhere.
+const std::set<std::string> kStandardOnly = {"platform", "access", "nodes", "dialogs", "snapin"};
+
+struct Include {
+  fs::path file;
+  std::string sRoom;
+  std::string sHeader;
+  bool bQuoted = false;
+};
+
+std::vector<Include> ReadIncludes() {
+  static const std::regex kInclude(R"re(^\s*#\s*include\s*([<"])([^>"]+)[>"].*)re");
+  std::vector<Include> includes;
+  for (const auto& file : Files({"src"}, {".h", ".cpp", ".inc"})) {
+    const std::string sRoom = fs::relative(file, Root() / "src").begin()->string();
+    for (const auto& sLine : Lines(file)) {
+      std::smatch match;
+      if (!std::regex_match(sLine, match, kInclude)) continue;
+      includes.push_back({file, sRoom, match[2], match[1] == "\""});
+    }
+  }
+  return includes;
+}
+
+std::optional<std::string> BoughtDoor(const std::string& sHeader) {
+  std::optional<std::string> sDoor;
+  for (const auto& bought : AllBought()) {
+    if (std::regex_match(sHeader, bought.headers)) sDoor = bought.sDoor;
+  }
+  return sDoor;
+}
+
+TEST(DoorsTest, every_room_has_a_line_and_every_line_a_room) {
+  const auto doors = ReadDoors();
+  std::set<std::string> folders;
+  for (const auto& entry : fs::directory_iterator(Root() / "src")) {
+    if (entry.is_directory()) folders.insert(entry.path().filename().string());
+  }
+  for (const auto& sFolder : folders) EXPECT_TRUE(doors.count(sFolder)) << sFolder;
+  for (const auto& [sRoom, allowed] : doors) EXPECT_TRUE(folders.count(sRoom)) << sRoom;
+}
+
+TEST(DoorsTest, a_door_leads_to_a_room_or_to_something_bought) {
+  const auto doors = ReadDoors();
+  for (const auto& [sRoom, allowed] : doors) {
+    for (const auto& sDoor : allowed) {
+      const bool bBought = std::any_of(AllBought().begin(), AllBought().end(),
+                                       [&](const auto& bought) { return bought.sDoor == sDoor; });
+      EXPECT_TRUE(bBought || doors.count(sDoor)) << sRoom << " has a door to " << sDoor;
+    }
+  }
+}
+
+TEST(DoorsTest, no_doors_lead_around_in_a_circle) {
+  const auto doors = ReadDoors();
+  std::set<std::string> open;
+  std::set<std::string> done;
+  const std::function<void(const std::string&)> visit = [&](const std::string& sRoom) {
+    if (done.count(sRoom) || !doors.count(sRoom)) return;
+    ASSERT_TRUE(open.insert(sRoom).second) << "around in a circle at " << sRoom;
+    for (const auto& sDoor : doors.at(sRoom)) visit(sDoor);
+    open.erase(sRoom);
+    done.insert(sRoom);
+  };
+  for (const auto& [sRoom, allowed] : doors) visit(sRoom);
+}
+
+TEST(DoorsTest, databases_stay_in_the_provider_and_toolkits_in_the_windows) {
+  const std::set<std::string> databaseRooms = {"provider", "tools"};
+  const std::set<std::string> toolkitRooms = {"controls", "console"};
+  for (const auto& [sRoom, allowed] : ReadDoors()) {
+    for (const auto& sDoor : allowed) {
+      if (kDatabases.count(sDoor)) {
+        EXPECT_TRUE(databaseRooms.count(sRoom)) << sRoom << " has a door to " << sDoor;
+      }
+      if (kToolkits.count(sDoor)) {
+        EXPECT_TRUE(toolkitRooms.count(sRoom)) << sRoom << " has a door to " << sDoor;
+      }
+      const bool bRoom = ReadDoors().count(sDoor) != 0;
+      if (kStandardOnly.count(sRoom)) {
+        EXPECT_TRUE(bRoom) << sRoom << " has a door to " << sDoor;
+      }
+    }
+  }
+}
+
+TEST(DoorsTest, every_include_goes_through_an_open_door) {
+  const auto doors = ReadDoors();
+  const auto includes = ReadIncludes();
+  ASSERT_GT(includes.size(), 300U);
+  for (const auto& include : includes) {
+    const auto found = doors.find(include.sRoom);
+    ASSERT_NE(found, doors.end()) << Said(include.file);
+    const auto& allowed = found->second;
+    std::string sDoor;
+    if (include.bQuoted) {
+      if (include.sHeader.ends_with(".moc")) continue;
+      sDoor = fs::path(include.sHeader).begin()->string();
+      EXPECT_TRUE(fs::exists(Root() / "src" / include.sHeader))
+          << Said(include.file) << " includes \"" << include.sHeader
+          << "\", which is no path from src/";
+    } else if (const auto sBought = BoughtDoor(include.sHeader)) {
+      sDoor = *sBought;
+    } else {
+      const bool bSystem = std::regex_match(include.sHeader, kSystemHeader);
+      EXPECT_TRUE(bSystem || std::regex_match(include.sHeader, kStandardHeader))
+          << Said(include.file) << " includes <" << include.sHeader
+          << ">, which belongs to no door; give it one in this test";
+      EXPECT_FALSE(bSystem && kStandardOnly.count(include.sRoom))
+          << Said(include.file) << " includes <" << include.sHeader
+          << ">, but its room is made of the standard library alone";
+      continue;
+    }
+    EXPECT_TRUE(sDoor == include.sRoom || allowed.count(sDoor))
+        << Said(include.file) << " includes " << include.sHeader << ", but " << include.sRoom
+        << " has no door to " << sDoor;
+  }
+}
+
+}  // namespace
+}  // namespace orvane::project
