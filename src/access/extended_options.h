@@ -1,4 +1,5 @@
 // The provider's extended options of a server, as text for its next connection string.
+// Formed when a server is connected, by the model; pure text work, any thread.
 #pragma once
 
 #include "platform/ado/connection.h"

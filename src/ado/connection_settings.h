@@ -1,4 +1,5 @@
 // A connection string, read: its items in order, later ones overriding earlier ones of that name.
+// Made by the connection from its text, handed to providers; a plain value, any thread.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,5 @@
 // The logon prompt's contract: the connection layer asks, the host shows the dialog.
+// Called on the user-interface thread while a connection is being opened.
 #pragma once
 
 #include <vector>

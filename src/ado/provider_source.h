@@ -1,4 +1,5 @@
 // Where the connection layer gets providers from; the host answers from the component registry.
+// Asked on the thread that opens the connection.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
 // A text whose content is overwritten when it is no longer needed. Used for passwords.
+// Held between the logon dialog and the opening of a session, by one owner at a time.
 #pragma once
 
 #include "platform/types.h"

@@ -1,4 +1,5 @@
 // Allows OK only while a name is typed; shared by the dialogs that ask for one.
+// Owned by its dialog, like the controls that it listens to; user-interface thread.
 #pragma once
 
 #include "platform/forms/forms.h"

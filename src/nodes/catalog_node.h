@@ -1,4 +1,5 @@
 // One catalog of a server, with its tables. Owned by a CatalogNodesCollection; one thread.
+// The tree shows it, its folders carry it; saved with the document.
 #pragma once
 
 #include <memory>

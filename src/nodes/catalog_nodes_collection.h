@@ -1,4 +1,5 @@
 // The catalogs of a server, filed under their names. Owned by the server; one thread.
+// Filled as catalogs are met in the schema rowset; saved with the document.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
 // The named queries of a server, filed under their names. Owned by the server; one thread.
+// Filled by the administrator; saved with the document.
 #pragma once
 
 #include <memory>

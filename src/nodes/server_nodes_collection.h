@@ -1,4 +1,5 @@
 // The servers of the root, filed under their names. Owned by the root; one thread.
+// Filled by the administrator; saved with the document.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
 // Whoever owns the root of the model: told of every persistent change beneath it.
+// Implemented by the snap-in and by tests; called on the thread that made the change.
 #pragma once
 
 namespace orvane::nodes {

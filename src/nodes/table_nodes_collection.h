@@ -1,4 +1,5 @@
 // The tables of a catalog, filed under their names. Owned by the catalog; one thread.
+// Filled as tables are met in the schema rowset; saved with the document.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
 // Unicode case folding for keys: the same for every locale of the process.
+// Used wherever names are compared without regard to case. Pure function, any thread.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,5 @@
 // Waiting belongs to the host: slow engine calls run through this.
+// Implemented by the host, used by the connection layer; called on the user-interface thread.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,5 @@
 // The platform as a component is handed it when it is created; there is no global instance.
+// Filled by the host, copied by components as they need; tests fill it with fakes.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
 // Message box, mouse pointer, beep and pending events, as the console offers them.
+// Implemented by the host, handed over in Services; user-interface thread.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
 // The documents opened last, newest first, kept in the user's settings. User-interface thread.
+// Shown by the window in its menu; what no longer exists is left out there.
 #pragma once
 
 #include <vector>

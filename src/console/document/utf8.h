@@ -1,4 +1,5 @@
 // Tells UTF-8 text from other bytes.
+// Used where a document is written or read; any thread.
 #pragma once
 
 #include <string_view>

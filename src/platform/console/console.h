@@ -1,4 +1,5 @@
 // What the console offers a snap-in besides the objects that its events carry.
+// Implemented by the host, handed over in Services; user-interface thread.
 #pragma once
 
 #include "platform/console/scope_items.h"

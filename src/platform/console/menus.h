@@ -1,4 +1,5 @@
 // Context menus, as the snap-in describes them and the console shows them.
+// Valid while the console builds or runs the menu; user-interface thread.
 #pragma once
 
 #include <vector>

@@ -1,4 +1,5 @@
 // The control bar and the toolbar that the snap-in attaches to it.
+// Implemented by the host; user-interface thread.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
 // Result views, the view that shows them and the selection, as the console presents them.
+// Implemented by the host, read and filled by the snap-in; user-interface thread.
 #pragma once
 
 #include <memory>

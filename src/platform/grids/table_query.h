@@ -1,4 +1,5 @@
 // The table query object of the grid library: what a table's grid selects.
+// Held by a table of the model, shared with the grid while it is shown; user-interface thread.
 #pragma once
 
 #include <functional>

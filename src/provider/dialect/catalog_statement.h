@@ -1,4 +1,5 @@
 // CREATE DATABASE and DROP DATABASE, which the historian carries out itself.
+// Read from the statement before anything reaches an engine. Pure functions, any thread.
 #pragma once
 
 #include <optional>
