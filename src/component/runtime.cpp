@@ -47,6 +47,10 @@ Runtime::~Runtime() {
 }
 
 ObjectPtr Runtime::CreateInstance(const Text& sProgId, const platform::Services& services) {
+  return Maker(sProgId)(services);
+}
+
+std::function<ObjectPtr(const platform::Services&)> Runtime::Maker(const Text& sProgId) {
   const auto registered = m_registry.Find(sProgId);
   if (!registered) {
     Fail("No component is registered as \"" + sProgId +
@@ -54,18 +58,21 @@ ObjectPtr Runtime::CreateInstance(const Text& sProgId, const platform::Services&
   }
   auto library = Load(registered->library);
   auto& factory = library->GetClassObject(registered->description.sProgId);
-  ObjectPtr object = Make(factory, sProgId, services);
-  if (!object) {
-    Fail("The component \"" + sProgId +
-         "\" gave no object when one was created; ask its maker for a mended one.");
-  }
-  // The pointer handed out holds the object and then its library: the object goes first, while
-  // its code is still there.
-  auto* const raw = object.get();
-  return {raw, [object = std::move(object), library = std::move(library)](auto*) mutable {
-            object.reset();
-            library.reset();
-          }};
+  return [sProgId, library = std::move(library),
+          &factory](const platform::Services& services) -> ObjectPtr {
+    ObjectPtr object = Make(factory, sProgId, services);
+    if (!object) {
+      Fail("The component \"" + sProgId +
+           "\" gave no object when one was created; ask its maker for a mended one.");
+    }
+    // The pointer handed out holds the object and then its library: the object goes first, while
+    // its code is still there.
+    auto* const raw = object.get();
+    return {raw, [object = std::move(object), library](auto*) mutable {
+              object.reset();
+              library.reset();
+            }};
+  };
 }
 
 void Runtime::UnloadUnused() {

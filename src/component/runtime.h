@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -31,7 +32,12 @@ class Runtime {
   /// while the object was made passes through as it is.
   platform::ObjectPtr CreateInstance(const platform::Text& sProgId,
                                      const platform::Services& services);
-  /// The same, as the interface wanted. Fails with kComponent when the object does not have it.
+  /// Makes objects of one class as CreateInstance does, for a caller who makes many of them: the
+  /// class is looked up once, here. Keeps its library loaded, and must not outlive this runtime.
+  std::function<platform::ObjectPtr(const platform::Services&)> Maker(
+      const platform::Text& sProgId);
+  /// The same as CreateInstance, as the interface wanted. Fails with kComponent when the object
+  /// does not have it.
   template <class Interface>
   std::shared_ptr<Interface> Create(const platform::Text& sProgId,
                                     const platform::Services& services) {

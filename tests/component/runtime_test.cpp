@@ -62,6 +62,22 @@ class RuntimeTest : public testing::Test {
   Runtime m_runtime{Registry({m_folder.Path()})};
 };
 
+TEST_F(RuntimeTest, a_maker_makes_many_objects_of_a_class_looked_up_once) {
+  RegisterLibrary(Fixture("good"), m_folder.Path());
+  {
+    const auto make = m_runtime.Maker("Fixture.Note");
+    UnregisterLibrary(Fixture("good"), m_folder.Path());
+    const auto first = make(m_services);
+    const auto second = make(m_services);
+    EXPECT_NE(std::dynamic_pointer_cast<PersistedObject>(first), nullptr);
+    EXPECT_NE(first, second);
+    m_runtime.UnloadUnused();
+    EXPECT_TRUE(IsLoaded(Fixture("good")));
+  }
+  m_runtime.UnloadUnused();
+  EXPECT_FALSE(IsLoaded(Fixture("good")));
+}
+
 TEST_F(RuntimeTest, an_object_is_made_by_its_progid_and_has_its_interfaces) {
   RegisterLibrary(Fixture("good"), m_folder.Path());
   const auto note = m_runtime.Create<PersistedObject>("Fixture.Note", m_services);
