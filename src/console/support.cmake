@@ -1,5 +1,8 @@
 # Documents, data access, waiting and dialogs.
 list(APPEND CONSOLE_SOURCES
+  data_access/component_providers.cpp
+  data_access/data_access.cpp
+  data_access/option_texts.cpp
   dialogs/logon_dialog.cpp
   dialogs/logon_dialog.h
   dialogs/message_boxes.cpp

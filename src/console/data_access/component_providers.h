@@ -1,0 +1,25 @@
+// Providers out of the component runtime, for the connection layer; notes the option texts of the
+// sessions that they open.
+#pragma once
+
+#include "ado/provider_source.h"
+#include "component/runtime.h"
+#include "console/data_access/option_texts.h"
+
+namespace orvane::console {
+
+class ComponentProviders : public ado::ProviderSource {
+ public:
+  /// The services are handed to the providers. The runtime must outlive every connection.
+  ComponentProviders(component::Runtime& runtime, platform::Services services,
+                     std::shared_ptr<OptionTexts> optionTexts);
+
+  std::shared_ptr<ado::Provider> Find(std::string_view sName) override;
+
+ private:
+  component::Runtime& m_runtime;
+  platform::Services m_services;
+  std::shared_ptr<OptionTexts> m_optionTexts;
+};
+
+}  // namespace orvane::console

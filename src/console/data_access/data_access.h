@@ -1,0 +1,41 @@
+// Makes the objects that the components ask the host for: connections and commands of the
+// connection layer, and whatever is registered as a component. User-interface thread.
+#pragma once
+
+#include <map>
+
+#include "ado/connection.h"
+#include "component/runtime.h"
+#include "console/data_access/option_texts.h"
+
+namespace orvane::console {
+
+class DataAccess : public platform::ObjectFactory {
+ public:
+  /// The services are handed on to what is made here; their long operation is the one that
+  /// connections wait through. The runtime must outlive this and all that it made.
+  DataAccess(component::Runtime& runtime, const platform::Services& services,
+             std::shared_ptr<ado::LogonPrompt> prompt);
+
+  platform::ConnectionPtr CreateConnection() override;
+  platform::CommandPtr CreateCommand() override;
+  platform::TableQueryPtr CreateTableQuery() override;
+
+  /// An empty object of the class, for one that lies in a document. Fails with
+  /// failure::kComponent. The class is looked up at the first only: a document holds thousands.
+  platform::ObjectPtr CreateObject(const platform::Text& sProgId);
+
+  /// The option texts of all connections opened so far, for DocumentState.
+  std::vector<platform::Text> OptionTexts() const { return m_optionTexts->All(); }
+
+ private:
+  using Maker = std::function<platform::ObjectPtr(const platform::Services&)>;
+
+  component::Runtime& m_runtime;
+  platform::Services m_services;
+  std::shared_ptr<console::OptionTexts> m_optionTexts;
+  ado::ConnectionServices m_connectionServices;
+  std::map<platform::Text, Maker> m_makers;
+};
+
+}  // namespace orvane::console

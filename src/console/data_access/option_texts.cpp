@@ -1,0 +1,41 @@
+#include "console/data_access/option_texts.h"
+
+#include <algorithm>
+
+#include "platform/conversions.h"
+#include "platform/failure.h"
+
+namespace orvane::console {
+
+using platform::Text;
+
+namespace {
+
+constexpr const char* kOptions[] = {"Log File",       "Log Level", "Identifier Prefixes",
+                                    "Time as Double", "Time Zone", "Historians By GUID"};
+
+}  // namespace
+
+void OptionTexts::Note(const ado::Session& session) {
+  Text sText;
+  try {
+    for (const char* sOption : kOptions) {
+      sText.append(sOption).append(" = ");
+      sText.append(platform::ToText(session.PropertyValue(sOption))).append(";");
+    }
+  } catch (const platform::Failure&) {
+    // Such a server cannot be saved while it is connected, so there is no text to know.
+    return;
+  }
+  const std::lock_guard lock(m_mutex);
+  if (std::find(m_texts.begin(), m_texts.end(), sText) == m_texts.end()) {
+    m_texts.push_back(std::move(sText));
+  }
+}
+
+std::vector<Text> OptionTexts::All() const {
+  const std::lock_guard lock(m_mutex);
+  return m_texts;
+}
+
+}  // namespace orvane::console
