@@ -1,7 +1,9 @@
 # Tests of documents, data access, waiting and dialogs.
+add_subdirectory(fixtures)
 orvane_test(console_support QT
   LINK orvane_console
   SOURCES
+    data_access_test.cpp
     document_bag_test.cpp
     document_format_test.cpp
     document_state_test.cpp
@@ -10,3 +12,6 @@ orvane_test(console_support QT
     message_boxes_test.cpp
     recent_documents_test.cpp
     waiting_test.cpp)
+add_dependencies(console_support_tests fixture_data_access)
+target_compile_definitions(console_support_tests PRIVATE
+  ORVANE_DATA_ACCESS_FIXTURE="$<TARGET_FILE:fixture_data_access>")

@@ -1,0 +1,127 @@
+#include "console/data_access/data_access.h"
+
+#include <gmock/gmock.h>
+
+#include <QTemporaryDir>
+
+#include "component/registration.h"
+#include "console/document/document_bag.h"
+#include "console/waiting/waiting.h"
+#include "tests/console/fake_objects.h"
+
+namespace orvane::console {
+namespace {
+
+using platform::Long;
+using platform::Text;
+using platform::Value;
+using testing::ElementsAre;
+using testing::IsEmpty;
+namespace failure = platform::failure;
+
+class Prompt : public ado::LogonPrompt {
+ public:
+  platform::Boolean Ask(ado::LogonRequest& request) override {
+    ++nAsked;
+    request.sPassword = "geheim";
+    return bAnswer;
+  }
+  int nAsked = 0;
+  bool bAnswer = true;
+};
+
+class data_access : public testing::Test {
+ protected:
+  data_access() {
+    component::RegisterLibrary(ORVANE_DATA_ACCESS_FIXTURE, m_folder.path().toStdString());
+    platform::Services services;
+    services.longOperation = std::make_shared<Waiting>();
+    m_dataAccess = std::make_unique<DataAccess>(m_runtime, services, m_prompt);
+  }
+
+  platform::ConnectionPtr Open(const Text& sOptions = {}) {
+    const auto cn = m_dataAccess->CreateConnection();
+    cn->Properties().Item("Prompt").Value(platform::kPromptAlways);
+    cn->Open("Provider = fixture.provider; Data Source = S1;" + sOptions, "anna", "",
+             platform::kOptionUnspecified);
+    return cn;
+  }
+
+  QTemporaryDir m_folder;
+  component::Runtime m_runtime{component::Registry({m_folder.path().toStdString()})};
+  std::shared_ptr<Prompt> m_prompt = std::make_shared<Prompt>();
+  std::unique_ptr<DataAccess> m_dataAccess;
+};
+
+TEST_F(data_access, opens_a_connection_of_a_registered_provider_through_the_prompt) {
+  const auto cn = Open();
+  EXPECT_TRUE(cn->IsOpen());
+  EXPECT_EQ(m_prompt->nAsked, 1);
+  EXPECT_EQ(cn->Properties().Item("Data Source").Value(), Value("S1"));
+}
+
+TEST_F(data_access, runs_a_command_on_its_connection) {
+  const auto command = m_dataAccess->CreateCommand();
+  command->ActiveConnection(Open());
+  command->CommandText("SELECT 1");
+  EXPECT_EQ(command->Execute()->ValueAt(0, 0), Value("SELECT 1"));
+}
+
+TEST_F(data_access, a_provider_that_is_not_registered_gives_a_sentence) {
+  const auto cn = m_dataAccess->CreateConnection();
+  EXPECT_EQ(NumberOf([&] { cn->Open("Provider = Nobody; Data Source = S1;", "", "", -1); }),
+            failure::kProviderNotFound);
+}
+
+TEST_F(data_access, a_class_that_is_no_provider_gives_a_sentence) {
+  const auto cn = m_dataAccess->CreateConnection();
+  EXPECT_EQ(
+      NumberOf([&] { cn->Open("Provider = Fixture.Neither; Data Source = S1;", "", "", -1); }),
+      failure::kComponent);
+}
+
+TEST_F(data_access, knows_the_option_texts_of_the_connections_opened) {
+  EXPECT_THAT(m_dataAccess->OptionTexts(), IsEmpty());
+  const Text sLocal =
+      "Log File = ;Log Level = 2;Identifier Prefixes = False;Time as Double = False;"
+      "Time Zone = Local;Historians By GUID = False;";
+  const Text sUtc =
+      "Log File = ;Log Level = 2;Identifier Prefixes = False;Time as Double = False;"
+      "Time Zone = UTC;Historians By GUID = False;";
+  Open()->Close();
+  Open();
+  EXPECT_THAT(m_dataAccess->OptionTexts(), ElementsAre(sLocal));
+  Open("Time Zone = UTC;");
+  EXPECT_THAT(m_dataAccess->OptionTexts(), ElementsAre(sLocal, sUtc));
+}
+
+TEST_F(data_access, a_cancelled_logon_leaves_no_option_text) {
+  m_prompt->bAnswer = false;
+  EXPECT_EQ(NumberOf([&] { Open(); }), failure::kCancelled);
+  EXPECT_THAT(m_dataAccess->OptionTexts(), IsEmpty());
+}
+
+TEST_F(data_access, creates_a_new_table_query_at_every_call) {
+  const auto query = m_dataAccess->CreateTableQuery();
+  query->Table("Data");
+  EXPECT_EQ(m_dataAccess->CreateTableQuery()->Table(), "");
+}
+
+TEST_F(data_access, restores_the_objects_of_a_document) {
+  DocumentBag bag([this](const Text& sProgId) { return m_dataAccess->CreateObject(sProgId); });
+  const auto query = m_dataAccess->CreateTableQuery();
+  query->Table("Data");
+  bag.WriteProperty("Query", query);
+  const Value vtRead = bag.ReadProperty("Query", {});
+  const auto read =
+      std::dynamic_pointer_cast<platform::TableQuery>(*vtRead.As<platform::ObjectPtr>());
+  ASSERT_NE(read, nullptr);
+  EXPECT_EQ(read->Table(), "Data");
+  bag.Add("Other", StoredObject{"Fixture.Neither", ""});
+  EXPECT_EQ(NumberOf([&] { bag.ReadProperty("Other", {}); }), failure::kComponent);
+  bag.Add("Gone", StoredObject{"Nobody", ""});
+  EXPECT_EQ(NumberOf([&] { bag.ReadProperty("Gone", {}); }), failure::kComponent);
+}
+
+}  // namespace
+}  // namespace orvane::console
