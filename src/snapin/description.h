@@ -1,0 +1,15 @@
+// How the snap-in describes itself to the console and to the component registry.
+#pragma once
+
+#include "platform/component.h"
+#include "platform/console/snap_in.h"
+
+namespace orvane::snapin {
+
+/// The static description: node types with their fixed identities, images and result views.
+platform::SnapInDescription StaticDescription();
+
+/// The one class of the component.
+platform::ComponentDescription RegisteredClass();
+
+}  // namespace orvane::snapin

@@ -1,0 +1,122 @@
+// The grids in the result pane: bound to their node when shown, their rows kept on it when hidden.
+#include "snapin/node_types.h"
+#include "snapin/snap_in.h"
+#include "snapin/tags.h"
+
+namespace orvane::snapin {
+
+using platform::Long;
+using platform::ResultView;
+
+namespace {
+
+/// The view's control as a grid of that kind; none when there is no such control.
+template <class Grid>
+std::shared_ptr<Grid> ControlAs(const ResultView& view) {
+  std::shared_ptr<Grid> grid;
+  Suppressed([&] { grid = std::dynamic_pointer_cast<Grid>(view.Control()); });
+  return grid;
+}
+
+}  // namespace
+
+void SnapIn::ResultViews_InitializeControl(ResultView& view) {
+  Guard([&] {
+    const auto item = InTree(view.ScopeItem());
+    if (item->NodeTypeName() == node_type::kTable) {
+      TagAs<nodes::TableNode>(*item);
+      if (const auto grid = ControlAs<platform::TableEditor>(view)) grid->Mode(0);
+    } else if (item->NodeTypeName() == node_type::kQuery) {
+      if (const auto grid = ControlAs<platform::QueryResults>(view)) grid->Mode(0);
+    }
+  });
+}
+
+void SnapIn::ResultViews_Activate(ResultView& view) {
+  Guard([&] {
+    const auto sNodeType = InTree(view.ScopeItem())->NodeTypeName();
+    if (sNodeType == node_type::kTable) {
+      ActivateTable(view);
+    } else if (sNodeType == node_type::kQuery) {
+      ActivateQuery(view);
+    }
+  });
+}
+
+void SnapIn::ActivateTable(ResultView& view) {
+  const auto table = TagAs<nodes::TableNode>(*view.ScopeItem());
+  TableEditor(ControlAs<platform::TableEditor>(view));
+  if (!m_tblEditor) return;
+  m_tblEditor->ShowSqlStatements(Root().SqlStatements());
+  m_tblEditor->Connection(ServerOf(*table)->Connection());
+  m_tblEditor->TableQuery(table->Query());
+  Long lUpdatability = 0;
+  if (const auto rs = table->GetRecordset(lUpdatability)) {
+    m_tblEditor->AttachRecordset(rs, lUpdatability);
+  } else {
+    m_tblEditor->Requery();
+  }
+}
+
+void SnapIn::ActivateQuery(ResultView& view) {
+  const auto query = TagAs<nodes::QueryNode>(*view.ScopeItem());
+  QueryResults(ControlAs<platform::QueryResults>(view));
+  if (!m_qrResults) return;
+  m_qrResults->ShowSqlStatements(Root().SqlStatements());
+  m_qrResults->Connection(InTree(query->ParentServerNode())->Connection());
+  m_qrResults->QueryName(query->QueryName());
+  m_qrResults->SqlText(query->Query());
+  // A named query always takes the current limits; a table's travel inside its own query.
+  m_qrResults->MaxRows(Root().MaxRows());
+  m_qrResults->QueryTimeout(Root().QueryTimeout());
+  if (const auto rs = query->Recordset()) {
+    m_qrResults->Recordset(rs);
+  } else {
+    m_qrResults->Execute();
+  }
+}
+
+void SnapIn::ResultViews_Deactivate(ResultView& view) {
+  Guard([&] {
+    const auto item = InTree(view.ScopeItem());
+    const auto sNodeType = item->NodeTypeName();
+    if (sNodeType == node_type::kTable && m_tblEditor) {
+      Long lUpdatability = 0;
+      const auto rs = m_tblEditor->DetachRecordset(lUpdatability);
+      TagAs<nodes::TableNode>(*item)->SetRecordset(rs, lUpdatability);
+      m_tblEditor->AttachRecordset(nullptr, 0);
+      m_tblEditor->Connection(nullptr);
+      TableEditor(nullptr);
+    } else if (sNodeType == node_type::kQuery && m_qrResults) {
+      TagAs<nodes::QueryNode>(*item)->Recordset(m_qrResults->Recordset());
+      m_qrResults->Recordset(nullptr);
+      m_qrResults->Connection(nullptr);
+      QueryResults(nullptr);
+    }
+  });
+}
+
+void SnapIn::TableEditor(const platform::TableEditorPtr& grid) {
+  m_tblEditorEvents.clear();
+  m_tblEditor = grid;
+  if (!grid) return;
+  const auto states = [this] { TableButtonStates(); };
+  m_tblEditorEvents.push_back(grid->OnHeadClick(states));
+  m_tblEditorEvents.push_back(grid->OnRowColChange(states));
+  m_tblEditorEvents.push_back(grid->OnSelChange(states));
+  m_tblEditorEvents.push_back(grid->OnInsert(states));
+  m_tblEditorEvents.push_back(grid->OnDelete(states));
+}
+
+void SnapIn::QueryResults(const platform::QueryResultsPtr& grid) {
+  m_qrResultsEvents.clear();
+  m_qrResults = grid;
+  if (!grid) return;
+  const auto states = [this] { QueryButtonStates(); };
+  m_qrResultsEvents.push_back(grid->OnRowColChange(states));
+  m_qrResultsEvents.push_back(grid->OnSelChange(states));
+  m_qrResultsEvents.push_back(grid->OnInsert(states));
+  m_qrResultsEvents.push_back(grid->OnDelete(states));
+}
+
+}  // namespace orvane::snapin

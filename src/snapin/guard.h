@@ -1,0 +1,42 @@
+// The one guard around the handlers of console events, and the one way to ignore a failing step.
+#pragma once
+
+#include <exception>
+#include <utility>
+
+#include "platform/failure.h"
+#include "platform/user_interface.h"
+
+namespace orvane::snapin {
+
+/// Shows the failure in the "Error" box.
+inline void ShowError(platform::UserInterface& ui, const platform::Text& sDescription) {
+  ui.MsgBox(sDescription, platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None, "Error");
+}
+
+/// Runs the body of a handler. A failure ends it and is shown; what was done before stays done.
+/// Returns whether the body ended without a failure.
+template <class Body>
+platform::Boolean Guarded(platform::UserInterface& ui, Body&& body) {
+  try {
+    std::forward<Body>(body)();
+    return true;
+  } catch (const platform::Failure& failure) {
+    ShowError(ui, failure.Description());
+  } catch (const std::exception& exception) {
+    ShowError(ui, exception.what());
+  }
+  return false;
+}
+
+/// Runs a step whose failure is ignored on purpose.
+template <class Step>
+void Suppressed(Step&& step) {
+  try {
+    std::forward<Step>(step)();
+  } catch (const std::exception&) {
+    // Ignored: the caller goes on with what it has.
+  }
+}
+
+}  // namespace orvane::snapin

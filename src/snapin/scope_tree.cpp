@@ -1,0 +1,125 @@
+// The console's tree: what is beneath each item, under which keys and in which order.
+#include "access/schema_browsing.h"
+#include "nodes/query_nodes_collection.h"
+#include "nodes/server_nodes_collection.h"
+#include "nodes/table_nodes_collection.h"
+#include "snapin/node_types.h"
+#include "snapin/snap_in.h"
+#include "snapin/tags.h"
+
+namespace orvane::snapin {
+
+using platform::Boolean;
+using platform::ScopeItem;
+using platform::ScopeItemPtr;
+using platform::Text;
+
+void SnapIn::ScopeItems_Initialize(const ScopeItemPtr& item) {
+  Guard([&] {
+    if (item->NodeTypeName() != node_type::kServers) return;
+    if (!m_root) InstallRoot(nodes::ServersNode::Create(m_services.objects));
+    item->Tag(m_root);
+  });
+}
+
+void SnapIn::ScopeItems_Expand(const ScopeItemPtr& item) {
+  Guard([&] {
+    const Text sNodeType = item->NodeTypeName();
+    if (sNodeType == node_type::kServers) {
+      ExpandServers(*item);
+    } else if (sNodeType == node_type::kServer) {
+      ExpandServer(*item);
+    } else if (sNodeType == node_type::kCatalogs) {
+      PopulateCatalogs(*item);
+    } else if (sNodeType == node_type::kCatalog) {
+      PopulateTables(*item);
+    } else if (sNodeType == node_type::kQueries) {
+      ExpandQueries(*item);
+    }
+  });
+}
+
+ScopeItemPtr SnapIn::AddScopeItem(const char* sNodeType, const Text& sKey, ScopeItem& parent,
+                                  Boolean bHasChildren) {
+  ScopeItemPtr item =
+      m_services.console->ScopeItems().Add(sNodeType, sKey, parent.ScopeNode(), bHasChildren);
+  // The console finds the node of a reopened document again by its identifier.
+  item->NodeId(sKey);
+  return item;
+}
+
+void SnapIn::SetNameColumn(ScopeItem& item) {
+  item.ColumnHeaders().Clear();
+  item.ListSubItems().Clear();
+  item.ColumnHeaders().Add(1, "Name", "Name", kNameWidth);
+  item.ListSubItems().Add(1, "Name", item.DisplayName());
+}
+
+void SnapIn::ExpandServers(ScopeItem& item) {
+  for (const auto& server : Root().ServerNodes()->NewEnum()) {
+    const auto child = AddScopeItem(node_type::kServer, server->Server(), item, true);
+    child->DisplayName(server->Server());
+    SetNameColumn(*child);
+    child->Tag(server);
+  }
+}
+
+void SnapIn::ExpandServer(ScopeItem& item) {
+  const auto server = TagAs<nodes::ServerNode>(item);
+  try {
+    if (!server->Connection()) server->Connect();
+  } catch (const std::exception&) {
+    item.ScopeNode()->HasChildren(false);
+    throw;
+  }
+  const auto catalogs = AddScopeItem(node_type::kCatalogs, item.Key() + ".Catalogs", item, true);
+  SetNameColumn(*catalogs);
+  catalogs->Tag(server);
+  // The queries are known without asking the server; the console asks for them all the same.
+  const auto queries = AddScopeItem(node_type::kQueries, item.Key() + ".Queries", item, false);
+  SetNameColumn(*queries);
+  queries->Tag(server);
+}
+
+void SnapIn::AddTableScopeItem(ScopeItem& catalogItem, nodes::CatalogNode& catalog,
+                               const platform::ConnectionPtr& cn, const Text& sTable) {
+  const auto item =
+      AddScopeItem(node_type::kTable, catalogItem.Key() + "." + sTable, catalogItem, false);
+  item->DisplayName(sTable);
+  SetNameColumn(*item);
+  auto table = catalog.TableNodes()->Item(sTable);
+  if (!table) {
+    table = catalog.TableNodes()->Add(sTable);
+    ApplyQueryDefaults(*table->Query(), table->DefaultFilterCondition());
+  }
+  access::GetTableColumns(*table->Query(), cn);
+  item->Tag(table);
+}
+
+void SnapIn::ApplyQueryDefaults(platform::TableQuery& query, Boolean bDefFilterCond) {
+  query.MaxRows(Root().MaxRows());
+  query.QueryTimeout(Root().QueryTimeout());
+  if (bDefFilterCond) {
+    query.FilterCondition(Root().FormDefaultFilterCondition(query.Catalog(), query.Table()));
+  }
+}
+
+void SnapIn::ExpandQueries(ScopeItem& item) {
+  const auto server = TagAs<nodes::ServerNode>(item);
+  for (const auto& query : server->QueryNodes()->NewEnum()) AddQueryScopeItem(item, query);
+}
+
+void SnapIn::AddQueryScopeItem(ScopeItem& queriesItem, const nodes::QueryNodePtr& query) {
+  const auto item = AddScopeItem(node_type::kQuery, queriesItem.Key() + "." + query->QueryName(),
+                                 queriesItem, false);
+  item->DisplayName(query->QueryName());
+  item->ColumnHeaders().Clear();
+  item->ColumnHeaders().Add(1, "Name", "Name", kNameWidth);
+  item->ColumnHeaders().Add(2, "Query", "Query", kQueryWidth);
+  item->ListSubItems().Clear();
+  item->ListSubItems().Add(1, "Name", query->QueryName());
+  item->ListSubItems().Add(2, "Query", query->Query());
+  item->Tag(query);
+}
+
+}  // namespace orvane::snapin

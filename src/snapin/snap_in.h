@@ -1,0 +1,137 @@
+// The snap-in object: receives the console's events and owns the model they work on.
+// The console makes one for each document, through the class factory. All calls come on the
+// user-interface thread. Each family of events has its own source file.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "nodes/counted.h"
+#include "nodes/server_node.h"
+#include "nodes/servers_node.h"
+#include "platform/console/snap_in.h"
+#include "platform/grids/grids.h"
+#include "platform/services.h"
+#include "snapin/console_version.h"
+#include "snapin/guard.h"
+
+namespace orvane::nodes {
+class CatalogNode;
+class QueryNode;
+class TableNode;
+}  // namespace orvane::nodes
+
+namespace orvane::snapin {
+
+class SnapIn : private nodes::Counted,
+               public platform::SnapIn,
+               public nodes::ServersNodeOwner,
+               public std::enable_shared_from_this<SnapIn> {
+ public:
+  using Boolean = platform::Boolean;
+  using Long = platform::Long;
+  using Text = platform::Text;
+
+  /// Fails with failure::kComponent when the console, the object factory or the user interface is
+  /// missing. Without file-version functions the console's version counts as unknown.
+  explicit SnapIn(const platform::Services& services);
+  ~SnapIn() override;
+
+  // ---- lifecycle.cpp
+  platform::SnapInDescription Description() const override;
+  void SnapIn_Initialize() override;
+  Boolean SnapIn_ReadProperties(platform::PropertyBag& pb) override;
+  Boolean SnapIn_WriteProperties(platform::PropertyBag& pb) override;
+  void SnapIn_Unload() override;
+  void SnapIn_Terminate() override;
+  void ServersNodeChanged() override;
+
+  // ---- scope_tree.cpp
+  void ScopeItems_Initialize(const platform::ScopeItemPtr& item) override;
+  void ScopeItems_Expand(const platform::ScopeItemPtr& item) override;
+
+  // ---- list_views.cpp
+  void ResultViews_Initialize(platform::ResultView& view) override;
+
+  // ---- grid_views.cpp
+  void ResultViews_InitializeControl(platform::ResultView& view) override;
+  void ResultViews_Activate(platform::ResultView& view) override;
+  void ResultViews_Deactivate(platform::ResultView& view) override;
+
+  // ---- menus_and_toolbar.cpp
+  void Views_AddTopMenuItems(platform::View& view, const platform::Selection& selection,
+                             platform::ContextMenu& menu, Boolean bInsertionAllowed) override;
+  void Views_UpdateControlbar(platform::View& view, const platform::Selection& selection,
+                              Boolean bSelected, platform::ControlBar& controlBar) override;
+  void Views_Select(platform::View& view, const platform::Selection& selection, Boolean bSelected,
+                    platform::ConsoleVerbs& verbs) override;
+  void Views_Refresh(platform::View& view) override;
+  void Menu_Click(const Text& sMenuItem, Long lIndex,
+                  const platform::Selection& selection) override;
+
+  // ---- grid_events.cpp
+  void Toolbar_ButtonClick(platform::ToolbarButton& button) override;
+
+ private:
+  /// By the numbers under which the toolbar kinds are known.
+  enum class ToolbarKind : std::uint8_t { None = 0, Table = 1, Query = 2 };
+
+  // ---- lifecycle.cpp
+  void ReleaseObjects();
+  Boolean IsConsoleAtLeast51() const;
+  template <class Body>
+  Boolean Guard(Body&& body) {
+    return Guarded(*m_services.ui, std::forward<Body>(body));
+  }
+  /// The root; fails with 91 when there is none.
+  nodes::ServersNode& Root() const;
+  /// Makes the node the root of the model.
+  void InstallRoot(const nodes::ServersNodePtr& root);
+
+  // ---- scope_tree.cpp
+  platform::ScopeItemPtr AddScopeItem(const char* sNodeType, const Text& sKey,
+                                      platform::ScopeItem& parent, Boolean bHasChildren);
+  void SetNameColumn(platform::ScopeItem& item);
+  void ExpandServers(platform::ScopeItem& item);
+  void ExpandServer(platform::ScopeItem& item);
+  void AddTableScopeItem(platform::ScopeItem& catalogItem, nodes::CatalogNode& catalog,
+                         const platform::ConnectionPtr& cn, const Text& sTable);
+  void ApplyQueryDefaults(platform::TableQuery& query, Boolean bDefFilterCond);
+  void ExpandQueries(platform::ScopeItem& item);
+  void AddQueryScopeItem(platform::ScopeItem& queriesItem,
+                         const std::shared_ptr<nodes::QueryNode>& query);
+
+  // ---- schema_browsing.cpp
+  void PopulateCatalogs(platform::ScopeItem& item);
+  void PopulateTables(platform::ScopeItem& item);
+  void ShowTableStructure(platform::ResultView& view, const nodes::TableNode& table);
+
+  // ---- grid_views.cpp
+  void ActivateTable(platform::ResultView& view);
+  void ActivateQuery(platform::ResultView& view);
+  /// Sets the grid reference, or none, and listens to the grid's events.
+  void TableEditor(const platform::TableEditorPtr& grid);
+  void QueryResults(const platform::QueryResultsPtr& grid);
+
+  // ---- menus_and_toolbar.cpp
+  void AddButtons(ToolbarKind kind);
+
+  // ---- grid_events.cpp
+  void TableButtonStates();
+  void QueryButtonStates();
+
+  platform::Services m_services;
+  nodes::ServersNodePtr m_root;
+  ConsoleVersion m_consoleVersion;
+  platform::TableEditorPtr m_tblEditor;
+  std::vector<platform::Subscription> m_tblEditorEvents;
+  platform::QueryResultsPtr m_qrResults;
+  std::vector<platform::Subscription> m_qrResultsEvents;
+  platform::ToolbarPtr m_tbrToolbar;
+  /// Kind of the toolbar attached to the control bar.
+  ToolbarKind m_toolbarKind = ToolbarKind::None;
+  /// Kind of the buttons in m_tbrToolbar; a grid's events may come before they are built.
+  ToolbarKind m_buttonsKind = ToolbarKind::None;
+};
+
+}  // namespace orvane::snapin
