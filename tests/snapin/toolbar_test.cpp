@@ -1,0 +1,187 @@
+#include "tests/snapin/snap_in_fixture.h"
+
+namespace orvane::snapin {
+namespace {
+
+using platform::Long;
+
+constexpr const char* kPumps = "S1.Catalogs.Plant.Pumps";
+constexpr const char* kDataTable = "S1.Catalogs.Plant.Data";
+constexpr const char* kQuery = "S1.Queries.Q1";
+
+class toolbar : public SnapInTest {
+ protected:
+  toolbar() { ExpandAll(); }
+
+  /// The attached toolbar's buttons, one text each: key, image, tooltip, style.
+  std::vector<Text> Buttons() {
+    std::vector<Text> texts;
+    if (!driver.controlBar.attached) return texts;
+    for (const auto& button : driver.console->toolbar->Buttons().buttons) {
+      texts.push_back(button->Key() + "|" + std::to_string(button->lImage) + "|" +
+                      button->sToolTip + "|" + std::to_string(static_cast<int>(button->style)));
+    }
+    return texts;
+  }
+  void Update(bool bSelected) {
+    driver.snapIn->Views_UpdateControlbar(driver.console->CurrentView(), fakes::FakeSelection(),
+                                          bSelected, driver.controlBar);
+  }
+};
+
+TEST_F(toolbar, a_table_shows_the_table_toolbar) {
+  driver.Select(kPumps);
+  EXPECT_EQ(Buttons(),
+            (std::vector<Text>{
+                "MoveFirst|1|Move to First Row|0", "MoveLast|2|Move to Last Row|0", "|1||8",
+                "SortAsc|3|Sort Ascending|0", "SortDesc|4|Sort Descending|0", "|1||8",
+                "CellQuery|5|Put Results of a Query into the Current Cell|0",
+                "Delete|6|Delete Selected Rows|0", "|1||8", "Sql|7|Show/Hide SQL Statement|1"}));
+  ExpectNoBoxes();
+}
+
+TEST_F(toolbar, a_query_shows_the_query_toolbar) {
+  driver.Select(kQuery);
+  EXPECT_EQ(Buttons(),
+            (std::vector<Text>{
+                "MoveFirst|1|Move to First Row|0", "MoveLast|2|Move to Last Row|0", "|1||8",
+                "CellQuery|5|Put Results of a Query into the Current Cell|0",
+                "Delete|6|Delete Selected Rows|0", "|1||8", "Sql|7|Show/Hide SQL Statement|1"}));
+  ExpectNoBoxes();
+}
+
+TEST_F(toolbar, an_older_console_takes_every_second_image) {
+  driver.fileVersion->info = fakes::FakeFileVersion::Product(5, 1, 2599, 0);
+  driver.NewDocument();
+  ExpandAll();
+  driver.Select(kPumps);
+  const auto buttons = Buttons();
+  ASSERT_EQ(buttons.size(), 10U);
+  EXPECT_EQ(buttons[0], "MoveFirst|2|Move to First Row|0");
+  EXPECT_EQ(buttons[2], "|1||8") << "a separator keeps its image";
+  EXPECT_EQ(buttons[9], "Sql|14|Show/Hide SQL Statement|1");
+}
+
+TEST_F(toolbar, moving_between_tables_keeps_the_toolbar) {
+  driver.Select(kPumps);
+  const int nAdded = driver.console->toolbar->Buttons().nAdded;
+  driver.Select(kDataTable);
+  EXPECT_EQ(driver.console->toolbar->Buttons().nAdded, nAdded);
+  EXPECT_EQ(driver.controlBar.nAttached, 1);
+}
+
+TEST_F(toolbar, moving_from_a_table_to_a_query_rebuilds_it) {
+  driver.Select(kPumps);
+  driver.Select(kQuery);
+  EXPECT_EQ(Buttons().size(), 7U);
+  EXPECT_EQ(driver.controlBar.nAttached, 2);
+  driver.Select(kPumps);
+  EXPECT_EQ(Buttons().size(), 10U);
+  ExpectNoBoxes();
+}
+
+TEST_F(toolbar, moving_to_another_item_or_view_removes_it) {
+  driver.Select(kPumps);
+  driver.Select("S1.Catalogs");
+  EXPECT_EQ(driver.controlBar.attached, nullptr);
+  EXPECT_EQ(driver.console->toolbar->Buttons().Count(), 0);
+  driver.Select(kPumps);
+  driver.ShowView("TableStructureListView");
+  EXPECT_EQ(driver.controlBar.attached, nullptr);
+}
+
+TEST_F(toolbar, deselecting_removes_it_even_while_the_grid_is_shown) {
+  driver.Select(kPumps);
+  Update(false);
+  EXPECT_EQ(driver.controlBar.attached, nullptr);
+  Update(true);
+  EXPECT_NE(driver.controlBar.attached, nullptr);
+}
+
+TEST_F(toolbar, a_failing_step_is_ignored_and_the_next_ones_go_on) {
+  driver.Select(kPumps);
+  driver.Select("S1");
+  driver.console->toolbar->Buttons().sFailingKey = "CellQuery";
+  driver.ui->boxes.clear();
+  driver.Select(kQuery);
+  EXPECT_EQ(Buttons().size(), 6U);
+  EXPECT_EQ(driver.console->toolbar->Buttons().Item("Sql").Key(), "Sql");
+  // Setting the states is guarded by itself and tells of the missing button.
+  EXPECT_EQ(ErrorBox(), "There is no button \"CellQuery\".");
+}
+
+TEST_F(toolbar, a_toolbar_that_cannot_be_detached_is_rebuilt_all_the_same) {
+  driver.Select(kPumps);
+  driver.controlBar.bFailDetach = true;
+  driver.Select(kQuery);
+  EXPECT_EQ(Buttons().size(), 7U);
+  ExpectNoBoxes();
+}
+
+TEST_F(toolbar, the_button_states_follow_the_grid_when_it_is_built) {
+  driver.Select(kPumps);
+  auto& buttons = driver.console->toolbar->Buttons();
+  EXPECT_TRUE(buttons.Item("MoveFirst").Enabled());
+  EXPECT_FALSE(buttons.Item("Delete").Enabled());
+  EXPECT_TRUE(buttons.Item("Sql").Pressed());
+}
+
+TEST_F(toolbar, refresh_is_offered_exactly_while_a_grid_is_shown) {
+  driver.Select(kPumps);
+  EXPECT_TRUE(driver.verbs.Enabled(32774));
+  driver.ShowView("TableStructureListView");
+  EXPECT_FALSE(driver.verbs.Enabled(32774));
+  driver.Select(kQuery);
+  EXPECT_TRUE(driver.verbs.Enabled(32774));
+  for (const char* sKey : {"", "S1", "S1.Catalogs", "S1.Catalogs.Plant", "S1.Queries"}) {
+    driver.Select(sKey);
+    EXPECT_FALSE(driver.verbs.Enabled(32774)) << sKey;
+  }
+  EXPECT_EQ(driver.verbs.verbs.size(), 1U) << "no other verb is touched";
+}
+
+TEST_F(toolbar, deselecting_leaves_the_verbs_alone) {
+  driver.Select(kPumps);
+  driver.snapIn->Views_Select(driver.console->CurrentView(), fakes::FakeSelection(), false,
+                              driver.verbs);
+  EXPECT_TRUE(driver.verbs.Enabled(32774));
+}
+
+TEST_F(toolbar, a_verb_that_cannot_be_set_is_reported) {
+  driver.verbs.bFail = true;
+  driver.snapIn->Views_Select(driver.console->CurrentView(), fakes::FakeSelection(), true,
+                              driver.verbs);
+  EXPECT_EQ(ErrorBox(), "There is no such verb.");
+}
+
+TEST_F(toolbar, refresh_runs_the_grid_shown_again) {
+  driver.Select(kPumps);
+  driver.AppendRow("S1", "Plant", "Pumps", {"P4", 4.5});
+  driver.snapIn->Views_Refresh(driver.console->CurrentView());
+  EXPECT_EQ(driver.Grid().rows.size(), 4U);
+  driver.Select(kQuery);
+  driver.snapIn->Views_Refresh(driver.console->CurrentView());
+  EXPECT_EQ(driver.QueryResults()->log.back(), "Execute");
+  driver.Select("S1");
+  driver.historian->log.clear();
+  driver.snapIn->Views_Refresh(driver.console->CurrentView());
+  EXPECT_TRUE(driver.historian->log.empty());
+  ExpectNoBoxes();
+}
+
+TEST_F(toolbar, refresh_sets_the_button_states) {
+  driver.Select(kPumps);
+  driver.TableEditor()->bRowsSelected = true;
+  driver.snapIn->Views_Refresh(driver.console->CurrentView());
+  EXPECT_TRUE(driver.console->toolbar->Buttons().Item("Delete").Enabled());
+}
+
+TEST_F(toolbar, a_refresh_that_fails_is_reported) {
+  driver.Select(kPumps);
+  driver.TableEditor()->sFailing = "Requery";
+  driver.snapIn->Views_Refresh(driver.console->CurrentView());
+  EXPECT_EQ(ErrorBox(), "The grid cannot do that.");
+}
+
+}  // namespace
+}  // namespace orvane::snapin
