@@ -15,7 +15,6 @@ class list_views : public SnapInTest {
   }
   FakeResultView structure{"TableStructureListView", ExpandedPumps()};
 };
-};
 
 TEST_F(list_views, the_structure_view_gets_a_row_for_each_column) {
   driver.snapIn->ResultViews_Initialize(structure);
