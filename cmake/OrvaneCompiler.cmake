@@ -18,7 +18,7 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow=local -Wconversion -Wsign-
                     -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused -Werror)
 # Optimized, this version of the compiler takes joined texts for overlapping copies: its mistake.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  add_compile_options(-Wno-restrict)
+  add_compile_options($<$<CONFIG:Release>:-Wno-restrict>)
 endif()
 if(ORVANE_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
