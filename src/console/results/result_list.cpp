@@ -1,0 +1,214 @@
+#include "console/results/result_list.h"
+
+#include <QCollator>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QListView>
+#include <QScopedValueRollback>
+#include <QSortFilterProxyModel>
+#include <QTreeView>
+
+namespace orvane::console {
+
+/// Rows by the text of a column as people read it: without regard to case, numbers by their value.
+/// Without a column, rows are in the order in which they were added.
+class ResultListOrder final : public QSortFilterProxyModel {
+ public:
+  explicit ResultListOrder(QObject* parent) : QSortFilterProxyModel(parent) {
+    m_collator.setNumericMode(true);
+    m_collator.setCaseSensitivity(Qt::CaseInsensitive);
+  }
+
+ protected:
+  bool lessThan(const QModelIndex& left, const QModelIndex& right) const override {
+    const int iOrder = m_collator.compare(left.data().toString(), right.data().toString());
+    return iOrder != 0 ? iOrder < 0 : left.row() < right.row();
+  }
+
+ private:
+  QCollator m_collator;
+};
+
+ResultList::ResultList(QWidget* parent)
+    : QStackedWidget(parent),
+      m_details(new QTreeView(this)),
+      m_icons(new QListView(this)),
+      m_order(new ResultListOrder(this)) {
+  m_details->setObjectName("resultDetails");
+  m_details->setRootIsDecorated(false);
+  m_details->setItemsExpandable(false);
+  m_details->setUniformRowHeights(true);
+  m_details->setAllColumnsShowFocus(true);
+  m_details->setSortingEnabled(true);
+  m_details->setIconSize({16, 16});
+  m_details->header()->setSortIndicatorClearable(true);
+  m_details->header()->setSortIndicator(-1, Qt::AscendingOrder);
+  m_details->header()->setHighlightSections(false);
+  m_details->header()->setMinimumSectionSize(48);
+
+  m_icons->setObjectName("resultIcons");
+  m_icons->setViewMode(QListView::IconMode);
+  m_icons->setIconSize({32, 32});
+  m_icons->setGridSize({104, 78});
+  m_icons->setMovement(QListView::Static);
+  m_icons->setResizeMode(QListView::Adjust);
+  m_icons->setUniformItemSizes(true);
+  m_icons->setLayoutMode(QListView::Batched);
+  m_icons->setWordWrap(true);
+  m_icons->setTextElideMode(Qt::ElideMiddle);
+  m_icons->setSpacing(4);
+
+  for (QAbstractItemView* view : {static_cast<QAbstractItemView*>(m_details),
+                                  static_cast<QAbstractItemView*>(m_icons)}) {
+    Prepare(view);
+    addWidget(view);
+  }
+  connect(m_details->header(), &QHeaderView::sectionResized, this, [this] {
+    if (!m_bSettingWidths) m_bChosenWidths = true;
+  });
+  setCurrentWidget(m_details);
+  m_order->sort(-1);
+  for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+    connect(m_order, signal, this, [this] { emit RowsChanged(); });
+  }
+  connect(m_order, &QAbstractItemModel::modelReset, this, [this] { emit RowsChanged(); });
+  connect(m_order, &QAbstractItemModel::columnsInserted, this,
+          [this](const QModelIndex&, int iFirst) { SetWidths(iFirst); });
+  m_icons->setSelectionModel(m_details->selectionModel());
+}
+
+ResultList::~ResultList() = default;
+
+void ResultList::Prepare(QAbstractItemView* view) {
+  view->setModel(m_order);
+  view->setAccessibleName(tr("Contents"));
+  view->setFrameShape(QFrame::NoFrame);
+  view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  view->setSelectionBehavior(QAbstractItemView::SelectRows);
+  view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  view->installEventFilter(this);
+  view->viewport()->installEventFilter(this);
+  connect(view, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
+    const auto item = m_model ? m_model->ItemAt(m_order->mapToSource(index).row()) : nullptr;
+    if (!item) return;
+    QMetaObject::invokeMethod(
+        this, [this, item] { emit ItemOpened(item); }, Qt::QueuedConnection);
+  });
+  connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this] { emit SelectionChanged(); });
+}
+
+void ResultList::ShowModel(std::unique_ptr<ResultListModel> model) {
+  m_order->setSourceModel(model.get());
+  m_model = std::move(model);
+  m_details->header()->setSortIndicator(-1, Qt::AscendingOrder);
+  m_order->sort(-1);
+  m_bChosenWidths = false;
+  SetWidths(0);
+  m_details->scrollToTop();
+  m_icons->scrollToTop();
+  emit RowsChanged();
+}
+
+void ResultList::SetWidths(int iFirstColumn) {
+  if (!m_model) return;
+  const QScopedValueRollback setting(m_bSettingWidths, true);
+  const auto& columns = m_model->Columns();
+  for (auto n = static_cast<std::size_t>(iFirstColumn); n < columns.size(); ++n) {
+    // The console chooses for a column without a width of its own.
+    const int iWidth = columns[n].iWidth > 0 ? columns[n].iWidth : 160;
+    m_details->header()->resizeSection(static_cast<int>(n), iWidth);
+  }
+}
+
+void ResultList::Style(ListStyle style) {
+  m_style = style;
+  setCurrentWidget(style == ListStyle::Icons ? static_cast<QWidget*>(m_icons) : m_details);
+}
+
+QAbstractItemView* ResultList::ActiveView() const {
+  if (m_style == ListStyle::Icons) return m_icons;
+  return m_details;
+}
+
+int ResultList::SelectedRows() const {
+  return static_cast<int>(m_details->selectionModel()->selectedRows().size());
+}
+
+std::vector<ScopeTreeItemPtr> ResultList::SelectedItems() const {
+  std::vector<ScopeTreeItemPtr> items;
+  if (!m_model) return items;
+  auto rows = m_details->selectionModel()->selectedRows();
+  std::sort(rows.begin(), rows.end());
+  for (const auto& row : rows) {
+    if (auto item = m_model->ItemAt(m_order->mapToSource(row).row())) {
+      items.push_back(std::move(item));
+    }
+  }
+  return items;
+}
+
+int ResultList::RowCount() const { return m_order->rowCount(); }
+
+int ResultList::SourceRow(int iShownRow) const {
+  return m_order->mapToSource(m_order->index(iShownRow, 0)).row();
+}
+
+std::vector<int> ResultList::ColumnWidths() const {
+  std::vector<int> widths;
+  for (int i = 0; i < m_details->header()->count(); ++i) {
+    widths.push_back(m_details->header()->sectionSize(i));
+  }
+  return widths;
+}
+
+void ResultList::ColumnWidths(const std::vector<int>& widths) {
+  const QScopedValueRollback setting(m_bSettingWidths, true);
+  const int iCount = std::min(static_cast<int>(widths.size()), m_details->header()->count());
+  for (int i = 0; i < iCount; ++i) {
+    m_details->header()->resizeSection(i, widths[static_cast<std::size_t>(i)]);
+  }
+}
+
+bool ResultList::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+      const auto index = ActiveView()->currentIndex();
+      const auto item = m_model && index.isValid()
+                            ? m_model->ItemAt(m_order->mapToSource(index).row())
+                            : nullptr;
+      if (item) {
+        QMetaObject::invokeMethod(
+            this, [this, item] { emit ItemOpened(item); }, Qt::QueuedConnection);
+      }
+      return true;
+    }
+    if (key->key() == Qt::Key_Backspace) {
+      QMetaObject::invokeMethod(
+          this, [this] { emit UpRequested(); }, Qt::QueuedConnection);
+      return true;
+    }
+  }
+  if (event->type() == QEvent::ContextMenu) {
+    const auto* menu = static_cast<QContextMenuEvent*>(event);
+    auto* view = ActiveView();
+    auto position = menu->globalPos();
+    if (menu->reason() == QContextMenuEvent::Mouse) {
+      // Beside all rows, the menu is about the item whose list this is.
+      if (watched == view->viewport() && !view->indexAt(menu->pos()).isValid()) {
+        view->clearSelection();
+      }
+    } else if (const auto index = view->currentIndex(); index.isValid()) {
+      position = view->viewport()->mapToGlobal(view->visualRect(index).bottomLeft());
+    }
+    QMetaObject::invokeMethod(
+        this, [this, position] { emit MenuRequested(position); }, Qt::QueuedConnection);
+    return true;
+  }
+  return QStackedWidget::eventFilter(watched, event);
+}
+
+}  // namespace orvane::console

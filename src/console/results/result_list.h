@@ -1,0 +1,74 @@
+// A list view of the result pane: its rows with columns, or as icons, over one model.
+// User-interface thread.
+#pragma once
+
+#include <QStackedWidget>
+
+#include "console/results/result_list_model.h"
+
+class QAbstractItemView;
+class QListView;
+class QTreeView;
+
+namespace orvane::console {
+
+class ResultListOrder;
+
+enum class ListStyle : std::uint8_t { Details, Icons };
+
+class ResultList final : public QStackedWidget {
+  Q_OBJECT
+
+ public:
+  explicit ResultList(QWidget* parent = nullptr);
+  ~ResultList() override;
+
+  /// Shows the model, which the list takes over; null shows nothing.
+  void ShowModel(std::unique_ptr<ResultListModel> model);
+  ResultListModel* Model() const noexcept { return m_model.get(); }
+
+  void Style(ListStyle style);
+  ListStyle Style() const noexcept { return m_style; }
+  /// Scope items of the selected rows, in the order of the rows shown.
+  std::vector<ScopeTreeItemPtr> SelectedItems() const;
+  int SelectedRows() const;
+  /// Texts of all rows as they are ordered now.
+  int RowCount() const;
+  /// Model row behind the row shown at that position.
+  int SourceRow(int iShownRow) const;
+  /// The view on the screen.
+  QAbstractItemView* ActiveView() const;
+  QTreeView* DetailsView() const noexcept { return m_details; }
+
+  /// True when the user has changed a column's width since the model came.
+  bool HasChosenWidths() const noexcept { return m_bChosenWidths; }
+  std::vector<int> ColumnWidths() const;
+  void ColumnWidths(const std::vector<int>& widths);
+
+ signals:
+  /// A row was double-clicked, or Enter pressed on it.
+  void ItemOpened(const orvane::console::ScopeTreeItemPtr& item);
+  /// Backspace: the item above is wanted.
+  void UpRequested();
+  /// Right click, Menu key or Shift+F10; the position is on the screen.
+  void MenuRequested(const QPoint& position);
+  void SelectionChanged();
+  void RowsChanged();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void Prepare(QAbstractItemView* view);
+  void SetWidths(int iFirstColumn);
+
+  QTreeView* m_details;
+  QListView* m_icons;
+  std::unique_ptr<ResultListModel> m_model;
+  ResultListOrder* m_order;
+  ListStyle m_style = ListStyle::Details;
+  bool m_bChosenWidths = false;
+  bool m_bSettingWidths = false;
+};
+
+}  // namespace orvane::console

@@ -1,0 +1,148 @@
+#include "console/scope/scope_pane.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+
+namespace orvane::console {
+
+ScopePane::ScopePane(QWidget* parent) : QTreeView(parent) {
+  setObjectName("scopePane");
+  setAccessibleName(tr("Scope"));
+  setHeaderHidden(true);
+  setUniformRowHeights(true);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setIndentation(18);
+  setIconSize({16, 16});
+  setFrameShape(QFrame::NoFrame);
+  // A long name is scrolled to, not cut.
+  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  header()->setStretchLastSection(false);
+  setTextElideMode(Qt::ElideNone);
+  connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+    if (!m_bFollowing) RequestExpansion(index);
+  });
+}
+
+void ScopePane::ShowTree(ScopeTree* tree) {
+  const QScopedValueRollback follow(m_bFollowing, true);
+  m_tree = tree;
+  setModel(tree);
+}
+
+void ScopePane::ShowSelected(const ScopeTreeItemPtr& item) {
+  if (!m_tree || !item || item->IsRemoved()) return;
+  const QScopedValueRollback follow(m_bFollowing, true);
+  const auto index = m_tree->IndexOf(*item);
+  for (auto above = index.parent(); above.isValid(); above = above.parent()) expand(above);
+  setCurrentIndex(index);
+  scrollTo(index);
+}
+
+void ScopePane::ShowExpanded(const ScopeTreeItemPtr& item) {
+  if (!m_tree || !item || item->IsRemoved()) return;
+  const QScopedValueRollback follow(m_bFollowing, true);
+  expand(m_tree->IndexOf(*item));
+}
+
+void ScopePane::ShowCollapsed(const ScopeTreeItemPtr& item) {
+  if (!m_tree || !item || item->IsRemoved()) return;
+  const QScopedValueRollback follow(m_bFollowing, true);
+  collapse(m_tree->IndexOf(*item));
+}
+
+void ScopePane::RequestExpansion(const QModelIndex& index) {
+  const auto item = m_tree ? m_tree->ItemAt(index) : nullptr;
+  if (!item || item->State() == NodeState::Loaded || item->State() == NodeState::Loading) return;
+  QMetaObject::invokeMethod(
+      this, [this, item] { emit ExpandRequested(item); }, Qt::QueuedConnection);
+}
+
+void ScopePane::RequestSelected() {
+  if (m_bSelectPosted) return;
+  m_bSelectPosted = true;
+  // Of the items that the selection runs over in one go, only the last is shown.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        m_bSelectPosted = false;
+        const auto item = m_tree ? m_tree->ItemAt(currentIndex()) : nullptr;
+        if (item) emit SelectRequested(item);
+      },
+      Qt::QueuedConnection);
+}
+
+void ScopePane::keyPressEvent(QKeyEvent* event) {
+  const auto index = currentIndex();
+  const bool bHasRows = model() && model()->rowCount(index) > 0;
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (index.isValid()) {
+        // An item without an expand mark is listed too, when it has not been yet.
+        if (bHasRows) {
+          setExpanded(index, !isExpanded(index));
+        } else {
+          RequestExpansion(index);
+        }
+        event->accept();
+        return;
+      }
+      break;
+    case Qt::Key_Right:
+    case Qt::Key_Plus:
+    case Qt::Key_Asterisk:
+      // The star would open everything beneath, each of it a question to a server.
+      if (index.isValid() && (!bHasRows || event->key() == Qt::Key_Asterisk)) {
+        if (bHasRows) {
+          expand(index);
+        } else {
+          RequestExpansion(index);
+        }
+        event->accept();
+        return;
+      }
+      break;
+    default:
+      break;
+  }
+  QTreeView::keyPressEvent(event);
+}
+
+void ScopePane::mouseDoubleClickEvent(QMouseEvent* event) {
+  const auto index = indexAt(event->position().toPoint());
+  if (event->button() == Qt::LeftButton && index.isValid() && model()->rowCount(index) == 0 &&
+      visualRect(index).contains(event->position().toPoint())) {
+    RequestExpansion(index);
+    event->accept();
+    return;
+  }
+  QTreeView::mouseDoubleClickEvent(event);
+}
+
+void ScopePane::contextMenuEvent(QContextMenuEvent* event) {
+  auto index = currentIndex();
+  auto position = event->globalPos();
+  if (event->reason() == QContextMenuEvent::Mouse) {
+    index = indexAt(event->pos());
+    if (!index.isValid()) return;
+    // The menu is about the item under the pointer, which is thereby selected.
+    if (index != currentIndex()) setCurrentIndex(index);
+  } else if (index.isValid()) {
+    position = viewport()->mapToGlobal(visualRect(index).bottomLeft());
+  }
+  const auto item = m_tree ? m_tree->ItemAt(index) : nullptr;
+  if (!item) return;
+  event->accept();
+  QMetaObject::invokeMethod(
+      this, [this, item, position] { emit MenuRequested(item, position); }, Qt::QueuedConnection);
+}
+
+void ScopePane::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTreeView::currentChanged(current, previous);
+  if (!m_bFollowing && current.isValid()) RequestSelected();
+}
+
+}  // namespace orvane::console

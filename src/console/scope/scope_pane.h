@@ -1,0 +1,49 @@
+// The tree at the left of the window. Turns mouse and keys into requests; what they lead to is the
+// session's. Requests come from the event loop, never from within a handler of the tree view, since
+// an expansion may open dialogs and wait. User-interface thread.
+#pragma once
+
+#include <QTreeView>
+
+#include "console/scope/scope_tree.h"
+
+namespace orvane::console {
+
+class ScopePane final : public QTreeView {
+  Q_OBJECT
+
+ public:
+  explicit ScopePane(QWidget* parent = nullptr);
+
+  /// Shows the tree, which outlives the pane or is taken away with null.
+  void ShowTree(ScopeTree* tree);
+  /// Marks the item as selected and brings it into sight; no request follows.
+  void ShowSelected(const ScopeTreeItemPtr& item);
+  /// Opens the item's branch; no request follows.
+  void ShowExpanded(const ScopeTreeItemPtr& item);
+  /// Closes the item's branch, so that it can be opened again.
+  void ShowCollapsed(const ScopeTreeItemPtr& item);
+
+ signals:
+  void SelectRequested(const orvane::console::ScopeTreeItemPtr& item);
+  /// The user wants to see what lies beneath the item.
+  void ExpandRequested(const orvane::console::ScopeTreeItemPtr& item);
+  /// Right click, Menu key or Shift+F10 on the item; the position is on the screen.
+  void MenuRequested(const orvane::console::ScopeTreeItemPtr& item, const QPoint& position);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+ private:
+  void RequestExpansion(const QModelIndex& index);
+  void RequestSelected();
+
+  ScopeTree* m_tree = nullptr;
+  bool m_bFollowing = false;  // the pane is told what to show, and asks for nothing
+  bool m_bSelectPosted = false;
+};
+
+}  // namespace orvane::console

@@ -1,0 +1,70 @@
+#include "console/window/image_list.h"
+
+#include <QFile>
+#include <QPainter>
+#include <QPixmap>
+
+// The drawings lie in a static library, whose resources nobody registers by themselves.
+static void InitImages() { Q_INIT_RESOURCE(console_images); }
+
+namespace orvane::console {
+
+using platform::Long;
+
+namespace {
+
+// In the order of the snap-in's folder lists.
+constexpr std::array kFolderNames = {"servers", "server", "catalogs", "catalog", "column",
+                                     "column-key", "table", "queries", "query"};
+constexpr std::array kButtonNames = {"move-first", "move-last", "sort-ascending",
+                                     "sort-descending", "cell-query", "delete", "sql"};
+static_assert(kFolderNames.size() == ImageList::kFolderImages);
+static_assert(kButtonNames.size() * 2 == ImageList::kButtonImages);
+
+QIcon WithFailureMark(const QIcon& icon) {
+  QIcon marked;
+  for (const int iSize : {16, 20, 24, 32, 48, 64}) {
+    QPixmap pixmap = icon.pixmap(iSize, iSize);
+    QPainter painter(&pixmap);
+    const int iMark = iSize * 5 / 8;
+    ImageList::Named("failed").paint(&painter, iSize - iMark, iSize - iMark, iMark, iMark);
+    painter.end();
+    marked.addPixmap(pixmap);
+  }
+  return marked;
+}
+
+}  // namespace
+
+ImageList::ImageList() {
+  InitImages();
+  for (std::size_t n = 0; n < m_folders.size(); ++n) {
+    m_folders[n] = Named(kFolderNames[n]);
+    m_failedFolders[n] = WithFailureMark(m_folders[n]);
+  }
+  for (std::size_t n = 0; n < m_buttons.size(); ++n) m_buttons[n] = Named(kButtonNames[n]);
+}
+
+QIcon ImageList::Folder(Long lImage) const {
+  return lImage >= 1 && lImage <= kFolderImages ? m_folders[static_cast<std::size_t>(lImage - 1)]
+                                                : QIcon();
+}
+
+QIcon ImageList::FailedFolder(Long lImage) const {
+  return lImage >= 1 && lImage <= kFolderImages
+             ? m_failedFolders[static_cast<std::size_t>(lImage - 1)]
+             : QIcon();
+}
+
+QIcon ImageList::Button(Long lImage) const {
+  return lImage >= 1 && lImage <= kButtonImages
+             ? m_buttons[static_cast<std::size_t>((lImage - 1) / 2)]
+             : QIcon();
+}
+
+QIcon ImageList::Named(const char* sName) {
+  InitImages();
+  return QIcon(QStringLiteral(":/console/%1.svg").arg(QLatin1String(sName)));
+}
+
+}  // namespace orvane::console

@@ -1,0 +1,37 @@
+// The pictures behind the snap-in's image numbers: its folder lists and its toolbar's list.
+// The pictures are drawings, so that one serves every size and screen. User-interface thread.
+#pragma once
+
+#include <QIcon>
+#include <array>
+
+#include "platform/types.h"
+
+namespace orvane::console {
+
+class ImageList {
+ public:
+  /// Numbers of the folder lists, from 1.
+  static constexpr platform::Long kFolderImages = 9;
+  /// The toolbar's list holds two images for each of its seven buttons; this console takes every
+  /// second one, as the snap-in does for consoles of its age.
+  static constexpr platform::Long kButtonImages = 14;
+
+  ImageList();
+
+  /// An empty icon for a number outside the list.
+  QIcon Folder(platform::Long lImage) const;
+  /// The folder image with the mark of a failure.
+  QIcon FailedFolder(platform::Long lImage) const;
+  QIcon Button(platform::Long lImage) const;
+
+  /// The program's own drawings, by name.
+  static QIcon Named(const char* sName);
+
+ private:
+  std::array<QIcon, kFolderImages> m_folders;
+  std::array<QIcon, kFolderImages> m_failedFolders;
+  std::array<QIcon, kButtonImages / 2> m_buttons;
+};
+
+}  // namespace orvane::console

@@ -1,0 +1,621 @@
+#include "console/window/main_window.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+#include "console/document/document_format.h"
+#include "console/document/recent_documents.h"
+#include "console/results/result_pane.h"
+#include "console/scope/scope_pane.h"
+#include "console/window/notice_bar.h"
+#include "console/window/toolbar_view.h"
+#include "console/window/unsaved_work.h"
+#include "platform/failure.h"
+
+namespace orvane::console {
+
+using platform::Failure;
+using platform::Text;
+
+namespace {
+
+QString Shown(const Text& sText) { return QString::fromStdString(sText); }
+
+}  // namespace
+
+MainWindow::MainWindow(WindowParts parts, QWidget* parent)
+    : QMainWindow(parent),
+      m_parts(std::move(parts)),
+      m_session(std::make_unique<ConsoleSession>(m_parts.create, m_parts.services, &m_images)),
+      m_document(std::make_unique<console::Document>()),
+      m_unsaved(new UnsavedWork(m_parts.boxes, m_parts.optionTexts, this)) {
+  setObjectName("mainWindow");
+  setWindowIcon(ImageList::Named("orvane-console"));
+  if (m_parts.settings) m_recent = std::make_unique<RecentDocuments>(*m_parts.settings);
+  MakePanes();
+  MakeMenus();
+  FollowSession();
+  resize(1100, 700);
+  connect(m_unsaved, &UnsavedWork::ModifiedChanged, this, [this] { ShowTitle(); });
+  qApp->installEventFilter(this);
+  ShowTitle();
+}
+
+MainWindow::~MainWindow() {
+  qApp->removeEventFilter(this);
+  CloseSession();
+  m_results->Follow(nullptr);
+  m_toolbar->Follow(nullptr);
+  m_scope->ShowTree(nullptr);
+}
+
+void MainWindow::MakePanes() {
+  auto* central = new QWidget(this);
+  auto* layout = new QVBoxLayout(central);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  m_notice = new NoticeBar(central);
+  layout->addWidget(m_notice);
+  m_splitter = new QSplitter(Qt::Horizontal, central);
+  m_splitter->setObjectName("splitter");
+  m_splitter->setChildrenCollapsible(false);
+  m_splitter->setHandleWidth(5);
+  m_scope = new ScopePane(m_splitter);
+  m_scope->setMinimumWidth(120);
+  m_results = new ResultPane(m_images, m_splitter);
+  m_results->setMinimumWidth(200);
+  m_splitter->setStretchFactor(0, 0);
+  m_splitter->setStretchFactor(1, 1);
+  m_splitter->setSizes({280, 820});
+  layout->addWidget(m_splitter, 1);
+  setCentralWidget(central);
+
+  m_toolbar = new ToolbarView(m_images, this);
+  addToolBar(Qt::TopToolBarArea, m_toolbar);
+  setContextMenuPolicy(Qt::NoContextMenu);
+
+  m_lblItems = new QLabel(this);
+  m_lblReadOnly = new QLabel(this);
+  m_lblReadOnly->setObjectName("readOnlyMark");
+  statusBar()->addPermanentWidget(m_lblReadOnly);
+  statusBar()->addPermanentWidget(m_lblItems);
+  m_lblItems->setObjectName("itemCount");
+  m_lblItems->setContentsMargins(0, 0, 6, 0);
+
+  connect(m_scope, &ScopePane::SelectRequested, this, &MainWindow::RequestSelect);
+  connect(m_scope, &ScopePane::ExpandRequested, this, &MainWindow::RequestExpand);
+  connect(m_scope, &ScopePane::MenuRequested, this,
+          [this](const ScopeTreeItemPtr& item, const QPoint& position) {
+            RequestSelect(item);
+            ShowMenu(HostedSelection({item}), position);
+          });
+  connect(m_results, &ResultPane::ViewChosen, this, [this](int iView) {
+    if (!m_session->IsBusy() && iView >= 0) m_session->ShowView(static_cast<std::size_t>(iView));
+  });
+  connect(m_results, &ResultPane::ExpandRequested, this,
+          [this] { RequestExpand(m_session->Selected()); });
+  connect(m_results, &ResultPane::RowsChanged, this, &MainWindow::ShowStatus);
+  connect(&m_results->List(), &ResultList::SelectionChanged, this, &MainWindow::ShowStatus);
+  connect(&m_results->List(), &ResultList::ItemOpened, this, &MainWindow::OpenItem);
+  connect(&m_results->List(), &ResultList::UpRequested, this, [this] {
+    const auto item = m_session->Selected();
+    if (item && item->Parent()) RequestSelect(item->Parent()->shared_from_this());
+  });
+  connect(&m_results->List(), &ResultList::MenuRequested, this, [this](const QPoint& position) {
+    auto selection = SelectionOfList();
+    if (selection.Type() == platform::kSelectionNothing && m_session->Selected()) {
+      selection = HostedSelection({m_session->Selected()});
+    }
+    ShowMenu(selection, position);
+  });
+}
+
+void MainWindow::MakeMenus() {
+  const auto add = [this](QMenu* menu, const char* sName, const QString& sText,
+                          const QKeySequence& keys, auto&& handler) {
+    auto* action = menu->addAction(sText);
+    action->setObjectName(QLatin1String(sName));
+    action->setShortcut(keys);
+    connect(action, &QAction::triggered, this, handler);
+    return action;
+  };
+  auto* file = menuBar()->addMenu(tr("&File"));
+  file->setObjectName("mnuFile");
+  add(file, "actNew", tr("&New"), QKeySequence::New, [this] { NewDocument(); })
+      ->setIcon(ImageList::Named("document-new"));
+  add(file, "actOpen", tr("&Open…"), QKeySequence::Open, [this] {
+    QFileDialog dialog(this, tr("Open"), QFileInfo(Shown(m_document->Path())).path());
+    dialog.setObjectName("openDialog");
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilters({tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)),
+                           tr("All files (*)")});
+    if (dialog.exec() == QDialog::Accepted) {
+      OpenDocument(dialog.selectedFiles().first().toStdString());
+    }
+  })->setIcon(ImageList::Named("document-open"));
+  m_mnuRecent = file->addMenu(tr("Open &Recent"));
+  m_mnuRecent->setObjectName("mnuRecent");
+  connect(m_mnuRecent, &QMenu::aboutToShow, this, &MainWindow::FillRecent);
+  file->addSeparator();
+  m_actSave =
+      add(file, "actSave", tr("&Save"), QKeySequence::Save, [this] { Save(); });
+  m_actSave->setIcon(ImageList::Named("document-save"));
+  m_actSaveAs = add(file, "actSaveAs", tr("Save &As…"), QKeySequence(tr("Ctrl+Shift+S")),
+                    [this] { SaveAs(); });
+  file->addSeparator();
+  add(file, "actExit", tr("E&xit"), QKeySequence(tr("Ctrl+Q")), [this] { close(); });
+
+  m_mnuAction = menuBar()->addMenu(tr("&Action"));
+  m_mnuAction->setObjectName("mnuAction");
+  connect(m_mnuAction, &QMenu::aboutToShow, this, [this] {
+    m_mnuAction->clear();
+    if (m_session->IsBusy()) return;
+    FillActionMenu(*m_mnuAction, CurrentSelection());
+  });
+
+  auto* view = menuBar()->addMenu(tr("&View"));
+  view->setObjectName("mnuView");
+  m_actRefresh = add(view, "actRefresh", tr("&Refresh"), QKeySequence(Qt::Key_F5), [this] {
+    if (!m_session->IsBusy()) m_session->Refresh();
+  });
+  m_actRefresh->setIcon(ImageList::Named("refresh"));
+  view->addSeparator();
+  auto* styles = new QActionGroup(this);
+  m_actDetails = add(view, "actDetails", tr("&Details"), {},
+                     [this] { m_results->List().Style(ListStyle::Details); });
+  m_actIcons = add(view, "actIcons", tr("&Icons"), {},
+                   [this] { m_results->List().Style(ListStyle::Icons); });
+  m_actDetails->setCheckable(true);
+  m_actIcons->setCheckable(true);
+  m_actDetails->setChecked(true);
+  styles->addAction(m_actDetails);
+  styles->addAction(m_actIcons);
+  view->addSeparator();
+  m_actToolbar = add(view, "actToolbar", tr("&Toolbar"), {},
+                     [this](bool bChecked) { m_toolbar->Wanted(bChecked); });
+  m_actToolbar->setCheckable(true);
+  m_actToolbar->setChecked(true);
+  m_actStatusBar = add(view, "actStatusBar", tr("&Status Bar"), {},
+                       [this](bool bChecked) { statusBar()->setVisible(bChecked); });
+  m_actStatusBar->setCheckable(true);
+  m_actStatusBar->setChecked(true);
+
+  auto* help = menuBar()->addMenu(tr("&Help"));
+  help->setObjectName("mnuHelp");
+  add(help, "actAbout", tr("&About ORVANE Console"), {}, [this] { ShowAbout(); });
+}
+
+void MainWindow::FollowSession() {
+  auto* session = m_session.get();
+  m_scope->ShowTree(&session->Tree());
+  m_results->Follow(session);
+  m_toolbar->Follow(session);
+  connect(session, &ConsoleSession::Selecting, m_scope, &ScopePane::ShowSelected);
+  connect(session, &ConsoleSession::Expanded, m_scope, &ScopePane::ShowExpanded);
+  connect(session, &ConsoleSession::ExpansionFailed, m_scope, &ScopePane::ShowCollapsed);
+  connect(session, &ConsoleSession::SelectionChanged, this, &MainWindow::UpdateActions);
+  connect(session, &ConsoleSession::EventEnded, this, [this] {
+    UpdateActions();
+    if (!m_wantedSelection) return;
+    QMetaObject::invokeMethod(
+        this, [this] { RequestSelect(std::exchange(m_wantedSelection, nullptr)); },
+        Qt::QueuedConnection);
+  });
+}
+
+void MainWindow::StartSession() {
+  m_bReadWhole = true;
+  m_sSnapInFailure.clear();
+  const auto& sProgId = m_parts.sSnapInProgId;
+  // A document that never held this snap-in is as good as a new one.
+  const bool bStored = m_document->Content().FindSnapIn(sProgId) != nullptr;
+  ReadView(m_document->Content().View());
+  try {
+    m_bReadWhole =
+        m_session->Start(sProgId, bStored ? &m_document->Content().SnapIn(sProgId) : nullptr);
+    m_unsaved->Watch(m_session.get());
+    m_scope->setFocus();
+  } catch (const Failure& e) {
+    m_sSnapInFailure = e.Description();
+    m_unsaved->Watch(nullptr);
+    m_results->ShowSentence(ImageList::Named("failed"), tr("The snap-in cannot be loaded."),
+                            Shown(e.Description()));
+  }
+  ShowTitle();
+  ShowNotice();
+  UpdateActions();
+}
+
+void MainWindow::CloseSession() {
+  m_wantedSelection.reset();
+  m_unsaved->Watch(nullptr);
+  m_session->Close();
+}
+
+bool MainWindow::NewDocument() {
+  if (!MayDropWork()) return false;
+  CloseSession();
+  m_document = std::make_unique<console::Document>();
+  StartSession();
+  return true;
+}
+
+bool MainWindow::OpenDocument(const Text& sPath) {
+  if (!MayDropWork()) return false;
+  const auto create = [this](const Text& sProgId) {
+    return m_parts.create(sProgId, m_session->Services());
+  };
+  try {
+    // The document that is open holds its own file, so reading it again begins with letting go.
+    if (!m_document->Path().empty() &&
+        QFileInfo(Shown(sPath)).canonicalFilePath() ==
+            QFileInfo(Shown(m_document->Path())).canonicalFilePath()) {
+      CloseSession();
+      m_document = std::make_unique<console::Document>();
+    }
+    auto document = console::Document::Open(sPath, create);
+    CloseSession();
+    m_document = std::move(document);
+  } catch (const Failure& e) {
+    if (m_recent) m_recent->Remove(sPath);
+    if (!m_session->IsOpen()) StartSession();
+    ShowFailure(Shown(e.Description()));
+    return false;
+  }
+  if (m_recent) m_recent->Add(m_document->Path());
+  StartSession();
+  return true;
+}
+
+bool MainWindow::IsModified() { return m_session->IsOpen() && m_unsaved->IsModified(); }
+
+bool MainWindow::MayDropWork() {
+  if (m_session->IsBusy()) {
+    statusBar()->showMessage(tr("Wait until the current operation has ended, or cancel it."), 5000);
+    QApplication::beep();
+    return false;
+  }
+  if (!IsModified()) return true;
+  QMessageBox box(this);
+  box.setObjectName("unsavedWorkBox");
+  box.setWindowTitle(QApplication::applicationDisplayName());
+  box.setTextFormat(Qt::PlainText);
+  box.setIcon(QMessageBox::Question);
+  box.setText(tr("Save the changes to “%1”?").arg(Shown(m_document->Name())));
+  box.setInformativeText(tr("Changes that are not saved are lost."));
+  box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+  box.setDefaultButton(QMessageBox::Save);
+  box.setEscapeButton(QMessageBox::Cancel);
+  switch (box.exec()) {
+    case QMessageBox::Save:
+      return Save();
+    case QMessageBox::Discard:
+      return true;
+    default:
+      return false;
+  }
+}
+
+std::unique_ptr<DocumentContent> MainWindow::ContentToSave() {
+  auto content = m_document->NewContent();
+  // What other snap-ins keep in the document stays in it.
+  for (const auto& section : m_document->Content().SnapIns()) {
+    auto& bag = content->SnapIn(section.sProgId);
+    if (section.sProgId == m_parts.sSnapInProgId) continue;
+    for (const auto& entry : section.bag->Entries()) bag.Add(entry.sName, entry.value);
+  }
+  if (!m_session->Write(content->SnapIn(m_parts.sSnapInProgId))) return nullptr;
+  WriteView(content->View());
+  return content;
+}
+
+bool MainWindow::Written(const std::function<void()>& write) {
+  try {
+    write();
+  } catch (const Failure& e) {
+    ShowFailure(Shown(e.Description()));
+    return false;
+  }
+  const auto* bag = m_document->Content().FindSnapIn(m_parts.sSnapInProgId);
+  if (bag) m_unsaved->Saved(*bag);
+  if (m_recent) m_recent->Add(m_document->Path());
+  ShowTitle();
+  ShowNotice();
+  statusBar()->showMessage(tr("Saved."), 3000);
+  return true;
+}
+
+bool MainWindow::Save() {
+  if (m_session->IsBusy() || !m_actSave->isEnabled()) return false;
+  if (m_document->Path().empty() || m_document->IsReadOnly()) return SaveAs();
+  auto content = ContentToSave();
+  if (!content) return false;
+  bool bOverwrite = false;
+  if (m_document->IsChangedOnDisk()) {
+    QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(),
+                    tr("“%1” was changed by another program.").arg(Shown(m_document->Name())),
+                    QMessageBox::NoButton, this);
+    box.setObjectName("changedOnDiskBox");
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(tr("Saving replaces what that program wrote."));
+    auto* replace = box.addButton(tr("&Replace"), QMessageBox::DestructiveRole);
+    box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+    box.exec();
+    if (box.clickedButton() != replace) return false;
+    bOverwrite = true;
+  }
+  return Written([&] { m_document->Save(std::move(content), bOverwrite); });
+}
+
+bool MainWindow::SaveAs() {
+  if (m_session->IsBusy() || !m_actSaveAs->isEnabled()) return false;
+  QFileDialog dialog(this, tr("Save As"), QFileInfo(Shown(m_document->Path())).path());
+  dialog.setObjectName("saveDialog");
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setNameFilters({tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)),
+                         tr("All files (*)")});
+  dialog.setDefaultSuffix(QLatin1String(kDocumentSuffix));
+  dialog.selectFile(Shown(m_document->Name()) + "." + kDocumentSuffix);
+  if (dialog.exec() != QDialog::Accepted) return false;
+  return SaveTo(dialog.selectedFiles().first().toStdString());
+}
+
+bool MainWindow::SaveTo(const Text& sPath) {
+  if (m_session->IsBusy() || !m_actSaveAs->isEnabled()) return false;
+  auto content = ContentToSave();
+  if (!content) return false;
+  return Written([&] { m_document->SaveAs(sPath, std::move(content)); });
+}
+
+void MainWindow::ShowFailure(const QString& sText) {
+  QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), sText,
+                  QMessageBox::Ok, this);
+  box.setObjectName("failureBox");
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!MayDropWork()) {
+    event->ignore();
+    return;
+  }
+  if (m_parts.settings) m_parts.settings->setValue("Window/Geometry", saveGeometry());
+  CloseSession();
+  event->accept();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if ((event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress) &&
+      m_results->IsInControl(watched)) {
+    m_unsaved->ControlInput();
+  }
+  return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::RequestSelect(const ScopeTreeItemPtr& item) {
+  if (!item) return;
+  if (m_session->IsBusy()) {
+    m_wantedSelection = item;
+    return;
+  }
+  m_session->Select(item);
+}
+
+void MainWindow::RequestExpand(const ScopeTreeItemPtr& item) {
+  if (!item || m_session->IsBusy()) return;
+  m_session->Expand(item);
+  if (!item->Children().empty()) m_scope->ShowExpanded(item);
+}
+
+void MainWindow::OpenItem(const ScopeTreeItemPtr& item) {
+  if (m_session->IsBusy() || item->IsRemoved()) return;
+  m_session->Select(item);
+  // Who opens an item from the list wants to see what it holds.
+  const auto* view = m_session->CurrentResultView();
+  if (view && !view->IsControl()) RequestExpand(item);
+}
+
+HostedSelection MainWindow::SelectionOfList() const {
+  auto items = m_results->List().SelectedItems();
+  if (!items.empty()) return HostedSelection(std::move(items));
+  return HostedSelection::OfListItems(m_results->List().SelectedRows());
+}
+
+HostedSelection MainWindow::CurrentSelection() const {
+  const auto* view = m_results->List().ActiveView();
+  if (m_results->IsListShown() && (view->hasFocus() || view->viewport()->hasFocus())) {
+    auto selection = SelectionOfList();
+    if (selection.Type() != platform::kSelectionNothing) return selection;
+  }
+  return m_session->Selected() ? HostedSelection({m_session->Selected()}) : HostedSelection();
+}
+
+void MainWindow::FillActionMenu(QMenu& menu, const HostedSelection& selection) {
+  if (selection.Items().size() == 1) {
+    const auto item = selection.Items().front();
+    const auto* type = m_session->Tree().NodeType(item->Type());
+    const bool bListed =
+        type && !type->resultViews.empty() && type->resultViews.front().sControlProgId.empty();
+    const bool bElsewhere = item != m_session->Selected();
+    const bool bFailed = item->State() == NodeState::Failed;
+    if (bElsewhere || (bListed && (item->State() == NodeState::NotLoaded || bFailed))) {
+      auto* open = menu.addAction(bFailed ? tr("Try A&gain") : tr("&Open"));
+      open->setObjectName("actOpenItem");
+      connect(
+          open, &QAction::triggered, this,
+          [this, item, bElsewhere] {
+            if (bElsewhere) {
+              OpenItem(item);
+            } else {
+              RequestExpand(item);
+            }
+          },
+          Qt::QueuedConnection);
+    }
+  }
+  for (const auto& top : m_session->MenusOf(selection)) {
+    if (!menu.isEmpty()) menu.addSeparator();
+    platform::Long lIndex = 0;
+    for (const auto& entry : top.items) {
+      ++lIndex;
+      auto* action = menu.addAction(Shown(entry.sCaption));
+      action->setObjectName(Shown(entry.sName));
+      action->setEnabled(entry.bEnabled);
+      connect(
+          action, &QAction::triggered, this,
+          [this, sName = entry.sName, lIndex, selection] {
+            if (!m_session->IsBusy()) m_session->ClickMenu(sName, lIndex, selection);
+          },
+          Qt::QueuedConnection);
+    }
+  }
+  if (!menu.isEmpty()) menu.addSeparator();
+  menu.addAction(m_actRefresh);
+}
+
+void MainWindow::ShowMenu(const HostedSelection& selection, const QPoint& position) {
+  if (m_session->IsBusy()) return;
+  auto* menu = new QMenu(this);
+  menu->setObjectName("contextMenu");
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  FillActionMenu(*menu, selection);
+  menu->popup(position);
+}
+
+void MainWindow::ShowTitle() {
+  setWindowTitle(tr("%1[*] - ORVANE Console").arg(Shown(m_document->Name())));
+  setWindowModified(m_unsaved->IsKnownModified());
+}
+
+void MainWindow::ShowNotice() {
+  const bool bReadOnly = m_document->IsReadOnly();
+  m_lblReadOnly->setText(bReadOnly ? tr("Read-only") : QString());
+  m_lblReadOnly->setToolTip(Shown(m_document->ReadOnlyReason()));
+  if (!m_bReadWhole) {
+    m_notice->Show(tr("This document could not be read whole. It cannot be saved, so that nothing "
+                      "of it is lost."));
+  } else {
+    m_notice->Show(Shown(m_document->ReadOnlyReason()));
+  }
+}
+
+void MainWindow::ShowStatus() {
+  if (!m_results->IsListShown()) {
+    m_lblItems->clear();
+    return;
+  }
+  const int iRows = m_results->List().RowCount();
+  const int iSelected = m_results->List().SelectedRows();
+  const auto sRows = iRows == 1 ? tr("1 item") : tr("%L1 items").arg(iRows);
+  m_lblItems->setText(iSelected > 1 ? tr("%1, %L2 selected").arg(sRows).arg(iSelected) : sRows);
+}
+
+void MainWindow::UpdateActions() {
+  const auto item = m_session->Selected();
+  m_actRefresh->setEnabled(m_session->IsRefreshEnabled() ||
+                           (item && item->State() == NodeState::Failed));
+  const bool bCanSave = m_session->IsOpen() && m_bReadWhole;
+  m_actSave->setEnabled(bCanSave);
+  m_actSaveAs->setEnabled(bCanSave);
+}
+
+void MainWindow::FillRecent() {
+  m_mnuRecent->clear();
+  const auto paths = m_recent ? m_recent->List() : std::vector<Text>();
+  int iNumber = 0;
+  for (const auto& sPath : paths) {
+    auto sShown = Shown(sPath);
+    sShown.replace('&', "&&");
+    auto* action = m_mnuRecent->addAction(
+        ++iNumber < 10 ? QStringLiteral("&%1  %2").arg(iNumber).arg(sShown) : sShown);
+    action->setData(Shown(sPath));
+    connect(
+        action, &QAction::triggered, this, [this, sPath] { OpenDocument(sPath); },
+        Qt::QueuedConnection);
+  }
+  if (paths.empty()) m_mnuRecent->addAction(tr("No documents yet"))->setEnabled(false);
+}
+
+void MainWindow::ShowAbout() {
+  const auto& snapIn = m_session->Description();
+  QMessageBox box(this);
+  box.setObjectName("aboutBox");
+  box.setWindowTitle(tr("About ORVANE Console"));
+  box.setIconPixmap(ImageList::Named("orvane-console").pixmap(64, 64));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(tr("ORVANE Console %1").arg(QApplication::applicationVersion()));
+  auto sText = tr("Manages ORVANE historian servers.");
+  if (m_session->IsOpen()) {
+    sText += "\n\n" + tr("Snap-in: %1 %2, %3")
+                          .arg(Shown(snapIn.sDisplayName), Shown(snapIn.sVersion),
+                               Shown(snapIn.sDescription));
+  }
+  sText += "\n\n" + tr("Free software under the GNU General Public License, version 3 or later.");
+  box.setInformativeText(sText);
+  box.exec();
+}
+
+void MainWindow::WriteView(DocumentBag& bag) const {
+  bag.WriteProperty("Window.Geometry", saveGeometry().toBase64().toStdString());
+  bag.WriteProperty("Splitter.State", m_splitter->saveState().toBase64().toStdString());
+  bag.WriteProperty("Toolbar.Shown", m_toolbar->Wanted());
+  bag.WriteProperty("StatusBar.Shown", m_actStatusBar->isChecked());
+  bag.WriteProperty("List.Icons", m_results->List().Style() == ListStyle::Icons);
+  for (const auto& [sView, widths] : m_results->ColumnWidths()) {
+    QStringList texts;
+    for (const int iWidth : widths) texts.append(QString::number(iWidth));
+    bag.WriteProperty("List.Columns." + sView, texts.join(',').toStdString());
+  }
+}
+
+void MainWindow::ReadView(const DocumentBag& bag) {
+  const auto bytes = [&](const char* sName) {
+    const auto vtValue = bag.ReadProperty(sName, Text());
+    const auto* sText = vtValue.As<Text>();
+    return sText ? QByteArray::fromBase64(QByteArray::fromStdString(*sText)) : QByteArray();
+  };
+  const auto flag = [&](const char* sName, bool bDefault) {
+    const auto vtValue = bag.ReadProperty(sName, bDefault);
+    const auto* bValue = vtValue.As<bool>();
+    return bValue ? *bValue : bDefault;
+  };
+  if (const auto geometry = bytes("Window.Geometry"); !geometry.isEmpty()) {
+    restoreGeometry(geometry);
+  } else if (m_parts.settings) {
+    restoreGeometry(m_parts.settings->value("Window/Geometry").toByteArray());
+  }
+  if (const auto state = bytes("Splitter.State"); !state.isEmpty()) m_splitter->restoreState(state);
+  m_actToolbar->setChecked(flag("Toolbar.Shown", true));
+  m_toolbar->Wanted(m_actToolbar->isChecked());
+  m_actStatusBar->setChecked(flag("StatusBar.Shown", true));
+  statusBar()->setVisible(m_actStatusBar->isChecked());
+  const bool bIcons = flag("List.Icons", false);
+  (bIcons ? m_actIcons : m_actDetails)->setChecked(true);
+  m_results->List().Style(bIcons ? ListStyle::Icons : ListStyle::Details);
+  std::map<Text, std::vector<int>> columns;
+  constexpr std::string_view kColumns = "List.Columns.";
+  for (const auto& entry : bag.Entries()) {
+    const auto* sWidths = std::get_if<Text>(&entry.value);
+    if (!sWidths || !entry.sName.starts_with(kColumns)) continue;
+    auto& widths = columns[entry.sName.substr(kColumns.size())];
+    for (const auto& sWidth : QString::fromStdString(*sWidths).split(',')) {
+      widths.push_back(std::clamp(sWidth.toInt(), 24, 4000));
+    }
+  }
+  m_results->ColumnWidths(std::move(columns));
+}
+
+}  // namespace orvane::console

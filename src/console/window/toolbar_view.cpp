@@ -1,0 +1,97 @@
+#include "console/window/toolbar_view.h"
+
+#include <QAction>
+
+#include "console/window/console_session.h"
+#include "console/window/image_list.h"
+
+namespace orvane::console {
+
+ToolbarView::ToolbarView(const ImageList& images, QWidget* parent)
+    : QToolBar(parent), m_images(images) {
+  setObjectName("snapInToolbar");
+  setWindowTitle(tr("Toolbar"));
+  setAccessibleName(tr("Toolbar"));
+  setMovable(false);
+  setIconSize({20, 20});
+  setContextMenuPolicy(Qt::PreventContextMenu);
+  hide();
+}
+
+void ToolbarView::Follow(ConsoleSession* session) {
+  if (m_session) disconnect(m_session, nullptr, this, nullptr);
+  m_session = session;
+  if (session) connect(session, &ConsoleSession::ToolbarChanged, this, &ToolbarView::Sync);
+  Sync();
+}
+
+void ToolbarView::Wanted(bool bWanted) {
+  m_bWanted = bWanted;
+  Sync();
+}
+
+QAction* ToolbarView::ButtonAction(const QString& sKey) const {
+  for (auto* action : actions()) {
+    if (!action->isSeparator() && action->data().toString() == sKey) return action;
+  }
+  return nullptr;
+}
+
+bool ToolbarView::ShowsSameButtons() const {
+  const auto& buttons = m_session->ControlBar().Attached()->All();
+  const auto shown = actions();
+  if (static_cast<std::size_t>(shown.size()) != buttons.size()) return false;
+  for (std::size_t n = 0; n < buttons.size(); ++n) {
+    const auto* action = shown[static_cast<qsizetype>(n)];
+    if (action->isSeparator() != (buttons[n]->Style() == platform::ButtonStyle::Separator) ||
+        action->data().toString().toStdString() != buttons[n]->Key()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void ToolbarView::Rebuild() {
+  clear();
+  for (const auto& button : m_session->ControlBar().Attached()->All()) {
+    if (button->Style() == platform::ButtonStyle::Separator) {
+      addSeparator()->setData(QString::fromStdString(button->Key()));
+      continue;
+    }
+    auto* action = addAction(m_images.Button(button->Image()),
+                             QString::fromStdString(button->ToolTip()));
+    action->setToolTip(QString::fromStdString(button->ToolTip()));
+    action->setStatusTip(QString::fromStdString(button->ToolTip()));
+    action->setData(QString::fromStdString(button->Key()));
+    action->setCheckable(button->Style() == platform::ButtonStyle::Check);
+    // The click may rebuild the toolbar, so it comes from the event loop.
+    connect(
+        action, &QAction::triggered, this,
+        [this, sKey = button->Key()] {
+          if (!m_session || m_session->IsBusy()) return;
+          m_session->ClickButton(sKey);
+          // The button shows what the snap-in made of the click, not what the click did to it.
+          Sync();
+        },
+        Qt::QueuedConnection);
+  }
+}
+
+void ToolbarView::Sync() {
+  if (!m_session || !m_session->ControlBar().Attached()) {
+    clear();
+    hide();
+    return;
+  }
+  if (!ShowsSameButtons()) Rebuild();
+  const auto& buttons = m_session->ControlBar().Attached()->All();
+  for (std::size_t n = 0; n < buttons.size(); ++n) {
+    auto* action = actions()[static_cast<qsizetype>(n)];
+    if (action->isSeparator()) continue;
+    action->setEnabled(buttons[n]->Enabled());
+    if (action->isCheckable()) action->setChecked(buttons[n]->Pressed());
+  }
+  setVisible(m_bWanted);
+}
+
+}  // namespace orvane::console

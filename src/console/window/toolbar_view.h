@@ -1,0 +1,37 @@
+// The window's toolbar: shows what the snap-in attached to the control bar, and hides when there is
+// nothing. User-interface thread.
+#pragma once
+
+#include <QToolBar>
+
+namespace orvane::console {
+
+class ConsoleSession;
+class ImageList;
+
+class ToolbarView final : public QToolBar {
+  Q_OBJECT
+
+ public:
+  /// The images outlive the toolbar.
+  explicit ToolbarView(const ImageList& images, QWidget* parent = nullptr);
+
+  /// Follows the session until another one, or null, takes its place.
+  void Follow(ConsoleSession* session);
+  /// Whether the user wants the toolbar where there is one.
+  void Wanted(bool bWanted);
+  bool Wanted() const noexcept { return m_bWanted; }
+  /// The action of the button, or null.
+  QAction* ButtonAction(const QString& sKey) const;
+
+ private:
+  void Sync();
+  bool ShowsSameButtons() const;
+  void Rebuild();
+
+  const ImageList& m_images;
+  ConsoleSession* m_session = nullptr;
+  bool m_bWanted = true;
+};
+
+}  // namespace orvane::console

@@ -1,0 +1,119 @@
+#include "console/window/unsaved_work.h"
+
+#include <QElapsedTimer>
+#include <algorithm>
+#include <optional>
+
+#include "console/dialogs/message_boxes.h"
+
+namespace orvane::console {
+
+namespace {
+
+constexpr int kCalmMilliseconds = 300;
+
+}  // namespace
+
+UnsavedWork::UnsavedWork(MessageBoxes* boxes, OptionTexts optionTexts, QObject* parent)
+    : QObject(parent), m_boxes(boxes), m_optionTexts(std::move(optionTexts)) {
+  m_timer.setSingleShot(true);
+  m_timer.setInterval(kCalmMilliseconds);
+  connect(&m_timer, &QTimer::timeout, this, &UnsavedWork::Settle);
+}
+
+void UnsavedWork::Watch(ConsoleSession* session) {
+  if (m_session) disconnect(m_session, nullptr, this, nullptr);
+  m_timer.stop();
+  m_session = session;
+  m_bLookDue = false;
+  m_bRebaseDue = false;
+  m_state = {};
+  m_knownOptionTexts.clear();
+  if (session) {
+    connect(session, &ConsoleSession::EventBegins, this, &UnsavedWork::Begins);
+    connect(session, &ConsoleSession::EventEnded, this, &UnsavedWork::Ended);
+    Rebase();
+  }
+  Modified(false);
+}
+
+void UnsavedWork::Saved(const DocumentBag& bag) {
+  m_state.Rebase(bag);
+  m_bLookDue = false;
+  m_bRebaseDue = false;
+  Modified(false);
+}
+
+void UnsavedWork::ControlInput() {
+  if (!m_session || m_session->IsBusy()) return;
+  if (m_bRebaseDue) Rebase();
+  m_bLookDue = true;
+  m_timer.start();
+}
+
+bool UnsavedWork::IsModified() {
+  if (m_bLookDue) Look();
+  return m_bModified;
+}
+
+std::unique_ptr<DocumentBag> UnsavedWork::Scratch() {
+  if (!m_session || !m_session->IsOpen()) return nullptr;
+  QElapsedTimer elapsed;
+  elapsed.start();
+  auto bag = std::make_unique<DocumentBag>();
+  std::optional<MessageBoxSuppression> silence;
+  if (m_boxes) silence.emplace(*m_boxes);
+  const bool bWhole = m_session->Write(*bag);
+  // Of a large document one look in ten pauses is enough.
+  m_timer.setInterval(
+      std::max(kCalmMilliseconds, static_cast<int>(std::min<qint64>(elapsed.elapsed(), 3000) * 10)));
+  for (auto& sText : m_optionTexts ? m_optionTexts() : std::vector<platform::Text>()) {
+    m_knownOptionTexts.insert(std::move(sText));
+  }
+  return bWhole ? std::move(bag) : nullptr;
+}
+
+void UnsavedWork::Begins(ConsoleSession::EventKind kind) {
+  // Each kind of event meets the document as the other kind has left it.
+  if (kind == ConsoleSession::EventKind::Browsing && m_bLookDue) Look();
+  if (kind == ConsoleSession::EventKind::Command && m_bRebaseDue) Rebase();
+}
+
+void UnsavedWork::Ended(ConsoleSession::EventKind kind) {
+  if (kind == ConsoleSession::EventKind::Command) {
+    m_bLookDue = true;
+  } else if (!m_bModified) {
+    m_bRebaseDue = true;
+  }
+  m_timer.start();
+}
+
+void UnsavedWork::Settle() {
+  if (!m_session || m_session->IsBusy()) {
+    m_timer.start();
+    return;
+  }
+  if (m_bLookDue) Look();
+  if (m_bRebaseDue) Rebase();
+}
+
+void UnsavedWork::Look() {
+  m_bLookDue = false;
+  const auto bag = Scratch();
+  if (!bag) return;
+  const std::vector<platform::Text> texts(m_knownOptionTexts.begin(), m_knownOptionTexts.end());
+  Modified(m_state.IsModified(*bag, texts));
+}
+
+void UnsavedWork::Rebase() {
+  m_bRebaseDue = false;
+  if (const auto bag = Scratch()) m_state.Rebase(*bag);
+}
+
+void UnsavedWork::Modified(bool bModified) {
+  if (bModified == m_bModified) return;
+  m_bModified = bModified;
+  emit ModifiedChanged(bModified);
+}
+
+}  // namespace orvane::console
