@@ -25,6 +25,14 @@ class HostedSelection final : public platform::Selection {
  public:
   HostedSelection() = default;
   explicit HostedSelection(std::vector<ScopeTreeItemPtr> items) : m_items(std::move(items)) {}
+  HostedSelection(const HostedSelection& other)
+      : Selection(), m_items(other.m_items), m_lListItems(other.m_lListItems) {}
+  HostedSelection& operator=(const HostedSelection& other) {
+    m_items = other.m_items;
+    m_lListItems = other.m_lListItems;
+    return *this;
+  }
+  ~HostedSelection() override = default;
   /// Rows of the snap-in's own.
   static HostedSelection OfListItems(platform::Long lCount);
 
