@@ -47,10 +47,9 @@ class ConsoleSessionTest : public testing::Test {
 
 TEST_F(ConsoleSessionTest, new_document_initialises_the_snap_in_and_shows_the_static_node) {
   EXPECT_TRUE(m_session->Start(platform::kSnapInProgId, nullptr));
-  EXPECT_THAT(m_script->log,
-              ElementsAre("Initialize", "ScopeItems_Initialize Servers",
-                          "Initialize DefaultListView", "Activate DefaultListView",
-                          "Select +Servers", "Controlbar +Servers"));
+  EXPECT_THAT(m_script->log, ElementsAre("Initialize", "ScopeItems_Initialize Servers",
+                                         "Initialize DefaultListView", "Activate DefaultListView",
+                                         "Select +Servers", "Controlbar +Servers"));
   EXPECT_EQ(m_session->Selected(), m_session->Tree().StaticItem());
   EXPECT_EQ(m_session->Selected()->DisplayName(), "ORVANE Servers");
 }
@@ -84,14 +83,12 @@ TEST_F(ConsoleSessionTest, closing_hides_the_view_and_lets_go_of_the_snap_in_and
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
   const std::weak_ptr<platform::Object> tag = Find("alpha")->Tag();
-  const std::weak_ptr<platform::Object> control =
-      m_session->CurrentResultView()->HostedControl();
+  const std::weak_ptr<platform::Object> control = m_session->CurrentResultView()->HostedControl();
   m_script->log.clear();
   m_session->Close();
-  EXPECT_THAT(m_script->log,
-              ElementsAre("Select -alpha.Catalogs.Machine.Tags",
-                          "Controlbar -alpha.Catalogs.Machine.Tags",
-                          "Deactivate TableEditorOcxView", "Unload", "Terminate"));
+  EXPECT_THAT(m_script->log, ElementsAre("Select -alpha.Catalogs.Machine.Tags",
+                                         "Controlbar -alpha.Catalogs.Machine.Tags",
+                                         "Deactivate TableEditorOcxView", "Unload", "Terminate"));
   EXPECT_EQ(m_script->iAlive, 0);
   EXPECT_TRUE(tag.expired());
   EXPECT_TRUE(control.expired());
@@ -134,10 +131,9 @@ TEST_F(ConsoleSessionTest, selecting_hides_the_old_view_before_the_new_one_is_ma
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
   EXPECT_THAT(
       m_script->log,
-      ElementsAre("Select -Servers", "Deactivate DefaultListView",
-                  "Initialize TableEditorOcxView", "InitializeControl TableEditorOcxView",
-                  "Activate TableEditorOcxView with control",
-                  "Select +alpha.Catalogs.Machine.Tags",
+      ElementsAre("Select -Servers", "Deactivate DefaultListView", "Initialize TableEditorOcxView",
+                  "InitializeControl TableEditorOcxView",
+                  "Activate TableEditorOcxView with control", "Select +alpha.Catalogs.Machine.Tags",
                   "Controlbar +alpha.Catalogs.Machine.Tags"));
 }
 
@@ -197,7 +193,8 @@ TEST_F(ConsoleSessionTest, view_that_the_type_does_not_offer_is_not_shown) {
   EXPECT_TRUE(m_script->log.empty());
 }
 
-TEST_F(ConsoleSessionTest, control_that_cannot_be_created_leaves_an_empty_view_whose_control_fails) {
+TEST_F(ConsoleSessionTest,
+       control_that_cannot_be_created_leaves_an_empty_view_whose_control_fails) {
   m_script->bFailControl = true;
   Start();
   ExpandToTables();
@@ -326,8 +323,7 @@ TEST_F(ConsoleSessionTest, removing_another_item_leaves_the_selection_alone) {
 TEST_F(ConsoleSessionTest, selection_made_while_a_view_is_shown_follows_it) {
   m_script->activate = [](Services& services, platform::ResultView& view) {
     if (view.ScopeItem()->Key() == "alpha") {
-      services.console->CurrentView().SelectScopeItem(
-          services.console->ScopeItems().Item("beta"));
+      services.console->CurrentView().SelectScopeItem(services.console->ScopeItems().Item("beta"));
     }
   };
   Start();
@@ -386,7 +382,8 @@ TEST_F(ConsoleSessionTest, selection_has_the_published_types_and_positions) {
 TEST_F(ConsoleSessionTest, commands_and_browsing_are_told_apart) {
   std::vector<ConsoleSession::EventKind> kinds;
   Start();
-  QObject::connect(m_session.get(), &ConsoleSession::EventEnded,
+  QObject listener;
+  QObject::connect(m_session.get(), &ConsoleSession::EventEnded, &listener,
                    [&](ConsoleSession::EventKind kind) { kinds.push_back(kind); });
   m_session->Expand(m_session->Tree().StaticItem());
   m_session->Select(Find("alpha"));

@@ -43,8 +43,8 @@ struct Script {
   bool bWriteWhole = true;
   bool bFailCreate = false;
   bool bFailControl = false;
-  Text sSaved = "first";       ///< what the snap-in has to save
-  Text sRead;                  ///< what it read
+  Text sSaved = "first";  ///< what the snap-in has to save
+  Text sRead;             ///< what it read
   std::vector<Text> log;
   int iAlive = 0;
   std::map<Text, std::vector<platform::MenuItem>> menus;  ///< by node type
@@ -228,8 +228,8 @@ class FakeUserInterface final : public platform::UserInterface {
 /// Makes the fakes by the progids that the fake snap-in's description names.
 inline std::function<platform::ObjectPtr(const Text&, const platform::Services&)> MakeCreator(
     std::shared_ptr<Script> script) {
-  return [script = std::move(script)](const Text& sProgId, const platform::Services& services)
-             -> platform::ObjectPtr {
+  return [script = std::move(script)](const Text& sProgId,
+                                      const platform::Services& services) -> platform::ObjectPtr {
     if (sProgId == platform::kSnapInProgId) {
       if (script->bFailCreate) {
         throw platform::Failure(platform::failure::kComponent,
@@ -249,8 +249,7 @@ inline std::function<platform::ObjectPtr(const Text&, const platform::Services&)
 inline ScopeItemPtr AddItem(platform::Services& services, const ScopeItemPtr& parent,
                             const Text& sType, const Text& sKey, const Text& sName,
                             bool bHasChildren) {
-  auto item =
-      services.console->ScopeItems().Add(sType, sKey, parent->ScopeNode(), bHasChildren);
+  auto item = services.console->ScopeItems().Add(sType, sKey, parent->ScopeNode(), bHasChildren);
   item->NodeId(sKey);
   item->DisplayName(sName);
   item->ColumnHeaders().Clear();

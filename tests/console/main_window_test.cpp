@@ -88,7 +88,10 @@ class MainWindowTest : public testing::Test {
     ASSERT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
   }
 
-  static void Settle() { QCoreApplication::processEvents(); QCoreApplication::processEvents(); }
+  static void Settle() {
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+  }
   bool Waits(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 3000); }
 
   ScopePane& Scope() { return m_window->Scope(); }

@@ -174,7 +174,8 @@ TEST_F(ScopeTreeTest, references_stay_safe_after_a_removal_and_then_do_nothing) 
   const auto item = Add(m_root, "alpha");
   auto model = std::make_shared<platform::Object>();
   const std::weak_ptr<platform::Object> weak = model;
-  item->Tag(std::move(model));
+  item->Tag(model);
+  model.reset();
   const auto node = item->ScopeNode();
   m_tree.Remove("alpha");
   EXPECT_EQ(item->Tag(), nullptr);

@@ -51,6 +51,8 @@ void MessagePage::Show(const QIcon& icon, const QString& sText, const QString& s
   m_btnAction->setVisible(!sButton.isEmpty());
 }
 
-QString MessagePage::Text() const { return m_lblText->text(); }
+QString MessagePage::Text() const {
+  return m_lblText->text();
+}
 
 }  // namespace orvane::console

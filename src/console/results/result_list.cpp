@@ -16,6 +16,8 @@ namespace orvane::console {
 class ResultListOrder final : public QSortFilterProxyModel {
  public:
   explicit ResultListOrder(QObject* parent) : QSortFilterProxyModel(parent) {
+    // The plain locale compares bytes.
+    if (m_collator.locale() == QLocale::c()) m_collator.setLocale(QLocale(QLocale::English));
     m_collator.setNumericMode(true);
     m_collator.setCaseSensitivity(Qt::CaseInsensitive);
   }
@@ -44,6 +46,7 @@ ResultList::ResultList(QWidget* parent)
   m_details->setIconSize({16, 16});
   m_details->header()->setSortIndicatorClearable(true);
   m_details->header()->setSortIndicator(-1, Qt::AscendingOrder);
+  m_details->header()->setStretchLastSection(false);
   m_details->header()->setHighlightSections(false);
   m_details->header()->setMinimumSectionSize(48);
 
@@ -59,8 +62,8 @@ ResultList::ResultList(QWidget* parent)
   m_icons->setTextElideMode(Qt::ElideMiddle);
   m_icons->setSpacing(4);
 
-  for (QAbstractItemView* view : {static_cast<QAbstractItemView*>(m_details),
-                                  static_cast<QAbstractItemView*>(m_icons)}) {
+  for (QAbstractItemView* view :
+       {static_cast<QAbstractItemView*>(m_details), static_cast<QAbstractItemView*>(m_icons)}) {
     Prepare(view);
     addWidget(view);
   }
@@ -150,7 +153,9 @@ std::vector<ScopeTreeItemPtr> ResultList::SelectedItems() const {
   return items;
 }
 
-int ResultList::RowCount() const { return m_order->rowCount(); }
+int ResultList::RowCount() const {
+  return m_order->rowCount();
+}
 
 int ResultList::SourceRow(int iShownRow) const {
   return m_order->mapToSource(m_order->index(iShownRow, 0)).row();
@@ -177,9 +182,8 @@ bool ResultList::eventFilter(QObject* watched, QEvent* event) {
     const auto* key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
       const auto index = ActiveView()->currentIndex();
-      const auto item = m_model && index.isValid()
-                            ? m_model->ItemAt(m_order->mapToSource(index).row())
-                            : nullptr;
+      const auto item =
+          m_model && index.isValid() ? m_model->ItemAt(m_order->mapToSource(index).row()) : nullptr;
       if (item) {
         QMetaObject::invokeMethod(
             this, [this, item] { emit ItemOpened(item); }, Qt::QueuedConnection);

@@ -31,7 +31,9 @@ ResultListModel::ResultListModel(ScopeTree& tree, const ImageList& images, Hoste
   });
 }
 
-ResultListModel::~ResultListModel() { m_view.Rows().OnChange({}); }
+ResultListModel::~ResultListModel() {
+  m_view.Rows().OnChange({});
+}
 
 bool ResultListModel::IsOwnParent(const QModelIndex& parent) const {
   return !m_bOwnRows && parent.isValid() && parent == m_tree.IndexOf(*m_view.Item());
@@ -118,8 +120,7 @@ QVariant ResultListModel::data(const QModelIndex& index, int role) const {
       if (nColumn > 0) return {};
       // A row without texts of its own still has a name.
       if (m_bOwnRows) {
-        return QString::fromStdString(
-            m_view.Rows().Rows()[static_cast<std::size_t>(iRow)].Text());
+        return QString::fromStdString(m_view.Rows().Rows()[static_cast<std::size_t>(iRow)].Text());
       }
       return QString::fromStdString(ItemAt(iRow)->Name());
     }

@@ -78,7 +78,9 @@ ResultPane::ResultPane(const ImageList& images, QWidget* parent)
   ShowHead();
 }
 
-ResultPane::~ResultPane() { Follow(nullptr); }
+ResultPane::~ResultPane() {
+  Follow(nullptr);
+}
 
 void ResultPane::Follow(ConsoleSession* session) {
   if (m_session) {
@@ -222,7 +224,9 @@ void ResultPane::ColumnWidths(std::map<platform::Text, std::vector<int>> widths)
   m_widths = std::move(widths);
 }
 
-bool ResultPane::IsListShown() const { return m_bListView; }
+bool ResultPane::IsListShown() const {
+  return m_bListView;
+}
 
 QString ResultPane::Sentence() const {
   return m_stack->currentWidget() == m_message ? m_message->Text() : QString();

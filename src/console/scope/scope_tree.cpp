@@ -74,8 +74,8 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
   }
   auto [at, bAdded] = m_index.try_emplace(sKey, nullptr);
   if (!bAdded) {
-    throw Failure(failure::kKeyExists, "The tree already has an item with the key \"" + sKey + "\".",
-                  "console");
+    throw Failure(failure::kKeyExists,
+                  "The tree already has an item with the key \"" + sKey + "\".", "console");
   }
   auto& above = node->Owner();
   auto item = std::make_shared<ScopeTreeItem>(this, sNodeTypeName, sKey, type->sDisplayName,
@@ -100,16 +100,17 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
   }
   // A command may list an expanded node's items anew, after they went or after a failure that left
   // the node without an expand mark; the node is then as good as loaded.
-  if (above.m_bExpandedOnce &&
-      (above.m_state == NodeState::NotLoaded ||
-       (above.m_state == NodeState::Failed && !above.m_bHasChildren))) {
+  if (above.m_bExpandedOnce && (above.m_state == NodeState::NotLoaded ||
+                                (above.m_state == NodeState::Failed && !above.m_bHasChildren))) {
     above.m_state = NodeState::Loaded;
     ItemChanged(above);
   }
   return item;
 }
 
-ScopeItemPtr ScopeTree::Item(const Text& sKey) { return Find(sKey); }
+ScopeItemPtr ScopeTree::Item(const Text& sKey) {
+  return Find(sKey);
+}
 
 ScopeTreeItemPtr ScopeTree::Find(const Text& sKey) const {
   const auto at = m_index.find(sKey);
@@ -259,8 +260,8 @@ void ScopeTree::Rekey(ScopeTreeItem& item, const Text& sKey) {
     return;
   }
   if (!m_index.try_emplace(sKey, &item).second) {
-    throw Failure(failure::kKeyExists, "The tree already has an item with the key \"" + sKey + "\".",
-                  "console");
+    throw Failure(failure::kKeyExists,
+                  "The tree already has an item with the key \"" + sKey + "\".", "console");
   }
   m_index.erase(item.m_sKey);
   item.m_sKey = sKey;
@@ -284,7 +285,9 @@ int ScopeTree::rowCount(const QModelIndex& parent) const {
   return parent.column() == 0 ? static_cast<int>(Raw(parent)->m_nShown) : 0;
 }
 
-int ScopeTree::columnCount(const QModelIndex& /*parent*/) const { return 1; }
+int ScopeTree::columnCount(const QModelIndex& /*parent*/) const {
+  return 1;
+}
 
 bool ScopeTree::hasChildren(const QModelIndex& parent) const {
   if (!parent.isValid()) return m_static != nullptr;

@@ -7,9 +7,13 @@ namespace orvane::console {
 using platform::Boolean;
 using platform::Text;
 
-Boolean ScopeTreeNode::ExpandedOnce() const { return m_item.m_bExpandedOnce; }
+Boolean ScopeTreeNode::ExpandedOnce() const {
+  return m_item.m_bExpandedOnce;
+}
 
-Boolean ScopeTreeNode::HasChildren() const { return m_item.HasExpandMark(); }
+Boolean ScopeTreeNode::HasChildren() const {
+  return m_item.HasExpandMark();
+}
 
 void ScopeTreeNode::HasChildren(Boolean bHasChildren) {
   m_item.m_bHasChildren = bHasChildren;
@@ -38,7 +42,9 @@ void ScopeTreeItem::Key(const Text& sKey) {
   if (m_tree) m_tree->Rekey(*this, sKey);
 }
 
-void ScopeTreeItem::NodeId(const Text& sNodeId) { m_sNodeId = sNodeId; }
+void ScopeTreeItem::NodeId(const Text& sNodeId) {
+  m_sNodeId = sNodeId;
+}
 
 void ScopeTreeItem::DisplayName(const Text& sDisplayName) {
   m_sDisplayName = sDisplayName;

@@ -58,13 +58,14 @@ ConsoleSession::ConsoleSession(Creator creator, platform::Services services,
     Expand(item);
     emit Expanded(item);
   });
-  m_tree->OnRemoving([this](const ScopeTreeItemPtr& item, bool bChildrenOnly) {
-    Removing(item, bChildrenOnly);
-  });
+  m_tree->OnRemoving(
+      [this](const ScopeTreeItemPtr& item, bool bChildrenOnly) { Removing(item, bChildrenOnly); });
   m_controlBar.OnChange([this] { FollowToolbar(); });
 }
 
-ConsoleSession::~ConsoleSession() { Close(); }
+ConsoleSession::~ConsoleSession() {
+  Close();
+}
 
 bool ConsoleSession::Start(const Text& sProgId, platform::PropertyBag* pb) {
   Close();
@@ -93,8 +94,7 @@ bool ConsoleSession::Start(const Text& sProgId, platform::PropertyBag* pb) {
   bool bWhole = true;
   Call(EventKind::Browsing, [](SnapIn& it) { it.SnapIn_Initialize(); });
   if (pb) {
-    Call(EventKind::Browsing,
-         [&](SnapIn& it) { bWhole = it.SnapIn_ReadProperties(*pb); });
+    Call(EventKind::Browsing, [&](SnapIn& it) { bWhole = it.SnapIn_ReadProperties(*pb); });
   }
   const auto item = m_tree->StaticItem();
   Call(EventKind::Browsing, [&](SnapIn& it) { it.ScopeItems_Initialize(item); });
@@ -173,9 +173,8 @@ void ConsoleSession::ShowNow(const ScopeTreeItemPtr& item, std::size_t nView) {
     // The control bar is not told: moving from one grid to the next keeps the toolbar, and the
     // selection below takes it away where none belongs.
     const HostedSelection deselected({m_selected});
-    Call(EventKind::Browsing, [&](SnapIn& it) {
-      it.Views_Select(*m_console, deselected, false, m_verbs);
-    });
+    Call(EventKind::Browsing,
+         [&](SnapIn& it) { it.Views_Select(*m_console, deselected, false, m_verbs); });
   }
   HideView();
   m_selected = item;
@@ -264,17 +263,15 @@ void ConsoleSession::RefreshNow() {
 std::vector<platform::Menu> ConsoleSession::MenusOf(const HostedSelection& selection) {
   HostedContextMenu menu;
   if (selection.ScopeItemCount() > 0) {
-    Call(EventKind::Browsing, [&](SnapIn& it) {
-      it.Views_AddTopMenuItems(*m_console, selection, menu, true);
-    });
+    Call(EventKind::Browsing,
+         [&](SnapIn& it) { it.Views_AddTopMenuItems(*m_console, selection, menu, true); });
   }
   return menu.Menus();
 }
 
 void ConsoleSession::ClickMenu(const Text& sMenuItem, Long lIndex,
                                const HostedSelection& selection) {
-  Call(EventKind::Command,
-       [&](SnapIn& it) { it.Menu_Click(sMenuItem, lIndex, selection); });
+  Call(EventKind::Command, [&](SnapIn& it) { it.Menu_Click(sMenuItem, lIndex, selection); });
 }
 
 void ConsoleSession::ClickButton(const Text& sKey) {
@@ -305,8 +302,9 @@ void ConsoleSession::FollowToolbar() {
 void ConsoleSession::Removing(const ScopeTreeItemPtr& item, bool bChildrenOnly) {
   if (!m_selected || !m_selected->IsWithin(*item)) return;
   if (bChildrenOnly && m_selected == item) return;
-  const auto above = bChildrenOnly ? item : item->Parent() ? item->Parent()->shared_from_this()
-                                                           : ScopeTreeItemPtr();
+  const auto above = bChildrenOnly    ? item
+                     : item->Parent() ? item->Parent()->shared_from_this()
+                                      : ScopeTreeItemPtr();
   if (above) ShowItem(above, 0);
 }
 

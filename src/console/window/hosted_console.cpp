@@ -26,7 +26,9 @@ std::shared_ptr<platform::ResultView> HostedConsole::CurrentResultView() {
   return m_session ? m_session->m_view : nullptr;
 }
 
-platform::ToolbarPtr HostedConsole::CreateToolbar() { return std::make_shared<HostedToolbar>(); }
+platform::ToolbarPtr HostedConsole::CreateToolbar() {
+  return std::make_shared<HostedToolbar>();
+}
 
 void HostedConsole::SelectScopeItem(const platform::ScopeItemPtr& item) {
   if (!m_session) return;
@@ -43,6 +45,8 @@ void HostedConsole::RefreshSelection() {
   if (m_session) m_session->RefreshSelection();
 }
 
-void HostedConsole::LetGo() { m_session = nullptr; }
+void HostedConsole::LetGo() {
+  m_session = nullptr;
+}
 
 }  // namespace orvane::console

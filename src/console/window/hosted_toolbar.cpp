@@ -25,9 +25,9 @@ void HostedButton::Pressed(Boolean bPressed) {
 platform::ToolbarButton& HostedToolbar::Add(Long lIndex, const Text& sKey, Long lImage,
                                             const Text& sToolTip, platform::ButtonStyle style) {
   const auto lAt = std::clamp<Long>(lIndex, 1, Count() + 1);
-  auto& button = *m_buttons.insert(
-      m_buttons.begin() + (lAt - 1),
-      std::make_unique<HostedButton>(*this, sKey, lImage, sToolTip, style));
+  auto& button =
+      *m_buttons.insert(m_buttons.begin() + (lAt - 1),
+                        std::make_unique<HostedButton>(*this, sKey, lImage, sToolTip, style));
   Changed(true);
   return *button;
 }

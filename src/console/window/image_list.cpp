@@ -5,7 +5,9 @@
 #include <QPixmap>
 
 // The drawings lie in a static library, whose resources nobody registers by themselves.
-static void InitImages() { Q_INIT_RESOURCE(console_images); }
+static void InitImages() {
+  Q_INIT_RESOURCE(console_images);
+}
 
 namespace orvane::console {
 
@@ -14,10 +16,10 @@ using platform::Long;
 namespace {
 
 // In the order of the snap-in's folder lists.
-constexpr std::array kFolderNames = {"servers", "server", "catalogs", "catalog", "column",
-                                     "column-key", "table", "queries", "query"};
-constexpr std::array kButtonNames = {"move-first", "move-last", "sort-ascending",
-                                     "sort-descending", "cell-query", "delete", "sql"};
+constexpr std::array kFolderNames = {"servers",    "server", "catalogs", "catalog", "column",
+                                     "column-key", "table",  "queries",  "query"};
+constexpr std::array kButtonNames = {
+    "move-first", "move-last", "sort-ascending", "sort-descending", "cell-query", "delete", "sql"};
 static_assert(kFolderNames.size() == ImageList::kFolderImages);
 static_assert(kButtonNames.size() * 2 == ImageList::kButtonImages);
 

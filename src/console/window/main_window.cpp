@@ -30,7 +30,9 @@ using platform::Text;
 
 namespace {
 
-QString Shown(const Text& sText) { return QString::fromStdString(sText); }
+QString Shown(const Text& sText) {
+  return QString::fromStdString(sText);
+}
 
 }  // namespace
 
@@ -132,14 +134,15 @@ void MainWindow::MakeMenus() {
   };
   auto* file = menuBar()->addMenu(tr("&File"));
   file->setObjectName("mnuFile");
-  add(file, "actNew", tr("&New"), QKeySequence::New, [this] { NewDocument(); })
-      ->setIcon(ImageList::Named("document-new"));
+  add(file, "actNew", tr("&New"), QKeySequence::New, [this] {
+    NewDocument();
+  })->setIcon(ImageList::Named("document-new"));
   add(file, "actOpen", tr("&Open…"), QKeySequence::Open, [this] {
     QFileDialog dialog(this, tr("Open"), QFileInfo(Shown(m_document->Path())).path());
     dialog.setObjectName("openDialog");
     dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setNameFilters({tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)),
-                           tr("All files (*)")});
+    dialog.setNameFilters(
+        {tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)), tr("All files (*)")});
     if (dialog.exec() == QDialog::Accepted) {
       OpenDocument(dialog.selectedFiles().first().toStdString());
     }
@@ -148,8 +151,7 @@ void MainWindow::MakeMenus() {
   m_mnuRecent->setObjectName("mnuRecent");
   connect(m_mnuRecent, &QMenu::aboutToShow, this, &MainWindow::FillRecent);
   file->addSeparator();
-  m_actSave =
-      add(file, "actSave", tr("&Save"), QKeySequence::Save, [this] { Save(); });
+  m_actSave = add(file, "actSave", tr("&Save"), QKeySequence::Save, [this] { Save(); });
   m_actSave->setIcon(ImageList::Named("document-save"));
   m_actSaveAs = add(file, "actSaveAs", tr("Save &As…"), QKeySequence(tr("Ctrl+Shift+S")),
                     [this] { SaveAs(); });
@@ -278,7 +280,9 @@ bool MainWindow::OpenDocument(const Text& sPath) {
   return true;
 }
 
-bool MainWindow::IsModified() { return m_session->IsOpen() && m_unsaved->IsModified(); }
+bool MainWindow::IsModified() {
+  return m_session->IsOpen() && m_unsaved->IsModified();
+}
 
 bool MainWindow::MayDropWork() {
   if (m_session->IsBusy()) {
@@ -364,8 +368,8 @@ bool MainWindow::SaveAs() {
   dialog.setObjectName("saveDialog");
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
-  dialog.setNameFilters({tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)),
-                         tr("All files (*)")});
+  dialog.setNameFilters(
+      {tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)), tr("All files (*)")});
   dialog.setDefaultSuffix(QLatin1String(kDocumentSuffix));
   dialog.selectFile(Shown(m_document->Name()) + "." + kDocumentSuffix);
   if (dialog.exec() != QDialog::Accepted) return false;
@@ -505,8 +509,9 @@ void MainWindow::ShowNotice() {
   m_lblReadOnly->setText(bReadOnly ? tr("Read-only") : QString());
   m_lblReadOnly->setToolTip(Shown(m_document->ReadOnlyReason()));
   if (!m_bReadWhole) {
-    m_notice->Show(tr("This document could not be read whole. It cannot be saved, so that nothing "
-                      "of it is lost."));
+    m_notice->Show(
+        tr("This document could not be read whole. It cannot be saved, so that nothing "
+           "of it is lost."));
   } else {
     m_notice->Show(Shown(m_document->ReadOnlyReason()));
   }

@@ -26,7 +26,7 @@ class UnsavedWork;
 /// What the program hands its window.
 struct WindowParts {
   ConsoleSession::Creator create;
-  platform::Services services;  ///< without the console
+  platform::Services services;    ///< without the console
   MessageBoxes* boxes = nullptr;  ///< those behind services.ui, to be silenced; or null
   /// Texts that the connections opened so far add to what is saved.
   std::function<std::vector<platform::Text>()> optionTexts;

@@ -41,6 +41,8 @@ void NoticeBar::Show(const QString& sSentence) {
   setVisible(!sSentence.isEmpty());
 }
 
-QString NoticeBar::Sentence() const { return isHidden() ? QString() : m_lblSentence->text(); }
+QString NoticeBar::Sentence() const {
+  return isHidden() ? QString() : m_lblSentence->text();
+}
 
 }  // namespace orvane::console

@@ -58,8 +58,8 @@ void ToolbarView::Rebuild() {
       addSeparator()->setData(QString::fromStdString(button->Key()));
       continue;
     }
-    auto* action = addAction(m_images.Button(button->Image()),
-                             QString::fromStdString(button->ToolTip()));
+    auto* action =
+        addAction(m_images.Button(button->Image()), QString::fromStdString(button->ToolTip()));
     action->setToolTip(QString::fromStdString(button->ToolTip()));
     action->setStatusTip(QString::fromStdString(button->ToolTip()));
     action->setData(QString::fromStdString(button->Key()));

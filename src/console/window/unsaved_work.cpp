@@ -65,8 +65,8 @@ std::unique_ptr<DocumentBag> UnsavedWork::Scratch() {
   if (m_boxes) silence.emplace(*m_boxes);
   const bool bWhole = m_session->Write(*bag);
   // Of a large document one look in ten pauses is enough.
-  m_timer.setInterval(
-      std::max(kCalmMilliseconds, static_cast<int>(std::min<qint64>(elapsed.elapsed(), 3000) * 10)));
+  m_timer.setInterval(std::max(kCalmMilliseconds,
+                               static_cast<int>(std::min<qint64>(elapsed.elapsed(), 3000) * 10)));
   for (auto& sText : m_optionTexts ? m_optionTexts() : std::vector<platform::Text>()) {
     m_knownOptionTexts.insert(std::move(sText));
   }
