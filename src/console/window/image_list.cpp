@@ -16,8 +16,8 @@ using platform::Long;
 namespace {
 
 // In the order of the snap-in's folder lists.
-constexpr std::array kFolderNames = {"servers",    "server", "catalogs", "catalog", "column",
-                                     "column-key", "table",  "queries",  "query"};
+constexpr std::array kFolderNames = {"servers", "server",     "folder",  "table",
+                                     "column",  "column-key", "catalog", "query"};
 constexpr std::array kButtonNames = {
     "move-first", "move-last", "sort-ascending", "sort-descending", "cell-query", "delete", "sql"};
 static_assert(kFolderNames.size() == ImageList::kFolderImages);

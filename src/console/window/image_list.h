@@ -12,7 +12,7 @@ namespace orvane::console {
 class ImageList {
  public:
   /// Numbers of the folder lists, from 1.
-  static constexpr platform::Long kFolderImages = 9;
+  static constexpr platform::Long kFolderImages = 8;
   /// The toolbar's list holds two images for each of its seven buttons; this console takes every
   /// second one, as the snap-in does for consoles of its age.
   static constexpr platform::Long kButtonImages = 14;
