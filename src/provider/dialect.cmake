@@ -5,4 +5,15 @@ list(APPEND PROVIDER_SOURCES
   dialect/statement_tree.cpp
   dialect/time_expression.cpp
   dialect/time_zone.cpp
-  dialect/translator.cpp)
+  dialect/translator.cpp
+  historian/catalog_file.cpp
+  historian/catalog_record.cpp
+  historian/data_folder.cpp
+  historian/functions_catalog.cpp
+  historian/historian.cpp
+  historian_provider.cpp
+  result_times.cpp
+  schema_rowsets.cpp
+  session.cpp
+  session_options.cpp
+  statement_log.cpp)

@@ -1,0 +1,46 @@
+#include "provider/historian/catalog_record.h"
+
+#include <algorithm>
+
+#include "platform/case_folding.h"
+#include "platform/failure.h"
+
+namespace orvane::provider::historian {
+
+using platform::Text;
+
+bool IsSameCatalog(const Text& sLeft, const Text& sRight) {
+  return platform::FoldCase(sLeft) == platform::FoldCase(sRight);
+}
+
+void CheckCatalogName(const Text& sName) {
+  const auto fail = [&](const char* sWhy) {
+    throw platform::Failure(
+        platform::failure::kInvalidArgument,
+        "A catalog cannot be called \"" + sName + "\": " + sWhy + "; choose another name.");
+  };
+  if (sName.empty()) {
+    throw platform::Failure(platform::failure::kInvalidArgument,
+                            "A catalog needs a name; enter one.");
+  }
+  if (sName.size() > 128) fail("the name is longer than 128 bytes");
+  if (sName.front() == '.' || sName.front() == ' ' || sName.back() == ' ') {
+    fail("it begins with a dot or a blank or ends with a blank");
+  }
+  if (sName.front() == '{') fail("names in braces are identities");
+  // Each of these would not come back from a file name, a statement or a document as it went in.
+  constexpr std::string_view kForbidden = "/\\\"'`[];\x7F";
+  if (std::any_of(sName.begin(), sName.end(), [&](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || kForbidden.find(c) != Text::npos;
+      })) {
+    fail("it holds a quote, a bracket, a slash, a semicolon or a control character");
+  }
+  const Text sFolded = platform::FoldCase(sName);
+  if (sFolded.starts_with("orv_")) fail("the prefix Orv_ has a meaning of its own");
+  // The last two are the engine's.
+  for (const char* const sOwn : {kSystemCatalog, kFunctionsCatalog, "main", "temp"}) {
+    if (IsSameCatalog(sName, sOwn)) fail("the historian uses this name itself");
+  }
+}
+
+}  // namespace orvane::provider::historian

@@ -1,0 +1,31 @@
+// What a historian knows of each of its catalogs.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+
+#include "platform/value.h"
+
+namespace orvane::provider::historian {
+
+/// The system catalog, with the table Historians.
+constexpr const char* kSystemCatalog = "Orvane";
+/// The read-only catalog of what statements can use.
+constexpr const char* kFunctionsCatalog = "Functions";
+
+struct CatalogRecord {
+  platform::Text sName;
+  platform::Text sIdentity;      ///< "{8-4-4-4-12}"; empty for the historian's own catalogs
+  std::filesystem::path file;    ///< absolute
+  std::int64_t llKilobytes = 0;  ///< limit of the file; 0 is none
+  platform::Text sDescription;
+  platform::Boolean bOwn = false;  ///< one of the historian's own, which statements only read
+};
+
+/// The name as the key of catalogs: case does not count, in any script.
+bool IsSameCatalog(const platform::Text& sLeft, const platform::Text& sRight);
+
+/// Fails with failure::kInvalidArgument when no catalog can be called so.
+void CheckCatalogName(const platform::Text& sName);
+
+}  // namespace orvane::provider::historian

@@ -1,0 +1,31 @@
+// Where the historians of this user live, and what a "Data Source" text says about that.
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "platform/types.h"
+
+namespace orvane::provider::historian {
+
+/// The server that is made at first use.
+constexpr std::string_view kDefaultServer = "localhost";
+
+/// Folder of everything that belongs to the user: $XDG_DATA_HOME/orvane, or
+/// ~/.local/share/orvane.
+std::filesystem::path DefaultRoot();
+
+/// The folder of one historian, whether or not there is one.
+std::filesystem::path HistorianFolder(const std::filesystem::path& root,
+                                      const platform::Text& sServer);
+
+/// The name of an embedded historian from a "Data Source"; an empty one is the default server.
+/// Fails with failure::kInvalidArgument when it holds a password, with kNotSupported when it
+/// means a server of another kind, with kServerNotFound when it is no name.
+platform::Text ServerFromDataSource(std::string_view sDataSource);
+
+/// The historians that there are, the default server always and first.
+std::vector<platform::Text> KnownServers(const std::filesystem::path& root);
+
+}  // namespace orvane::provider::historian

@@ -1,0 +1,36 @@
+#include "provider/historian_provider.h"
+
+#include "provider/engines/sqlite/sqlite_engine.h"
+#include "provider/historian/data_folder.h"
+
+namespace orvane::provider {
+namespace {
+
+platform::Timestamp Now() {
+  using namespace std::chrono;
+  return floor<microseconds>(system_clock::now());
+}
+
+}  // namespace
+
+HistorianProvider::HistorianProvider()
+    : HistorianProvider(
+          SessionPlace{historian::DefaultRoot(), std::make_shared<engines::SqliteEngine>(), Now}) {}
+
+HistorianProvider::HistorianProvider(SessionPlace place) : m_place(std::move(place)) {}
+
+std::vector<ado::PropertyDescription> HistorianProvider::Properties() const {
+  return SessionOptions::Descriptions();
+}
+
+std::vector<platform::Text> HistorianProvider::KnownServers() const {
+  return historian::KnownServers(m_place.root);
+}
+
+std::unique_ptr<ado::Session> HistorianProvider::Open(const ado::ConnectionSettings& settings,
+                                                      const platform::Text& /*sPassword*/,
+                                                      std::stop_token stop) {
+  return std::make_unique<HistorianSession>(m_place, settings, stop);
+}
+
+}  // namespace orvane::provider

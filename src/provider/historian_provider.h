@@ -1,0 +1,27 @@
+// "ORVOLEDB": the provider through which the connection layer reaches historians.
+#pragma once
+
+#include <chrono>
+
+#include "provider/session.h"
+
+namespace orvane::provider {
+
+class HistorianProvider : public ado::Provider {
+ public:
+  /// The historians of this user, and the clock of this machine.
+  HistorianProvider();
+  explicit HistorianProvider(SessionPlace place);
+
+  std::vector<ado::PropertyDescription> Properties() const override;
+  std::vector<platform::Text> KnownServers() const override;
+  /// The embedded historian asks for no password: the rights on its folder decide.
+  std::unique_ptr<ado::Session> Open(const ado::ConnectionSettings& settings,
+                                     const platform::Text& sPassword,
+                                     std::stop_token stop) override;
+
+ private:
+  SessionPlace m_place;
+};
+
+}  // namespace orvane::provider

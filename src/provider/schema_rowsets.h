@@ -1,0 +1,70 @@
+// The five schema rowsets with the field names that data access publishes for them.
+// Rows are made here from what the historian and the engine tell; used by the session.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "ado/recordset_builder.h"
+#include "provider/engines/engine.h"
+
+namespace orvane::provider {
+
+/// A catalog as it is shown.
+struct ShownCatalog {
+  platform::Text sName;
+  platform::Text sDescription;
+  platform::Boolean bSystem = false;
+};
+
+/// CATALOG_NAME, DESCRIPTION.
+platform::RecordsetPtr CatalogsRowset(std::span<const ShownCatalog> catalogs);
+
+/// TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME, TABLE_TYPE ("TABLE", "VIEW" or "SYSTEM TABLE") and
+/// the usual further fields.
+class TablesRowset {
+ public:
+  TablesRowset();
+  void Append(const ShownCatalog& catalog, const platform::Text& sShownTable,
+              const engines::TableSchema& table);
+  /// TABLE_TYPE of a table.
+  static platform::Text TypeOf(const ShownCatalog& catalog, const engines::TableSchema& table);
+  platform::RecordsetPtr Finish() { return m_builder.Finish(); }
+
+ private:
+  ado::RecordsetBuilder m_builder;
+};
+
+/// COLUMN_NAME, ORDINAL_POSITION, IS_NULLABLE, DATA_TYPE and the usual further fields.
+class ColumnsRowset {
+ public:
+  /// With bTimeAsDouble, columns of times are columns of numbers.
+  explicit ColumnsRowset(platform::Boolean bTimeAsDouble);
+  /// Appends the columns, or only the one of that name, ASCII letters without regard to case.
+  void Append(const ShownCatalog& catalog, const platform::Text& sShownTable,
+              const engines::TableSchema& table, const platform::Text* sColumn);
+  platform::RecordsetPtr Finish() { return m_builder.Finish(); }
+
+ private:
+  platform::Boolean m_bTimeAsDouble;
+  ado::RecordsetBuilder m_builder;
+};
+
+/// COLUMN_NAME, ORDINAL, PK_NAME and the usual further fields, in the order of the key.
+class PrimaryKeysRowset {
+ public:
+  PrimaryKeysRowset();
+  void Append(const ShownCatalog& catalog, const platform::Text& sShownTable,
+              const engines::TableSchema& table);
+  platform::RecordsetPtr Finish() { return m_builder.Finish(); }
+
+ private:
+  ado::RecordsetBuilder m_builder;
+};
+
+/// TYPE_NAME, DATA_TYPE, BEST_MATCH and the usual further fields. Each type that a column can
+/// have is the best match of exactly one row. Null restrictions are unset.
+platform::RecordsetPtr ProviderTypesRowset(const platform::Value& vtType,
+                                           const platform::Value& vtBestMatch);
+
+}  // namespace orvane::provider

@@ -1,0 +1,140 @@
+#include "provider/session_options.h"
+
+#include "platform/case_folding.h"
+#include "platform/conversions.h"
+#include "platform/failure.h"
+
+namespace orvane::provider {
+namespace {
+
+using platform::Failure;
+using platform::Text;
+using platform::Value;
+namespace failure = platform::failure;
+
+enum Option { LogFile, LogLevel, IdentifierPrefixes, TimeAsDouble, TimeZone, HistoriansByGuid };
+
+constexpr std::array<const char*, 6> kNames = {"Log File",       "Log Level", "Identifier Prefixes",
+                                               "Time as Double", "Time Zone", "Historians By GUID"};
+
+std::optional<Option> FindOption(const Text& sName) {
+  const Text sFolded = platform::FoldCase(sName);
+  for (std::size_t i = 0; i < kNames.size(); ++i) {
+    if (sFolded == platform::FoldCase(kNames[i])) return static_cast<Option>(i);
+  }
+  return std::nullopt;
+}
+
+Option Known(const Text& sName) {
+  const auto option = FindOption(sName);
+  if (!option) {
+    throw Failure(failure::kItemNotFound, "The provider has no property \"" + sName + "\".");
+  }
+  return *option;
+}
+
+bool IsInitial(const Value& vtValue) {
+  const auto* const sText = vtValue.As<Text>();
+  return vtValue.IsNull() || (sText != nullptr && sText->empty());
+}
+
+platform::Boolean ReadBoolean(Option option, const Value& vtValue) {
+  try {
+    return platform::ToBoolean(vtValue);
+  } catch (const Failure&) {
+    throw Failure(failure::kInvalidArgument,
+                  "\"" + Text(kNames[option]) + "\" is either True or False; enter one of them.");
+  }
+}
+
+platform::Long ReadLevel(const Value& vtValue) {
+  platform::Long lLevel = -1;
+  try {
+    lLevel = platform::ToLong(vtValue);
+  } catch (const Failure&) {
+    lLevel = -1;
+  }
+  if (lLevel < 0 || lLevel > 3) {
+    throw Failure(failure::kInvalidArgument, "\"Log Level\" is a number from 0 to 3; enter one.");
+  }
+  return lLevel;
+}
+
+Text ReadText(Option option, const Value& vtValue) {
+  const auto* const sText = vtValue.As<Text>();
+  if (sText == nullptr) {
+    throw Failure(failure::kInvalidArgument,
+                  "\"" + Text(kNames[option]) + "\" is a text; enter one.");
+  }
+  return *sText;
+}
+
+Text ReadLogFile(const Value& vtValue) {
+  const Text sFile = ReadText(LogFile, vtValue);
+  if (sFile.front() != '/') {
+    throw Failure(failure::kInvalidArgument, "The path \"" + sFile +
+                                                 "\" of the log file is not complete; enter one "
+                                                 "that begins with \"/\".");
+  }
+  return sFile;
+}
+
+}  // namespace
+
+std::vector<ado::PropertyDescription> SessionOptions::Descriptions() {
+  const SessionOptions initial;
+  std::vector<ado::PropertyDescription> descriptions;
+  for (const char* const sName : kNames) descriptions.push_back({sName, initial.Get(sName)});
+  return descriptions;
+}
+
+Value SessionOptions::Get(const Text& sName) const {
+  switch (Known(sName)) {
+    case Option::LogFile:
+      return m_sLogFile;
+    case Option::LogLevel:
+      return m_lLogLevel;
+    case Option::IdentifierPrefixes:
+      return m_bIdentifierPrefixes;
+    case Option::TimeAsDouble:
+      return m_bTimeAsDouble;
+    case Option::TimeZone:
+      return m_timeZone.Name();
+    case Option::HistoriansByGuid:
+      return m_bHistoriansByGuid;
+  }
+  return {};
+}
+
+void SessionOptions::Set(const Text& sName, const Value& vtValue) {
+  const Option option = Known(sName);
+  const bool bInitial = IsInitial(vtValue);
+  switch (option) {
+    case Option::LogFile:
+      m_sLogFile = bInitial ? Text() : ReadLogFile(vtValue);
+      break;
+    case Option::LogLevel:
+      m_lLogLevel = bInitial ? 0 : ReadLevel(vtValue);
+      break;
+    case Option::IdentifierPrefixes:
+      m_bIdentifierPrefixes = !bInitial && ReadBoolean(option, vtValue);
+      break;
+    case Option::TimeAsDouble:
+      m_bTimeAsDouble = !bInitial && ReadBoolean(option, vtValue);
+      break;
+    case Option::TimeZone:
+      m_timeZone = dialect::TimeZone(bInitial ? Text() : ReadText(option, vtValue));
+      break;
+    case Option::HistoriansByGuid:
+      m_bHistoriansByGuid = !bInitial && ReadBoolean(option, vtValue);
+      break;
+  }
+}
+
+void SessionOptions::SetAll(const ado::ConnectionSettings& settings) {
+  for (const auto& [sName, sValue] : settings.Items()) {
+    if (FindOption(sName)) Set(sName, sValue);
+  }
+}
+
+}  // namespace orvane::provider

@@ -1,0 +1,295 @@
+#include "provider/historian/historian.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <fstream>
+#include <thread>
+
+#include "provider/historian/data_folder.h"
+#include "tests/provider/temporary_root.h"
+
+namespace orvane::provider::historian {
+namespace {
+
+using platform::Text;
+namespace fs = std::filesystem;
+
+class historian : public testing::Test {
+ protected:
+  std::unique_ptr<Historian> Open(const Text& sServer = "localhost") {
+    return std::make_unique<Historian>(m_root.Path(), sServer, m_engine, std::stop_token());
+  }
+  Text OpenFailure(const Text& sServer = "localhost") {
+    return FailureOf([&] { Open(sServer); });
+  }
+  static Text Names(Historian& opened) {
+    Text sNames;
+    for (const auto& record : opened.Catalogs({})) sNames += record.sName + " ";
+    return sNames;
+  }
+
+  TemporaryRoot m_root;
+  engines::SqliteEngine m_engine{std::chrono::milliseconds(50)};
+};
+
+// Another program at work in the file.
+class Stranger {
+ public:
+  Stranger(const fs::path& file, const char* sSql) {
+    sqlite3_open(file.c_str(), &m_database);
+    m_nResult = sqlite3_exec(m_database, sSql, nullptr, nullptr, nullptr);
+  }
+  Stranger(const Stranger&) = delete;
+  Stranger& operator=(const Stranger&) = delete;
+  ~Stranger() { sqlite3_close(m_database); }
+  int Result() const { return m_nResult; }
+
+ private:
+  sqlite3* m_database = nullptr;
+  int m_nResult = 0;
+};
+
+TEST_F(historian, makes_the_default_server_at_first_use) {
+  EXPECT_FALSE(fs::exists(m_root.Historian()));
+  const auto opened = Open();
+  EXPECT_EQ(Names(*opened), "Functions Orvane ");
+  EXPECT_TRUE(fs::is_regular_file(m_root.Historian() / "Orvane.db"));
+  EXPECT_EQ(Names(*Open()), "Functions Orvane ");
+}
+
+TEST_F(historian, is_made_once_when_many_connect_at_once) {
+  std::vector<std::thread> threads;
+  std::atomic<int> nOpened{0};
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&] {
+      engines::SqliteEngine engine;
+      const Historian opened(m_root.Path(), "localhost", engine, {});
+      ++nOpened;
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(nOpened, 8);
+  EXPECT_EQ(std::distance(fs::directory_iterator(m_root.Historian().parent_path()),
+                          fs::directory_iterator()),
+            1);
+}
+
+TEST_F(historian, is_not_made_under_another_name) {
+  EXPECT_EQ(OpenFailure("Plant7"),
+            "3800: There is no historian \"Plant7\" on this machine; make it with "
+            "\"orvane-historian init Plant7\" or choose another server.");
+  Historian::Make(m_root.Path(), "Plant7");
+  EXPECT_EQ(Names(*Open("Plant7")), "Functions Orvane ");
+  EXPECT_EQ(FailureOf([&] { Historian::Make(m_root.Path(), "Plant7"); }),
+            "457: There is a historian \"Plant7\" on this machine already; choose another name.");
+}
+
+TEST_F(historian, says_that_a_folder_is_a_file) {
+  fs::create_directories(m_root.Historian().parent_path());
+  std::ofstream(m_root.Historian()) << "x";
+  EXPECT_EQ(OpenFailure(), "3802: The historian localhost should be a folder, but " +
+                               m_root.Historian().string() +
+                               " is none; move it away or choose another server.");
+}
+
+TEST_F(historian, says_that_a_folder_holds_no_historian) {
+  fs::create_directories(m_root.Historian("empty"));
+  EXPECT_EQ(OpenFailure("empty"),
+            "3802: The folder " + m_root.Historian("empty").string() +
+                " holds no historian: the file Orvane.db is missing; restore it from a copy or "
+                "choose another server.");
+}
+
+TEST_F(historian, says_that_rights_are_missing) {
+  Open();
+  fs::permissions(m_root.Path(), fs::perms::all);
+  fs::permissions(m_root.Historian(), fs::perms::none);
+  // The rights of files do not bind root.
+  const bool bRoot = geteuid() == 0;
+  if (bRoot) ASSERT_EQ(seteuid(65534), 0);
+  const Text sFailure = OpenFailure();
+  if (bRoot) ASSERT_EQ(seteuid(0), 0);
+  fs::permissions(m_root.Historian(), fs::perms::owner_all);
+  EXPECT_EQ(sFailure, "3801: You have no rights on the folder of the historian localhost, " +
+                          m_root.Historian().string() +
+                          "; ask its owner for the right to read and write there.");
+}
+
+TEST_F(historian, says_that_its_file_is_no_database) {
+  Open();
+  std::ofstream(m_root.Historian() / "Orvane.db") << Text(8192, 'x');
+  EXPECT_EQ(OpenFailure().substr(0, 4), "3802");
+  EXPECT_NE(OpenFailure().find("is in a file that is no database"), Text::npos);
+}
+
+TEST_F(historian, says_that_its_file_is_locked) {
+  Open();
+  const Stranger stranger(m_root.Historian() / "Orvane.db",
+                          "PRAGMA locking_mode = EXCLUSIVE; BEGIN IMMEDIATE; CREATE TABLE x (a)");
+  ASSERT_EQ(stranger.Result(), SQLITE_OK);
+  EXPECT_EQ(OpenFailure().substr(0, 4), "3803");
+  EXPECT_NE(OpenFailure().find("is locked by another program"), Text::npos);
+}
+
+TEST_F(historian, creates_catalogs_with_their_first_tables) {
+  const auto opened = Open();
+  const auto record = opened->CreateCatalog("Plant1", "", 0, {});
+  EXPECT_EQ(record.file, m_root.Historian() / "catalogs" / "Plant1.db");
+  EXPECT_EQ(record.sIdentity.size(), 38U);
+  EXPECT_EQ(opened->Find("plant1", {})->sIdentity, record.sIdentity);
+  const auto catalog = EngineCatalog(record, true);
+  Text sTables;
+  for (const auto& table : m_engine.Open(catalog, {})->Schema(catalog, {}, {})) {
+    sTables += table.sName + ":";
+    for (const auto& column : table.columns) {
+      sTables += " " + column.sName;
+      if (column.lKeyOrdinal != 0) sTables += std::to_string(column.lKeyOrdinal);
+    }
+    sTables += "\n";
+  }
+  EXPECT_EQ(sTables,
+            "Data: Tag1 Timestamp2 Value Status\n"
+            "Data2: Tag1 Timestamp2 Value Status\n"
+            "Tags: Tag1 Description Unit Type\n");
+}
+
+TEST_F(historian, lists_catalogs_in_the_order_of_their_folded_names) {
+  const auto opened = Open();
+  for (const char* const sName : {"beta", "Alpha", "gamma", "\xC3\xA9t\xC3\xA9", "P 1.x"}) {
+    opened->CreateCatalog(sName, "", 0, {});
+  }
+  EXPECT_EQ(Names(*opened), "Alpha beta Functions gamma Orvane P 1.x \xC3\xA9t\xC3\xA9 ");
+}
+
+TEST_F(historian, refuses_names_that_no_catalog_can_have) {
+  const auto opened = Open();
+  opened->CreateCatalog("Plant1", "", 0, {});
+  opened->CreateCatalog("\xC3\x89T", "", 0, {});
+  const auto failure = [&](const Text& sName) {
+    return FailureOf([&] { opened->CreateCatalog(sName, "", 0, {}); });
+  };
+  EXPECT_EQ(failure("PLANT1"),
+            "457: There is a catalog \"Plant1\" already; choose another name.");
+  EXPECT_EQ(failure("\xC3\xA9t"),
+            "457: There is a catalog \"\xC3\x89T\" already; choose another name.");
+  EXPECT_EQ(failure(""), "5: A catalog needs a name; enter one.");
+  for (const char* const sName : {"orvane", "Functions", "MAIN", "temp"}) {
+    EXPECT_EQ(failure(sName), "5: A catalog cannot be called \"" + Text(sName) +
+                                  "\": the historian uses this name itself; choose another name.");
+  }
+  for (const char* const sName : {"a/b", "a\\b", "a\"b", "a'b", "a;b", "a\nb", "[a]"}) {
+    EXPECT_EQ(failure(sName), "5: A catalog cannot be called \"" + Text(sName) +
+                                  "\": it holds a quote, a bracket, a slash, a semicolon or a "
+                                  "control character; choose another name.");
+  }
+  for (const char* const sName : {".a", " a", "a "}) {
+    EXPECT_EQ(failure(sName), "5: A catalog cannot be called \"" + Text(sName) +
+                                  "\": it begins with a dot or a blank or ends with a blank; "
+                                  "choose another name.");
+  }
+  EXPECT_EQ(failure("orv_x"),
+            "5: A catalog cannot be called \"orv_x\": the prefix Orv_ has a meaning of its own; "
+            "choose another name.");
+  EXPECT_EQ(failure("{x}"),
+            "5: A catalog cannot be called \"{x}\": names in braces are identities; choose another "
+            "name.");
+  EXPECT_NE(failure(Text(129, 'a')).find("longer than 128 bytes"), Text::npos);
+  EXPECT_EQ(Names(*opened), "Functions Orvane Plant1 \xC3\x89T ");
+}
+
+TEST_F(historian, puts_a_catalog_into_the_folder_that_is_asked_for) {
+  const auto opened = Open();
+  const fs::path folder = m_root.Path() / "elsewhere";
+  const auto failure = [&](const Text& sPath) {
+    return FailureOf([&] { opened->CreateCatalog("Plant1", sPath, 0, {}); });
+  };
+  EXPECT_EQ(failure(folder),
+            "5: There is no folder " + folder.string() + "; make it first or choose another one.");
+  EXPECT_EQ(failure("here"),
+            "5: The path \"here\" is not complete; enter one that begins with \"/\".");
+  fs::create_directory(folder);
+  EXPECT_EQ(failure(folder), "no failure");
+  EXPECT_TRUE(fs::is_regular_file(folder / "Plant1.db"));
+  // Nothing outside of the historian's folder goes away.
+  opened->DropCatalog("Plant1", {});
+  EXPECT_TRUE(fs::is_regular_file(folder / "Plant1.db"));
+  EXPECT_EQ(failure(folder), "457: There is a file " + (folder / "Plant1.db").string() +
+                                 " already; move it away or choose another name.");
+  EXPECT_EQ(Names(*opened), "Functions Orvane ");
+}
+
+TEST_F(historian, says_that_a_path_is_not_for_everyone) {
+  fs::permissions(m_root.Path(), fs::perms::all);
+  const fs::path folder = m_root.Path() / "closed";
+  fs::create_directory(folder);
+  const bool bRoot = geteuid() == 0;
+  fs::permissions(folder, bRoot ? fs::perms::owner_all : fs::perms::owner_read);
+  if (bRoot) ASSERT_EQ(seteuid(65534), 0);
+  const Text sFailure =
+      FailureOf([&] { Open()->CreateCatalog("Plant1", folder.string(), 0, {}); });
+  if (bRoot) ASSERT_EQ(seteuid(0), 0);
+  fs::permissions(folder, fs::perms::owner_all);
+  EXPECT_EQ(sFailure, "3801: You have no right to write into the folder " + folder.string() +
+                          "; ask its owner for the right or choose another folder.");
+}
+
+TEST_F(historian, refuses_a_size_that_has_no_room_for_the_tables) {
+  EXPECT_EQ(FailureOf([&] { Open()->CreateCatalog("Plant1", "", 63, {}); }),
+            "5: A catalog of 63 kilobytes has no room for its tables; enter a size of at least "
+            "64.");
+  EXPECT_EQ(Open()->CreateCatalog("Plant1", "", 64, {}).llKilobytes, 64);
+}
+
+TEST_F(historian, drops_a_catalog_and_its_file) {
+  const auto opened = Open();
+  const auto record = opened->CreateCatalog("Plant1", "", 0, {});
+  opened->DropCatalog("PLANT1", {});
+  EXPECT_FALSE(fs::exists(record.file));
+  EXPECT_EQ(Names(*opened), "Functions Orvane ");
+  EXPECT_EQ(opened->CreateCatalog("Plant1", "", 0, {}).sName, "Plant1");
+}
+
+TEST_F(historian, drops_a_catalog_whose_file_is_gone_or_damaged) {
+  const auto opened = Open();
+  fs::remove(opened->CreateCatalog("Plant1", "", 0, {}).file);
+  opened->DropCatalog("Plant1", {});
+  std::ofstream(opened->CreateCatalog("Plant2", "", 0, {}).file) << Text(8192, 'x');
+  opened->DropCatalog("Plant2", {});
+  EXPECT_EQ(Names(*opened), "Functions Orvane ");
+  EXPECT_TRUE(fs::is_empty(m_root.Historian() / "catalogs"));
+}
+
+TEST_F(historian, keeps_a_catalog_that_another_program_uses) {
+  const auto opened = Open();
+  const auto record = opened->CreateCatalog("Plant1", "", 0, {});
+  {
+    const Stranger stranger(record.file, "SELECT * FROM Tags");
+    EXPECT_EQ(FailureOf([&] { opened->DropCatalog("Plant1", {}); }),
+              "3803: The catalog Plant1 is in use by another program; close what reads or writes "
+              "it and try again.");
+    EXPECT_EQ(Names(*opened), "Functions Orvane Plant1 ");
+  }
+  opened->DropCatalog("Plant1", {});
+  EXPECT_FALSE(fs::exists(record.file));
+}
+
+TEST_F(historian, drops_neither_its_own_catalogs_nor_one_that_is_not_there) {
+  const auto opened = Open();
+  const auto failure = [&](const Text& sName) {
+    return FailureOf([&] { opened->DropCatalog(sName, {}); });
+  };
+  EXPECT_EQ(failure("Plant1"),
+            "5: There is no catalog \"Plant1\" to drop; refresh the list of catalogs.");
+  EXPECT_EQ(failure("orvane"),
+            "5: The catalog Orvane belongs to the historian itself and cannot be dropped; choose "
+            "another one.");
+  EXPECT_EQ(failure("Functions"),
+            "5: The catalog Functions belongs to the historian itself and cannot be dropped; "
+            "choose another one.");
+  EXPECT_EQ(Names(*opened), "Functions Orvane ");
+}
+
+}  // namespace
+}  // namespace orvane::provider::historian

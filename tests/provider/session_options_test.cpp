@@ -1,0 +1,89 @@
+#include "provider/session_options.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/provider/temporary_root.h"
+
+namespace orvane::provider {
+namespace {
+
+using platform::Text;
+using platform::Value;
+
+Text AllAsText(const SessionOptions& options) {
+  Text sAll;
+  for (const auto& description : SessionOptions::Descriptions()) {
+    sAll += description.sName + " = " + platform::ToText(options.Get(description.sName)) + ";";
+  }
+  return sAll;
+}
+
+TEST(session_options, are_six_in_the_published_order_with_their_initial_values) {
+  EXPECT_EQ(AllAsText({}),
+            "Log File = ;Log Level = 0;Identifier Prefixes = False;Time as Double = False;Time "
+            "Zone = Local;Historians By GUID = False;");
+  const auto descriptions = SessionOptions::Descriptions();
+  ASSERT_EQ(descriptions.size(), 6U);
+  EXPECT_EQ(descriptions[0].vtInitial, Value(""));
+  EXPECT_EQ(descriptions[1].vtInitial, Value(0));
+  EXPECT_EQ(descriptions[2].vtInitial, Value(false));
+  EXPECT_EQ(descriptions[4].vtInitial, Value("Local"));
+}
+
+TEST(session_options, read_back_what_they_are_written_as) {
+  const Text sAll =
+      "Log File = /tmp/a log.txt;Log Level = 2;Identifier Prefixes = True;Time as Double = True;"
+      "Time Zone = Europe/Berlin;Historians By GUID = True;";
+  SessionOptions options;
+  options.SetAll(ado::ConnectionSettings::Parse("Provider = ORVOLEDB; Data Source = x;" + sAll));
+  EXPECT_EQ(AllAsText(options), sAll);
+}
+
+TEST(session_options, take_the_last_of_many_values) {
+  SessionOptions options;
+  options.SetAll(ado::ConnectionSettings::Parse(
+      "Log Level = 1;Time Zone = UTC;log level = 3;Time Zone = ;Time as Double = True;Time as "
+      "Double = False;"));
+  EXPECT_EQ(options.LogLevel(), 3);
+  EXPECT_EQ(options.TimeZone().Name(), "Local");
+  EXPECT_FALSE(options.TimeAsDouble());
+}
+
+TEST(session_options, take_null_and_the_empty_text_for_the_initial_value) {
+  for (const Value& vtEmpty : {Value(), Value("")}) {
+    SessionOptions options;
+    options.SetAll(ado::ConnectionSettings::Parse(
+        "Log File = /x;Log Level = 2;Identifier Prefixes = True;Time as Double = True;Time Zone = "
+        "UTC;Historians By GUID = True;"));
+    for (const auto& description : SessionOptions::Descriptions()) {
+      options.Set(description.sName, vtEmpty);
+    }
+    EXPECT_EQ(AllAsText(options), AllAsText({}));
+  }
+}
+
+TEST(session_options, refuse_what_they_cannot_be_and_stay_as_they_were) {
+  SessionOptions options;
+  options.Set("Log Level", 2);
+  const auto failure = [&](const Text& sName, const Value& vtValue) {
+    return FailureOf([&] { options.Set(sName, vtValue); });
+  };
+  for (const Value& vtLevel : {Value(-1), Value(4), Value("two")}) {
+    EXPECT_EQ(failure("Log Level", vtLevel),
+              "5: \"Log Level\" is a number from 0 to 3; enter one.");
+  }
+  EXPECT_EQ(failure("Time as Double", "perhaps"),
+            "5: \"Time as Double\" is either True or False; enter one of them.");
+  EXPECT_EQ(failure("Log File", "log.txt"),
+            "5: The path \"log.txt\" of the log file is not complete; enter one that begins with "
+            "\"/\".");
+  EXPECT_EQ(failure("Log File", 7), "5: \"Log File\" is a text; enter one.");
+  EXPECT_EQ(failure("Time Zone", "Nowhere"),
+            "5: There is no time zone \"Nowhere\"; enter Local, UTC or a name such as "
+            "Europe/Madrid.");
+  EXPECT_EQ(failure("Color", 1), "3265: The provider has no property \"Color\".");
+  EXPECT_EQ(options.LogLevel(), 2);
+}
+
+}  // namespace
+}  // namespace orvane::provider
