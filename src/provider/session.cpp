@@ -18,6 +18,16 @@ using platform::Text;
 using platform::Value;
 namespace failure = platform::failure;
 
+namespace {
+
+// The engine's number for a file that may not grow.
+bool IsFull(const Failure& failed) {
+  constexpr platform::Long kFull = 13;
+  return failed.Number() == failure::kStorage && failed.NativeError() == kFull;
+}
+
+}  // namespace
+
 // The historian's catalogs and tables as the translator asks for them, one statement long.
 class HistorianSession::Schema final : public dialect::SchemaSource {
  public:
@@ -89,6 +99,16 @@ struct HistorianSession::Listing {
   std::unordered_map<Text, engines::TableSchema> tables;  ///< by the name that is shown
 };
 
+template <class Call>
+auto HistorianSession::Logged(Call&& call) {
+  try {
+    return call();
+  } catch (const Failure& failed) {
+    m_log.Failed(failed);
+    throw;
+  }
+}
+
 HistorianSession::HistorianSession(SessionPlace place, const ado::ConnectionSettings& settings,
                                    std::stop_token stop)
     : m_place(std::move(place)) {
@@ -105,16 +125,6 @@ HistorianSession::HistorianSession(SessionPlace place, const ado::ConnectionSett
 }
 
 HistorianSession::~HistorianSession() = default;
-
-template <class Call>
-auto HistorianSession::Logged(Call&& call) {
-  try {
-    return call();
-  } catch (const Failure& failed) {
-    m_log.Failed(failed);
-    throw;
-  }
-}
 
 historian::Historian& HistorianSession::Opened() {
   if (m_historian == nullptr) {
@@ -157,10 +167,27 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   }
   engineStatement.maxRows = std::max<platform::Long>(statement.lMaxRecords, 0);
   engineStatement.timeout = std::max(statement.timeout, std::chrono::seconds(0));
-  auto result = m_session->Run(engineStatement, stop);
+  auto result = RunWithinLimit(engineStatement, stop);
   return {WithShownTimes(std::move(result.recordset), translation.timeColumns,
                          m_options.TimeAsDouble(), m_options.TimeZone()),
           result.lRecordsAffected};
+}
+
+engines::EngineResult HistorianSession::RunWithinLimit(const engines::EngineStatement& statement,
+                                                       std::stop_token stop) {
+  try {
+    return m_session->Run(statement, stop);
+  } catch (const Failure& failed) {
+    for (const auto& catalog : statement.catalogs) {
+      if (catalog.bReadOnly || catalog.llMaxKilobytes == 0 || !IsFull(failed)) continue;
+      throw Failure(failure::kStorage,
+                    "The catalog \"" + catalog.sName + "\" has reached its limit of " +
+                        std::to_string(catalog.llMaxKilobytes) +
+                        " kilobytes, so nothing was written: delete rows or use another catalog.",
+                    failed.Source(), failed.NativeError(), failed.SqlText());
+    }
+    throw;
+  }
 }
 
 void HistorianSession::RunCatalogStatement(const dialect::CatalogStatement& statement,

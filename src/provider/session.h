@@ -53,6 +53,8 @@ class HistorianSession final : public ado::Session {
   historian::Historian& Opened();
 
   ado::StatementResult RunTranslated(const ado::Statement& statement, std::stop_token stop);
+  engines::EngineResult RunWithinLimit(const engines::EngineStatement& statement,
+                                       std::stop_token stop);
   void RunCatalogStatement(const dialect::CatalogStatement& statement, std::stop_token stop);
 
   ShownCatalog Shown(const historian::CatalogRecord& record) const;

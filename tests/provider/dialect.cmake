@@ -6,3 +6,15 @@ orvane_test(dialect
     dialect/time_expression_test.cpp
     dialect/time_zone_test.cpp
     dialect/translator_test.cpp)
+
+orvane_test(historian
+  LINK orvane_provider
+  SOURCES
+    historian/data_folder_test.cpp
+    historian/historian_test.cpp)
+
+orvane_test(session
+  LINK orvane_provider
+  SOURCES
+    session_options_test.cpp
+    session_test.cpp)

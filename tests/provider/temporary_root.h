@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
@@ -34,6 +35,21 @@ class TemporaryRoot {
 
  private:
   std::filesystem::path m_path;
+};
+
+// The rights of files do not bind root: while this lives, root works as nobody.
+class WithoutRoot {
+ public:
+  WithoutRoot() : m_bRoot(geteuid() == 0) { Become(65534); }
+  WithoutRoot(const WithoutRoot&) = delete;
+  WithoutRoot& operator=(const WithoutRoot&) = delete;
+  ~WithoutRoot() { Become(0); }
+
+ private:
+  void Become(uid_t user) const {
+    if (m_bRoot && seteuid(user) != 0) std::abort();
+  }
+  bool m_bRoot;
 };
 
 // Wednesday noon.

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -20,6 +21,7 @@ struct Catalog {
   platform::Text sName;
   platform::Text sPlace;  ///< for an engine on files the file's path, otherwise unused
   platform::Boolean bReadOnly = false;
+  std::int64_t llMaxKilobytes = 0;  ///< limit of the file's size; 0 is none
 };
 
 /// One statement in the engine's own SQL.
@@ -55,7 +57,8 @@ struct TableSchema {
 
 /// Which tables to describe.
 struct SchemaRequest {
-  std::optional<platform::Text> sTable;  ///< exactly this one (or none), instead of all
+  /// Only this one (or none) instead of all; ASCII letters without regard to case.
+  std::optional<platform::Text> sTable;
   platform::Boolean bColumns = true;     ///< false describes the tables without their columns
 };
 

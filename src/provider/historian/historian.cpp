@@ -133,7 +133,7 @@ Historian::Historian(const fs::path& root, const Text& sServer, engines::Engine&
   }
   CheckFolder(m_folder, sServer);
   if (!fs::exists(m_folder / kFunctionsFile, error)) MakeFunctions(m_folder);
-  m_session = engine.Open({kSystemCatalog, (m_folder / kSystemFile).string(), false}, stop);
+  m_session = engine.Open({kSystemCatalog, (m_folder / kSystemFile).string()}, stop);
 }
 
 void Historian::Make(const fs::path& root, const Text& sServer) {
@@ -282,7 +282,7 @@ void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
 }
 
 engines::Catalog EngineCatalog(const CatalogRecord& record, platform::Boolean bReadOnly) {
-  return {record.sName, record.file.string(), bReadOnly};
+  return {record.sName, record.file.string(), bReadOnly, record.llKilobytes};
 }
 
 }  // namespace orvane::provider::historian

@@ -1,6 +1,5 @@
 #include "provider/historian/historian.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -106,11 +105,11 @@ TEST_F(historian, says_that_rights_are_missing) {
   Open();
   fs::permissions(m_root.Path(), fs::perms::all);
   fs::permissions(m_root.Historian(), fs::perms::none);
-  // The rights of files do not bind root.
-  const bool bRoot = geteuid() == 0;
-  if (bRoot) ASSERT_EQ(seteuid(65534), 0);
-  const Text sFailure = OpenFailure();
-  if (bRoot) ASSERT_EQ(seteuid(0), 0);
+  Text sFailure;
+  {
+    const WithoutRoot withoutRoot;
+    sFailure = OpenFailure();
+  }
   fs::permissions(m_root.Historian(), fs::perms::owner_all);
   EXPECT_EQ(sFailure, "3801: You have no rights on the folder of the historian localhost, " +
                           m_root.Historian().string() +
@@ -170,8 +169,7 @@ TEST_F(historian, refuses_names_that_no_catalog_can_have) {
   const auto failure = [&](const Text& sName) {
     return FailureOf([&] { opened->CreateCatalog(sName, "", 0, {}); });
   };
-  EXPECT_EQ(failure("PLANT1"),
-            "457: There is a catalog \"Plant1\" already; choose another name.");
+  EXPECT_EQ(failure("PLANT1"), "457: There is a catalog \"Plant1\" already; choose another name.");
   EXPECT_EQ(failure("\xC3\xA9t"),
             "457: There is a catalog \"\xC3\x89T\" already; choose another name.");
   EXPECT_EQ(failure(""), "5: A catalog needs a name; enter one.");
@@ -224,12 +222,13 @@ TEST_F(historian, says_that_a_path_is_not_for_everyone) {
   fs::permissions(m_root.Path(), fs::perms::all);
   const fs::path folder = m_root.Path() / "closed";
   fs::create_directory(folder);
-  const bool bRoot = geteuid() == 0;
-  fs::permissions(folder, bRoot ? fs::perms::owner_all : fs::perms::owner_read);
-  if (bRoot) ASSERT_EQ(seteuid(65534), 0);
-  const Text sFailure =
-      FailureOf([&] { Open()->CreateCatalog("Plant1", folder.string(), 0, {}); });
-  if (bRoot) ASSERT_EQ(seteuid(0), 0);
+  // Root owns the folder; anyone else may only look into his own.
+  fs::permissions(folder, geteuid() == 0 ? fs::perms::owner_all : fs::perms::owner_read);
+  Text sFailure;
+  {
+    const WithoutRoot withoutRoot;
+    sFailure = FailureOf([&] { Open()->CreateCatalog("Plant1", folder.string(), 0, {}); });
+  }
   fs::permissions(folder, fs::perms::owner_all);
   EXPECT_EQ(sFailure, "3801: You have no right to write into the folder " + folder.string() +
                           "; ask its owner for the right or choose another folder.");

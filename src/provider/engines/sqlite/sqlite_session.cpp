@@ -98,6 +98,13 @@ class SqliteSession::Attachments {
     const Text sSubject = engines::SubjectOf(catalog);
     m_session.RunOwn("ATTACH " + Quoted(UriOf(catalog), '\'') + " AS " + Quoted(catalog.sName),
                      sSubject);
+    if (catalog.llMaxKilobytes == 0 || catalog.bReadOnly) return;
+    // The limit belongs to the connection, not to the file.
+    constexpr std::int64_t kPageKilobytes = 4;
+    m_session.RunOwn(
+        "PRAGMA " + Quoted(catalog.sName) + ".max_page_count = " +
+            std::to_string(std::max<std::int64_t>(catalog.llMaxKilobytes / kPageKilobytes, 1)),
+        sSubject);
   }
 
   void Detach() noexcept {
@@ -183,7 +190,7 @@ std::vector<TableSchema> SqliteSession::ReadSchema(const Text& sQualifier, const
               ") AS c ON c.hidden <> 1";
     }
     sSql += " WHERE m.type IN ('table', 'view') AND m.name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
-    if (sTable) sSql += " AND m.name = ?";
+    if (sTable) sSql += " AND m.name = ? COLLATE NOCASE";
     sSql += " ORDER BY m.name COLLATE NOCASE, m.name";
     if (bColumns) sSql += ", c.cid";
     SqliteStatement statement(m_database.get(), sSql, sSubject);
