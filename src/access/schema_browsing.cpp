@@ -104,16 +104,21 @@ void ForEachTable(const ConnectionPtr& cn, const Text& sCatalog, const UseName& 
   ForEachName(Connected(cn).OpenSchema(SchemaNumber::Tables, restrictions), "TABLE_NAME", use);
 }
 
+std::vector<Text> ColumnNames(platform::TableQuery& query, const ConnectionPtr& cn) {
+  std::vector<Text> names;
+  ForEachName(OpenTableSchema(cn, SchemaNumber::Columns, query.Catalog(), query.Table()),
+              "COLUMN_NAME", [&](const Text& sName) { names.push_back(sName); });
+  return names;
+}
+
 void GetTableColumns(platform::TableQuery& query, const ConnectionPtr& cn) {
-  const RecordsetPtr rs =
-      OpenTableSchema(cn, SchemaNumber::Columns, query.Catalog(), query.Table());
+  const std::vector<Text> names = ColumnNames(query, cn);
   platform::ColumnList& columns = query.Columns();
   if (columns.Count() == 0) {
-    ForEachName(rs, "COLUMN_NAME", [&](const Text& sName) { columns.Add(sName); });
+    for (const Text& sName : names) columns.Add(sName);
     return;
   }
-  std::unordered_set<Text> serverNames;
-  ForEachName(rs, "COLUMN_NAME", [&](const Text& sName) { serverNames.insert(sName); });
+  const std::unordered_set<Text> serverNames(names.begin(), names.end());
   // The index goes on after a removal too, and up to the count of before: a saved query whose
   // columns the server no longer has is reported to the administrator instead of mended silently.
   const Long lCount = columns.Count();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include "platform/ado/connection.h"
 #include "platform/grids/table_query.h"
@@ -18,6 +19,10 @@ void ForEachCatalog(const platform::ConnectionPtr& cn, const UseName& use);
 /// Hands over the catalog's tables, each as soon as it is read.
 void ForEachTable(const platform::ConnectionPtr& cn, const platform::Text& sCatalog,
                   const UseName& use);
+
+/// The server's columns of the query's table, in the server's order.
+std::vector<platform::Text> ColumnNames(platform::TableQuery& query,
+                                        const platform::ConnectionPtr& cn);
 
 /// Brings the query's column list in line with the server. An empty list takes every column in
 /// the server's order. Another one only loses names that the server does not have, walking up to

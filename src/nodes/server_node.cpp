@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "access/catalog_statements.h"
 #include "access/connecting.h"
 #include "access/extended_options.h"
 #include "nodes/catalog_nodes_collection.h"
@@ -101,6 +102,16 @@ void ServerNode::ConnectEx() {
 void ServerNode::Connect() {
   Connection(access::OpenWithPrompt(
       *m_objects, access::FormConnectString(m_sProvider, m_sServer, m_sExOptions), m_sUser));
+}
+
+void ServerNode::AddCatalog(platform::UserInterface& ui, const Text& sName, const Text& sPath,
+                            platform::Long lSize, Text& sCatalog) {
+  sCatalog.clear();
+  sCatalog = access::CreateCatalog(*m_objects, ui, m_connection, sName, sPath, lSize);
+}
+
+void ServerNode::RemoveCatalog(const Text& sName) {
+  access::DropCatalog(*m_objects, m_connection, sName);
 }
 
 void ServerNode::Disconnect() {

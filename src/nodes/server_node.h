@@ -59,6 +59,14 @@ class ServerNode : public platform::Object,
   /// Drops the cached rows of all tables; those of the named queries stay.
   void ReleaseCachedRecordsets();
 
+  /// Creates a catalog on the server (a size in kilobytes, none below 1) and gives the identifier
+  /// by which it is to be known in the tree; empty when the server did not tell its identity.
+  /// Fails with 91 when not connected. A failed creation leaves the hourglass.
+  void AddCatalog(platform::UserInterface& ui, const platform::Text& sName,
+                  const platform::Text& sPath, platform::Long lSize, platform::Text& sCatalog);
+  /// Drops the catalog on the server; the tree stays as it is.
+  void RemoveCatalog(const platform::Text& sName);
+
   /// The saved options are the stored ones and, behind them, those of an open connection.
   void WriteProperties(platform::PropertyBag& pb, const platform::Text& sPrefix) const;
   void ReadProperties(const platform::PropertyBag& pb, const platform::Text& sPrefix);

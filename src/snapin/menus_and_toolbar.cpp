@@ -42,11 +42,6 @@ const std::vector<ButtonDescription>& QueryButtons() {
 
 }  // namespace
 
-void SnapIn::Views_AddTopMenuItems(platform::View&, const platform::Selection&,
-                                   platform::ContextMenu&, Boolean) {}
-
-void SnapIn::Menu_Click(const Text&, Long, const platform::Selection&) {}
-
 void SnapIn::Views_UpdateControlbar(platform::View&, const platform::Selection&, Boolean bSelected,
                                     platform::ControlBar& controlBar) {
   auto wanted = ToolbarKind::None;

@@ -14,13 +14,19 @@ using platform::Text;
 void SnapIn::PopulateCatalogs(ScopeItem& item) {
   const auto server = TagAs<nodes::ServerNode>(item);
   access::ForEachCatalog(server->Connection(), [&](const Text& sCatalog) {
-    const auto child = AddScopeItem(node_type::kCatalog, item.Key() + "." + sCatalog, item, true);
-    child->DisplayName(sCatalog);
-    SetNameColumn(*child);
+    const auto child = AddCatalogScopeItem(item, sCatalog);
     auto catalog = server->CatalogNodes()->Item(sCatalog);
     if (!catalog) catalog = server->CatalogNodes()->Add(sCatalog);
     child->Tag(catalog);
   });
+}
+
+platform::ScopeItemPtr SnapIn::AddCatalogScopeItem(ScopeItem& catalogsItem, const Text& sCatalog) {
+  auto item =
+      AddScopeItem(node_type::kCatalog, catalogsItem.Key() + "." + sCatalog, catalogsItem, true);
+  item->DisplayName(sCatalog);
+  SetNameColumn(*item);
+  return item;
 }
 
 void SnapIn::PopulateTables(ScopeItem& item) {

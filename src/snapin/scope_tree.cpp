@@ -57,11 +57,16 @@ void SnapIn::SetNameColumn(ScopeItem& item) {
 
 void SnapIn::ExpandServers(ScopeItem& item) {
   for (const auto& server : Root().ServerNodes()->NewEnum()) {
-    const auto child = AddScopeItem(node_type::kServer, server->Server(), item, true);
-    child->DisplayName(server->Server());
-    SetNameColumn(*child);
-    child->Tag(server);
+    AddServerScopeItem(item, server);
   }
+}
+
+ScopeItemPtr SnapIn::AddServerScopeItem(ScopeItem& rootItem, const nodes::ServerNodePtr& server) {
+  auto item = AddScopeItem(node_type::kServer, server->Server(), rootItem, true);
+  item->DisplayName(server->Server());
+  SetNameColumn(*item);
+  item->Tag(server);
+  return item;
 }
 
 void SnapIn::ExpandServer(ScopeItem& item) {

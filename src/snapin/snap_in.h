@@ -18,6 +18,7 @@
 namespace orvane::nodes {
 class CatalogNode;
 class QueryNode;
+class QueryNodesCollection;
 class TableNode;
 }  // namespace orvane::nodes
 
@@ -58,16 +59,18 @@ class SnapIn : private nodes::Counted,
   void ResultViews_Activate(platform::ResultView& view) override;
   void ResultViews_Deactivate(platform::ResultView& view) override;
 
-  // ---- menus_and_toolbar.cpp
+  // ---- menus.cpp
   void Views_AddTopMenuItems(platform::View& view, const platform::Selection& selection,
                              platform::ContextMenu& menu, Boolean bInsertionAllowed) override;
+  void Menu_Click(const Text& sMenuItem, Long lIndex,
+                  const platform::Selection& selection) override;
+
+  // ---- menus_and_toolbar.cpp
   void Views_UpdateControlbar(platform::View& view, const platform::Selection& selection,
                               Boolean bSelected, platform::ControlBar& controlBar) override;
   void Views_Select(platform::View& view, const platform::Selection& selection, Boolean bSelected,
                     platform::ConsoleVerbs& verbs) override;
   void Views_Refresh(platform::View& view) override;
-  void Menu_Click(const Text& sMenuItem, Long lIndex,
-                  const platform::Selection& selection) override;
 
   // ---- grid_events.cpp
   void Toolbar_ButtonClick(platform::ToolbarButton& button) override;
@@ -93,6 +96,8 @@ class SnapIn : private nodes::Counted,
                                       platform::ScopeItem& parent, Boolean bHasChildren);
   void SetNameColumn(platform::ScopeItem& item);
   void ExpandServers(platform::ScopeItem& item);
+  platform::ScopeItemPtr AddServerScopeItem(platform::ScopeItem& rootItem,
+                                            const nodes::ServerNodePtr& server);
   void ExpandServer(platform::ScopeItem& item);
   void AddTableScopeItem(platform::ScopeItem& catalogItem, nodes::CatalogNode& catalog,
                          const platform::ConnectionPtr& cn, const Text& sTable);
@@ -103,6 +108,8 @@ class SnapIn : private nodes::Counted,
 
   // ---- schema_browsing.cpp
   void PopulateCatalogs(platform::ScopeItem& item);
+  platform::ScopeItemPtr AddCatalogScopeItem(platform::ScopeItem& catalogsItem,
+                                             const Text& sCatalog);
   void PopulateTables(platform::ScopeItem& item);
   void ShowTableStructure(platform::ResultView& view, const nodes::TableNode& table);
 
@@ -115,6 +122,33 @@ class SnapIn : private nodes::Counted,
 
   // ---- menus_and_toolbar.cpp
   void AddButtons(ToolbarKind kind);
+
+  // ---- server_commands.cpp
+  void m_mnuOptions_Click(const platform::ScopeItemPtr& item);
+  void m_mnuServersConnect_Click(const platform::ScopeItemPtr& rootItem);
+  void m_mnuConnect_Click(const platform::ScopeItemPtr& item);
+  void m_mnuDisconnect_Click(const platform::ScopeItemPtr& item);
+  void m_mnuRemoveServer_Click(const platform::ScopeItemPtr& item);
+  /// Copies the root's options into every known table and drops all cached rows.
+  void ApplyOptions();
+  /// Asks with Yes and No, Yes being the default.
+  Boolean Confirmed(const Text& sQuestion, const Text& sTitle);
+  /// Whether the result pane shows this item's view.
+  Boolean IsShown(const platform::ScopeItem& item) const;
+
+  // ---- catalog_commands.cpp
+  void m_mnuAddCatalog_Click(const platform::ScopeItemPtr& catalogsItem);
+  void m_mnuCatalogRemove_Click(const platform::ScopeItemPtr& item);
+  void m_mnuQuery_Click(const platform::ScopeItemPtr& item);
+
+  // ---- query_commands.cpp
+  void m_mnuNewQuery_Click(const platform::ScopeItemPtr& queriesItem);
+  void m_mnuEdit_Click(const platform::ScopeItemPtr& item);
+  /// Files the query under another name at the place it has.
+  static void RenameQuery(nodes::QueryNodesCollection& queries,
+                          const std::shared_ptr<nodes::QueryNode>& query, const Text& sName,
+                          const Text& sSqlText);
+  void m_mnuRemove_Click(const platform::ScopeItemPtr& item);
 
   // ---- grid_events.cpp
   void TableButtonStates();

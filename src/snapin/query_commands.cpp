@@ -1,0 +1,112 @@
+// The commands of the queries folder and of a named query.
+#include "dialogs/query_dlg.h"
+#include "nodes/query_nodes_collection.h"
+#include "snapin/node_types.h"
+#include "snapin/snap_in.h"
+#include "snapin/tags.h"
+
+namespace orvane::snapin {
+
+using platform::Boolean;
+using platform::Long;
+using platform::ScopeItem;
+using platform::ScopeItemPtr;
+using platform::Text;
+
+namespace {
+
+constexpr const char* kNameTaken = "Query with the specified name already exists.";
+
+/// Shows the dialog once more; false when the administrator gave up.
+Boolean Ask(dialogs::QueryDlg& dialog) {
+  dialog.Accepted(false);
+  dialog.ShowModal();
+  return dialog.Accepted();
+}
+
+/// Key of the folder that holds the query's item.
+Text FolderKey(const ScopeItem& item, const Text& sQueryName) {
+  const Text sKey = item.Key();
+  return sKey.substr(0, sKey.size() - sQueryName.size() - 1);
+}
+
+}  // namespace
+
+void SnapIn::m_mnuNewQuery_Click(const ScopeItemPtr& queriesItem) {
+  const auto server = TagAs<nodes::ServerNode>(*queriesItem);
+  dialogs::QueryDlg dialog(m_services);
+  nodes::QueryNodePtr query;
+  while (!query) {
+    if (!Ask(dialog)) return;
+    // Whatever keeps the list from taking the query counts as a name that is taken.
+    Suppressed([&] {
+      query = server->QueryNodes()->Add(dialog.Name().Text(), dialog.SqlStatement().Text());
+    });
+    if (!query) ShowError(*m_services.ui, kNameTaken);
+  }
+  if (queriesItem->ScopeNode()->ExpandedOnce()) AddQueryScopeItem(*queriesItem, query);
+  queriesItem->ScopeNode()->HasChildren(true);
+}
+
+void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
+  const auto query = TagAs<nodes::QueryNode>(*item);
+  const auto queries = InTree(query->ParentServerNode())->QueryNodes();
+  const Text sOldName = query->QueryName();
+  dialogs::QueryDlg dialog(m_services);
+  dialog.Name().Text(sOldName);
+  dialog.SqlStatement().Text(query->Query());
+  Text sNewName;
+  for (;;) {
+    if (!Ask(dialog)) return;
+    sNewName = dialog.Name().Text();
+    if (sNewName == sOldName || queries->Find(sNewName) == -1) break;
+    ShowError(*m_services.ui, kNameTaken);
+  }
+  if (sNewName != sOldName) {
+    RenameQuery(*queries, query, sNewName, dialog.SqlStatement().Text());
+    item->Key(FolderKey(*item, sOldName) + "." + sNewName);
+    item->NodeId(item->Key());
+    item->DisplayName(sNewName);
+  } else {
+    query->Query(dialog.SqlStatement().Text());
+  }
+  query->Recordset(nullptr);
+  item->ListSubItems().Add(1, "Name", query->QueryName());
+  item->ListSubItems().Add(2, "Query", query->Query());
+  if (!m_qrResults || !IsShown(*item)) return;
+  if (m_qrResults->QueryName() != query->QueryName()) m_qrResults->QueryName(query->QueryName());
+  // The rows shown are those of the old text, and would be kept for the query when it is left.
+  m_qrResults->SqlText(query->Query());
+  m_qrResults->Execute();
+}
+
+void SnapIn::RenameQuery(nodes::QueryNodesCollection& queries, const nodes::QueryNodePtr& query,
+                         const Text& sName, const Text& sSqlText) {
+  const Text sOldName = query->QueryName();
+  const Long lPosition = queries.Find(sOldName);
+  queries.Remove(sOldName);
+  query->QueryName(sName);
+  query->Query(sSqlText);
+  // A name that differs from another query's in case alone passed the exact search, but is refused
+  // here: the query then stays out of the list, under its new name, while its item remains.
+  queries.Insert(query, lPosition);
+}
+
+void SnapIn::m_mnuRemove_Click(const ScopeItemPtr& item) {
+  const auto query = TagAs<nodes::QueryNode>(*item);
+  const Text sName = query->QueryName();
+  if (!Confirmed("Are you sure you want to remove the \"" + sName + "\" query?",
+                 "Confirm Query Removal")) {
+    return;
+  }
+  const auto queries = InTree(query->ParentServerNode())->QueryNodes();
+  const Text sFolderKey = FolderKey(*item, sName);
+  queries->Remove(sName);
+  m_services.console->ScopeItems().Remove(item->Key());
+  if (queries->Count() > 0) return;
+  if (const auto folder = m_services.console->ScopeItems().Item(sFolderKey)) {
+    folder->ScopeNode()->HasChildren(false);
+  }
+}
+
+}  // namespace orvane::snapin
