@@ -50,13 +50,19 @@ void FakeDriver::Start() {
   services.objects = objects;
   services.ui = ui;
   services.fileVersion = fileVersion;
+  services.forms = forms;
   snapIn = std::dynamic_pointer_cast<platform::SnapIn>(SnapInFactory().CreateInstance(services));
   m_description = snapIn->Description();
   for (const auto& type : m_description.nodeTypes) {
     console->ScopeItems().typeNames[type.sName] = type.sDisplayName;
   }
   console->ScopeItems().onExpand = [this](const FakeScopeItemPtr& item) { Expand(item->Key()); };
+  console->staticItem->node->onExpand = [this] { Expand(scenarios::kStaticNode); };
   snapIn->SnapIn_Initialize();
+}
+
+void FakeDriver::Click(const Text& sMenuItem, const Text& sKey) {
+  snapIn->Menu_Click(sMenuItem, 0, fakes::FakeSelection(Item(sKey)));
 }
 
 void FakeDriver::Open(platform::PropertyBag* pb) {

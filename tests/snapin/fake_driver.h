@@ -8,6 +8,7 @@
 #include "platform/console/snap_in.h"
 #include "snapin/class_factory.h"
 #include "tests/fakes/console.h"
+#include "tests/fakes/fake_forms.h"
 #include "tests/fakes/file_version.h"
 #include "tests/fakes/grids.h"
 #include "tests/fakes/historian.h"
@@ -68,6 +69,10 @@ class FakeDriver : public scenarios::Driver {
   std::shared_ptr<fakes::FakeFileVersion> fileVersion = std::make_shared<fakes::FakeFileVersion>();
   std::shared_ptr<fakes::FakeConsole> console;
   std::shared_ptr<platform::SnapIn> snapIn;
+  /// Picks the menu item with the scope item of the key as the single selection.
+  void Click(const Text& sMenuItem, const Text& sKey);
+
+  std::shared_ptr<fakes::FakeForms> forms = std::make_shared<fakes::FakeForms>();
   fakes::FakeControlBar controlBar;
   fakes::FakeVerbs verbs;
   /// What the next control views get in place of their grid, when it is set.

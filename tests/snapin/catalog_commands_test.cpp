@@ -1,0 +1,151 @@
+#include "tests/snapin/snap_in_fixture.h"
+
+namespace orvane::snapin {
+namespace {
+
+using platform::MsgBoxResult;
+
+class catalog_commands : public SnapInTest {
+ protected:
+  catalog_commands() {
+    driver.historian->onExecute = [this](const Text& sText) -> platform::RecordsetPtr {
+      statements.push_back(sText);
+      if (sText == sFailing) throw platform::Failure(3805, "The server refused.");
+      std::vector<fakes::FakeRecordset::Row> rows;
+      if (sText.starts_with("SELECT Identity")) rows.push_back({"{GUID}"});
+      return std::make_shared<fakes::FakeRecordset>(std::vector<fakes::FakeColumn>{{"Identity"}},
+                                                    rows);
+    };
+  }
+  void Add(const Text& sName, const Text& sPath, const Text& sSize) {
+    driver.forms->WhenShown("AddCatalogDlg", [=](fakes::FakeForm& form) {
+      form.TextBox("m_txtName").Text(sName);
+      form.TextBox("m_txtPath").Text(sPath);
+      form.TextBox("m_txtSize").Text(sSize);
+      form.Button("m_btnOk").Click();
+    });
+    driver.Click("m_mnuAddCatalog", "S1.Catalogs");
+  }
+
+  std::vector<Text> statements;
+  Text sFailing;
+};
+
+TEST_F(catalog_commands, an_added_catalog_appears_under_an_expanded_folder) {
+  const auto server = ExpandAll();
+  Add("New", "/data", "");
+  ExpectNoBoxes();
+  EXPECT_EQ(statements, std::vector<Text>{"CREATE DATABASE \"New\" ON (PATH='/data')"});
+  const auto node = server->CatalogNodes()->Item("New");
+  ASSERT_NE(node, nullptr);
+  const auto item = driver.Item("S1.Catalogs.New");
+  ASSERT_NE(item, nullptr);
+  EXPECT_EQ(item->NodeTypeName(), "Catalog");
+  EXPECT_EQ(item->DisplayName(), "New");
+  EXPECT_EQ(item->NodeId(), "S1.Catalogs.New");
+  EXPECT_EQ(item->ListSubItems().Texts(), std::vector<Text>{"New"});
+  EXPECT_EQ(item->Tag(), node);
+  EXPECT_TRUE(item->node->bHasChildren);
+  EXPECT_EQ(driver.ui->MousePointer(), platform::kMousePointerDefault);
+  EXPECT_EQ(driver.ui->pointers.front(), platform::kMousePointerHourglass);
+}
+
+TEST_F(catalog_commands, under_a_folder_never_expanded_only_the_node_is_added) {
+  const auto server = AddServer("S1");
+  driver.Expand("");
+  driver.Expand("S1");
+  Add("New", "", "");
+  EXPECT_NE(server->CatalogNodes()->Item("New"), nullptr);
+  EXPECT_FALSE(driver.HasItem("S1.Catalogs.New"));
+}
+
+TEST_F(catalog_commands, empty_boxes_are_an_empty_path_and_size_0) {
+  ExpandAll();
+  Add("New", "", "");
+  EXPECT_EQ(statements, std::vector<Text>{"CREATE DATABASE \"New\" "});
+}
+
+TEST_F(catalog_commands, a_size_is_passed_in_kilobytes) {
+  ExpandAll();
+  Add("New", "", "512");
+  EXPECT_EQ(statements, std::vector<Text>{"CREATE DATABASE \"New\" ON (SIZE=512)"});
+}
+
+TEST_F(catalog_commands, a_size_that_is_no_number_fails_before_anything_is_sent) {
+  const auto server = ExpandAll();
+  Add("New", "", "big");
+  EXPECT_EQ(ErrorBox(), "\"big\" is not a number; enter digits only.");
+  EXPECT_TRUE(statements.empty());
+  EXPECT_TRUE(driver.ui->pointers.empty());
+  EXPECT_EQ(server->CatalogNodes()->Item("New"), nullptr);
+}
+
+TEST_F(catalog_commands, cancelling_adds_nothing) {
+  const auto server = ExpandAll();
+  driver.forms->WhenShown("AddCatalogDlg", [](fakes::FakeForm& form) {
+    form.TextBox("m_txtName").Text("New");
+    form.Button("m_btnCancel").Click();
+  });
+  driver.Click("m_mnuAddCatalog", "S1.Catalogs");
+  EXPECT_TRUE(statements.empty());
+  EXPECT_EQ(server->CatalogNodes()->Item("New"), nullptr);
+}
+
+TEST_F(catalog_commands, a_failed_creation_leaves_the_hourglass_until_something_resets_it) {
+  const auto server = ExpandAll();
+  sFailing = "CREATE DATABASE \"New\" ";
+  Add("New", "", "");
+  EXPECT_EQ(ErrorBox(), "The server refused.");
+  EXPECT_EQ(driver.ui->MousePointer(), platform::kMousePointerHourglass);
+  EXPECT_EQ(server->CatalogNodes()->Item("New"), nullptr);
+}
+
+TEST_F(catalog_commands, a_catalog_known_by_guid_is_filed_under_its_identity) {
+  const auto server = ExpandAll();
+  driver.historian->options[5].second = true;
+  Add("New", "", "");
+  EXPECT_NE(server->CatalogNodes()->Item("{GUID}"), nullptr);
+  EXPECT_TRUE(driver.HasItem("S1.Catalogs.{GUID}"));
+}
+
+TEST_F(catalog_commands, a_created_catalog_stays_when_a_later_step_fails) {
+  ExpandAll();
+  Add("PLANT", "", "");
+  EXPECT_EQ(ErrorBox(), "The key \"PLANT\" is already in the collection; choose another name.");
+  EXPECT_EQ(statements, std::vector<Text>{"CREATE DATABASE \"PLANT\" "});
+}
+
+TEST_F(catalog_commands, removing_asks_first) {
+  const auto server = ExpandAll();
+  driver.ui->answer = MsgBoxResult::No;
+  driver.Click("m_mnuCatalogRemove", "S1.Catalogs.Plant");
+  ASSERT_EQ(driver.ui->boxes.size(), 1U);
+  EXPECT_EQ(driver.ui->boxes[0].sText, "Are you sure you want to remove the \"Plant\" catalog?");
+  EXPECT_EQ(driver.ui->boxes[0].sTitle, "Confirm Catalog Removal");
+  EXPECT_EQ(driver.ui->boxes[0].buttons, platform::MsgBoxButtons::YesNo);
+  EXPECT_EQ(driver.ui->icons[0], platform::MsgBoxIcon::None);
+  EXPECT_TRUE(statements.empty());
+  EXPECT_NE(server->CatalogNodes()->Item("Plant"), nullptr);
+}
+
+TEST_F(catalog_commands, a_removed_catalog_goes_from_the_server_and_both_trees) {
+  const auto server = ExpandAll();
+  driver.Click("m_mnuCatalogRemove", "S1.Catalogs.Plant");
+  EXPECT_EQ(statements, std::vector<Text>{"DROP DATABASE \"Plant\""});
+  EXPECT_EQ(server->CatalogNodes()->Item("Plant"), nullptr);
+  EXPECT_FALSE(driver.HasItem("S1.Catalogs.Plant"));
+  EXPECT_FALSE(driver.HasItem("S1.Catalogs.Plant.Pumps"));
+}
+
+TEST_F(catalog_commands, a_removal_that_fails_on_the_server_leaves_node_and_item) {
+  const auto server = ExpandAll();
+  sFailing = "DROP DATABASE \"Plant\"";
+  driver.Click("m_mnuCatalogRemove", "S1.Catalogs.Plant");
+  EXPECT_EQ(driver.ui->boxes.back().sText, "The server refused.");
+  EXPECT_EQ(driver.ui->boxes.back().sTitle, "Error");
+  EXPECT_NE(server->CatalogNodes()->Item("Plant"), nullptr);
+  EXPECT_TRUE(driver.HasItem("S1.Catalogs.Plant"));
+}
+
+}  // namespace
+}  // namespace orvane::snapin
