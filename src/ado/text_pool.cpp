@@ -13,8 +13,25 @@ constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;
 // From so many distinct texts on, the texts must repeat at least once each on average.
 constexpr std::size_t kTrial = 4096;
 
+// Tags and states are short texts: those of up to 16 bytes are read in two words, which overlap.
 std::uint32_t HashOf(std::string_view sText) {
-  const std::size_t hash = std::hash<std::string_view>{}(sText);
+  const char* first = sText.data();
+  const char* last = sText.data() + sText.size();
+  std::uint64_t head = 0;
+  std::uint64_t tail = 0;
+  if (sText.size() > 16) {
+    head = std::hash<std::string_view>{}(sText);
+  } else if (sText.size() >= 8) {
+    head = detail::Load<std::uint64_t>(first);
+    tail = detail::Load<std::uint64_t>(last - 8);
+  } else if (sText.size() >= 4) {
+    head = detail::Load<std::uint32_t>(first);
+    tail = detail::Load<std::uint32_t>(last - 4);
+  } else {
+    for (const char character : sText) head = head << 8 | static_cast<unsigned char>(character);
+  }
+  std::uint64_t hash = (head ^ sText.size()) * 0x9E3779B97F4A7C15U;
+  hash = (hash ^ (hash >> 32) ^ tail) * 0xC2B2AE3D27D4EB4FU;
   return static_cast<std::uint32_t>(hash ^ (hash >> 32));
 }
 
@@ -27,8 +44,8 @@ TextPool::Code TextPool::Find(std::string_view sText) {
     Seal();
     return Store(sText);
   }
-  // At most three slots in four are taken, so every search ends.
-  if ((m_entries.size() + 1) * 4 > m_index.size() * 3) GrowIndex();
+  // At most every second slot is taken, so that a search is short, and ends.
+  if ((m_entries.size() + 1) * 2 > m_index.size()) GrowIndex();
   const std::uint32_t hash = HashOf(sText);
   const std::size_t mask = m_index.size() - 1;
   for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
@@ -38,7 +55,9 @@ TextPool::Code TextPool::Find(std::string_view sText) {
       slot = {hash, code + 1};
       return code;
     }
-    if (slot.hash == hash && m_entries[slot.codePlusOne - 1] == sText) return slot.codePlusOne - 1;
+    if (slot.hash == hash && detail::Same(m_entries[slot.codePlusOne - 1], sText)) {
+      return slot.codePlusOne - 1;
+    }
   }
 }
 
@@ -59,7 +78,7 @@ TextPool::Code TextPool::Store(std::string_view sText) {
 
 void TextPool::GrowIndex() {
   const std::vector<Slot> old =
-      std::exchange(m_index, std::vector<Slot>(std::max<std::size_t>(16, m_index.size() * 2)));
+      std::exchange(m_index, std::vector<Slot>(std::max<std::size_t>(64, m_index.size() * 2)));
   const std::size_t mask = m_index.size() - 1;
   for (const Slot& slot : old) {
     if (slot.codePlusOne == 0) continue;

@@ -5,11 +5,33 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
 
 namespace orvane::ado {
+
+namespace detail {
+
+template <class Word>
+std::uint64_t Load(const char* bytes) {
+  Word word;
+  std::memcpy(&word, bytes, sizeof word);
+  return word;
+}
+
+// Texts of 8 to 16 bytes, as tags are, compare in two words without a call.
+inline bool Same(std::string_view sOne, std::string_view sOther) {
+  const std::size_t size = sOne.size();
+  if (size != sOther.size()) return false;
+  if (size < 8 || size > 16) return sOne == sOther;
+  const std::size_t last = size - 8;
+  return Load<std::uint64_t>(sOne.data()) == Load<std::uint64_t>(sOther.data()) &&
+         Load<std::uint64_t>(sOne.data() + last) == Load<std::uint64_t>(sOther.data() + last);
+}
+
+}  // namespace detail
 
 class TextPool {
  public:
@@ -17,7 +39,7 @@ class TextPool {
 
   /// The number of the text, which is copied when it is new.
   Code Intern(std::string_view sText) {
-    if (m_last < m_entries.size() && m_entries[m_last] == sText) return m_last;
+    if (m_last < m_entries.size() && detail::Same(m_entries[m_last], sText)) return m_last;
     return m_last = Find(sText);
   }
   /// Lives as long as the pool.

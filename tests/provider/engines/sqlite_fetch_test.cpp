@@ -152,6 +152,26 @@ TEST_F(SqliteFetchTest, texts_of_every_script_and_zero_bytes_come_back_whole) {
   }
 }
 
+TEST_F(SqliteFetchTest, texts_of_a_database_in_another_encoding_come_out_in_utf8) {
+  const auto session = OpenOn("PRAGMA encoding = 'UTF-16'; CREATE TABLE t(n INTEGER, a TEXT)");
+  const std::vector<Text> texts = {"", "Ωμέγα 温度 🌡", "plain"};
+  for (const Text& sText : texts) Run(*session, "INSERT INTO t(a) VALUES (?)", {sText});
+  const auto rs = Run(*session, "SELECT a FROM t ORDER BY rowid").recordset;
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    EXPECT_TRUE(rs->ValueAt(static_cast<platform::RowIndex>(i), 0) == Value(texts[i])) << i;
+  }
+}
+
+TEST_F(SqliteFetchTest, a_text_that_stays_the_same_in_every_row_stays_a_text) {
+  const auto session = OpenOn("CREATE TABLE t(n); INSERT INTO t VALUES (1), (2), (3)");
+  const auto rs = Run(*session, "SELECT 'same', n, typeof('same'), 'same' || n FROM t").recordset;
+  for (platform::RowIndex row = 0; row < 3; ++row) {
+    EXPECT_TRUE(rs->ValueAt(row, 0) == Value("same"));
+    EXPECT_TRUE(rs->ValueAt(row, 2) == Value("text"));
+    EXPECT_TRUE(rs->ValueAt(row, 3) == Value("same" + std::to_string(row + 1)));
+  }
+}
+
 TEST_F(SqliteFetchTest, an_empty_blob_is_not_null) {
   const auto session = OpenOn("CREATE TABLE t(a BLOB)");
   Run(*session, "INSERT INTO t VALUES (?)", {platform::Bytes{}});

@@ -1,4 +1,5 @@
 // What SQLite's error codes mean to the rest of the system: a number, and a sentence.
+// Used by the engine wherever SQLite refuses something. Pure functions, on any thread.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,5 @@
 // Database files: whether one can be opened at all, and the name by which SQLite opens it.
+// Used by the engine before it opens or attaches a file; on any thread.
 #pragma once
 
 #include "provider/engines/engine.h"

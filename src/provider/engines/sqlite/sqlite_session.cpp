@@ -122,7 +122,15 @@ class SqliteSession::Attachments {
 
 SqliteSession::SqliteSession(SqliteHandle database, Catalog main,
                              std::chrono::milliseconds lockWait)
-    : m_database(std::move(database)), m_main(std::move(main)), m_lockWait(lockWait) {}
+    : m_database(std::move(database)), m_main(std::move(main)), m_lockWait(lockWait) {
+  // All catalogs of a session keep their texts in the encoding of its own database.
+  const Text sSubject = engines::SubjectOf(m_main);
+  const Text sSql = "PRAGMA encoding";
+  SqliteStatement statement(m_database.get(), sSql, sSubject);
+  ado::RecordsetBuilder builder({{"encoding"}});
+  statement.Fetch(builder, 0, false);
+  m_bUtf8 = builder.Finish()->ValueAt(0, 0) == Value("UTF-8");
+}
 
 EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_token stop) {
   RequireOpen();
@@ -147,7 +155,7 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
   ado::RecordsetBuilder builder(prepared.Columns());
   bool bTruncated = false;
   if (prepared.HasRows()) {
-    bTruncated = prepared.Fetch(builder, statement.maxRows);
+    bTruncated = prepared.Fetch(builder, statement.maxRows, m_bUtf8);
   } else {
     prepared.Run();
   }
@@ -198,7 +206,7 @@ std::vector<TableSchema> SqliteSession::ReadSchema(const Text& sQualifier, const
     if (sTable) vtParameters.emplace_back(*sTable);
     statement.Bind(vtParameters);
     ado::RecordsetBuilder builder(statement.Columns());
-    statement.Fetch(builder, 0);
+    statement.Fetch(builder, 0, m_bUtf8);
     return builder.Finish();
   };
 

@@ -43,6 +43,7 @@ class SqliteSession final : public EngineSession {
   SqliteHandle m_database;
   Catalog m_main;
   std::chrono::milliseconds m_lockWait;
+  bool m_bUtf8 = false;
   std::set<platform::Text> m_attached;  // names folded
 };
 

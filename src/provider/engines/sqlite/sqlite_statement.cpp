@@ -59,9 +59,11 @@ int BindValue(sqlite3_stmt* statement, int nPlace, const Value& vtValue) {
       vtValue.Content());
 }
 
-std::string_view TextAt(sqlite3_stmt* statement, int nColumn) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, nColumn));
-  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, nColumn));
+std::string_view TextOf(sqlite3_value* value, bool bUtf8) {
+  // Of a UTF-8 database the bytes are the text; asking for text would copy it to end it with zero.
+  const auto* text = static_cast<const char*>(
+      bUtf8 ? sqlite3_value_blob(value) : static_cast<const void*>(sqlite3_value_text(value)));
+  const auto size = static_cast<std::size_t>(sqlite3_value_bytes(value));
   return text == nullptr ? std::string_view() : std::string_view(text, size);
 }
 
@@ -101,20 +103,22 @@ void AppendText(ado::Column& column, DataType type, std::string_view sText) {
   }
 }
 
-inline void AppendCell(ado::Column& column, DataType type, sqlite3_stmt* statement, int nColumn) {
-  switch (sqlite3_column_type(statement, nColumn)) {
+// One look-up of the cell instead of one for its type and one for its value. That the value may be
+// read without a lock is because sessions are opened without SQLite's own locks.
+inline void AppendCell(ado::Column& column, DataType type, sqlite3_value* value, bool bUtf8) {
+  switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
-      AppendInteger(column, type, sqlite3_column_int64(statement, nColumn));
+      AppendInteger(column, type, sqlite3_value_int64(value));
       return;
     case SQLITE_FLOAT:
-      column.AppendDouble(sqlite3_column_double(statement, nColumn));
+      column.AppendDouble(sqlite3_value_double(value));
       return;
     case SQLITE_TEXT:
-      AppendText(column, type, TextAt(statement, nColumn));
+      AppendText(column, type, TextOf(value, bUtf8));
       return;
     case SQLITE_BLOB: {
-      const auto* bytes = static_cast<const std::byte*>(sqlite3_column_blob(statement, nColumn));
-      const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, nColumn));
+      const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
+      const auto size = static_cast<std::size_t>(sqlite3_value_bytes(value));
       column.AppendBytes(std::span(bytes, bytes == nullptr ? 0 : size));
       return;
     }
@@ -210,7 +214,7 @@ std::vector<ado::ColumnDescription> SqliteStatement::Columns() const {
   return columns;
 }
 
-bool SqliteStatement::Fetch(ado::RecordsetBuilder& builder, RowIndex maxRows) {
+bool SqliteStatement::Fetch(ado::RecordsetBuilder& builder, RowIndex maxRows, bool bUtf8) {
   struct Target {
     ado::Column* column;
     DataType type;
@@ -233,7 +237,7 @@ bool SqliteStatement::Fetch(ado::RecordsetBuilder& builder, RowIndex maxRows) {
     }
     for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
       const Target& target = targets[static_cast<std::size_t>(nColumn)];
-      AppendCell(*target.column, target.type, statement, nColumn);
+      AppendCell(*target.column, target.type, sqlite3_column_value(statement, nColumn), bUtf8);
     }
     ++rows;
   }

@@ -27,8 +27,8 @@ class SqliteStatement {
   std::vector<ado::ColumnDescription> Columns() const;
 
   /// Appends the rows, at most as many as the limit when that is not 0; true when there was at
-  /// least one row more.
-  bool Fetch(ado::RecordsetBuilder& builder, platform::RowIndex maxRows);
+  /// least one row more. bUtf8 tells that the database keeps its texts in UTF-8.
+  bool Fetch(ado::RecordsetBuilder& builder, platform::RowIndex maxRows, bool bUtf8);
   /// Runs a statement without rows.
   void Run();
 

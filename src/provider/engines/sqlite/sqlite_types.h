@@ -1,4 +1,5 @@
 // What the declared type of a column means: SQLite itself lets any column hold anything.
+// Used for the rows of statements and for the schema. Pure functions, on any thread.
 #pragma once
 
 #include <string_view>
