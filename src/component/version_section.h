@@ -20,6 +20,6 @@ using ReadAt = std::function<bool(std::uint64_t nOffset, std::span<std::byte> bu
 std::optional<platform::FixedFileInfo> ReadVersionSection(const ReadAt& readAt);
 std::optional<platform::FixedFileInfo> ReadVersionSection(std::span<const std::byte> file);
 /// Nothing as well when the file cannot be read.
-std::optional<platform::FixedFileInfo> ReadVersionSection(const std::filesystem::path& file);
+std::optional<platform::FixedFileInfo> ReadVersionSection(const std::filesystem::path& path);
 
 }  // namespace orvane::component

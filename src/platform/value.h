@@ -64,6 +64,7 @@ class Value {
   using Storage = std::variant<Null, bool, std::int32_t, std::int64_t, double, Decimal, Text,
                                Timestamp, Date, TimeOfDay, Bytes, Guid, ObjectPtr>;
 
+  // NOLINTBEGIN(google-explicit-constructor): a value is made from whatever it can hold.
   Value() = default;
   Value(Null) {}
   Value(bool bValue) : m_storage(bValue) {}
@@ -80,6 +81,7 @@ class Value {
   Value(Guid guid) : m_storage(guid) {}
   template <class T>
   Value(std::shared_ptr<T> object) : m_storage(ObjectPtr(std::move(object))) {}
+  // NOLINTEND(google-explicit-constructor)
 
   ValueKind Kind() const noexcept { return static_cast<ValueKind>(m_storage.index()); }
   bool IsNull() const noexcept { return Kind() == ValueKind::Null; }

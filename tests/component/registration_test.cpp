@@ -14,7 +14,6 @@ namespace {
 using platform::Failure;
 using platform::Text;
 using test::Fixture;
-using test::ReadText;
 using test::TemporaryFolder;
 using test::WriteText;
 using testing::ElementsAre;

@@ -69,8 +69,7 @@ TEST(TextTest, no_test_is_skipped) {
 }
 
 TEST(TextTest, a_test_is_named_by_a_sentence_of_behaviour) {
-  ExpectAbsent(Files({"tests"}, {".cpp"}),
-               std::regex("^TEST(_F|_P)?\\([A-Za-z0-9_]+, [^a-z0-9]"));
+  ExpectAbsent(Files({"tests"}, {".cpp"}), std::regex("^TEST(_F|_P)?\\([A-Za-z0-9_]+, [^a-z0-9]"));
 }
 
 TEST(TextTest, a_silenced_lint_names_its_check_and_its_reason) {
