@@ -14,8 +14,9 @@ endif()
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow=local -Wconversion -Wsign-conversion
-                    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused -Werror)
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
+                    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused -Werror
+                    $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>)
 # Optimized, this version of the compiler takes joined texts for overlapping copies: its mistake.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   add_compile_options($<$<CONFIG:Release>:-Wno-restrict>)
@@ -28,6 +29,11 @@ if(ORVANE_SANITIZE)
     # them keep it.
     add_compile_options(-Wno-maybe-uninitialized)
   endif()
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(ORVANE_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
 if(ORVANE_COVERAGE)
