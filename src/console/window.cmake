@@ -1,5 +1,9 @@
 # The window: scope pane, result pane, menus, toolbars.
 list(APPEND CONSOLE_SOURCES
+  app/appearance.cpp
+  app/host.cpp
+  app/tour.cpp
+  app/tour.h
   images/console_images.qrc
   results/hosted_result_view.cpp
   results/message_page.cpp

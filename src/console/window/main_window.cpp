@@ -255,7 +255,7 @@ bool MainWindow::NewDocument() {
 
 bool MainWindow::OpenDocument(const Text& sPath) {
   if (!MayDropWork()) return false;
-  const auto create = [this](const Text& sProgId) {
+  const auto create = m_parts.createStored ? m_parts.createStored : [this](const Text& sProgId) {
     return m_parts.create(sProgId, m_session->Services());
   };
   try {

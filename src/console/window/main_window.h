@@ -26,6 +26,8 @@ class UnsavedWork;
 /// What the program hands its window.
 struct WindowParts {
   ConsoleSession::Creator create;
+  /// Makes the objects that lie in a document; those of create when there is none.
+  DocumentBag::ObjectCreator createStored;
   platform::Services services;    ///< without the console
   MessageBoxes* boxes = nullptr;  ///< those behind services.ui, to be silenced; or null
   /// Texts that the connections opened so far add to what is saved.
@@ -51,6 +53,8 @@ class MainWindow final : public QMainWindow {
 
   console::Document& Document() noexcept { return *m_document; }
   ConsoleSession& Session() noexcept { return *m_session; }
+  /// Why the snap-in could not be loaded; empty when it was.
+  const platform::Text& SnapInFailure() const noexcept { return m_sSnapInFailure; }
   ScopePane& Scope() noexcept { return *m_scope; }
   ResultPane& Results() noexcept { return *m_results; }
   ToolbarView& SnapInToolbar() noexcept { return *m_toolbar; }

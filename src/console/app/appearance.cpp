@@ -1,0 +1,49 @@
+#include "console/app/appearance.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace orvane::console {
+
+namespace {
+
+QPalette LightPalette() {
+  QPalette palette(QColor(0xF3, 0xF5, 0xF7));
+  palette.setColor(QPalette::Window, QColor(0xF3, 0xF5, 0xF7));
+  palette.setColor(QPalette::WindowText, QColor(0x20, 0x28, 0x33));
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::AlternateBase, QColor(0xF7, 0xF9, 0xFB));
+  palette.setColor(QPalette::Text, QColor(0x20, 0x28, 0x33));
+  palette.setColor(QPalette::Button, QColor(0xEE, 0xF1, 0xF4));
+  palette.setColor(QPalette::ButtonText, QColor(0x20, 0x28, 0x33));
+  palette.setColor(QPalette::Mid, QColor(0xD0, 0xD6, 0xDD));
+  palette.setColor(QPalette::PlaceholderText, QColor(0x6B, 0x77, 0x86));
+  palette.setColor(QPalette::Highlight, QColor(0x2F, 0x6D, 0xB5));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(0xD3, 0xE2, 0xF2));
+  palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(0x20, 0x28, 0x33));
+  palette.setColor(QPalette::Link, QColor(0x2F, 0x6D, 0xB5));
+  palette.setColor(QPalette::ToolTipBase, QColor(0xFF, 0xFF, 0xFF));
+  palette.setColor(QPalette::ToolTipText, QColor(0x20, 0x28, 0x33));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, QColor(0x9A, 0xA4, 0xB0));
+  }
+  return palette;
+}
+
+}  // namespace
+
+void PrepareApplication(QApplication& application) {
+  QApplication::setApplicationName("orvane-console");
+  QApplication::setOrganizationName("orvane");
+  QApplication::setApplicationDisplayName("ORVANE Console");
+  QApplication::setApplicationVersion(ORVANE_VERSION);
+  QGuiApplication::setDesktopFileName("orvane-console");
+  const bool bDark = QApplication::palette().color(QPalette::Window).lightness() < 128;
+  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  // A desktop that is dark, or in high contrast, has chosen its colours for a reason.
+  if (!bDark) application.setPalette(LightPalette());
+}
+
+}  // namespace orvane::console

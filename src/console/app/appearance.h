@@ -1,0 +1,11 @@
+// How the program looks: one calm style with its colours, light or dark as the desktop is.
+#pragma once
+
+class QApplication;
+
+namespace orvane::console {
+
+/// Sets style, palette and names of the application.
+void PrepareApplication(QApplication& application);
+
+}  // namespace orvane::console

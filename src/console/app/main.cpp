@@ -1,0 +1,94 @@
+// The program orvane-console: reads its command line and opens the window.
+#include <CLI/CLI.hpp>
+#include <QApplication>
+#include <QSettings>
+#include <iostream>
+
+#include "console/app/appearance.h"
+#include "console/app/host.h"
+#include "console/app/tour.h"
+#include "platform/failure.h"
+
+namespace {
+
+struct Arguments {
+  std::string sDocument;
+  std::string sRegistry;
+  std::string sTour;
+};
+
+void Describe(CLI::App& line, Arguments& arguments) {
+  line.description("Manages ORVANE historian servers.");
+  line.add_option("DOCUMENT", arguments.sDocument, "The console document to open");
+  line.add_option("--registry", arguments.sRegistry,
+                  "A folder of registered components to look in first")
+      ->type_name("DIR");
+  line.add_option("--tour", arguments.sTour,
+                  "Do the main job, print what is seen and leave pictures in the folder")
+      ->type_name("DIR");
+  line.set_version_flag("--version", std::string("orvane-console ") + ORVANE_VERSION);
+}
+
+int RunTour(orvane::console::MainWindow& window, const Arguments& arguments) {
+  using orvane::console::Tour;
+  if (arguments.sDocument.empty()) {
+    std::cerr << "orvane-console: a tour needs a document to open.\n";
+    return 1;
+  }
+  try {
+    Tour(window, QDir(QString::fromStdString(arguments.sTour)), std::cout).Run(arguments.sDocument);
+    return 0;
+  } catch (const std::exception& e) {
+    std::cerr << "orvane-console: " << e.what() << '\n';
+    return 1;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Arguments arguments;
+  {
+    // Help and version need no window system.
+    CLI::App line("", "orvane-console");
+    Arguments unused;
+    Describe(line, unused);
+    line.allow_extras();
+    try {
+      line.parse(argc, argv);
+    } catch (const CLI::Success& e) {
+      return line.exit(e);
+    } catch (const CLI::ParseError&) {
+      // Told below, when the toolkit has taken its own options out.
+    }
+  }
+  QApplication application(argc, argv);
+  orvane::console::PrepareApplication(application);
+  CLI::App line("", "orvane-console");
+  Describe(line, arguments);
+  try {
+    line.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return line.exit(e);
+  }
+  try {
+    QSettings settings;
+    orvane::console::Host host(arguments.sRegistry.empty()
+                                   ? std::nullopt
+                                   : std::optional<std::filesystem::path>(arguments.sRegistry));
+    orvane::console::MainWindow window(host.Parts(&settings));
+    if (!arguments.sTour.empty()) {
+      window.show();
+      return RunTour(window, arguments);
+    }
+    // The document says where the window was and how large.
+    if (arguments.sDocument.empty() || !window.OpenDocument(arguments.sDocument)) {
+      if (!window.Session().IsOpen()) window.NewDocument();
+    }
+    window.show();
+    return QApplication::exec();
+  } catch (const std::exception& e) {
+    std::cerr << "orvane-console: " << e.what() << '\n';
+    return 1;
+  }
+}
