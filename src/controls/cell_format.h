@@ -1,0 +1,39 @@
+// How a cell's value appears in a grid and on the clipboard. What is shown is never read back.
+// Used by the row model on the user-interface thread.
+#pragma once
+
+#include <QString>
+#include <QTimeZone>
+
+#include "platform/ado/connection.h"
+
+namespace orvane::controls {
+
+/// The zone in which the connection's user wants times: its property "Time Zone" where that is
+/// "UTC" or the name of a zone; otherwise, also without a connection, that of this machine.
+QTimeZone ZoneOf(const platform::ConnectionPtr& cn);
+
+/// Name of a column's type as an administrator reads it.
+QString TypeName(platform::DataType type);
+
+/// Side on which values of a column of this type stand.
+Qt::Alignment AlignmentOf(platform::DataType type);
+
+class CellFormat {
+ public:
+  explicit CellFormat(QTimeZone zone = QTimeZone::systemTimeZone()) : m_zone(std::move(zone)) {}
+
+  const QTimeZone& Zone() const { return m_zone; }
+  /// One line: line breaks and other control characters appear as marks, long values are cut and
+  /// end in an ellipsis, null is the word NULL (its look tells it from a text of that word).
+  QString Shown(const platform::Value& vtValue) const;
+  /// The whole value; null is the empty text.
+  QString Whole(const platform::Value& vtValue) const;
+  /// Numbers right, Booleans in the middle, everything else left; null follows the column.
+  static Qt::Alignment Alignment(const platform::Value& vtValue, platform::DataType column);
+
+ private:
+  QTimeZone m_zone;
+};
+
+}  // namespace orvane::controls

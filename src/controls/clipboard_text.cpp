@@ -1,0 +1,72 @@
+#include "controls/clipboard_text.h"
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+namespace orvane::controls {
+
+namespace {
+
+QString Quoted(QString sText) {
+  const auto needsQuotes = [](QChar c) {
+    return c == u'\t' || c == u'\n' || c == u'\r' || c == u'"';
+  };
+  if (std::ranges::none_of(sText, needsQuotes)) return sText;
+  return u'"' + sText.replace(QLatin1String("\""), QLatin1String("\"\"")) + u'"';
+}
+
+/// Ranges of rows without overlap, in order.
+std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection) {
+  std::vector<std::pair<int, int>> spans;
+  for (const QItemSelectionRange& range : selection) {
+    spans.emplace_back(range.top(), range.bottom());
+  }
+  std::ranges::sort(spans);
+  std::vector<std::pair<int, int>> merged;
+  for (const auto& span : spans) {
+    if (!merged.empty() && span.first <= merged.back().second + 1) {
+      merged.back().second = std::max(merged.back().second, span.second);
+    } else {
+      merged.push_back(span);
+    }
+  }
+  return merged;
+}
+
+}  // namespace
+
+QString ClipboardText(const RowModel& model, const QItemSelection& selection, bool bNames) {
+  std::set<int> columns;
+  for (const QItemSelectionRange& range : selection) {
+    for (int n = range.left(); n <= range.right(); ++n) columns.insert(n);
+  }
+  QString sText;
+  if (bNames) {
+    QChar separator;
+    for (const int nColumn : columns) {
+      if (!separator.isNull()) sText += separator;
+      sText += Quoted(model.ColumnName(nColumn));
+      separator = u'\t';
+    }
+    sText += u'\n';
+  }
+  for (const auto& [nFirst, nLast] : RowSpans(selection)) {
+    for (int nRow = nFirst; nRow <= nLast; ++nRow) {
+      QChar separator;
+      for (const int nColumn : columns) {
+        if (!separator.isNull()) sText += separator;
+        separator = u'\t';
+        const bool bSelected = std::ranges::any_of(selection, [&](const auto& range) {
+          return nRow >= range.top() && nRow <= range.bottom() && nColumn >= range.left() &&
+                 nColumn <= range.right();
+        });
+        if (bSelected) sText += Quoted(model.Format().Whole(model.ValueAt(nRow, nColumn)));
+      }
+      sText += u'\n';
+    }
+  }
+  return sText;
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,15 @@
+// The selected cells of a grid as text for other programs: a line a row, tabs between the cells.
+#pragma once
+
+#include <QItemSelection>
+
+#include "controls/row_model.h"
+
+namespace orvane::controls {
+
+/// The cells of the smallest table that holds the selection; those not selected are left empty,
+/// as is null. A text with a tab, a line break or a quote is put between quotes, and quotes in it
+/// are doubled. With bNames the first line has the names of the columns.
+QString ClipboardText(const RowModel& model, const QItemSelection& selection, bool bNames);
+
+}  // namespace orvane::controls

@@ -1,0 +1,57 @@
+#include "controls/empty_notice.h"
+
+#include <QVBoxLayout>
+
+namespace orvane::controls {
+
+namespace {
+
+constexpr int kMargin = 24;
+constexpr int kTextWidth = 560;
+
+QLabel* AddLabel(QWidget* parent, const char* sName) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(sName);
+  label->setTextFormat(Qt::PlainText);
+  label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+  label->setWordWrap(true);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  label->setMaximumWidth(kTextWidth);
+  return label;
+}
+
+}  // namespace
+
+EmptyNotice::EmptyNotice(QWidget* parent)
+    : QWidget(parent),
+      m_title(AddLabel(this, "emptyTitle")),
+      m_sentence(AddLabel(this, "emptySentence")) {
+  QFont large = font();
+  large.setPointSizeF(large.pointSizeF() * 1.2);
+  large.setWeight(QFont::DemiBold);
+  m_title->setFont(large);
+  m_sentence->setForegroundRole(QPalette::PlaceholderText);
+  m_title->setForegroundRole(QPalette::Text);
+
+  auto* column = new QVBoxLayout;
+  column->setSpacing(8);
+  column->addStretch(2);
+  column->addWidget(m_title);
+  column->addWidget(m_sentence);
+  column->addStretch(3);
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  row->addStretch(1);
+  row->addLayout(column, 20);
+  row->addStretch(1);
+  hide();
+}
+
+void EmptyNotice::Say(const QString& sTitle, const QString& sSentence) {
+  m_title->setText(sTitle);
+  m_sentence->setText(sSentence);
+  m_sentence->setVisible(!sSentence.isEmpty());
+  setVisible(!sTitle.isEmpty());
+}
+
+}  // namespace orvane::controls

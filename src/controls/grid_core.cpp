@@ -1,0 +1,140 @@
+#include "controls/grid_core.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "controls/grid_window.h"
+#include "controls/status_strip.h"
+
+namespace orvane::controls {
+
+using platform::Failure;
+using platform::Long;
+using platform::RecordsetPtr;
+using platform::Text;
+
+namespace {
+
+NoRowsTexts DoneTexts(Long lRecordsAffected) {
+  QString sSentence = "The statement gives no rows.";
+  if (lRecordsAffected > 0) {
+    sSentence += lRecordsAffected == 1
+                     ? QStringLiteral(" It changed 1 row.")
+                     : QStringLiteral(" It changed %1.").arg(RowsText(lRecordsAffected));
+  }
+  return {"Done", sSentence};
+}
+
+}  // namespace
+
+GridCore::GridCore(GridServices services, const QString& sName)
+    : m_services(std::move(services)),
+      m_events(std::make_shared<GridEvents>()),
+      m_window(new GridWindow(sName, m_events, m_services.life)) {}
+
+GridCore::~GridCore() {
+  if (!m_window) return;  // whoever placed it did not take it out again
+  m_window->Abandon();
+  if (m_window->Raising()) {
+    m_window->hide();
+    m_window->setParent(nullptr);
+    m_window->deleteLater();
+  } else {
+    delete m_window.data();
+  }
+}
+
+void GridCore::Connection(const platform::ConnectionPtr& cn) {
+  m_connection = cn;
+  if (cn) m_format = CellFormat(ZoneOf(cn));
+}
+
+void GridCore::Run(const Statement& statement) {
+  if (m_bRunning) {
+    throw Failure(platform::failure::kBusy,
+                  "The grid is still fetching rows; wait until it is done, or cancel it.");
+  }
+  m_recordset.reset();
+  m_sSqlText = statement.sSqlText;
+  m_window->Sql(QString::fromStdString(statement.sSqlText));
+  Fetched fetched;
+  try {
+    fetched = Fetch(statement);
+  } catch (const Failure& failure) {
+    ShowFailure(failure.Number(), failure.Description());
+    throw;
+  } catch (const std::exception& exception) {
+    ShowFailure(platform::failure::kComponent, exception.what());
+    throw;
+  }
+  m_recordset = fetched.rs;
+  const bool bHasColumns = m_recordset->FieldCount() > 0;
+  const NoRowsTexts texts = bHasColumns ? statement.noRows : DoneTexts(fetched.lRecordsAffected);
+  m_window->ShowRows(m_recordset, m_format, nullptr, texts.sTitle, texts.sSentence);
+}
+
+GridCore::Fetched GridCore::Fetch(const Statement& statement) {
+  if (!m_connection) {
+    throw Failure(platform::failure::kObjectNotSet,
+                  "The grid has no connection to a server; connect the server first.");
+  }
+  if (!m_services.objects) {
+    throw Failure(platform::failure::kObjectNotSet,
+                  "The grid was made without access to data; show it in a console that offers "
+                  "data access.");
+  }
+  const struct Running {
+    explicit Running(bool& bRunning) : b(bRunning) { b = true; }
+    ~Running() { b = false; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    bool& b;
+  } running(m_bRunning);
+  m_window->ShowRunning();
+  const platform::CommandPtr command = m_services.objects->CreateCommand();
+  command->ActiveConnection(m_connection);
+  command->CommandText(statement.sSqlText);
+  command->MaxRecords(std::max(0, statement.lMaxRows));
+  command->CommandTimeout(std::max(0, statement.lQueryTimeout));
+  Fetched fetched;
+  fetched.rs = command->Execute(&fetched.lRecordsAffected);
+  if (!fetched.rs) {
+    throw Failure(platform::failure::kComponent,
+                  "The provider gave no rowset for the statement; look for a newer version of it.");
+  }
+  return fetched;
+}
+
+void GridCore::Fail(const Failure& failure) {
+  m_recordset.reset();
+  ShowFailure(failure.Number(), failure.Description());
+  throw Failure(failure);
+}
+
+void GridCore::ShowFailure(Long lNumber, const Text& sSentence) {
+  const bool bCancelled = lNumber == platform::failure::kCancelled;
+  m_window->ShowFailure(bCancelled ? "Cancelled" : "The rows could not be fetched",
+                        QString::fromStdString(sSentence));
+}
+
+void GridCore::Attach(const RecordsetPtr& rs, const ViewState* state, const Text& sSqlText,
+                      const NoRowsTexts& noRows) {
+  m_recordset = rs;
+  m_sSqlText = state ? state->sSqlText : sSqlText;
+  m_window->Sql(QString::fromStdString(m_sSqlText));
+  const NoRowsTexts texts = rs->FieldCount() > 0 ? noRows : DoneTexts(0);
+  m_window->ShowRows(rs, m_format, state, texts.sTitle, texts.sSentence);
+}
+
+void GridCore::Empty() {
+  m_recordset.reset();
+  m_window->ShowNothing();
+}
+
+ViewState GridCore::State() const {
+  ViewState state = m_window->Rows().State();
+  state.sSqlText = m_sSqlText;
+  return state;
+}
+
+}  // namespace orvane::controls

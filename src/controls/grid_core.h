@@ -1,0 +1,86 @@
+// What both grid controls do alike: keep the connection, run a statement through a command, and
+// show in one window what came of it. Owned by its control; user-interface thread.
+#pragma once
+
+#include <QPointer>
+#include <memory>
+
+#include "controls/cell_format.h"
+#include "controls/grid_events.h"
+#include "controls/view_states.h"
+#include "platform/failure.h"
+#include "platform/services.h"
+
+namespace orvane::controls {
+
+class GridWindow;
+
+/// What a grid is handed when it is made.
+struct GridServices {
+  platform::ObjectFactoryPtr objects;
+  std::shared_ptr<ViewStates> states;
+  std::shared_ptr<void> life;  ///< kept as long as the grid or its window lives
+};
+
+/// What a grid says when a recordset has no rows.
+struct NoRowsTexts {
+  QString sTitle;
+  QString sSentence;
+};
+
+struct Statement {
+  platform::Text sSqlText;
+  platform::Long lMaxRows = 0;       ///< 0 or less is no limit
+  platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
+  NoRowsTexts noRows;
+};
+
+class GridCore {
+ public:
+  GridCore(GridServices services, const QString& sName);
+  GridCore(const GridCore&) = delete;
+  GridCore& operator=(const GridCore&) = delete;
+  /// Takes the window along, unless it is in the middle of one of its own events: then it goes
+  /// when that is over.
+  ~GridCore();
+
+  GridWindow& Window() const { return *m_window; }
+  GridEvents& Events() const { return *m_events; }
+
+  /// The zone of times is taken from a new connection; dropping one changes nothing that is shown.
+  void Connection(const platform::ConnectionPtr& cn);
+
+  /// Runs the statement and shows its rows. When that fails, shows the failure's sentence in the
+  /// place of rows and passes it on.
+  void Run(const Statement& statement);
+  /// Passes the failure on after showing it, as Run does.
+  [[noreturn]] void Fail(const platform::Failure& failure);
+  /// Shows rows that were fetched before. Without a state, sSqlText tells what fetched them.
+  void Attach(const platform::RecordsetPtr& rs, const ViewState* state,
+              const platform::Text& sSqlText, const NoRowsTexts& noRows);
+  void Empty();
+  const platform::RecordsetPtr& Recordset() const { return m_recordset; }
+
+  ViewStates& States() const { return *m_services.states; }
+  /// How the rows are being looked at.
+  ViewState State() const;
+
+ private:
+  struct Fetched {
+    platform::RecordsetPtr rs;
+    platform::Long lRecordsAffected = 0;
+  };
+  Fetched Fetch(const Statement& statement);
+  void ShowFailure(platform::Long lNumber, const platform::Text& sSentence);
+
+  GridServices m_services;
+  std::shared_ptr<GridEvents> m_events;
+  QPointer<GridWindow> m_window;
+  platform::ConnectionPtr m_connection;
+  platform::RecordsetPtr m_recordset;
+  platform::Text m_sSqlText;
+  CellFormat m_format;
+  bool m_bRunning = false;
+};
+
+}  // namespace orvane::controls

@@ -1,0 +1,163 @@
+#include "controls/grid_window.h"
+
+#include <QHeaderView>
+#include <QSplitter>
+#include <QVBoxLayout>
+#include <chrono>
+#include <utility>
+
+#include "controls/empty_notice.h"
+#include "controls/sql_pane.h"
+#include "controls/status_strip.h"
+
+namespace orvane::controls {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPatience(200);
+
+QFrame* AddLine(QWidget* parent) {
+  auto* line = new QFrame(parent);
+  line->setFrameShape(QFrame::HLine);
+  line->setFrameShadow(QFrame::Plain);
+  line->setForegroundRole(QPalette::Midlight);
+  return line;
+}
+
+QString NoticeOf(const platform::Recordset& rs, const RowModel& model) {
+  if (!model.AllRowsFit()) {
+    return QStringLiteral("Only the first %1 are shown: a grid holds no more.")
+        .arg(RowsText(RowModel::kMaxRows));
+  }
+  if (!rs.Truncated()) return {};
+  return rs.RecordCount() == 1
+             ? QStringLiteral("Only the first row is shown: the row limit was reached.")
+             : QStringLiteral("Only the first %1 are shown: the row limit was reached.")
+                   .arg(RowsText(rs.RecordCount()));
+}
+
+}  // namespace
+
+GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
+                       std::shared_ptr<void> life)
+    : m_life(std::move(life)),
+      m_events(std::move(events)),
+      m_splitter(new QSplitter(Qt::Vertical, this)),
+      m_sqlPane(new SqlPane(m_splitter)),
+      m_rows(new RowView(m_splitter)),
+      m_notice(new EmptyNotice(m_rows->viewport())),
+      m_status(new StatusStrip(this)) {
+  setAccessibleName(sName);
+  m_splitter->addWidget(m_sqlPane);
+  m_splitter->addWidget(m_rows);
+  m_splitter->setStretchFactor(0, 0);
+  m_splitter->setStretchFactor(1, 1);
+  m_splitter->setChildrenCollapsible(false);
+  m_sqlPane->hide();
+  auto* overRows = new QVBoxLayout(m_rows->viewport());
+  overRows->setContentsMargins(0, 0, 0, 0);
+  overRows->addWidget(m_notice);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(m_splitter, 1);
+  layout->addWidget(AddLine(this));
+  layout->addWidget(m_status);
+  setFocusProxy(m_rows);
+
+  connect(m_rows->horizontalHeader(), &QHeaderView::sectionClicked, this,
+          [this] { Raise(&GridEvents::headClick); });
+  connect(m_rows->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+    ShowPosition();
+    m_bToldOfCurrent = m_rows->currentIndex().isValid();
+    Raise(&GridEvents::rowColChange);
+  });
+  connect(m_rows->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+    m_bToldOfSelection = m_rows->selectionModel()->hasSelection();
+    Raise(&GridEvents::selChange);
+  });
+  m_patience.setSingleShot(true);
+  m_patience.setInterval(kPatience);
+  connect(&m_patience, &QTimer::timeout, this, [this] { StopWaiting(); });
+}
+
+void GridWindow::SqlShown(bool bShow) {
+  m_bSqlShown = bShow;
+  m_sqlPane->setVisible(bShow);
+}
+
+void GridWindow::Sql(const QString& sSql) {
+  m_sqlPane->Sql(sSql);
+}
+
+void GridWindow::ShowNothing() {
+  StopWaiting();
+  m_rows->ShowRows({}, CellFormat());
+  m_notice->Say({}, {});
+  m_status->Empty();
+  TellOfExchange();
+}
+
+void GridWindow::ShowRunning() {
+  m_rows->setUpdatesEnabled(false);
+  m_patience.start();
+  m_rows->ShowRows({}, CellFormat());
+  m_notice->Say("Fetching rows\u2026", {});
+  m_status->Message("Fetching rows\u2026");
+}
+
+void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format,
+                          const ViewState* state, const QString& sNoRowsTitle,
+                          const QString& sNoRowsSentence) {
+  StopWaiting();
+  m_rows->ShowRows(rs, format, state);
+  if (m_rows->HasRows()) {
+    m_notice->Say({}, {});
+  } else {
+    m_notice->Say(sNoRowsTitle, sNoRowsSentence);
+  }
+  m_status->Rows(rs->RecordCount(), rs->Elapsed(), NoticeOf(*rs, m_rows->Rows()));
+  ShowPosition();
+  TellOfExchange();
+}
+
+void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence) {
+  StopWaiting();
+  m_rows->ShowRows({}, CellFormat());
+  m_notice->Say(sTitle, sSentence);
+  m_status->Message("No rows");
+  TellOfExchange();
+}
+
+void GridWindow::Raise(platform::Signal<> GridEvents::*event) {
+  const struct Count {
+    explicit Count(int& nRaising) : n(nRaising) { ++n; }
+    ~Count() { --n; }
+    Count(const Count&) = delete;
+    Count& operator=(const Count&) = delete;
+    int& n;
+  } count(m_nRaising);
+  const std::shared_ptr<GridEvents> events = m_events;
+  (events.get()->*event).Raise();
+}
+
+void GridWindow::TellOfExchange() {
+  const bool bCurrent = m_rows->currentIndex().isValid();
+  const bool bSelection = m_rows->selectionModel()->hasSelection();
+  const bool bTellCurrent = std::exchange(m_bToldOfCurrent, bCurrent) || bCurrent;
+  const bool bTellSelection = std::exchange(m_bToldOfSelection, bSelection) || bSelection;
+  if (bTellCurrent) Raise(&GridEvents::rowColChange);
+  if (bTellSelection) Raise(&GridEvents::selChange);
+}
+
+void GridWindow::ShowPosition() {
+  m_status->Position(m_rows->currentIndex().row(), m_rows->Rows().rowCount());
+}
+
+void GridWindow::StopWaiting() {
+  m_patience.stop();
+  m_rows->setUpdatesEnabled(true);
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,66 @@
+// The window of a grid: the SQL statement, the rows, and the status strip beneath them. Both grid
+// controls show theirs in one. User-interface thread.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <memory>
+
+#include "controls/grid_events.h"
+#include "controls/row_view.h"
+
+class QSplitter;
+
+namespace orvane::controls {
+
+class EmptyNotice;
+class SqlPane;
+class StatusStrip;
+
+class GridWindow : public QWidget {
+ public:
+  /// Keeps `life` as long as it lives.
+  GridWindow(const QString& sName, std::shared_ptr<GridEvents> events, std::shared_ptr<void> life);
+
+  bool SqlShown() const { return m_bSqlShown; }
+  void SqlShown(bool bShow);
+  void Sql(const QString& sSql);
+
+  void ShowNothing();
+  /// Lets go of the rows before others are fetched. A short wait is not seen: what was on the
+  /// screen stays until there is something else, or until it has taken a moment.
+  void ShowRunning();
+  /// The texts are shown in the place of rows when there are none.
+  void ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format, const ViewState* state,
+                const QString& sNoRowsTitle, const QString& sNoRowsSentence);
+  void ShowFailure(const QString& sTitle, const QString& sSentence);
+
+  RowView& Rows() { return *m_rows; }
+  const RowView& Rows() const { return *m_rows; }
+
+  /// True while a listener is being called: the window may be in the middle of an event.
+  bool Raising() const { return m_nRaising > 0; }
+  /// Tells nobody anything any more.
+  void Abandon() { m_events = std::make_shared<GridEvents>(); }
+
+ private:
+  void Raise(platform::Signal<> GridEvents::*event);
+  void TellOfExchange();
+  void ShowPosition();
+  void StopWaiting();
+
+  std::shared_ptr<void> m_life;
+  std::shared_ptr<GridEvents> m_events;
+  QSplitter* m_splitter;
+  SqlPane* m_sqlPane;
+  RowView* m_rows;
+  EmptyNotice* m_notice;
+  StatusStrip* m_status;
+  QTimer m_patience;
+  bool m_bSqlShown = false;
+  bool m_bToldOfCurrent = false;
+  bool m_bToldOfSelection = false;
+  int m_nRaising = 0;
+};
+
+}  // namespace orvane::controls

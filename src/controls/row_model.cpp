@@ -1,0 +1,123 @@
+#include "controls/row_model.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+#include <algorithm>
+#include <utility>
+
+namespace orvane::controls {
+
+using platform::Value;
+
+namespace {
+
+QVariant TypedVariant(const Value& vtValue, const CellFormat& format) {
+  if (vtValue.IsNull()) return {};
+  if (const auto* b = vtValue.As<bool>()) return *b;
+  if (const auto* l = vtValue.As<std::int32_t>()) return static_cast<int>(*l);
+  if (const auto* ll = vtValue.As<std::int64_t>()) return static_cast<qlonglong>(*ll);
+  if (const auto* d = vtValue.As<double>()) return *d;
+  if (const auto* bytes = vtValue.As<platform::Bytes>()) {
+    return QByteArray(reinterpret_cast<const char*>(bytes->data()),
+                      static_cast<qsizetype>(bytes->size()));
+  }
+  return format.Whole(vtValue);
+}
+
+}  // namespace
+
+void RowModel::Recordset(platform::RecordsetPtr rs, CellFormat format) {
+  beginResetModel();
+  m_recordset = std::move(rs);
+  m_format = std::move(format);
+  endResetModel();
+}
+
+bool RowModel::AllRowsFit() const {
+  return !m_recordset || m_recordset->RecordCount() <= kMaxRows;
+}
+
+Cell RowModel::CellAt(int nRow, int nColumn) const {
+  const Value vtValue = ValueAt(nRow, nColumn);
+  return {m_format.Shown(vtValue),
+          CellFormat::Alignment(vtValue, m_recordset->FieldAt(nColumn).Type()), vtValue.IsNull()};
+}
+
+Value RowModel::ValueAt(int nRow, int nColumn) const {
+  return m_recordset->ValueAt(nRow, nColumn);
+}
+
+QString RowModel::ColumnName(int nColumn) const {
+  return QString::fromStdString(m_recordset->FieldAt(nColumn).Name());
+}
+
+int RowModel::rowCount(const QModelIndex& parent) const {
+  if (parent.isValid() || !m_recordset) return 0;
+  return static_cast<int>(std::min(m_recordset->RecordCount(), kMaxRows));
+}
+
+int RowModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() || !m_recordset ? 0 : m_recordset->FieldCount();
+}
+
+QVariant RowModel::data(const QModelIndex& index, int nRole) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  switch (nRole) {
+    case Qt::DisplayRole:
+      return CellAt(index.row(), index.column()).sText;
+    case Qt::EditRole:
+      return TypedVariant(ValueAt(index.row(), index.column()), m_format);
+    case Qt::TextAlignmentRole:
+      return static_cast<int>(CellAt(index.row(), index.column()).alignment);
+    case Qt::FontRole: {
+      if (!ValueAt(index.row(), index.column()).IsNull()) return {};
+      QFont font;
+      font.setItalic(true);
+      return font;
+    }
+    case Qt::ForegroundRole:
+      if (!ValueAt(index.row(), index.column()).IsNull()) return {};
+      return QGuiApplication::palette().placeholderText();
+    case Qt::AccessibleDescriptionRole:
+      // Spoken, the word NULL could be a text of that name.
+      if (!ValueAt(index.row(), index.column()).IsNull()) return {};
+      return QStringLiteral("No value");
+    default:
+      return {};
+  }
+}
+
+QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRole) const {
+  if (orientation == Qt::Vertical) {
+    if (nRole == Qt::DisplayRole) return nSection + 1;
+    if (nRole == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    return {};
+  }
+  if (nSection < 0 || nSection >= columnCount()) return {};
+  const platform::Field& field = m_recordset->FieldAt(nSection);
+  switch (nRole) {
+    case Qt::DisplayRole:
+      return ColumnName(nSection).replace(u'\n', QChar(0x21B5));
+    case Qt::TextAlignmentRole:
+      return static_cast<int>(AlignmentOf(field.Type()));
+    case Qt::ToolTipRole: {
+      QString sTip =
+          ColumnName(nSection).toHtmlEscaped() + QStringLiteral("<br>") + TypeName(field.Type());
+      if (!field.Nullable()) sTip += QStringLiteral(", never null");
+      if (field.Type() == platform::DataType::DBTimeStamp) {
+        sTip += QStringLiteral("<br>Shown in the time zone ") +
+                QString::fromLatin1(m_format.Zone().id()).toHtmlEscaped();
+      }
+      return sTip;
+    }
+    default:
+      return {};
+  }
+}
+
+Qt::ItemFlags RowModel::flags(const QModelIndex& index) const {
+  if (!index.isValid()) return Qt::NoItemFlags;
+  return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,30 @@
+// The SQL statement above a grid's rows, coloured, to be read and copied.
+#pragma once
+
+#include <Qsci/qsciscintilla.h>
+
+class QsciLexerSQL;
+
+namespace orvane::controls {
+
+class SqlPane : public QsciScintilla {
+ public:
+  explicit SqlPane(QWidget* parent = nullptr);
+
+  void Sql(const QString& sSql);
+  QString Sql() const { return text(); }
+  /// As high as the statement, between three lines and eight.
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void ApplyPalette();
+  int HeightOfLines(int nLines) const;
+
+  QsciLexerSQL* m_lexer;
+};
+
+}  // namespace orvane::controls

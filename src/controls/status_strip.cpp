@@ -1,0 +1,138 @@
+#include "controls/status_strip.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QStyle>
+
+namespace orvane::controls {
+
+namespace {
+
+constexpr int kIconSize = 16;
+
+QString Grouped(platform::RowIndex number) {
+  return QLocale(QLocale::English, QLocale::UnitedStates).toString(static_cast<qlonglong>(number));
+}
+
+/// A label that gives way: it ends in an ellipsis where there is no room for all of it.
+class GivingLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
+                          isEnabled(), fontMetrics().elidedText(text(), Qt::ElideRight, width()),
+                          foregroundRole());
+  }
+};
+
+QLabel* AddLabel(QWidget* parent, const char* sName, const char* sAccessibleName) {
+  auto* label = new GivingLabel(parent);
+  label->setObjectName(sName);
+  label->setAccessibleName(sAccessibleName);
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+}  // namespace
+
+QString RowsText(platform::RowIndex rows) {
+  return rows == 1 ? QStringLiteral("1 row") : Grouped(rows) + QStringLiteral(" rows");
+}
+
+QString TimeText(std::chrono::microseconds elapsed) {
+  using namespace std::chrono_literals;
+  if (elapsed < 1ms) return QStringLiteral("under 1 ms");
+  const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(elapsed);
+  if (ms < 1s) return QStringLiteral("%1 ms").arg(ms.count());
+  if (ms < 1min) {
+    return QStringLiteral("%1 s").arg(static_cast<double>(ms.count()) / 1000.0, 0, 'f', 2);
+  }
+  const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(ms);
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(ms - minutes);
+  return QStringLiteral("%1 min %2 s").arg(minutes.count()).arg(seconds.count());
+}
+
+StatusStrip::StatusStrip(QWidget* parent)
+    : QWidget(parent),
+      m_rows(AddLabel(this, "rowCount", "Number of rows")),
+      m_time(AddLabel(this, "elapsed", "Time taken")),
+      m_warning(new QLabel(this)),
+      m_notice(AddLabel(this, "notice", "Notice")),
+      m_position(AddLabel(this, "position", "Current row")) {
+  setObjectName("status");
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(8, 3, 8, 3);
+  layout->setSpacing(16);
+  m_time->setForegroundRole(QPalette::PlaceholderText);
+  m_position->setForegroundRole(QPalette::PlaceholderText);
+  QFont strong = m_notice->font();
+  strong.setWeight(QFont::DemiBold);
+  m_notice->setFont(strong);
+  m_warning->setObjectName("warning");
+  m_warning->setAccessibleName("Warning");
+  SetWarningIcon();
+
+  auto* notice = new QHBoxLayout;
+  notice->setSpacing(6);
+  notice->addWidget(m_warning);
+  notice->addWidget(m_notice);
+  layout->addWidget(m_rows);
+  layout->addWidget(m_time);
+  layout->addLayout(notice);
+  layout->addStretch(1);
+  layout->addWidget(m_position);
+  setFixedHeight(std::max(fontMetrics().height(), kIconSize) + 10);
+  Empty();
+}
+
+void StatusStrip::Empty() {
+  Message({});
+}
+
+void StatusStrip::Message(const QString& sMessage) {
+  m_rows->setText(sMessage);
+  m_time->clear();
+  m_notice->clear();
+  m_notice->setToolTip({});
+  m_warning->hide();
+  m_notice->hide();
+  m_time->hide();
+  m_position->clear();
+}
+
+void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapsed,
+                       const QString& sNotice) {
+  m_rows->setText(RowsText(rows));
+  m_time->setText(TimeText(elapsed));
+  m_time->show();
+  m_notice->setText(sNotice);
+  m_notice->setToolTip(sNotice);
+  m_notice->setVisible(!sNotice.isEmpty());
+  m_warning->setVisible(!sNotice.isEmpty());
+}
+
+void StatusStrip::Position(int nRow, int nRows) {
+  m_position->setText(
+      nRow < 0 ? QString() : QStringLiteral("Row %1 of %2").arg(Grouped(nRow + 1), Grouped(nRows)));
+}
+
+void StatusStrip::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange) {
+    SetWarningIcon();
+  }
+}
+
+void StatusStrip::SetWarningIcon() {
+  m_warning->setPixmap(
+      style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this).pixmap(kIconSize));
+}
+
+}  // namespace orvane::controls

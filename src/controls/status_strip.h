@@ -1,0 +1,43 @@
+// The line beneath a grid's rows: how many there are, how long they took, where the current cell
+// is, and plainly when the row limit cut them.
+#pragma once
+
+#include <QLabel>
+#include <QWidget>
+#include <chrono>
+
+#include "platform/ado/recordset.h"
+
+namespace orvane::controls {
+
+/// "1,000 rows", "1 row".
+QString RowsText(platform::RowIndex rows);
+/// "under 1 ms", "12 ms", "1.23 s", "2 min 5 s".
+QString TimeText(std::chrono::microseconds elapsed);
+
+class StatusStrip : public QWidget {
+ public:
+  explicit StatusStrip(QWidget* parent = nullptr);
+
+  void Empty();
+  /// What is going on instead of rows.
+  void Message(const QString& sMessage);
+  /// The notice is shown with a mark of warning; an empty one is not shown.
+  void Rows(platform::RowIndex rows, std::chrono::microseconds elapsed, const QString& sNotice);
+  /// Row from 0; -1 when there is no current row.
+  void Position(int nRow, int nRows);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void SetWarningIcon();
+
+  QLabel* m_rows;
+  QLabel* m_time;
+  QLabel* m_warning;
+  QLabel* m_notice;
+  QLabel* m_position;
+};
+
+}  // namespace orvane::controls

@@ -1,0 +1,31 @@
+// The grid that shows a table's rows, behind the progid "ORVOLEDBCtls.TableEditor".
+// The console makes a fresh one for each visit to a table. User-interface thread.
+#pragma once
+
+#include "controls/grid_control.h"
+
+namespace orvane::controls {
+
+class TableEditor : public GridControl<platform::TableEditor> {
+ public:
+  explicit TableEditor(GridServices services);
+
+  void TableQuery(const platform::TableQueryPtr& query) override;
+  void Requery() override;
+  /// lUpdatability is the number of the state in which DetachRecordset saw these very rows: current
+  /// cell, selection, scroll position, column widths and SQL text come back. Any other number, and
+  /// 0, shows the rows from the first on.
+  void AttachRecordset(const platform::RecordsetPtr& rs, platform::Long lUpdatability) override;
+  platform::RecordsetPtr DetachRecordset(platform::Long& lUpdatability) override;
+  void SortAscending() override { FailNotPossible("Sorting is not possible"); }
+  void SortDescending() override { FailNotPossible("Sorting is not possible"); }
+  platform::Boolean CanSort() const override { return false; }
+  [[nodiscard]] platform::Subscription OnHeadClick(std::function<void()> handler) override;
+
+ private:
+  NoRowsTexts TextsWithoutRows() const;
+
+  platform::TableQueryPtr m_query;
+};
+
+}  // namespace orvane::controls

@@ -1,0 +1,51 @@
+#include "controls/view_states.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace orvane::controls {
+
+using platform::Long;
+using platform::Recordset;
+
+Long ViewStates::Keep(const Recordset& rs, ViewState state) {
+  const Identity identity = IdentityOf(rs);
+  const auto known = std::ranges::find_if(
+      m_states, [&](const auto& entry) { return entry.second.identity == identity; });
+  if (known != m_states.end()) {
+    known->second.state = std::move(state);
+    return known->first;
+  }
+  if (m_states.size() >= kMaxStates) m_states.erase(m_states.begin());
+  const Long lNumber = FreeNumber();
+  m_states.insert_or_assign(lNumber, Entry{identity, std::move(state)});
+  return lNumber;
+}
+
+const ViewState* ViewStates::Find(Long lNumber, const Recordset& rs) const {
+  const auto found = m_states.find(lNumber);
+  if (found == m_states.end() || found->second.identity != IdentityOf(rs)) return nullptr;
+  return &found->second.state;
+}
+
+const ViewState* ViewStates::Find(const Recordset& rs) const {
+  const Identity identity = IdentityOf(rs);
+  for (const auto& [lNumber, entry] : m_states) {
+    if (entry.identity == identity) return &entry.state;
+  }
+  return nullptr;
+}
+
+ViewStates::Identity ViewStates::IdentityOf(const Recordset& rs) {
+  return {&rs, rs.RecordCount(), rs.FieldCount(), rs.Elapsed()};
+}
+
+Long ViewStates::FreeNumber() {
+  do {
+    m_lLast = m_lLast == std::numeric_limits<Long>::max() ? 1 : m_lLast + 1;
+  } while (m_states.contains(m_lLast));
+  return m_lLast;
+}
+
+}  // namespace orvane::controls

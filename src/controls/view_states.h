@@ -1,0 +1,69 @@
+// How a recordset was being looked at when its grid was hidden, kept until it is shown again.
+// One for the whole library: the console makes a fresh control for each visit, and only the
+// recordset itself travels between them. User-interface thread.
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <vector>
+
+#include "platform/ado/recordset.h"
+
+namespace orvane::controls {
+
+/// Rows and columns from 0, both ends included.
+struct CellRange {
+  int nTop = 0;
+  int nLeft = 0;
+  int nBottom = 0;
+  int nRight = 0;
+  friend bool operator==(const CellRange&, const CellRange&) = default;
+};
+
+struct ViewState {
+  int nCurrentRow = -1;  ///< -1 when there is no current cell
+  int nCurrentColumn = -1;
+  std::vector<CellRange> selection;
+  bool bRowsSelected = false;
+  int nTopRow = 0;      ///< first row in sight
+  int nLeftOffset = 0;  ///< pixels scrolled sideways
+  std::vector<int> columnWidths;
+  platform::Text sSqlText;  ///< the statement that fetched the rows
+};
+
+class ViewStates {
+ public:
+  /// States beyond this number push out the oldest.
+  static constexpr std::size_t kMaxStates = 1000;
+
+  /// Keeps the state and gives the number to find it by, never 0. A recordset has one number.
+  platform::Long Keep(const platform::Recordset& rs, ViewState state);
+  /// Null unless the number was given for this very recordset. Valid until the next Keep.
+  const ViewState* Find(platform::Long lNumber, const platform::Recordset& rs) const;
+  /// Null when no state was kept for the recordset. Valid until the next Keep.
+  const ViewState* Find(const platform::Recordset& rs) const;
+  std::size_t Count() const { return m_states.size(); }
+
+ private:
+  /// A weak reference would tell a recordset for certain, but nothing of a provider may be held
+  /// here, not even that: its library could be unloaded meanwhile. An address that is used again
+  /// is told from the first by what else is known of the rows.
+  struct Identity {
+    const platform::Recordset* address;
+    platform::RowIndex rows;
+    platform::ColumnIndex columns;
+    std::chrono::microseconds elapsed;
+    friend bool operator==(const Identity&, const Identity&) = default;
+  };
+  struct Entry {
+    Identity identity;
+    ViewState state;
+  };
+  static Identity IdentityOf(const platform::Recordset& rs);
+  platform::Long FreeNumber();
+
+  std::map<platform::Long, Entry> m_states;
+  platform::Long m_lLast = 0;
+};
+
+}  // namespace orvane::controls

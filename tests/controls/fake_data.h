@@ -1,0 +1,203 @@
+// Data access without a server, for tests of the grids: a recordset of any size whose cells are
+// made when they are asked for and counted, and a command that tells what it was given.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "platform/failure.h"
+#include "platform/services.h"
+
+namespace orvane::controls {
+
+class FakeField : public platform::Field {
+ public:
+  FakeField(platform::Text sName, platform::DataType type, platform::Boolean bNullable = true)
+      : m_sName(std::move(sName)), m_type(type), m_bNullable(bNullable) {}
+  const platform::Text& Name() const override { return m_sName; }
+  platform::DataType Type() const override { return m_type; }
+  platform::Boolean Nullable() const override { return m_bNullable; }
+  platform::Value Value() const override { return {}; }
+
+ private:
+  platform::Text m_sName;
+  platform::DataType m_type;
+  platform::Boolean m_bNullable;
+};
+
+class FakeRecordset : public platform::Recordset, private platform::Fields {
+ public:
+  using Maker = std::function<platform::Value(platform::RowIndex, platform::ColumnIndex)>;
+
+  FakeRecordset(platform::RowIndex rows, Maker maker) : m_rows(rows), m_maker(std::move(maker)) {}
+
+  FakeRecordset& Column(platform::Text sName, platform::DataType type,
+                        platform::Boolean bNullable = true) {
+    m_fields.push_back(std::make_unique<FakeField>(std::move(sName), type, bNullable));
+    return *this;
+  }
+  FakeRecordset& Truncated(platform::Boolean bTruncated) {
+    m_bTruncated = bTruncated;
+    return *this;
+  }
+  FakeRecordset& Elapsed(std::chrono::microseconds elapsed) {
+    m_elapsed = elapsed;
+    return *this;
+  }
+
+  /// Number of cells that were asked for since the last call, and their rows.
+  std::size_t TakeCellsAsked() const { return std::exchange(m_nAsked, 0U); }
+  std::set<platform::RowIndex> TakeRowsAsked() const { return std::exchange(m_rowsAsked, {}); }
+
+  platform::Fields& Fields() override { return *this; }
+  platform::Boolean Eof() const override { return m_position >= m_rows; }
+  platform::Boolean Bof() const override { return m_rows == 0; }
+  void MoveNext() override { ++m_position; }
+  void MoveFirst() override { m_position = 0; }
+  void MoveLast() override { m_position = m_rows - 1; }
+  platform::RowIndex Position() const override { return m_position; }
+  void Position(platform::RowIndex row) override { m_position = row; }
+  platform::RowIndex RecordCount() const override { return m_rows; }
+  platform::ColumnIndex FieldCount() const override {
+    return static_cast<platform::ColumnIndex>(m_fields.size());
+  }
+  const platform::Field& FieldAt(platform::ColumnIndex column) const override {
+    return *m_fields.at(static_cast<std::size_t>(column));
+  }
+  platform::Value ValueAt(platform::RowIndex row, platform::ColumnIndex column) const override {
+    ++m_nAsked;
+    m_rowsAsked.insert(row);
+    return m_maker(row, column);
+  }
+  platform::Boolean Truncated() const override { return m_bTruncated; }
+  std::chrono::microseconds Elapsed() const override { return m_elapsed; }
+
+ private:
+  platform::Long Count() const override { return FieldCount(); }
+  platform::Field& Item(const platform::Value&) override { return *m_fields.front(); }
+
+  platform::RowIndex m_rows;
+  Maker m_maker;
+  std::vector<std::unique_ptr<FakeField>> m_fields;
+  platform::RowIndex m_position = 0;
+  platform::Boolean m_bTruncated = false;
+  std::chrono::microseconds m_elapsed{0};
+  mutable std::size_t m_nAsked = 0;
+  mutable std::set<platform::RowIndex> m_rowsAsked;
+};
+
+/// Rows of a number, a text, a flag and a time: "row N" in the second column, and in the third null
+/// in every third row.
+inline std::shared_ptr<FakeRecordset> Plant(platform::RowIndex rows) {
+  using platform::DataType;
+  auto rs = std::make_shared<FakeRecordset>(
+      rows, [](platform::RowIndex row, platform::ColumnIndex column) -> platform::Value {
+        switch (column) {
+          case 0:
+            return row;
+          case 1:
+            return platform::Text("row " + std::to_string(row));
+          case 2:
+            return row % 3 == 0 ? platform::Value() : platform::Value(row % 2 == 0);
+          default:
+            return platform::Timestamp(std::chrono::seconds(1'700'000'000 + row));
+        }
+      });
+  rs->Column("Number", DataType::BigInt, false)
+      .Column("Name", DataType::WChar)
+      .Column("Flag", DataType::Boolean)
+      .Column("Timestamp", DataType::DBTimeStamp)
+      .Elapsed(std::chrono::microseconds(12'345));
+  return rs;
+}
+
+class FakeProperty : public platform::Property {
+ public:
+  explicit FakeProperty(platform::Value vtValue) : m_vtValue(std::move(vtValue)) {}
+  const platform::Text& Name() const override { return m_sName; }
+  platform::Value Value() const override { return m_vtValue; }
+  void Value(const platform::Value& vtValue) override { m_vtValue = vtValue; }
+
+ private:
+  platform::Text m_sName = "Time Zone";
+  platform::Value m_vtValue;
+};
+
+/// An open connection with or without the property "Time Zone".
+class FakeConnection : public platform::Connection, private platform::Properties {
+ public:
+  explicit FakeConnection(std::optional<platform::Value> vtZone = std::nullopt) {
+    if (vtZone) m_zone.emplace(*vtZone);
+  }
+  platform::Text ConnectionString() const override { return {}; }
+  void ConnectionString(const platform::Text&) override {}
+  platform::Properties& Properties() override { return *this; }
+  void Open(const platform::Text&, const platform::Text&, const platform::Text&,
+            platform::Long) override {}
+  void Close() override {}
+  platform::Boolean IsOpen() const override { return true; }
+  platform::RecordsetPtr OpenSchema(platform::SchemaNumber,
+                                    std::span<const platform::Value>) override {
+    return nullptr;
+  }
+
+ private:
+  platform::Long Count() const override { return m_zone ? 1 : 0; }
+  platform::Property& Item(const platform::Value& vtIndexName) override {
+    if (!m_zone || vtIndexName != platform::Value("Time Zone")) {
+      throw platform::Failure(platform::failure::kItemNotFound, "There is no such property.");
+    }
+    return *m_zone;
+  }
+  std::optional<FakeProperty> m_zone;
+};
+
+/// What the last command was given, and what it answers.
+struct FakeServer {
+  int nExecuted = 0;
+  platform::ConnectionPtr connection;
+  platform::Text sCommandText;
+  platform::Long lTimeout = -1;
+  platform::Long lMaxRecords = -1;
+  platform::Long lRecordsAffected = 0;
+  platform::RecordsetPtr answer;
+  std::function<void()> whileRunning;
+};
+
+class FakeCommand : public platform::Command {
+ public:
+  explicit FakeCommand(FakeServer& server) : m_server(server) {}
+  void ActiveConnection(const platform::ConnectionPtr& cn) override { m_server.connection = cn; }
+  platform::Text CommandText() const override { return m_server.sCommandText; }
+  void CommandText(const platform::Text& sText) override { m_server.sCommandText = sText; }
+  platform::Long CommandTimeout() const override { return m_server.lTimeout; }
+  void CommandTimeout(platform::Long lSeconds) override { m_server.lTimeout = lSeconds; }
+  platform::Long MaxRecords() const override { return m_server.lMaxRecords; }
+  void MaxRecords(platform::Long lMaxRecords) override { m_server.lMaxRecords = lMaxRecords; }
+  platform::RecordsetPtr Execute(platform::Long* lRecordsAffected, platform::Long) override {
+    ++m_server.nExecuted;
+    if (m_server.whileRunning) m_server.whileRunning();
+    if (lRecordsAffected) *lRecordsAffected = m_server.lRecordsAffected;
+    return m_server.answer;
+  }
+
+ private:
+  FakeServer& m_server;
+};
+
+class FakeObjects : public platform::ObjectFactory {
+ public:
+  explicit FakeObjects(FakeServer& server) : m_server(server) {}
+  platform::ConnectionPtr CreateConnection() override { return nullptr; }
+  platform::CommandPtr CreateCommand() override { return std::make_shared<FakeCommand>(m_server); }
+  platform::TableQueryPtr CreateTableQuery() override { return nullptr; }
+
+ private:
+  FakeServer& m_server;
+};
+
+}  // namespace orvane::controls
