@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QSplitter>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -77,6 +78,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     m_bToldOfSelection = m_rows->selectionModel()->hasSelection();
     Raise(&GridEvents::selChange);
   });
+  connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_bSplitByUser = true; });
   m_patience.setSingleShot(true);
   m_patience.setInterval(kPatience);
   connect(&m_patience, &QTimer::timeout, this, [this] { StopWaiting(); });
@@ -85,10 +87,12 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
 void GridWindow::SqlShown(bool bShow) {
   m_bSqlShown = bShow;
   m_sqlPane->setVisible(bShow);
+  FitSqlPane();
 }
 
 void GridWindow::Sql(const QString& sSql) {
   m_sqlPane->Sql(sSql);
+  FitSqlPane();
 }
 
 void GridWindow::ShowNothing() {
@@ -153,6 +157,12 @@ void GridWindow::TellOfExchange() {
 
 void GridWindow::ShowPosition() {
   m_status->Position(m_rows->currentIndex().row(), m_rows->Rows().rowCount());
+}
+
+void GridWindow::FitSqlPane() {
+  if (m_bSplitByUser || !m_bSqlShown) return;
+  const int nPane = m_sqlPane->sizeHint().height();
+  m_splitter->setSizes({nPane, std::max(1, m_splitter->height() - nPane)});
 }
 
 void GridWindow::StopWaiting() {

@@ -47,6 +47,7 @@ class GridWindow : public QWidget {
   void Raise(platform::Signal<> GridEvents::*event);
   void TellOfExchange();
   void ShowPosition();
+  void FitSqlPane();
   void StopWaiting();
 
   std::shared_ptr<void> m_life;
@@ -58,6 +59,7 @@ class GridWindow : public QWidget {
   StatusStrip* m_status;
   QTimer m_patience;
   bool m_bSqlShown = false;
+  bool m_bSplitByUser = false;
   bool m_bToldOfCurrent = false;
   bool m_bToldOfSelection = false;
   int m_nRaising = 0;

@@ -13,6 +13,7 @@
 
 #include "controls/cell_delegate.h"
 #include "controls/clipboard_text.h"
+#include "controls/header_view.h"
 
 namespace orvane::controls {
 
@@ -28,6 +29,8 @@ constexpr int kCharactersMeasured = 250;
 }  // namespace
 
 RowView::RowView(QWidget* parent) : QTableView(parent), m_model(new RowModel(this)) {
+  setHorizontalHeader(new HeaderView(Qt::Horizontal, this));
+  setVerticalHeader(new HeaderView(Qt::Vertical, this));
   setModel(m_model);
   setItemDelegate(new CellDelegate(*m_model, this));
   setObjectName("rows");

@@ -1,10 +1,10 @@
 #include "controls/sql_pane.h"
 
-#include <Qsci/qscilexersql.h>
-
 #include <QEvent>
 #include <QFontDatabase>
 #include <algorithm>
+
+#include "controls/sql_lexer.h"
 
 namespace orvane::controls {
 
@@ -22,7 +22,7 @@ QColor Tinted(const QPalette& palette, int nHue) {
 
 }  // namespace
 
-SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new QsciLexerSQL(this)) {
+SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new SqlLexer(this)) {
   setObjectName("sqlStatement");
   setAccessibleName("SQL statement");
   setFrameShape(QFrame::NoFrame);
@@ -37,6 +37,9 @@ SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new QsciLexer
   SendScintilla(SCI_SETEXTRAASCENT, 1);
   SendScintilla(SCI_SETEXTRADESCENT, 1);
   SendScintilla(SCI_SETHSCROLLBAR, 0);
+  setViewportMargins(0, kInset, 0, kInset);
+  setBackgroundRole(QPalette::Base);
+  setAutoFillBackground(true);
   ApplyPalette();
 }
 
@@ -91,7 +94,7 @@ void SqlPane::ApplyPalette() {
 }
 
 int SqlPane::HeightOfLines(int nLines) const {
-  return nLines * textHeight(0) + 2 * frameWidth() + kInset;
+  return nLines * textHeight(0) + 2 * (frameWidth() + kInset);
 }
 
 }  // namespace orvane::controls

@@ -3,9 +3,9 @@
 
 #include <Qsci/qsciscintilla.h>
 
-class QsciLexerSQL;
-
 namespace orvane::controls {
+
+class SqlLexer;
 
 class SqlPane : public QsciScintilla {
  public:
@@ -24,7 +24,7 @@ class SqlPane : public QsciScintilla {
   void ApplyPalette();
   int HeightOfLines(int nLines) const;
 
-  QsciLexerSQL* m_lexer;
+  SqlLexer* m_lexer;
 };
 
 }  // namespace orvane::controls

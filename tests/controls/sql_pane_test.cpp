@@ -1,0 +1,71 @@
+#include "controls/sql_pane.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+#include "controls/sql_lexer.h"
+
+namespace orvane::controls {
+namespace {
+
+long StyleAt(SqlPane& pane, const char* sWord) {
+  pane.recolor();
+  const int nAt = static_cast<int>(pane.text().toUtf8().indexOf(sWord));
+  return pane.SendScintilla(QsciScintilla::SCI_GETSTYLEAT, static_cast<unsigned long>(nAt));
+}
+
+TEST(sql_pane, shows_the_statement_and_takes_no_typing) {
+  SqlPane pane;
+  pane.Sql("SELECT 1");
+  QTest::keyClicks(&pane, "x");
+  QTest::keyClick(&pane, Qt::Key_Delete);
+  EXPECT_EQ(pane.Sql(), "SELECT 1");
+  EXPECT_TRUE(pane.isReadOnly());
+  EXPECT_EQ(pane.accessibleName(), "SQL statement");
+}
+
+TEST(sql_pane, colours_the_words_of_sql_and_not_the_usual_column_names) {
+  SqlPane pane;
+  pane.Sql("SELECT Timestamp, Value FROM t WHERE n > 12 AND s = 'text' -- note");
+  EXPECT_EQ(StyleAt(pane, "SELECT"), QsciLexerSQL::Keyword);
+  EXPECT_EQ(StyleAt(pane, "WHERE"), QsciLexerSQL::Keyword);
+  EXPECT_EQ(StyleAt(pane, "Timestamp"), QsciLexerSQL::Identifier);
+  EXPECT_EQ(StyleAt(pane, "Value"), QsciLexerSQL::Identifier);
+  EXPECT_EQ(StyleAt(pane, "12"), QsciLexerSQL::Number);
+  EXPECT_EQ(StyleAt(pane, "'text'"), QsciLexerSQL::SingleQuotedString);
+  EXPECT_EQ(StyleAt(pane, "-- note"), QsciLexerSQL::CommentLine);
+}
+
+TEST(sql_pane, is_as_high_as_its_statement_within_bounds) {
+  SqlPane pane;
+  pane.Sql("SELECT 1");
+  const int nLow = pane.sizeHint().height();
+  pane.Sql("SELECT 1\nFROM a\nWHERE b\nORDER BY c");
+  EXPECT_GT(pane.sizeHint().height(), nLow);
+  pane.Sql(QString("\n").repeated(8));
+  const int nHigh = pane.sizeHint().height();
+  pane.Sql(QString("\n").repeated(500));
+  EXPECT_EQ(pane.sizeHint().height(), nHigh);
+}
+
+TEST(sql_pane, follows_the_palette) {
+  SqlPane pane;
+  pane.Sql("SELECT 'x'");
+  QPalette dark;
+  dark.setColor(QPalette::Base, QColor(20, 20, 20));
+  dark.setColor(QPalette::Text, QColor(230, 230, 230));
+  pane.setPalette(dark);
+  const auto* lexer = pane.lexer();
+  EXPECT_EQ(lexer->paper(QsciLexerSQL::Keyword), QColor(20, 20, 20));
+  EXPECT_EQ(lexer->color(QsciLexerSQL::Identifier), QColor(230, 230, 230));
+  EXPECT_GT(lexer->color(QsciLexerSQL::Keyword).lightness(), 128);
+  QPalette light;
+  light.setColor(QPalette::Base, QColor(250, 250, 250));
+  pane.setPalette(light);
+  EXPECT_EQ(lexer->paper(QsciLexerSQL::Keyword), QColor(250, 250, 250));
+  EXPECT_LT(lexer->color(QsciLexerSQL::Keyword).lightness(), 128);
+}
+
+}  // namespace
+}  // namespace orvane::controls

@@ -1,0 +1,70 @@
+#include "controls/status_strip.h"
+
+#include <gtest/gtest.h>
+
+namespace orvane::controls {
+namespace {
+
+using std::chrono::microseconds;
+
+std::string TextOf(const StatusStrip& strip, const char* sName) {
+  const auto* label = strip.findChild<QLabel*>(sName);
+  return label->isHidden() ? "(hidden)" : label->text().toStdString();
+}
+
+TEST(status_strip, rows_are_counted_in_words) {
+  EXPECT_EQ(RowsText(0), "0 rows");
+  EXPECT_EQ(RowsText(1), "1 row");
+  EXPECT_EQ(RowsText(2), "2 rows");
+  EXPECT_EQ(RowsText(1'234'567), "1,234,567 rows");
+}
+
+TEST(status_strip, times_are_told_in_the_unit_that_fits) {
+  EXPECT_EQ(TimeText(microseconds(0)), "under 1 ms");
+  EXPECT_EQ(TimeText(microseconds(999)), "under 1 ms");
+  EXPECT_EQ(TimeText(microseconds(1'000)), "1 ms");
+  EXPECT_EQ(TimeText(microseconds(999'999)), "999 ms");
+  EXPECT_EQ(TimeText(microseconds(1'230'000)), "1.23 s");
+  EXPECT_EQ(TimeText(microseconds(125'000'000)), "2 min 5 s");
+}
+
+TEST(status_strip, tells_rows_time_and_position) {
+  StatusStrip strip;
+  strip.Rows(100, microseconds(12'000), {});
+  strip.Position(2, 100);
+  EXPECT_EQ(TextOf(strip, "rowCount"), "100 rows");
+  EXPECT_EQ(TextOf(strip, "elapsed"), "12 ms");
+  EXPECT_EQ(TextOf(strip, "notice"), "(hidden)");
+  EXPECT_EQ(TextOf(strip, "position"), "Row 3 of 100");
+  EXPECT_TRUE(strip.findChild<QLabel*>("warning")->isHidden());
+}
+
+TEST(status_strip, a_notice_is_in_sight_with_a_warning) {
+  StatusStrip strip;
+  strip.Rows(100, microseconds(12'000), "Cut.");
+  EXPECT_EQ(TextOf(strip, "notice"), "Cut.");
+  EXPECT_FALSE(strip.findChild<QLabel*>("warning")->isHidden());
+  EXPECT_FALSE(strip.findChild<QLabel*>("warning")->pixmap(Qt::ReturnByValue).isNull());
+}
+
+TEST(status_strip, a_message_stands_alone) {
+  StatusStrip strip;
+  strip.Rows(100, microseconds(12'000), "Cut.");
+  strip.Position(2, 100);
+  strip.Message("No rows");
+  EXPECT_EQ(TextOf(strip, "rowCount"), "No rows");
+  EXPECT_EQ(TextOf(strip, "elapsed"), "(hidden)");
+  EXPECT_EQ(TextOf(strip, "notice"), "(hidden)");
+  EXPECT_EQ(TextOf(strip, "position"), "");
+  strip.Empty();
+  EXPECT_EQ(TextOf(strip, "rowCount"), "");
+}
+
+TEST(status_strip, gives_way_to_a_narrow_window) {
+  StatusStrip strip;
+  strip.Rows(1'000'000, microseconds(12'000), QString(500, u'x'));
+  EXPECT_LT(strip.minimumSizeHint().width(), 200);
+}
+
+}  // namespace
+}  // namespace orvane::controls

@@ -1,0 +1,78 @@
+#include "controls/view_states.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/controls/fake_data.h"
+
+namespace orvane::controls {
+namespace {
+
+ViewState AtRow(int nRow) {
+  ViewState state;
+  state.nCurrentRow = nRow;
+  return state;
+}
+
+TEST(view_states, a_state_is_found_by_its_number_and_its_recordset) {
+  ViewStates states;
+  const auto rs = Plant(10);
+  const auto other = Plant(10);
+  const auto lNumber = states.Keep(*rs, AtRow(3));
+  EXPECT_NE(lNumber, 0);
+  ASSERT_NE(states.Find(lNumber, *rs), nullptr);
+  EXPECT_EQ(states.Find(lNumber, *rs)->nCurrentRow, 3);
+  EXPECT_EQ(states.Find(*rs)->nCurrentRow, 3);
+  EXPECT_EQ(states.Find(lNumber, *other), nullptr);
+  EXPECT_EQ(states.Find(*other), nullptr);
+  EXPECT_EQ(states.Find(0, *rs), nullptr);
+  EXPECT_EQ(states.Find(lNumber + 1, *rs), nullptr);
+  EXPECT_EQ(states.Find(-1, *rs), nullptr);
+}
+
+TEST(view_states, a_recordset_has_one_number_and_its_latest_state) {
+  ViewStates states;
+  const auto rs = Plant(10);
+  const auto lFirst = states.Keep(*rs, AtRow(3));
+  EXPECT_EQ(states.Keep(*rs, AtRow(5)), lFirst);
+  EXPECT_EQ(states.Find(lFirst, *rs)->nCurrentRow, 5);
+  EXPECT_EQ(states.Count(), 1U);
+}
+
+TEST(view_states, different_recordsets_have_different_numbers) {
+  ViewStates states;
+  const auto a = Plant(1);
+  const auto b = Plant(1);
+  EXPECT_NE(states.Keep(*a, {}), states.Keep(*b, {}));
+}
+
+TEST(view_states, an_address_that_is_used_again_is_told_from_the_first) {
+  ViewStates states;
+  std::optional<FakeRecordset> place;
+  const auto maker = [](auto, auto) { return platform::Value(); };
+  place.emplace(10, maker);
+  place->Elapsed(std::chrono::microseconds(1));
+  const auto lNumber = states.Keep(*place, AtRow(3));
+  place.emplace(10, maker);
+  place->Elapsed(std::chrono::microseconds(2));
+  EXPECT_EQ(states.Find(lNumber, *place), nullptr);
+  EXPECT_EQ(states.Find(*place), nullptr);
+  place.emplace(11, maker);
+  place->Elapsed(std::chrono::microseconds(1));
+  EXPECT_EQ(states.Find(lNumber, *place), nullptr);
+}
+
+TEST(view_states, the_oldest_go_when_there_are_too_many) {
+  ViewStates states;
+  std::vector<std::shared_ptr<FakeRecordset>> recordsets;
+  for (std::size_t n = 0; n <= ViewStates::kMaxStates; ++n) {
+    recordsets.push_back(Plant(1));
+    states.Keep(*recordsets.back(), AtRow(static_cast<int>(n)));
+  }
+  EXPECT_EQ(states.Count(), ViewStates::kMaxStates);
+  EXPECT_EQ(states.Find(*recordsets.front()), nullptr);
+  EXPECT_NE(states.Find(*recordsets[1]), nullptr);
+  EXPECT_NE(states.Find(*recordsets.back()), nullptr);
+}
+
+}  // namespace
+}  // namespace orvane::controls
