@@ -97,8 +97,10 @@ QTimeZone ZoneOf(const platform::ConnectionPtr& cn) {
     return local;  // a provider without the option leaves times to the machine's habit
   }
   if (sZone == "UTC") return QTimeZone::utc();
-  const QTimeZone named(QByteArray::fromStdString(sZone));
-  return named.isValid() ? named : local;
+  const QByteArray sId = QByteArray::fromStdString(sZone);
+  // Asked first: a zone made of any word, "Local" too, is taken for one without an offset.
+  if (sZone == "Local" || !QTimeZone::isTimeZoneIdAvailable(sId)) return local;
+  return QTimeZone(sId);
 }
 
 QString TypeName(DataType type) {

@@ -301,7 +301,7 @@ TEST(row_view, a_state_comes_back_in_a_fresh_view) {
     RowView view;
     view.ShowRows(rs, kUtc);
     Show(view);
-    view.setColumnWidth(1, 333);
+    view.setColumnWidth(1, 533);
     view.verticalScrollBar()->setValue(700'000);
     ClickCell(view, 700'003, 2);
     ClickCell(view, 700'005, 1, Qt::ControlModifier);
@@ -316,7 +316,7 @@ TEST(row_view, a_state_comes_back_in_a_fresh_view) {
   QCoreApplication::processEvents();
   EXPECT_EQ(fresh.verticalScrollBar()->value(), 700'000);
   EXPECT_EQ(fresh.horizontalScrollBar()->value(), 20);
-  EXPECT_EQ(fresh.columnWidth(1), 333);
+  EXPECT_EQ(fresh.columnWidth(1), 533);
   EXPECT_EQ(Current(fresh), std::pair(700'005, 1));
   EXPECT_EQ(fresh.State().selection, state.selection);
   EXPECT_EQ(state.selection.size(), 2U);

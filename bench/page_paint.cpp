@@ -1,0 +1,128 @@
+// How long a grid takes to scroll to a page of its rows and paint it, with 1,000 rows and with
+// 1,000,000, beside a bare table view over a model that makes its texts from the row's number.
+#include <QAbstractTableModel>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QPixmap>
+#include <QScrollBar>
+#include <QTableView>
+#include <algorithm>
+#include <cstdio>
+#include <random>
+#include <vector>
+
+#include "ado/recordset_builder.h"
+#include "controls/table_editor.h"
+
+namespace {
+
+using orvane::platform::DataType;
+using orvane::platform::RecordsetPtr;
+using orvane::platform::RowIndex;
+
+constexpr QSize kWindow(1000, 700);
+constexpr int kPages = 400;
+constexpr double kBudgetMs = 4.0;
+
+class BareModel : public QAbstractTableModel {
+ public:
+  explicit BareModel(int nRows) : m_nRows(nRows) {}
+  int rowCount(const QModelIndex& /*parent*/ = {}) const override { return m_nRows; }
+  int columnCount(const QModelIndex& /*parent*/ = {}) const override { return 4; }
+  QVariant data(const QModelIndex& index, int nRole) const override {
+    if (nRole != Qt::DisplayRole) return {};
+    return QString::number(index.row() * 4 + index.column());
+  }
+
+ private:
+  int m_nRows;
+};
+
+RecordsetPtr Rows(RowIndex nRows) {
+  orvane::ado::RecordsetBuilder builder({{"Tag", DataType::WChar},
+                                         {"Timestamp", DataType::DBTimeStamp},
+                                         {"Value", DataType::Double},
+                                         {"Quality", DataType::Integer}});
+  for (RowIndex row = 0; row < nRows; ++row) {
+    builder.ColumnAt(0).AppendText("cpu." + std::to_string(row % 16) + ".load");
+    builder.ColumnAt(1).AppendTimestamp(
+        orvane::platform::Timestamp(std::chrono::seconds(1'700'000'000 + row)));
+    if (row % 50 == 49) {
+      builder.ColumnAt(2).AppendNull();
+    } else {
+      builder.ColumnAt(2).AppendDouble(static_cast<double>(row) * 0.25);
+    }
+    builder.ColumnAt(3).AppendLong(192);
+  }
+  return builder.Finish();
+}
+
+struct Times {
+  double median = 0;
+  double worst = 0;
+};
+
+/// Scrolls to pages all over the rows and paints the whole window each time; in milliseconds.
+Times PaintPages(QWidget& window, QAbstractItemView& view) {
+  window.resize(kWindow);
+  window.show();
+  QCoreApplication::processEvents();
+  QPixmap target(kWindow);
+  std::mt19937 random(1);
+  std::uniform_int_distribution<int> page(0, view.verticalScrollBar()->maximum());
+  std::vector<double> times;
+  for (int n = 0; n < kPages; ++n) {
+    const int nTop = page(random);
+    QElapsedTimer timer;
+    timer.start();
+    view.verticalScrollBar()->setValue(nTop);
+    window.render(&target);
+    times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    QCoreApplication::processEvents();
+  }
+  std::ranges::sort(times);
+  return {times[times.size() / 2], times.back()};
+}
+
+Times PaintGrid(RowIndex nRows) {
+  orvane::controls::TableEditor editor(
+      {nullptr, std::make_shared<orvane::controls::ViewStates>(), nullptr});
+  editor.AttachRecordset(Rows(nRows), 0);
+  auto* window = static_cast<QWidget*>(editor.Window());
+  return PaintPages(*window, *window->findChild<QTableView*>());
+}
+
+Times PaintBare(int nRows) {
+  BareModel model(nRows);
+  QTableView view;
+  view.setModel(&model);
+  return PaintPages(view, view);
+}
+
+void Print(const char* sWhat, const Times& times, const Times& bare) {
+  std::printf("%-28s median %6.3f ms   worst %6.3f ms   %.2f x bare view\n", sWhat, times.median,
+              times.worst, times.median / bare.median);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  PaintGrid(1'000);  // fonts and styles are loaded once
+
+  const Times bareFew = PaintBare(1'000);
+  const Times bareMany = PaintBare(1'000'000);
+  const Times few = PaintGrid(1'000);
+  const Times many = PaintGrid(1'000'000);
+  std::printf("scroll to a page of 4 columns and paint it, window of %d x %d\n", kWindow.width(),
+              kWindow.height());
+  Print("bare view, 1,000 rows", bareFew, bareFew);
+  Print("bare view, 1,000,000 rows", bareMany, bareMany);
+  Print("grid, 1,000 rows", few, bareFew);
+  Print("grid, 1,000,000 rows", many, bareMany);
+  std::printf("1,000,000 rows against 1,000: %.2f; budget of %.0f ms a page: %s\n",
+              many.median / few.median, kBudgetMs, many.median < kBudgetMs ? "held" : "missed");
+  return 0;
+}
