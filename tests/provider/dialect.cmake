@@ -16,5 +16,14 @@ orvane_test(historian
 orvane_test(session
   LINK orvane_provider
   SOURCES
+    schema_rowsets_test.cpp
     session_options_test.cpp
-    session_test.cpp)
+    session_test.cpp
+    statement_log_test.cpp)
+
+orvane_test(provider_component
+  LINK orvane_provider ${CMAKE_DL_LIBS}
+  SOURCES entry_points_test.cpp)
+add_dependencies(provider_component_tests ORVOLEDB)
+target_compile_definitions(provider_component_tests PRIVATE
+  ORVANE_PROVIDER_LIBRARY="$<TARGET_FILE:ORVOLEDB>")

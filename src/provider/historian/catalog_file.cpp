@@ -56,7 +56,7 @@ fs::path TemporaryName(const fs::path& file) {
 }
 
 void RemoveFiles(const fs::path& file) {
-  for (const char* const sEnd : {"", "-wal", "-shm", "-journal"}) {
+  for (const char* const sEnd : {"", "-wal", "-shm", "-journal", ".recorder"}) {
     std::error_code ignored;
     fs::remove(fs::path(file.string() + sEnd), ignored);
   }

@@ -1,0 +1,119 @@
+#include "tools/orvane_historian/generate.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "tools/orvane_historian/catalog_database.h"
+
+namespace orvane::tools {
+namespace {
+
+using namespace std::chrono;
+using platform::Text;
+using platform::Timestamp;
+using platform::Value;
+
+struct Signal {
+  const char* sTag;
+  const char* sDescription;
+  const char* sUnit;
+  double dMean;
+  double dSwing;   ///< of the slow wave
+  double dPeriod;  ///< of the slow wave, in seconds
+  double dNoise;
+};
+
+constexpr Signal kSignals[] = {
+    {"FIC101.PV", "Feed flow (generated)", "m3/h", 42.0, 3.5, 5400, 0.4},
+    {"FIC101.SP", "Feed flow set point (generated)", "m3/h", 42.0, 0.0, 1, 0.0},
+    {"TIC201.PV", "Reactor temperature (generated)",
+     "\xC2\xB0"
+     "C",
+     182.0, 4.0, 14400, 0.3},
+    {"PI202.PV", "Reactor pressure (generated)", "bar", 6.2, 0.35, 7200, 0.02},
+    {"LI301.PV", "Product tank level (generated)", "%", 55.0, 30.0, 28800, 0.2},
+    {"AI302.PV", "Product purity (generated)", "%", 99.2, 0.3, 21600, 0.03},
+    {"SI401.PV", "Mixer speed (generated)", "1/min", 1480.0, 12.0, 3600, 3.0},
+    {"EI402.PV", "Mixer power (generated)", "kW", 37.5, 2.5, 3600, 0.5},
+};
+
+constexpr const char* kBatchTag = "BATCH501.STATE";
+constexpr const char* kBatchStates[] = {"Charging", "Heating", "Reacting", "Cooling", "Emptying"};
+
+// A number from -1 to 1 that only tag and time decide.
+double Noise(std::size_t signal, std::int64_t llSecond) {
+  auto bits = static_cast<std::uint64_t>(llSecond) * 0x9E3779B97F4A7C15ULL +
+              (signal + 1) * 0xBF58476D1CE4E5B9ULL;
+  bits = (bits ^ (bits >> 30U)) * 0xBF58476D1CE4E5B9ULL;
+  bits = (bits ^ (bits >> 27U)) * 0x94D049BB133111EBULL;
+  bits ^= bits >> 31U;
+  return static_cast<double>(bits >> 11U) / 4503599627370496.0 - 1.0;
+}
+
+double ValueAt(std::size_t number, std::int64_t llSecond) {
+  const Signal& signal = kSignals[number];
+  const double dPhase = static_cast<double>(number);
+  const double dWave =
+      std::sin(2.0 * std::numbers::pi * static_cast<double>(llSecond) / signal.dPeriod + dPhase);
+  const double dValue =
+      signal.dMean + signal.dSwing * dWave + signal.dNoise * Noise(number, llSecond);
+  // As many digits as an instrument would give.
+  return std::round(dValue * 1000.0) / 1000.0;
+}
+
+void WriteTags(CatalogDatabase& database) {
+  PreparedStatement insert(database,
+                           "INSERT INTO Tags (Tag, Description, Unit, Type) VALUES (?, ?, ?, ?) "
+                           "ON CONFLICT (Tag) DO NOTHING");
+  for (const auto& signal : kSignals) {
+    insert << Text(signal.sTag) << Text(signal.sDescription) << Text(signal.sUnit)
+           << Text("number");
+    insert.Run();
+  }
+  insert << Text(kBatchTag) << Text("State of the batch (generated)") << Value() << Text("text");
+  insert.Run();
+}
+
+Timestamp At(std::int64_t llSecond) {
+  return Timestamp(seconds(llSecond));
+}
+
+}  // namespace
+
+std::int64_t Generate(const ServerPlace& place, const GenerateOrder& order) {
+  CatalogDatabase database(FindOrMakeCatalog(place, order.sCatalog));
+  const std::int64_t llStep = order.step.count();
+  const std::int64_t llNow = floor<seconds>(order.now).time_since_epoch().count();
+  // On the same beat whenever it is called.
+  const std::int64_t llFirst =
+      (llNow - duration_cast<seconds>(order.span).count()) / llStep * llStep;
+  std::int64_t llNew = 0;
+  database.InTransaction([&] {
+    WriteTags(database);
+    const auto before = sqlite3_total_changes64(database.Handle());
+    PreparedStatement numbers(
+        database, "INSERT OR IGNORE INTO Data (Tag, Timestamp, Value) VALUES (?, ?, ?)");
+    for (std::size_t signal = 0; signal < std::size(kSignals); ++signal) {
+      for (std::int64_t llSecond = llFirst; llSecond <= llNow; llSecond += llStep) {
+        numbers << std::string_view(kSignals[signal].sTag) << Value(At(llSecond))
+                << ValueAt(signal, llSecond);
+        numbers.Run();
+      }
+    }
+    PreparedStatement texts(database,
+                            "INSERT OR IGNORE INTO Data2 (Tag, Timestamp, Value) VALUES (?, ?, ?)");
+    constexpr std::int64_t kStateSeconds = 900;
+    for (std::int64_t llSecond = llFirst / kStateSeconds * kStateSeconds; llSecond <= llNow;
+         llSecond += kStateSeconds) {
+      const auto state =
+          static_cast<std::size_t>(llSecond / kStateSeconds) % std::size(kBatchStates);
+      texts << std::string_view(kBatchTag) << Value(At(llSecond))
+            << std::string_view(kBatchStates[state]);
+      texts.Run();
+    }
+    llNew = sqlite3_total_changes64(database.Handle()) - before;
+  });
+  return llNew;
+}
+
+}  // namespace orvane::tools

@@ -1,0 +1,23 @@
+// orvane-historian import: the rows of a file into a table, all of them or none.
+#pragma once
+
+#include <istream>
+
+#include "provider/dialect/time_zone.h"
+#include "tools/orvane_historian/opened_catalog.h"
+
+namespace orvane::tools {
+
+struct ImportOrder {
+  platform::Text sTable;
+  provider::dialect::TimeZone zone;    ///< of times without an offset
+  platform::Boolean bReplace = false;  ///< rows of a key that is there already take its place
+};
+
+/// Reads comma-separated values whose first line names columns of the table, checks every value
+/// against its column's type and inserts the rows in one transaction; gives their number. A field
+/// without anything, not even quotes, is null. Fails with the number of the first bad line.
+std::int64_t Import(const provider::historian::CatalogRecord& record, std::istream& stream,
+                    const ImportOrder& order);
+
+}  // namespace orvane::tools

@@ -1,0 +1,163 @@
+#include "tools/orvane_historian/machine_counters.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+namespace orvane::tools {
+namespace {
+
+using platform::Text;
+
+// A whole disk, not a part of one, and not a file or memory dressed up as a disk.
+bool IsDisk(const Text& sName) {
+  for (const char* const sOther : {"loop", "ram", "zram", "fd", "sr", "dm-", "md"}) {
+    if (sName.starts_with(sOther)) return false;
+  }
+  const bool bNumbered = !sName.empty() && sName.back() >= '0' && sName.back() <= '9';
+  if (!bNumbered) return true;
+  // nvme0n1 and mmcblk0 are disks, nvme0n1p1 and mmcblk0p1 parts of them.
+  const bool bByNumber = sName.starts_with("nvme") || sName.starts_with("mmcblk");
+  return bByNumber && sName.find('p') == Text::npos;
+}
+
+}  // namespace
+
+MachineCounters::MachineCounters(std::filesystem::path proc) : m_proc(std::move(proc)) {
+  Read(std::chrono::seconds(1));
+}
+
+std::vector<Counter> MachineCounters::Read(std::chrono::duration<double> passed) {
+  std::vector<Counter> counters;
+  AppendProcessors(counters);
+  AppendMemory(counters);
+  AppendLoad(counters);
+  AppendDisks(counters, passed.count());
+  AppendNetwork(counters, passed.count());
+  return counters;
+}
+
+bool MachineCounters::Grown(const Text& sName, double dTotal, double& dGrown) {
+  const auto [known, bNew] = m_totals.try_emplace(sName, dTotal);
+  if (bNew) return false;
+  dGrown = dTotal - known->second;
+  known->second = dTotal;
+  return dGrown >= 0;
+}
+
+void MachineCounters::AppendRate(std::vector<Counter>& counters, const Counter& counter,
+                                 double dTotal, double dSeconds) {
+  double dGrown = 0;
+  if (!Grown(counter.sTag, dTotal, dGrown) || dSeconds <= 0) return;
+  counters.push_back(counter);
+  counters.back().dValue = dGrown / dSeconds;
+}
+
+void MachineCounters::AppendProcessors(std::vector<Counter>& counters) {
+  std::ifstream stream(m_proc / "stat");
+  for (Text sLine; std::getline(stream, sLine);) {
+    if (!sLine.starts_with("cpu")) continue;
+    std::istringstream fields(sLine);
+    Text sName;
+    fields >> sName;
+    double dTotal = 0;
+    double dIdle = 0;
+    // user, nice, system, idle, waiting, interrupts (2), stolen; what follows is in user already.
+    for (int i = 0; i < 8; ++i) {
+      double dTicks = 0;
+      if (!(fields >> dTicks)) break;
+      dTotal += dTicks;
+      if (i == 3 || i == 4) dIdle += dTicks;
+    }
+    double dAll = 0;
+    double dUnused = 0;
+    const bool bAll = Grown(sName + " total", dTotal, dAll);
+    const bool bIdle = Grown(sName + " idle", dIdle, dUnused);
+    if (!bAll || !bIdle || dAll <= 0) continue;
+    const Text sNumber = sName.substr(3);
+    const double dLoad = std::clamp(100.0 * (1.0 - dUnused / dAll), 0.0, 100.0);
+    if (sNumber.empty()) {
+      counters.push_back({"cpu.load", "Use of all processors together", "%", dLoad});
+    } else {
+      counters.push_back({"cpu." + sNumber + ".load", "Use of processor " + sNumber, "%", dLoad});
+    }
+  }
+}
+
+void MachineCounters::AppendMemory(std::vector<Counter>& counters) const {
+  std::map<Text, double> megabytes;
+  std::ifstream stream(m_proc / "meminfo");
+  for (Text sLine; std::getline(stream, sLine);) {
+    std::istringstream fields(sLine);
+    Text sName;
+    double dKilobytes = 0;
+    if (fields >> sName >> dKilobytes) megabytes[sName] = dKilobytes / 1024;
+  }
+  if (megabytes.contains("MemTotal:") && megabytes.contains("MemAvailable:")) {
+    const double dTotal = megabytes["MemTotal:"];
+    const double dAvailable = megabytes["MemAvailable:"];
+    counters.push_back(
+        {"memory.available", "Memory that programs can still get", "MB", dAvailable});
+    counters.push_back({"memory.used", "Memory in use", "MB", dTotal - dAvailable});
+  }
+  if (megabytes.contains("SwapTotal:") && megabytes.contains("SwapFree:")) {
+    counters.push_back({"memory.swapped", "Memory moved out to disk", "MB",
+                        megabytes["SwapTotal:"] - megabytes["SwapFree:"]});
+  }
+}
+
+void MachineCounters::AppendLoad(std::vector<Counter>& counters) const {
+  std::ifstream stream(m_proc / "loadavg");
+  for (const char* const sMinutes : {"1", "5", "15"}) {
+    double dLoad = 0;
+    if (!(stream >> dLoad)) return;
+    counters.push_back({"load." + Text(sMinutes),
+                        "Mean number of processes that run or wait, over " + Text(sMinutes) +
+                            (Text(sMinutes) == "1" ? " minute" : " minutes"),
+                        "processes", dLoad});
+  }
+}
+
+void MachineCounters::AppendDisks(std::vector<Counter>& counters, double dSeconds) {
+  std::ifstream stream(m_proc / "diskstats");
+  for (Text sLine; std::getline(stream, sLine);) {
+    std::istringstream fields(sLine);
+    Text sName;
+    double dSkipped = 0;
+    double dRead = 0;
+    double dWritten = 0;
+    fields >> dSkipped >> dSkipped >> sName;
+    fields >> dSkipped >> dSkipped >> dRead >> dSkipped;
+    fields >> dSkipped >> dSkipped >> dWritten;
+    if (!fields || !IsDisk(sName)) continue;
+    // Counted in sectors of 512 bytes, whatever the disk's own are.
+    AppendRate(counters, {"disk." + sName + ".read", "Read from disk " + sName, "kB/s"}, dRead / 2,
+               dSeconds);
+    AppendRate(counters, {"disk." + sName + ".written", "Written to disk " + sName, "kB/s"},
+               dWritten / 2, dSeconds);
+  }
+}
+
+void MachineCounters::AppendNetwork(std::vector<Counter>& counters, double dSeconds) {
+  std::ifstream stream(m_proc / "net" / "dev");
+  for (Text sLine; std::getline(stream, sLine);) {
+    const auto colon = sLine.find(':');
+    if (colon == Text::npos) continue;
+    const auto first = sLine.find_first_not_of(' ');
+    const Text sName = sLine.substr(first, colon - first);
+    std::istringstream fields(sLine.substr(colon + 1));
+    double dReceived = 0;
+    double dSkipped = 0;
+    double dSent = 0;
+    fields >> dReceived;
+    for (int i = 0; i < 7; ++i) fields >> dSkipped;
+    fields >> dSent;
+    if (!fields || sName == "lo") continue;
+    AppendRate(counters, {"network." + sName + ".received", "Received over " + sName, "kB/s"},
+               dReceived / 1024, dSeconds);
+    AppendRate(counters, {"network." + sName + ".sent", "Sent over " + sName, "kB/s"}, dSent / 1024,
+               dSeconds);
+  }
+}
+
+}  // namespace orvane::tools

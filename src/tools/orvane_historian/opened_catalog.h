@@ -1,0 +1,28 @@
+// Which catalog of which historian a subcommand works on.
+#pragma once
+
+#include <filesystem>
+
+#include "provider/engines/engine.h"
+#include "provider/historian/catalog_record.h"
+
+namespace orvane::tools {
+
+/// A server as the command line names it.
+struct ServerPlace {
+  std::filesystem::path root;
+  platform::Text sServer;
+};
+
+/// The catalog of that name. Fails when there is none or it is the historian's own.
+provider::historian::CatalogRecord FindCatalog(const ServerPlace& place,
+                                               const platform::Text& sCatalog);
+/// The same, but makes the catalog when there is none.
+provider::historian::CatalogRecord FindOrMakeCatalog(const ServerPlace& place,
+                                                     const platform::Text& sCatalog);
+
+/// The table of that name, ASCII letters without regard to case. Fails when there is none.
+provider::engines::TableSchema FindTable(const provider::historian::CatalogRecord& record,
+                                         const platform::Text& sTable);
+
+}  // namespace orvane::tools

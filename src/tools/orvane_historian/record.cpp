@@ -1,0 +1,183 @@
+#include "tools/orvane_historian/record.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <deque>
+
+#include "platform/failure.h"
+#include "tools/orvane_historian/catalog_database.h"
+#include "tools/orvane_historian/machine_counters.h"
+
+namespace orvane::tools {
+namespace {
+
+using namespace std::chrono;
+using platform::Failure;
+using platform::Text;
+using platform::Timestamp;
+namespace failure = platform::failure;
+
+// Holds the catalog for this recorder; the system lets go of it when the process ends.
+class RecorderLock {
+ public:
+  explicit RecorderLock(const provider::historian::CatalogRecord& record) {
+    const Text sFile = record.file.string() + ".recorder";
+    m_nFile = ::open(sFile.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0644);
+    if (m_nFile < 0 || flock(m_nFile, LOCK_EX | LOCK_NB) != 0) {
+      const int nError = errno;
+      if (m_nFile >= 0) ::close(m_nFile);
+      throw Failure(nError == EWOULDBLOCK ? failure::kBusy : failure::kNoRights,
+                    nError == EWOULDBLOCK
+                        ? "Another recorder is at work on the catalog " + record.sName +
+                              "; stop it first or record into another catalog."
+                        : "The file " + sFile +
+                              " cannot be written; check your rights on its "
+                              "folder.",
+                    "orvane-historian", nError);
+    }
+  }
+  RecorderLock(const RecorderLock&) = delete;
+  RecorderLock& operator=(const RecorderLock&) = delete;
+  ~RecorderLock() { ::close(m_nFile); }
+
+ private:
+  int m_nFile = -1;
+};
+
+// SIGTERM and SIGINT, waited for instead of handled.
+class StopSignals {
+ public:
+  StopSignals() {
+    sigemptyset(&m_signals);
+    sigaddset(&m_signals, SIGTERM);
+    sigaddset(&m_signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
+  }
+  // True when one came before the time.
+  bool WaitUntil(steady_clock::time_point time) const {
+    for (;;) {
+      const auto left = std::max(time - steady_clock::now(), steady_clock::duration::zero());
+      const auto whole = duration_cast<seconds>(left);
+      timespec wait{};
+      wait.tv_sec = static_cast<time_t>(whole.count());
+      wait.tv_nsec = static_cast<long>(duration_cast<nanoseconds>(left - whole).count());
+      if (sigtimedwait(&m_signals, nullptr, &wait) > 0) return true;
+      if (errno == EAGAIN) return false;
+    }
+  }
+
+ private:
+  sigset_t m_signals{};
+};
+
+struct Sample {
+  Timestamp time;
+  std::vector<Counter> counters;
+};
+
+class Recorder {
+ public:
+  Recorder(CatalogDatabase& database, seconds keep)
+      : m_database(database),
+        m_keep(keep),
+        m_insert(database, "INSERT OR IGNORE INTO Data (Tag, Timestamp, Value) VALUES (?, ?, ?)"),
+        m_describe(database,
+                   "INSERT INTO Tags (Tag, Description, Unit, Type) VALUES (?, ?, ?, 'number') "
+                   "ON CONFLICT (Tag) DO UPDATE SET Description = excluded.Description, "
+                   "Unit = excluded.Unit WHERE Description IS NOT excluded.Description OR "
+                   "Unit IS NOT excluded.Unit"),
+        m_forget(database, "DELETE FROM Data WHERE Timestamp < ?") {}
+
+  void Take(Sample sample) {
+    // An hour of samples at most; longer than that nobody holds a lock by mistake.
+    constexpr std::size_t kMostWaiting = 3600;
+    if (m_waiting.size() == kMostWaiting) m_waiting.pop_front();
+    m_waiting.push_back(std::move(sample));
+  }
+
+  // Writes what waits. False while another program holds a lock.
+  bool Write() {
+    if (m_waiting.empty()) return true;
+    try {
+      m_database.InTransaction([&] {
+        for (const auto& sample : m_waiting) WriteSample(sample);
+        Forget(m_waiting.back().time);
+      });
+    } catch (const Failure& failed) {
+      if (failed.Number() != failure::kBusy) throw;
+      return false;
+    }
+    m_waiting.clear();
+    return true;
+  }
+
+ private:
+  void WriteSample(const Sample& sample) {
+    for (const auto& counter : sample.counters) {
+      if (!m_described.contains(counter.sTag)) {
+        m_describe << counter.sTag << counter.sDescription << counter.sUnit;
+        m_describe.Run();
+        m_described.emplace(counter.sTag, true);
+      }
+      m_insert << counter.sTag << platform::Value(sample.time) << counter.dValue;
+      m_insert.Run();
+    }
+  }
+
+  // Once a minute is enough.
+  void Forget(Timestamp now) {
+    if (m_keep == seconds(0) || now < m_nextForget) return;
+    m_forget << platform::Value(now - m_keep);
+    m_forget.Run();
+    m_nextForget = now + minutes(1);
+  }
+
+  CatalogDatabase& m_database;
+  seconds m_keep;
+  PreparedStatement m_insert;
+  PreparedStatement m_describe;
+  PreparedStatement m_forget;
+  std::map<Text, bool> m_described;
+  std::deque<Sample> m_waiting;
+  Timestamp m_nextForget{};
+};
+
+}  // namespace
+
+std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
+  const auto record = FindOrMakeCatalog(place, order.sCatalog);
+  const RecorderLock lock(record);
+  CatalogDatabase database(record);
+  // The next second writes what this one cannot.
+  sqlite3_busy_timeout(database.Handle(), 500);
+  Recorder recorder(database, order.keep);
+  const StopSignals signals;
+  MachineCounters counters(order.proc);
+  std::int64_t llSamples = 0;
+  auto last = steady_clock::now();
+  auto next = last;
+  while (order.llCount == 0 || llSamples < order.llCount) {
+    // A machine that slept takes up the beat again instead of making up for it.
+    next = std::max(next + seconds(1), steady_clock::now());
+    if (signals.WaitUntil(next)) break;
+    const auto now = steady_clock::now();
+    recorder.Take({floor<milliseconds>(system_clock::now()), counters.Read(now - last)});
+    last = now;
+    ++llSamples;
+    recorder.Write();
+  }
+  // What still waits has ten seconds.
+  sqlite3_busy_timeout(database.Handle(), 10'000);
+  if (!recorder.Write()) {
+    throw Failure(failure::kBusy, "The catalog " + record.sName +
+                                      " stayed locked by another program, so the last samples "
+                                      "were not written.");
+  }
+  return llSamples;
+}
+
+}  // namespace orvane::tools

@@ -1,0 +1,23 @@
+// orvane-historian record: this machine's counters into a catalog, once a second.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "tools/orvane_historian/opened_catalog.h"
+
+namespace orvane::tools {
+
+struct RecordOrder {
+  platform::Text sCatalog;
+  std::int64_t llCount = 0;     ///< so many samples; 0 goes on until a signal
+  std::chrono::seconds keep{};  ///< older rows go away; 0 keeps all
+  std::filesystem::path proc = "/proc";
+};
+
+/// Records until the count is reached or SIGTERM or SIGINT comes; gives the number of samples. No
+/// sample is lost while another program holds a lock: it waits in memory for the next second. Fails
+/// when another recorder is at work on the catalog.
+std::int64_t Record(const ServerPlace& place, const RecordOrder& order);
+
+}  // namespace orvane::tools

@@ -1,0 +1,133 @@
+#include "tools/orvane_historian/typed_text.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "platform/case_folding.h"
+#include "platform/conversions.h"
+#include "provider/dialect/time_expression.h"
+#include "provider/engines/sqlite/sqlite_types.h"
+
+namespace orvane::tools {
+namespace {
+
+using platform::DataType;
+using platform::Text;
+using platform::Value;
+
+template <class Number>
+std::optional<Number> Read(std::string_view sText) {
+  if (!sText.empty() && sText.front() == '+') sText.remove_prefix(1);
+  Number number{};
+  const char* const end = sText.data() + sText.size();
+  const auto read = std::from_chars(sText.data(), end, number);
+  if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+  return number;
+}
+
+std::optional<Value> ReadWhole(std::string_view sText, bool bShort) {
+  const auto number = Read<std::int64_t>(sText);
+  using Short = std::numeric_limits<std::int32_t>;
+  if (!number || (bShort && (*number < Short::min() || *number > Short::max()))) {
+    return std::nullopt;
+  }
+  return Value(*number);
+}
+
+std::optional<Value> ReadNumber(std::string_view sText) {
+  const auto number = Read<double>(sText);
+  if (!number || !std::isfinite(*number)) return std::nullopt;
+  return Value(*number);
+}
+
+std::optional<Value> ReadBoolean(std::string_view sText) {
+  const Text sFolded = platform::FoldCase(sText);
+  if (sFolded == "true" || sFolded == "1") return Value(std::int64_t{1});
+  if (sFolded == "false" || sFolded == "0") return Value(std::int64_t{0});
+  return std::nullopt;
+}
+
+std::optional<Value> ReadBytes(std::string_view sText) {
+  if (!sText.starts_with("0x") || sText.size() % 2 != 0) return std::nullopt;
+  platform::Bytes bytes;
+  for (std::size_t i = 2; i < sText.size(); i += 2) {
+    unsigned nByte = 0;
+    const char* const end = sText.data() + i + 2;
+    const auto read = std::from_chars(sText.data() + i, end, nByte, 16);
+    if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+    bytes.push_back(static_cast<std::byte>(nByte));
+  }
+  return Value(std::move(bytes));
+}
+
+// Dates, times and identities are stored as the texts that their values have.
+std::optional<Value> ReadStored(DataType type, std::string_view sText) {
+  const Value vtValue = provider::engines::FromStoredText(type, sText);
+  if (vtValue.As<Text>() != nullptr) return std::nullopt;
+  return Value(platform::ToText(vtValue));
+}
+
+}  // namespace
+
+std::optional<Value> ReadTyped(DataType type, std::string_view sText,
+                               const provider::dialect::TimeZone& zone, platform::Timestamp now) {
+  switch (type) {
+    case DataType::Integer:
+      return ReadWhole(sText, true);
+    case DataType::BigInt:
+      return ReadWhole(sText, false);
+    case DataType::Double:
+    case DataType::Numeric:
+      return ReadNumber(sText);
+    case DataType::Boolean:
+      return ReadBoolean(sText);
+    case DataType::DBTimeStamp: {
+      const auto time = provider::dialect::ReadTimeExpression(sText, zone, now);
+      if (const auto* const timestamp = std::get_if<platform::Timestamp>(&time)) {
+        return Value(*timestamp);
+      }
+      return std::nullopt;
+    }
+    case DataType::DBDate:
+    case DataType::DBTime:
+    case DataType::Guid:
+      return ReadStored(type, sText);
+    case DataType::Binary:
+      return ReadBytes(sText);
+    case DataType::WChar:
+    case DataType::Empty:
+      break;
+  }
+  return Value(Text(sText));
+}
+
+std::string_view TypeInWords(DataType type) {
+  switch (type) {
+    case DataType::Integer:
+      return "a whole number of 32 bits";
+    case DataType::BigInt:
+      return "a whole number";
+    case DataType::Double:
+    case DataType::Numeric:
+      return "a number";
+    case DataType::Boolean:
+      return "True or False";
+    case DataType::DBTimeStamp:
+      return "a time such as 2024-05-31 17:45:30";
+    case DataType::DBDate:
+      return "a date such as 2024-05-31";
+    case DataType::DBTime:
+      return "a time of day such as 17:45:30";
+    case DataType::Guid:
+      return "an identity in braces";
+    case DataType::Binary:
+      return "bytes such as 0x00FF";
+    case DataType::WChar:
+    case DataType::Empty:
+      break;
+  }
+  return "a text";
+}
+
+}  // namespace orvane::tools

@@ -1,0 +1,21 @@
+// Texts as values of a column's type, checked strictly.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "platform/ado/recordset.h"
+#include "provider/dialect/time_zone.h"
+
+namespace orvane::tools {
+
+/// The value as the column stores it, or none when the text is no value of the type. Times are
+/// time expressions, read in the zone at the moment "now".
+std::optional<platform::Value> ReadTyped(platform::DataType type, std::string_view sText,
+                                         const provider::dialect::TimeZone& zone,
+                                         platform::Timestamp now);
+
+/// The type in words, with its article: "a whole number".
+std::string_view TypeInWords(platform::DataType type);
+
+}  // namespace orvane::tools

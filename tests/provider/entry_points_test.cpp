@@ -1,0 +1,93 @@
+// libORVOLEDB.so as a host meets it.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include "ado/provider.h"
+#include "platform/component.h"
+#include "tests/provider/temporary_root.h"
+
+namespace orvane::provider {
+namespace {
+
+using platform::Text;
+
+class Registrar final : public platform::ComponentRegistrar {
+ public:
+  void Register(const platform::ComponentDescription& description) override {
+    registered.push_back(description);
+  }
+  void Unregister(const Text& sProgId) override { sUnregistered += sProgId; }
+  std::vector<platform::ComponentDescription> registered;
+  Text sUnregistered;
+};
+
+class entry_points : public testing::Test {
+ protected:
+  entry_points() : m_library(dlopen(ORVANE_PROVIDER_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {}
+  // Rows may outlive a test, so the library stays.
+  template <class Function>
+  Function* Get(const char* sName) {
+    return m_library == nullptr ? nullptr : reinterpret_cast<Function*>(dlsym(m_library, sName));
+  }
+  std::shared_ptr<ado::Provider> Create() {
+    void* factory = nullptr;
+    const auto result = Get<decltype(DllGetClassObject)>("DllGetClassObject")(
+        "ORVOLEDB", platform::kClassFactoryInterface, &factory);
+    if (result != platform::kOk) return nullptr;
+    return std::dynamic_pointer_cast<ado::Provider>(
+        static_cast<platform::ClassFactory*>(factory)->CreateInstance({}));
+  }
+
+  void* m_library;
+};
+
+TEST_F(entry_points, register_and_unregister_the_provider) {
+  ASSERT_NE(m_library, nullptr) << dlerror();
+  Registrar registrar;
+  EXPECT_EQ(Get<decltype(DllRegisterServer)>("DllRegisterServer")(&registrar), platform::kOk);
+  ASSERT_EQ(registrar.registered.size(), 1U);
+  EXPECT_EQ(registrar.registered[0].sProgId, "ORVOLEDB");
+  EXPECT_EQ(registrar.registered[0].sKind, "Provider");
+  EXPECT_EQ(registrar.registered[0].sVersion, "1.00.0001");
+  EXPECT_EQ(Get<decltype(DllUnregisterServer)>("DllUnregisterServer")(&registrar), platform::kOk);
+  EXPECT_EQ(registrar.sUnregistered, "ORVOLEDB");
+  EXPECT_EQ(Get<decltype(DllRegisterServer)>("DllRegisterServer")(nullptr), platform::kFail);
+}
+
+TEST_F(entry_points, refuse_other_classes_and_interfaces) {
+  ASSERT_NE(m_library, nullptr) << dlerror();
+  auto* const get = Get<decltype(DllGetClassObject)>("DllGetClassObject");
+  void* factory = this;
+  EXPECT_EQ(get("ORVOLEDBX", platform::kClassFactoryInterface, &factory),
+            platform::kClassNotAvailable);
+  EXPECT_EQ(factory, nullptr);
+  EXPECT_EQ(get("ORVOLEDB", "orvane.platform.ClassFactory.0", &factory), platform::kNoInterface);
+  EXPECT_EQ(get(nullptr, platform::kClassFactoryInterface, &factory), platform::kClassNotAvailable);
+  EXPECT_EQ(get("ORVOLEDB", platform::kClassFactoryInterface, nullptr), platform::kFail);
+}
+
+TEST_F(entry_points, give_a_provider_that_works_and_keeps_its_library) {
+  ASSERT_NE(m_library, nullptr) << dlerror();
+  const TemporaryRoot root;
+  ASSERT_EQ(setenv("XDG_DATA_HOME", root.Path().c_str(), 1), 0);
+  auto* const canUnload = Get<decltype(DllCanUnloadNow)>("DllCanUnloadNow");
+  EXPECT_EQ(canUnload(), platform::kOk);
+  auto provider = Create();
+  ASSERT_NE(provider, nullptr);
+  EXPECT_EQ(canUnload(), platform::kFalse);
+  provider.reset();
+  EXPECT_EQ(canUnload(), platform::kOk);
+  provider = Create();
+  const auto rs = provider->Open(ado::ConnectionSettings::Parse(""), "", {})
+                      ->Execute({"SELECT count(*) FROM Orvane..Historians", 0, {}}, {})
+                      .recordset;
+  provider.reset();
+  // The rows are still the library's.
+  EXPECT_EQ(canUnload(), platform::kFalse);
+  EXPECT_EQ(Rows(*rs), "0\n");
+  EXPECT_TRUE(std::filesystem::exists(root.Path() / "orvane" / "historians" / "localhost"));
+}
+
+}  // namespace
+}  // namespace orvane::provider

@@ -1,0 +1,292 @@
+// The five schema rowsets of a session on a real historian.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <atomic>
+#include <set>
+
+#include "provider/session.h"
+#include "tests/provider/temporary_root.h"
+
+namespace orvane::provider {
+namespace {
+
+using platform::DataType;
+using platform::Recordset;
+using platform::RecordsetPtr;
+using platform::SchemaNumber;
+using platform::Text;
+using platform::Value;
+
+class schema_rowsets : public testing::Test {
+ protected:
+  schema_rowsets() { Reopen(""); }
+
+  void Reopen(const Text& sOptions) {
+    HistorianProvider provider(PlaceAt(m_root.Path()));
+    m_session = provider.Open(ado::ConnectionSettings::Parse(sOptions), "", {});
+  }
+  void Run(const Text& sText) { m_session->Execute({sText, 0, {}}, {}); }
+  RecordsetPtr Schema(SchemaNumber schema, const std::vector<Value>& vtRestrictions = {}) {
+    return m_session->OpenSchema(schema, vtRestrictions, {});
+  }
+  static Text FieldNames(Recordset& rs) {
+    Text sNames;
+    for (platform::ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
+      sNames += (column == 0 ? "" : " ") + rs.FieldAt(column).Name();
+    }
+    return sNames;
+  }
+
+  TemporaryRoot m_root;
+  std::unique_ptr<ado::Session> m_session;
+};
+
+TEST_F(schema_rowsets, list_catalogs_with_those_of_the_historian) {
+  Run("CREATE DATABASE \"plant2\" ");
+  Run("CREATE DATABASE \"Plant1\" ");
+  const auto rs = Schema(SchemaNumber::Catalogs);
+  EXPECT_EQ(FieldNames(*rs), "CATALOG_NAME DESCRIPTION");
+  EXPECT_EQ(Cells(*rs, "CATALOG_NAME"), "Functions Orvane Plant1 plant2");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Catalogs, {Value("PLANT1")}), "CATALOG_NAME"), "Plant1");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Catalogs, {Value("Plant9")}), "CATALOG_NAME"), "");
+}
+
+TEST_F(schema_rowsets, list_the_tables_of_a_catalog) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Run("CREATE VIEW Plant1..Recent AS SELECT * FROM Plant1..Data");
+  const auto rs = Schema(SchemaNumber::Tables, {Value("Plant1")});
+  EXPECT_EQ(FieldNames(*rs),
+            "TABLE_CATALOG TABLE_SCHEMA TABLE_NAME TABLE_TYPE TABLE_GUID DESCRIPTION TABLE_PROPID "
+            "DATE_CREATED DATE_MODIFIED");
+  EXPECT_EQ(Cells(*rs, "TABLE_NAME"), "Data Data2 Recent Tags");
+  EXPECT_EQ(Cells(*rs, "TABLE_TYPE"), "TABLE TABLE VIEW TABLE");
+  EXPECT_EQ(Cells(*rs, "TABLE_CATALOG"), "Plant1 Plant1 Plant1 Plant1");
+  const auto names = [&](const std::vector<Value>& vtRestrictions) {
+    return Cells(*Schema(SchemaNumber::Tables, vtRestrictions), "TABLE_NAME");
+  };
+  EXPECT_EQ(names({Value("Plant1"), Value(), Value("data")}), "Data");
+  EXPECT_EQ(names({Value("Plant1"), Value(), Value(), Value("VIEW")}), "Recent");
+  EXPECT_EQ(names({Value("Plant1"), Value("dbo")}), "");
+  EXPECT_EQ(names({Value("Plant1"), Value("")}), "Data Data2 Recent Tags");
+  EXPECT_EQ(names({}), "Functions TimeExpressions Historians Data Data2 Recent Tags");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Tables, {Value("Orvane")}), "TABLE_TYPE"), "SYSTEM TABLE");
+}
+
+TEST_F(schema_rowsets, fail_for_a_catalog_that_is_not_there) {
+  EXPECT_EQ(FailureOf([&] { Schema(SchemaNumber::Tables, {Value("Plant9")}); }),
+            "5: There is no catalog \"Plant9\" on this server; refresh the list of catalogs.");
+}
+
+TEST_F(schema_rowsets, list_the_columns_of_a_table) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Run("CREATE TABLE Plant1..Kinds (a INT NOT NULL, b BIGINT DEFAULT 7, c DOUBLE, d BOOLEAN, e "
+      "GUID, f BLOB, g VARCHAR(20), h NUMERIC, i DATE, j TIME, k TIMESTAMP, l)");
+  const std::vector<Value> vtKinds = {Value("Plant1"), Value(), Value("Kinds")};
+  const auto rs = Schema(SchemaNumber::Columns, vtKinds);
+  EXPECT_EQ(FieldNames(*rs),
+            "TABLE_CATALOG TABLE_SCHEMA TABLE_NAME COLUMN_NAME COLUMN_GUID COLUMN_PROPID "
+            "ORDINAL_POSITION COLUMN_HASDEFAULT COLUMN_DEFAULT COLUMN_FLAGS IS_NULLABLE DATA_TYPE "
+            "TYPE_GUID CHARACTER_MAXIMUM_LENGTH CHARACTER_OCTET_LENGTH NUMERIC_PRECISION "
+            "NUMERIC_SCALE DATETIME_PRECISION DESCRIPTION");
+  EXPECT_EQ(Cells(*rs, "COLUMN_NAME"), "a b c d e f g h i j k l");
+  EXPECT_EQ(Cells(*rs, "ORDINAL_POSITION"), "1 2 3 4 5 6 7 8 9 10 11 12");
+  EXPECT_EQ(Cells(*rs, "DATA_TYPE"), "3 20 5 11 72 128 130 131 133 134 135 0");
+  EXPECT_EQ(Cells(*rs, "IS_NULLABLE"),
+            "False True True True True True True True True True True True");
+  EXPECT_EQ(rs->FieldAt(10).Type(), DataType::Boolean);
+  EXPECT_EQ(rs->FieldAt(11).Type(), DataType::Integer);
+  EXPECT_EQ(rs->ValueAt(1, 7), Value(true));
+  EXPECT_EQ(rs->ValueAt(1, 8), Value("7"));
+  EXPECT_EQ(rs->ValueAt(6, 13), Value(20));
+  EXPECT_EQ(
+      Cells(*Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), Value("KINDS"), Value("G")}),
+            "COLUMN_NAME"),
+      "g");
+  EXPECT_EQ(Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), Value("None")})->RecordCount(),
+            0);
+  EXPECT_EQ(Schema(SchemaNumber::Columns, {Value("Plant1")})->RecordCount(), 12 + 4 + 4 + 4);
+}
+
+TEST_F(schema_rowsets, list_primary_keys_in_the_order_of_the_key) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Run("CREATE TABLE Plant1..Odd (a INT, b INT, c INT, PRIMARY KEY (c, a))");
+  const auto rs = Schema(SchemaNumber::PrimaryKeys, {Value("Plant1"), Value(), Value("Odd")});
+  EXPECT_EQ(FieldNames(*rs),
+            "TABLE_CATALOG TABLE_SCHEMA TABLE_NAME COLUMN_NAME COLUMN_GUID COLUMN_PROPID ORDINAL "
+            "PK_NAME");
+  EXPECT_EQ(Cells(*rs, "COLUMN_NAME"), "c a");
+  EXPECT_EQ(Cells(*rs, "ORDINAL"), "1 2");
+  EXPECT_EQ(Cells(*rs, "PK_NAME"), "PK_Odd PK_Odd");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::PrimaryKeys, {Value("Plant1"), Value(), Value("Data")}),
+                  "COLUMN_NAME"),
+            "Tag Timestamp");
+}
+
+TEST_F(schema_rowsets, list_one_best_match_for_every_type_that_columns_have) {
+  const auto rs = Schema(SchemaNumber::ProviderTypes);
+  EXPECT_EQ(FieldNames(*rs),
+            "TYPE_NAME DATA_TYPE COLUMN_SIZE LITERAL_PREFIX LITERAL_SUFFIX CREATE_PARAMS "
+            "IS_NULLABLE CASE_SENSITIVE SEARCHABLE UNSIGNED_ATTRIBUTE FIXED_PREC_SCALE "
+            "AUTO_UNIQUE_VALUE LOCAL_TYPE_NAME MINIMUM_SCALE MAXIMUM_SCALE GUID TYPELIB VERSION "
+            "IS_LONG BEST_MATCH IS_FIXEDLENGTH");
+  std::multiset<int> best;
+  Text sNames;
+  for (rs->MoveFirst(); !rs->Eof(); rs->MoveNext()) {
+    if (rs->Fields().Item("BEST_MATCH").Value() != Value(true)) continue;
+    best.insert(platform::ToLong(rs->Fields().Item("DATA_TYPE").Value()));
+    sNames += platform::ToText(rs->Fields().Item("TYPE_NAME").Value()) + " ";
+  }
+  EXPECT_EQ(best, (std::multiset<int>{0, 3, 5, 11, 20, 72, 128, 130, 131, 133, 134, 135}));
+  EXPECT_EQ(sNames, "INT DOUBLE BOOLEAN BIGINT GUID BLOB TEXT NUMERIC DATE TIME TIMESTAMP ANY ");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::ProviderTypes, {Value(5)}), "TYPE_NAME"),
+            "DOUBLE REAL FLOAT");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::ProviderTypes, {Value(5), Value(true)}), "TYPE_NAME"),
+            "DOUBLE");
+}
+
+TEST_F(schema_rowsets, name_types_that_make_columns_of_their_type) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  const auto types = Schema(SchemaNumber::ProviderTypes);
+  for (types->MoveFirst(); !types->Eof(); types->MoveNext()) {
+    const Text sType = platform::ToText(types->Fields().Item("TYPE_NAME").Value());
+    Run("CREATE TABLE Plant1..Made (a " + sType + ")");
+    EXPECT_EQ(Cells(*Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), Value("Made")}),
+                    "DATA_TYPE"),
+              platform::ToText(types->Fields().Item("DATA_TYPE").Value()))
+        << sType;
+    Run("DROP TABLE Plant1..Made");
+  }
+}
+
+TEST_F(schema_rowsets, show_prefixed_names_and_understand_them) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Reopen("Identifier Prefixes = True;");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Catalogs), "CATALOG_NAME"),
+            "Orv_Functions Orv_Orvane Orv_Plant1");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Tables, {Value("Orv_Plant1")}), "TABLE_NAME"),
+            "Orv_Data Orv_Data2 Orv_Tags");
+  // From the listing, and again without it.
+  for (int i = 0; i < 2; ++i) {
+    const auto rs =
+        Schema(SchemaNumber::Columns, {Value("Orv_Plant1"), Value(), Value("Orv_Data")});
+    EXPECT_EQ(Cells(*rs, "COLUMN_NAME"), "Tag Timestamp Value Status");
+    EXPECT_EQ(Cells(*rs, "TABLE_NAME"), "Orv_Data Orv_Data Orv_Data Orv_Data");
+  }
+  EXPECT_EQ(
+      Cells(*Schema(SchemaNumber::PrimaryKeys, {Value("Orv_Plant1"), Value(), Value("Orv_Data")}),
+            "COLUMN_NAME"),
+      "Tag Timestamp");
+}
+
+TEST_F(schema_rowsets, show_identities_where_the_option_says_so) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Reopen("Historians By GUID = True;Identifier Prefixes = True;");
+  const auto rs = Schema(SchemaNumber::Catalogs);
+  const Text sNames = Cells(*rs, "CATALOG_NAME");
+  EXPECT_EQ(sNames.substr(0, 26), "Orv_Functions Orv_Orvane {");
+  const Text sIdentity = sNames.substr(25);
+  EXPECT_EQ(sIdentity.size(), 38U);
+  EXPECT_EQ(platform::ToText(rs->ValueAt(2, 1)), "Plant1");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Tables, {Value(sIdentity)}), "TABLE_NAME"),
+            "Orv_Data Orv_Data2 Orv_Tags");
+}
+
+TEST_F(schema_rowsets, show_times_as_numbers_where_the_option_says_so) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Reopen("Time as Double = True;");
+  EXPECT_EQ(
+      Cells(*Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), Value("Data")}), "DATA_TYPE"),
+      "130 5 5 130");
+}
+
+TEST_F(schema_rowsets, fail_for_an_unknown_number_and_a_closed_connection) {
+  EXPECT_EQ(FailureOf([&] { Schema(static_cast<SchemaNumber>(99)); }),
+            "3808: The provider has no schema rowset of the number 99.");
+  m_session->Close();
+  EXPECT_EQ(FailureOf([&] { Schema(SchemaNumber::Catalogs); }),
+            "3704: The connection is closed; connect again.");
+}
+
+// Statements as the database sees them. Those that it runs itself to answer ours are left out.
+class CountedStatements {
+ public:
+  CountedStatements() {
+    g_nStatements = 0;
+    sqlite3_auto_extension(reinterpret_cast<void (*)()>(&Watch));
+  }
+  CountedStatements(const CountedStatements&) = delete;
+  CountedStatements& operator=(const CountedStatements&) = delete;
+  ~CountedStatements() { sqlite3_reset_auto_extension(); }
+  static int Count() { return g_nStatements; }
+
+ private:
+  static int Watch(sqlite3* database, char**, const void*) {
+    return sqlite3_trace_v2(database, SQLITE_TRACE_STMT, &Counted, nullptr);
+  }
+  static int Counted(unsigned, void*, void*, void* text) {
+    const Text sText = static_cast<const char*>(text);
+    if (!sText.starts_with("PRAGMA") || sText.find("table_xinfo") == Text::npos) ++g_nStatements;
+    return 0;
+  }
+  static std::atomic<int> g_nStatements;
+};
+
+std::atomic<int> CountedStatements::g_nStatements{0};
+
+TEST_F(schema_rowsets, list_a_catalog_with_all_its_columns_in_three_statements) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  for (int i = 0; i < 50; ++i) {
+    Run("CREATE TABLE Plant1..T" + std::to_string(i) + " (a INT, b TEXT)");
+  }
+  const CountedStatements counted;
+  Reopen("");
+  const int nBefore = CountedStatements::Count();
+  EXPECT_GT(nBefore, 0);
+  const auto tables = Schema(SchemaNumber::Tables, {Value("Plant1")});
+  EXPECT_EQ(tables->RecordCount(), 53);
+  int nColumns = 0;
+  for (tables->MoveFirst(); !tables->Eof(); tables->MoveNext()) {
+    const Value vtTable = tables->Fields().Item("TABLE_NAME").Value();
+    nColumns += static_cast<int>(
+        Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), vtTable})->RecordCount());
+  }
+  EXPECT_EQ(nColumns, 50 * 2 + 12);
+  EXPECT_LE(CountedStatements::Count() - nBefore, 3);
+}
+
+TEST_F(schema_rowsets, read_a_tables_columns_anew_for_whoever_asks_twice) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Schema(SchemaNumber::Tables, {Value("Plant1")});
+  HistorianProvider provider(PlaceAt(m_root.Path()));
+  const auto other = provider.Open(ado::ConnectionSettings::Parse(""), "", {});
+  other->Execute({"ALTER TABLE Plant1..Tags ADD COLUMN Area TEXT", 0, {}}, {});
+  const std::vector<Value> vtTags = {Value("Plant1"), Value(), Value("Tags")};
+  EXPECT_EQ(Schema(SchemaNumber::Columns, vtTags)->RecordCount(), 4);
+  EXPECT_EQ(Schema(SchemaNumber::Columns, vtTags)->RecordCount(), 5);
+}
+
+TEST_F(schema_rowsets, drop_what_is_left_of_a_listing_at_any_other_call) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  const std::vector<Value> vtTags = {Value("Plant1"), Value(), Value("Tags")};
+  const auto listed = [&](const std::function<void()>& call) {
+    Schema(SchemaNumber::Tables, {Value("Plant1")});
+    {
+      HistorianProvider provider(PlaceAt(m_root.Path()));
+      const auto other = provider.Open(ado::ConnectionSettings::Parse(""), "", {});
+      other->Execute({"ALTER TABLE Plant1..Tags ADD COLUMN x", 0, {}}, {});
+    }
+    call();
+    const auto nColumns = Schema(SchemaNumber::Columns, vtTags)->RecordCount();
+    Run("ALTER TABLE Plant1..Tags DROP COLUMN x");
+    return nColumns;
+  };
+  EXPECT_EQ(listed([] {}), 4);
+  EXPECT_EQ(listed([&] { Run("SELECT 1"); }), 5);
+  EXPECT_EQ(listed([&] { Schema(SchemaNumber::Catalogs); }), 5);
+  EXPECT_EQ(listed([&] { Schema(SchemaNumber::PrimaryKeys, vtTags); }), 5);
+  EXPECT_EQ(listed([&] { m_session->PropertyValue("Log Level", 1); }), 5);
+}
+
+}  // namespace
+}  // namespace orvane::provider

@@ -1,0 +1,100 @@
+#include "provider/statement_log.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "tests/provider/temporary_root.h"
+
+namespace orvane::provider {
+namespace {
+
+using platform::Text;
+using testing::HasSubstr;
+using testing::Not;
+
+class statement_log : public testing::Test {
+ protected:
+  Text File() const { return (m_root.Path() / "log.txt").string(); }
+  Text Content() const {
+    std::ostringstream content;
+    content << std::ifstream(File()).rdbuf();
+    return content.str();
+  }
+  std::unique_ptr<ado::Session> Open(int nLevel) {
+    HistorianProvider provider(PlaceAt(m_root.Path()));
+    return provider.Open(
+        ado::ConnectionSettings::Parse("Data Source = localhost;Log File = " + File() +
+                                       ";Log Level = " + std::to_string(nLevel) + ";"),
+        "secret", {});
+  }
+  static void Work(ado::Session& session) {
+    session.Execute({"SELECT\n1", 0, {}}, {});
+    FailureOf([&] { session.Execute({"SELECT nothing", 0, {}}, {}); });
+    session.OpenSchema(platform::SchemaNumber::Catalogs, {}, {});
+  }
+
+  TemporaryRoot m_root;
+};
+
+TEST_F(statement_log, writes_nothing_at_level_0) {
+  Work(*Open(0));
+  EXPECT_FALSE(std::filesystem::exists(File()));
+}
+
+TEST_F(statement_log, writes_failures_at_level_1) {
+  Work(*Open(1));
+  EXPECT_THAT(Content(), HasSubstr("error"));
+  EXPECT_THAT(Content(), HasSubstr("SELECT nothing"));
+  EXPECT_THAT(Content(), Not(HasSubstr("SELECT\\n1")));
+}
+
+TEST_F(statement_log, writes_statements_at_level_2_on_one_line_each) {
+  Work(*Open(2));
+  EXPECT_THAT(Content(), HasSubstr("SELECT\\n1\n"));
+  EXPECT_THAT(Content(), HasSubstr("open localhost"));
+  EXPECT_THAT(Content(), Not(HasSubstr("schema rowset")));
+}
+
+TEST_F(statement_log, writes_schema_rowsets_at_level_3) {
+  Work(*Open(3));
+  EXPECT_THAT(Content(), HasSubstr("schema rowset 1\n"));
+}
+
+TEST_F(statement_log, writes_failed_opening_and_never_a_password) {
+  Open(3)->Close();
+  HistorianProvider provider(PlaceAt(m_root.Path()));
+  FailureOf([&] {
+    provider.Open(ado::ConnectionSettings::Parse("Data Source = x://u:secret@h;Log Level = 3;Log "
+                                                 "File = " +
+                                                 File() + ";"),
+                  "secret", {});
+  });
+  EXPECT_THAT(Content(), HasSubstr("holds a password"));
+  EXPECT_THAT(Content(), Not(HasSubstr("secret")));
+}
+
+TEST_F(statement_log, begins_and_ends_on_an_open_connection) {
+  const auto session = Open(0);
+  session->PropertyValue("Log Level", 2);
+  session->Execute({"SELECT 2", 0, {}}, {});
+  session->PropertyValue("Log Level", 0);
+  session->Execute({"SELECT 3", 0, {}}, {});
+  EXPECT_THAT(Content(), HasSubstr("SELECT 2"));
+  EXPECT_THAT(Content(), Not(HasSubstr("SELECT 3")));
+}
+
+TEST_F(statement_log, says_that_its_file_cannot_be_opened_and_changes_nothing) {
+  const auto session = Open(0);
+  session->PropertyValue("Log Level", 2);
+  EXPECT_EQ(FailureOf([&] { session->PropertyValue("Log File", m_root.Path().string()); }),
+            "3807: The log file " + m_root.Path().string() +
+                " cannot be opened; enter a path into a folder that you may write to.");
+  EXPECT_EQ(session->PropertyValue("Log File"), platform::Value(File()));
+  session->Execute({"SELECT 4", 0, {}}, {});
+  EXPECT_THAT(Content(), HasSubstr("SELECT 4"));
+}
+
+}  // namespace
+}  // namespace orvane::provider
