@@ -1,6 +1,7 @@
 #include "tools/orvane_historian/machine_counters.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
 
@@ -34,6 +35,8 @@ std::vector<Counter> MachineCounters::Read(std::chrono::duration<double> passed)
   AppendLoad(counters);
   AppendDisks(counters, passed.count());
   AppendNetwork(counters, passed.count());
+  // What lies behind is the clock's noise, not the machine's work.
+  for (auto& counter : counters) counter.dValue = std::round(counter.dValue * 1000) / 1000;
   return counters;
 }
 
