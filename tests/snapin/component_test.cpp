@@ -2,6 +2,7 @@
 #include "platform/component.h"
 
 #include <dlfcn.h>
+#include <elf.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -160,25 +161,36 @@ TEST_F(component, can_be_unloaded_and_loaded_again) {
   }
 }
 
-TEST_F(component, carries_version_1_00_0001_as_file_and_product_version) {
-  std::ifstream file(ORVANE_COMPONENT, std::ios::binary);
+/// The bytes of the section of that name in an executable of this machine's kind.
+std::vector<char> Section(const char* sPath, const char* sName) {
+  std::ifstream file(sPath, std::ios::binary);
   const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-  int nFound = 0;
-  for (std::size_t i = 0; i + sizeof(platform::FixedFileInfo) <= bytes.size(); i += 4) {
-    platform::FixedFileInfo info{};
-    std::memcpy(&info, bytes.data() + i, sizeof info);
-    if (info.dwSignature != platform::kFixedFileInfoSignature) continue;
-    if (info.dwStrucVersion != 0x00010000U) continue;
-    ++nFound;
-    for (const auto& [dwMS, dwLS] : {std::pair(info.dwFileVersionMS, info.dwFileVersionLS),
-                                     std::pair(info.dwProductVersionMS, info.dwProductVersionLS)}) {
-      EXPECT_EQ(dwMS >> 16U, 1U) << "major";
-      EXPECT_EQ(dwMS & 0xFFFFU, 0U) << "minor";
-      EXPECT_EQ(dwLS >> 16U, 0U) << "build";
-      EXPECT_EQ(dwLS & 0xFFFFU, 1U) << "revision";
-    }
+  Elf64_Ehdr header{};
+  std::memcpy(&header, bytes.data(), sizeof header);
+  std::vector<Elf64_Shdr> sections(header.e_shnum);
+  std::memcpy(sections.data(), bytes.data() + header.e_shoff, sections.size() * sizeof(Elf64_Shdr));
+  const char* sNames = bytes.data() + sections.at(header.e_shstrndx).sh_offset;
+  for (const Elf64_Shdr& section : sections) {
+    if (std::strcmp(sNames + section.sh_name, sName) != 0) continue;
+    const char* begin = bytes.data() + section.sh_offset;
+    return {begin, begin + section.sh_size};
   }
-  EXPECT_EQ(nFound, 1);
+  return {};
+}
+
+TEST_F(component, carries_version_1_00_0001_as_file_and_product_version) {
+  const auto record = Section(ORVANE_COMPONENT, ".orvane.version");
+  platform::FixedFileInfo info{};
+  ASSERT_EQ(record.size(), sizeof info);
+  std::memcpy(&info, record.data(), sizeof info);
+  EXPECT_EQ(info.dwSignature, platform::kFixedFileInfoSignature);
+  for (const auto& [dwMS, dwLS] : {std::pair(info.dwFileVersionMS, info.dwFileVersionLS),
+                                   std::pair(info.dwProductVersionMS, info.dwProductVersionLS)}) {
+    EXPECT_EQ(dwMS >> 16U, 1U) << "major";
+    EXPECT_EQ(dwMS & 0xFFFFU, 0U) << "minor";
+    EXPECT_EQ(dwLS >> 16U, 0U) << "build";
+    EXPECT_EQ(dwLS & 0xFFFFU, 1U) << "revision";
+  }
 }
 
 }  // namespace
