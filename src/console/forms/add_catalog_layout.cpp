@@ -1,0 +1,44 @@
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "console/forms/caption_controls.h"
+#include "console/forms/form_layouts.h"
+#include "console/forms/line_text_control.h"
+
+namespace orvane::console {
+namespace {
+
+constexpr int kTextCharacters = 40;
+constexpr int kNumberCharacters = 12;
+
+}  // namespace
+
+void LayOutAddCatalog(QtForm& form) {
+  SizedLineEdit* const txtName = form.Add<LineTextControl>("m_txtName");
+  SizedLineEdit* const txtPath = form.Add<LineTextControl>("m_txtPath");
+  SizedLineEdit* const txtSize = form.Add<LineTextControl>("m_txtSize");
+  txtName->Characters(kTextCharacters, true);
+  txtPath->Characters(kTextCharacters, true);
+  txtSize->Characters(kNumberCharacters, false);
+  txtSize->setAlignment(Qt::AlignRight);
+
+  auto* const boxes = new QGridLayout;
+  boxes->addWidget(LabelFor(form, "Label1", txtName), 0, 0);
+  boxes->addWidget(txtName, 0, 1, 1, 2);
+  boxes->addWidget(LabelFor(form, "Label2", txtPath), 1, 0);
+  boxes->addWidget(txtPath, 1, 1, 1, 2);
+  boxes->addWidget(LabelFor(form, "Label3", txtSize), 2, 0);
+  boxes->addWidget(txtSize, 2, 1);
+  boxes->addWidget(form.Add<LabelControl>("Label4"), 2, 2);
+  boxes->setColumnStretch(2, 1);
+  auto* const layout = new QVBoxLayout(&form.Dialog());
+  layout->addLayout(boxes);
+  layout->addStretch(1);
+  layout->addSpacing(Gap(form) / 2);
+  layout->addLayout(OkCancelRow(form, "m_btnOk", "m_btnCancel"));
+  form.Dialog().InitialFocus(*txtName);
+}
+
+}  // namespace orvane::console

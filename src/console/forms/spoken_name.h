@@ -1,0 +1,18 @@
+// A caption as it is read out: without the access key's mark and the colon.
+#pragma once
+
+#include <QString>
+
+namespace orvane::console {
+
+inline QString SpokenName(const QString& sCaption) {
+  QString sName;
+  for (qsizetype i = 0; i < sCaption.size(); ++i) {
+    if (sCaption[i] == u'&' && i + 1 < sCaption.size()) ++i;
+    sName += sCaption[i];
+  }
+  if (sName.endsWith(u':')) sName.chop(1);
+  return sName;
+}
+
+}  // namespace orvane::console
