@@ -1,0 +1,101 @@
+#include "dialogs/add_catalog_dlg.h"
+#include "tests/console/forms/forms_fixture.h"
+
+namespace orvane::console {
+namespace {
+
+struct add_catalog_form : FormsFixture {
+  dialogs::AddCatalogDlg dialog{services};
+};
+
+TEST_F(add_catalog_form, ok_follows_the_name) {
+  Show(dialog, [](QWidget& window) {
+    EXPECT_EQ(window.windowTitle(), "Add Catalog");
+    EXPECT_EQ(Focus(), "m_txtName");
+    EXPECT_FALSE(Find(window, "m_btnOk").isEnabled());
+    Click(window, "m_btnOk");
+    EXPECT_TRUE(window.isVisible());
+    Type(" ");
+    EXPECT_TRUE(Find(window, "m_btnOk").isEnabled());
+    Key(Qt::Key_Backspace);
+    EXPECT_FALSE(Find(window, "m_btnOk").isEnabled());
+    Type("Plant1");
+    Click(window, "m_btnOk");
+    EXPECT_FALSE(window.isVisible());
+  });
+  EXPECT_TRUE(dialog.Accepted());
+  EXPECT_EQ(dialog.Name().Text(), "Plant1");
+}
+
+TEST_F(add_catalog_form, neither_enter_nor_escape_presses_anything_wherever_the_focus_is) {
+  Show(dialog, [](QWidget& window) {
+    Type("Plant1");
+    for (const char* const sControl :
+         {"m_txtName", "m_txtPath", "m_txtSize", "m_btnOk", "m_btnCancel"}) {
+      Find(window, sControl).setFocus();
+      ASSERT_EQ(Focus(), sControl);
+      for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+        Key(key);
+        ASSERT_TRUE(window.isVisible()) << sControl;
+      }
+      Key(Qt::Key_Return, Qt::ControlModifier);
+      ASSERT_TRUE(window.isVisible()) << sControl;
+    }
+  });
+  EXPECT_FALSE(dialog.Accepted());
+}
+
+TEST_F(add_catalog_form, space_presses_the_focused_button) {
+  Show(dialog, [](QWidget& window) {
+    Type("Plant1");
+    Find(window, "m_btnOk").setFocus();
+    Key(Qt::Key_Space);
+    EXPECT_FALSE(window.isVisible());
+  });
+  EXPECT_TRUE(dialog.Accepted());
+}
+
+TEST_F(add_catalog_form, access_keys_press_ok_and_cancel) {
+  Show(dialog, [](QWidget& window) {
+    Type("Plant1");
+    EXPECT_TRUE(AccessKey(Qt::Key_C, [&] { return !window.isVisible(); }));
+  });
+  EXPECT_FALSE(dialog.Accepted());
+  Show(dialog, [](QWidget& window) {
+    EXPECT_TRUE(AccessKey(Qt::Key_O, [&] { return !window.isVisible(); }));
+  });
+  EXPECT_TRUE(dialog.Accepted());
+}
+
+TEST_F(add_catalog_form, the_size_takes_any_text_without_a_beep) {
+  Show(dialog, [this](QWidget& window) {
+    Find(window, "m_txtSize").setFocus();
+    Type("lots");
+    EXPECT_EQ(dialog.Size().Text(), "lots");
+    EXPECT_EQ(ui->nBeeps, 0);
+  });
+}
+
+TEST_F(add_catalog_form, tab_goes_from_top_to_bottom) {
+  Show(dialog, [](QWidget&) {
+    Type("Plant1");
+    for (const char* const sNext :
+         {"m_txtPath", "m_txtSize", "m_btnOk", "m_btnCancel", "m_txtName"}) {
+      Key(Qt::Key_Tab);
+      EXPECT_EQ(Focus(), sNext);
+    }
+  });
+}
+
+TEST_F(add_catalog_form, the_unit_stands_behind_the_size) {
+  Show(dialog, [](QWidget& window) {
+    const QWidget& size = Find(window, "m_txtSize");
+    const QWidget& unit = Find(window, "Label4");
+    EXPECT_GT(unit.x(), size.geometry().right());
+    EXPECT_LT(unit.x() - size.geometry().right(), 20);
+    EXPECT_EQ(unit.geometry().center().y(), size.geometry().center().y());
+  });
+}
+
+}  // namespace
+}  // namespace orvane::console
