@@ -34,6 +34,7 @@ LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
   m_cmbServer->setInsertPolicy(QComboBox::NoInsert);
   m_cmbServer->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   m_cmbServer->setMinimumContentsLength(28);
+  m_cmbServer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   m_cmbServer->setAccessibleName(tr("Server"));
   for (const platform::Text& sServer : request.knownServers) {
     m_cmbServer->addItem(QString::fromStdString(sServer));

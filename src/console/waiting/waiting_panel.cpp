@@ -39,6 +39,8 @@ WaitingPanel::WaitingPanel(const QString& sWhat, QWidget* window)
   m_btnCancel->setObjectName("m_btnCancel");
   // The focus stays where it was: a cell that loses it would send its edit.
   m_btnCancel->setFocusPolicy(Qt::NoFocus);
+  const int iTextWidth = m_btnCancel->fontMetrics().horizontalAdvance(tr("Cancelling…"));
+  m_btnCancel->setMinimumWidth(iTextWidth + 2 * kMargin);
   m_btnCancel->setToolTip(tr("Stop and go back (Esc)"));
   connect(m_btnCancel, &QPushButton::clicked, this, &WaitingPanel::Cancelled);
 
