@@ -130,13 +130,13 @@ TEST_F(SqliteSchemaTest, can_be_cancelled) {
             failure::kCancelled);
 }
 
-TEST_F(SqliteSchemaTest, lists_ten_thousand_tables_with_their_columns) {
+TEST_F(SqliteSchemaTest, lists_thousands_of_tables_with_their_columns) {
   std::string sSql = "BEGIN;";
-  for (int i = 0; i < 10'000; ++i) {
+  for (int i = 0; i < 2'000; ++i) {
     sSql += "CREATE TABLE t" + std::to_string(i) + "(a INTEGER PRIMARY KEY, b TEXT, c REAL);";
   }
   const auto tables = SchemaOf(sSql + "COMMIT");
-  ASSERT_EQ(tables.size(), 10'000U);
+  ASSERT_EQ(tables.size(), 2'000U);
   for (const TableSchema& table : tables) ASSERT_EQ(table.columns.size(), 3U);
 }
 
