@@ -50,7 +50,8 @@ class DocumentFile {
   platform::Boolean IsReadOnly() const noexcept { return !m_sReadOnlyReason.empty(); }
   /// A sentence, or empty.
   const platform::Text& ReadOnlyReason() const noexcept { return m_sReadOnlyReason; }
-  /// True when the bytes under the file's name are no longer those last read or written.
+  /// True when the document under the file's name is no longer the one last read or written, told
+  /// by its size and by its end.
   platform::Boolean IsChanged() const;
   /// True when that name leads to this very file.
   platform::Boolean IsUnder(const platform::Text& sPath) const;
@@ -62,7 +63,7 @@ class DocumentFile {
   FileDescriptor m_descriptor;
   platform::Text m_sReadOnlyReason;
   struct stat m_status {};
-  platform::Text m_sDigest;
+  platform::Text m_sEnd;  // of the bytes last read or written
 };
 
 /// The process that holds a lock on the file, looked up in the kernel's table of locks (the text

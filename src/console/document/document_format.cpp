@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QCryptographicHash>
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -35,8 +36,26 @@ Text Digest(std::string_view sBytes) {
 
 // ---- writing
 
+/// Appends the UTF-8 text as a JSON string. A document is mostly names and plain texts, which are
+/// copied in runs.
 void AppendString(Text& sLine, std::string_view sText) {
-  sLine += Json(sText).dump();
+  const auto isPlain = [](char c) {
+    return static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\';
+  };
+  sLine += '"';
+  for (auto position = sText.begin();;) {
+    const auto runEnd = std::find_if_not(position, sText.end(), isPlain);
+    sLine.append(position, runEnd);
+    if (runEnd == sText.end()) break;
+    if (static_cast<unsigned char>(*runEnd) >= 0x20) {
+      sLine.append(1, '\\').append(1, *runEnd);
+    } else {
+      sLine += Json(std::string_view(&*runEnd, 1)).dump().substr(1);
+      sLine.pop_back();
+    }
+    position = runEnd + 1;
+  }
+  sLine += '"';
 }
 
 /// Appends ,"sMember":"text", or for bytes that are not UTF-8 ,"sBytesMember":"base64".
