@@ -75,6 +75,7 @@ std::vector<Include> ReadIncludes() {
     const std::string sRoom = fs::relative(file, Root() / "src").begin()->string();
     for (const auto& sLine : Lines(file)) {
       std::smatch match;
+      if (sLine.find("include") == std::string::npos) continue;
       if (!std::regex_match(sLine, match, kInclude)) continue;
       includes.push_back({file, sRoom, match[2], match[1] == "\""});
     }
