@@ -9,6 +9,8 @@
 #include <QSortFilterProxyModel>
 #include <QTreeView>
 
+#include "console/window/roomy_rows.h"
+
 namespace orvane::console {
 
 /// Rows by the text of a column as people read it: without regard to case, numbers by their value.
@@ -38,6 +40,7 @@ ResultList::ResultList(QWidget* parent)
       m_icons(new QListView(this)),
       m_order(new ResultListOrder(this)) {
   m_details->setObjectName("resultDetails");
+  m_details->setItemDelegate(new RoomyRows(this));
   m_details->setRootIsDecorated(false);
   m_details->setItemsExpandable(false);
   m_details->setUniformRowHeights(true);

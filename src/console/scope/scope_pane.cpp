@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 
+#include "console/window/roomy_rows.h"
+
 namespace orvane::console {
 
 ScopePane::ScopePane(QWidget* parent) : QTreeView(parent) {
@@ -14,6 +16,7 @@ ScopePane::ScopePane(QWidget* parent) : QTreeView(parent) {
   setUniformRowHeights(true);
   setSelectionMode(QAbstractItemView::SingleSelection);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setItemDelegate(new RoomyRows(this));
   setIndentation(18);
   setIconSize({16, 16});
   setFrameShape(QFrame::NoFrame);

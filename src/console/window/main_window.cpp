@@ -518,7 +518,7 @@ void MainWindow::ShowNotice() {
 }
 
 void MainWindow::ShowStatus() {
-  if (!m_results->IsListShown()) {
+  if (!m_results->IsListShown() || !m_results->Sentence().isEmpty()) {
     m_lblItems->clear();
     return;
   }

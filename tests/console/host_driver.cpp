@@ -1,0 +1,401 @@
+#include "tests/console/host_driver.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTest>
+
+#include "component/registration.h"
+#include "console/data_access/data_access.h"
+#include "console/document/document.h"
+#include "console/results/result_pane.h"
+#include "console/scope/scope_pane.h"
+#include "platform/conversions.h"
+#include "provider/engines/sqlite/sqlite_engine.h"
+#include "provider/historian/data_folder.h"
+#include "provider/historian/historian.h"
+
+namespace orvane::console {
+
+using platform::Boolean;
+using platform::Long;
+using platform::Text;
+using platform::Value;
+using scenarios::kStaticNode;
+
+namespace {
+
+/// Counts what is sent through it.
+class CountedCommand final : public platform::Command {
+ public:
+  CountedCommand(platform::CommandPtr command, std::shared_ptr<Long> count)
+      : m_command(std::move(command)), m_count(std::move(count)) {}
+
+  void ActiveConnection(const platform::ConnectionPtr& cn) override {
+    m_command->ActiveConnection(cn);
+  }
+  Text CommandText() const override { return m_command->CommandText(); }
+  void CommandText(const Text& sText) override { m_command->CommandText(sText); }
+  Long CommandTimeout() const override { return m_command->CommandTimeout(); }
+  void CommandTimeout(Long lSeconds) override { m_command->CommandTimeout(lSeconds); }
+  Long MaxRecords() const override { return m_command->MaxRecords(); }
+  void MaxRecords(Long lMaxRecords) override { m_command->MaxRecords(lMaxRecords); }
+  platform::RecordsetPtr Execute(Long* lRecordsAffected, Long lOptions) override {
+    ++*m_count;
+    return m_command->Execute(lRecordsAffected, lOptions);
+  }
+
+ private:
+  platform::CommandPtr m_command;
+  std::shared_ptr<Long> m_count;
+};
+
+class CountingFactory final : public platform::ObjectFactory {
+ public:
+  CountingFactory(platform::ObjectFactoryPtr objects, std::shared_ptr<Long> count)
+      : m_objects(std::move(objects)), m_count(std::move(count)) {}
+
+  platform::ConnectionPtr CreateConnection() override { return m_objects->CreateConnection(); }
+  platform::CommandPtr CreateCommand() override {
+    return std::make_shared<CountedCommand>(m_objects->CreateCommand(), m_count);
+  }
+  platform::TableQueryPtr CreateTableQuery() override { return m_objects->CreateTableQuery(); }
+
+ private:
+  platform::ObjectFactoryPtr m_objects;
+  std::shared_ptr<Long> m_count;
+};
+
+/// The catalog's file, written to beside the console.
+class CatalogDatabase {
+ public:
+  explicit CatalogDatabase(const std::filesystem::path& file) {
+    if (sqlite3_open(file.c_str(), &m_db) != SQLITE_OK) ADD_FAILURE() << sqlite3_errmsg(m_db);
+  }
+  ~CatalogDatabase() { sqlite3_close(m_db); }
+  CatalogDatabase(const CatalogDatabase&) = delete;
+  CatalogDatabase& operator=(const CatalogDatabase&) = delete;
+
+  void Run(const Text& sSql) {
+    EXPECT_EQ(sqlite3_exec(m_db, sSql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(m_db) << " in " << sSql;
+  }
+  void Insert(const Text& sTable, const std::vector<Value>& values) {
+    Text sSql = "INSERT INTO " + sTable + " VALUES (";
+    for (std::size_t n = 0; n < values.size(); ++n) {
+      if (n > 0) sSql += ", ";
+      if (values[n].IsNull()) {
+        sSql += "NULL";
+      } else if (values[n].Kind() == platform::ValueKind::Text) {
+        sSql += "'" + platform::ToText(values[n]) + "'";
+      } else {
+        sSql += platform::ToText(values[n]);
+      }
+    }
+    Run(sSql + ")");
+  }
+
+ private:
+  sqlite3* m_db = nullptr;
+};
+
+Text DeclaredType(platform::DataType type) {
+  switch (type) {
+    case platform::DataType::Double:
+      return "REAL";
+    case platform::DataType::DBTimeStamp:
+      return "TIMESTAMP";
+    case platform::DataType::Integer:
+      return "INTEGER";
+    default:
+      return "TEXT";
+  }
+}
+
+std::filesystem::path CatalogFile(const Text& sServer, const Text& sCatalog) {
+  provider::engines::SqliteEngine engine;
+  provider::historian::Historian historian(provider::historian::DefaultRoot(), sServer, engine, {});
+  const auto record = historian.Find(sCatalog, {});
+  if (record) return record->file;
+  return historian.CreateCatalog(sCatalog, "", 0, {}).file;
+}
+
+}  // namespace
+
+HostDriver::HostDriver() : m_settings(m_folder.filePath("settings.ini"), QSettings::IniFormat) {
+  qputenv("XDG_DATA_HOME", m_folder.filePath("data").toUtf8());
+  const auto registry = std::filesystem::path(m_folder.filePath("components").toStdString());
+  for (const char* sLibrary : {ORVANE_SNAP_IN, ORVANE_CONTROLS, ORVANE_PROVIDER}) {
+    component::RegisterLibrary(sLibrary, registry);
+  }
+  m_host = std::make_unique<console::Host>(registry);
+  auto parts = m_host->Parts(&m_settings);
+  parts.services.objects = std::make_shared<CountingFactory>(parts.services.objects, m_statements);
+  m_window = std::make_unique<MainWindow>(std::move(parts));
+  m_window->show();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+  QObject::connect(&m_answers, &QTimer::timeout, [this] { AnswerDialog(); });
+  m_answers.start(1);
+  NewDocument();
+}
+
+HostDriver::~HostDriver() {
+  m_window.reset();
+  // Nothing of the components may be left when their libraries go.
+  m_host->Runtime().UnloadUnused();
+  EXPECT_TRUE(m_host->Runtime().Loaded().empty());
+  m_host.reset();
+  qunsetenv("XDG_DATA_HOME");
+}
+
+void HostDriver::AnswerDialog() {
+  auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+  if (!dialog || dialog == m_answered) return;
+  m_answered = dialog;
+  if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
+    const bool bYesNo = box->standardButtons().testFlag(QMessageBox::Yes);
+    m_boxes.push_back({box->text().toStdString(), box->windowTitle().toStdString(),
+                       bYesNo ? platform::MsgBoxButtons::YesNo : platform::MsgBoxButtons::OkOnly});
+    QTest::mouseClick(box->button(bYesNo ? QMessageBox::Yes : QMessageBox::Ok), Qt::LeftButton);
+    return;
+  }
+  if (dialog->objectName() != "logonDialog") {
+    ADD_FAILURE() << "an unexpected dialog: " << dialog->windowTitle().toStdString();
+    dialog->reject();
+    return;
+  }
+  ++m_lLogons;
+  const bool bOk = m_logonAnswer == scenarios::LogonAnswer::Ok;
+  QTest::mouseClick(dialog->findChild<QPushButton*>(bOk ? "m_btnOk" : "m_btnCancel"),
+                    Qt::LeftButton);
+}
+
+void HostDriver::WaitFor(const std::function<bool()>& condition) {
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return !m_window->Session().IsBusy() && condition(); }, 30'000));
+}
+
+void HostDriver::AddServer(const scenarios::ServerSetup& server) {
+  for (const auto& catalog : server.catalogs) {
+    CatalogDatabase database(CatalogFile(server.sName, catalog.sName));
+    for (const auto& table : catalog.tables) {
+      Text sColumns;
+      Text sKey;
+      for (const auto& column : table.columns) {
+        if (!sColumns.empty()) sColumns += ", ";
+        sColumns += column.sName + " " + DeclaredType(column.type);
+        if (!column.bNullable) sColumns += " NOT NULL";
+        if (column.bKey) sKey += (sKey.empty() ? "" : ", ") + column.sName;
+      }
+      if (!sKey.empty()) sColumns += ", PRIMARY KEY (" + sKey + ")";
+      // Every catalog begins with the tables of a historian.
+      database.Run("CREATE TABLE IF NOT EXISTS " + table.sName + " (" + sColumns + ")");
+      for (const auto& row : table.rows) database.Insert(table.sName, row);
+    }
+  }
+}
+
+void HostDriver::AppendRow(const Text& sServer, const Text& sCatalog, const Text& sTable,
+                           const std::vector<Value>& values) {
+  CatalogDatabase(CatalogFile(sServer, sCatalog)).Insert(sTable, values);
+}
+
+void HostDriver::NewDocument() {
+  EXPECT_TRUE(m_window->NewDocument());
+}
+
+void HostDriver::OpenDocument(const Fill& fill) {
+  const auto sPath = m_folder.filePath(QString("%1.orvc").arg(++m_iDocuments)).toStdString();
+  {
+    Document document(
+        [this](const Text& sProgId) { return m_host->Objects().CreateObject(sProgId); });
+    auto content = document.NewContent();
+    fill(content->SnapIn(platform::kSnapInProgId), m_host->Objects());
+    document.SaveAs(sPath, std::move(content));
+  }
+  EXPECT_TRUE(m_window->OpenDocument(sPath));
+}
+
+void HostDriver::SaveAndReopen() {
+  if (m_window->Document().Path().empty()) {
+    EXPECT_TRUE(
+        m_window->SaveTo(m_folder.filePath(QString("%1.orvc").arg(++m_iDocuments)).toStdString()));
+  } else {
+    QTest::keyClick(m_window.get(), Qt::Key_S, Qt::ControlModifier);
+  }
+  EXPECT_FALSE(m_window->IsModified());
+  EXPECT_TRUE(m_window->OpenDocument(m_window->Document().Path()));
+}
+
+Value HostDriver::SavedValue(const Text& sName) const {
+  const auto* bag = m_window->Document().Content().FindSnapIn(platform::kSnapInProgId);
+  return bag ? bag->ReadProperty(sName, {}) : Value();
+}
+
+ScopeTreeItemPtr HostDriver::Item(const Text& sKey) const {
+  auto& tree = m_window->Session().Tree();
+  return sKey == kStaticNode ? tree.StaticItem() : tree.Find(sKey);
+}
+
+QRect HostDriver::RectOf(const ScopeTreeItemPtr& item) {
+  const auto index = m_window->Session().Tree().IndexOf(*item);
+  m_window->Scope().scrollTo(index);
+  return m_window->Scope().visualRect(index);
+}
+
+Boolean HostDriver::HasItem(const Text& sKey) const {
+  return Item(sKey) != nullptr;
+}
+
+void HostDriver::Expand(const Text& sKey) {
+  const auto item = Item(sKey);
+  ASSERT_NE(item, nullptr) << sKey;
+  auto& pane = m_window->Scope();
+  if (pane.isExpanded(m_window->Session().Tree().IndexOf(*item))) return;
+  const auto rect = RectOf(item);
+  ASSERT_FALSE(rect.isEmpty()) << sKey << " is not in sight";
+  if (item->HasExpandMark()) {
+    QTest::mouseClick(pane.viewport(), Qt::LeftButton, {},
+                      {rect.left() - pane.indentation() / 2, rect.center().y()});
+  } else {
+    QTest::mouseDClick(pane.viewport(), Qt::LeftButton, {}, rect.center());
+  }
+  WaitFor([&] { return item->State() == NodeState::Loaded || item->State() == NodeState::Failed; });
+}
+
+void HostDriver::Collapse(const Text& sKey) {
+  const auto item = Item(sKey);
+  ASSERT_NE(item, nullptr) << sKey;
+  const auto rect = RectOf(item);
+  auto& pane = m_window->Scope();
+  QTest::mouseClick(pane.viewport(), Qt::LeftButton, {},
+                    {rect.left() - pane.indentation() / 2, rect.center().y()});
+  EXPECT_FALSE(pane.isExpanded(m_window->Session().Tree().IndexOf(*item)));
+}
+
+void HostDriver::Select(const Text& sKey) {
+  const auto item = Item(sKey);
+  ASSERT_NE(item, nullptr) << sKey;
+  const auto rect = RectOf(item);
+  ASSERT_FALSE(rect.isEmpty()) << sKey << " is not in sight";
+  QTest::mouseClick(m_window->Scope().viewport(), Qt::LeftButton, {}, rect.center());
+  WaitFor([&] { return m_window->Session().Selected() == item; });
+}
+
+Boolean HostDriver::HasExpandMark(const Text& sKey) const {
+  return m_window->Session().Tree().hasChildren(m_window->Session().Tree().IndexOf(*Item(sKey)));
+}
+
+std::vector<Text> HostDriver::Children(const Text& sKey) const {
+  std::vector<Text> keys;
+  for (const auto& child : Item(sKey)->Children()) keys.push_back(child->Key());
+  return keys;
+}
+
+Text HostDriver::DisplayName(const Text& sKey) const {
+  return Item(sKey)->DisplayName();
+}
+
+Text HostDriver::Tree() const {
+  Text sTree;
+  const std::function<void(const ScopeTreeItem&, const Text&)> append =
+      [&](const ScopeTreeItem& item, const Text& sIndent) {
+        sTree += sIndent + item.DisplayName() + "\n";
+        for (const auto& child : item.Children()) append(*child, sIndent + "  ");
+      };
+  append(*m_window->Session().Tree().StaticItem(), "");
+  return sTree;
+}
+
+void HostDriver::ShowView(const Text& sViewName) {
+  const auto views = m_window->Session().ViewsOfSelected();
+  auto& tabs = m_window->Results().ViewTabs();
+  for (std::size_t n = 0; n < views.size(); ++n) {
+    if (views[n].sName != sViewName) continue;
+    QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(static_cast<int>(n)).center());
+  }
+  WaitFor([&] {
+    const auto* view = m_window->Session().CurrentResultView();
+    return view && view->Name() == sViewName;
+  });
+}
+
+std::vector<scenarios::ListRow> HostDriver::ListRows() const {
+  std::vector<scenarios::ListRow> rows;
+  auto& results = m_window->Results();
+  if (!results.IsListShown() || !results.Sentence().isEmpty()) return rows;
+  const auto& list = results.List();
+  for (int i = 0; i < list.RowCount(); ++i) {
+    const int iRow = list.SourceRow(i);
+    const auto index = list.Model()->index(iRow, 0);
+    rows.push_back({index.data().toString().toStdString(), list.Model()->ImageAt(iRow),
+                    list.Model()->TextsAt(iRow)});
+  }
+  return rows;
+}
+
+std::shared_ptr<platform::Grid> HostDriver::ShownGrid() const {
+  const auto* view = m_window->Session().CurrentResultView();
+  return view ? std::dynamic_pointer_cast<platform::Grid>(view->HostedControl()) : nullptr;
+}
+
+scenarios::GridSnapshot HostDriver::Grid() const {
+  scenarios::GridSnapshot grid;
+  const auto shown = ShownGrid();
+  if (!shown) return grid;
+  grid.bShown = static_cast<QWidget*>(shown->Window())->isVisible();
+  grid.bSqlStatements = shown->ShowSqlStatements();
+  platform::RecordsetPtr rs;
+  if (const auto editor = std::dynamic_pointer_cast<platform::TableEditor>(shown)) {
+    Long lUpdatability = 0;
+    rs = editor->DetachRecordset(lUpdatability);
+  } else if (const auto results = std::dynamic_pointer_cast<platform::QueryResults>(shown)) {
+    rs = results->Recordset();
+  }
+  if (!rs) return grid;
+  for (platform::ColumnIndex c = 0; c < rs->FieldCount(); ++c) {
+    grid.columns.push_back(rs->FieldAt(c).Name());
+  }
+  for (platform::RowIndex r = 0; r < rs->RecordCount(); ++r) {
+    auto& row = grid.rows.emplace_back();
+    for (platform::ColumnIndex c = 0; c < rs->FieldCount(); ++c) {
+      row.push_back(platform::ToText(rs->ValueAt(r, c)));
+    }
+  }
+  return grid;
+}
+
+void HostDriver::Command(const Text& sKey, const Text& sMenuItem) {
+  Select(sKey);
+  const auto at = RectOf(Item(sKey)).center();
+  auto* viewport = m_window->Scope().viewport();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, at, viewport->mapToGlobal(at));
+  QApplication::sendEvent(viewport, &event);
+  QMenu* menu = nullptr;
+  WaitFor([&] { return (menu = m_window->findChild<QMenu*>("contextMenu")) != nullptr; });
+  auto* action = menu ? menu->findChild<QAction*>(QString::fromStdString(sMenuItem)) : nullptr;
+  ASSERT_NE(action, nullptr) << sMenuItem;
+  QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+  QCoreApplication::processEvents();
+  WaitFor([] { return true; });
+}
+
+std::vector<scenarios::BoxSeen> HostDriver::TakeBoxes() {
+  return std::exchange(m_boxes, {});
+}
+
+}  // namespace orvane::console
+
+namespace orvane::scenarios {
+
+std::unique_ptr<Driver> MakeDriver() {
+  return std::make_unique<console::HostDriver>();
+}
+
+}  // namespace orvane::scenarios

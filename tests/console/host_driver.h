@@ -1,0 +1,74 @@
+// The scenarios' driver over the real window: the snap-in, the grids and the provider are loaded as
+// components of the build tree, the server is an embedded historian in a folder of its own, and the
+// user is mouse and keys. One thread.
+#pragma once
+
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include "console/app/host.h"
+#include "tests/scenarios/driver.h"
+
+namespace orvane::console {
+
+class HostDriver : public scenarios::Driver {
+ public:
+  using Text = platform::Text;
+
+  HostDriver();
+  ~HostDriver() override;
+
+  void AddServer(const scenarios::ServerSetup& server) override;
+  void AppendRow(const Text& sServer, const Text& sCatalog, const Text& sTable,
+                 const std::vector<platform::Value>& values) override;
+  void AnswerLogon(scenarios::LogonAnswer answer) override { m_logonAnswer = answer; }
+  platform::Long LogonsSeen() const override { return m_lLogons; }
+  platform::Long StatementsSent() const override { return *m_statements; }
+
+  void NewDocument() override;
+  void OpenDocument(const Fill& fill) override;
+  void SaveAndReopen() override;
+  platform::Value SavedValue(const Text& sName) const override;
+
+  platform::Boolean HasItem(const Text& sKey) const override;
+  void Expand(const Text& sKey) override;
+  void Collapse(const Text& sKey) override;
+  void Select(const Text& sKey) override;
+  platform::Boolean HasExpandMark(const Text& sKey) const override;
+  std::vector<Text> Children(const Text& sKey) const override;
+  Text DisplayName(const Text& sKey) const override;
+  Text Tree() const override;
+
+  void ShowView(const Text& sViewName) override;
+  std::vector<scenarios::ListRow> ListRows() const override;
+  scenarios::GridSnapshot Grid() const override;
+
+  std::vector<scenarios::BoxSeen> TakeBoxes() override;
+
+  MainWindow& Window() { return *m_window; }
+  console::Host& Host() { return *m_host; }
+  /// Picks a command of the item's context menu by its name.
+  void Command(const Text& sKey, const Text& sMenuItem);
+
+ private:
+  ScopeTreeItemPtr Item(const Text& sKey) const;
+  std::shared_ptr<platform::Grid> ShownGrid() const;
+  void AnswerDialog();
+  void WaitFor(const std::function<bool()>& condition);
+  QRect RectOf(const ScopeTreeItemPtr& item);
+
+  QTemporaryDir m_folder;
+  QSettings m_settings;
+  std::unique_ptr<console::Host> m_host;
+  std::unique_ptr<MainWindow> m_window;
+  QTimer m_answers;
+  std::shared_ptr<platform::Long> m_statements = std::make_shared<platform::Long>(0);
+  scenarios::LogonAnswer m_logonAnswer = scenarios::LogonAnswer::Ok;
+  platform::Long m_lLogons = 0;
+  std::vector<scenarios::BoxSeen> m_boxes;
+  QPointer<QWidget> m_answered;
+  int m_iDocuments = 0;
+};
+
+}  // namespace orvane::console

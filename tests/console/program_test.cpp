@@ -1,0 +1,128 @@
+// The program itself, as a user starts it: its command line, and the tour through the components
+// of this build tree on a historian of its own.
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include "component/registration.h"
+
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() {
+    m_environment = QProcessEnvironment::systemEnvironment();
+    m_environment.insert("XDG_DATA_HOME", m_folder.filePath("data"));
+    m_environment.insert("XDG_CONFIG_HOME", m_folder.filePath("config"));
+    m_environment.insert("QT_QPA_PLATFORM", "offscreen");
+    // Memory is the other tests' subject; here a report would end up in the exit status.
+    m_environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+  }
+
+  struct Outcome {
+    int iExit = -1;
+    std::string sOut;
+    std::string sError;
+  };
+  Outcome Run(const char* sProgram, const QStringList& arguments) {
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.start(sProgram, arguments);
+    if (!process.waitForFinished(240'000)) {
+      process.kill();
+      process.waitForFinished();
+    }
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+  }
+  Outcome RunConsole(QStringList arguments) {
+    arguments << "--registry" << m_folder.filePath("components");
+    return Run(ORVANE_CONSOLE, arguments);
+  }
+  void RegisterComponents() {
+    for (const char* sLibrary : {ORVANE_SNAP_IN, ORVANE_CONTROLS, ORVANE_PROVIDER}) {
+      orvane::component::RegisterLibrary(sLibrary,
+                                         m_folder.filePath("components").toStdString());
+    }
+  }
+  void FillHistorian() {
+    for (const auto& arguments :
+         {QStringList{"init"}, QStringList{"generate", "--hours", "1"},
+          QStringList{"record", "--count", "2"}}) {
+      const auto outcome = Run(ORVANE_HISTORIAN, arguments);
+      ASSERT_EQ(outcome.iExit, 0) << outcome.sError;
+    }
+  }
+
+  QTemporaryDir m_folder;
+  QProcessEnvironment m_environment;
+};
+
+TEST_F(ProgramTest, version_and_help_need_no_window_system) {
+  m_environment.insert("QT_QPA_PLATFORM", "no such platform");
+  auto outcome = Run(ORVANE_CONSOLE, {"--version"});
+  EXPECT_EQ(outcome.iExit, 0);
+  EXPECT_EQ(outcome.sOut, std::string("orvane-console ") + ORVANE_VERSION + "\n");
+  outcome = Run(ORVANE_CONSOLE, {"--help"});
+  EXPECT_EQ(outcome.iExit, 0);
+  EXPECT_THAT(outcome.sOut, HasSubstr("--tour"));
+}
+
+TEST_F(ProgramTest, unknown_option_is_refused) {
+  const auto outcome = Run(ORVANE_CONSOLE, {"--no-such-option"});
+  EXPECT_NE(outcome.iExit, 0);
+  EXPECT_THAT(outcome.sError, HasSubstr("--no-such-option"));
+}
+
+TEST_F(ProgramTest, tour_does_the_main_job_and_leaves_texts_pictures_and_a_copy) {
+  RegisterComponents();
+  FillHistorian();
+  const auto sTour = m_folder.filePath("tour");
+  const auto outcome = RunConsole({"--tour", sTour, ORVANE_SAMPLE});
+  ASSERT_EQ(outcome.iExit, 0) << outcome.sError;
+  EXPECT_THAT(outcome.sOut, HasSubstr("ORVANE Servers\n  localhost\n    Catalogs\n"));
+  EXPECT_THAT(outcome.sOut, HasSubstr("\n      Machine\n        Data\n"));
+  EXPECT_THAT(outcome.sOut, HasSubstr("\n    Queries\n      Processor load, last hour\n"));
+  EXPECT_THAT(outcome.sOut, ContainsRegex("Table Machine..Data\n  Tag +Timestamp +Value"));
+  EXPECT_THAT(outcome.sOut, HasSubstr("cpu."));
+  EXPECT_THAT(outcome.sOut, ContainsRegex("Structure of Data\n  Column name +Data type"));
+  EXPECT_THAT(outcome.sOut, HasSubstr("Query \"Processor load, last hour\""));
+  for (const char* sName :
+       {"1-logon.png", "2-tree.png", "3-table.png", "4-structure.png", "5-query.png"}) {
+    EXPECT_FALSE(QImage(QDir(sTour).filePath(sName)).isNull()) << sName;
+  }
+  // The copy is a document like any other.
+  EXPECT_EQ(RunConsole({"--tour", m_folder.filePath("again"), QDir(sTour).filePath("copy.orvc")})
+                .iExit,
+            0);
+}
+
+TEST_F(ProgramTest, tour_of_a_missing_document_ends_with_one_sentence) {
+  RegisterComponents();
+  const auto outcome = RunConsole({"--tour", m_folder.filePath("tour"), "missing.orvc"});
+  EXPECT_EQ(outcome.iExit, 1);
+  EXPECT_EQ(outcome.sOut, "");
+  EXPECT_THAT(outcome.sError, HasSubstr("orvane-console: "));
+  EXPECT_THAT(outcome.sError, HasSubstr("missing.orvc"));
+}
+
+TEST_F(ProgramTest, tour_without_components_ends_with_one_sentence) {
+  const auto outcome = RunConsole({"--tour", m_folder.filePath("tour"), ORVANE_SAMPLE});
+  EXPECT_EQ(outcome.iExit, 1);
+  EXPECT_THAT(outcome.sError, HasSubstr("ORVOLEDBSnapIn"));
+}
+
+TEST_F(ProgramTest, tour_needs_a_document) {
+  const auto outcome = RunConsole({"--tour", m_folder.filePath("tour")});
+  EXPECT_EQ(outcome.iExit, 1);
+  EXPECT_EQ(outcome.sError, "orvane-console: a tour needs a document to open.\n");
+}
+
+}  // namespace
