@@ -1,4 +1,5 @@
 // The selected cells of a grid as text for other programs: a line a row, tabs between the cells.
+// Used by the view of the rows; user-interface thread.
 #pragma once
 
 #include <QItemSelection>

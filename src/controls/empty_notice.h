@@ -1,4 +1,5 @@
 // What a grid says in the place of rows: a short title and a sentence that tells what to do.
+// Laid over the rows by the grid's window; user-interface thread.
 #pragma once
 
 #include <QLabel>

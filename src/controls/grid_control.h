@@ -1,4 +1,5 @@
-// The members that both grid controls offer, on one GridCore. User-interface thread.
+// The members that both grid controls offer, on one GridCore.
+// Base of TableEditor and QueryResults; user-interface thread.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,5 @@
 // The column names or row numbers of a grid, their texts in line with those of the cells.
+// Used by the view of the rows; user-interface thread.
 #pragma once
 
 #include <QHeaderView>

@@ -20,6 +20,17 @@ QColor Tinted(const QPalette& palette, int nHue) {
   return QColor::fromHsl(nHue, bDark ? 150 : 180, bDark ? 175 : 85);
 }
 
+/// The palette's pale text as the eye sees it on the base; the editor draws no half-transparent
+/// text.
+QColor Pale(const QPalette& palette) {
+  const QColor pale = palette.color(QPalette::PlaceholderText);
+  const QColor base = palette.color(QPalette::Base);
+  const float a = pale.alphaF();
+  return QColor::fromRgbF(pale.redF() * a + base.redF() * (1 - a),
+                          pale.greenF() * a + base.greenF() * (1 - a),
+                          pale.blueF() * a + base.blueF() * (1 - a));
+}
+
 }  // namespace
 
 SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new SqlLexer(this)) {
@@ -85,7 +96,7 @@ void SqlPane::ApplyPalette() {
   m_lexer->setColor(Tinted(palette(), 25), QsciLexerSQL::Number);
   for (const int nStyle : {QsciLexerSQL::Comment, QsciLexerSQL::CommentLine,
                            QsciLexerSQL::CommentDoc, QsciLexerSQL::CommentLineHash}) {
-    m_lexer->setColor(palette().color(QPalette::PlaceholderText), nStyle);
+    m_lexer->setColor(Pale(palette()), nStyle);
   }
   setPaper(base);
   setColor(text);

@@ -1,4 +1,5 @@
 // The SQL statement above a grid's rows, coloured, to be read and copied.
+// Part of the grid's window; user-interface thread.
 #pragma once
 
 #include <Qsci/qsciscintilla.h>

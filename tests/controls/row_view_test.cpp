@@ -302,6 +302,7 @@ TEST(row_view, a_state_comes_back_in_a_fresh_view) {
     view.ShowRows(rs, kUtc);
     Show(view);
     view.setColumnWidth(1, 533);
+    QCoreApplication::processEvents();
     view.verticalScrollBar()->setValue(700'000);
     ClickCell(view, 700'003, 2);
     ClickCell(view, 700'005, 1, Qt::ControlModifier);

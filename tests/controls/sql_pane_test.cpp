@@ -62,9 +62,11 @@ TEST(sql_pane, follows_the_palette) {
   EXPECT_GT(lexer->color(QsciLexerSQL::Keyword).lightness(), 128);
   QPalette light;
   light.setColor(QPalette::Base, QColor(250, 250, 250));
+  light.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 102));
   pane.setPalette(light);
   EXPECT_EQ(lexer->paper(QsciLexerSQL::Keyword), QColor(250, 250, 250));
   EXPECT_LT(lexer->color(QsciLexerSQL::Keyword).lightness(), 128);
+  EXPECT_EQ(lexer->color(QsciLexerSQL::CommentLine), QColor(150, 150, 150));
 }
 
 }  // namespace
