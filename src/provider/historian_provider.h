@@ -1,4 +1,5 @@
 // "ORVOLEDB": the provider through which the connection layer reaches historians.
+// Made by the class factory of libORVOLEDB; one thread at a time.
 #pragma once
 
 #include <chrono>

@@ -1,4 +1,5 @@
 // Gives the columns of a result that hold times the type in which the connection shows times.
+// Used by a session behind every statement; one thread at a time.
 #pragma once
 
 #include <vector>

@@ -1,4 +1,5 @@
 // The six extended options of a connection: their names, order, kinds and values.
+// Held by a session; one thread at a time.
 #pragma once
 
 #include <array>

@@ -1,4 +1,5 @@
 // Makes snap-in objects for the console, and knows how many objects of the component are alive.
+// Used by the entry points and by the tests; user-interface thread.
 #pragma once
 
 #include "platform/component.h"

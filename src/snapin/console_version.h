@@ -1,4 +1,5 @@
 // Which console hosts the snap-in, read from the version resource of the process's executable.
+// Read once, when the snap-in is initialized; user-interface thread.
 #pragma once
 
 #include <cstdint>

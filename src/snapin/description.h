@@ -1,4 +1,5 @@
 // How the snap-in describes itself to the console and to the component registry.
+// Used by the snap-in object and the entry points; constant.
 #pragma once
 
 #include "platform/component.h"

@@ -1,4 +1,5 @@
 // The one guard around the handlers of console events, and the one way to ignore a failing step.
+// Used by every file of handlers here; user-interface thread.
 #pragma once
 
 #include <exception>

@@ -1,4 +1,5 @@
 // Names that the console, the static description and the handlers share.
+// Used by every file of handlers here; constant.
 #pragma once
 
 #include "platform/types.h"

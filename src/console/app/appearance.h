@@ -1,4 +1,5 @@
 // How the program looks: one calm style with its colours, light or dark as the desktop is.
+// Applied once, before the first window; user-interface thread.
 #pragma once
 
 class QApplication;

@@ -1,4 +1,5 @@
 // Button and check box on widgets.
+// Used by the forms of the dialogs; user-interface thread.
 #pragma once
 
 #include <QCheckBox>

@@ -1,4 +1,5 @@
 // Captions on widgets: a label that names its buddy, a label that shows a value, a frame's title.
+// Used by the forms of the dialogs; user-interface thread.
 #pragma once
 
 #include <QGroupBox>

@@ -1,4 +1,5 @@
 // Drop-down list on a widget.
+// Used by the forms of the dialogs; user-interface thread.
 #pragma once
 
 #include <QComboBox>

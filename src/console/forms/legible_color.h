@@ -1,4 +1,5 @@
 // The colour in which a text of a given colour is drawn on the desktop's own background.
+// Used by the text boxes of the dialogs; pure.
 #pragma once
 
 #include <QColor>

@@ -1,4 +1,5 @@
 // Single-line text box on a widget.
+// Used by the forms of the dialogs; user-interface thread.
 #pragma once
 
 #include <QLineEdit>

@@ -1,4 +1,5 @@
 // List view on a widget.
+// Used by the forms of the dialogs; user-interface thread.
 #pragma once
 
 #include "console/forms/column_list.h"

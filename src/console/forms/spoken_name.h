@@ -1,4 +1,5 @@
 // A caption as it is read out: without the access key's mark and the colon.
+// Used wherever a form names its controls for screen readers; pure.
 #pragma once
 
 #include <QString>

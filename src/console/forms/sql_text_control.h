@@ -1,4 +1,5 @@
 // Text box over an editor of SQL text. Enter breaks the line, Ctrl+Enter is the form's.
+// Used by the dialog of a named query; user-interface thread.
 #pragma once
 
 #include "console/forms/sql_editor.h"

@@ -1,4 +1,5 @@
 // What a historian knows of each of its catalogs.
+// A row of the table Historians in the catalog Orvane; plain values.
 #pragma once
 
 #include <cstdint>

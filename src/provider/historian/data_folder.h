@@ -1,4 +1,5 @@
 // Where the historians of this user live, and what a "Data Source" text says about that.
+// Used by the provider and the command-line program; any thread.
 #pragma once
 
 #include <filesystem>

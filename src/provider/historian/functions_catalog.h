@@ -1,4 +1,5 @@
 // The tables of the catalog Functions: what statements can use, told to whoever looks there.
+// Written when a historian is made; one thread at a time.
 #pragma once
 
 #include <string_view>

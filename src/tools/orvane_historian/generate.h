@@ -1,4 +1,5 @@
 // orvane-historian generate: signals of a plant that does not exist, to try the console with.
+// Run by the program alone; may be run again and again.
 #pragma once
 
 #include <chrono>

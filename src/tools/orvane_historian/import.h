@@ -1,4 +1,5 @@
 // orvane-historian import: the rows of a file into a table, all of them or none.
+// Run by the program alone; one transaction.
 #pragma once
 
 #include <istream>

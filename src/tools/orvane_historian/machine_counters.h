@@ -1,4 +1,5 @@
 // This machine's own counters, read from /proc: processors, memory, load, disks, network.
+// Used by the subcommand record, once a second.
 #pragma once
 
 #include <chrono>

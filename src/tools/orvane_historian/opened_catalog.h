@@ -1,4 +1,5 @@
 // Which catalog of which historian a subcommand works on.
+// Used by every subcommand that reads or writes rows.
 #pragma once
 
 #include <filesystem>

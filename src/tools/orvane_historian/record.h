@@ -1,4 +1,5 @@
 // orvane-historian record: this machine's counters into a catalog, once a second.
+// Run by the program alone, until it is told to stop.
 #pragma once
 
 #include <chrono>

@@ -1,4 +1,5 @@
 // Texts as values of a column's type, checked strictly.
+// Used by the subcommand import; pure.
 #pragma once
 
 #include <optional>
