@@ -143,7 +143,7 @@ void ForEachStructureRow(const ConnectionPtr& cn, const Text& sCatalog, const Te
       row.sTypeName = platform::ToText(rowsets.typeName->Value());
       return true;
     });
-    row.bNullable = platform::ToBoolean(rowsets.isNullable->Value());
+    row.nullable = [&] { return platform::ToBoolean(rowsets.isNullable->Value()); };
     use(row);
   }
 }

@@ -34,8 +34,9 @@ void GetTableColumns(platform::TableQuery& query, const platform::ConnectionPtr&
 struct TableStructureRow {
   platform::Text sColumn;
   platform::Text sTypeName;  ///< empty when the provider names no best match for the type
-  platform::Boolean bNullable = false;
   platform::Boolean bKey = false;
+  /// Reads whether the column accepts nulls: last, when its item is already listed.
+  std::function<platform::Boolean()> nullable;
 };
 
 /// Hands over the table's columns, each as soon as it is read. Without a connection, or when one

@@ -46,7 +46,7 @@ void SnapIn::ShowTableStructure(platform::ResultView& view, const nodes::TableNo
             view.ListItems().Add(row.sColumn, row.bKey ? image::kKeyColumn : image::kColumn);
         item.ListSubItems().Add(1, "Column name", row.sColumn);
         item.ListSubItems().Add(2, "Data type", row.sTypeName);
-        item.ListSubItems().Add(3, "Is nullable?", row.bNullable ? "yes" : "no");
+        item.ListSubItems().Add(3, "Is nullable?", row.nullable() ? "yes" : "no");
       });
 }
 

@@ -12,7 +12,6 @@ using platform::DataType;
 using platform::Long;
 using platform::SchemaNumber;
 using platform::Text;
-using platform::Value;
 
 class schema_browsing : public testing::Test {
  protected:
@@ -40,7 +39,7 @@ class schema_browsing : public testing::Test {
   std::vector<Text> Structure() {
     std::vector<Text> rows;
     ForEachStructureRow(cn, "Plant", "Pumps", [&](const TableStructureRow& row) {
-      rows.push_back(row.sColumn + "|" + row.sTypeName + "|" + (row.bNullable ? "yes" : "no") +
+      rows.push_back(row.sColumn + "|" + row.sTypeName + "|" + (row.nullable() ? "yes" : "no") +
                      "|" + (row.bKey ? "key" : ""));
     });
     return rows;

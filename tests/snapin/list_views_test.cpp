@@ -85,6 +85,21 @@ TEST_F(list_views, a_column_that_cannot_be_read_is_reported) {
   EXPECT_EQ(ErrorBox(), "The cell cannot be read.");
 }
 
+TEST_F(list_views, a_column_whose_nullability_cannot_be_read_is_listed_before_that_is_reported) {
+  driver.historian->schemas[SchemaNumber::Columns] = [](auto) {
+    auto rs = std::make_shared<fakes::FakeRecordset>(
+        std::vector<fakes::FakeColumn>{{"COLUMN_NAME"}, {"DATA_TYPE"}, {"IS_NULLABLE"}},
+        std::vector<fakes::FakeRecordset::Row>{{"A", Long{3}, true}});
+    rs->failing = {{0, 2}};
+    return rs;
+  };
+  driver.snapIn->ResultViews_Initialize(structure);
+  ASSERT_EQ(structure.ListItems().Count(), 1);
+  EXPECT_EQ(structure.ListItems().items[0]->ListSubItems().Texts(),
+            (std::vector<Text>{"A", "integer"}));
+  EXPECT_EQ(ErrorBox(), "The cell cannot be read.");
+}
+
 TEST_F(list_views, activating_and_deactivating_a_list_does_nothing) {
   driver.Select("S1.Catalogs.Plant.Pumps");
   driver.ShowView("TableStructureListView");
