@@ -48,14 +48,12 @@ class ProgramTest : public testing::Test {
   }
   void RegisterComponents() {
     for (const char* sLibrary : {ORVANE_SNAP_IN, ORVANE_CONTROLS, ORVANE_PROVIDER}) {
-      orvane::component::RegisterLibrary(sLibrary,
-                                         m_folder.filePath("components").toStdString());
+      orvane::component::RegisterLibrary(sLibrary, m_folder.filePath("components").toStdString());
     }
   }
   void FillHistorian() {
-    for (const auto& arguments :
-         {QStringList{"init"}, QStringList{"generate", "--hours", "1"},
-          QStringList{"record", "--count", "2"}}) {
+    for (const auto& arguments : {QStringList{"init"}, QStringList{"generate", "--hours", "1"},
+                                  QStringList{"record", "--count", "2"}}) {
       const auto outcome = Run(ORVANE_HISTORIAN, arguments);
       ASSERT_EQ(outcome.iExit, 0) << outcome.sError;
     }
@@ -99,9 +97,9 @@ TEST_F(ProgramTest, tour_does_the_main_job_and_leaves_texts_pictures_and_a_copy)
     EXPECT_FALSE(QImage(QDir(sTour).filePath(sName)).isNull()) << sName;
   }
   // The copy is a document like any other.
-  EXPECT_EQ(RunConsole({"--tour", m_folder.filePath("again"), QDir(sTour).filePath("copy.orvc")})
-                .iExit,
-            0);
+  EXPECT_EQ(
+      RunConsole({"--tour", m_folder.filePath("again"), QDir(sTour).filePath("copy.orvc")}).iExit,
+      0);
 }
 
 TEST_F(ProgramTest, tour_of_a_missing_document_ends_with_one_sentence) {

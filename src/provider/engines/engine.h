@@ -59,7 +59,7 @@ struct TableSchema {
 struct SchemaRequest {
   /// Only this one (or none) instead of all; ASCII letters without regard to case.
   std::optional<platform::Text> sTable;
-  platform::Boolean bColumns = true;     ///< false describes the tables without their columns
+  platform::Boolean bColumns = true;  ///< false describes the tables without their columns
 };
 
 class EngineSession {
