@@ -28,10 +28,10 @@ constexpr int kRuns = 5;
 
 std::atomic<int> g_nStatements{0};
 
-// What the database runs itself to answer a statement of ours is none of ours.
+// What the database runs itself to answer a statement of ours it marks as a comment.
 int Count(unsigned, void*, void*, void* text) {
   const std::string_view sText = static_cast<const char*>(text);
-  if (!sText.starts_with("PRAGMA") || sText.find("table_xinfo") == sText.npos) ++g_nStatements;
+  if (!sText.starts_with("--")) ++g_nStatements;
   return 0;
 }
 

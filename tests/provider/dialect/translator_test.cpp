@@ -482,7 +482,7 @@ TEST(translator, never_crashes_and_never_passes_a_second_statement) {
   ASSERT_EQ(sqlite3_open(":memory:", &database), SQLITE_OK);
   std::mt19937 random(20240515);
   int nTranslated = 0;
-  for (int i = 0; i < 60000; ++i) {
+  for (int i = 0; i < 20000; ++i) {
     Text sStatement = i % 3 == 0 ? "SELECT * FROM Plant1..Data WHERE " : "";
     const auto nPieces = random() % 14;
     for (unsigned piece = 0; piece < nPieces; ++piece)
@@ -507,7 +507,7 @@ TEST(translator, never_crashes_and_never_passes_a_second_statement) {
     }
   }
   sqlite3_close(database);
-  EXPECT_GT(nTranslated, 1000);
+  EXPECT_GT(nTranslated, 500);
 }
 
 }  // namespace
