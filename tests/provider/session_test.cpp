@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include <fstream>
+#include <thread>
 
 #include "tests/provider/temporary_root.h"
 
@@ -113,12 +114,17 @@ TEST_F(session, ends_a_statement_at_its_time_out_and_at_a_stop) {
               opened->Execute({sEndless, 0, std::chrono::seconds(1)}, {});
             }).substr(0, 4),
             "3804");
-  std::stop_source stop;
-  stop.request_stop();
-  EXPECT_EQ(FailureOf([&] {
-              opened->Execute({sEndless, 0, std::chrono::seconds(0)}, stop.get_token());
-            }).substr(0, 4),
-            "3712");
+  // From another thread, at whatever moment of the statement.
+  for (int i = 0; i < 20; ++i) {
+    std::stop_source stop;
+    std::thread canceller([&] { stop.request_stop(); });
+    const Text sFailure = FailureOf([&] {
+      opened->Execute({sEndless, 0, std::chrono::seconds(0)}, stop.get_token());
+    });
+    canceller.join();
+    EXPECT_EQ(sFailure.substr(0, 4), "3712");
+  }
+  EXPECT_EQ(Select(*opened, "SELECT 1"), "1\n");
 }
 
 TEST_F(session, keeps_its_own_catalogs_from_being_changed) {
