@@ -37,19 +37,27 @@ SqliteHandle OpenHandle(const Catalog& main) {
   return handle;
 }
 
+// SQLite opens late: only reading tells whether this is a database, and one free to be read. All
+// catalogs of a session keep their texts in the encoding of its own database.
+bool IsUtf8(sqlite3* database, const Text& sSubject) {
+  const Text sSql = "PRAGMA encoding";
+  SqliteStatement statement(database, sSql, sSubject);
+  ado::RecordsetBuilder builder({{"encoding"}});
+  statement.Fetch(builder, 0, false);
+  return builder.Finish()->ValueAt(0, 0) == platform::Value("UTF-8");
+}
+
 }  // namespace
 
 std::unique_ptr<EngineSession> SqliteEngine::Open(const Catalog& main, std::stop_token stop) {
   if (!main.sPlace.empty()) CheckFile(main);
   SqliteHandle database = OpenHandle(main);
+  bool bUtf8 = false;
   {
-    // SQLite opens late: only reading tells whether this is a database, and one free to be read.
     const SqliteWatch watch(database.get(), std::move(stop), {}, m_lockWait);
-    const Text sSubject = SubjectOf(main);
-    const Text sSql = "SELECT count(*) FROM sqlite_master";
-    watch.Guard({}, [&] { SqliteStatement(database.get(), sSql, sSubject).Run(); });
+    watch.Guard({}, [&] { bUtf8 = IsUtf8(database.get(), SubjectOf(main)); });
   }
-  return std::make_unique<SqliteSession>(std::move(database), main, m_lockWait);
+  return std::make_unique<SqliteSession>(std::move(database), main, m_lockWait, bUtf8);
 }
 
 void SqliteEngine::CreateDatabase(const Text& sPath) {

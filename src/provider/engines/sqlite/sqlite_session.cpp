@@ -121,16 +121,11 @@ class SqliteSession::Attachments {
 };
 
 SqliteSession::SqliteSession(SqliteHandle database, Catalog main,
-                             std::chrono::milliseconds lockWait)
-    : m_database(std::move(database)), m_main(std::move(main)), m_lockWait(lockWait) {
-  // All catalogs of a session keep their texts in the encoding of its own database.
-  const Text sSubject = engines::SubjectOf(m_main);
-  const Text sSql = "PRAGMA encoding";
-  SqliteStatement statement(m_database.get(), sSql, sSubject);
-  ado::RecordsetBuilder builder({{"encoding"}});
-  statement.Fetch(builder, 0, false);
-  m_bUtf8 = builder.Finish()->ValueAt(0, 0) == Value("UTF-8");
-}
+                             std::chrono::milliseconds lockWait, bool bUtf8)
+    : m_database(std::move(database)),
+      m_main(std::move(main)),
+      m_lockWait(lockWait),
+      m_bUtf8(bUtf8) {}
 
 EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_token stop) {
   RequireOpen();

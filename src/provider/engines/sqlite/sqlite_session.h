@@ -19,7 +19,8 @@ using SqliteHandle = std::unique_ptr<sqlite3, CloseDatabase>;
 
 class SqliteSession final : public EngineSession {
  public:
-  SqliteSession(SqliteHandle database, Catalog main, std::chrono::milliseconds lockWait);
+  SqliteSession(SqliteHandle database, Catalog main, std::chrono::milliseconds lockWait,
+                bool bUtf8);
   ~SqliteSession() override = default;
 
   EngineResult Run(const EngineStatement& statement, std::stop_token stop) override;
