@@ -6,6 +6,8 @@
 #include <QStandardPaths>
 
 int main(int argc, char** argv) {
+  // Windows are drawn offscreen, also while the cases are only listed, unless told otherwise.
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   testing::InitGoogleMock(&argc, argv);
   QStandardPaths::setTestModeEnabled(true);
   const QApplication application(argc, argv);

@@ -147,9 +147,12 @@ HostDriver::HostDriver() : m_settings(m_folder.filePath("settings.ini"), QSettin
 
 HostDriver::~HostDriver() {
   m_window.reset();
-  // Nothing of the components may be left when their libraries go.
+  // Nothing of the snap-in may be left when its library goes. The others stay for as long as the
+  // host may make table queries and show rows.
   m_host->Runtime().UnloadUnused();
-  EXPECT_TRUE(m_host->Runtime().Loaded().empty());
+  for (const auto& library : m_host->Runtime().Loaded()) {
+    EXPECT_NE(library.filename(), "libORVOLEDBSnapIn.so");
+  }
   m_host.reset();
   qunsetenv("XDG_DATA_HOME");
 }

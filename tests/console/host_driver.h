@@ -3,9 +3,11 @@
 // user is mouse and keys. One thread.
 #pragma once
 
+#include <QPointer>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QWidget>
 
 #include "console/app/host.h"
 #include "tests/scenarios/driver.h"

@@ -120,7 +120,9 @@ TEST_F(ProgramTest, tour_without_components_ends_with_one_sentence) {
 TEST_F(ProgramTest, tour_needs_a_document) {
   const auto outcome = RunConsole({"--tour", m_folder.filePath("tour")});
   EXPECT_EQ(outcome.iExit, 1);
-  EXPECT_EQ(outcome.sError, "orvane-console: a tour needs a document to open.\n");
+  // The toolkit may say something of its own before that.
+  EXPECT_THAT(outcome.sError,
+              testing::EndsWith("orvane-console: a tour needs a document to open.\n"));
 }
 
 }  // namespace

@@ -253,7 +253,7 @@ bool MainWindow::NewDocument() {
   return true;
 }
 
-bool MainWindow::OpenDocument(const Text& sPath) {
+bool MainWindow::OpenDocument(Text sPath) {
   if (!MayDropWork()) return false;
   const auto create = m_parts.createStored ? m_parts.createStored : [this](const Text& sProgId) {
     return m_parts.create(sProgId, m_session->Services());

@@ -46,7 +46,8 @@ class MainWindow final : public QMainWindow {
   /// Each asks about unsaved work first, and returns false when the user cancelled or it failed,
   /// which was shown.
   bool NewDocument();
-  bool OpenDocument(const platform::Text& sPath);
+  /// Taken by value: the path is often that of the document, or of the menu item, that goes.
+  bool OpenDocument(platform::Text sPath);
   /// Returns false when nothing was saved; the document then stays as it was, unsaved mark too.
   bool Save();
   bool SaveTo(const platform::Text& sPath);

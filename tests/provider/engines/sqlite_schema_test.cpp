@@ -62,12 +62,12 @@ TEST_F(SqliteSchemaTest, of_keys_only_the_row_number_and_what_says_so_refuse_nul
   EXPECT_TRUE(tables.at(3).columns[0].bNullable);
 }
 
-TEST_F(SqliteSchemaTest, describes_one_table_of_exactly_that_name) {
+TEST_F(SqliteSchemaTest, describes_one_table_by_its_whole_name_in_any_case) {
   const std::string sSql =
       "CREATE TABLE Data(a); CREATE TABLE Data2(a); CREATE TABLE \"D'\"\"\"(x)";
   EXPECT_EQ(NamesOf(SchemaOf(sSql, {"Data", true})), std::vector<Text>{"Data"});
   const Catalog catalog{"m", PathOf("m.db")};
-  EXPECT_TRUE(Open()->Schema(catalog, {"data", true}, {}).empty());
+  EXPECT_EQ(NamesOf(Open()->Schema(catalog, {"data", true}, {})), std::vector<Text>{"Data"});
   EXPECT_TRUE(Open()->Schema(catalog, {"D%", true}, {}).empty());
   EXPECT_EQ(Open()->Schema(catalog, {"D'\"", true}, {}).at(0).columns.at(0).sName, "x");
 }
