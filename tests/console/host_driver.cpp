@@ -230,7 +230,7 @@ void HostDriver::SaveAndReopen() {
     EXPECT_TRUE(
         m_window->SaveTo(m_folder.filePath(QString("%1.orvc").arg(++m_iDocuments)).toStdString()));
   } else {
-    QTest::keyClick(m_window.get(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(m_window->Save());
   }
   EXPECT_FALSE(m_window->IsModified());
   EXPECT_TRUE(m_window->OpenDocument(m_window->Document().Path()));
