@@ -63,9 +63,6 @@ endfunction()
 # orvane_version_resource(TARGET VERSION): links the fixed file-information record into the
 # target, as file and product version, in the section that the component runtime reads. VERSION
 # is MAJOR.MINOR.BUILD.REVISION or, short, MAJOR.MINOR.REVISION: 1.0.1 is "1.00.0001", build 0.
-#
-# The host carries 6.0.0.0: snap-ins ask for a console of 5.1.2600.0 or later before they use
-# everything that its toolbar can do.
 function(orvane_version_resource target version)
   if(version MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
     set(numbers "${CMAKE_MATCH_1};${CMAKE_MATCH_2};${CMAKE_MATCH_3};${CMAKE_MATCH_4}")

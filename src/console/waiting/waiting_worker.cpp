@@ -11,7 +11,9 @@ thread_local std::stop_token t_currentStop;
 
 }  // namespace
 
-WaitingWorker::WaitingWorker() : m_thread([this] { Main(); }) {}
+WaitingWorker::WaitingWorker() : m_thread(QThread::create([this] { Main(); })) {
+  m_thread->start();
+}
 
 WaitingWorker::~WaitingWorker() {
   {
@@ -19,7 +21,7 @@ WaitingWorker::~WaitingWorker() {
     m_bEnd = true;
   }
   m_changed.notify_all();
-  m_thread.join();
+  m_thread->wait();
 }
 
 void WaitingWorker::Main() {

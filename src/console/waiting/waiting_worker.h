@@ -2,13 +2,14 @@
 // Driven by Waiting from the user-interface thread.
 #pragma once
 
+#include <QThread>
 #include <chrono>
 #include <condition_variable>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <stop_token>
-#include <thread>
 
 class QEventLoop;
 
@@ -51,7 +52,9 @@ class WaitingWorker {
   QEventLoop* m_loop = nullptr;
   bool m_bDone = true;
   bool m_bEnd = false;
-  std::thread m_thread;  // the last member: it uses all others
+  // The last member: it uses all others. The toolkit's own kind of thread, so that what the
+  // toolkit keeps for it goes when it ends.
+  std::unique_ptr<QThread> m_thread;
 };
 
 }  // namespace orvane::console

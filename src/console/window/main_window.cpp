@@ -260,9 +260,9 @@ bool MainWindow::OpenDocument(Text sPath) {
   };
   try {
     // The document that is open holds its own file, so reading it again begins with letting go.
-    if (!m_document->Path().empty() &&
-        QFileInfo(Shown(sPath)).canonicalFilePath() ==
-            QFileInfo(Shown(m_document->Path())).canonicalFilePath()) {
+    const QString sSameFile = QFileInfo(Shown(sPath)).canonicalFilePath();
+    if (!sSameFile.isEmpty() && !m_document->Path().empty() &&
+        sSameFile == QFileInfo(Shown(m_document->Path())).canonicalFilePath()) {
       CloseSession();
       m_document = std::make_unique<console::Document>();
     }
