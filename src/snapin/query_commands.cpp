@@ -24,10 +24,11 @@ Boolean Ask(dialogs::QueryDlg& dialog) {
   return dialog.Accepted();
 }
 
-/// Key of the folder that holds the query's item.
-Text FolderKey(const ScopeItem& item, const Text& sQueryName) {
+/// Key of the folder that holds the query's item. The item's own name is what its key ends in; the
+/// query's may be another since a rename that failed.
+Text FolderKey(const ScopeItem& item) {
   const Text sKey = item.Key();
-  return sKey.substr(0, sKey.size() - sQueryName.size() - 1);
+  return sKey.substr(0, sKey.size() - item.DisplayName().size() - 1);
 }
 
 }  // namespace
@@ -64,7 +65,7 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
   }
   if (sNewName != sOldName) {
     RenameQuery(*queries, query, sNewName, dialog.SqlStatement().Text());
-    item->Key(FolderKey(*item, sOldName) + "." + sNewName);
+    item->Key(FolderKey(*item) + "." + sNewName);
     item->NodeId(item->Key());
     item->DisplayName(sNewName);
   } else {
@@ -100,7 +101,7 @@ void SnapIn::m_mnuRemove_Click(const ScopeItemPtr& item) {
     return;
   }
   const auto queries = InTree(query->ParentServerNode())->QueryNodes();
-  const Text sFolderKey = FolderKey(*item, sName);
+  const Text sFolderKey = FolderKey(*item);
   queries->Remove(sName);
   m_services.console->ScopeItems().Remove(item->Key());
   if (queries->Count() > 0) return;

@@ -192,6 +192,19 @@ TEST_F(query_commands, a_name_that_differs_from_anothers_in_case_alone_loses_the
   EXPECT_EQ(driver.Item("S1.Queries.Q2")->Tag(), lost);
 }
 
+TEST_F(query_commands, removing_a_lost_query_finds_its_folder) {
+  const auto server = ExpandAll();
+  New({{"Temperature", "SELECT 2"}});
+  driver.Click("m_mnuRemove", "S1.Queries.Q1");
+  New({{"Q2", "SELECT 2"}});
+  Edit("Q2", {{"TEMPERATURE", "SELECT 22"}});
+  driver.TakeBoxes();
+  driver.Click("m_mnuRemove", "S1.Queries.Q2");
+  EXPECT_EQ(server->QueryNodes()->Count(), 0) << "keys ignore case, so the other query went";
+  EXPECT_FALSE(driver.HasItem("S1.Queries.Q2"));
+  EXPECT_FALSE(driver.Item("S1.Queries")->node->bHasChildren);
+}
+
 TEST_F(query_commands, the_grid_that_shows_an_edited_query_takes_its_name_and_runs_its_text) {
   ExpandAll();
   driver.Select("S1.Queries.Q1");
