@@ -3,6 +3,7 @@ list(APPEND CONSOLE_SOURCES
   app/appearance.cpp
   app/host.cpp
   app/tour.cpp
+  app/threads_end.h
   app/tour.h
   images/console_images.qrc
   results/hosted_result_view.cpp

@@ -6,6 +6,7 @@
 
 #include "console/app/appearance.h"
 #include "console/app/host.h"
+#include "console/app/threads_end.h"
 #include "console/app/tour.h"
 #include "platform/failure.h"
 
@@ -62,6 +63,7 @@ int main(int argc, char** argv) {
       // Told below, when the toolkit has taken its own options out.
     }
   }
+  const orvane::console::ThreadsEnd threadsEnd;
   QApplication application(argc, argv);
   orvane::console::PrepareApplication(application);
   CLI::App line("", "orvane-console");

@@ -11,9 +11,7 @@ thread_local std::stop_token t_currentStop;
 
 }  // namespace
 
-WaitingWorker::WaitingWorker() : m_thread(QThread::create([this] { Main(); })) {
-  m_thread->start();
-}
+WaitingWorker::WaitingWorker() : m_thread([this] { Main(); }) {}
 
 WaitingWorker::~WaitingWorker() {
   {
@@ -21,7 +19,7 @@ WaitingWorker::~WaitingWorker() {
     m_bEnd = true;
   }
   m_changed.notify_all();
-  m_thread->wait();
+  m_thread.join();
 }
 
 void WaitingWorker::Main() {

@@ -2,7 +2,6 @@
 // Driven by Waiting from the user-interface thread.
 #pragma once
 
-#include <QThread>
 #include <chrono>
 #include <condition_variable>
 #include <exception>
@@ -10,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <stop_token>
+#include <thread>
 
 class QEventLoop;
 
@@ -52,9 +52,9 @@ class WaitingWorker {
   QEventLoop* m_loop = nullptr;
   bool m_bDone = true;
   bool m_bEnd = false;
-  // The last member: it uses all others. The toolkit's own kind of thread, so that what the
-  // toolkit keeps for it goes when it ends.
-  std::unique_ptr<QThread> m_thread;
+  // The last member: it uses all others. Joined, not only waited for as a QThread is: what the
+  // toolkit keeps for a thread goes at the thread's very end, after a QThread's wait is over.
+  std::thread m_thread;
 };
 
 }  // namespace orvane::console
