@@ -28,9 +28,10 @@ class ColumnarRecordset::ColumnField final : public platform::Field {
   platform::Boolean Nullable() const override { return m_description.bNullable; }
   platform::Value Value() const override {
     if (m_owner.Eof()) {
-      throw Failure(failure::kNoCurrentRow,
-                    "The field \"" + m_description.sName +
-                        "\" has no value here: the recordset is behind its last row.");
+      throw Failure(
+          failure::kNoCurrentRow,
+          "The field \"" + m_description.sName +
+              "\" has no value here: the recordset is behind its last row; move to its first one.");
     }
     return m_owner.ValueAt(m_owner.Position(), m_column);
   }
@@ -58,7 +59,8 @@ class ColumnarRecordset::FieldList final : public platform::Fields {
     if (const Text* sName = vtIndexName.As<Text>()) {
       const auto found = m_byName.find(platform::FoldCase(*sName));
       if (found == m_byName.end()) {
-        throw Failure(failure::kItemNotFound, "The recordset has no field \"" + *sName + "\".");
+        throw Failure(failure::kItemNotFound,
+                      "The recordset has no field \"" + *sName + "\"; name one of its fields.");
       }
       return m_fields[found->second];
     }
@@ -100,8 +102,9 @@ platform::Fields& ColumnarRecordset::Fields() {
 
 void ColumnarRecordset::MoveNext() {
   if (Eof()) {
-    throw Failure(failure::kNoCurrentRow,
-                  "There is no next row: the recordset is behind its last row.");
+    throw Failure(
+        failure::kNoCurrentRow,
+        "There is no next row: the recordset is behind its last row; move to its first one.");
   }
   ++m_position;
 }
@@ -109,7 +112,8 @@ void ColumnarRecordset::MoveNext() {
 void ColumnarRecordset::Position(RowIndex row) {
   if (row < 0 || row > m_rowCount) {
     throw Failure(failure::kOutOfRange, "The recordset has no position " + std::to_string(row) +
-                                            ": it has " + std::to_string(m_rowCount) + " rows.");
+                                            "; choose one from 0 to " + std::to_string(m_rowCount) +
+                                            ".");
   }
   m_position = row;
 }

@@ -11,8 +11,9 @@ namespace failure = platform::failure;
 void Command::ActiveConnection(const platform::ConnectionPtr& cn) {
   auto connection = std::dynamic_pointer_cast<Connection>(cn);
   if (cn != nullptr && connection == nullptr) {
-    throw Failure(failure::kInvalidArgument,
-                  "A command runs only on a connection that was made here.");
+    throw Failure(
+        failure::kInvalidArgument,
+        "The command cannot use this connection; give it one that this program has opened.");
   }
   m_connection = std::move(connection);
 }

@@ -56,8 +56,9 @@ class ConnectionProperties::Entry final : public platform::Property {
         m_vtValue = platform::ToText(vtValue);
         return;
       case Kind::ReadOnly:
-        throw Failure(failure::kNotSupported,
-                      "The property \"" + m_sName + "\" can be read, but not set.");
+        throw Failure(
+            failure::kNotSupported,
+            "The property \"" + m_sName + "\" can be read, but not set; leave it as it is.");
       case Kind::Providers:
         break;
     }
@@ -112,7 +113,8 @@ ConnectionProperties::~ConnectionProperties() = default;
 platform::Property& ConnectionProperties::Item(const Value& vtIndexName) {
   if (const Text* sName = vtIndexName.As<Text>()) {
     if (Entry* entry = Find(*sName)) return *entry;
-    throw Failure(failure::kItemNotFound, "The connection has no property \"" + *sName + "\".");
+    throw Failure(failure::kItemNotFound, "The connection has no property \"" + *sName +
+                                              "\"; check its name and the provider.");
   }
   const Long lIndex = platform::ToLong(vtIndexName);
   if (lIndex < 0 || lIndex >= Count()) {

@@ -16,7 +16,8 @@ void RecordsetBuilder::AppendRow(std::span<const platform::Value> vtValues) {
   if (vtValues.size() != m_columns.size()) {
     throw Failure(failure::kInvalidArgument, "A row of " + std::to_string(vtValues.size()) +
                                                  " values does not fit a recordset of " +
-                                                 std::to_string(m_columns.size()) + " columns.");
+                                                 std::to_string(m_columns.size()) +
+                                                 " columns; give it a value for each.");
   }
   // Refused before the first cell is in, so that all columns stay equally long.
   if (std::ranges::any_of(vtValues, [](const platform::Value& vtValue) {

@@ -77,8 +77,8 @@ void TableNode::ReadProperties(const platform::PropertyBag& pb, const Text& sPre
   const auto query = object ? std::dynamic_pointer_cast<platform::TableQuery>(*object) : nullptr;
   if (!query) {
     throw platform::Failure(platform::failure::kTypeMismatch,
-                            "The saved query of a table is no table query; the document is damaged "
-                            "or was written by another program.");
+                            "The saved query of a table is no table query; restore the document "
+                            "from a copy.");
   }
   Query(query);
   m_bDefFilterCond = platform::ToBoolean(pb.ReadProperty(sPrefix + "DefaultFilterCondition", true));

@@ -280,7 +280,8 @@ RecordsetPtr HistorianSession::OpenSchema(platform::SchemaNumber schema,
         return ProviderTypesRowset(restrictions.At(0), restrictions.At(1));
     }
     throw Failure(failure::kNotSupported, "The provider has no schema rowset of the number " +
-                                              std::to_string(static_cast<int>(schema)) + ".");
+                                              std::to_string(static_cast<int>(schema)) +
+                                              "; ask for another one.");
   });
 }
 

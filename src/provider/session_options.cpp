@@ -28,7 +28,8 @@ std::optional<Option> FindOption(const Text& sName) {
 Option Known(const Text& sName) {
   const auto option = FindOption(sName);
   if (!option) {
-    throw Failure(failure::kItemNotFound, "The provider has no property \"" + sName + "\".");
+    throw Failure(failure::kItemNotFound,
+                  "The provider has no property \"" + sName + "\"; check its name.");
   }
   return *option;
 }

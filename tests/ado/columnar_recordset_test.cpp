@@ -56,12 +56,14 @@ TEST(ColumnarRecordset, behind_the_last_row_has_no_value_and_no_next_row) {
   const auto rs = ThreeRows();
   rs->Position(3);
   EXPECT_TRUE(rs->Eof());
-  EXPECT_EQ(FailureOf([&] { rs->MoveNext(); }),
-            (Told{failure::kNoCurrentRow,
-                  "There is no next row: the recordset is behind its last row."}));
+  EXPECT_EQ(
+      FailureOf([&] { rs->MoveNext(); }),
+      (Told{failure::kNoCurrentRow,
+            "There is no next row: the recordset is behind its last row; move to its first one."}));
   EXPECT_EQ(FailureOf([&] { rs->Fields().Item("Name").Value(); }),
             (Told{failure::kNoCurrentRow,
-                  "The field \"Name\" has no value here: the recordset is behind its last row."}));
+                  "The field \"Name\" has no value here: the recordset is behind its last row; "
+                  "move to its first one."}));
 }
 
 TEST(ColumnarRecordset, without_rows_is_at_both_ends) {
@@ -80,8 +82,9 @@ TEST(ColumnarRecordset, goes_to_any_position_up_to_the_end) {
   const auto rs = ThreeRows();
   rs->Position(2);
   EXPECT_TRUE(rs->Fields().Item(0).Value() == Value("c"));
-  EXPECT_EQ(FailureOf([&] { rs->Position(4); }),
-            (Told{failure::kOutOfRange, "The recordset has no position 4: it has 3 rows."}));
+  EXPECT_EQ(
+      FailureOf([&] { rs->Position(4); }),
+      (Told{failure::kOutOfRange, "The recordset has no position 4; choose one from 0 to 3."}));
   EXPECT_EQ(FailureOf([&] { rs->Position(-1); }).lNumber, failure::kOutOfRange);
   EXPECT_EQ(rs->Position(), 2);
 }
@@ -102,7 +105,8 @@ TEST(ColumnarRecordset, finds_a_field_by_number) {
 TEST(ColumnarRecordset, tells_which_field_it_lacks) {
   const auto rs = ThreeRows();
   EXPECT_EQ(FailureOf([&] { rs->Fields().Item("Identity"); }),
-            (Told{failure::kItemNotFound, "The recordset has no field \"Identity\"."}));
+            (Told{failure::kItemNotFound,
+                  "The recordset has no field \"Identity\"; name one of its fields."}));
   const Told number{failure::kItemNotFound,
                     "The recordset has no field number 2: it has 2 of them, counted from 0."};
   EXPECT_EQ(FailureOf([&] { rs->Fields().Item(2); }), number);

@@ -85,7 +85,8 @@ TEST_F(CommandTest, refuses_a_connection_of_another_make) {
   };
   EXPECT_EQ(
       FailureOf([&] { command.ActiveConnection(std::make_shared<Foreign>()); }),
-      (Told{failure::kInvalidArgument, "A command runs only on a connection that was made here."}));
+      (Told{failure::kInvalidArgument,
+            "The command cannot use this connection; give it one that this program has opened."}));
   EXPECT_EQ(command.Execute()->RecordCount(), 1);
 }
 

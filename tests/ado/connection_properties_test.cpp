@@ -72,9 +72,10 @@ TEST_F(ConnectionPropertiesTest, are_found_without_regard_to_case) {
 
 TEST_F(ConnectionPropertiesTest, tell_which_one_is_missing) {
   Open();
-  EXPECT_EQ(
-      FailureOf([&] { cn->Properties().Item("Historians By GUID"); }),
-      (Told{failure::kItemNotFound, "The connection has no property \"Historians By GUID\"."}));
+  EXPECT_EQ(FailureOf([&] { cn->Properties().Item("Historians By GUID"); }),
+            (Told{failure::kItemNotFound,
+                  "The connection has no property \"Historians By GUID\"; check its name and the "
+                  "provider."}));
   EXPECT_EQ(FailureOf([&] { cn->Properties().Item(6); }),
             (Told{failure::kItemNotFound,
                   "The connection has no property number 6: it has 6 of them, counted from 0."}));
@@ -146,9 +147,9 @@ TEST_F(ConnectionPropertiesTest, server_and_user_cannot_be_set_while_open) {
 }
 
 TEST_F(ConnectionPropertiesTest, the_providers_name_cannot_be_set) {
-  EXPECT_EQ(
-      FailureOf([&] { Property("Provider Name", "x"); }),
-      (Told{failure::kNotSupported, "The property \"Provider Name\" can be read, but not set."}));
+  EXPECT_EQ(FailureOf([&] { Property("Provider Name", "x"); }),
+            (Told{failure::kNotSupported,
+                  "The property \"Provider Name\" can be read, but not set; leave it as it is."}));
   cn->ConnectionString(Text(kString) + "Provider Name = x;");
   EXPECT_TRUE(Property("Provider Name") == Value(""));
 }

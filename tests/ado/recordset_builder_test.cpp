@@ -29,9 +29,10 @@ TEST(RecordsetBuilder, makes_a_recordset_of_whole_rows) {
 
 TEST(RecordsetBuilder, refuses_a_row_of_another_width) {
   RecordsetBuilder builder({{"A"}, {"B"}});
-  EXPECT_EQ(FailureOf([&] { builder.AppendRow({1}); }),
-            (Told{platform::failure::kInvalidArgument,
-                  "A row of 1 values does not fit a recordset of 2 columns."}));
+  EXPECT_EQ(
+      FailureOf([&] { builder.AppendRow({1}); }),
+      (Told{platform::failure::kInvalidArgument,
+            "A row of 1 values does not fit a recordset of 2 columns; give it a value for each."}));
   EXPECT_EQ(builder.RowCount(), 0);
 }
 

@@ -159,7 +159,7 @@ class FakeConnection : public platform::Connection {
                                        [&](const auto& option) { return option.first == sName; });
       if (!bOption && sName != "Prompt" && sName != "Data Source") {
         throw platform::Failure(platform::failure::kItemNotFound,
-                                "The provider has no property \"" + sName + "\".");
+                                "The provider has no property \"" + sName + "\"; check its name.");
       }
       auto& item = m_items[sName];
       if (!item) item = std::make_unique<FakeProperty>(m_owner, sName);

@@ -202,7 +202,7 @@ TEST_F(schema_rowsets, show_times_as_numbers_where_the_option_says_so) {
 
 TEST_F(schema_rowsets, fail_for_an_unknown_number_and_a_closed_connection) {
   EXPECT_EQ(FailureOf([&] { Schema(static_cast<SchemaNumber>(99)); }),
-            "3808: The provider has no schema rowset of the number 99.");
+            "3808: The provider has no schema rowset of the number 99; ask for another one.");
   m_session->Close();
   EXPECT_EQ(FailureOf([&] { Schema(SchemaNumber::Catalogs); }),
             "3704: The connection is closed; connect again.");

@@ -81,7 +81,7 @@ TEST(session_options, refuse_what_they_cannot_be_and_stay_as_they_were) {
   EXPECT_EQ(failure("Time Zone", "Nowhere"),
             "5: There is no time zone \"Nowhere\"; enter Local, UTC or a name such as "
             "Europe/Madrid.");
-  EXPECT_EQ(failure("Color", 1), "3265: The provider has no property \"Color\".");
+  EXPECT_EQ(failure("Color", 1), "3265: The provider has no property \"Color\"; check its name.");
   EXPECT_EQ(options.LogLevel(), 2);
 }
 

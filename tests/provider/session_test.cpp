@@ -269,9 +269,9 @@ TEST_F(session, says_which_catalog_is_damaged_missing_or_locked) {
   const auto away = m_root.Historian() / "away.db";
   const Text sSelect = "SELECT Tag FROM Plant1..Data WHERE Timestamp = '*'";
   std::filesystem::rename(file, away);
-  EXPECT_EQ(
-      Failing(*opened, sSelect),
-      "3800: The catalog \"Plant1\" cannot be opened: there is no file \"" + file.string() + "\".");
+  EXPECT_EQ(Failing(*opened, sSelect),
+            "3800: The catalog \"Plant1\" cannot be opened: there is no file \"" + file.string() +
+                "\"; restore it from a copy.");
   std::ofstream(file) << Text(8192, 'x');
   EXPECT_EQ(Failing(*opened, sSelect),
             "3802: The catalog \"Plant1\" is in a file that is no database: name another file, or "

@@ -132,7 +132,7 @@ TEST_F(lifecycle, a_missing_provider_property_fails_the_save) {
   driver.historian->options.clear();
   const auto bag = driver.NewBag();
   EXPECT_FALSE(driver.snapIn->SnapIn_WriteProperties(*bag));
-  EXPECT_EQ(ErrorBox(), "The provider has no property \"Log File\".");
+  EXPECT_EQ(ErrorBox(), "The provider has no property \"Log File\"; check its name.");
 }
 
 TEST_F(lifecycle, unloading_lets_go_of_the_tree_and_may_happen_twice) {

@@ -22,9 +22,9 @@ StoredValue Stored(std::string_view sName, const Value& vtValue) {
     if (const auto persisted = std::dynamic_pointer_cast<PersistedObject>(*object)) {
       StoredObject stored{persisted->ProgId(), persisted->WriteState()};
       if (!IsUtf8(stored.sProgId)) {
-        throw Failure(failure::kInvalidArgument, "The class name of the object to be saved as " +
-                                                     Text(sName) +
-                                                     " is not UTF-8 text; nothing was saved.");
+        throw Failure(failure::kInvalidArgument,
+                      "The class name of the object to be saved as " + Text(sName) +
+                          " is not UTF-8 text; register its component again and save then.");
       }
       return stored;
     }
@@ -41,7 +41,8 @@ void DocumentBag::WriteProperty(std::string_view sName, const Value& vtValue,
                                 const std::optional<Value>& vtDefault) {
   if (!IsUtf8(sName)) {
     throw Failure(failure::kInvalidArgument,
-                  "A property cannot be saved because its name is not UTF-8 text.");
+                  "A property cannot be saved because its name is not UTF-8 text; rename or remove "
+                  "the item that it belongs to.");
   }
   StoredValue value = Stored(sName, vtValue);
   const auto found = m_index.find(sName);

@@ -17,7 +17,8 @@ constexpr Long kMaxPosition = 1000;
 void CheckPosition(Long lIndex) {
   if (lIndex < 1 || lIndex > kMaxPosition) {
     throw platform::Failure(platform::failure::kOutOfRange,
-                            "A list has no column at position " + std::to_string(lIndex) + ".",
+                            "A list has no column at position " + std::to_string(lIndex) +
+                                "; positions are 1 to " + std::to_string(kMaxPosition) + ".",
                             "console");
   }
 }

@@ -63,19 +63,23 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
                             Boolean bHasChildren) {
   const auto* node = dynamic_cast<ScopeTreeNode*>(parent.get());
   if (!node || node->Owner().m_tree != this) {
-    throw Failure(failure::kInvalidArgument,
-                  "The item \"" + sKey + "\" cannot be added beneath an item that is gone.",
-                  "console");
+    throw Failure(
+        failure::kInvalidArgument,
+        "The item \"" + sKey + "\" cannot be added beneath an item that is gone; refresh the tree.",
+        "console");
   }
   const auto* type = NodeType(sNodeTypeName);
   if (!type) {
-    throw Failure(failure::kInvalidArgument,
-                  "The snap-in has no node type \"" + sNodeTypeName + "\".", "console");
+    throw Failure(
+        failure::kInvalidArgument,
+        "The snap-in has no node type \"" + sNodeTypeName + "\"; ask its maker for a mended one.",
+        "console");
   }
   auto [at, bAdded] = m_index.try_emplace(sKey, nullptr);
   if (!bAdded) {
     throw Failure(failure::kKeyExists,
-                  "The tree already has an item with the key \"" + sKey + "\".", "console");
+                  "The tree already has an item with the key \"" + sKey + "\"; refresh the tree.",
+                  "console");
   }
   auto& above = node->Owner();
   auto item = std::make_shared<ScopeTreeItem>(this, sNodeTypeName, sKey, type->sDisplayName,
@@ -125,7 +129,8 @@ ScopeTreeItemPtr ScopeTree::ItemOf(const ScopeItemPtr& item) const {
 void ScopeTree::Remove(const Text& sKey) {
   const auto item = Find(sKey);
   if (!item) {
-    throw Failure(failure::kInvalidArgument, "The tree has no item with the key \"" + sKey + "\".",
+    throw Failure(failure::kInvalidArgument,
+                  "The tree has no item with the key \"" + sKey + "\"; refresh the tree.",
                   "console");
   }
   if (m_removing) m_removing(item, false);
@@ -261,7 +266,8 @@ void ScopeTree::Rekey(ScopeTreeItem& item, const Text& sKey) {
   }
   if (!m_index.try_emplace(sKey, &item).second) {
     throw Failure(failure::kKeyExists,
-                  "The tree already has an item with the key \"" + sKey + "\".", "console");
+                  "The tree already has an item with the key \"" + sKey + "\"; refresh the tree.",
+                  "console");
   }
   m_index.erase(item.m_sKey);
   item.m_sKey = sKey;

@@ -23,8 +23,10 @@ Long HostedSelection::Type() const {
 
 platform::ScopeItemPtr HostedSelection::ScopeItem(Long lIndex) const {
   if (lIndex < 1 || lIndex > ScopeItemCount()) {
-    throw platform::Failure(platform::failure::kOutOfRange,
-                            "The selection has no item " + std::to_string(lIndex) + ".", "console");
+    throw platform::Failure(
+        platform::failure::kOutOfRange,
+        "The selection has no item " + std::to_string(lIndex) + "; select one and choose again.",
+        "console");
   }
   return m_items[static_cast<std::size_t>(lIndex - 1)];
 }

@@ -36,8 +36,10 @@ platform::ToolbarButton& HostedToolbar::Item(const Text& sKey) {
   for (const auto& button : m_buttons) {
     if (!sKey.empty() && button->Key() == sKey) return *button;
   }
-  throw platform::Failure(platform::failure::kInvalidArgument,
-                          "The toolbar has no button \"" + sKey + "\".", "console");
+  throw platform::Failure(
+      platform::failure::kInvalidArgument,
+      "The toolbar has no button \"" + sKey + "\"; ask the snap-in's maker for a mended one.",
+      "console");
 }
 
 void HostedToolbar::Clear() {

@@ -175,7 +175,7 @@ std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
   if (!recorder.Write()) {
     throw Failure(failure::kBusy, "The catalog " + record.sName +
                                       " stayed locked by another program, so the last samples "
-                                      "were not written.");
+                                      "were not written; close that program and record again.");
   }
   return llSamples;
 }

@@ -43,7 +43,7 @@ TEST_F(SqliteEngineTest, never_makes_a_file_by_opening_it) {
   EXPECT_EQ(
       OpenFails("absent.db"),
       (Told{failure::kServerNotFound, "The catalog \"M\" cannot be opened: there is no file \"" +
-                                          PathOf("absent.db") + "\"."}));
+                                          PathOf("absent.db") + "\"; restore it from a copy."}));
   EXPECT_EQ(OpenFails("no/folder.db").lNumber, failure::kServerNotFound);
   EXPECT_FALSE(std::filesystem::exists(PathOf("absent.db")));
 }
@@ -52,7 +52,8 @@ TEST_F(SqliteEngineTest, a_folder_is_no_database) {
   std::filesystem::create_directory(PathOf("folder"));
   EXPECT_EQ(OpenFails("folder"),
             (Told{failure::kNotADatabase,
-                  "The catalog \"M\" cannot be opened: \"" + PathOf("folder") + "\" is no file."}));
+                  "The catalog \"M\" cannot be opened: \"" + PathOf("folder") +
+                      "\" is no file; move it away and restore the file from a copy."}));
 }
 
 TEST_F(SqliteEngineTest, a_foreign_file_is_no_database) {
@@ -86,7 +87,7 @@ TEST_F(SqliteEngineTest, a_file_without_the_right_to_read_is_told) {
   EXPECT_EQ(OpenFails("m.db"), (Told{failure::kNoRights,
                                      "The catalog \"M\" cannot be opened: you have no right to "
                                      "read its file \"" +
-                                         catalog.sPlace + "\"."}));
+                                         catalog.sPlace + "\"; ask its owner for it."}));
 }
 
 TEST_F(SqliteEngineTest, a_folder_without_rights_is_told) {
@@ -96,7 +97,7 @@ TEST_F(SqliteEngineTest, a_folder_without_rights_is_told) {
   EXPECT_EQ(OpenFails("m.db"), (Told{failure::kNoRights,
                                      "The catalog \"M\" cannot be opened: you have no right to the "
                                      "folder of its file \"" +
-                                         catalog.sPlace + "\"."}));
+                                         catalog.sPlace + "\"; ask its owner for it."}));
 }
 
 TEST_F(SqliteEngineTest, a_file_without_the_right_to_write_can_be_read_only) {
@@ -158,7 +159,8 @@ TEST_F(SqliteEngineTest, making_a_database_takes_over_no_file) {
   std::ofstream(PathOf("m.db")) << "precious";
   EXPECT_EQ(FailureOf([&] { SqliteEngine().CreateDatabase(PathOf("m.db")); }),
             (Told{failure::kKeyExists,
-                  "The file \"" + PathOf("m.db") + "\" cannot be made: there is one already."}));
+                  "The file \"" + PathOf("m.db") +
+                      "\" cannot be made: there is one already; choose another name."}));
   std::string sContent;
   std::getline(std::ifstream(PathOf("m.db")), sContent);
   EXPECT_EQ(sContent, "precious");
@@ -166,14 +168,15 @@ TEST_F(SqliteEngineTest, making_a_database_takes_over_no_file) {
 
 TEST_F(SqliteEngineTest, making_a_database_tells_a_missing_folder_and_missing_rights) {
   EXPECT_EQ(FailureOf([&] { SqliteEngine().CreateDatabase(PathOf("no/m.db")); }),
-            (Told{failure::kServerNotFound, "The file \"" + PathOf("no/m.db") +
-                                                "\" cannot be made: its folder is not there."}));
+            (Told{failure::kServerNotFound,
+                  "The file \"" + PathOf("no/m.db") +
+                      "\" cannot be made: its folder is not there; make it first."}));
   ::chmod(folder.c_str(), 0555);
   const AsNobody nobody;
   EXPECT_EQ(FailureOf([&] { SqliteEngine().CreateDatabase(PathOf("m.db")); }),
-            (Told{failure::kNoRights,
-                  "The file \"" + PathOf("m.db") +
-                      "\" cannot be made: you have no right to write to its folder."}));
+            (Told{failure::kNoRights, "The file \"" + PathOf("m.db") +
+                                          "\" cannot be made: you have no right to write to its "
+                                          "folder; ask its owner for it."}));
 }
 
 }  // namespace

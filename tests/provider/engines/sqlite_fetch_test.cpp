@@ -206,9 +206,9 @@ TEST_F(SqliteFetchTest, parameters_are_values_and_never_sql) {
 
 TEST_F(SqliteFetchTest, as_many_parameters_as_places_are_needed) {
   const auto session = Open();
-  EXPECT_EQ(
-      FailureOf([&] { Run(*session, "SELECT ?, ?", {1}); }),
-      (Told{failure::kInvalidArgument, "The statement takes 2 parameters, but 1 were given."}));
+  EXPECT_EQ(FailureOf([&] { Run(*session, "SELECT ?, ?", {1}); }),
+            (Told{failure::kInvalidArgument,
+                  "The statement takes 2 parameters, but 1 were given; give one value for each."}));
   EXPECT_EQ(FailureOf([&] { Run(*session, "SELECT 1", {1}); }).lNumber, failure::kInvalidArgument);
   EXPECT_EQ(FailureOf([&] { Run(*session, "SELECT ?", {std::make_shared<platform::Object>()}); }),
             (Told{failure::kTypeMismatch,

@@ -44,7 +44,8 @@ TEST_F(SqliteSessionTest, refuses_a_second_statement_and_runs_neither) {
 
 TEST_F(SqliteSessionTest, refuses_a_text_without_a_statement) {
   const auto session = Open();
-  const Told expected{failure::kSqlError, "There is no statement to run: the text is empty."};
+  const Told expected{failure::kSqlError,
+                      "There is no statement to run: the text is empty; write one."};
   for (const char* sSql : {"", "  \n", ";", " ; ;", "-- nothing", "/* nothing */"}) {
     EXPECT_EQ(RunFails(*session, sSql), expected) << sSql;
   }
@@ -54,16 +55,17 @@ TEST_F(SqliteSessionTest, refuses_a_zero_byte_that_would_hide_what_is_behind_it)
   const auto session = Open();
   EXPECT_EQ(RunFails(*session, std::string("SELECT 1\0; DROP TABLE t", 23)),
             (Told{failure::kSqlError,
-                  "The statement cannot be run: it holds a zero byte. Remove that."}));
+                  "The statement cannot be run: it holds a zero byte; remove that."}));
 }
 
 TEST_F(SqliteSessionTest, tells_what_is_wrong_with_a_statement_and_keeps_its_text_apart) {
   const auto session = Open();
+  EXPECT_EQ(RunFails(*session, "SELEC 1"),
+            (Told{failure::kSqlError,
+                  "The statement cannot be run: near \"SELEC\": syntax error; mend it."}));
   EXPECT_EQ(
-      RunFails(*session, "SELEC 1"),
-      (Told{failure::kSqlError, "The statement cannot be run: near \"SELEC\": syntax error."}));
-  EXPECT_EQ(RunFails(*session, "SELECT * FROM nowhere"),
-            (Told{failure::kSqlError, "The statement cannot be run: no such table: nowhere."}));
+      RunFails(*session, "SELECT * FROM nowhere"),
+      (Told{failure::kSqlError, "The statement cannot be run: no such table: nowhere; mend it."}));
   try {
     Run(*session, "SELECT * FROM nowhere");
     FAIL();
@@ -80,7 +82,7 @@ TEST_F(SqliteSessionTest, refuses_what_would_change_the_session) {
   const Told expected{
       failure::kNotSupported,
       "The statement is refused: attaching and detaching, transactions and settings "
-      "of the database are not for statements."};
+      "of the database are not for statements; leave them out."};
   for (const std::string& sSql :
        {"ATTACH '" + PathOf("x.db") + "' AS x", std::string("DETACH main"), std::string("BEGIN"),
         std::string("COMMIT"), std::string("ROLLBACK"), std::string("SAVEPOINT s"),
@@ -121,9 +123,10 @@ TEST_F(SqliteSessionTest, a_changing_statement_may_give_rows_too) {
 
 TEST_F(SqliteSessionTest, a_statement_that_fails_has_changed_nothing) {
   const auto session = Open(Make("m.db", "CREATE TABLE t(a UNIQUE)"));
-  EXPECT_EQ(RunFails(*session, "INSERT INTO t VALUES (1), (2), (1)"),
-            (Told{failure::kConstraint,
-                  "A rule of the table refuses this: UNIQUE constraint failed: t.a."}));
+  EXPECT_EQ(
+      RunFails(*session, "INSERT INTO t VALUES (1), (2), (1)"),
+      (Told{failure::kConstraint,
+            "A rule of the table refuses this: UNIQUE constraint failed: t.a; mend the row."}));
   EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(0));
 }
 
@@ -211,7 +214,7 @@ TEST_F(SqliteSessionTest, a_catalog_that_is_missing_foreign_or_locked_is_told_by
             (Told{failure::kServerNotFound,
                   "The catalog \"Absent\" cannot be opened: there is no "
                   "file \"" +
-                      PathOf("absent.db") + "\"."}));
+                      PathOf("absent.db") + "\"; restore it from a copy."}));
   EXPECT_EQ(fails({"Foreign", PathOf("foreign.db")}),
             (Told{failure::kNotADatabase,
                   "The catalog \"Foreign\" is in a file that is no database: name another file, or "

@@ -69,13 +69,13 @@ void SqliteEngine::CreateDatabase(const Text& sPath) {
       throw Failure(lNumber, fmt::format("The file \"{}\" cannot be made: {}.", sPath, sWhy),
                     "SQLite", nError);
     };
-    if (nError == EEXIST) fail(failure::kKeyExists, "there is one already");
+    if (nError == EEXIST) fail(failure::kKeyExists, "there is one already; choose another name");
     if (nError == ENOENT || nError == ENOTDIR)
-      fail(failure::kServerNotFound, "its folder is not there");
+      fail(failure::kServerNotFound, "its folder is not there; make it first");
     if (nError == EACCES || nError == EPERM || nError == EROFS) {
-      fail(failure::kNoRights, "you have no right to write to its folder");
+      fail(failure::kNoRights, "you have no right to write to its folder; ask its owner for it");
     }
-    fail(failure::kStorage, "the disk is full or failed");
+    fail(failure::kStorage, "the disk is full or failed; look at it");
   }
   ::close(nFile);
   try {

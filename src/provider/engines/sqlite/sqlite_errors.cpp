@@ -99,12 +99,12 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
                        "it from a copy.",
                        sSubject);
     case failure::kConstraint:
-      return fmt::format("A rule of the table refuses this: {}.", sDetail);
+      return fmt::format("A rule of the table refuses this: {}; mend the row.", sDetail);
     case failure::kNotSupported:
       return "The statement is refused: attaching and detaching, transactions and settings of the "
-             "database are not for statements.";
+             "database are not for statements; leave them out.";
     default:
-      return fmt::format("The statement cannot be run: {}.", sDetail);
+      return fmt::format("The statement cannot be run: {}; mend it.", sDetail);
   }
 }
 

@@ -30,17 +30,19 @@ void CheckFile(const Catalog& catalog) {
                   "SQLite", error.value());
   };
   if (error == std::errc::permission_denied) {
-    fail(failure::kNoRights, "you have no right to the folder of its file \"{}\"");
+    fail(failure::kNoRights,
+         "you have no right to the folder of its file \"{}\"; ask its owner for it");
   }
   if (status.type() == std::filesystem::file_type::not_found) {
-    fail(failure::kServerNotFound, "there is no file \"{}\"");
+    fail(failure::kServerNotFound, "there is no file \"{}\"; restore it from a copy");
   }
   if (status.type() != std::filesystem::file_type::regular) {
-    fail(failure::kNotADatabase, "\"{}\" is no file");
+    fail(failure::kNotADatabase,
+         "\"{}\" is no file; move it away and restore the file from a copy");
   }
   if (::faccessat(AT_FDCWD, catalog.sPlace.c_str(), R_OK, AT_EACCESS) != 0) {
     error.assign(errno, std::generic_category());
-    fail(failure::kNoRights, "you have no right to read its file \"{}\"");
+    fail(failure::kNoRights, "you have no right to read its file \"{}\"; ask its owner for it");
   }
 }
 

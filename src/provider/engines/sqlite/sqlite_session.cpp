@@ -137,7 +137,7 @@ EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_toke
       const Authorized authorized(m_database.get());
       return RunAttached(statement, sSubject, watch.Start());
     } catch (const std::bad_alloc&) {
-      throw FailureOf(SQLITE_NOMEM, sSubject, "out of memory", statement.sSql);
+      throw FailureOf(SQLITE_NOMEM, sSubject, {}, statement.sSql);
     }
   });
 }

@@ -145,14 +145,14 @@ SqliteStatement::SqliteStatement(sqlite3* database, const Text& sSql, const Text
   // SQLite would take a zero byte for the end and leave what is behind it unread.
   if (sSql.find('\0') != Text::npos) {
     throw Failure(failure::kSqlError,
-                  "The statement cannot be run: it holds a zero byte. Remove that.", "SQLite", 0,
+                  "The statement cannot be run: it holds a zero byte; remove that.", "SQLite", 0,
                   sSql);
   }
   std::string_view sRest = sSql;
   while (m_statement == nullptr && !sRest.empty()) m_statement.reset(Prepare(sRest, sRest));
   if (m_statement == nullptr) {
-    throw Failure(failure::kSqlError, "There is no statement to run: the text is empty.", "SQLite",
-                  0, sSql);
+    throw Failure(failure::kSqlError, "There is no statement to run: the text is empty; write one.",
+                  "SQLite", 0, sSql);
   }
   if (HasStatement(sRest)) {
     throw Failure(failure::kSqlError,
@@ -188,10 +188,12 @@ bool SqliteStatement::HasStatement(std::string_view sSql) const {
 void SqliteStatement::Bind(std::span<const Value> vtValues) {
   const int nPlaces = sqlite3_bind_parameter_count(m_statement.get());
   if (static_cast<std::size_t>(nPlaces) != vtValues.size()) {
-    throw Failure(failure::kInvalidArgument,
-                  fmt::format("The statement takes {} parameters, but {} were given.", nPlaces,
-                              vtValues.size()),
-                  "SQLite", 0, m_sSql);
+    throw Failure(
+        failure::kInvalidArgument,
+        fmt::format(
+            "The statement takes {} parameters, but {} were given; give one value for each.",
+            nPlaces, vtValues.size()),
+        "SQLite", 0, m_sSql);
   }
   for (int nPlace = 1; nPlace <= nPlaces; ++nPlace) {
     const Value& vtValue = vtValues[static_cast<std::size_t>(nPlace) - 1];
