@@ -6,6 +6,7 @@
 #include <sqlite3.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -18,6 +19,7 @@ namespace orvane::tools {
 namespace {
 
 using platform::Text;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -29,16 +31,16 @@ struct Outcome {
 
 class historian_program : public testing::Test {
  protected:
-  // Starts the program with its output in files.
-  pid_t Start(std::vector<Text> arguments) {
+  // Starts the program with its output in files, whose names begin with the prefix.
+  pid_t Start(std::vector<Text> arguments, const Text& sPrefix = {}) {
     arguments.insert(arguments.begin(), {ORVANE_HISTORIAN, "--root", m_root.Path().string()});
     std::vector<char*> pointers;
     for (auto& sArgument : arguments) pointers.push_back(sArgument.data());
     pointers.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    const auto redirect = [&](int nFile, const char* sName) {
-      posix_spawn_file_actions_addopen(&actions, nFile, (m_root.Path() / sName).c_str(),
+    const auto redirect = [&](int nFile, const Text& sName) {
+      posix_spawn_file_actions_addopen(&actions, nFile, (m_root.Path() / (sPrefix + sName)).c_str(),
                                        O_WRONLY | O_CREAT | O_TRUNC, 0644);
     };
     redirect(1, "output");
@@ -49,14 +51,15 @@ class historian_program : public testing::Test {
     posix_spawn_file_actions_destroy(&actions);
     return process;
   }
-  Outcome End(pid_t process) {
+  Outcome End(pid_t process, const Text& sPrefix = {}) {
     int nStatus = 0;
     waitpid(process, &nStatus, 0);
-    return {WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1, ReadFile("output"), ReadFile("errors")};
+    return {WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1, ReadFile(sPrefix + "output"),
+            ReadFile(sPrefix + "errors")};
   }
   Outcome Run(std::vector<Text> arguments) { return End(Start(std::move(arguments))); }
 
-  Text ReadFile(const char* sName) const {
+  Text ReadFile(const Text& sName) const {
     std::ostringstream content;
     content << std::ifstream(m_root.Path() / sName).rdbuf();
     return content.str();
@@ -71,6 +74,15 @@ class historian_program : public testing::Test {
   }
   Text Select(const Text& sText) const {
     return provider::Rows(*Open()->Execute({sText, 0, {}}, {}).recordset);
+  }
+  static constexpr const char* kSamples = "SELECT count(*) FROM Machine..Data WHERE Tag = 'load.1'";
+  // False as well while the catalog is not there.
+  bool HasMoreSamples(int nThan) const {
+    try {
+      return std::stoi(Select(kSamples)) > nThan;
+    } catch (const platform::Failure&) {
+      return false;
+    }
   }
   void MakePlant() const { Open()->Execute({"CREATE DATABASE \"Plant1\" ", 0, {}}, {}); }
   Outcome Import(const Text& sContent, const Text& sTable = "Data") {
@@ -114,9 +126,13 @@ TEST_F(historian_program, tells_how_it_is_called) {
                                              {"record", "--once", "--count", "2"},
                                              {"generate", "--hours", "0"}}) {
     outcome = Run(arguments);
-    EXPECT_EQ(outcome.nStatus, 2);
-    EXPECT_THAT(outcome.sErrors, HasSubstr("; see orvane-historian --help."));
+    EXPECT_EQ(outcome.nStatus, 1);
+    EXPECT_EQ(outcome.sOutput, "");
+    EXPECT_THAT(outcome.sErrors, EndsWith("; see orvane-historian --help.\n"));
+    EXPECT_EQ(std::count(outcome.sErrors.begin(), outcome.sErrors.end(), '\n'), 1);
   }
+  EXPECT_EQ(Run({"record", "--boil"}).sErrors,
+            "The following argument was not expected: --boil; see orvane-historian --help.\n");
 }
 
 TEST_F(historian_program, imports_rows_with_checked_types) {
@@ -264,6 +280,39 @@ TEST_F(historian_program, lets_one_recorder_at_a_time_into_a_catalog) {
   EXPECT_EQ(second.sErrors,
             "Another recorder is at work on the catalog Machine; stop it first or record into "
             "another catalog.\n");
+}
+
+TEST_F(historian_program, takes_over_from_a_recorder_that_ends) {
+  const pid_t first = Start({"record"});
+  AwaitRows([&] { return HasMoreSamples(0); });
+  const pid_t second = Start({"record"}, "second-");
+  AwaitRows([&] { return !ReadFile("second-output").empty(); });
+  EXPECT_EQ(ReadFile("second-output"),
+            "Another recorder is at work on the catalog Machine; this one takes over when that "
+            "ends.\n");
+  kill(first, SIGTERM);
+  EXPECT_EQ(End(first).nStatus, 0);
+  const int nBefore = std::stoi(Select(kSamples));
+  AwaitRows([&] { return HasMoreSamples(nBefore); });
+  EXPECT_TRUE(HasMoreSamples(nBefore));
+  kill(second, SIGTERM);
+  const auto outcome = End(second, "second-");
+  EXPECT_EQ(outcome.nStatus, 0);
+  EXPECT_EQ(outcome.sErrors, "");
+  EXPECT_THAT(outcome.sOutput, testing::ContainsRegex("\nRecorded [1-9][0-9]* samples? into"));
+}
+
+TEST_F(historian_program, a_recorder_that_waits_for_another_one_stops_at_a_signal) {
+  const pid_t first = Start({"record"});
+  AwaitRows([&] { return HasMoreSamples(0); });
+  const pid_t second = Start({"record"}, "second-");
+  AwaitRows([&] { return !ReadFile("second-output").empty(); });
+  kill(second, SIGINT);
+  const auto outcome = End(second, "second-");
+  EXPECT_EQ(outcome.nStatus, 0);
+  EXPECT_THAT(outcome.sOutput, EndsWith("\nRecorded 0 samples into Machine.\n"));
+  kill(first, SIGTERM);
+  EXPECT_EQ(End(first).nStatus, 0);
 }
 
 TEST_F(historian_program, loses_no_sample_while_another_program_holds_a_lock) {

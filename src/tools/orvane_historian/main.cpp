@@ -24,7 +24,6 @@ using platform::Text;
 namespace failure = platform::failure;
 
 constexpr int kFailed = 1;
-constexpr int kNotUnderstood = 2;
 
 struct Options {
   tools::ServerPlace place{provider::historian::DefaultRoot(),
@@ -98,6 +97,10 @@ void Record(const Options& options) {
   order.llCount = options.bOnce ? 1 : options.llCount;
   order.keep = ReadSpan(options.sKeep);
   order.proc = options.proc;
+  order.waits = [&] {
+    std::cout << "Another recorder is at work on the catalog " << options.sCatalog
+              << "; this one takes over when that ends." << std::endl;
+  };
   const auto llSamples = tools::Record(options.place, order);
   std::cout << "Recorded " << llSamples << (llSamples == 1 ? " sample" : " samples") << " into "
             << options.sCatalog << ".\n";
@@ -173,7 +176,7 @@ int Main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
     std::cerr << error.what() << "; see orvane-historian --help.\n";
-    return kNotUnderstood;
+    return kFailed;
   }
   if (*init) Init(options);
   if (*import) Import(options);

@@ -3,10 +3,13 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <deque>
+#include <memory>
+#include <utility>
 
 #include "platform/failure.h"
 #include "tools/orvane_historian/catalog_database.h"
@@ -24,27 +27,37 @@ namespace failure = platform::failure;
 // Holds the catalog for this recorder; the system lets go of it when the process ends.
 class RecorderLock {
  public:
-  explicit RecorderLock(const provider::historian::CatalogRecord& record) {
-    const Text sFile = record.file.string() + ".recorder";
-    m_nFile = ::open(sFile.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0644);
-    if (m_nFile < 0 || flock(m_nFile, LOCK_EX | LOCK_NB) != 0) {
-      const int nError = errno;
-      if (m_nFile >= 0) ::close(m_nFile);
-      throw Failure(nError == EWOULDBLOCK ? failure::kBusy : failure::kNoRights,
-                    nError == EWOULDBLOCK
-                        ? "Another recorder is at work on the catalog " + record.sName +
-                              "; stop it first or record into another catalog."
-                        : "The file " + sFile +
-                              " cannot be written; check your rights on its "
-                              "folder.",
-                    "orvane-historian", nError);
-    }
+  explicit RecorderLock(const provider::historian::CatalogRecord& record)
+      : m_sFile(record.file.string() + ".recorder"),
+        m_nFile(::open(m_sFile.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0644)) {
+    if (m_nFile < 0) FailToLock(errno);
   }
   RecorderLock(const RecorderLock&) = delete;
   RecorderLock& operator=(const RecorderLock&) = delete;
   ~RecorderLock() { ::close(m_nFile); }
 
+  // False while another recorder holds the catalog.
+  bool Take() const {
+    if (flock(m_nFile, LOCK_EX | LOCK_NB) == 0) return true;
+    if (errno != EWOULDBLOCK) FailToLock(errno);
+    return false;
+  }
+  // False when the catalog was dropped, and perhaps made anew, since the file was opened.
+  bool IsOfCatalog() const {
+    struct stat own {};
+    struct stat named {};
+    return fstat(m_nFile, &own) == 0 && ::stat(m_sFile.c_str(), &named) == 0 &&
+           own.st_dev == named.st_dev && own.st_ino == named.st_ino;
+  }
+
  private:
+  [[noreturn]] void FailToLock(int nError) const {
+    throw Failure(failure::kNoRights,
+                  "The file " + m_sFile + " cannot be written; check your rights on its folder.",
+                  "orvane-historian", nError);
+  }
+
+  Text m_sFile;
   int m_nFile = -1;
 };
 
@@ -146,16 +159,45 @@ class Recorder {
   Timestamp m_nextForget{};
 };
 
+// The catalog and the hold on it; null when a signal came while another recorder was at work. A
+// recorder without an end takes over from one that ends; one with a count has no time for that.
+struct HeldCatalog {
+  explicit HeldCatalog(provider::historian::CatalogRecord found)
+      : record(std::move(found)), lock(record) {}
+
+  provider::historian::CatalogRecord record;
+  RecorderLock lock;
+};
+
+std::unique_ptr<HeldCatalog> Hold(const ServerPlace& place, const RecordOrder& order,
+                                  const StopSignals& signals) {
+  bool bTold = false;
+  for (;;) {
+    auto held = std::make_unique<HeldCatalog>(FindOrMakeCatalog(place, order.sCatalog));
+    while (!held->lock.Take()) {
+      if (order.llCount != 0) {
+        throw Failure(failure::kBusy, "Another recorder is at work on the catalog " +
+                                          held->record.sName +
+                                          "; stop it first or record into another catalog.");
+      }
+      if (order.waits && !std::exchange(bTold, true)) order.waits();
+      if (signals.WaitUntil(steady_clock::now() + seconds(1))) return nullptr;
+    }
+    if (held->lock.IsOfCatalog()) return held;
+  }
+}
+
 }  // namespace
 
 std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
-  const auto record = FindOrMakeCatalog(place, order.sCatalog);
-  const RecorderLock lock(record);
+  const StopSignals signals;
+  const auto held = Hold(place, order, signals);
+  if (!held) return 0;
+  const auto& record = held->record;
   CatalogDatabase database(record);
   // The next second writes what this one cannot.
   sqlite3_busy_timeout(database.Handle(), 500);
   Recorder recorder(database, order.keep);
-  const StopSignals signals;
   MachineCounters counters(order.proc);
   std::int64_t llSamples = 0;
   auto last = steady_clock::now();

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 
 #include "tools/orvane_historian/opened_catalog.h"
 
@@ -14,11 +15,13 @@ struct RecordOrder {
   std::int64_t llCount = 0;     ///< so many samples; 0 goes on until a signal
   std::chrono::seconds keep{};  ///< older rows go away; 0 keeps all
   std::filesystem::path proc = "/proc";
+  std::function<void()> waits;  ///< called once when another recorder is waited for
 };
 
 /// Records until the count is reached or SIGTERM or SIGINT comes; gives the number of samples. No
-/// sample is lost while another program holds a lock: it waits in memory for the next second. Fails
-/// when another recorder is at work on the catalog.
+/// sample is lost while another program holds a lock: it waits in memory for the next second. While
+/// another recorder is at work on the catalog, one without a count waits until that ends and takes
+/// over; one with a count fails.
 std::int64_t Record(const ServerPlace& place, const RecordOrder& order);
 
 }  // namespace orvane::tools

@@ -22,6 +22,16 @@ class SqliteLimitsTest : public tests::DatabaseFolder {
                                 std::chrono::milliseconds timeout, std::stop_token stop = {}) {
     return session.Run({sSql, {}, {}, 0, timeout}, std::move(stop));
   }
+  // How the statement fails that is cancelled by another thread once it has called started().
+  static Told CancelledOnceStarted(EngineSession& session, Started& started,
+                                   const std::string& sSql) {
+    std::stop_source stop;
+    const std::jthread canceller([&] {
+      started.Wait();
+      stop.request_stop();
+    });
+    return FailureOf([&] { RunWithin(session, sSql, 0ms, stop.get_token()); });
+  }
 };
 
 TEST_F(SqliteLimitsTest, a_row_limit_cuts_only_when_there_was_one_row_more) {
@@ -92,17 +102,10 @@ TEST_F(SqliteLimitsTest, a_changing_statement_past_its_time_out_has_changed_noth
 TEST_F(SqliteLimitsTest, a_running_statement_is_cancelled_from_another_thread) {
   Started started;
   const auto session = Open();
-  std::stop_source stop;
-  const std::jthread canceller([&] {
-    started.Wait();
-    stop.request_stop();
-  });
-  EXPECT_EQ(FailureOf([&] {
-              RunWithin(*session,
-                        "WITH RECURSIVE c(x) AS (SELECT started() UNION ALL SELECT x + 1 FROM c) "
-                        "SELECT count(*) FROM c",
-                        0ms, stop.get_token());
-            }),
+  EXPECT_EQ(CancelledOnceStarted(
+                *session, started,
+                "WITH RECURSIVE c(x) AS (SELECT started() UNION ALL SELECT x + 1 FROM c) "
+                "SELECT count(*) FROM c"),
             (Told{failure::kCancelled, "The statement was cancelled."}));
   EXPECT_TRUE(One(*session, "SELECT 1") == Value(std::int64_t{1}));
 }
@@ -110,18 +113,12 @@ TEST_F(SqliteLimitsTest, a_running_statement_is_cancelled_from_another_thread) {
 TEST_F(SqliteLimitsTest, rows_are_no_longer_fetched_when_cancelled_between_them) {
   Started started;
   const auto session = Open();
-  std::stop_source stop;
-  const std::jthread canceller([&] {
-    started.Wait();
-    stop.request_stop();
-  });
-  EXPECT_EQ(FailureOf([&] {
-              RunWithin(*session,
-                        "WITH RECURSIVE c(x) AS (SELECT started() UNION ALL SELECT x FROM c) "
-                        "SELECT x FROM c",
-                        0ms, stop.get_token());
-            }).lNumber,
-            failure::kCancelled);
+  EXPECT_EQ(
+      CancelledOnceStarted(*session, started,
+                           "WITH RECURSIVE c(x) AS (SELECT started() UNION ALL SELECT x FROM c) "
+                           "SELECT x FROM c")
+          .lNumber,
+      failure::kCancelled);
 }
 
 TEST_F(SqliteLimitsTest, a_wait_for_a_lock_is_cancelled_from_another_thread) {
