@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "component/registry.h"
@@ -13,6 +14,7 @@ namespace {
 using test::Fixture;
 using test::TemporaryFolder;
 using test::WriteText;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -105,14 +107,17 @@ TEST_F(RegsvrTest, a_damaged_file_is_told_beside_the_list) {
   EXPECT_THAT(outcome.sErrors, HasSubstr("bad.json\" is damaged; register"));
 }
 
-TEST_F(RegsvrTest, a_command_line_that_makes_no_sense_is_one_sentence_and_status_2) {
+TEST_F(RegsvrTest, a_command_line_that_makes_no_sense_is_one_sentence_and_status_1) {
   for (const char* const sArguments :
        {"", "-u", "--user --system x.so", "--list x.so", "--list -u", "--what", "--registry"}) {
     const auto outcome = Run(sArguments);
-    EXPECT_EQ(outcome.nStatus, 2) << sArguments;
-    EXPECT_THAT(outcome.sErrors, HasSubstr("; see orvane-regsvr --help.\n")) << sArguments;
+    EXPECT_EQ(outcome.nStatus, 1) << sArguments;
+    EXPECT_THAT(outcome.sErrors, EndsWith("; see orvane-regsvr --help.\n")) << sArguments;
+    EXPECT_EQ(std::count(outcome.sErrors.begin(), outcome.sErrors.end(), '\n'), 1) << sArguments;
     EXPECT_THAT(outcome.sOutput, IsEmpty()) << sArguments;
   }
+  EXPECT_EQ(Run("--what").sErrors,
+            "The following argument was not expected: --what; see orvane-regsvr --help.\n");
   EXPECT_EQ(Run("").sErrors, "Name a library to register, or --list; see orvane-regsvr --help.\n");
 }
 

@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QSettings>
+#include <filesystem>
 #include <iostream>
 
 #include "console/app/appearance.h"
@@ -30,18 +31,19 @@ void Describe(CLI::App& line, Arguments& arguments) {
   line.set_version_flag("--version", std::string("orvane-console ") + ORVANE_VERSION);
 }
 
+// What cannot be done is told in one sentence.
+int Fail(const std::string& sSentence) {
+  std::cerr << "orvane-console: " << sSentence << '\n';
+  return 1;
+}
+
 int RunTour(orvane::console::MainWindow& window, const Arguments& arguments) {
   using orvane::console::Tour;
-  if (arguments.sDocument.empty()) {
-    std::cerr << "orvane-console: a tour needs a document to open.\n";
-    return 1;
-  }
   try {
     Tour(window, QDir(QString::fromStdString(arguments.sTour)), std::cout).Run(arguments.sDocument);
     return 0;
   } catch (const std::exception& e) {
-    std::cerr << "orvane-console: " << e.what() << '\n';
-    return 1;
+    return Fail(e.what());
   }
 }
 
@@ -71,7 +73,15 @@ int main(int argc, char** argv) {
   try {
     line.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    return line.exit(e);
+    return Fail(std::string(e.what()) + "; see orvane-console --help.");
+  }
+  if (!arguments.sTour.empty() && arguments.sDocument.empty()) {
+    return Fail("A tour needs a document to open; name one after the folder.");
+  }
+  if (std::error_code error;
+      !arguments.sDocument.empty() && !std::filesystem::exists(arguments.sDocument, error)) {
+    return Fail("There is no document " + arguments.sDocument +
+                "; check its name, or start without one.");
   }
   try {
     QSettings settings;
@@ -90,7 +100,6 @@ int main(int argc, char** argv) {
     window.show();
     return QApplication::exec();
   } catch (const std::exception& e) {
-    std::cerr << "orvane-console: " << e.what() << '\n';
-    return 1;
+    return Fail(e.what());
   }
 }

@@ -1,6 +1,5 @@
 // orvane-regsvr: registers in-process components, takes them out again and lists them.
-// Ends with 0, with 1 and a sentence for each thing that went wrong, or with 2 and a sentence
-// when the command line cannot be understood.
+// Ends with 0, or with 1 and a sentence for each thing that went wrong.
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <filesystem>
@@ -19,7 +18,6 @@ using orvane::component::Registry;
 using orvane::platform::Text;
 
 constexpr int kFailed = 1;
-constexpr int kNotUnderstood = 2;
 
 struct Options {
   bool bUser = false;
@@ -98,7 +96,7 @@ int Main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
     std::cerr << error.what() << "; see orvane-regsvr --help.\n";
-    return kNotUnderstood;
+    return kFailed;
   }
   return options.bList ? List(options) : Register(options);
 }
