@@ -1,0 +1,105 @@
+// What the scripts say when something does not go well, each run in a copy with tools that fail.
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <fstream>
+
+#include "tests/project/tree.h"
+
+namespace orvane::project {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+  int nStatus = -1;
+  std::string sSaid;
+};
+
+class ScriptsTest : public testing::Test {
+ protected:
+  ScriptsTest() {
+    std::string sTemplate = (fs::temp_directory_path() / "orvane-scripts-XXXXXX").string();
+    m_folder = mkdtemp(sTemplate.data());
+    fs::create_directory(m_folder / "tools");
+    fs::copy(Root() / "scripts", m_folder / "scripts");
+  }
+  ~ScriptsTest() override { fs::remove_all(m_folder); }
+
+  // A program that is found before the real one.
+  void Stub(const std::string& sName, const std::string& sScript) const {
+    const fs::path file = m_folder / "tools" / sName;
+    std::ofstream(file) << "#!/bin/sh\n" << sScript;
+    fs::permissions(file, fs::perms::owner_all);
+  }
+  Outcome Run(const std::string& sScript) const {
+    const std::string sCommand = "PATH='" + (m_folder / "tools").string() + "':$PATH '" +
+                                 (m_folder / "scripts").string() + "/'" + sScript + " 2>&1";
+    Outcome outcome;
+    std::FILE* const pipe = popen(sCommand.c_str(), "r");
+    if (pipe == nullptr) return outcome;
+    char buffer[256];
+    while (const auto n = std::fread(buffer, 1, sizeof buffer, pipe)) {
+      outcome.sSaid.append(buffer, n);
+    }
+    const int nStatus = pclose(pipe);
+    outcome.nStatus = WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+    return outcome;
+  }
+
+  fs::path m_folder;
+};
+
+TEST_F(ScriptsTest, a_failed_build_shows_its_first_error_and_ends_with_one_sentence) {
+  Stub("cmake",
+       "echo configured\n"
+       "test \"$1\" = --build || exit 0\n"
+       "echo '[1/9] a.cpp'\n"
+       "echo 'a.cpp:3:5: error: this is wrong'\n"
+       "for i in 1 2 3 4 5 6 7 8; do echo \"    3 | detail $i\"; done\n"
+       "echo 'b.cpp:3:5: error: that is wrong as well'\n"
+       "exit 1\n");
+  const auto outcome = Run("build dev");
+  EXPECT_EQ(outcome.nStatus, 1);
+  EXPECT_EQ(outcome.sSaid,
+            "Building (dev)...\n"
+            "a.cpp:3:5: error: this is wrong\n"
+            "    3 | detail 1\n    3 | detail 2\n    3 | detail 3\n    3 | detail 4\n"
+            "The build (dev) failed; above is its first error, and the whole log is in "
+            "build/dev.log.\n");
+  EXPECT_THAT(Content(m_folder / "build/dev.log"), testing::HasSubstr("that is wrong as well"));
+}
+
+TEST_F(ScriptsTest, a_build_that_fails_without_an_error_shows_the_end_of_its_log) {
+  Stub("cmake", "for i in 1 2 3 4 5 6 7; do echo \"line $i\"; done\nexit 1\n");
+  EXPECT_EQ(Run("build dev").sSaid,
+            "Building (dev)...\nline 3\nline 4\nline 5\nline 6\nline 7\n"
+            "The build (dev) failed; above is its first error, and the whole log is in "
+            "build/dev.log.\n");
+}
+
+TEST_F(ScriptsTest, a_folder_of_another_build_program_is_configured_anew) {
+  Stub("cmake",
+       "echo \"$@\" >> said\n"
+       "test \"$1\" = --preset || exit 0\n"
+       "echo 'Error: generator : Ninja'\n"
+       "echo 'Does not match the generator used previously: Unix Makefiles'\n"
+       "exit 1\n");
+  EXPECT_EQ(Run("build core").nStatus, 0);
+  EXPECT_THAT(Lines(m_folder / "said"),
+              testing::ElementsAre("--preset core", "--fresh --preset core",
+                                   testing::StartsWith("--build --preset core")));
+}
+
+TEST_F(ScriptsTest, fuzzing_without_its_compiler_says_how_to_install_it) {
+  Stub("clang++", "exit 127\n");
+  const auto outcome = Run("fuzz 1");
+  EXPECT_EQ(outcome.nStatus, 1);
+  EXPECT_EQ(outcome.sSaid,
+            "Fuzzing needs clang with its own libraries, which are missing; install them with: "
+            "apt-get install clang libclang-rt-dev\n");
+}
+
+}  // namespace
+}  // namespace orvane::project
