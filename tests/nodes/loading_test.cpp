@@ -1,4 +1,5 @@
 // Trees read back from a bag, whole or with parts missing.
+#include "tests/nodes/initial_options.h"
 #include "tests/nodes/model.h"
 
 namespace orvane::nodes {
@@ -25,16 +26,7 @@ TEST_F(loading, an_empty_bag_gives_the_default_options_and_no_servers) {
   root->Context(true);
   AddServer("S1");
   root->ReadProperties(bag, "P_");
-  Text sStart;
-  Text sEnd;
-  root->GetDefaultTimeRange(sStart, sEnd);
-  EXPECT_EQ(root->MaxRows(), 100);
-  EXPECT_EQ(root->QueryTimeout(), 60);
-  EXPECT_EQ(sStart, "*-1h");
-  EXPECT_EQ(sEnd, "*");
-  EXPECT_TRUE(root->SqlStatements());
-  EXPECT_FALSE(root->Context());
-  EXPECT_EQ(root->ServerNodes()->Count(), 0);
+  ExpectInitialOptionsAndNoServers(*root);
 }
 
 TEST_F(loading, gives_back_what_was_saved) {

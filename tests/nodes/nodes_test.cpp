@@ -1,4 +1,5 @@
 // The nodes by themselves: initial values and settings.
+#include "tests/nodes/initial_options.h"
 #include "tests/nodes/model.h"
 
 namespace orvane::nodes {
@@ -11,16 +12,7 @@ using nodes_test = Model;
 
 TEST_F(nodes_test, a_new_root_has_the_initial_options_and_no_servers) {
   const auto node = ServersNode::Create(objects);
-  Text sStart;
-  Text sEnd;
-  node->GetDefaultTimeRange(sStart, sEnd);
-  EXPECT_EQ(node->MaxRows(), 100);
-  EXPECT_EQ(node->QueryTimeout(), 60);
-  EXPECT_EQ(sStart, "*-1h");
-  EXPECT_EQ(sEnd, "*");
-  EXPECT_TRUE(node->SqlStatements());
-  EXPECT_FALSE(node->Context());
-  EXPECT_EQ(node->ServerNodes()->Count(), 0);
+  ExpectInitialOptionsAndNoServers(*node);
 }
 
 TEST_F(nodes_test, a_new_server_is_the_local_one_disconnected_and_empty) {

@@ -1,3 +1,4 @@
+#include "tests/nodes/initial_options.h"
 #include "tests/snapin/snap_in_fixture.h"
 
 namespace orvane::snapin {
@@ -69,16 +70,7 @@ TEST_F(lifecycle, a_bag_with_nothing_but_the_flag_gives_a_root_with_the_defaults
       [](platform::PropertyBag& pb, auto&) { pb.WriteProperty("ServersNode", true); });
   const auto root = Root();
   ASSERT_NE(root, nullptr);
-  Text sStart;
-  Text sEnd;
-  root->GetDefaultTimeRange(sStart, sEnd);
-  EXPECT_EQ(root->MaxRows(), 100);
-  EXPECT_EQ(root->QueryTimeout(), 60);
-  EXPECT_EQ(sStart, "*-1h");
-  EXPECT_EQ(sEnd, "*");
-  EXPECT_TRUE(root->SqlStatements());
-  EXPECT_FALSE(root->Context());
-  EXPECT_EQ(root->ServerNodes()->Count(), 0);
+  nodes::ExpectInitialOptionsAndNoServers(*root);
 }
 
 TEST_F(lifecycle, loading_never_replaces_a_root) {
