@@ -14,12 +14,14 @@ if(TARGET ORVOLEDBCtls AND TARGET ORVOLEDB AND TARGET ORVOLEDBSnapIn)
     SOURCES
       host_driver.cpp
       host_driver.h
+      unloading_test.cpp
       ../scenarios/shell_cases.cpp
     TIMEOUT 600)
   target_compile_definitions(console_scenarios_tests PRIVATE
     ORVANE_SNAP_IN="$<TARGET_FILE:ORVOLEDBSnapIn>"
     ORVANE_CONTROLS="$<TARGET_FILE:ORVOLEDBCtls>"
-    ORVANE_PROVIDER="$<TARGET_FILE:ORVOLEDB>")
+    ORVANE_PROVIDER="$<TARGET_FILE:ORVOLEDB>"
+    ORVANE_SAMPLE="${CMAKE_SOURCE_DIR}/samples/Localhost.orvc")
   add_dependencies(console_scenarios_tests ORVOLEDBSnapIn ORVOLEDBCtls ORVOLEDB)
 
   orvane_test(console_program QT
