@@ -1,12 +1,11 @@
 // The program orvane-regsvr as it is called from a shell.
 #include <gmock/gmock.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <cstdio>
 
 #include "component/registry.h"
 #include "tests/component/temporary_folder.h"
+#include "tests/shell_command.h"
 
 namespace orvane::component {
 namespace {
@@ -33,17 +32,8 @@ class RegsvrTest : public testing::Test {
     const std::string sCommand = "XDG_DATA_HOME='" + (m_folder / "user").string() +
                                  "' XDG_DATA_DIRS='" + (m_folder / "system").string() +
                                  "' " ORVANE_REGSVR " " + sArguments + " 2>'" + sErrors + "'";
-    Outcome outcome;
-    std::FILE* const pipe = popen(sCommand.c_str(), "r");
-    if (pipe == nullptr) return outcome;
-    char buffer[256];
-    while (const auto n = std::fread(buffer, 1, sizeof buffer, pipe)) {
-      outcome.sOutput.append(buffer, n);
-    }
-    const int nStatus = pclose(pipe);
-    outcome.nStatus = WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
-    outcome.sErrors = test::ReadText(sErrors);
-    return outcome;
+    const auto ended = tests::RunInShell(sCommand);
+    return {ended.nStatus, ended.sOutput, test::ReadText(sErrors)};
   }
 
   bool IsRegistered(const std::string& sFolder) {

@@ -1,21 +1,15 @@
 // What the scripts say when something does not go well, each run in a copy with tools that fail.
 #include <gmock/gmock.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <fstream>
 
 #include "tests/project/tree.h"
+#include "tests/shell_command.h"
 
 namespace orvane::project {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Outcome {
-  int nStatus = -1;
-  std::string sSaid;
-};
 
 class ScriptsTest : public testing::Test {
  protected:
@@ -33,19 +27,9 @@ class ScriptsTest : public testing::Test {
     std::ofstream(file) << "#!/bin/sh\n" << sScript;
     fs::permissions(file, fs::perms::owner_all);
   }
-  Outcome Run(const std::string& sScript) const {
-    const std::string sCommand = "PATH='" + (m_folder / "tools").string() + "':$PATH '" +
-                                 (m_folder / "scripts").string() + "/'" + sScript + " 2>&1";
-    Outcome outcome;
-    std::FILE* const pipe = popen(sCommand.c_str(), "r");
-    if (pipe == nullptr) return outcome;
-    char buffer[256];
-    while (const auto n = std::fread(buffer, 1, sizeof buffer, pipe)) {
-      outcome.sSaid.append(buffer, n);
-    }
-    const int nStatus = pclose(pipe);
-    outcome.nStatus = WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
-    return outcome;
+  tests::CommandOutcome Run(const std::string& sScript) const {
+    return tests::RunInShell("PATH='" + (m_folder / "tools").string() + "':$PATH '" +
+                             (m_folder / "scripts").string() + "/'" + sScript + " 2>&1");
   }
 
   fs::path m_folder;
@@ -62,7 +46,7 @@ TEST_F(ScriptsTest, a_failed_build_shows_its_first_error_and_ends_with_one_sente
        "exit 1\n");
   const auto outcome = Run("build dev");
   EXPECT_EQ(outcome.nStatus, 1);
-  EXPECT_EQ(outcome.sSaid,
+  EXPECT_EQ(outcome.sOutput,
             "Building (dev)...\n"
             "a.cpp:3:5: error: this is wrong\n"
             "    3 | detail 1\n    3 | detail 2\n    3 | detail 3\n    3 | detail 4\n"
@@ -73,7 +57,7 @@ TEST_F(ScriptsTest, a_failed_build_shows_its_first_error_and_ends_with_one_sente
 
 TEST_F(ScriptsTest, a_build_that_fails_without_an_error_shows_the_end_of_its_log) {
   Stub("cmake", "for i in 1 2 3 4 5 6 7; do echo \"line $i\"; done\nexit 1\n");
-  EXPECT_EQ(Run("build dev").sSaid,
+  EXPECT_EQ(Run("build dev").sOutput,
             "Building (dev)...\nline 3\nline 4\nline 5\nline 6\nline 7\n"
             "The build (dev) failed; above is its first error, and the whole log is in "
             "build/dev.log.\n");
@@ -96,7 +80,7 @@ TEST_F(ScriptsTest, fuzzing_without_its_compiler_says_how_to_install_it) {
   Stub("clang++", "exit 127\n");
   const auto outcome = Run("fuzz 1");
   EXPECT_EQ(outcome.nStatus, 1);
-  EXPECT_EQ(outcome.sSaid,
+  EXPECT_EQ(outcome.sOutput,
             "Fuzzing needs clang with its own libraries, which are missing; install them with: "
             "apt-get install clang libclang-rt-dev\n");
 }
