@@ -38,7 +38,9 @@ Text ComposeSelect(const TableSelection& selection) {
   sSql += QuotedName(selection.sTable);
 
   if (!IsBlank(selection.sFilterCondition)) sSql += "\nWHERE " + selection.sFilterCondition;
-  if (selection.sortCriterion) {
+  // A sort column that the server lost leaves a criterion without a name: the builder has no entry
+  // for it. There is nothing to sort by then; an empty name would only be refused.
+  if (selection.sortCriterion && !selection.sortCriterion->sColumn.empty()) {
     // On a line of its own: a filter may end in a comment that runs to the end of its line.
     sSql += "\nORDER BY " + QuotedName(selection.sortCriterion->sColumn) +
             (selection.sortCriterion->bAscending ? " ASC" : " DESC");

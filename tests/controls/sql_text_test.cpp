@@ -40,6 +40,15 @@ TEST_F(sql_text, a_descending_sort_says_so) {
   EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"\nORDER BY \"Value\" DESC");
 }
 
+TEST_F(sql_text, a_sort_without_a_column_is_no_sort) {
+  for (const bool bAscending : {true, false}) {
+    m_sort = SortCriterion{"", bAscending};
+    EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"");
+  }
+  m_sort = SortCriterion{" ", true};
+  EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"\nORDER BY \" \" ASC");
+}
+
 TEST_F(sql_text, without_a_catalog_the_table_stands_alone) {
   m_sCatalog = "";
   EXPECT_EQ(Compose(), "SELECT *\nFROM \"Data\"");

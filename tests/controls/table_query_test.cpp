@@ -131,6 +131,16 @@ TEST(table_query, composes_its_sql_from_its_members) {
             "ORDER BY \"Value\" ASC");
 }
 
+TEST(table_query, a_sort_criterion_without_a_column_is_kept_and_sorts_nothing) {
+  TableQuery query;
+  query.Table("Data");
+  query.SortCriterion(SortCriterion{"", false});
+  EXPECT_EQ(query.SqlText(), "SELECT *\nFROM \"Data\"");
+  TableQuery restored;
+  restored.ReadState(query.WriteState());
+  EXPECT_EQ(restored.SortCriterion(), (SortCriterion{"", false}));
+}
+
 TEST(table_query, the_limits_are_not_in_the_sql) {
   TableQuery query;
   query.Table("Data");
