@@ -115,6 +115,49 @@ TEST_F(create_catalog, a_failed_creation_leaves_the_hourglass) {
   EXPECT_EQ(ui.pointers, std::vector<Long>{11});
 }
 
+TEST_F(create_catalog, a_lookup_that_fails_comes_after_the_creation_and_without_the_hourglass) {
+  ByGuid(true);
+  const auto create = historian->onExecute;
+  historian->onExecute = [&](const Text& sText) -> platform::RecordsetPtr {
+    bFail = sText.starts_with("SELECT Identity");
+    return create(sText);
+  };
+  EXPECT_THROW(Create(), platform::Failure);
+  EXPECT_EQ(
+      historian->log,
+      (std::vector<Text>{"Execute CREATE DATABASE \"N\" ",
+                         "Execute SELECT Identity FROM Orvane..Historians WHERE Name = 'N'"}));
+  EXPECT_EQ(ui.pointers, (std::vector<Long>{11, 0}));
+  EXPECT_TRUE(ui.boxes.empty());
+}
+
+TEST_F(create_catalog, a_missing_property_fails_after_the_creation) {
+  historian->options.clear();
+  try {
+    Create();
+    FAIL();
+  } catch (const platform::Failure& failure) {
+    EXPECT_EQ(failure.Description(), "The provider has no property \"Historians By GUID\".");
+  }
+  EXPECT_EQ(historian->log, std::vector<Text>{"Execute CREATE DATABASE \"N\" "});
+  EXPECT_EQ(ui.pointers, (std::vector<Long>{11, 0}));
+}
+
+TEST_F(create_catalog, an_identity_of_another_kind_is_given_as_text) {
+  ByGuid(true);
+  platform::Value vtIdentity;
+  historian->onExecute = [&](const Text&) {
+    return std::make_shared<fakes::FakeRecordset>(
+        std::vector<fakes::FakeColumn>{{"Name"}, {"Identity"}},
+        std::vector<fakes::FakeRecordset::Row>{{"first", vtIdentity}, {"second", "no"}});
+  };
+  vtIdentity = Long{17};
+  EXPECT_EQ(Create(), "17");
+  vtIdentity = platform::Value();
+  EXPECT_EQ(Create(), "");
+  EXPECT_TRUE(ui.boxes.empty()) << "a row was found";
+}
+
 TEST_F(create_catalog, without_a_connection_nothing_is_sent) {
   try {
     CreateCatalog(objects, ui, nullptr, "N", "", 0);
@@ -123,6 +166,84 @@ TEST_F(create_catalog, without_a_connection_nothing_is_sent) {
     EXPECT_EQ(failure.Number(), 91);
   }
   EXPECT_TRUE(ui.pointers.empty());
+}
+
+// ---- the calls themselves, in their order
+
+/// What is asked of commands and of the screen, in one list.
+struct catalog_calls : testing::Test {
+  struct Screen : fakes::FakeUserInterface {
+    explicit Screen(std::vector<Text>& all) : calls(all) {}
+    using fakes::FakeUserInterface::MousePointer;
+    void MousePointer(Long lPointer) override {
+      calls.push_back("Pointer " + std::to_string(lPointer));
+    }
+    void DoEvents() override { calls.emplace_back("DoEvents"); }
+    std::vector<Text>& calls;
+  };
+  struct Command : fakes::FakeCommand {
+    Command(std::vector<Text>& all, const platform::ConnectionPtr& wanted)
+        : calls(all), connection(wanted) {}
+    void ActiveConnection(const platform::ConnectionPtr& cn) override {
+      calls.emplace_back(cn == connection ? "ActiveConnection" : "ActiveConnection of another");
+      fakes::FakeCommand::ActiveConnection(cn);
+    }
+    platform::RecordsetPtr Execute(Long* lRecordsAffected, Long lOptions) override {
+      calls.push_back(CommandText() + "|" + (lRecordsAffected ? "affected" : "unset") + "|" +
+                      std::to_string(lOptions));
+      return std::make_shared<fakes::FakeRecordset>(
+          std::vector<fakes::FakeColumn>{{"Identity"}},
+          std::vector<fakes::FakeRecordset::Row>{{"{GUID}"}});
+    }
+    std::vector<Text>& calls;
+    platform::ConnectionPtr connection;
+  };
+  struct Objects : fakes::FakeObjects {
+    Objects(const fakes::FakeHistorianPtr& historian, std::vector<Text>& all)
+        : FakeObjects(historian), calls(all) {}
+    platform::CommandPtr CreateCommand() override {
+      calls.emplace_back("CreateCommand");
+      return std::make_shared<Command>(calls, connection);
+    }
+    std::vector<Text>& calls;
+    platform::ConnectionPtr connection;
+  };
+
+  catalog_calls() {
+    historian->servers.push_back({"S1", {}});
+    historian->options[5].second = true;
+    objects.connection = objects.CreateConnection();
+    objects.connection->Open("Provider = P; Data Source = S1;", "", "", -1);
+  }
+
+  std::vector<Text> calls;
+  fakes::FakeHistorianPtr historian = std::make_shared<fakes::FakeHistorian>();
+  Objects objects{historian, calls};
+  Screen screen{calls};
+};
+
+TEST_F(catalog_calls, a_creation_waits_under_the_hourglass_and_looks_up_without_it) {
+  CreateCatalog(objects, screen, objects.connection, "N", "", 0);
+  EXPECT_EQ(calls, (std::vector<Text>{
+                       "CreateCommand", "ActiveConnection", "Pointer 11", "DoEvents",
+                       "CREATE DATABASE \"N\" |unset|-1", "Pointer 0", "DoEvents",
+                       "SELECT Identity FROM Orvane..Historians WHERE Name = 'N'|unset|-1"}));
+}
+
+TEST_F(catalog_calls, a_removal_is_one_statement_and_nothing_else) {
+  DropCatalog(objects, objects.connection, "N");
+  EXPECT_EQ(calls, (std::vector<Text>{"CreateCommand", "ActiveConnection",
+                                      "DROP DATABASE \"N\"|unset|-1"}));
+}
+
+TEST_F(create_catalog, a_refused_removal_passes_through) {
+  bFail = true;
+  try {
+    DropCatalog(objects, cn, "N");
+    FAIL();
+  } catch (const platform::Failure& failure) {
+    EXPECT_EQ(failure.Description(), "The catalog exists.");
+  }
 }
 
 TEST_F(create_catalog, dropping_sends_the_statement_and_leaves_the_pointer_alone) {

@@ -49,6 +49,37 @@ TEST_F(options_dlg, cancel_after_editing_hides_without_accepting) {
   EXPECT_FALSE(form.Shown());
 }
 
+TEST_F(options_dlg, opens_with_empty_boxes_until_the_caller_fills_them) {
+  for (const char* const sBox :
+       {"m_txtMaxRows", "m_txtTimeout", "m_txtDefStartTime", "m_txtDefEndTime"}) {
+    EXPECT_EQ(form.TextBox(sBox).Text(), "") << sBox;
+  }
+}
+
+TEST_F(options_dlg, its_accessors_are_the_boxes_of_those_names) {
+  dialog.MaxRows().Text("1");
+  dialog.Timeout().Text("2");
+  dialog.DefStartTime().Text("3");
+  dialog.DefEndTime().Text("4");
+  EXPECT_EQ(form.TextBox("m_txtMaxRows").Text(), "1");
+  EXPECT_EQ(form.TextBox("m_txtTimeout").Text(), "2");
+  EXPECT_EQ(form.TextBox("m_txtDefStartTime").Text(), "3");
+  EXPECT_EQ(form.TextBox("m_txtDefEndTime").Text(), "4");
+}
+
+TEST_F(options_dlg, cancel_leaves_the_flag_as_it_is) {
+  Show([&] { form.Button("m_btnOK").Click(); });
+  Show([&] { form.Button("m_btnCancel").Click(); });
+  EXPECT_TRUE(dialog.Accepted());
+  EXPECT_FALSE(form.Shown());
+}
+
+TEST_F(options_dlg, escape_does_nothing) {
+  Show([&] { form.PressEscape(); });
+  EXPECT_TRUE(form.Shown());
+  EXPECT_FALSE(dialog.Accepted());
+}
+
 TEST_F(options_dlg, the_first_wrong_key_brings_back_what_the_caller_put_in) {
   dialog.MaxRows().Text("100");
   dialog.Timeout().Text("60");

@@ -55,6 +55,33 @@ TEST_F(query_dlg, the_sql_text_does_not_matter_to_ok) {
   EXPECT_FALSE(form.Button("m_btnOk").Enabled());
 }
 
+TEST_F(query_dlg, deleting_the_last_character_disables_ok_again) {
+  dialog.Name().Text(" ");
+  EXPECT_TRUE(form.Button("m_btnOk").Enabled());
+  dialog.Name().Text("");
+  EXPECT_FALSE(form.Button("m_btnOk").Enabled());
+}
+
+TEST_F(query_dlg, binds_enter_to_ok_and_escape_to_cancel) {
+  EXPECT_EQ(form.DefaultButton(), "m_btnOk");
+  EXPECT_EQ(form.CancelButton(), "m_btnCancel");
+}
+
+TEST_F(query_dlg, cancel_leaves_the_flag_as_it_is) {
+  dialog.Accepted(true);
+  forms->WhenShown("QueryDlg", [](fakes::FakeForm& shown) { shown.Button("m_btnCancel").Click(); });
+  dialog.ShowModal();
+  EXPECT_TRUE(dialog.Accepted());
+  EXPECT_FALSE(form.Shown());
+}
+
+TEST_F(query_dlg, its_accessors_are_the_boxes_of_those_names) {
+  dialog.Name().Text("n");
+  dialog.SqlStatement().Text("s");
+  EXPECT_EQ(form.TextBox("m_txtName").Text(), "n");
+  EXPECT_EQ(form.TextBox("m_txtSqlStatement").Text(), "s");
+}
+
 TEST_F(query_dlg, can_be_shown_again_with_the_texts_kept) {
   forms->WhenShown("QueryDlg", [](fakes::FakeForm& shown) { shown.PressEnter(); });
   dialog.Name().Text("q");
@@ -92,6 +119,48 @@ TEST_F(add_catalog_dlg, ok_needs_a_name_and_accepts) {
   dialog.ShowModal();
   EXPECT_TRUE(dialog.Accepted());
   EXPECT_FALSE(form.Shown());
+}
+
+TEST_F(add_catalog_dlg, ok_is_disabled_until_a_name_is_typed_and_again_without_one) {
+  EXPECT_FALSE(form.Button("m_btnOk").Enabled());
+  dialog.Path().Text("/data");
+  dialog.Size().Text("5");
+  EXPECT_FALSE(form.Button("m_btnOk").Enabled());
+  dialog.Name().Text("N");
+  EXPECT_TRUE(form.Button("m_btnOk").Enabled());
+  dialog.Name().Text("");
+  EXPECT_FALSE(form.Button("m_btnOk").Enabled());
+}
+
+TEST_F(add_catalog_dlg, enter_and_escape_press_nothing) {
+  dialog.Name().Text("N");
+  forms->WhenShown("AddCatalogDlg", [](fakes::FakeForm& shown) {
+    shown.PressEnter();
+    shown.PressEscape();
+  });
+  dialog.ShowModal();
+  EXPECT_TRUE(form.Shown());
+  EXPECT_FALSE(dialog.Accepted());
+}
+
+TEST_F(add_catalog_dlg, cancel_leaves_the_flag_as_it_is) {
+  dialog.Name().Text("N");
+  forms->WhenShown("AddCatalogDlg", [](fakes::FakeForm& shown) {
+    shown.Button(shown.TimesShown() == 1 ? "m_btnOk" : "m_btnCancel").Click();
+  });
+  dialog.ShowModal();
+  dialog.ShowModal();
+  EXPECT_TRUE(dialog.Accepted());
+  EXPECT_FALSE(form.Shown());
+}
+
+TEST_F(add_catalog_dlg, its_accessors_are_the_boxes_of_those_names) {
+  dialog.Name().Text("n");
+  dialog.Path().Text("p");
+  dialog.Size().Text("s");
+  EXPECT_EQ(form.TextBox("m_txtName").Text(), "n");
+  EXPECT_EQ(form.TextBox("m_txtPath").Text(), "p");
+  EXPECT_EQ(form.TextBox("m_txtSize").Text(), "s");
 }
 
 TEST_F(add_catalog_dlg, the_size_is_not_checked_while_typing) {

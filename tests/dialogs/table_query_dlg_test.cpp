@@ -29,7 +29,12 @@ struct table_query_dlg : DialogFixture {
   fakes::FakeDropDownList& sortOrder = form.DropDownList("m_cmbSortOrder");
 };
 
-TEST_F(table_query_dlg, has_its_captions) {
+TEST_F(table_query_dlg, has_its_title_and_captions) {
+  EXPECT_EQ(form.Title(), "Table Query");
+  EXPECT_EQ(form.Button("m_btnSelectCol").Label(), "Add >");
+  EXPECT_EQ(form.Button("m_btnSelectAllCols").Label(), "Add All >>");
+  EXPECT_EQ(form.Button("m_btnDeselectCol").Label(), "< Remove");
+  EXPECT_EQ(form.Button("m_btnDeselectAllCols").Label(), "<< Remove All");
   EXPECT_EQ(form.Caption("m_frmTable").Label(), "Table");
   EXPECT_EQ(form.Caption("m_lblCatalog1").Label(), "Catalog:");
   EXPECT_EQ(form.Caption("m_lblTable1").Label(), "Table:");
@@ -104,6 +109,58 @@ TEST_F(table_query_dlg, deselect_returns_every_highlighted_column) {
   EXPECT_FALSE(Enabled("m_btnOk"));
 }
 
+TEST_F(table_query_dlg, deselect_moves_several_at_once_in_list_order) {
+  Click("m_btnSelectAllCols");
+  selected.Click("Status");
+  selected.ControlClick("Value");
+  Click("m_btnDeselectCol");
+  EXPECT_EQ(selected.Texts(), (Columns{"Tag", "Timestamp"}));
+  EXPECT_EQ(available.Texts(), (Columns{"Value", "Status"}));
+  EXPECT_FALSE(Enabled("m_btnDeselectCol"));
+  EXPECT_TRUE(Enabled("m_btnDeselectAllCols"));
+  EXPECT_TRUE(Enabled("m_btnSelectAllCols"));
+  EXPECT_TRUE(Enabled("m_btnOk"));
+}
+
+TEST_F(table_query_dlg, a_click_beside_the_items_disables_the_single_button_again) {
+  available.Click("Tag");
+  EXPECT_TRUE(Enabled("m_btnSelectCol"));
+  available.Click("none of them");
+  EXPECT_FALSE(Enabled("m_btnSelectCol"));
+  selected.Click("Value");
+  EXPECT_TRUE(Enabled("m_btnDeselectCol"));
+  selected.Click("none of them");
+  EXPECT_FALSE(Enabled("m_btnDeselectCol"));
+}
+
+TEST_F(table_query_dlg, the_last_available_column_takes_select_all_with_it) {
+  available.Click("Tag");
+  available.ControlClick("Timestamp");
+  available.ControlClick("Status");
+  Click("m_btnSelectCol");
+  EXPECT_FALSE(Enabled("m_btnSelectCol"));
+  EXPECT_FALSE(Enabled("m_btnSelectAllCols"));
+}
+
+TEST_F(table_query_dlg, a_lost_column_that_is_deselected_is_listed_until_the_list_is_filled_anew) {
+  dialog.AddSelectedColumn("Gone");
+  selected.DblClick("Gone");
+  EXPECT_EQ(available.Texts(), (Columns{"Tag", "Timestamp", "Status", "Gone"}));
+  Click("m_btnDeselectAllCols");
+  EXPECT_EQ(available.Texts(), (Columns{"Tag", "Timestamp", "Value", "Status"}));
+}
+
+TEST_F(table_query_dlg, listing_the_columns_again_replaces_both_lists_of_them) {
+  dialog.Columns({"B", "A"});
+  dialog.UpdateAvailableColumns();
+  dialog.UpdateSortColumns();
+  EXPECT_EQ(available.Texts(), (Columns{"B", "A"}));
+  ASSERT_EQ(sortCol.Count(), 2);
+  EXPECT_EQ(sortCol.Item(0), "B");
+  EXPECT_EQ(sortCol.Item(1), "A");
+  EXPECT_EQ(sortOrder.Count(), 2) << "the two orders stay";
+}
+
 TEST_F(table_query_dlg, a_double_click_moves_like_the_button) {
   available.DblClick("Timestamp");
   EXPECT_EQ(selected.Texts(), (Columns{"Value", "Timestamp"}));
@@ -170,6 +227,18 @@ TEST_F(table_query_dlg, a_sort_column_that_the_server_lost_has_no_entry) {
   EXPECT_EQ(dialog.SortingCriteria().sColumn, "");
 }
 
+TEST_F(table_query_dlg, a_sort_column_is_compared_exactly) {
+  dialog.SetSortingCriteria("value", true);
+  EXPECT_EQ(sortCol.ListIndex(), -1);
+  EXPECT_EQ(sortOrder.ListIndex(), 0) << "the order is shown all the same";
+}
+
+TEST_F(table_query_dlg, nothing_is_chosen_for_sorting_before_the_caller_says_so) {
+  EXPECT_EQ(sortCol.ListIndex(), -1);
+  EXPECT_EQ(sortOrder.ListIndex(), -1);
+  EXPECT_EQ(dialog.SortingCriteria(), (platform::SortCriterion{"", false}));
+}
+
 TEST_F(table_query_dlg, none_takes_the_selection_of_both_boxes_and_disables_them) {
   dialog.SetSortingCriteria("Value", false);
   dialog.NoSortingCriteria(true);
@@ -200,6 +269,33 @@ TEST_F(table_query_dlg, a_chosen_column_that_the_server_lost_stays_chosen) {
   dialog.AddSelectedColumn("Gone");
   dialog.UpdateAvailableColumns();
   EXPECT_EQ(dialog.SelectedColumns(), (Columns{"Value", "Gone"}));
+}
+
+TEST_F(table_query_dlg, checking_default_again_brings_its_text_back) {
+  dialog.UseDefaultFilter(true);
+  dialog.UseDefaultFilter(false);
+  filter.Text("Value > 1");
+  EXPECT_FALSE(dialog.UseDefaultFilter());
+  EXPECT_EQ(dialog.FilterCondition(), "Value > 1");
+  dialog.UseDefaultFilter(true);
+  EXPECT_EQ(dialog.FilterCondition(), "Timestamp >= '*-1h'");
+  EXPECT_EQ(filter.TimesFocused(), 1) << "only unchecking takes the focus";
+}
+
+TEST_F(table_query_dlg, cancel_after_an_ok_takes_the_flag_back) {
+  forms->WhenShown("TableQueryDlg", [](fakes::FakeForm& shown) {
+    shown.Button(shown.TimesShown() == 1 ? "m_btnOk" : "m_btnCancel").Click();
+  });
+  EXPECT_FALSE(dialog.Ok());
+  dialog.ShowModal();
+  EXPECT_TRUE(dialog.Ok());
+  dialog.ShowModal();
+  EXPECT_FALSE(dialog.Ok());
+}
+
+TEST_F(table_query_dlg, binds_enter_to_ok_and_escape_to_cancel) {
+  EXPECT_EQ(form.DefaultButton(), "m_btnOk");
+  EXPECT_EQ(form.CancelButton(), "m_btnCancel");
 }
 
 TEST_F(table_query_dlg, ok_sets_the_flag_and_hides) {

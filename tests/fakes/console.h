@@ -130,6 +130,7 @@ class FakeToolbarButtons : public platform::ToolbarButtons {
     auto button = std::make_unique<FakeToolbarButton>(sKey, lImage, sToolTip, style);
     const auto nOffset = std::min(static_cast<std::size_t>(lIndex) - 1, buttons.size());
     ++nAdded;
+    positions.push_back(lIndex);
     return **buttons.insert(buttons.begin() + static_cast<std::ptrdiff_t>(nOffset),
                             std::move(button));
   }
@@ -144,6 +145,7 @@ class FakeToolbarButtons : public platform::ToolbarButtons {
   std::vector<std::unique_ptr<FakeToolbarButton>> buttons;
   platform::Text sFailingKey;
   int nAdded = 0;
+  std::vector<platform::Long> positions;  ///< as asked for, since the toolbar was made
 };
 
 class FakeToolbar : public platform::Toolbar {

@@ -1,4 +1,5 @@
 // What a server node asks of data access when it connects and disconnects.
+#include "tests/fakes/user_interface.h"
 #include "tests/nodes/model.h"
 
 namespace orvane::nodes {
@@ -114,6 +115,53 @@ TEST_F(server_connection, releasing_cached_rows_keeps_the_connection_open) {
   server->Connect();
   server->ReleaseCachedRecordsets();
   EXPECT_TRUE(server->Connection()->IsOpen());
+}
+
+// ---- catalogs on the server
+
+TEST_F(server_connection, adding_a_catalog_sends_it_and_gives_its_identifier) {
+  historian->onExecute = [](const Text&) {
+    return std::make_shared<fakes::FakeRecordset>(std::vector<fakes::FakeColumn>{},
+                                                  std::vector<fakes::FakeRecordset::Row>{});
+  };
+  server->Connect();
+  fakes::FakeUserInterface ui;
+  Text sCatalog = "of before";
+  server->AddCatalog(ui, "N", "P", 0, sCatalog);
+  EXPECT_EQ(sCatalog, "N");
+  EXPECT_EQ(historian->log.back(), "Execute CREATE DATABASE \"N\" ON (PATH='P')");
+  server->AddCatalog(ui, "N", "P", 7, sCatalog);
+  EXPECT_EQ(historian->log.back(), "Execute CREATE DATABASE \"N\" ON (SIZE=7)");
+  EXPECT_EQ(server->CatalogNodes()->Count(), 0) << "the tree is the caller's";
+}
+
+TEST_F(server_connection, a_catalog_that_cannot_be_added_leaves_an_empty_identifier) {
+  fakes::FakeUserInterface ui;
+  Text sCatalog = "of before";
+  EXPECT_THROW(server->AddCatalog(ui, "N", "", 0, sCatalog), platform::Failure);
+  EXPECT_EQ(sCatalog, "");
+}
+
+TEST_F(server_connection, removing_a_catalog_sends_it_and_leaves_the_tree) {
+  historian->onExecute = [](const Text&) {
+    return std::make_shared<fakes::FakeRecordset>(std::vector<fakes::FakeColumn>{},
+                                                  std::vector<fakes::FakeRecordset::Row>{});
+  };
+  server->Connect();
+  server->CatalogNodes()->Add("N");
+  server->RemoveCatalog("N");
+  EXPECT_EQ(historian->log.back(), "Execute DROP DATABASE \"N\"");
+  EXPECT_EQ(server->CatalogNodes()->Count(), 1);
+}
+
+TEST_F(server_connection, a_catalog_of_a_server_without_a_connection_cannot_be_removed) {
+  try {
+    server->RemoveCatalog("N");
+    FAIL();
+  } catch (const platform::Failure& failure) {
+    EXPECT_EQ(failure.Number(), 91);
+    EXPECT_EQ(failure.Description(), "The server is not connected; connect it first.");
+  }
 }
 
 }  // namespace

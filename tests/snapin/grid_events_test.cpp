@@ -223,5 +223,106 @@ TEST_F(grid_events, a_hidden_grid_is_not_heard) {
   EXPECT_TRUE(Button("MoveFirst").Enabled());
 }
 
+TEST_F(grid_events, each_query_button_follows_its_own_property) {
+  SelectQuery();
+  const auto enabled = [&] {
+    results->selChange.Raise();
+    Text sEnabled;
+    for (const char* sKey : {"MoveFirst", "MoveLast", "CellQuery", "Delete"}) {
+      if (Button(sKey).Enabled()) sEnabled += Text(sKey) + " ";
+    }
+    return sEnabled;
+  };
+  results->bCanMove = results->bCanCellQuery = results->bDeleteAllowed = false;
+  EXPECT_EQ(enabled(), "");
+  results->bCanMove = true;
+  EXPECT_EQ(enabled(), "MoveFirst MoveLast ");
+  results->bCanMove = false;
+  results->bCanCellQuery = true;
+  EXPECT_EQ(enabled(), "CellQuery ");
+  results->bCanCellQuery = false;
+  results->bDeleteAllowed = true;
+  EXPECT_EQ(enabled(), "");
+  results->bRowsSelected = true;
+  EXPECT_EQ(enabled(), "Delete ");
+  results->bDeleteAllowed = false;
+  EXPECT_EQ(enabled(), "");
+}
+
+TEST_F(grid_events, the_sql_button_is_pressed_as_the_query_grid_shows) {
+  SelectQuery();
+  results->ShowSqlStatements(false);
+  results->selChange.Raise();
+  EXPECT_FALSE(Button("Sql").Pressed());
+  results->ShowSqlStatements(true);
+  results->selChange.Raise();
+  EXPECT_TRUE(Button("Sql").Pressed());
+}
+
+TEST_F(grid_events, an_option_toggled_before_the_grid_refuses_stays_toggled) {
+  SelectTable();
+  editor->sFailing = "ShowSqlStatements False";
+  driver.snapIn->Toolbar_ButtonClick(Button("Sql"));
+  EXPECT_EQ(ErrorBox(), "The grid cannot do that.");
+  EXPECT_FALSE(Root()->SqlStatements());
+  EXPECT_FALSE(Button("Sql").Pressed());
+  EXPECT_TRUE(editor->ShowSqlStatements());
+}
+
+TEST_F(grid_events, without_a_grid_context_changes_its_option_and_nothing_else) {
+  driver.Select("S1");
+  ClickLoose("Context");
+  EXPECT_TRUE(Root()->Context());
+  EXPECT_TRUE(Root()->SqlStatements());
+  ExpectNoBoxes();
+}
+
+TEST_F(grid_events, sql_toggles_the_query_grid_too) {
+  SelectQuery();
+  driver.snapIn->Toolbar_ButtonClick(Button("Sql"));
+  EXPECT_EQ(results->log, (std::vector<std::string>{"ShowSqlStatements False"}));
+  EXPECT_FALSE(Button("Sql").Pressed());
+  EXPECT_FALSE(Root()->SqlStatements());
+}
+
+TEST_F(grid_events, every_operation_that_a_query_grid_refuses_is_reported) {
+  SelectQuery();
+  const std::pair<const char*, const char*> kSteps[] = {{"MoveFirst", "MoveFirst"},
+                                                        {"MoveLast", "MoveLast"},
+                                                        {"CellQuery", "CellQuery"},
+                                                        {"Delete", "DeleteSelectedRows"}};
+  for (const auto& [sKey, sStep] : kSteps) {
+    results->sFailing = sStep;
+    driver.ui->icons.clear();
+    driver.snapIn->Toolbar_ButtonClick(Button(sKey));
+    EXPECT_EQ(ErrorBox(), "The grid cannot do that.") << sKey;
+    EXPECT_EQ(driver.ui->icons, std::vector<platform::MsgBoxIcon>{platform::MsgBoxIcon::None});
+  }
+}
+
+TEST_F(grid_events, every_operation_that_a_table_grid_refuses_is_reported) {
+  SelectTable();
+  const std::pair<const char*, const char*> kSteps[] = {
+      {"MoveFirst", "MoveFirst"},     {"MoveLast", "MoveLast"},   {"SortAsc", "SortAscending"},
+      {"SortDesc", "SortDescending"}, {"CellQuery", "CellQuery"}, {"Delete", "DeleteSelectedRows"}};
+  for (const auto& [sKey, sStep] : kSteps) {
+    editor->sFailing = sStep;
+    driver.snapIn->Toolbar_ButtonClick(Button(sKey));
+    EXPECT_EQ(ErrorBox(), "The grid cannot do that.") << sKey;
+  }
+}
+
+TEST_F(grid_events, states_set_before_a_missing_button_stay_set) {
+  SelectQuery();
+  auto& buttons = driver.console->toolbar->Buttons().buttons;
+  std::erase_if(buttons, [](const auto& button) { return button->Key() == "CellQuery"; });
+  results->bCanMove = false;
+  results->bRowsSelected = true;
+  results->selChange.Raise();
+  EXPECT_EQ(ErrorBox(), "There is no button \"CellQuery\".");
+  EXPECT_FALSE(Button("MoveFirst").Enabled());
+  EXPECT_FALSE(Button("Delete").Enabled()) << "behind the missing one";
+}
+
 }  // namespace
 }  // namespace orvane::snapin

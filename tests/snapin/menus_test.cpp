@@ -114,5 +114,81 @@ TEST_F(menus, a_command_does_nothing_unless_one_scope_item_is_selected) {
   EXPECT_EQ(driver.Tree(), sTree);
 }
 
+TEST_F(menus, of_several_selected_items_the_first_decides) {
+  fakes::FakeContextMenu menu;
+  fakes::FakeSelection selection(driver.Item("S1.Queries"));
+  selection.items.push_back(driver.Item("S1"));
+  driver.snapIn->Views_AddTopMenuItems(driver.console->CurrentView(), selection, menu, true);
+  ASSERT_EQ(menu.menus.size(), 1U);
+  EXPECT_EQ(menu.menus[0].sName, "m_mnuQueries");
+}
+
+TEST_F(menus, an_item_of_an_unknown_type_has_none) {
+  fakes::FakeContextMenu menu;
+  for (const char* const sType : {"server", "Folder", ""}) {
+    const auto item = std::make_shared<fakes::FakeScopeItem>(sType, "x", "x");
+    driver.snapIn->Views_AddTopMenuItems(driver.console->CurrentView(), fakes::FakeSelection(item),
+                                         menu, true);
+  }
+  EXPECT_TRUE(menu.menus.empty());
+  ExpectNoBoxes();
+}
+
+TEST_F(menus, one_selected_scope_item_is_the_selection_of_type_0) {
+  EXPECT_EQ(platform::kSelectionSingleScopeItem, 0);
+  fakes::FakeSelection selection(driver.Item("S1"));
+  selection.lType = 0;
+  driver.snapIn->Menu_Click("m_mnuDisconnect", 0, selection);
+  EXPECT_EQ(server->Connection(), nullptr);
+}
+
+TEST_F(menus, the_index_of_a_click_does_not_matter) {
+  driver.snapIn->Menu_Click("m_mnuDisconnect", 77, fakes::FakeSelection(driver.Item("S1")));
+  EXPECT_EQ(server->Connection(), nullptr);
+}
+
+TEST_F(menus, a_name_that_is_no_menu_item_does_nothing) {
+  const Text sTree = driver.Tree();
+  for (const char* const sItem : {"", "m_mnuServer", "m_mnudisconnect", "Disconnect"}) {
+    driver.Click(sItem, "S1");
+  }
+  EXPECT_EQ(driver.Tree(), sTree);
+  EXPECT_NE(server->Connection(), nullptr);
+  ExpectNoBoxes();
+}
+
+TEST_F(menus, every_command_reports_a_lost_node_in_the_error_box) {
+  const std::pair<const char*, const char*> kCommands[] = {
+      {"m_mnuConnect", "S1"},
+      {"m_mnuDisconnect", "S1"},
+      {"m_mnuRemoveServer", "S1"},
+      {"m_mnuAddCatalog", "S1.Catalogs"},
+      {"m_mnuCatalogRemove", "S1.Catalogs.Plant"},
+      {"m_mnuQuery", "S1.Catalogs.Plant.Pumps"},
+      {"m_mnuNewQuery", "S1.Queries"},
+      {"m_mnuEdit", "S1.Queries.Q1"},
+      {"m_mnuRemove", "S1.Queries.Q1"}};
+  for (const auto& [sCommand, sKey] : kCommands) {
+    const auto item = driver.Item(sKey);
+    const auto tag = item->Tag();
+    item->Tag(nullptr);
+    driver.ui->icons.clear();
+    driver.Click(sCommand, sKey);
+    EXPECT_EQ(ErrorBox(),
+              "\"" + item->DisplayName() + "\" stands for nothing any more; refresh the tree.")
+        << sCommand;
+    EXPECT_EQ(driver.ui->icons, std::vector<platform::MsgBoxIcon>{platform::MsgBoxIcon::None});
+    item->Tag(tag);
+  }
+  driver.snapIn->SnapIn_Unload();
+  for (const char* const sCommand : {"m_mnuOptions", "m_mnuServersConnect"}) {
+    driver.historian->sChosenServer = "S2";
+    driver.console->staticItem->node->bExpandedOnce = true;
+    driver.Click(sCommand, "");
+    EXPECT_EQ(ErrorBox(), "No servers are loaded; open a document or create a new one.")
+        << sCommand;
+  }
+}
+
 }  // namespace
 }  // namespace orvane::snapin

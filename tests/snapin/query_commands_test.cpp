@@ -255,5 +255,151 @@ TEST_F(query_commands, removing_the_last_query_takes_the_folders_mark) {
   EXPECT_FALSE(driver.Item("S1.Queries")->node->bHasChildren);
 }
 
+TEST_F(query_commands, a_query_whose_item_is_gone_leaves_the_list_but_the_folder_keeps_its_mark) {
+  const auto server = ExpandAll();
+  driver.Item("S1.Queries")->node->bHasChildren = true;
+  const auto item = driver.console->ScopeItems().items.extract("S1.Queries.Q1").mapped();
+  driver.snapIn->Menu_Click("m_mnuRemove", 0, fakes::FakeSelection(item));
+  EXPECT_EQ(driver.ui->boxes.back().sText, "The item is not in the tree.");
+  EXPECT_EQ(driver.ui->boxes.back().sTitle, "Error");
+  EXPECT_EQ(server->QueryNodes()->Count(), 0);
+  EXPECT_TRUE(driver.Item("S1.Queries")->node->bHasChildren);
+}
+
+TEST_F(query_commands, a_query_that_left_the_list_keeps_its_item) {
+  const auto server = ExpandAll();
+  server->QueryNodes()->Remove("Q1");
+  driver.Click("m_mnuRemove", "S1.Queries.Q1");
+  EXPECT_EQ(driver.ui->boxes.back().sText,
+            "The argument is invalid: the collection has no key \"Q1\"; check the name.");
+  EXPECT_TRUE(driver.HasItem("S1.Queries.Q1"));
+}
+
+// ---- the rest of the items and of the order
+
+TEST_F(query_commands, a_new_query_without_a_place_in_the_tree_stays_and_leaves_the_mark) {
+  const auto server = ExpandAll();
+  driver.console->ScopeItems().Add("Query", "S1.Queries.Q2", driver.Item("S1.Queries")->ScopeNode(),
+                                   false);
+  New({{"Q2", "SELECT 2"}});
+  EXPECT_EQ(ErrorBox(), "The item is already in the tree.");
+  EXPECT_EQ(Names(*server), (std::vector<Text>{"Q1", "Q2"}));
+  EXPECT_FALSE(driver.Item("S1.Queries")->node->bHasChildren);
+}
+
+TEST_F(query_commands, a_new_query_has_both_columns_and_its_node) {
+  const auto server = ExpandAll();
+  New({{"Q2", "SELECT 2"}});
+  const auto item = driver.Item("S1.Queries.Q2");
+  EXPECT_EQ(item->ColumnHeaders().headers,
+            (std::map<platform::Long, fakes::FakeColumnHeader>{{1, {"Name", "Name", 200}},
+                                                               {2, {"Query", "Query", 300}}}));
+  EXPECT_EQ(item->NodeTypeName(), "Query");
+  EXPECT_EQ(item->NodeId(), "S1.Queries.Q2");
+  EXPECT_EQ(item->DisplayName(), "Q2");
+  EXPECT_EQ(item->Tag(), server->QueryNodes()->Item("Q2"));
+  EXPECT_FALSE(item->node->bHasChildren);
+}
+
+TEST_F(query_commands, the_message_of_a_taken_name_has_only_ok_and_no_icon) {
+  ExpandAll();
+  New({{"Q1", "SELECT 2"}});
+  Edit("Q1", {});
+  ASSERT_EQ(driver.ui->boxes.size(), 1U);
+  EXPECT_EQ(driver.ui->boxes[0].sText, kNameTaken);
+  EXPECT_EQ(driver.ui->boxes[0].sTitle, "Error");
+  EXPECT_EQ(driver.ui->boxes[0].buttons, platform::MsgBoxButtons::OkOnly);
+  EXPECT_EQ(driver.ui->icons[0], platform::MsgBoxIcon::None);
+}
+
+TEST_F(query_commands, a_name_taken_again_and_again_is_told_each_time) {
+  const auto server = ExpandAll();
+  New({{"Q1", "a"}, {"q1", "b"}, {"Q1", "c"}, {"Q3", "d"}});
+  EXPECT_EQ(driver.TakeBoxes().size(), 3U);
+  EXPECT_EQ(shown.size(), 4U);
+  EXPECT_EQ(server->QueryNodes()->Item("Q3")->Query(), "d");
+}
+
+TEST_F(query_commands, a_cancel_after_a_refused_name_is_no_acceptance) {
+  const auto server = ExpandAll();
+  New({{"Q2", "SELECT 2"}});
+  Edit("Q2", {{"Q1", "SELECT 22"}});
+  ErrorBox();
+  EXPECT_EQ(shown.size(), 2U);
+  EXPECT_EQ(server->QueryNodes()->Item("Q2")->Query(), "SELECT 2");
+  EXPECT_TRUE(driver.HasItem("S1.Queries.Q2"));
+}
+
+TEST_F(query_commands, a_new_text_alone_changes_the_items_second_column) {
+  ExpandAll();
+  Edit("Q1", {{"Q1", "SELECT 11"}});
+  ExpectNoBoxes();
+  EXPECT_EQ(Query()->Query(), "SELECT 11");
+  EXPECT_EQ(driver.Item("S1.Queries.Q1")->ListSubItems().items,
+            (std::map<platform::Long, std::pair<Text, Text>>{{1, {"Name", "Q1"}},
+                                                             {2, {"Query", "SELECT 11"}}}));
+}
+
+TEST_F(query_commands, the_first_and_the_last_query_keep_their_places_too) {
+  const auto server = ExpandAll();
+  New({{"Q2", "SELECT 2"}});
+  New({{"Q3", "SELECT 3"}});
+  Edit("Q1", {{"A", "SELECT 1"}});
+  Edit("Q3", {{"B", "SELECT 3"}});
+  ExpectNoBoxes();
+  EXPECT_EQ(Names(*server), (std::vector<Text>{"A", "Q2", "B"}));
+}
+
+TEST_F(query_commands, a_renamed_query_whose_new_key_is_taken_keeps_its_old_item_and_rows) {
+  const auto server = ExpandAll();
+  New({{"Q2", "SELECT 2"}});
+  const auto rs = std::make_shared<fakes::FakeRecordset>(std::vector<fakes::FakeColumn>{},
+                                                         std::vector<fakes::FakeRecordset::Row>{});
+  Query()->Recordset(rs);
+  // The item of a query that left the list still holds the key.
+  server->QueryNodes()->Remove("Q2");
+  const auto query = Query();
+  Edit("Q1", {{"Q2", "SELECT 1"}});
+  EXPECT_EQ(ErrorBox(), "The item is already in the tree.");
+  EXPECT_EQ(Names(*server), std::vector<Text>{"Q2"});
+  EXPECT_EQ(query->QueryName(), "Q2");
+  EXPECT_EQ(query->Recordset(), rs);
+  EXPECT_EQ(driver.Item("S1.Queries.Q1")->Tag(), query);
+  EXPECT_EQ(driver.DisplayName("S1.Queries.Q1"), "Q1");
+}
+
+TEST_F(query_commands, a_lost_query_takes_the_one_of_its_key_out_when_it_is_renamed) {
+  const auto server = ExpandAll();
+  New({{"Q2", "SELECT 2"}});
+  const auto lost = server->QueryNodes()->Item("Q2");
+  Edit("Q2", {{"q1", "SELECT 22"}});
+  driver.TakeBoxes();
+  // It is in no place, but the list files another one under its name.
+  Edit("Q2", {{"Q9", "SELECT 9"}});
+  EXPECT_EQ(ErrorBox(), "The position -1 is out of range; the collection is empty.");
+  EXPECT_TRUE(Names(*server).empty());
+  EXPECT_EQ(lost->QueryName(), "Q9");
+  EXPECT_TRUE(driver.HasItem("S1.Queries.Q1"));
+  EXPECT_TRUE(driver.HasItem("S1.Queries.Q2"));
+}
+
+TEST_F(query_commands, a_name_that_the_grid_shows_already_is_not_set_again) {
+  ExpandAll();
+  driver.Select("S1.Queries.Q1");
+  driver.QueryResults()->log.clear();
+  Edit("Q1", {{"Q1", "SELECT Speed FROM Plant..Pumps"}});
+  EXPECT_EQ(driver.QueryResults()->log,
+            (std::vector<std::string>{"SqlText SELECT Speed FROM Plant..Pumps", "Execute"}));
+}
+
+TEST_F(query_commands, an_edited_query_whose_text_cannot_be_run_stays_edited) {
+  ExpandAll();
+  driver.Select("S1.Queries.Q1");
+  Edit("Q1", {{"Q9", "nonsense"}});
+  EXPECT_EQ(ErrorBox(), "The statement cannot be run.");
+  EXPECT_EQ(driver.DisplayName("S1.Queries.Q9"), "Q9");
+  EXPECT_EQ(driver.QueryResults()->QueryName(), "Q9");
+}
+
 }  // namespace
 }  // namespace orvane::snapin

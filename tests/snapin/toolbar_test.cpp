@@ -183,5 +183,92 @@ TEST_F(toolbar, a_refresh_that_fails_is_reported) {
   EXPECT_EQ(ErrorBox(), "The grid cannot do that.");
 }
 
+// ---- images and positions
+
+TEST_F(toolbar, an_older_console_takes_every_second_image_of_every_button) {
+  driver.fileVersion->info = fakes::FakeFileVersion::Product(5, 0, 2600, 0);
+  driver.NewDocument();
+  ExpandAll();
+  driver.Select(kPumps);
+  EXPECT_EQ(Buttons(),
+            (std::vector<Text>{
+                "MoveFirst|2|Move to First Row|0", "MoveLast|4|Move to Last Row|0", "|1||8",
+                "SortAsc|6|Sort Ascending|0", "SortDesc|8|Sort Descending|0", "|1||8",
+                "CellQuery|10|Put Results of a Query into the Current Cell|0",
+                "Delete|12|Delete Selected Rows|0", "|1||8", "Sql|14|Show/Hide SQL Statement|1"}));
+  driver.Select(kQuery);
+  EXPECT_EQ(Buttons(),
+            (std::vector<Text>{
+                "MoveFirst|2|Move to First Row|0", "MoveLast|4|Move to Last Row|0", "|1||8",
+                "CellQuery|10|Put Results of a Query into the Current Cell|0",
+                "Delete|12|Delete Selected Rows|0", "|1||8", "Sql|14|Show/Hide SQL Statement|1"}));
+}
+
+TEST_F(toolbar, the_first_console_of_the_newer_kind_takes_every_image) {
+  using fakes::FakeFileVersion;
+  const auto imageOfSql = [this](const platform::FixedFileInfo& version) {
+    driver.fileVersion->info = version;
+    driver.controlBar.attached.reset();
+    driver.NewDocument();
+    ExpandAll();
+    driver.Select(kPumps);
+    return driver.console->toolbar->Buttons().Item("Sql").lImage;
+  };
+  EXPECT_EQ(imageOfSql(FakeFileVersion::Product(5, 1, 2600, 0)), 7);
+  EXPECT_EQ(imageOfSql(FakeFileVersion::Product(5, 1, 2599, 65535)), 14);
+  EXPECT_EQ(imageOfSql(FakeFileVersion::Product(5, 1, 2600, 32768)), 14) << "signed, and meant so";
+  EXPECT_EQ(imageOfSql(FakeFileVersion::Product(5, 2, 0, 0)), 7);
+}
+
+TEST_F(toolbar, a_console_without_a_version_counts_as_an_older_one) {
+  driver.fileVersion->dwBlockSize = 0;
+  driver.NewDocument();
+  ExpandAll();
+  driver.Select(kPumps);
+  EXPECT_EQ(driver.console->toolbar->Buttons().Item("MoveFirst").lImage, 2);
+}
+
+TEST_F(toolbar, buttons_are_added_at_their_positions_from_1) {
+  driver.Select(kPumps);
+  auto& positions = driver.console->toolbar->Buttons().positions;
+  EXPECT_EQ(positions, (std::vector<Long>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
+  positions.clear();
+  driver.Select(kQuery);
+  EXPECT_EQ(positions, (std::vector<Long>{1, 2, 3, 4, 5, 6, 7}));
+}
+
+TEST_F(toolbar, the_styles_have_the_consoles_numbers) {
+  EXPECT_EQ(static_cast<int>(platform::ButtonStyle::Default), 0);
+  EXPECT_EQ(static_cast<int>(platform::ButtonStyle::Check), 1);
+  EXPECT_EQ(static_cast<int>(platform::ButtonStyle::Separator), 8);
+}
+
+TEST_F(toolbar, a_query_without_a_grid_has_no_toolbar_and_no_refresh) {
+  driver.otherControl = std::make_shared<fakes::FakeTableQuery>();
+  driver.Select(kQuery);
+  EXPECT_EQ(driver.controlBar.attached, nullptr);
+  EXPECT_FALSE(driver.verbs.Enabled(32774));
+  ExpectNoBoxes();
+}
+
+TEST_F(toolbar, a_refresh_of_a_query_sets_its_button_states) {
+  driver.Select(kQuery);
+  driver.QueryResults()->bRowsSelected = true;
+  driver.snapIn->Views_Refresh(driver.console->CurrentView());
+  EXPECT_TRUE(driver.console->toolbar->Buttons().Item("Delete").Enabled());
+  driver.QueryResults()->sFailing = "Execute";
+  driver.snapIn->Views_Refresh(driver.console->CurrentView());
+  EXPECT_EQ(ErrorBox(), "The grid cannot do that.");
+}
+
+TEST_F(toolbar, the_query_toolbars_states_follow_the_grid_when_it_is_built) {
+  Root()->SqlStatements(false);
+  driver.Select(kQuery);
+  auto& buttons = driver.console->toolbar->Buttons();
+  EXPECT_TRUE(buttons.Item("MoveLast").Enabled());
+  EXPECT_FALSE(buttons.Item("Delete").Enabled());
+  EXPECT_FALSE(buttons.Item("Sql").Pressed());
+}
+
 }  // namespace
 }  // namespace orvane::snapin
