@@ -51,7 +51,7 @@ QString OneLine(QString sText) {
 QString ShownText(std::string_view sText) {
   // A cell may hold megabytes; only as much as could ever be seen is looked at. No character has
   // more than four bytes, and one cut in two lies behind those that are kept.
-  constexpr std::size_t kBytesLookedAt = 4 * (kShownCharacters + 1);
+  constexpr std::size_t kBytesLookedAt = std::size_t{4} * (kShownCharacters + 1);
   QString sShown = QString::fromUtf8(
       sText.data(), static_cast<qsizetype>(std::min(sText.size(), kBytesLookedAt)));
   if (sShown.size() > kShownCharacters) {

@@ -21,7 +21,7 @@ Qt::Alignment AlignmentOf(platform::DataType type);
 
 class CellFormat {
  public:
-  explicit CellFormat(QTimeZone zone = QTimeZone::systemTimeZone()) : m_zone(std::move(zone)) {}
+  explicit CellFormat(const QTimeZone& zone = QTimeZone::systemTimeZone()) : m_zone(zone) {}
 
   const QTimeZone& Zone() const { return m_zone; }
   /// One line: line breaks and other control characters appear as marks, long values are cut and

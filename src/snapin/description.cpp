@@ -6,7 +6,6 @@
 namespace orvane::snapin {
 namespace {
 
-using platform::NodeTypeDescription;
 using platform::ResultViewDescription;
 
 constexpr const char* kDisplayName = "ORVANE OLE DB";

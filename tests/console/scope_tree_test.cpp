@@ -12,7 +12,6 @@
 namespace orvane::console {
 namespace {
 
-using fakes::FakeSnapIn;
 using platform::Failure;
 using platform::ScopeItemPtr;
 using platform::Text;

@@ -7,7 +7,6 @@
 namespace orvane::provider::engines {
 namespace {
 
-using platform::Value;
 using tests::AsNobody;
 using tests::FailureOf;
 using tests::Raw;
@@ -70,7 +69,7 @@ TEST_F(SqliteEngineTest, a_damaged_database_is_told) {
                                "SELECT x + 1 FROM c LIMIT 5000) INSERT INTO t SELECT x FROM c");
   std::fstream file(catalog.sPlace, std::ios::in | std::ios::out | std::ios::binary);
   file.seekp(4096);
-  file << std::string(4096 * 4, '\xEE');
+  file << std::string(16384, '\xEE');
   file.close();
   const auto session = Open(catalog);
   const Told told = RunFails(*session, "SELECT * FROM t");

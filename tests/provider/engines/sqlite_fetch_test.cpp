@@ -10,7 +10,6 @@ namespace {
 using platform::DataType;
 using platform::Text;
 using platform::Value;
-using platform::ValueKind;
 using tests::FailureOf;
 using tests::Told;
 namespace failure = platform::failure;

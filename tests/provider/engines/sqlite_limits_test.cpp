@@ -5,7 +5,6 @@
 namespace orvane::provider::engines {
 namespace {
 
-using platform::Value;
 using tests::FailureOf;
 using tests::Raw;
 using tests::Started;
