@@ -89,9 +89,18 @@ TEST_F(ProgramTest, unknown_option_is_one_sentence_and_status_1) {
     EXPECT_THAT(LastLine(outcome.sError), StartsWith("orvane-console: "));
     EXPECT_THAT(outcome.sError, EndsWith("; see orvane-console --help.\n"));
   }
-  EXPECT_EQ(LastLine(Run(ORVANE_CONSOLE, {"--no-such-option"}).sError),
+  m_environment.insert("QT_QPA_PLATFORM", "no such platform");
+  EXPECT_EQ(Run(ORVANE_CONSOLE, {"--no-such-option"}).sError,
             "orvane-console: The following argument was not expected: --no-such-option; see "
             "orvane-console --help.\n");
+}
+
+TEST_F(ProgramTest, options_of_the_toolkit_are_left_to_it) {
+  for (const auto& arguments : {QStringList{"-platform", "offscreen", "missing.orvc"},
+                                QStringList{"missing.orvc", "--style=fusion"}}) {
+    EXPECT_THAT(LastLine(RunConsole(arguments).sError),
+                StartsWith("orvane-console: There is no document missing.orvc"));
+  }
 }
 
 TEST_F(ProgramTest, missing_document_is_one_sentence_and_status_1) {

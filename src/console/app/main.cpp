@@ -2,8 +2,11 @@
 #include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QSettings>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <string_view>
+#include <vector>
 
 #include "console/app/appearance.h"
 #include "console/app/host.h"
@@ -31,10 +34,26 @@ void Describe(CLI::App& line, Arguments& arguments) {
   line.set_version_flag("--version", std::string("orvane-console ") + ORVANE_VERSION);
 }
 
+// The options that the toolkit takes out of the command line.
+bool IsToolkitOption(std::string_view sArgument) {
+  static constexpr std::string_view kOptions[] = {
+      "display",       "geometry",   "icon",          "platform",        "platformpluginpath",
+      "platformtheme", "plugin",     "qmljsdebugger", "qwindowgeometry", "qwindowicon",
+      "qwindowtitle",  "reverse",    "session",       "style",           "stylesheet",
+      "title",         "widgetcount"};
+  sArgument.remove_prefix(sArgument.starts_with("--") ? 2 : 1);
+  return std::ranges::find(kOptions, sArgument.substr(0, sArgument.find('='))) !=
+         std::end(kOptions);
+}
+
 // What cannot be done is told in one sentence.
 int Fail(const std::string& sSentence) {
   std::cerr << "orvane-console: " << sSentence << '\n';
   return 1;
+}
+
+int FailToUnderstand(const CLI::ParseError& error) {
+  return Fail(std::string(error.what()) + "; see orvane-console --help.");
 }
 
 int RunTour(orvane::console::MainWindow& window, const Arguments& arguments) {
@@ -52,7 +71,7 @@ int RunTour(orvane::console::MainWindow& window, const Arguments& arguments) {
 int main(int argc, char** argv) {
   Arguments arguments;
   {
-    // Help and version need no window system.
+    // Help, version and a wrong option need no window system.
     CLI::App line("", "orvane-console");
     Arguments unused;
     Describe(line, unused);
@@ -61,9 +80,15 @@ int main(int argc, char** argv) {
       line.parse(argc, argv);
     } catch (const CLI::Success& e) {
       return line.exit(e);
-    } catch (const CLI::ParseError&) {
-      // Told below, when the toolkit has taken its own options out.
+    } catch (const CLI::ParseError& e) {
+      return FailToUnderstand(e);
     }
+    for (const std::string& sExtra : line.remaining()) {
+      if (sExtra.starts_with('-') && !IsToolkitOption(sExtra)) {
+        return FailToUnderstand(CLI::ExtrasError(std::vector<std::string>{sExtra}));
+      }
+    }
+    // What else is too much is told below, when the toolkit has taken its own options out.
   }
   const orvane::console::ThreadsEnd threadsEnd;
   QApplication application(argc, argv);
@@ -73,7 +98,7 @@ int main(int argc, char** argv) {
   try {
     line.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    return Fail(std::string(e.what()) + "; see orvane-console --help.");
+    return FailToUnderstand(e);
   }
   if (!arguments.sTour.empty() && arguments.sDocument.empty()) {
     return Fail("A tour needs a document to open; name one after the folder.");
