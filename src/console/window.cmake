@@ -29,6 +29,8 @@ list(APPEND CONSOLE_SOURCES
   window/image_list.cpp
   window/main_window.cpp
   window/main_window.h
+  window/menu_key.cpp
+  window/menu_key.h
   window/notice_bar.cpp
   window/notice_bar.h
   window/toolbar_view.cpp

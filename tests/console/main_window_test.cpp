@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QSplitter>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -179,6 +180,16 @@ TEST_F(MainWindowTest, tree_is_walked_and_opened_by_keys) {
   QTest::keyClick(&Scope(), Qt::Key_Right);
   Settle();
   EXPECT_THAT(m_script->log, Contains("Expand Server").Times(1));
+}
+
+TEST_F(MainWindowTest, mark_of_the_selected_item_spans_the_pane) {
+  const auto spans = [&] {
+    return Scope().visualRect(IndexOf("")).right() + 1 >= Scope().viewport()->width();
+  };
+  EXPECT_TRUE(spans());
+  m_window->findChild<QSplitter*>("splitter")->setSizes({500, 500});
+  Settle();
+  EXPECT_TRUE(spans());
 }
 
 TEST_F(MainWindowTest, item_without_expand_mark_opens_by_double_click_enter_and_right) {
@@ -395,6 +406,20 @@ TEST_F(MainWindowTest, control_is_in_its_pane_before_the_snap_in_hears_of_it) {
   EXPECT_TRUE(bSeen);
 }
 
+TEST_F(MainWindowTest, walking_through_the_tree_stays_there_after_a_control_had_the_focus) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  auto* control = m_window->findChild<QWidget*>("fakeControl");
+  control->setFocusPolicy(Qt::StrongFocus);
+  control->setFocus();
+  ASSERT_TRUE(control->hasFocus());
+  Scope().setFocus();
+  QTest::keyClick(&Scope(), Qt::Key_Up);
+  Settle();
+  EXPECT_NE(Session().Selected(), Find("alpha.Catalogs.Machine.Tags"));
+  EXPECT_TRUE(Scope().hasFocus());
+}
+
 TEST_F(MainWindowTest, control_that_cannot_be_created_shows_a_sentence) {
   m_script->bFailControl = true;
   ExpandToTables();
@@ -419,6 +444,20 @@ TEST_F(MainWindowTest, toolbar_shows_the_buttons_of_the_snap_in_with_their_state
   EXPECT_TRUE(toolbar.ButtonAction("Sql")->isCheckable());
   ClickItem("alpha");
   EXPECT_TRUE(toolbar.isHidden());
+}
+
+TEST_F(MainWindowTest, toolbar_is_reached_by_tab_and_pressed_by_space) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  auto& toolbar = m_window->SnapInToolbar();
+  auto* button = toolbar.widgetForAction(toolbar.ButtonAction("Sql"));
+  for (int i = 0; i < 20 && !button->hasFocus(); ++i) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  }
+  ASSERT_TRUE(button->hasFocus());
+  QSignalSpy pressed(toolbar.ButtonAction("Sql"), &QAction::triggered);
+  QTest::keyClick(button, Qt::Key_Space);
+  EXPECT_EQ(pressed.count(), 1);
 }
 
 TEST_F(MainWindowTest, pressed_state_is_what_the_snap_in_made_of_the_click) {
@@ -488,6 +527,16 @@ TEST_F(MainWindowTest, menu_key_opens_the_menu_at_the_selected_item) {
   Scope().setFocus();
   QContextMenuEvent event(QContextMenuEvent::Keyboard, {0, 0}, {0, 0});
   QApplication::sendEvent(&Scope(), &event);
+  Settle();
+  auto* menu = m_window->findChild<QMenu*>("contextMenu");
+  ASSERT_NE(menu, nullptr);
+  EXPECT_NE(menu->findChild<QAction*>("m_mnuOptions"), nullptr);
+}
+
+TEST_F(MainWindowTest, shift_f10_does_what_the_menu_key_does) {
+  m_script->menus["Servers"] = {{"m_mnuOptions", "Options...", true}};
+  Scope().setFocus();
+  QTest::keyClick(&Scope(), Qt::Key_F10, Qt::ShiftModifier);
   Settle();
   auto* menu = m_window->findChild<QMenu*>("contextMenu");
   ASSERT_NE(menu, nullptr);

@@ -1,5 +1,6 @@
 #include "console/results/result_pane.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalBlocker>
@@ -166,7 +167,9 @@ void ResultPane::LetViewGo(HostedResultView& view) {
   m_list->ShowModel(nullptr);
   if (m_control) {
     // The control owns its window and takes it along.
-    const bool bHadFocus = m_control->isAncestorOf(focusWidget()) || m_control->hasFocus();
+    // Not the pane's own last focus: whoever walks through the tree stays there.
+    const auto* focus = QApplication::focusWidget();
+    const bool bHadFocus = focus && (focus == m_control || m_control->isAncestorOf(focus));
     m_stack->removeWidget(m_control);
     m_control->setParent(nullptr);
     m_control = nullptr;

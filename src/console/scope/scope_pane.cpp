@@ -20,7 +20,7 @@ ScopePane::ScopePane(QWidget* parent) : QTreeView(parent) {
   setIndentation(18);
   setIconSize({16, 16});
   setFrameShape(QFrame::NoFrame);
-  // A long name is scrolled to, not cut.
+  // A long name is scrolled to, not cut; the mark of the selected item spans the pane.
   header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   header()->setStretchLastSection(false);
   setTextElideMode(Qt::ElideNone);
@@ -75,6 +75,15 @@ void ScopePane::RequestSelected() {
         if (item) emit SelectRequested(item);
       },
       Qt::QueuedConnection);
+}
+
+int ScopePane::sizeHintForColumn(int iColumn) const {
+  return qMax(QTreeView::sizeHintForColumn(iColumn), viewport()->width());
+}
+
+void ScopePane::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  resizeColumnToContents(0);
 }
 
 void ScopePane::keyPressEvent(QKeyEvent* event) {

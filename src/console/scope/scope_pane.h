@@ -32,6 +32,8 @@ class ScopePane final : public QTreeView {
   void MenuRequested(const orvane::console::ScopeTreeItemPtr& item, const QPoint& position);
 
  protected:
+  int sizeHintForColumn(int iColumn) const override;
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;

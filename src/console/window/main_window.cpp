@@ -18,6 +18,7 @@
 #include "console/document/recent_documents.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
+#include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/unsaved_work.h"
@@ -50,6 +51,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
   FollowSession();
   resize(1100, 700);
   connect(m_unsaved, &UnsavedWork::ModifiedChanged, this, [this] { ShowTitle(); });
+  new MenuKey(this);
   qApp->installEventFilter(this);
   ShowTitle();
 }

@@ -64,6 +64,9 @@ void ToolbarView::Rebuild() {
     action->setStatusTip(QString::fromStdString(button->ToolTip()));
     action->setData(QString::fromStdString(button->Key()));
     action->setCheckable(button->Style() == platform::ButtonStyle::Check);
+    // No menu has what these buttons do, so the keyboard must get at them. A click leaves the
+    // focus where it is.
+    widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
     // The click may rebuild the toolbar, so it comes from the event loop.
     connect(
         action, &QAction::triggered, this,
