@@ -137,7 +137,8 @@ TEST_F(create_catalog, a_missing_property_fails_after_the_creation) {
     Create();
     FAIL();
   } catch (const platform::Failure& failure) {
-    EXPECT_EQ(failure.Description(), "The provider has no property \"Historians By GUID\".");
+    EXPECT_EQ(failure.Description(),
+              "The provider has no property \"Historians By GUID\"; check its name.");
   }
   EXPECT_EQ(historian->log, std::vector<Text>{"Execute CREATE DATABASE \"N\" "});
   EXPECT_EQ(ui.pointers, (std::vector<Long>{11, 0}));

@@ -124,7 +124,8 @@ Text DefaultFilter(const Root& root, const Text& sCatalog, const Text& sTable) {
 // ---- the world
 
 bool World::ByGuid() const {
-  if (bNoProperties) throw Stop{"The provider has no property \"Historians By GUID\"."};
+  if (bNoProperties)
+    throw Stop{"The provider has no property \"Historians By GUID\"; check its name."};
   return historian.options.back().second == platform::Value(true);
 }
 
@@ -476,7 +477,7 @@ bool TreeModel::Save() {
   if (!root || !m_world.bNoProperties) return true;
   for (const auto& server : root->servers) {
     if (!server->line) continue;
-    Guard([] { throw Stop{"The provider has no property \"Log File\"."}; });
+    Guard([] { throw Stop{"The provider has no property \"Log File\"; check its name."}; });
     return false;
   }
   return true;
