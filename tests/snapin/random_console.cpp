@@ -206,7 +206,7 @@ void RandomConsole::ClearFaults() {
 
 void RandomConsole::Command() {
   const auto items = m_model.Items();
-  const ItemPtr item = items[Number(static_cast<unsigned>(items.size()))];
+  const ItemPtr& item = items[Number(static_cast<unsigned>(items.size()))];
   const unsigned n = Number(100);
   if (n < 70) return ItemCommand(item);
   if (n < 76) return Press();
