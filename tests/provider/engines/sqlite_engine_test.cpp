@@ -107,8 +107,8 @@ TEST_F(SqliteEngineTest, a_file_without_the_right_to_write_can_be_read_only) {
   EXPECT_TRUE(One(*session, "SELECT a FROM t") == Value(std::int64_t{7}));
   EXPECT_EQ(RunFails(*session, "INSERT INTO t VALUES (8)"),
             (Told{failure::kNoRights,
-                  "The catalog \"m\" is read-only for you: get the right to write to its file and "
-                  "folder, or log on as another user."}));
+                  "The catalog \"m\" is read-only for you: ask its owner for the right to write to "
+                  "its file and folder."}));
 }
 
 TEST_F(SqliteEngineTest, a_catalog_opened_read_only_refuses_to_be_written) {

@@ -68,8 +68,8 @@ TEST(SqliteErrors, each_kind_of_trouble_has_its_own_sentence) {
   const std::vector<std::pair<int, std::string>> cases = {
       {SQLITE_ERROR, "The statement cannot be run: why; mend it."},
       {SQLITE_READONLY,
-       "The catalog \"M\" is read-only for you: get the right to write to its file and folder, or "
-       "log on as another user."},
+       "The catalog \"M\" is read-only for you: ask its owner for the right to write to its file "
+       "and folder."},
       {SQLITE_CANTOPEN,
        "The catalog \"M\" cannot be opened: check that you may read and write its file and "
        "folder."},
@@ -98,6 +98,17 @@ TEST(SqliteErrors, each_kind_of_trouble_has_its_own_sentence) {
     sentences.insert(sSentence);
   }
   EXPECT_EQ(sentences.size(), cases.size());
+}
+
+TEST(SqliteErrors, a_missing_column_is_named_and_texts_are_told_apart) {
+  const std::string sSentence =
+      "There is no column \"d.Gone\": write the name of one that the tables have; a text or a time "
+      "stands between single quotes.";
+  EXPECT_EQ(SentenceOf(SQLITE_ERROR, "The database", "no such column: d.Gone"), sSentence);
+  EXPECT_EQ(SentenceOf(SQLITE_ERROR, "The database",
+                       "no such column: \"d.Gone\" - should this be a string literal in "
+                       "single-quotes?"),
+            sSentence);
 }
 
 TEST(SqliteErrors, a_failure_carries_source_native_code_and_sql_apart_from_its_sentence) {

@@ -90,6 +90,16 @@ TEST_F(SqliteSchemaTest, a_view_over_something_that_is_gone_spoils_nothing_but_i
   EXPECT_EQ(tables[2].columns.size(), 1U);
 }
 
+TEST_F(SqliteSchemaTest, views_beside_a_broken_one_keep_their_columns) {
+  const auto tables = SchemaOf(
+      "CREATE TABLE gone(z); CREATE VIEW broken AS SELECT z FROM gone; CREATE TABLE a(x, y);"
+      "CREATE VIEW whole AS SELECT y FROM a; DROP TABLE gone");
+  EXPECT_EQ(NamesOf(tables), (std::vector<Text>{"a", "broken", "whole"}));
+  EXPECT_TRUE(tables[2].bView);
+  ASSERT_EQ(tables[2].columns.size(), 1U);
+  EXPECT_EQ(tables[2].columns[0].sName, "y");
+}
+
 TEST_F(SqliteSchemaTest, generated_columns_are_columns) {
   const auto tables = SchemaOf("CREATE TABLE a(x INT, y INT GENERATED ALWAYS AS (x + 1))");
   EXPECT_EQ(tables.at(0).columns.at(1).sName, "y");

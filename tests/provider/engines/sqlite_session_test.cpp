@@ -130,6 +130,32 @@ TEST_F(SqliteSessionTest, a_statement_that_fails_has_changed_nothing) {
   EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(0));
 }
 
+TEST_F(SqliteSessionTest, a_statement_that_fails_has_changed_nothing_whatever_its_rule) {
+  const auto session = Open(Make("m.db",
+                                 "CREATE TABLE t(a UNIQUE); INSERT INTO t VALUES (1), (2), (4);"
+                                 "CREATE TABLE u(a UNIQUE ON CONFLICT FAIL)"));
+  for (const char* const sSql :
+       {"INSERT OR FAIL INTO t VALUES (7), (8), (1)", "INSERT OR ROLLBACK INTO t VALUES (7), (1)",
+        "UPDATE OR FAIL t SET a = a + 2", "INSERT INTO u VALUES (1), (2), (1)",
+        "INSERT INTO u VALUES (1), (1) RETURNING a"}) {
+    EXPECT_EQ(RunFails(*session, sSql).lNumber, failure::kConstraint) << sSql;
+  }
+  EXPECT_TRUE(One(*session, "SELECT group_concat(a) FROM t") == Value("1,2,4"));
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM u") == Big(0));
+  EXPECT_EQ(Run(*session, "INSERT OR IGNORE INTO t VALUES (1), (9)").lRecordsAffected, 1);
+}
+
+TEST_F(SqliteSessionTest, a_name_in_double_quotes_is_never_a_text) {
+  const auto session = Open(Make("m.db", "CREATE TABLE t(a); INSERT INTO t VALUES (1), (2)"));
+  const Told expected{failure::kSqlError,
+                      "There is no column \"Gone\": write the name of one that the tables have; a "
+                      "text or a time stands between single quotes."};
+  EXPECT_EQ(RunFails(*session, "SELECT \"Gone\" FROM t"), expected);
+  EXPECT_EQ(RunFails(*session, "DELETE FROM t WHERE \"Gone\" <> 'x'"), expected);
+  EXPECT_EQ(RunFails(*session, "CREATE INDEX i ON t(\"Gone\" || 'x')").lNumber, failure::kSqlError);
+  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(2));
+}
+
 TEST_F(SqliteSessionTest, keeps_the_rules_of_foreign_keys) {
   const auto session =
       Open(Make("m.db", "CREATE TABLE p(a PRIMARY KEY); CREATE TABLE c(a REFERENCES p(a))"));
@@ -246,8 +272,8 @@ TEST_F(SqliteSessionTest, a_catalog_attached_read_only_refuses_to_be_written) {
               Open()->Run({"INSERT INTO m.t VALUES (1)", {}, {catalog}}, {});
             }),
             (Told{failure::kNoRights,
-                  "The catalog \"m\" is read-only for you: get the right to write to its file and "
-                  "folder, or log on as another user."}));
+                  "The catalog \"m\" is read-only for you: ask its owner for the right to write to "
+                  "its file and folder."}));
 }
 
 // Transactions.

@@ -56,6 +56,23 @@ Long FailureNumberOf(int nCode) noexcept {
   }
 }
 
+namespace {
+
+// The name from SQLite's "no such column: NAME", which some versions put in quotes and follow by
+// advice of their own; empty for any other message.
+std::string_view MissingColumn(std::string_view sDetail) {
+  constexpr std::string_view kBefore = "no such column: ";
+  if (!sDetail.starts_with(kBefore)) return {};
+  std::string_view sName = sDetail.substr(kBefore.size());
+  sName = sName.substr(0, sName.find(" - should this be"));
+  if (sName.size() > 2 && sName.front() == '"' && sName.back() == '"') {
+    sName = sName.substr(1, sName.size() - 2);
+  }
+  return sName;
+}
+
+}  // namespace
+
 Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) {
   constexpr int kPrimary = 0xFF;
   switch (nCode & kPrimary) {
@@ -78,8 +95,7 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
   switch (FailureNumberOf(nCode)) {
     case failure::kNoRights:
       return fmt::format(
-          "{} is read-only for you: get the right to write to its file and folder, "
-          "or log on as another user.",
+          "{} is read-only for you: ask its owner for the right to write to its file and folder.",
           sSubject);
     case failure::kBusy:
       return fmt::format("{} is locked by another program: try again when that is done.", sSubject);
@@ -104,6 +120,12 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
       return "The statement is refused: attaching and detaching, transactions and settings of the "
              "database are not for statements; leave them out.";
     default:
+      if (const auto sName = MissingColumn(sDetail); !sName.empty()) {
+        return fmt::format(
+            "There is no column \"{}\": write the name of one that the tables have; a text or a "
+            "time stands between single quotes.",
+            sName);
+      }
       return fmt::format("The statement cannot be run: {}; mend it.", sDetail);
   }
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 #include <new>
+#include <utility>
 
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
@@ -31,39 +32,81 @@ Text Quoted(std::string_view sName, char quote = '"') {
   return sQuoted += quote;
 }
 
-// What would change the session itself is not for statements: catalogs are within reach only
-// while a statement names them, and a transaction left open would keep them there.
-int Authorize(void*, int nAction, const char*, const char*, const char*, const char*) {
-  switch (nAction) {
-    case SQLITE_ATTACH:
-    case SQLITE_DETACH:
-    case SQLITE_PRAGMA:
-    case SQLITE_SAVEPOINT:
-    case SQLITE_TRANSACTION:
-      return SQLITE_DENY;
-    default:
-      return SQLITE_OK;
-  }
-}
-
-class Authorized {
- public:
-  explicit Authorized(sqlite3* database) : m_database(database) {
-    sqlite3_set_authorizer(m_database, Authorize, nullptr);
-  }
-  Authorized(const Authorized&) = delete;
-  Authorized& operator=(const Authorized&) = delete;
-  ~Authorized() { sqlite3_set_authorizer(m_database, nullptr, nullptr); }
-
- private:
-  sqlite3* m_database;
-};
-
 Text TextOf(const platform::Recordset& rs, platform::RowIndex row, platform::ColumnIndex column) {
   return platform::ToText(rs.ValueAt(row, column));
 }
 
 }  // namespace
+
+// What would change the session itself is not for statements: catalogs are within reach only
+// while a statement names them, and a transaction left open would keep them there.
+class SqliteSession::Authorized {
+ public:
+  explicit Authorized(SqliteSession& session) : m_session(session) {
+    sqlite3_set_authorizer(m_session.m_database.get(), Authorize, this);
+  }
+  Authorized(const Authorized&) = delete;
+  Authorized& operator=(const Authorized&) = delete;
+  ~Authorized() { sqlite3_set_authorizer(m_session.m_database.get(), nullptr, nullptr); }
+
+  // Does the work of one statement in a transaction: where a rule of conflicts is FAIL, SQLite
+  // keeps the rows before the refused one.
+  template <class Work>
+  void InTransaction(const Text& sSubject, Work&& work) {
+    const auto run = [&](const char* sSql) {
+      m_bOwn = true;
+      const Text sText = sSql;
+      try {
+        m_session.RunOwn(sText, sSubject);
+      } catch (...) {
+        m_bOwn = false;
+        throw;
+      }
+      m_bOwn = false;
+    };
+    run("BEGIN");
+    try {
+      std::forward<Work>(work)();
+      run("COMMIT");
+    } catch (const Failure& failed) {
+      RollBack();
+      // Refused by SQLite itself only because of the transaction.
+      if (failed.Description().find("cannot VACUUM") != Text::npos) {
+        throw FailureOf(SQLITE_AUTH, sSubject, {}, failed.SqlText());
+      }
+      throw;
+    } catch (...) {
+      RollBack();
+      throw;
+    }
+  }
+
+ private:
+  // A failure may have rolled back on its own; then this has nothing left to do.
+  void RollBack() {
+    m_bOwn = true;
+    sqlite3_exec(m_session.m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    m_bOwn = false;
+  }
+
+  static int Authorize(void* authorized, int nAction, const char*, const char*, const char*,
+                       const char*) {
+    switch (nAction) {
+      case SQLITE_TRANSACTION:
+        return static_cast<const Authorized*>(authorized)->m_bOwn ? SQLITE_OK : SQLITE_DENY;
+      case SQLITE_ATTACH:
+      case SQLITE_DETACH:
+      case SQLITE_PRAGMA:
+      case SQLITE_SAVEPOINT:
+        return SQLITE_DENY;
+      default:
+        return SQLITE_OK;
+    }
+  }
+
+  SqliteSession& m_session;
+  bool m_bOwn = false;
+};
 
 // The catalogs of one call, within reach while this lives. Those that an outer call has attached
 // already stay with that one.
@@ -134,8 +177,8 @@ EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_toke
   return watch.Guard(statement.sSql, [&] {
     try {
       const Attachments attachments(*this, statement.catalogs);
-      const Authorized authorized(m_database.get());
-      return RunAttached(statement, sSubject, watch.Start());
+      Authorized authorized(*this);
+      return RunAttached(statement, sSubject, watch.Start(), authorized);
     } catch (const std::bad_alloc&) {
       throw FailureOf(SQLITE_NOMEM, sSubject, {}, statement.sSql);
     }
@@ -143,16 +186,24 @@ EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_toke
 }
 
 EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const Text& sSubject,
-                                        SqliteWatch::Clock::time_point start) {
+                                        SqliteWatch::Clock::time_point start,
+                                        Authorized& authorized) {
   SqliteStatement prepared(m_database.get(), statement.sSql, sSubject);
   prepared.Bind(statement.parameters);
   const auto nChangesBefore = sqlite3_total_changes64(m_database.get());
   ado::RecordsetBuilder builder(prepared.Columns());
   bool bTruncated = false;
-  if (prepared.HasRows()) {
-    bTruncated = prepared.Fetch(builder, statement.maxRows, m_bUtf8);
+  const auto run = [&] {
+    if (prepared.HasRows()) {
+      bTruncated = prepared.Fetch(builder, statement.maxRows, m_bUtf8);
+    } else {
+      prepared.Run();
+    }
+  };
+  if (prepared.ReadsOnly() || sqlite3_get_autocommit(m_database.get()) == 0) {
+    run();
   } else {
-    prepared.Run();
+    authorized.InTransaction(sSubject, run);
   }
   EngineResult result;
   // The count of changes stays that of an earlier statement when this one changed nothing.
@@ -183,13 +234,17 @@ std::vector<TableSchema> SqliteSession::Schema(const Catalog& catalog, const Sch
 std::vector<TableSchema> SqliteSession::ReadSchema(const Text& sQualifier, const Catalog& catalog,
                                                    const SchemaRequest& request) {
   const Text sSubject = engines::SubjectOf(catalog);
-  const auto query = [&](bool bColumns, const std::optional<Text>& sTable) {
+  enum class Columns : std::uint8_t { None, OfTables, OfAll };
+  const auto query = [&](Columns which, const std::optional<Text>& sTable) {
+    const bool bColumns = which != Columns::None;
     Text sSql = "SELECT m.name, m.type";
     if (bColumns) sSql += ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value";
     sSql += " FROM " + Quoted(sQualifier) + ".sqlite_master AS m";
     if (bColumns) {
       // The hidden columns of virtual tables are no columns to anyone but their module.
-      sSql += " LEFT JOIN pragma_table_xinfo(m.name, " + Quoted(sQualifier, '\'') +
+      const char* const sOf =
+          which == Columns::OfAll ? "m.name" : "CASE m.type WHEN 'table' THEN m.name END";
+      sSql += " LEFT JOIN pragma_table_xinfo(" + Text(sOf) + ", " + Quoted(sQualifier, '\'') +
               ") AS c ON c.hidden <> 1";
     }
     sSql += " WHERE m.type IN ('table', 'view') AND m.name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
@@ -224,26 +279,34 @@ std::vector<TableSchema> SqliteSession::ReadSchema(const Text& sQualifier, const
     }
   };
 
-  if (!request.bColumns) {
-    read(*query(false, request.sTable));
-  } else {
+  const auto tried = [&](Columns which) {
     try {
-      read(*query(true, request.sTable));
-    } catch (const Failure& failed) {
-      if (failed.Number() != failure::kSqlError) throw;
-      // One view over something that is gone fails all. Then table by table, those without.
       tables.clear();
-      const auto names = query(false, request.sTable);
-      for (platform::RowIndex row = 0; row < names->RecordCount(); ++row) {
-        const Text sName = TextOf(*names, row, 0);
-        try {
-          read(*query(true, sName));
-        } catch (const Failure& ofOne) {
-          if (ofOne.Number() != failure::kSqlError) throw;
-          tables.push_back({sName, TextOf(*names, row, 1) == "view", {}});
-        }
+      read(*query(which, request.sTable));
+      return true;
+    } catch (const Failure& failed) {
+      if (failed.Number() != failure::kSqlError || which == Columns::None) throw;
+      return false;
+    }
+  };
+  if (!request.bColumns) {
+    tried(Columns::None);
+  } else if (!tried(Columns::OfAll)) {
+    // One view over something that is gone fails all. Then the tables at once and the views one
+    // by one; where a table cannot be read either, one by one too.
+    if (!tried(Columns::OfTables)) tried(Columns::None);
+    std::vector<TableSchema> all = std::move(tables);
+    for (TableSchema& table : all) {
+      if (!table.columns.empty()) continue;
+      try {
+        tables.clear();
+        read(*query(Columns::OfAll, table.sName));
+        if (!tables.empty()) table = std::move(tables.front());
+      } catch (const Failure& ofOne) {
+        if (ofOne.Number() != failure::kSqlError) throw;
       }
     }
+    tables = std::move(all);
   }
 
   for (TableSchema& table : tables) {

@@ -32,11 +32,12 @@ class SqliteSession final : public EngineSession {
 
  private:
   class Attachments;
+  class Authorized;
 
   void RequireOpen() const;
   platform::Text SubjectOf(std::span<const Catalog> catalogs) const;
   EngineResult RunAttached(const EngineStatement& statement, const platform::Text& sSubject,
-                           SqliteWatch::Clock::time_point start);
+                           SqliteWatch::Clock::time_point start, Authorized& authorized);
   void RunOwn(const platform::Text& sSql, const platform::Text& sSubject);
   std::vector<TableSchema> ReadSchema(const platform::Text& sQualifier, const Catalog& catalog,
                                       const SchemaRequest& request);
