@@ -1,11 +1,14 @@
 #include "provider/historian/catalog_file.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <memory>
 #include <random>
+#include <thread>
 
 #include "platform/failure.h"
 
@@ -56,16 +59,16 @@ fs::path TemporaryName(const fs::path& file) {
 }
 
 void RemoveFiles(const fs::path& file) {
-  for (const char* const sEnd : {"", "-wal", "-shm", "-journal", ".recorder"}) {
+  // The file itself last: what stands beside it must not be taken from the next one of its name.
+  for (const char* const sEnd : {"-wal", "-shm", "-journal", ".recorder", ""}) {
     std::error_code ignored;
     fs::remove(fs::path(file.string() + sEnd), ignored);
   }
 }
 
-}  // namespace
-
-void MakeCatalogFile(const fs::path& file, std::string_view sStatements) {
-  const fs::path temporary = TemporaryName(file);
+// Makes the whole file under another name and gives that.
+fs::path MakeTemporary(const fs::path& file, std::string_view sStatements) {
+  fs::path temporary = TemporaryName(file);
   try {
     int nResult = SQLITE_OK;
     const Database database = Open(
@@ -78,42 +81,125 @@ void MakeCatalogFile(const fs::path& file, std::string_view sStatements) {
     RemoveFiles(temporary);
     throw;
   }
+  return temporary;
+}
+
+bool IsBusy(int nResult) {
+  constexpr int kPrimary = 0xFF;
+  return (nResult & kPrimary) == SQLITE_BUSY || (nResult & kPrimary) == SQLITE_LOCKED;
+}
+
+// Tries for a second, or until the stop.
+int WaitForOthers(void* stop, int nTries) {
+  constexpr int kMostTries = 100;
+  if (nTries >= kMostTries || static_cast<const std::stop_token*>(stop)->stop_requested()) return 0;
+  std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  return 1;
+}
+
+}  // namespace
+
+void MakeCatalogFile(const fs::path& file, std::string_view sStatements) {
+  const fs::path temporary = MakeTemporary(file, sStatements);
   // Unlike a rename, a link never takes the place of a file that is there.
   const int nLinked = link(temporary.c_str(), file.c_str());
   const int nError = errno;
   RemoveFiles(temporary);
   if (nLinked == 0) return;
   if (nError == EEXIST) {
-    throw Failure(failure::kKeyExists, "There is a file " + file.string() +
-                                           " already; move it away or choose another name.");
+    throw Failure(failure::kKeyExists,
+                  "There is a file " + file.string() +
+                      " already, perhaps of a catalog that was dropped; move it away, or choose "
+                      "another name or folder.");
   }
   FailToWrite(file, nError, nError);
 }
 
-void RemoveCatalogFile(const fs::path& file, const Text& sCatalog) {
-  std::error_code ignored;
-  if (!fs::exists(file, ignored)) return;
+void ReplaceCatalogFile(const fs::path& file, std::string_view sStatements) {
+  const fs::path temporary = MakeTemporary(file, sStatements);
+  RemoveFiles(file);
+  if (rename(temporary.c_str(), file.c_str()) == 0) return;
+  const int nError = errno;
+  RemoveFiles(temporary);
+  FailToWrite(file, nError, nError);
+}
+
+void RemoveCatalogFile(const fs::path& file) {
+  RemoveFiles(file);
+}
+
+bool IsSoundCatalogFile(const fs::path& file) {
   int nResult = SQLITE_OK;
   const Database database = Open(file, SQLITE_OPEN_READWRITE, nResult);
-  if (nResult == SQLITE_OK) {
-    sqlite3_busy_timeout(database.get(), 1000);
-    // Leaving the log mode needs the file for oneself alone; a damaged file is in nobody's use.
-    const int nChanged =
-        sqlite3_exec(database.get(),
-                     "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = DELETE", nullptr,
-                     nullptr, nullptr) == SQLITE_OK
-            ? sqlite3_exec(database.get(), "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr)
-            : sqlite3_errcode(database.get());
-    if ((nChanged & 0xFF) == SQLITE_BUSY || (nChanged & 0xFF) == SQLITE_LOCKED) {
-      throw Failure(failure::kBusy,
-                    "The catalog " + sCatalog +
-                        " is in use by another program; close what reads or writes it and try "
-                        "again.",
-                    "ORVOLEDB", nChanged);
+  // An empty file is an undamaged database.
+  for (const char* const sSql :
+       {"SELECT 'ok' FROM sqlite_master LIMIT 1", "PRAGMA quick_check(1)"}) {
+    bool bOk = false;
+    if (nResult == SQLITE_OK) {
+      nResult = sqlite3_exec(
+          database.get(), sSql,
+          [](void* ok, int, char** sValues, char**) {
+            *static_cast<bool*>(ok) = sValues[0] != nullptr && std::string_view(sValues[0]) == "ok";
+            return 0;
+          },
+          &bOk, nullptr);
     }
+    if (!bOk && !IsBusy(nResult)) return false;
   }
-  if (unlink(file.c_str()) != 0 && errno != ENOENT) FailToWrite(file, errno, errno);
-  RemoveFiles(file);
+  return true;
+}
+
+void DoomedCatalogFile::CloseDatabase::operator()(sqlite3* database) const {
+  sqlite3_close_v2(database);
+}
+
+DoomedCatalogFile::DoomedCatalogFile(fs::path file, const Text& sCatalog,
+                                     const std::stop_token& stop)
+    : m_file(std::move(file)) {
+  std::error_code ignored;
+  if (!fs::exists(m_file, ignored)) return;
+  const fs::path folder = m_file.parent_path();
+  if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+    FailToWrite(m_file, errno, errno);
+  }
+  int nResult = SQLITE_OK;
+  Database database = Open(m_file, SQLITE_OPEN_READWRITE, nResult);
+  if (nResult != SQLITE_OK) return;
+  std::stop_token wait = stop;
+  sqlite3_busy_handler(database.get(), WaitForOthers, &wait);
+  // Leaving the log mode needs the file for oneself alone; a damaged file is in nobody's use.
+  const auto run = [&](const char* sSql) {
+    return sqlite3_exec(database.get(), sSql, nullptr, nullptr, nullptr);
+  };
+  nResult = run("PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = DELETE");
+  if (nResult == SQLITE_OK) nResult = run("BEGIN EXCLUSIVE");
+  sqlite3_busy_handler(database.get(), nullptr, nullptr);
+  if (IsBusy(nResult)) {
+    if (stop.stop_requested()) throw Failure(failure::kCancelled, "The statement was cancelled.");
+    throw Failure(failure::kBusy,
+                  "The catalog " + sCatalog +
+                      " is in use by another program; close what reads or writes it and try "
+                      "again.",
+                  "ORVOLEDB", nResult);
+  }
+  if (nResult == SQLITE_OK) m_database.reset(database.release());
+}
+
+DoomedCatalogFile::~DoomedCatalogFile() {
+  if (m_database == nullptr) return;
+  sqlite3_exec(m_database.get(),
+               "ROLLBACK; PRAGMA locking_mode = NORMAL; PRAGMA journal_mode = WAL", nullptr,
+               nullptr, nullptr);
+}
+
+void DoomedCatalogFile::Remove() {
+  RemoveFiles(m_file);
+  m_database.reset();
+  std::error_code ignored;
+  if (fs::exists(m_file, ignored)) {
+    throw Failure(failure::kStorage, "The catalog was dropped, but its file " + m_file.string() +
+                                         " cannot be removed; remove it yourself.");
+  }
 }
 
 const std::string_view kNewCatalog = R"(

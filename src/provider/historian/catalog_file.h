@@ -3,10 +3,14 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
+#include <stop_token>
 #include <string_view>
 #include <vector>
 
 #include "platform/types.h"
+
+struct sqlite3;
 
 namespace orvane::provider::historian {
 
@@ -15,9 +19,39 @@ namespace orvane::provider::historian {
 /// there is a file already, with kNoRights or kStorage when it cannot be written.
 void MakeCatalogFile(const std::filesystem::path& file, std::string_view sStatements);
 
-/// Removes the file and what belongs to it; an absent one is no failure. Fails with
-/// failure::kBusy, having removed nothing, when any other connection has it open.
-void RemoveCatalogFile(const std::filesystem::path& file, const platform::Text& sCatalog);
+/// The same, but the file takes the place of one that is there.
+void ReplaceCatalogFile(const std::filesystem::path& file, std::string_view sStatements);
+
+/// Removes a file that nobody has open and what belongs to it.
+void RemoveCatalogFile(const std::filesystem::path& file);
+
+/// True when the file is a database with tables and without damage, also when that cannot be told
+/// because another program holds it.
+bool IsSoundCatalogFile(const std::filesystem::path& file);
+
+/// A catalog's file that is about to go: nobody else can open it while this lives. It stays as it
+/// was unless it is removed.
+class DoomedCatalogFile {
+ public:
+  /// An absent file is no failure. Fails with failure::kBusy when any other connection has it open
+  /// and with kNoRights when it could not be removed. A stop request ends the wait for others.
+  DoomedCatalogFile(std::filesystem::path file, const platform::Text& sCatalog,
+                    const std::stop_token& stop);
+  DoomedCatalogFile(const DoomedCatalogFile&) = delete;
+  DoomedCatalogFile& operator=(const DoomedCatalogFile&) = delete;
+  ~DoomedCatalogFile();
+
+  /// Removes the file and what belongs to it; fails with failure::kStorage when it is still there.
+  void Remove();
+
+ private:
+  struct CloseDatabase {
+    void operator()(sqlite3* database) const;
+  };
+
+  std::filesystem::path m_file;
+  std::unique_ptr<sqlite3, CloseDatabase> m_database;  ///< has the file for itself
+};
 
 /// Tables of a new catalog: Tags, Data and Data2.
 extern const std::string_view kNewCatalog;

@@ -1,5 +1,9 @@
 #include "provider/historian/functions_catalog.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+
 namespace orvane::provider::historian {
 namespace {
 
@@ -106,6 +110,14 @@ Text Quoted(const char* sText) {
 }
 
 }  // namespace
+
+Text FunctionsFile() {
+  std::uint32_t nSum = 2166136261U;
+  for (const char c : FunctionsStatements()) {
+    nSum = (nSum ^ static_cast<unsigned char>(c)) * 16777619U;
+  }
+  return fmt::format("Functions.{:08x}.db", nSum);
+}
 
 Text FunctionsStatements() {
   Text sStatements =

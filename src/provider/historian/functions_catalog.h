@@ -2,14 +2,13 @@
 // Written when a historian is made; one thread at a time.
 #pragma once
 
-#include <string_view>
-
 #include "platform/types.h"
 
 namespace orvane::provider::historian {
 
-/// Name of the catalog's file; it changes whenever the content does.
-constexpr std::string_view kFunctionsFile = "Functions.1.db";
+/// Name of the catalog's file. It changes whenever the content does, so that programs of two
+/// versions each have their own.
+platform::Text FunctionsFile();
 
 /// The statements that make the tables Functions and TimeExpressions with their rows.
 platform::Text FunctionsStatements();

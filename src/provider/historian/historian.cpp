@@ -84,10 +84,21 @@ void CheckFolder(const fs::path& folder, const Text& sServer) {
 
 void MakeFunctions(const fs::path& folder) {
   try {
-    MakeCatalogFile(folder / kFunctionsFile, FunctionsStatements());
+    MakeCatalogFile(folder / FunctionsFile(), FunctionsStatements());
   } catch (const Failure& failed) {
     // Another connection was faster.
     if (failed.Number() != failure::kKeyExists) throw;
+  }
+}
+
+// Whatever has become of the catalog of functions, this puts it right.
+void RestoreFunctions(const fs::path& folder) {
+  std::error_code error;
+  const fs::path file = folder / FunctionsFile();
+  if (!fs::exists(file, error)) {
+    MakeFunctions(folder);
+  } else if (!IsSoundCatalogFile(file)) {
+    ReplaceCatalogFile(file, FunctionsStatements());
   }
 }
 
@@ -132,7 +143,7 @@ Historian::Historian(const fs::path& root, const Text& sServer, engines::Engine&
     }
   }
   CheckFolder(m_folder, sServer);
-  if (!fs::exists(m_folder / kFunctionsFile, error)) MakeFunctions(m_folder);
+  RestoreFunctions(m_folder);
   m_session = engine.Open({kSystemCatalog, (m_folder / kSystemFile).string()}, stop);
 }
 
@@ -196,7 +207,7 @@ std::vector<CatalogRecord> Historian::Catalogs(std::stop_token stop) {
   auto records = ReadRecords(stop);
   records.push_back(OwnCatalog(kSystemCatalog, m_folder / kSystemFile,
                                "What the historian knows of its catalogs"));
-  records.push_back(OwnCatalog(kFunctionsCatalog, m_folder / kFunctionsFile,
+  records.push_back(OwnCatalog(kFunctionsCatalog, m_folder / FunctionsFile(),
                                "Functions and time expressions that statements can use"));
   std::sort(records.begin(), records.end(), [](const auto& left, const auto& right) {
     const Text sLeft = platform::FoldCase(left.sName);
@@ -227,37 +238,49 @@ CatalogRecord Historian::CreateCatalog(const Text& sName, const Text& sPath,
   const fs::path stored = sPath.empty() ? fs::path(kCatalogsFolder) / (sName + ".db")
                                         : CheckedFolder(sPath) / (sName + ".db");
   CatalogRecord record{sName, NewIdentity(), m_folder / stored, llKilobytes, {}, false};
-  m_session->InTransaction(
-      {}, [&] { Register(record, stored, stop); }, stop);
+  bool bMade = false;
+  try {
+    m_session->InTransaction(
+        {},
+        [&] {
+          CheckNew(record, stop);
+          MakeCatalogFile(record.file, kNewCatalog);
+          bMade = true;
+          Register(record, stored, stop);
+        },
+        stop);
+  } catch (...) {
+    // A file without its record would stand in the way of the next attempt.
+    if (bMade) RemoveCatalogFile(record.file);
+    throw;
+  }
   return record;
 }
 
-void Historian::Register(const CatalogRecord& record, const fs::path& stored,
-                         std::stop_token stop) {
+void Historian::CheckNew(const CatalogRecord& record, std::stop_token stop) {
   for (const auto& known : ReadRecords(stop)) {
     if (IsSameCatalog(known.sName, record.sName)) {
       throw Failure(failure::kKeyExists,
                     "There is a catalog \"" + known.sName + "\" already; choose another name.");
     }
   }
-  MakeCatalogFile(record.file, kNewCatalog);
-  try {
-    using namespace std::chrono;
-    engines::EngineStatement insert;
-    insert.sSql =
-        "INSERT INTO Historians (Name, Identity, Created, Path, SizeLimit) VALUES (?, ?, ?, ?, ?)";
-    insert.parameters = {record.sName, record.sIdentity, floor<microseconds>(system_clock::now()),
-                         stored.string(),
-                         record.llKilobytes == 0 ? Value() : Value(record.llKilobytes)};
-    m_session->Run(insert, stop);
-  } catch (...) {
-    std::error_code ignored;
-    fs::remove(record.file, ignored);
-    throw;
-  }
+}
+
+void Historian::Register(const CatalogRecord& record, const fs::path& stored,
+                         std::stop_token stop) {
+  using namespace std::chrono;
+  engines::EngineStatement insert;
+  insert.sSql =
+      "INSERT INTO Historians (Name, Identity, Created, Path, SizeLimit) VALUES (?, ?, ?, ?, ?)";
+  insert.parameters = {record.sName, record.sIdentity, floor<microseconds>(system_clock::now()),
+                       stored.string(),
+                       record.llKilobytes == 0 ? Value() : Value(record.llKilobytes)};
+  m_session->Run(insert, stop);
 }
 
 void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
+  // Nothing takes the file away before the record is gone for good, and nobody opens it meanwhile.
+  std::optional<DoomedCatalogFile> file;
   const auto drop = [&] {
     const auto record = Find(sName, stop);
     if (!record) {
@@ -275,10 +298,11 @@ void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
     m_session->Run(remove, stop);
     const fs::path inside = record->file.lexically_normal().lexically_relative(m_folder);
     if (!inside.empty() && *inside.begin() != "..") {
-      RemoveCatalogFile(record->file, record->sName);
+      file.emplace(record->file, record->sName, stop);
     }
   };
   m_session->InTransaction({}, drop, stop);
+  if (file) file->Remove();
 }
 
 engines::Catalog EngineCatalog(const CatalogRecord& record, platform::Boolean bReadOnly) {

@@ -37,12 +37,14 @@ class Historian {
   CatalogRecord CreateCatalog(const platform::Text& sName, const platform::Text& sPath,
                               std::int64_t llKilobytes, std::stop_token stop);
   /// Drops a catalog. Its file goes too when it lies in the historian's folder; elsewhere it stays
-  /// where it is. Fails with kInvalidArgument for a catalog that is not there or is the
-  /// historian's own, and with kBusy while another program uses it.
+  /// where it is. What fails or is stopped has changed nothing. Fails with kInvalidArgument for a
+  /// catalog that is not there or is the historian's own, and with kBusy while another program uses
+  /// it.
   void DropCatalog(const platform::Text& sName, std::stop_token stop);
 
  private:
   std::vector<CatalogRecord> ReadRecords(std::stop_token stop);
+  void CheckNew(const CatalogRecord& record, std::stop_token stop);
   void Register(const CatalogRecord& record, const std::filesystem::path& stored,
                 std::stop_token stop);
 

@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include <fstream>
+#include <functional>
 #include <thread>
 
 #include "provider/historian/data_folder.h"
@@ -214,7 +215,8 @@ TEST_F(historian, puts_a_catalog_into_the_folder_that_is_asked_for) {
   opened->DropCatalog("Plant1", {});
   EXPECT_TRUE(fs::is_regular_file(folder / "Plant1.db"));
   EXPECT_EQ(failure(folder), "457: There is a file " + (folder / "Plant1.db").string() +
-                                 " already; move it away or choose another name.");
+                                 " already, perhaps of a catalog that was dropped; move it "
+                                 "away, or choose another name or folder.");
   EXPECT_EQ(Names(*opened), "Functions Orvane ");
 }
 
@@ -272,6 +274,147 @@ TEST_F(historian, keeps_a_catalog_that_another_program_uses) {
   }
   opened->DropCatalog("Plant1", {});
   EXPECT_FALSE(fs::exists(record.file));
+}
+
+// An engine that does something when a statement comes or before a transaction ends.
+class Meddling final : public engines::Engine {
+ public:
+  std::function<void(const Text& sSql)> whenRun = [](const Text&) {};
+  std::function<void()> beforeEnd = [] {};
+
+  std::unique_ptr<engines::EngineSession> Open(const engines::Catalog& main,
+                                               std::stop_token stop) override {
+    return std::make_unique<Session>(*this, m_engine.Open(main, stop));
+  }
+
+ private:
+  class Session final : public engines::EngineSession {
+   public:
+    Session(Meddling& engine, std::unique_ptr<engines::EngineSession> session)
+        : m_engine(engine), m_session(std::move(session)) {}
+    engines::EngineResult Run(const engines::EngineStatement& statement,
+                              std::stop_token stop) override {
+      auto result = m_session->Run(statement, stop);
+      m_engine.whenRun(statement.sSql);
+      return result;
+    }
+    std::vector<engines::TableSchema> Schema(const engines::Catalog& catalog,
+                                             const engines::SchemaRequest& request,
+                                             std::stop_token stop) override {
+      return m_session->Schema(catalog, request, stop);
+    }
+    void InTransaction(std::span<const engines::Catalog> catalogs,
+                       const std::function<void()>& work, std::stop_token stop) override {
+      m_session->InTransaction(
+          catalogs,
+          [&] {
+            work();
+            m_engine.beforeEnd();
+          },
+          stop);
+    }
+    void Close() override { m_session->Close(); }
+
+   private:
+    Meddling& m_engine;
+    std::unique_ptr<engines::EngineSession> m_session;
+  };
+
+  engines::SqliteEngine m_engine{std::chrono::milliseconds(50)};
+};
+
+[[noreturn]] void FailLikeAFullDisk() {
+  throw platform::Failure(platform::failure::kStorage, "Full.");
+}
+
+class historian_meddled_with : public historian {
+ protected:
+  // How many rows the catalog can be given and gives back: 1 when it is whole.
+  Text Rows(const CatalogRecord& record) {
+    const auto session = m_engine.Open(EngineCatalog(record, false), {});
+    session->Run({"INSERT OR REPLACE INTO Tags (Tag) VALUES ('T')", {}, {}}, {});
+    const auto rs = session->Run({"SELECT count(*) FROM Tags", {}, {}}, {}).recordset;
+    session->Close();
+    // Where the file's header tells whether readers and the writer wait for each other.
+    std::ifstream file(record.file, std::ios::binary);
+    file.seekg(18);
+    return platform::ToText(rs->ValueAt(0, 0)) + (file.get() == 2 ? " wal" : "");
+  }
+
+  Meddling m_meddling;
+  Historian m_opened{m_root.Path(), "localhost", m_meddling, {}};
+  std::stop_source m_stop;
+};
+
+TEST_F(historian_meddled_with, drops_nothing_when_it_is_stopped_on_its_way) {
+  const auto record = m_opened.CreateCatalog("Plant1", "", 0, {});
+  m_meddling.whenRun = [&](const Text& sSql) {
+    if (sSql.starts_with("DELETE")) m_stop.request_stop();
+  };
+  EXPECT_EQ(FailureOf([&] { m_opened.DropCatalog("Plant1", m_stop.get_token()); }),
+            "3712: The statement was cancelled.");
+  EXPECT_EQ(Names(m_opened), "Functions Orvane Plant1 ");
+  EXPECT_EQ(Rows(record), "1 wal");
+}
+
+TEST_F(historian_meddled_with, drops_nothing_when_the_record_cannot_be_written) {
+  const auto record = m_opened.CreateCatalog("Plant1", "", 0, {});
+  m_meddling.beforeEnd = FailLikeAFullDisk;
+  EXPECT_EQ(FailureOf([&] { m_opened.DropCatalog("Plant1", {}); }), "3807: Full.");
+  EXPECT_EQ(Names(m_opened), "Functions Orvane Plant1 ");
+  EXPECT_EQ(Rows(record), "1 wal");
+  m_meddling.beforeEnd = [] {};
+  m_opened.DropCatalog("Plant1", {});
+  EXPECT_TRUE(fs::is_empty(m_root.Historian() / "catalogs"));
+}
+
+TEST_F(historian_meddled_with, a_stop_ends_the_wait_for_a_catalog_in_use) {
+  const auto record = m_opened.CreateCatalog("Plant1", "", 0, {});
+  const Stranger stranger(record.file, "SELECT * FROM Tags");
+  m_meddling.whenRun = [&](const Text& sSql) {
+    if (sSql.starts_with("DELETE")) m_stop.request_stop();
+  };
+  EXPECT_EQ(FailureOf([&] { m_opened.DropCatalog("Plant1", m_stop.get_token()); }),
+            "3712: The statement was cancelled.");
+  EXPECT_EQ(Names(m_opened), "Functions Orvane Plant1 ");
+}
+
+TEST_F(historian_meddled_with, creates_nothing_when_it_is_stopped_on_its_way) {
+  m_meddling.whenRun = [&](const Text& sSql) {
+    if (sSql.starts_with("INSERT")) m_stop.request_stop();
+  };
+  EXPECT_EQ(FailureOf([&] { m_opened.CreateCatalog("Plant1", "", 0, m_stop.get_token()); }),
+            "3712: The statement was cancelled.");
+  EXPECT_EQ(Names(m_opened), "Functions Orvane ");
+  EXPECT_TRUE(fs::is_empty(m_root.Historian() / "catalogs"));
+}
+
+TEST_F(historian_meddled_with, creates_nothing_when_the_record_cannot_be_written) {
+  m_meddling.beforeEnd = FailLikeAFullDisk;
+  EXPECT_EQ(FailureOf([&] { m_opened.CreateCatalog("Plant1", "", 0, {}); }), "3807: Full.");
+  EXPECT_TRUE(fs::is_empty(m_root.Historian() / "catalogs"));
+  m_meddling.beforeEnd = [] {};
+  EXPECT_EQ(Rows(m_opened.CreateCatalog("Plant1", "", 0, {})), "1 wal");
+  // A second one of that name leaves the first one's file alone.
+  EXPECT_EQ(FailureOf([&] { m_opened.CreateCatalog("Plant1", "", 0, {}); }).substr(0, 4), "457:");
+  EXPECT_EQ(FailureOf([&] { m_opened.CreateCatalog("Plant1", "", 0, {}); }).substr(0, 4), "457:");
+  EXPECT_EQ(Rows(*m_opened.Find("Plant1", {})), "1 wal");
+}
+
+TEST_F(historian, makes_the_catalog_of_functions_anew_when_it_is_damaged_or_of_another_version) {
+  const auto file = Open()->Find("Functions", {})->file;
+  const auto functions = [&] {
+    const auto record = *Open()->Find("Functions", {});
+    const auto session = m_engine.Open(EngineCatalog(record, true), {});
+    return session->Run({"SELECT count(*) > 10 FROM Functions", {}, {}}, {})
+        .recordset->ValueAt(0, 0);
+  };
+  for (const std::size_t nSize : {std::size_t{0}, std::size_t{100}, std::size_t{8192}}) {
+    std::ofstream(file) << Text(nSize, 'x');
+    EXPECT_EQ(platform::ToText(functions()), "1") << nSize;
+  }
+  fs::rename(file, m_root.Historian() / "Functions.00000000.db");
+  EXPECT_EQ(platform::ToText(functions()), "1");
 }
 
 TEST_F(historian, drops_neither_its_own_catalogs_nor_one_that_is_not_there) {
