@@ -16,6 +16,16 @@ std::string_view Trimmed(std::string_view sText) {
   return sText.substr(first, sText.find_last_not_of(kBlanks) - first + 1);
 }
 
+// A sentence must not repeat such an item.
+bool LooksLikePassword(std::string_view sItem) {
+  Text sBare;
+  for (const char character : sItem) {
+    if (character != ' ' && character != '\t') sBare.push_back(character);
+  }
+  sBare = platform::FoldCase(sBare);
+  return sBare.find("password") != Text::npos || sBare.find("pwd") != Text::npos;
+}
+
 }  // namespace
 
 ConnectionSettings ConnectionSettings::Parse(std::string_view sConnectionString) {
@@ -29,6 +39,12 @@ ConnectionSettings ConnectionSettings::Parse(std::string_view sConnectionString)
     // The first "=" ends the name; further ones belong to the value.
     const std::size_t equals = sItem.find('=');
     if (equals == std::string_view::npos) {
+      if (LooksLikePassword(sItem)) {
+        throw platform::Failure(platform::failure::kInvalidArgument,
+                                "The connection string has an item without \"=\" that looks like a "
+                                "password: leave it out and type the password in the logon "
+                                "dialog.");
+      }
       throw platform::Failure(platform::failure::kInvalidArgument,
                               "The connection string has an item without \"=\": \"" + Text(sItem) +
                                   "\"; write it as \"Name = value;\".");

@@ -80,6 +80,17 @@ TEST(ConnectionSettings, refuses_an_item_without_an_equals_sign) {
                   "\"Name = value;\"."}));
 }
 
+TEST(ConnectionSettings, repeats_no_item_that_looks_like_a_password) {
+  for (const char* const sString :
+       {"a=1;password secret;", "PWD secret", "a=1; Pass Word: secret ;b=2", "'pwd' secret"}) {
+    EXPECT_EQ(FailureOf([&] { ConnectionSettings::Parse(sString); }),
+              (Told{platform::failure::kInvalidArgument,
+                    "The connection string has an item without \"=\" that looks like a password: "
+                    "leave it out and type the password in the logon dialog."}))
+        << sString;
+  }
+}
+
 TEST(ConnectionSettings, refuses_an_item_without_a_name) {
   EXPECT_EQ(FailureOf([] { ConnectionSettings::Parse("a=1; = 2;"); }),
             (Told{platform::failure::kInvalidArgument,

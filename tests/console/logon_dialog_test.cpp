@@ -93,6 +93,25 @@ TEST(logon_dialog, ok_gives_back_what_was_typed) {
   EXPECT_EQ(request.sPassword, "geheimÜ");
 }
 
+TEST(logon_dialog, overwrites_the_password_where_it_stood) {
+  LogonRequest request = Request();
+  request.sPassword = "geheim";
+  QString sTaken;
+  QString sLeft;
+  {
+    LogonDialog dialog(request, nullptr);
+    sTaken = dialog.findChild<QLineEdit*>("m_txtPassword")->text();
+    dialog.TakeInto(request);
+    EXPECT_EQ(request.sPassword, "geheim");
+  }
+  {
+    LogonDialog dialog(request, nullptr);
+    sLeft = dialog.findChild<QLineEdit*>("m_txtPassword")->text();
+  }
+  EXPECT_EQ(sTaken, QString(6, QChar(0)));
+  EXPECT_EQ(sLeft, QString(6, QChar(0)));
+}
+
 TEST(logon_dialog, a_known_server_can_be_picked_by_key) {
   LogonRequest request = Request();
   EXPECT_TRUE(Ask(request, [](Shown& shown) {

@@ -8,14 +8,25 @@
 #include <QPushButton>
 #include <QThread>
 #include <QVBoxLayout>
+#include <cstring>
 
 namespace orvane::console {
 
 namespace {
 
-/// Overwrites the box's text before dropping it, so that no copy is left in freed memory.
+/// Overwrites the characters where they stand. Only of memory that belongs to the text: that of a
+/// literal cannot be written.
+void Overwrite(QString& sText) {
+  if (!sText.data_ptr().isMutable()) return;
+  explicit_bzero(const_cast<QChar*>(sText.constData()),
+                 static_cast<std::size_t>(sText.size()) * sizeof(QChar));
+}
+
+/// Overwrites the box's text before dropping it. What the box let go of while it was typed, as its
+/// text grew, is out of reach.
 void Wipe(QLineEdit& box) {
-  box.setText(QString(box.text().size(), QChar('*')));
+  QString sText = box.text();  // shares the characters with the box
+  Overwrite(sText);
   box.clear();
 }
 
@@ -106,7 +117,7 @@ void LogonDialog::TakeInto(ado::LogonRequest& request) {
   request.sUser = m_txtUser->text().toStdString();
   QByteArray password = m_txtPassword->text().toUtf8();
   request.sPassword.assign(password.constData(), static_cast<std::size_t>(password.size()));
-  password.fill('*');
+  explicit_bzero(password.data(), static_cast<std::size_t>(password.size()));
   Wipe(*m_txtPassword);
 }
 

@@ -1,6 +1,6 @@
 // The logon dialog and its prompt, through which the connection layer asks for server, user and
-// password. User-interface thread. The password lives in the request alone; the dialog wipes its
-// own copy.
+// password. User-interface thread. The password lives in the request alone; the dialog overwrites
+// the copy in its box, as far as the box lets it.
 #pragma once
 
 #include <QDialog>
