@@ -332,6 +332,43 @@ TEST_F(historian_program, loses_no_sample_while_another_program_holds_a_lock) {
   EXPECT_EQ(Select("SELECT count(*) FROM Machine..Data WHERE Tag = 'load.1'"), "4\n");
 }
 
+TEST_F(historian_program, keeps_recording_when_the_catalog_has_room_again) {
+  Open()->Execute({"CREATE DATABASE \"Small\" ON (SIZE=64)", 0, {}}, {});
+  const auto execute = [&](const Text& sText) { Open()->Execute({sText, 0, {}}, {}); };
+  // As many rows as go in, large ones before small ones.
+  for (const char* const sLength : {"1500", "100"}) {
+    for (int i = 0;; ++i) {
+      try {
+        execute("INSERT INTO Small..Data2 (Tag, Timestamp, Value) VALUES ('" + Text(sLength) +
+                "', " + std::to_string(i) + ", hex(zeroblob(" + sLength + ")))");
+      } catch (const platform::Failure& failed) {
+        ASSERT_EQ(failed.Number(), platform::failure::kStorage);
+        break;
+      }
+    }
+  }
+  const pid_t process = Start({"record", "--catalog", "Small", "--count", "3"});
+  AwaitRows([&] { return ReadFile("errors") != ""; });
+  AwaitRows([&] {
+    try {
+      execute("DELETE FROM Small..Data2");
+      return true;
+    } catch (const platform::Failure&) {
+      return false;  // the recorder is just trying
+    }
+  });
+  const auto outcome = End(process);
+  EXPECT_EQ(outcome.nStatus, 0);
+  EXPECT_EQ(outcome.sErrors,
+            "The catalog \"Small\" has reached its limit of 64 kilobytes, so nothing was written: "
+            "delete rows or use another catalog. The recorder keeps trying.\n");
+  EXPECT_EQ(Select("SELECT count(*) FROM Small..Data WHERE Tag = 'load.1'"), "3\n");
+  // What was described while nothing could be written is described now.
+  EXPECT_EQ(Select("SELECT count(DISTINCT Tag) - (SELECT count(*) FROM Small..Tags) FROM "
+                   "Small..Data"),
+            "0\n");
+}
+
 TEST_F(historian_program, generates_the_same_signals_every_time) {
   const std::vector<Text> arguments = {"generate", "--hours", "1", "--step", "60"};
   auto outcome = Run(arguments);

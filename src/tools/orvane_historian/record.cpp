@@ -8,7 +8,10 @@
 
 #include <cerrno>
 #include <deque>
+#include <iostream>
 #include <memory>
+#include <optional>
+#include <set>
 #include <utility>
 
 #include "platform/failure.h"
@@ -112,41 +115,44 @@ class Recorder {
     m_waiting.push_back(std::move(sample));
   }
 
-  // Writes what waits. False while another program holds a lock.
-  bool Write() {
-    if (m_waiting.empty()) return true;
+  // Writes what waits; gives why it still waits where another program holds a lock or the disk is
+  // full.
+  std::optional<Failure> Write() {
+    if (m_waiting.empty()) return std::nullopt;
+    std::set<Text> described;
+    const Timestamp last = m_waiting.back().time;
+    const bool bForget = m_keep != seconds(0) && last >= m_nextForget;
     try {
       m_database.InTransaction([&] {
-        for (const auto& sample : m_waiting) WriteSample(sample);
-        Forget(m_waiting.back().time);
+        for (const auto& sample : m_waiting) WriteSample(sample, described);
+        if (bForget) Forget(last);
       });
     } catch (const Failure& failed) {
-      if (failed.Number() != failure::kBusy) throw;
-      return false;
+      if (failed.Number() != failure::kBusy && failed.Number() != failure::kStorage) throw;
+      return failed;
     }
+    // Only what is there for good need not be written again.
+    m_described.merge(described);
+    if (bForget) m_nextForget = last + minutes(1);  // once a minute is enough
     m_waiting.clear();
-    return true;
+    return std::nullopt;
   }
 
  private:
-  void WriteSample(const Sample& sample) {
+  void WriteSample(const Sample& sample, std::set<Text>& described) {
     for (const auto& counter : sample.counters) {
-      if (!m_described.contains(counter.sTag)) {
+      if (!m_described.contains(counter.sTag) && described.insert(counter.sTag).second) {
         m_describe << counter.sTag << counter.sDescription << counter.sUnit;
         m_describe.Run();
-        m_described.emplace(counter.sTag, true);
       }
       m_insert << counter.sTag << platform::Value(sample.time) << counter.dValue;
       m_insert.Run();
     }
   }
 
-  // Once a minute is enough.
   void Forget(Timestamp now) {
-    if (m_keep == seconds(0) || now < m_nextForget) return;
     m_forget << platform::Value(now - m_keep);
     m_forget.Run();
-    m_nextForget = now + minutes(1);
   }
 
   CatalogDatabase& m_database;
@@ -154,7 +160,7 @@ class Recorder {
   PreparedStatement m_insert;
   PreparedStatement m_describe;
   PreparedStatement m_forget;
-  std::map<Text, bool> m_described;
+  std::set<Text> m_described;
   std::deque<Sample> m_waiting;
   Timestamp m_nextForget{};
 };
@@ -187,6 +193,16 @@ std::unique_ptr<HeldCatalog> Hold(const ServerPlace& place, const RecordOrder& o
   }
 }
 
+// Says once why nothing can be written; a lock is too usual for that.
+void Tell(const std::optional<Failure>& why, Text& sTold) {
+  if (!why) {
+    sTold.clear();
+  } else if (why->Number() != failure::kBusy && why->Description() != sTold) {
+    sTold = why->Description();
+    std::cerr << sTold << " The recorder keeps trying.\n" << std::flush;
+  }
+}
+
 }  // namespace
 
 std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
@@ -199,6 +215,7 @@ std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
   sqlite3_busy_timeout(database.Handle(), 500);
   Recorder recorder(database, order.keep);
   MachineCounters counters(order.proc);
+  Text sTold;
   std::int64_t llSamples = 0;
   auto last = steady_clock::now();
   auto next = last;
@@ -210,11 +227,12 @@ std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
     recorder.Take({floor<milliseconds>(system_clock::now()), counters.Read(now - last)});
     last = now;
     ++llSamples;
-    recorder.Write();
+    Tell(recorder.Write(), sTold);
   }
   // What still waits has ten seconds.
   sqlite3_busy_timeout(database.Handle(), 10'000);
-  if (!recorder.Write()) {
+  if (const auto why = recorder.Write()) {
+    if (why->Number() != failure::kBusy) throw Failure(*why);
     throw Failure(failure::kBusy, "The catalog " + record.sName +
                                       " stayed locked by another program, so the last samples "
                                       "were not written; close that program and record again.");
