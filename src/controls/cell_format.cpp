@@ -85,21 +85,30 @@ Timestamp InZone(Timestamp timestamp, const QTimeZone& zone) {
   return bFits ? timestamp + offset : timestamp;
 }
 
+/// The property as text, empty where the connection has none of that name.
+Text PropertyText(platform::Connection& cn, const char* sName) {
+  try {
+    return platform::ToText(cn.Properties().Item(Value(sName)).Value());
+  } catch (const platform::Failure&) {
+    return {};
+  }
+}
+
 }  // namespace
 
 QTimeZone ZoneOf(const platform::ConnectionPtr& cn) {
-  const auto local = QTimeZone::systemTimeZone();
-  if (!cn) return local;
-  Text sZone;
-  try {
-    sZone = platform::ToText(cn->Properties().Item(Value("Time Zone")).Value());
-  } catch (const platform::Failure&) {
-    return local;  // a provider without the option leaves times to the machine's habit
-  }
-  if (sZone == "UTC") return QTimeZone::utc();
+  if (!cn) return QTimeZone::systemTimeZone();
+  // What "Local" comes to is the provider's to say: it read the times of the statement.
+  Text sZone = PropertyText(*cn, "Time Zone in Use");
+  if (sZone.empty()) sZone = PropertyText(*cn, "Time Zone");
+  // A provider without either leaves times to the machine's habit.
+  if (sZone.empty() || sZone == "Local") return QTimeZone::systemTimeZone();
   const QByteArray sId = QByteArray::fromStdString(sZone);
-  // Asked first: a zone made of any word, "Local" too, is taken for one without an offset.
-  if (sZone == "Local" || !QTimeZone::isTimeZoneIdAvailable(sId)) return local;
+  // Asked first: a zone made of any word is taken for one without an offset. What cannot be found
+  // is shown in a zone that is the same everywhere, and the columns' tooltips tell so.
+  if (sZone == "UTC" || sZone == "Etc/UTC" || !QTimeZone::isTimeZoneIdAvailable(sId)) {
+    return QTimeZone::utc();
+  }
   return QTimeZone(sId);
 }
 

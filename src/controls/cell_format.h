@@ -9,8 +9,9 @@
 
 namespace orvane::controls {
 
-/// The zone in which the connection's user wants times: its property "Time Zone" where that is
-/// "UTC" or the name of a zone; otherwise, also without a connection, that of this machine.
+/// The zone in which the connection counts: its property "Time Zone in Use", or where there is none
+/// "Time Zone"; UTC when this machine knows no zone of that name. Without a connection or a
+/// property the zone of this machine.
 QTimeZone ZoneOf(const platform::ConnectionPtr& cn);
 
 /// Name of a column's type as an administrator reads it.

@@ -46,7 +46,11 @@ GridCore::~GridCore() {
 
 void GridCore::Connection(const platform::ConnectionPtr& cn) {
   m_connection = cn;
-  if (cn) m_format = CellFormat(ZoneOf(cn));
+  FollowZone();
+}
+
+void GridCore::FollowZone() {
+  if (m_connection) m_format = CellFormat(ZoneOf(m_connection));
 }
 
 void GridCore::Run(const Statement& statement) {
@@ -68,6 +72,7 @@ void GridCore::Run(const Statement& statement) {
     throw;
   }
   m_recordset = fetched.rs;
+  FollowZone();
   const bool bHasColumns = m_recordset->FieldCount() > 0;
   const NoRowsTexts texts = bHasColumns ? statement.noRows : DoneTexts(fetched.lRecordsAffected);
   m_window->ShowRows(m_recordset, m_format, nullptr, texts.sTitle, texts.sSentence);
@@ -120,6 +125,7 @@ void GridCore::ShowFailure(Long lNumber, const Text& sSentence) {
 void GridCore::Attach(const RecordsetPtr& rs, const ViewState* state, const Text& sSqlText,
                       const NoRowsTexts& noRows) {
   m_recordset = rs;
+  FollowZone();
   m_sSqlText = state ? state->sSqlText : sSqlText;
   m_window->Sql(QString::fromStdString(m_sSqlText));
   const NoRowsTexts texts = rs->FieldCount() > 0 ? noRows : DoneTexts(0);

@@ -47,7 +47,8 @@ class GridCore {
   GridWindow& Window() const { return *m_window; }
   GridEvents& Events() const { return *m_events; }
 
-  /// The zone of times is taken from a new connection; dropping one changes nothing that is shown.
+  /// Rows are shown in the connection's zone of the moment they are bound; dropping a connection
+  /// changes nothing that is shown.
   void Connection(const platform::ConnectionPtr& cn);
 
   /// Runs the statement and shows its rows. When that fails, shows the failure's sentence in the
@@ -71,6 +72,7 @@ class GridCore {
     platform::Long lRecordsAffected = 0;
   };
   Fetched Fetch(const Statement& statement);
+  void FollowZone();
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence);
 
   GridServices m_services;

@@ -119,9 +119,22 @@ TEST(cell_format, the_zone_is_that_of_the_connection_or_of_this_machine) {
   EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("Local"))), local);
   EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value(""))), local);
   EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value())), local);
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("Nowhere/Land"))), local);
+  // What this machine does not know is shown in UTC, not in its own zone as if that were meant.
+  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("Nowhere/Land"))), QTimeZone::utc());
+  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("CET-1CEST"))), QTimeZone::utc());
   EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("UTC"))), QTimeZone::utc());
   EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("Asia/Tokyo"))), QTimeZone("Asia/Tokyo"));
+}
+
+TEST(cell_format, the_zone_is_the_one_in_which_the_connection_says_it_counts) {
+  const auto zone = [](const char* sSet, const char* sInUse) {
+    return ZoneOf(std::make_shared<FakeConnection>(Value(sSet), Value(sInUse)));
+  };
+  EXPECT_EQ(zone("Local", "Asia/Tokyo"), QTimeZone("Asia/Tokyo"));
+  EXPECT_EQ(zone("Local", "America/New_York"), QTimeZone("America/New_York"));
+  EXPECT_EQ(zone("UTC", "Etc/UTC"), QTimeZone::utc());
+  EXPECT_EQ(zone("Local", "Nowhere/Land"), QTimeZone::utc());
+  EXPECT_EQ(zone("Asia/Tokyo", ""), QTimeZone("Asia/Tokyo"));
 }
 
 TEST(cell_format, numbers_stand_right_flags_in_the_middle_and_the_rest_left) {

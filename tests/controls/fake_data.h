@@ -127,11 +127,13 @@ class FakeProperty : public platform::Property {
   platform::Value m_vtValue;
 };
 
-/// An open connection with or without the property "Time Zone".
+/// An open connection with or without the properties "Time Zone" and "Time Zone in Use".
 class FakeConnection : public platform::Connection, private platform::Properties {
  public:
-  explicit FakeConnection(std::optional<platform::Value> vtZone = std::nullopt) {
+  explicit FakeConnection(std::optional<platform::Value> vtZone = std::nullopt,
+                          std::optional<platform::Value> vtZoneInUse = std::nullopt) {
     if (vtZone) m_zone.emplace(*vtZone);
+    if (vtZoneInUse) m_zoneInUse.emplace(*vtZoneInUse);
   }
   platform::Text ConnectionString() const override { return {}; }
   void ConnectionString(const platform::Text&) override {}
@@ -148,12 +150,14 @@ class FakeConnection : public platform::Connection, private platform::Properties
  private:
   platform::Long Count() const override { return m_zone ? 1 : 0; }
   platform::Property& Item(const platform::Value& vtIndexName) override {
+    if (m_zoneInUse && vtIndexName == platform::Value("Time Zone in Use")) return *m_zoneInUse;
     if (!m_zone || vtIndexName != platform::Value("Time Zone")) {
       throw platform::Failure(platform::failure::kItemNotFound, "There is no such property.");
     }
     return *m_zone;
   }
   std::optional<FakeProperty> m_zone;
+  std::optional<FakeProperty> m_zoneInUse;
 };
 
 /// What the last command was given, and what it answers.

@@ -120,6 +120,14 @@ TEST_F(table_editor, times_are_shown_in_the_zone_of_the_connection) {
   EXPECT_EQ(CellOf(*editor, 0, 3), "2023-11-15 07:13:20");
 }
 
+TEST_F(table_editor, follows_the_zone_of_an_open_connection_with_the_next_rows) {
+  const auto editor = Bound();
+  editor->Requery();
+  m_connection->Properties().Item(Value("Time Zone")).Value(Value("Asia/Tokyo"));
+  editor->Requery();
+  EXPECT_EQ(CellOf(*editor, 0, 3), "2023-11-15 07:13:20");
+}
+
 TEST_F(table_editor, dropping_the_connection_keeps_what_is_shown) {
   const auto editor = Bound();
   editor->Connection(std::make_shared<FakeConnection>(Value("Asia/Tokyo")));
