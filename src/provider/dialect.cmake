@@ -1,5 +1,6 @@
 # The dialect, the historian store, sessions and schema rowsets.
 list(APPEND PROVIDER_SOURCES
+  deadline.cpp
   dialect/catalog_statement.cpp
   dialect/lexer.cpp
   dialect/statement_tree.cpp

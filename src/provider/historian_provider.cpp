@@ -20,7 +20,10 @@ HistorianProvider::HistorianProvider()
 HistorianProvider::HistorianProvider(SessionPlace place) : m_place(std::move(place)) {}
 
 std::vector<ado::PropertyDescription> HistorianProvider::Properties() const {
-  return SessionOptions::Descriptions();
+  auto properties = SessionOptions::Descriptions();
+  // Known only of an open connection.
+  properties.push_back({SessionOptions::kTimeZoneInUse, platform::Text()});
+  return properties;
 }
 
 std::vector<platform::Text> HistorianProvider::KnownServers() const {

@@ -5,13 +5,41 @@
 namespace orvane::provider {
 namespace {
 
+using dialect::Content;
 using platform::ColumnIndex;
 using platform::DataType;
 using platform::Value;
 
-bool IsMarked(const std::vector<platform::Boolean>& timeColumns, ColumnIndex column) {
-  return static_cast<std::size_t>(column) < timeColumns.size() &&
-         timeColumns[static_cast<std::size_t>(column)];
+enum class Change : std::uint8_t { None, ToTimes, ToDays, ToNumbers };
+
+Content ContentAt(const std::vector<Content>& contents, ColumnIndex column) {
+  const auto place = static_cast<std::size_t>(column);
+  return place < contents.size() ? contents[place] : Content::Other;
+}
+
+Change ChangeOf(DataType type, Content content, bool bTimeAsDouble) {
+  // The engine goes by the first of the SELECTs that are joined.
+  if (content == Content::Mixed) {
+    return type == DataType::DBTimeStamp ? Change::ToNumbers : Change::None;
+  }
+  const bool bNumbers = type == DataType::BigInt || type == DataType::Empty;
+  if (type != DataType::DBTimeStamp && !(bNumbers && content == Content::Time)) return Change::None;
+  if (bTimeAsDouble) return Change::ToDays;
+  return type == DataType::DBTimeStamp ? Change::None : Change::ToTimes;
+}
+
+DataType Changed(DataType type, Change change) {
+  switch (change) {
+    case Change::ToTimes:
+      return DataType::DBTimeStamp;
+    case Change::ToDays:
+      return DataType::Double;
+    case Change::ToNumbers:
+      return DataType::Empty;
+    case Change::None:
+      break;
+  }
+  return type;
 }
 
 Value AsTimestamp(Value vtValue) {
@@ -21,43 +49,58 @@ Value AsTimestamp(Value vtValue) {
   return vtValue;
 }
 
+Value AsNumber(Value vtValue) {
+  if (const auto* const time = vtValue.As<platform::Timestamp>()) {
+    return static_cast<std::int64_t>(time->time_since_epoch().count());
+  }
+  return vtValue;
+}
+
 Value AsDays(const Value& vtValue, const dialect::TimeZone& zone) {
   const auto* const time = vtValue.As<platform::Timestamp>();
   return time != nullptr && dialect::IsInRange(*time) ? Value(zone.ToDays(*time)) : vtValue;
 }
 
+Value Changed(Value vtValue, Change change, const dialect::TimeZone& zone) {
+  switch (change) {
+    case Change::ToTimes:
+      return AsTimestamp(std::move(vtValue));
+    case Change::ToDays:
+      return AsDays(AsTimestamp(std::move(vtValue)), zone);
+    case Change::ToNumbers:
+      return AsNumber(std::move(vtValue));
+    case Change::None:
+      break;
+  }
+  return vtValue;
+}
+
 }  // namespace
 
 platform::RecordsetPtr WithShownTimes(platform::RecordsetPtr rs,
-                                      const std::vector<platform::Boolean>& timeColumns,
+                                      const std::vector<Content>& contents,
                                       platform::Boolean bTimeAsDouble,
-                                      const dialect::TimeZone& zone) {
+                                      const dialect::TimeZone& zone, const Deadline& deadline) {
   std::vector<ado::ColumnDescription> columns;
-  std::vector<bool> times;
+  std::vector<Change> changes;
   bool bSame = true;
   for (ColumnIndex column = 0; column < rs->FieldCount(); ++column) {
     const auto& field = rs->FieldAt(column);
-    DataType type = field.Type();
-    const bool bNumbers = type == DataType::BigInt || type == DataType::Empty;
-    const bool bTime = type == DataType::DBTimeStamp || (bNumbers && IsMarked(timeColumns, column));
-    if (bTime && (bTimeAsDouble || type != DataType::DBTimeStamp)) {
-      type = bTimeAsDouble ? DataType::Double : DataType::DBTimeStamp;
-      bSame = false;
-    }
-    columns.push_back({field.Name(), type, field.Nullable()});
-    times.push_back(bTime);
+    const Change change = ChangeOf(field.Type(), ContentAt(contents, column), bTimeAsDouble);
+    if (change != Change::None) bSame = false;
+    columns.push_back({field.Name(), Changed(field.Type(), change), field.Nullable()});
+    changes.push_back(change);
   }
   if (bSame) return rs;
 
+  constexpr platform::RowIndex kRowsBetweenLooks = 4096;
   ado::RecordsetBuilder builder(std::move(columns));
   for (ColumnIndex column = 0; column < rs->FieldCount(); ++column) {
     auto& target = builder.ColumnAt(column);
-    const bool bTime = times[static_cast<std::size_t>(column)];
+    const Change change = changes[static_cast<std::size_t>(column)];
     for (platform::RowIndex row = 0; row < rs->RecordCount(); ++row) {
-      Value vtValue = rs->ValueAt(row, column);
-      if (bTime) vtValue = AsTimestamp(std::move(vtValue));
-      if (bTime && bTimeAsDouble) vtValue = AsDays(vtValue, zone);
-      target.AppendValue(vtValue);
+      if (row % kRowsBetweenLooks == 0) deadline.Check();
+      target.AppendValue(Changed(rs->ValueAt(row, column), change, zone));
     }
   }
   return builder.Finish(rs->Truncated(), rs->Elapsed());

@@ -5,16 +5,18 @@
 #include <vector>
 
 #include "platform/ado/recordset.h"
-#include "provider/dialect/time_zone.h"
+#include "provider/deadline.h"
+#include "provider/dialect/translator.h"
 
 namespace orvane::provider {
 
-/// The recordset itself when nothing is to be done. Otherwise one in which numbers in the columns
-/// marked as times are timestamps, and, with bTimeAsDouble, all timestamps are days since
-/// 1899-12-30 in the zone.
+/// The recordset itself when nothing is to be done. Otherwise one in which numbers in columns of
+/// times are timestamps, those that the engine takes for times in columns that mix are numbers
+/// again, and, with bTimeAsDouble, all timestamps are days since 1899-12-30 in the zone. Ends at
+/// the deadline.
 platform::RecordsetPtr WithShownTimes(platform::RecordsetPtr rs,
-                                      const std::vector<platform::Boolean>& timeColumns,
+                                      const std::vector<dialect::Content>& contents,
                                       platform::Boolean bTimeAsDouble,
-                                      const dialect::TimeZone& zone);
+                                      const dialect::TimeZone& zone, const Deadline& deadline);
 
 }  // namespace orvane::provider

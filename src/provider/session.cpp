@@ -49,7 +49,9 @@ class HistorianSession::Schema final : public dialect::SchemaSource {
     if (tables.empty()) return std::nullopt;
     dialect::KnownTable known{tables.front().sName, {}};
     for (const auto& column : tables.front().columns) {
-      known.columns.push_back({column.sName, column.type == platform::DataType::DBTimeStamp});
+      const bool bTime = column.type == platform::DataType::DBTimeStamp;
+      known.columns.push_back(
+          {column.sName, bTime ? dialect::Content::Time : dialect::Content::Other});
     }
     return known;
   }
@@ -96,7 +98,8 @@ class HistorianSession::Restrictions {
 struct HistorianSession::Listing {
   Text sCatalog;  ///< as it was asked for
   ShownCatalog shown;
-  std::unordered_map<Text, engines::TableSchema> tables;  ///< by the name that is shown
+  platform::Timestamp lastUse;
+  std::unordered_map<Text, engines::TableSchema> tables{};  ///< by the name that is shown
 };
 
 template <class Call>
@@ -143,7 +146,9 @@ ado::StatementResult HistorianSession::Execute(const ado::Statement& statement,
     m_log.Statement(statement.sText);
     const auto tokens = dialect::ReadTokens(statement.sText);
     if (const auto catalog = dialect::ReadCatalogStatement(statement.sText, tokens)) {
-      RunCatalogStatement(*catalog, stop);
+      Deadline(stop, statement.timeout).Run([&](std::stop_token untilThen) {
+        RunCatalogStatement(*catalog, std::move(untilThen));
+      });
       return ado::StatementResult{ado::RecordsetBuilder({}).Finish(), 0};
     }
     return RunTranslated(statement, stop);
@@ -152,6 +157,7 @@ ado::StatementResult HistorianSession::Execute(const ado::Statement& statement,
 
 ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& statement,
                                                      std::stop_token stop) {
+  const Deadline deadline(stop, statement.timeout);
   Schema schema(*this, stop);
   const auto translation =
       dialect::Translate(statement.sText, schema,
@@ -168,8 +174,8 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   engineStatement.maxRows = std::max<platform::Long>(statement.lMaxRecords, 0);
   engineStatement.timeout = std::max(statement.timeout, std::chrono::seconds(0));
   auto result = RunWithinLimit(engineStatement, stop);
-  return {WithShownTimes(std::move(result.recordset), translation.timeColumns,
-                         m_options.TimeAsDouble(), m_options.TimeZone()),
+  return {WithShownTimes(std::move(result.recordset), translation.columns, m_options.TimeAsDouble(),
+                         m_options.TimeZone(), deadline),
           result.lRecordsAffected};
 }
 
@@ -307,8 +313,8 @@ RecordsetPtr HistorianSession::OpenTables(const Restrictions& restrictions, std:
       // A session on the catalog itself needs fewer statements than one that reaches for it.
       const auto catalog = historian::EngineCatalog(record, true);
       tables = m_place.engine->Open(catalog, stop)->Schema(catalog, {std::nullopt, true}, stop);
-      m_listing =
-          std::make_unique<Listing>(Listing{platform::ToText(restrictions.At(0)), shown, {}});
+      m_listing = std::make_unique<Listing>(
+          Listing{platform::ToText(restrictions.At(0)), shown, m_place.clock()});
     } else {
       tables = TablesOf(record, restrictions.At(2), stop);
     }
@@ -323,17 +329,26 @@ RecordsetPtr HistorianSession::OpenTables(const Restrictions& restrictions, std:
   return rowset.Finish();
 }
 
+HistorianSession::Listing* HistorianSession::ListingOf(const Text& sCatalog) {
+  // Whoever asks for the columns of a whole catalog does not rest so long between two tables.
+  constexpr std::chrono::seconds kLongestPause{2};
+  if (m_listing == nullptr || m_listing->sCatalog != sCatalog) return nullptr;
+  const auto pause = m_place.clock() - m_listing->lastUse;
+  return pause >= std::chrono::seconds(0) && pause <= kLongestPause ? m_listing.get() : nullptr;
+}
+
 RecordsetPtr HistorianSession::OpenColumns(const Restrictions& restrictions, std::stop_token stop) {
   ColumnsRowset rowset(m_options.TimeAsDouble());
   if (!restrictions.AllowsSchema()) return rowset.Finish();
   const Value vtColumn = restrictions.At(3);
   const Text sColumn = platform::ToText(vtColumn);
   const Text* const column = vtColumn.IsNull() ? nullptr : &sColumn;
-  if (m_listing != nullptr && platform::ToText(restrictions.At(0)) == m_listing->sCatalog) {
+  if (Listing* const listing = ListingOf(platform::ToText(restrictions.At(0)))) {
     // Once a table: who asks again wants to know what it is like now.
-    const auto listed = m_listing->tables.extract(platform::ToText(restrictions.At(2)));
+    const auto listed = listing->tables.extract(platform::ToText(restrictions.At(2)));
     if (!listed.empty()) {
-      rowset.Append(m_listing->shown, listed.key(), listed.mapped(), column);
+      rowset.Append(listing->shown, listed.key(), listed.mapped(), column);
+      listing->lastUse = m_place.clock();
       return rowset.Finish();
     }
   }

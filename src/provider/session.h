@@ -45,7 +45,7 @@ class HistorianSession final : public ado::Session {
   // Restrictions by their places; an unset one, also an empty text, is null.
   class Restrictions;
   // The columns of a catalog's tables, read together with the list of its tables. Whoever lists
-  // tables asks for the columns of each next; any other call drops what is left.
+  // tables asks for the columns of each next; any other call, or a pause, drops what is left.
   struct Listing;
 
   template <class Call>
@@ -56,6 +56,8 @@ class HistorianSession final : public ado::Session {
   engines::EngineResult RunWithinLimit(const engines::EngineStatement& statement,
                                        std::stop_token stop);
   void RunCatalogStatement(const dialect::CatalogStatement& statement, std::stop_token stop);
+  // The listing when it answers for that catalog and is not too old, otherwise null.
+  Listing* ListingOf(const platform::Text& sCatalog);
 
   ShownCatalog Shown(const historian::CatalogRecord& record) const;
   platform::Text ShownTable(const platform::Text& sTable) const;

@@ -25,6 +25,10 @@ std::optional<Option> FindOption(const Text& sName) {
   return std::nullopt;
 }
 
+bool IsZoneInUse(const Text& sName) {
+  return platform::FoldCase(sName) == platform::FoldCase(SessionOptions::kTimeZoneInUse);
+}
+
 Option Known(const Text& sName) {
   const auto option = FindOption(sName);
   if (!option) {
@@ -77,6 +81,12 @@ Text ReadLogFile(const Value& vtValue) {
                                                  "\" of the log file is not complete; enter one "
                                                  "that begins with \"/\".");
   }
+  if (sFile.find(';') != Text::npos) {
+    throw Failure(failure::kInvalidArgument,
+                  "The path \"" + sFile +
+                      "\" of the log file holds a semicolon, which a connection string cannot "
+                      "keep; enter one without.");
+  }
   return sFile;
 }
 
@@ -90,6 +100,7 @@ std::vector<ado::PropertyDescription> SessionOptions::Descriptions() {
 }
 
 Value SessionOptions::Get(const Text& sName) const {
+  if (IsZoneInUse(sName)) return m_timeZone.NameInUse();
   switch (Known(sName)) {
     case Option::LogFile:
       return m_sLogFile;
@@ -108,6 +119,10 @@ Value SessionOptions::Get(const Text& sName) const {
 }
 
 void SessionOptions::Set(const Text& sName, const Value& vtValue) {
+  if (IsZoneInUse(sName)) {
+    throw Failure(failure::kNotSupported, Text("The property \"") + kTimeZoneInUse +
+                                              "\" can be read, but not set; set \"Time Zone\".");
+  }
   const Option option = Known(sName);
   const bool bInitial = IsInitial(vtValue);
   switch (option) {
@@ -133,8 +148,8 @@ void SessionOptions::Set(const Text& sName, const Value& vtValue) {
 }
 
 void SessionOptions::SetAll(const ado::ConnectionSettings& settings) {
-  for (const auto& [sName, sValue] : settings.Items()) {
-    if (FindOption(sName)) Set(sName, sValue);
+  for (const char* const sName : kNames) {
+    if (const auto sValue = settings.Find(sName)) Set(sName, *sValue);
   }
 }
 

@@ -1,4 +1,5 @@
-// The six extended options of a connection: their names, order, kinds and values.
+// The six extended options of a connection: their names, order, kinds and values; and the name of
+// the time zone that one of them comes to.
 // Held by a session; one thread at a time.
 #pragma once
 
@@ -11,16 +12,21 @@ namespace orvane::provider {
 
 class SessionOptions {
  public:
+  /// The zone in which a session counts, by its name in the time zone database; read only.
+  static constexpr const char* kTimeZoneInUse = "Time Zone in Use";
+
   /// Name and initial value of each option in the published order.
   static std::vector<ado::PropertyDescription> Descriptions();
 
-  /// The current value. Fails with failure::kItemNotFound for another name.
+  /// The current value, also of the time zone in use. Fails with failure::kItemNotFound for another
+  /// name.
   platform::Value Get(const platform::Text& sName) const;
   /// Takes a value of the option's kind or a text that reads as one; null and the empty text
   /// restore the initial value. Fails with kItemNotFound for another name, with kInvalidArgument
   /// and a sentence, unchanged, for what the option cannot be.
   void Set(const platform::Text& sName, const platform::Value& vtValue);
-  /// Takes every option of a connection string in its order; other items are not looked at.
+  /// Takes every option of a connection string, of many items of one name the last one; other
+  /// items are not looked at.
   void SetAll(const ado::ConnectionSettings& settings);
 
   const platform::Text& LogFile() const { return m_sLogFile; }

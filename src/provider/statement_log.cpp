@@ -4,6 +4,8 @@
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/spdlog.h>
 
+#include <filesystem>
+
 namespace orvane::provider {
 namespace {
 
@@ -24,6 +26,17 @@ Text OneLine(std::string_view sText) {
   return sLine;
 }
 
+// Opening a pipe would wait for its reader, and what is written to a device is no log.
+void RequireFile(const Text& sFile) {
+  std::error_code error;
+  const auto status = std::filesystem::status(sFile, error);
+  if (std::filesystem::exists(status) && std::filesystem::is_other(status)) {
+    throw platform::Failure(
+        platform::failure::kStorage,
+        "The log file " + sFile + " is no file but a pipe or a device; enter the path of a file.");
+  }
+}
+
 }  // namespace
 
 StatementLog::StatementLog() = default;
@@ -33,6 +46,7 @@ void StatementLog::Open(const Text& sFile, platform::Long lLevel) {
   if (sFile.empty() || lLevel == 0) {
     m_logger.reset();
   } else if (m_logger == nullptr || sFile != m_sFile) {
+    RequireFile(sFile);
     try {
       auto logger = std::make_unique<spdlog::logger>(
           "ORVOLEDB", std::make_shared<spdlog::sinks::basic_file_sink_mt>(sFile));

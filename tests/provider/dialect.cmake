@@ -16,6 +16,8 @@ orvane_test(historian
 orvane_test(session
   LINK orvane_provider
   SOURCES
+    deadline_test.cpp
+    result_times_test.cpp
     schema_rowsets_test.cpp
     session_options_test.cpp
     session_test.cpp

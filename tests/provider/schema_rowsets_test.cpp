@@ -256,6 +256,18 @@ TEST_F(schema_rowsets, list_a_catalog_with_all_its_columns_in_three_statements) 
   EXPECT_LE(CountedStatements::Count() - nBefore, 3);
 }
 
+TEST_F(schema_rowsets, a_broken_view_costs_no_statement_for_each_table) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  for (int i = 0; i < 50; ++i) Run("CREATE TABLE Plant1..T" + std::to_string(i) + " (a INT)");
+  Run("CREATE VIEW Plant1..Broken AS SELECT a FROM Plant1..T0");
+  Run("DROP TABLE Plant1..T0");
+  const CountedStatements counted;
+  Reopen("");
+  const int nBefore = CountedStatements::Count();
+  EXPECT_EQ(Schema(SchemaNumber::Tables, {Value("Plant1")})->RecordCount(), 53);
+  EXPECT_LE(CountedStatements::Count() - nBefore, 5);
+}
+
 TEST_F(schema_rowsets, read_a_tables_columns_anew_for_whoever_asks_twice) {
   Run("CREATE DATABASE \"Plant1\" ");
   Schema(SchemaNumber::Tables, {Value("Plant1")});
@@ -265,6 +277,30 @@ TEST_F(schema_rowsets, read_a_tables_columns_anew_for_whoever_asks_twice) {
   const std::vector<Value> vtTags = {Value("Plant1"), Value(), Value("Tags")};
   EXPECT_EQ(Schema(SchemaNumber::Columns, vtTags)->RecordCount(), 4);
   EXPECT_EQ(Schema(SchemaNumber::Columns, vtTags)->RecordCount(), 5);
+}
+
+TEST_F(schema_rowsets, drop_what_is_left_of_a_listing_after_a_pause) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  platform::Timestamp now = FixedNow();
+  SessionPlace place = PlaceAt(m_root.Path());
+  place.clock = [&] { return now; };
+  m_session = HistorianProvider(place).Open(ado::ConnectionSettings::Parse(""), "", {});
+  Schema(SchemaNumber::Tables, {Value("Plant1")});
+  {
+    const auto other = HistorianProvider(place).Open(ado::ConnectionSettings::Parse(""), "", {});
+    other->Execute({"ALTER TABLE Plant1..Tags ADD COLUMN Area TEXT", 0, {}}, {});
+    other->Execute({"ALTER TABLE Plant1..Data ADD COLUMN Area TEXT", 0, {}}, {});
+    other->Execute({"ALTER TABLE Plant1..Data2 ADD COLUMN Area TEXT", 0, {}}, {});
+  }
+  const auto columnsOf = [&](const char* sTable) {
+    return Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), Value(sTable)})->RecordCount();
+  };
+  now += std::chrono::seconds(2);
+  EXPECT_EQ(columnsOf("Tags"), 4);
+  now += std::chrono::seconds(2);
+  EXPECT_EQ(columnsOf("Data"), 4);
+  now += std::chrono::seconds(3);
+  EXPECT_EQ(columnsOf("Data2"), 5);
 }
 
 TEST_F(schema_rowsets, drop_what_is_left_of_a_listing_at_any_other_call) {

@@ -49,6 +49,16 @@ TEST(session_options, take_the_last_of_many_values) {
   EXPECT_FALSE(options.TimeAsDouble());
 }
 
+TEST(session_options, look_at_the_last_of_many_values_only) {
+  SessionOptions options;
+  options.SetAll(ado::ConnectionSettings::Parse(
+      "Log Level = many;Time Zone = Nowhere;Log File = here;LOG LEVEL = 1;Time Zone = UTC;Log File "
+      "= /x;"));
+  EXPECT_EQ(options.LogLevel(), 1);
+  EXPECT_EQ(options.TimeZone().Name(), "UTC");
+  EXPECT_EQ(options.LogFile(), "/x");
+}
+
 TEST(session_options, take_null_and_the_empty_text_for_the_initial_value) {
   for (const Value& vtEmpty : {Value(), Value("")}) {
     SessionOptions options;
@@ -77,6 +87,9 @@ TEST(session_options, refuse_what_they_cannot_be_and_stay_as_they_were) {
   EXPECT_EQ(failure("Log File", "log.txt"),
             "5: The path \"log.txt\" of the log file is not complete; enter one that begins with "
             "\"/\".");
+  EXPECT_EQ(failure("Log File", "/tmp/a;b.txt"),
+            "5: The path \"/tmp/a;b.txt\" of the log file holds a semicolon, which a connection "
+            "string cannot keep; enter one without.");
   EXPECT_EQ(failure("Log File", 7), "5: \"Log File\" is a text; enter one.");
   EXPECT_EQ(failure("Time Zone", "Nowhere"),
             "5: There is no time zone \"Nowhere\"; enter Local, UTC or a name such as "

@@ -95,6 +95,92 @@ TEST_F(session, reads_days_in_its_time_zone) {
   EXPECT_EQ(Select(*opened, sStatement), "22\n");
 }
 
+TEST_F(session, tells_the_zone_in_which_it_counts) {
+  const char* const sBefore = std::getenv("TZ");
+  const Text sKept = sBefore != nullptr ? sBefore : "";
+  setenv("TZ", "Asia/Kolkata", 1);
+  const auto opened = Open();
+  // What the machine's zone becomes later is not that of this connection.
+  setenv("TZ", "CET-1CEST", 1);
+  const auto other = Open();
+  if (sBefore != nullptr) {
+    setenv("TZ", sKept.c_str(), 1);
+  } else {
+    unsetenv("TZ");
+  }
+  EXPECT_EQ(opened->PropertyValue("Time Zone"), Value("Local"));
+  EXPECT_EQ(opened->PropertyValue("time zone in use"), Value("Asia/Kolkata"));
+  // A rule instead of a name: the zone is that of the machine, which has a name.
+  EXPECT_NE(other->PropertyValue("Time Zone in Use"), Value("CET-1CEST"));
+  EXPECT_NE(other->PropertyValue("Time Zone in Use"), Value(""));
+  opened->PropertyValue("Time Zone", "Europe/Berlin");
+  EXPECT_EQ(opened->PropertyValue("Time Zone in Use"), Value("Europe/Berlin"));
+  EXPECT_EQ(FailureOf([&] { opened->PropertyValue("Time Zone in Use", "UTC"); }),
+            "3808: The property \"Time Zone in Use\" can be read, but not set; set \"Time Zone\".");
+}
+
+TEST_F(session, shows_numbers_as_numbers_where_others_are_times) {
+  const auto opened = OpenPlant("Time Zone = UTC;");
+  for (const bool bTimeAsDouble : {false, true}) {
+    opened->PropertyValue("Time as Double", bTimeAsDouble);
+    EXPECT_EQ(Select(*opened, "EXPLAIN QUERY PLAN SELECT Timestamp, Timestamp FROM Plant1..Data")
+                  .find("-"),
+              Text::npos);
+    EXPECT_EQ(Select(*opened,
+                     "SELECT x FROM (SELECT Timestamp AS x FROM Plant1..Data WHERE "
+                     "Timestamp = '*' UNION ALL SELECT 5) ORDER BY x"),
+              "5\n1715774400000000\n");
+    EXPECT_EQ(Select(*opened,
+                     "SELECT 5 UNION ALL SELECT Timestamp FROM Plant1..Data WHERE "
+                     "Timestamp = '*'"),
+              "5\n1715774400000000\n");
+  }
+  opened->PropertyValue("Time as Double", false);
+  EXPECT_EQ(Select(*opened,
+                   "SELECT max(Timestamp) OVER (), lag(Timestamp) OVER w FROM Plant1..Data "
+                   "WHERE Timestamp >= '*-1h' WINDOW w AS (ORDER BY Timestamp)"),
+            "2024-05-15 12:00:00|\n2024-05-15 12:00:00|2024-05-15 11:00:00\n");
+}
+
+TEST_F(session, refuses_a_text_or_time_in_double_quotes) {
+  const auto opened = OpenPlant();
+  const auto sentence = [](const Text& sName) {
+    return "3805: There is no column \"" + sName +
+           "\": write the name of one that the tables have; a text or a time stands between "
+           "single quotes.";
+  };
+  EXPECT_EQ(Failing(*opened, "SELECT \"Gone\" FROM Plant1..Data"), sentence("Gone"));
+  EXPECT_EQ(Failing(*opened, "DELETE FROM Plant1..Data WHERE \"Tga\" <> 'x'"), sentence("Tga"));
+  EXPECT_EQ(Failing(*opened, "SELECT Tag FROM Plant1..Data WHERE Timestamp > \"*-1h\""),
+            sentence("*-1h"));
+  EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data"), "24\n");
+}
+
+TEST_F(session, stores_nothing_of_a_change_that_fails_whatever_its_rule) {
+  const auto opened = OpenPlant();
+  EXPECT_EQ(Failing(*opened,
+                    "INSERT OR FAIL INTO Plant1..Data (Tag, Timestamp) VALUES ('T2', "
+                    "'*'), ('T1', '*')")
+                .substr(0, 4),
+            "3806");
+  EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data"), "24\n");
+}
+
+TEST_F(session, ends_a_wait_for_the_historian_at_the_time_out) {
+  SessionPlace place = PlaceAt(m_root.Path());
+  place.engine = std::make_shared<engines::SqliteEngine>(std::chrono::hours(1));
+  const auto opened = HistorianProvider(place).Open(ado::ConnectionSettings::Parse(""), "", {});
+  sqlite3* stranger = nullptr;
+  ASSERT_EQ(sqlite3_open((m_root.Historian() / "Orvane.db").c_str(), &stranger), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(stranger, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(FailureOf([&] {
+              opened->Execute({"CREATE DATABASE \"Plant1\" ", 0, std::chrono::seconds(1)}, {});
+            }),
+            "3804: The statement did not end within its time-out of 1 s: allow it more time.");
+  sqlite3_close(stranger);
+  opened->Execute({"CREATE DATABASE \"Plant1\" ", 0, std::chrono::seconds(60)}, {});
+}
+
 TEST_F(session, cuts_the_result_at_the_row_limit_and_says_so) {
   const auto opened = OpenPlant();
   auto rs = Run(*opened, "SELECT * FROM Plant1..Data", 5).recordset;
@@ -317,8 +403,9 @@ TEST_F(session, is_closed_once_and_for_all) {
 
 TEST_F(session, offers_the_options_and_servers_of_its_provider) {
   HistorianProvider provider(PlaceAt(m_root.Path()));
-  EXPECT_EQ(provider.Properties().size(), 6U);
+  EXPECT_EQ(provider.Properties().size(), 7U);
   EXPECT_EQ(provider.Properties().front().sName, "Log File");
+  EXPECT_EQ(provider.Properties().back().sName, "Time Zone in Use");
   EXPECT_EQ(provider.KnownServers(), std::vector<Text>{"localhost"});
 }
 

@@ -1,6 +1,7 @@
 #include "provider/statement_log.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <fstream>
 #include <sstream>
@@ -94,6 +95,23 @@ TEST_F(statement_log, says_that_its_file_cannot_be_opened_and_changes_nothing) {
   EXPECT_EQ(session->PropertyValue("Log File"), platform::Value(File()));
   session->Execute({"SELECT 4", 0, {}}, {});
   EXPECT_THAT(Content(), HasSubstr("SELECT 4"));
+}
+
+TEST_F(statement_log, refuses_a_pipe_instead_of_waiting_for_its_reader) {
+  const Text sPipe = (m_root.Path() / "pipe").string();
+  ASSERT_EQ(mkfifo(sPipe.c_str(), 0600), 0);
+  HistorianProvider provider(PlaceAt(m_root.Path()));
+  const auto sentence = [](const Text& sFile) {
+    return "3807: The log file " + sFile +
+           " is no file but a pipe or a device; enter the path of a file.";
+  };
+  for (const Text& sFile : {sPipe, Text("/dev/null")}) {
+    EXPECT_EQ(FailureOf([&] {
+                provider.Open(ado::ConnectionSettings::Parse("Log Level = 1;Log File = " + sFile),
+                              "", {});
+              }),
+              sentence(sFile));
+  }
 }
 
 }  // namespace

@@ -56,6 +56,7 @@ class StatementReader {
     CheckFunctions();
     std::size_t i = 0;
     if (At(i).IsWord("EXPLAIN")) {
+      m_tree.bExplain = true;
       ++i;
       if (At(i).IsWord("QUERY") && At(i + 1).IsWord("PLAN")) i += 2;
     }

@@ -86,6 +86,7 @@ enum class StatementKind : std::uint8_t {
 /// Pointers inside lead to the tree's own parts.
 struct StatementTree {
   StatementKind kind = StatementKind::Query;
+  bool bExplain = false;  ///< tells how the statement would run instead of running it
   std::vector<Token> tokens;
   std::deque<Scope> scopes;
   std::deque<Query> queries;

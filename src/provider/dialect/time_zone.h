@@ -25,6 +25,8 @@ class TimeZone {
 
   /// The name as it was asked for.
   const platform::Text& Name() const { return m_sName; }
+  /// The name that the time zone database has for the zone, also of "Local".
+  const platform::Text& NameInUse() const { return m_zone->name(); }
 
   LocalTime ToLocal(platform::Timestamp timestamp) const;
   /// A time that the clocks skip is read as if they had not been put forward yet; of a time that

@@ -36,9 +36,10 @@ class Translator {
       if (HoldsTime(comparison.right, comparison.scope)) ReplaceTime(comparison.left);
     }
     ReplaceAssignedTimes();
-    if (m_tree.mainQuery != nullptr && !m_tree.mainQuery->cores.empty()) {
+    // How a statement would run is told in columns that are not those of the statement.
+    if (m_tree.mainQuery != nullptr && !m_tree.bExplain) {
       for (const auto& column : OutputOf(*m_tree.mainQuery)) {
-        m_result.timeColumns.push_back(column.bTime);
+        m_result.columns.push_back(column.content);
       }
     }
     WriteSql();
@@ -212,8 +213,6 @@ class Translator {
     if (const auto known = m_columns.find(&source); known != m_columns.end()) {
       return known->second;
     }
-    // A query that reads itself sees no columns of itself meanwhile.
-    m_columns[&source];
     std::vector<KnownColumn> columns;
     if (source.query != nullptr) {
       columns = OutputOf(*source.query);
@@ -228,13 +227,33 @@ class Translator {
     return m_columns[&source] = std::move(columns);
   }
 
+  // The names are those of the first SELECT. A query that reads itself sees what its SELECTs
+  // before put out.
   std::vector<KnownColumn> OutputOf(const Query& query) {
-    if (query.cores.empty() || !m_reading.insert(&query).second) return {};
-    std::vector<KnownColumn> columns;
-    const Scope& scope = *query.cores.front();
-    for (const auto& item : scope.items) AppendItem(item, scope, columns);
+    const auto [reading, bBegun] = m_reading.try_emplace(&query);
+    std::vector<KnownColumn>& columns = reading->second;
+    if (!bBegun) return columns;
+    for (const auto* const core : query.cores) {
+      std::vector<KnownColumn> further;
+      for (const auto& item : core->items) AppendItem(item, *core, further);
+      if (core == query.cores.front()) {
+        columns = std::move(further);
+        continue;
+      }
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        columns[i].content =
+            Joined(columns[i].content, i < further.size() ? further[i].content : Content::Other);
+      }
+    }
+    auto output = std::move(columns);
     m_reading.erase(&query);
-    return columns;
+    return output;
+  }
+
+  static Content Joined(Content left, Content right) {
+    if (left == right || right == Content::Null) return left;
+    if (left == Content::Null) return right;
+    return Content::Mixed;
   }
 
   void AppendItem(TokenRange item, const Scope& scope, std::vector<KnownColumn>& columns) {
@@ -252,7 +271,7 @@ class Translator {
     }
     const auto [expression, sAlias] = SplitAlias(item, chain);
     KnownColumn column;
-    column.bTime = HoldsTime(expression, &scope);
+    column.content = ContentOf(expression, &scope);
     if (!sAlias.empty()) {
       column.sName = sAlias;
     } else if (!chain.parts.empty() && chain.range.end == expression.end) {
@@ -270,7 +289,10 @@ class Translator {
     if (last <= item.begin || !At(last).IsIdentifier()) return {item, {}};
     if (At(last - 1).IsWord("AS")) return {{item.begin, last - 1}, At(last).sText};
     const bool bBehindChain = !chain.parts.empty() && chain.range.end == last;
-    if (bBehindChain || At(last - 1).IsSymbol(")")) return {{item.begin, last}, At(last).sText};
+    const bool bBehindWindow = last - item.begin > 2 && At(last - 2).IsWord("OVER");
+    if (bBehindChain || bBehindWindow || At(last - 1).IsSymbol(")")) {
+      return {{item.begin, last}, At(last).sText};
+    }
     return {item, {}};
   }
 
@@ -309,41 +331,70 @@ class Translator {
     return nullptr;
   }
 
-  // A name that a SELECT gives to one of its own columns.
-  bool IsAliasOfTime(const Text& sName, const Scope* scope) {
-    if (scope == nullptr || !m_readingAliases.insert(scope).second) return false;
-    bool bTime = false;
+  // Of a name that a SELECT gives to one of its own columns.
+  Content ContentOfAlias(const Text& sName, const Scope* scope) {
+    if (scope == nullptr || !m_readingAliases.insert(scope).second) return Content::Other;
+    Content content = Content::Other;
     for (const auto& item : scope->items) {
       const auto [expression, sAlias] = SplitAlias(item, ReadChain(m_tree.tokens, item.begin));
-      if (!sAlias.empty() && SameName(sAlias, sName)) bTime = HoldsTime(expression, scope);
+      if (!sAlias.empty() && SameName(sAlias, sName)) content = ContentOf(expression, scope);
     }
     m_readingAliases.erase(scope);
-    return bTime;
+    return content;
   }
 
-  // True for a time column, and for the first or last of its times.
   bool HoldsTime(TokenRange range, const Scope* scope) {
-    for (;;) {
-      if (range.empty()) return false;
-      if (At(range.begin).IsSymbol("(")) {
-        if (m_brackets[range.begin] != range.end - 1) return false;
-        range = {range.begin + 1, range.end - 1};
-        continue;
-      }
-      const Chain chain = ReadChain(m_tree.tokens, range.begin);
-      if (chain.parts.empty() || chain.bStar) return false;
-      if (chain.range.end == range.end) {
-        if (const auto* const column = FindColumn(chain, scope)) return column->bTime;
-        return chain.parts.size() == 1 && IsAliasOfTime(Part(chain, 0), scope);
-      }
-      const Token& function = At(range.begin);
-      if (!(function.IsWord("MIN") || function.IsWord("MAX")) ||
-          !At(range.begin + 1).IsSymbol("(") || m_brackets[range.begin + 1] != range.end - 1) {
-        return false;
-      }
-      range = {range.begin + 2, range.end - 1};
-      if (SplitAtCommas(m_tree.tokens, m_brackets, range).size() != 1) return false;
+    return ContentOf(range, scope) == Content::Time;
+  }
+
+  // Time for a column of times, and for a function that picks one of its arguments.
+  Content ContentOf(TokenRange range, const Scope* scope) {
+    while (!range.empty() && At(range.begin).IsSymbol("(")) {
+      if (m_brackets[range.begin] != range.end - 1) return Content::Other;
+      range = {range.begin + 1, range.end - 1};
     }
+    if (range.empty()) return Content::Other;
+    if (range.end - range.begin == 1 && At(range.begin).IsWord("NULL")) return Content::Null;
+    const Chain chain = ReadChain(m_tree.tokens, range.begin);
+    if (chain.parts.empty() || chain.bStar) return Content::Other;
+    if (chain.range.end == range.end) {
+      if (const auto* const column = FindColumn(chain, scope)) return column->content;
+      return chain.parts.size() == 1 ? ContentOfAlias(Part(chain, 0), scope) : Content::Other;
+    }
+    return ContentOfCall(range, scope);
+  }
+
+  Content ContentOfCall(TokenRange range, const Scope* scope) {
+    const std::size_t open = range.begin + 1;
+    if (!At(open).IsSymbol("(") || EndOfCall(open) != range.end) return Content::Other;
+    TokenRange inner{open + 1, m_brackets[open]};
+    if (At(inner.begin).IsWord("DISTINCT") || At(inner.begin).IsWord("ALL")) ++inner.begin;
+    auto arguments = SplitAtCommas(m_tree.tokens, m_brackets, inner);
+    const auto isOneOf = [&](std::initializer_list<std::string_view> names) {
+      return std::any_of(names.begin(), names.end(),
+                         [&](std::string_view sName) { return At(range.begin).IsWord(sName); });
+    };
+    if (isOneOf({"LAG", "LEAD", "NTH_VALUE"})) {
+      // The second argument is a number of rows.
+      if (arguments.size() > 1) arguments.erase(arguments.begin() + 1);
+    } else if (!isOneOf({"MIN", "MAX", "FIRST_VALUE", "LAST_VALUE", "COALESCE", "IFNULL"})) {
+      return Content::Other;
+    }
+    Content content = Content::Null;
+    for (const auto& argument : arguments) content = Joined(content, ContentOf(argument, scope));
+    // A function has no declared type: what it mixes is a number to the engine.
+    return content == Content::Time ? content : Content::Other;
+  }
+
+  // Behind the arguments, and behind FILTER and OVER where they follow.
+  std::size_t EndOfCall(std::size_t open) const {
+    std::size_t end = m_brackets[open] + 1;
+    if (At(end).IsWord("FILTER") && At(end + 1).IsSymbol("(")) end = m_brackets[end + 1] + 1;
+    if (At(end).IsWord("OVER")) {
+      ++end;
+      end = At(end).IsSymbol("(") ? m_brackets[end] + 1 : end + 1;
+    }
+    return end;
   }
 
   // --- names in expressions ---
@@ -404,7 +455,7 @@ class Translator {
       } else if (assignment.column < m_tree.targetColumns.size()) {
         column = FindColumn(*m_tree.targetSource, m_tree.targetColumns[assignment.column]);
       }
-      if (column != nullptr && column->bTime) ReplaceTime(assignment.value);
+      if (column != nullptr && column->content == Content::Time) ReplaceTime(assignment.value);
     }
   }
 
@@ -464,7 +515,7 @@ class Translator {
   std::optional<Text> m_viewCatalog;
   std::map<const Source*, ResolvedTable> m_tables;
   std::map<const Source*, std::vector<KnownColumn>> m_columns;
-  std::set<const Query*> m_reading;
+  std::map<const Query*, std::vector<KnownColumn>> m_reading;
   std::set<const Scope*> m_readingAliases;
   std::map<std::size_t, Edit> m_edits;  ///< by place in the statement
   Translation m_result;

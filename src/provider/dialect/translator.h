@@ -3,6 +3,7 @@
 // Used by the session, once for each statement.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -18,9 +19,17 @@ struct KnownCatalog {
   platform::Text sReadOnlyAdvice;  ///< empty when it can be changed, else what to do instead
 };
 
+/// What stands in a column or an expression, as far as the dialect tells.
+enum class Content : std::uint8_t {
+  Other,
+  Null,   ///< nothing but null
+  Time,   ///< times, and null
+  Mixed,  ///< of SELECTs that are joined, some put out times here and others something else
+};
+
 struct KnownColumn {
   platform::Text sName;
-  platform::Boolean bTime = false;
+  Content content = Content::Other;
 };
 
 struct KnownTable {
@@ -55,8 +64,8 @@ struct Translation {
   std::vector<platform::Value> parameters;  ///< one for each "?" in order
   std::vector<platform::Text> catalogs;     ///< those that must be within reach
   std::optional<platform::Text> changedCatalog;
-  /// Per column of the result whether it holds times; empty when that is not known.
-  std::vector<platform::Boolean> timeColumns;
+  /// What each column of the result holds; empty when that is not known.
+  std::vector<Content> columns;
 };
 
 /// The prefix that the option "Identifier Prefixes" puts before names.

@@ -31,10 +31,11 @@ class Schema final : public SchemaSource {
   }
   std::optional<KnownTable> FindTable(const KnownCatalog&, const Text& sTable) override {
     if (SameName(sTable, "Data")) {
-      return KnownTable{"Data", {{"Tag"}, {"Timestamp", true}, {"Value"}, {"Status"}}};
+      return KnownTable{"Data", {{"Tag"}, {"Timestamp", Content::Time}, {"Value"}, {"Status"}}};
     }
     if (SameName(sTable, "Tags")) {
-      return KnownTable{"Tags", {{"Tag"}, {"Description"}, {"Orv_Odd"}, {"Created", true}}};
+      return KnownTable{"Tags",
+                        {{"Tag"}, {"Description"}, {"Orv_Odd"}, {"Created", Content::Time}}};
     }
     return std::nullopt;
   }
@@ -233,15 +234,61 @@ TEST(translator, names_the_catalogs_that_must_be_within_reach) {
   EXPECT_TRUE(Translated("SELECT 1").catalogs.empty());
 }
 
+// "t" for a column of times, "m" for one that mixes, "0" for one of null, "-" for any other.
+Text Columns(std::string_view sStatement) {
+  Text sColumns;
+  for (const Content content : Translated(sStatement).columns) {
+    sColumns += "-0tm"[static_cast<std::size_t>(content)];
+  }
+  return sColumns;
+}
+
 TEST(translator, tells_which_columns_of_the_result_hold_times) {
-  using Flags = std::vector<platform::Boolean>;
+  EXPECT_EQ(Columns("SELECT *, max(Timestamp), Value, (Timestamp) x, Tag || 'a' FROM Plant1..Data"),
+            "-t--t-t-");
   EXPECT_EQ(
-      Translated("SELECT *, max(Timestamp), Value, (Timestamp) x, Tag || 'a' FROM Plant1..Data")
-          .timeColumns,
-      (Flags{false, true, false, false, true, false, true, false}));
-  EXPECT_EQ(Translated("SELECT min(Timestamp) FROM Plant1..Data UNION SELECT 1").timeColumns,
-            (Flags{true}));
-  EXPECT_EQ(Translated("DELETE FROM Plant1..Data").timeColumns, Flags{});
+      Columns("SELECT max(DISTINCT Timestamp), ifnull(min(Timestamp), Timestamp), "
+              "coalesce(Timestamp, 0), count(Timestamp), max(Timestamp, 5) FROM Plant1..Data"),
+      "tt---");
+  EXPECT_EQ(Columns("DELETE FROM Plant1..Data"), "");
+}
+
+TEST(translator, finds_times_behind_window_functions) {
+  EXPECT_EQ(Columns("SELECT max(Timestamp) OVER (PARTITION BY Tag), lag(Timestamp) OVER w, "
+                    "lead(Timestamp, 2, NULL) OVER w AS a, lag(Timestamp, 1, 0) OVER w, "
+                    "first_value(Timestamp) OVER w b, last_value(Timestamp) OVER w, "
+                    "nth_value(Timestamp, 2) OVER w, count(Timestamp) OVER w, "
+                    "min(Timestamp) FILTER (WHERE Value > 0) OVER (ORDER BY Tag), "
+                    "max(Timestamp) OVER w + 1 FROM Plant1..Data WINDOW w AS (ORDER BY Tag)"),
+            "ttt-ttt-t-");
+  EXPECT_EQ(Sql("SELECT a FROM (SELECT lag(Timestamp) OVER w a FROM Plant1..Data WINDOW w AS "
+                "(ORDER BY Tag)) WHERE a >= 't'"),
+            "SELECT a FROM (SELECT lag(Timestamp) OVER w a FROM \"Plant1\".\"Data\" WINDOW w AS "
+            "(ORDER BY Tag)) WHERE a >= ? | 2024-05-15 00:00:00");
+}
+
+TEST(translator, calls_a_column_of_a_compound_a_time_when_all_of_it_is_one) {
+  EXPECT_EQ(Columns("SELECT min(Timestamp), 1 FROM Plant1..Data UNION SELECT 1, 2"), "m-");
+  EXPECT_EQ(Columns("SELECT 1 UNION ALL SELECT Timestamp FROM Plant1..Data"), "m");
+  EXPECT_EQ(Columns("SELECT Timestamp FROM Plant1..Data UNION VALUES (1)"), "m");
+  EXPECT_EQ(Columns("SELECT Timestamp FROM Plant1..Data UNION ALL SELECT max(Created) FROM "
+                    "Plant1..Tags UNION ALL SELECT NULL"),
+            "t");
+  EXPECT_EQ(Columns("SELECT NULL, NULL UNION SELECT Timestamp, NULL FROM Plant1..Data"), "t0");
+  EXPECT_EQ(Columns("SELECT x FROM (SELECT Timestamp x FROM Plant1..Data UNION SELECT 1)"), "m");
+  EXPECT_EQ(Columns("WITH RECURSIVE r(t, n) AS (SELECT min(Timestamp), 0 FROM Plant1..Data UNION "
+                    "ALL SELECT t, n + 1 FROM r WHERE n < 5) SELECT t, n FROM r"),
+            "t-");
+}
+
+TEST(translator, calls_nothing_a_time_in_what_explains_a_statement) {
+  EXPECT_EQ(Columns("EXPLAIN SELECT Timestamp FROM Plant1..Data"), "");
+  EXPECT_EQ(Columns("EXPLAIN QUERY PLAN SELECT Timestamp, Timestamp FROM Plant1..Data"), "");
+}
+
+TEST(translator, leaves_a_name_in_double_quotes_a_name) {
+  EXPECT_EQ(Sql("SELECT Tag FROM Plant1..Data WHERE Timestamp > \"*-1h\""),
+            "SELECT Tag FROM \"Plant1\".\"Data\" WHERE Timestamp > \"*-1h\"");
 }
 
 TEST(translator, understands_prefixed_names_where_the_option_says_so) {

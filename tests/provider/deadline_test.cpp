@@ -1,0 +1,60 @@
+#include "provider/deadline.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <mutex>
+
+#include "tests/provider/temporary_root.h"
+
+namespace orvane::provider {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Works until it is stopped and says so, as an engine does.
+void WorkUntilStopped(const std::stop_token& stop) {
+  std::mutex mutex;
+  std::condition_variable_any woken;
+  std::unique_lock lock(mutex);
+  woken.wait(lock, stop, [] { return false; });
+  throw platform::Failure(platform::failure::kCancelled, "The statement was cancelled.");
+}
+
+TEST(deadline, ends_work_at_its_time_out_and_says_so) {
+  const Deadline deadline({}, 20ms);
+  EXPECT_EQ(FailureOf([&] { deadline.Run(WorkUntilStopped); }),
+            "3804: The statement did not end within its time-out of 0.02 s: allow it more "
+            "time.");
+  EXPECT_EQ(FailureOf([&] { deadline.Check(); }).substr(0, 4), "3804");
+}
+
+TEST(deadline, ends_work_at_its_callers_stop) {
+  for (const auto timeout : {0ms, 3'600'000ms}) {
+    std::stop_source stop;
+    const Deadline deadline(stop.get_token(), timeout);
+    EXPECT_EQ(FailureOf([&] { deadline.Check(); }), "no failure");
+    EXPECT_EQ(FailureOf([&] {
+                deadline.Run([&](std::stop_token token) {
+                  stop.request_stop();
+                  WorkUntilStopped(token);
+                });
+              }),
+              "3712: The statement was cancelled.");
+    EXPECT_EQ(FailureOf([&] { deadline.Check(); }), "3712: The statement was cancelled.");
+  }
+}
+
+TEST(deadline, leaves_other_failures_and_work_in_time_alone) {
+  const Deadline deadline({}, 3'600'000ms);
+  bool bDone = false;
+  deadline.Run([&](const std::stop_token& token) { bDone = !token.stop_requested(); });
+  EXPECT_TRUE(bDone);
+  EXPECT_EQ(FailureOf([&] {
+              deadline.Run([](const std::stop_token&) { throw platform::Failure(457, "There."); });
+            }),
+            "457: There.");
+}
+
+}  // namespace
+}  // namespace orvane::provider
