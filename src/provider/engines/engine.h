@@ -75,7 +75,8 @@ class EngineSession {
   /// kNotSupported.
   virtual EngineResult Run(const EngineStatement& statement, std::stop_token stop) = 0;
   /// Tables and views of a catalog in the order of their names, in one statement however many
-  /// there are. Tables of the engine's own are left out.
+  /// there are; where a view cannot be read, in one more and one for each view. Tables of the
+  /// engine's own are left out.
   virtual std::vector<TableSchema> Schema(const Catalog& catalog, const SchemaRequest& request,
                                           std::stop_token stop) = 0;
   /// Does the work, which calls Run on this session, in one transaction over the session's own
