@@ -42,10 +42,10 @@ scenarios::TableSetup NewTable(const Text& sName) {
 RandomConsole::RandomConsole(unsigned nSeed) : m_nState(nSeed * 2654435761U + 1) {
   m_driver.AddServer({"S1", {{"Plant", {NewTable("Pumps"), NewTable("Data")}}, {"Lab.A", {}}}});
   m_driver.AddServer({"S2", {{"Orvane", {NewTable("Historians")}}, {"Functions", {}}}});
-  m_driver.AddServer({"s2", {}});
+  m_driver.AddServer({"s2", {{"Plant", {NewTable("Data")}}}});
   m_driver.AddServer({"Öfen", {{"Lab", {NewTable("Data"), NewTable("A.B")}}}});
-  m_driver.AddServer({"öfen", {}});
-  m_driver.AddServer({"S1.Catalogs", {}});
+  m_driver.AddServer({"öfen", {{"Lab", {NewTable("Data")}}, {"Orvane", {NewTable("Data")}}}});
+  m_driver.AddServer({"S1.Catalogs", {{"Plant", {}}}});
   m_driver.historian->onExecute = [this](const Text& sText) { return Answer(sText); };
 }
 
@@ -97,8 +97,8 @@ void RandomConsole::PlanFaults() {
   historian.options.back().second = OneIn(4);  // historians by GUID
   m_world.sIdentity.reset();
   if (!OneIn(3)) m_world.sIdentity = Text("{") + std::to_string(Number(4)) + "}";
-  if (!OneIn(4)) return;
-  switch (Number(8)) {
+  if (!OneIn(5)) return;
+  switch (Number(9)) {
     case 0:
       historian.bCancelLogon = true;
       Note("# the logon is cancelled");
@@ -205,30 +205,43 @@ void RandomConsole::ClearFaults() {
 }
 
 void RandomConsole::Command() {
-  const auto items = m_model.Items();
-  const ItemPtr& item = items[Number(static_cast<unsigned>(items.size()))];
-  const unsigned n = Number(100);
-  if (n < 70) return ItemCommand(item);
-  if (n < 76) return Press();
-  if (n < 80) return Refresh();
-  if (n < 82) return ShowStructure();
-  if (n < 87) return ChangeWorld();
-  if (n < 89) return ChangeRoot();
-  if (n < 91) return SaveOnly();
-  if (n < 93) return SaveAndReopen();
-  if (n < 94) return UnloadAndStartAnew();
-  if (n < 96) return ClickManyItems(item);
-  if (n < 98) return ForeignCommand(item);
-  AddServer();
+  const ItemPtr item = AnyItem();
+  const unsigned n = Number(200);
+  if (n < 150) return ItemCommand(item);
+  if (n < 162) return Press();
+  if (n < 170) return Refresh();
+  if (n < 176) return ShowStructure();
+  if (n < 184) return ChangeWorld();
+  if (n < 186) return ChangeRoot();
+  if (n < 189) return SaveOnly();
+  if (n < 191) return SaveAndReopen();
+  if (n < 192) return UnloadAndStartAnew();
+  if (n < 196) return ClickManyItems(item);
+  ForeignCommand(item);
+}
+
+/// An item of any type that the tree has, the deeper the likelier.
+ItemPtr RandomConsole::AnyItem() {
+  constexpr const char* kTypes[] = {"Servers", "Server", "Catalogs", "Catalog", "Catalog", "Table",
+                                    "Table",   "Table",  "Queries",  "Query",   "Query",   "Query"};
+  const Text sType = Any(kTypes);
+  std::vector<ItemPtr> items = m_model.Items();
+  const bool bThere = std::any_of(items.begin(), items.end(),
+                                  [&](const auto& item) { return item->sType == sType; });
+  if (bThere) std::erase_if(items, [&](const auto& item) { return item->sType != sType; });
+  return items[Number(static_cast<unsigned>(items.size()))];
 }
 
 void RandomConsole::ItemCommand(const ItemPtr& item) {
   m_sServer = ServerOf(*item);
-  PlanSchemaFault(item);
+  if (item->sType == "Catalogs" || item->sType == "Catalog" || item->sType == "Table") {
+    PlanSchemaFault(item);
+  }
+  const bool bFolder = item->sType != "Table" && item->sType != "Query";
+  if (bFolder && !item->bExpandedOnce && !OneIn(4)) return Expand(item);
   const unsigned n = Number(10);
-  if (!item->bExpandedOnce && n < 5) return Expand(item);
   if (n < 3) return Select(item);
-  if (n == 3 && OneIn(2)) return ExpandAgain(item);
+  if (n == 3 && OneIn(3)) return ExpandAgain(item);
   MenuCommand(item);
 }
 
@@ -237,24 +250,20 @@ void RandomConsole::MenuCommand(const ItemPtr& item) {
   if (sType == "Servers") return OneIn(3) ? SetOptions() : AddServer();
   if (sType == "Server") {
     // A disabled item cannot be clicked, but a handler must not rely on that.
-    switch (Number(6)) {
-      case 0:
-        return RemoveServer(item);
-      case 1:
-      case 2:
-        return Disconnect(item);
-      default:
-        return Connect(item);
-    }
+    const auto server = std::dynamic_pointer_cast<model::Server>(item->tag);
+    const bool bConnect = (server->line == nullptr) != OneIn(8);
+    if (OneIn(8)) return RemoveServer(item);
+    if (bConnect) return Connect(item);
+    return OneIn(2) ? Disconnect(item) : Select(item);
   }
   if (sType == "Catalogs") return AddCatalog(item);
   if (sType == "Catalog") {
-    if (model::TreeModel::MenuOf(*item).empty()) return Select(item);
+    if (model::TreeModel::MenuOf(*item).empty() || OneIn(2)) return Select(item);
     return RemoveCatalog(item);
   }
   if (sType == "Table") return Build(item);
   if (sType == "Queries") return NewQuery(item);
-  if (OneIn(4)) return RemoveQuery(item);
+  if (OneIn(5)) return RemoveQuery(item);
   EditQuery(item);
 }
 

@@ -49,6 +49,7 @@ class RandomConsole {
   void ClearFaults();
   void PlanSchemaFault(const model::ItemPtr& item);
   void Command();
+  ItemPtr AnyItem();
   void ItemCommand(const ItemPtr& item);
   void MenuCommand(const ItemPtr& item);
   void Settle();
