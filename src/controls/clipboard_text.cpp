@@ -36,7 +36,14 @@ std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection) {
 
 }  // namespace
 
-QString ClipboardText(const RowModel& model, const QItemSelection& selection, bool bNames) {
+platform::RowIndex SelectedRows(const QItemSelection& selection) {
+  platform::RowIndex rows = 0;
+  for (const auto& [nFirst, nLast] : RowSpans(selection)) rows += nLast - nFirst + 1;
+  return rows;
+}
+
+std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection& selection,
+                                     bool bNames, qsizetype nMost) {
   std::set<int> columns;
   for (const QItemSelectionRange& range : selection) {
     for (int n = range.left(); n <= range.right(); ++n) columns.insert(n);
@@ -64,6 +71,7 @@ QString ClipboardText(const RowModel& model, const QItemSelection& selection, bo
         if (bSelected) sText += Quoted(model.Format().Whole(model.ValueAt(nRow, nColumn)));
       }
       sText += u'\n';
+      if (sText.size() > nMost) return std::nullopt;
     }
   }
   return sText;

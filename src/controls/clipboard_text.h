@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QItemSelection>
+#include <optional>
 
 #include "controls/row_model.h"
 
@@ -10,7 +11,13 @@ namespace orvane::controls {
 
 /// The cells of the smallest table that holds the selection; those not selected are left empty,
 /// as is null. A text with a tab, a line break or a quote is put between quotes, and quotes in it
-/// are doubled. With bNames the first line has the names of the columns.
-QString ClipboardText(const RowModel& model, const QItemSelection& selection, bool bNames);
+/// are doubled. With bNames the first line has the names of the columns. None when that is more
+/// than the limit of characters, which is as much as other programs take without a stall.
+constexpr qsizetype kMostCopiedCharacters = 32'000'000;
+std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection& selection,
+                                     bool bNames, qsizetype nMost = kMostCopiedCharacters);
+
+/// The number of rows of which a cell is selected.
+platform::RowIndex SelectedRows(const QItemSelection& selection);
 
 }  // namespace orvane::controls

@@ -78,6 +78,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     m_bToldOfSelection = m_rows->selectionModel()->hasSelection();
     Raise(&GridEvents::selChange);
   });
+  m_rows->OnCopied([this](const QString& sWhyNot) { m_status->Remark(sWhyNot); });
   connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_bSplitByUser = true; });
   m_patience.setSingleShot(true);
   m_patience.setInterval(kPatience);

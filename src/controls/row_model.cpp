@@ -11,7 +11,7 @@ using platform::Value;
 
 namespace {
 
-QVariant TypedVariant(const Value& vtValue, const CellFormat& format) {
+QVariant TypedVariant(const Value& vtValue) {
   if (vtValue.IsNull()) return {};
   if (const auto* b = vtValue.As<bool>()) return *b;
   if (const auto* l = vtValue.As<std::int32_t>()) return static_cast<int>(*l);
@@ -21,7 +21,11 @@ QVariant TypedVariant(const Value& vtValue, const CellFormat& format) {
     return QByteArray(reinterpret_cast<const char*>(bytes->data()),
                       static_cast<qsizetype>(bytes->size()));
   }
-  return format.Whole(vtValue);
+  const auto* sText = vtValue.As<platform::Text>();
+  if (sText && QUtf8StringView(*sText).isValidUtf8()) return QString::fromStdString(*sText);
+  // What the toolkit has no exact type for goes as it is: a decimal is no double, a timestamp has
+  // more digits than a QDateTime, and what is shown of either is not the value.
+  return QVariant::fromValue(vtValue);
 }
 
 }  // namespace
@@ -66,7 +70,7 @@ QVariant RowModel::data(const QModelIndex& index, int nRole) const {
     case Qt::DisplayRole:
       return CellAt(index.row(), index.column()).sText;
     case Qt::EditRole:
-      return TypedVariant(ValueAt(index.row(), index.column()), m_format);
+      return TypedVariant(ValueAt(index.row(), index.column()));
     case Qt::TextAlignmentRole:
       return static_cast<int>(CellAt(index.row(), index.column()).alignment);
     case Qt::FontRole: {

@@ -37,8 +37,9 @@ class RowModel : public QAbstractTableModel {
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
-  /// Under Qt::EditRole the value in its own type (an invalid QVariant is null), from which an
-  /// editor starts; what is shown is under Qt::DisplayRole.
+  /// Under Qt::EditRole the value in its own type, from which an editor starts: an invalid QVariant
+  /// is null, and a value of a kind that the toolkit lacks is a platform::Value. What is shown is
+  /// under Qt::DisplayRole.
   QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
   QVariant headerData(int nSection, Qt::Orientation orientation,
                       int nRole = Qt::DisplayRole) const override;

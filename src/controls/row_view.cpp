@@ -14,6 +14,7 @@
 #include "controls/cell_delegate.h"
 #include "controls/clipboard_text.h"
 #include "controls/header_view.h"
+#include "controls/status_strip.h"
 
 namespace orvane::controls {
 
@@ -139,14 +140,31 @@ void RowView::Copy(bool bNames) const {
     selection.select(currentIndex(), currentIndex());
   }
   if (selection.isEmpty()) return;
-  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-  QString sText = ClipboardText(*m_model, selection, bNames);
-  QGuiApplication::restoreOverrideCursor();
+  const platform::RowIndex rows = SelectedRows(selection);
+  std::optional<QString> text;
+  if (rows <= kMostCopiedRows) {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    text = ClipboardText(*m_model, selection, bNames);
+    QGuiApplication::restoreOverrideCursor();
+  }
+  if (!text) {
+    return Copied(rows > kMostCopiedRows
+                      ? QStringLiteral("Not copied: %1 are selected, and at most %2 can be copied "
+                                       "at once. Select fewer.")
+                            .arg(RowsText(rows), RowsText(kMostCopiedRows))
+                      : QStringLiteral("Not copied: the selection has more than 32 million "
+                                       "characters. Select fewer cells."));
+  }
   // One cell goes without its line end, so that it can be put into the middle of a line.
   const bool bOneCell =
       selection.size() == 1 && selection.first().width() == 1 && selection.first().height() == 1;
-  if (bOneCell && !bNames) sText.chop(1);
-  QGuiApplication::clipboard()->setText(sText);
+  if (bOneCell && !bNames) text->chop(1);
+  QGuiApplication::clipboard()->setText(*text);
+  Copied({});
+}
+
+void RowView::Copied(const QString& sWhyNot) const {
+  if (m_copied) m_copied(sWhyNot);
 }
 
 void RowView::selectAll() {

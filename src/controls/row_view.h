@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QTableView>
+#include <functional>
 #include <optional>
+#include <utility>
 
 #include "controls/row_model.h"
 #include "controls/view_states.h"
@@ -12,6 +14,9 @@ namespace orvane::controls {
 
 class RowView : public QTableView {
  public:
+  /// More rows are not copied at once: the text would be of no use and take the memory of two.
+  static constexpr platform::RowIndex kMostCopiedRows = 100'000;
+
   explicit RowView(QWidget* parent = nullptr);
 
   const RowModel& Rows() const { return *m_model; }
@@ -27,9 +32,13 @@ class RowView : public QTableView {
   bool RowsSelected() const;
   /// Makes the row's cell in the current column the current one and selects the row.
   void SelectRow(int nRow);
-  /// Puts the selection, or else the current cell, on the clipboard; with nothing of both, keeps
-  /// what is there.
+  /// Puts the selection, or else the current cell, on the clipboard; with nothing of both, or with
+  /// more than can be copied at once, keeps what is there.
   void Copy(bool bNames) const;
+  /// Called after each copy with why there was none, as a sentence; empty when there was one.
+  void OnCopied(std::function<void(const QString& sWhyNot)> handler) {
+    m_copied = std::move(handler);
+  }
 
   void selectAll() override;
   /// Does nothing: a search would read every row.
@@ -52,6 +61,7 @@ class RowView : public QTableView {
     int nLeftOffset = 0;
   };
 
+  void Copied(const QString& sWhyNot) const;
   void FitRowHeight();
   void FitColumns();
   std::vector<int> ColumnWidths() const;
@@ -60,6 +70,7 @@ class RowView : public QTableView {
   void Restore(const ViewState& state);
 
   RowModel* m_model;
+  std::function<void(const QString&)> m_copied;
   bool m_bRowsChosen = false;
   /// Kept until the user scrolls: a window that is not yet in its place has no room to scroll in.
   std::optional<Scroll> m_scroll;

@@ -99,10 +99,8 @@ void StatusStrip::Empty() {
 void StatusStrip::Message(const QString& sMessage) {
   m_rows->setText(sMessage);
   m_time->clear();
-  m_notice->clear();
-  m_notice->setToolTip({});
-  m_warning->hide();
-  m_notice->hide();
+  m_sNotice.clear();
+  ShowNotice({});
   m_time->hide();
   m_position->clear();
 }
@@ -112,6 +110,15 @@ void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapse
   m_rows->setText(RowsText(rows));
   m_time->setText(TimeText(elapsed));
   m_time->show();
+  m_sNotice = sNotice;
+  ShowNotice(sNotice);
+}
+
+void StatusStrip::Remark(const QString& sRemark) {
+  ShowNotice(sRemark.isEmpty() ? m_sNotice : sRemark);
+}
+
+void StatusStrip::ShowNotice(const QString& sNotice) {
   m_notice->setText(sNotice);
   m_notice->setToolTip(sNotice);
   m_notice->setVisible(!sNotice.isEmpty());

@@ -24,6 +24,9 @@ class StatusStrip : public QWidget {
   void Message(const QString& sMessage);
   /// The notice is shown with a mark of warning; an empty one is not shown.
   void Rows(platform::RowIndex rows, std::chrono::microseconds elapsed, const QString& sNotice);
+  /// Says something about these rows in the place of their notice; an empty remark brings that
+  /// back.
+  void Remark(const QString& sRemark);
   /// Row from 0; -1 when there is no current row.
   void Position(int nRow, int nRows);
 
@@ -32,7 +35,9 @@ class StatusStrip : public QWidget {
 
  private:
   void SetWarningIcon();
+  void ShowNotice(const QString& sNotice);
 
+  QString m_sNotice;
   QLabel* m_rows;
   QLabel* m_time;
   QLabel* m_warning;

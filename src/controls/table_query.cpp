@@ -1,5 +1,8 @@
 #include "controls/table_query.h"
 
+#include <QByteArray>
+#include <QUtf8StringView>
+#include <algorithm>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <unordered_set>
@@ -19,8 +22,7 @@ using platform::Text;
 namespace {
 
 constexpr int kStateVersion = 1;
-constexpr std::size_t kStateMembers = 9;
-constexpr std::size_t kSortMembers = 2;
+constexpr const char* kBytesMember = "bytes";
 
 [[noreturn]] void FailNoState(const Text& sWhy) {
   throw Failure(platform::failure::kTypeMismatch,
@@ -28,21 +30,51 @@ constexpr std::size_t kSortMembers = 2;
                     ". Remove it from the document, or choose the table's query anew.");
 }
 
-/// The members of a state, each checked. Every member must be there, once, and none beside them:
-/// a state is written by this class alone, so anything else means damage.
+/// Appends the UTF-8 text as a JSON string. A console asks for the states of all tables whenever it
+/// looks for unsaved work, so they are written without an object in between, plain runs in one go.
+void AppendString(Text& sState, const Text& sText) {
+  const auto isPlain = [](char c) {
+    return static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\';
+  };
+  sState += '"';
+  for (auto position = sText.begin();;) {
+    const auto runEnd = std::find_if_not(position, sText.end(), isPlain);
+    sState.append(position, runEnd);
+    if (runEnd == sText.end()) break;
+    const Text sQuoted = json(Text(1, *runEnd)).dump();
+    sState.append(sQuoted, 1, sQuoted.size() - 2);
+    position = runEnd + 1;
+  }
+  sState += '"';
+}
+
+/// A name in an old encoding, out of a database, is no UTF-8 text and so no JSON string either; its
+/// bytes are kept as they are.
+void AppendText(Text& sState, const Text& sText) {
+  if (QUtf8StringView(sText.data(), static_cast<qsizetype>(sText.size())).isValidUtf8()) {
+    AppendString(sState, sText);
+    return;
+  }
+  const auto bytes = QByteArray::fromRawData(sText.data(), static_cast<qsizetype>(sText.size()));
+  sState.append("{\"").append(kBytesMember).append("\":\"");
+  sState.append(bytes.toBase64().toStdString()).append("\"}");
+}
+
+/// The members of a state, each checked and counted. Every member must be there, once, and none
+/// beside them: a state is written by this class alone, so anything else means damage.
 class StateReader {
  public:
-  explicit StateReader(const json& object) : m_object(object) {}
+  /// The count goes on over all objects of one state.
+  StateReader(const json& object, std::size_t& nRead) : m_object(object), m_nRead(nRead) {}
 
   const json& Member(const char* sName) const {
     const auto found = m_object.find(sName);
     if (found == m_object.end()) FailNoState(Text("\"") + sName + "\" is missing");
+    ++m_nRead;
     return *found;
   }
   Text TextMember(const char* sName) const {
-    const json& member = Member(sName);
-    if (!member.is_string()) FailNoState(Text("\"") + sName + "\" is no text");
-    return member.get<Text>();
+    return TextOf(Member(sName), Text("\"") + sName + "\"");
   }
   bool BooleanMember(const char* sName) const {
     const json& member = Member(sName);
@@ -59,14 +91,36 @@ class StateReader {
     if (!bFits) FailNoState(Text("\"") + sName + "\" is no 32-bit integer");
     return member.get<Long>();
   }
+  std::vector<Text> TextsMember(const char* sName) const {
+    const json& list = Member(sName);
+    if (!list.is_array()) FailNoState(Text("\"") + sName + "\" is no list");
+    std::vector<Text> texts;
+    for (const json& text : list) texts.push_back(TextOf(text, "a column's name"));
+    return texts;
+  }
+  /// The members of an object that is a member.
+  StateReader Within(const json& object) const { return {object, m_nRead}; }
 
  private:
+  Text TextOf(const json& text, const Text& sWhat) const {
+    if (text.is_string()) return text.get<Text>();
+    if (!text.is_object()) FailNoState(sWhat + " is no text");
+    const json& bytes = Within(text).Member(kBytesMember);
+    if (!bytes.is_string()) FailNoState(sWhat + " is no text");
+    const auto decoded =
+        QByteArray::fromBase64Encoding(QByteArray::fromStdString(bytes.get_ref<const Text&>()),
+                                       QByteArray::AbortOnBase64DecodingErrors);
+    if (!decoded) FailNoState(sWhat + " is not in base64");
+    return decoded.decoded.toStdString();
+  }
+
   const json& m_object;
+  std::size_t& m_nRead;
 };
 
-json ParseState(const Text& sState) {
+/// The state as an object, and the number of members written in it.
+json ParseState(const Text& sState, std::size_t& nWritten) {
   // A repeated member would silently win over the first one, so members are counted as written.
-  std::size_t nWritten = 0;
   const auto count = [&nWritten](int, json::parse_event_t event, json&) {
     if (event == json::parse_event_t::key) ++nWritten;
     return true;
@@ -78,8 +132,10 @@ json ParseState(const Text& sState) {
     FailNoState("it is damaged");
   }
   if (!state.is_object()) FailNoState("it is something else");
+  return state;
+}
 
-  const StateReader reader(state);
+void CheckVersion(const StateReader& reader) {
   if (reader.TextMember("class") != platform::kTableQueryProgId) {
     FailNoState("it is something else");
   }
@@ -92,31 +148,14 @@ json ParseState(const Text& sState) {
                       std::to_string(kStateVersion) + "). Update the program to open it.");
   }
   if (lVersion != kStateVersion) FailNoState("there never was a format of that number");
-  const json& sort = reader.Member("sort");
-  const std::size_t nExpected = kStateMembers + (sort.is_object() ? kSortMembers : 0);
-  if (nWritten != nExpected || state.size() != kStateMembers) {
-    FailNoState("it has members that do not belong to it");
-  }
-  return state;
 }
 
-std::optional<platform::SortCriterion> ReadSortCriterion(const json& sort) {
+std::optional<platform::SortCriterion> ReadSortCriterion(const StateReader& reader) {
+  const json& sort = reader.Member("sort");
   if (sort.is_null()) return std::nullopt;
   if (!sort.is_object()) FailNoState("\"sort\" is no sort criterion");
-  const StateReader reader(sort);
-  return platform::SortCriterion{reader.TextMember("column"), reader.BooleanMember("ascending")};
-}
-
-std::vector<Text> ReadColumns(const json& columns) {
-  if (!columns.is_array()) FailNoState("\"columns\" is no list");
-  std::vector<Text> names;
-  std::unordered_set<Text> known;
-  for (const json& column : columns) {
-    if (!column.is_string()) FailNoState("a column's name is no text");
-    names.push_back(column.get<Text>());
-    if (!known.insert(names.back()).second) FailNoState("it selects a column twice");
-  }
-  return names;
+  const StateReader members = reader.Within(sort);
+  return platform::SortCriterion{members.TextMember("column"), members.BooleanMember("ascending")};
 }
 
 }  // namespace
@@ -166,43 +205,51 @@ platform::Subscription TableQuery::OnChange(std::function<void()> handler) {
 }
 
 Text TableQuery::WriteState() const {
-  json sort;
+  Text sState = "{\"catalog\":";
+  AppendText(sState, m_state.sCatalog);
+  sState.append(",\"class\":\"").append(platform::kTableQueryProgId).append("\",\"columns\":[");
+  const char* sComma = "";
+  for (const Text& sColumn : m_columns.Names()) {
+    sState += std::exchange(sComma, ",");
+    AppendText(sState, sColumn);
+  }
+  sState += "],\"filterCondition\":";
+  AppendText(sState, m_state.sFilterCondition);
+  sState.append(",\"maxRows\":").append(std::to_string(m_state.lMaxRows));
+  sState.append(",\"queryTimeout\":").append(std::to_string(m_state.lQueryTimeout));
+  sState += ",\"sort\":";
   if (m_state.sortCriterion) {
-    sort = {{"column", m_state.sortCriterion->sColumn},
-            {"ascending", m_state.sortCriterion->bAscending}};
+    sState += m_state.sortCriterion->bAscending ? "{\"ascending\":true,\"column\":"
+                                                : "{\"ascending\":false,\"column\":";
+    AppendText(sState, m_state.sortCriterion->sColumn);
+    sState += '}';
+  } else {
+    sState += "null";
   }
-  const json state = {
-      {"class", platform::kTableQueryProgId},
-      {"version", kStateVersion},
-      {"catalog", m_state.sCatalog},
-      {"table", m_state.sTable},
-      {"columns", m_columns.Names()},
-      {"filterCondition", m_state.sFilterCondition},
-      {"sort", sort},
-      {"maxRows", m_state.lMaxRows},
-      {"queryTimeout", m_state.lQueryTimeout},
-  };
-  try {
-    return state.dump();
-  } catch (const json::type_error&) {
-    throw Failure(platform::failure::kTypeMismatch,
-                  "The query of the table \"" + m_state.sTable +
-                      "\" cannot be saved: one of its texts is not valid UTF-8. Choose the "
-                      "table's query anew.");
-  }
+  sState += ",\"table\":";
+  AppendText(sState, m_state.sTable);
+  sState.append(",\"version\":").append(std::to_string(kStateVersion)).append("}");
+  return sState;
 }
 
 void TableQuery::ReadState(const Text& sState) {
-  const json object = ParseState(sState);
-  const StateReader reader(object);
+  std::size_t nWritten = 0;
+  std::size_t nRead = 0;
+  const json object = ParseState(sState, nWritten);
+  const StateReader reader(object, nRead);
+  CheckVersion(reader);
   State state;
   state.sCatalog = reader.TextMember("catalog");
   state.sTable = reader.TextMember("table");
   state.sFilterCondition = reader.TextMember("filterCondition");
-  state.sortCriterion = ReadSortCriterion(reader.Member("sort"));
+  state.sortCriterion = ReadSortCriterion(reader);
   state.lMaxRows = reader.LongMember("maxRows");
   state.lQueryTimeout = reader.LongMember("queryTimeout");
-  std::vector<Text> columns = ReadColumns(reader.Member("columns"));
+  std::vector<Text> columns = reader.TextsMember("columns");
+  if (std::unordered_set<Text>(columns.begin(), columns.end()).size() != columns.size()) {
+    FailNoState("it selects a column twice");
+  }
+  if (nRead != nWritten) FailNoState("it has members that do not belong to it");
 
   m_state = std::move(state);
   m_columns.Restore(std::move(columns));

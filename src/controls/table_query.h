@@ -36,7 +36,7 @@ class TableQuery : public platform::TableQuery {
   [[nodiscard]] platform::Subscription OnChange(std::function<void()> handler) override;
 
   platform::Text ProgId() const override { return platform::kTableQueryProgId; }
-  /// Fails with 13 when one of its texts is not UTF-8, which no state could carry.
+  /// Carries every text byte by byte, also one that is not UTF-8.
   platform::Text WriteState() const override;
   void ReadState(const platform::Text& sState) override;
 

@@ -16,7 +16,7 @@ class clipboard_text : public testing::Test {
     m_selection.select(m_model.index(nTop, nLeft), m_model.index(nBottom, nRight));
   }
   std::string Copied(bool bNames = false) const {
-    return ClipboardText(m_model, m_selection, bNames).toStdString();
+    return ClipboardText(m_model, m_selection, bNames).value_or("(too long)").toStdString();
   }
   RowModel m_model;
   QItemSelection m_selection;
@@ -30,6 +30,20 @@ TEST_F(clipboard_text, is_a_line_a_row_with_tabs_between_cells) {
 TEST_F(clipboard_text, names_of_the_columns_come_first_when_wanted) {
   Select(1, 1, 1, 2);
   EXPECT_EQ(Copied(true), "Name\tFlag\nrow 1\tFalse\n");
+}
+
+TEST_F(clipboard_text, there_is_none_beyond_the_limit) {
+  Select(1, 0, 2, 1);
+  EXPECT_EQ(ClipboardText(m_model, m_selection, false, 16)->size(), 16);
+  EXPECT_EQ(ClipboardText(m_model, m_selection, false, 15), std::nullopt);
+}
+
+TEST_F(clipboard_text, rows_of_a_selection_are_counted_once) {
+  EXPECT_EQ(SelectedRows(m_selection), 0);
+  Select(1, 0, 3, 0);
+  Select(2, 1, 4, 1);
+  Select(7, 0, 7, 2);
+  EXPECT_EQ(SelectedRows(m_selection), 5);
 }
 
 TEST_F(clipboard_text, null_is_an_empty_cell) {

@@ -99,6 +99,28 @@ TEST(row_model, an_editor_is_offered_the_value_in_its_type) {
   EXPECT_EQ(model.ValueAt(0, 3), Value(0.1));
 }
 
+TEST(row_model, an_editor_is_offered_the_very_value_where_the_toolkit_has_no_type_for_it) {
+  RowModel model;
+  using namespace std::chrono_literals;
+  const std::vector<Value> values{
+      Value(platform::Decimal{"0.10"}),
+      Value(platform::Timestamp(1'700'000'000'123'456us)),
+      Value(platform::Date(std::chrono::days(19'000))),
+      Value(platform::TimeOfDay(1h + 1us)),
+      Value(platform::Guid{{1, 2, 3}}),
+      Value("K\xE4lte"),
+  };
+  const auto rs = std::make_shared<FakeRecordset>(
+      1, [&](auto, auto column) { return values[static_cast<std::size_t>(column)]; });
+  for (std::size_t n = 0; n < values.size(); ++n) rs->Column("c", platform::DataType::Empty);
+  model.Recordset(rs, kUtc);
+  for (std::size_t n = 0; n < values.size(); ++n) {
+    const QVariant offered = model.index(0, static_cast<int>(n)).data(Qt::EditRole);
+    ASSERT_TRUE(offered.canConvert<Value>()) << n;
+    EXPECT_EQ(offered.value<Value>(), values[n]) << n;
+  }
+}
+
 TEST(row_model, cells_can_be_selected_and_not_edited) {
   RowModel model;
   model.Recordset(Plant(1), kUtc);

@@ -206,6 +206,43 @@ TEST(row_view, copies_the_selection_with_the_keys) {
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "Number\tName\n1\trow 1\n2\trow 2\n");
 }
 
+TEST(row_view, more_rows_than_can_be_copied_leave_the_clipboard_alone_and_are_not_read) {
+  QGuiApplication::clipboard()->setText("before");
+  RowView view;
+  QString sWhyNot;
+  view.OnCopied([&](const QString& sSentence) { sWhyNot = sSentence; });
+  const auto rs = Plant(1'000'000);
+  view.ShowRows(rs, kUtc);
+  view.selectAll();
+  rs->TakeCellsAsked();
+  view.Copy(false);
+  EXPECT_EQ(rs->TakeCellsAsked(), 0U);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
+  EXPECT_EQ(sWhyNot.toStdString(),
+            "Not copied: 1,000,000 rows are selected, and at most 100,000 rows can be copied at "
+            "once. Select fewer.");
+  view.SelectRow(7);
+  view.Copy(false);
+  EXPECT_EQ(sWhyNot, "");
+  EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("7\trow 7\t"));
+}
+
+TEST(row_view, more_text_than_can_be_copied_leaves_the_clipboard_alone) {
+  QGuiApplication::clipboard()->setText("before");
+  RowView view;
+  QString sWhyNot;
+  view.OnCopied([&](const QString& sSentence) { sWhyNot = sSentence; });
+  const platform::Text sLong(1'000'000, 'x');
+  const auto rs = std::make_shared<FakeRecordset>(1'000, [&](auto, auto) { return Value(sLong); });
+  rs->Column("a", platform::DataType::WChar);
+  view.ShowRows(rs, kUtc);
+  view.selectAll();
+  view.Copy(true);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
+  EXPECT_EQ(sWhyNot.toStdString(),
+            "Not copied: the selection has more than 32 million characters. Select fewer cells.");
+}
+
 TEST(row_view, copies_the_current_cell_without_a_line_end_when_nothing_is_selected) {
   RowView view;
   view.ShowRows(Plant(50), kUtc);

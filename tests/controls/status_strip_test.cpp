@@ -47,6 +47,22 @@ TEST(status_strip, a_notice_is_in_sight_with_a_warning) {
   EXPECT_FALSE(strip.findChild<QLabel*>("warning")->pixmap(Qt::ReturnByValue).isNull());
 }
 
+TEST(status_strip, a_remark_stands_in_the_place_of_the_notice) {
+  StatusStrip strip;
+  strip.Rows(100, microseconds(12'000), "Cut.");
+  strip.Remark("Not copied.");
+  EXPECT_EQ(TextOf(strip, "notice"), "Not copied.");
+  EXPECT_FALSE(strip.findChild<QLabel*>("warning")->isHidden());
+  strip.Remark({});
+  EXPECT_EQ(TextOf(strip, "notice"), "Cut.");
+  strip.Remark("Not copied.");
+  strip.Rows(100, microseconds(12'000), {});
+  EXPECT_EQ(TextOf(strip, "notice"), "(hidden)");
+  strip.Message("No rows");
+  strip.Remark({});
+  EXPECT_EQ(TextOf(strip, "notice"), "(hidden)");
+}
+
 TEST(status_strip, a_message_stands_alone) {
   StatusStrip strip;
   strip.Rows(100, microseconds(12'000), "Cut.");

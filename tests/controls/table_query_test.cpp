@@ -23,6 +23,7 @@ std::shared_ptr<TableQuery> RichQuery() {
   query->Columns().Add("Zeit\r\nstempel");
   query->Columns().Add("it's \\ \"quoted\"");
   query->Columns().Add(Text("zero\0byte", 9));
+  query->Columns().Add("K\xE4lte");
   query->FilterCondition("a = 'x' -- \xE2\x9C\x93\nAND b > 1\t");
   query->SortCriterion(SortCriterion{"Zeit\r\nstempel", false});
   query->MaxRows(std::numeric_limits<Long>::min());
@@ -159,6 +160,24 @@ TEST(table_query, its_state_round_trips_whatever_its_texts_hold) {
   EXPECT_EQ(restored.WriteState(), query->WriteState());
 }
 
+TEST(table_query, its_state_is_one_line_of_json_with_the_members_in_order) {
+  TableQuery query;
+  query.Catalog("Machine");
+  query.Table("Da\"t\\a\n\x01");
+  EXPECT_EQ(query.WriteState(),
+            R"({"catalog":"Machine","class":"ORVOLEDBCtls.TableQuery","columns":[],)"
+            R"("filterCondition":"","maxRows":100,"queryTimeout":60,"sort":null,)"
+            R"("table":"Da\"t\\a\n\u0001","version":1})");
+  query.Columns().Add("Timestamp");
+  query.Columns().Add("Größe");
+  query.SortCriterion(SortCriterion{"Timestamp", false});
+  EXPECT_EQ(query.WriteState(),
+            R"({"catalog":"Machine","class":"ORVOLEDBCtls.TableQuery",)"
+            R"("columns":["Timestamp","Größe"],"filterCondition":"","maxRows":100,)"
+            R"("queryTimeout":60,"sort":{"ascending":false,"column":"Timestamp"},)"
+            R"("table":"Da\"t\\a\n\u0001","version":1})");
+}
+
 TEST(table_query, the_state_of_a_new_one_round_trips) {
   TableQuery empty;
   TableQuery restored;
@@ -236,14 +255,44 @@ TEST(table_query, a_newer_format_may_have_other_members) {
   EXPECT_NE(SentenceOf([&] { query.ReadState(sNewer); }).find("newer version"), Text::npos);
 }
 
-TEST(table_query, text_that_is_not_utf8_cannot_be_saved) {
+TEST(table_query, texts_that_are_not_utf8_are_saved_byte_by_byte) {
   TableQuery query;
-  query.Table("T");
+  query.Catalog("K\xE4lte");
+  query.Table("\xED\xA0\x80\xC0\x80");  // a surrogate and an overlong zero
+  query.Columns().Add(
+      "Gr\xF6\xDF"
+      "e");
+  query.Columns().Add("Größe");
   query.FilterCondition("a = '\xFF'");
-  EXPECT_EQ(FailureNumberOf([&] { static_cast<void>(query.WriteState()); }), 13);
-  EXPECT_EQ(SentenceOf([&] { static_cast<void>(query.WriteState()); }),
-            "The query of the table \"T\" cannot be saved: one of its texts is not valid UTF-8. "
-            "Choose the table's query anew.");
+  query.SortCriterion(
+      SortCriterion{"Gr\xF6\xDF"
+                    "e",
+                    true});
+  const Text sState = query.WriteState();
+  EXPECT_NE(sState.find("\"catalog\":{\"bytes\":\"S+RsdGU=\"}"), Text::npos) << sState;
+  EXPECT_NE(sState.find("\"Größe\""), Text::npos) << sState;
+  TableQuery restored;
+  restored.ReadState(sState);
+  ExpectSame(query, restored);
+}
+
+TEST(table_query, bytes_of_a_text_are_in_base64_and_alone) {
+  TableQuery query;
+  query.Columns().Add("\xE4");
+  const Text sState = query.WriteState();
+  for (const Text& sDamaged :
+       {Replaced(sState, "{\"bytes\":\"5A==\"}", "{\"bytes\":\"5A=\"}"),
+        Replaced(sState, "{\"bytes\":\"5A==\"}", "{\"bytes\":\"5%==\"}"),
+        Replaced(sState, "{\"bytes\":\"5A==\"}", "{\"bytes\":1}"),
+        Replaced(sState, "{\"bytes\":\"5A==\"}", "{\"byte\":\"5A==\"}"),
+        Replaced(sState, "{\"bytes\":\"5A==\"}", "{}"),
+        Replaced(sState, "{\"bytes\":\"5A==\"}", "{\"bytes\":\"5A==\",\"more\":1}"),
+        Replaced(sState, "{\"bytes\":\"5A==\"}", "{\"bytes\":\"5A==\",\"bytes\":\"5A==\"}"),
+        Replaced(sState, "{\"bytes\":\"5A==\"}", "{\"bytes\":{\"bytes\":\"5A==\"}}"),
+        Replaced(sState, "{\"bytes\":\"5A==\"}", "{\"bytes\":\"5A==\"},{\"bytes\":\"5A==\"}")}) {
+    TableQuery other;
+    EXPECT_EQ(FailureNumberOf([&] { other.ReadState(sDamaged); }), 13) << sDamaged;
+  }
 }
 
 /// A damaged state either fails with 13 and changes nothing, or is another whole state.
