@@ -5,14 +5,15 @@
 #include <exception>
 #include <utility>
 
-#include "platform/failure.h"
-#include "platform/user_interface.h"
+#include "platform/failure_log.h"
 
 namespace orvane::snapin {
 
-/// Shows the failure in the "Error" box.
-inline void ShowError(platform::UserInterface& ui, const platform::Text& sDescription) {
-  ui.MsgBox(sDescription, platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None, "Error");
+/// Shows the failure in the "Error" box, and notes it.
+inline void ShowError(platform::UserInterface& ui, const platform::Failure& failure) {
+  platform::NoteFailure(ui, failure);
+  ui.MsgBox(failure.Description(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None,
+            "Error");
 }
 
 /// Runs the body of a handler. A failure ends it and is shown; what was done before stays done.
@@ -23,9 +24,9 @@ platform::Boolean Guarded(platform::UserInterface& ui, Body&& body) {
     std::forward<Body>(body)();
     return true;
   } catch (const platform::Failure& failure) {
-    ShowError(ui, failure.Description());
+    ShowError(ui, failure);
   } catch (const std::exception& exception) {
-    ShowError(ui, exception.what());
+    ShowError(ui, {platform::failure::kComponent, exception.what(), "snapin"});
   }
   return false;
 }

@@ -43,7 +43,7 @@ void SnapIn::m_mnuNewQuery_Click(const ScopeItemPtr& queriesItem) {
     Suppressed([&] {
       query = server->QueryNodes()->Add(dialog.Name().Text(), dialog.SqlStatement().Text());
     });
-    if (!query) ShowError(*m_services.ui, kNameTaken);
+    if (!query) ShowError(*m_services.ui, {platform::failure::kKeyExists, kNameTaken, "snapin"});
   }
   if (queriesItem->ScopeNode()->ExpandedOnce()) AddQueryScopeItem(*queriesItem, query);
   queriesItem->ScopeNode()->HasChildren(true);
@@ -61,7 +61,7 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
     if (!Ask(dialog)) return;
     sNewName = dialog.Name().Text();
     if (sNewName == sOldName || queries->Find(sNewName) == -1) break;
-    ShowError(*m_services.ui, kNameTaken);
+    ShowError(*m_services.ui, {platform::failure::kKeyExists, kNameTaken, "snapin"});
   }
   if (sNewName != sOldName) {
     RenameQuery(*queries, query, sNewName, dialog.SqlStatement().Text());
