@@ -21,7 +21,6 @@ namespace {
 
 using namespace orvane;
 using console::Document;
-using console::DocumentBag;
 using nlohmann::json;
 using platform::Long;
 using platform::Text;
@@ -40,7 +39,7 @@ class Query : public platform::PersistedObject {
 };
 
 /// What a snap-in writes for one server.
-void Fill(DocumentBag& bag) {
+void Fill(platform::PropertyBag& bag) {
   const Text sServer = "ServersNode_ServerNodes_ServerNode1_";
   bag.WriteProperty("ServersNode", true);
   bag.WriteProperty("ServersNode_ServerNodes_ServerNodeCount", Long{1});
@@ -173,8 +172,9 @@ void UnsavedMark(benchmark::State& state) {
   console::DocumentState documentState;
   documentState.Rebase(FilledContent()->SnapIn(kSnapIn));
   for (auto _ : state) {
-    const auto content = FilledContent();
-    if (documentState.IsModified(content->SnapIn(kSnapIn), {})) state.SkipWithError("modified");
+    console::SaveSnapshot snapshot;
+    Fill(snapshot);
+    if (documentState.IsModified(snapshot, {})) state.SkipWithError("modified");
   }
 }
 

@@ -13,7 +13,9 @@ list(APPEND CONSOLE_SOURCES
   document/document_format.cpp
   document/document_state.cpp
   document/recent_documents.cpp
+  document/save_snapshot.cpp
   document/utf8.cpp
+  log/log_file.cpp
   waiting/input_hold.cpp
   waiting/input_hold.h
   waiting/waiting.cpp

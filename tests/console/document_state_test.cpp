@@ -66,6 +66,43 @@ TEST(document_state, is_modified_by_an_object_of_another_state) {
   EXPECT_TRUE(state.IsModified(now, {}));
 }
 
+TEST(document_state, is_modified_by_a_changed_text) {
+  EXPECT_TRUE(Differs("before", "after", {}));
+  EXPECT_FALSE(Differs("same", "same", {}));
+}
+
+TEST(document_state, what_is_written_is_what_a_bag_would_hold) {
+  DocumentBag bag(CreateFakeObject);
+  SaveSnapshot snapshot;
+  for (platform::PropertyBag* pb : {static_cast<platform::PropertyBag*>(&bag),
+                                    static_cast<platform::PropertyBag*>(&snapshot)}) {
+    pb->WriteProperty("twice", Long{1});
+    pb->WriteProperty("twice", Long{2});
+    pb->WriteProperty("became text", true);
+    pb->WriteProperty("became text", "text");
+    pb->WriteProperty("was text", "text");
+    pb->WriteProperty("was text", false);
+    pb->WriteProperty("gone", Long{1});
+    pb->WriteProperty("gone", Long{5}, Long{5});
+    pb->WriteProperty("gone text", "text");
+    pb->WriteProperty("gone text", Long{5}, Long{5});
+    pb->WriteProperty("o", std::make_shared<FakeObject>("state"));
+    pb->WriteProperty("zero", Long{0});
+  }
+  DocumentState state;
+  state.Rebase(bag);
+  EXPECT_FALSE(state.IsModified(snapshot, {}));
+  bag.WriteProperty("zero", false);
+  EXPECT_TRUE(state.IsModified(bag, {}));
+}
+
+TEST(document_state, a_snapshot_refuses_what_a_bag_refuses) {
+  SaveSnapshot snapshot;
+  EXPECT_EQ(NumberOf([&] { snapshot.WriteProperty("a", 1.5); }), 13);
+  EXPECT_EQ(NumberOf([&] { snapshot.WriteProperty("\xFF", true); }), 5);
+  EXPECT_EQ(snapshot.ReadProperty("a", Long{7}), platform::Value(Long{7}));
+}
+
 TEST(document_state, a_rebase_makes_the_present_state_unmodified) {
   DocumentBag base;
   DocumentBag now;

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <QTemporaryDir>
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -251,6 +252,130 @@ TEST_F(document, saving_as_itself_is_a_save) {
   EXPECT_TRUE(fs::is_symlink(Path("link.orvc")));
   EXPECT_FALSE(opened->IsChangedOnDisk());
   EXPECT_EQ(TextIn(*Document::Open(Path())), Value("newer"));
+}
+
+TEST_F(document, saving_as_itself_overwrites_no_change_of_another_program_unasked) {
+  Make("mine");
+  const auto opened = Document::Open(Path());
+  Make("theirs, longer", "other.orvc");
+  fs::rename(Path("other.orvc"), Path());
+  EXPECT_TRUE(opened->IsOwnFile(Path()));
+  EXPECT_FALSE(opened->IsOwnFile(Path("other.orvc")));
+  EXPECT_NE(SentenceOf([&] {
+              opened->SaveAs(Path(), ContentOf("new"));
+            }).find("was changed by another program since it was opened"),
+            Text::npos);
+  EXPECT_EQ(TextIn(*Document::Open(Path())), Value("theirs, longer"));
+  opened->SaveAs(Path(), ContentOf("new"), true);
+  EXPECT_EQ(TextIn(*Document::Open(Path())), Value("new"));
+}
+
+TEST_F(document, a_save_does_not_replace_one_that_another_console_holds_under_its_name) {
+  Make("mine");
+  const auto opened = Document::Open(Path());
+  Make("theirs", "other.orvc");
+  fs::rename(Path("other.orvc"), Path());
+  auto holder = Document::Open(Path());
+  ASSERT_FALSE(holder->IsReadOnly());
+  EXPECT_NE(SentenceOf([&] { opened->Save(ContentOf("new"), true); }).find("it is open by "),
+            Text::npos);
+  EXPECT_EQ(TextIn(*opened), Value("mine"));
+  EXPECT_FALSE(holder->IsChangedOnDisk());
+  holder.reset();
+  opened->Save(ContentOf("new"), true);
+  EXPECT_EQ(TextIn(*Document::Open(Path())), Value("new"));
+}
+
+TEST_F(document, opening_the_one_that_is_open_reads_it_again_and_keeps_the_hold) {
+  Make("mine");
+  auto opened = Document::Open(Path());
+  Document().SaveAs(Path("other.orvc"), ContentOf("edited by hand"));
+  WriteBytes(Path(), BytesOf(Path("other.orvc")));
+  const auto again = Document::Open(Path(), {}, opened.get());
+  opened.reset();
+  EXPECT_EQ(TextIn(*again), Value("edited by hand"));
+  EXPECT_FALSE(again->IsReadOnly());
+  EXPECT_FALSE(again->IsChangedOnDisk());
+  EXPECT_TRUE(Document::Open(Path())->IsReadOnly());
+  again->Save(ContentOf("saved"));
+  EXPECT_EQ(TextIn(*Document::Open(Path())), Value("saved"));
+}
+
+TEST_F(document, opening_the_one_that_is_open_leaves_it_when_the_file_is_damaged) {
+  Make("mine");
+  const auto opened = Document::Open(Path());
+  const Text sWhole = BytesOf(Path());
+  WriteBytes(Path(), sWhole.substr(0, sWhole.size() / 2) + "x");
+  EXPECT_EQ(NumberOf([&] { Document::Open(Path(), {}, opened.get()); }), failure::kDocument);
+  EXPECT_EQ(TextIn(*opened), Value("mine"));
+  EXPECT_FALSE(opened->IsReadOnly());
+  EXPECT_TRUE(opened->IsChangedOnDisk());
+  opened->Save(ContentOf("whole again"), true);
+  EXPECT_EQ(TextIn(*Document::Open(Path())), Value("whole again"));
+}
+
+TEST_F(document, opening_a_read_only_one_again_takes_it_when_it_is_free) {
+  Make("x");
+  auto holder = Document::Open(Path());
+  const auto second = Document::Open(Path());
+  holder.reset();
+  EXPECT_FALSE(Document::Open(Path(), {}, second.get())->IsReadOnly());
+}
+
+int NoLocksHere(int /*iDescriptor*/, int /*iOperation*/) {
+  errno = ENOLCK;
+  return -1;
+}
+
+TEST_F(document, a_file_system_without_locks_keeps_nobody_from_writing) {
+  Make("old");
+  const auto file = DocumentFile::Open(Path(), NoLocksHere);
+  EXPECT_FALSE(file->IsReadOnly()) << file->ReadOnlyReason();
+  WriteBytes(Path(".plant.orvc.saving"), "half a docu");
+  file->Replace("new");
+  EXPECT_EQ(BytesOf(Path()), "new");
+  DocumentFile::Create(Path(), "newer", NoLocksHere);
+  EXPECT_EQ(BytesOf(Path()), "newer");
+  DocumentFile::Create(Path("first.orvc"), "first", NoLocksHere);
+  EXPECT_EQ(BytesOf(Path("first.orvc")), "first");
+  EXPECT_EQ(FilesInFolder(), 2U);
+}
+
+TEST_F(document, a_file_of_absurd_size_is_refused_before_it_is_read) {
+  Make("x");
+  fs::resize_file(Path(), std::uintmax_t{1} << 40);
+  EXPECT_EQ(SentenceOf([&] { Document::Open(Path()); }),
+            "The document " + Path() +
+                " cannot be read: it is larger than 1024 megabytes, which no document is; look at "
+                "the file and your rights on it.");
+  EXPECT_EQ(NumberOf([&] { Document::Open(Path()); }), failure::kDocument);
+}
+
+TEST_F(document, a_large_file_of_another_kind_is_told_by_its_first_line) {
+  WriteBytes(Path(), "{\"format\":\"other\"}\n");
+  fs::resize_file(Path(), std::uintmax_t{1} << 40);
+  EXPECT_EQ(SentenceOf([&] { Document::Open(Path()); }),
+            "The file " + Path() + " is no document of ORVANE Console; open another one.");
+  WriteBytes(Path("zeros"), "");
+  fs::resize_file(Path("zeros"), std::uintmax_t{1} << 40);
+  EXPECT_EQ(SentenceOf([&] { Document::Open(Path("zeros")); }),
+            "The file " + Path("zeros") + " is no document of ORVANE Console; open another one.");
+}
+
+TEST_F(document, what_fails_without_a_sentence_fails_with_one) {
+  Make("x");
+  EXPECT_EQ(InChild([&] {
+              const auto gone = m_folder.filePath("gone").toStdString();
+              fs::create_directory(gone);
+              fs::current_path(gone);
+              fs::remove(gone);
+              const Text sSentence = SentenceOf([&] { Document::Open("plant.orvc"); });
+              return sSentence.starts_with("The document plant.orvc cannot be read: ") &&
+                             sSentence.ends_with("; look at its folder and try again.")
+                         ? 0
+                         : 1;
+            }),
+            0);
 }
 
 TEST_F(document, notices_that_another_program_changed_it) {

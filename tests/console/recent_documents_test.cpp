@@ -59,11 +59,17 @@ TEST_F(recent_documents, that_are_gone_are_forgotten) {
   EXPECT_THAT(m_recent.List(), ElementsAre(sA));
 }
 
-TEST_F(recent_documents, can_be_removed) {
+TEST_F(recent_documents, that_could_not_be_opened_are_forgotten_when_they_are_gone) {
   const Text sA = File("a.orvc");
+  const Text sB = File("b.orvc");
   m_recent.Add(sA);
-  m_recent.Remove(sA);
-  EXPECT_THAT(m_recent.List(), IsEmpty());
+  m_recent.Add(sB);
+  m_recent.RemoveIfGone(sA);
+  EXPECT_THAT(m_recent.List(), ElementsAre(sB, sA));
+  QFile::remove(QString::fromStdString(sA));
+  m_recent.RemoveIfGone(sA);
+  File("a.orvc");
+  EXPECT_THAT(m_recent.List(), ElementsAre(sB));
 }
 
 TEST_F(recent_documents, are_kept_in_the_settings) {

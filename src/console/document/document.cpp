@@ -1,6 +1,7 @@
 #include "console/document/document.h"
 
 #include <filesystem>
+#include <new>
 
 #include "console/document/document_format.h"
 #include "platform/failure.h"
@@ -10,15 +11,61 @@ namespace orvane::console {
 using platform::Boolean;
 using platform::Text;
 
+namespace {
+
+std::filesystem::path Absolute(const Text& sPath) {
+  return std::filesystem::absolute(sPath).lexically_normal();
+}
+
+/// Runs the step. What fails in it without a sentence of its own, for lack of memory for instance,
+/// fails with one.
+template <class Step>
+auto Told(const Text& sPath, const char* sWhat, Step&& step) {
+  try {
+    return step();
+  } catch (const platform::Failure&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw platform::Failure(platform::failure::kDocument,
+                            "The document " + sPath + " cannot be " + sWhat +
+                                ": there is not enough memory; close other programs first.",
+                            "Document");
+  } catch (const std::exception& e) {
+    throw platform::Failure(platform::failure::kDocument,
+                            "The document " + sPath + " cannot be " + sWhat + ": " + e.what() +
+                                "; look at its folder and try again.",
+                            "Document");
+  }
+}
+
+}  // namespace
+
 Document::Document(DocumentBag::ObjectCreator creator)
     : m_creator(std::move(creator)), m_content(std::make_unique<DocumentContent>(m_creator)) {}
 
-std::unique_ptr<Document> Document::Open(const Text& sPath, DocumentBag::ObjectCreator creator) {
-  auto document = std::make_unique<Document>(std::move(creator));
-  document->m_sPath = std::filesystem::absolute(sPath).lexically_normal().string();
-  document->m_file = DocumentFile::Open(document->m_sPath);
-  ReadDocument(document->m_file->Read(), document->m_sPath, *document->m_content);
-  return document;
+std::unique_ptr<Document> Document::Open(const Text& sPath, DocumentBag::ObjectCreator creator,
+                                         Document* present) {
+  return Told(sPath, "read", [&] {
+    auto document = std::make_unique<Document>(std::move(creator));
+    document->m_sPath = Absolute(sPath).string();
+    const auto read = [&](DocumentFile& file) {
+      CheckDocumentStart(file.Start(), document->m_sPath);
+      file.Read([&](std::string_view sBytes) {
+        ReadDocument(sBytes, document->m_sPath, *document->m_content);
+      });
+    };
+    // A lock of one's own would look like another's, so the file that has it is read.
+    if (present && present->m_file && !present->IsReadOnly() &&
+        present->m_file->IsUnder(document->m_sPath)) {
+      read(*present->m_file);
+      document->m_file = std::move(present->m_file);
+      document->m_file->Path(document->m_sPath);
+    } else {
+      document->m_file = DocumentFile::Open(document->m_sPath);
+      read(*document->m_file);
+    }
+    return document;
+  });
 }
 
 Text Document::Name() const {
@@ -31,6 +78,15 @@ Text Document::ReadOnlyReason() const {
 
 std::unique_ptr<DocumentContent> Document::NewContent() const {
   return std::make_unique<DocumentContent>(m_creator);
+}
+
+Boolean Document::IsOwnFile(const Text& sPath) const {
+  if (!m_file) return false;
+  // Another program may have put another file under the name; that is the document's own still.
+  std::error_code error;
+  const auto own = std::filesystem::weakly_canonical(m_sPath, error);
+  if (!error && std::filesystem::weakly_canonical(sPath, error) == own && !error) return true;
+  return m_file->IsUnder(sPath);
 }
 
 Boolean Document::IsChangedOnDisk() const {
@@ -49,15 +105,18 @@ void Document::Save(std::unique_ptr<DocumentContent> content, Boolean bOverwrite
             " was changed by another program since it was opened; save under another name, or "
             "open it again and lose what was done here.");
   }
-  m_file->Replace(WriteDocument(*content));
+  Told(m_sPath, "saved", [&] { m_file->Replace(WriteDocument(*content)); });
   m_content = std::move(content);
 }
 
-void Document::SaveAs(const Text& sPath, std::unique_ptr<DocumentContent> content) {
-  const Text sAbsolute = std::filesystem::absolute(sPath).lexically_normal().string();
-  if (m_file && m_file->IsUnder(sAbsolute)) return Save(std::move(content), true);
-  m_file = DocumentFile::Create(sAbsolute, WriteDocument(*content));
-  m_sPath = sAbsolute;
+void Document::SaveAs(const Text& sPath, std::unique_ptr<DocumentContent> content,
+                      Boolean bOverwriteChanged) {
+  if (IsOwnFile(sPath)) return Save(std::move(content), bOverwriteChanged);
+  Told(sPath, "saved", [&] {
+    Text sAbsolute = Absolute(sPath).string();
+    m_file = DocumentFile::Create(sAbsolute, WriteDocument(*content));
+    m_sPath = std::move(sAbsolute);
+  });
   m_content = std::move(content);
 }
 

@@ -15,9 +15,12 @@ class Document {
   explicit Document(DocumentBag::ObjectCreator creator = {});
 
   /// Reads a document. One that another console holds, or that may not be written, is opened
-  /// read-only. Fails with failure::kDocument, leaving the file untouched.
+  /// read-only. When that is the file of the document present, the hold on it passes over once
+  /// all is read, and present can no longer be saved. Fails with failure::kDocument, leaving the
+  /// file, and present, untouched.
   static std::unique_ptr<Document> Open(const platform::Text& sPath,
-                                        DocumentBag::ObjectCreator creator = {});
+                                        DocumentBag::ObjectCreator creator = {},
+                                        Document* present = nullptr);
 
   /// Absolute path, or empty for a document that was never saved.
   const platform::Text& Path() const noexcept { return m_sPath; }
@@ -32,6 +35,8 @@ class Document {
   /// An empty content for a save to fill, or for a comparison with what was saved.
   std::unique_ptr<DocumentContent> NewContent() const;
 
+  /// True when the document's own file is meant by that path.
+  platform::Boolean IsOwnFile(const platform::Text& sPath) const;
   /// True when another program has changed or replaced the file since it was last read or
   /// written here.
   platform::Boolean IsChangedOnDisk() const;
@@ -39,10 +44,11 @@ class Document {
   /// and the old file and content stay whole, when the file cannot be written, is read-only, or
   /// was changed by another program and bOverwriteChanged is false.
   void Save(std::unique_ptr<DocumentContent> content, platform::Boolean bOverwriteChanged = false);
-  /// Writes the content to another file, replacing what is there, and goes on with that file.
-  /// Fails with failure::kDocument, also when another console holds that file; the document then
-  /// stays what it was.
-  void SaveAs(const platform::Text& sPath, std::unique_ptr<DocumentContent> content);
+  /// Writes the content to another file, replacing what is there, and goes on with that file; for
+  /// the document's own file this is Save. Fails with failure::kDocument, also when another console
+  /// holds that file; the document then stays what it was.
+  void SaveAs(const platform::Text& sPath, std::unique_ptr<DocumentContent> content,
+              platform::Boolean bOverwriteChanged = false);
 
  private:
   DocumentBag::ObjectCreator m_creator;

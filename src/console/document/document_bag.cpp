@@ -12,9 +12,12 @@ using platform::Text;
 using platform::Value;
 namespace failure = platform::failure;
 
-namespace {
-
-StoredValue Stored(std::string_view sName, const Value& vtValue) {
+StoredValue ToStored(std::string_view sName, const Value& vtValue) {
+  if (!IsUtf8(sName)) {
+    throw Failure(failure::kInvalidArgument,
+                  "A property cannot be saved because its name is not UTF-8 text; rename or remove "
+                  "the item that it belongs to.");
+  }
   if (const bool* bValue = vtValue.As<bool>()) return *bValue;
   if (const auto* lValue = vtValue.As<platform::Long>()) return *lValue;
   if (const Text* sValue = vtValue.As<Text>()) return *sValue;
@@ -35,16 +38,9 @@ StoredValue Stored(std::string_view sName, const Value& vtValue) {
                     "objects that can save themselves.");
 }
 
-}  // namespace
-
 void DocumentBag::WriteProperty(std::string_view sName, const Value& vtValue,
                                 const std::optional<Value>& vtDefault) {
-  if (!IsUtf8(sName)) {
-    throw Failure(failure::kInvalidArgument,
-                  "A property cannot be saved because its name is not UTF-8 text; rename or remove "
-                  "the item that it belongs to.");
-  }
-  StoredValue value = Stored(sName, vtValue);
+  StoredValue value = ToStored(sName, vtValue);
   const auto found = m_index.find(sName);
   if (vtDefault && vtValue == *vtDefault) {
     if (found != m_index.end()) {

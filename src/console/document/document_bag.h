@@ -21,6 +21,10 @@ struct StoredObject {
 
 using StoredValue = std::variant<bool, platform::Long, platform::Text, StoredObject>;
 
+/// The value as a document stores it under that name. Fails with 5 for a name or a progid that is
+/// not UTF-8, with 13 for a value that no document holds.
+StoredValue ToStored(std::string_view sName, const platform::Value& vtValue);
+
 class DocumentBag : public platform::PropertyBag {
  public:
   /// Makes an empty object of the class of that progid; fails when it cannot.

@@ -61,9 +61,10 @@ std::filesystem::path BehindLinks(const Text& sPath) {
   return path;
 }
 
-/// False, without waiting, when another descriptor holds the lock.
-bool TryLock(const FileDescriptor& descriptor) {
-  return flock(descriptor.Get(), LOCK_EX | LOCK_NB) == 0;
+/// False, without waiting, when another descriptor holds the lock. Any other error means that this
+/// file system has no locks to give, and nobody is kept from a document by that.
+bool TryLock(const FileDescriptor& descriptor, DocumentFile::LockFunction lock) {
+  return lock(descriptor.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
 bool IsSameFile(const struct stat& a, const struct stat& b) {
@@ -97,25 +98,25 @@ Text LockedBy(const FileDescriptor& descriptor) {
 }
 
 /// A document ends with the digest of all that is before, so its end stands for the whole.
+constexpr std::size_t kEnd = 80;
+constexpr std::size_t kStart = 4096;
+
 Text EndOf(std::string_view sBytes) {
-  constexpr std::size_t kDigestLine = 80;
-  return Text(sBytes.substr(sBytes.size() - std::min(sBytes.size(), kDigestLine)));
+  return Text(sBytes.substr(sBytes.size() - std::min(sBytes.size(), kEnd)));
 }
 
-/// 0, or the error that kept the whole of the descriptor's file from being read.
-int ReadAll(const FileDescriptor& descriptor, Text& sBytes) {
-  struct stat status {};
-  if (fstat(descriptor.Get(), &status) != 0) return errno;
-  sBytes.resize(static_cast<std::size_t>(status.st_size) + 1);
+/// Up to nBytes of the descriptor's file from a place on; fewer only where the file ends. Returns
+/// 0, or the error that kept them from being read.
+int ReadAt(const FileDescriptor& descriptor, std::size_t nFrom, std::size_t nBytes, Text& sBytes) {
+  sBytes.resize(nBytes);
   std::size_t nRead = 0;
-  for (;;) {
-    const ssize_t n = pread(descriptor.Get(), sBytes.data() + nRead, sBytes.size() - nRead,
-                            static_cast<off_t>(nRead));
+  while (nRead < nBytes) {
+    const ssize_t n = pread(descriptor.Get(), sBytes.data() + nRead, nBytes - nRead,
+                            static_cast<off_t>(nFrom + nRead));
     if (n < 0 && errno == EINTR) continue;
     if (n < 0) return errno;
     if (n == 0) break;
     nRead += static_cast<std::size_t>(n);
-    if (nRead == sBytes.size()) sBytes.resize(2 * sBytes.size());
   }
   sBytes.resize(nRead);
   return 0;
@@ -161,8 +162,8 @@ int WriteAll(const FileDescriptor& descriptor, std::string_view sBytes) {
 /// writer from its first moment, so that one left behind by a crash is known by having none.
 class Successor {
  public:
-  Successor(const Text& sDocument, std::filesystem::path target)
-      : m_sDocument(sDocument), m_target(std::move(target)) {
+  Successor(const Text& sDocument, std::filesystem::path target, DocumentFile::LockFunction lock)
+      : m_sDocument(sDocument), m_target(std::move(target)), m_lock(lock) {
     m_path = m_target.parent_path() / ("." + m_target.filename().string() + ".saving");
     Create();
   }
@@ -199,7 +200,7 @@ class Successor {
       FileDescriptor created(
           open(m_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
       if (created) {
-        if (TryLock(created) && IsUnderName(created, m_path.c_str())) {
+        if (TryLock(created, m_lock) && IsUnderName(created, m_path.c_str())) {
           m_descriptor = std::move(created);
           return;
         }
@@ -214,13 +215,14 @@ class Successor {
 
   void RemoveLeftover() const {
     const FileDescriptor old(open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    if (old && !TryLock(old)) CannotWrite(m_sDocument, "another console is saving it");
+    if (old && !TryLock(old, m_lock)) CannotWrite(m_sDocument, "another console is saving it");
     if (unlink(m_path.c_str()) != 0 && errno != ENOENT) Fail(errno);
   }
 
   const Text& m_sDocument;
   std::filesystem::path m_target;
   std::filesystem::path m_path;
+  DocumentFile::LockFunction m_lock;
   FileDescriptor m_descriptor;
 };
 
@@ -243,8 +245,8 @@ FileDescriptor::~FileDescriptor() {
   if (m_iDescriptor >= 0) close(m_iDescriptor);
 }
 
-std::unique_ptr<DocumentFile> DocumentFile::Open(const Text& sPath) {
-  std::unique_ptr<DocumentFile> file(new DocumentFile(sPath));
+std::unique_ptr<DocumentFile> DocumentFile::Open(const Text& sPath, LockFunction lock) {
+  std::unique_ptr<DocumentFile> file(new DocumentFile(sPath, lock));
   // A console that saves puts another file under the name; then that one is the document.
   for (int i = 0; i < kMaxLinks; ++i) {
     file->m_descriptor = OpenExisting(sPath.c_str());
@@ -252,7 +254,7 @@ std::unique_ptr<DocumentFile> DocumentFile::Open(const Text& sPath) {
     struct stat status {};
     if (fstat(file->m_descriptor.Get(), &status) != 0) CannotRead(sPath, Reason(errno), errno);
     if (!S_ISREG(status.st_mode)) CannotRead(sPath, "it is no file");
-    const bool bLocked = TryLock(file->m_descriptor);
+    const bool bLocked = TryLock(file->m_descriptor, lock);
     if (!IsUnderName(file->m_descriptor, sPath.c_str())) continue;
     const std::filesystem::path target = BehindLinks(sPath);
     if (!bLocked) {
@@ -270,24 +272,42 @@ std::unique_ptr<DocumentFile> DocumentFile::Open(const Text& sPath) {
   CannotRead(sPath, "it is being replaced over and over");
 }
 
-std::unique_ptr<DocumentFile> DocumentFile::Create(const Text& sPath, std::string_view sBytes) {
-  std::unique_ptr<DocumentFile> file(new DocumentFile(sPath));
-  if (FileDescriptor old = OpenExisting(sPath.c_str())) {
-    if (!TryLock(old)) CannotWrite(sPath, "it is open " + LockedBy(old));
-    file->m_descriptor = std::move(old);
-  }
+std::unique_ptr<DocumentFile> DocumentFile::Create(const Text& sPath, std::string_view sBytes,
+                                                   LockFunction lock) {
+  std::unique_ptr<DocumentFile> file(new DocumentFile(sPath, lock));
   file->Replace(sBytes);
   return file;
 }
 
-Text DocumentFile::Read() {
+Text DocumentFile::Start() const {
   Text sBytes;
-  if (const int iError = ReadAll(m_descriptor, sBytes)) {
+  if (const int iError = ReadAt(m_descriptor, 0, kStart, sBytes)) {
     CannotRead(m_sPath, Reason(iError), iError);
   }
-  fstat(m_descriptor.Get(), &m_status);
-  m_sEnd = EndOf(sBytes);
   return sBytes;
+}
+
+void DocumentFile::Read(const std::function<void(std::string_view sBytes)>& take) {
+  struct stat status {};
+  if (fstat(m_descriptor.Get(), &status) != 0) CannotRead(m_sPath, Reason(errno), errno);
+  const auto nBytes = static_cast<std::size_t>(status.st_size);
+  if (nBytes > kMaximumBytes) {
+    CannotRead(m_sPath, "it is larger than " + std::to_string(kMaximumBytes >> 20) +
+                            " megabytes, which no document is");
+  }
+  Text sBytes;
+  if (const int iError = ReadAt(m_descriptor, 0, nBytes, sBytes)) {
+    CannotRead(m_sPath, Reason(iError), iError);
+  }
+  take(sBytes);
+  m_status = status;
+  m_sEnd = EndOf(sBytes);
+}
+
+void DocumentFile::RefuseWhereAnotherHolds(FileDescriptor& held) const {
+  if (m_descriptor && IsUnderName(m_descriptor, m_sPath.c_str())) return;
+  held = OpenExisting(m_sPath.c_str());
+  if (held && !TryLock(held, m_lock)) CannotWrite(m_sPath, "it is open " + LockedBy(held));
 }
 
 void DocumentFile::Replace(std::string_view sBytes) {
@@ -298,9 +318,11 @@ void DocumentFile::Replace(std::string_view sBytes) {
   struct stat old {};
   const bool bExists = stat(target.c_str(), &old) == 0;
   if (bExists && !S_ISREG(old.st_mode)) CannotWrite(m_sPath, "it is no file");
+  FileDescriptor held;
+  if (bExists) RefuseWhereAnotherHolds(held);
   // A name in a folder of one's own can be taken from a file that one may not write.
   if (bExists && access(target.c_str(), W_OK) != 0) CannotWrite(m_sPath, Reason(errno), errno);
-  Successor successor(m_sPath, target);
+  Successor successor(m_sPath, target, m_lock);
   if (bExists) successor.TakeAttributes(old);
   m_descriptor = successor.Finish(sBytes);
   fstat(m_descriptor.Get(), &m_status);
@@ -316,10 +338,11 @@ Boolean DocumentFile::IsChanged() const {
       now.st_mtim.tv_nsec == m_status.st_mtim.tv_nsec) {
     return false;
   }
-  Text sBytes;
+  if (now.st_size != m_status.st_size) return true;
+  Text sEnd;
   const FileDescriptor descriptor = OpenExisting(m_sPath.c_str());
-  return !descriptor || now.st_size != m_status.st_size || ReadAll(descriptor, sBytes) != 0 ||
-         EndOf(sBytes) != m_sEnd;
+  const std::size_t nFrom = static_cast<std::size_t>(now.st_size) - m_sEnd.size();
+  return !descriptor || ReadAt(descriptor, nFrom, m_sEnd.size(), sEnd) != 0 || sEnd != m_sEnd;
 }
 
 Boolean DocumentFile::IsUnder(const Text& sPath) const {

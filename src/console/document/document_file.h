@@ -3,8 +3,10 @@
 // stale lock. User-interface thread.
 #pragma once
 
+#include <sys/file.h>
 #include <sys/stat.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -32,19 +34,32 @@ class FileDescriptor {
 
 class DocumentFile {
  public:
-  /// Opens the file and takes its lock if it can; otherwise the file is read-only. Fails with
-  /// failure::kDocument when it cannot be read or is no regular file.
-  static std::unique_ptr<DocumentFile> Open(const platform::Text& sPath);
+  /// Takes the lock of a descriptor as flock does.
+  using LockFunction = int (*)(int iDescriptor, int iOperation);
+  /// Beyond that a file is no document: a hundred times what a hundred thousand tables need.
+  static constexpr std::size_t kMaximumBytes = std::size_t{1} << 30;
+
+  /// Opens the file and takes its lock; when another console has it, the file is read-only. On a
+  /// file system without locks it is opened without one. Fails with failure::kDocument when it
+  /// cannot be read or is no regular file.
+  static std::unique_ptr<DocumentFile> Open(const platform::Text& sPath, LockFunction lock = flock);
   /// Writes a file of that name, replacing one that is there, and holds it. Fails with
   /// failure::kDocument, with nothing changed, when that cannot be done or another console holds
   /// the file.
-  static std::unique_ptr<DocumentFile> Create(const platform::Text& sPath, std::string_view sBytes);
+  static std::unique_ptr<DocumentFile> Create(const platform::Text& sPath, std::string_view sBytes,
+                                              LockFunction lock = flock);
 
-  /// All bytes of the file.
-  platform::Text Read();
+  /// The first bytes of the file, a few thousand at most: enough to tell a document by.
+  platform::Text Start() const;
+  /// Hands all bytes of the file to take. Unless it fails, they are from then on those that the
+  /// file is held against. Fails with failure::kDocument, also for a file beyond kMaximumBytes.
+  void Read(const std::function<void(std::string_view sBytes)>& take);
+  /// Goes on under another name of this same file.
+  void Path(const platform::Text& sPath) { m_sPath = sPath; }
   /// Replaces the file in one step: whoever opens it finds all of the old or all of the new
   /// bytes, also after a crash. Mode and owner stay, and a symbolic link stays one. Fails with
-  /// failure::kDocument and the old file as it was.
+  /// failure::kDocument and the old file as it was, also when another console holds the file that
+  /// has taken its name meanwhile.
   void Replace(std::string_view sBytes);
 
   platform::Boolean IsReadOnly() const noexcept { return !m_sReadOnlyReason.empty(); }
@@ -57,9 +72,12 @@ class DocumentFile {
   platform::Boolean IsUnder(const platform::Text& sPath) const;
 
  private:
-  explicit DocumentFile(platform::Text sPath) : m_sPath(std::move(sPath)) {}
+  DocumentFile(platform::Text sPath, LockFunction lock) : m_sPath(std::move(sPath)), m_lock(lock) {}
+  /// Fails when another console holds the file that is now under the name; otherwise holds it.
+  void RefuseWhereAnotherHolds(FileDescriptor& held) const;
 
   platform::Text m_sPath;  // as the user knows it
+  LockFunction m_lock;
   FileDescriptor m_descriptor;
   platform::Text m_sReadOnlyReason;
   struct stat m_status {};

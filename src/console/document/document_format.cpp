@@ -170,8 +170,10 @@ class Reader {
   Reader(std::string_view sBytes, const Text& sName, DocumentContent& content)
       : m_sBytes(sBytes), m_sName(sName), m_content(content) {}
 
+  void ReadHeader() { ReadHeader(NextLine()); }
+
   void Read() {
-    ReadHeader(NextLine());
+    ReadHeader();
     for (;;) {
       const std::size_t nBefore = m_nPosition;
       const std::string_view sLine = NextLine();
@@ -333,6 +335,11 @@ Text WriteDocument(const DocumentContent& content) {
   }
   sFile += Text(kDigestStart) + Digest(sFile) + "\"}\n";
   return sFile;
+}
+
+void CheckDocumentStart(std::string_view sBytes, const Text& sName) {
+  DocumentContent unused;
+  Reader(sBytes, sName, unused).ReadHeader();
 }
 
 void ReadDocument(std::string_view sBytes, const Text& sName, DocumentContent& content) {

@@ -19,27 +19,23 @@ std::string_view WithoutOptions(std::string_view sText, std::span<const Text> op
   }
 }
 
-bool Equal(const StoredValue& base, const StoredValue& now, std::span<const Text> optionTexts) {
-  if (base == now) return true;
-  const Text* sBase = std::get_if<Text>(&base);
-  const Text* sNow = std::get_if<Text>(&now);
-  return sBase && sNow && WithoutOptions(*sBase, optionTexts) == WithoutOptions(*sNow, optionTexts);
+bool Equal(const Text& sBase, const Text& sNow, std::span<const Text> optionTexts) {
+  return sBase == sNow || WithoutOptions(sBase, optionTexts) == WithoutOptions(sNow, optionTexts);
 }
 
 }  // namespace
 
-void DocumentState::Rebase(const DocumentBag& bag) {
-  m_base.clear();
-  m_base.reserve(bag.Count());
-  for (const DocumentBag::Entry& entry : bag.Entries()) m_base.emplace(entry.sName, entry.value);
+void DocumentState::Rebase(const SaveSnapshot& snapshot) {
+  m_texts = snapshot.Texts();
+  m_marks = snapshot.Marks();
 }
 
-bool DocumentState::IsModified(const DocumentBag& bag, std::span<const Text> optionTexts) const {
-  if (bag.Count() != m_base.size()) return true;
-  return !std::all_of(bag.Entries().begin(), bag.Entries().end(), [&](const auto& entry) {
-    const auto found = m_base.find(entry.sName);
-    return found != m_base.end() && Equal(found->second, entry.value, optionTexts);
-  });
+bool DocumentState::IsModified(const SaveSnapshot& snapshot,
+                               std::span<const Text> optionTexts) const {
+  const auto isEqual = [&](const auto& base, const auto& now) {
+    return base.first == now.first && Equal(base.second, now.second, optionTexts);
+  };
+  return snapshot.Marks() != m_marks || !std::ranges::equal(m_texts, snapshot.Texts(), isEqual);
 }
 
 }  // namespace orvane::console

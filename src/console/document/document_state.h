@@ -3,25 +3,25 @@
 #pragma once
 
 #include <span>
-#include <unordered_map>
 
-#include "console/document/document_bag.h"
+#include "console/document/save_snapshot.h"
 
 namespace orvane::console {
 
 class DocumentState {
  public:
-  /// Makes the bag's present content the one to compare with: after a load, after a save, and
-  /// after browsing in a document that was unmodified before.
-  void Rebase(const DocumentBag& bag);
+  /// Makes this the one to compare with: after a load, after a save, and after browsing in a
+  /// document that was unmodified before.
+  void Rebase(const SaveSnapshot& snapshot);
 
-  /// True when the bag differs from the base. The option texts are those of the connections
+  /// True when the snapshot differs from the base. The option texts are those of the connections
   /// opened in this session; a text that differs only by some of them at its end is equal, since
   /// connecting alone is no work to be saved.
-  bool IsModified(const DocumentBag& bag, std::span<const platform::Text> optionTexts) const;
+  bool IsModified(const SaveSnapshot& snapshot, std::span<const platform::Text> optionTexts) const;
 
  private:
-  std::unordered_map<platform::Text, StoredValue> m_base;
+  SaveSnapshot::TextsByName m_texts;
+  std::vector<SaveSnapshot::Mark> m_marks;
 };
 
 }  // namespace orvane::console

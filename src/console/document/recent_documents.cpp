@@ -3,7 +3,7 @@
 #include <QFileInfo>
 #include <QSettings>
 #include <QStringList>
-#include <algorithm>
+#include <filesystem>
 
 namespace orvane::console {
 
@@ -17,6 +17,15 @@ QString Absolute(const Text& sPath) {
   return QFileInfo(QString::fromStdString(sPath)).absoluteFilePath();
 }
 
+/// One that cannot be looked at, for lack of rights or because a server does not answer, may be
+/// there again tomorrow.
+bool IsGone(const QString& path) {
+  std::error_code error;
+  const auto type = std::filesystem::status(path.toStdString(), error).type();
+  return type == std::filesystem::file_type::not_found ||
+         type == std::filesystem::file_type::directory;
+}
+
 }  // namespace
 
 void RecentDocuments::Add(const Text& sPath) {
@@ -28,16 +37,16 @@ void RecentDocuments::Add(const Text& sPath) {
   m_settings.setValue(kKey, paths);
 }
 
-void RecentDocuments::Remove(const Text& sPath) {
+void RecentDocuments::RemoveIfGone(const Text& sPath) {
+  const QString path = Absolute(sPath);
+  if (!IsGone(path)) return;
   QStringList paths = m_settings.value(kKey).toStringList();
-  paths.removeAll(Absolute(sPath));
-  m_settings.setValue(kKey, paths);
+  if (paths.removeAll(path) > 0) m_settings.setValue(kKey, paths);
 }
 
 std::vector<Text> RecentDocuments::List() {
   QStringList paths = m_settings.value(kKey).toStringList();
-  const auto isMissing = [](const QString& path) { return !QFileInfo(path).isFile(); };
-  if (paths.removeIf(isMissing) > 0) m_settings.setValue(kKey, paths);
+  if (paths.removeIf(IsGone) > 0) m_settings.setValue(kKey, paths);
   std::vector<Text> result;
   for (const QString& path : std::as_const(paths)) result.push_back(path.toStdString());
   return result;

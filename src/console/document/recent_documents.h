@@ -19,8 +19,9 @@ class RecentDocuments {
 
   /// Puts the document first; of more than kMaximum the oldest is dropped.
   void Add(const platform::Text& sPath);
-  /// Forgets a document, for one that could not be opened.
-  void Remove(const platform::Text& sPath);
+  /// Forgets a document that could not be opened, if it is no longer there. One that is damaged, or
+  /// may not be read, stays: it can be mended.
+  void RemoveIfGone(const platform::Text& sPath);
   /// The documents that still exist; those that do not are forgotten.
   std::vector<platform::Text> List();
 
