@@ -1,6 +1,7 @@
 # The window: scope pane, result pane, menus, toolbars.
 list(APPEND CONSOLE_SOURCES
   app/appearance.cpp
+  app/display_guard.cpp
   app/host.cpp
   app/tour.cpp
   app/threads_end.h

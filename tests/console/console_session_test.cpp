@@ -379,7 +379,7 @@ TEST_F(ConsoleSessionTest, selection_has_the_published_types_and_positions) {
   EXPECT_THROW(static_cast<void>(both.ScopeItem(3)), Failure);
 }
 
-TEST_F(ConsoleSessionTest, commands_and_browsing_are_told_apart) {
+TEST_F(ConsoleSessionTest, commands_browsing_and_finding_are_told_apart) {
   std::vector<ConsoleSession::EventKind> kinds;
   Start();
   QObject listener;
@@ -389,7 +389,7 @@ TEST_F(ConsoleSessionTest, commands_and_browsing_are_told_apart) {
   m_session->Select(Find("alpha"));
   m_session->ClickMenu("m", 1, HostedSelection({m_session->Selected()}));
   using enum ConsoleSession::EventKind;
-  EXPECT_THAT(kinds, ElementsAre(Browsing, Browsing, Command));
+  EXPECT_THAT(kinds, ElementsAre(Finding, Browsing, Command));
 }
 
 }  // namespace

@@ -47,6 +47,7 @@ struct Script {
   Text sRead;             ///< what it read
   std::vector<Text> log;
   int iAlive = 0;
+  int iWrites = 0;  ///< how often it was asked for what it has to save
   std::map<Text, std::vector<platform::MenuItem>> menus;  ///< by node type
 
   bool Has(const Text& sEntry) const {
@@ -112,6 +113,7 @@ class FakeSnapIn final : public platform::SnapIn {
     return m_script->bReadWhole;
   }
   Boolean SnapIn_WriteProperties(platform::PropertyBag& pb) override {
+    ++m_script->iWrites;
     pb.WriteProperty("Text", m_script->sSaved);
     if (!m_script->bWriteWhole) ReportFailure(m_services, "The options cannot be read.");
     return m_script->bWriteWhole;

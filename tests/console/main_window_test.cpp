@@ -4,6 +4,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
@@ -12,6 +13,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSplitter>
@@ -68,6 +70,12 @@ void Press(QWidget* box, QMessageBox::StandardButton button) {
   QTest::mouseClick(message->button(button), Qt::LeftButton);
 }
 
+class NotedFailures final : public platform::FailureLog {
+ public:
+  void Note(const platform::Failure& failure) noexcept override { failures.push_back(failure); }
+  std::vector<platform::Failure> failures;
+};
+
 class MainWindowTest : public testing::Test {
  protected:
   MainWindowTest() : m_settings(m_folder.filePath("settings.ini"), QSettings::IniFormat) {
@@ -80,9 +88,10 @@ class MainWindowTest : public testing::Test {
   void MakeWindow() {
     WindowParts parts;
     parts.create = fakes::MakeCreator(m_script);
-    m_boxes = std::make_shared<MessageBoxes>();
+    m_boxes = std::make_shared<MessageBoxes>(m_log);
     parts.services.ui = m_boxes;
     parts.boxes = m_boxes.get();
+    parts.eventEnded = [this] { ++m_iEventsEnded; };
     parts.settings = &m_settings;
     m_window = std::make_unique<MainWindow>(std::move(parts));
     m_window->show();
@@ -145,6 +154,8 @@ class MainWindowTest : public testing::Test {
   QTemporaryDir m_folder;
   QSettings m_settings;
   std::shared_ptr<Script> m_script = std::make_shared<Script>();
+  int m_iEventsEnded = 0;
+  std::shared_ptr<NotedFailures> m_log = std::make_shared<NotedFailures>();
   std::shared_ptr<MessageBoxes> m_boxes;
   std::unique_ptr<MainWindow> m_window;
 };
@@ -607,8 +618,80 @@ TEST_F(MainWindowTest, looking_for_unsaved_work_says_nothing_to_the_user) {
   m_script->bWriteWhole = false;
   DialogAnswer answer([](QWidget* box) { Press(box, QMessageBox::Ok); });
   DoWork();
-  EXPECT_FALSE(m_window->IsModified());
+  static_cast<void>(m_window->IsModified());
   EXPECT_EQ(answer.Count(), 0);
+}
+
+TEST_F(MainWindowTest, work_that_cannot_be_saved_counts_as_unsaved) {
+  m_script->bWriteWhole = false;
+  DoWork();
+  EXPECT_TRUE(m_window->IsModified());
+  DialogAnswer answer([](QWidget* box) {
+    EXPECT_EQ(box->objectName(), "unsavedWorkBox");
+    QTest::keyClick(box, Qt::Key_Escape);
+  });
+  EXPECT_FALSE(m_window->close());
+  EXPECT_EQ(answer.Count(), 1);
+}
+
+TEST_F(MainWindowTest, moving_about_asks_the_snap_in_for_nothing_that_is_saved) {
+  ExpandToTables();
+  EXPECT_FALSE(m_window->IsModified());
+  ASSERT_TRUE(Waits([&] { return m_script->iWrites >= 2; }));
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  QTest::mouseClick(m_window->findChild<QLineEdit*>("fakeControl"), Qt::LeftButton);
+  const int iBefore = m_script->iWrites;
+  ClickItem("alpha.Catalogs.Machine.Data2");
+  ClickItem("beta");
+  EXPECT_EQ(m_script->iWrites, iBefore);
+  // The click into the control is looked at when it is calm, and nothing else is.
+  EXPECT_TRUE(Waits([&] { return m_script->iWrites == iBefore + 1; }));
+  QElapsedTimer calm;
+  calm.start();
+  EXPECT_TRUE(Waits([&] { return calm.elapsed() > 800; }));
+  EXPECT_EQ(m_script->iWrites, iBefore + 1);
+}
+
+TEST_F(MainWindowTest, owner_hears_of_the_end_of_each_event) {
+  const int iBefore = m_iEventsEnded;
+  ClickExpandMark("");
+  EXPECT_GT(m_iEventsEnded, iBefore);
+  const int iExpanded = m_iEventsEnded;
+  ASSERT_TRUE(m_window->NewDocument());
+  EXPECT_GT(m_iEventsEnded, iExpanded);
+}
+
+TEST_F(MainWindowTest, selection_spans_the_whole_row_of_the_scope_pane) {
+  ClickExpandMark("");
+  ClickItem("alpha");
+  const auto rect = Scope().visualRect(IndexOf("alpha"));
+  const int iMiddle = rect.center().y();
+  const auto colours = [&] {
+    const auto picture = Scope().viewport()->grab().toImage();
+    return std::vector<QColor>{picture.pixelColor(1, iMiddle),
+                               picture.pixelColor(picture.width() - 2, iMiddle)};
+  };
+  const auto highlight = Scope().palette().color(QPalette::Highlight);
+  EXPECT_THAT(colours(), ElementsAre(highlight, highlight));
+  // The row can be hit where it is seen, and leaves nothing behind.
+  const auto other = Scope().visualRect(IndexOf("beta"));
+  QTest::mouseClick(Scope().viewport(), Qt::LeftButton, {},
+                    {Scope().viewport()->width() - 3, other.center().y()});
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("beta"));
+  const auto base = Scope().palette().color(QPalette::Base);
+  EXPECT_THAT(colours(), ElementsAre(base, base));
+}
+
+TEST_F(MainWindowTest, long_name_in_the_scope_pane_is_scrolled_to_and_a_wider_pane_shows_it) {
+  m_script->expand = [](Services& services, const ScopeItemPtr& item) {
+    fakes::AddItem(services, item, "Server", "long", Text(200, 'm'), true);
+  };
+  ClickExpandMark("");
+  EXPECT_GT(Scope().horizontalScrollBar()->maximum(), 0);
+  Session().Tree().Remove("long");
+  Settle();
+  EXPECT_TRUE(Waits([&] { return Scope().horizontalScrollBar()->maximum() == 0; }));
 }
 
 TEST_F(MainWindowTest, save_as_and_open_bring_everything_back) {
@@ -725,6 +808,77 @@ TEST_F(MainWindowTest, document_that_cannot_be_opened_leaves_the_present_one) {
   EXPECT_EQ(answer.Count(), 1);
   EXPECT_EQ(m_window->windowTitle(), "plant[*] - ORVANE Console");
   EXPECT_NE(Find("alpha"), nullptr);
+}
+
+TEST_F(MainWindowTest, open_document_stays_when_opening_it_again_finds_it_damaged) {
+  ASSERT_TRUE(m_window->SaveTo(Path("plant.orvc")));
+  ClickExpandMark("");
+  QFile file(m_folder.filePath("plant.orvc"));
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(file.resize(file.size() / 2));
+  file.close();
+  m_script->log.clear();
+  {
+    DialogAnswer answer([](QWidget* box) { Press(box, QMessageBox::Ok); });
+    EXPECT_FALSE(m_window->OpenDocument(Path("plant.orvc")));
+    EXPECT_EQ(answer.Count(), 1);
+  }
+  EXPECT_THAT(m_script->log, Not(Contains("Terminate")));
+  EXPECT_NE(Find("alpha"), nullptr);
+  EXPECT_EQ(m_window->windowTitle(), "plant[*] - ORVANE Console");
+  // What is in memory can be saved over the damaged file.
+  DialogAnswer answer([](QWidget* box) {
+    EXPECT_EQ(box->objectName(), "changedOnDiskBox");
+    for (auto* button : qobject_cast<QMessageBox*>(box)->buttons()) {
+      if (button->text().contains("Replace")) button->click();
+    }
+  });
+  EXPECT_TRUE(m_window->Save());
+  EXPECT_TRUE(m_window->OpenDocument(Path("plant.orvc")));
+  EXPECT_FALSE(m_window->Document().IsReadOnly());
+}
+
+TEST_F(MainWindowTest, saving_as_its_own_name_asks_before_a_change_of_another_program_is_replaced) {
+  ASSERT_TRUE(m_window->SaveTo(Path("plant.orvc")));
+  QFile file(m_folder.filePath("plant.orvc"));
+  ASSERT_TRUE(file.open(QIODevice::Append));
+  file.write("theirs");
+  file.close();
+  DialogAnswer answer([](QWidget* box) {
+    EXPECT_EQ(box->objectName(), "changedOnDiskBox");
+    QTest::keyClick(box, Qt::Key_Escape);
+  });
+  EXPECT_FALSE(m_window->SaveTo(Path("plant.orvc")));
+  EXPECT_EQ(answer.Count(), 1);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(file.readAll().endsWith("theirs"));
+}
+
+TEST_F(MainWindowTest, recent_document_is_forgotten_only_when_it_is_gone) {
+  ASSERT_TRUE(m_window->SaveTo(Path("plant.orvc")));
+  m_window->NewDocument();
+  const auto recent = [&] { return m_settings.value("recentDocuments").toStringList().size(); };
+  QFile file(m_folder.filePath("plant.orvc"));
+  ASSERT_TRUE(file.resize(3));
+  DialogAnswer answer([](QWidget* box) { Press(box, QMessageBox::Ok); });
+  EXPECT_FALSE(m_window->OpenDocument(Path("plant.orvc")));
+  EXPECT_EQ(recent(), 1);
+  ASSERT_TRUE(file.remove());
+  EXPECT_FALSE(m_window->OpenDocument(Path("plant.orvc")));
+  EXPECT_EQ(recent(), 0);
+}
+
+TEST_F(MainWindowTest, failures_around_a_document_are_noted_in_the_log) {
+  DialogAnswer answer([](QWidget* box) { Press(box, QMessageBox::Ok); });
+  EXPECT_FALSE(m_window->OpenDocument(Path("missing.orvc")));
+  ASSERT_EQ(m_log->failures.size(), 1U);
+  EXPECT_EQ(m_log->failures[0].Number(), 3810);
+  EXPECT_EQ(m_log->failures[0].Source(), "DocumentFile");
+  EXPECT_EQ(m_log->failures[0].NativeError(), ENOENT);
+  m_script->bFailCreate = true;
+  m_window->NewDocument();
+  ASSERT_EQ(m_log->failures.size(), 2U);
+  EXPECT_EQ(m_log->failures[1].Number(), 3809);
 }
 
 TEST_F(MainWindowTest, second_opener_gets_the_document_read_only_and_is_told) {

@@ -5,15 +5,25 @@
 #include "console/dialogs/logon_dialog.h"
 #include "console/dialogs/message_boxes.h"
 #include "console/forms/qt_forms.h"
+#include "console/log/log_file.h"
 #include "console/waiting/waiting.h"
 
 namespace orvane::console {
 
 using platform::Text;
 
+namespace {
+
+std::shared_ptr<platform::FailureLog> StandardLog() {
+  auto path = LogFile::StandardPath();
+  return path ? std::make_shared<LogFile>(*std::move(path)) : nullptr;
+}
+
+}  // namespace
+
 Host::Host(const std::optional<std::filesystem::path>& registryFolder)
     : m_runtime(component::Registry::Standard(registryFolder)),
-      m_boxes(std::make_shared<MessageBoxes>()) {
+      m_boxes(std::make_shared<MessageBoxes>(StandardLog())) {
   m_services.ui = m_boxes;
   m_services.forms = std::make_shared<QtForms>();
   m_services.fileVersion = std::make_shared<component::FileVersion>();
@@ -34,6 +44,7 @@ WindowParts Host::Parts(QSettings* settings) {
   parts.services = m_services;
   parts.boxes = m_boxes.get();
   parts.optionTexts = [this] { return m_dataAccess->OptionTexts(); };
+  parts.eventEnded = [this] { m_dataAccess->ForgetClasses(); };
   parts.settings = settings;
   return parts;
 }

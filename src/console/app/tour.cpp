@@ -10,12 +10,12 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTableView>
 #include <QTimer>
 #include <ostream>
 
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
-#include "platform/conversions.h"
 #include "platform/failure.h"
 
 namespace orvane::console {
@@ -27,7 +27,7 @@ namespace failure = platform::failure;
 namespace {
 
 constexpr qint64 kPatienceMilliseconds = 120'000;
-constexpr platform::RowIndex kPrintedRows = 10;
+constexpr int kPrintedRows = 10;
 
 void PressKey(QWidget* widget, Qt::Key key) {
   for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
@@ -184,32 +184,29 @@ void Tour::PrintTree(const ScopeTreeItem& item, int iLevel) {
 }
 
 void Tour::PrintRows(const platform::RecordsetPtr& recordset) {
-  if (!recordset) throw Failure(failure::kObjectNotSet, "The grid shows no rows.", "tour");
-  std::vector<std::vector<Text>> lines(1);
-  for (platform::ColumnIndex c = 0; c < recordset->FieldCount(); ++c) {
-    lines[0].push_back(recordset->FieldAt(c).Name());
+  // Taken from the grid, so that they read as in the picture: times in the connection's zone.
+  const auto* grid = m_window.Results().findChild<QTableView*>("rows");
+  if (!recordset || !grid) {
+    throw Failure(failure::kObjectNotSet, "The grid shows no rows.", "tour");
   }
-  const auto nRows = std::min(recordset->RecordCount(), kPrintedRows);
-  for (platform::RowIndex r = 0; r < nRows; ++r) {
-    auto& line = lines.emplace_back();
-    for (platform::ColumnIndex c = 0; c < recordset->FieldCount(); ++c) {
-      line.push_back(platform::ToText(recordset->ValueAt(r, c)));
-    }
-  }
-  PrintColumns(m_out, lines);
+  PrintModel(*grid->model(), kPrintedRows);
   m_out << "  " << recordset->RecordCount() << " rows\n";
 }
 
 void Tour::PrintList() {
-  const auto* model = m_window.Results().List().DetailsView()->model();
+  const auto& model = *m_window.Results().List().DetailsView()->model();
+  PrintModel(model, model.rowCount());
+}
+
+void Tour::PrintModel(const QAbstractItemModel& model, int iMostRows) {
   std::vector<std::vector<Text>> lines(1);
-  for (int c = 0; c < model->columnCount(); ++c) {
-    lines[0].push_back(model->headerData(c, Qt::Horizontal).toString().toStdString());
+  for (int c = 0; c < model.columnCount(); ++c) {
+    lines[0].push_back(model.headerData(c, Qt::Horizontal).toString().toStdString());
   }
-  for (int r = 0; r < model->rowCount(); ++r) {
+  for (int r = 0; r < std::min(model.rowCount(), iMostRows); ++r) {
     auto& line = lines.emplace_back();
-    for (int c = 0; c < model->columnCount(); ++c) {
-      line.push_back(model->index(r, c).data().toString().toStdString());
+    for (int c = 0; c < model.columnCount(); ++c) {
+      line.push_back(model.index(r, c).data().toString().toStdString());
     }
   }
   PrintColumns(m_out, lines);

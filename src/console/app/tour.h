@@ -34,6 +34,7 @@ class Tour final : public QObject {
   void PrintTree(const ScopeTreeItem& item, int iLevel);
   void PrintRows(const platform::RecordsetPtr& recordset);
   void PrintList();
+  void PrintModel(const QAbstractItemModel& model, int iMostRows);
   ScopeTreeItemPtr FindTable() const;
   ScopeTreeItemPtr FirstOf(const ScopeTreeItemPtr& item, const char* sType) const;
 

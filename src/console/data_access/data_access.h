@@ -22,8 +22,12 @@ class DataAccess : public platform::ObjectFactory {
   platform::TableQueryPtr CreateTableQuery() override;
 
   /// An empty object of the class, for one that lies in a document. Fails with
-  /// failure::kComponent. The class is looked up at the first only: a document holds thousands.
+  /// failure::kComponent. The class is looked up at the first only, until ForgetClasses: a document
+  /// holds thousands of one.
   platform::ObjectPtr CreateObject(const platform::Text& sProgId);
+  /// Looks every class up anew from now on. Called when an event of the console is over, so that a
+  /// component registered meanwhile is found.
+  void ForgetClasses() { m_makers.clear(); }
 
   /// The option texts of all connections opened so far, for DocumentState.
   std::vector<platform::Text> OptionTexts() const { return m_optionTexts->All(); }

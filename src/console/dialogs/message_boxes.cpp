@@ -64,6 +64,10 @@ void MessageBoxes::DoEvents() {
   QApplication::processEvents();
 }
 
+void MessageBoxes::Note(const platform::Failure& failure) noexcept {
+  if (m_log && !m_suppression) m_log->Note(failure);
+}
+
 MessageBoxSuppression::MessageBoxSuppression(MessageBoxes& boxes)
     : m_boxes(boxes), m_outer(boxes.m_suppression) {
   boxes.m_suppression = this;

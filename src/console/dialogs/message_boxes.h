@@ -1,16 +1,20 @@
 // Message box, mouse pointer, beep and pending events on the toolkit: the UserInterface that
-// components are handed. User-interface thread.
+// components are handed. Failures for the log go to the one it was made with. User-interface
+// thread.
 #pragma once
 
+#include <memory>
+#include <utility>
 #include <vector>
 
-#include "platform/user_interface.h"
+#include "platform/failure_log.h"
 
 namespace orvane::console {
 
-class MessageBoxes : public platform::UserInterface {
+class MessageBoxes : public platform::UserInterface, public platform::FailureLog {
  public:
-  MessageBoxes() = default;
+  /// Without a log, failures are not noted.
+  explicit MessageBoxes(std::shared_ptr<platform::FailureLog> log = {}) : m_log(std::move(log)) {}
   /// Restores the mouse pointer.
   ~MessageBoxes() override;
 
@@ -24,10 +28,13 @@ class MessageBoxes : public platform::UserInterface {
   void MousePointer(platform::Long lPointer) override;
   void Beep() override;
   void DoEvents() override;
+  /// Notes nothing while boxes are kept from being shown.
+  void Note(const platform::Failure& failure) noexcept override;
 
  private:
   friend class MessageBoxSuppression;
 
+  std::shared_ptr<platform::FailureLog> m_log;
   platform::Long m_lPointer = platform::kMousePointerDefault;
   class MessageBoxSuppression* m_suppression = nullptr;
 };

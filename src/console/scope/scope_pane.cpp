@@ -3,6 +3,7 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 
 #include "console/window/roomy_rows.h"
@@ -155,6 +156,30 @@ void ScopePane::contextMenuEvent(QContextMenuEvent* event) {
 void ScopePane::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
   if (!m_bFollowing && current.isValid()) RequestSelected();
+}
+
+void ScopePane::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  QTreeView::selectionChanged(selected, deselected);
+  // The tree view updates the items, and leaves out what is left of them.
+  viewport()->update();
+}
+
+void ScopePane::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  // A row is hit wherever it is seen, also right of a short name.
+  header()->setMinimumSectionSize(viewport()->width());
+  header()->resizeSections(QHeaderView::ResizeToContents);
+}
+
+void ScopePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const {
+  if (selectionModel() && selectionModel()->isSelected(index)) {
+    const bool bActive = option.state.testFlag(QStyle::State_Active);
+    const QRect row(0, option.rect.top(), viewport()->width(), option.rect.height());
+    painter->fillRect(
+        row, palette().brush(bActive ? QPalette::Active : QPalette::Inactive, QPalette::Highlight));
+  }
+  QTreeView::drawRow(painter, option, index);
 }
 
 }  // namespace orvane::console

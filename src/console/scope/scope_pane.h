@@ -38,6 +38,11 @@ class ScopePane final : public QTreeView {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void resizeEvent(QResizeEvent* event) override;
+  /// Marks a selected row from edge to edge.
+  void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
 
  private:
   void RequestExpansion(const QModelIndex& index);

@@ -11,6 +11,15 @@ using platform::SnapIn;
 using platform::Text;
 namespace failure = platform::failure;
 
+namespace {
+
+Failure AsFailure(const std::exception& e) {
+  const auto* failure = dynamic_cast<const Failure*>(&e);
+  return failure ? *failure : Failure(failure::kComponent, e.what(), "console");
+}
+
+}  // namespace
+
 /// One event for the snap-in, from the first handler to the last that it leads to.
 class ConsoleSession::Event {
  public:
@@ -35,8 +44,13 @@ void ConsoleSession::Call(EventKind kind, F&& handler) {
   try {
     handler(*snapIn);
   } catch (const std::exception& e) {
-    m_ui->MsgBox(e.what(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None, "Error");
+    ShowError(e);
   }
+}
+
+void ConsoleSession::ShowError(const std::exception& e) {
+  m_ui->Note(AsFailure(e));
+  m_ui->MsgBox(e.what(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None, "Error");
 }
 
 void ConsoleSession::EndEvent(EventKind kind) {
@@ -44,7 +58,9 @@ void ConsoleSession::EndEvent(EventKind kind) {
     m_tree->Flush();
     if (m_bRefreshSelection) RefreshNow();
   }
-  if (--m_iDepth == 0) emit EventEnded(kind);
+  if (--m_iDepth > 0) return;
+  const bool bFinding = std::exchange(m_bFinding, false);
+  emit EventEnded(bFinding && kind == EventKind::Browsing ? EventKind::Finding : kind);
 }
 
 ConsoleSession::ConsoleSession(Creator creator, platform::Services services,
@@ -131,7 +147,7 @@ bool ConsoleSession::Write(platform::PropertyBag& pb) {
   try {
     return m_snapIn->SnapIn_WriteProperties(pb);
   } catch (const std::exception& e) {
-    m_ui->MsgBox(e.what(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None, "Error");
+    ShowError(e);
     return false;
   }
 }
@@ -204,6 +220,7 @@ void ConsoleSession::MakeView(const platform::ResultViewDescription& description
       }
       view->HostedControl(std::move(control));
     } catch (const std::exception& e) {
+      m_ui->Note(AsFailure(e));
       view->ControlFailure(e.what());
     }
     emit ViewMade(view.get());
@@ -230,9 +247,10 @@ void ConsoleSession::Expand(const ScopeTreeItemPtr& item) {
   const bool bHadMark = item->HasExpandMark();
   const auto lErrorBoxes = m_ui->ErrorBoxes();
   {
-    const Event event(*this, EventKind::Browsing);
+    const Event event(*this, EventKind::Finding);
+    m_bFinding = true;
     m_tree->BeginExpansion(*item);
-    Call(EventKind::Browsing, [&](SnapIn& it) { it.ScopeItems_Expand(item); });
+    Call(EventKind::Finding, [&](SnapIn& it) { it.ScopeItems_Expand(item); });
     const bool bLostMark = bHadMark && !item->HasExpandMark();
     m_tree->EndExpansion(*item, m_ui->ErrorBoxes() != lErrorBoxes || bLostMark);
   }

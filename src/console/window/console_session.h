@@ -27,8 +27,9 @@ class ConsoleSession final : public QObject {
   using Creator = std::function<platform::ObjectPtr(const platform::Text& sProgId,
                                                     const platform::Services& services)>;
 
-  /// What an event means for the document: looking around, or work that may be worth saving.
-  enum class EventKind : std::uint8_t { Browsing, Command };
+  /// What an event means for the document: nothing, for moving about in what is known; something
+  /// found by expanding, which would be found again; or work that may be worth saving.
+  enum class EventKind : std::uint8_t { Browsing, Finding, Command };
 
   /// The services need a user interface; the console in them is the session's own. The images may
   /// be null and outlive the session.
@@ -107,6 +108,8 @@ class ConsoleSession final : public QObject {
   void FollowToolbar();
   void EndEvent(EventKind kind);
   void RefreshNow();
+  /// Notes what came out of a handler by mistake, and shows it as the snap-in shows its failures.
+  void ShowError(const std::exception& e);
   void Removing(const ScopeTreeItemPtr& item, bool bChildrenOnly);
 
   Creator m_creator;
@@ -121,6 +124,7 @@ class ConsoleSession final : public QObject {
   HostedControlBar m_controlBar;
   HostedVerbs m_verbs;
   int m_iDepth = 0;
+  bool m_bFinding = false;  // an expansion belongs to the event
   bool m_bShowing = false;
   std::shared_ptr<HostedToolbar> m_followed;
   bool m_bRefreshSelection = false;

@@ -22,7 +22,7 @@
 #include "console/window/notice_bar.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/unsaved_work.h"
-#include "platform/failure.h"
+#include "platform/failure_log.h"
 
 namespace orvane::console {
 
@@ -210,6 +210,7 @@ void MainWindow::FollowSession() {
   connect(session, &ConsoleSession::ExpansionFailed, m_scope, &ScopePane::ShowCollapsed);
   connect(session, &ConsoleSession::SelectionChanged, this, &MainWindow::UpdateActions);
   connect(session, &ConsoleSession::EventEnded, this, [this] {
+    if (m_parts.eventEnded) m_parts.eventEnded();
     UpdateActions();
     if (!m_wantedSelection) return;
     QMetaObject::invokeMethod(
@@ -230,11 +231,12 @@ void MainWindow::StartSession() {
         m_session->Start(sProgId, bStored ? &m_document->Content().SnapIn(sProgId) : nullptr);
     m_unsaved->Watch(m_session.get());
     m_scope->setFocus();
-  } catch (const Failure& e) {
-    m_sSnapInFailure = e.Description();
+  } catch (const std::exception& e) {
+    m_sSnapInFailure = e.what();
     m_unsaved->Watch(nullptr);
+    NoteFailure(e);
     m_results->ShowSentence(ImageList::Named("failed"), tr("The snap-in cannot be loaded."),
-                            Shown(e.Description()));
+                            Shown(m_sSnapInFailure));
   }
   ShowTitle();
   ShowNotice();
@@ -260,23 +262,18 @@ bool MainWindow::OpenDocument(Text sPath) {
   const auto create = m_parts.createStored ? m_parts.createStored : [this](const Text& sProgId) {
     return m_parts.create(sProgId, m_session->Services());
   };
+  std::unique_ptr<console::Document> document;
   try {
-    // The document that is open holds its own file, so reading it again begins with letting go.
-    const QString sSameFile = QFileInfo(Shown(sPath)).canonicalFilePath();
-    if (!sSameFile.isEmpty() && !m_document->Path().empty() &&
-        sSameFile == QFileInfo(Shown(m_document->Path())).canonicalFilePath()) {
-      CloseSession();
-      m_document = std::make_unique<console::Document>();
-    }
-    auto document = console::Document::Open(sPath, create);
-    CloseSession();
-    m_document = std::move(document);
-  } catch (const Failure& e) {
-    if (m_recent) m_recent->Remove(sPath);
+    // Read whole before anything is let go; for the document that is open, its hold passes over.
+    document = console::Document::Open(sPath, create, m_document.get());
+  } catch (const std::exception& e) {
+    if (m_recent) m_recent->RemoveIfGone(sPath);
     if (!m_session->IsOpen()) StartSession();
-    ShowFailure(Shown(e.Description()));
+    ShowFailure(e);
     return false;
   }
+  CloseSession();
+  m_document = std::move(document);
   if (m_recent) m_recent->Add(m_document->Path());
   StartSession();
   return true;
@@ -329,8 +326,8 @@ std::unique_ptr<DocumentContent> MainWindow::ContentToSave() {
 bool MainWindow::Written(const std::function<void()>& write) {
   try {
     write();
-  } catch (const Failure& e) {
-    ShowFailure(Shown(e.Description()));
+  } catch (const std::exception& e) {
+    ShowFailure(e);
     return false;
   }
   const auto* bag = m_document->Content().FindSnapIn(m_parts.sSnapInProgId);
@@ -347,21 +344,22 @@ bool MainWindow::Save() {
   if (m_document->Path().empty() || m_document->IsReadOnly()) return SaveAs();
   auto content = ContentToSave();
   if (!content) return false;
-  bool bOverwrite = false;
-  if (m_document->IsChangedOnDisk()) {
-    QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(),
-                    tr("“%1” was changed by another program.").arg(Shown(m_document->Name())),
-                    QMessageBox::NoButton, this);
-    box.setObjectName("changedOnDiskBox");
-    box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(tr("Saving replaces what that program wrote."));
-    auto* replace = box.addButton(tr("&Replace"), QMessageBox::DestructiveRole);
-    box.setDefaultButton(box.addButton(QMessageBox::Cancel));
-    box.exec();
-    if (box.clickedButton() != replace) return false;
-    bOverwrite = true;
-  }
-  return Written([&] { m_document->Save(std::move(content), bOverwrite); });
+  const bool bChanged = m_document->IsChangedOnDisk();
+  if (bChanged && !MayReplaceChanged()) return false;
+  return Written([&] { m_document->Save(std::move(content), bChanged); });
+}
+
+bool MainWindow::MayReplaceChanged() {
+  QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(),
+                  tr("“%1” was changed by another program.").arg(Shown(m_document->Name())),
+                  QMessageBox::NoButton, this);
+  box.setObjectName("changedOnDiskBox");
+  box.setTextFormat(Qt::PlainText);
+  box.setInformativeText(tr("Saving replaces what that program wrote."));
+  auto* replace = box.addButton(tr("&Replace"), QMessageBox::DestructiveRole);
+  box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+  box.exec();
+  return box.clickedButton() == replace;
 }
 
 bool MainWindow::SaveAs() {
@@ -382,11 +380,22 @@ bool MainWindow::SaveTo(const Text& sPath) {
   if (m_session->IsBusy() || !m_actSaveAs->isEnabled()) return false;
   auto content = ContentToSave();
   if (!content) return false;
-  return Written([&] { m_document->SaveAs(sPath, std::move(content)); });
+  const bool bChanged = m_document->IsOwnFile(sPath) && m_document->IsChangedOnDisk();
+  if (bChanged && !MayReplaceChanged()) return false;
+  return Written([&] { m_document->SaveAs(sPath, std::move(content), bChanged); });
 }
 
-void MainWindow::ShowFailure(const QString& sText) {
-  QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), sText,
+void MainWindow::NoteFailure(const std::exception& e) {
+  if (!m_parts.services.ui) return;
+  const auto* failure = dynamic_cast<const Failure*>(&e);
+  platform::NoteFailure(
+      *m_parts.services.ui,
+      failure ? *failure : Failure(platform::failure::kDocument, e.what(), "console"));
+}
+
+void MainWindow::ShowFailure(const std::exception& e) {
+  NoteFailure(e);
+  QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), Shown(e.what()),
                   QMessageBox::Ok, this);
   box.setObjectName("failureBox");
   box.setTextFormat(Qt::PlainText);

@@ -32,6 +32,8 @@ struct WindowParts {
   MessageBoxes* boxes = nullptr;  ///< those behind services.ui, to be silenced; or null
   /// Texts that the connections opened so far add to what is saved.
   std::function<std::vector<platform::Text>()> optionTexts;
+  /// Called when the snap-in has done with an event, a document's reading included; or none.
+  std::function<void()> eventEnded;
   QSettings* settings = nullptr;  ///< outlives the window
   platform::Text sSnapInProgId = platform::kSnapInProgId;
 };
@@ -79,8 +81,13 @@ class MainWindow final : public QMainWindow {
   bool SaveAs();
   /// What a save would write, the view included; null when the snap-in could not give all of it.
   std::unique_ptr<DocumentContent> ContentToSave();
+  /// Asks whether a document that another program has changed is to be replaced. False when the
+  /// user would rather not.
+  bool MayReplaceChanged();
   bool Written(const std::function<void()>& write);
-  void ShowFailure(const QString& sText);
+  /// Notes the failure and shows its sentence.
+  void ShowFailure(const std::exception& e);
+  void NoteFailure(const std::exception& e);
 
   void RequestSelect(const ScopeTreeItemPtr& item);
   void RequestExpand(const ScopeTreeItemPtr& item);

@@ -1,15 +1,15 @@
-// The user interface as the snap-in is handed it: passes everything on, and lets the session see
-// that a failure was reported. User-interface thread.
+// The user interface as the snap-in is handed it: passes everything on, the failures for the log
+// too, and lets the session see that a failure was reported. User-interface thread.
 #pragma once
 
 #include <memory>
 #include <utility>
 
-#include "platform/user_interface.h"
+#include "platform/failure_log.h"
 
 namespace orvane::console {
 
-class ObservedUserInterface final : public platform::UserInterface {
+class ObservedUserInterface final : public platform::UserInterface, public platform::FailureLog {
  public:
   explicit ObservedUserInterface(std::shared_ptr<platform::UserInterface> ui)
       : m_ui(std::move(ui)) {}
@@ -24,6 +24,9 @@ class ObservedUserInterface final : public platform::UserInterface {
   void MousePointer(platform::Long lPointer) override { m_ui->MousePointer(lPointer); }
   void Beep() override { m_ui->Beep(); }
   void DoEvents() override { m_ui->DoEvents(); }
+  void Note(const platform::Failure& failure) noexcept override {
+    platform::NoteFailure(*m_ui, failure);
+  }
 
   /// Failures reported since this was made.
   platform::Long ErrorBoxes() const noexcept { return m_lErrorBoxes; }

@@ -56,30 +56,31 @@ bool UnsavedWork::IsModified() {
   return m_bModified;
 }
 
-std::unique_ptr<DocumentBag> UnsavedWork::Scratch() {
+std::unique_ptr<SaveSnapshot> UnsavedWork::Snapshot() {
   if (!m_session || !m_session->IsOpen()) return nullptr;
   QElapsedTimer elapsed;
   elapsed.start();
-  auto bag = std::make_unique<DocumentBag>();
+  auto snapshot = std::make_unique<SaveSnapshot>();
   std::optional<MessageBoxSuppression> silence;
   if (m_boxes) silence.emplace(*m_boxes);
-  const bool bWhole = m_session->Write(*bag);
+  const bool bWhole = m_session->Write(*snapshot);
   // Of a large document one look in ten pauses is enough.
   m_timer.setInterval(std::max(kCalmMilliseconds,
                                static_cast<int>(std::min<qint64>(elapsed.elapsed(), 3000) * 10)));
   for (auto& sText : m_optionTexts ? m_optionTexts() : std::vector<platform::Text>()) {
     m_knownOptionTexts.insert(std::move(sText));
   }
-  return bWhole ? std::move(bag) : nullptr;
+  return bWhole ? std::move(snapshot) : nullptr;
 }
 
 void UnsavedWork::Begins(ConsoleSession::EventKind kind) {
   // Each kind of event meets the document as the other kind has left it.
-  if (kind == ConsoleSession::EventKind::Browsing && m_bLookDue) Look();
+  if (kind == ConsoleSession::EventKind::Finding && m_bLookDue) Look();
   if (kind == ConsoleSession::EventKind::Command && m_bRebaseDue) Rebase();
 }
 
 void UnsavedWork::Ended(ConsoleSession::EventKind kind) {
+  if (kind == ConsoleSession::EventKind::Browsing) return;
   if (kind == ConsoleSession::EventKind::Command) {
     m_bLookDue = true;
   } else if (!m_bModified) {
@@ -99,15 +100,16 @@ void UnsavedWork::Settle() {
 
 void UnsavedWork::Look() {
   m_bLookDue = false;
-  const auto bag = Scratch();
-  if (!bag) return;
+  if (!m_session || !m_session->IsOpen()) return;
+  const auto snapshot = Snapshot();
   const std::vector<platform::Text> texts(m_knownOptionTexts.begin(), m_knownOptionTexts.end());
-  Modified(m_state.IsModified(*bag, texts));
+  // Work that cannot be saved as it is must not be lost without a word either.
+  Modified(!snapshot || m_state.IsModified(*snapshot, texts));
 }
 
 void UnsavedWork::Rebase() {
   m_bRebaseDue = false;
-  if (const auto bag = Scratch()) m_state.Rebase(*bag);
+  if (const auto snapshot = Snapshot()) m_state.Rebase(*snapshot);
 }
 
 void UnsavedWork::Modified(bool bModified) {

@@ -1,11 +1,13 @@
 // Watches a session for work that is not saved. The snap-in does not tell, so what a save would
 // write now is compared with what was last read or written: after commands and after input to a
-// control, when things have calmed down. What browsing adds to a document without unsaved work
-// becomes part of what is compared with. User-interface thread.
+// control, when things have calmed down. What an expansion finds in a document without unsaved work
+// becomes part of what is compared with. Moving about costs nothing: it changes no document.
+// User-interface thread.
 #pragma once
 
 #include <QObject>
 #include <QTimer>
+#include <memory>
 #include <set>
 
 #include "console/document/document_state.h"
@@ -41,8 +43,8 @@ class UnsavedWork final : public QObject {
   void ModifiedChanged(bool bModified);
 
  private:
-  /// What a save would write now, or none when the snap-in cannot tell.
-  std::unique_ptr<DocumentBag> Scratch();
+  /// What a save would write now, or none when the snap-in cannot give all of it.
+  std::unique_ptr<SaveSnapshot> Snapshot();
   void Begins(ConsoleSession::EventKind kind);
   void Ended(ConsoleSession::EventKind kind);
   void Look();
