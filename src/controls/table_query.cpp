@@ -205,7 +205,9 @@ platform::Subscription TableQuery::OnChange(std::function<void()> handler) {
 }
 
 Text TableQuery::WriteState() const {
-  Text sState = "{\"catalog\":";
+  Text sState;
+  sState.reserve(256);
+  sState += "{\"catalog\":";
   AppendText(sState, m_state.sCatalog);
   sState.append(",\"class\":\"").append(platform::kTableQueryProgId).append("\",\"columns\":[");
   const char* sComma = "";

@@ -115,15 +115,6 @@ TEST_F(data_access, looks_a_class_up_anew_once_it_may_forget) {
   EXPECT_EQ(NumberOf([&] { m_dataAccess->CreateTableQuery(); }), failure::kComponent);
 }
 
-TEST_F(data_access, keeps_no_library_loaded_once_it_may_forget) {
-  m_dataAccess->CreateTableQuery();
-  m_runtime.UnloadUnused();
-  EXPECT_EQ(m_runtime.Loaded().size(), 1U);
-  m_dataAccess->ForgetClasses();
-  m_runtime.UnloadUnused();
-  EXPECT_THAT(m_runtime.Loaded(), IsEmpty());
-}
-
 TEST_F(data_access, restores_the_objects_of_a_document) {
   DocumentBag bag([this](const Text& sProgId) { return m_dataAccess->CreateObject(sProgId); });
   const auto query = m_dataAccess->CreateTableQuery();

@@ -115,6 +115,24 @@ TEST_F(ProgramTest, missing_document_is_one_sentence_and_status_1) {
   }
 }
 
+TEST_F(ProgramTest, display_that_cannot_be_used_ends_with_one_sentence_and_a_status_of_its_own) {
+  m_environment.insert("QT_QPA_PLATFORM", "xcb");
+  m_environment.insert("DISPLAY", ":987");
+  m_environment.remove("WAYLAND_DISPLAY");
+  auto outcome = RunConsole({});
+  EXPECT_EQ(outcome.iExit, 69);
+  EXPECT_EQ(outcome.sOut, "");
+  EXPECT_EQ(outcome.sError,
+            "orvane-console: the display \":987\" cannot be used; start the program on a desktop "
+            "that runs, or use --tour with QT_QPA_PLATFORM=offscreen.\n");
+  m_environment.remove("DISPLAY");
+  outcome = RunConsole({});
+  EXPECT_EQ(outcome.iExit, 69);
+  EXPECT_EQ(outcome.sError,
+            "orvane-console: there is no display to show a window on; start it on a desktop, or "
+            "use --tour with QT_QPA_PLATFORM=offscreen.\n");
+}
+
 TEST_F(ProgramTest, tour_does_the_main_job_and_leaves_texts_pictures_and_a_copy) {
   RegisterComponents();
   FillHistorian();

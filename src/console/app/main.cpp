@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "console/app/appearance.h"
+#include "console/app/display_guard.h"
 #include "console/app/host.h"
 #include "console/app/threads_end.h"
 #include "console/app/tour.h"
@@ -91,7 +93,9 @@ int main(int argc, char** argv) {
     // What else is too much is told below, when the toolkit has taken its own options out.
   }
   const orvane::console::ThreadsEnd threadsEnd;
+  auto guard = std::make_optional<orvane::console::DisplayGuard>();
   QApplication application(argc, argv);
+  guard.reset();
   orvane::console::PrepareApplication(application);
   CLI::App line("", "orvane-console");
   Describe(line, arguments);
