@@ -1,13 +1,17 @@
-# orvane_test(NAME [QT] LINK targets... SOURCES files... [RESOURCES locks...] [TIMEOUT seconds]):
-# the test program NAME_tests, its cases found when the tests run. With QT there is a QApplication
-# around them, and windows are drawn offscreen. The tests of the rooms that need nothing but the
-# compiler are written without matchers, since those come in a package of their own.
+# orvane_test(NAME [QT] [MAIN file] LINK targets... SOURCES files... [RESOURCES locks...]
+# [TIMEOUT seconds]): the test program NAME_tests, its cases found when the tests run. With QT there
+# is a QApplication around them, and windows are drawn offscreen, unless MAIN sees to both itself.
+# The tests of the rooms that need nothing but the compiler are written without matchers, since
+# those come in a package of their own.
 function(orvane_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT" "TIMEOUT" "LINK;SOURCES;RESOURCES")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT" "MAIN;TIMEOUT" "LINK;SOURCES;RESOURCES")
   add_executable(${name}_tests ${TEST_SOURCES})
   target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/src)
   if(TEST_QT)
-    target_sources(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/qt_main.cpp)
+    if(NOT TEST_MAIN)
+      set(TEST_MAIN ${CMAKE_SOURCE_DIR}/tests/qt_main.cpp)
+    endif()
+    target_sources(${name}_tests PRIVATE ${TEST_MAIN})
     target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} Qt6::Widgets Qt6::Test GTest::gmock)
   elseif(ORVANE_CORE_ONLY)
     target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gtest_main)
