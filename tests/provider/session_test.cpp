@@ -124,7 +124,7 @@ TEST_F(session, shows_numbers_as_numbers_where_others_are_times) {
   for (const bool bTimeAsDouble : {false, true}) {
     opened->PropertyValue("Time as Double", bTimeAsDouble);
     EXPECT_EQ(Select(*opened, "EXPLAIN QUERY PLAN SELECT Timestamp, Timestamp FROM Plant1..Data")
-                  .find("-"),
+                  .find('-'),
               Text::npos);
     EXPECT_EQ(Select(*opened,
                      "SELECT x FROM (SELECT Timestamp AS x FROM Plant1..Data WHERE "

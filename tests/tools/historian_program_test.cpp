@@ -354,7 +354,7 @@ TEST_F(historian_program, keeps_recording_when_the_catalog_has_room_again) {
     fill("Data", sTag, "0");
   }
   const pid_t process = Start({"record", "--catalog", "Small", "--count", "3"});
-  AwaitRows([&] { return ReadFile("errors") != ""; });
+  AwaitRows([&] { return !ReadFile("errors").empty(); });
   AwaitRows([&] {
     try {
       execute("DELETE FROM Small..Data2");
