@@ -164,13 +164,6 @@ void ScopePane::selectionChanged(const QItemSelection& selected, const QItemSele
   viewport()->update();
 }
 
-void ScopePane::resizeEvent(QResizeEvent* event) {
-  QTreeView::resizeEvent(event);
-  // A row is hit wherever it is seen, also right of a short name.
-  header()->setMinimumSectionSize(viewport()->width());
-  header()->resizeSections(QHeaderView::ResizeToContents);
-}
-
 void ScopePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const {
   if (selectionModel() && selectionModel()->isSelected(index)) {

@@ -39,7 +39,6 @@ class ScopePane final : public QTreeView {
   void contextMenuEvent(QContextMenuEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
-  void resizeEvent(QResizeEvent* event) override;
   /// Marks a selected row from edge to edge.
   void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
