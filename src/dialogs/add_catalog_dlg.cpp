@@ -18,8 +18,13 @@ AddCatalogDlg::AddCatalogDlg(const platform::Services& services)
   btnOk.Label("&OK");
   platform::Button& btnCancel = m_form->Button("m_btnCancel");
   btnCancel.Label("&Cancel");
+  m_nameChange = m_txtName.OnChange([this] { m_txtName_Change(); });
   m_ok = btnOk.OnClick([this] { m_btnOk_Click(); });
   m_cancel = btnCancel.OnClick([this] { m_btnCancel_Click(); });
+}
+
+void AddCatalogDlg::m_txtName_Change() {
+  m_guardName.Change();
 }
 
 void AddCatalogDlg::m_btnOk_Click() {

@@ -26,6 +26,7 @@ class AddCatalogDlg {
   platform::Boolean Accepted() const { return m_bAccepted; }
 
  private:
+  void m_txtName_Change();
   void m_btnOk_Click();
   void m_btnCancel_Click();
 
@@ -35,6 +36,7 @@ class AddCatalogDlg {
   platform::TextBox& m_txtSize;
   platform::Boolean m_bAccepted = false;
   NameGuard m_guardName;
+  platform::Subscription m_nameChange;
   platform::Subscription m_ok;
   platform::Subscription m_cancel;
 };

@@ -3,8 +3,12 @@
 namespace orvane::dialogs {
 
 NameGuard::NameGuard(platform::TextBox& txtName, platform::Button& btnOk)
-    : m_change(txtName.OnChange([&txtName, &btnOk] { btnOk.Enabled(!txtName.Text().empty()); })) {
-  btnOk.Enabled(false);
+    : m_txtName(txtName), m_btnOk(btnOk) {
+  m_btnOk.Enabled(false);
+}
+
+void NameGuard::Change() {
+  m_btnOk.Enabled(!m_txtName.Text().empty());
 }
 
 }  // namespace orvane::dialogs

@@ -1,5 +1,5 @@
 // Allows OK only while a name is typed; shared by the dialogs that ask for one.
-// Owned by its dialog, like the controls that it listens to; user-interface thread.
+// Owned by its dialog, which tells it of every change of the name; user-interface thread.
 #pragma once
 
 #include "platform/forms/forms.h"
@@ -12,8 +12,12 @@ class NameGuard {
  public:
   NameGuard(platform::TextBox& txtName, platform::Button& btnOk);
 
+  /// The text of the box has changed.
+  void Change();
+
  private:
-  platform::Subscription m_change;
+  platform::TextBox& m_txtName;
+  platform::Button& m_btnOk;
 };
 
 }  // namespace orvane::dialogs

@@ -6,7 +6,7 @@
 namespace orvane::dialogs {
 
 NumericGuard::NumericGuard(platform::TextBox& txt, platform::UserInterface& ui)
-    : m_txt(txt), m_ui(ui), m_change(txt.OnChange([this] { Change(); })) {}
+    : m_txt(txt), m_ui(ui) {}
 
 void NumericGuard::Change() {
   const platform::Text sText = m_txt.Text();

@@ -1,5 +1,6 @@
 // Keeps a text box numeric while the administrator types: text that is no 32-bit integer is
 // refused with a beep and the box returns to the last text that was one.
+// Owned by the dialog of the box, which tells it of every change; user-interface thread.
 #pragma once
 
 #include "platform/forms/forms.h"
@@ -7,18 +8,18 @@
 
 namespace orvane::dialogs {
 
-/// Watches one text box for as long as it lives; box and user interface must outlive it.
+/// Guards one text box; box and user interface must outlive it.
 class NumericGuard {
  public:
   NumericGuard(platform::TextBox& txt, platform::UserInterface& ui);
 
- private:
+  /// The text of the box has changed.
   void Change();
 
+ private:
   platform::TextBox& m_txt;
   platform::UserInterface& m_ui;
   platform::Text m_sLastAccepted;
-  platform::Subscription m_change;
 };
 
 }  // namespace orvane::dialogs

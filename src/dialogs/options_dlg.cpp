@@ -25,8 +25,18 @@ OptionsDlg::OptionsDlg(const platform::Services& services)
   btnCancel.Label("Cancel");
   // Enter accepts, but Escape is bound to nothing here.
   m_form->DefaultButton("m_btnOK");
+  m_maxRowsChange = m_txtMaxRows.OnChange([this] { m_txtMaxRows_Change(); });
+  m_timeoutChange = m_txtTimeout.OnChange([this] { m_txtTimeout_Change(); });
   m_ok = btnOk.OnClick([this] { m_btnOk_Click(); });
   m_cancel = btnCancel.OnClick([this] { m_btnCancel_Click(); });
+}
+
+void OptionsDlg::m_txtMaxRows_Change() {
+  m_guardMaxRows.Change();
+}
+
+void OptionsDlg::m_txtTimeout_Change() {
+  m_guardTimeout.Change();
 }
 
 void OptionsDlg::m_btnOk_Click() {

@@ -26,6 +26,8 @@ class OptionsDlg {
   platform::Boolean Accepted() const { return m_bAccepted; }
 
  private:
+  void m_txtMaxRows_Change();
+  void m_txtTimeout_Change();
   void m_btnOk_Click();
   void m_btnCancel_Click();
 
@@ -38,6 +40,8 @@ class OptionsDlg {
   platform::Boolean m_bAccepted = false;
   NumericGuard m_guardMaxRows;
   NumericGuard m_guardTimeout;
+  platform::Subscription m_maxRowsChange;
+  platform::Subscription m_timeoutChange;
   platform::Subscription m_ok;
   platform::Subscription m_cancel;
 };

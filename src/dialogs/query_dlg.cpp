@@ -16,8 +16,13 @@ QueryDlg::QueryDlg(const platform::Services& services)
   btnCancel.Label("&Cancel");
   m_form->DefaultButton("m_btnOk");
   m_form->CancelButton("m_btnCancel");
+  m_nameChange = m_txtName.OnChange([this] { m_txtName_Change(); });
   m_ok = btnOk.OnClick([this] { m_btnOk_Click(); });
   m_cancel = btnCancel.OnClick([this] { m_btnCancel_Click(); });
+}
+
+void QueryDlg::m_txtName_Change() {
+  m_guardName.Change();
 }
 
 void QueryDlg::m_btnOk_Click() {

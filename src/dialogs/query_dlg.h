@@ -24,6 +24,7 @@ class QueryDlg {
   void Accepted(platform::Boolean bAccepted) { m_bAccepted = bAccepted; }
 
  private:
+  void m_txtName_Change();
   void m_btnOk_Click();
   void m_btnCancel_Click();
 
@@ -32,6 +33,7 @@ class QueryDlg {
   platform::TextBox& m_txtSqlStatement;
   platform::Boolean m_bAccepted = false;
   NameGuard m_guardName;
+  platform::Subscription m_nameChange;
   platform::Subscription m_ok;
   platform::Subscription m_cancel;
 };

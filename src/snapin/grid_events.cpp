@@ -7,6 +7,10 @@ using platform::Boolean;
 using platform::Text;
 
 void SnapIn::Toolbar_ButtonClick(platform::ToolbarButton& button) {
+  m_tbrToolbar_ButtonClick(button);
+}
+
+void SnapIn::m_tbrToolbar_ButtonClick(platform::ToolbarButton& button) {
   Guard([&] {
     const Text sKey = button.Key();
     if (sKey == "Sql") {
@@ -48,6 +52,42 @@ void SnapIn::Toolbar_ButtonClick(platform::ToolbarButton& button) {
       }
     }
   });
+}
+
+void SnapIn::m_tblEditor_HeadClick() {
+  TableButtonStates();
+}
+
+void SnapIn::m_tblEditor_RowColChange() {
+  TableButtonStates();
+}
+
+void SnapIn::m_tblEditor_SelChange() {
+  TableButtonStates();
+}
+
+void SnapIn::m_tblEditor_Insert() {
+  TableButtonStates();
+}
+
+void SnapIn::m_tblEditor_Delete() {
+  TableButtonStates();
+}
+
+void SnapIn::m_qrResults_RowColChange() {
+  QueryButtonStates();
+}
+
+void SnapIn::m_qrResults_SelChange() {
+  QueryButtonStates();
+}
+
+void SnapIn::m_qrResults_Insert() {
+  QueryButtonStates();
+}
+
+void SnapIn::m_qrResults_Delete() {
+  QueryButtonStates();
 }
 
 void SnapIn::TableButtonStates() {

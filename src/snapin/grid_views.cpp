@@ -100,23 +100,21 @@ void SnapIn::TableEditor(const platform::TableEditorPtr& grid) {
   m_tblEditorEvents.clear();
   m_tblEditor = grid;
   if (!grid) return;
-  const auto states = [this] { TableButtonStates(); };
-  m_tblEditorEvents.push_back(grid->OnHeadClick(states));
-  m_tblEditorEvents.push_back(grid->OnRowColChange(states));
-  m_tblEditorEvents.push_back(grid->OnSelChange(states));
-  m_tblEditorEvents.push_back(grid->OnInsert(states));
-  m_tblEditorEvents.push_back(grid->OnDelete(states));
+  m_tblEditorEvents.push_back(grid->OnHeadClick([this] { m_tblEditor_HeadClick(); }));
+  m_tblEditorEvents.push_back(grid->OnRowColChange([this] { m_tblEditor_RowColChange(); }));
+  m_tblEditorEvents.push_back(grid->OnSelChange([this] { m_tblEditor_SelChange(); }));
+  m_tblEditorEvents.push_back(grid->OnInsert([this] { m_tblEditor_Insert(); }));
+  m_tblEditorEvents.push_back(grid->OnDelete([this] { m_tblEditor_Delete(); }));
 }
 
 void SnapIn::QueryResults(const platform::QueryResultsPtr& grid) {
   m_qrResultsEvents.clear();
   m_qrResults = grid;
   if (!grid) return;
-  const auto states = [this] { QueryButtonStates(); };
-  m_qrResultsEvents.push_back(grid->OnRowColChange(states));
-  m_qrResultsEvents.push_back(grid->OnSelChange(states));
-  m_qrResultsEvents.push_back(grid->OnInsert(states));
-  m_qrResultsEvents.push_back(grid->OnDelete(states));
+  m_qrResultsEvents.push_back(grid->OnRowColChange([this] { m_qrResults_RowColChange(); }));
+  m_qrResultsEvents.push_back(grid->OnSelChange([this] { m_qrResults_SelChange(); }));
+  m_qrResultsEvents.push_back(grid->OnInsert([this] { m_qrResults_Insert(); }));
+  m_qrResultsEvents.push_back(grid->OnDelete([this] { m_qrResults_Delete(); }));
 }
 
 }  // namespace orvane::snapin

@@ -151,6 +151,16 @@ class SnapIn : private nodes::Counted,
   void m_mnuRemove_Click(const platform::ScopeItemPtr& item);
 
   // ---- grid_events.cpp
+  void m_tbrToolbar_ButtonClick(platform::ToolbarButton& button);
+  void m_tblEditor_HeadClick();
+  void m_tblEditor_RowColChange();
+  void m_tblEditor_SelChange();
+  void m_tblEditor_Insert();
+  void m_tblEditor_Delete();
+  void m_qrResults_RowColChange();
+  void m_qrResults_SelChange();
+  void m_qrResults_Insert();
+  void m_qrResults_Delete();
   void TableButtonStates();
   void QueryButtonStates();
 

@@ -9,6 +9,7 @@ struct name_guard : DialogFixture {
   fakes::FakeTextBox txt;
   fakes::FakeButton btn;
   NameGuard guard{txt, btn};
+  platform::Subscription change = txt.OnChange([this] { guard.Change(); });
 };
 
 TEST_F(name_guard, ok_is_disabled_until_a_character_is_typed) {

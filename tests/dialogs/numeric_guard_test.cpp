@@ -8,6 +8,7 @@ namespace {
 struct numeric_guard : DialogFixture {
   fakes::FakeTextBox txt;
   NumericGuard guard{txt, *ui};
+  platform::Subscription change = txt.OnChange([this] { guard.Change(); });
 };
 
 TEST_F(numeric_guard, a_letter_beeps_and_leaves_the_number) {

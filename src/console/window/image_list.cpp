@@ -44,7 +44,7 @@ ImageList::ImageList() {
     m_folders[n] = Named(kFolderNames[n]);
     m_failedFolders[n] = WithFailureMark(m_folders[n]);
   }
-  for (std::size_t n = 0; n < m_buttons.size(); ++n) m_buttons[n] = Named(kButtonNames[n]);
+  for (std::size_t n = 0; n < m_imlButtons.size(); ++n) m_imlButtons[n] = Named(kButtonNames[n]);
 }
 
 QIcon ImageList::Folder(Long lImage) const {
@@ -60,7 +60,7 @@ QIcon ImageList::FailedFolder(Long lImage) const {
 
 QIcon ImageList::Button(Long lImage) const {
   return lImage >= 1 && lImage <= kButtonImages
-             ? m_buttons[static_cast<std::size_t>((lImage - 1) / 2)]
+             ? m_imlButtons[static_cast<std::size_t>((lImage - 1) / 2)]
              : QIcon();
 }
 

@@ -31,7 +31,7 @@ class ImageList {
  private:
   std::array<QIcon, kFolderImages> m_folders;
   std::array<QIcon, kFolderImages> m_failedFolders;
-  std::array<QIcon, kButtonImages / 2> m_buttons;
+  std::array<QIcon, kButtonImages / 2> m_imlButtons;
 };
 
 }  // namespace orvane::console
