@@ -576,8 +576,11 @@ TEST_F(document, a_kill_during_a_save_leaves_the_old_or_the_new_one) {
       }
     }
     close(pipeEnds[1]);
+    // The kill falls into the first, second or third save, or a later one, however slow they are.
     int iFirst = 0;
-    ASSERT_EQ(read(pipeEnds[0], &iFirst, sizeof iFirst), static_cast<ssize_t>(sizeof iFirst));
+    for (int n = 0; n <= iRound % 3; ++n) {
+      ASSERT_EQ(read(pipeEnds[0], &iFirst, sizeof iFirst), static_cast<ssize_t>(sizeof iFirst));
+    }
     usleep(static_cast<useconds_t>(delay(random)));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
@@ -593,8 +596,7 @@ TEST_F(document, a_kill_during_a_save_leaves_the_old_or_the_new_one) {
     EXPECT_LE(FilesInFolder(), 2U);
     nSeen = std::max(nSeen, iLast);
   }
-  // The kills did fall among saves.
-  EXPECT_GT(nSeen, 1);
+  EXPECT_GE(nSeen, 3);
 }
 
 TEST_F(document, two_consoles_saving_one_after_the_other_never_mix) {
