@@ -22,8 +22,9 @@ function(orvane_test name)
     set(TEST_TIMEOUT 300)
   endif()
   set(leaks "suppressions=${CMAKE_SOURCE_DIR}/tests/leaks_of_others.txt:print_suppressions=0")
-  set(properties TIMEOUT ${TEST_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;LSAN_OPTIONS=${leaks}")
+  # The properties travel as one list, so that each can hold one variable only.
+  set(properties TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+    ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:${leaks}")
   if(TEST_RESOURCES)
     list(APPEND properties RESOURCE_LOCK "${TEST_RESOURCES}")
   endif()
