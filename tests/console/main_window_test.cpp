@@ -554,6 +554,39 @@ TEST_F(MainWindowTest, shift_f10_does_what_the_menu_key_does) {
   EXPECT_NE(menu->findChild<QAction*>("m_mnuOptions"), nullptr);
 }
 
+TEST_F(MainWindowTest, menu_asked_for_while_its_item_is_being_shown_opens_afterwards) {
+  m_script->menus["Table"] = {{"m_mnuQuery", "Query...", true}};
+  ExpandToTables();
+  m_script->activate = [&](Services&, platform::ResultView&) {
+    // A query that takes its time lets the window handle its events.
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_window->findChild<QMenu*>("contextMenu"), nullptr);
+  };
+  const auto at = Scope().visualRect(IndexOf("alpha.Catalogs.Machine.Tags")).center();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, at, Scope().viewport()->mapToGlobal(at));
+  QApplication::sendEvent(Scope().viewport(), &event);
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("alpha.Catalogs.Machine.Tags"));
+  auto* menu = m_window->findChild<QMenu*>("contextMenu");
+  ASSERT_NE(menu, nullptr);
+  EXPECT_NE(menu->findChild<QAction*>("m_mnuQuery"), nullptr);
+}
+
+TEST_F(MainWindowTest, menu_of_an_item_that_went_meanwhile_does_not_open) {
+  ExpandToTables();
+  m_script->activate = [&](Services& services, platform::ResultView& view) {
+    if (view.Name() != "TableEditorOcxView") return;
+    QCoreApplication::processEvents();
+    services.console->ScopeItems().Remove(view.ScopeItem()->Key());
+  };
+  const auto at = Scope().visualRect(IndexOf("alpha.Catalogs.Machine.Tags")).center();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, at, Scope().viewport()->mapToGlobal(at));
+  QApplication::sendEvent(Scope().viewport(), &event);
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("alpha.Catalogs.Machine"));
+  EXPECT_EQ(m_window->findChild<QMenu*>("contextMenu"), nullptr);
+}
+
 TEST_F(MainWindowTest, action_menu_has_the_commands_of_the_selection) {
   m_script->menus["Servers"] = {{"m_mnuServersConnect", "Connect...", true},
                                 {"m_mnuOptions", "Options...", true}};

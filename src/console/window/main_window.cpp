@@ -13,6 +13,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "console/document/document_format.h"
 #include "console/document/recent_documents.h"
@@ -212,9 +213,15 @@ void MainWindow::FollowSession() {
   connect(session, &ConsoleSession::EventEnded, this, [this] {
     if (m_parts.eventEnded) m_parts.eventEnded();
     UpdateActions();
-    if (!m_wantedSelection) return;
+    if (!m_wantedSelection && !m_wantedMenu) return;
     QMetaObject::invokeMethod(
-        this, [this] { RequestSelect(std::exchange(m_wantedSelection, nullptr)); },
+        this,
+        [this] {
+          RequestSelect(std::exchange(m_wantedSelection, nullptr));
+          if (const auto menu = std::exchange(m_wantedMenu, {})) {
+            ShowMenu(menu->selection, menu->position);
+          }
+        },
         Qt::QueuedConnection);
   });
 }
@@ -245,6 +252,7 @@ void MainWindow::StartSession() {
 
 void MainWindow::CloseSession() {
   m_wantedSelection.reset();
+  m_wantedMenu.reset();
   m_unsaved->Watch(nullptr);
   m_session->Close();
 }
@@ -502,7 +510,15 @@ void MainWindow::FillActionMenu(QMenu& menu, const HostedSelection& selection) {
 }
 
 void MainWindow::ShowMenu(const HostedSelection& selection, const QPoint& position) {
-  if (m_session->IsBusy()) return;
+  if (m_session->IsBusy()) {
+    // The click that asked for the menu also selected its item, which may take a query to show.
+    m_wantedMenu = {selection, position};
+    return;
+  }
+  const auto& items = selection.Items();
+  if (std::any_of(items.begin(), items.end(), [](const auto& item) { return item->IsRemoved(); })) {
+    return;
+  }
   auto* menu = new QMenu(this);
   menu->setObjectName("contextMenu");
   menu->setAttribute(Qt::WA_DeleteOnClose);

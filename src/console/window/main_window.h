@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <optional>
 
 #include "console/document/document.h"
 #include "console/window/console_session.h"
@@ -130,7 +131,13 @@ class MainWindow final : public QMainWindow {
   QAction* m_actStatusBar = nullptr;
   QAction* m_actDetails = nullptr;
   QAction* m_actIcons = nullptr;
+  // Asked for while the snap-in was busy; done when it has ended.
+  struct WantedMenu {
+    HostedSelection selection;
+    QPoint position;
+  };
   ScopeTreeItemPtr m_wantedSelection;
+  std::optional<WantedMenu> m_wantedMenu;
 };
 
 }  // namespace orvane::console
