@@ -4,22 +4,30 @@
 #include <sqlite3.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QTabBar>
 #include <QTest>
+#include <QWindow>
 
 #include "component/registration.h"
 #include "console/data_access/data_access.h"
 #include "console/document/document.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
+#include "console/window/toolbar_view.h"
 #include "platform/conversions.h"
+#include "platform/failure.h"
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian/data_folder.h"
 #include "provider/historian/historian.h"
+#include "tests/console/shown_qt_form.h"
 
 namespace orvane::console {
 
@@ -146,6 +154,7 @@ HostDriver::HostDriver() : m_settings(m_folder.filePath("settings.ini"), QSettin
 }
 
 HostDriver::~HostDriver() {
+  EXPECT_TRUE(m_formUsers.empty()) << "a dialog that was answered never came up";
   m_window.reset();
   // Nothing of the snap-in may be left when its library goes. The others stay for as long as the
   // host may make table queries and show rows.
@@ -159,24 +168,65 @@ HostDriver::~HostDriver() {
 
 void HostDriver::AnswerDialog() {
   auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-  if (!dialog || dialog == m_answered) return;
-  m_answered = dialog;
+  if (!dialog || m_bAnswering) return;
+  const QScopedValueRollback answering(m_bAnswering, true);
+  EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
   if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
-    const bool bYesNo = box->standardButtons().testFlag(QMessageBox::Yes);
-    m_boxes.push_back({box->text().toStdString(), box->windowTitle().toStdString(),
-                       bYesNo ? platform::MsgBoxButtons::YesNo : platform::MsgBoxButtons::OkOnly});
-    QTest::mouseClick(box->button(bYesNo ? QMessageBox::Yes : QMessageBox::Ok), Qt::LeftButton);
+    AnswerMessageBox(*box);
+  } else if (dialog->objectName() == "logonDialog") {
+    AnswerLogonDialog(*dialog);
+  } else {
+    AnswerFormDialog(*dialog);
+  }
+}
+
+void HostDriver::AnswerMessageBox(QMessageBox& box) {
+  if (box.objectName() == "unsavedWorkBox") {
+    // The console's own question; a case that opens another document is done with the last one.
+    ClickAt(*box.button(QMessageBox::Discard), box.button(QMessageBox::Discard)->rect().center());
     return;
   }
-  if (dialog->objectName() != "logonDialog") {
-    ADD_FAILURE() << "an unexpected dialog: " << dialog->windowTitle().toStdString();
-    dialog->reject();
-    return;
+  const bool bYesNo = box.standardButtons().testFlag(QMessageBox::Yes);
+  m_boxes.push_back({box.text().toStdString(), box.windowTitle().toStdString(),
+                     bYesNo ? platform::MsgBoxButtons::YesNo : platform::MsgBoxButtons::OkOnly});
+  auto button = bYesNo ? QMessageBox::Yes : QMessageBox::Ok;
+  if (bYesNo && !m_boxAnswers.empty()) {
+    if (m_boxAnswers.front() == scenarios::BoxAnswer::No) button = QMessageBox::No;
+    m_boxAnswers.pop_front();
   }
+  ClickAt(*box.button(button), box.button(button)->rect().center());
+}
+
+void HostDriver::AnswerLogonDialog(QDialog& dialog) {
   ++m_lLogons;
+  auto* server = dialog.findChild<QComboBox*>("m_cmbServer");
+  if (server->isEnabled() && !m_sChosenServer.empty()) {
+    ClickAt(*server, {12, server->height() / 2});
+    QTest::keyClick(dialog.windowHandle(), Qt::Key_A, Qt::ControlModifier);
+    for (const char c : m_sChosenServer) QTest::keyClick(dialog.windowHandle(), c);
+  }
   const bool bOk = m_logonAnswer == scenarios::LogonAnswer::Ok;
-  QTest::mouseClick(dialog->findChild<QPushButton*>(bOk ? "m_btnOk" : "m_btnCancel"),
-                    Qt::LeftButton);
+  auto* button = dialog.findChild<QPushButton*>(bOk ? "m_btnOk" : "m_btnCancel");
+  ClickAt(*button, button->rect().center());
+}
+
+void HostDriver::AnswerFormDialog(QDialog& dialog) {
+  const Text sTitle = dialog.windowTitle().toStdString();
+  if (m_formUsers.empty()) {
+    ADD_FAILURE() << "an unexpected dialog: " << sTitle;
+    dialog.close();
+    return;
+  }
+  const auto user = std::move(m_formUsers.front());
+  m_formUsers.pop_front();
+  ShownQtForm form(dialog);
+  try {
+    user(form);
+  } catch (const std::exception& e) {
+    ADD_FAILURE() << sTitle << ": " << e.what();
+  }
+  EXPECT_FALSE(dialog.isVisible()) << sTitle << " was left open";
+  dialog.close();
 }
 
 void HostDriver::WaitFor(const std::function<bool()>& condition) {
@@ -184,7 +234,19 @@ void HostDriver::WaitFor(const std::function<bool()>& condition) {
       QTest::qWaitFor([&] { return !m_window->Session().IsBusy() && condition(); }, 30'000));
 }
 
+void HostDriver::Activate() {
+  if (m_window->isActiveWindow()) return;
+  // Offscreen there is no window manager to give the keys back when a popup has closed.
+  m_window->activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+}
+
 void HostDriver::AddServer(const scenarios::ServerSetup& server) {
+  try {
+    provider::historian::Historian::Make(provider::historian::DefaultRoot(), server.sName);
+  } catch (const platform::Failure& e) {
+    EXPECT_EQ(e.Number(), platform::failure::kKeyExists) << e.Description();
+  }
   for (const auto& catalog : server.catalogs) {
     CatalogDatabase database(CatalogFile(server.sName, catalog.sName));
     for (const auto& table : catalog.tables) {
@@ -287,8 +349,15 @@ void HostDriver::Select(const Text& sKey) {
   ASSERT_NE(item, nullptr) << sKey;
   const auto rect = RectOf(item);
   ASSERT_FALSE(rect.isEmpty()) << sKey << " is not in sight";
+  Activate();
   QTest::mouseClick(m_window->Scope().viewport(), Qt::LeftButton, {}, rect.center());
   WaitFor([&] { return m_window->Session().Selected() == item; });
+}
+
+Text HostDriver::Selected() const {
+  const auto item = m_window->Session().Selected();
+  EXPECT_EQ(m_window->Session().Tree().ItemAt(m_window->Scope().currentIndex()), item);
+  return item == m_window->Session().Tree().StaticItem() ? Text(kStaticNode) : item->Key();
 }
 
 Boolean HostDriver::HasExpandMark(const Text& sKey) const {
@@ -374,19 +443,140 @@ scenarios::GridSnapshot HostDriver::Grid() const {
   return grid;
 }
 
-void HostDriver::Command(const Text& sKey, const Text& sMenuItem) {
-  Select(sKey);
-  const auto at = RectOf(Item(sKey)).center();
-  auto* viewport = m_window->Scope().viewport();
-  QContextMenuEvent event(QContextMenuEvent::Mouse, at, viewport->mapToGlobal(at));
-  QApplication::sendEvent(viewport, &event);
+QMenu* HostDriver::OpenMenu(const Text& sKey, scenarios::MenuWay way) {
+  if (!HasItem(sKey)) {
+    ADD_FAILURE() << "no item " << sKey;
+    return nullptr;
+  }
+  Activate();
+  auto& pane = m_window->Scope();
   QMenu* menu = nullptr;
-  WaitFor([&] { return (menu = m_window->findChild<QMenu*>("contextMenu")) != nullptr; });
-  auto* action = menu ? menu->findChild<QAction*>(QString::fromStdString(sMenuItem)) : nullptr;
-  ASSERT_NE(action, nullptr) << sMenuItem;
-  QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+  if (way == scenarios::MenuWay::RightClick) {
+    const auto at = RectOf(Item(sKey)).center();
+    ClickAt(*pane.viewport(), at, Qt::RightButton);
+  } else {
+    Select(sKey);
+    EXPECT_EQ(QApplication::focusWidget(), &pane);
+  }
+  if (way == scenarios::MenuWay::Keyboard) {
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_F10, Qt::ShiftModifier);
+  }
+  if (way == scenarios::MenuWay::MenuBar) {
+    menu = m_window->findChild<QMenu*>("mnuAction");
+    auto* bar = m_window->menuBar();
+    ClickAt(*bar, bar->actionGeometry(menu->menuAction()).center());
+    WaitFor([&] { return menu->isVisible(); });
+    return menu;
+  }
+  WaitFor([&] {
+    menu = m_window->findChild<QMenu*>("contextMenu");
+    return menu && menu->isVisible();
+  });
+  EXPECT_EQ(Selected(), sKey);
+  return menu;
+}
+
+QList<QAction*> HostDriver::EntriesOf(const QMenu& menu) {
+  const auto actions = menu.actions();
+  EXPECT_FALSE(actions.empty());
+  bool bAfterSeparator = true;
+  bool bOwn = false;
+  QList<QAction*> entries;
+  for (auto* action : actions) {
+    if (action->isSeparator()) {
+      EXPECT_FALSE(bAfterSeparator) << "a separator that separates nothing";
+      bAfterSeparator = true;
+      continue;
+    }
+    const bool bWasOwn = std::exchange(bOwn, action->objectName().startsWith("act"));
+    if (bOwn != bWasOwn) {
+      EXPECT_TRUE(bAfterSeparator) << action->text().toStdString() << " is not set apart";
+    }
+    bAfterSeparator = false;
+    if (!bOwn) entries.append(action);
+  }
+  EXPECT_FALSE(bAfterSeparator) << "a separator that separates nothing";
+  return entries;
+}
+
+std::vector<scenarios::MenuEntry> HostDriver::Menu(const Text& sKey, scenarios::MenuWay way) {
+  std::vector<scenarios::MenuEntry> entries;
+  const QPointer menu = OpenMenu(sKey, way);
+  if (!menu) return entries;
+  for (const auto* action : EntriesOf(*menu)) {
+    entries.push_back({action->text().toStdString(), action->isEnabled()});
+  }
+  QTest::keyClick(menu->windowHandle(), Qt::Key_Escape);
+  WaitFor([&] { return !menu || !menu->isVisible(); });
+  // The menu bar keeps the keys until they are taken back.
+  if (m_window->menuBar()->hasFocus()) QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
+  return entries;
+}
+
+void HostDriver::Choose(const Text& sKey, const Text& sCaption, scenarios::MenuWay way) {
+  const QPointer menu = OpenMenu(sKey, way);
+  if (!menu) return;
+  QAction* chosen = nullptr;
+  for (auto* action : EntriesOf(*menu)) {
+    if (action->text().toStdString() == sCaption) chosen = action;
+  }
+  if (!chosen || !chosen->isEnabled()) {
+    ADD_FAILURE() << "nothing to choose as " << sCaption << " in the menu of " << sKey;
+    QTest::keyClick(menu->windowHandle(), Qt::Key_Escape);
+    return;
+  }
+  ClickAt(*menu, menu->actionGeometry(chosen).center());
+  // The command comes from the event loop, and its dialogs have loops of their own.
+  QCoreApplication::processEvents();
+  WaitFor([&] { return !menu || !menu->isVisible(); });
+}
+
+std::vector<scenarios::ButtonSeen> HostDriver::Toolbar() const {
+  std::vector<scenarios::ButtonSeen> seen;
+  const auto& bar = m_window->SnapInToolbar();
+  const auto attached = m_window->Session().ControlBar().Attached();
+  EXPECT_EQ(bar.isVisible(), attached != nullptr);
+  if (!bar.isVisible() || !attached) return seen;
+  const auto shown = bar.actions();
+  EXPECT_EQ(static_cast<std::size_t>(shown.size()), attached->All().size());
+  const ImageList images;
+  for (const auto* action : shown) {
+    const Text sKey = action->data().toString().toStdString();
+    const auto& button = *attached->All().at(seen.size());
+    EXPECT_EQ(button.Key(), sKey);
+    seen.push_back({sKey, action->isSeparator() ? Text() : action->toolTip().toStdString(),
+                    button.Image(), action->isEnabled(), action->isChecked()});
+    if (action->isSeparator()) continue;
+    EXPECT_EQ(action->icon().pixmap(20, 20).toImage(),
+              images.Button(button.Image()).pixmap(20, 20).toImage())
+        << sKey;
+  }
+  return seen;
+}
+
+void HostDriver::Press(const Text& sButton) {
+  auto& bar = m_window->SnapInToolbar();
+  auto* action = bar.ButtonAction(QString::fromStdString(sButton));
+  ASSERT_NE(action, nullptr) << sButton;
+  auto* button = bar.widgetForAction(action);
+  ClickAt(*button, button->rect().center());
   QCoreApplication::processEvents();
   WaitFor([] { return true; });
+}
+
+Boolean HostDriver::CanRefresh() const {
+  return m_window->findChild<QAction*>("actRefresh")->isEnabled();
+}
+
+void HostDriver::Refresh() {
+  Activate();
+  QTest::keyClick(m_window->windowHandle(), Qt::Key_F5);
+  WaitFor([] { return true; });
+}
+
+Boolean HostDriver::IsHourglassShown() const {
+  const auto* pointer = QApplication::overrideCursor();
+  return pointer && pointer->shape() == Qt::WaitCursor;
 }
 
 std::vector<scenarios::BoxSeen> HostDriver::TakeBoxes() {

@@ -3,14 +3,18 @@
 // user is mouse and keys. One thread.
 #pragma once
 
-#include <QPointer>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <QWidget>
+#include <deque>
 
 #include "console/app/host.h"
 #include "tests/scenarios/driver.h"
+
+class QAction;
+class QDialog;
+class QMenu;
+class QMessageBox;
 
 namespace orvane::console {
 
@@ -25,6 +29,7 @@ class HostDriver : public scenarios::Driver {
   void AppendRow(const Text& sServer, const Text& sCatalog, const Text& sTable,
                  const std::vector<platform::Value>& values) override;
   void AnswerLogon(scenarios::LogonAnswer answer) override { m_logonAnswer = answer; }
+  void ChooseServer(const Text& sServer) override { m_sChosenServer = sServer; }
   platform::Long LogonsSeen() const override { return m_lLogons; }
   platform::Long StatementsSent() const override { return *m_statements; }
 
@@ -37,6 +42,7 @@ class HostDriver : public scenarios::Driver {
   void Expand(const Text& sKey) override;
   void Collapse(const Text& sKey) override;
   void Select(const Text& sKey) override;
+  Text Selected() const override;
   platform::Boolean HasExpandMark(const Text& sKey) const override;
   std::vector<Text> Children(const Text& sKey) const override;
   Text DisplayName(const Text& sKey) const override;
@@ -46,17 +52,33 @@ class HostDriver : public scenarios::Driver {
   std::vector<scenarios::ListRow> ListRows() const override;
   scenarios::GridSnapshot Grid() const override;
 
+  std::vector<scenarios::MenuEntry> Menu(const Text& sKey, scenarios::MenuWay way) override;
+  void Choose(const Text& sKey, const Text& sCaption, scenarios::MenuWay way) override;
+  std::vector<scenarios::ButtonSeen> Toolbar() const override;
+  void Press(const Text& sButton) override;
+  platform::Boolean CanRefresh() const override;
+  void Refresh() override;
+  platform::Boolean IsHourglassShown() const override;
+
+  void AnswerForm(scenarios::FormUser user) override { m_formUsers.push_back(std::move(user)); }
+  void AnswerBox(scenarios::BoxAnswer answer) override { m_boxAnswers.push_back(answer); }
   std::vector<scenarios::BoxSeen> TakeBoxes() override;
 
   MainWindow& Window() { return *m_window; }
   console::Host& Host() { return *m_host; }
-  /// Picks a command of the item's context menu by its name.
-  void Command(const Text& sKey, const Text& sMenuItem);
 
  private:
   ScopeTreeItemPtr Item(const Text& sKey) const;
   std::shared_ptr<platform::Grid> ShownGrid() const;
   void AnswerDialog();
+  void Activate();
+  void AnswerMessageBox(QMessageBox& box);
+  void AnswerLogonDialog(QDialog& dialog);
+  void AnswerFormDialog(QDialog& dialog);
+  /// The item's menu, open; null, which fails the case, when none came up.
+  QMenu* OpenMenu(const Text& sKey, scenarios::MenuWay way);
+  /// The snap-in's entries; the console's own must be set apart from them.
+  static QList<QAction*> EntriesOf(const QMenu& menu);
   void WaitFor(const std::function<bool()>& condition);
   QRect RectOf(const ScopeTreeItemPtr& item);
 
@@ -67,9 +89,12 @@ class HostDriver : public scenarios::Driver {
   QTimer m_answers;
   std::shared_ptr<platform::Long> m_statements = std::make_shared<platform::Long>(0);
   scenarios::LogonAnswer m_logonAnswer = scenarios::LogonAnswer::Ok;
+  Text m_sChosenServer;
   platform::Long m_lLogons = 0;
   std::vector<scenarios::BoxSeen> m_boxes;
-  QPointer<QWidget> m_answered;
+  std::deque<scenarios::BoxAnswer> m_boxAnswers;
+  std::deque<scenarios::FormUser> m_formUsers;
+  bool m_bAnswering = false;
   int m_iDocuments = 0;
 };
 

@@ -14,7 +14,13 @@ if(TARGET ORVOLEDBCtls AND TARGET ORVOLEDB AND TARGET ORVOLEDBSnapIn)
     SOURCES
       host_driver.cpp
       host_driver.h
+      shown_qt_form.cpp
+      shown_qt_form.h
       unloading_test.cpp
+      ../scenarios/catalog_cases.cpp
+      ../scenarios/command_cases.cpp
+      ../scenarios/grid_cases.cpp
+      ../scenarios/query_cases.cpp
       ../scenarios/shell_cases.cpp
     TIMEOUT 600)
   target_compile_definitions(console_scenarios_tests PRIVATE

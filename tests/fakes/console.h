@@ -56,9 +56,13 @@ class FakeResultView : public platform::ResultView {
 
 class FakeView : public platform::View {
  public:
-  void SelectScopeItem(const platform::ScopeItemPtr& item) override { selected = item; }
+  void SelectScopeItem(const platform::ScopeItemPtr& item) override {
+    selected = item;
+    if (onSelect) onSelect(item);
+  }
   void RefreshSelection() override { ++nRefreshes; }
   platform::ScopeItemPtr selected;
+  std::function<void(const platform::ScopeItemPtr&)> onSelect;
   int nRefreshes = 0;
 };
 

@@ -2,6 +2,7 @@
 // plays the user from within ShowModal.
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <map>
@@ -202,6 +203,23 @@ class FakeForm : public platform::Form {
   void Hide() override { m_bShown = false; }
   Boolean Shown() const { return m_bShown; }
   int TimesShown() const { return m_nShown; }
+
+  /// The control of that name, which the dialog must have asked for before.
+  platform::FormControl& Known(const platform::Text& sName) {
+    platform::FormControl* known = nullptr;
+    const auto look = [&](const auto& controls) {
+      const auto at = controls.find(sName);
+      if (at != controls.end()) known = at->second.get();
+    };
+    look(m_captions);
+    look(m_textBoxes);
+    look(m_buttons);
+    look(m_checkBoxes);
+    look(m_dropDownLists);
+    look(m_listViews);
+    if (!known) throw platform::Failure(3265, "The form has no control \"" + sName + "\".");
+    return *known;
+  }
 
   void PressEnter() {
     if (!m_sDefaultButton.empty()) Button(m_sDefaultButton).Click();

@@ -1,6 +1,7 @@
 // The two grids, without a window: what the snap-in does to them goes into a log.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -99,6 +100,7 @@ class FakeTableEditor : public FakeGrid<platform::TableEditor> {
   void Requery() override {
     Log("Requery");
     Run(tableQuery->SqlText(), tableQuery->MaxRows(), tableQuery->QueryTimeout());
+    recordset = Chosen(*recordset);
     lUpdatability = 3;
   }
   void AttachRecordset(const platform::RecordsetPtr& rs, Long lValue) override {
@@ -122,6 +124,51 @@ class FakeTableEditor : public FakeGrid<platform::TableEditor> {
   platform::TableQueryPtr tableQuery;
   Long lUpdatability = 0;
   platform::Signal<> headClick;
+
+ private:
+  /// What the table query chooses of the table: columns, sorting (by text), and the filter where
+  /// it reads "Column = 'text'".
+  std::shared_ptr<FakeRecordset> Chosen(const platform::Recordset& all) const {
+    const auto at = [&](const platform::Text& sColumn) {
+      for (platform::ColumnIndex c = 0; c < all.FieldCount(); ++c) {
+        if (all.FieldAt(c).Name() == sColumn) return c;
+      }
+      return platform::ColumnIndex{-1};
+    };
+    std::vector<platform::RowIndex> order;
+    for (platform::RowIndex r = 0; r < all.RecordCount(); ++r) {
+      const platform::Text sFilter = tableQuery->FilterCondition();
+      const auto nEquals = sFilter.find(" = '");
+      const auto filtered = nEquals == platform::Text::npos ? -1 : at(sFilter.substr(0, nEquals));
+      if (filtered < 0 ||
+          "'" + platform::ToText(all.ValueAt(r, filtered)) + "'" == sFilter.substr(nEquals + 3)) {
+        order.push_back(r);
+      }
+    }
+    if (const auto sort = tableQuery->SortCriterion(); sort && at(sort->sColumn) >= 0) {
+      const auto column = at(sort->sColumn);
+      std::stable_sort(order.begin(), order.end(), [&](auto a, auto b) {
+        if (!sort->bAscending) std::swap(a, b);
+        return platform::ToText(all.ValueAt(a, column)) < platform::ToText(all.ValueAt(b, column));
+      });
+    }
+    std::vector<platform::ColumnIndex> chosen;
+    for (Long l = 1; l <= tableQuery->Columns().Count(); ++l) {
+      if (at(tableQuery->Columns().Item(l)) >= 0)
+        chosen.push_back(at(tableQuery->Columns().Item(l)));
+    }
+    if (chosen.empty()) {
+      for (platform::ColumnIndex c = 0; c < all.FieldCount(); ++c) chosen.push_back(c);
+    }
+    std::vector<FakeColumn> columns;
+    for (const auto c : chosen) columns.push_back({all.FieldAt(c).Name(), all.FieldAt(c).Type()});
+    std::vector<FakeRecordset::Row> rows;
+    for (const auto r : order) {
+      auto& row = rows.emplace_back();
+      for (const auto c : chosen) row.push_back(all.ValueAt(r, c));
+    }
+    return std::make_shared<FakeRecordset>(std::move(columns), std::move(rows));
+  }
 };
 
 class FakeQueryResults : public FakeGrid<platform::QueryResults> {

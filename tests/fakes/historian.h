@@ -242,7 +242,8 @@ class FakeCommand : public platform::Command {
   Long MaxRecords() const override { return m_lMaxRecords; }
   void MaxRecords(Long lMaxRecords) override { m_lMaxRecords = lMaxRecords; }
 
-  /// Understands "... FROM catalog..table ..." and gives the whole table up to the row limit.
+  /// Understands "... FROM catalog..table ..." and gives the whole table up to the row limit, and
+  /// the statements that create and drop a catalog.
   platform::RecordsetPtr Execute(Long* lRecordsAffected, Long) override {
     if (lRecordsAffected) *lRecordsAffected = 0;
     if (!m_connection || !m_connection->IsOpen()) {
@@ -254,6 +255,7 @@ class FakeCommand : public platform::Command {
     if (historian.onExecute) {
       if (auto recordset = historian.onExecute(m_sText)) return recordset;
     }
+    if (RunsOnCatalogs(*historian.Server(m_connection->ServerName()))) return nullptr;
     const std::size_t nFrom = m_sText.find(" FROM ");
     const std::size_t nDots = m_sText.find("..", nFrom);
     if (nFrom == Text::npos || nDots == Text::npos) Fail();
@@ -272,6 +274,21 @@ class FakeCommand : public platform::Command {
  private:
   [[noreturn]] void Fail() const {
     throw platform::Failure(platform::failure::kSqlError, "The statement cannot be run.");
+  }
+  /// Creates or drops the catalog that the statement names; false when it is another statement.
+  bool RunsOnCatalogs(scenarios::ServerSetup& server) const {
+    const bool bCreate = m_sText.starts_with("CREATE DATABASE \"");
+    if (!bCreate && !m_sText.starts_with("DROP DATABASE \"")) return false;
+    const std::size_t nBegin = m_sText.find('"') + 1;
+    const Text sName = m_sText.substr(nBegin, m_sText.find('"', nBegin) - nBegin);
+    const bool bThere = FakeHistorian::Find(server.catalogs, sName) != nullptr;
+    if (bThere == bCreate) Fail();
+    if (bCreate) {
+      server.catalogs.push_back({sName, {}});
+    } else {
+      std::erase_if(server.catalogs, [&](const auto& catalog) { return catalog.sName == sName; });
+    }
+    return true;
   }
 
   std::shared_ptr<FakeConnection> m_connection;

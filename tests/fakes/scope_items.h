@@ -137,18 +137,16 @@ class FakeScopeItems : public platform::ScopeItems {
   void Remove(const Text& sKey) override {
     const auto item = Find(sKey);
     if (!item) throw platform::Failure(5, "The item is not in the tree.");
-    RemoveChildren(item->node);
+    if (onRemoving) onRemoving(item, false);
+    ClearBeneath(*item->node);
     items.erase(sKey);
     std::erase(root->node->children, item);
     for (auto& [sOther, other] : items) std::erase(other->node->children, item);
   }
   void RemoveChildren(const platform::ScopeNodePtr& parent) override {
-    const auto children =
-        std::exchange(std::dynamic_pointer_cast<FakeScopeNode>(parent)->children, {});
-    for (const auto& child : children) {
-      RemoveChildren(child->node);
-      items.erase(child->Key());
-    }
+    const auto node = std::dynamic_pointer_cast<FakeScopeNode>(parent);
+    if (onRemoving) onRemoving(Holder(*node), true);
+    ClearBeneath(*node);
   }
 
   FakeScopeItemPtr Find(const Text& sKey) const {
@@ -156,10 +154,40 @@ class FakeScopeItems : public platform::ScopeItems {
     return item == items.end() ? nullptr : item->second;
   }
 
+  /// The item above, none for the root.
+  FakeScopeItemPtr Above(const FakeScopeItemPtr& item) const {
+    const auto holds = [&](const FakeScopeItemPtr& other) {
+      const auto& children = other->node->children;
+      return std::find(children.begin(), children.end(), item) != children.end();
+    };
+    if (holds(root)) return root;
+    for (const auto& [sKey, other] : items) {
+      if (holds(other)) return other;
+    }
+    return nullptr;
+  }
+
   std::map<Text, FakeScopeItemPtr> items;
   FakeScopeItemPtr root;
+  /// Called before an item, or everything beneath it, is removed.
+  std::function<void(const FakeScopeItemPtr& item, bool bChildrenOnly)> onRemoving;
   std::map<Text, Text> typeNames;  ///< display names of the node types
   std::function<void(const FakeScopeItemPtr&)> onExpand;
+
+ private:
+  FakeScopeItemPtr Holder(const FakeScopeNode& node) const {
+    for (const auto& [sKey, item] : items) {
+      if (item->node.get() == &node) return item;
+    }
+    return root;
+  }
+  void ClearBeneath(FakeScopeNode& node) {
+    const auto children = std::exchange(node.children, {});
+    for (const auto& child : children) {
+      ClearBeneath(*child->node);
+      items.erase(child->Key());
+    }
+  }
 };
 
 }  // namespace orvane::fakes

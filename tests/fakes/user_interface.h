@@ -1,6 +1,7 @@
 // Message boxes, mouse pointer and beep, written down instead of shown.
 #pragma once
 
+#include <deque>
 #include <vector>
 
 #include "platform/user_interface.h"
@@ -14,7 +15,11 @@ class FakeUserInterface : public platform::UserInterface {
                                 platform::MsgBoxIcon icon, const platform::Text& sTitle) override {
     boxes.push_back({sText, sTitle, buttons});
     icons.push_back(icon);
-    return buttons == platform::MsgBoxButtons::OkOnly ? platform::MsgBoxResult::Ok : answer;
+    if (buttons == platform::MsgBoxButtons::OkOnly) return platform::MsgBoxResult::Ok;
+    if (answers.empty()) return answer;
+    const auto next = answers.front();
+    answers.pop_front();
+    return next;
   }
   platform::Long MousePointer() const override { return m_lPointer; }
   void MousePointer(platform::Long lPointer) override {
@@ -26,6 +31,7 @@ class FakeUserInterface : public platform::UserInterface {
 
   std::vector<scenarios::BoxSeen> boxes;
   std::vector<platform::MsgBoxIcon> icons;
+  std::deque<platform::MsgBoxResult> answers;  ///< to the next questions, one each
   platform::MsgBoxResult answer = platform::MsgBoxResult::Yes;
   std::vector<platform::Long> pointers;
   int nBeeps = 0;

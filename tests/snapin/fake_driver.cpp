@@ -1,8 +1,11 @@
 #include "tests/snapin/fake_driver.h"
 
+#include <gtest/gtest.h>
+
 #include <utility>
 
 #include "platform/conversions.h"
+#include "tests/fakes/fake_shown_form.h"
 
 namespace orvane::snapin {
 
@@ -18,6 +21,7 @@ FakeDriver::FakeDriver() {
 }
 
 FakeDriver::~FakeDriver() {
+  EXPECT_TRUE(m_formUsers.empty()) << "a dialog that was answered never came up";
   Close();
 }
 
@@ -32,6 +36,10 @@ void FakeDriver::AppendRow(const Text& sServer, const Text& sCatalog, const Text
 
 void FakeDriver::AnswerLogon(scenarios::LogonAnswer answer) {
   historian->bCancelLogon = answer == scenarios::LogonAnswer::Cancel;
+}
+
+void FakeDriver::ChooseServer(const Text& sServer) {
+  historian->sChosenServer = sServer;
 }
 
 Long FakeDriver::LogonsSeen() const {
@@ -79,6 +87,8 @@ void FakeDriver::Close() {
   snapIn->SnapIn_Terminate();
   snapIn.reset();
   console.reset();
+  controlBar.attached.reset();
+  verbs.verbs.clear();
 }
 
 void FakeDriver::NewDocument() {
@@ -160,9 +170,46 @@ void FakeDriver::Show(const Text& sViewName) {
   snapIn->ResultViews_Initialize(view);
   if (view.control) snapIn->ResultViews_InitializeControl(view);
   snapIn->ResultViews_Activate(view);
+  TellSelected();
+}
+
+void FakeDriver::TellSelected() {
   const fakes::FakeSelection selection(m_selected);
   snapIn->Views_Select(console->CurrentView(), selection, true, verbs);
   snapIn->Views_UpdateControlbar(console->CurrentView(), selection, true, controlBar);
+}
+
+Text FakeDriver::Selected() const {
+  return m_selected ? m_selected->Key() : scenarios::kStaticNode;
+}
+
+void FakeDriver::FollowTree() {
+  console->ScopeItems().onRemoving = [this](const FakeScopeItemPtr& item, bool bChildrenOnly) {
+    Removing(item, bChildrenOnly);
+  };
+  console->CurrentView().onSelect = [this](const platform::ScopeItemPtr& item) {
+    ShowSelected(std::dynamic_pointer_cast<fakes::FakeScopeItem>(item));
+  };
+}
+
+void FakeDriver::ShowSelected(const FakeScopeItemPtr& item) {
+  if (item == m_selected) {
+    TellSelected();
+  } else {
+    Select(item->Key());
+  }
+}
+
+void FakeDriver::Removing(const FakeScopeItemPtr& item, bool bChildrenOnly) {
+  for (auto above = m_selected; above; above = console->ScopeItems().Above(above)) {
+    if (above != item) continue;
+    if (!bChildrenOnly) {
+      Select(console->ScopeItems().Above(item)->Key());
+    } else if (m_selected != item) {
+      Select(item->Key());
+    }
+    return;
+  }
 }
 
 void FakeDriver::Hide() {
@@ -174,7 +221,8 @@ void FakeDriver::Hide() {
 }
 
 Boolean FakeDriver::HasExpandMark(const Text& sKey) const {
-  return Item(sKey)->node->bHasChildren;
+  const auto& node = *Item(sKey)->node;
+  return node.bHasChildren || !node.children.empty();
 }
 
 std::vector<Text> FakeDriver::Children(const Text& sKey) const {
@@ -248,6 +296,94 @@ scenarios::GridSnapshot FakeDriver::Grid() const {
     }
   }
   return grid;
+}
+
+std::vector<platform::MenuItem> FakeDriver::MenuItems(const Text& sKey) {
+  if (Item(sKey) != m_selected) Select(sKey);
+  fakes::FakeContextMenu menu;
+  snapIn->Views_AddTopMenuItems(console->CurrentView(), fakes::FakeSelection(m_selected), menu,
+                                true);
+  std::vector<platform::MenuItem> items;
+  for (const auto& top : menu.menus) {
+    items.insert(items.end(), top.items.begin(), top.items.end());
+  }
+  return items;
+}
+
+std::vector<scenarios::MenuEntry> FakeDriver::Menu(const Text& sKey, scenarios::MenuWay) {
+  std::vector<scenarios::MenuEntry> entries;
+  for (const auto& item : MenuItems(sKey)) entries.push_back({item.sCaption, item.bEnabled});
+  return entries;
+}
+
+void FakeDriver::Choose(const Text& sKey, const Text& sCaption, scenarios::MenuWay) {
+  for (const auto& item : MenuItems(sKey)) {
+    if (item.sCaption != sCaption) continue;
+    EXPECT_TRUE(item.bEnabled) << sCaption;
+    FollowTree();
+    Click(item.sName, sKey);
+    console->ScopeItems().onRemoving = {};
+    console->CurrentView().onSelect = {};
+    return;
+  }
+  ADD_FAILURE() << "no " << sCaption << " in the menu of " << sKey;
+}
+
+std::vector<scenarios::ButtonSeen> FakeDriver::Toolbar() const {
+  std::vector<scenarios::ButtonSeen> seen;
+  const auto toolbar = std::dynamic_pointer_cast<fakes::FakeToolbar>(controlBar.attached);
+  if (!toolbar) return seen;
+  for (const auto& button : toolbar->Buttons().buttons) {
+    seen.push_back(
+        {button->Key(), button->sToolTip, button->lImage, button->Enabled(), button->Pressed()});
+  }
+  return seen;
+}
+
+void FakeDriver::Press(const Text& sButton) {
+  auto& button = controlBar.attached->Buttons().Item(sButton);
+  if (button.Enabled()) snapIn->Toolbar_ButtonClick(button);
+}
+
+Boolean FakeDriver::CanRefresh() const {
+  return verbs.Enabled(platform::kVerbRefresh);
+}
+
+void FakeDriver::Refresh() {
+  if (CanRefresh()) snapIn->Views_Refresh(console->CurrentView());
+}
+
+Boolean FakeDriver::IsHourglassShown() const {
+  return ui->MousePointer() == platform::kMousePointerHourglass;
+}
+
+void FakeDriver::AnswerForm(scenarios::FormUser user) {
+  m_formUsers.push_back(std::move(user));
+  for (const char* sForm : {"OptionsDlg", "QueryDlg", "AddCatalogDlg", "TableQueryDlg"}) {
+    forms->WhenShown(sForm, [this](fakes::FakeForm& form) { FormShown(form); });
+  }
+}
+
+void FakeDriver::FormShown(fakes::FakeForm& form) {
+  if (m_formUsers.empty()) {
+    ADD_FAILURE() << "an unexpected dialog: " << form.Title();
+    return form.Hide();
+  }
+  const auto user = std::move(m_formUsers.front());
+  m_formUsers.pop_front();
+  fakes::FakeShownForm shown(form);
+  try {
+    user(shown);
+  } catch (const std::exception& e) {
+    ADD_FAILURE() << form.Title() << ": " << e.what();
+  }
+  EXPECT_FALSE(form.Shown()) << form.Title() << " was left open";
+  form.Hide();
+}
+
+void FakeDriver::AnswerBox(scenarios::BoxAnswer answer) {
+  ui->answers.push_back(answer == scenarios::BoxAnswer::Yes ? platform::MsgBoxResult::Yes
+                                                            : platform::MsgBoxResult::No);
 }
 
 std::vector<scenarios::BoxSeen> FakeDriver::TakeBoxes() {

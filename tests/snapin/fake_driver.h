@@ -2,6 +2,7 @@
 // the console does, in its order of events. Also what the tests of single handlers start from.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -31,6 +32,7 @@ class FakeDriver : public scenarios::Driver {
   void AppendRow(const Text& sServer, const Text& sCatalog, const Text& sTable,
                  const std::vector<platform::Value>& values) override;
   void AnswerLogon(scenarios::LogonAnswer answer) override;
+  void ChooseServer(const Text& sServer) override;
   Long LogonsSeen() const override;
   Long StatementsSent() const override;
 
@@ -43,6 +45,7 @@ class FakeDriver : public scenarios::Driver {
   void Expand(const Text& sKey) override;
   void Collapse(const Text& sKey) override;
   void Select(const Text& sKey) override;
+  Text Selected() const override;
   Boolean HasExpandMark(const Text& sKey) const override;
   std::vector<Text> Children(const Text& sKey) const override;
   Text DisplayName(const Text& sKey) const override;
@@ -51,6 +54,16 @@ class FakeDriver : public scenarios::Driver {
   void ShowView(const Text& sViewName) override;
   std::vector<scenarios::ListRow> ListRows() const override;
   scenarios::GridSnapshot Grid() const override;
+
+  std::vector<scenarios::MenuEntry> Menu(const Text& sKey, scenarios::MenuWay way) override;
+  void Choose(const Text& sKey, const Text& sCaption, scenarios::MenuWay way) override;
+  std::vector<scenarios::ButtonSeen> Toolbar() const override;
+  void Press(const Text& sButton) override;
+  Boolean CanRefresh() const override;
+  void Refresh() override;
+  Boolean IsHourglassShown() const override;
+  void AnswerForm(scenarios::FormUser user) override;
+  void AnswerBox(scenarios::BoxAnswer answer) override;
   std::vector<scenarios::BoxSeen> TakeBoxes() override;
 
   // ---- for the tests of single handlers
@@ -83,11 +96,21 @@ class FakeDriver : public scenarios::Driver {
   void Close();
   void Show(const Text& sViewName);
   void Hide();
+  /// Lets the selection follow what a command does to the tree, as a console does. The tests of
+  /// single handlers look at the handler alone.
+  void FollowTree();
+  /// Selects what is left when the item, or everything beneath it, goes.
+  void Removing(const fakes::FakeScopeItemPtr& item, bool bChildrenOnly);
+  void ShowSelected(const fakes::FakeScopeItemPtr& item);
+  void TellSelected();
+  std::vector<platform::MenuItem> MenuItems(const Text& sKey);
+  void FormShown(fakes::FakeForm& form);
   const platform::NodeTypeDescription& NodeType(const Text& sName) const;
   void AppendTree(const fakes::FakeScopeItem& item, const Text& sIndent, Text& sTree) const;
 
   platform::SnapInDescription m_description;
   fakes::FakeScopeItemPtr m_selected;
+  std::deque<scenarios::FormUser> m_formUsers;
   std::unique_ptr<fakes::FakePropertyBag> m_saved;
 };
 
