@@ -32,8 +32,9 @@ class GivingLabel : public QLabel {
   }
 };
 
+template <class Label>
 QLabel* AddLabel(QWidget* parent, const char* sName, const char* sAccessibleName) {
-  auto* label = new GivingLabel(parent);
+  auto* label = new Label(parent);
   label->setObjectName(sName);
   label->setAccessibleName(sAccessibleName);
   label->setTextFormat(Qt::PlainText);
@@ -61,11 +62,11 @@ QString TimeText(std::chrono::microseconds elapsed) {
 
 StatusStrip::StatusStrip(QWidget* parent)
     : QWidget(parent),
-      m_rows(AddLabel(this, "rowCount", "Number of rows")),
-      m_time(AddLabel(this, "elapsed", "Time taken")),
+      m_rows(AddLabel<GivingLabel>(this, "rowCount", "Number of rows")),
+      m_time(AddLabel<QLabel>(this, "elapsed", "Time taken")),
       m_warning(new QLabel(this)),
-      m_notice(AddLabel(this, "notice", "Notice")),
-      m_position(AddLabel(this, "position", "Current row")) {
+      m_notice(AddLabel<GivingLabel>(this, "notice", "Notice")),
+      m_position(AddLabel<QLabel>(this, "position", "Current row")) {
   setObjectName("status");
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(8, 3, 8, 3);
@@ -98,6 +99,7 @@ void StatusStrip::Empty() {
 
 void StatusStrip::Message(const QString& sMessage) {
   m_rows->setText(sMessage);
+  m_rows->setMinimumWidth(0);
   m_time->clear();
   m_sNotice.clear();
   ShowNotice({});
@@ -108,6 +110,7 @@ void StatusStrip::Message(const QString& sMessage) {
 void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapsed,
                        const QString& sNotice) {
   m_rows->setText(RowsText(rows));
+  m_rows->setMinimumWidth(m_rows->sizeHint().width());
   m_time->setText(TimeText(elapsed));
   m_time->show();
   m_sNotice = sNotice;

@@ -47,6 +47,21 @@ TEST(status_strip, a_notice_is_in_sight_with_a_warning) {
   EXPECT_FALSE(strip.findChild<QLabel*>("warning")->pixmap(Qt::ReturnByValue).isNull());
 }
 
+TEST(status_strip, a_long_notice_gives_way_before_anything_else) {
+  StatusStrip strip;
+  strip.Rows(500, microseconds(12'000), QString(300, 'n'));
+  strip.Position(0, 500);
+  strip.resize(600, strip.height());
+  strip.show();
+  for (const char* const sName : {"rowCount", "elapsed", "position"}) {
+    const auto* label = strip.findChild<QLabel*>(sName);
+    EXPECT_GE(label->width(), label->sizeHint().width()) << sName;
+  }
+  const auto* notice = strip.findChild<QLabel*>("notice");
+  EXPECT_LT(notice->width(), notice->sizeHint().width());
+  EXPECT_GT(notice->width(), 200);
+}
+
 TEST(status_strip, a_remark_stands_in_the_place_of_the_notice) {
   StatusStrip strip;
   strip.Rows(100, microseconds(12'000), "Cut.");

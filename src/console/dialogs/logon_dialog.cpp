@@ -81,6 +81,8 @@ LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
   m_btnOk->setDefault(true);
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("m_btnCancel");
   buttons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));
+  // No pictures, as on the buttons of every other dialog.
+  for (auto* button : buttons->buttons()) button->setIcon({});
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(m_cmbServer, &QComboBox::editTextChanged, this, [this] { UpdateButtons(); });

@@ -251,6 +251,8 @@ void MainWindow::StartSession() {
 }
 
 void MainWindow::CloseSession() {
+  // What was said of one document is not said of the next.
+  statusBar()->clearMessage();
   m_wantedSelection.reset();
   m_wantedMenu.reset();
   m_unsaved->Watch(nullptr);

@@ -29,6 +29,11 @@ using platform::Text;
 
 enum class Device { Mouse, Keyboard };
 
+/// Names the device where the test program lists its cases.
+void PrintTo(Device device, std::ostream* out) {
+  *out << (device == Device::Mouse ? "mouse" : "keyboard");
+}
+
 constexpr int kRows = 120;
 const Text kSql = "SELECT Tag, COUNT(*) AS Samples FROM Boiler..Data GROUP BY Tag";
 
@@ -450,9 +455,7 @@ TEST_P(WholeJobTest, is_done_saved_and_found_again_with_one_device) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Hands, WholeJobTest, testing::Values(Device::Mouse, Device::Keyboard),
-                         [](const auto& device) {
-                           return device.param == Device::Mouse ? "mouse" : "keyboard";
-                         });
+                         testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace orvane::console
