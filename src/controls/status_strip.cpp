@@ -71,6 +71,8 @@ StatusStrip::StatusStrip(QWidget* parent)
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(8, 3, 8, 3);
   layout->setSpacing(16);
+  // A narrow window cuts the strip; the strip does not hold the window open.
+  layout->setSizeConstraint(QLayout::SetNoConstraint);
   m_time->setForegroundRole(QPalette::PlaceholderText);
   m_position->setForegroundRole(QPalette::PlaceholderText);
   QFont strong = m_notice->font();
@@ -91,6 +93,10 @@ StatusStrip::StatusStrip(QWidget* parent)
   layout->addWidget(m_position);
   setFixedHeight(std::max(fontMetrics().height(), kIconSize) + 10);
   Empty();
+}
+
+QSize StatusStrip::minimumSizeHint() const {
+  return {0, height()};
 }
 
 void StatusStrip::Empty() {

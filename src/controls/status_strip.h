@@ -30,6 +30,8 @@ class StatusStrip : public QWidget {
   /// Row from 0; -1 when there is no current row.
   void Position(int nRow, int nRows);
 
+  QSize minimumSizeHint() const override;
+
  protected:
   void changeEvent(QEvent* event) override;
 
