@@ -39,10 +39,11 @@ void SnapIn::m_mnuNewQuery_Click(const ScopeItemPtr& queriesItem) {
   nodes::QueryNodePtr query;
   while (!query) {
     if (!Ask(dialog)) return;
+    const Text sName = dialog.Name().Text();
+    const Text sSqlText = dialog.SqlStatement().Text();
+    const auto queries = server->QueryNodes();
     // Whatever keeps the list from taking the query counts as a name that is taken.
-    Suppressed([&] {
-      query = server->QueryNodes()->Add(dialog.Name().Text(), dialog.SqlStatement().Text());
-    });
+    Suppressed([&] { query = queries->Add(sName, sSqlText); });
     if (!query) ShowError(*m_services.ui, {platform::failure::kKeyExists, kNameTaken, "snapin"});
   }
   if (queriesItem->ScopeNode()->ExpandedOnce()) AddQueryScopeItem(*queriesItem, query);

@@ -145,9 +145,13 @@ class FakeToolbarButtons : public platform::ToolbarButtons {
     throw platform::Failure(5, "There is no button \"" + sKey + "\".");
   }
   platform::Long Count() const override { return static_cast<platform::Long>(buttons.size()); }
-  void Clear() override { buttons.clear(); }
+  void Clear() override {
+    if (bFailClear) throw platform::Failure(5, "The toolbar cannot be cleared.");
+    buttons.clear();
+  }
   std::vector<std::unique_ptr<FakeToolbarButton>> buttons;
   platform::Text sFailingKey;
+  bool bFailClear = false;
   int nAdded = 0;
   std::vector<platform::Long> positions;  ///< as asked for, since the toolbar was made
 };
@@ -163,6 +167,7 @@ class FakeToolbar : public platform::Toolbar {
 class FakeControlBar : public platform::ControlBar {
  public:
   void Attach(const platform::ToolbarPtr& toolbar) override {
+    if (bFailAttach) throw platform::Failure(5, "The toolbar cannot be attached.");
     attached = toolbar;
     ++nAttached;
   }
@@ -172,6 +177,7 @@ class FakeControlBar : public platform::ControlBar {
   }
   platform::ToolbarPtr attached;
   int nAttached = 0;
+  bool bFailAttach = false;
   bool bFailDetach = false;
 };
 
@@ -189,6 +195,8 @@ class FakeConsole : public platform::Console {
   FakeView& CurrentView() override { return m_view; }
   std::shared_ptr<platform::ResultView> CurrentResultView() override { return resultView; }
   platform::ToolbarPtr CreateToolbar() override {
+    ++nToolbarsAskedFor;
+    if (bFailCreateToolbar) throw platform::Failure(5, "There is no room for a toolbar.");
     toolbar = std::make_shared<FakeToolbar>();
     return toolbar;
   }
@@ -196,6 +204,8 @@ class FakeConsole : public platform::Console {
   FakeScopeItemPtr staticItem;
   std::shared_ptr<FakeResultView> resultView;
   std::shared_ptr<FakeToolbar> toolbar;
+  int nToolbarsAskedFor = 0;
+  bool bFailCreateToolbar = false;
 
  private:
   FakeScopeItems m_scopeItems;

@@ -47,7 +47,10 @@ using FakeCaption = FakeCaptioned<platform::Caption>;
 
 class FakeTextBox : public FakeControl<platform::TextBox> {
  public:
-  platform::Text Text() const override { return m_sText; }
+  platform::Text Text() const override {
+    if (bUnreadable) throw platform::Failure(5, "The box cannot be read.");
+    return m_sText;
+  }
   void Text(const platform::Text& sText) override {
     m_sText = sText;
     m_change.Raise();
@@ -64,6 +67,8 @@ class FakeTextBox : public FakeControl<platform::TextBox> {
   void Type(const platform::Text& sText) {
     if (!m_bLocked && Enabled()) Text(m_sText + sText);
   }
+
+  bool bUnreadable = false;
 
  private:
   platform::Text m_sText;

@@ -93,6 +93,25 @@ TEST_F(query_commands, a_taken_name_can_be_corrected) {
   EXPECT_EQ(Names(*server), (std::vector<Text>{"Q1", "Q2"}));
 }
 
+TEST_F(query_commands, a_box_that_cannot_be_read_is_no_name_that_is_taken) {
+  for (const char* const sBox : {"m_txtName", "m_txtSqlStatement"}) {
+    driver.NewDocument();
+    const auto server = ExpandAll();
+    driver.forms->WhenShown("QueryDlg", [sBox, n = 0](fakes::FakeForm& form) mutable {
+      // Shown once more, the loop would otherwise never end.
+      if (n++ > 0) return form.PressEscape();
+      form.TextBox("m_txtName").Text("Q2");
+      form.TextBox("m_txtSqlStatement").Text("SELECT 2");
+      form.Button("m_btnOk").Click();
+      form.TextBox(sBox).bUnreadable = true;
+    });
+    driver.Click("m_mnuNewQuery", "S1.Queries");
+    EXPECT_EQ(ErrorBox(), "The box cannot be read.") << sBox;
+    EXPECT_EQ(driver.forms->Last("QueryDlg").TimesShown(), 1) << sBox;
+    EXPECT_EQ(Names(*server), std::vector<Text>{"Q1"}) << sBox;
+  }
+}
+
 TEST_F(query_commands, a_cancelled_new_query_changes_nothing) {
   const auto server = ExpandAll();
   driver.Item("S1.Queries")->node->bHasChildren = false;

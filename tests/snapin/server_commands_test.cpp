@@ -191,7 +191,11 @@ TEST_F(server_commands, a_server_added_twice_is_refused) {
 TEST_F(server_commands, connecting_a_server_never_expanded_leaves_its_folders_for_later) {
   const auto server = AddServer("S1");
   driver.Expand("");
+  // A disconnection takes the expand mark, which the connection has to bring back.
+  driver.Click("m_mnuDisconnect", "S1");
+  ASSERT_FALSE(driver.Item("S1")->node->bHasChildren);
   driver.Click("m_mnuConnect", "S1");
+  ExpectNoBoxes();
   EXPECT_NE(server->Connection(), nullptr);
   EXPECT_FALSE(driver.HasItem("S1.Catalogs"));
   EXPECT_TRUE(driver.Item("S1")->node->bHasChildren);

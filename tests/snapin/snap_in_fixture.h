@@ -65,6 +65,7 @@ class SnapInTest : public testing::Test {
     if (boxes.size() != 1) return {};
     EXPECT_EQ(boxes[0].sTitle, "Error");
     EXPECT_EQ(boxes[0].buttons, platform::MsgBoxButtons::OkOnly);
+    EXPECT_EQ(driver.ui->icons.back(), platform::MsgBoxIcon::None);
     return boxes[0].sText;
   }
 

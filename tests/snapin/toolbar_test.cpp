@@ -118,6 +118,52 @@ TEST_F(toolbar, a_toolbar_that_cannot_be_detached_is_rebuilt_all_the_same) {
   ExpectNoBoxes();
 }
 
+TEST_F(toolbar, a_toolbar_that_cannot_be_cleared_is_detached_and_built_all_the_same) {
+  driver.Select(kPumps);
+  auto& buttons = driver.console->toolbar->Buttons();
+  buttons.bFailClear = true;
+  driver.Select("S1");
+  EXPECT_EQ(driver.controlBar.attached, nullptr);
+  EXPECT_EQ(buttons.Count(), 10);
+  buttons.nAdded = 0;
+  driver.Select("S1.Catalogs");
+  driver.Select(kQuery);
+  EXPECT_EQ(buttons.nAdded, 7) << "it was remembered that there is none, so this one is built";
+  EXPECT_EQ(driver.controlBar.attached, driver.console->toolbar);
+  ExpectNoBoxes();
+}
+
+TEST_F(toolbar, a_toolbar_that_cannot_be_attached_is_remembered_and_not_tried_again) {
+  driver.controlBar.bFailAttach = true;
+  driver.Select(kPumps);
+  auto& buttons = driver.console->toolbar->Buttons();
+  EXPECT_EQ(driver.controlBar.attached, nullptr);
+  EXPECT_EQ(buttons.Count(), 10);
+  EXPECT_FALSE(buttons.Item("Delete").Enabled()) << "the states come before";
+  driver.controlBar.bFailAttach = false;
+  Update(true);
+  EXPECT_EQ(buttons.nAdded, 10);
+  EXPECT_EQ(driver.controlBar.nAttached, 0);
+  driver.Select(kQuery);
+  EXPECT_EQ(Buttons().size(), 7U);
+  ExpectNoBoxes();
+}
+
+TEST_F(toolbar, a_console_without_a_toolbar_shows_the_grid_and_is_asked_at_the_next_kind) {
+  driver.console->bFailCreateToolbar = true;
+  driver.Select(kPumps);
+  EXPECT_EQ(driver.Grid().rows.size(), 3U);
+  EXPECT_EQ(driver.console->toolbar, nullptr);
+  EXPECT_EQ(driver.console->nToolbarsAskedFor, 1);
+  driver.console->bFailCreateToolbar = false;
+  Update(true);
+  EXPECT_EQ(driver.console->nToolbarsAskedFor, 1) << "the kind is remembered all the same";
+  driver.Select(kQuery);
+  EXPECT_EQ(Buttons().size(), 7U);
+  EXPECT_EQ(driver.controlBar.attached, driver.console->toolbar);
+  ExpectNoBoxes();
+}
+
 TEST_F(toolbar, the_button_states_follow_the_grid_when_it_is_built) {
   driver.Select(kPumps);
   auto& buttons = driver.console->toolbar->Buttons();
