@@ -1,7 +1,9 @@
 #include "provider/statement_log.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <sstream>
@@ -112,6 +114,33 @@ TEST_F(statement_log, refuses_a_pipe_instead_of_waiting_for_its_reader) {
               }),
               sentence(sFile));
   }
+  // Nor is one taken that somebody reads: it would hold up the console once it is full.
+  const int nReader = open(sPipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  ASSERT_GE(nReader, 0);
+  EXPECT_EQ(FailureOf([&] {
+              provider.Open(ado::ConnectionSettings::Parse("Log Level = 3;Log File = " + sPipe), "",
+                            {});
+            }),
+            sentence(sPipe));
+  char c = 0;
+  EXPECT_EQ(read(nReader, &c, 1), 0);
+  close(nReader);
+}
+
+TEST_F(statement_log, appends_to_its_file_and_makes_the_folder_for_it) {
+  const Text sFile = (m_root.Path() / "new" / "folder" / "log.txt").string();
+  HistorianProvider provider(PlaceAt(m_root.Path()));
+  const auto log = [&](const Text& sStatement) {
+    const auto session =
+        provider.Open(ado::ConnectionSettings::Parse("Log Level = 2;Log File = " + sFile), "", {});
+    session->Execute({sStatement, 0, {}}, {});
+  };
+  log("SELECT 1");
+  log("SELECT 2");
+  std::ostringstream content;
+  content << std::ifstream(sFile).rdbuf();
+  EXPECT_THAT(content.str(), HasSubstr("SELECT 1\n"));
+  EXPECT_THAT(content.str(), HasSubstr("SELECT 2\n"));
 }
 
 }  // namespace
