@@ -149,17 +149,18 @@ bool IsSoundCatalogFile(const fs::path& file) {
   return true;
 }
 
-void DoomedCatalogFile::CloseDatabase::operator()(sqlite3* database) const {
+void HeldCatalogFile::CloseDatabase::operator()(sqlite3* database) const {
   sqlite3_close_v2(database);
 }
 
-DoomedCatalogFile::DoomedCatalogFile(fs::path file, const Text& sCatalog,
-                                     const std::stop_token& stop)
+HeldCatalogFile::HeldCatalogFile(fs::path file, DroppedFile fate, const Text& sCatalog,
+                                 const std::stop_token& stop)
     : m_file(std::move(file)) {
   std::error_code ignored;
   if (!fs::exists(m_file, ignored)) return;
   const fs::path folder = m_file.parent_path();
-  if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+  if (fate == DroppedFile::Goes &&
+      faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
     FailToWrite(m_file, errno, errno);
   }
   int nResult = SQLITE_OK;
@@ -185,14 +186,14 @@ DoomedCatalogFile::DoomedCatalogFile(fs::path file, const Text& sCatalog,
   if (nResult == SQLITE_OK) m_database.reset(database.release());
 }
 
-DoomedCatalogFile::~DoomedCatalogFile() {
+HeldCatalogFile::~HeldCatalogFile() {
   if (m_database == nullptr) return;
   sqlite3_exec(m_database.get(),
                "ROLLBACK; PRAGMA locking_mode = NORMAL; PRAGMA journal_mode = WAL", nullptr,
                nullptr, nullptr);
 }
 
-void DoomedCatalogFile::Remove() {
+void HeldCatalogFile::Remove() {
   RemoveFiles(m_file);
   m_database.reset();
   std::error_code ignored;

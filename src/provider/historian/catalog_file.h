@@ -29,17 +29,21 @@ void RemoveCatalogFile(const std::filesystem::path& file);
 /// because another program holds it.
 bool IsSoundCatalogFile(const std::filesystem::path& file);
 
-/// A catalog's file that is about to go: nobody else can open it while this lives. It stays as it
-/// was unless it is removed.
-class DoomedCatalogFile {
+/// What is to become of a catalog's file when the catalog is dropped.
+enum class DroppedFile { Goes, Stays };
+
+/// The file of a catalog that is about to be dropped: nobody else can open it while this lives. It
+/// stays as it was unless it is removed.
+class HeldCatalogFile {
  public:
-  /// An absent file is no failure. Fails with failure::kBusy when any other connection has it open
-  /// and with kNoRights when it could not be removed. A stop request ends the wait for others.
-  DoomedCatalogFile(std::filesystem::path file, const platform::Text& sCatalog,
-                    const std::stop_token& stop);
-  DoomedCatalogFile(const DoomedCatalogFile&) = delete;
-  DoomedCatalogFile& operator=(const DoomedCatalogFile&) = delete;
-  ~DoomedCatalogFile();
+  /// An absent file is no failure, nor is one that this user may not write: it cannot be held.
+  /// Fails with failure::kBusy when any other connection has it open, and with kNoRights when it
+  /// is to go and could not be removed. A stop request ends the wait for others.
+  HeldCatalogFile(std::filesystem::path file, DroppedFile fate, const platform::Text& sCatalog,
+                  const std::stop_token& stop);
+  HeldCatalogFile(const HeldCatalogFile&) = delete;
+  HeldCatalogFile& operator=(const HeldCatalogFile&) = delete;
+  ~HeldCatalogFile();
 
   /// Removes the file and what belongs to it; fails with failure::kStorage when it is still there.
   void Remove();

@@ -124,6 +124,13 @@ fs::path CheckedFolder(const Text& sPath) {
   return folder.lexically_normal();
 }
 
+// Both with the same parts of their paths taken out: the historian's folder may be reached through
+// a ".." and the folder that a user entered not.
+bool LiesIn(const fs::path& file, const fs::path& folder) {
+  const fs::path inside = file.lexically_normal().lexically_relative(folder.lexically_normal());
+  return !inside.empty() && *inside.begin() != "..";
+}
+
 CatalogRecord OwnCatalog(const char* sName, fs::path file, const char* sDescription) {
   return {sName, {}, std::move(file), 0, sDescription, true};
 }
@@ -280,7 +287,8 @@ void Historian::Register(const CatalogRecord& record, const fs::path& stored,
 
 void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
   // Nothing takes the file away before the record is gone for good, and nobody opens it meanwhile.
-  std::optional<DoomedCatalogFile> file;
+  std::optional<HeldCatalogFile> file;
+  auto fate = DroppedFile::Stays;
   const auto drop = [&] {
     const auto record = Find(sName, stop);
     if (!record) {
@@ -296,13 +304,11 @@ void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
     remove.sSql = "DELETE FROM Historians WHERE Name = ?";
     remove.parameters = {record->sName};
     m_session->Run(remove, stop);
-    const fs::path inside = record->file.lexically_normal().lexically_relative(m_folder);
-    if (!inside.empty() && *inside.begin() != "..") {
-      file.emplace(record->file, record->sName, stop);
-    }
+    if (LiesIn(record->file, m_folder)) fate = DroppedFile::Goes;
+    file.emplace(record->file, fate, record->sName, stop);
   };
   m_session->InTransaction({}, drop, stop);
-  if (file) file->Remove();
+  if (file && fate == DroppedFile::Goes) file->Remove();
 }
 
 engines::Catalog EngineCatalog(const CatalogRecord& record, platform::Boolean bReadOnly) {

@@ -39,7 +39,7 @@ class Historian {
   /// Drops a catalog. Its file goes too when it lies in the historian's folder; elsewhere it stays
   /// where it is. What fails or is stopped has changed nothing. Fails with kInvalidArgument for a
   /// catalog that is not there or is the historian's own, and with kBusy while another program uses
-  /// it.
+  /// it, wherever its file lies.
   void DropCatalog(const platform::Text& sName, std::stop_token stop);
 
  private:

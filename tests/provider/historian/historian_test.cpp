@@ -276,6 +276,82 @@ TEST_F(historian, keeps_a_catalog_that_another_program_uses) {
   EXPECT_FALSE(fs::exists(record.file));
 }
 
+TEST_F(historian, keeps_a_catalog_elsewhere_that_another_program_uses) {
+  const auto opened = Open();
+  const fs::path folder = m_root.Path() / "elsewhere";
+  fs::create_directory(folder);
+  const auto record = opened->CreateCatalog("Plant1", folder.string(), 0, {});
+  {
+    const Stranger stranger(record.file, "SELECT * FROM Tags");
+    EXPECT_EQ(FailureOf([&] { opened->DropCatalog("Plant1", {}); }),
+              "3803: The catalog Plant1 is in use by another program; close what reads or writes "
+              "it and try again.");
+    EXPECT_EQ(Names(*opened), "Functions Orvane Plant1 ");
+  }
+  opened->DropCatalog("Plant1", {});
+  EXPECT_EQ(Names(*opened), "Functions Orvane ");
+  // It is left with what it holds, free for others and in the mode in which they do not wait.
+  const Stranger stranger(record.file, "BEGIN IMMEDIATE; INSERT INTO Tags (Tag) VALUES ('T')");
+  EXPECT_EQ(stranger.Result(), SQLITE_OK);
+  std::ifstream file(record.file, std::ios::binary);
+  file.seekg(18);
+  EXPECT_EQ(file.get(), 2);
+}
+
+TEST_F(historian, drops_a_catalog_elsewhere_whose_file_is_gone_or_damaged_or_not_to_be_written) {
+  const auto opened = Open();
+  const fs::path folder = m_root.Path() / "elsewhere";
+  fs::create_directory(folder);
+  const auto create = [&](const Text& sName) {
+    return opened->CreateCatalog(sName, folder.string(), 0, {}).file;
+  };
+  fs::remove(create("Gone"));
+  opened->DropCatalog("Gone", {});
+  std::ofstream(create("Damaged")) << Text(8192, 'x');
+  opened->DropCatalog("Damaged", {});
+  const fs::path foreign = create("Foreign");
+  fs::permissions(m_root.Path(), fs::perms::all);
+  for (const auto& entry : fs::recursive_directory_iterator(m_root.Historian())) {
+    fs::permissions(entry.path(), fs::perms::all);
+  }
+  fs::permissions(m_root.Historian(), fs::perms::all);
+  const auto readable = fs::perms::owner_read | fs::perms::others_read;
+  fs::permissions(foreign, readable);
+  fs::permissions(folder, readable | fs::perms::owner_exec | fs::perms::others_exec);
+  Text sFailure;
+  {
+    const WithoutRoot withoutRoot;
+    sFailure = FailureOf([&] { opened->DropCatalog("Foreign", {}); });
+  }
+  fs::permissions(folder, fs::perms::owner_all);
+  EXPECT_EQ(sFailure, "no failure");
+  EXPECT_EQ(Names(*opened), "Functions Orvane ");
+  EXPECT_TRUE(fs::exists(folder / "Damaged.db"));
+  EXPECT_TRUE(fs::exists(foreign));
+}
+
+TEST_F(historian, drops_the_file_inside_its_folder_however_that_is_reached) {
+  fs::create_directories(m_root.Path() / "far" / "away");
+  fs::create_directory(m_root.Path() / "here");
+  fs::create_directory_symlink("far/away", m_root.Path() / "link");
+  // Beyond a link, ".." is the folder above the one that it leads to.
+  for (const char* const sRoot : {"here/..", "here/../here/.", "link/.."}) {
+    const fs::path root = m_root.Path() / sRoot;
+    Historian opened(root, "localhost", m_engine, {});
+    const fs::path file = opened.CreateCatalog("Plant1", "", 0, {}).file;
+    EXPECT_TRUE(fs::exists(file)) << sRoot;
+    opened.DropCatalog("Plant1", {});
+    EXPECT_FALSE(fs::exists(file)) << sRoot;
+  }
+  EXPECT_TRUE(fs::exists(m_root.Path() / "far" / "historians" / "localhost" / "Orvane.db"));
+  // Entered by the user, a path has no ".." any more.
+  Historian opened(m_root.Path() / "here" / "..", "localhost", m_engine, {});
+  const Text sFolder = (m_root.Historian() / "catalogs").string();
+  const fs::path file = opened.CreateCatalog("Plant1", sFolder, 0, {}).file;
+  opened.DropCatalog("Plant1", {});
+  EXPECT_FALSE(fs::exists(file));
+}
+
 // An engine that does something when a statement comes or before a transaction ends.
 class Meddling final : public engines::Engine {
  public:
