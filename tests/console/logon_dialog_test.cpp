@@ -237,6 +237,30 @@ TEST(logon_dialog, the_password_cannot_be_copied_out) {
   EXPECT_TRUE(password->inputMethodHints().testFlag(Qt::ImhSensitiveData));
 }
 
+TEST(logon_dialog, the_hourglass_is_laid_aside_while_it_is_shown) {
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  LogonRequest request = Request();
+  Ask(request, [](Shown& shown) {
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    shown.dialog->reject();
+  });
+  ASSERT_NE(QApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+  QApplication::restoreOverrideCursor();
+}
+
+TEST(logon_dialog, comes_up_over_the_window_in_front_although_none_is_active) {
+  QWidget window;
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  QApplication::setActiveWindow(nullptr);
+  LogonRequest request = Request();
+  Ask(request, [&](Shown& shown) {
+    EXPECT_EQ(shown.dialog->parentWidget(), &window);
+    shown.dialog->reject();
+  });
+}
+
 TEST(logon_dialog, can_be_asked_for_from_another_thread) {
   LogonRequest request = Request();
   bool bAccepted = false;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -87,6 +88,62 @@ TEST(message_boxes, escape_is_no_where_there_is_a_no) {
   EXPECT_EQ(Show({"Done.", MsgBoxButtons::OkOnly}, escape), MsgBoxResult::Ok);
 }
 
+TEST(message_boxes, access_keys_answer_a_question) {
+  for (const auto& [key, answer] :
+       {std::pair(Qt::Key_Y, MsgBoxResult::Yes), std::pair(Qt::Key_N, MsgBoxResult::No)}) {
+    EXPECT_EQ(
+        Show({"Remove?", MsgBoxButtons::YesNo},
+             [key = key](QMessageBox& shown) { QTest::keyClick(&shown, key, Qt::AltModifier); }),
+        answer);
+  }
+}
+
+TEST(message_boxes, the_windows_own_button_is_no_where_there_is_a_no) {
+  const auto close = [](QMessageBox& shown) { shown.close(); };
+  EXPECT_EQ(Show({"Remove?", MsgBoxButtons::YesNo}, close), MsgBoxResult::No);
+  EXPECT_EQ(Show({"Done.", MsgBoxButtons::OkOnly}, close), MsgBoxResult::Ok);
+}
+
+TEST(message_boxes, the_text_can_be_selected_by_mouse) {
+  Show({"Table Pumps is gone."}, [](QMessageBox& shown) {
+    auto* const label = shown.findChild<QLabel*>("qt_msgbox_label");
+    ASSERT_NE(label, nullptr);
+    QTest::mouseDClick(label, Qt::LeftButton, {}, {5, label->height() / 2});
+    EXPECT_EQ(label->selectedText(), "Table");
+    shown.accept();
+  });
+}
+
+TEST(message_boxes, come_up_over_the_window_in_front_although_none_is_active) {
+  QWidget window;
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  QApplication::setActiveWindow(nullptr);
+  ASSERT_EQ(QApplication::activeWindow(), nullptr);
+  Show({}, [&](QMessageBox& shown) {
+    EXPECT_EQ(shown.parentWidget(), &window);
+    shown.accept();
+  });
+}
+
+TEST(message_boxes, come_up_over_the_modal_window_on_top) {
+  QWidget window;
+  window.show();
+  QDialog modal;
+  modal.setModal(true);
+  modal.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&modal));
+  QApplication::setActiveWindow(&window);
+  MessageBoxes boxes;
+  QTimer::singleShot(0, [&] {
+    auto* const shown = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->parentWidget(), &modal);
+    shown->accept();
+  });
+  boxes.MsgBox("Text", MsgBoxButtons::OkOnly, MsgBoxIcon::None, "Error");
+}
+
 TEST(message_boxes, an_empty_title_is_the_programs_own) {
   QApplication::setApplicationDisplayName("ORVANE Console");
   Show({"Text", MsgBoxButtons::OkOnly, MsgBoxIcon::None, ""}, [](QMessageBox& shown) {
@@ -131,6 +188,31 @@ TEST(message_boxes, the_hourglass_stays_until_the_pointer_is_reset) {
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
   boxes.MousePointer(platform::kMousePointerDefault);
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST(message_boxes, the_hourglass_is_laid_aside_while_a_box_is_shown) {
+  MessageBoxes boxes;
+  boxes.MousePointer(platform::kMousePointerHourglass);
+  bool bSeen = false;
+  QTimer::singleShot(0, [&] {
+    auto* const shown = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(shown, nullptr);
+    bSeen = true;
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(boxes.MousePointer(), platform::kMousePointerHourglass);
+    shown->accept();
+  });
+  boxes.MsgBox("Text", MsgBoxButtons::OkOnly, MsgBoxIcon::None, "Error");
+  EXPECT_TRUE(bSeen);
+  EXPECT_EQ(boxes.MousePointer(), platform::kMousePointerHourglass);
+  ASSERT_NE(QApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+  boxes.MousePointer(platform::kMousePointerDefault);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST(message_boxes, a_beep_is_no_failure_where_nothing_sounds) {
+  EXPECT_NO_THROW(MessageBoxes().Beep());
 }
 
 TEST(message_boxes, an_hourglass_left_on_goes_with_them) {

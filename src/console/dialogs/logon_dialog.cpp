@@ -10,6 +10,9 @@
 #include <QVBoxLayout>
 #include <cstring>
 
+#include "console/dialogs/window_in_front.h"
+#include "console/forms/pointer_rest.h"
+
 namespace orvane::console {
 
 namespace {
@@ -126,7 +129,8 @@ void LogonDialog::TakeInto(ado::LogonRequest& request) {
 platform::Boolean LogonDialogPrompt::Ask(ado::LogonRequest& request) {
   bool bAccepted = false;
   const auto ask = [&] {
-    LogonDialog dialog(request, QApplication::activeWindow());
+    const PointerRest rest;
+    LogonDialog dialog(request, WindowInFront());
     bAccepted = dialog.exec() == QDialog::Accepted;
     if (bAccepted) dialog.TakeInto(request);
   };

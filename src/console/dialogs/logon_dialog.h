@@ -35,7 +35,7 @@ class LogonDialog : public QDialog {
 
 class LogonDialogPrompt : public ado::LogonPrompt {
  public:
-  /// Shows the dialog over the active window. Called off the user-interface thread, asks there
+  /// Shows the dialog over the window in front. Called off the user-interface thread, asks there
   /// and waits for the answer.
   platform::Boolean Ask(ado::LogonRequest& request) override;
 };

@@ -3,6 +3,9 @@
 #include <QApplication>
 #include <QMessageBox>
 
+#include "console/dialogs/window_in_front.h"
+#include "console/forms/pointer_rest.h"
+
 namespace orvane::console {
 
 using platform::Long;
@@ -22,7 +25,8 @@ MsgBoxResult MessageBoxes::MsgBox(const Text& sText, MsgBoxButtons buttons, MsgB
     m_suppression->m_texts.push_back(sText);
     return bYesNo ? MsgBoxResult::Yes : MsgBoxResult::Ok;
   }
-  QMessageBox box(QApplication::activeWindow());
+  const PointerRest rest;
+  QMessageBox box(WindowInFront());
   box.setObjectName("messageBox");
   box.setWindowTitle(sTitle.empty() ? QApplication::applicationDisplayName()
                                     : QString::fromStdString(sTitle));

@@ -18,8 +18,9 @@ class MessageBoxes : public platform::UserInterface, public platform::FailureLog
   /// Restores the mouse pointer.
   ~MessageBoxes() override;
 
-  /// Shows the box over the active window. The text is plain text. Escape answers Ok, or No. While
-  /// a MessageBoxSuppression lives, nothing is shown and the first button is the answer.
+  /// Shows the box over the window in front, with the pointer as it is without MousePointer. The
+  /// text is plain text. Escape and the window's own button answer Ok, or No. While a
+  /// MessageBoxSuppression lives, nothing is shown and the first button is the answer.
   platform::MsgBoxResult MsgBox(const platform::Text& sText, platform::MsgBoxButtons buttons,
                                 platform::MsgBoxIcon icon, const platform::Text& sTitle) override;
   platform::Long MousePointer() const override { return m_lPointer; }

@@ -1,7 +1,6 @@
 #include "console/forms/qt_form.h"
 
-#include <QApplication>
-
+#include "console/dialogs/window_in_front.h"
 #include "console/forms/button_controls.h"
 #include "platform/failure.h"
 
@@ -68,7 +67,7 @@ void QtForm::CancelButton(const Text& sButton) {
 
 void QtForm::ShowModal() {
   QWidget* const owner = m_owner ? m_owner() : nullptr;
-  m_dialog->ShowModal(owner ? owner : QApplication::activeWindow());
+  m_dialog->ShowModal(owner ? owner : WindowInFront());
 }
 
 }  // namespace orvane::console

@@ -12,7 +12,7 @@ namespace orvane::console {
 
 class QtForms : public platform::Forms {
  public:
-  /// The window over which forms are shown, asked for each time; null means the active one.
+  /// The window over which forms are shown, asked for each time; null means the one in front.
   using Owner = std::function<QWidget*()>;
 
   explicit QtForms(Owner owner = {});

@@ -5,6 +5,7 @@
 #include <QThread>
 #include <QTimer>
 
+#include "console/dialogs/window_in_front.h"
 #include "console/waiting/input_hold.h"
 #include "console/waiting/waiting_worker.h"
 
@@ -21,15 +22,6 @@ constexpr auto kBeforePanel = 500ms;
 bool IsUserInterfaceThread() {
   return qobject_cast<QApplication*>(QCoreApplication::instance()) &&
          QThread::currentThread() == qApp->thread();
-}
-
-QWidget* WindowInFront() {
-  if (QWidget* modal = QApplication::activeModalWidget()) return modal->window();
-  if (QWidget* active = QApplication::activeWindow()) return active;
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window->isVisible() && window->windowType() == Qt::Window) return window;
-  }
-  return nullptr;
 }
 
 /// The busy shape of the mouse pointer, from Show to the end of the wait.
