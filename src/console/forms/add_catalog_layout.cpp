@@ -31,7 +31,7 @@ void LayOutAddCatalog(QtForm& form) {
   boxes->addWidget(txtPath, 1, 1, 1, 2);
   boxes->addWidget(LabelFor(form, "Label3", txtSize), 2, 0);
   boxes->addWidget(txtSize, 2, 1);
-  boxes->addWidget(form.Add<LabelControl>("Label4"), 2, 2);
+  boxes->addWidget(UnitOf(form, "Label4", txtSize), 2, 2);
   boxes->setColumnStretch(2, 1);
   auto* const layout = new QVBoxLayout(&form.Dialog());
   layout->addLayout(boxes);

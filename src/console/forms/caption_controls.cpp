@@ -20,6 +20,23 @@ void LabelControl::SetFocus() {
   m_dialog.TakeFocus(m_widget->buddy() ? *m_widget->buddy() : *m_widget);
 }
 
+void UnitLabel::Unit(const QString& sUnit) {
+  setText(sUnit);
+  if (!m_box) return;
+  // Brackets are for the eye.
+  const bool bBrackets = sUnit.startsWith(u'[') && sUnit.endsWith(u']');
+  m_box->setAccessibleDescription(bBrackets ? sUnit.mid(1, sUnit.size() - 2) : sUnit);
+}
+
+UnitControl::UnitControl(FormDialog& dialog) : FormControl(dialog) {
+  m_widget->setTextFormat(Qt::PlainText);
+}
+
+void UnitControl::Label(const platform::Text& sLabel) {
+  m_sLabel = sLabel;
+  m_widget->Unit(QString::fromStdString(sLabel));
+}
+
 void ValueControl::Label(const platform::Text& sLabel) {
   m_sLabel = sLabel;
   m_widget->setText(QString::fromStdString(sLabel));

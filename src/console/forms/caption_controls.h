@@ -23,6 +23,28 @@ class LabelControl : public FormControl<platform::Caption, QLabel> {
   platform::Text m_sLabel;
 };
 
+/// A label that says in which unit the number in a box is counted.
+class UnitLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+  /// The unit becomes the box's description for those who hear the form read out.
+  void Box(QWidget* box) { m_box = box; }
+  void Unit(const QString& sUnit);
+
+ private:
+  QWidget* m_box = nullptr;
+};
+
+class UnitControl : public FormControl<platform::Caption, UnitLabel> {
+ public:
+  explicit UnitControl(FormDialog& dialog);
+  platform::Text Label() const override { return m_sLabel; }
+  void Label(const platform::Text& sLabel) override;
+
+ private:
+  platform::Text m_sLabel;
+};
+
 /// Shows a name as it is: an "&" in it is none of an access key.
 class ValueControl : public FormControl<platform::Caption, ElidedLabel> {
  public:

@@ -89,7 +89,8 @@ QSize ColumnList::minimumSizeHint() const {
 
 void ColumnList::mouseReleaseEvent(QMouseEvent* event) {
   QTreeView::mouseReleaseEvent(event);
-  if (event->button() == Qt::LeftButton && m_choice) m_choice();
+  // Every button chooses the row that it is pressed on.
+  if (m_choice) m_choice();
 }
 
 void ColumnList::mouseDoubleClickEvent(QMouseEvent* event) {

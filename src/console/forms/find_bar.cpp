@@ -2,6 +2,7 @@
 
 #include <Qsci/qsciscintilla.h>
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -121,6 +122,10 @@ void FindBar::FindFrom(int iLine, int iIndex, bool bForward) {
   const bool bFound = m_editor.findFirst(m_txtFind->text(), false, m_chkMatchCase->isChecked(),
                                          false, true, bForward, iLine, iIndex);
   m_lblResult->setText(bFound ? QString() : NotFound());
+  if (bFound) return;
+  // Read out each time, also when the words are there already.
+  QAccessibleEvent alert(m_lblResult, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
 }
 
 void FindBar::keyPressEvent(QKeyEvent* event) {

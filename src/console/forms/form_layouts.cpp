@@ -28,4 +28,10 @@ QLabel* LabelFor(QtForm& form, const char* sName, QWidget* buddy) {
   return label;
 }
 
+QLabel* UnitOf(QtForm& form, const char* sName, QWidget* box) {
+  UnitLabel* const label = form.Add<UnitControl>(sName);
+  label->Box(box);
+  return label;
+}
+
 }  // namespace orvane::console

@@ -20,5 +20,7 @@ QHBoxLayout* OkCancelRow(QtForm& form, const char* sOk, const char* sCancel);
 int Gap(QtForm& form);
 /// A label in front of a control, which takes the focus for its access key.
 QLabel* LabelFor(QtForm& form, const char* sName, QWidget* buddy);
+/// A label behind a box of numbers, with the unit that they are counted in.
+QLabel* UnitOf(QtForm& form, const char* sName, QWidget* box);
 
 }  // namespace orvane::console

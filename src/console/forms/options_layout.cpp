@@ -20,7 +20,7 @@ void LayOutOptions(QtForm& form) {
   SizedLineEdit* const txtTimeout = form.Add<LineTextControl>("m_txtTimeout");
   QLabel* const lblMaxRows = LabelFor(form, "m_lblMaxRows", txtMaxRows);
   QLabel* const lblTimeout = LabelFor(form, "m_lblTimeout", txtTimeout);
-  QLabel* const lblSeconds = form.Add<LabelControl>("m_lblSeconds");
+  QLabel* const lblSeconds = UnitOf(form, "m_lblSeconds", txtTimeout);
   QGroupBox* const frmDefTimeRange = form.Add<FrameControl>("m_frmDefTimeRange");
   SizedLineEdit* const txtDefStartTime = form.Add<LineTextControl>("m_txtDefStartTime");
   SizedLineEdit* const txtDefEndTime = form.Add<LineTextControl>("m_txtDefEndTime");

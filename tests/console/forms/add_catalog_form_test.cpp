@@ -1,3 +1,5 @@
+#include <QLabel>
+
 #include "dialogs/add_catalog_dlg.h"
 #include "tests/console/forms/forms_fixture.h"
 
@@ -25,6 +27,14 @@ TEST_F(add_catalog_form, ok_follows_the_name) {
   });
   EXPECT_TRUE(dialog.Accepted());
   EXPECT_EQ(dialog.Name().Text(), "Plant1");
+}
+
+TEST_F(add_catalog_form, the_sizes_unit_is_read_out_with_its_box) {
+  Show(dialog, [](QWidget& window) {
+    EXPECT_EQ(Find<QLabel>(window, "Label4").text(), "kilobytes");
+    EXPECT_EQ(Find(window, "m_txtSize").accessibleDescription(), "kilobytes");
+    EXPECT_EQ(Find(window, "m_txtName").accessibleDescription(), "");
+  });
 }
 
 TEST_F(add_catalog_form, neither_enter_nor_escape_presses_anything_wherever_the_focus_is) {

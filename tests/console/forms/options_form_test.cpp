@@ -1,3 +1,5 @@
+#include <QLabel>
+
 #include "dialogs/options_dlg.h"
 #include "tests/console/forms/forms_fixture.h"
 
@@ -20,6 +22,14 @@ TEST_F(options_form, opens_with_the_number_of_rows_selected) {
     EXPECT_EQ(window.windowTitle(), "Options");
     EXPECT_EQ(Focus(), "m_txtMaxRows");
     EXPECT_EQ(Find<QLineEdit>(window, "m_txtMaxRows").selectedText(), "100");
+  });
+}
+
+TEST_F(options_form, the_time_outs_unit_is_read_out_with_its_box) {
+  Show(dialog, [](QWidget& window) {
+    EXPECT_EQ(Find<QLabel>(window, "m_lblSeconds").text(), "[s]");
+    EXPECT_EQ(Find(window, "m_txtTimeout").accessibleDescription(), "s");
+    EXPECT_EQ(Find(window, "m_txtMaxRows").accessibleDescription(), "");
   });
 }
 

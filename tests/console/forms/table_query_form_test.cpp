@@ -96,6 +96,27 @@ TEST_F(table_query_form, a_click_enables_the_button_and_the_button_moves) {
   });
 }
 
+TEST_F(table_query_form, a_click_of_any_button_enables_the_buttons) {
+  Show(dialog, [](QWidget& window) {
+    for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
+      ColumnList& available = List(window, "m_lvAvailableCols");
+      ColumnList& selected = List(window, "m_lvSelCols");
+      QTest::mouseClick(available.viewport(), button, {}, At(available, "Status"));
+      EXPECT_TRUE(Enabled(window, "m_btnSelectCol")) << button;
+      EXPECT_FALSE(Enabled(window, "m_btnDeselectCol")) << button;
+      QTest::mouseClick(selected.viewport(), button, {}, At(selected, "Value"));
+      EXPECT_TRUE(Enabled(window, "m_btnDeselectCol")) << button;
+      // Taken away again, so that the next button has something to do.
+      for (ColumnList* const list : {&available, &selected}) {
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->viewport()->rect().bottomLeft() + QPoint(5, -5));
+      }
+      EXPECT_FALSE(Enabled(window, "m_btnSelectCol")) << button;
+      EXPECT_FALSE(Enabled(window, "m_btnDeselectCol")) << button;
+    }
+  });
+}
+
 TEST_F(table_query_form, a_click_beside_the_items_takes_the_choice_away) {
   Show(dialog, [](QWidget& window) {
     ClickItem(window, "m_lvAvailableCols", "Tag");
