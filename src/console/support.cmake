@@ -6,6 +6,7 @@ list(APPEND CONSOLE_SOURCES
   dialogs/logon_dialog.cpp
   dialogs/logon_dialog.h
   dialogs/message_boxes.cpp
+  dialogs/program_title.h
   dialogs/window_in_front.cpp
   document/document.cpp
   document/document_bag.cpp

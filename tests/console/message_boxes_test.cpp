@@ -145,12 +145,10 @@ TEST(message_boxes, come_up_over_the_modal_window_on_top) {
 }
 
 TEST(message_boxes, an_empty_title_is_the_programs_own) {
-  QApplication::setApplicationDisplayName("ORVANE Console");
   Show({"Text", MsgBoxButtons::OkOnly, MsgBoxIcon::None, ""}, [](QMessageBox& shown) {
     EXPECT_EQ(shown.windowTitle(), "ORVANE Console");
     shown.accept();
   });
-  QApplication::setApplicationDisplayName({});
 }
 
 TEST(message_boxes, show_nothing_while_they_are_suppressed) {

@@ -37,7 +37,6 @@ QPalette LightPalette() {
 void PrepareApplication(QApplication& application) {
   QApplication::setApplicationName("orvane-console");
   QApplication::setOrganizationName("orvane");
-  QApplication::setApplicationDisplayName("ORVANE Console");
   QApplication::setApplicationVersion(ORVANE_VERSION);
   QGuiApplication::setDesktopFileName("orvane-console");
   const bool bDark = QApplication::palette().color(QPalette::Window).lightness() < 128;

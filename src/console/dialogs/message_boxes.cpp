@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMessageBox>
 
+#include "console/dialogs/program_title.h"
 #include "console/dialogs/window_in_front.h"
 #include "console/forms/pointer_rest.h"
 
@@ -28,8 +29,7 @@ MsgBoxResult MessageBoxes::MsgBox(const Text& sText, MsgBoxButtons buttons, MsgB
   const PointerRest rest;
   QMessageBox box(WindowInFront());
   box.setObjectName("messageBox");
-  box.setWindowTitle(sTitle.empty() ? QApplication::applicationDisplayName()
-                                    : QString::fromStdString(sTitle));
+  box.setWindowTitle(sTitle.empty() ? ProgramTitle() : QString::fromStdString(sTitle));
   // A failure's description may hold a "<" that is none of a tag.
   box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(sText));

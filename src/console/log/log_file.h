@@ -13,7 +13,7 @@ namespace orvane::console {
 class LogFile final : public platform::FailureLog {
  public:
   /// Bytes after which a log is laid aside; one such is kept.
-  static constexpr std::size_t kMaximumBytes = 256 * 1024;
+  static constexpr std::size_t kMaximumBytes = std::size_t{256} * 1024;
 
   /// The folder is made when there is something to write.
   explicit LogFile(std::filesystem::path path) : m_path(std::move(path)) {}

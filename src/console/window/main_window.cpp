@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "console/dialogs/program_title.h"
 #include "console/document/document_format.h"
 #include "console/document/recent_documents.h"
 #include "console/results/result_pane.h"
@@ -302,7 +303,7 @@ bool MainWindow::MayDropWork() {
   if (!IsModified()) return true;
   QMessageBox box(this);
   box.setObjectName("unsavedWorkBox");
-  box.setWindowTitle(QApplication::applicationDisplayName());
+  box.setWindowTitle(ProgramTitle());
   box.setTextFormat(Qt::PlainText);
   box.setIcon(QMessageBox::Question);
   box.setText(tr("Save the changes to “%1”?").arg(Shown(m_document->Name())));
@@ -360,7 +361,7 @@ bool MainWindow::Save() {
 }
 
 bool MainWindow::MayReplaceChanged() {
-  QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(),
+  QMessageBox box(QMessageBox::Warning, ProgramTitle(),
                   tr("“%1” was changed by another program.").arg(Shown(m_document->Name())),
                   QMessageBox::NoButton, this);
   box.setObjectName("changedOnDiskBox");
@@ -405,8 +406,7 @@ void MainWindow::NoteFailure(const std::exception& e) {
 
 void MainWindow::ShowFailure(const std::exception& e) {
   NoteFailure(e);
-  QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), Shown(e.what()),
-                  QMessageBox::Ok, this);
+  QMessageBox box(QMessageBox::Warning, ProgramTitle(), Shown(e.what()), QMessageBox::Ok, this);
   box.setObjectName("failureBox");
   box.setTextFormat(Qt::PlainText);
   box.exec();

@@ -46,7 +46,7 @@ Text Samples() {
     for (int i = 0; i < 360; ++i) {
       const double dValue = tag.dMean + tag.dSwing * std::sin(2 * M_PI * i / tag.dMinutes);
       sData += Text(sData.empty() ? "" : ", ") + "('" + sName + "', " +
-               std::to_string((kStart + i * 60) * 1'000'000) + ", " +
+               std::to_string((kStart + std::int64_t{i} * 60) * 1'000'000) + ", " +
                std::to_string(std::round(dValue * 100) / 100) + ")";
     }
   }
@@ -56,11 +56,8 @@ Text Samples() {
 
 class Guide {
  public:
-  Guide(Stage& stage, QDir folder, QString sDocument)
-      : m_stage(stage),
-        m_hands(stage),
-        m_folder(std::move(folder)),
-        m_sDocument(std::move(sDocument)) {}
+  Guide(Stage& stage, const QDir& folder, QString sDocument)
+      : m_stage(stage), m_hands(stage), m_folder(folder), m_sDocument(std::move(sDocument)) {}
 
   void Run() {
     Start();

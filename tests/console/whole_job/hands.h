@@ -101,7 +101,7 @@ class KeyboardHands final : public Hands {
 
  private:
   void GoTo(QWidget* widget);
-  void PickFrom(QWidget* menu, const char* sAction);
+  void PickFrom(QWidget* popup, const char* sAction);
 
   int m_iMenus = 0;  // the Menu key and Shift+F10 take turns
 };

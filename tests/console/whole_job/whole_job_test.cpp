@@ -127,6 +127,8 @@ void WholeJobTest::AddsServers() {
 void WholeJobTest::SetsOptions() {
   m_hands->Command("", "m_mnuOptions");
   auto* options = m_stage.WaitForDialog("Options");
+  // As the dialog says it, with nothing of the program's added.
+  EXPECT_EQ(m_stage.Input().Title(m_stage.Ask([&] { return options->winId(); })), "Options");
   m_hands->Enter(In<QWidget>(options, "m_txtMaxRows"), "100");
   m_hands->Enter(In<QWidget>(options, "m_txtTimeout"), "30");
   m_hands->Enter(In<QWidget>(options, "m_txtDefStartTime"), "*-2h");

@@ -86,6 +86,23 @@ void XInput::Place(unsigned long window, int& iX, int& iY) {
   XTranslateCoordinates(display, window, DefaultRootWindow(display), 0, 0, &iX, &iY, &child);
 }
 
+std::string XInput::Title(unsigned long window) {
+  auto* display = m_connection->display;
+  constexpr long kWords = 256;
+  Atom type = None;
+  int iFormat = 0;
+  unsigned long uItems = 0;
+  unsigned long uLeft = 0;
+  unsigned char* data = nullptr;
+  XGetWindowProperty(display, window, XInternAtom(display, "_NET_WM_NAME", False), 0, kWords, False,
+                     XInternAtom(display, "UTF8_STRING", False), &type, &iFormat, &uItems, &uLeft,
+                     &data);
+  if (!data) return {};
+  std::string sTitle(reinterpret_cast<const char*>(data), uItems);
+  XFree(data);
+  return sTitle;
+}
+
 bool XInput::WaitForWindowManager(int iMilliseconds) {
   auto* display = m_connection->display;
   const Window root = DefaultRootWindow(display);

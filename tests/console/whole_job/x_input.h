@@ -25,6 +25,8 @@ class XInput {
   /// A letter of the keyboard, with Shift where it needs that.
   void Type(char c);
 
+  /// The title that the window manager shows on the window; empty when it has none.
+  std::string Title(unsigned long window);
   /// Where the window's upper left corner lies on the screen, as the server has it.
   void Place(unsigned long window, int& iX, int& iY);
   bool WaitForWindowManager(int iMilliseconds);
