@@ -244,6 +244,56 @@ TEST_F(ConsoleSessionTest, failure_reported_during_an_expansion_makes_it_failed_
   EXPECT_NE(Find("alpha.Catalogs.Machine"), nullptr);
 }
 
+TEST_F(ConsoleSessionTest,
+       leftover_of_a_failed_expansion_that_is_shown_is_hidden_before_another_try) {
+  bool bFail = true;
+  m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
+    fakes::ExpandUsualTree(services, item);
+    if (item->NodeTypeName() == "Catalog" && bFail) fakes::ReportFailure(services, "Half.");
+  };
+  Start();
+  ExpandToTables();
+  const auto catalog = Find("alpha.Catalogs.Machine");
+  ASSERT_EQ(catalog->State(), NodeState::Failed);
+  const auto leftover = Find("alpha.Catalogs.Machine.Tags");
+  m_session->Select(leftover);
+  ASSERT_TRUE(m_session->CurrentResultView()->IsControl());
+  int iGone = 0;
+  const auto hidden =
+      QObject::connect(m_session.get(), &ConsoleSession::ViewGone, [&](HostedResultView* view) {
+        if (view->Item() != leftover) return;
+        ++iGone;
+        EXPECT_FALSE(leftover->IsRemoved());
+        EXPECT_NE(leftover->Tag(), nullptr);
+      });
+  m_script->log.clear();
+  bFail = false;
+  m_session->Expand(catalog);
+  QObject::disconnect(hidden);
+  EXPECT_EQ(iGone, 1);
+  EXPECT_TRUE(leftover->IsRemoved());
+  EXPECT_EQ(m_session->Selected(), catalog);
+  EXPECT_FALSE(m_session->CurrentResultView()->IsControl());
+  EXPECT_EQ(catalog->State(), NodeState::Loaded);
+  EXPECT_EQ(m_script->log[0], "Select -alpha.Catalogs.Machine.Tags");
+  EXPECT_EQ(m_script->log[1], "Deactivate TableEditorOcxView");
+  EXPECT_EQ(m_script->log.back(), "Expand Catalog");
+}
+
+TEST_F(ConsoleSessionTest, selected_item_that_failed_is_tried_again_without_leaving_it) {
+  bool bFail = true;
+  m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
+    fakes::ExpandUsualTree(services, item);
+    if (item->NodeTypeName() == "Servers" && bFail) fakes::ReportFailure(services, "Half.");
+  };
+  Start();
+  m_session->Expand(m_session->Tree().StaticItem());
+  m_script->log.clear();
+  bFail = false;
+  m_session->Expand(m_session->Tree().StaticItem());
+  EXPECT_THAT(m_script->log, ElementsAre("Expand Servers"));
+}
+
 TEST_F(ConsoleSessionTest, refresh_of_a_failed_item_tries_again) {
   bool bFail = true;
   m_script->expand = [&](Services& services, const ScopeItemPtr& item) {

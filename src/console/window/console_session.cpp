@@ -249,6 +249,11 @@ void ConsoleSession::Expand(const ScopeTreeItemPtr& item) {
   {
     const Event event(*this, EventKind::Finding);
     m_bFinding = true;
+    if (item->State() == NodeState::Failed) {
+      // Beginning anew removes what the failed try left behind, and a view of that goes first.
+      Removing(item, true);
+      if (item->IsRemoved() || item->State() != NodeState::Failed) return;
+    }
     m_tree->BeginExpansion(*item);
     Call(EventKind::Finding, [&](SnapIn& it) { it.ScopeItems_Expand(item); });
     const bool bLostMark = bHadMark && !item->HasExpandMark();
