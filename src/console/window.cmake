@@ -16,6 +16,7 @@ list(APPEND CONSOLE_SOURCES
   results/result_list_model.h
   results/result_pane.cpp
   results/result_pane.h
+  results/tool_tip.h
   scope/list_texts.cpp
   scope/scope_pane.cpp
   scope/scope_pane.h

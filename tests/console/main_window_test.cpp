@@ -21,144 +21,22 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 
 #include "console/dialogs/message_boxes.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/notice_bar.h"
 #include "console/window/toolbar_view.h"
-#include "tests/console/fake_snap_in.h"
+#include "tests/console/main_window_fixture.h"
 
 namespace orvane::console {
 namespace {
 
-using fakes::Script;
-using platform::ScopeItemPtr;
-using platform::Services;
-using platform::Text;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
-
-/// Runs the action on each modal dialog that comes up while this lives, and counts them.
-class DialogAnswer {
- public:
-  explicit DialogAnswer(std::function<void(QWidget*)> action) : m_action(std::move(action)) {
-    QObject::connect(&m_timer, &QTimer::timeout, [this] {
-      auto* dialog = QApplication::activeModalWidget();
-      if (!dialog || dialog == m_last) return;
-      m_last = dialog;
-      ++m_iCount;
-      m_action(dialog);
-      m_last = nullptr;
-    });
-    m_timer.start(1);
-  }
-  int Count() const { return m_iCount; }
-
- private:
-  std::function<void(QWidget*)> m_action;
-  QTimer m_timer;
-  QWidget* m_last = nullptr;
-  int m_iCount = 0;
-};
-
-void Press(QWidget* box, QMessageBox::StandardButton button) {
-  auto* message = qobject_cast<QMessageBox*>(box);
-  ASSERT_NE(message, nullptr);
-  QTest::mouseClick(message->button(button), Qt::LeftButton);
-}
-
-class NotedFailures final : public platform::FailureLog {
- public:
-  void Note(const platform::Failure& failure) noexcept override { failures.push_back(failure); }
-  std::vector<platform::Failure> failures;
-};
-
-class MainWindowTest : public testing::Test {
- protected:
-  MainWindowTest() : m_settings(m_folder.filePath("settings.ini"), QSettings::IniFormat) {
-    m_script->expand = fakes::ExpandUsualTree;
-    MakeWindow();
-    m_window->NewDocument();
-    Settle();
-  }
-
-  void MakeWindow() {
-    WindowParts parts;
-    parts.create = fakes::MakeCreator(m_script);
-    m_boxes = std::make_shared<MessageBoxes>(m_log);
-    parts.services.ui = m_boxes;
-    parts.boxes = m_boxes.get();
-    parts.eventEnded = [this] { ++m_iEventsEnded; };
-    parts.settings = &m_settings;
-    m_window = std::make_unique<MainWindow>(std::move(parts));
-    m_window->show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
-  }
-
-  static void Settle() {
-    QCoreApplication::processEvents();
-    QCoreApplication::processEvents();
-  }
-  bool Waits(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 3000); }
-
-  ScopePane& Scope() { return m_window->Scope(); }
-  ResultPane& Results() { return m_window->Results(); }
-  ConsoleSession& Session() { return m_window->Session(); }
-  ScopeTreeItemPtr Find(const Text& sKey) {
-    return sKey.empty() ? Session().Tree().StaticItem() : Session().Tree().Find(sKey);
-  }
-  QModelIndex IndexOf(const Text& sKey) { return Session().Tree().IndexOf(*Find(sKey)); }
-
-  void ClickItem(const Text& sKey) {
-    const auto at = Scope().visualRect(IndexOf(sKey)).center();
-    QTest::mouseClick(Scope().viewport(), Qt::LeftButton, {}, at);
-    Settle();
-  }
-  void ClickExpandMark(const Text& sKey) {
-    const auto rect = Scope().visualRect(IndexOf(sKey));
-    QTest::mouseClick(Scope().viewport(), Qt::LeftButton, {},
-                      {rect.left() - Scope().indentation() / 2, rect.center().y()});
-    Settle();
-  }
-  void ExpandToTables() {
-    for (const char* sKey : {"", "alpha", "alpha.Catalogs", "alpha.Catalogs.Machine"}) {
-      ClickExpandMark(sKey);
-    }
-  }
-  QAction* Action(const char* sName) { return m_window->findChild<QAction*>(sName); }
-  std::vector<Text> ListTexts(int iColumn = 0) {
-    std::vector<Text> texts;
-    const auto* model = Results().List().DetailsView()->model();
-    for (int i = 0; i < model->rowCount(); ++i) {
-      texts.push_back(model->index(i, iColumn).data().toString().toStdString());
-    }
-    return texts;
-  }
-  void DoubleClickRow(int iRow) {
-    auto* view = Results().List().DetailsView();
-    const auto at = view->visualRect(view->model()->index(iRow, 0)).center();
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, at);
-    Settle();
-  }
-  /// A command that changes what would be saved.
-  void DoWork(const Text& sText = "changed") {
-    m_script->sSaved = sText;
-    Session().ClickMenu("m_mnuOptions", 1, HostedSelection({Find("")}));
-  }
-  Text Path(const char* sName) { return m_folder.filePath(sName).toStdString(); }
-
-  QTemporaryDir m_folder;
-  QSettings m_settings;
-  std::shared_ptr<Script> m_script = std::make_shared<Script>();
-  int m_iEventsEnded = 0;
-  std::shared_ptr<NotedFailures> m_log = std::make_shared<NotedFailures>();
-  std::shared_ptr<MessageBoxes> m_boxes;
-  std::unique_ptr<MainWindow> m_window;
-};
 
 TEST_F(MainWindowTest, new_window_shows_the_static_node_selected_and_not_opened) {
   EXPECT_EQ(Scope().currentIndex().data().toString(), "ORVANE Servers");
@@ -490,6 +368,24 @@ TEST_F(MainWindowTest, pressed_state_is_what_the_snap_in_made_of_the_click) {
   EXPECT_TRUE(toolbar.ButtonAction("Sql")->isChecked());
 }
 
+TEST_F(MainWindowTest, click_that_comes_while_the_snap_in_is_at_work_leaves_the_button_as_it_was) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  auto& toolbar = m_window->SnapInToolbar();
+  auto* button = toolbar.widgetForAction(toolbar.ButtonAction("Sql"));
+  m_script->refresh = [&](Services&, platform::View&) {
+    QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_TRUE(toolbar.ButtonAction("Sql")->isChecked());
+    Settle();
+    EXPECT_TRUE(Session().IsBusy());
+    EXPECT_FALSE(toolbar.ButtonAction("Sql")->isChecked());
+  };
+  Session().Refresh();
+  EXPECT_THAT(m_script->log, Contains("Refresh"));
+  EXPECT_THAT(m_script->log, Not(Contains("Button Sql")));
+  EXPECT_FALSE(toolbar.ButtonAction("Sql")->isChecked());
+}
+
 TEST_F(MainWindowTest, context_menu_has_the_commands_of_the_item_under_the_pointer) {
   m_script->menus["Server"] = {{"m_mnuConnect", "Connect...", false},
                                {"m_mnuDisconnect", "Disconnect", true}};
@@ -597,6 +493,84 @@ TEST_F(MainWindowTest, action_menu_has_the_commands_of_the_selection) {
     if (!action->isSeparator()) texts.append(action->text());
   }
   EXPECT_EQ(texts, QStringList({"&Open", "Connect...", "Options...", "&Refresh"}));
+}
+
+TEST_F(MainWindowTest, menus_have_the_heading_that_the_snap_in_gave_their_commands) {
+  m_script->menus["Servers"] = {{"m_mnuOptions", "Options...", true}};
+  QMenu menu;
+  m_window->FillActionMenu(menu, HostedSelection({Find("")}));
+  const auto actions = menu.actions();
+  ASSERT_GE(actions.size(), 3);
+  EXPECT_EQ(actions[0]->text(), "&Open");
+  EXPECT_TRUE(actions[1]->isSeparator());
+  EXPECT_EQ(actions[1]->text(), "Servers");
+  EXPECT_EQ(actions[2]->text(), "Options...");
+}
+
+TEST_F(MainWindowTest, alt_with_a_letter_opens_the_menu_of_the_marked_row) {
+  m_script->menus["Servers"] = {{"m_mnuOptions", "Options...", true}};
+  m_script->menus["Server"] = {{"m_mnuConnect", "Connect...", true}};
+  ClickExpandMark("");
+  auto* view = Results().List().DetailsView();
+  view->setFocus();
+  view->setCurrentIndex(view->model()->index(1, 0));
+  QTest::keyClick(view, Qt::Key_A, Qt::AltModifier);
+  Settle();
+  auto* menu = m_window->findChild<QMenu*>("mnuAction");
+  ASSERT_TRUE(menu->isVisible());
+  EXPECT_NE(menu->findChild<QAction*>("m_mnuConnect"), nullptr);
+  EXPECT_EQ(menu->findChild<QAction*>("m_mnuOptions"), nullptr);
+}
+
+TEST_F(MainWindowTest, alt_alone_and_arrows_open_the_menu_of_the_marked_row) {
+  m_script->menus["Servers"] = {{"m_mnuOptions", "Options...", true}};
+  m_script->menus["Server"] = {{"m_mnuConnect", "Connect...", true}};
+  ClickExpandMark("");
+  auto* view = Results().List().DetailsView();
+  auto* menu = m_window->findChild<QMenu*>("mnuAction");
+  const auto openByAlt = [&](QWidget* from) {
+    QTest::keyPress(from, Qt::Key_Alt, Qt::AltModifier);
+    QTest::keyRelease(from, Qt::Key_Alt);
+    ASSERT_TRUE(m_window->menuBar()->hasFocus());
+    QTest::keyClick(m_window->menuBar(), Qt::Key_Right);
+    QTest::keyClick(m_window->menuBar(), Qt::Key_Down);
+    Settle();
+    ASSERT_TRUE(menu->isVisible());
+  };
+  view->setFocus();
+  view->setCurrentIndex(view->model()->index(1, 0));
+  openByAlt(view);
+  EXPECT_NE(menu->findChild<QAction*>("m_mnuConnect"), nullptr);
+  EXPECT_EQ(menu->findChild<QAction*>("m_mnuOptions"), nullptr);
+  QTest::keyClick(menu, Qt::Key_Escape);
+  QTest::keyClick(m_window->menuBar(), Qt::Key_Escape);
+  // The row stays marked, but the tree is where the user is.
+  Scope().setFocus();
+  openByAlt(&Scope());
+  EXPECT_EQ(menu->findChild<QAction*>("m_mnuConnect"), nullptr);
+  EXPECT_NE(menu->findChild<QAction*>("m_mnuOptions"), nullptr);
+}
+
+TEST_F(MainWindowTest, refresh_button_does_what_f5_does) {
+  ExpandToTables();
+  auto* button = m_window->findChild<QToolButton*>("refreshButton");
+  ASSERT_NE(button, nullptr);
+  ASSERT_TRUE(button->isVisible());
+  EXPECT_FALSE(button->isEnabled());
+  QTest::mouseClick(button, Qt::LeftButton);
+  Settle();
+  EXPECT_THAT(m_script->log, Not(Contains("Refresh")));
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  EXPECT_TRUE(button->isEnabled());
+  EXPECT_EQ(button->toolTip(), "Refresh (F5)");
+  EXPECT_FALSE(button->icon().isNull());
+  const auto* focus = QApplication::focusWidget();
+  QTest::mouseClick(button, Qt::LeftButton);
+  Settle();
+  EXPECT_THAT(m_script->log, Contains("Refresh").Times(1));
+  EXPECT_EQ(QApplication::focusWidget(), focus);
+  ClickItem("alpha");
+  EXPECT_FALSE(button->isEnabled());
 }
 
 TEST_F(MainWindowTest, f5_refreshes_where_the_verb_is_enabled) {

@@ -5,6 +5,7 @@
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QTextDocument>
 
 #include "console/window/image_list.h"
 #include "tests/console/fake_snap_in.h"
@@ -243,6 +244,20 @@ TEST_F(ScopeTreeTest, failed_load_looks_failed_not_empty_and_keeps_what_came_bef
   Add(m_root, "alpha");
   m_tree.EndExpansion(*m_root, false);
   EXPECT_EQ(m_root->State(), NodeState::Loaded);
+}
+
+TEST_F(ScopeTreeTest, tool_tip_shows_a_name_as_it_is) {
+  const auto failed = [&](const Text& sName) {
+    const auto item = m_tree.ItemOf(Add(m_root, sName));
+    item->DisplayName(sName);
+    m_tree.BeginExpansion(*item);
+    m_tree.EndExpansion(*item, true);
+    return m_tree.IndexOf(*item).data(Qt::ToolTipRole).toString();
+  };
+  EXPECT_EQ(failed("alpha"), "alpha could not be opened. Double-click it to try again.");
+  const auto sTip = failed("<b>&beta</b>");
+  EXPECT_TRUE(sTip.contains("&lt;b&gt;&amp;beta&lt;/b&gt;")) << sTip.toStdString();
+  EXPECT_TRUE(Qt::mightBeRichText(sTip));
 }
 
 TEST_F(ScopeTreeTest, loaded_item_without_children_shows_no_expand_mark) {

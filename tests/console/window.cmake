@@ -4,8 +4,10 @@ orvane_test(console_window QT
   SOURCES
     console_session_test.cpp
     fake_snap_in.h
+    main_window_fixture.h
     main_window_test.cpp
-    scope_tree_test.cpp)
+    scope_tree_test.cpp
+    window_looks_test.cpp)
 
 # What an administrator does, in the real window with the components of this build tree.
 if(TARGET ORVOLEDBCtls AND TARGET ORVOLEDB AND TARGET ORVOLEDBSnapIn)

@@ -56,7 +56,7 @@ ResultList::ResultList(QWidget* parent)
   m_icons->setObjectName("resultIcons");
   m_icons->setViewMode(QListView::IconMode);
   m_icons->setIconSize({32, 32});
-  m_icons->setGridSize({104, 78});
+  SetGrid();
   m_icons->setMovement(QListView::Static);
   m_icons->setResizeMode(QListView::Adjust);
   m_icons->setUniformItemSizes(true);
@@ -104,6 +104,18 @@ void ResultList::Prepare(QAbstractItemView* view) {
   });
   connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { emit SelectionChanged(); });
+}
+
+void ResultList::SetGrid() {
+  // Room for the picture and two lines of text beneath it.
+  constexpr int kCharacters = 17;
+  constexpr int kLines = 2;
+  constexpr int kSpace = 14;
+  const QFontMetrics metrics(m_icons->font());
+  const auto picture = m_icons->iconSize();
+  m_icons->setGridSize(
+      {std::max(picture.width(), kCharacters * metrics.averageCharWidth()) + kSpace,
+       picture.height() + kLines * metrics.lineSpacing() + kSpace});
 }
 
 void ResultList::ShowModel(std::unique_ptr<ResultListModel> model) {
@@ -181,6 +193,7 @@ void ResultList::ColumnWidths(const std::vector<int>& widths) {
 }
 
 bool ResultList::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == m_icons && event->type() == QEvent::FontChange) SetGrid();
   if (event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {

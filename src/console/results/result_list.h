@@ -61,6 +61,7 @@ class ResultList final : public QStackedWidget {
  private:
   void Prepare(QAbstractItemView* view);
   void SetWidths(int iFirstColumn);
+  void SetGrid();
 
   QTreeView* m_details;
   QListView* m_icons;

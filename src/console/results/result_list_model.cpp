@@ -2,6 +2,7 @@
 
 #include <QIcon>
 
+#include "console/results/tool_tip.h"
 #include "console/window/image_list.h"
 
 namespace orvane::console {
@@ -133,7 +134,7 @@ QVariant ResultListModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole: {
       // A text that its column cuts is read here.
       const auto sText = data(index, Qt::DisplayRole).toString();
-      return sText.size() > 24 ? QVariant(sText) : QVariant();
+      return sText.size() > 24 ? QVariant(ToolTipOf(sText)) : QVariant();
     }
     default:
       return {};

@@ -6,9 +6,11 @@
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QTabBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "console/results/message_page.h"
+#include "console/results/tool_tip.h"
 #include "console/window/console_session.h"
 #include "console/window/image_list.h"
 
@@ -30,6 +32,7 @@ ResultPane::ResultPane(const ImageList& images, QWidget* parent)
       m_lblPicture(new QLabel(this)),
       m_lblName(new QLabel(this)),
       m_tabs(new QTabBar(this)),
+      m_refresh(new QToolButton(this)),
       m_stack(new QStackedWidget(this)),
       m_list(new ResultList(this)),
       m_message(new MessagePage(this)) {
@@ -58,6 +61,12 @@ ResultPane::ResultPane(const ImageList& images, QWidget* parent)
   m_tabs->setExpanding(false);
   m_tabs->setFocusPolicy(Qt::TabFocus);
   headLayout->addWidget(m_tabs, 0, Qt::AlignBottom);
+  m_refresh->setObjectName("refreshButton");
+  m_refresh->setAutoRaise(true);
+  m_refresh->setIconSize({16, 16});
+  // The keyboard has the menu and a key of its own; a click leaves the focus where it is.
+  m_refresh->setFocusPolicy(Qt::NoFocus);
+  headLayout->addWidget(m_refresh, 0, Qt::AlignVCenter);
   layout->addWidget(head);
   auto* line = new QFrame(this);
   line->setFrameShape(QFrame::HLine);
@@ -83,6 +92,10 @@ ResultPane::~ResultPane() {
   Follow(nullptr);
 }
 
+void ResultPane::RefreshAction(QAction* action) {
+  m_refresh->setDefaultAction(action);
+}
+
 void ResultPane::Follow(ConsoleSession* session) {
   if (m_session) {
     disconnect(m_session, nullptr, this, nullptr);
@@ -102,7 +115,7 @@ void ResultPane::Follow(ConsoleSession* session) {
     const auto views = m_session->ViewsOfSelected();
     for (const auto& view : views) {
       const int iTab = m_tabs->addTab(TabText(view));
-      m_tabs->setTabToolTip(iTab, QString::fromStdString(view.sDescription));
+      m_tabs->setTabToolTip(iTab, ToolTipOf(QString::fromStdString(view.sDescription)));
     }
     m_tabs->setVisible(views.size() > 1);
   });

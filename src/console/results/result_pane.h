@@ -12,6 +12,7 @@
 class QLabel;
 class QStackedWidget;
 class QTabBar;
+class QToolButton;
 class QVBoxLayout;
 
 namespace orvane::console {
@@ -31,6 +32,9 @@ class ResultPane final : public QWidget {
   void Follow(ConsoleSession* session);
   /// Shows a sentence in place of everything, until a view comes.
   void ShowSentence(const QIcon& icon, const QString& sText, const QString& sDetail);
+
+  /// The action of the button beside the tabs; outlives the pane.
+  void RefreshAction(QAction* action);
 
   ResultList& List() noexcept { return *m_list; }
   /// True while a list is shown, with rows or without.
@@ -62,6 +66,7 @@ class ResultPane final : public QWidget {
   QLabel* m_lblPicture;
   QLabel* m_lblName;
   QTabBar* m_tabs;
+  QToolButton* m_refresh;
   QStackedWidget* m_stack;
   ResultList* m_list;
   MessagePage* m_message;

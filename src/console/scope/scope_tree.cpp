@@ -6,6 +6,7 @@
 #include <QPalette>
 #include <algorithm>
 
+#include "console/results/tool_tip.h"
 #include "console/window/image_list.h"
 #include "platform/failure.h"
 
@@ -313,8 +314,8 @@ QVariant ScopeTree::data(const QModelIndex& index, int role) const {
                                                 : m_images->Folder(item->m_lImage);
     case Qt::ToolTipRole:
       if (item->m_state == NodeState::Failed) {
-        return tr("%1 could not be opened. Double-click it to try again.")
-            .arg(QString::fromStdString(item->m_sDisplayName));
+        return ToolTipOf(tr("%1 could not be opened. Double-click it to try again.")
+                             .arg(QString::fromStdString(item->m_sDisplayName)));
       }
       return {};
     case Qt::AccessibleDescriptionRole:

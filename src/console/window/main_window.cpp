@@ -19,6 +19,7 @@
 #include "console/document/document_format.h"
 #include "console/document/recent_documents.h"
 #include "console/results/result_pane.h"
+#include "console/results/tool_tip.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
@@ -53,6 +54,8 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
   FollowSession();
   resize(1100, 700);
   connect(m_unsaved, &UnsavedWork::ModifiedChanged, this, [this] { ShowTitle(); });
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](const QWidget*, const QWidget* now) { NotePane(now); });
   new MenuKey(this);
   qApp->installEventFilter(this);
   ShowTitle();
@@ -60,6 +63,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
 
 MainWindow::~MainWindow() {
   qApp->removeEventFilter(this);
+  disconnect(qApp, nullptr, this, nullptr);
   CloseSession();
   m_results->Follow(nullptr);
   m_toolbar->Follow(nullptr);
@@ -98,6 +102,8 @@ void MainWindow::MakePanes() {
   statusBar()->addPermanentWidget(m_lblItems);
   m_lblItems->setObjectName("itemCount");
   m_lblItems->setContentsMargins(0, 0, 6, 0);
+  statusBar()->setAccessibleName(tr("Status"));
+  menuBar()->setAccessibleName(tr("Menus"));
 
   connect(m_scope, &ScopePane::SelectRequested, this, &MainWindow::RequestSelect);
   connect(m_scope, &ScopePane::ExpandRequested, this, &MainWindow::RequestExpand);
@@ -176,6 +182,9 @@ void MainWindow::MakeMenus() {
     if (!m_session->IsBusy()) m_session->Refresh();
   });
   m_actRefresh->setIcon(ImageList::Named("refresh"));
+  m_actRefresh->setToolTip(
+      tr("Refresh (%1)").arg(m_actRefresh->shortcut().toString(QKeySequence::NativeText)));
+  m_results->RefreshAction(m_actRefresh);
   view->addSeparator();
   auto* styles = new QActionGroup(this);
   m_actDetails = add(view, "actDetails", tr("&Details"), {},
@@ -188,10 +197,23 @@ void MainWindow::MakeMenus() {
   styles->addAction(m_actDetails);
   styles->addAction(m_actIcons);
   view->addSeparator();
-  m_actToolbar = add(view, "actToolbar", tr("&Toolbar"), {},
+  auto* toolbar = view->addMenu(tr("&Toolbar"));
+  toolbar->setObjectName("mnuToolbar");
+  m_actToolbar = add(toolbar, "actToolbar", tr("&Show"), {},
                      [this](bool bChecked) { m_toolbar->Wanted(bChecked); });
   m_actToolbar->setCheckable(true);
   m_actToolbar->setChecked(true);
+  toolbar->addSeparator();
+  auto* sizes = new QActionGroup(this);
+  m_actSmallImages = add(toolbar, "actSmallImages", tr("S&mall Icons"), {},
+                         [this] { m_toolbar->Images(ButtonImages::Small); });
+  m_actLargeImages = add(toolbar, "actLargeImages", tr("&Large Icons"), {},
+                         [this] { m_toolbar->Images(ButtonImages::Large); });
+  for (auto* action : {m_actSmallImages, m_actLargeImages}) {
+    action->setCheckable(true);
+    sizes->addAction(action);
+  }
+  m_actSmallImages->setChecked(true);
   m_actStatusBar = add(view, "actStatusBar", tr("&Status Bar"), {},
                        [this](bool bChecked) { statusBar()->setVisible(bChecked); });
   m_actStatusBar->setCheckable(true);
@@ -453,6 +475,17 @@ void MainWindow::OpenItem(const ScopeTreeItemPtr& item) {
   if (view && !view->IsControl()) RequestExpand(item);
 }
 
+void MainWindow::NotePane(const QWidget* focus) {
+  const auto isIn = [&](const QWidget& pane) { return &pane == focus || pane.isAncestorOf(focus); };
+  // Menu bar, toolbar and tabs are no panes: whoever goes there comes with what is marked.
+  if (!focus) return;
+  if (isIn(m_results->List())) {
+    m_bInList = true;
+  } else if (isIn(*m_scope) || m_results->IsInControl(focus)) {
+    m_bInList = false;
+  }
+}
+
 HostedSelection MainWindow::SelectionOfList() const {
   auto items = m_results->List().SelectedItems();
   if (!items.empty()) return HostedSelection(std::move(items));
@@ -460,8 +493,7 @@ HostedSelection MainWindow::SelectionOfList() const {
 }
 
 HostedSelection MainWindow::CurrentSelection() const {
-  const auto* view = m_results->List().ActiveView();
-  if (m_results->IsListShown() && (view->hasFocus() || view->viewport()->hasFocus())) {
+  if (m_results->IsListShown() && m_bInList) {
     auto selection = SelectionOfList();
     if (selection.Type() != platform::kSelectionNothing) return selection;
   }
@@ -492,7 +524,11 @@ void MainWindow::FillActionMenu(QMenu& menu, const HostedSelection& selection) {
     }
   }
   for (const auto& top : m_session->MenusOf(selection)) {
-    if (!menu.isEmpty()) menu.addSeparator();
+    if (!top.sCaption.empty()) {
+      menu.addSection(Shown(top.sCaption));
+    } else if (!menu.isEmpty()) {
+      menu.addSeparator();
+    }
     platform::Long lIndex = 0;
     for (const auto& entry : top.items) {
       ++lIndex;
@@ -536,7 +572,8 @@ void MainWindow::ShowTitle() {
 void MainWindow::ShowNotice() {
   const bool bReadOnly = m_document->IsReadOnly();
   m_lblReadOnly->setText(bReadOnly ? tr("Read-only") : QString());
-  m_lblReadOnly->setToolTip(Shown(m_document->ReadOnlyReason()));
+  m_lblReadOnly->setVisible(bReadOnly);
+  m_lblReadOnly->setToolTip(ToolTipOf(Shown(m_document->ReadOnlyReason())));
   if (!m_bReadWhole) {
     m_notice->Show(
         tr("This document could not be read whole. It cannot be saved, so that nothing "
@@ -547,7 +584,9 @@ void MainWindow::ShowNotice() {
 }
 
 void MainWindow::ShowStatus() {
-  if (!m_results->IsListShown() || !m_results->Sentence().isEmpty()) {
+  const bool bList = m_results->IsListShown() && m_results->Sentence().isEmpty();
+  m_lblItems->setVisible(bList);
+  if (!bList) {
     m_lblItems->clear();
     return;
   }
@@ -606,6 +645,7 @@ void MainWindow::WriteView(DocumentBag& bag) const {
   bag.WriteProperty("Window.Geometry", saveGeometry().toBase64().toStdString());
   bag.WriteProperty("Splitter.State", m_splitter->saveState().toBase64().toStdString());
   bag.WriteProperty("Toolbar.Shown", m_toolbar->Wanted());
+  bag.WriteProperty("Toolbar.LargeIcons", m_toolbar->Images() == ButtonImages::Large);
   bag.WriteProperty("StatusBar.Shown", m_actStatusBar->isChecked());
   bag.WriteProperty("List.Icons", m_results->List().Style() == ListStyle::Icons);
   for (const auto& [sView, widths] : m_results->ColumnWidths()) {
@@ -634,6 +674,9 @@ void MainWindow::ReadView(const DocumentBag& bag) {
   if (const auto state = bytes("Splitter.State"); !state.isEmpty()) m_splitter->restoreState(state);
   m_actToolbar->setChecked(flag("Toolbar.Shown", true));
   m_toolbar->Wanted(m_actToolbar->isChecked());
+  const bool bLarge = flag("Toolbar.LargeIcons", false);
+  (bLarge ? m_actLargeImages : m_actSmallImages)->setChecked(true);
+  m_toolbar->Images(bLarge ? ButtonImages::Large : ButtonImages::Small);
   m_actStatusBar->setChecked(flag("StatusBar.Shown", true));
   statusBar()->setVisible(m_actStatusBar->isChecked());
   const bool bIcons = flag("List.Icons", false);

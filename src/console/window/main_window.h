@@ -96,6 +96,8 @@ class MainWindow final : public QMainWindow {
   void ShowMenu(const HostedSelection& selection, const QPoint& position);
   HostedSelection SelectionOfList() const;
   HostedSelection CurrentSelection() const;
+  /// Remembers the pane that the focus came to.
+  void NotePane(const QWidget* focus);
 
   void ShowTitle();
   void ShowStatus();
@@ -128,6 +130,8 @@ class MainWindow final : public QMainWindow {
   QAction* m_actSaveAs = nullptr;
   QAction* m_actRefresh = nullptr;
   QAction* m_actToolbar = nullptr;
+  QAction* m_actSmallImages = nullptr;
+  QAction* m_actLargeImages = nullptr;
   QAction* m_actStatusBar = nullptr;
   QAction* m_actDetails = nullptr;
   QAction* m_actIcons = nullptr;
@@ -138,6 +142,7 @@ class MainWindow final : public QMainWindow {
   };
   ScopeTreeItemPtr m_wantedSelection;
   std::optional<WantedMenu> m_wantedMenu;
+  bool m_bInList = false;  // of the panes, the list had the focus last
 };
 
 }  // namespace orvane::console

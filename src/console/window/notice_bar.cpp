@@ -11,6 +11,7 @@ namespace orvane::console {
 
 NoticeBar::NoticeBar(QWidget* parent) : QFrame(parent), m_lblSentence(new QLabel(this)) {
   setObjectName("noticeBar");
+  setAccessibleName(tr("Notice"));
   setAutoFillBackground(true);
   auto colors = palette();
   colors.setColor(QPalette::Window, QColor(0xFD, 0xF3, 0xD8));

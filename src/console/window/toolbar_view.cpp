@@ -1,7 +1,11 @@
 #include "console/window/toolbar_view.h"
 
 #include <QAction>
+#include <QEvent>
+#include <QToolButton>
+#include <algorithm>
 
+#include "console/results/tool_tip.h"
 #include "console/window/console_session.h"
 #include "console/window/image_list.h"
 
@@ -13,9 +17,31 @@ ToolbarView::ToolbarView(const ImageList& images, QWidget* parent)
   setWindowTitle(tr("Toolbar"));
   setAccessibleName(tr("Toolbar"));
   setMovable(false);
-  setIconSize({20, 20});
+  SizeImages();
   setContextMenuPolicy(Qt::PreventContextMenu);
+  // What does not fit is behind this one.
+  if (auto* more = findChild<QToolButton*>("qt_toolbar_ext_button")) {
+    more->setAccessibleName(tr("More Buttons"));
+  }
   hide();
+}
+
+void ToolbarView::Images(ButtonImages images) {
+  m_size = images;
+  SizeImages();
+}
+
+void ToolbarView::SizeImages() {
+  constexpr int kSmallest = 16;
+  constexpr int kAroundText = 4;
+  const int iSmall = std::max(kSmallest, fontMetrics().height() + kAroundText);
+  const int iSize = m_size == ButtonImages::Large ? iSmall * 8 / 5 : iSmall;
+  setIconSize({iSize, iSize});
+}
+
+void ToolbarView::changeEvent(QEvent* event) {
+  QToolBar::changeEvent(event);
+  if (event->type() == QEvent::FontChange) SizeImages();
 }
 
 void ToolbarView::Follow(ConsoleSession* session) {
@@ -60,7 +86,7 @@ void ToolbarView::Rebuild() {
     }
     auto* action =
         addAction(m_images.Button(button->Image()), QString::fromStdString(button->ToolTip()));
-    action->setToolTip(QString::fromStdString(button->ToolTip()));
+    action->setToolTip(ToolTipOf(QString::fromStdString(button->ToolTip())));
     action->setStatusTip(QString::fromStdString(button->ToolTip()));
     action->setData(QString::fromStdString(button->Key()));
     action->setCheckable(button->Style() == platform::ButtonStyle::Check);
@@ -71,9 +97,10 @@ void ToolbarView::Rebuild() {
     connect(
         action, &QAction::triggered, this,
         [this, sKey = button->Key()] {
-          if (!m_session || m_session->IsBusy()) return;
-          m_session->ClickButton(sKey);
-          // The button shows what the snap-in made of the click, not what the click did to it.
+          if (!m_session) return;
+          if (!m_session->IsBusy()) m_session->ClickButton(sKey);
+          // The button shows what the snap-in made of the click, not what the click did to it,
+          // also when the snap-in never heard of it.
           Sync();
         },
         Qt::QueuedConnection);

@@ -9,6 +9,8 @@ namespace orvane::console {
 class ConsoleSession;
 class ImageList;
 
+enum class ButtonImages : std::uint8_t { Small, Large };
+
 class ToolbarView final : public QToolBar {
   Q_OBJECT
 
@@ -21,17 +23,25 @@ class ToolbarView final : public QToolBar {
   /// Whether the user wants the toolbar where there is one.
   void Wanted(bool bWanted);
   bool Wanted() const noexcept { return m_bWanted; }
+  /// The size of the buttons' images, which also grows with the font. Small to begin with.
+  void Images(ButtonImages images);
+  ButtonImages Images() const noexcept { return m_size; }
   /// The action of the button, or null.
   QAction* ButtonAction(const QString& sKey) const;
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   void Sync();
+  void SizeImages();
   bool ShowsSameButtons() const;
   void Rebuild();
 
   const ImageList& m_images;
   ConsoleSession* m_session = nullptr;
   bool m_bWanted = true;
+  ButtonImages m_size = ButtonImages::Small;
 };
 
 }  // namespace orvane::console

@@ -1,0 +1,324 @@
+// What the window looks like and how it is read out: pictures, sizes, palettes, names, tool tips.
+#include <gmock/gmock.h>
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QActionGroup>
+#include <QListView>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTextDocument>
+#include <QToolButton>
+#include <array>
+#include <set>
+
+#include "console/window/notice_bar.h"
+#include "console/window/toolbar_view.h"
+#include "tests/console/main_window_fixture.h"
+
+namespace orvane::console {
+namespace {
+
+QImage Picture(const QIcon& icon) {
+  return icon.pixmap(QSize(32, 32)).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+QImage Drawing(const char* sName) {
+  return Picture(QIcon(QStringLiteral(":/console/%1.svg").arg(QLatin1String(sName))));
+}
+
+int Differences(const QImage& left, const QImage& right) {
+  EXPECT_EQ(left.size(), right.size());
+  int iCount = 0;
+  for (int y = 0; y < left.height(); ++y) {
+    for (int x = 0; x < left.width(); ++x) iCount += left.pixel(x, y) != right.pixel(x, y);
+  }
+  return iCount;
+}
+
+TEST(ImageListTest, each_button_image_is_the_drawing_of_its_button) {
+  const ImageList images;
+  constexpr std::array kDrawings = {
+      "move-first", "move-last", "sort-ascending", "sort-descending", "cell-query",
+      "delete",     "sql"};
+  for (platform::Long l = 1; l <= 14; ++l) {
+    const auto* sName = kDrawings[static_cast<std::size_t>((l - 1) / 2)];
+    const auto expected = Drawing(sName);
+    ASSERT_FALSE(expected.isNull()) << sName;
+    EXPECT_EQ(Picture(images.Button(l)), expected) << l << " " << sName;
+  }
+  EXPECT_TRUE(images.Button(0).isNull());
+  EXPECT_TRUE(images.Button(15).isNull());
+  EXPECT_TRUE(images.Button(-1).isNull());
+}
+
+TEST(ImageListTest, each_folder_image_is_the_drawing_of_its_kind_and_a_failed_one_differs) {
+  const ImageList images;
+  constexpr std::array kDrawings = {"servers", "server",     "folder",  "table",
+                                    "column",  "column-key", "catalog", "query"};
+  for (platform::Long l = 1; l <= 8; ++l) {
+    const auto expected = Drawing(kDrawings[static_cast<std::size_t>(l - 1)]);
+    ASSERT_FALSE(expected.isNull());
+    EXPECT_EQ(Picture(images.Folder(l)), expected) << l;
+    EXPECT_GT(Differences(Picture(images.FailedFolder(l)), expected), 20) << l;
+  }
+  EXPECT_TRUE(images.Folder(0).isNull());
+  EXPECT_TRUE(images.Folder(9).isNull());
+  EXPECT_TRUE(images.FailedFolder(0).isNull());
+  EXPECT_TRUE(images.FailedFolder(9).isNull());
+}
+
+TEST(ImageListTest, no_two_drawings_look_alike) {
+  const ImageList images;
+  for (platform::Long l = 1; l <= 14; l += 2) {
+    for (platform::Long lOther = l + 2; lOther <= 14; lOther += 2) {
+      EXPECT_NE(Picture(images.Button(l)), Picture(images.Button(lOther))) << l << " " << lOther;
+    }
+  }
+  for (platform::Long l = 1; l <= 8; ++l) {
+    for (platform::Long lOther = l + 1; lOther <= 8; ++lOther) {
+      EXPECT_NE(Picture(images.Folder(l)), Picture(images.Folder(lOther))) << l << " " << lOther;
+    }
+  }
+}
+
+QPalette DarkPalette() {
+  QPalette palette(QColor(0x2B, 0x2F, 0x36));
+  palette.setColor(QPalette::Base, QColor(0x1E, 0x21, 0x26));
+  palette.setColor(QPalette::Text, Qt::white);
+  return palette;
+}
+
+/// The application's font and palette as they were, when this goes.
+class AppearanceBefore {
+ public:
+  ~AppearanceBefore() {
+    QApplication::setFont(m_font);
+    QApplication::setPalette(m_palette);
+  }
+
+ private:
+  QFont m_font = QApplication::font();
+  QPalette m_palette = QApplication::palette();
+};
+
+class WindowLooksTest : public MainWindowTest {
+ protected:
+  void ShowTable() {
+    ExpandToTables();
+    ClickItem("alpha.Catalogs.Machine.Tags");
+    ASSERT_TRUE(Toolbar().isVisible());
+  }
+  ToolbarView& Toolbar() { return m_window->SnapInToolbar(); }
+  QWidget* Button(const char* sKey) {
+    return Toolbar().widgetForAction(Toolbar().ButtonAction(sKey));
+  }
+  static QImage Grabbed(QWidget* widget) {
+    Settle();
+    return widget->grab().toImage();
+  }
+
+  /// What a screen reader is told of each control on the screen.
+  std::set<QString> CheckNames() {
+    std::set<QString> names;
+    for (auto* widget : m_window->findChildren<QWidget*>()) {
+      if (!widget->isVisible()) continue;
+      const bool bControl =
+          widget->focusPolicy() != Qt::NoFocus || qobject_cast<QAbstractButton*>(widget) ||
+          qobject_cast<QAbstractItemView*>(widget) || qobject_cast<QTabBar*>(widget) ||
+          qobject_cast<QToolBar*>(widget) || qobject_cast<QMenuBar*>(widget) ||
+          qobject_cast<QStatusBar*>(widget) || qobject_cast<NoticeBar*>(widget) ||
+          widget->parentWidget() == m_window->statusBar();
+      // The control's own window is named by who made it; headers are read with their lists.
+      if (!bControl || widget->objectName() == "fakeControl" || widget->inherits("QSizeGrip") ||
+          widget->inherits("QHeaderView")) {
+        continue;
+      }
+      auto* accessible = QAccessible::queryAccessibleInterface(widget);
+      if (!accessible) {
+        ADD_FAILURE() << widget->objectName().toStdString();
+        continue;
+      }
+      const auto sName = accessible->text(QAccessible::Name);
+      EXPECT_FALSE(sName.isEmpty())
+          << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+      EXPECT_FALSE(sName.contains('&')) << sName.toStdString();
+      names.insert(sName);
+      if (!qobject_cast<QTabBar*>(widget)) continue;
+      for (int i = 0; i < accessible->childCount(); ++i) {
+        auto* child = accessible->child(i);
+        if (child->state().invisible) continue;
+        EXPECT_FALSE(child->text(QAccessible::Name).isEmpty()) << i;
+        names.insert(child->text(QAccessible::Name));
+      }
+    }
+    return names;
+  }
+
+  AppearanceBefore m_before;
+};
+
+TEST_F(WindowLooksTest, button_looks_different_when_disabled_and_when_pressed) {
+  ShowTable();
+  m_script->buttonClick = [](Services&, platform::ToolbarButton& button) { button.Pressed(true); };
+  for (const auto& palette : {QApplication::palette(), DarkPalette()}) {
+    QApplication::setPalette(palette);
+    auto& toolbar = *Session().ControlBar().Attached();
+    toolbar.Item("MoveFirst").Enabled(true);
+    const auto enabled = Grabbed(Button("MoveFirst"));
+    toolbar.Item("MoveFirst").Enabled(false);
+    EXPECT_GT(Differences(Grabbed(Button("MoveFirst")), enabled), 20);
+    toolbar.Item("MoveFirst").Enabled(true);
+    EXPECT_EQ(Differences(Grabbed(Button("MoveFirst")), enabled), 0);
+    toolbar.Item("Sql").Pressed(false);
+    const auto unpressed = Grabbed(Button("Sql"));
+    toolbar.Item("Sql").Pressed(true);
+    EXPECT_GT(Differences(Grabbed(Button("Sql")), unpressed), 20);
+    toolbar.Item("Sql").Pressed(false);
+    EXPECT_EQ(Differences(Grabbed(Button("Sql")), unpressed), 0);
+  }
+}
+
+TEST_F(WindowLooksTest, button_looks_different_in_a_dark_palette) {
+  ShowTable();
+  const auto light = Grabbed(Button("MoveFirst"));
+  QApplication::setPalette(DarkPalette());
+  EXPECT_GT(Differences(Grabbed(Button("MoveFirst")), light), 20);
+}
+
+TEST_F(WindowLooksTest, toolbar_has_small_and_large_icons_as_chosen_in_its_menu) {
+  ShowTable();
+  const auto iSmall = Toolbar().iconSize().width();
+  const auto iSmallButton = Button("MoveFirst")->width();
+  EXPECT_GE(iSmall, 16);
+  EXPECT_TRUE(Action("actSmallImages")->isChecked());
+  Action("actLargeImages")->trigger();
+  Settle();
+  const auto iLarge = Toolbar().iconSize().width();
+  EXPECT_GE(iLarge, iSmall * 3 / 2);
+  EXPECT_GT(Button("MoveFirst")->width(), iSmallButton);
+  EXPECT_TRUE(Action("actLargeImages")->isChecked());
+  EXPECT_FALSE(Action("actSmallImages")->isChecked());
+  // Drawn for that size, not blown up.
+  const auto icon = Toolbar().ButtonAction("MoveFirst")->icon();
+  const auto large = icon.pixmap(QSize(iLarge, iLarge)).toImage();
+  EXPECT_EQ(large.size(), QSize(iLarge, iLarge));
+  EXPECT_GT(Differences(large, icon.pixmap(QSize(iSmall, iSmall))
+                                   .toImage()
+                                   .scaled(large.size())
+                                   .convertToFormat(large.format())),
+            20);
+  Action("actSmallImages")->trigger();
+  EXPECT_EQ(Toolbar().iconSize().width(), iSmall);
+}
+
+TEST_F(WindowLooksTest, toolbar_menu_is_worked_by_keys) {
+  QTest::keyClick(&Scope(), Qt::Key_V, Qt::AltModifier);
+  Settle();
+  auto* view = m_window->findChild<QMenu*>("mnuView");
+  ASSERT_TRUE(view->isVisible());
+  QTest::keyClick(view, Qt::Key_T);
+  auto* toolbar = m_window->findChild<QMenu*>("mnuToolbar");
+  ASSERT_TRUE(Waits([&] { return toolbar->isVisible(); }));
+  QTest::keyClick(toolbar, Qt::Key_L);
+  Settle();
+  EXPECT_TRUE(Action("actLargeImages")->isChecked());
+  EXPECT_EQ(Toolbar().Images(), ButtonImages::Large);
+  std::set<QString> keys;
+  for (const auto* action : toolbar->actions()) {
+    if (action->isSeparator()) continue;
+    const auto nAt = action->text().indexOf('&');
+    ASSERT_GE(nAt, 0);
+    EXPECT_TRUE(keys.insert(action->text().mid(nAt + 1, 1).toLower()).second);
+  }
+}
+
+TEST_F(WindowLooksTest, size_of_the_icons_comes_back_with_the_document) {
+  Action("actLargeImages")->trigger();
+  const auto iLarge = Toolbar().iconSize().width();
+  ASSERT_TRUE(m_window->SaveTo(Path("large.orvc")));
+  m_window->NewDocument();
+  EXPECT_EQ(Toolbar().Images(), ButtonImages::Small);
+  EXPECT_TRUE(Action("actSmallImages")->isChecked());
+  EXPECT_LT(Toolbar().iconSize().width(), iLarge);
+  ASSERT_TRUE(m_window->OpenDocument(Path("large.orvc")));
+  EXPECT_EQ(Toolbar().Images(), ButtonImages::Large);
+  EXPECT_TRUE(Action("actLargeImages")->isChecked());
+  EXPECT_EQ(Toolbar().iconSize().width(), iLarge);
+}
+
+TEST_F(WindowLooksTest, icons_grow_with_the_font) {
+  const auto iSmall = Toolbar().iconSize().width();
+  const auto* icons = m_window->findChild<QListView*>("resultIcons");
+  const auto grid = icons->gridSize();
+  const auto fontBefore = QApplication::font();
+  auto font = fontBefore;
+  font.setPointSizeF(font.pointSizeF() * 2);
+  QApplication::setFont(font);
+  Settle();
+  EXPECT_GT(Toolbar().iconSize().width(), iSmall * 3 / 2);
+  EXPECT_GE(icons->gridSize().height(), 32 + 2 * QFontMetrics(icons->font()).lineSpacing());
+  EXPECT_GT(icons->gridSize().height(), grid.height());
+  EXPECT_GT(icons->gridSize().width(), grid.width());
+  QApplication::setFont(fontBefore);
+  Settle();
+  EXPECT_EQ(icons->gridSize(), grid);
+  EXPECT_EQ(Toolbar().iconSize().width(), iSmall);
+}
+
+TEST_F(WindowLooksTest, controls_have_names_while_a_table_is_shown) {
+  ShowTable();
+  const auto names = CheckNames();
+  // The toolkit reads the tab shown in its place.
+  EXPECT_EQ(Results().ViewTabs().accessibleName(), "Views");
+  for (const char* sName :
+       {"Scope", "Toolbar", "Move to First Row", "Move to Last Row", "Show/Hide SQL Statement",
+        "Refresh", "Data", "Structure", "Menus", "Status"}) {
+    EXPECT_TRUE(names.contains(sName)) << sName;
+  }
+}
+
+TEST_F(WindowLooksTest, controls_have_names_while_a_list_is_shown) {
+  ClickExpandMark("");
+  m_window->findChild<NoticeBar*>()->Show("This document is read-only.");
+  Settle();
+  const auto names = CheckNames();
+  for (const char* sName :
+       {"Scope", "Contents", "Refresh", "Menus", "Status", "2 items", "Notice", "Dismiss"}) {
+    EXPECT_TRUE(names.contains(sName)) << sName;
+  }
+  Action("actIcons")->trigger();
+  Settle();
+  EXPECT_TRUE(CheckNames().contains("Contents"));
+}
+
+TEST_F(WindowLooksTest, button_for_what_does_not_fit_the_toolbar_has_a_name) {
+  ShowTable();
+  Toolbar().setFixedWidth(30);
+  auto* more = Toolbar().findChild<QToolButton*>("qt_toolbar_ext_button");
+  ASSERT_TRUE(Waits([&] { return more->isVisible(); }));
+  EXPECT_TRUE(CheckNames().contains("More Buttons"));
+}
+
+TEST_F(WindowLooksTest, tool_tips_of_rows_show_texts_as_they_are) {
+  m_script->expand = [](Services& services, const ScopeItemPtr& item) {
+    fakes::AddItem(services, item, "Server", "a", "<b>bold & of many letters</b>", true);
+    fakes::AddItem(services, item, "Server", "b", "plain & of many letters", true);
+    fakes::AddItem(services, item, "Server", "c", "more than twenty-four letters", true);
+    fakes::AddItem(services, item, "Server", "d", std::string(200, 'x') + " &", true);
+  };
+  ClickExpandMark("");
+  const auto* model = Results().List().DetailsView()->model();
+  const auto tip = [&](int iRow) { return model->index(iRow, 0).data(Qt::ToolTipRole).toString(); };
+  EXPECT_TRUE(tip(0).contains("&lt;b&gt;bold &amp; of many letters&lt;/b&gt;"));
+  EXPECT_TRUE(Qt::mightBeRichText(tip(0)));
+  EXPECT_EQ(tip(1), "");
+  EXPECT_EQ(tip(2), "more than twenty-four letters");
+  // A long one is broken into lines, which only mark-up is.
+  EXPECT_TRUE(Qt::mightBeRichText(tip(3)));
+  EXPECT_TRUE(tip(3).contains(" &amp;"));
+}
+
+}  // namespace
+}  // namespace orvane::console
