@@ -267,6 +267,21 @@ TEST_F(WindowLooksTest, icons_grow_with_the_font) {
   EXPECT_EQ(Toolbar().iconSize().width(), iSmall);
 }
 
+TEST_F(WindowLooksTest, name_beneath_an_icon_has_the_whole_cell) {
+  ClickExpandMark("");
+  Action("actIcons")->trigger();
+  Settle();
+  const auto* icons = m_window->findChild<QListView*>("resultIcons");
+  const auto grid = icons->gridSize();
+  for (int i = 0; i < 2; ++i) {
+    const auto rect = icons->visualRect(icons->model()->index(i, 0));
+    EXPECT_GE(rect.width(), grid.width() - 8) << i;
+    EXPECT_LE(rect.width(), grid.width()) << i;
+    EXPECT_GE(rect.height(), 32 + 2 * icons->fontMetrics().lineSpacing()) << i;
+    EXPECT_LE(rect.height(), grid.height()) << i;
+  }
+}
+
 TEST_F(WindowLooksTest, controls_have_names_while_a_table_is_shown) {
   ShowTable();
   const auto names = CheckNames();

@@ -34,6 +34,20 @@ class ResultListOrder final : public QSortFilterProxyModel {
   QCollator m_collator;
 };
 
+/// Items as large as their cells: a name is cut only where its cell ends.
+class WholeCells final : public QStyledItemDelegate {
+ public:
+  explicit WholeCells(QListView* view) : QStyledItemDelegate(view), m_view(view) {}
+
+  QSize sizeHint(const QStyleOptionViewItem& /*option*/,
+                 const QModelIndex& /*index*/) const override {
+    return m_view->gridSize() - QSize(m_view->spacing(), m_view->spacing());
+  }
+
+ private:
+  QListView* m_view;
+};
+
 ResultList::ResultList(QWidget* parent)
     : QStackedWidget(parent),
       m_details(new QTreeView(this)),
@@ -64,6 +78,7 @@ ResultList::ResultList(QWidget* parent)
   m_icons->setWordWrap(true);
   m_icons->setTextElideMode(Qt::ElideMiddle);
   m_icons->setSpacing(4);
+  m_icons->setItemDelegate(new WholeCells(m_icons));
 
   for (QAbstractItemView* view :
        {static_cast<QAbstractItemView*>(m_details), static_cast<QAbstractItemView*>(m_icons)}) {
