@@ -44,6 +44,13 @@ class WholeCells final : public QStyledItemDelegate {
     return m_view->gridSize() - QSize(m_view->spacing(), m_view->spacing());
   }
 
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    // A name of one line stands right beneath its picture.
+    option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
+  }
+
  private:
   QListView* m_view;
 };
