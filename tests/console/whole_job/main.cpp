@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "console/app/appearance.h"
+#include "console/app/threads_end.h"
 #include "tests/console/whole_job/new_user.h"
 #include "tests/console/whole_job/x_screen.h"
 
@@ -18,6 +19,7 @@ int main(int argc, char** argv) {
   orvane::console::BeginAsNewUser(folder.path().toStdString());
   try {
     const orvane::console::XScreen screen;
+    const orvane::console::ThreadsEnd threadsEnd;
     QApplication application(argc, argv);
     orvane::console::PrepareApplication(application);
     QApplication::setQuitOnLastWindowClosed(false);

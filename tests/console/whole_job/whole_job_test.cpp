@@ -6,7 +6,7 @@
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -42,8 +42,6 @@ class WholeJobTest : public testing::TestWithParam<Device> {
   WholeJobTest()
       : m_stage(qgetenv("DISPLAY").toStdString(),
                 RegisterComponents(m_folder.path().toStdString())) {
-    // Documents are looked for where the program was started.
-    QDir::setCurrent(m_folder.path());
     // Every historian begins as it does for a new user.
     qputenv("XDG_DATA_HOME", m_folder.filePath("data").toUtf8());
     if (GetParam() == Device::Mouse) {
@@ -290,6 +288,8 @@ void WholeJobTest::KeepsNamedQueries() {
 }
 
 void WholeJobTest::TypesFileName(QDialog* dialog) {
+  // Otherwise a dialog begins where the process's last one ended.
+  m_stage.Ask([&] { qobject_cast<QFileDialog*>(dialog)->setDirectory(m_folder.path()); });
   m_hands->Enter(In<QWidget>(dialog, "fileNameEdit"), "plant.orvc");
   // The list of names that might be meant is in front of the button.
   m_stage.Input().Key("Return");
