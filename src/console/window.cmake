@@ -25,6 +25,7 @@ list(APPEND CONSOLE_SOURCES
   scope/scope_tree_item.cpp
   window/console_session.cpp
   window/console_session.h
+  window/document_questions.cpp
   window/hosted_console.cpp
   window/hosted_menu.cpp
   window/hosted_toolbar.cpp
@@ -38,4 +39,7 @@ list(APPEND CONSOLE_SOURCES
   window/toolbar_view.cpp
   window/toolbar_view.h
   window/unsaved_work.cpp
-  window/unsaved_work.h)
+  window/unsaved_work.h
+  window/view_state.cpp
+  window/window_menus.cpp
+  window/window_menus.h)

@@ -1,30 +1,26 @@
 #include "console/window/main_window.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "console/dialogs/program_title.h"
-#include "console/document/document_format.h"
 #include "console/document/recent_documents.h"
 #include "console/results/result_pane.h"
 #include "console/results/tool_tip.h"
 #include "console/scope/scope_pane.h"
+#include "console/window/document_questions.h"
 #include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/unsaved_work.h"
+#include "console/window/view_state.h"
 #include "platform/failure_log.h"
 
 namespace orvane::console {
@@ -45,12 +41,13 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
       m_parts(std::move(parts)),
       m_session(std::make_unique<ConsoleSession>(m_parts.create, m_parts.services, &m_images)),
       m_document(std::make_unique<console::Document>()),
-      m_unsaved(new UnsavedWork(m_parts.boxes, m_parts.optionTexts, this)) {
+      m_unsaved(new UnsavedWork(m_parts.boxes, m_parts.optionTexts, this)),
+      m_menus(*menuBar(), this) {
   setObjectName("mainWindow");
   setWindowIcon(ImageList::Named("orvane-console"));
   if (m_parts.settings) m_recent = std::make_unique<RecentDocuments>(*m_parts.settings);
   MakePanes();
-  MakeMenus();
+  ConnectMenus();
   FollowSession();
   resize(1100, 700);
   connect(m_unsaved, &UnsavedWork::ModifiedChanged, this, [this] { ShowTitle(); });
@@ -133,95 +130,34 @@ void MainWindow::MakePanes() {
   });
 }
 
-void MainWindow::MakeMenus() {
-  const auto add = [this](QMenu* menu, const char* sName, const QString& sText,
-                          const QKeySequence& keys, auto&& handler) {
-    auto* action = menu->addAction(sText);
-    action->setObjectName(QLatin1String(sName));
-    action->setShortcut(keys);
+void MainWindow::ConnectMenus() {
+  const auto on = [this](QAction* action, auto&& handler) {
     connect(action, &QAction::triggered, this, handler);
-    return action;
   };
-  auto* file = menuBar()->addMenu(tr("&File"));
-  file->setObjectName("mnuFile");
-  add(file, "actNew", tr("&New"), QKeySequence::New, [this] {
-    NewDocument();
-  })->setIcon(ImageList::Named("document-new"));
-  add(file, "actOpen", tr("&Open…"), QKeySequence::Open, [this] {
-    QFileDialog dialog(this, tr("Open"), QFileInfo(Shown(m_document->Path())).path());
-    dialog.setObjectName("openDialog");
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setNameFilters(
-        {tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)), tr("All files (*)")});
-    if (dialog.exec() == QDialog::Accepted) {
-      OpenDocument(dialog.selectedFiles().first().toStdString());
-    }
-  })->setIcon(ImageList::Named("document-open"));
-  m_mnuRecent = file->addMenu(tr("Open &Recent"));
-  m_mnuRecent->setObjectName("mnuRecent");
-  connect(m_mnuRecent, &QMenu::aboutToShow, this, &MainWindow::FillRecent);
-  file->addSeparator();
-  m_actSave = add(file, "actSave", tr("&Save"), QKeySequence::Save, [this] { Save(); });
-  m_actSave->setIcon(ImageList::Named("document-save"));
-  m_actSaveAs = add(file, "actSaveAs", tr("Save &As…"), QKeySequence(tr("Ctrl+Shift+S")),
-                    [this] { SaveAs(); });
-  file->addSeparator();
-  add(file, "actExit", tr("E&xit"), QKeySequence(tr("Ctrl+Q")), [this] { close(); });
-
-  m_mnuAction = menuBar()->addMenu(tr("&Action"));
-  m_mnuAction->setObjectName("mnuAction");
-  connect(m_mnuAction, &QMenu::aboutToShow, this, [this] {
-    m_mnuAction->clear();
-    if (m_session->IsBusy()) return;
-    FillActionMenu(*m_mnuAction, CurrentSelection());
+  on(m_menus.actNew, [this] { NewDocument(); });
+  on(m_menus.actOpen, [this] {
+    if (auto sPath = AskForFileToOpen(*m_document, this)) OpenDocument(std::move(*sPath));
   });
-
-  auto* view = menuBar()->addMenu(tr("&View"));
-  view->setObjectName("mnuView");
-  m_actRefresh = add(view, "actRefresh", tr("&Refresh"), QKeySequence(Qt::Key_F5), [this] {
+  connect(m_menus.mnuRecent, &QMenu::aboutToShow, this, &MainWindow::FillRecent);
+  on(m_menus.actSave, [this] { Save(); });
+  on(m_menus.actSaveAs, [this] { SaveAs(); });
+  on(m_menus.actExit, [this] { close(); });
+  connect(m_menus.mnuAction, &QMenu::aboutToShow, this, [this] {
+    m_menus.mnuAction->clear();
+    if (m_session->IsBusy()) return;
+    FillActionMenu(*m_menus.mnuAction, CurrentSelection());
+  });
+  on(m_menus.actRefresh, [this] {
     if (!m_session->IsBusy()) m_session->Refresh();
   });
-  m_actRefresh->setIcon(ImageList::Named("refresh"));
-  m_actRefresh->setToolTip(
-      tr("Refresh (%1)").arg(m_actRefresh->shortcut().toString(QKeySequence::NativeText)));
-  m_results->RefreshAction(m_actRefresh);
-  view->addSeparator();
-  auto* styles = new QActionGroup(this);
-  m_actDetails = add(view, "actDetails", tr("&Details"), {},
-                     [this] { m_results->List().Style(ListStyle::Details); });
-  m_actIcons = add(view, "actIcons", tr("&Icons"), {},
-                   [this] { m_results->List().Style(ListStyle::Icons); });
-  m_actDetails->setCheckable(true);
-  m_actIcons->setCheckable(true);
-  m_actDetails->setChecked(true);
-  styles->addAction(m_actDetails);
-  styles->addAction(m_actIcons);
-  view->addSeparator();
-  auto* toolbar = view->addMenu(tr("&Toolbar"));
-  toolbar->setObjectName("mnuToolbar");
-  m_actToolbar = add(toolbar, "actToolbar", tr("&Show"), {},
-                     [this](bool bChecked) { m_toolbar->Wanted(bChecked); });
-  m_actToolbar->setCheckable(true);
-  m_actToolbar->setChecked(true);
-  toolbar->addSeparator();
-  auto* sizes = new QActionGroup(this);
-  m_actSmallImages = add(toolbar, "actSmallImages", tr("S&mall Icons"), {},
-                         [this] { m_toolbar->Images(ButtonImages::Small); });
-  m_actLargeImages = add(toolbar, "actLargeImages", tr("&Large Icons"), {},
-                         [this] { m_toolbar->Images(ButtonImages::Large); });
-  for (auto* action : {m_actSmallImages, m_actLargeImages}) {
-    action->setCheckable(true);
-    sizes->addAction(action);
-  }
-  m_actSmallImages->setChecked(true);
-  m_actStatusBar = add(view, "actStatusBar", tr("&Status Bar"), {},
-                       [this](bool bChecked) { statusBar()->setVisible(bChecked); });
-  m_actStatusBar->setCheckable(true);
-  m_actStatusBar->setChecked(true);
-
-  auto* help = menuBar()->addMenu(tr("&Help"));
-  help->setObjectName("mnuHelp");
-  add(help, "actAbout", tr("&About ORVANE Console"), {}, [this] { ShowAbout(); });
+  m_results->RefreshAction(m_menus.actRefresh);
+  on(m_menus.actDetails, [this] { m_results->List().Style(ListStyle::Details); });
+  on(m_menus.actIcons, [this] { m_results->List().Style(ListStyle::Icons); });
+  on(m_menus.actToolbar, [this](bool bChecked) { m_toolbar->Wanted(bChecked); });
+  on(m_menus.actSmallImages, [this] { m_toolbar->Images(ButtonImages::Small); });
+  on(m_menus.actLargeImages, [this] { m_toolbar->Images(ButtonImages::Large); });
+  on(m_menus.actStatusBar, [this](bool bChecked) { statusBar()->setVisible(bChecked); });
+  on(m_menus.actAbout, [this] { ShowAbout(); });
 }
 
 void MainWindow::FollowSession() {
@@ -255,7 +191,9 @@ void MainWindow::StartSession() {
   const auto& sProgId = m_parts.sSnapInProgId;
   // A document that never held this snap-in is as good as a new one.
   const bool bStored = m_document->Content().FindSnapIn(sProgId) != nullptr;
-  ReadView(m_document->Content().View());
+  const auto usual =
+      m_parts.settings ? m_parts.settings->value("Window/Geometry").toByteArray() : QByteArray();
+  ReadView(ViewOfWindow(), m_document->Content().View(), usual);
   try {
     m_bReadWhole =
         m_session->Start(sProgId, bStored ? &m_document->Content().SnapIn(sProgId) : nullptr);
@@ -323,24 +261,15 @@ bool MainWindow::MayDropWork() {
     return false;
   }
   if (!IsModified()) return true;
-  QMessageBox box(this);
-  box.setObjectName("unsavedWorkBox");
-  box.setWindowTitle(ProgramTitle());
-  box.setTextFormat(Qt::PlainText);
-  box.setIcon(QMessageBox::Question);
-  box.setText(tr("Save the changes to “%1”?").arg(Shown(m_document->Name())));
-  box.setInformativeText(tr("Changes that are not saved are lost."));
-  box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-  box.setDefaultButton(QMessageBox::Save);
-  box.setEscapeButton(QMessageBox::Cancel);
-  switch (box.exec()) {
-    case QMessageBox::Save:
+  switch (AskAboutUnsavedWork(*m_document, this)) {
+    case UnsavedAnswer::Save:
       return Save();
-    case QMessageBox::Discard:
+    case UnsavedAnswer::Discard:
       return true;
-    default:
-      return false;
+    case UnsavedAnswer::Cancel:
+      break;
   }
+  return false;
 }
 
 std::unique_ptr<DocumentContent> MainWindow::ContentToSave() {
@@ -352,7 +281,7 @@ std::unique_ptr<DocumentContent> MainWindow::ContentToSave() {
     for (const auto& entry : section.bag->Entries()) bag.Add(entry.sName, entry.value);
   }
   if (!m_session->Write(content->SnapIn(m_parts.sSnapInProgId))) return nullptr;
-  WriteView(content->View());
+  WriteView(ViewOfWindow(), content->View());
   return content;
 }
 
@@ -373,48 +302,27 @@ bool MainWindow::Written(const std::function<void()>& write) {
 }
 
 bool MainWindow::Save() {
-  if (m_session->IsBusy() || !m_actSave->isEnabled()) return false;
+  if (m_session->IsBusy() || !m_menus.actSave->isEnabled()) return false;
   if (m_document->Path().empty() || m_document->IsReadOnly()) return SaveAs();
   auto content = ContentToSave();
   if (!content) return false;
   const bool bChanged = m_document->IsChangedOnDisk();
-  if (bChanged && !MayReplaceChanged()) return false;
+  if (bChanged && !AskToReplaceChanged(*m_document, this)) return false;
   return Written([&] { m_document->Save(std::move(content), bChanged); });
 }
 
-bool MainWindow::MayReplaceChanged() {
-  QMessageBox box(QMessageBox::Warning, ProgramTitle(),
-                  tr("“%1” was changed by another program.").arg(Shown(m_document->Name())),
-                  QMessageBox::NoButton, this);
-  box.setObjectName("changedOnDiskBox");
-  box.setTextFormat(Qt::PlainText);
-  box.setInformativeText(tr("Saving replaces what that program wrote."));
-  auto* replace = box.addButton(tr("&Replace"), QMessageBox::DestructiveRole);
-  box.setDefaultButton(box.addButton(QMessageBox::Cancel));
-  box.exec();
-  return box.clickedButton() == replace;
-}
-
 bool MainWindow::SaveAs() {
-  if (m_session->IsBusy() || !m_actSaveAs->isEnabled()) return false;
-  QFileDialog dialog(this, tr("Save As"), QFileInfo(Shown(m_document->Path())).path());
-  dialog.setObjectName("saveDialog");
-  dialog.setAcceptMode(QFileDialog::AcceptSave);
-  dialog.setFileMode(QFileDialog::AnyFile);
-  dialog.setNameFilters(
-      {tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)), tr("All files (*)")});
-  dialog.setDefaultSuffix(QLatin1String(kDocumentSuffix));
-  dialog.selectFile(Shown(m_document->Name()) + "." + kDocumentSuffix);
-  if (dialog.exec() != QDialog::Accepted) return false;
-  return SaveTo(dialog.selectedFiles().first().toStdString());
+  if (m_session->IsBusy() || !m_menus.actSaveAs->isEnabled()) return false;
+  const auto sPath = AskForFileToSave(*m_document, this);
+  return sPath && SaveTo(*sPath);
 }
 
 bool MainWindow::SaveTo(const Text& sPath) {
-  if (m_session->IsBusy() || !m_actSaveAs->isEnabled()) return false;
+  if (m_session->IsBusy() || !m_menus.actSaveAs->isEnabled()) return false;
   auto content = ContentToSave();
   if (!content) return false;
   const bool bChanged = m_document->IsOwnFile(sPath) && m_document->IsChangedOnDisk();
-  if (bChanged && !MayReplaceChanged()) return false;
+  if (bChanged && !AskToReplaceChanged(*m_document, this)) return false;
   return Written([&] { m_document->SaveAs(sPath, std::move(content), bChanged); });
 }
 
@@ -428,10 +336,7 @@ void MainWindow::NoteFailure(const std::exception& e) {
 
 void MainWindow::ShowFailure(const std::exception& e) {
   NoteFailure(e);
-  QMessageBox box(QMessageBox::Warning, ProgramTitle(), Shown(e.what()), QMessageBox::Ok, this);
-  box.setObjectName("failureBox");
-  box.setTextFormat(Qt::PlainText);
-  box.exec();
+  ShowFailureBox(e.what(), this);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -544,7 +449,7 @@ void MainWindow::FillActionMenu(QMenu& menu, const HostedSelection& selection) {
     }
   }
   if (!menu.isEmpty()) menu.addSeparator();
-  menu.addAction(m_actRefresh);
+  menu.addAction(m_menus.actRefresh);
 }
 
 void MainWindow::ShowMenu(const HostedSelection& selection, const QPoint& position) {
@@ -598,28 +503,32 @@ void MainWindow::ShowStatus() {
 
 void MainWindow::UpdateActions() {
   const auto item = m_session->Selected();
-  m_actRefresh->setEnabled(m_session->IsRefreshEnabled() ||
-                           (item && item->State() == NodeState::Failed));
+  m_menus.actRefresh->setEnabled(m_session->IsRefreshEnabled() ||
+                                 (item && item->State() == NodeState::Failed));
   const bool bCanSave = m_session->IsOpen() && m_bReadWhole;
-  m_actSave->setEnabled(bCanSave);
-  m_actSaveAs->setEnabled(bCanSave);
+  m_menus.actSave->setEnabled(bCanSave);
+  m_menus.actSaveAs->setEnabled(bCanSave);
+}
+
+ViewParts MainWindow::ViewOfWindow() {
+  return {*this, *m_splitter, *m_toolbar, *m_results, m_menus};
 }
 
 void MainWindow::FillRecent() {
-  m_mnuRecent->clear();
+  m_menus.mnuRecent->clear();
   const auto paths = m_recent ? m_recent->List() : std::vector<Text>();
   int iNumber = 0;
   for (const auto& sPath : paths) {
     auto sShown = Shown(sPath);
     sShown.replace('&', "&&");
-    auto* action = m_mnuRecent->addAction(
+    auto* action = m_menus.mnuRecent->addAction(
         ++iNumber < 10 ? QStringLiteral("&%1  %2").arg(iNumber).arg(sShown) : sShown);
     action->setData(Shown(sPath));
     connect(
         action, &QAction::triggered, this, [this, sPath] { OpenDocument(sPath); },
         Qt::QueuedConnection);
   }
-  if (paths.empty()) m_mnuRecent->addAction(tr("No documents yet"))->setEnabled(false);
+  if (paths.empty()) m_menus.mnuRecent->addAction(tr("No documents yet"))->setEnabled(false);
 }
 
 void MainWindow::ShowAbout() {
@@ -639,60 +548,6 @@ void MainWindow::ShowAbout() {
   sText += "\n\n" + tr("Free software under the GNU General Public License, version 3 or later.");
   box.setInformativeText(sText);
   box.exec();
-}
-
-void MainWindow::WriteView(DocumentBag& bag) const {
-  bag.WriteProperty("Window.Geometry", saveGeometry().toBase64().toStdString());
-  bag.WriteProperty("Splitter.State", m_splitter->saveState().toBase64().toStdString());
-  bag.WriteProperty("Toolbar.Shown", m_toolbar->Wanted());
-  bag.WriteProperty("Toolbar.LargeIcons", m_toolbar->Images() == ButtonImages::Large);
-  bag.WriteProperty("StatusBar.Shown", m_actStatusBar->isChecked());
-  bag.WriteProperty("List.Icons", m_results->List().Style() == ListStyle::Icons);
-  for (const auto& [sView, widths] : m_results->ColumnWidths()) {
-    QStringList texts;
-    for (const int iWidth : widths) texts.append(QString::number(iWidth));
-    bag.WriteProperty("List.Columns." + sView, texts.join(',').toStdString());
-  }
-}
-
-void MainWindow::ReadView(const DocumentBag& bag) {
-  const auto bytes = [&](const char* sName) {
-    const auto vtValue = bag.ReadProperty(sName, Text());
-    const auto* sText = vtValue.As<Text>();
-    return sText ? QByteArray::fromBase64(QByteArray::fromStdString(*sText)) : QByteArray();
-  };
-  const auto flag = [&](const char* sName, bool bDefault) {
-    const auto vtValue = bag.ReadProperty(sName, bDefault);
-    const auto* bValue = vtValue.As<bool>();
-    return bValue ? *bValue : bDefault;
-  };
-  if (const auto geometry = bytes("Window.Geometry"); !geometry.isEmpty()) {
-    restoreGeometry(geometry);
-  } else if (m_parts.settings) {
-    restoreGeometry(m_parts.settings->value("Window/Geometry").toByteArray());
-  }
-  if (const auto state = bytes("Splitter.State"); !state.isEmpty()) m_splitter->restoreState(state);
-  m_actToolbar->setChecked(flag("Toolbar.Shown", true));
-  m_toolbar->Wanted(m_actToolbar->isChecked());
-  const bool bLarge = flag("Toolbar.LargeIcons", false);
-  (bLarge ? m_actLargeImages : m_actSmallImages)->setChecked(true);
-  m_toolbar->Images(bLarge ? ButtonImages::Large : ButtonImages::Small);
-  m_actStatusBar->setChecked(flag("StatusBar.Shown", true));
-  statusBar()->setVisible(m_actStatusBar->isChecked());
-  const bool bIcons = flag("List.Icons", false);
-  (bIcons ? m_actIcons : m_actDetails)->setChecked(true);
-  m_results->List().Style(bIcons ? ListStyle::Icons : ListStyle::Details);
-  std::map<Text, std::vector<int>> columns;
-  constexpr std::string_view kColumns = "List.Columns.";
-  for (const auto& entry : bag.Entries()) {
-    const auto* sWidths = std::get_if<Text>(&entry.value);
-    if (!sWidths || !entry.sName.starts_with(kColumns)) continue;
-    auto& widths = columns[entry.sName.substr(kColumns.size())];
-    for (const auto& sWidth : QString::fromStdString(*sWidths).split(',')) {
-      widths.push_back(std::clamp(sWidth.toInt(), 24, 4000));
-    }
-  }
-  m_results->ColumnWidths(std::move(columns));
 }
 
 }  // namespace orvane::console

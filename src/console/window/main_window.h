@@ -8,6 +8,7 @@
 #include "console/document/document.h"
 #include "console/window/console_session.h"
 #include "console/window/image_list.h"
+#include "console/window/window_menus.h"
 
 class QLabel;
 class QMenu;
@@ -23,6 +24,7 @@ class ResultPane;
 class ScopePane;
 class ToolbarView;
 class UnsavedWork;
+struct ViewParts;
 
 /// What the program hands its window.
 struct WindowParts {
@@ -72,7 +74,7 @@ class MainWindow final : public QMainWindow {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void MakeMenus();
+  void ConnectMenus();
   void MakePanes();
   void FollowSession();
   /// Starts a session on the document that is there now.
@@ -82,9 +84,6 @@ class MainWindow final : public QMainWindow {
   bool SaveAs();
   /// What a save would write, the view included; null when the snap-in could not give all of it.
   std::unique_ptr<DocumentContent> ContentToSave();
-  /// Asks whether a document that another program has changed is to be replaced. False when the
-  /// user would rather not.
-  bool MayReplaceChanged();
   bool Written(const std::function<void()>& write);
   /// Notes the failure and shows its sentence.
   void ShowFailure(const std::exception& e);
@@ -105,8 +104,7 @@ class MainWindow final : public QMainWindow {
   void UpdateActions();
   void FillRecent();
   void ShowAbout();
-  void WriteView(DocumentBag& bag) const;
-  void ReadView(const DocumentBag& bag);
+  ViewParts ViewOfWindow();
 
   WindowParts m_parts;
   ImageList m_images;
@@ -114,6 +112,7 @@ class MainWindow final : public QMainWindow {
   std::unique_ptr<ConsoleSession> m_session;
   std::unique_ptr<console::Document> m_document;
   UnsavedWork* m_unsaved;
+  WindowMenus m_menus;
   bool m_bReadWhole = true;  // false: saving would lose what could not be read
   platform::Text m_sSnapInFailure;
 
@@ -124,17 +123,6 @@ class MainWindow final : public QMainWindow {
   NoticeBar* m_notice = nullptr;
   QLabel* m_lblItems = nullptr;
   QLabel* m_lblReadOnly = nullptr;
-  QMenu* m_mnuRecent = nullptr;
-  QMenu* m_mnuAction = nullptr;
-  QAction* m_actSave = nullptr;
-  QAction* m_actSaveAs = nullptr;
-  QAction* m_actRefresh = nullptr;
-  QAction* m_actToolbar = nullptr;
-  QAction* m_actSmallImages = nullptr;
-  QAction* m_actLargeImages = nullptr;
-  QAction* m_actStatusBar = nullptr;
-  QAction* m_actDetails = nullptr;
-  QAction* m_actIcons = nullptr;
   // Asked for while the snap-in was busy; done when it has ended.
   struct WantedMenu {
     HostedSelection selection;

@@ -1,0 +1,100 @@
+#include "console/window/document_questions.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "console/dialogs/program_title.h"
+#include "console/document/document.h"
+#include "console/document/document_format.h"
+
+namespace orvane::console {
+
+using platform::Text;
+
+namespace {
+
+struct Questions {
+  Q_DECLARE_TR_FUNCTIONS(Questions)
+};
+
+QString tr(const char* sText) {
+  return Questions::tr(sText);
+}
+
+QString Shown(const Text& sText) {
+  return QString::fromStdString(sText);
+}
+
+std::optional<Text> FileOf(QFileDialog& dialog) {
+  dialog.setNameFilters(
+      {tr("Console documents (*.%1)").arg(QLatin1String(kDocumentSuffix)), tr("All files (*)")});
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.selectedFiles().first().toStdString();
+}
+
+QString FolderOf(const Document& document) {
+  return QFileInfo(Shown(document.Path())).path();
+}
+
+}  // namespace
+
+std::optional<Text> AskForFileToOpen(const Document& document, QWidget* window) {
+  QFileDialog dialog(window, tr("Open"), FolderOf(document));
+  dialog.setObjectName("openDialog");
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  return FileOf(dialog);
+}
+
+std::optional<Text> AskForFileToSave(const Document& document, QWidget* window) {
+  QFileDialog dialog(window, tr("Save As"), FolderOf(document));
+  dialog.setObjectName("saveDialog");
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setDefaultSuffix(QLatin1String(kDocumentSuffix));
+  dialog.selectFile(Shown(document.Name()) + "." + kDocumentSuffix);
+  return FileOf(dialog);
+}
+
+UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window) {
+  QMessageBox box(QMessageBox::Question, ProgramTitle(),
+                  tr("Save the changes to “%1”?").arg(Shown(document.Name())),
+                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, window);
+  box.setObjectName("unsavedWorkBox");
+  box.setTextFormat(Qt::PlainText);
+  box.setInformativeText(tr("Changes that are not saved are lost."));
+  box.setDefaultButton(QMessageBox::Save);
+  box.setEscapeButton(QMessageBox::Cancel);
+  switch (box.exec()) {
+    case QMessageBox::Save:
+      return UnsavedAnswer::Save;
+    case QMessageBox::Discard:
+      return UnsavedAnswer::Discard;
+    default:
+      return UnsavedAnswer::Cancel;
+  }
+}
+
+bool AskToReplaceChanged(const Document& document, QWidget* window) {
+  QMessageBox box(QMessageBox::Warning, ProgramTitle(),
+                  tr("“%1” was changed by another program.").arg(Shown(document.Name())),
+                  QMessageBox::NoButton, window);
+  box.setObjectName("changedOnDiskBox");
+  box.setTextFormat(Qt::PlainText);
+  box.setInformativeText(tr("Saving replaces what that program wrote."));
+  auto* replace = box.addButton(tr("&Replace"), QMessageBox::DestructiveRole);
+  box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+  box.exec();
+  return box.clickedButton() == replace;
+}
+
+void ShowFailureBox(const Text& sSentence, QWidget* window) {
+  QMessageBox box(QMessageBox::Warning, ProgramTitle(), Shown(sSentence), QMessageBox::Ok, window);
+  box.setObjectName("failureBox");
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
+
+}  // namespace orvane::console

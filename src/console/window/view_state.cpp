@@ -1,0 +1,75 @@
+#include "console/window/view_state.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QSplitter>
+#include <QStatusBar>
+#include <algorithm>
+#include <map>
+#include <vector>
+
+#include "console/document/document_bag.h"
+#include "console/results/result_pane.h"
+#include "console/window/toolbar_view.h"
+#include "console/window/window_menus.h"
+
+namespace orvane::console {
+
+using platform::Text;
+
+void WriteView(const ViewParts& parts, DocumentBag& bag) {
+  bag.WriteProperty("Window.Geometry", parts.window.saveGeometry().toBase64().toStdString());
+  bag.WriteProperty("Splitter.State", parts.splitter.saveState().toBase64().toStdString());
+  bag.WriteProperty("Toolbar.Shown", parts.toolbar.Wanted());
+  bag.WriteProperty("Toolbar.LargeIcons", parts.toolbar.Images() == ButtonImages::Large);
+  bag.WriteProperty("StatusBar.Shown", parts.menus.actStatusBar->isChecked());
+  bag.WriteProperty("List.Icons", parts.results.List().Style() == ListStyle::Icons);
+  for (const auto& [sView, widths] : parts.results.ColumnWidths()) {
+    QStringList texts;
+    for (const int iWidth : widths) texts.append(QString::number(iWidth));
+    bag.WriteProperty("List.Columns." + sView, texts.join(',').toStdString());
+  }
+}
+
+void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& usualGeometry) {
+  const auto bytes = [&](const char* sName) {
+    const auto vtValue = bag.ReadProperty(sName, Text());
+    const auto* sText = vtValue.As<Text>();
+    return sText ? QByteArray::fromBase64(QByteArray::fromStdString(*sText)) : QByteArray();
+  };
+  const auto flag = [&](const char* sName, bool bDefault) {
+    const auto vtValue = bag.ReadProperty(sName, bDefault);
+    const auto* bValue = vtValue.As<bool>();
+    return bValue ? *bValue : bDefault;
+  };
+  if (const auto geometry = bytes("Window.Geometry"); !geometry.isEmpty()) {
+    parts.window.restoreGeometry(geometry);
+  } else {
+    parts.window.restoreGeometry(usualGeometry);
+  }
+  if (const auto state = bytes("Splitter.State"); !state.isEmpty())
+    parts.splitter.restoreState(state);
+  parts.menus.actToolbar->setChecked(flag("Toolbar.Shown", true));
+  parts.toolbar.Wanted(parts.menus.actToolbar->isChecked());
+  const bool bLarge = flag("Toolbar.LargeIcons", false);
+  (bLarge ? parts.menus.actLargeImages : parts.menus.actSmallImages)->setChecked(true);
+  parts.toolbar.Images(bLarge ? ButtonImages::Large : ButtonImages::Small);
+  parts.menus.actStatusBar->setChecked(flag("StatusBar.Shown", true));
+  parts.window.statusBar()->setVisible(parts.menus.actStatusBar->isChecked());
+  const bool bIcons = flag("List.Icons", false);
+  (bIcons ? parts.menus.actIcons : parts.menus.actDetails)->setChecked(true);
+  parts.results.List().Style(bIcons ? ListStyle::Icons : ListStyle::Details);
+  std::map<Text, std::vector<int>> columns;
+  constexpr std::string_view kColumns = "List.Columns.";
+  for (const auto& entry : bag.Entries()) {
+    const auto* sWidths = std::get_if<Text>(&entry.value);
+    if (!sWidths || !entry.sName.starts_with(kColumns)) continue;
+    auto& widths = columns[entry.sName.substr(kColumns.size())];
+    for (const auto& sWidth : QString::fromStdString(*sWidths).split(',')) {
+      widths.push_back(std::clamp(sWidth.toInt(), 24, 4000));
+    }
+  }
+  parts.results.ColumnWidths(std::move(columns));
+}
+
+}  // namespace orvane::console
