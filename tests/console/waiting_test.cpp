@@ -179,6 +179,24 @@ TEST(waiting, shows_the_panel_after_half_a_second_and_takes_it_away_at_the_end) 
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
+TEST(waiting, under_the_hourglass_the_hourglass_stays) {
+  Window window;
+  Waiting waiting;
+  Gate gate;
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  auto shape = Qt::ArrowCursor;
+  OnPanel(window, [&](WaitingPanel&) {
+    shape = QApplication::overrideCursor()->shape();
+    gate.Open();
+  });
+  waiting.Run("Working", [&](std::stop_token stop) { gate.Pass(stop); });
+  EXPECT_EQ(shape, Qt::WaitCursor);
+  ASSERT_NE(QApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+  QApplication::restoreOverrideCursor();
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
 TEST(waiting, cancel_stops_the_work_and_says_so) {
   Window window;
   Waiting waiting;

@@ -24,7 +24,8 @@ bool IsUserInterfaceThread() {
          QThread::currentThread() == qApp->thread();
 }
 
-/// The busy shape of the mouse pointer, from Show to the end of the wait.
+/// The busy shape of the mouse pointer, from Show to the end of the wait; where a handler has laid
+/// the hourglass, that stays, since it says the same more strongly.
 class BusyPointer {
  public:
   BusyPointer() = default;
@@ -34,6 +35,7 @@ class BusyPointer {
     if (m_bShown) QApplication::restoreOverrideCursor();
   }
   void Show() {
+    if (QApplication::overrideCursor()) return;
     QApplication::setOverrideCursor(Qt::BusyCursor);
     m_bShown = true;
   }

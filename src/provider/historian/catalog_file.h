@@ -1,5 +1,5 @@
 // The files of catalogs: making them with their first tables, and taking them away.
-// The only place besides the engine that reaches for SQLite itself.
+// In the provider only this and the engine reach for SQLite itself.
 #pragma once
 
 #include <filesystem>

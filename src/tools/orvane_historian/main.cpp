@@ -1,6 +1,6 @@
 // orvane-historian: makes, fills and records embedded historians.
-// Ends with 0, with 1 and a sentence when something went wrong, or with 2 and a sentence when the
-// command line cannot be understood.
+// Ends with 0, or with 1 and a sentence when something went wrong or the command line cannot be
+// understood.
 #include <CLI/CLI.hpp>
 #include <cerrno>
 #include <exception>
