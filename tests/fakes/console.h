@@ -168,17 +168,21 @@ class FakeControlBar : public platform::ControlBar {
  public:
   void Attach(const platform::ToolbarPtr& toolbar) override {
     if (bFailAttach) throw platform::Failure(5, "The toolbar cannot be attached.");
+    if (onAttach) onAttach();
     attached = toolbar;
     ++nAttached;
   }
   void Detach(const platform::ToolbarPtr& toolbar) override {
     if (bFailDetach) throw platform::Failure(5, "The toolbar cannot be detached.");
+    if (onDetach) onDetach();
     if (attached == toolbar) attached.reset();
   }
   platform::ToolbarPtr attached;
   int nAttached = 0;
   bool bFailAttach = false;
   bool bFailDetach = false;
+  std::function<void()> onAttach;
+  std::function<void()> onDetach;
 };
 
 class FakeConsole : public platform::Console {

@@ -110,7 +110,9 @@ TEST_F(menus, a_command_does_nothing_unless_one_scope_item_is_selected) {
   }
   EXPECT_TRUE(driver.ui->boxes.empty());
   EXPECT_TRUE(driver.historian->log.empty());
-  EXPECT_FALSE(driver.forms->WasLoaded("OptionsDlg"));
+  for (const char* const sForm : {"OptionsDlg", "AddCatalogDlg", "QueryDlg", "TableQueryDlg"}) {
+    EXPECT_FALSE(driver.forms->WasLoaded(sForm)) << sForm;
+  }
   EXPECT_EQ(driver.Tree(), sTree);
 }
 

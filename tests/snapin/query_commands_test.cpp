@@ -93,6 +93,24 @@ TEST_F(query_commands, a_taken_name_can_be_corrected) {
   EXPECT_EQ(Names(*server), (std::vector<Text>{"Q1", "Q2"}));
 }
 
+TEST_F(query_commands, whatever_keeps_the_list_from_taking_a_query_counts_as_a_taken_name) {
+  class Refusing : public nodes::ServersNodeOwner {
+   public:
+    void ServersNodeChanged() override { throw platform::Failure(5, "No changes now."); }
+  };
+  ExpandAll();
+  const Text sTree = driver.Tree();
+  const auto refusing = std::make_shared<Refusing>();
+  Root()->Parent(refusing);
+  New({{"Q2", "SELECT 2"}});
+  EXPECT_EQ(ErrorBox(), kNameTaken);
+  ASSERT_EQ(shown.size(), 2U);
+  EXPECT_EQ(shown[1].sName, "Q2");
+  EXPECT_EQ(shown[1].sSql, "SELECT 2");
+  EXPECT_EQ(driver.Tree(), sTree);
+  EXPECT_FALSE(driver.HasItem("S1.Queries.Q2"));
+}
+
 TEST_F(query_commands, a_box_that_cannot_be_read_is_no_name_that_is_taken) {
   for (const char* const sBox : {"m_txtName", "m_txtSqlStatement"}) {
     driver.NewDocument();

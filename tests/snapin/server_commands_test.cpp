@@ -176,6 +176,19 @@ TEST_F(server_commands, a_failing_expansion_of_the_root_only_costs_the_item) {
   EXPECT_FALSE(driver.HasItem("S1"));
 }
 
+TEST_F(server_commands, a_root_that_cannot_be_selected_only_costs_the_item) {
+  driver.console->CurrentView().onSelect = [](const platform::ScopeItemPtr&) {
+    throw platform::Failure(5, "The root cannot be selected.");
+  };
+  driver.historian->sChosenServer = "S1";
+  driver.Click("m_mnuServersConnect", "");
+  ExpectNoBoxes();
+  EXPECT_EQ(driver.console->CurrentView().selected, driver.console->staticItem);
+  EXPECT_EQ(Root()->ServerNodes()->Count(), 1);
+  EXPECT_NE(Root()->ServerNodes()->Item("S1"), nullptr);
+  EXPECT_FALSE(driver.HasItem("S1"));
+}
+
 TEST_F(server_commands, a_server_added_twice_is_refused) {
   driver.historian->sChosenServer = "S1";
   driver.Click("m_mnuServersConnect", "");
