@@ -95,15 +95,24 @@ TEST_F(menus, a_failure_while_building_is_shown) {
 }
 
 TEST_F(menus, a_command_does_nothing_unless_one_scope_item_is_selected) {
-  const char* const kItems[] = {"m_mnuServersConnect", "m_mnuOptions",      "m_mnuConnect",
-                                "m_mnuDisconnect",     "m_mnuRemoveServer", "m_mnuAddCatalog",
-                                "m_mnuCatalogRemove",  "m_mnuQuery",        "m_mnuNewQuery",
-                                "m_mnuEdit",           "m_mnuRemove"};
+  const std::pair<const char*, const char*> kItems[] = {{"m_mnuServersConnect", ""},
+                                                        {"m_mnuOptions", ""},
+                                                        {"m_mnuConnect", "S1"},
+                                                        {"m_mnuDisconnect", "S1"},
+                                                        {"m_mnuRemoveServer", "S1"},
+                                                        {"m_mnuAddCatalog", "S1.Catalogs"},
+                                                        {"m_mnuCatalogRemove", "S1.Catalogs.Plant"},
+                                                        {"m_mnuQuery", "S1.Catalogs.Plant.Pumps"},
+                                                        {"m_mnuNewQuery", "S1.Queries"},
+                                                        {"m_mnuEdit", "S1.Queries.Q1"},
+                                                        {"m_mnuRemove", "S1.Queries.Q1"}};
+  std::vector<std::pair<Text, fakes::FakeScopeItemPtr>> clicks;
+  for (const auto& [sItem, sKey] : kItems) clicks.emplace_back(sItem, driver.Item(sKey));
   const Text sTree = driver.Tree();
   driver.historian->log.clear();
   for (const Long lType : {1, 2, 3, 4, 5}) {
-    for (const char* const sItem : kItems) {
-      fakes::FakeSelection selection(driver.Item("S1"));
+    for (const auto& [sItem, item] : clicks) {
+      fakes::FakeSelection selection(item);
       selection.lType = lType;
       driver.snapIn->Menu_Click(sItem, 0, selection);
     }
