@@ -194,6 +194,7 @@ class FakeConsole : public platform::Console {
   }
   FakeScopeItems& ScopeItems() override { return m_scopeItems; }
   void StaticNodeDisplayName(const platform::Text& sDisplayName) override {
+    if (bFailStaticName) throw platform::Failure(5, "The static node cannot be named.");
     staticItem->DisplayName(sDisplayName);
   }
   FakeView& CurrentView() override { return m_view; }
@@ -210,6 +211,7 @@ class FakeConsole : public platform::Console {
   std::shared_ptr<FakeToolbar> toolbar;
   int nToolbarsAskedFor = 0;
   bool bFailCreateToolbar = false;
+  bool bFailStaticName = false;
 
  private:
   FakeScopeItems m_scopeItems;

@@ -89,13 +89,17 @@ class FakeScopeItem : public platform::ScopeItem {
   Text DisplayName() const override { return m_sDisplayName; }
   void DisplayName(const Text& sDisplayName) override { m_sDisplayName = sDisplayName; }
   platform::ObjectPtr Tag() const override { return m_tag; }
-  void Tag(const platform::ObjectPtr& tag) override { m_tag = tag; }
+  void Tag(const platform::ObjectPtr& tag) override {
+    if (bFailTag) throw platform::Failure(5, "The item cannot be tagged.");
+    m_tag = tag;
+  }
   FakeColumnHeaders& ColumnHeaders() override { return m_headers; }
   FakeListSubItems& ListSubItems() override { return m_subItems; }
   platform::ScopeNodePtr ScopeNode() override { return node; }
 
   std::shared_ptr<FakeScopeNode> node = std::make_shared<FakeScopeNode>();
   std::function<void(const Text&, const Text&)> rekey;
+  bool bFailTag = false;
 
  private:
   Text m_sNodeType;

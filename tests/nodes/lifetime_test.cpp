@@ -7,7 +7,52 @@ namespace {
 
 using platform::Long;
 
-using lifetime = Model;
+using platform::Text;
+
+using Log = std::vector<Text>;
+
+/// Rows that write down their end.
+class LoggingRows : public fakes::FakeRecordset {
+ public:
+  LoggingRows(Log& log, Text sName)
+      : FakeRecordset({{"Name"}}, {}), m_log(log), m_sName(std::move(sName)) {}
+  ~LoggingRows() override { m_log.push_back("rows of " + m_sName); }
+
+ private:
+  Log& m_log;
+  Text m_sName;
+};
+
+/// A table query that writes down its end.
+class LoggingTableQuery : public fakes::FakeTableQuery {
+ public:
+  explicit LoggingTableQuery(Log& log) : m_log(log) {}
+  ~LoggingTableQuery() override { m_log.push_back("query of " + Table()); }
+
+ private:
+  Log& m_log;
+};
+
+/// Data access whose table queries write down their end.
+class LoggingObjects : public fakes::FakeObjects {
+ public:
+  LoggingObjects(fakes::FakeHistorianPtr historian, Log& log)
+      : FakeObjects(std::move(historian)), m_log(log) {}
+  platform::TableQueryPtr CreateTableQuery() override {
+    return std::make_shared<LoggingTableQuery>(m_log);
+  }
+
+ private:
+  Log& m_log;
+};
+
+class lifetime : public Model {
+ protected:
+  std::shared_ptr<LoggingRows> RowsOf(const Text& sName) {
+    return std::make_shared<LoggingRows>(log, sName);
+  }
+  Log log;
+};
 
 TEST_F(lifetime, nothing_is_kept_alive_by_a_back_reference) {
   const Long lBefore = Counted::Alive();
@@ -77,6 +122,27 @@ TEST_F(lifetime, a_dying_server_disconnects_before_it_drops_its_lists) {
   EXPECT_TRUE(bListsAlive);
   EXPECT_TRUE(catalogs.expired());
   EXPECT_TRUE(queries.expired());
+}
+
+TEST_F(lifetime, a_dying_server_drops_its_catalogs_first_and_a_table_its_query_before_its_rows) {
+  auto server = ServerNode::Create(std::make_shared<LoggingObjects>(historian, log));
+  server->QueryNodes()->Add("Q", "SELECT 1")->Recordset(RowsOf("Q"));
+  server->CatalogNodes()->Add("C")->TableNodes()->Add("T")->SetRecordset(RowsOf("T"), 1);
+  EXPECT_TRUE(log.empty());
+  server.reset();
+  EXPECT_EQ(log, (Log{"query of T", "rows of T", "rows of Q"}));
+}
+
+TEST_F(lifetime, cached_rows_are_released_in_the_order_of_the_catalogs_and_tables) {
+  const auto server = AddServer("S1");
+  for (const char* sCatalog : {"C2", "C1"}) {
+    const auto tables = server->CatalogNodes()->Add(sCatalog)->TableNodes();
+    for (const char* sTable : {"T2", "T1"}) {
+      tables->Add(sTable)->SetRecordset(RowsOf(Text(sCatalog) + "." + sTable), 1);
+    }
+  }
+  server->ReleaseCachedRecordsets();
+  EXPECT_EQ(log, (Log{"rows of C2.T2", "rows of C2.T1", "rows of C1.T2", "rows of C1.T1"}));
 }
 
 TEST_F(lifetime, a_failing_close_does_not_escape_a_dying_server) {

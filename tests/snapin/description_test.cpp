@@ -78,6 +78,9 @@ TEST(description, the_queries_folder_shows_the_queries_list) {
   const auto views = NodeType(description, "Queries").resultViews;
   ASSERT_EQ(views.size(), 1U);
   EXPECT_EQ(views[0].sName, "QueriesListView");
+  EXPECT_EQ(views[0].sDisplayName, "");
+  EXPECT_EQ(views[0].sDescription, "");
+  EXPECT_EQ(views[0].sControlProgId, "");
   ASSERT_EQ(views[0].columns.size(), 1U);
   EXPECT_EQ(views[0].columns[0].sText, "Name");
   EXPECT_EQ(views[0].columns[0].lWidth, 200);
@@ -88,6 +91,7 @@ TEST(description, a_table_shows_its_data_first_and_its_structure_second) {
   const auto views = NodeType(description, "Table").resultViews;
   ASSERT_EQ(views.size(), 2U);
   EXPECT_EQ(views[0].sName, "TableEditorOcxView");
+  EXPECT_EQ(views[0].sDisplayName, "Data");
   EXPECT_EQ(views[0].sDescription, "Displays table data.");
   EXPECT_EQ(views[0].sControlProgId, "ORVOLEDBCtls.TableEditor");
   EXPECT_EQ(views[1].sName, "TableStructureListView");

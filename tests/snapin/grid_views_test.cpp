@@ -204,6 +204,16 @@ TEST_F(grid_views, unloading_lets_go_of_the_grid) {
   driver.snapIn->ResultViews_Activate(*TableView());
   const std::weak_ptr<FakeTableEditor> watched = editor;
   editor.reset();
+  ASSERT_FALSE(watched.expired());
+  driver.snapIn->SnapIn_Unload();
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(grid_views, unloading_lets_go_of_the_results_grid) {
+  driver.snapIn->ResultViews_Activate(*QueryView());
+  const std::weak_ptr<FakeQueryResults> watched = results;
+  results.reset();
+  ASSERT_FALSE(watched.expired());
   driver.snapIn->SnapIn_Unload();
   EXPECT_TRUE(watched.expired());
 }

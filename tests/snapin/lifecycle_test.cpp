@@ -1,3 +1,4 @@
+#include "snapin/snap_in.h"
 #include "tests/nodes/initial_options.h"
 #include "tests/snapin/snap_in_fixture.h"
 
@@ -7,13 +8,47 @@ namespace {
 using platform::Long;
 using platform::Value;
 
-using lifecycle = SnapInTest;
+/// Counts what the model tells it of.
+class CountingSnapIn : public SnapIn {
+ public:
+  using SnapIn::SnapIn;
+  void ServersNodeChanged() override {
+    ++nChanges;
+    SnapIn::ServersNodeChanged();
+  }
+  int nChanges = 0;
+};
+
+class lifecycle : public SnapInTest {
+ protected:
+  /// A snap-in object of its own in the console of the fixture.
+  std::shared_ptr<CountingSnapIn> Counting() {
+    platform::Services services;
+    services.console = driver.console;
+    services.objects = driver.objects;
+    services.ui = driver.ui;
+    return std::make_shared<CountingSnapIn>(services);
+  }
+  /// The root that the snap-in ties to a static node.
+  static nodes::ServersNodePtr RootOf(platform::SnapIn& snapIn) {
+    const auto item = std::make_shared<fakes::FakeScopeItem>("Servers", "", "");
+    snapIn.ScopeItems_Initialize(item);
+    return std::dynamic_pointer_cast<nodes::ServersNode>(item->Tag());
+  }
+};
 
 TEST_F(lifecycle, initializing_names_the_static_node) {
   driver.Start();
   EXPECT_EQ(driver.console->staticItem->DisplayName(), "ORVANE Servers");
   EXPECT_EQ(driver.console->staticItem->Tag(), nullptr);
   ExpectNoBoxes();
+}
+
+TEST_F(lifecycle, an_initialization_that_fails_is_shown) {
+  driver.Start();
+  driver.console->bFailStaticName = true;
+  EXPECT_NO_THROW(driver.snapIn->SnapIn_Initialize());
+  EXPECT_EQ(ErrorBox(), "The static node cannot be named.");
 }
 
 TEST_F(lifecycle, works_without_file_version_functions) {
@@ -137,6 +172,46 @@ TEST_F(lifecycle, unloading_lets_go_of_the_tree_and_may_happen_twice) {
   const auto bag = driver.NewBag();
   driver.snapIn->SnapIn_WriteProperties(*bag);
   EXPECT_EQ(bag->At("ServersNode"), Value(false));
+  ExpectNoBoxes();
+}
+
+TEST_F(lifecycle, terminating_alone_lets_go_of_the_tree) {
+  AddServer("S1")->Connect();
+  driver.console->staticItem->Tag(nullptr);
+  driver.snapIn->SnapIn_Terminate();
+  EXPECT_EQ(driver.historian->log.back(), "Close");
+  const auto bag = driver.NewBag();
+  driver.snapIn->SnapIn_WriteProperties(*bag);
+  EXPECT_EQ(bag->At("ServersNode"), Value(false));
+  ExpectNoBoxes();
+}
+
+TEST_F(lifecycle, a_new_root_tells_the_snap_in_of_its_changes_until_it_is_unloaded) {
+  const auto snapIn = Counting();
+  const auto root = RootOf(*snapIn);
+  ASSERT_NE(root, nullptr);
+  EXPECT_EQ(snapIn->nChanges, 0);
+  root->MaxRows(1);
+  EXPECT_EQ(snapIn->nChanges, 1);
+  snapIn->SnapIn_Unload();
+  root->MaxRows(2);
+  EXPECT_EQ(snapIn->nChanges, 1);
+  ExpectNoBoxes();
+}
+
+TEST_F(lifecycle, a_loaded_root_tells_the_snap_in_of_its_changes_until_it_is_unloaded) {
+  const auto snapIn = Counting();
+  const auto bag = driver.NewBag();
+  bag->WriteProperty("ServersNode", true, std::nullopt);
+  EXPECT_TRUE(snapIn->SnapIn_ReadProperties(*bag));
+  const auto root = RootOf(*snapIn);
+  ASSERT_NE(root, nullptr);
+  EXPECT_EQ(snapIn->nChanges, 0);
+  root->MaxRows(1);
+  EXPECT_EQ(snapIn->nChanges, 1);
+  snapIn->SnapIn_Unload();
+  root->MaxRows(2);
+  EXPECT_EQ(snapIn->nChanges, 1);
   ExpectNoBoxes();
 }
 

@@ -40,6 +40,13 @@ TEST_F(scope_tree, an_item_of_another_type_is_not_tied) {
   EXPECT_EQ(lower->Tag(), nullptr);
 }
 
+TEST_F(scope_tree, an_item_that_cannot_be_tied_is_reported) {
+  driver.Start();
+  driver.console->staticItem->bFailTag = true;
+  EXPECT_NO_THROW(driver.snapIn->ScopeItems_Initialize(driver.console->staticItem));
+  EXPECT_EQ(ErrorBox(), "The item cannot be tagged.");
+}
+
 TEST_F(scope_tree, initializing_again_keeps_the_root) {
   const auto root = Root();
   driver.snapIn->ScopeItems_Initialize(driver.console->staticItem);
@@ -255,6 +262,8 @@ TEST_F(scope_tree, queries_become_items_with_name_and_sql) {
       (std::map<Long, FakeColumnHeader>{{1, {"Name", "Name", 200}}, {2, {"Query", "Query", 300}}}));
   EXPECT_EQ(item->ListSubItems().items, (std::map<Long, std::pair<Text, Text>>{
                                             {1, {"Name", "v1.2"}}, {2, {"Query", "SELECT 1"}}}));
+  EXPECT_EQ(item->ColumnHeaders().nClears, 1);
+  EXPECT_EQ(item->ListSubItems().nClears, 1);
 }
 
 TEST_F(scope_tree, tables_queries_and_foreign_items_have_nothing_to_expand) {
