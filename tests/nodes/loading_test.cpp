@@ -110,7 +110,9 @@ TEST_F(loading, links_every_node_to_what_is_above_it) {
 }
 
 TEST_F(loading, the_root_and_its_options_tells_nobody) {
-  AddServer("S1")->CatalogNodes()->Add("C")->TableNodes()->Add("T");
+  const auto server = AddServer("S1");
+  server->CatalogNodes()->Add("C")->TableNodes()->Add("T");
+  server->QueryNodes()->Add("Q", "x");
   root->WriteProperties(bag, "P_");
   // Only the four settings of each loaded server go through their setters.
   EXPECT_EQ(ChangesDuring([&] { root->ReadProperties(bag, "P_"); }), 4);
@@ -204,13 +206,43 @@ TEST_F(loading, a_table_query_of_another_kind_fails_with_13) {
 }
 
 TEST_F(loading, a_number_that_is_none_fails_with_13) {
-  bag.WriteProperty("P_MaxRows", "many", std::nullopt);
-  EXPECT_EQ(FailureOf([&] { Load(); }), 13);
+  AddServer("S1")->CatalogNodes()->Add("C")->TableNodes()->Add("T");
+  root->WriteProperties(bag, "P_");
+  const Text sServer = "P_ServerNodes_ServerNode1_";
+  for (const Text& sNumber :
+       {Text("P_MaxRows"), Text("P_QueryTimeout"), Text("P_ServerNodes_ServerNodeCount"),
+        sServer + "CatalogNodes_CatalogNodeCount", sServer + "QueryNodes_QueryNodeCount",
+        sServer + "CatalogNodes_CatalogNode1_TableNodes_TableNodeCount"}) {
+    const Value vtGood = bag.At(sNumber);
+    ASSERT_FALSE(vtGood.IsNull()) << sNumber;
+    bag.WriteProperty(sNumber, "many", std::nullopt);
+    EXPECT_EQ(FailureOf([&] { Load(); }), 13) << sNumber;
+    bag.WriteProperty(sNumber, vtGood, std::nullopt);
+  }
+  EXPECT_EQ(FailureOf([&] { Load(); }), 0);
 }
 
 TEST_F(loading, numbers_written_as_text_are_converted) {
+  const auto server = AddServer("S1");
+  AddServer("S2");
+  for (const char* sName : {"A", "B"}) {
+    server->CatalogNodes()->Add(sName);
+    server->QueryNodes()->Add(sName, "x");
+  }
+  root->WriteProperties(bag, "P_");
   bag.WriteProperty("P_MaxRows", "12", std::nullopt);
-  EXPECT_EQ(Load()->MaxRows(), 12);
+  bag.WriteProperty("P_QueryTimeout", "13", std::nullopt);
+  for (const char* sCount : {"ServerNodeCount", "ServerNode1_CatalogNodes_CatalogNodeCount",
+                             "ServerNode1_QueryNodes_QueryNodeCount"}) {
+    bag.WriteProperty(Text("P_ServerNodes_") + sCount, "2", std::nullopt);
+  }
+  const auto loaded = Load();
+  EXPECT_EQ(loaded->MaxRows(), 12);
+  EXPECT_EQ(loaded->QueryTimeout(), 13);
+  ASSERT_EQ(loaded->ServerNodes()->Count(), 2);
+  EXPECT_EQ(loaded->ServerNodes()->Item(Long{2})->Server(), "S2");
+  EXPECT_EQ(loaded->ServerNodes()->Item("S1")->CatalogNodes()->Count(), 2);
+  EXPECT_EQ(loaded->ServerNodes()->Item("S1")->QueryNodes()->Count(), 2);
 }
 
 TEST_F(loading, a_table_lets_go_of_its_old_query) {
@@ -229,6 +261,29 @@ TEST_F(loading, a_connected_server_disconnects_it_first) {
   server->ReadProperties(bag, "S_");
   EXPECT_EQ(historian->log.back(), "Close");
   EXPECT_EQ(server->Connection(), nullptr);
+}
+
+TEST_F(loading, a_connection_that_cannot_be_closed_leaves_the_server_as_it_is) {
+  const auto server = AddServer("S1");
+  server->QueryNodes()->Add("Q", "x");
+  server->WriteProperties(bag, "S_");
+  for (const char* sSetting : {"Provider", "Server", "User", "ExtendedOptions"}) {
+    bag.WriteProperty(Text("S_") + sSetting, "other", std::nullopt);
+  }
+  bag.WriteProperty("S_QueryNodes_QueryNodeCount", Long{0}, std::nullopt);
+  server->Connect();
+  const auto connection = server->Connection();
+  historian->bFailClose = true;
+  EXPECT_EQ(ChangesDuring(
+                [&] { EXPECT_EQ(FailureOf([&] { server->ReadProperties(bag, "S_"); }), 3704); }),
+            0);
+  EXPECT_EQ(server->Connection(), connection);
+  EXPECT_EQ(server->Provider(), "ORVOLEDB");
+  EXPECT_EQ(server->Server(), "S1");
+  EXPECT_EQ(server->User(), "orvanesnapin");
+  EXPECT_EQ(server->ExtendedOptions(), "");
+  EXPECT_EQ(server->QueryNodes()->Count(), 1);
+  historian->bFailClose = false;
 }
 
 TEST_F(loading, many_tables_are_all_found_again) {

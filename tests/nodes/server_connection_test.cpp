@@ -5,7 +5,9 @@
 namespace orvane::nodes {
 namespace {
 
+using platform::Long;
 using platform::Text;
+using platform::Value;
 
 class server_connection : public Model {
  protected:
@@ -20,6 +22,15 @@ TEST_F(server_connection, connect_disables_server_selection_and_always_prompts) 
                                                "Open " + sString + "|orvanesnapin||-1"}));
   ASSERT_NE(server->Connection(), nullptr);
   EXPECT_TRUE(server->Connection()->IsOpen());
+}
+
+TEST_F(server_connection, the_prompt_is_the_32_bit_number_1) {
+  const auto prompt = [&] { return server->Connection()->Properties().Item("Prompt").Value(); };
+  server->Connect();
+  EXPECT_EQ(prompt(), Value(Long{1}));
+  server->Connection(nullptr);
+  server->ConnectEx();
+  EXPECT_EQ(prompt(), Value(Long{1}));
 }
 
 TEST_F(server_connection, connect_appends_the_extended_options_as_they_are) {
@@ -68,8 +79,13 @@ TEST_F(server_connection, a_failed_open_keeps_an_earlier_connection) {
   server->Connect();
   const auto earlier = server->Connection();
   historian->bCancelLogon = true;
-  EXPECT_NE(FailureOf([&] { server->Connect(); }), 0);
+  EXPECT_EQ(FailureOf([&] { server->Connect(); }), platform::failure::kCancelled);
   EXPECT_EQ(server->Connection(), earlier);
+  historian->sChosenServer = "S2";
+  EXPECT_EQ(FailureOf([&] { server->ConnectEx(); }), platform::failure::kCancelled);
+  EXPECT_EQ(server->Connection(), earlier);
+  EXPECT_TRUE(earlier->IsOpen());
+  EXPECT_EQ(server->Server(), "S1");
 }
 
 TEST_F(server_connection, an_unreadable_data_source_leaves_server_and_connection_as_they_were) {
@@ -78,14 +94,25 @@ TEST_F(server_connection, an_unreadable_data_source_leaves_server_and_connection
   EXPECT_EQ(FailureOf([&] { server->ConnectEx(); }), 3265);
   EXPECT_EQ(server->Server(), "S1");
   EXPECT_EQ(server->Connection(), nullptr);
+  server->Connect();
+  const auto earlier = server->Connection();
+  EXPECT_EQ(FailureOf([&] { server->ConnectEx(); }), 3265);
+  EXPECT_EQ(server->Server(), "S1");
+  EXPECT_EQ(server->Connection(), earlier);
+  EXPECT_TRUE(earlier->IsOpen());
 }
 
 TEST_F(server_connection, connecting_again_replaces_the_connection_without_closing_it) {
   server->Connect();
   const auto first = server->Connection();
   server->Connect();
-  EXPECT_NE(server->Connection(), first);
+  const auto second = server->Connection();
+  EXPECT_NE(second, first);
+  server->ConnectEx();
+  EXPECT_NE(server->Connection(), second);
+  EXPECT_TRUE(server->Connection()->IsOpen());
   EXPECT_TRUE(first->IsOpen());
+  EXPECT_TRUE(second->IsOpen());
   EXPECT_EQ(std::count(historian->log.begin(), historian->log.end(), "Close"), 0);
 }
 
