@@ -1,5 +1,6 @@
 // The provider's extended options of a server, as text for its next connection string.
-// Formed when a server is connected, by the model; pure text work, any thread.
+// Formed by the model when a server is saved. Reads the properties of its open connection, and so
+// runs on the thread of that connection.
 #pragma once
 
 #include "platform/ado/connection.h"
