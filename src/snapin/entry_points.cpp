@@ -1,6 +1,5 @@
-// The four standard entry points of the component. No failure leaves them: each ends in a code.
+// The four standard entry points of the component. Nothing thrown leaves them: each ends in a code.
 #include <cstring>
-#include <exception>
 
 #include "snapin/class_factory.h"
 #include "snapin/description.h"
@@ -13,7 +12,7 @@ template <class Body>
 HResult NoFailureLeaves(Body&& body) noexcept {
   try {
     return body();
-  } catch (const std::exception&) {
+  } catch (...) {
     return orvane::platform::kFail;
   }
 }

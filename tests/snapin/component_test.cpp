@@ -7,8 +7,11 @@
 
 #include <cstring>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "platform/console/snap_in.h"
@@ -22,13 +25,17 @@ using platform::HResult;
 class RecordingRegistrar : public platform::ComponentRegistrar {
  public:
   void Register(const platform::ComponentDescription& description) override {
-    if (bFail) throw platform::Failure(3807, "The disk is full.");
+    if (onRegister) onRegister();
     registered.push_back(description);
   }
-  void Unregister(const platform::Text& sProgId) override { unregistered.push_back(sProgId); }
+  void Unregister(const platform::Text& sProgId) override {
+    if (onUnregister) onUnregister();
+    unregistered.push_back(sProgId);
+  }
   std::vector<platform::ComponentDescription> registered;
   std::vector<platform::Text> unregistered;
-  bool bFail = false;
+  std::function<void()> onRegister;
+  std::function<void()> onUnregister;
 };
 
 class component : public testing::Test {
@@ -69,8 +76,41 @@ class component : public testing::Test {
   HResult (*canUnloadNow)() = nullptr;
 };
 
+/// The bytes of the section of that name in an executable of this machine's kind.
+std::vector<char> Section(const char* sPath, const char* sName) {
+  std::ifstream file(sPath, std::ios::binary);
+  const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+  Elf64_Ehdr header{};
+  std::memcpy(&header, bytes.data(), sizeof header);
+  std::vector<Elf64_Shdr> sections(header.e_shnum);
+  std::memcpy(sections.data(), bytes.data() + header.e_shoff, sections.size() * sizeof(Elf64_Shdr));
+  const char* sNames = bytes.data() + sections.at(header.e_shstrndx).sh_offset;
+  for (const Elf64_Shdr& section : sections) {
+    if (std::strcmp(sNames + section.sh_name, sName) != 0) continue;
+    const char* begin = bytes.data() + section.sh_offset;
+    return {begin, begin + section.sh_size};
+  }
+  return {};
+}
+
+/// The names that the library gives to those who link or load it.
+std::set<std::string> ExportedNames(const char* sPath) {
+  const auto bytes = Section(sPath, ".dynsym");
+  const auto names = Section(sPath, ".dynstr");
+  std::vector<Elf64_Sym> symbols(bytes.size() / sizeof(Elf64_Sym));
+  std::memcpy(symbols.data(), bytes.data(), symbols.size() * sizeof(Elf64_Sym));
+  std::set<std::string> exported;
+  for (const Elf64_Sym& symbol : symbols) {
+    if (symbol.st_shndx == SHN_UNDEF || ELF64_ST_BIND(symbol.st_info) == STB_LOCAL) continue;
+    exported.insert(names.data() + symbol.st_name);
+  }
+  return exported;
+}
+
 TEST_F(component, exports_nothing_but_its_entry_points) {
-  EXPECT_EQ(dlsym(library.get(), "orvane_version_resource"), nullptr);
+  EXPECT_EQ(ExportedNames(ORVANE_COMPONENT),
+            (std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer",
+                                   "DllUnregisterServer"}));
 }
 
 TEST_F(component, registers_its_one_class) {
@@ -82,8 +122,8 @@ TEST_F(component, registers_its_one_class) {
   EXPECT_EQ(description.sKind, "SnapIn");
   EXPECT_EQ(description.sDisplayName, "ORVANE OLE DB");
   EXPECT_EQ(description.sDescription, "Manages ORVANE System via ORVANE OLE DB");
-  EXPECT_EQ(description.sVersion, "1.0");
-  EXPECT_EQ(description.sProvider, "ORVANE Project");
+  EXPECT_EQ(description.sVersion, "1.00.0001");
+  EXPECT_EQ(description.sProvider, "ORVANE");
   EXPECT_EQ(description.sGuid.size(), 38U);
   EXPECT_EQ(unregisterServer(&registrar), platform::kOk);
   EXPECT_EQ(registrar.unregistered, (std::vector<platform::Text>{"ORVOLEDBSnapIn"}));
@@ -91,10 +131,20 @@ TEST_F(component, registers_its_one_class) {
 
 TEST_F(component, lets_no_failure_of_the_registration_out) {
   RecordingRegistrar registrar;
-  registrar.bFail = true;
+  registrar.onRegister = [] { throw platform::Failure(3807, "The disk is full."); };
+  registrar.onUnregister = registrar.onRegister;
   EXPECT_EQ(registerServer(&registrar), platform::kFail);
+  EXPECT_EQ(unregisterServer(&registrar), platform::kFail);
   EXPECT_EQ(registerServer(nullptr), platform::kFail);
   EXPECT_EQ(unregisterServer(nullptr), platform::kFail);
+}
+
+TEST_F(component, lets_nothing_else_out_of_the_registration_either) {
+  RecordingRegistrar registrar;
+  registrar.onRegister = [] { throw 1; };
+  registrar.onUnregister = registrar.onRegister;
+  EXPECT_EQ(registerServer(&registrar), platform::kFail);
+  EXPECT_EQ(unregisterServer(&registrar), platform::kFail);
 }
 
 TEST_F(component, gives_a_factory_for_its_class_and_interface_only) {
@@ -150,6 +200,8 @@ TEST_F(component, can_be_unloaded_only_when_no_object_of_it_is_alive) {
 TEST_F(component, can_be_unloaded_and_loaded_again) {
   for (int i = 0; i < 2; ++i) {
     library.reset();
+    EXPECT_EQ(dlopen(ORVANE_COMPONENT, RTLD_LAZY | RTLD_NOLOAD), nullptr)
+        << "it is still in memory";
     library.reset(dlopen(ORVANE_COMPONENT, RTLD_NOW | RTLD_LOCAL));
     ASSERT_NE(library, nullptr);
     getClassObject = Find<decltype(&DllGetClassObject)>("DllGetClassObject");
@@ -159,23 +211,6 @@ TEST_F(component, can_be_unloaded_and_loaded_again) {
     snapIn->SnapIn_Initialize();
     snapIn->SnapIn_Terminate();
   }
-}
-
-/// The bytes of the section of that name in an executable of this machine's kind.
-std::vector<char> Section(const char* sPath, const char* sName) {
-  std::ifstream file(sPath, std::ios::binary);
-  const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-  Elf64_Ehdr header{};
-  std::memcpy(&header, bytes.data(), sizeof header);
-  std::vector<Elf64_Shdr> sections(header.e_shnum);
-  std::memcpy(sections.data(), bytes.data() + header.e_shoff, sections.size() * sizeof(Elf64_Shdr));
-  const char* sNames = bytes.data() + sections.at(header.e_shstrndx).sh_offset;
-  for (const Elf64_Shdr& section : sections) {
-    if (std::strcmp(sNames + section.sh_name, sName) != 0) continue;
-    const char* begin = bytes.data() + section.sh_offset;
-    return {begin, begin + section.sh_size};
-  }
-  return {};
 }
 
 TEST_F(component, carries_version_1_00_0001_as_file_and_product_version) {
