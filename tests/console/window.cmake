@@ -14,6 +14,7 @@ if(TARGET ORVOLEDBCtls AND TARGET ORVOLEDB AND TARGET ORVOLEDBSnapIn)
   orvane_test(console_scenarios QT
     LINK orvane_console orvane_provider
     SOURCES
+      historians_by_guid_test.cpp
       host_driver.cpp
       host_driver.h
       shown_qt_form.cpp
@@ -21,6 +22,7 @@ if(TARGET ORVOLEDBCtls AND TARGET ORVOLEDB AND TARGET ORVOLEDBSnapIn)
       unloading_test.cpp
       ../scenarios/catalog_cases.cpp
       ../scenarios/command_cases.cpp
+      ../scenarios/document_cases.cpp
       ../scenarios/grid_cases.cpp
       ../scenarios/query_cases.cpp
       ../scenarios/shell_cases.cpp
