@@ -35,6 +35,7 @@ void PrintTo(Device device, std::ostream* out) {
 }
 
 constexpr int kRows = 120;
+constexpr int kPatienceMilliseconds = 60'000;
 const Text kSql = "SELECT Tag, COUNT(*) AS Samples FROM Boiler..Data GROUP BY Tag";
 
 class WholeJobTest : public testing::TestWithParam<Device> {
@@ -127,12 +128,18 @@ void WholeJobTest::SetsOptions() {
   auto* options = m_stage.WaitForDialog("Options");
   // As the dialog says it, with nothing of the program's added.
   EXPECT_EQ(m_stage.Input().Title(m_stage.Ask([&] { return options->winId(); })), "Options");
-  m_hands->Enter(In<QWidget>(options, "m_txtMaxRows"), "100");
+  auto* maxRows = In<QLineEdit>(options, "m_txtMaxRows");
+  m_stage.Input().ListenForBells();
+  m_hands->Enter(maxRows, "100");
+  m_stage.Input().Type('x');
+  EXPECT_TRUE(m_stage.Input().WaitForBell(kPatienceMilliseconds)) << "a letter is refused aloud";
+  Expect("the letter is gone", [=] { return maxRows->text() == "100"; });
   m_hands->Enter(In<QWidget>(options, "m_txtTimeout"), "30");
   m_hands->Enter(In<QWidget>(options, "m_txtDefStartTime"), "*-2h");
   m_hands->Enter(In<QWidget>(options, "m_txtDefEndTime"), "*");
   m_hands->PressIn(options, "m_btnOK");
   m_stage.WaitUntilIdle();
+  EXPECT_FALSE(m_stage.Input().WaitForBell(0)) << "what is accepted is accepted in silence";
 }
 
 void WholeJobTest::MakesAndRemovesCatalogs() {

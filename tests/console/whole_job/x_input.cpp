@@ -8,12 +8,14 @@
 #include <X11/keysym.h>
 #include <poll.h>
 
+#include <chrono>
 #include <stdexcept>
 
 namespace orvane::console {
 
 struct XInput::Connection {
   ::Display* display = nullptr;
+  int iKeyboardEvent = 0;  ///< what events of the keyboard extension are known by
 };
 
 XInput::XInput(const std::string& sDisplay) : m_connection(std::make_unique<Connection>()) {
@@ -122,6 +124,39 @@ bool XInput::WaitForWindowManager(int iMilliseconds) {
     if (XPending(display) == 0 && poll(&waiting, 1, iMilliseconds) <= 0) return false;
     XEvent event;
     XNextEvent(display, &event);
+  }
+}
+
+void XInput::ListenForBells() {
+  auto* display = m_connection->display;
+  int iMajor = XkbMajorVersion;
+  int iMinor = XkbMinorVersion;
+  if (!XkbQueryExtension(display, nullptr, &m_connection->iKeyboardEvent, nullptr, &iMajor,
+                         &iMinor)) {
+    throw std::runtime_error("The display tells of no bells.");
+  }
+  XkbSelectEvents(display, XkbUseCoreKbd, XkbBellNotifyMask, XkbBellNotifyMask);
+  XSync(display, False);
+}
+
+bool XInput::WaitForBell(int iMilliseconds) {
+  using std::chrono::steady_clock;
+  auto* display = m_connection->display;
+  const auto end = steady_clock::now() + std::chrono::milliseconds(iMilliseconds);
+  // What has rung already is then on its way no longer.
+  XSync(display, False);
+  for (;;) {
+    while (XPending(display) > 0) {
+      XkbEvent event;
+      XNextEvent(display, &event.core);
+      if (event.type == m_connection->iKeyboardEvent && event.any.xkb_type == XkbBellNotify) {
+        return true;
+      }
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - steady_clock::now());
+    if (left.count() <= 0) return false;
+    pollfd waiting{ConnectionNumber(display), POLLIN, 0};
+    poll(&waiting, 1, static_cast<int>(left.count()));
   }
 }
 

@@ -30,6 +30,10 @@ class XInput {
   /// Where the window's upper left corner lies on the screen, as the server has it.
   void Place(unsigned long window, int& iX, int& iY);
   bool WaitForWindowManager(int iMilliseconds);
+  /// From now on the display's bells are kept for whoever waits for them.
+  void ListenForBells();
+  /// Takes the next bell; false when there was none in that time.
+  bool WaitForBell(int iMilliseconds);
 
  private:
   struct Connection;
