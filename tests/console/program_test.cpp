@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include "component/registration.h"
+#include "component/version_section.h"
 
 namespace {
 
@@ -69,6 +70,18 @@ class ProgramTest : public testing::Test {
   QTemporaryDir m_folder;
   QProcessEnvironment m_environment;
 };
+
+TEST(program_files, carry_version_1_0_0_1_as_file_and_product_version) {
+  for (const char* sFile : {ORVANE_CONSOLE, ORVANE_SNAP_IN, ORVANE_CONTROLS, ORVANE_PROVIDER}) {
+    const auto info = orvane::component::ReadVersionSection(std::filesystem::path(sFile));
+    ASSERT_TRUE(info) << sFile;
+    // Major and minor in the upper number, build and revision in the lower one.
+    EXPECT_EQ(info->dwFileVersionMS, 0x0001'0000U) << sFile;
+    EXPECT_EQ(info->dwFileVersionLS, 0x0000'0001U) << sFile;
+    EXPECT_EQ(info->dwProductVersionMS, 0x0001'0000U) << sFile;
+    EXPECT_EQ(info->dwProductVersionLS, 0x0000'0001U) << sFile;
+  }
+}
 
 TEST_F(ProgramTest, version_and_help_need_no_window_system) {
   m_environment.insert("QT_QPA_PLATFORM", "no such platform");
