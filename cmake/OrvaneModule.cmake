@@ -5,6 +5,7 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ORVANE_DOORS_FI
 
 # The link targets behind the names of doors.txt that are not rooms.
 set(ORVANE_DOOR_qt Qt6::Widgets)
+set(ORVANE_DOOR_svg Qt6::Svg)
 set(ORVANE_DOOR_sqlite SQLite::SQLite3)
 set(ORVANE_DOOR_date date::date date::date-tz)
 set(ORVANE_DOOR_spdlog spdlog::spdlog)

@@ -26,6 +26,7 @@ list(APPEND CONSOLE_SOURCES
   window/console_session.cpp
   window/console_session.h
   window/document_questions.cpp
+  window/drawn_icon.cpp
   window/hosted_console.cpp
   window/hosted_menu.cpp
   window/hosted_toolbar.cpp

@@ -11,10 +11,9 @@ using platform::ResultViewDescription;
 constexpr const char* kDisplayName = "ORVANE OLE DB";
 constexpr const char* kDescription = "Manages ORVANE System via ORVANE OLE DB";
 constexpr const char* kVersion = "1.0";
-constexpr const char* kMaker = "ORVANE Project";
+constexpr const char* kMaker = "ORVANE";
 // What the library is registered with, in the words of its neighbours in the registry.
 constexpr const char* kLibraryVersion = "1.00.0001";
-constexpr const char* kLibraryMaker = "ORVANE";
 constexpr const char* kClassGuid = "{0D5C2F4E-7B1A-4C36-9E58-1A64D0B7C3F2}";
 
 ResultViewDescription NameList(const char* sName) {
@@ -98,7 +97,7 @@ platform::ComponentDescription RegisteredClass() {
           .sDisplayName = kDisplayName,
           .sDescription = kDescription,
           .sVersion = kLibraryVersion,
-          .sProvider = kLibraryMaker};
+          .sProvider = kMaker};
 }
 
 }  // namespace orvane::snapin

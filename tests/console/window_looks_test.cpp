@@ -6,6 +6,7 @@
 #include <QActionGroup>
 #include <QListView>
 #include <QMenuBar>
+#include <QPainter>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTextDocument>
@@ -14,6 +15,7 @@
 #include <set>
 
 #include "console/window/notice_bar.h"
+#include "console/window/roomy_rows.h"
 #include "console/window/toolbar_view.h"
 #include "tests/console/main_window_fixture.h"
 
@@ -83,6 +85,31 @@ TEST(ImageListTest, no_two_drawings_look_alike) {
   }
 }
 
+/// How light what is to be seen of a picture is, from 0 to 255, weighed by how much it covers.
+double Lightness(const QImage& picture) {
+  double dSum = 0;
+  double dCovered = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      const auto color = picture.pixelColor(x, y);
+      dSum += static_cast<double>(color.alphaF()) * color.lightness();
+      dCovered += static_cast<double>(color.alphaF());
+    }
+  }
+  EXPECT_GT(dCovered, 0);
+  return dSum / dCovered;
+}
+
+int MostOpaque(const QImage& picture) {
+  int iMost = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      iMost = std::max(iMost, picture.pixelColor(x, y).alpha());
+    }
+  }
+  return iMost;
+}
+
 QPalette DarkPalette() {
   QPalette palette(QColor(0x2B, 0x2F, 0x36));
   palette.setColor(QPalette::Base, QColor(0x1E, 0x21, 0x26));
@@ -103,6 +130,91 @@ class AppearanceBefore {
   QPalette m_palette = QApplication::palette();
 };
 
+QImage Painted(QWidget& widget, const QIcon& icon, QIcon::Mode mode) {
+  class Painter final : public QWidget {
+   public:
+    Painter(QWidget* parent, QIcon icon, QIcon::Mode mode)
+        : QWidget(parent), m_icon(std::move(icon)), m_mode(mode) {}
+
+   protected:
+    void paintEvent(QPaintEvent*) override {
+      QPainter painter(this);
+      m_icon.paint(&painter, rect(), Qt::AlignCenter, m_mode);
+    }
+
+   private:
+    QIcon m_icon;
+    QIcon::Mode m_mode;
+  };
+  Painter painter(&widget, icon, mode);
+  painter.resize(32, 32);
+  QImage image(32, 32, QImage::Format_ARGB32);
+  image.fill(Qt::transparent);
+  painter.render(&image, {}, {}, {});
+  return image;
+}
+
+class DrawnIconTest : public testing::Test {
+ protected:
+  AppearanceBefore m_before;
+};
+
+TEST_F(DrawnIconTest, lines_are_dark_on_light_windows_and_light_on_dark_ones) {
+  const auto icon = ImageList::Named("move-first");
+  EXPECT_LT(Lightness(Picture(icon)), 128);
+  const QPoint paper(7, 15);
+  EXPECT_GT(Picture(ImageList::Named("table")).pixelColor(paper).lightness(), 240);
+  QApplication::setPalette(DarkPalette());
+  EXPECT_GT(Lightness(Picture(icon)), 160);
+  // What is drawn on paper gets dark paper there.
+  EXPECT_LT(Picture(ImageList::Named("table")).pixelColor(paper).lightness(), 128);
+}
+
+TEST_F(DrawnIconTest, lines_are_light_on_marked_rows_of_a_dark_mark) {
+  const auto icon = ImageList::Named("move-first");
+  QWidget window;
+  auto palette = QApplication::palette();
+  palette.setColor(QPalette::Highlight, QColor(0x2F, 0x6D, 0xB5));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  // In a window behind another one the mark is often a light one.
+  palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(0xD0, 0xE0, 0xF0));
+  palette.setColor(QPalette::Inactive, QPalette::HighlightedText, Qt::black);
+  QApplication::setPalette(palette);
+  window.setPalette(palette);
+  window.resize(100, 100);
+  window.show();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  EXPECT_GT(Lightness(Painted(window, icon, QIcon::Selected)), 160);
+  EXPECT_LT(Lightness(Painted(window, icon, QIcon::Normal)), 128);
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  EXPECT_LT(Lightness(Painted(window, icon, QIcon::Selected)), 128);
+}
+
+TEST_F(DrawnIconTest, what_cannot_be_used_is_faint_in_every_palette) {
+  const auto icon = ImageList::Named("move-first");
+  for (const auto& palette : {QApplication::palette(), DarkPalette()}) {
+    QApplication::setPalette(palette);
+    EXPECT_GT(MostOpaque(Picture(icon)), 240);
+    const auto disabled = icon.pixmap(QSize(32, 32), QIcon::Disabled)
+                              .toImage()
+                              .convertToFormat(QImage::Format_ARGB32);
+    EXPECT_LT(MostOpaque(disabled), 110);
+    EXPECT_GT(MostOpaque(disabled), 60);
+  }
+}
+
+TEST_F(DrawnIconTest, program_and_failure_look_alike_in_every_palette) {
+  for (const char* sName : {"orvane-console", "failed"}) {
+    const auto light = Picture(ImageList::Badge(sName));
+    QApplication::setPalette(DarkPalette());
+    EXPECT_EQ(Picture(ImageList::Badge(sName)), light) << sName;
+  }
+}
+
 class WindowLooksTest : public MainWindowTest {
  protected:
   void ShowTable() {
@@ -117,6 +229,20 @@ class WindowLooksTest : public MainWindowTest {
   static QImage Grabbed(QWidget* widget) {
     Settle();
     return widget->grab().toImage();
+  }
+
+  /// The width of the picture in front of the first row's name, as the row is drawn.
+  static int RowPicture(const QAbstractItemView& view) {
+    class Asking final : public RoomyRows {
+     public:
+      using RoomyRows::initStyleOption;
+    };
+    const auto* rows = dynamic_cast<const RoomyRows*>(view.itemDelegate());
+    EXPECT_NE(rows, nullptr);
+    QStyleOptionViewItem option;
+    option.initFrom(&view);
+    Asking().initStyleOption(&option, view.model()->index(0, 0));
+    return option.decorationSize.width();
   }
 
   /// What a screen reader is told of each control on the screen.
@@ -252,6 +378,8 @@ TEST_F(WindowLooksTest, icons_grow_with_the_font) {
   const auto iSmall = Toolbar().iconSize().width();
   const auto* icons = m_window->findChild<QListView*>("resultIcons");
   const auto grid = icons->gridSize();
+  const int iRowPicture = RowPicture(Scope());
+  EXPECT_GE(iRowPicture, 16);
   const auto fontBefore = QApplication::font();
   auto font = fontBefore;
   font.setPointSizeF(font.pointSizeF() * 2);
@@ -261,9 +389,12 @@ TEST_F(WindowLooksTest, icons_grow_with_the_font) {
   EXPECT_GE(icons->gridSize().height(), 32 + 2 * QFontMetrics(icons->font()).lineSpacing());
   EXPECT_GT(icons->gridSize().height(), grid.height());
   EXPECT_GT(icons->gridSize().width(), grid.width());
+  EXPECT_GT(RowPicture(Scope()), 16 * 3 / 2);
+  EXPECT_GT(RowPicture(*Results().List().DetailsView()), 16 * 3 / 2);
   QApplication::setFont(fontBefore);
   Settle();
   EXPECT_EQ(icons->gridSize(), grid);
+  EXPECT_EQ(RowPicture(Scope()), iRowPicture);
   EXPECT_EQ(Toolbar().iconSize().width(), iSmall);
 }
 

@@ -38,6 +38,7 @@ struct Bought {
 const std::vector<Bought>& AllBought() {
   static const std::vector<Bought> all = {
       {"qt", std::regex("Q[A-Za-z0-9]+|Qt[A-Za-z]+/.*|q[a-z_]+\\.h")},
+      {"svg", std::regex("QSvg[A-Za-z]+")},
       {"qscintilla", std::regex("Qsci/.*")},
       {"qcustomplot", std::regex("qcustomplot\\.h")},
       {"sqlite", std::regex("sqlite3(ext)?\\.h")},
@@ -54,7 +55,7 @@ const std::vector<Bought>& AllBought() {
 }
 
 const std::set<std::string> kDatabases = {"sqlite", "libpq", "odbc"};
-const std::set<std::string> kToolkits = {"qt", "qscintilla", "qcustomplot"};
+const std::set<std::string> kToolkits = {"qt", "svg", "qscintilla", "qcustomplot"};
 // Headers of the standard library have neither a folder nor an ending.
 const std::regex kStandardHeader("[a-z_0-9]+");
 const std::regex kSystemHeader("(sys/)?[a-z0-9_]+\\.h");

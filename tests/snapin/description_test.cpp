@@ -23,7 +23,7 @@ TEST(description, names_the_snap_in) {
   EXPECT_EQ(description.sDisplayName, "ORVANE OLE DB");
   EXPECT_EQ(description.sDescription, "Manages ORVANE System via ORVANE OLE DB");
   EXPECT_EQ(description.sVersion, "1.0");
-  EXPECT_EQ(description.sProvider, "ORVANE Project");
+  EXPECT_EQ(description.sProvider, "ORVANE");
   EXPECT_EQ(description.sStaticNodeType, "Servers");
   EXPECT_EQ(description.sSmallFolders, "m_imlSmallFolders");
   EXPECT_EQ(description.sSmallOpenFolders, "m_imlSmallOpenFolders");

@@ -144,7 +144,7 @@ void ResultPane::TakeControl(HostedResultView& view) {
   const auto& control = view.HostedControl();
   auto* window = control ? static_cast<QWidget*>(control->Window()) : nullptr;
   if (!window) {
-    m_message->Show(ImageList::Named("failed"), tr("This view cannot be shown."),
+    m_message->Show(ImageList::Badge("failed"), tr("This view cannot be shown."),
                     QString::fromStdString(view.ControlFailure()));
     m_stack->setCurrentWidget(m_message);
     emit RowsChanged();
@@ -217,7 +217,7 @@ void ResultPane::ShowListOrSentence() {
   } else if (item->State() == NodeState::Loading) {
     m_message->Show(icon, tr("Opening %1…").arg(sName));
   } else if (item->State() == NodeState::Failed) {
-    m_message->Show(ImageList::Named("failed"), tr("%1 could not be opened.").arg(sName), {},
+    m_message->Show(ImageList::Badge("failed"), tr("%1 could not be opened.").arg(sName), {},
                     tr("&Try Again"));
   } else {
     m_message->Show(icon, tr("%1 is empty.").arg(sName),

@@ -1,8 +1,6 @@
 #include "console/window/image_list.h"
 
-#include <QFile>
-#include <QPainter>
-#include <QPixmap>
+#include "console/window/drawn_icon.h"
 
 // The drawings lie in a static library, whose resources nobody registers by themselves.
 static void InitImages() {
@@ -23,26 +21,13 @@ constexpr std::array kButtonNames = {
 static_assert(kFolderNames.size() == ImageList::kFolderImages);
 static_assert(kButtonNames.size() * 2 == ImageList::kButtonImages);
 
-QIcon WithFailureMark(const QIcon& icon) {
-  QIcon marked;
-  for (const int iSize : {16, 20, 24, 32, 48, 64}) {
-    QPixmap pixmap = icon.pixmap(iSize, iSize);
-    QPainter painter(&pixmap);
-    const int iMark = iSize * 5 / 8;
-    ImageList::Named("failed").paint(&painter, iSize - iMark, iSize - iMark, iMark, iMark);
-    painter.end();
-    marked.addPixmap(pixmap);
-  }
-  return marked;
-}
-
 }  // namespace
 
 ImageList::ImageList() {
   InitImages();
   for (std::size_t n = 0; n < m_folders.size(); ++n) {
     m_folders[n] = Named(kFolderNames[n]);
-    m_failedFolders[n] = WithFailureMark(m_folders[n]);
+    m_failedFolders[n] = QIcon(new DrawnIcon(kFolderNames[n], DrawnIcon::Mark::Failed));
   }
   for (std::size_t n = 0; n < m_imlButtons.size(); ++n) m_imlButtons[n] = Named(kButtonNames[n]);
 }
@@ -66,7 +51,12 @@ QIcon ImageList::Button(Long lImage) const {
 
 QIcon ImageList::Named(const char* sName) {
   InitImages();
-  return QIcon(QStringLiteral(":/console/%1.svg").arg(QLatin1String(sName)));
+  return QIcon(new DrawnIcon(QLatin1String(sName)));
+}
+
+QIcon ImageList::Badge(const char* sName) {
+  InitImages();
+  return QIcon(DrawnIcon::FileOf(QLatin1String(sName)));
 }
 
 }  // namespace orvane::console

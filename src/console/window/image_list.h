@@ -25,8 +25,11 @@ class ImageList {
   QIcon FailedFolder(platform::Long lImage) const;
   QIcon Button(platform::Long lImage) const;
 
-  /// The program's own drawings, by name.
+  /// The program's own drawings, by name; their colours follow the ground.
   static QIcon Named(const char* sName);
+  /// The same for drawings that bring their own ground and look alike everywhere: the program's
+  /// picture and the mark of a failure.
+  static QIcon Badge(const char* sName);
 
  private:
   std::array<QIcon, kFolderImages> m_folders;

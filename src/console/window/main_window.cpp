@@ -44,7 +44,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
       m_unsaved(new UnsavedWork(m_parts.boxes, m_parts.optionTexts, this)),
       m_menus(*menuBar(), this) {
   setObjectName("mainWindow");
-  setWindowIcon(ImageList::Named("orvane-console"));
+  setWindowIcon(ImageList::Badge("orvane-console"));
   if (m_parts.settings) m_recent = std::make_unique<RecentDocuments>(*m_parts.settings);
   MakePanes();
   ConnectMenus();
@@ -203,7 +203,7 @@ void MainWindow::StartSession() {
     m_sSnapInFailure = e.what();
     m_unsaved->Watch(nullptr);
     NoteFailure(e);
-    m_results->ShowSentence(ImageList::Named("failed"), tr("The snap-in cannot be loaded."),
+    m_results->ShowSentence(ImageList::Badge("failed"), tr("The snap-in cannot be loaded."),
                             Shown(m_sSnapInFailure));
   }
   ShowTitle();
@@ -536,7 +536,7 @@ void MainWindow::ShowAbout() {
   QMessageBox box(this);
   box.setObjectName("aboutBox");
   box.setWindowTitle(tr("About ORVANE Console"));
-  box.setIconPixmap(ImageList::Named("orvane-console").pixmap(64, 64));
+  box.setIconPixmap(ImageList::Badge("orvane-console").pixmap(64, 64));
   box.setTextFormat(Qt::PlainText);
   box.setText(tr("ORVANE Console %1").arg(QApplication::applicationVersion()));
   auto sText = tr("Manages ORVANE historian servers.");
