@@ -33,12 +33,10 @@ constexpr std::array<std::pair<const char*, const char*>, 11> kColors = {{
     {"#96690f", "#e9bd62"},   // key
 }};
 
-bool IsOnDark(const QPalette& palette, QPalette::ColorGroup group, QIcon::Mode mode) {
-  const bool bMarked = mode == QIcon::Selected;
-  const auto ground = palette.color(group, bMarked ? QPalette::Highlight : QPalette::Window);
-  const auto text =
-      palette.color(group, bMarked ? QPalette::HighlightedText : QPalette::WindowText);
-  return text.lightness() > ground.lightness();
+/// The pictures of rows have bodies, which stand out on the mark of any palette as they are drawn.
+bool IsOnDark(const QPalette& palette, QIcon::Mode mode) {
+  return mode != QIcon::Selected &&
+         palette.windowText().color().lightness() > palette.window().color().lightness();
 }
 
 }  // namespace
@@ -88,23 +86,18 @@ QPixmap DrawnIcon::Picture(const QSize& size, QIcon::Mode mode, bool bOnDark) co
 
 void DrawnIcon::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
                       QIcon::State /*state*/) {
-  auto palette = QGuiApplication::palette();
-  auto group = QPalette::Active;
   auto* device = painter->device();
-  if (device->devType() == QInternal::Widget) {
-    const auto* widget = static_cast<const QWidget*>(device);
-    palette = widget->palette();
-    if (!widget->isActiveWindow()) group = QPalette::Inactive;
-  }
+  const auto palette = device->devType() == QInternal::Widget
+                           ? static_cast<const QWidget*>(device)->palette()
+                           : QGuiApplication::palette();
   const qreal dRatio = device->devicePixelRatioF();
-  auto picture =
-      Picture((QSizeF(rect.size()) * dRatio).toSize(), mode, IsOnDark(palette, group, mode));
+  auto picture = Picture((QSizeF(rect.size()) * dRatio).toSize(), mode, IsOnDark(palette, mode));
   picture.setDevicePixelRatio(dRatio);
   painter->drawPixmap(rect.topLeft(), picture);
 }
 
 QPixmap DrawnIcon::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/) {
-  return Picture(size, mode, IsOnDark(QGuiApplication::palette(), QPalette::Active, mode));
+  return Picture(size, mode, IsOnDark(QGuiApplication::palette(), mode));
 }
 
 QIconEngine* DrawnIcon::clone() const {

@@ -1,6 +1,6 @@
 // An icon made of a drawing whose colours follow the ground it is put on: dark lines on light
-// windows, light ones on dark windows and on marked rows, faded where it cannot be used.
-// User-interface thread.
+// windows, light ones on dark windows, as it is drawn on marked rows, faded where it cannot be
+// used. User-interface thread.
 #pragma once
 
 #include <QIconEngine>
@@ -15,7 +15,7 @@ class DrawnIcon final : public QIconEngine {
   /// The name is that of a drawing of the program.
   explicit DrawnIcon(QString sName, Mark mark = Mark::None);
 
-  /// On a widget, for the widget's palette; a mode Selected means a row that is marked.
+  /// On a widget, for the widget's palette; the mode Selected means a row that is marked.
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override;
   /// For the application's palette.
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override;

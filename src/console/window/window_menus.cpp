@@ -73,6 +73,8 @@ void WindowMenus::MakeViewMenu(QMenuBar& menuBar) {
   auto* view = AddMenu(menuBar, "mnuView", tr("&View"));
   actRefresh = Add(*view, "actRefresh", tr("&Refresh"), QKeySequence(Qt::Key_F5));
   actRefresh->setIcon(ImageList::Named("refresh"));
+  // It is all lines, in the colour of a menu's mark.
+  actRefresh->setIconVisibleInMenu(false);
   actRefresh->setToolTip(
       tr("Refresh (%1)").arg(actRefresh->shortcut().toString(QKeySequence::NativeText)));
   view->addSeparator();
