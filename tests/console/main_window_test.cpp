@@ -321,7 +321,7 @@ TEST_F(MainWindowTest, control_that_cannot_be_created_shows_a_sentence) {
 TEST_F(MainWindowTest, toolbar_shows_the_buttons_of_the_snap_in_with_their_states) {
   ExpandToTables();
   auto& toolbar = m_window->SnapInToolbar();
-  EXPECT_TRUE(toolbar.isHidden());
+  EXPECT_TRUE(toolbar.actions().isEmpty());
   ClickItem("alpha.Catalogs.Machine.Tags");
   ASSERT_TRUE(toolbar.isVisible());
   EXPECT_EQ(toolbar.actions().size(), 4);
@@ -332,7 +332,45 @@ TEST_F(MainWindowTest, toolbar_shows_the_buttons_of_the_snap_in_with_their_state
   EXPECT_FALSE(toolbar.ButtonAction("MoveLast")->isEnabled());
   EXPECT_TRUE(toolbar.ButtonAction("Sql")->isCheckable());
   ClickItem("alpha");
+  EXPECT_TRUE(toolbar.actions().isEmpty());
+}
+
+TEST_F(MainWindowTest, toolbar_keeps_its_place_so_that_nothing_moves_under_the_pointer) {
+  ExpandToTables();
+  auto& toolbar = m_window->SnapInToolbar();
+  for (const char* sSize : {"actSmallImages", "actLargeImages"}) {
+    Action(sSize)->trigger();
+    ClickItem("alpha.Catalogs.Machine.Tags");
+    const auto with = toolbar.geometry();
+    const auto tree = Scope().mapToGlobal(QPoint());
+    EXPECT_FALSE(toolbar.actions().isEmpty());
+    ClickItem("alpha");
+    EXPECT_TRUE(toolbar.isVisible());
+    EXPECT_TRUE(toolbar.actions().isEmpty());
+    EXPECT_EQ(toolbar.geometry(), with) << sSize;
+    EXPECT_EQ(Scope().mapToGlobal(QPoint()), tree) << sSize;
+  }
+  Action("actToolbar")->trigger();
   EXPECT_TRUE(toolbar.isHidden());
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  EXPECT_TRUE(toolbar.isHidden());
+  ClickItem("alpha");
+  EXPECT_TRUE(toolbar.isHidden());
+}
+
+TEST_F(MainWindowTest, collapsing_a_branch_selects_it_when_the_selected_item_lies_beneath) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  Scope().collapse(IndexOf("alpha.Catalogs"));
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("alpha.Catalogs"));
+  EXPECT_THAT(ListTexts(), ElementsAre("Machine"));
+  // Any other branch leaves the selection alone.
+  ClickItem("alpha");
+  Scope().expand(IndexOf("alpha.Catalogs"));
+  Scope().collapse(IndexOf("alpha.Catalogs"));
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("alpha"));
 }
 
 TEST_F(MainWindowTest, toolbar_is_reached_by_tab_and_pressed_by_space) {

@@ -28,6 +28,9 @@ ScopePane::ScopePane(QWidget* parent) : QTreeView(parent) {
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
     if (!m_bFollowing) RequestExpansion(index);
   });
+  connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
+    if (!m_bFollowing) SelectIfHidden(index);
+  });
 }
 
 void ScopePane::ShowTree(ScopeTree* tree) {
@@ -62,6 +65,15 @@ void ScopePane::RequestExpansion(const QModelIndex& index) {
   if (!item || item->State() == NodeState::Loaded || item->State() == NodeState::Loading) return;
   QMetaObject::invokeMethod(
       this, [this, item] { emit ExpandRequested(item); }, Qt::QueuedConnection);
+}
+
+void ScopePane::SelectIfHidden(const QModelIndex& collapsed) {
+  for (auto above = currentIndex().parent(); above.isValid(); above = above.parent()) {
+    if (above == collapsed) {
+      setCurrentIndex(collapsed);
+      return;
+    }
+  }
 }
 
 void ScopePane::RequestSelected() {

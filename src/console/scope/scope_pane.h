@@ -46,6 +46,8 @@ class ScopePane final : public QTreeView {
  private:
   void RequestExpansion(const QModelIndex& index);
   void RequestSelected();
+  /// Selects the item just collapsed when the one selected lies beneath it, out of sight.
+  void SelectIfHidden(const QModelIndex& collapsed);
 
   ScopeTree* m_tree = nullptr;
   bool m_bFollowing = false;  // the pane is told what to show, and asks for nothing

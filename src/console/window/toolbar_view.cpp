@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QLayout>
 #include <QToolButton>
 #include <algorithm>
 
@@ -23,7 +24,6 @@ ToolbarView::ToolbarView(const ImageList& images, QWidget* parent)
   if (auto* more = findChild<QToolButton*>("qt_toolbar_ext_button")) {
     more->setAccessibleName(tr("More Buttons"));
   }
-  hide();
 }
 
 void ToolbarView::Images(ButtonImages images) {
@@ -37,6 +37,13 @@ void ToolbarView::SizeImages() {
   const int iSmall = std::max(kSmallest, fontMetrics().height() + kAroundText);
   const int iSize = m_size == ButtonImages::Large ? iSmall * 8 / 5 : iSmall;
   setIconSize({iSize, iSize});
+  // As high without buttons as with them.
+  QToolButton button;
+  button.setAutoRaise(true);
+  button.setIconSize(iconSize());
+  button.setIcon(m_images.Button(1));
+  const auto margins = layout()->contentsMargins();
+  setMinimumHeight(button.sizeHint().height() + margins.top() + margins.bottom());
 }
 
 void ToolbarView::changeEvent(QEvent* event) {
@@ -110,7 +117,7 @@ void ToolbarView::Rebuild() {
 void ToolbarView::Sync() {
   if (!m_session || !m_session->ControlBar().Attached()) {
     clear();
-    hide();
+    setVisible(m_bWanted);
     return;
   }
   if (!ShowsSameButtons()) Rebuild();

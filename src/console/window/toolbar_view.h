@@ -1,5 +1,6 @@
-// The window's toolbar: shows what the snap-in attached to the control bar, and hides when there is
-// nothing. User-interface thread.
+// The window's toolbar: shows what the snap-in attached to the control bar. It keeps its place when
+// there is nothing: the second click of a double click must meet what the first one met.
+// User-interface thread.
 #pragma once
 
 #include <QToolBar>
