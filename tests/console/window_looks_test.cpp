@@ -399,6 +399,26 @@ TEST_F(WindowLooksTest, icons_grow_with_the_font) {
   EXPECT_EQ(Toolbar().iconSize().width(), iSmall);
 }
 
+TEST_F(WindowLooksTest, rows_are_of_one_height_whatever_lines_their_texts_have) {
+  m_script->expand = [](Services& services, const ScopeItemPtr& item) {
+    fakes::AddItem(services, item, "Server", "a", "SELECT 1\n  FROM a\nWHERE b", true);
+    fakes::AddItem(services, item, "Server", "b", "two  blanks", true);
+  };
+  ClickExpandMark("");
+  auto* list = Results().List().DetailsView();
+  for (const QAbstractItemView* view :
+       {static_cast<QAbstractItemView*>(list), static_cast<QAbstractItemView*>(&Scope())}) {
+    const auto* rows = dynamic_cast<const RoomyRows*>(view->itemDelegate());
+    ASSERT_NE(rows, nullptr);
+    const QLocale locale;
+    EXPECT_EQ(rows->displayText("SELECT 1\n  FROM a\nWHERE b", locale), "SELECT 1 FROM a WHERE b");
+    EXPECT_EQ(rows->displayText("two  blanks", locale), "two  blanks");
+  }
+  const auto first = list->visualRect(list->model()->index(0, 0));
+  EXPECT_LT(first.height(), 2 * list->fontMetrics().height());
+  EXPECT_EQ(first.height(), list->visualRect(list->model()->index(1, 0)).height());
+}
+
 TEST_F(WindowLooksTest, name_beneath_an_icon_has_the_whole_cell) {
   ClickExpandMark("");
   Action("actIcons")->trigger();

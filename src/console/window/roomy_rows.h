@@ -1,5 +1,5 @@
 // Rows of trees and lists a little taller than their text, so that they can be read and hit, with
-// pictures as large as the text.
+// pictures as large as the text. Every text is on one line, so that all rows are of one height.
 // User-interface thread.
 #pragma once
 
@@ -17,6 +17,12 @@ class RoomyRows : public QStyledItemDelegate {
     auto size = QStyledItemDelegate::sizeHint(option, index);
     size.rheight() += kExtraHeight;
     return size;
+  }
+
+  QString displayText(const QVariant& value, const QLocale& locale) const override {
+    const auto sText = QStyledItemDelegate::displayText(value, locale);
+    return sText.contains(QChar::LineSeparator) || sText.contains('\n') ? sText.simplified()
+                                                                        : sText;
   }
 
  protected:
