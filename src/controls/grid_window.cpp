@@ -27,14 +27,12 @@ QFrame* AddLine(QWidget* parent) {
 
 QString NoticeOf(const platform::Recordset& rs, const RowModel& model) {
   if (!model.AllRowsFit()) {
-    return QStringLiteral("Only the first %1 are shown: a grid holds no more.")
-        .arg(RowsText(RowModel::kMaxRows));
+    return QStringLiteral("First %1 only: a grid holds no more.").arg(RowsText(RowModel::kMaxRows));
   }
   if (!rs.Truncated()) return {};
-  return rs.RecordCount() == 1
-             ? QStringLiteral("Only the first row is shown: the row limit was reached.")
-             : QStringLiteral("Only the first %1 are shown: the row limit was reached.")
-                   .arg(RowsText(rs.RecordCount()));
+  return rs.RecordCount() == 1 ? QStringLiteral("First row only: the row limit was reached.")
+                               : QStringLiteral("First %1 only: the row limit was reached.")
+                                     .arg(RowsText(rs.RecordCount()));
 }
 
 }  // namespace

@@ -90,12 +90,12 @@ TEST_F(table_editor, says_when_the_row_limit_cut_the_rows) {
   m_server.answer = rs;
   editor->Requery();
   EXPECT_EQ(Label(*editor, "notice"),
-            "Only the first 100 rows are shown: the row limit was reached.");
+            "First 100 rows only: the row limit was reached.");
   const auto one = Plant(1);
   one->Truncated(true);
   m_server.answer = one;
   editor->Requery();
-  EXPECT_EQ(Label(*editor, "notice"), "Only the first row is shown: the row limit was reached.");
+  EXPECT_EQ(Label(*editor, "notice"), "First row only: the row limit was reached.");
 }
 
 TEST_F(table_editor, without_rows_says_which_filter_left_none) {
