@@ -89,8 +89,7 @@ TEST_F(table_editor, says_when_the_row_limit_cut_the_rows) {
   rs->Truncated(true);
   m_server.answer = rs;
   editor->Requery();
-  EXPECT_EQ(Label(*editor, "notice"),
-            "First 100 rows only: the row limit was reached.");
+  EXPECT_EQ(Label(*editor, "notice"), "First 100 rows only: the row limit was reached.");
   const auto one = Plant(1);
   one->Truncated(true);
   m_server.answer = one;
