@@ -14,6 +14,7 @@
 #include <array>
 #include <set>
 
+#include "console/app/appearance.h"
 #include "console/window/notice_bar.h"
 #include "console/window/roomy_rows.h"
 #include "console/window/toolbar_view.h"
@@ -209,6 +210,32 @@ TEST_F(DrawnIconTest, program_and_failure_look_alike_in_every_palette) {
     QApplication::setPalette(DarkPalette());
     EXPECT_EQ(Picture(ImageList::Badge(sName)), light) << sName;
   }
+}
+
+class FaintTextTest : public DrawnIconTest {
+ protected:
+  static QColor Faint() { return QApplication::palette().color(QPalette::PlaceholderText); }
+};
+
+TEST_F(FaintTextTest, gets_a_colour_that_can_be_read_where_the_desktop_has_none) {
+  auto palette = DarkPalette();
+  palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+  QApplication::setPalette(palette);
+  SeeToFaintText();
+  EXPECT_GT(Faint().lightness(), 200);
+  EXPECT_GT(Faint().alpha(), 128);
+  EXPECT_LT(Faint().alpha(), 255);
+  // All other colours are the desktop's.
+  EXPECT_EQ(QApplication::palette().color(QPalette::Base), palette.color(QPalette::Base));
+  EXPECT_EQ(QApplication::palette().color(QPalette::Highlight), palette.color(QPalette::Highlight));
+}
+
+TEST_F(FaintTextTest, is_left_alone_where_it_can_be_read) {
+  auto palette = DarkPalette();
+  palette.setColor(QPalette::PlaceholderText, QColor(0x90, 0xA0, 0xB0));
+  QApplication::setPalette(palette);
+  SeeToFaintText();
+  EXPECT_EQ(Faint(), QColor(0x90, 0xA0, 0xB0));
 }
 
 class WindowLooksTest : public MainWindowTest {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QPalette>
 #include <QStyleFactory>
+#include <cstdlib>
 
 namespace orvane::console {
 
@@ -34,6 +35,23 @@ QPalette LightPalette() {
 
 }  // namespace
 
+void SeeToFaintText() {
+  constexpr int kLeastDifference = 60;
+  const auto palette = QApplication::palette();
+  const auto ground = palette.color(QPalette::Base);
+  const auto faint = palette.color(QPalette::PlaceholderText);
+  if (faint.alpha() > 0 &&
+      std::abs(faint.lightness() - ground.lightness()) * faint.alpha() / 255 >= kLeastDifference) {
+    return;
+  }
+  auto text = palette.color(QPalette::Text);
+  text.setAlphaF(0.6F);
+  // This colour alone: all others stay the desktop's.
+  QPalette mended;
+  mended.setColor(QPalette::PlaceholderText, text);
+  QApplication::setPalette(mended);
+}
+
 void PrepareApplication(QApplication& application) {
   QApplication::setApplicationName("orvane-console");
   QApplication::setOrganizationName("orvane");
@@ -43,6 +61,7 @@ void PrepareApplication(QApplication& application) {
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   // A desktop that is dark, or in high contrast, has chosen its colours for a reason.
   if (!bDark) application.setPalette(LightPalette());
+  SeeToFaintText();
 }
 
 }  // namespace orvane::console
