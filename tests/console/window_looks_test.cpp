@@ -221,13 +221,14 @@ TEST_F(FaintTextTest, gets_a_colour_that_can_be_read_where_the_desktop_has_none)
   auto palette = DarkPalette();
   palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
   QApplication::setPalette(palette);
+  const auto before = QApplication::palette();
   SeeToFaintText();
   EXPECT_GT(Faint().lightness(), 200);
   EXPECT_GT(Faint().alpha(), 128);
   EXPECT_LT(Faint().alpha(), 255);
   // All other colours are the desktop's.
-  EXPECT_EQ(QApplication::palette().color(QPalette::Base), palette.color(QPalette::Base));
-  EXPECT_EQ(QApplication::palette().color(QPalette::Highlight), palette.color(QPalette::Highlight));
+  EXPECT_EQ(QApplication::palette().color(QPalette::Base), before.color(QPalette::Base));
+  EXPECT_EQ(QApplication::palette().color(QPalette::Highlight), before.color(QPalette::Highlight));
 }
 
 TEST_F(FaintTextTest, is_left_alone_where_it_can_be_read) {

@@ -37,7 +37,7 @@ QPalette LightPalette() {
 
 void SeeToFaintText() {
   constexpr int kLeastDifference = 60;
-  const auto palette = QApplication::palette();
+  auto palette = QApplication::palette();
   const auto ground = palette.color(QPalette::Base);
   const auto faint = palette.color(QPalette::PlaceholderText);
   if (faint.alpha() > 0 &&
@@ -46,10 +46,8 @@ void SeeToFaintText() {
   }
   auto text = palette.color(QPalette::Text);
   text.setAlphaF(0.6F);
-  // This colour alone: all others stay the desktop's.
-  QPalette mended;
-  mended.setColor(QPalette::PlaceholderText, text);
-  QApplication::setPalette(mended);
+  palette.setColor(QPalette::PlaceholderText, text);
+  QApplication::setPalette(palette);
 }
 
 void PrepareApplication(QApplication& application) {
