@@ -25,7 +25,7 @@ class Schema final : public SchemaSource {
   }
   std::optional<KnownTable> FindTable(const KnownCatalog&, const platform::Text& sTable) override {
     if (!SameName(sTable, "Data")) return {};
-    return KnownTable{"Data", {{"Tag", false}, {"Timestamp", true}, {"Value", false}}};
+    return KnownTable{"Data", {{"Tag"}, {"Timestamp", Content::Time}, {"Value"}}};
   }
 };
 
