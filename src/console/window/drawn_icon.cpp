@@ -71,11 +71,11 @@ QPixmap DrawnIcon::Picture(const QSize& size, QIcon::Mode mode, bool bOnDark) co
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
   if (mode == QIcon::Disabled) painter.setOpacity(kFaded);
-  const int iSide = std::min(size.width(), size.height());
-  const QRectF square((size.width() - iSide) / 2, (size.height() - iSide) / 2, iSide, iSide);
+  const qreal dSide = std::min(size.width(), size.height());
+  const QRectF square((size.width() - dSide) / 2, (size.height() - dSide) / 2, dSide, dSide);
   QSvgRenderer(Drawing(bOnDark)).render(&painter, square);
   if (m_mark == Mark::Failed) {
-    const qreal dMark = iSide * 5 / 8;
+    const qreal dMark = dSide * 5 / 8;
     QSvgRenderer(FileOf(QStringLiteral("failed")))
         .render(&painter, {square.right() - dMark, square.bottom() - dMark, dMark, dMark});
   }
