@@ -35,6 +35,17 @@ class lifecycle : public SnapInTest {
     snapIn.ScopeItems_Initialize(item);
     return std::dynamic_pointer_cast<nodes::ServersNode>(item->Tag());
   }
+  void ExpectToldUntilUnloaded(CountingSnapIn& snapIn) {
+    const auto root = RootOf(snapIn);
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(snapIn.nChanges, 0);
+    root->MaxRows(1);
+    EXPECT_EQ(snapIn.nChanges, 1);
+    snapIn.SnapIn_Unload();
+    root->MaxRows(2);
+    EXPECT_EQ(snapIn.nChanges, 1);
+    ExpectNoBoxes();
+  }
 };
 
 TEST_F(lifecycle, initializing_names_the_static_node) {
@@ -188,15 +199,7 @@ TEST_F(lifecycle, terminating_alone_lets_go_of_the_tree) {
 
 TEST_F(lifecycle, a_new_root_tells_the_snap_in_of_its_changes_until_it_is_unloaded) {
   const auto snapIn = Counting();
-  const auto root = RootOf(*snapIn);
-  ASSERT_NE(root, nullptr);
-  EXPECT_EQ(snapIn->nChanges, 0);
-  root->MaxRows(1);
-  EXPECT_EQ(snapIn->nChanges, 1);
-  snapIn->SnapIn_Unload();
-  root->MaxRows(2);
-  EXPECT_EQ(snapIn->nChanges, 1);
-  ExpectNoBoxes();
+  ExpectToldUntilUnloaded(*snapIn);
 }
 
 TEST_F(lifecycle, a_loaded_root_tells_the_snap_in_of_its_changes_until_it_is_unloaded) {
@@ -204,15 +207,7 @@ TEST_F(lifecycle, a_loaded_root_tells_the_snap_in_of_its_changes_until_it_is_unl
   const auto bag = driver.NewBag();
   bag->WriteProperty("ServersNode", true, std::nullopt);
   EXPECT_TRUE(snapIn->SnapIn_ReadProperties(*bag));
-  const auto root = RootOf(*snapIn);
-  ASSERT_NE(root, nullptr);
-  EXPECT_EQ(snapIn->nChanges, 0);
-  root->MaxRows(1);
-  EXPECT_EQ(snapIn->nChanges, 1);
-  snapIn->SnapIn_Unload();
-  root->MaxRows(2);
-  EXPECT_EQ(snapIn->nChanges, 1);
-  ExpectNoBoxes();
+  ExpectToldUntilUnloaded(*snapIn);
 }
 
 TEST_F(lifecycle, a_root_that_the_console_still_holds_changes_freely_after_unloading) {
