@@ -6,6 +6,7 @@
 
 #include "platform/ado/connection.h"
 #include "platform/console/console.h"
+#include "platform/failure_log.h"
 #include "platform/file_version.h"
 #include "platform/forms/forms.h"
 #include "platform/grids/table_query.h"
@@ -38,6 +39,7 @@ struct Services {
   ObjectFactoryPtr objects;
   std::shared_ptr<platform::Forms> forms;
   std::shared_ptr<UserInterface> ui;
+  std::shared_ptr<FailureLog> failures;
   std::shared_ptr<platform::FileVersion> fileVersion;
   std::shared_ptr<platform::LongOperation> longOperation;
 };

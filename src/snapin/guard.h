@@ -5,28 +5,28 @@
 #include <exception>
 #include <utility>
 
-#include "platform/failure_log.h"
+#include "platform/services.h"
 
 namespace orvane::snapin {
 
 /// Shows the failure in the "Error" box, and notes it.
-inline void ShowError(platform::UserInterface& ui, const platform::Failure& failure) {
-  platform::NoteFailure(ui, failure);
-  ui.MsgBox(failure.Description(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None,
-            "Error");
+inline void ShowError(const platform::Services& services, const platform::Failure& failure) {
+  if (services.failures) services.failures->Note(failure);
+  services.ui->MsgBox(failure.Description(), platform::MsgBoxButtons::OkOnly,
+                      platform::MsgBoxIcon::None, "Error");
 }
 
 /// Runs the body of a handler. A failure ends it and is shown; what was done before stays done.
 /// Returns whether the body ended without a failure.
 template <class Body>
-platform::Boolean Guarded(platform::UserInterface& ui, Body&& body) {
+platform::Boolean Guarded(const platform::Services& services, Body&& body) {
   try {
     std::forward<Body>(body)();
     return true;
   } catch (const platform::Failure& failure) {
-    ShowError(ui, failure);
+    ShowError(services, failure);
   } catch (const std::exception& exception) {
-    ShowError(ui, {platform::failure::kComponent, exception.what(), "snapin"});
+    ShowError(services, {platform::failure::kComponent, exception.what(), "snapin"});
   }
   return false;
 }

@@ -44,7 +44,7 @@ void SnapIn::m_mnuNewQuery_Click(const ScopeItemPtr& queriesItem) {
     const auto queries = server->QueryNodes();
     // Whatever keeps the list from taking the query counts as a name that is taken.
     Suppressed([&] { query = queries->Add(sName, sSqlText); });
-    if (!query) ShowError(*m_services.ui, {platform::failure::kKeyExists, kNameTaken, "snapin"});
+    if (!query) ShowError(m_services, {platform::failure::kKeyExists, kNameTaken, "snapin"});
   }
   if (queriesItem->ScopeNode()->ExpandedOnce()) AddQueryScopeItem(*queriesItem, query);
   queriesItem->ScopeNode()->HasChildren(true);
@@ -62,7 +62,7 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
     if (!Ask(dialog)) return;
     sNewName = dialog.Name().Text();
     if (sNewName == sOldName || queries->Find(sNewName) == -1) break;
-    ShowError(*m_services.ui, {platform::failure::kKeyExists, kNameTaken, "snapin"});
+    ShowError(m_services, {platform::failure::kKeyExists, kNameTaken, "snapin"});
   }
   if (sNewName != sOldName) {
     RenameQuery(*queries, query, sNewName, dialog.SqlStatement().Text());

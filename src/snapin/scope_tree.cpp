@@ -22,8 +22,8 @@ void SnapIn::ScopeItems_Initialize(const ScopeItemPtr& item) {
   });
 }
 
-void SnapIn::ScopeItems_Expand(const ScopeItemPtr& item) {
-  Guard([&] {
+Boolean SnapIn::ScopeItems_Expand(const ScopeItemPtr& item) {
+  return Guard([&] {
     const Text sNodeType = item->NodeTypeName();
     if (sNodeType == node_type::kServers) {
       ExpandServers(*item);

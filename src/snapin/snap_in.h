@@ -49,7 +49,7 @@ class SnapIn : private nodes::Counted,
 
   // ---- scope_tree.cpp
   void ScopeItems_Initialize(const platform::ScopeItemPtr& item) override;
-  void ScopeItems_Expand(const platform::ScopeItemPtr& item) override;
+  Boolean ScopeItems_Expand(const platform::ScopeItemPtr& item) override;
 
   // ---- list_views.cpp
   void ResultViews_Initialize(platform::ResultView& view) override;
@@ -84,7 +84,7 @@ class SnapIn : private nodes::Counted,
   Boolean IsConsoleAtLeast51() const;
   template <class Body>
   Boolean Guard(Body&& body) {
-    return Guarded(*m_services.ui, std::forward<Body>(body));
+    return Guarded(m_services, std::forward<Body>(body));
   }
   /// The root; fails with 91 when there is none.
   nodes::ServersNode& Root() const;

@@ -225,7 +225,7 @@ TEST_F(ConsoleSessionTest, failure_reported_during_an_expansion_makes_it_failed_
   m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
     if (item->NodeTypeName() == "Catalogs" && bFail) {
       fakes::AddItem(services, item, "Catalog", item->Key() + ".Half", "Half", true);
-      return fakes::ReportFailure(services, "The server is gone.");
+      throw platform::Failure(platform::failure::kServerNotFound, "The server is gone.");
     }
     fakes::ExpandUsualTree(services, item);
   };
@@ -249,7 +249,8 @@ TEST_F(ConsoleSessionTest,
   bool bFail = true;
   m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
     fakes::ExpandUsualTree(services, item);
-    if (item->NodeTypeName() == "Catalog" && bFail) fakes::ReportFailure(services, "Half.");
+    if (item->NodeTypeName() == "Catalog" && bFail)
+      throw platform::Failure(platform::failure::kServerNotFound, "Half.");
   };
   Start();
   ExpandToTables();
@@ -280,11 +281,23 @@ TEST_F(ConsoleSessionTest,
   EXPECT_EQ(m_script->log.back(), "Expand Catalog");
 }
 
+TEST_F(ConsoleSessionTest,
+       expansion_that_says_it_succeeded_is_none_that_failed_whatever_it_showed) {
+  m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
+    fakes::ExpandUsualTree(services, item);
+    fakes::ReportFailure(services, "Something else went wrong meanwhile.");
+  };
+  Start();
+  m_session->Expand(m_session->Tree().StaticItem());
+  EXPECT_EQ(m_session->Tree().StaticItem()->State(), NodeState::Loaded);
+}
+
 TEST_F(ConsoleSessionTest, selected_item_that_failed_is_tried_again_without_leaving_it) {
   bool bFail = true;
   m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
     fakes::ExpandUsualTree(services, item);
-    if (item->NodeTypeName() == "Servers" && bFail) fakes::ReportFailure(services, "Half.");
+    if (item->NodeTypeName() == "Servers" && bFail)
+      throw platform::Failure(platform::failure::kServerNotFound, "Half.");
   };
   Start();
   m_session->Expand(m_session->Tree().StaticItem());
@@ -297,7 +310,7 @@ TEST_F(ConsoleSessionTest, selected_item_that_failed_is_tried_again_without_leav
 TEST_F(ConsoleSessionTest, refresh_of_a_failed_item_tries_again) {
   bool bFail = true;
   m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
-    if (bFail) return fakes::ReportFailure(services, "No.");
+    if (bFail) throw platform::Failure(platform::failure::kServerNotFound, "No.");
     fakes::ExpandUsualTree(services, item);
   };
   Start();

@@ -33,6 +33,7 @@ class FakeControl final : public platform::Control {
 
 /// What outlives the snap-in: its instructions and its log.
 struct Script {
+  /// A failure that it throws is shown and ends the expansion, as in a handler.
   std::function<void(platform::Services&, const ScopeItemPtr&)> expand;
   std::function<void(platform::Services&, platform::ResultView&)> initializeView;
   std::function<void(platform::Services&, platform::ResultView&)> activate;
@@ -125,9 +126,15 @@ class FakeSnapIn final : public platform::SnapIn {
     Log("ScopeItems_Initialize " + item->NodeTypeName());
     item->Tag(std::make_shared<platform::Object>());
   }
-  void ScopeItems_Expand(const ScopeItemPtr& item) override {
+  Boolean ScopeItems_Expand(const ScopeItemPtr& item) override {
     Log("Expand " + item->NodeTypeName());
-    if (m_script->expand) m_script->expand(m_services, item);
+    try {
+      if (m_script->expand) m_script->expand(m_services, item);
+      return true;
+    } catch (const platform::Failure& e) {
+      ReportFailure(m_services, e.Description());
+      return false;
+    }
   }
 
   void ResultViews_Initialize(platform::ResultView& view) override {

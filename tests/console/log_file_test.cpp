@@ -94,10 +94,10 @@ TEST_F(log_file, hears_of_failures_through_the_message_boxes_unless_they_are_kep
   MessageBoxes boxes(std::make_shared<LogFile>(Path()));
   {
     const MessageBoxSuppression silence(boxes);
-    platform::NoteFailure(boxes, Failure(1, ""));
+    boxes.Note(Failure(1, ""));
     EXPECT_FALSE(std::filesystem::exists(Path()));
   }
-  platform::NoteFailure(boxes, Failure(2, ""));
+  boxes.Note(Failure(2, ""));
   EXPECT_THAT(TextOf(Path()), HasSubstr("number 2 "));
 }
 

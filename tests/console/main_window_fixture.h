@@ -74,6 +74,7 @@ class MainWindowTest : public testing::Test {
     parts.create = fakes::MakeCreator(m_script);
     m_boxes = std::make_shared<MessageBoxes>(m_log);
     parts.services.ui = m_boxes;
+    parts.services.failures = m_boxes;
     parts.boxes = m_boxes.get();
     parts.eventEnded = [this] { ++m_iEventsEnded; };
     parts.settings = &m_settings;

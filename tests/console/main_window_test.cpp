@@ -116,7 +116,7 @@ TEST_F(MainWindowTest, failed_expansion_is_folded_up_and_can_be_tried_again) {
   bool bFail = true;
   m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
     if (bFail && item->NodeTypeName() == "Server") {
-      return fakes::ReportFailure(services, "The server does not answer.");
+      throw platform::Failure(platform::failure::kServerNotFound, "The server does not answer.");
     }
     fakes::ExpandUsualTree(services, item);
   };
@@ -140,7 +140,7 @@ TEST_F(MainWindowTest, failed_expansion_is_folded_up_and_can_be_tried_again) {
 TEST_F(MainWindowTest, selected_failed_item_says_so_and_offers_another_try) {
   bool bFail = true;
   m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
-    if (bFail) return fakes::ReportFailure(services, "No.");
+    if (bFail) throw platform::Failure(platform::failure::kServerNotFound, "No.");
     fakes::ExpandUsualTree(services, item);
   };
   {

@@ -13,61 +13,71 @@ namespace {
 
 using platform::Failure;
 
-/// A user interface that keeps a log of failures, as a console does.
-class NotingUserInterface : public fakes::FakeUserInterface, public platform::FailureLog {
+/// A log of failures, as a console keeps one, that saw how many boxes were shown by then.
+class Notes : public platform::FailureLog {
  public:
+  explicit Notes(const fakes::FakeUserInterface& ui) : m_ui(ui) {}
   void Note(const Failure& failure) noexcept override {
     notes.push_back(failure);
-    nBoxesAtNote = boxes.size();
+    nBoxesAtNote = m_ui.boxes.size();
   }
   std::vector<Failure> notes;
   std::size_t nBoxesAtNote = 0;
+
+ private:
+  const fakes::FakeUserInterface& m_ui;
 };
 
-template <class Ui>
-void ExpectErrorBox(const Ui& ui, const platform::Text& sText) {
-  ASSERT_EQ(ui.boxes.size(), 1U);
-  EXPECT_EQ(ui.boxes[0].sText, sText);
-  EXPECT_EQ(ui.boxes[0].sTitle, "Error");
-  EXPECT_EQ(ui.boxes[0].buttons, platform::MsgBoxButtons::OkOnly);
-  EXPECT_EQ(ui.icons[0], platform::MsgBoxIcon::None);
+class guard : public testing::Test {
+ protected:
+  guard() {
+    services.ui = ui;
+    services.failures = log;
+  }
+  void ExpectErrorBox(const platform::Text& sText) const {
+    ASSERT_EQ(ui->boxes.size(), 1U);
+    EXPECT_EQ(ui->boxes[0].sText, sText);
+    EXPECT_EQ(ui->boxes[0].sTitle, "Error");
+    EXPECT_EQ(ui->boxes[0].buttons, platform::MsgBoxButtons::OkOnly);
+    EXPECT_EQ(ui->icons[0], platform::MsgBoxIcon::None);
+  }
+  std::shared_ptr<fakes::FakeUserInterface> ui = std::make_shared<fakes::FakeUserInterface>();
+  std::shared_ptr<Notes> log = std::make_shared<Notes>(*ui);
+  platform::Services services;
+};
+
+TEST_F(guard, a_body_without_a_failure_shows_nothing) {
+  EXPECT_TRUE(Guarded(services, [] {}));
+  EXPECT_TRUE(ui->boxes.empty());
+  EXPECT_TRUE(log->notes.empty());
 }
 
-TEST(guard, a_body_without_a_failure_shows_nothing) {
-  NotingUserInterface ui;
-  EXPECT_TRUE(Guarded(ui, [] {}));
-  EXPECT_TRUE(ui.boxes.empty());
-  EXPECT_TRUE(ui.notes.empty());
+TEST_F(guard, a_failure_is_noted_once_and_then_shown) {
+  EXPECT_FALSE(Guarded(services, [] { throw Failure(3805, "Mend it.", "engine", 7, "SELECT x"); }));
+  ExpectErrorBox("Mend it.");
+  ASSERT_EQ(log->notes.size(), 1U);
+  EXPECT_EQ(log->nBoxesAtNote, 0U);
+  EXPECT_EQ(log->notes[0].Number(), 3805);
+  EXPECT_EQ(log->notes[0].Source(), "engine");
+  EXPECT_EQ(log->notes[0].NativeError(), 7);
+  EXPECT_EQ(log->notes[0].SqlText(), "SELECT x");
 }
 
-TEST(guard, a_failure_is_noted_once_and_then_shown) {
-  NotingUserInterface ui;
-  EXPECT_FALSE(Guarded(ui, [] { throw Failure(3805, "Mend it.", "engine", 7, "SELECT x"); }));
-  ExpectErrorBox(ui, "Mend it.");
-  ASSERT_EQ(ui.notes.size(), 1U);
-  EXPECT_EQ(ui.nBoxesAtNote, 0U);
-  EXPECT_EQ(ui.notes[0].Number(), 3805);
-  EXPECT_EQ(ui.notes[0].Source(), "engine");
-  EXPECT_EQ(ui.notes[0].NativeError(), 7);
-  EXPECT_EQ(ui.notes[0].SqlText(), "SELECT x");
+TEST_F(guard, an_exception_of_another_kind_is_noted_and_shown_with_its_own_words) {
+  EXPECT_FALSE(Guarded(services, [] { throw std::runtime_error("x"); }));
+  ExpectErrorBox("x");
+  ASSERT_EQ(log->notes.size(), 1U);
+  EXPECT_EQ(log->notes[0].Number(), platform::failure::kComponent);
+  EXPECT_EQ(log->notes[0].Source(), "snapin");
 }
 
-TEST(guard, an_exception_of_another_kind_is_noted_and_shown_with_its_own_words) {
-  NotingUserInterface ui;
-  EXPECT_FALSE(Guarded(ui, [] { throw std::runtime_error("x"); }));
-  ExpectErrorBox(ui, "x");
-  ASSERT_EQ(ui.notes.size(), 1U);
-  EXPECT_EQ(ui.notes[0].Number(), platform::failure::kComponent);
-  EXPECT_EQ(ui.notes[0].Source(), "snapin");
+TEST_F(guard, shows_without_a_log_too) {
+  services.failures.reset();
+  EXPECT_FALSE(Guarded(services, [] { throw Failure(5, "Mend it."); }));
+  ExpectErrorBox("Mend it.");
 }
 
-TEST(guard, shows_without_a_log_too) {
-  fakes::FakeUserInterface ui;
-  EXPECT_FALSE(Guarded(ui, [] { throw Failure(5, "Mend it."); }));
-  ExpectErrorBox(ui, "Mend it.");
-}
-
-TEST(guard, a_suppressed_step_fails_silently) {
+TEST_F(guard, a_suppressed_step_fails_silently) {
   bool bReached = false;
   EXPECT_NO_THROW(Suppressed([&] {
     bReached = true;

@@ -216,7 +216,7 @@ TEST_F(scope_tree, expanding_a_catalog_again_finds_the_same_table_nodes) {
   const auto pumps = Pumps();
   const auto item = driver.Item("S1.Catalogs.Plant");
   driver.console->ScopeItems().RemoveChildren(item->node);
-  driver.snapIn->ScopeItems_Expand(item);
+  EXPECT_TRUE(driver.snapIn->ScopeItems_Expand(item));
   EXPECT_EQ(tables->Count(), 2);
   EXPECT_EQ(Pumps(), pumps);
   ExpectNoBoxes();
@@ -241,7 +241,7 @@ TEST_F(scope_tree, a_catalog_that_has_left_the_tree_is_reported) {
   driver.Item("S1.Catalogs")->Tag(nullptr);
   driver.Item("S1.Queries")->Tag(nullptr);
   server.reset();
-  driver.snapIn->ScopeItems_Expand(item);
+  EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(item));
   EXPECT_EQ(ErrorBox(), "The item is no longer in the tree; select another one.");
 }
 
@@ -272,22 +272,24 @@ TEST_F(scope_tree, tables_queries_and_foreign_items_have_nothing_to_expand) {
   driver.Expand("S1.Queries.Q1");
   EXPECT_TRUE(driver.Children("S1.Catalogs.Plant.Pumps").empty());
   EXPECT_TRUE(driver.Children("S1.Queries.Q1").empty());
-  driver.snapIn->ScopeItems_Expand(std::make_shared<fakes::FakeScopeItem>("server", "x", "x"));
+  EXPECT_TRUE(
+      driver.snapIn->ScopeItems_Expand(std::make_shared<fakes::FakeScopeItem>("server", "x", "x")));
   ExpectNoBoxes();
 }
 
 TEST_F(scope_tree, an_item_without_its_node_is_reported) {
-  driver.snapIn->ScopeItems_Expand(std::make_shared<fakes::FakeScopeItem>("Server", "x", "Lost"));
+  EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(
+      std::make_shared<fakes::FakeScopeItem>("Server", "x", "Lost")));
   EXPECT_EQ(ErrorBox(), "\"Lost\" stands for nothing any more; refresh the tree.");
   const auto item = std::make_shared<fakes::FakeScopeItem>("Queries", "x", "Wrong");
   item->Tag(Root());
-  driver.snapIn->ScopeItems_Expand(item);
+  EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(item));
   EXPECT_EQ(ErrorBox(), "\"Wrong\" stands for something else; refresh the tree.");
 }
 
 TEST_F(scope_tree, expanding_without_a_root_is_reported) {
   driver.Start();
-  driver.snapIn->ScopeItems_Expand(driver.console->staticItem);
+  EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(driver.console->staticItem));
   EXPECT_EQ(ErrorBox(), "No servers are loaded; open a document or create a new one.");
 }
 

@@ -25,6 +25,7 @@ Host::Host(const std::optional<std::filesystem::path>& registryFolder)
     : m_runtime(component::Registry::Standard(registryFolder)),
       m_boxes(std::make_shared<MessageBoxes>(StandardLog())) {
   m_services.ui = m_boxes;
+  m_services.failures = m_boxes;
   m_services.forms = std::make_shared<QtForms>();
   m_services.fileVersion = std::make_shared<component::FileVersion>();
   m_services.longOperation = std::make_shared<Waiting>();

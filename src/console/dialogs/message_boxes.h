@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/failure_log.h"
+#include "platform/user_interface.h"
 
 namespace orvane::console {
 

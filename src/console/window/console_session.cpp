@@ -49,8 +49,13 @@ void ConsoleSession::Call(EventKind kind, F&& handler) {
 }
 
 void ConsoleSession::ShowError(const std::exception& e) {
-  m_ui->Note(AsFailure(e));
-  m_ui->MsgBox(e.what(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None, "Error");
+  NoteFailure(e);
+  m_services.ui->MsgBox(e.what(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None,
+                        "Error");
+}
+
+void ConsoleSession::NoteFailure(const std::exception& e) {
+  if (m_services.failures) m_services.failures->Note(AsFailure(e));
 }
 
 void ConsoleSession::EndEvent(EventKind kind) {
@@ -67,9 +72,7 @@ ConsoleSession::ConsoleSession(Creator creator, platform::Services services,
                                const ImageList* images)
     : m_creator(std::move(creator)),
       m_services(std::move(services)),
-      m_ui(std::make_shared<ObservedUserInterface>(m_services.ui)),
       m_tree(std::make_unique<ScopeTree>(images)) {
-  m_services.ui = m_ui;
   m_tree->OnExpandInNameSpace([this](const ScopeTreeItemPtr& item) {
     Expand(item);
     emit Expanded(item);
@@ -220,7 +223,7 @@ void ConsoleSession::MakeView(const platform::ResultViewDescription& description
       }
       view->HostedControl(std::move(control));
     } catch (const std::exception& e) {
-      m_ui->Note(AsFailure(e));
+      NoteFailure(e);
       view->ControlFailure(e.what());
     }
     emit ViewMade(view.get());
@@ -245,7 +248,6 @@ void ConsoleSession::Expand(const ScopeTreeItemPtr& item) {
   if (!m_snapIn || !item || item->IsRemoved()) return;
   if (item->State() == NodeState::Loaded || item->State() == NodeState::Loading) return;
   const bool bHadMark = item->HasExpandMark();
-  const auto lErrorBoxes = m_ui->ErrorBoxes();
   {
     const Event event(*this, EventKind::Finding);
     m_bFinding = true;
@@ -255,9 +257,10 @@ void ConsoleSession::Expand(const ScopeTreeItemPtr& item) {
       if (item->IsRemoved() || item->State() != NodeState::Failed) return;
     }
     m_tree->BeginExpansion(*item);
-    Call(EventKind::Finding, [&](SnapIn& it) { it.ScopeItems_Expand(item); });
+    bool bWhole = false;
+    Call(EventKind::Finding, [&](SnapIn& it) { bWhole = it.ScopeItems_Expand(item); });
     const bool bLostMark = bHadMark && !item->HasExpandMark();
-    m_tree->EndExpansion(*item, m_ui->ErrorBoxes() != lErrorBoxes || bLostMark);
+    m_tree->EndExpansion(*item, !bWhole || bLostMark);
   }
   if (item->State() == NodeState::Failed) emit ExpansionFailed(item);
 }

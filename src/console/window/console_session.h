@@ -12,7 +12,6 @@
 #include "console/scope/scope_tree.h"
 #include "console/window/hosted_menu.h"
 #include "console/window/hosted_toolbar.h"
-#include "console/window/observed_user_interface.h"
 #include "platform/services.h"
 
 namespace orvane::console {
@@ -110,11 +109,11 @@ class ConsoleSession final : public QObject {
   void RefreshNow();
   /// Notes what came out of a handler by mistake, and shows it as the snap-in shows its failures.
   void ShowError(const std::exception& e);
+  void NoteFailure(const std::exception& e);
   void Removing(const ScopeTreeItemPtr& item, bool bChildrenOnly);
 
   Creator m_creator;
   platform::Services m_services;
-  std::shared_ptr<ObservedUserInterface> m_ui;
   std::unique_ptr<ScopeTree> m_tree;
   std::shared_ptr<HostedConsole> m_console;
   platform::SnapInDescription m_description;

@@ -21,7 +21,6 @@
 #include "console/window/toolbar_view.h"
 #include "console/window/unsaved_work.h"
 #include "console/window/view_state.h"
-#include "platform/failure_log.h"
 
 namespace orvane::console {
 
@@ -327,10 +326,9 @@ bool MainWindow::SaveTo(const Text& sPath) {
 }
 
 void MainWindow::NoteFailure(const std::exception& e) {
-  if (!m_parts.services.ui) return;
+  if (!m_parts.services.failures) return;
   const auto* failure = dynamic_cast<const Failure*>(&e);
-  platform::NoteFailure(
-      *m_parts.services.ui,
+  m_parts.services.failures->Note(
       failure ? *failure : Failure(platform::failure::kDocument, e.what(), "console"));
 }
 

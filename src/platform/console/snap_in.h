@@ -66,7 +66,9 @@ class SnapIn : public Object {
   virtual void SnapIn_Terminate() = 0;
 
   virtual void ScopeItems_Initialize(const ScopeItemPtr& item) = 0;
-  virtual void ScopeItems_Expand(const ScopeItemPtr& item) = 0;
+  /// Returns false when a failure (already shown) ended the expansion; what was added before it
+  /// stays, and expanding again is another try.
+  virtual Boolean ScopeItems_Expand(const ScopeItemPtr& item) = 0;
 
   virtual void ResultViews_Initialize(ResultView& view) = 0;
   virtual void ResultViews_InitializeControl(ResultView& view) = 0;
