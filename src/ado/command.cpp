@@ -40,7 +40,7 @@ platform::RecordsetPtr Command::Execute(Long* lRecordsAffected, Long /*lOptions*
                   "The command has no connection: set its active connection first.");
   }
   StatementResult result = m_connection->Execute(
-      {m_sCommandText, m_lMaxRecords, std::chrono::seconds(m_lCommandTimeout)});
+      {m_sCommandText, m_lMaxRecords, std::chrono::seconds(m_lCommandTimeout), m_bReadOnly});
   if (lRecordsAffected != nullptr) *lRecordsAffected = result.lRecordsAffected;
   return std::move(result.recordset);
 }

@@ -21,6 +21,8 @@ class Command final : public platform::Command {
   platform::Long MaxRecords() const override { return m_lMaxRecords; }
   /// Fails with failure::kInvalidArgument below 0.
   void MaxRecords(platform::Long lMaxRecords) override;
+  platform::Boolean ReadOnly() const override { return m_bReadOnly; }
+  void ReadOnly(platform::Boolean bReadOnly) override { m_bReadOnly = bReadOnly; }
   /// Fails with failure::kObjectNotSet without a connection, with kObjectClosed on a closed one.
   platform::RecordsetPtr Execute(platform::Long* lRecordsAffected = nullptr,
                                  platform::Long lOptions = platform::kOptionUnspecified) override;
@@ -30,6 +32,7 @@ class Command final : public platform::Command {
   platform::Text m_sCommandText;
   platform::Long m_lCommandTimeout = 30;
   platform::Long m_lMaxRecords = 0;
+  platform::Boolean m_bReadOnly = false;
 };
 
 }  // namespace orvane::ado

@@ -25,6 +25,8 @@ struct Statement {
   platform::Text sText;
   platform::Long lMaxRecords = 0;   ///< 0 fetches all rows
   std::chrono::seconds timeout{0};  ///< 0 waits for ever
+  /// A statement that would change anything fails with failure::kWouldChange, nothing changed.
+  platform::Boolean bReadOnly = false;
 };
 
 struct StatementResult {

@@ -36,6 +36,7 @@ constexpr Long kStorage = 3807;       ///< stop: disk full or input/output error
 constexpr Long kNotSupported = 3808;  ///< the provider or component cannot do this
 constexpr Long kComponent = 3809;     ///< a component cannot be loaded, created or used
 constexpr Long kDocument = 3810;      ///< a document cannot be read or written
+constexpr Long kWouldChange = 3811;   ///< ask: a statement that was only to read would change data
 
 }  // namespace failure
 

@@ -146,6 +146,7 @@ ado::StatementResult HistorianSession::Execute(const ado::Statement& statement,
     m_log.Statement(statement.sText);
     const auto tokens = dialect::ReadTokens(statement.sText);
     if (const auto catalog = dialect::ReadCatalogStatement(statement.sText, tokens)) {
+      if (statement.bReadOnly) throw engines::WouldChange(statement.sText);
       Deadline(stop, statement.timeout).Run([&](std::stop_token untilThen) {
         RunCatalogStatement(*catalog, std::move(untilThen));
       });
@@ -168,11 +169,12 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   engineStatement.sSql = translation.sSql;
   engineStatement.parameters = translation.parameters;
   for (const auto& sCatalog : translation.catalogs) {
-    engineStatement.catalogs.push_back(
-        historian::EngineCatalog(schema.Record(sCatalog), translation.changedCatalog != sCatalog));
+    engineStatement.catalogs.push_back(historian::EngineCatalog(
+        schema.Record(sCatalog), statement.bReadOnly || translation.changedCatalog != sCatalog));
   }
   engineStatement.maxRows = std::max<platform::Long>(statement.lMaxRecords, 0);
   engineStatement.timeout = std::max(statement.timeout, std::chrono::seconds(0));
+  engineStatement.bReadOnly = statement.bReadOnly;
   auto result = RunWithinLimit(engineStatement, stop);
   return {WithShownTimes(std::move(result.recordset), translation.columns, m_options.TimeAsDouble(),
                          m_options.TimeZone(), deadline),

@@ -25,7 +25,17 @@ class CommandTest : public ::testing::Test, protected tests::ConnectionFixture {
 TEST_F(CommandTest, is_made_with_30_seconds_and_without_a_row_limit) {
   EXPECT_EQ(command.CommandTimeout(), 30);
   EXPECT_EQ(command.MaxRecords(), 0);
+  EXPECT_FALSE(command.ReadOnly());
   EXPECT_EQ(command.CommandText(), "");
+}
+
+TEST_F(CommandTest, tells_the_provider_whether_it_only_reads) {
+  for (const bool bReadOnly : {true, false}) {
+    command.ReadOnly(bReadOnly);
+    EXPECT_EQ(command.ReadOnly(), bReadOnly);
+    command.Execute();
+    EXPECT_EQ(journal.statement.bReadOnly, bReadOnly);
+  }
 }
 
 TEST_F(CommandTest, runs_its_text_with_its_limits) {

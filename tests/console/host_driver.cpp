@@ -55,6 +55,8 @@ class CountedCommand final : public platform::Command {
   void CommandTimeout(Long lSeconds) override { m_command->CommandTimeout(lSeconds); }
   Long MaxRecords() const override { return m_command->MaxRecords(); }
   void MaxRecords(Long lMaxRecords) override { m_command->MaxRecords(lMaxRecords); }
+  platform::Boolean ReadOnly() const override { return m_command->ReadOnly(); }
+  void ReadOnly(platform::Boolean bReadOnly) override { m_command->ReadOnly(bReadOnly); }
   platform::RecordsetPtr Execute(Long* lRecordsAffected, Long lOptions) override {
     ++*m_count;
     return m_command->Execute(lRecordsAffected, lOptions);

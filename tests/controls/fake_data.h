@@ -167,6 +167,7 @@ struct FakeServer {
   platform::Text sCommandText;
   platform::Long lTimeout = -1;
   platform::Long lMaxRecords = -1;
+  bool bReadOnly = false;
   platform::Long lRecordsAffected = 0;
   platform::RecordsetPtr answer;
   std::function<void()> whileRunning;
@@ -182,6 +183,8 @@ class FakeCommand : public platform::Command {
   void CommandTimeout(platform::Long lSeconds) override { m_server.lTimeout = lSeconds; }
   platform::Long MaxRecords() const override { return m_server.lMaxRecords; }
   void MaxRecords(platform::Long lMaxRecords) override { m_server.lMaxRecords = lMaxRecords; }
+  platform::Boolean ReadOnly() const override { return m_server.bReadOnly; }
+  void ReadOnly(platform::Boolean bReadOnly) override { m_server.bReadOnly = bReadOnly; }
   platform::RecordsetPtr Execute(platform::Long* lRecordsAffected, platform::Long) override {
     ++m_server.nExecuted;
     if (m_server.whileRunning) m_server.whileRunning();

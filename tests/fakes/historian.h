@@ -241,6 +241,8 @@ class FakeCommand : public platform::Command {
   void CommandTimeout(Long lSeconds) override { m_lTimeout = lSeconds; }
   Long MaxRecords() const override { return m_lMaxRecords; }
   void MaxRecords(Long lMaxRecords) override { m_lMaxRecords = lMaxRecords; }
+  platform::Boolean ReadOnly() const override { return m_bReadOnly; }
+  void ReadOnly(platform::Boolean bReadOnly) override { m_bReadOnly = bReadOnly; }
 
   /// Understands "... FROM catalog..table ..." and gives the whole table up to the row limit, and
   /// the statements that create and drop a catalog.
@@ -279,6 +281,9 @@ class FakeCommand : public platform::Command {
   bool RunsOnCatalogs(scenarios::ServerSetup& server) const {
     const bool bCreate = m_sText.starts_with("CREATE DATABASE \"");
     if (!bCreate && !m_sText.starts_with("DROP DATABASE \"")) return false;
+    if (m_bReadOnly) {
+      throw platform::Failure(platform::failure::kWouldChange, "The statement changes data.");
+    }
     const std::size_t nBegin = m_sText.find('"') + 1;
     const Text sName = m_sText.substr(nBegin, m_sText.find('"', nBegin) - nBegin);
     const bool bThere = FakeHistorian::Find(server.catalogs, sName) != nullptr;
@@ -295,6 +300,7 @@ class FakeCommand : public platform::Command {
   Text m_sText;
   Long m_lTimeout = 30;
   Long m_lMaxRecords = 0;
+  bool m_bReadOnly = false;
 };
 
 class FakeObjects : public platform::ObjectFactory {

@@ -6,6 +6,7 @@ orvane_test(engines
     engines/sqlite_errors_test.cpp
     engines/sqlite_fetch_test.cpp
     engines/sqlite_limits_test.cpp
+    engines/sqlite_reading_test.cpp
     engines/sqlite_schema_test.cpp
     engines/sqlite_session_test.cpp
     engines/sqlite_types_test.cpp)

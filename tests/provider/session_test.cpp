@@ -223,6 +223,27 @@ TEST_F(session, keeps_its_own_catalogs_from_being_changed) {
             "there to be read; change a catalog of your own.");
 }
 
+TEST_F(session, changes_nothing_when_it_is_only_to_read) {
+  const auto opened = OpenPlant();
+  const auto read = [&](const Text& sText) {
+    return FailureOf([&] { opened->Execute({sText, 0, {}, true}, {}); });
+  };
+  for (const char* const sText :
+       {"DELETE FROM Plant1..Data", "INSERT INTO Plant1..Tags (Tag) VALUES ('a') RETURNING Tag",
+        "CREATE VIEW Plant1..v AS SELECT 1", "DROP TABLE Plant1..Tags",
+        "CREATE DATABASE \"Plant2\" ", "DROP DATABASE \"Plant1\""}) {
+    EXPECT_EQ(read(sText),
+              "3811: The statement changes data and has not been run, as only reading was asked "
+              "for: run it as a change if that is what is wanted.")
+        << sText;
+  }
+  EXPECT_EQ(read("SELECT * FROM Plant1..Data"), "no failure");
+  EXPECT_EQ(read("EXPLAIN DELETE FROM Plant1..Data"), "no failure");
+  EXPECT_EQ(read("DELETE FROM Orvane..Historians").substr(0, 4), "3805");
+  EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data"), "24\n");
+  EXPECT_EQ(Select(*opened, "SELECT Name FROM Orvane..Historians"), "Plant1\n");
+}
+
 TEST_F(session, refuses_a_second_statement) {
   const auto opened = OpenPlant();
   EXPECT_EQ(Failing(*opened, "SELECT 1; DELETE FROM Plant1..Data"),

@@ -78,6 +78,10 @@ class Command : public Object {
   /// Row limit; 0 fetches all rows, which is also the initial value.
   virtual Long MaxRecords() const = 0;
   virtual void MaxRecords(Long lMaxRecords) = 0;
+  /// Whether the command only reads: a statement that would change anything then fails with
+  /// failure::kWouldChange, and nothing was changed. False when never set.
+  virtual Boolean ReadOnly() const = 0;
+  virtual void ReadOnly(Boolean bReadOnly) = 0;
   /// Runs one statement and fetches its rows. A statement without rows gives an empty recordset
   /// without fields; the rows it changed are told through lRecordsAffected.
   virtual RecordsetPtr Execute(Long* lRecordsAffected = nullptr,

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/ado/connection.h"
+#include "platform/failure.h"
 
 namespace orvane::provider::engines {
 
@@ -33,7 +34,17 @@ struct EngineStatement {
   std::vector<Catalog> catalogs;
   platform::RowIndex maxRows = 0;        ///< 0 fetches all rows
   std::chrono::milliseconds timeout{0};  ///< 0 waits for ever
+  platform::Boolean bReadOnly = false;   ///< only reads; see Run
 };
+
+/// What a statement that only reads fails with when it would change anything.
+inline platform::Failure WouldChange(platform::Text sSql) {
+  return platform::Failure(
+      platform::failure::kWouldChange,
+      "The statement changes data and has not been run, as only reading was asked for: run it as a "
+      "change if that is what is wanted.",
+      {}, 0, std::move(sSql));
+}
 
 struct EngineResult {
   platform::RecordsetPtr recordset;  ///< never null; without fields when there is no rowset
@@ -71,8 +82,9 @@ class EngineSession {
 
   /// Runs exactly one statement; a second one behind it fails with failure::kSqlError. Fails with
   /// kTimeout, kCancelled, kBusy and the other numbers of the database. A statement that fails
-  /// has changed nothing. Attaching, transactions and settings of the database are refused with
-  /// kNotSupported.
+  /// has changed nothing. One that only reads, but would change anything, fails with
+  /// kWouldChange before it begins. Attaching, transactions and settings of the database are
+  /// refused with kNotSupported.
   virtual EngineResult Run(const EngineStatement& statement, std::stop_token stop) = 0;
   /// Tables and views of a catalog in the order of their names, in one statement however many
   /// there are; where a view cannot be read, in one more and one for each view. Tables of the

@@ -189,6 +189,9 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
                                         SqliteWatch::Clock::time_point start,
                                         Authorized& authorized) {
   SqliteStatement prepared(m_database.get(), statement.sSql, sSubject);
+  // SQLite says of EXPLAIN what it says of the statement behind it; but that does not run.
+  const bool bReads = prepared.ReadsOnly() || prepared.Explains();
+  if (statement.bReadOnly && !bReads) throw WouldChange(statement.sSql);
   prepared.Bind(statement.parameters);
   const auto nChangesBefore = sqlite3_total_changes64(m_database.get());
   ado::RecordsetBuilder builder(prepared.Columns());
@@ -200,14 +203,14 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
       prepared.Run();
     }
   };
-  if (prepared.ReadsOnly() || sqlite3_get_autocommit(m_database.get()) == 0) {
+  if (bReads || sqlite3_get_autocommit(m_database.get()) == 0) {
     run();
   } else {
     authorized.InTransaction(sSubject, run);
   }
   EngineResult result;
   // The count of changes stays that of an earlier statement when this one changed nothing.
-  if (!prepared.ReadsOnly() && sqlite3_total_changes64(m_database.get()) != nChangesBefore) {
+  if (!bReads && sqlite3_total_changes64(m_database.get()) != nChangesBefore) {
     result.lRecordsAffected = static_cast<platform::Long>(std::min<sqlite3_int64>(
         sqlite3_changes64(m_database.get()), std::numeric_limits<platform::Long>::max()));
   }

@@ -23,6 +23,8 @@ class SqliteStatement {
 
   bool HasRows() const { return sqlite3_column_count(m_statement.get()) != 0; }
   bool ReadsOnly() const { return sqlite3_stmt_readonly(m_statement.get()) != 0; }
+  /// EXPLAIN or EXPLAIN QUERY PLAN.
+  bool Explains() const { return sqlite3_stmt_isexplain(m_statement.get()) != 0; }
   /// The columns with name, type by declaration, and whether their table lets them be null.
   std::vector<ado::ColumnDescription> Columns() const;
 
