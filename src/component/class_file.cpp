@@ -71,7 +71,7 @@ Text WriteClassFile(const RegisteredClass& registered) {
   if (description.sProgId.empty()) {
     throw Failure(platform::failure::kComponent,
                   "The library \"" + registered.library.string() +
-                      "\" registers a class without a name; ask its maker for a mended one.",
+                      "\" registers a class without a name; ask its maker for a corrected one.",
                   "component");
   }
   try {
@@ -90,7 +90,7 @@ Text WriteClassFile(const RegisteredClass& registered) {
     throw Failure(platform::failure::kComponent,
                   "The library \"" + registered.library.string() +
                       "\" registers a class with a text that is not UTF-8; rename the file, or ask "
-                      "its maker for a mended one.",
+                      "its maker for a corrected one.",
                   "component");
   }
 }

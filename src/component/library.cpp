@@ -42,7 +42,7 @@ Text LoaderMessage(const std::filesystem::path& path) {
 [[noreturn]] void FailThrown(const std::filesystem::path& path, const char* sEntryPoint,
                              const Text& sWhat) {
   Fail("The component " + Quoted(path) + " broke off in " + sEntryPoint + " (" + sWhat +
-       "); ask its maker for a mended one.");
+       "); ask its maker for a corrected one.");
 }
 
 // Calls an entry point; what it throws by mistake becomes a sentence.
@@ -102,7 +102,7 @@ platform::ClassFactory& Library::GetClassObject(const Text& sProgId) const {
   }
   if (result < 0 || factory == nullptr) {
     Fail("The component " + Quoted(m_path) + " refused the class \"" + sProgId + "\" (" +
-             Hex(result) + "); ask its maker for a mended one.",
+             Hex(result) + "); ask its maker for a corrected one.",
          result);
   }
   return *static_cast<platform::ClassFactory*>(factory);
@@ -143,7 +143,7 @@ void Library::Run(const char* sEntryPoint, RegisterFunction function,
   const HResult result = Guarded(m_path, sEntryPoint, [&] { return function(&registrar); });
   if (result < 0) {
     Fail("The component " + Quoted(m_path) + " failed in " + sEntryPoint + " (" + Hex(result) +
-             "); ask its maker for a mended one.",
+             "); ask its maker for a corrected one.",
          result);
   }
 }

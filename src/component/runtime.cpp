@@ -63,7 +63,7 @@ std::function<ObjectPtr(const platform::Services&)> Runtime::Maker(const Text& s
     ObjectPtr object = Make(factory, sProgId, services);
     if (!object) {
       Fail("The component \"" + sProgId +
-           "\" gave no object when one was created; ask its maker for a mended one.");
+           "\" gave no object when one was created; ask its maker for a corrected one.");
     }
     // The pointer handed out holds the object and then its library: the object goes first, while
     // its code is still there.

@@ -74,7 +74,7 @@ TEST_F(RegsvrTest, a_failure_is_one_sentence_and_status_1_and_the_others_are_reg
             "The component \"" +
                 std::filesystem::canonical(Fixture("throws_RegisterServer")).string() +
                 "\" broke off in DllRegisterServer (the fixture throws); ask its maker for a "
-                "mended one.\n"
+                "corrected one.\n"
                 "The library \"/nowhere/at/all.so\" is missing; install its component again, or "
                 "register the library where it is now.\n");
 }

@@ -197,7 +197,7 @@ TEST_F(RuntimeTest, an_exception_from_an_entry_point_is_caught) {
   EXPECT_EQ(failure.Description(),
             "The component \"" + Fixture("throws_GetClassObject").string() +
                 "\" broke off in DllGetClassObject (the fixture throws); ask its maker for a "
-                "mended one.");
+                "corrected one.");
   EXPECT_THAT(FailureOf("throws_number").Description(), HasSubstr("(unknown exception)"));
 }
 
@@ -235,7 +235,7 @@ TEST_F(RuntimeTest, a_factory_that_gives_nothing_is_a_failure) {
   EXPECT_EQ(failure.Number(), platform::failure::kComponent);
   EXPECT_EQ(failure.Description(),
             "The component \"Fixture.Note\" gave no object when one was created; ask its maker "
-            "for a mended one.");
+            "for a corrected one.");
 }
 
 TEST_F(RuntimeTest, an_object_without_the_wanted_interface_is_of_another_kind) {

@@ -469,7 +469,7 @@ TEST_F(document, a_save_that_does_not_fit_leaves_the_old_file_whole) {
     const Text sSentence = SentenceOf([&] { opened->Save(ContentOf(Text(100000, 'x'))); });
     if (sSentence != "The document " + Path() +
                          " cannot be saved: File too large; what was there is untouched, save it "
-                         "elsewhere or mend that first.") {
+                         "elsewhere or put that right first.") {
       return 2;
     }
     if (TextIn(*opened) != Value("old")) return 3;

@@ -66,7 +66,7 @@ class GridFixture : public testing::Test {
                       view->visualRect(view->model()->index(nRow, nColumn)).center());
   }
   [[noreturn]] static void Refuse() {
-    throw platform::Failure(platform::failure::kSqlError, "There is no such column; mend it.",
+    throw platform::Failure(platform::failure::kSqlError, "There is no such column; correct it.",
                             "engine", 1, "SELECT");
   }
 

@@ -88,7 +88,7 @@ TEST_F(query_results, a_failed_execute_passes_the_failure_on_and_leaves_no_stale
   EXPECT_EQ(FailureNumberOf([&] { results->Execute(); }), platform::failure::kSqlError);
   EXPECT_EQ(RowsOf(*results), 0);
   EXPECT_EQ(results->Recordset(), nullptr);
-  EXPECT_EQ(Label(*results, "emptySentence"), "There is no such column; mend it.");
+  EXPECT_EQ(Label(*results, "emptySentence"), "There is no such column; correct it.");
 }
 
 TEST_F(query_results, without_rows_names_the_query) {

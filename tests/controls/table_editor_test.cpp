@@ -186,7 +186,7 @@ TEST_F(table_editor, a_failed_requery_passes_the_failure_on_and_leaves_no_stale_
   EXPECT_EQ(RowsOf(*editor), 0);
   EXPECT_FALSE(editor->CanMove());
   EXPECT_EQ(Label(*editor, "emptyTitle"), "The rows could not be fetched");
-  EXPECT_EQ(Label(*editor, "emptySentence"), "There is no such column; mend it.");
+  EXPECT_EQ(Label(*editor, "emptySentence"), "There is no such column; correct it.");
   EXPECT_EQ(Label(*editor, "rowCount"), "No rows");
   Long lUpdatability = 5;
   EXPECT_EQ(editor->DetachRecordset(lUpdatability), nullptr);

@@ -53,8 +53,9 @@ TEST_F(guard, a_body_without_a_failure_shows_nothing) {
 }
 
 TEST_F(guard, a_failure_is_noted_once_and_then_shown) {
-  EXPECT_FALSE(Guarded(services, [] { throw Failure(3805, "Mend it.", "engine", 7, "SELECT x"); }));
-  ExpectErrorBox("Mend it.");
+  EXPECT_FALSE(
+      Guarded(services, [] { throw Failure(3805, "Correct it.", "engine", 7, "SELECT x"); }));
+  ExpectErrorBox("Correct it.");
   ASSERT_EQ(log->notes.size(), 1U);
   EXPECT_EQ(log->nBoxesAtNote, 0U);
   EXPECT_EQ(log->notes[0].Number(), 3805);
@@ -73,8 +74,8 @@ TEST_F(guard, an_exception_of_another_kind_is_noted_and_shown_with_its_own_words
 
 TEST_F(guard, shows_without_a_log_too) {
   services.failures.reset();
-  EXPECT_FALSE(Guarded(services, [] { throw Failure(5, "Mend it."); }));
-  ExpectErrorBox("Mend it.");
+  EXPECT_FALSE(Guarded(services, [] { throw Failure(5, "Correct it."); }));
+  ExpectErrorBox("Correct it.");
 }
 
 TEST_F(guard, a_suppressed_step_fails_silently) {

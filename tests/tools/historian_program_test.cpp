@@ -161,10 +161,10 @@ TEST_F(historian_program, names_the_bad_line_and_imports_nothing_at_all) {
       {"T2,2024-05-31,1\xFF\n", "Line 5: a field is no UTF-8 text"},
       {"T1,2024-05-31,1\n",
        "Line 5: A rule of the table refuses this: UNIQUE constraint failed: Data.Tag, "
-       "Data.Timestamp; mend the row"},
+       "Data.Timestamp; correct the row"},
       {",2024-05-31,1\n",
-       "Line 5: A rule of the table refuses this: NOT NULL constraint failed: Data.Tag; mend the "
-       "row"},
+       "Line 5: A rule of the table refuses this: NOT NULL constraint failed: Data.Tag; correct "
+       "the row"},
   };
   for (const auto& [sLine, sFailure] : rows) {
     const auto outcome = Import(sGood + sLine);

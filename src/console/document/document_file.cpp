@@ -45,7 +45,7 @@ Text Reason(int iError) {
 [[noreturn]] void CannotWrite(const Text& sPath, const Text& sWhy, int iError = 0) {
   throw Failure(failure::kDocument,
                 "The document " + sPath + " cannot be saved: " + sWhy +
-                    "; what was there is untouched, save it elsewhere or mend that first.",
+                    "; what was there is untouched, save it elsewhere or put that right first.",
                 "DocumentFile", iError);
 }
 

@@ -71,10 +71,10 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
   }
   const auto* type = NodeType(sNodeTypeName);
   if (!type) {
-    throw Failure(
-        failure::kInvalidArgument,
-        "The snap-in has no node type \"" + sNodeTypeName + "\"; ask its maker for a mended one.",
-        "console");
+    throw Failure(failure::kInvalidArgument,
+                  "The snap-in has no node type \"" + sNodeTypeName +
+                      "\"; ask its maker for a corrected one.",
+                  "console");
   }
   auto [at, bAdded] = m_index.try_emplace(sKey, nullptr);
   if (!bAdded) {

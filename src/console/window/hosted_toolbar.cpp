@@ -38,7 +38,7 @@ platform::ToolbarButton& HostedToolbar::Item(const Text& sKey) {
   }
   throw platform::Failure(
       platform::failure::kInvalidArgument,
-      "The toolbar has no button \"" + sKey + "\"; ask the snap-in's maker for a mended one.",
+      "The toolbar has no button \"" + sKey + "\"; ask the snap-in's maker for a corrected one.",
       "console");
 }
 

@@ -66,7 +66,7 @@ TEST(SqliteErrors, each_native_code_has_its_number) {
 
 TEST(SqliteErrors, each_kind_of_trouble_has_its_own_sentence) {
   const std::vector<std::pair<int, std::string>> cases = {
-      {SQLITE_ERROR, "The statement cannot be run: why; mend it."},
+      {SQLITE_ERROR, "The statement cannot be run: why; correct it."},
       {SQLITE_READONLY,
        "The catalog \"M\" is read-only for you: ask its owner for the right to write to its file "
        "and folder."},
@@ -87,7 +87,7 @@ TEST(SqliteErrors, each_kind_of_trouble_has_its_own_sentence) {
       {SQLITE_NOTADB,
        "The catalog \"M\" is in a file that is no database: name another file, or restore it from "
        "a copy."},
-      {SQLITE_CONSTRAINT_UNIQUE, "A rule of the table refuses this: why; mend the row."},
+      {SQLITE_CONSTRAINT_UNIQUE, "A rule of the table refuses this: why; correct the row."},
       {SQLITE_AUTH,
        "The statement is refused: attaching and detaching, transactions and settings of the "
        "database are not for statements; leave them out."},

@@ -62,10 +62,10 @@ TEST_F(SqliteSessionTest, tells_what_is_wrong_with_a_statement_and_keeps_its_tex
   const auto session = Open();
   EXPECT_EQ(RunFails(*session, "SELEC 1"),
             (Told{failure::kSqlError,
-                  "The statement cannot be run: near \"SELEC\": syntax error; mend it."}));
-  EXPECT_EQ(
-      RunFails(*session, "SELECT * FROM nowhere"),
-      (Told{failure::kSqlError, "The statement cannot be run: no such table: nowhere; mend it."}));
+                  "The statement cannot be run: near \"SELEC\": syntax error; correct it."}));
+  EXPECT_EQ(RunFails(*session, "SELECT * FROM nowhere"),
+            (Told{failure::kSqlError,
+                  "The statement cannot be run: no such table: nowhere; correct it."}));
   try {
     Run(*session, "SELECT * FROM nowhere");
     FAIL();
@@ -126,7 +126,7 @@ TEST_F(SqliteSessionTest, a_statement_that_fails_has_changed_nothing) {
   EXPECT_EQ(
       RunFails(*session, "INSERT INTO t VALUES (1), (2), (1)"),
       (Told{failure::kConstraint,
-            "A rule of the table refuses this: UNIQUE constraint failed: t.a; mend the row."}));
+            "A rule of the table refuses this: UNIQUE constraint failed: t.a; correct the row."}));
   EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(0));
 }
 

@@ -115,7 +115,7 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
                        "it from a copy.",
                        sSubject);
     case failure::kConstraint:
-      return fmt::format("A rule of the table refuses this: {}; mend the row.", sDetail);
+      return fmt::format("A rule of the table refuses this: {}; correct the row.", sDetail);
     case failure::kNotSupported:
       return "The statement is refused: attaching and detaching, transactions and settings of the "
              "database are not for statements; leave them out.";
@@ -126,7 +126,7 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
             "time stands between single quotes.",
             sName);
       }
-      return fmt::format("The statement cannot be run: {}; mend it.", sDetail);
+      return fmt::format("The statement cannot be run: {}; correct it.", sDetail);
   }
 }
 
