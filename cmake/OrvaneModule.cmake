@@ -4,6 +4,7 @@ set(ORVANE_DOORS_FILE ${CMAKE_SOURCE_DIR}/cmake/doors.txt)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ORVANE_DOORS_FILE})
 
 # The link targets behind the names of doors.txt that are not rooms.
+set(ORVANE_DOOR_qtcore Qt6::Core)
 set(ORVANE_DOOR_qt Qt6::Widgets)
 set(ORVANE_DOOR_svg Qt6::Svg)
 set(ORVANE_DOOR_sqlite SQLite::SQLite3)
@@ -14,6 +15,13 @@ set(ORVANE_DOOR_cli11 CLI11::CLI11)
 set(ORVANE_DOOR_json nlohmann_json::nlohmann_json)
 set(ORVANE_DOOR_qscintilla orvane::qscintilla)
 set(ORVANE_DOOR_dl ${CMAKE_DL_LIBS})
+
+# orvane_room_target(ROOM RESULT): the library of a room; of a room within a folder, such as
+# console/session, it is orvane_console_session.
+function(orvane_room_target room result)
+  string(REPLACE "/" "_" name ${room})
+  set(${result} orvane_${name} PARENT_SCOPE)
+endfunction()
 
 # orvane_doors(ROOM RESULT): the link targets for the doors that doors.txt gives the room.
 function(orvane_doors room result)
@@ -28,24 +36,26 @@ function(orvane_doors room result)
     if(DEFINED ORVANE_DOOR_${door})
       list(APPEND targets ${ORVANE_DOOR_${door}})
     else()
-      list(APPEND targets orvane_${door})
+      orvane_room_target(${door} target)
+      list(APPEND targets ${target})
     endif()
   endforeach()
   set(${result} ${targets} PARENT_SCOPE)
 endfunction()
 
-# orvane_module(NAME SOURCES...): the static library orvane_NAME of the folder src/NAME with the
-# doors of its room. Without sources it is a library of headers.
-function(orvane_module name)
-  orvane_doors(${name} doors)
+# orvane_module(ROOM SOURCES...): the static library of the folder src/ROOM with the doors of its
+# room. Without sources it is a library of headers.
+function(orvane_module room)
+  orvane_doors(${room} doors)
+  orvane_room_target(${room} target)
   if(ARGN)
-    add_library(orvane_${name} STATIC ${ARGN})
-    target_include_directories(orvane_${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
-    target_link_libraries(orvane_${name} PUBLIC ${doors})
+    add_library(${target} STATIC ${ARGN})
+    target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(${target} PUBLIC ${doors})
   else()
-    add_library(orvane_${name} INTERFACE)
-    target_include_directories(orvane_${name} INTERFACE ${CMAKE_SOURCE_DIR}/src)
-    target_link_libraries(orvane_${name} INTERFACE ${doors})
+    add_library(${target} INTERFACE)
+    target_include_directories(${target} INTERFACE ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(${target} INTERFACE ${doors})
   endif()
 endfunction()
 

@@ -1,4 +1,4 @@
-#include "console/window/console_session.h"
+#include "console/session/console_session.h"
 
 #include <gmock/gmock.h>
 

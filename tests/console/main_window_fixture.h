@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QFile>
 #include <QMessageBox>
 #include <QSettings>

@@ -1,4 +1,4 @@
-#include "console/scope/scope_tree.h"
+#include "console/session/scope_tree.h"
 
 #include <gmock/gmock.h>
 
@@ -7,7 +7,8 @@
 #include <QSignalSpy>
 #include <QTextDocument>
 
-#include "console/window/image_list.h"
+#include "console/look/image_list.h"
+#include "console/scope/scope_look.h"
 #include "tests/console/fake_snap_in.h"
 
 namespace orvane::console {
@@ -44,7 +45,8 @@ class ScopeTreeTest : public testing::Test {
   }
 
   ImageList m_images;
-  ScopeTree m_tree{&m_images};
+  ScopeLook m_look{m_images};
+  ScopeTree m_tree{&m_look};
   QAbstractItemModelTester m_tester{&m_tree, QAbstractItemModelTester::FailureReportingMode::Fatal};
   ScopeTreeItemPtr m_root;
 };

@@ -15,8 +15,8 @@
 #include <set>
 
 #include "console/app/appearance.h"
+#include "console/look/roomy_rows.h"
 #include "console/window/notice_bar.h"
-#include "console/window/roomy_rows.h"
 #include "console/window/toolbar_view.h"
 #include "tests/console/main_window_fixture.h"
 

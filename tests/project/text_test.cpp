@@ -53,7 +53,7 @@ TEST(TextTest, files_of_every_kind_are_read) {
        {"run", "test", "README.md", ".ci/run", ".clang-tidy", "scripts/build", "scripts/fuzz",
         "CMakeLists.txt", "CMakePresets.json", "cmake/doors.txt", "docs/errors.md",
         "samples/Localhost.orvc", "packaging/debian-packages.txt", "src/tools/CMakeLists.txt",
-        "src/console/images/server.svg", "tests/leaks_of_others.txt", "bench/document.cpp"}) {
+        "src/console/look/images/server.svg", "tests/leaks_of_others.txt", "bench/document.cpp"}) {
     EXPECT_TRUE(std::find(files.begin(), files.end(), Root() / sFile) != files.end()) << sFile;
   }
 }

@@ -10,8 +10,8 @@
 #include <QVBoxLayout>
 #include <cstring>
 
-#include "console/dialogs/window_in_front.h"
-#include "console/forms/pointer_rest.h"
+#include "console/look/pointer_rest.h"
+#include "console/look/window_in_front.h"
 
 namespace orvane::console {
 

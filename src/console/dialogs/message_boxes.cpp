@@ -3,9 +3,9 @@
 #include <QApplication>
 #include <QMessageBox>
 
-#include "console/dialogs/program_title.h"
-#include "console/dialogs/window_in_front.h"
-#include "console/forms/pointer_rest.h"
+#include "console/look/pointer_rest.h"
+#include "console/look/program_title.h"
+#include "console/look/window_in_front.h"
 
 namespace orvane::console {
 

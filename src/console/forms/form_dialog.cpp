@@ -9,7 +9,7 @@
 #include <QWindow>
 #include <utility>
 
-#include "console/forms/pointer_rest.h"
+#include "console/look/pointer_rest.h"
 
 namespace orvane::console {
 namespace {

@@ -1,7 +1,7 @@
 #include "console/forms/qt_form.h"
 
-#include "console/dialogs/window_in_front.h"
 #include "console/forms/button_controls.h"
+#include "console/look/window_in_front.h"
 #include "platform/failure.h"
 
 namespace orvane::console {

@@ -9,7 +9,7 @@
 #include <QSortFilterProxyModel>
 #include <QTreeView>
 
-#include "console/window/roomy_rows.h"
+#include "console/look/roomy_rows.h"
 
 namespace orvane::console {
 

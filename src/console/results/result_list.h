@@ -4,7 +4,7 @@
 
 #include <QStackedWidget>
 
-#include "console/results/result_list_model.h"
+#include "console/session/result_list_model.h"
 
 class QAbstractItemView;
 class QListView;

@@ -9,10 +9,10 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "console/look/image_list.h"
+#include "console/look/tool_tip.h"
 #include "console/results/message_page.h"
-#include "console/results/tool_tip.h"
-#include "console/window/console_session.h"
-#include "console/window/image_list.h"
+#include "console/session/console_session.h"
 
 namespace orvane::console {
 
@@ -166,7 +166,7 @@ void ResultPane::ShowReady(HostedResultView& view) {
   }
   if (view.IsControl()) return;
   m_bListView = true;
-  m_list->ShowModel(std::make_unique<ResultListModel>(m_session->Tree(), m_images, view));
+  m_list->ShowModel(std::make_unique<ResultListModel>(m_session->Tree(), view));
   if (const auto at = m_widths.find(view.Description().sName); at != m_widths.end()) {
     m_list->ColumnWidths(at->second);
   }

@@ -18,6 +18,7 @@ class QVBoxLayout;
 namespace orvane::console {
 
 class ConsoleSession;
+class ImageList;
 class MessagePage;
 
 class ResultPane final : public QWidget {

@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 
-#include "console/window/roomy_rows.h"
+#include "console/look/roomy_rows.h"
 
 namespace orvane::console {
 

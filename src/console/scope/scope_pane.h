@@ -5,7 +5,7 @@
 
 #include <QTreeView>
 
-#include "console/scope/scope_tree.h"
+#include "console/session/scope_tree.h"
 
 namespace orvane::console {
 

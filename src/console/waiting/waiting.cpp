@@ -5,7 +5,7 @@
 #include <QThread>
 #include <QTimer>
 
-#include "console/dialogs/window_in_front.h"
+#include "console/look/window_in_front.h"
 #include "console/waiting/input_hold.h"
 #include "console/waiting/waiting_worker.h"
 

@@ -6,9 +6,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "console/dialogs/program_title.h"
 #include "console/document/document.h"
 #include "console/document/document_format.h"
+#include "console/look/program_title.h"
 
 namespace orvane::console {
 

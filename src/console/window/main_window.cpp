@@ -12,8 +12,8 @@
 #include <algorithm>
 
 #include "console/document/recent_documents.h"
+#include "console/look/tool_tip.h"
 #include "console/results/result_pane.h"
-#include "console/results/tool_tip.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/document_questions.h"
 #include "console/window/menu_key.h"
@@ -38,7 +38,7 @@ QString Shown(const Text& sText) {
 MainWindow::MainWindow(WindowParts parts, QWidget* parent)
     : QMainWindow(parent),
       m_parts(std::move(parts)),
-      m_session(std::make_unique<ConsoleSession>(m_parts.create, m_parts.services, &m_images)),
+      m_session(std::make_unique<ConsoleSession>(m_parts.create, m_parts.services, &m_look)),
       m_document(std::make_unique<console::Document>()),
       m_unsaved(new UnsavedWork(m_parts.boxes, m_parts.optionTexts, this)),
       m_menus(*menuBar(), this) {

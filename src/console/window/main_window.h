@@ -6,8 +6,9 @@
 #include <optional>
 
 #include "console/document/document.h"
-#include "console/window/console_session.h"
-#include "console/window/image_list.h"
+#include "console/look/image_list.h"
+#include "console/scope/scope_look.h"
+#include "console/session/console_session.h"
 #include "console/window/window_menus.h"
 
 class QLabel;
@@ -108,6 +109,7 @@ class MainWindow final : public QMainWindow {
 
   WindowParts m_parts;
   ImageList m_images;
+  ScopeLook m_look{m_images};
   std::unique_ptr<RecentDocuments> m_recent;
   std::unique_ptr<ConsoleSession> m_session;
   std::unique_ptr<console::Document> m_document;

@@ -5,7 +5,7 @@
 #include <QStyle>
 #include <QToolButton>
 
-#include "console/window/image_list.h"
+#include "console/look/image_list.h"
 
 namespace orvane::console {
 

@@ -6,9 +6,9 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "console/results/tool_tip.h"
-#include "console/window/console_session.h"
-#include "console/window/image_list.h"
+#include "console/look/image_list.h"
+#include "console/look/tool_tip.h"
+#include "console/session/console_session.h"
 
 namespace orvane::console {
 

@@ -11,7 +11,7 @@
 #include <set>
 
 #include "console/document/document_state.h"
-#include "console/window/console_session.h"
+#include "console/session/console_session.h"
 
 namespace orvane::console {
 

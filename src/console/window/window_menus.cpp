@@ -4,7 +4,7 @@
 #include <QMenuBar>
 #include <initializer_list>
 
-#include "console/window/image_list.h"
+#include "console/look/image_list.h"
 
 namespace orvane::console {
 

@@ -1,6 +1,6 @@
-#include "console/window/hosted_console.h"
+#include "console/session/hosted_console.h"
 
-#include "console/window/console_session.h"
+#include "console/session/console_session.h"
 
 namespace orvane::console {
 

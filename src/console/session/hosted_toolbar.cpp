@@ -1,4 +1,4 @@
-#include "console/window/hosted_toolbar.h"
+#include "console/session/hosted_toolbar.h"
 
 #include <algorithm>
 

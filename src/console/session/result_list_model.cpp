@@ -1,22 +1,14 @@
-#include "console/results/result_list_model.h"
+#include "console/session/result_list_model.h"
 
-#include <QIcon>
-
-#include "console/results/tool_tip.h"
-#include "console/window/image_list.h"
+#include "console/session/item_look.h"
 
 namespace orvane::console {
 
 using platform::Long;
 using platform::Text;
 
-ResultListModel::ResultListModel(ScopeTree& tree, const ImageList& images, HostedResultView& view,
-                                 QObject* parent)
-    : QAbstractTableModel(parent),
-      m_tree(tree),
-      m_images(images),
-      m_view(view),
-      m_bOwnRows(view.Rows().Count() > 0) {
+ResultListModel::ResultListModel(ScopeTree& tree, HostedResultView& view, QObject* parent)
+    : QAbstractTableModel(parent), m_tree(tree), m_view(view), m_bOwnRows(view.Rows().Count() > 0) {
   for (const auto& column : view.Description().columns) {
     m_columns.push_back({QString::fromStdString(column.sText), column.lWidth});
   }
@@ -126,15 +118,16 @@ QVariant ResultListModel::data(const QModelIndex& index, int role) const {
       return QString::fromStdString(ItemAt(iRow)->Name());
     }
     case Qt::DecorationRole: {
-      if (index.column() != 0) return {};
+      const auto* look = m_tree.Look();
+      if (index.column() != 0 || !look) return {};
       const auto item = ItemAt(iRow);
-      return item && item->State() == NodeState::Failed ? m_images.FailedFolder(ImageAt(iRow))
-                                                        : m_images.Folder(ImageAt(iRow));
+      return item ? look->OfItem(*item, role) : look->Picture(ImageAt(iRow));
     }
     case Qt::ToolTipRole: {
       // A text that its column cuts is read here.
       const auto sText = data(index, Qt::DisplayRole).toString();
-      return sText.size() > 24 ? QVariant(ToolTipOf(sText)) : QVariant();
+      const auto* look = m_tree.Look();
+      return look && sText.size() > 24 ? look->ToolTip(sText) : QVariant();
     }
     default:
       return {};

@@ -1,6 +1,6 @@
-#include "console/window/console_session.h"
+#include "console/session/console_session.h"
 
-#include "console/window/hosted_console.h"
+#include "console/session/hosted_console.h"
 #include "platform/failure.h"
 
 namespace orvane::console {
@@ -68,11 +68,10 @@ void ConsoleSession::EndEvent(EventKind kind) {
   emit EventEnded(bFinding && kind == EventKind::Browsing ? EventKind::Finding : kind);
 }
 
-ConsoleSession::ConsoleSession(Creator creator, platform::Services services,
-                               const ImageList* images)
+ConsoleSession::ConsoleSession(Creator creator, platform::Services services, const ItemLook* look)
     : m_creator(std::move(creator)),
       m_services(std::move(services)),
-      m_tree(std::make_unique<ScopeTree>(images)) {
+      m_tree(std::make_unique<ScopeTree>(look)) {
   m_tree->OnExpandInNameSpace([this](const ScopeTreeItemPtr& item) {
     Expand(item);
     emit Expanded(item);

@@ -1,4 +1,4 @@
-#include "console/dialogs/window_in_front.h"
+#include "console/look/window_in_front.h"
 
 #include <QApplication>
 #include <QWidget>

@@ -1,4 +1,4 @@
-#include "console/scope/list_texts.h"
+#include "console/session/list_texts.h"
 
 #include <algorithm>
 

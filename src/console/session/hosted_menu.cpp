@@ -1,4 +1,4 @@
-#include "console/window/hosted_menu.h"
+#include "console/session/hosted_menu.h"
 
 #include "platform/failure.h"
 

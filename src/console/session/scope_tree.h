@@ -9,12 +9,12 @@
 #include <functional>
 #include <unordered_map>
 
-#include "console/scope/scope_tree_item.h"
+#include "console/session/scope_tree_item.h"
 #include "platform/console/snap_in.h"
 
 namespace orvane::console {
 
-class ImageList;
+class ItemLook;
 
 class ScopeTree final : public QAbstractItemModel, public platform::ScopeItems {
   Q_OBJECT
@@ -22,8 +22,8 @@ class ScopeTree final : public QAbstractItemModel, public platform::ScopeItems {
  public:
   enum Role : int { StateRole = Qt::UserRole + 1, KeyRole };
 
-  /// The image list may be null, then no item has a picture; otherwise it outlives the tree.
-  explicit ScopeTree(const ImageList* images = nullptr, QObject* parent = nullptr);
+  /// The look may be null, then items are their names; otherwise it outlives the tree.
+  explicit ScopeTree(const ItemLook* look = nullptr, QObject* parent = nullptr);
   ~ScopeTree() override;
 
   /// Takes the snap-in's node types and makes the static node, the only item at the top. Whatever
@@ -32,6 +32,7 @@ class ScopeTree final : public QAbstractItemModel, public platform::ScopeItems {
   /// Removes every item, the static node too.
   void Clear();
 
+  const ItemLook* Look() const noexcept { return m_look; }
   const ScopeTreeItemPtr& StaticItem() const noexcept { return m_static; }
   const platform::NodeTypeDescription* NodeType(const platform::Text& sName) const;
 
@@ -85,7 +86,7 @@ class ScopeTree final : public QAbstractItemModel, public platform::ScopeItems {
   void Forget(ScopeTreeItem& item);
   ScopeTreeItem* Raw(const QModelIndex& index) const;
 
-  const ImageList* m_images;
+  const ItemLook* m_look;
   std::vector<platform::NodeTypeDescription> m_nodeTypes;
   std::unordered_map<platform::Text, std::size_t> m_nodeTypeIndex;
   ScopeTreeItemPtr m_static;

@@ -1,6 +1,6 @@
-#include "console/window/image_list.h"
+#include "console/look/image_list.h"
 
-#include "console/window/drawn_icon.h"
+#include "console/look/drawn_icon.h"
 
 // The drawings lie in a static library, whose resources nobody registers by themselves.
 static void InitImages() {

@@ -1,6 +1,6 @@
-#include "console/scope/scope_tree_item.h"
+#include "console/session/scope_tree_item.h"
 
-#include "console/scope/scope_tree.h"
+#include "console/session/scope_tree.h"
 
 namespace orvane::console {
 

@@ -1,13 +1,8 @@
-#include "console/scope/scope_tree.h"
+#include "console/session/scope_tree.h"
 
-#include <QApplication>
-#include <QFont>
-#include <QIcon>
-#include <QPalette>
 #include <algorithm>
 
-#include "console/results/tool_tip.h"
-#include "console/window/image_list.h"
+#include "console/session/item_look.h"
 #include "platform/failure.h"
 
 namespace orvane::console {
@@ -20,8 +15,8 @@ using platform::ScopeNodePtr;
 using platform::Text;
 namespace failure = platform::failure;
 
-ScopeTree::ScopeTree(const ImageList* images, QObject* parent)
-    : QAbstractItemModel(parent), m_images(images) {}
+ScopeTree::ScopeTree(const ItemLook* look, QObject* parent)
+    : QAbstractItemModel(parent), m_look(look) {}
 
 ScopeTree::~ScopeTree() {
   if (m_static) Forget(*m_static);
@@ -309,31 +304,13 @@ QVariant ScopeTree::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return QString::fromStdString(item->m_sDisplayName);
     case Qt::DecorationRole:
-      if (!m_images) return {};
-      return item->m_state == NodeState::Failed ? m_images->FailedFolder(item->m_lImage)
-                                                : m_images->Folder(item->m_lImage);
     case Qt::ToolTipRole:
-      if (item->m_state == NodeState::Failed) {
-        return ToolTipOf(tr("%1 could not be opened. Double-click it to try again.")
-                             .arg(QString::fromStdString(item->m_sDisplayName)));
-      }
-      return {};
+    case Qt::FontRole:
+    case Qt::ForegroundRole:
+      return m_look ? m_look->OfItem(*item, role) : QVariant();
     case Qt::AccessibleDescriptionRole:
       if (item->m_state == NodeState::Failed) return tr("could not be opened");
       if (item->m_state == NodeState::Loading) return tr("loading");
-      return {};
-    case Qt::FontRole:
-      if (item->m_state == NodeState::Loading) {
-        QFont font;
-        font.setItalic(true);
-        return font;
-      }
-      return {};
-    case Qt::ForegroundRole:
-      if (item->m_state == NodeState::Loading) {
-        return QApplication::palette().brush(QPalette::Disabled, QPalette::Text);
-      }
-      if (item->m_state == NodeState::Failed) return QColor(0xB3, 0x26, 0x1E);
       return {};
     case StateRole:
       return static_cast<int>(item->m_state);

@@ -1,4 +1,4 @@
-#include "console/results/hosted_result_view.h"
+#include "console/session/hosted_result_view.h"
 
 #include "platform/failure.h"
 

@@ -6,8 +6,8 @@
 #include <functional>
 #include <memory>
 
-#include "console/scope/list_texts.h"
-#include "console/scope/scope_tree_item.h"
+#include "console/session/list_texts.h"
+#include "console/session/scope_tree_item.h"
 #include "platform/console/snap_in.h"
 #include "platform/grids/grids.h"
 

@@ -5,8 +5,8 @@
 
 #include <QAbstractTableModel>
 
-#include "console/results/hosted_result_view.h"
-#include "console/scope/scope_tree.h"
+#include "console/session/hosted_result_view.h"
+#include "console/session/scope_tree.h"
 
 namespace orvane::console {
 
@@ -19,10 +19,9 @@ class ResultListModel final : public QAbstractTableModel {
     int iWidth = 0;  ///< pixels at 96 dots an inch; 0 lets the pane choose
   };
 
-  /// Tree, images and view outlive the model. A view that the snap-in has put rows into lists
-  /// these, any other one the scope items beneath its own.
-  ResultListModel(ScopeTree& tree, const ImageList& images, HostedResultView& view,
-                  QObject* parent = nullptr);
+  /// Tree and view outlive the model; rows look as the tree's do. A view that the snap-in has put
+  /// rows into lists these, any other one the scope items beneath its own.
+  ResultListModel(ScopeTree& tree, HostedResultView& view, QObject* parent = nullptr);
   ~ResultListModel() override;
 
   const std::vector<Column>& Columns() const noexcept { return m_columns; }
@@ -47,7 +46,6 @@ class ResultListModel final : public QAbstractTableModel {
   void AddColumnsOfRows();
 
   ScopeTree& m_tree;
-  const ImageList& m_images;
   HostedResultView& m_view;
   bool m_bOwnRows;
   std::vector<Column> m_columns;

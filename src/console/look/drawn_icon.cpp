@@ -1,4 +1,4 @@
-#include "console/window/drawn_icon.h"
+#include "console/look/drawn_icon.h"
 
 #include <QFile>
 #include <QGuiApplication>

@@ -1,4 +1,4 @@
-#include "console/forms/pointer_rest.h"
+#include "console/look/pointer_rest.h"
 
 #include <QApplication>
 

@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "console/scope/scope_tree_item.h"
+#include "console/session/scope_tree_item.h"
 #include "platform/console/menus.h"
 #include "platform/console/views.h"
 

@@ -8,10 +8,10 @@
 #include <functional>
 #include <optional>
 
-#include "console/results/hosted_result_view.h"
-#include "console/scope/scope_tree.h"
-#include "console/window/hosted_menu.h"
-#include "console/window/hosted_toolbar.h"
+#include "console/session/hosted_menu.h"
+#include "console/session/hosted_result_view.h"
+#include "console/session/hosted_toolbar.h"
+#include "console/session/scope_tree.h"
 #include "platform/services.h"
 
 namespace orvane::console {
@@ -30,9 +30,9 @@ class ConsoleSession final : public QObject {
   /// found by expanding, which would be found again; or work that may be worth saving.
   enum class EventKind : std::uint8_t { Browsing, Finding, Command };
 
-  /// The services need a user interface; the console in them is the session's own. The images may
-  /// be null and outlive the session.
-  ConsoleSession(Creator creator, platform::Services services, const ImageList* images);
+  /// The services need a user interface; the console in them is the session's own. The look may
+  /// be null, and outlives the session.
+  ConsoleSession(Creator creator, platform::Services services, const ItemLook* look);
   ~ConsoleSession() override;
 
   /// Creates the snap-in and hands it the document's bag, or none for a new document; then shows

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "console/scope/list_texts.h"
+#include "console/session/list_texts.h"
 #include "platform/console/scope_items.h"
 
 namespace orvane::console {

@@ -1,0 +1,69 @@
+#include "console/scope/scope_look.h"
+
+#include <QColor>
+#include <QCoreApplication>
+#include <QFont>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPalette>
+
+#include "console/look/image_list.h"
+#include "console/look/tool_tip.h"
+#include "console/session/scope_tree_item.h"
+
+namespace orvane::console {
+
+namespace {
+
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(ScopeLook)
+};
+
+QVariant TipOf(const ScopeTreeItem& item) {
+  if (item.State() != NodeState::Failed) return {};
+  return ToolTipOf(Texts::tr("%1 could not be opened. Double-click it to try again.")
+                       .arg(QString::fromStdString(item.Name())));
+}
+
+QVariant FontOf(const ScopeTreeItem& item) {
+  if (item.State() != NodeState::Loading) return {};
+  QFont font;
+  font.setItalic(true);
+  return font;
+}
+
+QVariant ColorOf(const ScopeTreeItem& item) {
+  if (item.State() == NodeState::Loading) {
+    return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
+  }
+  if (item.State() == NodeState::Failed) return QColor(0xB3, 0x26, 0x1E);
+  return {};
+}
+
+}  // namespace
+
+QVariant ScopeLook::OfItem(const ScopeTreeItem& item, int iRole) const {
+  switch (iRole) {
+    case Qt::DecorationRole:
+      return item.State() == NodeState::Failed ? m_images.FailedFolder(item.Image())
+                                               : m_images.Folder(item.Image());
+    case Qt::ToolTipRole:
+      return TipOf(item);
+    case Qt::FontRole:
+      return FontOf(item);
+    case Qt::ForegroundRole:
+      return ColorOf(item);
+    default:
+      return {};
+  }
+}
+
+QVariant ScopeLook::Picture(platform::Long lImage) const {
+  return m_images.Folder(lImage);
+}
+
+QVariant ScopeLook::ToolTip(const QString& sText) const {
+  return ToolTipOf(sText);
+}
+
+}  // namespace orvane::console
