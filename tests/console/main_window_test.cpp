@@ -27,6 +27,7 @@
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/notice_bar.h"
+#include "console/window/selection_menus.h"
 #include "console/window/toolbar_view.h"
 #include "tests/console/main_window_fixture.h"
 
@@ -536,7 +537,7 @@ TEST_F(MainWindowTest, action_menu_has_the_commands_of_the_selection) {
 TEST_F(MainWindowTest, menus_have_the_heading_that_the_snap_in_gave_their_commands) {
   m_script->menus["Servers"] = {{"m_mnuOptions", "Options...", true}};
   QMenu menu;
-  m_window->FillActionMenu(menu, HostedSelection({Find("")}));
+  m_window->Menus().Fill(menu, HostedSelection({Find("")}));
   const auto actions = menu.actions();
   ASSERT_GE(actions.size(), 3);
   EXPECT_EQ(actions[0]->text(), "&Open");

@@ -1,0 +1,147 @@
+#include "console/window/selection_menus.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <algorithm>
+
+#include "console/results/result_pane.h"
+#include "console/scope/scope_pane.h"
+#include "console/session/console_session.h"
+#include "console/window/window_menus.h"
+
+namespace orvane::console {
+
+namespace {
+
+QString Shown(const platform::Text& sText) {
+  return QString::fromStdString(sText);
+}
+
+}  // namespace
+
+SelectionMenus::SelectionMenus(ConsoleSession& session, ScopePane& scope, ResultPane& results,
+                               const WindowMenus& menus, QWidget* window)
+    : QObject(window),
+      m_session(session),
+      m_scope(scope),
+      m_results(results),
+      m_menus(menus),
+      m_window(window) {
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](const QWidget*, const QWidget* now) { NotePane(now); });
+  connect(m_menus.mnuAction, &QMenu::aboutToShow, this, [this] {
+    m_menus.mnuAction->clear();
+    if (!m_session.IsBusy()) Fill(*m_menus.mnuAction, Current());
+  });
+}
+
+void SelectionMenus::NotePane(const QWidget* focus) {
+  const auto isIn = [&](const QWidget& pane) { return &pane == focus || pane.isAncestorOf(focus); };
+  // Menu bar, toolbar and tabs are no panes: whoever goes there comes with what is marked.
+  if (!focus) return;
+  if (isIn(m_results.List())) {
+    m_bInList = true;
+  } else if (isIn(m_scope) || m_results.IsInControl(focus)) {
+    m_bInList = false;
+  }
+}
+
+HostedSelection SelectionMenus::OfList() const {
+  auto items = m_results.List().SelectedItems();
+  if (!items.empty()) return HostedSelection(std::move(items));
+  return HostedSelection::OfListItems(m_results.List().SelectedRows());
+}
+
+HostedSelection SelectionMenus::Current() const {
+  if (m_results.IsListShown() && m_bInList) {
+    auto selection = OfList();
+    if (selection.Type() != platform::kSelectionNothing) return selection;
+  }
+  return m_session.Selected() ? HostedSelection({m_session.Selected()}) : HostedSelection();
+}
+
+void SelectionMenus::AddOpen(QMenu& menu, const ScopeTreeItemPtr& item) {
+  const auto* type = m_session.Tree().NodeType(item->Type());
+  const bool bListed =
+      type && !type->resultViews.empty() && type->resultViews.front().sControlProgId.empty();
+  const bool bElsewhere = item != m_session.Selected();
+  const bool bFailed = item->State() == NodeState::Failed;
+  if (!bElsewhere && !(bListed && (item->State() == NodeState::NotLoaded || bFailed))) return;
+  auto* open = menu.addAction(bFailed ? tr("Try A&gain") : tr("&Open"));
+  open->setObjectName("actOpenItem");
+  connect(
+      open, &QAction::triggered, this,
+      [this, item, bElsewhere] {
+        if (bElsewhere) {
+          emit OpenRequested(item);
+        } else {
+          emit ExpandRequested(item);
+        }
+      },
+      Qt::QueuedConnection);
+}
+
+void SelectionMenus::AddCommands(QMenu& menu, const platform::Menu& commands,
+                                 const HostedSelection& selection) {
+  if (!commands.sCaption.empty()) {
+    menu.addSection(Shown(commands.sCaption));
+  } else if (!menu.isEmpty()) {
+    menu.addSeparator();
+  }
+  platform::Long lIndex = 0;
+  for (const auto& entry : commands.items) {
+    ++lIndex;
+    auto* action = menu.addAction(Shown(entry.sCaption));
+    action->setObjectName(Shown(entry.sName));
+    action->setEnabled(entry.bEnabled);
+    connect(
+        action, &QAction::triggered, this,
+        [this, sName = entry.sName, lIndex, selection] {
+          if (!m_session.IsBusy()) m_session.ClickMenu(sName, lIndex, selection);
+        },
+        Qt::QueuedConnection);
+  }
+}
+
+void SelectionMenus::Fill(QMenu& menu, const HostedSelection& selection) {
+  if (selection.Items().size() == 1) AddOpen(menu, selection.Items().front());
+  for (const auto& commands : m_session.MenusOf(selection)) AddCommands(menu, commands, selection);
+  if (!menu.isEmpty()) menu.addSeparator();
+  menu.addAction(m_menus.actRefresh);
+}
+
+void SelectionMenus::Show(const HostedSelection& selection, const QPoint& position) {
+  if (m_session.IsBusy()) {
+    m_awaited = {selection, position};
+    return;
+  }
+  const auto& items = selection.Items();
+  if (std::any_of(items.begin(), items.end(), [](const auto& item) { return item->IsRemoved(); })) {
+    return;
+  }
+  auto* menu = new QMenu(m_window);
+  menu->setObjectName("contextMenu");
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  Fill(*menu, selection);
+  menu->popup(position);
+}
+
+void SelectionMenus::ShowForList(const QPoint& position) {
+  auto selection = OfList();
+  if (selection.Type() == platform::kSelectionNothing && m_session.Selected()) {
+    selection = HostedSelection({m_session.Selected()});
+  }
+  Show(selection, position);
+}
+
+void SelectionMenus::ShowAwaited() {
+  if (const auto awaited = std::exchange(m_awaited, {})) {
+    Show(awaited->selection, awaited->position);
+  }
+}
+
+void SelectionMenus::ForgetAwaited() {
+  m_awaited.reset();
+}
+
+}  // namespace orvane::console

@@ -1,0 +1,70 @@
+// The menus of commands for what is selected: the Action menu and the menus that a right click or
+// the Menu key opens. Knows which pane the commands are about. User-interface thread.
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <optional>
+
+#include "console/session/hosted_menu.h"
+
+class QMenu;
+class QWidget;
+
+namespace orvane::console {
+
+class ConsoleSession;
+class ResultPane;
+class ScopePane;
+class WindowMenus;
+
+class SelectionMenus final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// All of these outlive the menus, which come up over the window.
+  SelectionMenus(ConsoleSession& session, ScopePane& scope, ResultPane& results,
+                 const WindowMenus& menus, QWidget* window);
+
+  /// The rows marked in the list when the list had the focus last, else the item selected in the
+  /// tree.
+  HostedSelection Current() const;
+  /// Fills a menu with the commands for the selection.
+  void Fill(QMenu& menu, const HostedSelection& selection);
+  /// Opens the menu there; while the session is at work, when that has ended.
+  void Show(const HostedSelection& selection, const QPoint& position);
+  /// Opens the menu of the rows marked in the list, or of the item listed when there are none.
+  void ShowForList(const QPoint& position);
+  /// Opens what was asked for while the session was at work.
+  void ShowAwaited();
+  /// Forgets it.
+  void ForgetAwaited();
+
+ signals:
+  /// The item is to be shown, and what lies beneath it.
+  void OpenRequested(const orvane::console::ScopeTreeItemPtr& item);
+  /// The item shown is to be expanded.
+  void ExpandRequested(const orvane::console::ScopeTreeItemPtr& item);
+
+ private:
+  HostedSelection OfList() const;
+  /// Remembers the pane that the focus came to.
+  void NotePane(const QWidget* focus);
+  void AddOpen(QMenu& menu, const ScopeTreeItemPtr& item);
+  void AddCommands(QMenu& menu, const platform::Menu& commands, const HostedSelection& selection);
+
+  struct Awaited {
+    HostedSelection selection;
+    QPoint position;
+  };
+
+  ConsoleSession& m_session;
+  ScopePane& m_scope;
+  ResultPane& m_results;
+  const WindowMenus& m_menus;
+  QWidget* m_window;
+  std::optional<Awaited> m_awaited;
+  bool m_bInList = false;  // of the panes, the list had the focus last
+};
+
+}  // namespace orvane::console
