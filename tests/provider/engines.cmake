@@ -5,6 +5,7 @@ orvane_test(engines
     engines/sqlite_engine_test.cpp
     engines/sqlite_errors_test.cpp
     engines/sqlite_fetch_test.cpp
+    engines/sqlite_functions_test.cpp
     engines/sqlite_limits_test.cpp
     engines/sqlite_reading_test.cpp
     engines/sqlite_schema_test.cpp

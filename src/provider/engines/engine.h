@@ -25,6 +25,13 @@ struct Catalog {
   std::int64_t llMaxKilobytes = 0;  ///< limit of the file's size; 0 is none
 };
 
+/// A function of one value that a statement may call while it runs. The same value always gives
+/// the same; a platform::Failure that is thrown ends the statement and is what its caller gets.
+struct StatementFunction {
+  platform::Text sName;
+  std::function<platform::Value(const platform::Value&)> call;
+};
+
 /// One statement in the engine's own SQL.
 struct EngineStatement {
   platform::Text sSql;
@@ -35,6 +42,7 @@ struct EngineStatement {
   platform::RowIndex maxRows = 0;        ///< 0 fetches all rows
   std::chrono::milliseconds timeout{0};  ///< 0 waits for ever
   platform::Boolean bReadOnly = false;   ///< only reads; see Run
+  std::vector<StatementFunction> functions{};  ///< known to this statement only
 };
 
 /// What a statement that only reads fails with when it would change anything.
@@ -58,12 +66,14 @@ struct ColumnSchema {
   platform::Boolean bNullable = true;
   platform::Long lKeyOrdinal = 0;          ///< place in the primary key from 1, 0 outside of it
   std::optional<platform::Text> sDefault;  ///< the default's SQL text
+  platform::Boolean bGenerated = false;    ///< computed from others; takes no value
 };
 
 struct TableSchema {
   platform::Text sName;
   platform::Boolean bView = false;
   std::vector<ColumnSchema> columns;  ///< in the table's order; empty when not asked for
+  platform::Text sViewText{};         ///< of a view, when its columns are asked for: its definition
 };
 
 /// Which tables to describe.

@@ -11,6 +11,7 @@
 #include "platform/conversions.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_files.h"
+#include "provider/engines/sqlite/sqlite_functions.h"
 #include "provider/engines/sqlite/sqlite_statement.h"
 #include "provider/engines/sqlite/sqlite_types.h"
 
@@ -178,7 +179,9 @@ EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_toke
     try {
       const Attachments attachments(*this, statement.catalogs);
       Authorized authorized(*this);
-      return RunAttached(statement, sSubject, watch.Start(), authorized);
+      SqliteFunctions functions(m_database.get(), statement.functions);
+      return functions.Guard(
+          [&] { return RunAttached(statement, sSubject, watch.Start(), authorized); });
     } catch (const std::bad_alloc&) {
       throw FailureOf(SQLITE_NOMEM, sSubject, {}, statement.sSql);
     }
@@ -241,7 +244,10 @@ std::vector<TableSchema> SqliteSession::ReadSchema(const Text& sQualifier, const
   const auto query = [&](Columns which, const std::optional<Text>& sTable) {
     const bool bColumns = which != Columns::None;
     Text sSql = "SELECT m.name, m.type";
-    if (bColumns) sSql += ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value";
+    if (bColumns)
+      sSql +=
+          ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value, c.hidden, "
+          "CASE m.type WHEN 'view' THEN m.sql END";
     sSql += " FROM " + Quoted(sQualifier) + ".sqlite_master AS m";
     if (bColumns) {
       // The hidden columns of virtual tables are no columns to anyone but their module.
@@ -268,9 +274,13 @@ std::vector<TableSchema> SqliteSession::ReadSchema(const Text& sQualifier, const
     for (platform::RowIndex row = 0; row < rs.RecordCount(); ++row) {
       const Text sName = TextOf(rs, row, 0);
       if (tables.empty() || tables.back().sName != sName) {
-        tables.push_back({sName, TextOf(rs, row, 1) == "view", {}});
+        tables.push_back({sName, TextOf(rs, row, 1) == "view", {}, {}});
       }
-      if (rs.FieldCount() == 2 || rs.ValueAt(row, 2).IsNull()) continue;
+      if (rs.FieldCount() == 2) continue;
+      if (tables.back().bView && tables.back().sViewText.empty()) {
+        tables.back().sViewText = TextOf(rs, row, 8);
+      }
+      if (rs.ValueAt(row, 2).IsNull()) continue;
       ColumnSchema column;
       column.sName = TextOf(rs, row, 2);
       column.sDeclaredType = TextOf(rs, row, 3);
@@ -278,6 +288,7 @@ std::vector<TableSchema> SqliteSession::ReadSchema(const Text& sQualifier, const
       column.bNullable = !platform::ToBoolean(rs.ValueAt(row, 4));
       column.lKeyOrdinal = platform::ToLong(rs.ValueAt(row, 5));
       if (!rs.ValueAt(row, 6).IsNull()) column.sDefault = TextOf(rs, row, 6);
+      column.bGenerated = platform::ToLong(rs.ValueAt(row, 7)) != 0;
       tables.back().columns.push_back(std::move(column));
     }
   };
