@@ -1,6 +1,7 @@
 #include "controls/empty_notice.h"
 
 #include <QVBoxLayout>
+#include <utility>
 
 namespace orvane::controls {
 
@@ -25,19 +26,25 @@ QLabel* AddLabel(QWidget* parent, const char* sName) {
 EmptyNotice::EmptyNotice(QWidget* parent)
     : QWidget(parent),
       m_title(AddLabel(this, "emptyTitle")),
-      m_sentence(AddLabel(this, "emptySentence")) {
+      m_sentence(AddLabel(this, "emptySentence")),
+      m_button(new QPushButton(this)) {
   QFont large = font();
   large.setPointSizeF(large.pointSizeF() * 1.2);
   large.setWeight(QFont::DemiBold);
   m_title->setFont(large);
   m_sentence->setForegroundRole(QPalette::PlaceholderText);
   m_title->setForegroundRole(QPalette::Text);
+  m_button->setObjectName("emptyButton");
+  m_button->setAutoDefault(false);
+  connect(m_button, &QPushButton::clicked, this, [this] { Press(); });
 
   auto* column = new QVBoxLayout;
   column->setSpacing(8);
   column->addStretch(2);
   column->addWidget(m_title);
   column->addWidget(m_sentence);
+  column->addSpacing(4);
+  column->addWidget(m_button, 0, Qt::AlignHCenter);
   column->addStretch(3);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -48,10 +55,25 @@ EmptyNotice::EmptyNotice(QWidget* parent)
 }
 
 void EmptyNotice::Say(const QString& sTitle, const QString& sSentence) {
+  m_action = nullptr;
   m_title->setText(sTitle);
   m_sentence->setText(sSentence);
   m_sentence->setVisible(!sSentence.isEmpty());
+  m_button->hide();
   setVisible(!sTitle.isEmpty());
+}
+
+void EmptyNotice::Ask(const QString& sTitle, const QString& sSentence, const QString& sButton,
+                      std::function<void()> action) {
+  Say(sTitle, sSentence);
+  m_action = std::move(action);
+  m_button->setText(sButton);
+  m_button->show();
+}
+
+void EmptyNotice::Press() {
+  // Taken out first: the action says something else, and must not be called by a second press.
+  if (const auto action = std::exchange(m_action, nullptr)) action();
 }
 
 }  // namespace orvane::controls

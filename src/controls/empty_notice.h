@@ -1,9 +1,11 @@
-// What a grid says in the place of rows: a short title and a sentence that tells what to do.
-// Laid over the rows by the grid's window; user-interface thread.
+// What a grid says in the place of rows: a short title, a sentence that tells what to do, and
+// where there is a choice a button. Laid over the rows by the grid's window; user-interface thread.
 #pragma once
 
 #include <QLabel>
+#include <QPushButton>
 #include <QWidget>
+#include <functional>
 
 namespace orvane::controls {
 
@@ -13,10 +15,18 @@ class EmptyNotice : public QWidget {
 
   /// Shows the texts, which can be selected and copied; an empty title hides the notice.
   void Say(const QString& sTitle, const QString& sSentence);
+  /// The same with a button beneath, which calls the action when it is pressed: once, and only
+  /// until something else is said.
+  void Ask(const QString& sTitle, const QString& sSentence, const QString& sButton,
+           std::function<void()> action);
 
  private:
+  void Press();
+
   QLabel* m_title;
   QLabel* m_sentence;
+  QPushButton* m_button;
+  std::function<void()> m_action;
 };
 
 }  // namespace orvane::controls

@@ -53,7 +53,7 @@ void GridCore::FollowZone() {
   if (m_connection) m_format = CellFormat(ZoneOf(m_connection));
 }
 
-void GridCore::Run(const Statement& statement) {
+void GridCore::Run(const Statement& statement, Access access) {
   if (m_bRunning) {
     throw Failure(platform::failure::kBusy,
                   "The grid is still fetching rows; wait until it is done, or cancel it.");
@@ -63,8 +63,12 @@ void GridCore::Run(const Statement& statement) {
   m_window->Sql(QString::fromStdString(statement.sSqlText));
   Fetched fetched;
   try {
-    fetched = Fetch(statement);
+    fetched = Fetch(statement, access);
   } catch (const Failure& failure) {
+    if (access == Access::Read && failure.Number() == platform::failure::kWouldChange) {
+      AskToRun(statement);
+      return;
+    }
     ShowFailure(failure.Number(), failure.Description());
     throw;
   } catch (const std::exception& exception) {
@@ -78,7 +82,18 @@ void GridCore::Run(const Statement& statement) {
   m_window->ShowRows(m_recordset, m_format, nullptr, texts.sTitle, texts.sSentence);
 }
 
-GridCore::Fetched GridCore::Fetch(const Statement& statement) {
+void GridCore::AskToRun(const Statement& statement) {
+  const auto run = [this, statement] {
+    try {
+      Run(statement, Access::Change);
+    } catch (const std::exception&) {
+      // The window shows its sentence; nobody is behind a button to be told.
+    }
+  };
+  m_window->Ask("Not run", "This query changes data. It has not been run.", "&Run Query", run);
+}
+
+GridCore::Fetched GridCore::Fetch(const Statement& statement, Access access) {
   if (!m_connection) {
     throw Failure(platform::failure::kObjectNotSet,
                   "The grid has no connection to a server; connect the server first.");
@@ -95,12 +110,14 @@ GridCore::Fetched GridCore::Fetch(const Statement& statement) {
     Running& operator=(const Running&) = delete;
     bool& b;
   } running(m_bRunning);
-  m_window->ShowRunning();
+  m_window->ShowRunning(access == Access::Read ? QStringLiteral("Fetching rows\u2026")
+                                               : QStringLiteral("Running the query\u2026"));
   const platform::CommandPtr command = m_services.objects->CreateCommand();
   command->ActiveConnection(m_connection);
   command->CommandText(statement.sSqlText);
   command->MaxRecords(std::max(0, statement.lMaxRows));
   command->CommandTimeout(std::max(0, statement.lQueryTimeout));
+  command->ReadOnly(access == Access::Read);
   Fetched fetched;
   fetched.rs = command->Execute(&fetched.lRecordsAffected);
   if (!fetched.rs) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QPointer>
+#include <cstdint>
 #include <memory>
 
 #include "controls/cell_format.h"
@@ -35,6 +36,9 @@ struct Statement {
   NoRowsTexts noRows;
 };
 
+/// What a statement may do: showing is reading, and only a press of the button lets it change.
+enum class Access : std::uint8_t { Read, Change };
+
 class GridCore {
  public:
   GridCore(GridServices services, const QString& sName);
@@ -52,8 +56,9 @@ class GridCore {
   void Connection(const platform::ConnectionPtr& cn);
 
   /// Runs the statement and shows its rows. When that fails, shows the failure's sentence in the
-  /// place of rows and passes it on.
-  void Run(const Statement& statement);
+  /// place of rows and passes it on. A statement that may only read, but would change data, has
+  /// not been run and is no failure: the window says so, with a button that runs it, once.
+  void Run(const Statement& statement, Access access = Access::Read);
   /// Passes the failure on after showing it, as Run does.
   [[noreturn]] void Fail(const platform::Failure& failure);
   /// Shows rows that were fetched before. Without a state, sSqlText tells what fetched them.
@@ -71,7 +76,8 @@ class GridCore {
     platform::RecordsetPtr rs;
     platform::Long lRecordsAffected = 0;
   };
-  Fetched Fetch(const Statement& statement);
+  Fetched Fetch(const Statement& statement, Access access);
+  void AskToRun(const Statement& statement);
   void FollowZone();
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence);
 

@@ -1,5 +1,6 @@
 #include "controls/grid_window.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -94,20 +95,35 @@ void GridWindow::Sql(const QString& sSql) {
   FitSqlPane();
 }
 
+void GridWindow::LetGoOfRows() {
+  // A button that had the focus is about to go: the keys stay in the grid.
+  if (m_notice->isAncestorOf(QApplication::focusWidget())) m_rows->setFocus();
+  m_rows->ShowRows({}, CellFormat());
+}
+
 void GridWindow::ShowNothing() {
   StopWaiting();
-  m_rows->ShowRows({}, CellFormat());
+  LetGoOfRows();
   m_notice->Say({}, {});
   m_status->Empty();
   TellOfExchange();
 }
 
-void GridWindow::ShowRunning() {
+void GridWindow::ShowRunning(const QString& sMessage) {
   m_rows->setUpdatesEnabled(false);
   m_patience.start();
-  m_rows->ShowRows({}, CellFormat());
-  m_notice->Say("Fetching rows\u2026", {});
-  m_status->Message("Fetching rows\u2026");
+  LetGoOfRows();
+  m_notice->Say(sMessage, {});
+  m_status->Message(sMessage);
+}
+
+void GridWindow::Ask(const QString& sTitle, const QString& sSentence, const QString& sButton,
+                     std::function<void()> action) {
+  StopWaiting();
+  LetGoOfRows();
+  m_notice->Ask(sTitle, sSentence, sButton, std::move(action));
+  m_status->Message(sTitle);
+  TellOfExchange();
 }
 
 void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format,
@@ -127,10 +143,15 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
 
 void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence) {
   StopWaiting();
-  m_rows->ShowRows({}, CellFormat());
+  LetGoOfRows();
   m_notice->Say(sTitle, sSentence);
   m_status->Message("No rows");
   TellOfExchange();
+}
+
+void GridWindow::Abandon() {
+  m_events = std::make_shared<GridEvents>();
+  m_notice->Say({}, {});
 }
 
 void GridWindow::Raise(platform::Signal<> GridEvents::*event) {

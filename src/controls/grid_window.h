@@ -4,6 +4,7 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 #include "controls/grid_events.h"
@@ -29,7 +30,10 @@ class GridWindow : public QWidget {
   void ShowNothing();
   /// Lets go of the rows before others are fetched. A short wait is not seen: what was on the
   /// screen stays until there is something else, or until it has taken a moment.
-  void ShowRunning();
+  void ShowRunning(const QString& sMessage);
+  /// Says in the place of rows why there are none, with a button that calls the action, once.
+  void Ask(const QString& sTitle, const QString& sSentence, const QString& sButton,
+           std::function<void()> action);
   /// The texts are shown in the place of rows when there are none.
   void ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format, const ViewState* state,
                 const QString& sNoRowsTitle, const QString& sNoRowsSentence);
@@ -41,9 +45,10 @@ class GridWindow : public QWidget {
   /// True while a listener is being called: the window may be in the middle of an event.
   bool Raising() const { return m_nRaising > 0; }
   /// Tells nobody anything any more.
-  void Abandon() { m_events = std::make_shared<GridEvents>(); }
+  void Abandon();
 
  private:
+  void LetGoOfRows();
   void Raise(platform::Signal<> GridEvents::*event);
   void TellOfExchange();
   void ShowPosition();

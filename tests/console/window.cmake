@@ -17,6 +17,7 @@ if(TARGET ORVOLEDBCtls AND TARGET ORVOLEDB AND TARGET ORVOLEDBSnapIn)
       historians_by_guid_test.cpp
       host_driver.cpp
       host_driver.h
+      reader_first_test.cpp
       shown_qt_form.cpp
       shown_qt_form.h
       unloading_test.cpp

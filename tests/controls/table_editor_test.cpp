@@ -59,6 +59,7 @@ TEST_F(table_editor, requery_sends_the_query_with_its_limits_over_the_connection
   EXPECT_EQ(m_server.connection, m_connection);
   EXPECT_EQ(m_server.sCommandText, "SELECT *\nFROM \"Machine\"..\"Data\"");
   EXPECT_EQ(m_server.lMaxRecords, 7);
+  EXPECT_TRUE(m_server.bReadOnly);
   EXPECT_EQ(m_server.lTimeout, 8);
 }
 
