@@ -34,7 +34,7 @@ class Schema final : public SchemaSource {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view sStatement(reinterpret_cast<const char*>(data), size);
   Schema schema;
-  TranslationSettings settings{TimeZone("UTC"),
+  TranslationSettings settings{orvane::zones::TimeZone("UTC"),
                                platform::Timestamp(std::chrono::seconds(1700000000))};
   settings.bPrefixes = size % 2 == 1;
   settings.bTimeAsDouble = size % 3 == 1;

@@ -9,12 +9,12 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace orvane::provider::dialect;
-  static const TimeZone zone("Europe/Madrid");
+  static const orvane::zones::TimeZone zone("Europe/Madrid");
   const std::string_view sText(reinterpret_cast<const char*>(data), size);
   const orvane::platform::Timestamp now(std::chrono::seconds(1700000000));
   const auto result = ReadTimeExpression(sText, zone, now);
   if (const auto* const timestamp = std::get_if<orvane::platform::Timestamp>(&result)) {
-    if (!IsInRange(*timestamp)) std::abort();
+    if (!orvane::zones::IsInRange(*timestamp)) std::abort();
   } else if (std::get<TimeExpressionError>(result).position > size) {
     std::abort();
   }

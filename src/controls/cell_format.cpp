@@ -1,6 +1,5 @@
 #include "controls/cell_format.h"
 
-#include <QDateTime>
 #include <algorithm>
 #include <chrono>
 #include <limits>
@@ -73,11 +72,8 @@ QString ShownBytes(const platform::Bytes& bytes) {
 }
 
 /// The same reading of the clock as if it were UTC, where it can be told at all.
-Timestamp InZone(Timestamp timestamp, const QTimeZone& zone) {
-  using std::chrono::duration_cast;
-  const auto ms = std::chrono::floor<std::chrono::milliseconds>(timestamp.time_since_epoch());
-  const QDateTime utc = QDateTime::fromMSecsSinceEpoch(ms.count(), Qt::UTC);
-  const std::chrono::microseconds offset = std::chrono::seconds(zone.offsetFromUtc(utc));
+Timestamp InZone(Timestamp timestamp, const zones::TimeZone& zone) {
+  const std::chrono::microseconds offset = zone.OffsetAt(timestamp);
   const auto since = timestamp.time_since_epoch();
   using Limits = std::numeric_limits<std::chrono::microseconds::rep>;
   const bool bFits = offset.count() >= 0 ? since.count() <= Limits::max() - offset.count()
@@ -96,20 +92,19 @@ Text PropertyText(platform::Connection& cn, const char* sName) {
 
 }  // namespace
 
-QTimeZone ZoneOf(const platform::ConnectionPtr& cn) {
-  if (!cn) return QTimeZone::systemTimeZone();
+zones::TimeZone ZoneOf(const platform::ConnectionPtr& cn) {
+  if (!cn) return {};
   // What "Local" comes to is the provider's to say: it read the times of the statement.
   Text sZone = PropertyText(*cn, "Time Zone in Use");
   if (sZone.empty()) sZone = PropertyText(*cn, "Time Zone");
-  // A provider without either leaves times to the machine's habit.
-  if (sZone.empty() || sZone == "Local") return QTimeZone::systemTimeZone();
-  const QByteArray sId = QByteArray::fromStdString(sZone);
-  // Asked first: a zone made of any word is taken for one without an offset. What cannot be found
-  // is shown in a zone that is the same everywhere, and the columns' tooltips tell so.
-  if (sZone == "UTC" || sZone == "Etc/UTC" || !QTimeZone::isTimeZoneIdAvailable(sId)) {
-    return QTimeZone::utc();
+  try {
+    // A provider without either leaves times to the machine's habit.
+    return zones::TimeZone(sZone == "Etc/UTC" ? "UTC" : sZone);
+  } catch (const platform::Failure&) {
+    // What cannot be found is shown in a zone that is the same everywhere, and the columns'
+    // tooltips tell so.
+    return zones::TimeZone::Utc();
   }
-  return QTimeZone(sId);
 }
 
 QString TypeName(DataType type) {

@@ -3,16 +3,17 @@
 #pragma once
 
 #include <QString>
-#include <QTimeZone>
+#include <utility>
 
 #include "platform/ado/connection.h"
+#include "zones/time_zone.h"
 
 namespace orvane::controls {
 
 /// The zone in which the connection counts: its property "Time Zone in Use", or where there is none
 /// "Time Zone"; UTC when this machine knows no zone of that name. Without a connection or a
 /// property the zone of this machine.
-QTimeZone ZoneOf(const platform::ConnectionPtr& cn);
+zones::TimeZone ZoneOf(const platform::ConnectionPtr& cn);
 
 /// Name of a column's type as an administrator reads it.
 QString TypeName(platform::DataType type);
@@ -22,9 +23,9 @@ Qt::Alignment AlignmentOf(platform::DataType type);
 
 class CellFormat {
  public:
-  explicit CellFormat(const QTimeZone& zone = QTimeZone::systemTimeZone()) : m_zone(zone) {}
+  explicit CellFormat(zones::TimeZone zone = zones::TimeZone::Utc()) : m_zone(std::move(zone)) {}
 
-  const QTimeZone& Zone() const { return m_zone; }
+  const zones::TimeZone& Zone() const { return m_zone; }
   /// One line: line breaks and other control characters appear as marks, long values are cut and
   /// end in an ellipsis, null is the word NULL (its look tells it from a text of that word).
   QString Shown(const platform::Value& vtValue) const;
@@ -34,7 +35,7 @@ class CellFormat {
   static Qt::Alignment Alignment(const platform::Value& vtValue, platform::DataType column);
 
  private:
-  QTimeZone m_zone;
+  zones::TimeZone m_zone;
 };
 
 }  // namespace orvane::controls

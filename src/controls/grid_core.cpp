@@ -30,7 +30,8 @@ NoRowsTexts DoneTexts(Long lRecordsAffected) {
 GridCore::GridCore(GridServices services, const QString& sName)
     : m_services(std::move(services)),
       m_events(std::make_shared<GridEvents>()),
-      m_window(new GridWindow(sName, m_events, m_services.life)) {}
+      m_window(new GridWindow(sName, m_events, m_services.life)),
+      m_format(ZoneOf(nullptr)) {}
 
 GridCore::~GridCore() {
   if (!m_window) return;  // whoever placed it did not take it out again

@@ -28,6 +28,10 @@ QVariant TypedVariant(const Value& vtValue) {
   return QVariant::fromValue(vtValue);
 }
 
+platform::Text ZoneName(const zones::TimeZone& zone) {
+  return zone.Name() == "Local" ? zone.NameInUse() : zone.Name();
+}
+
 }  // namespace
 
 void RowModel::Recordset(platform::RecordsetPtr rs, CellFormat format) {
@@ -110,7 +114,7 @@ QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRo
       if (!field.Nullable()) sTip += QStringLiteral(", never null");
       if (field.Type() == platform::DataType::DBTimeStamp) {
         sTip += QStringLiteral("<br>Shown in the time zone ") +
-                QString::fromLatin1(m_format.Zone().id()).toHtmlEscaped();
+                QString::fromStdString(ZoneName(m_format.Zone())).toHtmlEscaped();
       }
       return sTip;
     }

@@ -5,7 +5,6 @@ list(APPEND PROVIDER_SOURCES
   dialect/lexer.cpp
   dialect/statement_tree.cpp
   dialect/time_expression.cpp
-  dialect/time_zone.cpp
   dialect/translator.cpp
   historian/catalog_file.cpp
   historian/catalog_record.cpp

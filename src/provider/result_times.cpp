@@ -56,12 +56,12 @@ Value AsNumber(Value vtValue) {
   return vtValue;
 }
 
-Value AsDays(const Value& vtValue, const dialect::TimeZone& zone) {
+Value AsDays(const Value& vtValue, const zones::TimeZone& zone) {
   const auto* const time = vtValue.As<platform::Timestamp>();
-  return time != nullptr && dialect::IsInRange(*time) ? Value(zone.ToDays(*time)) : vtValue;
+  return time != nullptr && zones::IsInRange(*time) ? Value(zone.ToDays(*time)) : vtValue;
 }
 
-Value Changed(Value vtValue, Change change, const dialect::TimeZone& zone) {
+Value Changed(Value vtValue, Change change, const zones::TimeZone& zone) {
   switch (change) {
     case Change::ToTimes:
       return AsTimestamp(std::move(vtValue));
@@ -79,8 +79,8 @@ Value Changed(Value vtValue, Change change, const dialect::TimeZone& zone) {
 
 platform::RecordsetPtr WithShownTimes(platform::RecordsetPtr rs,
                                       const std::vector<Content>& contents,
-                                      platform::Boolean bTimeAsDouble,
-                                      const dialect::TimeZone& zone, const Deadline& deadline) {
+                                      platform::Boolean bTimeAsDouble, const zones::TimeZone& zone,
+                                      const Deadline& deadline) {
   std::vector<ado::ColumnDescription> columns;
   std::vector<Change> changes;
   bool bSame = true;

@@ -16,7 +16,7 @@ namespace orvane::provider {
 /// the deadline.
 platform::RecordsetPtr WithShownTimes(platform::RecordsetPtr rs,
                                       const std::vector<dialect::Content>& contents,
-                                      platform::Boolean bTimeAsDouble,
-                                      const dialect::TimeZone& zone, const Deadline& deadline);
+                                      platform::Boolean bTimeAsDouble, const zones::TimeZone& zone,
+                                      const Deadline& deadline);
 
 }  // namespace orvane::provider

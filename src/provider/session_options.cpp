@@ -139,7 +139,7 @@ void SessionOptions::Set(const Text& sName, const Value& vtValue) {
       m_bTimeAsDouble = !bInitial && ReadBoolean(option, vtValue);
       break;
     case Option::TimeZone:
-      m_timeZone = dialect::TimeZone(bInitial ? Text() : ReadText(option, vtValue));
+      m_timeZone = zones::TimeZone(bInitial ? Text() : ReadText(option, vtValue));
       break;
     case Option::HistoriansByGuid:
       m_bHistoriansByGuid = !bInitial && ReadBoolean(option, vtValue);

@@ -6,7 +6,7 @@
 #include <array>
 
 #include "ado/provider.h"
-#include "provider/dialect/time_zone.h"
+#include "zones/time_zone.h"
 
 namespace orvane::provider {
 
@@ -36,7 +36,7 @@ class SessionOptions {
   platform::Boolean IdentifierPrefixes() const { return m_bIdentifierPrefixes; }
   /// Times come out as days since 1899-12-30 in the time zone.
   platform::Boolean TimeAsDouble() const { return m_bTimeAsDouble; }
-  const dialect::TimeZone& TimeZone() const { return m_timeZone; }
+  const zones::TimeZone& TimeZone() const { return m_timeZone; }
   /// Catalogs are known by their identity.
   platform::Boolean HistoriansByGuid() const { return m_bHistoriansByGuid; }
 
@@ -45,7 +45,7 @@ class SessionOptions {
   platform::Long m_lLogLevel = 0;
   platform::Boolean m_bIdentifierPrefixes = false;
   platform::Boolean m_bTimeAsDouble = false;
-  dialect::TimeZone m_timeZone;
+  zones::TimeZone m_timeZone;
   platform::Boolean m_bHistoriansByGuid = false;
 };
 

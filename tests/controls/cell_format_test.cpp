@@ -16,10 +16,10 @@ using platform::Timestamp;
 using platform::Value;
 using std::chrono::microseconds;
 
-std::string Shown(const Value& vtValue, const CellFormat& format = CellFormat(QTimeZone::utc())) {
+std::string Shown(const Value& vtValue, const CellFormat& format = CellFormat()) {
   return format.Shown(vtValue).toStdString();
 }
-std::string Whole(const Value& vtValue, const CellFormat& format = CellFormat(QTimeZone::utc())) {
+std::string Whole(const Value& vtValue, const CellFormat& format = CellFormat()) {
   return format.Whole(vtValue).toStdString();
 }
 
@@ -92,49 +92,63 @@ TEST(cell_format, times_are_shown_in_the_zone_with_the_fraction_they_have) {
   const Value vtWinter(Timestamp(microseconds(1'700'000'000'000'001)));
   EXPECT_EQ(Shown(vtSummer), "2023-07-22 04:26:40.25");
   EXPECT_EQ(Shown(vtWinter), "2023-11-14 22:13:20.000001");
-  const CellFormat berlin(QTimeZone("Europe/Berlin"));
+  const CellFormat berlin(zones::TimeZone("Europe/Berlin"));
   EXPECT_EQ(Shown(vtSummer, berlin), "2023-07-22 06:26:40.25");
   EXPECT_EQ(Shown(vtWinter, berlin), "2023-11-14 23:13:20.000001");
   EXPECT_EQ(Whole(vtSummer, berlin), "2023-07-22 06:26:40.25");
-  const CellFormat newYork(QTimeZone("America/New_York"));
+  const CellFormat newYork(zones::TimeZone("America/New_York"));
   EXPECT_EQ(Shown(vtWinter, newYork), "2023-11-14 17:13:20.000001");
 }
 
 TEST(cell_format, times_before_1970_keep_their_fraction) {
   EXPECT_EQ(Shown(Value(Timestamp(microseconds(-1)))), "1969-12-31 23:59:59.999999");
-  EXPECT_EQ(Shown(Value(Timestamp(microseconds(-1))), CellFormat(QTimeZone(3600))),
+  EXPECT_EQ(Shown(Value(Timestamp(microseconds(-1))), CellFormat(zones::TimeZone("Etc/GMT-1"))),
             "1970-01-01 00:59:59.999999");
 }
 
 TEST(cell_format, the_last_time_there_is_can_be_shown_in_every_zone) {
   const Value vtLast{Timestamp(microseconds::max())};
-  const CellFormat eastern{QTimeZone(3600)};
+  const CellFormat eastern{zones::TimeZone("Etc/GMT-1")};
   EXPECT_EQ(Shown(vtLast, eastern), Shown(vtLast));
 }
 
+TEST(cell_format, times_to_come_keep_daylight_saving_time) {
+  const CellFormat madrid(zones::TimeZone("Europe/Madrid"));
+  const auto at = [&](int nYear, int nMonth) {
+    return Shown(Value(Timestamp(date::sys_days(date::year{nYear} / nMonth / 15))), madrid);
+  };
+  EXPECT_EQ(at(2037, 7), "2037-07-15 02:00:00");
+  EXPECT_EQ(at(2038, 1), "2038-01-15 01:00:00");
+  EXPECT_EQ(at(2038, 7), "2038-07-15 02:00:00");
+  EXPECT_EQ(at(2500, 7), "2500-07-15 02:00:00");
+}
+
+Text ZoneNameOf(const platform::ConnectionPtr& cn) {
+  return ZoneOf(cn).Name();
+}
+
 TEST(cell_format, the_zone_is_that_of_the_connection_or_of_this_machine) {
-  const QTimeZone local = QTimeZone::systemTimeZone();
-  EXPECT_EQ(ZoneOf(nullptr), local);
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>()), local);
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("Local"))), local);
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value(""))), local);
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value())), local);
+  EXPECT_EQ(ZoneNameOf(nullptr), "Local");
+  EXPECT_EQ(ZoneNameOf(std::make_shared<FakeConnection>()), "Local");
+  EXPECT_EQ(ZoneNameOf(std::make_shared<FakeConnection>(Value("Local"))), "Local");
+  EXPECT_EQ(ZoneNameOf(std::make_shared<FakeConnection>(Value(""))), "Local");
+  EXPECT_EQ(ZoneNameOf(std::make_shared<FakeConnection>(Value())), "Local");
   // What this machine does not know is shown in UTC, not in its own zone as if that were meant.
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("Nowhere/Land"))), QTimeZone::utc());
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("CET-1CEST"))), QTimeZone::utc());
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("UTC"))), QTimeZone::utc());
-  EXPECT_EQ(ZoneOf(std::make_shared<FakeConnection>(Value("Asia/Tokyo"))), QTimeZone("Asia/Tokyo"));
+  EXPECT_EQ(ZoneNameOf(std::make_shared<FakeConnection>(Value("Nowhere/Land"))), "UTC");
+  EXPECT_EQ(ZoneNameOf(std::make_shared<FakeConnection>(Value("CET-1CEST"))), "UTC");
+  EXPECT_EQ(ZoneNameOf(std::make_shared<FakeConnection>(Value("UTC"))), "UTC");
+  EXPECT_EQ(ZoneNameOf(std::make_shared<FakeConnection>(Value("Asia/Tokyo"))), "Asia/Tokyo");
 }
 
 TEST(cell_format, the_zone_is_the_one_in_which_the_connection_says_it_counts) {
   const auto zone = [](const char* sSet, const char* sInUse) {
-    return ZoneOf(std::make_shared<FakeConnection>(Value(sSet), Value(sInUse)));
+    return ZoneNameOf(std::make_shared<FakeConnection>(Value(sSet), Value(sInUse)));
   };
-  EXPECT_EQ(zone("Local", "Asia/Tokyo"), QTimeZone("Asia/Tokyo"));
-  EXPECT_EQ(zone("Local", "America/New_York"), QTimeZone("America/New_York"));
-  EXPECT_EQ(zone("UTC", "Etc/UTC"), QTimeZone::utc());
-  EXPECT_EQ(zone("Local", "Nowhere/Land"), QTimeZone::utc());
-  EXPECT_EQ(zone("Asia/Tokyo", ""), QTimeZone("Asia/Tokyo"));
+  EXPECT_EQ(zone("Local", "Asia/Tokyo"), "Asia/Tokyo");
+  EXPECT_EQ(zone("Local", "America/New_York"), "America/New_York");
+  EXPECT_EQ(zone("UTC", "Etc/UTC"), "UTC");
+  EXPECT_EQ(zone("Local", "Nowhere/Land"), "UTC");
+  EXPECT_EQ(zone("Asia/Tokyo", ""), "Asia/Tokyo");
 }
 
 TEST(cell_format, numbers_stand_right_flags_in_the_middle_and_the_rest_left) {

@@ -11,7 +11,7 @@ using platform::Value;
 
 class clipboard_text : public testing::Test {
  protected:
-  clipboard_text() { m_model.Recordset(Plant(10), CellFormat(QTimeZone::utc())); }
+  clipboard_text() { m_model.Recordset(Plant(10), CellFormat()); }
   void Select(int nTop, int nLeft, int nBottom, int nRight) {
     m_selection.select(m_model.index(nTop, nLeft), m_model.index(nBottom, nRight));
   }

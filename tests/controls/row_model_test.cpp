@@ -13,7 +13,7 @@ namespace {
 
 using platform::Value;
 
-const CellFormat kUtc{QTimeZone::utc()};
+const CellFormat kUtc;
 
 TEST(row_model, is_empty_without_a_recordset) {
   const RowModel model;

@@ -19,7 +19,7 @@ namespace {
 using platform::RowIndex;
 using platform::Value;
 
-const CellFormat kUtc{QTimeZone::utc()};
+const CellFormat kUtc;
 
 void Show(RowView& view, QSize size = {600, 400}) {
   view.resize(size);

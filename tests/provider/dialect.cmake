@@ -4,7 +4,6 @@ orvane_test(dialect
     dialect/catalog_statement_test.cpp
     dialect/lexer_test.cpp
     dialect/time_expression_test.cpp
-    dialect/time_zone_test.cpp
     dialect/translator_test.cpp)
 
 orvane_test(historian

@@ -22,7 +22,7 @@ platform::RecordsetPtr Numbers(platform::RowIndex rows) {
 
 platform::RecordsetPtr Shown(platform::RecordsetPtr rs, Content content, bool bTimeAsDouble,
                              const Deadline& deadline = Deadline({}, {})) {
-  return WithShownTimes(std::move(rs), {content}, bTimeAsDouble, dialect::TimeZone("UTC"),
+  return WithShownTimes(std::move(rs), {content}, bTimeAsDouble, zones::TimeZone("UTC"),
                         deadline);
 }
 

@@ -41,7 +41,7 @@ microseconds Span(Unit unit) {
 
 class Reader {
  public:
-  Reader(std::string_view sText, const TimeZone& zone, Timestamp now)
+  Reader(std::string_view sText, const zones::TimeZone& zone, Timestamp now)
       : m_sText(sText), m_zone(zone), m_now(now) {}
 
   std::variant<Timestamp, TimeExpressionError> Read() {
@@ -68,7 +68,7 @@ class Reader {
     return std::nullopt;
   }
   std::optional<Timestamp> Checked(std::optional<Timestamp> time, std::size_t position) {
-    if (time && IsInRange(*time)) return time;
+    if (time && zones::IsInRange(*time)) return time;
     return FailAt(position, "the time is outside the years 1 to 9999");
   }
 
@@ -110,7 +110,7 @@ class Reader {
     if (!nDay) return FailAt(start, "a date is written as in 2024-05-31");
     const auto ymd = date::year{*nYear} / *nMonth / *nDay;
     if (*nYear == 0 || !ymd.ok()) return FailAt(start, "there is no such date");
-    LocalTime local{date::local_days(ymd)};
+    zones::LocalTime local{date::local_days(ymd)};
     if (!StartsTimeOfDay()) return Checked(m_zone.ToTimestamp(local), start);
     ++m_position;
     const auto timeOfDay = ReadTimeOfDay();
@@ -259,7 +259,7 @@ class Reader {
     constexpr std::int64_t kMaxDays = 4'000'000;
     const std::int64_t llDays = unit == Unit::Week ? llCount * 7 : llCount;
     if (llDays > kMaxDays || llDays < -kMaxDays) return std::nullopt;
-    const LocalTime local = m_zone.ToLocal(time);
+    const zones::LocalTime local = m_zone.ToLocal(time);
     const auto day = date::floor<date::days>(local);
     const auto timeOfDay = local - day;
     if (unit == Unit::Day || unit == Unit::Week) {
@@ -277,7 +277,7 @@ class Reader {
   }
 
   std::string_view m_sText;
-  const TimeZone& m_zone;
+  const zones::TimeZone& m_zone;
   Timestamp m_now;
   std::size_t m_position = 0;
   TimeExpressionError m_error;
@@ -286,7 +286,7 @@ class Reader {
 }  // namespace
 
 std::variant<Timestamp, TimeExpressionError> ReadTimeExpression(std::string_view sText,
-                                                                const TimeZone& zone,
+                                                                const zones::TimeZone& zone,
                                                                 Timestamp now) {
   return Reader(sText, zone, now).Read();
 }

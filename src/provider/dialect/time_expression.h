@@ -6,7 +6,7 @@
 #include <string_view>
 #include <variant>
 
-#include "provider/dialect/time_zone.h"
+#include "zones/time_zone.h"
 
 namespace orvane::provider::dialect {
 
@@ -23,8 +23,7 @@ struct TimeExpressionError {
 /// s, m and h (whole or with a fraction) are spans of time, whatever the clocks do between; d, w,
 /// mo and y (whole) count on the calendar and keep the time of day. Where the month that is
 /// reached is too short, its last day is meant. Times outside the years 1 to 9999 are refused.
-std::variant<platform::Timestamp, TimeExpressionError> ReadTimeExpression(std::string_view sText,
-                                                                          const TimeZone& zone,
-                                                                          platform::Timestamp now);
+std::variant<platform::Timestamp, TimeExpressionError> ReadTimeExpression(
+    std::string_view sText, const zones::TimeZone& zone, platform::Timestamp now);
 
 }  // namespace orvane::provider::dialect

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/value.h"
-#include "provider/dialect/time_zone.h"
+#include "zones/time_zone.h"
 
 namespace orvane::provider::dialect {
 
@@ -53,7 +53,7 @@ class SchemaSource {
 };
 
 struct TranslationSettings {
-  TimeZone zone;
+  zones::TimeZone zone;
   platform::Timestamp now;                  ///< what "*" is, the same in the whole statement
   platform::Boolean bPrefixes = false;      ///< "Orv_" may stand before every name
   platform::Boolean bTimeAsDouble = false;  ///< numbers of days compare with time columns

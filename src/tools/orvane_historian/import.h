@@ -4,14 +4,14 @@
 
 #include <istream>
 
-#include "provider/dialect/time_zone.h"
 #include "tools/orvane_historian/opened_catalog.h"
+#include "zones/time_zone.h"
 
 namespace orvane::tools {
 
 struct ImportOrder {
   platform::Text sTable;
-  provider::dialect::TimeZone zone;    ///< of times without an offset
+  zones::TimeZone zone;                ///< of times without an offset
   platform::Boolean bReplace = false;  ///< rows of a key that is there already take its place
 };
 

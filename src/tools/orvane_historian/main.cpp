@@ -67,8 +67,7 @@ void Import(const Options& options) {
   }
   const auto record = tools::FindCatalog(options.place, options.sCatalog);
   const auto llRows = tools::Import(
-      record, stream,
-      {options.sTable, provider::dialect::TimeZone(options.sTimeZone), options.bReplace});
+      record, stream, {options.sTable, zones::TimeZone(options.sTimeZone), options.bReplace});
   std::cout << "Imported " << llRows << (llRows == 1 ? " row" : " rows") << " into " << record.sName
             << ".." << options.sTable << ".\n";
 }

@@ -70,8 +70,8 @@ std::optional<Value> ReadStored(DataType type, std::string_view sText) {
 
 }  // namespace
 
-std::optional<Value> ReadTyped(DataType type, std::string_view sText,
-                               const provider::dialect::TimeZone& zone, platform::Timestamp now) {
+std::optional<Value> ReadTyped(DataType type, std::string_view sText, const zones::TimeZone& zone,
+                               platform::Timestamp now) {
   switch (type) {
     case DataType::Integer:
       return ReadWhole(sText, true);

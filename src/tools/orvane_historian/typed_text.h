@@ -6,15 +6,14 @@
 #include <string_view>
 
 #include "platform/ado/recordset.h"
-#include "provider/dialect/time_zone.h"
+#include "zones/time_zone.h"
 
 namespace orvane::tools {
 
 /// The value as the column stores it, or none when the text is no value of the type. Times are
 /// time expressions, read in the zone at the moment "now".
 std::optional<platform::Value> ReadTyped(platform::DataType type, std::string_view sText,
-                                         const provider::dialect::TimeZone& zone,
-                                         platform::Timestamp now);
+                                         const zones::TimeZone& zone, platform::Timestamp now);
 
 /// The type in words, with its article: "a whole number".
 std::string_view TypeInWords(platform::DataType type);

@@ -21,7 +21,7 @@ Timestamp Utc(int nYear, unsigned nMonth, unsigned nDay, int nHour = 0, int nMin
 const Timestamp kNow = Utc(2024, 5, 15, 12, 34, 56);
 
 Text Read(std::string_view sText, std::string_view sZone = "UTC", Timestamp now = kNow) {
-  const auto result = ReadTimeExpression(sText, TimeZone(sZone), now);
+  const auto result = ReadTimeExpression(sText, zones::TimeZone(sZone), now);
   if (const auto* const error = std::get_if<TimeExpressionError>(&result)) {
     return "error at " + std::to_string(error->position) + ": " + error->sReason;
   }
@@ -177,7 +177,7 @@ TEST(time_expression, says_where_and_why_a_text_has_no_meaning) {
 
 TEST(time_expression, survives_every_text_of_three_of_its_characters) {
   const Text sCharacters = "*tyTY0129-+:.,smhdwo zZ\xC3";
-  const TimeZone zone("Europe/Berlin");
+  const zones::TimeZone zone("Europe/Berlin");
   int nTimes = 0;
   for (const char a : sCharacters) {
     for (const char b : sCharacters) {
@@ -189,7 +189,7 @@ TEST(time_expression, survives_every_text_of_three_of_its_characters) {
             EXPECT_LE(error->position, sText.size()) << sText;
             EXPECT_FALSE(error->sReason.empty()) << sText;
           } else {
-            EXPECT_TRUE(IsInRange(std::get<Timestamp>(result))) << sText;
+            EXPECT_TRUE(zones::IsInRange(std::get<Timestamp>(result))) << sText;
             ++nTimes;
           }
         }

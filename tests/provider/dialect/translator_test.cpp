@@ -48,8 +48,9 @@ struct Options {
 
 Translation Translated(std::string_view sStatement, Options options = {}) {
   Schema schema;
-  const TranslationSettings settings{TimeZone("UTC"), sys_days(year{2024} / 5 / 15) + hours(12),
-                                     options.bPrefixes, options.bTimeAsDouble};
+  const TranslationSettings settings{zones::TimeZone("UTC"),
+                                     sys_days(year{2024} / 5 / 15) + hours(12), options.bPrefixes,
+                                     options.bTimeAsDouble};
   return Translate(sStatement, schema, settings);
 }
 

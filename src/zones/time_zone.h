@@ -1,5 +1,5 @@
-// A connection's time zone: calendar time and points in time, with every change of the clocks.
-// Used by the time expressions, and wherever times leave or enter as numbers of days.
+// A time zone: calendar time and points in time, with every change of the clocks, also of those
+// to come. The one conversion that the provider and the grids use; any thread.
 #pragma once
 
 #include <date/date.h>
@@ -9,8 +9,9 @@
 #include <string_view>
 
 #include "platform/value.h"
+#include "zones/clock_rule.h"
 
-namespace orvane::provider::dialect {
+namespace orvane::zones {
 
 /// Calendar time as a clock on the wall shows it.
 using LocalTime = date::local_time<std::chrono::microseconds>;
@@ -22,12 +23,16 @@ class TimeZone {
   /// "Local", "UTC" (both in any case, an empty text is "Local") or a name of the time zone
   /// database such as "Europe/Madrid". Fails with failure::kInvalidArgument for any other text.
   explicit TimeZone(std::string_view sName);
+  /// Needs no time zone database.
+  static TimeZone Utc();
 
   /// The name as it was asked for.
   const platform::Text& Name() const { return m_sName; }
   /// The name that the time zone database has for the zone, also of "Local".
-  const platform::Text& NameInUse() const { return m_zone->name(); }
+  platform::Text NameInUse() const;
 
+  /// What the zone's clocks are ahead of UTC at that time.
+  std::chrono::seconds OffsetAt(platform::Timestamp timestamp) const;
   LocalTime ToLocal(platform::Timestamp timestamp) const;
   /// A time that the clocks skip is read as if they had not been put forward yet; of a time that
   /// comes twice the first one is meant.
@@ -39,11 +44,14 @@ class TimeZone {
   std::optional<platform::Timestamp> FromDays(double dDays) const;
 
  private:
+  TimeZone(platform::Text sName, const date::time_zone* zone);
+
   platform::Text m_sName;
-  const date::time_zone* m_zone;  ///< owned by the time zone database
+  const date::time_zone* m_zone;    ///< owned by the time zone database; null is UTC
+  std::optional<ClockRule> m_rule;  ///< behind the last change that the database lists
 };
 
 /// True for the times that the system handles: those of the years 1 to 9999, in UTC.
 bool IsInRange(platform::Timestamp timestamp);
 
-}  // namespace orvane::provider::dialect
+}  // namespace orvane::zones
