@@ -29,6 +29,11 @@ void FailNoSuchPosition(Long lIndex, std::size_t nCount) {
                 "The position " + std::to_string(lIndex) + " is out of range; " + sRemedy);
 }
 
+void FailNoItem() {
+  throw Failure(failure::kObjectNotSet,
+                "Nothing was given to be added to the collection; name what is to be added.");
+}
+
 Long PositionOf(const platform::Value& vtIndexKey) {
   return platform::ToLong(vtIndexKey);
 }

@@ -1,6 +1,6 @@
-// One walk over the nodes of a collection, in list order.
-// It holds the list it walks: nodes may be removed during the walk, and a collection that is
-// loaded anew or destroyed leaves the walk on the list it began with.
+// One walk over the nodes of a collection, in list order: each node that is there when it is
+// reached is visited, whatever was added or removed meanwhile. It holds the list it walks: a
+// collection that is loaded anew or destroyed leaves the walk on the list it began with.
 #pragma once
 
 #include <memory>
@@ -15,10 +15,11 @@ class NodeEnumerator {
  public:
   using Ptr = std::shared_ptr<T>;
 
-  explicit NodeEnumerator(std::shared_ptr<const KeyedList<T>> list) : m_list(std::move(list)) {}
+  explicit NodeEnumerator(std::shared_ptr<const KeyedList<T>> list)
+      : m_list(std::move(list)), m_walk(*m_list) {}
 
   /// The next node, none behind the last one.
-  Ptr Next() { return m_lPosition < m_list->Count() ? m_list->Item(++m_lPosition) : nullptr; }
+  Ptr Next() { return m_walk.Next(); }
 
   /// For "for (const auto& node : list.NewEnum())".
   class Iterator {
@@ -43,7 +44,7 @@ class NodeEnumerator {
 
  private:
   std::shared_ptr<const KeyedList<T>> m_list;
-  platform::Long m_lPosition = 0;
+  typename KeyedList<T>::Walk m_walk;
 };
 
 }  // namespace orvane::nodes

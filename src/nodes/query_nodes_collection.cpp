@@ -24,13 +24,20 @@ QueryNodePtr QueryNodesCollection::Add(const Text& sName, const Text& sQuery) {
 
 platform::Long QueryNodesCollection::Find(const Text& sQueryName) const {
   // Keys ignore case and stay what they were when a name changes; names are compared exactly.
-  for (platform::Long i = 1; i <= Count(); ++i) {
-    if (Item(i)->QueryName() == sQueryName) return i;
+  platform::Long lPosition = 0;
+  for (const QueryNodePtr& query : NewEnum()) {
+    ++lPosition;
+    if (query->QueryName() == sQueryName) return lPosition;
   }
   return -1;
 }
 
+platform::Boolean QueryNodesCollection::Holds(const QueryNodePtr& qrNode) const {
+  return qrNode && Items().Probe(Find(qrNode->QueryName())) == qrNode;
+}
+
 void QueryNodesCollection::Insert(const QueryNodePtr& qrNode, platform::Long lIndexBefore) {
+  if (!qrNode) FailNoItem();
   if (lIndexBefore <= Count()) {
     Items().Insert(KeyOf(*qrNode), qrNode, lIndexBefore);
   } else {

@@ -21,9 +21,13 @@ class QueryNodesCollection : public NodesCollection<QueryNode, ServerNode> {
   QueryNodePtr Add(const platform::Text& sName, const platform::Text& sQuery);
   /// Position of the query of exactly that name, case included; -1 when there is none.
   platform::Long Find(const platform::Text& sQueryName) const;
+  /// Whether this very node is in the list, found under the exact name that it has now: a rename
+  /// that was refused leaves a node out of its list.
+  platform::Boolean Holds(const QueryNodePtr& qrNode) const;
   /// Puts a node back under its current name, before the position, or at the end when the
   /// position is behind the last one. Silent, and the node's back references stay as they are.
-  /// Fails with 9 for a position below 1 and with 457 when the name is present.
+  /// Fails with 9 for a position below 1, with 457 when the name is present and with 91 without a
+  /// node.
   void Insert(const QueryNodePtr& qrNode, platform::Long lIndexBefore);
 
   /// Called by a node when one of its settings has changed; tells the owner.

@@ -29,8 +29,8 @@ ServerNode::~ServerNode() {
   m_parentServersNode.reset();
   try {
     Disconnect();
-  } catch (const std::exception&) {
-    // Nobody is left to tell; the connection goes with the node.
+  } catch (...) {
+    // Nobody is left to tell, whatever was thrown; the connection goes with the node.
   }
   m_catalogNodes.reset();
   m_queryNodes.reset();

@@ -16,6 +16,7 @@ ServerNodePtr ServerNodesCollection::Item(const platform::Value& vtIndexKey) con
 }
 
 void ServerNodesCollection::Add(const ServerNodePtr& srvNode) {
+  if (!srvNode) FailNoItem();
   Items().Add(KeyOf(*srvNode), srvNode);
   Adopt(*srvNode);
   Changed();

@@ -18,7 +18,7 @@ class ServerNodesCollection : public NodesCollection<ServerNode, ServersNode> {
   ServerNodePtr Item(const platform::Value& vtIndexKey) const;
 
   /// Files the node at the end under its Server and makes it part of the tree. Fails with 457,
-  /// leaving list and node as they were, when the name is present.
+  /// leaving list and node as they were, when the name is present, and with 91 without a node.
   void Add(const ServerNodePtr& srvNode);
 
   /// Called by a node when one of its settings has changed; tells the owner.

@@ -166,6 +166,37 @@ TEST_F(collections, insert_is_silent_and_sets_no_back_reference_while_remove_tel
   EXPECT_EQ(ChangesDuring([&] { server->QueryNodes()->Remove("Q"); }), 1);
 }
 
+TEST_F(collections, a_node_that_is_none_is_a_failure) {
+  EXPECT_EQ(FailureOf([&] { root->ServerNodes()->Add(nullptr); }), 91);
+  const auto queries = AddServer("S1")->QueryNodes();
+  EXPECT_EQ(FailureOf([&] { queries->Insert(nullptr, 1); }), 91);
+  EXPECT_FALSE(queries->Holds(nullptr));
+}
+
+TEST_F(collections, a_list_holds_the_very_node_of_that_exact_name) {
+  const auto queries = AddServer("S1")->QueryNodes();
+  const auto query = queries->Add("Q", "");
+  const auto other = std::make_shared<QueryNode>();
+  other->QueryName("Q");
+  EXPECT_TRUE(queries->Holds(query));
+  EXPECT_FALSE(queries->Holds(other));
+  other->QueryName("q");
+  EXPECT_FALSE(queries->Holds(other));
+  queries->Remove("Q");
+  EXPECT_FALSE(queries->Holds(query));
+}
+
+TEST_F(collections, a_walk_reaches_every_node_though_each_visited_one_is_removed) {
+  const auto queries = AddServer("S1")->QueryNodes();
+  for (const char* sName : {"a", "b", "c"}) queries->Add(sName, "");
+  Text sVisited;
+  for (const auto& query : queries->NewEnum()) {
+    sVisited += query->QueryName();
+    queries->Remove(query->QueryName());
+  }
+  EXPECT_EQ(sVisited, "abc");
+}
+
 TEST_F(collections, removing_the_only_item_by_position_empties_the_list) {
   AddServer("S1");
   EXPECT_EQ(ChangesDuring([&] { root->ServerNodes()->Remove(Long{1}); }), 1);

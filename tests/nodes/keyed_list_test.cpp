@@ -1,6 +1,5 @@
 #include "nodes/keyed_list.h"
 
-#include "nodes/node_enumerator.h"
 #include "tests/nodes/model.h"
 
 namespace orvane::nodes {
@@ -161,27 +160,36 @@ TEST(keyed_list, finds_every_item_of_a_long_list_after_many_removals) {
   }
 }
 
-TEST(node_enumerator, walks_in_list_order_and_ends_with_none) {
-  const auto list = std::make_shared<List>();
-  list->Add("b", Make("b"));
-  list->Add("a", Make("a"));
-  NodeEnumerator<Text> walk(list);
-  EXPECT_EQ(*walk.Next(), "b");
-  EXPECT_EQ(*walk.Next(), "a");
-  EXPECT_EQ(walk.Next(), nullptr);
-  EXPECT_EQ(walk.Next(), nullptr);
+TEST(keyed_list, an_item_that_is_none_is_refused_with_91_and_leaves_its_key_free) {
+  List list;
+  EXPECT_EQ(FailureOf([&] { list.Add("a", nullptr); }), 91);
+  list.Add("b", Make("b"));
+  EXPECT_EQ(FailureOf([&] { list.Insert("a", nullptr, 1); }), 91);
+  list.Add("a", Make("a"));
+  EXPECT_EQ(Order(list), "b a ");
 }
 
-TEST(node_enumerator, survives_removals_during_the_walk_and_the_end_of_the_list) {
-  auto list = std::make_shared<List>();
-  for (const char* sKey : {"a", "b", "c"}) list->Add(sKey, Make(sKey));
-  NodeEnumerator<Text> walk(list);
-  const auto first = walk.Next();
-  list->Remove("a");
-  list->Remove("c");
-  list.reset();
-  EXPECT_EQ(*first, "a");
-  EXPECT_EQ(walk.Next(), nullptr);
+TEST(keyed_list, a_failed_filing_leaves_key_and_order_as_they_were) {
+  List list;
+  for (const char* sKey : {"a", "b"}) list.Add(sKey, Make(sKey));
+  EXPECT_EQ(FailureOf([&] { list.Insert("B", Make("other"), 1); }), 457);
+  EXPECT_EQ(FailureOf([&] { list.Insert("c", Make("c"), 3); }), 9);
+  EXPECT_EQ(list.Probe("c"), nullptr);
+  EXPECT_EQ(*list.Item("b"), "b");
+  EXPECT_EQ(Order(list), "a b ");
+}
+
+TEST(keyed_list, a_long_list_is_filled_and_emptied_from_its_front) {
+  constexpr int kItems = 100'000;
+  List list;
+  const auto item = Make("x");
+  list.Add("0", item);
+  for (int i = 1; i < kItems; ++i) list.Insert(std::to_string(i), item, 1);
+  ASSERT_EQ(list.Count(), kItems);
+  for (int i = 0; i < kItems; i += 2) list.Remove(std::to_string(i));
+  ASSERT_EQ(list.Count(), kItems / 2);
+  while (list.Count() > 0) list.Remove(Long{1});
+  EXPECT_EQ(list.Probe("1"), nullptr);
 }
 
 }  // namespace

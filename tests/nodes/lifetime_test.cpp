@@ -156,6 +156,17 @@ TEST_F(lifetime, a_failing_close_does_not_escape_a_dying_server) {
   EXPECT_TRUE(connection.expired());
 }
 
+TEST_F(lifetime, nothing_leaves_the_end_of_a_server_whatever_closing_throws) {
+  auto server = ServerNode::Create(objects);
+  server->Server("S1");
+  server->Connect();
+  std::weak_ptr<platform::Connection> connection = server->Connection();
+  historian->onClose = [](const Text&) { throw 5; };
+  server.reset();
+  EXPECT_EQ(historian->log.back(), "Close");
+  EXPECT_TRUE(connection.expired());
+}
+
 TEST_F(lifetime, removing_a_connected_server_closes_its_connection_with_the_last_reference) {
   auto server = AddServer("S1");
   server->Connect();
