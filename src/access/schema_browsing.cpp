@@ -65,6 +65,14 @@ Boolean Scan(platform::Recordset& rs, Matches&& matches) {
   return bFound;
 }
 
+[[noreturn]] void FailColumnsGone(const platform::TableQuery& query) {
+  throw platform::Failure(platform::failure::kOutOfRange,
+                          "The table \"" + query.Table() + "\" of the catalog \"" +
+                              query.Catalog() +
+                              "\" has lost columns that its query names, and the query loses them "
+                              "too; expand the catalog again to go on.");
+}
+
 struct StructureRowsets {
   RecordsetPtr columns;
   RecordsetPtr keys;
@@ -78,19 +86,27 @@ struct StructureRowsets {
   Field* typeName = nullptr;
 };
 
-StructureRowsets OpenStructure(const ConnectionPtr& cn, const Text& sCatalog, const Text& sTable) {
-  StructureRowsets rowsets;
-  rowsets.columns = OpenTableSchema(cn, SchemaNumber::Columns, sCatalog, sTable);
-  rowsets.columnName = &rowsets.columns->Fields().Item("COLUMN_NAME");
-  rowsets.columnType = &rowsets.columns->Fields().Item("DATA_TYPE");
-  rowsets.isNullable = &rowsets.columns->Fields().Item("IS_NULLABLE");
-  rowsets.keys = OpenTableSchema(cn, SchemaNumber::PrimaryKeys, sCatalog, sTable);
-  rowsets.keyName = &rowsets.keys->Fields().Item("COLUMN_NAME");
-  rowsets.types = Connected(cn).OpenSchema(SchemaNumber::ProviderTypes);
-  rowsets.typeNumber = &rowsets.types->Fields().Item("DATA_TYPE");
-  rowsets.bestMatch = &rowsets.types->Fields().Item("BEST_MATCH");
-  rowsets.typeName = &rowsets.types->Fields().Item("TYPE_NAME");
-  return rowsets;
+/// All three are asked for, whichever is refused; false unless all of them and their fields are
+/// there.
+Boolean OpenStructure(StructureRowsets& rowsets, const ConnectionPtr& cn, const Text& sCatalog,
+                      const Text& sTable) {
+  const Boolean bColumns = Succeeds([&] {
+    rowsets.columns = OpenTableSchema(cn, SchemaNumber::Columns, sCatalog, sTable);
+    rowsets.columnName = &rowsets.columns->Fields().Item("COLUMN_NAME");
+    rowsets.columnType = &rowsets.columns->Fields().Item("DATA_TYPE");
+    rowsets.isNullable = &rowsets.columns->Fields().Item("IS_NULLABLE");
+  });
+  const Boolean bKeys = Succeeds([&] {
+    rowsets.keys = OpenTableSchema(cn, SchemaNumber::PrimaryKeys, sCatalog, sTable);
+    rowsets.keyName = &rowsets.keys->Fields().Item("COLUMN_NAME");
+  });
+  const Boolean bTypes = Succeeds([&] {
+    rowsets.types = Connected(cn).OpenSchema(SchemaNumber::ProviderTypes);
+    rowsets.typeNumber = &rowsets.types->Fields().Item("DATA_TYPE");
+    rowsets.bestMatch = &rowsets.types->Fields().Item("BEST_MATCH");
+    rowsets.typeName = &rowsets.types->Fields().Item("TYPE_NAME");
+  });
+  return bColumns && bKeys && bTypes;
 }
 
 }  // namespace
@@ -123,6 +139,7 @@ void GetTableColumns(platform::TableQuery& query, const ConnectionPtr& cn) {
   // columns the server no longer has is reported to the administrator instead of mended silently.
   const Long lCount = columns.Count();
   for (Long i = 1; i <= lCount; ++i) {
+    if (i > columns.Count()) FailColumnsGone(query);
     if (!serverNames.contains(columns.Item(i))) columns.Remove(i);
   }
 }
@@ -130,7 +147,7 @@ void GetTableColumns(platform::TableQuery& query, const ConnectionPtr& cn) {
 void ForEachStructureRow(const ConnectionPtr& cn, const Text& sCatalog, const Text& sTable,
                          const std::function<void(const TableStructureRow&)>& use) {
   StructureRowsets rowsets;
-  if (!Succeeds([&] { rowsets = OpenStructure(cn, sCatalog, sTable); })) return;
+  if (!OpenStructure(rowsets, cn, sCatalog, sTable)) return;
   for (; !rowsets.columns->Eof(); rowsets.columns->MoveNext()) {
     TableStructureRow row;
     row.sColumn = platform::ToText(rowsets.columnName->Value());
@@ -140,7 +157,8 @@ void ForEachStructureRow(const ConnectionPtr& cn, const Text& sCatalog, const Te
     Scan(*rowsets.types, [&] {
       if (!platform::ToBoolean(rowsets.bestMatch->Value())) return false;
       if (platform::ToLong(rowsets.typeNumber->Value()) != lType) return false;
-      row.sTypeName = platform::ToText(rowsets.typeName->Value());
+      // The first match is the match, also when its name cannot be read.
+      Succeeds([&] { row.sTypeName = platform::ToText(rowsets.typeName->Value()); });
       return true;
     });
     row.nullable = [&] { return platform::ToBoolean(rowsets.isNullable->Value()); };

@@ -23,8 +23,8 @@ std::shared_ptr<Grid> ControlAs(const ResultView& view) {
 void SnapIn::ResultViews_InitializeControl(ResultView& view) {
   Guard([&] {
     const auto item = InTree(view.ScopeItem());
+    // An item that stands for nothing is told of when its view is shown, and once.
     if (item->NodeTypeName() == node_type::kTable) {
-      TagAs<nodes::TableNode>(*item);
       if (const auto grid = ControlAs<platform::TableEditor>(view)) grid->Mode(0);
     } else if (item->NodeTypeName() == node_type::kQuery) {
       if (const auto grid = ControlAs<platform::QueryResults>(view)) grid->Mode(0);
@@ -44,9 +44,10 @@ void SnapIn::ResultViews_Activate(ResultView& view) {
 }
 
 void SnapIn::ActivateTable(ResultView& view) {
+  const auto grid = ControlAs<platform::TableEditor>(view);
+  if (!grid) return TableEditor(nullptr);
   const auto table = TagAs<nodes::TableNode>(*view.ScopeItem());
-  TableEditor(ControlAs<platform::TableEditor>(view));
-  if (!m_tblEditor) return;
+  TableEditor(grid);
   m_tblEditor->ShowSqlStatements(Root().SqlStatements());
   m_tblEditor->Connection(ServerOf(*table)->Connection());
   m_tblEditor->TableQuery(table->Query());
@@ -59,9 +60,10 @@ void SnapIn::ActivateTable(ResultView& view) {
 }
 
 void SnapIn::ActivateQuery(ResultView& view) {
+  const auto grid = ControlAs<platform::QueryResults>(view);
+  if (!grid) return QueryResults(nullptr);
   const auto query = TagAs<nodes::QueryNode>(*view.ScopeItem());
-  QueryResults(ControlAs<platform::QueryResults>(view));
-  if (!m_qrResults) return;
+  QueryResults(grid);
   m_qrResults->ShowSqlStatements(Root().SqlStatements());
   m_qrResults->Connection(InTree(query->ParentServerNode())->Connection());
   m_qrResults->QueryName(query->QueryName());
@@ -97,24 +99,27 @@ void SnapIn::ResultViews_Deactivate(ResultView& view) {
 }
 
 void SnapIn::TableEditor(const platform::TableEditorPtr& grid) {
-  m_tblEditorEvents.clear();
   m_tblEditor = grid;
+  m_tblEditorEvents = ListenTo(grid, ToolbarKind::Table);
   if (!grid) return;
-  m_tblEditorEvents.push_back(grid->OnHeadClick([this] { m_tblEditor_HeadClick(); }));
-  m_tblEditorEvents.push_back(grid->OnRowColChange([this] { m_tblEditor_RowColChange(); }));
-  m_tblEditorEvents.push_back(grid->OnSelChange([this] { m_tblEditor_SelChange(); }));
-  m_tblEditorEvents.push_back(grid->OnInsert([this] { m_tblEditor_Insert(); }));
-  m_tblEditorEvents.push_back(grid->OnDelete([this] { m_tblEditor_Delete(); }));
+  m_tblEditorEvents.push_back(grid->OnHeadClick([this] { ButtonStates(ToolbarKind::Table); }));
 }
 
 void SnapIn::QueryResults(const platform::QueryResultsPtr& grid) {
-  m_qrResultsEvents.clear();
   m_qrResults = grid;
-  if (!grid) return;
-  m_qrResultsEvents.push_back(grid->OnRowColChange([this] { m_qrResults_RowColChange(); }));
-  m_qrResultsEvents.push_back(grid->OnSelChange([this] { m_qrResults_SelChange(); }));
-  m_qrResultsEvents.push_back(grid->OnInsert([this] { m_qrResults_Insert(); }));
-  m_qrResultsEvents.push_back(grid->OnDelete([this] { m_qrResults_Delete(); }));
+  m_qrResultsEvents = ListenTo(grid, ToolbarKind::Query);
+}
+
+std::vector<platform::Subscription> SnapIn::ListenTo(const std::shared_ptr<platform::Grid>& grid,
+                                                     ToolbarKind kind) {
+  std::vector<platform::Subscription> events;
+  if (!grid) return events;
+  const auto setButtons = [this, kind] { ButtonStates(kind); };
+  events.push_back(grid->OnRowColChange(setButtons));
+  events.push_back(grid->OnSelChange(setButtons));
+  events.push_back(grid->OnInsert(setButtons));
+  events.push_back(grid->OnDelete(setButtons));
+  return events;
 }
 
 }  // namespace orvane::snapin

@@ -1,4 +1,5 @@
-// The context menu of each node type, and the way from a clicked item to its handler.
+// The context menu of each node type: what its commands are called, when they are offered and what
+// runs when one is picked.
 #include "snapin/node_types.h"
 #include "snapin/snap_in.h"
 #include "snapin/tags.h"
@@ -7,78 +8,100 @@ namespace orvane::snapin {
 
 using platform::Boolean;
 using platform::Long;
-using platform::Menu;
 using platform::ScopeItem;
-using platform::ScopeItemPtr;
 using platform::Text;
 
 namespace {
 
-Menu ServerMenu(const nodes::ServerNode& server) {
-  const Boolean bConnected = server.Connection() != nullptr;
-  return {"m_mnuServer",
-          "Server",
-          {{"m_mnuConnect", "Connect...", !bConnected},
-           {"m_mnuDisconnect", "Disconnect", bConnected},
-           {"m_mnuRemoveServer", "Remove"}}};
+Boolean Always(const ScopeItem&) {
+  return true;
+}
+
+Boolean IsConnected(const ScopeItem& item) {
+  return TagAs<nodes::ServerNode>(item)->Connection() != nullptr;
+}
+
+Boolean IsDisconnected(const ScopeItem& item) {
+  return !IsConnected(item);
 }
 
 /// The system's own catalogs cannot be removed. Compared exactly: one of another case is a user's.
-Boolean IsSystemCatalog(const nodes::CatalogNode& catalog) {
-  return catalog.Catalog() == "Functions" || catalog.Catalog() == "Orvane";
-}
-
-void AddMenuOf(const ScopeItem& item, platform::ContextMenu& menu) {
-  const Text sNodeType = item.NodeTypeName();
-  if (sNodeType == node_type::kServers) {
-    menu.AddMenu({"m_mnuServers",
-                  "Servers",
-                  {{"m_mnuServersConnect", "Connect..."}, {"m_mnuOptions", "Options..."}}});
-  } else if (sNodeType == node_type::kServer) {
-    menu.AddMenu(ServerMenu(*TagAs<nodes::ServerNode>(item)));
-  } else if (sNodeType == node_type::kCatalogs) {
-    menu.AddMenu({"m_mnuCatalogs", "Catalogs", {{"m_mnuAddCatalog", "Add Catalog..."}}});
-  } else if (sNodeType == node_type::kCatalog) {
-    if (IsSystemCatalog(*TagAs<nodes::CatalogNode>(item))) return;
-    menu.AddMenu({"m_mnuCatalog", "Catalog", {{"m_mnuCatalogRemove", "Remove"}}});
-  } else if (sNodeType == node_type::kTable) {
-    menu.AddMenu({"m_mnuTable", "Table", {{"m_mnuQuery", "Query..."}}});
-  } else if (sNodeType == node_type::kQueries) {
-    menu.AddMenu({"m_mnuQueries", "Queries", {{"m_mnuNewQuery", "New Query..."}}});
-  } else if (sNodeType == node_type::kQuery) {
-    menu.AddMenu({"m_mnuQuery2", "Query", {{"m_mnuEdit", "Edit..."}, {"m_mnuRemove", "Remove"}}});
-  }
+Boolean IsUsersCatalog(const ScopeItem& item) {
+  const Text sCatalog = TagAs<nodes::CatalogNode>(item)->Catalog();
+  return sCatalog != "Functions" && sCatalog != "Orvane";
 }
 
 }  // namespace
+
+/// A command is here with its handler or not at all.
+const std::vector<SnapIn::NodeMenu>& SnapIn::Menus() {
+  static const std::vector<NodeMenu> menus{
+      {node_type::kServers,
+       "m_mnuServers",
+       "Servers",
+       Always,
+       {{"m_mnuServersConnect", "Connect...", Always, &SnapIn::m_mnuServersConnect_Click},
+        {"m_mnuOptions", "Options...", Always, &SnapIn::m_mnuOptions_Click}}},
+      {node_type::kServer,
+       "m_mnuServer",
+       "Server",
+       Always,
+       {{"m_mnuConnect", "Connect...", IsDisconnected, &SnapIn::m_mnuConnect_Click},
+        {"m_mnuDisconnect", "Disconnect", IsConnected, &SnapIn::m_mnuDisconnect_Click},
+        {"m_mnuRemoveServer", "Remove", Always, &SnapIn::m_mnuRemoveServer_Click}}},
+      {node_type::kCatalogs,
+       "m_mnuCatalogs",
+       "Catalogs",
+       Always,
+       {{"m_mnuAddCatalog", "Add Catalog...", Always, &SnapIn::m_mnuAddCatalog_Click}}},
+      {node_type::kCatalog,
+       "m_mnuCatalog",
+       "Catalog",
+       IsUsersCatalog,
+       {{"m_mnuCatalogRemove", "Remove", Always, &SnapIn::m_mnuCatalogRemove_Click}}},
+      {node_type::kTable,
+       "m_mnuTable",
+       "Table",
+       Always,
+       {{"m_mnuQuery", "Query...", Always, &SnapIn::m_mnuQuery_Click}}},
+      {node_type::kQueries,
+       "m_mnuQueries",
+       "Queries",
+       Always,
+       {{"m_mnuNewQuery", "New Query...", Always, &SnapIn::m_mnuNewQuery_Click}}},
+      {node_type::kQuery,
+       "m_mnuQuery2",
+       "Query",
+       Always,
+       {{"m_mnuEdit", "Edit...", Always, &SnapIn::m_mnuEdit_Click},
+        {"m_mnuRemove", "Remove", Always, &SnapIn::m_mnuRemove_Click}}}};
+  return menus;
+}
 
 void SnapIn::Views_AddTopMenuItems(platform::View&, const platform::Selection& selection,
                                    platform::ContextMenu& menu, Boolean bInsertionAllowed) {
   Guard([&] {
     if (!bInsertionAllowed || selection.ScopeItemCount() < 1) return;
-    AddMenuOf(*selection.ScopeItem(1), menu);
+    const auto item = selection.ScopeItem(1);
+    const Text sNodeType = item->NodeTypeName();
+    for (const auto& offered : Menus()) {
+      if (sNodeType != offered.sNodeType || !offered.isOffered(*item)) continue;
+      platform::Menu top{offered.sName, offered.sCaption, {}};
+      for (const auto& command : offered.commands) {
+        top.items.push_back({command.sName, command.sCaption, command.isEnabled(*item)});
+      }
+      menu.AddMenu(top);
+    }
   });
 }
 
 void SnapIn::Menu_Click(const Text& sMenuItem, Long, const platform::Selection& selection) {
-  using Handler = void (SnapIn::*)(const ScopeItemPtr&);
-  static constexpr std::pair<const char*, Handler> kHandlers[] = {
-      {"m_mnuServersConnect", &SnapIn::m_mnuServersConnect_Click},
-      {"m_mnuOptions", &SnapIn::m_mnuOptions_Click},
-      {"m_mnuConnect", &SnapIn::m_mnuConnect_Click},
-      {"m_mnuDisconnect", &SnapIn::m_mnuDisconnect_Click},
-      {"m_mnuRemoveServer", &SnapIn::m_mnuRemoveServer_Click},
-      {"m_mnuAddCatalog", &SnapIn::m_mnuAddCatalog_Click},
-      {"m_mnuCatalogRemove", &SnapIn::m_mnuCatalogRemove_Click},
-      {"m_mnuQuery", &SnapIn::m_mnuQuery_Click},
-      {"m_mnuNewQuery", &SnapIn::m_mnuNewQuery_Click},
-      {"m_mnuEdit", &SnapIn::m_mnuEdit_Click},
-      {"m_mnuRemove", &SnapIn::m_mnuRemove_Click},
-  };
   Guard([&] {
     if (selection.Type() != platform::kSelectionSingleScopeItem) return;
-    for (const auto& [sName, handler] : kHandlers) {
-      if (sMenuItem == sName) (this->*handler)(selection.ScopeItem(1));
+    for (const auto& menu : Menus()) {
+      for (const auto& command : menu.commands) {
+        if (sMenuItem == command.sName) return (this->*command.handler)(selection.ScopeItem(1));
+      }
     }
   });
 }

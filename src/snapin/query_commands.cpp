@@ -64,9 +64,14 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
     if (sNewName == sOldName || queries->Find(sNewName) == -1) break;
     ShowError(m_services, {platform::failure::kKeyExists, kNameTaken, "snapin"});
   }
-  if (sNewName != sOldName) {
-    RenameQuery(*queries, query, sNewName, dialog.SqlStatement().Text());
-    item->Key(FolderKey(*item) + "." + sNewName);
+  if (sNewName != sOldName || !queries->Holds(query)) {
+    const Text sFolderKey = FolderKey(*item);
+    FileQuery(*queries, query, sNewName, dialog.SqlStatement().Text());
+    // One that comes back may find its folder without a mark, as that of an empty list.
+    if (const auto folder = m_services.console->ScopeItems().Item(sFolderKey)) {
+      folder->ScopeNode()->HasChildren(true);
+    }
+    item->Key(sFolderKey + "." + sNewName);
     item->NodeId(item->Key());
     item->DisplayName(sNewName);
   } else {
@@ -77,16 +82,21 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
   item->ListSubItems().Add(2, "Query", query->Query());
   if (!m_qrResults || !IsShown(*item)) return;
   if (m_qrResults->QueryName() != query->QueryName()) m_qrResults->QueryName(query->QueryName());
+  // A new name alone runs nothing; a text that is accepted is run, also as it was.
+  if (sNewName != sOldName && m_qrResults->SqlText() == query->Query()) return;
   // The rows shown are those of the old text, and would be kept for the query when it is left.
   m_qrResults->SqlText(query->Query());
   m_qrResults->Execute();
 }
 
-void SnapIn::RenameQuery(nodes::QueryNodesCollection& queries, const nodes::QueryNodePtr& query,
-                         const Text& sName, const Text& sSqlText) {
-  const Text sOldName = query->QueryName();
-  const Long lPosition = queries.Find(sOldName);
-  queries.Remove(sOldName);
+void SnapIn::FileQuery(nodes::QueryNodesCollection& queries, const nodes::QueryNodePtr& query,
+                       const Text& sName, const Text& sSqlText) {
+  // A query that an earlier refusal left out of the list has no place there: it goes to the end.
+  Long lPosition = queries.Count() + 1;
+  if (queries.Holds(query)) {
+    lPosition = queries.Find(query->QueryName());
+    queries.Remove(query->QueryName());
+  }
   query->QueryName(sName);
   query->Query(sSqlText);
   // A name that differs from another query's in case alone passed the exact search, but is refused
@@ -103,7 +113,8 @@ void SnapIn::m_mnuRemove_Click(const ScopeItemPtr& item) {
   }
   const auto queries = InTree(query->ParentServerNode())->QueryNodes();
   const Text sFolderKey = FolderKey(*item);
-  queries->Remove(sName);
+  // One that an earlier refusal left out of the list has nothing there that is to go with it.
+  if (queries->Holds(query)) queries->Remove(sName);
   m_services.console->ScopeItems().Remove(item->Key());
   if (queries->Count() > 0) return;
   if (const auto folder = m_services.console->ScopeItems().Item(sFolderKey)) {

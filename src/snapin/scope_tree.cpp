@@ -1,5 +1,6 @@
 // The console's tree: what is beneath each item, under which keys and in which order.
 #include "access/schema_browsing.h"
+#include "nodes/catalog_nodes_collection.h"
 #include "nodes/query_nodes_collection.h"
 #include "nodes/server_nodes_collection.h"
 #include "nodes/table_nodes_collection.h"
@@ -84,6 +85,33 @@ void SnapIn::ExpandServer(ScopeItem& item) {
   const auto queries = AddScopeItem(node_type::kQueries, item.Key() + ".Queries", item, false);
   SetNameColumn(*queries);
   queries->Tag(server);
+}
+
+void SnapIn::PopulateCatalogs(ScopeItem& item) {
+  const auto server = TagAs<nodes::ServerNode>(item);
+  access::ForEachCatalog(server->Connection(), [&](const Text& sCatalog) {
+    const auto child = AddCatalogScopeItem(item, sCatalog);
+    auto catalog = server->CatalogNodes()->Item(sCatalog);
+    if (!catalog) catalog = server->CatalogNodes()->Add(sCatalog);
+    child->Tag(catalog);
+  });
+}
+
+platform::ScopeItemPtr SnapIn::AddCatalogScopeItem(ScopeItem& catalogsItem, const Text& sCatalog) {
+  auto item =
+      AddScopeItem(node_type::kCatalog, catalogsItem.Key() + "." + sCatalog, catalogsItem, true);
+  item->DisplayName(sCatalog);
+  SetNameColumn(*item);
+  return item;
+}
+
+void SnapIn::PopulateTables(ScopeItem& item) {
+  const auto catalog = TagAs<nodes::CatalogNode>(item);
+  // A document may bring a catalog without a name: asked for that, a server lists those of all.
+  if (catalog->Catalog().empty()) return;
+  const auto cn = InTree(catalog->ParentServerNode())->Connection();
+  access::ForEachTable(cn, catalog->Catalog(),
+                       [&](const Text& sTable) { AddTableScopeItem(item, *catalog, cn, sTable); });
 }
 
 void SnapIn::AddTableScopeItem(ScopeItem& catalogItem, nodes::CatalogNode& catalog,

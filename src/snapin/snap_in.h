@@ -65,14 +65,12 @@ class SnapIn : private nodes::Counted,
   void Menu_Click(const Text& sMenuItem, Long lIndex,
                   const platform::Selection& selection) override;
 
-  // ---- menus_and_toolbar.cpp
+  // ---- toolbar.cpp
   void Views_UpdateControlbar(platform::View& view, const platform::Selection& selection,
                               Boolean bSelected, platform::ControlBar& controlBar) override;
   void Views_Select(platform::View& view, const platform::Selection& selection, Boolean bSelected,
                     platform::ConsoleVerbs& verbs) override;
   void Views_Refresh(platform::View& view) override;
-
-  // ---- grid_events.cpp
   void Toolbar_ButtonClick(platform::ToolbarButton& button) override;
 
  private:
@@ -99,6 +97,10 @@ class SnapIn : private nodes::Counted,
   platform::ScopeItemPtr AddServerScopeItem(platform::ScopeItem& rootItem,
                                             const nodes::ServerNodePtr& server);
   void ExpandServer(platform::ScopeItem& item);
+  void PopulateCatalogs(platform::ScopeItem& item);
+  platform::ScopeItemPtr AddCatalogScopeItem(platform::ScopeItem& catalogsItem,
+                                             const Text& sCatalog);
+  void PopulateTables(platform::ScopeItem& item);
   void AddTableScopeItem(platform::ScopeItem& catalogItem, nodes::CatalogNode& catalog,
                          const platform::ConnectionPtr& cn, const Text& sTable);
   void ApplyQueryDefaults(platform::TableQuery& query, Boolean bDefFilterCond);
@@ -106,11 +108,7 @@ class SnapIn : private nodes::Counted,
   void AddQueryScopeItem(platform::ScopeItem& queriesItem,
                          const std::shared_ptr<nodes::QueryNode>& query);
 
-  // ---- schema_browsing.cpp
-  void PopulateCatalogs(platform::ScopeItem& item);
-  platform::ScopeItemPtr AddCatalogScopeItem(platform::ScopeItem& catalogsItem,
-                                             const Text& sCatalog);
-  void PopulateTables(platform::ScopeItem& item);
+  // ---- list_views.cpp
   void ShowTableStructure(platform::ResultView& view, const nodes::TableNode& table);
 
   // ---- grid_views.cpp
@@ -119,9 +117,36 @@ class SnapIn : private nodes::Counted,
   /// Sets the grid reference, or none, and listens to the grid's events.
   void TableEditor(const platform::TableEditorPtr& grid);
   void QueryResults(const platform::QueryResultsPtr& grid);
+  /// Has each event that both grids raise set the buttons of that kind.
+  std::vector<platform::Subscription> ListenTo(const std::shared_ptr<platform::Grid>& grid,
+                                               ToolbarKind kind);
 
-  // ---- menus_and_toolbar.cpp
+  // ---- menus.cpp
+  struct MenuCommand {
+    const char* sName;
+    const char* sCaption;
+    Boolean (*isEnabled)(const platform::ScopeItem& item);
+    void (SnapIn::*handler)(const platform::ScopeItemPtr& item);
+  };
+  struct NodeMenu {
+    const char* sNodeType;
+    const char* sName;
+    const char* sCaption;
+    Boolean (*isOffered)(const platform::ScopeItem& item);
+    std::vector<MenuCommand> commands;
+  };
+  static const std::vector<NodeMenu>& Menus();
+
+  // ---- toolbar.cpp
+  struct ShownGrid;
+  struct Button;
+  static const std::vector<Button>& Buttons();
+  ShownGrid GridOf(ToolbarKind kind) const;
+  /// The kind of the grid that is shown.
+  ToolbarKind KindShown() const;
   void AddButtons(ToolbarKind kind);
+  /// Sets that toolbar's buttons as its grid says; nothing while it is not built.
+  void ButtonStates(ToolbarKind kind);
 
   // ---- server_commands.cpp
   void m_mnuOptions_Click(const platform::ScopeItemPtr& item);
@@ -139,30 +164,18 @@ class SnapIn : private nodes::Counted,
   // ---- catalog_commands.cpp
   void m_mnuAddCatalog_Click(const platform::ScopeItemPtr& catalogsItem);
   void m_mnuCatalogRemove_Click(const platform::ScopeItemPtr& item);
+
+  // ---- table_commands.cpp
   void m_mnuQuery_Click(const platform::ScopeItemPtr& item);
 
   // ---- query_commands.cpp
   void m_mnuNewQuery_Click(const platform::ScopeItemPtr& queriesItem);
   void m_mnuEdit_Click(const platform::ScopeItemPtr& item);
-  /// Files the query under another name at the place it has.
-  static void RenameQuery(nodes::QueryNodesCollection& queries,
-                          const std::shared_ptr<nodes::QueryNode>& query, const Text& sName,
-                          const Text& sSqlText);
+  /// Files the query under that name: at the place it has, or at the end when it has none.
+  static void FileQuery(nodes::QueryNodesCollection& queries,
+                        const std::shared_ptr<nodes::QueryNode>& query, const Text& sName,
+                        const Text& sSqlText);
   void m_mnuRemove_Click(const platform::ScopeItemPtr& item);
-
-  // ---- grid_events.cpp
-  void m_tbrToolbar_ButtonClick(platform::ToolbarButton& button);
-  void m_tblEditor_HeadClick();
-  void m_tblEditor_RowColChange();
-  void m_tblEditor_SelChange();
-  void m_tblEditor_Insert();
-  void m_tblEditor_Delete();
-  void m_qrResults_RowColChange();
-  void m_qrResults_SelChange();
-  void m_qrResults_Insert();
-  void m_qrResults_Delete();
-  void TableButtonStates();
-  void QueryButtonStates();
 
   platform::Services m_services;
   nodes::ServersNodePtr m_root;

@@ -138,7 +138,12 @@ TEST_F(schema_browsing, a_last_column_that_the_server_lacks_is_removed) {
 TEST_F(schema_browsing, an_index_past_the_shortened_list_fails_with_9) {
   for (const char* sColumn : {"Gone", "Name", "Speed"}) query.Columns().Add(sColumn);
   EXPECT_EQ(FailureOf([&] { GetTableColumns(query, cn); }), 9);
+  EXPECT_EQ(sDescription,
+            "The table \"Pumps\" of the catalog \"Plant\" has lost columns that its query names, "
+            "and the query loses them too; expand the catalog again to go on.");
   EXPECT_EQ(Columns(), (std::vector<Text>{"Name", "Speed"}));
+  GetTableColumns(query, cn);
+  EXPECT_EQ(Columns(), (std::vector<Text>{"Name", "Speed"})) << "the next time goes on";
 }
 
 TEST_F(schema_browsing, the_entry_behind_a_removed_one_is_not_examined) {
@@ -172,8 +177,10 @@ TEST_F(schema_browsing, structure_is_empty_without_a_message_when_a_rowset_is_re
   for (const auto schema :
        {SchemaNumber::Columns, SchemaNumber::PrimaryKeys, SchemaNumber::ProviderTypes}) {
     historian->schemas.clear();
+    historian->log.clear();
     Refuses(schema);
     EXPECT_TRUE(Structure().empty());
+    EXPECT_EQ(historian->log.size(), 3U) << "the other two are asked for all the same";
   }
 }
 
@@ -201,13 +208,22 @@ TEST_F(schema_browsing, structure_goes_on_when_a_key_row_cannot_be_read) {
   EXPECT_EQ(keys->nMoveFirst, 3) << "each scan goes back to the first row";
 }
 
-TEST_F(schema_browsing, structure_goes_on_when_a_type_row_cannot_be_read) {
+TEST_F(schema_browsing, structure_passes_by_a_type_row_that_cannot_be_compared) {
+  const auto types = std::make_shared<FakeRecordset>(
+      std::vector<fakes::FakeColumn>{{"DATA_TYPE"}, {"BEST_MATCH"}, {"TYPE_NAME"}},
+      std::vector<FakeRecordset::Row>{{Long{130}, true, "broken"}, {Long{130}, true, "text"}});
+  types->failing = {{0, 0}};
+  Gives(SchemaNumber::ProviderTypes, types);
+  EXPECT_EQ(Structure(), (std::vector<Text>{"Name|text|no|key", "Speed||yes|", "Serial||yes|"}));
+}
+
+TEST_F(schema_browsing, structure_names_no_type_when_the_first_best_match_cannot_be_read) {
   const auto types = std::make_shared<FakeRecordset>(
       std::vector<fakes::FakeColumn>{{"DATA_TYPE"}, {"BEST_MATCH"}, {"TYPE_NAME"}},
       std::vector<FakeRecordset::Row>{{Long{130}, true, "broken"}, {Long{130}, true, "text"}});
   types->failing = {{0, 2}};
   Gives(SchemaNumber::ProviderTypes, types);
-  EXPECT_EQ(Structure(), (std::vector<Text>{"Name|text|no|key", "Speed||yes|", "Serial||yes|"}));
+  EXPECT_EQ(Structure(), (std::vector<Text>{"Name||no|key", "Speed||yes|", "Serial||yes|"}));
 }
 
 TEST_F(schema_browsing, structure_fails_when_a_columns_own_field_cannot_be_read) {

@@ -137,6 +137,21 @@ TEST_F(catalog_commands, a_removed_catalog_goes_from_the_server_and_both_trees) 
   EXPECT_FALSE(driver.HasItem("S1.Catalogs.Plant.Pumps"));
 }
 
+TEST_F(catalog_commands, a_catalog_without_a_name_is_removed_from_the_tree_alone) {
+  const auto server = ExpandAll();
+  server->CatalogNodes()->Add("");
+  driver.historian->Server("S1")->catalogs.push_back({"", {}});
+  const auto folder = driver.Item("S1.Catalogs");
+  driver.console->ScopeItems().RemoveChildren(folder->node);
+  driver.snapIn->ScopeItems_Expand(folder);
+  const auto nStatements = driver.StatementsSent();
+  driver.Click("m_mnuCatalogRemove", "S1.Catalogs.");
+  ASSERT_EQ(driver.TakeBoxes().size(), 1U) << "the question alone";
+  EXPECT_EQ(driver.StatementsSent(), nStatements);
+  EXPECT_FALSE(driver.HasItem("S1.Catalogs."));
+  EXPECT_EQ(server->CatalogNodes()->Item(""), nullptr);
+}
+
 TEST_F(catalog_commands, a_removal_that_fails_on_the_server_leaves_node_and_item) {
   const auto server = ExpandAll();
   sFailing = "DROP DATABASE \"Plant\"";

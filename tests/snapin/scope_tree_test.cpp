@@ -227,9 +227,43 @@ TEST_F(scope_tree, a_table_whose_saved_columns_are_gone_is_reported_and_earlier_
   const auto known = tables->Add("Data");
   for (const char* sColumn : {"Gone", "Tag"}) known->Query()->Columns().Add(sColumn);
   for (const char* sKey : {"", "S1", "S1.Catalogs", "S1.Catalogs.Plant"}) driver.Expand(sKey);
-  EXPECT_EQ(ErrorBox(), "No such column.");
+  EXPECT_EQ(
+      ErrorBox(),
+      "The table \"Data\" of the catalog \"Plant\" has lost columns that its query names, and "
+      "the query loses them too; expand the catalog again to go on.");
   EXPECT_NE(driver.Item("S1.Catalogs.Plant.Pumps")->Tag(), nullptr);
   EXPECT_EQ(driver.Item("S1.Catalogs.Plant.Data")->Tag(), nullptr);
+  const auto item = driver.Item("S1.Catalogs.Plant");
+  driver.console->ScopeItems().RemoveChildren(item->node);
+  EXPECT_TRUE(driver.snapIn->ScopeItems_Expand(item)) << "the next expansion goes on";
+  EXPECT_EQ(driver.Item("S1.Catalogs.Plant.Data")->Tag(), known);
+  ExpectNoBoxes();
+}
+
+TEST_F(scope_tree, a_table_whose_expansion_failed_half_way_is_told_of_once_in_each_view) {
+  AddServer("S1");
+  driver.historian->schemas[platform::SchemaNumber::Columns] = [](auto) -> platform::RecordsetPtr {
+    throw platform::Failure(3801, "The rowset is refused.");
+  };
+  for (const char* sKey : {"", "S1", "S1.Catalogs", "S1.Catalogs.Plant"}) driver.Expand(sKey);
+  const Text sHalf = "S1.Catalogs.Plant.Pumps";
+  EXPECT_EQ(ErrorBox(), "The rowset is refused.");
+  ASSERT_EQ(driver.Item(sHalf)->Tag(), nullptr);
+  driver.Select(sHalf);
+  ErrorBox();
+  driver.ShowView("TableStructureListView");
+  ErrorBox();
+}
+
+TEST_F(scope_tree, a_catalog_without_a_name_lists_no_tables_of_others) {
+  const auto server = AddServer("S1");
+  const auto catalog = server->CatalogNodes()->Add("");
+  driver.historian->Server("S1")->catalogs.push_back({"", {{"Lost", {{"Tag"}}, {}}}});
+  for (const char* sKey : {"", "S1", "S1.Catalogs", "S1.Catalogs."}) driver.Expand(sKey);
+  EXPECT_EQ(driver.Item("S1.Catalogs.")->Tag(), catalog);
+  EXPECT_TRUE(driver.Children("S1.Catalogs.").empty());
+  EXPECT_EQ(catalog->TableNodes()->Count(), 0);
+  ExpectNoBoxes();
 }
 
 TEST_F(scope_tree, a_catalog_that_has_left_the_tree_is_reported) {

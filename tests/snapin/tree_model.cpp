@@ -1,84 +1,16 @@
-#include "tests/snapin/tree_model.h"
-
+// The events of the console, as the model answers them.
 #include <algorithm>
 #include <utility>
 
-namespace orvane::snapin::model {
+#include "tests/snapin/tree_model_rules.h"
 
-using platform::MsgBoxButtons;
+namespace orvane::snapin::model {
 
 namespace {
 
 constexpr const char* kStructureView = "TableStructureListView";
 constexpr const char* kEditorView = "TableEditorOcxView";
 constexpr const char* kResultsView = "QueryResultsOcxView";
-constexpr const char* kNotConnected = "The server is not connected; connect it first.";
-constexpr const char* kItemTaken = "The item is already in the tree.";
-constexpr const char* kNameTaken = "Query with the specified name already exists.";
-constexpr Long kHourglass = 11;
-
-Text InQuotes(const Text& sText) {
-  return "\"" + sText + "\"";
-}
-[[noreturn]] void StopKeyTaken(const Text& sKey) {
-  throw Stop{"The key " + InQuotes(sKey) + " is already in the collection; choose another name."};
-}
-[[noreturn]] void StopNoKey(const Text& sKey) {
-  throw Stop{"The argument is invalid: the collection has no key " + InQuotes(sKey) +
-             "; check the name."};
-}
-
-template <class T>
-auto Position(std::vector<std::shared_ptr<T>>& list, const Text& sName) {
-  return std::find_if(list.begin(), list.end(),
-                      [&](const auto& node) { return Folded(node->sName) == Folded(sName); });
-}
-template <class T>
-std::shared_ptr<T> Lookup(std::vector<std::shared_ptr<T>>& list, const Text& sName) {
-  const auto position = Position(list, sName);
-  return position == list.end() ? nullptr : *position;
-}
-void Refuse(const GridPtr& grid, const std::string& sStep) {
-  if (grid->sFailing == sStep) throw Stop{"The grid cannot do that."};
-}
-
-template <class T>
-void Append(std::vector<std::shared_ptr<T>>& list, const std::shared_ptr<T>& node) {
-  if (Lookup(list, node->sName)) StopKeyTaken(node->sName);
-  list.push_back(node);
-}
-template <class T>
-void Drop(std::vector<std::shared_ptr<T>>& list, const Text& sName) {
-  const auto position = Position(list, sName);
-  if (position == list.end()) StopNoKey(sName);
-  list.erase(position);
-}
-
-template <class T>
-std::shared_ptr<T> TagOf(const Item& item) {
-  if (!item.tag) {
-    throw Stop{InQuotes(item.sName) + " stands for nothing any more; refresh the tree."};
-  }
-  auto node = std::dynamic_pointer_cast<T>(item.tag);
-  if (!node) throw Stop{InQuotes(item.sName) + " stands for something else; refresh the tree."};
-  return node;
-}
-template <class T>
-std::shared_ptr<T> Alive(const std::weak_ptr<T>& node) {
-  auto strong = node.lock();
-  if (!strong) throw Stop{"The item is no longer in the tree; select another one."};
-  return strong;
-}
-
-Long NumberOf(const Text& sText) {
-  const bool bDigits = sText.find_first_not_of("0123456789- ") == Text::npos;
-  if (!bDigits) throw Stop{InQuotes(sText) + " is not a number; enter digits only."};
-  const long long llNumber = std::stoll(sText);
-  if (llNumber != static_cast<Long>(llNumber)) {
-    throw Stop{InQuotes(sText) + " is too large; enter a number from -2147483648 to 2147483647."};
-  }
-  return static_cast<Long>(llNumber);
-}
 
 void Collect(const ItemPtr& item, std::vector<ItemPtr>& items) {
   items.push_back(item);
@@ -95,109 +27,12 @@ std::pair<Text, Text> Source(const Text& sSql) {
 
 }  // namespace
 
-Text Folded(const Text& sName) {
-  Text sFolded;
-  for (std::size_t i = 0; i < sName.size(); ++i) {
-    if (sName.compare(i, 2, "Ö") == 0) {
-      sFolded += "ö";
-      ++i;
-    } else if (sName.compare(i, 2, "ß") == 0) {
-      sFolded += "ss";
-      ++i;
-    } else {
-      const char c = sName[i];
-      sFolded += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-  }
-  return sFolded;
-}
-
-Text DefaultFilter(const Root& root, const Text& sCatalog, const Text& sTable) {
-  const bool bTimed = sTable == "Data" || sTable == "Data2" || sTable == "Orv_Data";
-  if (!bTimed || sCatalog.empty() || sCatalog == "Orvane" || sCatalog == "Orv_Orvane") return {};
-  if (root.sStart.empty() && root.sEnd.empty()) return {};
-  if (root.sEnd.empty()) return "Timestamp >= '" + root.sStart + "'";
-  if (root.sStart.empty()) return "Timestamp <= '" + root.sEnd + "'";
-  return "Timestamp BETWEEN '" + root.sStart + "' AND '" + root.sEnd + "'";
-}
-
-// ---- the world
-
-bool World::ByGuid() const {
-  if (bNoProperties)
-    throw Stop{"The provider has no property \"Historians By GUID\"; check its name."};
-  return historian.options.back().second == platform::Value(true);
-}
-
-void World::Show(const Text& sText, const Text& sTitle, MsgBoxButtons buttons) {
-  boxes.push_back({sText, sTitle, buttons});
-}
-
-void World::ForEachName(SchemaNumber schema, const LinePtr& line, const Text& sCatalog,
-                        const Text& sTable, const std::function<void(const Text&)>& use) const {
-  if (!line) throw Stop{kNotConnected};
-  if (!line->bOpen) throw Stop{"The connection is closed."};
-  const bool bFault = schemaFault && schemaFault->schema == schema;
-  if (bFault && schemaFault->nRow < 0) throw Stop{"The rowset is refused."};
-  Texts names;
-  if (schema == SchemaNumber::Catalogs) {
-    for (const auto& catalog : historian.Server(line->sServer)->catalogs) {
-      names.push_back(catalog.sName);
-    }
-  } else if (schema == SchemaNumber::Columns) {
-    if (const auto* table = historian.Table(line->sServer, sCatalog, sTable)) {
-      for (const auto& column : table->columns) names.push_back(column.sName);
-    }
-  } else if (const auto* catalog =
-                 fakes::FakeHistorian::Find(historian.Server(line->sServer)->catalogs, sCatalog)) {
-    for (const auto& table : catalog->tables) names.push_back(table.sName);
-  }
-  int nRow = 0;
-  for (const Text& sName : names) {
-    if (bFault && nRow == schemaFault->nRow) throw Stop{"The cell cannot be read."};
-    use(sName);
-    ++nRow;
-  }
-}
-
-void World::Run(const LinePtr& line, const Text& sCatalog, const Text& sTable) {
-  if (!line) throw Stop{"The grid has no connection; connect the server."};
-  if (!line->bOpen) throw Stop{"The connection is closed."};
-  ++nStatements;
-  if (!historian.Table(line->sServer, sCatalog, sTable)) throw Stop{"The statement cannot be run."};
-}
-
-void World::Close(Line& line) {
-  ++nCloses;
-  if (historian.bFailClose) throw Stop{"The connection cannot be closed."};
-  line.bOpen = false;
-}
-
-Server::~Server() {
-  try {
-    if (line) world.Close(*line);
-  } catch (const Stop&) {
-    // Nobody is told.
-  }
-}
-
-// ---- events of the console
-
 TreeModel::TreeModel(World& world) : m_world(world) {
   NewDocument();
 }
 
-template <class Body>
-void TreeModel::Guard(Body&& body) {
-  try {
-    body();
-  } catch (const Stop& stop) {
-    m_world.Show(stop.sText, "Error", MsgBoxButtons::OkOnly);
-  }
-}
-
 Root& TreeModel::NeedRoot() const {
-  if (!root) throw Stop{"No servers are loaded; open a document or create a new one."};
+  if (!root) throw Stop{};
   return *root;
 }
 
@@ -218,7 +53,7 @@ ItemPtr TreeModel::AddItem(const char* sType, const Text& sKey, Item& parent, co
                            bool bMark) {
   // The static node is known under the empty key here, and is in nobody's way.
   const ItemPtr other = Find(sKey);
-  if (other && other != rootItem) throw Stop{kItemTaken};
+  if (other && other != rootItem) throw Stop{};
   auto item = std::make_shared<Item>();
   item->sType = sType;
   item->sKey = sKey;
@@ -235,7 +70,7 @@ void TreeModel::RemoveItem(const Text& sKey) {
       return;
     }
   }
-  throw Stop{"The item is not in the tree."};
+  throw Stop{};
 }
 
 void TreeModel::Expand(const ItemPtr& item) {
@@ -269,6 +104,7 @@ void TreeModel::ExpandBody(Item& item) {
     });
   } else if (item.sType == "Catalog") {
     const auto catalog = TagOf<Catalog>(item);
+    if (catalog->sName.empty()) return;
     const auto line = Alive(catalog->server)->line;
     m_world.ForEachName(SchemaNumber::Tables, line, catalog->sName, "",
                         [&](const Text& sTable) { AddTableItem(item, catalog, line, sTable); });
@@ -279,10 +115,8 @@ void TreeModel::ExpandBody(Item& item) {
 
 void TreeModel::OpenLine(Server& server, const Text& sName) {
   ++m_world.nLogons;
-  if (m_world.historian.bCancelLogon) throw Stop{"The logon was cancelled."};
-  if (!m_world.historian.Server(sName)) {
-    throw Stop{"The server " + InQuotes(sName) + " is unknown; check its name."};
-  }
+  if (m_world.historian.bCancelLogon) throw Stop{};
+  if (!m_world.historian.Server(sName)) throw Stop{};
   server.line = std::make_shared<Line>(Line{sName});
 }
 
@@ -321,7 +155,7 @@ void TreeModel::AddTableItem(Item& item, const CatalogPtr& catalog, const LinePt
     // The deliberate walk: up to the count of before, past the one behind a removed one.
     const std::size_t nCount = table->columns.size();
     for (std::size_t i = 0; i < nCount; ++i) {
-      if (i >= table->columns.size()) throw Stop{"No such column."};
+      if (i >= table->columns.size()) throw Stop{};
       if (std::find(names.begin(), names.end(), table->columns[i]) == names.end()) {
         table->columns.erase(table->columns.begin() + static_cast<std::ptrdiff_t>(i));
       }
@@ -377,12 +211,11 @@ void TreeModel::Show(const ItemPtr& item, const Text& sViewName, bool bGrid) {
   }
   const bool bEditor = sViewName == kEditorView;
   const bool bResults = sViewName == kResultsView;
-  if (bEditor) Guard([&] { TagOf<Table>(*item); });
   Guard([&] {
     if (item->sType == "Table") {
+      if (!bEditor || !bGrid) return tblEditor.reset();
       const auto table = TagOf<Table>(*item);
-      tblEditor = bEditor && bGrid ? std::make_shared<Grid>() : nullptr;
-      if (!tblEditor) return;
+      tblEditor = std::make_shared<Grid>();
       tblEditor->bSql = NeedRoot().bSql;
       tblEditor->line = Alive(Alive(table->catalog)->server)->line;
       tblEditor->sCatalog = table->sCatalog;
@@ -393,9 +226,9 @@ void TreeModel::Show(const ItemPtr& item, const Text& sViewName, bool bGrid) {
         RequeryTable();
       }
     } else if (item->sType == "Query") {
+      if (!bResults || !bGrid) return qrResults.reset();
       const auto query = TagOf<Query>(*item);
-      qrResults = bResults && bGrid ? std::make_shared<Grid>() : nullptr;
-      if (!qrResults) return;
+      qrResults = std::make_shared<Grid>();
       qrResults->bSql = NeedRoot().bSql;
       qrResults->line = Alive(query->server)->line;
       qrResults->sName = query->sName;
@@ -477,7 +310,7 @@ bool TreeModel::Save() {
   if (!root || !m_world.bNoProperties) return true;
   for (const auto& server : root->servers) {
     if (!server->line) continue;
-    Guard([] { throw Stop{"The provider has no property \"Log File\"; check its name."}; });
+    Guard([] { throw Stop{}; });
     return false;
   }
   return true;
@@ -551,285 +384,6 @@ void TreeModel::NewDocument() {
   rootItem->tag = root;
   m_nToolbarKind = 0;
   m_bRefreshOffered = false;
-}
-
-// ---- commands
-
-bool TreeModel::Confirmed(const Text& sQuestion, const Text& sTitle) {
-  m_world.Show(sQuestion, sTitle, MsgBoxButtons::YesNo);
-  return m_world.bAnswerYes;
-}
-
-void TreeModel::ForeignCommand(const ItemPtr& item) {
-  Guard([&] {
-    if (!item->tag) {
-      throw Stop{InQuotes(item->sName) + " stands for nothing any more; refresh the tree."};
-    }
-    throw Stop{InQuotes(item->sName) + " stands for something else; refresh the tree."};
-  });
-}
-
-void TreeModel::AddServer(const Text& sChosen) {
-  Guard([&] {
-    const auto server = std::make_shared<Server>(m_world);
-    OpenLine(*server, sChosen);
-    if (m_world.historian.bFailDataSource) {
-      server->line.reset();  // never stored, so nobody closes it
-      throw Stop{"The data source cannot be read."};
-    }
-    server->sName = sChosen;
-    bool bItem = true;
-    if (!rootItem->bExpandedOnce) {
-      if (m_world.bRootCannotExpand) {
-        bItem = false;
-      } else {
-        Expand(rootItem);
-      }
-    }
-    Append(NeedRoot().servers, server);
-    if (bItem) AddItem("Server", sChosen, *rootItem, sChosen, true)->tag = server;
-  });
-}
-
-void TreeModel::Connect(const ItemPtr& item) {
-  Guard([&] {
-    const auto server = TagOf<Server>(*item);
-    OpenLine(*server, server->sName);
-    if (item->bExpandedOnce) {
-      ExpandServer(*item);
-    } else {
-      item->bMark = true;
-    }
-  });
-}
-
-void TreeModel::Disconnect(const ItemPtr& item) {
-  Guard([&] {
-    const auto server = TagOf<Server>(*item);
-    if (tblEditor) {
-      Refuse(tblEditor, "AttachRecordset none 0");
-      tblEditor->bRows = false;
-    }
-    for (const auto& catalog : server->catalogs) {
-      for (const auto& table : catalog->tables) table->bRows = false;
-    }
-    if (server->line) {
-      m_world.Close(*server->line);
-      server->line.reset();
-    }
-    item->children.clear();
-    item->bMark = false;
-  });
-}
-
-void TreeModel::RemoveServer(const ItemPtr& item) {
-  Guard([&] {
-    const auto server = TagOf<Server>(*item);
-    if (!Confirmed("Are you sure you want to remove the " + InQuotes(server->sName) +
-                       " server from the tree?",
-                   "Confirm Server Removal")) {
-      return;
-    }
-    Drop(NeedRoot().servers, server->sName);
-    RemoveItem(item->sKey);
-  });
-}
-
-void TreeModel::SetOptions(const std::optional<TypedOptions>& typed) {
-  Guard([&] {
-    NeedRoot();
-    if (!typed) return;
-    if (!typed->sMaxRows.empty()) root->lMaxRows = NumberOf(typed->sMaxRows);
-    if (!typed->sTimeout.empty()) root->lTimeout = NumberOf(typed->sTimeout);
-    root->sStart = typed->sStart;
-    root->sEnd = typed->sEnd;
-    for (const auto& server : root->servers) {
-      for (const auto& catalog : server->catalogs) {
-        for (const auto& table : catalog->tables) {
-          ApplyDefaults(*table);
-          table->bRows = false;
-        }
-      }
-      for (const auto& query : server->queries) query->bRows = false;
-    }
-  });
-}
-
-void TreeModel::AddCatalog(const ItemPtr& folder, const std::optional<TypedCatalog>& typed) {
-  Guard([&] {
-    const auto server = TagOf<Server>(*folder);
-    if (!typed || typed->sName.empty()) return;
-    const Long lSize = typed->sSize.empty() ? 0 : NumberOf(typed->sSize);
-    m_world.lPointer = kHourglass;
-    if (!server->line) throw Stop{kNotConnected};
-    Text sStatement = "CREATE DATABASE " + InQuotes(typed->sName) + " ";
-    if (lSize > 0) {
-      sStatement += "ON (SIZE=" + std::to_string(lSize) + ")";
-    } else if (!typed->sPath.empty()) {
-      sStatement += "ON (PATH='" + typed->sPath + "')";
-    }
-    m_world.statements.push_back(sStatement);
-    ++m_world.nStatements;
-    auto& catalogs = m_world.historian.Server(server->line->sServer)->catalogs;
-    if (m_world.bRefuseStatement || fakes::FakeHistorian::Find(catalogs, typed->sName)) {
-      throw Stop{"The server refused."};
-    }
-    m_world.lPointer = 0;
-    const auto catalog = std::make_shared<Catalog>();
-    catalog->sName = typed->sName;
-    if (m_world.ByGuid()) {
-      m_world.statements.push_back("SELECT Identity FROM Orvane..Historians WHERE Name = '" +
-                                   typed->sName + "'");
-      ++m_world.nStatements;
-      if (m_world.bRefuseLookup) throw Stop{"The lookup failed."};
-      if (!m_world.sIdentity) {
-        m_world.Show("Historian GUID not found.", "", MsgBoxButtons::OkOnly);
-      }
-      catalog->sName = m_world.sIdentity.value_or("");
-    }
-    catalog->server = server;
-    Append(server->catalogs, catalog);
-    if (!folder->bExpandedOnce) return;
-    AddItem("Catalog", folder->sKey + "." + catalog->sName, *folder, catalog->sName, true)->tag =
-        catalog;
-  });
-}
-
-void TreeModel::RemoveCatalog(const ItemPtr& item) {
-  Guard([&] {
-    const auto catalog = TagOf<Catalog>(*item);
-    if (!Confirmed("Are you sure you want to remove the " + InQuotes(catalog->sName) + " catalog?",
-                   "Confirm Catalog Removal")) {
-      return;
-    }
-    const auto server = Alive(catalog->server);
-    if (!server->line) throw Stop{kNotConnected};
-    m_world.statements.push_back("DROP DATABASE " + InQuotes(catalog->sName));
-    ++m_world.nStatements;
-    auto& catalogs = m_world.historian.Server(server->line->sServer)->catalogs;
-    if (m_world.bRefuseStatement || !fakes::FakeHistorian::Find(catalogs, catalog->sName)) {
-      throw Stop{"The server refused."};
-    }
-    Drop(server->catalogs, catalog->sName);
-    RemoveItem(item->sKey);
-  });
-}
-
-bool TreeModel::BuilderComesUp(const ItemPtr& item) {
-  bool bUp = false;
-  Guard([&] {
-    const auto table = TagOf<Table>(*item);
-    m_world.ForEachName(SchemaNumber::Columns, Alive(Alive(table->catalog)->server)->line,
-                        table->sCatalog, table->sName, [](const Text&) {});
-    NeedRoot();
-    bUp = true;
-  });
-  return bUp;
-}
-
-void TreeModel::Build(const ItemPtr& item, const std::optional<Built>& built) {
-  if (!built) return;
-  Guard([&] {
-    const auto table = TagOf<Table>(*item);
-    table->columns = built->columns;
-    table->bDefaultFilter = built->bDefaultFilter;
-    table->sFilter = built->sFilter;
-    table->sort = built->sort;
-    table->bRows = false;
-    if (tblEditor && IsShown(*item)) RequeryTable();
-  });
-}
-
-void TreeModel::NewQuery(const ItemPtr& folder, const std::vector<Typed>& answers) {
-  Guard([&] {
-    const auto server = TagOf<Server>(*folder);
-    QueryPtr query;
-    for (const Typed& typed : answers) {
-      if (typed.sName.empty()) return;
-      if (!Lookup(server->queries, typed.sName)) {
-        query = std::make_shared<Query>();
-        query->sName = typed.sName;
-        query->sSql = typed.sSql;
-        query->server = server;
-        server->queries.push_back(query);
-        break;
-      }
-      m_world.Show(kNameTaken, "Error", MsgBoxButtons::OkOnly);
-    }
-    if (!query) return;
-    if (folder->bExpandedOnce) AddQueryItem(*folder, query);
-    folder->bMark = true;
-  });
-}
-
-void TreeModel::EditQuery(const ItemPtr& item, const std::vector<Typed>& answers) {
-  Guard([&] {
-    const auto query = TagOf<Query>(*item);
-    const auto server = Alive(query->server);
-    const Typed* accepted = nullptr;
-    for (const Typed& typed : answers) {
-      if (typed.sName.empty()) return;
-      const bool bTaken = std::any_of(server->queries.begin(), server->queries.end(),
-                                      [&](const auto& q) { return q->sName == typed.sName; });
-      if (typed.sName == query->sName || !bTaken) {
-        accepted = &typed;
-        break;
-      }
-      m_world.Show(kNameTaken, "Error", MsgBoxButtons::OkOnly);
-    }
-    if (!accepted) return;
-    if (accepted->sName != query->sName) {
-      Rename(*server, query, *accepted);
-      const Text sFolder = item->sKey.substr(0, item->sKey.size() - item->sName.size());
-      if (const auto other = Find(sFolder + accepted->sName); other && other != item) {
-        throw Stop{kItemTaken};
-      }
-      item->sKey = sFolder + accepted->sName;
-      item->sName = accepted->sName;
-    } else {
-      query->sSql = accepted->sSql;
-    }
-    query->bRows = false;
-    item->texts = {query->sName, query->sSql};
-    if (!qrResults || !IsShown(*item)) return;
-    qrResults->sName = query->sName;
-    qrResults->sSql = query->sSql;
-    ExecuteQuery();
-  });
-}
-
-void TreeModel::Rename(Server& server, const QueryPtr& query, const Typed& typed) {
-  auto& list = server.queries;
-  // The place is that of the exact name; what goes is whatever the list files under it. The two
-  // differ for a query that an earlier renaming has lost.
-  const auto place = std::find_if(list.begin(), list.end(),
-                                  [&](const auto& q) { return q->sName == query->sName; });
-  const auto nPlace = place == list.end() ? -1 : place - list.begin();
-  Drop(list, query->sName);
-  query->sName = typed.sName;
-  query->sSql = typed.sSql;
-  if (nPlace < 0) {
-    throw Stop{"The position -1 is out of range; " +
-               (list.empty() ? Text("the collection is empty.")
-                             : "choose a position from 1 to " + std::to_string(list.size()) + ".")};
-  }
-  if (Lookup(list, typed.sName)) StopKeyTaken(typed.sName);
-  list.insert(list.begin() + nPlace, query);
-}
-
-void TreeModel::RemoveQuery(const ItemPtr& item) {
-  Guard([&] {
-    const auto query = TagOf<Query>(*item);
-    if (!Confirmed("Are you sure you want to remove the " + InQuotes(query->sName) + " query?",
-                   "Confirm Query Removal")) {
-      return;
-    }
-    const auto server = Alive(query->server);
-    Drop(server->queries, query->sName);
-    const Text sFolder = item->sKey.substr(0, item->sKey.size() - item->sName.size() - 1);
-    RemoveItem(item->sKey);
-    if (server->queries.empty()) Find(sFolder)->bMark = false;
-  });
 }
 
 Texts TreeModel::MenuOf(const Item& item) {

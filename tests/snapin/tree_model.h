@@ -17,10 +17,11 @@ using platform::SchemaNumber;
 using platform::Text;
 using Texts = std::vector<Text>;
 
-/// A failure that ends the handler; its text is what the "Error" box shows.
-struct Stop {
-  Text sText;
-};
+/// A failure that ends the handler; what its sentence says is the business of other tests.
+struct Stop {};
+
+/// A box by its title and its buttons.
+using Box = std::pair<Text, platform::MsgBoxButtons>;
 
 /// An open connection, shared by its server and the grids bound to it.
 struct Line {
@@ -51,10 +52,10 @@ struct World {
   int nCloses = 0;
   Long lPointer = 0;
   Texts statements;  ///< those that are no table's rows
-  std::vector<scenarios::BoxSeen> boxes;
+  std::vector<Box> boxes;
 
   bool ByGuid() const;
-  void Show(const Text& sText, const Text& sTitle, platform::MsgBoxButtons buttons);
+  void Show(const Text& sTitle, platform::MsgBoxButtons buttons);
   /// The names that a schema rowset tells one by one, up to its fault.
   void ForEachName(SchemaNumber schema, const LinePtr& line, const Text& sCatalog,
                    const Text& sTable, const std::function<void(const Text&)>& use) const;
@@ -213,7 +214,7 @@ class TreeModel {
   void EditQuery(const ItemPtr& item, const std::vector<Typed>& answers);
   void RemoveQuery(const ItemPtr& item);
   /// A command of another node type: the item stands for something else.
-  void ForeignCommand(const ItemPtr& item);
+  void ForeignCommand();
 
   // ---- what is
   std::vector<ItemPtr> Items() const;
@@ -237,7 +238,7 @@ class TreeModel {
   void Guard(Body&& body);
   Root& NeedRoot() const;
   void Show(const ItemPtr& item, const Text& sViewName, bool bGrid);
-  bool Confirmed(const Text& sQuestion, const Text& sTitle);
+  bool Confirmed(const Text& sTitle);
 
   ItemPtr AddItem(const char* sType, const Text& sKey, Item& parent, const Text& sName, bool bMark);
   void RemoveItem(const Text& sKey);
@@ -247,7 +248,8 @@ class TreeModel {
   void ApplyDefaults(Table& table);
   void AddQueryItem(Item& folder, const QueryPtr& query);
   void OpenLine(Server& server, const Text& sName);
-  void Rename(Server& server, const QueryPtr& query, const Typed& typed);
+  static void File(std::vector<QueryPtr>& list, const QueryPtr& query, const Typed& typed);
+  void DropOnServer(const Server& server, const Catalog& catalog);
   void RequeryTable();
   void ExecuteQuery();
 
