@@ -22,8 +22,8 @@ void TableEditor::Requery() {
   }
   if (m_query->Table().empty()) {
     m_core.Fail(Failure(platform::failure::kInvalidArgument,
-                        "The table's query names no table; remove the table and list the "
-                        "catalog again."));
+                        "The table's query names no table; remove its server from the tree "
+                        "and connect it anew."));
   }
   m_core.Run({m_query->SqlText(), m_query->MaxRows(), m_query->QueryTimeout(), TextsWithoutRows()});
 }

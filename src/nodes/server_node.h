@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "nodes/counted.h"
+#include "platform/console/server_tag.h"
 #include "platform/services.h"
 
 namespace orvane::nodes {
@@ -16,6 +17,7 @@ class ServersNode;
 
 /// A server is connected exactly when Connection is set. No setter compares or checks.
 class ServerNode : public platform::Object,
+                   public platform::ServerTag,
                    public std::enable_shared_from_this<ServerNode>,
                    private Counted {
  public:
@@ -40,6 +42,7 @@ class ServerNode : public platform::Object,
   void ExtendedOptions(const platform::Text& sExOptions);
 
   const platform::ConnectionPtr& Connection() const noexcept { return m_connection; }
+  platform::ConnectionPtr OpenConnection() const override { return m_connection; }
   /// Stores silently; an earlier connection is let go, not closed.
   void Connection(const platform::ConnectionPtr& cn);
 

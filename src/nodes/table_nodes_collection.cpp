@@ -22,7 +22,7 @@ TableNodePtr TableNodesCollection::Add(const Text& sTable) {
   if (!ctgNode) {
     throw platform::Failure(platform::failure::kObjectNotSet,
                             "The catalog of the table \"" + sTable +
-                                "\" is no longer in the tree; expand its server again.");
+                                "\" is no longer in the tree; reload its server.");
   }
   node->Query()->Catalog(ctgNode->Catalog());
   node->Query()->Table(sTable);

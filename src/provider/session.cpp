@@ -247,7 +247,7 @@ std::vector<CatalogRecord> HistorianSession::RestrictedCatalogs(const Value& vtC
   if (records.empty()) {
     throw Failure(
         failure::kInvalidArgument,
-        "There is no catalog \"" + sCatalog + "\" on this server; refresh the list of catalogs.");
+        "There is no catalog \"" + sCatalog + "\" on this server; reload the list of catalogs.");
   }
   return records;
 }

@@ -25,6 +25,11 @@ Boolean IsDisconnected(const ScopeItem& item) {
   return !IsConnected(item);
 }
 
+constexpr const char* kFateOfFile =
+    "Drops the catalog on the server. Its file is deleted when it lies with the historian; one at "
+    "a "
+    "path of its own stays.";
+
 /// The system's own catalogs cannot be removed. Compared exactly: one of another case is a user's.
 Boolean IsUsersCatalog(const ScopeItem& item) {
   const Text sCatalog = TagAs<nodes::CatalogNode>(item)->Catalog();
@@ -58,7 +63,7 @@ const std::vector<SnapIn::NodeMenu>& SnapIn::Menus() {
        "m_mnuCatalog",
        "Catalog",
        IsUsersCatalog,
-       {{"m_mnuCatalogRemove", "Remove", Always, &SnapIn::m_mnuCatalogRemove_Click}}},
+       {{"m_mnuCatalogRemove", "Remove", Always, &SnapIn::m_mnuCatalogRemove_Click, kFateOfFile}}},
       {node_type::kTable,
        "m_mnuTable",
        "Table",
@@ -88,7 +93,8 @@ void SnapIn::Views_AddTopMenuItems(platform::View&, const platform::Selection& s
       if (sNodeType != offered.sNodeType || !offered.isOffered(*item)) continue;
       platform::Menu top{offered.sName, offered.sCaption, {}};
       for (const auto& command : offered.commands) {
-        top.items.push_back({command.sName, command.sCaption, command.isEnabled(*item)});
+        top.items.push_back(
+            {command.sName, command.sCaption, command.isEnabled(*item), command.sStatusText});
       }
       menu.AddMenu(top);
     }

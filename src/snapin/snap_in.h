@@ -127,6 +127,7 @@ class SnapIn : private nodes::Counted,
     const char* sCaption;
     Boolean (*isEnabled)(const platform::ScopeItem& item);
     void (SnapIn::*handler)(const platform::ScopeItemPtr& item);
+    const char* sStatusText = "";  ///< what comes of it, where something goes that was not named
   };
   struct NodeMenu {
     const char* sNodeType;

@@ -321,6 +321,68 @@ TEST_F(ConsoleSessionTest, refresh_of_a_failed_item_tries_again) {
   EXPECT_EQ(m_session->Selected()->State(), NodeState::Loaded);
 }
 
+TEST_F(ConsoleSessionTest, reload_reads_a_branch_anew_and_keeps_the_selection) {
+  Start();
+  ExpandToTables();
+  m_session->Select(Find("alpha.Catalogs.Machine.Data10"));
+  m_session->ShowView(1);
+  m_script->log.clear();
+  const auto before = Find("alpha.Catalogs.Machine.Data10");
+  m_session->Reload(Find("alpha.Catalogs"));
+  EXPECT_THAT(m_script->log, Contains("Expand Catalogs").Times(1));
+  EXPECT_THAT(m_script->log, Contains("Expand Catalog").Times(1));
+  EXPECT_THAT(m_script->log, Not(Contains("Expand Server")));
+  EXPECT_TRUE(before->IsRemoved());
+  EXPECT_EQ(m_session->Selected(), Find("alpha.Catalogs.Machine.Data10"));
+  EXPECT_EQ(m_session->CurrentResultView()->Name(), "TableStructureListView");
+}
+
+TEST_F(ConsoleSessionTest, reload_selects_what_is_left_of_the_way_to_an_item_that_went) {
+  Start();
+  ExpandToTables();
+  m_session->Select(Find("alpha.Catalogs.Machine.Data10"));
+  m_script->expand = [](Services& services, const ScopeItemPtr& item) {
+    fakes::ExpandUsualTree(services, item);
+    if (item->NodeTypeName() == "Catalog") {
+      services.console->ScopeItems().Remove(item->Key() + ".Data10");
+    }
+  };
+  m_session->Reload(Find("alpha"));
+  EXPECT_EQ(m_session->Selected(), Find("alpha.Catalogs.Machine"));
+  EXPECT_EQ(Find("alpha.Catalogs.Machine.Data10"), nullptr);
+}
+
+TEST_F(ConsoleSessionTest, reload_that_fails_leaves_an_item_that_can_be_tried_again) {
+  Start();
+  ExpandToTables();
+  m_session->Select(Find("alpha.Catalogs.Machine"));
+  m_script->expand = [](Services&, const ScopeItemPtr&) {
+    throw Failure(platform::failure::kServerNotFound, "The server is gone.", "test");
+  };
+  m_session->Reload(Find("alpha"));
+  EXPECT_EQ(Find("alpha")->State(), NodeState::Failed);
+  EXPECT_EQ(m_session->Selected(), Find("alpha"));
+  EXPECT_FALSE(m_session->CanReload(*Find("alpha")));
+  m_script->expand = fakes::ExpandUsualTree;
+  m_session->Refresh();
+  EXPECT_EQ(Find("alpha")->State(), NodeState::Loaded);
+}
+
+TEST_F(ConsoleSessionTest, only_lists_that_were_loaded_are_reloaded) {
+  Start();
+  ExpandToTables();
+  EXPECT_FALSE(m_session->CanReload(*m_session->Tree().StaticItem()));
+  EXPECT_FALSE(m_session->CanReload(*Find("beta")));
+  EXPECT_TRUE(m_session->CanReload(*Find("alpha")));
+  EXPECT_TRUE(m_session->CanReload(*Find("alpha.Catalogs")));
+  EXPECT_TRUE(m_session->CanReload(*Find("alpha.Catalogs.Machine")));
+  const auto table = Find("alpha.Catalogs.Machine.Tags");
+  m_session->Expand(table);
+  EXPECT_FALSE(m_session->CanReload(*table));
+  m_session->Reload(table);
+  EXPECT_EQ(Find("alpha.Catalogs.Machine.Tags"), table);
+}
+
 TEST_F(ConsoleSessionTest, expand_mark_taken_away_without_children_counts_as_failed) {
   m_script->expand = [&](Services& services, const ScopeItemPtr& item) {
     if (item->NodeTypeName() == "Server") return item->ScopeNode()->HasChildren(false);

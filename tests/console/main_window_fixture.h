@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QFile>
 #include <QMessageBox>
@@ -107,6 +108,14 @@ class MainWindowTest : public testing::Test {
     const auto rect = Scope().visualRect(IndexOf(sKey));
     QTest::mouseClick(Scope().viewport(), Qt::LeftButton, {},
                       {rect.left() - Scope().indentation() / 2, rect.center().y()});
+    Settle();
+  }
+  /// The right button's press, release and what the window system makes of them.
+  void RightClick(const Text& sKey) {
+    const auto at = Scope().visualRect(IndexOf(sKey)).center();
+    QTest::mouseClick(Scope().viewport(), Qt::RightButton, {}, at);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, at, Scope().viewport()->mapToGlobal(at));
+    QApplication::sendEvent(Scope().viewport(), &event);
     Settle();
   }
   void ExpandToTables() {

@@ -3,10 +3,18 @@ orvane_test(console_window QT
   LINK orvane_console
   SOURCES
     console_session_test.cpp
+    document_keeper_test.cpp
     fake_snap_in.h
     main_window_fixture.h
     main_window_test.cpp
+    result_list_test.cpp
+    result_pane_test.cpp
+    scope_pane_test.cpp
     scope_tree_test.cpp
+    selection_menus_test.cpp
+    server_marks_test.cpp
+    toolbar_view_test.cpp
+    unsaved_work_test.cpp
     window_looks_test.cpp)
 
 # What an administrator does, in the real window with the components of this build tree.

@@ -75,7 +75,7 @@ TEST_F(schema_rowsets, list_the_tables_of_a_catalog) {
 
 TEST_F(schema_rowsets, fail_for_a_catalog_that_is_not_there) {
   EXPECT_EQ(FailureOf([&] { Schema(SchemaNumber::Tables, {Value("Plant9")}); }),
-            "5: There is no catalog \"Plant9\" on this server; refresh the list of catalogs.");
+            "5: There is no catalog \"Plant9\" on this server; reload the list of catalogs.");
 }
 
 TEST_F(schema_rowsets, list_the_columns_of_a_table) {

@@ -288,7 +288,7 @@ TEST_F(session, creates_and_drops_catalogs) {
             "457: There is a catalog \"Plant1\" already; choose another name.");
   Run(*opened, "DROP DATABASE \"Plant1\"");
   EXPECT_EQ(Failing(*opened, "DROP DATABASE \"Plant1\""),
-            "5: There is no catalog \"Plant1\" to drop; refresh the list of catalogs.");
+            "5: There is no catalog \"Plant1\" to drop; reload the list of catalogs.");
   EXPECT_EQ(Select(*opened, "SELECT Name FROM Orvane..Historians ORDER BY Name"),
             "Plant2\nPlant3\n");
 }

@@ -47,6 +47,16 @@ TEST_F(menus, the_catalogs_folder_offers_add_catalog) {
   EXPECT_EQ(MenuOf("S1.Catalogs"), "m_mnuCatalogs Catalogs: [m_mnuAddCatalog Add Catalog...]");
 }
 
+TEST_F(menus, removing_a_catalog_says_what_becomes_of_its_file) {
+  fakes::FakeContextMenu menu;
+  driver.snapIn->Views_AddTopMenuItems(driver.console->CurrentView(),
+                                       fakes::FakeSelection(driver.Item("S1.Catalogs.Plant")), menu,
+                                       true);
+  EXPECT_EQ(menu.menus.at(0).items.at(0).sStatusText,
+            "Drops the catalog on the server. Its file is deleted when it lies with the historian; "
+            "one at a path of its own stays.");
+}
+
 TEST_F(menus, a_catalog_offers_remove) {
   EXPECT_EQ(MenuOf("S1.Catalogs.Plant"), "m_mnuCatalog Catalog: [m_mnuCatalogRemove Remove]");
 }
@@ -91,7 +101,7 @@ TEST_F(menus, nothing_is_added_without_a_selection) {
 TEST_F(menus, a_failure_while_building_is_shown) {
   driver.Item("S1")->Tag(nullptr);
   EXPECT_EQ(MenuOf("S1"), "");
-  EXPECT_EQ(ErrorBox(), "\"S1\" stands for nothing any more; refresh the tree.");
+  EXPECT_EQ(ErrorBox(), "\"S1\" stands for nothing any more; reload its server.");
 }
 
 TEST_F(menus, a_command_does_nothing_unless_one_scope_item_is_selected) {
@@ -186,7 +196,7 @@ TEST_F(menus, every_command_reports_a_lost_node_in_the_error_box) {
     driver.ui->icons.clear();
     driver.Click(sCommand, sKey);
     EXPECT_EQ(ErrorBox(),
-              "\"" + item->DisplayName() + "\" stands for nothing any more; refresh the tree.")
+              "\"" + item->DisplayName() + "\" stands for nothing any more; reload its server.")
         << sCommand;
     EXPECT_EQ(driver.ui->icons, std::vector<platform::MsgBoxIcon>{platform::MsgBoxIcon::None});
     item->Tag(tag);

@@ -314,11 +314,11 @@ TEST_F(scope_tree, tables_queries_and_foreign_items_have_nothing_to_expand) {
 TEST_F(scope_tree, an_item_without_its_node_is_reported) {
   EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(
       std::make_shared<fakes::FakeScopeItem>("Server", "x", "Lost")));
-  EXPECT_EQ(ErrorBox(), "\"Lost\" stands for nothing any more; refresh the tree.");
+  EXPECT_EQ(ErrorBox(), "\"Lost\" stands for nothing any more; reload its server.");
   const auto item = std::make_shared<fakes::FakeScopeItem>("Queries", "x", "Wrong");
   item->Tag(Root());
   EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(item));
-  EXPECT_EQ(ErrorBox(), "\"Wrong\" stands for something else; refresh the tree.");
+  EXPECT_EQ(ErrorBox(), "\"Wrong\" stands for something else; reload its server.");
 }
 
 TEST_F(scope_tree, expanding_without_a_root_is_reported) {

@@ -74,9 +74,10 @@ QPixmap DrawnIcon::Picture(const QSize& size, QIcon::Mode mode, bool bOnDark) co
   const qreal dSide = std::min(size.width(), size.height());
   const QRectF square((size.width() - dSide) / 2, (size.height() - dSide) / 2, dSide, dSide);
   QSvgRenderer(Drawing(bOnDark)).render(&painter, square);
-  if (m_mark == Mark::Failed) {
+  if (m_mark != Mark::None) {
     const qreal dMark = dSide * 5 / 8;
-    QSvgRenderer(FileOf(QStringLiteral("failed")))
+    QSvgRenderer(
+        FileOf(m_mark == Mark::Failed ? QStringLiteral("failed") : QStringLiteral("connected")))
         .render(&painter, {square.right() - dMark, square.bottom() - dMark, dMark, dMark});
   }
   painter.end();

@@ -10,7 +10,7 @@ namespace orvane::console {
 
 class DrawnIcon final : public QIconEngine {
  public:
-  enum class Mark : std::uint8_t { None, Failed };
+  enum class Mark : std::uint8_t { None, Failed, Connected };
 
   /// The name is that of a drawing of the program.
   explicit DrawnIcon(QString sName, Mark mark = Mark::None);

@@ -28,6 +28,7 @@ ImageList::ImageList() {
   for (std::size_t n = 0; n < m_folders.size(); ++n) {
     m_folders[n] = Named(kFolderNames[n]);
     m_failedFolders[n] = QIcon(new DrawnIcon(kFolderNames[n], DrawnIcon::Mark::Failed));
+    m_connectedFolders[n] = QIcon(new DrawnIcon(kFolderNames[n], DrawnIcon::Mark::Connected));
   }
   for (std::size_t n = 0; n < m_imlButtons.size(); ++n) m_imlButtons[n] = Named(kButtonNames[n]);
 }
@@ -40,6 +41,12 @@ QIcon ImageList::Folder(Long lImage) const {
 QIcon ImageList::FailedFolder(Long lImage) const {
   return lImage >= 1 && lImage <= kFolderImages
              ? m_failedFolders[static_cast<std::size_t>(lImage - 1)]
+             : QIcon();
+}
+
+QIcon ImageList::ConnectedFolder(Long lImage) const {
+  return lImage >= 1 && lImage <= kFolderImages
+             ? m_connectedFolders[static_cast<std::size_t>(lImage - 1)]
              : QIcon();
 }
 

@@ -23,6 +23,8 @@ class ImageList {
   QIcon Folder(platform::Long lImage) const;
   /// The folder image with the mark of a failure.
   QIcon FailedFolder(platform::Long lImage) const;
+  /// The folder image with the mark of a server that is connected.
+  QIcon ConnectedFolder(platform::Long lImage) const;
   QIcon Button(platform::Long lImage) const;
 
   /// The program's own drawings, by name; their colours follow the ground.
@@ -34,6 +36,7 @@ class ImageList {
  private:
   std::array<QIcon, kFolderImages> m_folders;
   std::array<QIcon, kFolderImages> m_failedFolders;
+  std::array<QIcon, kFolderImages> m_connectedFolders;
   std::array<QIcon, kButtonImages / 2> m_imlButtons;
 };
 

@@ -93,6 +93,10 @@ ResultPane::~ResultPane() {
 }
 
 void ResultPane::RefreshAction(QAction* action) {
+  auto* former = m_refresh->defaultAction();
+  if (former == action) return;
+  // A button of two actions would be one with a menu.
+  if (former) m_refresh->removeAction(former);
   m_refresh->setDefaultAction(action);
 }
 
@@ -212,6 +216,13 @@ void ResultPane::ShowListOrSentence() {
   const auto* view = m_session->CurrentResultView();
   if (view && !views.empty() && views.front().sName != view->Description().sName) {
     m_message->Show(icon, tr("There is nothing to list."));
+  } else if (item->State() == NodeState::NotLoaded && item->Server() != ServerState::None) {
+    const bool bConnected = item->Server() == ServerState::Connected;
+    m_message->Show(icon,
+                    (bConnected ? tr("%1 is connected.") : tr("%1 is not connected.")).arg(sName),
+                    bConnected ? tr("Open it to see its catalogs and queries.")
+                               : tr("Opening it connects it first."),
+                    tr("&Open It"));
   } else if (item->State() == NodeState::NotLoaded) {
     m_message->Show(icon, tr("%1 has not been opened yet.").arg(sName), {}, tr("&Open It"));
   } else if (item->State() == NodeState::Loading) {

@@ -34,7 +34,7 @@ class ResultPane final : public QWidget {
   /// Shows a sentence in place of everything, until a view comes.
   void ShowSentence(const QIcon& icon, const QString& sText, const QString& sDetail);
 
-  /// The action of the button beside the tabs; outlives the pane.
+  /// The action of the button beside the tabs, until there is another; outlives the pane.
   void RefreshAction(QAction* action);
 
   ResultList& List() noexcept { return *m_list; }

@@ -20,7 +20,11 @@ struct Texts {
 };
 
 QVariant TipOf(const ScopeTreeItem& item) {
-  if (item.State() != NodeState::Failed) return {};
+  if (item.State() != NodeState::Failed) {
+    if (item.Server() == ServerState::None) return {};
+    return item.Server() == ServerState::Connected ? Texts::tr("Connected")
+                                                   : Texts::tr("Not connected");
+  }
   return ToolTipOf(Texts::tr("%1 could not be opened. Double-click it to try again.")
                        .arg(QString::fromStdString(item.Name())));
 }
@@ -45,8 +49,7 @@ QVariant ColorOf(const ScopeTreeItem& item) {
 QVariant ScopeLook::OfItem(const ScopeTreeItem& item, int iRole) const {
   switch (iRole) {
     case Qt::DecorationRole:
-      return item.State() == NodeState::Failed ? m_images.FailedFolder(item.Image())
-                                               : m_images.Folder(item.Image());
+      return PictureOf(item);
     case Qt::ToolTipRole:
       return TipOf(item);
     case Qt::FontRole:
@@ -56,6 +59,12 @@ QVariant ScopeLook::OfItem(const ScopeTreeItem& item, int iRole) const {
     default:
       return {};
   }
+}
+
+QIcon ScopeLook::PictureOf(const ScopeTreeItem& item) const {
+  if (item.State() == NodeState::Failed) return m_images.FailedFolder(item.Image());
+  if (item.Server() == ServerState::Connected) return m_images.ConnectedFolder(item.Image());
+  return m_images.Folder(item.Image());
 }
 
 QVariant ScopeLook::Picture(platform::Long lImage) const {

@@ -2,6 +2,8 @@
 // of one that could not be opened, the faint slant of one being opened. User-interface thread.
 #pragma once
 
+#include <QIcon>
+
 #include "console/session/item_look.h"
 
 namespace orvane::console {
@@ -18,6 +20,8 @@ class ScopeLook final : public ItemLook {
   QVariant ToolTip(const QString& sText) const override;
 
  private:
+  QIcon PictureOf(const ScopeTreeItem& item) const;
+
   const ImageList& m_images;
 };
 

@@ -1,5 +1,6 @@
 #include "console/scope/scope_pane.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -28,9 +29,21 @@ ScopePane::ScopePane(QWidget* parent) : QTreeView(parent) {
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
     if (!m_bFollowing) RequestExpansion(index);
   });
+  m_rest.setSingleShot(true);
+  connect(&m_rest, &QTimer::timeout, this, [this] {
+    if (QApplication::activePopupWidget() || QApplication::activeModalWidget()) {
+      RequestSelectedLater();
+    } else {
+      RequestSelected();
+    }
+  });
   connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
     if (!m_bFollowing) SelectIfHidden(index);
   });
+}
+
+ScopeTreeItemPtr ScopePane::Marked() const {
+  return m_tree ? m_tree->ItemAt(currentIndex()) : nullptr;
 }
 
 void ScopePane::ShowTree(ScopeTree* tree) {
@@ -42,6 +55,7 @@ void ScopePane::ShowTree(ScopeTree* tree) {
 void ScopePane::ShowSelected(const ScopeTreeItemPtr& item) {
   if (!m_tree || !item || item->IsRemoved()) return;
   const QScopedValueRollback follow(m_bFollowing, true);
+  m_rest.stop();
   const auto index = m_tree->IndexOf(*item);
   for (auto above = index.parent(); above.isValid(); above = above.parent()) expand(above);
   setCurrentIndex(index);
@@ -76,7 +90,13 @@ void ScopePane::SelectIfHidden(const QModelIndex& collapsed) {
   }
 }
 
+void ScopePane::RequestSelectedLater() {
+  // As long as the letters typed count as one word.
+  m_rest.start(QApplication::keyboardInputInterval());
+}
+
 void ScopePane::RequestSelected() {
+  m_rest.stop();
   if (m_bSelectPosted) return;
   m_bSelectPosted = true;
   // Of the items that the selection runs over in one go, only the last is shown.
@@ -84,8 +104,7 @@ void ScopePane::RequestSelected() {
       this,
       [this] {
         m_bSelectPosted = false;
-        const auto item = m_tree ? m_tree->ItemAt(currentIndex()) : nullptr;
-        if (item) emit SelectRequested(item);
+        if (const auto item = Marked()) emit SelectRequested(item);
       },
       Qt::QueuedConnection);
 }
@@ -99,7 +118,15 @@ void ScopePane::resizeEvent(QResizeEvent* event) {
   resizeColumnToContents(0);
 }
 
+void ScopePane::keyboardSearch(const QString& sTyped) {
+  const QScopedValueRollback passing(m_bPassing, true);
+  QTreeView::keyboardSearch(sTyped);
+  if (m_rest.isActive()) RequestSelectedLater();
+}
+
 void ScopePane::keyPressEvent(QKeyEvent* event) {
+  // A key that is held down passes over what it would stop at when pressed once.
+  const QScopedValueRollback passing(m_bPassing, m_bPassing || event->isAutoRepeat());
   const auto index = currentIndex();
   const bool bHasRows = model() && model()->rowCount(index) > 0;
   switch (event->key()) {
@@ -136,7 +163,20 @@ void ScopePane::keyPressEvent(QKeyEvent* event) {
   QTreeView::keyPressEvent(event);
 }
 
+void ScopePane::mousePressEvent(QMouseEvent* event) {
+  // The right button is for the menu, which is about the item under the pointer, selected or not.
+  if (event->button() == Qt::RightButton) {
+    event->accept();
+    return;
+  }
+  QTreeView::mousePressEvent(event);
+}
+
 void ScopePane::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::RightButton) {
+    event->accept();
+    return;
+  }
   const auto index = indexAt(event->position().toPoint());
   if (event->button() == Qt::LeftButton && index.isValid() && model()->rowCount(index) == 0 &&
       visualRect(index).contains(event->position().toPoint())) {
@@ -153,21 +193,31 @@ void ScopePane::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() == QContextMenuEvent::Mouse) {
     index = indexAt(event->pos());
     if (!index.isValid()) return;
-    // The menu is about the item under the pointer, which is thereby selected.
-    if (index != currentIndex()) setCurrentIndex(index);
   } else if (index.isValid()) {
     position = viewport()->mapToGlobal(visualRect(index).bottomLeft());
   }
   const auto item = m_tree ? m_tree->ItemAt(index) : nullptr;
   if (!item) return;
   event->accept();
+  m_menuOf = index;
+  viewport()->update();
   QMetaObject::invokeMethod(
       this, [this, item, position] { emit MenuRequested(item, position); }, Qt::QueuedConnection);
 }
 
+void ScopePane::MenuClosed() {
+  m_menuOf = QPersistentModelIndex();
+  viewport()->update();
+}
+
 void ScopePane::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
-  if (!m_bFollowing && current.isValid()) RequestSelected();
+  if (m_bFollowing || !current.isValid()) return;
+  if (m_bPassing) {
+    RequestSelectedLater();
+  } else {
+    RequestSelected();
+  }
 }
 
 void ScopePane::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
@@ -185,6 +235,11 @@ void ScopePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
         row, palette().brush(bActive ? QPalette::Active : QPalette::Inactive, QPalette::Highlight));
   }
   QTreeView::drawRow(painter, option, index);
+  if (m_menuOf.isValid() && m_menuOf == index) {
+    painter->setPen(palette().color(QPalette::Highlight));
+    painter->drawRect(QRect(0, option.rect.top(), viewport()->width(), option.rect.height())
+                          .adjusted(0, 0, -1, -1));
+  }
 }
 
 }  // namespace orvane::console

@@ -60,6 +60,7 @@ void ConsoleSession::NoteFailure(const std::exception& e) {
 
 void ConsoleSession::EndEvent(EventKind kind) {
   if (m_iDepth == 1) {
+    m_tree->FollowServers();
     m_tree->Flush();
     if (m_bRefreshSelection) RefreshNow();
   }
@@ -264,6 +265,43 @@ void ConsoleSession::Expand(const ScopeTreeItemPtr& item) {
   if (item->State() == NodeState::Failed) emit ExpansionFailed(item);
 }
 
+bool ConsoleSession::CanReload(const ScopeTreeItem& item) const {
+  if (item.IsRemoved() || !item.Parent() || item.State() != NodeState::Loaded) return false;
+  const auto* type = m_tree->NodeType(item.Type());
+  return type && !type->resultViews.empty() && type->resultViews.front().sControlProgId.empty();
+}
+
+void ConsoleSession::Reload(const ScopeTreeItemPtr& item) {
+  if (!m_snapIn || !item || !CanReload(*item)) return;
+  const Event event(*this, EventKind::Finding);
+  m_bFinding = true;
+  std::vector<Text> keys;  // from the selected item up to, but not with, the one reloaded
+  if (m_selected && m_selected->IsWithin(*item)) {
+    for (const auto* at = m_selected.get(); at != item.get(); at = at->Parent()) {
+      keys.push_back(at->Key());
+    }
+  }
+  const auto sView = m_view ? m_view->Description().sName : Text();
+  m_tree->RemoveChildren(item->ScopeNode());
+  Expand(item);
+  SelectAlong(keys);
+  const auto views = ViewsOfSelected();
+  for (std::size_t n = 1; !keys.empty() && n < views.size(); ++n) {
+    if (m_selected->Key() == keys.front() && views[n].sName == sView) ShowView(n);
+  }
+}
+
+void ConsoleSession::SelectAlong(const std::vector<Text>& keys) {
+  ScopeTreeItemPtr last;
+  for (auto at = keys.rbegin(); at != keys.rend(); ++at) {
+    const auto next = m_tree->Find(*at);
+    if (!next) break;
+    last = next;
+    if (std::next(at) != keys.rend()) Expand(next);
+  }
+  if (last) Select(last);
+}
+
 void ConsoleSession::RefreshSelection() {
   // Within a handler the snap-in may go on changing things; what counts is how it leaves them.
   if (m_iDepth > 0) {
@@ -311,7 +349,10 @@ void ConsoleSession::Refresh() {
     Expand(m_selected);
     return;
   }
-  if (!IsRefreshEnabled()) return;
+  if (!IsRefreshEnabled()) {
+    Reload(m_selected);
+    return;
+  }
   Call(EventKind::Browsing, [&](SnapIn& it) { it.Views_Refresh(*m_console); });
 }
 

@@ -65,12 +65,19 @@ class ConsoleSession final : public QObject {
   void ShowView(std::size_t nView);
   /// Expands an item that is not loaded, or failed to load; returns when that is done.
   void Expand(const ScopeTreeItemPtr& item);
+  /// True for an item beneath the top whose list was loaded.
+  bool CanReload(const ScopeTreeItem& item) const;
+  /// Takes away what lies beneath the item and expands it anew. The selection beneath it stays as
+  /// far as it is found again.
+  void Reload(const ScopeTreeItemPtr& item);
   /// Brings verbs, commands and lists in line with the selected item.
   void RefreshSelection();
   std::vector<platform::Menu> MenusOf(const HostedSelection& selection);
   void ClickMenu(const platform::Text& sMenuItem, platform::Long lIndex,
                  const HostedSelection& selection);
   void ClickButton(const platform::Text& sKey);
+  /// What F5 does for the selected item: another try of a failed expansion, the snap-in's Refresh
+  /// where its verb is enabled, else Reload.
   void Refresh();
 
  signals:
@@ -104,6 +111,8 @@ class ConsoleSession final : public QObject {
   void ShowNow(const ScopeTreeItemPtr& item, std::size_t nView);
   void MakeView(const platform::ResultViewDescription& description);
   void HideView();
+  /// Expands and selects from the last of the keys to the first, as far as there are such items.
+  void SelectAlong(const std::vector<platform::Text>& keys);
   void FollowToolbar();
   void EndEvent(EventKind kind);
   void RefreshNow();

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "console/session/item_look.h"
+#include "platform/console/server_tag.h"
 #include "platform/failure.h"
 
 namespace orvane::console {
@@ -14,6 +15,16 @@ using platform::ScopeItemPtr;
 using platform::ScopeNodePtr;
 using platform::Text;
 namespace failure = platform::failure;
+
+namespace {
+
+ServerState StateOfServer(const platform::ObjectPtr& tag) {
+  const auto* server = dynamic_cast<const platform::ServerTag*>(tag.get());
+  if (!server) return ServerState::None;
+  return server->OpenConnection() ? ServerState::Connected : ServerState::Disconnected;
+}
+
+}  // namespace
 
 ScopeTree::ScopeTree(const ItemLook* look, QObject* parent)
     : QAbstractItemModel(parent), m_look(look) {}
@@ -61,7 +72,7 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
   if (!node || node->Owner().m_tree != this) {
     throw Failure(
         failure::kInvalidArgument,
-        "The item \"" + sKey + "\" cannot be added beneath an item that is gone; refresh the tree.",
+        "The item \"" + sKey + "\" cannot be added beneath an item that is gone; reload its server.",
         "console");
   }
   const auto* type = NodeType(sNodeTypeName);
@@ -74,7 +85,7 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
   auto [at, bAdded] = m_index.try_emplace(sKey, nullptr);
   if (!bAdded) {
     throw Failure(failure::kKeyExists,
-                  "The tree already has an item with the key \"" + sKey + "\"; refresh the tree.",
+                  "The tree already has an item with the key \"" + sKey + "\"; reload its server.",
                   "console");
   }
   auto& above = node->Owner();
@@ -126,7 +137,7 @@ void ScopeTree::Remove(const Text& sKey) {
   const auto item = Find(sKey);
   if (!item) {
     throw Failure(failure::kInvalidArgument,
-                  "The tree has no item with the key \"" + sKey + "\"; refresh the tree.",
+                  "The tree has no item with the key \"" + sKey + "\"; reload its server.",
                   "console");
   }
   if (m_removing) m_removing(item, false);
@@ -210,6 +221,14 @@ void ScopeTree::Flush() {
   }
 }
 
+void ScopeTree::FollowServers() {
+  if (!m_static) return;
+  for (const auto& child : m_static->m_children) {
+    const auto state = StateOfServer(child->m_tag);
+    if (std::exchange(child->m_server, state) != state) ItemChanged(*child);
+  }
+}
+
 void ScopeTree::FlushItem(ScopeTreeItem& item) {
   item.m_bPending = false;
   if (item.m_nShown == item.m_children.size()) return;
@@ -262,7 +281,7 @@ void ScopeTree::Rekey(ScopeTreeItem& item, const Text& sKey) {
   }
   if (!m_index.try_emplace(sKey, &item).second) {
     throw Failure(failure::kKeyExists,
-                  "The tree already has an item with the key \"" + sKey + "\"; refresh the tree.",
+                  "The tree already has an item with the key \"" + sKey + "\"; reload its server.",
                   "console");
   }
   m_index.erase(item.m_sKey);
@@ -311,6 +330,8 @@ QVariant ScopeTree::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleDescriptionRole:
       if (item->m_state == NodeState::Failed) return tr("could not be opened");
       if (item->m_state == NodeState::Loading) return tr("loading");
+      if (item->m_server == ServerState::Connected) return tr("connected");
+      if (item->m_server == ServerState::Disconnected) return tr("not connected");
       return {};
     case StateRole:
       return static_cast<int>(item->m_state);

@@ -55,6 +55,9 @@ class ScopeTree final : public QAbstractItemModel, public platform::ScopeItems {
   void EndExpansion(ScopeTreeItem& item, bool bFailed);
   /// Shows what was added and is not shown yet.
   void Flush();
+  /// Looks at the servers, which are right beneath the static node, for those that were connected
+  /// or disconnected.
+  void FollowServers();
 
   QModelIndex IndexOf(const ScopeTreeItem& item) const;
   ScopeTreeItemPtr ItemAt(const QModelIndex& index) const;

@@ -19,6 +19,9 @@ using ScopeTreeItemPtr = std::shared_ptr<ScopeTreeItem>;
 /// What the console knows of the items beneath an item.
 enum class NodeState : std::uint8_t { NotLoaded, Loading, Loaded, Failed };
 
+/// What the console knows of the server that an item stands for.
+enum class ServerState : std::uint8_t { None, Disconnected, Connected };
+
 /// The console's node behind an item; lives and dies with it.
 class ScopeTreeNode final : public platform::ScopeNode {
  public:
@@ -65,6 +68,8 @@ class ScopeTreeItem final : public platform::ScopeItem,
   platform::Long Image() const noexcept { return m_lImage; }
   NodeState State() const noexcept { return m_state; }
   bool ExpandedOnce() const noexcept { return m_bExpandedOnce; }
+  /// As of the end of the last event; None for what lies beneath a server.
+  ServerState Server() const noexcept { return m_server; }
   /// True when the item shows an expand mark: it was said to have children, or has some.
   bool HasExpandMark() const noexcept { return m_bHasChildren || !m_children.empty(); }
   /// The item above, or null for the static node and for a removed item.
@@ -95,6 +100,7 @@ class ScopeTreeItem final : public platform::ScopeItem,
   ScopeTreeNode m_node;
   platform::Long m_lImage;
   NodeState m_state = NodeState::NotLoaded;
+  ServerState m_server = ServerState::None;
   bool m_bExpandedOnce = false;
   bool m_bHasChildren;
   bool m_bPending = false;  // listed in the tree among the items with children not yet shown

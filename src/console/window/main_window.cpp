@@ -12,6 +12,7 @@
 #include "console/look/tool_tip.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
+#include "console/session/server_of.h"
 #include "console/window/about_box.h"
 #include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
@@ -93,6 +94,10 @@ void MainWindow::MakeStatusBar() {
   m_lblReadOnly = new QLabel(this);
   m_lblReadOnly->setObjectName("readOnlyMark");
   statusBar()->addPermanentWidget(m_lblReadOnly);
+  m_lblServer = new QLabel(this);
+  m_lblServer->setObjectName("shownServer");
+  m_lblServer->setTextFormat(Qt::PlainText);
+  statusBar()->addPermanentWidget(m_lblServer);
   statusBar()->addPermanentWidget(m_lblItems);
   m_lblItems->setObjectName("itemCount");
   m_lblItems->setContentsMargins(0, 0, 6, 0);
@@ -105,7 +110,6 @@ void MainWindow::FollowPanes() {
   connect(m_scope, &ScopePane::ExpandRequested, this, &MainWindow::RequestExpand);
   connect(m_scope, &ScopePane::MenuRequested, this,
           [this](const ScopeTreeItemPtr& item, const QPoint& position) {
-            RequestSelect(item);
             m_selectionMenus->Show(HostedSelection({item}), position);
           });
   connect(m_results, &ResultPane::ViewChosen, this, [this](int iView) {
@@ -140,6 +144,11 @@ void MainWindow::ConnectMenus() {
     if (!m_session.IsBusy()) m_session.Refresh();
   });
   m_results->RefreshAction(m_menus.actRefresh);
+  on(m_menus.actReload, [this] {
+    if (!m_session.IsBusy()) m_session.Reload(m_session.Selected());
+  });
+  connect(m_selectionMenus, &SelectionMenus::StatusText, statusBar(),
+          [this](const QString& sText) { statusBar()->showMessage(sText); });
   on(m_menus.actDetails, [this] { m_results->List().Style(ListStyle::Details); });
   on(m_menus.actIcons, [this] { m_results->List().Style(ListStyle::Icons); });
   on(m_menus.actToolbar, [this](bool bChecked) { m_toolbar->Wanted(bChecked); });
@@ -158,9 +167,11 @@ void MainWindow::FollowSession() {
   connect(session, &ConsoleSession::Expanded, m_scope, &ScopePane::ShowExpanded);
   connect(session, &ConsoleSession::ExpansionFailed, m_scope, &ScopePane::ShowCollapsed);
   connect(session, &ConsoleSession::SelectionChanged, this, &MainWindow::UpdateActions);
+  connect(session, &ConsoleSession::SelectionChanged, this, &MainWindow::ShowStatus);
   connect(session, &ConsoleSession::EventEnded, this, [this] {
     if (m_parts.eventEnded) m_parts.eventEnded();
     UpdateActions();
+    ShowStatus();
     QMetaObject::invokeMethod(
         this,
         [this] {
@@ -271,6 +282,14 @@ void MainWindow::ShowNotice() {
 }
 
 void MainWindow::ShowStatus() {
+  const auto item = m_session.Selected();
+  const auto server = item ? ServerOf(*item) : std::nullopt;
+  m_lblServer->setText(!server               ? QString()
+                       : !server->bConnected ? tr("%1, not connected").arg(Shown(server->sName))
+                       : server->sUser.empty()
+                           ? Shown(server->sName)
+                           : tr("%1 as %2").arg(Shown(server->sName), Shown(server->sUser)));
+  m_lblServer->setVisible(server.has_value());
   const bool bList = m_results->IsListShown() && m_results->Sentence().isEmpty();
   m_lblItems->setVisible(bList);
   if (!bList) {
@@ -287,6 +306,9 @@ void MainWindow::UpdateActions() {
   const auto item = m_session.Selected();
   m_menus.actRefresh->setEnabled(m_session.IsRefreshEnabled() ||
                                  (item && item->State() == NodeState::Failed));
+  // Where one of the two can be done, the other cannot, so that they share a key and a button.
+  m_menus.actReload->setEnabled(item && m_session.CanReload(*item));
+  m_results->RefreshAction(m_menus.actReload->isEnabled() ? m_menus.actReload : m_menus.actRefresh);
   const bool bCanSave = m_keeper.CanSave();
   m_menus.actSave->setEnabled(bCanSave);
   m_menus.actSaveAs->setEnabled(bCanSave);

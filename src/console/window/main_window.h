@@ -81,6 +81,7 @@ class MainWindow final : public QMainWindow {
   NoticeBar* m_notice = nullptr;
   QLabel* m_lblItems = nullptr;
   QLabel* m_lblReadOnly = nullptr;
+  QLabel* m_lblServer = nullptr;
   SelectionMenus* m_selectionMenus = nullptr;
   ScopeTreeItemPtr m_wantedSelection;  // asked for while the session was at work
 };

@@ -57,13 +57,14 @@ HostedSelection SelectionMenus::Current() const {
     auto selection = OfList();
     if (selection.Type() != platform::kSelectionNothing) return selection;
   }
-  return m_session.Selected() ? HostedSelection({m_session.Selected()}) : HostedSelection();
+  // The item that typing has come to may not be shown yet, but it is the one that is marked.
+  auto item = m_scope.Marked();
+  if (!item) item = m_session.Selected();
+  return item ? HostedSelection({item}) : HostedSelection();
 }
 
 void SelectionMenus::AddOpen(QMenu& menu, const ScopeTreeItemPtr& item) {
-  const auto* type = m_session.Tree().NodeType(item->Type());
-  const bool bListed =
-      type && !type->resultViews.empty() && type->resultViews.front().sControlProgId.empty();
+  const bool bListed = IsListed(*item);
   const bool bElsewhere = item != m_session.Selected();
   const bool bFailed = item->State() == NodeState::Failed;
   if (!bElsewhere && !(bListed && (item->State() == NodeState::NotLoaded || bFailed))) return;
@@ -96,18 +97,57 @@ void SelectionMenus::AddCommands(QMenu& menu, const platform::Menu& commands,
     action->setEnabled(entry.bEnabled);
     connect(
         action, &QAction::triggered, this,
-        [this, sName = entry.sName, lIndex, selection] {
-          if (!m_session.IsBusy()) m_session.ClickMenu(sName, lIndex, selection);
-        },
+        [this, entry, lIndex, selection] { Click(entry, lIndex, selection); },
         Qt::QueuedConnection);
+    connect(action, &QAction::hovered, this,
+            [this, sText = Shown(entry.sStatusText)] { emit StatusText(sText); });
   }
+}
+
+void SelectionMenus::Click(const platform::MenuItem& entry, platform::Long lIndex,
+                           const HostedSelection& selection) {
+  if (m_session.IsBusy()) return;
+  const auto& items = selection.Items();
+  const auto* view = m_session.CurrentResultView();
+  // What a command on a server or its catalogs does, it does to the grid shown too, whose rows may
+  // be of another one; a list in its place has nothing to lose.
+  if (items.size() == 1 && IsListed(*items.front()) && view && view->IsControl()) {
+    m_session.Select(items.front());
+  }
+  emit StatusText(Shown(entry.sStatusText));
+  m_session.ClickMenu(entry.sName, lIndex, selection);
+  emit StatusText({});
+}
+
+bool SelectionMenus::IsListed(const ScopeTreeItem& item) const {
+  const auto* type = m_session.Tree().NodeType(item.Type());
+  return type && !type->resultViews.empty() && type->resultViews.front().sControlProgId.empty();
+}
+
+void SelectionMenus::AddRefresh(QMenu& menu, const HostedSelection& selection) {
+  const auto& items = selection.Items();
+  if (items.size() != 1 || items.front() == m_session.Selected()) {
+    if (!menu.isEmpty()) menu.addSeparator();
+    menu.addAction(m_menus.actReload->isEnabled() ? m_menus.actReload : m_menus.actRefresh);
+    return;
+  }
+  const auto& item = items.front();
+  if (!m_session.CanReload(*item)) return;
+  menu.addSeparator();
+  auto* reload = menu.addAction(m_menus.actReload->text());
+  reload->setObjectName("actReloadItem");
+  connect(
+      reload, &QAction::triggered, this,
+      [this, item] {
+        if (!m_session.IsBusy()) m_session.Reload(item);
+      },
+      Qt::QueuedConnection);
 }
 
 void SelectionMenus::Fill(QMenu& menu, const HostedSelection& selection) {
   if (selection.Items().size() == 1) AddOpen(menu, selection.Items().front());
   for (const auto& commands : m_session.MenusOf(selection)) AddCommands(menu, commands, selection);
-  if (!menu.isEmpty()) menu.addSeparator();
-  menu.addAction(m_menus.actRefresh);
+  AddRefresh(menu, selection);
 }
 
 void SelectionMenus::Show(const HostedSelection& selection, const QPoint& position) {
@@ -117,12 +157,17 @@ void SelectionMenus::Show(const HostedSelection& selection, const QPoint& positi
   }
   const auto& items = selection.Items();
   if (std::any_of(items.begin(), items.end(), [](const auto& item) { return item->IsRemoved(); })) {
+    m_scope.MenuClosed();
     return;
   }
   auto* menu = new QMenu(m_window);
   menu->setObjectName("contextMenu");
   menu->setAttribute(Qt::WA_DeleteOnClose);
   Fill(*menu, selection);
+  connect(menu, &QMenu::aboutToHide, this, [this] {
+    m_scope.MenuClosed();
+    emit StatusText({});
+  });
   menu->popup(position);
 }
 
@@ -142,6 +187,7 @@ void SelectionMenus::ShowAwaited() {
 
 void SelectionMenus::ForgetAwaited() {
   m_awaited.reset();
+  m_scope.MenuClosed();
 }
 
 }  // namespace orvane::console

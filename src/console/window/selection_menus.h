@@ -45,12 +45,20 @@ class SelectionMenus final : public QObject {
   void OpenRequested(const orvane::console::ScopeTreeItemPtr& item);
   /// The item shown is to be expanded.
   void ExpandRequested(const orvane::console::ScopeTreeItemPtr& item);
+  /// What the snap-in says of the command pointed at, or at work; empty when that is over.
+  void StatusText(const QString& sText);
 
  private:
   HostedSelection OfList() const;
   /// Remembers the pane that the focus came to.
   void NotePane(const QWidget* focus);
+  /// True for an item that shows a list.
+  bool IsListed(const ScopeTreeItem& item) const;
   void AddOpen(QMenu& menu, const ScopeTreeItemPtr& item);
+  /// The command that reads the item anew, whether it is the one shown or not.
+  void AddRefresh(QMenu& menu, const HostedSelection& selection);
+  void Click(const platform::MenuItem& entry, platform::Long lIndex,
+             const HostedSelection& selection);
   void AddCommands(QMenu& menu, const platform::Menu& commands, const HostedSelection& selection);
 
   struct Awaited {

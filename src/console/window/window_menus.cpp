@@ -77,6 +77,13 @@ void WindowMenus::MakeViewMenu(QMenuBar& menuBar) {
   actRefresh->setIconVisibleInMenu(false);
   actRefresh->setToolTip(
       tr("Refresh (%1)").arg(actRefresh->shortcut().toString(QKeySequence::NativeText)));
+  actReload = Add(*view, "actReload", tr("Re&load"), QKeySequence(Qt::Key_F5));
+  actReload->setIcon(ImageList::Named("refresh"));
+  actReload->setIconVisibleInMenu(false);
+  actReload->setToolTip(
+      tr("Reload (%1)").arg(actReload->shortcut().toString(QKeySequence::NativeText)));
+  actReload->setStatusTip(tr("Reads anew from the server what lies beneath the item."));
+  actReload->setEnabled(false);
   view->addSeparator();
   actDetails = Add(*view, "actDetails", tr("&Details"));
   actIcons = Add(*view, "actIcons", tr("&Icons"));

@@ -26,6 +26,7 @@ class WindowMenus final : public QObject {
   QAction* actExit = nullptr;
   QMenu* mnuAction = nullptr;  ///< empty; filled for the selection each time it opens
   QAction* actRefresh = nullptr;
+  QAction* actReload = nullptr;
   QAction* actDetails = nullptr;
   QAction* actIcons = nullptr;
   QAction* actToolbar = nullptr;

@@ -12,6 +12,7 @@ struct MenuItem {
   Text sName;     ///< the item's member name; clicks are reported under it
   Text sCaption;  ///< as shown; "..." means that a dialog follows
   Boolean bEnabled = true;
+  Text sStatusText = {};  ///< said while the item is pointed at and while it is at work; or empty
 };
 
 /// A top-level menu with its items in order.

@@ -293,7 +293,7 @@ void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
     const auto record = Find(sName, stop);
     if (!record) {
       throw Failure(failure::kInvalidArgument,
-                    "There is no catalog \"" + sName + "\" to drop; refresh the list of catalogs.");
+                    "There is no catalog \"" + sName + "\" to drop; reload the list of catalogs.");
     }
     if (record->bOwn) {
       throw Failure(failure::kInvalidArgument, "The catalog " + record->sName +

@@ -499,7 +499,7 @@ TEST_F(historian, drops_neither_its_own_catalogs_nor_one_that_is_not_there) {
     return FailureOf([&] { opened->DropCatalog(sName, {}); });
   };
   EXPECT_EQ(failure("Plant1"),
-            "5: There is no catalog \"Plant1\" to drop; refresh the list of catalogs.");
+            "5: There is no catalog \"Plant1\" to drop; reload the list of catalogs.");
   EXPECT_EQ(failure("orvane"),
             "5: The catalog Orvane belongs to the historian itself and cannot be dropped; choose "
             "another one.");

@@ -1,0 +1,102 @@
+#include "console/results/result_list.h"
+
+#include <gmock/gmock.h>
+
+#include <QHeaderView>
+#include <QTest>
+
+#include "console/results/result_pane.h"
+#include "console/scope/scope_pane.h"
+#include "tests/console/main_window_fixture.h"
+
+namespace orvane::console {
+namespace {
+
+using testing::ElementsAre;
+
+TEST_F(MainWindowTest, list_opens_items_by_double_click_and_goes_up_by_backspace) {
+  ClickExpandMark("");
+  ClickItem("");
+  DoubleClickRow(0);
+  EXPECT_EQ(Session().Selected(), Find("alpha"));
+  EXPECT_EQ(Scope().currentIndex(), IndexOf("alpha"));
+  EXPECT_THAT(ListTexts(), ElementsAre("Catalogs", "Queries"));
+  DoubleClickRow(1);
+  EXPECT_EQ(Session().Selected(), Find("alpha.Queries"));
+  EXPECT_THAT(ListTexts(), ElementsAre("Load"));
+  EXPECT_TRUE(Scope().isExpanded(IndexOf("alpha")));
+  QTest::keyClick(Results().List().DetailsView(), Qt::Key_Backspace);
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("alpha"));
+}
+
+TEST_F(MainWindowTest, list_opens_the_current_row_by_enter) {
+  ClickExpandMark("");
+  auto* view = Results().List().DetailsView();
+  view->setFocus();
+  QTest::keyClick(view, Qt::Key_Down);
+  view->setCurrentIndex(view->model()->index(1, 0));
+  QTest::keyClick(view, Qt::Key_Return);
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("beta"));
+}
+
+TEST_F(MainWindowTest, list_shows_the_columns_that_its_rows_bring_along) {
+  ClickExpandMark("");
+  ClickExpandMark("alpha");
+  ClickItem("alpha.Queries");
+  const auto* view = Results().List().DetailsView();
+  EXPECT_EQ(view->model()->columnCount(), 1);
+  QTest::keyClick(&Scope(), Qt::Key_Return);
+  Settle();
+  ASSERT_EQ(view->model()->columnCount(), 2);
+  EXPECT_EQ(view->model()->headerData(1, Qt::Horizontal).toString(), "Query");
+  EXPECT_EQ(view->header()->sectionSize(0), 200);
+  EXPECT_EQ(view->header()->sectionSize(1), 300);
+  EXPECT_THAT(ListTexts(1), ElementsAre("SELECT 1"));
+}
+
+TEST_F(MainWindowTest, click_on_a_column_head_sorts_and_a_third_one_restores_the_order) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine");
+  EXPECT_THAT(ListTexts(), ElementsAre("Tags", "Data10", "Data2"));
+  auto* header = Results().List().DetailsView()->header();
+  const auto click = [&] {
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                      {header->sectionViewportPosition(0) + 30, header->height() / 2});
+  };
+  click();
+  EXPECT_THAT(ListTexts(), ElementsAre("Data2", "Data10", "Tags"));
+  click();
+  EXPECT_THAT(ListTexts(), ElementsAre("Tags", "Data10", "Data2"));
+  click();
+  EXPECT_THAT(ListTexts(), ElementsAre("Tags", "Data10", "Data2"));
+  EXPECT_EQ(header->sortIndicatorSection(), -1);
+}
+
+TEST_F(MainWindowTest, list_follows_items_that_come_and_go) {
+  ClickExpandMark("");
+  ClickItem("");
+  auto services = Session().Services();
+  fakes::AddItem(services, Find(""), "Server", "gamma", "gamma", true);
+  Session().Tree().Flush();
+  EXPECT_THAT(ListTexts(), ElementsAre("alpha", "beta", "gamma"));
+  Session().Tree().Remove("beta");
+  EXPECT_THAT(ListTexts(), ElementsAre("alpha", "gamma"));
+  Find("gamma")->ListSubItems().Add(1, "Name", "renamed");
+  EXPECT_THAT(ListTexts(), ElementsAre("alpha", "renamed"));
+}
+
+TEST_F(MainWindowTest, list_can_be_shown_as_icons) {
+  ClickExpandMark("");
+  Action("actIcons")->trigger();
+  auto* icons = Results().List().ActiveView();
+  EXPECT_EQ(icons->objectName(), "resultIcons");
+  EXPECT_TRUE(icons->isVisible());
+  EXPECT_EQ(icons->model()->rowCount(), 2);
+  Action("actDetails")->trigger();
+  EXPECT_EQ(Results().List().ActiveView()->objectName(), "resultDetails");
+}
+
+}  // namespace
+}  // namespace orvane::console
