@@ -146,9 +146,16 @@ Qt::Alignment AlignmentOf(DataType type) {
       return Qt::AlignRight | Qt::AlignVCenter;
     case DataType::Boolean:
       return Qt::AlignCenter;
-    default:
-      return Qt::AlignLeft | Qt::AlignVCenter;
+    case DataType::Empty:
+    case DataType::Guid:
+    case DataType::Binary:
+    case DataType::WChar:
+    case DataType::DBDate:
+    case DataType::DBTime:
+    case DataType::DBTimeStamp:
+      break;
   }
+  return Qt::AlignLeft | Qt::AlignVCenter;
 }
 
 QString CellFormat::Shown(const Value& vtValue) const {
@@ -177,9 +184,16 @@ Qt::Alignment CellFormat::Alignment(const Value& vtValue, DataType column) {
     case ValueKind::Double:
     case ValueKind::Decimal:
       return AlignmentOf(DataType::Double);
-    default:
-      return AlignmentOf(DataType::WChar);
+    case ValueKind::Text:
+    case ValueKind::Timestamp:
+    case ValueKind::Date:
+    case ValueKind::TimeOfDay:
+    case ValueKind::Bytes:
+    case ValueKind::Guid:
+    case ValueKind::Object:
+      break;
   }
+  return AlignmentOf(DataType::WChar);
 }
 
 }  // namespace orvane::controls

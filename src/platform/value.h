@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -57,6 +58,9 @@ enum class ValueKind : std::uint8_t {
   Object,
 };
 
+/// The kinds that there are.
+constexpr std::size_t kValueKinds = 13;
+
 /// A value of one of the kinds of ValueKind. Equality compares kind and content; objects
 /// compare by identity.
 class Value {
@@ -95,6 +99,23 @@ class Value {
   friend bool operator==(const Value&, const Value&) = default;
 
  private:
+  // Kind() is the place of the content in the storage; both lists must agree, name by name.
+  template <ValueKind kind, class T>
+  static constexpr bool kHolds =
+      std::is_same_v<std::variant_alternative_t<static_cast<std::size_t>(kind), Storage>, T>;
+  static_assert(std::variant_size_v<Storage> == kValueKinds);
+  static_assert(static_cast<std::size_t>(ValueKind::Object) + 1 == kValueKinds);
+  static_assert(kHolds<ValueKind::Null, platform::Null> && kHolds<ValueKind::Boolean, bool> &&
+                kHolds<ValueKind::Long, std::int32_t> &&
+                kHolds<ValueKind::LongLong, std::int64_t> && kHolds<ValueKind::Double, double> &&
+                kHolds<ValueKind::Decimal, platform::Decimal> &&
+                kHolds<ValueKind::Text, platform::Text> &&
+                kHolds<ValueKind::Timestamp, platform::Timestamp> &&
+                kHolds<ValueKind::Date, platform::Date> &&
+                kHolds<ValueKind::TimeOfDay, platform::TimeOfDay> &&
+                kHolds<ValueKind::Bytes, platform::Bytes> &&
+                kHolds<ValueKind::Guid, platform::Guid> && kHolds<ValueKind::Object, ObjectPtr>);
+
   Storage m_storage;
 };
 
