@@ -24,6 +24,11 @@ class Chunked {
   /// The number must be below the count of values appended.
   T operator[](std::size_t index) const { return m_chunks[index >> kChunkBits][index & kMask]; }
 
+  /// Memory taken.
+  std::size_t Bytes() const {
+    return m_chunks.empty() ? 0 : ((m_chunks.size() - 1) * kChunk + m_firstRoom) * sizeof(T);
+  }
+
  private:
   static constexpr std::size_t kChunkBits = 13;
   static constexpr std::size_t kChunk = std::size_t{1} << kChunkBits;

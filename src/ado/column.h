@@ -47,6 +47,11 @@ class Column {
   /// The type that fits all values: Empty when all are null, the wider number where numbers
   /// differ, WChar where kinds differ otherwise.
   platform::DataType FittingType() const;
+  /// Memory taken.
+  std::size_t Bytes() const {
+    return m_nulls.capacity() * sizeof(std::uint64_t) + m_bytes.Bytes() + m_words.Bytes() +
+           m_wides.Bytes() + m_pool.Bytes();
+  }
   /// Gives back what only appending needs.
   void Seal() { m_pool.Seal(); }
 

@@ -1,5 +1,6 @@
 #include "ado/connection.h"
 
+#include "ado/out_of_memory.h"
 #include "ado/secret.h"
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
@@ -41,7 +42,7 @@ void RefusePassword(std::string_view sConnectionString) {
   }
 }
 
-std::shared_ptr<Provider> FindProvider(ProviderSource& providers,
+std::shared_ptr<Provider> FindProvider(ProviderSource* providers,
                                        const ConnectionSettings& settings) {
   const Text sName = settings.Find(kProvider).value_or("");
   if (sName.empty()) {
@@ -49,7 +50,7 @@ std::shared_ptr<Provider> FindProvider(ProviderSource& providers,
                   "The connection string names no provider: begin it with \"Provider = \" and the "
                   "provider's name.");
   }
-  auto provider = providers.Find(sName);
+  auto provider = providers == nullptr ? nullptr : providers->Find(sName);
   if (provider == nullptr) {
     throw Failure(failure::kProviderNotFound,
                   "There is no provider \"" + sName +
@@ -89,7 +90,8 @@ void Connection::ConnectionString(const Text& sConnectionString) {
   m_provider = nullptr;
   try {
     const auto settings = ConnectionSettings::Parse(sConnectionString);
-    if (const Text sName = settings.Find(kProvider).value_or(""); !sName.empty()) {
+    if (const Text sName = settings.Find(kProvider).value_or("");
+        !sName.empty() && m_services.providers) {
       m_provider = m_services.providers->Find(sName);
     }
     m_properties.Describe(settings, m_provider.get());
@@ -104,7 +106,7 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
   RequireClosed();
   if (!sConnectionString.empty()) ConnectionString(sConnectionString);
   auto settings = ConnectionSettings::Parse(m_sConnectionString);
-  const auto provider = FindProvider(*m_services.providers, settings);
+  const auto provider = FindProvider(m_services.providers.get(), settings);
   m_properties.Describe(settings, provider.get());
   m_properties.AddValuesSet(settings);
 
@@ -126,7 +128,7 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
   settings.Set(ConnectionProperties::kUserId, logon.sUser);
 
   std::unique_ptr<Session> session;
-  m_services.longOperation->Run("Connecting to " + logon.sServer, [&](std::stop_token stop) {
+  RunLong("Connecting to " + logon.sServer, [&](std::stop_token stop) {
     session = provider->Open(settings, logon.sPassword, std::move(stop));
   });
   m_properties.Put(ConnectionProperties::kDataSource, logon.sServer);
@@ -138,6 +140,12 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
 }
 
 void Connection::AskForLogon(LogonRequest& logon) {
+  if (m_services.prompt == nullptr) {
+    throw Failure(
+        failure::kNotSupported,
+        "This program has no logon dialog: set \"Prompt\" to 4 and name server and user in "
+        "the connection string.");
+  }
   const Text sServer = logon.sServer;
   if (!m_services.prompt->Ask(logon)) {
     throw Failure(failure::kCancelled, "The logon was cancelled.");
@@ -156,7 +164,7 @@ platform::RecordsetPtr Connection::OpenSchema(platform::SchemaNumber schema,
                                               std::span<const platform::Value> vtRestrictions) {
   RequireOpen();
   platform::RecordsetPtr recordset;
-  m_services.longOperation->Run("Reading what the server holds", [&](std::stop_token stop) {
+  RunLong("Reading what the server holds", [&](std::stop_token stop) {
     recordset = m_session->OpenSchema(schema, vtRestrictions, std::move(stop));
   });
   return recordset;
@@ -165,10 +173,15 @@ platform::RecordsetPtr Connection::OpenSchema(platform::SchemaNumber schema,
 StatementResult Connection::Execute(const Statement& statement) {
   RequireOpen();
   StatementResult result;
-  m_services.longOperation->Run("Running the statement", [&](std::stop_token stop) {
-    result = m_session->Execute(statement, std::move(stop));
-  });
+  RunLong("Running the statement",
+          [&](std::stop_token stop) { result = m_session->Execute(statement, std::move(stop)); });
   return result;
+}
+
+// Where the host has no long operations the work is done where it is called, and cannot be stopped.
+void Connection::RunLong(const Text& sWhat, const std::function<void(std::stop_token)>& work) {
+  TellingMemory(
+      [&] { m_services.longOperation ? m_services.longOperation->Run(sWhat, work) : work({}); });
 }
 
 void Connection::RequireOpen() const {

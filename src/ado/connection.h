@@ -3,7 +3,9 @@
 // Made by the host's object factory; one thread at a time.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <stop_token>
 
 #include "ado/connection_properties.h"
 #include "ado/logon_prompt.h"
@@ -12,7 +14,8 @@
 
 namespace orvane::ado {
 
-/// What a connection works with; all of it is needed.
+/// What a connection works with. What the host does not offer is null: without providers none is
+/// found, without a prompt nobody is asked, without long operations the caller waits.
 struct ConnectionServices {
   std::shared_ptr<ProviderSource> providers;
   std::shared_ptr<LogonPrompt> prompt;
@@ -45,6 +48,7 @@ class Connection final : public platform::Connection {
   void RequireOpen() const;
   void RequireClosed() const;
   void AskForLogon(LogonRequest& logon);
+  void RunLong(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work);
 
   ConnectionServices m_services;
   platform::Text m_sConnectionString;

@@ -29,6 +29,12 @@ void RecordsetBuilder::AppendRow(std::span<const platform::Value> vtValues) {
   for (std::size_t i = 0; i < vtValues.size(); ++i) m_columns[i].AppendValue(vtValues[i]);
 }
 
+std::size_t RecordsetBuilder::Bytes() const {
+  std::size_t bytes = 0;
+  for (const Column& column : m_columns) bytes += column.Bytes();
+  return bytes;
+}
+
 platform::RecordsetPtr RecordsetBuilder::Finish(platform::Boolean bTruncated,
                                                 std::chrono::microseconds elapsed) {
   for (std::size_t i = 0; i < m_columns.size(); ++i) {

@@ -32,6 +32,8 @@ class RecordsetBuilder {
   platform::RowIndex RowCount() const {
     return m_columns.empty() ? 0 : m_columns.front().RowCount();
   }
+  /// Memory that the rows take.
+  std::size_t Bytes() const;
   /// Takes the cells of one column. The reference lives until Finish.
   Column& ColumnAt(platform::ColumnIndex column) {
     return m_columns[static_cast<std::size_t>(column)];

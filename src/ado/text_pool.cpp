@@ -66,6 +66,7 @@ TextPool::Code TextPool::Store(std::string_view sText) {
     m_blockSize = std::clamp(m_blockSize * 2, kSmallestBlock, kLargestBlock);
     const std::size_t size = std::max(m_blockSize, sText.size());
     m_blocks.push_back(std::make_unique_for_overwrite<char[]>(size));
+    m_blockBytes += size;
     m_free = m_blocks.back().get();
     m_room = size;
   }

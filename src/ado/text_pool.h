@@ -45,6 +45,11 @@ class TextPool {
   /// Lives as long as the pool.
   std::string_view At(Code code) const { return m_entries[code]; }
   std::size_t Count() const { return m_entries.size(); }
+  /// Memory taken.
+  std::size_t Bytes() const {
+    return m_blockBytes + m_entries.capacity() * sizeof(std::string_view) +
+           m_index.capacity() * sizeof(Slot);
+  }
   /// Gives back what only Intern needs; Intern may still be called, and then only stores.
   void Seal();
 
@@ -63,6 +68,7 @@ class TextPool {
   char* m_free = nullptr;
   std::size_t m_room = 0;
   std::size_t m_blockSize = 0;
+  std::size_t m_blockBytes = 0;  // of all blocks
   std::vector<Slot> m_index;
   std::uint64_t m_lookups = 0;
   Code m_last = 0;
