@@ -13,6 +13,16 @@ namespace orvane::provider {
 using platform::Failure;
 namespace failure = platform::failure;
 
+namespace {
+
+platform::Text InWords(std::chrono::milliseconds timeout) {
+  if (timeout.count() % 1000 != 0) return fmt::format("{} milliseconds", timeout.count());
+  const auto seconds = timeout.count() / 1000;
+  return fmt::format("{} second{}", seconds, seconds == 1 ? "" : "s");
+}
+
+}  // namespace
+
 Deadline::Deadline(std::stop_token stop, std::chrono::milliseconds timeout)
     : m_stop(std::move(stop)), m_timeout(timeout) {
   if (timeout.count() > 0) m_end = std::chrono::steady_clock::now() + timeout;
@@ -22,12 +32,14 @@ void Deadline::Check() const {
   if (m_stop.stop_requested()) {
     throw Failure(failure::kCancelled, "The statement was cancelled.");
   }
-  if (m_end && std::chrono::steady_clock::now() >= *m_end) {
-    throw Failure(failure::kTimeout,
-                  fmt::format("The statement did not end within its time-out of {} s: allow it "
-                              "more time.",
-                              static_cast<double>(m_timeout.count()) / 1000));
-  }
+  if (m_end && std::chrono::steady_clock::now() >= *m_end) FailLate();
+}
+
+void Deadline::FailLate() const {
+  throw Failure(failure::kTimeout,
+                fmt::format("The statement did not end within its time-out of {}: allow it more "
+                            "time, or ask for less.",
+                            InWords(m_timeout)));
 }
 
 void Deadline::Run(const std::function<void(std::stop_token)>& work) const {
@@ -47,8 +59,9 @@ void Deadline::Run(const std::function<void(std::stop_token)>& work) const {
   try {
     work(either.get_token());
   } catch (const Failure& failed) {
-    if (failed.Number() == failure::kCancelled) Check();
-    throw;
+    if (failed.Number() != failure::kCancelled || m_stop.stop_requested()) throw;
+    if (!either.stop_requested()) throw;
+    FailLate();
   }
 }
 

@@ -21,6 +21,8 @@ class Deadline {
   void Run(const std::function<void(std::stop_token)>& work) const;
 
  private:
+  [[noreturn]] void FailLate() const;
+
   std::stop_token m_stop;
   std::chrono::milliseconds m_timeout;
   std::optional<std::chrono::steady_clock::time_point> m_end;

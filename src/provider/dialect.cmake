@@ -12,8 +12,12 @@ list(APPEND PROVIDER_SOURCES
   historian/functions_catalog.cpp
   historian/historian.cpp
   historian_provider.cpp
+  known_schema.cpp
   result_times.cpp
+  schema_reader.cpp
   schema_rowsets.cpp
   session.cpp
   session_options.cpp
-  statement_log.cpp)
+  shown_names.cpp
+  statement_log.cpp
+  statement_thread.cpp)

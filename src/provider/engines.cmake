@@ -1,9 +1,14 @@
 # The engines that the provider stands on.
 list(APPEND PROVIDER_SOURCES
+  engines/sqlite/sqlite_attachments.cpp
   engines/sqlite/sqlite_engine.cpp
   engines/sqlite/sqlite_errors.cpp
   engines/sqlite/sqlite_files.cpp
   engines/sqlite/sqlite_functions.cpp
+  engines/sqlite/sqlite_memory.cpp
+  engines/sqlite/sqlite_refusals.cpp
+  engines/sqlite/sqlite_room.cpp
+  engines/sqlite/sqlite_schema.cpp
   engines/sqlite/sqlite_session.cpp
   engines/sqlite/sqlite_statement.cpp
   engines/sqlite/sqlite_types.cpp

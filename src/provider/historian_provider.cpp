@@ -21,6 +21,7 @@ HistorianProvider::HistorianProvider(SessionPlace place) : m_place(std::move(pla
 
 std::vector<ado::PropertyDescription> HistorianProvider::Properties() const {
   auto properties = SessionOptions::Descriptions();
+  properties.push_back({SessionOptions::kStatementMemory, SessionOptions::kInitialMegabytes});
   // Known only of an open connection.
   properties.push_back({SessionOptions::kTimeZoneInUse, platform::Text()});
   return properties;

@@ -1,5 +1,6 @@
 #include "provider/result_times.h"
 
+#include "ado/out_of_memory.h"
 #include "ado/recordset_builder.h"
 
 namespace orvane::provider {
@@ -79,14 +80,13 @@ Value Changed(Value vtValue, Change change, const zones::TimeZone& zone) {
 
 platform::RecordsetPtr WithShownTimes(platform::RecordsetPtr rs,
                                       const std::vector<Content>& contents,
-                                      platform::Boolean bTimeAsDouble, const zones::TimeZone& zone,
-                                      const Deadline& deadline) {
+                                      const TimeDisplay& display, const ResultLimits& limits) {
   std::vector<ado::ColumnDescription> columns;
   std::vector<Change> changes;
   bool bSame = true;
   for (ColumnIndex column = 0; column < rs->FieldCount(); ++column) {
     const auto& field = rs->FieldAt(column);
-    const Change change = ChangeOf(field.Type(), ContentAt(contents, column), bTimeAsDouble);
+    const Change change = ChangeOf(field.Type(), ContentAt(contents, column), display.bAsDouble);
     if (change != Change::None) bSame = false;
     columns.push_back({field.Name(), Changed(field.Type(), change), field.Nullable()});
     changes.push_back(change);
@@ -95,12 +95,18 @@ platform::RecordsetPtr WithShownTimes(platform::RecordsetPtr rs,
 
   constexpr platform::RowIndex kRowsBetweenLooks = 4096;
   ado::RecordsetBuilder builder(std::move(columns));
+  const auto look = [&] {
+    if (limits.stop.stop_requested()) {
+      throw platform::Failure(platform::failure::kCancelled, "The statement was cancelled.");
+    }
+    if (limits.maxBytes != 0 && builder.Bytes() > limits.maxBytes) throw ado::OutOfMemory();
+  };
   for (ColumnIndex column = 0; column < rs->FieldCount(); ++column) {
     auto& target = builder.ColumnAt(column);
     const Change change = changes[static_cast<std::size_t>(column)];
     for (platform::RowIndex row = 0; row < rs->RecordCount(); ++row) {
-      if (row % kRowsBetweenLooks == 0) deadline.Check();
-      target.AppendValue(Changed(rs->ValueAt(row, column), change, zone));
+      if (row % kRowsBetweenLooks == 0) look();
+      target.AppendValue(Changed(rs->ValueAt(row, column), change, display.zone));
     }
   }
   return builder.Finish(rs->Truncated(), rs->Elapsed());

@@ -43,9 +43,17 @@ Value NumericPrecision(DataType type) {
       return 15;
     case DataType::Numeric:
       return 38;
-    default:
-      return Null();
+    case DataType::Empty:
+    case DataType::Boolean:
+    case DataType::Guid:
+    case DataType::Binary:
+    case DataType::WChar:
+    case DataType::DBDate:
+    case DataType::DBTime:
+    case DataType::DBTimeStamp:
+      break;
   }
+  return Null();
 }
 
 struct ProviderType {

@@ -1,5 +1,9 @@
 #include "provider/session_options.h"
 
+#include <unistd.h>
+
+#include <algorithm>
+
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
@@ -25,8 +29,8 @@ std::optional<Option> FindOption(const Text& sName) {
   return std::nullopt;
 }
 
-bool IsZoneInUse(const Text& sName) {
-  return platform::FoldCase(sName) == platform::FoldCase(SessionOptions::kTimeZoneInUse);
+bool Is(const char* sKnown, const Text& sName) {
+  return platform::FoldCase(sName) == platform::FoldCase(sKnown);
 }
 
 Option Known(const Text& sName) {
@@ -52,17 +56,20 @@ platform::Boolean ReadBoolean(Option option, const Value& vtValue) {
   }
 }
 
-platform::Long ReadLevel(const Value& vtValue) {
-  platform::Long lLevel = -1;
+platform::Long ReadNumber(const char* sName, platform::Long lLeast, platform::Long lMost,
+                          const Value& vtValue) {
+  platform::Long lNumber = lLeast - 1;
   try {
-    lLevel = platform::ToLong(vtValue);
+    lNumber = platform::ToLong(vtValue);
   } catch (const Failure&) {
-    lLevel = -1;
+    lNumber = lLeast - 1;
   }
-  if (lLevel < 0 || lLevel > 3) {
-    throw Failure(failure::kInvalidArgument, "\"Log Level\" is a number from 0 to 3; enter one.");
+  if (lNumber < lLeast || lNumber > lMost) {
+    throw Failure(failure::kInvalidArgument, Text("\"") + sName + "\" is a number from " +
+                                                 std::to_string(lLeast) + " to " +
+                                                 std::to_string(lMost) + "; enter one.");
   }
-  return lLevel;
+  return lNumber;
 }
 
 Text ReadText(Option option, const Value& vtValue) {
@@ -100,7 +107,8 @@ std::vector<ado::PropertyDescription> SessionOptions::Descriptions() {
 }
 
 Value SessionOptions::Get(const Text& sName) const {
-  if (IsZoneInUse(sName)) return m_timeZone.NameInUse();
+  if (Is(kTimeZoneInUse, sName)) return m_timeZone.NameInUse();
+  if (Is(kStatementMemory, sName)) return m_lMegabytes;
   switch (Known(sName)) {
     case Option::LogFile:
       return m_sLogFile;
@@ -119,18 +127,25 @@ Value SessionOptions::Get(const Text& sName) const {
 }
 
 void SessionOptions::Set(const Text& sName, const Value& vtValue) {
-  if (IsZoneInUse(sName)) {
+  if (Is(kTimeZoneInUse, sName)) {
     throw Failure(failure::kNotSupported, Text("The property \"") + kTimeZoneInUse +
                                               "\" can be read, but not set; set \"Time Zone\".");
   }
-  const Option option = Known(sName);
   const bool bInitial = IsInitial(vtValue);
+  if (Is(kStatementMemory, sName)) {
+    constexpr platform::Long kLeast = 16;
+    constexpr platform::Long kMost = 4096;
+    m_lMegabytes =
+        bInitial ? kInitialMegabytes : ReadNumber(kStatementMemory, kLeast, kMost, vtValue);
+    return;
+  }
+  const Option option = Known(sName);
   switch (option) {
     case Option::LogFile:
       m_sLogFile = bInitial ? Text() : ReadLogFile(vtValue);
       break;
     case Option::LogLevel:
-      m_lLogLevel = bInitial ? 0 : ReadLevel(vtValue);
+      m_lLogLevel = bInitial ? 0 : ReadNumber(kNames[option], 0, 3, vtValue);
       break;
     case Option::IdentifierPrefixes:
       m_bIdentifierPrefixes = !bInitial && ReadBoolean(option, vtValue);
@@ -147,7 +162,17 @@ void SessionOptions::Set(const Text& sName, const Value& vtValue) {
   }
 }
 
+std::size_t SessionOptions::StatementMemory() const {
+  const auto bytes = static_cast<std::size_t>(m_lMegabytes) << 20;
+  const long nPages = ::sysconf(_SC_PHYS_PAGES);
+  const long nPageSize = ::sysconf(_SC_PAGESIZE);
+  if (nPages <= 0 || nPageSize <= 0) return bytes;
+  return std::min(bytes,
+                  static_cast<std::size_t>(nPages) / 2 * static_cast<std::size_t>(nPageSize));
+}
+
 void SessionOptions::SetAll(const ado::ConnectionSettings& settings) {
+  if (const auto sValue = settings.Find(kStatementMemory)) Set(kStatementMemory, *sValue);
   for (const char* const sName : kNames) {
     if (const auto sValue = settings.Find(sName)) Set(sName, *sValue);
   }

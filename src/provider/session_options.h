@@ -1,5 +1,5 @@
-// The six extended options of a connection: their names, order, kinds and values; and the name of
-// the time zone that one of them comes to.
+// The six extended options of a connection: their names, order, kinds and values; the memory that a
+// statement may use; and the name of the time zone that one of the options comes to.
 // Held by a session; one thread at a time.
 #pragma once
 
@@ -15,11 +15,15 @@ class SessionOptions {
   /// The zone in which a session counts, by its name in the time zone database; read only.
   static constexpr const char* kTimeZoneInUse = "Time Zone in Use";
 
+  /// Megabytes that the rows of a statement may take, and the engine while it works on it.
+  static constexpr const char* kStatementMemory = "Statement Memory";
+  static constexpr platform::Long kInitialMegabytes = 512;
+
   /// Name and initial value of each option in the published order.
   static std::vector<ado::PropertyDescription> Descriptions();
 
-  /// The current value, also of the time zone in use. Fails with failure::kItemNotFound for another
-  /// name.
+  /// The current value, also of the statement memory and of the time zone in use. Fails with
+  /// failure::kItemNotFound for another name.
   platform::Value Get(const platform::Text& sName) const;
   /// Takes a value of the option's kind or a text that reads as one; null and the empty text
   /// restore the initial value. Fails with kItemNotFound for another name, with kInvalidArgument
@@ -37,6 +41,8 @@ class SessionOptions {
   /// Times come out as days since 1899-12-30 in the time zone.
   platform::Boolean TimeAsDouble() const { return m_bTimeAsDouble; }
   const zones::TimeZone& TimeZone() const { return m_timeZone; }
+  /// In bytes; never more than half of the machine's memory.
+  std::size_t StatementMemory() const;
   /// Catalogs are known by their identity.
   platform::Boolean HistoriansByGuid() const { return m_bHistoriansByGuid; }
 
@@ -47,6 +53,7 @@ class SessionOptions {
   platform::Boolean m_bTimeAsDouble = false;
   zones::TimeZone m_timeZone;
   platform::Boolean m_bHistoriansByGuid = false;
+  platform::Long m_lMegabytes = kInitialMegabytes;
 };
 
 }  // namespace orvane::provider

@@ -23,17 +23,20 @@ void WorkUntilStopped(const std::stop_token& stop) {
 
 TEST(deadline, ends_work_at_its_time_out_and_says_so) {
   const Deadline deadline({}, 20ms);
+  EXPECT_EQ(FailureOf([&] { Deadline({}, 1h).Check(); }), "no failure");
   EXPECT_EQ(FailureOf([&] { deadline.Run(WorkUntilStopped); }),
-            "3804: The statement did not end within its time-out of 0.02 s: allow it more "
-            "time.");
+            "3804: The statement did not end within its time-out of 20 milliseconds: allow it more "
+            "time, or ask for less.");
   EXPECT_EQ(FailureOf([&] { deadline.Check(); }).substr(0, 4), "3804");
+  EXPECT_EQ(FailureOf([&] { Deadline({}, 1s).Run(WorkUntilStopped); }),
+            "3804: The statement did not end within its time-out of 1 second: allow it more time, "
+            "or ask for less.");
 }
 
 TEST(deadline, ends_work_at_its_callers_stop) {
   for (const auto timeout : {0ms, 3'600'000ms}) {
     std::stop_source stop;
     const Deadline deadline(stop.get_token(), timeout);
-    EXPECT_EQ(FailureOf([&] { deadline.Check(); }), "no failure");
     EXPECT_EQ(FailureOf([&] {
                 deadline.Run([&](std::stop_token token) {
                   stop.request_stop();
@@ -43,6 +46,17 @@ TEST(deadline, ends_work_at_its_callers_stop) {
               "3712: The statement was cancelled.");
     EXPECT_EQ(FailureOf([&] { deadline.Check(); }), "3712: The statement was cancelled.");
   }
+}
+
+// What happened is told: work that was done all the same is done.
+TEST(deadline, leaves_work_alone_that_ends_behind_it) {
+  const Deadline deadline({}, 1ms);
+  bool bDone = false;
+  deadline.Run([&](const std::stop_token& token) {
+    FailureOf([&] { WorkUntilStopped(token); });
+    bDone = true;
+  });
+  EXPECT_TRUE(bDone);
 }
 
 TEST(deadline, leaves_other_failures_and_work_in_time_alone) {

@@ -19,8 +19,12 @@ orvane_test(session
     result_times_test.cpp
     schema_rowsets_test.cpp
     session_options_test.cpp
+    session_catalogs_test.cpp
+    session_ending_test.cpp
     session_test.cpp
-    statement_log_test.cpp)
+    session_times_test.cpp
+    statement_log_test.cpp
+    statement_thread_test.cpp)
 
 orvane_test(provider_component
   LINK orvane_provider ${CMAKE_DL_LIBS}

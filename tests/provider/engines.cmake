@@ -2,12 +2,15 @@
 orvane_test(engines
   LINK orvane_provider
   SOURCES
+    engines/sqlite_commit_test.cpp
     engines/sqlite_engine_test.cpp
     engines/sqlite_errors_test.cpp
     engines/sqlite_fetch_test.cpp
     engines/sqlite_functions_test.cpp
     engines/sqlite_limits_test.cpp
+    engines/sqlite_memory_test.cpp
     engines/sqlite_reading_test.cpp
+    engines/sqlite_room_test.cpp
     engines/sqlite_schema_test.cpp
     engines/sqlite_session_test.cpp
     engines/sqlite_types_test.cpp)

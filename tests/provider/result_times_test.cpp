@@ -21,9 +21,8 @@ platform::RecordsetPtr Numbers(platform::RowIndex rows) {
 }
 
 platform::RecordsetPtr Shown(platform::RecordsetPtr rs, Content content, bool bTimeAsDouble,
-                             const Deadline& deadline = Deadline({}, {})) {
-  return WithShownTimes(std::move(rs), {content}, bTimeAsDouble, zones::TimeZone("UTC"),
-                        deadline);
+                             const ResultLimits& limits = {}) {
+  return WithShownTimes(std::move(rs), {content}, {bTimeAsDouble, zones::TimeZone("UTC")}, limits);
 }
 
 TEST(result_times, are_made_of_the_numbers_in_columns_of_times) {
@@ -52,15 +51,23 @@ TEST(result_times, are_numbers_again_in_columns_that_mix) {
   EXPECT_EQ(Rows(*Shown(times(), Content::Other, false)), "1970-01-01 00:00:00.000005\n\n");
 }
 
-TEST(result_times, are_made_until_the_deadline_only) {
+TEST(result_times, are_made_until_the_stop_only) {
   std::stop_source stop;
   stop.request_stop();
-  EXPECT_EQ(
-      FailureOf([&] { Shown(Numbers(1), Content::Time, true, Deadline(stop.get_token(), {})); }),
-      "3712: The statement was cancelled.");
-  const Deadline over({}, std::chrono::milliseconds(1));
-  std::this_thread::sleep_for(std::chrono::milliseconds(2));
-  EXPECT_EQ(FailureOf([&] { Shown(Numbers(1), Content::Time, true, over); }).substr(0, 4), "3804");
+  EXPECT_EQ(FailureOf([&] {
+              Shown(Numbers(1), Content::Time, true, {0, stop.get_token()});
+            }),
+            "3712: The statement was cancelled.");
+}
+
+TEST(result_times, are_made_within_their_memory_only) {
+  const auto rs = Numbers(100'000);
+  EXPECT_EQ(FailureOf([&] {
+              Shown(rs, Content::Time, true, {100'000, {}});
+            }),
+            "3807: There is not enough memory for the statement: set a row limit, or narrow it "
+            "down.");
+  EXPECT_EQ(Shown(rs, Content::Time, true, {10'000'000, {}})->RecordCount(), 100'000);
 }
 
 }  // namespace

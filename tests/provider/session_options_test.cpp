@@ -98,5 +98,20 @@ TEST(session_options, refuse_what_they_cannot_be_and_stay_as_they_were) {
   EXPECT_EQ(options.LogLevel(), 2);
 }
 
+TEST(session_options, bound_the_memory_of_a_statement) {
+  SessionOptions options;
+  EXPECT_EQ(options.Get("Statement Memory"), Value(512));
+  options.SetAll(ado::ConnectionSettings::Parse("statement memory = 16;"));
+  EXPECT_EQ(options.Get("Statement Memory"), Value(16));
+  EXPECT_EQ(options.StatementMemory(), std::size_t{16} << 20);
+  for (const Value& vtValue : {Value(15), Value(4097), Value("much"), Value(-1)}) {
+    EXPECT_EQ(FailureOf([&] { options.Set("Statement Memory", vtValue); }),
+              "5: \"Statement Memory\" is a number from 16 to 4096; enter one.");
+  }
+  EXPECT_EQ(options.Get("Statement Memory"), Value(16));
+  options.Set("Statement Memory", "");
+  EXPECT_EQ(options.Get("Statement Memory"), Value(512));
+}
+
 }  // namespace
 }  // namespace orvane::provider

@@ -3,7 +3,7 @@
 // changing threads; a stop token cancels the call it was given to, from any thread.
 #pragma once
 
-#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -39,9 +39,14 @@ struct EngineStatement {
   std::vector<platform::Value> parameters;
   /// The catalogs that the statement names; they are within reach only while it runs.
   std::vector<Catalog> catalogs;
-  platform::RowIndex maxRows = 0;        ///< 0 fetches all rows
-  std::chrono::milliseconds timeout{0};  ///< 0 waits for ever
-  platform::Boolean bReadOnly = false;   ///< only reads; see Run
+  platform::RowIndex maxRows = 0;       ///< 0 fetches all rows
+  platform::Boolean bReadOnly = false;  ///< only reads; see Run
+  /// Memory that its rows may take, and the engine while it works; 0 is no limit.
+  std::size_t maxBytes = 0;
+  /// Gives the rows their last shape; what it fails with leaves nothing changed.
+  std::function<platform::RecordsetPtr(platform::RecordsetPtr)> shape{};
+  /// Asked when all is done, right before a change is made for good; false leaves nothing changed.
+  std::function<bool()> mayCommit{};
   std::vector<StatementFunction> functions{};  ///< known to this statement only
 };
 
@@ -91,10 +96,10 @@ class EngineSession {
   virtual ~EngineSession() = default;
 
   /// Runs exactly one statement; a second one behind it fails with failure::kSqlError. Fails with
-  /// kTimeout, kCancelled, kBusy and the other numbers of the database. A statement that fails
-  /// has changed nothing. One that only reads, but would change anything, fails with
-  /// kWouldChange before it begins. Attaching, transactions and settings of the database are
-  /// refused with kNotSupported.
+  /// kCancelled, kBusy and the other numbers of the database. A statement that fails has changed
+  /// nothing; one whose stop was requested while it could still be taken back fails. One that only
+  /// reads, but would change anything, fails with kWouldChange before it begins. Attaching,
+  /// transactions and settings of the database are refused with kNotSupported.
   virtual EngineResult Run(const EngineStatement& statement, std::stop_token stop) = 0;
   /// Tables and views of a catalog in the order of their names, in one statement however many
   /// there are; where a view cannot be read, in one more and one for each view. Tables of the

@@ -8,7 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <semaphore>
+#include <functional>
 #include <stdexcept>
 
 #include "provider/engines/sqlite/sqlite_engine.h"
@@ -56,34 +56,34 @@ class AsNobody {
   uid_t m_former = ::geteuid();
 };
 
-/// While it lives, connections know the SQL function "started()", which gives 1 and tells this.
-class Started {
+/// While it lives, connections that are opened know the SQL function "called()", which does what
+/// is given and is 1.
+class SqlCall {
  public:
-  Started() {
+  explicit SqlCall(std::function<void()> call) : m_call(std::move(call)) {
     s_current = this;
     sqlite3_auto_extension(reinterpret_cast<void (*)()>(&Install));
   }
-  Started(const Started&) = delete;
-  Started& operator=(const Started&) = delete;
-  ~Started() {
+  SqlCall(const SqlCall&) = delete;
+  SqlCall& operator=(const SqlCall&) = delete;
+  ~SqlCall() {
     sqlite3_reset_auto_extension();
     s_current = nullptr;
   }
-  void Wait() { m_semaphore.acquire(); }
 
  private:
   static int Install(sqlite3* database, char**, const void*) {
     return sqlite3_create_function(
-        database, "started", 0, SQLITE_UTF8, nullptr,
+        database, "called", 0, SQLITE_UTF8, nullptr,
         [](sqlite3_context* context, int, sqlite3_value**) {
-          s_current->m_semaphore.release();
+          s_current->m_call();
           sqlite3_result_int(context, 1);
         },
         nullptr, nullptr);
   }
 
-  static inline Started* s_current = nullptr;
-  std::counting_semaphore<> m_semaphore{0};
+  static inline SqlCall* s_current = nullptr;
+  std::function<void()> m_call;
 };
 
 class DatabaseFolder : public ::testing::Test {

@@ -141,42 +141,5 @@ TEST_F(SqliteEngineTest, opening_can_be_cancelled_while_it_waits_for_a_lock) {
             (Told{failure::kCancelled, "The statement was cancelled."}));
 }
 
-TEST_F(SqliteEngineTest, makes_a_database_for_readers_beside_a_writer) {
-  SqliteEngine engine;
-  engine.CreateDatabase(PathOf("new.db"));
-  const Catalog catalog{"new", PathOf("new.db")};
-  const auto session = Open(catalog);
-  Run(*session, "CREATE TABLE t(a)");
-  Raw writer(catalog.sPlace);
-  writer.Run("BEGIN IMMEDIATE; INSERT INTO t VALUES (1)");
-  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Value(std::int64_t{0}));
-  writer.Run("COMMIT");
-  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Value(std::int64_t{1}));
-}
-
-TEST_F(SqliteEngineTest, making_a_database_takes_over_no_file) {
-  std::ofstream(PathOf("m.db")) << "precious";
-  EXPECT_EQ(FailureOf([&] { SqliteEngine().CreateDatabase(PathOf("m.db")); }),
-            (Told{failure::kKeyExists,
-                  "The file \"" + PathOf("m.db") +
-                      "\" cannot be made: there is one already; choose another name."}));
-  std::string sContent;
-  std::getline(std::ifstream(PathOf("m.db")), sContent);
-  EXPECT_EQ(sContent, "precious");
-}
-
-TEST_F(SqliteEngineTest, making_a_database_tells_a_missing_folder_and_missing_rights) {
-  EXPECT_EQ(FailureOf([&] { SqliteEngine().CreateDatabase(PathOf("no/m.db")); }),
-            (Told{failure::kServerNotFound,
-                  "The file \"" + PathOf("no/m.db") +
-                      "\" cannot be made: its folder is not there; make it first."}));
-  ::chmod(folder.c_str(), 0555);
-  const AsNobody nobody;
-  EXPECT_EQ(FailureOf([&] { SqliteEngine().CreateDatabase(PathOf("m.db")); }),
-            (Told{failure::kNoRights, "The file \"" + PathOf("m.db") +
-                                          "\" cannot be made: you have no right to write to its "
-                                          "folder; ask its owner for it."}));
-}
-
 }  // namespace
 }  // namespace orvane::provider::engines

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <cerrno>
 #include <set>
 #include <vector>
 
@@ -45,7 +46,7 @@ TEST(SqliteErrors, each_native_code_has_its_number) {
       {SQLITE_CANTOPEN_ISDIR, failure::kNotADatabase},
       {SQLITE_PROTOCOL, failure::kBusy},
       {SQLITE_SCHEMA, failure::kBusy},
-      {SQLITE_TOOBIG, failure::kSqlError},
+      {SQLITE_TOOBIG, failure::kStorage},
       {SQLITE_CONSTRAINT, failure::kConstraint},
       {SQLITE_CONSTRAINT_UNIQUE, failure::kConstraint},
       {SQLITE_CONSTRAINT_PRIMARYKEY, failure::kConstraint},
@@ -98,6 +99,17 @@ TEST(SqliteErrors, each_kind_of_trouble_has_its_own_sentence) {
     sentences.insert(sSentence);
   }
   EXPECT_EQ(sentences.size(), cases.size());
+}
+
+TEST(SqliteErrors, a_disk_without_room_is_told_by_the_system_error) {
+  for (const int nCode : {SQLITE_IOERR_WRITE, SQLITE_IOERR_SHMSIZE, SQLITE_CANTOPEN}) {
+    for (const int nError : {ENOSPC, EDQUOT, EFBIG}) {
+      EXPECT_EQ(WithSystemError(nCode, nError), SQLITE_FULL) << nCode;
+    }
+    EXPECT_EQ(WithSystemError(nCode, EIO), nCode);
+    EXPECT_EQ(WithSystemError(nCode, 0), nCode);
+  }
+  EXPECT_EQ(WithSystemError(SQLITE_BUSY, ENOSPC), SQLITE_BUSY);
 }
 
 TEST(SqliteErrors, a_missing_column_is_named_and_texts_are_told_apart) {

@@ -112,8 +112,7 @@ TEST_F(SqliteSchemaTest, a_column_without_a_declared_type_has_none) {
 }
 
 TEST_F(SqliteSchemaTest, an_empty_catalog_has_no_tables) {
-  SqliteEngine().CreateDatabase(PathOf("new.db"));
-  EXPECT_TRUE(Open()->Schema({"new", PathOf("new.db")}, {}, {}).empty());
+  EXPECT_TRUE(Open()->Schema(Make("new.db", "PRAGMA journal_mode = WAL"), {}, {}).empty());
 }
 
 TEST_F(SqliteSchemaTest, describes_the_sessions_own_database_too) {

@@ -1,22 +1,14 @@
 #include "provider/engines/sqlite/sqlite_engine.h"
 
-#include <fcntl.h>
-#include <fmt/format.h>
-#include <unistd.h>
-
-#include <cerrno>
-
-#include "platform/failure.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_files.h"
 #include "provider/engines/sqlite/sqlite_session.h"
 #include "provider/engines/sqlite/sqlite_statement.h"
+#include "provider/engines/sqlite/sqlite_watch.h"
 
 namespace orvane::provider::engines {
 
-using platform::Failure;
 using platform::Text;
-namespace failure = platform::failure;
 
 namespace {
 
@@ -29,7 +21,8 @@ SqliteHandle OpenHandle(const Catalog& main) {
   const int nCode = sqlite3_open_v2(sName.c_str(), &database, kFlags, nullptr);
   SqliteHandle handle(database);
   if (nCode != SQLITE_OK) {
-    throw FailureOf(nCode, SubjectOf(main), database == nullptr ? "" : sqlite3_errmsg(database));
+    if (database == nullptr) throw FailureOf(nCode, SubjectOf(main), {});
+    throw FailureOf(WithSystemError(database, nCode), SubjectOf(main), sqlite3_errmsg(database));
   }
   sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
@@ -45,9 +38,7 @@ SqliteHandle OpenHandle(const Catalog& main) {
 bool IsUtf8(sqlite3* database, const Text& sSubject) {
   const Text sSql = "PRAGMA encoding";
   SqliteStatement statement(database, sSql, sSubject);
-  ado::RecordsetBuilder builder({{"encoding"}});
-  statement.Fetch(builder, 0, false);
-  return builder.Finish()->ValueAt(0, 0) == platform::Value("UTF-8");
+  return statement.Fetch({}).Finish()->ValueAt(0, 0) == platform::Value("UTF-8");
 }
 
 }  // namespace
@@ -57,42 +48,10 @@ std::unique_ptr<EngineSession> SqliteEngine::Open(const Catalog& main, std::stop
   SqliteHandle database = OpenHandle(main);
   bool bUtf8 = false;
   {
-    const SqliteWatch watch(database.get(), std::move(stop), {}, m_lockWait);
+    const SqliteWatch watch(database.get(), std::move(stop), m_lockWait);
     watch.Guard({}, [&] { bUtf8 = IsUtf8(database.get(), SubjectOf(main)); });
   }
   return std::make_unique<SqliteSession>(std::move(database), main, m_lockWait, bUtf8);
-}
-
-void SqliteEngine::CreateDatabase(const Text& sPath) {
-  // Made here and not by SQLite, which would take over a file that is there already.
-  const int nFile = ::open(sPath.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0644);
-  if (nFile < 0) {
-    const int nError = errno;
-    const auto fail = [&](platform::Long lNumber, const char* sWhy) {
-      throw Failure(lNumber, fmt::format("The file \"{}\" cannot be made: {}.", sPath, sWhy),
-                    "SQLite", nError);
-    };
-    if (nError == EEXIST) fail(failure::kKeyExists, "there is one already; choose another name");
-    if (nError == ENOENT || nError == ENOTDIR)
-      fail(failure::kServerNotFound, "its folder is not there; make it first");
-    if (nError == EACCES || nError == EPERM || nError == EROFS) {
-      fail(failure::kNoRights, "you have no right to write to its folder; ask its owner for it");
-    }
-    fail(failure::kStorage, "the disk is full or failed; look at it");
-  }
-  ::close(nFile);
-  try {
-    const Catalog main{"", sPath, false};
-    const SqliteHandle database = OpenHandle(main);
-    const SqliteWatch watch(database.get(), {}, {}, m_lockWait);
-    const Text sSubject = SubjectOf(main);
-    // Readers and the writer then do not wait for each other.
-    const Text sSql = "PRAGMA journal_mode = WAL";
-    SqliteStatement(database.get(), sSql, sSubject).Run();
-  } catch (...) {
-    ::unlink(sPath.c_str());
-    throw;
-  }
 }
 
 }  // namespace orvane::provider::engines

@@ -17,13 +17,9 @@ class SqliteEngine final : public Engine {
   explicit SqliteEngine(std::chrono::milliseconds lockWait = std::chrono::seconds(5))
       : m_lockWait(lockWait) {}
 
-  /// Opens an existing file, never makes one; see CreateDatabase. Fails with kServerNotFound,
+  /// Opens an existing file, never makes one. Fails with kServerNotFound,
   /// kNoRights, kNotADatabase, kBusy or kStorage.
   std::unique_ptr<EngineSession> Open(const Catalog& main, std::stop_token stop) override;
-
-  /// Makes a new database file, ready for many readers beside one writer. Fails with
-  /// failure::kKeyExists when there is a file already, and leaves none behind when it fails.
-  void CreateDatabase(const platform::Text& sPath);
 
  private:
   std::chrono::milliseconds m_lockWait;

@@ -3,11 +3,50 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
+#include <cerrno>
+
 namespace orvane::provider::engines {
 
 namespace failure = platform::failure;
 using platform::Long;
 using platform::Text;
+
+namespace {
+
+bool IsNoRoom(int nSystemError) {
+  return nSystemError == ENOSPC || nSystemError == EDQUOT || nSystemError == EFBIG;
+}
+
+// What the system said last of the file; SQLite's own number may be that of a later call.
+int LastErrorOf(sqlite3_file* file) {
+  int nError = 0;
+  if (file != nullptr && file->pMethods != nullptr) {
+    file->pMethods->xFileControl(file, SQLITE_FCNTL_LAST_ERRNO, &nError);
+  }
+  return nError;
+}
+
+}  // namespace
+
+int WithSystemError(int nCode, int nSystemError) noexcept {
+  const int nPrimary = nCode & kPrimaryCode;
+  const bool bOfFiles = nPrimary == SQLITE_IOERR || nPrimary == SQLITE_CANTOPEN;
+  return bOfFiles && IsNoRoom(nSystemError) ? SQLITE_FULL : nCode;
+}
+
+int WithSystemError(sqlite3* database, int nCode) {
+  int nError = sqlite3_system_errno(database);
+  for (int n = 0; !IsNoRoom(nError); ++n) {
+    const char* const sName = sqlite3_db_name(database, n);
+    if (sName == nullptr) break;
+    for (const int nWhich : {SQLITE_FCNTL_FILE_POINTER, SQLITE_FCNTL_JOURNAL_POINTER}) {
+      sqlite3_file* file = nullptr;
+      sqlite3_file_control(database, sName, nWhich, static_cast<void*>(&file));
+      if (const int nLast = LastErrorOf(file); IsNoRoom(nLast)) nError = nLast;
+    }
+  }
+  return WithSystemError(nCode, nError);
+}
 
 Long FailureNumberOf(int nCode) noexcept {
   switch (nCode) {
@@ -19,8 +58,7 @@ Long FailureNumberOf(int nCode) noexcept {
     default:
       break;
   }
-  constexpr int kPrimary = 0xFF;
-  switch (nCode & kPrimary) {
+  switch (nCode & kPrimaryCode) {
     case SQLITE_OK:
     case SQLITE_ROW:
     case SQLITE_DONE:
@@ -38,6 +76,7 @@ Long FailureNumberOf(int nCode) noexcept {
     case SQLITE_ABORT:
       return failure::kCancelled;
     case SQLITE_NOMEM:
+    case SQLITE_TOOBIG:
     case SQLITE_IOERR:
     case SQLITE_FULL:
     case SQLITE_NOLFS:
@@ -74,9 +113,9 @@ std::string_view MissingColumn(std::string_view sDetail) {
 }  // namespace
 
 Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) {
-  constexpr int kPrimary = 0xFF;
-  switch (nCode & kPrimary) {
+  switch (nCode & kPrimaryCode) {
     case SQLITE_NOMEM:
+    case SQLITE_TOOBIG:
       return "There is not enough memory for the statement: set a row limit, or narrow it down.";
     case SQLITE_FULL:
       return fmt::format(
@@ -107,7 +146,7 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
           "disk.",
           sSubject, sDetail);
     case failure::kNotADatabase:
-      return (nCode & kPrimary) == SQLITE_CORRUPT
+      return (nCode & kPrimaryCode) == SQLITE_CORRUPT
                  ? fmt::format("{} is damaged ({}): restore its file from a copy.", sSubject,
                                sDetail)
                  : fmt::format(

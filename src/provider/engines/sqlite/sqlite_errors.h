@@ -1,12 +1,25 @@
 // What SQLite's error codes mean to the rest of the system: a number, and a sentence.
-// Used by the engine wherever SQLite refuses something. Pure functions, on any thread.
+// Used by the engine wherever SQLite refuses something. Pure functions, on any thread,
+// but where a database is given.
 #pragma once
 
 #include <string_view>
 
 #include "platform/failure.h"
 
+struct sqlite3;
+
 namespace orvane::provider::engines {
+
+/// What of an extended result code is the primary one.
+constexpr int kPrimaryCode = 0xFF;
+
+/// The result code with what the system said at the time: where a file could not be read, written
+/// or opened because there is no room, that is SQLITE_FULL.
+int WithSystemError(int nCode, int nSystemError) noexcept;
+
+/// The same of a code that a call on the database has just given.
+int WithSystemError(sqlite3* database, int nCode);
 
 /// The failure number for a primary or extended result code; 0 for the codes of success.
 platform::Long FailureNumberOf(int nCode) noexcept;

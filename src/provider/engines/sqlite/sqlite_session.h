@@ -1,24 +1,19 @@
 // One session of the SQLite engine: a database file of its own or none, and the catalogs that a
 // statement names, attached while it runs.
+// Made by the engine; calls come one at a time, from changing threads.
 #pragma once
 
-#include <sqlite3.h>
-
-#include <memory>
-#include <set>
-
 #include "provider/engines/engine.h"
-#include "provider/engines/sqlite/sqlite_watch.h"
+#include "provider/engines/sqlite/sqlite_attachments.h"
+#include "provider/engines/sqlite/sqlite_handle.h"
 
 namespace orvane::provider::engines {
 
-struct CloseDatabase {
-  void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
-};
-using SqliteHandle = std::unique_ptr<sqlite3, CloseDatabase>;
+class SqliteRefusals;
 
 class SqliteSession final : public EngineSession {
  public:
+  /// bUtf8 tells that the database keeps its texts in UTF-8.
   SqliteSession(SqliteHandle database, Catalog main, std::chrono::milliseconds lockWait,
                 bool bUtf8);
   ~SqliteSession() override = default;
@@ -31,22 +26,16 @@ class SqliteSession final : public EngineSession {
   void Close() override;
 
  private:
-  class Attachments;
-  class Authorized;
-
   void RequireOpen() const;
   platform::Text SubjectOf(std::span<const Catalog> catalogs) const;
   EngineResult RunAttached(const EngineStatement& statement, const platform::Text& sSubject,
-                           SqliteWatch::Clock::time_point start, Authorized& authorized);
-  void RunOwn(const platform::Text& sSql, const platform::Text& sSubject);
-  std::vector<TableSchema> ReadSchema(const platform::Text& sQualifier, const Catalog& catalog,
-                                      const SchemaRequest& request);
+                           SqliteRefusals& refusals);
 
   SqliteHandle m_database;
   Catalog m_main;
   std::chrono::milliseconds m_lockWait;
   bool m_bUtf8 = false;
-  std::set<platform::Text> m_attached;  // names folded
+  SqliteAttachments::Attached m_attached;
 };
 
 }  // namespace orvane::provider::engines

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <limits>
+#include <new>
 #include <type_traits>
 
 #include "platform/conversions.h"
@@ -53,18 +54,28 @@ int BindValue(sqlite3_stmt* statement, int nPlace, const Value& vtValue) {
                                     nPlace));
           return SQLITE_MISMATCH;
         } else {
+          static_assert(std::is_same_v<T, platform::Decimal> || std::is_same_v<T, platform::Date> ||
+                        std::is_same_v<T, platform::TimeOfDay> ||
+                        std::is_same_v<T, platform::Guid>);
           return BindText(statement, nPlace, platform::ToText(content), SQLITE_TRANSIENT);
         }
       },
       vtValue.Content());
 }
 
+// SQLite has nothing to point to when a value is empty, and when it had no memory to make it whole.
+std::size_t SizeOf(sqlite3_value* value, const void* bytes) {
+  const int nSize = sqlite3_value_bytes(value);
+  if (bytes == nullptr && nSize != 0) throw std::bad_alloc();
+  return static_cast<std::size_t>(nSize);
+}
+
 std::string_view TextOf(sqlite3_value* value, bool bUtf8) {
   // Of a UTF-8 database the bytes are the text; asking for text would copy it to end it with zero.
   const auto* text = static_cast<const char*>(
       bUtf8 ? sqlite3_value_blob(value) : static_cast<const void*>(sqlite3_value_text(value)));
-  const auto size = static_cast<std::size_t>(sqlite3_value_bytes(value));
-  return text == nullptr ? std::string_view() : std::string_view(text, size);
+  if (text == nullptr && !bUtf8) throw std::bad_alloc();
+  return {text, SizeOf(value, text)};
 }
 
 void AppendInteger(ado::Column& column, DataType type, std::int64_t llValue) {
@@ -85,7 +96,15 @@ void AppendInteger(ado::Column& column, DataType type, std::int64_t llValue) {
         return;
       }
       break;
-    default:
+    case DataType::Empty:
+    case DataType::Double:
+    case DataType::BigInt:
+    case DataType::Guid:
+    case DataType::Binary:
+    case DataType::WChar:
+    case DataType::Numeric:
+    case DataType::DBDate:
+    case DataType::DBTime:
       break;
   }
   column.AppendLongLong(llValue);
@@ -98,32 +117,46 @@ void AppendText(ado::Column& column, DataType type, std::string_view sText) {
     case DataType::Guid:
       column.AppendValue(FromStoredText(type, sText));
       return;
-    default:
-      column.AppendText(sText);
+    case DataType::Empty:
+    case DataType::Integer:
+    case DataType::Double:
+    case DataType::Boolean:
+    case DataType::BigInt:
+    case DataType::Binary:
+    case DataType::WChar:
+    case DataType::Numeric:
+    case DataType::DBTimeStamp:
+      break;
   }
+  column.AppendText(sText);
 }
 
 // One look-up of the cell instead of one for its type and one for its value. That the value may be
 // read without a lock is because sessions are opened without SQLite's own locks.
-inline void AppendCell(ado::Column& column, DataType type, sqlite3_value* value, bool bUtf8) {
+// Gives the bytes of a text or blob.
+inline std::size_t AppendCell(ado::Column& column, DataType type, sqlite3_value* value,
+                              bool bUtf8) {
   switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
       AppendInteger(column, type, sqlite3_value_int64(value));
-      return;
+      return 0;
     case SQLITE_FLOAT:
       column.AppendDouble(sqlite3_value_double(value));
-      return;
-    case SQLITE_TEXT:
-      AppendText(column, type, TextOf(value, bUtf8));
-      return;
+      return 0;
+    case SQLITE_TEXT: {
+      const std::string_view sText = TextOf(value, bUtf8);
+      AppendText(column, type, sText);
+      return sText.size();
+    }
     case SQLITE_BLOB: {
       const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
-      const auto size = static_cast<std::size_t>(sqlite3_value_bytes(value));
-      column.AppendBytes(std::span(bytes, bytes == nullptr ? 0 : size));
-      return;
+      const std::size_t size = SizeOf(value, bytes);
+      column.AppendBytes(std::span(bytes, size));
+      return size;
     }
     default:
       column.AppendNull();
+      return 0;
   }
 }
 
@@ -176,7 +209,7 @@ sqlite3_stmt* SqliteStatement::Prepare(std::string_view sSql, std::string_view& 
 bool SqliteStatement::HasStatement(std::string_view sSql) const {
   while (!sSql.empty()) {
     try {
-      const std::unique_ptr<sqlite3_stmt, Finalize> statement(Prepare(sSql, sSql));
+      const SqliteStatementHandle statement(Prepare(sSql, sSql));
       if (statement != nullptr) return true;
     } catch (const Failure&) {
       return true;  // What cannot be read is there all the same.
@@ -216,35 +249,50 @@ std::vector<ado::ColumnDescription> SqliteStatement::Columns() const {
   return columns;
 }
 
-bool SqliteStatement::Fetch(ado::RecordsetBuilder& builder, RowIndex maxRows, bool bUtf8) {
+FetchedRows SqliteStatement::Fetch(const FetchLimits& limits) {
   struct Target {
     ado::Column* column;
     DataType type;
   };
+  auto columns = Columns();
   std::vector<Target> targets;
-  const auto columns = Columns();
-  for (ColumnIndex column = 0; column < builder.ColumnCount(); ++column) {
-    targets.push_back({&builder.ColumnAt(column), columns[static_cast<std::size_t>(column)].type});
+  for (const auto& column : columns) targets.push_back({nullptr, column.type});
+  FetchedRows rows{ado::RecordsetBuilder(std::move(columns))};
+  const int nColumns = rows.builder.ColumnCount();
+  for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
+    targets[static_cast<std::size_t>(nColumn)].column = &rows.builder.ColumnAt(nColumn);
   }
   sqlite3_stmt* const statement = m_statement.get();
-  const int nColumns = builder.ColumnCount();
-  RowIndex rows = 0;
+  RowIndex row = 0;
   int nCode = SQLITE_OK;
-  // Neither the clock nor a stop token is looked at here: SqliteWatch does that from inside.
+  // Whenever so many bytes of texts or so many rows were added: that is rare, and soon enough.
+  constexpr std::size_t kBytesBetweenLooks = std::size_t{1} << 20;
+  constexpr RowIndex kRowsBetweenLooks = 1024;
+  std::size_t added = 0;
+  const auto checkBytes = [&] {
+    if (limits.maxBytes != 0 && rows.builder.Bytes() > limits.maxBytes) Fail(SQLITE_NOMEM);
+  };
+  // No stop token is looked at here: SqliteWatch does that from inside.
   while ((nCode = sqlite3_step(statement)) == SQLITE_ROW) {
-    if (maxRows != 0 && rows == maxRows) {
+    if (limits.maxRows != 0 && row == limits.maxRows) {
       // Ends the statement, and with it the counting of the rows it changed.
       if (const int nEnd = sqlite3_reset(statement); nEnd != SQLITE_OK) Fail(nEnd);
-      return true;
+      rows.bTruncated = true;
+      return rows;
     }
     for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
       const Target& target = targets[static_cast<std::size_t>(nColumn)];
-      AppendCell(*target.column, target.type, sqlite3_column_value(statement, nColumn), bUtf8);
+      added += AppendCell(*target.column, target.type, sqlite3_column_value(statement, nColumn),
+                          limits.bUtf8);
+      if (added >= kBytesBetweenLooks) {
+        added = 0;
+        checkBytes();
+      }
     }
-    ++rows;
+    if (++row % kRowsBetweenLooks == 0) checkBytes();
   }
   if (nCode != SQLITE_DONE) Fail(nCode);
-  return false;
+  return rows;
 }
 
 void SqliteStatement::Run() {
@@ -255,7 +303,8 @@ void SqliteStatement::Run() {
 }
 
 void SqliteStatement::Fail(int nCode) const {
-  throw FailureOf(nCode, m_sSubject, sqlite3_errmsg(m_database), m_sSql);
+  throw FailureOf(WithSystemError(m_database, nCode), m_sSubject, sqlite3_errmsg(m_database),
+                  m_sSql);
 }
 
 }  // namespace orvane::provider::engines

@@ -1,11 +1,11 @@
-// Ends a call on a database when its caller cancels or its time is up, also while it waits for a
-// lock. Made for one call, on its stack.
+// Ends a call on a database when its stop is requested, also while it waits for a lock and up to
+// the moment in which a change is made for good. Made for one call, on its stack.
 #pragma once
 
 #include <sqlite3.h>
 
 #include <chrono>
-#include <optional>
+#include <functional>
 #include <stop_token>
 #include <utility>
 
@@ -15,22 +15,18 @@ namespace orvane::provider::engines {
 
 class SqliteWatch {
  public:
-  using Clock = std::chrono::steady_clock;
-
-  /// A time-out of 0 waits for ever; the lock wait limits each wait for a lock on its own.
-  SqliteWatch(sqlite3* database, std::stop_token stop, std::chrono::milliseconds timeout,
-              std::chrono::milliseconds lockWait);
+  /// The lock wait limits each wait for a lock on its own. A change is made for good unless
+  /// mayCommit, when there is one, says no.
+  SqliteWatch(sqlite3* database, std::stop_token stop, std::chrono::milliseconds lockWait,
+              std::function<bool()> mayCommit = {});
   SqliteWatch(const SqliteWatch&) = delete;
   SqliteWatch& operator=(const SqliteWatch&) = delete;
   ~SqliteWatch();
 
-  Clock::time_point Start() const { return m_start; }
-  /// Whether the call is to end now.
-  bool IsOver() const { return m_stop.stop_requested() || IsLate(); }
-  /// Fails with failure::kCancelled or kTimeout when the call is to end now.
+  /// Fails with failure::kCancelled when the call is to end now.
   void Check(const platform::Text& sSql = {}) const;
-  /// Does the work of the call. What was interrupted, or gave up waiting for a lock, because the
-  /// call is to end fails for that reason.
+  /// Does the work of the call. What was interrupted, gave up waiting for a lock or was not made
+  /// for good because the call is to end fails for that reason.
   template <class Work>
   auto Guard(const platform::Text& sSql, Work&& work) const {
     try {
@@ -38,22 +34,25 @@ class SqliteWatch {
       return std::forward<Work>(work)();
     } catch (const platform::Failure& failed) {
       namespace failure = platform::failure;
+      if (m_bRefused) FailCancelled(sSql);
       if (failed.Number() == failure::kCancelled || failed.Number() == failure::kBusy) Check(sSql);
       throw;
     }
   }
 
  private:
-  bool IsLate() const { return m_deadline && Clock::now() >= *m_deadline; }
+  using Clock = std::chrono::steady_clock;
+
+  [[noreturn]] static void FailCancelled(const platform::Text& sSql);
   bool WaitForLock(int nTries);
+  bool RefusesCommit();
 
   sqlite3* m_database;
   std::stop_token m_stop;
-  std::chrono::milliseconds m_timeout;
   std::chrono::milliseconds m_lockWait;
-  Clock::time_point m_start = Clock::now();
-  std::optional<Clock::time_point> m_deadline;
+  std::function<bool()> m_mayCommit;
   Clock::time_point m_lockDeadline;
+  bool m_bRefused = false;
 };
 
 }  // namespace orvane::provider::engines

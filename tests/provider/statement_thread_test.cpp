@@ -1,0 +1,109 @@
+#include "provider/statement_thread.h"
+
+#include <gtest/gtest.h>
+
+#include <semaphore>
+#include <thread>
+
+#include "ado/recordset_builder.h"
+#include "tests/provider/temporary_root.h"
+
+namespace orvane::provider {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Runs what the test gives it.
+class ScriptedSession final : public engines::EngineSession {
+ public:
+  using Script = std::function<void(const engines::EngineStatement&, const std::stop_token&)>;
+
+  explicit ScriptedSession(Script script) : m_script(std::move(script)) {}
+
+  engines::EngineResult Run(const engines::EngineStatement& statement,
+                            std::stop_token stop) override {
+    m_script(statement, stop);
+    return {ado::RecordsetBuilder({}).Finish(), 7};
+  }
+  std::vector<engines::TableSchema> Schema(const engines::Catalog&, const engines::SchemaRequest&,
+                                           std::stop_token) override {
+    return {};
+  }
+  void InTransaction(std::span<const engines::Catalog>, const std::function<void()>&,
+                     std::stop_token) override {}
+  void Close() override {}
+
+ private:
+  Script m_script;
+};
+
+std::optional<engines::EngineResult> RunScript(ScriptedSession::Script script, std::stop_token stop,
+                                               std::chrono::milliseconds patience) {
+  return RunPatiently(std::make_shared<ScriptedSession>(std::move(script)), {"SELECT 1", {}, {}},
+                      std::move(stop), patience);
+}
+
+TEST(statement_thread, gives_what_the_statement_gives) {
+  const auto result = RunScript(
+      [](const auto& statement, const auto&) { EXPECT_EQ(statement.sSql, "SELECT 1"); }, {}, 0ms);
+  ASSERT_TRUE(result.has_value());
+  EXPECT_EQ(result->lRecordsAffected, 7);
+}
+
+TEST(statement_thread, fails_with_what_the_statement_fails_with) {
+  EXPECT_EQ(FailureOf([] {
+              RunScript([](const auto&, const auto&) { throw platform::Failure(3806, "A rule."); },
+                        {}, 0ms);
+            }),
+            "3806: A rule.");
+  EXPECT_THROW(RunScript([](const auto&, const auto&) { throw std::bad_alloc(); }, {}, 0ms),
+               std::bad_alloc);
+}
+
+TEST(statement_thread, waits_for_one_that_hears_its_stop) {
+  std::stop_source stop;
+  EXPECT_EQ(FailureOf([&] {
+              RunScript(
+                  [&](const auto&, const std::stop_token& token) {
+                    stop.request_stop();
+                    EXPECT_TRUE(token.stop_requested());
+                    throw platform::Failure(3712, "Cancelled.");
+                  },
+                  stop.get_token(), 1h);
+            }),
+            "3712: Cancelled.");
+}
+
+TEST(statement_thread, leaves_one_that_does_not_hear_its_stop_and_lets_it_change_nothing) {
+  std::stop_source stop;
+  std::binary_semaphore left(0);
+  std::binary_semaphore ended(0);
+  bool bMayCommit = true;
+  const auto result = RunScript(
+      [&](const engines::EngineStatement& statement, const std::stop_token&) {
+        stop.request_stop();
+        left.acquire();
+        bMayCommit = statement.mayCommit();
+        ended.release();
+      },
+      stop.get_token(), 0ms);
+  EXPECT_FALSE(result.has_value());
+  left.release();
+  ended.acquire();
+  EXPECT_FALSE(bMayCommit);
+}
+
+TEST(statement_thread, waits_for_a_change_that_is_being_made_for_good) {
+  std::stop_source stop;
+  const auto result = RunScript(
+      [&](const engines::EngineStatement& statement, const std::stop_token&) {
+        EXPECT_TRUE(statement.mayCommit());
+        stop.request_stop();
+        std::this_thread::yield();
+      },
+      stop.get_token(), 0ms);
+  EXPECT_TRUE(result.has_value());
+}
+
+}  // namespace
+}  // namespace orvane::provider
