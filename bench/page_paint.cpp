@@ -87,7 +87,7 @@ Times PaintPages(QWidget& window, QAbstractItemView& view) {
 
 Times PaintGrid(RowIndex nRows) {
   orvane::controls::TableEditor editor(
-      {nullptr, std::make_shared<orvane::controls::ViewStates>(), nullptr});
+      {nullptr, std::make_shared<orvane::controls::RowsStates>(), nullptr});
   editor.AttachRecordset(Rows(nRows), 0);
   auto* window = static_cast<QWidget*>(editor.Window());
   return PaintPages(*window, *window->findChild<QTableView*>());

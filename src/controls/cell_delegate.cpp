@@ -7,12 +7,11 @@
 #include <algorithm>
 
 #include "controls/row_model.h"
+#include "controls/tip_text.h"
 
 namespace orvane::controls {
 
 namespace {
-
-constexpr int kTipCharacters = 2000;
 
 QFont FontOf(const Cell& cell, const QFont& font) {
   QFont cellFont = font;
@@ -29,6 +28,17 @@ QString Fitting(const QString& sText, const QFontMetrics& metrics, int nWidth) {
 }
 
 }  // namespace
+
+void DrawFocus(QPainter& painter, const QRect& rect, const QColor& colour) {
+  constexpr int kWidth = 2;
+  painter.save();
+  QPen pen(colour, kWidth);
+  pen.setJoinStyle(Qt::MiterJoin);
+  painter.setPen(pen);
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(rect.adjusted(kWidth / 2, kWidth / 2, -kWidth / 2, -kWidth / 2));
+  painter.restore();
+}
 
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
@@ -50,9 +60,7 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 
   if (option.state.testFlag(QStyle::State_HasFocus)) {
     const auto frame = bSelected ? QPalette::HighlightedText : QPalette::Highlight;
-    painter->setPen(option.palette.color(group, frame));
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+    DrawFocus(*painter, option.rect, option.palette.color(group, frame));
   }
 }
 
@@ -62,17 +70,15 @@ bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* /*view*/,
   const platform::Value vtValue = m_model.ValueAt(index.row(), index.column());
   const Cell cell = m_model.CellAt(index.row(), index.column());
   const int nWidth = QFontMetrics(FontOf(cell, option.font)).horizontalAdvance(cell.sText);
-  QString sWhole = m_model.Format().Whole(vtValue);
+  const QString sWhole = m_model.Format().Whole(vtValue);
   const bool bWholeInSight =
       nWidth <= option.rect.width() - 2 * kMargin && (cell.bNull || cell.sText == sWhole);
   if (bWholeInSight) {
     QToolTip::hideText();
     return true;
   }
-  if (sWhole.size() > kTipCharacters) sWhole = sWhole.left(kTipCharacters) + QChar(0x2026);
-  QToolTip::showText(
-      event->globalPos(),
-      QStringLiteral("<div style=\"white-space: pre-wrap\">%1</div>").arg(sWhole.toHtmlEscaped()));
+  QToolTip::showText(event->globalPos(),
+                     TipText(sWhole, "To see it whole, copy the cell with Ctrl+C."));
   return true;
 }
 

@@ -8,6 +8,9 @@ namespace orvane::controls {
 
 class RowModel;
 
+/// The frame of what has the keys: the current cell, or a part of the grid that has no cells.
+void DrawFocus(QPainter& painter, const QRect& rect, const QColor& colour);
+
 class CellDelegate : public QStyledItemDelegate {
  public:
   /// Pixels between a cell's edge and its text.

@@ -33,7 +33,7 @@ void CheckWindowSystem() {
 template <class Control>
 class ControlFactory : public platform::ClassFactory {
  public:
-  ControlFactory(std::shared_ptr<ViewStates> states, std::weak_ptr<void> life)
+  ControlFactory(std::shared_ptr<RowsStates> states, std::weak_ptr<void> life)
       : m_states(std::move(states)), m_life(std::move(life)) {}
 
   ObjectPtr CreateInstance(const Services& services) override {
@@ -42,7 +42,7 @@ class ControlFactory : public platform::ClassFactory {
   }
 
  private:
-  std::shared_ptr<ViewStates> m_states;
+  std::shared_ptr<RowsStates> m_states;
   std::weak_ptr<void> m_life;
 };
 
@@ -62,7 +62,7 @@ class TableQueryFactory : public platform::ClassFactory {
 
 Library::Library()
     : m_life(std::make_shared<int>()),
-      m_states(std::make_shared<ViewStates>()),
+      m_states(std::make_shared<RowsStates>()),
       m_tableEditor(std::make_unique<ControlFactory<TableEditor>>(m_states, m_life)),
       m_queryResults(std::make_unique<ControlFactory<QueryResults>>(m_states, m_life)),
       m_tableQuery(std::make_unique<TableQueryFactory>(m_life)) {}

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "controls/view_states.h"
+#include "controls/rows_states.h"
 #include "platform/component.h"
 
 namespace orvane::controls {
@@ -25,7 +25,7 @@ class Library {
  private:
   /// Each object keeps a reference to it.
   std::shared_ptr<void> m_life;
-  std::shared_ptr<ViewStates> m_states;
+  std::shared_ptr<RowsStates> m_states;
   std::unique_ptr<platform::ClassFactory> m_tableEditor;
   std::unique_ptr<platform::ClassFactory> m_queryResults;
   std::unique_ptr<platform::ClassFactory> m_tableQuery;

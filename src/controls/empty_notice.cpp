@@ -1,6 +1,9 @@
 #include "controls/empty_notice.h"
 
+#include <QTextDocument>
 #include <QVBoxLayout>
+#include <cmath>
+#include <memory>
 #include <utility>
 
 namespace orvane::controls {
@@ -9,6 +12,8 @@ namespace {
 
 constexpr int kMargin = 24;
 constexpr int kTextWidth = 560;
+/// More is not laid out: a filter may be megabytes, and the statement above has it.
+constexpr qsizetype kMostCharacters = 10'000;
 
 QLabel* AddLabel(QWidget* parent, const char* sName) {
   auto* label = new QLabel(parent);
@@ -23,16 +28,53 @@ QLabel* AddLabel(QWidget* parent, const char* sName) {
 
 }  // namespace
 
+SentenceView::SentenceView(QWidget* parent) : QTextEdit(parent) {
+  setObjectName("emptySentence");
+  setFrameShape(NoFrame);
+  setReadOnly(true);
+  setTextInteractionFlags(Qt::TextSelectableByMouse);
+  setFocusPolicy(Qt::ClickFocus);
+  setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setMaximumWidth(kTextWidth);
+  viewport()->setAutoFillBackground(false);
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
+}
+
+void SentenceView::Say(const QString& sSentence) {
+  const bool bCut = sSentence.size() > kMostCharacters;
+  setPlainText(bCut ? sSentence.left(kMostCharacters) + QChar(0x2026) : sSentence);
+  selectAll();
+  setAlignment(Qt::AlignHCenter);
+  moveCursor(QTextCursor::Start);
+  updateGeometry();
+}
+
+QSize SentenceView::sizeHint() const {
+  return {kTextWidth, heightForWidth(kTextWidth)};
+}
+
+QSize SentenceView::minimumSizeHint() const {
+  return {0, 2 * fontMetrics().height()};
+}
+
+int SentenceView::heightForWidth(int nWidth) const {
+  const std::unique_ptr<QTextDocument> document(this->document()->clone());
+  document->setTextWidth(nWidth);
+  return static_cast<int>(std::ceil(document->size().height()));
+}
+
 EmptyNotice::EmptyNotice(QWidget* parent)
     : QWidget(parent),
       m_title(AddLabel(this, "emptyTitle")),
-      m_sentence(AddLabel(this, "emptySentence")),
+      m_sentence(new SentenceView(this)),
       m_button(new QPushButton(this)) {
   QFont large = font();
   large.setPointSizeF(large.pointSizeF() * 1.2);
   large.setWeight(QFont::DemiBold);
   m_title->setFont(large);
-  m_sentence->setForegroundRole(QPalette::PlaceholderText);
   m_title->setForegroundRole(QPalette::Text);
   m_button->setObjectName("emptyButton");
   m_button->setAutoDefault(false);
@@ -57,7 +99,7 @@ EmptyNotice::EmptyNotice(QWidget* parent)
 void EmptyNotice::Say(const QString& sTitle, const QString& sSentence) {
   m_action = nullptr;
   m_title->setText(sTitle);
-  m_sentence->setText(sSentence);
+  m_sentence->Say(sSentence);
   m_sentence->setVisible(!sSentence.isEmpty());
   m_button->hide();
   setVisible(!sTitle.isEmpty());

@@ -4,10 +4,23 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QTextEdit>
 #include <QWidget>
 #include <functional>
 
 namespace orvane::controls {
+
+/// A sentence in the middle that breaks words of any length, and scrolls when it is too long.
+class SentenceView : public QTextEdit {
+ public:
+  explicit SentenceView(QWidget* parent);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+  bool hasHeightForWidth() const override { return true; }
+  int heightForWidth(int nWidth) const override;
+  void Say(const QString& sSentence);
+};
 
 class EmptyNotice : public QWidget {
  public:
@@ -24,7 +37,7 @@ class EmptyNotice : public QWidget {
   void Press();
 
   QLabel* m_title;
-  QLabel* m_sentence;
+  SentenceView* m_sentence;
   QPushButton* m_button;
   std::function<void()> m_action;
 };

@@ -27,7 +27,7 @@ class GridControl : public Interface {
 
   void MoveFirst() override { m_core.Window().Rows().SelectRow(0); }
   void MoveLast() override {
-    m_core.Window().Rows().SelectRow(m_core.Window().Rows().Rows().rowCount() - 1);
+    m_core.Window().Rows().SelectRow(m_core.Window().Rows().Model().rowCount() - 1);
   }
   void CellQuery() override { FailNotPossible("Filling a cell from a query is not possible"); }
   void DeleteSelectedRows() override { FailNotPossible("Deleting rows is not possible"); }

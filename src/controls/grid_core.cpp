@@ -12,6 +12,7 @@ using platform::Failure;
 using platform::Long;
 using platform::RecordsetPtr;
 using platform::Text;
+using platform::Timestamp;
 
 namespace {
 
@@ -26,6 +27,10 @@ NoRowsTexts DoneTexts(Long lRecordsAffected) {
 }
 
 }  // namespace
+
+Timestamp MachineTime() {
+  return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+}
 
 GridCore::GridCore(GridServices services, const QString& sName)
     : m_services(std::move(services)),
@@ -77,10 +82,11 @@ void GridCore::Run(const Statement& statement, Access access) {
     throw;
   }
   m_recordset = fetched.rs;
+  m_origin = RowsOrigin{m_services.now(), m_connection};
   FollowZone();
   const bool bHasColumns = m_recordset->FieldCount() > 0;
   const NoRowsTexts texts = bHasColumns ? statement.noRows : DoneTexts(fetched.lRecordsAffected);
-  m_window->ShowRows(m_recordset, m_format, nullptr, texts.sTitle, texts.sSentence);
+  m_window->ShowRows(m_recordset, m_format, nullptr, HowFetched(), texts.sTitle, texts.sSentence);
 }
 
 void GridCore::AskToRun(const Statement& statement) {
@@ -128,6 +134,13 @@ GridCore::Fetched GridCore::Fetch(const Statement& statement, Access access) {
   return fetched;
 }
 
+Fetching GridCore::HowFetched() const {
+  if (!m_origin) return {};
+  // The clock on the wall here, whatever the zone in which the server counts.
+  const zones::TimeZone here;
+  return {FetchedText(here.ToLocal(m_origin->fetched), here.ToLocal(m_services.now())), m_origin};
+}
+
 void GridCore::Fail(const Failure& failure) {
   m_recordset.reset();
   ShowFailure(failure.Number(), failure.Description());
@@ -140,14 +153,15 @@ void GridCore::ShowFailure(Long lNumber, const Text& sSentence) {
                         QString::fromStdString(sSentence));
 }
 
-void GridCore::Attach(const RecordsetPtr& rs, const ViewState* state, const Text& sSqlText,
+void GridCore::Attach(const RecordsetPtr& rs, const RowsState* state, const Text& sSqlText,
                       const NoRowsTexts& noRows) {
   m_recordset = rs;
   FollowZone();
   m_sSqlText = state ? state->sSqlText : sSqlText;
+  m_origin = state ? state->origin : std::nullopt;
   m_window->Sql(QString::fromStdString(m_sSqlText));
   const NoRowsTexts texts = rs->FieldCount() > 0 ? noRows : DoneTexts(0);
-  m_window->ShowRows(rs, m_format, state, texts.sTitle, texts.sSentence);
+  m_window->ShowRows(rs, m_format, state, HowFetched(), texts.sTitle, texts.sSentence);
 }
 
 void GridCore::Empty() {
@@ -155,9 +169,10 @@ void GridCore::Empty() {
   m_window->ShowNothing();
 }
 
-ViewState GridCore::State() const {
-  ViewState state = m_window->Rows().State();
+RowsState GridCore::State() const {
+  RowsState state = m_window->Rows().State();
   state.sSqlText = m_sSqlText;
+  state.origin = m_origin;
   return state;
 }
 

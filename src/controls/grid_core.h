@@ -4,23 +4,29 @@
 
 #include <QPointer>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include "controls/cell_format.h"
 #include "controls/grid_events.h"
-#include "controls/view_states.h"
+#include "controls/rows_states.h"
 #include "platform/failure.h"
 #include "platform/services.h"
 
 namespace orvane::controls {
 
 class GridWindow;
+struct Fetching;
+
+platform::Timestamp MachineTime();
 
 /// What a grid is handed when it is made.
 struct GridServices {
   platform::ObjectFactoryPtr objects;
-  std::shared_ptr<ViewStates> states;
+  std::shared_ptr<RowsStates> states;
   std::shared_ptr<void> life;  ///< kept as long as the grid or its window lives
+  std::function<platform::Timestamp()> now = MachineTime;
 };
 
 /// What a grid says when a recordset has no rows.
@@ -62,14 +68,14 @@ class GridCore {
   /// Passes the failure on after showing it, as Run does.
   [[noreturn]] void Fail(const platform::Failure& failure);
   /// Shows rows that were fetched before. Without a state, sSqlText tells what fetched them.
-  void Attach(const platform::RecordsetPtr& rs, const ViewState* state,
+  void Attach(const platform::RecordsetPtr& rs, const RowsState* state,
               const platform::Text& sSqlText, const NoRowsTexts& noRows);
   void Empty();
   const platform::RecordsetPtr& Recordset() const { return m_recordset; }
 
-  ViewStates& States() const { return *m_services.states; }
+  RowsStates& States() const { return *m_services.states; }
   /// How the rows are being looked at.
-  ViewState State() const;
+  RowsState State() const;
 
  private:
   struct Fetched {
@@ -79,6 +85,7 @@ class GridCore {
   Fetched Fetch(const Statement& statement, Access access);
   void AskToRun(const Statement& statement);
   void FollowZone();
+  Fetching HowFetched() const;
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence);
 
   GridServices m_services;
@@ -87,6 +94,7 @@ class GridCore {
   platform::ConnectionPtr m_connection;
   platform::RecordsetPtr m_recordset;
   platform::Text m_sSqlText;
+  std::optional<RowsOrigin> m_origin;
   CellFormat m_format;
   bool m_bRunning = false;
 };

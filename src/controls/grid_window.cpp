@@ -26,7 +26,7 @@ QFrame* AddLine(QWidget* parent) {
   return line;
 }
 
-QString NoticeOf(const platform::Recordset& rs, const RowModel& model) {
+QString LimitNotice(const platform::Recordset& rs, const RowModel& model) {
   if (!model.AllRowsFit()) {
     return QStringLiteral("First %1 only: a grid holds no more.").arg(RowsText(RowModel::kMaxRows));
   }
@@ -127,8 +127,8 @@ void GridWindow::Ask(const QString& sTitle, const QString& sSentence, const QStr
 }
 
 void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format,
-                          const ViewState* state, const QString& sNoRowsTitle,
-                          const QString& sNoRowsSentence) {
+                          const RowsState* state, const Fetching& fetching,
+                          const QString& sNoRowsTitle, const QString& sNoRowsSentence) {
   StopWaiting();
   m_rows->ShowRows(rs, format, state);
   if (m_rows->HasRows()) {
@@ -136,9 +136,30 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
   } else {
     m_notice->Say(sNoRowsTitle, sNoRowsSentence);
   }
-  m_status->Rows(rs->RecordCount(), rs->Elapsed(), NoticeOf(*rs, m_rows->Rows()));
+  m_fetching = fetching;
+  TellOfRows();
   ShowPosition();
   TellOfExchange();
+}
+
+void GridWindow::TellOfRows() {
+  const auto& rs = *m_rows->Model().Recordset();
+  QStringList notices;
+  if (const QString sLimit = LimitNotice(rs, m_rows->Model()); !sLimit.isEmpty()) notices << sLimit;
+  m_bToldOfClosing = m_fetching.origin && m_fetching.origin->IsConnectionClosed();
+  if (m_bToldOfClosing) notices << QStringLiteral("Fetched over a connection since closed.");
+  m_status->Rows(rs.RecordCount(), rs.Elapsed(), m_fetching.sWhen, notices.join(u' '));
+}
+
+bool GridWindow::event(QEvent* event) {
+  // Nobody tells of a connection that closes; but whoever comes to look at the rows is told.
+  const bool bLooked = event->type() == QEvent::Enter || event->type() == QEvent::Show ||
+                       event->type() == QEvent::WindowActivate;
+  if (bLooked && m_rows->Model().Recordset() && m_fetching.origin &&
+      m_fetching.origin->IsConnectionClosed() != m_bToldOfClosing) {
+    TellOfRows();
+  }
+  return QWidget::event(event);
 }
 
 void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence) {
@@ -176,7 +197,7 @@ void GridWindow::TellOfExchange() {
 }
 
 void GridWindow::ShowPosition() {
-  m_status->Position(m_rows->currentIndex().row(), m_rows->Rows().rowCount());
+  m_status->Position(m_rows->currentIndex().row(), m_rows->Model().rowCount());
 }
 
 void GridWindow::FitSqlPane() {

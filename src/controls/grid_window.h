@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "controls/grid_events.h"
 #include "controls/row_view.h"
@@ -17,6 +18,12 @@ namespace orvane::controls {
 class EmptyNotice;
 class SqlPane;
 class StatusStrip;
+
+/// What is told of the rows beside themselves.
+struct Fetching {
+  QString sWhen;  ///< empty where it is not known
+  std::optional<RowsOrigin> origin;
+};
 
 class GridWindow : public QWidget {
  public:
@@ -35,8 +42,9 @@ class GridWindow : public QWidget {
   void Ask(const QString& sTitle, const QString& sSentence, const QString& sButton,
            std::function<void()> action);
   /// The texts are shown in the place of rows when there are none.
-  void ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format, const ViewState* state,
-                const QString& sNoRowsTitle, const QString& sNoRowsSentence);
+  void ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format, const RowsState* state,
+                const Fetching& fetching, const QString& sNoRowsTitle,
+                const QString& sNoRowsSentence);
   void ShowFailure(const QString& sTitle, const QString& sSentence);
 
   RowView& Rows() { return *m_rows; }
@@ -47,8 +55,12 @@ class GridWindow : public QWidget {
   /// Tells nobody anything any more.
   void Abandon();
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
   void LetGoOfRows();
+  void TellOfRows();
   void Raise(platform::Signal<> GridEvents::*event);
   void TellOfExchange();
   void ShowPosition();
@@ -67,6 +79,8 @@ class GridWindow : public QWidget {
   bool m_bSplitByUser = false;
   bool m_bToldOfCurrent = false;
   bool m_bToldOfSelection = false;
+  Fetching m_fetching;
+  bool m_bToldOfClosing = false;
   int m_nRaising = 0;
 };
 

@@ -3,12 +3,16 @@
 #include <QAbstractItemView>
 #include <QPainter>
 #include <QStyleOptionHeader>
+#include <algorithm>
 
 #include "controls/cell_delegate.h"
 
 namespace orvane::controls {
 
 namespace {
+
+/// What is longer ends in an ellipsis, and the tool tip has it.
+constexpr int kMostWidth = 1000;
 
 QFont Strong(QFont font) {
   font.setBold(true);
@@ -44,8 +48,8 @@ void HeaderView::paintSection(QPainter* painter, const QRect& rect, int nSection
 
 QSize HeaderView::sectionSizeFromContents(int nSection) const {
   const QFontMetrics metrics(Strong(font()));
-  return {metrics.horizontalAdvance(Label(nSection)) + 2 * CellDelegate::kMargin + 1,
-          metrics.height() + 8};
+  const int nWidth = metrics.horizontalAdvance(Label(nSection)) + 2 * CellDelegate::kMargin + 1;
+  return {std::min(nWidth, kMostWidth), metrics.height() + 8};
 }
 
 void HeaderView::initStyleOptionForIndex(QStyleOptionHeader* option, int nSection) const {

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "controls/tip_text.h"
+
 namespace orvane::controls {
 
 using platform::Value;
@@ -105,18 +107,18 @@ QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRo
   const platform::Field& field = m_recordset->FieldAt(nSection);
   switch (nRole) {
     case Qt::DisplayRole:
-      return ColumnName(nSection).replace(u'\n', QChar(0x21B5));
+      return m_format.Shown(Value(field.Name()));
     case Qt::TextAlignmentRole:
       return static_cast<int>(AlignmentOf(field.Type()));
     case Qt::ToolTipRole: {
-      QString sTip =
-          ColumnName(nSection).toHtmlEscaped() + QStringLiteral("<br>") + TypeName(field.Type());
-      if (!field.Nullable()) sTip += QStringLiteral(", never null");
+      QString sType = TypeName(field.Type());
+      if (!field.Nullable()) sType += QStringLiteral(", never null");
       if (field.Type() == platform::DataType::DBTimeStamp) {
-        sTip += QStringLiteral("<br>Shown in the time zone ") +
-                QString::fromStdString(ZoneName(m_format.Zone())).toHtmlEscaped();
+        sType += QStringLiteral("<br>Shown in the time zone ") +
+                 QString::fromStdString(ZoneName(m_format.Zone())).toHtmlEscaped();
       }
-      return sTip;
+      return TipText(ColumnName(nSection), "To see it whole, copy with Ctrl+Shift+C.") +
+             QStringLiteral("<div>%1</div>").arg(sType);
     }
     default:
       return {};

@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <algorithm>
@@ -63,7 +64,7 @@ RowView::RowView(QWidget* parent) : QTableView(parent), m_model(new RowModel(thi
   connect(horizontalScrollBar(), &QScrollBar::sliderPressed, this, forgetScroll);
 }
 
-void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const ViewState* state) {
+void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsState* state) {
   const QSignalBlocker quiet(selectionModel());
   if (m_model->columnCount() > 0) {
     m_lastColumns = ColumnSignature();
@@ -87,7 +88,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const ViewS
   horizontalHeader()->viewport()->update();
 }
 
-void RowView::Restore(const ViewState& state) {
+void RowView::Restore(const RowsState& state) {
   QItemSelection selection;
   for (const CellRange& range : state.selection) {
     const QModelIndex topLeft = m_model->index(range.nTop, range.nLeft);
@@ -102,8 +103,8 @@ void RowView::Restore(const ViewState& state) {
   updateGeometries();
 }
 
-ViewState RowView::State() const {
-  ViewState state;
+RowsState RowView::State() const {
+  RowsState state;
   state.nCurrentRow = currentIndex().row();
   state.nCurrentColumn = currentIndex().column();
   for (const QItemSelectionRange& range : selectionModel()->selection()) {
@@ -216,6 +217,14 @@ void RowView::contextMenuEvent(QContextMenuEvent* event) {
 void RowView::changeEvent(QEvent* event) {
   QTableView::changeEvent(event);
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) FitRowHeight();
+}
+
+void RowView::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (!hasFocus() || currentIndex().isValid()) return;
+  // No cell can show that the keys are here.
+  QPainter painter(viewport());
+  DrawFocus(painter, viewport()->rect(), palette().color(QPalette::Highlight));
 }
 
 bool RowView::eventFilter(QObject* watched, QEvent* event) {

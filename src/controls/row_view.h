@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "controls/row_model.h"
-#include "controls/view_states.h"
+#include "controls/rows_states.h"
 
 namespace orvane::controls {
 
@@ -19,13 +19,13 @@ class RowView : public QTableView {
 
   explicit RowView(QWidget* parent = nullptr);
 
-  const RowModel& Rows() const { return *m_model; }
+  const RowModel& Model() const { return *m_model; }
   /// Shows the rows, or none, as a state left them; without one from the first cell on, with the
   /// columns as wide as their first rows need, or as they were if they are the same columns.
   /// Raises no signal of the selection.
-  void ShowRows(platform::RecordsetPtr rs, CellFormat format, const ViewState* state = nullptr);
+  void ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsState* state = nullptr);
   /// The state of looking at the rows now; its SQL text is left empty.
-  ViewState State() const;
+  RowsState State() const;
 
   bool HasRows() const { return m_model->rowCount() > 0; }
   /// True when whole rows are selected. In a grid of one column a selected cell is no row.
@@ -50,6 +50,7 @@ class RowView : public QTableView {
   void wheelEvent(QWheelEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void updateGeometries() override;
   /// Width that a column's cells need, measured in the rows in sight and a few more.
@@ -67,7 +68,7 @@ class RowView : public QTableView {
   std::vector<int> ColumnWidths() const;
   bool ColumnWidths(const std::vector<int>& widths);
   QStringList ColumnSignature() const;
-  void Restore(const ViewState& state);
+  void Restore(const RowsState& state);
 
   RowModel* m_model;
   std::function<void(const QString&)> m_copied;

@@ -2,8 +2,10 @@
 
 #include <QEvent>
 #include <QFontDatabase>
+#include <QPainter>
 #include <algorithm>
 
+#include "controls/cell_delegate.h"
 #include "controls/sql_lexer.h"
 
 namespace orvane::controls {
@@ -74,6 +76,23 @@ void SqlPane::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
     ApplyPalette();
   }
+}
+
+void SqlPane::focusInEvent(QFocusEvent* event) {
+  QsciScintilla::focusInEvent(event);
+  viewport()->update();
+}
+
+void SqlPane::focusOutEvent(QFocusEvent* event) {
+  QsciScintilla::focusOutEvent(event);
+  viewport()->update();
+}
+
+void SqlPane::paintEvent(QPaintEvent* event) {
+  QsciScintilla::paintEvent(event);
+  if (!hasFocus()) return;
+  QPainter painter(viewport());
+  DrawFocus(painter, viewport()->rect(), palette().color(QPalette::Highlight));
 }
 
 void SqlPane::ApplyPalette() {

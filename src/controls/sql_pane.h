@@ -13,13 +13,15 @@ class SqlPane : public QsciScintilla {
   explicit SqlPane(QWidget* parent = nullptr);
 
   void Sql(const QString& sSql);
-  QString Sql() const { return text(); }
   /// As high as the statement, between three lines and eight.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:
   void changeEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   void ApplyPalette();

@@ -60,6 +60,15 @@ QString TimeText(std::chrono::microseconds elapsed) {
   return QStringLiteral("%1 min %2 s").arg(minutes.count()).arg(seconds.count());
 }
 
+QString FetchedText(zones::LocalTime fetched, zones::LocalTime now) {
+  const auto day = date::floor<date::days>(fetched);
+  const QString sTime =
+      QStringLiteral("at ") +
+      QString::fromStdString(date::format("%T", date::floor<std::chrono::seconds>(fetched)));
+  if (day == date::floor<date::days>(now)) return sTime;
+  return QStringLiteral("on ") + QString::fromStdString(date::format("%F", day)) + u' ' + sTime;
+}
+
 StatusStrip::StatusStrip(QWidget* parent)
     : QWidget(parent),
       m_rows(AddLabel<GivingLabel>(this, "rowCount", "Number of rows")),
@@ -114,10 +123,11 @@ void StatusStrip::Message(const QString& sMessage) {
 }
 
 void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapsed,
-                       const QString& sNotice) {
+                       const QString& sFetched, const QString& sNotice) {
   m_rows->setText(RowsText(rows));
   m_rows->setMinimumWidth(m_rows->sizeHint().width());
-  m_time->setText(TimeText(elapsed));
+  m_time->setText(sFetched.isEmpty() ? TimeText(elapsed)
+                                     : TimeText(elapsed) + QStringLiteral(", ") + sFetched);
   m_time->show();
   m_sNotice = sNotice;
   ShowNotice(sNotice);

@@ -1,5 +1,5 @@
-// The line beneath a grid's rows: how many there are, how long they took, where the current cell
-// is, and plainly when the row limit cut them.
+// The line beneath a grid's rows: how many there are, how long they took and when they were
+// fetched, where the current cell is, and plainly when the row limit cut them.
 #pragma once
 
 #include <QLabel>
@@ -7,6 +7,7 @@
 #include <chrono>
 
 #include "platform/ado/recordset.h"
+#include "zones/time_zone.h"
 
 namespace orvane::controls {
 
@@ -14,6 +15,8 @@ namespace orvane::controls {
 QString RowsText(platform::RowIndex rows);
 /// "under 1 ms", "12 ms", "1.23 s", "2 min 5 s".
 QString TimeText(std::chrono::microseconds elapsed);
+/// "at 14:02:11", or with the day when that is not today: "on 2026-11-20 at 14:02:11".
+QString FetchedText(zones::LocalTime fetched, zones::LocalTime now);
 
 class StatusStrip : public QWidget {
  public:
@@ -22,8 +25,10 @@ class StatusStrip : public QWidget {
   void Empty();
   /// What is going on instead of rows.
   void Message(const QString& sMessage);
-  /// The notice is shown with a mark of warning; an empty one is not shown.
-  void Rows(platform::RowIndex rows, std::chrono::microseconds elapsed, const QString& sNotice);
+  /// sFetched tells when, and may be empty. The notice is shown with a mark of warning; an empty
+  /// one is not shown.
+  void Rows(platform::RowIndex rows, std::chrono::microseconds elapsed, const QString& sFetched,
+            const QString& sNotice);
   /// Says something about these rows in the place of their notice; an empty remark brings that
   /// back.
   void Remark(const QString& sRemark);

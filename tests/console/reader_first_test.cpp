@@ -2,8 +2,8 @@
 // engine knows what a statement would do, so this stands beside the cases that every console is put
 // to.
 #include <QApplication>
-#include <QLabel>
 #include <QPushButton>
+#include <QTextEdit>
 
 #include "tests/scenarios/command_fixture.h"
 
@@ -29,9 +29,9 @@ class reader_first : public command_scenario {
     driver->Select(kGrow);
   }
   static void ExpectQuestion() {
-    const auto* sentence = Visible<QLabel>("emptySentence");
+    const auto* sentence = Visible<QTextEdit>("emptySentence");
     ASSERT_NE(sentence, nullptr);
-    EXPECT_EQ(sentence->text(), "This query changes data. It has not been run.");
+    EXPECT_EQ(sentence->toPlainText(), "This query changes data. It has not been run.");
     EXPECT_NE(Visible<QPushButton>("emptyButton"), nullptr);
   }
   static void Run() {

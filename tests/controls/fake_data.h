@@ -140,8 +140,8 @@ class FakeConnection : public platform::Connection, private platform::Properties
   platform::Properties& Properties() override { return *this; }
   void Open(const platform::Text&, const platform::Text&, const platform::Text&,
             platform::Long) override {}
-  void Close() override {}
-  platform::Boolean IsOpen() const override { return true; }
+  void Close() override { m_bOpen = false; }
+  platform::Boolean IsOpen() const override { return m_bOpen; }
   platform::RecordsetPtr OpenSchema(platform::SchemaNumber,
                                     std::span<const platform::Value>) override {
     return nullptr;
@@ -156,6 +156,7 @@ class FakeConnection : public platform::Connection, private platform::Properties
     }
     return *m_zone;
   }
+  platform::Boolean m_bOpen = true;
   std::optional<FakeProperty> m_zone;
   std::optional<FakeProperty> m_zoneInUse;
 };

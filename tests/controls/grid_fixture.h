@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QTableView>
 #include <QTest>
+#include <QTextEdit>
 #include <QWidget>
 
 #include "controls/grid_core.h"
@@ -20,7 +21,9 @@ namespace orvane::controls {
 
 class GridFixture : public testing::Test {
  protected:
-  GridServices Services() { return {m_objects, m_states, m_life}; }
+  GridServices Services() {
+    return {m_objects, m_states, m_life, [this] { return m_now; }};
+  }
 
   static QWidget* WindowOf(platform::Control& control) {
     return static_cast<QWidget*>(control.Window());
@@ -39,12 +42,15 @@ class GridFixture : public testing::Test {
   }
   /// The text of a label of the window; empty when it is hidden.
   static std::string Label(platform::Control& control, const char* sName) {
+    if (const auto* text = WindowOf(control)->findChild<QTextEdit*>(sName)) {
+      return text->isVisibleTo(WindowOf(control)) ? text->toPlainText().toStdString() : "";
+    }
     const auto* label = WindowOf(control)->findChild<QLabel*>(sName);
     return label->isVisibleTo(WindowOf(control)) ? label->text().toStdString() : "";
   }
   static std::string SqlOf(platform::Control& control) {
     return WindowOf(control)->findChild<QWidget*>("sqlStatement")->isVisibleTo(WindowOf(control))
-               ? PaneOf(control).Sql().toStdString()
+               ? PaneOf(control).text().toStdString()
                : "(hidden)";
   }
   static SqlPane& PaneOf(platform::Control& control) {
@@ -70,9 +76,15 @@ class GridFixture : public testing::Test {
                             "engine", 1, "SELECT");
   }
 
+  /// What the clock on the wall of this machine shows.
+  void Now(zones::LocalTime local) { m_now = zones::TimeZone().ToTimestamp(local); }
+
   FakeServer m_server;
+  platform::Timestamp m_now = zones::TimeZone().ToTimestamp(
+      date::local_days(date::year{2026} / 11 / 21) + std::chrono::hours(14) +
+      std::chrono::minutes(2) + std::chrono::seconds(11));
   std::shared_ptr<FakeObjects> m_objects = std::make_shared<FakeObjects>(m_server);
-  std::shared_ptr<ViewStates> m_states = std::make_shared<ViewStates>();
+  std::shared_ptr<RowsStates> m_states = std::make_shared<RowsStates>();
   std::shared_ptr<void> m_life = std::make_shared<int>();
   std::shared_ptr<FakeConnection> m_connection =
       std::make_shared<FakeConnection>(platform::Value("UTC"));

@@ -268,6 +268,72 @@ TEST_F(query_results, a_fresh_one_shows_the_rows_as_they_were_left_without_a_que
   EXPECT_EQ(SqlOf(*fresh), "SELECT * FROM Pumps");
 }
 
+// ---- when and over what rows were fetched
+
+class fetched_rows : public query_results {
+ protected:
+  static constexpr date::local_days kDay = date::local_days(date::year{2026} / 11 / 21);
+  static constexpr auto kAfternoon =
+      std::chrono::hours(14) + std::chrono::minutes(2) + std::chrono::seconds(11);
+};
+
+TEST_F(fetched_rows, tell_when_also_in_a_fresh_grid_and_on_another_day) {
+  Now(kDay + kAfternoon);
+  auto results = Bound();
+  results->Execute();
+  EXPECT_EQ(Label(*results, "rowCount"), "50 rows");
+  EXPECT_EQ(Label(*results, "elapsed"), "12 ms, at 14:02:11");
+  EXPECT_EQ(Label(*results, "notice"), "");
+  const auto rs = results->Recordset();
+  Now(kDay + kAfternoon + std::chrono::hours(2));
+  results = Bound();
+  results->Recordset(rs);
+  EXPECT_EQ(Label(*results, "elapsed"), "12 ms, at 14:02:11");
+  EXPECT_EQ(results->Recordset(), rs);
+  Now(kDay + date::days(1) + kAfternoon);
+  results = Bound();
+  results->Recordset(rs);
+  EXPECT_EQ(Label(*results, "elapsed"), "12 ms, on 2026-11-21 at 14:02:11");
+  results->Execute();
+  EXPECT_EQ(Label(*results, "elapsed"), "12 ms, at 14:02:11");
+}
+
+TEST_F(fetched_rows, that_somebody_else_fetched_tell_no_time) {
+  const auto results = Bound();
+  results->Execute();
+  results->Recordset(Plant(20));
+  EXPECT_EQ(Label(*results, "elapsed"), "12 ms");
+  EXPECT_EQ(Label(*results, "notice"), "");
+}
+
+TEST_F(fetched_rows, tell_that_their_connection_was_closed_since) {
+  constexpr const char* kClosed = "Fetched over a connection since closed.";
+  auto results = Bound();
+  results->Execute();
+  const auto rs = results->Recordset();
+  m_connection->Close();
+  m_connection = std::make_shared<FakeConnection>(platform::Value("UTC"));
+  results = Bound();
+  results->Recordset(rs);
+  EXPECT_EQ(Label(*results, "notice"), kClosed);
+  std::static_pointer_cast<FakeRecordset>(rs)->Truncated(true);
+  results->Recordset(rs);
+  EXPECT_EQ(Label(*results, "notice"),
+            std::string("First 50 rows only: the row limit was reached. ") + kClosed);
+  std::static_pointer_cast<FakeRecordset>(rs)->Truncated(false);
+  results->Execute();
+  EXPECT_EQ(Label(*results, "notice"), "");
+}
+
+TEST_F(fetched_rows, whose_connection_closes_tell_so_to_whoever_looks_at_them) {
+  const auto results = Bound();
+  results->Execute();
+  m_connection->Close();
+  EXPECT_EQ(Label(*results, "notice"), "");
+  Show(*results);
+  EXPECT_EQ(Label(*results, "notice"), "Fetched over a connection since closed.");
+}
+
 TEST_F(query_results, rows_never_seen_before_are_shown_from_the_first_on) {
   const auto results = Bound();
   results->ShowSqlStatements(true);

@@ -5,6 +5,7 @@
 #include <QAbstractItemModelTester>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QTextDocument>
 
 #include "tests/controls/fake_data.h"
 
@@ -147,11 +148,28 @@ TEST(row_model, a_column_tells_its_type_and_zone) {
   RowModel model;
   model.Recordset(Plant(1), kUtc);
   const auto tip = [&](int nColumn) {
-    return model.headerData(nColumn, Qt::Horizontal, Qt::ToolTipRole).toString().toStdString();
+    QTextDocument document;
+    document.setHtml(model.headerData(nColumn, Qt::Horizontal, Qt::ToolTipRole).toString());
+    return document.toPlainText().replace(QChar::LineSeparator, u'\n').toStdString();
   };
-  EXPECT_EQ(tip(0), "Number<br>Integer (64 bits), never null");
-  EXPECT_EQ(tip(1), "Name<br>Text");
-  EXPECT_EQ(tip(3), "Timestamp<br>Date and time<br>Shown in the time zone UTC");
+  EXPECT_EQ(tip(0), "Number\nInteger (64 bits), never null");
+  EXPECT_EQ(tip(1), "Name\nText");
+  EXPECT_EQ(tip(3), "Timestamp\nDate and time\nShown in the time zone UTC");
+}
+
+TEST(row_model, a_column_of_a_long_name_in_several_lines_has_one_line_and_a_tip) {
+  RowModel model;
+  const auto rs = std::make_shared<FakeRecordset>(0, [](auto, auto) { return Value(); });
+  rs->Column("a\tb\r\nc\x01", platform::DataType::WChar)
+      .Column(platform::Text(5'000, 'n'), platform::DataType::WChar);
+  model.Recordset(rs, kUtc);
+  const auto shown = [&](int nColumn, int nRole) {
+    return model.headerData(nColumn, Qt::Horizontal, nRole).toString().toStdString();
+  };
+  EXPECT_EQ(shown(0, Qt::DisplayRole), "a\u21E5b\u21B5c\uFFFD");
+  EXPECT_EQ(shown(1, Qt::DisplayRole), std::string(1'000, 'n') + "\u2026");
+  EXPECT_NE(shown(1, Qt::ToolTipRole).find("The first 1,500 of 5,000 characters."),
+            std::string::npos);
 }
 
 TEST(row_model, rows_beyond_what_a_window_can_measure_are_not_offered) {

@@ -333,7 +333,7 @@ TEST(row_view, widths_are_kept_for_the_same_columns_and_measured_for_others) {
 
 TEST(row_view, a_state_comes_back_in_a_fresh_view) {
   const auto rs = Plant(1'000'000);
-  ViewState state;
+  RowsState state;
   {
     RowView view;
     view.ShowRows(rs, kUtc);
@@ -365,7 +365,7 @@ TEST(row_view, selected_rows_come_back_as_rows) {
   RowView view;
   view.ShowRows(rs, kUtc);
   view.SelectRow(1);
-  const ViewState state = view.State();
+  const RowsState state = view.State();
   RowView fresh;
   fresh.ShowRows(rs, kUtc, &state);
   EXPECT_TRUE(fresh.RowsSelected());
@@ -378,7 +378,7 @@ TEST(row_view, the_last_page_comes_back_though_the_fresh_view_starts_out_larger)
   view.ShowRows(rs, kUtc);
   Show(view, {600, 200});
   view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
-  const ViewState state = view.State();
+  const RowsState state = view.State();
   RowView fresh;
   fresh.resize(600, 2'000);
   fresh.ShowRows(rs, kUtc, &state);
@@ -390,7 +390,7 @@ TEST(row_view, the_last_page_comes_back_though_the_fresh_view_starts_out_larger)
 
 TEST(row_view, scrolling_by_the_user_ends_the_restored_position) {
   const auto rs = Plant(1'000);
-  ViewState state;
+  RowsState state;
   state.nTopRow = 500;
   RowView view;
   view.ShowRows(rs, kUtc, &state);
@@ -405,7 +405,7 @@ TEST(row_view, scrolling_by_the_user_ends_the_restored_position) {
 }
 
 TEST(row_view, a_state_of_more_rows_than_there_are_is_taken_as_far_as_it_goes) {
-  ViewState state;
+  RowsState state;
   state.nCurrentRow = 500;
   state.nCurrentColumn = 9;
   state.selection = {{1, 0, 1, 3}, {400, 0, 500, 3}};
@@ -459,6 +459,30 @@ TEST(row_view, colours_come_from_the_palette) {
   EXPECT_EQ(corner(1), QColor(10, 20, 30));
   view.SelectRow(1);
   EXPECT_EQ(corner(1), QColor(200, 40, 40));
+}
+
+TEST(row_view, shows_that_it_has_the_keys_with_rows_and_without) {
+  RowView view;
+  QPalette palette = view.palette();
+  palette.setColor(QPalette::Base, QColor(255, 255, 255));
+  palette.setColor(QPalette::Highlight, QColor(200, 40, 40));
+  view.setPalette(palette);
+  Show(view);
+  view.clearFocus();
+  const auto corner = [&](int nInset) {
+    return view.viewport()->grab().toImage().pixelColor(nInset, nInset);
+  };
+  EXPECT_EQ(corner(0), QColor(255, 255, 255));
+  view.activateWindow();
+  view.setFocus();
+  ASSERT_TRUE(view.hasFocus());
+  EXPECT_EQ(corner(0), QColor(200, 40, 40));
+  EXPECT_EQ(corner(1), QColor(200, 40, 40));
+  EXPECT_EQ(corner(4), QColor(255, 255, 255));
+  view.ShowRows(OneColumn({Value("first"), Value("second")}), kUtc);
+  EXPECT_EQ(corner(0), QColor(200, 40, 40)) << "the first cell is the current one";
+  EXPECT_EQ(corner(1), QColor(200, 40, 40));
+  EXPECT_EQ(corner(3), QColor(255, 255, 255));
 }
 
 }  // namespace

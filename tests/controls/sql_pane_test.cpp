@@ -20,7 +20,7 @@ TEST(sql_pane, shows_the_statement_and_takes_no_typing) {
   pane.Sql("SELECT 1");
   QTest::keyClicks(&pane, "x");
   QTest::keyClick(&pane, Qt::Key_Delete);
-  EXPECT_EQ(pane.Sql(), "SELECT 1");
+  EXPECT_EQ(pane.text(), "SELECT 1");
   EXPECT_TRUE(pane.isReadOnly());
   EXPECT_EQ(pane.accessibleName(), "SQL statement");
 }
@@ -67,6 +67,24 @@ TEST(sql_pane, follows_the_palette) {
   EXPECT_EQ(lexer->paper(QsciLexerSQL::Keyword), QColor(250, 250, 250));
   EXPECT_LT(lexer->color(QsciLexerSQL::Keyword).lightness(), 128);
   EXPECT_EQ(lexer->color(QsciLexerSQL::CommentLine), QColor(150, 150, 150));
+}
+
+TEST(sql_pane, shows_that_it_has_the_keys) {
+  SqlPane pane;
+  QPalette palette = pane.palette();
+  palette.setColor(QPalette::Base, QColor(255, 255, 255));
+  palette.setColor(QPalette::Highlight, QColor(200, 40, 40));
+  pane.setPalette(palette);
+  pane.resize(300, 100);
+  pane.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&pane));
+  pane.clearFocus();
+  const auto corner = [&] { return pane.viewport()->grab().toImage().pixelColor(0, 0); };
+  EXPECT_EQ(corner(), QColor(255, 255, 255));
+  pane.activateWindow();
+  pane.setFocus();
+  ASSERT_TRUE(pane.hasFocus());
+  EXPECT_EQ(corner(), QColor(200, 40, 40));
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ TEST(status_strip, times_are_told_in_the_unit_that_fits) {
 
 TEST(status_strip, tells_rows_time_and_position) {
   StatusStrip strip;
-  strip.Rows(100, microseconds(12'000), {});
+  strip.Rows(100, microseconds(12'000), {}, {});
   strip.Position(2, 100);
   EXPECT_EQ(TextOf(strip, "rowCount"), "100 rows");
   EXPECT_EQ(TextOf(strip, "elapsed"), "12 ms");
@@ -39,9 +39,22 @@ TEST(status_strip, tells_rows_time_and_position) {
   EXPECT_TRUE(strip.findChild<QLabel*>("warning")->isHidden());
 }
 
+TEST(status_strip, tells_when_rows_were_fetched_and_the_day_unless_it_is_today) {
+  using namespace std::chrono_literals;
+  const date::local_days day = date::local_days(date::year{2026} / 11 / 21);
+  const zones::LocalTime fetched = day + 14h + 2min + 11s + 999'999us;
+  EXPECT_EQ(FetchedText(fetched, fetched), "at 14:02:11");
+  EXPECT_EQ(FetchedText(fetched, day + 24h - 1us), "at 14:02:11");
+  EXPECT_EQ(FetchedText(fetched, day + 24h), "on 2026-11-21 at 14:02:11");
+  StatusStrip strip;
+  strip.Rows(1'024, microseconds(12'000), "at 14:02:11", {});
+  EXPECT_EQ(TextOf(strip, "rowCount"), "1,024 rows");
+  EXPECT_EQ(TextOf(strip, "elapsed"), "12 ms, at 14:02:11");
+}
+
 TEST(status_strip, a_notice_is_in_sight_with_a_warning) {
   StatusStrip strip;
-  strip.Rows(100, microseconds(12'000), "Cut.");
+  strip.Rows(100, microseconds(12'000), {}, "Cut.");
   EXPECT_EQ(TextOf(strip, "notice"), "Cut.");
   EXPECT_FALSE(strip.findChild<QLabel*>("warning")->isHidden());
   EXPECT_FALSE(strip.findChild<QLabel*>("warning")->pixmap(Qt::ReturnByValue).isNull());
@@ -49,7 +62,7 @@ TEST(status_strip, a_notice_is_in_sight_with_a_warning) {
 
 TEST(status_strip, a_long_notice_gives_way_before_anything_else) {
   StatusStrip strip;
-  strip.Rows(500, microseconds(12'000), QString(300, 'n'));
+  strip.Rows(500, microseconds(12'000), {}, QString(300, 'n'));
   strip.Position(0, 500);
   strip.resize(600, strip.height());
   strip.show();
@@ -64,14 +77,14 @@ TEST(status_strip, a_long_notice_gives_way_before_anything_else) {
 
 TEST(status_strip, a_remark_stands_in_the_place_of_the_notice) {
   StatusStrip strip;
-  strip.Rows(100, microseconds(12'000), "Cut.");
+  strip.Rows(100, microseconds(12'000), {}, "Cut.");
   strip.Remark("Not copied.");
   EXPECT_EQ(TextOf(strip, "notice"), "Not copied.");
   EXPECT_FALSE(strip.findChild<QLabel*>("warning")->isHidden());
   strip.Remark({});
   EXPECT_EQ(TextOf(strip, "notice"), "Cut.");
   strip.Remark("Not copied.");
-  strip.Rows(100, microseconds(12'000), {});
+  strip.Rows(100, microseconds(12'000), {}, {});
   EXPECT_EQ(TextOf(strip, "notice"), "(hidden)");
   strip.Message("No rows");
   strip.Remark({});
@@ -80,7 +93,7 @@ TEST(status_strip, a_remark_stands_in_the_place_of_the_notice) {
 
 TEST(status_strip, a_message_stands_alone) {
   StatusStrip strip;
-  strip.Rows(100, microseconds(12'000), "Cut.");
+  strip.Rows(100, microseconds(12'000), {}, "Cut.");
   strip.Position(2, 100);
   strip.Message("No rows");
   EXPECT_EQ(TextOf(strip, "rowCount"), "No rows");
@@ -93,7 +106,7 @@ TEST(status_strip, a_message_stands_alone) {
 
 TEST(status_strip, gives_way_to_a_narrow_window) {
   StatusStrip strip;
-  strip.Rows(1'000'000, microseconds(12'000), QString(500, u'x'));
+  strip.Rows(1'000'000, microseconds(12'000), {}, QString(500, u'x'));
   EXPECT_LT(strip.minimumSizeHint().width(), 200);
 }
 

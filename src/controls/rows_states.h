@@ -5,9 +5,11 @@
 
 #include <chrono>
 #include <map>
+#include <memory>
+#include <optional>
 #include <vector>
 
-#include "platform/ado/recordset.h"
+#include "platform/ado/connection.h"
 
 namespace orvane::controls {
 
@@ -20,7 +22,19 @@ struct CellRange {
   friend bool operator==(const CellRange&, const CellRange&) = default;
 };
 
-struct ViewState {
+/// Where rows come from. The connection is the host's own object, which outlives this library; no
+/// more than a weak reference is held, so that it closes when its server does.
+struct RowsOrigin {
+  platform::Timestamp fetched;
+  std::weak_ptr<platform::Connection> connection;
+
+  bool IsConnectionClosed() const {
+    const auto cn = connection.lock();
+    return !cn || !cn->IsOpen();
+  }
+};
+
+struct RowsState {
   int nCurrentRow = -1;  ///< -1 when there is no current cell
   int nCurrentColumn = -1;
   std::vector<CellRange> selection;
@@ -29,20 +43,20 @@ struct ViewState {
   int nLeftOffset = 0;  ///< pixels scrolled sideways
   std::vector<int> columnWidths;
   platform::Text sSqlText;  ///< the statement that fetched the rows
+  std::optional<RowsOrigin> origin;
 };
 
-class ViewStates {
+class RowsStates {
  public:
   /// States beyond this number push out the oldest.
   static constexpr std::size_t kMaxStates = 1000;
 
   /// Keeps the state and gives the number to find it by, never 0. A recordset has one number.
-  platform::Long Keep(const platform::Recordset& rs, ViewState state);
+  platform::Long Keep(const platform::Recordset& rs, RowsState state);
   /// Null unless the number was given for this very recordset. Valid until the next Keep.
-  const ViewState* Find(platform::Long lNumber, const platform::Recordset& rs) const;
+  const RowsState* Find(platform::Long lNumber, const platform::Recordset& rs) const;
   /// Null when no state was kept for the recordset. Valid until the next Keep.
-  const ViewState* Find(const platform::Recordset& rs) const;
-  std::size_t Count() const { return m_states.size(); }
+  const RowsState* Find(const platform::Recordset& rs) const;
 
  private:
   /// A weak reference would tell a recordset for certain, but nothing of a provider may be held
@@ -57,7 +71,7 @@ class ViewStates {
   };
   struct Entry {
     Identity identity;
-    ViewState state;
+    RowsState state;
   };
   static Identity IdentityOf(const platform::Recordset& rs);
   platform::Long FreeNumber();

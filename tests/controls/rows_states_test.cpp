@@ -1,4 +1,4 @@
-#include "controls/view_states.h"
+#include "controls/rows_states.h"
 
 #include <gtest/gtest.h>
 
@@ -7,14 +7,14 @@
 namespace orvane::controls {
 namespace {
 
-ViewState AtRow(int nRow) {
-  ViewState state;
+RowsState AtRow(int nRow) {
+  RowsState state;
   state.nCurrentRow = nRow;
   return state;
 }
 
-TEST(view_states, a_state_is_found_by_its_number_and_its_recordset) {
-  ViewStates states;
+TEST(rows_states, a_state_is_found_by_its_number_and_its_recordset) {
+  RowsStates states;
   const auto rs = Plant(10);
   const auto other = Plant(10);
   const auto lNumber = states.Keep(*rs, AtRow(3));
@@ -29,24 +29,23 @@ TEST(view_states, a_state_is_found_by_its_number_and_its_recordset) {
   EXPECT_EQ(states.Find(-1, *rs), nullptr);
 }
 
-TEST(view_states, a_recordset_has_one_number_and_its_latest_state) {
-  ViewStates states;
+TEST(rows_states, a_recordset_has_one_number_and_its_latest_state) {
+  RowsStates states;
   const auto rs = Plant(10);
   const auto lFirst = states.Keep(*rs, AtRow(3));
   EXPECT_EQ(states.Keep(*rs, AtRow(5)), lFirst);
   EXPECT_EQ(states.Find(lFirst, *rs)->nCurrentRow, 5);
-  EXPECT_EQ(states.Count(), 1U);
 }
 
-TEST(view_states, different_recordsets_have_different_numbers) {
-  ViewStates states;
+TEST(rows_states, different_recordsets_have_different_numbers) {
+  RowsStates states;
   const auto a = Plant(1);
   const auto b = Plant(1);
   EXPECT_NE(states.Keep(*a, {}), states.Keep(*b, {}));
 }
 
-TEST(view_states, an_address_that_is_used_again_is_told_from_the_first) {
-  ViewStates states;
+TEST(rows_states, an_address_that_is_used_again_is_told_from_the_first) {
+  RowsStates states;
   std::optional<FakeRecordset> place;
   const auto maker = [](auto, auto) { return platform::Value(); };
   place.emplace(10, maker);
@@ -61,14 +60,13 @@ TEST(view_states, an_address_that_is_used_again_is_told_from_the_first) {
   EXPECT_EQ(states.Find(lNumber, *place), nullptr);
 }
 
-TEST(view_states, the_oldest_go_when_there_are_too_many) {
-  ViewStates states;
+TEST(rows_states, the_oldest_go_when_there_are_too_many) {
+  RowsStates states;
   std::vector<std::shared_ptr<FakeRecordset>> recordsets;
-  for (std::size_t n = 0; n <= ViewStates::kMaxStates; ++n) {
+  for (std::size_t n = 0; n <= RowsStates::kMaxStates; ++n) {
     recordsets.push_back(Plant(1));
     states.Keep(*recordsets.back(), AtRow(static_cast<int>(n)));
   }
-  EXPECT_EQ(states.Count(), ViewStates::kMaxStates);
   EXPECT_EQ(states.Find(*recordsets.front()), nullptr);
   EXPECT_NE(states.Find(*recordsets[1]), nullptr);
   EXPECT_NE(states.Find(*recordsets.back()), nullptr);

@@ -1,4 +1,4 @@
-#include "controls/view_states.h"
+#include "controls/rows_states.h"
 
 #include <algorithm>
 #include <limits>
@@ -9,7 +9,7 @@ namespace orvane::controls {
 using platform::Long;
 using platform::Recordset;
 
-Long ViewStates::Keep(const Recordset& rs, ViewState state) {
+Long RowsStates::Keep(const Recordset& rs, RowsState state) {
   const Identity identity = IdentityOf(rs);
   const auto known = std::ranges::find_if(
       m_states, [&](const auto& entry) { return entry.second.identity == identity; });
@@ -23,13 +23,13 @@ Long ViewStates::Keep(const Recordset& rs, ViewState state) {
   return lNumber;
 }
 
-const ViewState* ViewStates::Find(Long lNumber, const Recordset& rs) const {
+const RowsState* RowsStates::Find(Long lNumber, const Recordset& rs) const {
   const auto found = m_states.find(lNumber);
   if (found == m_states.end() || found->second.identity != IdentityOf(rs)) return nullptr;
   return &found->second.state;
 }
 
-const ViewState* ViewStates::Find(const Recordset& rs) const {
+const RowsState* RowsStates::Find(const Recordset& rs) const {
   const Identity identity = IdentityOf(rs);
   for (const auto& [lNumber, entry] : m_states) {
     if (entry.identity == identity) return &entry.state;
@@ -37,11 +37,11 @@ const ViewState* ViewStates::Find(const Recordset& rs) const {
   return nullptr;
 }
 
-ViewStates::Identity ViewStates::IdentityOf(const Recordset& rs) {
+RowsStates::Identity RowsStates::IdentityOf(const Recordset& rs) {
   return {&rs, rs.RecordCount(), rs.FieldCount(), rs.Elapsed()};
 }
 
-Long ViewStates::FreeNumber() {
+Long RowsStates::FreeNumber() {
   do {
     m_lLast = m_lLast == std::numeric_limits<Long>::max() ? 1 : m_lLast + 1;
   } while (m_states.contains(m_lLast));

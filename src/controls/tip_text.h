@@ -1,0 +1,14 @@
+// The text of a tool tip: as much of a long value as a screen can show, and how to see the rest.
+// Used by the cells and the column names; user-interface thread.
+#pragma once
+
+#include <QString>
+
+namespace orvane::controls {
+
+/// The text as it is to be handed to a tool tip. Of a text that is too long the beginning, with a
+/// line that says so and ends in sHow, which tells where to find it whole. Words of any length are
+/// broken, so that no tip is wider than the screen.
+QString TipText(const QString& sWhole, const QString& sHow);
+
+}  // namespace orvane::controls
