@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "component/class_file.h"
+#include "component/trusted_path.h"
 #include "platform/failure.h"
 
 namespace orvane::component {
@@ -53,6 +54,15 @@ void WriteAtomically(const fs::path& file, std::string_view sContent) {
   }
 }
 
+// Whatever the umask, for this user alone to write. What goes wrong is told by the writing.
+void MakeFolder(const fs::path& folder) {
+  fs::path made;
+  for (const auto& name : folder) {
+    made /= name;
+    mkdir(made.c_str(), 0755);
+  }
+}
+
 }  // namespace
 
 void FileRegistrar::Register(const platform::ComponentDescription& description) {
@@ -69,8 +79,11 @@ void FileRegistrar::Commit(const fs::path& folder, const fs::path& library) cons
     files.emplace_back(folder / ClassFileName(description.sProgId),
                        WriteClassFile({description, library}));
   }
-  std::error_code error;
-  if (!files.empty()) fs::create_directories(folder, error);
+  if (!files.empty()) {
+    MakeFolder(folder);
+    // What is written where others can change it would not be used.
+    RequireTrusted(files.front().first);
+  }
   for (const auto& [file, sContent] : files) WriteAtomically(file, sContent);
   for (const auto& sProgId : m_sUnregistered) {
     const fs::path file = folder / ClassFileName(sProgId);

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "component/library_file.h"
+#include "component/trusted_path.h"
 #include "platform/failure.h"
 
 namespace orvane::component {
@@ -68,6 +70,8 @@ Library::Library(std::filesystem::path path) : m_path(std::move(path)) {
              " is missing; install its component again, or register the library where it is now.",
          error.value());
   }
+  RequireTrusted(m_path);
+  RequireWholeLibrary(m_path);
   dlerror();
   m_handle = dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (m_handle == nullptr) {

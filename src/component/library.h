@@ -12,7 +12,8 @@ namespace orvane::component {
 class Library {
  public:
   /// Loads the file with everything it needs, sharing its names with no other library. Fails with
-  /// kComponent when the file is missing, cannot be loaded or lacks an entry point.
+  /// kComponent when the file is missing, cut off, open to be changed by others, cannot be loaded
+  /// or lacks an entry point.
   explicit Library(std::filesystem::path path);
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;

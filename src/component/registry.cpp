@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <set>
+#include <span>
 #include <system_error>
 #include <utility>
 
+#include "component/readable_file.h"
+#include "component/trusted_path.h"
 #include "platform/failure.h"
 
 namespace orvane::component {
@@ -28,25 +29,20 @@ Text Environment(const char* sName) {
 }
 
 // The content, or nothing when there is no such file.
-std::optional<Text> ReadFile(const fs::path& file) {
-  std::error_code error;
-  if (!fs::exists(file, error) && (!error || error == std::errc::no_such_file_or_directory ||
-                                   error == std::errc::not_a_directory)) {
-    return {};
-  }
-  Text sContent(kLargestFile + 1, '\0');
-  std::ifstream stream(file, std::ios::binary);
-  errno = 0;
-  if (stream) stream.read(sContent.data(), static_cast<std::streamsize>(sContent.size()));
-  if (!stream.is_open() || stream.bad() || fs::is_directory(file, error)) {
+std::optional<Text> ReadFile(const fs::path& path) {
+  const ReadableFile file(path);
+  if (file.Error() == ENOENT || file.Error() == ENOTDIR) return {};
+  if (!file.IsRegular()) {
     throw Failure(platform::failure::kComponent,
-                  "The registration file \"" + file.string() +
+                  "The registration file \"" + path.string() +
                       "\" cannot be read; give yourself the right to read it or remove it.",
-                  "component", errno);
+                  "component", file.Error());
   }
-  sContent.resize(static_cast<std::size_t>(stream.gcount()));
+  RequireTrusted(path);
   // Too much of it is as good as damaged: the reader says so.
-  if (sContent.size() > kLargestFile) sContent.clear();
+  if (file.Size() > kLargestFile) return Text();
+  Text sContent(file.Size(), '\0');
+  if (!file.Read(0, std::as_writable_bytes(std::span(sContent)))) sContent.clear();
   return sContent;
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "component/library.h"
+#include "component/trusted_path.h"
 #include "platform/failure.h"
 
 namespace orvane::component {
@@ -104,7 +105,11 @@ std::shared_ptr<Library> Runtime::Load(const std::filesystem::path& path) {
   const std::lock_guard lock(m_mutex);
   auto& library = m_libraries[canonical];
   try {
-    if (!library) library = std::make_shared<Library>(canonical);
+    if (!library) {
+      // The way by which it was named too: a link on it may be anybody's.
+      RequireTrusted(path);
+      library = std::make_shared<Library>(canonical);
+    }
   } catch (...) {
     m_libraries.erase(canonical);
     throw;

@@ -1,14 +1,12 @@
 #include "component/version_section.h"
 
 #include <elf.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <bit>
-#include <cerrno>
 #include <cstring>
 #include <limits>
+
+#include "component/readable_file.h"
 
 namespace orvane::component {
 namespace {
@@ -77,39 +75,6 @@ class Sections {
   Elf64_Shdr m_names{};
 };
 
-// A file open for reading.
-class File {
- public:
-  explicit File(const std::filesystem::path& path)
-      : m_nFile(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-  ~File() {
-    if (m_nFile >= 0) close(m_nFile);
-  }
-
-  bool IsRegular() const {
-    struct stat status {};
-    return m_nFile >= 0 && fstat(m_nFile, &status) == 0 && S_ISREG(status.st_mode);
-  }
-
-  bool Read(std::uint64_t nOffset, std::span<std::byte> buffer) const {
-    while (!buffer.empty()) {
-      if (nOffset > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) return false;
-      const ssize_t nRead =
-          pread(m_nFile, buffer.data(), buffer.size(), static_cast<off_t>(nOffset));
-      if (nRead < 0 && errno == EINTR) continue;
-      if (nRead <= 0) return false;
-      buffer = buffer.subspan(static_cast<std::size_t>(nRead));
-      nOffset += static_cast<std::uint64_t>(nRead);
-    }
-    return true;
-  }
-
- private:
-  int m_nFile;
-};
-
 }  // namespace
 
 std::optional<FixedFileInfo> ReadVersionSection(const ReadAt& readAt) {
@@ -139,8 +104,7 @@ std::optional<FixedFileInfo> ReadVersionSection(std::span<const std::byte> file)
 }
 
 std::optional<FixedFileInfo> ReadVersionSection(const std::filesystem::path& path) {
-  const File file(path);
-  if (!file.IsRegular()) return {};
+  const ReadableFile file(path);
   return ReadVersionSection([&file](std::uint64_t nOffset, std::span<std::byte> buffer) {
     return file.Read(nOffset, buffer);
   });

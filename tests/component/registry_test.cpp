@@ -1,6 +1,7 @@
 #include "component/registry.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 
@@ -97,6 +98,14 @@ TEST(RegistryTest, a_file_that_cannot_be_read_is_a_sentence) {
   const TemporaryFolder folder;
   fs::create_directories(folder / "a.json");
   EXPECT_THAT(FailureOf(Registry({folder.Path()}), "A"), HasSubstr("a.json\" cannot be read"));
+}
+
+TEST(RegistryTest, a_pipe_is_a_sentence_and_nobody_waits_for_it) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(mkfifo((folder / "a.json").c_str(), 0600), 0);
+  const Registry registry({folder.Path()});
+  EXPECT_THAT(FailureOf(registry, "A"), HasSubstr("a.json\" cannot be read"));
+  EXPECT_THAT(registry.List().sProblems, ElementsAre(HasSubstr("a.json\" cannot be read")));
 }
 
 TEST(RegistryTest, an_enormous_file_is_damaged) {

@@ -1,5 +1,6 @@
 // The program orvane-regsvr as it is called from a shell.
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 
@@ -77,6 +78,25 @@ TEST_F(RegsvrTest, a_failure_is_one_sentence_and_status_1_and_the_others_are_reg
                 "corrected one.\n"
                 "The library \"/nowhere/at/all.so\" is missing; install its component again, or "
                 "register the library where it is now.\n");
+}
+
+TEST_F(RegsvrTest, what_would_kill_or_hang_it_is_a_sentence_each) {
+  const auto cut = m_folder / "cut.so";
+  WriteText(cut, test::ReadText(Fixture("good")).substr(0, 8192));
+  const auto pipe = m_folder / "pipe.so";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  for (const char* sOption : {"", "-u "}) {
+    const auto outcome = Run(sOption + cut.string() + " " + pipe.string());
+    EXPECT_EQ(outcome.nStatus, 1);
+    EXPECT_EQ(outcome.sErrors, "The library \"" + cut.string() +
+                                   "\" is cut off or damaged; install its component again.\n"
+                                   "The library \"" +
+                                   pipe.string() +
+                                   "\" is no file; name the component's library.\n");
+  }
+  std::filesystem::create_directories(m_folder / "user/orvane/components");
+  ASSERT_EQ(mkfifo((m_folder / "user/orvane/components/a.json").c_str(), 0600), 0);
+  EXPECT_THAT(Run("--list").sErrors, HasSubstr("a.json\" cannot be read"));
 }
 
 TEST_F(RegsvrTest, it_lists_what_is_registered_anywhere_or_in_one_place) {
