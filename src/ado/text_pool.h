@@ -44,7 +44,6 @@ class TextPool {
   }
   /// Lives as long as the pool.
   std::string_view At(Code code) const { return m_entries[code]; }
-  std::size_t Count() const { return m_entries.size(); }
   /// Memory taken.
   std::size_t Bytes() const {
     return m_blockBytes + m_entries.capacity() * sizeof(std::string_view) +

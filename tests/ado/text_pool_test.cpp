@@ -15,7 +15,7 @@ TEST(TextPool, keeps_equal_texts_once) {
   EXPECT_EQ(pool.Intern("alpha"), a);
   EXPECT_EQ(pool.Intern("alpha"), a);
   EXPECT_EQ(pool.Intern("beta"), b);
-  EXPECT_EQ(pool.Count(), 2U);
+  EXPECT_EQ(pool.Intern("gamma"), 2U);
   EXPECT_EQ(pool.At(a), "alpha");
   EXPECT_EQ(pool.At(b), "beta");
 }
@@ -27,7 +27,7 @@ TEST(TextPool, keeps_thousands_of_repeated_texts_once_each) {
       ASSERT_EQ(pool.Intern("tag" + std::to_string(i)), static_cast<TextPool::Code>(i));
     }
   }
-  EXPECT_EQ(pool.Count(), 3000U);
+  EXPECT_EQ(pool.Intern("another"), 3000U);
 }
 
 TEST(TextPool, stops_looking_when_texts_hardly_repeat_and_still_keeps_all) {
@@ -57,6 +57,17 @@ TEST(TextPool, knows_the_empty_text_from_texts_of_zero_bytes) {
   EXPECT_NE(empty, zero);
   EXPECT_EQ(pool.Intern(""), empty);
   EXPECT_EQ(pool.At(zero).size(), 1U);
+}
+
+TEST(TextPool, tells_the_memory_that_it_takes) {
+  TextPool pool;
+  EXPECT_EQ(pool.Bytes(), 0U);
+  pool.Intern(std::string(1'000'000, 'x'));
+  const std::size_t bytes = pool.Bytes();
+  EXPECT_GE(bytes, 1'000'000U);
+  EXPECT_LT(bytes, 1'100'000U);
+  pool.Intern(std::string(1'000'000, 'x'));
+  EXPECT_EQ(pool.Bytes(), bytes);
 }
 
 TEST(TextPool, keeps_its_texts_when_sealed) {

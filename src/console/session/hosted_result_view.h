@@ -35,7 +35,7 @@ class HostedListItems final : public platform::ListItems {
   platform::ListItem& Add(const platform::Text& sText, platform::Long lIcon) override;
   platform::Long Count() const override { return static_cast<platform::Long>(m_rows.size()); }
 
-  const std::deque<HostedListItem>& Rows() const noexcept { return m_rows; }
+  const std::deque<HostedListItem>& Items() const noexcept { return m_rows; }
   /// Called after a row was added or its texts have changed.
   void OnChange(std::function<void()> handler) { m_changed = std::move(handler); }
 

@@ -82,12 +82,12 @@ int ResultListModel::RowOf(const ScopeTreeItem& item) const {
 }
 
 Long ResultListModel::ImageAt(int iRow) const {
-  if (m_bOwnRows) return m_view.Rows().Rows()[static_cast<std::size_t>(iRow)].Icon();
+  if (m_bOwnRows) return m_view.Rows().Items()[static_cast<std::size_t>(iRow)].Icon();
   return m_view.Item()->Children()[static_cast<std::size_t>(iRow)]->Image();
 }
 
 const std::vector<Text>& ResultListModel::TextsAt(int iRow) const {
-  if (m_bOwnRows) return m_view.Rows().Rows()[static_cast<std::size_t>(iRow)].SubItemTexts();
+  if (m_bOwnRows) return m_view.Rows().Items()[static_cast<std::size_t>(iRow)].SubItemTexts();
   return m_view.Item()->Children()[static_cast<std::size_t>(iRow)]->SubItemTexts();
 }
 
@@ -113,7 +113,7 @@ QVariant ResultListModel::data(const QModelIndex& index, int role) const {
       if (nColumn > 0) return {};
       // A row without texts of its own still has a name.
       if (m_bOwnRows) {
-        return QString::fromStdString(m_view.Rows().Rows()[static_cast<std::size_t>(iRow)].Text());
+        return QString::fromStdString(m_view.Rows().Items()[static_cast<std::size_t>(iRow)].Text());
       }
       return QString::fromStdString(ItemAt(iRow)->Name());
     }

@@ -4,11 +4,10 @@
 
 #include <limits>
 #include <new>
-#include <type_traits>
 
-#include "platform/conversions.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_types.h"
+#include "provider/engines/sqlite/sqlite_values.h"
 
 namespace orvane::provider::engines {
 
@@ -21,47 +20,6 @@ using platform::Value;
 namespace failure = platform::failure;
 
 namespace {
-
-int BindText(sqlite3_stmt* statement, int nPlace, std::string_view sText,
-             sqlite3_destructor_type lifetime) {
-  return sqlite3_bind_text64(statement, nPlace, sText.data(), sText.size(), lifetime, SQLITE_UTF8);
-}
-
-int BindValue(sqlite3_stmt* statement, int nPlace, const Value& vtValue) {
-  return std::visit(
-      [&](const auto& content) {
-        using T = std::decay_t<decltype(content)>;
-        if constexpr (std::is_same_v<T, platform::Null>) {
-          return sqlite3_bind_null(statement, nPlace);
-        } else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, std::int32_t> ||
-                             std::is_same_v<T, std::int64_t>) {
-          return sqlite3_bind_int64(statement, nPlace, content);
-        } else if constexpr (std::is_same_v<T, double>) {
-          return sqlite3_bind_double(statement, nPlace, content);
-        } else if constexpr (std::is_same_v<T, platform::Timestamp>) {
-          return sqlite3_bind_int64(statement, nPlace, content.time_since_epoch().count());
-        } else if constexpr (std::is_same_v<T, platform::Text>) {
-          return BindText(statement, nPlace, content, SQLITE_STATIC);
-        } else if constexpr (std::is_same_v<T, platform::Bytes>) {
-          // A null pointer would bind null.
-          return content.empty() ? sqlite3_bind_zeroblob(statement, nPlace, 0)
-                                 : sqlite3_bind_blob64(statement, nPlace, content.data(),
-                                                       content.size(), SQLITE_STATIC);
-        } else if constexpr (std::is_same_v<T, platform::ObjectPtr>) {
-          throw Failure(failure::kTypeMismatch,
-                        fmt::format("Parameter {} is an object, which no database can hold: give "
-                                    "a plain value.",
-                                    nPlace));
-          return SQLITE_MISMATCH;
-        } else {
-          static_assert(std::is_same_v<T, platform::Decimal> || std::is_same_v<T, platform::Date> ||
-                        std::is_same_v<T, platform::TimeOfDay> ||
-                        std::is_same_v<T, platform::Guid>);
-          return BindText(statement, nPlace, platform::ToText(content), SQLITE_TRANSIENT);
-        }
-      },
-      vtValue.Content());
-}
 
 // SQLite has nothing to point to when a value is empty, and when it had no memory to make it whole.
 std::size_t SizeOf(sqlite3_value* value, const void* bytes) {
@@ -230,7 +188,8 @@ void SqliteStatement::Bind(std::span<const Value> vtValues) {
   }
   for (int nPlace = 1; nPlace <= nPlaces; ++nPlace) {
     const Value& vtValue = vtValues[static_cast<std::size_t>(nPlace) - 1];
-    if (const int nCode = BindValue(m_statement.get(), nPlace, vtValue); nCode != SQLITE_OK) {
+    if (const int nCode = BindValue(m_statement.get(), nPlace, vtValue, Lifetime::Longer);
+        nCode != SQLITE_OK) {
       Fail(nCode);
     }
   }
