@@ -132,15 +132,15 @@ TEST_F(session_ending, uses_no_more_memory_than_a_statement_may) {
       "3807: There is not enough memory for the statement: set a row limit, or narrow it down.";
   const Text sNumbers =
       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) ";
-  const Text sLarge = sNumbers + "SELECT randomblob(1000000) FROM n";
+  const Text sLarge = sNumbers + "SELECT randomblob(300000) FROM n";
   EXPECT_EQ(FailureOf([&] { Run(*opened, sLarge, 100); }), sExpected);
   EXPECT_EQ(Failing(*opened, "SELECT zeroblob(20000000)"), sExpected);
   EXPECT_EQ(Failing(*opened,
                     "INSERT INTO Plant1..Data2 (Tag, Timestamp, Value) " + sNumbers +
-                        "SELECT 'T', i, hex(randomblob(100000)) FROM n RETURNING Value, Timestamp"),
+                        "SELECT 'T', i, hex(randomblob(20000)) FROM n RETURNING Value, Timestamp"),
             sExpected);
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data2"), "0\n");
-  opened->PropertyValue("Statement Memory", "200");
+  opened->PropertyValue("Statement Memory", "64");
   EXPECT_EQ(Run(*opened, sLarge, 100).recordset->RecordCount(), 100);
 }
 

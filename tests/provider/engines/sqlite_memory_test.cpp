@@ -34,7 +34,7 @@ class SqliteMemoryTest : public tests::DatabaseFolder {
 
 TEST_F(SqliteMemoryTest, few_rows_of_large_values_are_too_much) {
   EXPECT_EQ(Fails(16, Rows("randomblob(1000000)", 100'000), 100), m_expected);
-  EXPECT_EQ(RunWith(200, Rows("randomblob(1000000)", 20), 100).recordset->RecordCount(), 20);
+  EXPECT_EQ(RunWith(64, Rows("randomblob(1000000)", 20), 100).recordset->RecordCount(), 20);
 }
 
 TEST_F(SqliteMemoryTest, many_small_rows_are_too_much) {
@@ -66,7 +66,7 @@ TEST_F(SqliteMemoryTest, what_the_engine_keeps_is_too_much) {
 }
 
 TEST_F(SqliteMemoryTest, a_change_that_needs_too_much_changes_nothing) {
-  EXPECT_EQ(Fails(16, "INSERT INTO t " + Rows("randomblob(1000000)", 100) + " RETURNING a"),
+  EXPECT_EQ(Fails(16, "INSERT INTO t " + Rows("randomblob(1000000)", 30) + " RETURNING a"),
             m_expected);
   EXPECT_EQ(One(*m_session, "SELECT count(*) FROM t"), Value(std::int64_t{0}));
 }
@@ -79,8 +79,8 @@ TEST_F(SqliteMemoryTest, nothing_is_bounded_behind_a_statement) {
 }
 
 TEST_F(SqliteMemoryTest, sorting_takes_disk_and_not_memory) {
-  EXPECT_EQ(RunWith(16, "SELECT count(*) FROM (" + Rows("randomblob(1000) AS x", 40'000) +
-                            " ORDER BY x LIMIT 30000)")
+  EXPECT_EQ(RunWith(16, "SELECT count(*) FROM (" + Rows("randomblob(1000) AS x", 20'000) +
+                            " ORDER BY x LIMIT 15000)")
                 .recordset->RecordCount(),
             1);
 }
