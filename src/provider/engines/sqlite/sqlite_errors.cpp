@@ -13,6 +13,11 @@ using platform::Text;
 
 namespace {
 
+bool IsOfFiles(int nCode) {
+  const int nPrimary = nCode & kPrimaryCode;
+  return nPrimary == SQLITE_IOERR || nPrimary == SQLITE_CANTOPEN;
+}
+
 bool IsNoRoom(int nSystemError) {
   return nSystemError == ENOSPC || nSystemError == EDQUOT || nSystemError == EFBIG;
 }
@@ -29,12 +34,11 @@ int LastErrorOf(sqlite3_file* file) {
 }  // namespace
 
 int WithSystemError(int nCode, int nSystemError) noexcept {
-  const int nPrimary = nCode & kPrimaryCode;
-  const bool bOfFiles = nPrimary == SQLITE_IOERR || nPrimary == SQLITE_CANTOPEN;
-  return bOfFiles && IsNoRoom(nSystemError) ? SQLITE_FULL : nCode;
+  return IsOfFiles(nCode) && IsNoRoom(nSystemError) ? SQLITE_FULL : nCode;
 }
 
 int WithSystemError(sqlite3* database, int nCode) {
+  if (!IsOfFiles(nCode)) return nCode;
   int nError = sqlite3_system_errno(database);
   for (int n = 0; !IsNoRoom(nError); ++n) {
     const char* const sName = sqlite3_db_name(database, n);

@@ -21,7 +21,7 @@ bool IsDiskFirst(const Catalog& catalog) {
   const std::uint64_t limit = static_cast<std::uint64_t>(catalog.llMaxKilobytes) * 1024;
   const std::uint64_t growth = error || size >= limit ? 0 : limit - size;
   // What was being written is gone again by now. Some pages go into the file's journal.
-  constexpr std::uint64_t kJournal = 64 * 1024;
+  constexpr std::uint64_t kJournal = std::uint64_t{64} * 1024;
   return std::uint64_t{disk.f_bavail} * disk.f_frsize < growth + kJournal;
 }
 
