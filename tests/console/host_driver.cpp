@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <QAbstractProxyModel>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
@@ -14,6 +15,7 @@
 #include <QScopedValueRollback>
 #include <QTabBar>
 #include <QTest>
+#include <QTreeView>
 #include <QWindow>
 #include <map>
 
@@ -426,8 +428,9 @@ std::vector<scenarios::ListRow> HostDriver::ListRows() const {
   if (!results.IsListShown() || !results.Sentence().isEmpty()) return rows;
   const auto& list = results.List();
   for (int i = 0; i < list.RowCount(); ++i) {
-    const int iRow = list.SourceRow(i);
-    const auto index = list.Model()->index(iRow, 0);
+    const auto* order = qobject_cast<QAbstractProxyModel*>(list.DetailsView()->model());
+    const auto index = order->mapToSource(order->index(i, 0));
+    const int iRow = index.row();
     rows.push_back({index.data().toString().toStdString(), list.Model()->ImageAt(iRow),
                     list.Model()->TextsAt(iRow)});
   }
@@ -473,6 +476,7 @@ QMenu* HostDriver::OpenMenu(const Text& sKey, scenarios::MenuWay way) {
   Activate();
   auto& pane = m_window->Scope();
   QMenu* menu = nullptr;
+  const auto shown = m_window->Session().Selected();
   if (way == scenarios::MenuWay::RightClick) {
     const auto at = RectOf(Item(sKey)).center();
     ClickAt(*pane.viewport(), at, Qt::RightButton);
@@ -494,7 +498,11 @@ QMenu* HostDriver::OpenMenu(const Text& sKey, scenarios::MenuWay way) {
     menu = m_window->findChild<QMenu*>("contextMenu");
     return menu && menu->isVisible();
   });
-  EXPECT_EQ(Selected(), sKey);
+  if (way == scenarios::MenuWay::RightClick) {
+    EXPECT_EQ(m_window->Session().Selected(), shown) << "the menu showed something else";
+  } else {
+    EXPECT_EQ(Selected(), sKey);
+  }
   return menu;
 }
 
@@ -596,7 +604,12 @@ Boolean HostDriver::CanRefresh() const {
 
 void HostDriver::Refresh() {
   Activate();
-  QTest::keyClick(m_window->windowHandle(), Qt::Key_F5);
+  // Where it is off, its key has another meaning.
+  if (CanRefresh()) {
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_F5);
+  } else {
+    m_window->findChild<QAction*>("actRefresh")->trigger();
+  }
   WaitFor([] { return true; });
 }
 

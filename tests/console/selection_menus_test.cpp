@@ -85,7 +85,7 @@ TEST_F(MainWindowTest, shift_f10_does_what_the_menu_key_does) {
   EXPECT_NE(menu->findChild<QAction*>("m_mnuOptions"), nullptr);
 }
 
-TEST_F(MainWindowTest, right_click_on_a_table_does_not_run_its_query) {
+TEST_F(MainWindowTest, right_click_on_a_table_does_not_run_its_query_and_a_command_runs_it_once) {
   m_script->menus["Table"] = {{"m_mnuQuery", "Query...", true}};
   ExpandToTables();
   m_script->log.clear();
@@ -98,7 +98,9 @@ TEST_F(MainWindowTest, right_click_on_a_table_does_not_run_its_query) {
   ASSERT_NE(query, nullptr);
   QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(query).center());
   Settle();
-  EXPECT_THAT(m_script->log, ElementsAre("Click m_mnuQuery 1"));
+  EXPECT_EQ(m_script->log.front(), "Click m_mnuQuery 1");
+  EXPECT_THAT(m_script->log, Contains("Activate TableEditorOcxView with control").Times(1));
+  EXPECT_EQ(Session().Selected(), Find("alpha.Catalogs.Machine.Tags"));
 }
 
 TEST_F(MainWindowTest, command_on_an_item_with_a_list_takes_its_place_from_a_grid) {
@@ -114,6 +116,23 @@ TEST_F(MainWindowTest, command_on_an_item_with_a_list_takes_its_place_from_a_gri
   Settle();
   EXPECT_EQ(Session().Selected(), Find("beta"));
   EXPECT_EQ(m_script->log.back(), "Click m_mnuDisconnect 1");
+}
+
+TEST_F(MainWindowTest, item_that_its_command_removed_is_not_shown_afterwards) {
+  m_script->menus["Table"] = {{"m_mnuRemove", "Remove", true}};
+  m_script->menuClick = [](Services& services, const Text&, const platform::Selection& selection) {
+    services.console->ScopeItems().Remove(selection.ScopeItem(1)->Key());
+  };
+  ExpandToTables();
+  m_script->log.clear();
+  RightClick("alpha.Catalogs.Machine.Tags");
+  auto* menu = m_window->findChild<QMenu*>("contextMenu");
+  ASSERT_NE(menu, nullptr);
+  auto* remove = menu->findChild<QAction*>("m_mnuRemove");
+  QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(remove).center());
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find(""));
+  EXPECT_THAT(m_script->log, ElementsAre("Click m_mnuRemove 1"));
 }
 
 TEST_F(MainWindowTest, menu_asked_for_while_a_table_is_being_shown_opens_afterwards) {
@@ -194,7 +213,7 @@ TEST_F(MainWindowTest, action_menu_has_the_commands_of_the_selection) {
 TEST_F(MainWindowTest, menus_have_the_heading_that_the_snap_in_gave_their_commands) {
   m_script->menus["Servers"] = {{"m_mnuOptions", "Options...", true}};
   QMenu menu;
-  m_window->Menus().Fill(menu, HostedSelection({Find("")}));
+  m_window->Menus().Fill(menu, HostedSelection({Find("")}), SelectionMenus::Origin::Tree);
   const auto actions = menu.actions();
   ASSERT_GE(actions.size(), 3);
   EXPECT_EQ(actions[0]->text(), "&Open");

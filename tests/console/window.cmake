@@ -25,6 +25,7 @@ if(TARGET ORVOLEDBCtls AND TARGET ORVOLEDB AND TARGET ORVOLEDBSnapIn)
       historians_by_guid_test.cpp
       host_driver.cpp
       host_driver.h
+      living_tree_test.cpp
       reader_first_test.cpp
       shown_qt_form.cpp
       shown_qt_form.h

@@ -299,9 +299,8 @@ scenarios::GridSnapshot FakeDriver::Grid() const {
 }
 
 std::vector<platform::MenuItem> FakeDriver::MenuItems(const Text& sKey) {
-  if (Item(sKey) != m_selected) Select(sKey);
   fakes::FakeContextMenu menu;
-  snapIn->Views_AddTopMenuItems(console->CurrentView(), fakes::FakeSelection(m_selected), menu,
+  snapIn->Views_AddTopMenuItems(console->CurrentView(), fakes::FakeSelection(Item(sKey)), menu,
                                 true);
   std::vector<platform::MenuItem> items;
   for (const auto& top : menu.menus) {
@@ -310,13 +309,15 @@ std::vector<platform::MenuItem> FakeDriver::MenuItems(const Text& sKey) {
   return items;
 }
 
-std::vector<scenarios::MenuEntry> FakeDriver::Menu(const Text& sKey, scenarios::MenuWay) {
+std::vector<scenarios::MenuEntry> FakeDriver::Menu(const Text& sKey, scenarios::MenuWay way) {
+  if (way != scenarios::MenuWay::RightClick && Item(sKey) != m_selected) Select(sKey);
   std::vector<scenarios::MenuEntry> entries;
   for (const auto& item : MenuItems(sKey)) entries.push_back({item.sCaption, item.bEnabled});
   return entries;
 }
 
 void FakeDriver::Choose(const Text& sKey, const Text& sCaption, scenarios::MenuWay) {
+  if (Item(sKey) != m_selected) Select(sKey);
   for (const auto& item : MenuItems(sKey)) {
     if (item.sCaption != sCaption) continue;
     EXPECT_TRUE(item.bEnabled) << sCaption;

@@ -194,10 +194,6 @@ int ResultList::RowCount() const {
   return m_order->rowCount();
 }
 
-int ResultList::SourceRow(int iShownRow) const {
-  return m_order->mapToSource(m_order->index(iShownRow, 0)).row();
-}
-
 std::vector<int> ResultList::ColumnWidths() const {
   std::vector<int> widths;
   for (int i = 0; i < m_details->header()->count(); ++i) {

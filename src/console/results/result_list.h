@@ -32,10 +32,7 @@ class ResultList final : public QStackedWidget {
   /// Scope items of the selected rows, in the order of the rows shown.
   std::vector<ScopeTreeItemPtr> SelectedItems() const;
   int SelectedRows() const;
-  /// Texts of all rows as they are ordered now.
   int RowCount() const;
-  /// Model row behind the row shown at that position.
-  int SourceRow(int iShownRow) const;
   /// The view on the screen.
   QAbstractItemView* ActiveView() const;
   QTreeView* DetailsView() const noexcept { return m_details; }

@@ -76,11 +76,6 @@ ScopeTreeItemPtr ResultListModel::ItemAt(int iRow) const {
   return m_view.Item()->Children()[static_cast<std::size_t>(iRow)];
 }
 
-int ResultListModel::RowOf(const ScopeTreeItem& item) const {
-  if (m_bOwnRows || item.Parent() != m_view.Item().get()) return -1;
-  return m_tree.IndexOf(item).row();
-}
-
 Long ResultListModel::ImageAt(int iRow) const {
   if (m_bOwnRows) return m_view.Rows().Items()[static_cast<std::size_t>(iRow)].Icon();
   return m_view.Item()->Children()[static_cast<std::size_t>(iRow)]->Image();

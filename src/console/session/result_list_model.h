@@ -27,8 +27,6 @@ class ResultListModel final : public QAbstractTableModel {
   const std::vector<Column>& Columns() const noexcept { return m_columns; }
   /// The scope item behind a row, or null for a row of the snap-in's own.
   ScopeTreeItemPtr ItemAt(int iRow) const;
-  /// Row of the scope item, or -1.
-  int RowOf(const ScopeTreeItem& item) const;
   /// Image number of the row's picture.
   platform::Long ImageAt(int iRow) const;
   /// All sub-item texts of the row, shown or not.

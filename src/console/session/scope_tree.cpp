@@ -70,10 +70,10 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
                             Boolean bHasChildren) {
   const auto* node = dynamic_cast<ScopeTreeNode*>(parent.get());
   if (!node || node->Owner().m_tree != this) {
-    throw Failure(
-        failure::kInvalidArgument,
-        "The item \"" + sKey + "\" cannot be added beneath an item that is gone; reload its server.",
-        "console");
+    throw Failure(failure::kInvalidArgument,
+                  "The item \"" + sKey +
+                      "\" cannot be added beneath an item that is gone; reload its server.",
+                  "console");
   }
   const auto* type = NodeType(sNodeTypeName);
   if (!type) {

@@ -14,11 +14,11 @@
 #include "console/scope/scope_pane.h"
 #include "console/session/server_of.h"
 #include "console/window/about_box.h"
+#include "console/window/kept_view.h"
 #include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
 #include "console/window/selection_menus.h"
 #include "console/window/toolbar_view.h"
-#include "console/window/view_state.h"
 
 namespace orvane::console {
 
@@ -110,7 +110,7 @@ void MainWindow::FollowPanes() {
   connect(m_scope, &ScopePane::ExpandRequested, this, &MainWindow::RequestExpand);
   connect(m_scope, &ScopePane::MenuRequested, this,
           [this](const ScopeTreeItemPtr& item, const QPoint& position) {
-            m_selectionMenus->Show(HostedSelection({item}), position);
+            m_selectionMenus->Show(HostedSelection({item}), SelectionMenus::Origin::Tree, position);
           });
   connect(m_results, &ResultPane::ViewChosen, this, [this](int iView) {
     if (!m_session.IsBusy() && iView >= 0) m_session.ShowView(static_cast<std::size_t>(iView));

@@ -29,9 +29,11 @@ SelectionMenus::SelectionMenus(ConsoleSession& session, ScopePane& scope, Result
       m_window(window) {
   connect(qApp, &QApplication::focusChanged, this,
           [this](const QWidget*, const QWidget* now) { NotePane(now); });
+  connect(m_menus.mnuAction, &QMenu::aboutToHide, this, [this] { emit StatusText({}); });
   connect(m_menus.mnuAction, &QMenu::aboutToShow, this, [this] {
     m_menus.mnuAction->clear();
-    if (!m_session.IsBusy()) Fill(*m_menus.mnuAction, Current());
+    if (m_session.IsBusy()) return;
+    Fill(*m_menus.mnuAction, Current(), IsAboutList() ? Origin::List : Origin::Tree);
   });
 }
 
@@ -52,11 +54,12 @@ HostedSelection SelectionMenus::OfList() const {
   return HostedSelection::OfListItems(m_results.List().SelectedRows());
 }
 
+bool SelectionMenus::IsAboutList() const {
+  return m_results.IsListShown() && m_bInList && OfList().Type() != platform::kSelectionNothing;
+}
+
 HostedSelection SelectionMenus::Current() const {
-  if (m_results.IsListShown() && m_bInList) {
-    auto selection = OfList();
-    if (selection.Type() != platform::kSelectionNothing) return selection;
-  }
+  if (IsAboutList()) return OfList();
   // The item that typing has come to may not be shown yet, but it is the one that is marked.
   auto item = m_scope.Marked();
   if (!item) item = m_session.Selected();
@@ -83,7 +86,7 @@ void SelectionMenus::AddOpen(QMenu& menu, const ScopeTreeItemPtr& item) {
 }
 
 void SelectionMenus::AddCommands(QMenu& menu, const platform::Menu& commands,
-                                 const HostedSelection& selection) {
+                                 const HostedSelection& selection, Origin origin) {
   if (!commands.sCaption.empty()) {
     menu.addSection(Shown(commands.sCaption));
   } else if (!menu.isEmpty()) {
@@ -97,7 +100,7 @@ void SelectionMenus::AddCommands(QMenu& menu, const platform::Menu& commands,
     action->setEnabled(entry.bEnabled);
     connect(
         action, &QAction::triggered, this,
-        [this, entry, lIndex, selection] { Click(entry, lIndex, selection); },
+        [this, entry, lIndex, selection, origin] { Click(entry, lIndex, selection, origin); },
         Qt::QueuedConnection);
     connect(action, &QAction::hovered, this,
             [this, sText = Shown(entry.sStatusText)] { emit StatusText(sText); });
@@ -105,18 +108,19 @@ void SelectionMenus::AddCommands(QMenu& menu, const platform::Menu& commands,
 }
 
 void SelectionMenus::Click(const platform::MenuItem& entry, platform::Long lIndex,
-                           const HostedSelection& selection) {
+                           const HostedSelection& selection, Origin origin) {
   if (m_session.IsBusy()) return;
   const auto& items = selection.Items();
-  const auto* view = m_session.CurrentResultView();
-  // What a command on a server or its catalogs does, it does to the grid shown too, whose rows may
-  // be of another one; a list in its place has nothing to lose.
-  if (items.size() == 1 && IsListed(*items.front()) && view && view->IsControl()) {
-    m_session.Select(items.front());
-  }
+  const bool bFollow =
+      origin == Origin::Tree && items.size() == 1 && items.front() != m_session.Selected();
+  const bool bListed = items.size() == 1 && IsListed(*items.front());
+  // A command on a server or its catalogs finds no grid of another one shown. A table or a query is
+  // shown afterwards, so that it runs once, and as the command has left it.
+  if (bFollow && bListed) m_session.Select(items.front());
   emit StatusText(Shown(entry.sStatusText));
   m_session.ClickMenu(entry.sName, lIndex, selection);
   emit StatusText({});
+  if (bFollow && !bListed) m_session.Select(items.front());
 }
 
 bool SelectionMenus::IsListed(const ScopeTreeItem& item) const {
@@ -144,15 +148,16 @@ void SelectionMenus::AddRefresh(QMenu& menu, const HostedSelection& selection) {
       Qt::QueuedConnection);
 }
 
-void SelectionMenus::Fill(QMenu& menu, const HostedSelection& selection) {
+void SelectionMenus::Fill(QMenu& menu, const HostedSelection& selection, Origin origin) {
   if (selection.Items().size() == 1) AddOpen(menu, selection.Items().front());
-  for (const auto& commands : m_session.MenusOf(selection)) AddCommands(menu, commands, selection);
+  for (const auto& commands : m_session.MenusOf(selection))
+    AddCommands(menu, commands, selection, origin);
   AddRefresh(menu, selection);
 }
 
-void SelectionMenus::Show(const HostedSelection& selection, const QPoint& position) {
+void SelectionMenus::Show(const HostedSelection& selection, Origin origin, const QPoint& position) {
   if (m_session.IsBusy()) {
-    m_awaited = {selection, position};
+    m_awaited = {selection, origin, position};
     return;
   }
   const auto& items = selection.Items();
@@ -163,7 +168,7 @@ void SelectionMenus::Show(const HostedSelection& selection, const QPoint& positi
   auto* menu = new QMenu(m_window);
   menu->setObjectName("contextMenu");
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  Fill(*menu, selection);
+  Fill(*menu, selection, origin);
   connect(menu, &QMenu::aboutToHide, this, [this] {
     m_scope.MenuClosed();
     emit StatusText({});
@@ -176,12 +181,12 @@ void SelectionMenus::ShowForList(const QPoint& position) {
   if (selection.Type() == platform::kSelectionNothing && m_session.Selected()) {
     selection = HostedSelection({m_session.Selected()});
   }
-  Show(selection, position);
+  Show(selection, Origin::List, position);
 }
 
 void SelectionMenus::ShowAwaited() {
   if (const auto awaited = std::exchange(m_awaited, {})) {
-    Show(awaited->selection, awaited->position);
+    Show(awaited->selection, awaited->origin, awaited->position);
   }
 }
 

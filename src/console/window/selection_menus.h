@@ -22,6 +22,9 @@ class SelectionMenus final : public QObject {
   Q_OBJECT
 
  public:
+  /// Where the selection was made. Who chooses a command in the tree is taken to its item.
+  enum class Origin : std::uint8_t { Tree, List };
+
   /// All of these outlive the menus, which come up over the window.
   SelectionMenus(ConsoleSession& session, ScopePane& scope, ResultPane& results,
                  const WindowMenus& menus, QWidget* window);
@@ -30,9 +33,9 @@ class SelectionMenus final : public QObject {
   /// tree.
   HostedSelection Current() const;
   /// Fills a menu with the commands for the selection.
-  void Fill(QMenu& menu, const HostedSelection& selection);
+  void Fill(QMenu& menu, const HostedSelection& selection, Origin origin);
   /// Opens the menu there; while the session is at work, when that has ended.
-  void Show(const HostedSelection& selection, const QPoint& position);
+  void Show(const HostedSelection& selection, Origin origin, const QPoint& position);
   /// Opens the menu of the rows marked in the list, or of the item listed when there are none.
   void ShowForList(const QPoint& position);
   /// Opens what was asked for while the session was at work.
@@ -50,6 +53,7 @@ class SelectionMenus final : public QObject {
 
  private:
   HostedSelection OfList() const;
+  bool IsAboutList() const;
   /// Remembers the pane that the focus came to.
   void NotePane(const QWidget* focus);
   /// True for an item that shows a list.
@@ -58,11 +62,13 @@ class SelectionMenus final : public QObject {
   /// The command that reads the item anew, whether it is the one shown or not.
   void AddRefresh(QMenu& menu, const HostedSelection& selection);
   void Click(const platform::MenuItem& entry, platform::Long lIndex,
-             const HostedSelection& selection);
-  void AddCommands(QMenu& menu, const platform::Menu& commands, const HostedSelection& selection);
+             const HostedSelection& selection, Origin origin);
+  void AddCommands(QMenu& menu, const platform::Menu& commands, const HostedSelection& selection,
+                   Origin origin);
 
   struct Awaited {
     HostedSelection selection;
+    Origin origin;
     QPoint position;
   };
 

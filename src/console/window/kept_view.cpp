@@ -1,4 +1,4 @@
-#include "console/window/view_state.h"
+#include "console/window/kept_view.h"
 
 #include <QAction>
 #include <QMainWindow>
