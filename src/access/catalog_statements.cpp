@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/ado/extended_options.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 
@@ -59,7 +60,8 @@ Text CreateCatalog(platform::ObjectFactory& objects, platform::UserInterface& ui
   command->Execute(nullptr, platform::kOptionUnspecified);
   ui.MousePointer(platform::kMousePointerDefault);
   ui.DoEvents();
-  if (!platform::ToBoolean(cn->Properties().Item("Historians By GUID").Value())) return sName;
+  if (!platform::ToBoolean(cn->Properties().Item(platform::kHistoriansByGuidOption).Value()))
+    return sName;
   command->CommandText(FormIdentityLookup(sName));
   const RecordsetPtr rs = command->Execute(nullptr, platform::kOptionUnspecified);
   if (rs->Eof()) {

@@ -1,26 +1,14 @@
 #include "access/extended_options.h"
 
-#include "platform/conversions.h"
+#include "platform/ado/extended_options.h"
 
 namespace orvane::access {
-namespace {
-
-constexpr const char* kNames[] = {"Log File",       "Log Level", "Identifier Prefixes",
-                                  "Time as Double", "Time Zone", "Historians By GUID"};
-
-}  // namespace
 
 platform::Text FormExtendedOptions(const platform::Text& sStored,
                                    const platform::ConnectionPtr& cn) {
-  platform::Text sOptions = sStored;
-  if (!cn) return sOptions;
-  for (const char* sName : kNames) {
-    sOptions += sName;
-    sOptions += " = ";
-    sOptions += platform::ToText(cn->Properties().Item(sName).Value());
-    sOptions += ';';
-  }
-  return sOptions;
+  if (!cn) return sStored;
+  return sStored + platform::ExtendedOptionsText(
+                       [&](const char* sName) { return cn->Properties().Item(sName).Value(); });
 }
 
 }  // namespace orvane::access

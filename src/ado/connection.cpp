@@ -2,9 +2,9 @@
 
 #include "ado/out_of_memory.h"
 #include "ado/secret.h"
-#include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "platform/stored_secret.h"
 
 namespace orvane::ado {
 
@@ -17,28 +17,12 @@ namespace {
 constexpr const char* kProvider = "Provider";
 constexpr const char* kDisableServerSelection = "Disable Server Selection";
 
-// Looks at the items one by one, so that a string is refused also when it cannot be read as a
-// whole. The sentence repeats nothing of the string.
+// Looks at the text before it is read, so that it is refused also when it cannot be read as a whole.
+// The sentence repeats nothing of it.
 void RefusePassword(std::string_view sConnectionString) {
-  while (!sConnectionString.empty()) {
-    const std::size_t end = sConnectionString.find(';');
-    std::string_view sName = sConnectionString.substr(0, end);
-    sConnectionString =
-        end == std::string_view::npos ? std::string_view() : sConnectionString.substr(end + 1);
-    const std::size_t equals = sName.find('=');
-    if (equals == std::string_view::npos) continue;
-    // Blanks inside do not make it another name.
-    Text sBare;
-    for (const char character : sName.substr(0, equals)) {
-      if (character != ' ' && character != '\t' && character != '\r' && character != '\n') {
-        sBare.push_back(character);
-      }
-    }
-    sBare = platform::FoldCase(sBare);
-    if (sBare == "password" || sBare == "pwd") {
-      throw Failure(failure::kInvalidArgument,
-                    "A connection string must not hold a password: type it in the logon dialog.");
-    }
+  if (platform::HoldsSecret(sConnectionString)) {
+    throw Failure(failure::kInvalidArgument,
+                  "A connection string must not hold a password: type it in the logon dialog.");
   }
 }
 
@@ -124,6 +108,7 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
   const bool bPrompt =
       platform::ToLong(m_properties.Get(ConnectionProperties::kPrompt)) == platform::kPromptAlways;
   if (bPrompt) AskForLogon(logon);
+  RefusePassword(logon.sServer);
   settings.Set(ConnectionProperties::kDataSource, logon.sServer);
   settings.Set(ConnectionProperties::kUserId, logon.sUser);
 

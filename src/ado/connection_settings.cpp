@@ -2,6 +2,8 @@
 
 #include "platform/case_folding.h"
 #include "platform/failure.h"
+#include "platform/one_line.h"
+#include "platform/stored_secret.h"
 
 namespace orvane::ado {
 
@@ -9,21 +11,14 @@ using platform::Text;
 
 namespace {
 
+// Of an item that a sentence repeats.
+constexpr std::size_t kMostQuoted = 100;
+
 std::string_view Trimmed(std::string_view sText) {
   constexpr std::string_view kBlanks = " \t\r\n";
   const std::size_t first = sText.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
   return sText.substr(first, sText.find_last_not_of(kBlanks) - first + 1);
-}
-
-// A sentence must not repeat such an item.
-bool LooksLikePassword(std::string_view sItem) {
-  Text sBare;
-  for (const char character : sItem) {
-    if (character != ' ' && character != '\t') sBare.push_back(character);
-  }
-  sBare = platform::FoldCase(sBare);
-  return sBare.find("password") != Text::npos || sBare.find("pwd") != Text::npos;
 }
 
 }  // namespace
@@ -39,14 +34,16 @@ ConnectionSettings ConnectionSettings::Parse(std::string_view sConnectionString)
     // The first "=" ends the name; further ones belong to the value.
     const std::size_t equals = sItem.find('=');
     if (equals == std::string_view::npos) {
-      if (LooksLikePassword(sItem)) {
+      // A sentence must not repeat such an item.
+      if (platform::MentionsSecret(sItem)) {
         throw platform::Failure(platform::failure::kInvalidArgument,
                                 "The connection string has an item without \"=\" that looks like a "
                                 "password: leave it out and type the password in the logon "
                                 "dialog.");
       }
       throw platform::Failure(platform::failure::kInvalidArgument,
-                              "The connection string has an item without \"=\": \"" + Text(sItem) +
+                              "The connection string has an item without \"=\": \"" +
+                                  platform::OneLine(sItem, kMostQuoted) +
                                   "\"; write it as \"Name = value;\".");
     }
     const std::string_view sName = Trimmed(sItem.substr(0, equals));

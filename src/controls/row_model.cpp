@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "controls/tip_text.h"
+#include "platform/utf8.h"
 
 namespace orvane::controls {
 
@@ -24,7 +25,7 @@ QVariant TypedVariant(const Value& vtValue) {
                       static_cast<qsizetype>(bytes->size()));
   }
   const auto* sText = vtValue.As<platform::Text>();
-  if (sText && QUtf8StringView(*sText).isValidUtf8()) return QString::fromStdString(*sText);
+  if (sText && platform::IsUtf8(*sText)) return QString::fromStdString(*sText);
   // What the toolkit has no exact type for goes as it is: a decimal is no double, a timestamp has
   // more digits than a QDateTime, and what is shown of either is not the value.
   return QVariant::fromValue(vtValue);

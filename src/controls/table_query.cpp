@@ -1,7 +1,6 @@
 #include "controls/table_query.h"
 
 #include <QByteArray>
-#include <QUtf8StringView>
 #include <algorithm>
 #include <cstdint>
 #include <nlohmann/json.hpp>
@@ -11,6 +10,7 @@
 
 #include "controls/sql_text.h"
 #include "platform/failure.h"
+#include "platform/utf8.h"
 
 namespace orvane::controls {
 
@@ -51,7 +51,7 @@ void AppendString(Text& sState, const Text& sText) {
 /// A name in an old encoding, out of a database, is no UTF-8 text and so no JSON string either; its
 /// bytes are kept as they are.
 void AppendText(Text& sState, const Text& sText) {
-  if (QUtf8StringView(sText.data(), static_cast<qsizetype>(sText.size())).isValidUtf8()) {
+  if (platform::IsUtf8(sText)) {
     AppendString(sState, sText);
     return;
   }

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 
+#include "platform/ado/extended_options.h"
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "platform/stored_secret.h"
 
 namespace orvane::provider {
 namespace {
@@ -18,8 +20,7 @@ namespace failure = platform::failure;
 
 enum Option { LogFile, LogLevel, IdentifierPrefixes, TimeAsDouble, TimeZone, HistoriansByGuid };
 
-constexpr std::array<const char*, 6> kNames = {"Log File",       "Log Level", "Identifier Prefixes",
-                                               "Time as Double", "Time Zone", "Historians By GUID"};
+constexpr const auto& kNames = platform::kExtendedOptions;
 
 std::optional<Option> FindOption(const Text& sName) {
   const Text sFolded = platform::FoldCase(sName);
@@ -77,6 +78,12 @@ Text ReadText(Option option, const Value& vtValue) {
   if (sText == nullptr) {
     throw Failure(failure::kInvalidArgument,
                   "\"" + Text(kNames[option]) + "\" is a text; enter one.");
+  }
+  // The texts of options are saved with the document.
+  if (platform::HoldsSecret(*sText)) {
+    throw Failure(failure::kInvalidArgument,
+                  "\"" + Text(kNames[option]) +
+                      "\" must not hold a password: leave it out and type it in the logon dialog.");
   }
   return *sText;
 }

@@ -5,6 +5,7 @@
 #include "platform/conversions.h"
 #include "tests/ado/connection_fakes.h"
 #include "tests/ado/failure_of.h"
+#include "tests/fakes/stored_secrets.h"
 
 namespace orvane::ado {
 namespace {
@@ -190,13 +191,33 @@ TEST_F(ConnectionLogonTest,
 TEST_F(ConnectionLogonTest, refuses_a_password_in_the_string_and_does_not_keep_or_repeat_it) {
   const Told expected{failure::kInvalidArgument,
                       "A connection string must not hold a password: type it in the logon dialog."};
-  for (const Text sItem : {"Password = swordfish;", "PWD=swordfish", "pass word\t= swordfish;",
-                           "junk; Password = sword;fish"}) {
+  for (const Text& sItem : fakes::TextsWithSecret()) {
     EXPECT_EQ(OpenFails(kString + sItem), expected) << sItem;
     EXPECT_EQ(FailureOf([&] { cn->ConnectionString(kString + sItem); }), expected) << sItem;
     EXPECT_EQ(cn->ConnectionString(), "");
   }
   ExpectClosed();
+}
+
+TEST_F(ConnectionLogonTest, refuses_a_password_in_the_server_that_was_chosen_or_set) {
+  const Told expected{failure::kInvalidArgument,
+                      "A connection string must not hold a password: type it in the logon dialog."};
+  for (const Text& sServer : fakes::TextsWithSecret()) {
+    cn->Properties().Item("Prompt").Value(kPromptAlways);
+    prompt->answer = [&](LogonRequest& request) {
+      request.sServer = sServer;
+      return true;
+    };
+    EXPECT_EQ(OpenFails(), expected) << sServer;
+  }
+  EXPECT_TRUE(journal.calls.empty());
+}
+
+TEST_F(ConnectionLogonTest, takes_a_string_that_only_looks_like_one_with_a_password) {
+  for (const Text& sItem : fakes::TextsWithoutSecret()) {
+    if (sItem.find('=') == Text::npos) continue;
+    EXPECT_EQ(FailureOf([&] { cn->ConnectionString(kString + sItem); }), Told()) << sItem;
+  }
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 namespace orvane::ado {
 namespace {
 
+using platform::Text;
 using tests::FailureOf;
 using tests::Told;
 using Items = std::vector<std::pair<platform::Text, platform::Text>>;
@@ -82,13 +83,20 @@ TEST(ConnectionSettings, refuses_an_item_without_an_equals_sign) {
 
 TEST(ConnectionSettings, repeats_no_item_that_looks_like_a_password) {
   for (const char* const sString :
-       {"a=1;password secret;", "PWD secret", "a=1; Pass Word: secret ;b=2", "'pwd' secret"}) {
+       {"a=1;password secret;", "PWD secret", "a=1; Pass Word: secret ;b=2", "'pwd' secret",
+        "anna:secret@h", "a=1; pass%77ord secret"}) {
     EXPECT_EQ(FailureOf([&] { ConnectionSettings::Parse(sString); }),
               (Told{platform::failure::kInvalidArgument,
                     "The connection string has an item without \"=\" that looks like a password: "
                     "leave it out and type the password in the logon dialog."}))
         << sString;
   }
+}
+
+TEST(ConnectionSettings, repeats_a_refused_item_on_one_line_and_not_all_of_a_long_one) {
+  const auto told = FailureOf([] { ConnectionSettings::Parse("a\nb" + Text(1000, 'x')); });
+  EXPECT_EQ(told.sSentence, "The connection string has an item without \"=\": \"a\\nb" +
+                                Text(97, 'x') + "...\"; write it as \"Name = value;\".");
 }
 
 TEST(ConnectionSettings, refuses_an_item_without_a_name) {

@@ -2,27 +2,18 @@
 
 #include <algorithm>
 
-#include "platform/conversions.h"
+#include "platform/ado/extended_options.h"
 #include "platform/failure.h"
 
 namespace orvane::console {
 
 using platform::Text;
 
-namespace {
-
-constexpr const char* kOptions[] = {"Log File",       "Log Level", "Identifier Prefixes",
-                                    "Time as Double", "Time Zone", "Historians By GUID"};
-
-}  // namespace
-
 void OptionTexts::Note(const ado::Session& session) {
   Text sText;
   try {
-    for (const char* sOption : kOptions) {
-      sText.append(sOption).append(" = ");
-      sText.append(platform::ToText(session.PropertyValue(sOption))).append(";");
-    }
+    sText = platform::ExtendedOptionsText(
+        [&](const char* sName) { return session.PropertyValue(sName); });
   } catch (const platform::Failure&) {
     // Such a server cannot be saved while it is connected, so there is no text to know.
     return;

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "platform/failure.h"
+#include "platform/utf8.h"
 
 namespace orvane::tools {
 namespace {
@@ -10,35 +11,6 @@ namespace {
 using platform::Text;
 
 constexpr int kEnd = std::char_traits<char>::eof();
-
-bool IsUtf8(std::string_view sText) {
-  for (std::size_t i = 0; i < sText.size();) {
-    const auto at = [&](std::size_t n) { return static_cast<unsigned char>(sText[n]); };
-    const unsigned lead = at(i);
-    std::size_t nLength = 1;
-    unsigned least = 0;
-    unsigned code = lead;
-    if (lead >= 0x80) {
-      if (lead >= 0xF0 && lead <= 0xF4) {
-        nLength = 4, least = 0x10000, code = lead & 0x07U;
-      } else if (lead >= 0xE0 && lead <= 0xEF) {
-        nLength = 3, least = 0x800, code = lead & 0x0FU;
-      } else if (lead >= 0xC2 && lead <= 0xDF) {
-        nLength = 2, least = 0x80, code = lead & 0x1FU;
-      } else {
-        return false;
-      }
-    }
-    if (i + nLength > sText.size()) return false;
-    for (std::size_t next = i + 1; next < i + nLength; ++next) {
-      if ((at(next) & 0xC0U) != 0x80U) return false;
-      code = (code << 6U) | (at(next) & 0x3FU);
-    }
-    if (code < least || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return false;
-    i += nLength;
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -89,7 +61,7 @@ CsvField CsvReader::ReadField() {
     }
     m_nEnd = c;
   }
-  if (!IsUtf8(field.sText)) Fail(m_llRecordLine, "a field is no UTF-8 text");
+  if (!platform::IsUtf8(field.sText)) Fail(m_llRecordLine, "a field is no UTF-8 text");
   return field;
 }
 

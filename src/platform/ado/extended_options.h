@@ -1,0 +1,29 @@
+// The six extended options of a connection: their names, their published order, and the text in
+// which a saved server carries them.
+// Used by the provider, which offers them, the model, which saves them, and the host, which knows
+// them again; any thread.
+#pragma once
+
+#include <array>
+#include <functional>
+
+#include "platform/value.h"
+
+namespace orvane::platform {
+
+constexpr const char* kLogFileOption = "Log File";
+constexpr const char* kLogLevelOption = "Log Level";
+constexpr const char* kIdentifierPrefixesOption = "Identifier Prefixes";
+constexpr const char* kTimeAsDoubleOption = "Time as Double";
+constexpr const char* kTimeZoneOption = "Time Zone";
+constexpr const char* kHistoriansByGuidOption = "Historians By GUID";
+
+constexpr std::array kExtendedOptions = {
+    kLogFileOption,      kLogLevelOption, kIdentifierPrefixesOption,
+    kTimeAsDoubleOption, kTimeZoneOption, kHistoriansByGuidOption};
+
+/// "Name = value;" of each option in the published order. The values are asked for in that order;
+/// a failure of asking passes through.
+Text ExtendedOptionsText(const std::function<Value(const char* sName)>& valueOf);
+
+}  // namespace orvane::platform
