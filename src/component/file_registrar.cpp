@@ -1,17 +1,16 @@
 #include "component/file_registrar.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "component/class_file.h"
 #include "component/trusted_path.h"
+#include "files/replacement.h"
 #include "platform/failure.h"
 
 namespace orvane::component {
@@ -29,28 +28,13 @@ using platform::Text;
                 "component", nError);
 }
 
-bool WriteAll(int nFile, std::string_view sContent) {
-  while (!sContent.empty()) {
-    const ssize_t nWritten = write(nFile, sContent.data(), sContent.size());
-    if (nWritten < 0 && errno == EINTR) continue;
-    if (nWritten < 0) return false;
-    sContent.remove_prefix(static_cast<std::size_t>(nWritten));
-  }
-  return true;
-}
-
-// Through a file beside it that takes its name: readers see the old content or the new.
-void WriteAtomically(const fs::path& file, std::string_view sContent) {
-  Text sTemporary = file.string() + ".XXXXXX";
-  const int nFile = mkstemp(sTemporary.data());
-  if (nFile < 0) FailFile(file, "written", errno);
-  int nError = 0;
-  if (fchmod(nFile, 0644) != 0 || !WriteAll(nFile, sContent) || fsync(nFile) != 0) nError = errno;
-  if (close(nFile) != 0 && nError == 0) nError = errno;
-  if (nError == 0 && rename(sTemporary.c_str(), file.c_str()) != 0) nError = errno;
-  if (nError != 0) {
-    unlink(sTemporary.c_str());
-    FailFile(file, "written", nError);
+// What is registered may be read by everybody and written by nobody else, whatever was there before.
+void WriteClass(const fs::path& file, std::string_view sContent) {
+  constexpr mode_t kForAll = 0644;
+  try {
+    files::Replace(file, sContent, {.mode = kForAll, .bKeep = false});
+  } catch (const std::system_error& e) {
+    FailFile(file, "written", e.code().value());
   }
 }
 
@@ -85,6 +69,9 @@ void FileRegistrar::Commit(const fs::path& folder, const fs::path& library) cons
     RequireTrusted(files.front().first);
   }
   for (const auto& [file, sContent] : files) WriteAtomically(file, sContent);
+  std::error_code error;
+  if (!files.empty()) fs::create_directories(folder, error);
+  for (const auto& [file, sContent] : files) WriteClass(file, sContent);
   for (const auto& sProgId : m_sUnregistered) {
     const fs::path file = folder / ClassFileName(sProgId);
     if (unlink(file.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) {

@@ -20,8 +20,9 @@ class StatementLog {
   StatementLog& operator=(const StatementLog&) = delete;
   ~StatementLog();
 
-  /// Appends to the file from now on; an empty path or the level 0 closes it. Fails with
-  /// failure::kStorage, leaving the log as it was, when the file cannot be opened.
+  /// Appends to the file from now on; an empty path or the level 0 closes it. The file is new or
+  /// empty, or begins as such a log; no link is followed. Fails with failure::kStorage, leaving the
+  /// log as it was, when the file cannot be opened or is something else.
   void Open(const platform::Text& sFile, platform::Long lLevel);
 
   /// Level 2.

@@ -53,7 +53,7 @@ inline const std::vector<std::string>& TextsWithoutSecret() {
       "localhost",
       "Data Source = S1;Disable Server Selection = True;",
       "Log File = /var/log/a:b@c.log;Log Level = 2;",
-      "Log File = /home/anna/password.log",
+      "Log File = /users/anna/password.log",
       "Time Zone = CET-1CEST;User ID = anna@plant",
       "Compass = north; Bypass = True; Passage = 3; Secretary = anna",
       "100% = yes; 50%; %zz = 1",

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fakes/stored_secrets.h"
 #include "tests/provider/temporary_root.h"
 
 namespace orvane::provider {
@@ -69,6 +70,15 @@ TEST(session_options, take_null_and_the_empty_text_for_the_initial_value) {
       options.Set(description.sName, vtEmpty);
     }
     EXPECT_EQ(AllAsText(options), AllAsText({}));
+  }
+}
+
+TEST(session_options, hold_no_password) {
+  for (const Text& sText : fakes::TextsWithSecret()) {
+    SessionOptions options;
+    EXPECT_EQ(FailureOf([&] { options.Set("Time Zone", sText); }),
+              "5: \"Time Zone\" must not hold a password: leave it out and type it in the logon "
+              "dialog.");
   }
 }
 

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -125,6 +126,58 @@ TEST_F(statement_log, refuses_a_pipe_instead_of_waiting_for_its_reader) {
   char c = 0;
   EXPECT_EQ(read(nReader, &c, 1), 0);
   close(nReader);
+}
+
+TEST_F(statement_log, lets_nothing_act_that_a_statement_or_a_name_brings) {
+  const auto session = Open(3);
+  FailureOf([&] {
+    session->Execute(
+        {"SELECT 'a\r\n$(touch /tmp/x)\x1B[2J\xE2\x80\xAE' FROM \"no\nsuch\"..t", 0, {}}, {});
+  });
+  std::istringstream lines(Content());
+  int nLines = 0;
+  for (Text sLine; std::getline(lines, sLine); ++nLines) {
+    EXPECT_THAT(sLine, testing::StartsWith("# "));
+    EXPECT_TRUE(std::ranges::none_of(sLine, [](char c) { return c >= 0 && c < 0x20; })) << sLine;
+  }
+  EXPECT_GE(nLines, 3);
+  EXPECT_THAT(Content(), HasSubstr("'a\\r\\n$(touch /tmp/x)\\x1B[2J\\u{202E}'"));
+}
+
+TEST_F(statement_log, is_its_users_alone) {
+  const mode_t before = umask(0);
+  Open(2);
+  umask(before);
+  struct stat status {};
+  ASSERT_EQ(stat(File().c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+TEST_F(statement_log, leaves_every_file_that_is_none_as_it_is) {
+  const Text sOther = (m_root.Path() / "other").string();
+  const auto refusal = [&] {
+    HistorianProvider provider(PlaceAt(m_root.Path()));
+    return FailureOf([&] {
+      provider.Open(ado::ConnectionSettings::Parse("Log Level = 2;Log File = " + File()), "", {});
+    });
+  };
+  std::ofstream(File()) << "alias ls=ls\n";
+  EXPECT_EQ(refusal(), "3807: The log file " + File() +
+                           " holds something else than a log of statements, which is left as it "
+                           "is; enter the path of a new file.");
+  EXPECT_EQ(Content(), "alias ls=ls\n");
+  std::filesystem::remove(File());
+  std::filesystem::create_symlink(sOther, File());
+  EXPECT_EQ(refusal(), "3807: The log file " + File() +
+                           " is a symbolic link, or another user's link leads to it; enter the "
+                           "path of the file itself.");
+  EXPECT_FALSE(std::filesystem::exists(sOther));
+  std::filesystem::remove(File());
+  std::ofstream(sOther).flush();
+  std::filesystem::create_hard_link(sOther, File());
+  EXPECT_EQ(refusal(), "3807: The log file " + File() +
+                           " has other names as well (hard links); enter the path of a new file.");
+  EXPECT_EQ(Content(), "");
 }
 
 TEST_F(statement_log, appends_to_its_file_and_makes_the_folder_for_it) {

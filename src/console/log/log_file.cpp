@@ -1,13 +1,32 @@
 #include "console/log/log_file.h"
 
+#include <fcntl.h>
 #include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/rotating_file_sink.h>
-#include <spdlog/spdlog.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
-#include <memory>
+#include <string>
+
+#include "files/own_log.h"
+#include "platform/one_line.h"
 
 namespace orvane::console {
+
+namespace {
+
+/// A new one is its user's alone, whatever the umask.
+files::Descriptor OpenToAppend(const std::filesystem::path& path) {
+  constexpr int kFlags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  constexpr mode_t kOwners = S_IRUSR | S_IWUSR;
+  files::Descriptor made(open(path.c_str(), kFlags | O_CREAT | O_EXCL, kOwners));
+  if (made) {
+    fchmod(made.Get(), kOwners);
+    return made;
+  }
+  return files::Descriptor(open(path.c_str(), kFlags));
+}
+
+}  // namespace
 
 std::optional<std::filesystem::path> LogFile::StandardPath() {
   const char* sState = std::getenv("XDG_STATE_HOME");
@@ -20,18 +39,23 @@ std::optional<std::filesystem::path> LogFile::StandardPath() {
 
 void LogFile::Note(const platform::Failure& failure) noexcept {
   try {
-    // Opened for each line: another console may write, or lay the log aside, at any time.
-    spdlog::logger logger("console", std::make_shared<spdlog::sinks::rotating_file_sink_st>(
-                                         m_path.string(), kMaximumBytes, 1));
-    logger.set_formatter(std::make_unique<spdlog::pattern_formatter>(
-        "%Y-%m-%dT%H:%M:%S.%eZ [%P] %l %v", spdlog::pattern_time_type::utc));
-    // A full disk is no reason to write to the terminal.
-    logger.set_error_handler([](const std::string&) {});
+    spdlog::pattern_formatter formatter("%Y-%m-%dT%H:%M:%S.%eZ [%P] %l %v",
+                                        spdlog::pattern_time_type::utc);
     const bool bCancelled = failure.Number() == platform::failure::kCancelled;
-    logger.log(bCancelled ? spdlog::level::info : spdlog::level::err,
-               "number {} source \"{}\" native error {}", failure.Number(), failure.Source(),
-               failure.NativeError());
-    logger.flush();
+    const std::string sLine =
+        fmt::format("number {} source \"{}\" native error {}", failure.Number(),
+                    platform::OneLine(failure.Source()), failure.NativeError());
+    spdlog::memory_buf_t line;
+    formatter.format({"console", bCancelled ? spdlog::level::info : spdlog::level::err, sLine},
+                     line);
+    std::filesystem::create_directories(m_path.parent_path());
+    // Opened for each line: another console may write, or lay the log aside, at any time.
+    std::error_code ignored;
+    if (std::filesystem::file_size(m_path, ignored) >= kMaximumBytes && !ignored) {
+      auto aside = m_path;
+      std::filesystem::rename(m_path, aside.replace_extension(".1.log"), ignored);
+    }
+    files::AppendLine(OpenToAppend(m_path), {line.data(), line.size()});
   } catch (const std::exception&) {
     // There is nowhere left to tell; the user has been, or will be, in a box.
   }

@@ -1,0 +1,171 @@
+#include "files/replacement.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "files/attributes.h"
+
+namespace orvane::files {
+namespace {
+
+namespace fs = std::filesystem;
+using platform::Text;
+
+constexpr int kMostTries = 40;
+
+[[noreturn]] void Throw(int iError) {
+  throw std::system_error(iError, std::generic_category());
+}
+
+/// The file beside the one that is replaced. It carries the lock of its writer from its first
+/// moment, so that one left behind by a crash is known by having none.
+class Successor {
+ public:
+  Successor(const fs::path& target, const ReplaceOptions& options)
+      : m_path(SuccessorOf(target)), m_options(options) {
+    Create();
+  }
+  Successor(const Successor&) = delete;
+  Successor& operator=(const Successor&) = delete;
+  ~Successor() {
+    if (m_file) unlink(m_path.c_str());
+  }
+
+  const Descriptor& File() const { return m_file; }
+
+  void Write(std::string_view sBytes) const {
+    if (const int iError = WriteAt(m_file, 0, sBytes)) Throw(iError);
+    if (fsync(m_file.Get()) != 0) Throw(errno);
+  }
+
+  /// Takes the place of the target.
+  Descriptor Succeed(const fs::path& target) {
+    if (rename(m_path.c_str(), target.c_str()) != 0) Throw(errno);
+    // The new name lasts once its folder is on the disk; a file system that cannot say so keeps
+    // its own order.
+    const Descriptor folder(open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder) fsync(folder.Get());
+    return std::exchange(m_file, Descriptor());
+  }
+
+ private:
+  void Create() {
+    for (int i = 0; i < kMostTries; ++i) {
+      Descriptor created(open(m_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                              S_IRUSR | S_IWUSR));
+      if (created) {
+        if (TryLock(created, m_options.lock) && IsUnderName(created, m_path.c_str())) {
+          m_file = std::move(created);
+          if (fchmod(m_file.Get(), m_options.mode) != 0) Fail();
+          return;
+        }
+      } else if (errno == EEXIST) {
+        RemoveLeftover();
+      } else {
+        Throw(errno);
+      }
+    }
+    Throw(EBUSY);
+  }
+
+  [[noreturn]] void Fail() const {
+    const int iError = errno;
+    // No destructor runs yet.
+    unlink(m_path.c_str());
+    Throw(iError);
+  }
+
+  void RemoveLeftover() const {
+    const Descriptor old(open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (old && !TryLock(old, m_options.lock)) Throw(EBUSY);
+    if (unlink(m_path.c_str()) != 0 && errno != ENOENT) Throw(errno);
+  }
+
+  fs::path m_path;
+  const ReplaceOptions& m_options;
+  Descriptor m_file;
+};
+
+/// The file that is there, open for the most that one may.
+struct Present {
+  Descriptor file;
+  struct stat status {};
+};
+
+Present OpenPresent(const fs::path& target) {
+  Present present;
+  constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
+  present.file = Descriptor(open(target.c_str(), O_RDWR | kFlags));
+  if (!present.file && errno == ENOENT) return present;
+  if (!present.file) Throw(errno);
+  if (fstat(present.file.Get(), &present.status) != 0) Throw(errno);
+  if (!S_ISREG(present.status.st_mode)) Throw(EINVAL);
+  return present;
+}
+
+int WriteWhole(const Descriptor& file, std::string_view sBytes) {
+  if (const int iError = WriteAt(file, 0, sBytes)) return iError;
+  if (ftruncate(file.Get(), static_cast<off_t>(sBytes.size())) != 0) return errno;
+  return fsync(file.Get()) == 0 ? 0 : errno;
+}
+
+void WriteInPlace(const Present& present, std::string_view sBytes) {
+  Text sOld;
+  const auto nOld = static_cast<std::size_t>(present.status.st_size);
+  if (const int iError = ReadAt(present.file, 0, nOld, sOld)) Throw(iError);
+  if (const int iError = WriteWhole(present.file, sBytes)) {
+    // The room of the old bytes is still theirs.
+    WriteWhole(present.file, sOld);
+    Throw(iError);
+  }
+}
+
+}  // namespace
+
+bool TryLock(const Descriptor& file, LockFunction lock) {
+  return lock(file.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+fs::path BehindLinks(const fs::path& path) {
+  fs::path target = path;
+  for (int i = 0; i < kMostTries; ++i) {
+    std::error_code error;
+    const auto next = fs::read_symlink(target, error);
+    if (error) return target;
+    target = target.parent_path() / next;
+  }
+  return target;
+}
+
+fs::path SuccessorOf(const fs::path& file) {
+  Text sName = file.filename().string();
+  // A name may be as long as the file system lets it; with more to it, it would be too long.
+  constexpr std::size_t kLongest = 200;
+  if (sName.size() > kLongest) {
+    const std::size_t uRest = std::hash<Text>{}(sName);
+    sName = sName.substr(0, kLongest) + "." + std::to_string(uRest);
+  }
+  return file.parent_path() / ("." + sName + ".saving");
+}
+
+Descriptor Replace(const fs::path& path, std::string_view sBytes, const ReplaceOptions& options) {
+  const fs::path target = BehindLinks(path);
+  const Present present = OpenPresent(target);
+  Successor successor(target, options);
+  const bool bSucceeds =
+      !present.file || !options.bKeep || TakeAttributes(present.file, successor.File());
+  successor.Write(sBytes);
+  if (bSucceeds) return successor.Succeed(target);
+  WriteInPlace(present, sBytes);
+  return Descriptor();
+}
+
+}  // namespace orvane::files

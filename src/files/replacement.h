@@ -1,0 +1,47 @@
+// Giving a file new bytes in one step: whoever opens it finds all of the old or all of the new
+// ones, also after a crash. The one place where the program replaces files. Used for documents and
+// registration files; any thread, one at a time for one file.
+#pragma once
+
+#include <sys/file.h>
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string_view>
+
+#include "files/descriptor.h"
+
+namespace orvane::files {
+
+/// Takes the lock of a descriptor as flock does.
+using LockFunction = int (*)(int iDescriptor, int iOperation);
+
+/// False, without waiting, when another descriptor holds the lock. Any other error means that this
+/// file system has no locks to give, and nobody is kept from a file by that.
+bool TryLock(const Descriptor& file, LockFunction lock = flock);
+
+/// The file behind a chain of symbolic links, which need not exist.
+std::filesystem::path BehindLinks(const std::filesystem::path& path);
+
+/// The file that is written beside a file on the way to taking its place. One that nobody has
+/// locked is what a crash left.
+std::filesystem::path SuccessorOf(const std::filesystem::path& file);
+
+struct ReplaceOptions {
+  /// Of a file that is new, whatever the umask.
+  mode_t mode = 0600;
+  /// Whether a file that was there stays what it was beside its bytes; otherwise it is like a new one.
+  bool bKeep = true;
+  LockFunction lock = flock;
+};
+
+/// Gives the file behind the name these bytes. Usually another file takes its place, which has the
+/// owner, group, mode, access list and extended attributes of the old one. Where it cannot have
+/// them, because the file is somebody else's, the file itself is written, after all of the new
+/// bytes have reached the disk beside it; what cannot be written whole is taken back. Returns the
+/// new file, open and locked, or none when the old one was written. Fails with std::system_error,
+/// the old file being whole; its code is EBUSY when another program is replacing the file just now.
+Descriptor Replace(const std::filesystem::path& path, std::string_view sBytes,
+                   const ReplaceOptions& options = {});
+
+}  // namespace orvane::files

@@ -1,0 +1,256 @@
+#include "files/replacement.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/xattr.h>
+
+#include <system_error>
+
+#include "tests/fakes/processes.h"
+#include "tests/files/temporary_folder.h"
+
+namespace orvane::files {
+namespace {
+
+namespace fs = std::filesystem;
+using fakes::InChild;
+using platform::Text;
+
+int ErrorOf(const Text& sPath, const Text& sBytes, const ReplaceOptions& options = {}) {
+  try {
+    Replace(sPath, sBytes, options);
+  } catch (const std::system_error& e) {
+    return e.code().value();
+  }
+  return 0;
+}
+
+class replacement : public FolderTest {};
+
+TEST_F(replacement, makes_a_file_that_was_not_there) {
+  const Descriptor file = Replace(Path(), "new");
+  EXPECT_EQ(BytesOf(Path()), "new");
+  EXPECT_TRUE(IsUnderName(file, Path().c_str()));
+  EXPECT_EQ(FilesInFolder(), 1U);
+}
+
+TEST_F(replacement, leaves_whoever_reads_the_old_file_with_all_of_its_bytes) {
+  WriteBytes(Path(), "all of the old");
+  const Descriptor old(open(Path().c_str(), O_RDONLY | O_CLOEXEC));
+  Replace(Path(), "new");
+  Text sBytes;
+  ASSERT_EQ(ReadAt(old, 0, 100, sBytes), 0);
+  EXPECT_EQ(sBytes, "all of the old");
+  EXPECT_EQ(BytesOf(Path()), "new");
+}
+
+TEST_F(replacement, gives_a_new_file_its_mode_whatever_the_umask) {
+  for (const mode_t mask : {0000U, 0022U, 0777U}) {
+    const mode_t before = umask(mask);
+    Replace(Path("a"), "x");
+    Replace(Path("b"), "x", {.mode = 0644});
+    umask(before);
+    EXPECT_EQ(ModeOf(Path("a")), 0600U);
+    EXPECT_EQ(ModeOf(Path("b")), 0644U);
+    fs::remove(Path("a"));
+    fs::remove(Path("b"));
+  }
+}
+
+TEST_F(replacement, keeps_the_mode_of_the_old_file) {
+  WriteBytes(Path(), "old");
+  ASSERT_EQ(chmod(Path().c_str(), 02640), 0);
+  Replace(Path(), "new", {.mode = 0600});
+  EXPECT_EQ(ModeOf(Path()), 02640U);
+}
+
+TEST_F(replacement, makes_it_like_a_new_one_where_nothing_is_to_be_kept) {
+  WriteBytes(Path(), "old");
+  ASSERT_EQ(chmod(Path().c_str(), 0666), 0);
+  Replace(Path(), "new", {.mode = 0644, .bKeep = false});
+  EXPECT_EQ(ModeOf(Path()), 0644U);
+  EXPECT_EQ(BytesOf(Path()), "new");
+}
+
+TEST_F(replacement, keeps_extended_attributes) {
+  WriteBytes(Path(), "old");
+  // Not every file system has such attributes.
+  if (setxattr(Path().c_str(), "user.note", "kept", 4, 0) != 0) return;
+  const auto before = StatusOf(Path()).st_ino;
+  Replace(Path(), "new");
+  char sValue[16];
+  ASSERT_EQ(getxattr(Path().c_str(), "user.note", sValue, sizeof sValue), 4);
+  EXPECT_EQ(Text(sValue, 4), "kept");
+  EXPECT_NE(StatusOf(Path()).st_ino, before);
+}
+
+/// The access list of a file: user::rw-, user:1234:rw-, group::r--, mask::rw-, other::---.
+const unsigned char kList[] = {2,    0, 0, 0,                          //
+                               1,    0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+                               2,    0, 6, 0, 0xD2, 0x04, 0,    0,     //
+                               4,    0, 4, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+                               0x10, 0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+                               0x20, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF};
+constexpr const char* kListName = "system.posix_acl_access";
+
+TEST_F(replacement, keeps_the_access_list) {
+  WriteBytes(Path(), "old");
+  // Not every file system has access lists.
+  if (setxattr(Path().c_str(), kListName, kList, sizeof kList, 0) != 0) return;
+  Replace(Path(), "new");
+  unsigned char list[128];
+  ASSERT_EQ(getxattr(Path().c_str(), kListName, list, sizeof list),
+            static_cast<ssize_t>(sizeof kList));
+  EXPECT_TRUE(std::equal(std::begin(kList), std::end(kList), list));
+  EXPECT_EQ(BytesOf(Path()), "new");
+}
+
+TEST_F(replacement, takes_no_access_list_from_the_folder_that_the_old_file_had_not) {
+  WriteBytes(Path(), "old");
+  // Not every file system has access lists.
+  if (setxattr(Folder().c_str(), "system.posix_acl_default", kList, sizeof kList, 0) != 0) return;
+  Replace(Path(), "new");
+  EXPECT_EQ(getxattr(Path().c_str(), kListName, nullptr, 0), -1);
+  EXPECT_EQ(ModeOf(Path()), 0644U);
+}
+
+class replacement_of_anothers : public replacement {
+ protected:
+  /// A file of user 1234 that the group may write, in a folder of the group.
+  void SetUp() override {
+    WriteBytes(Path(), "theirs");
+    // Only an administrator can give files away; for others there is no file of somebody else.
+    if (!fakes::IsAdministrator()) return;
+    m_bAnothers = true;
+    ASSERT_EQ(chown(Path().c_str(), 1234, fakes::kNobody), 0);
+    ASSERT_EQ(chmod(Path().c_str(), 0660), 0);
+    ASSERT_EQ(chown(Folder().c_str(), 1234, fakes::kNobody), 0);
+    ASSERT_EQ(chmod(Folder().c_str(), 0770), 0);
+  }
+  void ExpectTheirs() {
+    EXPECT_EQ(StatusOf(Path()).st_uid, 1234U);
+    EXPECT_EQ(StatusOf(Path()).st_gid, fakes::kNobody);
+    EXPECT_EQ(ModeOf(Path()), 0660U);
+    EXPECT_EQ(FilesInFolder(), 1U);
+  }
+
+  bool m_bAnothers = false;
+};
+
+TEST_F(replacement_of_anothers, keeps_owner_and_group_when_an_administrator_does_it) {
+  if (!m_bAnothers) return;
+  const Descriptor file = Replace(Path(), "new");
+  EXPECT_TRUE(file);
+  EXPECT_EQ(BytesOf(Path()), "new");
+  ExpectTheirs();
+}
+
+TEST_F(replacement_of_anothers, writes_the_file_itself_when_one_of_the_group_does_it) {
+  if (!m_bAnothers) return;
+  for (const Text& sBytes : {Text(100000, 'x'), Text("short"), Text()}) {
+    const auto before = StatusOf(Path()).st_ino;
+    EXPECT_EQ(InChild([&] {
+                if (!fakes::BecomeNobody()) return 1;
+                return Replace(Path(), sBytes) ? 2 : 0;
+              }),
+              0);
+    EXPECT_EQ(BytesOf(Path()), sBytes);
+    EXPECT_EQ(StatusOf(Path()).st_ino, before);
+    ExpectTheirs();
+  }
+}
+
+TEST_F(replacement_of_anothers, leaves_it_whole_when_the_new_bytes_do_not_fit) {
+  if (!m_bAnothers) return;
+  EXPECT_EQ(InChild([&] {
+              if (!fakes::BecomeNobody()) return 1;
+              const rlimit limit{4096, 4096};
+              if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
+              return ErrorOf(Path(), Text(100000, 'x')) == EFBIG ? 0 : 3;
+            }),
+            0);
+  EXPECT_EQ(BytesOf(Path()), "theirs");
+  ExpectTheirs();
+}
+
+TEST_F(replacement_of_anothers, is_refused_where_one_may_not_write) {
+  if (!m_bAnothers) return;
+  ASSERT_EQ(chmod(Path().c_str(), 0640), 0);
+  EXPECT_EQ(InChild([&] {
+              if (!fakes::BecomeNobody()) return 1;
+              return ErrorOf(Path(), "mine") == EACCES ? 0 : 2;
+            }),
+            0);
+  EXPECT_EQ(BytesOf(Path()), "theirs");
+}
+
+TEST_F(replacement, keeps_symbolic_links) {
+  fs::create_directory(Path("real"));
+  WriteBytes(Path("real/file"), "old");
+  fs::create_symlink("real/file", Path("one"));
+  fs::create_symlink("one", Path("two"));
+  Replace(Path("two"), "new");
+  EXPECT_TRUE(fs::is_symlink(Path("one")));
+  EXPECT_TRUE(fs::is_symlink(Path("two")));
+  EXPECT_EQ(BytesOf(Path("real/file")), "new");
+  EXPECT_FALSE(fs::exists(Path("real/.file.saving")));
+}
+
+TEST_F(replacement, of_a_circle_of_links_is_refused) {
+  fs::create_symlink("b", Path("a"));
+  fs::create_symlink("a", Path("b"));
+  EXPECT_EQ(ErrorOf(Path("a"), "x"), ELOOP);
+}
+
+TEST_F(replacement, of_what_is_no_file_is_refused) {
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  EXPECT_EQ(ErrorOf(Path("pipe"), "x"), EINVAL);
+  EXPECT_EQ(ErrorOf(Folder(), "x"), EISDIR);
+}
+
+TEST_F(replacement, clears_what_a_crash_left_and_follows_no_link_in_its_place) {
+  WriteBytes(Path("other"), "other");
+  fs::create_symlink("other", SuccessorOf(Path()));
+  Replace(Path(), "new");
+  EXPECT_EQ(BytesOf(Path()), "new");
+  EXPECT_FALSE(fs::is_symlink(Path()));
+  EXPECT_EQ(BytesOf(Path("other")), "other");
+  WriteBytes(SuccessorOf(Path()).string(), "half");
+  Replace(Path(), "newer");
+  EXPECT_EQ(BytesOf(Path()), "newer");
+  EXPECT_EQ(FilesInFolder(), 2U);
+}
+
+TEST_F(replacement, waits_for_nobody_who_is_replacing_the_same_file) {
+  WriteBytes(SuccessorOf(Path()).string(), "half");
+  const Descriptor others(open(SuccessorOf(Path()).c_str(), O_RDONLY | O_CLOEXEC));
+  ASSERT_TRUE(TryLock(others));
+  EXPECT_EQ(ErrorOf(Path(), "new"), EBUSY);
+  EXPECT_EQ(BytesOf(SuccessorOf(Path()).string()), "half");
+}
+
+TEST_F(replacement, of_a_file_with_the_longest_name_works) {
+  const Text sName = Path(Text(255, 'n'));
+  Replace(sName, "one");
+  Replace(sName, "two");
+  EXPECT_EQ(BytesOf(sName), "two");
+  EXPECT_EQ(FilesInFolder(), 1U);
+}
+
+TEST_F(replacement, that_does_not_fit_leaves_the_old_file_whole) {
+  WriteBytes(Path(), "old");
+  EXPECT_EQ(InChild([&] {
+              const rlimit limit{4096, 4096};
+              if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 1;
+              if (ErrorOf(Path(), Text(100000, 'x')) != EFBIG) return 2;
+              // What fits is written all the same.
+              return ErrorOf(Path("small"), "fits");
+            }),
+            0);
+  EXPECT_EQ(BytesOf(Path()), "old");
+  EXPECT_EQ(BytesOf(Path("small")), "fits");
+  EXPECT_EQ(FilesInFolder(), 2U);
+}
+
+}  // namespace
+}  // namespace orvane::files
