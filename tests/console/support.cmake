@@ -5,7 +5,11 @@ orvane_test(console_support QT
   SOURCES
     data_access_test.cpp
     document_bag_test.cpp
+    document_fixture.h
     document_format_test.cpp
+    document_merging_test.cpp
+    document_saving_test.cpp
+    document_sharing_test.cpp
     document_state_test.cpp
     document_test.cpp
     log_file_test.cpp

@@ -1,5 +1,6 @@
 #include "console/document/document.h"
 
+#include <exception>
 #include <filesystem>
 #include <new>
 
@@ -44,28 +45,58 @@ Document::Document(DocumentBag::ObjectCreator creator)
     : m_creator(std::move(creator)), m_content(std::make_unique<DocumentContent>(m_creator)) {}
 
 std::unique_ptr<Document> Document::Open(const Text& sPath, DocumentBag::ObjectCreator creator,
-                                         Document* present) {
-  return Told(sPath, "read", [&] {
+                                         Document* present, const OpenAnyway& openAnyway) {
+  return Told(sPath, "read", [&]() -> std::unique_ptr<Document> {
     auto document = std::make_unique<Document>(std::move(creator));
     document->m_sPath = Absolute(sPath).string();
-    const auto read = [&](DocumentFile& file) {
-      CheckDocumentStart(file.Start(), document->m_sPath);
-      file.Read([&](std::string_view sBytes) {
-        ReadDocument(sBytes, document->m_sPath, *document->m_content);
-      });
-    };
     // A lock of one's own would look like another's, so the file that has it is read.
-    if (present && present->m_file && !present->IsReadOnly() &&
-        present->m_file->IsUnder(document->m_sPath)) {
-      read(*present->m_file);
-      document->m_file = std::move(present->m_file);
-      document->m_file->Path(document->m_sPath);
-    } else {
-      document->m_file = DocumentFile::Open(document->m_sPath);
-      read(*document->m_file);
-    }
+    const bool bIsPresent = present && present->m_file && !present->IsReadOnly() &&
+                            present->m_file->IsUnder(document->m_sPath);
+    std::unique_ptr<DocumentFile> opened;
+    if (!bIsPresent) opened = DocumentFile::Open(document->m_sPath);
+    if (!document->ReadFrom(bIsPresent ? *present->m_file : *opened, openAnyway)) return nullptr;
+    document->m_file = std::move(bIsPresent ? present->m_file : opened);
+    document->m_file->Path(document->m_sPath);
     return document;
   });
+}
+
+Boolean Document::ReadFrom(DocumentFile& file, const OpenAnyway& openAnyway) {
+  DocumentSeal seal = DocumentSeal::Broken;
+  const auto take = [&](std::string_view sBytes) {
+    m_content = NewContent();
+    seal = ReadDocument(sBytes, m_sPath, *m_content);
+  };
+  const auto asked = [&](DocumentDoubt doubt) { return !openAnyway || openAnyway(doubt); };
+  std::exception_ptr damage;
+  try {
+    CheckDocumentStart(file.Start(), m_sPath);
+    file.Read(take);
+    if (seal == DocumentSeal::Whole) return true;
+  } catch (const platform::Failure&) {
+    damage = std::current_exception();
+  }
+  m_bUnsaved = true;
+  if (IsBrokenSaveWhole(file)) {
+    if (asked(DocumentDoubt::SaveBrokenOff)) {
+      file.Read([](std::string_view) {});
+      return file.ReadBrokenSave(take);
+    }
+    if (damage) return false;
+  }
+  if (damage) std::rethrow_exception(damage);
+  return asked(DocumentDoubt::ChangedOutside);
+}
+
+Boolean Document::IsBrokenSaveWhole(const DocumentFile& file) const {
+  try {
+    DocumentSeal seal = DocumentSeal::Broken;
+    file.ReadBrokenSave(
+        [&](std::string_view sBytes) { seal = ReadDocument(sBytes, m_sPath, *NewContent()); });
+    return seal == DocumentSeal::Whole;
+  } catch (const platform::Failure&) {
+    return false;
+  }
 }
 
 Text Document::Name() const {
@@ -107,6 +138,7 @@ void Document::Save(std::unique_ptr<DocumentContent> content, Boolean bOverwrite
   }
   Told(m_sPath, "saved", [&] { m_file->Replace(WriteDocument(*content)); });
   m_content = std::move(content);
+  m_bUnsaved = false;
 }
 
 void Document::SaveAs(const Text& sPath, std::unique_ptr<DocumentContent> content,
@@ -118,6 +150,7 @@ void Document::SaveAs(const Text& sPath, std::unique_ptr<DocumentContent> conten
     m_sPath = std::move(sAbsolute);
   });
   m_content = std::move(content);
+  m_bUnsaved = false;
 }
 
 }  // namespace orvane::console

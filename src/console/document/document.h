@@ -2,6 +2,8 @@
 // write it. Apart from widgets; the main window owns one. User-interface thread.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 
 #include "console/document/document_content.h"
@@ -9,24 +11,37 @@
 
 namespace orvane::console {
 
+/// Why a document is not opened without a question, although it can be read.
+enum class DocumentDoubt : std::uint8_t {
+  ChangedOutside,  ///< its seals do not fit: it was merged, edited or mailed
+  SaveBrokenOff,   ///< it is not whole, but what a save that broke off was to write is; asked first
+};
+
 class Document {
  public:
+  /// Answers whether a doubtful document is opened.
+  using OpenAnyway = std::function<platform::Boolean(DocumentDoubt doubt)>;
+
   /// A new, empty document without a file.
   explicit Document(DocumentBag::ObjectCreator creator = {});
 
   /// Reads a document. One that another console holds, or that may not be written, is opened
   /// read-only. When that is the file of the document present, the hold on it passes over once
-  /// all is read, and present can no longer be saved. Fails with failure::kDocument, leaving the
-  /// file, and present, untouched.
+  /// all is read, and present can no longer be saved. A doubtful one is opened as unsaved work when
+  /// openAnyway says so, or is not given; otherwise the result is null. Fails with
+  /// failure::kDocument, leaving the file, and present, untouched.
   static std::unique_ptr<Document> Open(const platform::Text& sPath,
                                         DocumentBag::ObjectCreator creator = {},
-                                        Document* present = nullptr);
+                                        Document* present = nullptr,
+                                        const OpenAnyway& openAnyway = {});
 
   /// Absolute path, or empty for a document that was never saved.
   const platform::Text& Path() const noexcept { return m_sPath; }
   /// The file's name without its suffix, or "Untitled".
   platform::Text Name() const;
   platform::Boolean IsReadOnly() const noexcept { return m_file && m_file->IsReadOnly(); }
+  /// True for a document that was opened in spite of a doubt, until it is saved.
+  platform::Boolean IsUnsaved() const noexcept { return m_bUnsaved; }
   /// Why the document is read-only, as a sentence; empty when it is not.
   platform::Text ReadOnlyReason() const;
 
@@ -51,10 +66,15 @@ class Document {
               platform::Boolean bOverwriteChanged = false);
 
  private:
+  /// Fills the content; false when a doubtful one is not to be opened.
+  platform::Boolean ReadFrom(DocumentFile& file, const OpenAnyway& openAnyway);
+  platform::Boolean IsBrokenSaveWhole(const DocumentFile& file) const;
+
   DocumentBag::ObjectCreator m_creator;
   std::unique_ptr<DocumentContent> m_content;
   platform::Text m_sPath;
   std::unique_ptr<DocumentFile> m_file;
+  platform::Boolean m_bUnsaved = false;
 };
 
 }  // namespace orvane::console

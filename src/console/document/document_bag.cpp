@@ -1,7 +1,7 @@
 #include "console/document/document_bag.h"
 
-#include "console/document/utf8.h"
 #include "platform/failure.h"
+#include "platform/utf8.h"
 
 namespace orvane::console {
 
@@ -13,7 +13,7 @@ using platform::Value;
 namespace failure = platform::failure;
 
 StoredValue ToStored(std::string_view sName, const Value& vtValue) {
-  if (!IsUtf8(sName)) {
+  if (!platform::IsUtf8(sName)) {
     throw Failure(failure::kInvalidArgument,
                   "A property cannot be saved because its name is not UTF-8 text; rename or remove "
                   "the item that it belongs to.");
@@ -24,7 +24,7 @@ StoredValue ToStored(std::string_view sName, const Value& vtValue) {
   if (const ObjectPtr* object = vtValue.As<ObjectPtr>()) {
     if (const auto persisted = std::dynamic_pointer_cast<PersistedObject>(*object)) {
       StoredObject stored{persisted->ProgId(), persisted->WriteState()};
-      if (!IsUtf8(stored.sProgId)) {
+      if (!platform::IsUtf8(stored.sProgId)) {
         throw Failure(failure::kInvalidArgument,
                       "The class name of the object to be saved as " + Text(sName) +
                           " is not UTF-8 text; register its component again and save then.");

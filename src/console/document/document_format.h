@@ -1,4 +1,4 @@
-// The console document as bytes: one JSON object a line, a digest in the last one.
+// The console document as bytes: one JSON object a line, in parts that end in a seal each.
 // docs/document-format.md describes it. Pure functions; the fuzz target and the tests call them
 // without a file.
 #pragma once
@@ -6,13 +6,16 @@
 #include <string_view>
 
 #include "console/document/document_content.h"
+#include "console/document/document_seal.h"
 
 namespace orvane::console {
 
 constexpr const char* kDocumentMediaType = "application/vnd.orvane.console";
 constexpr const char* kDocumentSuffix = "orvc";
+/// What the first line names as its format.
+constexpr const char* kDocumentFormat = "orvane-console";
 /// The version of the format that this program writes, and the newest that it reads.
-constexpr int kDocumentVersion = 1;
+constexpr int kDocumentVersion = 2;
 
 /// The whole file. Texts and states that are not UTF-8 are written losslessly as bytes.
 platform::Text WriteDocument(const DocumentContent& content);
@@ -21,9 +24,11 @@ platform::Text WriteDocument(const DocumentContent& content);
 /// when it is no document, or one of a newer version. What is behind that line is not looked at.
 void CheckDocumentStart(std::string_view sBytes, const platform::Text& sName);
 
-/// Reads a whole file into an empty content. The name is used in sentences only. Fails with
-/// failure::kDocument for bytes that are no document, a damaged one, or one of a newer version;
-/// the sentence names the line.
-void ReadDocument(std::string_view sBytes, const platform::Text& sName, DocumentContent& content);
+/// Reads a whole file into an empty content and tells whether it is as a console wrote it. Lines
+/// may end with a carriage return, and a byte order mark may stand before the first. The name is
+/// used in sentences only. Fails with failure::kDocument for bytes that are no document, a damaged
+/// one, or one of a newer version; the sentence names the line.
+DocumentSeal ReadDocument(std::string_view sBytes, const platform::Text& sName,
+                          DocumentContent& content);
 
 }  // namespace orvane::console
