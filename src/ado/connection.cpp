@@ -17,8 +17,8 @@ namespace {
 constexpr const char* kProvider = "Provider";
 constexpr const char* kDisableServerSelection = "Disable Server Selection";
 
-// Looks at the text before it is read, so that it is refused also when it cannot be read as a whole.
-// The sentence repeats nothing of it.
+// Looks at the text before it is read, so that it is refused also when it cannot be read as a
+// whole. The sentence repeats nothing of it.
 void RefusePassword(std::string_view sConnectionString) {
   if (platform::HoldsSecret(sConnectionString)) {
     throw Failure(failure::kInvalidArgument,
@@ -111,6 +111,7 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
   RefusePassword(logon.sServer);
   settings.Set(ConnectionProperties::kDataSource, logon.sServer);
   settings.Set(ConnectionProperties::kUserId, logon.sUser);
+  if (m_services.review) m_services.review->Review(settings);
 
   std::unique_ptr<Session> session;
   RunLong("Connecting to " + logon.sServer, [&](std::stop_token stop) {

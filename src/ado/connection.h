@@ -8,6 +8,7 @@
 #include <stop_token>
 
 #include "ado/connection_properties.h"
+#include "ado/connection_review.h"
 #include "ado/logon_prompt.h"
 #include "ado/provider_source.h"
 #include "platform/long_operation.h"
@@ -15,11 +16,13 @@
 namespace orvane::ado {
 
 /// What a connection works with. What the host does not offer is null: without providers none is
-/// found, without a prompt nobody is asked, without long operations the caller waits.
+/// found, without a prompt nobody is asked, without long operations the caller
+/// waits, without a review every connection is as it was asked for.
 struct ConnectionServices {
   std::shared_ptr<ProviderSource> providers;
   std::shared_ptr<LogonPrompt> prompt;
   std::shared_ptr<platform::LongOperation> longOperation;
+  std::shared_ptr<ConnectionReview> review = {};
 };
 
 class Connection final : public platform::Connection {

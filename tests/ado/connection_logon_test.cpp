@@ -188,6 +188,28 @@ TEST_F(ConnectionLogonTest,
   EXPECT_EQ(sPassword, "swordfish");
 }
 
+TEST_F(ConnectionLogonTest, has_its_settings_reviewed_after_the_logon_and_before_the_provider) {
+  struct Reviewer final : ConnectionReview {
+    void Review(const ConnectionSettings& settings) override {
+      sServer = settings.Find("Data Source").value_or("");
+      throw platform::Failure(failure::kCancelled, "No.");
+    }
+    Text sServer;
+  };
+  const auto review = std::make_shared<Reviewer>();
+  Connection reviewed(ConnectionServices{providers, prompt, longOperation, review});
+  reviewed.Properties().Item("Prompt").Value(kPromptAlways);
+  prompt->answer = [](LogonRequest& request) {
+    request.sServer = "chosen";
+    return true;
+  };
+  EXPECT_EQ(FailureOf([&] { reviewed.Open(kString, "", "", kOptionUnspecified); }),
+            (Told{failure::kCancelled, "No."}));
+  EXPECT_EQ(review->sServer, "chosen");
+  EXPECT_TRUE(journal.calls.empty());
+  EXPECT_FALSE(reviewed.IsOpen());
+}
+
 TEST_F(ConnectionLogonTest, refuses_a_password_in_the_string_and_does_not_keep_or_repeat_it) {
   const Told expected{failure::kInvalidArgument,
                       "A connection string must not hold a password: type it in the logon dialog."};

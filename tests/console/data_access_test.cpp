@@ -36,7 +36,11 @@ class data_access : public testing::Test {
     component::RegisterLibrary(ORVANE_DATA_ACCESS_FIXTURE, m_folder.path().toStdString());
     platform::Services services;
     services.longOperation = std::make_shared<Waiting>();
-    m_dataAccess = std::make_unique<DataAccess>(m_runtime, services, m_prompt);
+    m_dataAccess =
+        std::make_unique<DataAccess>(m_runtime, services, m_prompt, [this](const Text& sFile) {
+          m_asked.push_back(sFile);
+          return m_bMayLog;
+        });
   }
 
   platform::ConnectionPtr Open(const Text& sOptions = {}) {
@@ -47,6 +51,16 @@ class data_access : public testing::Test {
     return cn;
   }
 
+  /// The file that the session of the connection writes its log to.
+  Value LogFileOf(const platform::ConnectionPtr& cn) {
+    const auto command = m_dataAccess->CreateCommand();
+    command->ActiveConnection(cn);
+    command->CommandText("log file");
+    return command->Execute()->ValueAt(0, 0);
+  }
+
+  std::vector<Text> m_asked;
+  bool m_bMayLog = false;
   QTemporaryDir m_folder;
   component::Runtime m_runtime{component::Registry({m_folder.path().toStdString()})};
   std::shared_ptr<Prompt> m_prompt = std::make_shared<Prompt>();
@@ -93,6 +107,44 @@ TEST_F(data_access, knows_the_option_texts_of_the_connections_opened) {
   EXPECT_THAT(m_dataAccess->OptionTexts(), ElementsAre(sLocal));
   Open("Time Zone = UTC;");
   EXPECT_THAT(m_dataAccess->OptionTexts(), ElementsAre(sLocal, sUtc));
+}
+
+constexpr const char* kLogged = "Log File = /x;Log Level = 2;";
+
+TEST_F(data_access, keeps_a_documents_log_file_from_the_provider_when_the_user_says_no) {
+  m_dataAccess->DocumentOpened({kLogged});
+  const auto cn = Open(kLogged);
+  EXPECT_THAT(m_asked, ElementsAre("/x"));
+  EXPECT_EQ(LogFileOf(cn), Value(""));
+  // What is told, and so saved, is what the document says.
+  EXPECT_EQ(cn->Properties().Item("log file").Value(), Value("/x"));
+  EXPECT_EQ(m_dataAccess->OptionTexts().at(0).substr(0, 15), "Log File = /x;L");
+  EXPECT_EQ(LogFileOf(Open(kLogged)), Value(""));
+  EXPECT_EQ(m_asked.size(), 1U);
+  cn->Properties().Item("Log File").Value("/mine");
+  EXPECT_EQ(LogFileOf(cn), Value("/mine"));
+  EXPECT_EQ(cn->Properties().Item("Log File").Value(), Value("/mine"));
+}
+
+TEST_F(data_access, hands_a_documents_log_file_on_when_the_user_says_yes) {
+  m_bMayLog = true;
+  m_dataAccess->DocumentOpened({kLogged});
+  EXPECT_EQ(LogFileOf(Open(kLogged)), Value("/x"));
+  EXPECT_EQ(LogFileOf(Open(kLogged)), Value("/x"));
+  EXPECT_EQ(m_asked.size(), 1U);
+}
+
+TEST_F(data_access, asks_about_no_log_file_that_came_with_no_document) {
+  m_dataAccess->DocumentOpened({});
+  EXPECT_EQ(LogFileOf(Open(kLogged)), Value("/x"));
+  EXPECT_THAT(m_asked, IsEmpty());
+}
+
+TEST_F(data_access, asks_about_no_log_file_when_the_logon_is_cancelled) {
+  m_prompt->bAnswer = false;
+  m_dataAccess->DocumentOpened({kLogged});
+  EXPECT_EQ(NumberOf([&] { Open(kLogged); }), failure::kCancelled);
+  EXPECT_THAT(m_asked, IsEmpty());
 }
 
 TEST_F(data_access, a_cancelled_logon_leaves_no_option_text) {

@@ -12,6 +12,7 @@ orvane_test(console_support QT
     document_sharing_test.cpp
     document_state_test.cpp
     document_test.cpp
+    log_file_consent_test.cpp
     log_file_test.cpp
     logon_dialog_test.cpp
     message_boxes_test.cpp

@@ -4,6 +4,8 @@ orvane_test(console_window QT
   SOURCES
     console_session_test.cpp
     document_keeper_test.cpp
+    document_fixture.h
+    doubtful_document_test.cpp
     fake_snap_in.h
     main_window_fixture.h
     main_window_test.cpp
@@ -23,6 +25,7 @@ if(TARGET ORVOLEDBCtls AND TARGET ORVOLEDB AND TARGET ORVOLEDBSnapIn)
     LINK orvane_console orvane_provider
     SOURCES
       historians_by_guid_test.cpp
+      log_file_question_test.cpp
       host_driver.cpp
       host_driver.h
       living_tree_test.cpp

@@ -2,6 +2,7 @@
 
 #include "component/file_version.h"
 #include "console/data_access/data_access.h"
+#include "console/dialogs/log_file_question.h"
 #include "console/dialogs/logon_dialog.h"
 #include "console/dialogs/message_boxes.h"
 #include "console/forms/qt_forms.h"
@@ -19,6 +20,17 @@ std::shared_ptr<platform::FailureLog> StandardLog() {
   return path ? std::make_shared<LogFile>(*std::move(path)) : nullptr;
 }
 
+/// All that the snap-ins keep as texts: servers and their options are among them.
+std::vector<Text> TextsOf(const DocumentContent& content) {
+  std::vector<Text> texts;
+  for (const auto& section : content.SnapIns()) {
+    for (const auto& entry : section.bag->Entries()) {
+      if (const Text* sText = std::get_if<Text>(&entry.value)) texts.push_back(*sText);
+    }
+  }
+  return texts;
+}
+
 }  // namespace
 
 Host::Host(const std::optional<std::filesystem::path>& registryFolder)
@@ -29,8 +41,8 @@ Host::Host(const std::optional<std::filesystem::path>& registryFolder)
   m_services.forms = std::make_shared<QtForms>();
   m_services.fileVersion = std::make_shared<component::FileVersion>();
   m_services.longOperation = std::make_shared<Waiting>();
-  m_dataAccess =
-      std::make_shared<DataAccess>(m_runtime, m_services, std::make_shared<LogonDialogPrompt>());
+  m_dataAccess = std::make_shared<DataAccess>(
+      m_runtime, m_services, std::make_shared<LogonDialogPrompt>(), AskToWriteLogFile);
   m_services.objects = m_dataAccess;
 }
 
@@ -44,6 +56,9 @@ WindowParts Host::Parts(QSettings* settings) {
   parts.createStored = [this](const Text& sProgId) { return m_dataAccess->CreateObject(sProgId); };
   parts.services = m_services;
   parts.boxes = m_boxes.get();
+  parts.documentOpened = [this](const DocumentContent& content) {
+    m_dataAccess->DocumentOpened(TextsOf(content));
+  };
   parts.optionTexts = [this] { return m_dataAccess->OptionTexts(); };
   parts.eventEnded = [this] { m_dataAccess->ForgetClasses(); };
   parts.settings = settings;

@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "console/data_access/unlogged_session.h"
+#include "platform/ado/extended_options.h"
+
 namespace orvane::console {
 
 using platform::Text;
@@ -11,8 +14,11 @@ namespace {
 /// A provider, looked over the shoulder.
 class NotedProvider final : public ado::Provider {
  public:
-  NotedProvider(std::shared_ptr<ado::Provider> provider, std::shared_ptr<OptionTexts> optionTexts)
-      : m_provider(std::move(provider)), m_optionTexts(std::move(optionTexts)) {}
+  NotedProvider(std::shared_ptr<ado::Provider> provider, std::shared_ptr<OptionTexts> optionTexts,
+                std::shared_ptr<const LogFileConsent> consent)
+      : m_provider(std::move(provider)),
+        m_optionTexts(std::move(optionTexts)),
+        m_consent(std::move(consent)) {}
 
   std::vector<ado::PropertyDescription> Properties() const override {
     return m_provider->Properties();
@@ -20,26 +26,43 @@ class NotedProvider final : public ado::Provider {
   std::vector<Text> KnownServers() const override { return m_provider->KnownServers(); }
   std::unique_ptr<ado::Session> Open(const ado::ConnectionSettings& settings, const Text& sPassword,
                                      std::stop_token stop) override {
-    auto session = m_provider->Open(settings, sPassword, std::move(stop));
+    auto session = OpenAsWanted(settings, sPassword, std::move(stop));
     m_optionTexts->Note(*session);
     return session;
   }
 
  private:
+  std::unique_ptr<ado::Session> OpenAsWanted(const ado::ConnectionSettings& settings,
+                                             const Text& sPassword, std::stop_token stop) {
+    const Text sLogFile = settings.Find(platform::kLogFileOption).value_or(Text());
+    if (!m_consent->IsRefused(sLogFile)) {
+      return m_provider->Open(settings, sPassword, std::move(stop));
+    }
+    auto unlogged = settings;
+    unlogged.Set(platform::kLogFileOption, "");
+    return std::make_unique<UnloggedSession>(m_provider->Open(unlogged, sPassword, std::move(stop)),
+                                             sLogFile);
+  }
+
   std::shared_ptr<ado::Provider> m_provider;
   std::shared_ptr<OptionTexts> m_optionTexts;
+  std::shared_ptr<const LogFileConsent> m_consent;
 };
 
 }  // namespace
 
 ComponentProviders::ComponentProviders(component::Runtime& runtime, platform::Services services,
-                                       std::shared_ptr<OptionTexts> optionTexts)
-    : m_runtime(runtime), m_services(std::move(services)), m_optionTexts(std::move(optionTexts)) {}
+                                       std::shared_ptr<OptionTexts> optionTexts,
+                                       std::shared_ptr<const LogFileConsent> consent)
+    : m_runtime(runtime),
+      m_services(std::move(services)),
+      m_optionTexts(std::move(optionTexts)),
+      m_consent(std::move(consent)) {}
 
 std::shared_ptr<ado::Provider> ComponentProviders::Find(std::string_view sName) {
   if (!m_runtime.Classes().Find(sName)) return nullptr;
   return std::make_shared<NotedProvider>(m_runtime.Create<ado::Provider>(Text(sName), m_services),
-                                         m_optionTexts);
+                                         m_optionTexts, m_consent);
 }
 
 }  // namespace orvane::console

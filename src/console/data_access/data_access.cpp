@@ -9,12 +9,15 @@ namespace orvane::console {
 using platform::Text;
 
 DataAccess::DataAccess(component::Runtime& runtime, const platform::Services& services,
-                       std::shared_ptr<ado::LogonPrompt> prompt)
+                       std::shared_ptr<ado::LogonPrompt> prompt,
+                       LogFileConsent::Question logFileQuestion)
     : m_runtime(runtime),
       m_services(services),
       m_optionTexts(std::make_shared<console::OptionTexts>()),
-      m_connectionServices{std::make_shared<ComponentProviders>(runtime, services, m_optionTexts),
-                           std::move(prompt), services.longOperation} {}
+      m_consent(std::make_shared<LogFileConsent>(std::move(logFileQuestion))),
+      m_connectionServices{
+          std::make_shared<ComponentProviders>(runtime, services, m_optionTexts, m_consent),
+          std::move(prompt), services.longOperation, m_consent} {}
 
 platform::ConnectionPtr DataAccess::CreateConnection() {
   return std::make_shared<ado::Connection>(m_connectionServices);

@@ -6,6 +6,7 @@
 
 #include "ado/connection.h"
 #include "component/runtime.h"
+#include "console/data_access/log_file_consent.h"
 #include "console/data_access/option_texts.h"
 
 namespace orvane::console {
@@ -13,9 +14,11 @@ namespace orvane::console {
 class DataAccess : public platform::ObjectFactory {
  public:
   /// The services are handed on to what is made here; their long operation is the one that
-  /// connections wait through. The runtime must outlive this and all that it made.
+  /// connections wait through. The question is asked about a log file that a document brings.
+  /// The runtime must outlive this and all that it made.
   DataAccess(component::Runtime& runtime, const platform::Services& services,
-             std::shared_ptr<ado::LogonPrompt> prompt);
+             std::shared_ptr<ado::LogonPrompt> prompt,
+             LogFileConsent::Question logFileQuestion = {});
 
   platform::ConnectionPtr CreateConnection() override;
   platform::CommandPtr CreateCommand() override;
@@ -29,6 +32,10 @@ class DataAccess : public platform::ObjectFactory {
   /// component registered meanwhile is found.
   void ForgetClasses() { m_makers.clear(); }
 
+  /// There is another document, with these texts in it as it was read.
+  void DocumentOpened(std::vector<platform::Text> sTexts) {
+    m_consent->DocumentOpened(std::move(sTexts));
+  }
   /// The option texts of all connections opened so far, for DocumentState.
   std::vector<platform::Text> OptionTexts() const { return m_optionTexts->All(); }
 
@@ -38,6 +45,7 @@ class DataAccess : public platform::ObjectFactory {
   component::Runtime& m_runtime;
   platform::Services m_services;
   std::shared_ptr<console::OptionTexts> m_optionTexts;
+  std::shared_ptr<LogFileConsent> m_consent;
   ado::ConnectionServices m_connectionServices;
   std::map<platform::Text, Maker> m_makers;
 };

@@ -28,10 +28,12 @@ void DocumentKeeper::Start() {
   // A document that never held this snap-in is as good as a new one.
   const bool bStored = m_document->Content().FindSnapIn(sProgId) != nullptr;
   emit ViewRead(m_document->Content().View());
+  if (m_parts.documentOpened) m_parts.documentOpened(m_document->Content());
   try {
     m_bReadWhole =
         m_session.Start(sProgId, bStored ? &m_document->Content().SnapIn(sProgId) : nullptr);
     m_unsaved->Watch(&m_session);
+    if (m_document->IsUnsaved()) m_unsaved->NeverSaved();
   } catch (const std::exception& e) {
     m_sSnapInFailure = e.what();
     m_unsaved->Watch(nullptr);
@@ -67,11 +69,17 @@ bool DocumentKeeper::Open(Text sPath) {
   std::unique_ptr<console::Document> document;
   try {
     // Read whole before anything is let go; for the document that is open, its hold passes over.
-    document = console::Document::Open(sPath, create, m_document.get());
+    document = console::Document::Open(sPath, create, m_document.get(), [&](DocumentDoubt doubt) {
+      return AskToOpenDoubtful(sPath, doubt, m_window);
+    });
   } catch (const std::exception& e) {
     if (m_recent) m_recent->RemoveIfGone(sPath);
     if (!m_session.IsOpen()) Start();
     ShowFailure(e);
+    return false;
+  }
+  if (!document) {
+    if (!m_session.IsOpen()) Start();
     return false;
   }
   Close();

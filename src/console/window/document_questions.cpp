@@ -6,7 +6,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "console/document/document.h"
 #include "console/document/document_format.h"
 #include "console/look/program_title.h"
 
@@ -75,6 +74,25 @@ UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window) {
     default:
       return UnsavedAnswer::Cancel;
   }
+}
+
+bool AskToOpenDoubtful(const Text& sPath, DocumentDoubt doubt, QWidget* window) {
+  const bool bChanged = doubt == DocumentDoubt::ChangedOutside;
+  const QString sName = QFileInfo(Shown(sPath)).fileName();
+  QMessageBox box(QMessageBox::Warning, ProgramTitle(),
+                  (bChanged ? tr("“%1” was changed outside the console since it was saved.")
+                            : tr("“%1” is not whole: its last save broke off."))
+                      .arg(sName),
+                  QMessageBox::NoButton, window);
+  box.setObjectName("doubtfulDocumentBox");
+  box.setTextFormat(Qt::PlainText);
+  box.setInformativeText(
+      bChanged ? tr("It can be read whole. Open it if you know who changed it, and save it then.")
+               : tr("What was being saved is there whole. Open that, and save it again."));
+  auto* open = box.addButton(tr("&Open"), QMessageBox::AcceptRole);
+  box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+  box.exec();
+  return box.clickedButton() == open;
 }
 
 bool AskToReplaceChanged(const Document& document, QWidget* window) {

@@ -6,13 +6,12 @@
 #include <cstdint>
 #include <optional>
 
+#include "console/document/document.h"
 #include "platform/types.h"
 
 class QWidget;
 
 namespace orvane::console {
-
-class Document;
 
 enum class UnsavedAnswer : std::uint8_t { Save, Discard, Cancel };
 
@@ -24,6 +23,9 @@ std::optional<platform::Text> AskForFileToOpen(const Document& document, QWidget
 std::optional<platform::Text> AskForFileToSave(const Document& document, QWidget* window);
 
 UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window);
+
+/// True when a document that can be read, but is not as a console saved it, is to be opened.
+bool AskToOpenDoubtful(const platform::Text& sPath, DocumentDoubt doubt, QWidget* window);
 
 /// True when a document that another program has changed is to be replaced.
 bool AskToReplaceChanged(const Document& document, QWidget* window);

@@ -27,6 +27,7 @@ void UnsavedWork::Watch(ConsoleSession* session) {
   m_session = session;
   m_bLookDue = false;
   m_bRebaseDue = false;
+  m_bNeverSaved = false;
   m_state = {};
   m_knownOptionTexts.clear();
   if (session) {
@@ -37,7 +38,13 @@ void UnsavedWork::Watch(ConsoleSession* session) {
   Modified(false);
 }
 
+void UnsavedWork::NeverSaved() {
+  m_bNeverSaved = true;
+  Modified(true);
+}
+
 void UnsavedWork::Saved(const DocumentBag& bag) {
+  m_bNeverSaved = false;
   m_state.Rebase(bag);
   m_bLookDue = false;
   m_bRebaseDue = false;
@@ -104,7 +111,7 @@ void UnsavedWork::Look() {
   const auto snapshot = Snapshot();
   const std::vector<platform::Text> texts(m_knownOptionTexts.begin(), m_knownOptionTexts.end());
   // Work that cannot be saved as it is must not be lost without a word either.
-  Modified(!snapshot || m_state.IsModified(*snapshot, texts));
+  Modified(m_bNeverSaved || !snapshot || m_state.IsModified(*snapshot, texts));
 }
 
 void UnsavedWork::Rebase() {

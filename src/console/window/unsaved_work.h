@@ -29,6 +29,8 @@ class UnsavedWork final : public QObject {
 
   /// Watches a session that has just read its document or has begun a new one.
   void Watch(ConsoleSession* session);
+  /// What is there now was never saved as it is: unsaved work until it is.
+  void NeverSaved();
   /// This is what was saved.
   void Saved(const DocumentBag& bag);
   /// The control shown gets input, which may change what would be saved.
@@ -59,6 +61,7 @@ class UnsavedWork final : public QObject {
   DocumentState m_state;
   QTimer m_timer;
   bool m_bModified = false;
+  bool m_bNeverSaved = false;
   bool m_bLookDue = false;
   bool m_bRebaseDue = false;
 };

@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "console/document/document_bag.h"
+#include "console/document/document_content.h"
 #include "console/session/console_session.h"
 #include "platform/services.h"
 
@@ -21,6 +21,8 @@ struct WindowParts {
   DocumentBag::ObjectCreator createStored;
   platform::Services services;    ///< without the console
   MessageBoxes* boxes = nullptr;  ///< those behind services.ui, to be silenced; or null
+  /// Called with a document as it was read or made, before the snap-in sees it; or none.
+  std::function<void(const DocumentContent&)> documentOpened;
   /// Texts that the connections opened so far add to what is saved.
   std::function<std::vector<platform::Text>()> optionTexts;
   /// Called when the snap-in has done with an event, a document's reading included; or none.
