@@ -89,12 +89,13 @@ void ServersNode::WriteProperties(platform::PropertyBag& pb, const Text& sPrefix
 }
 
 void ServersNode::ReadProperties(const platform::PropertyBag& pb, const Text& sPrefix) {
-  m_lMaxRows = platform::ToLong(pb.ReadProperty(sPrefix + "MaxRows", Long{100}));
-  m_lQueryTimeout = platform::ToLong(pb.ReadProperty(sPrefix + "QueryTimeout", Long{60}));
-  m_sDefStartTime = platform::ToText(pb.ReadProperty(sPrefix + "DefaultStartTime", "*-1h"));
-  m_sDefEndTime = platform::ToText(pb.ReadProperty(sPrefix + "DefaultEndTime", "*"));
-  m_bSqlStatements = platform::ToBoolean(pb.ReadProperty(sPrefix + "SqlStatements", true));
-  m_bContext = platform::ToBoolean(pb.ReadProperty(sPrefix + "Context", false));
+  m_lMaxRows = platform::ToLong(pb.ReadProperty(sPrefix + "MaxRows", kMaxRows));
+  m_lQueryTimeout = platform::ToLong(pb.ReadProperty(sPrefix + "QueryTimeout", kQueryTimeout));
+  m_sDefStartTime = platform::ToText(pb.ReadProperty(sPrefix + "DefaultStartTime", kDefStartTime));
+  m_sDefEndTime = platform::ToText(pb.ReadProperty(sPrefix + "DefaultEndTime", kDefEndTime));
+  m_bSqlStatements =
+      platform::ToBoolean(pb.ReadProperty(sPrefix + "SqlStatements", kSqlStatements));
+  m_bContext = platform::ToBoolean(pb.ReadProperty(sPrefix + "Context", kContext));
   const auto serverNodes = NewServerNodes();
   serverNodes->ReadProperties(pb, sPrefix + "ServerNodes_");
   m_serverNodes = serverNodes;

@@ -56,12 +56,20 @@ class ServersNode : public platform::Object,
 
   platform::ObjectFactoryPtr m_objects;
   std::weak_ptr<ServersNodeOwner> m_parent;
-  platform::Long m_lMaxRows = 100;
-  platform::Long m_lQueryTimeout = 60;
-  platform::Text m_sDefStartTime = "*-1h";
-  platform::Text m_sDefEndTime = "*";
-  platform::Boolean m_bSqlStatements = true;
-  platform::Boolean m_bContext = false;
+  // Of a new root, and of one whose document does not say.
+  static constexpr platform::Long kMaxRows = 100;
+  static constexpr platform::Long kQueryTimeout = 60;
+  static constexpr const char* kDefStartTime = "*-1h";
+  static constexpr const char* kDefEndTime = "*";
+  static constexpr platform::Boolean kSqlStatements = true;
+  static constexpr platform::Boolean kContext = false;
+
+  platform::Long m_lMaxRows = kMaxRows;
+  platform::Long m_lQueryTimeout = kQueryTimeout;
+  platform::Text m_sDefStartTime = kDefStartTime;
+  platform::Text m_sDefEndTime = kDefEndTime;
+  platform::Boolean m_bSqlStatements = kSqlStatements;
+  platform::Boolean m_bContext = kContext;
   std::shared_ptr<ServerNodesCollection> m_serverNodes;
 };
 

@@ -1,10 +1,13 @@
 #include "console/document/recent_documents.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
+
+#include "console/document/user_settings.h"
 
 namespace orvane::console {
 namespace {
@@ -29,6 +32,21 @@ class recent_documents : public testing::Test {
 
 TEST_F(recent_documents, are_none_at_first) {
   EXPECT_THAT(m_recent.List(), IsEmpty());
+}
+
+TEST_F(recent_documents, are_kept_in_settings_that_are_their_users_alone) {
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.path());
+  const mode_t before = umask(0);
+  {
+    // As the program keeps them: those of the user, by the names of maker and program.
+    QSettings settings(QSettings::IniFormat, QSettings::UserScope, "maker", "program");
+    KeepToUser(settings);
+    RecentDocuments(settings).Add(File("a.orvc"));
+  }
+  umask(before);
+  struct stat status {};
+  ASSERT_EQ(stat(m_folder.filePath("maker/program.ini").toLocal8Bit().constData(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }
 
 TEST_F(recent_documents, come_newest_first_and_once) {

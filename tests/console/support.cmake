@@ -5,7 +5,9 @@ orvane_test(console_support QT
   SOURCES
     data_access_test.cpp
     document_bag_test.cpp
+    document_damage_test.cpp
     document_fixture.h
+    document_format_fixture.h
     document_format_test.cpp
     document_merging_test.cpp
     document_saving_test.cpp

@@ -14,6 +14,7 @@
 #include "console/app/host.h"
 #include "console/app/threads_end.h"
 #include "console/app/tour.h"
+#include "console/document/user_settings.h"
 #include "platform/failure.h"
 
 namespace {
@@ -114,6 +115,7 @@ int main(int argc, char** argv) {
   }
   try {
     QSettings settings;
+    orvane::console::KeepToUser(settings);
     orvane::console::Host host(arguments.sRegistry.empty()
                                    ? std::nullopt
                                    : std::optional<std::filesystem::path>(arguments.sRegistry));
