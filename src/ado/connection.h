@@ -16,8 +16,8 @@
 namespace orvane::ado {
 
 /// What a connection works with. What the host does not offer is null: without providers none is
-/// found, without a prompt nobody is asked, without long operations the caller
-/// waits, without a review every connection is as it was asked for.
+/// found, without a prompt nobody is asked, without long operations the caller waits, without a
+/// review every connection is opened as it was asked for.
 struct ConnectionServices {
   std::shared_ptr<ProviderSource> providers;
   std::shared_ptr<LogonPrompt> prompt;
