@@ -68,7 +68,7 @@ void FileRegistrar::Commit(const fs::path& folder, const fs::path& library) cons
     // What is written where others can change it would not be used.
     RequireTrusted(files.front().first);
   }
-  for (const auto& [file, sContent] : files) WriteAtomically(file, sContent);
+  for (const auto& [file, sContent] : files) WriteClass(file, sContent);
   std::error_code error;
   if (!files.empty()) fs::create_directories(folder, error);
   for (const auto& [file, sContent] : files) WriteClass(file, sContent);

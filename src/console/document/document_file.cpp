@@ -144,7 +144,7 @@ void DocumentFile::Replace(std::string_view sBytes) {
   Descriptor held;
   if (bExists) RefuseWhereAnotherHolds(held);
   try {
-    Descriptor written = files::Replace(m_sPath, sBytes, {S_IRUSR | S_IWUSR, m_lock});
+    Descriptor written = files::Replace(m_sPath, sBytes, {.lock = m_lock});
     if (written) {
       m_descriptor = std::move(written);
     } else if (held) {
