@@ -28,7 +28,8 @@ using platform::Text;
                 "component", nError);
 }
 
-// What is registered may be read by everybody and written by nobody else, whatever was there before.
+// What is registered may be read by everybody and written by nobody else, whatever was there
+// before.
 void WriteClass(const fs::path& file, std::string_view sContent) {
   constexpr mode_t kForAll = 0644;
   try {
@@ -68,9 +69,6 @@ void FileRegistrar::Commit(const fs::path& folder, const fs::path& library) cons
     // What is written where others can change it would not be used.
     RequireTrusted(files.front().first);
   }
-  for (const auto& [file, sContent] : files) WriteClass(file, sContent);
-  std::error_code error;
-  if (!files.empty()) fs::create_directories(folder, error);
   for (const auto& [file, sContent] : files) WriteClass(file, sContent);
   for (const auto& sProgId : m_sUnregistered) {
     const fs::path file = folder / ClassFileName(sProgId);

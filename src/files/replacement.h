@@ -30,7 +30,8 @@ std::filesystem::path SuccessorOf(const std::filesystem::path& file);
 struct ReplaceOptions {
   /// Of a file that is new, whatever the umask.
   mode_t mode = 0600;
-  /// Whether a file that was there stays what it was beside its bytes; otherwise it is like a new one.
+  /// Whether a file that was there stays what it was beside its bytes; otherwise it is like a new
+  /// one.
   bool bKeep = true;
   LockFunction lock = flock;
 };
