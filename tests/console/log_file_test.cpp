@@ -1,6 +1,7 @@
 #include "console/log/log_file.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QTemporaryDir>
@@ -38,6 +39,23 @@ TEST_F(log_file, has_number_source_and_native_error_and_makes_its_folder) {
   EXPECT_THAT(TextOf(Path()),
               MatchesRegex("[0-9-]+T[0-9:.]+Z .[0-9]+. error number 3810 source \"DocumentFile\" "
                            "native error 28\n"));
+}
+
+TEST_F(log_file, is_its_users_alone_whatever_the_umask) {
+  for (const mode_t mask : {0U, 077U}) {
+    const mode_t before = umask(mask);
+    LogFile(Path()).Note(Failure(1, ""));
+    umask(before);
+    struct stat status {};
+    ASSERT_EQ(stat(Path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U);
+    std::filesystem::remove(Path());
+  }
+}
+
+TEST_F(log_file, has_one_line_for_a_failure_whatever_raised_it) {
+  LogFile(Path()).Note(Failure(1, "", "a\nb\x1B[2J"));
+  EXPECT_THAT(TextOf(Path()), HasSubstr("source \"a\\nb\\x1B[2J\""));
 }
 
 TEST_F(log_file, quotes_no_sentence_and_no_statement) {
