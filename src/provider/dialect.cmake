@@ -2,10 +2,23 @@
 list(APPEND PROVIDER_SOURCES
   deadline.cpp
   dialect/catalog_statement.cpp
+  dialect/change_reader.cpp
+  dialect/column_list.cpp
+  dialect/definition_reader.cpp
+  dialect/expression_reader.cpp
   dialect/lexer.cpp
-  dialect/statement_tree.cpp
+  dialect/query_reader.cpp
+  dialect/statement_edits.cpp
+  dialect/statement_reader.cpp
+  dialect/table_names.cpp
+  dialect/time_conversions.cpp
   dialect/time_expression.cpp
+  dialect/time_functions.cpp
+  dialect/time_kinds.cpp
+  dialect/time_meetings.cpp
+  dialect/time_outputs.cpp
   dialect/translator.cpp
+  dialect/view_kinds.cpp
   historian/catalog_file.cpp
   historian/catalog_record.cpp
   historian/data_folder.cpp

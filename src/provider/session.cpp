@@ -67,21 +67,23 @@ ado::StatementResult HistorianSession::Execute(const ado::Statement& statement,
 
 ado::StatementResult HistorianSession::Run(const ado::Statement& statement,
                                            const Deadline& deadline, const std::stop_token& stop) {
-  const auto tokens = dialect::ReadTokens(statement.sText);
+  auto tokens = dialect::ReadTokens(statement.sText);
   const auto catalog = dialect::ReadCatalogStatement(statement.sText, tokens);
-  if (!catalog) return RunTranslated(statement, deadline, stop);
+  if (!catalog) return RunTranslated(statement, std::move(tokens), deadline, stop);
   if (statement.bReadOnly) throw engines::WouldChange(statement.sText);
   RunCatalogStatement(*catalog, stop);
   return {ado::RecordsetBuilder({}).Finish(), 0};
 }
 
 ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& statement,
+                                                     std::vector<dialect::Token> tokens,
                                                      const Deadline& deadline,
                                                      const std::stop_token& stop) {
   KnownSchema schema(Opened().Catalogs(stop), *m_session, m_names, stop);
-  auto translation = dialect::Translate(statement.sText, schema,
+  auto translation = dialect::Translate(statement.sText, std::move(tokens), schema,
                                         {m_options.TimeZone(), m_place.clock(),
-                                         m_options.IdentifierPrefixes(), m_options.TimeAsDouble()});
+                                         m_options.IdentifierPrefixes(), m_options.TimeAsDouble()},
+                                        deadline);
   deadline.Check();
   m_log.Detail(translation.sSql);
   engines::EngineStatement toRun;
@@ -91,6 +93,7 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   }
   toRun.sSql = std::move(translation.sSql);
   toRun.parameters = std::move(translation.parameters);
+  toRun.functions = std::move(translation.functions);
   toRun.maxRows = std::max<platform::Long>(statement.lMaxRecords, 0);
   toRun.bReadOnly = statement.bReadOnly;
   toRun.maxBytes = m_options.StatementMemory();

@@ -40,7 +40,8 @@ class HistorianSession final : public ado::Session {
   // The stop is that of the deadline.
   ado::StatementResult Run(const ado::Statement& statement, const Deadline& deadline,
                            const std::stop_token& stop);
-  ado::StatementResult RunTranslated(const ado::Statement& statement, const Deadline& deadline,
+  ado::StatementResult RunTranslated(const ado::Statement& statement,
+                                     std::vector<dialect::Token> tokens, const Deadline& deadline,
                                      const std::stop_token& stop);
   void RunCatalogStatement(const dialect::CatalogStatement& statement, const std::stop_token& stop);
 

@@ -41,7 +41,8 @@ TEST_F(session_catalogs, keeps_a_catalog_within_its_size) {
   Run(*opened, "CREATE DATABASE \"Small\" ON (SIZE=128)");
   const Text sFill =
       "INSERT INTO Small..Data2 (Tag, Timestamp, Value) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
-      "SELECT i + 1 FROM n WHERE i < 2000) SELECT 'T', i, 'a text of some length to fill it' FROM "
+      "SELECT i + 1 FROM n WHERE i < 2000) SELECT 'T', datetime(i, 'unixepoch'), 'a text of some "
+      "length to fill it' FROM "
       "n";
   const Text sFailure = Failing(*opened, sFill);
   EXPECT_EQ(sFailure.substr(0, 4), "3807");

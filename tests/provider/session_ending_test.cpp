@@ -135,9 +135,9 @@ TEST_F(session_ending, uses_no_more_memory_than_a_statement_may) {
   const Text sLarge = sNumbers + "SELECT randomblob(300000) FROM n";
   EXPECT_EQ(FailureOf([&] { Run(*opened, sLarge, 100); }), sExpected);
   EXPECT_EQ(Failing(*opened, "SELECT zeroblob(20000000)"), sExpected);
-  EXPECT_EQ(Failing(*opened,
-                    "INSERT INTO Plant1..Data2 (Tag, Timestamp, Value) " + sNumbers +
-                        "SELECT 'T', i, hex(randomblob(20000)) FROM n RETURNING Value, Timestamp"),
+  EXPECT_EQ(Failing(*opened, "INSERT INTO Plant1..Data2 (Tag, Timestamp, Value) " + sNumbers +
+                                 "SELECT 'T', datetime(i, 'unixepoch'), hex(randomblob(20000)) "
+                                 "FROM n RETURNING Value, Timestamp"),
             sExpected);
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data2"), "0\n");
   opened->PropertyValue("Statement Memory", "64");

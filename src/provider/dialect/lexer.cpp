@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/failure.h"
+#include "provider/dialect/statement_depth.h"
 
 namespace orvane::provider::dialect {
 namespace {
@@ -47,6 +48,9 @@ class Lexer {
     }
     while (SkipBlanksAndComments()) {
       const std::size_t before = m_tokens.size();
+      if (before == kMostTokens) {
+        FailAt(m_sStatement, m_position, "The statement is too long", "send it in parts");
+      }
       ReadToken();
       CheckOneStatement(m_tokens[before]);
     }
@@ -226,6 +230,11 @@ Text QuoteIdentifier(std::string_view sName) {
     if (c == '"') sQuoted += c;
   }
   return sQuoted + "\"";
+}
+
+Text UpperCase(Text sName) {
+  std::transform(sName.begin(), sName.end(), sName.begin(), Upper);
+  return sName;
 }
 
 bool SameName(std::string_view sLeft, std::string_view sRight) {

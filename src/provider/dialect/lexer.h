@@ -54,6 +54,9 @@ platform::Text CharacterNumber(std::string_view sStatement, std::size_t position
 /// The name in double quotes, as every engine reads it.
 platform::Text QuoteIdentifier(std::string_view sName);
 
+/// The name in ASCII capitals, its other letters as they are.
+platform::Text UpperCase(platform::Text sName);
+
 /// True when two names are the same to SQL: ASCII letters compare without regard to case.
 bool SameName(std::string_view sLeft, std::string_view sRight);
 

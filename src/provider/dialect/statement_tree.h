@@ -1,6 +1,6 @@
-// A statement of historian SQL as far as the dialect needs to know it: its scopes with the tables
-// they read, the names and the comparisons in them. Everything else stays text.
-// Made by ReadStatement, used by the translator.
+// A statement of historian SQL as a tree: its queries with the tables they read, and its
+// expressions. Made by StatementReader; read by the translator. Pointers inside lead to the tree's
+// own parts.
 #pragma once
 
 #include <deque>
@@ -28,15 +28,64 @@ struct Chain {
 
 struct Query;
 struct Scope;
+struct Source;
+
+enum class ExprKind : std::uint8_t {
+  Null,
+  Number,
+  String,
+  Blob,
+  CurrentTime,  ///< CURRENT_TIMESTAMP, CURRENT_DATE, CURRENT_TIME
+  Name,
+  Sign,        ///< + - ~ before the child
+  Not,         ///< NOT before the child
+  Arithmetic,  ///< also || and ->
+  Logic,       ///< children joined by AND or OR
+  Compare,     ///< two children; also IS
+  Like,        ///< LIKE, GLOB, REGEXP, MATCH: text, pattern, what escapes
+  Between,     ///< three children
+  In,          ///< the first child among the others, or in the query or the table
+  Case,        ///< operand where bOperand, pairs of WHEN and THEN, ELSE where bElse
+  Cast,
+  Collate,
+  Call,
+  Row,
+  Bracket,
+  Subquery,
+  Exists,
+  NullTest,
+};
+
+struct Expr {
+  ExprKind kind = ExprKind::Null;
+  bool bOperand = false;
+  bool bElse = false;
+  bool bDistinct = false;
+  int nHeight = 1;
+  std::size_t nNumber = 0;  ///< its place among the tree's expressions
+  TokenRange range;
+  std::size_t operation = 0;  ///< token of the operator, or of the function's name
+  Scope* scope = nullptr;     ///< where names are looked up
+  std::vector<Expr*> children;
+  std::vector<Expr*> sorts;       ///< of a call: by what its rows are parted and ordered
+  std::vector<Expr*> conditions;  ///< of a call: FILTER and the bounds of a window
+  Query* query = nullptr;
+  const Source* table = nullptr;  ///< of IN table
+  Chain chain;                    ///< of a name
+  TokenRange type;                ///< of CAST
+};
 
 /// A table that a scope reads.
 struct Source {
-  Chain table;             ///< unless it is a subquery
-  platform::Text sAlias;   ///< empty when it has none
-  Query* query = nullptr;  ///< of a subquery
-  Scope* scope = nullptr;  ///< where it stands
-  bool bFunction = false;  ///< a table that a function makes
-  bool bTarget = false;    ///< the table that the statement changes
+  Chain table;                         ///< unless it is a subquery
+  platform::Text sAlias;               ///< empty when it has none
+  Query* query = nullptr;              ///< of a subquery
+  Scope* scope = nullptr;              ///< where it stands
+  bool bFunction = false;              ///< a table that a function makes
+  bool bTarget = false;                ///< the table that the statement changes
+  bool bNatural = false;               ///< joined by the columns that it shares with those before
+  std::vector<Expr*> arguments;        ///< of the function
+  std::vector<std::size_t> usedNames;  ///< USING: the tokens of the columns
 };
 
 /// A named subquery: WITH name (columns) AS (query).
@@ -46,30 +95,48 @@ struct NamedQuery {
   Query* query = nullptr;
 };
 
+/// What a SELECT puts out: an expression, or all columns of all sources or of one.
+struct Item {
+  Expr* expr = nullptr;  ///< null for a star
+  Chain star;            ///< the name before ".*"; without parts for a bare star
+  platform::Text sAlias;
+  TokenRange range;
+};
+
 /// What names are looked up in: one SELECT, or a statement that changes a table, or a WITH.
 struct Scope {
   Scope* parent = nullptr;
+  bool bDistinct = false;
   std::vector<Source*> sources;
   std::vector<NamedQuery> namedQueries;
-  std::vector<TokenRange> items;  ///< what a SELECT puts out
+  std::vector<Item> items;
+  std::vector<std::vector<Expr*>> rows;  ///< of VALUES
+  std::vector<Expr*> conditions;         ///< WHERE, HAVING, ON, LIMIT
+  std::vector<Expr*> sorts;              ///< GROUP BY, ORDER BY, windows
 };
 
-/// SELECTs joined by UNION and the like; of VALUES, the scope has no items.
+/// SELECTs joined by UNION and the like.
 struct Query {
+  TokenRange range;
   std::vector<Scope*> cores;
+  bool bCompares = false;             ///< a join of its SELECTs other than UNION ALL
+  int nHeight = 0;                    ///< of its highest expression
+  std::vector<const Query*> inner;    ///< subqueries within, those of WITH left out
+  std::vector<const Source*> tables;  ///< tables and named queries that it reads itself
+  std::vector<Expr*> sorts;           ///< ORDER BY behind them all
 };
 
-/// Two operands that meet in a comparison or an assignment.
-struct Comparison {
-  TokenRange left;
-  TokenRange right;
-  Scope* scope = nullptr;
-};
-
-/// A value on its way into a column of the target.
+/// A value on its way into columns of the target: one, or as many as its row or query gives.
 struct Assignment {
-  TokenRange value;
-  std::size_t column = 0;  ///< place in the target's column list
+  std::vector<std::size_t> columns;  ///< tokens of their names
+  Expr* value = nullptr;
+};
+
+/// A column as CREATE TABLE or ALTER TABLE describes it.
+struct ColumnDefinition {
+  platform::Text sName;
+  bool bTime = false;
+  Expr* initial = nullptr;  ///< DEFAULT
 };
 
 struct Reference {
@@ -83,7 +150,6 @@ enum class StatementKind : std::uint8_t {
   Define,  ///< CREATE, ALTER, DROP of tables, indexes and views
 };
 
-/// Pointers inside lead to the tree's own parts.
 struct StatementTree {
   StatementKind kind = StatementKind::Query;
   bool bExplain = false;  ///< tells how the statement would run instead of running it
@@ -91,32 +157,25 @@ struct StatementTree {
   std::deque<Scope> scopes;
   std::deque<Query> queries;
   std::deque<Source> sources;
-  std::vector<Comparison> comparisons;
-  std::vector<Reference> references;
+  std::deque<Expr> expressions;
+  std::vector<Reference> references;  ///< all names of columns
 
-  Query* mainQuery = nullptr;                 ///< of a statement that is a query
-  std::optional<Chain> target;                ///< what is changed or defined
-  Source* targetSource = nullptr;             ///< the same as a table with columns, for kind Change
-  std::vector<platform::Text> targetColumns;  ///< as listed by INSERT; empty lists all
-  std::vector<Assignment> assignments;
-  bool bView = false;  ///< the statement makes a view
+  Query whole;                     ///< holds as inner what stands in no other query
+  Query* mainQuery = nullptr;      ///< of a query, of INSERT, and of what is made from one
+  Scope* changeScope = nullptr;    ///< of a statement that changes a table
+  std::optional<Chain> target;     ///< what is changed or defined
+  Source* targetSource = nullptr;  ///< the same as a table with columns, for kind Change
+  bool bInsert = false;
+  std::vector<std::size_t> targetColumns;  ///< as listed by INSERT; empty lists all
+  std::vector<Assignment> assignments;     ///< of SET
+  bool bView = false;                      ///< the statement makes a view
+  bool bIndex = false;                     ///< the statement makes an index
+  std::vector<ColumnDefinition> columns;   ///< of the table that is made or altered
   /// CREATE INDEX ... ON: the indexed table; the index itself is the target.
   std::optional<Chain> indexedTable;
 };
 
-/// Reads one statement. Fails with failure::kSqlError for what is no single statement, for
-/// brackets that do not match, and for statements and functions that are not let through.
-StatementTree ReadStatement(std::string_view sStatement, std::vector<Token> tokens);
-
-/// Reads the names joined by dots that begin at the token; no parts when there are none.
-Chain ReadChain(const std::vector<Token>& tokens, std::size_t position);
-
-/// The number of the bracket that matches the one at the token.
-std::vector<std::size_t> MatchBrackets(std::string_view sStatement,
-                                       const std::vector<Token>& tokens);
-
-/// The parts between commas outside of inner brackets.
-std::vector<TokenRange> SplitAtCommas(const std::vector<Token>& tokens,
-                                      const std::vector<std::size_t>& brackets, TokenRange range);
+/// True for a declared type whose columns hold times: TIMESTAMP or DATETIME in any case.
+bool IsTimeType(const std::vector<Token>& tokens, TokenRange type);
 
 }  // namespace orvane::provider::dialect

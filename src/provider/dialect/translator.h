@@ -1,5 +1,5 @@
-// From historian SQL to the plain SQL of an engine: names become catalog.table in quotes, time
-// expressions that meet time columns become parameters, and what may not be done is refused.
+// From historian SQL to the plain SQL of an engine: names become catalog.table in quotes, what
+// meets a stored time becomes a time, and what may not be done is refused.
 // Used by the session, once for each statement.
 #pragma once
 
@@ -9,6 +9,9 @@
 #include <vector>
 
 #include "platform/value.h"
+#include "provider/deadline.h"
+#include "provider/dialect/lexer.h"
+#include "provider/engines/engine.h"
 #include "zones/time_zone.h"
 
 namespace orvane::provider::dialect {
@@ -30,11 +33,14 @@ enum class Content : std::uint8_t {
 struct KnownColumn {
   platform::Text sName;
   Content content = Content::Other;
+  std::optional<platform::Text> sDefault{};  ///< what a row gets that names no value, as SQL
+  bool bGenerated = false;                   ///< computed; takes no value
 };
 
 struct KnownTable {
   platform::Text sName;
   std::vector<KnownColumn> columns;
+  platform::Text sViewText{};  ///< of a view: the statement that made it
 };
 
 /// Tells the translator what there is.
@@ -66,6 +72,7 @@ struct Translation {
   std::optional<platform::Text> changedCatalog;
   /// What each column of the result holds; empty when that is not known.
   std::vector<Content> columns;
+  std::vector<engines::StatementFunction> functions;  ///< that the text calls
 };
 
 /// The prefix that the option "Identifier Prefixes" puts before names.
@@ -74,9 +81,11 @@ constexpr std::string_view kIdentifierPrefix = "Orv_";
 /// The name without the prefix, if it has it in any case and something behind it.
 platform::Text WithoutPrefix(const platform::Text& sName);
 
-/// Translates one statement. Fails with failure::kSqlError for what the statement cannot mean:
-/// unknown catalogs and tables, tables without a catalog, texts that are no time expressions.
-Translation Translate(std::string_view sStatement, SchemaSource& schema,
-                      const TranslationSettings& settings);
+/// Translates one statement from its tokens. Fails with failure::kSqlError for what the statement
+/// cannot mean: unknown catalogs and tables, tables without a catalog, texts that are no time
+/// expressions, and stored times that meet anything else; with kStorage when the memory does not
+/// suffice; and at the deadline.
+Translation Translate(std::string_view sStatement, std::vector<Token> tokens, SchemaSource& schema,
+                      const TranslationSettings& settings, const Deadline& deadline);
 
 }  // namespace orvane::provider::dialect

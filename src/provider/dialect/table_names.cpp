@@ -1,0 +1,202 @@
+#include "provider/dialect/table_names.h"
+
+#include <algorithm>
+
+#include "platform/failure.h"
+
+namespace orvane::provider::dialect {
+
+using platform::Text;
+
+std::optional<KnownCatalog> TableCache::FindCatalog(const Text& sName) {
+  const auto [known, bNew] = m_catalogs.try_emplace(sName);
+  if (bNew) known->second = m_schema.FindCatalog(sName);
+  return known->second;
+}
+
+const FoundTable* TableCache::Find(const KnownCatalog& catalog, const Text& sName) {
+  const auto [known, bNew] = m_tables.try_emplace({catalog.sName, UpperCase(sName)});
+  if (bNew) {
+    if (auto table = m_schema.FindTable(catalog, sName)) {
+      known->second = FoundTable{catalog, std::move(*table)};
+    }
+  }
+  return known->second ? &*known->second : nullptr;
+}
+
+TableNames::TableNames(std::string_view sStatement, StatementTree& tree, TableCache& cache,
+                       bool bPrefixes, StatementEdits& edits, std::optional<KnownCatalog> home)
+    : m_sStatement(sStatement),
+      m_tree(tree),
+      m_cache(cache),
+      m_bPrefixes(bPrefixes),
+      m_edits(edits),
+      m_home(std::move(home)) {}
+
+void TableNames::Resolve() {
+  if (!m_home) ResolveTarget();
+  for (const auto& source : m_tree.sources) {
+    if (!source.bTarget) ResolveSource(source);
+  }
+}
+
+void TableNames::Fail(std::size_t token, const Text& sWhat, const Text& sAdvice) const {
+  FailAt(m_sStatement, At(token).position, sWhat, sAdvice);
+}
+
+KnownCatalog TableNames::ResolveCatalog(const Chain& chain) {
+  if (m_home) return *m_home;
+  auto catalog = m_cache.FindCatalog(Part(chain, 0));
+  if (!catalog) {
+    Fail(chain.parts[0], "There is no catalog \"" + Part(chain, 0) + "\"",
+         "write the name of one that the server lists");
+  }
+  if (std::find(m_catalogs.begin(), m_catalogs.end(), catalog->sName) == m_catalogs.end()) {
+    m_catalogs.push_back(catalog->sName);
+  }
+  return *catalog;
+}
+
+void TableNames::FailWithoutCatalog(const Chain& chain) const {
+  const Text& sTable = Part(chain, 0);
+  Fail(chain.parts[0], "The name \"" + sTable + "\" stands without a catalog",
+       "write catalog.." + sTable + ", for example Plant1.." + sTable);
+}
+
+void TableNames::ResolveTarget() {
+  if (!m_tree.target) return;
+  const Chain* named = &*m_tree.target;
+  // CREATE INDEX: either name may carry the catalog.
+  if (m_tree.indexedTable && named->parts.size() < 2) named = &*m_tree.indexedTable;
+  if (named->parts.size() < 2) FailWithoutCatalog(*named);
+  const KnownCatalog catalog = ResolveCatalog(*named);
+  if (!catalog.sReadOnlyAdvice.empty()) {
+    Fail(named->parts[0], "The catalog " + catalog.sName + " cannot be changed",
+         catalog.sReadOnlyAdvice);
+  }
+  m_changed = catalog.sName;
+  if (m_tree.bView) m_viewCatalog = catalog.sName;
+  if (m_tree.indexedTable) {
+    const Chain& indexed = *m_tree.indexedTable;
+    if (indexed.parts.size() == 2 && ResolveCatalog(indexed).sName != catalog.sName) {
+      Fail(indexed.parts[0], "An index names another catalog than its table",
+           "write the catalog once");
+    }
+    const FoundTable& found = ResolveTable(*m_tree.targetSource, catalog);
+    WriteTableName(*m_tree.target, catalog, NameOfDefined(catalog, *m_tree.target));
+    m_edits.Replace(indexed.range, QuoteIdentifier(found.table.sName));
+  } else if (m_tree.targetSource != nullptr) {
+    WriteTableName(*m_tree.target, catalog,
+                   ResolveTable(*m_tree.targetSource, catalog).table.sName);
+  } else {
+    WriteTableName(*m_tree.target, catalog, NameOfDefined(catalog, *m_tree.target));
+  }
+}
+
+// A table that exists is known under its prefixed name too; a new name is taken as written.
+Text TableNames::NameOfDefined(const KnownCatalog& catalog, const Chain& chain) {
+  const Text& sName = Part(chain, chain.parts.size() - 1);
+  return m_cache.Find(catalog, sName) != nullptr ? sName : Plain(sName);
+}
+
+void TableNames::WriteTableName(const Chain& chain, const KnownCatalog& catalog,
+                                const Text& sTable) {
+  Text sName = QuoteIdentifier(sTable);
+  // A view is kept with its catalog, which may be reached by any name: no catalog in its text.
+  if (!(m_viewCatalog && !IsTarget(chain))) sName = QuoteIdentifier(catalog.sName) + "." + sName;
+  m_edits.Replace({chain.parts.front(), chain.parts.back() + 1}, std::move(sName));
+}
+
+bool TableNames::IsTarget(const Chain& chain) const {
+  return m_tree.target && m_tree.target->range.begin == chain.range.begin;
+}
+
+const FoundTable& TableNames::ResolveTable(const Source& source, const KnownCatalog& catalog) {
+  const std::size_t name = source.table.parts.back();
+  const FoundTable* found = m_cache.Find(catalog, At(name).sText);
+  if (found == nullptr) found = m_cache.Find(catalog, Plain(At(name).sText));
+  if (found == nullptr) {
+    Fail(name, "There is no table \"" + At(name).sText + "\" in the catalog " + catalog.sName,
+         "write the name of one that the catalog lists");
+  }
+  m_tables[&source] = found;
+  return *found;
+}
+
+void TableNames::ResolveSource(const Source& source) {
+  if (source.query != nullptr || source.bFunction) return;
+  if (source.table.parts.size() < 2) {
+    if (FindNamedQuery(source) != nullptr) return;
+    if (!m_home) FailWithoutCatalog(source.table);
+  }
+  const KnownCatalog catalog = ResolveCatalog(source.table);
+  if (m_viewCatalog && *m_viewCatalog != catalog.sName) {
+    Fail(source.table.parts[0], "A view reads another catalog than its own",
+         "read tables of " + *m_viewCatalog + " only");
+  }
+  WriteTableName(source.table, catalog, ResolveTable(source, catalog).table.sName);
+}
+
+const FoundTable* TableNames::TableOf(const Source& source) const {
+  const auto found = m_tables.find(&source);
+  return found == m_tables.end() ? nullptr : found->second;
+}
+
+const NamedQuery* TableNames::FindNamedQuery(const Source& source) const {
+  if (source.query != nullptr || source.bFunction || source.bTarget ||
+      source.table.parts.size() != 1) {
+    return nullptr;
+  }
+  for (const Scope* scope = source.scope; scope != nullptr; scope = scope->parent) {
+    for (const auto& named : scope->namedQueries) {
+      if (SameName(named.sName, Part(source.table, 0))) return &named;
+    }
+  }
+  return nullptr;
+}
+
+bool TableNames::IsQualifier(const Source& source, const Chain& chain, std::size_t nParts) {
+  const Text& sName = Part(chain, nParts - 1);
+  if (!source.sAlias.empty()) return nParts == 1 && SameName(source.sAlias, sName);
+  if (source.query != nullptr) return false;
+  const FoundTable* const found = TableOf(source);
+  if (nParts == 2 && !m_home && found != nullptr) {
+    const auto catalog = m_cache.FindCatalog(Part(chain, 0));
+    if (!catalog || catalog->sName != found->catalog.sName) return false;
+  }
+  const Text& sOwn =
+      found != nullptr ? found->table.sName : Part(source.table, source.table.parts.size() - 1);
+  return SameName(sOwn, sName) || SameName(sOwn, Plain(sName));
+}
+
+void TableNames::Rewrite(const Chain& chain, const Scope* scope, const Text& sColumn) {
+  const std::size_t nQualifiers = chain.bStar ? chain.parts.size() : chain.parts.size() - 1;
+  if (nQualifiers > 2 || (chain.bDoubleDot && nQualifiers < 2)) {
+    Fail(chain.range.begin, "A column is not named as it should be",
+         "write catalog..table.column, alias.column or column");
+  }
+  if (nQualifiers == 2) {
+    const KnownCatalog catalog = ResolveCatalog(chain);
+    Text sTable = Part(chain, 1);
+    if (m_cache.Find(catalog, sTable) == nullptr) sTable = Plain(sTable);
+    Text sName = QuoteIdentifier(sTable);
+    if (!m_viewCatalog) sName = QuoteIdentifier(catalog.sName) + "." + sName;
+    m_edits.Replace({chain.parts[0], chain.parts[1] + 1}, std::move(sName));
+  }
+  if (!m_bPrefixes) return;
+  for (const Scope* in = scope; nQualifiers == 1 && in != nullptr; in = in->parent) {
+    const auto meant = std::find_if(in->sources.begin(), in->sources.end(),
+                                    [&](auto* source) { return IsQualifier(*source, chain, 1); });
+    if (meant == in->sources.end()) continue;
+    const FoundTable* const found = TableOf(**meant);
+    if ((*meant)->sAlias.empty() && found != nullptr) {
+      m_edits.Replace({chain.parts[0], chain.parts[0] + 1}, QuoteIdentifier(found->table.sName));
+    }
+    break;
+  }
+  const std::size_t name = chain.parts.back();
+  if (chain.bStar || sColumn.empty() || WithoutPrefix(At(name).sText) == At(name).sText) return;
+  m_edits.Replace({name, name + 1}, QuoteIdentifier(sColumn));
+}
+
+}  // namespace orvane::provider::dialect

@@ -1,0 +1,200 @@
+// Sees to it that stored times meet nothing but times. Works out from the bottom up what every
+// expression is; where a stored time meets something else, that is turned into a time: a constant
+// into a parameter, anything else by a function that reads it when the statement runs. What cannot
+// be a time is refused with its place.
+// Used by the translator, once for each statement and for each view that one reads. The kinds are
+// worked out in time_kinds.cpp, what queries put out in time_outputs.cpp, what meets what is told
+// in time_meetings.cpp, and what becomes a time in time_conversions.cpp.
+#pragma once
+
+#include <map>
+#include <set>
+
+#include "provider/dialect/column_list.h"
+#include "provider/dialect/table_names.h"
+
+namespace orvane::provider::dialect {
+
+/// The columns of views, each worked out once in a statement.
+class ViewKinds;
+
+class TimeAnalysis {
+ public:
+  struct Place {
+    std::string_view sStatement;
+    StatementTree& tree;
+    TableNames& names;
+    StatementEdits& edits;
+    const TranslationSettings& settings;
+    const Deadline& deadline;
+    ViewKinds& views;
+    /// What is kept beyond the statement, such as "a view": no time can be read for it. Else empty.
+    platform::Text sKept{};
+  };
+
+  explicit TimeAnalysis(const Place& place);
+
+  /// Looks at everything. Fails with failure::kSqlError where a time meets what is none.
+  void Run();
+  /// What the query puts out. Valid for as long as this is.
+  const ColumnList& OutputOf(const Query& query);
+  /// The name that the column really has, empty when it is not known.
+  platform::Text ColumnName(const Chain& chain, const Scope* scope);
+  /// True when the statement calls functions that read times.
+  bool CallsFunctions() const { return m_bCalls; }
+  std::size_t SelectsOf(const Query& query);
+
+ private:
+  // One side of a comparison: an expression, a column of a query, or of a table's columns.
+  struct Operand {
+    const Expr* expr = nullptr;
+    const Query* query = nullptr;
+    const Source* table = nullptr;
+    std::size_t column = 0;
+    std::size_t token = 0;
+  };
+  struct Output {
+    ColumnList columns;
+    // For each SELECT the columns with the items that put them out; of VALUES none.
+    std::vector<ColumnList> cores;
+    bool bDone = false;
+    bool bReadsItself = false;
+    std::vector<Kinds> handedOut;
+  };
+  struct Found {
+    const OutputColumn* column = nullptr;
+    const Expr* alias = nullptr;
+  };
+  // One step deeper into queries and expressions while it lives.
+  class Deeper {
+   public:
+    Deeper(TimeAnalysis& analysis, std::size_t token) : m_analysis(analysis) {
+      constexpr int kDeepest = 2500;
+      if (++m_analysis.m_nDepth > kDeepest) {
+        --m_analysis.m_nDepth;
+        m_analysis.Fail(token, "The statement is nested too deeply",
+                        "nest fewer brackets and queries");
+      }
+    }
+    Deeper(const Deeper&) = delete;
+    Deeper& operator=(const Deeper&) = delete;
+    ~Deeper() { --m_analysis.m_nDepth; }
+
+   private:
+    TimeAnalysis& m_analysis;
+  };
+
+  const Token& At(std::size_t i) const { return m_tree.tokens[i]; }
+  const platform::Text& Part(const Chain& chain, std::size_t part) const {
+    return At(chain.parts[part]).sText;
+  }
+  bool TimeAsDouble() const { return m_place.settings.bTimeAsDouble; }
+  [[noreturn]] void Fail(std::size_t token, const platform::Text& sWhat,
+                         const platform::Text& sAdvice) const;
+
+  // --- what queries put out ---
+  const ColumnList& ColumnsOf(const Source& source);
+  const ColumnList& ColumnsOfNamed(const NamedQuery& named);
+  const ColumnList& ColumnsOfTable(const FoundTable& found);
+  const ColumnList& ColumnsOfFunction(const Source& source);
+  const ColumnList& ColumnsOfNew();
+  const Output& ReadOutput(const Query& query);
+  void ReadCores(const Query& query, Output& output);
+  ColumnList ReadCore(const Scope& core);
+  void AppendStar(const Scope& core, const Item& item, std::size_t itemNumber, ColumnList& to);
+  void Append(ColumnList& to, OutputColumn column, std::size_t token);
+  void JoinCores(const Query& query, Output& output);
+  void CheckReadingItself(const Query& query, const Output& output) const;
+  bool IsShared(const Scope& core, std::size_t source, const platform::Text& sColumn);
+  Found Find(const Chain& chain, const Scope* scope);
+  Found FindIn(const Chain& chain, const Scope& scope);
+  std::optional<std::size_t> FindPlace(const ColumnList& columns,
+                                       const platform::Text& sName) const;
+  std::size_t CountSelects(const Query& query);
+
+  // --- what expressions are ---
+  Kinds KindsOf(const Expr& expr);
+  Kinds Work(const Expr& expr);
+  Kinds KindsOfName(const Expr& expr);
+  Kinds KindsOfArithmetic(const Expr& expr);
+  Kinds KindsOfSum(const Expr& expr, Kinds left, Kinds right);
+  Kinds KindsOfCase(const Expr& expr);
+  Kinds KindsOfCast(const Expr& expr);
+  Kinds KindsOfCall(const Expr& expr);
+  Kinds KindsOfDate(const Expr& expr, const platform::Text& sFunction);
+  bool KeepsUtc(const Expr& modifier) const;
+  Kinds KindsOfLike(const Expr& expr);
+  void SetKinds(const Expr& expr, Kinds kinds) { m_kinds[expr.nNumber] = kinds; }
+
+  // --- what meets what ---
+  void LookAtScope(const Scope& scope);
+  void LookAtJoins(const Scope& scope);
+  void LookAtQuery(const Query& query);
+  void LookAtChange();
+  void LookAtInsert();
+  void LookAtDefaults(const std::set<std::size_t>& given);
+  void LookAtDefinition();
+  void LookAtSort(const Expr& expr, const Query* query);
+  void MeetIn(const Expr& expr);
+  void MeetRows(const std::vector<const Expr*>& sides, std::size_t token);
+  Kinds Meet(const std::vector<Operand>& operands, std::size_t token);
+  void CheckPair(const Operand& left, const Operand& right, std::size_t token);
+  std::vector<Operand> OperandsOf(const Expr& expr);
+  Kinds KindsOf(const Operand& operand);
+  const Expr* Inside(const Expr* expr) const;
+
+  // --- becoming a time ---
+  void Convert(const Operand& operand);
+  void Convert(const Expr& expr);
+  bool ConvertParts(const Expr& expr, Kinds kinds);
+  void ConvertCall(const Expr& expr);
+  void ConvertOutput(const Query& query, std::size_t column);
+  void Wrap(const Expr& expr, Kinds kinds);
+  void Bind(const Expr& expr, platform::Timestamp time);
+  void ConvertNumber(const Expr& expr, const Expr& number, bool bNegative);
+  void CheckKept(const Expr& expr) const;
+  [[noreturn]] void FailMixed(std::size_t token) const;
+  [[noreturn]] void FailNumber(std::size_t token) const;
+
+  Place m_place;
+  StatementTree& m_tree;
+  std::vector<std::optional<Kinds>> m_kinds;  // by number of the expression
+  std::vector<bool> m_working;                // the same
+  std::map<const Query*, Output> m_outputs;
+  std::map<const NamedQuery*, ColumnList> m_named;
+  std::set<const NamedQuery*> m_namedDone;  // those that are known whole
+  std::map<const FoundTable*, ColumnList> m_tables;
+  std::map<const Source*, ColumnList> m_functions;
+  std::optional<ColumnList> m_new;
+  std::map<const Query*, std::size_t> m_selects;
+  std::set<const Expr*> m_aliases;  // items of which the kinds were told under their names
+  std::size_t m_nColumns = 0;
+  std::size_t m_nSteps = 0;
+  int m_nDepth = 0;
+  bool m_bCalls = false;
+};
+
+class ViewKinds {
+ public:
+  ViewKinds(TableCache& cache, const TranslationSettings& settings, const Deadline& deadline)
+      : m_cache(cache), m_settings(settings), m_deadline(deadline) {}
+
+  struct View {
+    std::vector<Kinds> kinds;   ///< of its columns in order; empty when they are not known
+    std::size_t nSelects = 1;   ///< how many run for it
+    platform::Text sFailure{};  ///< why it compares what it should not; empty when it does not
+  };
+  /// What the view puts out. Never fails for what stands in the view.
+  const View& Of(const FoundTable& found);
+
+ private:
+  View Read(const FoundTable& found);
+
+  TableCache& m_cache;
+  const TranslationSettings& m_settings;
+  const Deadline& m_deadline;
+  std::map<const FoundTable*, View> m_views;
+  int m_nDepth = 0;
+};
+
+}  // namespace orvane::provider::dialect

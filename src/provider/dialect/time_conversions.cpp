@@ -1,0 +1,202 @@
+// How what meets a stored time becomes a time itself.
+#include <algorithm>
+#include <charconv>
+
+#include "platform/failure.h"
+#include "provider/dialect/time_analysis.h"
+#include "provider/dialect/time_expression.h"
+#include "provider/dialect/time_functions.h"
+
+namespace orvane::provider::dialect {
+
+using platform::Text;
+using platform::Timestamp;
+using platform::Value;
+
+void TimeAnalysis::FailMixed(std::size_t token) const {
+  Fail(token, "What is a time in some rows and something else in others meets a time",
+       "make it a time where it comes from, by CAST(... AS TIMESTAMP)");
+}
+
+void TimeAnalysis::FailNumber(std::size_t token) const {
+  Fail(token, "A number stands where a time is meant",
+       "write a time between single quotes, such as '*-1h'");
+}
+
+// What is kept is read by others too, who know nothing of these times.
+void TimeAnalysis::CheckKept(const Expr& expr) const {
+  if (m_place.sKept.empty()) return;
+  Fail(expr.range.begin, "A time stands in " + m_place.sKept,
+       "compare times in the statements that read it");
+}
+
+void TimeAnalysis::Convert(const Operand& operand) {
+  if (operand.expr != nullptr) {
+    Convert(*operand.expr);
+  } else if (operand.query != nullptr) {
+    ConvertOutput(*operand.query, operand.column);
+  } else if (!kinds::IsOnly(KindsOf(operand), kinds::kTimes)) {
+    Fail(operand.token, "The column of a table meets a time",
+         "write (SELECT column FROM table) in place of the table");
+  }
+}
+
+void TimeAnalysis::Convert(const Expr& expr) {
+  const Kinds kinds = KindsOf(expr);
+  if (kinds::IsOnly(kinds, kinds::kTime)) return;
+  if (kinds::IsOnly(kinds, kinds::kTimes)) {
+    if (!TimeAsDouble()) return;
+    Fail(expr.range.begin, "A number is added to a time, and it is not known whether it means days",
+         "write one time, such as '*-1h', or set Time as Double to False");
+  }
+  if (!ConvertParts(expr, kinds)) {
+    CheckKept(expr);
+    Wrap(expr, kinds);
+  }
+  SetKinds(expr, kinds::kTime);
+}
+
+// What only picks one of its parts is a time when they are. False when that is not so.
+bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds) {
+  switch (expr.kind) {
+    case ExprKind::Bracket:
+    case ExprKind::Collate:
+      Convert(*expr.children[0]);
+      return true;
+    case ExprKind::String: {
+      CheckKept(expr);
+      const Text& sText = At(expr.range.begin).sText;
+      const auto time = ReadTimeExpression(sText, m_place.settings.zone, m_place.settings.now);
+      if (const auto* const error = std::get_if<TimeExpressionError>(&time)) {
+        Fail(expr.range.begin, "'" + sText + "' is no time",
+             "at its character " + CharacterNumber(sText, error->position) + " " + error->sReason);
+      }
+      Bind(expr, std::get<Timestamp>(time));
+      return true;
+    }
+    case ExprKind::Number:
+      ConvertNumber(expr, expr, false);
+      return true;
+    case ExprKind::Sign: {
+      const Expr& number = *expr.children[0];
+      if (number.kind == ExprKind::Number && !At(expr.operation).IsSymbol("~")) {
+        ConvertNumber(expr, number, At(expr.operation).IsSymbol("-"));
+        return true;
+      }
+      if (!At(expr.operation).IsSymbol("+")) return false;
+      Convert(number);
+      return true;
+    }
+    case ExprKind::Case: {
+      const std::size_t first = expr.bOperand ? 2 : 1;
+      const std::size_t end = expr.children.size() - (expr.bElse ? 1 : 0);
+      for (std::size_t i = first; i < end; i += 2) Convert(*expr.children[i]);
+      if (expr.bElse) Convert(*expr.children.back());
+      return true;
+    }
+    case ExprKind::Subquery:
+      // Texts of one kind are read where they come out.
+      if (kinds::IsOnly(kinds, kinds::kAny) ||
+          kinds::IsOnly(kinds, kinds::kUtcText | kinds::kWrittenTime)) {
+        return false;
+      }
+      ConvertOutput(*expr.query, 0);
+      return true;
+    case ExprKind::Call: {
+      const Text sName = UpperCase(At(expr.operation).sText);
+      std::vector<std::size_t> parts;
+      const bool bMany = expr.children.size() > 1;
+      if (sName == "COALESCE" || sName == "IFNULL" || sName == "NULLIF" ||
+          ((sName == "MIN" || sName == "MAX") && bMany)) {
+        for (std::size_t i = 0; i < expr.children.size(); ++i) parts.push_back(i);
+      } else if (sName == "IIF" || sName == "IF") {
+        parts = {1, 2};
+      } else if (sName == "LAG" || sName == "LEAD") {
+        parts = {0, 2};
+      } else if (sName == "LIKELY" || sName == "UNLIKELY" || sName == "LIKELIHOOD" ||
+                 sName == "MIN" || sName == "MAX" || sName == "FIRST_VALUE" ||
+                 sName == "LAST_VALUE" || sName == "NTH_VALUE") {
+        parts = {0};
+      } else {
+        return false;
+      }
+      for (const std::size_t part : parts) {
+        if (part < expr.children.size()) Convert(*expr.children[part]);
+      }
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
+// Lets the engine call a function that reads the value as a time when the statement runs.
+void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
+  const std::size_t token = expr.range.begin;
+  if (kinds::Has(kinds, kinds::kTimes)) FailMixed(token);
+  if (kinds::Has(kinds, kinds::kNumberOfTime | kinds::kTextOfTime)) {
+    Fail(token, "What was made from a time is compared with something else",
+         "compare the time itself, as in Timestamp >= '*-1h'");
+  }
+  if (kinds::Has(kinds, kinds::kZoneText)) {
+    Fail(token, "The zone of this time is not known",
+         "leave out 'localtime' and 'utc': times are compared whatever their zone");
+  }
+  if (kinds::Has(kinds, kinds::kCount | kinds::kOther)) {
+    Fail(token, "This is not understood as a time",
+         "write a time between single quotes, such as '*-1h', or what datetime() gives");
+  }
+  const bool bUtc = kinds::Has(kinds, kinds::kUtcText | kinds::kWrittenTime);
+  if (bUtc && !kinds::IsOnly(kinds, kinds::kUtcText | kinds::kWrittenTime)) FailMixed(token);
+  if (kinds::IsOnly(kinds, kinds::kNumber) && !TimeAsDouble()) FailNumber(token);
+  m_place.edits.Wrap(expr.range, Text(bUtc ? kReadUtc : kReadTime) + "(", ")");
+  m_bCalls = true;
+}
+
+void TimeAnalysis::Bind(const Expr& expr, Timestamp time) {
+  m_place.edits.Bind(expr.range, Value(time));
+}
+
+void TimeAnalysis::ConvertNumber(const Expr& expr, const Expr& number, bool bNegative) {
+  CheckKept(expr);
+  if (!TimeAsDouble()) FailNumber(expr.range.begin);
+  const Text& sNumber = At(number.range.begin).sText;
+  double dDays = 0;
+  const char* const end = sNumber.data() + sNumber.size();
+  const auto read = std::from_chars(sNumber.data(), end, dDays);
+  const auto time = read.ec == std::errc() && read.ptr == end
+                        ? m_place.settings.zone.FromDays(bNegative ? -dDays : dDays)
+                        : std::nullopt;
+  if (!time) {
+    Fail(expr.range.begin, sNumber + " is no time", "write a number of days since 1899-12-30");
+  }
+  Bind(expr, *time);
+}
+
+void TimeAnalysis::ConvertOutput(const Query& query, std::size_t column) {
+  // It may be asked for while the query is worked out.
+  if (!m_outputs.contains(&query)) OutputOf(query);
+  Output& output = m_outputs[&query];
+  if (column >= output.columns.size()) return;
+  for (std::size_t i = 0; i < query.cores.size() && i < output.cores.size(); ++i) {
+    const Scope& core = *query.cores[i];
+    for (const auto& row : core.rows) {
+      if (column < row.size()) Convert(*row[column]);
+    }
+    if (!core.rows.empty() || column >= output.cores[i].size()) continue;
+    const OutputColumn& out = output.cores[i][column];
+    const Item& item = core.items[out.item];
+    if (item.expr == nullptr) {
+      if (kinds::IsOnly(out.kinds, kinds::kTimes)) continue;
+      Fail(item.range.begin, "A star stands for a time and for what is none",
+           "name the columns, and write CAST(... AS TIMESTAMP) where a time is meant");
+    }
+    if (m_aliases.contains(item.expr) && !kinds::IsOnly(KindsOf(*item.expr), kinds::kTimes)) {
+      FailMixed(item.range.begin);
+    }
+    Convert(*item.expr);
+  }
+  output.columns.SetKinds(column, kinds::kTime);
+}
+
+}  // namespace orvane::provider::dialect

@@ -1,0 +1,71 @@
+#include "provider/dialect/time_functions.h"
+
+#include "platform/conversions.h"
+#include "platform/failure.h"
+#include "provider/dialect/time_expression.h"
+
+namespace orvane::provider::dialect {
+namespace {
+
+using platform::Text;
+using platform::Timestamp;
+using platform::Value;
+
+[[noreturn]] void FailNoTime(const Text& sValue, const Text& sWhy) {
+  throw platform::Failure(
+      platform::failure::kSqlError,
+      sValue + " is compared with a time or stored as one, and is none: " + sWhy + ".", "ORVOLEDB");
+}
+
+Text Shown(const Text& sText) {
+  constexpr std::size_t kMost = 60;
+  if (sText.size() <= kMost) return "'" + sText + "'";
+  std::size_t nEnd = kMost;
+  while (nEnd > 0 && (static_cast<unsigned char>(sText[nEnd]) & 0xC0U) == 0x80U) --nEnd;
+  return "'" + sText.substr(0, nEnd) + "...'";
+}
+
+Value ReadText(const Text& sText, const zones::TimeZone& zone, Timestamp now) {
+  const auto time = ReadTimeExpression(sText, zone, now);
+  if (const auto* const error = std::get_if<TimeExpressionError>(&time)) {
+    FailNoTime(Shown(sText), "at its character " + CharacterNumber(sText, error->position) + " " +
+                                 error->sReason);
+  }
+  return std::get<Timestamp>(time);
+}
+
+Value ReadNumber(const Value& vtValue, const TranslationSettings& settings) {
+  if (!settings.bTimeAsDouble) {
+    FailNoTime(platform::ToText(vtValue), "write a time such as '*-1h'");
+  }
+  const auto* const ll = vtValue.As<std::int64_t>();
+  const double dDays = ll != nullptr ? static_cast<double>(*ll) : *vtValue.As<double>();
+  const auto time = settings.zone.FromDays(dDays);
+  if (!time) {
+    FailNoTime(platform::ToText(vtValue), "a time is a number of days since 1899-12-30");
+  }
+  return *time;
+}
+
+}  // namespace
+
+std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings& settings) {
+  const auto read = [settings](const Value& vtValue) -> Value {
+    if (vtValue.IsNull()) return {};
+    if (const auto* const sText = vtValue.As<Text>()) {
+      return ReadText(*sText, settings.zone, settings.now);
+    }
+    if (vtValue.As<std::int64_t>() != nullptr || vtValue.As<double>() != nullptr) {
+      return ReadNumber(vtValue, settings);
+    }
+    FailNoTime("A row of bytes", "write a time such as '*-1h'");
+  };
+  const auto readUtc = [now = settings.now,
+                        utc = zones::TimeZone::Utc()](const Value& vtValue) -> Value {
+    if (vtValue.IsNull()) return {};
+    return ReadText(platform::ToText(vtValue), utc, now);
+  };
+  return {{Text(kReadTime), read}, {Text(kReadUtc), readUtc}};
+}
+
+}  // namespace orvane::provider::dialect

@@ -1,0 +1,295 @@
+// What meets what: comparisons, joins, sorting, and values on their way into columns.
+#include <algorithm>
+
+#include "platform/failure.h"
+#include "provider/dialect/time_analysis.h"
+
+namespace orvane::provider::dialect {
+
+using platform::Text;
+
+namespace {
+
+// What a column of times may get on its own: null, a number, or now as this system writes it.
+bool IsSoundDefault(const Text& sDefault) {
+  if (UpperCase(sDefault) == "NULL" || sDefault.find("unixepoch(") != Text::npos) return true;
+  return !sDefault.empty() && sDefault.find_first_not_of("+-0123456789") == Text::npos;
+}
+
+}  // namespace
+
+TimeAnalysis::TimeAnalysis(const Place& place)
+    : m_place(place),
+      m_tree(place.tree),
+      m_kinds(place.tree.expressions.size()),
+      m_working(place.tree.expressions.size()) {}
+
+void TimeAnalysis::Fail(std::size_t token, const Text& sWhat, const Text& sAdvice) const {
+  FailAt(m_place.sStatement, At(token).position, sWhat, sAdvice);
+}
+
+void TimeAnalysis::Run() {
+  CountSelects(m_tree.whole);
+  // What is changed first: values become times before anything else sees them.
+  LookAtChange();
+  LookAtDefinition();
+  for (const auto& query : m_tree.queries) LookAtQuery(query);
+  for (const auto& scope : m_tree.scopes) LookAtScope(scope);
+}
+
+void TimeAnalysis::LookAtScope(const Scope& scope) {
+  for (const auto* const source : scope.sources) {
+    for (const auto* const argument : source->arguments) KindsOf(*argument);
+  }
+  LookAtJoins(scope);
+  for (const auto& item : scope.items) {
+    if (item.expr != nullptr) KindsOf(*item.expr);
+  }
+  for (const auto* const condition : scope.conditions) KindsOf(*condition);
+  for (const auto* const sort : scope.sorts) LookAtSort(*sort, nullptr);
+}
+
+// Columns by which tables are joined are compared without being written.
+void TimeAnalysis::LookAtJoins(const Scope& scope) {
+  for (std::size_t i = 1; i < scope.sources.size(); ++i) {
+    const Source& source = *scope.sources[i];
+    const auto look = [&](const Text& sColumn, std::size_t token) {
+      Kinds all = kinds::kNull;
+      bool bBefore = false;
+      for (std::size_t j = 0; j <= i; ++j) {
+        const ColumnList& columns = ColumnsOf(*scope.sources[j]);
+        const auto place = FindPlace(columns, sColumn);
+        if (!place) continue;
+        if (j < i) bBefore = true;
+        all |= columns[*place].kinds;
+      }
+      if (!bBefore) return;
+      const bool bSound = kinds::IsOnly(all, kinds::kTimes) || !kinds::Has(all, kinds::kFromTimes);
+      if (!bSound) {
+        Fail(token, "Tables are joined by a time and something else",
+             "join them by ON and compare times with times");
+      }
+    };
+    for (const std::size_t token : source.usedNames) look(At(token).sText, token);
+    if (!source.bNatural) continue;
+    const std::size_t token =
+        source.query != nullptr ? source.query->range.begin : source.table.range.begin;
+    for (const auto& column : ColumnsOf(source)) look(column.sName, token);
+  }
+}
+
+void TimeAnalysis::LookAtQuery(const Query& query) {
+  OutputOf(query);
+  for (const auto* const sort : query.sorts) LookAtSort(*sort, &query);
+}
+
+// GROUP BY, ORDER BY and the like compare the values of one expression with one another. Behind
+// joined SELECTs, and by its number or name, a column of what is put out is meant.
+void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
+  Kinds kinds = kinds::kNull;
+  if (query != nullptr) {
+    const ColumnList& columns = OutputOf(*query);
+    if (expr.kind == ExprKind::Number) {
+      const Text& sNumber = At(expr.range.begin).sText;
+      const std::size_t nPlace =
+          sNumber.size() < 6 ? static_cast<std::size_t>(std::stoul("0" + sNumber)) : 0;
+      if (nPlace > 0 && nPlace <= columns.size()) kinds |= columns[nPlace - 1].kinds;
+    } else if (expr.kind == ExprKind::Name && expr.chain.parts.size() == 1) {
+      if (const auto place = columns.Find(Part(expr.chain, 0))) kinds |= columns[*place].kinds;
+    }
+  }
+  kinds |= KindsOf(expr);
+  if (kinds::Mixes(kinds) && !(expr.kind == ExprKind::Number && kinds == kinds::kNumber)) {
+    Convert(expr);
+  }
+}
+
+// --- changes ---
+
+void TimeAnalysis::LookAtChange() {
+  if (m_tree.kind != StatementKind::Change) return;
+  if (m_tree.bInsert) LookAtInsert();
+  const ColumnList& columns = ColumnsOf(*m_tree.targetSource);
+  for (const auto& assignment : m_tree.assignments) {
+    const auto values = assignment.columns.size() > 1
+                            ? OperandsOf(*assignment.value)
+                            : std::vector<Operand>{{assignment.value, nullptr, nullptr, 0, 0}};
+    for (const auto& value : values) KindsOf(value);
+    for (std::size_t i = 0; i < assignment.columns.size() && i < values.size(); ++i) {
+      const auto place = FindPlace(columns, At(assignment.columns[i]).sText);
+      if (place && columns[*place].kinds == kinds::kTime) Convert(values[i]);
+    }
+  }
+}
+
+void TimeAnalysis::LookAtInsert() {
+  const ColumnList& columns = ColumnsOf(*m_tree.targetSource);
+  const FoundTable* const found = m_place.names.TableOf(*m_tree.targetSource);
+  std::vector<std::optional<std::size_t>> places;
+  if (m_tree.targetColumns.empty()) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      if (!found->table.columns[i].bGenerated) places.emplace_back(i);
+    }
+  } else {
+    for (const std::size_t token : m_tree.targetColumns) {
+      places.push_back(FindPlace(columns, At(token).sText));
+    }
+  }
+  std::set<std::size_t> given;
+  if (m_tree.mainQuery != nullptr) {
+    OutputOf(*m_tree.mainQuery);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      if (!places[i]) continue;
+      given.insert(*places[i]);
+      if (columns[*places[i]].kinds == kinds::kTime) ConvertOutput(*m_tree.mainQuery, i);
+    }
+  }
+  LookAtDefaults(given);
+}
+
+void TimeAnalysis::LookAtDefaults(const std::set<std::size_t>& given) {
+  const FoundTable* const found = m_place.names.TableOf(*m_tree.targetSource);
+  for (std::size_t i = 0; i < found->table.columns.size(); ++i) {
+    const KnownColumn& column = found->table.columns[i];
+    if (column.content != Content::Time || given.contains(i) || column.bGenerated) continue;
+    if (column.sDefault && !IsSoundDefault(*column.sDefault)) {
+      Fail(m_tree.target->parts.back(),
+           "The column \"" + column.sName + "\" would get a text that is no time",
+           "list the column and give it a time, such as '*'");
+    }
+  }
+}
+
+// --- definitions ---
+
+void TimeAnalysis::LookAtDefinition() {
+  if (m_tree.kind != StatementKind::Define) return;
+  for (const auto& column : m_tree.columns) {
+    if (column.initial == nullptr) continue;
+    const Kinds kinds = KindsOf(*column.initial);
+    if (!column.bTime) continue;
+    const Expr& inside = *Inside(column.initial);
+    const bool bNow =
+        inside.kind == ExprKind::CurrentTime && At(inside.range.begin).IsWord("CURRENT_TIMESTAMP");
+    if (bNow) {
+      // The text that it is to the engine would stand in the column.
+      m_place.edits.Replace(inside.range, "(unixepoch() * 1000000)");
+    } else if (kinds != kinds::kNull) {
+      Fail(inside.range.begin, "A time stands in " + m_place.sKept,
+           "write CURRENT_TIMESTAMP, or leave the default out and give times in INSERT");
+    }
+  }
+  if (m_tree.mainQuery == nullptr || m_tree.bView) return;
+  const ColumnList& columns = OutputOf(*m_tree.mainQuery);
+  for (const auto& column : columns) {
+    if (!kinds::Has(column.kinds, kinds::kFromTimes)) continue;
+    const Scope& core = *m_tree.mainQuery->cores.front();
+    const std::size_t token = column.item < core.items.size() ? core.items[column.item].range.begin
+                                                              : m_tree.mainQuery->range.begin;
+    Fail(token, "A table that is made from a query holds numbers in place of times",
+         "create it with a column of type TIMESTAMP and fill it by INSERT ... SELECT");
+  }
+}
+
+// --- comparisons ---
+
+// A row of values, or a query that gives one, meets another element by element.
+std::vector<TimeAnalysis::Operand> TimeAnalysis::OperandsOf(const Expr& expr) {
+  std::vector<Operand> operands;
+  const Expr& inside = *Inside(&expr);
+  if (inside.kind == ExprKind::Row) {
+    for (const auto* const child : inside.children) {
+      operands.push_back({child, nullptr, nullptr, 0, child->range.begin});
+    }
+  } else if (inside.kind == ExprKind::Subquery && OutputOf(*inside.query).size() > 1) {
+    for (std::size_t i = 0; i < OutputOf(*inside.query).size(); ++i) {
+      operands.push_back({nullptr, inside.query, nullptr, i, inside.range.begin});
+    }
+  } else {
+    operands.push_back({&expr, nullptr, nullptr, 0, expr.range.begin});
+  }
+  return operands;
+}
+
+Kinds TimeAnalysis::KindsOf(const Operand& operand) {
+  if (operand.expr != nullptr) return KindsOf(*operand.expr);
+  const ColumnList& columns =
+      operand.query != nullptr ? OutputOf(*operand.query) : ColumnsOf(*operand.table);
+  return operand.column < columns.size() ? columns[operand.column].kinds : kinds::kOther;
+}
+
+void TimeAnalysis::MeetRows(const std::vector<const Expr*>& sides, std::size_t token) {
+  std::vector<std::vector<Operand>> rows;
+  std::size_t nWidest = 0;
+  for (const auto* const side : sides) {
+    KindsOf(*side);
+    rows.push_back(OperandsOf(*side));
+    nWidest = std::max(nWidest, rows.back().size());
+  }
+  for (std::size_t i = 0; i < nWidest; ++i) {
+    std::vector<Operand> meeting;
+    for (const auto& row : rows) {
+      if (i < row.size()) meeting.push_back(row[i]);
+    }
+    Meet(meeting, token);
+  }
+}
+
+void TimeAnalysis::MeetIn(const Expr& expr) {
+  if (expr.query == nullptr && expr.table == nullptr) {
+    // Of a list each element meets the first, so all of them are of one kind.
+    MeetRows({expr.children.begin(), expr.children.end()}, expr.operation);
+    return;
+  }
+  KindsOf(*expr.children[0]);
+  const auto left = OperandsOf(*expr.children[0]);
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    const std::size_t token =
+        expr.query != nullptr ? expr.query->range.begin : expr.table->table.range.begin;
+    Meet({left[i], {nullptr, expr.query, expr.table, i, token}}, expr.operation);
+  }
+}
+
+// Where one is a time all become times, and what they are then is told.
+Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token) {
+  Kinds all = kinds::kNull;
+  for (const auto& operand : operands) all |= KindsOf(operand);
+  if (kinds::Has(all, kinds::kTimes)) {
+    for (const auto& operand : operands) Convert(operand);
+    return kinds::kTime;
+  }
+  for (std::size_t i = 1; i < operands.size(); ++i) CheckPair(operands[0], operands[i], token);
+  return all;
+}
+
+// Neither is a time, but they may have been made from one.
+void TimeAnalysis::CheckPair(const Operand& left, const Operand& right, std::size_t token) {
+  const auto both = static_cast<Kinds>(KindsOf(left) | KindsOf(right));
+  if (kinds::Has(both, kinds::kNumberOfTime | kinds::kTextOfTime)) {
+    const bool bNumbers =
+        kinds::IsOnly(both, kinds::kNumberOfTime | kinds::kNumbers) &&
+        (!TimeAsDouble() || kinds::IsOnly(both, kinds::kNumberOfTime | kinds::kCount));
+    if (!bNumbers && !kinds::IsOnly(both, kinds::kTextOfTime)) {
+      Fail(token, "What was made from a time is compared with something else",
+           "compare the time itself, as in Timestamp >= '*-1h'");
+    }
+    return;
+  }
+  if (!kinds::Has(both, kinds::kWrittenTime)) return;
+  for (const auto* const operand : {&left, &right}) {
+    if (operand->expr == nullptr) continue;
+    const Expr& inside = *Inside(operand->expr);
+    const bool bNumber =
+        kinds::IsOnly(KindsOf(*operand), kinds::kNumbers) && KindsOf(*operand) != kinds::kNull;
+    const Text& sText = At(inside.range.begin).sText;
+    const bool bExpression = inside.kind == ExprKind::String && !sText.empty() &&
+                             !(sText.front() >= '0' && sText.front() <= '9') &&
+                             sText.front() != '-';
+    if (bNumber || bExpression) {
+      Fail(inside.range.begin, "A written time is compared with something else",
+           "compare the time itself, as in Timestamp >= '*-1h', or CAST what is written");
+    }
+  }
+}
+
+}  // namespace orvane::provider::dialect

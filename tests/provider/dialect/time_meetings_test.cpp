@@ -1,0 +1,273 @@
+// Stored times beyond WHERE: joins, sorting, values on their way into columns, definitions, views.
+#include <sqlite3.h>
+
+#include "tests/provider/dialect/plant.h"
+
+namespace orvane::provider::dialect {
+namespace {
+
+using platform::Text;
+
+class time_meetings : public Plant {
+ protected:
+  // The failure without the place, which the other tests tell.
+  Text Refusal(const Text& sStatement) {
+    const Text sFailure = Failing(sStatement);
+    return sFailure.substr(0, sFailure.find(" (character"));
+  }
+  Text Count(const Text& sFrom) { return OnOneLine(Run("SELECT count(*) FROM " + sFrom)); }
+};
+
+TEST_F(time_meetings, tables_are_joined_by_times_only) {
+  Run("CREATE TABLE Plant1..Notes (Timestamp TEXT, Note TEXT)");
+  Run("INSERT INTO Plant1..Notes VALUES ('2024-05-15 10:00', 'a'), ('*', 'b')");
+  const Text sRefused = "Tables are joined by a time and something else";
+  EXPECT_EQ(Refusal("SELECT 1 FROM Plant1..Data JOIN Plant1..Notes USING (Timestamp)"), sRefused);
+  EXPECT_EQ(Refusal("SELECT 1 FROM Plant1..Notes NATURAL JOIN Plant1..Data"), sRefused);
+  EXPECT_EQ(Refusal("SELECT 1 FROM Plant1..Data NATURAL LEFT JOIN (SELECT Note, Timestamp FROM "
+                    "Plant1..Notes)"),
+            sRefused);
+  EXPECT_EQ(Refusal("UPDATE Plant1..Copy SET Value = 0 FROM Plant1..Data NATURAL JOIN "
+                    "Plant1..Notes"),
+            sRefused);
+  EXPECT_EQ(Run("SELECT n.Note FROM Plant1..Data d JOIN Plant1..Notes n ON d.Timestamp = "
+                "n.Timestamp ORDER BY n.Note"),
+            "a\nb\n");
+  EXPECT_EQ(Run("SELECT n.Note FROM Plant1..Notes n, Plant1..Data d WHERE n.Timestamp = "
+                "d.Timestamp AND d.Value = 0"),
+            "b\n");
+  EXPECT_EQ(Count("Plant1..Data JOIN Plant1..Copy USING (Tag, Timestamp)"), "24 ");
+  EXPECT_EQ(Count("Plant1..Data NATURAL JOIN Plant1..Copy"), "24 ");
+}
+
+TEST_F(time_meetings, a_column_by_which_tables_are_joined_comes_once) {
+  // Else the columns behind it would be taken for others.
+  EXPECT_EQ(Run("SELECT * FROM (SELECT Tag, Value FROM Plant1..Data WHERE Timestamp = '*') JOIN "
+                "Plant1..Copy USING (Tag, Value) WHERE Timestamp >= '*'"),
+            "T1|0|2024-05-15 12:00:00|Good\n");
+  EXPECT_EQ(Run("SELECT * FROM (SELECT * FROM Plant1..Data NATURAL JOIN Plant1..Copy) WHERE "
+                "Timestamp = '*-23h'"),
+            "T1|2024-05-14 13:00:00|23|Good\n");
+}
+
+TEST_F(time_meetings, values_become_times_on_their_way_into_columns) {
+  Run("DELETE FROM Plant1..Data");
+  Run("INSERT INTO Plant1..Data (Tag, Value, Timestamp) SELECT Tag, 1, Description FROM "
+      "Plant1..Tags WHERE Tag = 'T1'");
+  Run("INSERT INTO Plant1..Data (Tag, Timestamp) VALUES ('T2', datetime('2024-05-15 08:00')), "
+      "('T3', '2024-05-15' || ' 10:00'), ('T4', coalesce(NULL, '*-4h'))");
+  Run("INSERT INTO Plant1..Data (Tag, Timestamp) WITH RECURSIVE n(i) AS (SELECT 5 UNION ALL SELECT "
+      "i + 1 FROM n WHERE i < 6) SELECT 'T' || i, datetime(1715760000, 'unixepoch') FROM n");
+  Run("INSERT INTO Plant1..Data (Tag, Timestamp) SELECT 'T7', Timestamp FROM Plant1..Copy WHERE "
+      "Value = 4 UNION ALL SELECT 'T8', '*-4h'");
+  Run("INSERT INTO Plant1..Data (Timestamp, Tag) VALUES ('*', 'T1') ON CONFLICT DO NOTHING");
+  Run("INSERT INTO Plant1..Data (Timestamp, Tag) VALUES ('*', 'T1') ON CONFLICT (Tag, Timestamp) "
+      "DO UPDATE SET Timestamp = '*-4h', Tag = 'T9' WHERE excluded.Timestamp >= '*'");
+  EXPECT_EQ(Run("SELECT DISTINCT typeof(Timestamp), Timestamp, count(*) FROM Plant1..Data"),
+            "integer|2024-05-15 08:00:00|9\n");
+  Run("UPDATE Plant1..Data SET Timestamp = datetime('2024-05-15 09:00') WHERE Tag = 'T1'");
+  Run("UPDATE Plant1..Data SET (Value, Timestamp) = (7, '*-3h') WHERE Tag = 'T2'");
+  Run("UPDATE Plant1..Data SET (Value, Timestamp) = (SELECT 8, '*-3h') WHERE Tag = 'T3'");
+  Run("UPDATE Plant1..Data SET Timestamp = Timestamp + 3600000000 WHERE Tag = 'T4'");
+  EXPECT_EQ(Run("SELECT group_concat(Tag), Timestamp FROM Plant1..Data GROUP BY Timestamp"),
+            "T5,T6,T7,T8,T9|2024-05-15 08:00:00\nT1,T2,T3,T4|2024-05-15 09:00:00\n");
+}
+
+TEST_F(time_meetings, what_is_no_time_is_not_stored_as_one) {
+  const Text sNumber = "A number stands where a time is meant";
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Copy (Tag, Timestamp) VALUES ('x', 5)"), sNumber);
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Copy SELECT 'x', 45000.5, 1, 'Good'"), sNumber);
+  EXPECT_EQ(Refusal("UPDATE Plant1..Copy SET Timestamp = 5"), sNumber);
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Copy (Timestamp) VALUES ('x')"), "'x' is no time");
+  EXPECT_EQ(Refusal("UPDATE Plant1..Copy SET Timestamp = Tag").substr(0, 21),
+            "'T1' is compared with");
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Copy (Timestamp, Tag) SELECT * FROM (SELECT Tag, 1 FROM "
+                    "Plant1..Tags)"),
+            "A star stands for a time and for what is none");
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Copy (Tag, Timestamp) VALUES ('T1', '*') ON CONFLICT "
+                    "(Tag, Timestamp) DO UPDATE SET Timestamp = excluded.Tag")
+                .substr(0, 21),
+            "'T1' is compared with");
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Copy (Tag, Timestamp) VALUES ('T1', '*') ON CONFLICT "
+                    "(Tag, Timestamp) DO UPDATE SET Value = 1 WHERE excluded.Timestamp < 5"),
+            sNumber);
+  EXPECT_EQ(Count("Plant1..Copy WHERE typeof(Timestamp) <> 'integer' OR Timestamp < '2000-01-01'"),
+            "0 ");
+}
+
+TEST_F(time_meetings, defaults_of_columns_of_times_are_times) {
+  Run("CREATE TABLE Plant1..Log (Line TEXT, At TIMESTAMP DEFAULT CURRENT_TIMESTAMP)");
+  Run("INSERT INTO Plant1..Log (Line) VALUES ('a')");
+  Run("INSERT INTO Plant1..Log DEFAULT VALUES");
+  Run("ALTER TABLE Plant1..Log ADD COLUMN Later DATETIME DEFAULT NULL");
+  EXPECT_EQ(Run("SELECT count(*) FROM Plant1..Log WHERE At > '2024-01-01' AND typeof(At) = "
+                "'integer' AND At BETWEEN datetime('now', '-1 day') AND datetime('now', '+1 day')"),
+            "2\n");
+  for (const char* const sDefault : {"'*'", "'2024-01-01'", "CURRENT_DATE", "(datetime('now'))",
+                                     "5", "CURRENT_TIME", "('a' || 'b')"}) {
+    EXPECT_EQ(Refusal(Text("CREATE TABLE Plant1..Bad (At DATETIME DEFAULT ") + sDefault + ")"),
+              "A time stands in the definition of a table")
+        << sDefault;
+  }
+  // A table that another program made.
+  sqlite3* file = nullptr;
+  ASSERT_EQ(sqlite3_open((m_root.Historian() / "catalogs" / "Plant1.db").c_str(), &file),
+            SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(file,
+                         "CREATE TABLE Theirs (a, At TIMESTAMP DEFAULT CURRENT_TIMESTAMP, Sum AS "
+                         "(a + 1), Then_ TIMESTAMP)",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(file);
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Theirs (a) VALUES (1)"),
+            "The column \"At\" would get a text that is no time");
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Theirs DEFAULT VALUES"),
+            "The column \"At\" would get a text that is no time");
+  // A computed column takes no value.
+  Run("INSERT INTO Plant1..Theirs VALUES (1, '*', '*-1h')");
+  EXPECT_EQ(Run("SELECT * FROM Plant1..Theirs"), "1|2024-05-15 12:00:00|2|2024-05-15 11:00:00\n");
+}
+
+TEST_F(time_meetings, rows_are_sorted_and_grouped_by_times_only) {
+  EXPECT_EQ(Run("SELECT CAST(Value AS INTEGER) FROM Plant1..Data WHERE Value < 3 ORDER BY CASE "
+                "Value WHEN 1 THEN '*-9h' ELSE Timestamp END"),
+            "1\n2\n0\n");
+  EXPECT_EQ(Run("SELECT count(*) FROM Plant1..Data GROUP BY CASE WHEN Value < 2 THEN '*' ELSE "
+                "iif(Value < 3, '*', NULL) END ORDER BY 1"),
+            "3\n21\n");
+  const Text sNever = "'never' is no time";
+  for (const char* const sEnd :
+       {"ORDER BY coalesce(Timestamp, 'never')", "GROUP BY coalesce(Timestamp, 'never')",
+        "GROUP BY Tag HAVING max(coalesce(Timestamp, 'never')) > 'a'",
+        "GROUP BY Tag HAVING count(DISTINCT coalesce(Timestamp, 'never')) > 1"}) {
+    EXPECT_EQ(Refusal(Text("SELECT count(*) FROM Plant1..Data ") + sEnd), sNever) << sEnd;
+  }
+  EXPECT_EQ(Refusal("SELECT DISTINCT coalesce(Timestamp, 'never') FROM Plant1..Data"), sNever);
+  EXPECT_EQ(Refusal("SELECT lag(Value) OVER (ORDER BY iif(Value > 1, Timestamp, 'never')) FROM "
+                    "Plant1..Data"),
+            sNever);
+  EXPECT_EQ(Refusal("SELECT coalesce(Timestamp, 'never') AS x FROM Plant1..Data ORDER BY x"),
+            "What is a time in some rows and something else in others meets a time");
+  EXPECT_EQ(Refusal("SELECT Timestamp FROM Plant1..Data UNION SELECT 'never'"), sNever);
+  EXPECT_EQ(Refusal("SELECT Timestamp || '' FROM Plant1..Data HAVING max(Timestamp) > 'never'"),
+            sNever);
+  // To be shown only, it may be what it likes.
+  EXPECT_EQ(Run("SELECT coalesce(nullif(Timestamp, '*'), 'never') FROM Plant1..Data WHERE Value = "
+                "0"),
+            "never\n");
+  EXPECT_EQ(Run("SELECT Tag FROM Plant1..Data GROUP BY Tag HAVING max(Timestamp) >= '*' AND "
+                "min(Timestamp) < datetime('2024-05-15')"),
+            "T1\n");
+}
+
+TEST_F(time_meetings, views_keep_what_is_a_time) {
+  Run("CREATE VIEW Plant1..Last AS SELECT Tag, max(Timestamp) AS At, Tag || '!' AS Loud FROM "
+      "Plant1..Data GROUP BY Tag");
+  Run("CREATE VIEW Plant1..Renamed(a, b, c) AS SELECT * FROM Plant1..Last");
+  EXPECT_EQ(Run("SELECT At FROM Plant1..Last WHERE At >= '*' AND Loud > 'a' OR At < '*-1h'"), "");
+  EXPECT_EQ(Run("SELECT * FROM Plant1..Last WHERE At >= '*' AND Loud > 'T'"),
+            "T1|2024-05-15 12:00:00|T1!\n");
+  EXPECT_EQ(Run("SELECT b FROM Plant1..Renamed WHERE b >= datetime('2024-05-15 12:00')"),
+            "2024-05-15 12:00:00\n");
+  EXPECT_EQ(Refusal("SELECT b FROM Plant1..Renamed WHERE b > 5"),
+            "A number stands where a time is meant");
+  const Text sKept = "A time stands in a view";
+  for (const char* const sWhere :
+       {"Timestamp > '*'", "Timestamp > datetime('now')", "Timestamp > Tag",
+        "Timestamp IN (SELECT Description FROM Plant1..Tags)"}) {
+    EXPECT_EQ(Refusal(Text("CREATE VIEW Plant1..v AS SELECT 1 FROM Plant1..Data WHERE ") + sWhere),
+              sKept)
+        << sWhere;
+  }
+  Run("CREATE VIEW Plant1..Days AS SELECT date(Timestamp) AS Day, count(*) AS n FROM Plant1..Data "
+      "GROUP BY 1");
+  EXPECT_EQ(Run("SELECT * FROM Plant1..Days WHERE Day >= '2024-05-15'"), "2024-05-15|13\n");
+}
+
+TEST_F(time_meetings, views_of_other_programs_are_looked_through) {
+  sqlite3* file = nullptr;
+  ASSERT_EQ(sqlite3_open((m_root.Historian() / "catalogs" / "Plant1.db").c_str(), &file),
+            SQLITE_OK);
+  ASSERT_EQ(
+      sqlite3_exec(file,
+                   "CREATE VIEW Wrong AS SELECT * FROM Data WHERE Timestamp < datetime('now', "
+                   "'-30 days'); CREATE VIEW Fine AS SELECT max(Timestamp) AS At FROM "
+                   "Data; CREATE VIEW OverWrong AS SELECT Tag FROM Wrong; CREATE VIEW "
+                   "Gone AS SELECT * FROM Missing",
+                   nullptr, nullptr, nullptr),
+      SQLITE_OK);
+  sqlite3_close(file);
+  EXPECT_EQ(Refusal("SELECT * FROM Plant1..Wrong"),
+            "The view \"Wrong\" compares times with something else");
+  EXPECT_EQ(Refusal("DELETE FROM Plant1..Data WHERE Tag IN (SELECT Tag FROM Plant1..OverWrong)"),
+            "The view \"OverWrong\" compares times with something else");
+  EXPECT_EQ(Run("SELECT At FROM Plant1..Fine WHERE At >= '*'"), "2024-05-15 12:00:00\n");
+  EXPECT_EQ(Failing("SELECT * FROM Plant1..Gone").substr(0, 30), "The statement cannot be run: n");
+}
+
+TEST_F(time_meetings, definitions_hold_no_times_that_others_could_not_read) {
+  EXPECT_EQ(Refusal("CREATE TABLE Plant1..t (a TIMESTAMP CHECK (a > '2024-01-01'))"),
+            "A time stands in the definition of a table");
+  EXPECT_EQ(Refusal("CREATE TABLE Plant1..t (a TIMESTAMP, b TEXT, CHECK (a > b))"),
+            "A time stands in the definition of a table");
+  EXPECT_EQ(Refusal("ALTER TABLE Plant1..Copy ADD COLUMN x AS (Timestamp > 'a')"),
+            "A time stands in the definition of a table");
+  EXPECT_EQ(Refusal("CREATE INDEX Plant1..i ON Copy (Value) WHERE Timestamp > '2024-01-01'"),
+            "A time stands in an index");
+  EXPECT_EQ(Refusal("CREATE TABLE Plant1..t AS SELECT Tag, max(Timestamp) FROM Plant1..Data"),
+            "A table that is made from a query holds numbers in place of times");
+  Run("CREATE TABLE Plant1..t (a TIMESTAMP, b TIMESTAMP, n REAL CHECK (n > 0), CHECK (a <= b))");
+  Run("CREATE TABLE Plant1..u AS SELECT Tag, Value FROM Plant1..Data");
+  Run("INSERT INTO Plant1..t VALUES ('*-1h', '*', 1)");
+  EXPECT_EQ(Failing("INSERT INTO Plant1..t VALUES ('*', '*-1h', 1)").substr(0, 15),
+            "A rule of the t");
+}
+
+TEST_F(time_meetings, queries_that_read_themselves_stay_with_times) {
+  EXPECT_EQ(Run("WITH RECURSIVE r(t) AS (SELECT CAST('*' AS TIMESTAMP) UNION ALL SELECT t - "
+                "3600000000 FROM r WHERE t > '*-2h') SELECT count(*), min(t) FROM r"),
+            "3|1715767200000000\n");
+  EXPECT_EQ(Run("WITH RECURSIVE r(t) AS (SELECT max(Timestamp) FROM Plant1..Data UNION ALL SELECT "
+                "(SELECT max(Timestamp) FROM Plant1..Data WHERE Timestamp < t) FROM r WHERE t > "
+                "'*-2h') SELECT t FROM r"),
+            "2024-05-15 12:00:00\n2024-05-15 11:00:00\n2024-05-15 10:00:00\n");
+  EXPECT_EQ(Refusal("WITH RECURSIVE r(t) AS (SELECT 'x' UNION ALL SELECT Timestamp FROM r, "
+                    "Plant1..Data WHERE t < 'abc') SELECT * FROM r"),
+            "'x' is no time");
+  EXPECT_EQ(Refusal("WITH RECURSIVE r(t) AS (SELECT NULL UNION ALL SELECT Timestamp FROM r, "
+                    "Plant1..Data WHERE t < 'abc') SELECT * FROM r"),
+            "A query that reads itself begins with other values than it goes on");
+}
+
+TEST_F(time_meetings, headings_stay_as_they_were_written) {
+  const auto rs =
+      m_session
+          ->Execute({"SELECT '*' UNION SELECT Timestamp FROM Plant1..Data WHERE Value = "
+                     "0",
+                     0, std::chrono::seconds(0)},
+                    {})
+          .recordset;
+  EXPECT_EQ(rs->FieldAt(0).Name(), "'*'");
+  EXPECT_EQ(Rows(*rs), "2024-05-15 12:00:00\n");
+  const auto days = m_session
+                        ->Execute({"SELECT date(Timestamp), max(Timestamp, '*') AS m FROM "
+                                   "Plant1..Data LIMIT 1",
+                                   0, std::chrono::seconds(0)},
+                                  {})
+                        .recordset;
+  EXPECT_EQ(days->FieldAt(0).Name(), "date(Timestamp)");
+  EXPECT_EQ(days->FieldAt(1).Type(), platform::DataType::DBTimeStamp);
+}
+
+TEST_F(time_meetings, ordinary_comparisons_keep_the_index) {
+  for (const char* const sWhere :
+       {"Timestamp BETWEEN '*-1h' AND '*'", "Timestamp >= 't'", "Timestamp <= 't'",
+        "Timestamp > datetime('2024-05-15')", "Timestamp = coalesce(NULL, '*')"}) {
+    const Text sPlan = Run(Text("EXPLAIN QUERY PLAN SELECT Tag FROM Plant1..Data WHERE ") + sWhere);
+    EXPECT_NE(sPlan.find("SEARCH Plant1.Data USING"), Text::npos) << sWhere << sPlan;
+    EXPECT_NE(sPlan.find("DataByTime"), Text::npos) << sWhere << sPlan;
+  }
+}
+
+}  // namespace
+}  // namespace orvane::provider::dialect
