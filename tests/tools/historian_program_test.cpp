@@ -341,7 +341,8 @@ TEST_F(historian_program, keeps_recording_when_the_catalog_has_room_again) {
       const Text sNumber = std::to_string(i);
       try {
         execute("INSERT INTO Small.." + sTable + " (Tag, Timestamp, Value) VALUES ('" + sTag +
-                "' || printf('%0150d', " + sNumber + "), " + sNumber + ", " + sValue + ")");
+                "' || printf('%0150d', " + sNumber + "), datetime(" + sNumber + ", 'unixepoch'), " +
+                sValue + ")");
       } catch (const platform::Failure& failed) {
         ASSERT_EQ(failed.Number(), platform::failure::kStorage);
         return;
