@@ -29,7 +29,7 @@ class SelectionMenus final : public QObject {
   SelectionMenus(ConsoleSession& session, ScopePane& scope, ResultPane& results,
                  const WindowMenus& menus, QWidget* window);
 
-  /// The rows marked in the list when the list had the focus last, else the item selected in the
+  /// The rows marked in the list when the list had the focus last, else the item marked in the
   /// tree.
   HostedSelection Current() const;
   /// Fills a menu with the commands for the selection.
