@@ -2,6 +2,7 @@
 orvane_test(engines
   LINK orvane_provider
   SOURCES
+    engines/sqlite_attachments_test.cpp
     engines/sqlite_commit_test.cpp
     engines/sqlite_engine_test.cpp
     engines/sqlite_errors_test.cpp
@@ -13,4 +14,5 @@ orvane_test(engines
     engines/sqlite_room_test.cpp
     engines/sqlite_schema_test.cpp
     engines/sqlite_session_test.cpp
+    engines/sqlite_transaction_test.cpp
     engines/sqlite_types_test.cpp)
