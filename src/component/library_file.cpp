@@ -35,8 +35,8 @@ bool IsLoadedBy(const ElfW(Phdr) & segment, std::uint64_t nAddress, std::uint64_
          Within(nAddress - segment.p_vaddr, nSize, segment.p_filesz);
 }
 
-/// Whether the table that the loader links by can be read and names what it must: a file with a
-/// hole of zeros in it, as a crash leaves, has none.
+/// Whether the table that the loader links by can be read and names what it must: a file of which a
+/// crash has left the end as zeros has none.
 bool HasDynamicTable(const ReadableFile& file, const std::vector<ElfW(Phdr)>& segments) {
   const auto table = std::find_if(segments.begin(), segments.end(),
                                   [](const auto& it) { return it.p_type == PT_DYNAMIC; });
