@@ -1,10 +1,10 @@
-#include "snapin/console_version.h"
+#include "platform/console_version.h"
 
 #include <array>
 #include <cstddef>
 #include <vector>
 
-namespace orvane::snapin {
+namespace orvane::platform {
 namespace {
 
 constexpr std::uint32_t kPathSize = 260;
@@ -18,7 +18,7 @@ std::int16_t HighWord(std::uint32_t dwValue) {
 
 }  // namespace
 
-ConsoleVersion ReadConsoleVersion(platform::FileVersion& functions) {
+ConsoleVersion ReadConsoleVersion(FileVersion& functions) {
   std::array<char, kPathSize> path{};
   functions.GetModuleFileNameA(functions.GetModuleHandleA(nullptr), path.data(), kPathSize);
   path.back() = '\0';
@@ -31,7 +31,7 @@ ConsoleVersion ReadConsoleVersion(platform::FileVersion& functions) {
 
   const void* value = nullptr;
   std::uint32_t dwLength = 0;
-  platform::FixedFileInfo info{};
+  FixedFileInfo info{};
   if (!functions.VerQueryValueA(block.data(), dwSize, "\\", &value, &dwLength) ||
       value == nullptr || dwLength < sizeof info) {
     return {};
@@ -43,7 +43,7 @@ ConsoleVersion ReadConsoleVersion(platform::FileVersion& functions) {
           .Build = HighWord(info.dwProductVersionLS)};
 }
 
-platform::Boolean IsConsoleAtLeast51(const ConsoleVersion& version) {
+Boolean IsConsoleAtLeast51(const ConsoleVersion& version) {
   if (version.Major >= 6) return true;
   if (version.Major != 5) return false;
   if (version.Minor >= 2) return true;
@@ -51,4 +51,4 @@ platform::Boolean IsConsoleAtLeast51(const ConsoleVersion& version) {
   return version.Build >= 2601 || (version.Build == 2600 && version.Revision >= 0);
 }
 
-}  // namespace orvane::snapin
+}  // namespace orvane::platform

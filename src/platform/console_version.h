@@ -1,5 +1,6 @@
-// Which console hosts the snap-in, read from the version resource of the process's executable.
-// Read once, when the snap-in is initialized; user-interface thread.
+// Which console runs, read from the version resource of the process's executable. Both sides ask
+// here, the snap-in when it is initialized and the console for its pictures, so that they agree.
+// User-interface thread.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +8,7 @@
 #include "platform/file_version.h"
 #include "platform/types.h"
 
-namespace orvane::snapin {
+namespace orvane::platform {
 
 /// A product version in signed 16-bit parts.
 struct ConsoleVersion {
@@ -19,10 +20,10 @@ struct ConsoleVersion {
 };
 
 /// The product version of the executable that started the process; all zero when any step fails.
-ConsoleVersion ReadConsoleVersion(platform::FileVersion& functions);
+ConsoleVersion ReadConsoleVersion(FileVersion& functions);
 
 /// True for 5.1.2600.0 and later. The parts are signed, so a build or, at build 2600, a revision
 /// of 32768 and more counts as older.
-platform::Boolean IsConsoleAtLeast51(const ConsoleVersion& version);
+Boolean IsConsoleAtLeast51(const ConsoleVersion& version);
 
-}  // namespace orvane::snapin
+}  // namespace orvane::platform

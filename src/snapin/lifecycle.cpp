@@ -32,8 +32,9 @@ platform::SnapInDescription SnapIn::Description() const {
 
 void SnapIn::SnapIn_Initialize() {
   Guard([this] {
-    m_consoleVersion =
-        m_services.fileVersion ? ReadConsoleVersion(*m_services.fileVersion) : ConsoleVersion{};
+    m_consoleVersion = m_services.fileVersion
+                           ? platform::ReadConsoleVersion(*m_services.fileVersion)
+                           : platform::ConsoleVersion{};
     m_root.reset();
     m_toolbarKind = ToolbarKind::None;
     TableEditor(nullptr);
@@ -81,7 +82,7 @@ void SnapIn::ReleaseObjects() {
 }
 
 Boolean SnapIn::IsConsoleAtLeast51() const {
-  return snapin::IsConsoleAtLeast51(m_consoleVersion);
+  return platform::IsConsoleAtLeast51(m_consoleVersion);
 }
 
 nodes::ServersNode& SnapIn::Root() const {

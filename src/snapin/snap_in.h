@@ -10,9 +10,9 @@
 #include "nodes/server_node.h"
 #include "nodes/servers_node.h"
 #include "platform/console/snap_in.h"
+#include "platform/console_version.h"
 #include "platform/grids/grids.h"
 #include "platform/services.h"
-#include "snapin/console_version.h"
 #include "snapin/guard.h"
 
 namespace orvane::nodes {
@@ -180,7 +180,7 @@ class SnapIn : private nodes::Counted,
 
   platform::Services m_services;
   nodes::ServersNodePtr m_root;
-  ConsoleVersion m_consoleVersion;
+  platform::ConsoleVersion m_consoleVersion;
   platform::TableEditorPtr m_tblEditor;
   std::vector<platform::Subscription> m_tblEditorEvents;
   platform::QueryResultsPtr m_qrResults;

@@ -19,6 +19,7 @@
 #include "console/window/notice_bar.h"
 #include "console/window/toolbar_view.h"
 #include "tests/console/main_window_fixture.h"
+#include "tests/fakes/file_version.h"
 
 namespace orvane::console {
 namespace {
@@ -54,6 +55,26 @@ TEST(ImageListTest, each_button_image_is_the_drawing_of_its_button) {
   EXPECT_TRUE(images.Button(0).isNull());
   EXPECT_TRUE(images.Button(15).isNull());
   EXPECT_TRUE(images.Button(-1).isNull());
+}
+
+TEST(ImageListTest, each_number_of_a_later_console_is_a_button_of_its_own) {
+  orvane::fakes::FakeFileVersion functions;
+  functions.info = orvane::fakes::FakeFileVersion::Product(5, 1, 2600, 0);
+  ASSERT_EQ(ImageList::ImagesAButton(&functions), 1);
+  const ImageList older(2);
+  const ImageList images(1);
+  for (platform::Long l = 1; l <= 7; ++l) {
+    EXPECT_EQ(Picture(images.Button(l)), Picture(older.Button(2 * l))) << l;
+  }
+  EXPECT_TRUE(images.Button(0).isNull());
+  EXPECT_TRUE(images.Button(8).isNull());
+}
+
+TEST(ImageListTest, an_older_console_has_two_numbers_a_button_as_one_of_no_version_has) {
+  orvane::fakes::FakeFileVersion functions;
+  functions.info = orvane::fakes::FakeFileVersion::Product(1, 0, 0, 1);
+  EXPECT_EQ(ImageList::ImagesAButton(&functions), 2);
+  EXPECT_EQ(ImageList::ImagesAButton(nullptr), 2);
 }
 
 TEST(ImageListTest, each_folder_image_is_the_drawing_of_its_kind_and_a_failed_one_differs) {

@@ -1,10 +1,10 @@
-#include "snapin/console_version.h"
+#include "platform/console_version.h"
 
 #include <gtest/gtest.h>
 
 #include "tests/fakes/file_version.h"
 
-namespace orvane::snapin {
+namespace orvane::platform {
 namespace {
 
 using fakes::FakeFileVersion;
@@ -103,4 +103,4 @@ TEST(console_version, at_least_51_reads_its_parts_as_signed) {
 }
 
 }  // namespace
-}  // namespace orvane::snapin
+}  // namespace orvane::platform

@@ -56,17 +56,6 @@ TEST_F(command_scenario, a_cancelled_catalog_is_not_made) {
   ExpectNoBoxes();
 }
 
-TEST_F(command_scenario, a_size_that_is_no_number_fails_before_anything_is_sent) {
-  OpenTables();
-  const Long lStatements = driver->StatementsSent();
-  Fill({{"m_txtName", "Mill"}, {"m_txtSize", "big"}});
-  driver->Choose(kCatalogs, "Add Catalog...");
-  EXPECT_EQ(ErrorBox(), "\"big\" is not a number; enter digits only.");
-  EXPECT_EQ(driver->StatementsSent(), lStatements);
-  EXPECT_FALSE(driver->IsHourglassShown());
-  EXPECT_FALSE(driver->HasItem("localhost.Catalogs.Mill"));
-}
-
 TEST_F(command_scenario, a_failed_creation_leaves_the_hourglass_until_the_next_one) {
   OpenTables();
   const Text sTree = driver->Tree();

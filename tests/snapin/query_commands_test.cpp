@@ -125,18 +125,6 @@ TEST_F(query_commands, removing_asks_first) {
   EXPECT_TRUE(driver.HasItem("S1.Queries.Q1"));
 }
 
-TEST_F(query_commands, removing_the_last_query_takes_the_folders_mark) {
-  const auto server = ExpandAll();
-  New({{"Q2", "SELECT 2"}});
-  driver.Click("m_mnuRemove", "S1.Queries.Q1");
-  EXPECT_EQ(Names(*server), std::vector<Text>{"Q2"});
-  EXPECT_FALSE(driver.HasItem("S1.Queries.Q1"));
-  EXPECT_TRUE(driver.Item("S1.Queries")->node->bHasChildren);
-  driver.Click("m_mnuRemove", "S1.Queries.Q2");
-  EXPECT_TRUE(Names(*server).empty());
-  EXPECT_FALSE(driver.Item("S1.Queries")->node->bHasChildren);
-}
-
 TEST_F(query_commands, a_query_whose_item_is_gone_leaves_the_list_but_the_folder_keeps_its_mark) {
   const auto server = ExpandAll();
   driver.Item("S1.Queries")->node->bHasChildren = true;

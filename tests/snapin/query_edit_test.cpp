@@ -63,14 +63,6 @@ TEST_F(query_edit, a_name_used_on_another_server_is_free) {
   EXPECT_EQ(Names(*server), std::vector<Text>{"Other"});
 }
 
-TEST_F(query_edit, renaming_only_in_letter_case_succeeds) {
-  const auto server = ExpandAll();
-  Edit("Q1", {{"q1", "SELECT 1"}});
-  ExpectNoBoxes();
-  EXPECT_EQ(Names(*server), std::vector<Text>{"q1"});
-  EXPECT_TRUE(driver.HasItem("S1.Queries.q1"));
-}
-
 TEST_F(query_edit, the_grid_that_shows_an_edited_query_takes_its_name_and_runs_its_text) {
   ExpandAll();
   driver.Select("S1.Queries.Q1");

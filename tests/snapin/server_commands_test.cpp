@@ -1,5 +1,4 @@
-#include <limits>
-
+// The commands that add, connect, disconnect and remove servers.
 #include "tests/snapin/snap_in_fixture.h"
 
 namespace orvane::snapin {
@@ -7,124 +6,7 @@ namespace {
 
 using platform::MsgBoxResult;
 
-class server_commands : public SnapInTest {
- protected:
-  void AnswerOptions(std::function<void(fakes::FakeForm&)> user) {
-    driver.forms->WhenShown("OptionsDlg", std::move(user));
-    driver.Click("m_mnuOptions", "");
-  }
-  static void Ok(fakes::FakeForm& form) { form.Button("m_btnOK").Click(); }
-};
-
-// ---- Options
-
-TEST_F(server_commands, options_shows_what_is_set) {
-  Root()->MaxRows(-7);
-  Root()->QueryTimeout(45);
-  Root()->SetDefaultTimeRange("t", " * ");
-  AnswerOptions([](fakes::FakeForm& form) {
-    EXPECT_EQ(form.TextBox("m_txtMaxRows").Text(), "-7");
-    EXPECT_EQ(form.TextBox("m_txtTimeout").Text(), "45");
-    EXPECT_EQ(form.TextBox("m_txtDefStartTime").Text(), "t");
-    EXPECT_EQ(form.TextBox("m_txtDefEndTime").Text(), " * ");
-  });
-  EXPECT_TRUE(driver.forms->WasLoaded("OptionsDlg"));
-}
-
-TEST_F(server_commands, options_stores_what_was_accepted) {
-  AnswerOptions([](fakes::FakeForm& form) {
-    form.TextBox("m_txtMaxRows").Text("250");
-    form.TextBox("m_txtTimeout").Text("5");
-    form.TextBox("m_txtDefStartTime").Text("*-2h");
-    form.TextBox("m_txtDefEndTime").Text("*-1h");
-    Ok(form);
-  });
-  Text sStart;
-  Text sEnd;
-  Root()->GetDefaultTimeRange(sStart, sEnd);
-  EXPECT_EQ(Root()->MaxRows(), 250);
-  EXPECT_EQ(Root()->QueryTimeout(), 5);
-  EXPECT_EQ(sStart, "*-2h");
-  EXPECT_EQ(sEnd, "*-1h");
-}
-
-TEST_F(server_commands, an_emptied_limit_stays_what_it_was_and_emptied_times_are_stored) {
-  AnswerOptions([](fakes::FakeForm& form) {
-    for (const char* const sBox :
-         {"m_txtMaxRows", "m_txtTimeout", "m_txtDefStartTime", "m_txtDefEndTime"}) {
-      form.TextBox(sBox).Text("");
-    }
-    Ok(form);
-  });
-  Text sStart = "x";
-  Text sEnd = "x";
-  Root()->GetDefaultTimeRange(sStart, sEnd);
-  EXPECT_EQ(Root()->MaxRows(), 100);
-  EXPECT_EQ(Root()->QueryTimeout(), 60);
-  EXPECT_EQ(sStart, "");
-  EXPECT_EQ(sEnd, "");
-}
-
-TEST_F(server_commands, cancelled_options_change_nothing_and_drop_no_rows) {
-  ExpandAll();
-  const auto rs = std::make_shared<fakes::FakeRecordset>(std::vector<fakes::FakeColumn>{},
-                                                         std::vector<fakes::FakeRecordset::Row>{});
-  Pumps()->SetRecordset(rs, 3);
-  Query()->Recordset(rs);
-  AnswerOptions([](fakes::FakeForm& form) {
-    form.TextBox("m_txtMaxRows").Text("250");
-    form.Button("m_btnCancel").Click();
-  });
-  Long lUpdatability = 0;
-  EXPECT_EQ(Root()->MaxRows(), 100);
-  EXPECT_EQ(Pumps()->GetRecordset(lUpdatability), rs);
-  EXPECT_EQ(Query()->Recordset(), rs);
-}
-
-TEST_F(server_commands, accepted_options_reach_every_table_and_drop_all_rows) {
-  const auto connected = ExpandAll();
-  const auto offline = AddServer("S2");
-  const auto table = offline->CatalogNodes()->Add("Plant")->TableNodes()->Add("Data");
-  const auto own = offline->CatalogNodes()->Item("Plant")->TableNodes()->Add("Data2");
-  own->DefaultFilterCondition(false);
-  own->Query()->FilterCondition("Tag = 'A'");
-  const auto query = offline->QueryNodes()->Add("Q2", "SELECT 1");
-  const auto rs = std::make_shared<fakes::FakeRecordset>(std::vector<fakes::FakeColumn>{},
-                                                         std::vector<fakes::FakeRecordset::Row>{});
-  Pumps()->SetRecordset(rs, 3);
-  Query()->Recordset(rs);
-  table->SetRecordset(rs, 3);
-  query->Recordset(rs);
-  AnswerOptions([](fakes::FakeForm& form) {
-    form.TextBox("m_txtMaxRows").Text("9");
-    form.TextBox("m_txtTimeout").Text("8");
-    form.TextBox("m_txtDefStartTime").Text("y");
-    form.TextBox("m_txtDefEndTime").Text("t");
-    Ok(form);
-  });
-  Long lUpdatability = 1;
-  for (const auto& node : {Pumps(), table}) {
-    EXPECT_EQ(node->GetRecordset(lUpdatability), nullptr);
-    EXPECT_EQ(lUpdatability, 0);
-    EXPECT_EQ(node->Query()->MaxRows(), 9);
-    EXPECT_EQ(node->Query()->QueryTimeout(), 8);
-  }
-  EXPECT_EQ(Query()->Recordset(), nullptr);
-  EXPECT_EQ(query->Recordset(), nullptr);
-  EXPECT_EQ(table->Query()->FilterCondition(), "Timestamp BETWEEN 'y' AND 't'");
-  EXPECT_EQ(own->Query()->FilterCondition(), "Tag = 'A'");
-}
-
-TEST_F(server_commands, accepted_options_drop_rows_even_when_nothing_was_changed) {
-  ExpandAll();
-  Pumps()->SetRecordset(
-      std::make_shared<fakes::FakeRecordset>(std::vector<fakes::FakeColumn>{},
-                                             std::vector<fakes::FakeRecordset::Row>{}),
-      1);
-  AnswerOptions(Ok);
-  Long lUpdatability = 1;
-  EXPECT_EQ(Pumps()->GetRecordset(lUpdatability), nullptr);
-}
+using server_commands = SnapInTest;
 
 // ---- adding a server
 
@@ -187,16 +69,6 @@ TEST_F(server_commands, a_root_that_cannot_be_selected_only_costs_the_item) {
   EXPECT_EQ(Root()->ServerNodes()->Count(), 1);
   EXPECT_NE(Root()->ServerNodes()->Item("S1"), nullptr);
   EXPECT_FALSE(driver.HasItem("S1"));
-}
-
-TEST_F(server_commands, a_server_added_twice_is_refused) {
-  driver.historian->sChosenServer = "S1";
-  driver.Click("m_mnuServersConnect", "");
-  const auto first = Root()->ServerNodes()->Item("S1");
-  driver.Click("m_mnuServersConnect", "");
-  EXPECT_EQ(ErrorBox(), "The key \"S1\" is already in the collection; choose another name.");
-  EXPECT_EQ(Root()->ServerNodes()->Count(), 1);
-  EXPECT_EQ(Root()->ServerNodes()->Item("S1"), first);
 }
 
 // ---- connecting and disconnecting
@@ -454,39 +326,6 @@ TEST_F(server_commands, the_connection_of_a_removed_server_ends_with_its_last_re
   driver.historian->log.clear();
   driver.Click("m_mnuRemoveServer", "S1");
   EXPECT_EQ(driver.historian->log, std::vector<Text>{"Close"});
-}
-
-TEST_F(server_commands, options_ask_in_a_new_dialog_each_time) {
-  AnswerOptions([](fakes::FakeForm& form) {
-    form.TextBox("m_txtMaxRows").Text("250");
-    form.Button("m_btnCancel").Click();
-  });
-  AnswerOptions([](fakes::FakeForm& form) {
-    EXPECT_EQ(form.TextBox("m_txtMaxRows").Text(), "100");
-    EXPECT_EQ(form.TextBox("m_txtTimeout").Text(), "60");
-    EXPECT_EQ(form.TextBox("m_txtDefStartTime").Text(), "*-1h");
-    EXPECT_EQ(form.TextBox("m_txtDefEndTime").Text(), "*");
-  });
-}
-
-TEST_F(server_commands, options_take_the_smallest_and_the_largest_number) {
-  AnswerOptions([](fakes::FakeForm& form) {
-    form.TextBox("m_txtMaxRows").Text("-2147483648");
-    form.TextBox("m_txtTimeout").Text("2147483647");
-    Ok(form);
-  });
-  ExpectNoBoxes();
-  EXPECT_EQ(Root()->MaxRows(), std::numeric_limits<Long>::min());
-  EXPECT_EQ(Root()->QueryTimeout(), std::numeric_limits<Long>::max());
-}
-
-TEST_F(server_commands, options_leave_the_grid_that_is_shown_alone) {
-  ExpandAll();
-  driver.Select("S1.Catalogs.Plant.Pumps");
-  driver.TableEditor()->log.clear();
-  AnswerOptions(Ok);
-  EXPECT_TRUE(driver.TableEditor()->log.empty());
-  EXPECT_NE(driver.TableEditor()->recordset, nullptr);
 }
 
 TEST_F(server_commands, an_unexpanded_root_is_expanded_and_selected_before_a_server_is_refused) {

@@ -1,6 +1,7 @@
 #include "console/look/image_list.h"
 
 #include "console/look/drawn_icon.h"
+#include "platform/console_version.h"
 
 // The drawings lie in a static library, whose resources nobody registers by themselves.
 static void InitImages() {
@@ -19,11 +20,16 @@ constexpr std::array kFolderNames = {"servers", "server",     "folder",  "table"
 constexpr std::array kButtonNames = {
     "move-first", "move-last", "sort-ascending", "sort-descending", "cell-query", "delete", "sql"};
 static_assert(kFolderNames.size() == ImageList::kFolderImages);
-static_assert(kButtonNames.size() * 2 == ImageList::kButtonImages);
+static_assert(kButtonNames.size() == ImageList::kButtons);
 
 }  // namespace
 
-ImageList::ImageList() {
+Long ImageList::ImagesAButton(platform::FileVersion* functions) {
+  return functions && platform::IsConsoleAtLeast51(platform::ReadConsoleVersion(*functions)) ? 1
+                                                                                             : 2;
+}
+
+ImageList::ImageList(Long lImagesAButton) : m_lImagesAButton(lImagesAButton) {
   InitImages();
   for (std::size_t n = 0; n < m_folders.size(); ++n) {
     m_folders[n] = Named(kFolderNames[n]);
@@ -51,8 +57,8 @@ QIcon ImageList::ConnectedFolder(Long lImage) const {
 }
 
 QIcon ImageList::Button(Long lImage) const {
-  return lImage >= 1 && lImage <= kButtonImages
-             ? m_imlButtons[static_cast<std::size_t>((lImage - 1) / 2)]
+  return lImage >= 1 && lImage <= kButtons * m_lImagesAButton
+             ? m_imlButtons[static_cast<std::size_t>((lImage - 1) / m_lImagesAButton)]
              : QIcon();
 }
 

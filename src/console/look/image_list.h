@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <array>
 
+#include "platform/file_version.h"
 #include "platform/types.h"
 
 namespace orvane::console {
@@ -13,11 +14,14 @@ class ImageList {
  public:
   /// Numbers of the folder lists, from 1.
   static constexpr platform::Long kFolderImages = 8;
-  /// The toolbar's list holds two images for each of its seven buttons; this console takes every
-  /// second one, as the snap-in does for consoles of its age.
-  static constexpr platform::Long kButtonImages = 14;
+  static constexpr platform::Long kButtons = 7;
 
-  ImageList();
+  /// How many numbers of the toolbar's list go to each of its buttons, as the snap-in counts them
+  /// for the console that these functions tell of: one, or in an older console two, of which it
+  /// takes the second. Without the functions the console is an older one.
+  static platform::Long ImagesAButton(platform::FileVersion* functions);
+
+  explicit ImageList(platform::Long lImagesAButton = 2);
 
   /// An empty icon for a number outside the list.
   QIcon Folder(platform::Long lImage) const;
@@ -37,7 +41,8 @@ class ImageList {
   std::array<QIcon, kFolderImages> m_folders;
   std::array<QIcon, kFolderImages> m_failedFolders;
   std::array<QIcon, kFolderImages> m_connectedFolders;
-  std::array<QIcon, kButtonImages / 2> m_imlButtons;
+  std::array<QIcon, kButtons> m_imlButtons;
+  platform::Long m_lImagesAButton;
 };
 
 }  // namespace orvane::console

@@ -35,6 +35,7 @@ QString Shown(const Text& sText) {
 MainWindow::MainWindow(WindowParts parts, QWidget* parent)
     : QMainWindow(parent),
       m_parts(std::move(parts)),
+      m_images(ImageList::ImagesAButton(m_parts.services.fileVersion.get())),
       m_look(m_images),
       m_session(m_parts.create, m_parts.services, &m_look),
       m_keeper(m_parts, m_session, this),
