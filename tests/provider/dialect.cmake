@@ -3,9 +3,11 @@ orvane_test(dialect
   SOURCES
     dialect/catalog_statement_test.cpp
     dialect/lexer_test.cpp
+    dialect/statement_reader_test.cpp
     dialect/time_comparisons_test.cpp
     dialect/time_expression_test.cpp
     dialect/time_meetings_test.cpp
+    dialect/time_random_test.cpp
     dialect/translator_limits_test.cpp
     dialect/translator_names_test.cpp
     dialect/translator_refusals_test.cpp

@@ -116,6 +116,7 @@ class TimeAnalysis {
   Kinds KindsOf(const Expr& expr);
   Kinds Work(const Expr& expr);
   Kinds KindsOfName(const Expr& expr);
+  void FailForUnknown(const Expr& expr) const;
   Kinds KindsOfArithmetic(const Expr& expr);
   Kinds KindsOfSum(const Expr& expr, Kinds left, Kinds right);
   Kinds KindsOfCase(const Expr& expr);

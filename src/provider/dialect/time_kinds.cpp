@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/failure.h"
 #include "provider/dialect/statement_depth.h"
 #include "provider/dialect/time_analysis.h"
 
@@ -129,7 +130,24 @@ Kinds TimeAnalysis::KindsOfName(const Expr& expr) {
   for (const char* const sNumber : {"rowid", "oid", "_rowid_", "true", "false"}) {
     if (SameName(sName, sNumber)) return kinds::kCount;
   }
+  FailForUnknown(expr);
   return kinds::kAny;
+}
+
+// The engine gives columns of queries names of its own, such as "x:1" for the second x; what stands
+// in one that is not known here could be a time.
+void TimeAnalysis::FailForUnknown(const Expr& expr) const {
+  for (const Scope* scope = expr.scope; scope != nullptr; scope = scope->parent) {
+    for (const auto* const source : scope->sources) {
+      if (source->query == nullptr && m_place.names.FindNamedQuery(*source) == nullptr) continue;
+      throw platform::Failure(
+          platform::failure::kSqlError,
+          "There is no column \"" + At(expr.chain.parts.back()).sText +
+              "\": write the name of one that the tables have; a text or a time stands between "
+              "single quotes.",
+          "ORVOLEDB", 0, Text(m_place.sStatement));
+    }
+  }
 }
 
 Kinds TimeAnalysis::KindsOfArithmetic(const Expr& expr) {

@@ -96,6 +96,8 @@ void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
       if (nPlace > 0 && nPlace <= columns.size()) kinds |= columns[nPlace - 1].kinds;
     } else if (expr.kind == ExprKind::Name && expr.chain.parts.size() == 1) {
       if (const auto place = columns.Find(Part(expr.chain, 0))) kinds |= columns[*place].kinds;
+      // Behind joined SELECTs a column of any of them; what they put out has met already.
+      if (query->cores.size() > 1) return;
     }
   }
   kinds |= KindsOf(expr);

@@ -143,9 +143,11 @@ ColumnList TimeAnalysis::ReadCore(const Scope& core) {
       continue;
     }
     OutputColumn column{item.sAlias, KindsOf(*item.expr), i};
-    if (item.sAlias.empty() && item.expr->kind == ExprKind::Name) {
-      column.sName = At(item.expr->chain.parts.back()).sText;
-      const Text sReal = ColumnName(item.expr->chain, item.expr->scope);
+    const Expr& inside = *Inside(item.expr);
+    const bool bPlus = item.expr->kind == ExprKind::Sign;
+    if (item.sAlias.empty() && inside.kind == ExprKind::Name && !bPlus) {
+      column.sName = At(inside.chain.parts.back()).sText;
+      const Text sReal = ColumnName(inside.chain, inside.scope);
       if (!sReal.empty()) column.sName = sReal;
     } else if (item.sAlias.empty()) {
       column.sName = m_place.edits.TextOf(item.range);

@@ -239,6 +239,23 @@ TEST_F(time_meetings, queries_that_read_themselves_stay_with_times) {
             "A query that reads itself begins with other values than it goes on");
 }
 
+TEST_F(time_meetings, columns_of_queries_hide_behind_no_name) {
+  const Text sFrom =
+      "SELECT 1 FROM (SELECT a.Timestamp, b.Timestamp, (a.Timestamp), max(a.Timestamp) FROM "
+      "Plant1..Data a, Plant1..Data b) WHERE ";
+  EXPECT_EQ(
+      Failing(sFrom + "\"Timestamp:1\" < 'x'"),
+      "There is no column \"Timestamp:1\": write the name of one that the tables have; a text "
+      "or a time stands between single quotes.");
+  EXPECT_EQ(Refusal(sFrom + "\"max(a.Timestamp)\" < 'x'"), "'x' is no time");
+  EXPECT_EQ(Refusal(sFrom + "Timestamp < 'x'"), "'x' is no time");
+  EXPECT_EQ(Refusal("SELECT 1 FROM (SELECT (Timestamp) FROM Plant1..Data) WHERE Timestamp < 'x'"),
+            "'x' is no time");
+  EXPECT_EQ(Run("SELECT count(*) FROM (SELECT (Timestamp) FROM Plant1..Data) WHERE Timestamp < "
+                "'*-20h'"),
+            "3\n");
+}
+
 TEST_F(time_meetings, headings_stay_as_they_were_written) {
   const auto rs =
       m_session

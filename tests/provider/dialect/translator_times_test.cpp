@@ -108,11 +108,13 @@ TEST(translator_times, finds_time_columns_through_aliases_joins_and_subqueries) 
 }
 
 TEST(translator_times, ends_with_queries_that_read_themselves) {
-  EXPECT_EQ(Sql("WITH RECURSIVE q AS (SELECT * FROM q WHERE a = 't') SELECT a FROM q"),
-            "WITH RECURSIVE q AS (SELECT * FROM q WHERE a = 't') SELECT a FROM q");
-  EXPECT_EQ(Sql("WITH a AS (SELECT x FROM b), b AS (SELECT x FROM a) SELECT x FROM a WHERE x = "
-                "'t'"),
-            "WITH a AS (SELECT x FROM b), b AS (SELECT x FROM a) SELECT x FROM a WHERE x = 't'");
+  const Text sNo = "There is no column \"x\"";
+  EXPECT_EQ(Sql("WITH RECURSIVE q AS (SELECT * FROM q WHERE x = 't') SELECT x FROM q")
+                .substr(0, sNo.size()),
+            sNo);
+  EXPECT_EQ(Sql("WITH a AS (SELECT x FROM b), b AS (SELECT x FROM a) SELECT x FROM a WHERE x = 't'")
+                .substr(0, sNo.size()),
+            sNo);
   EXPECT_EQ(Sql("SELECT a AS b, b AS a WHERE a = 't'"), "SELECT a AS b, b AS a WHERE a = 't'");
 }
 
