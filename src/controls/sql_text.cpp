@@ -1,7 +1,10 @@
 #include "controls/sql_text.h"
 
+#include "platform/quoting.h"
+
 namespace orvane::controls {
 
+using platform::QuotedName;
 using platform::Text;
 
 namespace {
@@ -11,15 +14,6 @@ bool IsBlank(const Text& sText) {
 }
 
 }  // namespace
-
-Text QuotedName(const Text& sName) {
-  Text sQuoted = "\"";
-  for (const char c : sName) {
-    if (c == '"') sQuoted += '"';
-    sQuoted += c;
-  }
-  return sQuoted + '"';
-}
 
 Text ComposeSelect(const TableSelection& selection) {
   Text sSql = "SELECT ";

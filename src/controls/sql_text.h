@@ -9,9 +9,6 @@
 
 namespace orvane::controls {
 
-/// The name between double quotes, double quotes within it doubled.
-platform::Text QuotedName(const platform::Text& sName);
-
 /// What a SELECT over one table is made of.
 struct TableSelection {
   const platform::Text& sCatalog;

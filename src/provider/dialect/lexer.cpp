@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/failure.h"
+#include "platform/quoting.h"
 #include "provider/dialect/statement_depth.h"
 
 namespace orvane::provider::dialect {
@@ -224,12 +225,7 @@ void FailAt(std::string_view sStatement, std::size_t position, const Text& sWhat
 }
 
 Text QuoteIdentifier(std::string_view sName) {
-  Text sQuoted = "\"";
-  for (const char c : sName) {
-    sQuoted += c;
-    if (c == '"') sQuoted += c;
-  }
-  return sQuoted + "\"";
+  return platform::QuotedName(sName);
 }
 
 Text UpperCase(Text sName) {

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "platform/quoting.h"
+
 namespace orvane::provider::historian {
 namespace {
 
@@ -100,15 +102,6 @@ constexpr TimeRow kTimes[] = {
      "SELECT * FROM Plant1..Data WHERE Timestamp BETWEEN 't+8h-30m' AND 't+16h'"},
 };
 
-Text Quoted(const char* sText) {
-  Text sQuoted = "'";
-  for (; *sText != 0; ++sText) {
-    sQuoted += *sText;
-    if (*sText == '\'') sQuoted += '\'';
-  }
-  return sQuoted + "'";
-}
-
 }  // namespace
 
 Text FunctionsFile() {
@@ -126,12 +119,14 @@ Text FunctionsStatements() {
       "CREATE TABLE TimeExpressions (Expression TEXT NOT NULL PRIMARY KEY, "
       "Description TEXT NOT NULL, Example TEXT NOT NULL) WITHOUT ROWID;";
   for (const auto& row : kFunctions) {
-    sStatements += "INSERT INTO Functions VALUES (" + Quoted(row.sName) + "," + Quoted(row.sKind) +
-                   "," + Quoted(row.sDescription) + "," + Quoted(row.sExample) + ");";
+    sStatements += "INSERT INTO Functions VALUES (" + platform::QuotedText(row.sName) + "," +
+                   platform::QuotedText(row.sKind) + "," + platform::QuotedText(row.sDescription) +
+                   "," + platform::QuotedText(row.sExample) + ");";
   }
   for (const auto& row : kTimes) {
-    sStatements += "INSERT INTO TimeExpressions VALUES (" + Quoted(row.sExpression) + "," +
-                   Quoted(row.sDescription) + "," + Quoted(row.sExample) + ");";
+    sStatements += "INSERT INTO TimeExpressions VALUES (" + platform::QuotedText(row.sExpression) +
+                   "," + platform::QuotedText(row.sDescription) + "," +
+                   platform::QuotedText(row.sExample) + ");";
   }
   return sStatements;
 }

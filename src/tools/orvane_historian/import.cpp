@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "platform/failure.h"
+#include "platform/quoting.h"
 #include "provider/dialect/lexer.h"
 #include "tools/orvane_historian/catalog_database.h"
 #include "tools/orvane_historian/csv_reader.h"
@@ -13,9 +14,9 @@ namespace orvane::tools {
 namespace {
 
 using platform::Failure;
+using platform::QuotedName;
 using platform::Text;
 using platform::Value;
-using provider::dialect::QuoteIdentifier;
 using provider::dialect::SameName;
 using provider::engines::ColumnSchema;
 
@@ -49,11 +50,11 @@ Text InsertStatement(const Text& sTable, const std::vector<ColumnSchema>& column
   Text sNames;
   Text sMarks;
   for (const auto& column : columns) {
-    sNames += (sNames.empty() ? "" : ", ") + QuoteIdentifier(column.sName);
+    sNames += (sNames.empty() ? "" : ", ") + QuotedName(column.sName);
     sMarks += sMarks.empty() ? "?" : ", ?";
   }
-  return Text(bReplace ? "INSERT OR REPLACE" : "INSERT") + " INTO " + QuoteIdentifier(sTable) +
-         " (" + sNames + ") VALUES (" + sMarks + ")";
+  return Text(bReplace ? "INSERT OR REPLACE" : "INSERT") + " INTO " + QuotedName(sTable) + " (" +
+         sNames + ") VALUES (" + sMarks + ")";
 }
 
 // A long field is named by its beginning.

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "platform/case_folding.h"
-#include "provider/engines/quoting.h"
+#include "platform/quoting.h"
 #include "provider/engines/sqlite/sqlite_files.h"
 #include "provider/engines/sqlite/sqlite_statement.h"
 
@@ -37,19 +37,20 @@ void SqliteAttachments::Attach(const Catalog& catalog) {
                               catalog.sName),
                   "SQLite");
   }
-  m_own.push_back({"DETACH " + QuotedName(catalog.sName), sKey});
+  m_own.push_back({"DETACH " + platform::QuotedName(catalog.sName), sKey});
   m_attached.insert(std::move(sKey));
   CheckFile(catalog);
   const Text sSubject = SubjectOf(catalog);
-  SqliteStatement::RunOnce(
-      m_database, "ATTACH " + QuotedText(UriOf(catalog)) + " AS " + QuotedName(catalog.sName),
-      sSubject);
+  SqliteStatement::RunOnce(m_database,
+                           "ATTACH " + platform::QuotedText(UriOf(catalog)) + " AS " +
+                               platform::QuotedName(catalog.sName),
+                           sSubject);
   if (catalog.llMaxKilobytes == 0 || catalog.bReadOnly) return;
   // The limit belongs to the connection, not to the file.
   constexpr std::int64_t kPageKilobytes = 4;
   SqliteStatement::RunOnce(
       m_database,
-      "PRAGMA " + QuotedName(catalog.sName) + ".max_page_count = " +
+      "PRAGMA " + platform::QuotedName(catalog.sName) + ".max_page_count = " +
           std::to_string(std::max<std::int64_t>(catalog.llMaxKilobytes / kPageKilobytes, 1)),
       sSubject);
 }

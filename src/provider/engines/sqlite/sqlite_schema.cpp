@@ -4,7 +4,7 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
-#include "provider/engines/quoting.h"
+#include "platform/quoting.h"
 #include "provider/engines/sqlite/sqlite_statement.h"
 #include "provider/engines/sqlite/sqlite_types.h"
 
@@ -121,13 +121,13 @@ platform::RecordsetPtr SqliteSchema::Query(Columns which, const std::optional<Te
         ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value, c.hidden, CASE m.type WHEN 'view' "
         "THEN m.sql END";
   }
-  sSql += " FROM " + QuotedName(m_sQualifier) + ".sqlite_master AS m";
+  sSql += " FROM " + platform::QuotedName(m_sQualifier) + ".sqlite_master AS m";
   if (bColumns) {
     // The hidden columns of virtual tables are no columns to anyone but their module.
     const char* const sOf =
         which == Columns::OfAll ? "m.name" : "CASE m.type WHEN 'table' THEN m.name END";
-    sSql += " LEFT JOIN pragma_table_xinfo(" + Text(sOf) + ", " + QuotedText(m_sQualifier) +
-            ") AS c ON c.hidden <> 1";
+    sSql += " LEFT JOIN pragma_table_xinfo(" + Text(sOf) + ", " +
+            platform::QuotedText(m_sQualifier) + ") AS c ON c.hidden <> 1";
   }
   sSql += " WHERE m.type IN ('table', 'view') AND m.name NOT LIKE 'sqlite\\_%' ESCAPE '\\'";
   if (sTable) sSql += " AND m.name = ? COLLATE NOCASE";
