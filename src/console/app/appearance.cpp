@@ -2,8 +2,9 @@
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
 #include <cstdlib>
+
+#include "console/look/control_style.h"
 
 namespace orvane::console {
 
@@ -56,7 +57,7 @@ void PrepareApplication(QApplication& application) {
   QApplication::setApplicationVersion(ORVANE_VERSION);
   QGuiApplication::setDesktopFileName("orvane-console");
   const bool bDark = QApplication::palette().color(QPalette::Window).lightness() < 128;
-  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setStyle(new ControlStyle);
   // A desktop that is dark, or in high contrast, has chosen its colours for a reason.
   if (!bDark) application.setPalette(LightPalette());
   SeeToFaintText();

@@ -1,0 +1,27 @@
+#include "console/look/window_place.h"
+
+#include <QApplication>
+#include <QStyle>
+#include <QWidget>
+
+namespace orvane::console {
+
+QMargins FrameOver(const QWidget* window) {
+  constexpr int kUsualBorder = 4;
+  if (!window || !window->isVisible()) {
+    const int iTitle = QApplication::style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    return {kUsualBorder, iTitle + kUsualBorder, kUsualBorder, kUsualBorder};
+  }
+  const QRect outside = window->frameGeometry();
+  const QRect inside = window->geometry();
+  return {inside.left() - outside.left(), inside.top() - outside.top(),
+          outside.right() - inside.right(), outside.bottom() - inside.bottom()};
+}
+
+QRect MovedInto(const QRect& room, QRect frame) {
+  frame.moveLeft(qMax(room.left(), qMin(frame.left(), room.right() + 1 - frame.width())));
+  frame.moveTop(qMax(room.top(), qMin(frame.top(), room.bottom() + 1 - frame.height())));
+  return frame;
+}
+
+}  // namespace orvane::console

@@ -1,0 +1,20 @@
+// Where a dialog stands: whole on the screen, with its title. Used by whatever places a window of
+// its own; user-interface thread.
+#pragma once
+
+#include <QMargins>
+#include <QRect>
+
+class QWidget;
+
+namespace orvane::console {
+
+/// What the window manager puts around a dialog over the window. It tells that for windows that are
+/// shown only, so the window's own frame is taken; without one, a guess is better than a title that
+/// is out of reach.
+QMargins FrameOver(const QWidget* window);
+
+/// The place of a frame of that size, as near to the wanted one as the room allows.
+QRect MovedInto(const QRect& room, QRect frame);
+
+}  // namespace orvane::console
