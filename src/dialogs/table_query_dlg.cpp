@@ -1,5 +1,6 @@
 #include "dialogs/table_query_dlg.h"
 
+#include <algorithm>
 #include <unordered_set>
 #include <utility>
 
@@ -23,13 +24,19 @@ Long SelectedCount(const platform::FormListView& lv) {
   return lCount;
 }
 
+/// The row behind the last one that moved is selected then, so that the same key moves it next.
 void MoveSelected(platform::FormListView& lvFrom, platform::FormListView& lvTo) {
+  Long lMoved = 0;
+  Long lNext = 0;
   for (Long l = 1; l <= lvFrom.Count(); ++l) {
-    if (lvFrom.Selected(l)) lvTo.Add(lvFrom.Item(l));
+    if (!lvFrom.Selected(l)) continue;
+    lvTo.Add(lvFrom.Item(l));
+    lNext = l + 1 - ++lMoved;
   }
   for (Long l = lvFrom.Count(); l >= 1; --l) {
     if (lvFrom.Selected(l)) lvFrom.Remove(l);
   }
+  if (lMoved > 0 && lvFrom.Count() > 0) lvFrom.Selected(std::min(lNext, lvFrom.Count()), true);
 }
 
 }  // namespace

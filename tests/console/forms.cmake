@@ -3,8 +3,12 @@ orvane_test(console_forms QT
   LINK orvane_console orvane_dialogs
   SOURCES
     forms/add_catalog_form_test.cpp
+    forms/drop_down_test.cpp
+    forms/focus_ring_test.cpp
     forms/form_geometry_test.cpp
+    forms/form_places_test.cpp
     forms/form_rules_test.cpp
     forms/options_form_test.cpp
     forms/query_form_test.cpp
+    forms/table_query_columns_test.cpp
     forms/table_query_form_test.cpp)

@@ -32,12 +32,17 @@ void LayOutAddCatalog(QtForm& form) {
   boxes->addWidget(LabelFor(form, "Label3", txtSize), 2, 0);
   boxes->addWidget(txtSize, 2, 1);
   boxes->addWidget(UnitOf(form, "Label4", txtSize), 2, 2);
+  // What a size and a path together mean is a rule of old that nobody would guess.
+  auto* const hint = new QLabel(QObject::tr("A size takes the place of a path."));
+  hint->setObjectName("m_lblHint");
+  boxes->addWidget(hint, 3, 1, 1, 2);
+  txtPath->setAccessibleDescription(hint->text());
   boxes->setColumnStretch(2, 1);
-  auto* const layout = new QVBoxLayout(&form.Dialog());
+  auto* const layout = new QVBoxLayout(&form.Dialog().Body());
+  layout->setContentsMargins({});
   layout->addLayout(boxes);
   layout->addStretch(1);
-  layout->addSpacing(Gap(form) / 2);
-  layout->addLayout(OkCancelRow(form, "m_btnOk", "m_btnCancel"));
+  form.Dialog().Foot(OkCancelRow(form, "m_btnOk", "m_btnCancel"));
   form.Dialog().InitialFocus(*txtName);
 }
 

@@ -16,6 +16,11 @@ void ButtonControl::Label(const platform::Text& sLabel) {
   m_widget->setText(QString::fromStdString(sLabel));
 }
 
+void ButtonControl::Enabled(platform::Boolean bEnabled) {
+  if (!bEnabled) m_dialog.BeforeDisabling(*m_widget);
+  FormControl::Enabled(bEnabled);
+}
+
 platform::Subscription ButtonControl::OnClick(std::function<void()> handler) {
   return m_click.Connect(std::move(handler));
 }

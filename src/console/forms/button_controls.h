@@ -14,6 +14,8 @@ class ButtonControl : public FormControl<platform::Button, QPushButton> {
   explicit ButtonControl(FormDialog& dialog);
   platform::Text Label() const override { return m_sLabel; }
   void Label(const platform::Text& sLabel) override;
+  using FormControl::Enabled;
+  void Enabled(platform::Boolean bEnabled) override;
   platform::Subscription OnClick(std::function<void()> handler) override;
 
  private:

@@ -22,10 +22,8 @@ void LabelControl::SetFocus() {
 
 void UnitLabel::Unit(const QString& sUnit) {
   setText(sUnit);
-  if (!m_box) return;
-  // Brackets are for the eye.
-  const bool bBrackets = sUnit.startsWith(u'[') && sUnit.endsWith(u']');
-  m_box->setAccessibleDescription(bBrackets ? sUnit.mid(1, sUnit.size() - 2) : sUnit);
+  // Brackets and letters are for the eye.
+  if (m_box) m_box->setAccessibleDescription(sUnit == "[s]" ? tr("seconds") : sUnit);
 }
 
 UnitControl::UnitControl(FormDialog& dialog) : FormControl(dialog) {

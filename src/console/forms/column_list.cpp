@@ -4,6 +4,8 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 
+#include "console/look/tool_tip.h"
+
 namespace orvane::console {
 namespace {
 
@@ -48,7 +50,7 @@ int ColumnListModel::rowCount(const QModelIndex& parent) const {
 QVariant ColumnListModel::data(const QModelIndex& index, int iRole) const {
   if (!index.isValid() || (iRole != Qt::DisplayRole && iRole != Qt::ToolTipRole)) return {};
   const QString sName = QString::fromStdString(At(index.row()));
-  return iRole == Qt::ToolTipRole ? sName.toHtmlEscaped() : sName;
+  return iRole == Qt::ToolTipRole ? ToolTipOf(sName) : sName;
 }
 
 QVariant ColumnListModel::headerData(int iSection, Qt::Orientation orientation, int iRole) const {
@@ -75,8 +77,11 @@ ColumnList::ColumnList(QWidget* parent) : QTreeView(parent) {
 }
 
 void ColumnList::Choose(int iRow, bool bChosen) {
-  selectionModel()->select(m_names.index(iRow),
+  const QModelIndex index = m_names.index(iRow);
+  selectionModel()->select(index,
                            bChosen ? QItemSelectionModel::Select : QItemSelectionModel::Deselect);
+  // The arrow keys go on from there.
+  if (bChosen) selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
 }
 
 QSize ColumnList::sizeHint() const {

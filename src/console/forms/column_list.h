@@ -38,7 +38,8 @@ class ColumnList : public QTreeView {
   void OnChoice(std::function<void()> handler) { m_choice = std::move(handler); }
   /// Called when the user has clicked a row twice.
   void OnDblClick(std::function<void()> handler) { m_dblClick = std::move(handler); }
-  /// Chooses or leaves out a row without calling anyone.
+  /// Chooses or leaves out a row without calling anyone; a chosen one can be seen and is the one
+  /// that keys go on from.
   void Choose(int iRow, bool bChosen);
 
   QSize sizeHint() const override;

@@ -1,5 +1,11 @@
 #include "console/forms/drop_down_control.h"
 
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QToolTip>
+#include <QWheelEvent>
+
+#include "console/look/tool_tip.h"
 #include "platform/failure.h"
 
 namespace orvane::console {
@@ -14,11 +20,32 @@ constexpr int kEntriesShown = 15;
 
 }  // namespace
 
-DropDownControl::DropDownControl(FormDialog& dialog) : FormControl(dialog) {
+DropDownBox::DropDownBox(QWidget* parent) : QComboBox(parent) {
   // Wide enough for its arrow and a usual name: a catalog's longest name does not set the width.
-  m_widget->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  m_widget->setMinimumContentsLength(kCharactersShown);
-  m_widget->setMaxVisibleItems(kEntriesShown);
+  setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+  setMinimumContentsLength(kCharactersShown);
+  setMaxVisibleItems(kEntriesShown);
+  setFocusPolicy(Qt::StrongFocus);
+  view()->setTextElideMode(Qt::ElideMiddle);
+}
+
+bool DropDownBox::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QComboBox::event(event);
+  const bool bCut = view()->fontMetrics().horizontalAdvance(currentText()) > width();
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
+                     bCut ? ToolTipOf(currentText()) : QString(), this);
+  return true;
+}
+
+void DropDownBox::wheelEvent(QWheelEvent* event) {
+  if (hasFocus()) {
+    QComboBox::wheelEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+DropDownControl::DropDownControl(FormDialog& dialog) : FormControl(dialog) {
   dialog.Watch(*m_widget);
 }
 
@@ -31,7 +58,9 @@ void DropDownControl::Add(const Text& sText, Long lItemData) {
   // The widget would choose its first entry by itself.
   const int iIndex = m_widget->currentIndex();
   m_items.push_back({sText, lItemData});
-  m_widget->addItem(QString::fromStdString(sText));
+  const auto sShown = QString::fromStdString(sText);
+  m_widget->addItem(sShown);
+  m_widget->setItemData(m_widget->count() - 1, ToolTipOf(sShown), Qt::ToolTipRole);
   m_widget->setCurrentIndex(iIndex);
 }
 

@@ -1,4 +1,4 @@
-// Drop-down list on a widget.
+// Drop-down list on a widget: it shows fifteen entries at once, and cuts what is too long for it.
 // Used by the forms of the dialogs; user-interface thread.
 #pragma once
 
@@ -9,9 +9,20 @@
 
 namespace orvane::console {
 
+/// Takes the wheel only while it has the focus: a form that scrolls under the mouse changes
+/// nothing.
+class DropDownBox : public QComboBox {
+ public:
+  explicit DropDownBox(QWidget* parent = nullptr);
+
+ protected:
+  bool event(QEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+};
+
 /// Positions outside of the list fail with failure::kOutOfRange. Nothing is chosen until the owner
 /// or the user chooses.
-class DropDownControl : public FormControl<platform::DropDownList, QComboBox> {
+class DropDownControl : public FormControl<platform::DropDownList, DropDownBox> {
  public:
   explicit DropDownControl(FormDialog& dialog);
   void Clear() override;

@@ -5,6 +5,8 @@
 #include <QStyle>
 #include <QToolTip>
 
+#include "console/look/tool_tip.h"
+
 namespace orvane::console {
 namespace {
 
@@ -32,7 +34,7 @@ bool ElidedLabel::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QLabel::event(event);
   const bool bCut = fontMetrics().horizontalAdvance(text()) > width();
   QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                     bCut ? text().toHtmlEscaped() : QString(), this);
+                     bCut ? ToolTipOf(text()) : QString(), this);
   return true;
 }
 

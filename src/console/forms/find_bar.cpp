@@ -135,7 +135,11 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
       break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      Find(!(event->modifiers() & Qt::ShiftModifier));
+      if (auto* const button = qobject_cast<QToolButton*>(focusWidget())) {
+        button->click();
+      } else {
+        Find(!(event->modifiers() & Qt::ShiftModifier));
+      }
       break;
     default:
       QWidget::keyPressEvent(event);

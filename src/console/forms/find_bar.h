@@ -1,5 +1,6 @@
-// The bar under an editor that finds a text in it. Hidden until it is opened; Enter goes to the
-// next find, Shift+Enter to the one before, Escape closes the bar and nothing else.
+// The bar under an editor that finds a text in it. Hidden until it is opened; Enter presses the
+// button that has the focus, else goes to the next find, Shift+Enter to the one before. Escape
+// closes the bar and nothing else.
 #pragma once
 
 #include <QWidget>

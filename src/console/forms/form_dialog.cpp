@@ -1,15 +1,19 @@
 #include "console/forms/form_dialog.h"
 
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QVBoxLayout>
 #include <QVariant>
 #include <QWindow>
 #include <utility>
 
+#include "console/forms/form_area.h"
 #include "console/look/pointer_rest.h"
+#include "console/look/window_place.h"
 
 namespace orvane::console {
 namespace {
@@ -22,9 +26,23 @@ void Press(QPushButton* button) {
 
 }  // namespace
 
-FormDialog::FormDialog() {
+FormDialog::FormDialog(const QString& sName, std::shared_ptr<FormPlaces> places)
+    : m_places(std::move(places)), m_area(new FormArea(this)) {
+  setObjectName(sName);
   // The form is an episode of the console: the program does not end with it.
   setAttribute(Qt::WA_QuitOnClose, false);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(m_area, 1);
+}
+
+QWidget& FormDialog::Body() const {
+  return *m_area->widget();
+}
+
+void FormDialog::Foot(QLayout* row) {
+  auto* const rows = static_cast<QVBoxLayout*>(layout());
+  rows->addSpacing(fontMetrics().height() / 2);
+  rows->addLayout(row);
 }
 
 FormDialog::~FormDialog() {
@@ -53,6 +71,12 @@ void FormDialog::TakeFocus(QWidget& control) {
   } else {
     m_nextFocus = &control;
   }
+}
+
+void FormDialog::BeforeDisabling(QPushButton& button) {
+  if (focusWidget() != &button) return;
+  const auto refuge = m_refuges.find(&button);
+  if (refuge != m_refuges.end()) refuge->second->setFocus(Qt::OtherFocusReason);
 }
 
 void FormDialog::ShowModal(QWidget* owner) {
@@ -93,15 +117,38 @@ void FormDialog::PlaceOver(QWidget* owner) {
   layout()->activate();
   const QScreen* const onScreen = window ? window->screen() : screen();
   const QRect available = onScreen->availableGeometry();
-  // Later displays keep the size that the user gave the form.
-  const QSize wanted = m_bSized ? size() : sizeHint();
-  m_bSized = true;
-  resize(wanted.boundedTo(available.size()).expandedTo(minimumSize()));
-  QRect place(QPoint(), size());
-  place.moveCenter(window && window->isVisible() ? window->frameGeometry().center()
-                                                 : available.center());
-  move(qMax(available.left(), qMin(place.left(), available.right() - place.width())),
-       qMax(available.top(), qMin(place.top(), available.bottom() - place.height())));
+  const QMargins frame = FrameOver(window);
+  const QSize most = available.size().shrunkBy(frame);
+  FitInto(most);
+
+  const bool bOver = window && window->isVisible();
+  m_origin = bOver ? window->frameGeometry().topLeft() : available.topLeft();
+  const auto last = m_places->find(objectName());
+  const bool bStood = last != m_places->end();
+  resize((bStood ? last->second.size : sizeHint()).boundedTo(most).expandedTo(minimumSize()));
+  QRect place(QPoint(), size().grownBy(frame));
+  if (bStood) {
+    place.moveTopLeft(m_origin + last->second.offset);
+  } else {
+    place.moveCenter(bOver ? window->frameGeometry().center() : available.center());
+  }
+  move(MovedInto(available, place).topLeft());
+}
+
+void FormDialog::FitInto(const QSize& most) {
+  m_area->Most({QWIDGETSIZE_MAX, QWIDGETSIZE_MAX});
+  layout()->activate();
+  // What stands around the area: the buttons under it and the margins.
+  const QMargins margins = layout()->contentsMargins();
+  const int iBeside = margins.left() + margins.right();
+  const int iUnder = layout()->totalMinimumSize().height() - m_area->minimumSizeHint().height();
+  m_area->Most(most - QSize(iBeside, iUnder));
+  layout()->activate();
+}
+
+void FormDialog::done(int iResult) {
+  if (isVisible()) (*m_places)[objectName()] = {pos() - m_origin, size()};
+  QDialog::done(iResult);
 }
 
 void FormDialog::Run(const std::function<void()>& handler) {
@@ -118,7 +165,7 @@ platform::Subscription FormDialog::OnPaletteChange(std::function<void()> handler
   return m_paletteChange.Connect(std::move(handler));
 }
 
-bool FormDialog::TakeKey(const QKeyEvent& event, EnterKey enter) {
+bool FormDialog::TakeKey(QObject* focus, const QKeyEvent& event, EnterKey enter) {
   const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
   if (event.key() == Qt::Key_Escape) {
     if (modifiers == Qt::NoModifier) Press(m_cancelButton);
@@ -128,21 +175,33 @@ bool FormDialog::TakeKey(const QKeyEvent& event, EnterKey enter) {
   if (enter == EnterKey::BreaksLine && !(modifiers & Qt::ControlModifier)) return false;
   if (enter == EnterKey::ShiftBreaksLine && modifiers == Qt::ShiftModifier) return false;
   // A key still held down from the menu that opened the form was not meant for it.
-  const bool bPlain = modifiers == Qt::NoModifier || modifiers == Qt::ControlModifier;
-  if (bPlain && !event.isAutoRepeat()) Press(m_defaultButton);
+  if (event.isAutoRepeat()) return true;
+  auto* const button = qobject_cast<QPushButton*>(focus);
+  if (modifiers == Qt::NoModifier) Press(button ? button : m_defaultButton);
+  if (modifiers == Qt::ControlModifier) Press(m_defaultButton);
   return true;
+}
+
+void FormDialog::ShowEnterButton(QPushButton* button) {
+  for (auto* const other : findChildren<QPushButton*>()) {
+    other->setDefault(other == (button ? button : m_defaultButton));
+  }
 }
 
 bool FormDialog::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
     const auto enter = static_cast<EnterKey>(watched->property(kEnterKey).toInt());
-    if (TakeKey(*static_cast<QKeyEvent*>(event), enter)) return true;
+    if (TakeKey(watched, *static_cast<QKeyEvent*>(event), enter)) return true;
+  }
+  if (auto* const button = qobject_cast<QPushButton*>(watched)) {
+    if (event->type() == QEvent::FocusIn) ShowEnterButton(button);
+    if (event->type() == QEvent::FocusOut) ShowEnterButton(nullptr);
   }
   return QDialog::eventFilter(watched, event);
 }
 
 void FormDialog::keyPressEvent(QKeyEvent* event) {
-  if (!TakeKey(*event, EnterKey::PressesDefault)) QDialog::keyPressEvent(event);
+  if (!TakeKey(nullptr, *event, EnterKey::PressesDefault)) QDialog::keyPressEvent(event);
 }
 
 void FormDialog::changeEvent(QEvent* event) {

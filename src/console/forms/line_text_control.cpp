@@ -30,15 +30,36 @@ QSize SizedLineEdit::minimumSizeHint() const {
 LineTextControl::LineTextControl(FormDialog& dialog) : TextControl(dialog) {
   m_widget->setMaxLength(std::numeric_limits<int>::max());
   dialog.Watch(*m_widget);
-  QObject::connect(m_widget, &QLineEdit::textChanged, m_widget, [this] { Changed(); });
+  QObject::connect(m_widget, &QLineEdit::textChanged, m_widget, [this] {
+    Changed();
+    Remember();
+  });
+  QObject::connect(m_widget, &QLineEdit::selectionChanged, m_widget, [this] { Remember(); });
+  QObject::connect(m_widget, &QLineEdit::cursorPositionChanged, m_widget, [this] { Remember(); });
 }
 
 void LineTextControl::Display(const QString& sText) {
-  // The caret keeps its distance from the end, so that a refused key leaves it where it was.
+  const Look before = m_before;
+  // The caret keeps its distance from the end.
   const auto iFromEnd = m_widget->text().size() - m_widget->cursorPosition();
   m_widget->setText(sText);
-  if (m_widget->hasFocus()) {
-    m_widget->setCursorPosition(static_cast<int>(qMax<qsizetype>(0, sText.size() - iFromEnd)));
+  if (!m_widget->hasFocus()) return;
+  m_widget->setCursorPosition(static_cast<int>(qMax<qsizetype>(0, sText.size() - iFromEnd)));
+  if (sText == before.sText) BringBack(before);
+}
+
+void LineTextControl::Remember() {
+  m_before = {m_widget->text(), m_widget->cursorPosition(), qMax(0, m_widget->selectionStart()),
+              qMax(0, m_widget->selectionEnd())};
+}
+
+void LineTextControl::BringBack(const Look& look) {
+  if (look.iMarkedFrom == look.iMarkedTo) {
+    m_widget->setCursorPosition(look.iCaret);
+  } else if (look.iCaret == look.iMarkedFrom) {
+    m_widget->setSelection(look.iMarkedTo, look.iMarkedFrom - look.iMarkedTo);
+  } else {
+    m_widget->setSelection(look.iMarkedFrom, look.iMarkedTo - look.iMarkedFrom);
   }
 }
 

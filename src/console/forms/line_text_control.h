@@ -22,6 +22,8 @@ class SizedLineEdit : public QLineEdit {
   int m_iCharacters = 20;
 };
 
+/// A text that the form's owner puts back while the user changes it stands there as before, with
+/// its marking and its caret.
 class LineTextControl : public TextControl<SizedLineEdit> {
  public:
   explicit LineTextControl(FormDialog& dialog);
@@ -29,6 +31,20 @@ class LineTextControl : public TextControl<SizedLineEdit> {
  protected:
   void Display(const QString& sText) override;
   QString Displayed() const override { return m_widget->text(); }
+
+ private:
+  struct Look {
+    QString sText;
+    int iCaret = 0;
+    int iMarkedFrom = 0;
+    int iMarkedTo = 0;
+  };
+  void Remember();
+  void BringBack(const Look& look);
+
+  /// As the box looked before the change that is under way. The box tells of a new caret or marking
+  /// after it has told of a new text.
+  Look m_before;
 };
 
 }  // namespace orvane::console

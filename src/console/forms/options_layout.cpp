@@ -49,12 +49,12 @@ void LayOutOptions(QtForm& form) {
   range->addWidget(txtDefEndTime, 1, 1);
   range->setColumnStretch(1, 1);
 
-  auto* const layout = new QVBoxLayout(&form.Dialog());
+  auto* const layout = new QVBoxLayout(&form.Dialog().Body());
+  layout->setContentsMargins({});
   layout->addWidget(frmQueryLimits);
   layout->addWidget(frmDefTimeRange);
   layout->addStretch(1);
-  layout->addSpacing(Gap(form) / 2);
-  layout->addLayout(OkCancelRow(form, "m_btnOK", "m_btnCancel"));
+  form.Dialog().Foot(OkCancelRow(form, "m_btnOK", "m_btnCancel"));
   // The boxes of both frames line up.
   form.Dialog().SameWidth({lblMaxRows, lblTimeout, lblDefStartTime, lblDefEndTime});
   form.Dialog().InitialFocus(*txtMaxRows);

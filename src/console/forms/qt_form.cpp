@@ -8,10 +8,10 @@ namespace orvane::console {
 
 using platform::Text;
 
-QtForm::QtForm(const Text& sName, QtForms::Owner owner)
-    : m_sName(sName), m_owner(std::move(owner)), m_dialog(std::make_unique<FormDialog>()) {
-  m_dialog->setObjectName(QString::fromStdString(sName));
-}
+QtForm::QtForm(const Text& sName, QtForms::Owner owner, std::shared_ptr<FormPlaces> places)
+    : m_sName(sName),
+      m_owner(std::move(owner)),
+      m_dialog(std::make_unique<FormDialog>(QString::fromStdString(sName), std::move(places))) {}
 
 QtForm::~QtForm() = default;
 

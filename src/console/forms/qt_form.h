@@ -13,7 +13,7 @@ namespace orvane::console {
 
 class QtForm : public platform::Form {
  public:
-  QtForm(const platform::Text& sName, QtForms::Owner owner);
+  QtForm(const platform::Text& sName, QtForms::Owner owner, std::shared_ptr<FormPlaces> places);
   ~QtForm() override;
 
   FormDialog& Dialog() { return *m_dialog; }

@@ -20,12 +20,13 @@ constexpr std::array kLayouts{Layout{"OptionsDlg", LayOutOptions}, Layout{"Query
 
 }  // namespace
 
-QtForms::QtForms(Owner owner) : m_owner(std::move(owner)) {}
+QtForms::QtForms(Owner owner)
+    : m_owner(std::move(owner)), m_places(std::make_shared<FormPlaces>()) {}
 
 std::shared_ptr<platform::Form> QtForms::Load(const platform::Text& sFormName) {
   for (const Layout& layout : kLayouts) {
     if (sFormName != layout.sFormName) continue;
-    auto form = std::make_shared<QtForm>(sFormName, m_owner);
+    auto form = std::make_shared<QtForm>(sFormName, m_owner, m_places);
     layout.layOut(*form);
     return form;
   }

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "console/forms/form_dialog.h"
 #include "platform/forms/forms.h"
 
 class QWidget;
@@ -18,11 +19,13 @@ class QtForms : public platform::Forms {
   explicit QtForms(Owner owner = {});
 
   /// Knows "OptionsDlg", "QueryDlg", "AddCatalogDlg" and "TableQueryDlg"; fails with
-  /// failure::kItemNotFound for any other name. A form may outlive this object and the window.
+  /// failure::kItemNotFound for any other name. A form may outlive this object and the window. It
+  /// stands where the last one of its name did, as long as this object lives.
   std::shared_ptr<platform::Form> Load(const platform::Text& sFormName) override;
 
  private:
   Owner m_owner;
+  std::shared_ptr<FormPlaces> m_places;
 };
 
 }  // namespace orvane::console

@@ -23,13 +23,13 @@ void LayOutQuery(QtForm& form) {
   auto* const name = new QHBoxLayout;
   name->addWidget(LabelFor(form, "m_lblName", txtName));
   name->addWidget(txtName, 1);
-  auto* const layout = new QVBoxLayout(&form.Dialog());
+  auto* const layout = new QVBoxLayout(&form.Dialog().Body());
+  layout->setContentsMargins({});
   layout->addLayout(name);
   layout->addSpacing(Gap(form) / 2);
   layout->addWidget(LabelFor(form, "m_lblSqlStatement", &txtSqlStatement->View()));
   layout->addWidget(txtSqlStatement, 1);
-  layout->addSpacing(Gap(form) / 2);
-  layout->addLayout(OkCancelRow(form, "m_btnOk", "m_btnCancel"));
+  form.Dialog().Foot(OkCancelRow(form, "m_btnOk", "m_btnCancel"));
   form.Dialog().setSizeGripEnabled(true);
   form.Dialog().InitialFocus(*txtName);
 }

@@ -91,7 +91,12 @@ void SqlView::PlainColor(const QColor& color) {
 
 QFont SqlView::TextFont() const {
   QFont textFont = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  textFont.setPointSizeF(font().pointSizeF() > 0 ? font().pointSizeF() : textFont.pointSizeF());
+  // A desktop counts the size of its letters in points or in dots.
+  if (font().pointSizeF() > 0) {
+    textFont.setPointSizeF(font().pointSizeF());
+  } else {
+    textFont.setPixelSize(font().pixelSize());
+  }
   return textFont;
 }
 

@@ -27,15 +27,24 @@ QGroupBox* LayOutTable(QtForm& form) {
 QGroupBox* LayOutColumns(QtForm& form) {
   QGroupBox* const frmColumns = form.Add<FrameControl>("m_frmColumns");
   ColumnList* const lvAvailable = form.Add<ListControl>("m_lvAvailableCols");
+  QPushButton* const btnSelect = form.Add<ButtonControl>("m_btnSelectCol");
+  QPushButton* const btnSelectAll = form.Add<ButtonControl>("m_btnSelectAllCols");
+  QPushButton* const btnDeselect = form.Add<ButtonControl>("m_btnDeselectCol");
+  QPushButton* const btnDeselectAll = form.Add<ButtonControl>("m_btnDeselectAllCols");
+  ColumnList* const lvSelected = form.Add<ListControl>("m_lvSelCols");
+  // A button that has nothing left to move leaves the focus to the list that it emptied.
+  form.Dialog().Refuge(*btnSelect, *lvAvailable);
+  form.Dialog().Refuge(*btnSelectAll, *lvAvailable);
+  form.Dialog().Refuge(*btnDeselect, *lvSelected);
+  form.Dialog().Refuge(*btnDeselectAll, *lvSelected);
   auto* const buttons = new QVBoxLayout;
   buttons->addStretch(1);
-  buttons->addWidget(form.Add<ButtonControl>("m_btnSelectCol"));
-  buttons->addWidget(form.Add<ButtonControl>("m_btnSelectAllCols"));
+  buttons->addWidget(btnSelect);
+  buttons->addWidget(btnSelectAll);
   buttons->addSpacing(Gap(form));
-  buttons->addWidget(form.Add<ButtonControl>("m_btnDeselectCol"));
-  buttons->addWidget(form.Add<ButtonControl>("m_btnDeselectAllCols"));
+  buttons->addWidget(btnDeselect);
+  buttons->addWidget(btnDeselectAll);
   buttons->addStretch(1);
-  ColumnList* const lvSelected = form.Add<ListControl>("m_lvSelCols");
 
   auto* const grid = new QGridLayout(frmColumns);
   grid->addWidget(LabelFor(form, "m_lblAvailableCols", lvAvailable), 0, 0);
@@ -77,13 +86,13 @@ QGroupBox* LayOutSorting(QtForm& form) {
 }  // namespace
 
 void LayOutTableQuery(QtForm& form) {
-  auto* const layout = new QVBoxLayout(&form.Dialog());
+  auto* const layout = new QVBoxLayout(&form.Dialog().Body());
+  layout->setContentsMargins({});
   layout->addWidget(LayOutTable(form));
   layout->addWidget(LayOutColumns(form), 1);
   layout->addWidget(LayOutFilter(form));
   layout->addWidget(LayOutSorting(form));
-  layout->addSpacing(Gap(form) / 2);
-  layout->addLayout(OkCancelRow(form, "m_btnOk", "m_btnCancel"));
+  form.Dialog().Foot(OkCancelRow(form, "m_btnOk", "m_btnCancel"));
   form.Dialog().setSizeGripEnabled(true);
 }
 

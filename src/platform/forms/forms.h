@@ -105,7 +105,8 @@ class Form {
   virtual platform::CheckBox& CheckBox(const Text& sName) = 0;
   virtual platform::DropDownList& DropDownList(const Text& sName) = 0;
   virtual FormListView& ListView(const Text& sName) = 0;
-  /// The button that Enter presses while it is enabled; none when never called.
+  /// The button that Enter presses while it is enabled and no other button has the focus; none when
+  /// never called.
   virtual void DefaultButton(const Text& sButton) = 0;
   /// The button that Escape presses; none when never called.
   virtual void CancelButton(const Text& sButton) = 0;

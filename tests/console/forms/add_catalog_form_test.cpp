@@ -37,17 +37,31 @@ TEST_F(add_catalog_form, the_sizes_unit_is_read_out_with_its_box) {
   });
 }
 
-TEST_F(add_catalog_form, neither_enter_nor_escape_presses_anything_wherever_the_focus_is) {
+TEST_F(add_catalog_form, a_hint_says_what_a_size_makes_of_a_path) {
+  Show(dialog, [](QWidget& window) {
+    const auto& hint = Find<QLabel>(window, "m_lblHint");
+    EXPECT_EQ(hint.text(), "A size takes the place of a path.");
+    EXPECT_EQ(Find(window, "m_txtPath").accessibleDescription(), hint.text());
+    EXPECT_EQ(hint.x(), Find(window, "m_txtPath").x());
+    EXPECT_GT(hint.y(), Find(window, "m_txtSize").geometry().bottom());
+  });
+}
+
+TEST_F(add_catalog_form, neither_enter_nor_escape_is_bound_to_a_button) {
   Show(dialog, [](QWidget& window) {
     Type("Plant1");
-    for (const char* const sControl :
-         {"m_txtName", "m_txtPath", "m_txtSize", "m_btnOk", "m_btnCancel"}) {
+    for (const char* const sControl : {"m_txtName", "m_txtPath", "m_txtSize"}) {
       Find(window, sControl).setFocus();
       ASSERT_EQ(Focus(), sControl);
-      for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+      for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
         Key(key);
         ASSERT_TRUE(window.isVisible()) << sControl;
       }
+    }
+    for (const char* const sControl :
+         {"m_txtName", "m_txtPath", "m_txtSize", "m_btnOk", "m_btnCancel"}) {
+      Find(window, sControl).setFocus();
+      Key(Qt::Key_Escape);
       Key(Qt::Key_Return, Qt::ControlModifier);
       ASSERT_TRUE(window.isVisible()) << sControl;
     }
@@ -55,14 +69,19 @@ TEST_F(add_catalog_form, neither_enter_nor_escape_presses_anything_wherever_the_
   EXPECT_FALSE(dialog.Accepted());
 }
 
-TEST_F(add_catalog_form, space_presses_the_focused_button) {
-  Show(dialog, [](QWidget& window) {
-    Type("Plant1");
-    Find(window, "m_btnOk").setFocus();
-    Key(Qt::Key_Space);
-    EXPECT_FALSE(window.isVisible());
-  });
-  EXPECT_TRUE(dialog.Accepted());
+TEST_F(add_catalog_form, space_and_enter_press_the_button_that_has_the_focus) {
+  for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+    for (const bool bOk : {false, true}) {
+      dialogs::AddCatalogDlg fresh(services);
+      Show(fresh, [&](QWidget& window) {
+        Type("Plant1");
+        Find(window, bOk ? "m_btnOk" : "m_btnCancel").setFocus();
+        Key(key);
+        EXPECT_FALSE(window.isVisible());
+      });
+      EXPECT_EQ(fresh.Accepted(), bOk);
+    }
+  }
 }
 
 TEST_F(add_catalog_form, access_keys_press_ok_and_cancel) {

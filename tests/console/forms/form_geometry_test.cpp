@@ -1,13 +1,18 @@
 // What all four dialogs look like: nothing cut off, nothing outside, nothing over something else,
-// in small and large letters and long languages; and every control has a name to be read out.
+// not larger than the screen, in small and large letters, on coarse and fine screens, and in long
+// languages; and every control has a name to be read out.
 //
 // With ORVANE_PICTURES set to a folder, a picture of every case is put there.
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QGroupBox>
 #include <QLabel>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "console/forms/elided_label.h"
+#include "console/look/control_style.h"
 #include "dialogs/add_catalog_dlg.h"
 #include "dialogs/options_dlg.h"
 #include "dialogs/query_dlg.h"
@@ -19,7 +24,8 @@ namespace {
 
 struct Case {
   const char* sName;
-  int iFontFactor;
+  int iPoints;
+  int iDotsPerInch;
   bool bLongCaptions;
   bool bDark;
 };
@@ -28,28 +34,29 @@ void PrintTo(const Case& one, std::ostream* out) {
   *out << one.sName;
 }
 
-constexpr Case kCases[] = {{"usual", 1, false, false},
-                           {"dark", 1, false, true},
-                           {"large", 2, false, false},
-                           {"long", 1, true, false},
-                           {"large_and_long", 2, true, false}};
+constexpr Case kCases[] = {{"usual", 10, 96, false, false},
+                           {"dark", 10, 96, false, true},
+                           {"larger", 14, 96, false, false},
+                           {"fine", 10, 160, false, false},
+                           {"fine_and_larger", 14, 160, false, false},
+                           {"fine_larger_and_dark", 14, 160, false, true},
+                           {"long", 10, 96, true, false},
+                           {"fine_larger_and_long", 14, 160, true, false}};
 
 class form_geometry : public FormsFixture, public testing::WithParamInterface<Case> {
  protected:
   form_geometry() : m_fontBefore(QApplication::font()), m_paletteBefore(QApplication::palette()) {
+    QApplication::setStyle(new ControlStyle);
+    constexpr int kPointsPerInch = 72;
     QFont font = m_fontBefore;
-    font.setPointSizeF(font.pointSizeF() * GetParam().iFontFactor);
+    font.setPixelSize(GetParam().iPoints * GetParam().iDotsPerInch / kPointsPerInch);
     QApplication::setFont(font);
-    if (GetParam().bDark) {
-      QPalette dark(QColor(0x31, 0x36, 0x3b));
-      dark.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x20));
-      dark.setColor(QPalette::AlternateBase, QColor(0x23, 0x26, 0x29));
-      QApplication::setPalette(dark);
-    }
+    if (GetParam().bDark) QApplication::setPalette(DarkPalette());
   }
   ~form_geometry() override {
     QApplication::setFont(m_fontBefore);
     QApplication::setPalette(m_paletteBefore);
+    QApplication::setStyle("Fusion");
   }
 
   template <class Dialog>
@@ -60,6 +67,7 @@ class form_geometry : public FormsFixture, public testing::WithParamInterface<Ca
       QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
       QApplication::processEvents();
       Picture(window);
+      CheckScreen(window);
       CheckTexts(window);
       CheckPlaces(window);
       CheckNames(window);
@@ -89,6 +97,27 @@ class form_geometry : public FormsFixture, public testing::WithParamInterface<Ca
     if (sFolder.isEmpty()) return;
     EXPECT_TRUE(window.grab().save(sFolder + u'/' + window.objectName() + u'-' +
                                    QLatin1String(GetParam().sName) + ".png"));
+  }
+
+  /// The window with its title is on the screen, the buttons are in sight, and so is each control
+  /// when it has the focus.
+  static void CheckScreen(QWidget& window) {
+    const QRect screen = window.screen()->availableGeometry();
+    EXPECT_TRUE(screen.contains(window.frameGeometry())) << window.frameGeometry().height();
+    QWidget* const first = QApplication::focusWidget();
+    ASSERT_NE(first, nullptr);
+    do {
+      const QWidget* const focus = QApplication::focusWidget();
+      EXPECT_GE(focus->visibleRegion().boundingRect().height(),
+                qMin(focus->height(), focus->minimumSizeHint().height()))
+          << Focus();
+      Key(Qt::Key_Tab);
+    } while (QApplication::focusWidget() != first);
+    for (const auto* const area : window.findChildren<QScrollArea*>()) {
+      if (GetParam().iPoints > 10 || GetParam().iDotsPerInch > 96) continue;
+      EXPECT_FALSE(area->verticalScrollBar()->isVisible()) << "there is room for all of it";
+      EXPECT_FALSE(area->horizontalScrollBar()->isVisible());
+    }
   }
 
   static bool HasText(const QWidget& widget) {

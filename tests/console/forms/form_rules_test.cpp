@@ -254,29 +254,6 @@ TEST_F(form_rules, the_hourglass_is_laid_aside_while_a_form_is_shown) {
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(form_rules, a_form_is_modal_and_centred_over_its_owner) {
-  owner = std::make_unique<QWidget>();
-  owner->setGeometry(120, 90, 640, 560);
-  owner->show();
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(owner.get()));
-  Show(*options, [this](QWidget& window) {
-    EXPECT_TRUE(window.isModal());
-    EXPECT_NEAR(window.geometry().center().x(), owner->frameGeometry().center().x(), 2);
-    EXPECT_NEAR(window.geometry().center().y(), owner->frameGeometry().center().y(), 2);
-    EXPECT_EQ(window.windowHandle()->transientParent(), owner->windowHandle());
-  });
-}
-
-TEST_F(form_rules, a_form_is_not_placed_off_the_screen) {
-  owner = std::make_unique<QWidget>();
-  owner->setGeometry(-300, -300, 320, 320);
-  owner->show();
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(owner.get()));
-  Show(*options, [](QWidget& window) {
-    EXPECT_TRUE(window.screen()->availableGeometry().contains(window.geometry()));
-  });
-}
-
 TEST_F(form_rules, a_form_keeps_the_size_that_the_user_gave_it) {
   QSize given;
   Show(*query, [&](QWidget& window) {

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QPalette>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -64,6 +65,13 @@ class FormsFixture : public testing::Test {
   std::shared_ptr<CountingUserInterface> ui = std::make_shared<CountingUserInterface>();
   platform::Services services;
 };
+
+inline QPalette DarkPalette() {
+  QPalette dark(QColor(0x31, 0x36, 0x3b));
+  dark.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x20));
+  dark.setColor(QPalette::AlternateBase, QColor(0x23, 0x26, 0x29));
+  return dark;
+}
 
 /// The widget of a control.
 template <class W = QWidget>

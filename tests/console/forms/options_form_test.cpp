@@ -1,4 +1,6 @@
+#include <QClipboard>
 #include <QLabel>
+#include <QPushButton>
 
 #include "dialogs/options_dlg.h"
 #include "tests/console/forms/forms_fixture.h"
@@ -28,7 +30,7 @@ TEST_F(options_form, opens_with_the_number_of_rows_selected) {
 TEST_F(options_form, the_time_outs_unit_is_read_out_with_its_box) {
   Show(dialog, [](QWidget& window) {
     EXPECT_EQ(Find<QLabel>(window, "m_lblSeconds").text(), "[s]");
-    EXPECT_EQ(Find(window, "m_txtTimeout").accessibleDescription(), "s");
+    EXPECT_EQ(Find(window, "m_txtTimeout").accessibleDescription(), "seconds");
     EXPECT_EQ(Find(window, "m_txtMaxRows").accessibleDescription(), "");
   });
 }
@@ -58,11 +60,49 @@ TEST_F(options_form, a_refused_letter_leaves_the_caret_where_it_was) {
   });
 }
 
-TEST_F(options_form, a_letter_over_the_selected_number_brings_the_number_back) {
+TEST_F(options_form, a_letter_over_the_selected_number_brings_the_number_back_selected) {
   Show(dialog, [this](QWidget& window) {
+    auto& txt = Find<QLineEdit>(window, "m_txtMaxRows");
+    Type("xyz");
+    EXPECT_EQ(txt.text(), "100");
+    EXPECT_EQ(txt.selectedText(), "100");
+    EXPECT_EQ(ui->nBeeps, 3);
+    Type("7");
+    EXPECT_EQ(txt.text(), "7");
+  });
+}
+
+TEST_F(options_form, a_refused_key_keeps_what_was_marked_from_either_end) {
+  Show(dialog, [](QWidget& window) {
+    auto& txt = Find<QLineEdit>(window, "m_txtMaxRows");
+    Key(Qt::Key_End);
+    Key(Qt::Key_Left, Qt::ShiftModifier);
     Type("x");
-    EXPECT_EQ(Find<QLineEdit>(window, "m_txtMaxRows").text(), "100");
-    EXPECT_EQ(ui->nBeeps, 1);
+    EXPECT_EQ(txt.selectionStart(), 2);
+    EXPECT_EQ(txt.selectedText(), "0");
+    // The caret is where it was, so that the marking grows to the left.
+    Key(Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(txt.selectedText(), "00");
+    Key(Qt::Key_Home);
+    Key(Qt::Key_Right, Qt::ShiftModifier);
+    Type("x");
+    EXPECT_EQ(txt.selectedText(), "1");
+    Key(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(txt.selectedText(), "10");
+    Key(Qt::Key_Delete);
+    EXPECT_EQ(txt.text(), "0");
+    Type("x");
+    EXPECT_EQ(txt.text(), "0");
+    EXPECT_EQ(txt.cursorPosition(), 0);
+    EXPECT_FALSE(txt.hasSelectedText());
+  });
+}
+
+TEST_F(options_form, a_refused_text_that_is_pasted_keeps_the_marking) {
+  QApplication::clipboard()->setText("many");
+  Show(dialog, [](QWidget& window) {
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(Find<QLineEdit>(window, "m_txtMaxRows").selectedText(), "100");
   });
 }
 
@@ -169,18 +209,34 @@ TEST_F(options_form, cancel_after_editing_is_not_accepted) {
   EXPECT_FALSE(dialog.Accepted());
 }
 
-TEST_F(options_form, space_presses_the_focused_button_and_enter_the_default_one) {
+TEST_F(options_form, space_and_enter_press_the_focused_button_and_ctrl_enter_the_default_one) {
+  for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+    Show(dialog, [&](QWidget& window) {
+      Find(window, "m_btnCancel").setFocus();
+      Key(key);
+      EXPECT_FALSE(window.isVisible());
+    });
+    EXPECT_FALSE(dialog.Accepted()) << key;
+  }
   Show(dialog, [](QWidget& window) {
     Find(window, "m_btnCancel").setFocus();
-    Key(Qt::Key_Space);
-    EXPECT_FALSE(window.isVisible());
-  });
-  EXPECT_FALSE(dialog.Accepted());
-  Show(dialog, [](QWidget& window) {
-    Find(window, "m_btnCancel").setFocus();
-    Key(Qt::Key_Return);
+    Key(Qt::Key_Return, Qt::ControlModifier);
   });
   EXPECT_TRUE(dialog.Accepted());
+}
+
+TEST_F(options_form, the_button_that_enter_presses_looks_like_it) {
+  Show(dialog, [](QWidget& window) {
+    const auto& ok = Find<QPushButton>(window, "m_btnOK");
+    const auto& cancel = Find<QPushButton>(window, "m_btnCancel");
+    EXPECT_TRUE(ok.isDefault());
+    Find(window, "m_btnCancel").setFocus();
+    EXPECT_FALSE(ok.isDefault());
+    EXPECT_TRUE(cancel.isDefault());
+    Find(window, "m_txtTimeout").setFocus();
+    EXPECT_TRUE(ok.isDefault());
+    EXPECT_FALSE(cancel.isDefault());
+  });
 }
 
 TEST_F(options_form, closing_the_window_is_not_accepted) {

@@ -1,69 +1,15 @@
+// The table query builder on widgets: how it opens, its filter, its order and its keys.
 #include <QCheckBox>
 #include <QComboBox>
-#include <QPlainTextEdit>
 #include <QPushButton>
 
-#include "console/forms/column_list.h"
 #include "console/forms/elided_label.h"
-#include "dialogs/table_query_dlg.h"
-#include "tests/console/forms/forms_fixture.h"
+#include "tests/console/forms/table_query_fixture.h"
 
 namespace orvane::console {
 namespace {
 
-using Names = std::vector<std::string>;
-
-struct table_query_form : FormsFixture {
-  table_query_form() {
-    dialog.Columns({"Tag", "Timestamp", "Value", "Status"});
-    dialog.CatalogLabel("Plant1");
-    dialog.TableLabel("Data");
-    dialog.AddSelectedColumn("Value");
-    dialog.UpdateAvailableColumns();
-    dialog.DefaultFilterCondition("Timestamp >= '*-1h'");
-    dialog.UpdateSortColumns();
-    dialog.SetSortingCriteria("Value", false);
-    dialog.UpdateButtons();
-  }
-
-  static ColumnList& List(QWidget& window, const char* sName) {
-    auto* const list = dynamic_cast<ColumnList*>(&Find(window, sName));
-    if (!list) throw std::runtime_error(std::string("no list named ") + sName);
-    return *list;
-  }
-  static QPoint At(ColumnList& list, const char* sItem) {
-    const QModelIndexList found =
-        list.model()->match(list.model()->index(0, 0), Qt::DisplayRole, QLatin1String(sItem), 1,
-                            Qt::MatchExactly | Qt::MatchCaseSensitive);
-    if (found.isEmpty()) throw std::runtime_error(std::string("no item ") + sItem);
-    return list.visualRect(found.front()).center();
-  }
-  static void ClickItem(QWidget& window, const char* sList, const char* sItem,
-                        Qt::KeyboardModifiers modifiers = {}) {
-    ColumnList& list = List(window, sList);
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, modifiers, At(list, sItem));
-  }
-  static void DblClickItem(QWidget& window, const char* sList, const char* sItem) {
-    ColumnList& list = List(window, sList);
-    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, At(list, sItem));
-  }
-  static Names Items(QWidget& window, const char* sList) {
-    const ColumnListModel& names = List(window, sList).Names();
-    Names items;
-    for (int i = 0; i < names.rowCount(); ++i) items.push_back(names.At(i));
-    return items;
-  }
-  static Names Available(QWidget& window) { return Items(window, "m_lvAvailableCols"); }
-  static Names Selected(QWidget& window) { return Items(window, "m_lvSelCols"); }
-  static bool Enabled(QWidget& window, const char* sButton) {
-    return Find(window, sButton).isEnabled();
-  }
-  static QPlainTextEdit& Filter(QWidget& window) {
-    return Find<QPlainTextEdit>(window, "m_txtFilterCond");
-  }
-
-  dialogs::TableQueryDlg dialog{services};
-};
+struct table_query_form : TableQueryFixture {};
 
 TEST_F(table_query_form, opens_on_the_available_columns) {
   Show(dialog, [](QWidget& window) {
@@ -77,136 +23,6 @@ TEST_F(table_query_form, opens_on_the_available_columns) {
     EXPECT_EQ(Find<QComboBox>(window, "m_cmbSortCol").currentText(), "Value");
     EXPECT_EQ(Find<QComboBox>(window, "m_cmbSortOrder").currentText(), "Descending");
   });
-}
-
-TEST_F(table_query_form, a_click_enables_the_button_and_the_button_moves) {
-  Show(dialog, [](QWidget& window) {
-    EXPECT_FALSE(Enabled(window, "m_btnSelectCol"));
-    ClickItem(window, "m_lvAvailableCols", "Status");
-    EXPECT_TRUE(Enabled(window, "m_btnSelectCol"));
-    Click(window, "m_btnSelectCol");
-    EXPECT_EQ(Selected(window), (Names{"Value", "Status"}));
-    EXPECT_EQ(Available(window), (Names{"Tag", "Timestamp"}));
-    EXPECT_FALSE(Enabled(window, "m_btnSelectCol"));
-    ClickItem(window, "m_lvSelCols", "Value");
-    EXPECT_TRUE(Enabled(window, "m_btnDeselectCol"));
-    Click(window, "m_btnDeselectCol");
-    EXPECT_EQ(Selected(window), (Names{"Status"}));
-    EXPECT_EQ(Available(window), (Names{"Tag", "Timestamp", "Value"}));
-  });
-}
-
-TEST_F(table_query_form, a_click_of_any_button_enables_the_buttons) {
-  Show(dialog, [](QWidget& window) {
-    for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
-      ColumnList& available = List(window, "m_lvAvailableCols");
-      ColumnList& selected = List(window, "m_lvSelCols");
-      QTest::mouseClick(available.viewport(), button, {}, At(available, "Status"));
-      EXPECT_TRUE(Enabled(window, "m_btnSelectCol")) << button;
-      EXPECT_FALSE(Enabled(window, "m_btnDeselectCol")) << button;
-      QTest::mouseClick(selected.viewport(), button, {}, At(selected, "Value"));
-      EXPECT_TRUE(Enabled(window, "m_btnDeselectCol")) << button;
-      // Taken away again, so that the next button has something to do.
-      for (ColumnList* const list : {&available, &selected}) {
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->viewport()->rect().bottomLeft() + QPoint(5, -5));
-      }
-      EXPECT_FALSE(Enabled(window, "m_btnSelectCol")) << button;
-      EXPECT_FALSE(Enabled(window, "m_btnDeselectCol")) << button;
-    }
-  });
-}
-
-TEST_F(table_query_form, a_click_beside_the_items_takes_the_choice_away) {
-  Show(dialog, [](QWidget& window) {
-    ClickItem(window, "m_lvAvailableCols", "Tag");
-    ColumnList& list = List(window, "m_lvAvailableCols");
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
-                      list.viewport()->rect().bottomLeft() + QPoint(5, -5));
-    EXPECT_FALSE(Enabled(window, "m_btnSelectCol"));
-  });
-}
-
-TEST_F(table_query_form, several_items_move_together_in_list_order) {
-  Show(dialog, [](QWidget& window) {
-    ClickItem(window, "m_lvAvailableCols", "Status");
-    ClickItem(window, "m_lvAvailableCols", "Tag", Qt::ControlModifier);
-    Click(window, "m_btnSelectCol");
-    EXPECT_EQ(Selected(window), (Names{"Value", "Tag", "Status"}));
-    EXPECT_EQ(Available(window), (Names{"Timestamp"}));
-  });
-}
-
-TEST_F(table_query_form, a_double_click_moves_either_way) {
-  Show(dialog, [](QWidget& window) {
-    DblClickItem(window, "m_lvAvailableCols", "Timestamp");
-    EXPECT_EQ(Selected(window), (Names{"Value", "Timestamp"}));
-    EXPECT_EQ(Available(window), (Names{"Tag", "Status"}));
-    EXPECT_FALSE(Enabled(window, "m_btnSelectCol"));
-    DblClickItem(window, "m_lvSelCols", "Value");
-    EXPECT_EQ(Selected(window), (Names{"Timestamp"}));
-    EXPECT_EQ(Available(window), (Names{"Tag", "Status", "Value"}));
-  });
-}
-
-TEST_F(table_query_form, a_double_click_beside_the_items_moves_nothing) {
-  Show(dialog, [](QWidget& window) {
-    ColumnList& list = List(window, "m_lvAvailableCols");
-    const QPoint beside = list.viewport()->rect().bottomLeft() + QPoint(5, -5);
-    ClickItem(window, "m_lvAvailableCols", "Tag");
-    QTest::mouseDClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, beside);
-    EXPECT_EQ(Selected(window), (Names{"Value"}));
-  });
-}
-
-TEST_F(table_query_form, a_double_click_of_the_right_button_moves_nothing) {
-  Show(dialog, [](QWidget& window) {
-    ColumnList& list = List(window, "m_lvAvailableCols");
-    QTest::mouseDClick(list.viewport(), Qt::RightButton, {}, At(list, "Tag"));
-    EXPECT_EQ(Selected(window), (Names{"Value"}));
-  });
-}
-
-TEST_F(table_query_form, keys_choose_and_move) {
-  Show(dialog, [](QWidget& window) {
-    Key(Qt::Key_Space);
-    EXPECT_TRUE(Enabled(window, "m_btnSelectCol"));
-    Key(Qt::Key_Down, Qt::ShiftModifier);
-    Key(Qt::Key_Tab);
-    EXPECT_EQ(Focus(), "m_btnSelectCol");
-    Key(Qt::Key_Space);
-    EXPECT_EQ(Selected(window), (Names{"Value", "Tag", "Timestamp"}));
-    List(window, "m_lvSelCols").setFocus();
-    Key(Qt::Key_A, Qt::ControlModifier);
-    EXPECT_TRUE(Enabled(window, "m_btnDeselectCol"));
-  });
-}
-
-TEST_F(table_query_form, a_letter_goes_to_the_item_and_chooses_it) {
-  Show(dialog, [](QWidget& window) {
-    Type("s");
-    EXPECT_TRUE(Enabled(window, "m_btnSelectCol"));
-    Click(window, "m_btnSelectCol");
-    EXPECT_EQ(Selected(window), (Names{"Value", "Status"}));
-  });
-}
-
-TEST_F(table_query_form, all_columns_move_and_come_back_in_server_order) {
-  Show(dialog, [](QWidget& window) {
-    Click(window, "m_btnSelectAllCols");
-    EXPECT_EQ(Selected(window), (Names{"Value", "Tag", "Timestamp", "Status"}));
-    EXPECT_FALSE(Enabled(window, "m_btnSelectAllCols"));
-    EXPECT_TRUE(Enabled(window, "m_btnOk"));
-    Click(window, "m_btnDeselectAllCols");
-    EXPECT_EQ(Available(window), (Names{"Tag", "Timestamp", "Value", "Status"}));
-    EXPECT_EQ(Selected(window), Names{});
-    for (const char* const sButton : {"m_btnDeselectCol", "m_btnDeselectAllCols", "m_btnOk"}) {
-      EXPECT_FALSE(Enabled(window, sButton)) << sButton;
-    }
-    Key(Qt::Key_Return);
-    EXPECT_TRUE(window.isVisible());
-  });
-  EXPECT_FALSE(dialog.Ok());
 }
 
 TEST_F(table_query_form, the_default_filter_is_grey_and_locked_and_gives_its_text_back) {
@@ -295,10 +111,10 @@ TEST_F(table_query_form, sort_boxes_are_driven_by_keys) {
   });
 }
 
-TEST_F(table_query_form, enter_accepts_from_every_control) {
+TEST_F(table_query_form, enter_accepts_from_every_control_that_is_no_button) {
   for (const char* const sControl :
-       {"m_lvAvailableCols", "m_btnSelectAllCols", "m_lvSelCols", "m_txtFilterCond",
-        "m_chkDefaultFilterCond", "m_cmbSortCol", "m_chkNoSortingCriteria", "m_btnOk"}) {
+       {"m_lvAvailableCols", "m_lvSelCols", "m_txtFilterCond", "m_chkDefaultFilterCond",
+        "m_cmbSortCol", "m_chkNoSortingCriteria", "m_btnOk"}) {
     dialogs::TableQueryDlg fresh(services);
     fresh.Columns({"Tag", "Value"});
     fresh.AddSelectedColumn("Value");
@@ -414,22 +230,6 @@ TEST_F(table_query_form, a_name_of_any_length_is_shown_as_it_is_and_does_not_wid
     EXPECT_EQ(label.textFormat(), Qt::PlainText);
     // The "&D" of the name takes no key from "&Default".
     EXPECT_TRUE(AccessKey(Qt::Key_D, [&] { return fresh.UseDefaultFilter(); }));
-  });
-}
-
-TEST_F(table_query_form, thousands_of_columns_move_at_once) {
-  dialogs::TableQueryDlg fresh(services);
-  std::vector<platform::Text> columns;
-  for (int i = 0; i < 3000; ++i) columns.push_back("Column" + std::to_string(i));
-  fresh.Columns(columns);
-  fresh.UpdateAvailableColumns();
-  fresh.UpdateSortColumns();
-  fresh.UpdateButtons();
-  Show(fresh, [&](QWidget& window) {
-    Key(Qt::Key_A, Qt::ControlModifier);
-    Click(window, "m_btnSelectCol");
-    EXPECT_EQ(Selected(window), columns);
-    EXPECT_EQ(Available(window), Names{});
   });
 }
 
