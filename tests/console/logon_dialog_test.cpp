@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
@@ -187,15 +188,36 @@ TEST(logon_dialog, ok_needs_a_server) {
   }));
 }
 
-TEST(logon_dialog, the_focus_starts_in_the_first_box_that_is_empty) {
+TEST(logon_dialog, the_focus_starts_on_the_server_where_it_can_be_chosen_else_on_the_password) {
+  for (const char* const sUser : {"anna", ""}) {
+    LogonRequest request = Request();
+    request.sUser = sUser;
+    Ask(request, [](Shown& shown) {
+      EXPECT_TRUE(shown.server->lineEdit()->hasFocus());
+      EXPECT_EQ(shown.server->lineEdit()->selectedText(), "localhost");
+      shown.dialog->reject();
+    });
+    request.bServerSelectable = false;
+    Ask(request, [](Shown& shown) {
+      EXPECT_TRUE(shown.password->hasFocus());
+      shown.dialog->reject();
+    });
+  }
+}
+
+TEST(logon_dialog, enter_presses_the_button_that_has_the_focus) {
+  LogonRequest request = Request();
+  EXPECT_FALSE(Ask(request, [](Shown& shown) {
+    shown.cancel->setFocus();
+    QTest::keyClick(shown.cancel, Qt::Key_Return);
+  }));
+}
+
+TEST(logon_dialog, its_list_shows_fifteen_servers_and_cuts_long_names) {
   LogonRequest request = Request();
   Ask(request, [](Shown& shown) {
-    EXPECT_TRUE(shown.password->hasFocus());
-    shown.dialog->reject();
-  });
-  request.sUser = "";
-  Ask(request, [](Shown& shown) {
-    EXPECT_TRUE(shown.user->hasFocus());
+    EXPECT_EQ(shown.server->maxVisibleItems(), 15);
+    EXPECT_EQ(shown.server->view()->textElideMode(), Qt::ElideMiddle);
     shown.dialog->reject();
   });
 }

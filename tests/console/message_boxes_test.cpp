@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
+
+#include "console/look/control_style.h"
 
 namespace orvane::console {
 namespace {
@@ -15,7 +19,6 @@ namespace {
 using platform::MsgBoxButtons;
 using platform::MsgBoxIcon;
 using platform::MsgBoxResult;
-using platform::Text;
 
 struct Box {
   const char* sText = "Text";
@@ -106,12 +109,93 @@ TEST(message_boxes, the_windows_own_button_is_no_where_there_is_a_no) {
 
 TEST(message_boxes, the_text_can_be_selected_by_mouse) {
   Show({"Table Pumps is gone."}, [](QMessageBox& shown) {
-    auto* const label = shown.findChild<QLabel*>("qt_msgbox_label");
-    ASSERT_NE(label, nullptr);
-    QTest::mouseDClick(label, Qt::LeftButton, {}, {5, label->height() / 2});
-    EXPECT_EQ(label->selectedText(), "Table");
+    auto* const text = shown.findChild<QTextEdit*>("m_txtMessage");
+    ASSERT_NE(text, nullptr);
+    QTest::mouseDClick(text->viewport(), Qt::LeftButton, {}, {5, text->height() / 2});
+    EXPECT_EQ(text->textCursor().selectedText(), "Table");
+    // The keys stay with the buttons.
+    EXPECT_TRUE(shown.button(QMessageBox::Ok)->hasFocus());
     shown.accept();
   });
+}
+
+TEST(message_boxes, a_word_of_any_length_is_broken_and_nothing_of_it_is_cut) {
+  const std::string sText = "The file /" + std::string(1500, 'x') + "/plant.orvc is gone.";
+  Show({sText.c_str()}, [&](QMessageBox& shown) {
+    const auto* const text = shown.findChild<QTextEdit*>("m_txtMessage");
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text->toPlainText().toStdString(), sText);
+    EXPECT_LE(text->document()->idealWidth(), text->viewport()->width());
+    EXPECT_LE(text->document()->size().height(), text->viewport()->height());
+    EXPECT_TRUE(shown.screen()->availableGeometry().contains(shown.frameGeometry()));
+    EXPECT_LT(shown.width(), 800);
+    EXPECT_TRUE(shown.rect().contains(text->geometry()));
+    shown.accept();
+  });
+}
+
+TEST(message_boxes, a_text_too_long_for_the_screen_scrolls_and_the_buttons_stay) {
+  std::string sText;
+  for (int i = 0; i < 500; ++i) sText += "Line " + std::to_string(i) + "\n";
+  Show({sText.c_str(), MsgBoxButtons::YesNo}, [](QMessageBox& shown) {
+    auto* const text = shown.findChild<QTextEdit*>("m_txtMessage");
+    EXPECT_TRUE(shown.screen()->availableGeometry().contains(shown.frameGeometry()));
+    EXPECT_TRUE(text->verticalScrollBar()->isVisible());
+    EXPECT_FALSE(shown.button(QMessageBox::No)->visibleRegion().isEmpty());
+    // Keys reach the end of it.
+    text->setFocus();
+    QTest::keyClick(text, Qt::Key_End, Qt::ControlModifier);
+    const auto* const bar = text->verticalScrollBar();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar->value() == bar->maximum(); }));
+    QTest::keyClick(text, Qt::Key_Escape);
+  });
+}
+
+TEST(message_boxes, are_centred_over_their_window) {
+  QWidget window;
+  window.setGeometry(300, 100, 900, 600);
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  Show({"Remove the server from the tree?", MsgBoxButtons::YesNo}, [&](QMessageBox& shown) {
+    EXPECT_NEAR(shown.frameGeometry().center().x(), window.frameGeometry().center().x(), 2);
+    EXPECT_NEAR(shown.frameGeometry().center().y(), window.frameGeometry().center().y(), 2);
+    shown.reject();
+  });
+}
+
+TEST(message_boxes, a_short_text_makes_a_small_box) {
+  Show({"Remove?", MsgBoxButtons::YesNo}, [](QMessageBox& shown) {
+    EXPECT_LT(shown.width(), 400);
+    EXPECT_LT(shown.height(), 200);
+    shown.reject();
+  });
+}
+
+TEST(message_boxes, have_buttons_of_one_width_at_the_end_and_without_pictures) {
+  QApplication::setStyle(new ControlStyle);
+  Show({"Remove the server with the long name from the tree?", MsgBoxButtons::YesNo},
+       [](QMessageBox& shown) {
+         const auto* const yes = shown.button(QMessageBox::Yes);
+         const auto* const no = shown.button(QMessageBox::No);
+         EXPECT_TRUE(yes->icon().isNull());
+         EXPECT_TRUE(no->icon().isNull());
+         EXPECT_EQ(yes->width(), no->width());
+         const int iYes = yes->mapTo(&shown, QPoint()).x();
+         const int iNo = no->mapTo(&shown, QPoint()).x();
+         EXPECT_LT(iYes, iNo);
+         EXPECT_LT(shown.width() - iNo - no->width(), 20);
+         shown.reject();
+       });
+  QApplication::setStyle("Fusion");
+}
+
+TEST(message_boxes, enter_presses_the_button_that_has_the_focus) {
+  EXPECT_EQ(Show({"Remove?", MsgBoxButtons::YesNo},
+                 [](QMessageBox& shown) {
+                   shown.button(QMessageBox::No)->setFocus();
+                   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+                 }),
+            MsgBoxResult::No);
 }
 
 TEST(message_boxes, come_up_over_the_window_in_front_although_none_is_active) {
@@ -155,15 +239,13 @@ TEST(message_boxes, show_nothing_while_they_are_suppressed) {
   MessageBoxes boxes;
   {
     const MessageBoxSuppression outer(boxes);
-    EXPECT_EQ(boxes.MsgBox("One", MsgBoxButtons::OkOnly, MsgBoxIcon::None, "Error"),
-              MsgBoxResult::Ok);
     {
       const MessageBoxSuppression inner(boxes);
-      EXPECT_EQ(boxes.MsgBox("Two", MsgBoxButtons::YesNo, MsgBoxIcon::None, "Error"),
+      EXPECT_EQ(boxes.MsgBox("One", MsgBoxButtons::YesNo, MsgBoxIcon::None, "Error"),
                 MsgBoxResult::Yes);
-      EXPECT_EQ(inner.Texts(), std::vector<Text>{"Two"});
     }
-    EXPECT_EQ(outer.Texts(), std::vector<Text>{"One"});
+    EXPECT_EQ(boxes.MsgBox("Two", MsgBoxButtons::OkOnly, MsgBoxIcon::None, "Error"),
+              MsgBoxResult::Ok);
   }
   QTimer::singleShot(0, [] {
     auto* shown = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

@@ -1,10 +1,9 @@
 #include "console/dialogs/log_file_question.h"
 
 #include <QCoreApplication>
-#include <QMessageBox>
-#include <QPushButton>
 #include <filesystem>
 
+#include "console/dialogs/message_box.h"
 #include "console/look/pointer_rest.h"
 #include "console/look/program_title.h"
 #include "console/look/window_in_front.h"
@@ -32,10 +31,9 @@ Text WhereItLies(const Text& sFile) {
 
 platform::Boolean AskToWriteLogFile(const Text& sFile) {
   const PointerRest rest;
-  QMessageBox box(WindowInFront());
+  MessageBox box(WindowInFront());
   box.setObjectName("logFileBox");
   box.setWindowTitle(ProgramTitle());
-  box.setTextFormat(Qt::PlainText);
   box.setText(
       Question::tr("The document wants a log of what is done with this server to be written "
                    "to the file\n\n%1\n\nWrite it?")
@@ -43,9 +41,7 @@ platform::Boolean AskToWriteLogFile(const Text& sFile) {
   box.setInformativeText(Question::tr(
       "Answer \"No\" unless you know who made the document. The server is connected in "
       "either case, and you are asked again when the document is opened again."));
-  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-  for (auto* button : box.buttons()) button->setIcon({});
   box.setDefaultButton(QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
   return box.exec() == QMessageBox::Yes;

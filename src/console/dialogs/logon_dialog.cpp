@@ -1,5 +1,6 @@
 #include "console/dialogs/logon_dialog.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -11,6 +12,7 @@
 #include <cstring>
 
 #include "console/look/pointer_rest.h"
+#include "console/look/tool_tip.h"
 #include "console/look/window_in_front.h"
 
 namespace orvane::console {
@@ -48,10 +50,14 @@ LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
   m_cmbServer->setInsertPolicy(QComboBox::NoInsert);
   m_cmbServer->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   m_cmbServer->setMinimumContentsLength(28);
+  m_cmbServer->setMaxVisibleItems(15);
+  m_cmbServer->view()->setTextElideMode(Qt::ElideMiddle);
   m_cmbServer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   m_cmbServer->setAccessibleName(tr("Server"));
   for (const platform::Text& sServer : request.knownServers) {
-    m_cmbServer->addItem(QString::fromStdString(sServer));
+    const auto sShown = QString::fromStdString(sServer);
+    m_cmbServer->addItem(sShown);
+    m_cmbServer->setItemData(m_cmbServer->count() - 1, ToolTipOf(sShown), Qt::ToolTipRole);
   }
   // The first known server is the default one.
   const bool bDefault = request.sServer.empty() && request.bServerSelectable;
@@ -84,8 +90,6 @@ LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
   m_btnOk->setDefault(true);
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("m_btnCancel");
   buttons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));
-  // No pictures, as on the buttons of every other dialog.
-  for (auto* button : buttons->buttons()) button->setIcon({});
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(m_cmbServer, &QComboBox::editTextChanged, this, [this] { UpdateButtons(); });
@@ -98,10 +102,9 @@ LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
   resize(sizeHint().expandedTo({400, 0}));
 
   UpdateButtons();
-  if (m_cmbServer->isEnabled() && m_cmbServer->currentText().isEmpty()) {
+  if (m_cmbServer->isEnabled()) {
     m_cmbServer->setFocus();
-  } else if (request.sUser.empty()) {
-    m_txtUser->setFocus();
+    m_cmbServer->lineEdit()->selectAll();
   } else {
     m_txtPassword->setFocus();
   }

@@ -1,8 +1,8 @@
 #include "console/dialogs/message_boxes.h"
 
 #include <QApplication>
-#include <QMessageBox>
 
+#include "console/dialogs/message_box.h"
 #include "console/look/pointer_rest.h"
 #include "console/look/program_title.h"
 #include "console/look/window_in_front.h"
@@ -22,18 +22,12 @@ MessageBoxes::~MessageBoxes() {
 MsgBoxResult MessageBoxes::MsgBox(const Text& sText, MsgBoxButtons buttons, MsgBoxIcon icon,
                                   const Text& sTitle) {
   const bool bYesNo = buttons == MsgBoxButtons::YesNo;
-  if (m_suppression) {
-    m_suppression->m_texts.push_back(sText);
-    return bYesNo ? MsgBoxResult::Yes : MsgBoxResult::Ok;
-  }
+  if (m_iSuppressions > 0) return bYesNo ? MsgBoxResult::Yes : MsgBoxResult::Ok;
   const PointerRest rest;
-  QMessageBox box(WindowInFront());
+  MessageBox box(WindowInFront());
   box.setObjectName("messageBox");
   box.setWindowTitle(sTitle.empty() ? ProgramTitle() : QString::fromStdString(sTitle));
-  // A failure's description may hold a "<" that is none of a tag.
-  box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(sText));
-  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   box.setIcon(icon == MsgBoxIcon::Critical ? QMessageBox::Critical : QMessageBox::NoIcon);
   box.setStandardButtons(bYesNo ? QMessageBox::Yes | QMessageBox::No
                                 : QMessageBox::StandardButtons(QMessageBox::Ok));
@@ -69,16 +63,15 @@ void MessageBoxes::DoEvents() {
 }
 
 void MessageBoxes::Note(const platform::Failure& failure) noexcept {
-  if (m_log && !m_suppression) m_log->Note(failure);
+  if (m_log && m_iSuppressions == 0) m_log->Note(failure);
 }
 
-MessageBoxSuppression::MessageBoxSuppression(MessageBoxes& boxes)
-    : m_boxes(boxes), m_outer(boxes.m_suppression) {
-  boxes.m_suppression = this;
+MessageBoxSuppression::MessageBoxSuppression(MessageBoxes& boxes) : m_boxes(boxes) {
+  ++boxes.m_iSuppressions;
 }
 
 MessageBoxSuppression::~MessageBoxSuppression() {
-  m_boxes.m_suppression = m_outer;
+  --m_boxes.m_iSuppressions;
 }
 
 }  // namespace orvane::console

@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <utility>
-#include <vector>
 
 #include "platform/failure_log.h"
 #include "platform/user_interface.h"
@@ -38,11 +37,11 @@ class MessageBoxes : public platform::UserInterface, public platform::FailureLog
 
   std::shared_ptr<platform::FailureLog> m_log;
   platform::Long m_lPointer = platform::kMousePointerDefault;
-  class MessageBoxSuppression* m_suppression = nullptr;
+  int m_iSuppressions = 0;
 };
 
-/// Keeps boxes from being shown while it lives and collects their texts: for asking a snap-in what
-/// it would save, without a word to the user.
+/// Keeps boxes from being shown while it lives: for asking a snap-in what it would save, without a
+/// word to the user.
 class MessageBoxSuppression {
  public:
   /// The boxes must outlive this.
@@ -51,14 +50,8 @@ class MessageBoxSuppression {
   MessageBoxSuppression& operator=(const MessageBoxSuppression&) = delete;
   ~MessageBoxSuppression();
 
-  const std::vector<platform::Text>& Texts() const noexcept { return m_texts; }
-
  private:
-  friend class MessageBoxes;
-
   MessageBoxes& m_boxes;
-  MessageBoxSuppression* m_outer;
-  std::vector<platform::Text> m_texts;
 };
 
 }  // namespace orvane::console

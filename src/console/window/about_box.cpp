@@ -1,8 +1,8 @@
 #include "console/window/about_box.h"
 
 #include <QApplication>
-#include <QMessageBox>
 
+#include "console/dialogs/message_box.h"
 #include "console/look/image_list.h"
 #include "console/session/console_session.h"
 
@@ -22,7 +22,7 @@ QString Shown(const platform::Text& sText) {
 
 void ShowAboutBox(const ConsoleSession& session, QWidget* window) {
   const auto& snapIn = session.Description();
-  QMessageBox box(window);
+  MessageBox box(window);
   box.setObjectName("aboutBox");
   box.setWindowTitle(tr("About ORVANE Console"));
   box.setIconPixmap(ImageList::Badge("orvane-console").pixmap(64, 64));

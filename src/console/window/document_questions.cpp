@@ -3,9 +3,9 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QPushButton>
 
+#include "console/dialogs/message_box.h"
 #include "console/document/document_format.h"
 #include "console/look/program_title.h"
 
@@ -58,11 +58,12 @@ std::optional<Text> AskForFileToSave(const Document& document, QWidget* window) 
 }
 
 UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window) {
-  QMessageBox box(QMessageBox::Question, ProgramTitle(),
-                  tr("Save the changes to “%1”?").arg(Shown(document.Name())),
-                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, window);
+  MessageBox box(window);
   box.setObjectName("unsavedWorkBox");
-  box.setTextFormat(Qt::PlainText);
+  box.setWindowTitle(ProgramTitle());
+  box.setText(tr("Save the changes to “%1”?").arg(Shown(document.Name())));
+  box.setIcon(QMessageBox::Question);
+  box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
   box.setInformativeText(tr("Changes that are not saved are lost."));
   box.setDefaultButton(QMessageBox::Save);
   box.setEscapeButton(QMessageBox::Cancel);
@@ -79,13 +80,13 @@ UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window) {
 bool AskToOpenDoubtful(const Text& sPath, DocumentDoubt doubt, QWidget* window) {
   const bool bChanged = doubt == DocumentDoubt::ChangedOutside;
   const QString sName = QFileInfo(Shown(sPath)).fileName();
-  QMessageBox box(QMessageBox::Warning, ProgramTitle(),
-                  (bChanged ? tr("“%1” was changed outside the console since it was saved.")
-                            : tr("“%1” is not whole: its last save broke off."))
-                      .arg(sName),
-                  QMessageBox::NoButton, window);
+  MessageBox box(window);
   box.setObjectName("doubtfulDocumentBox");
-  box.setTextFormat(Qt::PlainText);
+  box.setWindowTitle(ProgramTitle());
+  box.setText((bChanged ? tr("“%1” was changed outside the console since it was saved.")
+                        : tr("“%1” is not whole: its last save broke off."))
+                  .arg(sName));
+  box.setIcon(QMessageBox::Warning);
   box.setInformativeText(
       bChanged ? tr("It can be read whole. Open it if you know who changed it, and save it then.")
                : tr("What was being saved is there whole. Open that, and save it again."));
@@ -96,11 +97,11 @@ bool AskToOpenDoubtful(const Text& sPath, DocumentDoubt doubt, QWidget* window) 
 }
 
 bool AskToReplaceChanged(const Document& document, QWidget* window) {
-  QMessageBox box(QMessageBox::Warning, ProgramTitle(),
-                  tr("“%1” was changed by another program.").arg(Shown(document.Name())),
-                  QMessageBox::NoButton, window);
+  MessageBox box(window);
   box.setObjectName("changedOnDiskBox");
-  box.setTextFormat(Qt::PlainText);
+  box.setWindowTitle(ProgramTitle());
+  box.setText(tr("“%1” was changed by another program.").arg(Shown(document.Name())));
+  box.setIcon(QMessageBox::Warning);
   box.setInformativeText(tr("Saving replaces what that program wrote."));
   auto* replace = box.addButton(tr("&Replace"), QMessageBox::DestructiveRole);
   box.setDefaultButton(box.addButton(QMessageBox::Cancel));
@@ -109,9 +110,11 @@ bool AskToReplaceChanged(const Document& document, QWidget* window) {
 }
 
 void ShowFailureBox(const Text& sSentence, QWidget* window) {
-  QMessageBox box(QMessageBox::Warning, ProgramTitle(), Shown(sSentence), QMessageBox::Ok, window);
+  MessageBox box(window);
   box.setObjectName("failureBox");
-  box.setTextFormat(Qt::PlainText);
+  box.setWindowTitle(ProgramTitle());
+  box.setText(Shown(sSentence));
+  box.setIcon(QMessageBox::Warning);
   box.exec();
 }
 
