@@ -19,6 +19,7 @@ orvane_test(console_support QT
     logon_dialog_test.cpp
     message_boxes_test.cpp
     recent_documents_test.cpp
+    waiting_panel_test.cpp
     waiting_test.cpp)
 add_dependencies(console_support_tests fixture_data_access)
 target_compile_definitions(console_support_tests PRIVATE

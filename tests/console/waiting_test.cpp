@@ -6,12 +6,10 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPointer>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -143,38 +141,37 @@ TEST(waiting, passes_on_what_the_work_throws) {
   EXPECT_EQ(nRuns, 1);
 }
 
-TEST(waiting, shows_nothing_for_work_of_less_than_half_a_second) {
-  Window window;
-  Waiting waiting;
-  bool bPanelSeen = false;
-  QTimer timer;
-  QObject::connect(&timer, &QTimer::timeout, [&] { bPanelSeen |= window.Panel() != nullptr; });
-  timer.start(5);
-  waiting.Run("Working", [](std::stop_token) { std::this_thread::sleep_for(400ms); });
-  EXPECT_FALSE(bPanelSeen);
-}
-
-TEST(waiting, shows_the_panel_after_half_a_second_and_takes_it_away_at_the_end) {
+TEST(waiting, shows_nothing_for_short_work) {
   Window window;
   Waiting waiting;
   Gate gate;
-  QElapsedTimer elapsed;
-  elapsed.start();
-  qint64 nShownAt = 0;
+  int nLooks = 0;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
+    EXPECT_EQ(window.Panel(), nullptr);
+    if (++nLooks == 5) gate.Open();
+  });
+  timer.start(5);
+  waiting.Run("Working", [&](std::stop_token stop) { gate.Pass(stop); });
+  EXPECT_GE(nLooks, 5);
+}
+
+TEST(waiting, shows_the_panel_for_long_work_and_takes_it_away_at_the_end) {
+  Window window;
+  Waiting waiting;
+  Gate gate;
+  bool bShown = false;
   OnPanel(window, [&](WaitingPanel& panel) {
-    nShownAt = elapsed.elapsed();
+    bShown = true;
     EXPECT_TRUE(panel.isVisible());
     EXPECT_EQ(panel.findChild<QLabel*>("m_lblWhat")->text(), "Connecting to <localhost>");
-    EXPECT_EQ(panel.findChild<QLabel*>("m_lblElapsed")->text(),
-              QString("%1 s").arg(nShownAt / 1000));
-    EXPECT_EQ(panel.findChild<QProgressBar*>()->maximum(), 0);
     EXPECT_EQ(panel.geometry().center(), window.rect().center());
     ASSERT_NE(QApplication::overrideCursor(), nullptr);
     EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::BusyCursor);
     gate.Open();
   });
   waiting.Run("Connecting to <localhost>", [&](std::stop_token stop) { gate.Pass(stop); });
-  EXPECT_GE(nShownAt, 495);
+  EXPECT_TRUE(bShown);
   EXPECT_EQ(window.Panel(), nullptr);
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
@@ -436,12 +433,10 @@ TEST(waiting, a_panel_whose_window_dies_goes_with_it) {
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
-TEST(waiting, ten_thousand_short_runs_cost_little_and_use_one_thread) {
+TEST(waiting, ten_thousand_short_runs_use_one_thread) {
   Waiting waiting;
   std::thread::id first;
   int nElsewhere = 0;
-  QElapsedTimer elapsed;
-  elapsed.start();
   for (int i = 0; i < 10000; ++i) {
     waiting.Run("Working", [&](std::stop_token) {
       if (i == 0) first = std::this_thread::get_id();
@@ -449,9 +444,6 @@ TEST(waiting, ten_thousand_short_runs_cost_little_and_use_one_thread) {
     });
   }
   EXPECT_EQ(nElsewhere, 0);
-  RecordProperty("microseconds_a_run", static_cast<int>(elapsed.nsecsElapsed() / 10000000));
-  // A tenth of a millisecond each, with room for a busy machine.
-  EXPECT_LT(elapsed.elapsed(), 10000);
 }
 
 }  // namespace

@@ -4,17 +4,46 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QProgressBar>
+#include <QPainter>
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include "console/waiting/busy_bar.h"
 
 namespace orvane::console {
 
 namespace {
 
-constexpr int kWidth = 380;
+constexpr int kCharactersInLine = 54;
 constexpr int kMargin = 16;
+
+/// Lies over a window whose controls cannot be used.
+class Veil : public QWidget {
+ public:
+  explicit Veil(QWidget* window) : QWidget(window) { show(); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QColor color = palette().color(QPalette::Window);
+    color.setAlphaF(0.6F);
+    QPainter(this).fillRect(rect(), color);
+  }
+};
+
+/// With places to break the line in words that are longer than one, such as a path.
+QString Breakable(const QString& sText) {
+  constexpr int kLongWord = kCharactersInLine / 2;
+  constexpr QChar kBreak(0x200B);
+  QString sBreakable;
+  int iInWord = 0;
+  for (const QChar c : sText) {
+    sBreakable += c;
+    iInWord = c.isSpace() ? 0 : iInWord + 1;
+    if (iInWord > kLongWord && !c.isHighSurrogate()) sBreakable += kBreak;
+  }
+  return sBreakable;
+}
 
 }  // namespace
 
@@ -26,14 +55,10 @@ WaitingPanel::WaitingPanel(const QString& sWhat, QWidget* window)
   setAutoFillBackground(true);
   setWindowTitle(tr("Please Wait"));
 
-  auto* lblWhat = new QLabel(sWhat);
+  auto* lblWhat = new QLabel(Breakable(sWhat));
   lblWhat->setObjectName("m_lblWhat");
   lblWhat->setTextFormat(Qt::PlainText);
   lblWhat->setWordWrap(true);
-  auto* bar = new QProgressBar;
-  bar->setRange(0, 0);
-  bar->setTextVisible(false);
-  bar->setFixedHeight(8);
   m_lblElapsed->setObjectName("m_lblElapsed");
   m_lblElapsed->setForegroundRole(QPalette::PlaceholderText);
   m_btnCancel->setObjectName("m_btnCancel");
@@ -51,19 +76,19 @@ WaitingPanel::WaitingPanel(const QString& sWhat, QWidget* window)
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(10);
   layout->addWidget(lblWhat);
-  layout->addWidget(bar);
+  layout->addWidget(new BusyBar);
   layout->addLayout(foot);
 
-  setFixedWidth(kWidth);
-  setFixedHeight(layout->heightForWidth(kWidth) > 0 ? layout->heightForWidth(kWidth)
-                                                    : sizeHint().height());
+  const int iWidth = fontMetrics().averageCharWidth() * kCharactersInLine + 2 * kMargin;
+  setFixedSize(iWidth, layout->totalHeightForWidth(iWidth));
   if (window && (window->width() < width() || window->height() < height())) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     setWindowModality(Qt::ApplicationModal);
   }
   if (!isWindow()) {
     window->installEventFilter(this);
-    Centre();
+    m_veil = new Veil(window);
+    LieOver();
   }
 
   m_elapsed.start();
@@ -76,6 +101,10 @@ WaitingPanel::WaitingPanel(const QString& sWhat, QWidget* window)
   raise();
   QAccessibleEvent alert(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
+}
+
+WaitingPanel::~WaitingPanel() {
+  delete m_veil;
 }
 
 void WaitingPanel::ShowCancelling() {
@@ -91,19 +120,22 @@ bool WaitingPanel::Contains(const QObject* object) const {
 }
 
 bool WaitingPanel::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Resize) Centre();
+  if (event->type() == QEvent::Resize) LieOver();
   return QFrame::eventFilter(watched, event);
 }
 
 void WaitingPanel::ShowElapsed() {
   const qint64 nSeconds = m_elapsed.elapsed() / 1000;
-  m_lblElapsed->setText(
-      nSeconds < 60 ? tr("%1 s").arg(nSeconds)
-                    : tr("%1 min %2 s").arg(nSeconds / 60).arg(nSeconds % 60, 2, 10, QChar('0')));
+  const QString sSeconds =
+      nSeconds % 60 == 1 ? tr("1 second") : tr("%1 seconds").arg(nSeconds % 60);
+  const qint64 nMinutes = nSeconds / 60;
+  const QString sMinutes = nMinutes == 1 ? tr("1 minute") : tr("%1 minutes").arg(nMinutes);
+  m_lblElapsed->setText(nMinutes == 0 ? sSeconds : sMinutes + u' ' + sSeconds);
 }
 
-void WaitingPanel::Centre() {
+void WaitingPanel::LieOver() {
   const QRect area = parentWidget()->rect();
+  if (m_veil) m_veil->setGeometry(area);
   move((area.width() - width()) / 2, (area.height() - height()) / 2);
 }
 

@@ -1,9 +1,11 @@
-// The calm panel of a long wait: what is being done, for how long, and Cancel.
-// Shown by Waiting over the active window; user-interface thread.
+// The calm panel of a long wait: what is being done, for how long, and Cancel, over a window that
+// is veiled meanwhile, since nothing in it can be used. Shown by Waiting over the active window;
+// user-interface thread.
 #pragma once
 
 #include <QElapsedTimer>
 #include <QFrame>
+#include <QPointer>
 
 class QLabel;
 class QPushButton;
@@ -18,6 +20,9 @@ class WaitingPanel : public QFrame {
   /// of its own.
   WaitingPanel(const QString& sWhat, QWidget* window);
 
+  /// Takes the veil away.
+  ~WaitingPanel() override;
+
   /// Shows that the stop was requested; the button cannot be pressed again.
   void ShowCancelling();
   /// True for the panel and everything in it.
@@ -31,8 +36,10 @@ class WaitingPanel : public QFrame {
 
  private:
   void ShowElapsed();
-  void Centre();
+  /// Over the middle of the window, with the veil over all of it.
+  void LieOver();
 
+  QPointer<QWidget> m_veil;
   QElapsedTimer m_elapsed;
   QLabel* m_lblElapsed;
   QPushButton* m_btnCancel;
