@@ -18,7 +18,7 @@ using testing::Not;
 
 TEST_F(MainWindowTest, new_window_shows_the_static_node_selected_and_not_opened) {
   EXPECT_EQ(Scope().currentIndex().data().toString(), "ORVANE Servers");
-  EXPECT_EQ(Results().Sentence(), "ORVANE Servers has not been opened yet.");
+  EXPECT_EQ(Results().Sentence(), "Not opened yet: ORVANE Servers");
   EXPECT_THAT(m_script->log, Not(Contains("Expand Servers")));
 }
 

@@ -224,7 +224,7 @@ void ResultPane::ShowListOrSentence() {
                                : tr("Opening it connects it first."),
                     tr("&Open It"));
   } else if (item->State() == NodeState::NotLoaded) {
-    m_message->Show(icon, tr("%1 has not been opened yet.").arg(sName), {}, tr("&Open It"));
+    m_message->Show(icon, tr("Not opened yet: %1").arg(sName), {}, tr("&Open It"));
   } else if (item->State() == NodeState::Loading) {
     m_message->Show(icon, tr("Opening %1…").arg(sName));
   } else if (item->State() == NodeState::Failed) {
@@ -232,7 +232,7 @@ void ResultPane::ShowListOrSentence() {
                     tr("&Try Again"));
   } else {
     m_message->Show(icon, tr("%1 is empty.").arg(sName),
-                    tr("The Action menu has what can be done here."));
+                    tr("What can be done here is in the Action menu."));
   }
   m_stack->setCurrentWidget(m_message);
   emit RowsChanged();
