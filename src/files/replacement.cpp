@@ -117,6 +117,14 @@ int WriteWhole(const Descriptor& file, std::string_view sBytes) {
   return fsync(file.Get()) == 0 ? 0 : errno;
 }
 
+// Whoever may read the old file may read what a crash leaves of writing it.
+void ShareLike(const Present& present, const Descriptor& copy) {
+  constexpr mode_t kShared = 0666;
+  constexpr auto kSameUser = static_cast<uid_t>(-1);
+  if (fchown(copy.Get(), kSameUser, present.status.st_gid) != 0) return;
+  fchmod(copy.Get(), (present.status.st_mode & kShared) | S_IRUSR | S_IWUSR);
+}
+
 void WriteInPlace(const Present& present, std::string_view sBytes) {
   Text sOld;
   const auto nOld = static_cast<std::size_t>(present.status.st_size);
@@ -164,6 +172,7 @@ Descriptor Replace(const fs::path& path, std::string_view sBytes, const ReplaceO
       !present.file || !options.bKeep || TakeAttributes(present.file, successor.File());
   successor.Write(sBytes);
   if (bSucceeds) return successor.Succeed(target);
+  ShareLike(present, successor.File());
   WriteInPlace(present, sBytes);
   return Descriptor();
 }

@@ -1,6 +1,7 @@
 #include "files/replacement.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/resource.h>
 #include <sys/xattr.h>
 
@@ -170,6 +171,50 @@ TEST_F(replacement_of_anothers, leaves_it_whole_when_the_new_bytes_do_not_fit) {
             }),
             0);
   EXPECT_EQ(BytesOf(Path()), "theirs");
+  ExpectTheirs();
+}
+
+/// True for bytes that were written as a whole: of one kind, and as many as that kind has.
+bool IsWhole(const Text& sBytes) {
+  return !sBytes.empty() && sBytes.find_first_not_of(sBytes[0]) == Text::npos &&
+         sBytes.size() == 100000U * static_cast<unsigned char>(sBytes[0]);
+}
+
+TEST_F(replacement_of_anothers, that_is_killed_leaves_it_whole_or_its_owner_the_new_bytes) {
+  if (!m_bAnothers) return;
+  const auto bytes = [](int i) {
+    return Text(static_cast<std::size_t>(100000 * (i % 20 + 1)), static_cast<char>(i % 20 + 1));
+  };
+  WriteBytes(Path(), bytes(0));
+  for (int iRound = 0; iRound < 20; ++iRound) {
+    int pipeEnds[2];
+    ASSERT_EQ(pipe(pipeEnds), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      if (!fakes::BecomeNobody()) _exit(1);
+      for (int i = 1;; ++i) {
+        if (write(pipeEnds[1], "x", 1) != 1) _exit(2);
+        Replace(Path(), bytes(i));
+      }
+    }
+    char c = 0;
+    for (int n = 0; n <= iRound % 4; ++n) ASSERT_EQ(read(pipeEnds[0], &c, 1), 1);
+    usleep(static_cast<useconds_t>(iRound * 300));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    close(pipeEnds[0]);
+    close(pipeEnds[1]);
+    if (IsWhole(BytesOf(Path()))) continue;
+    EXPECT_EQ(InChild([&] {
+                if (setgroups(0, nullptr) != 0 || setgid(fakes::kNobody) != 0) return 1;
+                if (setuid(1234) != 0) return 2;
+                return IsWhole(BytesOf(SuccessorOf(Path()).string())) ? 0 : 3;
+              }),
+              0);
+    WriteBytes(Path(), bytes(0));
+  }
+  Replace(Path(), "at last");
+  EXPECT_EQ(BytesOf(Path()), "at last");
   ExpectTheirs();
 }
 
