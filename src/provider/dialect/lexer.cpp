@@ -4,7 +4,6 @@
 #include <array>
 
 #include "platform/failure.h"
-#include "platform/quoting.h"
 #include "provider/dialect/statement_depth.h"
 
 namespace orvane::provider::dialect {
@@ -222,10 +221,6 @@ void FailAt(std::string_view sStatement, std::size_t position, const Text& sWhat
                           sWhat + " (character " + CharacterNumber(sStatement, position) +
                               " of the statement); " + sAdvice + ".",
                           "ORVOLEDB", 0, Text(sStatement));
-}
-
-Text QuoteIdentifier(std::string_view sName) {
-  return platform::QuotedName(sName);
 }
 
 Text UpperCase(Text sName) {

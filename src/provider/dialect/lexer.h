@@ -51,9 +51,6 @@ platform::Text CharacterNumber(std::string_view sStatement, std::size_t position
 [[noreturn]] void FailAt(std::string_view sStatement, std::size_t position,
                          const platform::Text& sWhat, const platform::Text& sAdvice);
 
-/// The name in double quotes, as every engine reads it.
-platform::Text QuoteIdentifier(std::string_view sName);
-
 /// The name in ASCII capitals, its other letters as they are.
 platform::Text UpperCase(platform::Text sName);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/failure.h"
+#include "platform/quoting.h"
 
 namespace orvane::provider::dialect {
 
@@ -84,7 +85,7 @@ void TableNames::ResolveTarget() {
     }
     const FoundTable& found = ResolveTable(*m_tree.targetSource, catalog);
     WriteTableName(*m_tree.target, catalog, NameOfDefined(catalog, *m_tree.target));
-    m_edits.Replace(indexed.range, QuoteIdentifier(found.table.sName));
+    m_edits.Replace(indexed.range, platform::QuotedName(found.table.sName));
   } else if (m_tree.targetSource != nullptr) {
     WriteTableName(*m_tree.target, catalog,
                    ResolveTable(*m_tree.targetSource, catalog).table.sName);
@@ -101,9 +102,10 @@ Text TableNames::NameOfDefined(const KnownCatalog& catalog, const Chain& chain) 
 
 void TableNames::WriteTableName(const Chain& chain, const KnownCatalog& catalog,
                                 const Text& sTable) {
-  Text sName = QuoteIdentifier(sTable);
+  Text sName = platform::QuotedName(sTable);
   // A view is kept with its catalog, which may be reached by any name: no catalog in its text.
-  if (!(m_viewCatalog && !IsTarget(chain))) sName = QuoteIdentifier(catalog.sName) + "." + sName;
+  if (!(m_viewCatalog && !IsTarget(chain)))
+    sName = platform::QuotedName(catalog.sName) + "." + sName;
   m_edits.Replace({chain.parts.front(), chain.parts.back() + 1}, std::move(sName));
 }
 
@@ -179,8 +181,8 @@ void TableNames::Rewrite(const Chain& chain, const Scope* scope, const Text& sCo
     const KnownCatalog catalog = ResolveCatalog(chain);
     Text sTable = Part(chain, 1);
     if (m_cache.Find(catalog, sTable) == nullptr) sTable = Plain(sTable);
-    Text sName = QuoteIdentifier(sTable);
-    if (!m_viewCatalog) sName = QuoteIdentifier(catalog.sName) + "." + sName;
+    Text sName = platform::QuotedName(sTable);
+    if (!m_viewCatalog) sName = platform::QuotedName(catalog.sName) + "." + sName;
     m_edits.Replace({chain.parts[0], chain.parts[1] + 1}, std::move(sName));
   }
   if (!m_bPrefixes) return;
@@ -190,13 +192,14 @@ void TableNames::Rewrite(const Chain& chain, const Scope* scope, const Text& sCo
     if (meant == in->sources.end()) continue;
     const FoundTable* const found = TableOf(**meant);
     if ((*meant)->sAlias.empty() && found != nullptr) {
-      m_edits.Replace({chain.parts[0], chain.parts[0] + 1}, QuoteIdentifier(found->table.sName));
+      m_edits.Replace({chain.parts[0], chain.parts[0] + 1},
+                      platform::QuotedName(found->table.sName));
     }
     break;
   }
   const std::size_t name = chain.parts.back();
   if (chain.bStar || sColumn.empty() || WithoutPrefix(At(name).sText) == At(name).sText) return;
-  m_edits.Replace({name, name + 1}, QuoteIdentifier(sColumn));
+  m_edits.Replace({name, name + 1}, platform::QuotedName(sColumn));
 }
 
 }  // namespace orvane::provider::dialect

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "platform/failure.h"
+#include "platform/quoting.h"
 #include "provider/dialect/statement_reader.h"
 #include "provider/dialect/time_analysis.h"
 #include "provider/dialect/time_functions.h"
@@ -30,7 +31,7 @@ void KeepHeadings(const StatementTree& tree, StatementEdits& edits) {
   for (const auto& item : tree.mainQuery->cores.front()->items) {
     if (item.expr == nullptr || !item.sAlias.empty() || item.expr->kind == ExprKind::Name) continue;
     if (!edits.Touches(item.range)) continue;
-    edits.Wrap(item.range, "", " AS " + QuoteIdentifier(edits.TextOf(item.range)));
+    edits.Wrap(item.range, "", " AS " + platform::QuotedName(edits.TextOf(item.range)));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/failure.h"
+#include "platform/quoting.h"
 
 namespace orvane::provider::dialect {
 namespace {
@@ -102,8 +103,8 @@ TEST(lexer, knows_where_each_token_stands) {
 }
 
 TEST(lexer, quotes_names_so_that_they_read_back) {
-  EXPECT_EQ(QuoteIdentifier("a\"b"), "\"a\"\"b\"");
-  EXPECT_EQ(ReadTokens(QuoteIdentifier("a\"b"))[0].sText, "a\"b");
+  EXPECT_EQ(platform::QuotedName("a\"b"), "\"a\"\"b\"");
+  EXPECT_EQ(ReadTokens(platform::QuotedName("a\"b"))[0].sText, "a\"b");
 }
 
 TEST(lexer, compares_names_without_regard_to_ascii_case) {
