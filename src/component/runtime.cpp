@@ -16,7 +16,7 @@ using platform::Failure;
 using platform::ObjectPtr;
 using platform::Text;
 
-[[noreturn]] void Fail(const Text& sDescription, platform::Long lNativeError = 0) {
+[[noreturn]] void FailToRun(const Text& sDescription, platform::Long lNativeError = 0) {
   throw Failure(platform::failure::kComponent, sDescription, "component", lNativeError);
 }
 
@@ -36,7 +36,7 @@ ObjectPtr Make(platform::ClassFactory& factory, const Text& sProgId,
   } catch (...) {
     // Told like any other, by the text above.
   }
-  Fail("The component \"" + sProgId + "\" could not be created: " + sWhat, lNativeError);
+  FailToRun("The component \"" + sProgId + "\" could not be created: " + sWhat, lNativeError);
 }
 
 }  // namespace
@@ -54,8 +54,8 @@ ObjectPtr Runtime::CreateInstance(const Text& sProgId, const platform::Services&
 std::function<ObjectPtr(const platform::Services&)> Runtime::Maker(const Text& sProgId) {
   const auto registered = m_registry.Find(sProgId);
   if (!registered) {
-    Fail("No component is registered as \"" + sProgId +
-         "\"; register its library with orvane-regsvr.");
+    FailToRun("No component is registered as \"" + sProgId +
+              "\"; register its library with orvane-regsvr.");
   }
   auto library = Load(registered->library);
   auto& factory = library->GetClassObject(registered->description.sProgId);
@@ -63,8 +63,8 @@ std::function<ObjectPtr(const platform::Services&)> Runtime::Maker(const Text& s
           &factory](const platform::Services& services) -> ObjectPtr {
     ObjectPtr object = Make(factory, sProgId, services);
     if (!object) {
-      Fail("The component \"" + sProgId +
-           "\" gave no object when one was created; ask its maker for a corrected one.");
+      FailToRun("The component \"" + sProgId +
+                "\" gave no object when one was created; ask its maker for a corrected one.");
     }
     // The pointer handed out holds the object and then its library: the object goes first, while
     // its code is still there.
@@ -94,8 +94,8 @@ std::vector<std::filesystem::path> Runtime::Loaded() const {
 }
 
 void Runtime::FailOtherKind(const Text& sProgId) {
-  Fail("The component \"" + sProgId +
-       "\" is of another kind than is needed here; name a component of the right kind.");
+  FailToRun("The component \"" + sProgId +
+            "\" is of another kind than is needed here; name a component of the right kind.");
 }
 
 std::shared_ptr<Library> Runtime::Load(const std::filesystem::path& path) {

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 using platform::Text;
 
-constexpr int kMostTries = 40;
+constexpr int kMostReplacementTries = 40;
 
 [[noreturn]] void Throw(int iError) {
   throw std::system_error(iError, std::generic_category());
@@ -58,7 +58,7 @@ class Successor {
 
  private:
   void Create() {
-    for (int i = 0; i < kMostTries; ++i) {
+    for (int i = 0; i < kMostReplacementTries; ++i) {
       Descriptor created(open(m_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
                               S_IRUSR | S_IWUSR));
       if (created) {
@@ -144,7 +144,7 @@ bool TryLock(const Descriptor& file, LockFunction lock) {
 
 fs::path BehindLinks(const fs::path& path) {
   fs::path target = path;
-  for (int i = 0; i < kMostTries; ++i) {
+  for (int i = 0; i < kMostReplacementTries; ++i) {
     std::error_code error;
     const auto next = fs::read_symlink(target, error);
     if (error) return target;

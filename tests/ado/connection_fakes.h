@@ -18,6 +18,9 @@ using platform::Long;
 using platform::Text;
 using platform::Value;
 
+/// The connection string of a server.
+inline constexpr const char* kString = "Provider = ORVOLEDB; Data Source = S1;";
+
 /// What the fakes were asked, shared by all of one test.
 struct Journal {
   std::vector<Text> calls;

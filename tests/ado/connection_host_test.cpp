@@ -13,10 +13,9 @@ namespace {
 using platform::kOptionUnspecified;
 using platform::SchemaNumber;
 using tests::FailureOf;
+using tests::kString;
 using tests::Told;
 namespace failure = platform::failure;
-
-constexpr const char* kString = "Provider = ORVOLEDB; Data Source = S1;";
 
 class ConnectionHostTest : public ::testing::Test, protected tests::ConnectionFixture {
  protected:

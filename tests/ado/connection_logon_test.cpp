@@ -15,10 +15,10 @@ using platform::kPromptAlways;
 using platform::Text;
 using platform::Value;
 using tests::FailureOf;
+using tests::kString;
 using tests::Told;
 namespace failure = platform::failure;
 
-constexpr const char* kString = "Provider = ORVOLEDB; Data Source = S1;";
 constexpr const char* kFixedServer =
     "Provider = ORVOLEDB; Data Source = S1;Disable Server Selection = True;";
 

@@ -11,10 +11,9 @@ namespace {
 using platform::Text;
 using platform::Value;
 using tests::FailureOf;
+using tests::kString;
 using tests::Told;
 namespace failure = platform::failure;
-
-constexpr const char* kString = "Provider = ORVOLEDB; Data Source = S1;";
 
 class ConnectionPropertiesTest : public ::testing::Test, protected tests::ConnectionFixture {
  protected:

@@ -13,10 +13,9 @@ using platform::SchemaNumber;
 using platform::Text;
 using platform::Value;
 using tests::FailureOf;
+using tests::kString;
 using tests::Told;
 namespace failure = platform::failure;
-
-constexpr const char* kString = "Provider = ORVOLEDB; Data Source = S1;";
 
 class ConnectionTest : public ::testing::Test, protected tests::ConnectionFixture {
  protected:

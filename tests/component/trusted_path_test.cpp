@@ -38,7 +38,7 @@ std::string FailureOf(Step&& step) {
   return {};
 }
 
-std::string Refusal(const fs::path& file) {
+std::string RefusalOfPath(const fs::path& file) {
   return FailureOf([&] { RequireTrusted(file); });
 }
 
@@ -94,18 +94,18 @@ TEST(TrustedPathTest, a_file_its_folder_and_those_above_are_looked_at) {
   const TemporaryFolder folder;
   const fs::path file = folder / "a/b/c.so";
   WriteText(file, "");
-  ASSERT_EQ(Refusal(file), "");
+  ASSERT_EQ(RefusalOfPath(file), "");
   for (const fs::path& culprit : {file, file.parent_path(), file.parent_path().parent_path()}) {
     const auto before = fs::status(culprit).permissions();
     fs::permissions(culprit, fs::perms::others_write, fs::perm_options::add);
-    EXPECT_EQ(Refusal(file),
+    EXPECT_EQ(RefusalOfPath(file),
               "\"" + file.string() + "\" is not used, since other users can change \"" +
                   culprit.string() +
                   "\"; take their right to write away from them (chmod go-w), or install the "
                   "component where only you and the administrator can write.");
     fs::permissions(culprit, before);
   }
-  EXPECT_EQ(Refusal(file), "");
+  EXPECT_EQ(RefusalOfPath(file), "");
 }
 
 TEST(TrustedPathTest, links_are_followed_by_way_of_their_own_folders) {
@@ -115,12 +115,13 @@ TEST(TrustedPathTest, links_are_followed_by_way_of_their_own_folders) {
   fs::create_directories(folder / "mine");
   fs::create_symlink("../good", folder / "open/link");
   fs::create_symlink(folder / "open/link", folder / "mine/link");
-  EXPECT_EQ(Refusal(folder / "mine/link/lib.so"), "");
+  EXPECT_EQ(RefusalOfPath(folder / "mine/link/lib.so"), "");
   fs::permissions(folder / "open", fs::perms::others_write, fs::perm_options::add);
-  EXPECT_THAT(Refusal(folder / "mine/link/lib.so"), HasSubstr((folder / "open").string() + "\";"));
-  EXPECT_EQ(Refusal(folder / "good/lib.so"), "");
+  EXPECT_THAT(RefusalOfPath(folder / "mine/link/lib.so"),
+              HasSubstr((folder / "open").string() + "\";"));
+  EXPECT_EQ(RefusalOfPath(folder / "good/lib.so"), "");
   fs::create_symlink("round", folder / "mine/round");
-  EXPECT_EQ(Refusal(folder / "mine/round"), "") << "whoever opens it is told";
+  EXPECT_EQ(RefusalOfPath(folder / "mine/round"), "") << "whoever opens it is told";
 }
 
 TEST(TrustedPathTest, a_sticky_folder_may_be_above_but_not_hold_the_file) {
@@ -128,8 +129,8 @@ TEST(TrustedPathTest, a_sticky_folder_may_be_above_but_not_hold_the_file) {
   WriteText(folder / "own/lib.so", "");
   WriteText(folder / "lib.so", "");
   ASSERT_EQ(chmod(folder.Path().c_str(), 01777), 0);
-  EXPECT_EQ(Refusal(folder / "own/lib.so"), "");
-  EXPECT_THAT(Refusal(folder / "lib.so"), HasSubstr(folder.Path().string() + "\";"));
+  EXPECT_EQ(RefusalOfPath(folder / "own/lib.so"), "");
+  EXPECT_THAT(RefusalOfPath(folder / "lib.so"), HasSubstr(folder.Path().string() + "\";"));
 }
 
 TEST(TrustedPathTest, what_stands_in_a_sticky_folder_must_have_a_trusted_owner) {
@@ -139,18 +140,18 @@ TEST(TrustedPathTest, what_stands_in_a_sticky_folder_must_have_a_trusted_owner) 
   // Only the administrator can give files away; for others the table above tells the same.
   if (geteuid() != 0) return;
   ASSERT_EQ(lchown((folder / "own").c_str(), 4711, 4711), 0);
-  EXPECT_THAT(Refusal(folder / "own/lib.so"), HasSubstr((folder / "own").string() + "\";"));
+  EXPECT_THAT(RefusalOfPath(folder / "own/lib.so"), HasSubstr((folder / "own").string() + "\";"));
   fs::create_directories(folder / "good");
   fs::create_symlink("good", folder / "link");
   WriteText(folder / "good/lib.so", "");
-  EXPECT_EQ(Refusal(folder / "link/lib.so"), "");
+  EXPECT_EQ(RefusalOfPath(folder / "link/lib.so"), "");
   ASSERT_EQ(lchown((folder / "link").c_str(), 4711, 4711), 0);
-  EXPECT_THAT(Refusal(folder / "link/lib.so"), HasSubstr((folder / "link").string() + "\";"));
+  EXPECT_THAT(RefusalOfPath(folder / "link/lib.so"), HasSubstr((folder / "link").string() + "\";"));
 }
 
 TEST(TrustedPathTest, what_is_not_there_is_no_failure) {
   const TemporaryFolder folder;
-  EXPECT_EQ(Refusal(folder / "absent/lib.so"), "");
+  EXPECT_EQ(RefusalOfPath(folder / "absent/lib.so"), "");
 }
 
 TEST(TrustedPathTest, nothing_is_loaded_from_a_folder_that_others_can_write) {

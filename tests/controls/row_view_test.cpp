@@ -19,7 +19,7 @@ namespace {
 using platform::RowIndex;
 using platform::Value;
 
-const CellFormat kUtc;
+const CellFormat kUtcZone;
 
 void Show(RowView& view, QSize size = {600, 400}) {
   view.resize(size);
@@ -55,7 +55,7 @@ std::shared_ptr<FakeRecordset> OneColumn(std::vector<Value> values) {
 TEST(row_view, painting_a_page_of_a_million_rows_asks_only_for_the_cells_in_sight) {
   RowView view;
   const auto rs = Plant(1'000'000);
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   Show(view);
   for (const int nTop : {0, 1, 499'999, 999'999}) {
     view.verticalScrollBar()->setValue(nTop);
@@ -75,7 +75,7 @@ TEST(row_view, painting_a_page_of_a_million_rows_asks_only_for_the_cells_in_sigh
 TEST(row_view, the_first_look_measures_no_more_than_the_first_hundred_rows) {
   RowView view;
   const auto rs = Plant(1'000'000);
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   EXPECT_LE(rs->TakeCellsAsked(), 400U);
   EXPECT_LT(*rs->TakeRowsAsked().rbegin(), 100);
 }
@@ -83,7 +83,7 @@ TEST(row_view, the_first_look_measures_no_more_than_the_first_hundred_rows) {
 TEST(row_view, typing_a_letter_searches_nothing) {
   RowView view;
   const auto rs = Plant(1'000'000);
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   Show(view);
   rs->TakeRowsAsked();
   QTest::keyClicks(&view, "zz");
@@ -93,7 +93,7 @@ TEST(row_view, typing_a_letter_searches_nothing) {
 
 TEST(row_view, starts_at_the_first_cell_with_nothing_selected) {
   RowView view;
-  view.ShowRows(Plant(5), kUtc);
+  view.ShowRows(Plant(5), kUtcZone);
   EXPECT_EQ(Current(view), std::pair(0, 0));
   EXPECT_FALSE(view.selectionModel()->hasSelection());
   EXPECT_FALSE(view.RowsSelected());
@@ -102,7 +102,7 @@ TEST(row_view, starts_at_the_first_cell_with_nothing_selected) {
 
 TEST(row_view, a_click_moves_the_current_cell) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   Show(view);
   ClickCell(view, 3, 1);
   EXPECT_EQ(Current(view), std::pair(3, 1));
@@ -111,7 +111,7 @@ TEST(row_view, a_click_moves_the_current_cell) {
 
 TEST(row_view, arrow_page_and_end_keys_move_the_current_cell) {
   RowView view;
-  view.ShowRows(Plant(1'000), kUtc);
+  view.ShowRows(Plant(1'000), kUtcZone);
   Show(view);
   QTest::keyClick(&view, Qt::Key_Down);
   QTest::keyClick(&view, Qt::Key_Right);
@@ -128,7 +128,7 @@ TEST(row_view, arrow_page_and_end_keys_move_the_current_cell) {
 
 TEST(row_view, tab_leaves_the_grid) {
   RowView view;
-  view.ShowRows(Plant(5), kUtc);
+  view.ShowRows(Plant(5), kUtcZone);
   Show(view);
   QTest::keyClick(&view, Qt::Key_Tab);
   EXPECT_EQ(Current(view), std::pair(0, 0));
@@ -136,7 +136,7 @@ TEST(row_view, tab_leaves_the_grid) {
 
 TEST(row_view, a_click_on_a_row_number_selects_the_row) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   Show(view);
   ClickRowNumber(view, 2);
   EXPECT_TRUE(view.RowsSelected());
@@ -149,7 +149,7 @@ TEST(row_view, a_click_on_a_row_number_selects_the_row) {
 
 TEST(row_view, some_cells_of_a_row_are_no_row) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   Show(view);
   ClickCell(view, 1, 0);
   ClickCell(view, 1, 2, Qt::ShiftModifier);
@@ -158,7 +158,7 @@ TEST(row_view, some_cells_of_a_row_are_no_row) {
 
 TEST(row_view, a_cell_of_the_only_column_is_no_row_and_its_row_number_is_one) {
   RowView view;
-  view.ShowRows(OneColumn({Value("x"), Value("y")}), kUtc);
+  view.ShowRows(OneColumn({Value("x"), Value("y")}), kUtcZone);
   Show(view);
   ClickCell(view, 1, 0);
   EXPECT_TRUE(view.selectionModel()->hasSelection());
@@ -173,7 +173,7 @@ TEST(row_view, a_cell_of_the_only_column_is_no_row_and_its_row_number_is_one) {
 
 TEST(row_view, shift_and_space_select_the_current_row) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   Show(view);
   ClickCell(view, 3, 2);
   QTest::keyClick(&view, Qt::Key_Space, Qt::ShiftModifier);
@@ -184,7 +184,7 @@ TEST(row_view, shift_and_space_select_the_current_row) {
 TEST(row_view, selecting_everything_of_a_million_rows_reads_none) {
   RowView view;
   const auto rs = Plant(1'000'000);
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   Show(view);
   QCoreApplication::processEvents();
   rs->TakeRowsAsked();
@@ -196,7 +196,7 @@ TEST(row_view, selecting_everything_of_a_million_rows_reads_none) {
 
 TEST(row_view, copies_the_selection_with_the_keys) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   Show(view);
   ClickCell(view, 1, 0);
   ClickCell(view, 2, 1, Qt::ShiftModifier);
@@ -212,7 +212,7 @@ TEST(row_view, more_rows_than_can_be_copied_leave_the_clipboard_alone_and_are_no
   QString sWhyNot;
   view.OnCopied([&](const QString& sSentence) { sWhyNot = sSentence; });
   const auto rs = Plant(1'000'000);
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   view.selectAll();
   rs->TakeCellsAsked();
   view.Copy(false);
@@ -235,7 +235,7 @@ TEST(row_view, more_text_than_can_be_copied_leaves_the_clipboard_alone) {
   const platform::Text sLong(1'000'000, 'x');
   const auto rs = std::make_shared<FakeRecordset>(1'000, [&](auto, auto) { return Value(sLong); });
   rs->Column("a", platform::DataType::WChar);
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   view.selectAll();
   view.Copy(true);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
@@ -245,7 +245,7 @@ TEST(row_view, more_text_than_can_be_copied_leaves_the_clipboard_alone) {
 
 TEST(row_view, copies_the_current_cell_without_a_line_end_when_nothing_is_selected) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   view.Copy(false);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "0");
 }
@@ -254,14 +254,14 @@ TEST(row_view, without_rows_leaves_the_clipboard_alone) {
   QGuiApplication::clipboard()->setText("before");
   RowView view;
   view.Copy(false);
-  view.ShowRows(Plant(0), kUtc);
+  view.ShowRows(Plant(0), kUtcZone);
   view.Copy(true);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
 }
 
 TEST(row_view, the_menu_of_the_rows_copies_and_selects) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   Show(view);
   ClickCell(view, 1, 1);
   const QPoint point = view.visualRect(view.currentIndex()).center();
@@ -281,7 +281,7 @@ TEST(row_view, the_menu_of_the_rows_copies_and_selects) {
 
 TEST(row_view, the_secondary_button_keeps_a_selection_it_hits) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   Show(view);
   ClickRowNumber(view, 2);
   const auto point = view.visualRect(view.model()->index(2, 1)).center();
@@ -299,7 +299,7 @@ TEST(row_view, columns_are_as_wide_as_their_first_rows_need_within_bounds) {
   rs->Column("a", platform::DataType::WChar)
       .Column("b", platform::DataType::WChar)
       .Column("c", platform::DataType::WChar);
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   EXPECT_LT(view.columnWidth(0), view.columnWidth(1));
   EXPECT_LT(view.columnWidth(1), view.columnWidth(2));
   EXPECT_EQ(view.columnWidth(0), 48);
@@ -309,7 +309,7 @@ TEST(row_view, columns_are_as_wide_as_their_first_rows_need_within_bounds) {
 
 TEST(row_view, a_double_click_on_the_edge_of_a_name_fits_the_column) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   Show(view);
   const int nFitting = view.columnWidth(1);
   view.setColumnWidth(1, 300);
@@ -322,12 +322,12 @@ TEST(row_view, a_double_click_on_the_edge_of_a_name_fits_the_column) {
 
 TEST(row_view, widths_are_kept_for_the_same_columns_and_measured_for_others) {
   RowView view;
-  view.ShowRows(Plant(50), kUtc);
+  view.ShowRows(Plant(50), kUtcZone);
   view.setColumnWidth(1, 222);
-  view.ShowRows(nullptr, kUtc);
-  view.ShowRows(Plant(60), kUtc);
+  view.ShowRows(nullptr, kUtcZone);
+  view.ShowRows(Plant(60), kUtcZone);
   EXPECT_EQ(view.columnWidth(1), 222);
-  view.ShowRows(OneColumn({Value("x")}), kUtc);
+  view.ShowRows(OneColumn({Value("x")}), kUtcZone);
   EXPECT_NE(view.columnWidth(0), 222);
 }
 
@@ -336,7 +336,7 @@ TEST(row_view, a_state_comes_back_in_a_fresh_view) {
   RowsState state;
   {
     RowView view;
-    view.ShowRows(rs, kUtc);
+    view.ShowRows(rs, kUtcZone);
     Show(view);
     view.setColumnWidth(1, 533);
     QCoreApplication::processEvents();
@@ -349,7 +349,7 @@ TEST(row_view, a_state_comes_back_in_a_fresh_view) {
   EXPECT_EQ(state.nTopRow, 700'000);
   EXPECT_EQ(state.nLeftOffset, 20);
   RowView fresh;
-  fresh.ShowRows(rs, kUtc, &state);
+  fresh.ShowRows(rs, kUtcZone, &state);
   Show(fresh);
   QCoreApplication::processEvents();
   EXPECT_EQ(fresh.verticalScrollBar()->value(), 700'000);
@@ -363,11 +363,11 @@ TEST(row_view, a_state_comes_back_in_a_fresh_view) {
 TEST(row_view, selected_rows_come_back_as_rows) {
   const auto rs = OneColumn({Value("x"), Value("y")});
   RowView view;
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   view.SelectRow(1);
   const RowsState state = view.State();
   RowView fresh;
-  fresh.ShowRows(rs, kUtc, &state);
+  fresh.ShowRows(rs, kUtcZone, &state);
   EXPECT_TRUE(fresh.RowsSelected());
   EXPECT_EQ(Current(fresh), std::pair(1, 0));
 }
@@ -375,13 +375,13 @@ TEST(row_view, selected_rows_come_back_as_rows) {
 TEST(row_view, the_last_page_comes_back_though_the_fresh_view_starts_out_larger) {
   const auto rs = Plant(1'000);
   RowView view;
-  view.ShowRows(rs, kUtc);
+  view.ShowRows(rs, kUtcZone);
   Show(view, {600, 200});
   view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
   const RowsState state = view.State();
   RowView fresh;
   fresh.resize(600, 2'000);
-  fresh.ShowRows(rs, kUtc, &state);
+  fresh.ShowRows(rs, kUtcZone, &state);
   EXPECT_EQ(fresh.State().nTopRow, state.nTopRow);
   Show(fresh, {600, 200});
   QCoreApplication::processEvents();
@@ -393,7 +393,7 @@ TEST(row_view, scrolling_by_the_user_ends_the_restored_position) {
   RowsState state;
   state.nTopRow = 500;
   RowView view;
-  view.ShowRows(rs, kUtc, &state);
+  view.ShowRows(rs, kUtcZone, &state);
   Show(view);
   ASSERT_EQ(view.verticalScrollBar()->value(), 500);
   view.verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
@@ -412,21 +412,21 @@ TEST(row_view, a_state_of_more_rows_than_there_are_is_taken_as_far_as_it_goes) {
   state.nTopRow = 400;
   state.columnWidths = {100};
   RowView view;
-  view.ShowRows(Plant(5), kUtc, &state);
+  view.ShowRows(Plant(5), kUtcZone, &state);
   EXPECT_FALSE(view.currentIndex().isValid());
   EXPECT_EQ(view.State().selection, (std::vector<CellRange>{{1, 0, 1, 3}}));
 }
 
 TEST(row_view, showing_rows_raises_no_signal_of_the_selection) {
   RowView view;
-  view.ShowRows(Plant(5), kUtc);
+  view.ShowRows(Plant(5), kUtcZone);
   QSignalSpy current(view.selectionModel(), &QItemSelectionModel::currentChanged);
   QSignalSpy selection(view.selectionModel(), &QItemSelectionModel::selectionChanged);
   view.SelectRow(2);
   EXPECT_EQ(current.count(), 1);
   EXPECT_EQ(selection.count(), 1);
-  view.ShowRows(Plant(6), kUtc);
-  view.ShowRows(nullptr, kUtc);
+  view.ShowRows(Plant(6), kUtcZone);
+  view.ShowRows(nullptr, kUtcZone);
   EXPECT_EQ(current.count(), 1);
   EXPECT_EQ(selection.count(), 1);
 }
@@ -438,7 +438,7 @@ QImage CellPicture(RowView& view, int nRow) {
 
 TEST(row_view, null_looks_unlike_the_empty_text_and_unlike_the_text_null) {
   RowView view;
-  view.ShowRows(OneColumn({Value("first"), Value(), Value("NULL"), Value(""), Value()}), kUtc);
+  view.ShowRows(OneColumn({Value("first"), Value(), Value("NULL"), Value(""), Value()}), kUtcZone);
   Show(view);
   const QImage null = CellPicture(view, 1);
   EXPECT_NE(null, CellPicture(view, 2));
@@ -453,7 +453,7 @@ TEST(row_view, colours_come_from_the_palette) {
   palette.setColor(QPalette::Base, QColor(10, 20, 30));
   palette.setColor(QPalette::Highlight, QColor(200, 40, 40));
   view.setPalette(palette);
-  view.ShowRows(OneColumn({Value("first"), Value("second")}), kUtc);
+  view.ShowRows(OneColumn({Value("first"), Value("second")}), kUtcZone);
   Show(view);
   const auto corner = [&](int nRow) { return CellPicture(view, nRow).pixelColor(3, 3); };
   EXPECT_EQ(corner(1), QColor(10, 20, 30));
@@ -479,7 +479,7 @@ TEST(row_view, shows_that_it_has_the_keys_with_rows_and_without) {
   EXPECT_EQ(corner(0), QColor(200, 40, 40));
   EXPECT_EQ(corner(1), QColor(200, 40, 40));
   EXPECT_EQ(corner(4), QColor(255, 255, 255));
-  view.ShowRows(OneColumn({Value("first"), Value("second")}), kUtc);
+  view.ShowRows(OneColumn({Value("first"), Value("second")}), kUtcZone);
   EXPECT_EQ(corner(0), QColor(200, 40, 40)) << "the first cell is the current one";
   EXPECT_EQ(corner(1), QColor(200, 40, 40));
   EXPECT_EQ(corner(3), QColor(255, 255, 255));

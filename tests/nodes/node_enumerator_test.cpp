@@ -12,14 +12,14 @@ using platform::Text;
 
 using List = KeyedList<Text>;
 
-std::shared_ptr<Text> Make(const Text& sText) {
+std::shared_ptr<Text> MakeItem(const Text& sText) {
   return std::make_shared<Text>(sText);
 }
 
 TEST(node_enumerator, walks_in_list_order_and_ends_with_none) {
   const auto list = std::make_shared<List>();
-  list->Add("b", Make("b"));
-  list->Add("a", Make("a"));
+  list->Add("b", MakeItem("b"));
+  list->Add("a", MakeItem("a"));
   NodeEnumerator<Text> walk(list);
   EXPECT_EQ(*walk.Next(), "b");
   EXPECT_EQ(*walk.Next(), "a");
@@ -29,7 +29,7 @@ TEST(node_enumerator, walks_in_list_order_and_ends_with_none) {
 
 TEST(node_enumerator, the_end_of_the_list_does_not_end_its_walk) {
   auto list = std::make_shared<List>();
-  for (const char* sKey : {"a", "b"}) list->Add(sKey, Make(sKey));
+  for (const char* sKey : {"a", "b"}) list->Add(sKey, MakeItem(sKey));
   NodeEnumerator<Text> walk(list);
   EXPECT_EQ(*walk.Next(), "a");
   list.reset();
@@ -49,7 +49,7 @@ Text Visited(const std::shared_ptr<List>& list, const std::function<void(const T
 
 std::shared_ptr<List> Letters(const Text& sLetters) {
   auto list = std::make_shared<List>();
-  for (const char c : sLetters) list->Add(Text(1, c), Make(Text(1, c)));
+  for (const char c : sLetters) list->Add(Text(1, c), MakeItem(Text(1, c)));
   return list;
 }
 
@@ -84,9 +84,9 @@ TEST(node_enumerator, visits_those_that_are_added_before_they_are_reached) {
   EXPECT_EQ(Visited(list,
                     [&](const Text& sKey) {
                       if (sKey != "a") return;
-                      list->Insert("x", Make("x"), 1);
-                      list->Insert("y", Make("y"), 3);
-                      list->Add("z", Make("z"));
+                      list->Insert("x", MakeItem("x"), 1);
+                      list->Insert("y", MakeItem("y"), 3);
+                      list->Add("z", MakeItem("z"));
                     }),
             "a y b z ");
 }

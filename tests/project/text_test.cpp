@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::vector<std::string> kCode = {"src", "tests", "bench", "fuzz"};
+const std::vector<std::string> kCodeFolders = {"src", "tests", "bench", "fuzz"};
 
 // Finds the pattern anywhere in the files, and says where. What is found contains one of the
 // hints: looking for those first is what makes this quick.
@@ -100,7 +100,7 @@ TEST(TextTest, nothing_names_a_path_of_one_machine) {
 }
 
 TEST(TextTest, nothing_is_left_for_later) {
-  ExpectAbsent(Files(kCode),
+  ExpectAbsent(Files(kCodeFolders),
                {"TO"
                 "DO",
                 "FIX"
@@ -140,12 +140,12 @@ TEST(TextTest, a_silenced_lint_names_its_check_and_its_reason) {
   const std::string sMark =
       "NO"
       "LINT";
-  ExpectAbsent(Files(kCode), {sMark}, sMark + "(NEXTLINE|BEGIN)?([^A-Z(]|$)");
-  ExpectAbsent(Files(kCode), {sMark}, sMark + "(NEXTLINE|BEGIN)?\\([^)]*\\)\\W*$");
+  ExpectAbsent(Files(kCodeFolders), {sMark}, sMark + "(NEXTLINE|BEGIN)?([^A-Z(]|$)");
+  ExpectAbsent(Files(kCodeFolders), {sMark}, sMark + "(NEXTLINE|BEGIN)?\\([^)]*\\)\\W*$");
 }
 
 TEST(TextTest, lines_end_without_blanks_and_without_carriage_returns) {
-  for (const auto& file : Files(kCode, {".h", ".cpp", ".cmake", ".txt"})) {
+  for (const auto& file : Files(kCodeFolders, {".h", ".cpp", ".cmake", ".txt"})) {
     const std::string sContent = Content(file);
     for (const char* const sEnd : {" \n", "\t\n", "\r"}) {
       EXPECT_EQ(sContent.find(sEnd), std::string::npos) << Said(file);

@@ -5,14 +5,14 @@ namespace {
 
 using Columns = std::vector<platform::Text>;
 
-constexpr const char* kPumps = "S1.Catalogs.Plant.Pumps";
+constexpr const char* kPumpsTable = "S1.Catalogs.Plant.Pumps";
 constexpr const char* kData = "S1.Catalogs.Plant.Data";
 
 class table_query_command : public SnapInTest {
  protected:
   table_query_command() { ExpandAll(); }
 
-  void WhenShown(std::function<void(fakes::FakeForm&)> user, const char* sKey = kPumps) {
+  void WhenShown(std::function<void(fakes::FakeForm&)> user, const char* sKey = kPumpsTable) {
     nShown = 0;
     driver.forms->WhenShown("TableQueryDlg", [this, user](fakes::FakeForm& form) {
       ++nShown;
@@ -136,7 +136,7 @@ TEST_F(table_query_command, a_column_that_the_server_lost_is_shown_among_the_cho
 }
 
 TEST_F(table_query_command, the_grid_that_shows_the_table_runs_the_changed_query) {
-  driver.Select(kPumps);
+  driver.Select(kPumpsTable);
   driver.TableEditor()->log.clear();
   WhenShown([](fakes::FakeForm& form) { form.Button("m_btnOk").Click(); });
   const auto& log = driver.TableEditor()->log;
@@ -243,7 +243,7 @@ TEST_F(write_back, none_clears_the_order_in_its_place) {
 }
 
 TEST_F(table_query_command, a_grid_that_refuses_the_changed_query_leaves_it_changed) {
-  driver.Select(kPumps);
+  driver.Select(kPumpsTable);
   driver.TableEditor()->sFailing = "Requery";
   Long lUpdatability = 0;
   Pumps()->SetRecordset(driver.TableEditor()->recordset, 3);
@@ -331,7 +331,7 @@ TEST_F(table_query_command, without_columns_there_is_no_ok_and_nothing_is_writte
 }
 
 TEST_F(table_query_command, the_structure_view_of_the_table_runs_nothing) {
-  driver.Select(kPumps);
+  driver.Select(kPumpsTable);
   driver.ShowView("TableStructureListView");
   const Long lSent = driver.StatementsSent();
   WhenShown([](fakes::FakeForm& form) { form.Button("m_btnOk").Click(); });

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kKey = "recentDocuments";
 
-QString Absolute(const Text& sPath) {
+QString AbsoluteFile(const Text& sPath) {
   return QFileInfo(QString::fromStdString(sPath)).absoluteFilePath();
 }
 
@@ -30,7 +30,7 @@ bool IsGone(const QString& path) {
 
 void RecentDocuments::Add(const Text& sPath) {
   QStringList paths = m_settings.value(kKey).toStringList();
-  const QString path = Absolute(sPath);
+  const QString path = AbsoluteFile(sPath);
   paths.removeAll(path);
   paths.prepend(path);
   if (paths.size() > kMaximum) paths.resize(kMaximum);
@@ -38,7 +38,7 @@ void RecentDocuments::Add(const Text& sPath) {
 }
 
 void RecentDocuments::RemoveIfGone(const Text& sPath) {
-  const QString path = Absolute(sPath);
+  const QString path = AbsoluteFile(sPath);
   if (!IsGone(path)) return;
   QStringList paths = m_settings.value(kKey).toStringList();
   if (paths.removeAll(path) > 0) m_settings.setValue(kKey, paths);

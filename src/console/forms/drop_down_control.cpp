@@ -15,7 +15,7 @@ using platform::Text;
 
 namespace {
 
-constexpr int kCharactersShown = 14;
+constexpr int kDropDownCharacters = 14;
 constexpr int kEntriesShown = 15;
 
 }  // namespace
@@ -23,7 +23,7 @@ constexpr int kEntriesShown = 15;
 DropDownBox::DropDownBox(QWidget* parent) : QComboBox(parent) {
   // Wide enough for its arrow and a usual name: a catalog's longest name does not set the width.
   setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
-  setMinimumContentsLength(kCharactersShown);
+  setMinimumContentsLength(kDropDownCharacters);
   setMaxVisibleItems(kEntriesShown);
   setFocusPolicy(Qt::StrongFocus);
   view()->setTextElideMode(Qt::ElideMiddle);

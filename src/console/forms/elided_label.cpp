@@ -10,7 +10,7 @@
 namespace orvane::console {
 namespace {
 
-constexpr int kLeastCharacters = 12;
+constexpr int kLeastLabelCharacters = 12;
 
 }  // namespace
 
@@ -20,7 +20,8 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-  return {fontMetrics().averageCharWidth() * kLeastCharacters, QLabel::minimumSizeHint().height()};
+  return {fontMetrics().averageCharWidth() * kLeastLabelCharacters,
+          QLabel::minimumSizeHint().height()};
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*) {

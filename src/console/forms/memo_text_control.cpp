@@ -5,9 +5,9 @@
 namespace orvane::console {
 namespace {
 
-constexpr int kCharactersShown = 50;
+constexpr int kMemoCharacters = 50;
 constexpr int kLinesShown = 3;
-constexpr int kLeastCharacters = 20;
+constexpr int kLeastMemoCharacters = 20;
 constexpr int kLeastLines = 2;
 
 }  // namespace
@@ -31,11 +31,11 @@ QSize MemoEdit::SizeFor(int iCharacters, int iLines) const {
 }
 
 QSize MemoEdit::sizeHint() const {
-  return SizeFor(kCharactersShown, kLinesShown);
+  return SizeFor(kMemoCharacters, kLinesShown);
 }
 
 QSize MemoEdit::minimumSizeHint() const {
-  return SizeFor(kLeastCharacters, kLeastLines);
+  return SizeFor(kLeastMemoCharacters, kLeastLines);
 }
 
 MemoTextControl::MemoTextControl(FormDialog& dialog) : TextControl(dialog) {

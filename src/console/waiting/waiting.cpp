@@ -4,6 +4,7 @@
 #include <QEventLoop>
 #include <QThread>
 #include <QTimer>
+#include <algorithm>
 
 #include "console/look/window_in_front.h"
 #include "console/waiting/input_hold.h"
@@ -17,7 +18,6 @@ namespace {
 
 /// Nothing is shown or handled for work that ends in less: nobody sees that.
 constexpr auto kUnnoticed = 10ms;
-constexpr auto kBeforePanel = 500ms;
 
 bool IsUserInterfaceThread() {
   return qobject_cast<QApplication*>(QCoreApplication::instance()) &&
@@ -46,7 +46,8 @@ class BusyPointer {
 
 }  // namespace
 
-Waiting::Waiting() : m_hold(std::make_unique<InputHold>()) {}
+Waiting::Waiting(std::chrono::milliseconds beforePanel)
+    : m_beforePanel(beforePanel), m_hold(std::make_unique<InputHold>()) {}
 
 Waiting::~Waiting() = default;
 
@@ -84,7 +85,7 @@ void Waiting::HandleEventsUntilDone(const platform::Text& sWhat, WaitingWorker& 
     QObject::connect(run.panel, &WaitingPanel::Cancelled, run.panel, run.cancel);
     pointer.Show();
   });
-  panelTimer.start(kBeforePanel - kUnnoticed);
+  panelTimer.start(std::max(m_beforePanel - kUnnoticed, 0ms));
   m_hold->Push(run);
   QEventLoop loop;
   worker.QuitWhenDone(&loop);

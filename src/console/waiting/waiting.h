@@ -2,6 +2,7 @@
 // and nothing but Cancel can be pressed. Handed to components as their LongOperation.
 #pragma once
 
+#include <chrono>
 #include <memory>
 
 #include "platform/long_operation.h"
@@ -13,12 +14,15 @@ class WaitingWorker;
 
 class Waiting : public platform::LongOperation {
  public:
-  Waiting();
+  /// How long a wait lasts before its panel is shown.
+  static constexpr std::chrono::milliseconds kBeforePanel{500};
+
+  explicit Waiting(std::chrono::milliseconds beforePanel = kBeforePanel);
   /// Waits for the worker thread, which is idle then.
   ~Waiting() override;
 
   /// Called on the user-interface thread: runs the work on a worker thread, shows the waiting
-  /// panel after half a second, and holds back all input and the closing of windows meanwhile. A
+  /// panel when that lasts, and holds back all input and the closing of windows meanwhile. A
   /// run that begins inside another one, from an event that was pending, has a worker of its own.
   /// Called on any other thread, or without an application: runs the work where it is called, with
   /// the stop token of the run it is part of.
@@ -30,6 +34,7 @@ class Waiting : public platform::LongOperation {
   void HandleEventsUntilDone(const platform::Text& sWhat, WaitingWorker& worker,
                              std::stop_source& stop);
 
+  std::chrono::milliseconds m_beforePanel;
   std::unique_ptr<InputHold> m_hold;
   std::unique_ptr<WaitingWorker> m_idleWorker;
 };

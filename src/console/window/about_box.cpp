@@ -4,18 +4,15 @@
 
 #include "console/dialogs/message_box.h"
 #include "console/look/image_list.h"
+#include "console/look/shown_text.h"
 #include "console/session/console_session.h"
 
 namespace orvane::console {
 
 namespace {
 
-QString tr(const char* sText) {
+QString AboutText(const char* sText) {
   return QCoreApplication::translate("AboutBox", sText);
-}
-
-QString Shown(const platform::Text& sText) {
-  return QString::fromStdString(sText);
 }
 
 }  // namespace
@@ -24,17 +21,18 @@ void ShowAboutBox(const ConsoleSession& session, QWidget* window) {
   const auto& snapIn = session.Description();
   MessageBox box(window);
   box.setObjectName("aboutBox");
-  box.setWindowTitle(tr("About ORVANE Console"));
+  box.setWindowTitle(AboutText("About ORVANE Console"));
   box.setIconPixmap(ImageList::Badge("orvane-console").pixmap(64, 64));
   box.setTextFormat(Qt::PlainText);
-  box.setText(tr("ORVANE Console %1").arg(QApplication::applicationVersion()));
-  auto sText = tr("Manages ORVANE historian servers.");
+  box.setText(AboutText("ORVANE Console %1").arg(QApplication::applicationVersion()));
+  auto sText = AboutText("Manages ORVANE historian servers.");
   if (session.IsOpen()) {
-    sText += "\n\n" + tr("Snap-in: %1 %2, %3")
+    sText += "\n\n" + AboutText("Snap-in: %1 %2, %3")
                           .arg(Shown(snapIn.sDisplayName), Shown(snapIn.sVersion),
                                Shown(snapIn.sDescription));
   }
-  sText += "\n\n" + tr("Free software under the GNU General Public License, version 3 or later.");
+  sText +=
+      "\n\n" + AboutText("Free software under the GNU General Public License, version 3 or later.");
   box.setInformativeText(sText);
   box.exec();
 }

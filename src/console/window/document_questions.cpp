@@ -8,6 +8,7 @@
 #include "console/dialogs/message_box.h"
 #include "console/document/document_format.h"
 #include "console/look/program_title.h"
+#include "console/look/shown_text.h"
 
 namespace orvane::console {
 
@@ -21,10 +22,6 @@ struct Questions {
 
 QString tr(const char* sText) {
   return Questions::tr(sText);
-}
-
-QString Shown(const Text& sText) {
-  return QString::fromStdString(sText);
 }
 
 std::optional<Text> FileOf(QFileDialog& dialog) {

@@ -9,6 +9,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "console/look/shown_text.h"
 #include "console/look/tool_tip.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
@@ -23,14 +24,6 @@
 namespace orvane::console {
 
 using platform::Text;
-
-namespace {
-
-QString Shown(const Text& sText) {
-  return QString::fromStdString(sText);
-}
-
-}  // namespace
 
 MainWindow::MainWindow(WindowParts parts, QWidget* parent)
     : QMainWindow(parent),

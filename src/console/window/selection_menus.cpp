@@ -4,20 +4,13 @@
 #include <QMenu>
 #include <algorithm>
 
+#include "console/look/shown_text.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/session/console_session.h"
 #include "console/window/window_menus.h"
 
 namespace orvane::console {
-
-namespace {
-
-QString Shown(const platform::Text& sText) {
-  return QString::fromStdString(sText);
-}
-
-}  // namespace
 
 SelectionMenus::SelectionMenus(ConsoleSession& session, ScopePane& scope, ResultPane& results,
                                const WindowMenus& menus, QWidget* window)

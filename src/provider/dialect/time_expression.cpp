@@ -13,10 +13,10 @@ using platform::Timestamp;
 // Steps are limited long before any sum of them can leave the integers they are counted in.
 constexpr std::int64_t kMaxCount = 1'000'000'000'000;
 
-bool IsDigit(char c) {
+bool IsTimeDigit(char c) {
   return c >= '0' && c <= '9';
 }
-bool IsBlank(char c) {
+bool IsTimeBlank(char c) {
   return c == ' ' || c == '\t';
 }
 char Lower(char c) {
@@ -39,9 +39,9 @@ microseconds Span(Unit unit) {
   }
 }
 
-class Reader {
+class TimeReader {
  public:
-  Reader(std::string_view sText, const zones::TimeZone& zone, Timestamp now)
+  TimeReader(std::string_view sText, const zones::TimeZone& zone, Timestamp now)
       : m_sText(sText), m_zone(zone), m_now(now) {}
 
   std::variant<Timestamp, TimeExpressionError> Read() {
@@ -60,7 +60,7 @@ class Reader {
     return m_position + nAhead < m_sText.size() ? m_sText[m_position + nAhead] : '\0';
   }
   void SkipBlanks() {
-    while (IsBlank(Peek())) ++m_position;
+    while (IsTimeBlank(Peek())) ++m_position;
   }
   std::nullopt_t Fail(Text sReason) { return FailAt(m_position, std::move(sReason)); }
   std::nullopt_t FailAt(std::size_t position, Text sReason) {
@@ -74,13 +74,13 @@ class Reader {
 
   std::optional<Timestamp> ReadBase() {
     SkipBlanks();
-    if (IsDigit(Peek())) return ReadDateTime();
+    if (IsTimeDigit(Peek())) return ReadDateTime();
     const char c = Lower(Peek());
     if (c != '*' && c != 't' && c != 'y') {
       return Fail("it must begin with *, t, y or a date such as 2024-05-31");
     }
     ++m_position;
-    if (IsLetter(Peek()) || IsDigit(Peek())) return Fail("+ or - must follow");
+    if (IsLetter(Peek()) || IsTimeDigit(Peek())) return Fail("+ or - must follow");
     if (c == '*') return m_now;
     auto day = date::floor<date::days>(m_zone.ToLocal(m_now));
     if (c == 'y') day -= date::days(1);
@@ -91,10 +91,10 @@ class Reader {
   std::optional<int> ReadDigits(int nDigits) {
     int nNumber = 0;
     for (int i = 0; i < nDigits; ++i, ++m_position) {
-      if (!IsDigit(Peek())) return std::nullopt;
+      if (!IsTimeDigit(Peek())) return std::nullopt;
       nNumber = nNumber * 10 + (Peek() - '0');
     }
-    if (IsDigit(Peek())) return std::nullopt;
+    if (IsTimeDigit(Peek())) return std::nullopt;
     return nNumber;
   }
 
@@ -123,7 +123,7 @@ class Reader {
   }
 
   bool StartsTimeOfDay() const {
-    return Lower(Peek()) == 't' || (Peek() == ' ' && IsDigit(Peek(1)));
+    return Lower(Peek()) == 't' || (Peek() == ' ' && IsTimeDigit(Peek(1)));
   }
 
   std::optional<microseconds> ReadTimeOfDay() {
@@ -143,7 +143,7 @@ class Reader {
       nSecond = *nRead;
       if (Peek() == '.' || Peek() == ',') {
         ++m_position;
-        if (!IsDigit(Peek())) return fail();
+        if (!IsTimeDigit(Peek())) return fail();
         fraction = ReadFraction();
       }
     }
@@ -159,7 +159,7 @@ class Reader {
   microseconds ReadFraction() {
     std::int64_t llFraction = 0;
     std::int64_t llUnit = 100'000;
-    for (; IsDigit(Peek()); ++m_position, llUnit /= 10) llFraction += llUnit * (Peek() - '0');
+    for (; IsTimeDigit(Peek()); ++m_position, llUnit /= 10) llFraction += llUnit * (Peek() - '0');
     return microseconds(llFraction);
   }
 
@@ -170,18 +170,20 @@ class Reader {
       offset = minutes(0);
       return true;
     }
-    if ((Peek() != '+' && Peek() != '-') || !IsDigit(Peek(1)) || !IsDigit(Peek(2))) return true;
+    if ((Peek() != '+' && Peek() != '-') || !IsTimeDigit(Peek(1)) || !IsTimeDigit(Peek(2)))
+      return true;
     const std::size_t start = m_position;
     const bool bNegative = Peek() == '-';
     std::size_t nLength = 3;
     const std::size_t nMinutes = Peek(3) == ':' ? 4 : 3;
-    if (IsDigit(Peek(nMinutes)) && IsDigit(Peek(nMinutes + 1))) nLength = nMinutes + 2;
+    if (IsTimeDigit(Peek(nMinutes)) && IsTimeDigit(Peek(nMinutes + 1))) nLength = nMinutes + 2;
     if (nLength == 3 && Peek(3) == ':') {
       FailAt(start, "an offset is written as in +01:00");
       return false;
     }
     const char cNext = Peek(nLength);
-    if (IsDigit(cNext) || IsLetter(cNext) || cNext == '.' || StepUnitFollows(nLength)) return true;
+    if (IsTimeDigit(cNext) || IsLetter(cNext) || cNext == '.' || StepUnitFollows(nLength))
+      return true;
     const auto digit = [&](std::size_t nAhead) { return Peek(nAhead) - '0'; };
     const int nHours = digit(1) * 10 + digit(2);
     const int nMinute = nLength == 3 ? 0 : digit(nMinutes) * 10 + digit(nMinutes + 1);
@@ -196,7 +198,7 @@ class Reader {
 
   // "-05 h": blanks, then a unit.
   bool StepUnitFollows(std::size_t nAhead) const {
-    while (IsBlank(Peek(nAhead))) ++nAhead;
+    while (IsTimeBlank(Peek(nAhead))) ++nAhead;
     return IsLetter(Peek(nAhead));
   }
 
@@ -206,9 +208,9 @@ class Reader {
     const std::int64_t llSign = Peek() == '-' ? -1 : 1;
     ++m_position;
     SkipBlanks();
-    if (!IsDigit(Peek())) return Fail("a number must follow the sign");
+    if (!IsTimeDigit(Peek())) return Fail("a number must follow the sign");
     std::int64_t llCount = 0;
-    for (; IsDigit(Peek()); ++m_position) {
+    for (; IsTimeDigit(Peek()); ++m_position) {
       llCount = llCount * 10 + (Peek() - '0');
       if (llCount > kMaxCount) return FailAt(start, "the number is too large");
     }
@@ -217,7 +219,7 @@ class Reader {
     const bool bFraction = Peek() == '.';
     if (bFraction) {
       ++m_position;
-      if (!IsDigit(Peek())) return Fail("a digit must follow the point");
+      if (!IsTimeDigit(Peek())) return Fail("a digit must follow the point");
       fraction = ReadFraction();
     }
     SkipBlanks();
@@ -288,7 +290,7 @@ class Reader {
 std::variant<Timestamp, TimeExpressionError> ReadTimeExpression(std::string_view sText,
                                                                 const zones::TimeZone& zone,
                                                                 Timestamp now) {
-  return Reader(sText, zone, now).Read();
+  return TimeReader(sText, zone, now).Read();
 }
 
 }  // namespace orvane::provider::dialect

@@ -16,7 +16,7 @@ namespace orvane::console {
 
 namespace {
 
-constexpr int kPatienceMilliseconds = 60'000;
+constexpr int kSettlingMilliseconds = 60'000;
 
 pid_t Start(std::vector<std::string> words) {
   std::vector<char*> arguments;
@@ -43,7 +43,7 @@ std::string ReadDisplay(int iFile) {
   std::string sText;
   pollfd waiting{iFile, POLLIN, 0};
   char c = 0;
-  while (poll(&waiting, 1, kPatienceMilliseconds) > 0 && read(iFile, &c, 1) == 1) {
+  while (poll(&waiting, 1, kSettlingMilliseconds) > 0 && read(iFile, &c, 1) == 1) {
     if (c == '\n') return ":" + sText;
     sText += c;
   }
@@ -63,7 +63,7 @@ XScreen::XScreen() {
     close(ends[0]);
     setenv("DISPLAY", m_sDisplay.c_str(), 1);
     m_manager = Start({"openbox", "--sm-disable"});
-    if (!XInput(m_sDisplay).WaitForWindowManager(kPatienceMilliseconds)) {
+    if (!XInput(m_sDisplay).WaitForWindowManager(kSettlingMilliseconds)) {
       throw std::runtime_error("openbox did not start; is the package openbox installed?");
     }
   } catch (...) {

@@ -22,7 +22,7 @@ Text Kinds(std::string_view sStatement) {
   return sKinds;
 }
 
-Text FailureOf(std::string_view sStatement) {
+Text FailureOfReading(std::string_view sStatement) {
   try {
     ReadTokens(sStatement);
   } catch (const platform::Failure& failure) {
@@ -54,40 +54,40 @@ TEST(lexer, leaves_comments_out) {
 TEST(lexer, lets_semicolons_stand_at_the_end_only) {
   EXPECT_EQ(Kinds("a;"), "word=a end");
   EXPECT_EQ(Kinds("a ; ; -- all\n ;"), "word=a end");
-  EXPECT_EQ(FailureOf("SELECT 1; DROP TABLE x"),
+  EXPECT_EQ(FailureOfReading("SELECT 1; DROP TABLE x"),
             "A second statement begins (character 11 of the statement); send one statement at a "
             "time.");
-  EXPECT_EQ(FailureOf("\xC3\xA9;\xC3\xA9"),
+  EXPECT_EQ(FailureOfReading("\xC3\xA9;\xC3\xA9"),
             "A second statement begins (character 3 of the statement); send one statement at a "
             "time.");
-  EXPECT_EQ(FailureOf(";a"),
+  EXPECT_EQ(FailureOfReading(";a"),
             "A second statement begins (character 2 of the statement); send one statement at a "
             "time.");
 }
 
 TEST(lexer, fails_with_a_place_and_an_advice) {
-  EXPECT_EQ(FailureOf(""), "There is no statement; enter one such as SELECT.");
-  EXPECT_EQ(FailureOf(" ; -- nothing"), "There is no statement; enter one such as SELECT.");
-  EXPECT_EQ(FailureOf("a 'b''"),
+  EXPECT_EQ(FailureOfReading(""), "There is no statement; enter one such as SELECT.");
+  EXPECT_EQ(FailureOfReading(" ; -- nothing"), "There is no statement; enter one such as SELECT.");
+  EXPECT_EQ(FailureOfReading("a 'b''"),
             "A quote is never closed (character 3 of the statement); close it with '.");
-  EXPECT_EQ(FailureOf("[a"),
+  EXPECT_EQ(FailureOfReading("[a"),
             "A quote is never closed (character 1 of the statement); close it with ].");
-  EXPECT_EQ(FailureOf("a /* b"),
+  EXPECT_EQ(FailureOfReading("a /* b"),
             "A comment never ends (character 3 of the statement); end it with */.");
-  EXPECT_EQ(FailureOf("a = ?"),
+  EXPECT_EQ(FailureOfReading("a = ?"),
             "There is a parameter mark (character 5 of the statement); write the value itself "
             "into the statement.");
-  EXPECT_EQ(FailureOf("a \\ b"),
+  EXPECT_EQ(FailureOfReading("a \\ b"),
             "There is a character without a meaning (character 3 of the statement); remove it or "
             "put it between quotes.");
-  EXPECT_EQ(FailureOf("12abc"),
+  EXPECT_EQ(FailureOfReading("12abc"),
             "A name begins with a digit (character 1 of the statement); put it between double "
             "quotes.");
   EXPECT_EQ(
-      FailureOf("x'0'"),
+      FailureOfReading("x'0'"),
       "Bytes are unfinished (character 1 of the statement); write an even number of hexadecimal "
       "digits between quotes, such as x'00ff'.");
-  EXPECT_EQ(FailureOf(std::string_view("a\0;b", 4)),
+  EXPECT_EQ(FailureOfReading(std::string_view("a\0;b", 4)),
             "There is a zero character (character 2 of the statement); remove it.");
 }
 

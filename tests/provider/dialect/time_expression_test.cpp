@@ -20,7 +20,7 @@ Timestamp Utc(int nYear, unsigned nMonth, unsigned nDay, int nHour = 0, int nMin
 // Wednesday noon and some, in UTC.
 const Timestamp kNow = Utc(2024, 5, 15, 12, 34, 56);
 
-Text Read(std::string_view sText, std::string_view sZone = "UTC", Timestamp now = kNow) {
+Text ReadTime(std::string_view sText, std::string_view sZone = "UTC", Timestamp now = kNow) {
   const auto result = ReadTimeExpression(sText, zones::TimeZone(sZone), now);
   if (const auto* const error = std::get_if<TimeExpressionError>(&result)) {
     return "error at " + std::to_string(error->position) + ": " + error->sReason;
@@ -58,7 +58,7 @@ TEST(time_expression, reads_every_form_of_a_time) {
       {"0001-01-01", "0001-01-01 00:00:00"},
       {"9999-12-31T23:59:59.999999", "9999-12-31 23:59:59.999999"},
   };
-  for (const auto& row : rows) EXPECT_EQ(Read(row.sExpression), row.sTime) << row.sExpression;
+  for (const auto& row : rows) EXPECT_EQ(ReadTime(row.sExpression), row.sTime) << row.sExpression;
 }
 
 TEST(time_expression, adds_steps_of_every_unit_from_left_to_right) {
@@ -82,7 +82,7 @@ TEST(time_expression, adds_steps_of_every_unit_from_left_to_right) {
       {"2024-02-29-1d", "2024-02-28 00:00:00"},
       {"*-0mo", "2024-05-15 12:34:56"},
   };
-  for (const auto& row : rows) EXPECT_EQ(Read(row.sExpression), row.sTime) << row.sExpression;
+  for (const auto& row : rows) EXPECT_EQ(ReadTime(row.sExpression), row.sTime) << row.sExpression;
 }
 
 TEST(time_expression, takes_the_last_day_of_a_month_that_is_too_short) {
@@ -94,39 +94,39 @@ TEST(time_expression, takes_the_last_day_of_a_month_that_is_too_short) {
       {"2024-12-31+2mo", "2025-02-28 00:00:00"},     {"2024-01-15-1mo", "2023-12-15 00:00:00"},
       {"2024-01-15-13mo", "2022-12-15 00:00:00"},
   };
-  for (const auto& row : rows) EXPECT_EQ(Read(row.sExpression), row.sTime) << row.sExpression;
+  for (const auto& row : rows) EXPECT_EQ(ReadTime(row.sExpression), row.sTime) << row.sExpression;
 }
 
 TEST(time_expression, reads_dates_in_the_zone_of_the_connection) {
-  EXPECT_EQ(Read("t", "Europe/Madrid"), "2024-05-14 22:00:00");
-  EXPECT_EQ(Read("y", "Europe/Madrid"), "2024-05-13 22:00:00");
-  EXPECT_EQ(Read("2024-01-01", "Asia/Kolkata"), "2023-12-31 18:30:00");
-  EXPECT_EQ(Read("2024-01-01T00:00Z", "Asia/Kolkata"), "2024-01-01 00:00:00");
+  EXPECT_EQ(ReadTime("t", "Europe/Madrid"), "2024-05-14 22:00:00");
+  EXPECT_EQ(ReadTime("y", "Europe/Madrid"), "2024-05-13 22:00:00");
+  EXPECT_EQ(ReadTime("2024-01-01", "Asia/Kolkata"), "2023-12-31 18:30:00");
+  EXPECT_EQ(ReadTime("2024-01-01T00:00Z", "Asia/Kolkata"), "2024-01-01 00:00:00");
   // It is tomorrow already.
-  EXPECT_EQ(Read("t", "Asia/Tokyo", Utc(2024, 5, 15, 20)), "2024-05-15 15:00:00");
+  EXPECT_EQ(ReadTime("t", "Asia/Tokyo", Utc(2024, 5, 15, 20)), "2024-05-15 15:00:00");
 }
 
 TEST(time_expression, counts_days_on_the_calendar_and_hours_on_the_clock_when_clocks_change) {
   // 2024-03-31: from 02:00 to 03:00. 2024-10-27: from 03:00 back to 02:00.
   const Timestamp spring = Utc(2024, 3, 31, 10);
-  EXPECT_EQ(Read("t", "Europe/Berlin", spring), "2024-03-30 23:00:00");
-  EXPECT_EQ(Read("t+1d", "Europe/Berlin", spring), "2024-03-31 22:00:00");
-  EXPECT_EQ(Read("t+24h", "Europe/Berlin", spring), "2024-03-31 23:00:00");
-  EXPECT_EQ(Read("*-1d", "Europe/Berlin", spring), "2024-03-30 11:00:00");
+  EXPECT_EQ(ReadTime("t", "Europe/Berlin", spring), "2024-03-30 23:00:00");
+  EXPECT_EQ(ReadTime("t+1d", "Europe/Berlin", spring), "2024-03-31 22:00:00");
+  EXPECT_EQ(ReadTime("t+24h", "Europe/Berlin", spring), "2024-03-31 23:00:00");
+  EXPECT_EQ(ReadTime("*-1d", "Europe/Berlin", spring), "2024-03-30 11:00:00");
   const Timestamp autumn = Utc(2024, 10, 27, 10);
-  EXPECT_EQ(Read("t", "Europe/Berlin", autumn), "2024-10-26 22:00:00");
-  EXPECT_EQ(Read("t+1d", "Europe/Berlin", autumn), "2024-10-27 23:00:00");
-  EXPECT_EQ(Read("t+1w", "Europe/Berlin", autumn), "2024-11-02 23:00:00");
-  EXPECT_EQ(Read("*-1mo", "Europe/Berlin", autumn), "2024-09-27 09:00:00");
+  EXPECT_EQ(ReadTime("t", "Europe/Berlin", autumn), "2024-10-26 22:00:00");
+  EXPECT_EQ(ReadTime("t+1d", "Europe/Berlin", autumn), "2024-10-27 23:00:00");
+  EXPECT_EQ(ReadTime("t+1w", "Europe/Berlin", autumn), "2024-11-02 23:00:00");
+  EXPECT_EQ(ReadTime("*-1mo", "Europe/Berlin", autumn), "2024-09-27 09:00:00");
 }
 
 TEST(time_expression, reads_a_skipped_time_as_before_the_change_and_a_double_time_as_the_first) {
-  EXPECT_EQ(Read("2024-03-31T02:30", "Europe/Berlin"), "2024-03-31 01:30:00");
-  EXPECT_EQ(Read("2024-10-27T02:30", "Europe/Berlin"), "2024-10-27 00:30:00");
+  EXPECT_EQ(ReadTime("2024-03-31T02:30", "Europe/Berlin"), "2024-03-31 01:30:00");
+  EXPECT_EQ(ReadTime("2024-10-27T02:30", "Europe/Berlin"), "2024-10-27 00:30:00");
   // The second of the two stays what it is when nothing is added.
-  EXPECT_EQ(Read("*+0d", "Europe/Berlin", Utc(2024, 10, 27, 1, 30)), "2024-10-27 01:30:00");
+  EXPECT_EQ(ReadTime("*+0d", "Europe/Berlin", Utc(2024, 10, 27, 1, 30)), "2024-10-27 01:30:00");
   // A day that begins at one o'clock.
-  EXPECT_EQ(Read("2024-04-26", "Africa/Cairo"), "2024-04-25 22:00:00");
+  EXPECT_EQ(ReadTime("2024-04-26", "Africa/Cairo"), "2024-04-25 22:00:00");
 }
 
 TEST(time_expression, says_where_and_why_a_text_has_no_meaning) {
@@ -172,7 +172,7 @@ TEST(time_expression, says_where_and_why_a_text_has_no_meaning) {
       {"*+1000000000000h", "error at 1: the number is too large"},
       {"*+99999999999999999999999999s", "error at 1: the number is too large"},
   };
-  for (const auto& row : rows) EXPECT_EQ(Read(row.sExpression), row.sTime) << row.sExpression;
+  for (const auto& row : rows) EXPECT_EQ(ReadTime(row.sExpression), row.sTime) << row.sExpression;
 }
 
 TEST(time_expression, survives_every_text_of_three_of_its_characters) {

@@ -124,7 +124,8 @@ TEST(SqliteErrors, a_missing_column_is_named_and_texts_are_told_apart) {
 }
 
 TEST(SqliteErrors, a_failure_carries_source_native_code_and_sql_apart_from_its_sentence) {
-  const auto failed = FailureOf(SQLITE_CONSTRAINT_UNIQUE, "The database", "why", "INSERT 1");
+  const auto failed =
+      engines::FailureOf(SQLITE_CONSTRAINT_UNIQUE, "The database", "why", "INSERT 1");
   EXPECT_EQ(failed.Number(), failure::kConstraint);
   EXPECT_EQ(failed.Source(), "SQLite");
   EXPECT_EQ(failed.NativeError(), SQLITE_CONSTRAINT_UNIQUE);
