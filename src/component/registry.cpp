@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <set>
 #include <span>
 #include <system_error>
@@ -11,6 +10,7 @@
 #include "component/readable_file.h"
 #include "component/trusted_path.h"
 #include "platform/failure.h"
+#include "platform/user_folders.h"
 
 namespace orvane::component {
 namespace {
@@ -19,14 +19,9 @@ namespace fs = std::filesystem;
 using platform::Failure;
 using platform::Text;
 
-constexpr const char* kSubfolder = "orvane/components";
+constexpr const char* kSubfolder = "components";
 // A class is a few hundred bytes; what is larger is not one of ours.
 constexpr std::size_t kLargestFile = 65536;
-
-Text Environment(const char* sName) {
-  const char* const sValue = std::getenv(sName);
-  return sValue == nullptr ? Text() : Text(sValue);
-}
 
 // The content, or nothing when there is no such file.
 std::optional<Text> ReadFile(const fs::path& path) {
@@ -69,27 +64,18 @@ Registry Registry::Standard(const std::optional<fs::path>& buildFolder) {
 }
 
 fs::path Registry::UserFolder() {
-  const fs::path data = Environment("XDG_DATA_HOME");
-  if (data.is_absolute()) return data / kSubfolder;
-  const fs::path home = Environment("HOME");
-  if (!home.is_absolute()) {
+  const auto data = platform::UserDataFolder();
+  if (!data) {
     throw Failure(platform::failure::kComponent,
                   "There is no home folder to register components in; set HOME, or name a folder.",
                   "component");
   }
-  return home / ".local/share" / kSubfolder;
+  return *data / kSubfolder;
 }
 
 std::vector<fs::path> Registry::SystemFolders() {
-  Text sFolders = Environment("XDG_DATA_DIRS");
-  if (sFolders.empty()) sFolders = "/usr/local/share:/usr/share";
-  std::vector<fs::path> folders;
-  for (std::size_t nStart = 0; nStart <= sFolders.size();) {
-    const std::size_t nEnd = std::min(sFolders.find(':', nStart), sFolders.size());
-    const fs::path folder = sFolders.substr(nStart, nEnd - nStart);
-    if (folder.is_absolute()) folders.push_back(folder / kSubfolder);
-    nStart = nEnd + 1;
-  }
+  auto folders = platform::SystemDataFolders();
+  for (auto& folder : folders) folder /= kSubfolder;
   return folders;
 }
 

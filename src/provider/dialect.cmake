@@ -19,11 +19,20 @@ list(APPEND PROVIDER_SOURCES
   dialect/time_outputs.cpp
   dialect/translator.cpp
   dialect/view_kinds.cpp
+  historian/catalog_change.cpp
   historian/catalog_file.cpp
   historian/catalog_record.cpp
+  historian/catalog_tables.cpp
   historian/data_folder.cpp
   historian/functions_catalog.cpp
+  historian/held_catalog_file.cpp
   historian/historian.cpp
+  historian/historian_catalogs.cpp
+  historian/known_historians.cpp
+  historian/new_historian.cpp
+  historian/private_files.cpp
+  historian/recorder_lock.cpp
+  historian/shell_word.cpp
   historian_provider.cpp
   known_schema.cpp
   result_times.cpp

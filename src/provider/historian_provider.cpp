@@ -14,8 +14,9 @@ platform::Timestamp Now() {
 }  // namespace
 
 HistorianProvider::HistorianProvider()
-    : HistorianProvider(
-          SessionPlace{historian::DefaultRoot(), std::make_shared<engines::SqliteEngine>(), Now}) {}
+    : HistorianProvider(SessionPlace{historian::DefaultRoot(),
+                                     std::make_shared<engines::SqliteEngine>(), Now,
+                                     historian::KnownHistorians::OfUser()}) {}
 
 HistorianProvider::HistorianProvider(SessionPlace place) : m_place(std::move(place)) {}
 

@@ -36,8 +36,8 @@ HistorianSession::HistorianSession(SessionPlace place, const ado::ConnectionSett
     const Text sServer =
         historian::ServerFromDataSource(settings.Find("Data Source").value_or(Text()));
     m_log.Statement("open " + sServer);
-    m_historian =
-        std::make_unique<historian::Historian>(m_place.root, sServer, *m_place.engine, stop);
+    m_historian = std::make_unique<historian::Historian>(m_place.root, sServer, *m_place.engine,
+                                                         stop, m_place.known);
     m_session = m_place.engine->Open({}, stop);
   });
 }
@@ -113,7 +113,8 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
 void HistorianSession::RunCatalogStatement(const dialect::CatalogStatement& statement,
                                            const std::stop_token& stop) {
   if (const auto* const create = std::get_if<dialect::CreateDatabase>(&statement)) {
-    Opened().CreateCatalog(m_names.Plain(create->sName), create->sPath, create->llKilobytes, stop);
+    // Not without a prefix: the catalog would have another name than the one that was typed.
+    Opened().CreateCatalog(create->sName, create->sPath, create->llKilobytes, stop);
     return;
   }
   const Text& sName = std::get<dialect::DropDatabase>(statement).sName;

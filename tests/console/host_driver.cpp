@@ -162,6 +162,7 @@ std::filesystem::path CatalogFile(const Text& sServer, const Text& sCatalog) {
 
 HostDriver::HostDriver() : m_settings(m_folder.filePath("settings.ini"), QSettings::IniFormat) {
   qputenv("XDG_DATA_HOME", m_folder.filePath("data").toUtf8());
+  qputenv("XDG_STATE_HOME", m_folder.filePath("state").toUtf8());
   const auto registry = std::filesystem::path(m_folder.filePath("components").toStdString());
   for (const char* sLibrary : {ORVANE_SNAP_IN, ORVANE_CONTROLS, ORVANE_PROVIDER}) {
     component::RegisterLibrary(sLibrary, registry);
@@ -188,6 +189,7 @@ HostDriver::~HostDriver() {
   }
   m_host.reset();
   qunsetenv("XDG_DATA_HOME");
+  qunsetenv("XDG_STATE_HOME");
 }
 
 void HostDriver::AnswerDialog() {

@@ -22,6 +22,7 @@ class ProgramTest : public testing::Test {
   ProgramTest() {
     m_environment = QProcessEnvironment::systemEnvironment();
     m_environment.insert("XDG_DATA_HOME", m_folder.filePath("data"));
+    m_environment.insert("XDG_STATE_HOME", m_folder.filePath("state"));
     m_environment.insert("XDG_CONFIG_HOME", m_folder.filePath("config"));
     m_environment.insert("QT_QPA_PLATFORM", "offscreen");
     // Memory is the other tests' subject; here a report would end up in the exit status.

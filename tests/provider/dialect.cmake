@@ -16,8 +16,14 @@ orvane_test(dialect
 orvane_test(historian
   LINK orvane_provider
   SOURCES
+    historian/attached_catalogs_test.cpp
+    historian/catalogs_test.cpp
     historian/data_folder_test.cpp
-    historian/historian_test.cpp)
+    historian/historian_test.cpp
+    historian/interrupted_changes_test.cpp
+    historian/killed_programs_test.cpp
+    historian/known_historians_test.cpp
+    historian/shared_catalogs_test.cpp)
 
 orvane_test(session
   LINK orvane_provider

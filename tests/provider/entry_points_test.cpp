@@ -71,6 +71,7 @@ TEST_F(entry_points, give_a_provider_that_works_and_keeps_its_library) {
   ASSERT_NE(m_library, nullptr) << dlerror();
   const TemporaryRoot root;
   ASSERT_EQ(setenv("XDG_DATA_HOME", root.Path().c_str(), 1), 0);
+  ASSERT_EQ(setenv("XDG_STATE_HOME", root.Path().c_str(), 1), 0);
   auto* const canUnload = Get<decltype(DllCanUnloadNow)>("DllCanUnloadNow");
   EXPECT_EQ(canUnload(), platform::kOk);
   auto provider = Create();

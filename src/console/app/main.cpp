@@ -16,6 +16,7 @@
 #include "console/app/tour.h"
 #include "console/document/user_settings.h"
 #include "platform/failure.h"
+#include "platform/user_folders.h"
 
 namespace {
 
@@ -114,12 +115,18 @@ int main(int argc, char** argv) {
                 "; check its name, or start without one.");
   }
   try {
-    QSettings settings;
-    orvane::console::KeepToUser(settings);
+    // Without a home the settings are those of this one run.
+    const auto folder = orvane::platform::UserSettingsFolder();
+    std::optional<QSettings> settings;
+    if (folder) {
+      settings.emplace(QString::fromStdString((*folder / "orvane-console.conf").string()),
+                       QSettings::NativeFormat);
+      orvane::console::KeepToUser(*settings);
+    }
     orvane::console::Host host(arguments.sRegistry.empty()
                                    ? std::nullopt
                                    : std::optional<std::filesystem::path>(arguments.sRegistry));
-    orvane::console::MainWindow window(host.Parts(&settings));
+    orvane::console::MainWindow window(host.Parts(settings ? &*settings : nullptr));
     if (!arguments.sTour.empty()) {
       window.show();
       return RunTour(window, arguments);

@@ -4,11 +4,11 @@
 #include <spdlog/pattern_formatter.h>
 #include <sys/stat.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "files/own_log.h"
 #include "platform/one_line.h"
+#include "platform/user_folders.h"
 
 namespace orvane::console {
 
@@ -29,12 +29,9 @@ files::Descriptor OpenToAppend(const std::filesystem::path& path) {
 }  // namespace
 
 std::optional<std::filesystem::path> LogFile::StandardPath() {
-  const char* sState = std::getenv("XDG_STATE_HOME");
-  // A relative path there is to be ignored.
-  if (sState && *sState == '/') return std::filesystem::path(sState) / "orvane/console.log";
-  const char* sHome = std::getenv("HOME");
-  if (!sHome || *sHome != '/') return std::nullopt;
-  return std::filesystem::path(sHome) / ".local/state/orvane/console.log";
+  const auto state = platform::UserStateFolder();
+  if (!state) return std::nullopt;
+  return *state / "console.log";
 }
 
 void LogFile::Note(const platform::Failure& failure) noexcept {

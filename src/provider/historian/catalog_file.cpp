@@ -1,16 +1,15 @@
 #include "provider/historian/catalog_file.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
-#include <chrono>
-#include <memory>
 #include <random>
-#include <thread>
 
 #include "platform/failure.h"
+#include "provider/engines/sqlite/sqlite_handle.h"
+#include "provider/historian/private_files.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -20,18 +19,38 @@ using platform::Text;
 namespace failure = platform::failure;
 namespace fs = std::filesystem;
 
-struct CloseDatabase {
-  void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
-};
-using Database = std::unique_ptr<sqlite3, CloseDatabase>;
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+constexpr std::size_t kHiddenDigits = 16;
+// What may stand beside a catalog's file and belongs to it.
+constexpr std::array kBelongings = {"-wal", "-shm", "-journal", ".recorder"};
 
-Database Open(const fs::path& file, int nFlags, int& nResult) {
+engines::SqliteHandle Open(const fs::path& file, int nFlags, int& nResult) {
   sqlite3* database = nullptr;
   nResult = sqlite3_open_v2(file.c_str(), &database, nFlags, nullptr);
-  return Database(database);
+  return engines::SqliteHandle(database);
 }
 
-[[noreturn]] void FailToWrite(const fs::path& file, int nSystemError, int nNativeError) {
+void Execute(sqlite3* database, const char* sSql, const fs::path& file) {
+  if (sqlite3_exec(database, sSql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    FailToWriteCatalogFile(file, sqlite3_system_errno(database),
+                           sqlite3_extended_errcode(database));
+  }
+}
+
+[[noreturn]] void FailThere(const fs::path& file) {
+  throw Failure(failure::kKeyExists, "There is a file " + file.string() +
+                                         " already; move it away, or choose another name or "
+                                         "folder.");
+}
+
+bool IsBusy(int nResult) {
+  constexpr int kPrimary = 0xFF;
+  return (nResult & kPrimary) == SQLITE_BUSY || (nResult & kPrimary) == SQLITE_LOCKED;
+}
+
+}  // namespace
+
+void FailToWriteCatalogFile(const fs::path& file, int nSystemError, int nNativeError) {
   if (nSystemError == EACCES || nSystemError == EPERM || nSystemError == EROFS) {
     throw Failure(failure::kNoRights,
                   "You have no right to write into the folder " + file.parent_path().string() +
@@ -44,93 +63,104 @@ Database Open(const fs::path& file, int nFlags, int& nResult) {
                 "ORVOLEDB", nNativeError);
 }
 
-void Execute(sqlite3* database, const char* sSql, const fs::path& file) {
-  if (sqlite3_exec(database, sSql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-    FailToWrite(file, sqlite3_system_errno(database), sqlite3_extended_errcode(database));
-  }
-}
-
-fs::path TemporaryName(const fs::path& file) {
-  static constexpr char kDigits[] = "0123456789abcdef";
+fs::path HiddenName(const fs::path& file) {
   std::random_device random;
   Text sName = "." + file.filename().string() + ".";
-  for (int i = 0; i < 16; ++i) sName += kDigits[random() % 16];
+  for (std::size_t i = 0; i < kHiddenDigits; ++i) sName += kHexDigits[random() % 16];
   return file.parent_path() / sName;
 }
 
-void RemoveFiles(const fs::path& file) {
-  // The file itself last: what stands beside it must not be taken from the next one of its name.
-  for (const char* const sEnd : {"-wal", "-shm", "-journal", ".recorder", ""}) {
-    std::error_code ignored;
-    fs::remove(fs::path(file.string() + sEnd), ignored);
+bool IsHiddenName(std::string_view sFileName) {
+  for (const std::string_view sEnd : kBelongings) {
+    if (sFileName.ends_with(sEnd)) sFileName.remove_suffix(sEnd.size());
   }
+  const auto point = sFileName.rfind('.');
+  return sFileName.starts_with('.') && point != std::string_view::npos && point > 0 &&
+         sFileName.size() - point - 1 == kHiddenDigits &&
+         sFileName.find_first_not_of(kHexDigits, point + 1) == std::string_view::npos;
 }
 
-// Makes the whole file under another name and gives that.
-fs::path MakeTemporary(const fs::path& file, std::string_view sStatements) {
-  fs::path temporary = TemporaryName(file);
+void MakeHidden(const fs::path& file, const fs::path& hidden, std::string_view sStatements) {
+  std::error_code error;
+  MakePrivateFile(hidden, error);
+  if (error) FailToWriteCatalogFile(file, error.value(), error.value());
   try {
     int nResult = SQLITE_OK;
-    const Database database = Open(
-        temporary, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXCLUSIVE, nResult);
-    if (nResult != SQLITE_OK) FailToWrite(file, sqlite3_system_errno(database.get()), nResult);
-    Execute(database.get(), "PRAGMA journal_mode = WAL", file);
+    const engines::SqliteHandle database = Open(hidden, SQLITE_OPEN_READWRITE, nResult);
+    if (nResult != SQLITE_OK) {
+      FailToWriteCatalogFile(file, sqlite3_system_errno(database.get()), nResult);
+    }
     const Text sAll = "BEGIN;" + Text(sStatements) + ";COMMIT";
     Execute(database.get(), sAll.c_str(), file);
   } catch (const Failure&) {
-    RemoveFiles(temporary);
+    RemoveCatalogFile(hidden);
     throw;
   }
-  return temporary;
 }
 
-bool IsBusy(int nResult) {
-  constexpr int kPrimary = 0xFF;
-  return (nResult & kPrimary) == SQLITE_BUSY || (nResult & kPrimary) == SQLITE_LOCKED;
+void LinkHidden(const fs::path& hidden, const fs::path& file) {
+  // A journal without its database would be taken for the new one's.
+  for (const char* const sEnd : {"-journal", "-wal"}) {
+    const fs::path belonging = file.string() + sEnd;
+    std::error_code ignored;
+    if (!fs::exists(file, ignored) && fs::exists(belonging, ignored)) FailThere(belonging);
+  }
+  // Unlike a rename, a link never takes the place of a file that is there.
+  if (link(hidden.c_str(), file.c_str()) == 0) return;
+  if (errno == EEXIST) FailThere(file);
+  FailToWriteCatalogFile(file, errno, errno);
 }
-
-// Tries for a second, or until the stop.
-int WaitForOthers(void* stop, int nTries) {
-  constexpr int kMostTries = 100;
-  if (nTries >= kMostTries || static_cast<const std::stop_token*>(stop)->stop_requested()) return 0;
-  std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  return 1;
-}
-
-}  // namespace
 
 void MakeCatalogFile(const fs::path& file, std::string_view sStatements) {
-  const fs::path temporary = MakeTemporary(file, sStatements);
-  // Unlike a rename, a link never takes the place of a file that is there.
-  const int nLinked = link(temporary.c_str(), file.c_str());
-  const int nError = errno;
-  RemoveFiles(temporary);
-  if (nLinked == 0) return;
-  if (nError == EEXIST) {
-    throw Failure(failure::kKeyExists,
-                  "There is a file " + file.string() +
-                      " already, perhaps of a catalog that was dropped; move it away, or choose "
-                      "another name or folder.");
+  const fs::path hidden = HiddenName(file);
+  MakeHidden(file, hidden, sStatements);
+  try {
+    LinkHidden(hidden, file);
+  } catch (const Failure&) {
+    RemoveCatalogFile(hidden);
+    throw;
   }
-  FailToWrite(file, nError, nError);
+  RemoveCatalogFile(hidden);
 }
 
 void ReplaceCatalogFile(const fs::path& file, std::string_view sStatements) {
-  const fs::path temporary = MakeTemporary(file, sStatements);
-  RemoveFiles(file);
-  if (rename(temporary.c_str(), file.c_str()) == 0) return;
+  const fs::path hidden = HiddenName(file);
+  MakeHidden(file, hidden, sStatements);
+  RemoveCatalogFile(file);
+  if (rename(hidden.c_str(), file.c_str()) == 0) return;
   const int nError = errno;
-  RemoveFiles(temporary);
-  FailToWrite(file, nError, nError);
+  RemoveCatalogFile(hidden);
+  FailToWriteCatalogFile(file, nError, nError);
+}
+
+void HideFiles(const fs::path& file, const fs::path& hidden) {
+  if (rename(file.c_str(), hidden.c_str()) != 0 && errno != ENOENT) {
+    FailToWriteCatalogFile(file, errno, errno);
+  }
+  for (const char* const sEnd : kBelongings) {
+    std::error_code ignored;
+    fs::rename(file.string() + sEnd, hidden.string() + sEnd, ignored);
+  }
+}
+
+void UnhideFiles(const fs::path& hidden, const fs::path& file) {
+  std::error_code ignored;
+  for (const char* const sEnd : kBelongings) {
+    fs::rename(hidden.string() + sEnd, file.string() + sEnd, ignored);
+  }
+  fs::rename(hidden, file, ignored);
 }
 
 void RemoveCatalogFile(const fs::path& file) {
-  RemoveFiles(file);
+  std::error_code ignored;
+  // The file itself last: what stands beside it must not be taken from the next one of its name.
+  for (const char* const sEnd : kBelongings) fs::remove(file.string() + sEnd, ignored);
+  fs::remove(file, ignored);
 }
 
 bool IsSoundCatalogFile(const fs::path& file) {
   int nResult = SQLITE_OK;
-  const Database database = Open(file, SQLITE_OPEN_READWRITE, nResult);
+  const engines::SqliteHandle database = Open(file, SQLITE_OPEN_READWRITE, nResult);
   // An empty file is an undamaged database.
   for (const char* const sSql :
        {"SELECT 'ok' FROM sqlite_master LIMIT 1", "PRAGMA quick_check(1)"}) {
@@ -148,93 +178,5 @@ bool IsSoundCatalogFile(const fs::path& file) {
   }
   return true;
 }
-
-void HeldCatalogFile::CloseDatabase::operator()(sqlite3* database) const {
-  sqlite3_close_v2(database);
-}
-
-HeldCatalogFile::HeldCatalogFile(fs::path file, DroppedFile fate, const Text& sCatalog,
-                                 const std::stop_token& stop)
-    : m_file(std::move(file)) {
-  std::error_code ignored;
-  if (!fs::exists(m_file, ignored)) return;
-  const fs::path folder = m_file.parent_path();
-  if (fate == DroppedFile::Goes &&
-      faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
-    FailToWrite(m_file, errno, errno);
-  }
-  int nResult = SQLITE_OK;
-  Database database = Open(m_file, SQLITE_OPEN_READWRITE, nResult);
-  if (nResult != SQLITE_OK) return;
-  std::stop_token wait = stop;
-  sqlite3_busy_handler(database.get(), WaitForOthers, &wait);
-  // Leaving the log mode needs the file for oneself alone; a damaged file is in nobody's use.
-  const auto run = [&](const char* sSql) {
-    return sqlite3_exec(database.get(), sSql, nullptr, nullptr, nullptr);
-  };
-  nResult = run("PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = DELETE");
-  if (nResult == SQLITE_OK) nResult = run("BEGIN EXCLUSIVE");
-  sqlite3_busy_handler(database.get(), nullptr, nullptr);
-  if (IsBusy(nResult)) {
-    if (stop.stop_requested()) throw Failure(failure::kCancelled, "The statement was cancelled.");
-    throw Failure(failure::kBusy,
-                  "The catalog " + sCatalog +
-                      " is in use by another program; close what reads or writes it and try "
-                      "again.",
-                  "ORVOLEDB", nResult);
-  }
-  if (nResult == SQLITE_OK) m_database.reset(database.release());
-}
-
-HeldCatalogFile::~HeldCatalogFile() {
-  if (m_database == nullptr) return;
-  sqlite3_exec(m_database.get(),
-               "ROLLBACK; PRAGMA locking_mode = NORMAL; PRAGMA journal_mode = WAL", nullptr,
-               nullptr, nullptr);
-}
-
-void HeldCatalogFile::Remove() {
-  RemoveFiles(m_file);
-  m_database.reset();
-  std::error_code ignored;
-  if (fs::exists(m_file, ignored)) {
-    throw Failure(failure::kStorage, "The catalog was dropped, but its file " + m_file.string() +
-                                         " cannot be removed; remove it yourself.");
-  }
-}
-
-const std::string_view kNewCatalog = R"(
-CREATE TABLE Tags (
-  Tag TEXT NOT NULL PRIMARY KEY,
-  Description TEXT,
-  Unit TEXT,
-  Type TEXT NOT NULL DEFAULT 'number' CHECK (Type IN ('number', 'text'))
-) WITHOUT ROWID;
-CREATE TABLE Data (
-  Tag TEXT NOT NULL,
-  Timestamp TIMESTAMP NOT NULL CHECK (typeof(Timestamp) = 'integer'),
-  Value REAL,
-  Status TEXT NOT NULL DEFAULT 'Good',
-  PRIMARY KEY (Tag, Timestamp)
-) WITHOUT ROWID;
-CREATE INDEX DataByTime ON Data (Timestamp);
-CREATE TABLE Data2 (
-  Tag TEXT NOT NULL,
-  Timestamp TIMESTAMP NOT NULL CHECK (typeof(Timestamp) = 'integer'),
-  Value TEXT,
-  Status TEXT NOT NULL DEFAULT 'Good',
-  PRIMARY KEY (Tag, Timestamp)
-) WITHOUT ROWID;
-CREATE INDEX Data2ByTime ON Data2 (Timestamp))";
-
-const std::string_view kNewSystemCatalog = R"(
-CREATE TABLE Historians (
-  Name TEXT NOT NULL PRIMARY KEY,
-  Identity GUID NOT NULL UNIQUE,
-  Created TIMESTAMP NOT NULL,
-  Path TEXT NOT NULL,
-  SizeLimit BIGINT,
-  Description TEXT NOT NULL DEFAULT ''
-) WITHOUT ROWID)";
 
 }  // namespace orvane::provider::historian

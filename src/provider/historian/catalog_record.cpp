@@ -24,9 +24,9 @@ void CheckCatalogName(const Text& sName) {
                             "A catalog needs a name; enter one.");
   }
   if (sName.size() > 128) fail("the name is longer than 128 bytes");
-  if (sName.front() == '.' || sName.front() == ' ' || sName.back() == ' ') {
-    fail("it begins with a dot or a blank or ends with a blank");
-  }
+  if (sName.front() == ' ' || sName.back() == ' ') fail("it begins or ends with a blank");
+  // A key of the tree is made of names with dots between them.
+  if (sName.find('.') != Text::npos) fail("it holds a dot");
   if (sName.front() == '{') fail("names in braces are identities");
   // Each of these would not come back from a file name, a statement or a document as it went in.
   constexpr std::string_view kForbidden = "/\\\"'`[];\x7F";

@@ -18,6 +18,7 @@ struct CatalogRecord {
   platform::Text sName;
   platform::Text sIdentity;      ///< "{8-4-4-4-12}"; empty for the historian's own catalogs
   std::filesystem::path file;    ///< absolute
+  std::filesystem::path stored;  ///< the same, but without the historian's folder if it lies there
   std::int64_t llKilobytes = 0;  ///< limit of the file; 0 is none
   platform::Text sDescription;
   platform::Boolean bOwn = false;  ///< one of the historian's own, which statements only read

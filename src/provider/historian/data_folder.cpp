@@ -1,11 +1,11 @@
 #include "provider/historian/data_folder.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "platform/case_folding.h"
 #include "platform/failure.h"
 #include "platform/stored_secret.h"
+#include "platform/user_folders.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -26,14 +26,15 @@ bool IsServerName(std::string_view sName) {
 }  // namespace
 
 fs::path DefaultRoot() {
-  if (const char* const sData = std::getenv("XDG_DATA_HOME"); sData != nullptr && *sData == '/') {
-    return fs::path(sData) / "orvane";
-  }
-  const char* const sHome = std::getenv("HOME");
-  return fs::path(sHome != nullptr && *sHome != 0 ? sHome : "/") / ".local" / "share" / "orvane";
+  return platform::UserDataFolder().value_or(fs::path());
 }
 
 fs::path HistorianFolder(const fs::path& root, const Text& sServer) {
+  if (root.empty()) {
+    throw Failure(failure::kServerNotFound,
+                  "There is no home folder to keep historians in; set HOME, or XDG_DATA_HOME, to "
+                  "the whole path of a folder and start again.");
+  }
   return root / "historians" / sServer;
 }
 
@@ -64,7 +65,9 @@ Text ServerFromDataSource(std::string_view sDataSource) {
 std::vector<Text> KnownServers(const fs::path& root) {
   std::vector<Text> servers;
   std::error_code error;
-  for (auto entry = fs::directory_iterator(root / "historians", error);
+  // Without a root the path would be one below the current folder.
+  const fs::path folder = root.empty() ? fs::path() : root / "historians";
+  for (auto entry = fs::directory_iterator(folder, error);
        !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const Text sName = entry->path().filename().string();
     std::error_code unreadable;

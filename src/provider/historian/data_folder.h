@@ -13,11 +13,11 @@ namespace orvane::provider::historian {
 /// The server that is made at first use.
 constexpr std::string_view kDefaultServer = "localhost";
 
-/// Folder of everything that belongs to the user: $XDG_DATA_HOME/orvane, or
-/// ~/.local/share/orvane.
+/// The folder of all that belongs to this user; empty without a home.
 std::filesystem::path DefaultRoot();
 
-/// The folder of one historian, whether or not there is one.
+/// The folder of one historian, whether or not there is one. Fails with kServerNotFound when there
+/// is no root.
 std::filesystem::path HistorianFolder(const std::filesystem::path& root,
                                       const platform::Text& sServer);
 

@@ -9,18 +9,23 @@
 
 #include "provider/engines/engine.h"
 #include "provider/historian/catalog_record.h"
+#include "provider/historian/known_historians.h"
 
 namespace orvane::provider::historian {
 
 class Historian {
  public:
-  /// Opens the historian of that name under the root; the default server is made when it is not
-  /// there. Fails with kServerNotFound, kNoRights, kNotADatabase or kBusy.
-  Historian(const std::filesystem::path& root, const platform::Text& sServer,
-            engines::Engine& engine, std::stop_token stop);
+  /// The folder in it for the files of catalogs that have no path of their own.
+  static constexpr const char* kCatalogsFolder = "catalogs";
 
-  /// Makes the folder and files of a historian, all of it or nothing. Fails with
-  /// failure::kKeyExists when there is one already.
+  /// Opens the historian of that name under the root, and finishes what programs that broke off
+  /// left there. The default server is made when it was never there before. Fails with
+  /// kServerNotFound, kNoRights, kNotADatabase or kBusy.
+  Historian(const std::filesystem::path& root, const platform::Text& sServer,
+            engines::Engine& engine, std::stop_token stop, const KnownHistorians& known = {});
+
+  /// Makes the folder and files of a historian, all of it or nothing, also where one was before.
+  /// Fails with failure::kKeyExists when there is one already.
   static void Make(const std::filesystem::path& root, const platform::Text& sServer);
 
   const std::filesystem::path& Folder() const { return m_folder; }
@@ -38,15 +43,28 @@ class Historian {
                               std::int64_t llKilobytes, std::stop_token stop);
   /// Drops a catalog. Its file goes too when it lies in the historian's folder; elsewhere it stays
   /// where it is. What fails or is stopped has changed nothing. Fails with kInvalidArgument for a
-  /// catalog that is not there or is the historian's own, and with kBusy while another program uses
-  /// it, wherever its file lies.
+  /// catalog that is not there or is the historian's own, and with kBusy while another program
+  /// works on it, wherever its file lies.
   void DropCatalog(const platform::Text& sName, std::stop_token stop);
+
+  /// Takes in a file that was a catalog before, here or in another historian. Fails with
+  /// kInvalidArgument for a bad name or a file that is no catalog, with kKeyExists for a name or a
+  /// file that the historian has already, and with kServerNotFound or kNoRights.
+  CatalogRecord AttachCatalog(const platform::Text& sName, const std::filesystem::path& file,
+                              std::stop_token stop);
+  /// Lets go of a catalog, whose file stays wherever it lies; otherwise as DropCatalog.
+  CatalogRecord DetachCatalog(const platform::Text& sName, std::stop_token stop);
 
  private:
   std::vector<CatalogRecord> ReadRecords(std::stop_token stop);
+  void CheckSystemCatalog(const platform::Text& sServer, std::stop_token stop);
+  void PutRight(std::stop_token stop);
+  void FinishChanges();
+  void FinishChangesNow() noexcept;
   void CheckNew(const CatalogRecord& record, std::stop_token stop);
-  void Register(const CatalogRecord& record, const std::filesystem::path& stored,
-                std::stop_token stop);
+  void Register(const CatalogRecord& record, std::stop_token stop);
+  CatalogRecord Forget(const platform::Text& sName, const char* sVerb, const char* sVerbed,
+                       std::stop_token stop);
 
   std::filesystem::path m_folder;
   std::unique_ptr<engines::EngineSession> m_session;  ///< on the system catalog

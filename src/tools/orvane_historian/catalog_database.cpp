@@ -4,6 +4,8 @@
 
 #include "platform/failure.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
+#include "provider/engines/sqlite/sqlite_files.h"
+#include "provider/historian/historian.h"
 
 namespace orvane::tools {
 
@@ -74,6 +76,7 @@ void PreparedStatement::Check(int nCode) {
 
 CatalogDatabase::CatalogDatabase(const provider::historian::CatalogRecord& record)
     : m_sSubject("The catalog \"" + record.sName + "\""), m_llKilobytes(record.llKilobytes) {
+  provider::engines::CheckFile(provider::historian::EngineCatalog(record, false));
   sqlite3* database = nullptr;
   const int nCode = sqlite3_open_v2(record.file.c_str(), &database,
                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE, nullptr);
@@ -101,6 +104,12 @@ void CatalogDatabase::InTransaction(const std::function<void()>& work) {
     sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
     throw;
   }
+}
+
+bool CatalogDatabase::HasMoved() const {
+  int nMoved = 0;
+  sqlite3_file_control(m_database.get(), "main", SQLITE_FCNTL_HAS_MOVED, &nMoved);
+  return nMoved != 0;
 }
 
 void CatalogDatabase::Fail() {

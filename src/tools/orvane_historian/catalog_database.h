@@ -51,6 +51,8 @@ class CatalogDatabase {
   void Execute(const char* sSql);
   /// Does the work in one transaction: all of it is there afterwards, or nothing.
   void InTransaction(const std::function<void()>& work);
+  /// True when the catalog's file was moved, removed or replaced since it was opened.
+  bool HasMoved() const;
   /// Throws the failure for the last error.
   [[noreturn]] void Fail();
   sqlite3* Handle() const { return m_database.get(); }

@@ -27,7 +27,8 @@ constexpr int kFailed = 1;
 
 struct Options {
   tools::ServerPlace place{provider::historian::DefaultRoot(),
-                           Text(provider::historian::kDefaultServer)};
+                           Text(provider::historian::kDefaultServer),
+                           provider::historian::KnownHistorians::OfUser()};
   Text sFile;
   Text sCatalog;
   Text sTable;
@@ -53,8 +54,23 @@ void Init(const Options& options) {
   }
   // Opening tells whether what is there can be used.
   provider::engines::SqliteEngine engine;
-  const provider::historian::Historian opened(options.place.root, sServer, engine, {});
+  const auto opened = tools::OpenHistorian(options.place, engine);
   std::cout << sWhat << " the historian " << sServer << " in " << folder.string() << ".\n";
+}
+
+void Attach(const Options& options) {
+  provider::engines::SqliteEngine engine;
+  const auto record = tools::OpenHistorian(options.place, engine)
+                          .AttachCatalog(options.sCatalog, options.sFile, {});
+  std::cout << "Attached the catalog " << record.sName << " in " << record.file.string() << ".\n";
+}
+
+void Detach(const Options& options) {
+  provider::engines::SqliteEngine engine;
+  const auto record =
+      tools::OpenHistorian(options.place, engine).DetachCatalog(options.sCatalog, {});
+  std::cout << "Detached the catalog " << record.sName << "; its file stays in "
+            << record.file.string() << ".\n";
 }
 
 void Import(const Options& options) {
@@ -132,6 +148,16 @@ int Main(int argc, char** argv) {
   init->fallthrough();
   init->add_option("NAME", options.place.sServer, "the historian (default: localhost)");
 
+  auto* const attach =
+      app.add_subcommand("attach", "take a catalog's file in, such as one that was detached");
+  server(attach);
+  attach->add_option("NAME", options.sCatalog, "the catalog's name")->required();
+  attach->add_option("FILE", options.sFile, "its file, which stays where it is")->required();
+
+  auto* const detach = app.add_subcommand("detach", "let go of a catalog; its file stays");
+  server(detach);
+  detach->add_option("NAME", options.sCatalog, "the catalog")->required();
+
   auto* const import = app.add_subcommand("import", "read rows into a table, all of them or none");
   server(import);
   import->add_option("FILE", options.sFile, "comma-separated values; the first line names columns")
@@ -178,6 +204,8 @@ int Main(int argc, char** argv) {
     return kFailed;
   }
   if (*init) Init(options);
+  if (*attach) Attach(options);
+  if (*detach) Detach(options);
   if (*import) Import(options);
   if (*record) {
     options.sCatalog = sRecordCatalog;

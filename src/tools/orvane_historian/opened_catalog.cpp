@@ -25,15 +25,19 @@ std::optional<CatalogRecord> Find(Historian& historian, const Text& sCatalog) {
   return record;
 }
 
-Historian Open(const ServerPlace& place, provider::engines::Engine& engine) {
-  return {place.root, provider::historian::ServerFromDataSource(place.sServer), engine, {}};
-}
-
 }  // namespace
+
+Historian OpenHistorian(const ServerPlace& place, provider::engines::Engine& engine) {
+  return {place.root,
+          provider::historian::ServerFromDataSource(place.sServer),
+          engine,
+          {},
+          place.known};
+}
 
 CatalogRecord FindCatalog(const ServerPlace& place, const Text& sCatalog) {
   provider::engines::SqliteEngine engine;
-  Historian historian = Open(place, engine);
+  Historian historian = OpenHistorian(place, engine);
   if (auto record = Find(historian, sCatalog)) return *std::move(record);
   throw Failure(failure::kInvalidArgument, "There is no catalog \"" + sCatalog +
                                                "\" on this server; create it first, for example "
@@ -42,7 +46,7 @@ CatalogRecord FindCatalog(const ServerPlace& place, const Text& sCatalog) {
 
 CatalogRecord FindOrMakeCatalog(const ServerPlace& place, const Text& sCatalog) {
   provider::engines::SqliteEngine engine;
-  Historian historian = Open(place, engine);
+  Historian historian = OpenHistorian(place, engine);
   if (auto record = Find(historian, sCatalog)) return *std::move(record);
   try {
     return historian.CreateCatalog(sCatalog, {}, 0, {});

@@ -6,6 +6,7 @@
 
 #include "provider/engines/engine.h"
 #include "provider/historian/catalog_record.h"
+#include "provider/historian/historian.h"
 
 namespace orvane::tools {
 
@@ -13,7 +14,12 @@ namespace orvane::tools {
 struct ServerPlace {
   std::filesystem::path root;
   platform::Text sServer;
+  provider::historian::KnownHistorians known{};  ///< those that were there once
 };
+
+/// Opens the server's historian.
+provider::historian::Historian OpenHistorian(const ServerPlace& place,
+                                             provider::engines::Engine& engine);
 
 /// The catalog of that name. Fails when there is none or it is the historian's own.
 provider::historian::CatalogRecord FindCatalog(const ServerPlace& place,

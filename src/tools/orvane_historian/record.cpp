@@ -1,10 +1,6 @@
 #include "tools/orvane_historian/record.h"
 
-#include <fcntl.h>
 #include <signal.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <deque>
@@ -15,6 +11,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "provider/historian/recorder_lock.h"
 #include "tools/orvane_historian/catalog_database.h"
 #include "tools/orvane_historian/machine_counters.h"
 
@@ -26,43 +23,6 @@ using platform::Failure;
 using platform::Text;
 using platform::Timestamp;
 namespace failure = platform::failure;
-
-// Holds the catalog for this recorder; the system lets go of it when the process ends.
-class RecorderLock {
- public:
-  explicit RecorderLock(const provider::historian::CatalogRecord& record)
-      : m_sFile(record.file.string() + ".recorder"),
-        m_nFile(::open(m_sFile.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0644)) {
-    if (m_nFile < 0) FailToLock(errno);
-  }
-  RecorderLock(const RecorderLock&) = delete;
-  RecorderLock& operator=(const RecorderLock&) = delete;
-  ~RecorderLock() { ::close(m_nFile); }
-
-  // False while another recorder holds the catalog.
-  bool Take() const {
-    if (flock(m_nFile, LOCK_EX | LOCK_NB) == 0) return true;
-    if (errno != EWOULDBLOCK) FailToLock(errno);
-    return false;
-  }
-  // False when the catalog was dropped, and perhaps made anew, since the file was opened.
-  bool IsOfCatalog() const {
-    struct stat own {};
-    struct stat named {};
-    return fstat(m_nFile, &own) == 0 && ::stat(m_sFile.c_str(), &named) == 0 &&
-           own.st_dev == named.st_dev && own.st_ino == named.st_ino;
-  }
-
- private:
-  [[noreturn]] void FailToLock(int nError) const {
-    throw Failure(failure::kNoRights,
-                  "The file " + m_sFile + " cannot be written; check your rights on its folder.",
-                  "orvane-historian", nError);
-  }
-
-  Text m_sFile;
-  int m_nFile = -1;
-};
 
 // SIGTERM and SIGINT, waited for instead of handled.
 class StopSignals {
@@ -95,46 +55,49 @@ struct Sample {
   std::vector<Counter> counters;
 };
 
-class Recorder {
+// What is written into a catalog's file, and the file.
+class Rows {
  public:
-  Recorder(CatalogDatabase& database, seconds keep)
-      : m_database(database),
+  Rows(const provider::historian::CatalogRecord& record, seconds keep)
+      : m_database(record),
         m_keep(keep),
-        m_insert(database, "INSERT OR IGNORE INTO Data (Tag, Timestamp, Value) VALUES (?, ?, ?)"),
-        m_describe(database,
+        m_insert(m_database, "INSERT OR IGNORE INTO Data (Tag, Timestamp, Value) VALUES (?, ?, ?)"),
+        m_describe(m_database,
                    "INSERT INTO Tags (Tag, Description, Unit, Type) VALUES (?, ?, ?, 'number') "
                    "ON CONFLICT (Tag) DO UPDATE SET Description = excluded.Description, "
                    "Unit = excluded.Unit WHERE Description IS NOT excluded.Description OR "
                    "Unit IS NOT excluded.Unit"),
-        m_forget(database, "DELETE FROM Data WHERE Timestamp < ?") {}
-
-  void Take(Sample sample) {
-    // An hour of samples at most; longer than that nobody holds a lock by mistake.
-    constexpr std::size_t kMostWaiting = 3600;
-    if (m_waiting.size() == kMostWaiting) m_waiting.pop_front();
-    m_waiting.push_back(std::move(sample));
+        m_forget(m_database, "DELETE FROM Data WHERE Timestamp < ?") {
+    // The next second writes what this one cannot.
+    WaitForLocks(milliseconds(500));
   }
 
-  // Writes what waits; gives why it still waits where another program holds a lock or the disk is
-  // full.
-  std::optional<Failure> Write() {
-    if (m_waiting.empty()) return std::nullopt;
+  bool HasMoved() const { return m_database.HasMoved(); }
+  void WaitForLocks(milliseconds longest) {
+    sqlite3_busy_timeout(m_database.Handle(), static_cast<int>(longest.count()));
+  }
+
+  // All or nothing of the samples; gives why it is nothing where another program holds a lock, the
+  // disk is full or the file is no longer that of the catalog.
+  std::optional<Failure> Write(const std::deque<Sample>& samples) {
     std::set<Text> described;
-    const Timestamp last = m_waiting.back().time;
+    const Timestamp last = samples.back().time;
     const bool bForget = m_keep != seconds(0) && last >= m_nextForget;
     try {
       m_database.InTransaction([&] {
-        for (const auto& sample : m_waiting) WriteSample(sample, described);
+        for (const auto& sample : samples) WriteSample(sample, described);
         if (bForget) Forget(last);
       });
     } catch (const Failure& failed) {
-      if (failed.Number() != failure::kBusy && failed.Number() != failure::kStorage) throw;
+      if (failed.Number() != failure::kBusy && failed.Number() != failure::kStorage &&
+          !HasMoved()) {
+        throw;
+      }
       return failed;
     }
     // Only what is there for good need not be written again.
     m_described.merge(described);
     if (bForget) m_nextForget = last + minutes(1);  // once a minute is enough
-    m_waiting.clear();
     return std::nullopt;
   }
 
@@ -155,31 +118,32 @@ class Recorder {
     m_forget.Run();
   }
 
-  CatalogDatabase& m_database;
+  CatalogDatabase m_database;
   seconds m_keep;
   PreparedStatement m_insert;
   PreparedStatement m_describe;
   PreparedStatement m_forget;
   std::set<Text> m_described;
-  std::deque<Sample> m_waiting;
   Timestamp m_nextForget{};
 };
 
-// The catalog and the hold on it; null when a signal came while another recorder was at work. A
-// recorder without an end takes over from one that ends; one with a count has no time for that.
+// The catalog and the hold on it.
 struct HeldCatalog {
   explicit HeldCatalog(provider::historian::CatalogRecord found)
-      : record(std::move(found)), lock(record) {}
+      : record(std::move(found)), lock(record.file) {}
 
   provider::historian::CatalogRecord record;
-  RecorderLock lock;
+  provider::historian::RecorderLock lock;
 };
 
-std::unique_ptr<HeldCatalog> Hold(const ServerPlace& place, const RecordOrder& order,
-                                  const StopSignals& signals) {
+// Null when a signal came while another recorder was at work. A recorder without an end takes over
+// from one that ends; one with a count has no time for that.
+template <class Find>
+std::unique_ptr<HeldCatalog> Hold(const RecordOrder& order, const StopSignals& signals,
+                                  Find&& find) {
   bool bTold = false;
   for (;;) {
-    auto held = std::make_unique<HeldCatalog>(FindOrMakeCatalog(place, order.sCatalog));
+    auto held = std::make_unique<HeldCatalog>(find());
     while (!held->lock.Take()) {
       if (order.llCount != 0) {
         throw Failure(failure::kBusy, "Another recorder is at work on the catalog " +
@@ -203,19 +167,87 @@ void Tell(const std::optional<Failure>& why, Text& sTold) {
   }
 }
 
+// Samples on their way into the catalog, which waits here while its file cannot be written.
+class Recorder {
+ public:
+  Recorder(const ServerPlace& place, const RecordOrder& order, const StopSignals& signals)
+      : m_place(place), m_order(order), m_signals(signals) {}
+
+  // False when a signal came while another recorder was at work.
+  bool Begin() {
+    return Open([&] { return FindOrMakeCatalog(m_place, m_order.sCatalog); });
+  }
+
+  void Take(Sample sample) {
+    // An hour of samples at most; longer than that nobody holds a lock by mistake.
+    constexpr std::size_t kMostWaiting = 3600;
+    if (m_waiting.size() == kMostWaiting) m_waiting.pop_front();
+    m_waiting.push_back(std::move(sample));
+  }
+
+  // False when a signal came while another recorder was at work.
+  bool Write() {
+    if (m_rows->HasMoved() && !FollowCatalog()) return false;
+    const auto why = WriteWaiting();
+    // What was refused because the file has just gone is written into the next one.
+    if (!m_rows->HasMoved()) Tell(why, m_sTold);
+    return true;
+  }
+
+  // What still waits has ten seconds.
+  void End() {
+    if (m_rows->HasMoved() && !FollowCatalog()) return;
+    m_rows->WaitForLocks(seconds(10));
+    const auto why = WriteWaiting();
+    if (!why) return;
+    if (why->Number() != failure::kBusy) throw Failure(*why);
+    throw Failure(failure::kBusy, "The catalog " + m_held->record.sName +
+                                      " stayed locked by another program, so the last samples "
+                                      "were not written; close that program and record again.");
+  }
+
+ private:
+  template <class Find>
+  bool Open(Find&& find) {
+    m_held = Hold(m_order, m_signals, std::forward<Find>(find));
+    if (m_held) m_rows.emplace(m_held->record, m_order.keep);
+    return m_held != nullptr;
+  }
+
+  // Goes on in the file that the catalog has now. A catalog that was removed is not made again.
+  bool FollowCatalog() {
+    std::cerr << "The file " << m_held->record.file.string() << " of the catalog "
+              << m_held->record.sName
+              << " was removed or replaced; the recorder looks for the catalog anew.\n"
+              << std::flush;
+    m_rows.reset();
+    m_held.reset();
+    return Open([&] { return FindCatalog(m_place, m_order.sCatalog); });
+  }
+
+  std::optional<Failure> WriteWaiting() {
+    if (m_waiting.empty()) return std::nullopt;
+    auto why = m_rows->Write(m_waiting);
+    if (!why) m_waiting.clear();
+    return why;
+  }
+
+  const ServerPlace& m_place;
+  const RecordOrder& m_order;
+  const StopSignals& m_signals;
+  std::unique_ptr<HeldCatalog> m_held;
+  std::optional<Rows> m_rows;
+  std::deque<Sample> m_waiting;
+  Text m_sTold;
+};
+
 }  // namespace
 
 std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
   const StopSignals signals;
-  const auto held = Hold(place, order, signals);
-  if (!held) return 0;
-  const auto& record = held->record;
-  CatalogDatabase database(record);
-  // The next second writes what this one cannot.
-  sqlite3_busy_timeout(database.Handle(), 500);
-  Recorder recorder(database, order.keep);
+  Recorder recorder(place, order, signals);
+  if (!recorder.Begin()) return 0;
   MachineCounters counters(order.proc);
-  Text sTold;
   std::int64_t llSamples = 0;
   auto last = steady_clock::now();
   auto next = last;
@@ -227,16 +259,9 @@ std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
     recorder.Take({floor<milliseconds>(system_clock::now()), counters.Read(now - last)});
     last = now;
     ++llSamples;
-    Tell(recorder.Write(), sTold);
+    if (!recorder.Write()) return llSamples;
   }
-  // What still waits has ten seconds.
-  sqlite3_busy_timeout(database.Handle(), 10'000);
-  if (const auto why = recorder.Write()) {
-    if (why->Number() != failure::kBusy) throw Failure(*why);
-    throw Failure(failure::kBusy, "The catalog " + record.sName +
-                                      " stayed locked by another program, so the last samples "
-                                      "were not written; close that program and record again.");
-  }
+  recorder.End();
   return llSamples;
 }
 

@@ -21,7 +21,8 @@ struct RecordOrder {
 /// Records until the count is reached or SIGTERM or SIGINT comes; gives the number of samples. No
 /// sample is lost while another program holds a lock: it waits in memory for the next second. While
 /// another recorder is at work on the catalog, one without a count waits until that ends and takes
-/// over; one with a count fails.
+/// over; one with a count fails. When the catalog's file is removed or replaced it says so and goes
+/// on in the one that the catalog has then; it fails when there is none.
 std::int64_t Record(const ServerPlace& place, const RecordOrder& order);
 
 }  // namespace orvane::tools

@@ -17,6 +17,7 @@ using platform::Text;
 void BeginAsNewUser(const std::filesystem::path& folder) {
   for (const auto& [sVariable, sName] : {std::pair{"XDG_DATA_HOME", "data"},
                                          {"XDG_CONFIG_HOME", "config"},
+                                         {"XDG_STATE_HOME", "state"},
                                          {"XDG_CACHE_HOME", "cache"},
                                          {"HOME", "home"}}) {
     std::filesystem::create_directories(folder / sName);

@@ -45,6 +45,7 @@ class WholeJobTest : public testing::TestWithParam<Device> {
                 RegisterComponents(m_folder.path().toStdString())) {
     // Every historian begins as it does for a new user.
     qputenv("XDG_DATA_HOME", m_folder.filePath("data").toUtf8());
+    qputenv("XDG_STATE_HOME", m_folder.filePath("state").toUtf8());
     if (GetParam() == Device::Mouse) {
       m_hands = std::make_unique<MouseHands>(m_stage);
     } else {

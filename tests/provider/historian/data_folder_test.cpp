@@ -62,5 +62,12 @@ TEST(data_folder, lists_the_default_server_first_and_then_what_there_is) {
   EXPECT_EQ(KnownServers(root.Path()), (std::vector<Text>{"localhost", "a", "b"}));
 }
 
+TEST(data_folder, there_is_no_historian_without_a_home) {
+  EXPECT_EQ(FailureOf([] { HistorianFolder({}, "localhost"); }),
+            "3800: There is no home folder to keep historians in; set HOME, or XDG_DATA_HOME, to "
+            "the whole path of a folder and start again.");
+  EXPECT_EQ(KnownServers({}), (std::vector<Text>{"localhost"}));
+}
+
 }  // namespace
 }  // namespace orvane::provider::historian

@@ -132,6 +132,19 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
           "{} cannot be opened: check that you may read and write its file and "
           "folder.",
           sSubject);
+    case SQLITE_READONLY:
+      if (nCode == SQLITE_READONLY_DBMOVED) {
+        return fmt::format(
+            "{} is in a file that was moved, removed or replaced while it was open: connect again.",
+            sSubject);
+      }
+      if (nCode == SQLITE_READONLY_ROLLBACK) {
+        return fmt::format(
+            "{} was left in the middle of a change by a program that broke off: let someone who "
+            "may write its file open it.",
+            sSubject);
+      }
+      break;
     default:
       break;
   }

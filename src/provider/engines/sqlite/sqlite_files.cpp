@@ -2,17 +2,68 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
+#include <utility>
+#include <vector>
 
 #include "platform/failure.h"
+#include "provider/engines/sqlite/sqlite_handle.h"
 
 namespace orvane::provider::engines {
 
 using platform::Failure;
 using platform::Text;
 namespace failure = platform::failure;
+
+namespace {
+
+// Bytes 18 and 19 of a database tell how it is written and read.
+constexpr int kModePlace = 18;
+constexpr std::array<unsigned char, 2> kLogMode = {2, 2};
+
+// Read through SQLite: a descriptor of one's own would, when it is closed, let go of the locks that
+// other connections of this process hold on the file.
+bool IsInLogMode(const Text& sPath) {
+  sqlite3_vfs* const vfs = sqlite3_vfs_find(nullptr);
+  // As large and as aligned as this file system's SQLite wants it.
+  const std::size_t nWords = static_cast<std::size_t>(vfs->szOsFile) / sizeof(std::max_align_t) + 1;
+  std::vector<std::max_align_t> memory(nWords);
+  auto* const file = reinterpret_cast<sqlite3_file*>(memory.data());
+  // The name is read to the second of two zero bytes.
+  const Text sName = sPath + Text(2, '\0');
+  int nFlags = 0;
+  if (vfs->xOpen(vfs, sName.c_str(), file, SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB, &nFlags) !=
+      SQLITE_OK) {
+    return false;
+  }
+  std::array<unsigned char, 2> mode{};
+  const int nRead = file->pMethods->xRead(file, mode.data(), mode.size(), kModePlace);
+  file->pMethods->xClose(file);
+  return nRead == SQLITE_OK && mode == kLogMode;
+}
+
+// Opens the file for writing and does the work there; what fails is left to whoever opens it next.
+template <class Work>
+void Try(const Text& sPath, Work&& work) {
+  sqlite3* database = nullptr;
+  const int nResult = sqlite3_open_v2(sPath.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
+  const SqliteHandle handle(database);
+  if (nResult != SQLITE_OK) return;
+  std::forward<Work>(work)([&](const char* sSql) {
+    return sqlite3_exec(database, sSql, nullptr, nullptr, nullptr) == SQLITE_OK;
+  });
+}
+
+bool IsOwner(const Text& sPath) {
+  struct stat file {};
+  return ::geteuid() == 0 || (::stat(sPath.c_str(), &file) == 0 && file.st_uid == ::geteuid());
+}
+
+}  // namespace
 
 Text SubjectOf(const Catalog& catalog) {
   if (!catalog.sName.empty()) return fmt::format("The catalog \"{}\"", catalog.sName);
@@ -43,6 +94,26 @@ void CheckFile(const Catalog& catalog) {
   if (::faccessat(AT_FDCWD, catalog.sPlace.c_str(), R_OK, AT_EACCESS) != 0) {
     error.assign(errno, std::generic_category());
     fail(failure::kNoRights, "you have no right to read its file \"{}\"; ask its owner for it");
+  }
+  if (IsInLogMode(catalog.sPlace)) {
+    if (!IsOwner(catalog.sPlace)) {
+      fail(
+          failure::kNoRights,
+          "its file \"{}\" is as an older version left it, so that reading it would lock its owner "
+          "out; ask its owner to open it once");
+    }
+    Try(catalog.sPlace, [](const auto& run) { run("PRAGMA journal_mode = DELETE"); });
+  }
+  const std::filesystem::path journal = catalog.sPlace + "-journal";
+  if (std::filesystem::exists(journal, error) &&
+      ::faccessat(AT_FDCWD, catalog.sPlace.c_str(), W_OK, AT_EACCESS) == 0) {
+    Try(catalog.sPlace, [&](const auto& run) {
+      // Takes back what was half done, and is refused while a writer lives. A journal in which
+      // nothing had been written down yet is left over even then, and no longer anybody's.
+      if (!run("BEGIN IMMEDIATE")) return;
+      std::filesystem::remove(journal, error);
+      run("ROLLBACK");
+    });
   }
 }
 

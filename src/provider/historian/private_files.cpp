@@ -1,0 +1,48 @@
+#include "provider/historian/private_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace orvane::provider::historian {
+
+namespace fs = std::filesystem;
+
+void MakePrivateFolders(const fs::path& folder, std::error_code& error) {
+  error.clear();
+  if (folder.empty() || fs::is_directory(folder, error)) return;
+  if (folder.has_parent_path() && folder.parent_path() != folder) {
+    MakePrivateFolders(folder.parent_path(), error);
+    if (error) return;
+  }
+  if (mkdir(folder.c_str(), kPrivateFolder) == 0) {
+    // The umask may have taken even the maker's rights.
+    if (chmod(folder.c_str(), kPrivateFolder) == 0) return;
+  } else if (errno == EEXIST) {
+    // Another program was faster, or something else is there.
+    const int nError = errno;
+    std::error_code ignored;
+    if (!fs::is_directory(folder, ignored))
+      error.assign(nError, std::generic_category());
+    else
+      error.clear();
+    return;
+  }
+  error.assign(errno, std::generic_category());
+}
+
+void MakePrivateFile(const fs::path& file, std::error_code& error) {
+  error.clear();
+  const int nFile =
+      open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kPrivateFile);
+  if (nFile < 0 || fchmod(nFile, kPrivateFile) != 0) error.assign(errno, std::generic_category());
+  if (nFile >= 0) close(nFile);
+}
+
+bool MayWriteInto(const fs::path& folder) {
+  return faccessat(AT_FDCWD, folder.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+}  // namespace orvane::provider::historian

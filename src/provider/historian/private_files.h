@@ -1,0 +1,24 @@
+// Files and folders that are their maker's alone, whatever the umask, until he shares them.
+// Used by all that the historian makes; any thread.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace orvane::provider::historian {
+
+constexpr mode_t kPrivateFile = 0600;
+constexpr mode_t kPrivateFolder = 0700;
+
+/// Makes the folder and those above it, as far as they are not there.
+void MakePrivateFolders(const std::filesystem::path& folder, std::error_code& error);
+
+/// Makes an empty file; fails with std::errc::file_exists when there is anything of its name.
+void MakePrivateFile(const std::filesystem::path& file, std::error_code& error);
+
+/// Whether this user may make and remove files in the folder.
+bool MayWriteInto(const std::filesystem::path& folder);
+
+}  // namespace orvane::provider::historian

@@ -1,0 +1,173 @@
+// Changes of catalogs that are stopped, fail or are killed on their way.
+#include <fstream>
+#include <functional>
+
+#include "provider/historian/catalog_file.h"
+#include "provider/historian/functions_catalog.h"
+#include "provider/historian/new_historian.h"
+#include "tests/provider/historian/historian_fixture.h"
+
+namespace orvane::provider::historian {
+namespace {
+
+using platform::Text;
+namespace fs = std::filesystem;
+
+// An engine that does something when a statement comes or before a transaction ends.
+class Meddling final : public engines::Engine {
+ public:
+  std::function<void(const Text& sSql)> whenRun = [](const Text&) {};
+  std::function<void()> beforeEnd = [] {};
+
+  std::unique_ptr<engines::EngineSession> Open(const engines::Catalog& main,
+                                               std::stop_token stop) override {
+    return std::make_unique<Session>(*this, m_engine.Open(main, stop));
+  }
+
+ private:
+  class Session final : public engines::EngineSession {
+   public:
+    Session(Meddling& engine, std::unique_ptr<engines::EngineSession> session)
+        : m_engine(engine), m_session(std::move(session)) {}
+    engines::EngineResult Run(const engines::EngineStatement& statement,
+                              std::stop_token stop) override {
+      auto result = m_session->Run(statement, stop);
+      m_engine.whenRun(statement.sSql);
+      return result;
+    }
+    std::vector<engines::TableSchema> Schema(const engines::Catalog& catalog,
+                                             const engines::SchemaRequest& request,
+                                             std::stop_token stop) override {
+      return m_session->Schema(catalog, request, stop);
+    }
+    void InTransaction(std::span<const engines::Catalog> catalogs,
+                       const std::function<void()>& work, std::stop_token stop) override {
+      m_session->InTransaction(
+          catalogs,
+          [&] {
+            work();
+            m_engine.beforeEnd();
+          },
+          stop);
+    }
+    void Close() override { m_session->Close(); }
+
+   private:
+    Meddling& m_engine;
+    std::unique_ptr<engines::EngineSession> m_session;
+  };
+
+  engines::SqliteEngine m_engine{std::chrono::milliseconds(50)};
+};
+
+[[noreturn]] void FailLikeAFullDisk() {
+  throw platform::Failure(platform::failure::kStorage, "Full.");
+}
+
+class interrupted_changes : public HistorianFixture {
+ protected:
+  Meddling m_meddling;
+  Historian m_opened{m_root.Path(), "localhost", m_meddling, {}};
+  std::stop_source m_stop;
+};
+
+TEST_F(interrupted_changes, drops_nothing_when_it_is_stopped_on_its_way) {
+  const auto record = m_opened.CreateCatalog("Plant1", "", 0, {});
+  m_meddling.whenRun = [&](const Text& sSql) {
+    if (sSql.starts_with("DELETE")) m_stop.request_stop();
+  };
+  EXPECT_EQ(FailureOf([&] { m_opened.DropCatalog("Plant1", m_stop.get_token()); }),
+            "3712: The statement was cancelled.");
+  EXPECT_EQ(Names(m_opened), "Functions Orvane Plant1 ");
+  EXPECT_EQ(Rows(record), "1");
+}
+
+TEST_F(interrupted_changes, drops_nothing_when_the_record_cannot_be_written) {
+  const auto record = m_opened.CreateCatalog("Plant1", "", 0, {});
+  m_meddling.beforeEnd = FailLikeAFullDisk;
+  EXPECT_EQ(FailureOf([&] { m_opened.DropCatalog("Plant1", {}); }), "3807: Full.");
+  EXPECT_EQ(Names(m_opened), "Functions Orvane Plant1 ");
+  EXPECT_EQ(Rows(record), "1");
+  m_meddling.beforeEnd = [] {};
+  m_opened.DropCatalog("Plant1", {});
+  EXPECT_TRUE(fs::is_empty(m_root.Historian() / "catalogs"));
+}
+
+TEST_F(interrupted_changes, a_stop_ends_the_wait_for_a_catalog_in_use) {
+  const auto record = m_opened.CreateCatalog("Plant1", "", 0, {});
+  const Stranger stranger(record.file, "BEGIN; SELECT * FROM Tags");
+  m_meddling.whenRun = [&](const Text& sSql) {
+    if (sSql.starts_with("DELETE")) m_stop.request_stop();
+  };
+  EXPECT_EQ(FailureOf([&] { m_opened.DropCatalog("Plant1", m_stop.get_token()); }),
+            "3712: The statement was cancelled.");
+  EXPECT_EQ(Names(m_opened), "Functions Orvane Plant1 ");
+}
+
+TEST_F(interrupted_changes, creates_nothing_when_it_is_stopped_on_its_way) {
+  m_meddling.whenRun = [&](const Text& sSql) {
+    if (sSql.starts_with("INSERT")) m_stop.request_stop();
+  };
+  EXPECT_EQ(FailureOf([&] { m_opened.CreateCatalog("Plant1", "", 0, m_stop.get_token()); }),
+            "3712: The statement was cancelled.");
+  EXPECT_EQ(Names(m_opened), "Functions Orvane ");
+  EXPECT_TRUE(fs::is_empty(m_root.Historian() / "catalogs"));
+}
+
+TEST_F(interrupted_changes, creates_nothing_when_the_record_cannot_be_written) {
+  m_meddling.beforeEnd = FailLikeAFullDisk;
+  EXPECT_EQ(FailureOf([&] { m_opened.CreateCatalog("Plant1", "", 0, {}); }), "3807: Full.");
+  EXPECT_TRUE(fs::is_empty(m_root.Historian() / "catalogs"));
+  m_meddling.beforeEnd = [] {};
+  EXPECT_EQ(Rows(m_opened.CreateCatalog("Plant1", "", 0, {})), "1");
+  // A second one of that name leaves the first one's file alone.
+  EXPECT_EQ(FailureOf([&] { m_opened.CreateCatalog("Plant1", "", 0, {}); }).substr(0, 4), "457:");
+  EXPECT_EQ(FailureOf([&] { m_opened.CreateCatalog("Plant1", "", 0, {}); }).substr(0, 4), "457:");
+  EXPECT_EQ(Rows(*m_opened.Find("Plant1", {})), "1");
+}
+
+TEST_F(interrupted_changes, of_a_living_program_are_left_to_it) {
+  m_meddling.whenRun = [&](const Text& sSql) {
+    if (!sSql.starts_with("INSERT")) return;
+    // The file is there and not yet recorded: another console opens the historian right now.
+    const auto before = Content(m_root.Historian());
+    EXPECT_EQ(Names(*Open()), "Functions Orvane ");
+    EXPECT_EQ(Content(m_root.Historian()), before);
+  };
+  const auto record = m_opened.CreateCatalog("Plant1", "", 0, {});
+  m_meddling.whenRun = [](const Text&) {};
+  EXPECT_EQ(Rows(record), "1");
+  EXPECT_EQ(Content(m_root.Historian()),
+            (std::set<Text>{"Orvane.db", FunctionsFile(), "catalogs", "catalogs/Plant1.db"}));
+}
+
+TEST_F(interrupted_changes, a_file_that_was_put_in_the_place_of_a_hidden_one_stays) {
+  const auto record = m_opened.CreateCatalog("Plant1", "", 0, {});
+  // As a kill in the middle of a drop leaves it, and a helpful hand after that.
+  const fs::path hidden = record.file.parent_path() / ".Plant1.db.0123456789abcdef";
+  fs::rename(record.file, hidden);
+  fs::create_symlink(record.stored, m_root.Historian() / ".change.Plant1.db.0123456789abcdef");
+  std::ofstream(record.file) << "a copy";
+  Open();
+  EXPECT_EQ(fs::file_size(record.file), 6U);
+  EXPECT_TRUE(fs::exists(hidden));
+  fs::remove(record.file);
+  Open();
+  EXPECT_EQ(Rows(record), "1");
+  EXPECT_FALSE(fs::exists(hidden));
+}
+
+TEST_F(interrupted_changes, folders_of_historians_in_the_making_go_with_their_makers) {
+  const fs::path historians = m_root.Historian().parent_path();
+  fs::create_directories(historians / ".new-Ab3dEf" / "catalogs");
+  std::ofstream(historians / ".new-Ab3dEf" / "Orvane.db") << "x";
+  fs::create_directory(historians / ".newer");
+  const NewHistorian living(m_root.Historian("Plant7"));
+  Open();
+  EXPECT_FALSE(fs::exists(historians / ".new-Ab3dEf"));
+  EXPECT_TRUE(fs::exists(historians / ".newer"));
+  EXPECT_TRUE(fs::exists(living.Hidden()));
+}
+
+}  // namespace
+}  // namespace orvane::provider::historian

@@ -1,0 +1,69 @@
+// A program that is killed before the n-th change that it makes to files: each state that a kill
+// can leave is reached one by one, and always in the same way.
+#pragma once
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/ptrace.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <exception>
+#include <set>
+
+namespace orvane::tests {
+
+enum class Ended { Killed, ByItself, Untraceable };
+
+/// Whether the system call changes files, or what others can see of them.
+inline bool ChangesFiles(const __ptrace_syscall_info& call) {
+  static const std::set<long> changing = {
+      SYS_write,  SYS_pwrite64,  SYS_writev,   SYS_ftruncate, SYS_unlinkat, SYS_renameat2,
+      SYS_linkat, SYS_symlinkat, SYS_mkdirat,  SYS_fchmod,    SYS_fchmodat,
+#ifdef SYS_unlink  // the older calls, which not every machine has
+      SYS_unlink, SYS_rename,    SYS_renameat, SYS_link,      SYS_symlink,  SYS_mkdir,
+      SYS_rmdir,  SYS_chmod,
+#endif
+  };
+  if (call.op != PTRACE_SYSCALL_INFO_ENTRY) return false;
+  const auto number = static_cast<long>(call.entry.nr);
+#ifdef SYS_open
+  if (number == SYS_open) return (call.entry.args[1] & O_CREAT) != 0;
+#endif
+  return number == SYS_openat ? (call.entry.args[2] & O_CREAT) != 0 : changing.contains(number);
+}
+
+/// Does the work in a process of its own and kills that before its n-th changing call, from 1.
+template <class Work>
+Ended KilledBefore(int nCall, Work&& work) {
+  const pid_t child = fork();
+  if (child == 0) {
+    constexpr int kUntraceable = 97;
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(kUntraceable);
+    raise(SIGSTOP);
+    try {
+      work();
+    } catch (const std::exception&) {
+      _exit(1);
+    }
+    _exit(0);
+  }
+  int nStatus = 0;
+  waitpid(child, &nStatus, 0);
+  if (!WIFSTOPPED(nStatus)) return Ended::Untraceable;
+  ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+  for (int nCalls = 0;;) {
+    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+    waitpid(child, &nStatus, 0);
+    if (!WIFSTOPPED(nStatus)) return Ended::ByItself;
+    __ptrace_syscall_info call{};
+    if (ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call) <= 0) continue;
+    if (!ChangesFiles(call) || ++nCalls != nCall) continue;
+    kill(child, SIGKILL);
+    waitpid(child, &nStatus, 0);
+    return Ended::Killed;
+  }
+}
+
+}  // namespace orvane::tests

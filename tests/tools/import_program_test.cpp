@@ -1,0 +1,86 @@
+// orvane-historian import.
+#include "tests/tools/historian_program.h"
+
+namespace orvane::tools {
+namespace {
+
+using platform::Text;
+
+using import_program = HistorianProgram;
+
+TEST_F(import_program, imports_rows_with_checked_types) {
+  MakePlant();
+  const auto outcome = Import(
+      "\xEF\xBB\xBFtag,timestamp,Value,Status\r\n"
+      "T1,2024-05-31 10:00:00,1.5,Good\r\n"
+      "\"T,\"\"2\"\"\",2024-05-31T12:00:00+02:00,,\"Bad\nsensor\"\r\n");
+  EXPECT_EQ(outcome.sErrors, "");
+  EXPECT_EQ(outcome.nStatus, 0);
+  EXPECT_EQ(outcome.sOutput, "Imported 2 rows into Plant1..Data.\n");
+  EXPECT_EQ(Select("SELECT * FROM Plant1..Data ORDER BY Tag"),
+            "T,\"2\"|2024-05-31 10:00:00||Bad\nsensor\nT1|2024-05-31 10:00:00|1.5|Good\n");
+}
+
+TEST_F(import_program, names_the_bad_line_and_imports_nothing_at_all) {
+  MakePlant();
+  const Text sGood = "Tag,Timestamp,Value\nT1,2024-05-31,1\n\"a\nb\",2024-05-31,2\n";
+  const std::pair<Text, Text> rows[] = {
+      {"T2,2024-05-31,abc\n", "Line 5: \"abc\" is not a number for the column Value"},
+      {"T2,2024-02-30,1\n",
+       "Line 5: \"2024-02-30\" is not a time such as 2024-05-31 17:45:30 for the column Timestamp"},
+      {"T2,2024-05-31\n", "Line 5: it has 2 fields, but the first line names 3 columns"},
+      {"T2,2024-05-31,1,x\n", "Line 5: it has 4 fields, but the first line names 3 columns"},
+      {"T2,2024-05-31,\"1\n", "Line 5: a quote is opened and never closed"},
+      {"T2,2024-05-31,1\xFF\n", "Line 5: a field is no UTF-8 text"},
+      {"T1,2024-05-31,1\n",
+       "Line 5: A rule of the table refuses this: UNIQUE constraint failed: Data.Tag, "
+       "Data.Timestamp; correct the row"},
+      {",2024-05-31,1\n",
+       "Line 5: A rule of the table refuses this: NOT NULL constraint failed: Data.Tag; correct "
+       "the row"},
+  };
+  for (const auto& [sLine, sFailure] : rows) {
+    const auto outcome = Import(sGood + sLine);
+    EXPECT_EQ(outcome.nStatus, 1);
+    EXPECT_EQ(outcome.sErrors, sFailure + "; nothing was imported.\n");
+    EXPECT_EQ(outcome.sOutput, "");
+    EXPECT_EQ(Select("SELECT count(*) FROM Plant1..Data"), "0\n");
+  }
+}
+
+TEST_F(import_program, refuses_headers_tables_and_files_that_do_not_fit) {
+  MakePlant();
+  EXPECT_EQ(Import("Tag,Color\n").sErrors,
+            "Line 1: the table Data has no column \"Color\"; nothing was imported.\n");
+  EXPECT_EQ(Import("Tag,tag\n").sErrors,
+            "Line 1: the column \"tag\" is named twice; nothing was imported.\n");
+  EXPECT_EQ(Import("").sErrors,
+            "The file is empty; its first line must name columns of the table.\n");
+  EXPECT_EQ(Import("a\n", "Nothing").sErrors,
+            "There is no table \"Nothing\" in the catalog Plant1; name one that it has.\n");
+  const Text sFile = WriteFile("rows.csv", "Name\nx\n");
+  EXPECT_EQ(Run({"import", sFile, "--catalog", "Nowhere", "--table", "Data"}).sErrors,
+            "There is no catalog \"Nowhere\" on this server; create it first, for example in the "
+            "console.\n");
+  EXPECT_EQ(Run({"import", sFile, "--catalog", "Orvane", "--table", "Historians"}).sErrors,
+            "The catalog Orvane belongs to the historian itself; name one of your own.\n");
+  EXPECT_EQ(Run({"import", "/nowhere.csv", "--catalog", "Plant1", "--table", "Data"}).sErrors,
+            "The file /nowhere.csv cannot be read: No such file or directory; name another one.\n");
+  EXPECT_EQ(
+      Run({"import", sFile, "--catalog", "Plant1", "--table", "Data", "--server", "Far"}).sErrors,
+      "There is no historian \"Far\" on this machine; make it with \"orvane-historian init Far\" "
+      "or choose another server.\n");
+}
+
+TEST_F(import_program, replaces_rows_when_it_is_told_to) {
+  MakePlant();
+  const Text sFile = WriteFile("rows.csv", "Tag,Unit\nT1,bar\n");
+  const std::vector<Text> arguments = {"import",  sFile,  "--catalog", "Plant1",
+                                       "--table", "Tags", "--replace"};
+  EXPECT_EQ(Run(arguments).nStatus, 0);
+  EXPECT_EQ(Run(arguments).nStatus, 0);
+  EXPECT_EQ(Select("SELECT Tag, Unit FROM Plant1..Tags"), "T1|bar\n");
+}
+
+}  // namespace
+}  // namespace orvane::tools
