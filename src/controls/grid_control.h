@@ -18,6 +18,8 @@ class GridControl : public Interface {
   GridControl(GridServices services, const QString& sName) : m_core(std::move(services), sName) {}
 
   void* Window() override { return static_cast<QWidget*>(&m_core.Window()); }
+  void* LendStatusLine() override { return m_core.Window().LendStatusLine(); }
+  void TakeStatusLineBack() override { m_core.Window().TakeStatusLineBack(); }
 
   platform::Boolean ShowSqlStatements() const override { return m_core.Window().SqlShown(); }
   void ShowSqlStatements(platform::Boolean bShow) override { m_core.Window().SqlShown(bShow); }

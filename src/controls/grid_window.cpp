@@ -46,6 +46,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
       m_sqlPane(new SqlPane(m_splitter)),
       m_rows(new RowView(m_splitter)),
       m_notice(new EmptyNotice(m_rows->viewport())),
+      m_lineOverStatus(AddLine(this)),
       m_status(new StatusStrip(this)) {
   setAccessibleName(sName);
   m_splitter->addWidget(m_sqlPane);
@@ -62,7 +63,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(m_splitter, 1);
-  layout->addWidget(AddLine(this));
+  layout->addWidget(m_lineOverStatus);
   layout->addWidget(m_status);
   setFocusProxy(m_rows);
 
@@ -82,6 +83,18 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   m_patience.setSingleShot(true);
   m_patience.setInterval(kPatience);
   connect(&m_patience, &QTimer::timeout, this, [this] { StopWaiting(); });
+}
+
+QWidget* GridWindow::LendStatusLine() {
+  m_lineOverStatus->hide();
+  layout()->removeWidget(m_status);
+  return m_status;
+}
+
+void GridWindow::TakeStatusLineBack() {
+  m_lineOverStatus->show();
+  layout()->addWidget(m_status);
+  m_status->show();
 }
 
 void GridWindow::SqlShown(bool bShow) {

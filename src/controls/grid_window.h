@@ -50,6 +50,10 @@ class GridWindow : public QWidget {
   RowView& Rows() { return *m_rows; }
   const RowView& Rows() const { return *m_rows; }
 
+  /// The strip beneath the rows, for a place outside the window until it is taken back.
+  QWidget* LendStatusLine();
+  void TakeStatusLineBack();
+
   /// True while a listener is being called: the window may be in the middle of an event.
   bool Raising() const { return m_nRaising > 0; }
   /// Tells nobody anything any more.
@@ -73,6 +77,7 @@ class GridWindow : public QWidget {
   SqlPane* m_sqlPane;
   RowView* m_rows;
   EmptyNotice* m_notice;
+  QWidget* m_lineOverStatus;
   StatusStrip* m_status;
   QTimer m_patience;
   bool m_bSqlShown = false;

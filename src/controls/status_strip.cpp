@@ -77,6 +77,7 @@ StatusStrip::StatusStrip(QWidget* parent)
       m_notice(AddLabel<GivingLabel>(this, "notice", "Notice")),
       m_position(AddLabel<QLabel>(this, "position", "Current row")) {
   setObjectName("status");
+  setAccessibleName("Rows");
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(8, 3, 8, 3);
   layout->setSpacing(16);

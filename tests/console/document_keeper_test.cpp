@@ -212,6 +212,20 @@ TEST_F(MainWindowTest, second_opener_gets_the_document_read_only_and_is_told) {
   EXPECT_EQ(answer.Count(), 1);
 }
 
+TEST_F(MainWindowTest, save_as_opens_beside_the_document) {
+  QDir(m_folder.path()).mkdir("plant");
+  ASSERT_TRUE(m_window->SaveTo(Path("plant/one.orvc")));
+  DialogAnswer answer([&](QWidget* widget) {
+    auto* dialog = qobject_cast<QFileDialog*>(widget);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->directory().path(), m_folder.filePath("plant"));
+    EXPECT_EQ(dialog->selectedFiles(), QStringList({m_folder.filePath("plant/one.orvc")}));
+    QTest::keyClick(dialog, Qt::Key_Escape);
+  });
+  Action("actSaveAs")->trigger();
+  EXPECT_EQ(answer.Count(), 1);
+}
+
 TEST_F(MainWindowTest, document_not_read_whole_is_not_written_again) {
   ASSERT_TRUE(m_window->SaveTo(Path("plant.orvc")));
   m_script->bReadWhole = false;

@@ -2,6 +2,7 @@
 // them. Made by the session under test through its creator; one thread.
 #pragma once
 
+#include <QLabel>
 #include <QLineEdit>
 #include <functional>
 #include <map>
@@ -20,15 +21,21 @@ using platform::Long;
 using platform::ScopeItemPtr;
 using platform::Text;
 
-/// A control with an entry box as its window.
+/// A control with an entry box as its window, and a line that tells of it.
 class FakeControl final : public platform::Control {
  public:
-  FakeControl() { m_window.setObjectName("fakeControl"); }
+  FakeControl() {
+    m_window.setObjectName("fakeControl");
+    m_line->setObjectName("fakeStatusLine");
+  }
   void* Window() override { return &m_window; }
+  void* LendStatusLine() override { return m_line; }
+  void TakeStatusLineBack() override { m_line->setParent(&m_window); }
   QLineEdit& Box() { return m_window; }
 
  private:
   QLineEdit m_window;
+  QLabel* m_line = new QLabel("50 rows", &m_window);
 };
 
 /// What outlives the snap-in: its instructions and its log.

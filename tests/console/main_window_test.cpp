@@ -2,12 +2,16 @@
 
 #include <gmock/gmock.h>
 
+#include <QDir>
 #include <QHeaderView>
 #include <QLabel>
+#include <QScreen>
+#include <QStatusBar>
 #include <QTest>
 
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
+#include "console/window/guide_window.h"
 #include "tests/console/main_window_fixture.h"
 
 namespace orvane::console {
@@ -67,18 +71,138 @@ TEST_F(MainWindowTest, owner_hears_of_the_end_of_each_event) {
 
 TEST_F(MainWindowTest, window_and_columns_come_back_with_the_document) {
   ClickExpandMark("");
-  m_window->resize(900, 500);
+  m_window->resize(700, 500);
   Results().List().DetailsView()->header()->resizeSection(0, 333);
   Action("actStatusBar")->trigger();
   ASSERT_TRUE(m_window->SaveTo(Path("view.orvc")));
-  m_window->resize(700, 400);
+  m_window->resize(600, 400);
   Action("actStatusBar")->trigger();
   m_window->NewDocument();
   ASSERT_TRUE(m_window->OpenDocument(Path("view.orvc")));
-  EXPECT_EQ(m_window->size(), QSize(900, 500));
+  EXPECT_EQ(m_window->size(), QSize(700, 500));
   EXPECT_FALSE(Action("actStatusBar")->isChecked());
   EXPECT_EQ(Results().List().DetailsView()->header()->sectionSize(0), 333);
   EXPECT_FALSE(Scope().isExpanded(IndexOf("")));
+}
+
+TEST_F(MainWindowTest, new_window_is_on_the_screen_whole) {
+  const QRect room = m_window->screen()->availableGeometry();
+  m_window = nullptr;
+  MakeWindow();
+  EXPECT_TRUE(room.contains(m_window->frameGeometry()));
+  // Its title too, once there is one.
+  EXPECT_LT(m_window->height(), room.height());
+}
+
+TEST_F(MainWindowTest, window_of_a_document_is_kept_on_the_screen_with_its_title) {
+  const QRect room = m_window->screen()->availableGeometry();
+  for (const QRect& wanted : {QRect(-3000, -500, 600, 400), QRect(0, 0, 20000, 9000),
+                              QRect(room.right() - 5, room.bottom() - 5, 500, 400)}) {
+    m_window->setGeometry(wanted);
+    Settle();
+    ASSERT_TRUE(m_window->SaveTo(Path("far.orvc")));
+    m_window->NewDocument();
+    ASSERT_TRUE(m_window->OpenDocument(Path("far.orvc")));
+    Settle();
+    EXPECT_TRUE(room.contains(m_window->frameGeometry()))
+        << wanted.x() << " " << wanted.y() << " " << m_window->frameGeometry().width();
+  }
+  m_window->showFullScreen();
+  Settle();
+  ASSERT_TRUE(m_window->SaveTo(Path("full.orvc")));
+  m_window->showNormal();
+  m_window->NewDocument();
+  ASSERT_TRUE(m_window->OpenDocument(Path("full.orvc")));
+  EXPECT_FALSE(m_window->isFullScreen());
+}
+
+TEST_F(MainWindowTest, window_can_be_as_small_as_a_small_screen_however_large_its_letters) {
+  const auto before = QApplication::font();
+  auto font = before;
+  // 14 points at 160 dots an inch.
+  font.setPixelSize(31);
+  QApplication::setFont(font);
+  m_script->menus["Table"] = {{"m_mnuQuery", "Query...", true}};
+  ExpandToTables();
+  for (const char* sKey : {"", "alpha", "alpha.Catalogs.Machine", "alpha.Catalogs.Machine.Tags"}) {
+    ClickItem(sKey);
+    const auto least = m_window->minimumSizeHint();
+    EXPECT_LE(least.width(), 1366 - 8) << sKey;
+    EXPECT_LE(least.height(), 768 - 60) << sKey;
+  }
+  QApplication::setFont(before);
+}
+
+TEST_F(MainWindowTest, name_of_the_server_does_not_hold_the_window_open) {
+  const int iLeast = m_window->minimumSizeHint().width();
+  m_script->expand = [](Services& services, const ScopeItemPtr& item) {
+    fakes::AddItem(services, item, "Server", Text(900, 'm'), Text(900, 'm'), true);
+  };
+  ClickExpandMark("");
+  ClickItem(Text(900, 'm'));
+  EXPECT_LE(m_window->minimumSizeHint().width(), std::max(iLeast, 1000));
+}
+
+TEST_F(MainWindowTest, line_of_a_control_stands_in_the_one_bar_at_the_bottom) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  auto* line = m_window->findChild<QWidget*>("fakeStatusLine");
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->parentWidget(), m_window->statusBar());
+  EXPECT_TRUE(line->isVisible());
+  // Without the bar it stays with the control.
+  Action("actStatusBar")->trigger();
+  EXPECT_EQ(line->parentWidget(), m_window->findChild<QWidget*>("fakeControl"));
+  Action("actStatusBar")->trigger();
+  EXPECT_EQ(line->parentWidget(), m_window->statusBar());
+  ClickItem("alpha");
+  EXPECT_EQ(m_window->findChild<QWidget*>("fakeStatusLine"), nullptr);
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  m_window->NewDocument();
+  EXPECT_EQ(m_window->findChild<QWidget*>("fakeStatusLine"), nullptr);
+}
+
+TEST_F(MainWindowTest, f1_opens_the_guide_once) {
+  QTest::keyClick(&Scope(), Qt::Key_F1);
+  Settle();
+  auto* guide = m_window->findChild<GuideWindow*>();
+  ASSERT_NE(guide, nullptr);
+  EXPECT_TRUE(guide->isVisible());
+  EXPECT_TRUE(guide->toPlainText().contains("keyboard"));
+  EXPECT_TRUE(guide->screen()->availableGeometry().contains(guide->frameGeometry()));
+  QTest::keyClick(&Scope(), Qt::Key_F1);
+  Settle();
+  EXPECT_EQ(m_window->findChildren<GuideWindow*>().size(), 1);
+  QTest::keyClick(guide, Qt::Key_Escape);
+  EXPECT_TRUE(Waits([&] { return m_window->findChild<GuideWindow*>() == nullptr; }));
+}
+
+TEST_F(MainWindowTest, guide_is_looked_for_with_what_is_installed_and_where_it_was_built) {
+  const QDir top(m_folder.path());
+  const auto put = [&](const QString& sFile) {
+    ASSERT_TRUE(top.mkpath(QFileInfo(sFile).path()));
+    QFile file(top.filePath(sFile));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  };
+  ASSERT_TRUE(top.mkpath("usr/bin"));
+  ASSERT_TRUE(top.mkpath("tree/build/release/bin"));
+  EXPECT_EQ(GuideFor(top.filePath("usr/bin")), "");
+  put("usr/share/doc/orvane-console/user-guide.md");
+  put("tree/docs/user-guide.md");
+  EXPECT_EQ(GuideFor(top.filePath("usr/bin")),
+            top.filePath("usr/share/doc/orvane-console/user-guide.md"));
+  EXPECT_EQ(GuideFor(top.filePath("tree/build/release/bin")),
+            top.filePath("tree/docs/user-guide.md"));
+}
+
+TEST_F(MainWindowTest, guide_that_is_not_there_is_told_of) {
+  DialogAnswer answer([](QWidget* box) {
+    EXPECT_TRUE(qobject_cast<QMessageBox*>(box)->text().startsWith("The guide is not there"));
+    Press(box, QMessageBox::Ok);
+  });
+  GuideWindow::Open({}, m_window.get());
+  EXPECT_EQ(answer.Count(), 1);
+  EXPECT_EQ(m_window->findChild<GuideWindow*>(), nullptr);
 }
 
 TEST_F(MainWindowTest, snap_in_that_cannot_be_loaded_is_told_and_the_window_stays_usable) {

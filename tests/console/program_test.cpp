@@ -153,6 +153,7 @@ TEST_F(ProgramTest, tour_does_the_main_job_and_leaves_texts_pictures_and_a_copy)
   const auto sTour = m_folder.filePath("tour");
   const auto outcome = RunConsole({"--tour", sTour, ORVANE_SAMPLE});
   ASSERT_EQ(outcome.iExit, 0) << outcome.sError;
+  EXPECT_EQ(outcome.sError, "");
   EXPECT_THAT(outcome.sOut, HasSubstr("ORVANE Servers\n  localhost\n    Catalogs\n"));
   EXPECT_THAT(outcome.sOut, HasSubstr("\n      Machine\n        Data\n"));
   EXPECT_THAT(outcome.sOut, HasSubstr("\n    Queries\n      Processor load, last hour\n"));

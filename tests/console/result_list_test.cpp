@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 
 #include <QHeaderView>
+#include <QHelpEvent>
+#include <QSplitter>
 #include <QTest>
+#include <QToolTip>
 
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
@@ -52,7 +55,8 @@ TEST_F(MainWindowTest, list_shows_the_columns_that_its_rows_bring_along) {
   ASSERT_EQ(view->model()->columnCount(), 2);
   EXPECT_EQ(view->model()->headerData(1, Qt::Horizontal).toString(), "Query");
   EXPECT_EQ(view->header()->sectionSize(0), 200);
-  EXPECT_EQ(view->header()->sectionSize(1), 300);
+  // The last one has the room that is left.
+  EXPECT_EQ(view->header()->length(), view->viewport()->width());
   EXPECT_THAT(ListTexts(1), ElementsAre("SELECT 1"));
 }
 
@@ -85,6 +89,54 @@ TEST_F(MainWindowTest, list_follows_items_that_come_and_go) {
   EXPECT_THAT(ListTexts(), ElementsAre("alpha", "gamma"));
   Find("gamma")->ListSubItems().Add(1, "Name", "renamed");
   EXPECT_THAT(ListTexts(), ElementsAre("alpha", "renamed"));
+}
+
+TEST_F(MainWindowTest, columns_take_the_room_until_somebody_chooses_their_widths) {
+  ClickExpandMark("");
+  const auto* view = Results().List().DetailsView();
+  const auto room = [&] { return view->viewport()->width(); };
+  EXPECT_EQ(view->header()->sectionSize(0), room());
+  m_window->resize(m_window->width() - 100, m_window->height());
+  Settle();
+  EXPECT_EQ(view->header()->sectionSize(0), room());
+  m_window->findChild<QSplitter*>("splitter")->setSizes({2000, 1});
+  Settle();
+  EXPECT_GE(view->header()->sectionSize(0), 200);
+  view->header()->resizeSection(0, 222);
+  m_window->findChild<QSplitter*>("splitter")->setSizes({1, 2000});
+  Settle();
+  ClickItem("alpha");
+  ClickItem("");
+  Settle();
+  EXPECT_EQ(view->header()->sectionSize(0), 222);
+}
+
+TEST_F(MainWindowTest, what_a_column_cuts_is_read_in_a_tool_tip) {
+  ClickExpandMark("");
+  ClickExpandMark("alpha");
+  ClickItem("alpha.Queries");
+  QTest::keyClick(&Scope(), Qt::Key_Return);
+  Settle();
+  auto* view = Results().List().DetailsView();
+  const auto tipAt = [&](QWidget* widget, const QPoint& at) {
+    QToolTip::hideText();
+    QHelpEvent event(QEvent::ToolTip, at, widget->mapToGlobal(at));
+    QApplication::sendEvent(widget, &event);
+    return QToolTip::text();
+  };
+  const auto ofHeading = [&] {
+    return tipAt(view->header()->viewport(), {view->header()->sectionViewportPosition(1) + 5, 5});
+  };
+  const auto ofCell = [&] {
+    return tipAt(view->viewport(), view->visualRect(view->model()->index(0, 1)).center());
+  };
+  EXPECT_EQ(view->header()->textElideMode(), Qt::ElideRight);
+  EXPECT_EQ(ofHeading(), "");
+  EXPECT_EQ(ofCell(), "");
+  view->header()->setMinimumSectionSize(10);
+  view->header()->resizeSection(1, 20);
+  EXPECT_EQ(ofHeading(), "Query");
+  EXPECT_EQ(ofCell(), "SELECT 1");
 }
 
 TEST_F(MainWindowTest, list_can_be_shown_as_icons) {

@@ -118,6 +118,95 @@ TEST_F(MainWindowTest, command_on_an_item_with_a_list_takes_its_place_from_a_gri
   EXPECT_EQ(m_script->log.back(), "Click m_mnuDisconnect 1");
 }
 
+/// The keys for an item's commands, pressed in the tree and in the list.
+class CommandKeysTest : public MainWindowTest {
+ protected:
+  CommandKeysTest() {
+    m_script->menus["Query"] = {{"m_mnuEdit", "Edit...", true}, {"m_mnuRemove", "Remove", true}};
+    m_script->menus["Server"] = {{"m_mnuRemoveServer", "Remove", true}};
+    m_script->menus["Catalog"] = {{"m_mnuCatalogRemove", "Remove", false}};
+    m_script->menuClick = [this](Services&, const Text&, const platform::Selection& selection) {
+      m_clicked.push_back(selection.ScopeItem(1)->Key());
+    };
+    ExpandToTables();
+    ClickItem("alpha.Queries");
+    QTest::keyClick(&Scope(), Qt::Key_Return);
+    Settle();
+    m_script->log.clear();
+  }
+  void Key(QWidget& pane, Qt::Key key) {
+    pane.setFocus();
+    QTest::keyClick(&pane, key);
+    Settle();
+  }
+  std::vector<Text> Clicks() const {
+    std::vector<Text> clicks;
+    for (const auto& sEntry : m_script->log) {
+      if (sEntry.starts_with("Click ")) clicks.push_back(sEntry);
+    }
+    return clicks;
+  }
+
+  std::vector<Text> m_clicked;
+};
+
+TEST_F(CommandKeysTest, f2_edits_and_delete_removes_the_item_marked_in_the_tree) {
+  ClickItem("alpha.Queries.Load");
+  Key(Scope(), Qt::Key_F2);
+  Key(Scope(), Qt::Key_Delete);
+  ClickItem("beta");
+  Key(Scope(), Qt::Key_F2);
+  Key(Scope(), Qt::Key_Delete);
+  EXPECT_THAT(Clicks(),
+              ElementsAre("Click m_mnuEdit 1", "Click m_mnuRemove 2", "Click m_mnuRemoveServer 1"));
+  EXPECT_THAT(m_clicked, ElementsAre("alpha.Queries.Load", "alpha.Queries.Load", "beta"));
+}
+
+TEST_F(CommandKeysTest, keys_in_the_list_are_about_its_marked_row) {
+  auto& list = *Results().List().DetailsView();
+  list.setCurrentIndex(list.model()->index(0, 0));
+  Key(list, Qt::Key_F2);
+  Key(list, Qt::Key_Delete);
+  Action("actIcons")->trigger();
+  Key(*Results().List().ActiveView(), Qt::Key_Delete);
+  EXPECT_THAT(m_clicked,
+              ElementsAre("alpha.Queries.Load", "alpha.Queries.Load", "alpha.Queries.Load"));
+  EXPECT_EQ(Session().Selected(), Find("alpha.Queries"));
+}
+
+TEST_F(CommandKeysTest, nothing_happens_without_the_command_or_where_it_is_disabled) {
+  ClickItem("alpha.Catalogs.Machine");
+  Key(Scope(), Qt::Key_Delete);
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  Key(Scope(), Qt::Key_Delete);
+  Key(Scope(), Qt::Key_F2);
+  ClickItem("alpha.Queries");
+  auto& list = *Results().List().DetailsView();
+  list.clearSelection();
+  Key(list, Qt::Key_Delete);
+  EXPECT_THAT(Clicks(), IsEmpty());
+}
+
+TEST_F(CommandKeysTest, delete_in_a_control_is_the_controls_own) {
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  m_script->menus["Table"] = {{"m_mnuRemove", "Remove", true}};
+  auto* box = m_window->findChild<QLineEdit*>("fakeControl");
+  box->setText("ab");
+  box->setCursorPosition(0);
+  Key(*box, Qt::Key_Delete);
+  EXPECT_EQ(box->text(), "b");
+  EXPECT_THAT(Clicks(), IsEmpty());
+}
+
+TEST_F(CommandKeysTest, key_that_is_held_down_removes_one_item) {
+  ClickItem("beta");
+  Scope().setFocus();
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, {}, true);
+  QApplication::sendEvent(&Scope(), &held);
+  Settle();
+  EXPECT_THAT(Clicks(), IsEmpty());
+}
+
 TEST_F(MainWindowTest, item_that_its_command_removed_is_not_shown_afterwards) {
   m_script->menus["Table"] = {{"m_mnuRemove", "Remove", true}};
   m_script->menuClick = [](Services& services, const Text&, const platform::Selection& selection) {

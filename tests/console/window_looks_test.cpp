@@ -15,7 +15,9 @@
 #include <set>
 
 #include "console/app/appearance.h"
+#include "console/look/contrast.h"
 #include "console/look/roomy_rows.h"
+#include "console/look/tool_tip.h"
 #include "console/window/notice_bar.h"
 #include "console/window/toolbar_view.h"
 #include "tests/console/main_window_fixture.h"
@@ -529,11 +531,56 @@ TEST_F(WindowLooksTest, tool_tips_of_rows_show_texts_as_they_are) {
   const auto tip = [&](int iRow) { return model->index(iRow, 0).data(Qt::ToolTipRole).toString(); };
   EXPECT_TRUE(tip(0).contains("&lt;b&gt;bold &amp; of many letters&lt;/b&gt;"));
   EXPECT_TRUE(Qt::mightBeRichText(tip(0)));
-  EXPECT_EQ(tip(1), "");
+  EXPECT_EQ(tip(1), "plain & of many letters");
   EXPECT_EQ(tip(2), "more than twenty-four letters");
   // A long one is broken into lines, which only mark-up is.
   EXPECT_TRUE(Qt::mightBeRichText(tip(3)));
   EXPECT_TRUE(tip(3).contains(" &amp;"));
+}
+
+TEST_F(WindowLooksTest, tool_tip_of_a_very_long_text_has_its_beginning_and_says_where_the_rest_is) {
+  const auto shownBy = [](const QString& sTip) {
+    QTextDocument document;
+    document.setHtml(sTip);
+    return document.toPlainText().remove(QChar(0x200B));
+  };
+  const QString sWhole = QString(700, 'a') + "\n" + QString(700, 'b');
+  EXPECT_EQ(shownBy(ToolTipOf(sWhole)).remove('\n'), QString(700, 'a') + QString(700, 'b'));
+  const auto sCut = shownBy(ToolTipOf(QString(40'000, 'x')));
+  EXPECT_TRUE(sCut.startsWith(QString(1500, 'x') + QChar(0x2026)));
+  EXPECT_TRUE(sCut.contains("The first 1,500 of 40,000 characters."));
+  EXPECT_TRUE(sCut.contains("Edit..."));
+  EXPECT_LT(shownBy(ToolTipOf(QString("line\n").repeated(500))).count("line"), 30);
+  // No word makes the tip wider than the screen.
+  QTextDocument document;
+  document.setHtml(ToolTipOf(QString(1000, 'w')));
+  document.setTextWidth(700);
+  EXPECT_LE(document.idealWidth(), 700);
+}
+
+TEST_F(WindowLooksTest, expand_mark_of_a_marked_row_can_be_seen) {
+  ClickExpandMark("");
+  ClickItem("alpha");
+  auto blue = DarkPalette();
+  blue.setColor(QPalette::Highlight, QColor(0x2F, 0x6D, 0xB5));
+  blue.setColor(QPalette::HighlightedText, QColor(0x3F, 0x7D, 0xC5));
+  for (const auto& palette : {QApplication::palette(), DarkPalette(), blue}) {
+    QApplication::setPalette(palette);
+    for (QWidget* focus :
+         {static_cast<QWidget*>(&Scope()), static_cast<QWidget*>(Results().List().DetailsView())}) {
+      focus->setFocus();
+      const auto row = Scope().visualRect(IndexOf("alpha"));
+      const auto picture = Grabbed(Scope().viewport());
+      const auto ground = picture.pixelColor(row.left() - Scope().indentation() + 1, row.top() + 2);
+      double dBest = 1;
+      for (int x = row.left() - Scope().indentation(); x < row.left(); ++x) {
+        for (int y = row.top(); y <= row.bottom(); ++y) {
+          dBest = std::max(dBest, Contrast(picture.pixelColor(x, y), ground));
+        }
+      }
+      EXPECT_GE(dBest, kLeastContrast) << ground.name().toStdString();
+    }
+  }
 }
 
 }  // namespace

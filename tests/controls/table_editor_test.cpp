@@ -1,5 +1,7 @@
 #include "controls/table_editor.h"
 
+#include <QLabel>
+#include <QLayout>
 #include <QScrollBar>
 #include <stdexcept>
 
@@ -44,6 +46,23 @@ TEST_F(table_editor, a_new_one_is_empty_and_can_do_nothing) {
   EXPECT_EQ(RowsOf(editor), 0);
   EXPECT_EQ(Label(editor, "rowCount"), "");
   EXPECT_EQ(WindowOf(editor)->accessibleName(), "Table rows");
+}
+
+TEST_F(table_editor, lends_its_status_line_and_has_it_back) {
+  const auto editor = Bound();
+  editor->Requery();
+  auto* window = WindowOf(*editor);
+  QWidget bar;
+  auto* line = static_cast<QWidget*>(editor->LendStatusLine());
+  ASSERT_NE(line, nullptr);
+  line->setParent(&bar);
+  editor->Requery();
+  ASSERT_NE(line->findChild<QLabel*>("rowCount"), nullptr);
+  EXPECT_EQ(line->findChild<QLabel*>("rowCount")->text(), "50 rows");
+  editor->TakeStatusLineBack();
+  EXPECT_EQ(line->parentWidget(), window);
+  EXPECT_GE(window->layout()->indexOf(line), 0);
+  EXPECT_TRUE(line->isVisibleTo(window));
 }
 
 TEST_F(table_editor, keeps_its_mode) {

@@ -60,8 +60,17 @@ int FailToUnderstand(const CLI::ParseError& error) {
   return Fail(std::string(error.what()) + "; see orvane-console --help.");
 }
 
+// Without a screen the toolkit says at every turn which wishes its windows cannot have; of what
+// else it says somebody should hear.
+void TellOfToolkit(QtMsgType type, const QMessageLogContext& context, const QString& sText) {
+  if (sText.startsWith("This plugin does not support")) return;
+  std::cerr << qFormatLogMessage(type, context, sText).toStdString() << '\n';
+}
+
 int RunTour(orvane::console::MainWindow& window, const Arguments& arguments) {
   using orvane::console::Tour;
+  qInstallMessageHandler(TellOfToolkit);
+  window.show();
   try {
     Tour(window, QDir(QString::fromStdString(arguments.sTour)), std::cout).Run(arguments.sDocument);
     return 0;
@@ -128,7 +137,6 @@ int main(int argc, char** argv) {
                                    : std::optional<std::filesystem::path>(arguments.sRegistry));
     orvane::console::MainWindow window(host.Parts(settings ? &*settings : nullptr));
     if (!arguments.sTour.empty()) {
-      window.show();
       return RunTour(window, arguments);
     }
     // The document says where the window was and how large.

@@ -5,8 +5,8 @@
 #include <QGroupBox>
 #include <QLabel>
 
-#include "console/forms/elided_label.h"
 #include "console/forms/form_control.h"
+#include "console/look/elided_label.h"
 
 namespace orvane::console {
 

@@ -1,18 +1,14 @@
-// Texts of others, such as names and paths, as tool tips that show them as they are.
+// Texts of others, such as names, paths and statements, as tool tips that show them as they are.
 // User-interface thread.
 #pragma once
 
 #include <QString>
-#include <QTextDocument>
 
 namespace orvane::console {
 
-/// A tool tip takes a text that looks like mark-up for it, and never breaks the line of another;
-/// such texts, and long ones, are written out as mark-up.
-inline QString ToolTipOf(const QString& sText) {
-  constexpr int kLongestLine = 80;
-  if (!Qt::mightBeRichText(sText) && sText.size() <= kLongestLine) return sText;
-  return QStringLiteral("<div style=\"white-space: pre-wrap\">%1</div>").arg(sText.toHtmlEscaped());
-}
+/// What a tool tip takes to show the text: words of any length are broken, so that no tip is wider
+/// than the screen, and of a text too long for a tip it has the beginning and says where the rest
+/// can be read. A text that looks like mark-up, or needs lines to be broken, becomes mark-up.
+QString ToolTipOf(const QString& sText);
 
 }  // namespace orvane::console

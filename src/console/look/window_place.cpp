@@ -1,6 +1,7 @@
 #include "console/look/window_place.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QStyle>
 #include <QWidget>
 
@@ -22,6 +23,19 @@ QRect MovedInto(const QRect& room, QRect frame) {
   frame.moveLeft(qMax(room.left(), qMin(frame.left(), room.right() + 1 - frame.width())));
   frame.moveTop(qMax(room.top(), qMin(frame.top(), room.bottom() + 1 - frame.height())));
   return frame;
+}
+
+void KeepOnScreen(QWidget& window) {
+  const auto state = window.windowState();
+  const auto shown = state & ~(Qt::WindowFullScreen | Qt::WindowMinimized);
+  if (shown != state) window.setWindowState(shown);
+  if (shown.testFlag(Qt::WindowMaximized)) return;
+  const QRect room = window.screen()->availableGeometry();
+  const QMargins around = FrameOver(&window);
+  const QSize size = window.size().boundedTo(room.marginsRemoved(around).size());
+  const QRect frame =
+      MovedInto(room, QRect(window.geometry().topLeft(), size).marginsAdded(around));
+  window.setGeometry(frame.marginsRemoved(around));
 }
 
 }  // namespace orvane::console

@@ -1,4 +1,4 @@
-// Where a dialog stands: whole on the screen, with its title. Used by whatever places a window of
+// Where a window stands: whole on the screen, with its title. Used by whatever places a window of
 // its own; user-interface thread.
 #pragma once
 
@@ -16,5 +16,9 @@ QMargins FrameOver(const QWidget* window);
 
 /// The place of a frame of that size, as near to the wanted one as the room allows.
 QRect MovedInto(const QRect& room, QRect frame);
+
+/// Makes a window no larger than its screen has room for, title and all, and moves it there. One
+/// that would fill the screen without a title, or not be seen at all, becomes a usual one.
+void KeepOnScreen(QWidget& window);
 
 }  // namespace orvane::console

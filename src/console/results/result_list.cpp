@@ -3,15 +3,25 @@
 #include <QCollator>
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QListView>
 #include <QScopedValueRollback>
 #include <QSortFilterProxyModel>
+#include <QToolTip>
 #include <QTreeView>
 
 #include "console/look/roomy_rows.h"
+#include "console/look/tool_tip.h"
 
 namespace orvane::console {
+
+namespace {
+
+/// Of a column without a width of its own.
+constexpr int kUsualWidth = 160;
+
+}  // namespace
 
 /// Rows by the text of a column as people read it: without regard to case, numbers by their value.
 /// Without a column, rows are in the order in which they were added.
@@ -71,6 +81,8 @@ ResultList::ResultList(QWidget* parent)
   m_details->header()->setSortIndicatorClearable(true);
   m_details->header()->setSortIndicator(-1, Qt::AscendingOrder);
   m_details->header()->setStretchLastSection(false);
+  m_details->header()->setTextElideMode(Qt::ElideRight);
+  m_details->header()->viewport()->installEventFilter(this);
   m_details->header()->setHighlightSections(false);
   m_details->header()->setMinimumSectionSize(48);
 
@@ -102,7 +114,9 @@ ResultList::ResultList(QWidget* parent)
   }
   connect(m_order, &QAbstractItemModel::modelReset, this, [this] { emit RowsChanged(); });
   connect(m_order, &QAbstractItemModel::columnsInserted, this,
-          [this](const QModelIndex&, int iFirst) { SetWidths(iFirst); });
+          [this](const QModelIndex&, int iFirst) {
+            SetWidths(m_bChosenWidths || m_bGivenWidths ? iFirst : 0);
+          });
   m_icons->setSelectionModel(m_details->selectionModel());
 }
 
@@ -146,6 +160,7 @@ void ResultList::ShowModel(std::unique_ptr<ResultListModel> model) {
   m_details->header()->setSortIndicator(-1, Qt::AscendingOrder);
   m_order->sort(-1);
   m_bChosenWidths = false;
+  m_bGivenWidths = false;
   SetWidths(0);
   m_details->scrollToTop();
   m_icons->scrollToTop();
@@ -157,10 +172,42 @@ void ResultList::SetWidths(int iFirstColumn) {
   const QScopedValueRollback setting(m_bSettingWidths, true);
   const auto& columns = m_model->Columns();
   for (auto n = static_cast<std::size_t>(iFirstColumn); n < columns.size(); ++n) {
-    // The console chooses for a column without a width of its own.
-    const int iWidth = columns[n].iWidth > 0 ? columns[n].iWidth : 160;
+    const int iWidth = columns[n].iWidth > 0 ? columns[n].iWidth : kUsualWidth;
     m_details->header()->resizeSection(static_cast<int>(n), iWidth);
   }
+  FillRoom();
+}
+
+void ResultList::FillRoom() {
+  if (!m_model || m_bChosenWidths || m_bGivenWidths) return;
+  const QScopedValueRollback setting(m_bSettingWidths, true);
+  auto* header = m_details->header();
+  const auto& columns = m_model->Columns();
+  const auto iLast = static_cast<int>(columns.size()) - 1;
+  if (iLast < 0 || iLast >= header->count()) return;
+  const int iOwn = columns.back().iWidth > 0 ? columns.back().iWidth : kUsualWidth;
+  const int iOthers = header->length() - header->sectionSize(iLast);
+  header->resizeSection(iLast, std::max(iOwn, m_details->viewport()->width() - iOthers));
+}
+
+bool ResultList::ShowsTip(const QHelpEvent& event, bool bHeading) {
+  auto* header = m_details->header();
+  QString sTip;
+  if (bHeading) {
+    const int iColumn = header->logicalIndexAt(event.pos());
+    const auto sText =
+        iColumn < 0 ? QString() : m_order->headerData(iColumn, Qt::Horizontal).toString();
+    if (header->sectionSizeHint(iColumn) > header->sectionSize(iColumn)) sTip = ToolTipOf(sText);
+  } else if (const auto index = m_details->indexAt(event.pos()); index.isValid()) {
+    // What is seen whole needs no tip.
+    if (m_details->sizeHintForIndex(index).width() <= m_details->visualRect(index).width()) {
+      QToolTip::hideText();
+      return true;
+    }
+    return false;
+  }
+  QToolTip::showText(event.globalPos(), sTip, bHeading ? header : m_details->viewport());
+  return true;
 }
 
 void ResultList::Style(ListStyle style) {
@@ -204,6 +251,7 @@ std::vector<int> ResultList::ColumnWidths() const {
 
 void ResultList::ColumnWidths(const std::vector<int>& widths) {
   const QScopedValueRollback setting(m_bSettingWidths, true);
+  m_bGivenWidths = true;
   const int iCount = std::min(static_cast<int>(widths.size()), m_details->header()->count());
   for (int i = 0; i < iCount; ++i) {
     m_details->header()->resizeSection(i, widths[static_cast<std::size_t>(i)]);
@@ -211,6 +259,12 @@ void ResultList::ColumnWidths(const std::vector<int>& widths) {
 }
 
 bool ResultList::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == m_details->viewport() && event->type() == QEvent::Resize) FillRoom();
+  const bool bHeading = watched == m_details->header()->viewport();
+  if (event->type() == QEvent::ToolTip && (bHeading || watched == m_details->viewport())) {
+    return ShowsTip(*static_cast<QHelpEvent*>(event), bHeading);
+  }
+  if (bHeading) return QStackedWidget::eventFilter(watched, event);
   if (watched == m_icons && event->type() == QEvent::FontChange) SetGrid();
   if (event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);

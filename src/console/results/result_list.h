@@ -7,6 +7,7 @@
 #include "console/session/result_list_model.h"
 
 class QAbstractItemView;
+class QHelpEvent;
 class QListView;
 class QTreeView;
 
@@ -58,6 +59,10 @@ class ResultList final : public QStackedWidget {
  private:
   void Prepare(QAbstractItemView* view);
   void SetWidths(int iFirstColumn);
+  /// Gives the last column the room that the others leave, unless widths were chosen.
+  void FillRoom();
+  /// The tool tip of a heading or a cell that its column cuts; others have none.
+  bool ShowsTip(const QHelpEvent& event, bool bHeading);
   void SetGrid();
 
   QTreeView* m_details;
@@ -66,6 +71,7 @@ class ResultList final : public QStackedWidget {
   ResultListOrder* m_order;
   ListStyle m_style = ListStyle::Details;
   bool m_bChosenWidths = false;
+  bool m_bGivenWidths = false;  // chosen before, and remembered
   bool m_bSettingWidths = false;
 };
 

@@ -5,10 +5,12 @@
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QStackedWidget>
+#include <QStatusBar>
 #include <QTabBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "console/look/elided_label.h"
 #include "console/look/image_list.h"
 #include "console/look/tool_tip.h"
 #include "console/results/message_page.h"
@@ -30,7 +32,7 @@ ResultPane::ResultPane(const ImageList& images, QWidget* parent)
     : QWidget(parent),
       m_images(images),
       m_lblPicture(new QLabel(this)),
-      m_lblName(new QLabel(this)),
+      m_lblName(new ElidedLabel(this)),
       m_tabs(new QTabBar(this)),
       m_refresh(new QToolButton(this)),
       m_stack(new QStackedWidget(this)),
@@ -51,8 +53,6 @@ ResultPane::ResultPane(const ImageList& images, QWidget* parent)
   font.setBold(true);
   m_lblName->setFont(font);
   m_lblName->setObjectName("resultName");
-  m_lblName->setTextFormat(Qt::PlainText);
-  m_lblName->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   headLayout->addWidget(m_lblPicture);
   headLayout->addWidget(m_lblName, 1);
   m_tabs->setObjectName("viewTabs");
@@ -92,6 +92,35 @@ ResultPane::~ResultPane() {
   Follow(nullptr);
 }
 
+void ResultPane::PlaceToolbar(QWidget* toolbar) {
+  auto* rows = static_cast<QVBoxLayout*>(layout());
+  rows->insertWidget(rows->indexOf(m_stack), toolbar);
+}
+
+void ResultPane::StatusBar(QStatusBar* bar) {
+  if (bar == m_statusBar) return;
+  GiveStatusLineBack();
+  m_statusBar = bar;
+  const auto* view = m_session ? m_session->CurrentResultView() : nullptr;
+  if (view && m_control) TakeStatusLine(view->HostedControl());
+}
+
+void ResultPane::TakeStatusLine(const std::shared_ptr<platform::Control>& control) {
+  if (!m_statusBar || m_lender) return;
+  m_statusLine = static_cast<QWidget*>(control->LendStatusLine());
+  if (!m_statusLine) return;
+  m_lender = control;
+  m_statusBar->insertWidget(0, m_statusLine, 1);
+  m_statusLine->show();
+}
+
+void ResultPane::GiveStatusLineBack() {
+  if (!m_lender) return;
+  if (m_statusBar && m_statusLine) m_statusBar->removeWidget(m_statusLine);
+  m_statusLine = nullptr;
+  std::exchange(m_lender, nullptr)->TakeStatusLineBack();
+}
+
 void ResultPane::RefreshAction(QAction* action) {
   auto* former = m_refresh->defaultAction();
   if (former == action) return;
@@ -107,6 +136,7 @@ void ResultPane::Follow(ConsoleSession* session) {
   }
   m_bListView = false;
   m_list->ShowModel(nullptr);
+  GiveStatusLineBack();
   if (m_control) m_control->setParent(nullptr);
   m_control = nullptr;
   m_session = session;
@@ -157,6 +187,7 @@ void ResultPane::TakeControl(HostedResultView& view) {
   m_control = window;
   m_stack->addWidget(window);
   m_stack->setCurrentWidget(window);
+  TakeStatusLine(control);
   emit RowsChanged();
 }
 
@@ -182,6 +213,7 @@ void ResultPane::LetViewGo(HostedResultView& view) {
   }
   m_bListView = false;
   m_list->ShowModel(nullptr);
+  GiveStatusLineBack();
   if (m_control) {
     // The control owns its window and takes it along.
     // Not the pane's own last focus: whoever walks through the tree stays there.

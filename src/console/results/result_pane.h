@@ -11,6 +11,7 @@
 
 class QLabel;
 class QStackedWidget;
+class QStatusBar;
 class QTabBar;
 class QToolButton;
 class QVBoxLayout;
@@ -18,6 +19,7 @@ class QVBoxLayout;
 namespace orvane::console {
 
 class ConsoleSession;
+class ElidedLabel;
 class ImageList;
 class MessagePage;
 
@@ -34,6 +36,10 @@ class ResultPane final : public QWidget {
   /// Shows a sentence in place of everything, until a view comes.
   void ShowSentence(const QIcon& icon, const QString& sText, const QString& sDetail);
 
+  /// Puts the toolbar, which the pane takes over, between its head and what it shows.
+  void PlaceToolbar(QWidget* toolbar);
+  /// The bar in which a control's status line is shown; without one the control keeps it.
+  void StatusBar(QStatusBar* bar);
   /// The action of the button beside the tabs, until there is another; outlives the pane.
   void RefreshAction(QAction* action);
 
@@ -59,19 +65,24 @@ class ResultPane final : public QWidget {
   void ShowHead();
   void TakeControl(HostedResultView& view);
   void ShowReady(HostedResultView& view);
+  void TakeStatusLine(const std::shared_ptr<platform::Control>& control);
+  void GiveStatusLineBack();
   void LetViewGo(HostedResultView& view);
   void ShowListOrSentence();
 
   const ImageList& m_images;
   ConsoleSession* m_session = nullptr;
   QLabel* m_lblPicture;
-  QLabel* m_lblName;
+  ElidedLabel* m_lblName;
   QTabBar* m_tabs;
   QToolButton* m_refresh;
   QStackedWidget* m_stack;
   ResultList* m_list;
   MessagePage* m_message;
   QPointer<QWidget> m_control;
+  std::shared_ptr<platform::Control> m_lender;  // of the status line in the bar
+  QPointer<QWidget> m_statusLine;
+  QPointer<QStatusBar> m_statusBar;
   std::map<platform::Text, std::vector<int>> m_widths;
   bool m_bListView = false;
 };

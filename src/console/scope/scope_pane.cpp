@@ -6,7 +6,10 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QTransform>
+#include <algorithm>
 
+#include "console/look/contrast.h"
 #include "console/look/roomy_rows.h"
 
 namespace orvane::console {
@@ -224,6 +227,39 @@ void ScopePane::selectionChanged(const QItemSelection& selected, const QItemSele
   QTreeView::selectionChanged(selected, deselected);
   // The tree view updates the items, and leaves out what is left of them.
   viewport()->update();
+}
+
+void ScopePane::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
+  if (!model() || !model()->hasChildren(index)) return;
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  const auto group =
+      option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+  auto color = palette().color(group, QPalette::Text);
+  if (selectionModel() && selectionModel()->isSelected(index)) {
+    const auto ground = palette().color(group, QPalette::Highlight);
+    color = palette().color(group, QPalette::HighlightedText);
+    if (Contrast(color, ground) < kLeastContrast) {
+      color = Contrast(Qt::white, ground) > Contrast(Qt::black, ground) ? Qt::white : Qt::black;
+    }
+  }
+  const qreal dHalf = std::max(4.0, fontMetrics().height() / 4.0);
+  const QPointF center(
+      isRightToLeft() ? rect.left() + indentation() / 2.0 : rect.right() + 1 - indentation() / 2.0,
+      rect.top() + rect.height() / 2.0);
+  QTransform place = QTransform::fromTranslate(center.x(), center.y());
+  if (isExpanded(index)) {
+    place.rotate(90);
+  } else if (isRightToLeft()) {
+    place.rotate(180);
+  }
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(Qt::NoPen);
+  painter->setBrush(color);
+  painter->drawPolygon(
+      place.map(QPolygonF({{-dHalf / 2, -dHalf}, {dHalf / 2, 0}, {-dHalf / 2, dHalf}})));
+  painter->restore();
 }
 
 void ScopePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,

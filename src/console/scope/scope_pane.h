@@ -49,6 +49,8 @@ class ScopePane final : public QTreeView {
   void contextMenuEvent(QContextMenuEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  /// The expand mark, as dark as the row's text: the style's own is lost on a marked row.
+  void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
   /// Marks a selected row from edge to edge, and frames the one whose menu is open.
   void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;

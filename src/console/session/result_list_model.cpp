@@ -122,7 +122,7 @@ QVariant ResultListModel::data(const QModelIndex& index, int role) const {
       // A text that its column cuts is read here.
       const auto sText = data(index, Qt::DisplayRole).toString();
       const auto* look = m_tree.Look();
-      return look && sText.size() > 24 ? look->ToolTip(sText) : QVariant();
+      return look && !sText.isEmpty() ? look->ToolTip(sText) : QVariant();
     }
     default:
       return {};

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "console/document/document_bag.h"
+#include "console/look/window_place.h"
 #include "console/results/result_pane.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/window_menus.h"
@@ -47,6 +48,8 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
   } else {
     parts.window.restoreGeometry(usualGeometry);
   }
+  // It may have been another screen, and the document somebody else's.
+  KeepOnScreen(parts.window);
   if (const auto state = bytes("Splitter.State"); !state.isEmpty())
     parts.splitter.restoreState(state);
   parts.menus.actToolbar->setChecked(flag("Toolbar.Shown", true));
@@ -56,6 +59,8 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
   parts.toolbar.Images(bLarge ? ButtonImages::Large : ButtonImages::Small);
   parts.menus.actStatusBar->setChecked(flag("StatusBar.Shown", true));
   parts.window.statusBar()->setVisible(parts.menus.actStatusBar->isChecked());
+  parts.results.StatusBar(parts.menus.actStatusBar->isChecked() ? parts.window.statusBar()
+                                                                : nullptr);
   const bool bIcons = flag("List.Icons", false);
   (bIcons ? parts.menus.actIcons : parts.menus.actDetails)->setChecked(true);
   parts.results.List().Style(bIcons ? ListStyle::Icons : ListStyle::Details);

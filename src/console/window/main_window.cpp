@@ -11,10 +11,12 @@
 
 #include "console/look/shown_text.h"
 #include "console/look/tool_tip.h"
+#include "console/look/window_place.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/session/server_of.h"
 #include "console/window/about_box.h"
+#include "console/window/guide_window.h"
 #include "console/window/kept_view.h"
 #include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
@@ -24,6 +26,13 @@
 namespace orvane::console {
 
 using platform::Text;
+
+namespace {
+
+/// Room for the server's name and its user in the status bar.
+constexpr int kServerCharacters = 40;
+
+}  // namespace
 
 MainWindow::MainWindow(WindowParts parts, QWidget* parent)
     : QMainWindow(parent),
@@ -43,6 +52,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
   FollowSession();
   FollowDocument();
   resize(1100, 700);
+  KeepOnScreen(*this);
   new MenuKey(this);
   qApp->installEventFilter(this);
   ShowTitle();
@@ -78,8 +88,8 @@ void MainWindow::MakePanes() {
   layout->addWidget(m_splitter, 1);
   setCentralWidget(central);
 
-  m_toolbar = new ToolbarView(m_images, this);
-  addToolBar(Qt::TopToolBarArea, m_toolbar);
+  m_toolbar = new ToolbarView(m_images, m_results);
+  m_results->PlaceToolbar(m_toolbar);
   setContextMenuPolicy(Qt::NoContextMenu);
 }
 
@@ -96,6 +106,7 @@ void MainWindow::MakeStatusBar() {
   m_lblItems->setObjectName("itemCount");
   m_lblItems->setContentsMargins(0, 0, 6, 0);
   statusBar()->setAccessibleName(tr("Status"));
+  m_results->StatusBar(statusBar());
   menuBar()->setAccessibleName(tr("Menus"));
 }
 
@@ -148,7 +159,12 @@ void MainWindow::ConnectMenus() {
   on(m_menus.actToolbar, [this](bool bChecked) { m_toolbar->Wanted(bChecked); });
   on(m_menus.actSmallImages, [this] { m_toolbar->Images(ButtonImages::Small); });
   on(m_menus.actLargeImages, [this] { m_toolbar->Images(ButtonImages::Large); });
-  on(m_menus.actStatusBar, [this](bool bChecked) { statusBar()->setVisible(bChecked); });
+  on(m_menus.actStatusBar, [this](bool bChecked) {
+    statusBar()->setVisible(bChecked);
+    m_results->StatusBar(bChecked ? statusBar() : nullptr);
+  });
+  on(m_menus.actGuide,
+     [this] { GuideWindow::Open(GuideFor(QCoreApplication::applicationDirPath()), this); });
   on(m_menus.actAbout, [this] { ShowAboutBox(m_session, this); });
 }
 
@@ -278,11 +294,16 @@ void MainWindow::ShowNotice() {
 void MainWindow::ShowStatus() {
   const auto item = m_session.Selected();
   const auto server = item ? ServerOf(*item) : std::nullopt;
-  m_lblServer->setText(!server               ? QString()
+  const auto sServer = !server               ? QString()
                        : !server->bConnected ? tr("%1, not connected").arg(Shown(server->sName))
                        : server->sUser.empty()
                            ? Shown(server->sName)
-                           : tr("%1 as %2").arg(Shown(server->sName), Shown(server->sUser)));
+                           : tr("%1 as %2").arg(Shown(server->sName), Shown(server->sUser));
+  // No name holds the window open.
+  const auto metrics = m_lblServer->fontMetrics();
+  m_lblServer->setText(
+      metrics.elidedText(sServer, Qt::ElideMiddle, kServerCharacters * metrics.averageCharWidth()));
+  m_lblServer->setToolTip(m_lblServer->text() == sServer ? QString() : ToolTipOf(sServer));
   m_lblServer->setVisible(server.has_value());
   const bool bList = m_results->IsListShown() && m_results->Sentence().isEmpty();
   m_lblItems->setVisible(bList);

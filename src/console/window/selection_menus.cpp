@@ -1,5 +1,6 @@
 #include "console/window/selection_menus.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QMenu>
 #include <algorithm>
@@ -28,6 +29,37 @@ SelectionMenus::SelectionMenus(ConsoleSession& session, ScopePane& scope, Result
     if (m_session.IsBusy()) return;
     Fill(*m_menus.mnuAction, Current(), IsAboutList() ? Origin::List : Origin::Tree);
   });
+  // By what the user reads: the names of the entries differ from one kind of item to another.
+  AddKey(m_scope, Qt::Key_F2, "Edit...", Origin::Tree);
+  AddKey(m_scope, Qt::Key_Delete, "Remove", Origin::Tree);
+  AddKey(m_results.List(), Qt::Key_F2, "Edit...", Origin::List);
+  AddKey(m_results.List(), Qt::Key_Delete, "Remove", Origin::List);
+}
+
+void SelectionMenus::AddKey(QWidget& pane, Qt::Key key, const char* sCaption, Origin origin) {
+  auto* action = new QAction(this);
+  action->setShortcut(key);
+  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  action->setAutoRepeat(false);
+  pane.addAction(action);
+  connect(
+      action, &QAction::triggered, this,
+      [this, sCaption = platform::Text(sCaption), origin] { Choose(sCaption, origin); },
+      Qt::QueuedConnection);
+}
+
+void SelectionMenus::Choose(const platform::Text& sCaption, Origin origin) {
+  if (m_session.IsBusy()) return;
+  const auto selection = origin == Origin::List ? OfList() : OfTree();
+  if (selection.Type() == platform::kSelectionNothing) return;
+  for (const auto& menu : m_session.MenusOf(selection)) {
+    for (std::size_t n = 0; n < menu.items.size(); ++n) {
+      const auto& entry = menu.items[n];
+      if (entry.sCaption != sCaption) continue;
+      if (entry.bEnabled) Click(entry, static_cast<platform::Long>(n + 1), selection, origin);
+      return;
+    }
+  }
 }
 
 void SelectionMenus::NotePane(const QWidget* focus) {
@@ -52,7 +84,10 @@ bool SelectionMenus::IsAboutList() const {
 }
 
 HostedSelection SelectionMenus::Current() const {
-  if (IsAboutList()) return OfList();
+  return IsAboutList() ? OfList() : OfTree();
+}
+
+HostedSelection SelectionMenus::OfTree() const {
   // The item that typing has come to may not be shown yet, but it is the one that is marked.
   auto item = m_scope.Marked();
   if (!item) item = m_session.Selected();

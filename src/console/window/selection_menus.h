@@ -42,6 +42,9 @@ class SelectionMenus final : public QObject {
   void ShowAwaited();
   /// Forgets it.
   void ForgetAwaited();
+  /// Does what the entry of that caption does in the menu of what is marked there, which is nothing
+  /// where the menu has none, or a disabled one.
+  void Choose(const platform::Text& sCaption, Origin origin);
 
  signals:
   /// The item is to be shown, and what lies beneath it.
@@ -53,6 +56,9 @@ class SelectionMenus final : public QObject {
 
  private:
   HostedSelection OfList() const;
+  HostedSelection OfTree() const;
+  /// Lets a key in the pane choose the entry of that caption.
+  void AddKey(QWidget& pane, Qt::Key key, const char* sCaption, Origin origin);
   bool IsAboutList() const;
   /// Remembers the pane that the focus came to.
   void NotePane(const QWidget* focus);

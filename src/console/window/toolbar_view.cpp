@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QEvent>
-#include <QLayout>
 #include <QToolButton>
 #include <algorithm>
 
@@ -37,13 +36,6 @@ void ToolbarView::SizeImages() {
   const int iSmall = std::max(kSmallest, fontMetrics().height() + kAroundText);
   const int iSize = m_size == ButtonImages::Large ? iSmall * 8 / 5 : iSmall;
   setIconSize({iSize, iSize});
-  // As high without buttons as with them.
-  QToolButton button;
-  button.setAutoRaise(true);
-  button.setIconSize(iconSize());
-  button.setIcon(m_images.Button(1));
-  const auto margins = layout()->contentsMargins();
-  setMinimumHeight(button.sizeHint().height() + margins.top() + margins.bottom());
 }
 
 void ToolbarView::changeEvent(QEvent* event) {
@@ -117,7 +109,7 @@ void ToolbarView::Rebuild() {
 void ToolbarView::Sync() {
   if (!m_session || !m_session->ControlBar().Attached()) {
     clear();
-    setVisible(m_bWanted);
+    hide();
     return;
   }
   if (!ShowsSameButtons()) Rebuild();

@@ -1,5 +1,6 @@
-// The window's toolbar: shows what the snap-in attached to the control bar. It keeps its place when
-// there is nothing: the second click of a double click must meet what the first one met.
+// The window's toolbar: shows what the snap-in attached to the control bar, and takes no room when
+// there is nothing. It lies in the result pane, so that it moves nothing in the tree: the second
+// click of a double click must meet what the first one met.
 // User-interface thread.
 #pragma once
 

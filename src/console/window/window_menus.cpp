@@ -51,6 +51,8 @@ WindowMenus::WindowMenus(QMenuBar& menuBar, QObject* parent) : QObject(parent) {
   mnuAction = AddMenu(menuBar, "mnuAction", tr("&Action"));
   MakeViewMenu(menuBar);
   auto* help = AddMenu(menuBar, "mnuHelp", tr("&Help"));
+  actGuide = Add(*help, "actGuide", tr("User &Guide"), QKeySequence(Qt::Key_F1));
+  help->addSeparator();
   actAbout = Add(*help, "actAbout", tr("&About ORVANE Console"));
 }
 

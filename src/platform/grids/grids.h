@@ -18,6 +18,11 @@ class Control : public Object {
   /// The toolkit's window, to be placed by the console; the control owns it, and whoever places
   /// it takes it out again before letting go of the control.
   virtual void* Window() = 0;
+  /// The toolkit's window of one line that tells of what the control shows, for the console to
+  /// place in its own bar; the control shows it no more. Null when there is none.
+  virtual void* LendStatusLine() { return nullptr; }
+  /// The line lent is the control's to place again; called before the control is let go.
+  virtual void TakeStatusLineBack() {}
 };
 
 /// What both grids offer.

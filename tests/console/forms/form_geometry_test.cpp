@@ -11,8 +11,8 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-#include "console/forms/elided_label.h"
 #include "console/look/control_style.h"
+#include "console/look/elided_label.h"
 #include "dialogs/add_catalog_dlg.h"
 #include "dialogs/options_dlg.h"
 #include "dialogs/query_dlg.h"

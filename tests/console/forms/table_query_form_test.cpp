@@ -3,7 +3,7 @@
 #include <QComboBox>
 #include <QPushButton>
 
-#include "console/forms/elided_label.h"
+#include "console/look/elided_label.h"
 #include "tests/console/forms/table_query_fixture.h"
 
 namespace orvane::console {

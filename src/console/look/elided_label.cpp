@@ -1,4 +1,4 @@
-#include "console/forms/elided_label.h"
+#include "console/look/elided_label.h"
 
 #include <QHelpEvent>
 #include <QPainter>

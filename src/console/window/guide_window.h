@@ -1,0 +1,30 @@
+// The user guide in a window of its own, beside the console's. User-interface thread.
+#pragma once
+
+#include <QString>
+#include <QTextBrowser>
+
+namespace orvane::console {
+
+/// Where the guide lies for a program in that folder: with what is installed, or in the tree that
+/// the program was built in. Empty when it is in neither place.
+QString GuideFor(const QString& sProgramFolder);
+
+class GuideWindow final : public QTextBrowser {
+  Q_OBJECT
+
+ public:
+  /// Shows the guide, over the owner and beside it; the window that shows it already comes to the
+  /// front. A guide that is not there is told of in one sentence.
+  static void Open(const QString& sFile, QWidget* owner);
+
+ protected:
+  /// Pictures wider than the window are made to fit.
+  QVariant loadResource(int iType, const QUrl& name) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  explicit GuideWindow(QWidget* owner);
+};
+
+}  // namespace orvane::console
