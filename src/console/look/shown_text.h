@@ -1,4 +1,5 @@
 // A text of the model as the toolkit shows it. Used by the rooms that have a window.
+// Any thread.
 #pragma once
 
 #include <QString>

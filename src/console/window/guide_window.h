@@ -1,4 +1,5 @@
-// The user guide in a window of its own, beside the console's. User-interface thread.
+// The user guide in a window of its own, which stays open beside the console. Opened by the main
+// window for F1 and the Help menu. User-interface thread.
 #pragma once
 
 #include <QString>
