@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
@@ -83,10 +82,11 @@ TEST_F(MainWindowTest, moving_about_asks_the_snap_in_for_nothing_that_is_saved) 
   EXPECT_EQ(m_script->iWrites, iBefore);
   // The click into the control is looked at when it is calm, and nothing else is.
   EXPECT_TRUE(Waits([&] { return m_script->iWrites == iBefore + 1; }));
-  QElapsedTimer calm;
-  calm.start();
-  EXPECT_TRUE(Waits([&] { return calm.elapsed() > 800; }));
-  EXPECT_EQ(m_script->iWrites, iBefore + 1);
+  // So is the next one: a look too many in between would be counted with it.
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  QTest::mouseClick(m_window->findChild<QLineEdit*>("fakeControl"), Qt::LeftButton);
+  EXPECT_TRUE(Waits([&] { return m_script->iWrites > iBefore + 1; }));
+  EXPECT_EQ(m_script->iWrites, iBefore + 2);
 }
 
 }  // namespace
