@@ -28,7 +28,7 @@ constexpr gid_t kUsers = 100;
 
 /// The sentence of the failure, empty when there is none.
 template <class Step>
-std::string FailureOf(Step&& step) {
+std::string FailureOrNone(Step&& step) {
   try {
     step();
   } catch (const Failure& failure) {
@@ -39,7 +39,7 @@ std::string FailureOf(Step&& step) {
 }
 
 std::string RefusalOfPath(const fs::path& file) {
-  return FailureOf([&] { RequireTrusted(file); });
+  return FailureOrNone([&] { RequireTrusted(file); });
 }
 
 TEST(TrustedPathTest, who_may_write_decides) {
@@ -164,15 +164,15 @@ TEST(TrustedPathTest, nothing_is_loaded_from_a_folder_that_others_can_write) {
     Runtime runtime{Registry({folder / "registry"})};
     runtime.CreateInstance("Fixture.Note", {});
   };
-  EXPECT_EQ(FailureOf(create), "");
+  EXPECT_EQ(FailureOrNone(create), "");
   for (const char* sFolder : {"lib", "registry"}) {
     fs::permissions(folder / sFolder, fs::perms::others_write, fs::perm_options::add);
-    EXPECT_THAT(FailureOf(create),
+    EXPECT_THAT(FailureOrNone(create),
                 HasSubstr("since other users can change \"" + (folder / sFolder).string() + "\""));
     fs::permissions(folder / sFolder, fs::perms::others_write, fs::perm_options::remove);
   }
   fs::permissions(folder / "lib", fs::perms::others_write, fs::perm_options::add);
-  EXPECT_THAT(FailureOf([&] { RegisterLibrary(library, folder / "other"); }),
+  EXPECT_THAT(FailureOrNone([&] { RegisterLibrary(library, folder / "other"); }),
               HasSubstr("is not used"))
       << "registering runs code of it too";
 }
@@ -182,13 +182,14 @@ TEST(TrustedPathTest, a_registry_made_under_any_umask_is_used) {
   const mode_t before = umask(0);
   RegisterLibrary(Fixture("good"), folder / "made/when/needed");
   umask(before);
-  EXPECT_EQ(FailureOf([&] { Registry({folder / "made/when/needed"}).Find("Fixture.Note"); }), "");
+  EXPECT_EQ(FailureOrNone([&] { Registry({folder / "made/when/needed"}).Find("Fixture.Note"); }),
+            "");
 }
 
 TEST(TrustedPathTest, nothing_is_registered_where_others_can_write) {
   const TemporaryFolder folder;
   fs::permissions(folder.Path(), fs::perms::others_write, fs::perm_options::add);
-  EXPECT_THAT(FailureOf([&] { RegisterLibrary(Fixture("good"), folder.Path()); }),
+  EXPECT_THAT(FailureOrNone([&] { RegisterLibrary(Fixture("good"), folder.Path()); }),
               HasSubstr("is not used, since other users can change"));
   EXPECT_FALSE(fs::exists(folder / "fixture.note.json"));
 }

@@ -201,7 +201,6 @@ TEST_F(MainWindowTest, hundred_thousand_children_are_opened_in_one_step) {
   Settle();
   // One step for all of them: nothing is sorted or laid out for each item.
   EXPECT_EQ(inserted.count(), 1);
-  EXPECT_EQ(Results().List().RowCount(), 99'999);
 }
 
 /// Letters that count as one word for as long as the test wants them to.

@@ -7,7 +7,7 @@ namespace {
 // As much as a real historian lets stand in a name: that of a server no line break, that of a
 // catalog no double quote either.
 const Text kOddServer = "Север \"北\" v1.2";
-const Text kOddCatalog = "Цех 工場 v1.2";
+const Text kOddCatalog = "Цех 工場 v1-2";
 const Text kOddTable = "Насос\"泵\"\nv1.2";
 const Text kOddColumn = "Имя\"名\"\nv1.2";
 const Text kOddQuery = "Запрос \"查询\"\nv1.2";

@@ -16,6 +16,11 @@
 
 namespace orvane::tests {
 
+/// A 64-bit integer as a value.
+inline platform::Value Big(std::int64_t llValue) {
+  return llValue;
+}
+
 /// A connection past the engine.
 class Raw {
  public:

@@ -5,14 +5,11 @@ namespace orvane::provider::engines {
 namespace {
 
 using platform::Value;
+using tests::Big;
 using tests::FailureOf;
 using tests::Raw;
 using tests::Told;
 namespace failure = platform::failure;
-
-Value Big(std::int64_t llValue) {
-  return llValue;
-}
 
 class SqliteAttachmentsTest : public tests::DatabaseFolder {};
 

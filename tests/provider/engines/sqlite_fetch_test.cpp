@@ -10,14 +10,11 @@ namespace {
 using platform::DataType;
 using platform::Text;
 using platform::Value;
+using tests::Big;
 using tests::FailureOf;
 using tests::Told;
 namespace failure = platform::failure;
 using namespace std::chrono_literals;
-
-Value BigInt(std::int64_t llValue) {
-  return llValue;
-}
 
 class SqliteFetchTest : public tests::DatabaseFolder {
  protected:
@@ -31,7 +28,7 @@ TEST_F(SqliteFetchTest, columns_come_out_in_their_declared_types) {
       "CREATE TABLE t(i INTEGER, s INT, r REAL, x TEXT, ts TIMESTAMP, b BOOLEAN, d DATE, "
       "tm TIME, g GUID, bl BLOB, n NUMERIC, plain)");
   const platform::Guid guid{{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}};
-  const std::vector<Value> vtRow = {BigInt(9'007'199'254'740'993),
+  const std::vector<Value> vtRow = {Big(9'007'199'254'740'993),
                                     std::int32_t{-5},
                                     0.1,
                                     "text",
@@ -41,7 +38,7 @@ TEST_F(SqliteFetchTest, columns_come_out_in_their_declared_types) {
                                     platform::TimeOfDay(3'723'000'001us),
                                     guid,
                                     platform::Bytes{std::byte{0}, std::byte{0xFF}},
-                                    BigInt(12),
+                                    Big(12),
                                     "plain"};
   Run(*session, "INSERT INTO t VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)", vtRow);
   const auto rs = Run(*session, "SELECT * FROM t").recordset;
@@ -89,12 +86,12 @@ TEST_F(SqliteFetchTest, what_does_not_fit_a_short_integer_or_a_boolean_stays_64_
       "(-2147483648, -1), (-2147483649, 1)");
   const auto rs = Run(*session, "SELECT i, b FROM t").recordset;
   EXPECT_TRUE(rs->ValueAt(0, 0) == Value(2147483647));
-  EXPECT_TRUE(rs->ValueAt(1, 0) == BigInt(2147483648));
+  EXPECT_TRUE(rs->ValueAt(1, 0) == Big(2147483648));
   EXPECT_TRUE(rs->ValueAt(2, 0) == Value(std::numeric_limits<std::int32_t>::min()));
-  EXPECT_TRUE(rs->ValueAt(3, 0) == BigInt(-2147483649));
+  EXPECT_TRUE(rs->ValueAt(3, 0) == Big(-2147483649));
   EXPECT_TRUE(rs->ValueAt(0, 1) == Value(false));
-  EXPECT_TRUE(rs->ValueAt(1, 1) == BigInt(2));
-  EXPECT_TRUE(rs->ValueAt(2, 1) == BigInt(-1));
+  EXPECT_TRUE(rs->ValueAt(1, 1) == Big(2));
+  EXPECT_TRUE(rs->ValueAt(2, 1) == Big(-1));
   EXPECT_TRUE(rs->ValueAt(3, 1) == Value(true));
 }
 
@@ -180,9 +177,9 @@ TEST_F(SqliteFetchTest, an_empty_blob_is_not_null) {
 TEST_F(SqliteFetchTest, numbers_at_their_limits_come_back_exactly) {
   const auto session = OpenOn("CREATE TABLE t(n INTEGER PRIMARY KEY, a)");
   const std::vector<Value> vtValues = {
-      BigInt(std::numeric_limits<std::int64_t>::min()),
-      BigInt(std::numeric_limits<std::int64_t>::max()), std::numeric_limits<double>::max(),
-      std::numeric_limits<double>::denorm_min(), -std::numeric_limits<double>::infinity()};
+      Big(std::numeric_limits<std::int64_t>::min()), Big(std::numeric_limits<std::int64_t>::max()),
+      std::numeric_limits<double>::max(), std::numeric_limits<double>::denorm_min(),
+      -std::numeric_limits<double>::infinity()};
   for (const Value& vtValue : vtValues) Run(*session, "INSERT INTO t(a) VALUES (?)", {vtValue});
   const auto rs = Run(*session, "SELECT a FROM t ORDER BY n").recordset;
   for (std::size_t i = 0; i < vtValues.size(); ++i) {
@@ -220,14 +217,14 @@ TEST_F(SqliteFetchTest, every_kind_of_value_can_be_a_parameter) {
                       {{},
                        false,
                        std::int32_t{7},
-                       BigInt(8),
+                       Big(8),
                        platform::Date(std::chrono::days(0)),
                        platform::TimeOfDay(1s)})
                       .recordset;
   EXPECT_TRUE(rs->ValueAt(0, 0).IsNull());
-  EXPECT_TRUE(rs->ValueAt(0, 1) == BigInt(0));
-  EXPECT_TRUE(rs->ValueAt(0, 2) == BigInt(7));
-  EXPECT_TRUE(rs->ValueAt(0, 3) == BigInt(8));
+  EXPECT_TRUE(rs->ValueAt(0, 1) == Big(0));
+  EXPECT_TRUE(rs->ValueAt(0, 2) == Big(7));
+  EXPECT_TRUE(rs->ValueAt(0, 3) == Big(8));
   EXPECT_TRUE(rs->ValueAt(0, 4) == Value("1970-01-01"));
   EXPECT_TRUE(rs->ValueAt(0, 5) == Value("00:00:01"));
 }
@@ -240,7 +237,7 @@ TEST_F(SqliteFetchTest, a_million_rows_are_reached_by_number) {
                       .recordset;
   ASSERT_EQ(rs->RecordCount(), 1'000'000);
   for (const platform::RowIndex row : {0, 1, 8191, 8192, 500'000, 999'999}) {
-    EXPECT_TRUE(rs->ValueAt(row, 0) == BigInt(row));
+    EXPECT_TRUE(rs->ValueAt(row, 0) == Big(row));
     EXPECT_TRUE(rs->ValueAt(row, 1) == Value("tag" + std::to_string(row % 10)));
     EXPECT_TRUE(rs->ValueAt(row, 2) == Value(static_cast<double>(row) / 2));
   }

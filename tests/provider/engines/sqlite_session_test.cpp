@@ -6,13 +6,10 @@ namespace orvane::provider::engines {
 namespace {
 
 using platform::Value;
+using tests::Big;
 using tests::FailureOf;
 using tests::Told;
 namespace failure = platform::failure;
-
-Value Big(std::int64_t llValue) {
-  return llValue;
-}
 
 class SqliteSessionTest : public tests::DatabaseFolder {};
 
