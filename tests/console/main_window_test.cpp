@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QScreen>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTest>
 
@@ -114,6 +115,22 @@ TEST_F(MainWindowTest, window_of_a_document_is_kept_on_the_screen_with_its_title
   m_window->NewDocument();
   ASSERT_TRUE(m_window->OpenDocument(Path("full.orvc")));
   EXPECT_FALSE(m_window->isFullScreen());
+}
+
+TEST_F(MainWindowTest, document_says_of_the_panes_how_they_share_the_window_and_no_more) {
+  auto* splitter = m_window->findChild<QSplitter*>("splitter");
+  const int iHandle = splitter->handleWidth();
+  splitter->setOrientation(Qt::Vertical);
+  splitter->setHandleWidth(3000);
+  splitter->setChildrenCollapsible(true);
+  ASSERT_TRUE(m_window->SaveTo(Path("odd.orvc")));
+  splitter->setOrientation(Qt::Horizontal);
+  splitter->setHandleWidth(iHandle);
+  splitter->setChildrenCollapsible(false);
+  ASSERT_TRUE(m_window->OpenDocument(Path("odd.orvc")));
+  EXPECT_EQ(splitter->orientation(), Qt::Horizontal);
+  EXPECT_EQ(splitter->handleWidth(), iHandle);
+  EXPECT_FALSE(splitter->childrenCollapsible());
 }
 
 TEST_F(MainWindowTest, window_can_be_as_small_as_a_small_screen_however_large_its_letters) {

@@ -111,6 +111,20 @@ TEST_F(MainWindowTest, columns_take_the_room_until_somebody_chooses_their_widths
   EXPECT_EQ(view->header()->sectionSize(0), 222);
 }
 
+TEST_F(MainWindowTest, column_is_as_wide_as_its_texts_where_there_is_room) {
+  m_script->expand = [](Services& services, const ScopeItemPtr& item) {
+    auto query = fakes::AddItem(services, item, "Query", "long", Text(60, 'm'), false);
+    query->ColumnHeaders().Add(2, "Query", "Query", 150);
+    query->ListSubItems().Add(2, "Query", Text(3000, 'x'));
+  };
+  m_window->findChild<QSplitter*>("splitter")->setSizes({1, 2000});
+  ClickExpandMark("");
+  const auto* view = Results().List().DetailsView();
+  EXPECT_GT(view->header()->sectionSize(0), 200);
+  EXPECT_EQ(view->header()->length(), view->viewport()->width());
+  EXPECT_GE(view->header()->sectionSize(1), 150);
+}
+
 TEST_F(MainWindowTest, what_a_column_cuts_is_read_in_a_tool_tip) {
   ClickExpandMark("");
   ClickExpandMark("alpha");

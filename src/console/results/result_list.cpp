@@ -10,6 +10,9 @@
 #include <QSortFilterProxyModel>
 #include <QToolTip>
 #include <QTreeView>
+#include <algorithm>
+#include <numeric>
+#include <utility>
 
 #include "console/look/roomy_rows.h"
 #include "console/look/tool_tip.h"
@@ -21,7 +24,18 @@ namespace {
 /// Of a column without a width of its own.
 constexpr int kUsualWidth = 160;
 
+int OwnWidth(const ResultListModel::Column& column) {
+  return column.iWidth > 0 ? column.iWidth : kUsualWidth;
+}
+
 }  // namespace
+
+/// Tells how wide its columns would have to be.
+class ResultListDetails final : public QTreeView {
+ public:
+  using QTreeView::QTreeView;
+  using QTreeView::sizeHintForColumn;
+};
 
 /// Rows by the text of a column as people read it: without regard to case, numbers by their value.
 /// Without a column, rows are in the order in which they were added.
@@ -67,7 +81,7 @@ class WholeCells final : public QStyledItemDelegate {
 
 ResultList::ResultList(QWidget* parent)
     : QStackedWidget(parent),
-      m_details(new QTreeView(this)),
+      m_details(new ResultListDetails(this)),
       m_icons(new QListView(this)),
       m_order(new ResultListOrder(this)) {
   m_details->setObjectName("resultDetails");
@@ -113,6 +127,9 @@ ResultList::ResultList(QWidget* parent)
     connect(m_order, signal, this, [this] { emit RowsChanged(); });
   }
   connect(m_order, &QAbstractItemModel::modelReset, this, [this] { emit RowsChanged(); });
+  for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+    connect(m_order, signal, this, &ResultList::FillRoomLater);
+  }
   connect(m_order, &QAbstractItemModel::columnsInserted, this,
           [this](const QModelIndex&, int iFirst) {
             SetWidths(m_bChosenWidths || m_bGivenWidths ? iFirst : 0);
@@ -172,22 +189,38 @@ void ResultList::SetWidths(int iFirstColumn) {
   const QScopedValueRollback setting(m_bSettingWidths, true);
   const auto& columns = m_model->Columns();
   for (auto n = static_cast<std::size_t>(iFirstColumn); n < columns.size(); ++n) {
-    const int iWidth = columns[n].iWidth > 0 ? columns[n].iWidth : kUsualWidth;
-    m_details->header()->resizeSection(static_cast<int>(n), iWidth);
+    m_details->header()->resizeSection(static_cast<int>(n), OwnWidth(columns[n]));
   }
   FillRoom();
 }
 
 void ResultList::FillRoom() {
+  m_bFillPosted = false;
   if (!m_model || m_bChosenWidths || m_bGivenWidths) return;
   const QScopedValueRollback setting(m_bSettingWidths, true);
   auto* header = m_details->header();
   const auto& columns = m_model->Columns();
-  const auto iLast = static_cast<int>(columns.size()) - 1;
-  if (iLast < 0 || iLast >= header->count()) return;
-  const int iOwn = columns.back().iWidth > 0 ? columns.back().iWidth : kUsualWidth;
-  const int iOthers = header->length() - header->sectionSize(iLast);
-  header->resizeSection(iLast, std::max(iOwn, m_details->viewport()->width() - iOthers));
+  const int iCount = std::min(static_cast<int>(columns.size()), header->count());
+  std::vector<int> widths;
+  for (int i = 0; i < iCount; ++i) widths.push_back(OwnWidth(columns[static_cast<std::size_t>(i)]));
+  if (widths.empty()) return;
+  int iSpare = m_details->viewport()->width() - std::accumulate(widths.begin(), widths.end(), 0);
+  // From the left, as far as it goes; what nobody needs is the last one's.
+  for (int i = 0; i + 1 < iCount && iSpare > 0; ++i) {
+    auto& iWidth = widths[static_cast<std::size_t>(i)];
+    const int iNeeded = m_details->sizeHintForColumn(i);
+    const int iMore = std::clamp(iNeeded - iWidth, 0, iSpare);
+    iWidth += iMore;
+    iSpare -= iMore;
+  }
+  widths.back() += std::max(0, iSpare);
+  for (int i = 0; i < iCount; ++i) header->resizeSection(i, widths[static_cast<std::size_t>(i)]);
+}
+
+void ResultList::FillRoomLater() {
+  if (std::exchange(m_bFillPosted, true)) return;
+  QMetaObject::invokeMethod(
+      this, [this] { FillRoom(); }, Qt::QueuedConnection);
 }
 
 bool ResultList::ShowsTip(const QHelpEvent& event, bool bHeading) {
@@ -213,6 +246,10 @@ bool ResultList::ShowsTip(const QHelpEvent& event, bool bHeading) {
 void ResultList::Style(ListStyle style) {
   m_style = style;
   setCurrentWidget(style == ListStyle::Icons ? static_cast<QWidget*>(m_icons) : m_details);
+}
+
+QTreeView* ResultList::DetailsView() const noexcept {
+  return m_details;
 }
 
 QAbstractItemView* ResultList::ActiveView() const {

@@ -13,6 +13,7 @@ class QTreeView;
 
 namespace orvane::console {
 
+class ResultListDetails;
 class ResultListOrder;
 
 enum class ListStyle : std::uint8_t { Details, Icons };
@@ -36,7 +37,7 @@ class ResultList final : public QStackedWidget {
   int RowCount() const;
   /// The view on the screen.
   QAbstractItemView* ActiveView() const;
-  QTreeView* DetailsView() const noexcept { return m_details; }
+  QTreeView* DetailsView() const noexcept;
 
   /// True when the user has changed a column's width since the model came.
   bool HasChosenWidths() const noexcept { return m_bChosenWidths; }
@@ -59,13 +60,16 @@ class ResultList final : public QStackedWidget {
  private:
   void Prepare(QAbstractItemView* view);
   void SetWidths(int iFirstColumn);
-  /// Gives the last column the room that the others leave, unless widths were chosen.
+  /// Gives the columns the room that there is beyond their own widths, unless widths were chosen:
+  /// to each what its texts need, and to the last what is left.
   void FillRoom();
+  /// The same from the event loop, once for all rows that come together.
+  void FillRoomLater();
   /// The tool tip of a heading or a cell that its column cuts; others have none.
   bool ShowsTip(const QHelpEvent& event, bool bHeading);
   void SetGrid();
 
-  QTreeView* m_details;
+  ResultListDetails* m_details;
   QListView* m_icons;
   std::unique_ptr<ResultListModel> m_model;
   ResultListOrder* m_order;
@@ -73,6 +77,7 @@ class ResultList final : public QStackedWidget {
   bool m_bChosenWidths = false;
   bool m_bGivenWidths = false;  // chosen before, and remembered
   bool m_bSettingWidths = false;
+  bool m_bFillPosted = false;
 };
 
 }  // namespace orvane::console

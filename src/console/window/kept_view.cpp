@@ -50,8 +50,14 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
   }
   // It may have been another screen, and the document somebody else's.
   KeepOnScreen(parts.window);
-  if (const auto state = bytes("Splitter.State"); !state.isEmpty())
+  if (const auto state = bytes("Splitter.State"); !state.isEmpty()) {
+    const int iHandle = parts.splitter.handleWidth();
     parts.splitter.restoreState(state);
+    // Of all that such a state can say, the shares are what a document is asked for.
+    parts.splitter.setOrientation(Qt::Horizontal);
+    parts.splitter.setHandleWidth(iHandle);
+    parts.splitter.setChildrenCollapsible(false);
+  }
   parts.menus.actToolbar->setChecked(flag("Toolbar.Shown", true));
   parts.toolbar.Wanted(parts.menus.actToolbar->isChecked());
   const bool bLarge = flag("Toolbar.LargeIcons", false);

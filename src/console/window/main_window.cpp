@@ -100,6 +100,7 @@ void MainWindow::MakeStatusBar() {
   statusBar()->addPermanentWidget(m_lblReadOnly);
   m_lblServer = new QLabel(this);
   m_lblServer->setObjectName("shownServer");
+  m_lblServer->setContentsMargins(12, 0, 12, 0);
   m_lblServer->setTextFormat(Qt::PlainText);
   statusBar()->addPermanentWidget(m_lblServer);
   statusBar()->addPermanentWidget(m_lblItems);
