@@ -1,5 +1,5 @@
-// Names and texts as SQL reads them back, whatever they hold: the one rule for whoever composes SQL,
-// the provider, the grids and the tools alike. Pure functions, any thread.
+// Names and texts as SQL reads them back, whatever they hold: the one rule for whoever composes
+// SQL, the provider, the grids and the tools alike. Pure functions, any thread.
 #pragma once
 
 #include <string_view>

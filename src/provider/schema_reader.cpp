@@ -80,9 +80,8 @@ std::vector<CatalogRecord> SchemaReader::Catalogs(const Value& vtCatalog,
   const Text sCatalog = platform::ToText(vtCatalog);
   std::erase_if(records, [&](const auto& record) { return !m_names.IsKnownAs(record, sCatalog); });
   if (records.empty()) {
-    throw Failure(
-        failure::kInvalidArgument,
-        "There is no catalog \"" + sCatalog + "\" on this server; reload the list of catalogs.");
+    throw Failure(failure::kInvalidArgument, "There is no catalog \"" + sCatalog +
+                                                 "\" on this server; reload the list of catalogs.");
   }
   return records;
 }

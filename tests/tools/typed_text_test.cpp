@@ -12,8 +12,8 @@ using platform::Text;
 
 Text Read(DataType type, std::string_view sText) {
   using namespace std::chrono;
-  const auto vtValue = ReadTyped(type, sText, zones::TimeZone("UTC"),
-                                 sys_days(year{2024} / 5 / 15) + hours(12));
+  const auto vtValue =
+      ReadTyped(type, sText, zones::TimeZone("UTC"), sys_days(year{2024} / 5 / 15) + hours(12));
   return vtValue ? platform::ToText(*vtValue) : "none";
 }
 
