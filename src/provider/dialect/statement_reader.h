@@ -104,7 +104,7 @@ class StatementReader {
   Expr* ReadOperand(Scope* scope);
   Expr* ReadBehind(Expr* left, Scope* scope, Level level);
   Expr* ReadNegatable(Expr* left, Scope* scope);
-  Expr* ReadIn(Expr* left, Scope* scope);
+  Expr* ReadIn(Expr* in, Scope* scope);
   Expr* ReadBracket(Scope* scope);
   Expr* ReadCase(Scope* scope);
   Expr* ReadCast(Scope* scope);
