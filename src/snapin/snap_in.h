@@ -140,6 +140,7 @@ class SnapIn : private nodes::Counted,
 
   // ---- toolbar.cpp
   struct ShownGrid;
+  struct ButtonClick;
   struct Button;
   static const std::vector<Button>& Buttons();
   ShownGrid GridOf(ToolbarKind kind) const;
@@ -148,6 +149,13 @@ class SnapIn : private nodes::Counted,
   void AddButtons(ToolbarKind kind);
   /// Sets that toolbar's buttons as its grid says; nothing while it is not built.
   void ButtonStates(ToolbarKind kind);
+  /// Has the grid shown do that, if there is one.
+  template <auto kOperation>
+  void ActOnGrid(const ButtonClick& click);
+  /// Has the table's grid do that, if it is the one shown.
+  template <auto kOperation>
+  void ActOnTable(const ButtonClick& click);
+  void ToggleSqlStatements(const ButtonClick& click);
 
   // ---- server_commands.cpp
   void m_mnuOptions_Click(const platform::ScopeItemPtr& item);

@@ -15,41 +15,87 @@ struct SnapIn::ShownGrid {
   platform::TableEditor* editor = nullptr;
 };
 
-/// A button of the table toolbar; the query toolbar has the same ones but those of tables.
-struct SnapIn::Button {
-  const char* sKey;  ///< empty for a separator
-  Long lImage;
-  const char* sToolTip;
-  ButtonStyle style;
-  Boolean bTableOnly;
-  void (*act)(const ShownGrid& shown);
-  Boolean (*isEnabled)(const ShownGrid& shown);
+/// A click, and the grid that is shown then; there may be none.
+struct SnapIn::ButtonClick {
+  platform::ToolbarButton& button;
+  ShownGrid shown;
 };
 
+/// A button of the table toolbar; the query toolbar has the same ones but those of tables. One
+/// that can be clicked is made with its action and its state, or not at all.
+struct SnapIn::Button {
+  using Action = void (SnapIn::*)(const ButtonClick& click);
+  using State = void (*)(const ShownGrid& shown, platform::ToolbarButton& button);
+
+  Button(const char* key, Long image, const char* toolTip, ButtonStyle buttonStyle,
+         Boolean bForTables, Action clicked, State shows)
+      : sKey(key),
+        lImage(image),
+        sToolTip(toolTip),
+        style(buttonStyle),
+        bTableOnly(bForTables),
+        act(clicked),
+        showState(shows) {}
+  /// A separator.
+  explicit Button(Boolean bForTables) : bTableOnly(bForTables) {}
+
+  Boolean IsSeparator() const { return style == ButtonStyle::Separator; }
+
+  const char* sKey = "";
+  Long lImage = 1;
+  const char* sToolTip = "";
+  ButtonStyle style = ButtonStyle::Separator;
+  Boolean bTableOnly;
+  Action act = nullptr;
+  State showState = nullptr;
+};
+
+template <auto kOperation>
+void SnapIn::ActOnGrid(const ButtonClick& click) {
+  if (click.shown.grid) (click.shown.grid->*kOperation)();
+}
+
+template <auto kOperation>
+void SnapIn::ActOnTable(const ButtonClick& click) {
+  if (click.shown.editor) (click.shown.editor->*kOperation)();
+}
+
+void SnapIn::ToggleSqlStatements(const ButtonClick& click) {
+  const Boolean bShow = !Root().SqlStatements();
+  Root().SqlStatements(bShow);
+  click.button.Pressed(bShow);
+  if (click.shown.grid) click.shown.grid->ShowSqlStatements(bShow);
+}
+
 const std::vector<SnapIn::Button>& SnapIn::Buttons() {
+  using platform::Grid;
+  using platform::TableEditor;
+  using platform::ToolbarButton;
   using Shown = const ShownGrid&;
   constexpr auto push = ButtonStyle::Default;
-  const auto separator = [](Boolean bTableOnly) {
-    return Button{"", 1, "", ButtonStyle::Separator, bTableOnly, nullptr, nullptr};
-  };
   static const std::vector<Button> buttons{
-      {"MoveFirst", 1, "Move to First Row", push, false, [](Shown it) { it.grid->MoveFirst(); },
-       [](Shown it) { return it.grid->CanMove(); }},
-      {"MoveLast", 2, "Move to Last Row", push, false, [](Shown it) { it.grid->MoveLast(); },
-       [](Shown it) { return it.grid->CanMove(); }},
-      separator(false),
-      {"SortAsc", 3, "Sort Ascending", push, true, [](Shown it) { it.editor->SortAscending(); },
-       [](Shown it) { return it.editor->CanSort(); }},
-      {"SortDesc", 4, "Sort Descending", push, true, [](Shown it) { it.editor->SortDescending(); },
-       [](Shown it) { return it.editor->CanSort(); }},
-      separator(true),
+      {"MoveFirst", 1, "Move to First Row", push, false, &SnapIn::ActOnGrid<&Grid::MoveFirst>,
+       [](Shown it, ToolbarButton& button) { button.Enabled(it.grid->CanMove()); }},
+      {"MoveLast", 2, "Move to Last Row", push, false, &SnapIn::ActOnGrid<&Grid::MoveLast>,
+       [](Shown it, ToolbarButton& button) { button.Enabled(it.grid->CanMove()); }},
+      Button(false),
+      {"SortAsc", 3, "Sort Ascending", push, true, &SnapIn::ActOnTable<&TableEditor::SortAscending>,
+       [](Shown it, ToolbarButton& button) { button.Enabled(it.editor->CanSort()); }},
+      {"SortDesc", 4, "Sort Descending", push, true,
+       &SnapIn::ActOnTable<&TableEditor::SortDescending>,
+       [](Shown it, ToolbarButton& button) { button.Enabled(it.editor->CanSort()); }},
+      Button(true),
       {"CellQuery", 5, "Put Results of a Query into the Current Cell", push, false,
-       [](Shown it) { it.grid->CellQuery(); }, [](Shown it) { return it.grid->CanCellQuery(); }},
+       &SnapIn::ActOnGrid<&Grid::CellQuery>,
+       [](Shown it, ToolbarButton& button) { button.Enabled(it.grid->CanCellQuery()); }},
       {"Delete", 6, "Delete Selected Rows", push, false,
-       [](Shown it) { it.grid->DeleteSelectedRows(); },
-       [](Shown it) { return it.grid->DeleteAllowed() && it.grid->RowsSelected(); }},
-      separator(false),
-      {"Sql", 7, "Show/Hide SQL Statement", ButtonStyle::Check, false, nullptr, nullptr}};
+       &SnapIn::ActOnGrid<&Grid::DeleteSelectedRows>,
+       [](Shown it, ToolbarButton& button) {
+         button.Enabled(it.grid->DeleteAllowed() && it.grid->RowsSelected());
+       }},
+      Button(false),
+      {"Sql", 7, "Show/Hide SQL Statement", ButtonStyle::Check, false, &SnapIn::ToggleSqlStatements,
+       [](Shown it, ToolbarButton& button) { button.Pressed(it.grid->ShowSqlStatements()); }}};
   return buttons;
 }
 
@@ -92,10 +138,9 @@ void SnapIn::AddButtons(ToolbarKind kind) {
   for (const Button& button : Buttons()) {
     if (button.bTableOnly && kind != ToolbarKind::Table) continue;
     ++lPosition;
-    const Boolean bSeparator = button.style == ButtonStyle::Separator;
     Suppressed([&] {
       m_tbrToolbar->Buttons().Add(lPosition, button.sKey,
-                                  bSeparator ? button.lImage : button.lImage * lFactor,
+                                  button.IsSeparator() ? button.lImage : button.lImage * lFactor,
                                   button.sToolTip, button.style);
     });
   }
@@ -109,10 +154,9 @@ void SnapIn::ButtonStates(ToolbarKind kind) {
     if (!shown.grid || m_buttonsKind != kind) return;
     auto& buttons = m_tbrToolbar->Buttons();
     for (const Button& button : Buttons()) {
-      if (!button.isEnabled || (button.bTableOnly && !shown.editor)) continue;
-      buttons.Item(button.sKey).Enabled(button.isEnabled(shown));
+      if (button.IsSeparator() || (button.bTableOnly && !shown.editor)) continue;
+      button.showState(shown, buttons.Item(button.sKey));
     }
-    buttons.Item("Sql").Pressed(shown.grid->ShowSqlStatements());
   });
 }
 
@@ -120,20 +164,15 @@ void SnapIn::Toolbar_ButtonClick(platform::ToolbarButton& button) {
   // The buttons' states follow from the grid's own events.
   Guard([&] {
     const Text sKey = button.Key();
-    const ShownGrid shown = GridOf(KindShown());
-    if (sKey == "Sql") {
-      Root().SqlStatements(!Root().SqlStatements());
-      button.Pressed(Root().SqlStatements());
-      if (shown.grid) shown.grid->ShowSqlStatements(Root().SqlStatements());
-    } else if (sKey == "Context") {
+    if (sKey == "Context") {
       // No toolbar carries this button; the option is kept in documents all the same.
       Root().Context(!Root().Context());
       button.Pressed(Root().Context());
+      return;
     }
-    if (!shown.grid) return;
+    const ButtonClick click{button, GridOf(KindShown())};
     for (const Button& known : Buttons()) {
-      if (!known.act || sKey != known.sKey || (known.bTableOnly && !shown.editor)) continue;
-      known.act(shown);
+      if (!known.IsSeparator() && sKey == known.sKey) return (this->*known.act)(click);
     }
   });
 }

@@ -54,6 +54,22 @@ TEST_F(grid_events, query_buttons_call_their_operations_and_sort_keys_do_nothing
   ExpectNoBoxes();
 }
 
+TEST_F(grid_events, no_button_of_a_toolbar_is_without_an_action) {
+  const auto clickAll = [&](std::vector<std::string>& log) {
+    for (const auto& button : driver.console->toolbar->Buttons().buttons) {
+      if (button->style == platform::ButtonStyle::Separator) continue;
+      log.clear();
+      driver.snapIn->Toolbar_ButtonClick(*button);
+      EXPECT_EQ(log.size(), 1U) << button->Key();
+    }
+  };
+  SelectTable();
+  clickAll(editor->log);
+  SelectQuery();
+  clickAll(results->log);
+  ExpectNoBoxes();
+}
+
 TEST_F(grid_events, sql_toggles_the_option_the_button_and_the_table_grid) {
   SelectTable();
   ASSERT_TRUE(Root()->SqlStatements());
