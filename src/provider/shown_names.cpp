@@ -8,8 +8,9 @@ using historian::CatalogRecord;
 using platform::Text;
 
 ShownCatalog ShownNames::Catalog(const CatalogRecord& record) const {
-  // The historian's own catalogs have no identity and keep their names.
-  if (m_options.HistoriansByGuid() && !record.bOwn) {
+  // The historian's own catalogs have no identity and keep their names, as do those whose record
+  // another program has left without one: a catalog is never listed under nothing.
+  if (m_options.HistoriansByGuid() && !record.sIdentity.empty()) {
     return {record.sIdentity, record.sName, false};
   }
   return {Table(record.sName), record.sDescription, record.bOwn};
@@ -23,7 +24,7 @@ bool ShownNames::IsKnownAs(const CatalogRecord& record, const Text& sName) const
   if (historian::IsSameCatalog(record.sName, sName)) return true;
   const Text sPlain = Plain(sName);
   if (historian::IsSameCatalog(record.sName, sPlain)) return true;
-  return m_options.HistoriansByGuid() && !record.bOwn &&
+  return m_options.HistoriansByGuid() && !record.sIdentity.empty() &&
          historian::IsSameCatalog(record.sIdentity, sPlain);
 }
 

@@ -192,6 +192,21 @@ TEST_F(schema_rowsets, show_identities_where_the_option_says_so) {
             "Orv_Data Orv_Data2 Orv_Tags");
 }
 
+TEST_F(schema_rowsets, show_the_name_of_a_catalog_whose_identity_is_lost) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open((m_root.Historian() / "Orvane.db").c_str(), &db), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(db, "UPDATE Historians SET Identity = ''", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(db);
+  Reopen("Historians By GUID = True;");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Catalogs), "CATALOG_NAME"), "Functions Orvane Plant1");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Tables, {Value("Plant1")}), "TABLE_NAME"),
+            "Data Data2 Tags");
+  Run("DROP DATABASE \"Plant1\"");
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Catalogs), "CATALOG_NAME"), "Functions Orvane");
+}
+
 TEST_F(schema_rowsets, show_times_as_numbers_where_the_option_says_so) {
   Run("CREATE DATABASE \"Plant1\" ");
   Reopen("Time as Double = True;");
