@@ -89,12 +89,19 @@ void SnapIn::ExpandServer(ScopeItem& item) {
 
 void SnapIn::PopulateCatalogs(ScopeItem& item) {
   const auto server = TagAs<nodes::ServerNode>(item);
+  bool bNameless = false;
   access::ForEachCatalog(server->Connection(), [&](const Text& sCatalog) {
     const auto child = AddCatalogScopeItem(item, sCatalog);
     auto catalog = server->CatalogNodes()->Item(sCatalog);
     if (!catalog) catalog = server->CatalogNodes()->Add(sCatalog);
     child->Tag(catalog);
+    bNameless = bNameless || sCatalog.empty();
   });
+  if (bNameless) return;
+  // No server lists one without a name: without an item it could never leave its document.
+  if (const auto catalog = server->CatalogNodes()->Item(Text())) {
+    AddCatalogScopeItem(item, Text())->Tag(catalog);
+  }
 }
 
 platform::ScopeItemPtr SnapIn::AddCatalogScopeItem(ScopeItem& catalogsItem, const Text& sCatalog) {

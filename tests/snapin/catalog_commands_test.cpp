@@ -152,6 +152,25 @@ TEST_F(catalog_commands, a_catalog_without_a_name_is_removed_from_the_tree_alone
   EXPECT_EQ(server->CatalogNodes()->Item(""), nullptr);
 }
 
+TEST_F(catalog_commands, a_catalog_without_a_name_can_be_removed_from_the_document_that_brings_it) {
+  AddServer("S1")->CatalogNodes()->Add("");
+  driver.SaveAndReopen();
+  for (const char* sKey : {"", "S1", "S1.Catalogs"}) driver.Expand(sKey);
+  EXPECT_EQ(driver.Children("S1.Catalogs"),
+            (std::vector<Text>{"S1.Catalogs.Plant", "S1.Catalogs."}));
+  const auto server = Root()->ServerNodes()->Item("S1");
+  EXPECT_EQ(driver.Item("S1.Catalogs.")->Tag(), server->CatalogNodes()->Item(""));
+  driver.Expand("S1.Catalogs.");
+  EXPECT_TRUE(driver.Children("S1.Catalogs.").empty());
+  ExpectNoBoxes();
+  driver.Click("m_mnuCatalogRemove", "S1.Catalogs.");
+  ASSERT_EQ(driver.TakeBoxes().size(), 1U) << "the question alone";
+  EXPECT_TRUE(statements.empty());
+  driver.SaveAndReopen();
+  for (const char* sKey : {"", "S1", "S1.Catalogs"}) driver.Expand(sKey);
+  EXPECT_EQ(driver.Children("S1.Catalogs"), std::vector<Text>{"S1.Catalogs.Plant"});
+}
+
 TEST_F(catalog_commands, a_removal_that_fails_on_the_server_leaves_node_and_item) {
   const auto server = ExpandAll();
   sFailing = "DROP DATABASE \"Plant\"";

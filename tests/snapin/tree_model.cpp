@@ -102,6 +102,11 @@ void TreeModel::ExpandBody(Item& item) {
       }
       child->tag = catalog;
     });
+    if (const auto nameless = Lookup(server->catalogs, "")) {
+      if (!Find(item.sKey + ".")) {
+        AddItem("Catalog", item.sKey + ".", item, "", true)->tag = nameless;
+      }
+    }
   } else if (item.sType == "Catalog") {
     const auto catalog = TagOf<Catalog>(item);
     if (catalog->sName.empty()) return;
