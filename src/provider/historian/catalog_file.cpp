@@ -8,6 +8,7 @@
 #include <random>
 
 #include "platform/failure.h"
+#include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_handle.h"
 #include "provider/historian/private_files.h"
 
@@ -24,16 +25,16 @@ constexpr std::size_t kHiddenDigits = 16;
 // What may stand beside a catalog's file and belongs to it.
 constexpr std::array kBelongings = {"-wal", "-shm", "-journal", ".recorder"};
 
-engines::SqliteHandle Open(const fs::path& file, int nFlags, int& nResult) {
-  sqlite3* database = nullptr;
-  nResult = sqlite3_open_v2(file.c_str(), &database, nFlags, nullptr);
-  return engines::SqliteHandle(database);
+[[noreturn]] void FailToWrite(const fs::path& file, sqlite3* database) {
+  const int nCode = engines::WithSystemError(database, sqlite3_extended_errcode(database));
+  // SQLite finds some disks full without an error of the system to tell.
+  const bool bFull = (nCode & engines::kPrimaryCode) == SQLITE_FULL;
+  FailToWriteCatalogFile(file, bFull ? ENOSPC : sqlite3_system_errno(database), nCode);
 }
 
 void Execute(sqlite3* database, const char* sSql, const fs::path& file) {
   if (sqlite3_exec(database, sSql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-    FailToWriteCatalogFile(file, sqlite3_system_errno(database),
-                           sqlite3_extended_errcode(database));
+    FailToWrite(file, database);
   }
 }
 
@@ -56,6 +57,12 @@ void FailToWriteCatalogFile(const fs::path& file, int nSystemError, int nNativeE
                   "You have no right to write into the folder " + file.parent_path().string() +
                       "; ask its owner for the right or choose another folder.",
                   "ORVOLEDB", nSystemError);
+  }
+  if (engines::IsNoRoom(nSystemError)) {
+    throw Failure(failure::kStorage,
+                  "The disk of the file " + file.string() +
+                      " has no room left, so nothing was written: make room and try again.",
+                  "ORVOLEDB", nNativeError);
   }
   throw Failure(failure::kStorage,
                 "The file " + file.string() +
@@ -85,11 +92,8 @@ void MakeHidden(const fs::path& file, const fs::path& hidden, std::string_view s
   MakePrivateFile(hidden, error);
   if (error) FailToWriteCatalogFile(file, error.value(), error.value());
   try {
-    int nResult = SQLITE_OK;
-    const engines::SqliteHandle database = Open(hidden, SQLITE_OPEN_READWRITE, nResult);
-    if (nResult != SQLITE_OK) {
-      FailToWriteCatalogFile(file, sqlite3_system_errno(database.get()), nResult);
-    }
+    const auto [database, nResult] = engines::OpenDatabase(hidden.c_str(), SQLITE_OPEN_READWRITE);
+    if (nResult != SQLITE_OK) FailToWrite(file, database.get());
     const Text sAll = "BEGIN;" + Text(sStatements) + ";COMMIT";
     Execute(database.get(), sAll.c_str(), file);
   } catch (const Failure&) {
@@ -159,8 +163,7 @@ void RemoveCatalogFile(const fs::path& file) {
 }
 
 bool IsSoundCatalogFile(const fs::path& file) {
-  int nResult = SQLITE_OK;
-  const engines::SqliteHandle database = Open(file, SQLITE_OPEN_READWRITE, nResult);
+  auto [database, nResult] = engines::OpenDatabase(file.c_str(), SQLITE_OPEN_READWRITE);
   // An empty file is an undamaged database.
   for (const char* const sSql :
        {"SELECT 'ok' FROM sqlite_master LIMIT 1", "PRAGMA quick_check(1)"}) {

@@ -41,10 +41,9 @@ HeldCatalogFile::HeldCatalogFile(const std::filesystem::path& file, const Text& 
   if (!std::filesystem::exists(file, ignored)) return;
   m_recorder.emplace(file, RecorderLock::File::Found);
   if (!m_recorder->Take()) FailInUse(sCatalog, SQLITE_BUSY);
-  sqlite3* database = nullptr;
-  int nResult = sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
-  engines::SqliteHandle opened(database);
+  auto [opened, nResult] = engines::OpenDatabase(file.c_str(), SQLITE_OPEN_READWRITE);
   if (nResult != SQLITE_OK) return;
+  sqlite3* const database = opened.get();
   std::stop_token wait = stop;
   sqlite3_busy_handler(database, WaitForOthers, &wait);
   // An older version's log mode is left first, for which everyone else must have closed the file;

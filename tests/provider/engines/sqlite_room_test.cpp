@@ -4,39 +4,15 @@
 #include <cerrno>
 
 #include "tests/provider/engines/database_folder.h"
+#include "tests/provider/engines/refusing_disk.h"
 
 namespace orvane::provider::engines {
 namespace {
 
 using tests::FailureOf;
+using tests::RefusingDisk;
 using tests::Told;
 namespace failure = platform::failure;
-
-/// While it lives, files that SQLite writes refuse it with that error of the system.
-class RefusingDisk {
- public:
-  explicit RefusingDisk(int nError) {
-    s_nError = nError;
-    Set(reinterpret_cast<sqlite3_syscall_ptr>(&Refuse));
-  }
-  RefusingDisk(const RefusingDisk&) = delete;
-  RefusingDisk& operator=(const RefusingDisk&) = delete;
-  ~RefusingDisk() { Set(nullptr); }
-
- private:
-  static ssize_t Refuse(int, const void*, std::size_t) {
-    errno = s_nError;
-    return -1;
-  }
-  static void Set(sqlite3_syscall_ptr call) {
-    sqlite3_vfs* const vfs = sqlite3_vfs_find(nullptr);
-    for (const char* sName : {"write", "pwrite", "pwrite64"}) {
-      vfs->xSetSystemCall(vfs, sName, call);
-    }
-  }
-
-  static inline int s_nError = 0;
-};
 
 class SqliteRoomTest : public tests::DatabaseFolder {
  protected:

@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <fstream>
 
+#include "provider/historian/catalog_file.h"
+#include "tests/provider/engines/refusing_disk.h"
 #include "tests/provider/historian/historian_fixture.h"
 
 namespace orvane::provider::historian {
@@ -247,6 +250,21 @@ TEST_F(catalogs, drops_neither_its_own_catalogs_nor_one_that_is_not_there) {
             "5: The catalog Functions belongs to the historian itself and cannot be dropped; "
             "choose another one.");
   EXPECT_EQ(Names(*opened), "Functions Orvane ");
+}
+
+TEST_F(catalogs, a_full_disk_is_called_full_and_leaves_nothing) {
+  const auto opened = Open();
+  const auto file = m_root.Path() / "Plant1.db";
+  for (const int nError : {ENOSPC, EDQUOT, EFBIG}) {
+    const tests::RefusingDisk disk(nError);
+    EXPECT_EQ(FailureOf([&] { MakeCatalogFile(file, "CREATE TABLE t(a)"); }),
+              "3807: The disk of the file " + file.string() +
+                  " has no room left, so nothing was written: make room and try again.");
+  }
+  const std::set<Text> content = Content(m_root.Path());
+  EXPECT_EQ(std::count_if(content.begin(), content.end(),
+                          [](const Text& sName) { return sName.find("Plant1") != Text::npos; }),
+            0);
 }
 
 }  // namespace

@@ -14,14 +14,11 @@ namespace {
 
 SqliteHandle OpenHandle(const Catalog& main) {
   // Calls of a session come one at a time, so SQLite need not lock each of its functions.
-  constexpr int kFlags =
-      SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-  sqlite3* database = nullptr;
+  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX;
   const Text sName = main.sPlace.empty() ? ":memory:" : UriOf(main);
-  const int nCode = sqlite3_open_v2(sName.c_str(), &database, kFlags, nullptr);
-  SqliteHandle handle(database);
+  auto [handle, nCode] = OpenDatabase(sName.c_str(), kFlags);
+  sqlite3* const database = handle.get();
   if (nCode != SQLITE_OK) {
-    if (database == nullptr) throw FailureOf(nCode, SubjectOf(main), {});
     throw FailureOf(WithSystemError(database, nCode), SubjectOf(main), sqlite3_errmsg(database));
   }
   sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
@@ -30,7 +27,7 @@ SqliteHandle OpenHandle(const Catalog& main) {
   // Otherwise a misspelled name in double quotes is a text, which every row then equals or not.
   sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
-  return handle;
+  return std::move(handle);
 }
 
 // SQLite opens late: only reading tells whether this is a database, and one free to be read. All

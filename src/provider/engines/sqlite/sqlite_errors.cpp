@@ -18,10 +18,6 @@ bool IsOfFiles(int nCode) {
   return nPrimary == SQLITE_IOERR || nPrimary == SQLITE_CANTOPEN;
 }
 
-bool IsNoRoom(int nSystemError) {
-  return nSystemError == ENOSPC || nSystemError == EDQUOT || nSystemError == EFBIG;
-}
-
 // What the system said last of the file; SQLite's own number may be that of a later call.
 int LastErrorOf(sqlite3_file* file) {
   int nError = 0;
@@ -32,6 +28,10 @@ int LastErrorOf(sqlite3_file* file) {
 }
 
 }  // namespace
+
+bool IsNoRoom(int nSystemError) noexcept {
+  return nSystemError == ENOSPC || nSystemError == EDQUOT || nSystemError == EFBIG;
+}
 
 int WithSystemError(int nCode, int nSystemError) noexcept {
   return IsOfFiles(nCode) && IsNoRoom(nSystemError) ? SQLITE_FULL : nCode;

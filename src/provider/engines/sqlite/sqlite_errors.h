@@ -14,6 +14,9 @@ namespace orvane::provider::engines {
 /// What of an extended result code is the primary one.
 constexpr int kPrimaryCode = 0xFF;
 
+/// True for what the system says where there is no room: of the disk, of a quota or of a file.
+bool IsNoRoom(int nSystemError) noexcept;
+
 /// The result code with what the system said at the time: where a file could not be read, written
 /// or opened because there is no room, that is SQLITE_FULL.
 int WithSystemError(int nCode, int nSystemError) noexcept;

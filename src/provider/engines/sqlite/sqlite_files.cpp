@@ -49,12 +49,10 @@ bool IsInLogMode(const Text& sPath) {
 // Opens the file for writing and does the work there; what fails is left to whoever opens it next.
 template <class Work>
 void Try(const Text& sPath, Work&& work) {
-  sqlite3* database = nullptr;
-  const int nResult = sqlite3_open_v2(sPath.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
-  const SqliteHandle handle(database);
-  if (nResult != SQLITE_OK) return;
+  const OpenedDatabase opened = OpenDatabase(sPath.c_str(), SQLITE_OPEN_READWRITE);
+  if (opened.nCode != SQLITE_OK) return;
   std::forward<Work>(work)([&](const char* sSql) {
-    return sqlite3_exec(database, sSql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    return sqlite3_exec(opened.database.get(), sSql, nullptr, nullptr, nullptr) == SQLITE_OK;
   });
 }
 
