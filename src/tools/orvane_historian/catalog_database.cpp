@@ -5,12 +5,15 @@
 #include "platform/failure.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_files.h"
+#include "provider/engines/sqlite/sqlite_room.h"
+#include "provider/engines/sqlite/sqlite_values.h"
 #include "provider/historian/historian.h"
 
 namespace orvane::tools {
 
 using platform::Failure;
 using platform::Value;
+namespace engines = provider::engines;
 
 PreparedStatement::PreparedStatement(CatalogDatabase& database, std::string_view sSql)
     : m_database(database) {
@@ -20,37 +23,8 @@ PreparedStatement::PreparedStatement(CatalogDatabase& database, std::string_view
   m_statement.reset(statement);
 }
 
-PreparedStatement& PreparedStatement::operator<<(std::string_view sText) {
-  Check(sqlite3_bind_text64(m_statement.get(), ++m_nParameter, sText.data(), sText.size(),
-                            SQLITE_TRANSIENT, SQLITE_UTF8));
-  return *this;
-}
-
-PreparedStatement& PreparedStatement::operator<<(double dValue) {
-  Check(sqlite3_bind_double(m_statement.get(), ++m_nParameter, dValue));
-  return *this;
-}
-
-PreparedStatement& PreparedStatement::operator<<(std::int64_t llValue) {
-  Check(sqlite3_bind_int64(m_statement.get(), ++m_nParameter, llValue));
-  return *this;
-}
-
 PreparedStatement& PreparedStatement::operator<<(const Value& vtValue) {
-  if (const auto* const sText = vtValue.As<platform::Text>()) return *this << *sText;
-  if (const auto* const dValue = vtValue.As<double>()) return *this << *dValue;
-  if (const auto* const llValue = vtValue.As<std::int64_t>()) return *this << *llValue;
-  if (const auto* const time = vtValue.As<platform::Timestamp>()) {
-    return *this << static_cast<std::int64_t>(time->time_since_epoch().count());
-  }
-  ++m_nParameter;
-  if (const auto* const bytes = vtValue.As<platform::Bytes>()) {
-    Check(bytes->empty() ? sqlite3_bind_zeroblob(m_statement.get(), m_nParameter, 0)
-                         : sqlite3_bind_blob64(m_statement.get(), m_nParameter, bytes->data(),
-                                               bytes->size(), SQLITE_TRANSIENT));
-  } else {
-    Check(sqlite3_bind_null(m_statement.get(), m_nParameter));
-  }
+  Check(engines::BindValue(m_statement.get(), ++m_nParameter, vtValue, engines::Lifetime::Shorter));
   return *this;
 }
 
@@ -75,17 +49,15 @@ void PreparedStatement::Check(int nCode) {
 }
 
 CatalogDatabase::CatalogDatabase(const provider::historian::CatalogRecord& record)
-    : m_sSubject("The catalog \"" + record.sName + "\""), m_llKilobytes(record.llKilobytes) {
-  provider::engines::CheckFile(provider::historian::EngineCatalog(record, false));
-  sqlite3* database = nullptr;
-  const int nCode = sqlite3_open_v2(record.file.c_str(), &database,
-                                    SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE, nullptr);
-  m_database.reset(database);
+    : m_catalog(provider::historian::EngineCatalog(record, false)) {
+  engines::CheckFile(m_catalog);
+  auto [database, nCode] = engines::OpenDatabase(record.file.c_str(), SQLITE_OPEN_READWRITE);
+  m_database = std::move(database);
   if (nCode != SQLITE_OK) Fail();
-  sqlite3_busy_timeout(database, 10'000);
-  if (m_llKilobytes > 0) {
+  sqlite3_busy_timeout(m_database.get(), 10'000);
+  if (m_catalog.llMaxKilobytes > 0) {
     // Pages are of 4 kilobytes; the limit belongs to the connection, not to the file.
-    Execute(fmt::format("PRAGMA max_page_count = {}", m_llKilobytes / 4).c_str());
+    Execute(fmt::format("PRAGMA max_page_count = {}", m_catalog.llMaxKilobytes / 4).c_str());
   }
   Execute("SELECT count(*) FROM sqlite_master");
 }
@@ -113,14 +85,15 @@ bool CatalogDatabase::HasMoved() const {
 }
 
 void CatalogDatabase::Fail() {
-  const int nCode = sqlite3_extended_errcode(m_database.get());
-  if ((nCode & 0xFF) == SQLITE_FULL && m_llKilobytes > 0) {
-    throw Failure(platform::failure::kStorage,
-                  fmt::format("{} has reached its limit of {} kilobytes, so nothing was written: "
-                              "delete rows or use another catalog.",
-                              m_sSubject, m_llKilobytes));
+  sqlite3* const database = m_database.get();
+  const int nCode = engines::WithSystemError(database, sqlite3_extended_errcode(database));
+  const Failure failed =
+      engines::FailureOf(nCode, engines::SubjectOf(m_catalog), sqlite3_errmsg(database));
+  if ((nCode & engines::kPrimaryCode) == SQLITE_FULL && m_catalog.llMaxKilobytes != 0 &&
+      !engines::IsDiskFirst(m_catalog)) {
+    throw engines::LimitReached(m_catalog, failed);
   }
-  throw provider::engines::FailureOf(nCode, m_sSubject, sqlite3_errmsg(m_database.get()));
+  throw Failure(failed);
 }
 
 }  // namespace orvane::tools

@@ -2,14 +2,12 @@
 // Used by the subcommands of orvane-historian.
 #pragma once
 
-#include <sqlite3.h>
-
-#include <cstdint>
 #include <functional>
-#include <memory>
 #include <string_view>
 
 #include "platform/value.h"
+#include "provider/engines/engine.h"
+#include "provider/engines/sqlite/sqlite_handle.h"
 #include "provider/historian/catalog_record.h"
 
 namespace orvane::tools {
@@ -21,25 +19,16 @@ class PreparedStatement {
  public:
   PreparedStatement(CatalogDatabase& database, std::string_view sSql);
 
-  /// Binds the next parameter.
+  /// Binds the next parameter. Fails with failure::kTypeMismatch for an object.
   PreparedStatement& operator<<(const platform::Value& vtValue);
-  PreparedStatement& operator<<(std::string_view sText);
-  PreparedStatement& operator<<(const platform::Text& sText) {
-    return *this << std::string_view(sText);
-  }
-  PreparedStatement& operator<<(double dValue);
-  PreparedStatement& operator<<(std::int64_t llValue);
   /// Runs it and makes it ready for the next parameters, also when it fails.
   void Run();
 
  private:
-  struct Finalize {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-  };
   void Check(int nCode);
 
   CatalogDatabase& m_database;
-  std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
+  provider::engines::SqliteStatementHandle m_statement;
   int m_nParameter = 0;
 };
 
@@ -53,18 +42,13 @@ class CatalogDatabase {
   void InTransaction(const std::function<void()>& work);
   /// True when the catalog's file was moved, removed or replaced since it was opened.
   bool HasMoved() const;
-  /// Throws the failure for the last error.
+  /// Throws the failure for the last error; a full disk is told apart from a catalog at its limit.
   [[noreturn]] void Fail();
   sqlite3* Handle() const { return m_database.get(); }
 
  private:
-  struct CloseDatabase {
-    void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
-  };
-
-  platform::Text m_sSubject;
-  std::int64_t m_llKilobytes;
-  std::unique_ptr<sqlite3, CloseDatabase> m_database;
+  provider::engines::Catalog m_catalog;
+  provider::engines::SqliteHandle m_database;
 };
 
 }  // namespace orvane::tools

@@ -95,8 +95,7 @@ std::int64_t Generate(const ServerPlace& place, const GenerateOrder& order) {
         database, "INSERT OR IGNORE INTO Data (Tag, Timestamp, Value) VALUES (?, ?, ?)");
     for (std::size_t signal = 0; signal < std::size(kSignals); ++signal) {
       for (std::int64_t llSecond = llFirst; llSecond <= llNow; llSecond += llStep) {
-        numbers << std::string_view(kSignals[signal].sTag) << Value(At(llSecond))
-                << ValueAt(signal, llSecond);
+        numbers << kSignals[signal].sTag << Value(At(llSecond)) << ValueAt(signal, llSecond);
         numbers.Run();
       }
     }
@@ -107,8 +106,7 @@ std::int64_t Generate(const ServerPlace& place, const GenerateOrder& order) {
          llSecond += kStateSeconds) {
       const auto state =
           static_cast<std::size_t>(llSecond / kStateSeconds) % std::size(kBatchStates);
-      texts << std::string_view(kBatchTag) << Value(At(llSecond))
-            << std::string_view(kBatchStates[state]);
+      texts << kBatchTag << Value(At(llSecond)) << kBatchStates[state];
       texts.Run();
     }
     llNew = sqlite3_total_changes64(database.Handle()) - before;
