@@ -1,5 +1,7 @@
 #include "access/default_filter.h"
 
+#include "platform/historian_names.h"
+
 namespace orvane::access {
 
 using platform::Boolean;
@@ -9,7 +11,7 @@ namespace {
 
 // The system catalog and an unnamed one never get a default filter, whatever the table.
 Boolean MayBeTimeStamped(const Text& sCatalog) {
-  return !MatchesName(sCatalog, "Orvane") && !sCatalog.empty();
+  return !MatchesName(sCatalog, platform::kSystemCatalog) && !sCatalog.empty();
 }
 
 }  // namespace

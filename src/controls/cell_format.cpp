@@ -5,6 +5,7 @@
 #include <limits>
 #include <string_view>
 
+#include "platform/ado/extended_options.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 
@@ -95,8 +96,8 @@ Text PropertyText(platform::Connection& cn, const char* sName) {
 zones::TimeZone ZoneOf(const platform::ConnectionPtr& cn) {
   if (!cn) return {};
   // What "Local" comes to is the provider's to say: it read the times of the statement.
-  Text sZone = PropertyText(*cn, "Time Zone in Use");
-  if (sZone.empty()) sZone = PropertyText(*cn, "Time Zone");
+  Text sZone = PropertyText(*cn, platform::kTimeZoneInUse);
+  if (sZone.empty()) sZone = PropertyText(*cn, platform::kTimeZoneOption);
   try {
     // A provider without either leaves times to the machine's habit.
     return zones::TimeZone(sZone == "Etc/UTC" ? "UTC" : sZone);

@@ -6,6 +6,7 @@
 
 #include "nodes/counted.h"
 #include "platform/console/server_tag.h"
+#include "platform/historian_names.h"
 #include "platform/services.h"
 
 namespace orvane::nodes {
@@ -84,7 +85,7 @@ class ServerNode : public platform::Object,
   std::weak_ptr<ServerNodesCollection> m_parent;
   std::weak_ptr<ServersNode> m_parentServersNode;
   platform::Text m_sProvider = "ORVOLEDB";
-  platform::Text m_sServer = "localhost";
+  platform::Text m_sServer = platform::kDefaultServer;
   platform::Text m_sUser = "orvanesnapin";
   platform::Text m_sExOptions;
   platform::ConnectionPtr m_connection;

@@ -1,5 +1,6 @@
 #include "provider/historian_provider.h"
 
+#include "platform/ado/extended_options.h"
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian/data_folder.h"
 
@@ -24,7 +25,7 @@ std::vector<ado::PropertyDescription> HistorianProvider::Properties() const {
   auto properties = SessionOptions::Descriptions();
   properties.push_back({SessionOptions::kStatementMemory, SessionOptions::kInitialMegabytes});
   // Known only of an open connection.
-  properties.push_back({SessionOptions::kTimeZoneInUse, platform::Text()});
+  properties.push_back({platform::kTimeZoneInUse, platform::Text()});
   return properties;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/historian_names.h"
 #include "provider/historian/historian.h"
 
 namespace orvane::provider {
@@ -14,7 +15,7 @@ namespace {
 // What to do instead of changing the catalog; empty for one that can be changed.
 Text Advice(const CatalogRecord& record) {
   if (!record.bOwn) return {};
-  return record.sName == historian::kSystemCatalog
+  return record.sName == platform::kSystemCatalog
              ? "the historian keeps it itself; use CREATE DATABASE and DROP DATABASE"
              : "it is there to be read; change a catalog of your own";
 }

@@ -114,7 +114,7 @@ std::vector<ado::PropertyDescription> SessionOptions::Descriptions() {
 }
 
 Value SessionOptions::Get(const Text& sName) const {
-  if (Is(kTimeZoneInUse, sName)) return m_timeZone.NameInUse();
+  if (Is(platform::kTimeZoneInUse, sName)) return m_timeZone.NameInUse();
   if (Is(kStatementMemory, sName)) return m_lMegabytes;
   switch (Known(sName)) {
     case Option::LogFile:
@@ -134,8 +134,8 @@ Value SessionOptions::Get(const Text& sName) const {
 }
 
 void SessionOptions::Set(const Text& sName, const Value& vtValue) {
-  if (Is(kTimeZoneInUse, sName)) {
-    throw Failure(failure::kNotSupported, Text("The property \"") + kTimeZoneInUse +
+  if (Is(platform::kTimeZoneInUse, sName)) {
+    throw Failure(failure::kNotSupported, Text("The property \"") + platform::kTimeZoneInUse +
                                               "\" can be read, but not set; set \"Time Zone\".");
   }
   const bool bInitial = IsInitial(vtValue);

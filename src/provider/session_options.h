@@ -12,9 +12,6 @@ namespace orvane::provider {
 
 class SessionOptions {
  public:
-  /// The zone in which a session counts, by its name in the time zone database; read only.
-  static constexpr const char* kTimeZoneInUse = "Time Zone in Use";
-
   /// Megabytes that the rows of a statement may take, and the engine while it works on it.
   static constexpr const char* kStatementMemory = "Statement Memory";
   static constexpr platform::Long kInitialMegabytes = 512;

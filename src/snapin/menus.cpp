@@ -1,5 +1,6 @@
 // The context menu of each node type: what its commands are called, when they are offered and what
 // runs when one is picked.
+#include "platform/historian_names.h"
 #include "snapin/node_types.h"
 #include "snapin/snap_in.h"
 #include "snapin/tags.h"
@@ -33,7 +34,7 @@ constexpr const char* kFateOfFile =
 /// The system's own catalogs cannot be removed. Compared exactly: one of another case is a user's.
 Boolean IsUsersCatalog(const ScopeItem& item) {
   const Text sCatalog = TagAs<nodes::CatalogNode>(item)->Catalog();
-  return sCatalog != "Functions" && sCatalog != "Orvane";
+  return sCatalog != platform::kFunctionsCatalog && sCatalog != platform::kSystemCatalog;
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The six extended options of a connection: their names, their published order, and the text in
-// which a saved server carries them.
+// The six extended options of a connection: their names, their published order, what "Time Zone"
+// comes to, and the text in which a saved server carries them.
 // Used by the provider, which offers them, the model, which saves them, and the host, which knows
 // them again; any thread.
 #pragma once
@@ -17,6 +17,10 @@ constexpr const char* kIdentifierPrefixesOption = "Identifier Prefixes";
 constexpr const char* kTimeAsDoubleOption = "Time as Double";
 constexpr const char* kTimeZoneOption = "Time Zone";
 constexpr const char* kHistoriansByGuidOption = "Historians By GUID";
+
+/// Beside the options, read only: the zone in which a connection counts, by its name in the time
+/// zone database.
+constexpr const char* kTimeZoneInUse = "Time Zone in Use";
 
 constexpr std::array kExtendedOptions = {
     kLogFileOption,      kLogLevelOption, kIdentifierPrefixesOption,

@@ -4,6 +4,7 @@
 
 #include "platform/case_folding.h"
 #include "platform/failure.h"
+#include "platform/historian_names.h"
 
 namespace orvane::provider::historian {
 
@@ -38,7 +39,8 @@ void CheckCatalogName(const Text& sName) {
   const Text sFolded = platform::FoldCase(sName);
   if (sFolded.starts_with("orv_")) fail("the prefix Orv_ has a meaning of its own");
   // The last two are the engine's.
-  for (const char* const sOwn : {kSystemCatalog, kFunctionsCatalog, "main", "temp"}) {
+  for (const char* const sOwn :
+       {platform::kSystemCatalog, platform::kFunctionsCatalog, "main", "temp"}) {
     if (IsSameCatalog(sName, sOwn)) fail("the historian uses this name itself");
   }
 }

@@ -9,11 +9,6 @@
 
 namespace orvane::provider::historian {
 
-/// The system catalog, with the table Historians.
-constexpr const char* kSystemCatalog = "Orvane";
-/// The read-only catalog of what statements can use.
-constexpr const char* kFunctionsCatalog = "Functions";
-
 struct CatalogRecord {
   platform::Text sName;
   platform::Text sIdentity;      ///< "{8-4-4-4-12}"; empty for the historian's own catalogs

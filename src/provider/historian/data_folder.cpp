@@ -4,6 +4,7 @@
 
 #include "platform/case_folding.h"
 #include "platform/failure.h"
+#include "platform/historian_names.h"
 #include "platform/stored_secret.h"
 #include "platform/user_folders.h"
 
@@ -52,7 +53,7 @@ Text ServerFromDataSource(std::string_view sDataSource) {
                     "name of another historian on this machine.");
     }
   }
-  if (sDataSource.empty()) return Text(kDefaultServer);
+  if (sDataSource.empty()) return Text(platform::kDefaultServer);
   if (!IsServerName(sDataSource)) {
     throw Failure(failure::kServerNotFound,
                   "\"" + Text(sDataSource) +
@@ -71,12 +72,13 @@ std::vector<Text> KnownServers(const fs::path& root) {
        !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const Text sName = entry->path().filename().string();
     std::error_code unreadable;
-    if (sName != kDefaultServer && IsServerName(sName) && entry->is_directory(unreadable)) {
+    if (sName != platform::kDefaultServer && IsServerName(sName) &&
+        entry->is_directory(unreadable)) {
       servers.push_back(sName);
     }
   }
   std::sort(servers.begin(), servers.end());
-  servers.insert(servers.begin(), Text(kDefaultServer));
+  servers.insert(servers.begin(), Text(platform::kDefaultServer));
   return servers;
 }
 

@@ -10,9 +10,6 @@
 
 namespace orvane::provider::historian {
 
-/// The server that is made at first use.
-constexpr std::string_view kDefaultServer = "localhost";
-
 /// The folder of all that belongs to this user; empty without a home.
 std::filesystem::path DefaultRoot();
 

@@ -10,6 +10,7 @@
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "platform/historian_names.h"
 #include "provider/deadline.h"
 #include "provider/historian/catalog_change.h"
 #include "provider/historian/catalog_file.h"
@@ -90,7 +91,7 @@ Historian::Historian(const fs::path& root, const Text& sServer, engines::Engine&
     if (fs::is_symlink(fs::symlink_status(m_folder, error)) || known.Has(m_folder)) {
       FailGone(m_folder, sServer);
     }
-    if (sServer == kDefaultServer) {
+    if (sServer == platform::kDefaultServer) {
       try {
         Make(root, sServer);
       } catch (const Failure& failed) {
@@ -100,7 +101,7 @@ Historian::Historian(const fs::path& root, const Text& sServer, engines::Engine&
     }
   }
   CheckFolder(m_folder, sServer);
-  m_session = engine.Open({kSystemCatalog, (m_folder / kSystemFile).string()}, stop);
+  m_session = engine.Open({platform::kSystemCatalog, (m_folder / kSystemFile).string()}, stop);
   CheckSystemCatalog(sServer, stop);
   PutRight(stop);
   known.Remember(m_folder);
@@ -206,9 +207,9 @@ std::vector<CatalogRecord> Historian::ReadRecords(std::stop_token stop) {
 
 std::vector<CatalogRecord> Historian::Catalogs(std::stop_token stop) {
   auto records = ReadRecords(stop);
-  records.push_back(OwnCatalog(kSystemCatalog, m_folder / kSystemFile,
+  records.push_back(OwnCatalog(platform::kSystemCatalog, m_folder / kSystemFile,
                                "What the historian knows of its catalogs"));
-  records.push_back(OwnCatalog(kFunctionsCatalog, m_folder / FunctionsFile(),
+  records.push_back(OwnCatalog(platform::kFunctionsCatalog, m_folder / FunctionsFile(),
                                "Functions and time expressions that statements can use"));
   std::sort(records.begin(), records.end(), [](const auto& left, const auto& right) {
     const Text sLeft = platform::FoldCase(left.sName);

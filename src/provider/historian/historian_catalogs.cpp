@@ -6,6 +6,7 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "platform/historian_names.h"
 #include "provider/engines/sqlite/sqlite_files.h"
 #include "provider/historian/catalog_change.h"
 #include "provider/historian/catalog_file.h"
@@ -69,13 +70,14 @@ void CheckNoFile(const CatalogRecord& record, const fs::path& folder) {
   std::error_code error;
   if (fs::symlink_status(record.file, error).type() == fs::file_type::not_found) return;
   const Text sServer = folder.filename().string();
-  throw Failure(failure::kKeyExists,
-                "There is a file " + record.file.string() +
-                    " already, perhaps of a catalog that was removed; take it in again with "
-                    "\"orvane-historian attach " +
-                    (sServer == kDefaultServer ? Text() : "--server " + InShell(sServer) + " ") +
-                    InShell(record.sName) + " " + InShell(record.file.string()) +
-                    "\", or choose another name or folder.");
+  throw Failure(
+      failure::kKeyExists,
+      "There is a file " + record.file.string() +
+          " already, perhaps of a catalog that was removed; take it in again with "
+          "\"orvane-historian attach " +
+          (sServer == platform::kDefaultServer ? Text() : "--server " + InShell(sServer) + " ") +
+          InShell(record.sName) + " " + InShell(record.file.string()) +
+          "\", or choose another name or folder.");
 }
 
 }  // namespace

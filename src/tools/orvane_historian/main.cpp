@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "platform/failure.h"
+#include "platform/historian_names.h"
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian/data_folder.h"
 #include "provider/historian/historian.h"
@@ -26,8 +27,7 @@ namespace failure = platform::failure;
 constexpr int kFailed = 1;
 
 struct Options {
-  tools::ServerPlace place{provider::historian::DefaultRoot(),
-                           Text(provider::historian::kDefaultServer),
+  tools::ServerPlace place{provider::historian::DefaultRoot(), Text(platform::kDefaultServer),
                            provider::historian::KnownHistorians::OfUser()};
   Text sFile;
   Text sCatalog;
