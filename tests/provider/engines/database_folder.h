@@ -91,11 +91,6 @@ class SqlCall {
   std::function<void()> m_call;
 };
 
-/// A whole number of 64 bits.
-inline platform::Value Big(std::int64_t llValue) {
-  return llValue;
-}
-
 class DatabaseFolder : public ::testing::Test {
  protected:
   using Catalog = provider::engines::Catalog;
