@@ -66,7 +66,7 @@ class NodesCollection : public platform::Object,
  protected:
   explicit NodesCollection(const char* sItemName) : m_sItemName(sItemName) {}
 
-  /// A node with its initial values, not yet in the tree.
+  /// A node about to be read, not yet in the tree.
   virtual NodePtr CreateNode() const = 0;
   /// Sets the node's two back references.
   virtual void Adopt(TNode& node) = 0;

@@ -14,11 +14,15 @@ using platform::RecordsetPtr;
 using platform::TableQueryPtr;
 using platform::Text;
 
-TableNode::TableNode(platform::ObjectFactoryPtr objects) : m_objects(std::move(objects)) {
-  Query(m_objects->CreateTableQuery());
-}
+TableNode::TableNode(platform::ObjectFactoryPtr objects) : m_objects(std::move(objects)) {}
 
 TableNodePtr TableNode::Create(const platform::ObjectFactoryPtr& objects) {
+  auto node = CreateToRead(objects);
+  node->Query(objects->CreateTableQuery());
+  return node;
+}
+
+TableNodePtr TableNode::CreateToRead(const platform::ObjectFactoryPtr& objects) {
   return TableNodePtr(new TableNode(objects));
 }
 
@@ -72,7 +76,9 @@ void TableNode::WriteProperties(platform::PropertyBag& pb, const Text& sPrefix) 
 }
 
 void TableNode::ReadProperties(const platform::PropertyBag& pb, const Text& sPrefix) {
-  const platform::Value vtQuery = pb.ReadProperty(sPrefix + "Query", m_objects->CreateTableQuery());
+  // A bag stores no Null, so that it says that there is none; an empty query is made only then.
+  platform::Value vtQuery = pb.ReadProperty(sPrefix + "Query", platform::Value());
+  if (vtQuery.IsNull()) vtQuery = m_objects->CreateTableQuery();
   const auto* object = vtQuery.As<platform::ObjectPtr>();
   const auto query = object ? std::dynamic_pointer_cast<platform::TableQuery>(*object) : nullptr;
   if (!query) {

@@ -15,6 +15,8 @@ class TableNodesCollection;
 class TableNode : public platform::Object, private Counted {
  public:
   static std::shared_ptr<TableNode> Create(const platform::ObjectFactoryPtr& objects);
+  /// A node that has no query until it has been read.
+  static std::shared_ptr<TableNode> CreateToRead(const platform::ObjectFactoryPtr& objects);
   ~TableNode() override;
 
   void Parent(const std::shared_ptr<TableNodesCollection>& tblNodes);

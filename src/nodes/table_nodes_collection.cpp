@@ -17,7 +17,7 @@ TableNodePtr TableNodesCollection::Item(const platform::Value& vtIndexKey) const
 }
 
 TableNodePtr TableNodesCollection::Add(const Text& sTable) {
-  const TableNodePtr node = CreateNode();
+  const TableNodePtr node = TableNode::Create(m_objects);
   const auto ctgNode = Owner();
   if (!ctgNode) {
     throw platform::Failure(
@@ -37,7 +37,7 @@ void TableNodesCollection::TableNodeChanged() {
 }
 
 TableNodesCollection::NodePtr TableNodesCollection::CreateNode() const {
-  return TableNode::Create(m_objects);
+  return TableNode::CreateToRead(m_objects);
 }
 
 void TableNodesCollection::Adopt(TableNode& node) {

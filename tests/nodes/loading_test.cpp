@@ -159,6 +159,43 @@ TEST_F(loading, a_missing_table_query_is_an_empty_one_and_the_filter_flag_is_tru
   EXPECT_TRUE(table->DefaultFilterCondition());
 }
 
+TEST_F(loading, makes_one_query_for_each_table) {
+  class CountingObjects : public fakes::FakeObjects {
+   public:
+    CountingObjects(fakes::FakeHistorianPtr historian, int& nMade)
+        : FakeObjects(std::move(historian)), m_nMade(nMade) {}
+    platform::TableQueryPtr CreateTableQuery() override {
+      ++m_nMade;
+      return FakeObjects::CreateTableQuery();
+    }
+
+   private:
+    int& m_nMade;
+  };
+  int nMade = 0;
+  int nRead = 0;
+  objects = std::make_shared<CountingObjects>(historian, nMade);
+  bag.Creates(platform::kTableQueryProgId, [&] {
+    ++nRead;
+    return std::make_shared<fakes::FakeTableQuery>();
+  });
+  const auto catalog = CatalogNode::Create(objects);
+  catalog->TableNodes()->Add("A");
+  catalog->TableNodes()->Add("B");
+  EXPECT_EQ(nMade, 2);
+  catalog->TableNodes()->WriteProperties(bag, "L_");
+  nMade = 0;
+  nRead = 0;
+  catalog->TableNodes()->ReadProperties(bag, "L_");
+  EXPECT_EQ(nMade, 0);
+  EXPECT_EQ(nRead, 2);
+  bag.Erase("L_TableNode2_Query");
+  nRead = 0;
+  catalog->TableNodes()->ReadProperties(bag, "L_");
+  EXPECT_EQ(nMade, 1);
+  EXPECT_EQ(nRead, 1);
+}
+
 TEST_F(loading, files_a_table_under_the_table_of_its_query) {
   const auto catalog = AddServer("S1")->CatalogNodes()->Add("C");
   catalog->TableNodes()->Add("T")->Query()->Table("Renamed");
