@@ -81,10 +81,6 @@ void SnapIn::ReleaseObjects() {
   QueryResults(nullptr);
 }
 
-Boolean SnapIn::IsConsoleAtLeast51() const {
-  return platform::IsConsoleAtLeast51(m_consoleVersion);
-}
-
 nodes::ServersNode& SnapIn::Root() const {
   if (!m_root) {
     throw platform::Failure(platform::failure::kObjectNotSet,

@@ -79,7 +79,6 @@ class SnapIn : private nodes::Counted,
 
   // ---- lifecycle.cpp
   void ReleaseObjects();
-  Boolean IsConsoleAtLeast51() const;
   template <class Body>
   Boolean Guard(Body&& body) {
     return Guarded(m_services, std::forward<Body>(body));
@@ -146,6 +145,7 @@ class SnapIn : private nodes::Counted,
   ShownGrid GridOf(ToolbarKind kind) const;
   /// The kind of the grid that is shown.
   ToolbarKind KindShown() const;
+  Boolean IsConsoleAtLeast51() const;
   void AddButtons(ToolbarKind kind);
   /// Sets that toolbar's buttons as its grid says; nothing while it is not built.
   void ButtonStates(ToolbarKind kind);
@@ -157,6 +157,12 @@ class SnapIn : private nodes::Counted,
   void ActOnTable(const ButtonClick& click);
   void ToggleSqlStatements(const ButtonClick& click);
 
+  // ---- commands.cpp
+  /// Asks with Yes and No, Yes being the default.
+  Boolean Confirmed(const Text& sQuestion, const Text& sTitle);
+  /// Whether the result pane shows this item's view.
+  Boolean IsShown(const platform::ScopeItem& item) const;
+
   // ---- server_commands.cpp
   void m_mnuOptions_Click(const platform::ScopeItemPtr& item);
   void m_mnuServersConnect_Click(const platform::ScopeItemPtr& rootItem);
@@ -165,10 +171,6 @@ class SnapIn : private nodes::Counted,
   void m_mnuRemoveServer_Click(const platform::ScopeItemPtr& item);
   /// Copies the root's options into every known table and drops all cached rows.
   void ApplyOptions();
-  /// Asks with Yes and No, Yes being the default.
-  Boolean Confirmed(const Text& sQuestion, const Text& sTitle);
-  /// Whether the result pane shows this item's view.
-  Boolean IsShown(const platform::ScopeItem& item) const;
 
   // ---- catalog_commands.cpp
   void m_mnuAddCatalog_Click(const platform::ScopeItemPtr& catalogsItem);

@@ -131,6 +131,10 @@ void SnapIn::Views_UpdateControlbar(platform::View&, const platform::Selection&,
   m_toolbarKind = wanted;
 }
 
+Boolean SnapIn::IsConsoleAtLeast51() const {
+  return platform::IsConsoleAtLeast51(m_consoleVersion);
+}
+
 void SnapIn::AddButtons(ToolbarKind kind) {
   // The image list holds two images a button; an older console takes every second one.
   const Long lFactor = IsConsoleAtLeast51() ? 1 : 2;
