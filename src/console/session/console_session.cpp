@@ -247,7 +247,6 @@ void ConsoleSession::HideView() {
 void ConsoleSession::Expand(const ScopeTreeItemPtr& item) {
   if (!m_snapIn || !item || item->IsRemoved()) return;
   if (item->State() == NodeState::Loaded || item->State() == NodeState::Loading) return;
-  const bool bHadMark = item->HasExpandMark();
   {
     const Event event(*this, EventKind::Finding);
     m_bFinding = true;
@@ -259,8 +258,7 @@ void ConsoleSession::Expand(const ScopeTreeItemPtr& item) {
     m_tree->BeginExpansion(*item);
     bool bWhole = false;
     Call(EventKind::Finding, [&](SnapIn& it) { bWhole = it.ScopeItems_Expand(item); });
-    const bool bLostMark = bHadMark && !item->HasExpandMark();
-    m_tree->EndExpansion(*item, !bWhole || bLostMark);
+    m_tree->EndExpansion(*item, !bWhole);
   }
   if (item->State() == NodeState::Failed) emit ExpansionFailed(item);
 }
