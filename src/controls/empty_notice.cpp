@@ -1,10 +1,13 @@
 #include "controls/empty_notice.h"
 
+#include <QPainter>
 #include <QTextDocument>
 #include <QVBoxLayout>
 #include <cmath>
 #include <memory>
 #include <utility>
+
+#include "controls/cell_delegate.h"
 
 namespace orvane::controls {
 
@@ -25,6 +28,20 @@ QLabel* AddLabel(QWidget* parent, const char* sName) {
   label->setMaximumWidth(kTextWidth);
   return label;
 }
+
+/// Shows that it has the keys also where they came by a click, which styles do not tell.
+class FocusedButton : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QPushButton::paintEvent(event);
+    if (!hasFocus()) return;
+    QPainter painter(this);
+    DrawFocus(painter, rect(), palette().color(QPalette::Highlight));
+  }
+};
 
 }  // namespace
 
@@ -70,7 +87,7 @@ EmptyNotice::EmptyNotice(QWidget* parent)
     : QWidget(parent),
       m_title(AddLabel(this, "emptyTitle")),
       m_sentence(new SentenceView(this)),
-      m_button(new QPushButton(this)) {
+      m_button(new FocusedButton(this)) {
   QFont large = font();
   large.setPointSizeF(large.pointSizeF() * 1.2);
   large.setWeight(QFont::DemiBold);

@@ -57,5 +57,19 @@ TEST_F(empty_notice, calls_its_action_once_and_not_when_something_else_is_said) 
   EXPECT_EQ(nCalled, 1);
 }
 
+TEST_F(empty_notice, shows_that_its_button_has_the_keys) {
+  QPalette palette;
+  palette.setColor(QPalette::Highlight, QColor(200, 40, 40));
+  Button().setPalette(palette);
+  m_notice.Ask("Not run", "It changes data.", "&Run", [] {});
+  const auto edge = [&] { return Button().grab().toImage().pixelColor(0, Button().height() / 2); };
+  EXPECT_NE(edge(), QColor(200, 40, 40));
+  m_notice.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&m_notice));
+  Button().setFocus();
+  ASSERT_TRUE(Button().hasFocus());
+  EXPECT_EQ(edge(), QColor(200, 40, 40));
+}
+
 }  // namespace
 }  // namespace orvane::controls
