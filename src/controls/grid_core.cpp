@@ -59,20 +59,20 @@ void GridCore::FollowZone() {
   if (m_connection) m_format = CellFormat(ZoneOf(m_connection));
 }
 
-void GridCore::Run(const Statement& statement, Access access) {
+void GridCore::Run(const GridQuery& query, Access access) {
   if (m_bRunning) {
     throw Failure(platform::failure::kBusy,
                   "The grid is still fetching rows; wait until it is done, or cancel it.");
   }
   m_recordset.reset();
-  m_sSqlText = statement.sSqlText;
-  m_window->Sql(QString::fromStdString(statement.sSqlText));
+  m_sSqlText = query.sSqlText;
+  m_window->Sql(QString::fromStdString(query.sSqlText));
   Fetched fetched;
   try {
-    fetched = Fetch(statement, access);
+    fetched = Fetch(query, access);
   } catch (const Failure& failure) {
     if (access == Access::Read && failure.Number() == platform::failure::kWouldChange) {
-      AskToRun(statement);
+      AskToRun(query);
       return;
     }
     ShowFailure(failure.Number(), failure.Description());
@@ -85,14 +85,14 @@ void GridCore::Run(const Statement& statement, Access access) {
   m_origin = RowsOrigin{m_services.now(), m_connection};
   FollowZone();
   const bool bHasColumns = m_recordset->FieldCount() > 0;
-  const NoRowsTexts texts = bHasColumns ? statement.noRows : DoneTexts(fetched.lRecordsAffected);
+  const NoRowsTexts texts = bHasColumns ? query.noRows : DoneTexts(fetched.lRecordsAffected);
   m_window->ShowRows(m_recordset, m_format, nullptr, HowFetched(), texts.sTitle, texts.sSentence);
 }
 
-void GridCore::AskToRun(const Statement& statement) {
-  const auto run = [this, statement] {
+void GridCore::AskToRun(const GridQuery& query) {
+  const auto run = [this, query] {
     try {
-      Run(statement, Access::Change);
+      Run(query, Access::Change);
     } catch (const std::exception&) {
       // The window shows its sentence; nobody is behind a button to be told.
     }
@@ -100,7 +100,7 @@ void GridCore::AskToRun(const Statement& statement) {
   m_window->Ask("Not run", "This query changes data. It has not been run.", "&Run Query", run);
 }
 
-GridCore::Fetched GridCore::Fetch(const Statement& statement, Access access) {
+GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
   if (!m_connection) {
     throw Failure(platform::failure::kObjectNotSet,
                   "The grid has no connection to a server; connect the server first.");
@@ -121,9 +121,9 @@ GridCore::Fetched GridCore::Fetch(const Statement& statement, Access access) {
                                                : QStringLiteral("Running the query\u2026"));
   const platform::CommandPtr command = m_services.objects->CreateCommand();
   command->ActiveConnection(m_connection);
-  command->CommandText(statement.sSqlText);
-  command->MaxRecords(std::max(0, statement.lMaxRows));
-  command->CommandTimeout(std::max(0, statement.lQueryTimeout));
+  command->CommandText(query.sSqlText);
+  command->MaxRecords(std::max(0, query.lMaxRows));
+  command->CommandTimeout(std::max(0, query.lQueryTimeout));
   command->ReadOnly(access == Access::Read);
   Fetched fetched;
   fetched.rs = command->Execute(&fetched.lRecordsAffected);

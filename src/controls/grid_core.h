@@ -35,7 +35,8 @@ struct NoRowsTexts {
   QString sSentence;
 };
 
-struct Statement {
+/// What a grid runs, and what it says when that has no rows.
+struct GridQuery {
   platform::Text sSqlText;
   platform::Long lMaxRows = 0;       ///< 0 or less is no limit
   platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
@@ -64,7 +65,7 @@ class GridCore {
   /// Runs the statement and shows its rows. When that fails, shows the failure's sentence in the
   /// place of rows and passes it on. A statement that may only read, but would change data, has
   /// not been run and is no failure: the window says so, with a button that runs it, once.
-  void Run(const Statement& statement, Access access = Access::Read);
+  void Run(const GridQuery& query, Access access = Access::Read);
   /// Passes the failure on after showing it, as Run does.
   [[noreturn]] void Fail(const platform::Failure& failure);
   /// Shows rows that were fetched before. Without a state, sSqlText tells what fetched them.
@@ -82,8 +83,8 @@ class GridCore {
     platform::RecordsetPtr rs;
     platform::Long lRecordsAffected = 0;
   };
-  Fetched Fetch(const Statement& statement, Access access);
-  void AskToRun(const Statement& statement);
+  Fetched Fetch(const GridQuery& query, Access access);
+  void AskToRun(const GridQuery& query);
   void FollowZone();
   Fetching HowFetched() const;
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence);
