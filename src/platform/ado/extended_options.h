@@ -11,18 +11,18 @@
 
 namespace orvane::platform {
 
-constexpr const char* kLogFileOption = "Log File";
-constexpr const char* kLogLevelOption = "Log Level";
-constexpr const char* kIdentifierPrefixesOption = "Identifier Prefixes";
-constexpr const char* kTimeAsDoubleOption = "Time as Double";
-constexpr const char* kTimeZoneOption = "Time Zone";
-constexpr const char* kHistoriansByGuidOption = "Historians By GUID";
+inline constexpr const char* kLogFileOption = "Log File";
+inline constexpr const char* kLogLevelOption = "Log Level";
+inline constexpr const char* kIdentifierPrefixesOption = "Identifier Prefixes";
+inline constexpr const char* kTimeAsDoubleOption = "Time as Double";
+inline constexpr const char* kTimeZoneOption = "Time Zone";
+inline constexpr const char* kHistoriansByGuidOption = "Historians By GUID";
 
 /// Beside the options, read only: the zone in which a connection counts, by its name in the time
 /// zone database.
-constexpr const char* kTimeZoneInUse = "Time Zone in Use";
+inline constexpr const char* kTimeZoneInUse = "Time Zone in Use";
 
-constexpr std::array kExtendedOptions = {
+inline constexpr std::array kExtendedOptions = {
     kLogFileOption,      kLogLevelOption, kIdentifierPrefixesOption,
     kTimeAsDoubleOption, kTimeZoneOption, kHistoriansByGuidOption};
 
