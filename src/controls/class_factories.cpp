@@ -38,7 +38,8 @@ class ControlFactory : public platform::ClassFactory {
 
   ObjectPtr CreateInstance(const Services& services) override {
     CheckWindowSystem();
-    return std::make_shared<Control>(GridServices{services.objects, m_states, m_life.lock()});
+    return std::make_shared<Control>(
+        GridServices{services.objects, m_states, m_life.lock(), MachineTime, services.failures});
   }
 
  private:

@@ -41,7 +41,7 @@ GridCore::GridCore(GridServices services, const QString& sName)
 GridCore::~GridCore() {
   if (!m_window) return;  // whoever placed it did not take it out again
   m_window->Abandon();
-  if (m_window->Raising()) {
+  if (m_window->Raising() || *m_running) {
     m_window->hide();
     m_window->setParent(nullptr);
     m_window->deleteLater();
@@ -60,7 +60,7 @@ void GridCore::FollowZone() {
 }
 
 void GridCore::Run(const GridQuery& query, Access access) {
-  if (m_bRunning) {
+  if (*m_running) {
     throw Failure(platform::failure::kBusy,
                   "The grid is still fetching rows; wait until it is done, or cancel it.");
   }
@@ -68,9 +68,13 @@ void GridCore::Run(const GridQuery& query, Access access) {
   m_sSqlText = query.sSqlText;
   m_window->Sql(QString::fromStdString(query.sSqlText));
   Fetched fetched;
+  // Events are handled during the fetch, and one of them may be the end of this grid.
+  const std::weak_ptr<bool> life = m_running;
   try {
     fetched = Fetch(query, access);
+    if (life.expired()) return;
   } catch (const Failure& failure) {
+    if (life.expired()) throw;
     if (access == Access::Read && failure.Number() == platform::failure::kWouldChange) {
       AskToRun(query);
       return;
@@ -78,6 +82,7 @@ void GridCore::Run(const GridQuery& query, Access access) {
     ShowFailure(failure.Number(), failure.Description());
     throw;
   } catch (const std::exception& exception) {
+    if (life.expired()) throw;
     ShowFailure(platform::failure::kComponent, exception.what());
     throw;
   }
@@ -90,14 +95,23 @@ void GridCore::Run(const GridQuery& query, Access access) {
 }
 
 void GridCore::AskToRun(const GridQuery& query) {
-  const auto run = [this, query] {
+  const auto run = [this, query, failures = m_services.failures] {
     try {
       Run(query, Access::Change);
-    } catch (const std::exception&) {
+    } catch (const std::exception& exception) {
       // The window shows its sentence; nobody is behind a button to be told.
+      NoteFailure(failures, exception);
     }
   };
   m_window->Ask("Not run", "This query changes data. It has not been run.", "&Run Query", run);
+}
+
+void GridCore::NoteFailure(const std::shared_ptr<platform::FailureLog>& failures,
+                           const std::exception& exception) {
+  if (!failures) return;
+  const auto* failure = dynamic_cast<const Failure*>(&exception);
+  failures->Note(failure ? *failure
+                         : Failure(platform::failure::kComponent, exception.what(), "grid"));
 }
 
 GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
@@ -111,12 +125,12 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
                   "data access.");
   }
   const struct Running {
-    explicit Running(bool& bRunning) : b(bRunning) { b = true; }
-    ~Running() { b = false; }
+    explicit Running(std::shared_ptr<bool> bRunning) : b(std::move(bRunning)) { *b = true; }
+    ~Running() { *b = false; }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
-    bool& b;
-  } running(m_bRunning);
+    std::shared_ptr<bool> b;
+  } running(m_running);
   m_window->ShowRunning(access == Access::Read ? QStringLiteral("Fetching rows\u2026")
                                                : QStringLiteral("Running the query\u2026"));
   const platform::CommandPtr command = m_services.objects->CreateCommand();
@@ -137,8 +151,11 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
 Fetching GridCore::HowFetched() const {
   if (!m_origin) return {};
   // The clock on the wall here, whatever the zone in which the server counts.
-  const zones::TimeZone here;
-  return {FetchedText(here.ToLocal(m_origin->fetched), here.ToLocal(m_services.now())), m_origin};
+  const auto when = [now = m_services.now, fetched = m_origin->fetched] {
+    const zones::TimeZone here;
+    return FetchedText(here.ToLocal(fetched), here.ToLocal(now()));
+  };
+  return {when, m_origin};
 }
 
 void GridCore::Fail(const Failure& failure) {

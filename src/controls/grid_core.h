@@ -27,6 +27,7 @@ struct GridServices {
   std::shared_ptr<RowsStates> states;
   std::shared_ptr<void> life;  ///< kept as long as the grid or its window lives
   std::function<platform::Timestamp()> now = MachineTime;
+  std::shared_ptr<platform::FailureLog> failures = {};  ///< or none
 };
 
 /// What a grid says when a recordset has no rows.
@@ -51,8 +52,8 @@ class GridCore {
   GridCore(GridServices services, const QString& sName);
   GridCore(const GridCore&) = delete;
   GridCore& operator=(const GridCore&) = delete;
-  /// Takes the window along, unless it is in the middle of one of its own events: then it goes
-  /// when that is over.
+  /// Takes the window along, unless it is in the middle of one of its own events or of a fetch:
+  /// then it goes when that is over.
   ~GridCore();
 
   GridWindow& Window() const { return *m_window; }
@@ -64,7 +65,8 @@ class GridCore {
 
   /// Runs the statement and shows its rows. When that fails, shows the failure's sentence in the
   /// place of rows and passes it on. A statement that may only read, but would change data, has
-  /// not been run and is no failure: the window says so, with a button that runs it, once.
+  /// not been run and is no failure: the window says so, with a button that runs it, once. The grid
+  /// may be gone when the rows have come; then nothing is done with them.
   void Run(const GridQuery& query, Access access = Access::Read);
   /// Passes the failure on after showing it, as Run does.
   [[noreturn]] void Fail(const platform::Failure& failure);
@@ -85,6 +87,9 @@ class GridCore {
   };
   Fetched Fetch(const GridQuery& query, Access access);
   void AskToRun(const GridQuery& query);
+  /// Behind a button nobody else takes the failure down.
+  static void NoteFailure(const std::shared_ptr<platform::FailureLog>& failures,
+                          const std::exception& exception);
   void FollowZone();
   Fetching HowFetched() const;
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence);
@@ -97,7 +102,8 @@ class GridCore {
   platform::Text m_sSqlText;
   std::optional<RowsOrigin> m_origin;
   CellFormat m_format;
-  bool m_bRunning = false;
+  /// True during a fetch. Whoever may outlive the grid tells by it whether that is still there.
+  std::shared_ptr<bool> m_running = std::make_shared<bool>(false);
 };
 
 }  // namespace orvane::controls

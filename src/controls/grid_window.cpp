@@ -161,17 +161,22 @@ void GridWindow::TellOfRows() {
   if (const QString sLimit = LimitNotice(rs, m_rows->Model()); !sLimit.isEmpty()) notices << sLimit;
   m_bToldOfClosing = m_fetching.origin && m_fetching.origin->IsConnectionClosed();
   if (m_bToldOfClosing) notices << QStringLiteral("Fetched over a connection since closed.");
-  m_status->Rows(rs.RecordCount(), rs.Elapsed(), m_fetching.sWhen, notices.join(u' '));
+  m_sToldWhen = m_fetching.when ? m_fetching.when() : QString();
+  m_status->Rows(rs.RecordCount(), rs.Elapsed(), m_sToldWhen, notices.join(u' '));
+}
+
+bool GridWindow::IsToldOtherwise() const {
+  if (!m_rows->Model().Recordset() || !m_fetching.origin) return false;
+  return m_fetching.origin->IsConnectionClosed() != m_bToldOfClosing ||
+         m_fetching.when() != m_sToldWhen;
 }
 
 bool GridWindow::event(QEvent* event) {
-  // Nobody tells of a connection that closes; but whoever comes to look at the rows is told.
+  // Nobody tells of a connection that closes, or of midnight; but whoever comes to look at the rows
+  // is told.
   const bool bLooked = event->type() == QEvent::Enter || event->type() == QEvent::Show ||
                        event->type() == QEvent::WindowActivate;
-  if (bLooked && m_rows->Model().Recordset() && m_fetching.origin &&
-      m_fetching.origin->IsConnectionClosed() != m_bToldOfClosing) {
-    TellOfRows();
-  }
+  if (bLooked && IsToldOtherwise()) TellOfRows();
   return QWidget::event(event);
 }
 

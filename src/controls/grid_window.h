@@ -21,7 +21,7 @@ class StatusStrip;
 
 /// What is told of the rows beside themselves.
 struct Fetching {
-  QString sWhen;  ///< empty where it is not known
+  std::function<QString()> when;  ///< as it is said now; none where it is not known
   std::optional<RowsOrigin> origin;
 };
 
@@ -65,6 +65,7 @@ class GridWindow : public QWidget {
  private:
   void LetGoOfRows();
   void TellOfRows();
+  bool IsToldOtherwise() const;
   void Raise(platform::Signal<> GridEvents::*event);
   void TellOfExchange();
   void ShowPosition();
@@ -86,6 +87,7 @@ class GridWindow : public QWidget {
   bool m_bToldOfSelection = false;
   Fetching m_fetching;
   bool m_bToldOfClosing = false;
+  QString m_sToldWhen;
   int m_nRaising = 0;
 };
 

@@ -197,6 +197,12 @@ class FakeCommand : public platform::Command {
   FakeServer& m_server;
 };
 
+class FakeFailures : public platform::FailureLog {
+ public:
+  void Note(const platform::Failure& failure) noexcept override { noted.push_back(failure); }
+  std::vector<platform::Failure> noted;
+};
+
 class FakeObjects : public platform::ObjectFactory {
  public:
   explicit FakeObjects(FakeServer& server) : m_server(server) {}

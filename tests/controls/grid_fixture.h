@@ -22,7 +22,7 @@ namespace orvane::controls {
 class GridFixture : public testing::Test {
  protected:
   GridServices Services() {
-    return {m_objects, m_states, m_life, [this] { return m_now; }};
+    return {m_objects, m_states, m_life, [this] { return m_now; }, m_failures};
   }
 
   static QWidget* WindowOf(platform::Control& control) {
@@ -85,6 +85,7 @@ class GridFixture : public testing::Test {
       std::chrono::minutes(2) + std::chrono::seconds(11));
   std::shared_ptr<FakeObjects> m_objects = std::make_shared<FakeObjects>(m_server);
   std::shared_ptr<RowsStates> m_states = std::make_shared<RowsStates>();
+  std::shared_ptr<FakeFailures> m_failures = std::make_shared<FakeFailures>();
   std::shared_ptr<void> m_life = std::make_shared<int>();
   std::shared_ptr<FakeConnection> m_connection =
       std::make_shared<FakeConnection>(platform::Value("UTC"));

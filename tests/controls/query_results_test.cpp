@@ -1,5 +1,6 @@
 #include "controls/query_results.h"
 
+#include <QPointer>
 #include <QPushButton>
 
 #include "tests/controls/failure_of.h"
@@ -182,6 +183,46 @@ TEST_F(changing_query, that_fails_when_it_is_run_says_why_in_its_place) {
   EXPECT_FALSE(Asks(*results));
 }
 
+TEST_F(changing_query, that_fails_behind_its_button_is_in_the_log) {
+  const auto results = Bound();
+  results->Execute();
+  EXPECT_TRUE(m_failures->noted.empty());
+  m_server.whileRunning = [] { Refuse(); };
+  ButtonOf(*results)->click();
+  ASSERT_EQ(m_failures->noted.size(), 1U);
+  EXPECT_EQ(m_failures->noted.front().Number(), platform::failure::kSqlError);
+  EXPECT_EQ(m_failures->noted.front().SqlText(), "SELECT");
+}
+
+TEST_F(changing_query, whose_grid_goes_while_it_runs_touches_nothing) {
+  auto results = Bound();
+  results->Execute();
+  const QPointer<QWidget> window(WindowOf(*results));
+  auto* button = ButtonOf(*results);
+  m_server.whileRunning = [&] {
+    results.reset();
+    EXPECT_FALSE(window.isNull()) << "its button is still being pressed";
+  };
+  const auto nHeld = m_server.answer.use_count();
+  button->click();
+  EXPECT_EQ(m_server.answer.use_count(), nHeld);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(window.isNull());
+}
+
+TEST_F(changing_query, whose_grid_goes_while_it_fails_touches_nothing) {
+  auto results = Bound();
+  results->Execute();
+  auto* button = ButtonOf(*results);
+  m_server.whileRunning = [&] {
+    results.reset();
+    Refuse();
+  };
+  button->click();
+  EXPECT_EQ(m_failures->noted.size(), 1U);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 TEST_F(changing_query, whose_connection_is_gone_says_so_when_it_is_run) {
   const auto results = Bound();
   results->Execute();
@@ -231,6 +272,16 @@ TEST_F(query_results, without_rows_names_the_query) {
   results->Execute();
   EXPECT_EQ(Label(*results, "emptyTitle"), "No rows");
   EXPECT_EQ(Label(*results, "emptySentence"), "The query \"Hot pumps\" found nothing.");
+}
+
+TEST_F(query_results, rows_tell_their_day_to_who_looks_at_them_after_midnight) {
+  const auto results = Bound();
+  results->Execute();
+  EXPECT_EQ(Label(*results, "elapsed"), "12 ms, at 14:02:11");
+  Now(date::local_days(date::year{2026} / 11 / 22));
+  QEvent look(QEvent::WindowActivate);
+  QCoreApplication::sendEvent(WindowOf(*results), &look);
+  EXPECT_EQ(Label(*results, "elapsed"), "12 ms, on 2026-11-21 at 14:02:11");
 }
 
 TEST_F(query_results, a_statement_without_rows_tells_what_it_changed) {
