@@ -5,7 +5,16 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "console/look/breakable_text.h"
+
 namespace orvane::console {
+
+namespace {
+
+/// Fits into the pane at its least width.
+constexpr int kLongWord = 12;
+
+}  // namespace
 
 MessagePage::MessagePage(QWidget* parent)
     : QWidget(parent),
@@ -44,15 +53,16 @@ MessagePage::MessagePage(QWidget* parent)
 void MessagePage::Show(const QIcon& icon, const QString& sText, const QString& sDetail,
                        const QString& sButton) {
   m_lblPicture->setPixmap(icon.pixmap(QSize(40, 40), devicePixelRatioF()));
-  m_lblText->setText(sText);
-  m_lblDetail->setText(sDetail);
+  m_sText = sText;
+  m_lblText->setText(Breakable(sText, kLongWord));
+  m_lblDetail->setText(Breakable(sDetail, kLongWord));
   m_lblDetail->setVisible(!sDetail.isEmpty());
   m_btnAction->setText(sButton);
   m_btnAction->setVisible(!sButton.isEmpty());
 }
 
 QString MessagePage::Text() const {
-  return m_lblText->text();
+  return m_sText;
 }
 
 }  // namespace orvane::console

@@ -28,6 +28,7 @@ class MessagePage final : public QWidget {
   QLabel* m_lblText;
   QLabel* m_lblDetail;
   QPushButton* m_btnAction;
+  QString m_sText;
 };
 
 }  // namespace orvane::console

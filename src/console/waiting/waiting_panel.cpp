@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "console/look/breakable_text.h"
 #include "console/waiting/busy_bar.h"
 
 namespace orvane::console {
@@ -31,20 +32,6 @@ class Veil : public QWidget {
   }
 };
 
-/// With places to break the line in words that are longer than one, such as a path.
-QString Breakable(const QString& sText) {
-  constexpr int kLongWord = kCharactersInLine / 2;
-  constexpr QChar kBreak(0x200B);
-  QString sBreakable;
-  int iInWord = 0;
-  for (const QChar c : sText) {
-    sBreakable += c;
-    iInWord = c.isSpace() ? 0 : iInWord + 1;
-    if (iInWord > kLongWord && !c.isHighSurrogate()) sBreakable += kBreak;
-  }
-  return sBreakable;
-}
-
 }  // namespace
 
 WaitingPanel::WaitingPanel(const QString& sWhat, QWidget* window)
@@ -55,7 +42,7 @@ WaitingPanel::WaitingPanel(const QString& sWhat, QWidget* window)
   setAutoFillBackground(true);
   setWindowTitle(tr("Please Wait"));
 
-  auto* lblWhat = new QLabel(Breakable(sWhat));
+  auto* lblWhat = new QLabel(Breakable(sWhat, kCharactersInLine / 2));
   lblWhat->setObjectName("m_lblWhat");
   lblWhat->setTextFormat(Qt::PlainText);
   lblWhat->setWordWrap(true);
