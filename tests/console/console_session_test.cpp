@@ -360,12 +360,46 @@ TEST_F(ConsoleSessionTest, reload_that_fails_leaves_an_item_that_can_be_tried_ag
     throw Failure(platform::failure::kServerNotFound, "The server is gone.", "test");
   };
   m_session->Reload(Find("alpha"));
-  EXPECT_EQ(Find("alpha")->State(), NodeState::Failed);
-  EXPECT_EQ(m_session->Selected(), Find("alpha"));
-  EXPECT_FALSE(m_session->CanReload(*Find("alpha")));
+  EXPECT_EQ(Find("alpha.Catalogs")->State(), NodeState::Failed);
+  EXPECT_EQ(m_session->Selected(), Find("alpha.Catalogs"));
+  EXPECT_FALSE(m_session->CanReload(*Find("alpha.Catalogs")));
+  EXPECT_TRUE(m_session->CanReload(*Find("alpha")));
   m_script->expand = fakes::ExpandUsualTree;
   m_session->Refresh();
-  EXPECT_EQ(Find("alpha")->State(), NodeState::Loaded);
+  EXPECT_EQ(Find("alpha.Catalogs")->State(), NodeState::Loaded);
+}
+
+TEST_F(ConsoleSessionTest, reload_of_a_server_tries_again_what_failed_beneath_it) {
+  Start();
+  ExpandToTables();
+  m_script->expand = [](Services&, const ScopeItemPtr&) {
+    throw Failure(platform::failure::kServerNotFound, "The server is gone.", "test");
+  };
+  m_session->Reload(Find("alpha"));
+  m_script->expand = fakes::ExpandUsualTree;
+  m_session->Reload(Find("alpha"));
+  EXPECT_EQ(Find("alpha.Catalogs")->State(), NodeState::Loaded);
+}
+
+TEST_F(ConsoleSessionTest, reload_keeps_what_no_server_could_bring_back) {
+  Start();
+  ExpandToTables();
+  m_session->Expand(Find("alpha.Queries"));
+  const auto query = Find("alpha.Queries.Load");
+  ASSERT_NE(query, nullptr);
+  m_session->Select(query);
+  // A query whose rename was refused stands in the tree alone: its folder would not list it again.
+  m_script->expand = [](Services& services, const ScopeItemPtr& item) {
+    if (item->NodeTypeName() != "Queries") fakes::ExpandUsualTree(services, item);
+  };
+  const auto catalog = Find("alpha.Catalogs.Machine");
+  m_session->Reload(Find("alpha"));
+  EXPECT_TRUE(catalog->IsRemoved());
+  EXPECT_EQ(Find("alpha.Queries.Load"), query);
+  EXPECT_EQ(m_session->Selected(), query);
+  EXPECT_FALSE(m_session->CanReload(*Find("alpha.Queries")));
+  m_session->Reload(Find("alpha.Queries"));
+  EXPECT_EQ(Find("alpha.Queries.Load"), query);
 }
 
 TEST_F(ConsoleSessionTest, only_lists_that_were_loaded_are_reloaded) {

@@ -127,7 +127,7 @@ TEST_F(MainWindowTest, refresh_button_does_what_f5_does) {
   m_script->log.clear();
   QTest::mouseClick(button, Qt::LeftButton);
   Settle();
-  EXPECT_THAT(m_script->log, Contains("Expand Server"));
+  EXPECT_THAT(m_script->log, Contains("Expand Catalogs"));
   ClickItem("beta");
   EXPECT_FALSE(button->isEnabled());
 }

@@ -30,6 +30,14 @@ TEST(description, names_the_snap_in) {
   EXPECT_EQ(description.sLargeFolders, "m_imlLargeFolders");
 }
 
+TEST(description, says_beneath_which_items_a_server_may_have_changed_something) {
+  std::vector<Text> names;
+  for (const auto& type : StaticDescription().nodeTypes) {
+    if (type.bReadFromServer) names.push_back(type.sName);
+  }
+  EXPECT_EQ(names, (std::vector<Text>{"Catalogs", "Catalog"}));
+}
+
 TEST(description, has_seven_node_types_with_identities_of_their_own) {
   const auto description = StaticDescription();
   std::vector<Text> names;

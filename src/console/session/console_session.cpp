@@ -1,5 +1,7 @@
 #include "console/session/console_session.h"
 
+#include <algorithm>
+
 #include "console/session/hosted_console.h"
 #include "platform/failure.h"
 
@@ -265,14 +267,39 @@ void ConsoleSession::Expand(const ScopeTreeItemPtr& item) {
 
 bool ConsoleSession::CanReload(const ScopeTreeItem& item) const {
   if (item.IsRemoved() || !item.Parent() || item.State() != NodeState::Loaded) return false;
+  if (IsReadFromServer(item)) return true;
+  const auto& children = item.Children();
+  return std::any_of(children.begin(), children.end(), [this](const auto& child) {
+    return IsReadFromServer(*child) &&
+           (child->State() == NodeState::Loaded || child->State() == NodeState::Failed);
+  });
+}
+
+bool ConsoleSession::IsReadFromServer(const ScopeTreeItem& item) const {
   const auto* type = m_tree->NodeType(item.Type());
-  return type && !type->resultViews.empty() && type->resultViews.front().sControlProgId.empty();
+  return type && type->bReadFromServer;
+}
+
+void ConsoleSession::ReloadChildren(const ScopeTreeItemPtr& item) {
+  const auto children = item->Children();
+  for (const auto& child : children) {
+    if (!IsReadFromServer(*child) || child->IsRemoved()) continue;
+    if (child->State() == NodeState::Failed) {
+      Expand(child);
+    } else {
+      Reload(child);
+    }
+  }
 }
 
 void ConsoleSession::Reload(const ScopeTreeItemPtr& item) {
   if (!m_snapIn || !item || !CanReload(*item)) return;
   const Event event(*this, EventKind::Finding);
   m_bFinding = true;
+  if (!IsReadFromServer(*item)) {
+    ReloadChildren(item);
+    return;
+  }
   std::vector<Text> keys;  // from the selected item up to, but not with, the one reloaded
   if (m_selected && m_selected->IsWithin(*item)) {
     for (const auto* at = m_selected.get(); at != item.get(); at = at->Parent()) {

@@ -65,10 +65,11 @@ class ConsoleSession final : public QObject {
   void ShowView(std::size_t nView);
   /// Expands an item that is not loaded, or failed to load; returns when that is done.
   void Expand(const ScopeTreeItemPtr& item);
-  /// True for an item beneath the top whose list was loaded.
+  /// True for an item whose list was read from a server, and for one with such an item right
+  /// beneath it.
   bool CanReload(const ScopeTreeItem& item) const;
-  /// Takes away what lies beneath the item and expands it anew. The selection beneath it stays as
-  /// far as it is found again.
+  /// Takes away what was read from the server beneath the item and expands it anew; what the
+  /// document alone knows stays. The selection stays as far as it is found again.
   void Reload(const ScopeTreeItemPtr& item);
   /// Brings verbs, commands and lists in line with the selected item.
   void RefreshSelection();
@@ -111,6 +112,8 @@ class ConsoleSession final : public QObject {
   void ShowNow(const ScopeTreeItemPtr& item, std::size_t nView);
   void MakeView(const platform::ResultViewDescription& description);
   void HideView();
+  bool IsReadFromServer(const ScopeTreeItem& item) const;
+  void ReloadChildren(const ScopeTreeItemPtr& item);
   /// Expands and selects from the last of the keys to the first, as far as there are such items.
   void SelectAlong(const std::vector<platform::Text>& keys);
   void FollowToolbar();

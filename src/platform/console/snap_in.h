@@ -35,6 +35,9 @@ struct NodeTypeDescription {
   Text sDisplayName;
   Long lFolderImage = 0;  ///< image number in the folder lists, from 1
   std::vector<ResultViewDescription> resultViews;
+  /// What lies beneath is read from a server, where others may change it: the console offers to
+  /// read it anew.
+  bool bReadFromServer = false;
 };
 
 /// The static description under which the snap-in registers with the console.
