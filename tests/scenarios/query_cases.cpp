@@ -96,6 +96,7 @@ TEST_F(command_scenario, a_query_accepted_unchanged_is_run_again) {
 
 TEST_F(command_scenario, a_renamed_query_keeps_its_place) {
   OpenQueries();
+  driver->Select(kAllPumps);
   Fill({{"m_txtName", "Every pump"}});
   driver->Choose(kAllPumps, "Edit...");
   ExpectNoBoxes();
@@ -144,6 +145,7 @@ TEST_F(command_scenario, a_name_that_differs_from_anothers_in_case_alone_loses_t
 
 TEST_F(command_scenario, a_query_is_removed_only_when_the_question_is_answered_yes) {
   OpenQueries();
+  driver->Select(kAllPumps);
   const Text sQuestion = "Are you sure you want to remove the \"All pumps\" query?";
   driver->AnswerBox(BoxAnswer::No);
   driver->Choose(kAllPumps, "Remove");

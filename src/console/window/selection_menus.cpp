@@ -139,16 +139,14 @@ void SelectionMenus::Click(const platform::MenuItem& entry, platform::Long lInde
                            const HostedSelection& selection, Origin origin) {
   if (m_session.IsBusy()) return;
   const auto& items = selection.Items();
-  const bool bFollow =
-      origin == Origin::Tree && items.size() == 1 && items.front() != m_session.Selected();
-  const bool bListed = items.size() == 1 && IsListed(*items.front());
   // A command on a server or its catalogs finds no grid of another one shown. A table or a query is
-  // shown afterwards, so that it runs once, and as the command has left it.
-  if (bFollow && bListed) m_session.Select(items.front());
+  // not shown for its command, since showing runs it, whatever came of the command.
+  if (origin == Origin::Tree && items.size() == 1 && IsListed(*items.front())) {
+    m_session.Select(items.front());
+  }
   emit StatusText(Shown(entry.sStatusText));
   m_session.ClickMenu(entry.sName, lIndex, selection);
   emit StatusText({});
-  if (bFollow && !bListed) m_session.Select(items.front());
 }
 
 bool SelectionMenus::IsListed(const ScopeTreeItem& item) const {
@@ -158,7 +156,10 @@ bool SelectionMenus::IsListed(const ScopeTreeItem& item) const {
 
 void SelectionMenus::AddRefresh(QMenu& menu, const HostedSelection& selection) {
   const auto& items = selection.Items();
-  if (items.size() != 1 || items.front() == m_session.Selected()) {
+  const auto shown = m_session.Selected();
+  const bool bMarkedElsewhere = m_scope.Marked() && m_scope.Marked() != shown;
+  // The window's own actions are about the marked item.
+  if (items.size() != 1 || (items.front() == shown && !bMarkedElsewhere)) {
     if (!menu.isEmpty()) menu.addSeparator();
     menu.addAction(m_menus.actReload->isEnabled() ? m_menus.actReload : m_menus.actRefresh);
     return;
