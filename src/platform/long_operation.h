@@ -21,6 +21,9 @@ class LongOperation {
   /// requests stop when the user presses Cancel; the work then ends as soon as it can with a
   /// Failure of number failure::kCancelled. The work must not touch the user interface.
   virtual void Run(const Text& sWhat, const std::function<void(std::stop_token)>& work) = 0;
+  /// True on the user-interface thread while a run has not returned: what is handled meanwhile must
+  /// not destroy who waits. A host that handles nothing during a run has nothing to tell.
+  virtual bool IsRunning() const { return false; }
 };
 
 }  // namespace orvane::platform

@@ -62,6 +62,14 @@ class NotedFailures final : public platform::FailureLog {
   std::vector<platform::Failure> failures;
 };
 
+/// A wait that a control has begun on its own lasts as long as the test says.
+class ToldWait final : public platform::LongOperation {
+ public:
+  void Run(const Text&, const std::function<void(std::stop_token)>& work) override { work({}); }
+  bool IsRunning() const override { return bRunning; }
+  bool bRunning = false;
+};
+
 class MainWindowTest : public testing::Test {
  protected:
   MainWindowTest() : m_settings(m_folder.filePath("settings.ini"), QSettings::IniFormat) {
@@ -77,6 +85,7 @@ class MainWindowTest : public testing::Test {
     m_boxes = std::make_shared<MessageBoxes>(m_log);
     parts.services.ui = m_boxes;
     parts.services.failures = m_boxes;
+    parts.services.longOperation = m_wait;
     parts.boxes = m_boxes.get();
     parts.eventEnded = [this] { ++m_iEventsEnded; };
     parts.settings = &m_settings;
@@ -151,6 +160,7 @@ class MainWindowTest : public testing::Test {
   std::shared_ptr<Script> m_script = std::make_shared<Script>();
   int m_iEventsEnded = 0;
   std::shared_ptr<NotedFailures> m_log = std::make_shared<NotedFailures>();
+  std::shared_ptr<ToldWait> m_wait = std::make_shared<ToldWait>();
   std::shared_ptr<MessageBoxes> m_boxes;
   std::unique_ptr<MainWindow> m_window;
 };

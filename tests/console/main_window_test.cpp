@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
@@ -59,6 +60,22 @@ TEST_F(MainWindowTest, f5_reloads_where_the_verb_is_not) {
   ClickExpandMark("alpha.Catalogs.Machine");
   ClickItem("alpha.Catalogs.Machine.Tags");
   EXPECT_FALSE(Action("actReload")->isEnabled());
+}
+
+TEST_F(MainWindowTest, f5_is_about_the_item_that_typing_has_marked) {
+  ExpandToTables();
+  ClickItem("beta");
+  EXPECT_FALSE(Action("actReload")->isEnabled());
+  EXPECT_FALSE(Action("actRefresh")->isEnabled());
+  m_script->log.clear();
+  Scope().setFocus();
+  QTest::keyClicks(&Scope(), "Catal");
+  ASSERT_EQ(Scope().currentIndex(), IndexOf("alpha.Catalogs"));
+  ASSERT_EQ(Session().Selected(), Find("beta"));
+  QTest::keyClick(m_window.get(), Qt::Key_F5);
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("alpha.Catalogs"));
+  EXPECT_THAT(m_script->log, Contains("Expand Catalogs"));
 }
 
 TEST_F(MainWindowTest, owner_hears_of_the_end_of_each_event) {
@@ -160,6 +177,15 @@ TEST_F(MainWindowTest, name_of_the_server_does_not_hold_the_window_open) {
   EXPECT_LE(m_window->minimumSizeHint().width(), std::max(iLeast, 1000));
 }
 
+TEST_F(MainWindowTest, long_word_of_a_sentence_does_not_hold_the_window_open) {
+  const QString sWord(900, 'm');
+  Results().ShowSentence(QIcon(), sWord, {});
+  EXPECT_LE(m_window->minimumSizeHint().width(), 1000);
+  EXPECT_EQ(Results().Sentence(), sWord);
+  Results().ShowSentence(QIcon(), "Failed.", sWord);
+  EXPECT_LE(m_window->minimumSizeHint().width(), 1000);
+}
+
 TEST_F(MainWindowTest, line_of_a_control_stands_in_the_one_bar_at_the_bottom) {
   ExpandToTables();
   ClickItem("alpha.Catalogs.Machine.Tags");
@@ -233,6 +259,22 @@ TEST_F(MainWindowTest, snap_in_that_cannot_be_loaded_is_told_and_the_window_stay
   EXPECT_TRUE(m_window->OpenDocument(Path("plant.orvc")));
   EXPECT_EQ(Scope().currentIndex().data().toString(), "ORVANE Servers");
   EXPECT_TRUE(Action("actSave")->isEnabled());
+}
+
+TEST_F(MainWindowTest, item_asked_for_while_a_control_waits_is_shown_and_opened_afterwards) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  m_script->log.clear();
+  m_wait->bRunning = true;
+  ClickItem("beta");
+  ClickExpandMark("beta");
+  RightClick("beta");
+  EXPECT_THAT(m_script->log, testing::IsEmpty());
+  EXPECT_EQ(Session().Selected(), Find("alpha.Catalogs.Machine.Tags"));
+  m_wait->bRunning = false;
+  EXPECT_TRUE(Waits([&] { return m_script->Has("Expand Server"); }));
+  EXPECT_EQ(Session().Selected(), Find("beta"));
+  EXPECT_TRUE(Waits([&] { return m_window->findChild<QMenu*>("contextMenu") != nullptr; }));
 }
 
 TEST_F(MainWindowTest, window_does_not_close_while_a_handler_runs) {

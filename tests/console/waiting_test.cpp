@@ -122,6 +122,20 @@ TEST(waiting, runs_the_work_on_another_thread_and_returns_when_it_is_done) {
   EXPECT_NE(worker, std::this_thread::get_id());
 }
 
+TEST(waiting, tells_that_it_runs_until_it_is_done_however_that_ends) {
+  Waiting waiting;
+  EXPECT_FALSE(waiting.IsRunning());
+  bool bRunning = false;
+  EXPECT_THROW(waiting.Run("Working",
+                           [&](std::stop_token) {
+                             bRunning = waiting.IsRunning();
+                             throw Failure(5, "Short.");
+                           }),
+               Failure);
+  EXPECT_TRUE(bRunning);
+  EXPECT_FALSE(waiting.IsRunning());
+}
+
 TEST(waiting, passes_on_what_the_work_throws) {
   Waiting waiting;
   EXPECT_THROW(waiting.Run("Working", [](std::stop_token) { throw Failure(5, "Short."); }),

@@ -218,6 +218,7 @@ void ScopePane::currentChanged(const QModelIndex& current, const QModelIndex& pr
   if (m_bFollowing || !current.isValid()) return;
   if (m_bPassing) {
     RequestSelectedLater();
+    emit MarkMoved();
   } else {
     RequestSelected();
   }

@@ -32,6 +32,8 @@ class ScopePane final : public QTreeView {
   void MenuClosed();
 
  signals:
+  /// Typing or a held key has marked another item, which is not shown yet.
+  void MarkMoved();
   void SelectRequested(const orvane::console::ScopeTreeItemPtr& item);
   /// The user wants to see what lies beneath the item.
   void ExpandRequested(const orvane::console::ScopeTreeItemPtr& item);

@@ -42,8 +42,11 @@ class ConsoleSession final : public QObject {
   /// Hides the view, lets go of all items and of the snap-in. Does nothing when closed.
   void Close();
   bool IsOpen() const noexcept { return m_snapIn != nullptr; }
-  /// True while a handler of the snap-in runs.
-  bool IsBusy() const noexcept { return m_iDepth > 0; }
+  /// True while a handler of the snap-in runs, or a control waits for a server on its own: what
+  /// would hide the view has to come afterwards.
+  bool IsBusy() const {
+    return m_iDepth > 0 || (m_services.longOperation && m_services.longOperation->IsRunning());
+  }
   /// Asks the snap-in for what is to be saved. False when it could not give all of it.
   bool Write(platform::PropertyBag& pb);
 

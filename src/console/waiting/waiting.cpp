@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QScopeGuard>
 #include <QThread>
 #include <QTimer>
 #include <algorithm>
@@ -60,6 +61,8 @@ void Waiting::Run(const platform::Text& sWhat, const std::function<void(std::sto
     work(WaitingWorker::CurrentStop());
     return;
   }
+  ++m_iRuns;
+  const auto ended = qScopeGuard([this] { --m_iRuns; });
   std::unique_ptr<WaitingWorker> worker = TakeWorker();
   std::stop_source stop;
   worker->Start(work, stop.get_token());

@@ -27,6 +27,7 @@ class Waiting : public platform::LongOperation {
   /// Called on any other thread, or without an application: runs the work where it is called, with
   /// the stop token of the run it is part of.
   void Run(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work) override;
+  bool IsRunning() const override { return m_iRuns > 0; }
 
  private:
   std::unique_ptr<WaitingWorker> TakeWorker();
@@ -35,6 +36,7 @@ class Waiting : public platform::LongOperation {
                              std::stop_source& stop);
 
   std::chrono::milliseconds m_beforePanel;
+  int m_iRuns = 0;  // a run within another one counts too
   std::unique_ptr<InputHold> m_hold;
   std::unique_ptr<WaitingWorker> m_idleWorker;
 };

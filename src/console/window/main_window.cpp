@@ -31,6 +31,7 @@ namespace {
 
 /// Room for the server's name and its user in the status bar.
 constexpr int kServerCharacters = 40;
+constexpr int kCatchUpMilliseconds = 50;
 
 }  // namespace
 
@@ -112,11 +113,16 @@ void MainWindow::MakeStatusBar() {
 }
 
 void MainWindow::FollowPanes() {
+  m_catchUp.setSingleShot(true);
+  m_catchUp.setInterval(kCatchUpMilliseconds);
+  connect(&m_catchUp, &QTimer::timeout, this, &MainWindow::CatchUp);
   connect(m_scope, &ScopePane::SelectRequested, this, &MainWindow::RequestSelect);
+  connect(m_scope, &ScopePane::MarkMoved, this, &MainWindow::UpdateActions);
   connect(m_scope, &ScopePane::ExpandRequested, this, &MainWindow::RequestExpand);
   connect(m_scope, &ScopePane::MenuRequested, this,
           [this](const ScopeTreeItemPtr& item, const QPoint& position) {
             m_selectionMenus->Show(HostedSelection({item}), SelectionMenus::Origin::Tree, position);
+            if (m_session.IsBusy()) m_catchUp.start();
           });
   connect(m_results, &ResultPane::ViewChosen, this, [this](int iView) {
     if (!m_session.IsBusy() && iView >= 0) m_session.ShowView(static_cast<std::size_t>(iView));
@@ -146,13 +152,9 @@ void MainWindow::ConnectMenus() {
   on(m_menus.actSave, [this] { m_keeper.Save(); });
   on(m_menus.actSaveAs, [this] { m_keeper.SaveAs(); });
   on(m_menus.actExit, [this] { close(); });
-  on(m_menus.actRefresh, [this] {
-    if (!m_session.IsBusy()) m_session.Refresh();
-  });
+  on(m_menus.actRefresh, [this] { RefreshMarked(); });
   m_results->RefreshAction(m_menus.actRefresh);
-  on(m_menus.actReload, [this] {
-    if (!m_session.IsBusy()) m_session.Reload(m_session.Selected());
-  });
+  on(m_menus.actReload, [this] { RefreshMarked(); });
   connect(m_selectionMenus, &SelectionMenus::StatusText, statusBar(),
           [this](const QString& sText) { statusBar()->showMessage(sText); });
   on(m_menus.actDetails, [this] { m_results->List().Style(ListStyle::Details); });
@@ -183,13 +185,7 @@ void MainWindow::FollowSession() {
     if (m_parts.eventEnded) m_parts.eventEnded();
     UpdateActions();
     ShowStatus();
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-          RequestSelect(std::exchange(m_wantedSelection, nullptr));
-          m_selectionMenus->ShowAwaited();
-        },
-        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &MainWindow::CatchUp, Qt::QueuedConnection);
   });
 }
 
@@ -198,6 +194,7 @@ void MainWindow::FollowDocument() {
     // What was said of one document is not said of the next.
     statusBar()->clearMessage();
     m_wantedSelection.reset();
+    m_wantedExpansion.reset();
     m_selectionMenus->ForgetAwaited();
   });
   connect(&m_keeper, &DocumentKeeper::ViewRead, this, [this](const DocumentBag& view) {
@@ -254,15 +251,34 @@ void MainWindow::RequestSelect(const ScopeTreeItemPtr& item) {
   if (!item) return;
   if (m_session.IsBusy()) {
     m_wantedSelection = item;
+    m_catchUp.start();
     return;
   }
   m_session.Select(item);
+  // The mark may be back at what is shown, and then nothing else tells.
+  UpdateActions();
 }
 
 void MainWindow::RequestExpand(const ScopeTreeItemPtr& item) {
-  if (!item || m_session.IsBusy()) return;
+  if (!item) return;
+  if (m_session.IsBusy()) {
+    m_wantedExpansion = item;
+    m_catchUp.start();
+    return;
+  }
   m_session.Expand(item);
   if (!item->Children().empty()) m_scope->ShowExpanded(item);
+}
+
+void MainWindow::CatchUp() {
+  if (m_session.IsBusy()) {
+    m_catchUp.start();
+    return;
+  }
+  m_catchUp.stop();
+  RequestSelect(std::exchange(m_wantedSelection, nullptr));
+  RequestExpand(std::exchange(m_wantedExpansion, nullptr));
+  m_selectionMenus->ShowAwaited();
 }
 
 void MainWindow::OpenItem(const ScopeTreeItemPtr& item) {
@@ -320,14 +336,27 @@ void MainWindow::ShowStatus() {
 
 void MainWindow::UpdateActions() {
   const auto item = m_session.Selected();
-  m_menus.actRefresh->setEnabled(m_session.IsRefreshEnabled() ||
+  // What can be done with an item that is marked only is known when it is shown.
+  const bool bElsewhere = MarkedElsewhere() != nullptr;
+  m_menus.actRefresh->setEnabled(bElsewhere || m_session.IsRefreshEnabled() ||
                                  (item && item->State() == NodeState::Failed));
   // Where one of the two can be done, the other cannot, so that they share a key and a button.
-  m_menus.actReload->setEnabled(item && m_session.CanReload(*item));
+  m_menus.actReload->setEnabled(!bElsewhere && item && m_session.CanReload(*item));
   m_results->RefreshAction(m_menus.actReload->isEnabled() ? m_menus.actReload : m_menus.actRefresh);
   const bool bCanSave = m_keeper.CanSave();
   m_menus.actSave->setEnabled(bCanSave);
   m_menus.actSaveAs->setEnabled(bCanSave);
+}
+
+ScopeTreeItemPtr MainWindow::MarkedElsewhere() const {
+  auto item = m_scope->Marked();
+  return item != m_session.Selected() ? item : nullptr;
+}
+
+void MainWindow::RefreshMarked() {
+  if (m_session.IsBusy()) return;
+  if (const auto item = MarkedElsewhere()) m_session.Select(item);
+  m_session.Refresh();
 }
 
 ViewParts MainWindow::ViewOfWindow() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include "console/look/image_list.h"
 #include "console/scope/scope_look.h"
@@ -58,12 +59,18 @@ class MainWindow final : public QMainWindow {
 
   void RequestSelect(const ScopeTreeItemPtr& item);
   void RequestExpand(const ScopeTreeItemPtr& item);
+  /// Does what was asked for while the session was busy, or waits on.
+  void CatchUp();
   void OpenItem(const ScopeTreeItemPtr& item);
 
   void ShowTitle();
   void ShowStatus();
   void ShowNotice();
   void UpdateActions();
+  /// The marked item when it is not the one shown yet; else none.
+  ScopeTreeItemPtr MarkedElsewhere() const;
+  /// F5 and its commands: about the marked item, which is shown first.
+  void RefreshMarked();
   void FillRecent();
   ViewParts ViewOfWindow();
 
@@ -83,7 +90,10 @@ class MainWindow final : public QMainWindow {
   QLabel* m_lblReadOnly = nullptr;
   QLabel* m_lblServer = nullptr;
   SelectionMenus* m_selectionMenus = nullptr;
-  ScopeTreeItemPtr m_wantedSelection;  // asked for while the session was at work
+  // Asked for while the session was busy.
+  ScopeTreeItemPtr m_wantedSelection;
+  ScopeTreeItemPtr m_wantedExpansion;
+  QTimer m_catchUp;  // nobody tells of the end of a wait outside events
 };
 
 }  // namespace orvane::console
