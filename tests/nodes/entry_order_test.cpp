@@ -34,7 +34,9 @@ class entry_order : public testing::Test {
       ASSERT_EQ(order.At(n), expected[n]) << "at " << n;
       ASSERT_EQ(order.Previous(*entry), n == 0 ? nullptr : expected[n - 1]) << "back from " << n;
     }
-    if (entry) EXPECT_EQ(order.Next(entry), nullptr);
+    if (entry) {
+      EXPECT_EQ(order.Next(entry), nullptr);
+    }
   }
 
   std::vector<std::unique_ptr<Link>> all;
@@ -60,7 +62,9 @@ TEST_F(entry_order, is_that_of_a_vector_after_any_insertions_and_removals) {
     if (!expected.empty()) {
       const std::size_t nAsked = random() % expected.size();
       ASSERT_EQ(order.At(nAsked), expected[nAsked]);
-      if (nAsked + 1 < expected.size()) ASSERT_EQ(order.At(nAsked + 1), expected[nAsked + 1]);
+      if (nAsked + 1 < expected.size()) {
+        ASSERT_EQ(order.At(nAsked + 1), expected[nAsked + 1]);
+      }
     }
     if (nStep % 100 == 0) ExpectTheSame();
   }
