@@ -40,7 +40,8 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
   for (const auto& column : tables.front().columns) {
     const bool bTime = column.type == platform::DataType::DBTimeStamp;
     known.columns.push_back({column.sName, bTime ? dialect::Content::Time : dialect::Content::Other,
-                             column.sDefault, column.bGenerated});
+                             column.sDefault, column.bGenerated,
+                             column.type == platform::DataType::WChar});
   }
   return known;
 }

@@ -23,15 +23,17 @@ TEST_F(session, reads_and_writes_through_the_dialect) {
 
 TEST_F(session, refuses_a_text_or_time_in_double_quotes) {
   const auto opened = OpenPlant();
-  const auto sentence = [](const Text& sName) {
-    return "3805: There is no column \"" + sName +
-           "\": write the name of one that the tables have; a text or a time stands between "
+  const auto sentence = [](const Text& sName, const Text& sPlace) {
+    return "3805: There is no column \"" + sName + "\" (character " + sPlace +
+           " of the statement); write the name of one that the tables have; a text or a time "
+           "stands between "
            "single quotes.";
   };
-  EXPECT_EQ(Failing(*opened, "SELECT \"Gone\" FROM Plant1..Data"), sentence("Gone"));
-  EXPECT_EQ(Failing(*opened, "DELETE FROM Plant1..Data WHERE \"Tga\" <> 'x'"), sentence("Tga"));
+  EXPECT_EQ(Failing(*opened, "SELECT \"Gone\" FROM Plant1..Data"), sentence("Gone", "8"));
+  EXPECT_EQ(Failing(*opened, "DELETE FROM Plant1..Data WHERE \"Tga\" <> 'x'"),
+            sentence("Tga", "32"));
   EXPECT_EQ(Failing(*opened, "SELECT Tag FROM Plant1..Data WHERE Timestamp > \"*-1h\""),
-            sentence("*-1h"));
+            sentence("*-1h", "48"));
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data"), "24\n");
 }
 

@@ -53,9 +53,11 @@ void StatementReader::ReadWith(Scope* scope) {
   const std::size_t behind = m_i;
   // They count where they are read, not where they stand.
   Query* const outer = std::exchange(m_query, nullptr);
+  Scope* const within = NewScope(scope);
+  within->bClosed = true;
   for (std::size_t i = 0; i < places.size(); ++i) {
     m_i = places[i];
-    Query* const query = ReadBracketedQuery(scope);
+    Query* const query = ReadBracketedQuery(within);
     scope->namedQueries[i].query = query;
   }
   m_i = behind;

@@ -107,6 +107,7 @@ struct Item {
 struct Scope {
   Scope* parent = nullptr;
   bool bDistinct = false;
+  bool bClosed = false;  ///< of named queries: they see no columns around them
   std::vector<Source*> sources;
   std::vector<NamedQuery> namedQueries;
   std::vector<Item> items;

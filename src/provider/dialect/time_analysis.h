@@ -88,6 +88,10 @@ class TimeAnalysis {
   const platform::Text& Part(const Chain& chain, std::size_t part) const {
     return At(chain.parts[part]).sText;
   }
+  // Counts what may be done very often, and looks at the deadline now and then.
+  void Step();
+  // The arguments of iif, or of CASE written as one, that can come out of it.
+  static std::vector<std::size_t> ChosenByIif(std::size_t nArguments);
   bool TimeAsDouble() const { return m_place.settings.bTimeAsDouble; }
   [[noreturn]] void Fail(std::size_t token, const platform::Text& sWhat,
                          const platform::Text& sAdvice) const;
@@ -105,7 +109,7 @@ class TimeAnalysis {
   void Append(ColumnList& to, OutputColumn column, std::size_t token);
   void JoinCores(const Query& query, Output& output);
   void CheckReadingItself(const Query& query, const Output& output) const;
-  bool IsShared(const Scope& core, std::size_t source, const platform::Text& sColumn);
+  bool IsShared(const Scope& core, std::size_t place, const platform::Text& sColumn);
   Found Find(const Chain& chain, const Scope* scope);
   Found FindIn(const Chain& chain, const Scope& scope);
   std::optional<std::size_t> FindPlace(const ColumnList& columns,
@@ -116,7 +120,6 @@ class TimeAnalysis {
   Kinds KindsOf(const Expr& expr);
   Kinds Work(const Expr& expr);
   Kinds KindsOfName(const Expr& expr);
-  void FailForUnknown(const Expr& expr) const;
   Kinds KindsOfArithmetic(const Expr& expr);
   Kinds KindsOfSum(const Expr& expr, Kinds left, Kinds right);
   Kinds KindsOfCase(const Expr& expr);

@@ -96,7 +96,7 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds) {
     }
     case ExprKind::Subquery:
       // Texts of one kind are read where they come out.
-      if (kinds::IsOnly(kinds, kinds::kAny) ||
+      if (kinds::IsOnly(kinds, kinds::kAnyText) ||
           kinds::IsOnly(kinds, kinds::kUtcText | kinds::kWrittenTime)) {
         return false;
       }
@@ -110,7 +110,7 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds) {
           ((sName == "MIN" || sName == "MAX") && bMany)) {
         for (std::size_t i = 0; i < expr.children.size(); ++i) parts.push_back(i);
       } else if (sName == "IIF" || sName == "IF") {
-        parts = {1, 2};
+        parts = ChosenByIif(expr.children.size());
       } else if (sName == "LAG" || sName == "LEAD") {
         parts = {0, 2};
       } else if (sName == "LIKELY" || sName == "UNLIKELY" || sName == "LIKELIHOOD" ||
@@ -142,7 +142,7 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
     Fail(token, "The zone of this time is not known",
          "leave out 'localtime' and 'utc': times are compared whatever their zone");
   }
-  if (kinds::Has(kinds, kinds::kCount | kinds::kOther)) {
+  if (kinds::Has(kinds, kinds::kCount | kinds::kCountOfTime | kinds::kOther)) {
     Fail(token, "This is not understood as a time",
          "write a time between single quotes, such as '*-1h', or what datetime() gives");
   }

@@ -17,25 +17,54 @@ bool IsOneOf(std::string_view sName, const std::array<std::string_view, n>& name
   return std::find(names.begin(), names.end(), sName) != names.end();
 }
 
-constexpr std::array<std::string_view, 16> kNumberFunctions = {
-    "LENGTH",       "INSTR",     "RANDOM",     "ROW_NUMBER",        "RANK",
-    "DENSE_RANK",   "NTILE",     "CHANGES",    "UNICODE",           "SIGN",
-    "PERCENT_RANK", "CUME_DIST", "JSON_VALID", "JSON_ARRAY_LENGTH", "COUNT",
-    "TOTAL_CHANGES"};
-constexpr std::array<std::string_view, 12> kCalculations = {"SUM",   "TOTAL", "AVG",     "ABS",
-                                                            "ROUND", "CEIL",  "CEILING", "FLOOR",
-                                                            "TRUNC", "MOD",   "POW",     "SQRT"};
+constexpr std::array<std::string_view, 15> kNumberFunctions = {"LENGTH",
+                                                               "INSTR",
+                                                               "RANDOM",
+                                                               "ROW_NUMBER",
+                                                               "RANK",
+                                                               "DENSE_RANK",
+                                                               "NTILE",
+                                                               "CHANGES",
+                                                               "UNICODE",
+                                                               "PERCENT_RANK",
+                                                               "CUME_DIST",
+                                                               "JSON_VALID",
+                                                               "JSON_ARRAY_LENGTH",
+                                                               "COUNT",
+                                                               "TOTAL_CHANGES"};
+constexpr std::array<std::string_view, 19> kCalculations = {
+    "SUM", "TOTAL", "AVG",  "ABS",  "ROUND", "CEIL", "CEILING", "FLOOR", "TRUNC", "MOD",
+    "POW", "POWER", "SQRT", "SIGN", "EXP",   "LN",   "LOG",     "LOG10", "LOG2"};
 constexpr std::array<std::string_view, 6> kDateFunctions = {"DATE",     "TIME",      "DATETIME",
                                                             "STRFTIME", "JULIANDAY", "UNIXEPOCH"};
+// What a calculation makes a number of, which then still counts from a stored time.
+constexpr Kinds kCounted = kinds::kCountOfTime | kinds::kWrittenTime;
+
+// A text in which a number of days or seconds is written, not a date.
+bool WritesCount(const Text& sFormat) {
+  return sFormat.find("%s") != Text::npos || sFormat.find("%J") != Text::npos;
+}
 
 }  // namespace
+
+void TimeAnalysis::Step() {
+  if (++m_nSteps % kStepsBetweenLooks == 0) m_place.deadline.Check();
+}
+
+// Behind each condition its value, and at the end one for when none holds.
+std::vector<std::size_t> TimeAnalysis::ChosenByIif(std::size_t nArguments) {
+  std::vector<std::size_t> chosen;
+  for (std::size_t i = 1; i < nArguments; i += 2) chosen.push_back(i);
+  if (nArguments > 2 && nArguments % 2 == 1) chosen.push_back(nArguments - 1);
+  return chosen;
+}
 
 Kinds TimeAnalysis::KindsOf(const Expr& expr) {
   auto& known = m_kinds[expr.nNumber];
   if (known) return *known;
   // A name that two items give to one another means nothing to the engine either.
   if (m_working[expr.nNumber]) return kinds::kOther;
-  if (++m_nSteps % kStepsBetweenLooks == 0) m_place.deadline.Check();
+  Step();
   const Deeper deeper(*this, expr.range.begin);
   m_working[expr.nNumber] = true;
   const Kinds kinds = Work(expr);
@@ -54,7 +83,7 @@ Kinds TimeAnalysis::Work(const Expr& expr) {
     case ExprKind::Number:
       return kinds::kNumber;
     case ExprKind::String:
-      return kinds::kAny;
+      return kinds::kAnyText;
     case ExprKind::Blob:
       return kinds::kOther;
     case ExprKind::CurrentTime:
@@ -69,6 +98,7 @@ Kinds TimeAnalysis::Work(const Expr& expr) {
       // A plus does nothing to whatever stands behind it.
       if (At(expr.operation).IsSymbol("+")) return of;
       if (kinds::Has(of, kinds::kFromTimes)) return kinds::kNumberOfTime;
+      if (kinds::Has(of, kCounted)) return kinds::kCountOfTime;
       return Inside(expr.children[0])->kind == ExprKind::String ? kinds::kCount : kinds::kNumber;
     }
     case ExprKind::Not:
@@ -130,24 +160,10 @@ Kinds TimeAnalysis::KindsOfName(const Expr& expr) {
   for (const char* const sNumber : {"rowid", "oid", "_rowid_", "true", "false"}) {
     if (SameName(sName, sNumber)) return kinds::kCount;
   }
-  FailForUnknown(expr);
-  return kinds::kAny;
-}
-
-// The engine gives columns of queries names of its own, such as "x:1" for the second x; what stands
-// in one that is not known here could be a time.
-void TimeAnalysis::FailForUnknown(const Expr& expr) const {
-  for (const Scope* scope = expr.scope; scope != nullptr; scope = scope->parent) {
-    for (const auto* const source : scope->sources) {
-      if (source->query == nullptr && m_place.names.FindNamedQuery(*source) == nullptr) continue;
-      throw platform::Failure(
-          platform::failure::kSqlError,
-          "There is no column \"" + At(expr.chain.parts.back()).sText +
-              "\": write the name of one that the tables have; a text or a time stands between "
-              "single quotes.",
-          "ORVOLEDB", 0, Text(m_place.sStatement));
-    }
-  }
+  // Never left to the engine: it gives columns of queries names of its own, such as "x:1" for the
+  // second x, and looks up a named query's names where that is read.
+  Fail(expr.range.begin, "There is no column \"" + At(expr.chain.parts.back()).sText + "\"",
+       "write the name of one that the tables have; a text or a time stands between single quotes");
 }
 
 Kinds TimeAnalysis::KindsOfArithmetic(const Expr& expr) {
@@ -158,12 +174,13 @@ Kinds TimeAnalysis::KindsOfArithmetic(const Expr& expr) {
   if (token.IsSymbol("||") || token.IsSymbol("->") || token.IsSymbol("->>")) {
     if (kinds::Has(both, kinds::kFromTimes)) return kinds::kTextOfTime;
     // What a date function gave keeps its zone in a longer text.
+    if (kinds::Has(both, kinds::kCountOfTime)) return kinds::kTextOfTime;
     const Kinds dates = both & (kinds::kUtcText | kinds::kWrittenTime | kinds::kZoneText);
-    return dates != 0 ? dates : kinds::kAny;
+    return dates != 0 ? dates : kinds::kAnyText;
   }
   if (token.IsSymbol("+") || token.IsSymbol("-")) return KindsOfSum(expr, left, right);
   if (kinds::Has(both, kinds::kFromTimes)) return kinds::kNumberOfTime;
-  return kinds::kNumber;
+  return kinds::Has(both, kCounted) ? kinds::kCountOfTime : kinds::kNumber;
 }
 
 Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
@@ -178,7 +195,7 @@ Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
   }
   if (bLeft && bRight) {
     const bool bTimes = kinds::IsOnly(left | right, kinds::kTimes);
-    return bMinus && bTimes ? kinds::kCount : kinds::kNumberOfTime;
+    return bMinus && bTimes ? kinds::kCountOfTime : kinds::kNumberOfTime;
   }
   if (bLeft || bRight) {
     const Kinds time = bLeft ? left : right;
@@ -188,6 +205,7 @@ Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
     return bMoved ? kinds::kShifted : kinds::kNumberOfTime;
   }
   if (kinds::Has(left | right, kinds::kFromTimes)) return kinds::kNumberOfTime;
+  if (kinds::Has(left | right, kCounted)) return kinds::kCountOfTime;
   return bText ? kinds::kCount : kinds::kNumber;
 }
 
@@ -230,12 +248,21 @@ Kinds TimeAnalysis::KindsOfCast(const Expr& expr) {
   const bool bNumber = has("INT") || has("REAL") || has("FLOA") || has("DOUB") ||
                        sType.starts_with("NUM") || sType.starts_with("DEC");
   const bool bText = !has("INT") && (has("CHAR") || has("CLOB") || has("TEXT"));
-  if (kinds::Has(of, kinds::kFromTimes)) {
+  if (bNumber && of == kinds::kTextOfTime) {
+    const Expr& inside = *Inside(expr.children[0]);
+    const bool bDate =
+        inside.kind == ExprKind::Call && UpperCase(At(inside.operation).sText) == "STRFTIME";
+    if (bDate) return kinds::kCountOfTime;
+  }
+  if (!kinds::Has(of, kinds::kFromTimes) && bNumber && kinds::Has(of, kCounted)) {
+    return kinds::kCountOfTime;
+  }
+  if (kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime)) {
     return bNumber ? kinds::kNumberOfTime : kinds::kTextOfTime;
   }
   if (bText) {
     const Kinds dates = of & (kinds::kUtcText | kinds::kWrittenTime | kinds::kZoneText);
-    return dates != 0 ? dates : kinds::kAny;
+    return dates != 0 ? dates : kinds::kAnyText;
   }
   return bNumber ? kinds::kNumber : kinds::kOther;
 }
@@ -259,10 +286,22 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
     for (const auto* const argument : expr.children) {
       operands.push_back({argument, nullptr, nullptr, 0, argument->range.begin});
     }
-    return Meet(operands, expr.operation);
+    const Kinds met = Meet(operands, expr.operation);
+    // The least and the greatest are found by comparing all with one another.
+    for (std::size_t i = 1; met != kinds::kTime && i < operands.size(); ++i) {
+      for (std::size_t j = i + 1; j < operands.size(); ++j) {
+        Step();
+        CheckPair(operands[i], operands[j], expr.operation);
+      }
+    }
+    return met;
   }
   if (sName == "COALESCE" || sName == "IFNULL") return all;
-  if (sName == "IIF" || sName == "IF") return at(1) | at(2);
+  if (sName == "IIF" || sName == "IF") {
+    Kinds chosen = kinds::kNull;
+    for (const std::size_t i : ChosenByIif(nArguments)) chosen |= at(i);
+    return chosen;
+  }
   if (sName == "LAG" || sName == "LEAD") return at(0) | at(2);
   if (sName == "MIN" || sName == "MAX" || sName == "FIRST_VALUE" || sName == "LAST_VALUE" ||
       sName == "NTH_VALUE" || sName == "LIKELY" || sName == "UNLIKELY" || sName == "LIKELIHOOD") {
@@ -273,13 +312,14 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
   }
   if (IsOneOf(sName, kDateFunctions)) return KindsOfDate(expr, sName);
   if (IsOneOf(sName, kNumberFunctions)) return kinds::kCount;
-  if (sName == "TYPEOF") return kinds::kAny;
+  if (sName == "TYPEOF") return kinds::kAnyText;
   if (IsOneOf(sName, kCalculations)) {
-    return kinds::Has(all, kinds::kFromTimes) ? kinds::kNumberOfTime : kinds::kNumber;
+    if (kinds::Has(all, kinds::kFromTimes)) return kinds::kNumberOfTime;
+    return kinds::Has(all, kCounted) ? kinds::kCountOfTime : kinds::kNumber;
   }
-  if (kinds::Has(all, kinds::kFromTimes)) return kinds::kTextOfTime;
+  if (kinds::Has(all, kinds::kFromTimes | kinds::kCountOfTime)) return kinds::kTextOfTime;
   const Kinds dates = all & (kinds::kUtcText | kinds::kWrittenTime | kinds::kZoneText);
-  return dates != 0 ? dates : kinds::kAny;
+  return dates != 0 ? dates : kinds::kAnyText;
 }
 
 // A date function reads numbers as days: a stored time is handed to it in seconds.
@@ -290,7 +330,7 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
   if (nValue < expr.children.size()) {
     const Expr& value = *expr.children[nValue];
     Kinds of = KindsOf(value);
-    bOfTime = kinds::Has(of, kinds::kFromTimes | kinds::kWrittenTime);
+    bOfTime = kinds::Has(of, kinds::kFromTimes | kCounted);
     bZone = kinds::Has(of, kinds::kZoneText);
     if (kinds::Has(of, kinds::kTimes)) {
       Convert(value);
@@ -303,7 +343,14 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
   for (std::size_t i = nValue + 1; i < expr.children.size(); ++i) {
     if (!KeepsUtc(*expr.children[i])) bZone = true;
   }
-  if (sFunction == "JULIANDAY" || sFunction == "UNIXEPOCH") return kinds::kCount;
+  if (sFunction == "JULIANDAY" || sFunction == "UNIXEPOCH") {
+    return bOfTime ? kinds::kCountOfTime : kinds::kCount;
+  }
+  if (sFunction == "STRFTIME" && bOfTime) {
+    const Expr& format = *Inside(expr.children[0]);
+    const bool bKnown = format.kind == ExprKind::String;
+    if (!bKnown || WritesCount(At(format.range.begin).sText)) return kinds::kTextOfTime;
+  }
   if (bZone) return bOfTime ? kinds::kZoneText | kinds::kWrittenTime : kinds::kZoneText;
   return bOfTime ? kinds::kWrittenTime : kinds::kUtcText;
 }

@@ -57,6 +57,7 @@ void TimeAnalysis::LookAtJoins(const Scope& scope) {
       Kinds all = kinds::kNull;
       bool bBefore = false;
       for (std::size_t j = 0; j <= i; ++j) {
+        Step();
         const ColumnList& columns = ColumnsOf(*scope.sources[j]);
         const auto place = FindPlace(columns, sColumn);
         if (!place) continue;
@@ -267,10 +268,15 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
 // Neither is a time, but they may have been made from one.
 void TimeAnalysis::CheckPair(const Operand& left, const Operand& right, std::size_t token) {
   const auto both = static_cast<Kinds>(KindsOf(left) | KindsOf(right));
+  if (kinds::Has(both, kinds::kCountOfTime) && kinds::Has(both, kinds::kSureTexts)) {
+    Fail(token, "A number made from a time is compared with a text",
+         "compare the time itself, as in Timestamp >= '*-1h', or write a number");
+  }
   if (kinds::Has(both, kinds::kNumberOfTime | kinds::kTextOfTime)) {
     const bool bNumbers =
-        kinds::IsOnly(both, kinds::kNumberOfTime | kinds::kNumbers) &&
-        (!TimeAsDouble() || kinds::IsOnly(both, kinds::kNumberOfTime | kinds::kCount));
+        kinds::IsOnly(both, kinds::kNumberOfTime | kinds::kCountOfTime | kinds::kNumbers) &&
+        (!TimeAsDouble() ||
+         kinds::IsOnly(both, kinds::kNumberOfTime | kinds::kCountOfTime | kinds::kCount));
     if (!bNumbers && !kinds::IsOnly(both, kinds::kTextOfTime)) {
       Fail(token, "What was made from a time is compared with something else",
            "compare the time itself, as in Timestamp >= '*-1h'");

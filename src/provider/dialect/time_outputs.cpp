@@ -51,7 +51,8 @@ const ColumnList& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
   if (!found.table.sViewText.empty()) view = &m_place.views.Of(found);
   for (std::size_t i = 0; i < found.table.columns.size(); ++i) {
     const KnownColumn& column = found.table.columns[i];
-    Kinds kinds = column.content == Content::Time ? kinds::kTime : kinds::kAny;
+    Kinds kinds = column.bText ? kinds::kAnyText : kinds::kAny;
+    if (column.content == Content::Time) kinds = kinds::kTime;
     if (view != nullptr) kinds = i < view->kinds.size() ? view->kinds[i] : kUnknown;
     columns.Add({column.sName, kinds, 0});
   }
@@ -161,7 +162,7 @@ void TimeAnalysis::Append(ColumnList& to, OutputColumn column, std::size_t token
   if (to.size() >= kMostColumns || ++m_nColumns > kMostColumnsInAll) {
     Fail(token, "There are too many columns", "choose at most 2,000 by their names");
   }
-  if (m_nColumns % kStepsBetweenLooks == 0) m_place.deadline.Check();
+  Step();
   to.Add(std::move(column));
 }
 
@@ -172,6 +173,7 @@ void TimeAnalysis::AppendStar(const Scope& core, const Item& item, std::size_t i
     const Source& source = *core.sources[i];
     if (!bAll && !m_place.names.IsQualifier(source, item.star, item.star.parts.size())) continue;
     for (const auto& column : ColumnsOf(source)) {
+      Step();
       // A column by which tables are joined comes once.
       if (bAll && IsShared(core, i, column.sName)) continue;
       Append(to, {column.sName, column.kinds, itemNumber}, item.range.begin);
@@ -185,10 +187,12 @@ bool TimeAnalysis::IsShared(const Scope& core, std::size_t place, const Text& sC
   if (!source.bNatural && source.usedNames.empty()) return false;
   const bool bUsed = source.bNatural || std::any_of(source.usedNames.begin(),
                                                     source.usedNames.end(), [&](std::size_t token) {
+                                                      Step();
                                                       return SameName(At(token).sText, sColumn);
                                                     });
   if (!bUsed) return false;
   for (std::size_t before = 0; before < place; ++before) {
+    Step();
     if (ColumnsOf(*core.sources[before]).Find(sColumn)) return true;
   }
   return false;
@@ -241,7 +245,7 @@ TimeAnalysis::Found TimeAnalysis::FindIn(const Chain& chain, const Scope& scope)
   const Text& sColumn = Part(chain, chain.parts.size() - 1);
   const std::size_t nQualifiers = chain.parts.size() - 1;
   for (const auto* const source : scope.sources) {
-    if (++m_nSteps % kStepsBetweenLooks == 0) m_place.deadline.Check();
+    Step();
     // The row that an INSERT could not put in goes by a name of its own.
     const bool bRefused =
         nQualifiers == 1 && source->bTarget && SameName(Part(chain, 0), "excluded");
@@ -252,6 +256,11 @@ TimeAnalysis::Found TimeAnalysis::FindIn(const Chain& chain, const Scope& scope)
     if (const auto place = FindPlace(columns, sColumn)) return {&columns[*place], nullptr};
   }
   if (nQualifiers > 0) return {};
+  // What the items put out has no name yet while they are worked out.
+  const bool bInItems = !scope.items.empty() &&
+                        chain.range.begin >= scope.items.front().range.begin &&
+                        chain.range.begin < scope.items.back().range.end;
+  if (bInItems) return {};
   for (const auto& item : scope.items) {
     if (item.expr != nullptr && !item.sAlias.empty() && SameName(item.sAlias, sColumn)) {
       return {nullptr, item.expr};
@@ -261,7 +270,7 @@ TimeAnalysis::Found TimeAnalysis::FindIn(const Chain& chain, const Scope& scope)
 }
 
 TimeAnalysis::Found TimeAnalysis::Find(const Chain& chain, const Scope* scope) {
-  for (; scope != nullptr; scope = scope->parent) {
+  for (; scope != nullptr && !scope->bClosed; scope = scope->parent) {
     const Found found = FindIn(chain, *scope);
     if (found.column != nullptr || found.alias != nullptr) return found;
   }

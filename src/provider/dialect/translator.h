@@ -35,6 +35,7 @@ struct KnownColumn {
   Content content = Content::Other;
   std::optional<platform::Text> sDefault{};  ///< what a row gets that names no value, as SQL
   bool bGenerated = false;                   ///< computed; takes no value
+  bool bText = false;                        ///< keeps numbers as texts
 };
 
 struct KnownTable {

@@ -22,12 +22,18 @@ constexpr Kinds kNumber = 1U << 7U;
 constexpr Kinds kCount = 1U << 8U;   ///< a number that is certainly no number of days
 constexpr Kinds kAny = 1U << 9U;     ///< a text in the connection's zone, or whatever there is
 constexpr Kinds kOther = 1U << 10U;  ///< what can never be a time
+constexpr Kinds kCountOfTime = 1U << 11U;  ///< a number of days or seconds made from a stored time
+constexpr Kinds kText = 1U << 12U;  ///< beside kAny: no number, as what stands in a column may be
 
 /// What is stored as a number of microseconds, and what is worked out from that.
 constexpr Kinds kTimes = kTime | kShifted;
 constexpr Kinds kFromTimes = kTimes | kNumberOfTime | kTextOfTime;
 constexpr Kinds kNumbers = kNumber | kCount;
 constexpr Kinds kTexts = kTextOfTime | kWrittenTime | kUtcText | kZoneText | kAny | kOther;
+/// What is certainly no number.
+constexpr Kinds kSureTexts = kTextOfTime | kWrittenTime | kUtcText | kZoneText | kText | kOther;
+/// A text of which nothing more is known.
+constexpr Kinds kAnyText = kAny | kText;
 
 constexpr bool Has(Kinds kinds, Kinds any) {
   return (kinds & any) != 0;
@@ -37,7 +43,8 @@ constexpr bool IsOnly(Kinds kinds, Kinds all) {
 }
 /// True when numbers of times and texts could meet among the values.
 constexpr bool Mixes(Kinds kinds) {
-  return Has(kinds, kTimes | kNumberOfTime) && Has(kinds, kTexts);
+  return (Has(kinds, kTimes | kNumberOfTime) && Has(kinds, kTexts)) ||
+         (Has(kinds, kCountOfTime) && Has(kinds, kSureTexts));
 }
 
 }  // namespace kinds

@@ -165,6 +165,18 @@ TEST_F(time_comparisons, choose_the_rows_that_are_meant) {
        "0-1"},
       {"Timestamp - (SELECT min(Timestamp) FROM Plant1..Copy) <= 3600000000", "22-23"},
       {"Timestamp / 3600000000 % 24 = 3", "9"},
+      // Numbers made from times meet numbers, and columns that may hold them.
+      {"julianday(Timestamp) >= 2460446 AND round(julianday(Timestamp), 2) < 2460447", "0"},
+      {"unixepoch(Timestamp) >= unixepoch('2024-05-15 10:00:00')", "0-2"},
+      {"unixepoch(Timestamp) - 1715774400 = -3600 * Value", "0-23"},
+      {"CAST(strftime('%s', Timestamp) AS INTEGER) >= 1715774400 - 7200", "0-2"},
+      {"coalesce(unixepoch(Timestamp), Value) >= 1715774400", "0"},
+      {"min(unixepoch(Timestamp), Value, 5) < 2", "0-1"},
+      // Names in a WITH query are its own; items see no names of one another.
+      {"EXISTS (WITH q AS (SELECT Timestamp AS t FROM Plant1..Copy) SELECT 1 FROM q WHERE q.t = "
+       "d.Timestamp AND q.t >= '*-1h')",
+       "0-1"},
+      {"(0, 'a') = (SELECT Timestamp < '*-2h', 'a' AS Timestamp FROM Plant1..Tags)", "0-2"},
   };
   static_assert(std::size(forms) >= 60);
   for (const Form& form : forms) Check(form);
@@ -204,6 +216,7 @@ TEST_F(time_comparisons, take_numbers_for_days_where_the_connection_does) {
 TEST_F(time_comparisons, are_refused_where_they_can_mean_no_time) {
   const char* const sNumber = "A number stands where a time is meant (character ";
   const char* const sMade = "What was made from a time is compared with something else (character ";
+  const char* const sCounted = "A number made from a time is compared with a text (character ";
   const char* const sPattern = "A time is compared with a pattern (character ";
   const char* const sNot = "This is not understood as a time (character ";
   const char* const sZone = "The zone of this time is not known (character ";
@@ -235,6 +248,31 @@ TEST_F(time_comparisons, are_refused_where_they_can_mean_no_time) {
       {"Timestamp > (SELECT avg(Timestamp) FROM Plant1..Copy)", sMade},
       {"(SELECT total(Timestamp) FROM Plant1..Copy) > 'a'", sMade},
       {"hex(Timestamp) IN ('a', 'b')", sMade},
+      {"julianday(Timestamp) < date('now', '-30 days')", sCounted},
+      {"unixepoch(Timestamp) < '2024-01-01'", sCounted},
+      {"'2024-01-01' > unixepoch(Timestamp)", sCounted},
+      {"Timestamp - Timestamp < '1h'", sCounted},
+      {"round(julianday(Timestamp), 1) < '2024-01-01'", sCounted},
+      {"-unixepoch(Timestamp) < '2024-01-01'", sCounted},
+      {"unixepoch(Timestamp) + 1 < CURRENT_DATE", sCounted},
+      {"unixepoch(Timestamp) / 60 IN ('a', 'b')", sCounted},
+      {"CAST(strftime('%s', Timestamp) AS INTEGER) < '2024-01-01'", sCounted},
+      {"strftime('%Y', Timestamp) + 0 < '2024-01-01'", sCounted},
+      {"unixepoch(datetime(Timestamp)) < lower('2024-01-01')", sCounted},
+      {"coalesce(unixepoch(Timestamp), 0) < Tag", sCounted},
+      {"unixepoch(Timestamp) < (SELECT Tag FROM Plant1..Tags LIMIT 1)", sCounted},
+      {"(SELECT max(unixepoch(Timestamp)) FROM Plant1..Copy) < '2024-01-01'", sCounted},
+      {"unixepoch(Timestamp) BETWEEN '2024-01-01' AND '2025-01-01'", sCounted},
+      {"min(5, unixepoch(Timestamp), '2024-01-01') > 1", sCounted},
+      {"iif(Value < 0, 1, Value < 0, 2, unixepoch(Timestamp)) < '2024-01-01'", sCounted},
+      {"strftime('%s', Timestamp) < '2024-01-01'", sMade},
+      {"CAST(unixepoch(Timestamp) AS TEXT) < '2024-01-01'", sMade},
+      {"unixepoch(Timestamp) || '' < '2024-01-01'", sMade},
+      {"EXISTS (WITH q AS (SELECT 1 FROM Plant1..Tags WHERE Timestamp < '2024-01-01') SELECT 1 "
+       "FROM q)",
+       "There is no column \"Timestamp\" (character "},
+      {"(1, 'a') = (SELECT x < '2024-01-01', 'a' AS x FROM Plant1..Tags)",
+       "There is no column \"x\" (character "},
       {"Timestamp > x'00'", sNot},
       {"Timestamp = (Value > 2)", sNot},
       {"Timestamp > unixepoch('now')", sNot},

@@ -43,7 +43,8 @@ TEST(translator_names, names_the_catalogs_that_must_be_within_reach) {
 
 TEST(translator_names, leaves_a_name_in_double_quotes_a_name) {
   EXPECT_EQ(Sql("SELECT Tag FROM Plant1..Data WHERE Timestamp > \"*-1h\""),
-            "SELECT Tag FROM \"Plant1\".\"Data\" WHERE Timestamp > orvane_time(\"*-1h\")");
+            "There is no column \"*-1h\" (character 48 of the statement); write the name of one "
+            "that the tables have; a text or a time stands between single quotes.");
 }
 
 TEST(translator_names, understands_prefixed_names_where_the_option_says_so) {

@@ -115,7 +115,8 @@ TEST(translator_times, ends_with_queries_that_read_themselves) {
   EXPECT_EQ(Sql("WITH a AS (SELECT x FROM b), b AS (SELECT x FROM a) SELECT x FROM a WHERE x = 't'")
                 .substr(0, sNo.size()),
             sNo);
-  EXPECT_EQ(Sql("SELECT a AS b, b AS a WHERE a = 't'"), "SELECT a AS b, b AS a WHERE a = 't'");
+  EXPECT_EQ(Sql("SELECT a AS b, b AS a WHERE a = 't'").substr(0, sNo.size()),
+            "There is no column \"a\"");
 }
 
 TEST(translator_times, takes_times_on_their_way_into_a_table) {
