@@ -68,9 +68,14 @@ void StatementReader::ReadColumnDefinition(Scope* scope) {
 // rest is skipped up to the comma or bracket behind it.
 void StatementReader::ReadConstraints(Scope* scope, ColumnDefinition* column) {
   while (!Peek().IsSymbol(",") && !Peek().IsSymbol(")") && Peek().kind != TokenKind::End) {
-    if (TakeWord("CHECK") || (column != nullptr && IsAt("AS") && IsOpen(1) && TakeWord("AS"))) {
+    if (TakeWord("CHECK")) {
       ExpectSymbol("(");
       scope->conditions.push_back(ReadExpr(scope));
+      ExpectSymbol(")");
+    } else if (column != nullptr && IsAt("AS") && IsOpen(1)) {
+      ++m_i;
+      ExpectSymbol("(");
+      column->computed = ReadExpr(scope);
       ExpectSymbol(")");
     } else if (column != nullptr && TakeWord("DEFAULT")) {
       column->initial = ReadOperand(scope);

@@ -41,8 +41,13 @@ bool IsTimeType(const std::vector<Token>& tokens, TokenRange type) {
   if (type.empty() || (type.begin + 1 < type.end && !tokens[type.begin + 1].IsSymbol("("))) {
     return false;
   }
-  const Token& name = tokens[type.begin];
-  return SameName(name.sText, "TIMESTAMP") || SameName(name.sText, "DATETIME");
+  // Quoted, it may hold blanks and a length, which mean nothing to the engines either.
+  Text sName = tokens[type.begin].sText;
+  sName.resize(std::min(sName.find('('), sName.size()));
+  const auto first = sName.find_first_not_of(" \t\r\n");
+  if (first == Text::npos) return false;
+  sName = sName.substr(first, sName.find_last_not_of(" \t\r\n") - first + 1);
+  return SameName(sName, "TIMESTAMP") || SameName(sName, "DATETIME");
 }
 
 StatementReader::StatementReader(std::string_view sStatement, std::vector<Token> tokens,

@@ -137,7 +137,8 @@ struct Assignment {
 struct ColumnDefinition {
   platform::Text sName;
   bool bTime = false;
-  Expr* initial = nullptr;  ///< DEFAULT
+  Expr* initial = nullptr;   ///< DEFAULT
+  Expr* computed = nullptr;  ///< AS (...)
 };
 
 struct Reference {

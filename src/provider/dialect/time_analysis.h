@@ -137,8 +137,12 @@ class TimeAnalysis {
   void LookAtChange();
   void LookAtInsert();
   void LookAtDefaults(const std::set<std::size_t>& given);
+  void CheckStored(Kinds kinds, std::size_t token) const;
+  static std::size_t TokenOf(const Query& query, const OutputColumn& column);
   void LookAtDefinition();
+  void LookAtComputed(const ColumnDefinition& column);
   void LookAtSort(const Expr& expr, const Query* query);
+  void CheckNumbered(const Expr& inside, const ColumnList& columns) const;
   void MeetIn(const Expr& expr);
   void MeetRows(const std::vector<const Expr*>& sides, std::size_t token);
   Kinds Meet(const std::vector<Operand>& operands, std::size_t token);
@@ -153,6 +157,9 @@ class TimeAnalysis {
   bool ConvertParts(const Expr& expr, Kinds kinds);
   void ConvertCall(const Expr& expr);
   void ConvertOutput(const Query& query, std::size_t column);
+  void Store(const Operand& operand);
+  void StoreOutput(const Query& query, std::size_t column);
+  void MakeWhole(const Expr& expr);
   void Wrap(const Expr& expr, Kinds kinds);
   void Bind(const Expr& expr, platform::Timestamp time);
   void ConvertNumber(const Expr& expr, const Expr& number, bool bNegative);

@@ -53,7 +53,7 @@ void TimeAnalysis::Convert(const Expr& expr) {
     CheckKept(expr);
     Wrap(expr, kinds);
   }
-  SetKinds(expr, kinds::kTime);
+  SetKinds(expr, kinds::kTime | (kinds & kinds::kShifted));
 }
 
 // What only picks one of its parts is a time when they are. False when that is not so.
@@ -153,6 +153,45 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
   m_bCalls = true;
 }
 
+// --- on the way into columns ---
+
+void TimeAnalysis::Store(const Operand& operand) {
+  if (operand.expr == nullptr) {
+    StoreOutput(*operand.query, operand.column);
+    return;
+  }
+  Convert(*operand.expr);
+  if (kinds::Has(KindsOf(*operand.expr), kinds::kShifted)) MakeWhole(*operand.expr);
+}
+
+void TimeAnalysis::StoreOutput(const Query& query, std::size_t column) {
+  ConvertOutput(query, column);
+  const Output& output = m_outputs[&query];
+  for (std::size_t i = 0; i < query.cores.size() && i < output.cores.size(); ++i) {
+    const Scope& core = *query.cores[i];
+    for (const auto& row : core.rows) {
+      const bool bShifted =
+          column < row.size() && kinds::Has(KindsOf(*row[column]), kinds::kShifted);
+      if (bShifted) MakeWhole(*row[column]);
+    }
+    if (!core.rows.empty() || column >= output.cores[i].size()) continue;
+    const OutputColumn& out = output.cores[i][column];
+    if (!kinds::Has(out.kinds, kinds::kShifted)) continue;
+    const Item& item = core.items[out.item];
+    if (item.expr == nullptr) {
+      Fail(item.range.begin, "A star stands for a time to which something was added",
+           "name the columns that are stored");
+    }
+    MakeWhole(*item.expr);
+  }
+}
+
+// What was added may have led to a part of a microsecond, or out of all years.
+void TimeAnalysis::MakeWhole(const Expr& expr) {
+  m_place.edits.Wrap(expr.range, Text(kWholeTime) + "(", ")");
+  m_bCalls = true;
+}
+
 void TimeAnalysis::Bind(const Expr& expr, Timestamp time) {
   m_place.edits.Bind(expr.range, Value(time));
 }
@@ -196,7 +235,7 @@ void TimeAnalysis::ConvertOutput(const Query& query, std::size_t column) {
     }
     Convert(*item.expr);
   }
-  output.columns.SetKinds(column, kinds::kTime);
+  output.columns.SetKinds(column, kinds::kTime | (output.columns[column].kinds & kinds::kShifted));
 }
 
 }  // namespace orvane::provider::dialect

@@ -1,5 +1,7 @@
 #include "provider/dialect/time_functions.h"
 
+#include <cmath>
+
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "provider/dialect/time_expression.h"
@@ -47,6 +49,22 @@ Value ReadNumber(const Value& vtValue, const TranslationSettings& settings) {
   return *time;
 }
 
+Value WholeTime(const Value& vtValue) {
+  constexpr std::int64_t kFirst = -62135596800000000;  // 0001-01-01
+  constexpr std::int64_t kEnd = 253402300800000000;    // 10000-01-01
+  const auto* const ll = vtValue.As<std::int64_t>();
+  const auto* const d = vtValue.As<double>();
+  const double dTime = d != nullptr ? std::round(*d) : 0;
+  const bool bSound = ll != nullptr ? *ll >= kFirst && *ll < kEnd
+                                    : d != nullptr && dTime >= static_cast<double>(kFirst) &&
+                                          dTime < static_cast<double>(kEnd);
+  if (!bSound) {
+    FailNoTime(platform::ToText(vtValue),
+               "add a number of microseconds that ends in the years 1 to 9999");
+  }
+  return ll != nullptr ? *ll : static_cast<std::int64_t>(dTime);
+}
+
 }  // namespace
 
 std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings& settings) {
@@ -65,7 +83,10 @@ std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings&
     if (vtValue.IsNull()) return {};
     return ReadText(platform::ToText(vtValue), utc, now);
   };
-  return {{Text(kReadTime), read}, {Text(kReadUtc), readUtc}};
+  const auto whole = [](const Value& vtValue) -> Value {
+    return vtValue.IsNull() ? Value() : WholeTime(vtValue);
+  };
+  return {{Text(kReadTime), read}, {Text(kReadUtc), readUtc}, {Text(kWholeTime), whole}};
 }
 
 }  // namespace orvane::provider::dialect

@@ -14,8 +14,10 @@ namespace orvane::provider::dialect {
 constexpr std::string_view kReadTime = "orvane_time";
 /// Reads a text as the engine's date functions write it, in UTC.
 constexpr std::string_view kReadUtc = "orvane_time_utc";
+/// Gives the whole microsecond of a time to which a number was added.
+constexpr std::string_view kWholeTime = "orvane_time_whole";
 
-/// Both. Null stays null; what is no time fails with failure::kSqlError and a sentence.
+/// All of them. Null stays null; what is no time fails with failure::kSqlError and a sentence.
 std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings& settings);
 
 }  // namespace orvane::provider::dialect

@@ -238,7 +238,10 @@ Kinds TimeAnalysis::KindsOfCase(const Expr& expr) {
 Kinds TimeAnalysis::KindsOfCast(const Expr& expr) {
   const Kinds of = KindsOf(*expr.children[0]);
   if (IsTimeType(m_tree.tokens, expr.type)) {
-    Convert(*expr.children[0]);
+    const Expr& value = *expr.children[0];
+    Convert(value);
+    // What is kept can call no function.
+    if (m_place.sKept.empty() && kinds::Has(KindsOf(value), kinds::kShifted)) MakeWhole(value);
     return kinds::kTime;
   }
   Text sType;
@@ -288,7 +291,7 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
     }
     const Kinds met = Meet(operands, expr.operation);
     // The least and the greatest are found by comparing all with one another.
-    for (std::size_t i = 1; met != kinds::kTime && i < operands.size(); ++i) {
+    for (std::size_t i = 1; !kinds::Has(met, kinds::kTimes) && i < operands.size(); ++i) {
       for (std::size_t j = i + 1; j < operands.size(); ++j) {
         Step();
         CheckPair(operands[i], operands[j], expr.operation);

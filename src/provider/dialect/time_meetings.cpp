@@ -12,7 +12,8 @@ namespace {
 
 // What a column of times may get on its own: null, a number, or now as this system writes it.
 bool IsSoundDefault(const Text& sDefault) {
-  if (UpperCase(sDefault) == "NULL" || sDefault.find("unixepoch(") != Text::npos) return true;
+  if (UpperCase(sDefault) == "NULL") return true;
+  if (sDefault == "unixepoch() * 1000000" || sDefault == "(unixepoch() * 1000000)") return true;
   return !sDefault.empty() && sDefault.find_first_not_of("+-0123456789") == Text::npos;
 }
 
@@ -80,8 +81,12 @@ void TimeAnalysis::LookAtJoins(const Scope& scope) {
 }
 
 void TimeAnalysis::LookAtQuery(const Query& query) {
-  OutputOf(query);
+  const ColumnList& columns = OutputOf(query);
   for (const auto* const sort : query.sorts) LookAtSort(*sort, &query);
+  // GROUP BY 1 means a column as well.
+  for (const auto* const core : query.cores) {
+    for (const auto* const sort : core->sorts) CheckNumbered(*Inside(sort), columns);
+  }
 }
 
 // GROUP BY, ORDER BY and the like compare the values of one expression with one another. Behind
@@ -90,21 +95,27 @@ void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
   Kinds kinds = kinds::kNull;
   if (query != nullptr) {
     const ColumnList& columns = OutputOf(*query);
-    if (expr.kind == ExprKind::Number) {
-      const Text& sNumber = At(expr.range.begin).sText;
-      const std::size_t nPlace =
-          sNumber.size() < 6 ? static_cast<std::size_t>(std::stoul("0" + sNumber)) : 0;
-      if (nPlace > 0 && nPlace <= columns.size()) kinds |= columns[nPlace - 1].kinds;
-    } else if (expr.kind == ExprKind::Name && expr.chain.parts.size() == 1) {
-      if (const auto place = columns.Find(Part(expr.chain, 0))) kinds |= columns[*place].kinds;
+    const Expr& inside = *Inside(&expr);
+    CheckNumbered(inside, columns);
+    if (inside.kind == ExprKind::Name && inside.chain.parts.size() == 1) {
+      if (const auto place = columns.Find(Part(inside.chain, 0))) kinds |= columns[*place].kinds;
       // Behind joined SELECTs a column of any of them; what they put out has met already.
       if (query->cores.size() > 1) return;
     }
   }
   kinds |= KindsOf(expr);
-  if (kinds::Mixes(kinds) && !(expr.kind == ExprKind::Number && kinds == kinds::kNumber)) {
-    Convert(expr);
-  }
+  if (kinds::Mixes(kinds)) Convert(expr);
+}
+
+// A number that stands alone means the column of that place.
+void TimeAnalysis::CheckNumbered(const Expr& inside, const ColumnList& columns) const {
+  if (inside.kind != ExprKind::Number) return;
+  const Text& sNumber = At(inside.range.begin).sText;
+  const std::size_t nPlace =
+      sNumber.size() < 6 ? static_cast<std::size_t>(std::stoul("0" + sNumber)) : 0;
+  const bool bMixed =
+      nPlace > 0 && nPlace <= columns.size() && kinds::Mixes(columns[nPlace - 1].kinds);
+  if (bMixed) FailMixed(inside.range.begin);
 }
 
 // --- changes ---
@@ -118,9 +129,14 @@ void TimeAnalysis::LookAtChange() {
                             ? OperandsOf(*assignment.value)
                             : std::vector<Operand>{{assignment.value, nullptr, nullptr, 0, 0}};
     for (const auto& value : values) KindsOf(value);
+    const std::size_t token = assignment.value->range.begin;
     for (std::size_t i = 0; i < assignment.columns.size() && i < values.size(); ++i) {
       const auto place = FindPlace(columns, At(assignment.columns[i]).sText);
-      if (place && columns[*place].kinds == kinds::kTime) Convert(values[i]);
+      if (place && columns[*place].kinds == kinds::kTime) {
+        Store(values[i]);
+      } else {
+        CheckStored(KindsOf(values[i]), token);
+      }
     }
   }
 }
@@ -140,14 +156,29 @@ void TimeAnalysis::LookAtInsert() {
   }
   std::set<std::size_t> given;
   if (m_tree.mainQuery != nullptr) {
-    OutputOf(*m_tree.mainQuery);
+    const ColumnList& values = OutputOf(*m_tree.mainQuery);
     for (std::size_t i = 0; i < places.size(); ++i) {
-      if (!places[i]) continue;
-      given.insert(*places[i]);
-      if (columns[*places[i]].kinds == kinds::kTime) ConvertOutput(*m_tree.mainQuery, i);
+      if (places[i]) given.insert(*places[i]);
+      if (places[i] && columns[*places[i]].kinds == kinds::kTime) {
+        StoreOutput(*m_tree.mainQuery, i);
+      } else if (i < values.size()) {
+        CheckStored(values[i].kinds, TokenOf(*m_tree.mainQuery, values[i]));
+      }
     }
   }
   LookAtDefaults(given);
+}
+
+// In a column of another type its number would be taken for something else from then on.
+void TimeAnalysis::CheckStored(Kinds kinds, std::size_t token) const {
+  if (!kinds::Has(kinds, kinds::kTimes)) return;
+  Fail(token, "A time is stored in a column of another type",
+       "store what datetime() makes of it, or declare the column as TIMESTAMP");
+}
+
+std::size_t TimeAnalysis::TokenOf(const Query& query, const OutputColumn& column) {
+  const Scope& core = *query.cores.front();
+  return column.item < core.items.size() ? core.items[column.item].range.begin : query.range.begin;
 }
 
 void TimeAnalysis::LookAtDefaults(const std::set<std::size_t>& given) {
@@ -168,6 +199,7 @@ void TimeAnalysis::LookAtDefaults(const std::set<std::size_t>& given) {
 void TimeAnalysis::LookAtDefinition() {
   if (m_tree.kind != StatementKind::Define) return;
   for (const auto& column : m_tree.columns) {
+    if (column.computed != nullptr) LookAtComputed(column);
     if (column.initial == nullptr) continue;
     const Kinds kinds = KindsOf(*column.initial);
     if (!column.bTime) continue;
@@ -186,11 +218,22 @@ void TimeAnalysis::LookAtDefinition() {
   const ColumnList& columns = OutputOf(*m_tree.mainQuery);
   for (const auto& column : columns) {
     if (!kinds::Has(column.kinds, kinds::kFromTimes)) continue;
-    const Scope& core = *m_tree.mainQuery->cores.front();
-    const std::size_t token = column.item < core.items.size() ? core.items[column.item].range.begin
-                                                              : m_tree.mainQuery->range.begin;
-    Fail(token, "A table that is made from a query holds numbers in place of times",
+    Fail(TokenOf(*m_tree.mainQuery, column),
+         "A table that is made from a query holds numbers in place of times",
          "create it with a column of type TIMESTAMP and fill it by INSERT ... SELECT");
+  }
+}
+
+// What the column is said to be is what others take it for.
+void TimeAnalysis::LookAtComputed(const ColumnDefinition& column) {
+  const Kinds kinds = KindsOf(*column.computed);
+  if (column.bTime && kinds != kinds::kTime) {
+    Fail(column.computed->range.begin, "A computed column of times is something else",
+         "compute it from columns of times alone, or give it another type");
+  }
+  if (!column.bTime && kinds::Has(kinds, kinds::kFromTimes | kinds::kCountOfTime)) {
+    Fail(column.computed->range.begin, "A computed column of another type is made from a time",
+         "declare it as TIMESTAMP and compute a time, or compute it where it is read");
   }
 }
 
@@ -259,7 +302,7 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
   for (const auto& operand : operands) all |= KindsOf(operand);
   if (kinds::Has(all, kinds::kTimes)) {
     for (const auto& operand : operands) Convert(operand);
-    return kinds::kTime;
+    return kinds::kTime | (all & kinds::kShifted);
   }
   for (std::size_t i = 1; i < operands.size(); ++i) CheckPair(operands[0], operands[i], token);
   return all;

@@ -52,7 +52,10 @@ const ColumnList& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
   for (std::size_t i = 0; i < found.table.columns.size(); ++i) {
     const KnownColumn& column = found.table.columns[i];
     Kinds kinds = column.bText ? kinds::kAnyText : kinds::kAny;
-    if (column.content == Content::Time) kinds = kinds::kTime;
+    if (column.content == Content::Time) {
+      // By what it is computed was written elsewhere, and may be no time.
+      kinds = column.bGenerated ? kUnknown : kinds::kTime;
+    }
     if (view != nullptr) kinds = i < view->kinds.size() ? view->kinds[i] : kUnknown;
     columns.Add({column.sName, kinds, 0});
   }

@@ -115,7 +115,8 @@ TEST_F(time_meetings, defaults_of_columns_of_times_are_times) {
             SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(file,
                          "CREATE TABLE Theirs (a, At TIMESTAMP DEFAULT CURRENT_TIMESTAMP, Sum AS "
-                         "(a + 1), Then_ TIMESTAMP)",
+                         "(a + 1), Then_ TIMESTAMP);"
+                         "CREATE TABLE Odd (a, At TIMESTAMP DEFAULT (unixepoch() || ''))",
                          nullptr, nullptr, nullptr),
             SQLITE_OK);
   sqlite3_close(file);
@@ -123,9 +124,20 @@ TEST_F(time_meetings, defaults_of_columns_of_times_are_times) {
             "The column \"At\" would get a text that is no time");
   EXPECT_EQ(Refusal("INSERT INTO Plant1..Theirs DEFAULT VALUES"),
             "The column \"At\" would get a text that is no time");
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..Odd (a) VALUES (1)"),
+            "The column \"At\" would get a text that is no time");
   // A computed column takes no value.
   Run("INSERT INTO Plant1..Theirs VALUES (1, '*', '*-1h')");
   EXPECT_EQ(Run("SELECT * FROM Plant1..Theirs"), "1|2024-05-15 12:00:00|2|2024-05-15 11:00:00\n");
+}
+
+TEST_F(time_meetings, a_type_in_quotes_is_the_type_within) {
+  Run("CREATE TABLE Plant1..q (a \"TIMESTAMP \" DEFAULT CURRENT_TIMESTAMP, b \" datetime(3)\")");
+  EXPECT_EQ(Refusal("CREATE TABLE Plant1..r (a \"TIMESTAMP \" DEFAULT 'x')"),
+            "A time stands in the definition of a table");
+  Run("INSERT INTO Plant1..q (b) VALUES ('*')");
+  EXPECT_EQ(Run("SELECT typeof(a), typeof(b) FROM Plant1..q WHERE a > '2024-01-01' AND b = '*'"),
+            "integer|integer\n");
 }
 
 TEST_F(time_meetings, rows_are_sorted_and_grouped_by_times_only) {
@@ -148,6 +160,12 @@ TEST_F(time_meetings, rows_are_sorted_and_grouped_by_times_only) {
             sNever);
   EXPECT_EQ(Refusal("SELECT coalesce(Timestamp, 'never') AS x FROM Plant1..Data ORDER BY x"),
             "What is a time in some rows and something else in others meets a time");
+  for (const char* const sEnd : {"GROUP BY 1", "ORDER BY 1", "ORDER BY 1 COLLATE NOCASE",
+                                 "GROUP BY 1 COLLATE NOCASE", "ORDER BY (1)"}) {
+    EXPECT_EQ(Refusal(Text("SELECT coalesce(Timestamp, 'never') FROM Plant1..Data ") + sEnd),
+              "What is a time in some rows and something else in others meets a time")
+        << sEnd;
+  }
   EXPECT_EQ(Refusal("SELECT Timestamp FROM Plant1..Data UNION SELECT 'never'"), sNever);
   EXPECT_EQ(Refusal("SELECT Timestamp || '' FROM Plant1..Data HAVING max(Timestamp) > 'never'"),
             sNever);
@@ -253,6 +271,67 @@ TEST_F(time_meetings, named_queries_see_no_column_around_them) {
   EXPECT_EQ(Run("WITH a AS (SELECT max(Timestamp) AS t FROM Plant1..Data), b AS (SELECT t FROM a "
                 "WHERE t >= '*') SELECT t FROM b"),
             "2024-05-15 12:00:00\n");
+}
+
+TEST_F(time_meetings, computed_columns_are_what_they_are_said_to_be) {
+  const Text sMade = "A computed column of another type is made from a time";
+  const Text sElse = "A computed column of times is something else";
+  EXPECT_EQ(Refusal("ALTER TABLE Plant1..Copy ADD COLUMN x AS (Timestamp)"), sMade);
+  EXPECT_EQ(Refusal("ALTER TABLE Plant1..Copy ADD COLUMN x REAL AS (julianday(Timestamp))"), sMade);
+  EXPECT_EQ(Refusal("ALTER TABLE Plant1..Copy ADD COLUMN x TEXT AS (Timestamp || '')"), sMade);
+  EXPECT_EQ(Refusal("ALTER TABLE Plant1..Copy ADD COLUMN x TIMESTAMP AS (Tag)"), sElse);
+  EXPECT_EQ(Refusal("CREATE TABLE Plant1..t (a TEXT, t TIMESTAMP GENERATED ALWAYS AS (a))"), sElse);
+  EXPECT_EQ(Refusal("CREATE TABLE Plant1..t (a TIMESTAMP, t DATETIME AS (a + 0.5))"), sElse);
+  EXPECT_EQ(Refusal("CREATE TABLE Plant1..t (a TIMESTAMP, t INTEGER AS (max(a, a)) STORED)"),
+            sMade);
+  Run("CREATE TABLE Plant1..t (a TIMESTAMP, n REAL, t TIMESTAMP AS (a), m AS (n + 1))");
+  Run("INSERT INTO Plant1..t VALUES ('*', 1)");
+  EXPECT_EQ(Run("SELECT a, m FROM Plant1..t WHERE m < 3"), "2024-05-15 12:00:00|2\n");
+  // Another program may have made it, so it counts for nothing.
+  EXPECT_EQ(Refusal("DELETE FROM Plant1..t WHERE t < '*-1h'"),
+            "What is a time in some rows and something else in others meets a time");
+}
+
+TEST_F(time_meetings, times_go_into_columns_of_times_only) {
+  const Text sOther = "A time is stored in a column of another type";
+  Run("CREATE TABLE Plant1..n (a TEXT, b INTEGER, c)");
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..n (a) SELECT Timestamp FROM Plant1..Copy"), sOther);
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..n SELECT 'x', max(Timestamp), 1 FROM Plant1..Copy"),
+            sOther);
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..n (c, b) SELECT 1, Timestamp + 1 FROM Plant1..Copy"),
+            sOther);
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..n (rowid) SELECT Timestamp FROM Plant1..Copy"), sOther);
+  EXPECT_EQ(Refusal("INSERT INTO Plant1..n (c) VALUES ((SELECT max(Timestamp) FROM Plant1..Copy))"),
+            sOther);
+  EXPECT_EQ(Refusal("UPDATE Plant1..Copy SET Status = Timestamp"), sOther);
+  EXPECT_EQ(Refusal("UPDATE Plant1..Copy SET (Value, Status) = (SELECT 1, Timestamp)"), sOther);
+  EXPECT_EQ(Count("Plant1..n"), "0 ");
+  Run("INSERT INTO Plant1..n SELECT datetime(Timestamp), CAST(Timestamp AS INTEGER), "
+      "CAST(Timestamp AS TEXT) FROM Plant1..Copy WHERE Value = 0");
+  EXPECT_EQ(Run("SELECT a, b, c FROM Plant1..n"),
+            "2024-05-15 12:00:00|1715774400000000|1715774400000000\n");
+}
+
+TEST_F(time_meetings, what_is_added_to_a_time_ends_in_a_whole_microsecond) {
+  Run("UPDATE Plant1..Copy SET Timestamp = Timestamp + 0.6");
+  Run("UPDATE Plant1..Copy SET Timestamp = coalesce(Timestamp + 0.6, '*') WHERE Value = 0");
+  Run("UPDATE Plant1..Copy SET (Status, Timestamp) = (SELECT 'x', Timestamp + 0.6)");
+  Run("INSERT INTO Plant1..Copy (Tag, Timestamp) SELECT 'T2', Timestamp + 0.5 FROM Plant1..Data");
+  Run("INSERT INTO Plant1..Copy (Tag, Timestamp) SELECT 'T3', max(Timestamp + 0.5, Timestamp) FROM "
+      "Plant1..Data");
+  Run("INSERT INTO Plant1..Copy (Tag, Timestamp) SELECT 'T4', CAST(Timestamp + 0.5 AS TIMESTAMP) "
+      "FROM Plant1..Data");
+  EXPECT_EQ(Run("SELECT DISTINCT typeof(Timestamp) FROM Plant1..Copy"), "integer\n");
+  EXPECT_EQ(
+      Refusal("INSERT INTO Plant1..Copy (Tag, Timestamp) SELECT * FROM (SELECT 'T5', Timestamp "
+              "+ 0.5 FROM Plant1..Data)"),
+      "A star stands for a time to which something was added");
+  for (const char* const sMuch : {"9e18", "-9e18", "9000000000000000000", "Tag", "9e999"}) {
+    const Text sFailure = Failing(Text("UPDATE Plant1..Data SET Timestamp = Timestamp + ") + sMuch);
+    if (Text(sMuch) == "Tag") continue;  // a text that is no number adds nothing
+    EXPECT_NE(sFailure.find("add a number of microseconds that ends in"), Text::npos) << sFailure;
+  }
+  EXPECT_EQ(Count("Plant1..Data WHERE Timestamp BETWEEN '*-23h' AND '*'"), "24 ");
 }
 
 TEST_F(time_meetings, columns_of_queries_hide_behind_no_name) {

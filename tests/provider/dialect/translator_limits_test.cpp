@@ -107,5 +107,41 @@ TEST(translator_limits, ends_when_it_is_cancelled_or_its_time_is_up) {
   EXPECT_EQ(number(late), platform::failure::kTimeout);
 }
 
+// A wide table, at the first look at which the statement is cancelled.
+class CancellingPlant final : public SchemaSource {
+ public:
+  std::optional<KnownCatalog> FindCatalog(const Text& sName) override {
+    return KnownCatalog{sName, {}};
+  }
+  std::optional<KnownTable> FindTable(const KnownCatalog&, const Text& sTable) override {
+    stop.request_stop();
+    KnownTable table{sTable, {}};
+    for (int i = 0; i < 100; ++i) table.columns.push_back({"c" + std::to_string(i)});
+    return table;
+  }
+  std::stop_source stop;
+};
+
+TEST(translator_limits, joining_by_many_columns_hears_that_it_is_cancelled) {
+  Text sUsing = "c0";
+  for (int i = 1; i < 100; ++i) sUsing += ", c" + std::to_string(i);
+  const Text sFrom = " FROM Plant1..t";
+  for (const Text& sStatement :
+       {"SELECT 1" + sFrom + Repeated(" NATURAL JOIN Plant1..t", 60),
+        "SELECT *" + sFrom + Repeated(" NATURAL JOIN Plant1..t", 60),
+        "SELECT 1" + sFrom + Repeated(" JOIN Plant1..t USING (" + sUsing + ")", 60)}) {
+    CancellingPlant plant;
+    const TranslationSettings settings{zones::TimeZone("UTC"), {}, false, false};
+    platform::Long lNumber = 0;
+    try {
+      Translate(sStatement, ReadTokens(sStatement), plant, settings,
+                Deadline(plant.stop.get_token(), {}));
+    } catch (const platform::Failure& failed) {
+      lNumber = failed.Number();
+    }
+    EXPECT_EQ(lNumber, platform::failure::kCancelled) << sStatement.substr(0, 60);
+  }
+}
+
 }  // namespace
 }  // namespace orvane::provider::dialect
