@@ -56,6 +56,9 @@ class Successor {
     return std::exchange(m_file, Descriptor());
   }
 
+  /// Leaves it where it is.
+  void Release() { m_file = Descriptor(); }
+
  private:
   void Create() {
     for (int i = 0; i < kMostReplacementTries; ++i) {
@@ -111,8 +114,8 @@ Present OpenPresent(const fs::path& target) {
   return present;
 }
 
-int WriteWhole(const Descriptor& file, std::string_view sBytes) {
-  if (const int iError = WriteAt(file, 0, sBytes)) return iError;
+int WriteWhole(const Descriptor& file, std::string_view sBytes, WriteFunction write) {
+  if (const int iError = write(file, 0, sBytes)) return iError;
   if (ftruncate(file.Get(), static_cast<off_t>(sBytes.size())) != 0) return errno;
   return fsync(file.Get()) == 0 ? 0 : errno;
 }
@@ -125,14 +128,17 @@ void ShareLike(const Present& present, const Descriptor& copy) {
   fchmod(copy.Get(), (present.status.st_mode & kShared) | S_IRUSR | S_IWUSR);
 }
 
-void WriteInPlace(const Present& present, std::string_view sBytes) {
+void WriteInPlace(const Present& present, std::string_view sBytes, Successor& successor,
+                  WriteFunction write) {
   Text sOld;
   const auto nOld = static_cast<std::size_t>(present.status.st_size);
   if (const int iError = ReadAt(present.file, 0, nOld, sOld)) Throw(iError);
-  if (const int iError = WriteWhole(present.file, sBytes)) {
+  if (const int iError = WriteWhole(present.file, sBytes, write)) {
     // The room of the old bytes is still theirs.
-    WriteWhole(present.file, sOld);
-    Throw(iError);
+    if (WriteWhole(present.file, sOld, write) == 0) Throw(iError);
+    // There is no other whole copy.
+    successor.Release();
+    throw NotPutBack(iError, std::generic_category());
   }
 }
 
@@ -173,7 +179,7 @@ Descriptor Replace(const fs::path& path, std::string_view sBytes, const ReplaceO
   successor.Write(sBytes);
   if (bSucceeds) return successor.Succeed(target);
   ShareLike(present, successor.File());
-  WriteInPlace(present, sBytes);
+  WriteInPlace(present, sBytes, successor, options.write);
   return Descriptor();
 }
 

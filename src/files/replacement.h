@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #include "files/descriptor.h"
 
@@ -15,6 +16,9 @@ namespace orvane::files {
 
 /// Takes the lock of a descriptor as flock does.
 using LockFunction = int (*)(int iDescriptor, int iOperation);
+
+/// Writes into a file as WriteAt does.
+using WriteFunction = int (*)(const Descriptor& file, std::size_t nFrom, std::string_view sBytes);
 
 /// False, without waiting, when another descriptor holds the lock. Any other error means that this
 /// file system has no locks to give, and nobody is kept from a file by that.
@@ -34,14 +38,23 @@ struct ReplaceOptions {
   /// one.
   bool bKeep = true;
   LockFunction lock = flock;
+  WriteFunction write = WriteAt;  ///< how the file that is there is written
+};
+
+/// The file that was there could neither be written nor put back: it is damaged. The new bytes are
+/// whole in its successor, which stays; the code is that of the first error.
+class NotPutBack : public std::system_error {
+ public:
+  using std::system_error::system_error;
 };
 
 /// Gives the file behind the name these bytes. Usually another file takes its place, which has the
 /// owner, group, mode, access list and extended attributes of the old one. Where it cannot have
 /// them, because the file is somebody else's, the file itself is written, after all of the new
 /// bytes have reached the disk beside it; what cannot be written whole is taken back. Returns the
-/// new file, open and locked, or none when the old one was written. Fails with std::system_error,
-/// the old file being whole; its code is EBUSY when another program is replacing the file just now.
+/// new file, open and locked, or none when the old one was written. Fails with NotPutBack, and
+/// otherwise with std::system_error, the old file being whole; its code is EBUSY when another
+/// program is replacing the file just now.
 Descriptor Replace(const std::filesystem::path& path, std::string_view sBytes,
                    const ReplaceOptions& options = {});
 

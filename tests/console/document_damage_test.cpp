@@ -109,8 +109,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(document_damage, refuses_a_property_that_is_there_twice) {
   EXPECT_EQ(SentenceForLine("{\"name\":\"a\",\"integer\":1}\n{\"name\":\"a\",\"integer\":1}"),
-            "The document plant.orvc is damaged: line 4 holds the property a a second time; "
-            "restore it from a copy.");
+            "The document plant.orvc holds the property a twice, the second time at line 4; "
+            "remove one of the two in an editor, or restore the document from a copy.");
 }
 
 TEST(document_damage, refuses_a_second_view) {
@@ -131,8 +131,9 @@ TEST(document_damage, refuses_a_property_outside_of_a_section) {
 TEST(document_damage, repeats_names_from_a_hostile_file_on_one_line_and_cut_off) {
   const Text sLine = "{\"name\":\"a\\nb\\u001b" + Text(1000, 'x') + "\",\"integer\":1}";
   EXPECT_EQ(SentenceForLine(sLine + "\n" + sLine),
-            "The document plant.orvc is damaged: line 4 holds the property a\\nb\\x1B" +
-                Text(96, 'x') + "... a second time; restore it from a copy.");
+            "The document plant.orvc holds the property a\\nb\\x1B" + Text(96, 'x') +
+                "... twice, the second time at line 4; remove one of the two in an editor, or "
+                "restore the document from a copy.");
 }
 
 TEST(document_damage, refuses_snap_ins_without_end) {

@@ -3,6 +3,7 @@
 
 #include <random>
 
+#include "console/document/document_file.h"
 #include "tests/console/document_fixture.h"
 
 namespace orvane::console {
@@ -128,6 +129,44 @@ TEST_F(document_saved, one_of_another_user_of_the_group_stays_his) {
   EXPECT_EQ(StatusOf(Path()).st_gid, fakes::kNobody);
   EXPECT_EQ(StatusOf(Path()).st_mode & 07777U, 0660U);
   EXPECT_EQ(FilesInFolder(), 1U);
+}
+
+TEST_F(document_saved, one_that_a_failing_disk_leaves_in_part_is_told_and_offered_whole) {
+  // Only an administrator can give files away.
+  if (!fakes::IsAdministrator()) return;
+  Make("ours, and longer than before", "other.orvc");
+  const Text sNew = BytesOf(Path("other.orvc"));
+  fs::remove(Path("other.orvc"));
+  Make("theirs");
+  ASSERT_EQ(chown(Path().c_str(), 1234, fakes::kNobody), 0);
+  ASSERT_EQ(chmod(Path().c_str(), 0660), 0);
+  ASSERT_EQ(chmod(m_folder.path().toLocal8Bit().constData(), 0777), 0);
+  const auto writeHalf = [](const files::Descriptor& file, std::size_t nFrom,
+                            std::string_view sBytes) {
+    files::WriteAt(file, nFrom, sBytes.substr(0, sBytes.size() / 2));
+    return EIO;
+  };
+  EXPECT_EQ(fakes::InChild([&] {
+              if (!fakes::BecomeNobody()) return 1;
+              const auto file = DocumentFile::Open(Path(), flock, writeHalf);
+              return SentenceOf([&] { file->Replace(sNew); }) ==
+                             "The document " + Path() +
+                                 " was saved only in part, and what was there could not be put "
+                                 "back: Input/output error; what you saved is whole in " +
+                                 Path(".plant.orvc.saving") +
+                                 ": save it under another name, or open the document again, which "
+                                 "offers that."
+                         ? 0
+                         : 2;
+            }),
+            0);
+  std::optional<DocumentDoubt> asked;
+  const auto opened = Document::Open(Path(), {}, nullptr, [&](DocumentDoubt doubt) {
+    asked = doubt;
+    return true;
+  });
+  EXPECT_EQ(asked, DocumentDoubt::SaveBrokenOff);
+  EXPECT_EQ(TextIn(*opened), Value("ours, and longer than before"));
 }
 
 TEST_F(document_saved, one_whose_save_broke_off_is_offered_as_it_was_to_become) {

@@ -174,16 +174,41 @@ TEST_F(replacement_of_anothers, leaves_it_whole_when_the_new_bytes_do_not_fit) {
   ExpectTheirs();
 }
 
+/// A disk that fails after the first bytes, at every write.
+int WriteThree(const Descriptor& file, std::size_t nFrom, std::string_view sBytes) {
+  WriteAt(file, nFrom, sBytes.substr(0, 3));
+  return EIO;
+}
+
+TEST_F(replacement_of_anothers, that_cannot_be_put_back_leaves_the_new_bytes_whole_beside_it) {
+  if (!m_bAnothers) return;
+  EXPECT_EQ(InChild([&] {
+              if (!fakes::BecomeNobody()) return 1;
+              try {
+                Replace(Path(), "mine", {.write = WriteThree});
+              } catch (const NotPutBack& e) {
+                return e.code().value() == EIO ? 0 : 2;
+              }
+              return 3;
+            }),
+            0);
+  EXPECT_EQ(BytesOf(Path()), "theirs");
+  EXPECT_EQ(BytesOf(SuccessorOf(Path()).string()), "mine");
+  const Descriptor left(open(SuccessorOf(Path()).c_str(), O_RDONLY | O_CLOEXEC));
+  EXPECT_TRUE(TryLock(left));
+}
+
 /// True for bytes that were written as a whole: of one kind, and as many as that kind has.
 bool IsWhole(const Text& sBytes) {
   return !sBytes.empty() && sBytes.find_first_not_of(sBytes[0]) == Text::npos &&
-         sBytes.size() == 100000U * static_cast<unsigned char>(sBytes[0]);
+         sBytes.size() == std::size_t{100000} * static_cast<unsigned char>(sBytes[0]);
 }
 
 TEST_F(replacement_of_anothers, that_is_killed_leaves_it_whole_or_its_owner_the_new_bytes) {
   if (!m_bAnothers) return;
   const auto bytes = [](int i) {
-    return Text(static_cast<std::size_t>(100000 * (i % 20 + 1)), static_cast<char>(i % 20 + 1));
+    return Text(std::size_t{100000} * static_cast<std::size_t>(i % 20 + 1),
+                static_cast<char>(i % 20 + 1));
   };
   WriteBytes(Path(), bytes(0));
   for (int iRound = 0; iRound < 20; ++iRound) {

@@ -42,6 +42,17 @@ Text Reason(int iError) {
                 "DocumentFile", iError);
 }
 
+[[noreturn]] void HalfSaved(const Text& sPath, int iError) {
+  const Text sWhole = files::SuccessorOf(files::BehindLinks(sPath)).string();
+  throw Failure(failure::kDocument,
+                "The document " + sPath +
+                    " was saved only in part, and what was there could not be "
+                    "put back: " +
+                    Reason(iError) + "; what you saved is whole in " + sWhole +
+                    ": save it under another name, or open the document again, which offers that.",
+                "DocumentFile", iError);
+}
+
 /// Opens a file that is there without waiting, for reading.
 Descriptor OpenExisting(const char* sPath) {
   return Descriptor(open(sPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
@@ -49,8 +60,9 @@ Descriptor OpenExisting(const char* sPath) {
 
 }  // namespace
 
-std::unique_ptr<DocumentFile> DocumentFile::Open(const Text& sPath, files::LockFunction lock) {
-  std::unique_ptr<DocumentFile> file(new DocumentFile(sPath, lock));
+std::unique_ptr<DocumentFile> DocumentFile::Open(const Text& sPath, files::LockFunction lock,
+                                                 files::WriteFunction write) {
+  std::unique_ptr<DocumentFile> file(new DocumentFile(sPath, lock, write));
   // A console that saves puts another file under the name; then that one is the document.
   for (int i = 0; i < kMostTries; ++i) {
     file->m_descriptor = OpenExisting(sPath.c_str());
@@ -144,12 +156,14 @@ void DocumentFile::Replace(std::string_view sBytes) {
   Descriptor held;
   if (bExists) RefuseWhereAnotherHolds(held);
   try {
-    Descriptor written = files::Replace(m_sPath, sBytes, {.lock = m_lock});
+    Descriptor written = files::Replace(m_sPath, sBytes, {.lock = m_lock, .write = m_write});
     if (written) {
       m_descriptor = std::move(written);
     } else if (held) {
       m_descriptor = std::move(held);
     }
+  } catch (const files::NotPutBack& e) {
+    HalfSaved(m_sPath, e.code().value());
   } catch (const std::system_error& e) {
     const int iError = e.code().value();
     CannotWrite(m_sPath, iError == EBUSY ? "another console is saving it" : Reason(iError), iError);

@@ -24,7 +24,8 @@ class DocumentFile {
   /// file system without locks it is opened without one. Fails with failure::kDocument when it
   /// cannot be read or is no regular file.
   static std::unique_ptr<DocumentFile> Open(const platform::Text& sPath,
-                                            files::LockFunction lock = flock);
+                                            files::LockFunction lock = flock,
+                                            files::WriteFunction write = files::WriteAt);
   /// Writes a file of that name, replacing one that is there, and holds it. Fails with
   /// failure::kDocument, with nothing changed, when that cannot be done or another console holds
   /// the file.
@@ -46,7 +47,8 @@ class DocumentFile {
   /// bytes, also after a crash. Its owner, group, mode, access list and attributes stay, and a
   /// symbolic link stays one; the file of somebody else is written itself. Fails with
   /// failure::kDocument and the old file as it was, also when another console holds the file that
-  /// has taken its name meanwhile.
+  /// has taken its name meanwhile; or with the sentence that names where the new bytes are, when
+  /// the old ones could not be put back.
   void Replace(std::string_view sBytes);
 
   platform::Boolean IsReadOnly() const noexcept { return !m_sReadOnlyReason.empty(); }
@@ -58,8 +60,9 @@ class DocumentFile {
   platform::Boolean IsUnder(const platform::Text& sPath) const;
 
  private:
-  DocumentFile(platform::Text sPath, files::LockFunction lock)
-      : m_sPath(std::move(sPath)), m_lock(lock) {}
+  DocumentFile(platform::Text sPath, files::LockFunction lock,
+               files::WriteFunction write = files::WriteAt)
+      : m_sPath(std::move(sPath)), m_lock(lock), m_write(write) {}
   platform::Text AllBytes(const files::Descriptor& file, const struct stat& status) const;
   /// These bytes are what the file is held against from now on.
   void HoldAgainst(std::string_view sBytes, const struct stat& status);
@@ -68,6 +71,7 @@ class DocumentFile {
 
   platform::Text m_sPath;  // as the user knows it
   files::LockFunction m_lock;
+  files::WriteFunction m_write;  // of the file that is there
   files::Descriptor m_descriptor;
   platform::Text m_sReadOnlyReason;
   struct stat m_status {};

@@ -91,6 +91,15 @@ class Reader {
                                           "; settle it in an editor, or restore it from a copy.");
   }
 
+  // Two people who set the same property, and a merge that kept both lines.
+  [[noreturn]] void Twice(const Text& sProperty) const {
+    throw Failure(failure::kDocument, "The document " + m_sName + " holds the property " +
+                                          Quoted(sProperty) + " twice, the second time at line " +
+                                          std::to_string(m_nLine) +
+                                          "; remove one of the two in an editor, or restore the "
+                                          "document from a copy.");
+  }
+
   static Text Quoted(std::string_view sName) { return platform::OneLine(sName, kMostQuoted); }
 
   /// The next line without its end.
@@ -219,7 +228,7 @@ class Reader {
     if (!m_bOneSeal && (!m_sPart || m_bSealed)) Break();
     StoredValue value = ReadValue(line, *sName);
     // The name is needed for the sentence; the bag takes a copy only when it is refused.
-    if (m_bag->Find(*sName)) Damaged("holds the property " + Quoted(*sName) + " a second time");
+    if (m_bag->Find(*sName)) Twice(*sName);
     m_bag->Add(std::move(*sName), std::move(value));
   }
 
