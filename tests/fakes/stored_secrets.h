@@ -42,6 +42,14 @@ inline const std::vector<std::string>& TextsWithSecret() {
       "postgresql://anna:sw0rdfish%40h/db",
       "anna:sw0rdfish@h",
       "Data Source = anna:sw0rdfish@h;",
+      "postgresql://anna:se;sw0rdfish@h/db",
+      "Data Source = postgresql://anna:se;sw0rdfish@h/db;Log Level = 2",
+      "Password1 = sw0rdfish",
+      "pwd2=sw0rdfish",
+      "postgresql://anna:7;sw0rdfish@h/db",
+      "Log Level = 2;Data Source = postgresql://anna:s=e;sw=0;sw0rdfish@h",
+      "Password 2 = sw0rdfish",
+      "secret3=sw0rdfish",
       "Data Source = //anna:sw0rdfish@h;",
   };
   return all;
@@ -62,6 +70,11 @@ inline const std::vector<std::string>& TextsWithoutSecret() {
       "Password",
       "plant 10:30",
       "anna@h:5432",
+      "Data Source = postgresql://h:5432/db;User ID = anna@plant",
+      "Data Source = postgresql://h:5432;User ID = anna@plant",
+      "Data Source = postgresql://[::1]:5432,h:5432;User ID = anna@plant",
+      "Data Source = postgresql://h/db;Time = 10:30;User ID = anna@plant",
+      "1 = 2; = 3",
   };
   return all;
 }
