@@ -86,4 +86,30 @@ bool TakeAttributes(const Descriptor& from, const Descriptor& to) {
   return fchmod(to.Get(), wanted.st_mode & kMode) == 0 && TakeExtended(from, to);
 }
 
+bool TakeAccess(const Text& sFrom, const Descriptor& to) {
+  constexpr const char* kList = "system.posix_acl_access";
+  constexpr auto kSameUser = static_cast<uid_t>(-1);
+  struct stat wanted {};
+  struct stat present {};
+  if (stat(sFrom.c_str(), &wanted) != 0 || fstat(to.Get(), &present) != 0) return false;
+  if (wanted.st_gid != present.st_gid && fchown(to.Get(), kSameUser, wanted.st_gid) != 0) {
+    return false;
+  }
+  const auto sList = Asked([&](char* sBytes, std::size_t nSize) {
+    const ssize_t nList = getxattr(sFrom.c_str(), kList, sBytes, nSize);
+    return nList < 0 && errno == ENODATA ? 0 : nList;
+  });
+  if (!sList) return false;
+  // One that the folder gave to what is made in it.
+  if (sList->empty() && fremovexattr(to.Get(), kList) != 0 && errno != ENODATA &&
+      errno != ENOTSUP) {
+    return false;
+  }
+  if (!sList->empty() && fsetxattr(to.Get(), kList, sList->data(), sList->size(), 0) != 0) {
+    return false;
+  }
+  constexpr mode_t kAccess = 0666;
+  return fchmod(to.Get(), wanted.st_mode & kAccess) == 0;
+}
+
 }  // namespace orvane::files

@@ -13,4 +13,10 @@ namespace orvane::files {
 /// then.
 bool TakeAttributes(const Descriptor& from, const Descriptor& to);
 
+/// Opens the new file to those who may read or write the old one, by its group, mode and access
+/// list, and to nobody else; its owner stays who made it. False when it cannot have them, as one
+/// who is not of the group may not give it. The old file is not opened: whoever has locks on it
+/// would lose them as it was closed.
+bool TakeAccess(const platform::Text& sFrom, const Descriptor& to);
+
 }  // namespace orvane::files

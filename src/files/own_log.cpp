@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "files/private_files.h"
 namespace orvane::files {
 namespace {
 
@@ -67,6 +68,9 @@ Descriptor OpenOrMake(const Text& sPath) {
 
 OpenedLog OpenOwnLog(const Text& sPath, std::string_view sHeader) {
   if (LeadsThroughOthersLink(fs::path(sPath).parent_path())) return Refused(LogRefusal::Link);
+  // Only now: whoever leads elsewhere must not choose where folders come to be, either.
+  std::error_code ignored;
+  MakePrivateFolders(fs::path(sPath).parent_path(), ignored);
   Descriptor file = OpenOrMake(sPath);
   if (!file) {
     // A link that is not followed; a socket.

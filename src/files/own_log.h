@@ -27,8 +27,8 @@ struct OpenedLog {
 };
 
 /// Opens the file for appending whole lines and writes the header, one line without its end, when
-/// the file is new or empty. A new file is its owner's alone, whatever the umask. Its folder must
-/// be there. Waits for nothing.
+/// the file is new or empty. A new file is its owner's alone, whatever the umask, and so are the
+/// folders that are made for it. Waits for nothing.
 OpenedLog OpenOwnLog(const platform::Text& sPath, std::string_view sHeader);
 
 /// Appends a line, which comes with its end. What does not fit is left out: a full disk must stop

@@ -30,7 +30,6 @@ list(APPEND PROVIDER_SOURCES
   historian/historian_catalogs.cpp
   historian/known_historians.cpp
   historian/new_historian.cpp
-  historian/private_files.cpp
   historian/recorder_lock.cpp
   historian/shell_word.cpp
   historian_provider.cpp

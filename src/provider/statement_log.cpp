@@ -4,7 +4,6 @@
 #include <spdlog/sinks/base_sink.h>
 #include <spdlog/spdlog.h>
 
-#include <filesystem>
 #include <mutex>
 
 #include "files/own_log.h"
@@ -26,8 +25,6 @@ constexpr const char* kPattern = "# %Y-%m-%dT%H:%M:%S.%eZ [%P] %l %v";
 }
 
 files::Descriptor OpenForAppending(const Text& sFile) {
-  std::error_code ignored;
-  std::filesystem::create_directories(std::filesystem::path(sFile).parent_path(), ignored);
   auto opened = files::OpenOwnLog(sFile, kHeader);
   switch (opened.refusal) {
     case files::LogRefusal::None:

@@ -49,7 +49,9 @@ TEST_F(log_file, is_its_users_alone_whatever_the_umask) {
     struct stat status {};
     ASSERT_EQ(stat(Path().c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
-    std::filesystem::remove(Path());
+    ASSERT_EQ(stat(Path().parent_path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0700U);
+    std::filesystem::remove_all(Path("state"));
   }
 }
 

@@ -32,6 +32,24 @@ TEST_F(own_log, begins_a_new_file_that_is_its_owners_alone) {
   EXPECT_EQ(ModeOf(Path()), 0600U);
 }
 
+TEST_F(own_log, makes_its_folders_for_its_owner_alone) {
+  const mode_t before = umask(0);
+  EXPECT_EQ(Append(Path("new/folder/log")), LogRefusal::None);
+  umask(before);
+  EXPECT_EQ(ModeOf(Path("new")), 0700U);
+  EXPECT_EQ(ModeOf(Path("new/folder")), 0700U);
+}
+
+TEST_F(own_log, makes_no_folder_behind_a_link_of_somebody_else) {
+  // Only an administrator can give links away.
+  if (!fakes::IsAdministrator()) return;
+  fs::create_directory(Path("elsewhere"));
+  fs::create_directory_symlink(Path("elsewhere"), Path("link"));
+  ASSERT_EQ(lchown(Path("link").c_str(), fakes::kNobody, fakes::kNobody), 0);
+  EXPECT_EQ(Append(Path("link/new/log")), LogRefusal::Link);
+  EXPECT_TRUE(fs::is_empty(Path("elsewhere")));
+}
+
 TEST_F(own_log, goes_on_in_a_log_of_its_kind_and_in_an_empty_file) {
   WriteBytes(Path(), "");
   Append(Path(), "one\n");
@@ -100,7 +118,8 @@ TEST_F(own_log, waits_for_no_pipe_and_writes_to_no_device) {
 }
 
 TEST_F(own_log, tells_why_it_cannot_be_opened) {
-  EXPECT_EQ(OpenOwnLog(Path("nowhere/log"), kHeader).iError, ENOENT);
+  WriteBytes(Path(), "");
+  EXPECT_EQ(OpenOwnLog(Path("file/log"), kHeader).iError, ENOTDIR);
   EXPECT_EQ(OpenOwnLog(Folder(), kHeader).iError, EISDIR);
 }
 

@@ -23,6 +23,7 @@ orvane_test(historian
     historian/interrupted_changes_test.cpp
     historian/killed_programs_test.cpp
     historian/known_historians_test.cpp
+    historian/recorder_lock_test.cpp
     historian/shared_catalogs_test.cpp)
 
 orvane_test(session

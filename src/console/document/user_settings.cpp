@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "files/private_files.h"
 #include "files/replacement.h"
 
 namespace orvane::console {
@@ -13,7 +14,7 @@ void KeepToUser(const QSettings& settings) {
   std::error_code error;
   if (std::filesystem::exists(file, error) || error) return;
   try {
-    std::filesystem::create_directories(file.parent_path(), error);
+    files::MakePrivateFolders(file.parent_path(), error);
     files::Replace(file, "");
   } catch (const std::system_error&) {
     // Told where it matters: nothing is lost but where the window was.

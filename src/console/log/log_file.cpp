@@ -7,6 +7,7 @@
 #include <string>
 
 #include "files/own_log.h"
+#include "files/private_files.h"
 #include "platform/one_line.h"
 #include "platform/user_folders.h"
 
@@ -45,9 +46,9 @@ void LogFile::Note(const platform::Failure& failure) noexcept {
     spdlog::memory_buf_t line;
     formatter.format({"console", bCancelled ? spdlog::level::info : spdlog::level::err, sLine},
                      line);
-    std::filesystem::create_directories(m_path.parent_path());
-    // Opened for each line: another console may write, or lay the log aside, at any time.
     std::error_code ignored;
+    files::MakePrivateFolders(m_path.parent_path(), ignored);
+    // Opened for each line: another console may write, or lay the log aside, at any time.
     if (std::filesystem::file_size(m_path, ignored) >= kMaximumBytes && !ignored) {
       auto aside = m_path;
       std::filesystem::rename(m_path, aside.replace_extension(".1.log"), ignored);

@@ -1,5 +1,6 @@
 #include "provider/historian/catalog_file.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -7,10 +8,11 @@
 #include <cerrno>
 #include <random>
 
+#include "files/attributes.h"
+#include "files/private_files.h"
 #include "platform/failure.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_handle.h"
-#include "provider/historian/private_files.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -89,7 +91,7 @@ bool IsHiddenName(std::string_view sFileName) {
 
 void MakeHidden(const fs::path& file, const fs::path& hidden, std::string_view sStatements) {
   std::error_code error;
-  MakePrivateFile(hidden, error);
+  files::MakePrivateFile(hidden, error);
   if (error) FailToWriteCatalogFile(file, error.value(), error.value());
   try {
     const auto [database, nResult] = engines::OpenDatabase(hidden.c_str(), SQLITE_OPEN_READWRITE);
@@ -127,9 +129,14 @@ void MakeCatalogFile(const fs::path& file, std::string_view sStatements) {
   RemoveCatalogFile(hidden);
 }
 
-void ReplaceCatalogFile(const fs::path& file, std::string_view sStatements) {
+void ReplaceCatalogFile(const fs::path& file, std::string_view sStatements, const fs::path& like) {
   const fs::path hidden = HiddenName(file);
   MakeHidden(file, hidden, sStatements);
+  const files::Descriptor made(open(hidden.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+  if (!made || !files::TakeAccess(like.string(), made)) {
+    RemoveCatalogFile(hidden);
+    FailToWriteCatalogFile(file, EPERM, EPERM);
+  }
   RemoveCatalogFile(file);
   if (rename(hidden.c_str(), file.c_str()) == 0) return;
   const int nError = errno;

@@ -14,8 +14,10 @@ namespace orvane::provider::historian {
 /// kStorage when it cannot be written.
 void MakeCatalogFile(const std::filesystem::path& file, std::string_view sStatements);
 
-/// The same, but the file takes the place of one that is there.
-void ReplaceCatalogFile(const std::filesystem::path& file, std::string_view sStatements);
+/// The same, but the file takes the place of one that may be there, and is open to whom the file
+/// like is open. Fails with kNoRights, and nothing changed, when that cannot be given.
+void ReplaceCatalogFile(const std::filesystem::path& file, std::string_view sStatements,
+                        const std::filesystem::path& like);
 
 /// A name beside the file's own that nobody else uses, for a file that is not yet, or no longer,
 /// to be found under its own.

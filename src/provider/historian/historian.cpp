@@ -1,12 +1,14 @@
 #include "provider/historian/historian.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 
+#include "files/private_files.h"
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
@@ -18,7 +20,6 @@
 #include "provider/historian/data_folder.h"
 #include "provider/historian/functions_catalog.h"
 #include "provider/historian/new_historian.h"
-#include "provider/historian/private_files.h"
 #include "provider/historian/shell_word.h"
 
 namespace orvane::provider::historian {
@@ -47,6 +48,13 @@ void CheckFolder(const fs::path& folder, const Text& sServer) {
   std::error_code error;
   const auto status = fs::status(folder, error);
   if (error == std::errc::permission_denied) FailNoRights(sServer, folder);
+  if (status.type() == fs::file_type::none) {
+    throw Failure(failure::kServerNotFound,
+                  "The historian \"" + sServer + "\" in the folder " + folder.string() +
+                      " cannot be reached (" + error.message() +
+                      "): bring its disk back, or choose another server.",
+                  "ORVOLEDB", error.value());
+  }
   if (status.type() == fs::file_type::not_found) {
     throw Failure(failure::kServerNotFound,
                   "There is no historian \"" + sServer +
@@ -77,6 +85,14 @@ void CheckFolder(const fs::path& folder, const Text& sServer) {
 
 CatalogRecord OwnCatalog(const char* sName, fs::path file, const char* sDescription) {
   return {sName, {}, std::move(file), {}, 0, sDescription, true};
+}
+
+// Whether the file is there and kept from this user, who is not the one that the historian is of.
+// To make it anew is not his.
+bool IsKeptBack(const fs::path& file, const fs::path& systemFile) {
+  if (faccessat(AT_FDCWD, file.c_str(), R_OK, AT_EACCESS) == 0 || errno != EACCES) return false;
+  struct stat own {};
+  return stat(systemFile.c_str(), &own) == 0 && own.st_uid != geteuid();
 }
 
 }  // namespace
@@ -112,7 +128,7 @@ void Historian::Make(const fs::path& root, const Text& sServer) {
   std::error_code error;
   if (fs::exists(folder, error)) FailHistorianExists(sServer);
   NewHistorian made(folder);
-  MakePrivateFolders(made.Hidden() / kCatalogsFolder, error);
+  files::MakePrivateFolders(made.Hidden() / kCatalogsFolder, error);
   MakeCatalogFile(made.Hidden() / kSystemFile, kNewSystemCatalog);
   MakeCatalogFile(made.Hidden() / FunctionsFile(), FunctionsStatements());
   made.Name();
@@ -141,16 +157,19 @@ void Historian::PutRight(std::stop_token stop) {
   std::error_code error;
   const fs::path functions = m_folder / FunctionsFile();
   const auto isSound = [&] {
-    return fs::exists(functions, error) && IsSoundCatalogFile(functions);
+    return IsKeptBack(functions, m_folder / kSystemFile) ||
+           (fs::exists(functions, error) && IsSoundCatalogFile(functions));
   };
-  if ((!CatalogChange::AnyLeft(m_folder) && isSound()) || !MayWriteInto(m_folder)) return;
+  if ((!CatalogChange::AnyLeft(m_folder) && isSound()) || !files::MayWriteInto(m_folder)) return;
   try {
     m_session->InTransaction(
         {},
         [&] {
           FinishChanges();
           // Another connection may have been faster.
-          if (!isSound()) ReplaceCatalogFile(functions, FunctionsStatements());
+          if (!isSound()) {
+            ReplaceCatalogFile(functions, FunctionsStatements(), m_folder / kSystemFile);
+          }
         },
         std::move(stop));
   } catch (const Failure& failed) {

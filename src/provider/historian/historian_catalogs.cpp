@@ -4,6 +4,7 @@
 #include <chrono>
 #include <random>
 
+#include "files/private_files.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "platform/historian_names.h"
@@ -14,7 +15,6 @@
 #include "provider/historian/data_folder.h"
 #include "provider/historian/held_catalog_file.h"
 #include "provider/historian/historian.h"
-#include "provider/historian/private_files.h"
 #include "provider/historian/shell_word.h"
 
 namespace orvane::provider::historian {
@@ -45,7 +45,7 @@ fs::path CheckedFolder(const Text& sPath) {
   }
   const auto status = fs::status(folder, error);
   if (error == std::errc::permission_denied ||
-      (status.type() == fs::file_type::directory && !MayWriteInto(folder))) {
+      (status.type() == fs::file_type::directory && !files::MayWriteInto(folder))) {
     throw Failure(failure::kNoRights,
                   "You have no right to write into the folder " + sPath +
                       "; ask its owner for the right or choose another folder.",
@@ -206,7 +206,8 @@ void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
           const auto record = Forget(sName, "drop", "dropped", stop);
           const bool bGoes = LiesIn(record.file, m_folder);
           std::error_code error;
-          if (bGoes && fs::exists(record.file, error) && !MayWriteInto(record.file.parent_path())) {
+          if (bGoes && fs::exists(record.file, error) &&
+              !files::MayWriteInto(record.file.parent_path())) {
             FailToWriteCatalogFile(record.file, EACCES, EACCES);
           }
           held.emplace(record.file, record.sName, stop);

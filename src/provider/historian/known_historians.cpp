@@ -7,8 +7,8 @@
 #include <fstream>
 #include <string>
 
+#include "files/private_files.h"
 #include "platform/user_folders.h"
-#include "provider/historian/private_files.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -54,11 +54,11 @@ bool KnownHistorians::Has(const fs::path& folder) const {
 void KnownHistorians::Remember(const fs::path& folder) const {
   if (m_file.empty() || Has(folder)) return;
   std::error_code error;
-  MakePrivateFolders(m_file.parent_path(), error);
+  files::MakePrivateFolders(m_file.parent_path(), error);
   // What is written at once is written whole, also beside another program.
   const int nFile =
       open(m_file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
-           kPrivateFile);
+           files::kPrivateFile);
   if (nFile < 0) return;
   // A line that broke off is ended by the break before this one.
   const std::string sLine = "\n" + LineOf(folder) + "\n";

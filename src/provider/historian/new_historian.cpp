@@ -11,8 +11,8 @@
 #include <system_error>
 #include <vector>
 
+#include "files/private_files.h"
 #include "platform/failure.h"
-#include "provider/historian/private_files.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -63,7 +63,7 @@ void FailHistorianExists(const Text& sServer) {
 
 NewHistorian::NewHistorian(const fs::path& folder) : m_folder(folder) {
   std::error_code error;
-  MakePrivateFolders(folder.parent_path(), error);
+  files::MakePrivateFolders(folder.parent_path(), error);
   if (error) FailToMake(folder.parent_path(), error);
   // Between making it and locking it another program may take it for a leftover. Where folders
   // cannot be locked, nobody does.
@@ -74,7 +74,7 @@ NewHistorian::NewHistorian(const fs::path& folder) : m_folder(folder) {
     if (mkdtemp(sTemplate.data()) == nullptr) FailToMake(folder, LastError());
     m_hidden = sTemplate;
     // The umask may have taken even the maker's rights.
-    if (chmod(m_hidden.c_str(), kPrivateFolder) != 0) FailToMake(folder, LastError());
+    if (chmod(m_hidden.c_str(), files::kPrivateFolder) != 0) FailToMake(folder, LastError());
     m_nLock = Lock(m_hidden);
   }
 }

@@ -7,8 +7,9 @@
 
 #include <cerrno>
 
+#include "files/attributes.h"
+#include "files/private_files.h"
 #include "platform/failure.h"
-#include "provider/historian/private_files.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -16,14 +17,13 @@ namespace {
 constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 // Whoever may open the catalog may see whether a recorder is at work on it.
-int MakeLike(const char* sFile, const char* sCatalogFile) {
-  struct stat catalog {};
-  const mode_t mode = ::stat(sCatalogFile, &catalog) == 0 ? catalog.st_mode & 0666U : kPrivateFile;
-  const int nFile = open(sFile, kFlags | O_CREAT | O_EXCL, kPrivateFile);
-  if (nFile >= 0 && fchmod(nFile, mode) != 0) {
-    // Then it is its maker's alone.
-  }
-  return nFile;
+files::Descriptor MakeLike(const char* sFile, const char* sCatalogFile) {
+  // Nothing is in it, so that where the group cannot be given it does no harm to let all see it who
+  // reach the folder; closed to its catalog's owner, it would keep him from dropping that.
+  constexpr mode_t kForAll = 0644;
+  files::Descriptor made(open(sFile, kFlags | O_CREAT | O_EXCL, files::kPrivateFile));
+  if (made && !files::TakeAccess(sCatalogFile, made)) fchmod(made.Get(), kForAll);
+  return made;
 }
 
 }  // namespace
@@ -32,19 +32,20 @@ RecorderLock::RecorderLock(const std::filesystem::path& catalogFile, File file)
     : m_file(catalogFile.string() + ".recorder") {
   // Another recorder may make it, or a drop take it away, between the two.
   do {
-    m_nFile = open(m_file.c_str(), kFlags);
-    if (m_nFile >= 0 || file == File::Found) return;
-    if (errno == ENOENT) m_nFile = MakeLike(m_file.c_str(), catalogFile.c_str());
-  } while (m_nFile < 0 && errno == EEXIST);
-  if (m_nFile < 0) Fail(errno);
-}
-
-RecorderLock::~RecorderLock() {
-  if (m_nFile >= 0) close(m_nFile);
+    m_descriptor = files::Descriptor(open(m_file.c_str(), kFlags));
+    if (m_descriptor) return;
+    if (file == File::Found) {
+      m_bHidden = errno != ENOENT && errno != ENOTDIR;
+      return;
+    }
+    if (errno == ENOENT) m_descriptor = MakeLike(m_file.c_str(), catalogFile.c_str());
+  } while (!m_descriptor && errno == EEXIST);
+  if (!m_descriptor) Fail(errno);
 }
 
 bool RecorderLock::Take() const {
-  if (m_nFile < 0 || flock(m_nFile, LOCK_EX | LOCK_NB) == 0) return true;
+  if (m_bHidden) return false;
+  if (!m_descriptor || flock(m_descriptor.Get(), LOCK_EX | LOCK_NB) == 0) return true;
   if (errno != EWOULDBLOCK) Fail(errno);
   return false;
 }
@@ -52,7 +53,7 @@ bool RecorderLock::Take() const {
 bool RecorderLock::IsOfCatalog() const {
   struct stat own {};
   struct stat named {};
-  return fstat(m_nFile, &own) == 0 && ::stat(m_file.c_str(), &named) == 0 &&
+  return fstat(m_descriptor.Get(), &own) == 0 && ::stat(m_file.c_str(), &named) == 0 &&
          own.st_dev == named.st_dev && own.st_ino == named.st_ino;
 }
 

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 
+#include "files/descriptor.h"
+
 namespace orvane::provider::historian {
 
 class RecorderLock {
@@ -13,11 +15,10 @@ class RecorderLock {
 
   /// Opens the lock's file beside the catalog's. Made makes it when it is not there, for everyone
   /// who may write the catalog, and fails with failure::kNoRights when it cannot; Found takes one
-  /// that is not there, or cannot be opened, for one that nobody holds.
+  /// that is not there for one that nobody holds, and one that cannot be opened for held.
   explicit RecorderLock(const std::filesystem::path& catalogFile, File file = File::Made);
   RecorderLock(const RecorderLock&) = delete;
   RecorderLock& operator=(const RecorderLock&) = delete;
-  ~RecorderLock();
 
   /// False while another one holds the catalog.
   bool Take() const;
@@ -28,7 +29,8 @@ class RecorderLock {
   [[noreturn]] void Fail(int nError) const;
 
   std::filesystem::path m_file;
-  int m_nFile = -1;
+  files::Descriptor m_descriptor;
+  bool m_bHidden = false;  // it is there, and this user may not open it
 };
 
 }  // namespace orvane::provider::historian

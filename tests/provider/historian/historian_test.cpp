@@ -55,6 +55,15 @@ TEST_F(historian, says_that_a_folder_is_a_file) {
                                " is none; move it away or choose another server.");
 }
 
+TEST_F(historian, says_why_a_folder_cannot_be_reached) {
+  fs::create_directories(m_root.Historian().parent_path());
+  fs::create_directory_symlink("localhost", m_root.Historian());
+  EXPECT_EQ(OpenFailure(), "3800: The historian \"localhost\" in the folder " +
+                               m_root.Historian().string() +
+                               " cannot be reached (Too many levels of symbolic links): bring its "
+                               "disk back, or choose another server.");
+}
+
 TEST_F(historian, says_that_a_folder_holds_no_historian) {
   fs::create_directories(m_root.Historian("empty"));
   EXPECT_EQ(OpenFailure("empty"),

@@ -4,9 +4,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <fstream>
 #include <map>
 
+#include "provider/historian/functions_catalog.h"
 #include "tests/provider/historian/historian_fixture.h"
 
 namespace orvane::provider::historian {
@@ -110,13 +112,12 @@ constexpr gid_t kGroup = 65530;
 // and ends like a killed program, with all still open. Gives what the work has returned: an exit
 // status.
 template <class Work>
-int As(uid_t user, Work&& work) {
+int As(uid_t user, Work&& work, gid_t group = kGroup) {
   const pid_t child = fork();
   if (child == 0) {
     umask(0);
     int nStatus = 99;
-    if (geteuid() != 0 ||
-        (setgroups(0, nullptr) == 0 && setgid(kGroup) == 0 && setuid(user) == 0)) {
+    if (geteuid() != 0 || (setgroups(1, &kGroup) == 0 && setgid(group) == 0 && setuid(user) == 0)) {
       try {
         nStatus = work();
       } catch (const std::exception&) {
@@ -163,6 +164,49 @@ TEST_F(shared_catalogs, a_colleague_who_reads_does_not_lock_the_owner_out) {
   // Who may write as well leaves the owner his right too.
   EXPECT_EQ(As(kColleague, write), 0);
   EXPECT_EQ(As(kOwner, write), 0);
+}
+
+TEST_F(shared_catalogs, the_catalog_of_functions_is_made_anew_for_all_and_by_the_right_one) {
+  // Only an administrator can become somebody else.
+  if (geteuid() != 0) return;
+  constexpr gid_t kColleaguesGroup = 65529;
+  ASSERT_EQ(chown(m_root.Path().c_str(), kOwner, kGroup), 0);
+  const auto read = [&] {
+    // Never closed, and so never put away.
+    auto* const opened = Open().release();
+    const auto record = *opened->Find("Functions", {});
+    auto* const session = m_engine.Open(EngineCatalog(record, true), {}).release();
+    return session->Run(Statement("SELECT * FROM Functions"), {}).recordset->RecordCount() > 0 ? 0
+                                                                                               : 1;
+  };
+  ASSERT_EQ(As(kOwner, read), 0);
+  for (const auto& entry : fs::recursive_directory_iterator(m_root.Path())) {
+    ASSERT_EQ(chmod(entry.path().c_str(), entry.is_directory() ? 0770 : 0660), 0);
+  }
+  ASSERT_EQ(chmod(m_root.Path().c_str(), 0770), 0);
+  const fs::path functions = m_root.Historian() / FunctionsFile();
+  const auto state = [&] {
+    struct stat status {};
+    EXPECT_EQ(stat(functions.c_str(), &status), 0);
+    return std::array{status.st_uid, status.st_gid, status.st_mode & 07777U};
+  };
+  fs::remove(functions);
+  EXPECT_EQ(As(kColleague, read, kColleaguesGroup), 0);
+  EXPECT_EQ(state(), (std::array{kColleague, kGroup, 0660U}));
+  EXPECT_EQ(As(kOwner, read), 0);
+  // The owner keeps it back, and the colleague does without.
+  ASSERT_EQ(chown(functions.c_str(), kOwner, kGroup), 0);
+  ASSERT_EQ(chmod(functions.c_str(), 0600), 0);
+  EXPECT_EQ(As(
+                kColleague, [&] { return Names(*Open()) == "Functions Orvane " ? 0 : 1; },
+                kColleaguesGroup),
+            0);
+  EXPECT_EQ(As(kColleague, read, kColleaguesGroup), 98);
+  EXPECT_EQ(state(), (std::array{kOwner, kGroup, 0600U}));
+  // A colleague's own is the owner's to make anew.
+  ASSERT_EQ(chown(functions.c_str(), kColleague, kGroup), 0);
+  EXPECT_EQ(As(kOwner, read), 0);
+  EXPECT_EQ(state(), (std::array{kOwner, kGroup, 0660U}));
 }
 
 TEST_F(shared_catalogs, a_file_of_an_older_version_is_taken_out_of_its_mode_by_its_owner_only) {

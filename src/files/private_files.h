@@ -1,5 +1,5 @@
 // Files and folders that are their maker's alone, whatever the umask, until he shares them.
-// Used by all that the historian makes; any thread.
+// Used for historians, logs and settings; any thread.
 #pragma once
 
 #include <sys/types.h>
@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <system_error>
 
-namespace orvane::provider::historian {
+namespace orvane::files {
 
 constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kPrivateFolder = 0700;
@@ -21,4 +21,4 @@ void MakePrivateFile(const std::filesystem::path& file, std::error_code& error);
 /// Whether this user may make and remove files in the folder.
 bool MayWriteInto(const std::filesystem::path& folder);
 
-}  // namespace orvane::provider::historian
+}  // namespace orvane::files

@@ -1,4 +1,4 @@
-#include "provider/historian/private_files.h"
+#include "files/private_files.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,7 +6,7 @@
 
 #include <cerrno>
 
-namespace orvane::provider::historian {
+namespace orvane::files {
 
 namespace fs = std::filesystem;
 
@@ -45,4 +45,4 @@ bool MayWriteInto(const fs::path& folder) {
   return faccessat(AT_FDCWD, folder.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-}  // namespace orvane::provider::historian
+}  // namespace orvane::files
