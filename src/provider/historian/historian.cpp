@@ -123,7 +123,7 @@ Historian::Historian(const fs::path& root, const Text& sServer, engines::Engine&
   known.Remember(m_folder);
 }
 
-void Historian::Make(const fs::path& root, const Text& sServer) {
+void Historian::Make(const fs::path& root, const Text& sServer, const KnownHistorians& known) {
   const fs::path folder = HistorianFolder(root, sServer);
   std::error_code error;
   if (fs::exists(folder, error)) FailHistorianExists(sServer);
@@ -132,6 +132,7 @@ void Historian::Make(const fs::path& root, const Text& sServer) {
   MakeCatalogFile(made.Hidden() / kSystemFile, kNewSystemCatalog);
   MakeCatalogFile(made.Hidden() / FunctionsFile(), FunctionsStatements());
   made.Name();
+  known.Remember(folder);
 }
 
 // A file that was emptied, or put there by mistake, is a sound database all the same.

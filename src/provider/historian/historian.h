@@ -25,8 +25,9 @@ class Historian {
             engines::Engine& engine, std::stop_token stop, const KnownHistorians& known = {});
 
   /// Makes the folder and files of a historian, all of it or nothing, also where one was before.
-  /// Fails with failure::kKeyExists when there is one already.
-  static void Make(const std::filesystem::path& root, const platform::Text& sServer);
+  /// Fails with failure::kKeyExists when there is one already. What is made is known from then on.
+  static void Make(const std::filesystem::path& root, const platform::Text& sServer,
+                   const KnownHistorians& known = {});
 
   const std::filesystem::path& Folder() const { return m_folder; }
 

@@ -47,7 +47,7 @@ void Init(const Options& options) {
   const auto folder = provider::historian::HistorianFolder(options.place.root, sServer);
   const char* sWhat = "Made";
   try {
-    provider::historian::Historian::Make(options.place.root, sServer);
+    provider::historian::Historian::Make(options.place.root, sServer, options.place.known);
   } catch (const Failure& failed) {
     if (failed.Number() != failure::kKeyExists) throw;
     sWhat = "Found";

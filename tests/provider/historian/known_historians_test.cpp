@@ -68,6 +68,12 @@ TEST_F(known_historians, one_that_is_asked_for_is_made_again) {
   EXPECT_EQ(Names(*Open("localhost", m_known)), "Functions Orvane ");
 }
 
+TEST_F(known_historians, know_one_that_was_made_and_never_opened) {
+  Historian::Make(m_root.Path(), "localhost", m_known);
+  fs::remove_all(m_root.Historian());
+  EXPECT_EQ(FailureOfOpening("localhost"), Gone("localhost", "localhost"));
+}
+
 TEST_F(known_historians, are_remembered_once_by_their_whole_paths_in_a_file_of_the_users_own) {
   const mode_t mask = umask(0);
   const fs::path odd = m_root.Path() / "with\nbreak" / "%0A";
