@@ -10,20 +10,18 @@
 #include "component/library_file.h"
 #include "component/trusted_path.h"
 #include "platform/failure.h"
+#include "platform/quoting.h"
 
 namespace orvane::component {
 namespace {
 
 using platform::Failure;
 using platform::HResult;
+using platform::InQuotes;
 using platform::Text;
 
 [[noreturn]] void Fail(const Text& sDescription, platform::Long lNativeError = 0) {
   throw Failure(platform::failure::kComponent, sDescription, "component", lNativeError);
-}
-
-Text Quoted(const std::filesystem::path& path) {
-  return "\"" + path.string() + "\"";
 }
 
 Text Hex(HResult result) {
@@ -43,7 +41,7 @@ Text LoaderMessage(const std::filesystem::path& path) {
 
 [[noreturn]] void FailThrown(const std::filesystem::path& path, const char* sEntryPoint,
                              const Text& sWhat) {
-  Fail("The component " + Quoted(path) + " broke off in " + sEntryPoint + " (" + sWhat +
+  Fail("The component " + InQuotes(path.string()) + " broke off in " + sEntryPoint + " (" + sWhat +
        "); ask its maker for a corrected one.");
 }
 
@@ -66,7 +64,7 @@ HResult Guarded(const std::filesystem::path& path, const char* sEntryPoint, cons
 Library::Library(std::filesystem::path path) : m_path(std::move(path)) {
   std::error_code error;
   if (!std::filesystem::exists(m_path, error)) {
-    Fail("The library " + Quoted(m_path) +
+    Fail("The library " + InQuotes(m_path.string()) +
              " is missing; install its component again, or register the library where it is now.",
          error.value());
   }
@@ -75,8 +73,8 @@ Library::Library(std::filesystem::path path) : m_path(std::move(path)) {
   dlerror();
   m_handle = dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (m_handle == nullptr) {
-    Fail("The library " + Quoted(m_path) + " cannot be loaded: " + LoaderMessage(m_path) +
-         "; install its component again with everything that it needs.");
+    Fail("The library " + InQuotes(m_path.string()) + " cannot be loaded: " +
+         LoaderMessage(m_path) + "; install its component again with everything that it needs.");
   }
   try {
     m_registerServer = EntryPoint<RegisterFunction>("DllRegisterServer");
@@ -95,17 +93,17 @@ platform::ClassFactory& Library::GetClassObject(const Text& sProgId) const {
     return m_getClassObject(sProgId.c_str(), platform::kClassFactoryInterface, &factory);
   });
   if (result == platform::kNoInterface) {
-    Fail("The component " + Quoted(m_path) +
+    Fail("The component " + InQuotes(m_path.string()) +
              " was made for another version of this program; install both from one release.",
          result);
   }
   if (result == platform::kClassNotAvailable) {
-    Fail("The component " + Quoted(m_path) + " does not have the class \"" + sProgId +
+    Fail("The component " + InQuotes(m_path.string()) + " does not have the class \"" + sProgId +
              "\" that is registered for it; register it again with orvane-regsvr.",
          result);
   }
   if (result < 0 || factory == nullptr) {
-    Fail("The component " + Quoted(m_path) + " refused the class \"" + sProgId + "\" (" +
+    Fail("The component " + InQuotes(m_path.string()) + " refused the class \"" + sProgId + "\" (" +
              Hex(result) + "); ask its maker for a corrected one.",
          result);
   }
@@ -136,7 +134,7 @@ template <class Function>
 Function Library::EntryPoint(const char* sName) const {
   void* const address = dlsym(m_handle, sName);
   if (address == nullptr) {
-    Fail("The library " + Quoted(m_path) + " has no entry point " + sName +
+    Fail("The library " + InQuotes(m_path.string()) + " has no entry point " + sName +
          " and so is no component; name another library.");
   }
   return reinterpret_cast<Function>(address);
@@ -146,8 +144,8 @@ void Library::Run(const char* sEntryPoint, RegisterFunction function,
                   platform::ComponentRegistrar& registrar) const {
   const HResult result = Guarded(m_path, sEntryPoint, [&] { return function(&registrar); });
   if (result < 0) {
-    Fail("The component " + Quoted(m_path) + " failed in " + sEntryPoint + " (" + Hex(result) +
-             "); ask its maker for a corrected one.",
+    Fail("The component " + InQuotes(m_path.string()) + " failed in " + sEntryPoint + " (" +
+             Hex(result) + "); ask its maker for a corrected one.",
          result);
   }
 }

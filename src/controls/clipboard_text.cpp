@@ -8,7 +8,7 @@ namespace orvane::controls {
 
 namespace {
 
-QString Quoted(QString sText) {
+QString InCell(QString sText) {
   const auto needsQuotes = [](QChar c) {
     return c == u'\t' || c == u'\n' || c == u'\r' || c == u'"';
   };
@@ -53,7 +53,7 @@ std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection
     QChar separator;
     for (const int nColumn : columns) {
       if (!separator.isNull()) sText += separator;
-      sText += Quoted(model.ColumnName(nColumn));
+      sText += InCell(model.ColumnName(nColumn));
       separator = u'\t';
     }
     sText += u'\n';
@@ -68,7 +68,7 @@ std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection
           return nRow >= range.top() && nRow <= range.bottom() && nColumn >= range.left() &&
                  nColumn <= range.right();
         });
-        if (bSelected) sText += Quoted(model.Format().Whole(model.ValueAt(nRow, nColumn)));
+        if (bSelected) sText += InCell(model.Format().Whole(model.ValueAt(nRow, nColumn)));
       }
       sText += u'\n';
       if (sText.size() > nMost) return std::nullopt;

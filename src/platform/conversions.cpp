@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "platform/failure.h"
+#include "platform/quoting.h"
 
 namespace orvane::platform {
 namespace {
@@ -24,10 +25,6 @@ constexpr std::int64_t kLongMax = std::numeric_limits<Long>::max();
 [[noreturn]] void FailOverflow(const Text& sWhat) {
   throw Failure(failure::kOverflow,
                 sWhat + " is too large; enter a number from -2147483648 to 2147483647.");
-}
-
-Text Quoted(std::string_view sText) {
-  return "\"" + Text(sText) + "\"";
 }
 
 template <class Number>
@@ -168,22 +165,22 @@ Long TextToLong(std::string_view sText) {
   }
   std::size_t nDigits = 0;
   while (nDigits < sText.size() && IsDigit(sText[nDigits])) ++nDigits;
-  if (nDigits == 0) FailMismatch(Quoted(sWhole));
+  if (nDigits == 0) FailMismatch(InQuotes(sWhole));
   std::string_view sFraction;
   if (nDigits < sText.size()) {
-    if (sText[nDigits] != '.') FailMismatch(Quoted(sWhole));
+    if (sText[nDigits] != '.') FailMismatch(InQuotes(sWhole));
     sFraction = sText.substr(nDigits + 1);
     for (const char c : sFraction) {
-      if (!IsDigit(c)) FailMismatch(Quoted(sWhole));
+      if (!IsDigit(c)) FailMismatch(InQuotes(sWhole));
     }
   }
   std::int64_t llMagnitude = 0;
   for (const char c : sText.substr(0, nDigits)) {
     llMagnitude = llMagnitude * 10 + (c - '0');
-    if (llMagnitude > kLongMax + 1) FailOverflow(Quoted(sWhole));
+    if (llMagnitude > kLongMax + 1) FailOverflow(InQuotes(sWhole));
   }
   if (RoundsUp(sFraction, llMagnitude % 2 != 0)) ++llMagnitude;
-  return RangeChecked(bNegative ? -llMagnitude : llMagnitude, Quoted(sWhole));
+  return RangeChecked(bNegative ? -llMagnitude : llMagnitude, InQuotes(sWhole));
 }
 
 Long ToLong(const Value& vtValue) {

@@ -1,5 +1,6 @@
 // Names and texts as SQL reads them back, whatever they hold: the one rule for whoever composes
-// SQL, the provider, the grids and the tools alike. Pure functions, any thread.
+// SQL, the provider, the grids and the tools alike. And between quotes in a sentence, where nobody
+// reads them back. Pure functions, any thread.
 #pragma once
 
 #include <string_view>
@@ -9,7 +10,7 @@
 namespace orvane::platform {
 
 /// Between two of the quotes; a quote inside is doubled.
-inline Text Quoted(std::string_view sText, char quote) {
+inline Text WithDoubledQuotes(std::string_view sText, char quote) {
   Text sQuoted(1, quote);
   for (const char character : sText) {
     if (character == quote) sQuoted += quote;
@@ -20,12 +21,17 @@ inline Text Quoted(std::string_view sText, char quote) {
 
 /// The name in double quotes, as every engine reads it.
 inline Text QuotedName(std::string_view sName) {
-  return Quoted(sName, '"');
+  return WithDoubledQuotes(sName, '"');
 }
 
 /// The text in single quotes.
 inline Text QuotedText(std::string_view sText) {
-  return Quoted(sText, '\'');
+  return WithDoubledQuotes(sText, '\'');
+}
+
+/// As a sentence names it: as it is, in double quotes.
+inline Text InQuotes(std::string_view sText) {
+  return '"' + Text(sText) + '"';
 }
 
 }  // namespace orvane::platform

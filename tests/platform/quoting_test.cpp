@@ -13,5 +13,10 @@ TEST(quoting, puts_names_and_texts_between_quotes_and_doubles_those_inside) {
   EXPECT_EQ(QuotedText(std::string_view("a\0'", 3)), Text("'a\0'''", 6));
 }
 
+TEST(quoting, names_in_sentences_stay_as_they_are) {
+  EXPECT_EQ(InQuotes(""), "\"\"");
+  EXPECT_EQ(InQuotes("a\"b'c"), "\"a\"b'c\"");
+}
+
 }  // namespace
 }  // namespace orvane::platform

@@ -23,7 +23,7 @@ constexpr std::int64_t kVersionOfOneSeal = 1;
 /// Of snap-ins, which are looked for one by one.
 constexpr std::size_t kMostSections = 1000;
 /// Bytes of a name that a sentence repeats.
-constexpr std::size_t kMostQuoted = 100;
+constexpr std::size_t kLongestName = 100;
 
 class Reader {
  public:
@@ -94,13 +94,13 @@ class Reader {
   // Two people who set the same property, and a merge that kept both lines.
   [[noreturn]] void Twice(const Text& sProperty) const {
     throw Failure(failure::kDocument, "The document " + m_sName + " holds the property " +
-                                          Quoted(sProperty) + " twice, the second time at line " +
+                                          Brief(sProperty) + " twice, the second time at line " +
                                           std::to_string(m_nLine) +
                                           "; remove one of the two in an editor, or restore the "
                                           "document from a copy.");
   }
 
-  static Text Quoted(std::string_view sName) { return platform::OneLine(sName, kMostQuoted); }
+  static Text Brief(std::string_view sName) { return platform::OneLine(sName, kLongestName); }
 
   /// The next line without its end.
   std::string_view NextLine() {
@@ -163,8 +163,7 @@ class Reader {
       BeginPart(sLine, *sSection);
     } else if (sSection && *sSection == "snap-in" && sClass && line.Count() == 2) {
       if (m_content.SnapIns().size() == kMostSections) Damaged("begins one snap-in too many");
-      if (m_content.FindSnapIn(*sClass))
-        Damaged("begins the snap-in " + Quoted(*sClass) + " again");
+      if (m_content.FindSnapIn(*sClass)) Damaged("begins the snap-in " + Brief(*sClass) + " again");
       m_bag = &m_content.SnapIn(*sClass);
       BeginPart(sLine, *sClass);
     } else if (!m_bOneSeal && sSection && *sSection == "end" && line.Count() == 1) {
@@ -238,7 +237,7 @@ class Reader {
       if (const auto* iValue = line.Find<std::int64_t>("integer")) {
         if (*iValue < std::numeric_limits<Long>::min() ||
             *iValue > std::numeric_limits<Long>::max()) {
-          Damaged("holds for " + Quoted(sName) + " an integer that is out of range");
+          Damaged("holds for " + Brief(sName) + " an integer that is out of range");
         }
         return static_cast<Long>(*iValue);
       }
@@ -248,7 +247,7 @@ class Reader {
       std::optional<Text> sState = ReadText(line, "state", "state-bytes");
       if (sProgId && sState) return StoredObject{std::move(*sProgId), *std::move(sState)};
     }
-    Damaged("holds for " + Quoted(sName) + " no value of a known type");
+    Damaged("holds for " + Brief(sName) + " no value of a known type");
   }
 
   std::optional<Text> ReadText(DocumentLine& line, std::string_view sMember,
