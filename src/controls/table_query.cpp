@@ -1,7 +1,6 @@
 #include "controls/table_query.h"
 
 #include <QByteArray>
-#include <algorithm>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <unordered_set>
@@ -10,6 +9,7 @@
 
 #include "controls/sql_text.h"
 #include "platform/failure.h"
+#include "platform/json_text.h"
 #include "platform/utf8.h"
 
 namespace orvane::controls {
@@ -30,29 +30,11 @@ constexpr const char* kBytesMember = "bytes";
                     ". Remove it from the document, or choose the table's query anew.");
 }
 
-/// Appends the UTF-8 text as a JSON string. A console asks for the states of all tables whenever it
-/// looks for unsaved work, so they are written without an object in between, plain runs in one go.
-void AppendString(Text& sState, const Text& sText) {
-  const auto isPlain = [](char c) {
-    return static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\';
-  };
-  sState += '"';
-  for (auto position = sText.begin();;) {
-    const auto runEnd = std::find_if_not(position, sText.end(), isPlain);
-    sState.append(position, runEnd);
-    if (runEnd == sText.end()) break;
-    const Text sQuoted = json(Text(1, *runEnd)).dump();
-    sState.append(sQuoted, 1, sQuoted.size() - 2);
-    position = runEnd + 1;
-  }
-  sState += '"';
-}
-
 /// A name in an old encoding, out of a database, is no UTF-8 text and so no JSON string either; its
 /// bytes are kept as they are.
 void AppendText(Text& sState, const Text& sText) {
   if (platform::IsUtf8(sText)) {
-    AppendString(sState, sText);
+    platform::AppendJsonString(sState, sText);
     return;
   }
   const auto bytes = QByteArray::fromRawData(sText.data(), static_cast<qsizetype>(sText.size()));

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "console/document/document_format.h"
+#include "platform/json_text.h"
 #include "platform/utf8.h"
 
 namespace orvane::console {
@@ -15,34 +16,12 @@ using Json = nlohmann::json;
 
 namespace {
 
-/// Appends the UTF-8 text as a JSON string. A document is mostly names and plain texts, which are
-/// copied in runs.
-void AppendString(Text& sLine, std::string_view sText) {
-  const auto isPlain = [](char c) {
-    return static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\';
-  };
-  sLine += '"';
-  for (auto position = sText.begin();;) {
-    const auto runEnd = std::find_if_not(position, sText.end(), isPlain);
-    sLine.append(position, runEnd);
-    if (runEnd == sText.end()) break;
-    if (static_cast<unsigned char>(*runEnd) >= 0x20) {
-      sLine.append(1, '\\').append(1, *runEnd);
-    } else {
-      sLine += Json(std::string_view(&*runEnd, 1)).dump().substr(1);
-      sLine.pop_back();
-    }
-    position = runEnd + 1;
-  }
-  sLine += '"';
-}
-
 /// Appends ,"sMember":"text", or for bytes that are not UTF-8 ,"sBytesMember":"base64".
 void AppendText(Text& sLine, std::string_view sMember, std::string_view sBytesMember,
                 std::string_view sText) {
   if (platform::IsUtf8(sText)) {
     sLine.append(",\"").append(sMember).append("\":");
-    AppendString(sLine, sText);
+    platform::AppendJsonString(sLine, sText);
   } else {
     const auto bytes = QByteArray::fromRawData(sText.data(), static_cast<qsizetype>(sText.size()));
     sLine.append(",\"").append(sBytesMember).append("\":\"");
@@ -52,7 +31,7 @@ void AppendText(Text& sLine, std::string_view sMember, std::string_view sBytesMe
 
 void AppendEntry(Text& sFile, const DocumentBag::Entry& entry) {
   sFile += "{\"name\":";
-  AppendString(sFile, entry.sName);
+  platform::AppendJsonString(sFile, entry.sName);
   if (const bool* bValue = std::get_if<bool>(&entry.value)) {
     sFile += *bValue ? ",\"boolean\":true" : ",\"boolean\":false";
   } else if (const Long* lValue = std::get_if<Long>(&entry.value)) {
@@ -70,7 +49,7 @@ void AppendEntry(Text& sFile, const DocumentBag::Entry& entry) {
 /// A line of one member.
 Text Line(const char* sMember, std::string_view sText) {
   Text sLine = Text("{\"") + sMember + "\":";
-  AppendString(sLine, sText);
+  platform::AppendJsonString(sLine, sText);
   return sLine += "}\n";
 }
 
