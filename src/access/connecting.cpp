@@ -7,7 +7,7 @@ namespace orvane::access {
 using platform::Text;
 
 Text FormConnectExString(const Text& sProvider, const Text& sServer) {
-  return "Provider = " + sProvider + "; " + "Data Source = " + sServer + ";";
+  return "Provider = " + sProvider + "; " + platform::kDataSource + " = " + sServer + ";";
 }
 
 Text FormConnectString(const Text& sProvider, const Text& sServer, const Text& sExOptions) {
@@ -24,7 +24,7 @@ platform::ConnectionPtr OpenWithPrompt(platform::ObjectFactory& objects,
 }
 
 Text DataSource(platform::Connection& cn) {
-  return platform::ToText(cn.Properties().Item("Data Source").Value());
+  return platform::ToText(cn.Properties().Item(platform::kDataSource).Value());
 }
 
 }  // namespace orvane::access

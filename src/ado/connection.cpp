@@ -96,7 +96,7 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
 
   LogonRequest logon;
   const WipeAtEnd wipe(logon.sPassword);
-  logon.sServer = platform::ToText(m_properties.Get(ConnectionProperties::kDataSource));
+  logon.sServer = platform::ToText(m_properties.Get(platform::kDataSource));
   logon.sUser =
       sUserId.empty() ? platform::ToText(m_properties.Get(ConnectionProperties::kUserId)) : sUserId;
   logon.sPassword = sPassword;
@@ -109,7 +109,7 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
       platform::ToLong(m_properties.Get(ConnectionProperties::kPrompt)) == platform::kPromptAlways;
   if (bPrompt) AskForLogon(logon);
   RefusePassword(logon.sServer);
-  settings.Set(ConnectionProperties::kDataSource, logon.sServer);
+  settings.Set(platform::kDataSource, logon.sServer);
   settings.Set(ConnectionProperties::kUserId, logon.sUser);
   if (m_services.review) m_services.review->Review(settings);
 
@@ -117,7 +117,7 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
   RunLong("Connecting to " + logon.sServer, [&](std::stop_token stop) {
     session = provider->Open(settings, logon.sPassword, std::move(stop));
   });
-  m_properties.Put(ConnectionProperties::kDataSource, logon.sServer);
+  m_properties.Put(platform::kDataSource, logon.sServer);
   m_properties.Put(ConnectionProperties::kUserId, logon.sUser);
   m_properties.Put(ConnectionProperties::kProviderName, settings.Find(kProvider).value_or(""));
   m_properties.Attach(session.get());

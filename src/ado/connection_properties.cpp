@@ -103,7 +103,7 @@ ConnectionProperties::ConnectionProperties() {
     m_entries.push_back(std::make_unique<Entry>(*this, kind, sName, vtValue));
   };
   add(Kind::Prompt, kPrompt, kPromptNever);
-  add(Kind::BeforeOpen, kDataSource, Text());
+  add(Kind::BeforeOpen, platform::kDataSource, Text());
   add(Kind::BeforeOpen, kUserId, Text());
   add(Kind::ReadOnly, kProviderName, Text());
 }

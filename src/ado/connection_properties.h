@@ -14,7 +14,6 @@ namespace orvane::ado {
 class ConnectionProperties final : public platform::Properties {
  public:
   static constexpr const char* kPrompt = "Prompt";
-  static constexpr const char* kDataSource = "Data Source";
   static constexpr const char* kUserId = "User ID";
   static constexpr const char* kProviderName = "Provider Name";
 

@@ -34,7 +34,7 @@ HistorianSession::HistorianSession(SessionPlace place, const ado::ConnectionSett
   m_log.Open(m_options.LogFile(), m_options.LogLevel());
   Logged([&] {
     const Text sServer =
-        historian::ServerFromDataSource(settings.Find("Data Source").value_or(Text()));
+        historian::ServerFromDataSource(settings.Find(platform::kDataSource).value_or(Text()));
     m_log.Statement("open " + sServer);
     m_historian = std::make_unique<historian::Historian>(m_place.root, sServer, *m_place.engine,
                                                          stop, m_place.known);

@@ -21,6 +21,8 @@ enum class SchemaNumber : std::int32_t {
 constexpr Long kOptionUnspecified = -1;
 /// Value of the connection property "Prompt": the provider always shows its logon dialog.
 constexpr Long kPromptAlways = 1;
+/// The connection property, and the item of a connection string, that names the server.
+constexpr const char* kDataSource = "Data Source";
 
 class Property {
  public:
