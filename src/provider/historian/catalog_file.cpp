@@ -46,11 +46,6 @@ void Execute(sqlite3* database, const char* sSql, const fs::path& file) {
                                          "folder.");
 }
 
-bool IsBusy(int nResult) {
-  constexpr int kPrimary = 0xFF;
-  return (nResult & kPrimary) == SQLITE_BUSY || (nResult & kPrimary) == SQLITE_LOCKED;
-}
-
 }  // namespace
 
 void FailToWriteCatalogFile(const fs::path& file, int nSystemError, int nNativeError) {
@@ -184,7 +179,7 @@ bool IsSoundCatalogFile(const fs::path& file) {
           },
           &bOk, nullptr);
     }
-    if (!bOk && !IsBusy(nResult)) return false;
+    if (!bOk && !engines::IsHeldByOthers(nResult)) return false;
   }
   return true;
 }

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "platform/failure.h"
+#include "provider/engines/sqlite/sqlite_errors.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -11,11 +12,6 @@ namespace {
 using platform::Failure;
 using platform::Text;
 namespace failure = platform::failure;
-
-bool IsHeldByOthers(int nResult) {
-  constexpr int kPrimary = 0xFF;
-  return (nResult & kPrimary) == SQLITE_BUSY || (nResult & kPrimary) == SQLITE_LOCKED;
-}
 
 // Tries for a second, or until the stop.
 int WaitForOthers(void* stop, int nTries) {
@@ -53,7 +49,7 @@ HeldCatalogFile::HeldCatalogFile(const std::filesystem::path& file, const Text& 
                          "BEGIN EXCLUSIVE",
                          nullptr, nullptr, nullptr);
   sqlite3_busy_handler(database, nullptr, nullptr);
-  if (IsHeldByOthers(nResult)) {
+  if (engines::IsHeldByOthers(nResult)) {
     if (stop.stop_requested()) throw Failure(failure::kCancelled, "The statement was cancelled.");
     FailInUse(sCatalog, nResult);
   }

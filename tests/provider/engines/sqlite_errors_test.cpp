@@ -12,6 +12,15 @@ namespace {
 
 namespace failure = platform::failure;
 
+TEST(SqliteErrors, tell_what_others_hold) {
+  for (const int nCode : {SQLITE_BUSY, SQLITE_BUSY_SNAPSHOT, SQLITE_LOCKED_SHAREDCACHE}) {
+    EXPECT_TRUE(IsHeldByOthers(nCode)) << nCode;
+  }
+  for (const int nCode : {SQLITE_OK, SQLITE_ROW, SQLITE_PROTOCOL, SQLITE_IOERR_LOCK}) {
+    EXPECT_FALSE(IsHeldByOthers(nCode)) << nCode;
+  }
+}
+
 TEST(SqliteErrors, each_native_code_has_its_number) {
   const std::vector<std::pair<int, platform::Long>> cases = {
       {SQLITE_OK, 0},

@@ -29,6 +29,11 @@ int LastErrorOf(sqlite3_file* file) {
 
 }  // namespace
 
+bool IsHeldByOthers(int nCode) noexcept {
+  const int nPrimary = nCode & kPrimaryCode;
+  return nPrimary == SQLITE_BUSY || nPrimary == SQLITE_LOCKED;
+}
+
 bool IsNoRoom(int nSystemError) noexcept {
   return nSystemError == ENOSPC || nSystemError == EDQUOT || nSystemError == EFBIG;
 }

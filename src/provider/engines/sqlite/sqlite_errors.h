@@ -14,6 +14,9 @@ namespace orvane::provider::engines {
 /// What of an extended result code is the primary one.
 constexpr int kPrimaryCode = 0xFF;
 
+/// True for a result code that says that another connection holds what is needed.
+bool IsHeldByOthers(int nCode) noexcept;
+
 /// True for what the system says where there is no room: of the disk, of a quota or of a file.
 bool IsNoRoom(int nSystemError) noexcept;
 
