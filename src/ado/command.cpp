@@ -34,13 +34,25 @@ void Command::MaxRecords(Long lMaxRecords) {
   m_lMaxRecords = lMaxRecords;
 }
 
+platform::ParameterPtr Command::CreateParameter(const platform::Text& sName,
+                                                platform::DataType type,
+                                                platform::ParameterDirection /*direction*/,
+                                                Long lSize, const platform::Value& vtValue) {
+  if (lSize < 0) {
+    throw Failure(failure::kInvalidArgument,
+                  "The size of a parameter must be 0 (any) or more bytes.");
+  }
+  return std::make_shared<Parameter>(sName, type, lSize, vtValue);
+}
+
 platform::RecordsetPtr Command::Execute(Long* lRecordsAffected, Long /*lOptions*/) {
   if (m_connection == nullptr) {
     throw Failure(failure::kObjectNotSet,
                   "The command has no connection: set its active connection first.");
   }
-  StatementResult result = m_connection->Execute(
-      {m_sCommandText, m_lMaxRecords, std::chrono::seconds(m_lCommandTimeout), m_bReadOnly});
+  StatementResult result =
+      m_connection->Execute({m_sCommandText, m_lMaxRecords, std::chrono::seconds(m_lCommandTimeout),
+                             m_bReadOnly, m_parameters.Values(), m_rowsExpected});
   if (lRecordsAffected != nullptr) *lRecordsAffected = result.lRecordsAffected;
   return std::move(result.recordset);
 }

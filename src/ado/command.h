@@ -3,8 +3,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "ado/connection.h"
+#include "ado/parameters.h"
 
 namespace orvane::ado {
 
@@ -23,6 +25,16 @@ class Command final : public platform::Command {
   void MaxRecords(platform::Long lMaxRecords) override;
   platform::Boolean ReadOnly() const override { return m_bReadOnly; }
   void ReadOnly(platform::Boolean bReadOnly) override { m_bReadOnly = bReadOnly; }
+  /// Fails with failure::kInvalidArgument for a negative size, and as a Parameter does.
+  platform::ParameterPtr CreateParameter(const platform::Text& sName, platform::DataType type,
+                                         platform::ParameterDirection direction,
+                                         platform::Long lSize,
+                                         const platform::Value& vtValue) override;
+  ado::Parameters& Parameters() override { return m_parameters; }
+  void RowsExpected(std::optional<platform::RowIndex> rows) override { m_rowsExpected = rows; }
+  void KeepRows(platform::Boolean bKeep) override { m_bKeepRows = bKeep; }
+  void OnRows(platform::RowsHandler handler) override { m_handler = std::move(handler); }
+  void Sink(platform::RowSink sink) override { m_sink = std::move(sink); }
   /// Fails with failure::kObjectNotSet without a connection, with kObjectClosed on a closed one.
   platform::RecordsetPtr Execute(platform::Long* lRecordsAffected = nullptr,
                                  platform::Long lOptions = platform::kOptionUnspecified) override;
@@ -33,6 +45,11 @@ class Command final : public platform::Command {
   platform::Long m_lCommandTimeout = 30;
   platform::Long m_lMaxRecords = 0;
   platform::Boolean m_bReadOnly = false;
+  ado::Parameters m_parameters;
+  std::optional<platform::RowIndex> m_rowsExpected;
+  platform::Boolean m_bKeepRows = false;
+  platform::RowsHandler m_handler;
+  platform::RowSink m_sink;
 };
 
 }  // namespace orvane::ado

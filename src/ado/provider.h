@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <vector>
@@ -27,6 +28,10 @@ struct Statement {
   std::chrono::seconds timeout{0};  ///< 0 waits for ever
   /// A statement that would change anything fails with failure::kWouldChange, nothing changed.
   platform::Boolean bReadOnly = false;
+  /// One for each "?" of the text, in order.
+  std::vector<platform::Value> parameters{};
+  /// What the statement must change to be kept; see platform::Command::RowsExpected.
+  std::optional<platform::RowIndex> rowsExpected{};
 };
 
 struct StatementResult {

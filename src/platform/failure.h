@@ -37,6 +37,7 @@ constexpr Long kNotSupported = 3808;  ///< the provider or component cannot do t
 constexpr Long kComponent = 3809;     ///< a component cannot be loaded, created or used
 constexpr Long kDocument = 3810;      ///< a document cannot be read or written
 constexpr Long kWouldChange = 3811;   ///< ask: a statement that was only to read would change data
+constexpr Long kConflict = 3812;      ///< ask: the rows to change are not what they were; undone
 
 }  // namespace failure
 

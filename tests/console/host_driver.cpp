@@ -59,6 +59,18 @@ class CountedCommand final : public platform::Command {
   void MaxRecords(Long lMaxRecords) override { m_command->MaxRecords(lMaxRecords); }
   platform::Boolean ReadOnly() const override { return m_command->ReadOnly(); }
   void ReadOnly(platform::Boolean bReadOnly) override { m_command->ReadOnly(bReadOnly); }
+  platform::ParameterPtr CreateParameter(const Text& sName, platform::DataType type,
+                                         platform::ParameterDirection direction, Long lSize,
+                                         const platform::Value& vtValue) override {
+    return m_command->CreateParameter(sName, type, direction, lSize, vtValue);
+  }
+  platform::Parameters& Parameters() override { return m_command->Parameters(); }
+  void RowsExpected(std::optional<platform::RowIndex> rows) override {
+    m_command->RowsExpected(rows);
+  }
+  void KeepRows(Boolean bKeep) override { m_command->KeepRows(bKeep); }
+  void OnRows(platform::RowsHandler handler) override { m_command->OnRows(std::move(handler)); }
+  void Sink(platform::RowSink sink) override { m_command->Sink(std::move(sink)); }
   platform::RecordsetPtr Execute(Long* lRecordsAffected, Long lOptions) override {
     ++*m_count;
     return m_command->Execute(lRecordsAffected, lOptions);

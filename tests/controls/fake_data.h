@@ -11,6 +11,7 @@
 
 #include "platform/failure.h"
 #include "platform/services.h"
+#include "tests/fakes/parameters.h"
 
 namespace orvane::controls {
 
@@ -169,6 +170,11 @@ struct FakeServer {
   platform::Long lTimeout = -1;
   platform::Long lMaxRecords = -1;
   bool bReadOnly = false;
+  fakes::FakeParameters parameters;  ///< of the last command
+  std::optional<platform::RowIndex> rowsExpected;
+  bool bKeepRows = false;
+  platform::RowsHandler handler;
+  platform::RowSink sink;
   platform::Long lRecordsAffected = 0;
   platform::RecordsetPtr answer;
   std::function<void()> whileRunning;
@@ -186,6 +192,18 @@ class FakeCommand : public platform::Command {
   void MaxRecords(platform::Long lMaxRecords) override { m_server.lMaxRecords = lMaxRecords; }
   platform::Boolean ReadOnly() const override { return m_server.bReadOnly; }
   void ReadOnly(platform::Boolean bReadOnly) override { m_server.bReadOnly = bReadOnly; }
+  platform::ParameterPtr CreateParameter(const platform::Text& sName, platform::DataType type,
+                                         platform::ParameterDirection, platform::Long,
+                                         const platform::Value& vtValue) override {
+    return std::make_shared<fakes::FakeParameter>(sName, type, vtValue);
+  }
+  platform::Parameters& Parameters() override { return m_server.parameters; }
+  void RowsExpected(std::optional<platform::RowIndex> rows) override {
+    m_server.rowsExpected = rows;
+  }
+  void KeepRows(platform::Boolean bKeep) override { m_server.bKeepRows = bKeep; }
+  void OnRows(platform::RowsHandler handler) override { m_server.handler = std::move(handler); }
+  void Sink(platform::RowSink sink) override { m_server.sink = std::move(sink); }
   platform::RecordsetPtr Execute(platform::Long* lRecordsAffected, platform::Long) override {
     ++m_server.nExecuted;
     if (m_server.whileRunning) m_server.whileRunning();
@@ -207,7 +225,10 @@ class FakeObjects : public platform::ObjectFactory {
  public:
   explicit FakeObjects(FakeServer& server) : m_server(server) {}
   platform::ConnectionPtr CreateConnection() override { return nullptr; }
-  platform::CommandPtr CreateCommand() override { return std::make_shared<FakeCommand>(m_server); }
+  platform::CommandPtr CreateCommand() override {
+    m_server.parameters.Clear();
+    return std::make_shared<FakeCommand>(m_server);
+  }
   platform::TableQueryPtr CreateTableQuery() override { return nullptr; }
 
  private:

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/services.h"
+#include "tests/fakes/parameters.h"
 #include "tests/fakes/recordset.h"
 #include "tests/fakes/table_query.h"
 #include "tests/scenarios/driver.h"
@@ -244,6 +245,17 @@ class FakeCommand : public platform::Command {
   platform::Boolean ReadOnly() const override { return m_bReadOnly; }
   void ReadOnly(platform::Boolean bReadOnly) override { m_bReadOnly = bReadOnly; }
 
+  platform::ParameterPtr CreateParameter(const Text& sName, platform::DataType type,
+                                         platform::ParameterDirection, Long,
+                                         const platform::Value& vtValue) override {
+    return std::make_shared<FakeParameter>(sName, type, vtValue);
+  }
+  platform::Parameters& Parameters() override { return m_parameters; }
+  void RowsExpected(std::optional<platform::RowIndex>) override {}
+  void KeepRows(platform::Boolean) override {}
+  void OnRows(platform::RowsHandler) override {}
+  void Sink(platform::RowSink) override {}
+
   /// Understands "... FROM catalog..table ..." and gives the whole table up to the row limit, and
   /// the statements that create and drop a catalog.
   platform::RecordsetPtr Execute(Long* lRecordsAffected, Long) override {
@@ -297,6 +309,7 @@ class FakeCommand : public platform::Command {
   }
 
   std::shared_ptr<FakeConnection> m_connection;
+  FakeParameters m_parameters;
   Text m_sText;
   Long m_lTimeout = 30;
   Long m_lMaxRecords = 0;

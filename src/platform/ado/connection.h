@@ -2,7 +2,9 @@
 // Implemented by the connection layer; one thread at a time.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "platform/ado/recordset.h"
@@ -69,6 +71,45 @@ class Connection : public Object {
 
 using ConnectionPtr = std::shared_ptr<Connection>;
 
+/// Which way a parameter's value goes: only into the statement.
+enum class ParameterDirection : std::int32_t { Input = 1 };
+
+/// A value for one "?" of a statement, by position. Values never become part of the text.
+class Parameter : public Object {
+ public:
+  virtual const Text& Name() const = 0;
+  virtual DataType Type() const = 0;
+  virtual platform::Value Value() const = 0;
+  virtual void Value(const platform::Value& vtValue) = 0;
+};
+
+using ParameterPtr = std::shared_ptr<Parameter>;
+
+class Parameters {
+ public:
+  Parameters() = default;
+  Parameters(const Parameters&) = delete;
+  Parameters& operator=(const Parameters&) = delete;
+  virtual ~Parameters() = default;
+
+  virtual Long Count() const = 0;
+  /// Becomes the last one. Fails with failure::kInvalidArgument for one that this layer did not
+  /// make.
+  virtual void Append(const ParameterPtr& parameter) = 0;
+  /// By position from 0 or by name without regard to case; fails with failure::kItemNotFound.
+  virtual const ParameterPtr& Item(const platform::Value& vtIndexName) const = 0;
+  virtual void Clear() = 0;
+};
+
+/// Takes rows as they are fetched, in pieces of some thousand, each a recordset of its own that
+/// is not changed any more. Called on the thread of the fetch, one call at a time; what it throws
+/// ends the statement and is what its caller gets.
+using RowSink = std::function<void(const RecordsetPtr& rows)>;
+
+/// Shown the growing recordset on the thread of the caller, a few times a second at most, while
+/// its rows are fetched; the first time as soon as there are rows to be seen.
+using RowsHandler = std::function<void(const RecordsetPtr& rs)>;
+
 class Command : public Object {
  public:
   virtual void ActiveConnection(const ConnectionPtr& cn) = 0;
@@ -84,6 +125,24 @@ class Command : public Object {
   /// failure::kWouldChange, and nothing was changed. False when never set.
   virtual Boolean ReadOnly() const = 0;
   virtual void ReadOnly(Boolean bReadOnly) = 0;
+  /// Made but not yet appended. The size is that of the type's longest value, 0 where it has none.
+  virtual ParameterPtr CreateParameter(const Text& sName, DataType type,
+                                       ParameterDirection direction, Long lSize,
+                                       const Value& vtValue) = 0;
+  /// One for each "?" of the text, in order; owned by the command.
+  virtual platform::Parameters& Parameters() = 0;
+  /// How many rows the statement must change: when it changes another number, Execute fails with
+  /// failure::kConflict, and nothing was changed. None, at first, lets it change any number.
+  virtual void RowsExpected(std::optional<RowIndex> rows) = 0;
+  /// Whether rows that were fetched are kept when the user cancels, the time is over, or there is
+  /// no more room: Execute then gives them, with FetchState::Stopped, instead of failing. Only
+  /// for a statement that reads and has begun to give rows. False when never set.
+  virtual void KeepRows(Boolean bKeep) = 0;
+  /// Called while rows are fetched; none at first.
+  virtual void OnRows(RowsHandler handler) = 0;
+  /// Rows go to the sink and are not kept: Execute gives an empty recordset with the fields, whose
+  /// State tells how the fetch ended. None, at first, keeps them.
+  virtual void Sink(RowSink sink) = 0;
   /// Runs one statement and fetches its rows. A statement without rows gives an empty recordset
   /// without fields; the rows it changed are told through lRecordsAffected.
   virtual RecordsetPtr Execute(Long* lRecordsAffected = nullptr,

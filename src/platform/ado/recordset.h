@@ -6,8 +6,11 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <variant>
+#include <vector>
 
+#include "platform/failure.h"
 #include "platform/value.h"
 
 namespace orvane::platform {
@@ -63,8 +66,21 @@ class Fields {
   virtual Field& Item(const platform::Value& vtIndexName) = 0;
 };
 
-/// An open rowset. All rows are fetched when it is made; it stays usable after its connection
-/// was closed.
+/// How far the fetching of a rowset has come. Each but the first is for good.
+enum class FetchState : std::uint8_t {
+  Running,    ///< more rows are coming
+  Complete,   ///< all rows are here
+  Truncated,  ///< the row limit cut the result: the server had more rows
+  Stopped,    ///< ended before the last row; FetchRemark says why
+};
+
+/// What the overlay has made of a row.
+enum class RowState : std::uint8_t { Fetched, Edited, New, Deleted };
+
+/// An open rowset; it stays usable after its connection was closed. Its rows may still be coming:
+/// then RecordCount grows, and the rows that are counted never change. Over what was fetched lies
+/// what was edited: values, new rows behind the last one, deleted rows. Nothing of that is sent by
+/// itself. A row keeps its number until its overlay is taken away.
 class Recordset : public Object {
  public:
   virtual platform::Fields& Fields() = 0;
@@ -90,8 +106,50 @@ class Recordset : public Object {
 
   /// True when the row limit cut the result: the server had more rows.
   virtual Boolean Truncated() const = 0;
+  virtual FetchState State() const {
+    return Truncated() ? FetchState::Truncated : FetchState::Complete;
+  }
+  /// Of a stopped fetch one sentence with what ended it; otherwise empty.
+  virtual Text FetchRemark() const { return {}; }
   /// Time between sending the statement and having the last row.
   virtual std::chrono::microseconds Elapsed() const = 0;
+
+  /// Rows as they were fetched; RecordCount counts new rows too.
+  virtual RowIndex FetchedCount() const { return RecordCount(); }
+  /// The cell as it was fetched; null in a new row.
+  virtual platform::Value OriginalAt(RowIndex row, ColumnIndex column) const {
+    return ValueAt(row, column);
+  }
+  virtual RowState StateAt(RowIndex /*row*/) const { return RowState::Fetched; }
+  /// True when the cell was given a value that was not sent yet, also one equal to the original.
+  virtual Boolean IsEdited(RowIndex /*row*/, ColumnIndex /*column*/) const { return false; }
+  /// The rows that are not as they were fetched, in the order of their numbers.
+  virtual std::vector<RowIndex> PendingRows() const { return {}; }
+  /// Lays a value over the cell. A kind that differs from the column's is kept as it is given.
+  virtual void ValueAt(RowIndex /*row*/, ColumnIndex /*column*/, const platform::Value& /*vt*/) {
+    FailReadOnly();
+  }
+  /// Takes the value away that was laid over the cell.
+  virtual void Restore(RowIndex /*row*/, ColumnIndex /*column*/) { FailReadOnly(); }
+  /// Adds a row behind the last one, without values, and gives its number.
+  virtual RowIndex AddNew() { FailReadOnly(); }
+  /// Marks the row as one to be deleted; its cells can still be read.
+  virtual void Delete(RowIndex /*row*/) { FailReadOnly(); }
+  /// Takes away all that lies over the row. A new row stays as one without values, deleted, so
+  /// that the numbers of others stay.
+  virtual void CancelUpdate(RowIndex /*row*/) { FailReadOnly(); }
+  /// What lies over the row was stored: the values become its fetched ones, a new row an ordinary
+  /// one, a deleted one goes from PendingRows but stays Deleted. The values, one for each column,
+  /// are the row as the server has it now; none are those that were laid over it.
+  virtual void Accept(RowIndex /*row*/, std::span<const platform::Value> /*stored*/ = {}) {
+    FailReadOnly();
+  }
+
+ private:
+  [[noreturn]] static void FailReadOnly() {
+    throw Failure(failure::kNotSupported,
+                  "These rows cannot be edited: their source gives them to be looked at only.");
+  }
 };
 
 using RecordsetPtr = std::shared_ptr<Recordset>;
