@@ -10,6 +10,13 @@ namespace orvane::files {
 
 namespace fs = std::filesystem;
 
+bool KeepPrivate(const fs::path& folder) {
+  struct stat made {};
+  // The umask may have taken even the maker's rights.
+  return stat(folder.c_str(), &made) == 0 &&
+         chmod(folder.c_str(), (made.st_mode & S_ISGID) | kPrivateFolder) == 0;
+}
+
 void MakePrivateFolders(const fs::path& folder, std::error_code& error) {
   error.clear();
   if (folder.empty() || fs::is_directory(folder, error)) return;
@@ -18,8 +25,7 @@ void MakePrivateFolders(const fs::path& folder, std::error_code& error) {
     if (error) return;
   }
   if (mkdir(folder.c_str(), kPrivateFolder) == 0) {
-    // The umask may have taken even the maker's rights.
-    if (chmod(folder.c_str(), kPrivateFolder) == 0) return;
+    if (KeepPrivate(folder)) return;
   } else if (errno == EEXIST) {
     // Another program was faster, or something else is there.
     const int nError = errno;

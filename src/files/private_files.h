@@ -12,6 +12,11 @@ namespace orvane::files {
 constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kPrivateFolder = 0700;
 
+/// Gives a folder that was just made its rights: its maker alone may use it, and what is made in it
+/// has its group where the folder above says so, so that he can share it. False, with errno, when
+/// that fails.
+bool KeepPrivate(const std::filesystem::path& folder);
+
 /// Makes the folder and those above it, as far as they are not there.
 void MakePrivateFolders(const std::filesystem::path& folder, std::error_code& error);
 

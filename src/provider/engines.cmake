@@ -6,6 +6,7 @@ list(APPEND PROVIDER_SOURCES
   engines/sqlite/sqlite_files.cpp
   engines/sqlite/sqlite_functions.cpp
   engines/sqlite/sqlite_handle.cpp
+  engines/sqlite/sqlite_journals.cpp
   engines/sqlite/sqlite_memory.cpp
   engines/sqlite/sqlite_refusals.cpp
   engines/sqlite/sqlite_room.cpp

@@ -24,7 +24,8 @@ orvane_test(historian
     historian/killed_programs_test.cpp
     historian/known_historians_test.cpp
     historian/recorder_lock_test.cpp
-    historian/shared_catalogs_test.cpp)
+    historian/shared_catalogs_test.cpp
+    historian/shared_journals_test.cpp)
 
 orvane_test(session
   LINK orvane_provider

@@ -73,8 +73,7 @@ NewHistorian::NewHistorian(const fs::path& folder) : m_folder(folder) {
     Text sTemplate = (folder.parent_path() / (Text(kHidden) + "XXXXXX")).string();
     if (mkdtemp(sTemplate.data()) == nullptr) FailToMake(folder, LastError());
     m_hidden = sTemplate;
-    // The umask may have taken even the maker's rights.
-    if (chmod(m_hidden.c_str(), files::kPrivateFolder) != 0) FailToMake(folder, LastError());
+    if (!files::KeepPrivate(m_hidden)) FailToMake(folder, LastError());
     m_nLock = Lock(m_hidden);
   }
 }

@@ -1,7 +1,5 @@
 // Catalogs that several users reach: who may read them, and what reading leaves.
-#include <grp.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -9,12 +7,18 @@
 #include <map>
 
 #include "provider/historian/functions_catalog.h"
+#include "tests/provider/historian/colleagues.h"
 #include "tests/provider/historian/historian_fixture.h"
 
 namespace orvane::provider::historian {
 namespace {
 
 using platform::Text;
+using tests::As;
+using tests::kColleague;
+using tests::kColleaguesGroup;
+using tests::kGroup;
+using tests::kOwner;
 namespace fs = std::filesystem;
 
 // Names, sizes and times of all there is in a folder, its own included.
@@ -104,33 +108,6 @@ TEST_F(shared_catalogs, can_be_read_by_one_who_may_write_nothing) {
                           "; ask its owner for the right or choose another folder.");
 }
 
-constexpr uid_t kOwner = 65531;
-constexpr uid_t kColleague = 65532;
-constexpr gid_t kGroup = 65530;
-
-// Does the work as that user of the group, where root runs the tests, otherwise as the same user,
-// and ends like a killed program, with all still open. Gives what the work has returned: an exit
-// status.
-template <class Work>
-int As(uid_t user, Work&& work, gid_t group = kGroup) {
-  const pid_t child = fork();
-  if (child == 0) {
-    umask(0);
-    int nStatus = 99;
-    if (geteuid() != 0 || (setgroups(1, &kGroup) == 0 && setgid(group) == 0 && setuid(user) == 0)) {
-      try {
-        nStatus = work();
-      } catch (const std::exception&) {
-        nStatus = 98;
-      }
-    }
-    _exit(nStatus);
-  }
-  int nStatus = 0;
-  waitpid(child, &nStatus, 0);
-  return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
-}
-
 TEST_F(shared_catalogs, a_colleague_who_reads_does_not_lock_the_owner_out) {
   if (geteuid() == 0) {
     ASSERT_EQ(chown(m_root.Path().c_str(), kOwner, kGroup), 0);
@@ -169,7 +146,6 @@ TEST_F(shared_catalogs, a_colleague_who_reads_does_not_lock_the_owner_out) {
 TEST_F(shared_catalogs, the_catalog_of_functions_is_made_anew_for_all_and_by_the_right_one) {
   // Only an administrator can become somebody else.
   if (geteuid() != 0) return;
-  constexpr gid_t kColleaguesGroup = 65529;
   ASSERT_EQ(chown(m_root.Path().c_str(), kOwner, kGroup), 0);
   const auto read = [&] {
     // Never closed, and so never put away.
@@ -207,6 +183,16 @@ TEST_F(shared_catalogs, the_catalog_of_functions_is_made_anew_for_all_and_by_the
   ASSERT_EQ(chown(functions.c_str(), kColleague, kGroup), 0);
   EXPECT_EQ(As(kOwner, read), 0);
   EXPECT_EQ(state(), (std::array{kOwner, kGroup, 0660U}));
+}
+
+TEST_F(shared_catalogs, folders_keep_the_group_of_the_folder_above_where_that_says_so) {
+  ASSERT_EQ(chmod(m_root.Path().c_str(), 02700), 0);
+  const auto opened = Open();
+  const auto mode = [](const fs::path& path) {
+    return static_cast<unsigned>(fs::status(path).permissions());
+  };
+  EXPECT_EQ(mode(m_root.Historian()), 02700U);
+  EXPECT_EQ(mode(m_root.Historian() / "catalogs"), 02700U);
 }
 
 TEST_F(shared_catalogs, a_file_of_an_older_version_is_taken_out_of_its_mode_by_its_owner_only) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/failure.h"
+#include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_handle.h"
 
 namespace orvane::provider::engines {
@@ -52,8 +53,25 @@ void Try(const Text& sPath, Work&& work) {
   const OpenedDatabase opened = OpenDatabase(sPath.c_str(), SQLITE_OPEN_READWRITE);
   if (opened.nCode != SQLITE_OK) return;
   std::forward<Work>(work)([&](const char* sSql) {
-    return sqlite3_exec(opened.database.get(), sSql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    return sqlite3_exec(opened.database.get(), sSql, nullptr, nullptr, nullptr);
   });
+}
+
+// Takes back what was half done. False when the journal that tells it is kept from this user.
+bool TakeBack(const Text& sPath, const std::filesystem::path& journal) {
+  bool bReached = true;
+  Try(sPath, [&](const auto& run) {
+    // Is refused while a writer lives, whose journal that is.
+    const int nCode = run("BEGIN IMMEDIATE");
+    bReached = (nCode & kPrimaryCode) != SQLITE_CANTOPEN;
+    if (nCode != SQLITE_OK) return;
+    // One in which nothing had been written down yet is left over even then, and is nobody's.
+    std::error_code ignored;
+    std::filesystem::remove(journal, ignored);
+    run("ROLLBACK");
+  });
+  return bReached || ::faccessat(AT_FDCWD, journal.c_str(), R_OK | W_OK, AT_EACCESS) == 0 ||
+         errno != EACCES;
 }
 
 bool IsOwner(const Text& sPath) {
@@ -104,14 +122,16 @@ void CheckFile(const Catalog& catalog) {
   }
   const std::filesystem::path journal = catalog.sPlace + "-journal";
   if (std::filesystem::exists(journal, error) &&
-      ::faccessat(AT_FDCWD, catalog.sPlace.c_str(), W_OK, AT_EACCESS) == 0) {
-    Try(catalog.sPlace, [&](const auto& run) {
-      // Takes back what was half done, and is refused while a writer lives. A journal in which
-      // nothing had been written down yet is left over even then, and no longer anybody's.
-      if (!run("BEGIN IMMEDIATE")) return;
-      std::filesystem::remove(journal, error);
-      run("ROLLBACK");
-    });
+      ::faccessat(AT_FDCWD, catalog.sPlace.c_str(), W_OK, AT_EACCESS) == 0 &&
+      !TakeBack(catalog.sPlace, journal)) {
+    throw Failure(
+        failure::kNoRights,
+        fmt::format("{} cannot be opened: a program of another user broke off in the "
+                    "middle of a change, and you have no right to its journal \"{}\"; ask "
+                    "the owner of that file to open the catalog once, or an administrator "
+                    "for the right to it.",
+                    SubjectOf(catalog), journal.string()),
+        "SQLite", EACCES);
   }
 }
 

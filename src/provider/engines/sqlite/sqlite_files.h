@@ -12,9 +12,10 @@ platform::Text SubjectOf(const Catalog& catalog);
 
 /// Fails with kServerNotFound, kNoRights or kNotADatabase when the catalog's file cannot be opened
 /// for a reason that SQLite does not tell apart. A change that a killed program left half done is
-/// taken back, if this user may write the file, as reading alone could not. A file in the log mode
-/// of older versions, in which every reader leaves files beside it that lock the others out, is
-/// taken out of it by its owner and refused to others.
+/// taken back, if this user may write the file, as reading alone could not; that fails with
+/// kNoRights where the journal is kept from him. A file in the log mode of older versions, in which
+/// every reader leaves files beside it that lock the others out, is taken out of it by its owner
+/// and refused to others.
 void CheckFile(const Catalog& catalog);
 
 /// The URI that opens the existing file and never makes one.

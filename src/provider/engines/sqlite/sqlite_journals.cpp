@@ -1,0 +1,64 @@
+#include "provider/engines/sqlite/sqlite_journals.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <string>
+
+#include "files/attributes.h"
+
+namespace orvane::provider::engines {
+namespace {
+
+void Share(const char* sJournal, const char* sDatabase) {
+  const files::Descriptor journal(open(sJournal, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  // One that cannot be shared does its work all the same.
+  if (journal) files::TakeAccess(sDatabase, journal);
+}
+
+class JournalSharing {
+ public:
+  JournalSharing() : m_base(sqlite3_vfs_find(nullptr)), m_vfs(*m_base) {
+    // A library that holds another one of these may be in the same process.
+    m_sName = "orvane-" + std::to_string(reinterpret_cast<std::uintptr_t>(this));
+    m_vfs.zName = m_sName.c_str();
+    m_vfs.pNext = nullptr;
+    m_vfs.xOpen = Open;
+    sqlite3_vfs_register(&m_vfs, 0);
+  }
+  JournalSharing(const JournalSharing&) = delete;
+  JournalSharing& operator=(const JournalSharing&) = delete;
+  ~JournalSharing() { sqlite3_vfs_unregister(&m_vfs); }
+
+  const char* Name() const { return m_sName.c_str(); }
+
+  static JournalSharing& The() {
+    static JournalSharing sharing;
+    return sharing;
+  }
+
+ private:
+  static int Open(sqlite3_vfs*, const char* sName, sqlite3_file* file, int nFlags,
+                  int* nResultFlags) {
+    sqlite3_vfs* const base = The().m_base;
+    const int nCode = base->xOpen(base, sName, file, nFlags, nResultFlags);
+    constexpr int kNew = SQLITE_OPEN_MAIN_JOURNAL | SQLITE_OPEN_CREATE;
+    if (nCode == SQLITE_OK && (nFlags & kNew) == kNew)
+      Share(sName, sqlite3_filename_database(sName));
+    return nCode;
+  }
+
+  sqlite3_vfs* m_base;
+  sqlite3_vfs m_vfs;
+  std::string m_sName;
+};
+
+}  // namespace
+
+const char* SharedJournals() {
+  return JournalSharing::The().Name();
+}
+
+}  // namespace orvane::provider::engines

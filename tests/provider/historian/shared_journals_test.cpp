@@ -1,0 +1,98 @@
+// The journals of catalogs that several users change: whoever may write one may take back what a
+// killed colleague left half done.
+#include "tests/provider/historian/colleagues.h"
+#include "tests/provider/historian/historian_fixture.h"
+#include "tests/provider/historian/killed_program.h"
+
+namespace orvane::provider::historian {
+namespace {
+
+using platform::Text;
+using tests::As;
+using tests::kColleague;
+using tests::kColleaguesGroup;
+using tests::kGroup;
+using tests::kOwner;
+namespace fs = std::filesystem;
+
+class shared_journals : public HistorianFixture {
+ protected:
+  void SetUp() override {
+    // Only an administrator can become somebody else.
+    if (geteuid() != 0) return;
+    m_bAdministrator = true;
+    ASSERT_EQ(chown(m_root.Path().c_str(), kOwner, kGroup), 0);
+    ASSERT_EQ(
+        As(kOwner, [&] { return Open()->CreateCatalog("Plant1", "", 0, {}).sName != "Plant1"; }),
+        0);
+    for (const auto& entry : fs::recursive_directory_iterator(m_root.Path())) {
+      ASSERT_EQ(chmod(entry.path().c_str(), entry.is_directory() ? 0770 : 0660), 0);
+    }
+    ASSERT_EQ(chmod(m_root.Path().c_str(), 0770), 0);
+  }
+  int Write() { return Rows(*Open()->Find("Plant1", {})) == "1" ? 0 : 1; }
+  // A colleague whose own group is another one is killed before the n-th change that he makes.
+  tests::Ended KillColleague(int nCall) {
+    return tests::KilledBefore(nCall, [&] {
+      if (setgroups(1, &kGroup) != 0 || setgid(kColleaguesGroup) != 0 || setuid(kColleague) != 0) {
+        _exit(1);
+      }
+      Write();
+    });
+  }
+
+  bool m_bAdministrator = false;
+  fs::path m_file = m_root.Historian() / "catalogs" / "Plant1.db";
+  fs::path m_journal = m_file.string() + "-journal";
+};
+
+TEST_F(shared_journals, of_a_killed_colleague_are_taken_back_by_the_owner) {
+  if (!m_bAdministrator) return;
+  int nJournals = 0;
+  int nCall = 1;
+  for (;; ++nCall) {
+    const tests::Ended ended = KillColleague(nCall);
+    ASSERT_NE(ended, tests::Ended::Untraceable) << "this machine lets no process be traced";
+    struct stat journal {};
+    if (stat(m_journal.c_str(), &journal) == 0 && journal.st_size > 0) {
+      ++nJournals;
+      EXPECT_EQ(journal.st_uid, kColleague);
+      EXPECT_EQ(journal.st_gid, kGroup);
+      EXPECT_EQ(journal.st_mode & 07777U, 0660U);
+    }
+    EXPECT_EQ(As(kOwner, [&] { return Write(); }), 0) << "killed before the change " << nCall;
+    EXPECT_FALSE(fs::exists(m_journal));
+    if (ended != tests::Ended::Killed) break;
+  }
+  EXPECT_GT(nJournals, 2);
+}
+
+TEST_F(shared_journals, that_are_kept_from_the_owner_are_named) {
+  if (!m_bAdministrator) return;
+  for (int nCall = 1; !fs::exists(m_journal) || fs::file_size(m_journal) < 1024; ++nCall) {
+    ASSERT_EQ(KillColleague(nCall), tests::Ended::Killed);
+  }
+  // As older versions left it in a folder that is not of the group.
+  ASSERT_EQ(chown(m_journal.c_str(), kColleague, kColleaguesGroup), 0);
+  EXPECT_EQ(As(kOwner,
+               [&] {
+                 const Text sFailure = FailureOf([&] { Write(); });
+                 return sFailure ==
+                                "3801: The catalog \"Plant1\" cannot be opened: a program of "
+                                "another user broke off in the middle of a change, and you "
+                                "have no right to its journal \"" +
+                                    m_journal.string() +
+                                    "\"; ask the owner of that file to open the catalog once, "
+                                    "or an administrator for the right to it."
+                            ? 0
+                            : 1;
+               }),
+            0);
+  EXPECT_EQ(As(
+                kColleague, [&] { return Write(); }, kColleaguesGroup),
+            0);
+  EXPECT_EQ(As(kOwner, [&] { return Write(); }), 0);
+}
+
+}  // namespace
+}  // namespace orvane::provider::historian
