@@ -48,10 +48,13 @@ add_dependencies(console_scenarios_tests ORVOLEDBSnapIn ORVOLEDBCtls ORVOLEDB)
 
 orvane_test(console_program QT
   LINK orvane_component
-  SOURCES program_test.cpp
+  SOURCES
+    app/program_test.cpp
+    app/tour_test.cpp
   TIMEOUT 600)
 target_compile_definitions(console_program_tests PRIVATE
   ORVANE_CONSOLE="$<TARGET_FILE:orvane-console>"
+  ORVANE_TOUR="$<TARGET_FILE:orvane-tour>"
   ORVANE_HISTORIAN="$<TARGET_FILE:orvane-historian>"
   ORVANE_SNAP_IN="$<TARGET_FILE:ORVOLEDBSnapIn>"
   ORVANE_CONTROLS="$<TARGET_FILE:ORVOLEDBCtls>"
@@ -59,7 +62,7 @@ target_compile_definitions(console_program_tests PRIVATE
   ORVANE_SAMPLE="${CMAKE_SOURCE_DIR}/samples/Localhost.orvc"
   ORVANE_VERSION="${PROJECT_VERSION}")
 add_dependencies(console_program_tests
-  orvane-console orvane-historian ORVOLEDBSnapIn ORVOLEDBCtls ORVOLEDB)
+  orvane-console orvane-tour orvane-historian ORVOLEDBSnapIn ORVOLEDBCtls ORVOLEDB)
 
 # The whole job on a real screen with real mouse and keys, and the pictures of the user guide
 # taken in the same way.

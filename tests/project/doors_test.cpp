@@ -127,6 +127,10 @@ TEST(DoorsTest, a_session_is_at_work_without_a_window) {
   EXPECT_EQ(ReadDoors().at("console/session"), (std::set<std::string>{"platform", "qtcore"}));
 }
 
+TEST(DoorsTest, the_tour_knows_the_window_by_what_it_shows) {
+  EXPECT_EQ(ReadDoors().at("console/tour"), (std::set<std::string>{"platform", "qt"}));
+}
+
 TEST(DoorsTest, a_door_leads_to_a_room_or_to_something_bought) {
   const auto doors = ReadDoors();
   for (const auto& [sRoom, allowed] : doors) {

@@ -17,12 +17,12 @@ void Tell(QtMsgType type, const QMessageLogContext& /*context*/, const QString& 
   if (sDisplay.isEmpty()) {
     std::fputs(
         "orvane-console: there is no display to show a window on; start it on a desktop, or use "
-        "--tour with QT_QPA_PLATFORM=offscreen.\n",
+        "orvane-tour, which needs none.\n",
         stderr);
   } else {
     std::fprintf(stderr,
                  "orvane-console: the display \"%s\" cannot be used; start the program on a "
-                 "desktop that runs, or use --tour with QT_QPA_PLATFORM=offscreen.\n",
+                 "desktop that runs, or use orvane-tour, which needs none.\n",
                  sDisplay.constData());
   }
   std::fflush(stderr);

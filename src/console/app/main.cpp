@@ -13,7 +13,6 @@
 #include "console/app/display_guard.h"
 #include "console/app/host.h"
 #include "console/app/threads_end.h"
-#include "console/app/tour.h"
 #include "console/document/user_settings.h"
 #include "platform/failure.h"
 #include "platform/user_folders.h"
@@ -23,7 +22,6 @@ namespace {
 struct Arguments {
   std::string sDocument;
   std::string sRegistry;
-  std::string sTour;
 };
 
 void Describe(CLI::App& line, Arguments& arguments) {
@@ -31,9 +29,6 @@ void Describe(CLI::App& line, Arguments& arguments) {
   line.add_option("DOCUMENT", arguments.sDocument, "The console document to open");
   line.add_option("--registry", arguments.sRegistry,
                   "A folder of registered components to look in first")
-      ->type_name("DIR");
-  line.add_option("--tour", arguments.sTour,
-                  "Do the main job, print what is seen and leave pictures in the folder")
       ->type_name("DIR");
   line.set_version_flag("--version", std::string("orvane-console ") + ORVANE_VERSION);
 }
@@ -58,25 +53,6 @@ int Fail(const std::string& sSentence) {
 
 int FailToUnderstand(const CLI::ParseError& error) {
   return Fail(std::string(error.what()) + "; see orvane-console --help.");
-}
-
-// Without a screen the toolkit says at every turn which wishes its windows cannot have; of what
-// else it says somebody should hear.
-void TellOfToolkit(QtMsgType type, const QMessageLogContext& context, const QString& sText) {
-  if (sText.startsWith("This plugin does not support")) return;
-  std::cerr << qFormatLogMessage(type, context, sText).toStdString() << '\n';
-}
-
-int RunTour(orvane::console::MainWindow& window, const Arguments& arguments) {
-  using orvane::console::Tour;
-  qInstallMessageHandler(TellOfToolkit);
-  window.show();
-  try {
-    Tour(window, QDir(QString::fromStdString(arguments.sTour)), std::cout).Run(arguments.sDocument);
-    return 0;
-  } catch (const std::exception& e) {
-    return Fail(e.what());
-  }
 }
 
 }  // namespace
@@ -115,9 +91,6 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& e) {
     return FailToUnderstand(e);
   }
-  if (!arguments.sTour.empty() && arguments.sDocument.empty()) {
-    return Fail("A tour needs a document to open; name one after the folder.");
-  }
   if (std::error_code error;
       !arguments.sDocument.empty() && !std::filesystem::exists(arguments.sDocument, error)) {
     return Fail("There is no document " + arguments.sDocument +
@@ -136,9 +109,6 @@ int main(int argc, char** argv) {
                                    ? std::nullopt
                                    : std::optional<std::filesystem::path>(arguments.sRegistry));
     orvane::console::MainWindow window(host.Parts(settings ? &*settings : nullptr));
-    if (!arguments.sTour.empty()) {
-      return RunTour(window, arguments);
-    }
     // The document says where the window was and how large.
     if (arguments.sDocument.empty() || !window.OpenDocument(arguments.sDocument)) {
       if (!window.Session().IsOpen()) window.NewDocument();
