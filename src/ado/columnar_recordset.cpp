@@ -110,10 +110,10 @@ void ColumnarRecordset::MoveNext() {
 }
 
 void ColumnarRecordset::Position(RowIndex row) {
-  if (row < 0 || row > m_rowCount) {
+  if (row < 0 || row > RecordCount()) {
     throw Failure(failure::kOutOfRange, "The recordset has no position " + std::to_string(row) +
-                                            "; choose one from 0 to " + std::to_string(m_rowCount) +
-                                            ".");
+                                            "; choose one from 0 to " +
+                                            std::to_string(RecordCount()) + ".");
   }
   m_position = row;
 }
@@ -126,14 +126,79 @@ const platform::Field& ColumnarRecordset::FieldAt(ColumnIndex column) const {
   return m_fields->At(column);
 }
 
-Value ColumnarRecordset::ValueAt(RowIndex row, ColumnIndex column) const {
-  if (column < 0 || column >= FieldCount()) m_fields->At(column);
-  if (row < 0 || row >= m_rowCount) {
+void ColumnarRecordset::RequireRow(RowIndex row) const {
+  if (row < 0 || row >= RecordCount()) {
     throw Failure(failure::kNoCurrentRow, "The recordset has no row number " + std::to_string(row) +
-                                              ": it has " + std::to_string(m_rowCount) +
+                                              ": it has " + std::to_string(RecordCount()) +
                                               " rows, counted from 0.");
   }
+}
+
+void ColumnarRecordset::RequireCell(RowIndex row, ColumnIndex column) const {
+  if (column < 0 || column >= FieldCount()) m_fields->At(column);
+  RequireRow(row);
+}
+
+Value ColumnarRecordset::ValueAt(RowIndex row, ColumnIndex column) const {
+  if (!m_overlay.Empty()) {
+    if (const Value* edit = m_overlay.EditAt(row, column)) return *edit;
+  }
+  return OriginalAt(row, column);
+}
+
+Value ColumnarRecordset::OriginalAt(RowIndex row, ColumnIndex column) const {
+  RequireCell(row, column);
+  if (!m_overlay.Empty()) {
+    if (const Value* stored = m_overlay.StoredAt(row, column)) return *stored;
+    if (row >= m_rowCount) return {};
+  }
   return m_columns[static_cast<std::size_t>(column)].ValueAt(row);
+}
+
+platform::RowState ColumnarRecordset::StateAt(RowIndex row) const {
+  RequireRow(row);
+  return m_overlay.StateAt(row);
+}
+
+platform::Boolean ColumnarRecordset::IsEdited(RowIndex row, ColumnIndex column) const {
+  RequireCell(row, column);
+  return m_overlay.EditAt(row, column) != nullptr;
+}
+
+void ColumnarRecordset::ValueAt(RowIndex row, ColumnIndex column, const Value& vtValue) {
+  RequireCell(row, column);
+  RequirePlain(vtValue);
+  m_overlay.Set(row, column, vtValue);
+}
+
+void ColumnarRecordset::Restore(RowIndex row, ColumnIndex column) {
+  RequireCell(row, column);
+  m_overlay.Restore(row, column);
+}
+
+RowIndex ColumnarRecordset::AddNew() {
+  if (State() == platform::FetchState::Running) {
+    throw Failure(failure::kNotSupported,
+                  "No row can be added while rows are still being fetched: wait for the last one, "
+                  "or stop the fetch.");
+  }
+  return m_overlay.AddNew(m_rowCount);
+}
+
+void ColumnarRecordset::Delete(RowIndex row) {
+  RequireRow(row);
+  m_overlay.Delete(row);
+}
+
+void ColumnarRecordset::CancelUpdate(RowIndex row) {
+  RequireRow(row);
+  m_overlay.Cancel(row);
+}
+
+void ColumnarRecordset::Accept(RowIndex row, std::span<const Value> stored) {
+  RequireRow(row);
+  if (!stored.empty()) RequireRowOf(m_columns.size(), stored);
+  m_overlay.Accept(row, stored);
 }
 
 }  // namespace orvane::ado

@@ -2,15 +2,16 @@
 // Made by RecordsetBuilder, used by the snap-in and the grids; one thread at a time. It owns its
 // rows and knows no connection, so it stays usable when that is closed.
 //
-// What was fetched never changes. Every reader comes through ValueAt, so that edited cells and new
-// rows can be laid over the fetched ones there, by row and column number, until they are sent; the
-// fetched values then serve as the originals by which an update names its row.
+// What was fetched never changes. Every reader comes through ValueAt, where edited cells and new
+// rows lie over the fetched ones, by row and column number, until they are sent; the fetched values
+// then serve as the originals by which an update names its row.
 #pragma once
 
 #include <memory>
 #include <vector>
 
 #include "ado/recordset_builder.h"
+#include "ado/row_overlay.h"
 
 namespace orvane::ado {
 
@@ -22,15 +23,15 @@ class ColumnarRecordset final : public platform::Recordset {
   ~ColumnarRecordset() override;
 
   platform::Fields& Fields() override;
-  platform::Boolean Eof() const override { return m_position == m_rowCount; }
-  platform::Boolean Bof() const override { return m_rowCount == 0; }
+  platform::Boolean Eof() const override { return m_position == RecordCount(); }
+  platform::Boolean Bof() const override { return RecordCount() == 0; }
   void MoveNext() override;
   void MoveFirst() override { m_position = 0; }
-  void MoveLast() override { m_position = m_rowCount == 0 ? 0 : m_rowCount - 1; }
+  void MoveLast() override { m_position = Bof() ? 0 : RecordCount() - 1; }
   platform::RowIndex Position() const override { return m_position; }
   /// Fails with failure::kOutOfRange outside 0..RecordCount.
   void Position(platform::RowIndex row) override;
-  platform::RowIndex RecordCount() const override { return m_rowCount; }
+  platform::RowIndex RecordCount() const override { return m_rowCount + m_overlay.NewCount(); }
   platform::ColumnIndex FieldCount() const override;
   /// Fails with failure::kItemNotFound when there is no such column.
   const platform::Field& FieldAt(platform::ColumnIndex column) const override;
@@ -40,12 +41,33 @@ class ColumnarRecordset final : public platform::Recordset {
   platform::Boolean Truncated() const override { return m_bTruncated; }
   std::chrono::microseconds Elapsed() const override { return m_elapsed; }
 
+  // The overlay. Rows and columns that do not exist fail as in ValueAt.
+  platform::RowIndex FetchedCount() const override { return m_rowCount; }
+  platform::Value OriginalAt(platform::RowIndex row, platform::ColumnIndex column) const override;
+  platform::RowState StateAt(platform::RowIndex row) const override;
+  platform::Boolean IsEdited(platform::RowIndex row, platform::ColumnIndex column) const override;
+  std::vector<platform::RowIndex> PendingRows() const override { return m_overlay.PendingRows(); }
+  /// Fails with failure::kTypeMismatch for an object, with kNotSupported in a deleted row.
+  void ValueAt(platform::RowIndex row, platform::ColumnIndex column,
+               const platform::Value& vtValue) override;
+  void Restore(platform::RowIndex row, platform::ColumnIndex column) override;
+  /// Fails with failure::kNotSupported while rows are fetched: they would take its number.
+  platform::RowIndex AddNew() override;
+  void Delete(platform::RowIndex row) override;
+  void CancelUpdate(platform::RowIndex row) override;
+  /// Fails with failure::kInvalidArgument for another number of values than there are columns.
+  void Accept(platform::RowIndex row, std::span<const platform::Value> stored = {}) override;
+
  private:
   class ColumnField;
   class FieldList;
 
+  void RequireRow(platform::RowIndex row) const;
+  void RequireCell(platform::RowIndex row, platform::ColumnIndex column) const;
+
   std::vector<Column> m_columns;
   std::unique_ptr<FieldList> m_fields;
+  RowOverlay m_overlay;
   platform::RowIndex m_rowCount;
   platform::RowIndex m_position = 0;
   platform::Boolean m_bTruncated;

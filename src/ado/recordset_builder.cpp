@@ -1,31 +1,35 @@
 #include "ado/recordset_builder.h"
 
-#include <algorithm>
-
 #include "ado/columnar_recordset.h"
 #include "platform/failure.h"
 
 namespace orvane::ado {
 
+using platform::Failure;
+namespace failure = platform::failure;
+
+void RequirePlain(const platform::Value& vtValue) {
+  if (vtValue.Kind() != platform::ValueKind::Object) return;
+  throw Failure(failure::kTypeMismatch,
+                "A recordset cannot hold an object: give it a plain value.");
+}
+
+void RequireRowOf(std::size_t columns, std::span<const platform::Value> vtValues) {
+  if (vtValues.size() != columns) {
+    throw Failure(failure::kInvalidArgument, "A row of " + std::to_string(vtValues.size()) +
+                                                 " values does not fit a recordset of " +
+                                                 std::to_string(columns) +
+                                                 " columns; give it a value for each.");
+  }
+  for (const platform::Value& vtValue : vtValues) RequirePlain(vtValue);
+}
+
 RecordsetBuilder::RecordsetBuilder(std::vector<ColumnDescription> columns)
     : m_descriptions(std::move(columns)), m_columns(m_descriptions.size()) {}
 
 void RecordsetBuilder::AppendRow(std::span<const platform::Value> vtValues) {
-  using platform::Failure;
-  namespace failure = platform::failure;
-  if (vtValues.size() != m_columns.size()) {
-    throw Failure(failure::kInvalidArgument, "A row of " + std::to_string(vtValues.size()) +
-                                                 " values does not fit a recordset of " +
-                                                 std::to_string(m_columns.size()) +
-                                                 " columns; give it a value for each.");
-  }
   // Refused before the first cell is in, so that all columns stay equally long.
-  if (std::ranges::any_of(vtValues, [](const platform::Value& vtValue) {
-        return vtValue.Kind() == platform::ValueKind::Object;
-      })) {
-    throw Failure(failure::kTypeMismatch,
-                  "A recordset cannot hold an object: give it a plain value.");
-  }
+  RequireRowOf(m_columns.size(), vtValues);
   for (std::size_t i = 0; i < vtValues.size(); ++i) m_columns[i].AppendValue(vtValues[i]);
 }
 

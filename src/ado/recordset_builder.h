@@ -22,6 +22,12 @@ struct ColumnDescription {
   platform::Boolean bNullable = true;
 };
 
+/// Fails with failure::kTypeMismatch for an object, which no recordset holds.
+void RequirePlain(const platform::Value& vtValue);
+/// Fails as RequirePlain does, and with failure::kInvalidArgument unless there is a value for each
+/// column.
+void RequireRowOf(std::size_t columns, std::span<const platform::Value> vtValues);
+
 class RecordsetBuilder {
  public:
   explicit RecordsetBuilder(std::vector<ColumnDescription> columns);
