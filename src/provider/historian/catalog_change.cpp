@@ -58,7 +58,7 @@ CatalogChange::CatalogChange(const fs::path& folder, const fs::path& stored)
 
 void CatalogChange::Make(std::string_view sStatements) const {
   MakeHidden(m_file, m_hidden, sStatements);
-  LinkHidden(m_hidden, m_file);
+  NameHidden(m_hidden, m_file);
 }
 
 void CatalogChange::Hide() const {
@@ -75,11 +75,25 @@ void CatalogChange::Finish(bool bRecorded) const {
     if (!bRecorded) fs::remove(m_file, error);
     RemoveCatalogFile(m_hidden);
   } else if (!bRecorded) {
+    // Made where a file has one name only.
+    if (!fs::exists(m_hidden, error) && fs::is_regular_file(m_file, error) &&
+        WasHidden(m_file, m_hidden)) {
+      RemoveCatalogFile(m_file);
+    }
     RemoveCatalogFile(m_hidden);
   }
   // Otherwise somebody has put another file into the place of the hidden one; both stay. So does
   // the note, as long as there is something left to be done.
   if (!fs::exists(m_hidden, error)) fs::remove(m_note, error);
+}
+
+void CatalogChange::LeaveFile(const fs::path& folder, const fs::path& stored) {
+  for (const auto& entry : Entries(folder)) {
+    std::error_code error;
+    if (IsNote(entry) && fs::read_symlink(entry.path(), error) == stored) {
+      fs::remove(entry.path(), error);
+    }
+  }
 }
 
 bool CatalogChange::AnyLeft(const fs::path& folder) {

@@ -23,6 +23,10 @@ class CatalogChange {
   /// Puts the file into the state that the record has come to, and takes the note away.
   void Finish(bool bRecorded) const;
 
+  /// Forgets what is noted of the catalog's file: its record goes and the file is to stay, also
+  /// where its disk is away and comes back.
+  static void LeaveFile(const std::filesystem::path& folder, const std::filesystem::path& stored);
+
   /// True when programs that broke off have left something in the historian's folder.
   static bool AnyLeft(const std::filesystem::path& folder);
   /// Finishes all changes that are noted and removes what else broken-off programs left. Nobody

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <random>
 
 #include "files/attributes.h"
@@ -44,6 +45,24 @@ void Execute(sqlite3* database, const char* sSql, const fs::path& file) {
   throw Failure(failure::kKeyExists, "There is a file " + file.string() +
                                          " already; move it away, or choose another name or "
                                          "folder.");
+}
+
+bool HasNoLinks(int nSystemError) {
+  return nSystemError == EPERM || nSystemError == EOPNOTSUPP || nSystemError == EMLINK ||
+         nSystemError == ENOSYS;
+}
+
+// What a file of that hidden name is marked with: a number that no file has by itself.
+Text MarkOf(const fs::path& hidden) {
+  const Text sDigits = hidden.extension().string().substr(1);
+  constexpr std::size_t kDigits = 7;
+  return std::to_string(std::stol(sDigits.substr(0, kDigits), nullptr, 16) + 1);
+}
+
+void MarkHidden(const fs::path& hidden, const fs::path& file) {
+  const auto [database, nResult] = engines::OpenDatabase(hidden.c_str(), SQLITE_OPEN_READWRITE);
+  if (nResult != SQLITE_OK) FailToWrite(file, database.get());
+  Execute(database.get(), ("PRAGMA user_version = " + MarkOf(hidden)).c_str(), file);
 }
 
 }  // namespace
@@ -99,7 +118,7 @@ void MakeHidden(const fs::path& file, const fs::path& hidden, std::string_view s
   }
 }
 
-void LinkHidden(const fs::path& hidden, const fs::path& file) {
+void NameHidden(const fs::path& hidden, const fs::path& file) {
   // A journal without its database would be taken for the new one's.
   for (const char* const sEnd : {"-journal", "-wal"}) {
     const fs::path belonging = file.string() + sEnd;
@@ -108,15 +127,42 @@ void LinkHidden(const fs::path& hidden, const fs::path& file) {
   }
   // Unlike a rename, a link never takes the place of a file that is there.
   if (link(hidden.c_str(), file.c_str()) == 0) return;
+  if (HasNoLinks(errno)) {
+    // The file bears its hidden name within, so that it can be told without it.
+    MarkHidden(hidden, file);
+    if (renameat2(AT_FDCWD, hidden.c_str(), AT_FDCWD, file.c_str(), RENAME_NOREPLACE) == 0) return;
+    if (errno == EINVAL || errno == ENOSYS) {
+      throw Failure(failure::kStorage,
+                    "The file " + file.string() +
+                        " cannot be made, as its disk knows no safe way to name a new file; choose "
+                        "another folder.",
+                    "ORVOLEDB", errno);
+    }
+  }
   if (errno == EEXIST) FailThere(file);
   FailToWriteCatalogFile(file, errno, errno);
+}
+
+bool WasHidden(const fs::path& file, const fs::path& hidden) {
+  const auto [database, nResult] = engines::OpenDatabase(file.c_str(), SQLITE_OPEN_READONLY);
+  Text sMark;
+  if (nResult == SQLITE_OK) {
+    sqlite3_exec(
+        database.get(), "PRAGMA user_version",
+        [](void* mark, int, char** sValues, char**) {
+          *static_cast<Text*>(mark) = sValues[0];
+          return 0;
+        },
+        &sMark, nullptr);
+  }
+  return sMark == MarkOf(hidden);
 }
 
 void MakeCatalogFile(const fs::path& file, std::string_view sStatements) {
   const fs::path hidden = HiddenName(file);
   MakeHidden(file, hidden, sStatements);
   try {
-    LinkHidden(hidden, file);
+    NameHidden(hidden, file);
   } catch (const Failure&) {
     RemoveCatalogFile(hidden);
     throw;

@@ -28,8 +28,11 @@ bool IsHiddenName(std::string_view sFileName);
 /// Makes the database under a name of its own.
 void MakeHidden(const std::filesystem::path& file, const std::filesystem::path& hidden,
                 std::string_view sStatements);
-/// Gives the complete hidden file its name as well. Fails as MakeCatalogFile does.
-void LinkHidden(const std::filesystem::path& hidden, const std::filesystem::path& file);
+/// Gives the complete hidden file its name as well, or, where files have one name only, its name in
+/// place of the hidden one. Fails as MakeCatalogFile does.
+void NameHidden(const std::filesystem::path& hidden, const std::filesystem::path& file);
+/// True for a file that has lost that hidden name to NameHidden.
+bool WasHidden(const std::filesystem::path& file, const std::filesystem::path& hidden);
 
 /// Moves a file and what belongs to it; one that is gone meanwhile is no failure. What is moved
 /// away cannot be opened without what belongs to it at any moment.

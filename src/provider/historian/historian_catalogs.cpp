@@ -211,7 +211,10 @@ void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
             FailToWriteCatalogFile(record.file, EACCES, EACCES);
           }
           held.emplace(record.file, record.sName, stop);
-          if (!bGoes) return;
+          if (!bGoes) {
+            CatalogChange::LeaveFile(m_folder, record.stored);
+            return;
+          }
           const CatalogChange change(m_folder, record.stored);
           change.Hide();
         },
@@ -234,6 +237,7 @@ CatalogRecord Historian::DetachCatalog(const Text& sName, std::stop_token stop) 
         FinishChanges();
         detached = Forget(sName, "detach", "detached", stop);
         held.emplace(detached.file, detached.sName, stop);
+        CatalogChange::LeaveFile(m_folder, detached.stored);
       },
       stop);
   return detached;

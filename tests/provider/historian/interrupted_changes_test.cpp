@@ -5,7 +5,9 @@
 #include "provider/historian/catalog_file.h"
 #include "provider/historian/functions_catalog.h"
 #include "provider/historian/new_historian.h"
+#include "tests/fakes/processes.h"
 #include "tests/provider/historian/historian_fixture.h"
+#include "tests/provider/historian/poor_disk.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -155,6 +157,61 @@ TEST_F(interrupted_changes, a_file_that_was_put_in_the_place_of_a_hidden_one_sta
   Open();
   EXPECT_EQ(Rows(record), "1");
   EXPECT_FALSE(fs::exists(hidden));
+}
+
+TEST_F(interrupted_changes, where_files_have_one_name_are_made_all_the_same) {
+  EXPECT_EQ(fakes::InChild([&] {
+              if (!tests::HaveNoHardLinks()) return 1;
+              const auto record = Open()->CreateCatalog("Plant1", "", 0, {});
+              if (Rows(record) != "1") return 2;
+              Open()->DropCatalog("Plant1", {});
+              // A file that somebody else has put there stays.
+              std::ofstream(record.file) << "a copy";
+              return FailureOf([&] { MakeCatalogFile(record.file, ""); }).starts_with("457:") ? 0
+                                                                                              : 3;
+            }),
+            0);
+  EXPECT_EQ(Content(m_root.Historian() / "catalogs"), std::set<Text>{"Plant1.db"});
+  EXPECT_EQ(fs::file_size(m_root.Historian() / "catalogs" / "Plant1.db"), 6U);
+}
+
+TEST_F(interrupted_changes, are_refused_where_no_name_is_safe) {
+  const fs::path file = m_root.Historian() / "catalogs" / "Plant1.db";
+  EXPECT_EQ(fakes::InChild([&] {
+              if (!tests::HaveNoSafeNames()) return 1;
+              return FailureOf([&] { Open()->CreateCatalog("Plant1", "", 0, {}); }) ==
+                             "3807: The file " + file.string() +
+                                 " cannot be made, as its disk knows no safe way to name a new "
+                                 "file; choose another folder."
+                         ? 0
+                         : 2;
+            }),
+            0);
+  EXPECT_TRUE(fs::is_empty(file.parent_path()));
+  EXPECT_EQ(Names(*Open()), "Functions Orvane ");
+}
+
+TEST_F(interrupted_changes, a_catalog_let_go_of_while_its_disk_is_away_keeps_its_file) {
+  const fs::path disk = m_root.Path() / "disk";
+  fs::create_directory(disk);
+  for (const bool bDetached : {true, false}) {
+    const auto record = m_opened.CreateCatalog("Plant1", disk.string(), 0, {});
+    const fs::path hidden = disk / ".Plant1.db.0123456789abcdef";
+    // As a kill right after it was recorded leaves it.
+    fs::create_hard_link(record.file, hidden);
+    fs::create_symlink(record.stored, m_root.Historian() / ".change.Plant1.db.0123456789abcdef");
+    fs::rename(disk, m_root.Path() / "away");
+    if (bDetached) {
+      m_opened.DetachCatalog("Plant1", {});
+    } else {
+      m_opened.DropCatalog("Plant1", {});
+    }
+    fs::rename(m_root.Path() / "away", disk);
+    EXPECT_EQ(Names(*Open()), "Functions Orvane ");
+    EXPECT_EQ(Rows(record), "1");
+    fs::remove(hidden);
+    fs::remove(record.file);
+  }
 }
 
 TEST_F(interrupted_changes, folders_of_historians_in_the_making_go_with_their_makers) {

@@ -5,6 +5,7 @@
 #include "provider/historian/functions_catalog.h"
 #include "tests/provider/historian/historian_fixture.h"
 #include "tests/provider/historian/killed_program.h"
+#include "tests/provider/historian/poor_disk.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -72,6 +73,16 @@ TEST_F(killed_programs, in_create_database_at_a_path_of_its_own) {
   KillAtEachStep([&] { Open(); },
                  [&] { Open()->CreateCatalog("Plant1", m_elsewhere.string(), 0, {}); },
                  [&] { ExpectWholeOrNotAtAll(m_elsewhere.string()); });
+}
+
+TEST_F(killed_programs, in_create_database_where_files_have_one_name) {
+  for (const Text& sPath : {Text(), m_elsewhere.string()}) {
+    KillAtEachStep([&] { Open(); },
+                   [&] {
+                     if (tests::HaveNoHardLinks()) Open()->CreateCatalog("Plant1", sPath, 0, {});
+                   },
+                   [&] { ExpectWholeOrNotAtAll(sPath); });
+  }
 }
 
 TEST_F(killed_programs, in_drop_database) {
