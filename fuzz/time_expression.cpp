@@ -1,6 +1,6 @@
 // Any text may be compared with a time column: it is a time that the system handles, or an error
 // at a place inside the text.
-#include "provider/dialect/time_expression.h"
+#include "zones/time_expression.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -8,13 +8,13 @@
 #include <variant>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace orvane::provider::dialect;
-  static const orvane::zones::TimeZone zone("Europe/Madrid");
+  using namespace orvane::zones;
+  static const TimeZone zone("Europe/Madrid");
   const std::string_view sText(reinterpret_cast<const char*>(data), size);
   const orvane::platform::Timestamp now(std::chrono::seconds(1700000000));
   const auto result = ReadTimeExpression(sText, zone, now);
   if (const auto* const timestamp = std::get_if<orvane::platform::Timestamp>(&result)) {
-    if (!orvane::zones::IsInRange(*timestamp)) std::abort();
+    if (!IsInRange(*timestamp)) std::abort();
   } else if (std::get<TimeExpressionError>(result).position > size) {
     std::abort();
   }

@@ -12,7 +12,6 @@ list(APPEND PROVIDER_SOURCES
   dialect/statement_reader.cpp
   dialect/table_names.cpp
   dialect/time_conversions.cpp
-  dialect/time_expression.cpp
   dialect/time_functions.cpp
   dialect/time_kinds.cpp
   dialect/time_meetings.cpp

@@ -5,7 +5,6 @@ orvane_test(dialect
     dialect/lexer_test.cpp
     dialect/statement_reader_test.cpp
     dialect/time_comparisons_test.cpp
-    dialect/time_expression_test.cpp
     dialect/time_meetings_test.cpp
     dialect/time_random_test.cpp
     dialect/translator_limits_test.cpp

@@ -4,8 +4,8 @@
 
 #include "platform/failure.h"
 #include "provider/dialect/time_analysis.h"
-#include "provider/dialect/time_expression.h"
 #include "provider/dialect/time_functions.h"
+#include "zones/time_expression.h"
 
 namespace orvane::provider::dialect {
 
@@ -66,8 +66,9 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds) {
     case ExprKind::String: {
       CheckKept(expr);
       const Text& sText = At(expr.range.begin).sText;
-      const auto time = ReadTimeExpression(sText, m_place.settings.zone, m_place.settings.now);
-      if (const auto* const error = std::get_if<TimeExpressionError>(&time)) {
+      const auto time =
+          zones::ReadTimeExpression(sText, m_place.settings.zone, m_place.settings.now);
+      if (const auto* const error = std::get_if<zones::TimeExpressionError>(&time)) {
         Fail(expr.range.begin, "'" + sText + "' is no time",
              "at its character " + CharacterNumber(sText, error->position) + " " + error->sReason);
       }

@@ -4,7 +4,7 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
-#include "provider/dialect/time_expression.h"
+#include "zones/time_expression.h"
 
 namespace orvane::provider::dialect {
 namespace {
@@ -28,8 +28,8 @@ Text Shown(const Text& sText) {
 }
 
 Value ReadText(const Text& sText, const zones::TimeZone& zone, Timestamp now) {
-  const auto time = ReadTimeExpression(sText, zone, now);
-  if (const auto* const error = std::get_if<TimeExpressionError>(&time)) {
+  const auto time = zones::ReadTimeExpression(sText, zone, now);
+  if (const auto* const error = std::get_if<zones::TimeExpressionError>(&time)) {
     FailNoTime(Shown(sText), "at its character " + CharacterNumber(sText, error->position) + " " +
                                  error->sReason);
   }

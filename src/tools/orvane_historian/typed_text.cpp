@@ -6,8 +6,8 @@
 
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
-#include "provider/dialect/time_expression.h"
 #include "provider/engines/sqlite/sqlite_types.h"
+#include "zones/time_expression.h"
 
 namespace orvane::tools {
 namespace {
@@ -83,7 +83,7 @@ std::optional<Value> ReadTyped(DataType type, std::string_view sText, const zone
     case DataType::Boolean:
       return ReadBoolean(sText);
     case DataType::DBTimeStamp: {
-      const auto time = provider::dialect::ReadTimeExpression(sText, zone, now);
+      const auto time = zones::ReadTimeExpression(sText, zone, now);
       if (const auto* const timestamp = std::get_if<platform::Timestamp>(&time)) {
         return Value(*timestamp);
       }

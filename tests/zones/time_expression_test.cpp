@@ -1,10 +1,10 @@
-#include "provider/dialect/time_expression.h"
+#include "zones/time_expression.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/conversions.h"
 
-namespace orvane::provider::dialect {
+namespace orvane::zones {
 namespace {
 
 using platform::Text;
@@ -13,15 +13,15 @@ using namespace std::chrono;
 
 Timestamp Utc(int nYear, unsigned nMonth, unsigned nDay, int nHour = 0, int nMinute = 0,
               int nSecond = 0) {
-  return sys_days(year{nYear} / month{nMonth} / day{nDay}) + hours(nHour) + minutes(nMinute) +
-         seconds(nSecond);
+  return date::sys_days(date::year{nYear} / date::month{nMonth} / date::day{nDay}) + hours(nHour) +
+         minutes(nMinute) + seconds(nSecond);
 }
 
 // Wednesday noon and some, in UTC.
 const Timestamp kNow = Utc(2024, 5, 15, 12, 34, 56);
 
 Text ReadTime(std::string_view sText, std::string_view sZone = "UTC", Timestamp now = kNow) {
-  const auto result = ReadTimeExpression(sText, zones::TimeZone(sZone), now);
+  const auto result = ReadTimeExpression(sText, TimeZone(sZone), now);
   if (const auto* const error = std::get_if<TimeExpressionError>(&result)) {
     return "error at " + std::to_string(error->position) + ": " + error->sReason;
   }
@@ -177,7 +177,7 @@ TEST(time_expression, says_where_and_why_a_text_has_no_meaning) {
 
 TEST(time_expression, survives_every_text_of_three_of_its_characters) {
   const Text sCharacters = "*tyTY0129-+:.,smhdwo zZ\xC3";
-  const zones::TimeZone zone("Europe/Berlin");
+  const TimeZone zone("Europe/Berlin");
   int nTimes = 0;
   for (const char a : sCharacters) {
     for (const char b : sCharacters) {
@@ -189,7 +189,7 @@ TEST(time_expression, survives_every_text_of_three_of_its_characters) {
             EXPECT_LE(error->position, sText.size()) << sText;
             EXPECT_FALSE(error->sReason.empty()) << sText;
           } else {
-            EXPECT_TRUE(zones::IsInRange(std::get<Timestamp>(result))) << sText;
+            EXPECT_TRUE(IsInRange(std::get<Timestamp>(result))) << sText;
             ++nTimes;
           }
         }
@@ -200,4 +200,4 @@ TEST(time_expression, survives_every_text_of_three_of_its_characters) {
 }
 
 }  // namespace
-}  // namespace orvane::provider::dialect
+}  // namespace orvane::zones

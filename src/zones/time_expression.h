@@ -1,6 +1,7 @@
 // Time expressions: "*" (now), "t" (today), "y" (yesterday) or an ISO 8601 date and time, then any
 // number of steps such as "-1h" or "+8h-30m".
-// Used wherever a statement compares a text with a time column.
+// Used wherever a statement compares a text with a time column, and where such a text is typed; any
+// thread.
 #pragma once
 
 #include <string_view>
@@ -8,7 +9,7 @@
 
 #include "zones/time_zone.h"
 
-namespace orvane::provider::dialect {
+namespace orvane::zones {
 
 /// Why a text is no time expression.
 struct TimeExpressionError {
@@ -23,7 +24,8 @@ struct TimeExpressionError {
 /// s, m and h (whole or with a fraction) are spans of time, whatever the clocks do between; d, w,
 /// mo and y (whole) count on the calendar and keep the time of day. Where the month that is
 /// reached is too short, its last day is meant. Times outside the years 1 to 9999 are refused.
-std::variant<platform::Timestamp, TimeExpressionError> ReadTimeExpression(
-    std::string_view sText, const zones::TimeZone& zone, platform::Timestamp now);
+std::variant<platform::Timestamp, TimeExpressionError> ReadTimeExpression(std::string_view sText,
+                                                                          const TimeZone& zone,
+                                                                          platform::Timestamp now);
 
-}  // namespace orvane::provider::dialect
+}  // namespace orvane::zones

@@ -1,9 +1,9 @@
-#include "provider/dialect/time_expression.h"
+#include "zones/time_expression.h"
 
 #include <cstdint>
 #include <optional>
 
-namespace orvane::provider::dialect {
+namespace orvane::zones {
 namespace {
 
 using namespace std::chrono;
@@ -41,7 +41,7 @@ microseconds Span(Unit unit) {
 
 class TimeReader {
  public:
-  TimeReader(std::string_view sText, const zones::TimeZone& zone, Timestamp now)
+  TimeReader(std::string_view sText, const TimeZone& zone, Timestamp now)
       : m_sText(sText), m_zone(zone), m_now(now) {}
 
   std::variant<Timestamp, TimeExpressionError> Read() {
@@ -68,7 +68,7 @@ class TimeReader {
     return std::nullopt;
   }
   std::optional<Timestamp> Checked(std::optional<Timestamp> time, std::size_t position) {
-    if (time && zones::IsInRange(*time)) return time;
+    if (time && IsInRange(*time)) return time;
     return FailAt(position, "the time is outside the years 1 to 9999");
   }
 
@@ -110,7 +110,7 @@ class TimeReader {
     if (!nDay) return FailAt(start, "a date is written as in 2024-05-31");
     const auto ymd = date::year{*nYear} / *nMonth / *nDay;
     if (*nYear == 0 || !ymd.ok()) return FailAt(start, "there is no such date");
-    zones::LocalTime local{date::local_days(ymd)};
+    LocalTime local{date::local_days(ymd)};
     if (!StartsTimeOfDay()) return Checked(m_zone.ToTimestamp(local), start);
     ++m_position;
     const auto timeOfDay = ReadTimeOfDay();
@@ -261,7 +261,7 @@ class TimeReader {
     constexpr std::int64_t kMaxDays = 4'000'000;
     const std::int64_t llDays = unit == Unit::Week ? llCount * 7 : llCount;
     if (llDays > kMaxDays || llDays < -kMaxDays) return std::nullopt;
-    const zones::LocalTime local = m_zone.ToLocal(time);
+    const LocalTime local = m_zone.ToLocal(time);
     const auto day = date::floor<date::days>(local);
     const auto timeOfDay = local - day;
     if (unit == Unit::Day || unit == Unit::Week) {
@@ -279,7 +279,7 @@ class TimeReader {
   }
 
   std::string_view m_sText;
-  const zones::TimeZone& m_zone;
+  const TimeZone& m_zone;
   Timestamp m_now;
   std::size_t m_position = 0;
   TimeExpressionError m_error;
@@ -288,9 +288,9 @@ class TimeReader {
 }  // namespace
 
 std::variant<Timestamp, TimeExpressionError> ReadTimeExpression(std::string_view sText,
-                                                                const zones::TimeZone& zone,
+                                                                const TimeZone& zone,
                                                                 Timestamp now) {
   return TimeReader(sText, zone, now).Read();
 }
 
-}  // namespace orvane::provider::dialect
+}  // namespace orvane::zones
