@@ -25,39 +25,55 @@ constexpr int kMostReplacementTries = 40;
   throw std::system_error(iError, std::generic_category());
 }
 
+/// A name beside the file's own.
+fs::path Beside(const fs::path& file, const char* sEnd) {
+  Text sName = file.filename().string();
+  // A name may be as long as the file system lets it; with more to it, it would be too long.
+  constexpr std::size_t kLongest = 200;
+  if (sName.size() > kLongest) {
+    const std::size_t uRest = std::hash<Text>{}(sName);
+    sName = sName.substr(0, kLongest) + "." + std::to_string(uRest);
+  }
+  return file.parent_path() / ("." + sName + sEnd);
+}
+
 /// The file beside the one that is replaced. It carries the lock of its writer from its first
-/// moment, so that one left behind by a crash is known by having none.
+/// moment, so that one left behind by a crash is known by having none. Only when it is whole does
+/// it take the place of a copy that a save before has left, which may be the only good one.
 class Successor {
  public:
   Successor(const fs::path& target, const ReplaceOptions& options)
-      : m_path(SuccessorOf(target)), m_options(options) {
+      : m_path(Beside(target, ".writing")), m_copy(SuccessorOf(target)), m_options(options) {
     Create();
   }
   Successor(const Successor&) = delete;
   Successor& operator=(const Successor&) = delete;
   ~Successor() {
-    if (m_file) unlink(m_path.c_str());
+    if (m_file && !m_bNeeded) unlink(m_path.c_str());
   }
 
   const Descriptor& File() const { return m_file; }
 
-  void Write(std::string_view sBytes) const {
+  /// Afterwards it is the copy by which whoever finds the target half written puts it right.
+  void Write(std::string_view sBytes) {
     if (const int iError = WriteAt(m_file, 0, sBytes)) Throw(iError);
     if (fsync(m_file.Get()) != 0) Throw(errno);
+    struct stat former {};
+    const bool bFormer = lstat(m_copy.c_str(), &former) == 0 && S_ISREG(former.st_mode);
+    Rename(m_copy);
+    m_bNeeded = bFormer;
   }
 
   /// Takes the place of the target.
   Descriptor Succeed(const fs::path& target) {
-    if (rename(m_path.c_str(), target.c_str()) != 0) Throw(errno);
-    // The new name lasts once its folder is on the disk; a file system that cannot say so keeps
-    // its own order.
-    const Descriptor folder(open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder) fsync(folder.Get());
+    Rename(target);
     return std::exchange(m_file, Descriptor());
   }
 
-  /// Leaves it where it is.
-  void Release() { m_file = Descriptor(); }
+  /// Whether it stays at the end: the target is not whole, or was not when a save before left a
+  /// copy.
+  bool IsNeeded() const { return m_bNeeded; }
+  void Need(bool bNeeded) { m_bNeeded = bNeeded; }
 
  private:
   void Create() {
@@ -67,7 +83,9 @@ class Successor {
       if (created) {
         if (TryLock(created, m_options.lock) && IsUnderName(created, m_path.c_str())) {
           m_file = std::move(created);
-          if (fchmod(m_file.Get(), m_options.mode) != 0) Fail();
+          // Another one may be writing the target itself.
+          if (IsHeld(m_copy)) Fail(EBUSY);
+          if (fchmod(m_file.Get(), m_options.mode) != 0) Fail(errno);
           return;
         }
       } else if (errno == EEXIST) {
@@ -79,22 +97,36 @@ class Successor {
     Throw(EBUSY);
   }
 
-  [[noreturn]] void Fail() const {
-    const int iError = errno;
+  [[noreturn]] void Fail(int iError) const {
     // No destructor runs yet.
     unlink(m_path.c_str());
     Throw(iError);
   }
 
   void RemoveLeftover() const {
-    const Descriptor old(open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    if (old && !TryLock(old, m_options.lock)) Throw(EBUSY);
+    if (IsHeld(m_path)) Throw(EBUSY);
     if (unlink(m_path.c_str()) != 0 && errno != ENOENT) Throw(errno);
   }
 
+  void Rename(const fs::path& path) {
+    if (rename(m_path.c_str(), path.c_str()) != 0) Throw(errno);
+    m_path = path;
+    // The new name lasts once its folder is on the disk; a file system that cannot say so keeps
+    // its own order.
+    const Descriptor folder(open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder) fsync(folder.Get());
+  }
+
+  bool IsHeld(const fs::path& path) const {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    return file && !TryLock(file, m_options.lock);
+  }
+
   fs::path m_path;
+  fs::path m_copy;
   const ReplaceOptions& m_options;
   Descriptor m_file;
+  bool m_bNeeded = false;
 };
 
 /// The file that is there, open for the most that one may.
@@ -134,12 +166,13 @@ void WriteInPlace(const Present& present, std::string_view sBytes, Successor& su
   const auto nOld = static_cast<std::size_t>(present.status.st_size);
   if (const int iError = ReadAt(present.file, 0, nOld, sOld)) Throw(iError);
   if (const int iError = WriteWhole(present.file, sBytes, write)) {
-    // The room of the old bytes is still theirs.
-    if (WriteWhole(present.file, sOld, write) == 0) Throw(iError);
+    // The room of the old bytes is still theirs; where a copy was needed, they were not whole.
+    if (WriteWhole(present.file, sOld, write) == 0 && !successor.IsNeeded()) Throw(iError);
     // There is no other whole copy.
-    successor.Release();
+    successor.Need(true);
     throw NotPutBack(iError, std::generic_category());
   }
+  successor.Need(false);
 }
 
 }  // namespace
@@ -160,14 +193,7 @@ fs::path BehindLinks(const fs::path& path) {
 }
 
 fs::path SuccessorOf(const fs::path& file) {
-  Text sName = file.filename().string();
-  // A name may be as long as the file system lets it; with more to it, it would be too long.
-  constexpr std::size_t kLongest = 200;
-  if (sName.size() > kLongest) {
-    const std::size_t uRest = std::hash<Text>{}(sName);
-    sName = sName.substr(0, kLongest) + "." + std::to_string(uRest);
-  }
-  return file.parent_path() / ("." + sName + ".saving");
+  return Beside(file, ".saving");
 }
 
 Descriptor Replace(const fs::path& path, std::string_view sBytes, const ReplaceOptions& options) {

@@ -1,6 +1,7 @@
 // Giving a file new bytes in one step: whoever opens it finds all of the old or all of the new
-// ones, also after a crash. The one place where the program replaces files. Used for documents and
-// registration files; any thread, one at a time for one file.
+// ones, also after a crash. The one place where the program replaces files: documents, registration
+// files and the file of the user's settings. Files of catalogs are databases, and made by the
+// historian. Any thread, one at a time for one file.
 #pragma once
 
 #include <sys/file.h>
@@ -27,8 +28,8 @@ bool TryLock(const Descriptor& file, LockFunction lock = flock);
 /// The file behind a chain of symbolic links, which need not exist.
 std::filesystem::path BehindLinks(const std::filesystem::path& path);
 
-/// The file that is written beside a file on the way to taking its place. One that nobody has
-/// locked is what a crash left.
+/// The whole new bytes beside a file while the file itself is written. One that nobody has locked
+/// is what a crash or a failing disk left; it stays until newer bytes are as safe.
 std::filesystem::path SuccessorOf(const std::filesystem::path& file);
 
 struct ReplaceOptions {
@@ -41,8 +42,9 @@ struct ReplaceOptions {
   WriteFunction write = WriteAt;  ///< how the file that is there is written
 };
 
-/// The file that was there could neither be written nor put back: it is damaged. The new bytes are
-/// whole in its successor, which stays; the code is that of the first error.
+/// The file that was there could not be written, and is damaged: it could not be put back, or was
+/// damaged before. The new bytes are whole in its successor, which stays; the code is that of the
+/// first error.
 class NotPutBack : public std::system_error {
  public:
   using std::system_error::system_error;

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -34,19 +35,28 @@ TEST_F(recent_documents, are_none_at_first) {
   EXPECT_THAT(m_recent.List(), IsEmpty());
 }
 
-TEST_F(recent_documents, are_kept_in_settings_that_are_their_users_alone) {
-  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.path());
-  const mode_t before = umask(0);
-  {
-    // As the program keeps them: those of the user, by the names of maker and program.
-    QSettings settings(QSettings::IniFormat, QSettings::UserScope, "maker", "program");
-    KeepToUser(settings);
-    RecentDocuments(settings).Add(File("a.orvc"));
+TEST_F(recent_documents, are_kept_in_settings_that_are_their_users_alone_whatever_the_umask) {
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.filePath("settings"));
+  const auto modeOf = [&](const QString& sName) {
+    struct stat status {};
+    EXPECT_EQ(stat(m_folder.filePath(sName).toLocal8Bit().constData(), &status), 0);
+    return status.st_mode & 07777U;
+  };
+  for (const mode_t mask : {0000U, 0022U, 0777U}) {
+    const mode_t before = umask(mask);
+    {
+      // As the program keeps them: those of the user, by the names of maker and program.
+      QSettings settings(QSettings::IniFormat, QSettings::UserScope, "maker", "program");
+      KeepToUser(settings);
+      RecentDocuments(settings).Add(File("a.orvc"));
+    }
+    umask(before);
+    EXPECT_EQ(modeOf("settings"), 0700U);
+    EXPECT_EQ(modeOf("settings/maker"), 0700U);
+    EXPECT_EQ(modeOf("settings/maker/program.ini"), 0600U);
+    QDir(m_folder.filePath("settings")).removeRecursively();
+    QFile::remove(m_folder.filePath("a.orvc"));
   }
-  umask(before);
-  struct stat status {};
-  ASSERT_EQ(stat(m_folder.filePath("maker/program.ini").toLocal8Bit().constData(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }
 
 TEST_F(recent_documents, come_newest_first_and_once) {

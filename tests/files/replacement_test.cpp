@@ -6,8 +6,11 @@
 #include <sys/xattr.h>
 
 #include <system_error>
+#include <utility>
 
+#include "tests/fakes/killed_program.h"
 #include "tests/fakes/processes.h"
+#include "tests/files/access_list.h"
 #include "tests/files/temporary_folder.h"
 
 namespace orvane::files {
@@ -85,33 +88,19 @@ TEST_F(replacement, keeps_extended_attributes) {
   EXPECT_NE(StatusOf(Path()).st_ino, before);
 }
 
-/// The access list of a file: user::rw-, user:1234:rw-, group::r--, mask::rw-, other::---.
-const unsigned char kList[] = {2,    0, 0, 0,                          //
-                               1,    0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
-                               2,    0, 6, 0, 0xD2, 0x04, 0,    0,     //
-                               4,    0, 4, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
-                               0x10, 0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
-                               0x20, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF};
-constexpr const char* kListName = "system.posix_acl_access";
-
 TEST_F(replacement, keeps_the_access_list) {
   WriteBytes(Path(), "old");
-  // Not every file system has access lists.
-  if (setxattr(Path().c_str(), kListName, kList, sizeof kList, 0) != 0) return;
+  if (!GiveList(Path())) return;
   Replace(Path(), "new");
-  unsigned char list[128];
-  ASSERT_EQ(getxattr(Path().c_str(), kListName, list, sizeof list),
-            static_cast<ssize_t>(sizeof kList));
-  EXPECT_TRUE(std::equal(std::begin(kList), std::end(kList), list));
+  EXPECT_EQ(ListOf(Path()), ListOfOne());
   EXPECT_EQ(BytesOf(Path()), "new");
 }
 
 TEST_F(replacement, takes_no_access_list_from_the_folder_that_the_old_file_had_not) {
   WriteBytes(Path(), "old");
-  // Not every file system has access lists.
-  if (setxattr(Folder().c_str(), "system.posix_acl_default", kList, sizeof kList, 0) != 0) return;
+  if (!GiveList(Folder(), kDefaultList)) return;
   Replace(Path(), "new");
-  EXPECT_EQ(getxattr(Path().c_str(), kListName, nullptr, 0), -1);
+  EXPECT_EQ(ListOf(Path()), "");
   EXPECT_EQ(ModeOf(Path()), 0644U);
 }
 
@@ -196,6 +185,70 @@ TEST_F(replacement_of_anothers, that_cannot_be_put_back_leaves_the_new_bytes_who
   EXPECT_EQ(BytesOf(SuccessorOf(Path()).string()), "mine");
   const Descriptor left(open(SuccessorOf(Path()).c_str(), O_RDONLY | O_CLOEXEC));
   EXPECT_TRUE(TryLock(left));
+}
+
+/// A disk that takes half of what it is given.
+int WriteHalf(const Descriptor& file, std::size_t nFrom, std::string_view sBytes) {
+  WriteAt(file, nFrom, sBytes.substr(0, sBytes.size() / 2));
+  return EIO;
+}
+
+/// The same, but what is put back afterwards is written.
+int WriteHalfOnce(const Descriptor& file, std::size_t nFrom, std::string_view sBytes) {
+  static bool s_bFailed = false;
+  return std::exchange(s_bFailed, true) ? WriteAt(file, nFrom, sBytes)
+                                        : WriteHalf(file, nFrom, sBytes);
+}
+
+TEST_F(replacement_of_anothers, that_fails_again_keeps_one_whole_copy) {
+  if (!m_bAnothers) return;
+  const auto save = [&](const Text& sBytes, WriteFunction write) {
+    return InChild([&] {
+      if (!fakes::BecomeNobody()) return 1;
+      const rlimit limit{4096, 4096};
+      if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
+      try {
+        Replace(Path(), sBytes, {.write = write});
+      } catch (const NotPutBack&) {
+        return 10;
+      } catch (const std::system_error&) {
+        return 20;
+      }
+      return 0;
+    });
+  };
+  const auto copy = [&] { return BytesOf(SuccessorOf(Path()).string()); };
+  EXPECT_EQ(save("the first", WriteHalf), 10);
+  EXPECT_EQ(copy(), "the first");
+  // The new bytes do not fit.
+  EXPECT_EQ(save(Text(100000, 'x'), WriteAt), 20);
+  EXPECT_EQ(copy(), "the first");
+  EXPECT_EQ(FilesInFolder(), 2U);
+  // What was put back is no whole file either.
+  EXPECT_EQ(save("the second", WriteHalfOnce), 10);
+  EXPECT_EQ(copy(), "the second");
+  EXPECT_EQ(save("the third", WriteAt), 0);
+  EXPECT_EQ(BytesOf(Path()), "the third");
+  ExpectTheirs();
+}
+
+TEST_F(replacement_of_anothers, that_is_killed_after_one_that_failed_keeps_one_whole_copy) {
+  if (!m_bAnothers) return;
+  int nCall = 1;
+  for (auto ended = tests::Ended::Killed; ended == tests::Ended::Killed; ++nCall) {
+    WriteBytes(Path(), "half");
+    WriteBytes(SuccessorOf(Path()).string(), "the first");
+    ASSERT_EQ(chown(SuccessorOf(Path()).c_str(), fakes::kNobody, fakes::kNobody), 0);
+    ended = tests::KilledBefore(nCall, [&] {
+      if (fakes::BecomeNobody()) Replace(Path(), "the second");
+    });
+    ASSERT_NE(ended, tests::Ended::Untraceable) << "this machine lets no process be traced";
+    const Text sCopy = BytesOf(SuccessorOf(Path()).string());
+    EXPECT_TRUE(BytesOf(Path()) == "the second" || sCopy == "the first" || sCopy == "the second")
+        << "killed before the change " << nCall;
+  }
+  EXPECT_GT(nCall, 5);
+  ExpectTheirs();
 }
 
 /// True for bytes that were written as a whole: of one kind, and as many as that kind has.

@@ -3,8 +3,8 @@
 #include <functional>
 
 #include "provider/historian/functions_catalog.h"
+#include "tests/fakes/killed_program.h"
 #include "tests/provider/historian/historian_fixture.h"
-#include "tests/provider/historian/killed_program.h"
 #include "tests/provider/historian/poor_disk.h"
 
 namespace orvane::provider::historian {

@@ -1,8 +1,8 @@
 // The journals of catalogs that several users change: whoever may write one may take back what a
 // killed colleague left half done.
+#include "tests/fakes/killed_program.h"
 #include "tests/provider/historian/colleagues.h"
 #include "tests/provider/historian/historian_fixture.h"
-#include "tests/provider/historian/killed_program.h"
 
 namespace orvane::provider::historian {
 namespace {
