@@ -1,10 +1,11 @@
-# orvane_test(NAME [QT] [MAIN file] LINK targets... SOURCES files... [RESOURCES locks...]
+# orvane_test(NAME [QT | QTCORE] [MAIN file] LINK targets... SOURCES files... [RESOURCES locks...]
 # [TIMEOUT seconds]): the test program NAME_tests, its cases found when the tests run. With QT there
 # is a QApplication around them, and windows are drawn offscreen, unless MAIN sees to both itself.
+# With QTCORE there is an event loop and nothing to see, and no library that could show anything.
 # The tests of the rooms that need nothing but the compiler are written without matchers, since
 # those come in a package of their own.
 function(orvane_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT" "MAIN;TIMEOUT" "LINK;SOURCES;RESOURCES")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT;QTCORE" "MAIN;TIMEOUT" "LINK;SOURCES;RESOURCES")
   add_executable(${name}_tests ${TEST_SOURCES})
   target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/src)
   if(TEST_QT)
@@ -13,6 +14,9 @@ function(orvane_test name)
     endif()
     target_sources(${name}_tests PRIVATE ${TEST_MAIN})
     target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} Qt6::Widgets Qt6::Test GTest::gmock)
+  elseif(TEST_QTCORE)
+    target_sources(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/qt_core_main.cpp)
+    target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} Qt6::Core Qt6::Test GTest::gmock)
   elseif(ORVANE_CORE_ONLY)
     target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gtest_main)
   else()

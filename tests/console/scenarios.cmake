@@ -1,0 +1,31 @@
+# What an administrator does, in the real window with the components of this build tree.
+orvane_test(console_scenarios QT
+  LINK orvane_console orvane_provider
+  SOURCES
+    scenarios/historians_by_guid_test.cpp
+    scenarios/log_file_question_test.cpp
+    scenarios/counted_objects.h
+    scenarios/embedded_servers.cpp
+    scenarios/embedded_servers.h
+    scenarios/host_driver.cpp
+    scenarios/host_driver.h
+    scenarios/host_driver_commands.cpp
+    scenarios/host_driver_dialogs.cpp
+    scenarios/living_tree_test.cpp
+    scenarios/reader_first_test.cpp
+    scenarios/shown_qt_form.cpp
+    scenarios/shown_qt_form.h
+    scenarios/unloading_test.cpp
+    ../scenarios/catalog_cases.cpp
+    ../scenarios/command_cases.cpp
+    ../scenarios/document_cases.cpp
+    ../scenarios/grid_cases.cpp
+    ../scenarios/query_cases.cpp
+    ../scenarios/shell_cases.cpp
+  TIMEOUT 600)
+target_compile_definitions(console_scenarios_tests PRIVATE
+  ORVANE_SNAP_IN="$<TARGET_FILE:ORVOLEDBSnapIn>"
+  ORVANE_CONTROLS="$<TARGET_FILE:ORVOLEDBCtls>"
+  ORVANE_PROVIDER="$<TARGET_FILE:ORVOLEDB>"
+  ORVANE_SAMPLE="${CMAKE_SOURCE_DIR}/samples/Localhost.orvc")
+add_dependencies(console_scenarios_tests ORVOLEDBSnapIn ORVOLEDBCtls ORVOLEDB)

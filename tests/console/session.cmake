@@ -1,0 +1,11 @@
+# Tests of the session, which knows no window: nothing but its own library stands behind them.
+orvane_test(console_session QTCORE
+  LINK orvane_console_session
+  SOURCES
+    session/console_session_test.cpp
+    session/expansion_test.cpp
+    session/fake_snap_in.h
+    session/reload_test.cpp
+    session/scope_tree_test.cpp
+    session/session_fixture.h
+    session/shown_view_test.cpp)

@@ -1,0 +1,110 @@
+#include "console/window/toolbar_view.h"
+
+#include <gmock/gmock.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include "console/scope/scope_pane.h"
+#include "tests/console/window/main_window_fixture.h"
+
+namespace orvane::console {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+TEST_F(MainWindowTest, toolbar_shows_the_buttons_of_the_snap_in_with_their_states) {
+  ExpandToTables();
+  auto& toolbar = m_window->SnapInToolbar();
+  EXPECT_TRUE(toolbar.actions().isEmpty());
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  ASSERT_TRUE(toolbar.isVisible());
+  EXPECT_EQ(toolbar.actions().size(), 4);
+  EXPECT_TRUE(toolbar.actions()[2]->isSeparator());
+  EXPECT_EQ(toolbar.ButtonAction("MoveFirst")->toolTip(), "Move to First Row");
+  EXPECT_FALSE(toolbar.ButtonAction("MoveFirst")->icon().isNull());
+  EXPECT_TRUE(toolbar.ButtonAction("MoveFirst")->isEnabled());
+  EXPECT_FALSE(toolbar.ButtonAction("MoveLast")->isEnabled());
+  EXPECT_TRUE(toolbar.ButtonAction("Sql")->isCheckable());
+  ClickItem("alpha");
+  EXPECT_TRUE(toolbar.actions().isEmpty());
+}
+
+TEST_F(MainWindowTest, toolbar_takes_no_room_without_buttons_and_moves_nothing_in_the_tree) {
+  ExpandToTables();
+  auto& toolbar = m_window->SnapInToolbar();
+  for (const char* sSize : {"actSmallImages", "actLargeImages"}) {
+    Action(sSize)->trigger();
+    ClickItem("alpha.Catalogs.Machine.Tags");
+    const auto tree = Scope().geometry();
+    EXPECT_TRUE(toolbar.isVisible());
+    EXPECT_FALSE(toolbar.actions().isEmpty());
+    EXPECT_GE(toolbar.mapToGlobal(QPoint()).x(), Results().mapToGlobal(QPoint()).x());
+    const int iBelow = m_window->findChild<QWidget*>("resultStack")->height();
+    ClickItem("alpha");
+    EXPECT_TRUE(toolbar.isHidden());
+    EXPECT_GT(m_window->findChild<QWidget*>("resultStack")->height(), iBelow);
+    EXPECT_EQ(Scope().geometry(), tree) << sSize;
+  }
+  Action("actToolbar")->trigger();
+  EXPECT_TRUE(toolbar.isHidden());
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  EXPECT_TRUE(toolbar.isHidden());
+  ClickItem("alpha");
+  EXPECT_TRUE(toolbar.isHidden());
+}
+
+TEST_F(MainWindowTest, toolbar_is_reached_by_tab_and_pressed_by_space) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  auto& toolbar = m_window->SnapInToolbar();
+  auto* button = toolbar.widgetForAction(toolbar.ButtonAction("Sql"));
+  for (int i = 0; i < 20 && !button->hasFocus(); ++i) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  }
+  ASSERT_TRUE(button->hasFocus());
+  QSignalSpy pressed(toolbar.ButtonAction("Sql"), &QAction::triggered);
+  QTest::keyClick(button, Qt::Key_Space);
+  EXPECT_EQ(pressed.count(), 1);
+}
+
+TEST_F(MainWindowTest, pressed_state_is_what_the_snap_in_made_of_the_click) {
+  bool bPress = true;
+  m_script->buttonClick = [&](Services&, platform::ToolbarButton& button) {
+    button.Pressed(bPress);
+  };
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  auto& toolbar = m_window->SnapInToolbar();
+  auto* button = toolbar.widgetForAction(toolbar.ButtonAction("Sql"));
+  QTest::mouseClick(button, Qt::LeftButton);
+  Settle();
+  EXPECT_THAT(m_script->log, Contains("Button Sql"));
+  EXPECT_TRUE(toolbar.ButtonAction("Sql")->isChecked());
+  // A click that the snap-in does not follow leaves the button as it is.
+  QTest::mouseClick(button, Qt::LeftButton);
+  Settle();
+  EXPECT_TRUE(toolbar.ButtonAction("Sql")->isChecked());
+}
+
+TEST_F(MainWindowTest, click_that_comes_while_the_snap_in_is_at_work_leaves_the_button_as_it_was) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  auto& toolbar = m_window->SnapInToolbar();
+  auto* button = toolbar.widgetForAction(toolbar.ButtonAction("Sql"));
+  m_script->refresh = [&](Services&, platform::View&) {
+    QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_TRUE(toolbar.ButtonAction("Sql")->isChecked());
+    Settle();
+    EXPECT_TRUE(Session().IsBusy());
+    EXPECT_FALSE(toolbar.ButtonAction("Sql")->isChecked());
+  };
+  Session().Refresh();
+  EXPECT_THAT(m_script->log, Contains("Refresh"));
+  EXPECT_THAT(m_script->log, Not(Contains("Button Sql")));
+  EXPECT_FALSE(toolbar.ButtonAction("Sql")->isChecked());
+}
+
+}  // namespace
+}  // namespace orvane::console
