@@ -60,10 +60,7 @@ void GridCore::FollowZone() {
 }
 
 void GridCore::Run(const GridQuery& query, Access access) {
-  if (*m_running) {
-    throw Failure(platform::failure::kBusy,
-                  "The grid is still fetching rows; wait until it is done, or cancel it.");
-  }
+  if (*m_running) FailBusy();
   m_recordset.reset();
   m_sSqlText = query.sSqlText;
   m_window->Sql(QString::fromStdString(query.sSqlText));
@@ -92,6 +89,11 @@ void GridCore::Run(const GridQuery& query, Access access) {
   const bool bHasColumns = m_recordset->FieldCount() > 0;
   const NoRowsTexts texts = bHasColumns ? query.noRows : DoneTexts(fetched.lRecordsAffected);
   m_window->ShowRows(m_recordset, m_format, nullptr, HowFetched(), texts.sTitle, texts.sSentence);
+}
+
+void GridCore::FailBusy() {
+  throw Failure(platform::failure::kBusy,
+                "The grid is still fetching rows; wait until it is done, or cancel it.");
 }
 
 void GridCore::AskToRun(const GridQuery& query) {

@@ -62,12 +62,19 @@ class GridCore {
   /// Rows are shown in the connection's zone of the moment they are bound; dropping a connection
   /// changes nothing that is shown.
   void Connection(const platform::ConnectionPtr& cn);
+  const platform::ConnectionPtr& Connection() const { return m_connection; }
+  const zones::TimeZone& Zone() const { return m_format.Zone(); }
+  platform::Timestamp Now() const { return m_services.now(); }
 
   /// Runs the statement and shows its rows. When that fails, shows the failure's sentence in the
   /// place of rows and passes it on. A statement that may only read, but would change data, has
   /// not been run and is no failure: the window says so, with a button that runs it, once. The grid
   /// may be gone when the rows have come; then nothing is done with them.
   void Run(const GridQuery& query, Access access = Access::Read);
+  /// True while a statement runs, which handles events.
+  bool Running() const { return *m_running; }
+  /// Says that nothing can be asked of the connection while a statement runs.
+  [[noreturn]] static void FailBusy();
   /// Passes the failure on after showing it, as Run does.
   [[noreturn]] void Fail(const platform::Failure& failure);
   /// Shows rows that were fetched before. Without a state, sSqlText tells what fetched them.

@@ -15,6 +15,13 @@ bool IsBlank(const Text& sText) {
 
 }  // namespace
 
+Text BothConditions(const Text& sFirst, const Text& sSecond) {
+  if (IsBlank(sFirst)) return sSecond;
+  if (IsBlank(sSecond)) return sFirst;
+  // The brackets keep an OR together; a comment at a condition's end must not swallow them.
+  return "(\n" + sFirst + "\n) AND (\n" + sSecond + "\n)";
+}
+
 Text ComposeSelect(const TableSelection& selection) {
   Text sSql = "SELECT ";
   if (selection.columns.empty()) {

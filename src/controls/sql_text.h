@@ -18,6 +18,10 @@ struct TableSelection {
   const std::optional<platform::SortCriterion>& sortCriterion;
 };
 
+/// What both conditions say at once, each in brackets and on lines of its own; where one of them is
+/// blank, the other.
+platform::Text BothConditions(const platform::Text& sFirst, const platform::Text& sSecond);
+
 /// One statement, a clause a line. The filter stands as it is written, alone in its lines.
 platform::Text ComposeSelect(const TableSelection& selection);
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "controls/time_column.h"
+
 namespace orvane::controls {
 
 using platform::Failure;
@@ -25,7 +27,35 @@ void TableEditor::Requery() {
                         "The table's query names no table; remove its server from the tree "
                         "and connect it anew."));
   }
-  m_core.Run({m_query->SqlText(), m_query->MaxRows(), m_query->QueryTimeout(), TextsWithoutRows()});
+  if (m_core.Running() || *m_asking) GridCore::FailBusy();
+  if (!LearnTimeColumn()) return;
+  m_core.Run({StatementOf(*m_query, m_viewing), m_query->MaxRows(), m_query->QueryTimeout(),
+              TextsWithoutRows()});
+}
+
+bool TableEditor::LearnTimeColumn() {
+  m_viewing.timeColumn.reset();
+  if (m_query->SortCriterion() || !m_core.Connection()) return true;
+  const std::weak_ptr<bool> life = m_asking;
+  std::optional<Text> column;
+  try {
+    const struct Asking {
+      explicit Asking(std::shared_ptr<bool> bAsking) : b(std::move(bAsking)) { *b = true; }
+      ~Asking() { *b = false; }
+      Asking(const Asking&) = delete;
+      Asking& operator=(const Asking&) = delete;
+      std::shared_ptr<bool> b;
+    } asking(m_asking);
+    const platform::ConnectionPtr cn = m_core.Connection();
+    column = TimeColumnOf(*cn, m_query->Catalog(), m_query->Table());
+  } catch (const Failure& failure) {
+    // Whatever else is wrong, the statement will tell.
+    if (!life.expired() && failure.Number() == platform::failure::kCancelled) m_core.Fail(failure);
+  } catch (const std::exception&) {
+  }
+  if (life.expired()) return false;
+  m_viewing.timeColumn = std::move(column);
+  return true;
 }
 
 void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {

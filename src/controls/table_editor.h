@@ -3,6 +3,7 @@
 #pragma once
 
 #include "controls/grid_control.h"
+#include "controls/table_statement.h"
 
 namespace orvane::controls {
 
@@ -24,8 +25,15 @@ class TableEditor : public GridControl<platform::TableEditor> {
 
  private:
   NoRowsTexts TextsWithoutRows() const;
+  /// Learns the table's time column, which the order of a query without one is about. False when
+  /// the grid is gone: the server was waited for.
+  bool LearnTimeColumn();
 
   platform::TableQueryPtr m_query;
+  Viewing m_viewing;
+  /// True while the server is asked about the table. Whoever may outlive the grid tells by it
+  /// whether that is still there.
+  std::shared_ptr<bool> m_asking = std::make_shared<bool>(false);
 };
 
 }  // namespace orvane::controls

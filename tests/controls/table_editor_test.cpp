@@ -8,6 +8,7 @@
 #include "controls/table_query.h"
 #include "tests/controls/failure_of.h"
 #include "tests/controls/grid_fixture.h"
+#include "tests/controls/schema_connection.h"
 
 namespace orvane::controls {
 namespace {
@@ -80,6 +81,58 @@ TEST_F(table_editor, requery_sends_the_query_with_its_limits_over_the_connection
   EXPECT_EQ(m_server.lMaxRecords, 7);
   EXPECT_TRUE(m_server.bReadOnly);
   EXPECT_EQ(m_server.lTimeout, 8);
+}
+
+TEST_F(table_editor, a_table_with_a_time_column_comes_newest_first_and_says_so) {
+  const auto cn = std::make_shared<SchemaConnection>(SchemaConnection::Columns{
+      {"Tag", platform::DataType::WChar}, {"Timestamp", platform::DataType::DBTimeStamp}});
+  controls::TableEditor editor(Services());
+  editor.ShowSqlStatements(true);
+  editor.Connection(cn);
+  editor.TableQuery(m_query);
+  const platform::Text sState = m_query->WriteState();
+  editor.Requery();
+  const platform::Text sSql = "SELECT *\nFROM \"Machine\"..\"Data\"\nORDER BY \"Timestamp\" DESC";
+  EXPECT_EQ(m_server.sCommandText, sSql);
+  EXPECT_EQ(SqlOf(editor), sSql);
+  EXPECT_EQ(m_query->WriteState(), sState);
+  EXPECT_EQ(cn->nAsked, 1);
+  m_query->SortCriterion(platform::SortCriterion{"Tag", true});
+  editor.Requery();
+  EXPECT_EQ(m_server.sCommandText, "SELECT *\nFROM \"Machine\"..\"Data\"\nORDER BY \"Tag\" ASC");
+  EXPECT_EQ(cn->nAsked, 1) << "with an order of its own there is nothing to ask";
+}
+
+TEST_F(table_editor, a_table_that_cannot_be_described_is_asked_for_its_rows_all_the_same) {
+  const auto cn = std::make_shared<SchemaConnection>(SchemaConnection::Columns{});
+  controls::TableEditor editor(Services());
+  editor.Connection(cn);
+  editor.TableQuery(m_query);
+  cn->whileAsked = [] { Refuse(); };
+  editor.Requery();
+  EXPECT_EQ(m_server.sCommandText, "SELECT *\nFROM \"Machine\"..\"Data\"");
+  cn->whileAsked = [] {
+    throw platform::Failure(platform::failure::kCancelled, "It was cancelled.");
+  };
+  m_server.nExecuted = 0;
+  EXPECT_EQ(FailureNumberOf([&] { editor.Requery(); }), platform::failure::kCancelled);
+  EXPECT_EQ(m_server.nExecuted, 0);
+  EXPECT_EQ(Label(editor, "emptyTitle"), "Cancelled");
+}
+
+TEST_F(table_editor, may_go_or_be_asked_again_while_the_server_describes_the_table) {
+  const auto cn = std::make_shared<SchemaConnection>(SchemaConnection::Columns{});
+  auto editor = std::make_unique<controls::TableEditor>(Services());
+  editor->Connection(cn);
+  editor->TableQuery(m_query);
+  cn->whileAsked = [&] {
+    EXPECT_EQ(FailureNumberOf([&] { editor->Requery(); }), platform::failure::kBusy);
+  };
+  editor->Requery();
+  EXPECT_EQ(m_server.nExecuted, 1);
+  cn->whileAsked = [&] { editor.reset(); };
+  editor->Requery();
+  EXPECT_EQ(m_server.nExecuted, 1);
 }
 
 TEST_F(table_editor, limits_below_zero_are_none) {

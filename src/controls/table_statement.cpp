@@ -1,0 +1,29 @@
+#include "controls/table_statement.h"
+
+#include <vector>
+
+#include "controls/sql_text.h"
+
+namespace orvane::controls {
+
+using platform::Text;
+
+Text FilterWithin(const Text& sFilter, const Viewing& viewing) {
+  if (!viewing.timeColumn || !viewing.range) return sFilter;
+  const Text sRange = ConditionOf(*viewing.range, *viewing.timeColumn);
+  if (RangeIn(sFilter, *viewing.timeColumn)) return sRange;
+  return BothConditions(sFilter, sRange);
+}
+
+Text StatementOf(platform::TableQuery& query, const Viewing& viewing) {
+  std::vector<Text> columns;
+  for (platform::Long l = 1; l <= query.Columns().Count(); ++l) {
+    columns.push_back(query.Columns().Item(l));
+  }
+  std::optional<platform::SortCriterion> sort = query.SortCriterion();
+  if (!sort && viewing.timeColumn) sort = {*viewing.timeColumn, false};
+  return ComposeSelect({query.Catalog(), query.Table(), columns,
+                        FilterWithin(query.FilterCondition(), viewing), sort});
+}
+
+}  // namespace orvane::controls

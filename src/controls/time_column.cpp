@@ -1,0 +1,53 @@
+#include "controls/time_column.h"
+
+#include <array>
+
+#include "platform/conversions.h"
+
+namespace orvane::controls {
+
+using platform::ColumnIndex;
+using platform::DataType;
+using platform::Text;
+using platform::Value;
+
+namespace {
+
+/// The historian's own name for it; a table may have other times beside it.
+constexpr const char* kTimeColumn = "Timestamp";
+
+}  // namespace
+
+std::optional<Text> TimeColumnOf(platform::Connection& cn, const Text& sCatalog,
+                                 const Text& sTable) {
+  // The schema's name in the middle stays unset.
+  const std::array<Value, 3> restrictions{sCatalog.empty() ? Value() : Value(sCatalog), Value(),
+                                          Value(sTable)};
+  const platform::RecordsetPtr rs = cn.OpenSchema(platform::SchemaNumber::Columns, restrictions);
+  if (!rs) return std::nullopt;
+  const platform::Field& name = rs->Fields().Item("COLUMN_NAME");
+  const platform::Field& type = rs->Fields().Item("DATA_TYPE");
+  std::optional<Text> found;
+  for (; !rs->Eof(); rs->MoveNext()) {
+    if (platform::ToLong(type.Value()) != static_cast<platform::Long>(DataType::DBTimeStamp)) {
+      continue;
+    }
+    Text sName = platform::ToText(name.Value());
+    if (sName == kTimeColumn) return sName;
+    if (!found) found = std::move(sName);
+  }
+  return found;
+}
+
+std::optional<ColumnIndex> TimeColumnOf(const platform::Recordset& rs) {
+  std::optional<ColumnIndex> found;
+  for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
+    const platform::Field& field = rs.FieldAt(column);
+    if (field.Type() != DataType::DBTimeStamp) continue;
+    if (field.Name() == kTimeColumn) return column;
+    if (!found) found = column;
+  }
+  return found;
+}
+
+}  // namespace orvane::controls

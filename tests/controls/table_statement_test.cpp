@@ -1,0 +1,79 @@
+#include "controls/table_statement.h"
+
+#include <gtest/gtest.h>
+
+#include "controls/sql_text.h"
+#include "controls/table_query.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Text;
+
+class table_statement : public testing::Test {
+ protected:
+  table_statement() {
+    m_query.Catalog("Machine");
+    m_query.Table("Data");
+  }
+  /// What stands behind the table's name.
+  Text Behind(const Viewing& viewing) {
+    const Text sBegin = "SELECT *\nFROM \"Machine\"..\"Data\"";
+    const Text sText = StatementOf(m_query, viewing);
+    EXPECT_TRUE(sText.starts_with(sBegin)) << sText;
+    return sText.substr(sBegin.size());
+  }
+  controls::TableQuery m_query;
+  const TimeRange m_lastHour{"*-1h", "*"};
+};
+
+TEST_F(table_statement, is_the_query_s_own_where_the_grid_adds_nothing) {
+  m_query.Columns().Add("Value");
+  m_query.FilterCondition("Value > 1");
+  EXPECT_EQ(StatementOf(m_query, {}), m_query.SqlText());
+  m_query.SortCriterion(platform::SortCriterion{"Value", true});
+  EXPECT_EQ(StatementOf(m_query, {}), m_query.SqlText());
+}
+
+TEST_F(table_statement, comes_newest_first_and_leaves_the_query_as_it_is) {
+  EXPECT_EQ(Behind({"Timestamp", {}}), "\nORDER BY \"Timestamp\" DESC");
+  EXPECT_EQ(m_query.SortCriterion(), std::nullopt);
+  EXPECT_EQ(m_query.SqlText(), "SELECT *\nFROM \"Machine\"..\"Data\"");
+}
+
+TEST_F(table_statement, keeps_an_order_of_the_query_s_own) {
+  m_query.SortCriterion(platform::SortCriterion{"Value", true});
+  EXPECT_EQ(Behind({"Timestamp", {}}), "\nORDER BY \"Value\" ASC");
+  m_query.SortCriterion(platform::SortCriterion{"", true});
+  EXPECT_EQ(Behind({"Timestamp", {}}), "");
+}
+
+TEST_F(table_statement, a_range_takes_the_place_of_the_default_filter) {
+  m_query.FilterCondition("Timestamp BETWEEN '*-7d' AND '*'");
+  EXPECT_EQ(Behind({"Timestamp", m_lastHour}),
+            "\nWHERE \"Timestamp\" BETWEEN '*-1h' AND '*'\nORDER BY \"Timestamp\" DESC");
+  EXPECT_EQ(Behind({"Timestamp", TimeRange()}), "\nORDER BY \"Timestamp\" DESC");
+}
+
+TEST_F(table_statement, a_range_joins_a_filter_of_the_table_s_own) {
+  m_query.FilterCondition("Value > 1 OR Tag = 'a' -- the high ones");
+  EXPECT_EQ(Behind({"Timestamp", m_lastHour}),
+            "\nWHERE (\nValue > 1 OR Tag = 'a' -- the high ones\n) AND (\n"
+            "\"Timestamp\" BETWEEN '*-1h' AND '*'\n)\nORDER BY \"Timestamp\" DESC");
+  EXPECT_EQ(Behind({"Timestamp", TimeRange()}),
+            "\nWHERE Value > 1 OR Tag = 'a' -- the high ones\nORDER BY \"Timestamp\" DESC");
+}
+
+TEST_F(table_statement, without_a_time_column_a_range_is_none) {
+  m_query.FilterCondition("Value > 1");
+  EXPECT_EQ(Behind({std::nullopt, m_lastHour}), "\nWHERE Value > 1");
+}
+
+TEST_F(table_statement, blank_conditions_join_nothing) {
+  EXPECT_EQ(BothConditions(" \n", "b"), "b");
+  EXPECT_EQ(BothConditions("a", ""), "a");
+  EXPECT_EQ(BothConditions("", ""), "");
+}
+
+}  // namespace
+}  // namespace orvane::controls
