@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "controls/clock_input.h"
 #include "platform/quoting.h"
 
 namespace orvane::controls {
@@ -11,7 +12,6 @@ using platform::QuotedName;
 using platform::QuotedText;
 using platform::Text;
 using platform::Timestamp;
-using zones::TimeZone;
 
 namespace {
 
@@ -84,7 +84,7 @@ std::optional<TimeRange> MovedBy(const TimeRange& range, const Clock& clock, int
     return {*span->from + width, *span->to + width};
   }();
   if (!zones::IsInRange(moved[0]) || !zones::IsInRange(moved[1])) return std::nullopt;
-  return TimeRange{ExpressionOf(moved[0], clock.zone), ExpressionOf(moved[1], clock.zone)};
+  return TimeRange{ClockText(moved[0], clock.zone), ClockText(moved[1], clock.zone)};
 }
 
 }  // namespace
@@ -141,22 +141,6 @@ std::optional<TimeRange> RangeBefore(const TimeRange& range, const Clock& clock)
 
 std::optional<TimeRange> RangeBehind(const TimeRange& range, const Clock& clock) {
   return MovedBy(range, clock, 1);
-}
-
-Text ClockText(Timestamp time, const TimeZone& zone) {
-  Text sText = date::format("%F %T", zone.ToLocal(time));
-  // As much of a fraction as there is.
-  if (sText.find('.') != Text::npos) {
-    sText.erase(sText.find_last_not_of('0') + 1);
-    if (sText.ends_with('.')) sText.pop_back();
-  }
-  return sText;
-}
-
-Text ExpressionOf(Timestamp time, const TimeZone& zone) {
-  // Of a time that comes twice a clock's text means the first one.
-  if (zone.ToTimestamp(zone.ToLocal(time)) == time) return ClockText(time, zone);
-  return ClockText(time, TimeZone::Utc()) + 'Z';
 }
 
 }  // namespace orvane::controls

@@ -48,9 +48,4 @@ std::optional<TimeRange> RangeIn(const platform::Text& sCondition, const platfor
 std::optional<TimeRange> RangeBefore(const TimeRange& range, const Clock& clock);
 std::optional<TimeRange> RangeBehind(const TimeRange& range, const Clock& clock);
 
-/// The moment as an expression that is read as that very moment.
-platform::Text ExpressionOf(platform::Timestamp time, const zones::TimeZone& zone);
-/// Date and time as a clock of the zone shows them.
-platform::Text ClockText(platform::Timestamp time, const zones::TimeZone& zone);
-
 }  // namespace orvane::controls
