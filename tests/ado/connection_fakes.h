@@ -1,6 +1,8 @@
 // A provider, a prompt and a host's waiting that do as they are told, for tests of the connection.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <map>
 #include <thread>
@@ -9,6 +11,7 @@
 #include "ado/recordset_builder.h"
 #include "platform/case_folding.h"
 #include "platform/failure.h"
+#include "tests/ado/failure_of.h"
 
 namespace orvane::tests {
 
@@ -166,6 +169,21 @@ struct ConnectionFixture {
   Value Property(const Text& sName) { return cn->Properties().Item(sName).Value(); }
   void Property(const Text& sName, const Value& vtValue) {
     cn->Properties().Item(sName).Value(vtValue);
+  }
+};
+
+/// A connection that tests open.
+class ConnectionUnderTest : public ::testing::Test, protected ConnectionFixture {
+ protected:
+  void Open(const Text& sString = kString, const Text& sUser = "", const Text& sPassword = "") {
+    cn->Open(sString, sUser, sPassword, platform::kOptionUnspecified);
+  }
+  Told OpenFails(const Text& sString = kString) {
+    return FailureOf([&] { Open(sString); });
+  }
+  void ExpectClosed() {
+    EXPECT_FALSE(cn->IsOpen());
+    EXPECT_EQ(FailureOf([&] { cn->Close(); }).lNumber, platform::failure::kObjectClosed);
   }
 };
 

@@ -10,17 +10,13 @@
 namespace orvane::ado {
 namespace {
 
-using platform::kOptionUnspecified;
 using platform::SchemaNumber;
 using tests::FailureOf;
 using tests::kString;
 using tests::Told;
 namespace failure = platform::failure;
 
-class ConnectionHostTest : public ::testing::Test, protected tests::ConnectionFixture {
- protected:
-  void Open() { cn->Open(kString, "", "", kOptionUnspecified); }
-};
+class ConnectionHostTest : public tests::ConnectionUnderTest {};
 
 TEST_F(ConnectionHostTest, works_where_it_is_called_when_the_host_has_no_long_operations) {
   cn = std::make_shared<Connection>(ConnectionServices{providers, prompt, nullptr});

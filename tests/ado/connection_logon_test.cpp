@@ -22,19 +22,7 @@ namespace failure = platform::failure;
 constexpr const char* kFixedServer =
     "Provider = ORVOLEDB; Data Source = S1;Disable Server Selection = True;";
 
-class ConnectionLogonTest : public ::testing::Test, protected tests::ConnectionFixture {
- protected:
-  void Open(const Text& sString = kString, const Text& sUser = "", const Text& sPassword = "") {
-    cn->Open(sString, sUser, sPassword, kOptionUnspecified);
-  }
-  Told OpenFails(const Text& sString = kString) {
-    return FailureOf([&] { Open(sString); });
-  }
-  void ExpectClosed() {
-    EXPECT_FALSE(cn->IsOpen());
-    EXPECT_EQ(FailureOf([&] { cn->Close(); }).lNumber, failure::kObjectClosed);
-  }
-};
+class ConnectionLogonTest : public tests::ConnectionUnderTest {};
 
 TEST_F(ConnectionLogonTest, does_not_ask_unless_prompt_says_always) {
   for (const int prompting : {2, 3, 4}) {

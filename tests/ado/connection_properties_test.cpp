@@ -15,11 +15,8 @@ using tests::kString;
 using tests::Told;
 namespace failure = platform::failure;
 
-class ConnectionPropertiesTest : public ::testing::Test, protected tests::ConnectionFixture {
+class ConnectionPropertiesTest : public tests::ConnectionUnderTest {
  protected:
-  void Open(const Text& sString = kString) {
-    cn->Open(sString, "", "", platform::kOptionUnspecified);
-  }
   std::vector<Text> Names() {
     std::vector<Text> names;
     for (platform::Long i = 0; i < cn->Properties().Count(); ++i) {

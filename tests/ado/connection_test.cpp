@@ -8,7 +8,6 @@
 namespace orvane::ado {
 namespace {
 
-using platform::kOptionUnspecified;
 using platform::SchemaNumber;
 using platform::Text;
 using platform::Value;
@@ -17,19 +16,7 @@ using tests::kString;
 using tests::Told;
 namespace failure = platform::failure;
 
-class ConnectionTest : public ::testing::Test, protected tests::ConnectionFixture {
- protected:
-  void Open(const Text& sString = kString, const Text& sUser = "", const Text& sPassword = "") {
-    cn->Open(sString, sUser, sPassword, kOptionUnspecified);
-  }
-  Told OpenFails(const Text& sString = kString) {
-    return FailureOf([&] { Open(sString); });
-  }
-  void ExpectClosed() {
-    EXPECT_FALSE(cn->IsOpen());
-    EXPECT_EQ(FailureOf([&] { cn->Close(); }).lNumber, failure::kObjectClosed);
-  }
-};
+class ConnectionTest : public tests::ConnectionUnderTest {};
 
 TEST_F(ConnectionTest, is_closed_when_it_is_made) {
   ExpectClosed();

@@ -3,14 +3,14 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <cstdlib>
-
 #include "platform/failure.h"
 #include "tests/component/temporary_folder.h"
+#include "tests/fakes/variable.h"
 
 namespace orvane::component {
 namespace {
 
+using fakes::Variable;
 using platform::Failure;
 using platform::Text;
 using test::TemporaryFolder;
@@ -20,29 +20,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace fs = std::filesystem;
-
-// Sets an environment variable for as long as it lives.
-class Variable {
- public:
-  Variable(const char* sName, const char* sValue) : m_sName(sName) {
-    if (const char* const sOld = std::getenv(sName)) m_sOld = sOld;
-    Set(sValue);
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-  ~Variable() { Set(m_sOld ? m_sOld->c_str() : nullptr); }
-
- private:
-  void Set(const char* sValue) {
-    if (sValue != nullptr) {
-      setenv(m_sName, sValue, 1);
-    } else {
-      unsetenv(m_sName);
-    }
-  }
-  const char* m_sName;
-  std::optional<Text> m_sOld;
-};
 
 void Write(const fs::path& folder, const Text& sProgId, const fs::path& library) {
   platform::ComponentDescription description;

@@ -2,36 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <string>
+#include "tests/fakes/variable.h"
 
 namespace orvane::platform {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A variable of the environment for one test; null takes it away.
-class Variable {
- public:
-  Variable(const char* sName, const char* sValue) : m_sName(sName) {
-    if (const char* const sOld = std::getenv(sName)) m_sOld = sOld;
-    Set(sValue);
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-  ~Variable() { Set(m_sOld ? m_sOld->c_str() : nullptr); }
-
- private:
-  void Set(const char* sValue) const {
-    if (sValue == nullptr) {
-      unsetenv(m_sName);
-    } else {
-      setenv(m_sName, sValue, 1);
-    }
-  }
-  const char* m_sName;
-  std::optional<std::string> m_sOld;
-};
+using fakes::Variable;
 
 TEST(user_folders, are_the_ones_that_the_environment_names) {
   const Variable data("XDG_DATA_HOME", "/users/me/data");
