@@ -39,13 +39,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   settings.bPrefixes = size % 2 == 1;
   settings.bTimeAsDouble = size % 3 == 1;
   try {
-    auto tokens = ReadTokens(sStatement);
+    StatementWork work(provider::Deadline({}, {}));
+    auto tokens = ReadTokens(sStatement, work);
     for (const auto& token : tokens) {
       if (token.position > size || token.length > size - token.position) std::abort();
     }
     if (ReadCatalogStatement(sStatement, tokens)) return 0;
-    const auto translation =
-        Translate(sStatement, std::move(tokens), schema, settings, provider::Deadline({}, {}));
+    const auto translation = Translate(sStatement, std::move(tokens), schema, settings, work);
     const auto nPlaces = std::count(translation.sSql.begin(), translation.sSql.end(), '?');
     // A question mark may also stand in a text or a name.
     if (static_cast<std::size_t>(nPlaces) < translation.parameters.size()) std::abort();

@@ -2,6 +2,8 @@
 list(APPEND PROVIDER_SOURCES
   deadline.cpp
   dialect/catalog_statement.cpp
+  dialect/call_kinds.cpp
+  dialect/call_reader.cpp
   dialect/change_reader.cpp
   dialect/column_list.cpp
   dialect/definition_reader.cpp
@@ -10,14 +12,17 @@ list(APPEND PROVIDER_SOURCES
   dialect/query_reader.cpp
   dialect/statement_edits.cpp
   dialect/statement_reader.cpp
+  dialect/statement_work.cpp
   dialect/table_names.cpp
   dialect/time_conversions.cpp
   dialect/time_functions.cpp
+  dialect/time_guards.cpp
   dialect/time_kinds.cpp
   dialect/time_meetings.cpp
   dialect/time_outputs.cpp
   dialect/translator.cpp
   dialect/view_kinds.cpp
+  dialect/written_times.cpp
   historian/catalog_change.cpp
   historian/catalog_file.cpp
   historian/catalog_record.cpp

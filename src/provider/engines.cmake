@@ -1,5 +1,6 @@
 # The engines that the provider stands on.
 list(APPEND PROVIDER_SOURCES
+  engines/declared_types.cpp
   engines/sqlite/sqlite_attachments.cpp
   engines/sqlite/sqlite_engine.cpp
   engines/sqlite/sqlite_errors.cpp

@@ -36,7 +36,8 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
   const auto tables = m_session.Schema(historian::EngineCatalog(Record(catalog.sName), true),
                                        {sTable, true}, m_stop);
   if (tables.empty()) return std::nullopt;
-  dialect::KnownTable known{tables.front().sName, {}, tables.front().sViewText};
+  dialect::KnownTable known{
+      tables.front().sName, {}, tables.front().bView, tables.front().sDefinition};
   for (const auto& column : tables.front().columns) {
     const bool bTime = column.type == platform::DataType::DBTimeStamp;
     known.columns.push_back({column.sName, bTime ? dialect::Content::Time : dialect::Content::Other,

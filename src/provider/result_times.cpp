@@ -1,5 +1,7 @@
 #include "provider/result_times.h"
 
+#include <cmath>
+
 #include "ado/out_of_memory.h"
 #include "ado/recordset_builder.h"
 
@@ -23,7 +25,8 @@ Change ChangeOf(DataType type, Content content, bool bTimeAsDouble) {
   if (content == Content::Mixed) {
     return type == DataType::DBTimeStamp ? Change::ToNumbers : Change::None;
   }
-  const bool bNumbers = type == DataType::BigInt || type == DataType::Empty;
+  const bool bNumbers =
+      type == DataType::BigInt || type == DataType::Double || type == DataType::Empty;
   if (type != DataType::DBTimeStamp && !(bNumbers && content == Content::Time)) return Change::None;
   if (bTimeAsDouble) return Change::ToDays;
   return type == DataType::DBTimeStamp ? Change::None : Change::ToTimes;
@@ -46,6 +49,12 @@ DataType Changed(DataType type, Change change) {
 Value AsTimestamp(Value vtValue) {
   if (const auto* const ll = vtValue.As<std::int64_t>()) {
     return platform::Timestamp(std::chrono::microseconds(*ll));
+  }
+  // What was added to a time may have led to a part of a microsecond.
+  constexpr double kMost = 9.2e18;
+  const auto* const d = vtValue.As<double>();
+  if (d != nullptr && *d > -kMost && *d < kMost) {
+    return platform::Timestamp(std::chrono::microseconds(std::llround(*d)));
   }
   return vtValue;
 }

@@ -67,9 +67,10 @@ ado::StatementResult HistorianSession::Execute(const ado::Statement& statement,
 
 ado::StatementResult HistorianSession::Run(const ado::Statement& statement,
                                            const Deadline& deadline, const std::stop_token& stop) {
-  auto tokens = dialect::ReadTokens(statement.sText);
+  dialect::StatementWork work(deadline);
+  auto tokens = dialect::ReadTokens(statement.sText, work);
   const auto catalog = dialect::ReadCatalogStatement(statement.sText, tokens);
-  if (!catalog) return RunTranslated(statement, std::move(tokens), deadline, stop);
+  if (!catalog) return RunTranslated(statement, std::move(tokens), deadline, work, stop);
   if (statement.bReadOnly) throw engines::WouldChange(statement.sText);
   RunCatalogStatement(*catalog, stop);
   return {ado::RecordsetBuilder({}).Finish(), 0};
@@ -78,12 +79,13 @@ ado::StatementResult HistorianSession::Run(const ado::Statement& statement,
 ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& statement,
                                                      std::vector<dialect::Token> tokens,
                                                      const Deadline& deadline,
+                                                     dialect::StatementWork& work,
                                                      const std::stop_token& stop) {
   KnownSchema schema(Opened().Catalogs(stop), *m_session, m_names, stop);
   auto translation = dialect::Translate(statement.sText, std::move(tokens), schema,
                                         {m_options.TimeZone(), m_place.clock(),
                                          m_options.IdentifierPrefixes(), m_options.TimeAsDouble()},
-                                        deadline);
+                                        work);
   deadline.Check();
   m_log.Detail(translation.sSql);
   engines::EngineStatement toRun;

@@ -42,7 +42,7 @@ class HistorianSession final : public ado::Session {
                            const std::stop_token& stop);
   ado::StatementResult RunTranslated(const ado::Statement& statement,
                                      std::vector<dialect::Token> tokens, const Deadline& deadline,
-                                     const std::stop_token& stop);
+                                     dialect::StatementWork& work, const std::stop_token& stop);
   void RunCatalogStatement(const dialect::CatalogStatement& statement, const std::stop_token& stop);
 
   SessionPlace m_place;

@@ -5,12 +5,14 @@ orvane_test(dialect
     dialect/lexer_test.cpp
     dialect/statement_reader_test.cpp
     dialect/time_comparisons_test.cpp
+    dialect/time_guards_test.cpp
     dialect/time_meetings_test.cpp
     dialect/time_random_test.cpp
     dialect/translator_limits_test.cpp
     dialect/translator_names_test.cpp
     dialect/translator_refusals_test.cpp
-    dialect/translator_times_test.cpp)
+    dialect/translator_times_test.cpp
+    dialect/written_times_test.cpp)
 
 orvane_test(historian
   LINK orvane_provider

@@ -2,6 +2,7 @@
 orvane_test(engines
   LINK orvane_provider
   SOURCES
+    engines/declared_types_test.cpp
     engines/sqlite_attachments_test.cpp
     engines/sqlite_commit_test.cpp
     engines/sqlite_engine_test.cpp

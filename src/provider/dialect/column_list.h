@@ -15,6 +15,7 @@ struct OutputColumn {
   platform::Text sName;
   Kinds kinds = kinds::kNull;
   std::size_t item = 0;  ///< of a SELECT: which of its items puts it out
+  bool bHidden = false;  ///< no star stands for it
 };
 
 class ColumnList {

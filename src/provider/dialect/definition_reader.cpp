@@ -59,7 +59,7 @@ void StatementReader::ReadCreateTable(Scope* scope) {
 void StatementReader::ReadColumnDefinition(Scope* scope) {
   ColumnDefinition column;
   column.sName = At(ExpectName()).sText;
-  column.bTime = IsTimeType(m_tree.tokens, ReadType());
+  column.bTime = IsTimeType(m_sStatement, m_tree.tokens, ReadType());
   ReadConstraints(scope, &column);
   m_tree.columns.push_back(std::move(column));
 }

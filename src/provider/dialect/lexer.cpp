@@ -4,7 +4,7 @@
 #include <array>
 
 #include "platform/failure.h"
-#include "provider/dialect/statement_depth.h"
+#include "provider/dialect/statement_work.h"
 
 namespace orvane::provider::dialect {
 namespace {
@@ -39,7 +39,8 @@ constexpr std::array<std::string_view, 26> kSymbols = {
 
 class Lexer {
  public:
-  explicit Lexer(std::string_view sStatement) : m_sStatement(sStatement) {}
+  Lexer(std::string_view sStatement, StatementWork& work)
+      : m_sStatement(sStatement), m_work(work) {}
 
   std::vector<Token> Read() {
     // An engine would take this character for the end of the text.
@@ -51,6 +52,7 @@ class Lexer {
       if (before == kMostTokens) {
         FailAt(m_sStatement, m_position, "The statement is too long", "send it in parts");
       }
+      m_work.Step();
       ReadToken();
       CheckOneStatement(m_tokens[before]);
     }
@@ -141,6 +143,7 @@ class Lexer {
         if (!bDoubled || Peek(1) != cQuote) break;
         ++m_position;
       }
+      m_work.Step();
       sText += Peek();
     }
     ++m_position;
@@ -196,14 +199,15 @@ class Lexer {
   }
 
   std::string_view m_sStatement;
+  StatementWork& m_work;
   std::size_t m_position = 0;
   std::vector<Token> m_tokens;
 };
 
 }  // namespace
 
-std::vector<Token> ReadTokens(std::string_view sStatement) {
-  return Lexer(sStatement).Read();
+std::vector<Token> ReadTokens(std::string_view sStatement, StatementWork& work) {
+  return Lexer(sStatement, work).Read();
 }
 
 Text CharacterNumber(std::string_view sStatement, std::size_t position) {

@@ -10,6 +10,8 @@
 
 namespace orvane::provider::dialect {
 
+class StatementWork;
+
 enum class TokenKind : std::uint8_t {
   Word,              ///< keyword or bare name
   QuotedIdentifier,  ///< "name", [name] or `name`
@@ -41,8 +43,8 @@ struct Token {
 /// Reads a whole statement; the last token is End. Comments are left out. Exactly one statement
 /// is let through: ";" may stand at its end only. Fails with failure::kSqlError and the place in
 /// the text for an unfinished quote, a character that has no meaning, a parameter mark, a second
-/// statement, and for a text without any statement.
-std::vector<Token> ReadTokens(std::string_view sStatement);
+/// statement, and for a text without any statement; and when the work is to end.
+std::vector<Token> ReadTokens(std::string_view sStatement, StatementWork& work);
 
 /// The place as a number of characters, not bytes, counted from 1.
 platform::Text CharacterNumber(std::string_view sStatement, std::size_t position);

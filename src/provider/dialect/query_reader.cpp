@@ -109,6 +109,9 @@ void StatementReader::ReadCore(Scope* scope) {
     do {
       ExpectSymbol("(");
       scope->rows.push_back(ReadList(scope));
+      if (scope->rows.back().size() != scope->rows.front().size()) {
+        FailHere("The rows of VALUES differ in length", "give all of them as many values");
+      }
       ExpectSymbol(")");
     } while (TakeSymbol(","));
     return;

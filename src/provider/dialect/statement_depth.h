@@ -1,5 +1,5 @@
-// How deep and how large a statement may be, and how often work on it looks at its deadline.
-// Used by whatever reads or translates statements.
+// How deep and how large a statement may be, how much work it may take, and how often that looks at
+// its deadline. Used by whatever reads or translates statements.
 #pragma once
 
 #include <cstddef>
@@ -20,6 +20,8 @@ constexpr std::size_t kMostColumnsInAll = 200'000;
 /// SELECTs, each counted as often as it is run: a named query that is read twice counts twice.
 constexpr std::size_t kMostSelects = 5000;
 constexpr std::size_t kMostTokens = 1'000'000;
+/// Of StatementWork: far more than any statement of that many tokens has use for.
+constexpr std::size_t kMostSteps = 500'000'000;
 constexpr std::size_t kStepsBetweenLooks = 1024;
 
 }  // namespace orvane::provider::dialect

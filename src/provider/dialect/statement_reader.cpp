@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "provider/dialect/statement_depth.h"
+#include "provider/engines/declared_types.h"
 
 namespace orvane::provider::dialect {
 
@@ -37,22 +37,21 @@ bool IsReserved(const Token& token) {
          std::find(kReserved.begin(), kReserved.end(), token.sUpper) != kReserved.end();
 }
 
-bool IsTimeType(const std::vector<Token>& tokens, TokenRange type) {
-  if (type.empty() || (type.begin + 1 < type.end && !tokens[type.begin + 1].IsSymbol("("))) {
-    return false;
-  }
-  // Quoted, it may hold blanks and a length, which mean nothing to the engines either.
-  Text sName = tokens[type.begin].sText;
-  sName.resize(std::min(sName.find('('), sName.size()));
-  const auto first = sName.find_first_not_of(" \t\r\n");
-  if (first == Text::npos) return false;
-  sName = sName.substr(first, sName.find_last_not_of(" \t\r\n") - first + 1);
-  return SameName(sName, "TIMESTAMP") || SameName(sName, "DATETIME");
+bool IsTimeType(std::string_view sStatement, const std::vector<Token>& tokens, TokenRange type) {
+  if (type.empty()) return false;
+  const Token& first = tokens[type.begin];
+  const Token& last = tokens[type.end - 1];
+  // As the engine keeps it: all of the text, of what stands in quotes what is within.
+  const bool bQuoted = first.kind == TokenKind::QuotedIdentifier || first.kind == TokenKind::String;
+  const std::string_view sDeclared =
+      bQuoted ? std::string_view(first.sText)
+              : sStatement.substr(first.position, last.position + last.length - first.position);
+  return engines::TypeOfDeclaration(sDeclared) == platform::DataType::DBTimeStamp;
 }
 
 StatementReader::StatementReader(std::string_view sStatement, std::vector<Token> tokens,
-                                 const Deadline& deadline)
-    : m_sStatement(sStatement), m_deadline(deadline) {
+                                 StatementWork& work)
+    : m_sStatement(sStatement), m_work(work) {
   m_tree.tokens = std::move(tokens);
   m_nEnd = m_tree.tokens.size() - 1;
   CheckTokens();
@@ -64,7 +63,7 @@ void StatementReader::CheckTokens() {
   std::vector<std::size_t> open;
   for (std::size_t i = 0; i < m_nEnd; ++i) {
     const Token& token = At(i);
-    if (i % kStepsBetweenLooks == 0) m_deadline.Check();
+    m_work.Step();
     if (token.IsSymbol("(")) {
       open.push_back(i);
     } else if (token.IsSymbol(")")) {

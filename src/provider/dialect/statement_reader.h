@@ -1,21 +1,20 @@
 // Reads the tokens of a statement into a tree, one function for each rule of the grammar. What it
 // takes in, the embedded engine reads the same way; what it does not know, it refuses.
 // Used once for each statement and each view that a statement reads.
-// The rules stand in expression_reader.cpp, query_reader.cpp, change_reader.cpp and
-// definition_reader.cpp.
+// The rules stand in expression_reader.cpp, call_reader.cpp, query_reader.cpp, change_reader.cpp
+// and definition_reader.cpp.
 #pragma once
 
 #include <initializer_list>
 
-#include "provider/deadline.h"
-#include "provider/dialect/statement_depth.h"
 #include "provider/dialect/statement_tree.h"
+#include "provider/dialect/statement_work.h"
 
 namespace orvane::provider::dialect {
 
 class StatementReader {
  public:
-  StatementReader(std::string_view sStatement, std::vector<Token> tokens, const Deadline& deadline);
+  StatementReader(std::string_view sStatement, std::vector<Token> tokens, StatementWork& work);
 
   /// Reads one statement. Fails with failure::kSqlError for brackets that do not match, for what
   /// the grammar does not know, and for statements and functions that are not let through; and at
@@ -101,25 +100,28 @@ class StatementReader {
   // --- expressions ---
   Expr* ReadExpr(Scope* scope);
   Expr* ReadExpr(Scope* scope, Level least);
+  Expr* ReadBound(Scope* scope);
   Expr* ReadOperand(Scope* scope);
   Expr* ReadBehind(Expr* left, Scope* scope, Level level);
   Expr* ReadNegatable(Expr* left, Scope* scope);
   Expr* ReadIn(Expr* in, Scope* scope);
   Expr* ReadBracket(Scope* scope);
   Expr* ReadCase(Scope* scope);
+  std::vector<Expr*> ReadList(Scope* scope);
+  Level LevelHere() const;
+  Expr* New(ExprKind kind, std::size_t begin, Scope* scope);
+  Expr* Done(Expr* expr);
+
+  // --- names, calls and types ---
   Expr* ReadCast(Scope* scope);
   Expr* ReadNameOrCall(Scope* scope);
   void ReadCall(Expr* call, Scope* scope);
   void ReadWindow(std::vector<Expr*>& sorts, std::vector<Expr*>& conditions, Scope* scope);
   void ReadFrameBound(std::vector<Expr*>& conditions, Scope* scope);
   TokenRange ReadType();
-  std::vector<Expr*> ReadList(Scope* scope);
-  Level LevelHere() const;
-  Expr* New(ExprKind kind, std::size_t begin, Scope* scope);
-  Expr* Done(Expr* expr);
 
   std::string_view m_sStatement;
-  const Deadline& m_deadline;
+  StatementWork& m_work;
   StatementTree m_tree;
   std::vector<std::size_t> m_partners;  ///< of a bracket the other one
   std::size_t m_nEnd = 0;

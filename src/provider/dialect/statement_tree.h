@@ -177,7 +177,7 @@ struct StatementTree {
   std::optional<Chain> indexedTable;
 };
 
-/// True for a declared type whose columns hold times: TIMESTAMP or DATETIME in any case.
-bool IsTimeType(const std::vector<Token>& tokens, TokenRange type);
+/// True for a type whose columns hold times, as engines::TypeOfDeclaration tells.
+bool IsTimeType(std::string_view sStatement, const std::vector<Token>& tokens, TokenRange type);
 
 }  // namespace orvane::provider::dialect

@@ -149,10 +149,15 @@ const NamedQuery* TableNames::FindNamedQuery(const Source& source) const {
       source.table.parts.size() != 1) {
     return nullptr;
   }
+  const Text sName = UpperCase(Part(source.table, 0));
   for (const Scope* scope = source.scope; scope != nullptr; scope = scope->parent) {
-    for (const auto& named : scope->namedQueries) {
-      if (SameName(named.sName, Part(source.table, 0))) return &named;
+    if (scope->namedQueries.empty()) continue;
+    auto& names = m_named[scope];
+    if (names.empty()) {
+      for (const auto& named : scope->namedQueries)
+        names.try_emplace(UpperCase(named.sName), &named);
     }
+    if (const auto found = names.find(sName); found != names.end()) return found->second;
   }
   return nullptr;
 }

@@ -5,7 +5,7 @@
 
 #include <map>
 #include <optional>
-#include <set>
+#include <unordered_map>
 
 #include "provider/dialect/statement_edits.h"
 #include "provider/dialect/translator.h"
@@ -83,6 +83,8 @@ class TableNames {
   std::optional<KnownCatalog> m_home;
   std::optional<platform::Text> m_viewCatalog;  ///< of the view that the statement makes
   std::map<const Source*, const FoundTable*> m_tables;
+  // Of each scope the first named query of each name, in capitals.
+  mutable std::map<const Scope*, std::unordered_map<platform::Text, const NamedQuery*>> m_named;
   std::vector<platform::Text> m_catalogs;
   std::optional<platform::Text> m_changed;
 };

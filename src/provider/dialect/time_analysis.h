@@ -4,14 +4,18 @@
 // be a time is refused with its place.
 // Used by the translator, once for each statement and for each view that one reads. The kinds are
 // worked out in time_kinds.cpp, what queries put out in time_outputs.cpp, what meets what is told
-// in time_meetings.cpp, and what becomes a time in time_conversions.cpp.
+// in time_meetings.cpp, what is looked at again when the statement runs in time_guards.cpp, and
+// what becomes a time in time_conversions.cpp.
 #pragma once
 
 #include <map>
+#include <memory>
 #include <set>
+#include <unordered_map>
 
 #include "provider/dialect/column_list.h"
 #include "provider/dialect/table_names.h"
+#include "provider/dialect/written_times.h"
 
 namespace orvane::provider::dialect {
 
@@ -26,7 +30,7 @@ class TimeAnalysis {
     TableNames& names;
     StatementEdits& edits;
     const TranslationSettings& settings;
-    const Deadline& deadline;
+    StatementWork& work;
     ViewKinds& views;
     /// What is kept beyond the statement, such as "a view": no time can be read for it. Else empty.
     platform::Text sKept{};
@@ -40,11 +44,15 @@ class TimeAnalysis {
   const ColumnList& OutputOf(const Query& query);
   /// The name that the column really has, empty when it is not known.
   platform::Text ColumnName(const Chain& chain, const Scope* scope);
+  /// What the computed columns of the table that is defined are, under their names in capitals.
+  std::map<platform::Text, Kinds> Computed();
   /// True when the statement calls functions that read times.
   bool CallsFunctions() const { return m_bCalls; }
   std::size_t SelectsOf(const Query& query);
 
  private:
+  // For being the same, or for which comes first.
+  enum class Comparison : std::uint8_t { Same, Order };
   // One side of a comparison: an expression, a column of a query, or of a table's columns.
   struct Operand {
     const Expr* expr = nullptr;
@@ -88,8 +96,7 @@ class TimeAnalysis {
   const platform::Text& Part(const Chain& chain, std::size_t part) const {
     return At(chain.parts[part]).sText;
   }
-  // Counts what may be done very often, and looks at the deadline now and then.
-  void Step();
+  void Step() { m_place.work.Step(); }
   // The arguments of iif, or of CASE written as one, that can come out of it.
   static std::vector<std::size_t> ChosenByIif(std::size_t nArguments);
   bool TimeAsDouble() const { return m_place.settings.bTimeAsDouble; }
@@ -112,6 +119,8 @@ class TimeAnalysis {
   bool IsShared(const Scope& core, std::size_t place, const platform::Text& sColumn);
   Found Find(const Chain& chain, const Scope* scope);
   Found FindIn(const Chain& chain, const Scope& scope);
+  const Expr* ItemNamed(const Scope& scope, const platform::Text& sName);
+  bool NumbersRows(const Chain& chain, const Scope* scope);
   std::optional<std::size_t> FindPlace(const ColumnList& columns,
                                        const platform::Text& sName) const;
   std::size_t CountSelects(const Query& query);
@@ -127,6 +136,7 @@ class TimeAnalysis {
   Kinds KindsOfCall(const Expr& expr);
   Kinds KindsOfDate(const Expr& expr, const platform::Text& sFunction);
   bool KeepsUtc(const Expr& modifier) const;
+  std::optional<WrittenFormat> FormatOf(const Expr& expr) const;
   Kinds KindsOfLike(const Expr& expr);
   void SetKinds(const Expr& expr, Kinds kinds) { m_kinds[expr.nNumber] = kinds; }
 
@@ -142,14 +152,24 @@ class TimeAnalysis {
   void LookAtDefinition();
   void LookAtComputed(const ColumnDefinition& column);
   void LookAtSort(const Expr& expr, const Query* query);
-  void CheckNumbered(const Expr& inside, const ColumnList& columns) const;
+  void CheckNumbered(const Expr& inside, const Query& query);
   void MeetIn(const Expr& expr);
-  void MeetRows(const std::vector<const Expr*>& sides, std::size_t token);
-  Kinds Meet(const std::vector<Operand>& operands, std::size_t token);
-  void CheckPair(const Operand& left, const Operand& right, std::size_t token);
+  void MeetRows(const std::vector<const Expr*>& sides, std::size_t token, Comparison how);
+  Kinds Meet(const std::vector<Operand>& operands, std::size_t token, Comparison how);
   std::vector<Operand> OperandsOf(const Expr& expr);
   Kinds KindsOf(const Operand& operand);
   const Expr* Inside(const Expr* expr) const;
+
+  // --- what is looked at again when the statement runs ---
+  void CheckMeeting(const std::vector<Operand>& operands, std::size_t token, Comparison how);
+  void CheckWritten(const std::vector<Operand>& operands, std::size_t token, Comparison how);
+  void CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
+                    Comparison how) const;
+  void GuardNumber(const Operand& operand);
+  void GuardText(const Operand& operand, bool bPart);
+  void Guard(const Operand& operand, std::string_view sFunction, Kinds sound);
+  void Guard(const Expr& expr, std::string_view sFunction, Kinds sound);
+  void GuardOutput(const Query& query, std::size_t column, std::string_view sFunction, Kinds sound);
 
   // --- becoming a time ---
   void Convert(const Operand& operand);
@@ -179,16 +199,17 @@ class TimeAnalysis {
   std::optional<ColumnList> m_new;
   std::map<const Query*, std::size_t> m_selects;
   std::set<const Expr*> m_aliases;  // items of which the kinds were told under their names
+  std::map<const Scope*, std::unordered_map<platform::Text, const Expr*>> m_itemNames;
+  std::set<std::pair<std::size_t, std::string_view>> m_guarded;  // by number of the expression
   std::size_t m_nColumns = 0;
-  std::size_t m_nSteps = 0;
   int m_nDepth = 0;
   bool m_bCalls = false;
 };
 
 class ViewKinds {
  public:
-  ViewKinds(TableCache& cache, const TranslationSettings& settings, const Deadline& deadline)
-      : m_cache(cache), m_settings(settings), m_deadline(deadline) {}
+  ViewKinds(TableCache& cache, const TranslationSettings& settings, StatementWork& work)
+      : m_cache(cache), m_settings(settings), m_work(work) {}
 
   struct View {
     std::vector<Kinds> kinds;   ///< of its columns in order; empty when they are not known
@@ -197,14 +218,20 @@ class ViewKinds {
   };
   /// What the view puts out. Never fails for what stands in the view.
   const View& Of(const FoundTable& found);
+  /// What the computed columns of the table are, under their names in capitals; of one that is
+  /// missing nothing is known. Never fails for what stands in the table's definition.
+  const std::map<platform::Text, Kinds>& Computed(const FoundTable& found);
 
  private:
+  struct Definition;
+  std::unique_ptr<Definition> ReadDefinition(const FoundTable& found);
   View Read(const FoundTable& found);
 
   TableCache& m_cache;
   const TranslationSettings& m_settings;
-  const Deadline& m_deadline;
+  StatementWork& m_work;
   std::map<const FoundTable*, View> m_views;
+  std::map<const FoundTable*, std::map<platform::Text, Kinds>> m_computed;
   int m_nDepth = 0;
 };
 

@@ -97,8 +97,8 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds) {
     }
     case ExprKind::Subquery:
       // Texts of one kind are read where they come out.
-      if (kinds::IsOnly(kinds, kinds::kAnyText) ||
-          kinds::IsOnly(kinds, kinds::kUtcText | kinds::kWrittenTime)) {
+      if (kinds::IsOnly(kinds, kinds::kAnyText | kinds::kAnyValue) ||
+          kinds::IsOnly(kinds, kinds::kUtcDates)) {
         return false;
       }
       ConvertOutput(*expr.query, 0);
@@ -148,7 +148,7 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
          "write a time between single quotes, such as '*-1h', or what datetime() gives");
   }
   const bool bUtc = kinds::Has(kinds, kinds::kUtcText | kinds::kWrittenTime);
-  if (bUtc && !kinds::IsOnly(kinds, kinds::kUtcText | kinds::kWrittenTime)) FailMixed(token);
+  if (bUtc && !kinds::IsOnly(kinds, kinds::kUtcDates)) FailMixed(token);
   if (kinds::IsOnly(kinds, kinds::kNumber) && !TimeAsDouble()) FailNumber(token);
   m_place.edits.Wrap(expr.range, Text(bUtc ? kReadUtc : kReadTime) + "(", ")");
   m_bCalls = true;

@@ -4,6 +4,7 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "provider/dialect/written_times.h"
 #include "zones/time_expression.h"
 
 namespace orvane::provider::dialect {
@@ -19,12 +20,46 @@ using platform::Value;
       sValue + " is compared with a time or stored as one, and is none: " + sWhy + ".", "ORVOLEDB");
 }
 
+bool IsNumber(const Value& vtValue) {
+  return vtValue.As<std::int64_t>() != nullptr || vtValue.As<double>() != nullptr;
+}
+
 Text Shown(const Text& sText) {
   constexpr std::size_t kMost = 60;
   if (sText.size() <= kMost) return "'" + sText + "'";
   std::size_t nEnd = kMost;
   while (nEnd > 0 && (static_cast<unsigned char>(sText[nEnd]) & 0xC0U) == 0x80U) --nEnd;
   return "'" + sText.substr(0, nEnd) + "...'";
+}
+
+Text Shown(const Value& vtValue) {
+  if (const auto* const sText = vtValue.As<Text>()) return Shown(*sText);
+  return IsNumber(vtValue) ? platform::ToText(vtValue) : Text("A row of bytes");
+}
+
+[[noreturn]] void FailMeeting(const Value& vtValue, const Text& sWith, const Text& sAdvice) {
+  throw platform::Failure(platform::failure::kSqlError,
+                          Shown(vtValue) + " is compared with " + sWith + "; " + sAdvice + ".",
+                          "ORVOLEDB");
+}
+
+Value OnlyNumber(const Value& vtValue) {
+  if (vtValue.IsNull() || IsNumber(vtValue)) return vtValue;
+  FailMeeting(vtValue, "a number made from a time",
+              "compare the time itself, as in Timestamp >= '*-1h', or write CAST(... AS REAL)");
+}
+
+Value OnlyText(const Value& vtValue) {
+  if (vtValue.IsNull() || vtValue.As<Text>() != nullptr) return vtValue;
+  FailMeeting(vtValue, "a written time",
+              "compare the time itself, as in Timestamp >= '*-1h', or write CAST(... AS TEXT)");
+}
+
+Value OnlyPart(const Value& vtValue) {
+  const auto* const sText = vtValue.As<Text>();
+  if (sText == nullptr || !BeginsAsDate(*sText)) return OnlyText(vtValue);
+  FailMeeting(vtValue, "a part of a time",
+              "compare the time itself, as in Timestamp >= '*-1h', or write both in one format");
 }
 
 Value ReadText(const Text& sText, const zones::TimeZone& zone, Timestamp now) {
@@ -73,9 +108,7 @@ std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings&
     if (const auto* const sText = vtValue.As<Text>()) {
       return ReadText(*sText, settings.zone, settings.now);
     }
-    if (vtValue.As<std::int64_t>() != nullptr || vtValue.As<double>() != nullptr) {
-      return ReadNumber(vtValue, settings);
-    }
+    if (IsNumber(vtValue)) return ReadNumber(vtValue, settings);
     FailNoTime("A row of bytes", "write a time such as '*-1h'");
   };
   const auto readUtc = [now = settings.now,
@@ -86,7 +119,9 @@ std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings&
   const auto whole = [](const Value& vtValue) -> Value {
     return vtValue.IsNull() ? Value() : WholeTime(vtValue);
   };
-  return {{Text(kReadTime), read}, {Text(kReadUtc), readUtc}, {Text(kWholeTime), whole}};
+  return {{Text(kReadTime), read},     {Text(kReadUtc), readUtc},
+          {Text(kWholeTime), whole},   {Text(kOnlyNumber), OnlyNumber},
+          {Text(kOnlyText), OnlyText}, {Text(kOnlyPart), OnlyPart}};
 }
 
 }  // namespace orvane::provider::dialect

@@ -1,6 +1,6 @@
 // The functions that read values as times while a statement runs, for what the translator cannot
-// know: texts of columns, and what date functions give.
-// Named by the translator in the engine's text and brought along with it.
+// know: texts of columns, and what date functions give; and that look whether values are of the
+// kind that they must be. Named by the translator in the engine's text and brought along with it.
 #pragma once
 
 #include <vector>
@@ -16,6 +16,13 @@ constexpr std::string_view kReadTime = "orvane_time";
 constexpr std::string_view kReadUtc = "orvane_time_utc";
 /// Gives the whole microsecond of a time to which a number was added.
 constexpr std::string_view kWholeTime = "orvane_time_whole";
+
+/// Gives a number as it is, for what is compared with a number made from a time.
+constexpr std::string_view kOnlyNumber = "orvane_time_number";
+/// Gives a text as it is, for what is compared with a written time.
+constexpr std::string_view kOnlyText = "orvane_time_text";
+/// The same for a part of a time, such as its hour: a text that is no date.
+constexpr std::string_view kOnlyPart = "orvane_time_part";
 
 /// All of them. Null stays null; what is no time fails with failure::kSqlError and a sentence.
 std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings& settings);

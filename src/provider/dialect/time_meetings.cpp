@@ -3,6 +3,7 @@
 
 #include "platform/failure.h"
 #include "provider/dialect/time_analysis.h"
+#include "provider/dialect/time_functions.h"
 
 namespace orvane::provider::dialect {
 
@@ -66,7 +67,10 @@ void TimeAnalysis::LookAtJoins(const Scope& scope) {
         all |= columns[*place].kinds;
       }
       if (!bBefore) return;
-      const bool bSound = kinds::IsOnly(all, kinds::kTimes) || !kinds::Has(all, kinds::kFromTimes);
+      const bool bSound =
+          kinds::IsOnly(all, kinds::kTimes) ||
+          (!kinds::Has(all, kinds::kFromTimes) &&
+           (!kinds::Has(all, kinds::kCountOfTime) || kinds::IsOnly(all, kinds::kOnlyNumbers)));
       if (!bSound) {
         Fail(token, "Tables are joined by a time and something else",
              "join them by ON and compare times with times");
@@ -76,16 +80,18 @@ void TimeAnalysis::LookAtJoins(const Scope& scope) {
     if (!source.bNatural) continue;
     const std::size_t token =
         source.query != nullptr ? source.query->range.begin : source.table.range.begin;
-    for (const auto& column : ColumnsOf(source)) look(column.sName, token);
+    for (const auto& column : ColumnsOf(source)) {
+      if (!column.bHidden) look(column.sName, token);
+    }
   }
 }
 
 void TimeAnalysis::LookAtQuery(const Query& query) {
-  const ColumnList& columns = OutputOf(query);
+  OutputOf(query);
   for (const auto* const sort : query.sorts) LookAtSort(*sort, &query);
   // GROUP BY 1 means a column as well.
   for (const auto* const core : query.cores) {
-    for (const auto* const sort : core->sorts) CheckNumbered(*Inside(sort), columns);
+    for (const auto* const sort : core->sorts) CheckNumbered(*Inside(sort), query);
   }
 }
 
@@ -96,26 +102,39 @@ void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
   if (query != nullptr) {
     const ColumnList& columns = OutputOf(*query);
     const Expr& inside = *Inside(&expr);
-    CheckNumbered(inside, columns);
+    CheckNumbered(inside, *query);
     if (inside.kind == ExprKind::Name && inside.chain.parts.size() == 1) {
-      if (const auto place = columns.Find(Part(inside.chain, 0))) kinds |= columns[*place].kinds;
+      if (const auto place = columns.Find(Part(inside.chain, 0))) {
+        kinds |= columns[*place].kinds;
+        if (kinds::MayMix(columns[*place].kinds)) {
+          GuardOutput(*query, *place, kOnlyNumber, kinds::kOnlyNumbers);
+        }
+      }
       // Behind joined SELECTs a column of any of them; what they put out has met already.
       if (query->cores.size() > 1) return;
     }
   }
   kinds |= KindsOf(expr);
-  if (kinds::Mixes(kinds)) Convert(expr);
+  if (kinds::Mixes(kinds)) {
+    Convert(expr);
+  } else if (kinds::MayMix(kinds)) {
+    GuardNumber({&expr, nullptr, nullptr, 0, expr.range.begin});
+  }
 }
 
 // A number that stands alone means the column of that place.
-void TimeAnalysis::CheckNumbered(const Expr& inside, const ColumnList& columns) const {
+void TimeAnalysis::CheckNumbered(const Expr& inside, const Query& query) {
   if (inside.kind != ExprKind::Number) return;
+  const ColumnList& columns = OutputOf(query);
   const Text& sNumber = At(inside.range.begin).sText;
   const std::size_t nPlace =
       sNumber.size() < 6 ? static_cast<std::size_t>(std::stoul("0" + sNumber)) : 0;
-  const bool bMixed =
-      nPlace > 0 && nPlace <= columns.size() && kinds::Mixes(columns[nPlace - 1].kinds);
-  if (bMixed) FailMixed(inside.range.begin);
+  if (nPlace == 0 || nPlace > columns.size()) return;
+  const Kinds kinds = columns[nPlace - 1].kinds;
+  if (kinds::Mixes(kinds)) FailMixed(inside.range.begin);
+  if (kinds::MayMix(kinds)) {
+    GuardOutput(query, nPlace - 1, kOnlyNumber, kinds::kOnlyNumbers);
+  }
 }
 
 // --- changes ---
@@ -237,6 +256,35 @@ void TimeAnalysis::LookAtComputed(const ColumnDefinition& column) {
   }
 }
 
+// What computes with a column that is computed later counts as what could be anything.
+std::map<Text, Kinds> TimeAnalysis::Computed() {
+  constexpr Kinds kUnknown = kinds::kTime | kinds::kAnyValue | kinds::kOther;
+  std::map<Text, Kinds> computed;
+  ColumnList columns = ColumnsOfNew();
+  for (std::size_t i = 0; i < m_tree.columns.size(); ++i) {
+    if (m_tree.columns[i].computed != nullptr) columns.SetKinds(i, kUnknown);
+  }
+  m_new = columns;
+  for (std::size_t i = 0; i < m_tree.columns.size(); ++i) {
+    const ColumnDefinition& column = m_tree.columns[i];
+    if (column.computed == nullptr) continue;
+    Kinds kinds = kUnknown;
+    try {
+      const Kinds of = KindsOf(*column.computed);
+      const bool bFromTime = kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime);
+      if (column.bTime ? kinds::IsOnly(of, kinds::kTime) : !bFromTime) {
+        kinds = column.bTime ? kinds::kTime : kinds::kAnyValue;
+      }
+    } catch (const platform::Failure& failed) {
+      if (failed.Number() != platform::failure::kSqlError) throw;
+      kinds = kinds::kWrong;
+    }
+    m_new->SetKinds(i, kinds);
+    computed[UpperCase(column.sName)] = kinds;
+  }
+  return computed;
+}
+
 // --- comparisons ---
 
 // A row of values, or a query that gives one, meets another element by element.
@@ -264,27 +312,27 @@ Kinds TimeAnalysis::KindsOf(const Operand& operand) {
   return operand.column < columns.size() ? columns[operand.column].kinds : kinds::kOther;
 }
 
-void TimeAnalysis::MeetRows(const std::vector<const Expr*>& sides, std::size_t token) {
+void TimeAnalysis::MeetRows(const std::vector<const Expr*>& sides, std::size_t token,
+                            Comparison how) {
   std::vector<std::vector<Operand>> rows;
-  std::size_t nWidest = 0;
   for (const auto* const side : sides) {
     KindsOf(*side);
     rows.push_back(OperandsOf(*side));
-    nWidest = std::max(nWidest, rows.back().size());
-  }
-  for (std::size_t i = 0; i < nWidest; ++i) {
-    std::vector<Operand> meeting;
-    for (const auto& row : rows) {
-      if (i < row.size()) meeting.push_back(row[i]);
+    if (rows.back().size() != rows.front().size()) {
+      Fail(token, "Rows of different lengths are compared", "give all of them as many values");
     }
-    Meet(meeting, token);
+  }
+  for (std::size_t i = 0; i < rows.front().size(); ++i) {
+    std::vector<Operand> meeting;
+    for (const auto& row : rows) meeting.push_back(row[i]);
+    Meet(meeting, token, how);
   }
 }
 
 void TimeAnalysis::MeetIn(const Expr& expr) {
   if (expr.query == nullptr && expr.table == nullptr) {
     // Of a list each element meets the first, so all of them are of one kind.
-    MeetRows({expr.children.begin(), expr.children.end()}, expr.operation);
+    MeetRows({expr.children.begin(), expr.children.end()}, expr.operation, Comparison::Same);
     return;
   }
   KindsOf(*expr.children[0]);
@@ -292,55 +340,23 @@ void TimeAnalysis::MeetIn(const Expr& expr) {
   for (std::size_t i = 0; i < left.size(); ++i) {
     const std::size_t token =
         expr.query != nullptr ? expr.query->range.begin : expr.table->table.range.begin;
-    Meet({left[i], {nullptr, expr.query, expr.table, i, token}}, expr.operation);
+    Meet({left[i], {nullptr, expr.query, expr.table, i, token}}, expr.operation, Comparison::Same);
   }
 }
 
 // Where one is a time all become times, and what they are then is told.
-Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token) {
+Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token, Comparison how) {
   Kinds all = kinds::kNull;
   for (const auto& operand : operands) all |= KindsOf(operand);
   if (kinds::Has(all, kinds::kTimes)) {
     for (const auto& operand : operands) Convert(operand);
     return kinds::kTime | (all & kinds::kShifted);
   }
-  for (std::size_t i = 1; i < operands.size(); ++i) CheckPair(operands[0], operands[i], token);
+  // Each of the others meets the first.
+  for (std::size_t i = 1; i < operands.size(); ++i) {
+    CheckMeeting({operands[0], operands[i]}, token, how);
+  }
   return all;
-}
-
-// Neither is a time, but they may have been made from one.
-void TimeAnalysis::CheckPair(const Operand& left, const Operand& right, std::size_t token) {
-  const auto both = static_cast<Kinds>(KindsOf(left) | KindsOf(right));
-  if (kinds::Has(both, kinds::kCountOfTime) && kinds::Has(both, kinds::kSureTexts)) {
-    Fail(token, "A number made from a time is compared with a text",
-         "compare the time itself, as in Timestamp >= '*-1h', or write a number");
-  }
-  if (kinds::Has(both, kinds::kNumberOfTime | kinds::kTextOfTime)) {
-    const bool bNumbers =
-        kinds::IsOnly(both, kinds::kNumberOfTime | kinds::kCountOfTime | kinds::kNumbers) &&
-        (!TimeAsDouble() ||
-         kinds::IsOnly(both, kinds::kNumberOfTime | kinds::kCountOfTime | kinds::kCount));
-    if (!bNumbers && !kinds::IsOnly(both, kinds::kTextOfTime)) {
-      Fail(token, "What was made from a time is compared with something else",
-           "compare the time itself, as in Timestamp >= '*-1h'");
-    }
-    return;
-  }
-  if (!kinds::Has(both, kinds::kWrittenTime)) return;
-  for (const auto* const operand : {&left, &right}) {
-    if (operand->expr == nullptr) continue;
-    const Expr& inside = *Inside(operand->expr);
-    const bool bNumber =
-        kinds::IsOnly(KindsOf(*operand), kinds::kNumbers) && KindsOf(*operand) != kinds::kNull;
-    const Text& sText = At(inside.range.begin).sText;
-    const bool bExpression = inside.kind == ExprKind::String && !sText.empty() &&
-                             !(sText.front() >= '0' && sText.front() <= '9') &&
-                             sText.front() != '-';
-    if (bNumber || bExpression) {
-      Fail(inside.range.begin, "A written time is compared with something else",
-           "compare the time itself, as in Timestamp >= '*-1h', or CAST what is written");
-    }
-  }
 }
 
 }  // namespace orvane::provider::dialect

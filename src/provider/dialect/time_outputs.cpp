@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "platform/failure.h"
-#include "provider/dialect/statement_depth.h"
 #include "provider/dialect/time_analysis.h"
+#include "provider/dialect/time_functions.h"
 
 namespace orvane::provider::dialect {
 
@@ -12,7 +12,7 @@ using platform::Text;
 namespace {
 
 // What a name may mean that nothing can be said about.
-constexpr Kinds kUnknown = kinds::kTime | kinds::kAny | kinds::kOther;
+constexpr Kinds kUnknown = kinds::kTime | kinds::kAnyValue | kinds::kOther;
 
 }  // namespace
 
@@ -47,14 +47,20 @@ const ColumnList& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
   const auto [known, bNew] = m_tables.try_emplace(&found);
   if (!bNew) return known->second;
   ColumnList columns;
-  const ViewKinds::View* view = nullptr;
-  if (!found.table.sViewText.empty()) view = &m_place.views.Of(found);
+  const ViewKinds::View* const view = found.table.bView ? &m_place.views.Of(found) : nullptr;
   for (std::size_t i = 0; i < found.table.columns.size(); ++i) {
     const KnownColumn& column = found.table.columns[i];
-    Kinds kinds = column.bText ? kinds::kAnyText : kinds::kAny;
-    if (column.content == Content::Time) {
-      // By what it is computed was written elsewhere, and may be no time.
-      kinds = column.bGenerated ? kUnknown : kinds::kTime;
+    Kinds kinds = column.bText ? kinds::kAnyText : kinds::kAnyValue;
+    if (column.content == Content::Time) kinds = kinds::kTime;
+    if (column.bGenerated) {
+      // By what it is computed may have been written elsewhere.
+      const auto& computed = m_place.views.Computed(found);
+      const auto told = computed.find(UpperCase(column.sName));
+      if (told == computed.end()) {
+        kinds = kUnknown;
+      } else if (told->second != kinds::kAnyValue) {
+        kinds = told->second;
+      }
     }
     if (view != nullptr) kinds = i < view->kinds.size() ? view->kinds[i] : kUnknown;
     columns.Add({column.sName, kinds, 0});
@@ -65,14 +71,24 @@ const ColumnList& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
 const ColumnList& TimeAnalysis::ColumnsOfFunction(const Source& source) {
   const auto [known, bNew] = m_functions.try_emplace(&source);
   if (!bNew) return known->second;
-  Kinds kinds = kinds::kAny;
-  for (const auto* const argument : source.arguments) {
-    if (kinds::Has(KindsOf(*argument), kinds::kFromTimes)) kinds = kinds::kTextOfTime;
-  }
+  Kinds of = kinds::kNull;
+  for (const auto* const argument : source.arguments) of |= KindsOf(*argument);
   ColumnList columns;
-  for (const char* const sName : {"key", "value", "type", "atom", "id", "parent", "fullkey", "path",
-                                  "json", "root", "start", "stop", "step"}) {
-    columns.Add({sName, kinds, 0});
+  // A star stands for those that are not hidden.
+  const auto add = [&](std::initializer_list<const char*> names, Kinds kinds, bool bHidden) {
+    for (const char* const sName : names) columns.Add({sName, kinds, 0, bHidden});
+  };
+  if (SameName(At(source.table.parts.back()).sText, "generate_series")) {
+    Kinds kinds = kinds::Has(of, kinds::kCounted) ? kinds::kCountOfTime : kinds::kNumber;
+    if (kinds::Has(of, kinds::kFromTimes)) kinds = kinds::kNumberOfTime;
+    add({"value"}, kinds, false);
+    add({"start", "stop", "step"}, kinds, true);
+  } else {
+    Kinds kinds = kinds::kAnyValue | (of & kinds::kWrittenTime);
+    if (kinds::Has(of, kinds::kCountOfTime)) kinds = kinds::kTextOfTime;
+    if (kinds::Has(of, kinds::kFromTimes)) kinds = kinds::kTextOfTime;
+    add({"key", "value", "type", "atom", "id", "parent", "fullkey", "path"}, kinds, false);
+    add({"json", "root"}, kinds, true);
   }
   return known->second = std::move(columns);
 }
@@ -82,7 +98,7 @@ const ColumnList& TimeAnalysis::ColumnsOfNew() {
   if (!m_new) {
     m_new.emplace();
     for (const auto& column : m_tree.columns) {
-      m_new->Add({column.sName, column.bTime ? kinds::kTime : kinds::kAny, 0});
+      m_new->Add({column.sName, column.bTime ? kinds::kTime : kinds::kAnyValue, 0});
     }
   }
   return *m_new;
@@ -177,6 +193,7 @@ void TimeAnalysis::AppendStar(const Scope& core, const Item& item, std::size_t i
     if (!bAll && !m_place.names.IsQualifier(source, item.star, item.star.parts.size())) continue;
     for (const auto& column : ColumnsOf(source)) {
       Step();
+      if (column.bHidden) continue;
       // A column by which tables are joined comes once.
       if (bAll && IsShared(core, i, column.sName)) continue;
       Append(to, {column.sName, column.kinds, itemNumber}, item.range.begin);
@@ -206,14 +223,17 @@ bool TimeAnalysis::IsShared(const Scope& core, std::size_t place, const Text& sC
 void TimeAnalysis::JoinCores(const Query& query, Output& output) {
   for (std::size_t i = 0; i < output.columns.size(); ++i) {
     const Kinds kinds = output.columns[i].kinds;
-    if (!kinds::Mixes(kinds)) continue;
+    if (!kinds::Mixes(kinds) && !kinds::MayMix(kinds)) continue;
     const bool bRows = !query.cores.front()->rows.empty() && query.cores.front()->rows.size() > 1;
     const bool bJoined = query.cores.size() > 1 || bRows;
     const bool bDistinct = std::any_of(query.cores.begin(), query.cores.end(),
                                        [](const auto* core) { return core->bDistinct; });
-    if (kinds::Has(kinds, kinds::kTimes) && (bJoined || bDistinct)) {
+    const bool bCompares = query.bCompares || bDistinct;
+    if (!kinds::Mixes(kinds)) {
+      if (bCompares) GuardOutput(query, i, kOnlyNumber, kinds::kOnlyNumbers);
+    } else if (kinds::Has(kinds, kinds::kTimes) && (bJoined || bDistinct)) {
       ConvertOutput(query, i);
-    } else if (query.bCompares || bDistinct) {
+    } else if (bCompares) {
       FailMixed(query.range.begin);
     }
   }
@@ -264,12 +284,43 @@ TimeAnalysis::Found TimeAnalysis::FindIn(const Chain& chain, const Scope& scope)
                         chain.range.begin >= scope.items.front().range.begin &&
                         chain.range.begin < scope.items.back().range.end;
   if (bInItems) return {};
-  for (const auto& item : scope.items) {
-    if (item.expr != nullptr && !item.sAlias.empty() && SameName(item.sAlias, sColumn)) {
-      return {nullptr, item.expr};
+  return {nullptr, ItemNamed(scope, sColumn)};
+}
+
+// The first of that name.
+const Expr* TimeAnalysis::ItemNamed(const Scope& scope, const Text& sName) {
+  const auto [known, bNew] = m_itemNames.try_emplace(&scope);
+  if (bNew) {
+    for (const auto& item : scope.items) {
+      if (item.expr == nullptr || item.sAlias.empty()) continue;
+      known->second.try_emplace(UpperCase(item.sAlias), item.expr);
     }
   }
-  return {};
+  const auto found = known->second.find(UpperCase(sName));
+  return found == known->second.end() ? nullptr : found->second;
+}
+
+// True for the number that each row of a table has, under any of its names.
+bool TimeAnalysis::NumbersRows(const Chain& chain, const Scope* scope) {
+  const Text& sName = Part(chain, chain.parts.size() - 1);
+  if (!SameName(sName, "rowid") && !SameName(sName, "oid") && !SameName(sName, "_rowid_")) {
+    return false;
+  }
+  const std::size_t nQualifiers = chain.parts.size() - 1;
+  for (; scope != nullptr && !scope->bClosed; scope = scope->parent) {
+    for (const auto* const source : scope->sources) {
+      const FoundTable* const found = m_place.names.TableOf(*source);
+      const bool bTable =
+          source->bTarget || source->bFunction || (found != nullptr && !found->table.bView);
+      const bool bRefused =
+          nQualifiers == 1 && source->bTarget && SameName(Part(chain, 0), "excluded");
+      if (bTable && (nQualifiers == 0 || bRefused ||
+                     m_place.names.IsQualifier(*source, chain, nQualifiers))) {
+        return true;
+      }
+    }
+  }
+  return false;
 }
 
 TimeAnalysis::Found TimeAnalysis::Find(const Chain& chain, const Scope* scope) {
@@ -302,7 +353,7 @@ std::size_t TimeAnalysis::CountSelects(const Query& query) {
     if (const auto* const named = m_place.names.FindNamedQuery(*source)) {
       if (named->query != nullptr) nSelects += CountSelects(*named->query);
     } else if (const auto* const found = m_place.names.TableOf(*source);
-               found != nullptr && !found->table.sViewText.empty()) {
+               found != nullptr && found->table.bView) {
       const auto& view = m_place.views.Of(*found);
       if (!view.sFailure.empty()) {
         Fail(source->table.range.begin,

@@ -13,9 +13,12 @@ namespace {
 
 using platform::Text;
 
-Content ContentOf(Kinds kinds) {
+Content ContentOf(Kinds kinds, bool bTimeAsDouble) {
   if (kinds == kinds::kNull) return Content::Null;
   if (kinds == kinds::kTime) return Content::Time;
+  // What was added may mean days where the connection has times as numbers of them.
+  const bool bMoved = kinds == kinds::kTimes && !bTimeAsDouble;
+  if (bMoved) return Content::Time;
   return kinds::Has(kinds, kinds::kTime) ? Content::Mixed : Content::Other;
 }
 
@@ -36,13 +39,13 @@ void KeepHeadings(const StatementTree& tree, StatementEdits& edits) {
 }
 
 Translation TranslateTree(std::string_view sStatement, StatementTree tree, SchemaSource& schema,
-                          const TranslationSettings& settings, const Deadline& deadline) {
+                          const TranslationSettings& settings, StatementWork& work) {
   TableCache cache(schema);
-  ViewKinds views(cache, settings, deadline);
+  ViewKinds views(cache, settings, work);
   StatementEdits edits(sStatement, tree.tokens);
   TableNames names(sStatement, tree, cache, settings.bPrefixes, edits, std::nullopt);
   names.Resolve();
-  TimeAnalysis times({sStatement, tree, names, edits, settings, deadline, views, Kept(tree)});
+  TimeAnalysis times({sStatement, tree, names, edits, settings, work, views, Kept(tree)});
   for (const auto& reference : tree.references) {
     const bool bPrefixed = settings.bPrefixes && !reference.chain.bStar;
     names.Rewrite(reference.chain, reference.scope,
@@ -59,7 +62,7 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
   // How a statement would run is told in columns that are not those of the statement.
   if (tree.kind == StatementKind::Query && !tree.bExplain) {
     for (const auto& column : times.OutputOf(*tree.mainQuery)) {
-      translation.columns.push_back(ContentOf(column.kinds));
+      translation.columns.push_back(ContentOf(column.kinds, settings.bTimeAsDouble));
     }
   }
   return translation;
@@ -76,11 +79,10 @@ Text WithoutPrefix(const Text& sName) {
 }
 
 Translation Translate(std::string_view sStatement, std::vector<Token> tokens, SchemaSource& schema,
-                      const TranslationSettings& settings, const Deadline& deadline) {
+                      const TranslationSettings& settings, StatementWork& work) {
   try {
-    return TranslateTree(sStatement,
-                         StatementReader(sStatement, std::move(tokens), deadline).Read(), schema,
-                         settings, deadline);
+    return TranslateTree(sStatement, StatementReader(sStatement, std::move(tokens), work).Read(),
+                         schema, settings, work);
   } catch (const std::bad_alloc&) {
     throw platform::Failure(platform::failure::kStorage,
                             "There is not enough memory to read the statement: shorten it.",

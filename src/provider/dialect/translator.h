@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "platform/value.h"
-#include "provider/deadline.h"
 #include "provider/dialect/lexer.h"
+#include "provider/dialect/statement_work.h"
 #include "provider/engines/engine.h"
 #include "zones/time_zone.h"
 
@@ -41,7 +41,8 @@ struct KnownColumn {
 struct KnownTable {
   platform::Text sName;
   std::vector<KnownColumn> columns;
-  platform::Text sViewText{};  ///< of a view: the statement that made it
+  bool bView = false;
+  platform::Text sDefinition{};  ///< the statement that made it, where it computes columns
 };
 
 /// Tells the translator what there is.
@@ -85,8 +86,8 @@ platform::Text WithoutPrefix(const platform::Text& sName);
 /// Translates one statement from its tokens. Fails with failure::kSqlError for what the statement
 /// cannot mean: unknown catalogs and tables, tables without a catalog, texts that are no time
 /// expressions, and stored times that meet anything else; with kStorage when the memory does not
-/// suffice; and at the deadline.
+/// suffice; and when the work is to end.
 Translation Translate(std::string_view sStatement, std::vector<Token> tokens, SchemaSource& schema,
-                      const TranslationSettings& settings, const Deadline& deadline);
+                      const TranslationSettings& settings, StatementWork& work);
 
 }  // namespace orvane::provider::dialect

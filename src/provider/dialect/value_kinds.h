@@ -6,7 +6,7 @@
 
 namespace orvane::provider::dialect {
 
-using Kinds = std::uint16_t;
+using Kinds = std::uint32_t;
 
 namespace kinds {
 
@@ -23,7 +23,11 @@ constexpr Kinds kCount = 1U << 8U;   ///< a number that is certainly no number o
 constexpr Kinds kAny = 1U << 9U;     ///< a text in the connection's zone, or whatever there is
 constexpr Kinds kOther = 1U << 10U;  ///< what can never be a time
 constexpr Kinds kCountOfTime = 1U << 11U;  ///< a number of days or seconds made from a stored time
-constexpr Kinds kText = 1U << 12U;  ///< beside kAny: no number, as what stands in a column may be
+constexpr Kinds kText = 1U << 12U;         ///< beside kAny: some of it is certainly no number
+constexpr Kinds kLoose = 1U << 13U;        ///< beside kAny: it may as well be a number or bytes
+constexpr Kinds kPart = 1U << 14U;  ///< of a date function's text: it does not begin with the year
+constexpr Kinds kUnsorted = 1U << 15U;  ///< the same: such texts do not sort as their times do
+constexpr Kinds kWrong = 1U << 16U;     ///< what compares a time with something else itself
 
 /// What is stored as a number of microseconds, and what is worked out from that.
 constexpr Kinds kTimes = kTime | kShifted;
@@ -34,6 +38,16 @@ constexpr Kinds kTexts = kTextOfTime | kWrittenTime | kUtcText | kZoneText | kAn
 constexpr Kinds kSureTexts = kTextOfTime | kWrittenTime | kUtcText | kZoneText | kText | kOther;
 /// A text of which nothing more is known.
 constexpr Kinds kAnyText = kAny | kText;
+/// A value of which nothing is known.
+constexpr Kinds kAnyValue = kAny | kLoose;
+/// What date functions give, whatever their format and zone; and of that what is in UTC.
+constexpr Kinds kDates = kWrittenTime | kUtcText | kZoneText | kPart | kUnsorted;
+constexpr Kinds kUtcDates = kWrittenTime | kUtcText | kPart | kUnsorted;
+/// Of which a calculation makes a number that still counts from a stored time.
+constexpr Kinds kCounted = kCountOfTime | kWrittenTime;
+/// What certainly is a number or null, and what is a text or null.
+constexpr Kinds kOnlyNumbers = kNumberOfTime | kCountOfTime | kNumbers;
+constexpr Kinds kOnlyTexts = kDates | kAnyText;
 
 constexpr bool Has(Kinds kinds, Kinds any) {
   return (kinds & any) != 0;
@@ -45,6 +59,11 @@ constexpr bool IsOnly(Kinds kinds, Kinds all) {
 constexpr bool Mixes(Kinds kinds) {
   return (Has(kinds, kTimes | kNumberOfTime) && Has(kinds, kTexts)) ||
          (Has(kinds, kCountOfTime) && Has(kinds, kSureTexts));
+}
+
+/// True when numbers made from times could meet what turns out to be a text among the values.
+constexpr bool MayMix(Kinds kinds) {
+  return Has(kinds, kCountOfTime) && Has(kinds, kAny);
 }
 
 }  // namespace kinds

@@ -1,4 +1,4 @@
-// What views put out, from the statements that made them.
+// What views put out, and what tables compute, from the statements that made them.
 #include <optional>
 
 #include "platform/failure.h"
@@ -6,6 +6,16 @@
 #include "provider/dialect/time_analysis.h"
 
 namespace orvane::provider::dialect {
+
+using platform::Failure;
+using platform::Text;
+
+// A statement that is kept, read anew.
+struct ViewKinds::Definition {
+  StatementTree tree;
+  std::optional<StatementEdits> edits{};
+  std::optional<TableNames> names{};
+};
 
 const ViewKinds::View& ViewKinds::Of(const FoundTable& found) {
   if (const auto known = m_views.find(&found); known != m_views.end()) return known->second;
@@ -19,36 +29,52 @@ const ViewKinds::View& ViewKinds::Of(const FoundTable& found) {
   return m_views[&found] = std::move(view);
 }
 
-ViewKinds::View ViewKinds::Read(const FoundTable& found) {
-  using platform::Failure;
-  const platform::Text& sText = found.table.sViewText;
-  View view;
-  std::optional<StatementTree> tree;
-  std::optional<StatementEdits> edits;
-  std::optional<TableNames> names;
+// None when it was made by another program in words that are not known here, or over a table that
+// is gone: what it holds could be anything.
+std::unique_ptr<ViewKinds::Definition> ViewKinds::ReadDefinition(const FoundTable& found) {
+  const Text& sText = found.table.sDefinition;
   try {
-    tree = StatementReader(sText, ReadTokens(sText), m_deadline).Read();
-    edits.emplace(sText, tree->tokens);
-    names.emplace(sText, *tree, m_cache, false, *edits, found.catalog);
-    names->Resolve();
+    auto read = std::make_unique<Definition>(
+        Definition{StatementReader(sText, ReadTokens(sText, m_work), m_work).Read()});
+    read->edits.emplace(sText, read->tree.tokens);
+    read->names.emplace(sText, read->tree, m_cache, false, *read->edits, found.catalog);
+    read->names->Resolve();
+    return read;
   } catch (const Failure& failed) {
     if (failed.Number() != platform::failure::kSqlError) throw;
-    // Made by another program in words that are not known here, or over a table that is gone: what
-    // it puts out could be anything.
-    return view;
+    return nullptr;
   }
-  if (tree->mainQuery == nullptr) return view;
+}
+
+ViewKinds::View ViewKinds::Read(const FoundTable& found) {
+  View view;
+  const auto read = ReadDefinition(found);
+  if (!read || read->tree.mainQuery == nullptr) return view;
   try {
-    TimeAnalysis times({sText, *tree, *names, *edits, m_settings, m_deadline, *this, "a view"});
+    TimeAnalysis times({found.table.sDefinition, read->tree, *read->names, *read->edits, m_settings,
+                        m_work, *this, "a view"});
     times.Run();
-    for (const auto& column : times.OutputOf(*tree->mainQuery)) view.kinds.push_back(column.kinds);
-    view.nSelects = times.SelectsOf(*tree->mainQuery);
+    for (const auto& column : times.OutputOf(*read->tree.mainQuery)) {
+      view.kinds.push_back(column.kinds);
+    }
+    view.nSelects = times.SelectsOf(*read->tree.mainQuery);
   } catch (const Failure& failed) {
     if (failed.Number() != platform::failure::kSqlError) throw;
     view.kinds.clear();
     view.sFailure = failed.Description();
   }
   return view;
+}
+
+const std::map<Text, Kinds>& ViewKinds::Computed(const FoundTable& found) {
+  const auto [known, bNew] = m_computed.try_emplace(&found);
+  if (!bNew) return known->second;
+  if (const auto read = ReadDefinition(found)) {
+    TimeAnalysis times({found.table.sDefinition, read->tree, *read->names, *read->edits, m_settings,
+                        m_work, *this, "the definition of a table"});
+    known->second = times.Computed();
+  }
+  return known->second;
 }
 
 }  // namespace orvane::provider::dialect

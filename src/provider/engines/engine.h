@@ -78,7 +78,9 @@ struct TableSchema {
   platform::Text sName;
   platform::Boolean bView = false;
   std::vector<ColumnSchema> columns;  ///< in the table's order; empty when not asked for
-  platform::Text sViewText{};         ///< of a view, when its columns are asked for: its definition
+  /// When columns are asked for, the statement that made it: of a view, and of a table that
+  /// computes columns.
+  platform::Text sDefinition{};
 };
 
 /// Which tables to describe.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/failure.h"
+#include "tests/provider/dialect/tokens.h"
 
 namespace orvane::provider::dialect {
 namespace {
@@ -11,7 +12,7 @@ using platform::Text;
 
 Text Read(const Text& sStatement) {
   try {
-    const auto read = ReadCatalogStatement(sStatement, ReadTokens(sStatement));
+    const auto read = ReadCatalogStatement(sStatement, Tokens(sStatement));
     if (!read) return "none";
     if (const auto* const drop = std::get_if<DropDatabase>(&*read)) return "drop " + drop->sName;
     const auto& create = std::get<CreateDatabase>(*read);

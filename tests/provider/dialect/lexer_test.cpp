@@ -4,6 +4,7 @@
 
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "tests/provider/dialect/tokens.h"
 
 namespace orvane::provider::dialect {
 namespace {
@@ -14,7 +15,7 @@ Text Kinds(std::string_view sStatement) {
   static constexpr const char* kNames[] = {"word",   "name",   "string", "blob",
                                            "number", "symbol", "end"};
   Text sKinds;
-  for (const auto& token : ReadTokens(sStatement)) {
+  for (const auto& token : Tokens(sStatement)) {
     if (!sKinds.empty()) sKinds += " ";
     sKinds += kNames[static_cast<int>(token.kind)];
     if (token.kind != TokenKind::End) sKinds += "=" + token.sText;
@@ -24,7 +25,7 @@ Text Kinds(std::string_view sStatement) {
 
 Text FailureOfReading(std::string_view sStatement) {
   try {
-    ReadTokens(sStatement);
+    Tokens(sStatement);
   } catch (const platform::Failure& failure) {
     EXPECT_EQ(failure.Number(), platform::failure::kSqlError);
     return failure.Description();
@@ -92,7 +93,7 @@ TEST(lexer, fails_with_a_place_and_an_advice) {
 }
 
 TEST(lexer, knows_where_each_token_stands) {
-  const auto tokens = ReadTokens("  ab 'c''d'");
+  const auto tokens = Tokens("  ab 'c''d'");
   ASSERT_EQ(tokens.size(), 3U);
   EXPECT_EQ(tokens[0].position, 2U);
   EXPECT_EQ(tokens[0].length, 2U);
@@ -104,7 +105,7 @@ TEST(lexer, knows_where_each_token_stands) {
 
 TEST(lexer, quotes_names_so_that_they_read_back) {
   EXPECT_EQ(platform::QuotedName("a\"b"), "\"a\"\"b\"");
-  EXPECT_EQ(ReadTokens(platform::QuotedName("a\"b"))[0].sText, "a\"b");
+  EXPECT_EQ(Tokens(platform::QuotedName("a\"b"))[0].sText, "a\"b");
 }
 
 TEST(lexer, compares_names_without_regard_to_ascii_case) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/failure.h"
+#include "tests/provider/dialect/tokens.h"
 
 namespace orvane::provider::dialect {
 namespace {
@@ -13,7 +14,7 @@ class statement_reader : public testing::Test {
  protected:
   const StatementTree& Read(std::string_view sStatement) {
     m_sStatement = sStatement;
-    m_tree = StatementReader(sStatement, ReadTokens(sStatement), m_deadline).Read();
+    m_tree = StatementReader(sStatement, Tokens(sStatement), m_work).Read();
     return m_tree;
   }
   Text Written(TokenRange range) const {
@@ -41,7 +42,7 @@ class statement_reader : public testing::Test {
   }
 
   std::string_view m_sStatement;
-  Deadline m_deadline{{}, {}};
+  StatementWork m_work{Deadline({}, {})};
   StatementTree m_tree;
 };
 

@@ -46,7 +46,8 @@ inline Translation Translated(std::string_view sStatement, Options options = {})
       zones::TimeZone("UTC"),
       std::chrono::sys_days(std::chrono::year{2024} / 5 / 15) + std::chrono::hours(12),
       options.bPrefixes, options.bTimeAsDouble};
-  return Translate(sStatement, ReadTokens(sStatement), schema, settings, Deadline({}, {}));
+  StatementWork work(Deadline({}, {}));
+  return Translate(sStatement, ReadTokens(sStatement, work), schema, settings, work);
 }
 
 // The SQL with its parameters behind it.

@@ -91,7 +91,8 @@ TEST(translator_limits, ends_when_it_is_cancelled_or_its_time_is_up) {
   const TranslationSettings settings{zones::TimeZone("UTC"), {}, false, false};
   const auto number = [&](const Deadline& deadline) {
     try {
-      Translate(sStatement, ReadTokens(sStatement), schema, settings, deadline);
+      StatementWork work(deadline);
+      Translate(sStatement, ReadTokens(sStatement, work), schema, settings, work);
       return platform::Long{0};
     } catch (const platform::Failure& failed) {
       return failed.Number();
@@ -134,8 +135,8 @@ TEST(translator_limits, joining_by_many_columns_hears_that_it_is_cancelled) {
     const TranslationSettings settings{zones::TimeZone("UTC"), {}, false, false};
     platform::Long lNumber = 0;
     try {
-      Translate(sStatement, ReadTokens(sStatement), plant, settings,
-                Deadline(plant.stop.get_token(), {}));
+      StatementWork work(Deadline(plant.stop.get_token(), {}));
+      Translate(sStatement, ReadTokens(sStatement, work), plant, settings, work);
     } catch (const platform::Failure& failed) {
       lNumber = failed.Number();
     }

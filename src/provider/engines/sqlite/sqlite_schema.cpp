@@ -5,8 +5,8 @@
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "provider/engines/declared_types.h"
 #include "provider/engines/sqlite/sqlite_statement.h"
-#include "provider/engines/sqlite/sqlite_types.h"
 
 namespace orvane::provider::engines {
 
@@ -27,7 +27,7 @@ enum : platform::ColumnIndex {
   kKey,
   kDefault,
   kHidden,
-  kViewText
+  kDefinition
 };
 
 Text TextAt(const platform::Recordset& rs, platform::RowIndex row, platform::ColumnIndex column) {
@@ -56,7 +56,7 @@ std::vector<TableSchema> TablesOf(const platform::Recordset& rs) {
     }
     if (rs.FieldCount() <= kColumn) continue;
     TableSchema& table = tables.back();
-    if (table.bView && table.sViewText.empty()) table.sViewText = TextAt(rs, row, kViewText);
+    if (table.sDefinition.empty()) table.sDefinition = TextAt(rs, row, kDefinition);
     if (!rs.ValueAt(row, kColumn).IsNull()) table.columns.push_back(ColumnAt(rs, row));
   }
   return tables;
@@ -118,8 +118,8 @@ platform::RecordsetPtr SqliteSchema::Query(Columns which, const std::optional<Te
   Text sSql = "SELECT m.name, m.type";
   if (bColumns) {
     sSql +=
-        ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value, c.hidden, CASE m.type WHEN 'view' "
-        "THEN m.sql END";
+        ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value, c.hidden, CASE WHEN m.type = "
+        "'view' OR c.hidden <> 0 THEN m.sql END";
   }
   sSql += " FROM " + platform::QuotedName(m_sQualifier) + ".sqlite_master AS m";
   if (bColumns) {

@@ -5,6 +5,7 @@
 #include <limits>
 #include <new>
 
+#include "provider/engines/declared_types.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_types.h"
 #include "provider/engines/sqlite/sqlite_values.h"

@@ -1,5 +1,5 @@
-// What the declared type of a column means: SQLite itself lets any column hold anything.
-// Used for the rows of statements and for the schema. Pure functions, on any thread.
+// Values that SQLite stores as texts, as the types of their columns mean them.
+// Used for the rows of statements. Pure functions, on any thread.
 #pragma once
 
 #include <string_view>
@@ -7,11 +7,6 @@
 #include "platform/ado/recordset.h"
 
 namespace orvane::provider::engines {
-
-/// The column type for a type as it was written in CREATE TABLE, without regard to case and
-/// whatever length stands behind it in parentheses. Empty for no type and for names that mean
-/// nothing.
-platform::DataType TypeOfDeclaration(std::string_view sDeclaredType);
 
 /// The date, time of day or GUID that a stored text is, when it is written exactly as the general
 /// value-to-text rule writes that value; otherwise the text. Type DBDate, DBTime or Guid.

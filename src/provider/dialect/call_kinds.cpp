@@ -1,0 +1,171 @@
+// What each call of a function is, by its name and what it is given.
+#include <algorithm>
+#include <array>
+
+#include "provider/dialect/time_analysis.h"
+
+namespace orvane::provider::dialect {
+
+using platform::Text;
+
+namespace {
+
+template <std::size_t n>
+bool IsOneOf(std::string_view sName, const std::array<std::string_view, n>& names) {
+  return std::find(names.begin(), names.end(), sName) != names.end();
+}
+
+constexpr std::array<std::string_view, 10> kCounts = {
+    "RANDOM",  "ROW_NUMBER",   "RANK",      "DENSE_RANK", "NTILE",
+    "CHANGES", "PERCENT_RANK", "CUME_DIST", "COUNT",      "TOTAL_CHANGES"};
+constexpr std::array<std::string_view, 5> kMeasures = {"LENGTH", "INSTR", "UNICODE", "JSON_VALID",
+                                                       "JSON_ARRAY_LENGTH"};
+constexpr std::array<std::string_view, 19> kCalculations = {
+    "SUM", "TOTAL", "AVG",  "ABS",  "ROUND", "CEIL", "CEILING", "FLOOR", "TRUNC", "MOD",
+    "POW", "POWER", "SQRT", "SIGN", "EXP",   "LN",   "LOG",     "LOG10", "LOG2"};
+constexpr std::array<std::string_view, 6> kDateFunctions = {"DATE",     "TIME",      "DATETIME",
+                                                            "STRFTIME", "JULIANDAY", "UNIXEPOCH"};
+// What gives texts, or null, whatever it is given; and what gives texts when it is given texts.
+constexpr std::array<std::string_view, 15> kTextFunctions = {
+    "LOWER", "UPPER", "TRIM", "LTRIM",        "RTRIM",      "REPLACE", "PRINTF",   "FORMAT",
+    "HEX",   "QUOTE", "CHAR", "GROUP_CONCAT", "STRING_AGG", "CONCAT",  "CONCAT_WS"};
+constexpr std::array<std::string_view, 2> kTextOfTextFunctions = {"SUBSTR", "SUBSTRING"};
+
+// A text in which a number of days or seconds is written, not a date.
+bool WritesCount(const Text& sFormat) {
+  return sFormat.find("%s") != Text::npos || sFormat.find("%J") != Text::npos;
+}
+
+}  // namespace
+
+Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
+  const Text sName = UpperCase(At(expr.operation).sText);
+  Kinds all = kinds::kNull;
+  for (const auto* const argument : expr.children) all |= KindsOf(*argument);
+  for (const auto* const condition : expr.conditions) KindsOf(*condition);
+  for (const auto* const sort : expr.sorts) LookAtSort(*sort, nullptr);
+  const std::size_t nArguments = expr.children.size();
+  const auto at = [&](std::size_t i) {
+    return i < nArguments ? KindsOf(*expr.children[i]) : kinds::kNull;
+  };
+  // Values of a group are compared with one another.
+  const bool bGroup = nArguments == 1 && (sName == "MIN" || sName == "MAX" || expr.bDistinct);
+  if (bGroup && kinds::Mixes(at(0))) {
+    Convert(*expr.children[0]);
+  } else if (bGroup && kinds::MayMix(at(0))) {
+    GuardNumber({expr.children[0], nullptr, nullptr, 0, expr.children[0]->range.begin});
+  }
+
+  if (((sName == "MIN" || sName == "MAX") && nArguments > 1) || sName == "NULLIF") {
+    std::vector<Operand> operands;
+    for (const auto* const argument : expr.children) {
+      operands.push_back({argument, nullptr, nullptr, 0, argument->range.begin});
+    }
+    const Comparison how = sName == "NULLIF" ? Comparison::Same : Comparison::Order;
+    const Kinds met = Meet(operands, expr.operation, how);
+    // The least and the greatest are found by comparing all with one another.
+    if (!kinds::Has(met, kinds::kTimes)) CheckMeeting(operands, expr.operation, how);
+    return met;
+  }
+  if (sName == "COALESCE" || sName == "IFNULL") return all;
+  if (sName == "IIF" || sName == "IF") {
+    Kinds chosen = kinds::kNull;
+    for (const std::size_t i : ChosenByIif(nArguments)) chosen |= at(i);
+    return chosen;
+  }
+  if (sName == "LAG" || sName == "LEAD") return at(0) | at(2);
+  if (sName == "MIN" || sName == "MAX" || sName == "FIRST_VALUE" || sName == "LAST_VALUE" ||
+      sName == "NTH_VALUE" || sName == "LIKELY" || sName == "UNLIKELY" || sName == "LIKELIHOOD") {
+    return at(0);
+  }
+  if (sName == "LIKE" || sName == "GLOB" || sName == "REGEXP" || sName == "MATCH") {
+    return KindsOfLike(expr);
+  }
+  if (IsOneOf(sName, kDateFunctions)) return KindsOfDate(expr, sName);
+  if (IsOneOf(sName, kCounts)) return kinds::kCount;
+  if (IsOneOf(sName, kMeasures)) {
+    const bool bOfTime = kinds::Has(all, kinds::kFromTimes | kinds::kCounted);
+    return bOfTime ? kinds::kCountOfTime : kinds::kCount;
+  }
+  if (sName == "TYPEOF") return kinds::kAnyText;
+  if (IsOneOf(sName, kCalculations)) {
+    if (kinds::Has(all, kinds::kFromTimes)) return kinds::kNumberOfTime;
+    return kinds::Has(all, kinds::kCounted) ? kinds::kCountOfTime : kinds::kNumber;
+  }
+  if (kinds::Has(all, kinds::kFromTimes | kinds::kCountOfTime)) return kinds::kTextOfTime;
+  const bool bText = IsOneOf(sName, kTextFunctions);
+  const Kinds dates = all & kinds::kDates;
+  if (dates == 0) return bText ? kinds::kAnyText : kinds::kAnyValue;
+  if (IsOneOf(sName, kTextOfTextFunctions)) {
+    return dates & ~(kinds::kPart | kinds::kUnsorted);  // it may be any part of the text
+  }
+  return bText ? dates : dates | kinds::kAnyValue;
+}
+
+// A date function reads numbers as days: a stored time is handed to it in seconds.
+Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
+  const std::size_t nValue = sFunction == "STRFTIME" ? 1 : 0;
+  bool bZone = false;
+  bool bOfTime = false;
+  if (nValue < expr.children.size()) {
+    const Expr& value = *expr.children[nValue];
+    Kinds of = KindsOf(value);
+    bOfTime = kinds::Has(of, kinds::kFromTimes | kinds::kCounted);
+    bZone = kinds::Has(of, kinds::kZoneText);
+    if (kinds::Has(of, kinds::kTimes)) {
+      Convert(value);
+      // Whole milliseconds, counted from the year 1 so that division rounds down, and no more: the
+      // function would round to the nearest.
+      m_place.edits.Wrap(value.range, "((",
+                         ") + 62135596800000000) / 1000 / 1000.0 - 62135596800, 'unixepoch'");
+    }
+  }
+  for (std::size_t i = nValue + 1; i < expr.children.size(); ++i) {
+    if (!KeepsUtc(*expr.children[i])) bZone = true;
+  }
+  if (sFunction == "JULIANDAY" || sFunction == "UNIXEPOCH") {
+    return bOfTime ? kinds::kCountOfTime : kinds::kCount;
+  }
+  if (sFunction == "STRFTIME" && bOfTime) {
+    const Expr& format = *Inside(expr.children[0]);
+    const bool bKnown = format.kind == ExprKind::String;
+    if (!bKnown || WritesCount(At(format.range.begin).sText)) return kinds::kTextOfTime;
+  }
+  Kinds kinds = bOfTime ? kinds::kWrittenTime : kinds::kUtcText;
+  if (bZone) kinds = kinds::kZoneText | (kinds & kinds::kWrittenTime);
+  const auto format = FormatOf(expr);
+  if (!format || !format->bFromYear) kinds |= kinds::kPart;
+  if (!format || !format->bSorts) kinds |= kinds::kUnsorted;
+  return kinds;
+}
+
+// Of a date function that gives a text; none when that is known only when the statement runs.
+std::optional<WrittenFormat> TimeAnalysis::FormatOf(const Expr& expr) const {
+  if (expr.kind != ExprKind::Call) return std::nullopt;
+  const Text sName = UpperCase(At(expr.operation).sText);
+  if (sName == "DATE") return ReadFormat("%Y-%m-%d");
+  if (sName == "TIME") return ReadFormat("%H:%M:%S");
+  if (sName == "DATETIME") return ReadFormat("%Y-%m-%d %H:%M:%S");
+  if (sName != "STRFTIME" || expr.children.empty()) return std::nullopt;
+  const Expr& format = *Inside(expr.children[0]);
+  if (format.kind != ExprKind::String) return std::nullopt;
+  return ReadFormat(At(format.range.begin).sText);
+}
+
+// False for 'localtime' and 'utc', and for what may turn out to be one of them.
+bool TimeAnalysis::KeepsUtc(const Expr& modifier) const {
+  const Expr& inside = *Inside(&modifier);
+  if (inside.kind == ExprKind::Arithmetic && At(inside.operation).IsSymbol("||")) {
+    return std::any_of(inside.children.begin(), inside.children.end(), [&](const auto* child) {
+      const Expr& part = *Inside(child);
+      if (part.kind == ExprKind::Arithmetic) return KeepsUtc(part);
+      return part.kind == ExprKind::String &&
+             At(part.range.begin).sText.find_first_of("+-0123456789") != Text::npos;
+    });
+  }
+  if (inside.kind != ExprKind::String) return false;
+  const Text sText = UpperCase(At(inside.range.begin).sText);
+  return sText.find("LOCALTIME") == Text::npos && sText.find("UTC") == Text::npos;
+}
+
+}  // namespace orvane::provider::dialect

@@ -1,0 +1,150 @@
+// What meets what was made from a time: numbers meet numbers, and written times meet texts. What is
+// known only when the statement runs is looked at then, by functions that end it.
+#include <algorithm>
+
+#include "provider/dialect/time_analysis.h"
+#include "provider/dialect/time_functions.h"
+
+namespace orvane::provider::dialect {
+
+using platform::Text;
+
+// None of them is a time, but they may have been made from one.
+void TimeAnalysis::CheckMeeting(const std::vector<Operand>& operands, std::size_t token,
+                                Comparison how) {
+  Kinds all = kinds::kNull;
+  for (const auto& operand : operands) all |= KindsOf(operand);
+  if (kinds::Has(all, kinds::kCountOfTime) && kinds::Has(all, kinds::kSureTexts)) {
+    Fail(token, "A number made from a time is compared with a text",
+         "compare the time itself, as in Timestamp >= '*-1h', or write a number");
+  }
+  if (kinds::Has(all, kinds::kNumberOfTime | kinds::kTextOfTime)) {
+    const bool bNumbers =
+        kinds::IsOnly(all, kinds::kOnlyNumbers) &&
+        (!TimeAsDouble() ||
+         kinds::IsOnly(all, kinds::kNumberOfTime | kinds::kCountOfTime | kinds::kCount));
+    if (!bNumbers && !kinds::IsOnly(all, kinds::kTextOfTime)) {
+      Fail(token, "What was made from a time is compared with something else",
+           "compare the time itself, as in Timestamp >= '*-1h'");
+    }
+  } else if (kinds::Has(all, kinds::kCountOfTime)) {
+    for (const auto& operand : operands) GuardNumber(operand);
+  } else if (kinds::Has(all, kinds::kWrittenTime)) {
+    CheckWritten(operands, token, how);
+  }
+}
+
+void TimeAnalysis::CheckWritten(const std::vector<Operand>& operands, std::size_t token,
+                                Comparison how) {
+  bool bPart = false;
+  bool bWhole = false;
+  for (const auto& operand : operands) {
+    const Kinds kinds = KindsOf(operand);
+    if (how == Comparison::Order && kinds::Has(kinds, kinds::kUnsorted)) {
+      Fail(token, "Texts of this format do not sort as their times do",
+           "compare the time itself, as in Timestamp >= '*-1h', or write the year first");
+    }
+    if (kinds::Has(kinds, kinds::kPart)) {
+      bPart = true;
+    } else if (kinds::Has(kinds, kinds::kDates)) {
+      bWhole = true;
+    }
+  }
+  if (bPart && bWhole) {
+    Fail(token, "A part of a time is compared with a whole one",
+         "compare the time itself, as in Timestamp >= '*-1h', or write both in one format");
+  }
+  for (const auto& operand : operands) {
+    const Kinds kinds = KindsOf(operand);
+    const Expr* const inside = operand.expr != nullptr ? Inside(operand.expr) : nullptr;
+    if (kinds != kinds::kNull && kinds::IsOnly(kinds, kinds::kNumbers)) {
+      Fail(inside != nullptr ? inside->range.begin : operand.token,
+           "A written time is compared with something else",
+           "compare the time itself, as in Timestamp >= '*-1h', or CAST what is written");
+    }
+    if (inside != nullptr && inside->kind == ExprKind::String) {
+      CheckLiteral(*inside, operands, bPart, how);
+    } else {
+      GuardText(operand, bPart);
+    }
+  }
+}
+
+// A text that no written time can be is before or behind all of them.
+void TimeAnalysis::CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
+                                Comparison how) const {
+  const Text& sText = At(text.range.begin).sText;
+  if (sText.empty()) return;
+  bool bFits = sText.front() == '-' || (sText.front() >= '0' && sText.front() <= '9');
+  if (bPart && BeginsAsDate(sText)) bFits = false;
+  for (const auto& operand : operands) {
+    if (operand.expr == nullptr) continue;
+    const auto format = FormatOf(*Inside(operand.expr));
+    if (!format || !format->bKnown) continue;
+    bFits = CanBegin(*format, sText) &&
+            (how == Comparison::Order || sText.size() == format->sShape.size());
+  }
+  if (!bFits) {
+    Fail(text.range.begin, "A written time is compared with something else",
+         "compare the time itself, as in Timestamp >= '*-1h', or CAST what is written");
+  }
+}
+
+void TimeAnalysis::GuardNumber(const Operand& operand) {
+  Guard(operand, kOnlyNumber, kinds::kOnlyNumbers);
+}
+
+void TimeAnalysis::GuardText(const Operand& operand, bool bPart) {
+  if (bPart) {
+    Guard(operand, kOnlyPart, kinds::kDates);
+  } else {
+    Guard(operand, kOnlyText, kinds::kOnlyTexts);
+  }
+}
+
+void TimeAnalysis::Guard(const Operand& operand, std::string_view sFunction, Kinds sound) {
+  if (kinds::IsOnly(KindsOf(operand), sound)) return;
+  if (operand.expr != nullptr) {
+    Guard(*operand.expr, sFunction, sound);
+  } else if (operand.query != nullptr) {
+    GuardOutput(*operand.query, operand.column, sFunction, sound);
+  } else {
+    Fail(operand.token, "The column of a table meets a time",
+         "write (SELECT column FROM table) in place of the table");
+  }
+}
+
+void TimeAnalysis::Guard(const Expr& expr, std::string_view sFunction, Kinds sound) {
+  if (kinds::IsOnly(KindsOf(expr), sound)) return;
+  if (!m_guarded.emplace(expr.nNumber, sFunction).second) return;
+  if (!m_place.sKept.empty()) {
+    // What is kept can call no function.
+    Fail(expr.range.begin, "What may be a text or a number meets a time in " + m_place.sKept,
+         "write CAST(... AS REAL) for a number, CAST(... AS TEXT) for a text");
+  }
+  m_place.edits.Wrap(expr.range, Text(sFunction) + "(", ")");
+  m_bCalls = true;
+}
+
+void TimeAnalysis::GuardOutput(const Query& query, std::size_t column, std::string_view sFunction,
+                               Kinds sound) {
+  if (!m_outputs.contains(&query)) OutputOf(query);
+  const Output& output = m_outputs[&query];
+  for (std::size_t i = 0; i < query.cores.size() && i < output.cores.size(); ++i) {
+    const Scope& core = *query.cores[i];
+    for (const auto& row : core.rows) {
+      if (column < row.size()) Guard(*row[column], sFunction, sound);
+    }
+    if (!core.rows.empty() || column >= output.cores[i].size()) continue;
+    const OutputColumn& out = output.cores[i][column];
+    const Item& item = core.items[out.item];
+    if (item.expr != nullptr) {
+      Guard(*item.expr, sFunction, sound);
+    } else if (!kinds::IsOnly(out.kinds, sound)) {
+      Fail(item.range.begin, "A star stands for what may be a text or a number and meets a time",
+           "name the columns");
+    }
+  }
+}
+
+}  // namespace orvane::provider::dialect

@@ -1,0 +1,84 @@
+#include "provider/engines/declared_types.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+namespace orvane::provider::engines {
+
+using platform::DataType;
+
+namespace {
+
+constexpr std::array<std::pair<std::string_view, DataType>, 37> kTypes = {{
+    {"BIGINT", DataType::BigInt},
+    {"BINARY", DataType::Binary},
+    {"BIT", DataType::Boolean},
+    {"BLOB", DataType::Binary},
+    {"BOOL", DataType::Boolean},
+    {"BOOLEAN", DataType::Boolean},
+    {"CHAR", DataType::WChar},
+    {"CHARACTER", DataType::WChar},
+    {"CLOB", DataType::WChar},
+    {"DATE", DataType::DBDate},
+    {"DATETIME", DataType::DBTimeStamp},
+    {"DEC", DataType::Numeric},
+    {"DECIMAL", DataType::Numeric},
+    {"DOUBLE", DataType::Double},
+    {"DOUBLE PRECISION", DataType::Double},
+    {"FLOAT", DataType::Double},
+    {"GUID", DataType::Guid},
+    {"INT", DataType::Integer},
+    {"INT2", DataType::Integer},
+    {"INT4", DataType::Integer},
+    {"INT8", DataType::BigInt},
+    {"INTEGER", DataType::BigInt},
+    {"MEDIUMINT", DataType::Integer},
+    {"NCHAR", DataType::WChar},
+    {"NUMERIC", DataType::Numeric},
+    {"NVARCHAR", DataType::WChar},
+    {"REAL", DataType::Double},
+    {"SMALLINT", DataType::Integer},
+    {"TEXT", DataType::WChar},
+    {"TIME", DataType::DBTime},
+    {"TIMESTAMP", DataType::DBTimeStamp},
+    {"TINYINT", DataType::Integer},
+    {"UNIQUEIDENTIFIER", DataType::Guid},
+    {"UNSIGNED BIG INT", DataType::BigInt},
+    {"UUID", DataType::Guid},
+    {"VARBINARY", DataType::Binary},
+    {"VARCHAR", DataType::WChar},
+}};
+
+}  // namespace
+
+DataType TypeOfDeclaration(std::string_view sDeclaredType) {
+  // One upper-case form: no length, single blanks.
+  std::string sName;
+  for (const char character : sDeclaredType.substr(0, sDeclaredType.find('('))) {
+    const bool bBlank =
+        character == ' ' || character == '\t' || character == '\r' || character == '\n';
+    if (!bBlank) {
+      const bool bLower = character >= 'a' && character <= 'z';
+      sName.push_back(bLower ? static_cast<char>(character - 'a' + 'A') : character);
+    } else if (!sName.empty() && sName.back() != ' ') {
+      sName.push_back(' ');
+    }
+  }
+  if (!sName.empty() && sName.back() == ' ') sName.pop_back();
+
+  const auto found =
+      std::ranges::lower_bound(kTypes, sName, {}, [](const auto& type) { return type.first; });
+  if (found != kTypes.end() && found->first == sName) return found->second;
+
+  // Other names go by the words in them, the way SQLite itself chooses how to store.
+  const auto has = [&](std::string_view sWord) { return sName.find(sWord) != std::string::npos; };
+  if (has("INT")) return DataType::BigInt;
+  if (has("CHAR") || has("CLOB") || has("TEXT")) return DataType::WChar;
+  if (has("BLOB")) return DataType::Binary;
+  if (has("REAL") || has("FLOA") || has("DOUB")) return DataType::Double;
+  return DataType::Empty;
+}
+
+}  // namespace orvane::provider::engines
