@@ -8,4 +8,4 @@ orvane_test(console_session QTCORE
     session/reload_test.cpp
     session/scope_tree_test.cpp
     session/session_fixture.h
-    session/shown_view_test.cpp)
+    session/shown_item_test.cpp)

@@ -1,18 +1,14 @@
-// One snap-in at work in one document: creates it, forwards the console's events to it, and keeps
-// what it made of them: the scope tree, the selection, the result view shown, the toolbar and the
-// verbs. Knows no window; panes follow its signals, which come while the session is at work, so
-// that a control lies in its pane before the snap-in hears of it. User-interface thread.
+// One snap-in at work in one document: creates it, hands it the console's events, and keeps what it
+// makes of them: the scope tree (ScopeTree, Branches), and the selected item with its view, toolbar
+// and verbs (ShownItem). Knows no window; panes follow its signals, which come while the session is
+// at work. User-interface thread.
 #pragma once
 
 #include <QObject>
 #include <functional>
-#include <optional>
 
-#include "console/session/hosted_menu.h"
-#include "console/session/hosted_result_view.h"
-#include "console/session/hosted_toolbar.h"
-#include "console/session/scope_tree.h"
-#include "platform/services.h"
+#include "console/session/branches.h"
+#include "console/session/shown_item.h"
 
 namespace orvane::console {
 
@@ -26,10 +22,6 @@ class ConsoleSession final : public QObject {
   using Creator = std::function<platform::ObjectPtr(const platform::Text& sProgId,
                                                     const platform::Services& services)>;
 
-  /// What an event means for the document: nothing, for moving about in what is known; something
-  /// found by expanding, which would be found again; or work that may be worth saving.
-  enum class EventKind : std::uint8_t { Browsing, Finding, Command };
-
   /// The services need a user interface; the console in them is the session's own. The look may
   /// be null, and outlives the session.
   ConsoleSession(Creator creator, platform::Services services, const ItemLook* look);
@@ -41,41 +33,42 @@ class ConsoleSession final : public QObject {
   bool Start(const platform::Text& sProgId, platform::PropertyBag* pb);
   /// Hides the view, lets go of all items and of the snap-in. Does nothing when closed.
   void Close();
-  bool IsOpen() const noexcept { return m_snapIn != nullptr; }
+  bool IsOpen() const noexcept { return m_calls.IsOpen(); }
   /// True while a handler of the snap-in runs, or a control waits for a server on its own: what
   /// would hide the view has to come afterwards.
   bool IsBusy() const {
-    return m_iDepth > 0 || (m_services.longOperation && m_services.longOperation->IsRunning());
+    return m_calls.IsRunning() ||
+           (m_services.longOperation && m_services.longOperation->IsRunning());
   }
   /// Asks the snap-in for what is to be saved. False when it could not give all of it.
   bool Write(platform::PropertyBag& pb);
 
-  ScopeTree& Tree() noexcept { return *m_tree; }
+  ScopeTree& Tree() noexcept { return m_tree; }
   const platform::SnapInDescription& Description() const noexcept { return m_description; }
   /// What the snap-in and the controls are created with.
   const platform::Services& Services() const noexcept { return m_services; }
-  const ScopeTreeItemPtr& Selected() const noexcept { return m_selected; }
-  HostedResultView* CurrentResultView() const noexcept { return m_view.get(); }
+  const ScopeTreeItemPtr& Selected() const noexcept { return m_shown.Item(); }
+  HostedResultView* CurrentResultView() const noexcept { return m_shown.View().get(); }
   /// The views that the selected item's type offers, the default one first.
-  std::vector<platform::ResultViewDescription> ViewsOfSelected() const;
-  const HostedControlBar& ControlBar() const noexcept { return m_controlBar; }
-  bool IsRefreshEnabled() const { return m_verbs.Enabled(platform::kVerbRefresh); }
+  std::vector<platform::ResultViewDescription> ViewsOfSelected() const { return m_shown.Views(); }
+  const HostedControlBar& ControlBar() const noexcept { return m_shown.ControlBar(); }
+  bool IsRefreshEnabled() const { return m_shown.IsRefreshEnabled(); }
 
   /// Makes the item the selected one and shows its default view. While another view is being
   /// shown, this is done when that has ended.
-  void Select(const ScopeTreeItemPtr& item);
+  void Select(const ScopeTreeItemPtr& item) { m_shown.Select(item); }
   /// Shows another view of the selected item; does nothing when there is none of that position.
-  void ShowView(std::size_t nView);
+  void ShowView(std::size_t nView) { m_shown.ShowView(nView); }
   /// Expands an item that is not loaded, or failed to load; returns when that is done.
-  void Expand(const ScopeTreeItemPtr& item);
+  void Expand(const ScopeTreeItemPtr& item) { m_branches.Expand(item); }
   /// True for an item whose list was read from a server, and for one with such an item right
   /// beneath it.
-  bool CanReload(const ScopeTreeItem& item) const;
+  bool CanReload(const ScopeTreeItem& item) const { return m_branches.CanReload(item); }
   /// Takes away what was read from the server beneath the item and expands it anew; what the
   /// document alone knows stays. The selection stays as far as it is found again.
-  void Reload(const ScopeTreeItemPtr& item);
+  void Reload(const ScopeTreeItemPtr& item) { m_branches.Reload(item); }
   /// Brings verbs, commands and lists in line with the selected item.
-  void RefreshSelection();
+  void RefreshSelection() { m_shown.Refresh(); }
   std::vector<platform::Menu> MenusOf(const HostedSelection& selection);
   void ClickMenu(const platform::Text& sMenuItem, platform::Long lIndex,
                  const HostedSelection& selection);
@@ -86,9 +79,9 @@ class ConsoleSession final : public QObject {
 
  signals:
   /// An event begins that the snap-in will hear of; nothing has happened yet.
-  void EventBegins(orvane::console::ConsoleSession::EventKind kind);
+  void EventBegins(orvane::console::EventKind kind);
   /// The outermost handler has returned.
-  void EventEnded(orvane::console::ConsoleSession::EventKind kind);
+  void EventEnded(orvane::console::EventKind kind);
   /// The static node's name has changed.
   void NameChanged();
   void Selecting(const orvane::console::ScopeTreeItemPtr& item);
@@ -107,42 +100,15 @@ class ConsoleSession final : public QObject {
 
  private:
   friend class HostedConsole;
-  class Event;
-
-  template <class F>
-  void Call(EventKind kind, F&& handler);
-  void ShowItem(const ScopeTreeItemPtr& item, std::size_t nView);
-  void ShowNow(const ScopeTreeItemPtr& item, std::size_t nView);
-  void MakeView(const platform::ResultViewDescription& description);
-  void HideView();
-  bool IsReadFromServer(const ScopeTreeItem& item) const;
-  void ReloadChildren(const ScopeTreeItemPtr& item);
-  /// Expands and selects from the last of the keys to the first, as far as there are such items.
-  void SelectAlong(const std::vector<platform::Text>& keys);
-  void FollowToolbar();
-  void EndEvent(EventKind kind);
-  void RefreshNow();
-  /// Notes what came out of a handler by mistake, and shows it as the snap-in shows its failures.
-  void ShowError(const std::exception& e);
-  void NoteFailure(const std::exception& e);
-  void Removing(const ScopeTreeItemPtr& item, bool bChildrenOnly);
 
   Creator m_creator;
   platform::Services m_services;
-  std::unique_ptr<ScopeTree> m_tree;
+  ScopeTree m_tree;
+  SnapInCalls m_calls;
+  ShownItem m_shown;
+  Branches m_branches;
   std::shared_ptr<HostedConsole> m_console;
   platform::SnapInDescription m_description;
-  std::shared_ptr<platform::SnapIn> m_snapIn;
-  ScopeTreeItemPtr m_selected;
-  std::shared_ptr<HostedResultView> m_view;
-  HostedControlBar m_controlBar;
-  HostedVerbs m_verbs;
-  int m_iDepth = 0;
-  bool m_bFinding = false;  // an expansion belongs to the event
-  bool m_bShowing = false;
-  std::shared_ptr<HostedToolbar> m_followed;
-  bool m_bRefreshSelection = false;
-  std::optional<std::pair<ScopeTreeItemPtr, std::size_t>> m_next;
 };
 
 }  // namespace orvane::console

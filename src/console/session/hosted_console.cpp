@@ -23,7 +23,7 @@ void HostedConsole::StaticNodeDisplayName(const Text& sDisplayName) {
 }
 
 std::shared_ptr<platform::ResultView> HostedConsole::CurrentResultView() {
-  return m_session ? m_session->m_view : nullptr;
+  return m_session ? m_session->m_shown.View() : nullptr;
 }
 
 platform::ToolbarPtr HostedConsole::CreateToolbar() {

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QLabel>
 #include <QMenuBar>
 #include <QSettings>
 #include <QSplitter>
@@ -10,18 +9,18 @@
 #include <QVBoxLayout>
 
 #include "console/look/shown_text.h"
-#include "console/look/tool_tip.h"
 #include "console/look/window_place.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
-#include "console/session/server_of.h"
 #include "console/window/about_box.h"
 #include "console/window/guide_window.h"
 #include "console/window/kept_view.h"
 #include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
+#include "console/window/recent_menu.h"
 #include "console/window/selection_menus.h"
 #include "console/window/toolbar_view.h"
+#include "console/window/window_status.h"
 
 namespace orvane::console {
 
@@ -29,8 +28,6 @@ using platform::Text;
 
 namespace {
 
-/// Room for the server's name and its user in the status bar.
-constexpr int kServerCharacters = 40;
 constexpr int kCatchUpMilliseconds = 50;
 
 }  // namespace
@@ -46,7 +43,9 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
   setObjectName("mainWindow");
   setWindowIcon(ImageList::Badge("orvane-console"));
   MakePanes();
-  MakeStatusBar();
+  m_status = new WindowStatus(*statusBar());
+  m_results->StatusBar(statusBar());
+  menuBar()->setAccessibleName(tr("Menus"));
   m_selectionMenus = new SelectionMenus(m_session, *m_scope, *m_results, m_menus, this);
   FollowPanes();
   ConnectMenus();
@@ -94,24 +93,6 @@ void MainWindow::MakePanes() {
   setContextMenuPolicy(Qt::NoContextMenu);
 }
 
-void MainWindow::MakeStatusBar() {
-  m_lblItems = new QLabel(this);
-  m_lblReadOnly = new QLabel(this);
-  m_lblReadOnly->setObjectName("readOnlyMark");
-  statusBar()->addPermanentWidget(m_lblReadOnly);
-  m_lblServer = new QLabel(this);
-  m_lblServer->setObjectName("shownServer");
-  m_lblServer->setContentsMargins(12, 0, 12, 0);
-  m_lblServer->setTextFormat(Qt::PlainText);
-  statusBar()->addPermanentWidget(m_lblServer);
-  statusBar()->addPermanentWidget(m_lblItems);
-  m_lblItems->setObjectName("itemCount");
-  m_lblItems->setContentsMargins(0, 0, 6, 0);
-  statusBar()->setAccessibleName(tr("Status"));
-  m_results->StatusBar(statusBar());
-  menuBar()->setAccessibleName(tr("Menus"));
-}
-
 void MainWindow::FollowPanes() {
   m_catchUp.setSingleShot(true);
   m_catchUp.setInterval(kCatchUpMilliseconds);
@@ -148,7 +129,7 @@ void MainWindow::ConnectMenus() {
   };
   on(m_menus.actNew, [this] { m_keeper.New(); });
   on(m_menus.actOpen, [this] { m_keeper.AskAndOpen(); });
-  connect(m_menus.mnuRecent, &QMenu::aboutToShow, this, &MainWindow::FillRecent);
+  new RecentMenu(*m_menus.mnuRecent, m_keeper);
   on(m_menus.actSave, [this] { m_keeper.Save(); });
   on(m_menus.actSaveAs, [this] { m_keeper.SaveAs(); });
   on(m_menus.actExit, [this] { close(); });
@@ -295,10 +276,7 @@ void MainWindow::ShowTitle() {
 }
 
 void MainWindow::ShowNotice() {
-  const bool bReadOnly = m_keeper.Document().IsReadOnly();
-  m_lblReadOnly->setText(bReadOnly ? tr("Read-only") : QString());
-  m_lblReadOnly->setVisible(bReadOnly);
-  m_lblReadOnly->setToolTip(ToolTipOf(Shown(m_keeper.Document().ReadOnlyReason())));
+  m_status->ShowDocument(m_keeper.Document());
   if (!m_keeper.IsReadWhole()) {
     m_notice->Show(
         tr("This document could not be read whole. It cannot be saved, so that nothing "
@@ -309,29 +287,8 @@ void MainWindow::ShowNotice() {
 }
 
 void MainWindow::ShowStatus() {
-  const auto item = m_session.Selected();
-  const auto server = item ? ServerOf(*item) : std::nullopt;
-  const auto sServer = !server               ? QString()
-                       : !server->bConnected ? tr("%1, not connected").arg(Shown(server->sName))
-                       : server->sUser.empty()
-                           ? Shown(server->sName)
-                           : tr("%1 as %2").arg(Shown(server->sName), Shown(server->sUser));
-  // No name holds the window open.
-  const auto metrics = m_lblServer->fontMetrics();
-  m_lblServer->setText(
-      metrics.elidedText(sServer, Qt::ElideMiddle, kServerCharacters * metrics.averageCharWidth()));
-  m_lblServer->setToolTip(m_lblServer->text() == sServer ? QString() : ToolTipOf(sServer));
-  m_lblServer->setVisible(server.has_value());
-  const bool bList = m_results->IsListShown() && m_results->Sentence().isEmpty();
-  m_lblItems->setVisible(bList);
-  if (!bList) {
-    m_lblItems->clear();
-    return;
-  }
-  const int iRows = m_results->List().RowCount();
-  const int iSelected = m_results->List().SelectedRows();
-  const auto sRows = iRows == 1 ? tr("1 item") : tr("%L1 items").arg(iRows);
-  m_lblItems->setText(iSelected > 1 ? tr("%1, %L2 selected").arg(sRows).arg(iSelected) : sRows);
+  m_status->ShowItem(m_session.Selected());
+  m_status->ShowRows(*m_results);
 }
 
 void MainWindow::UpdateActions() {
@@ -361,23 +318,6 @@ void MainWindow::RefreshMarked() {
 
 ViewParts MainWindow::ViewOfWindow() {
   return {*this, *m_splitter, *m_toolbar, *m_results, m_menus};
-}
-
-void MainWindow::FillRecent() {
-  m_menus.mnuRecent->clear();
-  const auto paths = m_keeper.Recent();
-  int iNumber = 0;
-  for (const auto& sPath : paths) {
-    auto sShown = Shown(sPath);
-    sShown.replace('&', "&&");
-    auto* action = m_menus.mnuRecent->addAction(
-        ++iNumber < 10 ? QStringLiteral("&%1  %2").arg(iNumber).arg(sShown) : sShown);
-    action->setData(Shown(sPath));
-    connect(
-        action, &QAction::triggered, this, [this, sPath] { m_keeper.Open(sPath); },
-        Qt::QueuedConnection);
-  }
-  if (paths.empty()) m_menus.mnuRecent->addAction(tr("No documents yet"))->setEnabled(false);
 }
 
 }  // namespace orvane::console

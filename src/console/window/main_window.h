@@ -10,7 +10,6 @@
 #include "console/window/document_keeper.h"
 #include "console/window/window_menus.h"
 
-class QLabel;
 class QSplitter;
 
 namespace orvane::console {
@@ -20,6 +19,7 @@ class ResultPane;
 class ScopePane;
 class SelectionMenus;
 class ToolbarView;
+class WindowStatus;
 struct ViewParts;
 
 class MainWindow final : public QMainWindow {
@@ -50,7 +50,6 @@ class MainWindow final : public QMainWindow {
 
  private:
   void MakePanes();
-  void MakeStatusBar();
   void ConnectMenus();
   void FollowPanes();
   void FollowSession();
@@ -71,7 +70,6 @@ class MainWindow final : public QMainWindow {
   ScopeTreeItemPtr MarkedElsewhere() const;
   /// F5 and its commands: about the marked item, which is shown first.
   void RefreshMarked();
-  void FillRecent();
   ViewParts ViewOfWindow();
 
   WindowParts m_parts;
@@ -86,9 +84,7 @@ class MainWindow final : public QMainWindow {
   ResultPane* m_results = nullptr;
   ToolbarView* m_toolbar = nullptr;
   NoticeBar* m_notice = nullptr;
-  QLabel* m_lblItems = nullptr;
-  QLabel* m_lblReadOnly = nullptr;
-  QLabel* m_lblServer = nullptr;
+  WindowStatus* m_status = nullptr;
   SelectionMenus* m_selectionMenus = nullptr;
   // Asked for while the session was busy.
   ScopeTreeItemPtr m_wantedSelection;

@@ -80,15 +80,15 @@ std::unique_ptr<SaveSnapshot> UnsavedWork::Snapshot() {
   return bWhole ? std::move(snapshot) : nullptr;
 }
 
-void UnsavedWork::Begins(ConsoleSession::EventKind kind) {
+void UnsavedWork::Begins(EventKind kind) {
   // Each kind of event meets the document as the other kind has left it.
-  if (kind == ConsoleSession::EventKind::Finding && m_bLookDue) Look();
-  if (kind == ConsoleSession::EventKind::Command && m_bRebaseDue) Rebase();
+  if (kind == EventKind::Finding && m_bLookDue) Look();
+  if (kind == EventKind::Command && m_bRebaseDue) Rebase();
 }
 
-void UnsavedWork::Ended(ConsoleSession::EventKind kind) {
-  if (kind == ConsoleSession::EventKind::Browsing) return;
-  if (kind == ConsoleSession::EventKind::Command) {
+void UnsavedWork::Ended(EventKind kind) {
+  if (kind == EventKind::Browsing) return;
+  if (kind == EventKind::Command) {
     m_bLookDue = true;
   } else if (!m_bModified) {
     m_bRebaseDue = true;

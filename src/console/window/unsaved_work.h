@@ -47,8 +47,8 @@ class UnsavedWork final : public QObject {
  private:
   /// What a save would write now, or none when the snap-in cannot give all of it.
   std::unique_ptr<SaveSnapshot> Snapshot();
-  void Begins(ConsoleSession::EventKind kind);
-  void Ended(ConsoleSession::EventKind kind);
+  void Begins(EventKind kind);
+  void Ended(EventKind kind);
   void Look();
   void Rebase();
   void Settle();

@@ -111,15 +111,15 @@ TEST_F(ConsoleSessionTest, clicked_button_is_handed_to_the_snap_in_and_an_unknow
 }
 
 TEST_F(ConsoleSessionTest, commands_browsing_and_finding_are_told_apart) {
-  std::vector<ConsoleSession::EventKind> kinds;
+  std::vector<EventKind> kinds;
   Start();
   QObject listener;
   QObject::connect(m_session.get(), &ConsoleSession::EventEnded, &listener,
-                   [&](ConsoleSession::EventKind kind) { kinds.push_back(kind); });
+                   [&](EventKind kind) { kinds.push_back(kind); });
   m_session->Expand(m_session->Tree().StaticItem());
   m_session->Select(Find("alpha"));
   m_session->ClickMenu("m", 1, HostedSelection({m_session->Selected()}));
-  using enum ConsoleSession::EventKind;
+  using enum EventKind;
   EXPECT_THAT(kinds, ElementsAre(Finding, Browsing, Command));
 }
 

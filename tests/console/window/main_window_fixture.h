@@ -67,8 +67,12 @@ class NotedFailures final : public platform::FailureLog {
 class ToldWait final : public platform::LongOperation {
  public:
   void Run(const Text&, const std::function<void(std::stop_token)>& work) override { work({}); }
-  bool IsRunning() const override { return bRunning; }
+  bool IsRunning() const override {
+    ++iAsked;
+    return bRunning;
+  }
   bool bRunning = false;
+  mutable int iAsked = 0;
 };
 
 class MainWindowTest : public testing::Test {

@@ -89,5 +89,19 @@ TEST_F(MainWindowTest, moving_about_asks_the_snap_in_for_nothing_that_is_saved) 
   EXPECT_EQ(m_script->iWrites, iBefore + 2);
 }
 
+TEST_F(MainWindowTest, work_is_looked_at_when_a_wait_has_ended_and_not_before) {
+  DoWork();
+  m_wait->bRunning = true;
+  const int iWrites = m_script->iWrites;
+  // A wait is asked after at each calm moment.
+  const int iAsked = m_wait->iAsked;
+  ASSERT_TRUE(Waits([&] { return m_wait->iAsked >= iAsked + 3; }));
+  EXPECT_EQ(m_script->iWrites, iWrites);
+  EXPECT_FALSE(m_window->isWindowModified());
+  m_wait->bRunning = false;
+  EXPECT_TRUE(Waits([&] { return m_window->isWindowModified(); }));
+  EXPECT_EQ(m_script->iWrites, iWrites + 1);
+}
+
 }  // namespace
 }  // namespace orvane::console

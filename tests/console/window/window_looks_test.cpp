@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <QListView>
+#include <QMenu>
 #include <QTextDocument>
 #include <set>
 

@@ -12,9 +12,9 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
-class ShownViewTest : public ConsoleSessionTest {};
+class ShownItemTest : public ConsoleSessionTest {};
 
-TEST_F(ShownViewTest, selecting_hides_the_old_view_before_the_new_one_is_made) {
+TEST_F(ShownItemTest, selecting_hides_the_old_view_before_the_new_one_is_made) {
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
@@ -26,7 +26,7 @@ TEST_F(ShownViewTest, selecting_hides_the_old_view_before_the_new_one_is_made) {
                   "Controlbar +alpha.Catalogs.Machine.Tags"));
 }
 
-TEST_F(ShownViewTest, each_visit_makes_a_fresh_control) {
+TEST_F(ShownItemTest, each_visit_makes_a_fresh_control) {
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
@@ -37,7 +37,7 @@ TEST_F(ShownViewTest, each_visit_makes_a_fresh_control) {
   EXPECT_NE(m_session->CurrentResultView()->HostedControl(), nullptr);
 }
 
-TEST_F(ShownViewTest, moving_from_one_grid_to_the_next_keeps_the_toolbar_attached) {
+TEST_F(ShownItemTest, moving_from_one_grid_to_the_next_keeps_the_toolbar_attached) {
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
@@ -49,7 +49,7 @@ TEST_F(ShownViewTest, moving_from_one_grid_to_the_next_keeps_the_toolbar_attache
   EXPECT_EQ(m_session->ControlBar().Attached(), nullptr);
 }
 
-TEST_F(ShownViewTest, list_view_is_initialised_afresh_each_time_it_is_shown) {
+TEST_F(ShownItemTest, list_view_is_initialised_afresh_each_time_it_is_shown) {
   Start();
   ExpandToTables();
   m_script->initializeView = [](Services&, platform::ResultView& view) {
@@ -65,7 +65,7 @@ TEST_F(ShownViewTest, list_view_is_initialised_afresh_each_time_it_is_shown) {
   }
 }
 
-TEST_F(ShownViewTest, structure_view_takes_toolbar_and_refresh_verb_away) {
+TEST_F(ShownItemTest, structure_view_takes_toolbar_and_refresh_verb_away) {
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
@@ -76,13 +76,13 @@ TEST_F(ShownViewTest, structure_view_takes_toolbar_and_refresh_verb_away) {
   EXPECT_FALSE(m_session->IsRefreshEnabled());
 }
 
-TEST_F(ShownViewTest, view_that_the_type_does_not_offer_is_not_shown) {
+TEST_F(ShownItemTest, view_that_the_type_does_not_offer_is_not_shown) {
   Start();
   m_session->ShowView(1);
   EXPECT_TRUE(m_script->log.empty());
 }
 
-TEST_F(ShownViewTest, control_that_cannot_be_created_leaves_an_empty_view_whose_control_fails) {
+TEST_F(ShownItemTest, control_that_cannot_be_created_leaves_an_empty_view_whose_control_fails) {
   m_script->bFailControl = true;
   Start();
   ExpandToTables();
@@ -92,7 +92,7 @@ TEST_F(ShownViewTest, control_that_cannot_be_created_leaves_an_empty_view_whose_
   EXPECT_THAT(m_script->log, Not(Contains("InitializeControl TableEditorOcxView")));
 }
 
-TEST_F(ShownViewTest, removing_the_selected_item_moves_the_selection_to_the_parent) {
+TEST_F(ShownItemTest, removing_the_selected_item_moves_the_selection_to_the_parent) {
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
@@ -102,7 +102,7 @@ TEST_F(ShownViewTest, removing_the_selected_item_moves_the_selection_to_the_pare
   EXPECT_EQ(m_script->log[1], "Deactivate TableEditorOcxView");
 }
 
-TEST_F(ShownViewTest, removing_an_item_above_moves_the_selection_above_that) {
+TEST_F(ShownItemTest, removing_an_item_above_moves_the_selection_above_that) {
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
@@ -110,7 +110,7 @@ TEST_F(ShownViewTest, removing_an_item_above_moves_the_selection_above_that) {
   EXPECT_EQ(m_session->Selected(), m_session->Tree().StaticItem());
 }
 
-TEST_F(ShownViewTest, removing_the_children_moves_the_selection_to_the_item_itself) {
+TEST_F(ShownItemTest, removing_the_children_moves_the_selection_to_the_item_itself) {
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs"));
@@ -120,7 +120,7 @@ TEST_F(ShownViewTest, removing_the_children_moves_the_selection_to_the_item_itse
   EXPECT_EQ(m_session->Selected(), Find("alpha"));
 }
 
-TEST_F(ShownViewTest, removing_another_item_leaves_the_selection_alone) {
+TEST_F(ShownItemTest, removing_another_item_leaves_the_selection_alone) {
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha"));
@@ -129,7 +129,7 @@ TEST_F(ShownViewTest, removing_another_item_leaves_the_selection_alone) {
   EXPECT_TRUE(m_script->log.empty());
 }
 
-TEST_F(ShownViewTest, selection_made_while_a_view_is_shown_follows_it) {
+TEST_F(ShownItemTest, selection_made_while_a_view_is_shown_follows_it) {
   m_script->activate = [](Services& services, platform::ResultView& view) {
     if (view.ScopeItem()->Key() == "alpha") {
       services.console->CurrentView().SelectScopeItem(services.console->ScopeItems().Item("beta"));
@@ -143,7 +143,7 @@ TEST_F(ShownViewTest, selection_made_while_a_view_is_shown_follows_it) {
   EXPECT_EQ(m_script->log.back(), "Controlbar +beta");
 }
 
-TEST_F(ShownViewTest, refresh_selection_within_a_handler_waits_for_its_end) {
+TEST_F(ShownItemTest, refresh_selection_within_a_handler_waits_for_its_end) {
   m_script->menuClick = [this](Services& services, const Text&, const platform::Selection&) {
     services.console->CurrentView().RefreshSelection();
     m_script->log.push_back("handler ends");
@@ -154,7 +154,7 @@ TEST_F(ShownViewTest, refresh_selection_within_a_handler_waits_for_its_end) {
               ElementsAre("Click m 1", "handler ends", "Select +Servers", "Controlbar +Servers"));
 }
 
-TEST_F(ShownViewTest, selection_has_the_published_types_and_positions) {
+TEST_F(ShownItemTest, selection_has_the_published_types_and_positions) {
   Start();
   ExpandTo({});
   EXPECT_EQ(HostedSelection().Type(), 5);
