@@ -11,6 +11,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/lexer.cpp
   dialect/query_reader.cpp
   dialect/statement_edits.cpp
+  dialect/statement_parameters.cpp
   dialect/statement_reader.cpp
   dialect/statement_work.cpp
   dialect/table_names.cpp

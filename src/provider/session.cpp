@@ -4,6 +4,7 @@
 
 #include "ado/out_of_memory.h"
 #include "platform/failure.h"
+#include "provider/dialect/statement_parameters.h"
 #include "provider/historian/data_folder.h"
 #include "provider/known_schema.h"
 #include "provider/result_times.h"
@@ -69,9 +70,13 @@ ado::StatementResult HistorianSession::Run(const ado::Statement& statement,
                                            const Deadline& deadline, const std::stop_token& stop) {
   dialect::StatementWork work(deadline);
   auto tokens = dialect::ReadTokens(statement.sText, work);
+  dialect::GiveParameters(statement.sText, tokens, statement.parameters);
   const auto catalog = dialect::ReadCatalogStatement(statement.sText, tokens);
   if (!catalog) return RunTranslated(statement, std::move(tokens), deadline, work, stop);
   if (statement.bReadOnly) throw engines::WouldChange(statement.sText);
+  if (const auto expected = statement.rowsExpected.value_or(0); expected != 0) {
+    throw engines::UnexpectedRows(0, expected, statement.sText);
+  }
   RunCatalogStatement(*catalog, stop);
   return {ado::RecordsetBuilder({}).Finish(), 0};
 }
@@ -85,7 +90,7 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   auto translation = dialect::Translate(statement.sText, std::move(tokens), schema,
                                         {m_options.TimeZone(), m_place.clock(),
                                          m_options.IdentifierPrefixes(), m_options.TimeAsDouble()},
-                                        work);
+                                        work, statement.parameters);
   deadline.Check();
   m_log.Detail(translation.sSql);
   engines::EngineStatement toRun;
@@ -98,6 +103,7 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   toRun.functions = std::move(translation.functions);
   toRun.maxRows = std::max<platform::Long>(statement.lMaxRecords, 0);
   toRun.bReadOnly = statement.bReadOnly;
+  toRun.rowsExpected = statement.rowsExpected;
   toRun.maxBytes = m_options.StatementMemory();
   toRun.shape = [columns = std::move(translation.columns), bDouble = m_options.TimeAsDouble(),
                  zone = m_options.TimeZone(), maxBytes = toRun.maxBytes, stop](RecordsetPtr rs) {

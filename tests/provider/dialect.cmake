@@ -3,6 +3,7 @@ orvane_test(dialect
   SOURCES
     dialect/catalog_statement_test.cpp
     dialect/lexer_test.cpp
+    dialect/statement_parameters_test.cpp
     dialect/statement_reader_test.cpp
     dialect/time_comparisons_test.cpp
     dialect/time_guards_test.cpp
@@ -37,6 +38,7 @@ orvane_test(session
     session_options_test.cpp
     session_catalogs_test.cpp
     session_ending_test.cpp
+    session_parameters_test.cpp
     session_test.cpp
     session_times_test.cpp
     statement_log_test.cpp

@@ -237,6 +237,8 @@ Expr* StatementReader::ReadOperand(Scope* scope) {
       return leaf(ExprKind::String);
     case TokenKind::Blob:
       return leaf(ExprKind::Blob);
+    case TokenKind::Time:
+      return leaf(ExprKind::Time);
     case TokenKind::Symbol:
       if (token.IsSymbol("(")) return ReadBracket(scope);
       if (token.IsSymbol("+") || token.IsSymbol("-") || token.IsSymbol("~")) {
@@ -247,6 +249,7 @@ Expr* StatementReader::ReadOperand(Scope* scope) {
       break;
     case TokenKind::QuotedIdentifier:
       return ReadNameOrCall(scope);
+    case TokenKind::Parameter:
     case TokenKind::End:
       FailUnexpected();
   }

@@ -124,6 +124,9 @@ class Lexer {
       ReadQuoted(TokenKind::QuotedIdentifier, c, true);
     } else if (c == '[') {
       ReadQuoted(TokenKind::QuotedIdentifier, ']', false);
+    } else if (c == '?' && !IsWordCharacter(Peek(1))) {
+      ++m_position;
+      Add(TokenKind::Parameter, m_position - 1, "?");
     } else if (c == '?' || c == ':' || c == '@' || c == '$' || c == '#') {
       FailAt(m_sStatement, m_position, "There is a parameter mark",
              "write the value itself into the statement");

@@ -18,8 +18,10 @@ enum class TokenKind : std::uint8_t {
   String,            ///< 'text'
   Blob,              ///< x'00ff'
   Number,
-  Symbol,  ///< operator or punctuation
-  End,     ///< behind the last token
+  Parameter,  ///< "?" before its value is known
+  Time,       ///< "?" whose value is a point in time
+  Symbol,     ///< operator or punctuation
+  End,        ///< behind the last token
 };
 
 struct Token {
@@ -28,6 +30,7 @@ struct Token {
   std::size_t length = 0;
   platform::Text sText;   ///< as written; for quoted tokens without quotes, doubled ones single
   platform::Text sUpper;  ///< of words: in ASCII capitals, to compare with keywords
+  std::size_t nParameter = 0;  ///< of a "?" whose value is known its number, from 1
 
   bool IsSymbol(std::string_view sSymbol) const {
     return kind == TokenKind::Symbol && sText == sSymbol;
@@ -42,8 +45,9 @@ struct Token {
 
 /// Reads a whole statement; the last token is End. Comments are left out. Exactly one statement
 /// is let through: ";" may stand at its end only. Fails with failure::kSqlError and the place in
-/// the text for an unfinished quote, a character that has no meaning, a parameter mark, a second
-/// statement, and for a text without any statement; and when the work is to end.
+/// the text for an unfinished quote, a character that has no meaning, a parameter mark other than
+/// a bare "?", a second statement, and for a text without any statement; and when the work is to
+/// end.
 std::vector<Token> ReadTokens(std::string_view sStatement, StatementWork& work);
 
 /// The place as a number of characters, not bytes, counted from 1.

@@ -41,6 +41,8 @@ Text StatementEdits::Write(std::vector<Value>& parameters) const {
   Text sSql;
   std::size_t position = 0;
   for (const std::size_t place : places) {
+    // Within what was replaced as a whole.
+    if (place < position) continue;
     if (place > position) {
       sSql += m_sStatement.substr(position, place - position);
       position = place;

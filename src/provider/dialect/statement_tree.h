@@ -35,6 +35,7 @@ enum class ExprKind : std::uint8_t {
   Number,
   String,
   Blob,
+  Time,         ///< a parameter that is a point in time
   CurrentTime,  ///< CURRENT_TIMESTAMP, CURRENT_DATE, CURRENT_TIME
   Name,
   Sign,        ///< + - ~ before the child

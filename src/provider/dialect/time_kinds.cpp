@@ -43,6 +43,8 @@ Kinds TimeAnalysis::Work(const Expr& expr) {
       return kinds::kAnyText;
     case ExprKind::Blob:
       return kinds::kOther;
+    case ExprKind::Time:
+      return kinds::kTime;
     case ExprKind::CurrentTime:
       return At(expr.range.begin).IsWord("CURRENT_TIME") ? kinds::kUtcText | kinds::kPart
                                                          : kinds::kUtcText;

@@ -38,13 +38,29 @@ void KeepHeadings(const StatementTree& tree, StatementEdits& edits) {
   }
 }
 
+// What becomes a time takes the place of its parameter later.
+void BindParameters(std::string_view sStatement, const StatementTree& tree, StatementEdits& edits,
+                    std::span<const platform::Value> parameters) {
+  for (std::size_t i = 0; i < tree.tokens.size(); ++i) {
+    const Token& token = tree.tokens[i];
+    if (token.nParameter == 0) continue;
+    if (tree.kind == StatementKind::Define) {
+      FailAt(sStatement, token.position, "A parameter stands in a definition",
+             "write the value itself into the statement");
+    }
+    edits.Bind({i, i + 1}, parameters[token.nParameter - 1]);
+  }
+}
+
 Translation TranslateTree(std::string_view sStatement, StatementTree tree, SchemaSource& schema,
-                          const TranslationSettings& settings, StatementWork& work) {
+                          const TranslationSettings& settings, StatementWork& work,
+                          std::span<const platform::Value> parameters) {
   TableCache cache(schema);
   ViewKinds views(cache, settings, work);
   StatementEdits edits(sStatement, tree.tokens);
   TableNames names(sStatement, tree, cache, settings.bPrefixes, edits, std::nullopt);
   names.Resolve();
+  BindParameters(sStatement, tree, edits, parameters);
   TimeAnalysis times({sStatement, tree, names, edits, settings, work, views, Kept(tree)});
   for (const auto& reference : tree.references) {
     const bool bPrefixed = settings.bPrefixes && !reference.chain.bStar;
@@ -79,10 +95,11 @@ Text WithoutPrefix(const Text& sName) {
 }
 
 Translation Translate(std::string_view sStatement, std::vector<Token> tokens, SchemaSource& schema,
-                      const TranslationSettings& settings, StatementWork& work) {
+                      const TranslationSettings& settings, StatementWork& work,
+                      std::span<const platform::Value> parameters) {
   try {
     return TranslateTree(sStatement, StatementReader(sStatement, std::move(tokens), work).Read(),
-                         schema, settings, work);
+                         schema, settings, work, parameters);
   } catch (const std::bad_alloc&) {
     throw platform::Failure(platform::failure::kStorage,
                             "There is not enough memory to read the statement: shorten it.",

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -83,11 +84,13 @@ constexpr std::string_view kIdentifierPrefix = "Orv_";
 /// The name without the prefix, if it has it in any case and something behind it.
 platform::Text WithoutPrefix(const platform::Text& sName);
 
-/// Translates one statement from its tokens. Fails with failure::kSqlError for what the statement
+/// Translates one statement from its tokens; the parameters are those that GiveParameters gave
+/// them. Fails with failure::kSqlError for what the statement
 /// cannot mean: unknown catalogs and tables, tables without a catalog, texts that are no time
 /// expressions, and stored times that meet anything else; with kStorage when the memory does not
 /// suffice; and when the work is to end.
 Translation Translate(std::string_view sStatement, std::vector<Token> tokens, SchemaSource& schema,
-                      const TranslationSettings& settings, StatementWork& work);
+                      const TranslationSettings& settings, StatementWork& work,
+                      std::span<const platform::Value> parameters = {});
 
 }  // namespace orvane::provider::dialect

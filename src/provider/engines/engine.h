@@ -10,6 +10,7 @@
 #include <optional>
 #include <span>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 #include "platform/ado/connection.h"
@@ -41,6 +42,9 @@ struct EngineStatement {
   std::vector<Catalog> catalogs;
   platform::RowIndex maxRows = 0;       ///< 0 fetches all rows
   platform::Boolean bReadOnly = false;  ///< only reads; see Run
+  /// How many rows it must change: another number is undone and fails. What triggers change for it
+  /// does not count. None lets it change any number.
+  std::optional<platform::RowIndex> rowsExpected{};
   /// Memory that its rows may take, and the engine while it works; 0 is no limit.
   std::size_t maxBytes = 0;
   /// Gives the rows their last shape; what it fails with leaves nothing changed.
@@ -57,6 +61,16 @@ inline platform::Failure WouldChange(platform::Text sSql) {
       "The statement changes data and has not been run, as only reading was asked for: run it as a "
       "change if that is what is wanted.",
       {}, 0, std::move(sSql));
+}
+
+/// What a statement fails with that would change another number of rows than it must.
+inline platform::Failure UnexpectedRows(platform::RowIndex rows, platform::RowIndex expected,
+                                        platform::Text sSql) {
+  return platform::Failure(platform::failure::kConflict,
+                           "The statement would have changed " + std::to_string(rows) +
+                               " rows instead of " + std::to_string(expected) +
+                               " and was undone: read the rows again, then repeat the change.",
+                           {}, 0, std::move(sSql));
 }
 
 struct EngineResult {
@@ -99,7 +113,8 @@ class EngineSession {
 
   /// Runs exactly one statement; a second one behind it fails with failure::kSqlError. Fails with
   /// kCancelled, kBusy and the other numbers of the database. A statement that fails has changed
-  /// nothing; one whose stop was requested while it could still be taken back fails. One that only
+  /// nothing; one whose stop was requested while it could still be taken back fails, and so does,
+  /// with kConflict, one that would change another number of rows than it must. One that only
   /// reads, but would change anything, fails with kWouldChange before it begins. Attaching,
   /// transactions and settings of the database are refused with kNotSupported.
   virtual EngineResult Run(const EngineStatement& statement, std::stop_token stop) = 0;

@@ -12,8 +12,8 @@ namespace {
 using platform::Text;
 
 Text Kinds(std::string_view sStatement) {
-  static constexpr const char* kNames[] = {"word",   "name",   "string", "blob",
-                                           "number", "symbol", "end"};
+  static constexpr const char* kNames[] = {"word",      "name", "string", "blob", "number",
+                                           "parameter", "time", "symbol", "end"};
   Text sKinds;
   for (const auto& token : Tokens(sStatement)) {
     if (!sKinds.empty()) sKinds += " ";
@@ -75,7 +75,8 @@ TEST(lexer, fails_with_a_place_and_an_advice) {
             "A quote is never closed (character 1 of the statement); close it with ].");
   EXPECT_EQ(FailureOfReading("a /* b"),
             "A comment never ends (character 3 of the statement); end it with */.");
-  EXPECT_EQ(FailureOfReading("a = ?"),
+  EXPECT_EQ(Kinds("a=?"), "word=a symbol== parameter=? end");
+  EXPECT_EQ(FailureOfReading("a = ?1"),
             "There is a parameter mark (character 5 of the statement); write the value itself "
             "into the statement.");
   EXPECT_EQ(FailureOfReading("a \\ b"),

@@ -55,12 +55,20 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
   if (statement.bReadOnly && !bReads) throw WouldChange(statement.sSql);
   prepared.Bind(statement.parameters);
   const auto nChangesBefore = sqlite3_total_changes64(m_database.get());
+  const auto changed = [&]() -> platform::RowIndex {
+    // The count of changes stays that of an earlier statement when this one changed nothing.
+    if (bReads || sqlite3_total_changes64(m_database.get()) == nChangesBefore) return 0;
+    return sqlite3_changes64(m_database.get());
+  };
   EngineResult result;
   const auto run = [&] {
     auto rows = prepared.Fetch({statement.maxRows, statement.maxBytes, m_bUtf8});
     result.recordset =
         rows.Finish(std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start));
     if (statement.shape) result.recordset = statement.shape(std::move(result.recordset));
+    if (statement.rowsExpected && changed() != *statement.rowsExpected) {
+      throw UnexpectedRows(changed(), *statement.rowsExpected, statement.sSql);
+    }
   };
   try {
     if (bReads || sqlite3_get_autocommit(m_database.get()) == 0) {
@@ -74,11 +82,8 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
     }
     throw;
   }
-  // The count of changes stays that of an earlier statement when this one changed nothing.
-  if (!bReads && sqlite3_total_changes64(m_database.get()) != nChangesBefore) {
-    result.lRecordsAffected = static_cast<platform::Long>(std::min<sqlite3_int64>(
-        sqlite3_changes64(m_database.get()), std::numeric_limits<platform::Long>::max()));
-  }
+  result.lRecordsAffected = static_cast<platform::Long>(
+      std::min<platform::RowIndex>(changed(), std::numeric_limits<platform::Long>::max()));
   return result;
 }
 

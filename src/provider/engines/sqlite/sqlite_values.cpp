@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <type_traits>
 
 #include "platform/conversions.h"
@@ -33,6 +34,12 @@ int BindValue(sqlite3_stmt* statement, int nPlace, const Value& vtValue, Lifetim
                              std::is_same_v<T, std::int64_t>) {
           return sqlite3_bind_int64(statement, nPlace, content);
         } else if constexpr (std::is_same_v<T, double>) {
+          // SQLite would take it for null.
+          if (std::isnan(content)) {
+            throw Failure(failure::kTypeMismatch,
+                          "The database keeps no value that is no number (NaN): give a number or "
+                          "null.");
+          }
           return sqlite3_bind_double(statement, nPlace, content);
         } else if constexpr (std::is_same_v<T, platform::Timestamp>) {
           return sqlite3_bind_int64(statement, nPlace, content.time_since_epoch().count());

@@ -14,7 +14,7 @@ enum class Lifetime : std::uint8_t {
 };
 
 /// Gives the value to the place, counted from 1; the result code of SQLite. Fails with
-/// failure::kTypeMismatch for an object.
+/// failure::kTypeMismatch for an object and for NaN, which SQLite cannot keep.
 int BindValue(sqlite3_stmt* statement, int nPlace, const platform::Value& vtValue,
               Lifetime lifetime);
 
