@@ -5,6 +5,8 @@
 #include <sys/xattr.h>
 
 #include <cerrno>
+#include <cstdint>
+#include <cstring>
 #include <string>
 
 namespace orvane::files {
@@ -12,20 +14,22 @@ namespace orvane::files {
 constexpr const char* kAccessList = "system.posix_acl_access";
 constexpr const char* kDefaultList = "system.posix_acl_default";
 
-/// user::rw-, user:1234:rw-, group::r--, mask::rw-, other::---.
-inline std::string ListOfOne() {
-  const unsigned char list[] = {2,    0, 0, 0,                          //
-                                1,    0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
-                                2,    0, 6, 0, 0xD2, 0x04, 0,    0,     //
-                                4,    0, 4, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
-                                0x10, 0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
-                                0x20, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF};
+/// user::rw-, user:NAMED:rw-, group::r--, mask::rw-, other::---.
+inline std::string ListOfOne(std::uint32_t uNamed = 1234) {
+  unsigned char list[] = {2,    0, 0, 0,                          //
+                          1,    0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+                          2,    0, 6, 0, 0,    0,    0,    0,     //
+                          4,    0, 4, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+                          0x10, 0, 6, 0, 0xFF, 0xFF, 0xFF, 0xFF,  //
+                          0x20, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF};
+  std::memcpy(&list[16], &uNamed, sizeof uNamed);
   return {reinterpret_cast<const char*>(list), sizeof list};
 }
 
 /// Gives the file or folder that list. False where its file system has no access lists.
-inline bool GiveList(const std::string& sPath, const char* sName = kAccessList) {
-  const std::string sList = ListOfOne();
+inline bool GiveList(const std::string& sPath, const char* sName = kAccessList,
+                     std::uint32_t uNamed = 1234) {
+  const std::string sList = ListOfOne(uNamed);
   if (setxattr(sPath.c_str(), sName, sList.data(), sList.size(), 0) == 0) return true;
   EXPECT_EQ(errno, ENOTSUP) << sPath;
   return false;

@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 
+#include <functional>
 #include <vector>
 
+#include "files/access_list.h"
 #include "tests/fakes/processes.h"
 #include "tests/files/access_list.h"
 #include "tests/files/temporary_folder.h"
@@ -70,6 +72,50 @@ TEST_F(attributes, a_group_is_given_by_one_who_is_in_it_only) {
   EXPECT_EQ(ModeOf(Path("new")), 0640U);
   EXPECT_EQ(StatusOf(Path("new")).st_uid, fakes::kNobody);
   EXPECT_EQ(StatusOf(Path("new")).st_gid, kGroup);
+}
+
+TEST_F(attributes, who_may_use_a_file_is_listed_where_its_group_cannot_be_given) {
+  // Only an administrator can become somebody else.
+  if (!fakes::IsAdministrator()) return;
+  constexpr uid_t kOwner = 65531;
+  constexpr gid_t kGroup = 65530;
+  constexpr uid_t kNamed = 1234;  // in the list
+  constexpr uid_t kOther = 4321;
+  if (!GiveList(Path("old"))) return;
+  ASSERT_EQ(chown(Path("old").c_str(), kOwner, kGroup), 0);
+  ASSERT_EQ(chown(Path("new").c_str(), fakes::kNobody, fakes::kNobody), 0);
+  ASSERT_EQ(chmod(Path("new").c_str(), 0660), 0);
+  ASSERT_EQ(chmod(Folder().c_str(), 0755), 0);
+  const auto as = [&](uid_t user, gid_t group, const std::function<bool()>& work) {
+    return fakes::InChild([&] {
+      if (setgroups(0, nullptr) != 0 || setgid(group) != 0 || setuid(user) != 0) return 2;
+      return work() ? 0 : 1;
+    });
+  };
+  ASSERT_EQ(as(fakes::kNobody, fakes::kNobody,
+               [&] { return ListAccess(Path("old"), Opened(Path("new"))); }),
+            0);
+  const auto may = [&](uid_t user, gid_t group) {
+    std::string sMay;
+    if (as(user, group, [&] { return access(Path("new").c_str(), R_OK) == 0; }) == 0) sMay += "r";
+    if (as(user, group, [&] { return access(Path("new").c_str(), W_OK) == 0; }) == 0) sMay += "w";
+    return sMay;
+  };
+  EXPECT_EQ(may(fakes::kNobody, 1), "rw");
+  EXPECT_EQ(may(kOwner, 1), "rw");
+  EXPECT_EQ(may(kNamed, 1), "rw");
+  EXPECT_EQ(may(kOther, kGroup), "r");
+  EXPECT_EQ(may(kOther, fakes::kNobody), "");
+  EXPECT_EQ(may(kOther, 1), "");
+  // The same by the mode alone, with the others in it.
+  ASSERT_EQ(removexattr(Path("old").c_str(), kAccessList), 0);
+  ASSERT_EQ(chmod(Path("old").c_str(), 0664), 0);
+  ASSERT_EQ(as(fakes::kNobody, fakes::kNobody,
+               [&] { return ListAccess(Path("old"), Opened(Path("new"))); }),
+            0);
+  EXPECT_EQ(may(kOwner, 1), "rw");
+  EXPECT_EQ(may(kOther, kGroup), "rw");
+  EXPECT_EQ(may(kNamed, 1), "r");
 }
 
 TEST_F(attributes, all_of_them_are_taken_over_by_an_administrator) {

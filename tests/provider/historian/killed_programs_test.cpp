@@ -76,13 +76,12 @@ TEST_F(killed_programs, in_create_database_at_a_path_of_its_own) {
 }
 
 TEST_F(killed_programs, in_create_database_where_files_have_one_name) {
-  for (const Text& sPath : {Text(), m_elsewhere.string()}) {
-    KillAtEachStep([&] { Open(); },
-                   [&] {
-                     if (tests::HaveNoHardLinks()) Open()->CreateCatalog("Plant1", sPath, 0, {});
-                   },
-                   [&] { ExpectWholeOrNotAtAll(sPath); });
-  }
+  KillAtEachStep([&] { Open(); },
+                 [&] {
+                   if (!tests::HaveNoHardLinks()) return;
+                   Open()->CreateCatalog("Plant1", m_elsewhere.string(), 0, {});
+                 },
+                 [&] { ExpectWholeOrNotAtAll(m_elsewhere.string()); });
 }
 
 TEST_F(killed_programs, in_drop_database) {

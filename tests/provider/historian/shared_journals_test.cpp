@@ -1,6 +1,7 @@
 // The journals of catalogs that several users change: whoever may write one may take back what a
 // killed colleague left half done.
 #include "tests/fakes/killed_program.h"
+#include "tests/files/access_list.h"
 #include "tests/provider/historian/colleagues.h"
 #include "tests/provider/historian/historian_fixture.h"
 
@@ -32,9 +33,10 @@ class shared_journals : public HistorianFixture {
   }
   int Write() { return Rows(*Open()->Find("Plant1", {})) == "1" ? 0 : 1; }
   // A colleague whose own group is another one is killed before the n-th change that he makes.
-  tests::Ended KillColleague(int nCall) {
+  tests::Ended KillColleague(int nCall, bool bOfGroup = true) {
     return tests::KilledBefore(nCall, [&] {
-      if (setgroups(1, &kGroup) != 0 || setgid(kColleaguesGroup) != 0 || setuid(kColleague) != 0) {
+      if (setgroups(bOfGroup ? 1 : 0, &kGroup) != 0 || setgid(kColleaguesGroup) != 0 ||
+          setuid(kColleague) != 0) {
         _exit(1);
       }
       Write();
@@ -62,6 +64,25 @@ TEST_F(shared_journals, of_a_killed_colleague_are_taken_back_by_the_owner) {
     }
     EXPECT_EQ(As(kOwner, [&] { return Write(); }), 0) << "killed before the change " << nCall;
     EXPECT_FALSE(fs::exists(m_journal));
+    if (ended != tests::Ended::Killed) break;
+  }
+  EXPECT_GT(nJournals, 2);
+}
+
+TEST_F(shared_journals, of_one_who_is_not_of_the_group_are_taken_back_by_the_owner) {
+  if (!m_bAdministrator) return;
+  for (const auto& entry : fs::recursive_directory_iterator(m_root.Path())) {
+    ASSERT_EQ(chmod(entry.path().c_str(), entry.is_directory() ? 0777 : 0666), 0);
+  }
+  ASSERT_EQ(chmod(m_root.Path().c_str(), 0777), 0);
+  ASSERT_EQ(chmod(m_file.c_str(), 0600), 0);
+  // The catalog's own list names the colleague.
+  if (!files::GiveList(m_file.string(), files::kAccessList, kColleague)) return;
+  int nJournals = 0;
+  for (int nCall = 1;; ++nCall) {
+    const tests::Ended ended = KillColleague(nCall, false);
+    if (fs::exists(m_journal) && fs::file_size(m_journal) > 0) ++nJournals;
+    ASSERT_EQ(As(kOwner, [&] { return Write(); }), 0) << "killed before the change " << nCall;
     if (ended != tests::Ended::Killed) break;
   }
   EXPECT_GT(nJournals, 2);

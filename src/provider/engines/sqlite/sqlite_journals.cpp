@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <string>
 
+#include "files/access_list.h"
 #include "files/attributes.h"
 
 namespace orvane::provider::engines {
@@ -14,8 +16,15 @@ namespace {
 
 void Share(const char* sJournal, const char* sDatabase) {
   const files::Descriptor journal(open(sJournal, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-  // One that cannot be shared does its work all the same.
-  if (journal) files::TakeAccess(sDatabase, journal);
+  struct stat made {};
+  if (!journal || files::TakeAccess(sDatabase, journal) || files::ListAccess(sDatabase, journal) ||
+      fstat(journal.Get(), &made) != 0) {
+    return;
+  }
+  // SQLite has opened it to its maker's group, which may be nobody's who knows the database. One
+  // that cannot be shared does its work all the same.
+  constexpr mode_t kNotTheGroup = 0707;
+  fchmod(journal.Get(), made.st_mode & kNotTheGroup);
 }
 
 class JournalSharing {
