@@ -65,6 +65,8 @@ RecordsetPtr SchemaReader::Open(platform::SchemaNumber schema,
       return OpenColumns(restrictions, reach);
     case platform::SchemaNumber::PrimaryKeys:
       return OpenPrimaryKeys(restrictions, reach);
+    case platform::SchemaNumber::Indexes:
+      return OpenIndexes(restrictions, reach);
     case platform::SchemaNumber::ProviderTypes:
       return ProviderTypesRowset(restrictions.At(0), restrictions.At(1));
   }
@@ -88,13 +90,17 @@ std::vector<CatalogRecord> SchemaReader::Catalogs(const Value& vtCatalog,
 
 std::vector<engines::TableSchema> SchemaReader::Tables(const CatalogRecord& record,
                                                        const Value& vtTable,
-                                                       const SchemaReach& reach) const {
+                                                       const SchemaReach& reach,
+                                                       platform::Boolean bIndexes) const {
   const auto catalog = historian::EngineCatalog(record, true);
-  if (vtTable.IsNull()) return reach.session.Schema(catalog, {std::nullopt, true}, reach.stop);
+  const auto read = [&](std::optional<Text> sName) {
+    return reach.session.Schema(catalog, {std::move(sName), true, bIndexes}, reach.stop);
+  };
+  if (vtTable.IsNull()) return read(std::nullopt);
   const Text sTable = platform::ToText(vtTable);
-  auto tables = reach.session.Schema(catalog, {sTable, true}, reach.stop);
+  auto tables = read(sTable);
   if (const Text sPlain = m_names.Plain(sTable); tables.empty() && sPlain != sTable) {
-    tables = reach.session.Schema(catalog, {sPlain, true}, reach.stop);
+    tables = read(sPlain);
   }
   return tables;
 }
@@ -178,6 +184,22 @@ RecordsetPtr SchemaReader::OpenPrimaryKeys(const Restrictions& restrictions,
   for (const auto& record : Catalogs(restrictions.At(0), reach)) {
     for (const auto& table : Tables(record, restrictions.At(2), reach)) {
       rowset.Append(m_names.Catalog(record), m_names.Table(table.sName), table);
+    }
+  }
+  return rowset.Finish();
+}
+
+RecordsetPtr SchemaReader::OpenIndexes(const Restrictions& restrictions, const SchemaReach& reach) {
+  IndexesRowset rowset;
+  if (!restrictions.AllowsSchema()) return rowset.Finish();
+  const Value vtType = restrictions.At(3);
+  if (!vtType.IsNull() && platform::ToLong(vtType) != kBalancedTree) return rowset.Finish();
+  for (const auto& record : Catalogs(restrictions.At(0), reach)) {
+    for (const auto& table : Tables(record, restrictions.At(4), reach, true)) {
+      for (const auto& index : table.indexes) {
+        if (!restrictions.AllowsText(2, index.sName)) continue;
+        rowset.Append(m_names.Catalog(record), m_names.Table(table.sName), index);
+      }
     }
   }
   return rowset.Finish();

@@ -45,14 +45,15 @@ class SchemaReader {
   std::vector<historian::CatalogRecord> Catalogs(const platform::Value& vtCatalog,
                                                  const SchemaReach& reach) const;
   std::vector<engines::TableSchema> Tables(const historian::CatalogRecord& record,
-                                           const platform::Value& vtTable,
-                                           const SchemaReach& reach) const;
+                                           const platform::Value& vtTable, const SchemaReach& reach,
+                                           platform::Boolean bIndexes = false) const;
 
   platform::RecordsetPtr OpenCatalogs(const Restrictions& restrictions, const SchemaReach& reach);
   platform::RecordsetPtr OpenTables(const Restrictions& restrictions, const SchemaReach& reach);
   platform::RecordsetPtr OpenColumns(const Restrictions& restrictions, const SchemaReach& reach);
   platform::RecordsetPtr OpenPrimaryKeys(const Restrictions& restrictions,
                                          const SchemaReach& reach);
+  platform::RecordsetPtr OpenIndexes(const Restrictions& restrictions, const SchemaReach& reach);
 
   const SessionPlace& m_place;
   const SessionOptions& m_options;

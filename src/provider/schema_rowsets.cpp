@@ -189,6 +189,68 @@ void PrimaryKeysRowset::Append(const ShownCatalog& catalog, const Text& sShownTa
   }
 }
 
+IndexesRowset::IndexesRowset()
+    : m_builder({{"TABLE_CATALOG", DataType::WChar, false},
+                 {"TABLE_SCHEMA", DataType::WChar, true},
+                 {"TABLE_NAME", DataType::WChar, false},
+                 {"INDEX_CATALOG", DataType::WChar, false},
+                 {"INDEX_SCHEMA", DataType::WChar, true},
+                 {"INDEX_NAME", DataType::WChar, false},
+                 {"PRIMARY_KEY", DataType::Boolean, false},
+                 {"UNIQUE", DataType::Boolean, false},
+                 {"CLUSTERED", DataType::Boolean, false},
+                 {"TYPE", DataType::Integer, false},
+                 {"FILL_FACTOR", DataType::Integer, true},
+                 {"INITIAL_SIZE", DataType::Integer, true},
+                 {"NULLS", DataType::Integer, true},
+                 {"SORT_BOOKMARKS", DataType::Boolean, false},
+                 {"AUTO_UPDATE", DataType::Boolean, false},
+                 {"NULL_COLLATION", DataType::Integer, false},
+                 {"ORDINAL_POSITION", DataType::Integer, false},
+                 {"COLUMN_NAME", DataType::WChar, true},
+                 {"COLUMN_GUID", DataType::Guid, true},
+                 {"COLUMN_PROPID", DataType::Integer, true},
+                 {"COLLATION", DataType::Integer, false},
+                 {"CARDINALITY", DataType::BigInt, true},
+                 {"PAGES", DataType::Integer, true},
+                 {"FILTER_CONDITION", DataType::WChar, true},
+                 {"INTEGRATED", DataType::Boolean, false}}) {}
+
+void IndexesRowset::Append(const ShownCatalog& catalog, const Text& sShownTable,
+                           const engines::IndexSchema& index) {
+  constexpr platform::Long kNullsFirst = 4;
+  constexpr platform::Long kAscending = 1;
+  constexpr platform::Long kDescending = 2;
+  platform::Long lOrdinal = 0;
+  for (const auto& part : index.parts) {
+    m_builder.AppendRow({catalog.sName,
+                         Null(),
+                         sShownTable,
+                         catalog.sName,
+                         Null(),
+                         index.sName,
+                         index.bPrimaryKey,
+                         index.bUnique,
+                         false,
+                         kBalancedTree,
+                         Null(),
+                         Null(),
+                         Null(),
+                         false,
+                         true,
+                         kNullsFirst,
+                         ++lOrdinal,
+                         part.sColumn ? Value(*part.sColumn) : Value(),
+                         Null(),
+                         Null(),
+                         part.bDescending ? kDescending : kAscending,
+                         Null(),
+                         Null(),
+                         index.sFilter ? Value(*index.sFilter) : Value(),
+                         false});
+  }
+}
+
 platform::RecordsetPtr ProviderTypesRowset(const Value& vtType, const Value& vtBestMatch) {
   ado::RecordsetBuilder builder({{"TYPE_NAME", DataType::WChar, false},
                                  {"DATA_TYPE", DataType::Integer, false},

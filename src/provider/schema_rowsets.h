@@ -1,4 +1,4 @@
-// The five schema rowsets with the field names that data access publishes for them.
+// The six schema rowsets with the field names that data access publishes for them.
 // Rows are made here from what the historian and the engine tell; used by the session.
 #pragma once
 
@@ -9,6 +9,9 @@
 #include "provider/engines/engine.h"
 
 namespace orvane::provider {
+
+/// TYPE of all indexes in their rowset.
+constexpr platform::Long kBalancedTree = 1;
 
 /// A catalog as it is shown.
 struct ShownCatalog {
@@ -56,6 +59,19 @@ class PrimaryKeysRowset {
   PrimaryKeysRowset();
   void Append(const ShownCatalog& catalog, const platform::Text& sShownTable,
               const engines::TableSchema& table);
+  platform::RecordsetPtr Finish() { return m_builder.Finish(); }
+
+ private:
+  ado::RecordsetBuilder m_builder;
+};
+
+/// INDEX_NAME, PRIMARY_KEY, UNIQUE, ORDINAL_POSITION, COLUMN_NAME, FILTER_CONDITION and the usual
+/// further fields: a row for each part of an index, in its order. An expression has no COLUMN_NAME.
+class IndexesRowset {
+ public:
+  IndexesRowset();
+  void Append(const ShownCatalog& catalog, const platform::Text& sShownTable,
+              const engines::IndexSchema& index);
   platform::RecordsetPtr Finish() { return m_builder.Finish(); }
 
  private:

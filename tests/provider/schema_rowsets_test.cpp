@@ -1,4 +1,4 @@
-// The five schema rowsets of a session on a real historian.
+// The six schema rowsets of a session on a real historian.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -106,6 +106,40 @@ TEST_F(schema_rowsets, list_the_columns_of_a_table) {
   EXPECT_EQ(Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), Value("None")})->RecordCount(),
             0);
   EXPECT_EQ(Schema(SchemaNumber::Columns, {Value("Plant1")})->RecordCount(), 12 + 4 + 4 + 4);
+}
+
+TEST_F(schema_rowsets, list_indexes_part_by_part) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Run("CREATE TABLE Plant1..Odd (a INT NOT NULL, b TEXT, c INT, PRIMARY KEY (c, a), UNIQUE (b))");
+  Run("CREATE UNIQUE INDEX Plant1..Few ON Odd (a DESC) WHERE a > 5");
+  Run("CREATE INDEX Plant1..Worked ON Odd (a, a + c)");
+  const std::vector<Value> vtOdd{"Plant1", Value(), Value(), Value(), "ODD"};
+  const auto rs = Schema(SchemaNumber::Indexes, vtOdd);
+  EXPECT_EQ(FieldNames(*rs),
+            "TABLE_CATALOG TABLE_SCHEMA TABLE_NAME INDEX_CATALOG INDEX_SCHEMA INDEX_NAME "
+            "PRIMARY_KEY UNIQUE CLUSTERED TYPE FILL_FACTOR INITIAL_SIZE NULLS SORT_BOOKMARKS "
+            "AUTO_UPDATE NULL_COLLATION ORDINAL_POSITION COLUMN_NAME COLUMN_GUID COLUMN_PROPID "
+            "COLLATION CARDINALITY PAGES FILTER_CONDITION INTEGRATED");
+  EXPECT_EQ(Cells(*rs, "INDEX_NAME"),
+            "Few sqlite_autoindex_Odd_1 sqlite_autoindex_Odd_1 sqlite_autoindex_Odd_2 Worked "
+            "Worked");
+  EXPECT_EQ(Cells(*rs, "TABLE_NAME"), "Odd Odd Odd Odd Odd Odd");
+  EXPECT_EQ(Cells(*rs, "COLUMN_NAME"), "a c a b a ");
+  EXPECT_EQ(Cells(*rs, "ORDINAL_POSITION"), "1 1 2 1 1 2");
+  EXPECT_EQ(Cells(*rs, "PRIMARY_KEY"), "False True True False False False");
+  EXPECT_EQ(Cells(*rs, "UNIQUE"), "True True True True False False");
+  EXPECT_EQ(Cells(*rs, "COLLATION"), "2 1 1 1 1 1");
+  EXPECT_NE(Cells(*rs, "FILTER_CONDITION").find("a > 5"), Text::npos);
+  EXPECT_TRUE(rs->ValueAt(5, 23).IsNull());
+  std::vector<Value> vtOne = vtOdd;
+  vtOne[2] = "Few";
+  EXPECT_EQ(Schema(SchemaNumber::Indexes, vtOne)->RecordCount(), 1);
+  vtOne[3] = 3;
+  EXPECT_EQ(Schema(SchemaNumber::Indexes, vtOne)->RecordCount(), 0);
+  EXPECT_NE(
+      Cells(*Schema(SchemaNumber::Indexes, {Value("Plant1")}), "INDEX_NAME").find("DataByTime"),
+      Text::npos);
+  EXPECT_EQ(Schema(SchemaNumber::Indexes, {Value("Plant1"), Value("x")})->RecordCount(), 0);
 }
 
 TEST_F(schema_rowsets, list_primary_keys_in_the_order_of_the_key) {

@@ -15,6 +15,7 @@ namespace orvane::platform {
 enum class SchemaNumber : std::int32_t {
   Catalogs = 1,
   Columns = 4,
+  Indexes = 12,
   Tables = 20,
   ProviderTypes = 22,
   PrimaryKeys = 28,

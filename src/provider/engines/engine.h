@@ -88,6 +88,18 @@ struct ColumnSchema {
   platform::Boolean bGenerated = false;    ///< computed from others; takes no value
 };
 
+struct IndexSchema {
+  platform::Text sName;
+  platform::Boolean bPrimaryKey = false;
+  platform::Boolean bUnique = false;
+  std::optional<platform::Text> sFilter{};  ///< of one that holds only some rows: its definition
+  struct Part {
+    std::optional<platform::Text> sColumn;  ///< none for an expression
+    platform::Boolean bDescending = false;
+  };
+  std::vector<Part> parts{};  ///< in the index's order
+};
+
 struct TableSchema {
   platform::Text sName;
   platform::Boolean bView = false;
@@ -95,13 +107,15 @@ struct TableSchema {
   /// When columns are asked for, the statement that made it: of a view, and of a table that
   /// computes columns.
   platform::Text sDefinition{};
+  std::vector<IndexSchema> indexes{};  ///< in the order of their names; empty when not asked for
 };
 
 /// Which tables to describe.
 struct SchemaRequest {
   /// Only this one (or none) instead of all; ASCII letters without regard to case.
   std::optional<platform::Text> sTable;
-  platform::Boolean bColumns = true;  ///< false describes the tables without their columns
+  platform::Boolean bColumns = true;   ///< false describes the tables without their columns
+  platform::Boolean bIndexes = false;  ///< with their indexes, which takes one statement more
 };
 
 class EngineSession {

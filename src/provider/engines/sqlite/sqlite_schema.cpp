@@ -79,10 +79,47 @@ SqliteSchema::SqliteSchema(sqlite3* database, Text sQualifier, Text sSubject, bo
       m_bUtf8(bUtf8) {}
 
 std::vector<TableSchema> SqliteSchema::Read(const SchemaRequest& request) const {
-  if (!request.bColumns) return TablesOf(*Query(Columns::None, request.sTable));
-  auto tables = ReadAll(request.sTable);
+  auto tables =
+      request.bColumns ? ReadAll(request.sTable) : TablesOf(*Query(Columns::None, request.sTable));
   for (TableSchema& table : tables) CorrectKey(table);
+  if (request.bIndexes) ReadIndexes(tables, request.sTable);
   return tables;
+}
+
+// The row's own number, when it is the key, has no index.
+void SqliteSchema::ReadIndexes(std::vector<TableSchema>& tables,
+                               const std::optional<Text>& sTable) const {
+  const Text sCatalog = platform::QuotedText(m_sQualifier);
+  const Text sMaster = platform::QuotedName(m_sQualifier) + ".sqlite_master";
+  Text sSql =
+      "SELECT m.name, l.name, l.\"unique\", l.origin = 'pk', CASE WHEN l.partial THEN d.sql END, "
+      "i.name, i.\"desc\" FROM " +
+      sMaster + " AS m JOIN pragma_index_list(m.name, " + sCatalog +
+      ") AS l JOIN pragma_index_xinfo(l.name, " + sCatalog + ") AS i ON i.\"key\" LEFT JOIN " +
+      sMaster + " AS d ON d.type = 'index' AND d.name = l.name WHERE m.type = 'table'";
+  if (sTable) sSql += " AND m.name = ? COLLATE NOCASE";
+  sSql += " ORDER BY m.name, l.name COLLATE NOCASE, l.name, i.seqno";
+  SqliteStatement statement(m_database, sSql, m_sSubject);
+  std::vector<Value> vtParameters;
+  if (sTable) vtParameters.emplace_back(*sTable);
+  statement.Bind(vtParameters);
+  const auto rs = statement.Fetch({.bUtf8 = m_bUtf8}).Finish();
+  for (platform::RowIndex row = 0; row < rs->RecordCount(); ++row) {
+    const auto table = std::ranges::find(tables, TextAt(*rs, row, 0), &TableSchema::sName);
+    if (table == tables.end()) continue;
+    const auto optionalText = [&](platform::ColumnIndex column) -> std::optional<Text> {
+      if (rs->ValueAt(row, column).IsNull()) return std::nullopt;
+      return TextAt(*rs, row, column);
+    };
+    const auto isSet = [&](platform::ColumnIndex column) {
+      return platform::ToLong(rs->ValueAt(row, column)) != 0;
+    };
+    const Text sName = TextAt(*rs, row, 1);
+    if (table->indexes.empty() || table->indexes.back().sName != sName) {
+      table->indexes.push_back({sName, isSet(3), isSet(2), optionalText(4), {}});
+    }
+    table->indexes.back().parts.push_back({optionalText(5), isSet(6)});
+  }
 }
 
 std::vector<TableSchema> SqliteSchema::ReadAll(const std::optional<Text>& sTable) const {

@@ -23,6 +23,8 @@ class SqliteSchema {
   platform::RecordsetPtr Query(Columns which, const std::optional<platform::Text>& sTable) const;
   std::vector<TableSchema> ReadAll(const std::optional<platform::Text>& sTable) const;
   std::vector<TableSchema> ReadOneByOne(const std::optional<platform::Text>& sTable) const;
+  void ReadIndexes(std::vector<TableSchema>& tables,
+                   const std::optional<platform::Text>& sTable) const;
   std::optional<std::vector<TableSchema>> Try(Columns which,
                                               const std::optional<platform::Text>& sTable) const;
 
