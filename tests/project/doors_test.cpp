@@ -62,7 +62,7 @@ const std::set<std::string> kDatabases = {"sqlite", "libpq", "odbc"};
 const std::set<std::string> kToolkits = {"qtcore", "qt", "svg", "qscintilla", "qcustomplot"};
 // Headers of the standard library have neither a folder nor an ending.
 const std::regex kStandardHeader("[a-z_0-9]+");
-const std::regex kSystemHeader("(sys/)?[a-z0-9_]+\\.h");
+const std::regex kSystemHeader("((sys|linux)/)?[a-z0-9_]+\\.h");
 // These know neither the operating system nor anything bought, so that they build anywhere.
 const std::set<std::string> kStandardOnly = {"platform", "access", "nodes", "dialogs", "snapin"};
 
