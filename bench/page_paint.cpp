@@ -90,7 +90,7 @@ Times PaintGrid(RowIndex nRows) {
       {nullptr, std::make_shared<orvane::controls::RowsStates>(), nullptr});
   editor.AttachRecordset(Rows(nRows), 0);
   auto* window = static_cast<QWidget*>(editor.Window());
-  return PaintPages(*window, *window->findChild<QTableView*>());
+  return PaintPages(*window, *window->findChild<QAbstractItemView*>("rows"));
 }
 
 Times PaintBare(int nRows) {

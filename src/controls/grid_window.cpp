@@ -1,7 +1,6 @@
 #include "controls/grid_window.h"
 
 #include <QApplication>
-#include <QHeaderView>
 #include <QSplitter>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -9,6 +8,7 @@
 #include <utility>
 
 #include "controls/empty_notice.h"
+#include "controls/header_view.h"
 #include "controls/sql_pane.h"
 #include "controls/status_strip.h"
 
@@ -67,7 +67,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   layout->addWidget(m_status);
   setFocusProxy(m_rows);
 
-  connect(m_rows->horizontalHeader(), &QHeaderView::sectionClicked, this,
+  connect(&m_rows->Names(), &QHeaderView::sectionClicked, this,
           [this] { Raise(&GridEvents::headClick); });
   connect(m_rows->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
     ShowPosition();

@@ -1,6 +1,6 @@
 #include "controls/header_view.h"
 
-#include <QAbstractItemView>
+#include <QAbstractTableModel>
 #include <QPainter>
 #include <QStyleOptionHeader>
 #include <algorithm>
@@ -19,10 +19,37 @@ QFont Strong(QFont font) {
   return font;
 }
 
+/// The columns of another model, without its rows.
+class ColumnsAlone : public QAbstractTableModel {
+ public:
+  ColumnsAlone(const QAbstractItemModel& source, QObject* parent)
+      : QAbstractTableModel(parent), m_source(source) {
+    connect(&source, &QAbstractItemModel::modelAboutToBeReset, this, [this] { beginResetModel(); });
+    connect(&source, &QAbstractItemModel::modelReset, this, [this] { endResetModel(); });
+    connect(&source, &QAbstractItemModel::headerDataChanged, this,
+            [this](Qt::Orientation orientation, int nFirst, int nLast) {
+              if (orientation == Qt::Horizontal) emit headerDataChanged(orientation, nFirst, nLast);
+            });
+  }
+  int rowCount(const QModelIndex& /*parent*/ = {}) const override { return 0; }
+  int columnCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : m_source.columnCount();
+  }
+  QVariant data(const QModelIndex& /*index*/, int /*nRole*/) const override { return {}; }
+  QVariant headerData(int nSection, Qt::Orientation orientation, int nRole) const override {
+    return orientation == Qt::Horizontal ? m_source.headerData(nSection, orientation, nRole)
+                                         : QVariant();
+  }
+
+ private:
+  const QAbstractItemModel& m_source;
+};
+
 }  // namespace
 
-HeaderView::HeaderView(Qt::Orientation orientation, QWidget* parent)
-    : QHeaderView(orientation, parent) {
+HeaderView::HeaderView(const QAbstractItemModel& source, QWidget* parent)
+    : QHeaderView(Qt::Horizontal, parent) {
+  setModel(new ColumnsAlone(source, this));
   setSectionsClickable(true);
   setHighlightSections(false);
 }
@@ -32,18 +59,13 @@ void HeaderView::paintSection(QPainter* painter, const QRect& rect, int nSection
   QHeaderView::paintSection(painter, rect, nSection);
   painter->restore();
 
-  const auto* view = qobject_cast<const QAbstractItemView*>(parentWidget());
-  const bool bCurrentRow =
-      orientation() == Qt::Vertical && view != nullptr && view->currentIndex().row() == nSection;
-  const QFont labelFont = bCurrentRow ? Strong(font()) : font();
   const QRect text = rect.adjusted(CellDelegate::kMargin, 0, -CellDelegate::kMargin, 0);
   const int nAlignment =
       model()->headerData(nSection, orientation(), Qt::TextAlignmentRole).toInt();
-  painter->setFont(labelFont);
-  style()->drawItemText(
-      painter, text, nAlignment, palette(), isEnabled(),
-      QFontMetrics(labelFont).elidedText(Label(nSection), Qt::ElideRight, text.width()),
-      QPalette::ButtonText);
+  painter->setFont(font());
+  style()->drawItemText(painter, text, nAlignment, palette(), isEnabled(),
+                        fontMetrics().elidedText(Label(nSection), Qt::ElideRight, text.width()),
+                        QPalette::ButtonText);
 }
 
 QSize HeaderView::sectionSizeFromContents(int nSection) const {

@@ -1,4 +1,4 @@
-// The column names or row numbers of a grid, their texts in line with those of the cells.
+// The column names of a grid, their texts in line with those of the cells.
 // Used by the view of the rows; user-interface thread.
 #pragma once
 
@@ -8,7 +8,9 @@ namespace orvane::controls {
 
 class HeaderView : public QHeaderView {
  public:
-  HeaderView(Qt::Orientation orientation, QWidget* parent);
+  /// Shows the names of the model's columns. It never asks for the model's rows: what a header
+  /// does with a selected column would take a step for each of them.
+  HeaderView(const QAbstractItemModel& source, QWidget* parent);
 
  protected:
   void paintSection(QPainter* painter, const QRect& rect, int nSection) const override;

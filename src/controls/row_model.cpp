@@ -10,6 +10,7 @@
 
 namespace orvane::controls {
 
+using platform::RowIndex;
 using platform::Value;
 
 namespace {
@@ -41,6 +42,8 @@ void RowModel::Recordset(platform::RecordsetPtr rs, CellFormat format) {
   beginResetModel();
   m_recordset = std::move(rs);
   m_format = std::move(format);
+  m_order.reset();
+  m_nPlaces = CountPlaces();
   endResetModel();
 }
 
@@ -48,14 +51,71 @@ bool RowModel::AllRowsFit() const {
   return !m_recordset || m_recordset->RecordCount() <= kMaxRows;
 }
 
-Cell RowModel::CellAt(int nRow, int nColumn) const {
-  const Value vtValue = ValueAt(nRow, nColumn);
-  return {m_format.Shown(vtValue),
-          CellFormat::Alignment(vtValue, m_recordset->FieldAt(nColumn).Type()), vtValue.IsNull()};
+int RowModel::CountPlaces() const {
+  if (!m_recordset) return 0;
+  const RowIndex rows = m_recordset->RecordCount();
+  return static_cast<int>(std::min(m_order ? m_order->Count(rows) : rows, kMaxRows));
 }
 
-Value RowModel::ValueAt(int nRow, int nColumn) const {
-  return m_recordset->ValueAt(nRow, nColumn);
+void RowModel::TakeRowsIn() {
+  const int nPlaces = CountPlaces();
+  if (nPlaces > m_nPlaces) {
+    beginInsertRows({}, m_nPlaces, nPlaces - 1);
+    m_nPlaces = nPlaces;
+    endInsertRows();
+  } else if (nPlaces < m_nPlaces) {
+    beginRemoveRows({}, nPlaces, m_nPlaces - 1);
+    m_nPlaces = nPlaces;
+    endRemoveRows();
+  }
+}
+
+void RowModel::Order(std::shared_ptr<const RowOrder> order) {
+  beginResetModel();
+  m_order = std::move(order);
+  m_nPlaces = CountPlaces();
+  endResetModel();
+}
+
+RowIndex RowModel::RecordRow(int nPlace) const {
+  return m_order ? m_order->RecordRow(nPlace) : nPlace;
+}
+
+int RowModel::PlaceOf(RowIndex row) const {
+  const std::optional<RowIndex> place = m_order ? m_order->PlaceOf(row) : row;
+  return place && *place < m_nPlaces ? static_cast<int>(*place) : -1;
+}
+
+void RowModel::Editing(RowEditing* editing) {
+  beginResetModel();
+  m_editing = editing;
+  endResetModel();
+}
+
+void RowModel::TellOfChange(RowIndex row) {
+  const int nPlace = PlaceOf(row);
+  if (nPlace < 0 || columnCount() == 0) return;
+  emit dataChanged(index(nPlace, 0), index(nPlace, columnCount() - 1));
+  emit headerDataChanged(Qt::Vertical, nPlace, nPlace);
+}
+
+Cell RowModel::CellAt(int nPlace, int nColumn) const {
+  const platform::DataType type = m_recordset->FieldAt(nColumn).Type();
+  if (IsEmptyRow(nPlace)) return {{}, CellFormat::Alignment(Value(), type)};
+  const RowIndex row = RecordRow(nPlace);
+  const Value vtValue = m_recordset->ValueAt(row, nColumn);
+  const platform::RowState state = m_recordset->StateAt(row);
+  return {m_format.Shown(vtValue), CellFormat::Alignment(vtValue, type), vtValue.IsNull(),
+          state != platform::RowState::Fetched && m_recordset->IsEdited(row, nColumn),
+          state == platform::RowState::Deleted};
+}
+
+Value RowModel::ValueAt(int nPlace, int nColumn) const {
+  return IsEmptyRow(nPlace) ? Value() : m_recordset->ValueAt(RecordRow(nPlace), nColumn);
+}
+
+platform::RowState RowModel::StateAt(int nPlace) const {
+  return IsEmptyRow(nPlace) ? platform::RowState::New : m_recordset->StateAt(RecordRow(nPlace));
 }
 
 QString RowModel::ColumnName(int nColumn) const {
@@ -64,7 +124,7 @@ QString RowModel::ColumnName(int nColumn) const {
 
 int RowModel::rowCount(const QModelIndex& parent) const {
   if (parent.isValid() || !m_recordset) return 0;
-  return static_cast<int>(std::min(m_recordset->RecordCount(), kMaxRows));
+  return m_nPlaces + (m_editing && m_editing->OffersNewRow() ? 1 : 0);
 }
 
 int RowModel::columnCount(const QModelIndex& parent) const {
@@ -90,17 +150,39 @@ QVariant RowModel::data(const QModelIndex& index, int nRole) const {
       if (!ValueAt(index.row(), index.column()).IsNull()) return {};
       return QGuiApplication::palette().placeholderText();
     case Qt::AccessibleDescriptionRole:
-      // Spoken, the word NULL could be a text of that name.
-      if (!ValueAt(index.row(), index.column()).IsNull()) return {};
-      return QStringLiteral("No value");
+      return Spoken(index);
     default:
       return {};
   }
 }
 
+QString RowModel::Spoken(const QModelIndex& index) const {
+  const Cell cell = CellAt(index.row(), index.column());
+  QStringList parts = {ColumnName(index.column())};
+  if (IsEmptyRow(index.row())) {
+    parts << QStringLiteral("new row");
+  } else {
+    parts << QStringLiteral("row %1").arg(index.row() + 1);
+    // Spoken, the word NULL could be a text of that name.
+    if (cell.bNull) parts << QStringLiteral("no value");
+    if (cell.bEdited) parts << QStringLiteral("changed");
+    if (cell.bDeleted) parts << QStringLiteral("to be deleted");
+  }
+  return parts.join(QStringLiteral(", "));
+}
+
+bool RowModel::setData(const QModelIndex& index, const QVariant& value, int nRole) {
+  if (nRole != Qt::EditRole || !flags(index).testFlag(Qt::ItemIsEditable)) return false;
+  if (!value.canConvert<Value>()) return false;
+  m_editing->Edit(RecordRow(index.row()), index.column(), value.value<Value>());
+  return true;
+}
+
 QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRole) const {
   if (orientation == Qt::Vertical) {
-    if (nRole == Qt::DisplayRole) return nSection + 1;
+    if (nRole == Qt::DisplayRole) {
+      return IsEmptyRow(nSection) ? QVariant(QStringLiteral("*")) : QVariant(nSection + 1);
+    }
     if (nRole == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     return {};
   }
@@ -128,7 +210,9 @@ QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRo
 
 Qt::ItemFlags RowModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
-  return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+  const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+  const bool bEditable = m_editing && m_editing->CanEdit(RecordRow(index.row()), index.column());
+  return bEditable ? flags | Qt::ItemIsEditable : flags;
 }
 
 }  // namespace orvane::controls

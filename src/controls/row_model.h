@@ -1,11 +1,17 @@
 // The rows of a recordset as an item model, without a copy of any cell: each is asked for by number
-// when it is looked at. Used by a grid's view on the user-interface thread.
+// when it is looked at. Rows and places are told apart: a row is counted in the recordset, a place
+// in the view, where an order may have moved rows about or left them out.
+// Used by a grid's view on the user-interface thread.
 #pragma once
 
 #include <QAbstractTableModel>
 #include <QFont>
+#include <limits>
+#include <memory>
 
 #include "controls/cell_format.h"
+#include "controls/row_editing.h"
+#include "controls/row_order.h"
 #include "platform/ado/recordset.h"
 
 namespace orvane::controls {
@@ -15,12 +21,15 @@ struct Cell {
   QString sText;
   Qt::Alignment alignment;
   bool bNull = false;
+  bool bEdited = false;  ///< was given a value that was not sent yet
+  bool bDeleted = false;
 };
 
 class RowModel : public QAbstractTableModel {
  public:
-  /// More rows than a view can measure in pixels are not offered; see AllRowsFit.
-  static constexpr platform::RowIndex kMaxRows = 50'000'000;
+  /// The toolkit counts rows with 31 bits; more are not offered, see AllRowsFit. One is left for
+  /// the empty row at the end.
+  static constexpr platform::RowIndex kMaxRows = std::numeric_limits<int>::max() - 1;
 
   explicit RowModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
 
@@ -28,11 +37,30 @@ class RowModel : public QAbstractTableModel {
   /// Shows the rows of a recordset; none empties the model.
   void Recordset(platform::RecordsetPtr rs, CellFormat format);
   bool AllRowsFit() const;
+  /// Takes in the rows that came, or were added, since the recordset was last asked for their
+  /// number.
+  void TakeRowsIn();
+
+  /// The order in which rows stand; none is that of the recordset.
+  const std::shared_ptr<const RowOrder>& Order() const { return m_order; }
+  void Order(std::shared_ptr<const RowOrder> order);
+  /// The recordset's row at a place of the view; of the empty row at the end, that behind the last.
+  platform::RowIndex RecordRow(int nPlace) const;
+  /// Where a row of the recordset stands; -1 where it does not.
+  int PlaceOf(platform::RowIndex row) const;
+
+  /// Who edits the rows, or nobody; must live as long as it is set.
+  void Editing(RowEditing* editing);
+  bool IsEmptyRow(int nPlace) const { return nPlace == m_nPlaces; }
+  /// Tells those who look at a row of the recordset that it changed.
+  void TellOfChange(platform::RowIndex row);
 
   const CellFormat& Format() const { return m_format; }
-  Cell CellAt(int nRow, int nColumn) const;
+  Cell CellAt(int nPlace, int nColumn) const;
   /// The typed value, for everything that must not go through what is shown.
-  platform::Value ValueAt(int nRow, int nColumn) const;
+  platform::Value ValueAt(int nPlace, int nColumn) const;
+  /// What was made of the row at the place.
+  platform::RowState StateAt(int nPlace) const;
   QString ColumnName(int nColumn) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -41,12 +69,20 @@ class RowModel : public QAbstractTableModel {
   /// is null, and a value of a kind that the toolkit lacks is a platform::Value. What is shown is
   /// under Qt::DisplayRole.
   QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
+  /// Takes a platform::Value under Qt::EditRole, where the rows are edited.
+  bool setData(const QModelIndex& index, const QVariant& value, int nRole = Qt::EditRole) override;
   QVariant headerData(int nSection, Qt::Orientation orientation,
                       int nRole = Qt::DisplayRole) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
+  int CountPlaces() const;
+  QString Spoken(const QModelIndex& index) const;
+
   platform::RecordsetPtr m_recordset;
+  std::shared_ptr<const RowOrder> m_order;
+  RowEditing* m_editing = nullptr;
+  int m_nPlaces = 0;  ///< as told to those who look, without the empty row
   CellFormat m_format;
 };
 

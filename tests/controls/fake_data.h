@@ -41,6 +41,8 @@ class FakeRecordset : public platform::Recordset, private platform::Fields {
     m_fields.push_back(std::make_unique<FakeField>(std::move(sName), type, bNullable));
     return *this;
   }
+  /// As rows come while they are fetched.
+  void Rows(platform::RowIndex rows) { m_rows = rows; }
   FakeRecordset& Truncated(platform::Boolean bTruncated) {
     m_bTruncated = bTruncated;
     return *this;

@@ -5,14 +5,15 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QHeaderView>
 #include <QLabel>
-#include <QTableView>
 #include <QTest>
 #include <QTextEdit>
 #include <QWidget>
 
 #include "controls/grid_core.h"
+#include "controls/header_view.h"
+#include "controls/row_numbers.h"
+#include "controls/row_view.h"
 #include "controls/sql_pane.h"
 #include "platform/grids/grids.h"
 #include "tests/controls/fake_data.h"
@@ -33,8 +34,8 @@ class GridFixture : public testing::Test {
     WindowOf(control)->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(WindowOf(control)));
   }
-  static QTableView* ViewOf(platform::Control& control) {
-    return WindowOf(control)->findChild<QTableView*>("rows");
+  static RowView* ViewOf(platform::Control& control) {
+    return WindowOf(control)->findChild<RowView*>("rows");
   }
   static int RowsOf(platform::Control& control) { return ViewOf(control)->model()->rowCount(); }
   static std::string CellOf(platform::Control& control, int nRow, int nColumn) {
@@ -57,14 +58,13 @@ class GridFixture : public testing::Test {
     return *static_cast<SqlPane*>(WindowOf(control)->findChild<QWidget*>("sqlStatement"));
   }
   static void ClickColumnName(platform::Control& control, int nColumn) {
-    const auto* header = ViewOf(control)->horizontalHeader();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                      {header->sectionViewportPosition(nColumn) + 15, header->height() / 2});
+    const auto& names = ViewOf(control)->Names();
+    QTest::mouseClick(names.viewport(), Qt::LeftButton, {},
+                      {names.sectionViewportPosition(nColumn) + 15, names.height() / 2});
   }
   static void ClickRowNumber(platform::Control& control, int nRow) {
-    const auto* header = ViewOf(control)->verticalHeader();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                      {8, header->sectionViewportPosition(nRow) + 5});
+    auto& numbers = ViewOf(control)->Numbers();
+    QTest::mouseClick(&numbers, Qt::LeftButton, {}, {8, numbers.YOf(nRow) + 5});
   }
   static void ClickCell(platform::Control& control, int nRow, int nColumn) {
     auto* view = ViewOf(control);

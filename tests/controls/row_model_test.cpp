@@ -74,8 +74,8 @@ TEST(row_model, null_is_told_from_the_text_of_that_name_and_from_the_empty_text)
   EXPECT_EQ(null.data(Qt::ForegroundRole).value<QBrush>(),
             QGuiApplication::palette().placeholderText());
   EXPECT_FALSE(word.data(Qt::ForegroundRole).isValid());
-  EXPECT_EQ(null.data(Qt::AccessibleDescriptionRole).toString(), "No value");
-  EXPECT_FALSE(word.data(Qt::AccessibleDescriptionRole).isValid());
+  EXPECT_EQ(null.data(Qt::AccessibleDescriptionRole).toString(), "a, row 1, no value");
+  EXPECT_EQ(word.data(Qt::AccessibleDescriptionRole).toString(), "a, row 2");
   EXPECT_FALSE(null.data(Qt::EditRole).isValid());
   EXPECT_TRUE(empty.data(Qt::EditRole).isValid());
 }

@@ -364,7 +364,7 @@ TEST_F(table_editor, a_fresh_one_shows_the_rows_as_they_were_left_without_a_quer
     editor->Requery();
     ViewOf(*editor)->verticalScrollBar()->setValue(300);
     ClickCell(*editor, 302, 1);
-    ViewOf(*editor)->setColumnWidth(1, 234);
+    ViewOf(*editor)->ColumnWidth(1, 234);
     rs = editor->DetachRecordset(lUpdatability);
     editor->AttachRecordset(nullptr, 0);
     editor->Connection(nullptr);
@@ -381,7 +381,7 @@ TEST_F(table_editor, a_fresh_one_shows_the_rows_as_they_were_left_without_a_quer
   EXPECT_EQ(ViewOf(*fresh)->currentIndex().column(), 1);
   EXPECT_TRUE(ViewOf(*fresh)->selectionModel()->isSelected(ViewOf(*fresh)->currentIndex()));
   EXPECT_EQ(ViewOf(*fresh)->verticalScrollBar()->value(), 300);
-  EXPECT_EQ(ViewOf(*fresh)->columnWidth(1), 234);
+  EXPECT_EQ(ViewOf(*fresh)->ColumnWidth(1), 234);
   EXPECT_EQ(Label(*fresh, "rowCount"), "1,000 rows");
   EXPECT_EQ(Label(*fresh, "elapsed"), "12 ms, at 14:02:11");
   EXPECT_EQ(SqlOf(*fresh), sSqlBefore);

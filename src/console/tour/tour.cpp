@@ -136,7 +136,7 @@ void Tour::PrintTree(const Row& row, int nLevel) {
 QAbstractItemView* Tour::Contents() const {
   const auto* pane = m_window.findChild<QWidget*>("resultPane");
   for (auto* view : pane->findChildren<QAbstractItemView*>()) {
-    const bool bRows = view->inherits("QTableView") || view->inherits("QTreeView");
+    const bool bRows = view->objectName() == "rows" || view->inherits("QTreeView");
     if (bRows && view->isVisible() && view->model()) return view;
   }
   return nullptr;

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QMessageBox>
 #include <QScreen>
-#include <QTableView>
 #include <QTemporaryDir>
 #include <cmath>
 #include <iostream>

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractEventDispatcher>
+#include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QEventLoop>
 #include <QMenu>
 #include <QScreen>
 #include <QSemaphore>
-#include <QTableView>
 #include <QThread>
 #include <QWindow>
 
@@ -163,8 +163,8 @@ QModelIndex Stage::Index(const Text& sKey) {
   return m_window->Session().Tree().IndexOf(*item);
 }
 
-QTableView* Stage::Rows() {
-  for (auto* table : m_window->Results().findChildren<QTableView*>()) {
+QAbstractItemView* Stage::Rows() {
+  for (auto* table : m_window->Results().findChildren<QAbstractItemView*>("rows")) {
     if (m_window->Results().IsInControl(table)) return table;
   }
   return nullptr;

@@ -14,7 +14,7 @@
 #include "tests/console/whole_job/x_input.h"
 
 class QAbstractButton;
-class QTableView;
+class QAbstractItemView;
 
 namespace orvane::console {
 
@@ -66,7 +66,7 @@ class Stage {
   ScopeTreeItemPtr Item(const Text& sKey);
   QModelIndex Index(const Text& sKey);
   /// The rows of the grid that is shown, or null.
-  QTableView* Rows();
+  QAbstractItemView* Rows();
   /// The box with the statement above the grid's rows; null when it is not shown.
   QWidget* SqlBox();
 

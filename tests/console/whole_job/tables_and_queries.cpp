@@ -5,7 +5,6 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTableView>
 
 #include "tests/console/whole_job/whole_job.h"
 

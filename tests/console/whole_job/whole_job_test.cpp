@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QTableView>
 
 #include "console/document/document.h"
 #include "provider/historian/data_folder.h"

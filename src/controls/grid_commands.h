@@ -1,0 +1,40 @@
+// What can be done to the rows of a grid: the entries of their menu, with their keys. Each part of
+// the grid adds its own. Owned by the view of the rows; user-interface thread.
+#pragma once
+
+#include <QKeySequence>
+#include <QString>
+#include <functional>
+#include <vector>
+
+class QKeyEvent;
+class QMenu;
+
+namespace orvane::controls {
+
+/// Groups of the menu, in their order; a line stands between two.
+enum class CommandGroup : std::uint8_t { Edit, Copy, Select, Sort, Filter, Find, Columns };
+
+struct GridCommand {
+  CommandGroup group = CommandGroup::Edit;
+  QString sLabel;
+  QKeySequence keys;  ///< or none
+  std::function<void()> run;
+  std::function<bool()> enabled = {};  ///< always, where there is none
+  std::function<bool()> offered = {};  ///< likewise; one that is not has no entry and no key
+};
+
+class GridCommands {
+ public:
+  /// Stands behind the commands of its group that are there.
+  void Add(GridCommand command);
+  /// Runs the command whose keys were pressed; false where there is none that can be run.
+  bool Press(const QKeyEvent& event) const;
+  /// Fills a menu with what can be done now.
+  void Fill(QMenu& menu) const;
+
+ private:
+  std::vector<GridCommand> m_commands;
+};
+
+}  // namespace orvane::controls

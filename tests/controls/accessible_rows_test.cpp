@@ -1,0 +1,119 @@
+#include "controls/accessible_rows.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <limits>
+
+#include "tests/controls/row_view_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::ColumnIndex;
+
+/// Three rows of a text and a number; row 1 has a number that was not sent, row 2 is to go.
+class EditedRecordset : public FakeRecordset {
+ public:
+  EditedRecordset()
+      : FakeRecordset(3, [](RowIndex row, ColumnIndex column) -> Value {
+          if (row == 0 && column == 1) return {};
+          return column == 0 ? Value("pump " + std::to_string(row)) : Value(0.5);
+        }) {
+    Column("Tag", platform::DataType::WChar).Column("Value", platform::DataType::Double);
+  }
+  platform::RowState StateAt(RowIndex row) const override {
+    return row == 0   ? platform::RowState::Fetched
+           : row == 1 ? platform::RowState::Edited
+                      : platform::RowState::Deleted;
+  }
+  platform::Boolean IsEdited(RowIndex row, ColumnIndex column) const override {
+    return row == 1 && column == 1;
+  }
+};
+
+QAccessibleTableInterface* TableOf(RowView& view) {
+  auto* told = QAccessible::queryAccessibleInterface(&view);
+  return told ? told->tableInterface() : nullptr;
+}
+
+std::string Said(QAccessibleInterface* cell, QAccessible::Text kind) {
+  return cell ? cell->text(kind).toStdString() : "(no cell)";
+}
+
+TEST(accessible_rows, tell_value_column_row_and_what_was_changed) {
+  RowView view;
+  view.ShowRows(std::make_shared<EditedRecordset>(), kUtcZone);
+  auto* table = TableOf(view);
+  ASSERT_NE(table, nullptr);
+  EXPECT_EQ(table->rowCount(), 3);
+  EXPECT_EQ(table->columnCount(), 2);
+  EXPECT_EQ(table->columnDescription(1), "Value");
+  const auto told = [&](int nRow, int nColumn) {
+    auto* cell = table->cellAt(nRow, nColumn);
+    return Said(cell, QAccessible::Name) + "; " + Said(cell, QAccessible::Description);
+  };
+  EXPECT_EQ(told(0, 0), "pump 0; Tag, row 1");
+  EXPECT_EQ(told(0, 1), "NULL; Value, row 1, no value");
+  EXPECT_EQ(told(1, 0), "pump 1; Tag, row 2");
+  EXPECT_EQ(told(1, 1), "0.5; Value, row 2, changed");
+  EXPECT_EQ(told(2, 0), "pump 2; Tag, row 3, to be deleted");
+  auto* cell = table->cellAt(1, 1);
+  ASSERT_NE(cell->tableCellInterface(), nullptr);
+  EXPECT_EQ(cell->tableCellInterface()->rowIndex(), 1);
+  EXPECT_EQ(Said(cell->tableCellInterface()->columnHeaderCells().value(0), QAccessible::Name),
+            "Value");
+  EXPECT_EQ(table->cellAt(3, 0), nullptr);
+  EXPECT_EQ(table->cellAt(0, 2), nullptr);
+}
+
+TEST(accessible_rows, tell_where_the_keys_and_the_selection_are) {
+  RowView view;
+  view.ShowRows(Plant(50), kUtcZone);
+  Show(view);
+  view.activateWindow();
+  view.setFocus();
+  ClickCell(view, 3, 1);
+  auto* told = QAccessible::queryAccessibleInterface(&view);
+  EXPECT_EQ(told->role(), QAccessible::Table);
+  EXPECT_EQ(Said(told->focusChild(), QAccessible::Name), "row 3");
+  EXPECT_TRUE(told->focusChild()->state().selected);
+  EXPECT_TRUE(told->focusChild()->state().focused);
+  EXPECT_TRUE(told->focusChild()->state().readOnly);
+  const QRect rect = told->focusChild()->rect();
+  EXPECT_EQ(told->childAt(rect.center().x(), rect.center().y()), told->focusChild());
+  EXPECT_EQ(told->child(told->indexOfChild(told->focusChild())), told->focusChild());
+  view.SelectRow(7);
+  EXPECT_EQ(TableOf(view)->selectedRows(), QList<int>{7});
+  EXPECT_TRUE(TableOf(view)->isRowSelected(7));
+  EXPECT_EQ(TableOf(view)->selectedCellCount(), 4);
+}
+
+TEST(accessible_rows, of_any_number_make_only_the_cells_that_are_asked_for) {
+  RowView view;
+  const auto rs = Plant(RowModel::kMaxRows);
+  view.ShowRows(rs, kUtcZone);
+  view.selectAll();
+  rs->TakeRowsAsked();
+  auto* told = QAccessible::queryAccessibleInterface(&view);
+  EXPECT_EQ(told->childCount(), std::numeric_limits<int>::max());
+  EXPECT_EQ(Said(TableOf(view)->cellAt(2'000'000'000, 0), QAccessible::Name), "2000000000");
+  EXPECT_EQ(told->indexOfChild(TableOf(view)->cellAt(2'000'000'000, 0)), -1);
+  EXPECT_EQ(TableOf(view)->selectedCells().size(), 1000);
+  EXPECT_EQ(rs->TakeRowsAsked(), std::set<RowIndex>{2'000'000'000});
+  for (int n = 0; n < 10'000; ++n) ASSERT_NE(TableOf(view)->cellAt(n, 0), nullptr);
+}
+
+TEST(accessible_rows, cells_whose_rows_are_gone_say_so) {
+  RowView view;
+  view.ShowRows(Plant(50), kUtcZone);
+  auto* cell = TableOf(view)->cellAt(40, 0);
+  EXPECT_TRUE(cell->isValid());
+  view.ShowRows(Plant(5), kUtcZone);
+  EXPECT_FALSE(cell->isValid());
+  EXPECT_TRUE(cell->state().invalid);
+  EXPECT_EQ(Said(cell, QAccessible::Name), "");
+}
+
+}  // namespace
+}  // namespace orvane::controls

@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include "controls/row_view.h"
+#include "tests/controls/row_view_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+/// The picture of one cell that is neither current nor selected.
+QImage CellPicture(RowView& view, int nRow) {
+  return view.viewport()->grab(view.visualRect(view.model()->index(nRow, 0))).toImage();
+}
+
+TEST(row_looks, null_looks_unlike_the_empty_text_and_unlike_the_text_null) {
+  RowView view;
+  view.ShowRows(OneColumn({Value("first"), Value(), Value("NULL"), Value(""), Value()}), kUtcZone);
+  Show(view);
+  const QImage null = CellPicture(view, 1);
+  EXPECT_NE(null, CellPicture(view, 2));
+  EXPECT_NE(null, CellPicture(view, 3));
+  EXPECT_NE(CellPicture(view, 2), CellPicture(view, 3));
+  EXPECT_EQ(null, CellPicture(view, 4));
+}
+
+TEST(row_looks, colours_come_from_the_palette) {
+  RowView view;
+  QPalette palette = view.palette();
+  palette.setColor(QPalette::Base, QColor(10, 20, 30));
+  palette.setColor(QPalette::Highlight, QColor(200, 40, 40));
+  view.setPalette(palette);
+  view.ShowRows(OneColumn({Value("first"), Value("second")}), kUtcZone);
+  Show(view);
+  const auto corner = [&](int nRow) { return CellPicture(view, nRow).pixelColor(3, 3); };
+  EXPECT_EQ(corner(1), QColor(10, 20, 30));
+  view.SelectRow(1);
+  EXPECT_EQ(corner(1), QColor(200, 40, 40));
+}
+
+TEST(row_looks, shows_that_it_has_the_keys_with_rows_and_without) {
+  RowView view;
+  QPalette palette = view.palette();
+  palette.setColor(QPalette::Base, QColor(255, 255, 255));
+  palette.setColor(QPalette::Highlight, QColor(200, 40, 40));
+  view.setPalette(palette);
+  Show(view);
+  view.clearFocus();
+  const auto corner = [&](int nInset) {
+    return view.viewport()->grab().toImage().pixelColor(nInset, nInset);
+  };
+  EXPECT_EQ(corner(0), QColor(255, 255, 255));
+  view.activateWindow();
+  view.setFocus();
+  ASSERT_TRUE(view.hasFocus());
+  EXPECT_EQ(corner(0), QColor(200, 40, 40));
+  EXPECT_EQ(corner(1), QColor(200, 40, 40));
+  EXPECT_EQ(corner(4), QColor(255, 255, 255));
+  view.ShowRows(OneColumn({Value("first"), Value("second")}), kUtcZone);
+  EXPECT_EQ(corner(0), QColor(200, 40, 40)) << "the first cell is the current one";
+  EXPECT_EQ(corner(1), QColor(200, 40, 40));
+  EXPECT_EQ(corner(3), QColor(255, 255, 255));
+}
+
+}  // namespace
+}  // namespace orvane::controls
