@@ -1,5 +1,8 @@
 // The journals of catalogs that several users change: whoever may write one may take back what a
 // killed colleague left half done.
+#include <fstream>
+
+#include "provider/engines/sqlite/sqlite_handle.h"
 #include "tests/fakes/killed_program.h"
 #include "tests/files/access_list.h"
 #include "tests/provider/historian/colleagues.h"
@@ -86,6 +89,27 @@ TEST_F(shared_journals, of_one_who_is_not_of_the_group_are_taken_back_by_the_own
     if (ended != tests::Ended::Killed) break;
   }
   EXPECT_GT(nJournals, 2);
+}
+
+TEST_F(shared_journals, open_no_file_that_was_put_in_their_place) {
+  if (!m_bAdministrator) return;
+  const fs::path secret = m_file.parent_path() / "secret";
+  EXPECT_EQ(As(
+                kOwner,
+                [&] {
+                  const auto opened = engines::OpenDatabase(m_file.c_str(), SQLITE_OPEN_READWRITE);
+                  std::ofstream(secret).flush();
+                  fs::create_hard_link(secret, m_journal);
+                  return sqlite3_exec(opened.database.get(),
+                                      "BEGIN; INSERT INTO Tags (Tag) VALUES ('T')", nullptr,
+                                      nullptr, nullptr);
+                },
+                kColleaguesGroup),
+            0);
+  struct stat status {};
+  ASSERT_EQ(stat(secret.c_str(), &status), 0);
+  EXPECT_GT(status.st_size, 0);
+  EXPECT_EQ(status.st_gid, kColleaguesGroup);
 }
 
 TEST_F(shared_journals, that_are_kept_from_the_owner_are_named) {

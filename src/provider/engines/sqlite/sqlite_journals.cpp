@@ -17,10 +17,11 @@ namespace {
 void Share(const char* sJournal, const char* sDatabase) {
   const files::Descriptor journal(open(sJournal, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   struct stat made {};
-  if (!journal || files::TakeAccess(sDatabase, journal) || files::ListAccess(sDatabase, journal) ||
-      fstat(journal.Get(), &made) != 0) {
+  // Only what was just made: a file that somebody has put in its place is not opened to others.
+  if (!journal || fstat(journal.Get(), &made) != 0 || made.st_size != 0 || made.st_nlink != 1) {
     return;
   }
+  if (files::TakeAccess(sDatabase, journal) || files::ListAccess(sDatabase, journal)) return;
   // SQLite has opened it to its maker's group, which may be nobody's who knows the database. One
   // that cannot be shared does its work all the same.
   constexpr mode_t kNotTheGroup = 0707;
