@@ -1,11 +1,12 @@
 # What is bought, not made. Every name here has a line in docs/architecture.md.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Svg Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Svg PrintSupport Test)
 find_package(SQLite3 REQUIRED)
 find_package(date REQUIRED)
 find_package(spdlog REQUIRED)
 find_package(fmt REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(nlohmann_json REQUIRED)
+find_package(QCustomPlotQt6 REQUIRED)
 
 find_path(QSCINTILLA_INCLUDE_DIR Qsci/qsciscintilla.h PATH_SUFFIXES x86_64-linux-gnu/qt6
   PATHS ${Qt6Core_INCLUDE_DIRS} /usr/include/${CMAKE_LIBRARY_ARCHITECTURE}/qt6 REQUIRED)

@@ -14,6 +14,7 @@ set(ORVANE_DOOR_fmt fmt::fmt)
 set(ORVANE_DOOR_cli11 CLI11::CLI11)
 set(ORVANE_DOOR_json nlohmann_json::nlohmann_json)
 set(ORVANE_DOOR_qscintilla orvane::qscintilla)
+set(ORVANE_DOOR_qcustomplot QCustomPlotQt6::QCustomPlotQt6)
 set(ORVANE_DOOR_dl ${CMAKE_DL_LIBS})
 
 # orvane_room_target(ROOM RESULT): the library of a room; of a room within a folder, such as

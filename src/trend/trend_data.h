@@ -1,0 +1,70 @@
+// The lines of a trend, read from rows: which columns tell the time, the numbers and whose they
+// are, and all values as doubles, read once and in slices, so that nobody waits for them. Without a
+// toolkit; one thread at a time.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "platform/ado/recordset.h"
+#include "trend/trend_series.h"
+
+namespace orvane::trend {
+
+/// The columns that a trend is made of.
+struct TrendColumns {
+  platform::ColumnIndex time = 0;
+  std::vector<platform::ColumnIndex> numbers;
+  std::optional<platform::ColumnIndex> tag;  ///< says whose a number is
+  std::optional<platform::ColumnIndex> unit;
+
+  /// None where there is no time, or no number, to be drawn. A text column says whose the numbers
+  /// are when it is called "Tag", or else when it is the first one and the first rows hold few
+  /// different texts and several at one time.
+  static std::optional<TrendColumns> Of(const platform::Recordset& rs);
+};
+
+/// One line. Its times are microseconds since 1970 in UTC.
+struct TrendLine {
+  platform::Text sName;
+  platform::Text sTag;   ///< empty where no column says whose the numbers are
+  platform::Text sUnit;  ///< empty where it is not known
+  TrendSeries series;
+};
+
+double TrendTime(platform::Timestamp time);
+platform::Timestamp TimestampOf(double time);
+
+class TrendReader {
+ public:
+  /// More cannot be told from each other; further tags are counted only.
+  static constexpr std::size_t kMostLines = 32;
+
+  /// Keeps the rows until they are read.
+  TrendReader(platform::RecordsetPtr rs, TrendColumns columns);
+
+  /// Reads the next rows and says whether there are more. The last call readies the lines.
+  bool Read(platform::RowIndex rows);
+  /// Part of the rows that has been read, from 0 to 1.
+  double Progress() const;
+  /// The lines, when all is read; they are the caller's.
+  std::vector<TrendLine> TakeLines() { return std::move(m_lines); }
+  /// Tags that have no line because there are too many.
+  std::size_t TagsLeftOut() const { return m_tagsLeftOut.size(); }
+
+ private:
+  void ReadRow(platform::RowIndex row);
+  /// The first line of the tag; none where there are too many.
+  std::optional<std::size_t> LinesOf(const platform::Value& vtTag);
+
+  platform::RecordsetPtr m_rs;
+  TrendColumns m_columns;
+  platform::RowIndex m_next = 0;
+  std::vector<TrendLine> m_lines;
+  std::map<platform::Text, std::size_t, std::less<>> m_firstLines;
+  std::set<platform::Text> m_tagsLeftOut;
+};
+
+}  // namespace orvane::trend

@@ -1,0 +1,87 @@
+// The drawing of a trend: lines over one time axis, a value axis for each unit, and a cursor that
+// stands at an instant. Looked at with mouse and keys. Part of the trend's view; user-interface
+// thread.
+#pragma once
+
+#include <qcustomplot.h>
+
+#include <functional>
+#include <optional>
+
+#include "trend/trend_data.h"
+#include "trend/trend_line_plot.h"
+
+namespace orvane::trend {
+
+class TrendAxisTicker;
+
+class TrendPlot : public QCustomPlot {
+ public:
+  /// More than these would leave no room; further units share the last one.
+  static constexpr int kMostAxes = 6;
+
+  explicit TrendPlot(QWidget* parent = nullptr);
+
+  /// Draws the lines, which the caller keeps as long as they are drawn, all of their times in
+  /// sight.
+  void Lines(const std::vector<TrendLine>& lines, const zones::TimeZone& zone);
+  void LineShown(std::size_t line, bool bShown);
+  bool LineShown(std::size_t line) const { return m_plots[line]->visible(); }
+  void Kind(LineKind kind);
+  /// Draws every point: what the drawing is held against.
+  void DrawAllPoints(bool bAll);
+
+  /// The times in sight.
+  QCPRange Times() const { return xAxis->range(); }
+  void Times(const QCPRange& range);
+  /// The times from the first point to the last one.
+  QCPRange AllTimes() const;
+  /// By a factor, below 1 to see less; the time stays where it is on the screen.
+  void Zoom(double factor, double around);
+  /// By a part of what is in sight, above 0 to later times.
+  void Pan(double part);
+
+  std::optional<double> Cursor() const { return m_cursor; }
+  void Cursor(double time);
+  /// To the next time later, or the one before, at which a line in sight has a point.
+  void StepCursor(bool bLater);
+
+  void OnCursor(std::function<void()> handler) { m_cursorMoved = std::move(handler); }
+  void OnTimes(std::function<void()> handler) { m_timesChanged = std::move(handler); }
+
+  QSize minimumSizeHint() const override { return {160, 120}; }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  QCPAxis* AxisFor(const platform::Text& sUnit);
+  void ApplyLook();
+  void LookOf(QCPAxis* axis, const QColor& grid) const;
+  /// The value axes from the lowest to the highest value in sight.
+  void FitValues();
+  void ShowCursor();
+
+  const std::vector<TrendLine>* m_lines = nullptr;
+  std::vector<TrendLinePlot*> m_plots;
+  std::map<platform::Text, QCPAxis*> m_axes;
+  QCPAxis* m_lastAxis = nullptr;  ///< the value axis made last
+  QSharedPointer<TrendAxisTicker> m_ticker;
+  QCPItemStraightLine* m_cursorLine;
+  std::optional<double> m_cursor;
+  std::optional<QPoint> m_dragged;
+  LineKind m_kind = LineKind::Straight;
+  std::function<void()> m_cursorMoved;
+  std::function<void()> m_timesChanged;
+};
+
+}  // namespace orvane::trend

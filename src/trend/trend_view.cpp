@@ -1,0 +1,305 @@
+#include "trend/trend_view.h"
+
+#include <QAccessible>
+#include <QAction>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QSplitter>
+#include <QStackedLayout>
+#include <QTableView>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/failure.h"
+#include "trend/trend_output.h"
+#include "trend/trend_plot.h"
+#include "trend/trend_values.h"
+
+namespace orvane::trend {
+
+namespace {
+
+/// As long as nobody sees a picture late.
+constexpr qint64 kSliceMs = 8;
+constexpr platform::RowIndex kRowsAtOnce = 1'000;
+
+}  // namespace
+
+TrendView::TrendView(QWidget* parent)
+    : QWidget(parent),
+      m_bar(new QToolBar(this)),
+      m_message(new QLabel(this)),
+      m_plot(new TrendPlot(this)),
+      m_list(new QTableView(this)),
+      m_values(new TrendValues(this)) {
+  setObjectName("trend");
+  setAccessibleName("Trend");
+  setFocusProxy(m_plot);
+  m_bar->setObjectName("trendBar");
+  m_bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+  auto* steps = AddAction("S&teps", "A value holds until the next one", {});
+  steps->setCheckable(true);
+  connect(steps, &QAction::toggled, this,
+          [this](bool bSteps) { m_plot->Kind(bSteps ? LineKind::Steps : LineKind::Straight); });
+  AddAction("&Whole Trend", "Shows all times (0, or a double click)",
+            [this] { m_plot->Times(m_plot->AllTimes()); });
+  m_asRange = AddAction("As Time &Range", "Fetches the rows of the times in sight", [this] {
+    const QCPRange times = m_plot->Times();
+    m_range({TimestampOf(times.lower), TimestampOf(times.upper)});
+  });
+  m_asRange->setVisible(false);
+  AddAction("&Copy Data", "Copies the points in sight (Ctrl+C)", [this] { Copy(); });
+  AddAction("Copy &Picture", "Copies the trend as it is seen", [this] { CopyPicture(); });
+  AddAction("&Save As\u2026", "Saves a picture (PNG, SVG) or the points in sight (CSV)", [this] {
+    QString sPath = QFileDialog::getSaveFileName(
+        this, "Save Trend", "trend.png",
+        "Picture (*.png);;Vector Picture (*.svg);;Comma-Separated Values (*.csv)");
+    if (!sPath.isEmpty()) SaveAs(sPath);
+  });
+
+  m_list->setObjectName("trendValues");
+  m_list->setAccessibleName("Values at the cursor");
+  m_list->setModel(m_values);
+  m_list->setFrameShape(QFrame::NoFrame);
+  m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+  m_list->setTabKeyNavigation(false);
+  m_list->setIconSize({28, 14});
+  m_list->verticalHeader()->hide();
+  m_list->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+  m_list->horizontalHeader()->setStretchLastSection(true);
+  m_message->setObjectName("trendMessage");
+  m_message->setAlignment(Qt::AlignCenter);
+  m_message->setWordWrap(true);
+
+  auto* drawing = new QWidget;
+  auto* pages = new QStackedLayout(drawing);
+  pages->setContentsMargins(0, 0, 0, 0);
+  pages->addWidget(m_message);
+  pages->addWidget(m_plot);
+  auto* splitter = new QSplitter(Qt::Vertical, this);
+  splitter->addWidget(drawing);
+  splitter->addWidget(m_list);
+  splitter->setStretchFactor(0, 3);
+  splitter->setStretchFactor(1, 1);
+  splitter->setChildrenCollapsible(false);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(m_bar);
+  layout->addWidget(splitter, 1);
+
+  m_plot->OnCursor([this] { TellOfCursor(); });
+  m_values->OnShown([this](std::size_t line, bool bShown) {
+    m_plot->LineShown(line, bShown);
+    TellOfCursor();
+  });
+  m_slices.setSingleShot(true);
+  m_slices.setInterval(0);
+  connect(&m_slices, &QTimer::timeout, this, [this] { ReadSlice(); });
+  Say({});
+}
+
+TrendView::~TrendView() = default;
+
+QAction* TrendView::AddAction(const QString& sText, const QString& sTip,
+                              std::function<void()> handler) {
+  QAction* action = m_bar->addAction(sText);
+  action->setToolTip(sTip);
+  if (handler) connect(action, &QAction::triggered, this, std::move(handler));
+  return action;
+}
+
+bool TrendView::CanShow(const platform::RecordsetPtr& rs) {
+  return rs && TrendColumns::Of(*rs).has_value();
+}
+
+void TrendView::OnRange(std::function<void(const TrendSpan&)> handler) {
+  m_range = std::move(handler);
+  m_asRange->setVisible(static_cast<bool>(m_range));
+}
+
+void TrendView::ShowRows(platform::RecordsetPtr rs, const zones::TimeZone& zone,
+                         std::optional<TrendSpan> span) {
+  if (!m_reader) m_look = CurrentLook();
+  m_span = span;
+  m_zone = zone;
+  m_reader.reset();
+  const auto columns = rs ? TrendColumns::Of(*rs) : std::nullopt;
+  if (!columns) {
+    m_values->Lines(nullptr, zone);
+    m_lines.clear();
+    m_plot->Lines(m_lines, zone);
+    m_look.reset();
+    return Say(rs ? QStringLiteral("These rows have no times and numbers to draw.") : QString());
+  }
+  m_reader = std::make_unique<TrendReader>(std::move(rs), *columns);
+  if (!m_look) Say("Reading the rows\u2026");
+  if (isVisible()) m_slices.start();
+}
+
+void TrendView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (m_reader) m_slices.start();
+}
+
+void TrendView::ReadSlice() {
+  if (!m_reader) return;
+  QElapsedTimer timer;
+  timer.start();
+  bool bMore = true;
+  while (bMore && timer.elapsed() < kSliceMs) bMore = m_reader->Read(kRowsAtOnce);
+  if (bMore) {
+    if (!m_look) {
+      Say(QStringLiteral("Reading the rows\u2026 %1 %")
+              .arg(static_cast<int>(m_reader->Progress() * 100)));
+    }
+    if (isVisible()) m_slices.start();
+    return;
+  }
+  const auto reader = std::move(m_reader);
+  // Nobody draws or lists the lines while they are exchanged.
+  m_values->Lines(nullptr, m_zone);
+  m_lines = reader->TakeLines();
+  m_nTagsLeftOut = reader->TagsLeftOut();
+  const QPointer<TrendView> self(this);
+  m_plot->Lines(m_lines, m_zone);
+  LearnUnits();
+  if (self && !m_reader) ShowLines();
+}
+
+void TrendView::LearnUnits() {
+  const bool bUnknown = std::ranges::any_of(
+      m_lines, [](const TrendLine& line) { return !line.sTag.empty() && line.sUnit.empty(); });
+  if (!bUnknown) return;
+  if (!m_units && m_askUnits) {
+    // The server is waited for, and who waits may be gone then.
+    const QPointer<TrendView> self(this);
+    Units units = m_askUnits();
+    if (!self) return;
+    m_units = std::move(units);
+  }
+  if (!m_units) return;
+  for (TrendLine& line : m_lines) {
+    const auto found = m_units->find(line.sTag);
+    if (line.sUnit.empty() && found != m_units->end()) line.sUnit = found->second;
+  }
+}
+
+void TrendView::ShowLines() {
+  m_plot->Lines(m_lines, m_zone);
+  m_values->Lines(&m_lines, m_zone);
+  const bool bPoints =
+      std::ranges::any_of(m_lines, [](const TrendLine& line) { return line.series.Size() > 0; });
+  Say(bPoints ? QString() : QStringLiteral("There is nothing to draw: no row has a time."));
+  if (bPoints)
+    static_cast<QStackedLayout*>(m_plot->parentWidget()->layout())->setCurrentWidget(m_plot);
+  if (m_look) Restore(*m_look);
+  if (m_span) ShowSpan(*m_span);
+  m_span.reset();
+  m_look.reset();
+  for (int column = 0; column < TrendValues::ColumnCount - 1; ++column) {
+    m_list->resizeColumnToContents(column);
+  }
+  m_list->setColumnWidth(TrendValues::Value, std::max(m_list->columnWidth(TrendValues::Value),
+                                                      fontMetrics().averageCharWidth() * 34));
+  TellOfCursor();
+  if (m_nTagsLeftOut > 0) {
+    Remark(
+        QStringLiteral("The first %1 tags are drawn, %2 more are not; choose fewer with a filter.")
+            .arg(m_lines.size())
+            .arg(m_nTagsLeftOut));
+  }
+}
+
+std::optional<TrendView::Look> TrendView::CurrentLook() const {
+  if (m_lines.empty()) return std::nullopt;
+  Look look;
+  const QCPRange all = m_plot->AllTimes();
+  look.from = m_plot->Times().lower;
+  look.to = m_plot->Times().upper;
+  look.end = all.upper;
+  look.bAll = look.from <= all.lower && look.to >= all.upper;
+  look.bAtEnd = look.to >= all.upper && look.from <= all.upper;
+  look.cursor = m_plot->Cursor();
+  for (std::size_t n = 0; n < m_lines.size(); ++n) {
+    if (!m_values->IsShown(n)) look.hidden.push_back(m_lines[n].sName);
+  }
+  return look;
+}
+
+void TrendView::Restore(const Look& look) {
+  for (std::size_t n = 0; n < m_lines.size(); ++n) {
+    if (std::ranges::find(look.hidden, m_lines[n].sName) == look.hidden.end()) continue;
+    m_values->setData(m_values->index(static_cast<int>(n), TrendValues::Name), Qt::Unchecked,
+                      Qt::CheckStateRole);
+  }
+  if (!look.bAll) {
+    const double shift = look.bAtEnd ? m_plot->AllTimes().upper - look.end : 0;
+    m_plot->Times({look.from + shift, look.to + shift});
+  }
+  if (look.cursor) m_plot->Cursor(*look.cursor);
+}
+
+void TrendView::ShowSpan(const TrendSpan& span) {
+  if (m_reader) {
+    m_span = span;
+    return;
+  }
+  m_plot->Times({TrendTime(span.from), TrendTime(span.to)});
+}
+
+void TrendView::TellOfCursor() {
+  m_values->Cursor(m_plot->Cursor());
+  emit m_values->headerDataChanged(Qt::Horizontal, TrendValues::Value, TrendValues::Value);
+  m_plot->setAccessibleDescription(m_values->Spoken());
+  QAccessibleEvent event(m_plot, QAccessible::DescriptionChanged);
+  QAccessible::updateAccessibility(&event);
+}
+
+void TrendView::Say(const QString& sMessage) {
+  m_message->setText(sMessage);
+  static_cast<QStackedLayout*>(m_plot->parentWidget()->layout())->setCurrentWidget(m_message);
+}
+
+void TrendView::Remark(const QString& sSentence) {
+  if (m_remark) m_remark(sSentence);
+}
+
+void TrendView::Copy() {
+  const auto text = CopiedPoints(*m_plot, m_lines, m_zone);
+  if (!text) {
+    return Remark(
+        "Not copied: more than 100,000 points are in sight. Zoom in, or save them to a file.");
+  }
+  QGuiApplication::clipboard()->setText(QString::fromStdString(*text));
+  Remark({});
+}
+
+void TrendView::CopyPicture() {
+  QGuiApplication::clipboard()->setImage(PictureOf(*m_plot));
+  Remark({});
+}
+
+void TrendView::SaveAs(const QString& sPath) {
+  try {
+    SaveTrend(*m_plot, m_lines, m_zone, sPath);
+    Remark({});
+  } catch (const platform::Failure& failure) {
+    Remark(QString::fromStdString(failure.Description()));
+  }
+}
+
+void TrendView::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return Copy();
+  QWidget::keyPressEvent(event);
+}
+
+}  // namespace orvane::trend

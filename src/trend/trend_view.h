@@ -1,0 +1,108 @@
+// The trend of a grid's rows: their lines, the values at the cursor, and what can be done with
+// both. Shown by a grid in the place of its rows; user-interface thread.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "trend/trend_data.h"
+#include "zones/time_zone.h"
+
+class QAction;
+class QLabel;
+class QTableView;
+class QToolBar;
+
+namespace orvane::trend {
+
+class TrendPlot;
+class TrendValues;
+
+/// From and to, both included.
+struct TrendSpan {
+  platform::Timestamp from;
+  platform::Timestamp to;
+  friend bool operator==(const TrendSpan&, const TrendSpan&) = default;
+};
+
+class TrendView : public QWidget {
+ public:
+  using Units = std::map<platform::Text, platform::Text>;
+
+  explicit TrendView(QWidget* parent = nullptr);
+  ~TrendView() override;
+
+  static bool CanShow(const platform::RecordsetPtr& rs);
+  /// Shows the rows, or none, in the zone, with the span in sight if there is one. They are read in
+  /// slices, and from the moment on that the view is seen. Rows that follow others of the same
+  /// lines are looked at as those were: a view to the last point stays at the last point.
+  void ShowRows(platform::RecordsetPtr rs, const zones::TimeZone& zone,
+                std::optional<TrendSpan> span = std::nullopt);
+  /// Brings the times into sight.
+  void ShowSpan(const TrendSpan& span);
+  /// True until all rows are read.
+  bool IsReading() const { return m_reader != nullptr; }
+
+  /// Asked for the units by tag once a trend of tags without units is read.
+  void AskUnits(std::function<Units()> ask) { m_askUnits = std::move(ask); }
+  /// Called with the times in sight when they are to be the rows' range.
+  void OnRange(std::function<void(const TrendSpan&)> handler);
+  /// Called with a sentence about what was done or could not be; empty after a success that shows.
+  void OnRemark(std::function<void(const QString&)> handler) { m_remark = std::move(handler); }
+
+  TrendPlot& Plot() const { return *m_plot; }
+  void Copy();
+  void CopyPicture();
+  /// Writes the file, or says why it could not be written.
+  void SaveAs(const QString& sPath);
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  /// How the lines were being looked at.
+  struct Look {
+    bool bAll = true;
+    bool bAtEnd = false;
+    double from = 0;
+    double to = 0;
+    double end = 0;
+    std::optional<double> cursor;
+    std::vector<platform::Text> hidden;
+  };
+  QAction* AddAction(const QString& sText, const QString& sTip, std::function<void()> handler);
+  void ReadSlice();
+  void ShowLines();
+  void LearnUnits();
+  std::optional<Look> CurrentLook() const;
+  void Restore(const Look& look);
+  void TellOfCursor();
+  void Say(const QString& sMessage);
+  void Remark(const QString& sSentence);
+
+  QToolBar* m_bar;
+  QAction* m_asRange;
+  QLabel* m_message;
+  TrendPlot* m_plot;
+  QTableView* m_list;
+  TrendValues* m_values;
+  QTimer m_slices;
+  std::unique_ptr<TrendReader> m_reader;
+  std::vector<TrendLine> m_lines;
+  std::size_t m_nTagsLeftOut = 0;
+  zones::TimeZone m_zone = zones::TimeZone::Utc();
+  std::optional<TrendSpan> m_span;
+  std::optional<Look> m_look;
+  std::optional<Units> m_units;
+  std::function<Units()> m_askUnits;
+  std::function<void(const TrendSpan&)> m_range;
+  std::function<void(const QString&)> m_remark;
+};
+
+}  // namespace orvane::trend

@@ -1,0 +1,84 @@
+#include "trend/trend_output.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "platform/failure.h"
+#include "tests/trend/trend_rows.h"
+#include "trend/trend_plot.h"
+
+namespace orvane::trend {
+namespace {
+
+class trend_output : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto rs = TwoTags(3);
+    TrendReader reader(rs, *TrendColumns::Of(*rs));
+    reader.Read(1'000);
+    m_lines = reader.TakeLines();
+    m_lines[1].sName = "b, \"second\"";
+    m_lines[0].sUnit = "bar";
+    m_plot.resize(400, 300);
+    m_plot.Lines(m_lines, m_zone);
+  }
+  QByteArray Saved(const char* sName) {
+    const QString sPath = m_folder.filePath(sName);
+    SaveTrend(m_plot, m_lines, m_zone, sPath);
+    QFile file(sPath);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll();
+  }
+  QTemporaryDir m_folder;
+  zones::TimeZone m_zone = zones::TimeZone::Utc();
+  std::vector<TrendLine> m_lines;
+  TrendPlot m_plot;
+};
+
+TEST_F(trend_output, the_points_in_sight_are_copied) {
+  EXPECT_EQ(CopiedPoints(m_plot, m_lines, m_zone),
+            "Line\tTimestamp\tValue\tUnit\n"
+            "a\t2023-11-14 22:13:20+00:00\t0.0\tbar\n"
+            "a\t2023-11-14 22:13:21+00:00\t1.0\tbar\n"
+            "a\t2023-11-14 22:13:22+00:00\t2.0\tbar\n"
+            "\"b, \"\"second\"\"\"\t2023-11-14 22:13:20+00:00\t-0.0\t\n"
+            "\"b, \"\"second\"\"\"\t2023-11-14 22:13:21+00:00\t-0.5\t\n"
+            "\"b, \"\"second\"\"\"\t2023-11-14 22:13:22+00:00\t-1.0\t\n");
+  m_plot.LineShown(1, false);
+  m_plot.Times({TrendTime(Second(1)) - 10, TrendTime(Second(1)) + 990});
+  EXPECT_EQ(CopiedPoints(m_plot, m_lines, m_zone),
+            "Line\tTimestamp\tValue\tUnit\na\t2023-11-14 22:13:21+00:00\t1.0\tbar\n");
+}
+
+TEST_F(trend_output, no_more_points_than_rows_are_copied_at_once) {
+  TrendSeries series;
+  for (int n = 0; n < 100'001; ++n) series.Append(n, 1);
+  series.Finish();
+  m_lines[0].series = std::move(series);
+  m_plot.Lines(m_lines, m_zone);
+  EXPECT_EQ(CopiedPoints(m_plot, m_lines, m_zone), std::nullopt);
+}
+
+TEST_F(trend_output, files_are_pictures_or_data_by_their_names) {
+  const QByteArray csv = Saved("t.CSV");
+  EXPECT_TRUE(
+      csv.startsWith("Line,Timestamp,Value,Unit\r\na,2023-11-14 22:13:20+00:00,0.0,bar\r\n"));
+  EXPECT_EQ(csv.count('\n'), 7);
+  EXPECT_TRUE(Saved("t.png").startsWith("\x89PNG"));
+  const QByteArray svg = Saved("t.svg");
+  EXPECT_TRUE(svg.contains("<svg"));
+  EXPECT_TRUE(svg.contains("polyline") || svg.contains("path"));
+}
+
+TEST_F(trend_output, a_file_that_cannot_be_written_is_told) {
+  EXPECT_THROW(SaveTrend(m_plot, m_lines, m_zone, m_folder.filePath("t.jpeg")), platform::Failure);
+  EXPECT_THROW(SaveTrend(m_plot, m_lines, m_zone, m_folder.filePath("no/t.png")),
+               platform::Failure);
+  EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files).size(), 0);
+}
+
+}  // namespace
+}  // namespace orvane::trend

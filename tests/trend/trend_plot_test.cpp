@@ -1,0 +1,231 @@
+#include "trend/trend_plot.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <random>
+
+#include "tests/trend/trend_rows.h"
+#include "trend/trend_output.h"
+
+namespace orvane::trend {
+namespace {
+
+TrendSeries Noise(std::size_t nPoints, double gaps, unsigned seed) {
+  std::mt19937_64 random(seed);
+  std::normal_distribution<double> noise(0, 1);
+  std::exponential_distribution<double> pause(1e-6);
+  std::uniform_real_distribution<double> chance(0, 1);
+  TrendSeries series;
+  double time = 1.7e15;
+  double level = 0;
+  for (std::size_t n = 0; n < nPoints; ++n) {
+    time += std::floor(pause(random));
+    level = level * 0.999 + noise(random);
+    series.Append(time, chance(random) < gaps ? kGap : chance(random) < 0.0005 ? level * 5 : level);
+  }
+  series.Finish();
+  return series;
+}
+
+class trend_plot : public testing::Test {
+ protected:
+  void Show(std::vector<TrendLine> lines) {
+    m_lines = std::move(lines);
+    m_plot.resize(640, 400);
+    m_plot.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_plot));
+    m_plot.Lines(m_lines, zones::TimeZone::Utc());
+  }
+  void ShowTwo() {
+    TrendReader reader(m_rs, *TrendColumns::Of(*m_rs));
+    reader.Read(1'000'000);
+    Show(reader.TakeLines());
+  }
+  /// The same picture, drawn of every point and of as few as are needed.
+  void ExpectSamePixels(const char* sWhat) {
+    m_plot.DrawAllPoints(true);
+    const QImage all = PictureOf(m_plot);
+    m_plot.DrawAllPoints(false);
+    const QImage few = PictureOf(m_plot);
+    ASSERT_EQ(all.size(), few.size());
+    int nDifferent = 0;
+    for (int y = 0; y < all.height(); ++y) {
+      for (int x = 0; x < all.width(); ++x) nDifferent += all.pixel(x, y) != few.pixel(x, y);
+    }
+    EXPECT_EQ(nDifferent, 0) << sWhat;
+  }
+  double Middle() const { return m_plot.Times().center(); }
+  QPoint PixelOf(double time) const {
+    return {static_cast<int>(m_plot.xAxis->coordToPixel(time)),
+            m_plot.axisRect()->rect().center().y()};
+  }
+
+  platform::RecordsetPtr m_rs = TwoTags(100);
+  std::vector<TrendLine> m_lines;
+  TrendPlot m_plot;
+};
+
+TEST_F(trend_plot, draws_the_pixels_that_all_points_would_draw) {
+  for (unsigned seed = 1; seed <= 3; ++seed) {
+    std::vector<TrendLine> lines;
+    lines.push_back({"noise", "noise", "", Noise(30'000, 0, seed)});
+    lines.push_back({"holes", "holes", "bar", Noise(15'000, 0.002, seed + 100)});
+    lines.push_back({"few", "few", "bar", Noise(300, 0.1, seed + 200)});
+    Show(std::move(lines));
+    for (const LineKind kind : {LineKind::Straight, LineKind::Steps}) {
+      m_plot.Kind(kind);
+      m_plot.Times(m_plot.AllTimes());
+      ExpectSamePixels("all of it");
+      for (int n = 0; n < 6; ++n) {
+        m_plot.Zoom(0.4, Middle() + m_plot.Times().size() * 0.05 * n);
+        ExpectSamePixels("zoomed in");
+        m_plot.Pan(n % 2 == 0 ? 0.37 : -0.21);
+        ExpectSamePixels("panned");
+      }
+    }
+  }
+}
+
+TEST_F(trend_plot, shows_a_peak_of_one_point_among_a_million) {
+  TrendSeries series;
+  for (int n = 0; n < 1'000'000; ++n) series.Append(1e15 + n, n == 123'456 ? 1'000.0 : 0.0);
+  series.Finish();
+  std::vector<TrendLine> lines;
+  lines.push_back({"peak", "", "", std::move(series)});
+  Show(std::move(lines));
+  const QImage picture = PictureOf(m_plot);
+  const int nColumn = PixelOf(1e15 + 123'456).x();
+  const QRgb color = TrendLook(m_plot.palette()).Pen(0).color().rgb();
+  int nPixels = 0;
+  for (int x = nColumn - 1; x <= nColumn + 1; ++x) {
+    for (int y = 0; y < picture.height(); ++y) nPixels += picture.pixel(x, y) == color;
+  }
+  EXPECT_GT(nPixels, m_plot.axisRect()->rect().height() * 8 / 10);
+}
+
+TEST_F(trend_plot, has_an_axis_a_unit) {
+  ShowTwo();
+  EXPECT_EQ(m_plot.axisRect()->axes(QCPAxis::atLeft).size(), 1);
+  for (TrendLine& line : m_lines) line.sUnit = line.sTag;
+  m_plot.Lines(m_lines, zones::TimeZone::Utc());
+  QStringList labels;
+  for (const QCPAxis* axis : m_plot.axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight)) {
+    if (axis->visible()) labels << axis->label();
+  }
+  labels.sort();
+  EXPECT_EQ(labels, (QStringList{"a", "b"}));
+}
+
+TEST_F(trend_plot, units_beyond_the_last_axis_share_it) {
+  std::vector<TrendLine> lines;
+  for (int n = 0; n < 9; ++n) {
+    lines.push_back({"l", "l", "u" + std::to_string(n), Noise(10, 0, static_cast<unsigned>(n))});
+  }
+  Show(std::move(lines));
+  QStringList labels;
+  for (const QCPAxis* axis : m_plot.axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight)) {
+    if (axis->visible()) labels << axis->label();
+  }
+  EXPECT_EQ(labels.size(), TrendPlot::kMostAxes);
+  EXPECT_TRUE(labels.contains("u5, u6, u7, u8")) << labels.join(" | ").toStdString();
+}
+
+TEST_F(trend_plot, the_wheel_zooms_and_the_time_under_the_pointer_stays) {
+  ShowTwo();
+  const QCPRange before = m_plot.Times();
+  const QPoint at = m_plot.axisRect()->rect().topLeft() + QPoint(100, 50);
+  const double time = m_plot.xAxis->pixelToCoord(at.x());
+  QWheelEvent wheel(at, m_plot.mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&m_plot, &wheel);
+  EXPECT_LT(m_plot.Times().size(), before.size());
+  EXPECT_NEAR(m_plot.xAxis->coordToPixel(time), at.x(), 0.5);
+  QTest::mouseDClick(&m_plot, Qt::LeftButton, {}, at);
+  EXPECT_NEAR(m_plot.Times().size(), before.size(), 1);
+}
+
+TEST_F(trend_plot, is_dragged_by_the_mouse) {
+  ShowTwo();
+  m_plot.Zoom(0.5, Middle());
+  const double time = Middle();
+  const QPoint from = PixelOf(time);
+  QTest::mousePress(&m_plot, Qt::LeftButton, {}, from);
+  QMouseEvent move(QEvent::MouseMove, from + QPoint(-80, 0),
+                   m_plot.mapToGlobal(from + QPoint(-80, 0)), Qt::NoButton, Qt::LeftButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(&m_plot, &move);
+  QTest::mouseRelease(&m_plot, Qt::LeftButton, {}, from + QPoint(-80, 0));
+  EXPECT_NEAR(PixelOf(time).x(), from.x() - 80, 1);
+}
+
+TEST_F(trend_plot, keys_move_the_cursor_from_point_to_point_and_what_is_in_sight) {
+  ShowTwo();
+  QTest::keyClick(&m_plot, Qt::Key_Right);
+  EXPECT_EQ(m_plot.Cursor(), TrendTime(Second(0)));
+  QTest::keyClick(&m_plot, Qt::Key_Right);
+  EXPECT_EQ(m_plot.Cursor(), TrendTime(Second(1)));
+  QTest::keyClick(&m_plot, Qt::Key_Left);
+  EXPECT_EQ(m_plot.Cursor(), TrendTime(Second(0)));
+  QTest::keyClick(&m_plot, Qt::Key_Left);
+  EXPECT_EQ(m_plot.Cursor(), TrendTime(Second(0))) << "there is nothing before the first point";
+  const QCPRange whole = m_plot.Times();
+  QTest::keyClick(&m_plot, Qt::Key_Plus);
+  EXPECT_LT(m_plot.Times().size(), whole.size());
+  QTest::keyClick(&m_plot, Qt::Key_Minus);
+  EXPECT_NEAR(m_plot.Times().size(), whole.size(), 10);
+  QTest::keyClick(&m_plot, Qt::Key_Right, Qt::ControlModifier);
+  EXPECT_NEAR(m_plot.Times().lower, whole.lower + whole.size() * 0.1, 10);
+  QTest::keyClick(&m_plot, Qt::Key_0);
+  EXPECT_EQ(m_plot.Times().lower, whole.lower);
+}
+
+TEST_F(trend_plot, a_cursor_that_leaves_the_sight_takes_it_along) {
+  ShowTwo();
+  m_plot.Cursor(TrendTime(Second(50)));
+  m_plot.Zoom(0.001, TrendTime(Second(50)));
+  QTest::keyClick(&m_plot, Qt::Key_Right);
+  EXPECT_EQ(m_plot.Cursor(), TrendTime(Second(51)));
+  EXPECT_TRUE(m_plot.Times().contains(TrendTime(Second(51))));
+}
+
+TEST_F(trend_plot, what_is_in_sight_fills_the_value_axis) {
+  ShowTwo();
+  m_plot.LineShown(1, false);
+  m_plot.Times({TrendTime(Second(40)), TrendTime(Second(60))});
+  EXPECT_NEAR(m_plot.yAxis->range().lower, 39, 2);
+  EXPECT_NEAR(m_plot.yAxis->range().upper, 61, 2);
+}
+
+TEST_F(trend_plot, values_at_the_ends_of_all_numbers_are_drawn_somehow) {
+  TrendSeries series;
+  series.Append(1e15, 1.7e308);
+  series.Append(1e15 + 1e6, -1.7e308);
+  series.Append(1e15 + 2e6, 5e-324);
+  series.Finish();
+  std::vector<TrendLine> lines;
+  lines.push_back({"wild", "", "", std::move(series)});
+  Show(std::move(lines));
+  EXPECT_FALSE(PictureOf(m_plot).isNull());
+  for (int n = 0; n < 200; ++n) m_plot.Zoom(0.5, 1e15);
+  EXPECT_GE(m_plot.Times().size(), 999);
+  for (int n = 0; n < 400; ++n) m_plot.Zoom(2, 1e15);
+  EXPECT_FALSE(PictureOf(m_plot).isNull());
+}
+
+TEST_F(trend_plot, is_as_dark_as_its_palette) {
+  ShowTwo();
+  QPalette dark;
+  dark.setColor(QPalette::Base, QColor(20, 20, 20));
+  dark.setColor(QPalette::Text, QColor(230, 230, 230));
+  m_plot.setPalette(dark);
+  const QImage picture = PictureOf(m_plot);
+  EXPECT_LT(QColor(picture.pixel(2, 2)).lightness(), 60);
+  for (std::size_t line = 0; line < 14; ++line) {
+    EXPECT_GT(TrendLook(dark).Pen(line).color().lightness(), 100) << line;
+    EXPECT_LT(TrendLook(QPalette(Qt::white)).Pen(line).color().lightness(), 160) << line;
+  }
+}
+
+}  // namespace
+}  // namespace orvane::trend

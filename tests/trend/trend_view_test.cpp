@@ -1,0 +1,185 @@
+#include "trend/trend_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QTableView>
+#include <QTest>
+
+#include "tests/trend/trend_rows.h"
+#include "trend/trend_plot.h"
+#include "trend/trend_values.h"
+
+namespace orvane::trend {
+namespace {
+
+class trend_view : public testing::Test {
+ protected:
+  void Show(const platform::RecordsetPtr& rs) {
+    m_view.resize(700, 600);
+    m_view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_view));
+    m_view.ShowRows(rs, zones::TimeZone::Utc());
+    Read();
+  }
+  void Read() {
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !m_view.IsReading(); }));
+  }
+  QAbstractItemModel& Values() const {
+    return *m_view.findChild<QTableView*>("trendValues")->model();
+  }
+  std::string Text(int nRow, int nColumn) const {
+    return Values().index(nRow, nColumn).data().toString().toStdString();
+  }
+  std::string Message() const {
+    const auto* label = m_view.findChild<QLabel*>("trendMessage");
+    return label->isVisible() ? label->text().toStdString() : "";
+  }
+  QAction* Action(const QString& sText) const {
+    for (QAction* action : m_view.findChildren<QAction*>()) {
+      if (action->text().remove(u'&') == sText) return action;
+    }
+    return nullptr;
+  }
+  TrendView m_view;
+};
+
+TEST_F(trend_view, lists_the_value_of_each_line_at_the_cursor) {
+  Show(TwoTags(100));
+  ASSERT_EQ(Values().rowCount(), 2);
+  EXPECT_EQ(Text(0, TrendValues::Name), "a");
+  EXPECT_EQ(Text(0, TrendValues::Value), "");
+  const auto* plot = &m_view.Plot();
+  const QPoint at(static_cast<int>(plot->xAxis->coordToPixel(TrendTime(Second(49)) + 500'000)),
+                  plot->axisRect()->rect().center().y());
+  QTest::mouseMove(&m_view.Plot(), at);
+  QTest::qWait(1);
+  QTest::mouseClick(&m_view.Plot(), Qt::LeftButton, {}, at);
+  EXPECT_EQ(Text(0, TrendValues::Value), "49");
+  EXPECT_EQ(Text(1, TrendValues::Value), "no value");
+  EXPECT_EQ(Text(1, TrendValues::Time), "2023-11-14 22:14:09");
+}
+
+TEST_F(trend_view, speaks_what_stands_at_the_cursor) {
+  Show(TwoTags(100));
+  m_view.Plot().Cursor(TrendTime(Second(10)));
+  EXPECT_EQ(m_view.Plot().accessibleName(), "Trend");
+  EXPECT_EQ(m_view.Plot().accessibleDescription().toStdString(),
+            "At 2023-11-14 22:13:30: a 10; b -5.");
+}
+
+TEST_F(trend_view, a_line_is_taken_out_by_its_check_box) {
+  Show(TwoTags(100));
+  EXPECT_TRUE(Values().setData(Values().index(1, 0), Qt::Unchecked, Qt::CheckStateRole));
+  EXPECT_FALSE(m_view.Plot().LineShown(1));
+  m_view.Plot().Cursor(TrendTime(Second(10)));
+  EXPECT_EQ(m_view.Plot().accessibleDescription().toStdString(), "At 2023-11-14 22:13:30: a 10.");
+}
+
+TEST_F(trend_view, asks_once_for_the_units_of_tags) {
+  int nAsked = 0;
+  m_view.AskUnits([&] {
+    ++nAsked;
+    return TrendView::Units{{"a", "bar"}, {"z", "m"}};
+  });
+  Show(TwoTags(10));
+  EXPECT_EQ(Text(0, TrendValues::Unit), "bar");
+  EXPECT_EQ(Text(1, TrendValues::Unit), "");
+  m_view.ShowRows(TwoTags(20), zones::TimeZone::Utc());
+  Read();
+  EXPECT_EQ(Text(0, TrendValues::Unit), "bar");
+  EXPECT_EQ(nAsked, 1);
+}
+
+TEST_F(trend_view, may_go_while_units_are_asked_for) {
+  auto view = std::make_unique<TrendView>();
+  bool bAsked = false;
+  view->AskUnits([&] {
+    bAsked = true;
+    view.reset();
+    return TrendView::Units{};
+  });
+  view->show();
+  view->ShowRows(TwoTags(10), zones::TimeZone::Utc());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return bAsked; }));
+  EXPECT_EQ(view, nullptr);
+}
+
+TEST_F(trend_view, rows_that_follow_are_looked_at_as_those_before) {
+  Show(TwoTags(100));
+  Values().setData(Values().index(1, 0), Qt::Unchecked, Qt::CheckStateRole);
+  m_view.ShowSpan({Second(20), Second(30)});
+  m_view.Plot().Cursor(TrendTime(Second(25)));
+  m_view.ShowRows(TwoTags(120), zones::TimeZone::Utc());
+  Read();
+  EXPECT_EQ(m_view.Plot().Times().lower, TrendTime(Second(20)));
+  EXPECT_EQ(m_view.Plot().Times().upper, TrendTime(Second(30)));
+  EXPECT_EQ(m_view.Plot().Cursor(), TrendTime(Second(25)));
+  EXPECT_FALSE(m_view.Plot().LineShown(1));
+}
+
+TEST_F(trend_view, a_view_to_the_last_point_stays_at_the_last_point) {
+  Show(TwoTags(100));
+  m_view.ShowSpan({Second(80), Second(105)});
+  m_view.ShowRows(TwoTags(120), zones::TimeZone::Utc());
+  Read();
+  EXPECT_NEAR(m_view.Plot().Times().lower, TrendTime(Second(100)), 0.5e6);
+  EXPECT_NEAR(m_view.Plot().Times().upper, TrendTime(Second(125)), 0.5e6);
+}
+
+TEST_F(trend_view, hands_out_the_times_in_sight) {
+  std::optional<TrendSpan> span;
+  m_view.OnRange([&](const TrendSpan& times) { span = times; });
+  Show(TwoTags(100));
+  m_view.ShowSpan({Second(20), Second(30)});
+  ASSERT_NE(Action("As Time Range"), nullptr);
+  Action("As Time Range")->trigger();
+  EXPECT_EQ(span, (TrendSpan{Second(20), Second(30)}));
+}
+
+TEST_F(trend_view, steps_are_drawn_when_asked_for) {
+  Show(TwoTags(5));
+  const QImage straight = m_view.Plot().grab().toImage();
+  Action("Steps")->trigger();
+  EXPECT_NE(m_view.Plot().grab().toImage(), straight);
+  Action("Steps")->trigger();
+  EXPECT_EQ(m_view.Plot().grab().toImage(), straight);
+}
+
+TEST_F(trend_view, says_why_there_is_nothing_to_see) {
+  ado::RecordsetBuilder builder({{"Name", platform::DataType::WChar}});
+  Show(builder.Finish());
+  EXPECT_EQ(Message(), "These rows have no times and numbers to draw.");
+  Show(TwoTags(0));
+  EXPECT_EQ(Message(), "There is nothing to draw: no row has a time.");
+  Show(TwoTags(2));
+  EXPECT_EQ(Message(), "");
+  Show(nullptr);
+  EXPECT_EQ(Values().rowCount(), 0);
+}
+
+TEST_F(trend_view, copies_its_points_by_the_usual_keys) {
+  std::string sRemark = "none";
+  m_view.OnRemark([&](const QString& sSentence) { sRemark = sSentence.toStdString(); });
+  Show(TwoTags(3));
+  QTest::keyClick(&m_view.Plot(), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("Line\tTimestamp\t"));
+  EXPECT_EQ(sRemark, "");
+  m_view.SaveAs("/nowhere/trend.png");
+  EXPECT_NE(sRemark, "");
+}
+
+TEST_F(trend_view, reads_nothing_until_it_is_seen) {
+  m_view.ShowRows(TwoTags(10), zones::TimeZone::Utc());
+  QTest::qWait(20);
+  EXPECT_TRUE(m_view.IsReading());
+  m_view.show();
+  Read();
+  EXPECT_EQ(Values().rowCount(), 2);
+}
+
+}  // namespace
+}  // namespace orvane::trend
