@@ -3,8 +3,10 @@ orvane_test(dialect
   SOURCES
     dialect/catalog_statement_test.cpp
     dialect/lexer_test.cpp
+    dialect/sql_examples_test.cpp
     dialect/statement_parameters_test.cpp
     dialect/statement_reader_test.cpp
+    dialect/statement_work_test.cpp
     dialect/time_comparisons_test.cpp
     dialect/time_guards_test.cpp
     dialect/time_meetings_test.cpp
@@ -14,6 +16,9 @@ orvane_test(dialect
     dialect/translator_refusals_test.cpp
     dialect/translator_times_test.cpp
     dialect/written_times_test.cpp)
+
+target_compile_definitions(dialect_tests PRIVATE
+  ORVANE_SQL_PAGE="${CMAKE_SOURCE_DIR}/docs/sql.md")
 
 orvane_test(historian
   LINK orvane_provider
