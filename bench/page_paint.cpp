@@ -45,15 +45,11 @@ RecordsetPtr Rows(RowIndex nRows) {
                                          {"Value", DataType::Double},
                                          {"Quality", DataType::Integer}});
   for (RowIndex row = 0; row < nRows; ++row) {
-    builder.ColumnAt(0).AppendText("cpu." + std::to_string(row % 16) + ".load");
-    builder.ColumnAt(1).AppendTimestamp(
-        orvane::platform::Timestamp(std::chrono::seconds(1'700'000'000 + row)));
-    if (row % 50 == 49) {
-      builder.ColumnAt(2).AppendNull();
-    } else {
-      builder.ColumnAt(2).AppendDouble(static_cast<double>(row) * 0.25);
-    }
-    builder.ColumnAt(3).AppendLong(192);
+    using orvane::platform::Value;
+    const Value number = row % 50 == 49 ? Value() : Value(static_cast<double>(row) * 0.25);
+    builder.AppendRow({"cpu." + std::to_string(row % 16) + ".load",
+                       orvane::platform::Timestamp(std::chrono::seconds(1'700'000'000 + row)),
+                       number, 192});
   }
   return builder.Finish();
 }

@@ -1,6 +1,7 @@
 #include "ado/column.h"
 
-#include <array>
+#include <algorithm>
+#include <bit>
 #include <cstring>
 #include <type_traits>
 
@@ -16,11 +17,6 @@ namespace {
 
 constexpr std::uint16_t Bit(ValueKind kind) {
   return static_cast<std::uint16_t>(1U << static_cast<unsigned>(kind));
-}
-
-bool IsWide(ValueKind kind) {
-  return kind == ValueKind::LongLong || kind == ValueKind::Double || kind == ValueKind::Timestamp ||
-         kind == ValueKind::TimeOfDay;
 }
 
 DataType TypeOf(ValueKind kind) {
@@ -59,6 +55,53 @@ std::string_view AsCharacters(std::span<const std::byte> bytes) {
 }
 
 }  // namespace
+
+bool IsWide(ValueKind kind) {
+  return kind == ValueKind::LongLong || kind == ValueKind::Double || kind == ValueKind::Timestamp ||
+         kind == ValueKind::TimeOfDay;
+}
+
+std::size_t TextBytes(const Value& vtValue) {
+  if (const auto* const sText = vtValue.As<platform::Text>()) return sText->size();
+  if (const auto* const bytes = vtValue.As<platform::Bytes>()) return bytes->size();
+  return 0;
+}
+
+bool IsPooled(ValueKind kind) {
+  return kind == ValueKind::Text || kind == ValueKind::Decimal || kind == ValueKind::Bytes ||
+         kind == ValueKind::Guid;
+}
+
+DataType FittingType(std::uint16_t kinds) {
+  if (std::has_single_bit(kinds)) return TypeOf(static_cast<ValueKind>(std::countr_zero(kinds)));
+  constexpr std::uint16_t kIntegers = Bit(ValueKind::Long) | Bit(ValueKind::LongLong);
+  if (kinds == 0) return DataType::Empty;
+  if ((kinds & ~kIntegers) == 0) return DataType::BigInt;
+  if ((kinds & ~(kIntegers | Bit(ValueKind::Double))) == 0) return DataType::Double;
+  return DataType::WChar;
+}
+
+void Column::Shorten(platform::RowIndex rowCount) {
+  const auto rows = static_cast<std::size_t>(rowCount);
+  if (rows >= m_rows) return;
+  if (rows / 64 < m_nulls.size()) m_nulls[rows / 64] &= ~(std::uint64_t{1} << (rows % 64));
+  m_bytes.resize(std::min(m_bytes.size(), rows));
+  m_words.resize(std::min(m_words.size(), rows));
+  m_wides.resize(std::min(m_wides.size(), rows));
+  m_rows = rows;
+}
+
+void Column::Clear() {
+  m_kind = ValueKind::Null;
+  m_bMixed = false;
+  m_kindsSeen = 0;
+  m_rows = 0;
+  m_nulls.clear();
+  m_bytes.clear();
+  m_words.clear();
+  m_wides.clear();
+  m_pool.Clear();
+}
 
 void Column::AppendNull() {
   if (m_bMixed) {
@@ -133,29 +176,29 @@ void Column::AppendSlow(ValueKind kind, std::uint64_t payload) {
 
 void Column::Store(ValueKind kind, std::uint64_t payload) {
   if (m_bMixed) {
-    m_bytes.Append(static_cast<std::uint8_t>(kind));
-    m_wides.Append(payload);
+    m_bytes.push_back(static_cast<std::uint8_t>(kind));
+    m_wides.push_back(payload);
   } else if (IsWide(kind)) {
-    m_wides.Append(payload);
+    m_wides.push_back(payload);
   } else if (kind == ValueKind::Boolean) {
-    m_bytes.Append(static_cast<std::uint8_t>(payload));
+    m_bytes.push_back(static_cast<std::uint8_t>(payload));
   } else {
-    m_words.Append(static_cast<std::uint32_t>(payload));
+    m_words.push_back(static_cast<std::uint32_t>(payload));
   }
 }
 
 void Column::BecomeMixed() {
-  Chunked<std::uint8_t> kinds;
-  Chunked<std::uint64_t> payloads;
+  std::vector<std::uint8_t> kinds;
+  std::vector<std::uint64_t> payloads;
   for (std::size_t row = 0; row < m_rows; ++row) {
     const bool bNull = IsNullAt(row);
-    kinds.Append(static_cast<std::uint8_t>(bNull ? ValueKind::Null : m_kind));
-    payloads.Append(bNull ? 0 : PayloadAt(row));
+    kinds.push_back(static_cast<std::uint8_t>(bNull ? ValueKind::Null : m_kind));
+    payloads.push_back(bNull ? 0 : PayloadAt(row));
   }
   m_bMixed = true;
   m_kind = ValueKind::Null;
-  m_nulls = {};
-  m_words = {};
+  m_nulls.clear();
+  m_words.clear();
   m_bytes = std::move(kinds);
   m_wides = std::move(payloads);
 }
@@ -170,9 +213,13 @@ Value Column::ValueAt(platform::RowIndex rowIndex) const {
   const ValueKind kind = m_bMixed ? static_cast<ValueKind>(m_bytes[row]) : m_kind;
   if (kind == ValueKind::Null || IsNullAt(row)) return {};
   const std::uint64_t payload = PayloadAt(row);
+  return CellValue(kind, payload,
+                   IsPooled(kind) ? m_pool.At(static_cast<TextPool::Code>(payload)) : "");
+}
+
+Value CellValue(ValueKind kind, std::uint64_t payload, std::string_view sPooled) {
   const auto lPayload = static_cast<std::int32_t>(payload);
   const auto llPayload = static_cast<std::int64_t>(payload);
-  const auto pooled = [&] { return m_pool.At(static_cast<TextPool::Code>(payload)); };
   switch (kind) {
     case ValueKind::Boolean:
       return payload != 0;
@@ -183,9 +230,9 @@ Value Column::ValueAt(platform::RowIndex rowIndex) const {
     case ValueKind::Double:
       return std::bit_cast<double>(payload);
     case ValueKind::Decimal:
-      return platform::Decimal{platform::Text(pooled())};
+      return platform::Decimal{platform::Text(sPooled)};
     case ValueKind::Text:
-      return platform::Text(pooled());
+      return platform::Text(sPooled);
     case ValueKind::Timestamp:
       return platform::Timestamp(std::chrono::microseconds(llPayload));
     case ValueKind::Date:
@@ -193,12 +240,12 @@ Value Column::ValueAt(platform::RowIndex rowIndex) const {
     case ValueKind::TimeOfDay:
       return platform::TimeOfDay(llPayload);
     case ValueKind::Bytes: {
-      const auto bytes = std::as_bytes(std::span(pooled()));
+      const auto bytes = std::as_bytes(std::span(sPooled));
       return platform::Bytes(bytes.begin(), bytes.end());
     }
     case ValueKind::Guid: {
       platform::Guid guid;
-      std::memcpy(guid.bytes.data(), pooled().data(), guid.bytes.size());
+      std::memcpy(guid.bytes.data(), sPooled.data(), guid.bytes.size());
       return guid;
     }
     case ValueKind::Null:
@@ -206,14 +253,6 @@ Value Column::ValueAt(platform::RowIndex rowIndex) const {
       break;
   }
   return {};
-}
-
-DataType Column::FittingType() const {
-  if (!m_bMixed) return TypeOf(m_kind);
-  constexpr std::uint16_t kIntegers = Bit(ValueKind::Long) | Bit(ValueKind::LongLong);
-  if ((m_kindsSeen & ~kIntegers) == 0) return DataType::BigInt;
-  if ((m_kindsSeen & ~(kIntegers | Bit(ValueKind::Double))) == 0) return DataType::Double;
-  return DataType::WChar;
 }
 
 }  // namespace orvane::ado

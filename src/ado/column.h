@@ -1,8 +1,9 @@
-// One column of a recordset: a vector of the one kind its values have, with a null map. Texts,
-// decimals, bytes and GUIDs are kept once each and referred to by number. A column that meets a
-// second kind keeps a kind for each row from then on, so that every value stays exactly what it
-// was. A column of nulls takes no room.
-// Filled by RecordsetBuilder, read by ColumnarRecordset; one thread at a time.
+// One column of a block of rows while it is filled: a vector of the one kind its values have, with
+// a null map. Texts, decimals, bytes and GUIDs are kept once each and referred to by number. A
+// column that meets a second kind keeps a kind for each row from then on, so that every value stays
+// exactly what it was. A column of nulls takes no room.
+// Filled by whoever fetches rows, packed into a RowBlock, cleared and filled again; one thread at a
+// time.
 #pragma once
 
 #include <bit>
@@ -11,11 +12,23 @@
 #include <string_view>
 #include <vector>
 
-#include "ado/chunked.h"
 #include "ado/text_pool.h"
 #include "platform/ado/recordset.h"
 
 namespace orvane::ado {
+
+/// The type that fits values of these kinds, a bit for each without null: Empty for none, the wider
+/// number where numbers differ, WChar where kinds differ otherwise.
+platform::DataType FittingType(std::uint16_t kinds);
+
+/// The value of a cell as it is kept: a payload, which for texts, decimals, bytes and GUIDs only
+/// finds their bytes.
+platform::Value CellValue(platform::ValueKind kind, std::uint64_t payload,
+                          std::string_view sPooled);
+/// Bytes of a text or of bytes, 0 of any other value.
+std::size_t TextBytes(const platform::Value& vtValue);
+bool IsPooled(platform::ValueKind kind);
+bool IsWide(platform::ValueKind kind);
 
 class Column {
  public:
@@ -44,21 +57,26 @@ class Column {
   platform::RowIndex RowCount() const { return static_cast<platform::RowIndex>(m_rows); }
   /// The row must be one of the column's rows.
   platform::Value ValueAt(platform::RowIndex row) const;
-  /// The type that fits all values: Empty when all are null, the wider number where numbers
-  /// differ, WChar where kinds differ otherwise.
-  platform::DataType FittingType() const;
+  /// The kinds of all values but null, a bit for each.
+  std::uint16_t KindsSeen() const { return m_kindsSeen; }
+  platform::DataType FittingType() const { return ado::FittingType(m_kindsSeen); }
   /// Memory taken.
   std::size_t Bytes() const {
-    return m_nulls.capacity() * sizeof(std::uint64_t) + m_bytes.Bytes() + m_words.Bytes() +
-           m_wides.Bytes() + m_pool.Bytes();
+    return m_nulls.capacity() * sizeof(std::uint64_t) + m_bytes.capacity() +
+           m_words.capacity() * sizeof(std::uint32_t) + m_wides.capacity() * sizeof(std::uint64_t) +
+           m_pool.Bytes();
   }
-  /// Gives back what only appending needs.
-  void Seal() { m_pool.Seal(); }
+  /// Takes the rows from there on away, at most the last one.
+  void Shorten(platform::RowIndex rows);
+  /// Takes all rows away and keeps their room.
+  void Clear();
 
  private:
+  friend class RowBlock;
+
   void AppendWord(platform::ValueKind kind, std::uint32_t payload) {
     if (m_kind == kind) [[likely]] {
-      m_words.Append(payload);
+      m_words.push_back(payload);
       ++m_rows;
     } else {
       AppendSlow(kind, payload);
@@ -66,7 +84,7 @@ class Column {
   }
   void AppendWide(platform::ValueKind kind, std::uint64_t payload) {
     if (m_kind == kind) [[likely]] {
-      m_wides.Append(payload);
+      m_wides.push_back(payload);
       ++m_rows;
     } else {
       AppendSlow(kind, payload);
@@ -86,9 +104,9 @@ class Column {
   std::uint16_t m_kindsSeen = 0;
   std::size_t m_rows = 0;
   std::vector<std::uint64_t> m_nulls;  // one bit a row, only as far as the last null
-  Chunked<std::uint8_t> m_bytes;       // Booleans, or the kinds of a mixed column
-  Chunked<std::uint32_t> m_words;      // values of 32 bits and numbers of texts
-  Chunked<std::uint64_t> m_wides;      // values of 64 bits, or the payloads of a mixed column
+  std::vector<std::uint8_t> m_bytes;   // Booleans, or the kinds of a mixed column
+  std::vector<std::uint32_t> m_words;  // values of 32 bits and numbers of texts
+  std::vector<std::uint64_t> m_wides;  // values of 64 bits, or the payloads of a mixed column
   TextPool m_pool;
 };
 

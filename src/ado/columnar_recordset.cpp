@@ -1,10 +1,9 @@
 #include "ado/columnar_recordset.h"
 
-#include <algorithm>
-#include <cassert>
 #include <deque>
 #include <unordered_map>
 
+#include "ado/recordset_builder.h"
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
@@ -20,36 +19,38 @@ namespace failure = platform::failure;
 
 class ColumnarRecordset::ColumnField final : public platform::Field {
  public:
-  ColumnField(const ColumnarRecordset& owner, ColumnIndex column, ColumnDescription description)
-      : m_owner(owner), m_column(column), m_description(std::move(description)) {}
+  ColumnField(const ColumnarRecordset& owner, ColumnIndex column)
+      : m_owner(owner), m_column(column) {}
 
-  const Text& Name() const override { return m_description.sName; }
-  platform::DataType Type() const override { return m_description.type; }
-  platform::Boolean Nullable() const override { return m_description.bNullable; }
+  const Text& Name() const override { return Description().sName; }
+  platform::DataType Type() const override { return m_owner.m_rows->TypeOf(m_column); }
+  platform::Boolean Nullable() const override { return Description().bNullable; }
   platform::Value Value() const override {
     if (m_owner.Eof()) {
       throw Failure(
           failure::kNoCurrentRow,
-          "The field \"" + m_description.sName +
+          "The field \"" + Name() +
               "\" has no value here: the recordset is behind its last row; move to its first one.");
     }
     return m_owner.ValueAt(m_owner.Position(), m_column);
   }
 
  private:
+  const ColumnDescription& Description() const {
+    return m_owner.m_rows->Columns()[static_cast<std::size_t>(m_column)];
+  }
+
   const ColumnarRecordset& m_owner;
   ColumnIndex m_column;
-  ColumnDescription m_description;
 };
 
 class ColumnarRecordset::FieldList final : public platform::Fields {
  public:
-  FieldList(const ColumnarRecordset& owner, std::vector<ColumnDescription> descriptions) {
-    for (ColumnDescription& description : descriptions) {
+  explicit FieldList(const ColumnarRecordset& owner) {
+    for (const ColumnDescription& description : owner.m_rows->Columns()) {
       // Of several columns with one name, the name means the first.
       m_byName.try_emplace(platform::FoldCase(description.sName), m_fields.size());
-      m_fields.emplace_back(owner, static_cast<ColumnIndex>(m_fields.size()),
-                            std::move(description));
+      m_fields.emplace_back(owner, static_cast<ColumnIndex>(m_fields.size()));
     }
   }
 
@@ -81,18 +82,8 @@ class ColumnarRecordset::FieldList final : public platform::Fields {
   std::unordered_map<Text, std::size_t> m_byName;
 };
 
-ColumnarRecordset::ColumnarRecordset(std::vector<ColumnDescription> descriptions,
-                                     std::vector<Column> columns, platform::Boolean bTruncated,
-                                     std::chrono::microseconds elapsed)
-    : m_columns(std::move(columns)),
-      m_rowCount(m_columns.empty() ? 0 : m_columns.front().RowCount()),
-      m_bTruncated(bTruncated),
-      m_elapsed(elapsed) {
-  assert(descriptions.size() == m_columns.size());
-  assert(std::all_of(m_columns.begin(), m_columns.end(),
-                     [this](const Column& column) { return column.RowCount() == m_rowCount; }));
-  m_fields = std::make_unique<FieldList>(*this, std::move(descriptions));
-}
+ColumnarRecordset::ColumnarRecordset(std::shared_ptr<const FetchedRows> rows)
+    : m_rows(std::move(rows)), m_fields(std::make_unique<FieldList>(*this)) {}
 
 ColumnarRecordset::~ColumnarRecordset() = default;
 
@@ -119,7 +110,7 @@ void ColumnarRecordset::Position(RowIndex row) {
 }
 
 ColumnIndex ColumnarRecordset::FieldCount() const {
-  return static_cast<ColumnIndex>(m_columns.size());
+  return static_cast<ColumnIndex>(m_rows->Columns().size());
 }
 
 const platform::Field& ColumnarRecordset::FieldAt(ColumnIndex column) const {
@@ -150,9 +141,9 @@ Value ColumnarRecordset::OriginalAt(RowIndex row, ColumnIndex column) const {
   RequireCell(row, column);
   if (!m_overlay.Empty()) {
     if (const Value* stored = m_overlay.StoredAt(row, column)) return *stored;
-    if (row >= m_rowCount) return {};
+    if (row >= FetchedCount()) return {};
   }
-  return m_columns[static_cast<std::size_t>(column)].ValueAt(row);
+  return m_rows->ValueAt(row, column);
 }
 
 platform::RowState ColumnarRecordset::StateAt(RowIndex row) const {
@@ -182,7 +173,7 @@ RowIndex ColumnarRecordset::AddNew() {
                   "No row can be added while rows are still being fetched: wait for the last one, "
                   "or stop the fetch.");
   }
-  return m_overlay.AddNew(m_rowCount);
+  return m_overlay.AddNew(FetchedCount());
 }
 
 void ColumnarRecordset::Delete(RowIndex row) {
@@ -197,7 +188,7 @@ void ColumnarRecordset::CancelUpdate(RowIndex row) {
 
 void ColumnarRecordset::Accept(RowIndex row, std::span<const Value> stored) {
   RequireRow(row);
-  if (!stored.empty()) RequireRowOf(m_columns.size(), stored);
+  if (!stored.empty()) RequireRowOf(m_rows->Columns().size(), stored);
   m_overlay.Accept(row, stored);
 }
 

@@ -1,6 +1,7 @@
-// The recordset: columns of typed vectors, a current row, and every cell in constant time.
-// Made by RecordsetBuilder, used by the snap-in and the grids; one thread at a time. It owns its
-// rows and knows no connection, so it stays usable when that is closed.
+// The recordset: fetched rows in blocks, a current row, and every cell in constant time.
+// Made by RowCollector and RecordsetBuilder, used by the snap-in and the grids; one thread at a
+// time, while another one may still be fetching. It shares its rows with nobody who would change
+// them and knows no connection, so it stays usable when that is closed.
 //
 // What was fetched never changes. Every reader comes through ValueAt, where edited cells and new
 // rows lie over the fetched ones, by row and column number, until they are sent; the fetched values
@@ -10,16 +11,14 @@
 #include <memory>
 #include <vector>
 
-#include "ado/recordset_builder.h"
+#include "ado/fetched_rows.h"
 #include "ado/row_overlay.h"
 
 namespace orvane::ado {
 
 class ColumnarRecordset final : public platform::Recordset {
  public:
-  /// The columns must have as many rows as each other, and there is one description for each.
-  ColumnarRecordset(std::vector<ColumnDescription> descriptions, std::vector<Column> columns,
-                    platform::Boolean bTruncated, std::chrono::microseconds elapsed);
+  explicit ColumnarRecordset(std::shared_ptr<const FetchedRows> rows);
   ~ColumnarRecordset() override;
 
   platform::Fields& Fields() override;
@@ -31,18 +30,22 @@ class ColumnarRecordset final : public platform::Recordset {
   platform::RowIndex Position() const override { return m_position; }
   /// Fails with failure::kOutOfRange outside 0..RecordCount.
   void Position(platform::RowIndex row) override;
-  platform::RowIndex RecordCount() const override { return m_rowCount + m_overlay.NewCount(); }
+  platform::RowIndex RecordCount() const override { return FetchedCount() + m_overlay.NewCount(); }
   platform::ColumnIndex FieldCount() const override;
   /// Fails with failure::kItemNotFound when there is no such column.
   const platform::Field& FieldAt(platform::ColumnIndex column) const override;
   /// Fails with failure::kNoCurrentRow when there is no such row, with kItemNotFound when there
   /// is no such column.
   platform::Value ValueAt(platform::RowIndex row, platform::ColumnIndex column) const override;
-  platform::Boolean Truncated() const override { return m_bTruncated; }
-  std::chrono::microseconds Elapsed() const override { return m_elapsed; }
+  platform::Boolean Truncated() const override {
+    return State() == platform::FetchState::Truncated;
+  }
+  platform::FetchState State() const override { return m_rows->State(); }
+  platform::Text FetchRemark() const override { return m_rows->Remark(); }
+  std::chrono::microseconds Elapsed() const override { return m_rows->Elapsed(); }
 
   // The overlay. Rows and columns that do not exist fail as in ValueAt.
-  platform::RowIndex FetchedCount() const override { return m_rowCount; }
+  platform::RowIndex FetchedCount() const override { return m_rows->RowCount(); }
   platform::Value OriginalAt(platform::RowIndex row, platform::ColumnIndex column) const override;
   platform::RowState StateAt(platform::RowIndex row) const override;
   platform::Boolean IsEdited(platform::RowIndex row, platform::ColumnIndex column) const override;
@@ -65,13 +68,10 @@ class ColumnarRecordset final : public platform::Recordset {
   void RequireRow(platform::RowIndex row) const;
   void RequireCell(platform::RowIndex row, platform::ColumnIndex column) const;
 
-  std::vector<Column> m_columns;
+  const std::shared_ptr<const FetchedRows> m_rows;
   std::unique_ptr<FieldList> m_fields;
   RowOverlay m_overlay;
-  platform::RowIndex m_rowCount;
   platform::RowIndex m_position = 0;
-  platform::Boolean m_bTruncated;
-  std::chrono::microseconds m_elapsed;
 };
 
 }  // namespace orvane::ado

@@ -1,5 +1,7 @@
 #include "ado/command.h"
 
+#include <utility>
+
 #include "platform/failure.h"
 
 namespace orvane::ado {
@@ -50,9 +52,16 @@ platform::RecordsetPtr Command::Execute(Long* lRecordsAffected, Long /*lOptions*
     throw Failure(failure::kObjectNotSet,
                   "The command has no connection: set its active connection first.");
   }
+  // A call within another one is refused, and Cancel is about that other one again.
+  const struct Restored {
+    std::stop_source& stop;
+    std::stop_source before;
+    ~Restored() { stop = before; }
+  } restored{m_stop, std::exchange(m_stop, std::stop_source())};
   StatementResult result =
       m_connection->Execute({m_sCommandText, m_lMaxRecords, std::chrono::seconds(m_lCommandTimeout),
-                             m_bReadOnly, m_parameters.Values(), m_rowsExpected});
+                             m_bReadOnly, m_parameters.Values(), m_rowsExpected},
+                            {m_bKeepRows, m_handler, m_sink, m_stop.get_token()});
   if (lRecordsAffected != nullptr) *lRecordsAffected = result.lRecordsAffected;
   return std::move(result.recordset);
 }

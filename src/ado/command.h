@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 #include "ado/connection.h"
 #include "ado/parameters.h"
@@ -35,6 +36,7 @@ class Command final : public platform::Command {
   void KeepRows(platform::Boolean bKeep) override { m_bKeepRows = bKeep; }
   void OnRows(platform::RowsHandler handler) override { m_handler = std::move(handler); }
   void Sink(platform::RowSink sink) override { m_sink = std::move(sink); }
+  void Cancel() override { m_stop.request_stop(); }
   /// Fails with failure::kObjectNotSet without a connection, with kObjectClosed on a closed one.
   platform::RecordsetPtr Execute(platform::Long* lRecordsAffected = nullptr,
                                  platform::Long lOptions = platform::kOptionUnspecified) override;
@@ -50,6 +52,7 @@ class Command final : public platform::Command {
   platform::Boolean m_bKeepRows = false;
   platform::RowsHandler m_handler;
   platform::RowSink m_sink;
+  std::stop_source m_stop;  // of the statement that runs
 };
 
 }  // namespace orvane::ado

@@ -44,6 +44,24 @@ std::shared_ptr<Provider> FindProvider(ProviderSource* providers,
   return provider;
 }
 
+/// Stops as soon as one of two stops.
+class EitherStop {
+ public:
+  EitherStop(std::stop_token one, std::stop_token other)
+      : m_one(std::move(one), Request{m_both}), m_other(std::move(other), Request{m_both}) {}
+  std::stop_token Token() const { return m_both.get_token(); }
+
+ private:
+  struct Request {
+    std::stop_source& both;
+    void operator()() const { both.request_stop(); }
+  };
+
+  std::stop_source m_both;
+  std::stop_callback<Request> m_one;
+  std::stop_callback<Request> m_other;
+};
+
 bool ServerSelectionDisabled(const ConnectionSettings& settings) {
   const Text sValue = settings.Find(kDisableServerSelection).value_or("");
   if (sValue.empty()) return false;
@@ -156,23 +174,54 @@ platform::RecordsetPtr Connection::OpenSchema(platform::SchemaNumber schema,
   return recordset;
 }
 
-StatementResult Connection::Execute(const Statement& statement) {
+StatementResult Connection::Execute(Statement statement, FetchWishes wishes) {
   RequireOpen();
+  const auto fetch = std::make_shared<Fetch>(std::move(wishes), m_services.budget);
+  statement.rows = fetch;
   StatementResult result;
-  RunLong("Running the statement",
-          [&](std::stop_token stop) { result = m_session->Execute(statement, std::move(stop)); });
+  try {
+    RunLong(
+        "Running the statement",
+        [&](std::stop_token stop) {
+          const EitherStop either(std::move(stop), fetch->Stop());
+          result = m_session->Execute(statement, either.Token());
+        },
+        [&] { return fetch->Show(); });
+    fetch->RethrowCallers();
+  } catch (...) {
+    fetch->KeepOrRethrow(statement);
+  }
+  if (auto rs = fetch->Recordset()) result.recordset = std::move(rs);
   return result;
 }
 
 // Where the host has no long operations the work is done where it is called, and cannot be stopped.
-void Connection::RunLong(const Text& sWhat, const std::function<void(std::stop_token)>& work) {
-  TellingMemory(
-      [&] { m_services.longOperation ? m_services.longOperation->Run(sWhat, work) : work({}); });
+void Connection::RunLong(const Text& sWhat, const std::function<void(std::stop_token)>& work,
+                         const std::function<bool()>& tick) {
+  m_bRunning = true;
+  const struct Ended {
+    bool& bRunning;
+    ~Ended() { bRunning = false; }
+  } ended{m_bRunning};
+  TellingMemory([&] {
+    if (!m_services.longOperation) {
+      work({});
+    } else if (tick) {
+      m_services.longOperation->RunShown(sWhat, work, tick);
+    } else {
+      m_services.longOperation->Run(sWhat, work);
+    }
+  });
 }
 
 void Connection::RequireOpen() const {
   if (m_session == nullptr) {
     throw Failure(failure::kObjectClosed, "The connection is closed: open it first.");
+  }
+  if (m_bRunning) {
+    throw Failure(failure::kBusy,
+                  "The connection is still running a statement: wait until it is done, or cancel "
+                  "it.");
   }
 }
 

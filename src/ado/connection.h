@@ -9,6 +9,7 @@
 
 #include "ado/connection_properties.h"
 #include "ado/connection_review.h"
+#include "ado/fetch.h"
 #include "ado/logon_prompt.h"
 #include "ado/provider_source.h"
 #include "platform/long_operation.h"
@@ -23,6 +24,8 @@ struct ConnectionServices {
   std::shared_ptr<LogonPrompt> prompt;
   std::shared_ptr<platform::LongOperation> longOperation;
   std::shared_ptr<ConnectionReview> review = {};
+  /// For the rows of all recordsets of the program; none bounds nothing.
+  std::shared_ptr<MemoryBudget> budget = {};
 };
 
 class Connection final : public platform::Connection {
@@ -44,20 +47,24 @@ class Connection final : public platform::Connection {
   platform::RecordsetPtr OpenSchema(platform::SchemaNumber schema,
                                     std::span<const platform::Value> vtRestrictions = {}) override;
 
-  /// Runs one statement; fails with failure::kObjectClosed when closed.
-  StatementResult Execute(const Statement& statement);
+  /// Runs one statement; fails with failure::kObjectClosed when closed, with kBusy while another
+  /// call has not returned. The recordset is never null.
+  StatementResult Execute(Statement statement, FetchWishes wishes = {});
 
  private:
+  /// Open, and no other call runs.
   void RequireOpen() const;
   void RequireClosed() const;
   void AskForLogon(LogonRequest& logon);
-  void RunLong(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work);
+  void RunLong(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work,
+               const std::function<bool()>& tick = {});
 
   ConnectionServices m_services;
   platform::Text m_sConnectionString;
   std::shared_ptr<Provider> m_provider;
   ConnectionProperties m_properties;
   std::unique_ptr<Session> m_session;
+  bool m_bRunning = false;  // a call of the session
 };
 
 }  // namespace orvane::ado

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ado/column.h"
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
@@ -14,16 +15,6 @@ using platform::ParameterPtr;
 using platform::Text;
 namespace failure = platform::failure;
 
-namespace {
-
-std::size_t LengthOf(const platform::Value& vtValue) {
-  if (const auto* sText = vtValue.As<Text>()) return sText->size();
-  if (const auto* bytes = vtValue.As<platform::Bytes>()) return bytes->size();
-  return 0;
-}
-
-}  // namespace
-
 Parameter::Parameter(Text sName, platform::DataType type, Long lSize,
                      const platform::Value& vtValue)
     : m_sName(std::move(sName)), m_type(type), m_lSize(lSize) {
@@ -35,7 +26,7 @@ void Parameter::Value(const platform::Value& vtValue) {
     throw Failure(failure::kTypeMismatch,
                   "A parameter cannot hold an object: give it a plain value.");
   }
-  if (m_lSize > 0 && LengthOf(vtValue) > static_cast<std::size_t>(m_lSize)) {
+  if (m_lSize > 0 && TextBytes(vtValue) > static_cast<std::size_t>(m_lSize)) {
     throw Failure(failure::kInvalidArgument, "The value of the parameter \"" + m_sName +
                                                  "\" is longer than " + std::to_string(m_lSize) +
                                                  " bytes: shorten it.");

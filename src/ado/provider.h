@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ado/connection_settings.h"
+#include "ado/row_receiver.h"
 #include "platform/ado/connection.h"
 
 namespace orvane::ado {
@@ -32,10 +33,12 @@ struct Statement {
   std::vector<platform::Value> parameters{};
   /// What the statement must change to be kept; see platform::Command::RowsExpected.
   std::optional<platform::RowIndex> rowsExpected{};
+  /// Takes the rows. Without one the session gives them in a recordset of its own.
+  std::shared_ptr<RowReceiver> rows{};
 };
 
 struct StatementResult {
-  platform::RecordsetPtr recordset;  ///< never null
+  platform::RecordsetPtr recordset;  ///< null when the rows went to the statement's receiver
   platform::Long lRecordsAffected = 0;
 };
 

@@ -1,6 +1,9 @@
 #include "ado/recordset_builder.h"
 
+#include <utility>
+
 #include "ado/columnar_recordset.h"
+#include "ado/row_receiver.h"
 #include "platform/failure.h"
 
 namespace orvane::ado {
@@ -25,33 +28,37 @@ void RequireRowOf(std::size_t columns, std::span<const platform::Value> vtValues
 }
 
 RecordsetBuilder::RecordsetBuilder(std::vector<ColumnDescription> columns)
-    : m_descriptions(std::move(columns)), m_columns(m_descriptions.size()) {}
+    : m_block(columns.size()) {
+  m_rows = std::make_shared<FetchedRows>(std::move(columns), RowStorage{});
+}
 
 void RecordsetBuilder::AppendRow(std::span<const platform::Value> vtValues) {
   // Refused before the first cell is in, so that all columns stay equally long.
-  RequireRowOf(m_columns.size(), vtValues);
-  for (std::size_t i = 0; i < vtValues.size(); ++i) m_columns[i].AppendValue(vtValues[i]);
+  RequireRowOf(m_block.size(), vtValues);
+  for (std::size_t i = 0; i < vtValues.size(); ++i) {
+    m_block[i].AppendValue(vtValues[i]);
+    m_bytes += TextBytes(vtValues[i]);
+  }
+  if (m_block.empty()) return;
+  if (m_bytes >= kBytesInBlock ||
+      m_block.front().RowCount() == static_cast<platform::RowIndex>(kRowsInBlock)) {
+    EndBlock();
+  }
 }
 
-std::size_t RecordsetBuilder::Bytes() const {
-  std::size_t bytes = 0;
-  for (const Column& column : m_columns) bytes += column.Bytes();
-  return bytes;
+void RecordsetBuilder::EndBlock() {
+  m_rows->Append(m_block);
+  for (Column& column : m_block) column.Clear();
+  m_bytes = 0;
 }
 
 platform::RecordsetPtr RecordsetBuilder::Finish(platform::Boolean bTruncated,
                                                 std::chrono::microseconds elapsed) {
-  for (std::size_t i = 0; i < m_columns.size(); ++i) {
-    m_columns[i].Seal();
-    if (m_descriptions[i].type == platform::DataType::Empty) {
-      m_descriptions[i].type = m_columns[i].FittingType();
-    }
-  }
-  auto recordset = std::make_shared<ColumnarRecordset>(std::move(m_descriptions),
-                                                       std::move(m_columns), bTruncated, elapsed);
-  m_descriptions.clear();
-  m_columns.clear();
-  return recordset;
+  EndBlock();
+  m_rows->End(bTruncated ? platform::FetchState::Truncated : platform::FetchState::Complete,
+              elapsed);
+  m_block.clear();
+  return std::make_shared<ColumnarRecordset>(std::exchange(m_rows, nullptr));
 }
 
 }  // namespace orvane::ado

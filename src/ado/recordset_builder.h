@@ -1,6 +1,6 @@
-// How a provider makes a recordset: name the columns, append rows, finish.
-// Rows go in either whole (AppendRow) or cell by cell through the columns, which is the fast way;
-// then every column gets exactly one cell a row. One thread at a time.
+// How a recordset is made of rows that are at hand: name the columns, append rows, finish. Rows of
+// a statement go to a RowReceiver instead. Used by providers for schema rowsets; one thread at a
+// time.
 #pragma once
 
 #include <chrono>
@@ -9,18 +9,9 @@
 #include <span>
 #include <vector>
 
-#include "ado/column.h"
-#include "platform/ado/recordset.h"
+#include "ado/fetched_rows.h"
 
 namespace orvane::ado {
-
-/// A column before it has rows.
-struct ColumnDescription {
-  platform::Text sName;
-  /// Empty leaves the type to the values that come.
-  platform::DataType type = platform::DataType::Empty;
-  platform::Boolean bNullable = true;
-};
 
 /// Fails with failure::kTypeMismatch for an object, which no recordset holds.
 void RequirePlain(const platform::Value& vtValue);
@@ -33,16 +24,10 @@ class RecordsetBuilder {
   explicit RecordsetBuilder(std::vector<ColumnDescription> columns);
 
   platform::ColumnIndex ColumnCount() const {
-    return static_cast<platform::ColumnIndex>(m_columns.size());
+    return static_cast<platform::ColumnIndex>(m_block.size());
   }
   platform::RowIndex RowCount() const {
-    return m_columns.empty() ? 0 : m_columns.front().RowCount();
-  }
-  /// Memory that the rows take.
-  std::size_t Bytes() const;
-  /// Takes the cells of one column. The reference lives until Finish.
-  Column& ColumnAt(platform::ColumnIndex column) {
-    return m_columns[static_cast<std::size_t>(column)];
+    return m_block.empty() ? 0 : m_rows->RowCount() + m_block.front().RowCount();
   }
   /// Appends one row; fails with failure::kInvalidArgument unless there is a value for each
   /// column. Kinds are kept as they are given.
@@ -56,8 +41,11 @@ class RecordsetBuilder {
                                 std::chrono::microseconds elapsed = {});
 
  private:
-  std::vector<ColumnDescription> m_descriptions;
-  std::vector<Column> m_columns;
+  void EndBlock();
+
+  std::shared_ptr<FetchedRows> m_rows;
+  std::vector<Column> m_block;
+  std::size_t m_bytes = 0;  // of texts in the block
 };
 
 }  // namespace orvane::ado

@@ -3,15 +3,19 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <limits>
+#include <stdexcept>
 #include <utility>
 
 namespace orvane::ado {
 namespace {
 
-constexpr std::size_t kSmallestBlock = 256;
-constexpr std::size_t kLargestBlock = std::size_t{64} * 1024;
-// From so many distinct texts on, the texts must repeat at least once each on average.
-constexpr std::size_t kTrial = 4096;
+// From so many distinct texts on, in all blocks so far, the texts must repeat at least once each on
+// average.
+constexpr std::uint64_t kTrial = 4096;
+// Room that a cleared pool keeps.
+constexpr std::size_t kMostKept = std::size_t{4} << 20;
+constexpr std::size_t kFewestSlots = 64;
 
 // Tags and states are short texts: those of up to 16 bytes are read in two words, which overlap.
 std::uint32_t HashOf(std::string_view sText) {
@@ -40,12 +44,13 @@ std::uint32_t HashOf(std::string_view sText) {
 TextPool::Code TextPool::Find(std::string_view sText) {
   if (!m_bInterning) return Store(sText);
   ++m_lookups;
-  if (m_entries.size() >= kTrial && m_entries.size() * 2 > m_lookups) {
-    Seal();
+  if (m_distinct >= kTrial && m_distinct * 2 > m_lookups) {
+    m_bInterning = false;
+    m_index = {};
     return Store(sText);
   }
   // At most every second slot is taken, so that a search is short, and ends.
-  if ((m_entries.size() + 1) * 2 > m_index.size()) GrowIndex();
+  if ((m_ends.size() + 1) * 2 > m_index.size()) GrowIndex();
   const std::uint32_t hash = HashOf(sText);
   const std::size_t mask = m_index.size() - 1;
   for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
@@ -53,33 +58,27 @@ TextPool::Code TextPool::Find(std::string_view sText) {
     if (slot.codePlusOne == 0) {
       const Code code = Store(sText);
       slot = {hash, code + 1};
+      ++m_distinct;
       return code;
     }
-    if (slot.hash == hash && detail::Same(m_entries[slot.codePlusOne - 1], sText)) {
+    if (slot.hash == hash && detail::Same(At(slot.codePlusOne - 1), sText)) {
       return slot.codePlusOne - 1;
     }
   }
 }
 
 TextPool::Code TextPool::Store(std::string_view sText) {
-  if (sText.size() > m_room) {
-    m_blockSize = std::clamp(m_blockSize * 2, kSmallestBlock, kLargestBlock);
-    const std::size_t size = std::max(m_blockSize, sText.size());
-    m_blocks.push_back(std::make_unique_for_overwrite<char[]>(size));
-    m_blockBytes += size;
-    m_free = m_blocks.back().get();
-    m_room = size;
+  if (sText.size() > std::numeric_limits<std::uint32_t>::max() - m_bytes.size()) {
+    throw std::length_error("text pool");
   }
-  if (!sText.empty()) std::memcpy(m_free, sText.data(), sText.size());
-  m_entries.emplace_back(m_free, sText.size());
-  m_free += sText.size();
-  m_room -= sText.size();
-  return static_cast<Code>(m_entries.size() - 1);
+  m_bytes.insert(m_bytes.end(), sText.begin(), sText.end());
+  m_ends.push_back(static_cast<std::uint32_t>(m_bytes.size()));
+  return static_cast<Code>(m_ends.size() - 1);
 }
 
 void TextPool::GrowIndex() {
-  const std::vector<Slot> old =
-      std::exchange(m_index, std::vector<Slot>(std::max<std::size_t>(64, m_index.size() * 2)));
+  const std::vector<Slot> old = std::exchange(
+      m_index, std::vector<Slot>(std::max<std::size_t>(kFewestSlots, m_index.size() * 2)));
   const std::size_t mask = m_index.size() - 1;
   for (const Slot& slot : old) {
     if (slot.codePlusOne == 0) continue;
@@ -89,9 +88,12 @@ void TextPool::GrowIndex() {
   }
 }
 
-void TextPool::Seal() {
-  m_bInterning = false;
-  m_index = {};
+void TextPool::Clear() {
+  if (m_bytes.capacity() > kMostKept) m_bytes = {};
+  m_bytes.clear();
+  m_ends.clear();
+  std::fill(m_index.begin(), m_index.end(), Slot{});
+  m_last = 0;
 }
 
 }  // namespace orvane::ado

@@ -1,12 +1,11 @@
-// The distinct texts (and other byte strings) of one column, each kept once and known by a
-// number. A column whose texts hardly repeat stops looking for repetitions and only stores.
-// Used by the columns of a recordset; one thread at a time.
+// The distinct texts (and other byte strings) of one column of a block, each kept once and known by
+// a number. A column whose texts hardly repeat stops looking for repetitions and only stores.
+// Used by the columns of a block while it is filled; one thread at a time.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -37,20 +36,29 @@ class TextPool {
  public:
   using Code = std::uint32_t;
 
-  /// The number of the text, which is copied when it is new.
+  /// The number of the text, which is copied when it is new. Fails with std::length_error for more
+  /// bytes than 32 bits count.
   Code Intern(std::string_view sText) {
-    if (m_last < m_entries.size() && detail::Same(m_entries[m_last], sText)) return m_last;
+    if (m_last < m_ends.size() && detail::Same(At(m_last), sText)) return m_last;
     return m_last = Find(sText);
   }
-  /// Lives as long as the pool.
-  std::string_view At(Code code) const { return m_entries[code]; }
+  /// Lives until the next Intern.
+  std::string_view At(Code code) const {
+    const std::uint32_t begin = code == 0 ? 0 : m_ends[code - 1];
+    return {m_bytes.data() + begin, m_ends[code] - begin};
+  }
   /// Memory taken.
   std::size_t Bytes() const {
-    return m_blockBytes + m_entries.capacity() * sizeof(std::string_view) +
+    return m_bytes.capacity() + m_ends.capacity() * sizeof(std::uint32_t) +
            m_index.capacity() * sizeof(Slot);
   }
-  /// Gives back what only Intern needs; Intern may still be called, and then only stores.
-  void Seal();
+  /// Of each text in the order of the numbers where it ends in Content.
+  const std::vector<std::uint32_t>& Ends() const { return m_ends; }
+  /// All texts, one behind the other.
+  const std::vector<char>& Content() const { return m_bytes; }
+  /// Takes all texts away and keeps their room, unless that is large, and what was learnt about
+  /// their repeating.
+  void Clear();
 
  private:
   struct Slot {
@@ -62,14 +70,11 @@ class TextPool {
   Code Store(std::string_view sText);
   void GrowIndex();
 
-  std::vector<std::string_view> m_entries;
-  std::vector<std::unique_ptr<char[]>> m_blocks;
-  char* m_free = nullptr;
-  std::size_t m_room = 0;
-  std::size_t m_blockSize = 0;
-  std::size_t m_blockBytes = 0;  // of all blocks
+  std::vector<char> m_bytes;
+  std::vector<std::uint32_t> m_ends;
   std::vector<Slot> m_index;
-  std::uint64_t m_lookups = 0;
+  std::uint64_t m_lookups = 0;   // in all blocks
+  std::uint64_t m_distinct = 0;  // of those the ones that found nothing
   Code m_last = 0;
   bool m_bInterning = true;
 };

@@ -1,5 +1,6 @@
 #include "files/descriptor.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -73,6 +74,17 @@ int WriteAt(const Descriptor& file, std::size_t nFrom, std::string_view sBytes) 
     if (n < 0) return errno;
     sBytes.remove_prefix(static_cast<std::size_t>(n));
     nFrom += static_cast<std::size_t>(n);
+  }
+  return 0;
+}
+
+int Reserve(const Descriptor& file, std::size_t nFrom, std::size_t nBytes) {
+  const FileSizeSignalHold hold;
+  // Not posix_fallocate, which writes to a file system that has no such call.
+  while (fallocate(file.Get(), 0, static_cast<off_t>(nFrom), static_cast<off_t>(nBytes)) != 0) {
+    if (errno == EINTR) continue;
+    if (errno != EOPNOTSUPP && errno != ENOSYS) return errno;
+    return ftruncate(file.Get(), static_cast<off_t>(nFrom + nBytes)) == 0 ? 0 : errno;
   }
   return 0;
 }

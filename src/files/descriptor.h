@@ -35,6 +35,11 @@ int ReadAt(const Descriptor& file, std::size_t nFrom, std::size_t nBytes, platfo
 /// an error like a full disk and ends no process.
 int WriteAt(const Descriptor& file, std::size_t nFrom, std::string_view sBytes);
 
+/// Takes room on the disk for that many bytes from a place on, so that writing them cannot find the
+/// disk full; the file is as long then. Where the file system cannot do that the file is only made
+/// as long. Returns 0 or the error number, as WriteAt does.
+int Reserve(const Descriptor& file, std::size_t nFrom, std::size_t nBytes);
+
 bool IsSameFile(const struct stat& a, const struct stat& b) noexcept;
 
 /// True when the file is still the one under that name.

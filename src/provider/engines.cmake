@@ -4,6 +4,7 @@ list(APPEND PROVIDER_SOURCES
   engines/sqlite/sqlite_attachments.cpp
   engines/sqlite/sqlite_engine.cpp
   engines/sqlite/sqlite_errors.cpp
+  engines/sqlite/sqlite_fetch.cpp
   engines/sqlite/sqlite_files.cpp
   engines/sqlite/sqlite_functions.cpp
   engines/sqlite/sqlite_handle.cpp

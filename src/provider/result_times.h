@@ -1,12 +1,12 @@
-// Gives the columns of a result that hold times the type in which the connection shows times.
-// Used by a session behind every statement; one thread at a time.
+// Gives the columns of a result that hold times the type in which the connection shows times, block
+// by block on their way to whoever takes the rows.
+// Put by a session before the receiver of every statement; on the thread of the statement.
 #pragma once
 
-#include <cstddef>
-#include <stop_token>
+#include <memory>
 #include <vector>
 
-#include "platform/ado/recordset.h"
+#include "ado/row_receiver.h"
 #include "provider/dialect/translator.h"
 
 namespace orvane::provider {
@@ -17,18 +17,31 @@ struct TimeDisplay {
   zones::TimeZone zone;
 };
 
-/// How long and how large a result may become.
-struct ResultLimits {
-  std::size_t maxBytes = 0;  ///< 0 is no limit
-  std::stop_token stop{};
-};
+/// Numbers in columns of times become timestamps, those that the engine takes for times in columns
+/// that mix numbers again, and timestamps days where they are shown so.
+class ShownTimes final : public ado::RowReceiver {
+ public:
+  ShownTimes(std::shared_ptr<ado::RowReceiver> rows, std::vector<dialect::Content> contents,
+             TimeDisplay display)
+      : m_rows(std::move(rows)), m_contents(std::move(contents)), m_display(std::move(display)) {}
 
-/// The recordset itself when nothing is to be done. Otherwise one in which numbers in columns of
-/// times are timestamps, those that the engine takes for times in columns that mix are numbers
-/// again, and timestamps are days where they are shown so. Fails with failure::kCancelled and with
-/// ado::OutOfMemory.
-platform::RecordsetPtr WithShownTimes(platform::RecordsetPtr rs,
-                                      const std::vector<dialect::Content>& contents,
-                                      const TimeDisplay& display, const ResultLimits& limits);
+  void Begin(std::vector<ado::ColumnDescription> columns, platform::Boolean bReads) override;
+  void Take(std::span<ado::Column> block) override;
+  void End(platform::Boolean bTruncated) override { m_rows->End(bTruncated); }
+  std::atomic<bool>& Wanted() override { return m_rows->Wanted(); }
+
+ private:
+  enum class Change : std::uint8_t { None, ToTimes, ToDays, ToNumbers };
+
+  static Change ChangeOf(platform::DataType type, dialect::Content content, bool bTimeAsDouble);
+  static platform::DataType Changed(platform::DataType type, Change change);
+  platform::Value Changed(platform::Value vtValue, Change change) const;
+
+  std::shared_ptr<ado::RowReceiver> m_rows;
+  std::vector<dialect::Content> m_contents;
+  TimeDisplay m_display;
+  std::vector<Change> m_changes;  // by column
+  ado::Column m_changed;
+};
 
 }  // namespace orvane::provider

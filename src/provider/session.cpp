@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "ado/out_of_memory.h"
+#include "ado/recordset_builder.h"
+#include "ado/row_collector.h"
 #include "platform/failure.h"
 #include "provider/dialect/statement_parameters.h"
 #include "provider/historian/data_folder.h"
@@ -105,17 +107,19 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   toRun.bReadOnly = statement.bReadOnly;
   toRun.rowsExpected = statement.rowsExpected;
   toRun.maxBytes = m_options.StatementMemory();
-  toRun.shape = [columns = std::move(translation.columns), bDouble = m_options.TimeAsDouble(),
-                 zone = m_options.TimeZone(), maxBytes = toRun.maxBytes, stop](RecordsetPtr rs) {
-    return WithShownTimes(std::move(rs), columns, {bDouble, zone}, {maxBytes, stop});
-  };
+  const auto held = statement.rows ? nullptr
+                                   : std::make_shared<ado::RowCollector>(ado::RowStorage{
+                                         std::make_shared<ado::MemoryBudget>(toRun.maxBytes)});
+  toRun.rows = std::make_shared<ShownTimes>(
+      statement.rows ? statement.rows : held, std::move(translation.columns),
+      TimeDisplay{m_options.TimeAsDouble(), m_options.TimeZone()});
   auto result = RunPatiently(m_session, std::move(toRun), stop, m_place.patience);
   if (!result) {
     // What was left to end by itself keeps the session that it runs on.
     m_session = m_place.engine->Open({}, {});
     throw Failure(failure::kCancelled, "The statement was cancelled.");
   }
-  return {std::move(result->recordset), result->lRecordsAffected};
+  return {held ? held->Recordset() : nullptr, result->lRecordsAffected};
 }
 
 void HistorianSession::RunCatalogStatement(const dialect::CatalogStatement& statement,

@@ -13,8 +13,8 @@ namespace orvane::provider {
 
 /// What the statement gives or fails with. None when its stop was requested and it did not end
 /// within the patience from then: it is left to end by itself and changes nothing, and the session
-/// is its own, not to be used again. A change that is being made for good is waited for, since
-/// only its end tells what happened.
+/// is its own, not to be used again, and the receiver of its rows gets no more. A change that is
+/// being made for good is waited for, since only its end tells what happened.
 std::optional<engines::EngineResult> RunPatiently(std::shared_ptr<engines::EngineSession> session,
                                                   engines::EngineStatement statement,
                                                   std::stop_token stop,

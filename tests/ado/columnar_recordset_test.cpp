@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "ado/recordset_builder.h"
 #include "tests/ado/failure_of.h"
 
 namespace orvane::ado {
@@ -138,10 +139,9 @@ TEST(ColumnarRecordset, reaches_each_of_a_million_rows_by_number) {
   RecordsetBuilder builder({{"Tag"}, {"Time"}, {"Value"}, {"Status"}});
   constexpr platform::RowIndex kRows = 1'000'000;
   for (platform::RowIndex row = 0; row < kRows; ++row) {
-    builder.ColumnAt(0).AppendText(row % 2 == 0 ? "pump" : "valve");
-    builder.ColumnAt(1).AppendTimestamp(platform::Timestamp(std::chrono::microseconds(row)));
-    builder.ColumnAt(2).AppendDouble(static_cast<double>(row) / 4);
-    builder.ColumnAt(3).AppendLongLong(-row);
+    builder.AppendRow({row % 2 == 0 ? "pump" : "valve",
+                       platform::Timestamp(std::chrono::microseconds(row)),
+                       static_cast<double>(row) / 4, -row});
   }
   const auto rs = builder.Finish();
   ASSERT_EQ(rs->RecordCount(), kRows);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <thread>
@@ -35,6 +36,8 @@ struct Journal {
   std::function<void(std::stop_token)> duringOpen = [](std::stop_token) {};
   std::function<void(std::stop_token)> duringExecute = [](std::stop_token) {};
   std::function<void()> duringClose = [] {};
+  /// When set, what a statement does with whoever takes its rows.
+  std::function<void(ado::RowReceiver&, const std::stop_token&)> runs{};
 };
 
 class FakeSession final : public ado::Session {
@@ -44,6 +47,10 @@ class FakeSession final : public ado::Session {
 
   ado::StatementResult Execute(const ado::Statement& statement, std::stop_token stop) override {
     m_journal.statement = statement;
+    if (m_journal.runs) {
+      m_journal.runs(*statement.rows, stop);
+      return {nullptr, 7};
+    }
     m_journal.duringExecute(std::move(stop));
     ado::RecordsetBuilder builder({{"A"}});
     builder.AppendRow({1});
@@ -118,22 +125,30 @@ class FakePrompt final : public ado::LogonPrompt {
 class FakeLongOperation final : public platform::LongOperation {
  public:
   void Run(const Text& sWhat, const std::function<void(std::stop_token)>& work) override {
+    RunShown(sWhat, work, [] { return false; });
+  }
+  void RunShown(const Text& sWhat, const std::function<void(std::stop_token)>& work,
+                const std::function<bool()>& tick) override {
     what.push_back(sWhat);
     std::exception_ptr failed;
+    std::atomic<bool> bDone = false;
     std::jthread worker([&](std::stop_token stop) {
       try {
         work(std::move(stop));
       } catch (...) {
         failed = std::current_exception();
       }
+      bDone = true;
     });
     if (bCancel) worker.request_stop();
+    for (; !bDone; std::this_thread::yield()) bShown = tick();
     worker.join();
     if (failed) std::rethrow_exception(failed);
   }
 
   std::vector<Text> what;
   bool bCancel = false;
+  bool bShown = false;  ///< what the last tick said
 };
 
 /// Waits for the stop and ends the way an engine does.

@@ -42,7 +42,8 @@ TEST(RecordsetBuilder, a_refused_object_leaves_no_half_row) {
               builder.AppendRow({1, std::make_shared<platform::Object>()});
             }).lNumber,
             platform::failure::kTypeMismatch);
-  EXPECT_EQ(builder.ColumnAt(0).RowCount(), 0);
+  EXPECT_EQ(builder.RowCount(), 0);
+  EXPECT_EQ(builder.Finish()->RecordCount(), 0);
 }
 
 TEST(RecordsetBuilder, takes_the_type_of_an_undescribed_column_from_its_values) {

@@ -70,11 +70,30 @@ TEST(TextPool, tells_the_memory_that_it_takes) {
   EXPECT_EQ(pool.Bytes(), bytes);
 }
 
-TEST(TextPool, keeps_its_texts_when_sealed) {
+TEST(TextPool, begins_anew_when_cleared) {
   TextPool pool;
-  const auto code = pool.Intern("kept");
-  pool.Seal();
-  EXPECT_EQ(pool.At(code), "kept");
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_EQ(pool.Intern("one"), 0U);
+    EXPECT_EQ(pool.Intern("two"), 1U);
+    EXPECT_EQ(pool.Intern("one"), 0U);
+    EXPECT_EQ(pool.At(1), "two");
+    EXPECT_EQ(pool.Ends(), (std::vector<std::uint32_t>{3, 6}));
+    EXPECT_EQ(std::string(pool.Content().begin(), pool.Content().end()), "onetwo");
+    pool.Clear();
+    EXPECT_TRUE(pool.Ends().empty());
+  }
+}
+
+TEST(TextPool, remembers_over_clearing_that_texts_hardly_repeat) {
+  TextPool pool;
+  for (int block = 0; block < 10; ++block) {
+    pool.Clear();
+    for (int i = 0; i < 1000; ++i) pool.Intern(std::to_string(block * 1000 + i));
+  }
+  pool.Clear();
+  EXPECT_EQ(pool.Intern("a"), 0U);
+  EXPECT_EQ(pool.Intern("b"), 1U);
+  EXPECT_EQ(pool.Intern("a"), 2U);
 }
 
 }  // namespace

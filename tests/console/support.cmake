@@ -3,6 +3,7 @@ add_subdirectory(fixtures)
 orvane_test(console_support QT
   LINK orvane_console
   SOURCES
+    app/row_memory_test.cpp
     data_access/data_access_test.cpp
     data_access/log_file_consent_test.cpp
     dialogs/logon_dialog_test.cpp
@@ -26,6 +27,7 @@ orvane_test(console_support QT
     look/tool_tip_test.cpp
     waiting/waiting_fixture.h
     waiting/waiting_panel_test.cpp
+    waiting/waiting_shown_test.cpp
     waiting/waiting_test.cpp
     waiting/waiting_window_test.cpp)
 add_dependencies(console_support_tests fixture_data_access)

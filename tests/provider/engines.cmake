@@ -14,6 +14,7 @@ orvane_test(engines
     engines/sqlite_reading_test.cpp
     engines/sqlite_room_test.cpp
     engines/sqlite_rows_expected_test.cpp
+    engines/sqlite_rows_test.cpp
     engines/sqlite_schema_test.cpp
     engines/sqlite_session_test.cpp
     engines/sqlite_transaction_test.cpp

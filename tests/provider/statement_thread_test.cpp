@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "ado/recordset_builder.h"
+#include "tests/fakes/scripted_rows.h"
 #include "tests/provider/temporary_root.h"
 
 namespace orvane::provider {
@@ -91,6 +92,32 @@ TEST(statement_thread, leaves_one_that_does_not_hear_its_stop_and_lets_it_change
   left.release();
   ended.acquire();
   EXPECT_FALSE(bMayCommit);
+}
+
+TEST(statement_thread, leaves_one_to_itself_and_takes_no_more_of_its_rows) {
+  std::stop_source stop;
+  std::binary_semaphore left(0);
+  std::binary_semaphore ended(0);
+  const auto rows = std::make_shared<tests::ScriptedRows>();
+  engines::EngineStatement statement{"SELECT 1", {}, {}};
+  statement.rows = rows;
+  platform::Text sLate;
+  const auto session = std::make_shared<ScriptedSession>(
+      [&](const engines::EngineStatement& running, const std::stop_token&) {
+        std::vector<ado::Column> block(1);
+        block[0].AppendLong(1);
+        running.rows->Begin({{"a"}}, true);
+        running.rows->Take(block);
+        stop.request_stop();
+        left.acquire();
+        sLate = FailureOf([&] { running.rows->Take(block); });
+        ended.release();
+      });
+  EXPECT_FALSE(RunPatiently(session, std::move(statement), stop.get_token(), 0ms).has_value());
+  left.release();
+  ended.acquire();
+  EXPECT_EQ(sLate, "3712: The statement was cancelled.");
+  EXPECT_EQ(rows->Recordset()->RecordCount(), 1);
 }
 
 TEST(statement_thread, waits_for_a_change_that_is_being_made_for_good) {

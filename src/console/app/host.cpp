@@ -33,7 +33,8 @@ std::vector<Text> TextsOf(const DocumentContent& content) {
 
 }  // namespace
 
-Host::Host(const std::optional<std::filesystem::path>& registryFolder)
+Host::Host(const std::optional<std::filesystem::path>& registryFolder,
+           std::optional<std::size_t> rowMemory)
     : m_runtime(component::Registry::Standard(registryFolder)),
       m_boxes(std::make_shared<MessageBoxes>(StandardLog())) {
   m_services.ui = m_boxes;
@@ -42,7 +43,7 @@ Host::Host(const std::optional<std::filesystem::path>& registryFolder)
   m_services.fileVersion = std::make_shared<component::FileVersion>();
   m_services.longOperation = std::make_shared<Waiting>();
   m_dataAccess = std::make_shared<DataAccess>(
-      m_runtime, m_services, std::make_shared<LogonDialogPrompt>(), AskToWriteLogFile);
+      m_runtime, m_services, std::make_shared<LogonDialogPrompt>(), AskToWriteLogFile, rowMemory);
   m_services.objects = m_dataAccess;
 }
 

@@ -18,7 +18,9 @@ class DataAccess;
 class Host {
  public:
   /// With a folder, components registered there are found before those of the user and the system.
-  explicit Host(const std::optional<std::filesystem::path>& registryFolder = {});
+  /// The row memory is what all rows may take; none means a quarter of the machine's.
+  explicit Host(const std::optional<std::filesystem::path>& registryFolder = {},
+                std::optional<std::size_t> rowMemory = {});
   ~Host();
 
   /// What a window works with; the settings outlive it.

@@ -12,6 +12,7 @@
 #include "console/app/appearance.h"
 #include "console/app/display_guard.h"
 #include "console/app/host.h"
+#include "console/app/row_memory.h"
 #include "console/app/threads_end.h"
 #include "console/document/user_settings.h"
 #include "platform/failure.h"
@@ -107,7 +108,8 @@ int main(int argc, char** argv) {
     }
     orvane::console::Host host(arguments.sRegistry.empty()
                                    ? std::nullopt
-                                   : std::optional<std::filesystem::path>(arguments.sRegistry));
+                                   : std::optional<std::filesystem::path>(arguments.sRegistry),
+                               settings ? orvane::console::RowMemory(*settings) : std::nullopt);
     orvane::console::MainWindow window(host.Parts(settings ? &*settings : nullptr));
     // The document says where the window was and how large.
     if (arguments.sDocument.empty() || !window.OpenDocument(arguments.sDocument)) {

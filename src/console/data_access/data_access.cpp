@@ -10,14 +10,17 @@ using platform::Text;
 
 DataAccess::DataAccess(component::Runtime& runtime, const platform::Services& services,
                        std::shared_ptr<ado::LogonPrompt> prompt,
-                       LogFileConsent::Question logFileQuestion)
+                       LogFileConsent::Question logFileQuestion,
+                       std::optional<std::size_t> rowMemory)
     : m_runtime(runtime),
       m_services(services),
       m_optionTexts(std::make_shared<console::OptionTexts>()),
       m_consent(std::make_shared<LogFileConsent>(std::move(logFileQuestion))),
       m_connectionServices{
           std::make_shared<ComponentProviders>(runtime, services, m_optionTexts, m_consent),
-          std::move(prompt), services.longOperation, m_consent} {}
+          std::move(prompt), services.longOperation, m_consent,
+          std::make_shared<ado::MemoryBudget>(
+              rowMemory.value_or(ado::MemoryBudget::QuarterOfMachine()))} {}
 
 platform::ConnectionPtr DataAccess::CreateConnection() {
   return std::make_shared<ado::Connection>(m_connectionServices);

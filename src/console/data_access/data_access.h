@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 
 #include "ado/connection.h"
 #include "component/runtime.h"
@@ -14,11 +15,14 @@ namespace orvane::console {
 class DataAccess : public platform::ObjectFactory {
  public:
   /// The services are handed on to what is made here; their long operation is the one that
-  /// connections wait through. The question is asked about a log file that a document brings.
+  /// connections wait through. The question is asked about a log file that a document brings. The
+  /// row memory is what the rows of all connections may take, in bytes; none means a quarter of the
+  /// machine's.
   /// The runtime must outlive this and all that it made.
   DataAccess(component::Runtime& runtime, const platform::Services& services,
              std::shared_ptr<ado::LogonPrompt> prompt,
-             LogFileConsent::Question logFileQuestion = {});
+             LogFileConsent::Question logFileQuestion = {},
+             std::optional<std::size_t> rowMemory = {});
 
   platform::ConnectionPtr CreateConnection() override;
   platform::CommandPtr CreateCommand() override;

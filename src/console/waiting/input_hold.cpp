@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <algorithm>
 
+#include "platform/long_operation.h"
+
 namespace orvane::console {
 
 namespace {
@@ -43,6 +45,13 @@ bool IsEscape(const QEvent& event) {
          static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape;
 }
 
+bool HasOwnInput(const QObject* object) {
+  for (; object; object = object->parent()) {
+    if (object->property(platform::LongOperation::kOwnInput).toBool()) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 InputHold::InputHold() = default;
@@ -71,7 +80,7 @@ bool InputHold::eventFilter(QObject* watched, QEvent* event) {
   Run& run = **found;
 
   if (IsEscape(*event)) {
-    if (run.panel) run.cancel();
+    if (run.panel || run.bShown) run.cancel();
     return true;
   }
   const bool bOwn = run.panel && run.panel->Contains(watched);
@@ -81,7 +90,7 @@ bool InputHold::eventFilter(QObject* watched, QEvent* event) {
     event->ignore();
     return true;
   }
-  if (bOwn) return false;
+  if (bOwn || (run.bShown && HasOwnInput(watched))) return false;
   // An accepted override makes a shortcut a plain key, which is then held back.
   event->setAccepted(event->type() == QEvent::ShortcutOverride);
   return true;

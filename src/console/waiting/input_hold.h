@@ -1,5 +1,5 @@
 // Holds back the user's input from the whole program while something runs, except from the panel
-// of that run. Used by Waiting; user-interface thread.
+// of that run, or from a window that shows what it fetches. Used by Waiting; user-interface thread.
 #pragma once
 
 #include <QObject>
@@ -20,6 +20,7 @@ class InputHold : public QObject {
     std::function<bool()> isDone;
     std::function<void()> cancel;
     QPointer<WaitingPanel> panel;
+    bool bShown = false;  ///< a window with LongOperation::kOwnInput shows the run instead
   };
 
   InputHold();

@@ -6,6 +6,7 @@
 #include <QThread>
 #include <QTimer>
 #include <algorithm>
+#include <optional>
 
 #include "console/look/window_in_front.h"
 #include "console/waiting/input_hold.h"
@@ -19,6 +20,7 @@ namespace {
 
 /// Nothing is shown or handled for work that ends in less: nobody sees that.
 constexpr auto kUnnoticed = 10ms;
+constexpr auto kBetweenTicks = 20ms;
 
 bool IsUserInterfaceThread() {
   return qobject_cast<QApplication*>(QCoreApplication::instance()) &&
@@ -57,6 +59,12 @@ std::unique_ptr<WaitingWorker> Waiting::TakeWorker() {
 }
 
 void Waiting::Run(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work) {
+  RunShown(sWhat, work, {});
+}
+
+void Waiting::RunShown(const platform::Text& sWhat,
+                       const std::function<void(std::stop_token)>& work,
+                       const std::function<bool()>& tick) {
   if (!IsUserInterfaceThread()) {
     work(WaitingWorker::CurrentStop());
     return;
@@ -66,30 +74,49 @@ void Waiting::Run(const platform::Text& sWhat, const std::function<void(std::sto
   std::unique_ptr<WaitingWorker> worker = TakeWorker();
   std::stop_source stop;
   worker->Start(work, stop.get_token());
-  if (!worker->WaitFor(kUnnoticed)) HandleEventsUntilDone(sWhat, *worker, stop);
+  if (!worker->WaitFor(kUnnoticed)) HandleEventsUntilDone(sWhat, tick, *worker, stop);
   const std::exception_ptr exception = worker->TakeException();
   if (!m_idleWorker) m_idleWorker = std::move(worker);
   if (exception) std::rethrow_exception(exception);
 }
 
-void Waiting::HandleEventsUntilDone(const platform::Text& sWhat, WaitingWorker& worker,
-                                    std::stop_source& stop) {
+void Waiting::HandleEventsUntilDone(const platform::Text& sWhat, const std::function<bool()>& tick,
+                                    WaitingWorker& worker, std::stop_source& stop) {
   InputHold::Run run;
   run.isDone = [&worker] { return worker.IsDone(); };
   run.cancel = [&run, &stop] {
     stop.request_stop();
     if (run.panel) run.panel->ShowCancelling();
   };
-  BusyPointer pointer;
+  std::optional<BusyPointer> pointer;
   QTimer panelTimer;
   panelTimer.setSingleShot(true);
   QObject::connect(&panelTimer, &QTimer::timeout, &panelTimer, [&] {
     run.panel = new WaitingPanel(QString::fromStdString(sWhat), WindowInFront());
     QObject::connect(run.panel, &WaitingPanel::Cancelled, run.panel, run.cancel);
-    pointer.Show();
+    pointer.emplace();
+    pointer->Show();
   });
   panelTimer.start(std::max(m_beforePanel - kUnnoticed, 0ms));
+  bool bInTick = false;
+  const auto tickOnce = [&] {
+    // What the work is done with is shown by its caller, who is about to have it.
+    if (bInTick || worker.IsDone()) return;
+    bInTick = true;
+    run.bShown = tick();
+    bInTick = false;
+    if (!run.bShown) return;
+    panelTimer.stop();
+    delete run.panel;
+    pointer.reset();
+  };
+  QTimer tickTimer;
+  QObject::connect(&tickTimer, &QTimer::timeout, &tickTimer, tickOnce);
   m_hold->Push(run);
+  if (tick) {
+    tickOnce();
+    tickTimer.start(kBetweenTicks);
+  }
   QEventLoop loop;
   worker.QuitWhenDone(&loop);
   loop.exec();

@@ -27,13 +27,16 @@ class Waiting : public platform::LongOperation {
   /// Called on any other thread, or without an application: runs the work where it is called, with
   /// the stop token of the run it is part of.
   void Run(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work) override;
+  /// As Run. While tick returns true there is no panel, and Escape cancels all the same.
+  void RunShown(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work,
+                const std::function<bool()>& tick) override;
   bool IsRunning() const override { return m_iRuns > 0; }
 
  private:
   std::unique_ptr<WaitingWorker> TakeWorker();
 
-  void HandleEventsUntilDone(const platform::Text& sWhat, WaitingWorker& worker,
-                             std::stop_source& stop);
+  void HandleEventsUntilDone(const platform::Text& sWhat, const std::function<bool()>& tick,
+                             WaitingWorker& worker, std::stop_source& stop);
 
   std::chrono::milliseconds m_beforePanel;
   int m_iRuns = 0;  // a run within another one counts too

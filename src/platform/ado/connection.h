@@ -108,7 +108,9 @@ class Parameters {
 using RowSink = std::function<void(const RecordsetPtr& rows)>;
 
 /// Shown the growing recordset on the thread of the caller, a few times a second at most, while
-/// its rows are fetched; the first time as soon as there are rows to be seen.
+/// its rows are fetched; the first time as soon as there are rows to be seen. Rows of a statement
+/// that changes data are not shown before it is done. What it throws ends the statement and is
+/// what its caller gets.
 using RowsHandler = std::function<void(const RecordsetPtr& rs)>;
 
 class Command : public Object {
@@ -144,6 +146,9 @@ class Command : public Object {
   /// Rows go to the sink and are not kept: Execute gives an empty recordset with the fields, whose
   /// State tells how the fetch ended. None, at first, keeps them.
   virtual void Sink(RowSink sink) = 0;
+  /// Ends the statement that this command is running, as the user's own Cancel does; called on the
+  /// caller's thread out of a handler or an event that comes meanwhile. Otherwise does nothing.
+  virtual void Cancel() {}
   /// Runs one statement and fetches its rows. A statement without rows gives an empty recordset
   /// without fields; the rows it changed are told through lRecordsAffected.
   virtual RecordsetPtr Execute(Long* lRecordsAffected = nullptr,

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "ado/row_receiver.h"
 #include "platform/ado/connection.h"
 #include "platform/failure.h"
 
@@ -45,10 +46,12 @@ struct EngineStatement {
   /// How many rows it must change: another number is undone and fails. What triggers change for it
   /// does not count. None lets it change any number.
   std::optional<platform::RowIndex> rowsExpected{};
-  /// Memory that its rows may take, and the engine while it works; 0 is no limit.
+  /// Memory that the engine may take while it works, and the rows that it holds itself; 0 is no
+  /// limit.
   std::size_t maxBytes = 0;
-  /// Gives the rows their last shape; what it fails with leaves nothing changed.
-  std::function<platform::RecordsetPtr(platform::RecordsetPtr)> shape{};
+  /// Takes the rows, the last of them before a change is made for good; what it fails with leaves
+  /// nothing changed. Without one they are given in a recordset.
+  std::shared_ptr<ado::RowReceiver> rows{};
   /// Asked when all is done, right before a change is made for good; false leaves nothing changed.
   std::function<bool()> mayCommit{};
   std::vector<StatementFunction> functions{};  ///< known to this statement only
@@ -74,7 +77,8 @@ inline platform::Failure UnexpectedRows(platform::RowIndex rows, platform::RowIn
 }
 
 struct EngineResult {
-  platform::RecordsetPtr recordset;  ///< never null; without fields when there is no rowset
+  /// Without fields when there is no rowset; null when the rows went to the statement's receiver.
+  platform::RecordsetPtr recordset;
   platform::Long lRecordsAffected = 0;
 };
 

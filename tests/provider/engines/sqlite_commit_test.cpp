@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "provider/deadline.h"
+#include "tests/fakes/scripted_rows.h"
 #include "tests/provider/engines/database_folder.h"
 
 namespace orvane::provider::engines {
@@ -26,6 +27,7 @@ class SqliteCommitTest : public tests::DatabaseFolder {
   Value Count() { return One(*m_session, "SELECT count(*) FROM t"); }
 
   std::stop_source m_stop;
+  std::shared_ptr<tests::ScriptedRows> m_rows = std::make_shared<tests::ScriptedRows>();
   SqlCall m_call;
   Catalog m_catalog;
   std::unique_ptr<EngineSession> m_session;
@@ -46,10 +48,10 @@ TEST_F(SqliteCommitTest, a_stop_in_the_last_step_takes_the_change_of_a_catalog_b
 
 TEST_F(SqliteCommitTest, a_stop_behind_the_last_row_takes_the_change_back) {
   EngineStatement statement{"INSERT INTO t VALUES (1) RETURNING a", {}, {}};
-  statement.shape = [&](platform::RecordsetPtr rs) {
-    EXPECT_EQ(rs->RecordCount(), 1);
+  statement.rows = m_rows;
+  m_rows->onEnd = [&] {
+    EXPECT_EQ(m_rows->Recordset()->RecordCount(), 1);
     m_stop.request_stop();
-    return rs;
   };
   EXPECT_EQ(Fails(statement), m_cancelled);
   EXPECT_EQ(Count(), Value(std::int64_t{0}));
@@ -59,12 +61,12 @@ TEST_F(SqliteCommitTest, a_time_out_behind_the_last_row_takes_the_change_back) {
   EngineStatement statement{"INSERT INTO t VALUES (1)", {}, {}};
   EXPECT_EQ(FailureOf([&] {
               Deadline({}, std::chrono::milliseconds(1)).Run([&](const std::stop_token& stop) {
-                statement.shape = [stop](platform::RecordsetPtr rs) {
+                statement.rows = m_rows;
+                m_rows->onEnd = [stop] {
                   std::mutex mutex;
                   std::condition_variable_any woken;
                   std::unique_lock lock(mutex);
                   woken.wait(lock, stop, [] { return false; });
-                  return rs;
                 };
                 m_session->Run(statement, stop);
               });
@@ -73,15 +75,12 @@ TEST_F(SqliteCommitTest, a_time_out_behind_the_last_row_takes_the_change_back) {
   EXPECT_EQ(Count(), Value(std::int64_t{0}));
 }
 
-TEST_F(SqliteCommitTest, rows_that_cannot_be_shaped_take_the_change_back) {
+TEST_F(SqliteCommitTest, rows_that_nobody_can_take_take_the_change_back) {
   EngineStatement statement{"INSERT INTO t VALUES (1) RETURNING a", {}, {}};
-  statement.shape = [](const platform::RecordsetPtr&) -> platform::RecordsetPtr {
-    throw platform::Failure(failure::kStorage, "There is no memory.");
-  };
+  statement.rows = m_rows;
+  m_rows->onTake = [] { throw platform::Failure(failure::kStorage, "There is no memory."); };
   EXPECT_EQ(Fails(statement), (Told{failure::kStorage, "There is no memory."}));
-  statement.shape = [](const platform::RecordsetPtr&) -> platform::RecordsetPtr {
-    throw std::bad_alloc();
-  };
+  m_rows->onTake = [] { throw std::bad_alloc(); };
   EXPECT_EQ(Fails(statement).sSentence,
             "There is not enough memory for the statement: set a row limit, or narrow it down.");
   EXPECT_EQ(Count(), Value(std::int64_t{0}));

@@ -35,7 +35,7 @@ SqliteHandle OpenHandle(const Catalog& main) {
 bool IsUtf8(sqlite3* database, const Text& sSubject) {
   const Text sSql = "PRAGMA encoding";
   SqliteStatement statement(database, sSql, sSubject);
-  return statement.Fetch({}).Finish()->ValueAt(0, 0) == platform::Value("UTF-8");
+  return statement.FetchAll(false)->ValueAt(0, 0) == platform::Value("UTF-8");
 }
 
 }  // namespace

@@ -103,7 +103,7 @@ void SqliteSchema::ReadIndexes(std::vector<TableSchema>& tables,
   std::vector<Value> vtParameters;
   if (sTable) vtParameters.emplace_back(*sTable);
   statement.Bind(vtParameters);
-  const auto rs = statement.Fetch({.bUtf8 = m_bUtf8}).Finish();
+  const auto rs = statement.FetchAll(m_bUtf8);
   for (platform::RowIndex row = 0; row < rs->RecordCount(); ++row) {
     const auto table = std::ranges::find(tables, TextAt(*rs, row, 0), &TableSchema::sName);
     if (table == tables.end()) continue;
@@ -174,7 +174,7 @@ platform::RecordsetPtr SqliteSchema::Query(Columns which, const std::optional<Te
   std::vector<Value> vtParameters;
   if (sTable) vtParameters.emplace_back(*sTable);
   statement.Bind(vtParameters);
-  return statement.Fetch({.bUtf8 = m_bUtf8}).Finish();
+  return statement.FetchAll(m_bUtf8);
 }
 
 }  // namespace orvane::provider::engines

@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "ado/row_collector.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_files.h"
 #include "provider/engines/sqlite/sqlite_functions.h"
@@ -21,6 +22,14 @@ using platform::Failure;
 using platform::Text;
 namespace failure = platform::failure;
 
+namespace {
+
+ado::RowStorage BoundedBy(std::size_t bytes) {
+  return {bytes == 0 ? nullptr : std::make_shared<ado::MemoryBudget>(bytes)};
+}
+
+}  // namespace
+
 SqliteSession::SqliteSession(SqliteHandle database, Catalog main,
                              std::chrono::milliseconds lockWait, bool bUtf8)
     : m_database(std::move(database)),
@@ -31,14 +40,14 @@ SqliteSession::SqliteSession(SqliteHandle database, Catalog main,
 EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_token stop) {
   RequireOpen();
   const Text sSubject = SubjectOf(statement.catalogs);
-  const SqliteWatch watch(m_database.get(), std::move(stop), m_lockWait, statement.mayCommit);
+  SqliteWatch watch(m_database.get(), std::move(stop), m_lockWait, statement.mayCommit);
   return watch.Guard(statement.sSql, [&] {
     try {
       const SqliteAttachments attachments(m_database.get(), m_attached, statement.catalogs);
       SqliteRefusals refusals(m_database.get());
       const SqliteMemory memory(m_database.get(), statement.maxBytes);
       SqliteFunctions functions(m_database.get(), statement.functions);
-      return functions.Guard([&] { return RunAttached(statement, sSubject, refusals); });
+      return functions.Guard([&] { return RunAttached(statement, sSubject, refusals, watch); });
     } catch (const std::bad_alloc&) {
       throw FailureOf(SQLITE_NOMEM, sSubject, {}, statement.sSql);
     }
@@ -46,9 +55,7 @@ EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_toke
 }
 
 EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const Text& sSubject,
-                                        SqliteRefusals& refusals) {
-  using Clock = std::chrono::steady_clock;
-  const auto start = Clock::now();
+                                        SqliteRefusals& refusals, SqliteWatch& watch) {
   SqliteStatement prepared(m_database.get(), statement.sSql, sSubject);
   // SQLite says of EXPLAIN what it says of the statement behind it; but that does not run.
   const bool bReads = prepared.ReadsOnly() || prepared.Explains();
@@ -60,12 +67,10 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
     if (bReads || sqlite3_total_changes64(m_database.get()) == nChangesBefore) return 0;
     return sqlite3_changes64(m_database.get());
   };
-  EngineResult result;
+  ado::RowCollector held(BoundedBy(statement.maxBytes));
+  ado::RowReceiver& rows = statement.rows ? *statement.rows : held;
   const auto run = [&] {
-    auto rows = prepared.Fetch({statement.maxRows, statement.maxBytes, m_bUtf8});
-    result.recordset =
-        rows.Finish(std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start));
-    if (statement.shape) result.recordset = statement.shape(std::move(result.recordset));
+    prepared.Fetch({statement.maxRows, statement.maxBytes, m_bUtf8}, rows, &watch);
     if (statement.rowsExpected && changed() != *statement.rowsExpected) {
       throw UnexpectedRows(changed(), *statement.rowsExpected, statement.sSql);
     }
@@ -82,6 +87,8 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
     }
     throw;
   }
+  EngineResult result;
+  if (!statement.rows) result.recordset = held.Recordset();
   result.lRecordsAffected = static_cast<platform::Long>(
       std::min<platform::RowIndex>(changed(), std::numeric_limits<platform::Long>::max()));
   return result;

@@ -10,6 +10,7 @@
 namespace orvane::provider::engines {
 
 class SqliteRefusals;
+class SqliteWatch;
 
 class SqliteSession final : public EngineSession {
  public:
@@ -29,7 +30,7 @@ class SqliteSession final : public EngineSession {
   void RequireOpen() const;
   platform::Text SubjectOf(std::span<const Catalog> catalogs) const;
   EngineResult RunAttached(const EngineStatement& statement, const platform::Text& sSubject,
-                           SqliteRefusals& refusals);
+                           SqliteRefusals& refusals, SqliteWatch& watch);
 
   SqliteHandle m_database;
   Catalog m_main;

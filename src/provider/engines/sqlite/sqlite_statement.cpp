@@ -2,120 +2,46 @@
 
 #include <fmt/format.h>
 
+#include <functional>
 #include <limits>
-#include <new>
 
 #include "provider/engines/declared_types.h"
+#include "ado/row_collector.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_types.h"
 #include "provider/engines/sqlite/sqlite_values.h"
+#include "provider/engines/sqlite/sqlite_watch.h"
 
 namespace orvane::provider::engines {
 
-using platform::ColumnIndex;
-using platform::DataType;
 using platform::Failure;
-using platform::RowIndex;
 using platform::Text;
 using platform::Value;
 namespace failure = platform::failure;
 
 namespace {
 
-// SQLite has nothing to point to when a value is empty, and when it had no memory to make it whole.
-std::size_t SizeOf(sqlite3_value* value, const void* bytes) {
-  const int nSize = sqlite3_value_bytes(value);
-  if (bytes == nullptr && nSize != 0) throw std::bad_alloc();
-  return static_cast<std::size_t>(nSize);
-}
-
-std::string_view TextOf(sqlite3_value* value, bool bUtf8) {
-  // Of a UTF-8 database the bytes are the text; asking for text would copy it to end it with zero.
-  const auto* text = static_cast<const char*>(
-      bUtf8 ? sqlite3_value_blob(value) : static_cast<const void*>(sqlite3_value_text(value)));
-  if (text == nullptr && !bUtf8) throw std::bad_alloc();
-  return {text, SizeOf(value, text)};
-}
-
-void AppendInteger(ado::Column& column, DataType type, std::int64_t llValue) {
-  switch (type) {
-    case DataType::DBTimeStamp:
-      column.AppendTimestamp(platform::Timestamp(std::chrono::microseconds(llValue)));
-      return;
-    case DataType::Integer:
-      if (llValue >= std::numeric_limits<std::int32_t>::min() &&
-          llValue <= std::numeric_limits<std::int32_t>::max()) {
-        column.AppendLong(static_cast<std::int32_t>(llValue));
-        return;
-      }
-      break;
-    case DataType::Boolean:
-      if (llValue == 0 || llValue == 1) {
-        column.AppendBoolean(llValue != 0);
-        return;
-      }
-      break;
-    case DataType::Empty:
-    case DataType::Double:
-    case DataType::BigInt:
-    case DataType::Guid:
-    case DataType::Binary:
-    case DataType::WChar:
-    case DataType::Numeric:
-    case DataType::DBDate:
-    case DataType::DBTime:
-      break;
+/// Has the watch hand over rows while it lives.
+class Looking {
+ public:
+  Looking(SqliteWatch* watch, std::function<bool()> look) : m_watch(watch) {
+    if (m_watch != nullptr) m_watch->OnLook(std::move(look));
   }
-  column.AppendLongLong(llValue);
-}
-
-void AppendText(ado::Column& column, DataType type, std::string_view sText) {
-  switch (type) {
-    case DataType::DBDate:
-    case DataType::DBTime:
-    case DataType::Guid:
-      column.AppendValue(FromStoredText(type, sText));
-      return;
-    case DataType::Empty:
-    case DataType::Integer:
-    case DataType::Double:
-    case DataType::Boolean:
-    case DataType::BigInt:
-    case DataType::Binary:
-    case DataType::WChar:
-    case DataType::Numeric:
-    case DataType::DBTimeStamp:
-      break;
+  Looking(const Looking&) = delete;
+  Looking& operator=(const Looking&) = delete;
+  ~Looking() {
+    if (m_watch != nullptr) m_watch->OnLook({});
   }
-  column.AppendText(sText);
-}
 
-// One look-up of the cell instead of one for its type and one for its value. That the value may be
-// read without a lock is because sessions are opened without SQLite's own locks.
-// Gives the bytes of a text or blob.
-inline std::size_t AppendCell(ado::Column& column, DataType type, sqlite3_value* value,
-                              bool bUtf8) {
-  switch (sqlite3_value_type(value)) {
-    case SQLITE_INTEGER:
-      AppendInteger(column, type, sqlite3_value_int64(value));
-      return 0;
-    case SQLITE_FLOAT:
-      column.AppendDouble(sqlite3_value_double(value));
-      return 0;
-    case SQLITE_TEXT: {
-      const std::string_view sText = TextOf(value, bUtf8);
-      AppendText(column, type, sText);
-      return sText.size();
-    }
-    case SQLITE_BLOB: {
-      const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
-      const std::size_t size = SizeOf(value, bytes);
-      column.AppendBytes(std::span(bytes, size));
-      return size;
-    }
-    default:
-      column.AppendNull();
-      return 0;
+ private:
+  SqliteWatch* m_watch;
+};
+
+// What ended the statement is what is told.
+void HandOverRest(SqliteFetch& fetch) noexcept {
+  try {
+    fetch.HandOver();
+  } catch (...) {
   }
 }
 
@@ -209,50 +135,32 @@ std::vector<ado::ColumnDescription> SqliteStatement::Columns() const {
   return columns;
 }
 
-FetchedRows SqliteStatement::Fetch(const FetchLimits& limits) {
-  struct Target {
-    ado::Column* column;
-    DataType type;
-  };
+void SqliteStatement::Fetch(const FetchLimits& limits, ado::RowReceiver& rows, SqliteWatch* watch) {
   auto columns = Columns();
-  std::vector<Target> targets;
-  for (const auto& column : columns) targets.push_back({nullptr, column.type});
-  FetchedRows rows{ado::RecordsetBuilder(std::move(columns))};
-  const int nColumns = rows.builder.ColumnCount();
-  for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
-    targets[static_cast<std::size_t>(nColumn)].column = &rows.builder.ColumnAt(nColumn);
-  }
-  sqlite3_stmt* const statement = m_statement.get();
-  RowIndex row = 0;
+  SqliteFetch fetch(m_statement.get(), columns, limits, rows);
+  const bool bReads = ReadsOnly() || Explains();
+  rows.Begin(std::move(columns), bReads);
+  // No stop token is looked at here: the watch does that from inside.
+  const Looking looking(watch, [&] { return fetch.HandOverWanted(); });
   int nCode = SQLITE_OK;
-  // Whenever so many bytes of texts or so many rows were added: that is rare, and soon enough.
-  constexpr std::size_t kBytesBetweenLooks = std::size_t{1} << 20;
-  constexpr RowIndex kRowsBetweenLooks = 1024;
-  std::size_t added = 0;
-  const auto checkBytes = [&] {
-    if (limits.maxBytes != 0 && rows.builder.Bytes() > limits.maxBytes) Fail(SQLITE_NOMEM);
-  };
-  // No stop token is looked at here: SqliteWatch does that from inside.
-  while ((nCode = sqlite3_step(statement)) == SQLITE_ROW) {
-    if (limits.maxRows != 0 && row == limits.maxRows) {
-      // Ends the statement, and with it the counting of the rows it changed.
-      if (const int nEnd = sqlite3_reset(statement); nEnd != SQLITE_OK) Fail(nEnd);
-      rows.bTruncated = true;
-      return rows;
-    }
-    for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
-      const Target& target = targets[static_cast<std::size_t>(nColumn)];
-      added += AppendCell(*target.column, target.type, sqlite3_column_value(statement, nColumn),
-                          limits.bUtf8);
-      if (added >= kBytesBetweenLooks) {
-        added = 0;
-        checkBytes();
-      }
-    }
-    if (++row % kRowsBetweenLooks == 0) checkBytes();
+  try {
+    nCode = fetch.StepAll();
+    // Ends the statement, and with it the counting of the rows it changed.
+    const bool bTruncated = nCode == SQLITE_ROW;
+    if (bTruncated) nCode = sqlite3_reset(m_statement.get());
+    if (nCode != SQLITE_DONE && nCode != SQLITE_OK) Fail(nCode);
+    fetch.HandOver();
+    rows.End(bTruncated);
+  } catch (...) {
+    if (bReads) HandOverRest(fetch);
+    throw;
   }
-  if (nCode != SQLITE_DONE) Fail(nCode);
-  return rows;
+}
+
+platform::RecordsetPtr SqliteStatement::FetchAll(bool bUtf8) {
+  ado::RowCollector rows;
+  Fetch({.bUtf8 = bUtf8}, rows);
+  return rows.Recordset();
 }
 
 void SqliteStatement::Run() {

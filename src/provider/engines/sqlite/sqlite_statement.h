@@ -1,30 +1,15 @@
 // One prepared statement: made from text that holds exactly one, given its parameters, stepped to
-// its end into a recordset builder. Used by the session, on the thread of the call.
+// its end, its rows handed over in blocks. Used by the session, on the thread of the call.
 #pragma once
 
 #include <span>
+#include <vector>
 
-#include "ado/recordset_builder.h"
-#include "provider/engines/sqlite/sqlite_handle.h"
+#include "provider/engines/sqlite/sqlite_fetch.h"
 
 namespace orvane::provider::engines {
 
-/// How far a statement's rows are fetched, and how its database keeps texts.
-struct FetchLimits {
-  platform::RowIndex maxRows = 0;  ///< 0 fetches all rows
-  std::size_t maxBytes = 0;        ///< that the rows may take; 0 is no limit
-  bool bUtf8 = false;              ///< texts are kept in UTF-8
-};
-
-/// The rows that were fetched, not finished yet.
-struct FetchedRows {
-  ado::RecordsetBuilder builder;
-  bool bTruncated = false;  ///< there was at least one row more
-
-  platform::RecordsetPtr Finish(std::chrono::microseconds elapsed = {}) {
-    return builder.Finish(bTruncated, elapsed);
-  }
-};
+class SqliteWatch;
 
 class SqliteStatement {
  public:
@@ -41,8 +26,12 @@ class SqliteStatement {
   bool Explains() const { return sqlite3_stmt_isexplain(m_statement.get()) != 0; }
 
   /// Runs the statement to its end or the row limit. Its columns have name, type by declaration,
-  /// and whether their table lets them be null; a statement without rows has none.
-  FetchedRows Fetch(const FetchLimits& limits);
+  /// and whether their table lets them be null; a statement without rows has none. Of one that only
+  /// reads and fails the receiver gets all rows before that. With a watch, rows that are wanted are
+  /// handed over also while SQLite looks for the next one.
+  void Fetch(const FetchLimits& limits, ado::RowReceiver& rows, SqliteWatch* watch = nullptr);
+  /// All rows in a recordset; bUtf8 as in FetchLimits.
+  platform::RecordsetPtr FetchAll(bool bUtf8);
   /// Runs a statement whose rows, if any, nobody wants.
   void Run();
 

@@ -26,10 +26,7 @@ SqliteWatch::SqliteWatch(sqlite3* database, std::stop_token stop,
       m_mayCommit(std::move(mayCommit)) {
   sqlite3_progress_handler(
       m_database, kStepsBetweenLooks,
-      [](void* watch) {
-        return static_cast<const SqliteWatch*>(watch)->m_stop.stop_requested() ? 1 : 0;
-      },
-      this);
+      [](void* watch) { return static_cast<const SqliteWatch*>(watch)->GoesOn() ? 0 : 1; }, this);
   sqlite3_busy_handler(
       m_database,
       [](void* watch, int nTries) {
@@ -45,6 +42,10 @@ SqliteWatch::~SqliteWatch() {
   sqlite3_progress_handler(m_database, 0, nullptr, nullptr);
   sqlite3_busy_handler(m_database, nullptr, nullptr);
   sqlite3_commit_hook(m_database, nullptr, nullptr);
+}
+
+bool SqliteWatch::GoesOn() const {
+  return !m_stop.stop_requested() && (!m_look || m_look());
 }
 
 bool SqliteWatch::WaitForLock(int nTries) {

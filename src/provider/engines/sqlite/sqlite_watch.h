@@ -23,6 +23,9 @@ class SqliteWatch {
   SqliteWatch& operator=(const SqliteWatch&) = delete;
   ~SqliteWatch();
 
+  /// From now on called whenever the watch looks at the stop, on the thread of the call, until it
+  /// is taken away by an empty one; false ends the statement. It must not throw.
+  void OnLook(std::function<bool()> look) { m_look = std::move(look); }
   /// Fails with failure::kCancelled when the call is to end now.
   void Check(const platform::Text& sSql = {}) const;
   /// Does the work of the call. What was interrupted, gave up waiting for a lock or was not made
@@ -44,6 +47,7 @@ class SqliteWatch {
   using Clock = std::chrono::steady_clock;
 
   [[noreturn]] static void FailCancelled(const platform::Text& sSql);
+  bool GoesOn() const;
   bool WaitForLock(int nTries);
   bool RefusesCommit();
 
@@ -51,6 +55,7 @@ class SqliteWatch {
   std::stop_token m_stop;
   std::chrono::milliseconds m_lockWait;
   std::function<bool()> m_mayCommit;
+  std::function<bool()> m_look;
   Clock::time_point m_lockDeadline;
   bool m_bRefused = false;
 };

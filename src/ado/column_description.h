@@ -1,0 +1,16 @@
+// A column before it has rows.
+// A plain value; any thread.
+#pragma once
+
+#include "platform/ado/recordset.h"
+
+namespace orvane::ado {
+
+struct ColumnDescription {
+  platform::Text sName;
+  /// Empty leaves the type to the values that come.
+  platform::DataType type = platform::DataType::Empty;
+  platform::Boolean bNullable = true;
+};
+
+}  // namespace orvane::ado
