@@ -18,4 +18,5 @@ orvane_test(console_window QT
     window/spoken_names_test.cpp
     window/toolbar_view_test.cpp
     window/unsaved_work_test.cpp
+    window/window_geometry_test.cpp
     window/window_looks_test.cpp)

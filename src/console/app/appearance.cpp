@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QPalette>
 #include <cstdlib>
+#include <utility>
 
 #include "console/look/control_style.h"
 
@@ -34,21 +35,35 @@ QPalette LightPalette() {
   return palette;
 }
 
+QColor Between(const QColor& one, const QColor& other) {
+  return QColor((one.red() + other.red()) / 2, (one.green() + other.green()) / 2,
+                (one.blue() + other.blue()) / 2);
+}
+
 }  // namespace
 
 void SeeToFaintText() {
   constexpr int kLeastDifference = 60;
+  constexpr int kLeastOfDisabled = 40;
   auto palette = QApplication::palette();
   const auto ground = palette.color(QPalette::Base);
   const auto faint = palette.color(QPalette::PlaceholderText);
-  if (faint.alpha() > 0 &&
-      std::abs(faint.lightness() - ground.lightness()) * faint.alpha() / 255 >= kLeastDifference) {
-    return;
+  if (faint.alpha() == 0 ||
+      std::abs(faint.lightness() - ground.lightness()) * faint.alpha() / 255 < kLeastDifference) {
+    auto text = palette.color(QPalette::Text);
+    text.setAlphaF(0.6F);
+    palette.setColor(QPalette::PlaceholderText, text);
   }
-  auto text = palette.color(QPalette::Text);
-  text.setAlphaF(0.6F);
-  palette.setColor(QPalette::PlaceholderText, text);
-  QApplication::setPalette(palette);
+  for (const auto& [role, under] : {std::pair(QPalette::WindowText, QPalette::Window),
+                                    std::pair(QPalette::Text, QPalette::Base),
+                                    std::pair(QPalette::ButtonText, QPalette::Button)}) {
+    const auto paper = palette.color(QPalette::Disabled, under);
+    if (std::abs(palette.color(QPalette::Disabled, role).lightness() - paper.lightness()) <
+        kLeastOfDisabled) {
+      palette.setColor(QPalette::Disabled, role, Between(palette.color(role), paper));
+    }
+  }
+  if (palette != QApplication::palette()) QApplication::setPalette(palette);
 }
 
 void PrepareApplication(QApplication& application) {

@@ -9,8 +9,8 @@ namespace orvane::console {
 /// Sets style, palette and names of the application.
 void PrepareApplication(QApplication& application);
 
-/// Gives texts that stand back, such as the time a query took, a colour that can be read where the
-/// desktop's palette has none. Part of PrepareApplication.
+/// Gives texts that stand back, such as the time a query took, and those of what cannot be used a
+/// colour that can be read where the desktop's palette has none. Part of PrepareApplication.
 void SeeToFaintText();
 
 }  // namespace orvane::console

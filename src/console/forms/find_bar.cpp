@@ -11,6 +11,8 @@
 #include <QStyle>
 #include <QToolButton>
 
+#include "console/look/picture_side.h"
+
 namespace orvane::console {
 namespace {
 
@@ -60,12 +62,25 @@ FindBar::FindBar(QsciScintilla& editor, QWidget* parent)
   layout->addWidget(m_lblResult);
   layout->addWidget(btnClose);
 
+  SizeImages();
   connect(m_txtFind, &QLineEdit::textEdited, this, [this] { FindWhileTyping(); });
   connect(m_chkMatchCase, &QCheckBox::toggled, this, [this] { FindWhileTyping(); });
   connect(btnPrevious, &QToolButton::clicked, this, [this] { FindPrevious(); });
   connect(btnNext, &QToolButton::clicked, this, [this] { FindNext(); });
   connect(btnClose, &QToolButton::clicked, this, [this] { Close(); });
   hide();
+}
+
+void FindBar::SizeImages() {
+  const int iSide = PictureSide(fontMetrics());
+  for (auto* const button : findChildren<QToolButton*>(Qt::FindDirectChildrenOnly)) {
+    button->setIconSize({iSide, iSide});
+  }
+}
+
+void FindBar::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange) SizeImages();
 }
 
 void FindBar::Open() {

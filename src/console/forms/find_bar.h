@@ -28,8 +28,10 @@ class FindBar : public QWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
+  void SizeImages();
   void Find(bool bForward);
   void FindWhileTyping();
   /// Looks from that place of the text on and says so when there is nothing.

@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QPalette>
 
 namespace orvane::console {
@@ -91,12 +92,8 @@ void SqlView::PlainColor(const QColor& color) {
 
 QFont SqlView::TextFont() const {
   QFont textFont = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  // A desktop counts the size of its letters in points or in dots.
-  if (font().pointSizeF() > 0) {
-    textFont.setPointSizeF(font().pointSizeF());
-  } else {
-    textFont.setPixelSize(font().pixelSize());
-  }
+  // A desktop may count the size of its letters in dots; the editor knows points alone.
+  textFont.setPointSizeF(QFontInfo(font()).pointSizeF());
   return textFont;
 }
 

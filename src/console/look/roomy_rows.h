@@ -4,7 +4,8 @@
 #pragma once
 
 #include <QStyledItemDelegate>
-#include <algorithm>
+
+#include "console/look/picture_side.h"
 
 namespace orvane::console {
 
@@ -27,9 +28,8 @@ class RoomyRows : public QStyledItemDelegate {
 
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-    constexpr int kSmallest = 16;
     QStyledItemDelegate::initStyleOption(option, index);
-    const int iSide = std::max(kSmallest, option->fontMetrics.height());
+    const int iSide = PictureSide(option->fontMetrics);
     option->decorationSize = {iSide, iSide};
   }
 };

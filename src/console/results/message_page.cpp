@@ -1,5 +1,6 @@
 #include "console/results/message_page.h"
 
+#include <QFontInfo>
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
@@ -40,7 +41,8 @@ MessagePage::MessagePage(QWidget* parent)
   m_lblDetail->setForegroundRole(QPalette::PlaceholderText);
   m_lblDetail->setTextInteractionFlags(Qt::TextSelectableByMouse);
   auto font = m_lblText->font();
-  font.setPointSizeF(font.pointSizeF() * 1.15);
+  // A desktop may count the size of its letters in dots.
+  font.setPointSizeF(QFontInfo(font).pointSizeF() * 1.15);
   m_lblText->setFont(font);
   layout->addSpacing(4);
   m_btnAction->setObjectName("messageButton");

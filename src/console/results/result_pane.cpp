@@ -12,6 +12,7 @@
 
 #include "console/look/elided_label.h"
 #include "console/look/image_list.h"
+#include "console/look/picture_side.h"
 #include "console/look/tool_tip.h"
 #include "console/results/message_page.h"
 #include "console/session/console_session.h"
@@ -48,7 +49,6 @@ ResultPane::ResultPane(const ImageList& images, QWidget* parent)
   auto* headLayout = new QHBoxLayout(head);
   headLayout->setContentsMargins(10, 6, 8, 0);
   headLayout->setSpacing(7);
-  m_lblPicture->setFixedSize(20, 28);
   auto font = m_lblName->font();
   font.setBold(true);
   m_lblName->setFont(font);
@@ -63,7 +63,6 @@ ResultPane::ResultPane(const ImageList& images, QWidget* parent)
   headLayout->addWidget(m_tabs, 0, Qt::AlignBottom);
   m_refresh->setObjectName("refreshButton");
   m_refresh->setAutoRaise(true);
-  m_refresh->setIconSize({16, 16});
   // The keyboard has the menu and a key of its own; a click leaves the focus where it is.
   m_refresh->setFocusPolicy(Qt::NoFocus);
   headLayout->addWidget(m_refresh, 0, Qt::AlignVCenter);
@@ -85,11 +84,25 @@ ResultPane::ResultPane(const ImageList& images, QWidget* parent)
   connect(m_list, &ResultList::RowsChanged, this, [this] {
     if (m_bListView) ShowListOrSentence();
   });
-  ShowHead();
+  SizeImages();
 }
 
 ResultPane::~ResultPane() {
   Follow(nullptr);
+}
+
+void ResultPane::SizeImages() {
+  constexpr int kBeside = 4;
+  constexpr int kAround = 12;
+  const int iSide = PictureSide(fontMetrics());
+  m_lblPicture->setFixedSize(iSide + kBeside, iSide + kAround);
+  m_refresh->setIconSize({iSide, iSide});
+  ShowHead();
+}
+
+void ResultPane::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange) SizeImages();
 }
 
 void ResultPane::PlaceToolbar(QWidget* toolbar) {
@@ -170,7 +183,8 @@ void ResultPane::ShowHead() {
   const auto item = m_session ? m_session->Selected() : nullptr;
   m_lblName->setText(item ? QString::fromStdString(item->Name()) : QString());
   m_lblPicture->setPixmap(
-      item ? m_images.Folder(item->Image()).pixmap(QSize(16, 16), devicePixelRatioF()) : QPixmap());
+      item ? m_images.Folder(item->Image()).pixmap(m_refresh->iconSize(), devicePixelRatioF())
+           : QPixmap());
   m_tabs->setVisible(item && m_tabs->count() > 1);
 }
 

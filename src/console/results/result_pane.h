@@ -61,7 +61,11 @@ class ResultPane final : public QWidget {
   /// The number of rows, or whether there is a list, has changed.
   void RowsChanged();
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  void SizeImages();
   void ShowHead();
   void TakeControl(HostedResultView& view);
   void ShowReady(HostedResultView& view);

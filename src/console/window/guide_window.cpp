@@ -4,7 +4,8 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QKeyEvent>
-#include <QScrollBar>
+#include <QTextCursor>
+#include <QTextDocument>
 
 #include "console/look/window_place.h"
 #include "console/window/document_questions.h"
@@ -56,22 +57,46 @@ void GuideWindow::Open(const QString& sFile, QWidget* owner) {
     window = new GuideWindow(owner);
     window->show();
     window->setSource(QUrl::fromLocalFile(sFile), QTextDocument::MarkdownResource);
+    window->FitPictures();
   }
   window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
   window->raise();
   window->activateWindow();
 }
 
+QSize GuideWindow::Fitting(const QTextImageFormat& format) const {
+  const auto image =
+      document()->resource(QTextDocument::ImageResource, QUrl(format.name())).value<QImage>();
+  const int iRoom = viewport()->width() - 2 * static_cast<int>(document()->documentMargin());
+  if (image.width() <= iRoom) return image.size();
+  return image.size().scaled(iRoom, image.height(), Qt::KeepAspectRatio);
+}
+
+void GuideWindow::FitPictures() {
+  QTextCursor cursor(document());
+  while (!cursor.atEnd()) {
+    cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor);
+    auto format = cursor.charFormat().toImageFormat();
+    const auto size = format.isValid() ? Fitting(format) : QSize();
+    if (!size.isEmpty() && size.width() != qRound(format.width())) {
+      format.setWidth(size.width());
+      format.setHeight(size.height());
+      cursor.setCharFormat(format);
+    }
+    cursor.clearSelection();
+  }
+}
+
 QVariant GuideWindow::loadResource(int iType, const QUrl& name) {
   auto resource = QTextBrowser::loadResource(iType, name);
-  if (iType != QTextDocument::ImageResource) return resource;
-  auto image = resource.userType() == QMetaType::QByteArray
-                   ? QImage::fromData(resource.toByteArray())
-                   : resource.value<QImage>();
-  const int iRoom = viewport()->width() - 2 * static_cast<int>(document()->documentMargin()) -
-                    verticalScrollBar()->sizeHint().width();
-  if (image.isNull() || image.width() <= iRoom) return resource;
-  return image.scaledToWidth(iRoom, Qt::SmoothTransformation);
+  const bool bBytes = resource.userType() == QMetaType::QByteArray;
+  if (iType != QTextDocument::ImageResource || !bBytes) return resource;
+  return QImage::fromData(resource.toByteArray());
+}
+
+void GuideWindow::resizeEvent(QResizeEvent* event) {
+  QTextBrowser::resizeEvent(event);
+  FitPictures();
 }
 
 void GuideWindow::keyPressEvent(QKeyEvent* event) {

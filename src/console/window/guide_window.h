@@ -20,12 +20,16 @@ class GuideWindow final : public QTextBrowser {
   static void Open(const QString& sFile, QWidget* owner);
 
  protected:
-  /// Pictures wider than the window are made to fit.
   QVariant loadResource(int iType, const QUrl& name) override;
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   explicit GuideWindow(QWidget* owner);
+  /// Pictures wider than the window are shown as wide as it is.
+  void FitPictures();
+  /// The size of the picture when it is no wider than the window; empty when it is not there.
+  QSize Fitting(const QTextImageFormat& format) const;
 };
 
 }  // namespace orvane::console

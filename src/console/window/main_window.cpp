@@ -7,6 +7,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "console/look/shown_text.h"
 #include "console/look/window_place.h"
@@ -29,6 +30,8 @@ using platform::Text;
 namespace {
 
 constexpr int kCatchUpMilliseconds = 50;
+constexpr QSize kUsualSize(1100, 700);
+constexpr int kTreeCharacters = 28;
 
 }  // namespace
 
@@ -51,7 +54,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
   ConnectMenus();
   FollowSession();
   FollowDocument();
-  resize(1100, 700);
+  resize(kUsualSize);
   KeepOnScreen(*this);
   new MenuKey(this);
   qApp->installEventFilter(this);
@@ -84,7 +87,10 @@ void MainWindow::MakePanes() {
   m_results->setMinimumWidth(200);
   m_splitter->setStretchFactor(0, 0);
   m_splitter->setStretchFactor(1, 1);
-  m_splitter->setSizes({280, 820});
+  // Room for a server's name, in letters of any size, and no more than the rows can spare.
+  const int iTree = std::clamp(kTreeCharacters * fontMetrics().averageCharWidth(), 280,
+                               kUsualSize.width() * 2 / 5);
+  m_splitter->setSizes({iTree, kUsualSize.width() - iTree});
   layout->addWidget(m_splitter, 1);
   setCentralWidget(central);
 

@@ -3,6 +3,8 @@
 // languages; and every control has a name to be read out.
 //
 // With ORVANE_PICTURES set to a folder, a picture of every case is put there.
+#include <Qsci/qsciscintilla.h>
+
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QGroupBox>
@@ -10,6 +12,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QToolButton>
 
 #include "console/look/control_style.h"
 #include "console/look/elided_label.h"
@@ -37,7 +40,9 @@ void PrintTo(const Case& one, std::ostream* out) {
 constexpr Case kCases[] = {{"usual", 10, 96, false, false},
                            {"dark", 10, 96, false, true},
                            {"larger", 14, 96, false, false},
+                           {"larger_and_dark", 14, 96, false, true},
                            {"fine", 10, 160, false, false},
+                           {"fine_and_dark", 10, 160, false, true},
                            {"fine_and_larger", 14, 160, false, false},
                            {"fine_larger_and_dark", 14, 160, false, true},
                            {"long", 10, 96, true, false},
@@ -69,6 +74,7 @@ class form_geometry : public FormsFixture, public testing::WithParamInterface<Ca
       Picture(window);
       CheckScreen(window);
       CheckTexts(window);
+      CheckSizes(window);
       CheckPlaces(window);
       CheckNames(window);
       CheckButtons(window);
@@ -117,6 +123,18 @@ class form_geometry : public FormsFixture, public testing::WithParamInterface<Ca
       if (GetParam().iPoints > 10 || GetParam().iDotsPerInch > 96) continue;
       EXPECT_FALSE(area->verticalScrollBar()->isVisible()) << "there is room for all of it";
       EXPECT_FALSE(area->horizontalScrollBar()->isVisible());
+    }
+  }
+
+  /// What has no text of its own is as large as the letters beside it.
+  static void CheckSizes(QWidget& window) {
+    for (const auto* const button : window.findChildren<QToolButton*>()) {
+      if (!button->isVisible() || qobject_cast<QLineEdit*>(button->parentWidget())) continue;
+      EXPECT_GE(button->iconSize().height(), button->fontMetrics().height())
+          << button->objectName().toStdString();
+    }
+    for (auto* const sql : window.findChildren<QsciScintilla*>()) {
+      EXPECT_GE(sql->textHeight(0), sql->fontMetrics().height());
     }
   }
 

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "console/app/appearance.h"
+#include "console/look/contrast.h"
 #include "console/look/image_list.h"
 #include "tests/console/look/picture_fixture.h"
 
@@ -135,6 +136,27 @@ TEST_F(FaintTextTest, gets_a_colour_that_can_be_read_where_the_desktop_has_none)
   // All other colours are the desktop's.
   EXPECT_EQ(QApplication::palette().color(QPalette::Base), before.color(QPalette::Base));
   EXPECT_EQ(QApplication::palette().color(QPalette::Highlight), before.color(QPalette::Highlight));
+}
+
+TEST_F(FaintTextTest, of_what_cannot_be_used_can_be_told_from_its_ground) {
+  QApplication::setPalette(DarkPalette());
+  const auto before = QApplication::palette();
+  SeeToFaintText();
+  const auto after = QApplication::palette();
+  for (const auto& [role, under] : {std::pair(QPalette::WindowText, QPalette::Window),
+                                    std::pair(QPalette::Text, QPalette::Base),
+                                    std::pair(QPalette::ButtonText, QPalette::Button)}) {
+    const auto disabled = after.color(QPalette::Disabled, role);
+    EXPECT_GE(Contrast(disabled, after.color(QPalette::Disabled, under)), 2) << role;
+    EXPECT_EQ(after.color(QPalette::Active, role), before.color(QPalette::Active, role));
+  }
+  // What can be read is left alone.
+  auto palette = DarkPalette();
+  palette.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(0xA0, 0xA1, 0xA2));
+  QApplication::setPalette(palette);
+  SeeToFaintText();
+  EXPECT_EQ(QApplication::palette().color(QPalette::Disabled, QPalette::ButtonText),
+            QColor(0xA0, 0xA1, 0xA2));
 }
 
 TEST_F(FaintTextTest, is_left_alone_where_it_can_be_read) {
