@@ -16,7 +16,8 @@ QString InCell(QString sText) {
   return u'"' + sText.replace(QLatin1String("\""), QLatin1String("\"\"")) + u'"';
 }
 
-/// Ranges of rows without overlap, in order.
+}  // namespace
+
 std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection) {
   std::vector<std::pair<int, int>> spans;
   for (const QItemSelectionRange& range : selection) {
@@ -33,8 +34,6 @@ std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection) {
   }
   return merged;
 }
-
-}  // namespace
 
 platform::RowIndex SelectedRows(const QItemSelection& selection) {
   platform::RowIndex rows = 0;

@@ -4,6 +4,8 @@
 
 #include <QItemSelection>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "controls/row_model.h"
 
@@ -16,6 +18,9 @@ namespace orvane::controls {
 constexpr qsizetype kMostCopiedCharacters = 32'000'000;
 std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection& selection,
                                      bool bNames, qsizetype nMost = kMostCopiedCharacters);
+
+/// First and last rows of which a cell is selected, without overlap, in order.
+std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection);
 
 /// The number of rows of which a cell is selected.
 platform::RowIndex SelectedRows(const QItemSelection& selection);

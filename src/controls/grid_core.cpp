@@ -16,6 +16,20 @@ using platform::Timestamp;
 
 namespace {
 
+/// Says that a statement runs, as long as it lives.
+class RunningMark {
+ public:
+  explicit RunningMark(std::shared_ptr<bool> bRunning) : m_bRunning(std::move(bRunning)) {
+    *m_bRunning = true;
+  }
+  ~RunningMark() { *m_bRunning = false; }
+  RunningMark(const RunningMark&) = delete;
+  RunningMark& operator=(const RunningMark&) = delete;
+
+ private:
+  std::shared_ptr<bool> m_bRunning;
+};
+
 NoRowsTexts DoneTexts(Long lRecordsAffected) {
   QString sSentence = "The statement gives no rows.";
   if (lRecordsAffected > 0) {
@@ -36,7 +50,10 @@ GridCore::GridCore(GridServices services, const QString& sName)
     : m_services(std::move(services)),
       m_events(std::make_shared<GridEvents>()),
       m_window(new GridWindow(sName, m_events, m_services.life)),
-      m_format(ZoneOf(nullptr)) {}
+      m_format(ZoneOf(nullptr)),
+      m_export(*m_window, {[this] { return m_subject; }, [this] { return Zone(); },
+                           [this] { return CanFetchAgain(); },
+                           [this](const platform::RowSink& sink) { return FetchAgain(sink); }}) {}
 
 GridCore::~GridCore() {
   if (!m_window) return;  // whoever placed it did not take it out again
@@ -126,13 +143,7 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
                   "The grid was made without access to data; show it in a console that offers "
                   "data access.");
   }
-  const struct Running {
-    explicit Running(std::shared_ptr<bool> bRunning) : b(std::move(bRunning)) { *b = true; }
-    ~Running() { *b = false; }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-    std::shared_ptr<bool> b;
-  } running(m_running);
+  const RunningMark running(m_running);
   m_window->ShowRunning(access == Access::Read ? QStringLiteral("Fetching rows\u2026")
                                                : QStringLiteral("Running the query\u2026"));
   const platform::CommandPtr command = m_services.objects->CreateCommand();
@@ -148,6 +159,24 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
                   "The provider gave no rowset for the statement; look for a newer version of it.");
   }
   return fetched;
+}
+
+bool GridCore::CanFetchAgain() const {
+  return m_connection && m_connection->IsOpen() && m_services.objects && !m_sSqlText.empty() &&
+         !*m_running;
+}
+
+platform::FetchState GridCore::FetchAgain(const platform::RowSink& sink) {
+  if (*m_running) FailBusy();
+  const RunningMark running(m_running);
+  const platform::CommandPtr command = m_services.objects->CreateCommand();
+  command->ActiveConnection(m_connection);
+  command->CommandText(m_sSqlText);
+  // As many rows as there are take the time they take; Cancel ends them.
+  command->CommandTimeout(0);
+  command->ReadOnly(true);
+  command->Sink(sink);
+  return command->Execute()->State();
 }
 
 Fetching GridCore::HowFetched() const {

@@ -10,6 +10,7 @@
 
 #include "controls/cell_format.h"
 #include "controls/grid_events.h"
+#include "controls/grid_export.h"
 #include "controls/rows_states.h"
 #include "platform/failure.h"
 #include "platform/services.h"
@@ -83,6 +84,10 @@ class GridCore {
   void Empty();
   const platform::RecordsetPtr& Recordset() const { return m_recordset; }
 
+  /// What the rows are those of.
+  void Subject(GridSubject subject) { m_subject = std::move(subject); }
+  GridExport& Export() { return m_export; }
+
   RowsStates& States() const { return *m_services.states; }
   /// How the rows are being looked at.
   RowsState State() const;
@@ -99,6 +104,9 @@ class GridCore {
                           const std::exception& exception);
   void FollowZone();
   Fetching HowFetched() const;
+  bool CanFetchAgain() const;
+  /// Gives the sink all rows of the statement that is shown, which only reads.
+  platform::FetchState FetchAgain(const platform::RowSink& sink);
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence);
 
   GridServices m_services;
@@ -109,8 +117,10 @@ class GridCore {
   platform::Text m_sSqlText;
   std::optional<RowsOrigin> m_origin;
   CellFormat m_format;
+  GridSubject m_subject;
   /// True during a fetch. Whoever may outlive the grid tells by it whether that is still there.
   std::shared_ptr<bool> m_running = std::make_shared<bool>(false);
+  GridExport m_export;
 };
 
 }  // namespace orvane::controls

@@ -180,6 +180,10 @@ bool GridWindow::event(QEvent* event) {
   return QWidget::event(event);
 }
 
+void GridWindow::Remark(const QString& sRemark, bool bWarning) {
+  m_status->Remark(sRemark, bWarning);
+}
+
 void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence) {
   StopWaiting();
   LetGoOfRows();

@@ -46,6 +46,8 @@ class GridWindow : public QWidget {
                 const Fetching& fetching, const QString& sNoRowsTitle,
                 const QString& sNoRowsSentence);
   void ShowFailure(const QString& sTitle, const QString& sSentence);
+  /// Says something beneath the rows, until there is something else to be said of them.
+  void Remark(const QString& sRemark, bool bWarning);
 
   RowView& Rows() { return *m_rows; }
   const RowView& Rows() const { return *m_rows; }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/quoting.h"
+
 namespace orvane::controls {
 
 using platform::Failure;
@@ -14,6 +16,7 @@ QueryResults::QueryResults(GridServices services)
 
 void QueryResults::QueryName(const Text& sName) {
   m_sName = sName;
+  m_core.Subject({sName, platform::QuotedName(sName.empty() ? Text("Rows") : sName)});
   m_core.Window().setAccessibleName(sName.empty() ? QStringLiteral("Query results")
                                                   : QStringLiteral("Results of ") +
                                                         QString::fromStdString(sName));

@@ -15,6 +15,10 @@ bool IsBlank(const Text& sText) {
 
 }  // namespace
 
+Text TableInSql(const Text& sCatalog, const Text& sTable) {
+  return (sCatalog.empty() ? Text() : QuotedName(sCatalog) + "..") + QuotedName(sTable);
+}
+
 Text BothConditions(const Text& sFirst, const Text& sSecond) {
   if (IsBlank(sFirst)) return sSecond;
   if (IsBlank(sSecond)) return sFirst;
@@ -34,9 +38,7 @@ Text ComposeSelect(const TableSelection& selection) {
     }
   }
 
-  sSql += "\nFROM ";
-  if (!selection.sCatalog.empty()) sSql += QuotedName(selection.sCatalog) + "..";
-  sSql += QuotedName(selection.sTable);
+  sSql += "\nFROM " + TableInSql(selection.sCatalog, selection.sTable);
 
   if (!IsBlank(selection.sFilterCondition)) sSql += "\nWHERE " + selection.sFilterCondition;
   // A sort column that the server lost leaves a criterion without a name: the builder has no entry

@@ -18,6 +18,9 @@ struct TableSelection {
   const std::optional<platform::SortCriterion>& sortCriterion;
 };
 
+/// The table with its catalog, quoted.
+platform::Text TableInSql(const platform::Text& sCatalog, const platform::Text& sTable);
+
 /// What both conditions say at once, each in brackets and on lines of its own; where one of them is
 /// blank, the other.
 platform::Text BothConditions(const platform::Text& sFirst, const platform::Text& sSecond);

@@ -134,15 +134,16 @@ void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapse
   ShowNotice(sNotice);
 }
 
-void StatusStrip::Remark(const QString& sRemark) {
-  ShowNotice(sRemark.isEmpty() ? m_sNotice : sRemark);
+void StatusStrip::Remark(const QString& sRemark, bool bWarning) {
+  if (sRemark.isEmpty()) return ShowNotice(m_sNotice);
+  ShowNotice(sRemark, bWarning);
 }
 
-void StatusStrip::ShowNotice(const QString& sNotice) {
+void StatusStrip::ShowNotice(const QString& sNotice, bool bWarning) {
   m_notice->setText(sNotice);
   m_notice->setToolTip(sNotice);
   m_notice->setVisible(!sNotice.isEmpty());
-  m_warning->setVisible(!sNotice.isEmpty());
+  m_warning->setVisible(bWarning && !sNotice.isEmpty());
 }
 
 void StatusStrip::Position(int nRow, int nRows) {

@@ -29,9 +29,9 @@ class StatusStrip : public QWidget {
   /// one is not shown.
   void Rows(platform::RowIndex rows, std::chrono::microseconds elapsed, const QString& sFetched,
             const QString& sNotice);
-  /// Says something about these rows in the place of their notice; an empty remark brings that
-  /// back.
-  void Remark(const QString& sRemark);
+  /// Says something about these rows in the place of their notice, with its mark of warning or
+  /// without; an empty remark brings the notice back.
+  void Remark(const QString& sRemark, bool bWarning = true);
   /// Row from 0; -1 when there is no current row.
   void Position(int nRow, int nRows);
 
@@ -42,7 +42,7 @@ class StatusStrip : public QWidget {
 
  private:
   void SetWarningIcon();
-  void ShowNotice(const QString& sNotice);
+  void ShowNotice(const QString& sNotice, bool bWarning = true);
 
   QString m_sNotice;
   QLabel* m_rows;

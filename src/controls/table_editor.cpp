@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "controls/sql_text.h"
 #include "controls/time_column.h"
 
 namespace orvane::controls {
@@ -15,6 +16,8 @@ TableEditor::TableEditor(GridServices services) : GridControl(std::move(services
 
 void TableEditor::TableQuery(const platform::TableQueryPtr& query) {
   m_query = query;
+  if (!query) return;
+  m_core.Subject({query->Table(), TableInSql(query->Catalog(), query->Table())});
 }
 
 void TableEditor::Requery() {

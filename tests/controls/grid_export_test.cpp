@@ -1,0 +1,161 @@
+// Exports as a user makes them: the key, the dialog, the file dialog, and what stands in the file.
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QItemSelectionModel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QRadioButton>
+#include <QTimer>
+
+#include "controls/export_dialog.h"
+#include "controls/query_results.h"
+#include "controls/table_editor.h"
+#include "controls/table_query.h"
+#include "tests/controls/grid_fixture.h"
+#include "tests/files/temporary_folder.h"
+
+namespace orvane::controls {
+namespace {
+
+class GridExportTest : public GridFixture {
+ protected:
+  GridExportTest() {
+    m_query->Catalog("Machine");
+    m_query->Table("Data");
+    m_server.answer = Plant(3);
+    m_editor = std::make_unique<TableEditor>(Services());
+    m_editor->Connection(m_connection);
+    m_editor->TableQuery(m_query);
+    m_editor->Requery();
+    Show(*m_editor);
+  }
+
+  struct Folder : files::FolderTest {
+    using FolderTest::BytesOf;
+    using FolderTest::FilesInFolder;
+    using FolderTest::Path;
+    void TestBody() override {}
+  };
+
+  /// Answers the dialogs that come up, in this order, and then presses the key.
+  void Export(const std::string& sPath, const std::function<void(ExportDialog&)>& choose) {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      if (auto* choice = dynamic_cast<ExportDialog*>(dialog)) {
+        choose(*choice);
+        choice->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+      } else if (auto* files = qobject_cast<QFileDialog*>(dialog)) {
+        m_sSuggested = QFileInfo(files->selectedFiles().value(0)).fileName().toStdString();
+        files->findChild<QLineEdit*>()->setText(QString::fromStdString(sPath));
+        QTest::keyClick(files->findChild<QLineEdit*>(), Qt::Key_Return);
+      } else if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
+        m_sTold = box->text().toStdString();
+        box->button(QMessageBox::Ok)->click();
+      }
+    });
+    timer.start(5);
+    QTest::keyClick(ViewOf(*m_editor), Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+  }
+  static void Take(ExportDialog& dialog, const char* sChoice) {
+    auto* button = dialog.findChild<QRadioButton*>(sChoice);
+    ASSERT_TRUE(button->isEnabled());
+    button->click();
+  }
+
+  std::shared_ptr<controls::TableQuery> m_query = std::make_shared<controls::TableQuery>();
+  std::unique_ptr<TableEditor> m_editor;
+  Folder m_folder;
+  std::string m_sSuggested;
+  std::string m_sTold;
+};
+
+TEST_F(GridExportTest, writes_the_rows_that_are_shown) {
+  const std::string sPath = m_folder.Path("out.csv");
+  Export(sPath, [](ExportDialog& dialog) { Take(dialog, "m_optShown"); });
+  EXPECT_EQ(m_sSuggested, "Data.csv");
+  EXPECT_EQ(m_folder.BytesOf(sPath),
+            "Number,Name,Flag,Timestamp\r\n"
+            "0,row 0,,2023-11-14 22:13:20+00:00\r\n"
+            "1,row 1,False,2023-11-14 22:13:21+00:00\r\n"
+            "2,row 2,True,2023-11-14 22:13:22+00:00\r\n");
+  EXPECT_EQ(Label(*m_editor, "notice"), "Exported 3 rows to " + sPath);
+  EXPECT_EQ(m_server.nExecuted, 1);
+}
+
+TEST_F(GridExportTest, writes_the_selected_rows_and_columns_as_they_stand) {
+  auto* view = ViewOf(*m_editor);
+  view->Names().moveSection(1, 0);
+  const auto* model = view->model();
+  view->selectionModel()->select(QItemSelection(model->index(1, 0), model->index(2, 1)),
+                                 QItemSelectionModel::ClearAndSelect);
+  const std::string sPath = m_folder.Path("out.csv");
+  Export(sPath, [](ExportDialog& dialog) { Take(dialog, "m_optSelected"); });
+  EXPECT_EQ(m_folder.BytesOf(sPath), "Name,Number\r\nrow 1,1\r\nrow 2,2\r\n");
+}
+
+TEST_F(GridExportTest, fetches_all_rows_anew_without_the_limit) {
+  m_server.whileRunning = [this] {
+    if (m_server.sink) m_server.sink(Plant(4));
+    if (m_server.sink) m_server.sink(Plant(2));
+  };
+  const std::string sPath = m_folder.Path("out.csv");
+  Export(sPath, [](ExportDialog& dialog) { Take(dialog, "m_optAll"); });
+  EXPECT_EQ(m_server.nExecuted, 2);
+  EXPECT_EQ(m_server.lMaxRecords, 0);
+  EXPECT_EQ(m_server.lTimeout, 0);
+  EXPECT_TRUE(m_server.bReadOnly);
+  EXPECT_EQ(m_server.sCommandText, "SELECT *\nFROM \"Machine\"..\"Data\"");
+  EXPECT_EQ(Label(*m_editor, "notice"), "Exported 6 rows to " + sPath);
+  const std::string sBytes = m_folder.BytesOf(sPath);
+  EXPECT_EQ(std::ranges::count(sBytes, '\n'), 7);
+  EXPECT_EQ(RowsOf(*m_editor), 3) << "the grid keeps its rows";
+}
+
+TEST_F(GridExportTest, marks_what_the_row_limit_cut) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optShown"); });
+  const std::string sPath = m_folder.Path("out (first 3 rows).csv");
+  EXPECT_EQ(std::ranges::count(m_folder.BytesOf(sPath), '\n'), 4);
+  EXPECT_EQ(m_folder.FilesInFolder(), 1U);
+  EXPECT_EQ(Label(*m_editor, "notice"),
+            "Exported only the first 3 rows, as the source has more: " + sPath);
+}
+
+TEST_F(GridExportTest, leaves_no_file_when_it_was_cancelled_or_failed) {
+  m_server.whileRunning = [] {
+    throw platform::Failure(platform::failure::kCancelled, "The statement was cancelled.");
+  };
+  Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optAll"); });
+  EXPECT_EQ(Label(*m_editor, "notice"), "The export was cancelled; no file was written.");
+  EXPECT_EQ(m_sTold, "");
+  m_server.whileRunning = Refuse;
+  Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optAll"); });
+  EXPECT_EQ(m_sTold, "There is no such column; correct it.");
+  EXPECT_EQ(m_folder.FilesInFolder(), 0U);
+}
+
+TEST_F(GridExportTest, names_the_table_in_sql) {
+  m_query->Table("Da\"ta");
+  m_editor->TableQuery(m_query);
+  const std::string sPath = m_folder.Path("out.sql");
+  Export(sPath, [](ExportDialog& dialog) {
+    Take(dialog, "m_optShown");
+    QTest::keyClick(dialog.findChild<QWidget*>("m_cboForm"), Qt::Key_End);
+  });
+  EXPECT_EQ(m_sSuggested, "Da_ta.sql");
+  EXPECT_EQ(m_folder.BytesOf(sPath).substr(0, 34), "INSERT INTO \"Machine\"..\"Da\"\"ta\" (\"");
+}
+
+TEST_F(GridExportTest, cannot_fetch_over_a_closed_connection) {
+  m_connection->Close();
+  bool bOffered = true;
+  Export(m_folder.Path("out.csv"), [&](ExportDialog& dialog) {
+    bOffered = dialog.findChild<QRadioButton*>("m_optAll")->isEnabled();
+  });
+  EXPECT_FALSE(bOffered);
+}
+
+}  // namespace
+}  // namespace orvane::controls
