@@ -173,6 +173,7 @@ platform::FetchState GridCore::FetchAgain(const platform::RowSink& sink) {
   command->ActiveConnection(m_connection);
   command->CommandText(m_sSqlText);
   // As many rows as there are take the time they take; Cancel ends them.
+  command->MaxRecords(0);
   command->CommandTimeout(0);
   command->ReadOnly(true);
   command->Sink(sink);

@@ -82,8 +82,6 @@ TEST(row_area, widths_are_kept_for_the_same_columns_and_measured_for_others) {
   EXPECT_NE(view.ColumnWidth(0), 222);
 }
 
-constexpr int kMany = 200'000'000;
-
 TEST(row_area, any_of_two_hundred_million_rows_comes_into_sight) {
   RowView view;
   const auto rs = Plant(kMany);

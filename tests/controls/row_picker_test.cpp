@@ -133,8 +133,6 @@ TEST(row_picker, the_secondary_button_keeps_a_selection_it_hits) {
   EXPECT_TRUE(view.RowsSelected());
 }
 
-constexpr int kMany = 200'000'000;
-
 TEST(row_picker, a_selection_goes_over_a_hundred_and_fifty_million_rows) {
   RowView view;
   const auto rs = Plant(kMany);

@@ -16,6 +16,9 @@
 
 namespace orvane::controls {
 
+/// More rows than any pixels could number.
+inline constexpr int kMany = 200'000'000;
+
 using platform::RowIndex;
 using platform::Value;
 
