@@ -64,9 +64,17 @@ class Successor {
     m_bNeeded = bFormer;
   }
 
+  /// The present name lasts once its folder is on the disk; a file system that cannot say so keeps
+  /// its own order.
+  void KeepName() const {
+    const Descriptor folder(open(m_path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder) fsync(folder.Get());
+  }
+
   /// Takes the place of the target.
   Descriptor Succeed(const fs::path& target) {
     Rename(target);
+    KeepName();
     return std::exchange(m_file, Descriptor());
   }
 
@@ -111,10 +119,6 @@ class Successor {
   void Rename(const fs::path& path) {
     if (rename(m_path.c_str(), path.c_str()) != 0) Throw(errno);
     m_path = path;
-    // The new name lasts once its folder is on the disk; a file system that cannot say so keeps
-    // its own order.
-    const Descriptor folder(open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder) fsync(folder.Get());
   }
 
   bool IsHeld(const fs::path& path) const {
@@ -165,6 +169,7 @@ void WriteInPlace(const Present& present, std::string_view sBytes, Successor& su
   Text sOld;
   const auto nOld = static_cast<std::size_t>(present.status.st_size);
   if (const int iError = ReadAt(present.file, 0, nOld, sOld)) Throw(iError);
+  successor.KeepName();
   if (const int iError = WriteWhole(present.file, sBytes, write)) {
     // The room of the old bytes is still theirs; where a copy was needed, they were not whole.
     if (WriteWhole(present.file, sOld, write) == 0 && !successor.IsNeeded()) Throw(iError);
