@@ -1,0 +1,97 @@
+#include "controls/row_key.h"
+
+#include <array>
+#include <set>
+
+#include "platform/conversions.h"
+#include "platform/failure.h"
+
+namespace orvane::controls {
+
+using platform::Connection;
+using platform::RecordsetPtr;
+using platform::SchemaNumber;
+using platform::Text;
+using platform::Value;
+
+namespace {
+
+RecordsetPtr OfTable(Connection& cn, SchemaNumber schema, const Text& sCatalog,
+                     const Text& sTable) {
+  const Value vtCatalog = sCatalog.empty() ? Value() : Value(sCatalog);
+  if (schema == SchemaNumber::Indexes) {
+    return cn.OpenSchema(schema, std::array<Value, 5>{vtCatalog, {}, {}, {}, sTable});
+  }
+  return cn.OpenSchema(schema, std::array<Value, 3>{vtCatalog, {}, sTable});
+}
+
+Value KeyValueAt(const RecordsetPtr& rs, const char* sField) {
+  return rs->Fields().Item(sField).Value();
+}
+
+// The columns that are never null.
+std::set<Text> NeverNull(Connection& cn, const Text& sCatalog, const Text& sTable) {
+  std::set<Text> columns;
+  const auto rs = OfTable(cn, SchemaNumber::Columns, sCatalog, sTable);
+  for (; !rs->Eof(); rs->MoveNext()) {
+    if (platform::ToBoolean(KeyValueAt(rs, "IS_NULLABLE"))) continue;
+    columns.insert(platform::ToText(KeyValueAt(rs, "COLUMN_NAME")));
+  }
+  return columns;
+}
+
+// Of the unique keys that name a row the one of the fewest columns.
+std::vector<Text> UniqueKey(Connection& cn, const Text& sCatalog, const Text& sTable) {
+  const std::set<Text> neverNull = NeverNull(cn, sCatalog, sTable);
+  std::vector<Text> best;
+  std::vector<Text> key;
+  bool bNames = false;
+  const auto take = [&] {
+    if (bNames && !key.empty() && (best.empty() || key.size() < best.size())) best = key;
+  };
+  const auto rs = OfTable(cn, SchemaNumber::Indexes, sCatalog, sTable);
+  for (; !rs->Eof(); rs->MoveNext()) {
+    if (platform::ToLong(KeyValueAt(rs, "ORDINAL_POSITION")) == 1) {
+      take();
+      key.clear();
+      // One with a filter says nothing of the rows that it leaves out.
+      bNames = platform::ToBoolean(KeyValueAt(rs, "UNIQUE")) &&
+               KeyValueAt(rs, "FILTER_CONDITION").IsNull();
+    }
+    const Value vtColumn = KeyValueAt(rs, "COLUMN_NAME");
+    key.push_back(platform::ToText(vtColumn));
+    if (vtColumn.IsNull() || !neverNull.contains(key.back())) bNames = false;
+  }
+  take();
+  return best;
+}
+
+}  // namespace
+
+RowKey RowKeyOf(Connection& cn, const Text& sCatalog, const Text& sTable) {
+  const auto tables = OfTable(cn, SchemaNumber::Tables, sCatalog, sTable);
+  if (tables->RecordCount() != 1) {
+    return {{}, "These rows can only be looked at: they are not those of one table."};
+  }
+  const Text sType = platform::ToText(KeyValueAt(tables, "TABLE_TYPE"));
+  if (sType == "VIEW") {
+    return {{}, "These rows can only be looked at: they are those of a view; edit its tables."};
+  }
+  if (sType != "TABLE") {
+    return {{}, "These rows can only be looked at: the historian keeps this table itself."};
+  }
+  RowKey key;
+  const auto keys = OfTable(cn, SchemaNumber::PrimaryKeys, sCatalog, sTable);
+  for (; !keys->Eof(); keys->MoveNext()) {
+    key.columns.push_back(platform::ToText(KeyValueAt(keys, "COLUMN_NAME")));
+  }
+  if (key.columns.empty()) key.columns = UniqueKey(cn, sCatalog, sTable);
+  if (key.columns.empty()) {
+    key.sWhyNot =
+        "These rows can only be looked at: the table has no key by which one row is told from "
+        "another; give it a primary key.";
+  }
+  return key;
+}
+
+}  // namespace orvane::controls

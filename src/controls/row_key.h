@@ -1,0 +1,20 @@
+// Which columns of a table identify one row of it: its primary key, or a unique key whose columns
+// are never null. Asked for by whoever lets rows be edited; user-interface thread.
+#pragma once
+
+#include <vector>
+
+#include "platform/ado/connection.h"
+
+namespace orvane::controls {
+
+struct RowKey {
+  std::vector<platform::Text> columns;  ///< in the key's order; empty when there is none
+  platform::Text sWhyNot;               ///< then one sentence
+};
+
+/// Asks the server by its schema rowsets, and fails as that does.
+RowKey RowKeyOf(platform::Connection& cn, const platform::Text& sCatalog,
+                const platform::Text& sTable);
+
+}  // namespace orvane::controls

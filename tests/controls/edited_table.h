@@ -1,0 +1,41 @@
+// The rows of a table of a real historian, as one of its users edits them.
+#pragma once
+
+#include "controls/row_changes.h"
+#include "controls/row_key.h"
+#include "platform/quoting.h"
+#include "tests/controls/historian_server.h"
+#include "tests/provider/engines/database_folder.h"
+
+namespace orvane::tests {
+
+struct EditedTable {
+  /// On a connection of its own. The names are those of RowTable.
+  EditedTable(std::shared_ptr<HistorianServer> server, const platform::Text& sTable,
+              const platform::Text& sOptions = {}, const platform::Text& sSelect = {},
+              std::vector<platform::Text> names = {})
+      : objects(std::move(server)), cn(objects->Connect(sOptions)) {
+    rs = objects->Run(
+        cn, sSelect.empty() ? "SELECT * FROM P.." + platform::QuotedName(sTable) : sSelect);
+    table = {"P", sTable, {}, std::move(names)};
+    for (const auto& sName : controls::RowKeyOf(*cn, "P", sTable).columns) {
+      for (platform::ColumnIndex column = 0; column < rs->FieldCount(); ++column) {
+        if (table.NameOf(*rs, column) == sName) table.key.push_back(column);
+      }
+    }
+  }
+
+  /// Sends the row and accepts what was stored; gives the conflict there was.
+  std::optional<controls::RowConflict> Store(platform::RowIndex row) const {
+    auto sent = controls::RowChanges(cn, objects, table, 10).Send(*rs, row);
+    if (!sent.conflict) rs->Accept(row, sent.stored);
+    return std::move(sent.conflict);
+  }
+
+  std::shared_ptr<HistorianServer> objects;
+  platform::ConnectionPtr cn;
+  platform::RecordsetPtr rs;
+  controls::RowTable table;
+};
+
+}  // namespace orvane::tests
