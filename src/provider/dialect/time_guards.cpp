@@ -1,7 +1,5 @@
 // What meets what was made from a time: numbers meet numbers, and written times meet texts. What is
 // known only when the statement runs is looked at then, by functions that end it.
-#include <algorithm>
-
 #include "provider/dialect/time_analysis.h"
 #include "provider/dialect/time_functions.h"
 

@@ -1,6 +1,4 @@
 // What each expression is, from the bottom up.
-#include <algorithm>
-
 #include "platform/failure.h"
 #include "provider/dialect/time_analysis.h"
 

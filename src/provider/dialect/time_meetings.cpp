@@ -1,6 +1,4 @@
 // What meets what: comparisons, joins, sorting, and values on their way into columns.
-#include <algorithm>
-
 #include "platform/failure.h"
 #include "provider/dialect/time_analysis.h"
 #include "provider/dialect/time_functions.h"
