@@ -209,6 +209,9 @@ class FakeConnection : public platform::Connection {
           }
         }
         return Rows({{"COLUMN_NAME"}}, rows);
+      case platform::SchemaNumber::Indexes:
+        // The snap-in asks for none.
+        return Rows({{"INDEX_NAME"}}, {});
       case platform::SchemaNumber::ProviderTypes:
         return Rows({{"DATA_TYPE"}, {"BEST_MATCH"}, {"TYPE_NAME"}}, {{Long{3}, false, "smallint"},
                                                                      {Long{3}, true, "integer"},
