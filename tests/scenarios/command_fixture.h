@@ -9,6 +9,7 @@
 
 #include "platform/conversions.h"
 #include "tests/scenarios/driver.h"
+#include "tests/scenarios/written_document.h"
 
 namespace orvane::scenarios::commands {
 
@@ -45,24 +46,9 @@ inline ServerSetup Localhost() {
 
 /// A document with the server and two named queries.
 inline void WriteDocument(PropertyBag& pb, platform::ObjectFactory&) {
-  const Text sRoot = "ServersNode_";
-  const Text sServer = sRoot + "ServerNodes_ServerNode1_";
-  const Text sQueries = sServer + "QueryNodes_";
-  pb.WriteProperty("ServersNode", true);
-  pb.WriteProperty(sRoot + "MaxRows", Long{100});
-  pb.WriteProperty(sRoot + "QueryTimeout", Long{20});
-  pb.WriteProperty(sRoot + "DefaultStartTime", "*-2h");
-  pb.WriteProperty(sRoot + "DefaultEndTime", "*");
-  pb.WriteProperty(sRoot + "SqlStatements", false);
-  pb.WriteProperty(sRoot + "ServerNodes_ServerNodeCount", Long{1});
-  pb.WriteProperty(sServer + "Provider", "ORVOLEDB");
-  pb.WriteProperty(sServer + "Server", kServer);
-  pb.WriteProperty(sServer + "User", "orvanesnapin");
-  pb.WriteProperty(sQueries + "QueryNodeCount", Long{2});
-  pb.WriteProperty(sQueries + "QueryNode1_QueryName", "All pumps");
-  pb.WriteProperty(sQueries + "QueryNode1_Query", "SELECT Name FROM Plant..Pumps");
-  pb.WriteProperty(sQueries + "QueryNode2_QueryName", "All fans");
-  pb.WriteProperty(sQueries + "QueryNode2_Query", "SELECT Name FROM Plant..Fans");
+  Write(pb, {.sServer = kServer,
+             .queries = {{"All pumps", "SELECT Name FROM Plant..Pumps"},
+                         {"All fans", "SELECT Name FROM Plant..Fans"}}});
 }
 
 class command_scenario : public testing::Test {

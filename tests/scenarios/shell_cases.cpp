@@ -5,6 +5,7 @@
 
 #include "platform/conversions.h"
 #include "tests/scenarios/driver.h"
+#include "tests/scenarios/written_document.h"
 
 namespace orvane::scenarios {
 namespace {
@@ -45,26 +46,13 @@ struct DocumentSetup {
 
 Driver::Fill Document(const DocumentSetup& setup = {}) {
   return [setup](PropertyBag& pb, platform::ObjectFactory& objects) {
-    const Text sRoot = "ServersNode_";
-    const Text sServer = sRoot + "ServerNodes_ServerNode1_";
-    pb.WriteProperty("ServersNode", true);
-    pb.WriteProperty(sRoot + "MaxRows", setup.lMaxRows);
-    pb.WriteProperty(sRoot + "QueryTimeout", Long{20});
-    pb.WriteProperty(sRoot + "DefaultStartTime", "*-2h");
-    pb.WriteProperty(sRoot + "DefaultEndTime", "*");
-    pb.WriteProperty(sRoot + "SqlStatements", false);
-    pb.WriteProperty(sRoot + "ServerNodes_ServerNodeCount", Long{1});
-    pb.WriteProperty(sServer + "Provider", "ORVOLEDB");
-    pb.WriteProperty(sServer + "Server", kServer);
-    pb.WriteProperty(sServer + "User", "orvanesnapin");
-    pb.WriteProperty(sServer + "ExtendedOptions", "Log Level = 1;");
-    pb.WriteProperty(sServer + "QueryNodes_QueryNodeCount", Long{2});
-    pb.WriteProperty(sServer + "QueryNodes_QueryNode1_QueryName", "All pumps");
-    pb.WriteProperty(sServer + "QueryNodes_QueryNode1_Query", "SELECT Name FROM Plant..Pumps");
-    pb.WriteProperty(sServer + "QueryNodes_QueryNode2_QueryName", "v1.2 of \"it\"");
-    pb.WriteProperty(sServer + "QueryNodes_QueryNode2_Query", "SELECT Name FROM Plant..Fans");
+    Write(pb, {.sServer = kServer,
+               .lMaxRows = setup.lMaxRows,
+               .sExtendedOptions = "Log Level = 1;",
+               .queries = {{"All pumps", "SELECT Name FROM Plant..Pumps"},
+                           {"v1.2 of \"it\"", "SELECT Name FROM Plant..Fans"}}});
     if (!setup.bKnownPumps) return;
-    const Text sCatalog = sServer + "CatalogNodes_";
+    const Text sCatalog = kWrittenServer + "CatalogNodes_";
     const Text sTable = sCatalog + "CatalogNode1_TableNodes_";
     const platform::TableQueryPtr query = objects.CreateTableQuery();
     query->Catalog("Plant");
