@@ -105,7 +105,23 @@ void GridCore::Run(const GridQuery& query, Access access) {
   FollowZone();
   const bool bHasColumns = m_recordset->FieldCount() > 0;
   const NoRowsTexts texts = bHasColumns ? query.noRows : DoneTexts(fetched.lRecordsAffected);
-  m_window->ShowRows(m_recordset, m_format, nullptr, HowFetched(), texts.sTitle, texts.sSentence);
+  std::optional<RowsState> state;
+  if (query.following) state = query.following(*m_recordset);
+  m_window->ShowRows(m_recordset, m_format, state ? &*state : nullptr, HowFetched(), texts.sTitle,
+                     texts.sSentence);
+}
+
+RecordsetPtr GridCore::Ask(const Text& sSqlText, Long lMaxRows, Long lTimeout) {
+  if (!m_connection || !m_services.objects) return nullptr;
+  if (*m_running) FailBusy();
+  const RunningMark running(m_running);
+  const platform::CommandPtr command = m_services.objects->CreateCommand();
+  command->ActiveConnection(m_connection);
+  command->CommandText(sSqlText);
+  command->MaxRecords(lMaxRows);
+  command->CommandTimeout(lTimeout);
+  command->ReadOnly(true);
+  return command->Execute();
 }
 
 void GridCore::FailBusy() {
@@ -144,8 +160,10 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
                   "data access.");
   }
   const RunningMark running(m_running);
-  m_window->ShowRunning(access == Access::Read ? QStringLiteral("Fetching rows\u2026")
-                                               : QStringLiteral("Running the query\u2026"));
+  if (!query.following) {
+    m_window->ShowRunning(access == Access::Read ? QStringLiteral("Fetching rows\u2026")
+                                                 : QStringLiteral("Running the query\u2026"));
+  }
   const platform::CommandPtr command = m_services.objects->CreateCommand();
   command->ActiveConnection(m_connection);
   command->CommandText(query.sSqlText);

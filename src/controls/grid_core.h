@@ -43,6 +43,9 @@ struct GridQuery {
   platform::Long lMaxRows = 0;       ///< 0 or less is no limit
   platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
   NoRowsTexts noRows;
+  /// Of rows that follow the ones shown: how they are to be looked at. Those shown stay until they
+  /// have come.
+  std::function<RowsState(const platform::Recordset& rs)> following = {};
 };
 
 /// What a statement may do: showing is reading, and only a press of the button lets it change.
@@ -72,6 +75,13 @@ class GridCore {
   /// not been run and is no failure: the window says so, with a button that runs it, once. The grid
   /// may be gone when the rows have come; then nothing is done with them.
   void Run(const GridQuery& query, Access access = Access::Read);
+  /// Runs a statement that only reads, and shows nothing of it. The grid may be gone afterwards.
+  platform::RecordsetPtr Ask(const platform::Text& sSqlText, platform::Long lMaxRows,
+                             platform::Long lTimeout);
+  /// Takes down what failed where nobody else does.
+  void NoteFailure(const std::exception& exception) const {
+    NoteFailure(m_services.failures, exception);
+  }
   /// True while a statement runs, which handles events.
   bool Running() const { return *m_running; }
   /// Says that nothing can be asked of the connection while a statement runs.

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "controls/empty_notice.h"
+#include "controls/grid_trend.h"
 #include "controls/header_view.h"
 #include "controls/sql_pane.h"
 #include "controls/status_strip.h"
@@ -78,11 +79,16 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     m_bToldOfSelection = m_rows->selectionModel()->hasSelection();
     Raise(&GridEvents::selChange);
   });
+  m_trend = new GridTrend(*m_splitter, *m_rows, *m_status);
   m_rows->OnCopied([this](const QString& sWhyNot) { m_status->Remark(sWhyNot); });
   connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_bSplitByUser = true; });
   m_patience.setSingleShot(true);
   m_patience.setInterval(kPatience);
   connect(&m_patience, &QTimer::timeout, this, [this] { StopWaiting(); });
+}
+
+void GridWindow::Above(QWidget* bar) {
+  static_cast<QVBoxLayout*>(layout())->insertWidget(0, bar);
 }
 
 QWidget* GridWindow::LendStatusLine() {

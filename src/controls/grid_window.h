@@ -16,6 +16,7 @@ class QSplitter;
 namespace orvane::controls {
 
 class EmptyNotice;
+class GridTrend;
 class SqlPane;
 class StatusStrip;
 
@@ -49,6 +50,10 @@ class GridWindow : public QWidget {
   /// Says something beneath the rows, until there is something else to be said of them.
   void Remark(const QString& sRemark, bool bWarning);
 
+  /// Places a bar above everything else; it becomes the window's.
+  void Above(QWidget* bar);
+  /// The rows as a trend.
+  GridTrend& Trend() const { return *m_trend; }
   RowView& Rows() { return *m_rows; }
   const RowView& Rows() const { return *m_rows; }
 
@@ -82,6 +87,7 @@ class GridWindow : public QWidget {
   EmptyNotice* m_notice;
   QWidget* m_lineOverStatus;
   StatusStrip* m_status;
+  GridTrend* m_trend;
   QTimer m_patience;
   bool m_bSqlShown = false;
   bool m_bSplitByUser = false;

@@ -42,6 +42,7 @@ void RowModel::Recordset(platform::RecordsetPtr rs, CellFormat format) {
   beginResetModel();
   m_recordset = std::move(rs);
   m_format = std::move(format);
+  m_newRows = std::exchange(m_nextNewRows, {});
   m_order.reset();
   m_nPlaces = CountPlaces();
   endResetModel();
@@ -97,6 +98,10 @@ void RowModel::TellOfChange(RowIndex row) {
   if (nPlace < 0 || columnCount() == 0) return;
   emit dataChanged(index(nPlace, 0), index(nPlace, columnCount() - 1));
   emit headerDataChanged(Qt::Vertical, nPlace, nPlace);
+}
+
+bool RowModel::IsNew(int nPlace) const {
+  return !m_newRows.empty() && !IsEmptyRow(nPlace) && m_newRows.contains(RecordRow(nPlace));
 }
 
 Cell RowModel::CellAt(int nPlace, int nColumn) const {
@@ -184,6 +189,8 @@ QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRo
       return IsEmptyRow(nSection) ? QVariant(QStringLiteral("*")) : QVariant(nSection + 1);
     }
     if (nRole == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    if (nRole == kNewRole && IsNew(nSection)) return true;
+    if (nRole == Qt::AccessibleDescriptionRole && IsNew(nSection)) return QStringLiteral("New");
     return {};
   }
   if (nSection < 0 || nSection >= columnCount()) return {};

@@ -8,6 +8,8 @@
 #include <QFont>
 #include <limits>
 #include <memory>
+#include <set>
+#include <utility>
 
 #include "controls/cell_format.h"
 #include "controls/row_editing.h"
@@ -30,6 +32,9 @@ class RowModel : public QAbstractTableModel {
   /// The toolkit counts rows with 31 bits; more are not offered, see AllRowsFit. One is left for
   /// the empty row at the end.
   static constexpr platform::RowIndex kMaxRows = std::numeric_limits<int>::max() - 1;
+
+  /// Of a row's number: true where the row was not there when rows were fetched before.
+  static constexpr int kNewRole = Qt::UserRole;
 
   explicit RowModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
 
@@ -59,6 +64,9 @@ class RowModel : public QAbstractTableModel {
   Cell CellAt(int nPlace, int nColumn) const;
   /// The typed value, for everything that must not go through what is shown.
   platform::Value ValueAt(int nPlace, int nColumn) const;
+  /// Marks rows of the recordset that is shown next as new among others that were there before.
+  void NewRows(std::set<platform::RowIndex> rows) { m_nextNewRows = std::move(rows); }
+  bool IsNew(int nPlace) const;
   /// What was made of the row at the place.
   platform::RowState StateAt(int nPlace) const;
   QString ColumnName(int nColumn) const;
@@ -84,6 +92,8 @@ class RowModel : public QAbstractTableModel {
   RowEditing* m_editing = nullptr;
   int m_nPlaces = 0;  ///< as told to those who look, without the empty row
   CellFormat m_format;
+  std::set<platform::RowIndex> m_newRows;
+  std::set<platform::RowIndex> m_nextNewRows;
 };
 
 }  // namespace orvane::controls

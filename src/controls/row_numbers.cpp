@@ -11,6 +11,7 @@
 #include "controls/cell_delegate.h"
 #include "controls/header_view.h"
 #include "controls/row_area.h"
+#include "controls/row_model.h"
 
 namespace orvane::controls {
 
@@ -71,6 +72,10 @@ void RowNumbers::PaintNumber(QPainter& painter, int nRow) const {
   section.rect = {0, YOf(nRow), width(), m_area.RowHeight()};
   section.position = QStyleOptionHeader::Middle;
   style()->drawControl(QStyle::CE_HeaderSection, &section, &painter, this);
+  if (m_area.model()->headerData(nRow, Qt::Vertical, RowModel::kNewRole).toBool()) {
+    const QRect mark(section.rect.left() + 2, section.rect.top() + 3, 4, section.rect.height() - 6);
+    painter.fillRect(mark, palette().color(QPalette::Highlight));
+  }
   const bool bCurrent = m_area.currentIndex().row() == nRow;
   painter.setFont(bCurrent ? Bold(font()) : font());
   const QRect text = section.rect.adjusted(CellDelegate::kMargin, 0, -CellDelegate::kMargin, 0);

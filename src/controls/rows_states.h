@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "controls/table_statement.h"
 #include "platform/ado/connection.h"
 
 namespace orvane::controls {
@@ -44,6 +45,7 @@ struct RowsState {
   std::vector<int> columnWidths;
   platform::Text sSqlText;  ///< the statement that fetched the rows
   std::optional<RowsOrigin> origin;
+  Viewing viewing;  ///< what the grid had added to its table's query
 };
 
 class RowsStates {

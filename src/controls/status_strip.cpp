@@ -105,6 +105,16 @@ StatusStrip::StatusStrip(QWidget* parent)
   Empty();
 }
 
+void StatusStrip::AddSwitch(std::initializer_list<QWidget*> buttons) {
+  auto* place = new QHBoxLayout;
+  place->setSpacing(0);
+  for (QWidget* button : buttons) {
+    place->addWidget(button);
+    setFixedHeight(std::max(height(), button->sizeHint().height() + 2));
+  }
+  static_cast<QHBoxLayout*>(layout())->addLayout(place);
+}
+
 QSize StatusStrip::minimumSizeHint() const {
   return {0, height()};
 }

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QWidget>
 #include <chrono>
+#include <initializer_list>
 
 #include "platform/ado/recordset.h"
 #include "zones/time_zone.h"
@@ -34,6 +35,10 @@ class StatusStrip : public QWidget {
   void Remark(const QString& sRemark, bool bWarning = true);
   /// Row from 0; -1 when there is no current row.
   void Position(int nRow, int nRows);
+
+  /// Adds buttons at the end of the strip that choose how the rows are looked at; they become the
+  /// strip's.
+  void AddSwitch(std::initializer_list<QWidget*> buttons);
 
   QSize minimumSizeHint() const override;
 

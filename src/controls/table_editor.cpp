@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "controls/sql_text.h"
-#include "controls/time_column.h"
 
 namespace orvane::controls {
 
@@ -12,10 +11,14 @@ using platform::Long;
 using platform::RecordsetPtr;
 using platform::Text;
 
-TableEditor::TableEditor(GridServices services) : GridControl(std::move(services), "Table rows") {}
+TableEditor::TableEditor(GridServices services)
+    : GridControl(std::move(services), "Table rows"),
+      m_time(m_core,
+             {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}) {}
 
 void TableEditor::TableQuery(const platform::TableQueryPtr& query) {
   m_query = query;
+  m_time.Forget();
   if (!query) return;
   m_core.Subject({query->Table(), TableInSql(query->Catalog(), query->Table())});
 }
@@ -30,47 +33,33 @@ void TableEditor::Requery() {
                         "The table's query names no table; remove its server from the tree "
                         "and connect it anew."));
   }
-  if (m_core.Running() || *m_asking) GridCore::FailBusy();
-  if (!LearnTimeColumn()) return;
-  m_core.Run({StatementOf(*m_query, m_viewing), m_query->MaxRows(), m_query->QueryTimeout(),
-              TextsWithoutRows()});
-}
-
-bool TableEditor::LearnTimeColumn() {
-  m_viewing.timeColumn.reset();
-  if (m_query->SortCriterion() || !m_core.Connection()) return true;
-  const std::weak_ptr<bool> life = m_asking;
-  std::optional<Text> column;
-  try {
-    const struct Asking {
-      explicit Asking(std::shared_ptr<bool> bAsking) : b(std::move(bAsking)) { *b = true; }
-      ~Asking() { *b = false; }
-      Asking(const Asking&) = delete;
-      Asking& operator=(const Asking&) = delete;
-      std::shared_ptr<bool> b;
-    } asking(m_asking);
-    const platform::ConnectionPtr cn = m_core.Connection();
-    column = TimeColumnOf(*cn, m_query->Catalog(), m_query->Table());
-  } catch (const Failure& failure) {
-    // Whatever else is wrong, the statement will tell.
-    if (!life.expired() && failure.Number() == platform::failure::kCancelled) m_core.Fail(failure);
-  } catch (const std::exception&) {
-  }
-  if (life.expired()) return false;
-  m_viewing.timeColumn = std::move(column);
-  return true;
+  if (m_core.Running()) GridCore::FailBusy();
+  if (!m_time.Learn()) return;
+  GridQuery query{StatementOf(*m_query, m_time.View()), m_query->MaxRows(), m_query->QueryTimeout(),
+                  TextsWithoutRows()};
+  m_time.Prepare(query);
+  const std::weak_ptr<int> life = m_life;
+  m_core.Run(query);
+  if (!life.expired()) m_time.RowsShown();
 }
 
 void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
   if (!rs) return m_core.Empty();
-  m_core.Attach(rs, m_core.States().Find(lUpdatability, *rs), m_query ? m_query->SqlText() : Text(),
-                TextsWithoutRows());
+  const RowsState* state = m_core.States().Find(lUpdatability, *rs);
+  m_core.Attach(rs, state, m_query ? m_query->SqlText() : Text(), TextsWithoutRows());
+  m_time.Restore(state);
 }
 
 RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
   const RecordsetPtr& rs = m_core.Recordset();
-  lUpdatability = rs ? m_core.States().Keep(*rs, m_core.State()) : 0;
+  RowsState state = m_core.State();
+  m_time.Keep(state);
+  lUpdatability = rs ? m_core.States().Keep(*rs, std::move(state)) : 0;
   return rs;
+}
+
+bool TableEditor::Editing() const {
+  return m_core.Recordset() && !m_core.Recordset()->PendingRows().empty();
 }
 
 platform::Subscription TableEditor::OnHeadClick(std::function<void()> handler) {
@@ -78,7 +67,7 @@ platform::Subscription TableEditor::OnHeadClick(std::function<void()> handler) {
 }
 
 NoRowsTexts TableEditor::TextsWithoutRows() const {
-  const Text sFilter = m_query ? m_query->FilterCondition() : Text();
+  const Text sFilter = m_query ? FilterWithin(m_query->FilterCondition(), m_time.View()) : Text();
   if (sFilter.empty()) return {"No rows", "The table is empty."};
   return {"No rows", "The filter is: " + QString::fromStdString(sFilter)};
 }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "controls/grid_control.h"
-#include "controls/table_statement.h"
+#include "controls/table_time.h"
 
 namespace orvane::controls {
 
@@ -25,15 +25,12 @@ class TableEditor : public GridControl<platform::TableEditor> {
 
  private:
   NoRowsTexts TextsWithoutRows() const;
-  /// Learns the table's time column, which the order of a query without one is about. False when
-  /// the grid is gone: the server was waited for.
-  bool LearnTimeColumn();
+  /// True while there is something that was not sent yet.
+  bool Editing() const;
 
   platform::TableQueryPtr m_query;
-  Viewing m_viewing;
-  /// True while the server is asked about the table. Whoever may outlive the grid tells by it
-  /// whether that is still there.
-  std::shared_ptr<bool> m_asking = std::make_shared<bool>(false);
+  TableTime m_time;
+  std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
 };
 
 }  // namespace orvane::controls

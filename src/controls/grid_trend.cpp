@@ -1,0 +1,132 @@
+#include "controls/grid_trend.h"
+
+#include <QButtonGroup>
+#include <QSplitter>
+#include <QToolButton>
+#include <algorithm>
+#include <chrono>
+
+#include "controls/row_view.h"
+#include "controls/status_strip.h"
+#include "controls/time_column.h"
+
+namespace orvane::controls {
+
+namespace {
+
+/// Rows that come one after the other are drawn together.
+constexpr std::chrono::milliseconds kSoon(300);
+
+QToolButton* AddButton(QButtonGroup& group, const QString& sText, const QString& sName,
+                       const QString& sTip) {
+  auto* button = new QToolButton;
+  button->setText(sText);
+  button->setObjectName(sName);
+  button->setToolTip(sTip);
+  button->setCheckable(true);
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  group.addButton(button);
+  return button;
+}
+
+}  // namespace
+
+GridTrend::GridTrend(QSplitter& splitter, RowView& rows, StatusStrip& status)
+    : QObject(&splitter), m_splitter(splitter), m_rows(rows), m_status(status) {
+  auto* group = new QButtonGroup(this);
+  m_asRows = AddButton(*group, "Rows", "asRows", "Shows the rows");
+  m_asTrend =
+      AddButton(*group, "Trend", "asTrend", "Shows the numbers of the rows over their times");
+  m_asRows->setChecked(true);
+  m_status.AddSwitch({m_asRows, m_asTrend});
+  connect(m_asTrend, &QToolButton::toggled, this, [this](bool bTrend) { Show(bTrend); });
+  m_soon.setSingleShot(true);
+  m_soon.setInterval(kSoon);
+  connect(&m_soon, &QTimer::timeout, this, [this] { GiveRows(); });
+  const RowModel& model = rows.Model();
+  connect(&model, &QAbstractItemModel::modelReset, this, [this] { RowsChanged(); });
+  connect(&model, &QAbstractItemModel::rowsInserted, this, [this] { RowsChanged(); });
+  connect(&model, &QAbstractItemModel::dataChanged, this, [this] { RowsChanged(); });
+  OfferTrend();
+}
+
+trend::TrendView& GridTrend::View() {
+  if (m_view == nullptr) {
+    m_view = new trend::TrendView;
+    m_view->hide();
+    m_splitter.addWidget(m_view);
+    m_splitter.setStretchFactor(m_splitter.indexOf(m_view), 1);
+    m_view->OnRemark([this](const QString& sSentence) { m_status.Remark(sSentence); });
+    m_view->AskUnits([this] { return m_askUnits ? m_askUnits() : trend::TrendView::Units(); });
+    if (m_range) m_view->OnRange([this](const trend::TrendSpan& span) { m_range(span); });
+  }
+  return *m_view;
+}
+
+void GridTrend::OfferTrend() {
+  const bool bCan = trend::TrendView::CanShow(m_rows.Model().Recordset());
+  for (QToolButton* button : {m_asRows, m_asTrend}) button->setVisible(bCan || m_bShown);
+}
+
+void GridTrend::RowsChanged() {
+  m_bStale = true;
+  // Between two fetches there are no rows for a moment; the trend stays until there are others.
+  if (!m_rows.Model().Recordset()) return;
+  OfferTrend();
+  if (!m_bShown) return;
+  if (!trend::TrendView::CanShow(m_rows.Model().Recordset())) return Show(false);
+  m_soon.start();
+}
+
+void GridTrend::GiveRows() {
+  if (!m_bShown || !m_bStale) return;
+  m_bStale = false;
+  View().ShowRows(m_rows.Model().Recordset(), m_rows.Model().Format().Zone());
+}
+
+void GridTrend::Show(bool bTrend) {
+  if (m_bShown == bTrend) return;
+  m_bShown = bTrend;
+  m_asTrend->setChecked(bTrend);
+  m_asRows->setChecked(!bTrend);
+  const bool bHadKeys = (bTrend ? static_cast<QWidget*>(&m_rows) : m_view)->hasFocus();
+  trend::TrendView& view = View();
+  m_rows.setVisible(!bTrend);
+  view.setVisible(bTrend);
+  if (bTrend) {
+    const auto span = SelectedSpan();
+    GiveRows();
+    if (span) view.ShowSpan(*span);
+  }
+  if (bHadKeys) (bTrend ? static_cast<QWidget*>(&view) : &m_rows)->setFocus();
+  OfferTrend();
+}
+
+std::optional<trend::TrendSpan> GridTrend::SelectedSpan() const {
+  const RowModel& model = m_rows.Model();
+  const auto column = model.Recordset() ? TimeColumnOf(*model.Recordset()) : std::nullopt;
+  if (!column) return std::nullopt;
+  std::optional<trend::TrendSpan> span;
+  int nRows = 0;
+  for (const QItemSelectionRange& range : m_rows.selectionModel()->selection()) {
+    // The rows stand in some order; their ends tell enough where it is by time, and looking at
+    // more than a screenful of others would take its time.
+    constexpr int kLookedAt = 10'000;
+    const int nStep = std::max(1, range.height() / kLookedAt);
+    nRows += range.height();
+    for (int nRow = range.top(); nRow <= range.bottom();
+         nRow = nRow == range.bottom() ? nRow + 1 : std::min(nRow + nStep, range.bottom())) {
+      const platform::Value vt = model.ValueAt(nRow, *column);
+      const auto* time = vt.As<platform::Timestamp>();
+      if (time == nullptr) continue;
+      if (!span) span = {*time, *time};
+      span->from = std::min(span->from, *time);
+      span->to = std::max(span->to, *time);
+    }
+  }
+  return nRows > 1 && nRows < model.rowCount() && span && span->from < span->to ? span
+                                                                                : std::nullopt;
+}
+
+}  // namespace orvane::controls

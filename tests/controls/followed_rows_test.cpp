@@ -1,0 +1,90 @@
+#include "controls/followed_rows.h"
+
+#include <gtest/gtest.h>
+
+#include "ado/recordset_builder.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::DataType;
+using platform::RecordsetPtr;
+using platform::RowIndex;
+
+/// Rows of a tag, newest first, from one second down to another; each value is its second.
+RecordsetPtr Seconds(int nNewest, int nOldest, double offset = 0) {
+  ado::RecordsetBuilder builder({{"Tag", DataType::WChar},
+                                 {"Timestamp", DataType::DBTimeStamp},
+                                 {"Value", DataType::Double}});
+  for (int n = nNewest; n >= nOldest; --n) {
+    builder.AppendRow({"a", platform::Timestamp(std::chrono::seconds(n)), n + offset});
+  }
+  return builder.Finish();
+}
+
+const std::vector<platform::Text> kKey = {"Tag", "Timestamp"};
+
+TEST(FollowedRowsTest, cell_selection_and_scrolling_go_with_their_rows) {
+  RowsState state;
+  state.nCurrentRow = 3;
+  state.nCurrentColumn = 2;
+  state.selection = {{2, 0, 4, 2}};
+  state.nTopRow = 2;
+  const FollowedRows before(*Seconds(20, 11), state, kKey);
+  const RowsState after = before.StateIn(*Seconds(25, 12));
+  EXPECT_EQ(after.nCurrentRow, 8);
+  EXPECT_EQ(after.nCurrentColumn, 2);
+  EXPECT_EQ(after.selection, (std::vector<CellRange>{{7, 0, 9, 2}}));
+  EXPECT_EQ(after.nTopRow, 7);
+}
+
+TEST(FollowedRowsTest, who_looks_at_the_first_row_goes_on_looking_at_the_first) {
+  RowsState state;
+  state.nCurrentRow = 0;
+  const FollowedRows before(*Seconds(20, 11), state, kKey);
+  const RowsState after = before.StateIn(*Seconds(25, 12));
+  EXPECT_EQ(after.nTopRow, 0);
+  EXPECT_EQ(after.nCurrentRow, 5);
+}
+
+TEST(FollowedRowsTest, rows_that_went_are_selected_no_more) {
+  RowsState state;
+  state.nCurrentRow = 9;
+  state.selection = {{8, 1, 9, 1}, {0, 1, 0, 1}};
+  const FollowedRows before(*Seconds(20, 11), state, kKey);
+  const RowsState after = before.StateIn(*Seconds(22, 12));
+  EXPECT_EQ(after.selection, (std::vector<CellRange>{{10, 1, 10, 1}, {2, 1, 2, 1}}));
+  EXPECT_EQ(after.nCurrentRow, 9) << "the cell stays where it was";
+  EXPECT_EQ(before.StateIn(*Seconds(3, 4)).nCurrentRow, -1);
+}
+
+TEST(FollowedRowsTest, all_stay_all) {
+  RowsState state;
+  state.selection = {{0, 0, 9, 2}};
+  const FollowedRows before(*Seconds(20, 11), state, kKey);
+  EXPECT_EQ(before.StateIn(*Seconds(22, 11)).selection, (std::vector<CellRange>{{0, 0, 11, 2}}));
+}
+
+TEST(FollowedRowsTest, knows_which_rows_came_new) {
+  const FollowedRows before(*Seconds(20, 11), {}, kKey);
+  EXPECT_EQ(before.NewIn(*Seconds(22, 12)), (std::set<RowIndex>{0, 1}));
+  EXPECT_TRUE(before.NewIn(*Seconds(20, 11)).empty());
+  EXPECT_TRUE(before.NewIn(*Seconds(20, 11, 0.5)).empty()) << "a row is known by its key";
+}
+
+TEST(FollowedRowsTest, without_its_key_a_row_is_all_of_its_values) {
+  const FollowedRows before(*Seconds(20, 11), {}, {"Tag", "Id"});
+  EXPECT_TRUE(before.NewIn(*Seconds(20, 11)).empty());
+  EXPECT_EQ(before.NewIn(*Seconds(20, 11, 0.5)).size(), 10U);
+}
+
+TEST(FollowedRowsTest, of_too_many_rows_none_is_told_from_another) {
+  RowsState state;
+  state.nCurrentRow = 7;
+  const FollowedRows before(*Seconds(100'001, 1), state, kKey);
+  EXPECT_TRUE(before.NewIn(*Seconds(100'005, 5)).empty());
+  EXPECT_EQ(before.StateIn(*Seconds(100'005, 5)).nCurrentRow, 7);
+}
+
+}  // namespace
+}  // namespace orvane::controls

@@ -1,0 +1,84 @@
+#include "controls/follower.h"
+
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QTest>
+
+namespace orvane::controls {
+namespace {
+
+using std::chrono::seconds;
+
+class follower : public testing::Test {
+ protected:
+  follower() { m_window.show(); }
+  QWidget m_window;
+  bool m_bMayRun = true;
+  int m_nRuns = 0;
+  std::function<void()> m_whileRunning;
+  std::unique_ptr<Follower> m_follower = std::make_unique<Follower>(
+      m_window, [this] { return m_bMayRun; },
+      [this] {
+        ++m_nRuns;
+        if (m_whileRunning) m_whileRunning();
+      });
+};
+
+TEST_F(follower, runs_when_a_pause_is_over_and_not_otherwise) {
+  m_follower->PauseOver();
+  EXPECT_EQ(m_nRuns, 0);
+  m_follower->Every(seconds(3600));
+  EXPECT_EQ(m_nRuns, 0);
+  m_follower->PauseOver();
+  m_follower->PauseOver();
+  EXPECT_EQ(m_nRuns, 2);
+  m_follower->Every(std::nullopt);
+  m_follower->PauseOver();
+  EXPECT_EQ(m_nRuns, 2);
+}
+
+TEST_F(follower, pauses_by_its_clock) {
+  m_follower->Every(seconds(1));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return m_nRuns >= 2; }, 20'000));
+}
+
+TEST_F(follower, never_runs_twice_at_once) {
+  m_follower->Every(seconds(3600));
+  m_whileRunning = [this] { m_follower->PauseOver(); };
+  m_follower->PauseOver();
+  EXPECT_EQ(m_nRuns, 1);
+  m_whileRunning = {};
+  m_follower->PauseOver();
+  EXPECT_EQ(m_nRuns, 2);
+}
+
+TEST_F(follower, waits_while_it_may_not_or_nobody_sees_it) {
+  m_follower->Every(seconds(3600));
+  m_bMayRun = false;
+  m_follower->PauseOver();
+  m_bMayRun = true;
+  m_window.hide();
+  m_follower->PauseOver();
+  EXPECT_EQ(m_nRuns, 0);
+  m_window.show();
+  {
+    QDialog question(&m_window);
+    question.setModal(true);
+    question.show();
+    m_follower->PauseOver();
+    EXPECT_EQ(m_nRuns, 0);
+  }
+  m_follower->PauseOver();
+  EXPECT_EQ(m_nRuns, 1);
+}
+
+TEST_F(follower, may_go_while_it_runs) {
+  m_follower->Every(seconds(3600));
+  m_whileRunning = [this] { m_follower.reset(); };
+  m_follower->PauseOver();
+  EXPECT_EQ(m_nRuns, 1);
+}
+
+}  // namespace
+}  // namespace orvane::controls

@@ -1,0 +1,222 @@
+#include "controls/table_time.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QToolButton>
+
+#include "controls/grid_trend.h"
+#include "controls/table_editor.h"
+#include "controls/table_query.h"
+#include "tests/controls/grid_fixture.h"
+#include "tests/controls/schema_connection.h"
+#include "trend/trend_plot.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::DataType;
+using platform::Text;
+using platform::Timestamp;
+
+const Text kSelect = "SELECT *\nFROM \"Machine\"..\"Data\"";
+const Text kNewestFirst = "\nORDER BY \"Timestamp\" DESC";
+
+platform::RecordsetPtr Samples(int nNewest, int nOldest) {
+  ado::RecordsetBuilder builder({{"Tag", DataType::WChar},
+                                 {"Timestamp", DataType::DBTimeStamp},
+                                 {"Value", DataType::Double}});
+  for (int n = nNewest; n >= nOldest; --n) {
+    builder.AppendRow({"a", Timestamp(std::chrono::seconds(n)), 1.0 * n});
+  }
+  return builder.Finish();
+}
+
+class table_time : public GridFixture {
+ protected:
+  table_time() {
+    m_query->Catalog("Machine");
+    m_query->Table("Data");
+    m_server.answer = Samples(100, 51);
+    m_editor = Bound();
+  }
+  std::unique_ptr<controls::TableEditor> Bound() {
+    auto editor = std::make_unique<controls::TableEditor>(Services());
+    editor->Connection(m_cn);
+    editor->TableQuery(m_query);
+    return editor;
+  }
+  TimeBar& Bar() { return *static_cast<TimeBar*>(Find<QWidget>("timeBar")); }
+  template <class Widget>
+  Widget* Find(const char* sName) {
+    return WindowOf(*m_editor)->findChild<Widget*>(sName);
+  }
+  void Pick(const char* sName) {
+    auto* ranges = Find<QComboBox>("timeRange");
+    ranges->setCurrentIndex(ranges->findText(sName));
+    emit ranges->activated(ranges->currentIndex());
+  }
+  /// What the last statement said behind the table's name.
+  Text Sent() const {
+    EXPECT_TRUE(m_server.sCommandText.starts_with(kSelect)) << m_server.sCommandText;
+    return m_server.sCommandText.substr(kSelect.size());
+  }
+  /// The next fetch of a grid that follows.
+  void FollowOnce() {
+    auto* follow = Find<QCheckBox>("follow");
+    if (!follow->isChecked()) follow->click();
+    const int nExecuted = m_server.nExecuted;
+    Find<QSpinBox>("followSeconds")->setValue(1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_server.nExecuted > nExecuted; }, 20'000));
+    follow->click();
+  }
+
+  std::shared_ptr<SchemaConnection> m_cn = std::make_shared<SchemaConnection>(
+      SchemaConnection::Columns{{"Tag", DataType::WChar}, {"Timestamp", DataType::DBTimeStamp}});
+  std::shared_ptr<controls::TableQuery> m_query = std::make_shared<controls::TableQuery>();
+  std::unique_ptr<controls::TableEditor> m_editor;
+};
+
+TEST_F(table_time, the_bar_stands_where_the_table_has_a_time_column) {
+  Show(*m_editor);
+  EXPECT_FALSE(Bar().isVisible());
+  m_editor->Requery();
+  EXPECT_TRUE(Bar().isVisible());
+  const auto texts =
+      std::make_shared<SchemaConnection>(SchemaConnection::Columns{{"Tag", DataType::WChar}});
+  m_editor->Connection(texts);
+  m_editor->TableQuery(m_query);
+  ado::RecordsetBuilder builder({{"Tag", DataType::WChar}});
+  m_server.answer = builder.Finish();
+  m_editor->Requery();
+  EXPECT_FALSE(Bar().isVisible());
+}
+
+TEST_F(table_time, a_range_takes_the_place_of_the_default_filter_and_is_not_stored) {
+  m_query->FilterCondition("Timestamp BETWEEN '*-1h' AND '*'");
+  const Text sState = m_query->WriteState();
+  m_editor->Requery();
+  EXPECT_EQ(Sent(), "\nWHERE Timestamp BETWEEN '*-1h' AND '*'" + kNewestFirst);
+  Pick("Last 10 minutes");
+  EXPECT_EQ(Sent(), "\nWHERE \"Timestamp\" BETWEEN '*-10m' AND '*'" + kNewestFirst);
+  EXPECT_EQ(m_query->WriteState(), sState);
+  Find<QAction>("timeClear")->trigger();
+  EXPECT_EQ(Sent(), "\nWHERE Timestamp BETWEEN '*-1h' AND '*'" + kNewestFirst);
+}
+
+TEST_F(table_time, the_statement_shows_the_range_and_so_does_a_table_without_rows) {
+  m_editor->ShowSqlStatements(true);
+  m_server.answer = Samples(0, 1);
+  m_query->FilterCondition("Value > 1 -- high");
+  m_editor->Requery();
+  Pick("Last hour");
+  EXPECT_EQ(SqlOf(*m_editor), kSelect +
+                                  "\nWHERE (\nValue > 1 -- high\n) AND (\n\"Timestamp\" BETWEEN "
+                                  "'*-1h' AND '*'\n)" +
+                                  kNewestFirst);
+  EXPECT_NE(Label(*m_editor, "emptySentence").find("BETWEEN '*-1h'"), Text::npos);
+}
+
+TEST_F(table_time, keep_makes_the_range_the_query_s_filter) {
+  m_query->FilterCondition("Timestamp BETWEEN '*-1h' AND '*'");
+  m_editor->Requery();
+  Pick("Last 7 days");
+  const Text sSent = Sent();
+  Find<QAction>("timeKeep")->trigger();
+  EXPECT_EQ(m_query->FilterCondition(), "\"Timestamp\" BETWEEN '*-7d' AND '*'");
+  m_editor->Requery();
+  EXPECT_EQ(Sent(), sSent);
+  EXPECT_FALSE(Find<QAction>("timeKeep")->isEnabled());
+}
+
+TEST_F(table_time, comes_back_with_the_rows) {
+  m_editor->Requery();
+  Pick("Today");
+  platform::Long lState = 0;
+  const auto rs = m_editor->DetachRecordset(lState);
+  m_editor = Bound();
+  m_editor->AttachRecordset(rs, lState);
+  EXPECT_EQ(Find<QComboBox>("timeRange")->currentText(), "Today");
+  m_editor->Requery();
+  EXPECT_EQ(Sent(), "\nWHERE \"Timestamp\" BETWEEN 't' AND 't+1d'" + kNewestFirst);
+}
+
+TEST_F(table_time, a_query_with_an_order_of_its_own_has_a_range_by_its_rows) {
+  m_query->SortCriterion(platform::SortCriterion{"Value", true});
+  m_editor->Requery();
+  Pick("Last hour");
+  EXPECT_EQ(Sent(), "\nWHERE \"Timestamp\" BETWEEN '*-1h' AND '*'\nORDER BY \"Value\" ASC");
+  EXPECT_EQ(m_cn->nAsked, 0);
+}
+
+TEST_F(table_time, a_failure_behind_the_bar_is_shown_and_taken_down) {
+  m_editor->Requery();
+  m_server.whileRunning = [] { Refuse(); };
+  Pick("Last hour");
+  EXPECT_EQ(Label(*m_editor, "emptySentence"), "There is no such column; correct it.");
+  EXPECT_EQ(m_failures->noted.size(), 1U);
+}
+
+TEST_F(table_time, following_keeps_the_place_and_marks_what_came_new) {
+  Show(*m_editor);
+  m_editor->Requery();
+  const int nAsked = m_cn->nAsked;
+  ClickCell(*m_editor, 3, 2);
+  EXPECT_EQ(CellOf(*m_editor, 3, 2), "97");
+  m_server.answer = Samples(102, 53);
+  FollowOnce();
+  EXPECT_EQ(ViewOf(*m_editor)->currentIndex().row(), 5);
+  EXPECT_EQ(CellOf(*m_editor, 5, 2), "97");
+  const auto isNew = [&](int nRow) {
+    return ViewOf(*m_editor)->model()->headerData(nRow, Qt::Vertical, RowModel::kNewRole).toBool();
+  };
+  EXPECT_TRUE(isNew(0));
+  EXPECT_TRUE(isNew(1));
+  EXPECT_FALSE(isNew(2));
+  EXPECT_EQ(m_cn->nAsked, nAsked) << "what the table's columns are is known";
+  m_editor->Requery();
+  EXPECT_FALSE(isNew(0));
+}
+
+TEST_F(table_time, following_ends_with_a_failure) {
+  Show(*m_editor);
+  m_editor->Requery();
+  m_server.whileRunning = [] { Refuse(); };
+  auto* follow = Find<QCheckBox>("follow");
+  Find<QSpinBox>("followSeconds")->setValue(1);
+  follow->click();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !follow->isChecked(); }, 20'000));
+  EXPECT_EQ(m_failures->noted.size(), 1U);
+}
+
+TEST_F(table_time, following_waits_while_rows_are_edited) {
+  Show(*m_editor);
+  m_editor->Requery();
+  platform::Long lState = 0;
+  m_editor->DetachRecordset(lState)->ValueAt(0, 2, 5.0);
+  const int nExecuted = m_server.nExecuted;
+  Find<QSpinBox>("followSeconds")->setValue(1);
+  Find<QCheckBox>("follow")->click();
+  QTest::qWait(1'500);
+  EXPECT_EQ(m_server.nExecuted, nExecuted);
+}
+
+TEST_F(table_time, the_trend_s_times_become_the_range_and_its_units_are_asked_for) {
+  Show(*m_editor);
+  m_editor->Requery();
+  QTest::mouseClick(Find<QToolButton>("asTrend"), Qt::LeftButton);
+  auto& view = *static_cast<trend::TrendView*>(Find<QWidget>("trend"));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !view.IsReading(); }));
+  EXPECT_EQ(m_server.sCommandText, "SELECT \"Tag\", \"Unit\" FROM \"Machine\"..\"Tags\"");
+  EXPECT_TRUE(m_server.bReadOnly);
+  view.ShowSpan({Timestamp(std::chrono::seconds(60)), Timestamp(std::chrono::seconds(70))});
+  for (QAction* action : view.findChildren<QAction*>()) {
+    if (action->text().contains("Range")) action->trigger();
+  }
+  EXPECT_EQ(Sent(),
+            "\nWHERE \"Timestamp\" BETWEEN '1970-01-01 00:01:00' AND '1970-01-01 00:01:10'" +
+                kNewestFirst);
+}
+
+}  // namespace
+}  // namespace orvane::controls
