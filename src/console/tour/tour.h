@@ -7,7 +7,7 @@
 #include <QPersistentModelIndex>
 #include <iosfwd>
 
-#include "console/tour/hands.h"
+#include "console/tour/tour_hands.h"
 
 class QAbstractItemView;
 class QTreeView;
@@ -53,7 +53,7 @@ class Tour final {
   QWidget& m_window;
   QDir m_folder;
   std::ostream& m_out;
-  Hands m_hands;
+  TourHands m_hands;
   QTreeView* m_tree = nullptr;
 };
 

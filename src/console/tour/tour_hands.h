@@ -14,12 +14,12 @@ class QWidget;
 
 namespace orvane::console {
 
-class Hands final : public QObject {
+class TourHands final : public QObject {
   Q_OBJECT
 
  public:
   /// Pictures go into the folder. The window outlives the hands.
-  Hands(QWidget& window, QDir folder);
+  TourHands(QWidget& window, const QDir& folder);
 
   void Press(QWidget& widget, Qt::Key key);
   void Click(QWidget& widget, const QPoint& at);

@@ -1,4 +1,4 @@
-#include "console/tour/hands.h"
+#include "console/tour/tour_hands.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -40,26 +40,26 @@ QAction* EntryOf(const QWidget& menu, const QString& sCaption) {
 
 }  // namespace
 
-Hands::Hands(QWidget& window, QDir folder) : m_window(window), m_folder(std::move(folder)) {
-  connect(&m_answers, &QTimer::timeout, this, &Hands::AnswerDialogs);
+TourHands::TourHands(QWidget& window, const QDir& folder) : m_window(window), m_folder(folder) {
+  connect(&m_answers, &QTimer::timeout, this, &TourHands::AnswerDialogs);
   m_answers.start(20);
 }
 
-void Hands::Press(QWidget& widget, Qt::Key key) {
+void TourHands::Press(QWidget& widget, Qt::Key key) {
   for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
     QKeyEvent event(type, key, Qt::NoModifier);
     QApplication::sendEvent(&widget, &event);
   }
 }
 
-void Hands::Type(QWidget& widget, const QString& sText) {
+void TourHands::Type(QWidget& widget, const QString& sText) {
   for (const QChar c : sText) {
     QKeyEvent event(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(c));
     QApplication::sendEvent(&widget, &event);
   }
 }
 
-void Hands::Click(QWidget& widget, const QPoint& at) {
+void TourHands::Click(QWidget& widget, const QPoint& at) {
   const auto global = widget.mapToGlobal(at);
   for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
     QMouseEvent event(type, at, global, Qt::LeftButton,
@@ -69,7 +69,7 @@ void Hands::Click(QWidget& widget, const QPoint& at) {
   }
 }
 
-void Hands::Choose(QMenuBar& bar, const QString& sMenu, const QString& sEntry) {
+void TourHands::Choose(QMenuBar& bar, const QString& sMenu, const QString& sEntry) {
   Click(bar, bar.actionGeometry(EntryOf(bar, sMenu)).center());
   Rest();
   auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
@@ -80,7 +80,7 @@ void Hands::Choose(QMenuBar& bar, const QString& sMenu, const QString& sEntry) {
   Click(*menu, menu->actionGeometry(EntryOf(*menu, sEntry)).center());
 }
 
-void Hands::WaitFor(const char* sWhat, const std::function<bool()>& condition) {
+void TourHands::WaitFor(const char* sWhat, const std::function<bool()>& condition) {
   QElapsedTimer elapsed;
   elapsed.start();
   QEventLoop loop;
@@ -98,16 +98,16 @@ void Hands::WaitFor(const char* sWhat, const std::function<bool()>& condition) {
   if (!condition()) throw Failure(failure::kTimeout, Text(sWhat) + " took too long.", "tour");
 }
 
-void Hands::Check(const char* sWhat) const {
+void TourHands::Check(const char* sWhat) const {
   if (m_sMessage.empty()) return;
   throw Failure(failure::kComponent, Text(sWhat) + " failed: " + m_sMessage, "tour");
 }
 
-void Hands::Rest() {
+void TourHands::Rest() {
   QCoreApplication::processEvents();
 }
 
-void Hands::AnswerDialogs() {
+void TourHands::AnswerDialogs() {
   auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
   if (!dialog) return;
   if (const auto* box = qobject_cast<QMessageBox*>(dialog)) {
@@ -124,7 +124,7 @@ void Hands::AnswerDialogs() {
   PressDefault(*dialog);
 }
 
-void Hands::AnswerFileDialog(QDialog& dialog) {
+void TourHands::AnswerFileDialog(QDialog& dialog) {
   auto* box = dialog.findChild<QLineEdit*>();
   if (!box || m_sNextFile.isEmpty() || ++m_nFileTries > kMostFileTries) {
     GiveUp(dialog);
@@ -139,7 +139,7 @@ void Hands::AnswerFileDialog(QDialog& dialog) {
   }
 }
 
-void Hands::PressDefault(QDialog& dialog) {
+void TourHands::PressDefault(QDialog& dialog) {
   for (auto* button : dialog.findChildren<QPushButton*>()) {
     if (button->isDefault() && button->isEnabled()) {
       Click(*button, button->rect().center());
@@ -149,12 +149,12 @@ void Hands::PressDefault(QDialog& dialog) {
   GiveUp(dialog);
 }
 
-void Hands::GiveUp(QDialog& dialog) {
+void TourHands::GiveUp(QDialog& dialog) {
   m_sMessage = "A dialog came up that cannot be answered.";
   dialog.reject();
 }
 
-void Hands::Picture(const char* sName) {
+void TourHands::Picture(const char* sName) {
   Rest();
   const auto sPath = m_folder.filePath(QString::fromLatin1(sName));
   if (!m_window.grab().save(sPath)) {
