@@ -87,7 +87,7 @@ TEST_F(TourTest, historian_without_what_is_to_be_seen_ends_it) {
   ASSERT_EQ(Run(ORVANE_HISTORIAN, {"init"}).iExit, 0);
   const auto outcome = Tour({Folder(), ORVANE_SAMPLE});
   EXPECT_EQ(outcome.iExit, 1);
-  EXPECT_THAT(outcome.sError,
+  EXPECT_THAT(LastLine(outcome.sError),
               StartsWith("orvane-tour: Selecting an item failed: There is no catalog \"Machine\""));
   EXPECT_THAT(outcome.sOut, Not(HasSubstr("Saved, with pictures")));
 }
