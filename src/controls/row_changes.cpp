@@ -8,24 +8,12 @@
 namespace orvane::controls {
 
 using platform::ColumnIndex;
-using platform::DataType;
 using platform::Failure;
 using platform::Recordset;
 using platform::RecordsetPtr;
 using platform::RowIndex;
 using platform::RowState;
 using platform::Value;
-
-namespace {
-
-// Of what a changing statement puts out, an engine may not tell that it is a time.
-Value AsTyped(const Value& vtValue, DataType type) {
-  const auto* const ll = vtValue.As<std::int64_t>();
-  if (ll == nullptr || type != DataType::DBTimeStamp) return vtValue;
-  return platform::Timestamp(std::chrono::microseconds(*ll));
-}
-
-}  // namespace
 
 RowChanges::RowChanges(platform::ConnectionPtr cn, platform::ObjectFactoryPtr objects,
                        RowTable table, platform::Long lTimeout)
@@ -67,8 +55,7 @@ std::vector<Value> RowChanges::Insert(const Recordset& rs, RowIndex row) const {
   if (returned == nullptr || returned->RecordCount() != 1) return {};
   std::vector<Value> key;
   for (std::size_t i = 0; i < m_table.key.size(); ++i) {
-    key.push_back(AsTyped(returned->ValueAt(0, static_cast<ColumnIndex>(i)),
-                          rs.FieldAt(m_table.key[i]).Type()));
+    key.push_back(returned->ValueAt(0, static_cast<ColumnIndex>(i)));
   }
   return ReadStored(rs, row, key);
 }

@@ -67,7 +67,12 @@ class Composer {
   /// That the column holds exactly this value. A column may compare its texts without regard to
   /// case, say; but what differs in that was changed.
   void AddSame(ColumnIndex column, const Value& vtValue, bool bKey) {
-    AddSeparator(" AND ");
+    // In brackets now and then: no engine takes a thousand conditions in one row.
+    constexpr std::size_t kBetweenBrackets = 100;
+    const bool bBracket = m_nConditions > 0 && m_nConditions % kBetweenBrackets == 0;
+    AddSeparator(bBracket ? " AND (" : " AND ");
+    if (bBracket) m_sEnd += ')';
+    ++m_nConditions;
     if (vtValue.IsNull()) {
       AddName(column).Add(" IS NULL");
       return;
@@ -97,7 +102,10 @@ class Composer {
     RequireFit(column, vtOriginal);
     AddSame(column, vtOriginal, false);
   }
-  RowStatement Done() { return std::move(m_statement); }
+  RowStatement Done() {
+    m_statement.sSql += m_sEnd;
+    return std::move(m_statement);
+  }
 
  private:
   /// What another program stored in a column of times meets no time.
@@ -114,6 +122,8 @@ class Composer {
   const Recordset& m_rs;
   RowStatement m_statement;
   bool m_bFirst = true;
+  std::size_t m_nConditions = 0;
+  Text m_sEnd;  ///< brackets that are still open
 };
 
 std::vector<Value> OriginalKey(const RowTable& table, const Recordset& rs, RowIndex row) {

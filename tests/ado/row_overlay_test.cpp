@@ -5,6 +5,8 @@
 #include <optional>
 #include <random>
 
+#include "ado/columnar_recordset.h"
+#include "ado/fetched_rows.h"
 #include "ado/recordset_builder.h"
 #include "tests/ado/failure_of.h"
 
@@ -23,7 +25,7 @@ namespace failure = platform::failure;
 using Rows = std::vector<RowIndex>;
 
 // Rows {"a", 1}, {"b", 2}, ...
-RecordsetPtr FetchedRows(int nRows) {
+RecordsetPtr SomeRows(int nRows) {
   RecordsetBuilder builder({{"Name"}, {"Number"}});
   for (int i = 0; i < nRows; ++i)
     builder.AppendRow({std::string(1, static_cast<char>('a' + i)), i + 1});
@@ -31,7 +33,7 @@ RecordsetPtr FetchedRows(int nRows) {
 }
 
 TEST(RowOverlay, an_edited_cell_covers_the_fetched_one_which_stays_the_original) {
-  const auto rs = FetchedRows(3);
+  const auto rs = SomeRows(3);
   rs->ValueAt(1, 0, "new");
   EXPECT_EQ(rs->ValueAt(1, 0), Value("new"));
   EXPECT_EQ(rs->OriginalAt(1, 0), Value("b"));
@@ -45,7 +47,7 @@ TEST(RowOverlay, an_edited_cell_covers_the_fetched_one_which_stays_the_original)
 }
 
 TEST(RowOverlay, a_value_equal_to_the_original_is_an_edit_until_it_is_restored) {
-  const auto rs = FetchedRows(2);
+  const auto rs = SomeRows(2);
   rs->ValueAt(0, 1, 1);
   rs->ValueAt(0, 0, Value());
   EXPECT_TRUE(rs->IsEdited(0, 1));
@@ -58,7 +60,7 @@ TEST(RowOverlay, a_value_equal_to_the_original_is_an_edit_until_it_is_restored) 
 }
 
 TEST(RowOverlay, a_new_row_comes_last_and_has_nulls_until_it_gets_values) {
-  const auto rs = FetchedRows(2);
+  const auto rs = SomeRows(2);
   EXPECT_EQ(rs->AddNew(), 2);
   EXPECT_EQ(rs->AddNew(), 3);
   EXPECT_EQ(rs->RecordCount(), 4);
@@ -76,7 +78,7 @@ TEST(RowOverlay, a_new_row_comes_last_and_has_nulls_until_it_gets_values) {
 }
 
 TEST(RowOverlay, the_first_row_of_an_empty_recordset_may_be_a_new_one) {
-  const auto rs = FetchedRows(0);
+  const auto rs = SomeRows(0);
   EXPECT_EQ(rs->AddNew(), 0);
   EXPECT_FALSE(rs->Bof());
   EXPECT_FALSE(rs->Eof());
@@ -84,7 +86,7 @@ TEST(RowOverlay, the_first_row_of_an_empty_recordset_may_be_a_new_one) {
 }
 
 TEST(RowOverlay, a_row_to_be_deleted_can_be_read_and_takes_no_values) {
-  const auto rs = FetchedRows(2);
+  const auto rs = SomeRows(2);
   rs->ValueAt(1, 0, "x");
   rs->Delete(1);
   EXPECT_EQ(rs->StateAt(1), RowState::Deleted);
@@ -101,7 +103,7 @@ TEST(RowOverlay, a_row_to_be_deleted_can_be_read_and_takes_no_values) {
 }
 
 TEST(RowOverlay, a_cancelled_new_row_keeps_the_numbers_of_others) {
-  const auto rs = FetchedRows(1);
+  const auto rs = SomeRows(1);
   rs->ValueAt(rs->AddNew(), 0, "first");
   rs->ValueAt(rs->AddNew(), 0, "second");
   rs->CancelUpdate(1);
@@ -116,7 +118,7 @@ TEST(RowOverlay, a_cancelled_new_row_keeps_the_numbers_of_others) {
 }
 
 TEST(RowOverlay, what_was_stored_becomes_the_fetched_values) {
-  const auto rs = FetchedRows(2);
+  const auto rs = SomeRows(2);
   rs->ValueAt(0, 0, "mine");
   rs->Accept(0);
   EXPECT_EQ(rs->StateAt(0), RowState::Fetched);
@@ -138,7 +140,7 @@ TEST(RowOverlay, what_was_stored_becomes_the_fetched_values) {
 }
 
 TEST(RowOverlay, a_row_deleted_at_the_server_stays_deleted) {
-  const auto rs = FetchedRows(2);
+  const auto rs = SomeRows(2);
   rs->Delete(0);
   rs->Accept(0);
   EXPECT_TRUE(rs->PendingRows().empty());
@@ -151,8 +153,31 @@ TEST(RowOverlay, a_row_deleted_at_the_server_stays_deleted) {
   EXPECT_EQ(rs->ValueAt(0, 0), Value("a"));
 }
 
+TEST(RowOverlay, rows_are_edited_but_not_added_while_others_still_come) {
+  const auto fetched =
+      std::make_shared<FetchedRows>(std::vector{ColumnDescription{"Name"}}, RowStorage{});
+  ColumnarRecordset rs(fetched);
+  const auto append = [&](const char* sName) {
+    std::vector<Column> block(1);
+    block.front().AppendText(sName);
+    fetched->Append(block);
+  };
+  append("a");
+  rs.ValueAt(0, 0, "mine");
+  EXPECT_EQ(FailureOf([&] { rs.AddNew(); }),
+            (Told{failure::kNotSupported,
+                  "No row can be added while rows are still being fetched: wait for the last one, "
+                  "or stop the fetch."}));
+  append("b");
+  fetched->End(platform::FetchState::Stopped, "Stopped.");
+  EXPECT_EQ(rs.AddNew(), 2);
+  EXPECT_EQ(rs.ValueAt(0, 0), Value("mine"));
+  EXPECT_EQ(rs.ValueAt(1, 0), Value("b"));
+  EXPECT_EQ(rs.RecordCount(), 3);
+}
+
 TEST(RowOverlay, what_does_not_exist_or_cannot_be_held_is_refused_and_changes_nothing) {
-  const auto rs = FetchedRows(2);
+  const auto rs = SomeRows(2);
   const std::vector<Value> one{"a"};
   EXPECT_EQ(FailureOf([&] { rs->ValueAt(2, 0, "x"); }).lNumber, failure::kNoCurrentRow);
   EXPECT_EQ(FailureOf([&] { rs->ValueAt(0, 2, "x"); }).lNumber, failure::kItemNotFound);
@@ -251,7 +276,7 @@ TEST(RowOverlay, random_edits_leave_what_plain_rows_hold) {
   for (unsigned nSeed = 1; nSeed <= 20; ++nSeed) {
     SCOPED_TRACE("seed " + std::to_string(nSeed));
     std::mt19937 random(nSeed);
-    const auto rs = FetchedRows(static_cast<int>(random() % 8));
+    const auto rs = SomeRows(static_cast<int>(random() % 8));
     PlainRows plain(*rs);
     for (int nStep = 0; nStep < 300; ++nStep) {
       if (plain.rows.empty() || random() % 20 == 0) {

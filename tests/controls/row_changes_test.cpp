@@ -331,6 +331,44 @@ TEST_F(RowChangesTest, only_columns_of_the_table_are_sent_and_read) {
   EXPECT_FALSE(mine.Store(0));
 }
 
+TEST_F(RowChangesTest, a_row_of_very_many_columns_is_stored_and_deleted) {
+  Text sColumns;
+  for (int i = 0; i < 1900; ++i) sColumns += ", c" + std::to_string(i) + " TEXT DEFAULT 'd'";
+  Make("(id INTEGER PRIMARY KEY" + sColumns + ")");
+  auto mine = Open();
+  const RowIndex row = mine.rs->AddNew();
+  ASSERT_FALSE(mine.Store(row));
+  for (platform::ColumnIndex column = 1; column <= 1900; ++column) {
+    mine.rs->ValueAt(row, column, "mine");
+  }
+  EXPECT_FALSE(mine.Store(row));
+  EXPECT_EQ(Read("c1899"), "mine\n");
+  mine.rs->Delete(row);
+  EXPECT_FALSE(mine.Store(row));
+  EXPECT_EQ(Read("count(*)"), "0\n");
+}
+
+TEST_F(RowChangesTest, a_row_is_found_by_the_index_of_its_key) {
+  m_server->Run("CREATE TABLE P..T (k TEXT COLLATE NOCASE NOT NULL PRIMARY KEY, a TEXT)");
+  m_server->Run("INSERT INTO P..T VALUES ('k', 'a')");
+  m_server->Run("INSERT INTO P..Data (Tag, Timestamp, Value) VALUES ('T1', '*', 1)");
+  for (const char* const sTable : {"T", "Data"}) {
+    const auto mine = Open(sTable);
+    RowStatement statement = DeleteRow(mine.table, *mine.rs, 0);
+    statement.sSql = "EXPLAIN QUERY PLAN " + statement.sSql;
+    const auto command = m_server->CreateCommand();
+    command->ActiveConnection(mine.cn);
+    command->CommandText(statement.sSql);
+    for (const TypedValue& value : statement.values) {
+      command->Parameters().Append(command->CreateParameter(
+          {}, value.type, platform::ParameterDirection::Input, 0, value.vtValue));
+    }
+    const Text sPlan = provider::Rows(*command->Execute());
+    EXPECT_NE(sPlan.find("SEARCH"), Text::npos) << sPlan;
+    EXPECT_EQ(sPlan.find("SCAN"), Text::npos) << sPlan;
+  }
+}
+
 TEST_F(RowChangesTest, statements_hold_no_values) {
   Make("(id INTEGER PRIMARY KEY, a TEXT)", "(1, 'secret')");
   auto mine = Open();

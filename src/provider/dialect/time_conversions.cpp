@@ -69,7 +69,7 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds) {
       const auto time =
           zones::ReadTimeExpression(sText, m_place.settings.zone, m_place.settings.now);
       if (const auto* const error = std::get_if<zones::TimeExpressionError>(&time)) {
-        Fail(expr.range.begin, "'" + sText + "' is no time",
+        Fail(expr.range.begin, ShownText(sText) + " is no time",
              "at its character " + CharacterNumber(sText, error->position) + " " + error->sReason);
       }
       Bind(expr, std::get<Timestamp>(time));

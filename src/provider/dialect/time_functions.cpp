@@ -24,16 +24,8 @@ bool IsNumber(const Value& vtValue) {
   return vtValue.As<std::int64_t>() != nullptr || vtValue.As<double>() != nullptr;
 }
 
-Text Shown(const Text& sText) {
-  constexpr std::size_t kMost = 60;
-  if (sText.size() <= kMost) return "'" + sText + "'";
-  std::size_t nEnd = kMost;
-  while (nEnd > 0 && (static_cast<unsigned char>(sText[nEnd]) & 0xC0U) == 0x80U) --nEnd;
-  return "'" + sText.substr(0, nEnd) + "...'";
-}
-
 Text Shown(const Value& vtValue) {
-  if (const auto* const sText = vtValue.As<Text>()) return Shown(*sText);
+  if (const auto* const sText = vtValue.As<Text>()) return ShownText(*sText);
   return IsNumber(vtValue) ? platform::ToText(vtValue) : Text("A row of bytes");
 }
 
@@ -65,8 +57,8 @@ Value OnlyPart(const Value& vtValue) {
 Value ReadText(const Text& sText, const zones::TimeZone& zone, Timestamp now) {
   const auto time = zones::ReadTimeExpression(sText, zone, now);
   if (const auto* const error = std::get_if<zones::TimeExpressionError>(&time)) {
-    FailNoTime(Shown(sText), "at its character " + CharacterNumber(sText, error->position) + " " +
-                                 error->sReason);
+    FailNoTime(ShownText(sText), "at its character " + CharacterNumber(sText, error->position) +
+                                     " " + error->sReason);
   }
   return std::get<Timestamp>(time);
 }
@@ -101,6 +93,14 @@ Value WholeTime(const Value& vtValue) {
 }
 
 }  // namespace
+
+Text ShownText(const Text& sText) {
+  constexpr std::size_t kMost = 60;
+  if (sText.size() <= kMost) return "'" + sText + "'";
+  std::size_t nEnd = kMost;
+  while (nEnd > 0 && (static_cast<unsigned char>(sText[nEnd]) & 0xC0U) == 0x80U) --nEnd;
+  return "'" + sText.substr(0, nEnd) + "...'";
+}
 
 std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings& settings) {
   const auto read = [settings](const Value& vtValue) -> Value {

@@ -24,6 +24,9 @@ constexpr std::string_view kOnlyText = "orvane_time_text";
 /// The same for a part of a time, such as its hour: a text that is no date.
 constexpr std::string_view kOnlyPart = "orvane_time_part";
 
+/// The text as a sentence quotes it, which tells no more than its beginning of a long one.
+platform::Text ShownText(const platform::Text& sText);
+
 /// All of them. Null stays null; what is no time fails with failure::kSqlError and a sentence.
 std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings& settings);
 

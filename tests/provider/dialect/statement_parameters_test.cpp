@@ -79,6 +79,12 @@ TEST(statement_parameters, a_text_or_a_date_that_meets_a_time_is_read_as_a_liter
             "INSERT INTO \"Plant1\".\"Data\" (Timestamp) VALUES (?) | 2024-05-15 12:00:00");
 }
 
+TEST(statement_parameters, a_sentence_quotes_only_the_beginning_of_a_long_text) {
+  const Text sFailure = SqlWith(kWhere + "Timestamp = ?", {Text(100000, 'x')});
+  EXPECT_TRUE(sFailure.starts_with("3805: 'xxx")) << sFailure.substr(0, 100);
+  EXPECT_LT(sFailure.size(), 300U);
+}
+
 TEST(statement_parameters, a_number_is_a_time_only_where_times_are_numbers) {
   for (const Value& vtNumber : {Value(45427.5), Value(45427), Value(std::int64_t{45427})}) {
     EXPECT_EQ(SqlWith(kWhere + "Timestamp > ?", {vtNumber}),
