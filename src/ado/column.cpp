@@ -1,6 +1,5 @@
 #include "ado/column.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <type_traits>
@@ -85,9 +84,9 @@ void Column::Shorten(platform::RowIndex rowCount) {
   const auto rows = static_cast<std::size_t>(rowCount);
   if (rows >= m_rows) return;
   if (rows / 64 < m_nulls.size()) m_nulls[rows / 64] &= ~(std::uint64_t{1} << (rows % 64));
-  m_bytes.resize(std::min(m_bytes.size(), rows));
-  m_words.resize(std::min(m_words.size(), rows));
-  m_wides.resize(std::min(m_wides.size(), rows));
+  m_bytes.Shorten(rows);
+  m_words.Shorten(rows);
+  m_wides.Shorten(rows);
   m_rows = rows;
 }
 
@@ -188,8 +187,8 @@ void Column::Store(ValueKind kind, std::uint64_t payload) {
 }
 
 void Column::BecomeMixed() {
-  std::vector<std::uint8_t> kinds;
-  std::vector<std::uint64_t> payloads;
+  Growing<std::uint8_t> kinds;
+  Growing<std::uint64_t> payloads;
   for (std::size_t row = 0; row < m_rows; ++row) {
     const bool bNull = IsNullAt(row);
     kinds.push_back(static_cast<std::uint8_t>(bNull ? ValueKind::Null : m_kind));

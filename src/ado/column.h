@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ado/growing.h"
 #include "ado/text_pool.h"
 #include "platform/ado/recordset.h"
 
@@ -104,9 +105,9 @@ class Column {
   std::uint16_t m_kindsSeen = 0;
   std::size_t m_rows = 0;
   std::vector<std::uint64_t> m_nulls;  // one bit a row, only as far as the last null
-  std::vector<std::uint8_t> m_bytes;   // Booleans, or the kinds of a mixed column
-  std::vector<std::uint32_t> m_words;  // values of 32 bits and numbers of texts
-  std::vector<std::uint64_t> m_wides;  // values of 64 bits, or the payloads of a mixed column
+  Growing<std::uint8_t> m_bytes;       // Booleans, or the kinds of a mixed column
+  Growing<std::uint32_t> m_words;      // values of 32 bits and numbers of texts
+  Growing<std::uint64_t> m_wides;      // values of 64 bits, or the payloads of a mixed column
   TextPool m_pool;
 };
 

@@ -30,9 +30,11 @@ T Load(const std::byte* bytes, std::uint64_t part, std::size_t index) {
   return value;
 }
 
-template <class T>
-void Copy(std::byte* bytes, std::uint64_t part, const std::vector<T>& values) {
-  if (!values.empty()) std::memcpy(bytes + part, values.data(), values.size() * sizeof(T));
+template <class Values>
+void Copy(std::byte* bytes, std::uint64_t part, const Values& values) {
+  if (!values.empty()) {
+    std::memcpy(bytes + part, values.data(), values.size() * sizeof(*values.data()));
+  }
 }
 
 }  // namespace

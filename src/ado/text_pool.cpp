@@ -57,11 +57,12 @@ TextPool::Code TextPool::Find(std::string_view sText) {
     Slot& slot = m_index[at];
     if (slot.codePlusOne == 0) {
       const Code code = Store(sText);
-      slot = {hash, code + 1};
+      const auto size = static_cast<std::uint32_t>(sText.size());
+      slot = {hash, code + 1, static_cast<std::uint32_t>(m_bytes.size()) - size, size};
       ++m_distinct;
       return code;
     }
-    if (slot.hash == hash && detail::Same(At(slot.codePlusOne - 1), sText)) {
+    if (slot.hash == hash && detail::Same(TextOf(slot), sText)) {
       return slot.codePlusOne - 1;
     }
   }

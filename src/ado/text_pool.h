@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "ado/growing.h"
+
 namespace orvane::ado {
 
 namespace detail {
@@ -53,7 +55,7 @@ class TextPool {
            m_index.capacity() * sizeof(Slot);
   }
   /// Of each text in the order of the numbers where it ends in Content.
-  const std::vector<std::uint32_t>& Ends() const { return m_ends; }
+  const Growing<std::uint32_t>& Ends() const { return m_ends; }
   /// All texts, one behind the other.
   const std::vector<char>& Content() const { return m_bytes; }
   /// Takes all texts away and keeps their room, unless that is large, and what was learnt about
@@ -64,14 +66,19 @@ class TextPool {
   struct Slot {
     std::uint32_t hash = 0;
     Code codePlusOne = 0;
+    std::uint32_t begin = 0;
+    std::uint32_t size = 0;
   };
 
+  std::string_view TextOf(const Slot& slot) const {
+    return {m_bytes.data() + slot.begin, slot.size};
+  }
   Code Find(std::string_view sText);
   Code Store(std::string_view sText);
   void GrowIndex();
 
   std::vector<char> m_bytes;
-  std::vector<std::uint32_t> m_ends;
+  Growing<std::uint32_t> m_ends;
   std::vector<Slot> m_index;
   std::uint64_t m_lookups = 0;   // in all blocks
   std::uint64_t m_distinct = 0;  // of those the ones that found nothing

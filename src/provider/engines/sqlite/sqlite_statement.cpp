@@ -5,8 +5,8 @@
 #include <functional>
 #include <limits>
 
-#include "provider/engines/declared_types.h"
 #include "ado/row_collector.h"
+#include "provider/engines/declared_types.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_types.h"
 #include "provider/engines/sqlite/sqlite_values.h"
