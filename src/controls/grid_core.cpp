@@ -170,6 +170,15 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
   command->MaxRecords(std::max(0, query.lMaxRows));
   command->CommandTimeout(std::max(0, query.lQueryTimeout));
   command->ReadOnly(access == Access::Read);
+  // A change is made whole or not at all; of what is read any part is worth something.
+  command->KeepRows(access == Access::Read);
+  if (access == Access::Read) {
+    command->OnRows([this, life = std::weak_ptr<bool>(m_running),
+                     format = CellFormat(ZoneOf(m_connection))](const RecordsetPtr& rs) {
+      if (!life.expired() && m_window) m_window->ShowComing(rs, format);
+    });
+    m_window->OnCancel([command] { command->Cancel(); });
+  }
   Fetched fetched;
   fetched.rs = command->Execute(&fetched.lRecordsAffected);
   if (!fetched.rs) {

@@ -91,6 +91,8 @@ class GridCore {
   /// Shows rows that were fetched before. Without a state, sSqlText tells what fetched them.
   void Attach(const platform::RecordsetPtr& rs, const RowsState* state,
               const platform::Text& sSqlText, const NoRowsTexts& noRows);
+  /// Puts a failure that nobody else is told of into the log.
+  void Note(const std::exception& exception) const { NoteFailure(m_services.failures, exception); }
   void Empty();
   const platform::RecordsetPtr& Recordset() const { return m_recordset; }
 

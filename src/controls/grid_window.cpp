@@ -8,10 +8,12 @@
 #include <utility>
 
 #include "controls/empty_notice.h"
+#include "controls/grid_seeking.h"
 #include "controls/grid_trend.h"
 #include "controls/header_view.h"
 #include "controls/sql_pane.h"
 #include "controls/status_strip.h"
+#include "platform/long_operation.h"
 
 namespace orvane::controls {
 
@@ -31,10 +33,31 @@ QString LimitNotice(const platform::Recordset& rs, const RowModel& model) {
   if (!model.AllRowsFit()) {
     return QStringLiteral("First %1 only: a grid holds no more.").arg(RowsText(RowModel::kMaxRows));
   }
+  if (rs.State() == platform::FetchState::Stopped) {
+    return QString::fromStdString(rs.FetchRemark());
+  }
   if (!rs.Truncated()) return {};
   return rs.RecordCount() == 1 ? QStringLiteral("First row only: the row limit was reached.")
                                : QStringLiteral("First %1 only: the row limit was reached.")
                                      .arg(RowsText(rs.RecordCount()));
+}
+
+QString ArrangementText(const Arrangement& arrangement, const RowModel& model) {
+  QStringList parts;
+  if (!arrangement.sort.empty()) {
+    QStringList columns;
+    for (const SortColumn& column : arrangement.sort) {
+      columns << model.ColumnName(column.column) +
+                     (column.bAscending ? QStringLiteral(" \u2191") : QStringLiteral(" \u2193"));
+    }
+    parts << (arrangement.bSortedByServer ? QStringLiteral("Sorted by the server: ")
+                                          : QStringLiteral("Sorted here: ")) +
+                 columns.join(QStringLiteral(", "));
+  }
+  if (!arrangement.filters.empty()) {
+    parts << QStringLiteral("Filtered here: %1 seen").arg(RowsText(model.rowCount()));
+  }
+  return parts.join(QStringLiteral("; "));
 }
 
 }  // namespace
@@ -47,6 +70,8 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
       m_sqlPane(new SqlPane(m_splitter)),
       m_rows(new RowView(m_splitter)),
       m_notice(new EmptyNotice(m_rows->viewport())),
+      m_seeking(
+          new GridSeeking(*m_rows, this, [this](const QString& sWhy) { m_status->Remark(sWhy); })),
       m_lineOverStatus(AddLine(this)),
       m_status(new StatusStrip(this)) {
   setAccessibleName(sName);
@@ -64,9 +89,14 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(m_splitter, 1);
+  layout->addWidget(m_seeking->Bar());
   layout->addWidget(m_lineOverStatus);
   layout->addWidget(m_status);
   setFocusProxy(m_rows);
+  // Rows can be looked at, and their fetch stopped, while they come.
+  for (QWidget* part : {static_cast<QWidget*>(this), static_cast<QWidget*>(m_status)}) {
+    part->setProperty(platform::LongOperation::kOwnInput, true);
+  }
 
   connect(&m_rows->Names(), &QHeaderView::sectionClicked, this,
           [this] { Raise(&GridEvents::headClick); });
@@ -80,6 +110,14 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     Raise(&GridEvents::selChange);
   });
   m_trend = new GridTrend(*m_splitter, *m_rows, *m_status);
+  m_rows->OnArranged([this](const QString& sWhyNot) {
+    TellOfArrangement(sWhyNot);
+    if (m_rows->Arranging()) return;
+    TellOfNoRows();
+    ShowPosition();
+    TellOfExchange();
+  });
+  m_rows->OnArrowClicked([this] { Raise(&GridEvents::headClick); });
   m_rows->OnCopied([this](const QString& sWhyNot) { m_status->Remark(sWhyNot); });
   connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_bSplitByUser = true; });
   m_patience.setSingleShot(true);
@@ -89,6 +127,10 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
 
 void GridWindow::Above(QWidget* bar) {
   static_cast<QVBoxLayout*>(layout())->insertWidget(0, bar);
+}
+
+void GridWindow::OnCancel(std::function<void()> handler) {
+  m_status->OnCancel(std::move(handler));
 }
 
 QWidget* GridWindow::LendStatusLine() {
@@ -117,6 +159,7 @@ void GridWindow::Sql(const QString& sSql) {
 void GridWindow::LetGoOfRows() {
   // A button that had the focus is about to go: the keys stay in the grid.
   if (m_notice->isAncestorOf(QApplication::focusWidget())) m_rows->setFocus();
+  m_bComing = false;
   m_rows->ShowRows({}, CellFormat());
 }
 
@@ -131,6 +174,7 @@ void GridWindow::ShowNothing() {
 void GridWindow::ShowRunning(const QString& sMessage) {
   m_rows->setUpdatesEnabled(false);
   m_patience.start();
+  m_sinceSent.start();
   LetGoOfRows();
   m_notice->Say(sMessage, {});
   m_status->Message(sMessage);
@@ -145,20 +189,54 @@ void GridWindow::Ask(const QString& sTitle, const QString& sSentence, const QStr
   TellOfExchange();
 }
 
+void GridWindow::ShowComing(const platform::RecordsetPtr& rs, const CellFormat& format) {
+  if (m_rows->Model().Recordset() == rs) {
+    m_rows->Model().TakeRowsIn();
+  } else {
+    StopWaiting();
+    m_notice->Say({}, {});
+    m_rows->ShowRows(rs, format);
+  }
+  m_bComing = true;
+  m_status->Coming(rs->RecordCount(), std::chrono::microseconds(m_sinceSent.nsecsElapsed() / 1000));
+  ShowPosition();
+}
+
 void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format,
                           const RowsState* state, const Fetching& fetching,
                           const QString& sNoRowsTitle, const QString& sNoRowsSentence) {
   StopWaiting();
-  m_rows->ShowRows(rs, format, state);
+  // Who looked at rows while they came goes on where he is.
+  const bool bCame = std::exchange(m_bComing, false) && !state;
+  const RowsState present = m_rows->State();
+  m_rows->ShowRows(rs, format, bCame && m_rows->HasRows() ? &present : state);
+  if (bCame) m_rows->ArrangeNow();
   if (m_rows->HasRows()) {
     m_notice->Say({}, {});
   } else {
     m_notice->Say(sNoRowsTitle, sNoRowsSentence);
   }
   m_fetching = fetching;
+  m_seeking->ShowArrangement();
   TellOfRows();
+  TellOfArrangement({});
   ShowPosition();
   TellOfExchange();
+}
+
+void GridWindow::TellOfNoRows() {
+  const auto& rs = m_rows->Model().Recordset();
+  if (!rs || rs->RecordCount() == 0) return;
+  if (m_rows->HasRows()) return m_notice->Say({}, {});
+  m_notice->Say(
+      "No rows",
+      QStringLiteral("The filter leaves none of the %1 here.").arg(RowsText(rs->RecordCount())));
+}
+
+void GridWindow::TellOfArrangement(const QString& sWhyNot) {
+  m_status->Arrangement(m_rows->Arranging() ? QStringLiteral("Sorting\u2026")
+                                            : ArrangementText(m_rows->Arranged(), m_rows->Model()));
+  if (!sWhyNot.isEmpty()) m_status->Remark(sWhyNot);
 }
 
 void GridWindow::TellOfRows() {
@@ -200,6 +278,7 @@ void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence) {
 
 void GridWindow::Abandon() {
   m_events = std::make_shared<GridEvents>();
+  m_rows->OnSort(nullptr);
   m_notice->Say({}, {});
 }
 

@@ -2,6 +2,7 @@
 // controls show theirs in one. User-interface thread.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
@@ -16,6 +17,7 @@ class QSplitter;
 namespace orvane::controls {
 
 class EmptyNotice;
+class GridSeeking;
 class GridTrend;
 class SqlPane;
 class StatusStrip;
@@ -42,6 +44,10 @@ class GridWindow : public QWidget {
   /// Says in the place of rows why there are none, with a button that calls the action, once.
   void Ask(const QString& sTitle, const QString& sSentence, const QString& sButton,
            std::function<void()> action);
+  /// Called when the fetch whose rows come is to be stopped; none lets nobody stop it.
+  void OnCancel(std::function<void()> handler);
+  /// Shows rows while they are fetched, and their number as it grows.
+  void ShowComing(const platform::RecordsetPtr& rs, const CellFormat& format);
   /// The texts are shown in the place of rows when there are none.
   void ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format, const RowsState* state,
                 const Fetching& fetching, const QString& sNoRowsTitle,
@@ -76,6 +82,8 @@ class GridWindow : public QWidget {
   void Raise(platform::Signal<> GridEvents::*event);
   void TellOfExchange();
   void ShowPosition();
+  void TellOfNoRows();
+  void TellOfArrangement(const QString& sWhyNot);
   void FitSqlPane();
   void StopWaiting();
 
@@ -85,10 +93,13 @@ class GridWindow : public QWidget {
   SqlPane* m_sqlPane;
   RowView* m_rows;
   EmptyNotice* m_notice;
+  GridSeeking* m_seeking;
   QWidget* m_lineOverStatus;
   StatusStrip* m_status;
   GridTrend* m_trend;
   QTimer m_patience;
+  QElapsedTimer m_sinceSent;
+  bool m_bComing = false;  ///< the rows that are shown are being fetched
   bool m_bSqlShown = false;
   bool m_bSplitByUser = false;
   bool m_bToldOfCurrent = false;

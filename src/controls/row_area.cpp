@@ -133,8 +133,12 @@ void RowArea::scrollTo(const QModelIndex& index, ScrollHint hint) {
     verticalScrollBar()->setValue(nRow - nInSight + 1);
   }
 
-  const int nLeft = m_names->sectionPosition(index.column());
-  const int nRight = nLeft + ColumnWidth(index.column());
+  ShowColumn(index.column());
+}
+
+void RowArea::ShowColumn(int nColumn) {
+  const int nLeft = m_names->sectionPosition(nColumn);
+  const int nRight = nLeft + ColumnWidth(nColumn);
   QScrollBar* bar = horizontalScrollBar();
   if (nLeft < bar->value() || nRight - nLeft > viewport()->width()) {
     bar->setValue(nLeft);
@@ -167,6 +171,20 @@ QRegion RowArea::visualRegionForSelection(const QItemSelection& selection) const
     }
   }
   return region & viewport()->rect();
+}
+
+void RowArea::PutBeneathNames(QWidget* widget) {
+  m_beneathNames = widget;
+  updateGeometries();
+}
+
+int RowArea::HeadHeight() const {
+  return m_names->sizeHint().height() + HeightBeneathNames();
+}
+
+int RowArea::HeightBeneathNames() const {
+  const bool bShown = m_beneathNames && !m_beneathNames->isHidden();
+  return bShown ? m_beneathNames->sizeHint().height() : 0;
 }
 
 // ---- scrolling
@@ -206,11 +224,16 @@ void RowArea::updateGeometries() {
 }
 
 void RowArea::FitParts() {
-  const int nHeight = m_names->sizeHint().height();
+  const int nHeight = HeadHeight();
+  const int nBeneath = HeightBeneathNames();
+  const int nNames = nHeight - nBeneath;
   const int nNumbers = m_numbers->FittingWidth();
   setViewportMargins(nNumbers, nHeight, 0, 0);
   const QRect area = viewport()->geometry();
-  m_names->setGeometry(area.left(), area.top() - nHeight, area.width(), nHeight);
+  m_names->setGeometry(area.left(), area.top() - nHeight, area.width(), nNames);
+  if (nBeneath > 0) {
+    m_beneathNames->setGeometry(area.left(), area.top() - nBeneath, area.width(), nBeneath);
+  }
   m_numbers->setGeometry(area.left() - nNumbers, area.top() - nHeight, nNumbers,
                          area.height() + nHeight);
 

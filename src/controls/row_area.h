@@ -36,6 +36,13 @@ class RowArea : public QAbstractItemView {
   /// As wide as the rows in sight need.
   void FitColumn(int nColumn);
 
+  /// Scrolls sideways until the column is in sight.
+  void ShowColumn(int nColumn);
+  /// Places a widget between the names and the rows while it is to be seen, as high as it wishes.
+  void PutBeneathNames(QWidget* widget);
+  /// The height above the first row.
+  int HeadHeight() const;
+
   QRect visualRect(const QModelIndex& index) const override;
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
   QModelIndex indexAt(const QPoint& point) const override;
@@ -70,9 +77,11 @@ class RowArea : public QAbstractItemView {
                 int nLastVisual);
   void FitRowHeight();
   void FitParts();
+  int HeightBeneathNames() const;
 
   HeaderView* m_names;
   RowNumbers* m_numbers;
+  QWidget* m_beneathNames = nullptr;
   int m_nRowHeight = 1;
   bool m_bFitting = false;
   /// Kept until the user scrolls: a window that is not yet in its place has no room to scroll in.

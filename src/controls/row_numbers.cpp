@@ -32,7 +32,7 @@ RowNumbers::RowNumbers(RowArea& area) : QWidget(&area), m_area(area) {
 }
 
 int RowNumbers::HeadHeight() const {
-  return m_area.Names().height();
+  return m_area.HeadHeight();
 }
 
 int RowNumbers::FittingWidth() const {

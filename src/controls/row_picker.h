@@ -17,6 +17,9 @@ class RowPicker : public RowArea {
   bool HasRows() const { return model()->rowCount() > 0; }
   /// True when whole rows are selected. In a grid of one column a selected cell is no row.
   bool RowsSelected() const;
+  /// Whether the selection was made of whole rows.
+  bool RowsChosen() const { return m_bRowsChosen; }
+  void RowsChosen(bool bChosen) { m_bRowsChosen = bChosen; }
   /// Makes the row's cell in the current column the current one and selects the row.
   void SelectRow(int nRow);
   /// Makes the column's cell in the current row the current one and selects the column.
@@ -29,9 +32,6 @@ class RowPicker : public RowArea {
   void keyboardSearch(const QString&) override {}
 
  protected:
-  bool RowsChosen() const { return m_bRowsChosen; }
-  void RowsChosen(bool bChosen) { m_bRowsChosen = bChosen; }
-
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;

@@ -13,6 +13,7 @@
 #include "controls/clipboard_text.h"
 #include "controls/header_view.h"
 #include "controls/row_numbers.h"
+#include "controls/row_places.h"
 #include "controls/status_strip.h"
 
 namespace orvane::controls {
@@ -27,7 +28,7 @@ constexpr int kCharactersMeasured = 250;
 }  // namespace
 
 RowView::RowView(QWidget* parent)
-    : RowPicker(new RowModel, parent), m_model(static_cast<RowModel*>(model())) {
+    : RowPicker(new RowModel, parent), m_model(static_cast<RowModel*>(model())), m_arranger(this) {
   setItemDelegate(new CellDelegate(*m_model, this));
   setObjectName("rows");
   setAccessibleName("Rows");
@@ -36,6 +37,11 @@ RowView::RowView(QWidget* parent)
   setEditTriggers(NoEditTriggers);
   setTabKeyNavigation(false);  // Tab leaves the grid: a keyboard must not be caught in it
   AddCommands();
+  Names().OnArrow([this](int nColumn, Qt::KeyboardModifiers modifiers) {
+    PressArrow(nColumn, modifiers);
+    const auto clicked = m_arrowClicked;
+    if (clicked) clicked();
+  });
   connect(&Numbers(), &RowNumbers::MenuAsked, this, [this](int nRow, QPoint where) {
     if (!selectionModel()->isSelected(m_model->index(nRow, 0)) || !RowsSelected()) SelectRow(nRow);
     OpenMenu(where);
@@ -59,24 +65,32 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   }
   ForgetScroll();
   RowsChosen(false);
+  m_arranger.Cancel();
   m_model->Recordset(std::move(rs), std::move(format));
   if (m_model->columnCount() > 0) {
     const bool bKnown = state ? ColumnWidths(state->columnWidths)
                               : m_lastColumns == ColumnSignature() && ColumnWidths(m_lastWidths);
     if (!bKnown) FitColumns();
+    // Rows of the same columns stand as those before them did.
+    if (m_lastColumns != ColumnSignature()) m_arrangement = {};
+    if (state) m_arrangement = state->arrangement;
   }
   if (state) {
     Restore(*state);
   } else if (HasRows() && m_model->columnCount() > 0) {
     selectionModel()->setCurrentIndex(m_model->index(0, 0), QItemSelectionModel::NoUpdate);
   }
+  Names().Offer(currentIndex().column());
+  Names().Sorted(m_arrangement.sort);
   updateGeometries();
   viewport()->update();
   Numbers().update();
   Names().viewport()->update();
+  if (!state && HasRows()) ArrangeNow();
 }
 
 void RowView::Restore(const RowsState& state) {
+  if (state.order) m_model->Order(state.order);
   QItemSelection selection;
   for (const CellRange& range : state.selection) {
     const QModelIndex topLeft = m_model->index(range.nTop, range.nLeft);
@@ -101,7 +115,88 @@ RowsState RowView::State() const {
   state.nTopRow = ScrolledTo().nTopRow;
   state.nLeftOffset = ScrolledTo().nLeftOffset;
   state.columnWidths = ColumnWidths();
+  state.arrangement = m_arrangement;
+  state.order = m_model->Order();
   return state;
+}
+
+// ---- order
+
+void RowView::Sort(std::vector<SortColumn> columns) {
+  // It may be taken away while it runs.
+  const auto elsewhere = m_sortElsewhere;
+  if (elsewhere && elsewhere(columns)) return;
+  m_arrangement.sort = std::move(columns);
+  m_arrangement.bSortedByServer = false;
+  ArrangeNow();
+}
+
+void RowView::SortBy(int nColumn, bool bAscending, bool bAdd) {
+  std::vector<SortColumn> columns;
+  if (bAdd) columns = m_arrangement.sort;
+  const auto known = std::ranges::find(columns, nColumn, &SortColumn::column);
+  if (known != columns.end()) {
+    known->bAscending = bAscending;
+  } else {
+    columns.push_back({nColumn, bAscending});
+  }
+  Sort(std::move(columns));
+}
+
+void RowView::PressArrow(int nColumn, Qt::KeyboardModifiers modifiers) {
+  const bool bAdd = modifiers.testFlag(Qt::ShiftModifier);
+  std::vector<SortColumn> columns = m_arrangement.sort;
+  const auto known = std::ranges::find(columns, nColumn, &SortColumn::column);
+  if (known == columns.end()) return SortBy(nColumn, true, bAdd);
+  if (known->bAscending) return SortBy(nColumn, false, bAdd);
+  // Up, down, and as they came.
+  columns.erase(known);
+  if (!bAdd) columns.clear();
+  Sort(std::move(columns));
+}
+
+void RowView::SortedByServer(std::vector<SortColumn> columns) {
+  m_arrangement.sort = std::move(columns);
+  m_arrangement.bSortedByServer = !m_arrangement.sort.empty();
+}
+
+void RowView::Filter(std::vector<ColumnFilter> filters) {
+  m_arrangement.filters = std::move(filters);
+  ArrangeNow();
+}
+
+void RowView::ArrangeNow() {
+  Names().Sorted(m_arrangement.sort);
+  const auto& rs = m_model->Recordset();
+  if (rs && rs->State() == platform::FetchState::Running && !m_arrangement.NeedsNoWork()) {
+    if (m_arranged) m_arranged("The rows are sorted and filtered when all have come.");
+    return;
+  }
+  if (m_arrangement.NeedsNoWork() && !m_model->Order() && !m_arranger.Busy()) return;
+  m_arranger.Arrange(m_model->Recordset(), m_arrangement, m_model->Format(),
+                     [this](std::shared_ptr<const RowOrder> order, const QString& sWhyNot) {
+                       if (!sWhyNot.isEmpty()) {
+                         m_arrangement = {};
+                         Names().Sorted({});
+                       }
+                       const RowPlaces places(*this, *m_model);
+                       {
+                         const QSignalBlocker quiet(selectionModel());
+                         m_model->Order(std::move(order));
+                       }
+                       ForgetScroll();
+                       updateGeometries();
+                       places.Restore(*this, *m_model);
+                       viewport()->update();
+                       Numbers().update();
+                       if (m_arranged) m_arranged(sWhyNot);
+                     });
+  if (m_arranger.Busy() && m_arranged) m_arranged({});
+}
+
+void RowView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  RowPicker::currentChanged(current, previous);
+  Names().Offer(current.column());
 }
 
 void RowView::Copy(bool bNames) const {
@@ -142,7 +237,7 @@ void RowView::keyPressEvent(QKeyEvent* event) {
 }
 
 void RowView::contextMenuEvent(QContextMenuEvent* event) {
-  if (HasRows()) OpenMenu(event->globalPos());
+  if (HasRows() || !m_arrangement.filters.empty()) OpenMenu(event->globalPos());
 }
 
 void RowView::OpenMenu(QPoint where) {

@@ -8,6 +8,7 @@
 
 #include "controls/accessible_rows.h"
 #include "controls/grid_commands.h"
+#include "controls/row_arranger.h"
 #include "controls/row_model.h"
 #include "controls/row_picker.h"
 #include "controls/rows_states.h"
@@ -34,6 +35,29 @@ class RowView : public RowPicker {
   /// The state of looking at the rows now; its SQL text is left empty.
   RowsState State() const;
 
+  /// How the rows stand, or are going to.
+  const Arrangement& Arranged() const { return m_arrangement; }
+  /// Sorts by the columns, the first one counting most; none is the order of the recordset.
+  void Sort(std::vector<SortColumn> columns);
+  /// Sorts by one column, or with bAdd by it after those that are sorted by.
+  void SortBy(int nColumn, bool bAscending, bool bAdd = false);
+  void Filter(std::vector<ColumnFilter> filters);
+  /// The next rows come sorted from the server; none when they do not.
+  void SortedByServer(std::vector<SortColumn> columns);
+  /// Arranges the rows as they are told to stand, those that came since included.
+  void ArrangeNow();
+  bool Arranging() const { return m_arranger.Busy(); }
+  /// Asked first where rows are to be sorted: true when that is done elsewhere.
+  void OnSort(std::function<bool(const std::vector<SortColumn>&)> handler) {
+    m_sortElsewhere = std::move(handler);
+  }
+  /// Called after an arrow beside a column's name was clicked.
+  void OnArrowClicked(std::function<void()> handler) { m_arrowClicked = std::move(handler); }
+  /// Called when work on an arrangement begins and ends, with a sentence where nothing came of it.
+  void OnArranged(std::function<void(const QString& sWhyNot)> handler) {
+    m_arranged = std::move(handler);
+  }
+
   /// Puts the selection, or else the current cell, on the clipboard; with nothing of both, or with
   /// more than can be copied at once, keeps what is there.
   void Copy(bool bNames) const;
@@ -48,8 +72,12 @@ class RowView : public RowPicker {
   /// Width that a column's cells need, measured in the rows in sight and a few more.
   int sizeHintForColumn(int nColumn) const override;
 
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
  private:
   void AddCommands();
+  void PressArrow(int nColumn, Qt::KeyboardModifiers modifiers);
   void OpenMenu(QPoint where);
   void Copied(const QString& sWhyNot) const;
   void FitColumns();
@@ -61,6 +89,11 @@ class RowView : public RowPicker {
   AccessibleRowsOffer m_accessible;
   RowModel* m_model;
   GridCommands m_commands;
+  RowArranger m_arranger;
+  Arrangement m_arrangement;
+  std::function<bool(const std::vector<SortColumn>&)> m_sortElsewhere;
+  std::function<void(const QString&)> m_arranged;
+  std::function<void()> m_arrowClicked;
   std::function<void(const QString&)> m_copied;
   QStringList m_lastColumns;
   std::vector<int> m_lastWidths;

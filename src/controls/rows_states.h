@@ -9,6 +9,8 @@
 #include <optional>
 #include <vector>
 
+#include "controls/arrangement.h"
+#include "controls/row_order.h"
 #include "controls/table_statement.h"
 #include "platform/ado/connection.h"
 
@@ -43,7 +45,9 @@ struct RowsState {
   int nTopRow = 0;      ///< first row in sight
   int nLeftOffset = 0;  ///< pixels scrolled sideways
   std::vector<int> columnWidths;
-  platform::Text sSqlText;  ///< the statement that fetched the rows
+  Arrangement arrangement;
+  std::shared_ptr<const RowOrder> order;  ///< what came of the arrangement; null for none
+  platform::Text sSqlText;                ///< the statement that fetched the rows
   std::optional<RowsOrigin> origin;
   Viewing viewing;  ///< what the grid had added to its table's query
 };

@@ -73,6 +73,8 @@ StatusStrip::StatusStrip(QWidget* parent)
     : QWidget(parent),
       m_rows(AddLabel<GivingLabel>(this, "rowCount", "Number of rows")),
       m_time(AddLabel<QLabel>(this, "elapsed", "Time taken")),
+      m_cancel(new QPushButton("&Stop", this)),
+      m_arrangement(AddLabel<GivingLabel>(this, "arrangement", "Order and filter")),
       m_warning(new QLabel(this)),
       m_notice(AddLabel<GivingLabel>(this, "notice", "Notice")),
       m_position(AddLabel<QLabel>(this, "position", "Current row")) {
@@ -88,6 +90,15 @@ StatusStrip::StatusStrip(QWidget* parent)
   QFont strong = m_notice->font();
   strong.setWeight(QFont::DemiBold);
   m_notice->setFont(strong);
+  m_cancel->setObjectName("stopFetch");
+  m_cancel->setToolTip("Stops the fetch and keeps the rows that came");
+  // A button of the usual height would make the strip higher when rows come.
+  m_cancel->setFixedHeight(fontMetrics().height() + 6);
+  connect(m_cancel, &QPushButton::clicked, this, [this] {
+    m_cancel->setEnabled(false);
+    const auto cancelled = m_cancelled;
+    if (cancelled) cancelled();
+  });
   m_warning->setObjectName("warning");
   m_warning->setAccessibleName("Warning");
   SetWarningIcon();
@@ -98,6 +109,8 @@ StatusStrip::StatusStrip(QWidget* parent)
   notice->addWidget(m_notice);
   layout->addWidget(m_rows);
   layout->addWidget(m_time);
+  layout->addWidget(m_cancel);
+  layout->addWidget(m_arrangement);
   layout->addLayout(notice);
   layout->addStretch(1);
   layout->addWidget(m_position);
@@ -130,11 +143,14 @@ void StatusStrip::Message(const QString& sMessage) {
   m_sNotice.clear();
   ShowNotice({});
   m_time->hide();
+  m_cancel->hide();
+  Arrangement({});
   m_position->clear();
 }
 
 void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapsed,
                        const QString& sFetched, const QString& sNotice) {
+  m_cancel->hide();
   m_rows->setText(RowsText(rows));
   m_rows->setMinimumWidth(m_rows->sizeHint().width());
   m_time->setText(sFetched.isEmpty() ? TimeText(elapsed)
@@ -142,6 +158,29 @@ void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapse
   m_time->show();
   m_sNotice = sNotice;
   ShowNotice(sNotice);
+}
+
+void StatusStrip::Arrangement(const QString& sArrangement) {
+  m_arrangement->setText(sArrangement);
+  m_arrangement->setToolTip(sArrangement);
+  m_arrangement->setVisible(!sArrangement.isEmpty());
+}
+
+void StatusStrip::Coming(platform::RowIndex rows, std::chrono::microseconds elapsed) {
+  QString sTime = TimeText(elapsed);
+  // In the first moment a rate would be a guess.
+  if (elapsed >= std::chrono::milliseconds(100)) {
+    const auto rate = static_cast<double>(rows) / std::chrono::duration<double>(elapsed).count();
+    sTime += QStringLiteral(", %1 a second").arg(Grouped(static_cast<platform::RowIndex>(rate)));
+  }
+  m_rows->setText(RowsText(rows) + QStringLiteral(" so far\u2026"));
+  m_rows->setMinimumWidth(m_rows->sizeHint().width());
+  m_time->setText(sTime);
+  m_time->show();
+  if (m_cancel->isHidden()) m_cancel->setEnabled(true);
+  m_cancel->setVisible(static_cast<bool>(m_cancelled));
+  m_sNotice.clear();
+  ShowNotice({});
 }
 
 void StatusStrip::Remark(const QString& sRemark, bool bWarning) {

@@ -3,9 +3,12 @@
 #pragma once
 
 #include <QLabel>
+#include <QPushButton>
 #include <QWidget>
 #include <chrono>
+#include <functional>
 #include <initializer_list>
+#include <utility>
 
 #include "platform/ado/recordset.h"
 #include "zones/time_zone.h"
@@ -33,6 +36,12 @@ class StatusStrip : public QWidget {
   /// Says something about these rows in the place of their notice, with its mark of warning or
   /// without; an empty remark brings the notice back.
   void Remark(const QString& sRemark, bool bWarning = true);
+  /// Rows that are being fetched: how many are here, since when, and how many come in a second;
+  /// with a button that stops them.
+  void Coming(platform::RowIndex rows, std::chrono::microseconds elapsed);
+  void OnCancel(std::function<void()> handler) { m_cancelled = std::move(handler); }
+  /// In which order the rows stand and which of them are seen; empty as they came.
+  void Arrangement(const QString& sArrangement);
   /// Row from 0; -1 when there is no current row.
   void Position(int nRow, int nRows);
 
@@ -52,6 +61,9 @@ class StatusStrip : public QWidget {
   QString m_sNotice;
   QLabel* m_rows;
   QLabel* m_time;
+  QPushButton* m_cancel;
+  std::function<void()> m_cancelled;
+  QLabel* m_arrangement;
   QLabel* m_warning;
   QLabel* m_notice;
   QLabel* m_position;

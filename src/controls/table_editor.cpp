@@ -14,9 +14,13 @@ using platform::Text;
 TableEditor::TableEditor(GridServices services)
     : GridControl(std::move(services), "Table rows"),
       m_time(m_core,
-             {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}) {}
+             {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}) {
+  m_core.Window().Rows().OnSort(
+      [this](const std::vector<SortColumn>& columns) { return SortAtServer(columns); });
+}
 
 void TableEditor::TableQuery(const platform::TableQueryPtr& query) {
+  m_order.reset();
   m_query = query;
   m_time.Forget();
   if (!query) return;
@@ -35,7 +39,9 @@ void TableEditor::Requery() {
   }
   if (m_core.Running()) GridCore::FailBusy();
   if (!m_time.Learn()) return;
-  GridQuery query{StatementOf(*m_query, m_time.View()), m_query->MaxRows(), m_query->QueryTimeout(),
+  Viewing viewing = m_time.View();
+  viewing.order = m_order;
+  GridQuery query{StatementOf(*m_query, viewing), m_query->MaxRows(), m_query->QueryTimeout(),
                   TextsWithoutRows()};
   m_time.Prepare(query);
   const std::weak_ptr<int> life = m_life;
@@ -43,17 +49,60 @@ void TableEditor::Requery() {
   if (!life.expired()) m_time.RowsShown();
 }
 
+// ---- order
+
+platform::Boolean TableEditor::CanSort() const {
+  const RowView& rows = m_core.Window().Rows();
+  return rows.currentIndex().isValid() && !m_core.Running();
+}
+
+void TableEditor::SortByCurrent(bool bAscending) {
+  if (!CanSort()) {
+    throw Failure(platform::failure::kNotSupported,
+                  "There is no column to sort by; go to a cell of the column first.");
+  }
+  RowView& rows = m_core.Window().Rows();
+  rows.SortBy(rows.currentIndex().column(), bAscending);
+}
+
+bool TableEditor::SortAtServer(const std::vector<SortColumn>& columns) {
+  const RecordsetPtr rs = m_core.Recordset();
+  const platform::ConnectionPtr cn = m_core.Connection();
+  if (!rs || !m_query || !cn || !cn->IsOpen() || m_core.Running()) return false;
+  const bool bAllAreHere = rs->State() == platform::FetchState::Complete;
+  // What is not stored would be lost with the rows it lies over.
+  if ((bAllAreHere && !m_order) || !rs->PendingRows().empty()) return false;
+  m_order.reset();
+  std::vector<SortColumn> asked;
+  if (!columns.empty()) {
+    asked.push_back(columns.back());
+    m_order =
+        platform::SortCriterion{rs->FieldAt(asked.front().column).Name(), asked.front().bAscending};
+  }
+  m_core.Window().Rows().SortedByServer(std::move(asked));
+  const std::weak_ptr<int> life = m_life;
+  try {
+    Requery();
+  } catch (const std::exception& exception) {
+    // The grid shows its sentence; nobody is behind an arrow to be told.
+    if (!life.expired()) m_core.Note(exception);
+  }
+  return true;
+}
+
 void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
   if (!rs) return m_core.Empty();
   const RowsState* state = m_core.States().Find(lUpdatability, *rs);
   m_core.Attach(rs, state, m_query ? m_query->SqlText() : Text(), TextsWithoutRows());
   m_time.Restore(state);
+  m_order = state ? state->viewing.order : std::nullopt;
 }
 
 RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
   const RecordsetPtr& rs = m_core.Recordset();
   RowsState state = m_core.State();
   m_time.Keep(state);
+  state.viewing.order = m_order;
   lUpdatability = rs ? m_core.States().Keep(*rs, std::move(state)) : 0;
   return rs;
 }

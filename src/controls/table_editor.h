@@ -18,17 +18,24 @@ class TableEditor : public GridControl<platform::TableEditor> {
   /// 0, shows the rows from the first on.
   void AttachRecordset(const platform::RecordsetPtr& rs, platform::Long lUpdatability) override;
   platform::RecordsetPtr DetachRecordset(platform::Long& lUpdatability) override;
-  void SortAscending() override { FailNotPossible("Sorting is not possible"); }
-  void SortDescending() override { FailNotPossible("Sorting is not possible"); }
-  platform::Boolean CanSort() const override { return false; }
+  /// By the current column, in front of no other. Where the row limit cut the rows, the server
+  /// sorts all of them; the table's query stays as it is.
+  void SortAscending() override { SortByCurrent(true); }
+  void SortDescending() override { SortByCurrent(false); }
+  platform::Boolean CanSort() const override;
   [[nodiscard]] platform::Subscription OnHeadClick(std::function<void()> handler) override;
 
  private:
   NoRowsTexts TextsWithoutRows() const;
   /// True while there is something that was not sent yet.
   bool Editing() const;
+  void SortByCurrent(bool bAscending);
+  /// True when the server was asked for the rows in that order; the grid may be gone then.
+  bool SortAtServer(const std::vector<SortColumn>& columns);
 
   platform::TableQueryPtr m_query;
+  /// The order that the server was asked for by the grid, beside that of the query.
+  std::optional<platform::SortCriterion> m_order;
   TableTime m_time;
   std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
 };

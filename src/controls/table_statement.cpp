@@ -21,7 +21,11 @@ Text StatementOf(platform::TableQuery& query, const Viewing& viewing) {
     columns.push_back(query.Columns().Item(l));
   }
   std::optional<platform::SortCriterion> sort = query.SortCriterion();
-  if (!sort && viewing.timeColumn) sort = {*viewing.timeColumn, false};
+  if (viewing.order) {
+    sort = viewing.order;
+  } else if (!sort && viewing.timeColumn) {
+    sort = {*viewing.timeColumn, false};
+  }
   return ComposeSelect({query.Catalog(), query.Table(), columns,
                         FilterWithin(query.FilterCondition(), viewing), sort});
 }

@@ -18,6 +18,8 @@ struct Viewing {
   /// Takes the place of a filter that is nothing but a range of time, and joins any other. Without
   /// a time column it is none.
   std::optional<TimeRange> range;
+  /// The order that was asked for in the grid; takes the place of any other.
+  std::optional<platform::SortCriterion> order = {};
 };
 
 /// The filter with the range in it.

@@ -42,11 +42,23 @@ class FakeRecordset : public platform::Recordset, private platform::Fields {
     return *this;
   }
   /// As rows come while they are fetched.
-  void Rows(platform::RowIndex rows) { m_rows = rows; }
+  FakeRecordset& Rows(platform::RowIndex rows) {
+    m_rows = rows;
+    return *this;
+  }
   FakeRecordset& Truncated(platform::Boolean bTruncated) {
     m_bTruncated = bTruncated;
     return *this;
   }
+  FakeRecordset& State(platform::FetchState state, platform::Text sRemark = {}) {
+    m_state = state;
+    m_sRemark = std::move(sRemark);
+    return *this;
+  }
+  platform::FetchState State() const override {
+    return m_state.value_or(platform::Recordset::State());
+  }
+  platform::Text FetchRemark() const override { return m_sRemark; }
   FakeRecordset& Elapsed(std::chrono::microseconds elapsed) {
     m_elapsed = elapsed;
     return *this;
@@ -88,6 +100,8 @@ class FakeRecordset : public platform::Recordset, private platform::Fields {
   std::vector<std::unique_ptr<FakeField>> m_fields;
   platform::RowIndex m_position = 0;
   platform::Boolean m_bTruncated = false;
+  std::optional<platform::FetchState> m_state;
+  platform::Text m_sRemark;
   std::chrono::microseconds m_elapsed{0};
   mutable std::size_t m_nAsked = 0;
   mutable std::set<platform::RowIndex> m_rowsAsked;
@@ -175,6 +189,7 @@ struct FakeServer {
   fakes::FakeParameters parameters;  ///< of the last command
   std::optional<platform::RowIndex> rowsExpected;
   bool bKeepRows = false;
+  bool bCancelled = false;
   platform::RowsHandler handler;
   platform::RowSink sink;
   platform::Long lRecordsAffected = 0;
@@ -204,6 +219,7 @@ class FakeCommand : public platform::Command {
     m_server.rowsExpected = rows;
   }
   void KeepRows(platform::Boolean bKeep) override { m_server.bKeepRows = bKeep; }
+  void Cancel() override { m_server.bCancelled = true; }
   void OnRows(platform::RowsHandler handler) override { m_server.handler = std::move(handler); }
   void Sink(platform::RowSink sink) override { m_server.sink = std::move(sink); }
   platform::RecordsetPtr Execute(platform::Long* lRecordsAffected, platform::Long) override {

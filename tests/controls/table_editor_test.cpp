@@ -463,16 +463,11 @@ TEST_F(table_editor, what_is_not_possible_says_so) {
     EXPECT_EQ(FailureNumberOf(call), platform::failure::kNotSupported);
     EXPECT_EQ(SentenceOf(call), sSentence);
   };
-  refused([&] { editor->SortAscending(); },
-          "Sorting is not possible in this grid; its rows can only be looked at.");
-  refused([&] { editor->SortDescending(); },
-          "Sorting is not possible in this grid; its rows can only be looked at.");
   refused([&] { editor->CellQuery(); },
           "Filling a cell from a query is not possible in this grid; its rows can only be looked "
           "at.");
   refused([&] { editor->DeleteSelectedRows(); },
           "Deleting rows is not possible in this grid; its rows can only be looked at.");
-  EXPECT_FALSE(editor->CanSort());
   EXPECT_FALSE(editor->CanCellQuery());
   EXPECT_FALSE(editor->DeleteAllowed());
   EXPECT_EQ(RowsOf(*editor), 50);

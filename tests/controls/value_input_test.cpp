@@ -1,5 +1,7 @@
 #include "controls/value_input.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 #include <random>

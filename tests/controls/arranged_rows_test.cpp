@@ -1,0 +1,208 @@
+// Sorting and filtering in the view of the rows.
+#include <gtest/gtest.h>
+
+#include <QScrollBar>
+#include <QSignalSpy>
+
+#include "tests/controls/row_view_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+/// Numbers that go up and down, a text of three kinds, and the row's number.
+std::shared_ptr<FakeRecordset> Mixed(RowIndex rows) {
+  auto rs = std::make_shared<FakeRecordset>(rows, [](auto row, auto column) -> Value {
+    if (column == 0) return (row * 7919) % 10'007;
+    if (column == 1) return Value("kind " + std::to_string(row % 3));
+    return row;
+  });
+  rs->Column("Value", platform::DataType::BigInt)
+      .Column("Kind", platform::DataType::WChar)
+      .Column("Row", platform::DataType::BigInt);
+  return rs;
+}
+
+std::int64_t NumberAt(const RowView& view, int nPlace, int nColumn) {
+  return *view.Model().ValueAt(nPlace, nColumn).As<std::int64_t>();
+}
+
+/// Waits for what is worked out off the thread.
+void AwaitOrder(const RowView& view) {
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !view.Arranging(); }, 30'000));
+}
+
+void ClickArrow(RowView& view, int nColumn, Qt::KeyboardModifiers modifiers = {}) {
+  QTest::mouseClick(view.Names().viewport(), Qt::LeftButton, modifiers,
+                    view.Names().ArrowOf(nColumn).center());
+}
+
+TEST(arranged_rows, a_second_click_on_a_name_s_arrow_sorts_up_down_and_not_at_all) {
+  RowView view;
+  view.ShowRows(Mixed(500), kUtcZone);
+  Show(view);
+  EXPECT_FALSE(view.Names().ArrowOf(1).isValid());
+  ClickColumnName(view, 1);
+  ASSERT_TRUE(view.Names().ArrowOf(1).isValid());
+  EXPECT_TRUE(view.Arranged().sort.empty()) << "the first click selects the column";
+  ClickArrow(view, 1);
+  EXPECT_EQ(view.Arranged().sort, (std::vector<SortColumn>{{1, true}}));
+  EXPECT_EQ(view.Model().RecordRow(1), 3) << "equal rows stay as they came";
+  ClickArrow(view, 1);
+  EXPECT_EQ(view.Model().RecordRow(0), 2);
+  EXPECT_EQ(view.Model().RecordRow(1), 5);
+  ClickArrow(view, 1);
+  EXPECT_TRUE(view.Arranged().sort.empty());
+  EXPECT_EQ(view.Model().Order(), nullptr);
+}
+
+TEST(arranged_rows, several_columns_sort_one_after_the_other) {
+  RowView view;
+  view.ShowRows(Mixed(500), kUtcZone);
+  Show(view);
+  view.SortBy(1, true);
+  ClickColumnName(view, 0);
+  ClickArrow(view, 0, Qt::ShiftModifier);
+  ClickArrow(view, 0, Qt::ShiftModifier);
+  EXPECT_EQ(view.Arranged().sort, (std::vector<SortColumn>{{1, true}, {0, false}}));
+  for (int n = 1; n < 500; ++n) {
+    const auto one = view.Model().ValueAt(n - 1, 1);
+    const auto other = view.Model().ValueAt(n, 1);
+    ASSERT_LE(CompareValues(one, other), 0);
+    if (one == other) ASSERT_GE(NumberAt(view, n - 1, 0), NumberAt(view, n, 0));
+  }
+}
+
+TEST(arranged_rows, the_current_cell_the_selection_and_the_scroll_bar_follow) {
+  RowView view;
+  view.ShowRows(Mixed(5'000), kUtcZone);
+  Show(view);
+  view.verticalScrollBar()->setValue(1'000);
+  ClickRowNumber(view, 1'002);
+  ClickRowNumber(view, 1'004, Qt::ControlModifier);
+  const int nBelowTop = view.currentIndex().row() - view.TopRow();
+  QSignalSpy current(view.selectionModel(), &QItemSelectionModel::currentChanged);
+  view.SortBy(0, true);
+  EXPECT_EQ(view.Model().RecordRow(view.currentIndex().row()), 1'004);
+  EXPECT_EQ(view.currentIndex().row() - view.TopRow(), nBelowTop);
+  std::set<RowIndex> selected;
+  for (const CellRange& range : view.State().selection) {
+    for (int n = range.nTop; n <= range.nBottom; ++n) selected.insert(view.Model().RecordRow(n));
+  }
+  EXPECT_EQ(selected, (std::set<RowIndex>{1'002, 1'004}));
+  EXPECT_TRUE(view.RowsSelected());
+  view.Sort({});
+  EXPECT_EQ(view.State().selection,
+            (std::vector<CellRange>{{1'002, 0, 1'002, 2}, {1'004, 0, 1'004, 2}}));
+}
+
+TEST(arranged_rows, all_selected_stay_all_selected) {
+  RowView view;
+  view.ShowRows(Mixed(5'000), kUtcZone);
+  view.selectAll();
+  view.SortBy(0, true);
+  EXPECT_EQ(view.State().selection, (std::vector<CellRange>{{0, 0, 4'999, 2}}));
+}
+
+TEST(arranged_rows, many_rows_are_sorted_while_events_go_on) {
+  RowView view;
+  const auto rs = Mixed(300'000);
+  view.ShowRows(rs, kUtcZone);
+  int nTold = 0;
+  view.OnArranged([&](const QString&) { ++nTold; });
+  view.SortBy(0, false);
+  EXPECT_TRUE(view.Arranging());
+  EXPECT_EQ(view.Model().Order(), nullptr) << "until then the rows stand as they did";
+  AwaitOrder(view);
+  EXPECT_EQ(nTold, 2);
+  for (int n = 1; n < 300'000; ++n) {
+    const auto one = NumberAt(view, n - 1, 0);
+    const auto other = NumberAt(view, n, 0);
+    ASSERT_TRUE(one > other || (one == other && NumberAt(view, n - 1, 2) < NumberAt(view, n, 2)));
+  }
+}
+
+TEST(arranged_rows, other_rows_or_another_order_end_the_work_on_one) {
+  RowView view;
+  view.ShowRows(Mixed(300'000), kUtcZone);
+  view.SortBy(0, false);
+  view.SortBy(2, false);
+  AwaitOrder(view);
+  EXPECT_EQ(NumberAt(view, 0, 2), 299'999);
+  view.SortBy(0, false);
+  view.ShowRows(OneColumn({Value("x")}), kUtcZone);
+  EXPECT_FALSE(view.Arranging());
+  QTest::qWait(20);
+  EXPECT_EQ(view.Model().Order(), nullptr);
+  {
+    RowView gone;
+    gone.ShowRows(Mixed(300'000), kUtcZone);
+    gone.SortBy(0, true);
+  }
+  QTest::qWait(20);
+}
+
+TEST(arranged_rows, new_rows_stand_behind_all_others) {
+  RowView view;
+  const auto rs = Mixed(100);
+  view.ShowRows(rs, kUtcZone);
+  view.SortBy(2, false);
+  rs->Rows(102);
+  view.Model().TakeRowsIn();
+  EXPECT_EQ(view.model()->rowCount(), 102);
+  EXPECT_EQ(view.Model().RecordRow(0), 99);
+  EXPECT_EQ(view.Model().RecordRow(100), 100);
+  EXPECT_EQ(view.Model().RecordRow(101), 101);
+  EXPECT_EQ(view.Model().PlaceOf(99), 0);
+  EXPECT_EQ(view.Model().PlaceOf(101), 101);
+}
+
+TEST(arranged_rows, an_order_comes_back_with_its_state_and_with_rows_fetched_anew) {
+  const auto rs = Mixed(500);
+  RowView view;
+  view.ShowRows(rs, kUtcZone);
+  view.SortBy(2, false);
+  view.Filter({ColumnFilter::Equal(1, Value("kind 1"))});
+  const RowsState state = view.State();
+  RowView fresh;
+  fresh.ShowRows(rs, kUtcZone, &state);
+  EXPECT_EQ(fresh.Arranged().sort, (std::vector<SortColumn>{{2, false}}));
+  EXPECT_EQ(fresh.Model().RecordRow(0), 499);
+  EXPECT_EQ(fresh.model()->rowCount(), 167);
+  fresh.ShowRows(nullptr, kUtcZone);
+  fresh.ShowRows(Mixed(50), kUtcZone);
+  EXPECT_EQ(fresh.Model().RecordRow(0), 49);
+  EXPECT_EQ(fresh.model()->rowCount(), 17);
+  fresh.ShowRows(Plant(50), kUtcZone);
+  EXPECT_TRUE(fresh.Arranged().IsNone()) << "other columns begin anew";
+}
+
+TEST(arranged_rows, a_row_that_is_filtered_out_leaves_the_keys_in_the_first_one) {
+  RowView view;
+  view.ShowRows(Mixed(500), kUtcZone);
+  Show(view);
+  view.GoTo(300, 1);  // of kind 0
+  view.Filter({ColumnFilter::Equal(1, Value("kind 2"))});
+  EXPECT_EQ(Current(view), std::pair(0, 1));
+  EXPECT_EQ(view.Model().RecordRow(0), 2);
+  EXPECT_EQ(view.Model().PlaceOf(300), -1);
+  view.Filter({ColumnFilter::Equal(1, Value("none of them"))});
+  EXPECT_EQ(view.model()->rowCount(), 0);
+  view.grab();
+  view.Filter({});
+  EXPECT_EQ(view.model()->rowCount(), 500);
+}
+
+TEST(arranged_rows, more_than_can_be_kept_in_keys_say_so) {
+  RowView view;
+  view.ShowRows(Plant(RowArranger::kMostRows + 1), kUtcZone);
+  QString sWhyNot;
+  view.OnArranged([&](const QString& sSentence) { sWhyNot = sSentence; });
+  view.SortBy(0, true);
+  EXPECT_EQ(sWhyNot.toStdString(),
+            "More than 50,000,000 rows are not sorted or filtered here. Let the table's query "
+            "choose fewer.");
+  EXPECT_TRUE(view.Arranged().IsNone());
+}
+
+}  // namespace
+}  // namespace orvane::controls

@@ -1,0 +1,178 @@
+// Finding, going to a row and filtering, by the keys.
+#include "controls/grid_seeking.h"
+
+#include <gtest/gtest.h>
+
+#include <QInputDialog>
+#include <QMenu>
+
+#include "controls/query_results.h"
+#include "tests/controls/grid_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+class grid_seeking : public GridFixture {
+ protected:
+  grid_seeking() : m_results(Services()) {
+    m_results.Recordset(Plant(500));
+    Show(m_results);
+    View().activateWindow();
+    View().setFocus();
+  }
+  RowView& View() { return *ViewOf(m_results); }
+  template <class Widget>
+  Widget* Part(const char* sName) {
+    return WindowOf(m_results)->findChild<Widget*>(sName);
+  }
+  QLineEdit* FilterBox(int nColumn) {
+    return &static_cast<FilterRow*>(Part<QWidget>("filterRow"))->Box(nColumn);
+  }
+  void Type(QLineEdit* box, const char* sText) {
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, sText);
+    QTest::keyClick(box, Qt::Key_Return);
+  }
+  std::pair<int, int> Cell() {
+    return {View().currentIndex().row(), View().currentIndex().column()};
+  }
+  controls::QueryResults m_results;
+};
+
+TEST_F(grid_seeking, finds_forwards_backwards_and_around_the_end) {
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
+  auto* text = Part<QLineEdit>("findText");
+  ASSERT_TRUE(text->hasFocus());
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Looks through the 500 rows here");
+  QTest::keyClicks(text, "ROW 49");
+  QTest::keyClick(text, Qt::Key_Return);
+  EXPECT_EQ(Cell(), std::pair(49, 1)) << "without regard to case";
+  QTest::keyClick(text, Qt::Key_Return);
+  EXPECT_EQ(Cell(), std::pair(490, 1));
+  QTest::keyClick(text, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ(Cell(), std::pair(49, 1));
+  QTest::keyClick(text, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ(Cell(), std::pair(499, 1));
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Went on from the other end");
+  QTest::keyClick(text, Qt::Key_Escape);
+  EXPECT_FALSE(Part<QWidget>("findBar")->isVisible());
+  EXPECT_TRUE(View().hasFocus());
+  QTest::keyClick(&View(), Qt::Key_F3);
+  EXPECT_EQ(Cell(), std::pair(49, 1));
+  QTest::keyClick(&View(), Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_EQ(Cell(), std::pair(499, 1));
+}
+
+TEST_F(grid_seeking, says_where_a_text_was_not_found) {
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
+  auto* text = Part<QLineEdit>("findText");
+  QTest::keyClicks(text, "nowhere");
+  QTest::keyClick(text, Qt::Key_Return);
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Not found in the 500 rows here");
+  EXPECT_EQ(Cell(), std::pair(0, 0));
+}
+
+TEST_F(grid_seeking, a_search_through_many_rows_can_be_ended) {
+  m_results.Recordset(Plant(100'000'000));
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
+  auto* text = Part<QLineEdit>("findText");
+  QTest::keyClicks(text, "nowhere");
+  QTest::keyClick(text, Qt::Key_Return);
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Looking\u2026 Escape ends it");
+  QTest::keyClick(text, Qt::Key_Escape);
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Ended before all rows were looked at");
+  EXPECT_TRUE(Part<QWidget>("findBar")->isVisible());
+}
+
+TEST_F(grid_seeking, goes_to_a_row_by_its_number) {
+  View().GoTo(3, 2);
+  QTest::keyClick(&View(), Qt::Key_G, Qt::ControlModifier);
+  auto* dialog = View().findChild<QInputDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(dialog->intMaximum(), 500);
+  dialog->setIntValue(321);
+  dialog->accept();
+  EXPECT_EQ(Cell(), std::pair(320, 2));
+}
+
+TEST_F(grid_seeking, filters_by_what_is_typed_beneath_the_names) {
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+  ASSERT_TRUE(Part<QWidget>("filterRow")->isVisible());
+  EXPECT_EQ(View().Numbers().YOf(0), View().HeadHeight());
+  Type(FilterBox(0), ">= 490");
+  EXPECT_EQ(RowsOf(m_results), 10);
+  EXPECT_EQ(Label(m_results, "arrangement"), "Filtered here: 10 rows seen");
+  Type(FilterBox(1), "9");
+  EXPECT_EQ(CellOf(m_results, 0, 1), "row 490") << "both conditions";
+  Type(FilterBox(2), "null");
+  EXPECT_EQ(RowsOf(m_results), 3);
+  Type(FilterBox(0), "> many");
+  EXPECT_EQ(RowsOf(m_results), 32) << "what says nothing of a number is no condition";
+  EXPECT_NE(Label(m_results, "notice").find("Number: "), std::string::npos);
+  Type(FilterBox(0), "1..2");
+  EXPECT_EQ(Label(m_results, "notice"), "");
+  EXPECT_EQ(RowsOf(m_results), 0);
+  EXPECT_EQ(Label(m_results, "emptySentence"), "The filter leaves none of the 500 rows here.");
+  QTest::keyClick(FilterBox(0), Qt::Key_Escape);
+  EXPECT_TRUE(View().hasFocus());
+}
+
+TEST_F(grid_seeking, filters_by_the_value_of_the_current_cell) {
+  View().GoTo(6, 2);  // null in every third row
+  QTest::keyClick(&View(), Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(RowsOf(m_results), 167);
+  EXPECT_EQ(FilterBox(2)->text(), "null");
+  View().GoTo(0, 3);
+  QTest::keyClick(&View(), Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(RowsOf(m_results), 1);
+}
+
+TEST_F(grid_seeking, the_menu_has_all_of_it) {
+  const QPoint point = View().visualRect(View().currentIndex()).center();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, point, View().viewport()->mapToGlobal(point));
+  QCoreApplication::sendEvent(View().viewport(), &event);
+  auto* menu = View().findChild<QMenu*>();
+  ASSERT_NE(menu, nullptr);
+  QStringList labels;
+  for (const QAction* action : menu->actions()) {
+    labels << action->text().section(u'\t', 0, 0).remove(u'&');
+  }
+  for (const char* sLabel :
+       {"Sort Ascending", "Sort Descending", "Then Ascending", "Filter by This Value", "Filter Row",
+        "Find\u2026", "Go to Row\u2026"}) {
+    EXPECT_TRUE(labels.contains(sLabel)) << sLabel;
+  }
+  menu->close();
+}
+
+TEST(column_filter, reads_what_is_typed) {
+  using platform::DataType;
+  const CellFormat format;
+  const auto holds = [&](const char* sText, DataType type, const platform::Value& vtValue) {
+    return ColumnFilter::Read(sText, 0, type, format).Holds(vtValue, format);
+  };
+  using platform::Value;
+  EXPECT_TRUE(holds("Pump", DataType::WChar, Value("the pump house")));
+  EXPECT_FALSE(holds("pump", DataType::WChar, Value()));
+  EXPECT_TRUE(holds("= pump", DataType::WChar, Value("pump")));
+  EXPECT_FALSE(holds("= pump", DataType::WChar, Value("Pump")));
+  EXPECT_TRUE(holds("<> 3", DataType::BigInt, Value(4)));
+  EXPECT_FALSE(holds("<> 3", DataType::BigInt, Value(3.0)));
+  EXPECT_FALSE(holds("<> 3", DataType::BigInt, Value()));
+  EXPECT_TRUE(holds("< 3", DataType::Double, Value(2.9)));
+  EXPECT_FALSE(holds("< 3", DataType::Double, Value(3.0)));
+  EXPECT_TRUE(holds("<= 3", DataType::Double, Value(std::int64_t{3})));
+  EXPECT_FALSE(holds("< 3", DataType::Double, Value("2")));
+  EXPECT_TRUE(holds("1..3", DataType::Double, Value(1.0)));
+  EXPECT_TRUE(holds("1..3", DataType::Double, Value(3.0)));
+  EXPECT_FALSE(holds("1..3", DataType::Double, Value(3.1)));
+  EXPECT_TRUE(holds("NULL", DataType::WChar, Value()));
+  EXPECT_FALSE(holds("null", DataType::WChar, Value("null")));
+  EXPECT_TRUE(holds("= null", DataType::WChar, Value("null")));
+  EXPECT_TRUE(holds("not null", DataType::WChar, Value("")));
+  EXPECT_THROW(holds("> many", DataType::BigInt, Value(1)), platform::Failure);
+}
+
+}  // namespace
+}  // namespace orvane::controls

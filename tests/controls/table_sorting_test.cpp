@@ -1,0 +1,124 @@
+// Sorting in a table's grid: here where all rows are, at the server where the row limit cut them.
+#include <gtest/gtest.h>
+
+#include "controls/table_editor.h"
+#include "controls/table_query.h"
+#include "tests/controls/failure_of.h"
+#include "tests/controls/grid_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+class table_sorting : public GridFixture {
+ protected:
+  table_sorting() {
+    m_query->Catalog("Plant");
+    m_query->Table("Data");
+    m_server.answer = Plant(50);
+  }
+  std::unique_ptr<controls::TableEditor> Shown() {
+    auto editor = std::make_unique<controls::TableEditor>(Services());
+    editor->Connection(m_connection);
+    editor->TableQuery(m_query);
+    editor->Requery();
+    return editor;
+  }
+  std::shared_ptr<controls::TableQuery> m_query = std::make_shared<controls::TableQuery>();
+};
+
+TEST_F(table_sorting, is_possible_where_there_is_a_current_cell) {
+  controls::TableEditor empty(Services());
+  EXPECT_FALSE(empty.CanSort());
+  EXPECT_EQ(FailureNumberOf([&] { empty.SortAscending(); }), platform::failure::kNotSupported);
+  EXPECT_EQ(SentenceOf([&] { empty.SortDescending(); }),
+            "There is no column to sort by; go to a cell of the column first.");
+  const auto editor = Shown();
+  EXPECT_TRUE(editor->CanSort());
+  m_server.whileRunning = [&] { EXPECT_FALSE(editor->CanSort()); };
+  editor->Requery();
+}
+
+TEST_F(table_sorting, is_done_here_where_all_rows_are) {
+  const auto editor = Shown();
+  const auto sState = m_query->WriteState();
+  const int nExecuted = m_server.nExecuted;
+  ViewOf(*editor)->GoTo(3, 1);
+  editor->SortDescending();
+  EXPECT_EQ(CellOf(*editor, 0, 1), "row 9");
+  EXPECT_EQ(CellOf(*editor, 1, 1), "row 8");
+  EXPECT_EQ(CellOf(*editor, 2, 1), "row 7") << "in the order of texts";
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted here: Name \u2193");
+  editor->SortAscending();
+  EXPECT_EQ(CellOf(*editor, 0, 1), "row 0");
+  EXPECT_EQ(CellOf(*editor, 2, 1), "row 10");
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted here: Name \u2191");
+  EXPECT_EQ(m_server.nExecuted, nExecuted);
+  EXPECT_EQ(m_query->WriteState(), sState);
+}
+
+TEST_F(table_sorting, is_done_by_the_server_where_the_row_limit_cut_the_rows) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  m_query->SortCriterion(platform::SortCriterion{"Number", true});
+  const auto sState = m_query->WriteState();
+  const auto editor = Shown();
+  ViewOf(*editor)->GoTo(3, 1);
+  editor->SortDescending();
+  EXPECT_EQ(m_server.sCommandText, "SELECT *\nFROM \"Plant\"..\"Data\"\nORDER BY \"Name\" DESC");
+  EXPECT_EQ(CellOf(*editor, 0, 1), "row 0") << "as the server gave them";
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Name \u2193");
+  EXPECT_EQ(m_query->WriteState(), sState);
+  editor->Requery();
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Name \u2193");
+  EXPECT_NE(m_server.sCommandText.find("\"Name\" DESC"), platform::Text::npos);
+  ViewOf(*editor)->Sort({});
+  EXPECT_NE(m_server.sCommandText.find("\"Number\" ASC"), platform::Text::npos)
+      << "without an order of the grid's own the query's is back";
+  EXPECT_EQ(Label(*editor, "arrangement"), "");
+}
+
+TEST_F(table_sorting, is_done_here_where_the_server_is_gone) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  const auto editor = Shown();
+  const int nExecuted = m_server.nExecuted;
+  m_connection->Close();
+  ViewOf(*editor)->GoTo(3, 0);
+  editor->SortDescending();
+  EXPECT_EQ(m_server.nExecuted, nExecuted);
+  EXPECT_EQ(CellOf(*editor, 0, 0), "49");
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted here: Number \u2193");
+}
+
+TEST_F(table_sorting, that_the_server_refuses_says_why_in_the_place_of_rows) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  const auto editor = Shown();
+  m_server.whileRunning = [] { Refuse(); };
+  editor->SortDescending();
+  EXPECT_EQ(Label(*editor, "emptySentence"), "There is no such column; correct it.");
+  EXPECT_EQ(m_failures->noted.size(), 1U);
+}
+
+TEST_F(table_sorting, may_be_the_end_of_the_grid) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  auto editor = Shown();
+  m_server.whileRunning = [&] { editor.reset(); };
+  editor->SortDescending();
+  EXPECT_EQ(editor, nullptr);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(m_life.use_count(), 1);
+}
+
+TEST_F(table_sorting, raises_the_events_of_a_click_on_a_name) {
+  const auto editor = Shown();
+  Show(*editor);
+  EventCounts counts(*editor);
+  ClickColumnName(*editor, 1);
+  counts.Take();
+  QTest::mouseClick(ViewOf(*editor)->Names().viewport(), Qt::LeftButton, {},
+                    ViewOf(*editor)->Names().ArrowOf(1).center());
+  const auto taken = counts.Take();
+  EXPECT_EQ(taken.at(2), 1) << "HeadClick";
+  EXPECT_EQ(ViewOf(*editor)->Arranged().sort.size(), 1U);
+}
+
+}  // namespace
+}  // namespace orvane::controls
