@@ -75,6 +75,7 @@ ado::StatementResult HistorianSession::Run(const ado::Statement& statement,
   dialect::GiveParameters(statement.sText, tokens, statement.parameters);
   const auto catalog = dialect::ReadCatalogStatement(statement.sText, tokens);
   if (!catalog) return RunTranslated(statement, std::move(tokens), deadline, work, stop);
+  dialect::RefuseParameters(statement.sText, tokens);
   if (statement.bReadOnly) throw engines::WouldChange(statement.sText);
   if (const auto expected = statement.rowsExpected.value_or(0); expected != 0) {
     throw engines::UnexpectedRows(0, expected, statement.sText);

@@ -168,6 +168,20 @@ TEST_F(session_parameters, what_the_database_cannot_keep_is_refused_and_nothing_
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data WHERE Value IS NULL"), "0\n");
 }
 
+TEST_F(session_parameters, name_no_catalog_and_no_file) {
+  const auto opened = Open();
+  const auto create = [&](const Text& sText, const Value& vt) {
+    return FailureOf([&] { With(*opened, sText, {vt}); });
+  };
+  EXPECT_TRUE(create("CREATE DATABASE ?", Value()).starts_with("3805: "));
+  EXPECT_TRUE(create("CREATE DATABASE ?", "P").starts_with("3805: "));
+  EXPECT_EQ(create("CREATE DATABASE \"P\" ON (PATH=?)", (m_root.Path() / "p.db").string()),
+            "3805: A parameter stands in a definition (character 30 of the statement); write the "
+            "value itself into the statement.");
+  EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Orvane..Historians WHERE Name IN ('P', 'NULL')"),
+            "0\n");
+}
+
 TEST_F(session_parameters, are_values_and_never_text) {
   const auto opened = OpenPlant();
   const Text sEvil = "'; DROP TABLE Plant1..Data; --";

@@ -250,6 +250,8 @@ Expr* StatementReader::ReadOperand(Scope* scope) {
     case TokenKind::QuotedIdentifier:
       return ReadNameOrCall(scope);
     case TokenKind::Parameter:
+      if (token.nParameter != 0) return leaf(ExprKind::Null);
+      FailUnexpected();
     case TokenKind::End:
       FailUnexpected();
   }

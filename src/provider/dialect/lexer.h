@@ -18,7 +18,7 @@ enum class TokenKind : std::uint8_t {
   String,            ///< 'text'
   Blob,              ///< x'00ff'
   Number,
-  Parameter,  ///< "?" before its value is known
+  Parameter,  ///< "?" before its value is known, and one that is null
   Time,       ///< "?" whose value is a point in time
   Symbol,     ///< operator or punctuation
   End,        ///< behind the last token

@@ -22,8 +22,7 @@ void BecomeValue(Token& token, const Value& vtValue) {
       [&](const auto& content) {
         using T = std::decay_t<decltype(content)>;
         if constexpr (std::is_same_v<T, platform::Null>) {
-          Become(token, TokenKind::Word, "NULL");
-          token.sUpper = token.sText;
+          // No word: a name could be made of that.
         } else if constexpr (std::is_same_v<T, bool>) {
           Become(token, TokenKind::Number, content ? "1" : "0");
         } else if constexpr (std::is_arithmetic_v<T>) {
@@ -66,6 +65,14 @@ void GiveParameters(std::string_view sStatement, std::vector<Token>& tokens,
                               std::to_string(values.size()) +
                               " were given; give one value for each.",
                           "ORVOLEDB", 0, Text(sStatement));
+}
+
+void RefuseParameters(std::string_view sStatement, const std::vector<Token>& tokens) {
+  for (const Token& token : tokens) {
+    if (token.nParameter == 0) continue;
+    FailAt(sStatement, token.position, "A parameter stands in a definition",
+           "write the value itself into the statement");
+  }
 }
 
 }  // namespace orvane::provider::dialect

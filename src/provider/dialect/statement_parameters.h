@@ -11,10 +11,14 @@
 
 namespace orvane::provider::dialect {
 
-/// Makes each "?" among the tokens the kind of token that its value is. Fails with
+/// Makes each "?" among the tokens the kind of token that its value is, and numbers it; null stays
+/// one of kind Parameter. Fails with
 /// failure::kSqlError and the place of the first "?" when there are no values at all, and with
 /// kInvalidArgument when there is not one value for each.
 void GiveParameters(std::string_view sStatement, std::vector<Token>& tokens,
                     std::span<const platform::Value> values);
+
+/// Fails with failure::kSqlError at the first parameter: what is kept is read without them.
+void RefuseParameters(std::string_view sStatement, const std::vector<Token>& tokens);
 
 }  // namespace orvane::provider::dialect

@@ -4,6 +4,7 @@
 
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "provider/dialect/statement_parameters.h"
 #include "provider/dialect/statement_reader.h"
 #include "provider/dialect/time_analysis.h"
 #include "provider/dialect/time_functions.h"
@@ -41,13 +42,10 @@ void KeepHeadings(const StatementTree& tree, StatementEdits& edits) {
 // What becomes a time takes the place of its parameter later.
 void BindParameters(std::string_view sStatement, const StatementTree& tree, StatementEdits& edits,
                     std::span<const platform::Value> parameters) {
+  if (tree.kind == StatementKind::Define) RefuseParameters(sStatement, tree.tokens);
   for (std::size_t i = 0; i < tree.tokens.size(); ++i) {
     const Token& token = tree.tokens[i];
     if (token.nParameter == 0) continue;
-    if (tree.kind == StatementKind::Define) {
-      FailAt(sStatement, token.position, "A parameter stands in a definition",
-             "write the value itself into the statement");
-    }
     edits.Bind({i, i + 1}, parameters[token.nParameter - 1]);
   }
 }

@@ -129,6 +129,18 @@ TEST(statement_parameters, there_must_be_one_value_for_each) {
             "itself into the statement.");
 }
 
+TEST(statement_parameters, are_no_names) {
+  for (const Value& vt : {Value(), Value("Plant1"), Value(5), Value(Noon())}) {
+    for (const char* const sStatement :
+         {"SELECT 1 FROM ?..Data", "SELECT 1 FROM Plant1..?",
+          "INSERT INTO Plant1..Data (?) VALUES (1)", "UPDATE Plant1..Data SET ? = 1",
+          "SELECT 1 FROM Plant1..Data WHERE Tag NOT ?"}) {
+      const Text sFailure = SqlWith(sStatement, {vt});
+      EXPECT_TRUE(sFailure.starts_with("3805: ")) << sStatement << "\n" << sFailure;
+    }
+  }
+}
+
 TEST(statement_parameters, no_definition_keeps_one) {
   for (const char* const sStatement :
        {"CREATE TABLE Plant1..T (a INT DEFAULT (?))",
