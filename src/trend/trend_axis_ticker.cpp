@@ -70,7 +70,9 @@ void TrendAxisTicker::generate(const QCPRange& range, const QLocale& /*locale*/,
   const LocalTime from = m_zone.ToLocal(TimestampOf(range.lower));
   const LocalTime to = m_zone.ToLocal(TimestampOf(range.upper));
   const auto add = [&](LocalTime time, std::int64_t step) {
-    ticks.append(TrendTime(m_zone.ToTimestamp(time)));
+    const double tick = TrendTime(m_zone.ToTimestamp(time));
+    if (!range.contains(tick)) return;
+    ticks.append(tick);
     if (tickLabels) tickLabels->append(Label(time, step));
   };
   for (const std::int64_t step : kSteps) {

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "trend/trend_data.h"
+#include "zones/time_zone.h"
 
 namespace orvane::trend {
 

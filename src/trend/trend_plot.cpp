@@ -21,6 +21,12 @@ constexpr double kMostValue = 1e200;
 constexpr double kMargin = 0.05;
 constexpr const char* kCursorLayer = "cursor";
 
+/// The time as exactly as pixels tell it, in digits that can be read.
+double Rounded(double time, double perPixel) {
+  const double unit = std::pow(10, std::floor(std::log10(std::max(1.0, perPixel))));
+  return std::round(time / unit) * unit;
+}
+
 QCPRange Widened(double lowest, double highest) {
   lowest = std::clamp(lowest, -kMostValue, kMostValue);
   highest = std::clamp(highest, -kMostValue, kMostValue);
@@ -45,6 +51,18 @@ TrendPlot::TrendPlot(QWidget* parent) : QCustomPlot(parent) {
   m_cursorLine->setLayer(kCursorLayer);
   m_cursorLine->setVisible(false);
   yAxis->setVisible(false);
+  connect(this, &QCustomPlot::beforeReplot, this, [this] {
+    m_nWidthForMarks = axisRect()->width();
+    if (!m_ticker) return;
+    m_ticker->Room(m_nWidthForMarks / fontMetrics().horizontalAdvance("  2026-11-22  "));
+  });
+  connect(this, &QCustomPlot::afterReplot, this, [this] {
+    // Other numbers at the sides have left other room for the times: once more, with as many.
+    if (m_bAgain || axisRect()->width() == m_nWidthForMarks) return;
+    m_bAgain = true;
+    replot();
+    m_bAgain = false;
+  });
   // Room for most numbers from the start: what is zoomed must not move aside.
   axisRect()->setMinimumMargins(
       {fontMetrics().averageCharWidth() * 10, 0, fontMetrics().averageCharWidth() * 4, 0});
@@ -183,6 +201,11 @@ void TrendPlot::Cursor(double time) {
   if (m_cursorMoved) m_cursorMoved();
 }
 
+void TrendPlot::CursorTo(QPoint pixel) {
+  Cursor(
+      Rounded(xAxis->pixelToCoord(pixel.x()), Times().size() / std::max(1, axisRect()->width())));
+}
+
 void TrendPlot::ShowCursor() {
   m_cursorLine->setVisible(true);
   m_cursorLine->point1->setCoords(*m_cursor, 0);
@@ -262,7 +285,7 @@ void TrendPlot::wheelEvent(QWheelEvent* event) {
 void TrendPlot::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && m_lines != nullptr) {
     m_dragged = event->pos();
-    Cursor(xAxis->pixelToCoord(event->position().x()));
+    CursorTo(event->pos());
   }
 }
 
@@ -276,9 +299,7 @@ void TrendPlot::mouseMoveEvent(QMouseEvent* event) {
     if (from != to) Times({range.lower + from - to, range.upper + from - to});
     return;
   }
-  if (axisRect()->rect().contains(event->pos())) {
-    Cursor(xAxis->pixelToCoord(event->position().x()));
-  }
+  if (axisRect()->rect().contains(event->pos())) CursorTo(event->pos());
 }
 
 void TrendPlot::mouseReleaseEvent(QMouseEvent* /*event*/) {
@@ -287,12 +308,6 @@ void TrendPlot::mouseReleaseEvent(QMouseEvent* /*event*/) {
 
 void TrendPlot::mouseDoubleClickEvent(QMouseEvent* /*event*/) {
   if (m_lines != nullptr) Times(AllTimes());
-}
-
-void TrendPlot::resizeEvent(QResizeEvent* event) {
-  if (m_ticker)
-    m_ticker->Room(event->size().width() / std::max(1, fontMetrics().averageCharWidth() * 14));
-  QCustomPlot::resizeEvent(event);
 }
 
 void TrendPlot::changeEvent(QEvent* event) {

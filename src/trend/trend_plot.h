@@ -10,6 +10,7 @@
 
 #include "trend/trend_data.h"
 #include "trend/trend_line_plot.h"
+#include "zones/time_zone.h"
 
 namespace orvane::trend {
 
@@ -58,7 +59,6 @@ class TrendPlot : public QCustomPlot {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
@@ -69,6 +69,7 @@ class TrendPlot : public QCustomPlot {
   void LookOf(QCPAxis* axis, const QColor& grid) const;
   /// The value axes from the lowest to the highest value in sight.
   void FitValues();
+  void CursorTo(QPoint pixel);
   void ShowCursor();
 
   const std::vector<TrendLine>* m_lines = nullptr;
@@ -77,6 +78,8 @@ class TrendPlot : public QCustomPlot {
   QCPAxis* m_lastAxis = nullptr;  ///< the value axis made last
   QSharedPointer<TrendAxisTicker> m_ticker;
   QCPItemStraightLine* m_cursorLine;
+  int m_nWidthForMarks = 0;
+  bool m_bAgain = false;  ///< drawing once more, with the marks of time that there is room for
   std::optional<double> m_cursor;
   std::optional<QPoint> m_dragged;
   LineKind m_kind = LineKind::Straight;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "trend/trend_data.h"
+#include "zones/time_zone.h"
 
 namespace orvane::trend {
 

@@ -90,6 +90,7 @@ TrendView::TrendView(QWidget* parent)
   splitter->setStretchFactor(0, 3);
   splitter->setStretchFactor(1, 1);
   splitter->setChildrenCollapsible(false);
+  splitter->setSizes({3000, 1000});
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -209,7 +210,7 @@ void TrendView::ShowLines() {
     m_list->resizeColumnToContents(column);
   }
   m_list->setColumnWidth(TrendValues::Value, std::max(m_list->columnWidth(TrendValues::Value),
-                                                      fontMetrics().averageCharWidth() * 34));
+                                                      fontMetrics().averageCharWidth() * 42));
   TellOfCursor();
   if (m_nTagsLeftOut > 0) {
     Remark(

@@ -22,7 +22,8 @@ QStringList Marks(platform::Timestamp from, microseconds span,
   EXPECT_TRUE(std::ranges::is_sorted(ticks));
   QStringList texts;
   for (qsizetype n = 0; n < ticks.size(); ++n) {
-    if (ticks[n] < TrendTime(from) || ticks[n] > TrendTime(from + span)) continue;
+    EXPECT_GE(ticks[n], TrendTime(from));
+    EXPECT_LE(ticks[n], TrendTime(from + span));
     texts << QString(labels[n]).replace(u'\n', u' ');
   }
   return texts;

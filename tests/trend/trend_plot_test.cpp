@@ -189,6 +189,24 @@ TEST_F(trend_plot, a_cursor_that_leaves_the_sight_takes_it_along) {
   EXPECT_TRUE(m_plot.Times().contains(TrendTime(Second(51))));
 }
 
+TEST_F(trend_plot, has_no_more_marks_of_time_than_there_is_room_for) {
+  ShowTwo();
+  for (int n = 0; n < 20; ++n) {
+    m_plot.Zoom(0.6, Middle());
+    const int nMarks = static_cast<int>(m_plot.xAxis->tickVector().size());
+    const int nWidth = m_plot.fontMetrics().horizontalAdvance("2026-11-22");
+    EXPECT_GT(nMarks, 0);
+    EXPECT_LE(nMarks * nWidth, m_plot.axisRect()->width()) << n;
+  }
+}
+
+TEST_F(trend_plot, the_mouse_points_at_times_that_can_be_read) {
+  ShowTwo();
+  QTest::mouseClick(&m_plot, Qt::LeftButton, {}, PixelOf(TrendTime(Second(50)) + 12'345));
+  ASSERT_TRUE(m_plot.Cursor());
+  EXPECT_EQ(std::fmod(*m_plot.Cursor(), 100'000), 0) << "a pixel is more than a tenth of a second";
+}
+
 TEST_F(trend_plot, what_is_in_sight_fills_the_value_axis) {
   ShowTwo();
   m_plot.LineShown(1, false);

@@ -142,6 +142,8 @@ TEST_F(trend_view, hands_out_the_times_in_sight) {
 
 TEST_F(trend_view, steps_are_drawn_when_asked_for) {
   Show(TwoTags(5));
+  QTest::qWait(50);  // the parts of the view find their sizes
+  m_view.Plot().replot();
   const QImage straight = m_view.Plot().grab().toImage();
   Action("Steps")->trigger();
   EXPECT_NE(m_view.Plot().grab().toImage(), straight);
