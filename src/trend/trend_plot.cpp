@@ -54,7 +54,7 @@ TrendPlot::TrendPlot(QWidget* parent) : QCustomPlot(parent) {
   connect(this, &QCustomPlot::beforeReplot, this, [this] {
     m_nWidthForMarks = axisRect()->width();
     if (!m_ticker) return;
-    m_ticker->Room(m_nWidthForMarks / fontMetrics().horizontalAdvance("  2026-11-22  "));
+    m_ticker->Room(m_nWidthForMarks / fontMetrics().horizontalAdvance(" 2026-11-22 "));
   });
   connect(this, &QCustomPlot::afterReplot, this, [this] {
     // Other numbers at the sides have left other room for the times: once more, with as many.
