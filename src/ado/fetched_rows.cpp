@@ -68,6 +68,8 @@ void FetchedRows::Hold(std::span<const Column> columns, Block& block) {
   m_packed.resize(bytes);
   RowBlock::Pack(columns, m_packed.data());
   block.bytes = m_spill->Write(m_packed);
+  // A few large values are no reason to keep their room.
+  if (m_packed.size() > kBytesInBlock * 4) m_packed = {};
 }
 
 void FetchedRows::End(platform::FetchState state, platform::Text sRemark) {

@@ -1,6 +1,6 @@
 #include "console/waiting/input_hold.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QWidget>
 #include <algorithm>
@@ -79,18 +79,23 @@ bool InputHold::eventFilter(QObject* watched, QEvent* event) {
   if (found == m_runs.rend()) return false;
   Run& run = **found;
 
+  const bool bShowing = run.bShown && HasOwnInput(watched);
   if (IsEscape(*event)) {
+    // It closes a menu of the window that shows the run before it cancels the run.
+    if (bShowing && QApplication::activePopupWidget()) return false;
     if (run.panel || run.bShown) run.cancel();
     return true;
   }
   const bool bOwn = run.panel && run.panel->Contains(watched);
   if (event->type() == QEvent::Close) {
-    if (!static_cast<QWidget*>(watched)->isWindow()) return false;
+    const auto& widget = *static_cast<QWidget*>(watched);
+    if (!widget.isWindow()) return false;
+    if (bShowing && widget.windowType() == Qt::Popup) return false;
     if (bOwn) run.cancel();
     event->ignore();
     return true;
   }
-  if (bOwn || (run.bShown && HasOwnInput(watched))) return false;
+  if (bOwn || bShowing) return false;
   // An accepted override makes a shortcut a plain key, which is then held back.
   event->setAccepted(event->type() == QEvent::ShortcutOverride);
   return true;

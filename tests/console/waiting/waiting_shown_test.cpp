@@ -1,6 +1,7 @@
 // Waits whose caller shows what is done so far: no panel, and input for the caller's own window.
 #include <gtest/gtest.h>
 
+#include <QMenu>
 #include <QPushButton>
 #include <thread>
 
@@ -103,6 +104,30 @@ TEST(waiting_shown, lets_input_into_the_window_that_shows_it_only) {
   EXPECT_EQ(nOther, 0);
   EXPECT_EQ(window.Triggered(), 0);
   EXPECT_TRUE(window.isVisible());
+}
+
+TEST(waiting_shown, escape_closes_a_menu_first) {
+  Window window;
+  window.Edit().setProperty(LongOperation::kOwnInput, true);
+  QMenu menu(&window.Edit());
+  menu.addAction("Copy");
+  Waiting waiting(1h);
+  Gate gate;
+  int nTicks = 0;
+  waiting.RunShown(
+      "Working", [&](const std::stop_token& stop) { gate.Pass(stop); },
+      [&] {
+        ++nTicks;
+        if (nTicks == 2) {
+          menu.popup(window.pos());
+          EXPECT_TRUE(QTest::qWaitForWindowExposed(&menu));
+          QTest::keyClick(&menu, Qt::Key_Escape);
+          EXPECT_FALSE(menu.isVisible());
+          gate.Open();
+        }
+        return true;
+      });
+  EXPECT_GE(nTicks, 2);
 }
 
 TEST(waiting_shown, escape_cancels) {
