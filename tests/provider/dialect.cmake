@@ -2,6 +2,7 @@ orvane_test(dialect
   LINK orvane_provider
   SOURCES
     dialect/catalog_statement_test.cpp
+    dialect/column_names_test.cpp
     dialect/lexer_test.cpp
     dialect/sql_examples_test.cpp
     dialect/statement_parameters_test.cpp

@@ -84,6 +84,8 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
   if (IsOneOf(sName, kDateFunctions)) return KindsOfDate(expr, sName);
   if (IsOneOf(sName, kCounts)) return kinds::kCount;
   if (IsOneOf(sName, kMeasures)) {
+    // One text is looked for in the other.
+    if (sName == "INSTR") KindsOfLike(expr);
     const bool bOfTime = kinds::Has(all, kinds::kFromTimes | kinds::kCounted);
     return bOfTime ? kinds::kCountOfTime : kinds::kCount;
   }

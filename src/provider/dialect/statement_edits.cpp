@@ -22,11 +22,7 @@ void StatementEdits::Wrap(TokenRange range, const Text& sBefore, const Text& sBe
 }
 
 bool StatementEdits::Touches(TokenRange range) const {
-  const auto lies = [&](const auto& edits) {
-    const auto first = edits.lower_bound(Begin(range));
-    return first != edits.end() && first->first < End(range);
-  };
-  return lies(m_replaced) || lies(m_before);
+  return Lies(range, m_replaced) || Lies(range, m_before);
 }
 
 Text StatementEdits::TextOf(TokenRange range) const {

@@ -25,6 +25,8 @@ class StatementEdits {
   void Wrap(TokenRange range, const platform::Text& sBefore, const platform::Text& sBehind);
   /// True when anything within the tokens changes.
   bool Touches(TokenRange range) const;
+  /// True when anything within the tokens is wrapped.
+  bool Wraps(TokenRange range) const { return Lies(range, m_before); }
   /// As it was written.
   platform::Text TextOf(TokenRange range) const;
 
@@ -38,6 +40,10 @@ class StatementEdits {
     bool bParameter = false;
     platform::Value vtValue;
   };
+  bool Lies(TokenRange range, const auto& edits) const {
+    const auto first = edits.lower_bound(Begin(range));
+    return first != edits.end() && first->first < End(range);
+  }
   std::size_t Begin(TokenRange range) const { return m_tokens[range.begin].position; }
   std::size_t End(TokenRange range) const {
     const Token& last = m_tokens[range.end - 1];

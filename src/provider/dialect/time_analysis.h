@@ -40,6 +40,8 @@ class TimeAnalysis {
 
   /// Looks at everything. Fails with failure::kSqlError where a time meets what is none.
   void Run();
+  /// Behind Run: columns of which the values became times are found under their names as before.
+  void KeepNames();
   /// What the query puts out. Valid for as long as this is.
   const ColumnList& OutputOf(const Query& query);
   /// The name that the column really has, empty when it is not known.
@@ -111,6 +113,7 @@ class TimeAnalysis {
   const ColumnList& ColumnsOfNew();
   const Output& ReadOutput(const Query& query);
   void ReadCores(const Query& query, Output& output);
+  static const Expr* NamedBy(const Expr* expr);
   ColumnList ReadCore(const Scope& core);
   void AppendStar(const Scope& core, const Item& item, std::size_t itemNumber, ColumnList& to);
   void Append(ColumnList& to, OutputColumn column, std::size_t token);

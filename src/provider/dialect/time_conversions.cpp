@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "platform/failure.h"
+#include "platform/quoting.h"
 #include "provider/dialect/time_analysis.h"
 #include "provider/dialect/time_functions.h"
 #include "zones/time_expression.h"
@@ -152,6 +153,39 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
   if (kinds::IsOnly(kinds, kinds::kNumber) && !TimeAsDouble()) FailNumber(token);
   m_place.edits.Wrap(expr.range, Text(bUtc ? kReadUtc : kReadTime) + "(", ")");
   m_bCalls = true;
+}
+
+// A column that is read through a function has the function's text as its name, unless it is given
+// another: what asks for it by name would find a column of the same name around the query.
+void TimeAnalysis::KeepNames() {
+  std::set<const Query*> read;
+  for (const auto& source : m_tree.sources) read.insert(source.query);
+  for (const auto& scope : m_tree.scopes) {
+    for (const auto& named : scope.namedQueries) {
+      if (named.columns.empty()) read.insert(named.query);
+    }
+  }
+  for (const auto& query : m_tree.queries) {
+    const bool bShown = m_tree.kind == StatementKind::Query && &query == m_tree.mainQuery;
+    if (query.cores.size() == 1 && !bShown && !read.contains(&query)) continue;
+    const Scope& core = *query.cores.front();
+    for (const auto& column : OutputOf(query)) {
+      if (column.item >= core.items.size()) continue;
+      const Item& item = core.items[column.item];
+      if (item.expr == nullptr || !item.sAlias.empty()) continue;
+      // Any other keeps its heading as it is.
+      if (bShown && item.expr->kind != ExprKind::Name) continue;
+      const Expr& named = *NamedBy(item.expr);
+      if (named.kind != ExprKind::Name || !m_place.edits.Wraps(item.range)) continue;
+      // What it has from around it, others in it may mean by that name.
+      if (FindIn(named.chain, core).column != nullptr) {
+        m_place.edits.Wrap(item.range, "", " AS " + platform::QuotedName(column.sName));
+      } else if (read.contains(&query)) {
+        Fail(item.range.begin, "A column that becomes a time has no name of its own",
+             "give it one by AS");
+      }
+    }
+  }
 }
 
 // --- on the way into columns ---

@@ -142,6 +142,14 @@ void TimeAnalysis::ReadCores(const Query& query, Output& output) {
   }
 }
 
+// Whose name a column has that was given none: to the engine a plus makes another column of it.
+const Expr* TimeAnalysis::NamedBy(const Expr* expr) {
+  while (expr->kind == ExprKind::Bracket || expr->kind == ExprKind::Collate) {
+    expr = expr->children[0];
+  }
+  return expr;
+}
+
 ColumnList TimeAnalysis::ReadCore(const Scope& core) {
   ColumnList columns;
   // Before what reads them, so that going deep into an expression does not go deeper into them.
@@ -163,11 +171,10 @@ ColumnList TimeAnalysis::ReadCore(const Scope& core) {
       continue;
     }
     OutputColumn column{item.sAlias, KindsOf(*item.expr), i};
-    const Expr& inside = *Inside(item.expr);
-    const bool bPlus = item.expr->kind == ExprKind::Sign;
-    if (item.sAlias.empty() && inside.kind == ExprKind::Name && !bPlus) {
-      column.sName = At(inside.chain.parts.back()).sText;
-      const Text sReal = ColumnName(inside.chain, inside.scope);
+    const Expr& named = *NamedBy(item.expr);
+    if (item.sAlias.empty() && named.kind == ExprKind::Name) {
+      column.sName = At(named.chain.parts.back()).sText;
+      const Text sReal = ColumnName(named.chain, named.scope);
       if (!sReal.empty()) column.sName = sReal;
     } else if (item.sAlias.empty()) {
       column.sName = m_place.edits.TextOf(item.range);

@@ -66,6 +66,7 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
                   bPrefixed ? times.ColumnName(reference.chain, reference.scope) : Text());
   }
   times.Run();
+  times.KeepNames();
   KeepHeadings(tree, edits);
 
   Translation translation;

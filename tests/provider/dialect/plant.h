@@ -40,6 +40,14 @@ class Plant : public testing::Test {
     const auto colon = sFailure.find(": ");
     return colon == platform::Text::npos ? sFailure : sFailure.substr(colon + 2);
   }
+  /// The same without the place.
+  platform::Text Refusal(const platform::Text& sStatement) {
+    const platform::Text sFailure = Failing(sStatement);
+    return sFailure.substr(0, sFailure.find(" (character"));
+  }
+  platform::Text Count(const platform::Text& sFrom) {
+    return OnOneLine(Run("SELECT count(*) FROM " + sFrom));
+  }
   /// The hours for which the condition holds, on one line.
   platform::Text Hours(const platform::Text& sCondition) {
     return OnOneLine(Run("SELECT CAST(Value AS INTEGER) FROM Plant1..Data AS d WHERE " +

@@ -41,10 +41,6 @@ class time_guards : public Forms {
         << sqlite3_errmsg(file);
     sqlite3_close(file);
   }
-  Text Refusal(const Text& sStatement) {
-    const Text sFailure = Failing(sStatement);
-    return sFailure.substr(0, sFailure.find(" (character"));
-  }
 };
 
 TEST_F(time_guards, numbers_and_texts_of_any_column_choose_what_is_meant) {

@@ -8,15 +8,7 @@ namespace {
 
 using platform::Text;
 
-class time_meetings : public Plant {
- protected:
-  // The failure without the place, which the other tests tell.
-  Text Refusal(const Text& sStatement) {
-    const Text sFailure = Failing(sStatement);
-    return sFailure.substr(0, sFailure.find(" (character"));
-  }
-  Text Count(const Text& sFrom) { return OnOneLine(Run("SELECT count(*) FROM " + sFrom)); }
-};
+class time_meetings : public Plant {};
 
 TEST_F(time_meetings, tables_are_joined_by_times_only) {
   Run("CREATE TABLE Plant1..Notes (Timestamp TEXT, Note TEXT)");
@@ -332,38 +324,12 @@ TEST_F(time_meetings, what_is_added_to_a_time_ends_in_a_whole_microsecond) {
   EXPECT_EQ(Count("Plant1..Data WHERE Timestamp BETWEEN '*-23h' AND '*'"), "24 ");
 }
 
-TEST_F(time_meetings, columns_of_queries_hide_behind_no_name) {
-  const Text sFrom =
-      "SELECT 1 FROM (SELECT a.Timestamp, b.Timestamp, (a.Timestamp), max(a.Timestamp) FROM "
-      "Plant1..Data a, Plant1..Data b) WHERE ";
-  EXPECT_EQ(Refusal(sFrom + "\"Timestamp:1\" < 'x'"), "There is no column \"Timestamp:1\"");
-  EXPECT_EQ(Refusal(sFrom + "\"max(a.Timestamp)\" < 'x'"), "'x' is no time");
-  EXPECT_EQ(Refusal(sFrom + "Timestamp < 'x'"), "'x' is no time");
-  EXPECT_EQ(Refusal("SELECT 1 FROM (SELECT (Timestamp) FROM Plant1..Data) WHERE Timestamp < 'x'"),
-            "'x' is no time");
-  EXPECT_EQ(Run("SELECT count(*) FROM (SELECT (Timestamp) FROM Plant1..Data) WHERE Timestamp < "
-                "'*-20h'"),
-            "3\n");
-}
-
-TEST_F(time_meetings, headings_stay_as_they_were_written) {
-  const auto rs =
-      m_session
-          ->Execute({"SELECT '*' UNION SELECT Timestamp FROM Plant1..Data WHERE Value = "
-                     "0",
-                     0, std::chrono::seconds(0)},
-                    {})
-          .recordset;
-  EXPECT_EQ(rs->FieldAt(0).Name(), "'*'");
-  EXPECT_EQ(Rows(*rs), "2024-05-15 12:00:00\n");
-  const auto days = m_session
-                        ->Execute({"SELECT date(Timestamp), max(Timestamp, '*') AS m FROM "
-                                   "Plant1..Data LIMIT 1",
-                                   0, std::chrono::seconds(0)},
-                                  {})
-                        .recordset;
-  EXPECT_EQ(days->FieldAt(0).Name(), "date(Timestamp)");
-  EXPECT_EQ(days->FieldAt(1).Type(), platform::DataType::DBTimeStamp);
+TEST_F(time_meetings, no_text_is_looked_for_in_a_time) {
+  const Text sRefused = "A time is compared with a pattern";
+  EXPECT_EQ(Refusal("DELETE FROM Plant1..Data WHERE instr(Timestamp, '2023') = 0"), sRefused);
+  EXPECT_EQ(Refusal("DELETE FROM Plant1..Data WHERE NOT instr('2024-05-15', +Timestamp)"),
+            sRefused);
+  EXPECT_EQ(Count("Plant1..Data WHERE instr(date(Timestamp), '05-14')"), "11 ");
 }
 
 TEST_F(time_meetings, ordinary_comparisons_keep_the_index) {
