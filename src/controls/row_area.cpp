@@ -58,6 +58,11 @@ RowArea::RowArea(QAbstractItemModel* model, QWidget* parent)
   FitRowHeight();
 }
 
+RowArea::~RowArea() {
+  // The names tell of themselves while the window is taken down, when this is no area any more.
+  m_names->disconnect(this);
+}
+
 // ---- rows and pixels
 
 int RowArea::TopRow() const {

@@ -18,6 +18,7 @@ class RowArea : public QAbstractItemView {
 
   /// Becomes the model's owner.
   RowArea(QAbstractItemModel* model, QWidget* parent);
+  ~RowArea() override;
 
   HeaderView& Names() const { return *m_names; }
   RowNumbers& Numbers() const { return *m_numbers; }

@@ -47,6 +47,7 @@ int RowNumbers::YOf(int nRow) const {
 }
 
 void RowNumbers::paintEvent(QPaintEvent* event) {
+  if (width() == 0) return;  // there is nothing to paint on
   QPainter painter(this);
   QStyleOptionHeader head;
   head.initFrom(this);

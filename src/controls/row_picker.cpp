@@ -78,7 +78,7 @@ void RowPicker::PressNumber(int nRow, Qt::KeyboardModifiers modifiers, bool bDra
   const bool bExtends = bDragged || modifiers.testFlag(Qt::ShiftModifier);
   if (!bExtends || !m_anchor.isValid()) m_anchor = index;
   const int nLastColumn = model()->columnCount() - 1;
-  const auto [nTop, nBottom] = std::minmax(m_anchor.row(), nRow);
+  const auto [nTop, nBottom] = std::minmax({m_anchor.row(), nRow});
   const QItemSelection rows(model()->index(nTop, 0), model()->index(nBottom, nLastColumn));
   const bool bToggles = modifiers.testFlag(Qt::ControlModifier) && !bExtends;
   const auto command = bToggles                                  ? Selection::Toggle
@@ -213,9 +213,9 @@ void RowPicker::setSelection(const QRect& rect, Selection::SelectionFlags comman
 }
 
 QItemSelection RowPicker::Between(const QModelIndex& one, const QModelIndex& other) const {
-  const auto [nTop, nBottom] = std::minmax(one.row(), other.row());
+  const auto [nTop, nBottom] = std::minmax({one.row(), other.row()});
   const auto [nFirst, nLast] =
-      std::minmax(Names().visualIndex(one.column()), Names().visualIndex(other.column()));
+      std::minmax({Names().visualIndex(one.column()), Names().visualIndex(other.column())});
   std::vector<int> columns;
   for (int nVisual = nFirst; nVisual <= nLast; ++nVisual) {
     columns.push_back(Names().logicalIndex(nVisual));
