@@ -14,7 +14,7 @@ namespace {
 /// As many are read, and sorted, in less time than anybody notices.
 constexpr RowIndex kAtOnce = 20'000;
 constexpr std::chrono::milliseconds kSlice(12);
-constexpr RowIndex kRowsBetweenLooks = 512;
+constexpr RowIndex kRowsBetweenClocks = 512;
 
 }  // namespace
 
@@ -73,7 +73,7 @@ bool RowArranger::Slice() {
   Work& work = *m_work;
   const auto end = std::chrono::steady_clock::now() + kSlice;
   const auto goOn = [&] {
-    return work.bAtOnce || work.read % kRowsBetweenLooks != 0 ||
+    return work.bAtOnce || work.read % kRowsBetweenClocks != 0 ||
            std::chrono::steady_clock::now() < end;
   };
   if (!work.bFiltered) {
