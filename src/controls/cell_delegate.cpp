@@ -1,11 +1,14 @@
 #include "controls/cell_delegate.h"
 
 #include <QAbstractItemView>
+#include <QCoreApplication>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QToolTip>
 #include <algorithm>
 
+#include "controls/cell_editor.h"
 #include "controls/row_model.h"
 #include "controls/tip_text.h"
 
@@ -16,7 +19,31 @@ namespace {
 QFont FontOf(const Cell& cell, const QFont& font) {
   QFont cellFont = font;
   cellFont.setItalic(cell.bNull);
+  cellFont.setStrikeOut(cell.bDeleted);
   return cellFont;
+}
+
+/// What the eye tells from the other cells in light and in dark looks.
+QColor EditedBack(const QPalette& palette) {
+  constexpr double kShare = 0.22;
+  const QColor base = palette.color(QPalette::Base);
+  const QColor mark = palette.color(QPalette::Highlight);
+  const auto mixed = [](int nBase, int nMark) {
+    return static_cast<int>(nBase + (nMark - nBase) * kShare);
+  };
+  return {mixed(base.red(), mark.red()), mixed(base.green(), mark.green()),
+          mixed(base.blue(), mark.blue())};
+}
+
+/// The mark of an edited cell for those who see no difference of colour.
+void PaintEditedCorner(QPainter& painter, const QRect& rect, const QColor& colour) {
+  constexpr int kSize = 6;
+  const QPoint corner = rect.topLeft();
+  painter.save();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  painter.drawPolygon(QPolygon({corner, corner + QPoint(kSize, 0), corner + QPoint(0, kSize)}));
+  painter.restore();
 }
 
 QString Fitting(const QString& sText, const QFontMetrics& metrics, int nWidth) {
@@ -46,12 +73,17 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   const bool bSelected = option.state.testFlag(QStyle::State_Selected);
   const auto group =
       option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
-  if (bSelected) painter->fillRect(option.rect, option.palette.brush(group, QPalette::Highlight));
+  if (bSelected) {
+    painter->fillRect(option.rect, option.palette.brush(group, QPalette::Highlight));
+  } else if (cell.bEdited) {
+    painter->fillRect(option.rect, EditedBack(option.palette));
+  }
 
   const auto role = bSelected    ? QPalette::HighlightedText
                     : cell.bNull ? QPalette::PlaceholderText
                                  : QPalette::Text;
   const QFont font = FontOf(cell, option.font);
+  if (cell.bEdited) PaintEditedCorner(*painter, option.rect, option.palette.color(group, role));
   const QRect text = option.rect.adjusted(kMargin, 0, -kMargin, 0);
   painter->setFont(font);
   painter->setPen(option.palette.color(group, role));
@@ -80,6 +112,75 @@ bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* /*view*/,
   QToolTip::showText(event->globalPos(),
                      TipText(sWhole, "To see it whole, copy the cell with Ctrl+C."));
   return true;
+}
+
+QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                                    const QModelIndex& index) const {
+  auto* editor = new CellEditor(
+      {m_model.ValueAt(index.row(), index.column()),
+       m_model.Recordset()->FieldAt(index.column()).Type(), ValueInput(m_model.Format().Zone())},
+      parent);
+  editor->setFont(option.font);
+  editor->setAlignment(m_model.CellAt(index.row(), index.column()).alignment);
+  return editor;
+}
+
+void CellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+                                const QModelIndex& index) const {
+  const auto& line = *static_cast<CellEditor*>(editor);
+  if (line.Touched()) model->setData(index, QVariant::fromValue(line.Kept()));
+}
+
+void CellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                        const QModelIndex& /*index*/) const {
+  editor->setGeometry(option.rect);
+}
+
+bool CellDelegate::eventFilter(QObject* watched, QEvent* event) {
+  auto* editor = dynamic_cast<CellEditor*>(watched);
+  if (!editor || event->type() != QEvent::KeyPress) {
+    return QStyledItemDelegate::eventFilter(watched, event);
+  }
+  const auto& key = *static_cast<QKeyEvent*>(event);
+  const bool bShift = key.modifiers().testFlag(Qt::ShiftModifier);
+  switch (key.key()) {
+    case Qt::Key_Enter:
+    case Qt::Key_Return:
+      Leave(*editor, {bShift ? Qt::Key_Up : Qt::Key_Down});
+      return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+      Leave(*editor, {key.key()});
+      return true;
+    case Qt::Key_Backtab:
+      Leave(*editor, {Qt::Key_Left});
+      return true;
+    case Qt::Key_Tab: {
+      Leave(*editor, {Qt::Key_Right});
+      return true;
+    }
+    case Qt::Key_0:
+      if (key.modifiers() != Qt::ControlModifier) return false;
+      editor->SetNull();
+      Leave(*editor, {});
+      return true;
+    case Qt::Key_Escape:
+      emit closeEditor(editor, RevertModelCache);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void CellDelegate::Leave(CellEditor& editor, std::initializer_list<int> keys) {
+  if (editor.Touched() && !editor.Take()) return;  // the line says what is wrong
+  emit commitData(&editor);
+  emit closeEditor(&editor);
+  // The view knows which cell is next to which, also where columns were moved or hidden.
+  for (const int nKey : keys) {
+    QKeyEvent press(QEvent::KeyPress, nKey, Qt::NoModifier);
+    QCoreApplication::sendEvent(parent(), &press);
+  }
 }
 
 }  // namespace orvane::controls

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <QStyledItemDelegate>
+#include <initializer_list>
 
 namespace orvane::controls {
 
+class CellEditor;
 class RowModel;
 
 /// The frame of what has the keys: the current cell, or a part of the grid that has no cells.
@@ -21,11 +23,27 @@ class CellDelegate : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
+  /// A line in which the value is typed.
+  QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const override;
+  /// Does nothing: the line was made with the value.
+  void setEditorData(QWidget* /*editor*/, const QModelIndex& /*index*/) const override {}
+  /// Hands over what was typed; nothing when nothing was.
+  void setModelData(QWidget* editor, QAbstractItemModel* model,
+                    const QModelIndex& index) const override;
+  /// The whole cell.
+  void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const override;
   /// The whole value of a cell whose text does not fit or was cut.
   bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                  const QModelIndex& index) override;
 
+  /// The keys that end the typing: Enter and the arrows up and down, Tab, Escape.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
+  void Leave(CellEditor& editor, std::initializer_list<int> keys);
+
   const RowModel& m_model;
 };
 

@@ -33,17 +33,20 @@ void CheckWindowSystem() {
 template <class Control>
 class ControlFactory : public platform::ClassFactory {
  public:
-  ControlFactory(std::shared_ptr<RowsStates> states, std::weak_ptr<void> life)
-      : m_states(std::move(states)), m_life(std::move(life)) {}
+  ControlFactory(std::shared_ptr<RowsStates> states, std::shared_ptr<UnsentStash> unsent,
+                 std::weak_ptr<void> life)
+      : m_states(std::move(states)), m_unsent(std::move(unsent)), m_life(std::move(life)) {}
 
   ObjectPtr CreateInstance(const Services& services) override {
     CheckWindowSystem();
-    return std::make_shared<Control>(
-        GridServices{services.objects, m_states, m_life.lock(), MachineTime, services.failures});
+    m_unsent->Host(services.unsentRows);
+    return std::make_shared<Control>(GridServices{services.objects, m_states, m_life.lock(),
+                                                  MachineTime, services.failures, m_unsent});
   }
 
  private:
   std::shared_ptr<RowsStates> m_states;
+  std::shared_ptr<UnsentStash> m_unsent;
   std::weak_ptr<void> m_life;
 };
 
@@ -64,8 +67,9 @@ class TableQueryFactory : public platform::ClassFactory {
 Library::Library()
     : m_life(std::make_shared<int>()),
       m_states(std::make_shared<RowsStates>()),
-      m_tableEditor(std::make_unique<ControlFactory<TableEditor>>(m_states, m_life)),
-      m_queryResults(std::make_unique<ControlFactory<QueryResults>>(m_states, m_life)),
+      m_unsent(std::make_shared<UnsentStash>()),
+      m_tableEditor(std::make_unique<ControlFactory<TableEditor>>(m_states, m_unsent, m_life)),
+      m_queryResults(std::make_unique<ControlFactory<QueryResults>>(m_states, m_unsent, m_life)),
       m_tableQuery(std::make_unique<TableQueryFactory>(m_life)) {}
 
 std::vector<platform::ComponentDescription> Library::Classes() {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "controls/rows_states.h"
+#include "controls/unsent_stash.h"
 #include "platform/component.h"
 
 namespace orvane::controls {
@@ -26,6 +27,7 @@ class Library {
   /// Each object keeps a reference to it.
   std::shared_ptr<void> m_life;
   std::shared_ptr<RowsStates> m_states;
+  std::shared_ptr<UnsentStash> m_unsent;
   std::unique_ptr<platform::ClassFactory> m_tableEditor;
   std::unique_ptr<platform::ClassFactory> m_queryResults;
   std::unique_ptr<platform::ClassFactory> m_tableQuery;

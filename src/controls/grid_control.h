@@ -29,13 +29,16 @@ class GridControl : public Interface {
 
   void MoveFirst() override { m_core.Window().Rows().SelectRow(0); }
   void MoveLast() override {
-    m_core.Window().Rows().SelectRow(m_core.Window().Rows().Model().rowCount() - 1);
+    m_core.Window().Rows().SelectRow(m_core.Window().Rows().Model().Places() - 1);
   }
   void CellQuery() override { FailNotPossible("Filling a cell from a query is not possible"); }
-  void DeleteSelectedRows() override { FailNotPossible("Deleting rows is not possible"); }
-  platform::Boolean CanMove() const override { return m_core.Window().Rows().HasRows(); }
+  void DeleteSelectedRows() override {
+    if (!DeleteAllowed()) FailNotPossible("Deleting rows is not possible");
+    m_core.Editing().DeleteSelectedRows();
+  }
+  platform::Boolean CanMove() const override { return m_core.Window().Rows().Model().Places() > 0; }
   platform::Boolean CanCellQuery() const override { return false; }
-  platform::Boolean DeleteAllowed() const override { return false; }
+  platform::Boolean DeleteAllowed() const override { return m_core.Editing().DeleteAllowed(); }
   platform::Boolean RowsSelected() const override { return m_core.Window().Rows().RowsSelected(); }
 
   platform::Subscription OnRowColChange(std::function<void()> handler) override {

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "controls/carried_edits.h"
 #include "controls/grid_window.h"
 #include "controls/status_strip.h"
+#include "platform/conversions.h"
 
 namespace orvane::controls {
 
@@ -53,9 +55,24 @@ GridCore::GridCore(GridServices services, const QString& sName)
       m_format(ZoneOf(nullptr)),
       m_export(*m_window, {[this] { return m_subject; }, [this] { return Zone(); },
                            [this] { return CanFetchAgain(); },
-                           [this](const platform::RowSink& sink) { return FetchAgain(sink); }}) {}
+                           [this](const platform::RowSink& sink) { return FetchAgain(sink); }}) {
+  const auto tell = [window = m_window.data()](platform::Signal<> GridEvents::*event) {
+    return [window, event] { window->Raise(event); };
+  };
+  m_editing = new GridEditing(
+      *m_window,
+      [this](const RecordsetPtr& rs, platform::RowIndex row, const controls::Updatability& can) {
+        return Send(rs, row, can);
+      },
+      GridEditing::Events{
+          tell(&GridEvents::insert), tell(&GridEvents::remove), [this](platform::RowIndex rows) {
+            m_services.unsent->Tell(m_sPlace, m_editing->Session().Updatability().table, rows);
+          }});
+}
 
 GridCore::~GridCore() {
+  KeepUnsent();
+  delete m_editing.data();
   if (!m_window) return;  // whoever placed it did not take it out again
   m_window->Abandon();
   if (m_window->Raising() || *m_running) {
@@ -78,26 +95,36 @@ void GridCore::FollowZone() {
 
 void GridCore::Run(const GridQuery& query, Access access) {
   if (*m_running) FailBusy();
+  m_editing->TakeTyped();
+  const Shown before = WithUnsentRows();
   m_recordset.reset();
+  m_editing->ShowNothing();
   m_sSqlText = query.sSqlText;
+  m_lQueryTimeout = query.lQueryTimeout;
   m_window->Sql(QString::fromStdString(query.sSqlText));
   Fetched fetched;
+  controls::Updatability updatability;
+  std::shared_ptr<EditNotes> notes;
   // Events are handled during the fetch, and one of them may be the end of this grid.
   const std::weak_ptr<bool> life = m_running;
   try {
     fetched = Fetch(query, access);
     if (life.expired()) return;
+    updatability = AskUpdatability(query.table, *fetched.rs);
+    if (life.expired()) return;
+    m_sPlace = PlaceOf(updatability.table);
+    notes = Carried(before, *fetched.rs, updatability);
   } catch (const Failure& failure) {
     if (life.expired()) throw;
     if (access == Access::Read && failure.Number() == platform::failure::kWouldChange) {
       AskToRun(query);
       return;
     }
-    ShowFailure(failure.Number(), failure.Description());
+    ShowFailure(failure.Number(), failure.Description(), before);
     throw;
   } catch (const std::exception& exception) {
     if (life.expired()) throw;
-    ShowFailure(platform::failure::kComponent, exception.what());
+    ShowFailure(platform::failure::kComponent, exception.what(), before);
     throw;
   }
   m_recordset = fetched.rs;
@@ -105,6 +132,8 @@ void GridCore::Run(const GridQuery& query, Access access) {
   FollowZone();
   const bool bHasColumns = m_recordset->FieldCount() > 0;
   const NoRowsTexts texts = bHasColumns ? query.noRows : DoneTexts(fetched.lRecordsAffected);
+  m_editing->Show(m_recordset, std::move(updatability), ValueInput(m_format.Zone()),
+                  std::move(notes));
   std::optional<RowsState> state;
   if (query.following) state = query.following(*m_recordset);
   m_window->ShowRows(m_recordset, m_format, state ? &*state : nullptr, HowFetched(), texts.sTitle,
@@ -122,6 +151,47 @@ RecordsetPtr GridCore::Ask(const Text& sSqlText, Long lMaxRows, Long lTimeout) {
   command->CommandTimeout(lTimeout);
   command->ReadOnly(true);
   return command->Execute();
+}
+
+GridCore::Shown GridCore::WithUnsentRows() const {
+  if (!m_recordset || m_editing->Session().Pending().empty()) return {};
+  return {m_recordset, State()};
+}
+
+std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Recordset& rs,
+                                             const controls::Updatability& updatability) const {
+  if (!before.rs) {
+    const UnsentEdits* kept = m_services.unsent->Find(m_sPlace);
+    if (!kept || !CanCarryEdits(*kept->rs, kept->table, rs, updatability.table)) return nullptr;
+    auto notes = CarryEdits(*kept->rs, kept->table, {}, rs, updatability.table);
+    m_services.unsent->Drop(m_sPlace);
+    return notes;
+  }
+  const RowTable& table = before.state.updatability->table;
+  if (!CanCarryEdits(*before.rs, table, rs, updatability.table)) {
+    throw Failure(platform::failure::kNotSupported,
+                  "The rows stay as they are: some that are not stored have columns that would not "
+                  "be shown any more; store or discard them first.");
+  }
+  return CarryEdits(*before.rs, table, *before.state.notes, rs, updatability.table);
+}
+
+Text GridCore::PlaceOf(const RowTable& table) const {
+  if (table.sTable.empty() || !m_connection) return {};
+  Text sServer;
+  try {
+    sServer = platform::ToText(m_connection->Properties().Item(platform::kDataSource).Value());
+  } catch (const Failure&) {
+    // A connection that names no server is the only one there is.
+  }
+  return sServer + '\n' + table.sCatalog + '\n' + table.sTable;
+}
+
+void GridCore::KeepUnsent() {
+  if (!m_recordset || !m_editing) return;
+  m_editing->TakeTyped();
+  const RowTable& table = m_editing->Session().Updatability().table;
+  m_services.unsent->Keep(m_sPlace, *m_recordset, table);
 }
 
 void GridCore::FailBusy() {
@@ -217,31 +287,73 @@ Fetching GridCore::HowFetched() const {
   return {when, m_origin};
 }
 
+controls::Updatability GridCore::AskUpdatability(const std::optional<RowTable>& table,
+                                                 const platform::Recordset& rs) const {
+  const platform::ConnectionPtr cn = m_connection;
+  if (!table || !cn || !cn->IsOpen()) return {};
+  const RunningMark running(m_running);
+  return UpdatabilityOf(*cn, *table, rs);
+}
+
+Sent GridCore::Send(const RecordsetPtr& rs, platform::RowIndex row,
+                    const controls::Updatability& updatability) {
+  if (*m_running) return {{}, "Not stored yet: the grid is at work."};
+  if (!m_connection || !m_services.objects) {
+    return {{}, "Not stored: there is no connection to the server; connect it and store again."};
+  }
+  const RunningMark running(m_running);
+  try {
+    return {RowChanges(m_connection, m_services.objects, updatability.table, m_lQueryTimeout)
+                .Send(*rs, row)};
+  } catch (const Failure& failure) {
+    return {{}, QString::fromStdString(failure.Description())};
+  }
+}
+
 void GridCore::Fail(const Failure& failure) {
   m_recordset.reset();
-  ShowFailure(failure.Number(), failure.Description());
+  m_editing->ShowNothing();
+  ShowFailure(failure.Number(), failure.Description(), {});
   throw Failure(failure);
 }
 
-void GridCore::ShowFailure(Long lNumber, const Text& sSentence) {
+void GridCore::ShowFailure(Long lNumber, const Text& sSentence, const Shown& before) {
+  if (before.rs) {
+    // What is not stored is not lost to a failure either.
+    Attach(before.rs, &before.state, {}, {}, std::nullopt);
+    m_window->Status().Remark(QString::fromStdString(sSentence));
+    return;
+  }
   const bool bCancelled = lNumber == platform::failure::kCancelled;
   m_window->ShowFailure(bCancelled ? "Cancelled" : "The rows could not be fetched",
                         QString::fromStdString(sSentence));
 }
 
 void GridCore::Attach(const RecordsetPtr& rs, const RowsState* state, const Text& sSqlText,
-                      const NoRowsTexts& noRows) {
+                      const NoRowsTexts& noRows, const std::optional<RowTable>& table) {
+  KeepUnsent();
   m_recordset = rs;
   FollowZone();
   m_sSqlText = state ? state->sSqlText : sSqlText;
   m_origin = state ? state->origin : std::nullopt;
   m_window->Sql(QString::fromStdString(m_sSqlText));
   const NoRowsTexts texts = rs->FieldCount() > 0 ? noRows : DoneTexts(0);
+  const bool bKnown = state && state->updatability;
+  const std::weak_ptr<bool> life = m_running;
+  auto updatability = bKnown ? *state->updatability : AskUpdatability(table, *rs);
+  if (life.expired() || m_recordset != rs) return;
+  m_sPlace = bKnown ? state->sPlace : PlaceOf(updatability.table);
+  m_services.unsent->Drop(m_sPlace);
+  m_editing->Show(rs, std::move(updatability), ValueInput(m_format.Zone()),
+                  state ? state->notes : nullptr);
   m_window->ShowRows(rs, m_format, state, HowFetched(), texts.sTitle, texts.sSentence);
 }
 
 void GridCore::Empty() {
+  KeepUnsent();
+  m_sPlace.clear();
   m_recordset.reset();
+  m_editing->ShowNothing();
   m_window->ShowNothing();
 }
 
@@ -249,6 +361,10 @@ RowsState GridCore::State() const {
   RowsState state = m_window->Rows().State();
   state.sSqlText = m_sSqlText;
   state.origin = m_origin;
+  state.sPlace = m_sPlace;
+  state.updatability =
+      std::make_shared<const controls::Updatability>(m_editing->Session().Updatability());
+  state.notes = m_editing->Session().Notes();
   return state;
 }
 

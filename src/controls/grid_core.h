@@ -9,9 +9,11 @@
 #include <optional>
 
 #include "controls/cell_format.h"
+#include "controls/grid_editing.h"
 #include "controls/grid_events.h"
 #include "controls/grid_export.h"
 #include "controls/rows_states.h"
+#include "controls/unsent_stash.h"
 #include "platform/failure.h"
 #include "platform/services.h"
 
@@ -29,6 +31,7 @@ struct GridServices {
   std::shared_ptr<void> life;  ///< kept as long as the grid or its window lives
   std::function<platform::Timestamp()> now = MachineTime;
   std::shared_ptr<platform::FailureLog> failures = {};  ///< or none
+  std::shared_ptr<UnsentStash> unsent = std::make_shared<UnsentStash>();
 };
 
 /// What a grid says when a recordset has no rows.
@@ -43,6 +46,7 @@ struct GridQuery {
   platform::Long lMaxRows = 0;       ///< 0 or less is no limit
   platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
   NoRowsTexts noRows;
+  std::optional<RowTable> table = {};  ///< none where rows can only be looked at
   /// Of rows that follow the ones shown: how they are to be looked at. Those shown stay until they
   /// have come.
   std::function<RowsState(const platform::Recordset& rs)> following = {};
@@ -90,17 +94,21 @@ class GridCore {
   [[noreturn]] void Fail(const platform::Failure& failure);
   /// Shows rows that were fetched before. Without a state, sSqlText tells what fetched them.
   void Attach(const platform::RecordsetPtr& rs, const RowsState* state,
-              const platform::Text& sSqlText, const NoRowsTexts& noRows);
+              const platform::Text& sSqlText, const NoRowsTexts& noRows,
+              const std::optional<RowTable>& table);
   /// Puts a failure that nobody else is told of into the log.
   void Note(const std::exception& exception) const { NoteFailure(m_services.failures, exception); }
   void Empty();
   const platform::RecordsetPtr& Recordset() const { return m_recordset; }
+  GridEditing& Editing() const { return *m_editing; }
 
   /// What the rows are those of.
   void Subject(GridSubject subject) { m_subject = std::move(subject); }
   GridExport& Export() { return m_export; }
 
   RowsStates& States() const { return *m_services.states; }
+  /// Keeps what is not stored, also what is being typed, for the rows may go.
+  void KeepUnsent();
   /// How the rows are being looked at.
   RowsState State() const;
 
@@ -119,14 +127,33 @@ class GridCore {
   bool CanFetchAgain() const;
   /// Gives the sink all rows of the statement that is shown, which only reads.
   platform::FetchState FetchAgain(const platform::RowSink& sink);
-  void ShowFailure(platform::Long lNumber, const platform::Text& sSentence);
+  controls::Updatability AskUpdatability(const std::optional<RowTable>& table,
+                                         const platform::Recordset& rs) const;
+  Sent Send(const platform::RecordsetPtr& rs, platform::RowIndex row,
+            const controls::Updatability& updatability);
+  /// Rows that are shown while others are fetched in their place; none when all is stored.
+  struct Shown {
+    platform::RecordsetPtr rs;
+    RowsState state;
+  };
+  Shown WithUnsentRows() const;
+  /// What tells the table from all others; empty where there is none.
+  platform::Text PlaceOf(const RowTable& table) const;
+  /// What is not stored of the rows before, laid over these. Fails where that cannot be.
+  std::shared_ptr<EditNotes> Carried(const Shown& before, platform::Recordset& rs,
+                                     const controls::Updatability& updatability) const;
+  /// In the place of rows, unless there were some that are not stored: then these stay.
+  void ShowFailure(platform::Long lNumber, const platform::Text& sSentence, const Shown& before);
 
   GridServices m_services;
   std::shared_ptr<GridEvents> m_events;
   QPointer<GridWindow> m_window;
+  QPointer<GridEditing> m_editing;
   platform::ConnectionPtr m_connection;
   platform::RecordsetPtr m_recordset;
   platform::Text m_sSqlText;
+  platform::Long m_lQueryTimeout = 30;  ///< seconds, also of what is sent
+  platform::Text m_sPlace;  ///< of the table whose rows are shown; empty where there is none
   std::optional<RowsOrigin> m_origin;
   CellFormat m_format;
   GridSubject m_subject;

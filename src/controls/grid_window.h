@@ -60,6 +60,7 @@ class GridWindow : public QWidget {
   void Above(QWidget* bar);
   /// The rows as a trend.
   GridTrend& Trend() const { return *m_trend; }
+  StatusStrip& Status() { return *m_status; }
   RowView& Rows() { return *m_rows; }
   const RowView& Rows() const { return *m_rows; }
 
@@ -69,6 +70,7 @@ class GridWindow : public QWidget {
 
   /// True while a listener is being called: the window may be in the middle of an event.
   bool Raising() const { return m_nRaising > 0; }
+  void Raise(platform::Signal<> GridEvents::*event);
   /// Tells nobody anything any more.
   void Abandon();
 
@@ -79,7 +81,6 @@ class GridWindow : public QWidget {
   void LetGoOfRows();
   void TellOfRows();
   bool IsToldOtherwise() const;
-  void Raise(platform::Signal<> GridEvents::*event);
   void TellOfExchange();
   void ShowPosition();
   void TellOfNoRows();

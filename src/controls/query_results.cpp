@@ -38,7 +38,7 @@ RecordsetPtr QueryResults::Recordset() const {
 
 void QueryResults::Recordset(const RecordsetPtr& rs) {
   if (!rs) return m_core.Empty();
-  m_core.Attach(rs, m_core.States().Find(*rs), m_sSqlText, TextsWithoutRows());
+  m_core.Attach(rs, m_core.States().Find(*rs), m_sSqlText, TextsWithoutRows(), std::nullopt);
 }
 
 NoRowsTexts QueryResults::TextsWithoutRows() const {

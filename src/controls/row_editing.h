@@ -2,6 +2,9 @@
 // edited; a model without one only shows. User-interface thread.
 #pragma once
 
+#include <QString>
+#include <set>
+
 #include "platform/ado/recordset.h"
 
 namespace orvane::controls {
@@ -20,6 +23,10 @@ class RowEditing {
                     const platform::Value& vtValue) = 0;
   /// Whether an empty row, which becomes a new one when something is typed, stands at the end.
   virtual bool OffersNewRow() const = 0;
+  /// Rows that are to be seen no more, and never again: deleted, or never to be added.
+  virtual const std::set<platform::RowIndex>& GoneRows() const = 0;
+  /// Why the row could not be stored, as a sentence; empty when that is not so.
+  virtual QString RemarkOf(platform::RowIndex row) const = 0;
 };
 
 }  // namespace orvane::controls

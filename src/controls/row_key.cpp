@@ -70,7 +70,7 @@ std::vector<Text> UniqueKey(Connection& cn, const Text& sCatalog, const Text& sT
 
 RowKey RowKeyOf(Connection& cn, const Text& sCatalog, const Text& sTable) {
   const auto tables = OfTable(cn, SchemaNumber::Tables, sCatalog, sTable);
-  if (tables->RecordCount() != 1) {
+  if (!tables || tables->RecordCount() != 1) {
     return {{}, "These rows can only be looked at: they are not those of one table."};
   }
   const Text sType = platform::ToText(KeyValueAt(tables, "TABLE_TYPE"));

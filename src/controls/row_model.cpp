@@ -44,6 +44,7 @@ void RowModel::Recordset(platform::RecordsetPtr rs, CellFormat format) {
   m_format = std::move(format);
   m_newRows = std::exchange(m_nextNewRows, {});
   m_order.reset();
+  FindGonePlaces();
   m_nPlaces = CountPlaces();
   endResetModel();
 }
@@ -55,13 +56,42 @@ bool RowModel::AllRowsFit() const {
 int RowModel::CountPlaces() const {
   if (!m_recordset) return 0;
   const RowIndex rows = m_recordset->RecordCount();
-  return static_cast<int>(std::min(m_order ? m_order->Count(rows) : rows, kMaxRows));
+  const RowIndex ordered = m_order ? m_order->Count(rows) : rows;
+  return static_cast<int>(std::min(ordered - static_cast<RowIndex>(m_gonePlaces.size()), kMaxRows));
+}
+
+void RowModel::FindGonePlaces() {
+  m_gonePlaces.clear();
+  m_nGoneRows = 0;
+  if (!m_recordset || !m_editing) return;
+  for (const RowIndex row : m_editing->GoneRows()) {
+    ++m_nGoneRows;
+    if (const auto place = OrderedPlaceOf(row)) m_gonePlaces.push_back(*place);
+  }
+  std::ranges::sort(m_gonePlaces);
+}
+
+void RowModel::TakeRowsOut() {
+  if (!m_editing || m_editing->GoneRows().size() == m_nGoneRows) return;
+  for (const RowIndex row : m_editing->GoneRows()) {
+    const int nPlace = PlaceOf(row);
+    if (nPlace < 0) continue;
+    beginRemoveRows({}, nPlace, nPlace);
+    const RowIndex place = *OrderedPlaceOf(row);
+    m_gonePlaces.insert(std::ranges::upper_bound(m_gonePlaces, place), place);
+    --m_nPlaces;
+    endRemoveRows();
+  }
+  m_nGoneRows = m_editing->GoneRows().size();
 }
 
 void RowModel::TakeRowsIn() {
+  TakeRowsOut();
   const int nPlaces = CountPlaces();
   if (nPlaces > m_nPlaces) {
-    beginInsertRows({}, m_nPlaces, nPlaces - 1);
+    // What was typed into the empty row has made it the new one: another stands behind it.
+    const int nEmpty = rowCount() - m_nPlaces;
+    beginInsertRows({}, m_nPlaces + nEmpty, nPlaces - 1 + nEmpty);
     m_nPlaces = nPlaces;
     endInsertRows();
   } else if (nPlaces < m_nPlaces) {
@@ -74,17 +104,39 @@ void RowModel::TakeRowsIn() {
 void RowModel::Order(std::shared_ptr<const RowOrder> order) {
   beginResetModel();
   m_order = std::move(order);
+  FindGonePlaces();
   m_nPlaces = CountPlaces();
   endResetModel();
 }
 
 RowIndex RowModel::RecordRow(int nPlace) const {
-  return m_order ? m_order->RecordRow(nPlace) : nPlace;
+  // Each row that went in front of the place moved it by one.
+  RowIndex place = nPlace;
+  std::size_t nFirst = 0;
+  std::size_t nBehind = m_gonePlaces.size();
+  while (nFirst < nBehind) {
+    const std::size_t nMiddle = (nFirst + nBehind) / 2;
+    if (m_gonePlaces[nMiddle] - static_cast<RowIndex>(nMiddle) <= place) {
+      nFirst = nMiddle + 1;
+    } else {
+      nBehind = nMiddle;
+    }
+  }
+  place += static_cast<RowIndex>(nFirst);
+  return m_order ? m_order->RecordRow(place) : place;
+}
+
+std::optional<RowIndex> RowModel::OrderedPlaceOf(RowIndex row) const {
+  return m_order ? m_order->PlaceOf(row) : row;
 }
 
 int RowModel::PlaceOf(RowIndex row) const {
-  const std::optional<RowIndex> place = m_order ? m_order->PlaceOf(row) : row;
-  return place && *place < m_nPlaces ? static_cast<int>(*place) : -1;
+  const std::optional<RowIndex> ordered = OrderedPlaceOf(row);
+  if (!ordered) return -1;
+  const auto gone = std::ranges::lower_bound(m_gonePlaces, *ordered);
+  if (gone != m_gonePlaces.end() && *gone == *ordered) return -1;
+  const RowIndex place = *ordered - (gone - m_gonePlaces.begin());
+  return place < m_nPlaces ? static_cast<int>(place) : -1;
 }
 
 void RowModel::Editing(RowEditing* editing) {
@@ -172,8 +224,31 @@ QString RowModel::Spoken(const QModelIndex& index) const {
     if (cell.bNull) parts << QStringLiteral("no value");
     if (cell.bEdited) parts << QStringLiteral("changed");
     if (cell.bDeleted) parts << QStringLiteral("to be deleted");
+    if (const QString sRemark = RemarkAt(index.row()); !sRemark.isEmpty()) {
+      parts << QStringLiteral("not stored: ") + sRemark;
+    }
   }
   return parts.join(QStringLiteral(", "));
+}
+
+QString RowModel::RemarkAt(int nPlace) const {
+  return m_editing && nPlace < m_nPlaces ? m_editing->RemarkOf(RecordRow(nPlace)) : QString();
+}
+
+QString RowModel::MarkOf(int nPlace) const {
+  if (nPlace >= m_nPlaces) return {};
+  if (!RemarkAt(nPlace).isEmpty()) return QStringLiteral("!");
+  switch (StateAt(nPlace)) {
+    case platform::RowState::Edited:
+      return QStringLiteral("\u2022");
+    case platform::RowState::New:
+      return QStringLiteral("+");
+    case platform::RowState::Deleted:
+      return QStringLiteral("\u00d7");
+    case platform::RowState::Fetched:
+      break;
+  }
+  return {};
 }
 
 bool RowModel::setData(const QModelIndex& index, const QVariant& value, int nRole) {
@@ -188,6 +263,8 @@ QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRo
     if (nRole == Qt::DisplayRole) {
       return IsEmptyRow(nSection) ? QVariant(QStringLiteral("*")) : QVariant(nSection + 1);
     }
+    if (nRole == Qt::DecorationRole) return MarkOf(nSection);
+    if (nRole == Qt::ToolTipRole) return RemarkAt(nSection).toHtmlEscaped();
     if (nRole == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     if (nRole == kNewRole && IsNew(nSection)) return true;
     if (nRole == Qt::AccessibleDescriptionRole && IsNew(nSection)) return QStringLiteral("New");

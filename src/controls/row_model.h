@@ -8,8 +8,10 @@
 #include <QFont>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <set>
 #include <utility>
+#include <vector>
 
 #include "controls/cell_format.h"
 #include "controls/row_editing.h"
@@ -56,6 +58,8 @@ class RowModel : public QAbstractTableModel {
 
   /// Who edits the rows, or nobody; must live as long as it is set.
   void Editing(RowEditing* editing);
+  /// Rows that stand in the view, without the empty row at the end.
+  int Places() const { return m_nPlaces; }
   bool IsEmptyRow(int nPlace) const { return nPlace == m_nPlaces; }
   /// Tells those who look at a row of the recordset that it changed.
   void TellOfChange(platform::RowIndex row);
@@ -79,17 +83,27 @@ class RowModel : public QAbstractTableModel {
   QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
   /// Takes a platform::Value under Qt::EditRole, where the rows are edited.
   bool setData(const QModelIndex& index, const QVariant& value, int nRole = Qt::EditRole) override;
+  /// Of a row beside its number a mark of what was made of it, under Qt::DecorationRole, and as its
+  /// tip why it could not be stored.
   QVariant headerData(int nSection, Qt::Orientation orientation,
                       int nRole = Qt::DisplayRole) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
   int CountPlaces() const;
+  void TakeRowsOut();
+  void FindGonePlaces();
+  std::optional<platform::RowIndex> OrderedPlaceOf(platform::RowIndex row) const;
+  QString MarkOf(int nPlace) const;
+  QString RemarkAt(int nPlace) const;
   QString Spoken(const QModelIndex& index) const;
 
   platform::RecordsetPtr m_recordset;
   std::shared_ptr<const RowOrder> m_order;
   RowEditing* m_editing = nullptr;
+  /// Where rows stood that are to be seen no more, in ascending order, and how many were taken out.
+  std::vector<platform::RowIndex> m_gonePlaces;
+  std::size_t m_nGoneRows = 0;
   int m_nPlaces = 0;  ///< as told to those who look, without the empty row
   CellFormat m_format;
   std::set<platform::RowIndex> m_newRows;

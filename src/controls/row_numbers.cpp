@@ -2,10 +2,12 @@
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyleOptionHeader>
+#include <QToolTip>
 #include <algorithm>
 
 #include "controls/cell_delegate.h"
@@ -39,7 +41,13 @@ int RowNumbers::FittingWidth() const {
   const auto nDigits =
       std::max<qsizetype>(kLeastDigits, QString::number(m_area.model()->rowCount()).size());
   const QFontMetrics metrics(Bold(font()));
-  return metrics.horizontalAdvance(QString(nDigits, u'8')) + 2 * CellDelegate::kMargin + 1;
+  return metrics.horizontalAdvance(QString(nDigits, u'8')) + 2 * CellDelegate::kMargin + 1 +
+         MarkWidth();
+}
+
+int RowNumbers::MarkWidth() const {
+  if (m_area.editTriggers() == QAbstractItemView::NoEditTriggers) return 0;
+  return QFontMetrics(Bold(font())).horizontalAdvance(u'+') + CellDelegate::kMargin;
 }
 
 int RowNumbers::YOf(int nRow) const {
@@ -83,6 +91,12 @@ void RowNumbers::PaintNumber(QPainter& painter, int nRow) const {
   style()->drawItemText(
       &painter, text, static_cast<int>(Qt::AlignRight | Qt::AlignVCenter), palette(), isEnabled(),
       m_area.model()->headerData(nRow, Qt::Vertical).toString(), QPalette::ButtonText);
+  const QString sMark =
+      m_area.model()->headerData(nRow, Qt::Vertical, Qt::DecorationRole).toString();
+  if (sMark.isEmpty()) return;
+  painter.setFont(Bold(font()));
+  style()->drawItemText(&painter, text, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter),
+                        palette(), isEnabled(), sMark, QPalette::ButtonText);
 }
 
 void RowNumbers::mousePressEvent(QMouseEvent* event) {
@@ -123,6 +137,16 @@ void RowNumbers::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 bool RowNumbers::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip) {
+    const auto& help = *static_cast<QHelpEvent*>(event);
+    const int nRow = m_area.RowAt(help.pos().y() - HeadHeight());
+    QToolTip::showText(
+        help.globalPos(),
+        nRow < 0 ? QString()
+                 : m_area.model()->headerData(nRow, Qt::Vertical, Qt::ToolTipRole).toString(),
+        this);
+    return true;
+  }
   // A row's number is bold while its cell is the current one.
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) update();
   return QWidget::event(event);

@@ -37,6 +37,7 @@ class RowNumbers : public QWidget {
 
  private:
   int HeadHeight() const;
+  int MarkWidth() const;
   void PaintNumber(QPainter& painter, int nRow) const;
 
   RowArea& m_area;

@@ -38,7 +38,7 @@ const RowsState* RowsStates::Find(const Recordset& rs) const {
 }
 
 RowsStates::Identity RowsStates::IdentityOf(const Recordset& rs) {
-  return {&rs, rs.RecordCount(), rs.FieldCount(), rs.Elapsed()};
+  return {&rs, rs.FetchedCount(), rs.FieldCount(), rs.Elapsed()};
 }
 
 Long RowsStates::FreeNumber() {

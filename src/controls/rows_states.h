@@ -37,6 +37,9 @@ struct RowsOrigin {
   }
 };
 
+struct EditNotes;
+struct Updatability;
+
 struct RowsState {
   int nCurrentRow = -1;  ///< -1 when there is no current cell
   int nCurrentColumn = -1;
@@ -50,6 +53,9 @@ struct RowsState {
   platform::Text sSqlText;                ///< the statement that fetched the rows
   std::optional<RowsOrigin> origin;
   Viewing viewing;  ///< what the grid had added to its table's query
+  platform::Text sPlace;                             ///< what tells their table from all others
+  std::shared_ptr<const Updatability> updatability;  ///< null where nobody asked the server
+  std::shared_ptr<EditNotes> notes;                  ///< null for rows that cannot be edited
 };
 
 class RowsStates {

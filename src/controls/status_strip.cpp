@@ -77,6 +77,8 @@ StatusStrip::StatusStrip(QWidget* parent)
       m_arrangement(AddLabel<GivingLabel>(this, "arrangement", "Order and filter")),
       m_warning(new QLabel(this)),
       m_notice(AddLabel<GivingLabel>(this, "notice", "Notice")),
+      m_pending(new QPushButton(this)),
+      m_readOnly(AddLabel<GivingLabel>(this, "readOnly", "Read-only")),
       m_position(AddLabel<QLabel>(this, "position", "Current row")) {
   setObjectName("status");
   setAccessibleName("Rows");
@@ -87,6 +89,7 @@ StatusStrip::StatusStrip(QWidget* parent)
   layout->setSizeConstraint(QLayout::SetNoConstraint);
   m_time->setForegroundRole(QPalette::PlaceholderText);
   m_position->setForegroundRole(QPalette::PlaceholderText);
+  m_readOnly->setForegroundRole(QPalette::PlaceholderText);
   QFont strong = m_notice->font();
   strong.setWeight(QFont::DemiBold);
   m_notice->setFont(strong);
@@ -103,6 +106,15 @@ StatusStrip::StatusStrip(QWidget* parent)
   m_warning->setAccessibleName("Warning");
   SetWarningIcon();
 
+  m_pending->setObjectName("pending");
+  m_pending->setFlat(true);
+  m_pending->setFont(strong);
+  m_pending->setFocusPolicy(Qt::NoFocus);
+  m_pending->setToolTip("Shows the rows that are not stored");
+  connect(m_pending, &QPushButton::clicked, this, [this] {
+    if (m_pendingPressed) m_pendingPressed();
+  });
+
   auto* notice = new QHBoxLayout;
   notice->setSpacing(6);
   notice->addWidget(m_warning);
@@ -111,11 +123,15 @@ StatusStrip::StatusStrip(QWidget* parent)
   layout->addWidget(m_time);
   layout->addWidget(m_cancel);
   layout->addWidget(m_arrangement);
+  layout->addWidget(m_pending);
   layout->addLayout(notice);
+  layout->addWidget(m_readOnly);
   layout->addStretch(1);
   layout->addWidget(m_position);
   setFixedHeight(std::max(fontMetrics().height(), kIconSize) + 10);
   Empty();
+  ReadOnly({});
+  Pending(0);
 }
 
 void StatusStrip::AddSwitch(std::initializer_list<QWidget*> buttons) {
@@ -193,6 +209,17 @@ void StatusStrip::ShowNotice(const QString& sNotice, bool bWarning) {
   m_notice->setToolTip(sNotice);
   m_notice->setVisible(!sNotice.isEmpty());
   m_warning->setVisible(bWarning && !sNotice.isEmpty());
+}
+
+void StatusStrip::ReadOnly(const QString& sWhy) {
+  m_readOnly->setText(sWhy);
+  m_readOnly->setToolTip(sWhy);
+  m_readOnly->setVisible(!sWhy.isEmpty());
+}
+
+void StatusStrip::Pending(platform::RowIndex rows) {
+  m_pending->setText(RowsText(rows) + QStringLiteral(" not stored"));
+  m_pending->setVisible(rows > 0);
 }
 
 void StatusStrip::Position(int nRow, int nRows) {

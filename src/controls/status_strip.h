@@ -42,6 +42,12 @@ class StatusStrip : public QWidget {
   void OnCancel(std::function<void()> handler) { m_cancelled = std::move(handler); }
   /// In which order the rows stand and which of them are seen; empty as they came.
   void Arrangement(const QString& sArrangement);
+  /// Why the rows can only be looked at, as a sentence; empty when they can be edited.
+  void ReadOnly(const QString& sWhy);
+  /// How many rows were changed and are not stored; with 0 nothing is said.
+  void Pending(platform::RowIndex rows);
+  /// Called when the number of rows that are not stored was pressed.
+  void OnPendingPressed(std::function<void()> handler) { m_pendingPressed = std::move(handler); }
   /// Row from 0; -1 when there is no current row.
   void Position(int nRow, int nRows);
 
@@ -66,7 +72,10 @@ class StatusStrip : public QWidget {
   QLabel* m_arrangement;
   QLabel* m_warning;
   QLabel* m_notice;
+  QPushButton* m_pending;
+  QLabel* m_readOnly;
   QLabel* m_position;
+  std::function<void()> m_pendingPressed;
 };
 
 }  // namespace orvane::controls

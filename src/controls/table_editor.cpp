@@ -42,7 +42,7 @@ void TableEditor::Requery() {
   Viewing viewing = m_time.View();
   viewing.order = m_order;
   GridQuery query{StatementOf(*m_query, viewing), m_query->MaxRows(), m_query->QueryTimeout(),
-                  TextsWithoutRows()};
+                  TextsWithoutRows(), TableOfRows()};
   m_time.Prepare(query);
   const std::weak_ptr<int> life = m_life;
   m_core.Run(query);
@@ -93,12 +93,14 @@ bool TableEditor::SortAtServer(const std::vector<SortColumn>& columns) {
 void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
   if (!rs) return m_core.Empty();
   const RowsState* state = m_core.States().Find(lUpdatability, *rs);
-  m_core.Attach(rs, state, m_query ? m_query->SqlText() : Text(), TextsWithoutRows());
+  m_core.Attach(rs, state, m_query ? m_query->SqlText() : Text(), TextsWithoutRows(),
+                TableOfRows());
   m_time.Restore(state);
   m_order = state ? state->viewing.order : std::nullopt;
 }
 
 RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
+  m_core.KeepUnsent();
   const RecordsetPtr& rs = m_core.Recordset();
   RowsState state = m_core.State();
   m_time.Keep(state);
@@ -108,11 +110,16 @@ RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
 }
 
 bool TableEditor::Editing() const {
-  return m_core.Recordset() && !m_core.Recordset()->PendingRows().empty();
+  return m_core.Editing().IsTyping() || !m_core.Editing().Session().Pending().empty();
 }
 
 platform::Subscription TableEditor::OnHeadClick(std::function<void()> handler) {
   return m_core.Events().headClick.Connect(std::move(handler));
+}
+
+std::optional<RowTable> TableEditor::TableOfRows() const {
+  if (!m_query || m_query->Table().empty()) return std::nullopt;
+  return RowTable{m_query->Catalog(), m_query->Table(), {}};
 }
 
 NoRowsTexts TableEditor::TextsWithoutRows() const {

@@ -27,6 +27,7 @@ class TableEditor : public GridControl<platform::TableEditor> {
 
  private:
   NoRowsTexts TextsWithoutRows() const;
+  std::optional<RowTable> TableOfRows() const;
   /// True while there is something that was not sent yet.
   bool Editing() const;
   void SortByCurrent(bool bAscending);

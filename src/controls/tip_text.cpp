@@ -55,4 +55,9 @@ QString TipText(const QString& sWhole, const QString& sHow) {
   return sTip;
 }
 
+QString Brief(const QString& sText) {
+  constexpr qsizetype kBriefCharacters = 50;
+  return sText.size() <= kBriefCharacters ? sText : sText.left(kBriefCharacters) + QChar(0x2026);
+}
+
 }  // namespace orvane::controls

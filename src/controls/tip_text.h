@@ -11,4 +11,7 @@ namespace orvane::controls {
 /// broken, so that no tip is wider than the screen.
 QString TipText(const QString& sWhole, const QString& sHow);
 
+/// The beginning of a text, for a place among others in a line.
+QString Brief(const QString& sText);
+
 }  // namespace orvane::controls

@@ -11,6 +11,7 @@
 #include "platform/forms/forms.h"
 #include "platform/grids/table_query.h"
 #include "platform/long_operation.h"
+#include "platform/unsent_rows.h"
 #include "platform/user_interface.h"
 
 namespace orvane::platform {
@@ -42,6 +43,7 @@ struct Services {
   std::shared_ptr<FailureLog> failures;
   std::shared_ptr<platform::FileVersion> fileVersion;
   std::shared_ptr<platform::LongOperation> longOperation;
+  std::shared_ptr<UnsentRows> unsentRows;
 };
 
 }  // namespace orvane::platform

@@ -46,6 +46,7 @@ void DocumentKeeper::Close() {
   emit Closing();
   m_unsaved->Watch(nullptr);
   m_session.Close();
+  if (m_parts.unsentRows) m_parts.unsentRows->Drop();
 }
 
 bool DocumentKeeper::New() {
@@ -114,6 +115,8 @@ bool DocumentKeeper::MayDropWork() {
     emit Refused();
     return false;
   }
+  const auto* unsent = m_parts.unsentRows;
+  if (unsent && unsent->Any() && !AskToGiveRowsUp(unsent->Sentence(), m_window)) return false;
   if (!IsModified()) return true;
   switch (AskAboutUnsavedWork(*m_document, m_window)) {
     case UnsavedAnswer::Save:

@@ -1,0 +1,368 @@
+#include "controls/grid_editing.h"
+
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <algorithm>
+#include <utility>
+
+#include "controls/cell_editor.h"
+#include "controls/conflict_dialog.h"
+#include "controls/grid_window.h"
+#include "controls/pending_review.h"
+#include "controls/status_strip.h"
+
+namespace orvane::controls {
+
+using platform::ColumnIndex;
+using platform::RecordsetPtr;
+using platform::RowIndex;
+using platform::RowState;
+using platform::Value;
+
+namespace {
+
+constexpr QAbstractItemView::EditTriggers kTriggers = QAbstractItemView::DoubleClicked |
+                                                      QAbstractItemView::EditKeyPressed |
+                                                      QAbstractItemView::AnyKeyPressed;
+
+bool WouldType(const QKeyEvent& event) {
+  const auto modifiers = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+  return modifiers == Qt::NoModifier && !event.text().isEmpty() && event.text().at(0).isPrint();
+}
+
+}  // namespace
+
+GridEditing::GridEditing(GridWindow& window, Sender sender, Events events)
+    : QObject(&window),
+      m_window(window),
+      m_rows(&window.Rows()),
+      m_sender(std::move(sender)),
+      m_events(std::move(events)),
+      m_session([this](std::optional<RowIndex> row) { RowChanged(row); }) {
+  RowView& rows = m_window.Rows();
+  rows.installEventFilter(this);
+  rows.viewport()->installEventFilter(this);
+  connect(rows.selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current, const QModelIndex& previous) {
+            if (previous.isValid() && previous.row() != current.row()) {
+              Leave(m_window.Rows().Model().RecordRow(previous.row()));
+            }
+            TellOfCurrent();
+          });
+  AddCommands();
+  m_window.Rows().Model().Editing(&m_session);
+  m_window.Status().OnPendingPressed([this] { Review(); });
+}
+
+GridEditing::~GridEditing() {
+  if (m_rows) m_rows->Model().Editing(nullptr);
+}
+
+void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatability,
+                       ValueInput input, std::shared_ptr<EditNotes> notes) {
+  m_left.clear();
+  m_session.Show(rs, std::move(updatability), std::move(input), std::move(notes));
+  RowView& rows = m_window.Rows();
+  const auto& can = m_session.Updatability();
+  rows.setEditTriggers(can.bUpdate || can.bInsert ? kTriggers : QAbstractItemView::NoEditTriggers);
+  m_window.Status().ReadOnly(can.sWhyNot);
+  TellOfPending();
+}
+
+void GridEditing::ShowNothing() {
+  m_left.clear();
+  m_session.ShowNothing();
+  m_window.Rows().setEditTriggers(QAbstractItemView::NoEditTriggers);
+  m_window.Status().ReadOnly({});
+  TellOfPending();
+}
+
+void GridEditing::AddCommands() {
+  GridCommands& commands = m_window.Rows().Commands();
+  const auto canEdit = [this] {
+    const QModelIndex index = m_window.Rows().currentIndex();
+    return index.isValid() && m_window.Rows().model()->flags(index).testFlag(Qt::ItemIsEditable);
+  };
+  const auto pending = [this] { return !m_session.Pending().empty(); };
+  const auto edits = [this] { return m_session.Updatability().bUpdate; };
+  commands.Add(
+      {CommandGroup::Edit, "&Edit Cell", Qt::Key_F2, [this] { StartEditing(); }, canEdit, edits});
+  commands.Add({CommandGroup::Edit, "Set to &Null", Qt::CTRL | Qt::Key_0, [this] { SetNull(); },
+                canEdit, edits});
+  commands.Add({CommandGroup::Edit, "&Undo", QKeySequence::Undo, [this] { GoTo(m_session.Undo()); },
+                [this] { return m_session.Recordset() && m_session.Notes()->steps.CanUndo(); },
+                edits});
+  commands.Add({CommandGroup::Edit, "&Redo", QKeySequence(Qt::CTRL | Qt::Key_Y),
+                [this] { GoTo(m_session.Redo()); },
+                [this] { return m_session.Recordset() && m_session.Notes()->steps.CanRedo(); },
+                edits});
+  commands.Add({CommandGroup::Edit, "Discard Changes of &Row", Qt::Key_Escape,
+                [this] { DiscardRow(); }, pending, edits});
+  commands.Add({CommandGroup::Edit, "&Store Changes", Qt::CTRL | Qt::Key_Return,
+                [this] { StoreAll(); }, pending, edits});
+  commands.Add(
+      {CommandGroup::Edit, "Rows &Not Stored\u2026", {}, [this] { Review(); }, pending, edits});
+  commands.Add({CommandGroup::Edit, "&Delete Rows\u2026", Qt::Key_Delete,
+                [this] { DeleteSelectedRows(); }, [this] { return m_window.Rows().RowsSelected(); },
+                [this] { return DeleteAllowed(); }});
+}
+
+bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
+  RowView& rows = m_window.Rows();
+  if (event->type() == QEvent::KeyPress && watched == &rows) {
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    const bool bEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
+    if (bEnter && modifiers == Qt::NoModifier) {
+      if (RefuseEdit()) return true;
+      StartEditing();
+      return true;
+    }
+    if (key.key() == Qt::Key_Z && modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {
+      GoTo(m_session.Redo());
+      return true;
+    }
+    if ((key.key() == Qt::Key_F2 || WouldType(key)) && RefuseEdit()) return true;
+  }
+  if (event->type() == QEvent::MouseButtonDblClick && watched == rows.viewport()) RefuseEdit();
+  return QObject::eventFilter(watched, event);
+}
+
+bool GridEditing::RefuseEdit() {
+  const QString& sWhyNot = m_session.Updatability().sWhyNot;
+  if (!m_session.Recordset() || m_session.Updatability().bUpdate || sWhyNot.isEmpty()) return false;
+  m_window.Status().Remark(sWhyNot);
+  return true;
+}
+
+CellEditor* GridEditing::Typed() const {
+  for (auto* editor : m_window.Rows().viewport()->findChildren<CellEditor*>()) {
+    if (!editor->isHidden()) return editor;  // a hidden one is closed already, and about to go
+  }
+  return nullptr;
+}
+
+void GridEditing::TakeTyped() {
+  CellEditor* editor = Typed();
+  if (!editor) return;
+  auto* delegate = m_window.Rows().itemDelegate();
+  emit delegate->commitData(editor);
+  emit delegate->closeEditor(editor);
+}
+
+void GridEditing::StartEditing() {
+  RowView& rows = m_window.Rows();
+  const QModelIndex index = rows.currentIndex();
+  if (index.isValid() && rows.model()->flags(index).testFlag(Qt::ItemIsEditable)) rows.edit(index);
+}
+
+std::vector<CellEdit> GridEditing::SelectedCells() const {
+  RowView& rows = m_window.Rows();
+  std::vector<CellEdit> cells;
+  for (const QItemSelectionRange& range : rows.selectionModel()->selection()) {
+    for (int nRow = range.top(); nRow <= range.bottom(); ++nRow) {
+      if (rows.Model().IsEmptyRow(nRow)) continue;
+      for (int nColumn = range.left(); nColumn <= range.right(); ++nColumn) {
+        cells.push_back({rows.Model().RecordRow(nRow), nColumn, {}});
+      }
+    }
+  }
+  const QModelIndex current = rows.currentIndex();
+  if (cells.empty() && current.isValid()) {
+    cells.push_back({rows.Model().RecordRow(current.row()), current.column(), {}});
+  }
+  return cells;
+}
+
+void GridEditing::SetNull() {
+  m_session.Edit(SelectedCells());
+}
+
+void GridEditing::DiscardRow() {
+  const QModelIndex current = m_window.Rows().currentIndex();
+  if (!current.isValid()) return;
+  const RowIndex rows[] = {m_window.Rows().Model().RecordRow(current.row())};
+  if (rows[0] < m_session.Recordset()->RecordCount()) m_session.Discard(rows);
+}
+
+void GridEditing::GoTo(std::optional<RowIndex> row) {
+  if (!row) return;
+  RowView& rows = m_window.Rows();
+  const int nPlace = rows.Model().PlaceOf(*row);
+  if (nPlace >= 0) rows.GoTo(nPlace, std::max(0, rows.currentIndex().column()));
+}
+
+// ---- sending
+
+void GridEditing::Leave(RowIndex row) {
+  if (!m_session.Recordset()) return;
+  const auto pending = m_session.Pending();
+  if (!std::ranges::binary_search(pending, row)) return;
+  m_left.insert(row);
+  // The cell is still being left; sending may take a while and handle other events.
+  QTimer::singleShot(0, this, [this] { SendLeft(); });
+}
+
+void GridEditing::StoreAll() {
+  for (const RowIndex row : m_session.Pending()) m_left.insert(row);
+  SendLeft();
+}
+
+void GridEditing::SendLeft() {
+  if (m_bSending) return;
+  m_bSending = true;
+  const QPointer<GridEditing> self(this);
+  const RecordsetPtr rs = m_session.Recordset();
+  while (self && m_session.Recordset() == rs && !m_left.empty()) {
+    const RowIndex row = *m_left.begin();
+    m_left.erase(m_left.begin());
+    SendOne(row);
+  }
+  if (self) m_bSending = false;
+}
+
+bool GridEditing::SendOne(RowIndex row) {
+  const RecordsetPtr rs = m_session.Recordset();
+  const auto pending = m_session.Pending();
+  if (!rs || !std::ranges::binary_search(pending, row)) return false;
+  if (const QString sWhyNot = m_session.WhyNotFit(row); !sWhyNot.isEmpty()) {
+    m_session.Remark(row, sWhyNot);
+    return false;
+  }
+  const RowState state = rs->StateAt(row);
+  const QPointer<GridEditing> self(this);
+  const Sent sent = m_sender(rs, row, m_session.Updatability());
+  if (!self || m_session.Recordset() != rs) return false;
+  if (!sent.answer) {
+    m_session.Remark(row, sent.sWhyNot);
+    return false;
+  }
+  if (sent.answer->conflict) {
+    m_session.Conflict(row, *sent.answer->conflict);
+    AskToSettle(row);
+    return false;
+  }
+  m_session.Stored(row, sent.answer->stored);
+  if (state == RowState::New && m_events.inserted) m_events.inserted();
+  return true;
+}
+
+// ---- settling
+
+void GridEditing::AskToSettle(RowIndex row) {
+  const RowConflict* conflict = m_session.ConflictOf(row);
+  // One question at a time; the others wait in the list.
+  if (!conflict || m_window.findChild<ConflictDialog*>()) return;
+  const RecordsetPtr rs = m_session.Recordset();
+  auto* dialog = new ConflictDialog(*conflict, *rs, rs->StateAt(row) == RowState::Deleted,
+                                    m_window.Rows().Model().Format(), &m_window);
+  connect(dialog, &QDialog::finished, this, [this, dialog, rs, row](int nAnswer) {
+    if (nAnswer == ConflictDialog::kLater || m_session.Recordset() != rs) return;
+    if (nAnswer == ConflictDialog::kAddAsNew) {
+      AddAsNew(row);
+    } else {
+      m_session.Settle(row, dialog->Mine(), nAnswer == ConflictDialog::kDelete);
+    }
+    Leave(row);
+    if (m_review) m_review->Refresh();
+  });
+  dialog->open();
+}
+
+void GridEditing::AddAsNew(RowIndex row) {
+  const RecordsetPtr rs = m_session.Recordset();
+  std::vector<CellEdit> edits;
+  for (ColumnIndex column = 0; column < rs->FieldCount(); ++column) {
+    edits.push_back({rs->RecordCount(), column, rs->ValueAt(row, column)});
+  }
+  m_session.Settle(row, {}, false);
+  m_session.Edit(edits);
+  Leave(edits.front().row);
+}
+
+void GridEditing::Review() {
+  if (m_session.Pending().empty() || m_review) return;
+  m_review = new PendingReview(m_session, m_window.Rows().Model().Format(),
+                               {[this] { StoreAll(); }, [this](RowIndex row) { GoTo(row); },
+                                [this](RowIndex row) { AskToSettle(row); }},
+                               &m_window);
+  m_review->open();
+}
+
+// ---- deleting
+
+std::vector<RowIndex> GridEditing::SelectedRecordRows() const {
+  RowView& rows = m_window.Rows();
+  const int nLast = rows.model()->columnCount() - 1;
+  std::set<RowIndex> selected;
+  for (const QItemSelectionRange& range : rows.selectionModel()->selection()) {
+    if (range.left() != 0 || range.right() != nLast) continue;
+    for (int nRow = range.top(); nRow <= range.bottom(); ++nRow) {
+      if (!rows.Model().IsEmptyRow(nRow)) selected.insert(rows.Model().RecordRow(nRow));
+    }
+  }
+  return {selected.begin(), selected.end()};
+}
+
+void GridEditing::DeleteSelectedRows() {
+  const auto rows = SelectedRecordRows();
+  if (rows.empty() || !DeleteAllowed()) return;
+  auto* box = new QMessageBox(&m_window);
+  box->setObjectName("deleteRows");
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setIcon(QMessageBox::Question);
+  box->setWindowTitle("Delete Rows");
+  box->setText(QStringLiteral("Delete %1?").arg(RowsText(static_cast<RowIndex>(rows.size()))));
+  box->setInformativeText("The server deletes them at once; that cannot be undone.");
+  const auto* yes = box->addButton("&Delete", QMessageBox::AcceptRole);
+  box->setDefaultButton(box->addButton(QMessageBox::Cancel));
+  const RecordsetPtr rs = m_session.Recordset();
+  connect(box, &QMessageBox::buttonClicked, this, [this, box, yes, rs, rows] {
+    if (box->clickedButton() == yes && m_session.Recordset() == rs) DeleteRows(rows);
+  });
+  box->open();
+}
+
+void GridEditing::DeleteRows(const std::vector<RowIndex>& rows) {
+  const auto toSend = m_session.Delete(rows);
+  bool bDeleted = toSend.size() < rows.size();
+  const RecordsetPtr rs = m_session.Recordset();
+  const QPointer<GridEditing> self(this);
+  for (const RowIndex row : toSend) {
+    bDeleted = SendOne(row) || bDeleted;
+    if (!self || m_session.Recordset() != rs) return;
+  }
+  if (bDeleted && m_events.deleted) m_events.deleted();
+}
+
+// ---- what is told
+
+void GridEditing::RowChanged(std::optional<RowIndex> row) {
+  RowModel& model = m_window.Rows().Model();
+  if (!row) {
+    model.TakeRowsIn();
+  } else {
+    model.TellOfChange(*row);
+  }
+  TellOfPending();
+  TellOfCurrent();
+}
+
+void GridEditing::TellOfPending() {
+  const auto rows = static_cast<RowIndex>(m_session.Pending().size());
+  m_window.Status().Pending(rows);
+  if (m_session.Recordset() && m_events.pending) m_events.pending(rows);
+}
+
+void GridEditing::TellOfCurrent() {
+  const QModelIndex current = m_window.Rows().currentIndex();
+  if (!m_session.Recordset()) return;
+  m_window.Status().Remark(
+      current.isValid() ? m_session.RemarkOf(m_window.Rows().Model().RecordRow(current.row()))
+                        : QString());
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,95 @@
+// Editing in a grid: keys and menu entries, the sending of rows that were left, the questions
+// before something is deleted, and what the strip tells of rows that are not stored. Owned by the
+// grid's window, made by its core, which lends it what it needs; user-interface thread.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <memory>
+#include <set>
+#include <span>
+#include <vector>
+
+#include "controls/edit_session.h"
+#include "controls/row_sending.h"
+
+namespace orvane::controls {
+
+class CellEditor;
+class GridWindow;
+class PendingReview;
+class RowView;
+
+class GridEditing final : public QObject {
+ public:
+  /// Sends a row; may handle events while it waits. Fails only with what the grid is to show.
+  using Sender = std::function<Sent(const platform::RecordsetPtr& rs, platform::RowIndex row,
+                                    const Updatability& updatability)>;
+  /// Called after rows were added at the server, and after some were deleted there.
+  struct Events {
+    std::function<void()> inserted;
+    std::function<void()> deleted;
+    /// Called with the number of rows that are not stored when it may have changed.
+    std::function<void(platform::RowIndex)> pending;
+  };
+
+  GridEditing(GridWindow& window, Sender sender, Events events);
+  ~GridEditing() override;
+
+  /// Takes the rows over that the window shows.
+  void Show(const platform::RecordsetPtr& rs, Updatability updatability, ValueInput input,
+            std::shared_ptr<EditNotes> notes);
+  void ShowNothing();
+
+  /// True while a cell is being typed.
+  bool IsTyping() const { return Typed() != nullptr; }
+  /// What is being typed becomes a value of its cell, or is kept there as it is.
+  void TakeTyped();
+
+  EditSession& Session() { return m_session; }
+  const EditSession& Session() const { return m_session; }
+
+  bool DeleteAllowed() const { return m_session.Updatability().bDelete; }
+  /// Asks once, then deletes the selected rows at the server.
+  void DeleteSelectedRows();
+  /// Lists the rows that are not stored.
+  void Review();
+  /// Asks what becomes of a row that somebody else has changed; nothing of one without a conflict.
+  void AskToSettle(platform::RowIndex row);
+  /// Sends all rows that are not stored, one after the other.
+  void StoreAll();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  CellEditor* Typed() const;
+  void AddCommands();
+  void StartEditing();
+  void SetNull();
+  void DiscardRow();
+  void GoTo(std::optional<platform::RowIndex> row);
+  void Leave(platform::RowIndex row);
+  void SendLeft();
+  bool SendOne(platform::RowIndex row);
+  void AddAsNew(platform::RowIndex row);
+  void DeleteRows(const std::vector<platform::RowIndex>& rows);
+  std::vector<platform::RowIndex> SelectedRecordRows() const;
+  std::vector<CellEdit> SelectedCells() const;
+  bool RefuseEdit();
+  void RowChanged(std::optional<platform::RowIndex> row);
+  void TellOfPending();
+  void TellOfCurrent();
+
+  GridWindow& m_window;
+  QPointer<RowView> m_rows;  ///< goes before this does when the window goes
+  Sender m_sender;
+  Events m_events;
+  EditSession m_session;
+  std::set<platform::RowIndex> m_left;  ///< rows to be sent
+  QPointer<PendingReview> m_review;
+  bool m_bSending = false;
+};
+
+}  // namespace orvane::controls

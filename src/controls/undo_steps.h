@@ -1,0 +1,60 @@
+// Undo and redo of what was edited and not sent yet: for each step what lay over its rows before
+// and behind it. Owned by the editing of a grid, and kept with the rows while they are hidden;
+// user-interface thread.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "platform/ado/recordset.h"
+
+namespace orvane::controls {
+
+class UndoSteps {
+ public:
+  /// Steps beyond this number push out the oldest.
+  static constexpr std::size_t kMostSteps = 1000;
+
+  /// Runs the change, which touches no other rows than these, and keeps it as one step. A row
+  /// behind the last one is one that the change adds. What was undone can no longer be redone. A
+  /// change that fails is kept as far as it went.
+  void Change(platform::Recordset& rs, std::span<const platform::RowIndex> rows,
+              const std::function<void()>& change);
+
+  bool CanUndo() const { return !m_done.empty(); }
+  bool CanRedo() const { return !m_undone.empty(); }
+  /// Takes the last step back and gives its rows; of a row that came back the number it has now.
+  std::vector<platform::RowIndex> Undo(platform::Recordset& rs);
+  std::vector<platform::RowIndex> Redo(platform::Recordset& rs);
+  /// The row was stored, or its edits were replaced by others: no step touches it any more.
+  void Forget(platform::RowIndex row);
+  void Clear();
+
+ private:
+  struct Overlay {
+    bool bThere = false;  ///< false of a new row that was not added yet, or was taken away
+    platform::RowState state = platform::RowState::Fetched;
+    std::vector<std::pair<platform::ColumnIndex, platform::Value>> edits;
+    friend bool operator==(const Overlay&, const Overlay&) = default;
+  };
+  struct Row {
+    platform::RowIndex row = 0;
+    Overlay before;
+    Overlay behind;
+  };
+  using Step = std::vector<Row>;
+
+  static Overlay OverlayOf(const platform::Recordset& rs, platform::RowIndex row);
+  std::vector<platform::RowIndex> Move(platform::Recordset& rs, std::vector<Step>& from,
+                                       std::vector<Step>& to, bool bBack);
+  void Lay(platform::Recordset& rs, platform::RowIndex row, const Overlay& overlay);
+  void Renumber(platform::RowIndex row, platform::RowIndex now);
+
+  std::vector<Step> m_done;
+  std::vector<Step> m_undone;
+};
+
+}  // namespace orvane::controls

@@ -1,0 +1,48 @@
+// What was edited in rows that are not shown, or not there any more: a disconnection, a lost
+// connection or a fresh grid loses no edit. One for the library, which tells the host how many rows
+// there are; user-interface thread.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "controls/edit_session.h"
+#include "platform/unsent_rows.h"
+
+namespace orvane::controls {
+
+/// Rows that are not stored, in a recordset of their own, and of which table they are.
+struct UnsentEdits {
+  platform::RecordsetPtr rs;
+  RowTable table;
+};
+
+class UnsentStash {
+ public:
+  /// Whom to tell; the last one that was named counts, or nobody.
+  void Host(std::shared_ptr<platform::UnsentRows> host) {
+    if (host) m_host = std::move(host);
+  }
+  /// Tells that so many rows of the table are pending in a grid.
+  void Tell(const platform::Text& sPlace, const RowTable& table, platform::RowIndex rows) const;
+  /// Keeps a copy of what lies over the rows; of rows without edits nothing, and what was kept of
+  /// the place goes.
+  void Keep(const platform::Text& sPlace, const platform::Recordset& rs, const RowTable& table);
+  /// What is kept of the place, or none. Valid until it is kept anew or dropped.
+  const UnsentEdits* Find(const platform::Text& sPlace) const;
+  /// The edits have come into a grid.
+  void Drop(const platform::Text& sPlace) { m_kept.erase(sPlace); }
+
+ private:
+  struct Kept {
+    UnsentEdits edits;
+    platform::Long lRound = 0;
+  };
+  platform::Long Round() const { return m_host ? m_host->Round() : 0; }
+
+  std::shared_ptr<platform::UnsentRows> m_host;
+  std::map<platform::Text, Kept> m_kept;
+};
+
+}  // namespace orvane::controls

@@ -1,0 +1,71 @@
+#include "controls/updatability.h"
+
+#include <optional>
+#include <utility>
+
+#include "controls/row_key.h"
+#include "platform/ado/extended_options.h"
+#include "platform/conversions.h"
+#include "platform/failure.h"
+
+namespace orvane::controls {
+
+using platform::ColumnIndex;
+using platform::Connection;
+using platform::Recordset;
+using platform::Text;
+
+namespace {
+
+bool CountsTimesAsNumbers(Connection& cn) {
+  try {
+    return platform::ToBoolean(cn.Properties().Item(platform::kTimeAsDoubleOption).Value());
+  } catch (const platform::Failure&) {
+    return false;  // another provider, without the option
+  }
+}
+
+std::optional<ColumnIndex> ColumnOf(const Recordset& rs, const RowTable& table, const Text& sName) {
+  for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
+    if (table.NameOf(rs, column) == sName) return column;
+  }
+  return std::nullopt;
+}
+
+/// Finds the key among the columns; gives the reason why that cannot be, or nothing.
+Text FindKey(Connection& cn, const Recordset& rs, RowTable& table) {
+  if (CountsTimesAsNumbers(cn)) {
+    return "These rows can only be looked at: times are shown as numbers, which are not exact; "
+           "switch off \"Time as Double\" in the server's options.";
+  }
+  const RowKey key = RowKeyOf(cn, table.sCatalog, table.sTable);
+  if (key.columns.empty()) return key.sWhyNot;
+  for (const Text& sName : key.columns) {
+    const auto column = ColumnOf(rs, table, sName);
+    if (!column) {
+      return "These rows can only be looked at: the column \"" + sName +
+             "\", which tells them apart, is not shown; choose it in the query.";
+    }
+    table.key.push_back(*column);
+  }
+  return {};
+}
+
+}  // namespace
+
+Updatability UpdatabilityOf(Connection& cn, RowTable table, const Recordset& rs) {
+  Updatability updatability;
+  Text sWhyNot;
+  try {
+    sWhyNot = FindKey(cn, rs, table);
+  } catch (const platform::Failure& failure) {
+    sWhyNot = "These rows can only be looked at: what tells them apart could not be read. " +
+              failure.Description();
+  }
+  updatability.table = std::move(table);
+  updatability.sWhyNot = QString::fromStdString(sWhyNot);
+  updatability.bUpdate = updatability.bInsert = updatability.bDelete = sWhyNot.empty();
+  return updatability;
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,454 @@
+#include "controls/grid_editing.h"
+
+#include <QRadioButton>
+#include <QTreeWidget>
+
+#include "controls/conflict_dialog.h"
+#include "controls/pending_review.h"
+#include "tests/controls/editing_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Long;
+using platform::RecordsetPtr;
+using platform::Text;
+
+class grid_editing : public EditingFixture {
+ protected:
+  grid_editing() {
+    m_server->Run(
+        "CREATE TABLE P..Pumps (Id INTEGER PRIMARY KEY, Name TEXT NOT NULL, Flow REAL, Note TEXT)");
+    m_server->Run(
+        "INSERT INTO P..Pumps VALUES (1, 'feed', 10.5, 'old'), (2, 'drain', 3.25, NULL), "
+        "(3, 'spare', 0, '')");
+  }
+  Text Pumps() { return Stored("SELECT * FROM P..Pumps ORDER BY Id"); }
+};
+
+TEST_F(grid_editing, a_value_that_is_typed_is_stored_when_its_row_is_left) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("99.5");
+  ASSERT_NE(Editor(), nullptr);
+  EXPECT_EQ(Editor()->text(), "99.5");
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "10.5");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Editor(), nullptr);
+  EXPECT_EQ(Rows().currentIndex().row(), 1);
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "99.5");
+  EXPECT_EQ(Cell(0, 2), "99.5");
+  EXPECT_EQ(Mark(0), "");
+  EXPECT_EQ(Label("pending"), "");
+}
+
+TEST_F(grid_editing, an_editor_opens_with_f2_enter_and_a_double_click) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Press(Qt::Key_F2);
+  ASSERT_NE(Editor(), nullptr);
+  EXPECT_EQ(Editor()->text(), "feed");
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(Editor(), nullptr);
+  Press(Qt::Key_Return);
+  ASSERT_NE(Editor(), nullptr);
+  Press(Qt::Key_Escape);
+  const QPoint cell = Rows().visualRect(Rows().model()->index(1, 1)).center();
+  QTest::mouseClick(Rows().viewport(), Qt::LeftButton, {}, cell);
+  QTest::mouseDClick(Rows().viewport(), Qt::LeftButton, {}, cell);
+  ASSERT_NE(Editor(), nullptr);
+  EXPECT_EQ(Editor()->text(), "drain");
+}
+
+TEST_F(grid_editing, looking_into_cells_changes_and_sends_nothing) {
+  m_server->Run("UPDATE P..Pumps SET Note = '  spaced ', Flow = 0.1 WHERE Id = 1");
+  Open("Pumps");
+  const Text sBefore = Pumps();
+  // Whatever was sent would be told apart by what somebody else wrote meanwhile.
+  m_server->Run("UPDATE P..Pumps SET Name = 'renamed'");
+  for (int nRow = 0; nRow < 4; ++nRow) {
+    for (int nColumn = 0; nColumn < 4; ++nColumn) {
+      GoTo(nRow, nColumn);
+      Press(Qt::Key_F2);
+      Press(Qt::Key_Tab);
+      Press(Qt::Key_F2);
+      Press(Qt::Key_Return);
+      EXPECT_EQ(Label("pending"), "");
+    }
+  }
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps WHERE Id = 1"), "renamed");
+  EXPECT_EQ(Rows().model()->rowCount(), 4);
+}
+
+TEST_F(grid_editing, what_is_no_value_stays_in_the_line_with_a_sentence) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("high");
+  Press(Qt::Key_Return);
+  ASSERT_NE(Editor(), nullptr);
+  EXPECT_EQ(Editor()->text(), "high");
+  const auto* problem = Rows().viewport()->findChild<QLabel*>("cellProblem");
+  ASSERT_NE(problem, nullptr);
+  EXPECT_EQ(problem->text().toStdString(),
+            "\"high\" is no number; enter digits, with \".\" as the decimal point.");
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(Cell(0, 2), "10.5");
+  EXPECT_EQ(Rows().viewport()->findChild<QLabel*>("cellProblem"), nullptr);
+}
+
+TEST_F(grid_editing, what_is_no_value_is_kept_and_not_sent_when_its_cell_is_left) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("high");
+  const QPoint other = Rows().visualRect(Rows().model()->index(2, 1)).center();
+  QTest::mouseClick(Rows().viewport(), Qt::LeftButton, {}, other);
+  Settle();
+  EXPECT_EQ(Cell(0, 2), "high");
+  EXPECT_EQ(Mark(0), "!");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "10.5");
+  GoTo(0, 2);
+  EXPECT_EQ(Label("notice"),
+            "Flow: \"high\" is no number; enter digits, with \".\" as the decimal point.");
+  Type("12");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "12");
+  EXPECT_EQ(Mark(0), "");
+}
+
+TEST_F(grid_editing, null_and_the_empty_text_are_two_values) {
+  Open("Pumps");
+  GoTo(0, 3);
+  Press(Qt::Key_0, Qt::ControlModifier);
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Stored("SELECT Note IS NULL FROM P..Pumps WHERE Id = 1"), "1");
+  GoTo(1, 3);
+  Type("x");
+  Press(Qt::Key_Backspace);
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Stored("SELECT Note = '' FROM P..Pumps WHERE Id = 2"), "1");
+  GoTo(2, 3);
+  Press(Qt::Key_F2);
+  Press(Qt::Key_0, Qt::ControlModifier);
+  EXPECT_EQ(Editor(), nullptr);
+  Press(Qt::Key_Up);
+  EXPECT_EQ(Stored("SELECT Note IS NULL FROM P..Pumps WHERE Id = 3"), "1");
+}
+
+TEST_F(grid_editing, escape_takes_the_cell_back_and_then_the_row) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("one");
+  Press(Qt::Key_Tab);
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  EXPECT_EQ(Mark(0), "\u2022");
+  Type("7");
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(Cell(0, 1), "one");
+  EXPECT_EQ(Cell(0, 2), "10.5");
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(Cell(0, 1), "feed");
+  EXPECT_EQ(Label("pending"), "");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Cell(0, 1), "one");
+  Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Cell(0, 1), "feed");
+}
+
+TEST_F(grid_editing, typing_into_the_empty_row_inserts_one) {
+  Open("Pumps");
+  int nInserted = 0;
+  const auto inserted = m_editor->OnInsert([&] { ++nInserted; });
+  GoTo(3, 1);
+  Type("new");
+  Press(Qt::Key_Tab);
+  Type("1.5");
+  EXPECT_EQ(Mark(3), "+");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Stored("SELECT Name, Flow FROM P..Pumps WHERE Id = 4"), "new|1.5");
+  EXPECT_EQ(Cell(3, 0), "4");
+  EXPECT_EQ(Rows().model()->rowCount(), 5);
+  EXPECT_EQ(nInserted, 1);
+  EXPECT_TRUE(m_editor->CanMove());
+  m_editor->MoveLast();
+  EXPECT_EQ(Rows().currentIndex().row(), 3);
+}
+
+TEST_F(grid_editing, selected_rows_are_deleted_after_one_question) {
+  Open("Pumps");
+  int nDeleted = 0;
+  const auto deleted = m_editor->OnDelete([&] { ++nDeleted; });
+  EXPECT_TRUE(m_editor->DeleteAllowed());
+  PressRowNumber(0);
+  PressRowNumber(1, Qt::ShiftModifier);
+  EXPECT_TRUE(m_editor->RowsSelected());
+  Press(Qt::Key_Delete);
+  auto* box = Window()->findChild<QMessageBox*>();
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->text(), "Delete 2 rows?");
+  EXPECT_EQ(Pumps().substr(0, 6), "1|feed");
+  Answer("Delete");
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps"), "spare");
+  EXPECT_EQ(Cell(0, 1), "spare");
+  EXPECT_EQ(Rows().model()->rowCount(), 2);
+  EXPECT_EQ(nDeleted, 1);
+}
+
+TEST_F(grid_editing, cancel_deletes_nothing) {
+  Open("Pumps");
+  m_editor->MoveFirst();
+  m_editor->DeleteSelectedRows();
+  Answer("Cancel");
+  EXPECT_EQ(Stored("SELECT count(*) FROM P..Pumps"), "3");
+  EXPECT_EQ(Rows().model()->rowCount(), 4);
+}
+
+TEST_F(grid_editing, a_row_that_the_server_refuses_keeps_what_was_typed) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Press(Qt::Key_0, Qt::ControlModifier);
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Cell(0, 1), "NULL");
+  EXPECT_EQ(Mark(0), "!");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  GoTo(0, 1);
+  EXPECT_NE(Label("notice"), "");
+  EXPECT_EQ(Rows().model()->headerData(0, Qt::Vertical, Qt::ToolTipRole).toString().isEmpty(),
+            false);
+  Type("again");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps WHERE Id = 1"), "again");
+  EXPECT_EQ(Mark(0), "");
+}
+
+TEST_F(grid_editing, a_row_that_somebody_else_changed_is_not_overwritten) {
+  Open("Pumps");
+  m_server->Run("UPDATE P..Pumps SET Flow = 77 WHERE Id = 1");
+  GoTo(0, 2);
+  Type("5");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "77");
+  EXPECT_EQ(Cell(0, 2), "5");
+  EXPECT_EQ(Mark(0), "!");
+}
+
+TEST_F(grid_editing, pending_rows_survive_that_the_view_is_hidden) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  Long lUpdatability = 0;
+  const RecordsetPtr rs = m_editor->DetachRecordset(lUpdatability);
+  m_editor->AttachRecordset({}, 0);
+  EXPECT_EQ(Label("pending"), "");
+  m_editor = std::make_unique<controls::TableEditor>(Services());
+  m_editor->Connection(m_cn);
+  m_editor->TableQuery(m_query);
+  m_editor->AttachRecordset(rs, lUpdatability);
+  Show();
+  EXPECT_EQ(Cell(0, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  EXPECT_TRUE(m_editor->DeleteAllowed());
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps WHERE Id = 1"), "kept");
+}
+
+TEST_F(grid_editing, a_refresh_carries_what_is_not_stored_to_the_new_rows) {
+  Open("Pumps");
+  GoTo(3, 1);
+  Type("new");
+  Press(Qt::Key_Tab);
+  GoTo(1, 2);
+  // Left without being sent: typed into while nothing lets the event loop run.
+  m_editor->Requery();
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  GoTo(1, 2);
+  Type("4.5");
+  m_server->Run("INSERT INTO P..Pumps VALUES (0, 'first', 1, 'one')");
+  m_editor->Requery();
+  EXPECT_EQ(Label("pending"), "2 rows not stored");
+  EXPECT_EQ(Cell(2, 1), "drain");
+  EXPECT_EQ(Cell(2, 2), "4.5");
+  EXPECT_EQ(Mark(2), "\u2022");
+  EXPECT_EQ(Cell(4, 1), "new");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 2"), "4.5");
+  EXPECT_EQ(Stored("SELECT Id FROM P..Pumps WHERE Name = 'new'"), "4");
+}
+
+TEST_F(grid_editing, a_row_that_is_not_fetched_again_is_kept_and_told) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  m_query->FilterCondition("Id > 1");
+  m_editor->Requery();
+  EXPECT_EQ(Cell(0, 1), "drain");
+  EXPECT_EQ(Cell(2, 0), "1");
+  EXPECT_EQ(Cell(2, 1), "kept");
+  EXPECT_EQ(Mark(2), "!");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps WHERE Id = 1"), "kept");
+}
+
+TEST_F(grid_editing, what_others_changed_before_a_refresh_is_not_overwritten_after_it) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("5");
+  Press(Qt::Key_Tab);
+  m_server->Run("UPDATE P..Pumps SET Flow = 77 WHERE Id = 1");
+  m_editor->Requery();
+  EXPECT_EQ(Cell(0, 2), "5");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "77");
+  EXPECT_EQ(Mark(0), "!");
+}
+
+TEST_F(grid_editing, rows_that_are_not_stored_stay_when_others_cannot_be_fetched) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  m_query->FilterCondition("Nonsense = 1");
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  EXPECT_EQ(Cell(0, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  EXPECT_NE(Label("notice"), "");
+  m_query->FilterCondition("");
+  m_query->Columns().Add("Id");
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  EXPECT_EQ(Cell(0, 1), "kept");
+}
+
+class ToldRows final : public platform::UnsentRows {
+ public:
+  void Tell(const Text&, const Text& sTable, platform::RowIndex rows) override {
+    told = sTable + " " + std::to_string(rows);
+  }
+  Long Round() const override { return lRound; }
+  Text told;
+  Long lRound = 0;
+};
+
+TEST_F(grid_editing, what_is_not_stored_comes_back_after_a_disconnection) {
+  const auto host = std::make_shared<ToldRows>();
+  m_unsent->Host(host);
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  EXPECT_EQ(host->told, "Pumps 1");
+  // As the snap-in disconnects the server of the table that is shown.
+  m_editor->AttachRecordset({}, 0);
+  EXPECT_EQ(host->told, "Pumps 1");
+  m_cn->Close();
+  m_editor.reset();
+  Open("Pumps");
+  EXPECT_EQ(Cell(0, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps WHERE Id = 1"), "kept");
+  EXPECT_EQ(host->told, "Pumps 0");
+}
+
+TEST_F(grid_editing, what_was_given_up_does_not_come_back) {
+  const auto host = std::make_shared<ToldRows>();
+  m_unsent->Host(host);
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  m_editor.reset();
+  EXPECT_EQ(host->told, "Pumps 1");
+  ++host->lRound;
+  Open("Pumps");
+  EXPECT_EQ(Cell(0, 1), "feed");
+}
+
+TEST_F(grid_editing, a_conflict_is_settled_value_by_value) {
+  Open("Pumps");
+  m_server->Run("UPDATE P..Pumps SET Flow = 77, Note = 'theirs' WHERE Id = 1");
+  GoTo(0, 1);
+  Type("mine");
+  Press(Qt::Key_Tab);
+  Type("5");
+  Press(Qt::Key_Return);
+  auto* dialog = Window()->findChild<ConflictDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  auto* store = dialog->findChild<QPushButton*>("settle");
+  ASSERT_NE(store, nullptr);
+  // Both have changed the flow: that is to be chosen.
+  EXPECT_FALSE(store->isEnabled());
+  for (auto* choice : dialog->findChildren<QRadioButton*>()) {
+    if (choice->accessibleName() == "Flow, theirs") choice->click();
+  }
+  EXPECT_TRUE(store->isEnabled());
+  store->click();
+  Settle();
+  EXPECT_EQ(Pumps().substr(0, Pumps().find('\n')), "1|mine|77|theirs");
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Cell(0, 3), "theirs");
+}
+
+TEST_F(grid_editing, a_row_that_is_gone_can_be_added_anew) {
+  Open("Pumps");
+  m_server->Run("DELETE FROM P..Pumps WHERE Id = 1");
+  GoTo(0, 1);
+  Type("mine");
+  Press(Qt::Key_Return);
+  auto* dialog = Window()->findChild<ConflictDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  for (auto* button : dialog->findChildren<QPushButton*>()) {
+    if (button->text() == "Add as &New Row") button->click();
+  }
+  Settle();
+  EXPECT_EQ(Stored("SELECT Name, Note FROM P..Pumps WHERE Id = 1"), "mine|old");
+}
+
+TEST_F(grid_editing, rows_that_are_not_stored_are_listed_and_discarded) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("99");
+  Press(Qt::Key_Tab);
+  auto* pending = Window()->findChild<QPushButton*>("pending");
+  QTest::mouseClick(pending, Qt::LeftButton);
+  auto* review = Window()->findChild<PendingReview*>();
+  ASSERT_NE(review, nullptr);
+  const auto* list = review->findChild<QTreeWidget*>("pendingRows");
+  ASSERT_EQ(list->topLevelItemCount(), 1);
+  EXPECT_EQ(list->topLevelItem(0)->text(1).toStdString(), "1, Flow: 10.5 \u2192 99");
+  review->findChild<QPushButton*>("discardRows")->click();
+  Settle();
+  EXPECT_EQ(Cell(0, 2), "10.5");
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Window()->findChild<PendingReview*>(), nullptr);
+}
+
+TEST_F(grid_editing, rows_of_a_view_or_without_a_key_can_only_be_looked_at) {
+  m_server->Run("CREATE VIEW P..Fast AS SELECT * FROM P..Pumps");
+  Open("Fast");
+  EXPECT_FALSE(m_editor->DeleteAllowed());
+  EXPECT_EQ(Label("readOnly"),
+            "These rows can only be looked at: they are those of a view; edit its tables.");
+  GoTo(0, 1);
+  Type("x");
+  EXPECT_EQ(Editor(), nullptr);
+  EXPECT_EQ(Label("notice"), Label("readOnly"));
+  EXPECT_EQ(Rows().model()->rowCount(), 3);
+}
+
+TEST_F(grid_editing, rows_whose_key_is_not_shown_can_only_be_looked_at) {
+  m_query->Columns().Add("Name");
+  Open("Pumps");
+  EXPECT_FALSE(m_editor->DeleteAllowed());
+  EXPECT_EQ(Label("readOnly"),
+            "These rows can only be looked at: the column \"Id\", which tells them apart, is not "
+            "shown; choose it in the query.");
+}
+
+TEST_F(grid_editing, rows_whose_times_are_numbers_can_only_be_looked_at) {
+  Open("Pumps", "Time as Double = True;");
+  EXPECT_FALSE(m_editor->DeleteAllowed());
+  EXPECT_NE(Label("readOnly").find("switch off \"Time as Double\""), Text::npos);
+}
+
+}  // namespace
+}  // namespace orvane::controls
