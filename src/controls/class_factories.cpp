@@ -34,19 +34,24 @@ template <class Control>
 class ControlFactory : public platform::ClassFactory {
  public:
   ControlFactory(std::shared_ptr<RowsStates> states, std::shared_ptr<UnsentStash> unsent,
-                 std::weak_ptr<void> life)
-      : m_states(std::move(states)), m_unsent(std::move(unsent)), m_life(std::move(life)) {}
+                 std::shared_ptr<QStringList> cellQueries, std::weak_ptr<void> life)
+      : m_states(std::move(states)),
+        m_unsent(std::move(unsent)),
+        m_cellQueries(std::move(cellQueries)),
+        m_life(std::move(life)) {}
 
   ObjectPtr CreateInstance(const Services& services) override {
     CheckWindowSystem();
     m_unsent->Host(services.unsentRows);
     return std::make_shared<Control>(GridServices{services.objects, m_states, m_life.lock(),
-                                                  MachineTime, services.failures, m_unsent});
+                                                  MachineTime, services.failures, m_unsent,
+                                                  m_cellQueries});
   }
 
  private:
   std::shared_ptr<RowsStates> m_states;
   std::shared_ptr<UnsentStash> m_unsent;
+  std::shared_ptr<QStringList> m_cellQueries;
   std::weak_ptr<void> m_life;
 };
 
@@ -68,8 +73,11 @@ Library::Library()
     : m_life(std::make_shared<int>()),
       m_states(std::make_shared<RowsStates>()),
       m_unsent(std::make_shared<UnsentStash>()),
-      m_tableEditor(std::make_unique<ControlFactory<TableEditor>>(m_states, m_unsent, m_life)),
-      m_queryResults(std::make_unique<ControlFactory<QueryResults>>(m_states, m_unsent, m_life)),
+      m_cellQueries(std::make_shared<QStringList>()),
+      m_tableEditor(
+          std::make_unique<ControlFactory<TableEditor>>(m_states, m_unsent, m_cellQueries, m_life)),
+      m_queryResults(std::make_unique<ControlFactory<QueryResults>>(m_states, m_unsent,
+                                                                    m_cellQueries, m_life)),
       m_tableQuery(std::make_unique<TableQueryFactory>(m_life)) {}
 
 std::vector<platform::ComponentDescription> Library::Classes() {

@@ -2,6 +2,7 @@
 // One Library a component, owned by its entry points; user-interface thread.
 #pragma once
 
+#include <QStringList>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,7 @@ class Library {
   std::shared_ptr<void> m_life;
   std::shared_ptr<RowsStates> m_states;
   std::shared_ptr<UnsentStash> m_unsent;
+  std::shared_ptr<QStringList> m_cellQueries;
   std::unique_ptr<platform::ClassFactory> m_tableEditor;
   std::unique_ptr<platform::ClassFactory> m_queryResults;
   std::unique_ptr<platform::ClassFactory> m_tableQuery;

@@ -31,13 +31,16 @@ class GridControl : public Interface {
   void MoveLast() override {
     m_core.Window().Rows().SelectRow(m_core.Window().Rows().Model().Places() - 1);
   }
-  void CellQuery() override { FailNotPossible("Filling a cell from a query is not possible"); }
+  void CellQuery() override {
+    if (!CanCellQuery()) FailNotPossible("Filling a cell from a query is not possible");
+    m_core.Editing().Filling().CellQuery();
+  }
   void DeleteSelectedRows() override {
     if (!DeleteAllowed()) FailNotPossible("Deleting rows is not possible");
     m_core.Editing().DeleteSelectedRows();
   }
   platform::Boolean CanMove() const override { return m_core.Window().Rows().Model().Places() > 0; }
-  platform::Boolean CanCellQuery() const override { return false; }
+  platform::Boolean CanCellQuery() const override { return m_core.Editing().Filling().CanFill(); }
   platform::Boolean DeleteAllowed() const override { return m_core.Editing().DeleteAllowed(); }
   platform::Boolean RowsSelected() const override { return m_core.Window().Rows().RowsSelected(); }
 

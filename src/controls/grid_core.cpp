@@ -64,10 +64,15 @@ GridCore::GridCore(GridServices services, const QString& sName)
       [this](const RecordsetPtr& rs, platform::RowIndex row, const controls::Updatability& can) {
         return Send(rs, row, can);
       },
-      GridEditing::Events{
-          tell(&GridEvents::insert), tell(&GridEvents::remove), [this](platform::RowIndex rows) {
-            m_services.unsent->Tell(m_sPlace, m_editing->Session().Updatability().table, rows);
-          }});
+      GridEditing::Events{tell(&GridEvents::insert), tell(&GridEvents::remove),
+                          [this](platform::RowIndex rows) {
+                            m_services.unsent->Tell(
+                                m_sPlace, m_editing->Session().Updatability().table, rows);
+                          }},
+      [this](const Text& sSqlText) {
+        return Ask(sSqlText, CellFilling::kMostValues, m_lQueryTimeout);
+      },
+      m_services.cellQueries);
 }
 
 GridCore::~GridCore() {

@@ -32,6 +32,8 @@ struct GridServices {
   std::function<platform::Timestamp()> now = MachineTime;
   std::shared_ptr<platform::FailureLog> failures = {};  ///< or none
   std::shared_ptr<UnsentStash> unsent = std::make_shared<UnsentStash>();
+  /// The statements that filled cells last.
+  std::shared_ptr<QStringList> cellQueries = std::make_shared<QStringList>();
 };
 
 /// What a grid says when a recordset has no rows.

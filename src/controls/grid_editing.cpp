@@ -35,13 +35,15 @@ bool WouldType(const QKeyEvent& event) {
 
 }  // namespace
 
-GridEditing::GridEditing(GridWindow& window, Sender sender, Events events)
+GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellFilling::Asker asker,
+                         std::shared_ptr<QStringList> lastQueries)
     : QObject(&window),
       m_window(window),
       m_rows(&window.Rows()),
       m_sender(std::move(sender)),
       m_events(std::move(events)),
-      m_session([this](std::optional<RowIndex> row) { RowChanged(row); }) {
+      m_session([this](std::optional<RowIndex> row) { RowChanged(row); }),
+      m_filling(new CellFilling(window, m_session, std::move(asker), std::move(lastQueries))) {
   RowView& rows = m_window.Rows();
   rows.installEventFilter(this);
   rows.viewport()->installEventFilter(this);
@@ -92,6 +94,14 @@ void GridEditing::AddCommands() {
       {CommandGroup::Edit, "&Edit Cell", Qt::Key_F2, [this] { StartEditing(); }, canEdit, edits});
   commands.Add({CommandGroup::Edit, "Set to &Null", Qt::CTRL | Qt::Key_0, [this] { SetNull(); },
                 canEdit, edits});
+  commands.Add({CommandGroup::Edit, "&Paste", QKeySequence::Paste, [this] { m_filling->Paste(); },
+                canEdit, edits});
+  commands.Add({CommandGroup::Edit,
+                "Fill from a &Query\u2026",
+                {},
+                [this] { m_filling->CellQuery(); },
+                canEdit,
+                edits});
   commands.Add({CommandGroup::Edit, "&Undo", QKeySequence::Undo, [this] { GoTo(m_session.Undo()); },
                 [this] { return m_session.Recordset() && m_session.Notes()->steps.CanUndo(); },
                 edits});

@@ -11,6 +11,7 @@
 #include <span>
 #include <vector>
 
+#include "controls/cell_filling.h"
 #include "controls/edit_session.h"
 #include "controls/row_sending.h"
 
@@ -34,7 +35,8 @@ class GridEditing final : public QObject {
     std::function<void(platform::RowIndex)> pending;
   };
 
-  GridEditing(GridWindow& window, Sender sender, Events events);
+  GridEditing(GridWindow& window, Sender sender, Events events, CellFilling::Asker asker,
+              std::shared_ptr<QStringList> lastQueries);
   ~GridEditing() override;
 
   /// Takes the rows over that the window shows.
@@ -46,6 +48,9 @@ class GridEditing final : public QObject {
   bool IsTyping() const { return Typed() != nullptr; }
   /// What is being typed becomes a value of its cell, or is kept there as it is.
   void TakeTyped();
+
+  /// Queries that fill cells, and pasting.
+  CellFilling& Filling() { return *m_filling; }
 
   EditSession& Session() { return m_session; }
   const EditSession& Session() const { return m_session; }
@@ -88,6 +93,7 @@ class GridEditing final : public QObject {
   Events m_events;
   EditSession m_session;
   std::set<platform::RowIndex> m_left;  ///< rows to be sent
+  CellFilling* m_filling;               ///< the window's, too
   QPointer<PendingReview> m_review;
   bool m_bSending = false;
 };

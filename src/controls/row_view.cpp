@@ -11,6 +11,7 @@
 
 #include "controls/cell_delegate.h"
 #include "controls/clipboard_text.h"
+#include "controls/copied_cells.h"
 #include "controls/header_view.h"
 #include "controls/row_numbers.h"
 #include "controls/row_places.h"
@@ -200,7 +201,14 @@ void RowView::currentChanged(const QModelIndex& current, const QModelIndex& prev
 }
 
 void RowView::Copy(bool bNames) const {
-  QItemSelection selection = selectionModel()->selection();
+  // The empty row at the end holds nothing.
+  QItemSelection selection;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    const int nBottom = std::min(range.bottom(), m_model->Places() - 1);
+    if (nBottom < range.top()) continue;
+    selection.select(m_model->index(range.top(), range.left()),
+                     m_model->index(nBottom, range.right()));
+  }
   if (selection.isEmpty() && currentIndex().isValid()) {
     selection.select(currentIndex(), currentIndex());
   }
@@ -224,7 +232,10 @@ void RowView::Copy(bool bNames) const {
   const bool bOneCell =
       selection.size() == 1 && selection.first().width() == 1 && selection.first().height() == 1;
   if (bOneCell && !bNames) text->chop(1);
-  QGuiApplication::clipboard()->setText(*text);
+  auto* data = new QMimeData;
+  data->setText(*text);
+  if (!bNames) AddCells(*data, *m_model, selection);
+  QGuiApplication::clipboard()->setMimeData(data);
   Copied({});
 }
 

@@ -1,0 +1,111 @@
+#include "controls/copied_cells.h"
+
+#include <QDataStream>
+#include <QIODevice>
+#include <set>
+
+#include "controls/clipboard_text.h"
+#include "controls/value_input.h"
+
+namespace orvane::controls {
+
+using platform::Text;
+
+namespace {
+
+constexpr const char* kCellsFormat = "application/x-orvane-cells";
+/// Copying more goes by text alone, in the time of writing it.
+constexpr qsizetype kMostExactCells = 200'000;
+
+std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
+  QDataStream stream(bytes);
+  stream.setVersion(QDataStream::Qt_6_0);
+  CopiedCells cells;
+  qint32 nColumns = 0;
+  stream >> nColumns;
+  if (nColumns <= 0) return std::nullopt;
+  while (!stream.atEnd()) {
+    auto& row = cells.emplace_back();
+    for (qint32 n = 0; n < nColumns; ++n) {
+      bool bNull = false;
+      QByteArray text;
+      stream >> bNull >> text;
+      if (stream.status() != QDataStream::Ok) return std::nullopt;
+      row.push_back(bNull ? std::nullopt : std::optional(text.toStdString()));
+    }
+  }
+  return cells;
+}
+
+CopiedCells ReadText(const QString& sText) {
+  CopiedCells cells;
+  qsizetype n = 0;
+  const auto at = [&](qsizetype nAt) { return nAt < sText.size() ? sText.at(nAt) : QChar(); };
+  while (n < sText.size()) {
+    auto& row = cells.emplace_back();
+    for (bool bMore = true; bMore;) {
+      QString sCell;
+      const bool bQuoted = at(n) == u'"';
+      if (bQuoted) {
+        for (++n; n < sText.size(); ++n) {
+          if (at(n) != u'"') {
+            sCell += at(n);
+          } else if (at(n + 1) == u'"') {
+            sCell += at(++n);
+          } else {
+            break;
+          }
+        }
+        ++n;
+      }
+      while (n < sText.size() && at(n) != u'\t' && at(n) != u'\n' && at(n) != u'\r') {
+        sCell += at(n++);
+      }
+      const bool bNull = sCell.isEmpty() && !bQuoted;
+      row.push_back(bNull ? std::nullopt : std::optional(sCell.toStdString()));
+      bMore = at(n) == u'\t';
+      if (bMore) ++n;
+    }
+    if (at(n) == u'\r') ++n;
+    if (at(n) == u'\n') ++n;
+  }
+  return cells;
+}
+
+}  // namespace
+
+void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection) {
+  std::set<int> columns;
+  for (const QItemSelectionRange& range : selection) {
+    for (int n = range.left(); n <= range.right(); ++n) columns.insert(n);
+  }
+  if (SelectedRows(selection) * static_cast<platform::RowIndex>(columns.size()) > kMostExactCells) {
+    return;
+  }
+  const ValueInput input(model.Format().Zone());
+  QByteArray bytes;
+  QDataStream stream(&bytes, QIODevice::WriteOnly);
+  stream.setVersion(QDataStream::Qt_6_0);
+  stream << static_cast<qint32>(columns.size());
+  for (const auto& [nFirst, nLast] : RowSpans(selection)) {
+    for (int nRow = nFirst; nRow <= nLast; ++nRow) {
+      for (const int nColumn : columns) {
+        const bool bSelected = selection.contains(model.index(nRow, nColumn));
+        const platform::Value vtValue =
+            bSelected ? model.ValueAt(nRow, nColumn) : platform::Value();
+        stream << vtValue.IsNull() << QByteArray::fromStdString(input.Shown(vtValue));
+      }
+    }
+  }
+  data.setData(kCellsFormat, bytes);
+}
+
+std::optional<CopiedCells> ReadCells(const QMimeData& data) {
+  if (data.hasFormat(kCellsFormat)) {
+    if (auto cells = ReadOwn(data.data(kCellsFormat))) return cells;
+  }
+  if (!data.hasText() || data.text().isEmpty()) return std::nullopt;
+  return ReadText(data.text());
+}
+
+}  // namespace orvane::controls

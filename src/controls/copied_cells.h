@@ -1,0 +1,24 @@
+// Cells on the clipboard: in a form of this library's own, exact in every value, and the tables of
+// text that other programs put there. Used by copying and pasting; user-interface thread.
+#pragma once
+
+#include <QItemSelection>
+#include <QMimeData>
+#include <optional>
+#include <vector>
+
+#include "controls/row_model.h"
+
+namespace orvane::controls {
+
+/// Rows of cells as they can be typed; none is null.
+using CopiedCells = std::vector<std::vector<std::optional<platform::Text>>>;
+
+/// Adds the values of the selection's smallest table to what goes on the clipboard.
+void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection);
+/// The cells on the clipboard; without any of this library's those of its text, parted by tabs and
+/// line breaks, where text in quotes may have both. An empty cell of a text is null, two quotes are
+/// the empty text. None when there is neither.
+std::optional<CopiedCells> ReadCells(const QMimeData& data);
+
+}  // namespace orvane::controls
