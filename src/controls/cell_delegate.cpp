@@ -146,6 +146,11 @@ bool CellDelegate::eventFilter(QObject* watched, QEvent* event) {
   switch (key.key()) {
     case Qt::Key_Enter:
     case Qt::Key_Return:
+      if (key.modifiers().testFlag(Qt::AltModifier)) {
+        // The view's own command takes what was typed into a window.
+        QCoreApplication::sendEvent(parent(), event);
+        return true;
+      }
       Leave(*editor, {bShift ? Qt::Key_Up : Qt::Key_Down});
       return true;
     case Qt::Key_Up:

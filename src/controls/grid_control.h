@@ -37,7 +37,7 @@ class GridControl : public Interface {
   }
   void DeleteSelectedRows() override {
     if (!DeleteAllowed()) FailNotPossible("Deleting rows is not possible");
-    m_core.Editing().DeleteSelectedRows();
+    m_core.Editing().Questions().DeleteSelectedRows();
   }
   platform::Boolean CanMove() const override { return m_core.Window().Rows().Model().Places() > 0; }
   platform::Boolean CanCellQuery() const override { return m_core.Editing().Filling().CanFill(); }

@@ -312,6 +312,8 @@ Sent GridCore::Send(const RecordsetPtr& rs, platform::RowIndex row,
                 .Send(*rs, row)};
   } catch (const Failure& failure) {
     return {{}, QString::fromStdString(failure.Description())};
+  } catch (const std::exception& exception) {
+    return {{}, QString::fromUtf8(exception.what())};
   }
 }
 

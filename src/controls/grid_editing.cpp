@@ -2,17 +2,14 @@
 
 #include <QItemSelectionModel>
 #include <QKeyEvent>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
 
 #include "controls/cell_editor.h"
-#include "controls/conflict_dialog.h"
 #include "controls/grid_window.h"
-#include "controls/pending_review.h"
 #include "controls/status_strip.h"
+#include "controls/value_dialog.h"
 
 namespace orvane::controls {
 
@@ -43,7 +40,13 @@ GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellF
       m_sender(std::move(sender)),
       m_events(std::move(events)),
       m_session([this](std::optional<RowIndex> row) { RowChanged(row); }),
-      m_filling(new CellFilling(window, m_session, std::move(asker), std::move(lastQueries))) {
+      m_filling(new CellFilling(window, m_session, std::move(asker), std::move(lastQueries))),
+      m_questions(new RowQuestions(
+          window, m_session,
+          {[this] { StoreAll(); }, [this](RowIndex row) { GoTo(row); },
+           [this](RowIndex row) { Leave(row); }, [this](const auto& rows) { DeleteRows(rows); }},
+          this)) {
+  m_filling->setParent(this);
   RowView& rows = m_window.Rows();
   rows.installEventFilter(this);
   rows.viewport()->installEventFilter(this);
@@ -56,7 +59,7 @@ GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellF
           });
   AddCommands();
   m_window.Rows().Model().Editing(&m_session);
-  m_window.Status().OnPendingPressed([this] { Review(); });
+  m_window.Status().OnPendingPressed([this] { m_questions->Review(); });
 }
 
 GridEditing::~GridEditing() {
@@ -71,6 +74,8 @@ void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatabili
   const auto& can = m_session.Updatability();
   rows.setEditTriggers(can.bUpdate || can.bInsert ? kTriggers : QAbstractItemView::NoEditTriggers);
   m_window.Status().ReadOnly(can.sWhyNot);
+  // Where these rows are in sight already, an empty one may have to come or go.
+  if (rows.Model().Recordset() == rs) rows.Model().TakeRowsIn();
   TellOfPending();
 }
 
@@ -92,6 +97,8 @@ void GridEditing::AddCommands() {
   const auto edits = [this] { return m_session.Updatability().bUpdate; };
   commands.Add(
       {CommandGroup::Edit, "&Edit Cell", Qt::Key_F2, [this] { StartEditing(); }, canEdit, edits});
+  commands.Add({CommandGroup::Edit, "Edit in a &Window\u2026", Qt::ALT | Qt::Key_Return,
+                [this] { EditInWindow(); }, canEdit, edits});
   commands.Add({CommandGroup::Edit, "Set to &Null", Qt::CTRL | Qt::Key_0, [this] { SetNull(); },
                 canEdit, edits});
   commands.Add({CommandGroup::Edit, "&Paste", QKeySequence::Paste, [this] { m_filling->Paste(); },
@@ -113,10 +120,15 @@ void GridEditing::AddCommands() {
                 [this] { DiscardRow(); }, pending, edits});
   commands.Add({CommandGroup::Edit, "&Store Changes", Qt::CTRL | Qt::Key_Return,
                 [this] { StoreAll(); }, pending, edits});
-  commands.Add(
-      {CommandGroup::Edit, "Rows &Not Stored\u2026", {}, [this] { Review(); }, pending, edits});
+  commands.Add({CommandGroup::Edit,
+                "Rows &Not Stored\u2026",
+                {},
+                [this] { m_questions->Review(); },
+                pending,
+                edits});
   commands.Add({CommandGroup::Edit, "&Delete Rows\u2026", Qt::Key_Delete,
-                [this] { DeleteSelectedRows(); }, [this] { return m_window.Rows().RowsSelected(); },
+                [this] { m_questions->DeleteSelectedRows(); },
+                [this] { return m_window.Rows().RowsSelected(); },
                 [this] { return DeleteAllowed(); }});
 }
 
@@ -167,6 +179,23 @@ void GridEditing::StartEditing() {
   RowView& rows = m_window.Rows();
   const QModelIndex index = rows.currentIndex();
   if (index.isValid() && rows.model()->flags(index).testFlag(Qt::ItemIsEditable)) rows.edit(index);
+}
+
+void GridEditing::EditInWindow() {
+  TakeTyped();
+  const RowModel& model = m_window.Rows().Model();
+  const QModelIndex index = m_window.Rows().currentIndex();
+  if (!index.isValid() || !index.flags().testFlag(Qt::ItemIsEditable)) return;
+  const RecordsetPtr rs = m_session.Recordset();
+  auto* dialog = new ValueDialog({model.ValueAt(index.row(), index.column()),
+                                  rs->FieldAt(index.column()).Type(), m_session.Input()},
+                                 model.ColumnName(index.column()), &m_window);
+  connect(dialog, &QDialog::accepted, this,
+          [this, dialog, rs, row = model.RecordRow(index.row()), nColumn = index.column()] {
+            if (m_session.Recordset() != rs || !dialog->Taken()) return;
+            m_session.Edit(row, nColumn, *dialog->Taken());
+          });
+  dialog->open();
 }
 
 std::vector<CellEdit> GridEditing::SelectedCells() const {
@@ -252,7 +281,7 @@ bool GridEditing::SendOne(RowIndex row) {
   }
   if (sent.answer->conflict) {
     m_session.Conflict(row, *sent.answer->conflict);
-    AskToSettle(row);
+    m_questions->AskToSettle(row);
     return false;
   }
   m_session.Stored(row, sent.answer->stored);
@@ -260,81 +289,7 @@ bool GridEditing::SendOne(RowIndex row) {
   return true;
 }
 
-// ---- settling
-
-void GridEditing::AskToSettle(RowIndex row) {
-  const RowConflict* conflict = m_session.ConflictOf(row);
-  // One question at a time; the others wait in the list.
-  if (!conflict || m_window.findChild<ConflictDialog*>()) return;
-  const RecordsetPtr rs = m_session.Recordset();
-  auto* dialog = new ConflictDialog(*conflict, *rs, rs->StateAt(row) == RowState::Deleted,
-                                    m_window.Rows().Model().Format(), &m_window);
-  connect(dialog, &QDialog::finished, this, [this, dialog, rs, row](int nAnswer) {
-    if (nAnswer == ConflictDialog::kLater || m_session.Recordset() != rs) return;
-    if (nAnswer == ConflictDialog::kAddAsNew) {
-      AddAsNew(row);
-    } else {
-      m_session.Settle(row, dialog->Mine(), nAnswer == ConflictDialog::kDelete);
-    }
-    Leave(row);
-    if (m_review) m_review->Refresh();
-  });
-  dialog->open();
-}
-
-void GridEditing::AddAsNew(RowIndex row) {
-  const RecordsetPtr rs = m_session.Recordset();
-  std::vector<CellEdit> edits;
-  for (ColumnIndex column = 0; column < rs->FieldCount(); ++column) {
-    edits.push_back({rs->RecordCount(), column, rs->ValueAt(row, column)});
-  }
-  m_session.Settle(row, {}, false);
-  m_session.Edit(edits);
-  Leave(edits.front().row);
-}
-
-void GridEditing::Review() {
-  if (m_session.Pending().empty() || m_review) return;
-  m_review = new PendingReview(m_session, m_window.Rows().Model().Format(),
-                               {[this] { StoreAll(); }, [this](RowIndex row) { GoTo(row); },
-                                [this](RowIndex row) { AskToSettle(row); }},
-                               &m_window);
-  m_review->open();
-}
-
 // ---- deleting
-
-std::vector<RowIndex> GridEditing::SelectedRecordRows() const {
-  RowView& rows = m_window.Rows();
-  const int nLast = rows.model()->columnCount() - 1;
-  std::set<RowIndex> selected;
-  for (const QItemSelectionRange& range : rows.selectionModel()->selection()) {
-    if (range.left() != 0 || range.right() != nLast) continue;
-    for (int nRow = range.top(); nRow <= range.bottom(); ++nRow) {
-      if (!rows.Model().IsEmptyRow(nRow)) selected.insert(rows.Model().RecordRow(nRow));
-    }
-  }
-  return {selected.begin(), selected.end()};
-}
-
-void GridEditing::DeleteSelectedRows() {
-  const auto rows = SelectedRecordRows();
-  if (rows.empty() || !DeleteAllowed()) return;
-  auto* box = new QMessageBox(&m_window);
-  box->setObjectName("deleteRows");
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setIcon(QMessageBox::Question);
-  box->setWindowTitle("Delete Rows");
-  box->setText(QStringLiteral("Delete %1?").arg(RowsText(static_cast<RowIndex>(rows.size()))));
-  box->setInformativeText("The server deletes them at once; that cannot be undone.");
-  const auto* yes = box->addButton("&Delete", QMessageBox::AcceptRole);
-  box->setDefaultButton(box->addButton(QMessageBox::Cancel));
-  const RecordsetPtr rs = m_session.Recordset();
-  connect(box, &QMessageBox::buttonClicked, this, [this, box, yes, rs, rows] {
-    if (box->clickedButton() == yes && m_session.Recordset() == rs) DeleteRows(rows);
-  });
-  box->open();
-}
 
 void GridEditing::DeleteRows(const std::vector<RowIndex>& rows) {
   const auto toSend = m_session.Delete(rows);

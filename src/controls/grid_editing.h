@@ -13,13 +13,13 @@
 
 #include "controls/cell_filling.h"
 #include "controls/edit_session.h"
+#include "controls/row_questions.h"
 #include "controls/row_sending.h"
 
 namespace orvane::controls {
 
 class CellEditor;
 class GridWindow;
-class PendingReview;
 class RowView;
 
 class GridEditing final : public QObject {
@@ -49,6 +49,7 @@ class GridEditing final : public QObject {
   /// What is being typed becomes a value of its cell, or is kept there as it is.
   void TakeTyped();
 
+  RowQuestions& Questions() { return *m_questions; }
   /// Queries that fill cells, and pasting.
   CellFilling& Filling() { return *m_filling; }
 
@@ -56,12 +57,6 @@ class GridEditing final : public QObject {
   const EditSession& Session() const { return m_session; }
 
   bool DeleteAllowed() const { return m_session.Updatability().bDelete; }
-  /// Asks once, then deletes the selected rows at the server.
-  void DeleteSelectedRows();
-  /// Lists the rows that are not stored.
-  void Review();
-  /// Asks what becomes of a row that somebody else has changed; nothing of one without a conflict.
-  void AskToSettle(platform::RowIndex row);
   /// Sends all rows that are not stored, one after the other.
   void StoreAll();
 
@@ -72,15 +67,14 @@ class GridEditing final : public QObject {
   CellEditor* Typed() const;
   void AddCommands();
   void StartEditing();
+  void EditInWindow();
   void SetNull();
   void DiscardRow();
   void GoTo(std::optional<platform::RowIndex> row);
   void Leave(platform::RowIndex row);
   void SendLeft();
   bool SendOne(platform::RowIndex row);
-  void AddAsNew(platform::RowIndex row);
   void DeleteRows(const std::vector<platform::RowIndex>& rows);
-  std::vector<platform::RowIndex> SelectedRecordRows() const;
   std::vector<CellEdit> SelectedCells() const;
   bool RefuseEdit();
   void RowChanged(std::optional<platform::RowIndex> row);
@@ -93,8 +87,8 @@ class GridEditing final : public QObject {
   Events m_events;
   EditSession m_session;
   std::set<platform::RowIndex> m_left;  ///< rows to be sent
-  CellFilling* m_filling;               ///< the window's, too
-  QPointer<PendingReview> m_review;
+  CellFilling* m_filling;
+  RowQuestions* m_questions;
   bool m_bSending = false;
 };
 

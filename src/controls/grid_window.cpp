@@ -211,8 +211,15 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
   const RowsState present = m_rows->State();
   m_rows->ShowRows(rs, format, bCame && m_rows->HasRows() ? &present : state);
   if (bCame) m_rows->ArrangeNow();
-  if (m_rows->HasRows()) {
+  if (m_rows->Model().Places() > 0) {
     m_notice->Say({}, {});
+  } else if (m_rows->HasRows()) {
+    // Only the empty row at the end, which the notice covers until it is wanted.
+    m_notice->Ask(sNoRowsTitle, sNoRowsSentence, "&Add a Row", [this] {
+      m_notice->Say({}, {});
+      m_rows->setFocus();
+      m_rows->GoTo(0, 0);
+    });
   } else {
     m_notice->Say(sNoRowsTitle, sNoRowsSentence);
   }

@@ -46,6 +46,7 @@ void RowModel::Recordset(platform::RecordsetPtr rs, CellFormat format) {
   m_order.reset();
   FindGonePlaces();
   m_nPlaces = CountPlaces();
+  m_bEmptyRow = OffersNewRow();
   endResetModel();
 }
 
@@ -99,6 +100,20 @@ void RowModel::TakeRowsIn() {
     m_nPlaces = nPlaces;
     endRemoveRows();
   }
+  if (m_bEmptyRow == OffersNewRow()) return;
+  if (m_bEmptyRow) {
+    beginRemoveRows({}, m_nPlaces, m_nPlaces);
+    m_bEmptyRow = false;
+    endRemoveRows();
+  } else {
+    beginInsertRows({}, m_nPlaces, m_nPlaces);
+    m_bEmptyRow = true;
+    endInsertRows();
+  }
+}
+
+bool RowModel::OffersNewRow() const {
+  return m_recordset && m_editing && m_editing->OffersNewRow();
 }
 
 void RowModel::Order(std::shared_ptr<const RowOrder> order) {
@@ -106,6 +121,7 @@ void RowModel::Order(std::shared_ptr<const RowOrder> order) {
   m_order = std::move(order);
   FindGonePlaces();
   m_nPlaces = CountPlaces();
+  m_bEmptyRow = OffersNewRow();
   endResetModel();
 }
 
@@ -142,6 +158,7 @@ int RowModel::PlaceOf(RowIndex row) const {
 void RowModel::Editing(RowEditing* editing) {
   beginResetModel();
   m_editing = editing;
+  m_bEmptyRow = OffersNewRow();
   endResetModel();
 }
 
@@ -181,7 +198,7 @@ QString RowModel::ColumnName(int nColumn) const {
 
 int RowModel::rowCount(const QModelIndex& parent) const {
   if (parent.isValid() || !m_recordset) return 0;
-  return m_nPlaces + (m_editing && m_editing->OffersNewRow() ? 1 : 0);
+  return m_nPlaces + (m_bEmptyRow ? 1 : 0);
 }
 
 int RowModel::columnCount(const QModelIndex& parent) const {

@@ -91,6 +91,7 @@ class RowModel : public QAbstractTableModel {
 
  private:
   int CountPlaces() const;
+  bool OffersNewRow() const;
   void TakeRowsOut();
   void FindGonePlaces();
   std::optional<platform::RowIndex> OrderedPlaceOf(platform::RowIndex row) const;
@@ -104,7 +105,8 @@ class RowModel : public QAbstractTableModel {
   /// Where rows stood that are to be seen no more, in ascending order, and how many were taken out.
   std::vector<platform::RowIndex> m_gonePlaces;
   std::size_t m_nGoneRows = 0;
-  int m_nPlaces = 0;  ///< as told to those who look, without the empty row
+  bool m_bEmptyRow = false;  ///< as told to those who look
+  int m_nPlaces = 0;         ///< as told to those who look, without the empty row
   CellFormat m_format;
   std::set<platform::RowIndex> m_newRows;
   std::set<platform::RowIndex> m_nextNewRows;

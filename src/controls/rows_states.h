@@ -52,8 +52,8 @@ struct RowsState {
   std::shared_ptr<const RowOrder> order;  ///< what came of the arrangement; null for none
   platform::Text sSqlText;                ///< the statement that fetched the rows
   std::optional<RowsOrigin> origin;
-  Viewing viewing;  ///< what the grid had added to its table's query
-  platform::Text sPlace;                             ///< what tells their table from all others
+  Viewing viewing;        ///< what the grid had added to its table's query
+  platform::Text sPlace;  ///< what tells their table from all others
   std::shared_ptr<const Updatability> updatability;  ///< null where nobody asked the server
   std::shared_ptr<EditNotes> notes;                  ///< null for rows that cannot be edited
 };

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 
 #include "console/window/notice_bar.h"
@@ -61,6 +62,36 @@ TEST_F(MainWindowTest, question_before_unsaved_work_is_dropped_can_be_cancelled)
   EXPECT_EQ(answer.Count(), 3);
   EXPECT_TRUE(m_window->isVisible());
   EXPECT_TRUE(m_window->IsModified());
+}
+
+TEST_F(MainWindowTest, a_question_comes_before_rows_that_are_not_stored_are_lost) {
+  m_unsentRows.Tell("place", "Data", 2);
+  {
+    DialogAnswer answer([](QWidget* box) {
+      EXPECT_EQ(box->objectName(), "unsentRowsBox");
+      EXPECT_EQ(qobject_cast<QMessageBox*>(box)->text(),
+                "2 rows of the table \"Data\" are not stored.");
+      QTest::keyClick(box, Qt::Key_Return);
+    });
+    EXPECT_FALSE(m_window->NewDocument());
+    EXPECT_FALSE(m_window->close());
+    EXPECT_EQ(answer.Count(), 2);
+  }
+  EXPECT_TRUE(m_unsentRows.Any());
+  const auto lRound = m_unsentRows.Round();
+  {
+    DialogAnswer answer([](QWidget* box) {
+      for (auto* button : qobject_cast<QMessageBox*>(box)->buttons()) {
+        if (button->text() == "&Discard Changes") button->click();
+      }
+    });
+    EXPECT_TRUE(m_window->NewDocument());
+  }
+  EXPECT_FALSE(m_unsentRows.Any());
+  EXPECT_GT(m_unsentRows.Round(), lRound);
+  m_unsentRows.Tell("place", "Data", 1);
+  m_unsentRows.Tell("place", "Data", 0);
+  EXPECT_TRUE(m_window->NewDocument());
 }
 
 TEST_F(MainWindowTest, question_discards_or_saves_as_answered) {

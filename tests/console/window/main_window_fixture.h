@@ -92,6 +92,7 @@ class MainWindowTest : public testing::Test {
     parts.services.failures = m_boxes;
     parts.services.longOperation = m_wait;
     parts.boxes = m_boxes.get();
+    parts.unsentRows = &m_unsentRows;
     parts.eventEnded = [this] { ++m_iEventsEnded; };
     parts.settings = &m_settings;
     m_window = std::make_unique<MainWindow>(std::move(parts));
@@ -167,6 +168,7 @@ class MainWindowTest : public testing::Test {
   std::shared_ptr<NotedFailures> m_log = std::make_shared<NotedFailures>();
   std::shared_ptr<ToldWait> m_wait = std::make_shared<ToldWait>();
   std::shared_ptr<MessageBoxes> m_boxes;
+  UnsentRows m_unsentRows;
   std::unique_ptr<MainWindow> m_window;
 };
 
