@@ -87,7 +87,8 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   viewport()->update();
   Numbers().update();
   Names().viewport()->update();
-  if (!state && HasRows()) ArrangeNow();
+  // A state without an order is of rows that have not been put into one yet.
+  if ((!state || !state->order) && HasRows()) ArrangeNow();
 }
 
 void RowView::Restore(const RowsState& state) {

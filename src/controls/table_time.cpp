@@ -32,6 +32,28 @@ struct Marked {
   std::shared_ptr<bool> b;
 };
 
+/// The state as it is with the rows as they came, whatever order was made of them here: that order
+/// is of these rows alone.
+RowsState InTheirOwnOrder(RowsState state, const RowModel& model) {
+  if (!model.Order()) return state;
+  constexpr std::size_t kMostSelected = 10'000;
+  const auto row = [&](int nPlace) {
+    return nPlace < 0 ? -1 : static_cast<int>(model.RecordRow(nPlace));
+  };
+  state.order.reset();
+  state.nCurrentRow = row(state.nCurrentRow);
+  state.nTopRow = 0;
+  std::vector<CellRange> selection;
+  for (const CellRange& range : state.selection) {
+    for (int nPlace = range.nTop; nPlace <= range.nBottom && selection.size() < kMostSelected;
+         ++nPlace) {
+      selection.push_back({row(nPlace), range.nLeft, row(nPlace), range.nRight});
+    }
+  }
+  state.selection = std::move(selection);
+  return state;
+}
+
 }  // namespace
 
 TableTime::TableTime(GridCore& core, Grid grid)
@@ -86,8 +108,9 @@ void TableTime::Prepare(GridQuery& query) {
   if (!m_bFollowing || !m_core.Recordset()) return;
   std::vector<Text> key;
   for (const char* sName : {"Tag", "Timestamp"}) key.emplace_back(sName);
-  const auto before =
-      std::make_shared<FollowedRows>(*m_core.Recordset(), m_core.State(), std::move(key));
+  const auto before = std::make_shared<FollowedRows>(
+      *m_core.Recordset(), InTheirOwnOrder(m_core.State(), m_core.Window().Rows().Model()),
+      std::move(key));
   query.following = [this, before,
                      life = std::weak_ptr<bool>(m_asking)](const platform::Recordset& rs) {
     if (!life.expired()) m_core.Window().Rows().Model().NewRows(before->NewIn(rs));

@@ -178,6 +178,22 @@ TEST_F(table_time, following_keeps_the_place_and_marks_what_came_new) {
   EXPECT_FALSE(isNew(0));
 }
 
+TEST_F(table_time, following_keeps_the_order_made_here_and_the_place_in_it) {
+  Show(*m_editor);
+  m_editor->Requery();
+  ViewOf(*m_editor)->SortBy(2, true);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return CellOf(*m_editor, 0, 2) == "51"; }));
+  ViewOf(*m_editor)->selectionModel()->setCurrentIndex(ViewOf(*m_editor)->model()->index(3, 2),
+                                                       QItemSelectionModel::ClearAndSelect);
+  EXPECT_EQ(CellOf(*m_editor, 3, 2), "54");
+  m_server.answer = Samples(80, 53);  // fewer than before
+  FollowOnce();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return CellOf(*m_editor, 0, 2) == "53"; }));
+  EXPECT_EQ(RowsOf(*m_editor), 28);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return ViewOf(*m_editor)->currentIndex().row() == 1; }));
+  EXPECT_EQ(CellOf(*m_editor, 1, 2), "54");
+}
+
 TEST_F(table_time, following_ends_with_a_failure) {
   Show(*m_editor);
   m_editor->Requery();
