@@ -61,7 +61,8 @@ void RowNumbers::paintEvent(QPaintEvent* event) {
   head.initFrom(this);
   head.orientation = Qt::Vertical;
   head.rect = {0, 0, width(), HeadHeight()};
-  style()->drawControl(QStyle::CE_HeaderSection, &head, &painter, this);
+  // Without columns there is no corner, and the toolkit complains when it is to draw one.
+  if (!head.rect.isEmpty()) style()->drawControl(QStyle::CE_HeaderSection, &head, &painter, this);
   painter.setClipRect(event->rect() & QRect(0, HeadHeight(), width(), height() - HeadHeight()));
   head.rect = {0, HeadHeight(), width(), height() - HeadHeight()};
   style()->drawControl(QStyle::CE_HeaderEmptyArea, &head, &painter, this);

@@ -6,6 +6,20 @@
 namespace orvane::controls {
 namespace {
 
+QStringList g_complaints;
+
+/// Hears what the toolkit prints of its own accord as long as it is there.
+struct ToolkitHeard {
+  ToolkitHeard() {
+    g_complaints.clear();
+    qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& sText) { g_complaints << sText; });
+  }
+  ~ToolkitHeard() { qInstallMessageHandler(nullptr); }
+  ToolkitHeard(const ToolkitHeard&) = delete;
+  ToolkitHeard& operator=(const ToolkitHeard&) = delete;
+};
+
 /// The picture of one cell that is neither current nor selected.
 QImage CellPicture(RowView& view, int nRow) {
   return view.viewport()->grab(view.visualRect(view.model()->index(nRow, 0))).toImage();
@@ -58,6 +72,15 @@ TEST(row_looks, shows_that_it_has_the_keys_with_rows_and_without) {
   EXPECT_EQ(corner(0), QColor(200, 40, 40)) << "the first cell is the current one";
   EXPECT_EQ(corner(1), QColor(200, 40, 40));
   EXPECT_EQ(corner(3), QColor(255, 255, 255));
+}
+
+TEST(row_looks, without_columns_nothing_is_drawn_in_no_room) {
+  RowView view;
+  const ToolkitHeard heard;
+  Show(view);
+  ASSERT_EQ(view.Names().height(), 0);
+  view.Numbers().repaint();
+  EXPECT_EQ(g_complaints.join('\n').toStdString(), "");
 }
 
 }  // namespace
