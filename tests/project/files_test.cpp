@@ -57,10 +57,12 @@ TEST(FilesTest, every_source_is_listed_in_a_build_file) {
   }
 }
 
-TEST(FilesTest, no_build_file_globs_its_sources) {
+TEST(FilesTest, a_build_file_names_what_it_contains) {
   for (const auto& file :
        Files({"src", "tests", "bench", "fuzz", "cmake"}, {"CMakeLists.txt", ".cmake"})) {
-    EXPECT_EQ(Content(file).find("GLOB"), std::string::npos) << Said(file);
+    for (const char* const sGuess : {"GLOB", "if(EXISTS", "if(NOT EXISTS", "if(TARGET"}) {
+      EXPECT_EQ(Content(file).find(sGuess), std::string::npos) << Said(file) << ": " << sGuess;
+    }
   }
 }
 
@@ -113,6 +115,26 @@ TEST(FilesTest, every_document_is_reached_from_the_readme) {
   for (const auto& file : Files({"docs"}, {".md"})) {
     EXPECT_THAT(sReadme, HasSubstr("docs/" + file.filename().string()));
   }
+}
+
+TEST(FilesTest, the_architecture_names_what_is_there) {
+  std::string sTree;
+  for (const auto& file : Files({"src", "tests", "fuzz", "bench", "cmake", "scripts"})) {
+    sTree += Said(file) + '\n' + Content(file);
+  }
+  for (const auto& file : TopFiles()) sTree += Said(file) + '\n' + Content(file);
+  static const std::regex kName("`([^`\n]+)`");
+  const std::string sText = Content(Root() / "docs/architecture.md");
+  int nNames = 0;
+  for (std::sregex_iterator it(sText.begin(), sText.end(), kName), end; it != end; ++it, ++nNames) {
+    std::string sName = (*it)[1];
+    if (const auto nScope = sName.rfind("::"); nScope != std::string::npos)
+      sName.erase(0, nScope + 2);
+    sName.erase(std::min(sName.find('('), sName.size()));
+    if (sName.ends_with('*')) sName.pop_back();
+    EXPECT_NE(sTree.find(sName), std::string::npos) << it->str() << " is not in the tree";
+  }
+  EXPECT_GT(nNames, 100);
 }
 
 }  // namespace
