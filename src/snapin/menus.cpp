@@ -27,9 +27,8 @@ Boolean IsDisconnected(const ScopeItem& item) {
 }
 
 constexpr const char* kFateOfFile =
-    "Drops the catalog on the server. Its file is deleted when it lies with the historian; one at "
-    "a "
-    "path of its own stays.";
+    "Drops the catalog on the server. "
+    "Its file is deleted when it lies with the historian; one at a path of its own stays.";
 
 /// The system's own catalogs cannot be removed. Compared exactly: one of another case is a user's.
 Boolean IsUsersCatalog(const ScopeItem& item) {
