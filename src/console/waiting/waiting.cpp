@@ -18,8 +18,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Nothing is shown or handled for work that ends in less: nobody sees that.
-constexpr auto kUnnoticed = 10ms;
 constexpr auto kBetweenTicks = 20ms;
 
 bool IsUserInterfaceThread() {
@@ -49,8 +47,8 @@ class BusyPointer {
 
 }  // namespace
 
-Waiting::Waiting(std::chrono::milliseconds beforePanel)
-    : m_beforePanel(beforePanel), m_hold(std::make_unique<InputHold>()) {}
+Waiting::Waiting(std::chrono::milliseconds beforePanel, std::chrono::milliseconds unnoticed)
+    : m_beforePanel(beforePanel), m_unnoticed(unnoticed), m_hold(std::make_unique<InputHold>()) {}
 
 Waiting::~Waiting() = default;
 
@@ -74,7 +72,7 @@ void Waiting::RunShown(const platform::Text& sWhat,
   std::unique_ptr<WaitingWorker> worker = TakeWorker();
   std::stop_source stop;
   worker->Start(work, stop.get_token());
-  if (!worker->WaitFor(kUnnoticed)) HandleEventsUntilDone(sWhat, tick, *worker, stop);
+  if (!worker->WaitFor(m_unnoticed)) HandleEventsUntilDone(sWhat, tick, *worker, stop);
   const std::exception_ptr exception = worker->TakeException();
   if (!m_idleWorker) m_idleWorker = std::move(worker);
   if (exception) std::rethrow_exception(exception);
@@ -97,7 +95,7 @@ void Waiting::HandleEventsUntilDone(const platform::Text& sWhat, const std::func
     pointer.emplace();
     pointer->Show();
   });
-  panelTimer.start(std::max(m_beforePanel - kUnnoticed, 0ms));
+  panelTimer.start(std::max(m_beforePanel - m_unnoticed, 0ms));
   bool bInTick = false;
   const auto tickOnce = [&] {
     // What the work is done with is shown by its caller, who is about to have it.

@@ -16,8 +16,11 @@ class Waiting : public platform::LongOperation {
  public:
   /// How long a wait lasts before its panel is shown.
   static constexpr std::chrono::milliseconds kBeforePanel{500};
+  /// Nothing is shown or handled for work that ends in less: nobody sees that.
+  static constexpr std::chrono::milliseconds kUnnoticed{10};
 
-  explicit Waiting(std::chrono::milliseconds beforePanel = kBeforePanel);
+  explicit Waiting(std::chrono::milliseconds beforePanel = kBeforePanel,
+                   std::chrono::milliseconds unnoticed = kUnnoticed);
   /// Waits for the worker thread, which is idle then.
   ~Waiting() override;
 
@@ -38,7 +41,8 @@ class Waiting : public platform::LongOperation {
   void HandleEventsUntilDone(const platform::Text& sWhat, const std::function<bool()>& tick,
                              WaitingWorker& worker, std::stop_source& stop);
 
-  std::chrono::milliseconds m_beforePanel;
+  const std::chrono::milliseconds m_beforePanel;
+  const std::chrono::milliseconds m_unnoticed;
   int m_iRuns = 0;  // a run within another one counts too
   std::unique_ptr<InputHold> m_hold;
   std::unique_ptr<WaitingWorker> m_idleWorker;

@@ -34,7 +34,7 @@ TEST(waiting_shown, ticks_on_the_callers_thread_until_the_work_is_done) {
 }
 
 TEST(waiting_shown, work_that_ends_at_once_needs_no_tick) {
-  Waiting waiting;
+  Waiting waiting(1h, 1h);
   waiting.RunShown(
       "Working", [](const std::stop_token&) {},
       [] {
