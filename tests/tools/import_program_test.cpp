@@ -1,4 +1,6 @@
 // orvane-historian import.
+#include <sys/resource.h>
+
 #include "tests/tools/historian_program.h"
 
 namespace orvane::tools {
@@ -46,6 +48,23 @@ TEST_F(import_program, names_the_bad_line_and_imports_nothing_at_all) {
     EXPECT_EQ(outcome.sOutput, "");
     EXPECT_EQ(Select("SELECT count(*) FROM Plant1..Data"), "0\n");
   }
+}
+
+TEST_F(import_program, says_that_a_file_may_not_become_so_large_instead_of_dying) {
+  MakePlant();
+  Text sRows = "Tag,Timestamp,Value\n";
+  for (int i = 0; i < 20000; ++i) sRows += "T" + std::to_string(i) + ",2024-05-31,1\n";
+  const Text sFile = WriteFile("rows.csv", sRows);
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+  const rlimit small{64 * 1024, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const pid_t process = Start({"import", sFile, "--catalog", "Plant1", "--table", "Data"});
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+  const Outcome outcome = End(process);
+  EXPECT_EQ(outcome.nStatus, 1);
+  EXPECT_NE(outcome.sErrors.find("has no room left on its disk"), Text::npos) << outcome.sErrors;
+  EXPECT_EQ(Select("SELECT count(*) FROM Plant1..Data"), "0\n");
 }
 
 TEST_F(import_program, refuses_headers_tables_and_files_that_do_not_fit) {

@@ -8,6 +8,7 @@
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "platform/historian_names.h"
+#include "platform/quoting.h"
 #include "provider/engines/sqlite/sqlite_files.h"
 #include "provider/historian/catalog_change.h"
 #include "provider/historian/catalog_file.h"
@@ -34,6 +35,33 @@ Text NewIdentity() {
   guid.bytes[6] = static_cast<std::uint8_t>((guid.bytes[6] & 0x0FU) | 0x40U);
   guid.bytes[8] = static_cast<std::uint8_t>((guid.bytes[8] & 0x3FU) | 0x80U);
   return platform::ToText(guid);
+}
+
+// Such a text is greater than every stored time: a condition would choose it whatever it says, and
+// a DELETE would take it.
+void CheckStoredTimes(engines::EngineSession& session, const CatalogRecord& record,
+                      std::stop_token stop) {
+  const engines::Catalog catalog = EngineCatalog(record, true);
+  for (const auto& table : session.Schema(catalog, {}, stop)) {
+    for (const auto& column : table.columns) {
+      if (table.bView || column.type != platform::DataType::DBTimeStamp) continue;
+      engines::EngineStatement look;
+      look.sSql = "SELECT 1 FROM " + platform::QuotedName(catalog.sName) + "." +
+                  platform::QuotedName(table.sName) + " WHERE typeof(" +
+                  platform::QuotedName(column.sName) + ") IN ('text', 'blob') LIMIT 1";
+      look.catalogs = {catalog};
+      look.bReadOnly = true;
+      if (session.Run(look, stop).recordset->RecordCount() == 0) continue;
+      throw Failure(
+          failure::kInvalidArgument,
+          "The file " + record.file.string() +
+              " holds texts where times are stored, in "
+              "the column \"" +
+              column.sName + "\" of the table \"" + table.sName +
+              "\"; write them as microseconds since 1970 in UTC with the program that made "
+              "it, or declare the column as TEXT.");
+    }
+  }
 }
 
 fs::path CheckedFolder(const Text& sPath) {
@@ -133,6 +161,7 @@ CatalogRecord Historian::AttachCatalog(const Text& sName, const fs::path& file,
                                                  " is no sound catalog; name another file, or "
                                                  "restore it from a copy.");
   }
+  CheckStoredTimes(*m_session, record, stop);
   record.stored = LiesIn(record.file, m_folder)
                       ? record.file.lexically_relative(m_folder.lexically_normal())
                       : record.file;

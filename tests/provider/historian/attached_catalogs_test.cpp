@@ -80,6 +80,27 @@ TEST_F(attached_catalogs, a_file_that_is_no_catalog_is_refused) {
   EXPECT_EQ(Names(*m_opened), "Functions Orvane ");
 }
 
+TEST_F(attached_catalogs, one_that_holds_texts_in_place_of_times_is_refused) {
+  const auto record = m_opened->CreateCatalog("Plant1", m_elsewhere.string(), 0, {});
+  m_opened->DropCatalog("Plant1", {});
+  {
+    const Stranger stranger(record.file,
+                            "CREATE TABLE \"Log of\" (id, \"At \"\"all\" TIMESTAMP);"
+                            "CREATE VIEW Texts AS SELECT '2024-05-31' AS At;"
+                            "INSERT INTO \"Log of\" VALUES (1, 1715774400000000), (2, NULL)");
+  }
+  EXPECT_EQ(Attach("Plant1", record.file), "no failure");
+  m_opened->DetachCatalog("Plant1", {});
+  { const Stranger stranger(record.file, "INSERT INTO \"Log of\" VALUES (3, '2024-05-31')"); }
+  EXPECT_EQ(
+      Attach("Plant1", record.file),
+      "5: The file " + record.file.string() +
+          " holds texts where times are stored, in the column \"At \"all\" of the table \"Log "
+          "of\"; write them as microseconds since 1970 in UTC with the program that made it, "
+          "or declare the column as TEXT.");
+  EXPECT_EQ(Names(*m_opened), "Functions Orvane ");
+}
+
 TEST_F(attached_catalogs, a_file_is_one_catalogs_only) {
   const auto record = m_opened->CreateCatalog("Plant1", m_elsewhere.string(), 0, {});
   const auto there = [](const fs::path& file, const Text& sCatalog) {
