@@ -1,7 +1,7 @@
 // Giving a file new bytes in one step: whoever opens it finds all of the old or all of the new
-// ones, also after a crash. The one place where the program replaces files: documents, registration
-// files and the file of the user's settings. Files of catalogs are databases, and made by the
-// historian. Any thread, one at a time for one file.
+// ones, also after a crash. For documents, registration files and the file of the user's settings;
+// exports, which come in pieces, replace files by themselves, and files of catalogs are databases,
+// made by the historian. Any thread, one at a time for one file.
 #pragma once
 
 #include <sys/file.h>
