@@ -1,6 +1,8 @@
 // The rows of a table of a real historian, as one of its users edits them.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "controls/row_changes.h"
 #include "controls/row_key.h"
 #include "platform/quoting.h"
@@ -36,6 +38,23 @@ struct EditedTable {
   platform::ConnectionPtr cn;
   platform::RecordsetPtr rs;
   controls::RowTable table;
+};
+
+/// A table "T" of the catalog "P", and what others see of it.
+class EditedTablesFixture : public testing::Test {
+ protected:
+  void Make(const platform::Text& sTable, const platform::Text& sRows = {}) {
+    m_server->Run("CREATE TABLE P..T " + sTable);
+    if (!sRows.empty()) m_server->Run("INSERT INTO P..T VALUES " + sRows);
+  }
+  EditedTable Open(const platform::Text& sTable = "T", const platform::Text& sOptions = {}) {
+    return {m_server, sTable, sOptions};
+  }
+  platform::Text Read(const platform::Text& sColumns = "*") {
+    return m_server->Read("SELECT " + sColumns + " FROM P..T");
+  }
+
+  std::shared_ptr<HistorianServer> m_server = HistorianServer::Make();
 };
 
 }  // namespace orvane::tests
