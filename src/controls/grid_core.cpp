@@ -248,7 +248,7 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
   // A change is made whole or not at all; of what is read any part is worth something.
   command->KeepRows(access == Access::Read);
   if (access == Access::Read) {
-    command->OnRows([this, life = std::weak_ptr<bool>(m_running),
+    command->OnRows([this, life = std::weak_ptr<char>(m_life),
                      format = CellFormat(ZoneOf(m_connection))](const RecordsetPtr& rs) {
       if (!life.expired() && m_window) m_window->ShowComing(rs, format);
     });

@@ -161,6 +161,8 @@ class GridCore {
   GridSubject m_subject;
   /// True during a fetch. Whoever may outlive the grid tells by it whether that is still there.
   std::shared_ptr<bool> m_running = std::make_shared<bool>(false);
+  /// Ends with the grid, also while a statement still runs.
+  std::shared_ptr<char> m_life = std::make_shared<char>();
   GridExport m_export;
 };
 
