@@ -14,6 +14,12 @@ namespace {
 // What a name may mean that nothing can be said about.
 constexpr Kinds kUnknown = kinds::kTime | kinds::kAnyValue | kinds::kOther;
 
+// To the engine no column of a query is called like a truth value: such a word is a number.
+Text NameAt(std::size_t nPlace, Text sName) {
+  const bool bTruth = SameName(sName, "true") || SameName(sName, "false");
+  return bTruth ? "column" + std::to_string(nPlace + 1) : std::move(sName);
+}
+
 }  // namespace
 
 const ColumnList& TimeAnalysis::ColumnsOf(const Source& source) {
@@ -35,7 +41,7 @@ const ColumnList& TimeAnalysis::ColumnsOfNamed(const NamedQuery& named) {
   ColumnList columns;
   for (std::size_t i = 0; i < output.columns.size(); ++i) {
     OutputColumn column = output.columns[i];
-    if (i < named.columns.size()) column.sName = named.columns[i];
+    if (i < named.columns.size()) column.sName = NameAt(i, named.columns[i]);
     columns.Add(std::move(column));
   }
   // While it reads itself it is told anew each time.
@@ -189,6 +195,7 @@ void TimeAnalysis::Append(ColumnList& to, OutputColumn column, std::size_t token
     Fail(token, "There are too many columns", "choose at most 2,000 by their names");
   }
   Step();
+  column.sName = NameAt(to.size(), std::move(column.sName));
   to.Add(std::move(column));
 }
 

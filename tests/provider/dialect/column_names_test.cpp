@@ -63,6 +63,19 @@ TEST_F(column_names, a_column_behind_a_plus_has_another_name) {
   }
 }
 
+TEST_F(column_names, no_column_of_a_query_is_true) {
+  const Text sFrom = "(SELECT Timestamp AS \"true\" FROM Plant1..Data) WHERE ";
+  EXPECT_EQ(Count(sFrom + "true = 1"), "24 ");
+  EXPECT_EQ(Count(sFrom + "column1 > '*-2h'"), "2 ");
+  EXPECT_EQ(Run("WITH q(a, \"False\") AS (SELECT 1, Timestamp FROM Plant1..Data) SELECT count(*) "
+                "FROM q WHERE column2 > '*-2h' AND NOT false"),
+            "2\n");
+  // It is not taken for the text of that name around the query either.
+  EXPECT_EQ(Run("SELECT DISTINCT (SELECT count(*) FROM " + sFrom +
+                "column1 > '*-2h') FROM (VALUES ('x'), ('y'))"),
+            "2\n");
+}
+
 TEST_F(column_names, headings_stay_as_they_were_written) {
   const auto rs =
       m_session
