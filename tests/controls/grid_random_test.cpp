@@ -1,0 +1,168 @@
+// Random work on a grid against a plain model of it: whatever is refreshed, hidden or disconnected
+// in between, what was typed is shown, and in the end it is at the server.
+#include <cstdlib>
+#include <map>
+#include <random>
+
+#include "tests/controls/editing_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Long;
+using platform::RecordsetPtr;
+using platform::Text;
+
+/// Operations of one run; more with the variable ORVANE_GRID_OPERATIONS.
+int Operations() {
+  const char* sNumber = std::getenv("ORVANE_GRID_OPERATIONS");
+  return sNumber ? std::max(1, std::atoi(sNumber)) : 300;
+}
+
+class grid_random : public EditingFixture {
+ protected:
+  /// A row as it is to be seen, and whether all of it can be stored.
+  struct Row {
+    std::string sName;
+    std::string sLevel;
+    bool bSound = true;
+  };
+
+  int Below(int n) { return std::uniform_int_distribution<int>(0, n - 1)(m_random); }
+  int PlaceOf(int nId) {
+    for (int n = 0; n < Rows().Model().Places(); ++n) {
+      if (Cell(n, 0) == std::to_string(nId)) return n;
+    }
+    return -1;
+  }
+  int AnyId() {
+    auto row = m_model.begin();
+    std::advance(row, Below(static_cast<int>(m_model.size())));
+    return row->first;
+  }
+  void Check(int nOperation) {
+    ASSERT_EQ(Rows().Model().Places(), static_cast<int>(m_model.size())) << nOperation;
+    for (const auto& [nId, row] : m_model) {
+      const int nPlace = PlaceOf(nId);
+      ASSERT_GE(nPlace, 0) << "row " << nId << " after operation " << nOperation;
+      ASSERT_EQ(Cell(nPlace, 1), row.sName) << nId << " after operation " << nOperation;
+      ASSERT_EQ(Cell(nPlace, 2), row.sLevel) << nId << " after operation " << nOperation;
+    }
+  }
+  void TypeInto(int nPlace, int nColumn, const std::string& sText) {
+    GoTo(nPlace, nColumn);
+    Type(QString::fromStdString(sText));
+    // By the mouse, so that what is no value is kept too.
+    const QModelIndex other = Rows().model()->index(nPlace, nColumn == 0 ? 2 : 0);
+    QTest::mouseClick(Rows().viewport(), Qt::LeftButton, {}, Rows().visualRect(other).center());
+    Settle();
+  }
+  void Edit() {
+    const int nId = AnyId();
+    Row& row = m_model[nId];
+    if (Below(2) == 0) {
+      row.sName = "n" + std::to_string(Below(100'000));
+      TypeInto(PlaceOf(nId), 1, row.sName);
+    } else if (Below(4) == 0) {
+      row.sLevel = "bad" + std::to_string(Below(1000));
+      row.bSound = false;
+      TypeInto(PlaceOf(nId), 2, row.sLevel);
+    } else {
+      row.sLevel = std::to_string(Below(100'000));
+      row.bSound = true;
+      TypeInto(PlaceOf(nId), 2, row.sLevel);
+    }
+  }
+  void Insert() {
+    const int nId = m_nNextId++;
+    const int nPlace = Rows().Model().Places();
+    TypeInto(nPlace, 0, std::to_string(nId));
+    m_model[nId].sName = "new" + std::to_string(nId);
+    m_model[nId].sLevel = "NULL";
+    TypeInto(nPlace, 1, m_model[nId].sName);
+  }
+  void Delete() {
+    if (m_model.size() < 3) return;
+    const int nId = AnyId();
+    PressRowNumber(PlaceOf(nId));
+    Settle();
+    Press(Qt::Key_Delete);
+    Answer("Delete");
+    m_model.erase(nId);
+  }
+  void HideAndShow() {
+    Long lUpdatability = 0;
+    const RecordsetPtr rs = m_editor->DetachRecordset(lUpdatability);
+    m_editor->AttachRecordset({}, 0);
+    m_editor = std::make_unique<controls::TableEditor>(Services());
+    m_editor->Connection(m_cn);
+    m_editor->TableQuery(m_query);
+    m_editor->AttachRecordset(rs, lUpdatability);
+    Show();
+  }
+  void Disconnect() {
+    m_editor->AttachRecordset({}, 0);
+    m_cn->Close();
+    m_editor.reset();
+    Open("Tanks");
+  }
+  void UndoAndRedo() {
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    Press(Qt::Key_Y, Qt::ControlModifier);
+  }
+
+  std::mt19937 m_random{20'261'122};
+  std::map<int, Row> m_model;
+  int m_nNextId = 1;
+};
+
+TEST_F(grid_random, nothing_that_was_typed_is_lost) {
+  m_server->Run("CREATE TABLE P..Tanks (Id INTEGER PRIMARY KEY, Name TEXT, Level REAL)");
+  m_query->MaxRows(0);
+  Open("Tanks");
+  for (int n = 0; n < 5; ++n) Insert();
+  for (int n = 0; n < Operations() && !HasFatalFailure(); ++n) {
+    switch (Below(12)) {
+      case 0:
+        Insert();
+        break;
+      case 1:
+        Delete();
+        break;
+      case 2:
+        m_editor->Requery();
+        break;
+      case 3:
+        HideAndShow();
+        break;
+      case 4:
+        Disconnect();
+        break;
+      case 5:
+        UndoAndRedo();
+        break;
+      default:
+        Edit();
+    }
+    Settle();
+    Check(n);
+  }
+  for (auto& [nId, row] : m_model) {
+    if (row.bSound) continue;
+    row.sLevel = "7";
+    TypeInto(PlaceOf(nId), 2, row.sLevel);
+  }
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "");
+  Text sExpected;
+  for (const auto& [nId, row] : m_model) {
+    sExpected += std::to_string(nId) + "|" + row.sName + "|" + row.sLevel + "\n";
+  }
+  if (!sExpected.empty()) sExpected.pop_back();
+  EXPECT_EQ(Stored("SELECT Id, Name, coalesce(CAST(Level AS INTEGER), 'NULL') FROM P..Tanks "
+                   "ORDER BY Id"),
+            sExpected);
+}
+
+}  // namespace
+}  // namespace orvane::controls
