@@ -60,7 +60,7 @@ platform::RecordsetPtr Command::Execute(Long* lRecordsAffected, Long /*lOptions*
   } restored{m_stop, std::exchange(m_stop, std::stop_source())};
   StatementResult result =
       m_connection->Execute({m_sCommandText, m_lMaxRecords, std::chrono::seconds(m_lCommandTimeout),
-                             m_bReadOnly, m_parameters.Values(), m_rowsExpected},
+                             m_bReadOnly, m_parameters.Values(), m_rowsExpected, m_batch},
                             {m_bKeepRows, m_handler, m_sink, m_stop.get_token()});
   if (lRecordsAffected != nullptr) *lRecordsAffected = result.lRecordsAffected;
   return std::move(result.recordset);

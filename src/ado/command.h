@@ -32,6 +32,7 @@ class Command final : public platform::Command {
                                          platform::Long lSize,
                                          const platform::Value& vtValue) override;
   ado::Parameters& Parameters() override { return m_parameters; }
+  void Batch(platform::ParameterRows rows) override { m_batch = std::move(rows); }
   void RowsExpected(std::optional<platform::RowIndex> rows) override { m_rowsExpected = rows; }
   void KeepRows(platform::Boolean bKeep) override { m_bKeepRows = bKeep; }
   void OnRows(platform::RowsHandler handler) override { m_handler = std::move(handler); }
@@ -48,6 +49,7 @@ class Command final : public platform::Command {
   platform::Long m_lMaxRecords = 0;
   platform::Boolean m_bReadOnly = false;
   ado::Parameters m_parameters;
+  platform::ParameterRows m_batch;
   std::optional<platform::RowIndex> m_rowsExpected;
   platform::Boolean m_bKeepRows = false;
   platform::RowsHandler m_handler;

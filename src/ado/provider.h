@@ -33,6 +33,8 @@ struct Statement {
   std::vector<platform::Value> parameters{};
   /// What the statement must change to be kept; see platform::Command::RowsExpected.
   std::optional<platform::RowIndex> rowsExpected{};
+  /// Without one the statement runs once; see platform::Command::Batch.
+  platform::ParameterRows batch{};
   /// Takes the rows. Without one the session gives them in a recordset of its own.
   std::shared_ptr<RowReceiver> rows{};
 };

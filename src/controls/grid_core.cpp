@@ -159,7 +159,9 @@ RecordsetPtr GridCore::Ask(const Text& sSqlText, Long lMaxRows, Long lTimeout) {
 }
 
 GridCore::Shown GridCore::WithUnsentRows() const {
-  if (!m_recordset || m_editing->Session().Pending().empty()) return {};
+  // Otherwise they would take memory for nothing.
+  const bool bNoneCome = m_connection && !m_connection->IsOpen();
+  if (!m_recordset || (!bNoneCome && m_editing->Session().Pending().empty())) return {};
   return {m_recordset, State()};
 }
 
@@ -197,6 +199,44 @@ void GridCore::KeepUnsent() {
   m_editing->TakeTyped();
   const RowTable& table = m_editing->Session().Updatability().table;
   m_services.unsent->Keep(m_sPlace, *m_recordset, table);
+}
+
+void GridCore::OnReconnected(std::function<void()> handler) {
+  m_window->OfferReconnect([this, handler = std::move(handler)] { Reconnect(handler); });
+}
+
+void GridCore::Reconnect(const std::function<void()>& handler) {
+  if (!m_connection || *m_running) return;
+  const std::weak_ptr<bool> life = m_running;
+  const auto failures = m_services.failures;
+  try {
+    {
+      const RunningMark running(m_running);
+      const platform::ConnectionPtr cn = m_connection;
+      if (cn->IsOpen()) cn->Close();
+      cn->Open({}, {}, {}, platform::kOptionUnspecified);
+    }
+    if (!life.expired()) handler();
+  } catch (const std::exception& exception) {
+    // The window shows the sentence; nobody is behind a button to be told.
+    NoteFailure(failures, exception);
+    const auto* failure = dynamic_cast<const Failure*>(&exception);
+    if (!life.expired() && m_recordset && failure) {
+      m_window->Lost(QString::fromStdString(failure->Description()));
+    }
+  }
+}
+
+void GridCore::Change(const Text& sSqlText, platform::ParameterRows rows) {
+  if (*m_running) FailBusy();
+  const RunningMark running(m_running);
+  const platform::CommandPtr command = m_services.objects->CreateCommand();
+  command->ActiveConnection(m_connection);
+  command->CommandText(sSqlText);
+  command->CommandTimeout(0);
+  command->RowsExpected(1);
+  command->Batch(std::move(rows));
+  command->Execute();
 }
 
 void GridCore::FailBusy() {
@@ -328,7 +368,11 @@ void GridCore::ShowFailure(Long lNumber, const Text& sSentence, const Shown& bef
   if (before.rs) {
     // What is not stored is not lost to a failure either.
     Attach(before.rs, &before.state, {}, {}, std::nullopt);
-    m_window->Status().Remark(QString::fromStdString(sSentence));
+    if (lNumber == platform::failure::kObjectClosed) {
+      m_window->Lost(QString::fromStdString(sSentence));
+    } else {
+      m_window->Status().Remark(QString::fromStdString(sSentence));
+    }
     return;
   }
   const bool bCancelled = lNumber == platform::failure::kCancelled;

@@ -84,6 +84,12 @@ class GridCore {
   /// Runs a statement that only reads, and shows nothing of it. The grid may be gone afterwards.
   platform::RecordsetPtr Ask(const platform::Text& sSqlText, platform::Long lMaxRows,
                              platform::Long lTimeout);
+  /// Runs a statement that changes one row for each of these rows of values, all of them or none,
+  /// however long it takes; shows nothing of it. The grid may be gone afterwards.
+  void Change(const platform::Text& sSqlText, platform::ParameterRows rows);
+  /// Opens the connection again where it is gone, and calls the handler when that is done. Offered
+  /// beneath rows that were fetched over it.
+  void OnReconnected(std::function<void()> handler);
   /// Takes down what failed where nobody else does.
   void NoteFailure(const std::exception& exception) const {
     NoteFailure(m_services.failures, exception);
@@ -121,6 +127,7 @@ class GridCore {
   };
   Fetched Fetch(const GridQuery& query, Access access);
   void AskToRun(const GridQuery& query);
+  void Reconnect(const std::function<void()>& handler);
   /// Behind a button nobody else takes the failure down.
   static void NoteFailure(const std::shared_ptr<platform::FailureLog>& failures,
                           const std::exception& exception);
@@ -133,7 +140,8 @@ class GridCore {
                                          const platform::Recordset& rs) const;
   Sent Send(const platform::RecordsetPtr& rs, platform::RowIndex row,
             const controls::Updatability& updatability);
-  /// Rows that are shown while others are fetched in their place; none when all is stored.
+  /// Rows that are shown while others are fetched in their place; none when all is stored and
+  /// others can be had.
   struct Shown {
     platform::RecordsetPtr rs;
     RowsState state;

@@ -3,13 +3,13 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QHeaderView>
-#include <QMessageBox>
 #include <QProgressDialog>
 #include <algorithm>
 
 #include "controls/clipboard_text.h"
 #include "controls/header_view.h"
 #include "controls/status_strip.h"
+#include "controls/tell_box.h"
 #include "platform/failure.h"
 
 namespace orvane::controls {
@@ -42,13 +42,6 @@ QString DoneText(const Exported& done) {
         .arg(QString::fromStdString(exports::CutMark(done.rows)), sPath);
   }
   return QStringLiteral("Exported %1 to %2").arg(RowsText(done.rows), sPath);
-}
-
-void Tell(QWidget& parent, const QString& sSentence) {
-  const QPointer<QMessageBox> box =
-      new QMessageBox(QMessageBox::NoIcon, "Export Rows", sSentence, QMessageBox::Ok, &parent);
-  box->exec();
-  delete box.data();
 }
 
 /// The columns in the order in which they stand, those of the selection or all in sight.
@@ -92,7 +85,7 @@ void GridExport::Run() {
       if (window) window->Remark("The export was cancelled; no file was written.", false);
       return;
     }
-    if (window) Tell(*window, QString::fromStdString(failed.Description()));
+    if (window) TellInBox(*window, "Export Rows", QString::fromStdString(failed.Description()));
   }
 }
 

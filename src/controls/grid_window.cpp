@@ -11,6 +11,7 @@
 #include "controls/grid_seeking.h"
 #include "controls/grid_trend.h"
 #include "controls/header_view.h"
+#include "controls/row_form.h"
 #include "controls/sql_pane.h"
 #include "controls/status_strip.h"
 #include "platform/long_operation.h"
@@ -66,7 +67,8 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
                        std::shared_ptr<void> life)
     : m_life(std::move(life)),
       m_events(std::move(events)),
-      m_splitter(new QSplitter(Qt::Vertical, this)),
+      m_beside(new QSplitter(Qt::Horizontal, this)),
+      m_splitter(new QSplitter(Qt::Vertical, m_beside)),
       m_sqlPane(new SqlPane(m_splitter)),
       m_rows(new RowView(m_splitter)),
       m_notice(new EmptyNotice(m_rows->viewport())),
@@ -81,6 +83,11 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   m_splitter->setStretchFactor(1, 1);
   m_splitter->setChildrenCollapsible(false);
   m_sqlPane->hide();
+  m_beside->addWidget(m_splitter);
+  m_beside->addWidget(new RowForm(*m_rows, m_beside));
+  m_beside->setStretchFactor(0, 3);
+  m_beside->setStretchFactor(1, 2);
+  m_beside->setChildrenCollapsible(false);
   auto* overRows = new QVBoxLayout(m_rows->viewport());
   overRows->setContentsMargins(0, 0, 0, 0);
   overRows->addWidget(m_notice);
@@ -88,7 +95,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  layout->addWidget(m_splitter, 1);
+  layout->addWidget(m_beside, 1);
   layout->addWidget(m_seeking->Bar());
   layout->addWidget(m_lineOverStatus);
   layout->addWidget(m_status);
@@ -123,6 +130,12 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   m_patience.setSingleShot(true);
   m_patience.setInterval(kPatience);
   connect(&m_patience, &QTimer::timeout, this, [this] { StopWaiting(); });
+}
+
+void GridWindow::Lost(const QString& sSentence) {
+  m_bLost = true;
+  TellOfRows();
+  m_status->Remark(sSentence);
 }
 
 void GridWindow::Above(QWidget* bar) {
@@ -225,6 +238,7 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
   }
   m_fetching = fetching;
   m_seeking->ShowArrangement();
+  m_bLost = false;
   TellOfRows();
   TellOfArrangement({});
   ShowPosition();
@@ -254,6 +268,11 @@ void GridWindow::TellOfRows() {
   if (m_bToldOfClosing) notices << QStringLiteral("Fetched over a connection since closed.");
   m_sToldWhen = m_fetching.when ? m_fetching.when() : QString();
   m_status->Rows(rs.RecordCount(), rs.Elapsed(), m_sToldWhen, notices.join(u' '));
+  if ((m_bLost || m_bToldOfClosing) && m_reconnect) {
+    m_status->Offer("Reconnect", "Connects to the server again and fetches the rows", m_reconnect);
+  } else if (rs.Truncated() && m_count) {
+    m_status->Offer("Count Rows", "Asks the server how many rows there are", m_count);
+  }
 }
 
 bool GridWindow::IsToldOtherwise() const {

@@ -19,6 +19,7 @@ namespace orvane::controls {
 class EmptyNotice;
 class GridSeeking;
 class GridTrend;
+class RowForm;
 class SqlPane;
 class StatusStrip;
 
@@ -56,6 +57,12 @@ class GridWindow : public QWidget {
   /// Says something beneath the rows, until there is something else to be said of them.
   void Remark(const QString& sRemark, bool bWarning);
 
+  /// Beneath rows that the row limit has cut stands a button that counts them all.
+  void OfferCount(std::function<void()> count) { m_count = std::move(count); }
+  /// Beneath rows whose connection is gone stands a button that connects again.
+  void OfferReconnect(std::function<void()> reconnect) { m_reconnect = std::move(reconnect); }
+  /// Says why no other rows could be had over the connection; those shown stay.
+  void Lost(const QString& sSentence);
   /// Places a bar above everything else; it becomes the window's.
   void Above(QWidget* bar);
   /// The rows as a trend.
@@ -90,6 +97,7 @@ class GridWindow : public QWidget {
 
   std::shared_ptr<void> m_life;
   std::shared_ptr<GridEvents> m_events;
+  QSplitter* m_beside;
   QSplitter* m_splitter;
   SqlPane* m_sqlPane;
   RowView* m_rows;
@@ -108,6 +116,9 @@ class GridWindow : public QWidget {
   Fetching m_fetching;
   bool m_bToldOfClosing = false;
   QString m_sToldWhen;
+  bool m_bLost = false;
+  std::function<void()> m_count;
+  std::function<void()> m_reconnect;
   int m_nRaising = 0;
 };
 

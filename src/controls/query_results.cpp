@@ -12,7 +12,9 @@ using platform::RecordsetPtr;
 using platform::Text;
 
 QueryResults::QueryResults(GridServices services)
-    : GridControl(std::move(services), "Query results") {}
+    : GridControl(std::move(services), "Query results") {
+  m_core.OnReconnected([this] { Execute(); });
+}
 
 void QueryResults::QueryName(const Text& sName) {
   m_sName = sName;

@@ -6,6 +6,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QStyle>
+#include <utility>
 
 namespace orvane::controls {
 
@@ -79,6 +80,7 @@ StatusStrip::StatusStrip(QWidget* parent)
       m_notice(AddLabel<GivingLabel>(this, "notice", "Notice")),
       m_pending(new QPushButton(this)),
       m_readOnly(AddLabel<GivingLabel>(this, "readOnly", "Read-only")),
+      m_offer(new QToolButton(this)),
       m_position(AddLabel<QLabel>(this, "position", "Current row")) {
   setObjectName("status");
   setAccessibleName("Rows");
@@ -119,6 +121,13 @@ StatusStrip::StatusStrip(QWidget* parent)
   notice->setSpacing(6);
   notice->addWidget(m_warning);
   notice->addWidget(m_notice);
+  m_offer->setObjectName("offer");
+  m_offer->setAutoRaise(true);
+  m_offer->setFocusPolicy(Qt::TabFocus);
+  notice->addWidget(m_offer);
+  connect(m_offer, &QToolButton::clicked, this, [this] {
+    if (const std::function<void()> offered = m_offered) offered();
+  });
   layout->addWidget(m_rows);
   layout->addWidget(m_time);
   layout->addWidget(m_cancel);
@@ -132,6 +141,14 @@ StatusStrip::StatusStrip(QWidget* parent)
   Empty();
   ReadOnly({});
   Pending(0);
+}
+
+void StatusStrip::Offer(const QString& sButton, const QString& sTip, std::function<void()> action) {
+  m_offered = std::move(action);
+  m_offer->setText(sButton);
+  m_offer->setToolTip(sTip);
+  m_offer->show();
+  setFixedHeight(std::max(height(), m_offer->sizeHint().height() + 2));
 }
 
 void StatusStrip::AddSwitch(std::initializer_list<QWidget*> buttons) {
@@ -161,6 +178,7 @@ void StatusStrip::Message(const QString& sMessage) {
   m_time->hide();
   m_cancel->hide();
   Arrangement({});
+  m_offer->hide();
   m_position->clear();
 }
 
@@ -174,6 +192,7 @@ void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapse
   m_time->show();
   m_sNotice = sNotice;
   ShowNotice(sNotice);
+  m_offer->hide();
 }
 
 void StatusStrip::Arrangement(const QString& sArrangement) {

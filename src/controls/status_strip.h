@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QToolButton>
 #include <QWidget>
 #include <chrono>
 #include <functional>
@@ -55,6 +56,10 @@ class StatusStrip : public QWidget {
   /// strip's.
   void AddSwitch(std::initializer_list<QWidget*> buttons);
 
+  /// Offers something beside the notice by a button, until there is something else to be said of
+  /// the rows.
+  void Offer(const QString& sButton, const QString& sTip, std::function<void()> action);
+
   QSize minimumSizeHint() const override;
 
  protected:
@@ -74,6 +79,8 @@ class StatusStrip : public QWidget {
   QLabel* m_notice;
   QPushButton* m_pending;
   QLabel* m_readOnly;
+  QToolButton* m_offer;
+  std::function<void()> m_offered;
   QLabel* m_position;
   std::function<void()> m_pendingPressed;
 };

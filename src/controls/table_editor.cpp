@@ -14,7 +14,11 @@ using platform::Text;
 TableEditor::TableEditor(GridServices services)
     : GridControl(std::move(services), "Table rows"),
       m_time(m_core,
-             {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}) {
+             {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}),
+      m_import(m_core,
+               {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}),
+      m_count(m_core, [this] { return Counted(); }) {
+  m_core.OnReconnected([this] { Requery(); });
   m_core.Window().Rows().OnSort(
       [this](const std::vector<SortColumn>& columns) { return SortAtServer(columns); });
 }
@@ -107,6 +111,12 @@ RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
   state.viewing.order = m_order;
   lUpdatability = rs ? m_core.States().Keep(*rs, std::move(state)) : 0;
   return rs;
+}
+
+RowCount::Counted TableEditor::Counted() const {
+  if (!m_query || m_query->Table().empty()) return {};
+  return {TableInSql(m_query->Catalog(), m_query->Table()),
+          FilterWithin(m_query->FilterCondition(), m_time.View())};
 }
 
 bool TableEditor::Editing() const {

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "controls/grid_control.h"
+#include "controls/grid_import.h"
+#include "controls/row_count.h"
 #include "controls/table_time.h"
 
 namespace orvane::controls {
@@ -28,6 +30,7 @@ class TableEditor : public GridControl<platform::TableEditor> {
  private:
   NoRowsTexts TextsWithoutRows() const;
   std::optional<RowTable> TableOfRows() const;
+  RowCount::Counted Counted() const;
   /// True while there is something that was not sent yet.
   bool Editing() const;
   void SortByCurrent(bool bAscending);
@@ -38,6 +41,8 @@ class TableEditor : public GridControl<platform::TableEditor> {
   /// The order that the server was asked for by the grid, beside that of the query.
   std::optional<platform::SortCriterion> m_order;
   TableTime m_time;
+  GridImport m_import;
+  RowCount m_count;
   std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
 };
 

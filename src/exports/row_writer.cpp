@@ -69,7 +69,7 @@ class CsvWriter final : public RowWriter {
   bool NeedsQuotes(std::string_view sText) const {
     if (sText.empty() || sText.front() == ' ' || sText.back() == ' ') return true;
     for (const char c : sText) {
-      if (c == m_options.cSeparator || c == '"' || c == '\n' || c == '\r') return true;
+      if (c == m_options.cSeparator || c == '"' || c == '\n' || c == '\r' || c == 0) return true;
     }
     return false;
   }

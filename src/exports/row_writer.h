@@ -40,12 +40,11 @@ class RowWriter {
 };
 
 /// Comma-separated values: lines end in CR LF (RFC 4180); null is a field of nothing, the empty
-/// text one of two quotes; texts with a separator, a quote, a line break, or a blank at either end
-/// stand between quotes.
-/// JSON Lines: an object a row, in the order of the columns; of columns with one name the later
-/// ones are numbered. Numbers are written whole, however long; infinities, NaN, times, bytes and
-/// GUIDs are texts; a text that is no UTF-8 is {"bytes": "0x..."}. SQL: an INSERT a row, in
-/// historian SQL.
+/// text one of two quotes; texts with a separator, a quote, a line break, a zero byte, or a blank
+/// at either end stand between quotes. JSON Lines: an object a row, in the order of the columns; of
+/// columns with one name the later ones are numbered. Numbers are written whole, however long;
+/// infinities, NaN, times, bytes and GUIDs are texts; a text that is no UTF-8 is {"bytes":
+/// "0x..."}. SQL: an INSERT a row, in historian SQL.
 std::unique_ptr<RowWriter> MakeRowWriter(WriterOptions options);
 
 /// All columns of a recordset, in order.

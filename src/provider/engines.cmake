@@ -15,6 +15,5 @@ list(APPEND PROVIDER_SOURCES
   engines/sqlite/sqlite_schema.cpp
   engines/sqlite/sqlite_session.cpp
   engines/sqlite/sqlite_statement.cpp
-  engines/sqlite/sqlite_types.cpp
   engines/sqlite/sqlite_values.cpp
   engines/sqlite/sqlite_watch.cpp)

@@ -72,9 +72,11 @@ ado::StatementResult HistorianSession::Run(const ado::Statement& statement,
                                            const Deadline& deadline, const std::stop_token& stop) {
   dialect::StatementWork work(deadline);
   auto tokens = dialect::ReadTokens(statement.sText, work);
-  dialect::GiveParameters(statement.sText, tokens, statement.parameters);
+  const std::vector<Value> places =
+      statement.batch ? dialect::PlacesOf(tokens) : statement.parameters;
+  dialect::GiveParameters(statement.sText, tokens, places);
   const auto catalog = dialect::ReadCatalogStatement(statement.sText, tokens);
-  if (!catalog) return RunTranslated(statement, std::move(tokens), deadline, work, stop);
+  if (!catalog) return RunTranslated(statement, std::move(tokens), places, deadline, work, stop);
   dialect::RefuseParameters(statement.sText, tokens);
   if (statement.bReadOnly) throw engines::WouldChange(statement.sText);
   if (const auto expected = statement.rowsExpected.value_or(0); expected != 0) {
@@ -86,6 +88,7 @@ ado::StatementResult HistorianSession::Run(const ado::Statement& statement,
 
 ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& statement,
                                                      std::vector<dialect::Token> tokens,
+                                                     std::span<const Value> parameters,
                                                      const Deadline& deadline,
                                                      dialect::StatementWork& work,
                                                      const std::stop_token& stop) {
@@ -93,7 +96,13 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   auto translation = dialect::Translate(statement.sText, std::move(tokens), schema,
                                         {m_options.TimeZone(), m_place.clock(),
                                          m_options.IdentifierPrefixes(), m_options.TimeAsDouble()},
-                                        work, statement.parameters);
+                                        work, parameters);
+  if (statement.batch && translation.parameters.size() != parameters.size()) {
+    throw Failure(failure::kNotSupported,
+                  "A statement that runs once for each row of values takes all of its times by "
+                  "parameters; write \"?\" for them.",
+                  "ORVOLEDB", 0, statement.sText);
+  }
   deadline.Check();
   m_log.Detail(translation.sSql);
   engines::EngineStatement toRun;
@@ -103,6 +112,7 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   }
   toRun.sSql = std::move(translation.sSql);
   toRun.parameters = std::move(translation.parameters);
+  toRun.batch = statement.batch;
   toRun.functions = std::move(translation.functions);
   toRun.maxRows = std::max<platform::Long>(statement.lMaxRecords, 0);
   toRun.bReadOnly = statement.bReadOnly;

@@ -41,8 +41,10 @@ class HistorianSession final : public ado::Session {
   ado::StatementResult Run(const ado::Statement& statement, const Deadline& deadline,
                            const std::stop_token& stop);
   ado::StatementResult RunTranslated(const ado::Statement& statement,
-                                     std::vector<dialect::Token> tokens, const Deadline& deadline,
-                                     dialect::StatementWork& work, const std::stop_token& stop);
+                                     std::vector<dialect::Token> tokens,
+                                     std::span<const platform::Value> parameters,
+                                     const Deadline& deadline, dialect::StatementWork& work,
+                                     const std::stop_token& stop);
   void RunCatalogStatement(const dialect::CatalogStatement& statement, const std::stop_token& stop);
 
   SessionPlace m_place;

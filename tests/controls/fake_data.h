@@ -132,6 +132,13 @@ inline std::shared_ptr<FakeRecordset> Plant(platform::RowIndex rows) {
   return rs;
 }
 
+/// One row of one column.
+inline std::shared_ptr<FakeRecordset> OneCell(platform::Value vtValue) {
+  auto rs = std::make_shared<FakeRecordset>(1, [vtValue](auto, auto) { return vtValue; });
+  rs->Column("a", platform::DataType::BigInt);
+  return rs;
+}
+
 class FakeProperty : public platform::Property {
  public:
   explicit FakeProperty(platform::Value vtValue) : m_vtValue(std::move(vtValue)) {}
@@ -187,6 +194,7 @@ struct FakeServer {
   platform::Long lMaxRecords = -1;
   bool bReadOnly = false;
   fakes::FakeParameters parameters;  ///< of the last command
+  platform::ParameterRows batch;
   std::optional<platform::RowIndex> rowsExpected;
   bool bKeepRows = false;
   bool bCancelled = false;
@@ -215,6 +223,7 @@ class FakeCommand : public platform::Command {
     return std::make_shared<fakes::FakeParameter>(sName, type, vtValue);
   }
   platform::Parameters& Parameters() override { return m_server.parameters; }
+  void Batch(platform::ParameterRows rows) override { m_server.batch = std::move(rows); }
   void RowsExpected(std::optional<platform::RowIndex> rows) override {
     m_server.rowsExpected = rows;
   }

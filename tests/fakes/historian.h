@@ -254,6 +254,7 @@ class FakeCommand : public platform::Command {
     return std::make_shared<FakeParameter>(sName, type, vtValue);
   }
   platform::Parameters& Parameters() override { return m_parameters; }
+  void Batch(platform::ParameterRows) override {}
   void RowsExpected(std::optional<platform::RowIndex>) override {}
   void KeepRows(platform::Boolean) override {}
   void OnRows(platform::RowsHandler) override {}

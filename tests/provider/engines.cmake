@@ -17,5 +17,4 @@ orvane_test(engines
     engines/sqlite_rows_test.cpp
     engines/sqlite_schema_test.cpp
     engines/sqlite_session_test.cpp
-    engines/sqlite_transaction_test.cpp
-    engines/sqlite_types_test.cpp)
+    engines/sqlite_transaction_test.cpp)

@@ -113,6 +113,11 @@ using RowSink = std::function<void(const RecordsetPtr& rows)>;
 /// what its caller gets.
 using RowsHandler = std::function<void(const RecordsetPtr& rs)>;
 
+/// Gives the values for the next run of a statement; false when there is none. Called on the thread
+/// of the statement, one call at a time; what it throws undoes all runs and is what the caller
+/// gets. It owns what it uses: a statement that was cancelled may still wait for it.
+using ParameterRows = std::function<bool(std::vector<platform::Value>& values)>;
+
 class Command : public Object {
  public:
   virtual void ActiveConnection(const ConnectionPtr& cn) = 0;
@@ -134,6 +139,11 @@ class Command : public Object {
                                        const Value& vtValue) = 0;
   /// One for each "?" of the text, in order; owned by the command.
   virtual platform::Parameters& Parameters() = 0;
+  /// Has Execute run the statement once for each of these rows of values, instead of once with the
+  /// Parameters: all runs in one transaction, so that all are done or none. RowsExpected is about
+  /// each run. The values go to their columns as they are; no text is read as a time. Only for a
+  /// statement that changes rows. None, at first.
+  virtual void Batch(ParameterRows rows) = 0;
   /// How many rows the statement must change: when it changes another number, Execute fails with
   /// failure::kConflict, and nothing was changed. None, at first, lets it change any number.
   virtual void RowsExpected(std::optional<RowIndex> rows) = 0;

@@ -1,5 +1,6 @@
 #include "provider/dialect/statement_parameters.h"
 
+#include <algorithm>
 #include <type_traits>
 
 #include "platform/conversions.h"
@@ -46,6 +47,12 @@ void BecomeValue(Token& token, const Value& vtValue) {
 }
 
 }  // namespace
+
+std::vector<Value> PlacesOf(std::span<const Token> tokens) {
+  const auto nMarks = std::ranges::count(tokens, TokenKind::Parameter, &Token::kind);
+  // Of null nothing is made but itself.
+  return std::vector<Value>(static_cast<std::size_t>(nMarks));
+}
 
 void GiveParameters(std::string_view sStatement, std::vector<Token>& tokens,
                     std::span<const Value> values) {

@@ -5,11 +5,15 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
 #include "platform/value.h"
 #include "provider/dialect/lexer.h"
 
 namespace orvane::provider::dialect {
+
+/// Stands for a value that is not known yet, for each "?" among the tokens.
+std::vector<platform::Value> PlacesOf(std::span<const Token> tokens);
 
 /// Makes each "?" among the tokens the kind of token that its value is, and numbers it; null stays
 /// one of kind Parameter. Fails with

@@ -43,8 +43,8 @@ struct EngineStatement {
   std::vector<Catalog> catalogs;
   platform::RowIndex maxRows = 0;       ///< 0 fetches all rows
   platform::Boolean bReadOnly = false;  ///< only reads; see Run
-  /// How many rows it must change: another number is undone and fails. What triggers change for it
-  /// does not count. None lets it change any number.
+  /// How many rows each run of it must change: another number is undone and fails. What triggers
+  /// change for it does not count. None lets it change any number.
   std::optional<platform::RowIndex> rowsExpected{};
   /// Memory that the engine may take while it works, and the rows that it holds itself; 0 is no
   /// limit.
@@ -55,6 +55,9 @@ struct EngineStatement {
   /// Asked when all is done, right before a change is made for good; false leaves nothing changed.
   std::function<bool()> mayCommit{};
   std::vector<StatementFunction> functions{};  ///< known to this statement only
+  /// With it the statement runs once for each of the rows that it gives, which take the place of
+  /// the parameters, all in one transaction; see platform::Command::Batch.
+  platform::ParameterRows batch{};
 };
 
 /// What a statement that only reads fails with when it would change anything.

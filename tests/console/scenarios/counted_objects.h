@@ -36,6 +36,7 @@ class CountedCommand final : public platform::Command {
     return m_command->CreateParameter(sName, type, direction, lSize, vtValue);
   }
   platform::Parameters& Parameters() override { return m_command->Parameters(); }
+  void Batch(platform::ParameterRows rows) override { m_command->Batch(std::move(rows)); }
   void RowsExpected(std::optional<platform::RowIndex> rows) override {
     m_command->RowsExpected(rows);
   }

@@ -5,7 +5,7 @@
 #include <new>
 #include <utility>
 
-#include "provider/engines/sqlite/sqlite_types.h"
+#include "platform/stored_text.h"
 
 namespace orvane::provider::engines {
 
@@ -67,7 +67,7 @@ void AppendText(ado::Column& column, DataType type, std::string_view sText) {
     case DataType::DBDate:
     case DataType::DBTime:
     case DataType::Guid:
-      column.AppendValue(FromStoredText(type, sText));
+      column.AppendValue(platform::FromStoredText(type, sText));
       return;
     case DataType::Empty:
     case DataType::Integer:

@@ -60,9 +60,11 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
   // SQLite says of EXPLAIN what it says of the statement behind it; but that does not run.
   const bool bReads = prepared.ReadsOnly() || prepared.Explains();
   if (statement.bReadOnly && !bReads) throw WouldChange(statement.sSql);
-  prepared.Bind(statement.parameters);
+  if (!statement.batch) prepared.Bind(statement.parameters);
   const auto nChangesBefore = sqlite3_total_changes64(m_database.get());
+  platform::RowIndex batchChanged = 0;
   const auto changed = [&]() -> platform::RowIndex {
+    if (statement.batch) return batchChanged;
     // The count of changes stays that of an earlier statement when this one changed nothing.
     if (bReads || sqlite3_total_changes64(m_database.get()) == nChangesBefore) return 0;
     return sqlite3_changes64(m_database.get());
@@ -70,6 +72,12 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
   ado::RowCollector held(BoundedBy(statement.maxBytes));
   ado::RowReceiver& rows = statement.rows ? *statement.rows : held;
   const auto run = [&] {
+    if (statement.batch) {
+      rows.Begin({}, bReads);
+      batchChanged = RunBatch(statement, prepared, watch);
+      rows.End(false);
+      return;
+    }
     prepared.Fetch({statement.maxRows, statement.maxBytes, m_bUtf8}, rows, &watch);
     if (statement.rowsExpected && changed() != *statement.rowsExpected) {
       throw UnexpectedRows(changed(), *statement.rowsExpected, statement.sSql);
@@ -92,6 +100,28 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
   result.lRecordsAffected = static_cast<platform::Long>(
       std::min<platform::RowIndex>(changed(), std::numeric_limits<platform::Long>::max()));
   return result;
+}
+
+platform::RowIndex SqliteSession::RunBatch(const EngineStatement& statement,
+                                           SqliteStatement& prepared,
+                                           const SqliteWatch& watch) const {
+  platform::RowIndex all = 0;
+  std::vector<platform::Value> values;
+  while (statement.batch(values)) {
+    // Short runs hardly let the watch look from inside.
+    watch.Check(statement.sSql);
+    prepared.Bind(values);
+    const auto nChangesBefore = sqlite3_total_changes64(m_database.get());
+    prepared.Run();
+    prepared.Reset();
+    const bool bChanged = sqlite3_total_changes64(m_database.get()) != nChangesBefore;
+    const platform::RowIndex changed = bChanged ? sqlite3_changes64(m_database.get()) : 0;
+    if (statement.rowsExpected && changed != *statement.rowsExpected) {
+      throw UnexpectedRows(changed, *statement.rowsExpected, statement.sSql);
+    }
+    all += changed;
+  }
+  return all;
 }
 
 std::vector<TableSchema> SqliteSession::Schema(const Catalog& catalog, const SchemaRequest& request,

@@ -10,6 +10,7 @@
 namespace orvane::provider::engines {
 
 class SqliteRefusals;
+class SqliteStatement;
 class SqliteWatch;
 
 class SqliteSession final : public EngineSession {
@@ -31,6 +32,9 @@ class SqliteSession final : public EngineSession {
   platform::Text SubjectOf(std::span<const Catalog> catalogs) const;
   EngineResult RunAttached(const EngineStatement& statement, const platform::Text& sSubject,
                            SqliteRefusals& refusals, SqliteWatch& watch);
+  // Gives the number of rows that were changed.
+  platform::RowIndex RunBatch(const EngineStatement& statement, SqliteStatement& prepared,
+                              const SqliteWatch& watch) const;
 
   SqliteHandle m_database;
   Catalog m_main;

@@ -8,7 +8,6 @@
 #include "ado/row_collector.h"
 #include "provider/engines/declared_types.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
-#include "provider/engines/sqlite/sqlite_types.h"
 #include "provider/engines/sqlite/sqlite_values.h"
 #include "provider/engines/sqlite/sqlite_watch.h"
 

@@ -34,6 +34,8 @@ class SqliteStatement {
   platform::RecordsetPtr FetchAll(bool bUtf8);
   /// Runs a statement whose rows, if any, nobody wants.
   void Run();
+  /// Makes it ready for other parameters.
+  void Reset() { sqlite3_reset(m_statement.get()); }
 
   /// Makes a statement from the text and runs it.
   static void RunOnce(sqlite3* database, const platform::Text& sSql,

@@ -1,4 +1,4 @@
-#include "provider/engines/sqlite/sqlite_types.h"
+#include "platform/stored_text.h"
 
 #include <gtest/gtest.h>
 
@@ -6,13 +6,10 @@
 
 #include "platform/conversions.h"
 
-namespace orvane::provider::engines {
+namespace orvane::platform {
 namespace {
 
-using platform::DataType;
-using platform::Value;
-
-TEST(SqliteTypes, stored_texts_of_dates_times_and_guids_come_out_typed) {
+TEST(stored_text, stored_texts_of_dates_times_and_guids_come_out_typed) {
   const std::vector<std::pair<DataType, std::string>> cases = {
       {DataType::DBDate, "2024-02-29"}, {DataType::DBDate, "0001-01-01"},
       {DataType::DBTime, "00:00:00"},   {DataType::DBTime, "23:59:59.000001"},
@@ -20,12 +17,12 @@ TEST(SqliteTypes, stored_texts_of_dates_times_and_guids_come_out_typed) {
   };
   for (const auto& [type, sText] : cases) {
     const Value vtValue = FromStoredText(type, sText);
-    EXPECT_EQ(vtValue.As<platform::Text>(), nullptr) << sText;
-    EXPECT_EQ(platform::ToText(vtValue), sText);
+    EXPECT_EQ(vtValue.As<Text>(), nullptr) << sText;
+    EXPECT_EQ(ToText(vtValue), sText);
   }
 }
 
-TEST(SqliteTypes, stored_texts_in_another_spelling_stay_texts) {
+TEST(stored_text, stored_texts_in_another_spelling_stay_texts) {
   const std::vector<std::pair<DataType, std::string>> cases = {
       {DataType::DBDate, "2023-02-29"},
       {DataType::DBDate, "2024-2-29"},
@@ -54,4 +51,4 @@ TEST(SqliteTypes, stored_texts_in_another_spelling_stay_texts) {
 }
 
 }  // namespace
-}  // namespace orvane::provider::engines
+}  // namespace orvane::platform

@@ -1,4 +1,4 @@
-#include "tools/orvane_historian/csv_reader.h"
+#include "exports/csv_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include "platform/failure.h"
 
-namespace orvane::tools {
+namespace orvane::exports {
 namespace {
 
 using platform::Text;
@@ -70,11 +70,12 @@ TEST(csv_reader, refuses_bytes_that_are_no_text) {
   EXPECT_EQ(Read("\xF0\x9F\x98"), "Line 1: a field is no UTF-8 text; nothing was imported.");
   EXPECT_EQ(Read("\xF0\x9F\x98\x80"), "1:[\xF0\x9F\x98\x80] ");
   EXPECT_EQ(Read(Text("a\n\0b", 4)), "Line 2: there is a zero byte; nothing was imported.");
+  EXPECT_EQ(Read(Text("\"a\0b\"", 5)), Text("1:q[a\0b] ", 9)) << "in quotes it is one as any other";
 }
 
 TEST(csv_reader, reads_back_whatever_is_written_in_quotes) {
   std::mt19937 random(7);
-  const Text sCharacters = "a,\"\n\r ;'";
+  const Text sCharacters("a,\"\n\r ;'\0", 9);
   for (int i = 0; i < 2000; ++i) {
     Text sField;
     for (auto n = random() % 8; n > 0; --n) sField += sCharacters[random() % sCharacters.size()];
@@ -89,5 +90,31 @@ TEST(csv_reader, reads_back_whatever_is_written_in_quotes) {
   }
 }
 
+TEST(csv_reader, keeps_empty_lines_where_it_is_told_to) {
+  std::istringstream stream("a\n\r\n\nb\n");
+  CsvReader reader(stream);
+  reader.KeepEmptyLines(true);
+  int nRecords = 0;
+  while (const auto record = reader.Next()) {
+    ++nRecords;
+    EXPECT_EQ(record->front().sText.empty(), reader.Line() == 2 || reader.Line() == 3);
+  }
+  EXPECT_EQ(nRecords, 4);
+}
+
+TEST(csv_reader, takes_no_record_of_any_length_into_memory) {
+  // As a file is that has a quote too many.
+  std::istringstream stream("a\n\"" + Text(50, 'b') + ",\n" + Text(50, 'b'));
+  CsvReader reader(stream);
+  reader.MostBytes(100);
+  reader.Next();
+  try {
+    reader.Next();
+    ADD_FAILURE();
+  } catch (const platform::Failure& failure) {
+    EXPECT_EQ(failure.Description(), "Line 2: it is too long for a row; nothing was imported.");
+  }
+}
+
 }  // namespace
-}  // namespace orvane::tools
+}  // namespace orvane::exports

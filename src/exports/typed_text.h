@@ -1,5 +1,5 @@
 // Texts as values of a column's type, checked strictly.
-// Used by the subcommand import; pure.
+// Used by imports; pure.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 #include "platform/ado/recordset.h"
 #include "zones/time_zone.h"
 
-namespace orvane::tools {
+namespace orvane::exports {
 
 /// The value as the column stores it, or none when the text is no value of the type. Times are
 /// time expressions, read in the zone at the moment "now".
@@ -18,4 +18,4 @@ std::optional<platform::Value> ReadTyped(platform::DataType type, std::string_vi
 /// The type in words, with its article: "a whole number".
 std::string_view TypeInWords(platform::DataType type);
 
-}  // namespace orvane::tools
+}  // namespace orvane::exports

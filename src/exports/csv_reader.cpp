@@ -1,11 +1,11 @@
-#include "tools/orvane_historian/csv_reader.h"
+#include "exports/csv_reader.h"
 
 #include <string_view>
 
 #include "platform/failure.h"
 #include "platform/utf8.h"
 
-namespace orvane::tools {
+namespace orvane::exports {
 namespace {
 
 using platform::Text;
@@ -14,7 +14,8 @@ constexpr int kEnd = std::char_traits<char>::eof();
 
 }  // namespace
 
-CsvReader::CsvReader(std::istream& stream) : m_buffer(stream.rdbuf()) {
+CsvReader::CsvReader(std::istream& stream, char cSeparator)
+    : m_buffer(stream.rdbuf()), m_cSeparator(cSeparator) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
   for (std::size_t i = 0; i < kMark.size(); ++i) {
     if (m_buffer->sgetc() != static_cast<unsigned char>(kMark[i])) {
@@ -38,12 +39,14 @@ std::optional<std::vector<CsvField>> CsvReader::Next() {
   for (;;) {
     if (m_buffer->sgetc() == kEnd) return std::nullopt;
     m_llRecordLine = m_llLine;
+    m_bytes = 0;
     std::vector<CsvField> fields;
     do {
       fields.push_back(ReadField());
-    } while (m_nEnd == ',');
-    if (fields.size() == 1 && fields.front().sText.empty() && !fields.front().bQuoted) continue;
-    return fields;
+    } while (m_nEnd == m_cSeparator);
+    const bool bEmpty =
+        fields.size() == 1 && fields.front().sText.empty() && !fields.front().bQuoted;
+    if (!bEmpty || m_bEmptyLines) return fields;
   }
 }
 
@@ -53,16 +56,21 @@ CsvField CsvReader::ReadField() {
     ReadQuoted(field);
   } else {
     int c = Get();
-    for (; c != ',' && c != '\n' && c != kEnd; c = Get()) {
+    for (; c != m_cSeparator && c != '\n' && c != kEnd; c = Get()) {
       if (c == '"') {
         Fail(m_llLine, "a quote stands inside of a field that does not begin with one");
       }
-      field.sText += static_cast<char>(c);
+      Append(field, c);
     }
     m_nEnd = c;
   }
   if (!platform::IsUtf8(field.sText)) Fail(m_llRecordLine, "a field is no UTF-8 text");
   return field;
+}
+
+void CsvReader::Append(CsvField& field, int c) {
+  if (++m_bytes > m_mostBytes) Fail(m_llRecordLine, "it is too long for a row");
+  field.sText += static_cast<char>(c);
 }
 
 void CsvReader::ReadQuoted(CsvField& field) {
@@ -73,16 +81,15 @@ void CsvReader::ReadQuoted(CsvField& field) {
     // Inside of quotes a line break is kept as it is.
     const int c = m_buffer->sbumpc();
     if (c == kEnd) Fail(llOpened, "a quote is opened and never closed");
-    if (c == 0) Fail(m_llLine, "there is a zero byte");
     if (c == '\n') ++m_llLine;
     if (c == '"') {
       if (m_buffer->sgetc() != '"') break;
       m_buffer->sbumpc();
     }
-    field.sText += static_cast<char>(c);
+    Append(field, c);
   }
   m_nEnd = Get();
-  if (m_nEnd != ',' && m_nEnd != '\n' && m_nEnd != kEnd) {
+  if (m_nEnd != m_cSeparator && m_nEnd != '\n' && m_nEnd != kEnd) {
     Fail(m_llLine, "something follows a closing quote");
   }
 }
@@ -91,10 +98,28 @@ void CsvReader::Fail(std::int64_t llLine, const Text& sWhat) const {
   FailLine(llLine, sWhat);
 }
 
+char SeparatorOf(std::istream& stream) {
+  constexpr int kMostLookedAt = 1 << 16;
+  std::streambuf& buffer = *stream.rdbuf();
+  const auto start = buffer.pubseekoff(0, std::ios::cur, std::ios::in);
+  if (start == std::streambuf::pos_type(-1)) return ',';
+  bool bQuoted = false;
+  Text sFound;
+  for (int i = 0; i < kMostLookedAt; ++i) {
+    const int c = buffer.sbumpc();
+    if (c == kEnd || (c == '\n' && !bQuoted)) break;
+    if (c == '"') bQuoted = !bQuoted;
+    if (!bQuoted && (c == ',' || c == ';' || c == '\t')) sFound += static_cast<char>(c);
+  }
+  buffer.pubseekpos(start, std::ios::in);
+  if (sFound.empty() || sFound.find(',') != Text::npos) return ',';
+  return sFound.find('\t') != Text::npos ? '\t' : ';';
+}
+
 void FailLine(std::int64_t llLine, const Text& sWhat) {
   throw platform::Failure(
       platform::failure::kInvalidArgument,
       "Line " + std::to_string(llLine) + ": " + sWhat + "; nothing was imported.");
 }
 
-}  // namespace orvane::tools
+}  // namespace orvane::exports

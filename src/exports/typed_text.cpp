@@ -1,4 +1,4 @@
-#include "tools/orvane_historian/typed_text.h"
+#include "exports/typed_text.h"
 
 #include <charconv>
 #include <cmath>
@@ -6,10 +6,10 @@
 
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
-#include "provider/engines/sqlite/sqlite_types.h"
+#include "platform/stored_text.h"
 #include "zones/time_expression.h"
 
-namespace orvane::tools {
+namespace orvane::exports {
 namespace {
 
 using platform::DataType;
@@ -35,9 +35,10 @@ std::optional<Value> ReadWhole(std::string_view sText, bool bShort) {
   return Value(*number);
 }
 
+// Infinities are written "inf" and "-inf"; what is no number is none of a column's.
 std::optional<Value> ReadNumber(std::string_view sText) {
   const auto number = Read<double>(sText);
-  if (!number || !std::isfinite(*number)) return std::nullopt;
+  if (!number || std::isnan(*number)) return std::nullopt;
   return Value(*number);
 }
 
@@ -61,11 +62,11 @@ std::optional<Value> ReadBytes(std::string_view sText) {
   return Value(std::move(bytes));
 }
 
-// Dates, times and identities are stored as the texts that their values have.
+// Only in the spelling in which they are stored.
 std::optional<Value> ReadStored(DataType type, std::string_view sText) {
-  const Value vtValue = provider::engines::FromStoredText(type, sText);
+  Value vtValue = platform::FromStoredText(type, sText);
   if (vtValue.As<Text>() != nullptr) return std::nullopt;
-  return Value(platform::ToText(vtValue));
+  return vtValue;
 }
 
 }  // namespace
@@ -78,8 +79,12 @@ std::optional<Value> ReadTyped(DataType type, std::string_view sText, const zone
     case DataType::BigInt:
       return ReadWhole(sText, false);
     case DataType::Double:
-    case DataType::Numeric:
       return ReadNumber(sText);
+    case DataType::Numeric: {
+      // A whole number may have more digits than a double.
+      const auto whole = ReadWhole(sText, false);
+      return whole ? whole : ReadNumber(sText);
+    }
     case DataType::Boolean:
       return ReadBoolean(sText);
     case DataType::DBTimeStamp: {
@@ -130,4 +135,4 @@ std::string_view TypeInWords(DataType type) {
   return "a text";
 }
 
-}  // namespace orvane::tools
+}  // namespace orvane::exports

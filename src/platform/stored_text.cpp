@@ -1,4 +1,4 @@
-#include "provider/engines/sqlite/sqlite_types.h"
+#include "platform/stored_text.h"
 
 #include <array>
 #include <charconv>
@@ -7,9 +7,7 @@
 
 #include "platform/conversions.h"
 
-namespace orvane::provider::engines {
-
-using platform::DataType;
+namespace orvane::platform {
 
 namespace {
 
@@ -22,7 +20,7 @@ std::optional<int> Number(std::string_view sDigits, int nBase = 10) {
   return nValue;
 }
 
-platform::Value ReadDate(std::string_view sText) {
+Value ReadDate(std::string_view sText) {
   if (sText.size() != 10) return {};
   const auto nYear = Number(sText.substr(0, 4));
   const auto nMonth = Number(sText.substr(5, 2));
@@ -32,10 +30,10 @@ platform::Value ReadDate(std::string_view sText) {
                                         std::chrono::month(static_cast<unsigned>(*nMonth)),
                                         std::chrono::day(static_cast<unsigned>(*nDay))};
   if (!day.ok()) return {};
-  return platform::Date(day);
+  return Date(day);
 }
 
-platform::Value ReadTime(std::string_view sText) {
+Value ReadTime(std::string_view sText) {
   if (sText.size() < 8 || sText.size() > 15) return {};
   const auto nHour = Number(sText.substr(0, 2));
   const auto nMinute = Number(sText.substr(3, 2));
@@ -45,17 +43,16 @@ platform::Value ReadTime(std::string_view sText) {
   const auto nFraction = Number(sFraction);
   if (!nHour || !nMinute || !nSecond || !nFraction) return {};
   if (*nHour > 23 || *nMinute > 59 || *nSecond > 59) return {};
-  return platform::TimeOfDay(std::chrono::hours(*nHour) + std::chrono::minutes(*nMinute) +
-                             std::chrono::seconds(*nSecond) +
-                             std::chrono::microseconds(*nFraction));
+  return TimeOfDay(std::chrono::hours(*nHour) + std::chrono::minutes(*nMinute) +
+                   std::chrono::seconds(*nSecond) + std::chrono::microseconds(*nFraction));
 }
 
-platform::Value ReadGuid(std::string_view sText) {
+Value ReadGuid(std::string_view sText) {
   std::string sDigits;
   for (const char character : sText) {
     if (character != '{' && character != '-' && character != '}') sDigits.push_back(character);
   }
-  platform::Guid guid;
+  Guid guid;
   if (sDigits.size() != guid.bytes.size() * 2) return {};
   for (std::size_t i = 0; i < guid.bytes.size(); ++i) {
     const auto nByte = Number(std::string_view(sDigits).substr(i * 2, 2), 16);
@@ -67,14 +64,14 @@ platform::Value ReadGuid(std::string_view sText) {
 
 }  // namespace
 
-platform::Value FromStoredText(DataType type, std::string_view sText) {
-  platform::Value vtValue;
+Value FromStoredText(DataType type, std::string_view sText) {
+  Value vtValue;
   if (type == DataType::DBDate) vtValue = ReadDate(sText);
   if (type == DataType::DBTime) vtValue = ReadTime(sText);
   if (type == DataType::Guid) vtValue = ReadGuid(sText);
   // Another spelling stays the text it is, so that the original value finds its row again.
-  if (vtValue.IsNull() || platform::ToText(vtValue) != sText) return platform::Text(sText);
+  if (vtValue.IsNull() || ToText(vtValue) != sText) return Text(sText);
   return vtValue;
 }
 
-}  // namespace orvane::provider::engines
+}  // namespace orvane::platform

@@ -1,0 +1,49 @@
+// The current row as a form beside the rows: names and values one below the other, for tables that
+// are wider than a screen. It follows the current cell, and leads it. Part of the grid's window;
+// user-interface thread.
+#pragma once
+
+#include <QSortFilterProxyModel>
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+class QTableView;
+class QToolButton;
+
+namespace orvane::controls {
+
+class RowFormModel;
+class RowView;
+
+class RowForm : public QWidget {
+ public:
+  /// Hidden at first. Adds itself to what can be done to the rows.
+  RowForm(RowView& rows, QWidget* parent);
+
+  /// Shows the form of the current row, with the keys in it, or hides it and gives them back.
+  void Show(bool bShow);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void AddHead();
+  void FollowRows();
+  void FollowLine();
+  void Step(int nRows);
+  void GoToCell();
+  void CopyValue() const;
+
+  RowView& m_rows;
+  RowFormModel* m_model;
+  QSortFilterProxyModel* m_found;
+  QLabel* m_which;
+  QToolButton* m_previous;
+  QToolButton* m_next;
+  QLineEdit* m_filter;
+  QTableView* m_lines;
+  bool m_bFollowing = false;  ///< one of both follows the other
+};
+
+}  // namespace orvane::controls

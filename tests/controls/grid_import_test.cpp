@@ -1,0 +1,291 @@
+// Imports as a user makes them, into a table of a real historian: the key, the file dialog, and
+// what another connection reads afterwards.
+#include <QApplication>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <bit>
+#include <cmath>
+#include <random>
+
+#include "controls/table_editor.h"
+#include "controls/table_query.h"
+#include "exports/row_export.h"
+#include "platform/conversions.h"
+#include "tests/controls/historian_server.h"
+#include "tests/files/temporary_folder.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Text;
+using platform::Value;
+
+class GridImportTest : public testing::Test {
+ protected:
+  GridImportTest() {
+    m_server->Run("CREATE TABLE P..T (Nr INTEGER PRIMARY KEY, a TEXT, d DOUBLE, t TIMESTAMP)");
+    m_query->Catalog("P");
+    ShowTable("T");
+  }
+
+  struct Folder : files::FolderTest {
+    using FolderTest::Path;
+    using FolderTest::WriteBytes;
+    void TestBody() override {}
+  };
+
+  void ShowTable(const Text& sTable, const Text& sOptions = {}) {
+    m_query->Table(sTable);
+    m_editor = std::make_unique<TableEditor>(
+        GridServices{m_server, std::make_shared<RowsStates>(), std::make_shared<int>()});
+    m_connection = m_server->Connect(sOptions);
+    m_editor->Connection(m_connection);
+    m_editor->TableQuery(m_query);
+    m_editor->Requery();
+    Window().show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&Window()));
+  }
+  QWidget& Window() { return *static_cast<QWidget*>(m_editor->Window()); }
+  std::string Notice() {
+    const auto* label = Window().findChild<QLabel*>("notice");
+    return label->isVisibleTo(&Window()) ? label->text().toStdString() : "";
+  }
+  /// Presses the keys, and answers the dialogs that come up.
+  void Import(const std::string& sPath) {
+    m_sTold.clear();
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      if (auto* files = qobject_cast<QFileDialog*>(dialog)) {
+        files->findChild<QLineEdit*>()->setText(QString::fromStdString(sPath));
+        QTest::keyClick(files->findChild<QLineEdit*>(), Qt::Key_Return);
+      } else if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
+        m_sTold = box->text().toStdString();
+        box->button(QMessageBox::Ok)->click();
+      }
+    });
+    timer.start(5);
+    QTest::keyClick(Window().findChild<QWidget*>("rows"), Qt::Key_I,
+                    Qt::ControlModifier | Qt::ShiftModifier);
+  }
+  void ImportBytes(const std::string& sBytes) {
+    const std::string sPath = m_folder.Path("rows.csv");
+    Folder::WriteBytes(sPath, sBytes);
+    Import(sPath);
+  }
+  Text Stored() { return m_server->Read("SELECT * FROM P..T ORDER BY Nr"); }
+
+  std::shared_ptr<tests::HistorianServer> m_server = tests::HistorianServer::Make();
+  std::shared_ptr<controls::TableQuery> m_query = std::make_shared<controls::TableQuery>();
+  platform::ConnectionPtr m_connection;
+  std::unique_ptr<TableEditor> m_editor;
+  Folder m_folder;
+  std::string m_sTold;
+};
+
+TEST_F(GridImportTest, inserts_the_rows_and_shows_them) {
+  ImportBytes("A,nr,t\r\nx,7,2024-05-31T12:00:00+02:00\r\n\"y,\"\"z\",8,\r\n");
+  EXPECT_EQ(m_sTold, "");
+  EXPECT_EQ(Stored(), "7|x||2024-05-31 10:00:00\n8|y,\"z||\n");
+  EXPECT_EQ(Notice(), "Imported 2 rows");
+  EXPECT_EQ(Window().findChild<RowView*>("rows")->Model().Places(), 2);
+}
+
+TEST_F(GridImportTest, imports_nothing_when_one_line_is_wrong) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Nr,a\n1,x\n2\n",
+       "Line 3: it has 1 fields, but the first line names 2 columns; nothing was imported."},
+      {"Nr,d\n1,1\n2,abc\n",
+       "Line 3: \"abc\" is not a number for the column d; nothing was imported."},
+      {"Nr,a\n1,x\n1,y\n",
+       "Line 3: A rule of the table refuses this: UNIQUE constraint failed: T.Nr; correct the row; "
+       "nothing was imported."},
+      {"Nr,colour\n", "Line 1: the table T has no column \"colour\"; nothing was imported."},
+      {"", "The file is empty; its first line must name columns of the table."}};
+  for (const auto& [sFile, sTold] : cases) {
+    ImportBytes(sFile);
+    EXPECT_EQ(m_sTold, sTold);
+    EXPECT_EQ(Stored(), "");
+    EXPECT_EQ(Notice(), "");
+  }
+}
+
+TEST_F(GridImportTest, refuses_numbers_that_could_be_times) {
+  ShowTable("T", "Time as Double = True;");
+  ImportBytes("Nr,d\n1,1.5\n");
+  EXPECT_EQ(m_sTold,
+            "Rows cannot be imported while the server gives times as numbers; set its extended "
+            "option \"Time as Double\" to False and connect again.");
+  ImportBytes("Nr,a\n1,x\n");
+  EXPECT_EQ(m_sTold, "");
+  EXPECT_EQ(Stored(), "1|x||\n");
+}
+
+TEST_F(GridImportTest, counts_the_rows_of_the_table_when_asked) {
+  std::string sRows = "Nr\n";
+  for (int i = 1; i <= 1234; ++i) sRows += std::to_string(i) + "\n";
+  m_query->MaxRows(10);
+  ImportBytes(sRows);
+  auto* count = Window().findChild<QToolButton*>("offer");
+  ASSERT_TRUE(count->isVisibleTo(&Window())) << "the row limit has cut the rows";
+  QTest::mouseClick(count, Qt::LeftButton);
+  EXPECT_EQ(Notice(), "1,234 rows in the table.");
+  m_query->FilterCondition("Nr > 1200 -- the last ones");
+  m_editor->Requery();
+  QTest::mouseClick(count, Qt::LeftButton);
+  EXPECT_EQ(Notice(), "34 rows in the table meet the filter.");
+  m_query->MaxRows(0);
+  m_editor->Requery();
+  EXPECT_FALSE(count->isVisibleTo(&Window()));
+}
+
+TEST_F(GridImportTest, rows_stay_when_the_connection_is_gone_and_come_anew_after_reconnecting) {
+  ImportBytes("Nr\n1\n2\n");
+  auto* view = Window().findChild<RowView*>("rows");
+  view->GoTo(1, 0);
+  m_connection->Close();
+  try {
+    m_editor->Requery();
+    ADD_FAILURE();
+  } catch (const platform::Failure& failed) {
+    EXPECT_EQ(failed.Number(), platform::failure::kObjectClosed);
+    EXPECT_EQ(Notice(), failed.Description());
+  }
+  EXPECT_EQ(view->Model().Places(), 2);
+  EXPECT_EQ(view->currentIndex().row(), 1);
+  m_server->Run("INSERT INTO P..T (Nr) VALUES (3)");
+  auto* reconnect = Window().findChild<QToolButton*>("offer");
+  ASSERT_TRUE(reconnect->isVisibleTo(&Window()));
+  EXPECT_EQ(reconnect->text(), "Reconnect");
+  QTest::mouseClick(reconnect, Qt::LeftButton);
+  EXPECT_TRUE(m_connection->IsOpen());
+  EXPECT_EQ(view->Model().Places(), 3);
+  EXPECT_EQ(Notice(), "");
+  EXPECT_FALSE(reconnect->isVisibleTo(&Window()));
+}
+
+TEST_F(GridImportTest, reconnecting_that_fails_keeps_the_rows_and_says_why) {
+  ImportBytes("Nr\n1\n");
+  auto* view = Window().findChild<RowView*>("rows");
+  m_connection->Close();
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  m_connection->ConnectionString("Provider = ORVOLEDB; Data Source = Nowhere");
+  QTest::mouseClick(Window().findChild<QToolButton*>("offer"), Qt::LeftButton);
+  EXPECT_FALSE(m_connection->IsOpen());
+  EXPECT_EQ(view->Model().Places(), 1);
+  EXPECT_NE(Notice().find("Nowhere"), std::string::npos) << Notice();
+  EXPECT_TRUE(Window().findChild<QToolButton*>("offer")->isVisibleTo(&Window()));
+}
+
+/// Random values for a column of each type, and null.
+class RandomRows {
+ public:
+  std::vector<Value> Row(std::int64_t llNumber) {
+    using namespace std::chrono;
+    std::vector<Value> values{
+        platform::Long(static_cast<std::int32_t>(m_random())),
+        static_cast<std::int64_t>(m_random()) >> (m_random() % 64),
+        Double(),
+        m_random() % 2 == 0,
+        Piece(),
+        Bytes(),
+        platform::Timestamp(
+            microseconds(static_cast<std::int64_t>(m_random()) % 60'000'000'000'000'000)),
+        platform::Date(days(static_cast<int>(m_random() % 700'000))),
+        platform::TimeOfDay(static_cast<std::int64_t>(m_random() % 86'400'000'000)),
+        Guid()};
+    for (Value& vtValue : values) {
+      if (m_random() % 8 == 0) vtValue = Value();
+    }
+    values.insert(values.begin(), llNumber);
+    return values;
+  }
+
+ private:
+  double Double() {
+    constexpr double kEdges[] = {5e-324,
+                                 1.7976931348623157e308,
+                                 0.1,
+                                 -1e22,
+                                 std::numeric_limits<double>::infinity(),
+                                 -std::numeric_limits<double>::infinity()};
+    if (m_random() % 3 == 0) return kEdges[m_random() % std::size(kEdges)];
+    double d = 0;
+    do d = std::bit_cast<double>(m_random());
+    while (std::isnan(d));
+    return d;
+  }
+  Text Piece() {
+    static const std::vector<Text> kPieces{"a",    ",",  "\"", "\r", Text(1, '\0'),
+                                           "\n",   "\t", ";",  "'",  "\xC3\xA9",
+                                           "NULL", " ",  "",   "*",  "\xF0\x9F\x9A\x80"};
+    Text sText;
+    for (std::size_t n = m_random() % 6; n > 0; --n) sText += kPieces[m_random() % kPieces.size()];
+    return sText;
+  }
+  platform::Bytes Bytes() {
+    platform::Bytes bytes(m_random() % 20);
+    for (auto& byte : bytes) byte = static_cast<std::byte>(m_random());
+    return bytes;
+  }
+  platform::Guid Guid() {
+    platform::Guid guid;
+    for (auto& byte : guid.bytes) byte = static_cast<std::uint8_t>(m_random());
+    return guid;
+  }
+
+  std::mt19937_64 m_random{11};
+};
+
+TEST_F(GridImportTest, rows_that_were_exported_come_back_as_they_were) {
+  const Text sColumns =
+      " (Nr INTEGER PRIMARY KEY, i INT, b BIGINT, d DOUBLE, f BOOLEAN, s TEXT, x BLOB, t TIMESTAMP,"
+      " y DATE, c TIME, g GUID)";
+  m_server->Run("CREATE TABLE P..Sent" + sColumns);
+  m_server->Run("CREATE TABLE P..Back" + sColumns);
+  const auto command = m_server->CreateCommand();
+  command->ActiveConnection(m_server->Connect());
+  command->CommandText("INSERT INTO P..Sent VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+  RandomRows random;
+  std::int64_t llNumber = 0;
+  command->Batch([&](std::vector<Value>& values) {
+    values = random.Row(++llNumber);
+    return llNumber <= 300;
+  });
+  command->Execute();
+  const auto sent = m_server->Run("SELECT * FROM P..Sent ORDER BY Nr");
+  ASSERT_EQ(sent->RecordCount(), 300);
+  exports::RowExport file({}, m_folder.Path("sent.csv"));
+  file.Rows(*sent);
+  file.Finish(false);
+
+  ShowTable("Back");
+  Import(m_folder.Path("sent.csv"));
+  EXPECT_EQ(m_sTold, "");
+  const auto back = m_server->Run("SELECT * FROM P..Back ORDER BY Nr");
+  ASSERT_EQ(back->RecordCount(), 300);
+  for (platform::RowIndex row = 0; row < 300; ++row) {
+    for (platform::ColumnIndex column = 0; column < sent->FieldCount(); ++column) {
+      EXPECT_TRUE(back->ValueAt(row, column) == sent->ValueAt(row, column))
+          << "row " << row << ", column " << column << ": "
+          << platform::ToText(sent->ValueAt(row, column)) << " came back as "
+          << platform::ToText(back->ValueAt(row, column));
+    }
+  }
+}
+
+TEST_F(GridImportTest, a_column_of_its_own_keeps_its_nulls) {
+  m_server->Run("CREATE TABLE P..S (s TEXT)");
+  ShowTable("S");
+  ImportBytes("s\r\na\r\n\r\n\"\"\r\n");
+  EXPECT_EQ(m_server->Read("SELECT count(*), count(s) FROM P..S"), "3|2\n");
+}
+
+}  // namespace
+}  // namespace orvane::controls

@@ -1,0 +1,92 @@
+// Rows of files as values for a table's columns.
+#include "exports/row_import.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "platform/conversions.h"
+#include "platform/failure.h"
+
+namespace orvane::exports {
+namespace {
+
+using platform::DataType;
+using platform::Failure;
+using platform::Text;
+using platform::Value;
+
+const std::vector<ImportColumn> kColumns{
+    {"Tag", DataType::WChar}, {"Timestamp", DataType::DBTimeStamp}, {"Value", DataType::Double}};
+
+Text Import(const Text& sFile) {
+  std::istringstream stream(sFile);
+  Text sRead;
+  try {
+    RowImport rows(stream, "Data", kColumns, zones::TimeZone("Europe/Berlin"));
+    for (const auto& column : rows.Columns()) sRead += column.sName + " ";
+    std::vector<Value> values;
+    while (rows.Next(values)) {
+      sRead += "/";
+      for (const Value& vtValue : values) {
+        sRead += (vtValue.IsNull() ? Text("null") : platform::ToText(vtValue)) + "|";
+      }
+    }
+  } catch (const Failure& failed) {
+    return failed.Description();
+  }
+  return sRead;
+}
+
+TEST(row_import, matches_columns_by_name_and_reads_their_types) {
+  EXPECT_EQ(Import("value,TAG\r\n1.5,T1\r\n,\"\"\r\n"), "Value Tag /1.5|T1|/null||");
+  EXPECT_EQ(Import("Timestamp\n2024-07-01 12:00\n\n"), "Timestamp /2024-07-01 10:00:00|/null|");
+}
+
+TEST(row_import, the_first_line_tells_the_separator) {
+  EXPECT_EQ(Import("Tag;Value\r\n\"a;b\";1\r\nc,d;2\r\n"), "Tag Value /a;b|1|/c,d|2|");
+  EXPECT_EQ(Import("\xEF\xBB\xBFTag\tValue\na;b\t1\n"), "Tag Value /a;b|1|");
+  EXPECT_EQ(Import("\"Tag\";Value\na;1\n"), "Tag Value /a|1|");
+  EXPECT_EQ(Import("Tag,\"Value;\"\n"),
+            "Line 1: the table Data has no column \"Value;\"; nothing was imported.");
+}
+
+TEST(row_import, names_the_first_bad_line) {
+  EXPECT_EQ(Import(""), "The file is empty; its first line must name columns of the table.");
+  EXPECT_EQ(Import("Tag,Color\n"),
+            "Line 1: the table Data has no column \"Color\"; nothing was imported.");
+  EXPECT_EQ(Import("Tag,tag\n"),
+            "Line 1: the column \"tag\" is named twice; nothing was imported.");
+  EXPECT_EQ(Import("Tag,Value\na,1\nb\n"),
+            "Line 3: it has 1 fields, but the first line names 2 columns; nothing was imported.");
+  EXPECT_EQ(Import("Tag,Value\na,1\nb,x\nc,y\n"),
+            "Line 3: \"x\" is not a number for the column Value; nothing was imported.");
+}
+
+TEST(row_import, tells_the_line_that_a_rule_of_the_table_has_refused) {
+  std::istringstream stream("Tag\na\nb\n");
+  RowImport rows(stream, "Data", kColumns, zones::TimeZone::Utc());
+  std::vector<Value> values;
+  rows.Next(values);
+  rows.Next(values);
+  const auto told = [&](platform::Long lNumber) {
+    try {
+      try {
+        throw Failure(lNumber, "It stands there already; correct it.");
+      } catch (const Failure&) {
+        rows.RethrowOfRow();
+      }
+    } catch (const Failure& failed) {
+      return failed.Description();
+    }
+    return Text();
+  };
+  EXPECT_EQ(told(platform::failure::kConstraint),
+            "Line 3: It stands there already; correct it; nothing was imported.");
+  EXPECT_EQ(told(platform::failure::kConflict),
+            "Line 3: the table has not taken this row; nothing was imported.");
+  EXPECT_EQ(told(platform::failure::kStorage), "It stands there already; correct it.");
+}
+
+}  // namespace
+}  // namespace orvane::exports
