@@ -46,7 +46,14 @@ void PaintEditedCorner(QPainter& painter, const QRect& rect, const QColor& colou
   painter.restore();
 }
 
-QString Fitting(const QString& sText, const QFontMetrics& metrics, int nWidth) {
+QString Fitting(const Cell& cell, const QFontMetrics& metrics, int nWidth) {
+  const QString& sText = cell.sText;
+  // A number whose end is missing reads as another number.
+  const bool bNumber = cell.alignment.testFlag(Qt::AlignRight) && !cell.bNull;
+  if (bNumber && metrics.horizontalAdvance(sText) > nWidth) {
+    const int nMark = std::max(1, metrics.horizontalAdvance(u'#'));
+    return QString(std::max(1, nWidth / nMark), u'#');
+  }
   // Shaping a text costs time for each character, so the part that can never be in sight is left
   // out before the rest is measured. Nothing that is drawn is narrower than two pixels.
   const int nCharacters = std::max(0, nWidth) / 2 + 1;
@@ -88,7 +95,7 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->setFont(font);
   painter->setPen(option.palette.color(group, role));
   painter->drawText(text, static_cast<int>(cell.alignment) | Qt::TextSingleLine,
-                    Fitting(cell.sText, QFontMetrics(font), text.width()));
+                    Fitting(cell, QFontMetrics(font), text.width()));
 
   if (option.state.testFlag(QStyle::State_HasFocus)) {
     const auto frame = bSelected ? QPalette::HighlightedText : QPalette::Highlight;

@@ -166,6 +166,29 @@ QString CellFormat::Shown(const Value& vtValue) const {
   return Whole(vtValue);
 }
 
+int CellFormat::FractionOf(const Value& vtValue) {
+  std::int64_t count = 0;
+  if (const auto* timestamp = vtValue.As<Timestamp>()) {
+    count = timestamp->time_since_epoch().count();
+  } else if (const auto* time = vtValue.As<platform::TimeOfDay>()) {
+    count = time->count();
+  }
+  if (count % 1'000 != 0) return 6;
+  return count % 1'000'000 != 0 ? 3 : 0;
+}
+
+QString CellFormat::Shown(const Value& vtValue, int nFraction) const {
+  QString sShown = Shown(vtValue);
+  const bool bTime = vtValue.As<Timestamp>() || vtValue.As<platform::TimeOfDay>();
+  if (!bTime || nFraction == 0) return sShown;
+  qsizetype nPoint = sShown.indexOf(u'.');
+  if (nPoint < 0) {
+    nPoint = sShown.size();
+    sShown += u'.';
+  }
+  return sShown.leftJustified(nPoint + 1 + nFraction, u'0');
+}
+
 QString CellFormat::Whole(const Value& vtValue) const {
   if (vtValue.Kind() == ValueKind::Object) return QStringLiteral("(object)");
   if (const auto* timestamp = vtValue.As<Timestamp>()) {

@@ -29,6 +29,10 @@ class CellFormat {
   /// One line: line breaks and other control characters appear as marks, long values are cut and
   /// end in an ellipsis, null is the word NULL (its look tells it from a text of that word).
   QString Shown(const platform::Value& vtValue) const;
+  /// The same, a time with so many digits of a second at least.
+  QString Shown(const platform::Value& vtValue, int nFraction) const;
+  /// The digits of a second that a time needs: 0, 3 or 6; 0 for anything else.
+  static int FractionOf(const platform::Value& vtValue);
   /// The whole value; null is the empty text.
   QString Whole(const platform::Value& vtValue) const;
   /// Numbers right, Booleans in the middle, everything else left; null follows the column.

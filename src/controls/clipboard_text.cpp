@@ -18,6 +18,14 @@ QString InCell(QString sText) {
 
 }  // namespace
 
+std::vector<int> SelectedColumns(const QItemSelection& selection) {
+  std::set<int> columns;
+  for (const QItemSelectionRange& range : selection) {
+    for (int n = range.left(); n <= range.right(); ++n) columns.insert(n);
+  }
+  return {columns.begin(), columns.end()};
+}
+
 std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection) {
   std::vector<std::pair<int, int>> spans;
   for (const QItemSelectionRange& range : selection) {
@@ -43,10 +51,7 @@ platform::RowIndex SelectedRows(const QItemSelection& selection) {
 
 std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection& selection,
                                      bool bNames, qsizetype nMost) {
-  std::set<int> columns;
-  for (const QItemSelectionRange& range : selection) {
-    for (int n = range.left(); n <= range.right(); ++n) columns.insert(n);
-  }
+  const std::vector<int> columns = SelectedColumns(selection);
   QString sText;
   if (bNames) {
     QChar separator;
@@ -67,7 +72,11 @@ std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection
           return nRow >= range.top() && nRow <= range.bottom() && nColumn >= range.left() &&
                  nColumn <= range.right();
         });
-        if (bSelected) sText += InCell(model.Format().Whole(model.ValueAt(nRow, nColumn)));
+        if (!bSelected) continue;
+        const platform::Value vtValue = model.ValueAt(nRow, nColumn);
+        const QString sWhole = model.Format().Whole(vtValue);
+        // Null is an empty cell, so the empty text has to be something.
+        sText += sWhole.isEmpty() && !vtValue.IsNull() ? QStringLiteral("\"\"") : InCell(sWhole);
       }
       sText += u'\n';
       if (sText.size() > nMost) return std::nullopt;

@@ -12,9 +12,10 @@
 namespace orvane::controls {
 
 /// The cells of the smallest table that holds the selection; those not selected are left empty,
-/// as is null. A text with a tab, a line break or a quote is put between quotes, and quotes in it
-/// are doubled. With bNames the first line has the names of the columns. None when that is more
-/// than the limit of characters, which is as much as other programs take without a stall.
+/// as is null; the empty text is two quotes. A text with a tab, a line break or a quote is put
+/// between quotes, and quotes in it are doubled. With bNames the first line has the names of the
+/// columns. None when that is more than the limit of characters, which is as much as other programs
+/// take without a stall.
 constexpr qsizetype kMostCopiedCharacters = 32'000'000;
 std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection& selection,
                                      bool bNames, qsizetype nMost = kMostCopiedCharacters);
@@ -22,6 +23,8 @@ std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection
 /// First and last rows of which a cell is selected, without overlap, in order.
 std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection);
 
+/// The columns of which a cell is selected, in order.
+std::vector<int> SelectedColumns(const QItemSelection& selection);
 /// The number of rows of which a cell is selected.
 platform::RowIndex SelectedRows(const QItemSelection& selection);
 

@@ -89,6 +89,11 @@ GridCore::~GridCore() {
   }
 }
 
+void GridCore::Subject(GridSubject subject) {
+  m_subject = std::move(subject);
+  if (!m_subject.sInto.empty()) m_window->Rows().Into(m_subject.sInto);
+}
+
 void GridCore::Connection(const platform::ConnectionPtr& cn) {
   m_connection = cn;
   FollowZone();
@@ -279,6 +284,16 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
     m_window->ShowRunning(access == Access::Read ? QStringLiteral("Fetching rows\u2026")
                                                  : QStringLiteral("Running the query\u2026"));
   }
+  // The button keeps no command, and so no connection, longer than it can stop something.
+  const struct Stopping {
+    explicit Stopping(QPointer<GridWindow> stopped) : window(std::move(stopped)) {}
+    ~Stopping() {
+      if (window) window->OnCancel({});
+    }
+    Stopping(const Stopping&) = delete;
+    Stopping& operator=(const Stopping&) = delete;
+    QPointer<GridWindow> window;
+  } stopping(m_window);
   const platform::CommandPtr command = m_services.objects->CreateCommand();
   command->ActiveConnection(m_connection);
   command->CommandText(query.sSqlText);
@@ -287,7 +302,8 @@ GridCore::Fetched GridCore::Fetch(const GridQuery& query, Access access) {
   command->ReadOnly(access == Access::Read);
   // A change is made whole or not at all; of what is read any part is worth something.
   command->KeepRows(access == Access::Read);
-  if (access == Access::Read) {
+  // Rows that are followed stay until the next ones are there.
+  if (access == Access::Read && !query.following) {
     command->OnRows([this, life = std::weak_ptr<char>(m_life),
                      format = CellFormat(ZoneOf(m_connection))](const RecordsetPtr& rs) {
       if (!life.expired() && m_window) m_window->ShowComing(rs, format);

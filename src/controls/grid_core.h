@@ -111,7 +111,7 @@ class GridCore {
   GridEditing& Editing() const { return *m_editing; }
 
   /// What the rows are those of.
-  void Subject(GridSubject subject) { m_subject = std::move(subject); }
+  void Subject(GridSubject subject);
   GridExport& Export() { return m_export; }
 
   RowsStates& States() const { return *m_services.states; }

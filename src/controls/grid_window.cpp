@@ -119,7 +119,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   m_trend = new GridTrend(*m_splitter, *m_rows, *m_status);
   m_rows->OnArranged([this](const QString& sWhyNot) {
     TellOfArrangement(sWhyNot);
-    if (m_rows->Arranging()) return;
+    if (m_rows->Arranging() || m_bExchanging) return;
     TellOfNoRows();
     ShowPosition();
     TellOfExchange();
@@ -222,8 +222,11 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
   // Who looked at rows while they came goes on where he is.
   const bool bCame = std::exchange(m_bComing, false) && !state;
   const RowsState present = m_rows->State();
+  // An order is part of the exchange, and an exchange is told of once.
+  m_bExchanging = true;
   m_rows->ShowRows(rs, format, bCame && m_rows->HasRows() ? &present : state);
   if (bCame) m_rows->ArrangeNow();
+  m_bExchanging = false;
   if (m_rows->Model().Places() > 0) {
     m_notice->Say({}, {});
   } else if (m_rows->HasRows()) {
@@ -235,6 +238,7 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
     });
   } else {
     m_notice->Say(sNoRowsTitle, sNoRowsSentence);
+    TellOfNoRows();
   }
   m_fetching = fetching;
   m_seeking->ShowArrangement();

@@ -109,6 +109,7 @@ class GridWindow : public QWidget {
   QTimer m_patience;
   QElapsedTimer m_sinceSent;
   bool m_bComing = false;  ///< the rows that are shown are being fetched
+  bool m_bExchanging = false;
   bool m_bSqlShown = false;
   bool m_bSplitByUser = false;
   bool m_bToldOfCurrent = false;

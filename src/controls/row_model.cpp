@@ -45,6 +45,7 @@ void RowModel::Recordset(platform::RecordsetPtr rs, CellFormat format) {
   m_newRows = std::exchange(m_nextNewRows, {});
   m_order.reset();
   FindGonePlaces();
+  m_fractions.clear();
   m_nPlaces = CountPlaces();
   m_bEmptyRow = OffersNewRow();
   endResetModel();
@@ -52,6 +53,19 @@ void RowModel::Recordset(platform::RecordsetPtr rs, CellFormat format) {
 
 bool RowModel::AllRowsFit() const {
   return !m_recordset || m_recordset->RecordCount() <= kMaxRows;
+}
+
+void RowModel::FitTimes(int nRows) {
+  using platform::DataType;
+  m_fractions.assign(static_cast<std::size_t>(columnCount()), 0);
+  for (int nColumn = 0; nColumn < columnCount(); ++nColumn) {
+    const DataType type = m_recordset->FieldAt(nColumn).Type();
+    if (type != DataType::DBTimeStamp && type != DataType::DBTime) continue;
+    int& nFraction = m_fractions[static_cast<std::size_t>(nColumn)];
+    for (int n = 0; n < std::min(nRows, m_nPlaces) && nFraction < 6; ++n) {
+      nFraction = std::max(nFraction, CellFormat::FractionOf(m_recordset->ValueAt(n, nColumn)));
+    }
+  }
 }
 
 int RowModel::CountPlaces() const {
@@ -179,7 +193,10 @@ Cell RowModel::CellAt(int nPlace, int nColumn) const {
   const RowIndex row = RecordRow(nPlace);
   const Value vtValue = m_recordset->ValueAt(row, nColumn);
   const platform::RowState state = m_recordset->StateAt(row);
-  return {m_format.Shown(vtValue), CellFormat::Alignment(vtValue, type), vtValue.IsNull(),
+  const auto column = static_cast<std::size_t>(nColumn);
+  const int nFraction = column < m_fractions.size() ? m_fractions[column] : 0;
+  return {m_format.Shown(vtValue, nFraction), CellFormat::Alignment(vtValue, type),
+          vtValue.IsNull(),
           state != platform::RowState::Fetched && m_recordset->IsEdited(row, nColumn),
           state == platform::RowState::Deleted};
 }

@@ -44,6 +44,9 @@ class RowModel : public QAbstractTableModel {
   /// Shows the rows of a recordset; none empties the model.
   void Recordset(platform::RecordsetPtr rs, CellFormat format);
   bool AllRowsFit() const;
+  /// Shows the times of a column with as many digits of a second as the first rows need; a time
+  /// further down that needs more has them.
+  void FitTimes(int nRows);
   /// Takes in the rows that came, or were added, since the recordset was last asked for their
   /// number.
   void TakeRowsIn();
@@ -105,8 +108,9 @@ class RowModel : public QAbstractTableModel {
   /// Where rows stood that are to be seen no more, in ascending order, and how many were taken out.
   std::vector<platform::RowIndex> m_gonePlaces;
   std::size_t m_nGoneRows = 0;
-  bool m_bEmptyRow = false;  ///< as told to those who look
-  int m_nPlaces = 0;         ///< as told to those who look, without the empty row
+  std::vector<int> m_fractions;  ///< digits of a second, a column
+  bool m_bEmptyRow = false;      ///< as told to those who look
+  int m_nPlaces = 0;             ///< as told to those who look, without the empty row
   CellFormat m_format;
   std::set<platform::RowIndex> m_newRows;
   std::set<platform::RowIndex> m_nextNewRows;

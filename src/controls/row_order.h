@@ -37,7 +37,8 @@ class RowOrder {
     if (found == m_rows.end()) return std::nullopt;
     return found - m_rows.begin();
   }
-  platform::RowIndex Arranged() const { return m_arranged; }
+  /// Memory taken.
+  std::size_t Bytes() const { return m_rows.capacity() * sizeof(Number); }
 
  private:
   platform::RowIndex Standing() const { return static_cast<platform::RowIndex>(m_rows.size()); }

@@ -5,6 +5,8 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <utility>
@@ -12,6 +14,7 @@
 #include "controls/cell_delegate.h"
 #include "controls/clipboard_text.h"
 #include "controls/copied_cells.h"
+#include "controls/copied_forms.h"
 #include "controls/header_view.h"
 #include "controls/row_numbers.h"
 #include "controls/row_places.h"
@@ -54,6 +57,12 @@ void RowView::AddCommands() {
   m_commands.Add({CommandGroup::Copy, "&Copy", QKeySequence::Copy, [this] { Copy(false); }});
   m_commands.Add({CommandGroup::Copy, "Copy with Column &Names",
                   QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), [this] { Copy(true); }});
+  const auto addForm = [this](const char* sLabel, exports::Form form) {
+    m_commands.Add({CommandGroup::Copy, sLabel, {}, [this, form] { CopyAs(form); }});
+  };
+  addForm("Copy as CS&V", exports::Form::Csv);
+  addForm("Copy as &JSON Lines", exports::Form::JsonLines);
+  addForm("Copy as SQL &INSERT", exports::Form::Sql);
   m_commands.Add({CommandGroup::Select, "Select &All", QKeySequence::SelectAll,
                   [this] { selectAll(); }, hasRows});
 }
@@ -68,6 +77,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   RowsChosen(false);
   m_arranger.Cancel();
   m_model->Recordset(std::move(rs), std::move(format));
+  m_model->FitTimes(kRowsMeasured);
   if (m_model->columnCount() > 0) {
     const bool bKnown = state ? ColumnWidths(state->columnWidths)
                               : m_lastColumns == ColumnSignature() && ColumnWidths(m_lastWidths);
@@ -88,10 +98,20 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   Numbers().update();
   Names().viewport()->update();
   // A state without an order is of rows that have not been put into one yet.
-  if ((!state || !state->order) && HasRows()) ArrangeNow();
+  if (!HasRows()) return;
+  if (!state) {
+    ArrangeNow(true);
+  } else if (!state->order && !state->bOrderLost) {
+    ArrangeNow();
+  }
 }
 
 void RowView::Restore(const RowsState& state) {
+  // Without the order, what is said of places is about other rows.
+  if (state.bOrderLost) {
+    selectionModel()->setCurrentIndex(m_model->index(0, 0), QItemSelectionModel::NoUpdate);
+    return ArrangeNow(true);
+  }
   if (state.order) m_model->Order(state.order);
   QItemSelection selection;
   for (const CellRange& range : state.selection) {
@@ -167,7 +187,7 @@ void RowView::Filter(std::vector<ColumnFilter> filters) {
   ArrangeNow();
 }
 
-void RowView::ArrangeNow() {
+void RowView::ArrangeNow(bool bFromTop) {
   Names().Sorted(m_arrangement.sort);
   const auto& rs = m_model->Recordset();
   if (rs && rs->State() == platform::FetchState::Running && !m_arrangement.NeedsNoWork()) {
@@ -175,24 +195,31 @@ void RowView::ArrangeNow() {
     return;
   }
   if (m_arrangement.NeedsNoWork() && !m_model->Order() && !m_arranger.Busy()) return;
-  m_arranger.Arrange(m_model->Recordset(), m_arrangement, m_model->Format(),
-                     [this](std::shared_ptr<const RowOrder> order, const QString& sWhyNot) {
-                       if (!sWhyNot.isEmpty()) {
-                         m_arrangement = {};
-                         Names().Sorted({});
-                       }
-                       const RowPlaces places(*this, *m_model);
-                       {
-                         const QSignalBlocker quiet(selectionModel());
-                         m_model->Order(std::move(order));
-                       }
-                       ForgetScroll();
-                       updateGeometries();
-                       places.Restore(*this, *m_model);
-                       viewport()->update();
-                       Numbers().update();
-                       if (m_arranged) m_arranged(sWhyNot);
-                     });
+  m_arranger.Arrange(
+      m_model->Recordset(), m_arrangement, m_model->Format(),
+      [this, bFromTop](std::shared_ptr<const RowOrder> order, const QString& sWhyNot) {
+        if (!sWhyNot.isEmpty()) {
+          m_arrangement = {};
+          Names().Sorted({});
+        }
+        const RowPlaces places(*this, *m_model);
+        {
+          const QSignalBlocker quiet(selectionModel());
+          m_model->Order(std::move(order));
+        }
+        ForgetScroll();
+        updateGeometries();
+        if (bFromTop) {
+          const QSignalBlocker quiet(selectionModel());
+          selectionModel()->setCurrentIndex(m_model->index(0, 0), QItemSelectionModel::NoUpdate);
+          verticalScrollBar()->setValue(0);
+        } else {
+          places.Restore(*this, *m_model);
+        }
+        viewport()->update();
+        Numbers().update();
+        if (m_arranged) m_arranged(sWhyNot);
+      });
   if (m_arranger.Busy() && m_arranged) m_arranged({});
 }
 
@@ -201,7 +228,7 @@ void RowView::currentChanged(const QModelIndex& current, const QModelIndex& prev
   Names().Offer(current.column());
 }
 
-void RowView::Copy(bool bNames) const {
+QItemSelection RowView::CopiedCells() const {
   // The empty row at the end holds nothing.
   QItemSelection selection;
   for (const QItemSelectionRange& range : selectionModel()->selection()) {
@@ -213,30 +240,62 @@ void RowView::Copy(bool bNames) const {
   if (selection.isEmpty() && currentIndex().isValid()) {
     selection.select(currentIndex(), currentIndex());
   }
-  if (selection.isEmpty()) return;
+  return selection;
+}
+
+std::optional<QString> RowView::Written(
+    const QItemSelection& selection, const std::function<std::optional<QString>()>& write) const {
   const platform::RowIndex rows = SelectedRows(selection);
-  std::optional<QString> text;
-  if (rows <= kMostCopiedRows) {
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    text = ClipboardText(*m_model, selection, bNames);
-    QGuiApplication::restoreOverrideCursor();
+  if (rows > kMostCopiedRows) {
+    Copied(QStringLiteral("Not copied: %1 are selected, and at most %2 can be copied at once. "
+                          "Select fewer.")
+               .arg(RowsText(rows), RowsText(kMostCopiedRows)));
+    return std::nullopt;
   }
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  std::optional<QString> text = write();
+  QGuiApplication::restoreOverrideCursor();
   if (!text) {
-    return Copied(rows > kMostCopiedRows
-                      ? QStringLiteral("Not copied: %1 are selected, and at most %2 can be copied "
-                                       "at once. Select fewer.")
-                            .arg(RowsText(rows), RowsText(kMostCopiedRows))
-                      : QStringLiteral("Not copied: the selection has more than 32 million "
-                                       "characters. Select fewer cells."));
+    Copied(
+        QStringLiteral("Not copied: the selection has more than 32 million characters. Select "
+                       "fewer cells."));
   }
-  // One cell goes without its line end, so that it can be put into the middle of a line.
+  return text;
+}
+
+void RowView::Copy(bool bNames) const {
+  const QItemSelection selection = CopiedCells();
+  if (selection.isEmpty()) return;
+  std::optional<QString> text =
+      Written(selection, [&] { return ClipboardText(*m_model, selection, bNames); });
+  if (!text) return;
+  // One cell goes without its line end, so that it can be put into the middle of a line, and
+  // without a table around it.
   const bool bOneCell =
       selection.size() == 1 && selection.first().width() == 1 && selection.first().height() == 1;
-  if (bOneCell && !bNames) text->chop(1);
   auto* data = new QMimeData;
+  if (bOneCell && !bNames) {
+    text->chop(1);
+  } else if (const auto page = SelectionAsPage(*m_model, selection, bNames)) {
+    data->setHtml(*page);
+  }
   data->setText(*text);
   if (!bNames) AddCells(*data, *m_model, selection);
   QGuiApplication::clipboard()->setMimeData(data);
+  Copied({});
+}
+
+void RowView::CopyAs(exports::Form form) const {
+  const QItemSelection selection = CopiedCells();
+  if (selection.isEmpty()) return;
+  exports::WriterOptions options;
+  options.form = form;
+  options.zone = m_model->Format().Zone();
+  options.sInto = m_sInto;
+  const std::optional<QString> text =
+      Written(selection, [&] { return SelectionAs(options, *m_model, selection); });
+  if (!text) return;
+  QGuiApplication::clipboard()->setText(*text);
   Copied({});
 }
 

@@ -12,6 +12,7 @@
 #include "controls/row_model.h"
 #include "controls/row_picker.h"
 #include "controls/rows_states.h"
+#include "exports/row_writer.h"
 
 namespace orvane::controls {
 
@@ -44,8 +45,9 @@ class RowView : public RowPicker {
   void Filter(std::vector<ColumnFilter> filters);
   /// The next rows come sorted from the server; none when they do not.
   void SortedByServer(std::vector<SortColumn> columns);
-  /// Arranges the rows as they are told to stand, those that came since included.
-  void ArrangeNow();
+  /// Arranges the rows as they are told to stand, those that came since included; afterwards the
+  /// keys are where they were, or with bFromTop in the first row.
+  void ArrangeNow(bool bFromTop = false);
   bool Arranging() const { return m_arranger.Busy(); }
   /// Asked first where rows are to be sorted: true when that is done elsewhere.
   void OnSort(std::function<bool(const std::vector<SortColumn>&)> handler) {
@@ -61,6 +63,10 @@ class RowView : public RowPicker {
   /// Puts the selection, or else the current cell, on the clipboard; with nothing of both, or with
   /// more than can be copied at once, keeps what is there.
   void Copy(bool bNames) const;
+  /// The same in a form of exports.
+  void CopyAs(exports::Form form) const;
+  /// The table into which copied statements insert, as SQL needs it.
+  void Into(platform::Text sInto) { m_sInto = std::move(sInto); }
   /// Called after each copy with why there was none, as a sentence; empty when there was one.
   void OnCopied(std::function<void(const QString& sWhyNot)> handler) {
     m_copied = std::move(handler);
@@ -79,6 +85,9 @@ class RowView : public RowPicker {
   void AddCommands();
   void PressArrow(int nColumn, Qt::KeyboardModifiers modifiers);
   void OpenMenu(QPoint where);
+  QItemSelection CopiedCells() const;
+  std::optional<QString> Written(const QItemSelection& selection,
+                                 const std::function<std::optional<QString>()>& write) const;
   void Copied(const QString& sWhyNot) const;
   void FitColumns();
   std::vector<int> ColumnWidths() const;
@@ -95,6 +104,7 @@ class RowView : public RowPicker {
   std::function<void(const QString&)> m_arranged;
   std::function<void()> m_arrowClicked;
   std::function<void(const QString&)> m_copied;
+  platform::Text m_sInto = "\"Copied\"";
   QStringList m_lastColumns;
   std::vector<int> m_lastWidths;
 };

@@ -15,12 +15,28 @@ Long RowsStates::Keep(const Recordset& rs, RowsState state) {
       m_states, [&](const auto& entry) { return entry.second.identity == identity; });
   if (known != m_states.end()) {
     known->second.state = std::move(state);
+    LetOrdersGo(known->first);
     return known->first;
   }
   if (m_states.size() >= kMaxStates) m_states.erase(m_states.begin());
   const Long lNumber = FreeNumber();
   m_states.insert_or_assign(lNumber, Entry{identity, std::move(state)});
+  LetOrdersGo(lNumber);
   return lNumber;
+}
+
+void RowsStates::LetOrdersGo(Long lKept) {
+  std::size_t bytes = 0;
+  for (const auto& [lNumber, entry] : m_states) {
+    if (entry.state.order) bytes += entry.state.order->Bytes();
+  }
+  for (auto& [lNumber, entry] : m_states) {
+    if (bytes <= kMostOrderBytes) return;
+    if (!entry.state.order || lNumber == lKept) continue;
+    bytes -= entry.state.order->Bytes();
+    entry.state.order.reset();
+    entry.state.bOrderLost = true;
+  }
 }
 
 const RowsState* RowsStates::Find(Long lNumber, const Recordset& rs) const {

@@ -49,6 +49,7 @@ struct RowsState {
   int nLeftOffset = 0;  ///< pixels scrolled sideways
   std::vector<int> columnWidths;
   Arrangement arrangement;
+  bool bOrderLost = false;                ///< there was an order, which was let go
   std::shared_ptr<const RowOrder> order;  ///< what came of the arrangement; null for none
   platform::Text sSqlText;                ///< the statement that fetched the rows
   std::optional<RowsOrigin> origin;
@@ -62,6 +63,8 @@ class RowsStates {
  public:
   /// States beyond this number push out the oldest.
   static constexpr std::size_t kMaxStates = 1000;
+  /// Orders of rows beyond this memory are let go, the oldest first: states outlive their rows.
+  static constexpr std::size_t kMostOrderBytes = std::size_t{64} << 20;
 
   /// Keeps the state and gives the number to find it by, never 0. A recordset has one number.
   platform::Long Keep(const platform::Recordset& rs, RowsState state);
@@ -87,6 +90,7 @@ class RowsStates {
   };
   static Identity IdentityOf(const platform::Recordset& rs);
   platform::Long FreeNumber();
+  void LetOrdersGo(platform::Long lKept);
 
   std::map<platform::Long, Entry> m_states;
   platform::Long m_lLast = 0;

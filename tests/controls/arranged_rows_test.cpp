@@ -171,6 +171,7 @@ TEST(arranged_rows, an_order_comes_back_with_its_state_and_with_rows_fetched_ane
   fresh.ShowRows(nullptr, kUtcZone);
   fresh.ShowRows(Mixed(50), kUtcZone);
   EXPECT_EQ(fresh.Model().RecordRow(0), 49);
+  EXPECT_EQ(Current(fresh), std::pair(0, 0)) << "rows fetched anew are seen from the first on";
   EXPECT_EQ(fresh.model()->rowCount(), 17);
   fresh.ShowRows(Plant(50), kUtcZone);
   EXPECT_TRUE(fresh.Arranged().IsNone()) << "other columns begin anew";
@@ -202,6 +203,21 @@ TEST(arranged_rows, more_than_can_be_kept_in_keys_say_so) {
             "More than 50,000,000 rows are not sorted or filtered here. Let the table's query "
             "choose fewer.");
   EXPECT_TRUE(view.Arranged().IsNone());
+}
+
+TEST(arranged_rows, are_put_in_order_again_where_a_state_lost_it) {
+  const auto rs = Mixed(500);
+  RowView view;
+  view.ShowRows(rs, kUtcZone);
+  view.SortBy(2, false);
+  view.GoTo(7, 1);
+  RowsState state = view.State();
+  state.order.reset();
+  state.bOrderLost = true;
+  RowView fresh;
+  fresh.ShowRows(rs, kUtcZone, &state);
+  EXPECT_EQ(fresh.Model().RecordRow(0), 499);
+  EXPECT_EQ(fresh.currentIndex().row(), 0);
 }
 
 }  // namespace

@@ -78,6 +78,10 @@ TEST_F(coming_rows, can_be_stopped_by_a_button_in_the_strip) {
   results->Execute();
   EXPECT_TRUE(m_server.bCancelled);
   EXPECT_FALSE(stop->isVisible());
+  m_server.bCancelled = false;
+  stop->setEnabled(true);
+  stop->click();
+  EXPECT_FALSE(m_server.bCancelled) << "the command is let go";
   EXPECT_TRUE(WindowOf(*results)->property(platform::LongOperation::kOwnInput).toBool());
 }
 

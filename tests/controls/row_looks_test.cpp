@@ -83,5 +83,19 @@ TEST(row_looks, without_columns_nothing_is_drawn_in_no_room) {
   EXPECT_EQ(g_complaints.join('\n').toStdString(), "");
 }
 
+TEST(row_looks, a_number_too_wide_for_its_column_is_no_other_number) {
+  const auto picture = [](std::int64_t number) {
+    const auto rs = std::make_shared<FakeRecordset>(2, [number](auto, auto) { return number; });
+    rs->Column("Number", platform::DataType::BigInt);
+    RowView view;
+    view.ShowRows(rs, kUtcZone);
+    view.ColumnWidth(0, RowView::kLeastColumnWidth);
+    Show(view);
+    return CellPicture(view, 1);
+  };
+  EXPECT_EQ(picture(9'990'000'000'001), picture(1'234'567'890'123)) << "both are marks";
+  EXPECT_NE(picture(99), picture(12));
+}
+
 }  // namespace
 }  // namespace orvane::controls

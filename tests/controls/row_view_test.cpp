@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
 
@@ -90,10 +91,11 @@ TEST(row_view, the_menu_of_the_rows_copies_and_selects) {
   ASSERT_NE(menu, nullptr);
   QStringList labels;
   for (const QAction* action : menu->actions()) labels << action->text().section(u'\t', 0, 0);
-  EXPECT_EQ(labels, (QStringList{"&Copy", "Copy with Column &Names", "", "Select &All"}));
+  EXPECT_EQ(labels, (QStringList{"&Copy", "Copy with Column &Names", "Copy as CS&V",
+                                 "Copy as &JSON Lines", "Copy as SQL &INSERT", "", "Select &All"}));
   menu->actions().at(1)->trigger();
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "Name\nrow 1\n");
-  menu->actions().at(3)->trigger();
+  menu->actions().at(6)->trigger();
   EXPECT_TRUE(view.RowsSelected());
   menu->close();
 }
@@ -196,6 +198,42 @@ TEST(row_view, showing_rows_raises_no_signal_of_the_selection) {
   view.ShowRows(nullptr, kUtcZone);
   EXPECT_EQ(current.count(), 1);
   EXPECT_EQ(selection.count(), 1);
+}
+
+TEST(row_view, copies_in_forms_for_other_programs) {
+  RowView view;
+  view.ShowRows(OneColumn({Value(), Value(""), Value("NULL"), Value("a\tb\nc"), Value("<b>")}),
+                kUtcZone);
+  view.selectAll();
+  const QClipboard* clipboard = QGuiApplication::clipboard();
+  view.Copy(false);
+  EXPECT_EQ(clipboard->text().toStdString(), "\n\"\"\nNULL\n\"a\tb\nc\"\n<b>\n");
+  const QString sPage = clipboard->mimeData()->html();
+  for (const char* sCell : {"<td><i></i></td>", "<td></td>", "<td>NULL</td>",
+                            "<td>a&#9;b<br>c</td>", "<td>&lt;b&gt;</td>"}) {
+    EXPECT_TRUE(sPage.contains(sCell)) << sCell;
+  }
+  view.CopyAs(exports::Form::Csv);
+  EXPECT_EQ(clipboard->text().toStdString(), "a\r\n\r\n\"\"\r\nNULL\r\n\"a\tb\nc\"\r\n<b>\r\n");
+  view.Into("\"Plant\"..\"Data\"");
+  view.SelectRow(2);
+  view.CopyAs(exports::Form::Sql);
+  EXPECT_TRUE(
+      clipboard->text().startsWith("INSERT INTO \"Plant\"..\"Data\" (\"a\") VALUES ('NULL')"));
+  view.CopyAs(exports::Form::JsonLines);
+  EXPECT_EQ(clipboard->text().toStdString(), "{\"a\":\"NULL\"}\n");
+}
+
+TEST(row_view, times_of_a_column_have_equally_many_digits_of_a_second) {
+  const auto rs = std::make_shared<FakeRecordset>(3, [](auto row, auto) -> Value {
+    return platform::Timestamp(std::chrono::seconds(1'700'000'000 + row) +
+                               std::chrono::milliseconds(row == 1 ? 250 : 0));
+  });
+  rs->Column("Time", platform::DataType::DBTimeStamp);
+  RowView view;
+  view.ShowRows(rs, kUtcZone);
+  EXPECT_EQ(view.Model().CellAt(0, 0).sText, "2023-11-14 22:13:20.000");
+  EXPECT_EQ(view.Model().CellAt(1, 0).sText, "2023-11-14 22:13:21.250");
 }
 
 }  // namespace

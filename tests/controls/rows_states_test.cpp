@@ -72,5 +72,26 @@ TEST(rows_states, the_oldest_go_when_there_are_too_many) {
   EXPECT_NE(states.Find(*recordsets.back()), nullptr);
 }
 
+TEST(rows_states, let_go_of_the_oldest_orders_that_take_too_much_memory) {
+  RowsStates states;
+  const auto keep = [&](const platform::Recordset& rs) {
+    RowsState state;
+    std::vector<RowOrder::Number> rows(RowsStates::kMostOrderBytes / sizeof(RowOrder::Number) / 2);
+    const auto arranged = static_cast<platform::RowIndex>(rows.size());
+    state.order = std::make_shared<const RowOrder>(std::move(rows), arranged);
+    return states.Keep(rs, std::move(state));
+  };
+  const auto first = Plant(1);
+  const auto second = Plant(2);
+  const auto third = Plant(3);
+  const auto lFirst = keep(*first);
+  const auto lSecond = keep(*second);
+  EXPECT_NE(states.Find(lFirst, *first)->order, nullptr);
+  const auto lThird = keep(*third);
+  EXPECT_EQ(states.Find(lFirst, *first)->order, nullptr);
+  EXPECT_NE(states.Find(lSecond, *second)->order, nullptr);
+  EXPECT_NE(states.Find(lThird, *third)->order, nullptr);
+}
+
 }  // namespace
 }  // namespace orvane::controls

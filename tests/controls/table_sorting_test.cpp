@@ -118,6 +118,8 @@ TEST_F(table_sorting, raises_the_events_of_a_click_on_a_name) {
   const auto taken = counts.Take();
   EXPECT_EQ(taken.at(2), 1) << "HeadClick";
   EXPECT_EQ(ViewOf(*editor)->Arranged().sort.size(), 1U);
+  editor->Requery();
+  EXPECT_EQ(counts.Take(), (std::vector<int>{1, 1, 0})) << "the order is no exchange of its own";
 }
 
 }  // namespace

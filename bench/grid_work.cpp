@@ -1,0 +1,113 @@
+// What a grid does with a million rows, each beside the raw work on a plain vector of the same
+// values: sorting by a number and by a text, finding a text, and copying rows as text.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <numeric>
+#include <random>
+#include <vector>
+
+#include "ado/recordset_builder.h"
+#include "controls/clipboard_text.h"
+#include "controls/row_finder.h"
+#include "controls/sort_keys.h"
+
+namespace {
+
+using namespace orvane;
+using controls::RowOrder;
+using platform::DataType;
+using platform::RowIndex;
+
+constexpr RowIndex kRows = 1'000'000;
+constexpr int kRounds = 5;
+
+/// Milliseconds of the median of some runs.
+template <class Work>
+double Median(Work work) {
+  std::vector<double> times;
+  for (int n = 0; n < kRounds; ++n) {
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+  }
+  std::ranges::sort(times);
+  return times[times.size() / 2];
+}
+
+void Print(const char* sWhat, double grid, double raw) {
+  std::printf("%-44s %9.2f ms   raw %9.2f ms   %.2fx\n", sWhat, grid, raw, grid / raw);
+}
+
+double SortColumn(const platform::Recordset& rs, platform::ColumnIndex column) {
+  return Median([&] {
+    std::vector<RowOrder::Number> rows(kRows);
+    std::iota(rows.begin(), rows.end(), 0U);
+    controls::SortKeys keys(kRows);
+    for (RowIndex row = 0; row < kRows; ++row) keys.Append(rs.ValueAt(row, column));
+    const std::atomic<bool> bStop = false;
+    keys.Sort(rows, true, bStop);
+  });
+}
+
+template <class T>
+double SortVector(const std::vector<T>& values) {
+  return Median([&] {
+    std::vector<T> copy = values;
+    std::ranges::stable_sort(copy);
+  });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  std::mt19937_64 random(1);
+  std::vector<double> numbers;
+  std::vector<platform::Text> texts;
+  platform::Text sAll;
+  ado::RecordsetBuilder builder({{"Value", DataType::Double}, {"Tag", DataType::WChar}});
+  for (RowIndex row = 0; row < kRows; ++row) {
+    numbers.push_back(std::uniform_real_distribution<double>(-1e6, 1e6)(random));
+    texts.push_back("plant.line" + std::to_string(random() % 100) + ".sensor" +
+                    std::to_string(random() % kRows));
+    sAll += texts.back();
+    builder.AppendRow({numbers.back(), texts.back()});
+  }
+  const platform::RecordsetPtr rs = builder.Finish();
+
+  Print("sort 1,000,000 rows by a number", SortColumn(*rs, 0), SortVector(numbers));
+  Print("sort 1,000,000 rows by a text", SortColumn(*rs, 1), SortVector(texts));
+
+  const controls::CellFormat format;
+  constexpr const char* kNowhere = "nowhere to be found";
+  std::size_t found = 0;
+  const double find = Median([&] {
+    const controls::TextSought sought{QString(kNowhere)};
+    for (RowIndex row = 0; row < kRows; ++row) {
+      found += sought.IsIn(rs->ValueAt(row, 1), format) ? 1 : 0;
+    }
+  });
+  const double raw = Median([&] {
+    found += memmem(sAll.data(), sAll.size(), kNowhere, std::strlen(kNowhere)) != nullptr ? 1 : 0;
+  });
+  Print("find a text in 1,000,000 rows", find, raw);
+
+  controls::RowModel model;
+  model.Recordset(rs, format);
+  const QItemSelection selection(model.index(0, 0), model.index(99'999, 1));
+  QString sCopied;
+  const double copy = Median(
+      [&] { sCopied = controls::ClipboardText(model, selection, false).value_or(QString()); });
+  const double write = Median([&] {
+    QString sText;
+    for (qsizetype n = 0; n < sCopied.size(); n += 16) sText += QStringView(sCopied).mid(n, 16);
+    found += static_cast<std::size_t>(sText.size() & 1);
+  });
+  Print("copy 100,000 rows as text", copy, write);
+  return found > 100 ? 1 : 0;
+}
