@@ -5,9 +5,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 
+#include "files/attributes.h"
+#include "files/replacement.h"
 #include "platform/failure.h"
 
 namespace orvane::exports {
@@ -19,6 +19,8 @@ namespace failure = platform::failure;
 namespace {
 
 constexpr int kMostNumbers = 10'000;
+// The umask takes from it what the user gives to nobody.
+constexpr mode_t kNewFile = 0666;
 
 std::filesystem::path FolderOf(const std::filesystem::path& path) {
   return path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
@@ -29,22 +31,86 @@ Text OpenName(const files::Descriptor& file) {
   return "/proc/self/fd/" + std::to_string(file.Get());
 }
 
-}  // namespace
-
-ExportFile::ExportFile(std::filesystem::path path) : m_path(std::move(path)) {
-  const auto folder = FolderOf(m_path);
-  m_file = files::Descriptor(open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
-  if (m_file) return;
-  if (errno != EOPNOTSUPP && errno != EISDIR && errno != ENOENT && errno != EINVAL) Fail(errno);
-  // A file system on which every file has a name.
-  Text sTemplate = (folder / ("." + m_path.filename().string() + ".XXXXXX")).string();
-  m_file = files::Descriptor(mkostemp(sTemplate.data(), O_CLOEXEC));
-  if (!m_file) Fail(errno);
-  m_temporary = sTemplate;
+bool Link(const files::Descriptor& file, const std::filesystem::path& path) {
+  return linkat(AT_FDCWD, OpenName(file).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
-ExportFile::~ExportFile() {
-  if (!m_temporary.empty()) unlink(m_temporary.c_str());
+// Of an export that a crash ended between its last two steps: nobody has it locked.
+bool RemoveLeftover(const std::filesystem::path& path) {
+  const files::Descriptor left(
+      open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+  return left && files::TryLock(left) && files::IsUnderName(left, path.c_str()) &&
+         unlink(path.c_str()) == 0;
+}
+
+[[noreturn]] void Refuse(const Text& sSentence, int nError) {
+  throw Failure(failure::kStorage, sSentence, {}, nError);
+}
+
+}  // namespace
+
+ExportFile::Temporary::~Temporary() {
+  if (!path.empty()) unlink(path.c_str());
+}
+
+ExportFile::ExportFile(const std::filesystem::path& path) : m_path(files::BehindLinks(path)) {
+  Create();
+  // What cannot be replaced is refused now and not after a million rows.
+  TakeOver();
+}
+
+template <class Call>
+void ExportFile::TakeName(Call call) {
+  for (int n = 0; n <= kMostNumbers; ++n) {
+    const auto name = files::Beside(m_path, ("." + std::to_string(n) + ".exporting").c_str());
+    bool bTaken = call(name);
+    if (!bTaken && errno != EEXIST) Fail(errno);
+    if (!bTaken) bTaken = RemoveLeftover(name) && call(name);
+    if (!bTaken) continue;
+    m_temporary.path = name;
+    return;
+  }
+  Fail(EEXIST);
+}
+
+void ExportFile::Create() {
+  const auto folder = FolderOf(m_path);
+  m_file = files::Descriptor(open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFile));
+  if (!m_file) {
+    if (errno != EOPNOTSUPP && errno != EISDIR && errno != ENOENT && errno != EINVAL) Fail(errno);
+    // A file system on which every file has a name.
+    TakeName([&](const std::filesystem::path& name) {
+      m_file = files::Descriptor(
+          open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kNewFile));
+      return static_cast<bool>(m_file);
+    });
+  }
+  // By this lock a file that is being written is told from one that a crash has left.
+  files::TryLock(m_file);
+}
+
+void ExportFile::TakeOver() const {
+  const files::Descriptor old(
+      open(m_path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+  if (!old && errno == ENOENT) return;
+  const int nError = old ? 0 : errno;
+  if (nError == EACCES || nError == EPERM) {
+    Refuse("You have no right to write the file " + m_path.string() +
+               "; choose another name or folder.",
+           nError);
+  }
+  struct stat status {};
+  if (lstat(m_path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    Refuse("The name " + m_path.string() +
+               " stands for a folder, a device or the like and no file; choose another name.",
+           nError);
+  }
+  if (!old) Fail(nError);
+  if (!files::TakeAttributes(old, m_file)) {
+    Refuse("To replace the file " + m_path.string() +
+               " would change its owner, group or access rights; choose another name or folder.",
+           EPERM);
+  }
 }
 
 void ExportFile::Write(std::string_view sBytes) {
@@ -52,35 +118,18 @@ void ExportFile::Write(std::string_view sBytes) {
   m_bytes += sBytes.size();
 }
 
-void ExportFile::Settle() {
-  struct stat old {};
-  const bool bThere = stat(m_path.c_str(), &old) == 0 && S_ISREG(old.st_mode);
-  if (bThere && fchmod(m_file.Get(), old.st_mode & 0777) != 0) Fail(errno);
-  if (fsync(m_file.Get()) != 0) Fail(errno);
-}
-
 void ExportFile::Finish() {
-  Settle();
-  if (m_temporary.empty()) {
+  TakeOver();
+  if (fsync(m_file.Get()) != 0) Fail(errno);
+  if (m_temporary.path.empty()) {
     // A file without a name can only be given one that is free.
-    if (linkat(AT_FDCWD, OpenName(m_file).c_str(), AT_FDCWD, m_path.c_str(), AT_SYMLINK_FOLLOW) ==
-        0) {
-      return;
-    }
+    if (Link(m_file, m_path)) return;
     if (errno != EEXIST) Fail(errno);
-    for (int n = 0; m_temporary.empty(); ++n) {
-      const auto free = FolderOf(m_path) / ("." + m_path.filename().string() + "." +
-                                            std::to_string(getpid()) + "." + std::to_string(n));
-      if (linkat(AT_FDCWD, OpenName(m_file).c_str(), AT_FDCWD, free.c_str(), AT_SYMLINK_FOLLOW) ==
-          0) {
-        m_temporary = free;
-      } else if (errno != EEXIST || n == kMostNumbers) {
-        Fail(errno);
-      }
-    }
+    TakeName([&](const std::filesystem::path& name) { return Link(m_file, name); });
   }
-  if (rename(m_temporary.c_str(), m_path.c_str()) != 0) Fail(errno);
-  m_temporary.clear();
+  if (!files::IsUnderName(m_file, m_temporary.path.c_str())) Fail(ESTALE);
+  if (rename(m_temporary.path.c_str(), m_path.c_str()) != 0) Fail(errno);
+  m_temporary.path.clear();
 }
 
 std::filesystem::path ExportFile::FinishMarked(const Text& sMark) {

@@ -12,29 +12,46 @@ namespace orvane::exports {
 
 class ExportFile {
  public:
-  /// Fails with failure::kStorage, naming the folder, when nothing can be written there.
-  explicit ExportFile(std::filesystem::path path);
+  /// For the file behind the name, which may be a symbolic link. Fails with failure::kStorage when
+  /// nothing can be written into its folder, or when what is there cannot be replaced by a file of
+  /// the same owner, group, mode, access list and extended attributes.
+  explicit ExportFile(const std::filesystem::path& path);
   ExportFile(const ExportFile&) = delete;
   ExportFile& operator=(const ExportFile&) = delete;
-  /// Takes what was written away unless it was finished.
-  ~ExportFile();
 
   /// Fails with failure::kStorage when the disk is full or cannot be written.
   void Write(std::string_view sBytes);
   std::uint64_t Bytes() const { return m_bytes; }
-  /// Gives the file its name; what stood under it is gone then. Fails with failure::kStorage, what
-  /// stood there being whole.
+  /// Gives the file its name; what stood under it is gone then, but for its owner, group, mode,
+  /// access list and extended attributes. Fails with failure::kStorage, what stood there being
+  /// whole.
   void Finish();
   /// The same under another name in the same folder: that of the path with the mark behind its
-  /// stem, and a number when that is taken. Gives the name's path.
+  /// stem, and a number when that is taken. Whoever may use a file of the wanted name may use this
+  /// one. Gives the name's path.
   std::filesystem::path FinishMarked(const platform::Text& sMark);
 
  private:
-  void Settle();
+  /// A name that is taken away unless the file under it got another one.
+  struct Temporary {
+    Temporary() = default;
+    Temporary(const Temporary&) = delete;
+    Temporary& operator=(const Temporary&) = delete;
+    ~Temporary();
+    std::filesystem::path path;  ///< empty for a file without a name
+  };
+
+  void Create();
+  /// Becomes like the file that is there, if there is one.
+  void TakeOver() const;
+  /// Makes the call for one name beside the path after another until it gives a file or has failed
+  /// otherwise than by finding one there; names that a crash has left are free.
+  template <class Call>
+  void TakeName(Call call);
   [[noreturn]] void Fail(int nError) const;
 
   std::filesystem::path m_path;
-  std::filesystem::path m_temporary;  ///< empty for a file without a name
+  Temporary m_temporary;
   files::Descriptor m_file;
   std::uint64_t m_bytes = 0;
 };

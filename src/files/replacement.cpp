@@ -25,18 +25,6 @@ constexpr int kMostReplacementTries = 40;
   throw std::system_error(iError, std::generic_category());
 }
 
-/// A name beside the file's own.
-fs::path Beside(const fs::path& file, const char* sEnd) {
-  Text sName = file.filename().string();
-  // A name may be as long as the file system lets it; with more to it, it would be too long.
-  constexpr std::size_t kLongest = 200;
-  if (sName.size() > kLongest) {
-    const std::size_t uRest = std::hash<Text>{}(sName);
-    sName = sName.substr(0, kLongest) + "." + std::to_string(uRest);
-  }
-  return file.parent_path() / ("." + sName + sEnd);
-}
-
 /// The file beside the one that is replaced. It carries the lock of its writer from its first
 /// moment, so that one left behind by a crash is known by having none. Only when it is whole does
 /// it take the place of a copy that a save before has left, which may be the only good one.
@@ -195,6 +183,17 @@ fs::path BehindLinks(const fs::path& path) {
     target = target.parent_path() / next;
   }
   return target;
+}
+
+fs::path Beside(const fs::path& file, const char* sEnd) {
+  Text sName = file.filename().string();
+  // A name may be as long as the file system lets it; with more to it, it would be too long.
+  constexpr std::size_t kLongest = 200;
+  if (sName.size() > kLongest) {
+    const std::size_t uRest = std::hash<Text>{}(sName);
+    sName = sName.substr(0, kLongest) + "." + std::to_string(uRest);
+  }
+  return file.parent_path() / ("." + sName + sEnd);
 }
 
 fs::path SuccessorOf(const fs::path& file) {

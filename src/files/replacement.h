@@ -1,7 +1,8 @@
 // Giving a file new bytes in one step: whoever opens it finds all of the old or all of the new
 // ones, also after a crash. For documents, registration files and the file of the user's settings;
-// exports, which come in pieces, replace files by themselves, and files of catalogs are databases,
-// made by the historian. Any thread, one at a time for one file.
+// exports, which come in pieces, replace files by themselves, with the same names and attributes,
+// and files of catalogs are databases, made by the historian. Any thread, one at a time for one
+// file.
 #pragma once
 
 #include <sys/file.h>
@@ -27,6 +28,9 @@ bool TryLock(const Descriptor& file, LockFunction lock = flock);
 
 /// The file behind a chain of symbolic links, which need not exist.
 std::filesystem::path BehindLinks(const std::filesystem::path& path);
+
+/// A hidden name beside the file's own with that end, which the file system has room for.
+std::filesystem::path Beside(const std::filesystem::path& file, const char* sEnd);
 
 /// The whole new bytes beside a file while the file itself is written. One that nobody has locked
 /// is what a crash or a failing disk left; it stays until newer bytes are as safe.
