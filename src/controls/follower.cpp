@@ -5,15 +5,24 @@
 namespace orvane::controls {
 
 Follower::Follower(QWidget& window, std::function<bool()> mayRun, std::function<void()> run)
-    : m_window(&window), m_mayRun(std::move(mayRun)), m_run(std::move(run)) {
-  m_timer.setSingleShot(true);
-  connect(&m_timer, &QTimer::timeout, this, [this] { PauseOver(); });
+    : m_window(&window),
+      m_mayRun(std::move(mayRun)),
+      m_run(std::move(run)),
+      m_timer(new QTimer(&window)) {
+  m_timer->setObjectName("pause");
+  m_timer->setSingleShot(true);
+  connect(m_timer, &QTimer::timeout, this, [this] { PauseOver(); });
+}
+
+Follower::~Follower() {
+  delete m_timer;
 }
 
 void Follower::Every(std::optional<std::chrono::seconds> pause) {
   m_pause = pause;
-  m_timer.stop();
-  if (m_pause && !m_bRunning) m_timer.start(*m_pause);
+  if (!m_timer) return;
+  m_timer->stop();
+  if (m_pause && !m_bRunning) m_timer->start(*m_pause);
 }
 
 bool Follower::IsSeen() const {
@@ -32,7 +41,7 @@ void Follower::PauseOver() {
     if (!self) return;
     m_bRunning = false;
   }
-  if (m_pause) m_timer.start(*m_pause);
+  if (m_pause && m_timer) m_timer->start(*m_pause);
 }
 
 }  // namespace orvane::controls

@@ -14,8 +14,12 @@ namespace orvane::controls {
 
 class Follower : public QObject {
  public:
-  /// The run may destroy the follower. Where it may not run it is tried again a pause later.
+  /// The run may destroy the follower. Where it may not run it is tried again a pause later. The
+  /// clock is the window's child "pause".
   Follower(QWidget& window, std::function<bool()> mayRun, std::function<void()> run);
+  Follower(const Follower&) = delete;
+  Follower& operator=(const Follower&) = delete;
+  ~Follower() override;
 
   /// The pause between the end of a run and the next one; none stops.
   void Every(std::optional<std::chrono::seconds> pause);
@@ -30,7 +34,7 @@ class Follower : public QObject {
   std::function<bool()> m_mayRun;
   std::function<void()> m_run;
   std::optional<std::chrono::seconds> m_pause;
-  QTimer m_timer;
+  QPointer<QTimer> m_timer;  ///< none when the window is gone
   bool m_bRunning = false;
 };
 

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QTimer>
 #include <QToolButton>
 
 #include "controls/grid_trend.h"
@@ -66,9 +67,19 @@ class table_time : public GridFixture {
     auto* follow = Find<QCheckBox>("follow");
     if (!follow->isChecked()) follow->click();
     const int nExecuted = m_server.nExecuted;
-    Find<QSpinBox>("followSeconds")->setValue(1);
+    EndPause();
     ASSERT_TRUE(QTest::qWaitFor([&] { return m_server.nExecuted > nExecuted; }, 20'000));
     follow->click();
+  }
+  /// Has the pause between two runs end now and waits until it has.
+  void EndPause() {
+    auto* pause = Find<QTimer>("pause");
+    ASSERT_TRUE(pause->isActive());
+    bool bOver = false;
+    const auto heard = QObject::connect(pause, &QTimer::timeout, pause, [&] { bOver = true; });
+    pause->start(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bOver; }, 20'000));
+    QObject::disconnect(heard);
   }
 
   std::shared_ptr<SchemaConnection> m_cn = std::make_shared<SchemaConnection>(
@@ -199,8 +210,8 @@ TEST_F(table_time, following_ends_with_a_failure) {
   m_editor->Requery();
   m_server.whileRunning = [] { Refuse(); };
   auto* follow = Find<QCheckBox>("follow");
-  Find<QSpinBox>("followSeconds")->setValue(1);
   follow->click();
+  EndPause();
   ASSERT_TRUE(QTest::qWaitFor([&] { return !follow->isChecked(); }, 20'000));
   EXPECT_EQ(m_failures->noted.size(), 1U);
 }
@@ -208,13 +219,14 @@ TEST_F(table_time, following_ends_with_a_failure) {
 TEST_F(table_time, following_waits_while_rows_are_edited) {
   Show(*m_editor);
   m_editor->Requery();
+  Find<QCheckBox>("follow")->click();
+  const int nExecuted = m_server.nExecuted;
+  EndPause();
+  EXPECT_EQ(m_server.nExecuted, nExecuted + 1);
   platform::Long lState = 0;
   m_editor->DetachRecordset(lState)->ValueAt(0, 2, 5.0);
-  const int nExecuted = m_server.nExecuted;
-  Find<QSpinBox>("followSeconds")->setValue(1);
-  Find<QCheckBox>("follow")->click();
-  QTest::qWait(1'500);
-  EXPECT_EQ(m_server.nExecuted, nExecuted);
+  EndPause();
+  EXPECT_EQ(m_server.nExecuted, nExecuted + 1);
 }
 
 TEST_F(table_time, the_trend_s_times_become_the_range_and_its_units_are_asked_for) {
