@@ -26,9 +26,15 @@ Boolean IsDisconnected(const ScopeItem& item) {
   return !IsConnected(item);
 }
 
-constexpr const char* kFateOfFile =
-    "Drops the catalog on the server. "
-    "Its file is deleted when it lies with the historian; one at a path of its own stays.";
+const char* FateOfCatalog(const ScopeItem& item) {
+  // One without a name is none of the server's: only the document brought it.
+  if (TagAs<nodes::CatalogNode>(item)->Catalog().empty()) {
+    return "Takes the catalog out of this document; without a name it stands for none of the "
+           "server's, and nothing is dropped.";
+  }
+  return "Drops the catalog on the server. "
+         "Its file is deleted when it lies with the historian; one at a path of its own stays.";
+}
 
 /// The system's own catalogs cannot be removed. Compared exactly: one of another case is a user's.
 Boolean IsUsersCatalog(const ScopeItem& item) {
@@ -63,7 +69,8 @@ const std::vector<SnapIn::NodeMenu>& SnapIn::Menus() {
        "m_mnuCatalog",
        "Catalog",
        IsUsersCatalog,
-       {{"m_mnuCatalogRemove", "Remove", Always, &SnapIn::m_mnuCatalogRemove_Click, kFateOfFile}}},
+       {{"m_mnuCatalogRemove", "Remove", Always, &SnapIn::m_mnuCatalogRemove_Click,
+         FateOfCatalog}}},
       {node_type::kTable,
        "m_mnuTable",
        "Table",
@@ -94,7 +101,7 @@ void SnapIn::Views_AddTopMenuItems(platform::View&, const platform::Selection& s
       platform::Menu top{offered.sName, offered.sCaption, {}};
       for (const auto& command : offered.commands) {
         top.items.push_back(
-            {command.sName, command.sCaption, command.isEnabled(*item), command.sStatusText});
+            {command.sName, command.sCaption, command.isEnabled(*item), command.statusText(*item)});
       }
       menu.AddMenu(top);
     }

@@ -126,7 +126,8 @@ class SnapIn : private nodes::Counted,
     const char* sCaption;
     Boolean (*isEnabled)(const platform::ScopeItem& item);
     void (SnapIn::*handler)(const platform::ScopeItemPtr& item);
-    const char* sStatusText = "";  ///< what comes of it, where something goes that was not named
+    /// What comes of it, where something goes that was not named.
+    const char* (*statusText)(const platform::ScopeItem& item) = [](const auto&) { return ""; };
   };
   struct NodeMenu {
     const char* sNodeType;

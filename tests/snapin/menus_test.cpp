@@ -47,14 +47,21 @@ TEST_F(menus, the_catalogs_folder_offers_add_catalog) {
   EXPECT_EQ(MenuOf("S1.Catalogs"), "m_mnuCatalogs Catalogs: [m_mnuAddCatalog Add Catalog...]");
 }
 
-TEST_F(menus, removing_a_catalog_says_what_becomes_of_its_file) {
-  fakes::FakeContextMenu menu;
-  driver.snapIn->Views_AddTopMenuItems(driver.console->CurrentView(),
-                                       fakes::FakeSelection(driver.Item("S1.Catalogs.Plant")), menu,
-                                       true);
-  EXPECT_EQ(menu.menus.at(0).items.at(0).sStatusText,
+TEST_F(menus, removing_a_catalog_says_what_becomes_of_it) {
+  const auto item = driver.Item("S1.Catalogs.Plant");
+  const auto statusText = [&] {
+    fakes::FakeContextMenu menu;
+    driver.snapIn->Views_AddTopMenuItems(driver.console->CurrentView(), fakes::FakeSelection(item),
+                                         menu, true);
+    return menu.menus.at(0).items.at(0).sStatusText;
+  };
+  EXPECT_EQ(statusText(),
             "Drops the catalog on the server. Its file is deleted when it lies with the historian; "
             "one at a path of its own stays.");
+  std::dynamic_pointer_cast<nodes::CatalogNode>(item->Tag())->Catalog("");
+  EXPECT_EQ(statusText(),
+            "Takes the catalog out of this document; without a name it stands for none of the "
+            "server's, and nothing is dropped.");
 }
 
 TEST_F(menus, a_catalog_offers_remove) {
