@@ -134,8 +134,8 @@ template <class Function>
 Function Library::EntryPoint(const char* sName) const {
   void* const address = dlsym(m_handle, sName);
   if (address == nullptr) {
-    Fail("The library " + InQuotes(m_path.string()) + " has no entry point " + sName +
-         " and so is no component; name another library.");
+    Fail(Text("There is no entry point ") + sName + " in the library " + InQuotes(m_path.string()) +
+         ", and so it is no component; name another library.");
   }
   return reinterpret_cast<Function>(address);
 }

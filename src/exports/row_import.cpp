@@ -58,7 +58,8 @@ void RowImport::ReadHeader(const Text& sTable, std::span<const ImportColumn> col
     };
     const auto found = std::ranges::find_if(columnsOfTable, named);
     if (found == columnsOfTable.end()) {
-      FailLine(m_reader.Line(), "the table " + sTable + " has no column \"" + field.sText + "\"");
+      FailLine(m_reader.Line(),
+               "there is no column \"" + field.sText + "\" in the table " + sTable);
     }
     if (std::ranges::any_of(m_columns, named)) {
       FailLine(m_reader.Line(), "the column \"" + field.sText + "\" is named twice");

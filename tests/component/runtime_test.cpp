@@ -157,9 +157,9 @@ TEST_F(RuntimeTest, a_library_that_lacks_an_entry_point_is_no_component) {
     const Text sFixture = "lacks_" + sName;
     const auto failure = FailureOf(sFixture);
     EXPECT_EQ(failure.Number(), platform::failure::kComponent);
-    EXPECT_EQ(failure.Description(), "The library \"" + Fixture(sFixture).string() +
-                                         "\" has no entry point Dll" + sName +
-                                         " and so is no component; name another library.");
+    EXPECT_EQ(failure.Description(), "There is no entry point Dll" + sName + " in the library \"" +
+                                         Fixture(sFixture).string() +
+                                         "\", and so it is no component; name another library.");
     EXPECT_FALSE(IsLoaded(Fixture(sFixture)));
   }
 }

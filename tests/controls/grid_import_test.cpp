@@ -106,7 +106,8 @@ TEST_F(GridImportTest, imports_nothing_when_one_line_is_wrong) {
       {"Nr,a\n1,x\n1,y\n",
        "Line 3: A rule of the table refuses this: UNIQUE constraint failed: T.Nr; correct the row; "
        "nothing was imported."},
-      {"Nr,colour\n", "Line 1: the table T has no column \"colour\"; nothing was imported."},
+      {"Nr,colour\n",
+       "Line 1: there is no column \"colour\" in the table T; nothing was imported."},
       {"", "The file is empty; its first line must name columns of the table."}};
   for (const auto& [sFile, sTold] : cases) {
     ImportBytes(sFile);

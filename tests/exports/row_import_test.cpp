@@ -48,13 +48,13 @@ TEST(row_import, the_first_line_tells_the_separator) {
   EXPECT_EQ(Import("\xEF\xBB\xBFTag\tValue\na;b\t1\n"), "Tag Value /a;b|1|");
   EXPECT_EQ(Import("\"Tag\";Value\na;1\n"), "Tag Value /a|1|");
   EXPECT_EQ(Import("Tag,\"Value;\"\n"),
-            "Line 1: the table Data has no column \"Value;\"; nothing was imported.");
+            "Line 1: there is no column \"Value;\" in the table Data; nothing was imported.");
 }
 
 TEST(row_import, names_the_first_bad_line) {
   EXPECT_EQ(Import(""), "The file is empty; its first line must name columns of the table.");
   EXPECT_EQ(Import("Tag,Color\n"),
-            "Line 1: the table Data has no column \"Color\"; nothing was imported.");
+            "Line 1: there is no column \"Color\" in the table Data; nothing was imported.");
   EXPECT_EQ(Import("Tag,tag\n"),
             "Line 1: the column \"tag\" is named twice; nothing was imported.");
   EXPECT_EQ(Import("Tag,Value\na,1\nb\n"),

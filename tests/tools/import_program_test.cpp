@@ -70,7 +70,7 @@ TEST_F(import_program, says_that_a_file_may_not_become_so_large_instead_of_dying
 TEST_F(import_program, refuses_headers_tables_and_files_that_do_not_fit) {
   MakePlant();
   EXPECT_EQ(Import("Tag,Color\n").sErrors,
-            "Line 1: the table Data has no column \"Color\"; nothing was imported.\n");
+            "Line 1: there is no column \"Color\" in the table Data; nothing was imported.\n");
   EXPECT_EQ(Import("Tag,tag\n").sErrors,
             "Line 1: the column \"tag\" is named twice; nothing was imported.\n");
   EXPECT_EQ(Import("").sErrors,

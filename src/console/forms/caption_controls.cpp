@@ -4,13 +4,12 @@
 
 namespace orvane::console {
 
-LabelControl::LabelControl(FormDialog& dialog) : FormControl(dialog) {
+LabelControl::LabelControl(FormDialog& dialog) : CaptionControl(dialog) {
   m_widget->setTextFormat(Qt::PlainText);
 }
 
-void LabelControl::Label(const platform::Text& sLabel) {
-  m_sLabel = sLabel;
-  m_widget->setText(QString::fromStdString(sLabel));
+void LabelControl::Show(const QString& sLabel) {
+  m_widget->setText(sLabel);
   if (QWidget* const buddy = m_widget->buddy()) {
     buddy->setAccessibleName(SpokenName(m_widget->text()));
   }
@@ -26,23 +25,20 @@ void UnitLabel::Unit(const QString& sUnit) {
   if (m_box) m_box->setAccessibleDescription(sUnit == "[s]" ? tr("seconds") : sUnit);
 }
 
-UnitControl::UnitControl(FormDialog& dialog) : FormControl(dialog) {
+UnitControl::UnitControl(FormDialog& dialog) : CaptionControl(dialog) {
   m_widget->setTextFormat(Qt::PlainText);
 }
 
-void UnitControl::Label(const platform::Text& sLabel) {
-  m_sLabel = sLabel;
-  m_widget->Unit(QString::fromStdString(sLabel));
+void UnitControl::Show(const QString& sLabel) {
+  m_widget->Unit(sLabel);
 }
 
-void ValueControl::Label(const platform::Text& sLabel) {
-  m_sLabel = sLabel;
-  m_widget->setText(QString::fromStdString(sLabel));
+void ValueControl::Show(const QString& sLabel) {
+  m_widget->setText(sLabel);
 }
 
-void FrameControl::Label(const platform::Text& sLabel) {
-  m_sLabel = sLabel;
-  m_widget->setTitle(QString::fromStdString(sLabel));
+void FrameControl::Show(const QString& sLabel) {
+  m_widget->setTitle(sLabel);
 }
 
 }  // namespace orvane::console

@@ -10,17 +10,32 @@
 
 namespace orvane::console {
 
+/// A caption that gives back the text it was given, however its widget shows it.
+template <class W>
+class CaptionControl : public FormControl<platform::Caption, W> {
+ public:
+  using FormControl<platform::Caption, W>::FormControl;
+  platform::Text Label() const override { return m_sLabel; }
+  void Label(const platform::Text& sLabel) override {
+    m_sLabel = sLabel;
+    Show(QString::fromStdString(sLabel));
+  }
+
+ private:
+  virtual void Show(const QString& sLabel) = 0;
+
+  platform::Text m_sLabel;
+};
+
 /// The access key gives the focus to the label's buddy, and the label is the buddy's name for those
 /// who hear the form read out.
-class LabelControl : public FormControl<platform::Caption, QLabel> {
+class LabelControl : public CaptionControl<QLabel> {
  public:
   explicit LabelControl(FormDialog& dialog);
-  platform::Text Label() const override { return m_sLabel; }
-  void Label(const platform::Text& sLabel) override;
   void SetFocus() override;
 
  private:
-  platform::Text m_sLabel;
+  void Show(const QString& sLabel) override;
 };
 
 /// A label that says in which unit the number in a box is counted.
@@ -35,35 +50,29 @@ class UnitLabel : public QLabel {
   QWidget* m_box = nullptr;
 };
 
-class UnitControl : public FormControl<platform::Caption, UnitLabel> {
+class UnitControl : public CaptionControl<UnitLabel> {
  public:
   explicit UnitControl(FormDialog& dialog);
-  platform::Text Label() const override { return m_sLabel; }
-  void Label(const platform::Text& sLabel) override;
 
  private:
-  platform::Text m_sLabel;
+  void Show(const QString& sLabel) override;
 };
 
 /// Shows a name as it is: an "&" in it is none of an access key.
-class ValueControl : public FormControl<platform::Caption, ElidedLabel> {
+class ValueControl : public CaptionControl<ElidedLabel> {
  public:
-  using FormControl::FormControl;
-  platform::Text Label() const override { return m_sLabel; }
-  void Label(const platform::Text& sLabel) override;
+  using CaptionControl::CaptionControl;
 
  private:
-  platform::Text m_sLabel;
+  void Show(const QString& sLabel) override;
 };
 
-class FrameControl : public FormControl<platform::Caption, QGroupBox> {
+class FrameControl : public CaptionControl<QGroupBox> {
  public:
-  using FormControl::FormControl;
-  platform::Text Label() const override { return m_sLabel; }
-  void Label(const platform::Text& sLabel) override;
+  using CaptionControl::CaptionControl;
 
  private:
-  platform::Text m_sLabel;
+  void Show(const QString& sLabel) override;
 };
 
 }  // namespace orvane::console

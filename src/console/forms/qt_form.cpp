@@ -27,7 +27,8 @@ Kind& QtForm::Get(const Text& sName, const char* sKind) const {
       found == m_controls.end() ? nullptr : dynamic_cast<Kind*>(found->second.get());
   if (!control) {
     throw platform::Failure(platform::failure::kItemNotFound,
-                            "The form \"" + m_sName + "\" has no " + sKind + " named \"" + sName +
+                            Text("There is no ") + sKind + " named \"" + sName +
+                                "\" in the form \"" + m_sName +
                                 "\"; ask for one that it lays out.");
   }
   return *control;

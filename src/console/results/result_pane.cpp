@@ -277,7 +277,7 @@ void ResultPane::ShowListOrSentence() {
     m_message->Show(ImageList::Badge("failed"), tr("%1 could not be opened.").arg(sName), {},
                     tr("&Try Again"));
   } else {
-    m_message->Show(icon, tr("%1 is empty.").arg(sName),
+    m_message->Show(icon, tr("There is nothing in \"%1\" yet.").arg(sName),
                     tr("What can be done here is in the Action menu."));
   }
   m_stack->setCurrentWidget(m_message);

@@ -36,6 +36,12 @@ TEST_F(MainWindowTest, selected_failed_item_says_so_and_offers_another_try) {
   EXPECT_TRUE(Scope().isExpanded(IndexOf("")));
 }
 
+TEST_F(MainWindowTest, selected_item_without_anything_in_it_says_so) {
+  m_script->expand = [](Services&, const ScopeItemPtr&) {};
+  ClickExpandMark("");
+  EXPECT_EQ(Results().Sentence(), "There is nothing in \"ORVANE Servers\" yet.");
+}
+
 TEST_F(MainWindowTest, unexpanded_folder_shows_an_empty_list_until_it_is_expanded) {
   ClickExpandMark("");
   ClickExpandMark("alpha");

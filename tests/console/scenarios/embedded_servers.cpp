@@ -7,6 +7,7 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "platform/quoting.h"
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian/data_folder.h"
 #include "provider/historian/historian.h"
@@ -17,12 +18,6 @@ using platform::Text;
 using platform::Value;
 
 namespace {
-
-Text Quoted(const Text& sName) {
-  Text sQuoted = "\"";
-  for (const char c : sName) sQuoted += c == '"' ? Text("\"\"") : Text(1, c);
-  return sQuoted + "\"";
-}
 
 /// The catalog's file, written to beside the console.
 class CatalogDatabase {
@@ -39,13 +34,13 @@ class CatalogDatabase {
         << sqlite3_errmsg(m_db) << " in " << sSql;
   }
   void Insert(const Text& sTable, const std::vector<Value>& values) {
-    Text sSql = "INSERT INTO " + Quoted(sTable) + " VALUES (";
+    Text sSql = "INSERT INTO " + platform::QuotedName(sTable) + " VALUES (";
     for (std::size_t n = 0; n < values.size(); ++n) {
       if (n > 0) sSql += ", ";
       if (values[n].IsNull()) {
         sSql += "NULL";
       } else if (values[n].Kind() == platform::ValueKind::Text) {
-        sSql += "'" + platform::ToText(values[n]) + "'";
+        sSql += platform::QuotedText(platform::ToText(values[n]));
       } else {
         sSql += platform::ToText(values[n]);
       }
@@ -93,13 +88,14 @@ void MakeServer(const scenarios::ServerSetup& server) {
       Text sKey;
       for (const auto& column : table.columns) {
         if (!sColumns.empty()) sColumns += ", ";
-        sColumns += Quoted(column.sName) + " " + DeclaredType(column.type);
+        sColumns += platform::QuotedName(column.sName) + " " + DeclaredType(column.type);
         if (!column.bNullable) sColumns += " NOT NULL";
-        if (column.bKey) sKey += (sKey.empty() ? "" : ", ") + Quoted(column.sName);
+        if (column.bKey) sKey += (sKey.empty() ? "" : ", ") + platform::QuotedName(column.sName);
       }
       if (!sKey.empty()) sColumns += ", PRIMARY KEY (" + sKey + ")";
       // Every catalog begins with the tables of a historian.
-      database.Run("CREATE TABLE IF NOT EXISTS " + Quoted(table.sName) + " (" + sColumns + ")");
+      database.Run("CREATE TABLE IF NOT EXISTS " + platform::QuotedName(table.sName) + " (" +
+                   sColumns + ")");
       for (const auto& row : table.rows) database.Insert(table.sName, row);
     }
   }
