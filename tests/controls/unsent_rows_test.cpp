@@ -1,0 +1,209 @@
+// Rows that were edited and are not stored: hidden, fetched anew, refused, settled and given up.
+#include <QRadioButton>
+#include <QTreeWidget>
+
+#include "controls/conflict_dialog.h"
+#include "controls/pending_review.h"
+#include "tests/controls/pumps_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Long;
+using platform::RecordsetPtr;
+using platform::Text;
+
+class unsent_rows : public PumpsFixture {};
+
+TEST_F(unsent_rows, pending_rows_survive_that_the_view_is_hidden) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  Long lUpdatability = 0;
+  const RecordsetPtr rs = m_editor->DetachRecordset(lUpdatability);
+  m_editor->AttachRecordset({}, 0);
+  EXPECT_EQ(Label("pending"), "");
+  m_editor = std::make_unique<controls::TableEditor>(Services());
+  m_editor->Connection(m_cn);
+  m_editor->TableQuery(m_query);
+  m_editor->AttachRecordset(rs, lUpdatability);
+  Show();
+  EXPECT_EQ(Cell(0, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  EXPECT_TRUE(m_editor->DeleteAllowed());
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps WHERE Id = 1"), "kept");
+}
+
+TEST_F(unsent_rows, a_refresh_carries_what_is_not_stored_to_the_new_rows) {
+  Open("Pumps");
+  GoTo(3, 1);
+  Type("new");
+  Press(Qt::Key_Tab);
+  GoTo(1, 2);
+  // Left without being sent: typed into while nothing lets the event loop run.
+  m_editor->Requery();
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  GoTo(1, 2);
+  Type("4.5");
+  m_server->Run("INSERT INTO P..Pumps VALUES (0, 'first', 1, 'one')");
+  m_editor->Requery();
+  EXPECT_EQ(Label("pending"), "2 rows not stored");
+  EXPECT_EQ(Cell(2, 1), "drain");
+  EXPECT_EQ(Cell(2, 2), "4.5");
+  EXPECT_EQ(Mark(2), "\u2022");
+  EXPECT_EQ(Cell(4, 1), "new");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 2"), "4.5");
+  EXPECT_EQ(Stored("SELECT Id FROM P..Pumps WHERE Name = 'new'"), "4");
+}
+
+TEST_F(unsent_rows, a_row_that_is_not_fetched_again_is_kept_and_told) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  m_query->FilterCondition("Id > 1");
+  m_editor->Requery();
+  EXPECT_EQ(Cell(0, 1), "drain");
+  EXPECT_EQ(Cell(2, 0), "1");
+  EXPECT_EQ(Cell(2, 1), "kept");
+  EXPECT_EQ(Mark(2), "!");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps WHERE Id = 1"), "kept");
+}
+
+TEST_F(unsent_rows, what_others_changed_before_a_refresh_is_not_overwritten_after_it) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("5");
+  Press(Qt::Key_Tab);
+  m_server->Run("UPDATE P..Pumps SET Flow = 77 WHERE Id = 1");
+  m_editor->Requery();
+  EXPECT_EQ(Cell(0, 2), "5");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "77");
+  EXPECT_EQ(Mark(0), "!");
+}
+
+TEST_F(unsent_rows, rows_that_are_not_stored_stay_when_others_cannot_be_fetched) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  m_query->FilterCondition("Nonsense = 1");
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  EXPECT_EQ(Cell(0, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  EXPECT_NE(Label("notice"), "");
+  m_query->FilterCondition("");
+  m_query->Columns().Add("Id");
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  EXPECT_EQ(Cell(0, 1), "kept");
+}
+
+class ToldRows final : public platform::UnsentRows {
+ public:
+  void Tell(const Text&, const Text& sTable, platform::RowIndex rows) override {
+    told = sTable + " " + std::to_string(rows);
+  }
+  Long Round() const override { return lRound; }
+  Text told;
+  Long lRound = 0;
+};
+
+TEST_F(unsent_rows, what_is_not_stored_comes_back_after_a_disconnection) {
+  const auto host = std::make_shared<ToldRows>();
+  m_unsent->Host(host);
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  EXPECT_EQ(host->told, "Pumps 1");
+  // As the snap-in disconnects the server of the table that is shown.
+  m_editor->AttachRecordset({}, 0);
+  EXPECT_EQ(host->told, "Pumps 1");
+  m_cn->Close();
+  m_editor.reset();
+  Open("Pumps");
+  EXPECT_EQ(Cell(0, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Pumps WHERE Id = 1"), "kept");
+  EXPECT_EQ(host->told, "Pumps 0");
+}
+
+TEST_F(unsent_rows, what_was_given_up_does_not_come_back) {
+  const auto host = std::make_shared<ToldRows>();
+  m_unsent->Host(host);
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  m_editor.reset();
+  EXPECT_EQ(host->told, "Pumps 1");
+  ++host->lRound;
+  Open("Pumps");
+  EXPECT_EQ(Cell(0, 1), "feed");
+}
+
+TEST_F(unsent_rows, a_conflict_is_settled_value_by_value) {
+  Open("Pumps");
+  m_server->Run("UPDATE P..Pumps SET Flow = 77, Note = 'theirs' WHERE Id = 1");
+  GoTo(0, 1);
+  Type("mine");
+  Press(Qt::Key_Tab);
+  Type("5");
+  Press(Qt::Key_Return);
+  auto* dialog = Window()->findChild<ConflictDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  auto* store = dialog->findChild<QPushButton*>("settle");
+  ASSERT_NE(store, nullptr);
+  // Both have changed the flow: that is to be chosen.
+  EXPECT_FALSE(store->isEnabled());
+  for (auto* choice : dialog->findChildren<QRadioButton*>()) {
+    if (choice->accessibleName() == "Flow, theirs") choice->click();
+  }
+  EXPECT_TRUE(store->isEnabled());
+  store->click();
+  Settle();
+  EXPECT_EQ(Pumps().substr(0, Pumps().find('\n')), "1|mine|77|theirs");
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Cell(0, 3), "theirs");
+}
+
+TEST_F(unsent_rows, a_row_that_is_gone_can_be_added_anew) {
+  Open("Pumps");
+  m_server->Run("DELETE FROM P..Pumps WHERE Id = 1");
+  GoTo(0, 1);
+  Type("mine");
+  Press(Qt::Key_Return);
+  auto* dialog = Window()->findChild<ConflictDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  for (auto* button : dialog->findChildren<QPushButton*>()) {
+    if (button->text() == "Add as &New Row") button->click();
+  }
+  Settle();
+  EXPECT_EQ(Stored("SELECT Name, Note FROM P..Pumps WHERE Id = 1"), "mine|old");
+}
+
+TEST_F(unsent_rows, rows_that_are_not_stored_are_listed_and_discarded) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("99");
+  Press(Qt::Key_Tab);
+  auto* pending = Window()->findChild<QPushButton*>("pending");
+  QTest::mouseClick(pending, Qt::LeftButton);
+  auto* review = Window()->findChild<PendingReview*>();
+  ASSERT_NE(review, nullptr);
+  const auto* list = review->findChild<QTreeWidget*>("pendingRows");
+  ASSERT_EQ(list->topLevelItemCount(), 1);
+  EXPECT_EQ(list->topLevelItem(0)->text(1).toStdString(), "1, Flow: 10.5 \u2192 99");
+  review->findChild<QPushButton*>("discardRows")->click();
+  Settle();
+  EXPECT_EQ(Cell(0, 2), "10.5");
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Window()->findChild<PendingReview*>(), nullptr);
+}
+
+}  // namespace
+}  // namespace orvane::controls
