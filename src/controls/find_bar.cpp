@@ -48,7 +48,7 @@ FindBar::FindBar(RowView& rows, QWidget* parent)
 }
 
 QString FindBar::Scope() const {
-  return QStringLiteral("Looks through the %1 here").arg(RowsText(m_rows.Model().rowCount()));
+  return QStringLiteral("Looks through the %1 here").arg(RowsText(m_rows.Model().Places()));
 }
 
 void FindBar::Open() {
@@ -78,7 +78,7 @@ void FindBar::FindNext(bool bForward) {
       [this](std::optional<CellPlace> cell, bool bWrapped) {
         if (!cell) {
           return Tell(
-              QStringLiteral("Not found in the %1 here").arg(RowsText(m_rows.Model().rowCount())));
+              QStringLiteral("Not found in the %1 here").arg(RowsText(m_rows.Model().Places())));
         }
         Tell(bWrapped ? QStringLiteral("Went on from the other end") : Scope());
         m_rows.GoTo(cell->nRow, cell->nColumn);

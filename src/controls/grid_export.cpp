@@ -92,7 +92,7 @@ void GridExport::Run() {
 ExportOffer GridExport::Offer() const {
   const RowView& rows = m_window->Rows();
   ExportOffer offer;
-  offer.shown = rows.Model().rowCount();
+  offer.shown = rows.Model().Places();
   const QItemSelection& selection = rows.selectionModel()->selection();
   const bool bOneCell =
       selection.size() == 1 && selection.front().width() == 1 && selection.front().height() == 1;
@@ -132,10 +132,10 @@ std::optional<Exported> GridExport::WriteHeld(const ExportChoice& choice,
   const platform::RecordsetPtr rs = model.Recordset();
   if (!rs) return std::nullopt;
   // The grid may show something else before the last row is written: nothing more is asked of it.
-  const std::shared_ptr<const RowOrder> order = model.Order();
+  const auto recordRow = model.RecordRows();
   const bool bSelected = choice.rows == ExportRows::Selected;
   const QItemSelection selection = view.selectionModel()->selection();
-  std::vector<std::pair<int, int>> spans{{0, model.rowCount() - 1}};
+  std::vector<std::pair<int, int>> spans{{0, model.Places() - 1}};
   if (bSelected) spans = RowSpans(selection);
   target.Begin(*rs, ColumnsOf(view, bSelected ? &selection : nullptr));
   platform::RowIndex total = 0;
@@ -150,7 +150,7 @@ std::optional<Exported> GridExport::WriteHeld(const ExportChoice& choice,
   progress->setWindowModality(Qt::ApplicationModal);
   for (const auto& [nFirst, nLast] : spans) {
     for (int nPlace = nFirst; nPlace <= nLast; ++nPlace) {
-      const platform::RowIndex row = order ? order->RecordRow(nPlace) : nPlace;
+      const platform::RowIndex row = recordRow(nPlace);
       if (row < rs->RecordCount()) target.Row(*rs, row);
       if (target.RowCount() % kRowsBetweenLooks != 0) continue;
       if (progress) {

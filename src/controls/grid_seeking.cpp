@@ -72,9 +72,9 @@ void GridSeeking::GoToRow() {
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setInputMode(QInputDialog::IntInput);
   dialog->setWindowTitle("Go to Row");
-  const int nRows = m_rows.Model().rowCount();
+  const int nRows = m_rows.Model().Places();
   dialog->setLabelText(QStringLiteral("Number of the row, of %1:").arg(RowsText(nRows)));
-  dialog->setIntRange(1, nRows);
+  dialog->setIntRange(1, std::max(1, nRows));
   dialog->setIntValue(m_rows.currentIndex().row() + 1);
   connect(dialog, &QInputDialog::intValueSelected, this, [this](int nNumber) {
     m_rows.GoTo(nNumber - 1, std::max(0, m_rows.currentIndex().column()));

@@ -56,7 +56,7 @@ QString ArrangementText(const Arrangement& arrangement, const RowModel& model) {
                  columns.join(QStringLiteral(", "));
   }
   if (!arrangement.filters.empty()) {
-    parts << QStringLiteral("Filtered here: %1 seen").arg(RowsText(model.rowCount()));
+    parts << QStringLiteral("Filtered here: %1 seen").arg(RowsText(model.Places()));
   }
   return parts.join(QStringLiteral("; "));
 }
@@ -334,7 +334,7 @@ void GridWindow::TellOfExchange() {
 }
 
 void GridWindow::ShowPosition() {
-  m_status->Position(m_rows->currentIndex().row(), m_rows->Model().rowCount());
+  m_status->Position(m_rows->currentIndex().row(), m_rows->Model().Places());
 }
 
 void GridWindow::FitSqlPane() {

@@ -140,20 +140,31 @@ void RowModel::Order(std::shared_ptr<const RowOrder> order) {
 }
 
 RowIndex RowModel::RecordRow(int nPlace) const {
+  return RecordRowAt(m_order.get(), m_gonePlaces, nPlace);
+}
+
+std::function<RowIndex(int)> RowModel::RecordRows() const {
+  return [order = m_order, gonePlaces = m_gonePlaces](int nPlace) {
+    return RecordRowAt(order.get(), gonePlaces, nPlace);
+  };
+}
+
+RowIndex RowModel::RecordRowAt(const RowOrder* order, const std::vector<RowIndex>& gonePlaces,
+                               int nPlace) {
   // Each row that went in front of the place moved it by one.
   RowIndex place = nPlace;
   std::size_t nFirst = 0;
-  std::size_t nBehind = m_gonePlaces.size();
+  std::size_t nBehind = gonePlaces.size();
   while (nFirst < nBehind) {
     const std::size_t nMiddle = (nFirst + nBehind) / 2;
-    if (m_gonePlaces[nMiddle] - static_cast<RowIndex>(nMiddle) <= place) {
+    if (gonePlaces[nMiddle] - static_cast<RowIndex>(nMiddle) <= place) {
       nFirst = nMiddle + 1;
     } else {
       nBehind = nMiddle;
     }
   }
   place += static_cast<RowIndex>(nFirst);
-  return m_order ? m_order->RecordRow(place) : place;
+  return order ? order->RecordRow(place) : place;
 }
 
 std::optional<RowIndex> RowModel::OrderedPlaceOf(RowIndex row) const {

@@ -6,6 +6,7 @@
 
 #include <QAbstractTableModel>
 #include <QFont>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -56,6 +57,8 @@ class RowModel : public QAbstractTableModel {
   void Order(std::shared_ptr<const RowOrder> order);
   /// The recordset's row at a place of the view; of the empty row at the end, that behind the last.
   platform::RowIndex RecordRow(int nPlace) const;
+  /// The same of the places as they are now, also when others are shown meanwhile.
+  std::function<platform::RowIndex(int)> RecordRows() const;
   /// Where a row of the recordset stands; -1 where it does not.
   int PlaceOf(platform::RowIndex row) const;
 
@@ -94,6 +97,9 @@ class RowModel : public QAbstractTableModel {
 
  private:
   int CountPlaces() const;
+  static platform::RowIndex RecordRowAt(const RowOrder* order,
+                                        const std::vector<platform::RowIndex>& gonePlaces,
+                                        int nPlace);
   bool OffersNewRow() const;
   void TakeRowsOut();
   void FindGonePlaces();

@@ -242,8 +242,10 @@ void StatusStrip::Pending(platform::RowIndex rows) {
 }
 
 void StatusStrip::Position(int nRow, int nRows) {
-  m_position->setText(
-      nRow < 0 ? QString() : QStringLiteral("Row %1 of %2").arg(Grouped(nRow + 1), Grouped(nRows)));
+  m_position->setText(nRow < 0 ? QString()
+                      : nRow == nRows
+                          ? QStringLiteral("New row")
+                          : QStringLiteral("Row %1 of %2").arg(Grouped(nRow + 1), Grouped(nRows)));
 }
 
 void StatusStrip::changeEvent(QEvent* event) {
