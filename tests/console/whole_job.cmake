@@ -30,6 +30,7 @@ orvane_test(console_whole_job QT
     whole_job/saved_document.cpp
     whole_job/saved_document.h
     whole_job/servers_and_catalogs.cpp
+    whole_job/rows_at_work.cpp
     whole_job/tables_and_queries.cpp
     whole_job/whole_job.h
     whole_job/whole_job_test.cpp

@@ -10,6 +10,8 @@
 #include <QPushButton>
 #include <QWindow>
 
+#include "console/window/toolbar_view.h"
+
 namespace orvane::console {
 
 void Hands::PressIn(QDialog* dialog, const char* sButton) {
@@ -65,6 +67,24 @@ void Hands::Clicked(QAbstractButton* button, const std::function<void()>& act) {
   });
   m_stage.WaitFor(
       "the button was pressed", [clicked] { return *clicked; }, act);
+}
+
+bool Hands::IsEntry(const QAction& action, const char* sEntry) {
+  const QString sWords = action.text().section(u'\t', 0, 0).remove(u'&');
+  return action.objectName() == sEntry || sWords == QString::fromUtf8(sEntry);
+}
+
+QAbstractButton* Hands::ToolbarButtonOf(const char* sKey) {
+  auto& toolbar = m_stage.Window().SnapInToolbar();
+  auto* action = toolbar.ButtonAction(sKey);
+  auto* button = action ? qobject_cast<QAbstractButton*>(toolbar.widgetForAction(action)) : nullptr;
+  if (!button) throw Stopped(Text("The toolbar has no button ") + sKey + ".");
+  return button;
+}
+
+void Hands::ToolbarButton(const char* sKey) {
+  PressToolbar(sKey);
+  m_stage.WaitUntilIdle();
 }
 
 int Hands::RowOf(QAbstractItemView* list, const Text& sText) {

@@ -25,7 +25,10 @@ class Hands {
   virtual void MenuBar(const char* sMenu, const char* sAction) = 0;
   virtual void Refresh() = 0;
   virtual void Save() = 0;
-  virtual void ToolbarButton(const char* sKey) = 0;
+  /// Presses a button of the toolbar; what that leads to is the story's to wait for.
+  virtual void PressToolbar(const char* sKey) = 0;
+  /// The same, and waits until it is done.
+  void ToolbarButton(const char* sKey);
   virtual void Tab(const char* sTab) = 0;
 
   virtual void Press(QAbstractButton* button) = 0;
@@ -34,6 +37,16 @@ class Hands {
   virtual void Choose(QWidget* dropDown, const Text& sText) = 0;
   /// Moves one column between the builder's lists, marking it in the list first.
   virtual void MoveColumn(QAbstractItemView* list, const Text& sColumn, QAbstractButton* move) = 0;
+  /// Makes a cell of a grid in sight the current one.
+  virtual void GoToCell(QAbstractItemView* rows, int iRow, int iColumn) = 0;
+  /// Selects one whole row of a grid.
+  virtual void MarkRow(QAbstractItemView* rows, int iRow) = 0;
+  /// Picks an entry of the menu of a grid's current cell by its words.
+  virtual void MenuOfCell(QAbstractItemView* rows, const char* sEntry) = 0;
+  /// Brings a plot's cursor to where lines are.
+  virtual void PointInto(QWidget* plot) = 0;
+  /// Types into what has the focus.
+  void Type(const Text& sText);
   /// Does what Escape or the window's own closing does not need: ends a dialog by its buttons.
   void PressIn(QDialog* dialog, const char* sButton);
   /// The button of a message box: "&Yes", "&No", "OK".
@@ -42,12 +55,14 @@ class Hands {
  protected:
   /// Where the context menu's or drop-down's popup is, once it is there.
   QWidget* WaitForPopup();
-  /// Types into what has the focus.
-  void Type(const Text& sText);
   Text TextOf(QWidget* box);
   /// The button's click is what act leads to.
   void Clicked(QAbstractButton* button, const std::function<void()>& act);
   int RowOf(QAbstractItemView* list, const Text& sText);
+  /// Asked on the user-interface thread: by its name, or by its words.
+  static bool IsEntry(const QAction& action, const char* sEntry);
+  /// On the user-interface thread.
+  QAbstractButton* ToolbarButtonOf(const char* sKey);
 
   Stage& m_stage;
 };
@@ -62,12 +77,16 @@ class MouseHands final : public Hands {
   void MenuBar(const char* sMenu, const char* sAction) override;
   void Refresh() override;
   void Save() override;
-  void ToolbarButton(const char* sKey) override;
+  void PressToolbar(const char* sKey) override;
   void Tab(const char* sTab) override;
   void Press(QAbstractButton* button) override;
   void Enter(QWidget* box, const Text& sText) override;
   void Choose(QWidget* dropDown, const Text& sText) override;
   void MoveColumn(QAbstractItemView* list, const Text& sColumn, QAbstractButton* move) override;
+  void GoToCell(QAbstractItemView* rows, int iRow, int iColumn) override;
+  void MarkRow(QAbstractItemView* rows, int iRow) override;
+  void MenuOfCell(QAbstractItemView* rows, const char* sEntry) override;
+  void PointInto(QWidget* plot) override;
 
  private:
   using Button = XInput::Button;
@@ -92,12 +111,16 @@ class KeyboardHands final : public Hands {
   void MenuBar(const char* sMenu, const char* sAction) override;
   void Refresh() override;
   void Save() override;
-  void ToolbarButton(const char* sKey) override;
+  void PressToolbar(const char* sKey) override;
   void Tab(const char* sTab) override;
   void Press(QAbstractButton* button) override;
   void Enter(QWidget* box, const Text& sText) override;
   void Choose(QWidget* dropDown, const Text& sText) override;
   void MoveColumn(QAbstractItemView* list, const Text& sColumn, QAbstractButton* move) override;
+  void GoToCell(QAbstractItemView* rows, int iRow, int iColumn) override;
+  void MarkRow(QAbstractItemView* rows, int iRow) override;
+  void MenuOfCell(QAbstractItemView* rows, const char* sEntry) override;
+  void PointInto(QWidget* plot) override;
 
  private:
   void GoTo(QWidget* widget);

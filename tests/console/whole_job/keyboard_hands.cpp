@@ -6,7 +6,6 @@
 
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
-#include "console/window/toolbar_view.h"
 #include "tests/console/whole_job/hands.h"
 
 namespace orvane::console {
@@ -76,7 +75,7 @@ void KeyboardHands::PickFrom(QWidget* popup, const char* sAction) {
   auto* menu = qobject_cast<QMenu*>(popup);
   for (int i = 0; i < kMostSteps; ++i) {
     const auto* active = m_stage.Ask([&] { return menu->activeAction(); });
-    if (active && m_stage.Ask([&] { return active->objectName() == sAction; })) {
+    if (active && m_stage.Ask([&] { return IsEntry(*active, sAction); })) {
       m_stage.WaitFor(
           "the menu has gone", [] { return !QApplication::activePopupWidget(); },
           [&] { m_stage.Input().Key("Return"); });
@@ -121,17 +120,46 @@ void KeyboardHands::Save() {
   m_stage.Input().Key("s", "Control_L");
 }
 
-void KeyboardHands::ToolbarButton(const char* sKey) {
+void KeyboardHands::PressToolbar(const char* sKey) {
   m_stage.WaitUntilIdle();
-  auto* button = m_stage.Ask([&] {
-    auto& toolbar = m_stage.Window().SnapInToolbar();
-    auto* action = toolbar.ButtonAction(sKey);
-    return action ? qobject_cast<QAbstractButton*>(toolbar.widgetForAction(action)) : nullptr;
-  });
-  if (!button) throw Stopped(Text("The toolbar has no button ") + sKey + ".");
+  auto* button = m_stage.Ask([&] { return ToolbarButtonOf(sKey); });
   GoTo(button);
   Clicked(button, [&] { m_stage.Input().Key("space"); });
-  m_stage.WaitUntilIdle();
+}
+
+void KeyboardHands::GoToCell(QAbstractItemView* rows, int iRow, int iColumn) {
+  GoTo(rows);
+  for (int i = 0; i < kMostSteps; ++i) {
+    const QPersistentModelIndex at =
+        m_stage.Ask([&] { return QPersistentModelIndex(rows->currentIndex()); });
+    if (at.row() == iRow && at.column() == iColumn) return;
+    const char* sKey = at.row() < iRow         ? "Down"
+                       : at.row() > iRow       ? "Up"
+                       : at.column() > iColumn ? "Left"
+                                               : "Right";
+    m_stage.WaitFor(
+        "the next cell is current", [&] { return rows->currentIndex() != at && m_stage.IsIdle(); },
+        [&] { m_stage.Input().Key(sKey); });
+  }
+  throw Stopped("The arrow keys do not lead to the cell.");
+}
+
+void KeyboardHands::MarkRow(QAbstractItemView* rows, int iRow) {
+  GoToCell(rows, iRow, m_stage.Ask([&] { return rows->currentIndex().column(); }));
+  m_stage.WaitFor(
+      "the row is selected", [=] { return rows->selectionModel()->isRowSelected(iRow, {}); },
+      [&] { m_stage.Input().Key("space", "Shift_L"); });
+}
+
+void KeyboardHands::MenuOfCell(QAbstractItemView* rows, const char* sEntry) {
+  GoTo(rows);
+  m_stage.Input().Key("Menu");
+  PickFrom(WaitForPopup(), sEntry);
+}
+
+void KeyboardHands::PointInto(QWidget* plot) {
+  GoTo(plot);
+  m_stage.Input().Key("End");
 }
 
 void KeyboardHands::Tab(const char* sTab) {

@@ -8,7 +8,6 @@
 
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
-#include "console/window/toolbar_view.h"
 #include "tests/console/whole_job/hands.h"
 
 namespace orvane::console {
@@ -108,7 +107,7 @@ void MouseHands::PickFrom(QWidget* menu, const char* sAction) {
     auto* action = menu->findChild<QAction*>(sAction);
     if (!action) {
       for (auto* one : menu->actions()) {
-        if (one->objectName() == sAction) action = one;
+        if (IsEntry(*one, sAction)) action = one;
       }
     }
     if (!action || !action->isEnabled()) throw Stopped(Text("The menu lacks ") + sAction + ".");
@@ -145,16 +144,45 @@ void MouseHands::Save() {
   MenuBar("mnuFile", "actSave");
 }
 
-void MouseHands::ToolbarButton(const char* sKey) {
+void MouseHands::PressToolbar(const char* sKey) {
   m_stage.WaitUntilIdle();
-  auto* button = m_stage.Ask([&] {
-    auto& toolbar = m_stage.Window().SnapInToolbar();
-    auto* action = toolbar.ButtonAction(sKey);
-    return action ? qobject_cast<QAbstractButton*>(toolbar.widgetForAction(action)) : nullptr;
+  Press(m_stage.Ask([&] { return ToolbarButtonOf(sKey); }));
+}
+
+void MouseHands::GoToCell(QAbstractItemView* rows, int iRow, int iColumn) {
+  Click([=] {
+    const auto rect = rows->visualRect(rows->model()->index(iRow, iColumn));
+    if (!rows->viewport()->rect().contains(rect.center())) {
+      throw Stopped("The cell is not in sight.");
+    }
+    return rows->viewport()->mapToGlobal(rect.center());
   });
-  if (!button) throw Stopped(Text("The toolbar has no button ") + sKey + ".");
-  Press(button);
-  m_stage.WaitUntilIdle();
+  m_stage.WaitFor("the cell is current",
+                  [=] { return rows->currentIndex() == rows->model()->index(iRow, iColumn); });
+}
+
+void MouseHands::MarkRow(QAbstractItemView* rows, int iRow) {
+  constexpr int kIntoNumbers = 8;
+  Click([=] {
+    const auto rect = rows->visualRect(rows->model()->index(iRow, 0));
+    return rows->viewport()->mapToGlobal(QPoint(-kIntoNumbers, rect.center().y()));
+  });
+  m_stage.WaitFor("the row is selected",
+                  [=] { return rows->selectionModel()->isRowSelected(iRow, {}); });
+}
+
+void MouseHands::MenuOfCell(QAbstractItemView* rows, const char* sEntry) {
+  Click(
+      [=] {
+        const auto rect = rows->visualRect(rows->currentIndex());
+        return rows->viewport()->mapToGlobal(rect.center());
+      },
+      Button::Right);
+  PickFrom(WaitForPopup(), sEntry);
+}
+
+void MouseHands::PointInto(QWidget* plot) {
+  Click(MiddleOf(plot));
 }
 
 void MouseHands::Tab(const char* sTab) {

@@ -39,17 +39,50 @@ std::filesystem::path RegisterComponents(const std::filesystem::path& folder) {
   return folder / "components";
 }
 
+namespace {
+
+/// The catalog's file, opened by the library alone.
+class CatalogFile {
+ public:
+  CatalogFile(const Text& sServer, const Text& sCatalog) {
+    provider::engines::SqliteEngine engine;
+    provider::historian::Historian historian(provider::historian::DefaultRoot(), sServer, engine,
+                                             {});
+    const auto record = historian.Find(sCatalog, {});
+    if (!record) throw std::runtime_error("The historian has no catalog " + sCatalog + ".");
+    if (sqlite3_open(record->file.c_str(), &m_db) != SQLITE_OK) Fail();
+  }
+  ~CatalogFile() { sqlite3_close(m_db); }
+  CatalogFile(const CatalogFile&) = delete;
+  CatalogFile& operator=(const CatalogFile&) = delete;
+
+  /// Runs statements; the first value of the last row that came, or nothing.
+  Text Run(const Text& sSql) {
+    Text sFirst;
+    const auto take = [](void* first, int, char** values, char**) {
+      *static_cast<Text*>(first) = values[0] ? values[0] : "";
+      return 0;
+    };
+    if (sqlite3_exec(m_db, sSql.c_str(), take, &sFirst, nullptr) != SQLITE_OK) Fail();
+    return sFirst;
+  }
+
+ private:
+  [[noreturn]] void Fail() {
+    throw std::runtime_error(Text("The catalog's file did not take it: ") + sqlite3_errmsg(m_db));
+  }
+
+  sqlite3* m_db = nullptr;
+};
+
+}  // namespace
+
 void WriteToCatalog(const Text& sServer, const Text& sCatalog, const Text& sSql) {
-  provider::engines::SqliteEngine engine;
-  provider::historian::Historian historian(provider::historian::DefaultRoot(), sServer, engine, {});
-  const auto record = historian.Find(sCatalog, {});
-  if (!record) throw std::runtime_error("The historian has no catalog " + sCatalog + ".");
-  sqlite3* db = nullptr;
-  const bool bDone = sqlite3_open(record->file.c_str(), &db) == SQLITE_OK &&
-                     sqlite3_exec(db, sSql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
-  const Text sMessage = sqlite3_errmsg(db);
-  sqlite3_close(db);
-  if (!bDone) throw std::runtime_error("The catalog was not written to: " + sMessage);
+  CatalogFile(sServer, sCatalog).Run(sSql);
+}
+
+Text ReadFromCatalog(const Text& sServer, const Text& sCatalog, const Text& sSql) {
+  return CatalogFile(sServer, sCatalog).Run(sSql);
 }
 
 }  // namespace orvane::console

@@ -15,5 +15,8 @@ std::filesystem::path RegisterComponents(const std::filesystem::path& folder);
 /// with a sentence, std::runtime_error.
 void WriteToCatalog(const platform::Text& sServer, const platform::Text& sCatalog,
                     const platform::Text& sSql);
+/// The first value of the last row that statements on the file give; empty when there is none.
+platform::Text ReadFromCatalog(const platform::Text& sServer, const platform::Text& sCatalog,
+                               const platform::Text& sSql);
 
 }  // namespace orvane::console

@@ -15,7 +15,8 @@ using platform::Text;
 
 namespace {
 
-constexpr int kRows = 120;
+constexpr int kSamplesBefore = 120;
+constexpr int kSamplesToCome = 360;
 constexpr int kPatienceMilliseconds = 60'000;
 
 }  // namespace
@@ -99,15 +100,17 @@ void WholeJobTest::MakesAndRemovesCatalogs() {
   EXPECT_FALSE(m_stage.Ask([&] { return m_stage.Item("localhost.Catalogs.Scratch") != nullptr; }));
 }
 
-/// Two tags, of which one has a sample every ten seconds, the last one just now.
+/// Two tags with samples of the last minutes and the coming hour, so that however long the job
+/// takes, there are some of the last ten minutes.
 void WholeJobTest::RecordSamples() {
   using namespace std::chrono;
   Text sSql = "INSERT INTO Data (Tag, Timestamp, Value) VALUES ('pressure', 0, 4.5)";
   const auto llNow =
       duration_cast<microseconds>(system_clock::now().time_since_epoch()).count() - 1'000'000;
-  for (int i = 0; i < kRows; ++i) {
-    sSql += ", ('flow', " + std::to_string(llNow - i * 10'000'000LL) + ", " +
-            std::to_string(i % 7) + ".5)";
+  for (int i = -kSamplesBefore; i < kSamplesToCome; ++i) {
+    const Text sTime = std::to_string(llNow + i * 10'000'000LL);
+    sSql += ", ('flow', " + sTime + ", " + std::to_string((i + kSamplesBefore) % 7) + ".5)";
+    if (i % 3 == 0) sSql += ", ('pressure', " + sTime + ", 4.25)";
   }
   WriteToCatalog("localhost", "Boiler", sSql);
 }

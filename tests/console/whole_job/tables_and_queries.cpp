@@ -16,9 +16,9 @@ void WholeJobTest::LooksAtATable() {
   m_hands->Expand("localhost.Catalogs.Boiler");
   WaitUntilOpened("localhost.Catalogs.Boiler");
   m_hands->Select("localhost.Catalogs.Boiler.Data");
-  Expect("the grid shows as many rows as the options allow", [&] {
+  Expect("the grid shows as many rows as the options allow, and one for a new row", [&] {
     const auto* rows = m_stage.Rows();
-    return rows && rows->model()->rowCount() == 100 && m_stage.SqlBox();
+    return rows && rows->model()->rowCount() == 101 && m_stage.SqlBox();
   });
   const auto currentRow = [&] { return m_stage.Rows()->currentIndex().row(); };
   m_hands->ToolbarButton("MoveLast");
@@ -32,7 +32,7 @@ void WholeJobTest::LooksAtATable() {
   m_hands->Tab("Data");
   Expect("the rows are back, without the statement",
          [&] { return m_stage.Rows() && !m_stage.SqlBox(); });
-  EXPECT_EQ(m_stage.Ask([&] { return m_stage.Rows()->model()->rowCount(); }), 100);
+  EXPECT_EQ(m_stage.Ask([&] { return m_stage.Rows()->model()->rowCount(); }), 101);
 }
 
 void WholeJobTest::BuildsTheTablesQuery() {

@@ -55,6 +55,7 @@ class WholeJobTest : public testing::TestWithParam<Device> {
   void MakesAndRemovesCatalogs();
   void RecordSamples();
   void LooksAtATable();
+  void WorksOnRows();
   void BuildsTheTablesQuery();
   void KeepsNamedQueries();
   void SavesUnderAName();
@@ -65,7 +66,25 @@ class WholeJobTest : public testing::TestWithParam<Device> {
 
   void NewQuery(const platform::Text& sName, const platform::Text& sSql);
   void LogsOn(const platform::Text& sServer);
-  void TypesFileName(QDialog* dialog);
+  void TypesFileName(QDialog* dialog, const char* sName = "plant.orvc");
+  template <class W>
+  W* InGrid(const char* sName) {
+    auto* widget = m_stage.Ask([&]() -> W* {
+      for (auto* one : m_stage.Window().findChildren<W*>(sName)) {
+        if (one->isVisible()) return one;
+      }
+      return nullptr;
+    });
+    if (!widget) throw Stopped(platform::Text("The grid has no ") + sName + " in sight.");
+    return widget;
+  }
+  QAbstractItemView* ShowsTheLastMinutes();
+  void SortsAndEdits(QAbstractItemView* rows, int iColumn);
+  void DeletesARow(QAbstractItemView* rows);
+  void FillsFromAQuery(QAbstractItemView* rows, int iColumn);
+  void ExportsWhatIsShown(QAbstractItemView* rows);
+  void ReadsATrend();
+  platform::Text Stored(const platform::Text& sSql);
   void WaitUntilOpened(const platform::Text& sKey);
 
   QTemporaryDir m_folder;

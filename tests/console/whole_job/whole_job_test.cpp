@@ -18,10 +18,10 @@ namespace orvane::console {
 
 using platform::Text;
 
-void WholeJobTest::TypesFileName(QDialog* dialog) {
+void WholeJobTest::TypesFileName(QDialog* dialog, const char* sName) {
   // Otherwise a dialog begins where the process's last one ended.
   m_stage.Ask([&] { qobject_cast<QFileDialog*>(dialog)->setDirectory(m_folder.path()); });
-  m_hands->Enter(In<QWidget>(dialog, "fileNameEdit"), "plant.orvc");
+  m_hands->Enter(In<QWidget>(dialog, "fileNameEdit"), sName);
   // The list of names that might be meant is in front of the button.
   m_stage.Input().Key("Return");
 }
@@ -177,6 +177,7 @@ TEST_P(WholeJobTest, is_done_saved_and_found_again_with_one_device) {
     MakesAndRemovesCatalogs();
     RecordSamples();
     LooksAtATable();
+    WorksOnRows();
     BuildsTheTablesQuery();
     KeepsNamedQueries();
     SavesUnderAName();
