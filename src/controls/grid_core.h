@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QPointer>
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "controls/grid_editing.h"
 #include "controls/grid_events.h"
 #include "controls/grid_export.h"
+#include "controls/grid_statements.h"
 #include "controls/rows_states.h"
 #include "controls/unsent_stash.h"
 #include "platform/failure.h"
@@ -36,27 +36,6 @@ struct GridServices {
   std::shared_ptr<QStringList> cellQueries = std::make_shared<QStringList>();
 };
 
-/// What a grid says when a recordset has no rows.
-struct NoRowsTexts {
-  QString sTitle;
-  QString sSentence;
-};
-
-/// What a grid runs, and what it says when that has no rows.
-struct GridQuery {
-  platform::Text sSqlText;
-  platform::Long lMaxRows = 0;       ///< 0 or less is no limit
-  platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
-  NoRowsTexts noRows;
-  std::optional<RowTable> table = {};  ///< none where rows can only be looked at
-  /// Of rows that follow the ones shown: how they are to be looked at. Those shown stay until they
-  /// have come.
-  std::function<RowsState(const platform::Recordset& rs)> following = {};
-};
-
-/// What a statement may do: showing is reading, and only a press of the button lets it change.
-enum class Access : std::uint8_t { Read, Change };
-
 class GridCore {
  public:
   GridCore(GridServices services, const QString& sName);
@@ -72,7 +51,7 @@ class GridCore {
   /// Rows are shown in the connection's zone of the moment they are bound; dropping a connection
   /// changes nothing that is shown.
   void Connection(const platform::ConnectionPtr& cn);
-  const platform::ConnectionPtr& Connection() const { return m_connection; }
+  const platform::ConnectionPtr& Connection() const { return m_statements.Connection(); }
   const zones::TimeZone& Zone() const { return m_format.Zone(); }
   platform::Timestamp Now() const { return m_services.now(); }
 
@@ -83,21 +62,21 @@ class GridCore {
   void Run(const GridQuery& query, Access access = Access::Read);
   /// Runs a statement that only reads, and shows nothing of it. The grid may be gone afterwards.
   platform::RecordsetPtr Ask(const platform::Text& sSqlText, platform::Long lMaxRows,
-                             platform::Long lTimeout);
+                             platform::Long lTimeout) {
+    return m_statements.Ask(sSqlText, lMaxRows, lTimeout);
+  }
   /// Runs a statement that changes one row for each of these rows of values, all of them or none,
   /// however long it takes; shows nothing of it. The grid may be gone afterwards.
-  void Change(const platform::Text& sSqlText, platform::ParameterRows rows);
+  void Change(const platform::Text& sSqlText, platform::ParameterRows rows) {
+    m_statements.Change(sSqlText, std::move(rows));
+  }
   /// Opens the connection again where it is gone, and calls the handler when that is done. Offered
   /// beneath rows that were fetched over it.
   void OnReconnected(std::function<void()> handler);
-  /// Takes down what failed where nobody else does.
-  void NoteFailure(const std::exception& exception) const {
-    NoteFailure(m_services.failures, exception);
-  }
   /// True while a statement runs, which handles events.
-  bool Running() const { return *m_running; }
+  bool Running() const { return m_statements.Running(); }
   /// Says that nothing can be asked of the connection while a statement runs.
-  [[noreturn]] static void FailBusy();
+  [[noreturn]] static void FailBusy() { GridStatements::FailBusy(); }
   /// Passes the failure on after showing it, as Run does.
   [[noreturn]] void Fail(const platform::Failure& failure);
   /// Shows rows that were fetched before. Without a state, sSqlText tells what fetched them.
@@ -121,11 +100,6 @@ class GridCore {
   RowsState State() const;
 
  private:
-  struct Fetched {
-    platform::RecordsetPtr rs;
-    platform::Long lRecordsAffected = 0;
-  };
-  Fetched Fetch(const GridQuery& query, Access access);
   void AskToRun(const GridQuery& query);
   void Reconnect(const std::function<void()>& handler);
   /// Behind a button nobody else takes the failure down.
@@ -133,13 +107,6 @@ class GridCore {
                           const std::exception& exception);
   void FollowZone();
   Fetching HowFetched() const;
-  bool CanFetchAgain() const;
-  /// Gives the sink all rows of the statement that is shown, which only reads.
-  platform::FetchState FetchAgain(const platform::RowSink& sink);
-  controls::Updatability AskUpdatability(const std::optional<RowTable>& table,
-                                         const platform::Recordset& rs) const;
-  Sent Send(const platform::RecordsetPtr& rs, platform::RowIndex row,
-            const controls::Updatability& updatability);
   /// Rows that are shown while others are fetched in their place; none when all is stored and
   /// others can be had.
   struct Shown {
@@ -156,10 +123,10 @@ class GridCore {
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence, const Shown& before);
 
   GridServices m_services;
+  GridStatements m_statements;
   std::shared_ptr<GridEvents> m_events;
   QPointer<GridWindow> m_window;
   QPointer<GridEditing> m_editing;
-  platform::ConnectionPtr m_connection;
   platform::RecordsetPtr m_recordset;
   platform::Text m_sSqlText;
   platform::Long m_lQueryTimeout = 30;  ///< seconds, also of what is sent
@@ -167,10 +134,6 @@ class GridCore {
   std::optional<RowsOrigin> m_origin;
   CellFormat m_format;
   GridSubject m_subject;
-  /// True during a fetch. Whoever may outlive the grid tells by it whether that is still there.
-  std::shared_ptr<bool> m_running = std::make_shared<bool>(false);
-  /// Ends with the grid, also while a statement still runs.
-  std::shared_ptr<char> m_life = std::make_shared<char>();
   GridExport m_export;
 };
 

@@ -123,20 +123,26 @@ Text InsertInto(const Text& sInto, const std::vector<ImportColumn>& columns) {
 }  // namespace
 
 GridImport::GridImport(GridCore& core, Grid grid) : m_core(core), m_grid(std::move(grid)) {
-  core.Window().Rows().Commands().Add({CommandGroup::Copy, "&Import Rows\u2026",
-                                       QKeySequence("Ctrl+Shift+I"), [this] { Run(); },
-                                       [this] {
-                                         return m_grid.query() && m_core.Connection() &&
-                                                m_core.Connection()->IsOpen() && !m_core.Running();
-                                       }});
+  core.Window().Rows().Commands().Add(
+      {CommandGroup::Copy, "&Import Rows\u2026", QKeySequence("Ctrl+Shift+I"), [this] { Run(); },
+       [this] {
+         return m_grid.query() && m_core.Connection() && m_core.Connection()->IsOpen() &&
+                !m_core.Running();
+       },
+       [this] { return !m_core.Editing().Session().Updatability().bNoTable; }});
 }
 
 void GridImport::Run() {
   // The grid may go while a dialog is open; then nothing of this object is touched any more.
   const std::weak_ptr<void> life = m_life;
-  const QString sPath =
-      QFileDialog::getOpenFileName(&m_core.Window(), "Import Rows", LastImportFolder(),
-                                   "Comma-separated values (*.csv *.txt);;All files (*)");
+  // A dialog that goes with the grid's window must not stand on the stack.
+  const QPointer<QFileDialog> dialog =
+      new QFileDialog(&m_core.Window(), "Import Rows", LastImportFolder(),
+                      "Comma-separated values (*.csv *.txt);;All files (*)");
+  dialog->setFileMode(QFileDialog::ExistingFile);
+  const bool bAccepted = dialog->exec() == QDialog::Accepted;
+  const QString sPath = dialog && bAccepted ? dialog->selectedFiles().value(0) : QString();
+  delete dialog.data();
   if (sPath.isEmpty() || life.expired()) return;
   LastImportFolder() = QFileInfo(sPath).absolutePath();
   Import(sPath.toStdString());
@@ -173,13 +179,17 @@ void GridImport::ShowRows() {
     m_grid.requery();
   } catch (const std::exception& exception) {
     // The window shows its sentence; nobody called who could be told.
-    if (!life.expired()) m_core.NoteFailure(exception);
+    if (!life.expired()) m_core.Note(exception);
   }
 }
 
 std::int64_t GridImport::Insert(const std::string& sPath) {
   const platform::TableQueryPtr query = m_grid.query();
   const platform::ConnectionPtr cn = m_core.Connection();
+  if (!cn || !query) {
+    throw Failure(platform::failure::kObjectNotSet,
+                  "The grid has no connection to a server; connect the server first.");
+  }
   const auto source = std::make_shared<ImportSource>();
   OpenFile(sPath, source->stream);
   const std::weak_ptr<void> life = m_life;

@@ -225,7 +225,6 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
   // An order is part of the exchange, and an exchange is told of once.
   m_bExchanging = true;
   m_rows->ShowRows(rs, format, bCame && m_rows->HasRows() ? &present : state);
-  if (bCame) m_rows->ArrangeNow();
   m_bExchanging = false;
   if (m_rows->Model().Places() > 0) {
     m_notice->Say({}, {});
@@ -280,7 +279,8 @@ void GridWindow::TellOfRows() {
 }
 
 bool GridWindow::IsToldOtherwise() const {
-  if (!m_rows->Model().Recordset() || !m_fetching.origin) return false;
+  // What is known of the rows before is not told of those that come.
+  if (m_bComing || !m_rows->Model().Recordset() || !m_fetching.origin) return false;
   return m_fetching.origin->IsConnectionClosed() != m_bToldOfClosing ||
          m_fetching.when() != m_sToldWhen;
 }
@@ -308,8 +308,12 @@ void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence) {
 
 void GridWindow::Abandon() {
   m_events = std::make_shared<GridEvents>();
-  m_rows->OnSort(nullptr);
   m_notice->Say({}, {});
+  // What can be pressed leads to the grid, which is no more; the strip may even have been lent.
+  m_count = nullptr;
+  m_reconnect = nullptr;
+  m_status->Abandon();
+  m_rows->Abandon();
 }
 
 void GridWindow::Raise(platform::Signal<> GridEvents::*event) {

@@ -71,14 +71,15 @@ std::vector<Text> UniqueKey(Connection& cn, const Text& sCatalog, const Text& sT
 RowKey RowKeyOf(Connection& cn, const Text& sCatalog, const Text& sTable) {
   const auto tables = OfTable(cn, SchemaNumber::Tables, sCatalog, sTable);
   if (!tables || tables->RecordCount() != 1) {
-    return {{}, "These rows can only be looked at: they are not those of one table."};
+    return {{}, "These rows can only be looked at: they are not those of one table.", false};
   }
   const Text sType = platform::ToText(KeyValueAt(tables, "TABLE_TYPE"));
   if (sType == "VIEW") {
-    return {{}, "These rows can only be looked at: they are those of a view; edit its tables."};
+    return {
+        {}, "These rows can only be looked at: they are those of a view; edit its tables.", true};
   }
   if (sType != "TABLE") {
-    return {{}, "These rows can only be looked at: the historian keeps this table itself."};
+    return {{}, "These rows can only be looked at: the historian keeps this table itself.", true};
   }
   RowKey key;
   const auto keys = OfTable(cn, SchemaNumber::PrimaryKeys, sCatalog, sTable);

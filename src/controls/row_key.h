@@ -11,6 +11,7 @@ namespace orvane::controls {
 struct RowKey {
   std::vector<platform::Text> columns;  ///< in the key's order; empty when there is none
   platform::Text sWhyNot;               ///< then one sentence
+  bool bNoTable = false;                ///< it is a view, or kept by the historian itself
 };
 
 /// Asks the server by its schema rowsets, and fails as that does.

@@ -195,31 +195,34 @@ void RowView::ArrangeNow(bool bFromTop) {
     return;
   }
   if (m_arrangement.NeedsNoWork() && !m_model->Order() && !m_arranger.Busy()) return;
-  m_arranger.Arrange(
-      m_model->Recordset(), m_arrangement, m_model->Format(),
-      [this, bFromTop](std::shared_ptr<const RowOrder> order, const QString& sWhyNot) {
-        if (!sWhyNot.isEmpty()) {
-          m_arrangement = {};
-          Names().Sorted({});
-        }
-        const RowPlaces places(*this, *m_model);
-        {
-          const QSignalBlocker quiet(selectionModel());
-          m_model->Order(std::move(order));
-        }
-        ForgetScroll();
-        updateGeometries();
-        if (bFromTop) {
-          const QSignalBlocker quiet(selectionModel());
-          selectionModel()->setCurrentIndex(m_model->index(0, 0), QItemSelectionModel::NoUpdate);
-          verticalScrollBar()->setValue(0);
-        } else {
-          places.Restore(*this, *m_model);
-        }
-        viewport()->update();
-        Numbers().update();
-        if (m_arranged) m_arranged(sWhyNot);
-      });
+  m_arranger.Arrange(m_model->Recordset(), m_arrangement, m_model->Format(),
+                     // Who has gone elsewhere in the meantime stays with his row.
+                     [this, bFromTop, at = currentIndex(), nTop = TopRow()](
+                         std::shared_ptr<const RowOrder> order, const QString& sWhyNot) {
+                       if (!sWhyNot.isEmpty()) {
+                         m_arrangement = {};
+                         Names().Sorted({});
+                       }
+                       const bool bStayed = bFromTop && currentIndex() == at && TopRow() == nTop;
+                       const RowPlaces places(*this, *m_model);
+                       {
+                         const QSignalBlocker quiet(selectionModel());
+                         m_model->Order(std::move(order));
+                       }
+                       ForgetScroll();
+                       updateGeometries();
+                       if (bStayed) {
+                         const QSignalBlocker quiet(selectionModel());
+                         selectionModel()->setCurrentIndex(m_model->index(0, 0),
+                                                           QItemSelectionModel::NoUpdate);
+                         verticalScrollBar()->setValue(0);
+                       } else {
+                         places.Restore(*this, *m_model);
+                       }
+                       viewport()->update();
+                       Numbers().update();
+                       if (m_arranged) m_arranged(sWhyNot);
+                     });
   if (m_arranger.Busy() && m_arranged) m_arranged({});
 }
 
@@ -316,6 +319,12 @@ void RowView::OpenMenu(QPoint where) {
   menu->setAttribute(Qt::WA_DeleteOnClose);
   m_commands.Fill(*menu);
   menu->popup(where);
+}
+
+void RowView::Abandon() {
+  m_sortElsewhere = nullptr;
+  m_commands = {};
+  for (auto* menu : findChildren<QMenu*>()) menu->close();
 }
 
 int RowView::sizeHintForColumn(int nColumn) const {

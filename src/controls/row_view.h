@@ -53,6 +53,8 @@ class RowView : public RowPicker {
   void OnSort(std::function<bool(const std::vector<SortColumn>&)> handler) {
     m_sortElsewhere = std::move(handler);
   }
+  /// Nothing can be done to the rows any more, nor sorted elsewhere.
+  void Abandon();
   /// Called after an arrow beside a column's name was clicked.
   void OnArrowClicked(std::function<void()> handler) { m_arrowClicked = std::move(handler); }
   /// Called when work on an arrangement begins and ends, with a sentence where nothing came of it.

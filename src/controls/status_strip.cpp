@@ -114,7 +114,7 @@ StatusStrip::StatusStrip(QWidget* parent)
   m_pending->setFocusPolicy(Qt::NoFocus);
   m_pending->setToolTip("Shows the rows that are not stored");
   connect(m_pending, &QPushButton::clicked, this, [this] {
-    if (m_pendingPressed) m_pendingPressed();
+    if (const std::function<void()> pressed = m_pendingPressed) pressed();
   });
 
   auto* notice = new QHBoxLayout;
@@ -149,6 +149,13 @@ void StatusStrip::Offer(const QString& sButton, const QString& sTip, std::functi
   m_offer->setToolTip(sTip);
   m_offer->show();
   setFixedHeight(std::max(height(), m_offer->sizeHint().height() + 2));
+}
+
+void StatusStrip::Abandon() {
+  m_offered = nullptr;
+  m_offer->hide();
+  m_pendingPressed = nullptr;
+  m_pending->hide();
 }
 
 void StatusStrip::AddSwitch(std::initializer_list<QWidget*> buttons) {

@@ -60,6 +60,9 @@ class StatusStrip : public QWidget {
   /// the rows.
   void Offer(const QString& sButton, const QString& sTip, std::function<void()> action);
 
+  /// Calls nobody any more.
+  void Abandon();
+
   QSize minimumSizeHint() const override;
 
  protected:

@@ -96,10 +96,14 @@ bool TableEditor::SortAtServer(const std::vector<SortColumn>& columns) {
 
 void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
   if (!rs) return m_core.Empty();
-  const RowsState* state = m_core.States().Find(lUpdatability, *rs);
-  m_core.Attach(rs, state, m_query ? m_query->SqlText() : Text(), TextsWithoutRows(),
-                TableOfRows());
-  m_time.Restore(state);
+  const RowsState* found = m_core.States().Find(lUpdatability, *rs);
+  // Whoever hears of the rows may keep other states meanwhile, or drop the grid.
+  const auto state = found ? std::optional(*found) : std::nullopt;
+  const std::weak_ptr<int> life = m_life;
+  m_core.Attach(rs, state ? &*state : nullptr, m_query ? m_query->SqlText() : Text(),
+                TextsWithoutRows(), TableOfRows());
+  if (life.expired()) return;
+  m_time.Restore(state ? &*state : nullptr);
   m_order = state ? state->viewing.order : std::nullopt;
 }
 

@@ -158,7 +158,7 @@ void TableTime::Requery() {
   } catch (const std::exception& exception) {
     // The window shows its sentence; nobody is behind a button or a clock to be told.
     if (life.expired()) return;
-    m_core.NoteFailure(exception);
+    m_core.Note(exception);
     m_bar->StopFollowing();
     m_follower->Every(std::nullopt);
   }

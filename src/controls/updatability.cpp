@@ -33,12 +33,14 @@ std::optional<ColumnIndex> ColumnOf(const Recordset& rs, const RowTable& table, 
 }
 
 /// Finds the key among the columns; gives the reason why that cannot be, or nothing.
-Text FindKey(Connection& cn, const Recordset& rs, RowTable& table) {
+Text FindKey(Connection& cn, const Recordset& rs, Updatability& updatability) {
+  RowTable& table = updatability.table;
+  const RowKey key = RowKeyOf(cn, table.sCatalog, table.sTable);
+  updatability.bNoTable = key.bNoTable;
   if (CountsTimesAsNumbers(cn)) {
     return "These rows can only be looked at: times are shown as numbers, which are not exact; "
            "switch off \"Time as Double\" in the server's options.";
   }
-  const RowKey key = RowKeyOf(cn, table.sCatalog, table.sTable);
   if (key.columns.empty()) return key.sWhyNot;
   for (const Text& sName : key.columns) {
     const auto column = ColumnOf(rs, table, sName);
@@ -55,14 +57,14 @@ Text FindKey(Connection& cn, const Recordset& rs, RowTable& table) {
 
 Updatability UpdatabilityOf(Connection& cn, RowTable table, const Recordset& rs) {
   Updatability updatability;
+  updatability.table = std::move(table);
   Text sWhyNot;
   try {
-    sWhyNot = FindKey(cn, rs, table);
+    sWhyNot = FindKey(cn, rs, updatability);
   } catch (const platform::Failure& failure) {
     sWhyNot = "These rows can only be looked at: what tells them apart could not be read. " +
               failure.Description();
   }
-  updatability.table = std::move(table);
   updatability.sWhyNot = QString::fromStdString(sWhyNot);
   updatability.bUpdate = updatability.bInsert = updatability.bDelete = sWhyNot.empty();
   return updatability;

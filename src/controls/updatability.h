@@ -14,6 +14,7 @@ struct Updatability {
   bool bUpdate = false;
   bool bInsert = false;
   bool bDelete = false;
+  bool bNoTable = false;  ///< known to be a view, or a table that the historian keeps itself
   RowTable table;
   QString sWhyNot;  ///< one sentence; empty when all may be done
 };

@@ -220,5 +220,25 @@ TEST(arranged_rows, are_put_in_order_again_where_a_state_lost_it) {
   EXPECT_EQ(fresh.currentIndex().row(), 0);
 }
 
+TEST(arranged_rows, leave_the_keys_where_somebody_went_while_they_were_sorted) {
+  RowView view;
+  Show(view);
+  for (const bool bMoves : {false, true}) {
+    view.ShowRows(Mixed(500), kUtcZone);
+    view.SortBy(0, true);
+    view.ShowRows(Mixed(100'000), kUtcZone);
+    ASSERT_TRUE(view.Arranging());
+    if (bMoves) view.GoTo(500, 1);
+    AwaitOrder(view);
+    const int nRow = view.currentIndex().row();
+    if (bMoves) {
+      EXPECT_EQ(view.Model().RecordRow(nRow), 500);
+      EXPECT_EQ(view.currentIndex().column(), 1);
+    } else {
+      EXPECT_EQ(nRow, 0);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace orvane::controls

@@ -142,5 +142,27 @@ TEST_F(coming_rows, are_not_kept_of_a_statement_that_changes_data) {
   EXPECT_EQ(m_server.handler, nullptr);
 }
 
+TEST_F(coming_rows, can_be_stopped_after_somebody_looks_again) {
+  const auto results = Bound();
+  Show(*results);
+  m_server.answer = Plant(5);
+  results->Execute();
+  // What was told of the rows before, when they were fetched, is true no more.
+  m_now += std::chrono::hours(48);
+  m_server.answer = m_rs;
+  auto* stop = WindowOf(*results)->findChild<QPushButton*>("stopFetch");
+  m_server.whileRunning = [&] {
+    m_rs->Rows(1'000).State(platform::FetchState::Running);
+    m_server.handler(m_rs);
+    QEvent activated(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(WindowOf(*results), &activated);
+    EXPECT_TRUE(stop->isVisible());
+    EXPECT_EQ(Label(*results, "rowCount"), "1,000 rows so far\u2026");
+    m_rs->State(platform::FetchState::Complete);
+  };
+  results->Execute();
+  EXPECT_FALSE(stop->isVisible());
+}
+
 }  // namespace
 }  // namespace orvane::controls

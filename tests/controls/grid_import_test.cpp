@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -286,6 +287,25 @@ TEST_F(GridImportTest, a_column_of_its_own_keeps_its_nulls) {
   ShowTable("S");
   ImportBytes("s\r\na\r\n\r\n\"\"\r\n");
   EXPECT_EQ(m_server->Read("SELECT count(*), count(s) FROM P..S"), "3|2\n");
+}
+
+TEST_F(GridImportTest, is_not_offered_where_the_rows_are_those_of_no_table) {
+  const auto bOffered = [&] {
+    QMenu menu;
+    Window().findChild<RowView*>("rows")->Commands().Fill(menu);
+    return std::ranges::any_of(menu.actions(), [](const QAction* action) {
+      return action->text().startsWith("&Import Rows");
+    });
+  };
+  EXPECT_TRUE(bOffered());
+  m_server->Run("CREATE TABLE P..Keyless (a TEXT)");
+  ShowTable("Keyless");
+  EXPECT_TRUE(bOffered()) << "no key is needed to add rows";
+  m_server->Run("CREATE VIEW P..V AS SELECT * FROM P..T");
+  ShowTable("V");
+  EXPECT_FALSE(bOffered());
+  ImportBytes("Nr\n1\n");
+  EXPECT_EQ(Stored(), "");
 }
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include <QLabel>
 #include <QLayout>
+#include <QMenu>
 #include <QPointer>
 #include <QScrollBar>
+#include <QToolButton>
 
 #include "tests/controls/failure_of.h"
 #include "tests/controls/table_editor_fixture.h"
@@ -256,6 +258,45 @@ TEST_F(table_editor, survives_that_its_window_went_with_the_place_it_was_put_int
   place.reset();
   editor.reset();
   EXPECT_EQ(m_life.use_count(), 1);
+}
+
+TEST_F(table_editor, may_be_dropped_by_whoever_hears_of_rows_that_are_attached) {
+  auto editor = Bound();
+  const auto heard = editor->OnRowColChange([&] { editor.reset(); });
+  const QPointer<QWidget> window = WindowOf(*editor);
+  editor->AttachRecordset(Plant(5), 0);
+  EXPECT_EQ(editor, nullptr);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(window.isNull());
+}
+
+TEST_F(table_editor, that_was_dropped_leaves_nothing_to_press) {
+  auto editor = Bound();
+  Show(*editor);
+  editor->Requery();
+  const auto close = [&] {
+    m_connection->Close();
+    throw platform::Failure(platform::failure::kObjectClosed, "It is closed.");
+  };
+  m_connection->Close();
+  m_server.whileRunning = close;
+  EXPECT_THROW(editor->Requery(), platform::Failure);
+  const QPointer<QWidget> window = WindowOf(*editor);
+  auto* offer = window->findChild<QToolButton*>("offer");
+  EXPECT_FALSE(offer->isHidden());
+  RowView* view = ViewOf(*editor);
+  const auto heard = editor->OnRowColChange([&] { editor.reset(); });
+  // The rows stay, so that they are told of before the failure is.
+  EXPECT_THROW(editor->Requery(), platform::Failure);
+  EXPECT_EQ(editor, nullptr);
+  ASSERT_FALSE(window.isNull()) << "it goes when its event is over";
+  EXPECT_TRUE(offer->isHidden());
+  offer->click();
+  QMenu menu;
+  view->Commands().Fill(menu);
+  EXPECT_TRUE(menu.actions().isEmpty());
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(window.isNull());
 }
 
 }  // namespace

@@ -205,5 +205,64 @@ TEST_F(unsent_rows, rows_that_are_not_stored_are_listed_and_discarded) {
   EXPECT_EQ(Window()->findChild<PendingReview*>(), nullptr);
 }
 
+TEST_F(unsent_rows, an_edit_stays_where_nothing_can_be_asked) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("77");
+  m_editor->TableQuery(nullptr);
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  EXPECT_EQ(Cell(0, 2), "77");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+}
+
+/// Tells when a command is made.
+class WatchedObjects : public platform::ObjectFactory {
+ public:
+  WatchedObjects(platform::ObjectFactoryPtr objects, std::function<void()> made)
+      : m_objects(std::move(objects)), m_made(std::move(made)) {}
+  platform::ConnectionPtr CreateConnection() override { return m_objects->CreateConnection(); }
+  platform::CommandPtr CreateCommand() override {
+    m_made();
+    return m_objects->CreateCommand();
+  }
+  platform::TableQueryPtr CreateTableQuery() override { return m_objects->CreateTableQuery(); }
+
+ private:
+  platform::ObjectFactoryPtr m_objects;
+  std::function<void()> m_made;
+};
+
+TEST_F(unsent_rows, an_edit_survives_a_grid_that_goes_while_it_fetches) {
+  Open("Pumps");
+  UnsentStash during;
+  GridServices services = Services();
+  services.objects = std::make_shared<WatchedObjects>(m_server, [&] { during = *m_unsent; });
+  m_editor = std::make_unique<controls::TableEditor>(std::move(services));
+  m_editor->Connection(m_cn);
+  m_editor->TableQuery(m_query);
+  m_editor->Requery();
+  Show();
+  GoTo(0, 2);
+  Type("77");
+  m_editor->Requery();
+  EXPECT_EQ(Cell(0, 2), "77");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(Label("pending"), "");
+  m_editor->Requery();
+  EXPECT_EQ(Label("pending"), "") << "what came into the grid is kept no more";
+  GoTo(0, 2);
+  Type("78");
+  m_editor->Requery();
+  // The grid is gone in the middle: all there is now is what was kept then.
+  const UnsentStash kept = during;
+  Press(Qt::Key_Escape);
+  m_editor.reset();
+  *m_unsent = kept;
+  Open("Pumps");
+  EXPECT_EQ(Cell(0, 2), "78");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+}
+
 }  // namespace
 }  // namespace orvane::controls
