@@ -208,6 +208,13 @@ struct FakeServer {
 class FakeCommand : public platform::Command {
  public:
   explicit FakeCommand(FakeServer& server) : m_server(server) {}
+  FakeCommand(const FakeCommand&) = delete;
+  FakeCommand& operator=(const FakeCommand&) = delete;
+  /// What the grid gave it goes with it: the library may be unloaded before the server.
+  ~FakeCommand() override {
+    m_server.handler = nullptr;
+    m_server.sink = nullptr;
+  }
   void ActiveConnection(const platform::ConnectionPtr& cn) override { m_server.connection = cn; }
   platform::Text CommandText() const override { return m_server.sCommandText; }
   void CommandText(const platform::Text& sText) override { m_server.sCommandText = sText; }
