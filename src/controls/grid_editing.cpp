@@ -133,8 +133,13 @@ void GridEditing::AddCommands() {
 }
 
 bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
+  const bool bKey = event->type() == QEvent::KeyPress;
+  // Events also come while the window is taken down and has no rows any more.
+  if (!bKey && event->type() != QEvent::MouseButtonDblClick) {
+    return QObject::eventFilter(watched, event);
+  }
   RowView& rows = m_window.Rows();
-  if (event->type() == QEvent::KeyPress && watched == &rows) {
+  if (bKey && watched == &rows) {
     const auto& key = *static_cast<QKeyEvent*>(event);
     const bool bEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
     const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
@@ -149,7 +154,7 @@ bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
     }
     if ((key.key() == Qt::Key_F2 || WouldType(key)) && RefuseEdit()) return true;
   }
-  if (event->type() == QEvent::MouseButtonDblClick && watched == rows.viewport()) RefuseEdit();
+  if (!bKey && watched == rows.viewport()) RefuseEdit();
   return QObject::eventFilter(watched, event);
 }
 
