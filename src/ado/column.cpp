@@ -80,14 +80,14 @@ DataType FittingType(std::uint16_t kinds) {
   return DataType::WChar;
 }
 
-void Column::Shorten(platform::RowIndex rowCount) {
-  const auto rows = static_cast<std::size_t>(rowCount);
-  if (rows >= m_rows) return;
-  if (rows / 64 < m_nulls.size()) m_nulls[rows / 64] &= ~(std::uint64_t{1} << (rows % 64));
-  m_bytes.Shorten(rows);
-  m_words.Shorten(rows);
-  m_wides.Shorten(rows);
-  m_rows = rows;
+void Column::Shorten(platform::RowIndex rows) {
+  const auto kept = static_cast<std::size_t>(rows);
+  if (kept >= m_rows) return;
+  if (kept / 64 < m_nulls.size()) m_nulls[kept / 64] &= ~(std::uint64_t{1} << (kept % 64));
+  m_bytes.Shorten(kept);
+  m_words.Shorten(kept);
+  m_wides.Shorten(kept);
+  m_rows = kept;
 }
 
 void Column::Clear() {

@@ -47,7 +47,7 @@ class Fetch final : public RowReceiver {
  private:
   using Clock = std::chrono::steady_clock;
 
-  bool Keeps(const platform::Failure& failure) const;
+  bool Keeps(const platform::Failure& failed) const;
   platform::RowIndex RowCount() const;
 
   const FetchWishes m_wishes;

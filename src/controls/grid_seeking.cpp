@@ -22,8 +22,8 @@ GridSeeking::GridSeeking(RowView& rows, QWidget* parent, std::function<void(cons
 
 void GridSeeking::AddSorting() {
   const auto hasColumn = [this] { return m_rows.currentIndex().isValid(); };
-  const auto add = [&](const char* sLabel, QKeySequence keys, bool bAscending, bool bAdd) {
-    m_rows.Commands().Add({CommandGroup::Sort, sLabel, std::move(keys),
+  const auto add = [&](const char* sLabel, const QKeySequence& keys, bool bAscending, bool bAdd) {
+    m_rows.Commands().Add({CommandGroup::Sort, sLabel, keys,
                            [this, bAscending, bAdd] {
                              m_rows.SortBy(m_rows.currentIndex().column(), bAscending, bAdd);
                            },

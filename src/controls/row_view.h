@@ -79,8 +79,6 @@ class RowView : public RowPicker {
   void contextMenuEvent(QContextMenuEvent* event) override;
   /// Width that a column's cells need, measured in the rows in sight and a few more.
   int sizeHintForColumn(int nColumn) const override;
-
- protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
  private:

@@ -57,7 +57,7 @@ TEST_F(import_program, says_that_a_file_may_not_become_so_large_instead_of_dying
   const Text sFile = WriteFile("rows.csv", sRows);
   rlimit before{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-  const rlimit small{64 * 1024, before.rlim_max};
+  const rlimit small{65'536, before.rlim_max};
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
   const pid_t process = Start({"import", sFile, "--catalog", "Plant1", "--table", "Data"});
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);

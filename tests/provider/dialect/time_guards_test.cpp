@@ -221,8 +221,8 @@ TEST_F(time_guards, hold_in_every_part_of_a_statement) {
       "SELECT DISTINCT coalesce(nullif(unixepoch(Timestamp), 1715774400), (SELECT n FROM "
       "Plant1..Odd))" +
           sIn,
-      "WITH RECURSIVE r(x) AS (SELECT n FROM Plant1..Odd UNION SELECT unixepoch(Timestamp) FROM "
-      "r, Plant1..Data) SELECT 1 FROM r"};
+      Text("WITH RECURSIVE r(x) AS (SELECT n FROM Plant1..Odd UNION SELECT unixepoch(Timestamp) "
+           "FROM r, Plant1..Data) SELECT 1 FROM r")};
   for (const Text& sStatement : statements) {
     EXPECT_EQ(Failing(sStatement).substr(0, sText.size()), sText) << sStatement;
   }
