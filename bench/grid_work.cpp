@@ -89,11 +89,11 @@ int main(int argc, char** argv) {
   const double find = Median([&] {
     const controls::TextSought sought{QString(kNowhere)};
     for (RowIndex row = 0; row < kRows; ++row) {
-      found += sought.IsIn(rs->ValueAt(row, 1), format) ? 1 : 0;
+      found += sought.IsIn(rs->ValueAt(row, 1), format) ? 1U : 0U;
     }
   });
   const double raw = Median([&] {
-    found += memmem(sAll.data(), sAll.size(), kNowhere, std::strlen(kNowhere)) != nullptr ? 1 : 0;
+    found += memmem(sAll.data(), sAll.size(), kNowhere, std::strlen(kNowhere)) != nullptr ? 1U : 0U;
   });
   Print("find a text in 1,000,000 rows", find, raw);
 

@@ -30,7 +30,8 @@ std::vector<double> Signal() {
   std::vector<double> values(kPoints);
   for (int n = 0; n < kPoints; ++n) {
     values[static_cast<std::size_t>(n)] =
-        std::sin(n * 1e-5) * 100 + static_cast<double>((n * 2'654'435'761U) % 1000) * 0.01;
+        std::sin(n * 1e-5) * 100 +
+        static_cast<double>((static_cast<unsigned>(n) * 2'654'435'761U) % 1000) * 0.01;
   }
   return values;
 }
