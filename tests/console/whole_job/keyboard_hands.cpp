@@ -202,7 +202,8 @@ void KeyboardHands::Enter(QWidget* box, const Text& sText) {
 void KeyboardHands::Choose(QWidget* dropDown, const Text& sText) {
   auto* combo = qobject_cast<QComboBox*>(dropDown);
   GoTo(combo);
-  const int iWanted = RowOf(combo->view(), sText);
+  // Asking for the list of entries would make it, in the wrong thread.
+  const int iWanted = combo->findText(QString::fromStdString(sText));
   for (int i = 0; i < kMostSteps; ++i) {
     const int iShown = m_stage.Ask([&] { return combo->currentIndex(); });
     if (iShown == iWanted) return;
