@@ -20,6 +20,8 @@ struct FakeColumn {
 
 class FakeRecordset : public platform::Recordset {
  public:
+  using platform::Recordset::ValueAt;
+
   using Row = std::vector<platform::Value>;
 
   FakeRecordset(std::vector<FakeColumn> columns, std::vector<Row> rows)
