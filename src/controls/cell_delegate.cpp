@@ -129,13 +129,16 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
       parent);
   editor->setFont(option.font);
   editor->setAlignment(m_model.CellAt(index.row(), index.column()).alignment);
+  connect(editor, &QLineEdit::textEdited, this, [this] {
+    if (m_typed) m_typed();
+  });
   return editor;
 }
 
-void CellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+void CellDelegate::setModelData(QWidget* editor, QAbstractItemModel* /*model*/,
                                 const QModelIndex& index) const {
   const auto& line = *static_cast<CellEditor*>(editor);
-  if (line.Touched()) model->setData(index, QVariant::fromValue(line.Kept()));
+  if (line.Touched()) m_model.Edit(index, line.Kept());
 }
 
 void CellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,

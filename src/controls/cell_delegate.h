@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QStyledItemDelegate>
+#include <functional>
 #include <initializer_list>
+#include <utility>
 
 namespace orvane::controls {
 
@@ -18,8 +20,7 @@ class CellDelegate : public QStyledItemDelegate {
   /// Pixels between a cell's edge and its text.
   static constexpr int kMargin = 6;
 
-  CellDelegate(const RowModel& model, QObject* parent)
-      : QStyledItemDelegate(parent), m_model(model) {}
+  CellDelegate(RowModel& model, QObject* parent) : QStyledItemDelegate(parent), m_model(model) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
@@ -38,13 +39,17 @@ class CellDelegate : public QStyledItemDelegate {
   bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                  const QModelIndex& index) override;
 
+  /// Called when something is typed into a cell, before it becomes its value; none for nobody.
+  void OnTyped(std::function<void()> handler) { m_typed = std::move(handler); }
+
   /// The keys that end the typing: Enter and the arrows up and down, Tab, Escape.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Leave(CellEditor& editor, std::initializer_list<int> keys);
 
-  const RowModel& m_model;
+  RowModel& m_model;
+  std::function<void()> m_typed;
 };
 
 }  // namespace orvane::controls

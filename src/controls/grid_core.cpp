@@ -53,11 +53,9 @@ GridCore::GridCore(GridServices services, const QString& sName)
       [this](const RecordsetPtr& rs, platform::RowIndex row, const controls::Updatability& can) {
         return m_statements.Send(rs, row, can, m_lQueryTimeout);
       },
-      GridEditing::Events{tell(&GridEvents::insert), tell(&GridEvents::remove),
-                          [this](platform::RowIndex rows) {
-                            m_services.unsent->Tell(
-                                m_sPlace, m_editing->Session().Updatability().table, rows);
-                          }},
+      GridEditing::Events{
+          tell(&GridEvents::insert), tell(&GridEvents::remove),
+          [this](platform::RowIndex rows) { m_services.unsent->Tell(m_place, rows); }},
       [this](const Text& sSqlText) {
         return Ask(sSqlText, CellFilling::kMostValues, m_lQueryTimeout);
       },
@@ -112,7 +110,7 @@ void GridCore::Run(const GridQuery& query, Access access) {
     if (life.expired()) return;
     updatability = m_statements.Updatability(query.table, *fetched.rs);
     if (life.expired()) return;
-    m_sPlace = PlaceOf(updatability.table);
+    m_place = PlaceOf(updatability.table);
     notes = Carried(before, *fetched.rs, updatability);
   } catch (const Failure& failure) {
     if (life.expired()) throw;
@@ -150,10 +148,10 @@ GridCore::Shown GridCore::WithUnsentRows() const {
 std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Recordset& rs,
                                              const controls::Updatability& updatability) const {
   if (!before.rs) {
-    const UnsentEdits* kept = m_services.unsent->Find(m_sPlace);
+    const UnsentEdits* kept = m_services.unsent->Find(m_place);
     if (!kept || !CanCarryEdits(*kept->rs, kept->table, rs, updatability.table)) return nullptr;
     auto notes = CarryEdits(*kept->rs, kept->table, {}, rs, updatability.table);
-    m_services.unsent->Drop(m_sPlace);
+    m_services.unsent->Drop(m_place);
     return notes;
   }
   if (!before.state.notes) return nullptr;
@@ -164,11 +162,11 @@ std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Reco
                   "be shown any more; store or discard them first.");
   }
   auto notes = CarryEdits(*before.rs, table, *before.state.notes, rs, updatability.table);
-  m_services.unsent->Drop(before.state.sPlace);
+  m_services.unsent->Drop(before.state.place);
   return notes;
 }
 
-Text GridCore::PlaceOf(const RowTable& table) const {
+platform::RowsPlace GridCore::PlaceOf(const RowTable& table) const {
   if (table.sTable.empty() || !Connection()) return {};
   Text sServer;
   try {
@@ -176,14 +174,14 @@ Text GridCore::PlaceOf(const RowTable& table) const {
   } catch (const Failure&) {
     // A connection that names no server is the only one there is.
   }
-  return sServer + '\n' + table.sCatalog + '\n' + table.sTable;
+  return {sServer, table.sCatalog, table.sTable};
 }
 
 void GridCore::KeepUnsent() {
   if (!m_recordset || !m_editing) return;
   m_editing->TakeTyped();
   const RowTable& table = m_editing->Session().Updatability().table;
-  m_services.unsent->Keep(m_sPlace, *m_recordset, table);
+  m_services.unsent->Keep(m_place, *m_recordset, table);
 }
 
 void GridCore::OnReconnected(std::function<void()> handler) {
@@ -276,16 +274,21 @@ void GridCore::Attach(const RecordsetPtr& rs, const RowsState* state, const Text
   const std::weak_ptr<void> life = m_statements.Life();
   auto updatability = bKnown ? *state->updatability : m_statements.Updatability(table, *rs);
   if (life.expired() || m_recordset != rs) return;
-  m_sPlace = bKnown ? state->sPlace : PlaceOf(updatability.table);
-  m_services.unsent->Drop(m_sPlace);
-  m_editing->Show(rs, std::move(updatability), ValueInput(m_format.Zone()),
-                  state ? state->notes : nullptr);
+  m_place = bKnown ? state->place : PlaceOf(updatability.table);
+  m_services.unsent->Drop(m_place);
+  std::shared_ptr<EditNotes> notes = state ? state->notes : nullptr;
+  if (bKnown && state->lRound != m_services.unsent->Round(m_place)) {
+    // What lies over them was given up while they were hidden.
+    for (const platform::RowIndex row : rs->PendingRows()) rs->CancelUpdate(row);
+    notes = nullptr;
+  }
+  m_editing->Show(rs, std::move(updatability), ValueInput(m_format.Zone()), std::move(notes));
   m_window->ShowRows(rs, m_format, state, HowFetched(), texts.sTitle, texts.sSentence);
 }
 
 void GridCore::Empty() {
   KeepUnsent();
-  m_sPlace.clear();
+  m_place = {};
   m_recordset.reset();
   m_editing->ShowNothing();
   m_window->ShowNothing();
@@ -295,7 +298,8 @@ RowsState GridCore::State() const {
   RowsState state = m_window->Rows().State();
   state.sSqlText = m_sSqlText;
   state.origin = m_origin;
-  state.sPlace = m_sPlace;
+  state.place = m_place;
+  state.lRound = m_services.unsent->Round(m_place);
   state.updatability =
       std::make_shared<const controls::Updatability>(m_editing->Session().Updatability());
   state.notes = m_editing->Session().Notes();

@@ -114,8 +114,8 @@ class GridCore {
     RowsState state;
   };
   Shown WithUnsentRows() const;
-  /// What tells the table from all others; empty where there is none.
-  platform::Text PlaceOf(const RowTable& table) const;
+  /// Without a table where there is none.
+  platform::RowsPlace PlaceOf(const RowTable& table) const;
   /// What is not stored of the rows before, laid over these. Fails where that cannot be.
   std::shared_ptr<EditNotes> Carried(const Shown& before, platform::Recordset& rs,
                                      const controls::Updatability& updatability) const;
@@ -130,7 +130,7 @@ class GridCore {
   platform::RecordsetPtr m_recordset;
   platform::Text m_sSqlText;
   platform::Long m_lQueryTimeout = 30;  ///< seconds, also of what is sent
-  platform::Text m_sPlace;  ///< of the table whose rows are shown; empty where there is none
+  platform::RowsPlace m_place;          ///< of the table whose rows are shown; none without a table
   std::optional<RowsOrigin> m_origin;
   CellFormat m_format;
   GridSubject m_subject;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "controls/cell_delegate.h"
 #include "controls/cell_editor.h"
 #include "controls/grid_window.h"
 #include "controls/status_strip.h"
@@ -57,13 +58,21 @@ GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellF
             }
             TellOfCurrent();
           });
+  Cells().OnTyped([this] { TellOfPending(); });
+  connect(&Cells(), &QAbstractItemDelegate::closeEditor, this, [this] { TellOfPending(); });
   AddCommands();
   m_window.Rows().Model().Editing(&m_session);
   m_window.Status().OnPendingPressed([this] { m_questions->Review(); });
 }
 
 GridEditing::~GridEditing() {
-  if (m_rows) m_rows->Model().Editing(nullptr);
+  if (!m_rows) return;
+  m_rows->Model().Editing(nullptr);
+  Cells().OnTyped({});
+}
+
+CellDelegate& GridEditing::Cells() const {
+  return *static_cast<CellDelegate*>(m_rows->itemDelegate());
 }
 
 void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatability,
@@ -322,9 +331,18 @@ void GridEditing::RowChanged(std::optional<RowIndex> row) {
 }
 
 void GridEditing::TellOfPending() {
-  const auto rows = static_cast<RowIndex>(m_session.Pending().size());
-  m_window.Status().Pending(rows);
-  if (m_session.Recordset() && m_events.pending) m_events.pending(rows);
+  m_window.Status().Pending(static_cast<RowIndex>(m_session.Pending().size()));
+  if (m_session.Recordset() && m_events.pending) m_events.pending(Unsent());
+}
+
+RowIndex GridEditing::Unsent() const {
+  const auto pending = m_session.Pending();
+  const auto rows = static_cast<RowIndex>(pending.size());
+  const CellEditor* typed = Typed();
+  const QModelIndex current = m_window.Rows().currentIndex();
+  if (!typed || !typed->Touched() || !current.isValid()) return rows;
+  const RowIndex row = m_window.Rows().Model().RecordRow(current.row());
+  return std::ranges::binary_search(pending, row) ? rows : rows + 1;
 }
 
 void GridEditing::TellOfCurrent() {

@@ -18,6 +18,7 @@
 
 namespace orvane::controls {
 
+class CellDelegate;
 class CellEditor;
 class GridWindow;
 class RowView;
@@ -31,7 +32,8 @@ class GridEditing final : public QObject {
   struct Events {
     std::function<void()> inserted;
     std::function<void()> deleted;
-    /// Called with the number of rows that are not stored when it may have changed.
+    /// Called with the number of rows that are not stored when it may have changed; the row in
+    /// which something is being typed is one of them.
     std::function<void(platform::RowIndex)> pending;
   };
 
@@ -79,6 +81,8 @@ class GridEditing final : public QObject {
   bool RefuseEdit();
   void RowChanged(std::optional<platform::RowIndex> row);
   void TellOfPending();
+  platform::RowIndex Unsent() const;
+  CellDelegate& Cells() const;
   void TellOfCurrent();
 
   GridWindow& m_window;

@@ -15,7 +15,7 @@ using platform::Value;
 
 namespace {
 
-QVariant TypedVariant(const Value& vtValue) {
+QVariant TypedVariant(const Value& vtValue, const CellFormat& format) {
   if (vtValue.IsNull()) return {};
   if (const auto* b = vtValue.As<bool>()) return *b;
   if (const auto* l = vtValue.As<std::int32_t>()) return static_cast<int>(*l);
@@ -27,9 +27,10 @@ QVariant TypedVariant(const Value& vtValue) {
   }
   const auto* sText = vtValue.As<platform::Text>();
   if (sText && platform::IsUtf8(*sText)) return QString::fromStdString(*sText);
-  // What the toolkit has no exact type for goes as it is: a decimal is no double, a timestamp has
-  // more digits than a QDateTime, and what is shown of either is not the value.
-  return QVariant::fromValue(vtValue);
+  // What the toolkit has no exact type for goes as its whole text: a decimal is no double, and a
+  // timestamp has more digits than a QDateTime. The toolkit must not be told of a type of this
+  // library: it would remember it when the library has gone.
+  return format.Whole(vtValue);
 }
 
 platform::Text ZoneName(const zones::TimeZone& zone) {
@@ -239,7 +240,7 @@ QVariant RowModel::data(const QModelIndex& index, int nRole) const {
     case Qt::DisplayRole:
       return CellAt(index.row(), index.column()).sText;
     case Qt::EditRole:
-      return TypedVariant(ValueAt(index.row(), index.column()));
+      return TypedVariant(ValueAt(index.row(), index.column()), m_format);
     case Qt::TextAlignmentRole:
       return static_cast<int>(CellAt(index.row(), index.column()).alignment);
     case Qt::FontRole: {
@@ -296,10 +297,9 @@ QString RowModel::MarkOf(int nPlace) const {
   return {};
 }
 
-bool RowModel::setData(const QModelIndex& index, const QVariant& value, int nRole) {
-  if (nRole != Qt::EditRole || !flags(index).testFlag(Qt::ItemIsEditable)) return false;
-  if (!value.canConvert<Value>()) return false;
-  m_editing->Edit(RecordRow(index.row()), index.column(), value.value<Value>());
+bool RowModel::Edit(const QModelIndex& index, const Value& vtValue) {
+  if (!flags(index).testFlag(Qt::ItemIsEditable)) return false;
+  m_editing->Edit(RecordRow(index.row()), index.column(), vtValue);
   return true;
 }
 

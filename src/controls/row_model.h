@@ -77,18 +77,19 @@ class RowModel : public QAbstractTableModel {
   /// Marks rows of the recordset that is shown next as new among others that were there before.
   void NewRows(std::set<platform::RowIndex> rows) { m_nextNewRows = std::move(rows); }
   bool IsNew(int nPlace) const;
+  /// Lays the value over the cell; false where the rows are not edited. Values go this way and not
+  /// through setData: the toolkit keeps what it was told of a type for ever, and a library that was
+  /// unloaded and loaded again would lose them in there.
+  bool Edit(const QModelIndex& index, const platform::Value& vtValue);
   /// What was made of the row at the place.
   platform::RowState StateAt(int nPlace) const;
   QString ColumnName(int nColumn) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
-  /// Under Qt::EditRole the value in its own type, from which an editor starts: an invalid QVariant
-  /// is null, and a value of a kind that the toolkit lacks is a platform::Value. What is shown is
-  /// under Qt::DisplayRole.
+  /// Under Qt::EditRole the value in its own type: an invalid QVariant is null, and a value of a
+  /// kind that the toolkit lacks is its whole text. What is shown is under Qt::DisplayRole.
   QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
-  /// Takes a platform::Value under Qt::EditRole, where the rows are edited.
-  bool setData(const QModelIndex& index, const QVariant& value, int nRole = Qt::EditRole) override;
   /// Of a row beside its number a mark of what was made of it, under Qt::DecorationRole, and as its
   /// tip why it could not be stored.
   QVariant headerData(int nSection, Qt::Orientation orientation,

@@ -13,6 +13,7 @@
 #include "controls/row_order.h"
 #include "controls/table_statement.h"
 #include "platform/ado/connection.h"
+#include "platform/unsent_rows.h"
 
 namespace orvane::controls {
 
@@ -53,8 +54,9 @@ struct RowsState {
   std::shared_ptr<const RowOrder> order;  ///< what came of the arrangement; null for none
   platform::Text sSqlText;                ///< the statement that fetched the rows
   std::optional<RowsOrigin> origin;
-  Viewing viewing;        ///< what the grid had added to its table's query
-  platform::Text sPlace;  ///< what tells their table from all others
+  Viewing viewing;            ///< what the grid had added to its table's query
+  platform::RowsPlace place;  ///< of their table; without a table where there is none
+  platform::Long lRound = 0;  ///< how often edits of the place had been given up by then
   std::shared_ptr<const Updatability> updatability;  ///< null where nobody asked the server
   std::shared_ptr<EditNotes> notes;                  ///< null for rows that cannot be edited
 };

@@ -8,17 +8,17 @@ namespace orvane::controls {
 using platform::ColumnIndex;
 using platform::Recordset;
 using platform::RowIndex;
-using platform::Text;
+using platform::RowsPlace;
 
-void UnsentStash::Tell(const Text& sPlace, const RowTable& table, RowIndex rows) const {
-  if (m_host && !sPlace.empty()) m_host->Tell(sPlace, table.sTable, rows);
+void UnsentStash::Tell(const RowsPlace& place, RowIndex rows) const {
+  if (m_host && !place.sTable.empty()) m_host->Tell(place, rows);
 }
 
-void UnsentStash::Keep(const Text& sPlace, const Recordset& rs, const RowTable& table) {
+void UnsentStash::Keep(const RowsPlace& place, const Recordset& rs, const RowTable& table) {
   const auto pending = rs.PendingRows();
-  if (sPlace.empty()) return;
+  if (place.sTable.empty()) return;
   if (pending.empty()) {
-    Drop(sPlace);
+    Drop(place);
   } else {
     // A recordset of this library's own: the provider's may go with its connection.
     std::vector<ado::ColumnDescription> columns;
@@ -28,14 +28,14 @@ void UnsentStash::Keep(const Text& sPlace, const Recordset& rs, const RowTable& 
     }
     UnsentEdits edits{ado::RecordsetBuilder(std::move(columns)).Finish(), table};
     CarryEdits(rs, table, {}, *edits.rs, table);
-    m_kept[sPlace] = {std::move(edits), Round()};
+    m_kept[place] = {std::move(edits), Round(place)};
   }
-  Tell(sPlace, table, static_cast<RowIndex>(pending.size()));
+  Tell(place, static_cast<RowIndex>(pending.size()));
 }
 
-const UnsentEdits* UnsentStash::Find(const Text& sPlace) const {
-  const auto found = m_kept.find(sPlace);
-  if (found == m_kept.end() || found->second.lRound != Round()) return nullptr;
+const UnsentEdits* UnsentStash::Find(const RowsPlace& place) const {
+  const auto found = m_kept.find(place);
+  if (found == m_kept.end() || found->second.lRound != Round(place)) return nullptr;
   return &found->second.edits;
 }
 

@@ -25,24 +25,27 @@ class UnsentStash {
     if (host) m_host = std::move(host);
   }
   /// Tells that so many rows of the table are pending in a grid.
-  void Tell(const platform::Text& sPlace, const RowTable& table, platform::RowIndex rows) const;
+  void Tell(const platform::RowsPlace& place, platform::RowIndex rows) const;
   /// Keeps a copy of what lies over the rows; of rows without edits nothing, and what was kept of
   /// the place goes.
-  void Keep(const platform::Text& sPlace, const platform::Recordset& rs, const RowTable& table);
+  void Keep(const platform::RowsPlace& place, const platform::Recordset& rs, const RowTable& table);
   /// What is kept of the place, or none. Valid until it is kept anew or dropped.
-  const UnsentEdits* Find(const platform::Text& sPlace) const;
+  const UnsentEdits* Find(const platform::RowsPlace& place) const;
   /// The edits have come into a grid.
-  void Drop(const platform::Text& sPlace) { m_kept.erase(sPlace); }
+  void Drop(const platform::RowsPlace& place) { m_kept.erase(place); }
+  /// How often what was pending there was given up.
+  platform::Long Round(const platform::RowsPlace& place) const {
+    return m_host ? m_host->Round(place) : 0;
+  }
 
  private:
   struct Kept {
     UnsentEdits edits;
     platform::Long lRound = 0;
   };
-  platform::Long Round() const { return m_host ? m_host->Round() : 0; }
 
   std::shared_ptr<platform::UnsentRows> m_host;
-  std::map<platform::Text, Kept> m_kept;
+  std::map<platform::RowsPlace, Kept> m_kept;
 };
 
 }  // namespace orvane::controls

@@ -7,6 +7,15 @@
 
 namespace orvane::platform {
 
+/// Where such rows are: one table of a catalog of a server. Without a table, or without a catalog,
+/// all that lies in what is named; without a server everything.
+struct RowsPlace {
+  Text sServer = {};
+  Text sCatalog = {};
+  Text sTable = {};
+  friend auto operator<=>(const RowsPlace&, const RowsPlace&) = default;
+};
+
 class UnsentRows {
  public:
   UnsentRows() = default;
@@ -14,12 +23,18 @@ class UnsentRows {
   UnsentRows& operator=(const UnsentRows&) = delete;
   virtual ~UnsentRows() = default;
 
-  /// So many rows of a table are not stored now; 0 when all are. The place tells the table from all
-  /// others, the name is how it is shown.
-  virtual void Tell(const Text& sPlace, const Text& sTable, RowIndex rows) = 0;
-  /// The number of times that all rows told so far were given up: what is kept from an earlier
-  /// round is not to come back.
-  virtual Long Round() const = 0;
+  /// So many rows of a table are not stored now; 0 when all are. What is being typed counts as a
+  /// row of its own or as part of one.
+  virtual void Tell(const RowsPlace& table, RowIndex rows) = 0;
+  /// How often the rows of a table were given up: what is kept of an earlier round is not to come
+  /// back.
+  virtual Long Round(const RowsPlace& table) const = 0;
+
+  /// Asks whether the rows that are not stored may be lost with what they lie in; true at once
+  /// where there are none. Changes nothing.
+  virtual Boolean MayLose(const RowsPlace& place) = 0;
+  /// What they lay in is gone, and so are they. Called when that is done: until then they are kept.
+  virtual void Lose(const RowsPlace& place) = 0;
 };
 
 }  // namespace orvane::platform

@@ -38,9 +38,13 @@ void SnapIn::m_mnuCatalogRemove_Click(const ScopeItemPtr& item) {
   }
   const auto server = InTree(catalog->ParentServerNode());
   // One without a name is none of the server's: only the document brought it.
-  if (!catalog->Catalog().empty()) server->RemoveCatalog(catalog->Catalog());
+  const bool bDropped = !catalog->Catalog().empty();
+  const auto place = PlaceOf(*server, catalog->Catalog());
+  if (bDropped && !MayLoseRows(place)) return;
+  if (bDropped) server->RemoveCatalog(catalog->Catalog());
   server->CatalogNodes()->Remove(catalog->Catalog());
   m_services.console->ScopeItems().Remove(item->Key());
+  if (bDropped) LoseRows(place);
 }
 
 }  // namespace orvane::snapin

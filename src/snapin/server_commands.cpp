@@ -81,12 +81,15 @@ void SnapIn::m_mnuConnect_Click(const ScopeItemPtr& item) {
 
 void SnapIn::m_mnuDisconnect_Click(const ScopeItemPtr& item) {
   const auto server = TagAs<nodes::ServerNode>(*item);
+  const auto place = PlaceOf(*server);
+  if (!MayLoseRows(place)) return;
   // No grid may keep rows of the connection that is about to close.
   if (m_tblEditor) m_tblEditor->AttachRecordset(nullptr, 0);
   server->ReleaseCachedRecordsets();
   server->Disconnect();
   m_services.console->ScopeItems().RemoveChildren(item->ScopeNode());
   item->ScopeNode()->HasChildren(false);
+  LoseRows(place);
 }
 
 void SnapIn::m_mnuRemoveServer_Click(const ScopeItemPtr& item) {
@@ -96,9 +99,12 @@ void SnapIn::m_mnuRemoveServer_Click(const ScopeItemPtr& item) {
           "Confirm Server Removal")) {
     return;
   }
+  const auto place = PlaceOf(*server);
+  if (!MayLoseRows(place)) return;
   // Not disconnected first: the connection ends with the last reference to the node.
   Root().ServerNodes()->Remove(server->Server());
   m_services.console->ScopeItems().Remove(item->Key());
+  LoseRows(place);
 }
 
 }  // namespace orvane::snapin

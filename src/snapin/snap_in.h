@@ -161,6 +161,11 @@ class SnapIn : private nodes::Counted,
   // ---- commands.cpp
   /// Asks with Yes and No, Yes being the default.
   Boolean Confirmed(const Text& sQuestion, const Text& sTitle);
+  /// Where rows lie that go with the server's connection, or with that catalog of it.
+  static platform::RowsPlace PlaceOf(const nodes::ServerNode& server, const Text& sCatalog = {});
+  /// The console asks where rows of the place are not stored; false when they are to stay.
+  Boolean MayLoseRows(const platform::RowsPlace& place);
+  void LoseRows(const platform::RowsPlace& place);
   /// Whether the result pane shows this item's view.
   Boolean IsShown(const platform::ScopeItem& item) const;
 

@@ -16,6 +16,7 @@ orvane_test(console_scenarios QT
     scenarios/shown_qt_form.cpp
     scenarios/shown_qt_form.h
     scenarios/unloading_test.cpp
+    scenarios/unsent_rows_question_test.cpp
     ../scenarios/catalog_cases.cpp
     ../scenarios/command_cases.cpp
     ../scenarios/document_cases.cpp

@@ -104,11 +104,15 @@ TEST_F(unsent_rows, rows_that_are_not_stored_stay_when_others_cannot_be_fetched)
 
 class ToldRows final : public platform::UnsentRows {
  public:
-  void Tell(const Text&, const Text& sTable, platform::RowIndex rows) override {
-    told = sTable + " " + std::to_string(rows);
+  void Tell(const platform::RowsPlace& table, platform::RowIndex rows) override {
+    told = table.sTable + " " + std::to_string(rows);
+    place = table;
   }
-  Long Round() const override { return lRound; }
+  Long Round(const platform::RowsPlace&) const override { return lRound; }
+  platform::Boolean MayLose(const platform::RowsPlace&) override { return true; }
+  void Lose(const platform::RowsPlace&) override { ++lRound; }
   Text told;
+  platform::RowsPlace place;
   Long lRound = 0;
 };
 
@@ -144,6 +148,44 @@ TEST_F(unsent_rows, what_was_given_up_does_not_come_back) {
   ++host->lRound;
   Open("Pumps");
   EXPECT_EQ(Cell(0, 1), "feed");
+}
+
+TEST_F(unsent_rows, what_was_given_up_while_hidden_lies_over_no_row) {
+  const auto host = std::make_shared<ToldRows>();
+  m_unsent->Host(host);
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  Long lUpdatability = 0;
+  const auto rs = m_editor->DetachRecordset(lUpdatability);
+  m_editor->AttachRecordset({}, 0);
+  host->Lose({});
+  m_editor->AttachRecordset(rs, lUpdatability);
+  EXPECT_EQ(Cell(0, 1), "feed");
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(host->told, "Pumps 0");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Cell(0, 1), "feed");
+}
+
+TEST_F(unsent_rows, what_is_being_typed_is_told_of_before_it_is_a_value) {
+  const auto host = std::make_shared<ToldRows>();
+  m_unsent->Host(host);
+  Open("Pumps");
+  GoTo(0, 1);
+  Press(Qt::Key_F2);
+  EXPECT_EQ(host->told, "Pumps 0") << "looking is not typing";
+  Type("x");
+  EXPECT_EQ(host->told, "Pumps 1");
+  EXPECT_EQ(host->place, (platform::RowsPlace{"localhost", "P", "Pumps"}));
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(host->told, "Pumps 0");
+  Type("y");
+  Press(Qt::Key_Tab);
+  EXPECT_EQ(host->told, "Pumps 1");
+  Type("7");
+  EXPECT_EQ(host->told, "Pumps 1") << "another cell of the same row";
 }
 
 TEST_F(unsent_rows, a_conflict_is_settled_value_by_value) {

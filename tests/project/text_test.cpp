@@ -130,6 +130,12 @@ TEST(TextTest, no_test_is_skipped) {
                "LED_");
 }
 
+// The toolkit remembers what it is told of a type, also when the library that told it has gone.
+TEST(TextTest, a_component_tells_the_toolkit_of_no_type_of_its_own) {
+  ExpectAbsent(Files({"src/controls", "src/trend"}), {"fromValue", "METATYPE", "MetaType"},
+               "QVariant::fromValue|Q_DECLARE_METATYPE|qRegisterMetaType");
+}
+
 TEST(TextTest, a_test_is_named_by_a_sentence_of_behaviour) {
   ExpectAbsent(Files({"tests"}, {".cpp"}), {"TEST"},
                "^TEST(_F|_P)?\\([A-Za-z0-9_]+, ([^a-z0-9]|[A-Za-z0-9]+[A-Z])");

@@ -58,6 +58,7 @@ void FakeDriver::Start() {
   services.ui = ui;
   services.fileVersion = fileVersion;
   services.forms = forms;
+  services.unsentRows = unsentRows;
   snapIn = std::dynamic_pointer_cast<platform::SnapIn>(SnapInFactory().CreateInstance(services));
   m_description = snapIn->Description();
   for (const auto& type : m_description.nodeTypes) {

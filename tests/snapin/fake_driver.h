@@ -14,6 +14,7 @@
 #include "tests/fakes/grids.h"
 #include "tests/fakes/historian.h"
 #include "tests/fakes/property_bag.h"
+#include "tests/fakes/unsent_rows.h"
 #include "tests/fakes/user_interface.h"
 #include "tests/scenarios/driver.h"
 
@@ -79,6 +80,7 @@ class FakeDriver : public scenarios::Driver {
   fakes::FakeHistorianPtr historian = std::make_shared<fakes::FakeHistorian>();
   std::shared_ptr<fakes::FakeObjects> objects = std::make_shared<fakes::FakeObjects>(historian);
   std::shared_ptr<fakes::FakeUserInterface> ui = std::make_shared<fakes::FakeUserInterface>();
+  std::shared_ptr<fakes::FakeUnsentRows> unsentRows = std::make_shared<fakes::FakeUnsentRows>();
   std::shared_ptr<fakes::FakeFileVersion> fileVersion = std::make_shared<fakes::FakeFileVersion>();
   std::shared_ptr<fakes::FakeConsole> console;
   std::shared_ptr<platform::SnapIn> snapIn;

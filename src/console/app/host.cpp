@@ -5,6 +5,8 @@
 #include "console/dialogs/log_file_question.h"
 #include "console/dialogs/logon_dialog.h"
 #include "console/dialogs/message_boxes.h"
+#include "console/dialogs/unsent_rows_question.h"
+#include "console/document/unsent_rows.h"
 #include "console/forms/qt_forms.h"
 #include "console/log/log_file.h"
 #include "console/waiting/waiting.h"
@@ -36,9 +38,8 @@ std::vector<Text> TextsOf(const DocumentContent& content) {
 Host::Host(const std::optional<std::filesystem::path>& registryFolder,
            std::optional<std::size_t> rowMemory)
     : m_runtime(component::Registry::Standard(registryFolder)),
-      m_unsentRows(std::make_shared<UnsentRows>()),
       m_boxes(std::make_shared<MessageBoxes>(StandardLog())) {
-  m_services.unsentRows = m_unsentRows;
+  m_services.unsentRows = std::make_shared<UnsentRows>(AskToGiveRowsUp);
   m_services.ui = m_boxes;
   m_services.failures = m_boxes;
   m_services.forms = std::make_shared<QtForms>();
@@ -59,7 +60,6 @@ WindowParts Host::Parts(QSettings* settings) {
   parts.createStored = [this](const Text& sProgId) { return m_dataAccess->CreateObject(sProgId); };
   parts.services = m_services;
   parts.boxes = m_boxes.get();
-  parts.unsentRows = m_unsentRows.get();
   parts.documentOpened = [this](const DocumentContent& content) {
     m_dataAccess->DocumentOpened(TextsOf(content));
   };

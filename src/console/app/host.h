@@ -30,7 +30,6 @@ class Host {
 
  private:
   component::Runtime m_runtime;
-  std::shared_ptr<UnsentRows> m_unsentRows;
   std::shared_ptr<MessageBoxes> m_boxes;
   std::shared_ptr<DataAccess> m_dataAccess;
   platform::Services m_services;

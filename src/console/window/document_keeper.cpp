@@ -46,7 +46,7 @@ void DocumentKeeper::Close() {
   emit Closing();
   m_unsaved->Watch(nullptr);
   m_session.Close();
-  if (m_parts.unsentRows) m_parts.unsentRows->Drop();
+  if (m_parts.services.unsentRows) m_parts.services.unsentRows->Lose({});
 }
 
 bool DocumentKeeper::New() {
@@ -115,8 +115,7 @@ bool DocumentKeeper::MayDropWork() {
     emit Refused();
     return false;
   }
-  const auto* unsent = m_parts.unsentRows;
-  if (unsent && unsent->Any() && !AskToGiveRowsUp(unsent->Sentence(), m_window)) return false;
+  if (m_parts.services.unsentRows && !m_parts.services.unsentRows->MayLose({})) return false;
   if (!IsModified()) return true;
   switch (AskAboutUnsavedWork(*m_document, m_window)) {
     case UnsavedAnswer::Save:

@@ -74,21 +74,6 @@ UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window) {
   }
 }
 
-bool AskToGiveRowsUp(const Text& sSentence, QWidget* window) {
-  MessageBox box(window);
-  box.setObjectName("unsentRowsBox");
-  box.setWindowTitle(ProgramTitle());
-  box.setText(Shown(sSentence));
-  box.setIcon(QMessageBox::Question);
-  box.setInformativeText(tr("What was changed in them is lost if you go on."));
-  const auto* discard = box.addButton(tr("&Discard Changes"), QMessageBox::DestructiveRole);
-  auto* cancel = box.addButton(QMessageBox::Cancel);
-  box.setDefaultButton(cancel);
-  box.setEscapeButton(cancel);
-  box.exec();
-  return box.clickedButton() == discard;
-}
-
 bool AskToOpenDoubtful(const Text& sPath, DocumentDoubt doubt, QWidget* window) {
   const bool bChanged = doubt == DocumentDoubt::ChangedOutside;
   const QString sName = QFileInfo(Shown(sPath)).fileName();

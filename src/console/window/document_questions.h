@@ -24,9 +24,6 @@ std::optional<platform::Text> AskForFileToSave(const Document& document, QWidget
 
 UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window);
 
-/// True when rows that a grid has changed and not stored may be given up.
-bool AskToGiveRowsUp(const platform::Text& sSentence, QWidget* window);
-
 /// True when a document that can be read, but is not as a console saved it, is to be opened.
 bool AskToOpenDoubtful(const platform::Text& sPath, DocumentDoubt doubt, QWidget* window);
 

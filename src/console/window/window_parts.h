@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "console/document/document_content.h"
-#include "console/document/unsent_rows.h"
 #include "console/session/console_session.h"
 #include "platform/services.h"
 
@@ -20,9 +19,8 @@ struct WindowParts {
   ConsoleSession::Creator create;
   /// Makes the objects that lie in a document; those of create when there is none.
   DocumentBag::ObjectCreator createStored;
-  platform::Services services;       ///< without the console
-  UnsentRows* unsentRows = nullptr;  ///< what services.unsentRows was told, or null
-  MessageBoxes* boxes = nullptr;     ///< those behind services.ui, to be silenced; or null
+  platform::Services services;    ///< without the console
+  MessageBoxes* boxes = nullptr;  ///< those behind services.ui, to be silenced; or null
   /// Called with a document as it was read or made, before the snap-in sees it; or none.
   std::function<void(const DocumentContent&)> documentOpened;
   /// Texts that the connections opened so far add to what is saved.

@@ -73,6 +73,8 @@ class HostDriver : public scenarios::Driver {
   void AnswerDialog();
   void Activate();
   void AnswerMessageBox(QMessageBox& box);
+  /// Yes gives the rows up, No keeps them.
+  void AnswerUnsentRows(QMessageBox& box);
   void AnswerLogonDialog(QDialog& dialog);
   void AnswerFormDialog(QDialog& dialog);
   /// The item's menu, open; null, which fails the case, when none came up.

@@ -37,6 +37,7 @@ void HostDriver::AnswerMessageBox(QMessageBox& box) {
     ClickAt(*box.button(QMessageBox::Discard), box.button(QMessageBox::Discard)->rect().center());
     return;
   }
+  if (box.objectName() == "unsentRowsBox") return AnswerUnsentRows(box);
   const bool bYesNo = box.standardButtons().testFlag(QMessageBox::Yes);
   m_boxes.push_back({box.text().toStdString(), box.windowTitle().toStdString(),
                      bYesNo ? platform::MsgBoxButtons::YesNo : platform::MsgBoxButtons::OkOnly});
@@ -46,6 +47,21 @@ void HostDriver::AnswerMessageBox(QMessageBox& box) {
     m_boxAnswers.pop_front();
   }
   ClickAt(*box.button(button), box.button(button)->rect().center());
+}
+
+void HostDriver::AnswerUnsentRows(QMessageBox& box) {
+  m_boxes.push_back(
+      {box.text().toStdString(), box.windowTitle().toStdString(), platform::MsgBoxButtons::YesNo});
+  if (m_boxAnswers.empty()) ADD_FAILURE() << "an unexpected question: " << box.text().toStdString();
+  const bool bGiveUp = !m_boxAnswers.empty() && m_boxAnswers.front() == scenarios::BoxAnswer::Yes;
+  if (!m_boxAnswers.empty()) m_boxAnswers.pop_front();
+  if (!bGiveUp) {
+    QTest::keyClick(&box, Qt::Key_Escape);
+    return;
+  }
+  for (auto* button : box.buttons()) {
+    if (button->text() == "&Discard Changes") ClickAt(*button, button->rect().center());
+  }
 }
 
 void HostDriver::AnswerLogonDialog(QDialog& dialog) {

@@ -65,7 +65,8 @@ TEST_F(MainWindowTest, question_before_unsaved_work_is_dropped_can_be_cancelled)
 }
 
 TEST_F(MainWindowTest, a_question_comes_before_rows_that_are_not_stored_are_lost) {
-  m_unsentRows.Tell("place", "Data", 2);
+  const platform::RowsPlace kTable{"localhost", "Plant", "Data"};
+  m_unsentRows->Tell(kTable, 2);
   {
     DialogAnswer answer([](QWidget* box) {
       EXPECT_EQ(box->objectName(), "unsentRowsBox");
@@ -77,8 +78,8 @@ TEST_F(MainWindowTest, a_question_comes_before_rows_that_are_not_stored_are_lost
     EXPECT_FALSE(m_window->close());
     EXPECT_EQ(answer.Count(), 2);
   }
-  EXPECT_TRUE(m_unsentRows.Any());
-  const auto lRound = m_unsentRows.Round();
+  EXPECT_EQ(m_unsentRows->Sentence(), "2 rows of the table \"Data\" are not stored.");
+  const auto lRound = m_unsentRows->Round(kTable);
   {
     DialogAnswer answer([](QWidget* box) {
       for (auto* button : qobject_cast<QMessageBox*>(box)->buttons()) {
@@ -87,10 +88,10 @@ TEST_F(MainWindowTest, a_question_comes_before_rows_that_are_not_stored_are_lost
     });
     EXPECT_TRUE(m_window->NewDocument());
   }
-  EXPECT_FALSE(m_unsentRows.Any());
-  EXPECT_GT(m_unsentRows.Round(), lRound);
-  m_unsentRows.Tell("place", "Data", 1);
-  m_unsentRows.Tell("place", "Data", 0);
+  EXPECT_EQ(m_unsentRows->Sentence(), "");
+  EXPECT_GT(m_unsentRows->Round(kTable), lRound);
+  m_unsentRows->Tell(kTable, 1);
+  m_unsentRows->Tell(kTable, 0);
   EXPECT_TRUE(m_window->NewDocument());
 }
 

@@ -15,6 +15,8 @@
 #include <QTreeView>
 
 #include "console/dialogs/message_boxes.h"
+#include "console/dialogs/unsent_rows_question.h"
+#include "console/document/unsent_rows.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/main_window.h"
@@ -92,7 +94,7 @@ class MainWindowTest : public testing::Test {
     parts.services.failures = m_boxes;
     parts.services.longOperation = m_wait;
     parts.boxes = m_boxes.get();
-    parts.unsentRows = &m_unsentRows;
+    parts.services.unsentRows = m_unsentRows;
     parts.eventEnded = [this] { ++m_iEventsEnded; };
     parts.settings = &m_settings;
     m_window = std::make_unique<MainWindow>(std::move(parts));
@@ -168,7 +170,7 @@ class MainWindowTest : public testing::Test {
   std::shared_ptr<NotedFailures> m_log = std::make_shared<NotedFailures>();
   std::shared_ptr<ToldWait> m_wait = std::make_shared<ToldWait>();
   std::shared_ptr<MessageBoxes> m_boxes;
-  UnsentRows m_unsentRows;
+  std::shared_ptr<UnsentRows> m_unsentRows = std::make_shared<UnsentRows>(AskToGiveRowsUp);
   std::unique_ptr<MainWindow> m_window;
 };
 
