@@ -1,8 +1,8 @@
 #include "controls/grid_trend.h"
 
-#include <QButtonGroup>
+#include <QApplication>
+#include <QShortcut>
 #include <QSplitter>
-#include <QToolButton>
 #include <algorithm>
 #include <chrono>
 
@@ -17,30 +17,10 @@ namespace {
 /// Rows that come one after the other are drawn together.
 constexpr std::chrono::milliseconds kSoon(300);
 
-QToolButton* AddButton(QButtonGroup& group, const QString& sText, const QString& sName,
-                       const QString& sTip) {
-  auto* button = new QToolButton;
-  button->setText(sText);
-  button->setObjectName(sName);
-  button->setToolTip(sTip);
-  button->setCheckable(true);
-  button->setAutoRaise(true);
-  button->setFocusPolicy(Qt::TabFocus);
-  group.addButton(button);
-  return button;
-}
-
 }  // namespace
 
 GridTrend::GridTrend(QSplitter& splitter, RowView& rows, StatusStrip& status)
     : QObject(&splitter), m_splitter(splitter), m_rows(rows), m_status(status) {
-  auto* group = new QButtonGroup(this);
-  m_asRows = AddButton(*group, "Rows", "asRows", "Shows the rows");
-  m_asTrend =
-      AddButton(*group, "Trend", "asTrend", "Shows the numbers of the rows over their times");
-  m_asRows->setChecked(true);
-  m_status.AddSwitch({m_asRows, m_asTrend});
-  connect(m_asTrend, &QToolButton::toggled, this, [this](bool bTrend) { Show(bTrend); });
   m_soon.setSingleShot(true);
   m_soon.setInterval(kSoon);
   connect(&m_soon, &QTimer::timeout, this, [this] { GiveRows(); });
@@ -48,7 +28,6 @@ GridTrend::GridTrend(QSplitter& splitter, RowView& rows, StatusStrip& status)
   connect(&model, &QAbstractItemModel::modelReset, this, [this] { RowsChanged(); });
   connect(&model, &QAbstractItemModel::rowsInserted, this, [this] { RowsChanged(); });
   connect(&model, &QAbstractItemModel::dataChanged, this, [this] { RowsChanged(); });
-  OfferTrend();
 }
 
 trend::TrendView& GridTrend::View() {
@@ -59,21 +38,29 @@ trend::TrendView& GridTrend::View() {
     m_splitter.setStretchFactor(m_splitter.indexOf(m_view), 1);
     m_view->OnRemark([this](const QString& sSentence) { m_status.Remark(sSentence); });
     m_view->AskUnits([this] { return m_askUnits ? m_askUnits() : trend::TrendView::Units(); });
+    auto* form = new QShortcut(QKeySequence(Qt::Key_F4), m_view);
+    form->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(form, &QShortcut::activated, this, [this] {
+      if (m_formKey) m_formKey();
+    });
     if (m_range) m_view->OnRange([this](const trend::TrendSpan& span) { m_range(span); });
   }
   return *m_view;
 }
 
-void GridTrend::OfferTrend() {
-  const bool bCan = trend::TrendView::CanShow(m_rows.Model().Recordset());
-  for (QToolButton* button : {m_asRows, m_asTrend}) button->setVisible(bCan || m_bShown);
+bool GridTrend::CanShow() const {
+  return m_bShown || trend::TrendView::CanShow(m_rows.Model().Recordset());
+}
+
+void GridTrend::TellOfChange() const {
+  if (m_changed) m_changed();
 }
 
 void GridTrend::RowsChanged() {
   m_bStale = true;
   // Between two fetches there are no rows for a moment; the trend stays until there are others.
   if (!m_rows.Model().Recordset()) return;
-  OfferTrend();
+  TellOfChange();
   if (!m_bShown) return;
   if (!trend::TrendView::CanShow(m_rows.Model().Recordset())) return Show(false);
   m_soon.start();
@@ -88,10 +75,10 @@ void GridTrend::GiveRows() {
 void GridTrend::Show(bool bTrend) {
   if (m_bShown == bTrend) return;
   m_bShown = bTrend;
-  m_asTrend->setChecked(bTrend);
-  m_asRows->setChecked(!bTrend);
-  const bool bHadKeys = (bTrend ? static_cast<QWidget*>(&m_rows) : m_view)->hasFocus();
   trend::TrendView& view = View();
+  const QWidget* left = bTrend ? static_cast<QWidget*>(&m_rows) : &view;
+  const QWidget* focus = QApplication::focusWidget();
+  const bool bHadKeys = focus && (focus == left || left->isAncestorOf(focus));
   m_rows.setVisible(!bTrend);
   view.setVisible(bTrend);
   if (bTrend) {
@@ -100,7 +87,7 @@ void GridTrend::Show(bool bTrend) {
     if (span) view.ShowSpan(*span);
   }
   if (bHadKeys) (bTrend ? static_cast<QWidget*>(&view) : &m_rows)->setFocus();
-  OfferTrend();
+  TellOfChange();
 }
 
 std::optional<trend::TrendSpan> GridTrend::SelectedSpan() const {

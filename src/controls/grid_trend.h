@@ -1,6 +1,5 @@
-// The trend beside a grid's rows: the switch between both in the grid's strip, and the trend's
-// view, which is made when it is first looked at and follows the rows from then on. Part of the
-// grid's window; user-interface thread.
+// The trend of a grid's rows, in their place: its view is made when it is first looked at and
+// follows the rows from then on. Part of the grid's window; user-interface thread.
 #pragma once
 
 #include <QObject>
@@ -10,7 +9,6 @@
 #include "trend/trend_view.h"
 
 class QSplitter;
-class QToolButton;
 
 namespace orvane::controls {
 
@@ -23,6 +21,16 @@ class GridTrend : public QObject {
   GridTrend(QSplitter& splitter, RowView& rows, StatusStrip& status);
 
   bool IsShown() const { return m_bShown; }
+  /// The view, while it is shown.
+  QWidget* Shown() const { return m_bShown ? m_view : nullptr; }
+  /// True where the rows have times and numbers, and while the trend is shown.
+  bool CanShow() const;
+  /// Gives the keys to the trend that is shown.
+  void TakeKeys() { View().setFocus(); }
+  /// Called when the form is asked for from the trend.
+  void OnFormKey(std::function<void()> handler) { m_formKey = std::move(handler); }
+  /// Called when it is shown or not any more, and when there are other rows.
+  void OnChanged(std::function<void()> handler) { m_changed = std::move(handler); }
   /// Shows the trend in the place of the rows, or the rows again; the times of several selected
   /// rows are in sight.
   void Show(bool bTrend);
@@ -34,7 +42,7 @@ class GridTrend : public QObject {
 
  private:
   trend::TrendView& View();
-  void OfferTrend();
+  void TellOfChange() const;
   void RowsChanged();
   void GiveRows();
   std::optional<trend::TrendSpan> SelectedSpan() const;
@@ -42,12 +50,12 @@ class GridTrend : public QObject {
   QSplitter& m_splitter;
   RowView& m_rows;
   StatusStrip& m_status;
-  QToolButton* m_asRows;
-  QToolButton* m_asTrend;
   trend::TrendView* m_view = nullptr;
   QTimer m_soon;
   bool m_bShown = false;
   bool m_bStale = true;  ///< the trend has not been given the rows as they are
+  std::function<void()> m_changed;
+  std::function<void()> m_formKey;
   std::function<trend::TrendView::Units()> m_askUnits;
   std::function<void(const trend::TrendSpan&)> m_range;
 };

@@ -14,6 +14,7 @@
 #include "controls/row_form.h"
 #include "controls/sql_pane.h"
 #include "controls/status_strip.h"
+#include "controls/view_switch.h"
 #include "platform/long_operation.h"
 
 namespace orvane::controls {
@@ -84,7 +85,8 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   m_splitter->setChildrenCollapsible(false);
   m_sqlPane->hide();
   m_beside->addWidget(m_splitter);
-  m_beside->addWidget(new RowForm(*m_rows, m_beside));
+  auto* form = new RowForm(*m_rows, m_beside);
+  m_beside->addWidget(form);
   m_beside->setStretchFactor(0, 3);
   m_beside->setStretchFactor(1, 2);
   m_beside->setChildrenCollapsible(false);
@@ -99,7 +101,6 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   layout->addWidget(m_seeking->Bar());
   layout->addWidget(m_lineOverStatus);
   layout->addWidget(m_status);
-  setFocusProxy(m_rows);
   // Rows can be looked at, and their fetch stopped, while they come.
   for (QWidget* part : {static_cast<QWidget*>(this), static_cast<QWidget*>(m_status)}) {
     part->setProperty(platform::LongOperation::kOwnInput, true);
@@ -117,6 +118,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     Raise(&GridEvents::selChange);
   });
   m_trend = new GridTrend(*m_splitter, *m_rows, *m_status);
+  new ViewSwitch(*this, *m_rows, *form, *m_trend, *m_status);
   m_rows->OnArranged([this](const QString& sWhyNot) {
     TellOfArrangement(sWhyNot);
     if (m_rows->Arranging() || m_bExchanging) return;

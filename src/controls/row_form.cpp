@@ -1,7 +1,7 @@
 #include "controls/row_form.h"
 
+#include <QApplication>
 #include <QClipboard>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -105,8 +105,13 @@ void RowForm::AddHead() {
 }
 
 void RowForm::Show(bool bShow) {
+  const bool bHadKeys = isAncestorOf(QApplication::focusWidget());
   setVisible(bShow);
-  if (!bShow) return m_rows.setFocus();
+  if (m_shown) m_shown();
+  if (!bShow) {
+    if (bHadKeys) m_rows.setFocus();
+    return;
+  }
   FollowRows();
   m_lines->resizeColumnToContents(RowFormModel::NameSection);
   m_lines->setColumnWidth(

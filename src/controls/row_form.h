@@ -5,6 +5,7 @@
 
 #include <QSortFilterProxyModel>
 #include <QWidget>
+#include <functional>
 
 class QLabel;
 class QLineEdit;
@@ -23,6 +24,8 @@ class RowForm : public QWidget {
 
   /// Shows the form of the current row, with the keys in it, or hides it and gives them back.
   void Show(bool bShow);
+  /// Called when it is shown, and when it is not any more.
+  void OnShown(std::function<void()> handler) { m_shown = std::move(handler); }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -43,6 +46,7 @@ class RowForm : public QWidget {
   QToolButton* m_next;
   QLineEdit* m_filter;
   QTableView* m_lines;
+  std::function<void()> m_shown;
   bool m_bFollowing = false;  ///< one of both follows the other
 };
 

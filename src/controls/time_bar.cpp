@@ -40,6 +40,13 @@ TimeRange RangeOf(const OfferedRange& offered) {
   return {offered.sFrom, offered.sTo};
 }
 
+/// A bar keeps Tab from its buttons otherwise.
+void ReachByTab(QToolBar& bar, QAction* action) {
+  QWidget* button = bar.widgetForAction(action);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setAccessibleDescription(action->toolTip());
+}
+
 QLineEdit* AddEnd(QToolBar& bar, const QString& sLabel, const char* sName, const char* sTip) {
   auto* label = new QLabel(sLabel);
   label->setContentsMargins(6, 0, 4, 0);
@@ -100,6 +107,7 @@ void TimeBar::AddRanges() {
     action->setObjectName(sName);
     action->setToolTip(sTip);
     connect(action, &QAction::triggered, this, handler);
+    ReachByTab(*m_bar, action);
     return action;
   };
   m_back = add("\u25c0", "timeBack", "The range before this one", [this] {
@@ -138,6 +146,7 @@ void TimeBar::AddEnds() {
   connect(m_keepIt, &QAction::triggered, this, [this] {
     if (m_keep) m_keep();
   });
+  for (QAction* action : {m_clear, m_keepIt}) ReachByTab(*m_bar, action);
 }
 
 void TimeBar::AddFollowing() {

@@ -42,7 +42,6 @@ TrendView::TrendView(QWidget* parent)
       m_values(new TrendValues(this)) {
   setObjectName("trend");
   setAccessibleName("Trend");
-  setFocusProxy(m_plot);
   m_bar->setObjectName("trendBar");
   m_bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
   auto* steps = AddAction("S&teps", "A value holds until the next one", {});
@@ -114,6 +113,8 @@ QAction* TrendView::AddAction(const QString& sText, const QString& sTip,
                               std::function<void()> handler) {
   QAction* action = m_bar->addAction(sText);
   action->setToolTip(sTip);
+  // A bar keeps Tab from its buttons otherwise.
+  m_bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
   if (handler) connect(action, &QAction::triggered, this, std::move(handler));
   return action;
 }
@@ -200,8 +201,10 @@ void TrendView::ShowLines() {
   const bool bPoints =
       std::ranges::any_of(m_lines, [](const TrendLine& line) { return line.series.Size() > 0; });
   Say(bPoints ? QString() : QStringLiteral("There is nothing to draw: no row has a time."));
-  if (bPoints)
+  if (bPoints) {
     static_cast<QStackedLayout*>(m_plot->parentWidget()->layout())->setCurrentWidget(m_plot);
+    if (hasFocus()) m_plot->setFocus();
+  }
   if (m_look) Restore(*m_look);
   if (m_span) ShowSpan(*m_span);
   m_span.reset();
@@ -296,6 +299,12 @@ void TrendView::SaveAs(const QString& sPath) {
   } catch (const platform::Failure& failure) {
     Remark(QString::fromStdString(failure.Description()));
   }
+}
+
+void TrendView::focusInEvent(QFocusEvent* event) {
+  QWidget::focusInEvent(event);
+  // Until there is a drawing the keys wait here.
+  if (m_plot->isVisible()) m_plot->setFocus(event->reason());
 }
 
 void TrendView::keyPressEvent(QKeyEvent* event) {

@@ -63,6 +63,7 @@ class TrendView : public QWidget {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

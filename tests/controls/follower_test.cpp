@@ -5,6 +5,8 @@
 #include <QDialog>
 #include <QTest>
 
+#include "tests/controls/struck_clock.h"
+
 namespace orvane::controls {
 namespace {
 
@@ -39,8 +41,19 @@ TEST_F(follower, runs_when_a_pause_is_over_and_not_otherwise) {
 }
 
 TEST_F(follower, pauses_by_its_clock) {
-  m_follower->Every(seconds(1));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return m_nRuns >= 2; }, 20'000));
+  auto* clock = m_window.findChild<QTimer*>("pause");
+  EXPECT_FALSE(clock->isActive());
+  m_follower->Every(seconds(7));
+  for (int n = 1; n <= 2; ++n) {
+    ASSERT_TRUE(clock->isActive());
+    EXPECT_TRUE(clock->isSingleShot()) << "the next pause begins when the run has ended";
+    EXPECT_EQ(clock->intervalAsDuration(), seconds(7));
+    m_whileRunning = [&] { EXPECT_FALSE(clock->isActive()); };
+    StrikeNow(*clock);
+    EXPECT_EQ(m_nRuns, n);
+  }
+  m_follower->Every(std::nullopt);
+  EXPECT_FALSE(clock->isActive());
 }
 
 TEST_F(follower, never_runs_twice_at_once) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -135,6 +136,22 @@ TEST_F(time_bar, starts_from_the_table_s_own_range) {
   Press("timeClear");
   EXPECT_EQ(Chosen(), "none");
   EXPECT_EQ(Boxes(), "*-1h|*");
+}
+
+TEST_F(time_bar, all_of_it_is_reached_by_tab) {
+  Pick("Last hour");
+  m_bar.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&m_bar));
+  Find<QComboBox>("timeRange").setFocus();
+  for (const char* sName : {"timeBack", "timeForward", "timeClear", "timeKeep"}) {
+    auto* button = m_bar.findChild<QToolBar*>()->widgetForAction(m_bar.findChild<QAction*>(sName));
+    for (int n = 0; n < 20 && !button->hasFocus(); ++n) {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_TRUE(button->hasFocus()) << sName;
+  }
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+  EXPECT_EQ(m_nKept, 1);
 }
 
 TEST_F(time_bar, tells_how_often_to_follow) {

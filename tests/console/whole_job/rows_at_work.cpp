@@ -167,8 +167,7 @@ void WholeJobTest::WorksOnRows() {
   DeletesARow(rows);
   FillsFromAQuery(rows, iColumn);
   ExportsWhatIsShown(rows);
-  // Its switch stands in the status bar, to which Tab does not lead.
-  if (GetParam() == Device::Mouse) ReadsATrend();
+  ReadsATrend();
   m_hands->Choose(InGrid<QComboBox>("timeRange"), "As the query says");
   Expect("the range of the options is back",
          [&] { return m_stage.IsIdle() && RowsOf(*m_stage.Rows()->model()) == 100; });
