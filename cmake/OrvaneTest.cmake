@@ -2,6 +2,7 @@
 # [TIMEOUT seconds]): the test program NAME_tests, its cases found when the tests run. With QT there
 # is a QApplication around them, and windows are drawn offscreen, unless MAIN sees to both itself.
 # With QTCORE there is an event loop and nothing to see, and no library that could show anything.
+# Each main function makes folders in place of the user's, so that nothing is left in those.
 # The tests of the rooms that need nothing but the compiler are written without matchers, since
 # those come in a package of their own.
 function(orvane_test name)
@@ -17,10 +18,13 @@ function(orvane_test name)
   elseif(TEST_QTCORE)
     target_sources(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/qt_core_main.cpp)
     target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} Qt6::Core Qt6::Test GTest::gmock)
-  elseif(ORVANE_CORE_ONLY)
-    target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gtest_main)
   else()
-    target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gmock_main)
+    target_sources(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/plain_main.cpp)
+    if(ORVANE_CORE_ONLY)
+      target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gtest)
+    else()
+      target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gmock)
+    endif()
   endif()
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 300)

@@ -3,8 +3,11 @@
 
 #include <QCoreApplication>
 
+#include "tests/own_folders.h"
+
 int main(int argc, char** argv) {
   testing::InitGoogleMock(&argc, argv);
+  const orvane::tests::OwnFolders folders;
   const QCoreApplication application(argc, argv);
   return RUN_ALL_TESTS();
 }

@@ -8,6 +8,7 @@
 #include <QTemporaryFile>
 
 #include "console/app/threads_end.h"
+#include "tests/own_folders.h"
 
 namespace {
 
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
   QTemporaryFile screen;
   ChooseScreen(screen);
   testing::InitGoogleMock(&argc, argv);
+  const orvane::tests::OwnFolders folders;
   QStandardPaths::setTestModeEnabled(true);
   const orvane::console::ThreadsEnd threadsEnd;
   const QApplication application(argc, argv);

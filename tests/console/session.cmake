@@ -2,6 +2,7 @@
 orvane_test(console_session QTCORE
   LINK orvane_console_session
   SOURCES
+    ../own_folders_test.cpp
     session/console_session_test.cpp
     session/expansion_test.cpp
     session/fake_snap_in.h

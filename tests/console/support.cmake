@@ -3,6 +3,7 @@ add_subdirectory(fixtures)
 orvane_test(console_support QT
   LINK orvane_console
   SOURCES
+    ../own_folders_test.cpp
     app/row_memory_test.cpp
     data_access/data_access_test.cpp
     data_access/log_file_consent_test.cpp
