@@ -104,7 +104,15 @@ TEST(translator_limits, ends_when_it_is_cancelled_or_its_time_is_up) {
   stop.request_stop();
   EXPECT_EQ(number(cancelled), platform::failure::kCancelled);
   const Deadline late({}, std::chrono::milliseconds(1));
-  std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  const auto isOver = [&] {
+    try {
+      late.Check();
+      return false;
+    } catch (const platform::Failure&) {
+      return true;
+    }
+  };
+  while (!isOver()) std::this_thread::yield();
   EXPECT_EQ(number(late), platform::failure::kTimeout);
 }
 
