@@ -7,15 +7,6 @@
 
 namespace orvane::snapin {
 
-using fakes::FakeForm;
-using fakes::FakeHistorian;
-using fakes::FakeRecordset;
-using model::ItemPtr;
-using platform::Long;
-using platform::RecordsetPtr;
-using platform::SchemaNumber;
-using platform::Text;
-
 namespace {
 
 constexpr const char* kGridSteps[] = {"Requery",       "Execute",         "DeleteSelectedRows",

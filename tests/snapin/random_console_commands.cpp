@@ -8,15 +8,6 @@
 
 namespace orvane::snapin {
 
-using fakes::FakeForm;
-using fakes::FakeHistorian;
-using fakes::FakeRecordset;
-using model::ItemPtr;
-using platform::Long;
-using platform::RecordsetPtr;
-using platform::SchemaNumber;
-using platform::Text;
-
 /// What the server says to a statement that is not a table's rows.
 RecordsetPtr RandomConsole::Answer(const Text& sStatement) {
   const auto rows = [this](std::vector<FakeRecordset::Row> values) {

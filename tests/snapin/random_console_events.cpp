@@ -8,15 +8,6 @@
 
 namespace orvane::snapin {
 
-using fakes::FakeForm;
-using fakes::FakeHistorian;
-using fakes::FakeRecordset;
-using model::ItemPtr;
-using platform::Long;
-using platform::RecordsetPtr;
-using platform::SchemaNumber;
-using platform::Text;
-
 void RandomConsole::Expand(const ItemPtr& item) {
   Note("expand " + item->sKey);
   m_model.Expand(item);

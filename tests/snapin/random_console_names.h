@@ -1,10 +1,20 @@
-// The names that the random commands choose from: they collide in letter case, beyond ASCII, and by
-// the dots that join a key. And a table of such a name.
+// What the files of the random commands have in common: the names that they choose from, which
+// collide in letter case, beyond ASCII, and by the dots that join a key; a table of such a name.
 #pragma once
 
 #include "tests/scenarios/driver.h"
+#include "tests/snapin/random_console.h"
 
 namespace orvane::snapin {
+
+using fakes::FakeForm;
+using fakes::FakeHistorian;
+using fakes::FakeRecordset;
+using model::ItemPtr;
+using platform::Long;
+using platform::RecordsetPtr;
+using platform::SchemaNumber;
+using platform::Text;
 
 inline constexpr const char* kServers[] = {"S1",   "S2",          "s2",     "Öfen",
                                            "öfen", "S1.Catalogs", "nowhere"};

@@ -8,17 +8,11 @@
 
 #include "provider/historian/functions_catalog.h"
 #include "tests/provider/historian/colleagues.h"
-#include "tests/provider/historian/historian_fixture.h"
 
 namespace orvane::provider::historian {
 namespace {
 
 using platform::Text;
-using tests::As;
-using tests::kColleague;
-using tests::kColleaguesGroup;
-using tests::kGroup;
-using tests::kOwner;
 namespace fs = std::filesystem;
 
 // Names, sizes and times of all there is in a folder, its own included.
@@ -36,7 +30,7 @@ std::map<Text, std::array<std::int64_t, 4>> StateOf(const fs::path& folder) {
   return state;
 }
 
-class shared_catalogs : public HistorianFixture {
+class shared_catalogs : public ColleaguesFixture {
  protected:
   static engines::EngineStatement Statement(const Text& sSql) {
     engines::EngineStatement statement;
@@ -109,9 +103,7 @@ TEST_F(shared_catalogs, can_be_read_by_one_who_may_write_nothing) {
 }
 
 TEST_F(shared_catalogs, a_colleague_who_reads_does_not_lock_the_owner_out) {
-  if (geteuid() == 0) {
-    ASSERT_EQ(chown(m_root.Path().c_str(), kOwner, kGroup), 0);
-  }
+  GiveRootToOwner();
   ASSERT_EQ(chmod(m_root.Path().c_str(), 0770), 0);
   const auto write = [&] { return Rows(*Open()->Find("Plant1", {})) == "1" ? 0 : 1; };
   const auto read = [&] {
@@ -122,17 +114,14 @@ TEST_F(shared_catalogs, a_colleague_who_reads_does_not_lock_the_owner_out) {
     const auto rs = session->Run(Statement("SELECT count(*) FROM Tags"), {}).recordset;
     return rs->ValueAt(0, 0) == platform::Value(std::int64_t{1}) ? 0 : 1;
   };
-  ASSERT_EQ(
-      As(kOwner, [&] { return Open()->CreateCatalog("Plant1", "", 0, {}).sName != "Plant1"; }), 0);
+  ASSERT_EQ(CreatePlantAsOwner(), 0);
   ASSERT_EQ(As(kOwner, write), 0);
   // Until he shares it, nobody else gets at it.
-  if (geteuid() == 0) {
+  if (m_bAdministrator) {
     ASSERT_EQ(As(kColleague, read), 98);
   }
   for (const mode_t nFiles : {0640U, 0660U}) {
-    for (const auto& entry : fs::recursive_directory_iterator(m_root.Path())) {
-      ASSERT_EQ(chmod(entry.path().c_str(), entry.is_directory() ? 0770 : nFiles), 0);
-    }
+    ShareWithGroup(nFiles);
     const auto before = Content(m_root.Path());
     EXPECT_EQ(As(kColleague, read), 0);
     EXPECT_EQ(Content(m_root.Path()), before);
@@ -144,9 +133,8 @@ TEST_F(shared_catalogs, a_colleague_who_reads_does_not_lock_the_owner_out) {
 }
 
 TEST_F(shared_catalogs, the_catalog_of_functions_is_made_anew_for_all_and_by_the_right_one) {
-  // Only an administrator can become somebody else.
-  if (geteuid() != 0) return;
-  ASSERT_EQ(chown(m_root.Path().c_str(), kOwner, kGroup), 0);
+  if (!m_bAdministrator) return;
+  GiveRootToOwner();
   const auto read = [&] {
     // Never closed, and so never put away.
     auto* const opened = Open().release();
@@ -156,10 +144,7 @@ TEST_F(shared_catalogs, the_catalog_of_functions_is_made_anew_for_all_and_by_the
                                                                                                : 1;
   };
   ASSERT_EQ(As(kOwner, read), 0);
-  for (const auto& entry : fs::recursive_directory_iterator(m_root.Path())) {
-    ASSERT_EQ(chmod(entry.path().c_str(), entry.is_directory() ? 0770 : 0660), 0);
-  }
-  ASSERT_EQ(chmod(m_root.Path().c_str(), 0770), 0);
+  ShareWithGroup();
   const fs::path functions = m_root.Historian() / FunctionsFile();
   const auto state = [&] {
     struct stat status {};

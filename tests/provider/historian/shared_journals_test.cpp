@@ -6,33 +6,20 @@
 #include "tests/fakes/killed_program.h"
 #include "tests/files/access_list.h"
 #include "tests/provider/historian/colleagues.h"
-#include "tests/provider/historian/historian_fixture.h"
 
 namespace orvane::provider::historian {
 namespace {
 
 using platform::Text;
-using tests::As;
-using tests::kColleague;
-using tests::kColleaguesGroup;
-using tests::kGroup;
-using tests::kOwner;
 namespace fs = std::filesystem;
 
-class shared_journals : public HistorianFixture {
+class shared_journals : public ColleaguesFixture {
  protected:
   void SetUp() override {
-    // Only an administrator can become somebody else.
-    if (geteuid() != 0) return;
-    m_bAdministrator = true;
-    ASSERT_EQ(chown(m_root.Path().c_str(), kOwner, kGroup), 0);
-    ASSERT_EQ(
-        As(kOwner, [&] { return Open()->CreateCatalog("Plant1", "", 0, {}).sName != "Plant1"; }),
-        0);
-    for (const auto& entry : fs::recursive_directory_iterator(m_root.Path())) {
-      ASSERT_EQ(chmod(entry.path().c_str(), entry.is_directory() ? 0770 : 0660), 0);
-    }
-    ASSERT_EQ(chmod(m_root.Path().c_str(), 0770), 0);
+    if (!m_bAdministrator) return;
+    GiveRootToOwner();
+    ASSERT_EQ(CreatePlantAsOwner(), 0);
+    ShareWithGroup();
   }
   int Write() { return Rows(*Open()->Find("Plant1", {})) == "1" ? 0 : 1; }
   // A colleague whose own group is another one is killed before the n-th change that he makes.
@@ -46,7 +33,6 @@ class shared_journals : public HistorianFixture {
     });
   }
 
-  bool m_bAdministrator = false;
   fs::path m_file = m_root.Historian() / "catalogs" / "Plant1.db";
   fs::path m_journal = m_file.string() + "-journal";
 };
@@ -74,10 +60,7 @@ TEST_F(shared_journals, of_a_killed_colleague_are_taken_back_by_the_owner) {
 
 TEST_F(shared_journals, of_one_who_is_not_of_the_group_are_taken_back_by_the_owner) {
   if (!m_bAdministrator) return;
-  for (const auto& entry : fs::recursive_directory_iterator(m_root.Path())) {
-    ASSERT_EQ(chmod(entry.path().c_str(), entry.is_directory() ? 0777 : 0666), 0);
-  }
-  ASSERT_EQ(chmod(m_root.Path().c_str(), 0777), 0);
+  Share(0777, 0666);
   ASSERT_EQ(chmod(m_file.c_str(), 0600), 0);
   // The catalog's own list names the colleague.
   if (!files::GiveList(m_file.string(), files::kAccessList, kColleague)) return;
