@@ -5,7 +5,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/call_kinds.cpp
   dialect/call_reader.cpp
   dialect/change_reader.cpp
-  dialect/column_list.cpp
+  dialect/output_columns.cpp
   dialect/definition_reader.cpp
   dialect/expression_reader.cpp
   dialect/lexer.cpp

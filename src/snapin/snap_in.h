@@ -47,7 +47,7 @@ class SnapIn : private nodes::Counted,
   void SnapIn_Terminate() override;
   void ServersNodeChanged() override;
 
-  // ---- scope_tree.cpp
+  // ---- scope_items.cpp
   void ScopeItems_Initialize(const platform::ScopeItemPtr& item) override;
   Boolean ScopeItems_Expand(const platform::ScopeItemPtr& item) override;
 
@@ -88,7 +88,7 @@ class SnapIn : private nodes::Counted,
   /// Makes the node the root of the model.
   void InstallRoot(const nodes::ServersNodePtr& root);
 
-  // ---- scope_tree.cpp
+  // ---- scope_items.cpp
   platform::ScopeItemPtr AddScopeItem(const char* sNodeType, const Text& sKey,
                                       platform::ScopeItem& parent, Boolean bHasChildren);
   void SetNameColumn(platform::ScopeItem& item);

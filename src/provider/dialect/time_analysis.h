@@ -13,7 +13,7 @@
 #include <set>
 #include <unordered_map>
 
-#include "provider/dialect/column_list.h"
+#include "provider/dialect/output_columns.h"
 #include "provider/dialect/table_names.h"
 #include "provider/dialect/written_times.h"
 
@@ -43,7 +43,7 @@ class TimeAnalysis {
   /// Behind Run: columns of which the values became times are found under their names as before.
   void KeepNames();
   /// What the query puts out. Valid for as long as this is.
-  const ColumnList& OutputOf(const Query& query);
+  const OutputColumns& OutputOf(const Query& query);
   /// The name that the column really has, empty when it is not known.
   platform::Text ColumnName(const Chain& chain, const Scope* scope);
   /// What the computed columns of the table that is defined are, under their names in capitals.
@@ -64,9 +64,9 @@ class TimeAnalysis {
     std::size_t token = 0;
   };
   struct Output {
-    ColumnList columns;
+    OutputColumns columns;
     // For each SELECT the columns with the items that put them out; of VALUES none.
-    std::vector<ColumnList> cores;
+    std::vector<OutputColumns> cores;
     bool bDone = false;
     bool bReadsItself = false;
     std::vector<Kinds> handedOut;
@@ -106,17 +106,17 @@ class TimeAnalysis {
                          const platform::Text& sAdvice) const;
 
   // --- what queries put out ---
-  const ColumnList& ColumnsOf(const Source& source);
-  const ColumnList& ColumnsOfNamed(const NamedQuery& named);
-  const ColumnList& ColumnsOfTable(const FoundTable& found);
-  const ColumnList& ColumnsOfFunction(const Source& source);
-  const ColumnList& ColumnsOfNew();
+  const OutputColumns& ColumnsOf(const Source& source);
+  const OutputColumns& ColumnsOfNamed(const NamedQuery& named);
+  const OutputColumns& ColumnsOfTable(const FoundTable& found);
+  const OutputColumns& ColumnsOfFunction(const Source& source);
+  const OutputColumns& ColumnsOfNew();
   const Output& ReadOutput(const Query& query);
   void ReadCores(const Query& query, Output& output);
   static const Expr* NamedBy(const Expr* expr);
-  ColumnList ReadCore(const Scope& core);
-  void AppendStar(const Scope& core, const Item& item, std::size_t itemNumber, ColumnList& to);
-  void Append(ColumnList& to, OutputColumn column, std::size_t token);
+  OutputColumns ReadCore(const Scope& core);
+  void AppendStar(const Scope& core, const Item& item, std::size_t itemNumber, OutputColumns& to);
+  void Append(OutputColumns& to, OutputColumn column, std::size_t token);
   void JoinCores(const Query& query, Output& output);
   void CheckReadingItself(const Query& query, const Output& output) const;
   bool IsShared(const Scope& core, std::size_t place, const platform::Text& sColumn);
@@ -124,7 +124,7 @@ class TimeAnalysis {
   Found FindIn(const Chain& chain, const Scope& scope);
   const Expr* ItemNamed(const Scope& scope, const platform::Text& sName);
   bool NumbersRows(const Chain& chain, const Scope* scope);
-  std::optional<std::size_t> FindPlace(const ColumnList& columns,
+  std::optional<std::size_t> FindPlace(const OutputColumns& columns,
                                        const platform::Text& sName) const;
   std::size_t CountSelects(const Query& query);
 
@@ -195,11 +195,11 @@ class TimeAnalysis {
   std::vector<std::optional<Kinds>> m_kinds;  // by number of the expression
   std::vector<bool> m_working;                // the same
   std::map<const Query*, Output> m_outputs;
-  std::map<const NamedQuery*, ColumnList> m_named;
+  std::map<const NamedQuery*, OutputColumns> m_named;
   std::set<const NamedQuery*> m_namedDone;  // those that are known whole
-  std::map<const FoundTable*, ColumnList> m_tables;
-  std::map<const Source*, ColumnList> m_functions;
-  std::optional<ColumnList> m_new;
+  std::map<const FoundTable*, OutputColumns> m_tables;
+  std::map<const Source*, OutputColumns> m_functions;
+  std::optional<OutputColumns> m_new;
   std::map<const Query*, std::size_t> m_selects;
   std::set<const Expr*> m_aliases;  // items of which the kinds were told under their names
   std::map<const Scope*, std::unordered_map<platform::Text, const Expr*>> m_itemNames;

@@ -68,7 +68,7 @@ Kinds TimeAnalysis::Work(const Expr& expr) {
       OutputOf(*expr.query);
       return kinds::kCount;
     case ExprKind::Subquery: {
-      const ColumnList& columns = OutputOf(*expr.query);
+      const OutputColumns& columns = OutputOf(*expr.query);
       return columns.size() == 0 ? kinds::kOther : columns[0].kinds;
     }
     case ExprKind::Row: {

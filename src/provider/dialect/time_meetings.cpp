@@ -58,7 +58,7 @@ void TimeAnalysis::LookAtJoins(const Scope& scope) {
       bool bBefore = false;
       for (std::size_t j = 0; j <= i; ++j) {
         Step();
-        const ColumnList& columns = ColumnsOf(*scope.sources[j]);
+        const OutputColumns& columns = ColumnsOf(*scope.sources[j]);
         const auto place = FindPlace(columns, sColumn);
         if (!place) continue;
         if (j < i) bBefore = true;
@@ -98,7 +98,7 @@ void TimeAnalysis::LookAtQuery(const Query& query) {
 void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
   Kinds kinds = kinds::kNull;
   if (query != nullptr) {
-    const ColumnList& columns = OutputOf(*query);
+    const OutputColumns& columns = OutputOf(*query);
     const Expr& inside = *Inside(&expr);
     CheckNumbered(inside, *query);
     if (inside.kind == ExprKind::Name && inside.chain.parts.size() == 1) {
@@ -123,7 +123,7 @@ void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
 // A number that stands alone means the column of that place.
 void TimeAnalysis::CheckNumbered(const Expr& inside, const Query& query) {
   if (inside.kind != ExprKind::Number) return;
-  const ColumnList& columns = OutputOf(query);
+  const OutputColumns& columns = OutputOf(query);
   const Text& sNumber = At(inside.range.begin).sText;
   const std::size_t nPlace =
       sNumber.size() < 6 ? static_cast<std::size_t>(std::stoul("0" + sNumber)) : 0;
@@ -140,7 +140,7 @@ void TimeAnalysis::CheckNumbered(const Expr& inside, const Query& query) {
 void TimeAnalysis::LookAtChange() {
   if (m_tree.kind != StatementKind::Change) return;
   if (m_tree.bInsert) LookAtInsert();
-  const ColumnList& columns = ColumnsOf(*m_tree.targetSource);
+  const OutputColumns& columns = ColumnsOf(*m_tree.targetSource);
   for (const auto& assignment : m_tree.assignments) {
     const auto values = assignment.columns.size() > 1
                             ? OperandsOf(*assignment.value)
@@ -159,7 +159,7 @@ void TimeAnalysis::LookAtChange() {
 }
 
 void TimeAnalysis::LookAtInsert() {
-  const ColumnList& columns = ColumnsOf(*m_tree.targetSource);
+  const OutputColumns& columns = ColumnsOf(*m_tree.targetSource);
   const FoundTable* const found = m_place.names.TableOf(*m_tree.targetSource);
   std::vector<std::optional<std::size_t>> places;
   if (m_tree.targetColumns.empty()) {
@@ -173,7 +173,7 @@ void TimeAnalysis::LookAtInsert() {
   }
   std::set<std::size_t> given;
   if (m_tree.mainQuery != nullptr) {
-    const ColumnList& values = OutputOf(*m_tree.mainQuery);
+    const OutputColumns& values = OutputOf(*m_tree.mainQuery);
     for (std::size_t i = 0; i < places.size(); ++i) {
       if (places[i]) given.insert(*places[i]);
       if (places[i] && columns[*places[i]].kinds == kinds::kTime) {
@@ -232,7 +232,7 @@ void TimeAnalysis::LookAtDefinition() {
     }
   }
   if (m_tree.mainQuery == nullptr || m_tree.bView) return;
-  const ColumnList& columns = OutputOf(*m_tree.mainQuery);
+  const OutputColumns& columns = OutputOf(*m_tree.mainQuery);
   for (const auto& column : columns) {
     if (!kinds::Has(column.kinds, kinds::kFromTimes)) continue;
     Fail(TokenOf(*m_tree.mainQuery, column),
@@ -258,7 +258,7 @@ void TimeAnalysis::LookAtComputed(const ColumnDefinition& column) {
 std::map<Text, Kinds> TimeAnalysis::Computed() {
   constexpr Kinds kUnknown = kinds::kTime | kinds::kAnyValue | kinds::kOther;
   std::map<Text, Kinds> computed;
-  ColumnList columns = ColumnsOfNew();
+  OutputColumns columns = ColumnsOfNew();
   for (std::size_t i = 0; i < m_tree.columns.size(); ++i) {
     if (m_tree.columns[i].computed != nullptr) columns.SetKinds(i, kUnknown);
   }
@@ -305,7 +305,7 @@ std::vector<TimeAnalysis::Operand> TimeAnalysis::OperandsOf(const Expr& expr) {
 
 Kinds TimeAnalysis::KindsOf(const Operand& operand) {
   if (operand.expr != nullptr) return KindsOf(*operand.expr);
-  const ColumnList& columns =
+  const OutputColumns& columns =
       operand.query != nullptr ? OutputOf(*operand.query) : ColumnsOf(*operand.table);
   return operand.column < columns.size() ? columns[operand.column].kinds : kinds::kOther;
 }

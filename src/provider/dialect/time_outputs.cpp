@@ -22,7 +22,7 @@ Text NameAt(std::size_t nPlace, Text sName) {
 
 }  // namespace
 
-const ColumnList& TimeAnalysis::ColumnsOf(const Source& source) {
+const OutputColumns& TimeAnalysis::ColumnsOf(const Source& source) {
   if (source.query != nullptr) return OutputOf(*source.query);
   if (source.bFunction) return ColumnsOfFunction(source);
   if (const auto* const named = m_place.names.FindNamedQuery(source)) {
@@ -32,13 +32,13 @@ const ColumnList& TimeAnalysis::ColumnsOf(const Source& source) {
   return found != nullptr ? ColumnsOfTable(*found) : ColumnsOfNew();
 }
 
-const ColumnList& TimeAnalysis::ColumnsOfNamed(const NamedQuery& named) {
-  static const ColumnList kNone;
+const OutputColumns& TimeAnalysis::ColumnsOfNamed(const NamedQuery& named) {
+  static const OutputColumns kNone;
   if (named.query == nullptr) return kNone;
   const Output& output = ReadOutput(*named.query);
   if (named.columns.empty()) return output.columns;
   if (m_namedDone.contains(&named)) return m_named[&named];
-  ColumnList columns;
+  OutputColumns columns;
   for (std::size_t i = 0; i < output.columns.size(); ++i) {
     OutputColumn column = output.columns[i];
     if (i < named.columns.size()) column.sName = NameAt(i, named.columns[i]);
@@ -49,10 +49,10 @@ const ColumnList& TimeAnalysis::ColumnsOfNamed(const NamedQuery& named) {
   return m_named[&named] = std::move(columns);
 }
 
-const ColumnList& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
+const OutputColumns& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
   const auto [known, bNew] = m_tables.try_emplace(&found);
   if (!bNew) return known->second;
-  ColumnList columns;
+  OutputColumns columns;
   const ViewKinds::View* const view = found.table.bView ? &m_place.views.Of(found) : nullptr;
   for (std::size_t i = 0; i < found.table.columns.size(); ++i) {
     const KnownColumn& column = found.table.columns[i];
@@ -74,12 +74,12 @@ const ColumnList& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
   return known->second = std::move(columns);
 }
 
-const ColumnList& TimeAnalysis::ColumnsOfFunction(const Source& source) {
+const OutputColumns& TimeAnalysis::ColumnsOfFunction(const Source& source) {
   const auto [known, bNew] = m_functions.try_emplace(&source);
   if (!bNew) return known->second;
   Kinds of = kinds::kNull;
   for (const auto* const argument : source.arguments) of |= KindsOf(*argument);
-  ColumnList columns;
+  OutputColumns columns;
   // A star stands for those that are not hidden.
   const auto add = [&](std::initializer_list<const char*> names, Kinds kinds, bool bHidden) {
     for (const char* const sName : names) columns.Add({sName, kinds, 0, bHidden});
@@ -100,7 +100,7 @@ const ColumnList& TimeAnalysis::ColumnsOfFunction(const Source& source) {
 }
 
 // Of the table that the statement makes.
-const ColumnList& TimeAnalysis::ColumnsOfNew() {
+const OutputColumns& TimeAnalysis::ColumnsOfNew() {
   if (!m_new) {
     m_new.emplace();
     for (const auto& column : m_tree.columns) {
@@ -110,7 +110,7 @@ const ColumnList& TimeAnalysis::ColumnsOfNew() {
   return *m_new;
 }
 
-const ColumnList& TimeAnalysis::OutputOf(const Query& query) {
+const OutputColumns& TimeAnalysis::OutputOf(const Query& query) {
   return ReadOutput(query).columns;
 }
 
@@ -136,7 +136,7 @@ const TimeAnalysis::Output& TimeAnalysis::ReadOutput(const Query& query) {
 
 void TimeAnalysis::ReadCores(const Query& query, Output& output) {
   for (const auto* const core : query.cores) {
-    ColumnList columns = ReadCore(*core);
+    OutputColumns columns = ReadCore(*core);
     if (core == query.cores.front()) {
       output.columns = columns;
     } else {
@@ -156,8 +156,8 @@ const Expr* TimeAnalysis::NamedBy(const Expr* expr) {
   return expr;
 }
 
-ColumnList TimeAnalysis::ReadCore(const Scope& core) {
-  ColumnList columns;
+OutputColumns TimeAnalysis::ReadCore(const Scope& core) {
+  OutputColumns columns;
   // Before what reads them, so that going deep into an expression does not go deeper into them.
   for (const auto* const source : core.sources) ColumnsOf(*source);
   for (const auto& row : core.rows) {
@@ -190,7 +190,7 @@ ColumnList TimeAnalysis::ReadCore(const Scope& core) {
   return columns;
 }
 
-void TimeAnalysis::Append(ColumnList& to, OutputColumn column, std::size_t token) {
+void TimeAnalysis::Append(OutputColumns& to, OutputColumn column, std::size_t token) {
   if (to.size() >= kMostColumns || ++m_nColumns > kMostColumnsInAll) {
     Fail(token, "There are too many columns", "choose at most 2,000 by their names");
   }
@@ -200,7 +200,7 @@ void TimeAnalysis::Append(ColumnList& to, OutputColumn column, std::size_t token
 }
 
 void TimeAnalysis::AppendStar(const Scope& core, const Item& item, std::size_t itemNumber,
-                              ColumnList& to) {
+                              OutputColumns& to) {
   const bool bAll = item.star.parts.empty();
   for (std::size_t i = 0; i < core.sources.size(); ++i) {
     const Source& source = *core.sources[i];
@@ -271,7 +271,7 @@ void TimeAnalysis::CheckReadingItself(const Query& query, const Output& output) 
 
 // --- names ---
 
-std::optional<std::size_t> TimeAnalysis::FindPlace(const ColumnList& columns,
+std::optional<std::size_t> TimeAnalysis::FindPlace(const OutputColumns& columns,
                                                    const Text& sName) const {
   auto place = columns.Find(sName);
   if (!place && m_place.names.Prefixes()) place = columns.Find(WithoutPrefix(sName));
@@ -289,7 +289,7 @@ TimeAnalysis::Found TimeAnalysis::FindIn(const Chain& chain, const Scope& scope)
     if (nQualifiers > 0 && !bRefused && !m_place.names.IsQualifier(*source, chain, nQualifiers)) {
       continue;
     }
-    const ColumnList& columns = ColumnsOf(*source);
+    const OutputColumns& columns = ColumnsOf(*source);
     if (const auto place = FindPlace(columns, sColumn)) return {&columns[*place], nullptr};
   }
   if (nQualifiers > 0) return {};

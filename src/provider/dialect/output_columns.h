@@ -18,7 +18,7 @@ struct OutputColumn {
   bool bHidden = false;  ///< no star stands for it
 };
 
-class ColumnList {
+class OutputColumns {
  public:
   void Add(OutputColumn column);
   /// The first of that name, ASCII letters without regard to case.

@@ -7,7 +7,7 @@ using fakes::FakeColumnHeader;
 using platform::Long;
 using platform::SchemaNumber;
 
-class scope_tree : public SnapInTest {
+class scope_items : public SnapInTest {
  protected:
   void ExpectNameColumn(const Text& sKey, const Text& sName) {
     const auto item = driver.Item(sKey);
@@ -25,12 +25,12 @@ class scope_tree : public SnapInTest {
   }
 };
 
-TEST_F(scope_tree, the_static_node_is_tied_to_a_new_root) {
+TEST_F(scope_items, the_static_node_is_tied_to_a_new_root) {
   ASSERT_NE(Root(), nullptr);
   EXPECT_EQ(Root()->ServerNodes()->Count(), 0);
 }
 
-TEST_F(scope_tree, an_item_of_another_type_is_not_tied) {
+TEST_F(scope_items, an_item_of_another_type_is_not_tied) {
   driver.Start();
   const auto item = std::make_shared<fakes::FakeScopeItem>("Server", "x", "x");
   driver.snapIn->ScopeItems_Initialize(item);
@@ -40,26 +40,26 @@ TEST_F(scope_tree, an_item_of_another_type_is_not_tied) {
   EXPECT_EQ(lower->Tag(), nullptr);
 }
 
-TEST_F(scope_tree, an_item_that_cannot_be_tied_is_reported) {
+TEST_F(scope_items, an_item_that_cannot_be_tied_is_reported) {
   driver.Start();
   driver.console->staticItem->bFailTag = true;
   EXPECT_NO_THROW(driver.snapIn->ScopeItems_Initialize(driver.console->staticItem));
   EXPECT_EQ(ErrorBox(), "The item cannot be tagged.");
 }
 
-TEST_F(scope_tree, initializing_again_keeps_the_root) {
+TEST_F(scope_items, initializing_again_keeps_the_root) {
   const auto root = Root();
   driver.snapIn->ScopeItems_Initialize(driver.console->staticItem);
   EXPECT_EQ(Root(), root);
 }
 
-TEST_F(scope_tree, expanding_without_servers_adds_nothing) {
+TEST_F(scope_items, expanding_without_servers_adds_nothing) {
   driver.Expand("");
   EXPECT_TRUE(driver.Children("").empty());
   ExpectNoBoxes();
 }
 
-TEST_F(scope_tree, servers_are_added_in_their_order_under_their_names) {
+TEST_F(scope_items, servers_are_added_in_their_order_under_their_names) {
   const auto second = AddServer("S2");
   const auto first = AddServer("S1");
   driver.Expand("");
@@ -74,7 +74,7 @@ TEST_F(scope_tree, servers_are_added_in_their_order_under_their_names) {
   EXPECT_EQ(driver.Item("S2")->Tag(), second);
 }
 
-TEST_F(scope_tree, two_servers_of_one_name_are_reported_and_the_earlier_items_stay) {
+TEST_F(scope_items, two_servers_of_one_name_are_reported_and_the_earlier_items_stay) {
   AddServer("S1");
   AddServer("S2")->Server("S1");
   driver.Expand("");
@@ -82,7 +82,7 @@ TEST_F(scope_tree, two_servers_of_one_name_are_reported_and_the_earlier_items_st
   EXPECT_EQ(ErrorBox(), "The item is already in the tree.");
 }
 
-TEST_F(scope_tree, a_server_is_connected_and_gets_its_two_folders) {
+TEST_F(scope_items, a_server_is_connected_and_gets_its_two_folders) {
   const auto server = AddServer("S1");
   driver.Expand("");
   driver.Expand("S1");
@@ -105,7 +105,7 @@ TEST_F(scope_tree, a_server_is_connected_and_gets_its_two_folders) {
   ExpectNameColumn("S1.Queries", "Queries");
 }
 
-TEST_F(scope_tree, a_connected_server_is_not_connected_again) {
+TEST_F(scope_items, a_connected_server_is_not_connected_again) {
   AddServer("S1")->Connect();
   driver.Expand("");
   driver.Expand("S1");
@@ -113,7 +113,7 @@ TEST_F(scope_tree, a_connected_server_is_not_connected_again) {
   EXPECT_EQ(driver.Children("S1"), (std::vector<Text>{"S1.Catalogs", "S1.Queries"}));
 }
 
-TEST_F(scope_tree, a_server_that_cannot_be_connected_shows_no_children_and_the_error) {
+TEST_F(scope_items, a_server_that_cannot_be_connected_shows_no_children_and_the_error) {
   const auto server = AddServer("nowhere");
   driver.Expand("");
   driver.Expand("nowhere");
@@ -123,7 +123,7 @@ TEST_F(scope_tree, a_server_that_cannot_be_connected_shows_no_children_and_the_e
   EXPECT_EQ(ErrorBox(), "The server \"nowhere\" is unknown; check its name.");
 }
 
-TEST_F(scope_tree, catalogs_become_items_and_nodes) {
+TEST_F(scope_items, catalogs_become_items_and_nodes) {
   const auto server = AddServer("S1");
   server->CatalogNodes()->Add("Gone");
   for (const char* sKey : {"", "S1", "S1.Catalogs"}) driver.Expand(sKey);
@@ -139,7 +139,7 @@ TEST_F(scope_tree, catalogs_become_items_and_nodes) {
   EXPECT_EQ(server->CatalogNodes()->Count(), 2);
 }
 
-TEST_F(scope_tree, a_known_catalog_keeps_its_node) {
+TEST_F(scope_items, a_known_catalog_keeps_its_node) {
   const auto server = AddServer("S1");
   const auto known = server->CatalogNodes()->Add("PLANT");
   for (const char* sKey : {"", "S1", "S1.Catalogs"}) driver.Expand(sKey);
@@ -147,7 +147,7 @@ TEST_F(scope_tree, a_known_catalog_keeps_its_node) {
   EXPECT_EQ(server->CatalogNodes()->Count(), 1);
 }
 
-TEST_F(scope_tree, a_server_without_catalogs_adds_nothing) {
+TEST_F(scope_items, a_server_without_catalogs_adds_nothing) {
   const auto server = AddServer("S2");
   for (const char* sKey : {"", "S2", "S2.Catalogs"}) driver.Expand(sKey);
   EXPECT_TRUE(driver.Children("S2.Catalogs").empty());
@@ -155,7 +155,7 @@ TEST_F(scope_tree, a_server_without_catalogs_adds_nothing) {
   ExpectNoBoxes();
 }
 
-TEST_F(scope_tree, catalogs_of_a_server_disconnected_meanwhile_are_reported) {
+TEST_F(scope_items, catalogs_of_a_server_disconnected_meanwhile_are_reported) {
   const auto server = AddServer("S1");
   driver.Expand("");
   driver.Expand("S1");
@@ -164,7 +164,7 @@ TEST_F(scope_tree, catalogs_of_a_server_disconnected_meanwhile_are_reported) {
   EXPECT_EQ(ErrorBox(), "The server is not connected; connect it first.");
 }
 
-TEST_F(scope_tree, a_refused_schema_rowset_is_reported) {
+TEST_F(scope_items, a_refused_schema_rowset_is_reported) {
   AddServer("S1");
   driver.historian->schemas[SchemaNumber::Catalogs] = [](auto) -> platform::RecordsetPtr {
     throw platform::Failure(3801, "You may not read the catalogs.");
@@ -173,7 +173,7 @@ TEST_F(scope_tree, a_refused_schema_rowset_is_reported) {
   EXPECT_EQ(ErrorBox(), "You may not read the catalogs.");
 }
 
-TEST_F(scope_tree, tables_become_items_and_nodes_with_limits_filter_and_columns) {
+TEST_F(scope_items, tables_become_items_and_nodes_with_limits_filter_and_columns) {
   Root()->MaxRows(11);
   Root()->QueryTimeout(22);
   const auto server = ExpandAll();
@@ -196,7 +196,7 @@ TEST_F(scope_tree, tables_become_items_and_nodes_with_limits_filter_and_columns)
   EXPECT_EQ(tables->Item("Data")->Query()->FilterCondition(), "Timestamp BETWEEN '*-1h' AND '*'");
 }
 
-TEST_F(scope_tree, a_known_table_keeps_its_limits_and_filter) {
+TEST_F(scope_items, a_known_table_keeps_its_limits_and_filter) {
   const auto catalog = AddServer("S1")->CatalogNodes()->Add("Plant");
   const auto known = catalog->TableNodes()->Add("Data");
   known->Query()->MaxRows(1);
@@ -210,7 +210,7 @@ TEST_F(scope_tree, a_known_table_keeps_its_limits_and_filter) {
   EXPECT_EQ(known->Query()->Columns().Count(), 1) << "its columns follow the server";
 }
 
-TEST_F(scope_tree, expanding_a_catalog_again_finds_the_same_table_nodes) {
+TEST_F(scope_items, expanding_a_catalog_again_finds_the_same_table_nodes) {
   const auto server = ExpandAll();
   const auto tables = server->CatalogNodes()->Item("Plant")->TableNodes();
   const auto pumps = Pumps();
@@ -222,7 +222,7 @@ TEST_F(scope_tree, expanding_a_catalog_again_finds_the_same_table_nodes) {
   ExpectNoBoxes();
 }
 
-TEST_F(scope_tree, a_table_whose_saved_columns_are_gone_is_reported_and_earlier_items_stay) {
+TEST_F(scope_items, a_table_whose_saved_columns_are_gone_is_reported_and_earlier_items_stay) {
   const auto tables = AddServer("S1")->CatalogNodes()->Add("Plant")->TableNodes();
   const auto known = tables->Add("Data");
   for (const char* sColumn : {"Gone", "Tag"}) known->Query()->Columns().Add(sColumn);
@@ -240,7 +240,7 @@ TEST_F(scope_tree, a_table_whose_saved_columns_are_gone_is_reported_and_earlier_
   ExpectNoBoxes();
 }
 
-TEST_F(scope_tree, a_table_whose_expansion_failed_half_way_is_told_of_once_in_each_view) {
+TEST_F(scope_items, a_table_whose_expansion_failed_half_way_is_told_of_once_in_each_view) {
   AddServer("S1");
   driver.historian->schemas[platform::SchemaNumber::Columns] = [](auto) -> platform::RecordsetPtr {
     throw platform::Failure(3801, "The rowset is refused.");
@@ -255,7 +255,7 @@ TEST_F(scope_tree, a_table_whose_expansion_failed_half_way_is_told_of_once_in_ea
   ErrorBox();
 }
 
-TEST_F(scope_tree, a_catalog_without_a_name_lists_no_tables_of_others) {
+TEST_F(scope_items, a_catalog_without_a_name_lists_no_tables_of_others) {
   const auto server = AddServer("S1");
   const auto catalog = server->CatalogNodes()->Add("");
   driver.historian->Server("S1")->catalogs.push_back({"", {{"Lost", {{"Tag"}}, {}}}});
@@ -266,7 +266,7 @@ TEST_F(scope_tree, a_catalog_without_a_name_lists_no_tables_of_others) {
   ExpectNoBoxes();
 }
 
-TEST_F(scope_tree, a_catalog_that_has_left_the_tree_is_reported) {
+TEST_F(scope_items, a_catalog_that_has_left_the_tree_is_reported) {
   auto server = AddServer("S1");
   for (const char* sKey : {"", "S1", "S1.Catalogs"}) driver.Expand(sKey);
   const auto item = driver.Item("S1.Catalogs.Plant");
@@ -279,7 +279,7 @@ TEST_F(scope_tree, a_catalog_that_has_left_the_tree_is_reported) {
   EXPECT_EQ(ErrorBox(), "The item is no longer in the tree; select another one.");
 }
 
-TEST_F(scope_tree, queries_become_items_with_name_and_sql) {
+TEST_F(scope_items, queries_become_items_with_name_and_sql) {
   const auto server = AddServer("S1");
   server->QueryNodes()->Add("v1.2", "SELECT 1");
   server->QueryNodes()->Add("a", "SELECT 2");
@@ -300,7 +300,7 @@ TEST_F(scope_tree, queries_become_items_with_name_and_sql) {
   EXPECT_EQ(item->ListSubItems().nClears, 1);
 }
 
-TEST_F(scope_tree, tables_queries_and_foreign_items_have_nothing_to_expand) {
+TEST_F(scope_items, tables_queries_and_foreign_items_have_nothing_to_expand) {
   ExpandAll();
   driver.Expand("S1.Catalogs.Plant.Pumps");
   driver.Expand("S1.Queries.Q1");
@@ -311,7 +311,7 @@ TEST_F(scope_tree, tables_queries_and_foreign_items_have_nothing_to_expand) {
   ExpectNoBoxes();
 }
 
-TEST_F(scope_tree, an_item_without_its_node_is_reported) {
+TEST_F(scope_items, an_item_without_its_node_is_reported) {
   EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(
       std::make_shared<fakes::FakeScopeItem>("Server", "x", "Lost")));
   EXPECT_EQ(ErrorBox(), "\"Lost\" stands for nothing any more; reload its server.");
@@ -321,7 +321,7 @@ TEST_F(scope_tree, an_item_without_its_node_is_reported) {
   EXPECT_EQ(ErrorBox(), "\"Wrong\" stands for something else; reload its server.");
 }
 
-TEST_F(scope_tree, expanding_without_a_root_is_reported) {
+TEST_F(scope_items, expanding_without_a_root_is_reported) {
   driver.Start();
   EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(driver.console->staticItem));
   EXPECT_EQ(ErrorBox(), "No servers are loaded; open a document or create a new one.");
