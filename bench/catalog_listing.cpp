@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "platform/conversions.h"
+#include "provider/engines/embedded/embedded_engine.h"
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian_provider.h"
 
@@ -56,8 +57,10 @@ class Folder {
 };
 
 std::unique_ptr<ado::Session> OpenSession(const std::filesystem::path& root) {
-  provider::HistorianProvider provider({root, std::make_shared<provider::engines::SqliteEngine>(),
-                                        [] { return platform::Timestamp(); }});
+  using namespace provider::engines;
+  provider::HistorianProvider provider(
+      {{std::make_shared<EmbeddedEngine>(EmbeddedPlace{root, std::make_shared<SqliteEngine>()})},
+       [] { return platform::Timestamp(); }});
   return provider.Open(ado::ConnectionSettings::Parse(""), "", {});
 }
 

@@ -60,7 +60,7 @@ double FirstStep() {
   return time;
 }
 
-void Run(provider::engines::EngineSession& session, std::shared_ptr<ado::Fetch> fetch) {
+void Run(provider::engines::FileSession& session, std::shared_ptr<ado::Fetch> fetch) {
   provider::engines::EngineStatement statement{kStatement, {}, {}};
   statement.rows = fetch;
   try {
@@ -71,7 +71,7 @@ void Run(provider::engines::EngineSession& session, std::shared_ptr<ado::Fetch> 
 }
 
 /// Until a handler has the first rows, with the ticks of a host's wait.
-double FirstRows(provider::engines::EngineSession& session) {
+double FirstRows(provider::engines::FileSession& session) {
   std::stop_source stop;
   double time = 0;
   const auto start = Clock::now();

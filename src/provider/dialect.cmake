@@ -45,5 +45,4 @@ list(APPEND PROVIDER_SOURCES
   session.cpp
   session_options.cpp
   shown_names.cpp
-  statement_log.cpp
-  statement_thread.cpp)
+  statement_log.cpp)

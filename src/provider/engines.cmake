@@ -1,6 +1,9 @@
 # The engines that the provider stands on.
 list(APPEND PROVIDER_SOURCES
+  engines/data_source.cpp
   engines/declared_types.cpp
+  engines/embedded/embedded_engine.cpp
+  engines/embedded/embedded_session.cpp
   engines/sqlite/sqlite_attachments.cpp
   engines/sqlite/sqlite_engine.cpp
   engines/sqlite/sqlite_errors.cpp
@@ -16,4 +19,5 @@ list(APPEND PROVIDER_SOURCES
   engines/sqlite/sqlite_session.cpp
   engines/sqlite/sqlite_statement.cpp
   engines/sqlite/sqlite_values.cpp
-  engines/sqlite/sqlite_watch.cpp)
+  engines/sqlite/sqlite_watch.cpp
+  engines/statement_thread.cpp)

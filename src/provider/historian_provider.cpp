@@ -1,6 +1,7 @@
 #include "provider/historian_provider.h"
 
 #include "platform/ado/extended_options.h"
+#include "provider/engines/embedded/embedded_engine.h"
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian/data_folder.h"
 
@@ -15,9 +16,11 @@ platform::Timestamp Now() {
 }  // namespace
 
 HistorianProvider::HistorianProvider()
-    : HistorianProvider(SessionPlace{historian::DefaultRoot(),
-                                     std::make_shared<engines::SqliteEngine>(), Now,
-                                     historian::KnownHistorians::OfUser()}) {}
+    : HistorianProvider(
+          SessionPlace{{std::make_shared<engines::EmbeddedEngine>(engines::EmbeddedPlace{
+                           historian::DefaultRoot(), std::make_shared<engines::SqliteEngine>(),
+                           historian::KnownHistorians::OfUser()})},
+                       Now}) {}
 
 HistorianProvider::HistorianProvider(SessionPlace place) : m_place(std::move(place)) {}
 
@@ -30,13 +33,17 @@ std::vector<ado::PropertyDescription> HistorianProvider::Properties() const {
 }
 
 std::vector<platform::Text> HistorianProvider::KnownServers() const {
-  return historian::KnownServers(m_place.root);
+  std::vector<platform::Text> servers;
+  for (auto engine = m_place.engines.rbegin(); engine != m_place.engines.rend(); ++engine) {
+    for (auto& sServer : (*engine)->KnownServers()) servers.push_back(std::move(sServer));
+  }
+  return servers;
 }
 
 std::unique_ptr<ado::Session> HistorianProvider::Open(const ado::ConnectionSettings& settings,
-                                                      const platform::Text& /*sPassword*/,
+                                                      const platform::Text& sPassword,
                                                       std::stop_token stop) {
-  return std::make_unique<HistorianSession>(m_place, settings, stop);
+  return std::make_unique<HistorianSession>(m_place, settings, sPassword, stop);
 }
 
 }  // namespace orvane::provider

@@ -16,7 +16,7 @@ class HistorianProvider : public ado::Provider {
 
   std::vector<ado::PropertyDescription> Properties() const override;
   std::vector<platform::Text> KnownServers() const override;
-  /// The embedded historian asks for no password: the rights on its folder decide.
+  /// The password goes on to the engine of the server, and nowhere else.
   std::unique_ptr<ado::Session> Open(const ado::ConnectionSettings& settings,
                                      const platform::Text& sPassword,
                                      std::stop_token stop) override;

@@ -3,19 +3,17 @@
 #include <algorithm>
 
 #include "platform/historian_names.h"
-#include "provider/historian/historian.h"
 
 namespace orvane::provider {
 
-using historian::CatalogRecord;
 using platform::Text;
 
 namespace {
 
 // What to do instead of changing the catalog; empty for one that can be changed.
-Text Advice(const CatalogRecord& record) {
-  if (!record.bOwn) return {};
-  return record.sName == platform::kSystemCatalog
+Text Advice(const engines::Catalog& catalog) {
+  if (!catalog.bSystem) return {};
+  return catalog.sName == platform::kSystemCatalog
              ? "the historian keeps it itself; use CREATE DATABASE and DROP DATABASE"
              : "it is there to be read; change a catalog of your own";
 }
@@ -23,18 +21,14 @@ Text Advice(const CatalogRecord& record) {
 }  // namespace
 
 std::optional<dialect::KnownCatalog> KnownSchema::FindCatalog(const Text& sName) {
-  for (const auto& record : m_records) {
-    if (m_names.IsKnownAs(record, sName)) {
-      return dialect::KnownCatalog{record.sName, Advice(record)};
-    }
-  }
-  return std::nullopt;
+  const auto* const catalog = m_names.Find(m_catalogs, sName);
+  if (catalog == nullptr) return std::nullopt;
+  return dialect::KnownCatalog{catalog->sName, Advice(*catalog)};
 }
 
 std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCatalog& catalog,
                                                           const Text& sTable) {
-  const auto tables = m_session.Schema(historian::EngineCatalog(Record(catalog.sName), true),
-                                       {sTable, true}, m_stop);
+  const auto tables = m_session.Schema(Catalog(catalog.sName), {sTable, true}, m_stop);
   if (tables.empty()) return std::nullopt;
   dialect::KnownTable known{
       tables.front().sName, {}, tables.front().bView, tables.front().sDefinition};
@@ -47,8 +41,8 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
   return known;
 }
 
-const CatalogRecord& KnownSchema::Record(const Text& sName) const {
-  return *std::ranges::find(m_records, sName, &CatalogRecord::sName);
+const engines::Catalog& KnownSchema::Catalog(const Text& sName) const {
+  return *std::ranges::find(m_catalogs, sName, &engines::Catalog::sName);
 }
 
 }  // namespace orvane::provider

@@ -1,4 +1,4 @@
-// The historian's catalogs and tables as the translator asks for them, one statement long.
+// A server's catalogs and tables as the translator asks for them, one statement long.
 // Made by the session; one thread at a time.
 #pragma once
 
@@ -7,7 +7,6 @@
 
 #include "provider/dialect/translator.h"
 #include "provider/engines/engine.h"
-#include "provider/historian/catalog_record.h"
 #include "provider/shown_names.h"
 
 namespace orvane::provider {
@@ -15,9 +14,9 @@ namespace orvane::provider {
 class KnownSchema final : public dialect::SchemaSource {
  public:
   /// The session reads the tables; it and the names must outlive this.
-  KnownSchema(std::vector<historian::CatalogRecord> records, engines::EngineSession& session,
+  KnownSchema(std::vector<engines::Catalog> catalogs, engines::EngineSession& session,
               const ShownNames& names, std::stop_token stop)
-      : m_records(std::move(records)),
+      : m_catalogs(std::move(catalogs)),
         m_session(session),
         m_names(names),
         m_stop(std::move(stop)) {}
@@ -26,10 +25,10 @@ class KnownSchema final : public dialect::SchemaSource {
   std::optional<dialect::KnownTable> FindTable(const dialect::KnownCatalog& catalog,
                                                const platform::Text& sTable) override;
   /// The catalog that was found under that name of its own.
-  const historian::CatalogRecord& Record(const platform::Text& sName) const;
+  const engines::Catalog& Catalog(const platform::Text& sName) const;
 
  private:
-  std::vector<historian::CatalogRecord> m_records;
+  std::vector<engines::Catalog> m_catalogs;
   engines::EngineSession& m_session;
   const ShownNames& m_names;
   std::stop_token m_stop;

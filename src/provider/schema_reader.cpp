@@ -7,7 +7,6 @@
 
 namespace orvane::provider {
 
-using historian::CatalogRecord;
 using platform::Failure;
 using platform::RecordsetPtr;
 using platform::Text;
@@ -68,31 +67,27 @@ RecordsetPtr SchemaReader::Open(platform::SchemaNumber schema,
     case platform::SchemaNumber::Indexes:
       return OpenIndexes(restrictions, reach);
     case platform::SchemaNumber::ProviderTypes:
-      return ProviderTypesRowset(restrictions.At(0), restrictions.At(1));
+      return ProviderTypesRowset(reach.session.Types(), restrictions.At(0), restrictions.At(1));
   }
   throw Failure(failure::kNotSupported, "The provider has no schema rowset of the number " +
                                             std::to_string(static_cast<int>(schema)) +
                                             "; ask for another one.");
 }
 
-std::vector<CatalogRecord> SchemaReader::Catalogs(const Value& vtCatalog,
-                                                  const SchemaReach& reach) const {
-  auto records = reach.historian.Catalogs(reach.stop);
-  if (vtCatalog.IsNull()) return records;
+std::vector<engines::Catalog> SchemaReader::Catalogs(const Value& vtCatalog,
+                                                     const SchemaReach& reach) const {
+  auto catalogs = reach.session.Catalogs(reach.stop);
+  if (vtCatalog.IsNull()) return catalogs;
   const Text sCatalog = platform::ToText(vtCatalog);
-  std::erase_if(records, [&](const auto& record) { return !m_names.IsKnownAs(record, sCatalog); });
-  if (records.empty()) {
-    throw Failure(failure::kInvalidArgument, "There is no catalog \"" + sCatalog +
-                                                 "\" on this server; reload the list of catalogs.");
-  }
-  return records;
+  if (const auto* const found = m_names.Find(catalogs, sCatalog)) return {*found};
+  throw Failure(failure::kInvalidArgument, "There is no catalog \"" + sCatalog +
+                                               "\" on this server; reload the list of catalogs.");
 }
 
-std::vector<engines::TableSchema> SchemaReader::Tables(const CatalogRecord& record,
+std::vector<engines::TableSchema> SchemaReader::Tables(const engines::Catalog& catalog,
                                                        const Value& vtTable,
                                                        const SchemaReach& reach,
                                                        platform::Boolean bIndexes) const {
-  const auto catalog = historian::EngineCatalog(record, true);
   const auto read = [&](std::optional<Text> sName) {
     return reach.session.Schema(catalog, {std::move(sName), true, bIndexes}, reach.stop);
   };
@@ -107,12 +102,12 @@ std::vector<engines::TableSchema> SchemaReader::Tables(const CatalogRecord& reco
 
 RecordsetPtr SchemaReader::OpenCatalogs(const Restrictions& restrictions,
                                         const SchemaReach& reach) {
+  const auto all = reach.session.Catalogs(reach.stop);
   std::vector<ShownCatalog> catalogs;
-  for (const auto& record : reach.historian.Catalogs(reach.stop)) {
-    if (restrictions.At(0).IsNull() ||
-        m_names.IsKnownAs(record, platform::ToText(restrictions.At(0)))) {
-      catalogs.push_back(m_names.Catalog(record));
-    }
+  if (const Value vtName = restrictions.At(0); vtName.IsNull()) {
+    for (const auto& catalog : all) catalogs.push_back(m_names.Catalog(catalog));
+  } else if (const auto* const found = m_names.Find(all, platform::ToText(vtName))) {
+    catalogs.push_back(m_names.Catalog(*found));
   }
   return CatalogsRowset(catalogs);
 }
@@ -121,18 +116,12 @@ RecordsetPtr SchemaReader::OpenTables(const Restrictions& restrictions, const Sc
   TablesRowset rowset;
   if (!restrictions.AllowsSchema()) return rowset.Finish();
   const bool bWholeCatalog = !restrictions.At(0).IsNull() && restrictions.At(2).IsNull();
-  for (const auto& record : Catalogs(restrictions.At(0), reach)) {
-    const ShownCatalog shown = m_names.Catalog(record);
-    std::vector<engines::TableSchema> tables;
+  for (const auto& catalog : Catalogs(restrictions.At(0), reach)) {
+    const ShownCatalog shown = m_names.Catalog(catalog);
+    auto tables = Tables(catalog, restrictions.At(2), reach);
     if (bWholeCatalog) {
-      // A session on the catalog itself needs fewer statements than one that reaches for it.
-      const auto catalog = historian::EngineCatalog(record, true);
-      tables = m_place.engine->Open(catalog, reach.stop)
-                   ->Schema(catalog, {std::nullopt, true}, reach.stop);
       m_listing = std::make_unique<Listing>(
           Listing{platform::ToText(restrictions.At(0)), shown, m_place.clock()});
-    } else {
-      tables = Tables(record, restrictions.At(2), reach);
     }
     for (auto& table : tables) {
       const Text sShown = m_names.Table(table.sName);
@@ -169,9 +158,9 @@ RecordsetPtr SchemaReader::OpenColumns(const Restrictions& restrictions, const S
     }
   }
   m_listing.reset();
-  for (const auto& record : Catalogs(restrictions.At(0), reach)) {
-    for (const auto& table : Tables(record, restrictions.At(2), reach)) {
-      rowset.Append(m_names.Catalog(record), m_names.Table(table.sName), table, column);
+  for (const auto& catalog : Catalogs(restrictions.At(0), reach)) {
+    for (const auto& table : Tables(catalog, restrictions.At(2), reach)) {
+      rowset.Append(m_names.Catalog(catalog), m_names.Table(table.sName), table, column);
     }
   }
   return rowset.Finish();
@@ -181,9 +170,9 @@ RecordsetPtr SchemaReader::OpenPrimaryKeys(const Restrictions& restrictions,
                                            const SchemaReach& reach) {
   PrimaryKeysRowset rowset;
   if (!restrictions.AllowsSchema()) return rowset.Finish();
-  for (const auto& record : Catalogs(restrictions.At(0), reach)) {
-    for (const auto& table : Tables(record, restrictions.At(2), reach)) {
-      rowset.Append(m_names.Catalog(record), m_names.Table(table.sName), table);
+  for (const auto& catalog : Catalogs(restrictions.At(0), reach)) {
+    for (const auto& table : Tables(catalog, restrictions.At(2), reach)) {
+      rowset.Append(m_names.Catalog(catalog), m_names.Table(table.sName), table);
     }
   }
   return rowset.Finish();
@@ -194,11 +183,11 @@ RecordsetPtr SchemaReader::OpenIndexes(const Restrictions& restrictions, const S
   if (!restrictions.AllowsSchema()) return rowset.Finish();
   const Value vtType = restrictions.At(3);
   if (!vtType.IsNull() && platform::ToLong(vtType) != kBalancedTree) return rowset.Finish();
-  for (const auto& record : Catalogs(restrictions.At(0), reach)) {
-    for (const auto& table : Tables(record, restrictions.At(4), reach, true)) {
+  for (const auto& catalog : Catalogs(restrictions.At(0), reach)) {
+    for (const auto& table : Tables(catalog, restrictions.At(4), reach, true)) {
       for (const auto& index : table.indexes) {
         if (!restrictions.AllowsText(2, index.sName)) continue;
-        rowset.Append(m_names.Catalog(record), m_names.Table(table.sName), index);
+        rowset.Append(m_names.Catalog(catalog), m_names.Table(table.sName), index);
       }
     }
   }

@@ -1,4 +1,4 @@
-// Answers a connection's requests for schema rowsets from what the historian and the engine tell.
+// Answers a connection's requests for schema rowsets from what its engine tells.
 // The columns of a catalog's tables are read together with the list of its tables: whoever lists
 // tables asks for the columns of each next. Used by a session; one thread at a time.
 #pragma once
@@ -8,7 +8,6 @@
 #include <stop_token>
 
 #include "provider/engines/engine.h"
-#include "provider/historian/historian.h"
 #include "provider/session_place.h"
 #include "provider/shown_names.h"
 
@@ -16,7 +15,6 @@ namespace orvane::provider {
 
 /// What one request is answered from.
 struct SchemaReach {
-  historian::Historian& historian;
   engines::EngineSession& session;
   std::stop_token stop;
 };
@@ -42,9 +40,9 @@ class SchemaReader {
 
   // The listing when it answers for that catalog and is not too old, otherwise null.
   Listing* ListingOf(const platform::Text& sCatalog);
-  std::vector<historian::CatalogRecord> Catalogs(const platform::Value& vtCatalog,
-                                                 const SchemaReach& reach) const;
-  std::vector<engines::TableSchema> Tables(const historian::CatalogRecord& record,
+  std::vector<engines::Catalog> Catalogs(const platform::Value& vtCatalog,
+                                         const SchemaReach& reach) const;
+  std::vector<engines::TableSchema> Tables(const engines::Catalog& catalog,
                                            const platform::Value& vtTable, const SchemaReach& reach,
                                            platform::Boolean bIndexes = false) const;
 

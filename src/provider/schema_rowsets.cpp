@@ -56,39 +56,6 @@ Value NumericPrecision(DataType type) {
   return Null();
 }
 
-struct ProviderType {
-  const char* sName;
-  DataType type;
-  platform::Long lSize;
-  const char* sPrefix;
-  const char* sSuffix;
-  const char* sParameters;
-  bool bBestMatch;
-};
-
-// The first row of a type is the one that a table is best declared with.
-constexpr ProviderType kTypes[] = {
-    {"INT", DataType::Integer, 10, nullptr, nullptr, nullptr, true},
-    {"SMALLINT", DataType::Integer, 10, nullptr, nullptr, nullptr, false},
-    {"DOUBLE", DataType::Double, 15, nullptr, nullptr, nullptr, true},
-    {"REAL", DataType::Double, 15, nullptr, nullptr, nullptr, false},
-    {"FLOAT", DataType::Double, 15, nullptr, nullptr, nullptr, false},
-    {"BOOLEAN", DataType::Boolean, 1, nullptr, nullptr, nullptr, true},
-    {"BIGINT", DataType::BigInt, 19, nullptr, nullptr, nullptr, true},
-    {"INTEGER", DataType::BigInt, 19, nullptr, nullptr, nullptr, false},
-    {"GUID", DataType::Guid, 38, "'", "'", nullptr, true},
-    {"BLOB", DataType::Binary, 1'000'000'000, "x'", "'", nullptr, true},
-    {"TEXT", DataType::WChar, 1'000'000'000, "'", "'", nullptr, true},
-    {"VARCHAR", DataType::WChar, 1'000'000'000, "'", "'", "length", false},
-    {"NUMERIC", DataType::Numeric, 38, nullptr, nullptr, "precision,scale", true},
-    {"DATE", DataType::DBDate, 10, "'", "'", nullptr, true},
-    {"TIME", DataType::DBTime, 15, "'", "'", nullptr, true},
-    {"TIMESTAMP", DataType::DBTimeStamp, 26, "'", "'", nullptr, true},
-    {"DATETIME", DataType::DBTimeStamp, 26, "'", "'", nullptr, false},
-    // A column that was declared without a type takes values of every kind.
-    {"ANY", DataType::Empty, 1'000'000'000, nullptr, nullptr, nullptr, true},
-};
-
 }  // namespace
 
 platform::RecordsetPtr CatalogsRowset(std::span<const ShownCatalog> catalogs) {
@@ -251,7 +218,8 @@ void IndexesRowset::Append(const ShownCatalog& catalog, const Text& sShownTable,
   }
 }
 
-platform::RecordsetPtr ProviderTypesRowset(const Value& vtType, const Value& vtBestMatch) {
+platform::RecordsetPtr ProviderTypesRowset(std::span<const engines::TypeSchema> types,
+                                           const Value& vtType, const Value& vtBestMatch) {
   ado::RecordsetBuilder builder({{"TYPE_NAME", DataType::WChar, false},
                                  {"DATA_TYPE", DataType::Integer, false},
                                  {"COLUMN_SIZE", DataType::Integer, true},
@@ -276,7 +244,7 @@ platform::RecordsetPtr ProviderTypesRowset(const Value& vtType, const Value& vtB
   const auto text = [](const char* sText) { return sText != nullptr ? Value(sText) : Value(); };
   // Searchable in every comparison.
   constexpr platform::Long kSearchable = 4;
-  for (const auto& type : kTypes) {
+  for (const auto& type : types) {
     if (!vtType.IsNull() && platform::ToLong(vtType) != Number(type.type)) continue;
     if (!vtBestMatch.IsNull() && platform::ToBoolean(vtBestMatch) != type.bBestMatch) continue;
     const bool bNumber = type.type == DataType::Integer || type.type == DataType::BigInt ||

@@ -1,5 +1,5 @@
 // The six schema rowsets with the field names that data access publishes for them.
-// Rows are made here from what the historian and the engine tell; used by the session.
+// Rows are made here from what the engine tells; used by the session.
 #pragma once
 
 #include <span>
@@ -78,9 +78,10 @@ class IndexesRowset {
   ado::RecordsetBuilder m_builder;
 };
 
-/// TYPE_NAME, DATA_TYPE, BEST_MATCH and the usual further fields. Each type that a column can
-/// have is the best match of exactly one row. Null restrictions are unset.
-platform::RecordsetPtr ProviderTypesRowset(const platform::Value& vtType,
+/// TYPE_NAME, DATA_TYPE, BEST_MATCH and the usual further fields, a row for each of the types. Null
+/// restrictions are unset.
+platform::RecordsetPtr ProviderTypesRowset(std::span<const engines::TypeSchema> types,
+                                           const platform::Value& vtType,
                                            const platform::Value& vtBestMatch);
 
 }  // namespace orvane::provider

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 
+#include "ado/connection_properties.h"
 #include "ado/out_of_memory.h"
 #include "ado/recordset_builder.h"
 #include "ado/row_collector.h"
 #include "platform/failure.h"
 #include "provider/dialect/statement_parameters.h"
-#include "provider/historian/data_folder.h"
+#include "provider/engines/data_source.h"
 #include "provider/known_schema.h"
 #include "provider/result_times.h"
-#include "provider/statement_thread.h"
 
 namespace orvane::provider {
 
@@ -31,27 +31,33 @@ auto HistorianSession::Logged(Call&& call) {
 }
 
 HistorianSession::HistorianSession(SessionPlace place, const ado::ConnectionSettings& settings,
-                                   std::stop_token stop)
+                                   const Text& sPassword, std::stop_token stop)
     : m_place(std::move(place)) {
   m_options.SetAll(settings);
   m_log.Open(m_options.LogFile(), m_options.LogLevel());
   Logged([&] {
-    const Text sServer =
-        historian::ServerFromDataSource(settings.Find(platform::kDataSource).value_or(Text()));
-    m_log.Statement("open " + sServer);
-    m_historian = std::make_unique<historian::Historian>(m_place.root, sServer, *m_place.engine,
-                                                         stop, m_place.known);
-    m_session = m_place.engine->Open({}, stop);
+    const engines::Logon logon{settings.Find(platform::kDataSource).value_or(Text()),
+                               settings.Find(ado::ConnectionProperties::kUserId).value_or(Text())};
+    engines::RefusePassword(logon.sDataSource);
+    m_log.Statement("open " + logon.sDataSource);
+    m_session = EngineOf(logon.sDataSource).Open(logon, sPassword, std::move(stop));
   });
 }
 
 HistorianSession::~HistorianSession() = default;
 
-historian::Historian& HistorianSession::Opened() {
-  if (m_historian == nullptr) {
+engines::Engine& HistorianSession::EngineOf(const Text& sDataSource) const {
+  for (const auto& engine : m_place.engines) {
+    if (engine->Serves(sDataSource)) return *engine;
+  }
+  return *m_place.engines.back();
+}
+
+engines::EngineSession& HistorianSession::Opened() {
+  if (m_session == nullptr) {
     throw Failure(failure::kObjectClosed, "The connection is closed; connect again.");
   }
-  return *m_historian;
+  return *m_session;
 }
 
 ado::StatementResult HistorianSession::Execute(const ado::Statement& statement,
@@ -92,7 +98,7 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
                                                      const Deadline& deadline,
                                                      dialect::StatementWork& work,
                                                      const std::stop_token& stop) {
-  KnownSchema schema(Opened().Catalogs(stop), *m_session, m_names, stop);
+  KnownSchema schema(Opened().Catalogs(stop), Opened(), m_names, stop);
   auto translation = dialect::Translate(statement.sText, std::move(tokens), schema,
                                         {m_options.TimeZone(), m_place.clock(),
                                          m_options.IdentifierPrefixes(), m_options.TimeAsDouble()},
@@ -103,12 +109,18 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
                   "parameters; write \"?\" for them.",
                   "ORVOLEDB", 0, statement.sText);
   }
+  if (!translation.functions.empty() && !Opened().Can().bStatementFunctions) {
+    throw Failure(failure::kNotSupported,
+                  "This server cannot read times while a statement runs: compare the column with a "
+                  "time that is written out, such as '*-1h', or with a parameter.",
+                  "ORVOLEDB", 0, statement.sText);
+  }
   deadline.Check();
   m_log.Detail(translation.sSql);
   engines::EngineStatement toRun;
   for (const auto& sCatalog : translation.catalogs) {
-    const bool bReadOnly = statement.bReadOnly || translation.changedCatalog != sCatalog;
-    toRun.catalogs.push_back(historian::EngineCatalog(schema.Record(sCatalog), bReadOnly));
+    toRun.catalogs.push_back(schema.Catalog(sCatalog));
+    toRun.catalogs.back().bReadOnly = statement.bReadOnly || translation.changedCatalog != sCatalog;
   }
   toRun.sSql = std::move(translation.sSql);
   toRun.parameters = std::move(translation.parameters);
@@ -124,37 +136,28 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   toRun.rows = std::make_shared<ShownTimes>(
       statement.rows ? statement.rows : held, std::move(translation.columns),
       TimeDisplay{m_options.TimeAsDouble(), m_options.TimeZone()});
-  auto result = RunPatiently(m_session, std::move(toRun), stop, m_place.patience);
-  if (!result) {
-    // What was left to end by itself keeps the session that it runs on.
-    m_session = m_place.engine->Open({}, {});
-    throw Failure(failure::kCancelled, "The statement was cancelled.");
-  }
-  return {held ? held->Recordset() : nullptr, result->lRecordsAffected};
+  const auto result = Opened().Run(toRun, stop);
+  return {held ? held->Recordset() : nullptr, result.lRecordsAffected};
 }
 
 void HistorianSession::RunCatalogStatement(const dialect::CatalogStatement& statement,
                                            const std::stop_token& stop) {
   if (const auto* const create = std::get_if<dialect::CreateDatabase>(&statement)) {
     // Not without a prefix: the catalog would have another name than the one that was typed.
-    Opened().CreateCatalog(create->sName, create->sPath, create->llKilobytes, stop);
+    Opened().CreateCatalog({create->sName, create->sPath, create->llKilobytes}, stop);
     return;
   }
   const Text& sName = std::get<dialect::DropDatabase>(statement).sName;
-  for (const auto& record : Opened().Catalogs(stop)) {
-    if (m_names.IsKnownAs(record, sName)) {
-      Opened().DropCatalog(record.sName, stop);
-      return;
-    }
-  }
-  Opened().DropCatalog(sName, stop);
+  const auto catalogs = Opened().Catalogs(stop);
+  const auto* const found = m_names.Find(catalogs, sName);
+  Opened().DropCatalog(found == nullptr ? sName : found->sName, stop);
 }
 
 RecordsetPtr HistorianSession::OpenSchema(platform::SchemaNumber schema,
                                           std::span<const Value> vtRestrictions,
                                           std::stop_token stop) {
   return Logged([&] {
-    const SchemaReach reach{Opened(), *m_session, std::move(stop)};
+    const SchemaReach reach{Opened(), std::move(stop)};
     m_log.Detail("schema rowset " + std::to_string(static_cast<int>(schema)));
     return m_schemas.Open(schema, vtRestrictions, reach);
   });
@@ -174,10 +177,10 @@ void HistorianSession::PropertyValue(const Text& sName, const Value& vtValue) {
 
 void HistorianSession::Close() {
   m_schemas.Forget();
-  if (m_historian == nullptr) return;
+  if (m_session == nullptr) return;
   m_log.Statement("close");
+  m_session->Close();
   m_session.reset();
-  m_historian.reset();
 }
 
 }  // namespace orvane::provider

@@ -1,5 +1,5 @@
-// One open connection to an embedded historian: statements through the dialect to the engine,
-// schema rowsets, and the extended options.
+// One open connection to a historian: statements through the dialect to its engine, schema rowsets,
+// and the extended options. Which engine it is makes no difference here.
 // Driven by the connection layer; calls come one at a time, from changing threads.
 #pragma once
 
@@ -8,7 +8,6 @@
 #include "ado/provider.h"
 #include "provider/deadline.h"
 #include "provider/dialect/catalog_statement.h"
-#include "provider/historian/historian.h"
 #include "provider/schema_reader.h"
 #include "provider/session_options.h"
 #include "provider/session_place.h"
@@ -19,9 +18,9 @@ namespace orvane::provider {
 
 class HistorianSession final : public ado::Session {
  public:
-  /// Opens the historian that the settings name as "Data Source".
+  /// Opens the historian that the settings name as "Data Source", for the user that they name.
   HistorianSession(SessionPlace place, const ado::ConnectionSettings& settings,
-                   std::stop_token stop);
+                   const platform::Text& sPassword, std::stop_token stop);
   ~HistorianSession() override;
 
   ado::StatementResult Execute(const ado::Statement& statement, std::stop_token stop) override;
@@ -35,7 +34,8 @@ class HistorianSession final : public ado::Session {
  private:
   template <class Call>
   auto Logged(Call&& call);
-  historian::Historian& Opened();
+  engines::Engine& EngineOf(const platform::Text& sDataSource) const;
+  engines::EngineSession& Opened();
 
   // The stop is that of the deadline.
   ado::StatementResult Run(const ado::Statement& statement, const Deadline& deadline,
@@ -52,8 +52,7 @@ class HistorianSession final : public ado::Session {
   ShownNames m_names{m_options};
   SchemaReader m_schemas{m_place, m_options, m_names};
   StatementLog m_log;
-  std::unique_ptr<historian::Historian> m_historian;  ///< null when closed
-  std::shared_ptr<engines::EngineSession> m_session;  ///< runs the statements
+  std::unique_ptr<engines::EngineSession> m_session;  ///< null when closed
 };
 
 }  // namespace orvane::provider

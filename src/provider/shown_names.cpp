@@ -1,31 +1,46 @@
 #include "provider/shown_names.h"
 
+#include <algorithm>
+
 #include "provider/dialect/translator.h"
+#include "provider/engines/same_catalog.h"
 
 namespace orvane::provider {
 
-using historian::CatalogRecord;
 using platform::Text;
 
-ShownCatalog ShownNames::Catalog(const CatalogRecord& record) const {
+ShownCatalog ShownNames::Catalog(const engines::Catalog& catalog) const {
   // The historian's own catalogs have no identity and keep their names, as do those whose record
   // another program has left without one: a catalog is never listed under nothing.
-  if (m_options.HistoriansByGuid() && !record.sIdentity.empty()) {
-    return {record.sIdentity, record.sName, false};
+  if (m_options.HistoriansByGuid() && !catalog.sIdentity.empty()) {
+    return {catalog.sIdentity, catalog.sName, false};
   }
-  return {Table(record.sName), record.sDescription, record.bOwn};
+  return {Table(catalog.sName), catalog.sDescription, catalog.bSystem};
 }
 
 Text ShownNames::Table(const Text& sTable) const {
   return m_options.IdentifierPrefixes() ? Text(dialect::kIdentifierPrefix) + sTable : sTable;
 }
 
-bool ShownNames::IsKnownAs(const CatalogRecord& record, const Text& sName) const {
-  if (historian::IsSameCatalog(record.sName, sName)) return true;
+bool ShownNames::IsKnownAs(const engines::Catalog& catalog, const Text& sName) const {
+  if (engines::IsSameCatalog(catalog.sName, sName)) return true;
   const Text sPlain = Plain(sName);
-  if (historian::IsSameCatalog(record.sName, sPlain)) return true;
-  return m_options.HistoriansByGuid() && !record.sIdentity.empty() &&
-         historian::IsSameCatalog(record.sIdentity, sPlain);
+  if (engines::IsSameCatalog(catalog.sName, sPlain)) return true;
+  return m_options.HistoriansByGuid() && !catalog.sIdentity.empty() &&
+         engines::IsSameCatalog(catalog.sIdentity, sPlain);
+}
+
+const engines::Catalog* ShownNames::Find(std::span<const engines::Catalog> catalogs,
+                                         const Text& sName) const {
+  const Text sPlain = Plain(sName);
+  auto found = std::ranges::find_if(catalogs, [&](const engines::Catalog& catalog) {
+    return catalog.sName == sName || catalog.sName == sPlain;
+  });
+  if (found == catalogs.end()) {
+    found = std::ranges::find_if(catalogs,
+                                 [&](const auto& catalog) { return IsKnownAs(catalog, sName); });
+  }
+  return found == catalogs.end() ? nullptr : &*found;
 }
 
 Text ShownNames::Plain(const Text& sName) const {

@@ -2,7 +2,7 @@
 // Used by a session; one thread at a time.
 #pragma once
 
-#include "provider/historian/catalog_record.h"
+#include "provider/engines/engine.h"
 #include "provider/schema_rowsets.h"
 #include "provider/session_options.h"
 
@@ -13,14 +13,18 @@ class ShownNames {
   /// The options may change; they must outlive this.
   explicit ShownNames(const SessionOptions& options) : m_options(options) {}
 
-  ShownCatalog Catalog(const historian::CatalogRecord& record) const;
+  ShownCatalog Catalog(const engines::Catalog& catalog) const;
   platform::Text Table(const platform::Text& sTable) const;
-  /// Whether the catalog is meant by the name.
-  bool IsKnownAs(const historian::CatalogRecord& record, const platform::Text& sName) const;
+  /// The catalog that is meant by the name, null for none. Of several whose names differ in their
+  /// case alone it is the one that is written so, else the first.
+  const engines::Catalog* Find(std::span<const engines::Catalog> catalogs,
+                               const platform::Text& sName) const;
   /// The name without the prefix that the option "Identifier Prefixes" lets stand before it.
   platform::Text Plain(const platform::Text& sName) const;
 
  private:
+  bool IsKnownAs(const engines::Catalog& catalog, const platform::Text& sName) const;
+
   const SessionOptions& m_options;
 };
 

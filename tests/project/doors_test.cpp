@@ -177,6 +177,25 @@ TEST(DoorsTest, databases_stay_in_the_provider_and_toolkits_in_the_windows) {
   }
 }
 
+TEST(DoorsTest, nothing_above_the_seam_of_engines_knows_which_engine_it_is) {
+  const std::regex kOfOneEngine("provider/(historian|engines/[a-z]+)/.*");
+  const auto isAbove = [](const fs::path& file) {
+    const auto folder = file.parent_path();
+    return folder == "provider" || folder == "provider/dialect";
+  };
+  int nAbove = 0;
+  for (const auto& include : ReadIncludes(ReadDoors())) {
+    const auto file = fs::relative(include.file, Root() / "src");
+    // The provider makes the engines.
+    if (!isAbove(file) || file == "provider/historian_provider.cpp") continue;
+    ++nAbove;
+    EXPECT_FALSE(std::regex_match(include.sHeader, kOfOneEngine))
+        << Said(include.file) << " includes " << include.sHeader;
+    EXPECT_NE(BoughtDoor(include.sHeader), "sqlite") << Said(include.file);
+  }
+  EXPECT_GT(nAbove, 100);
+}
+
 TEST(DoorsTest, every_include_goes_through_an_open_door) {
   const auto doors = ReadDoors();
   const auto includes = ReadIncludes(doors);

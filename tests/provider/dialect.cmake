@@ -44,13 +44,13 @@ orvane_test(session
     session_options_test.cpp
     session_catalogs_test.cpp
     session_ending_test.cpp
+    session_engine_test.cpp
     session_batch_test.cpp
     session_parameters_test.cpp
     session_rows_test.cpp
     session_test.cpp
     session_times_test.cpp
-    statement_log_test.cpp
-    statement_thread_test.cpp)
+    statement_log_test.cpp)
 
 orvane_test(provider_component
   LINK orvane_provider ${CMAKE_DL_LIBS}

@@ -17,4 +17,5 @@ orvane_test(engines
     engines/sqlite_rows_test.cpp
     engines/sqlite_schema_test.cpp
     engines/sqlite_session_test.cpp
-    engines/sqlite_transaction_test.cpp)
+    engines/sqlite_transaction_test.cpp
+    engines/statement_thread_test.cpp)

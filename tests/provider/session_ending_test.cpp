@@ -1,9 +1,9 @@
 // How a statement ends before its own end, and what it leaves then.
 #include <sqlite3.h>
 
-#include <semaphore>
 #include <thread>
 
+#include "tests/fakes/gate.h"
 #include "tests/provider/engines/database_folder.h"
 #include "tests/provider/session_fixture.h"
 
@@ -14,10 +14,7 @@ class session_ending : public SessionFixture {
  protected:
   // Plant1 with "called()", which does what is given; the engine waits an hour for locks.
   std::unique_ptr<ado::Session> OpenPlantWith(std::chrono::milliseconds patience) {
-    SessionPlace place = PlaceAt(m_root.Path());
-    place.engine = std::make_shared<engines::SqliteEngine>(std::chrono::hours(1));
-    place.patience = patience;
-    auto opened = OpenAt(place);
+    auto opened = OpenAt(PlaceAt(m_root.Path(), std::chrono::hours(1), patience));
     FillPlant(*opened);
     return opened;
   }
@@ -30,8 +27,7 @@ class session_ending : public SessionFixture {
 };
 
 TEST_F(session_ending, ends_a_wait_for_the_historian_at_the_time_out) {
-  SessionPlace place = PlaceAt(m_root.Path());
-  place.engine = std::make_shared<engines::SqliteEngine>(std::chrono::hours(1));
+  const SessionPlace place = PlaceAt(m_root.Path(), std::chrono::hours(1));
   const auto opened = HistorianProvider(place).Open(ado::ConnectionSettings::Parse(""), "", {});
   sqlite3* stranger = nullptr;
   ASSERT_EQ(sqlite3_open((m_root.Historian() / "Orvane.db").c_str(), &stranger), SQLITE_OK);
@@ -95,30 +91,30 @@ TEST_F(session_ending, ends_the_wait_for_a_catalog_that_is_read_at_the_time_out)
 
 // One function of the engine hears nothing before its end.
 TEST_F(session_ending, leaves_a_statement_to_itself_that_does_not_hear_its_stop) {
-  std::binary_semaphore left(0);
-  const tests::SqlCall call([&] {
+  const auto left = std::make_shared<fakes::Gate>();
+  const tests::SqlCall call([this, left] {
     m_stop.request_stop();
-    left.acquire();
+    left->Wait();
   });
   const auto opened = OpenPlantWith(std::chrono::milliseconds(0));
   EXPECT_EQ(Ending(*opened, "DELETE FROM Plant1..Data WHERE Timestamp = '*' AND called() = 1"),
             "3712: The statement was cancelled.");
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data"), "24\n");
-  left.release();
+  left->Open();
   // Waits for the one that was left, which has the catalog until its end.
   Run(*opened, "INSERT INTO Plant1..Tags (Tag) VALUES ('a')");
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data"), "24\n");
 }
 
 TEST_F(session_ending, leaves_a_statement_to_itself_that_does_not_hear_its_time_out) {
-  std::binary_semaphore left(0);
-  const tests::SqlCall call([&] { left.acquire(); });
+  const auto left = std::make_shared<fakes::Gate>();
+  const tests::SqlCall call([left] { left->Wait(); });
   const auto opened = OpenPlantWith(std::chrono::milliseconds(0));
   EXPECT_EQ(
       Ending(*opened, "INSERT INTO Plant1..Tags (Tag) VALUES (called())", std::chrono::seconds(1))
           .substr(0, 4),
       "3804");
-  left.release();
+  left->Open();
   Run(*opened, "INSERT INTO Plant1..Tags (Tag) VALUES ('a')");
   EXPECT_EQ(Select(*opened, "SELECT Tag FROM Plant1..Tags"), "a\n");
 }

@@ -1,9 +1,9 @@
 // Rows of a statement that is stopped: what came is kept, however the stop finds it.
 #include <random>
-#include <semaphore>
 #include <thread>
 
 #include "ado/fetch.h"
+#include "tests/fakes/gate.h"
 #include "tests/provider/engines/database_folder.h"
 #include "tests/provider/session_fixture.h"
 
@@ -17,9 +17,7 @@ class session_rows : public SessionFixture {
  protected:
   std::unique_ptr<ado::Session> OpenWith(std::chrono::milliseconds patience,
                                          const Text& sOptions = {}) {
-    SessionPlace place = PlaceAt(m_root.Path());
-    place.patience = patience;
-    auto opened = OpenAt(place, sOptions);
+    auto opened = OpenAt(PlaceAt(m_root.Path(), std::chrono::milliseconds(50), patience), sOptions);
     FillPlant(*opened);
     return opened;
   }
@@ -88,10 +86,10 @@ TEST_F(session_rows, are_kept_whenever_the_stop_comes) {
 
 // One function of the engine hears nothing before its end; the rows before it are there.
 TEST_F(session_rows, are_kept_of_a_statement_that_is_left_to_itself) {
-  std::binary_semaphore left(0);
-  const tests::SqlCall call([&] {
+  const auto left = std::make_shared<fakes::Gate>();
+  const tests::SqlCall call([this, left] {
     m_stop.request_stop();
-    left.acquire();
+    left->Wait();
   });
   const auto opened = OpenWith(std::chrono::milliseconds(0));
   const auto rs = Kept(*opened,
@@ -102,7 +100,7 @@ TEST_F(session_rows, are_kept_of_a_statement_that_is_left_to_itself) {
   const RowIndex count = rs->RecordCount();
   EXPECT_EQ(count, 896);
   EXPECT_EQ(rs->FetchRemark(), "Stopped after 896 rows.");
-  left.release();
+  left->Open();
   // It runs on where nobody looks, and is stopped there.
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data"), "24\n");
   EXPECT_EQ(rs->RecordCount(), count);

@@ -10,6 +10,7 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "provider/engines/embedded/embedded_engine.h"
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian_provider.h"
 
@@ -58,9 +59,14 @@ inline platform::Timestamp FixedNow() {
   return sys_days(year{2024} / 5 / 15) + hours(12);
 }
 
-// A place whose clock stands still and whose engine does not wait long for locks.
-inline SessionPlace PlaceAt(const std::filesystem::path& root) {
-  return {root, std::make_shared<engines::SqliteEngine>(std::chrono::milliseconds(50)), FixedNow};
+// A place whose clock stands still and whose engine, if not told otherwise, does not wait long for
+// locks.
+inline SessionPlace PlaceAt(const std::filesystem::path& root,
+                            std::chrono::milliseconds lockWait = std::chrono::milliseconds(50),
+                            std::chrono::milliseconds patience = std::chrono::milliseconds(1500)) {
+  return {{std::make_shared<engines::EmbeddedEngine>(engines::EmbeddedPlace{
+              root, std::make_shared<engines::SqliteEngine>(lockWait), {}, patience})},
+          FixedNow};
 }
 
 // "number: description" of the failure, or "no failure".

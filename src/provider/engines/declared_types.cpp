@@ -51,7 +51,34 @@ constexpr std::array<std::pair<std::string_view, DataType>, 37> kTypes = {{
     {"VARCHAR", DataType::WChar},
 }};
 
+// The first row of a type is the one that a table is best declared with.
+constexpr TypeSchema kDeclared[] = {
+    {"INT", DataType::Integer, 10, nullptr, nullptr, nullptr, true},
+    {"SMALLINT", DataType::Integer, 10, nullptr, nullptr, nullptr, false},
+    {"DOUBLE", DataType::Double, 15, nullptr, nullptr, nullptr, true},
+    {"REAL", DataType::Double, 15, nullptr, nullptr, nullptr, false},
+    {"FLOAT", DataType::Double, 15, nullptr, nullptr, nullptr, false},
+    {"BOOLEAN", DataType::Boolean, 1, nullptr, nullptr, nullptr, true},
+    {"BIGINT", DataType::BigInt, 19, nullptr, nullptr, nullptr, true},
+    {"INTEGER", DataType::BigInt, 19, nullptr, nullptr, nullptr, false},
+    {"GUID", DataType::Guid, 38, "'", "'", nullptr, true},
+    {"BLOB", DataType::Binary, 1'000'000'000, "x'", "'", nullptr, true},
+    {"TEXT", DataType::WChar, 1'000'000'000, "'", "'", nullptr, true},
+    {"VARCHAR", DataType::WChar, 1'000'000'000, "'", "'", "length", false},
+    {"NUMERIC", DataType::Numeric, 38, nullptr, nullptr, "precision,scale", true},
+    {"DATE", DataType::DBDate, 10, "'", "'", nullptr, true},
+    {"TIME", DataType::DBTime, 15, "'", "'", nullptr, true},
+    {"TIMESTAMP", DataType::DBTimeStamp, 26, "'", "'", nullptr, true},
+    {"DATETIME", DataType::DBTimeStamp, 26, "'", "'", nullptr, false},
+    // A column that was declared without a type takes values of every kind.
+    {"ANY", DataType::Empty, 1'000'000'000, nullptr, nullptr, nullptr, true},
+};
+
 }  // namespace
+
+std::span<const TypeSchema> DeclaredTypes() {
+  return kDeclared;
+}
 
 DataType TypeOfDeclaration(std::string_view sDeclaredType) {
   // One upper-case form: no length, single blanks.

@@ -3,9 +3,10 @@
 // functions, on any thread.
 #pragma once
 
+#include <span>
 #include <string_view>
 
-#include "platform/ado/recordset.h"
+#include "provider/engines/engine.h"
 
 namespace orvane::provider::engines {
 
@@ -13,5 +14,8 @@ namespace orvane::provider::engines {
 /// whatever length stands behind it in parentheses. Empty for no type and for names that mean
 /// nothing.
 platform::DataType TypeOfDeclaration(std::string_view sDeclaredType);
+
+/// The types to declare columns with, in their published order.
+std::span<const TypeSchema> DeclaredTypes();
 
 }  // namespace orvane::provider::engines

@@ -1,6 +1,8 @@
-// What an engine is to the provider: open, run, schema, cancel, close, in plain SQL with
-// parameters. It knows nothing of historian SQL. Calls of one session come one at a time, from
-// changing threads; a stop token cancels the call it was given to, from any thread.
+// What an engine is to the provider: it opens servers, whose catalogs it lists, makes, drops and
+// describes, and in which it runs plain SQL with parameters. It knows nothing of historian SQL, and
+// nothing above knows which engine it is: what one cannot do is asked of it.
+// Calls of one session come one at a time, from changing threads; a stop token cancels the call it
+// was given to, from any thread.
 #pragma once
 
 #include <cstddef>
@@ -19,12 +21,34 @@
 
 namespace orvane::provider::engines {
 
-/// A catalog as a statement reaches it: the name that qualifies its tables, and where it is.
+/// A catalog of a server. A statement is given those that it names as the session listed them.
 struct Catalog {
+  platform::Text sName;   ///< qualifies its tables
+  platform::Text sPlace;  ///< where it is, in the engine's own words; nobody else reads them
+  platform::Boolean bReadOnly = false;  ///< the statement only reads in it
+  std::int64_t llMaxKilobytes = 0;      ///< limit of its size; 0 is none
+  platform::Text sIdentity{};           ///< "{8-4-4-4-12}"; empty for one without
+  platform::Text sDescription{};
+  platform::Boolean bSystem = false;  ///< the server's own, in which statements only read
+};
+
+/// A catalog that is to be made.
+struct NewCatalog {
   platform::Text sName;
-  platform::Text sPlace;  ///< for an engine on files the file's path, otherwise unused
-  platform::Boolean bReadOnly = false;
-  std::int64_t llMaxKilobytes = 0;  ///< limit of the file's size; 0 is none
+  platform::Text sPath;          ///< where its data is to lie; empty is where the server likes
+  std::int64_t llKilobytes = 0;  ///< limit of its size; 0 is none
+};
+
+/// Who opens which server.
+struct Logon {
+  platform::Text sDataSource;  ///< as it was typed
+  platform::Text sUser;        ///< empty for whoever runs the program
+};
+
+/// What not every engine can do.
+struct Abilities {
+  /// Statements may call the functions that they bring along.
+  platform::Boolean bStatementFunctions = false;
 };
 
 /// A function of one value that a statement may call while it runs. The same value always gives
@@ -117,6 +141,17 @@ struct TableSchema {
   std::vector<IndexSchema> indexes{};  ///< in the order of their names; empty when not asked for
 };
 
+/// A type that columns can be declared with.
+struct TypeSchema {
+  const char* sName;
+  platform::DataType type;
+  platform::Long lSize;  ///< digits of a number, characters or bytes of the rest
+  const char* sPrefix;   ///< what stands around a value in a statement; null for nothing
+  const char* sSuffix;
+  const char* sParameters;       ///< what stands in parentheses behind the name; null for nothing
+  platform::Boolean bBestMatch;  ///< the one to declare a column of the type with
+};
+
 /// Which tables to describe.
 struct SchemaRequest {
   /// Only this one (or none) instead of all; ASCII letters without regard to case.
@@ -132,24 +167,39 @@ class EngineSession {
   EngineSession& operator=(const EngineSession&) = delete;
   virtual ~EngineSession() = default;
 
+  /// The same for as long as the session is open.
+  virtual Abilities Can() const = 0;
+  /// The types of columns in their published order. Each type that a column can have is the best
+  /// match of exactly one. They live as long as the program.
+  virtual std::span<const TypeSchema> Types() const = 0;
+
+  /// All catalogs, the server's own included, in the order of their case-folded names, ties by
+  /// bytes. In one statement.
+  virtual std::vector<Catalog> Catalogs(std::stop_token stop) = 0;
+  /// Makes a catalog with its first tables, all of it or nothing. Fails with kInvalidArgument for a
+  /// bad name, path or size, with kKeyExists, kNoRights or kStorage, and with kNotSupported for
+  /// what the server cannot be asked for.
+  virtual void CreateCatalog(const NewCatalog& catalog, std::stop_token stop) = 0;
+  /// Drops the catalog of that name. What fails or is stopped has changed nothing. Fails with
+  /// kInvalidArgument for one that is not there or is the server's own, and with kBusy while others
+  /// work in it.
+  virtual void DropCatalog(const platform::Text& sName, std::stop_token stop) = 0;
+
   /// Runs exactly one statement; a second one behind it fails with failure::kSqlError. Fails with
   /// kCancelled, kBusy and the other numbers of the database. A statement that fails has changed
   /// nothing; one whose stop was requested while it could still be taken back fails, and so does,
   /// with kConflict, one that would change another number of rows than it must. One that only
-  /// reads, but would change anything, fails with kWouldChange before it begins. Attaching,
-  /// transactions and settings of the database are refused with kNotSupported.
+  /// reads, but would change anything, fails with kWouldChange before it begins. Transactions,
+  /// settings of the database and what reaches beyond the catalogs of the statement are refused
+  /// with kNotSupported. A stop is answered within seconds, whatever the database is at.
   virtual EngineResult Run(const EngineStatement& statement, std::stop_token stop) = 0;
   /// Tables and views of a catalog in the order of their names, in one statement however many
   /// there are; where a view cannot be read, in one more and one for each view. Tables of the
   /// engine's own are left out.
   virtual std::vector<TableSchema> Schema(const Catalog& catalog, const SchemaRequest& request,
                                           std::stop_token stop) = 0;
-  /// Does the work, which calls Run on this session, in one transaction over the session's own
-  /// database and the catalogs: all of it is there afterwards, or, when the work or the end of
-  /// the transaction fails, nothing of it.
-  virtual void InTransaction(std::span<const Catalog> catalogs, const std::function<void()>& work,
-                             std::stop_token stop) = 0;
-  /// Ends the session; closing twice does nothing. Recordsets stay usable.
+  /// Ends the session; closing twice does nothing. Recordsets stay usable. Every other call but Can
+  /// and Types fails with kObjectClosed from then on.
   virtual void Close() = 0;
 };
 
@@ -160,9 +210,15 @@ class Engine {
   Engine& operator=(const Engine&) = delete;
   virtual ~Engine() = default;
 
-  /// Opens the database at the place. For an engine on files an empty place is a session without
-  /// a database of its own, which reaches the catalogs that its statements name.
-  virtual std::unique_ptr<EngineSession> Open(const Catalog& main, std::stop_token stop) = 0;
+  /// Whether a data source means a server of this engine, by its form alone.
+  virtual platform::Boolean Serves(const platform::Text& sDataSource) const = 0;
+  /// Servers known on this machine, to be offered at a logon; fails with nothing.
+  virtual std::vector<platform::Text> KnownServers() const = 0;
+  /// Opens the server. The password is the caller's, who overwrites it afterwards: an engine copies
+  /// it into nothing that outlives the call but what it overwrites itself. Fails with
+  /// kServerNotFound, kNoRights, kNotADatabase, kBusy, kStorage or kCancelled.
+  virtual std::unique_ptr<EngineSession> Open(const Logon& logon, const platform::Text& sPassword,
+                                              std::stop_token stop) = 0;
 };
 
 }  // namespace orvane::provider::engines

@@ -5,14 +5,11 @@
 #include "platform/case_folding.h"
 #include "platform/failure.h"
 #include "platform/historian_names.h"
+#include "provider/engines/same_catalog.h"
 
 namespace orvane::provider::historian {
 
 using platform::Text;
-
-bool IsSameCatalog(const Text& sLeft, const Text& sRight) {
-  return platform::FoldCase(sLeft) == platform::FoldCase(sRight);
-}
 
 void CheckCatalogName(const Text& sName) {
   const auto fail = [&](const char* sWhy) {
@@ -41,7 +38,7 @@ void CheckCatalogName(const Text& sName) {
   // The last two are the engine's.
   for (const char* const sOwn :
        {platform::kSystemCatalog, platform::kFunctionsCatalog, "main", "temp"}) {
-    if (IsSameCatalog(sName, sOwn)) fail("the historian uses this name itself");
+    if (engines::IsSameCatalog(sName, sOwn)) fail("the historian uses this name itself");
   }
 }
 

@@ -19,9 +19,6 @@ struct CatalogRecord {
   platform::Boolean bOwn = false;  ///< one of the historian's own, which statements only read
 };
 
-/// The name as the key of catalogs: case does not count, in any script.
-bool IsSameCatalog(const platform::Text& sLeft, const platform::Text& sRight);
-
 /// Fails with failure::kInvalidArgument when no catalog can be called so.
 void CheckCatalogName(const platform::Text& sName);
 

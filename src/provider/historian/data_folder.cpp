@@ -5,8 +5,8 @@
 #include "platform/case_folding.h"
 #include "platform/failure.h"
 #include "platform/historian_names.h"
-#include "platform/stored_secret.h"
 #include "platform/user_folders.h"
+#include "provider/engines/data_source.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -41,11 +41,7 @@ fs::path HistorianFolder(const fs::path& root, const Text& sServer) {
 
 Text ServerFromDataSource(std::string_view sDataSource) {
   const Text sFolded = platform::FoldCase(sDataSource);
-  if (platform::HoldsSecret(sDataSource)) {
-    throw Failure(failure::kInvalidArgument,
-                  "The server's text holds a password; leave it out and enter it in the logon "
-                  "dialog.");
-  }
+  engines::RefusePassword(sDataSource);
   for (const char* const sScheme : {"postgresql://", "postgres://", "service=", "odbc:"}) {
     if (sFolded.starts_with(sScheme)) {
       throw Failure(failure::kNotSupported,

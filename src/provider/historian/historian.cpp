@@ -14,6 +14,7 @@
 #include "platform/failure.h"
 #include "platform/historian_names.h"
 #include "provider/deadline.h"
+#include "provider/engines/same_catalog.h"
 #include "provider/historian/catalog_change.h"
 #include "provider/historian/catalog_file.h"
 #include "provider/historian/catalog_tables.h"
@@ -97,7 +98,7 @@ bool IsKeptBack(const fs::path& file, const fs::path& systemFile) {
 
 }  // namespace
 
-Historian::Historian(const fs::path& root, const Text& sServer, engines::Engine& engine,
+Historian::Historian(const fs::path& root, const Text& sServer, engines::FileEngine& engine,
                      std::stop_token stop, const KnownHistorians& known)
     : m_folder(HistorianFolder(root, sServer)) {
   std::error_code error;
@@ -241,13 +242,14 @@ std::vector<CatalogRecord> Historian::Catalogs(std::stop_token stop) {
 
 std::optional<CatalogRecord> Historian::Find(const Text& sName, std::stop_token stop) {
   for (auto& record : Catalogs(stop)) {
-    if (IsSameCatalog(record.sName, sName)) return std::move(record);
+    if (engines::IsSameCatalog(record.sName, sName)) return std::move(record);
   }
   return std::nullopt;
 }
 
 engines::Catalog EngineCatalog(const CatalogRecord& record, platform::Boolean bReadOnly) {
-  return {record.sName, record.file.string(), bReadOnly, record.llKilobytes};
+  return {record.sName,     record.file.string(), bReadOnly,  record.llKilobytes,
+          record.sIdentity, record.sDescription,  record.bOwn};
 }
 
 }  // namespace orvane::provider::historian

@@ -7,7 +7,7 @@
 #include <stop_token>
 #include <vector>
 
-#include "provider/engines/engine.h"
+#include "provider/engines/file_engine.h"
 #include "provider/historian/catalog_record.h"
 #include "provider/historian/known_historians.h"
 
@@ -22,7 +22,7 @@ class Historian {
   /// left there. The default server is made when it was never there before. Fails with
   /// kServerNotFound, kNoRights, kNotADatabase or kBusy.
   Historian(const std::filesystem::path& root, const platform::Text& sServer,
-            engines::Engine& engine, std::stop_token stop, const KnownHistorians& known = {});
+            engines::FileEngine& engine, std::stop_token stop, const KnownHistorians& known = {});
 
   /// Makes the folder and files of a historian, all of it or nothing, also where one was before.
   /// Fails with failure::kKeyExists when there is one already. What is made is known from then on.
@@ -68,7 +68,7 @@ class Historian {
                        std::stop_token stop);
 
   std::filesystem::path m_folder;
-  std::unique_ptr<engines::EngineSession> m_session;  ///< on the system catalog
+  std::unique_ptr<engines::FileSession> m_session;  ///< on the system catalog
 };
 
 /// As the engine reaches the catalog.

@@ -9,6 +9,7 @@
 #include "platform/failure.h"
 #include "platform/historian_names.h"
 #include "platform/quoting.h"
+#include "provider/engines/same_catalog.h"
 #include "provider/engines/sqlite/sqlite_files.h"
 #include "provider/historian/catalog_change.h"
 #include "provider/historian/catalog_file.h"
@@ -39,7 +40,7 @@ Text NewIdentity() {
 
 // Such a text is greater than every stored time: a condition would choose it whatever it says, and
 // a DELETE would take it.
-void CheckStoredTimes(engines::EngineSession& session, const CatalogRecord& record,
+void CheckStoredTimes(engines::FileSession& session, const CatalogRecord& record,
                       std::stop_token stop) {
   const engines::Catalog catalog = EngineCatalog(record, true);
   for (const auto& table : session.Schema(catalog, {}, stop)) {
@@ -185,7 +186,7 @@ CatalogRecord Historian::AttachCatalog(const Text& sName, const fs::path& file,
 
 void Historian::CheckNew(const CatalogRecord& record, std::stop_token stop) {
   for (const auto& known : ReadRecords(stop)) {
-    if (IsSameCatalog(known.sName, record.sName)) {
+    if (engines::IsSameCatalog(known.sName, record.sName)) {
       throw Failure(failure::kKeyExists,
                     "There is a catalog \"" + known.sName + "\" already; choose another name.");
     }

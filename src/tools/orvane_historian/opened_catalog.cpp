@@ -27,7 +27,7 @@ std::optional<CatalogRecord> Find(Historian& historian, const Text& sCatalog) {
 
 }  // namespace
 
-Historian OpenHistorian(const ServerPlace& place, provider::engines::Engine& engine) {
+Historian OpenHistorian(const ServerPlace& place, provider::engines::FileEngine& engine) {
   return {place.root,
           provider::historian::ServerFromDataSource(place.sServer),
           engine,

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "provider/engines/engine.h"
+#include "provider/engines/file_engine.h"
 #include "provider/historian/catalog_record.h"
 #include "provider/historian/historian.h"
 
@@ -19,7 +19,7 @@ struct ServerPlace {
 
 /// Opens the server's historian.
 provider::historian::Historian OpenHistorian(const ServerPlace& place,
-                                             provider::engines::Engine& engine);
+                                             provider::engines::FileEngine& engine);
 
 /// The catalog of that name. Fails when there is none or it is the historian's own.
 provider::historian::CatalogRecord FindCatalog(const ServerPlace& place,

@@ -30,7 +30,7 @@ class SqliteCommitTest : public tests::DatabaseFolder {
   std::shared_ptr<tests::ScriptedRows> m_rows = std::make_shared<tests::ScriptedRows>();
   SqlCall m_call;
   Catalog m_catalog;
-  std::unique_ptr<EngineSession> m_session;
+  std::unique_ptr<FileSession> m_session;
   const Told m_cancelled{failure::kCancelled, "The statement was cancelled."};
 };
 

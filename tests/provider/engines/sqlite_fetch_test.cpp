@@ -18,9 +18,7 @@ using namespace std::chrono_literals;
 
 class SqliteFetchTest : public tests::DatabaseFolder {
  protected:
-  std::unique_ptr<EngineSession> OpenOn(const std::string& sSql) {
-    return Open(Make("m.db", sSql));
-  }
+  std::unique_ptr<FileSession> OpenOn(const std::string& sSql) { return Open(Make("m.db", sSql)); }
 };
 
 TEST_F(SqliteFetchTest, columns_come_out_in_their_declared_types) {

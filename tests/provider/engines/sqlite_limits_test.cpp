@@ -1,7 +1,7 @@
-#include <semaphore>
 #include <thread>
 
 #include "provider/deadline.h"
+#include "tests/fakes/gate.h"
 #include "tests/provider/engines/database_folder.h"
 
 namespace orvane::provider::engines {
@@ -19,11 +19,11 @@ constexpr const char* kEndless =
 
 class SqliteLimitsTest : public tests::DatabaseFolder {
  protected:
-  static EngineResult RunWithin(EngineSession& session, const std::string& sSql,
+  static EngineResult RunWithin(FileSession& session, const std::string& sSql,
                                 std::chrono::milliseconds timeout, std::stop_token stop = {}) {
     return RunWithin(session, EngineStatement{sSql, {}, {}}, timeout, std::move(stop));
   }
-  static EngineResult RunWithin(EngineSession& session, const EngineStatement& statement,
+  static EngineResult RunWithin(FileSession& session, const EngineStatement& statement,
                                 std::chrono::milliseconds timeout, std::stop_token stop = {}) {
     EngineResult result;
     Deadline(std::move(stop), timeout).Run([&](const std::stop_token& untilThen) {
@@ -33,12 +33,12 @@ class SqliteLimitsTest : public tests::DatabaseFolder {
   }
   // How the statement fails that is cancelled by another thread once it has called "called()".
   Told CancelledOnceStarted(const std::string& sSql) {
-    std::counting_semaphore<> started(0);
-    const SqlCall call([&] { started.release(); });
+    fakes::Gate started;
+    const SqlCall call([&] { started.Open(); });
     const auto session = Open();
     std::stop_source stop;
     const std::jthread canceller([&] {
-      started.acquire();
+      started.Wait();
       stop.request_stop();
     });
     const Told told = FailureOf([&] { RunWithin(*session, sSql, 0ms, stop.get_token()); });

@@ -26,7 +26,7 @@ class SqliteMemoryTest : public tests::DatabaseFolder {
            std::to_string(nRows) + ") SELECT " + sValue + " FROM c";
   }
 
-  std::unique_ptr<EngineSession> m_session = Open(Make("m.db", "CREATE TABLE t(a)"));
+  std::unique_ptr<FileSession> m_session = Open(Make("m.db", "CREATE TABLE t(a)"));
   const Told m_expected{
       failure::kStorage,
       "There is not enough memory for the statement: set a row limit, or narrow it down."};

@@ -24,7 +24,7 @@ class SqliteReadingTest : public tests::DatabaseFolder {
                            "PRAGMA journal_mode = WAL; CREATE TABLE t(a UNIQUE); INSERT INTO t "
                            "VALUES (1), (2); CREATE VIEW v AS SELECT a FROM t; CREATE TRIGGER r "
                            "INSTEAD OF INSERT ON v BEGIN INSERT INTO t VALUES (new.a); END");
-  std::unique_ptr<EngineSession> m_session = Open();
+  std::unique_ptr<FileSession> m_session = Open();
 };
 
 TEST_F(SqliteReadingTest, refuses_whatever_would_change_something) {

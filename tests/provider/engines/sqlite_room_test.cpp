@@ -21,7 +21,7 @@ class SqliteRoomTest : public tests::DatabaseFolder {
     return RunFails(*m_session, sSql);
   }
 
-  std::unique_ptr<EngineSession> m_session =
+  std::unique_ptr<FileSession> m_session =
       Open(Make("m.db", "PRAGMA journal_mode = WAL; CREATE TABLE t(a)"));
 };
 

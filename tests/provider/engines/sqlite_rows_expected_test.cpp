@@ -13,7 +13,7 @@ namespace failure = platform::failure;
 
 class SqliteRowsExpectedTest : public tests::DatabaseFolder {
  protected:
-  static Told Expecting(EngineSession& session, const std::string& sSql,
+  static Told Expecting(FileSession& session, const std::string& sSql,
                         platform::RowIndex rowsExpected) {
     EngineStatement statement{sSql, {}, {}};
     statement.rowsExpected = rowsExpected;

@@ -39,7 +39,7 @@ class SqliteRowsTest : public tests::DatabaseFolder {
   std::function<void()> m_called = [] {};
   tests::SqlCall m_call;
   std::stop_source m_stop;
-  std::unique_ptr<EngineSession> m_session;
+  std::unique_ptr<FileSession> m_session;
   std::shared_ptr<tests::ScriptedRows> m_rows = std::make_shared<tests::ScriptedRows>();
 };
 

@@ -16,20 +16,20 @@ using platform::Text;
 namespace fs = std::filesystem;
 
 // An engine that does something when a statement comes or before a transaction ends.
-class Meddling final : public engines::Engine {
+class Meddling final : public engines::FileEngine {
  public:
   std::function<void(const Text& sSql)> whenRun = [](const Text&) {};
   std::function<void()> beforeEnd = [] {};
 
-  std::unique_ptr<engines::EngineSession> Open(const engines::Catalog& main,
-                                               std::stop_token stop) override {
+  std::unique_ptr<engines::FileSession> Open(const engines::Catalog& main,
+                                             std::stop_token stop) override {
     return std::make_unique<Session>(*this, m_engine.Open(main, stop));
   }
 
  private:
-  class Session final : public engines::EngineSession {
+  class Session final : public engines::FileSession {
    public:
-    Session(Meddling& engine, std::unique_ptr<engines::EngineSession> session)
+    Session(Meddling& engine, std::unique_ptr<engines::FileSession> session)
         : m_engine(engine), m_session(std::move(session)) {}
     engines::EngineResult Run(const engines::EngineStatement& statement,
                               std::stop_token stop) override {
@@ -56,7 +56,7 @@ class Meddling final : public engines::Engine {
 
    private:
     Meddling& m_engine;
-    std::unique_ptr<engines::EngineSession> m_session;
+    std::unique_ptr<engines::FileSession> m_session;
   };
 
   engines::SqliteEngine m_engine{std::chrono::milliseconds(50)};

@@ -40,7 +40,7 @@ bool IsUtf8(sqlite3* database, const Text& sSubject) {
 
 }  // namespace
 
-std::unique_ptr<EngineSession> SqliteEngine::Open(const Catalog& main, std::stop_token stop) {
+std::unique_ptr<FileSession> SqliteEngine::Open(const Catalog& main, std::stop_token stop) {
   if (!main.sPlace.empty()) CheckFile(main);
   SqliteHandle database = OpenHandle(main);
   bool bUtf8 = false;

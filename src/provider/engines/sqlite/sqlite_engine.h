@@ -7,11 +7,11 @@
 
 #include <chrono>
 
-#include "provider/engines/engine.h"
+#include "provider/engines/file_engine.h"
 
 namespace orvane::provider::engines {
 
-class SqliteEngine final : public Engine {
+class SqliteEngine final : public FileEngine {
  public:
   /// Waits at most this long for a lock that another program holds.
   explicit SqliteEngine(std::chrono::milliseconds lockWait = std::chrono::seconds(5))
@@ -19,7 +19,7 @@ class SqliteEngine final : public Engine {
 
   /// Opens an existing file, never makes one. Fails with kServerNotFound,
   /// kNoRights, kNotADatabase, kBusy or kStorage.
-  std::unique_ptr<EngineSession> Open(const Catalog& main, std::stop_token stop) override;
+  std::unique_ptr<FileSession> Open(const Catalog& main, std::stop_token stop) override;
 
  private:
   std::chrono::milliseconds m_lockWait;

@@ -2,7 +2,7 @@
 // Used by the session for its own database and for catalogs that it has attached.
 #pragma once
 
-#include "provider/engines/engine.h"
+#include "provider/engines/file_engine.h"
 #include "provider/engines/sqlite/sqlite_handle.h"
 
 namespace orvane::provider::engines {
@@ -13,7 +13,7 @@ class SqliteSchema {
   /// database keeps its texts in UTF-8. All must outlive this.
   SqliteSchema(sqlite3* database, platform::Text sQualifier, platform::Text sSubject, bool bUtf8);
 
-  /// See EngineSession::Schema.
+  /// See FileSession::Schema.
   std::vector<TableSchema> Read(const SchemaRequest& request) const;
 
  private:

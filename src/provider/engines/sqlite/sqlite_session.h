@@ -3,7 +3,7 @@
 // Made by the engine; calls come one at a time, from changing threads.
 #pragma once
 
-#include "provider/engines/engine.h"
+#include "provider/engines/file_engine.h"
 #include "provider/engines/sqlite/sqlite_attachments.h"
 #include "provider/engines/sqlite/sqlite_handle.h"
 
@@ -13,7 +13,7 @@ class SqliteRefusals;
 class SqliteStatement;
 class SqliteWatch;
 
-class SqliteSession final : public EngineSession {
+class SqliteSession final : public FileSession {
  public:
   /// bUtf8 tells that the database keeps its texts in UTF-8.
   SqliteSession(SqliteHandle database, Catalog main, std::chrono::milliseconds lockWait,

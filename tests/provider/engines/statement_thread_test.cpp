@@ -1,36 +1,34 @@
-#include "provider/statement_thread.h"
+#include "provider/engines/statement_thread.h"
 
 #include <gtest/gtest.h>
 
-#include <semaphore>
 #include <thread>
 
 #include "ado/recordset_builder.h"
+#include "tests/fakes/gate.h"
 #include "tests/fakes/scripted_rows.h"
 #include "tests/provider/temporary_root.h"
 
-namespace orvane::provider {
+namespace orvane::provider::engines {
 namespace {
 
 using namespace std::chrono_literals;
 
 // Runs what the test gives it.
-class ScriptedSession final : public engines::EngineSession {
+class ScriptedSession final : public FileSession {
  public:
-  using Script = std::function<void(const engines::EngineStatement&, const std::stop_token&)>;
+  using Script = std::function<void(const EngineStatement&, const std::stop_token&)>;
 
   explicit ScriptedSession(Script script) : m_script(std::move(script)) {}
 
-  engines::EngineResult Run(const engines::EngineStatement& statement,
-                            std::stop_token stop) override {
+  EngineResult Run(const EngineStatement& statement, std::stop_token stop) override {
     m_script(statement, stop);
     return {ado::RecordsetBuilder({}).Finish(), 7};
   }
-  std::vector<engines::TableSchema> Schema(const engines::Catalog&, const engines::SchemaRequest&,
-                                           std::stop_token) override {
+  std::vector<TableSchema> Schema(const Catalog&, const SchemaRequest&, std::stop_token) override {
     return {};
   }
-  void InTransaction(std::span<const engines::Catalog>, const std::function<void()>&,
+  void InTransaction(std::span<const Catalog>, const std::function<void()>&,
                      std::stop_token) override {}
   void Close() override {}
 
@@ -38,8 +36,8 @@ class ScriptedSession final : public engines::EngineSession {
   Script m_script;
 };
 
-std::optional<engines::EngineResult> RunScript(ScriptedSession::Script script, std::stop_token stop,
-                                               std::chrono::milliseconds patience) {
+std::optional<EngineResult> RunScript(ScriptedSession::Script script, std::stop_token stop,
+                                      std::chrono::milliseconds patience) {
   return RunPatiently(std::make_shared<ScriptedSession>(std::move(script)), {"SELECT 1", {}, {}},
                       std::move(stop), patience);
 }
@@ -77,45 +75,45 @@ TEST(statement_thread, waits_for_one_that_hears_its_stop) {
 
 TEST(statement_thread, leaves_one_that_does_not_hear_its_stop_and_lets_it_change_nothing) {
   std::stop_source stop;
-  std::binary_semaphore left(0);
-  std::binary_semaphore ended(0);
+  fakes::Gate left;
+  fakes::Gate ended;
   bool bMayCommit = true;
   const auto result = RunScript(
-      [&](const engines::EngineStatement& statement, const std::stop_token&) {
+      [&](const EngineStatement& statement, const std::stop_token&) {
         stop.request_stop();
-        left.acquire();
+        left.Wait();
         bMayCommit = statement.mayCommit();
-        ended.release();
+        ended.Open();
       },
       stop.get_token(), 0ms);
   EXPECT_FALSE(result.has_value());
-  left.release();
-  ended.acquire();
+  left.Open();
+  ended.Wait();
   EXPECT_FALSE(bMayCommit);
 }
 
 TEST(statement_thread, leaves_one_to_itself_and_takes_no_more_of_its_rows) {
   std::stop_source stop;
-  std::binary_semaphore left(0);
-  std::binary_semaphore ended(0);
+  fakes::Gate left;
+  fakes::Gate ended;
   const auto rows = std::make_shared<tests::ScriptedRows>();
-  engines::EngineStatement statement{"SELECT 1", {}, {}};
+  EngineStatement statement{"SELECT 1", {}, {}};
   statement.rows = rows;
   platform::Text sLate;
   const auto session = std::make_shared<ScriptedSession>(
-      [&](const engines::EngineStatement& running, const std::stop_token&) {
+      [&](const EngineStatement& running, const std::stop_token&) {
         std::vector<ado::Column> block(1);
         block[0].AppendLong(1);
         running.rows->Begin({{"a"}}, true);
         running.rows->Take(block);
         stop.request_stop();
-        left.acquire();
+        left.Wait();
         sLate = FailureOf([&] { running.rows->Take(block); });
-        ended.release();
+        ended.Open();
       });
   EXPECT_FALSE(RunPatiently(session, std::move(statement), stop.get_token(), 0ms).has_value());
-  left.release();
-  ended.acquire();
+  left.Open();
+  ended.Wait();
   EXPECT_EQ(sLate, "3712: The statement was cancelled.");
   EXPECT_EQ(rows->Recordset()->RecordCount(), 1);
 }
@@ -123,7 +121,7 @@ TEST(statement_thread, leaves_one_to_itself_and_takes_no_more_of_its_rows) {
 TEST(statement_thread, waits_for_a_change_that_is_being_made_for_good) {
   std::stop_source stop;
   const auto result = RunScript(
-      [&](const engines::EngineStatement& statement, const std::stop_token&) {
+      [&](const EngineStatement& statement, const std::stop_token&) {
         EXPECT_TRUE(statement.mayCommit());
         stop.request_stop();
         std::this_thread::yield();
@@ -133,4 +131,4 @@ TEST(statement_thread, waits_for_a_change_that_is_being_made_for_good) {
 }
 
 }  // namespace
-}  // namespace orvane::provider
+}  // namespace orvane::provider::engines

@@ -1,4 +1,4 @@
-#include "provider/statement_thread.h"
+#include "provider/engines/statement_thread.h"
 
 #include <condition_variable>
 #include <exception>
@@ -7,7 +7,7 @@
 #include <thread>
 #include <utility>
 
-namespace orvane::provider {
+namespace orvane::provider::engines {
 namespace {
 
 // What the statement and whoever waits for it tell each other.
@@ -17,7 +17,7 @@ struct Shared {
   bool bEnded = false;
   bool bCommitting = false;  // the change is being made for good
   bool bLeft = false;        // nobody waits any more
-  engines::EngineResult result{};
+  EngineResult result{};
   std::exception_ptr failure{};
 };
 
@@ -73,10 +73,9 @@ class GatedRows final : public ado::RowReceiver {
 
 }  // namespace
 
-std::optional<engines::EngineResult> RunPatiently(std::shared_ptr<engines::EngineSession> session,
-                                                  engines::EngineStatement statement,
-                                                  std::stop_token stop,
-                                                  std::chrono::milliseconds patience) {
+std::optional<EngineResult> RunPatiently(std::shared_ptr<FileSession> session,
+                                         EngineStatement statement, std::stop_token stop,
+                                         std::chrono::milliseconds patience) {
   const auto shared = std::make_shared<Shared>();
   statement.mayCommit = [shared] {
     const std::lock_guard lock(shared->mutex);
@@ -92,7 +91,7 @@ std::optional<engines::EngineResult> RunPatiently(std::shared_ptr<engines::Engin
   // Owns all that it uses, for it may outlive this call.
   auto work = [shared, session = std::move(session), statement = std::move(statement),
                stop]() mutable {
-    engines::EngineResult result;
+    EngineResult result;
     std::exception_ptr failure;
     try {
       result = session->Run(statement, stop);
@@ -122,4 +121,4 @@ std::optional<engines::EngineResult> RunPatiently(std::shared_ptr<engines::Engin
   return std::move(shared->result);
 }
 
-}  // namespace orvane::provider
+}  // namespace orvane::provider::engines
