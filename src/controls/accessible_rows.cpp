@@ -51,7 +51,7 @@ class AccessibleCell : public QAccessibleInterface, public QAccessibleTableCellI
   void setText(QAccessible::Text /*kind*/, const QString& /*sText*/) override {}
   QRect rect() const override {
     if (!isValid()) return {};
-    const QRect inside = IsHead() ? QRect(m_area->Names().sectionViewportPosition(m_nColumn), 0,
+    const QRect inside = IsHead() ? QRect(m_area->Names().LeftOf(m_nColumn), 0,
                                           m_area->ColumnWidth(m_nColumn), m_area->Names().height())
                                   : m_area->visualRect(Index());
     const QWidget* on = IsHead() ? m_area->Names().viewport() : m_area->viewport();

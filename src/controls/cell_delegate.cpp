@@ -46,11 +46,15 @@ void PaintEditedCorner(QPainter& painter, const QRect& rect, const QColor& colou
   painter.restore();
 }
 
+/// A number whose end is missing reads as another number.
+bool IsNumberTooWide(const Cell& cell, const QFontMetrics& metrics, int nWidth) {
+  return cell.alignment.testFlag(Qt::AlignRight) && !cell.bNull &&
+         metrics.horizontalAdvance(cell.sText) > nWidth;
+}
+
 QString Fitting(const Cell& cell, const QFontMetrics& metrics, int nWidth) {
   const QString& sText = cell.sText;
-  // A number whose end is missing reads as another number.
-  const bool bNumber = cell.alignment.testFlag(Qt::AlignRight) && !cell.bNull;
-  if (bNumber && metrics.horizontalAdvance(sText) > nWidth) {
+  if (IsNumberTooWide(cell, metrics, nWidth)) {
     const int nMark = std::max(1, metrics.horizontalAdvance(u'#'));
     return QString(std::max(1, nWidth / nMark), u'#');
   }
@@ -74,6 +78,10 @@ void DrawFocus(QPainter& painter, const QRect& rect, const QColor& colour) {
   painter.restore();
 }
 
+int CellDelegate::WidthFor(int nText) {
+  return nText + 2 * kMargin + 2;
+}
+
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
   const Cell cell = m_model.CellAt(index.row(), index.column());
@@ -94,8 +102,12 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   const QRect text = option.rect.adjusted(kMargin, 0, -kMargin, 0);
   painter->setFont(font);
   painter->setPen(option.palette.color(group, role));
+  const QFontMetrics metrics(font);
   painter->drawText(text, static_cast<int>(cell.alignment) | Qt::TextSingleLine,
-                    Fitting(cell, QFontMetrics(font), text.width()));
+                    Fitting(cell, metrics, text.width()));
+  if (m_tooNarrow && IsNumberTooWide(cell, metrics, text.width())) {
+    m_tooNarrow(index.column(), WidthFor(metrics.horizontalAdvance(cell.sText)));
+  }
 
   if (option.state.testFlag(QStyle::State_HasFocus)) {
     const auto frame = bSelected ? QPalette::HighlightedText : QPalette::Highlight;

@@ -20,7 +20,15 @@ class CellDelegate : public QStyledItemDelegate {
   /// Pixels between a cell's edge and its text.
   static constexpr int kMargin = 6;
 
+  /// The width of a cell in which so many pixels of a text fit.
+  static int WidthFor(int nText);
+
   CellDelegate(RowModel& model, QObject* parent) : QStyledItemDelegate(parent), m_model(model) {}
+
+  /// Called when a number was painted that did not fit, with the width that its cell needs.
+  void OnTooNarrow(std::function<void(int nColumn, int nWidth)> handler) {
+    m_tooNarrow = std::move(handler);
+  }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
@@ -50,6 +58,7 @@ class CellDelegate : public QStyledItemDelegate {
 
   RowModel& m_model;
   std::function<void()> m_typed;
+  std::function<void(int, int)> m_tooNarrow;
 };
 
 }  // namespace orvane::controls

@@ -50,8 +50,8 @@ platform::RowIndex SelectedRows(const QItemSelection& selection) {
 }
 
 std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection& selection,
-                                     bool bNames, qsizetype nMost) {
-  const std::vector<int> columns = SelectedColumns(selection);
+                                     const std::vector<int>& columns, bool bNames,
+                                     qsizetype nMost) {
   QString sText;
   if (bNames) {
     QChar separator;

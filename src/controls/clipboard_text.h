@@ -11,14 +11,15 @@
 
 namespace orvane::controls {
 
-/// The cells of the smallest table that holds the selection; those not selected are left empty,
-/// as is null; the empty text is two quotes. A text with a tab, a line break or a quote is put
+/// The cells of the selection's rows in these columns; those not selected are left empty, as is
+/// null; the empty text is two quotes. A text with a tab, a line break or a quote is put
 /// between quotes, and quotes in it are doubled. With bNames the first line has the names of the
 /// columns. None when that is more than the limit of characters, which is as much as other programs
 /// take without a stall.
 constexpr qsizetype kMostCopiedCharacters = 32'000'000;
 std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection& selection,
-                                     bool bNames, qsizetype nMost = kMostCopiedCharacters);
+                                     const std::vector<int>& columns, bool bNames,
+                                     qsizetype nMost = kMostCopiedCharacters);
 
 /// First and last rows of which a cell is selected, without overlap, in order.
 std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection);

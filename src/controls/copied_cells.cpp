@@ -2,9 +2,9 @@
 
 #include <QDataStream>
 #include <QIODevice>
-#include <set>
 
 #include "controls/clipboard_text.h"
+#include "controls/pasted_page.h"
 #include "controls/value_input.h"
 
 namespace orvane::controls {
@@ -16,6 +16,7 @@ namespace {
 constexpr const char* kCellsFormat = "application/x-orvane-cells";
 /// Copying more goes by text alone, in the time of writing it.
 constexpr qsizetype kMostExactCells = 200'000;
+constexpr qsizetype kMostVainCharacters = 100'000'000;
 
 std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
   QDataStream stream(bytes);
@@ -37,27 +38,38 @@ std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
   return cells;
 }
 
+/// What stands between quotes from n on, and n behind them; none where the cell does not end there:
+/// then they are part of a text that nobody has put between quotes.
+/// Every character looked at in vain is taken from the patience, so that no text takes for ever.
+std::optional<QString> QuotedCell(QStringView sText, qsizetype& n, qsizetype& nPatience) {
+  if (n >= sText.size() || sText[n] != u'"' || nPatience <= 0) return std::nullopt;
+  QString sCell;
+  for (qsizetype nAt = n + 1; nAt < sText.size(); ++nAt) {
+    const bool bQuote = sText[nAt] == u'"';
+    const QChar next = nAt + 1 < sText.size() ? sText[nAt + 1] : QChar(u'\n');
+    if (bQuote && next != u'"') {
+      if (next != u'\t' && next != u'\n' && next != u'\r') return std::nullopt;
+      n = nAt + 1;
+      return sCell;
+    }
+    if (bQuote) ++nAt;
+    sCell += sText[nAt];
+  }
+  nPatience -= sText.size() - n;
+  return std::nullopt;
+}
+
 CopiedCells ReadText(const QString& sText) {
   CopiedCells cells;
   qsizetype n = 0;
+  qsizetype nPatience = kMostVainCharacters;
   const auto at = [&](qsizetype nAt) { return nAt < sText.size() ? sText.at(nAt) : QChar(); };
   while (n < sText.size()) {
     auto& row = cells.emplace_back();
     for (bool bMore = true; bMore;) {
-      QString sCell;
-      const bool bQuoted = at(n) == u'"';
-      if (bQuoted) {
-        for (++n; n < sText.size(); ++n) {
-          if (at(n) != u'"') {
-            sCell += at(n);
-          } else if (at(n + 1) == u'"') {
-            sCell += at(++n);
-          } else {
-            break;
-          }
-        }
-        ++n;
-      }
+      auto quoted = QuotedCell(sText, n, nPatience);
+      const bool bQuoted = quoted.has_value();
+      QString sCell = std::move(quoted).value_or(QString());
       while (n < sText.size() && at(n) != u'\t' && at(n) != u'\n' && at(n) != u'\r') {
         sCell += at(n++);
       }
@@ -74,11 +86,8 @@ CopiedCells ReadText(const QString& sText) {
 
 }  // namespace
 
-void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection) {
-  std::set<int> columns;
-  for (const QItemSelectionRange& range : selection) {
-    for (int n = range.left(); n <= range.right(); ++n) columns.insert(n);
-  }
+void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
+              const std::vector<int>& columns) {
   if (SelectedRows(selection) * static_cast<platform::RowIndex>(columns.size()) > kMostExactCells) {
     return;
   }
@@ -103,6 +112,10 @@ void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& sele
 std::optional<CopiedCells> ReadCells(const QMimeData& data) {
   if (data.hasFormat(kCellsFormat)) {
     if (auto cells = ReadOwn(data.data(kCellsFormat))) return cells;
+  }
+  if (data.hasHtml()) {
+    const QString sPage = data.html();
+    if (auto cells = CellsOfPage(sPage)) return cells;
   }
   if (!data.hasText() || data.text().isEmpty()) return std::nullopt;
   return ReadText(data.text());

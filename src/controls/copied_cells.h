@@ -14,11 +14,12 @@ namespace orvane::controls {
 /// Rows of cells as they can be typed; none is null.
 using CopiedCells = std::vector<std::vector<std::optional<platform::Text>>>;
 
-/// Adds the values of the selection's smallest table to what goes on the clipboard.
-void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection);
-/// The cells on the clipboard; without any of this library's those of its text, parted by tabs and
-/// line breaks, where text in quotes may have both. An empty cell of a text is null, two quotes are
-/// the empty text. None when there is neither.
+/// Adds the values of the selection's rows in these columns to what goes on the clipboard.
+void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
+              const std::vector<int>& columns);
+/// The cells on the clipboard: of this library's own form, else of the table of a page, else those
+/// of its text, parted by tabs and line breaks, where text in quotes may have both. An empty cell of
+/// a text is null, two quotes are the empty text. None when there is nothing of these.
 std::optional<CopiedCells> ReadCells(const QMimeData& data);
 
 }  // namespace orvane::controls

@@ -11,15 +11,16 @@
 
 namespace orvane::controls {
 
-/// The rows of which a cell is selected, with the columns of which one is, as an export writes
-/// them; cells that are not selected are written with them. None beyond the limit of characters.
+/// The rows of which a cell is selected, with these columns, as an export writes them; cells that
+/// are not selected are written with them. None beyond the limit of characters.
 std::optional<QString> SelectionAs(const exports::WriterOptions& options, const RowModel& model,
-                                   const QItemSelection& selection,
+                                   const QItemSelection& selection, const std::vector<int>& columns,
                                    qsizetype nMost = kMostCopiedCharacters);
 
 /// The cells that ClipboardText has, as a table: null is a cell in italics, so that it is told from
 /// the text of that name, and line breaks and tabs stay within their cells.
 std::optional<QString> SelectionAsPage(const RowModel& model, const QItemSelection& selection,
-                                       bool bNames, qsizetype nMost = kMostCopiedCharacters);
+                                       const std::vector<int>& columns, bool bNames,
+                                       qsizetype nMost = kMostCopiedCharacters);
 
 }  // namespace orvane::controls

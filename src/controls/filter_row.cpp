@@ -55,7 +55,7 @@ void FilterRow::LayOut() {
     if (nColumn >= names.count()) box->hide();
   }
   for (int nColumn = 0; nColumn < names.count(); ++nColumn) {
-    const QRect room(names.sectionViewportPosition(nColumn), 0, names.sectionSize(nColumn) - 1,
+    const QRect room(names.LeftOf(nColumn), 0, names.sectionSize(nColumn) - 1,
                      height() - 1);
     const bool bInSight = !names.isSectionHidden(nColumn) && room.intersects(rect());
     // A box is made when its column comes into sight: a result may have thousands of columns.
@@ -63,6 +63,8 @@ void FilterRow::LayOut() {
     QLineEdit& box = Box(nColumn);
     box.setGeometry(room);
     box.setVisible(!names.isSectionHidden(nColumn));
+    // One that is scrolled goes beneath those that are held.
+    if (names.IsHeld(nColumn)) box.raise();
     const QString sName = m_rows.Model().ColumnName(nColumn);
     box.setAccessibleName(QStringLiteral("Filter of ") + sName);
     box.setPlaceholderText(QStringLiteral("contains, =, <, a..b, null"));

@@ -66,11 +66,7 @@ void FindBar::Close() {
 
 void FindBar::FindNext(bool bForward) {
   if (m_text->text().isEmpty()) return Open();
-  std::vector<int> columns;
-  for (int n = 0; n < m_rows.Names().count(); ++n) {
-    const int nColumn = m_rows.Names().logicalIndex(n);
-    if (!m_rows.Names().isSectionHidden(nColumn)) columns.push_back(nColumn);
-  }
+  std::vector<int> columns = m_rows.Names().Shown();
   const QModelIndex current = m_rows.currentIndex();
   Tell(QStringLiteral("Looking\u2026 Escape ends it"));
   m_finder.Find(

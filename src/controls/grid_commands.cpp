@@ -33,9 +33,23 @@ bool GridCommands::Press(const QKeyEvent& event) const {
 }
 
 void GridCommands::Fill(QMenu& menu) const {
+  Fill(menu, {CommandGroup::Edit, CommandGroup::Copy, CommandGroup::Select, CommandGroup::Sort,
+              CommandGroup::Filter, CommandGroup::Find, CommandGroup::Columns});
+  const bool bLayout =
+      std::ranges::find(m_commands, CommandGroup::Layout, &GridCommand::group) != m_commands.end();
+  if (bLayout) Fill(*menu.addMenu("Colu&mns"), {CommandGroup::Layout});
+}
+
+void GridCommands::FillForColumn(QMenu& menu) const {
+  Fill(menu, {CommandGroup::Sort, CommandGroup::Layout});
+}
+
+void GridCommands::Fill(QMenu& menu, std::initializer_list<CommandGroup> groups) const {
   const GridCommand* last = nullptr;
   for (const GridCommand& command : m_commands) {
-    if (!Holds(command.offered)) continue;
+    if (std::ranges::find(groups, command.group) == groups.end() || !Holds(command.offered)) {
+      continue;
+    }
     if (last && last->group != command.group) menu.addSeparator();
     last = &command;
     QString sText = command.sLabel;

@@ -12,8 +12,8 @@ class QMenu;
 
 namespace orvane::controls {
 
-/// Groups of the menu, in their order; a line stands between two.
-enum class CommandGroup : std::uint8_t { Edit, Copy, Select, Sort, Filter, Find, Columns };
+/// Groups of the menu, in their order; a line stands between two. Layout is a menu within it.
+enum class CommandGroup : std::uint8_t { Edit, Copy, Select, Sort, Filter, Find, Columns, Layout };
 
 struct GridCommand {
   CommandGroup group = CommandGroup::Edit;
@@ -32,8 +32,12 @@ class GridCommands {
   bool Press(const QKeyEvent& event) const;
   /// Fills a menu with what can be done now.
   void Fill(QMenu& menu) const;
+  /// The same with what is about a column.
+  void FillForColumn(QMenu& menu) const;
 
  private:
+  void Fill(QMenu& menu, std::initializer_list<CommandGroup> groups) const;
+
   std::vector<GridCommand> m_commands;
 };
 

@@ -20,6 +20,12 @@ class GridControl : public Interface {
   void* Window() override { return static_cast<QWidget*>(&m_core.Window()); }
   void* LendStatusLine() override { return m_core.Window().LendStatusLine(); }
   void TakeStatusLineBack() override { m_core.Window().TakeStatusLineBack(); }
+  platform::Text Layout() const override {
+    return WrittenLayout(m_core.Window().Rows().Columns().Layout());
+  }
+  void Layout(const platform::Text& sLayout) override {
+    m_core.Window().Rows().Layout(ReadLayout(sLayout));
+  }
 
   platform::Boolean ShowSqlStatements() const override { return m_core.Window().SqlShown(); }
   void ShowSqlStatements(platform::Boolean bShow) override { m_core.Window().SqlShown(bShow); }

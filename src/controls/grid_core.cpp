@@ -78,7 +78,7 @@ GridCore::~GridCore() {
 
 void GridCore::Subject(GridSubject subject) {
   m_subject = std::move(subject);
-  if (!m_subject.sInto.empty()) m_window->Rows().Into(m_subject.sInto);
+  if (!m_subject.sInto.empty()) m_window->Rows().Copier().Into(m_subject.sInto);
 }
 
 void GridCore::Connection(const platform::ConnectionPtr& cn) {
@@ -133,7 +133,11 @@ void GridCore::Run(const GridQuery& query, Access access) {
   m_editing->Show(m_recordset, std::move(updatability), ValueInput(m_format.Zone()),
                   std::move(notes));
   std::optional<RowsState> state;
-  if (query.following) state = query.following(*m_recordset);
+  if (query.following) {
+    state = query.following(*m_recordset);
+    // Whoever changed the columns while rows came has changed them.
+    state->layout = m_window->Rows().Columns().Layout();
+  }
   m_window->ShowRows(m_recordset, m_format, state ? &*state : nullptr, HowFetched(), texts.sTitle,
                      texts.sSentence);
 }

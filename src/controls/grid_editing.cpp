@@ -9,6 +9,7 @@
 #include "controls/cell_delegate.h"
 #include "controls/cell_editor.h"
 #include "controls/grid_window.h"
+#include "controls/header_view.h"
 #include "controls/status_strip.h"
 #include "controls/value_dialog.h"
 
@@ -219,6 +220,8 @@ std::vector<CellEdit> GridEditing::SelectedCells() const {
     for (int nRow = range.top(); nRow <= range.bottom(); ++nRow) {
       if (rows.Model().IsEmptyRow(nRow)) continue;
       for (int nColumn = range.left(); nColumn <= range.right(); ++nColumn) {
+        // What is not seen is not changed either.
+        if (rows.Names().isSectionHidden(nColumn)) continue;
         cells.push_back({rows.Model().RecordRow(nRow), nColumn, {}});
       }
     }

@@ -12,6 +12,7 @@ struct GridEvents {
   platform::Signal<> selChange;
   platform::Signal<> insert;
   platform::Signal<> remove;
+  platform::Signal<> filterKept;
 };
 
 }  // namespace orvane::controls

@@ -46,11 +46,8 @@ QString DoneText(const Exported& done) {
 
 /// The columns in the order in which they stand, those of the selection or all in sight.
 std::vector<ColumnIndex> ColumnsOf(const RowView& rows, const QItemSelection* selection) {
-  const QHeaderView& names = rows.Names();
   std::vector<ColumnIndex> columns;
-  for (int nVisual = 0; nVisual < names.count(); ++nVisual) {
-    const int nColumn = names.logicalIndex(nVisual);
-    if (names.isSectionHidden(nColumn)) continue;
+  for (const int nColumn : rows.Names().Shown()) {
     const bool bSelected =
         !selection || std::ranges::any_of(*selection, [&](const QItemSelectionRange& range) {
           return nColumn >= range.left() && nColumn <= range.right();

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <utility>
 
+#include "controls/column_commands.h"
 #include "controls/empty_notice.h"
 #include "controls/grid_seeking.h"
 #include "controls/grid_trend.h"
@@ -117,6 +118,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     m_bToldOfSelection = m_rows->selectionModel()->hasSelection();
     Raise(&GridEvents::selChange);
   });
+  new ColumnCommands(*m_rows, this);
   m_trend = new GridTrend(*m_splitter, *m_rows, *m_status);
   new ViewSwitch(*this, *m_rows, *form, *m_trend, *m_status);
   m_rows->OnArranged([this](const QString& sWhyNot) {
@@ -127,7 +129,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     TellOfExchange();
   });
   m_rows->OnArrowClicked([this] { Raise(&GridEvents::headClick); });
-  m_rows->OnCopied([this](const QString& sWhyNot) { m_status->Remark(sWhyNot); });
+  m_rows->Copier().OnCopied([this](const QString& sWhyNot) { m_status->Remark(sWhyNot); });
   connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_bSplitByUser = true; });
   m_patience.setSingleShot(true);
   m_patience.setInterval(kPatience);

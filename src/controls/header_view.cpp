@@ -1,10 +1,12 @@
 #include "controls/header_view.h"
 
 #include <QAbstractTableModel>
+#include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionHeader>
 #include <algorithm>
+#include <chrono>
 
 #include "controls/cell_delegate.h"
 
@@ -16,10 +18,22 @@ namespace {
 constexpr int kMostWidth = 1000;
 constexpr int kArrow = 8;
 constexpr int kArrowGap = 4;
+/// Held columns leave at least so many pixels to the others.
+constexpr int kLeastBesideHeld = 96;
+constexpr int kDropMark = 3;
+constexpr std::chrono::milliseconds kEdgeStep(60);
 
 QFont Strong(QFont font) {
   font.setBold(true);
   return font;
+}
+
+/// The toolkit looks for held names where they would be if they were scrolled.
+QMouseEvent Shifted(const QMouseEvent& event, int nShift) {
+  return {event.type(),          event.position() - QPointF(nShift, 0),
+          event.scenePosition(), event.globalPosition(),
+          event.button(),        event.buttons(),
+          event.modifiers()};
 }
 
 /// The columns of another model, without its rows.
@@ -55,9 +69,81 @@ HeaderView::HeaderView(const QAbstractItemModel& source, QWidget* parent)
   setModel(new ColumnsAlone(source, this));
   setSectionsClickable(true);
   setHighlightSections(false);
+  m_atEdge.setInterval(kEdgeStep);
+  m_atEdge.callOnTimeout(this, [this] { ScrollAtEdge(); });
+  // Not pressed where a width is dragged.
+  connect(this, &QHeaderView::sectionPressed, this, [this](int n) { m_nNamePressed = n; });
+}
+
+// ---- held columns
+
+void HeaderView::Hold(int nColumns) {
+  m_nHeld = std::max(0, nColumns);
+  viewport()->update();
+}
+
+int HeaderView::HeldEnd() const {
+  int nWidth = 0;
+  int nEnd = 0;
+  for (; nEnd < std::min(m_nHeld, count()); ++nEnd) {
+    nWidth += sectionSize(logicalIndex(nEnd));
+    if (nWidth > viewport()->width() - kLeastBesideHeld) break;
+  }
+  return nEnd;
+}
+
+int HeaderView::HeldWidth() const {
+  int nWidth = 0;
+  for (int nVisual = HeldEnd() - 1; nVisual >= 0; --nVisual) {
+    nWidth += sectionSize(logicalIndex(nVisual));
+  }
+  return nWidth;
+}
+
+int HeaderView::LeftOf(int nColumn) const {
+  return m_nHeld > 0 && IsHeld(nColumn) ? sectionPosition(nColumn)
+                                        : sectionViewportPosition(nColumn);
+}
+
+int HeaderView::ColumnAt(int x) const {
+  return logicalIndexAt(x >= 0 && x < HeldWidth() ? x - offset() : x);
+}
+
+std::vector<int> HeaderView::Shown() const {
+  std::vector<int> columns;
+  for (int nVisual = 0; nVisual < count(); ++nVisual) {
+    const int nColumn = logicalIndex(nVisual);
+    if (!isSectionHidden(nColumn)) columns.push_back(nColumn);
+  }
+  return columns;
+}
+
+void HeaderView::paintEvent(QPaintEvent* event) {
+  QHeaderView::paintEvent(event);
+  const int nHeld = HeldEnd();
+  if (nHeld == 0 && !m_bDragging) return;
+  QPainter painter(viewport());
+  for (int nVisual = 0; nVisual < nHeld; ++nVisual) {
+    const int nColumn = logicalIndex(nVisual);
+    if (isSectionHidden(nColumn)) continue;
+    paintSection(&painter, {LeftOf(nColumn), 0, sectionSize(nColumn), viewport()->height()},
+                 nColumn);
+  }
+  if (!m_bDragging || m_nDropPlace < 0) return;
+  const int nAt = logicalIndex(m_nDropPlace);
+  const bool bBehind = m_nDropPlace > visualIndex(m_nNamePressed);
+  const int x = LeftOf(nAt) + (bBehind ? sectionSize(nAt) : 0);
+  painter.fillRect(x - kDropMark / 2, 0, kDropMark, viewport()->height(),
+                   palette().color(QPalette::Highlight));
 }
 
 void HeaderView::paintSection(QPainter* painter, const QRect& rect, int nSection) const {
+  painter->save();
+  const int nHeldWidth = HeldWidth();
+  const bool bScrolled = nHeldWidth > 0 && !IsHeld(nSection);
+  if (bScrolled) {
+    painter->setClipRect(nHeldWidth, 0, viewport()->width(), viewport()->height());
+  }
   painter->save();
   QHeaderView::paintSection(painter, rect, nSection);
   painter->restore();
@@ -73,6 +159,7 @@ void HeaderView::paintSection(QPainter* painter, const QRect& rect, int nSection
   style()->drawItemText(painter, text, nAlignment, palette(), isEnabled(),
                         fontMetrics().elidedText(Label(nSection), Qt::ElideRight, text.width()),
                         QPalette::ButtonText);
+  painter->restore();
 }
 
 // ---- arrows
@@ -94,8 +181,7 @@ void HeaderView::Offer(int nColumn) {
 }
 
 QRect HeaderView::ArrowOf(int nColumn) const {
-  return ArrowWithin(
-      {sectionViewportPosition(nColumn), 0, sectionSize(nColumn), viewport()->height()}, nColumn);
+  return ArrowWithin({LeftOf(nColumn), 0, sectionSize(nColumn), viewport()->height()}, nColumn);
 }
 
 QRect HeaderView::ArrowWithin(const QRect& section, int nColumn) const {
@@ -129,18 +215,109 @@ void HeaderView::PaintArrow(QPainter& painter, const QRect& rect, int nColumn) c
   painter.restore();
 }
 
+// ---- mouse
+
+int HeaderView::HeldEdgeAt(int x) const {
+  const int nGrip = style()->pixelMetric(QStyle::PM_HeaderGripMargin, nullptr, this);
+  for (int nVisual = HeldEnd() - 1; nVisual >= 0; --nVisual) {
+    const int nColumn = logicalIndex(nVisual);
+    const int nEdge = LeftOf(nColumn) + sectionSize(nColumn);
+    if (!isSectionHidden(nColumn) && std::abs(x - nEdge) <= nGrip) return nColumn;
+  }
+  return -1;
+}
+
 void HeaderView::mousePressEvent(QMouseEvent* event) {
-  const int nColumn = logicalIndexAt(event->pos());
+  const int nColumn = ColumnAt(event->pos().x());
   const QRect arrow = nColumn < 0 ? QRect() : ArrowOf(nColumn);
   m_nPressed = event->button() == Qt::LeftButton && arrow.contains(event->pos()) ? nColumn : -1;
-  if (m_nPressed < 0) QHeaderView::mousePressEvent(event);
+  m_nNamePressed = -1;
+  if (m_nPressed >= 0) return;
+  m_pressedAt = event->pos();
+  if (event->button() == Qt::LeftButton) m_nSized = HeldEdgeAt(event->pos().x());
+  if (m_nSized >= 0) return;
+  m_nHandShift = event->pos().x() < HeldWidth() ? offset() : 0;
+  QMouseEvent press = Shifted(*event, m_nHandShift);
+  QHeaderView::mousePressEvent(&press);
+  // With these keys a drag extends the selection.
+  if (event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)) m_nNamePressed = -1;
+}
+
+void HeaderView::mouseMoveEvent(QMouseEvent* event) {
+  const bool bDown = event->buttons().testFlag(Qt::LeftButton);
+  // The toolkit follows no edge that it thinks to be scrolled out of sight.
+  if (bDown && m_nSized >= 0) {
+    const int nWidth = event->pos().x() - LeftOf(m_nSized);
+    return resizeSection(m_nSized, std::max(nWidth, minimumSectionSize()));
+  }
+  if (!bDown && HeldEdgeAt(event->pos().x()) >= 0) return setCursor(Qt::SplitHCursor);
+  if (!bDown && event->pos().x() < HeldWidth()) unsetCursor();
+  if (bDown && m_nNamePressed >= 0) {
+    const int nMoved = std::abs(event->pos().x() - m_pressedAt.x());
+    if (m_bDragging || nMoved >= QApplication::startDragDistance()) FollowDrag(event->pos());
+    return;
+  }
+  if (!bDown) m_nHandShift = event->pos().x() < HeldWidth() ? offset() : 0;
+  QMouseEvent move = Shifted(*event, m_nHandShift);
+  QHeaderView::mouseMoveEvent(&move);
+  if (m_nHeld > 0) viewport()->update();
 }
 
 void HeaderView::mouseReleaseEvent(QMouseEvent* event) {
   const int nPressed = std::exchange(m_nPressed, -1);
-  if (nPressed < 0) return QHeaderView::mouseReleaseEvent(event);
-  const bool bClicked = ArrowOf(nPressed).contains(event->pos());
-  if (bClicked && m_arrow) m_arrow(nPressed, event->modifiers());
+  if (nPressed >= 0) {
+    const bool bClicked = ArrowOf(nPressed).contains(event->pos());
+    if (bClicked && m_arrow) m_arrow(nPressed, event->modifiers());
+    return;
+  }
+  if (std::exchange(m_nSized, -1) >= 0) return;
+  if (m_bDragging) {
+    FollowDrag(event->pos());
+    // A name that was dragged was not clicked.
+    QMouseEvent elsewhere(event->type(), QPointF(-1, -1), event->globalPosition(), event->button(),
+                          event->buttons(), event->modifiers());
+    QHeaderView::mouseReleaseEvent(&elsewhere);
+    Drop();
+  } else {
+    QMouseEvent release = Shifted(*event, m_nHandShift);
+    QHeaderView::mouseReleaseEvent(&release);
+  }
+  m_nNamePressed = -1;
+}
+
+void HeaderView::mouseDoubleClickEvent(QMouseEvent* event) {
+  const int nEdge = HeldEdgeAt(event->pos().x());
+  if (nEdge >= 0) return emit sectionHandleDoubleClicked(nEdge);
+  QMouseEvent click = Shifted(*event, event->pos().x() < HeldWidth() ? offset() : 0);
+  QHeaderView::mouseDoubleClickEvent(&click);
+}
+
+void HeaderView::FollowDrag(QPoint at) {
+  m_bDragging = true;
+  m_draggedTo = at;
+  const int nLast = std::max(0, std::min(viewport()->width(), length() - offset()) - 1);
+  const int nColumn = ColumnAt(std::clamp(at.x(), 0, nLast));
+  m_nDropPlace = nColumn < 0 ? -1 : visualIndex(nColumn);
+  if (at.x() < HeldWidth() || at.x() >= viewport()->width()) {
+    if (!m_atEdge.isActive()) m_atEdge.start();
+  } else {
+    m_atEdge.stop();
+  }
+  viewport()->update();
+}
+
+void HeaderView::ScrollAtEdge() {
+  if (m_scroll) m_scroll(m_draggedTo.x() < HeldWidth() ? -1 : 1);
+  FollowDrag(m_draggedTo);
+}
+
+void HeaderView::Drop() {
+  m_atEdge.stop();
+  m_bDragging = false;
+  const int nFrom = m_nNamePressed < count() ? visualIndex(m_nNamePressed) : -1;
+  const int nTo = std::exchange(m_nDropPlace, -1);
+  if (nFrom >= 0 && nTo >= 0 && nTo < count() && nFrom != nTo) moveSection(nFrom, nTo);
+  viewport()->update();
 }
 
 QSize HeaderView::sectionSizeFromContents(int nSection) const {

@@ -44,6 +44,10 @@ RowArea::RowArea(QAbstractItemModel* model, QWidget* parent)
   });
   connect(m_names, &QHeaderView::geometriesChanged, this, [this] { updateGeometries(); });
   connect(m_names, &QHeaderView::sectionMoved, this, [this] { viewport()->update(); });
+  m_names->OnScrollWanted([this](int nDirection) {
+    QScrollBar* bar = horizontalScrollBar();
+    bar->setValue(bar->value() + nDirection * bar->singleStep());
+  });
   connect(m_names, &QHeaderView::sectionHandleDoubleClicked, this,
           [this](int nColumn) { FitColumn(nColumn); });
   connect(model, &QAbstractItemModel::headerDataChanged, m_numbers,
@@ -100,13 +104,13 @@ void RowArea::FitColumn(int nColumn) {
 QRect RowArea::visualRect(const QModelIndex& index) const {
   if (!index.isValid() || m_names->isSectionHidden(index.column())) return {};
   // One pixel at the right and beneath is the line of the grid.
-  return {m_names->sectionViewportPosition(index.column()), YOf(index.row()),
-          ColumnWidth(index.column()) - 1, m_nRowHeight - 1};
+  return {m_names->LeftOf(index.column()), YOf(index.row()), ColumnWidth(index.column()) - 1,
+          m_nRowHeight - 1};
 }
 
 QModelIndex RowArea::indexAt(const QPoint& point) const {
   const int nRow = RowAt(point.y());
-  const int nColumn = m_names->logicalIndexAt(point.x());
+  const int nColumn = m_names->ColumnAt(point.x());
   return nRow < 0 || nColumn < 0 ? QModelIndex() : model()->index(nRow, nColumn);
 }
 
@@ -115,7 +119,7 @@ QModelIndex RowArea::CellNear(QPoint point) const {
   if (nRows == 0 || m_names->count() == 0) return {};
   const std::int64_t row = std::int64_t{TopRow()} + DivideDown(point.y(), m_nRowHeight);
   const int x = std::clamp(point.x(), 0, std::max(0, viewport()->width() - 1));
-  int nColumn = m_names->logicalIndexAt(x);
+  int nColumn = m_names->ColumnAt(x);
   if (nColumn < 0) {  // beside the last one
     int nVisual = m_names->count() - 1;
     while (nVisual > 0 && m_names->isSectionHidden(m_names->logicalIndex(nVisual))) --nVisual;
@@ -141,12 +145,22 @@ void RowArea::scrollTo(const QModelIndex& index, ScrollHint hint) {
   ShowColumn(index.column());
 }
 
+int RowArea::FirstShown() const {
+  for (int nVisual = 0; nVisual < m_names->count(); ++nVisual) {
+    const int nColumn = m_names->logicalIndex(nVisual);
+    if (!m_names->isSectionHidden(nColumn)) return nColumn;
+  }
+  return 0;
+}
+
 void RowArea::ShowColumn(int nColumn) {
+  if (m_names->IsHeld(nColumn)) return;
   const int nLeft = m_names->sectionPosition(nColumn);
   const int nRight = nLeft + ColumnWidth(nColumn);
+  const int nHeld = m_names->HeldWidth();
   QScrollBar* bar = horizontalScrollBar();
-  if (nLeft < bar->value() || nRight - nLeft > viewport()->width()) {
-    bar->setValue(nLeft);
+  if (nLeft < bar->value() + nHeld || nRight - nLeft > viewport()->width() - nHeld) {
+    bar->setValue(nLeft - nHeld);
   } else if (nRight > bar->value() + viewport()->width()) {
     bar->setValue(nRight - viewport()->width());
   }
@@ -209,10 +223,25 @@ void RowArea::wheelEvent(QWheelEvent* event) {
 }
 
 void RowArea::scrollContentsBy(int dx, int /*dy*/) {
-  if (dx != 0) m_names->setOffset(horizontalScrollBar()->value());
+  if (dx != 0) {
+    m_names->setOffset(horizontalScrollBar()->value());
+    // The toolkit moves what it has painted, and held names are not to move.
+    if (m_names->Held() > 0) m_names->viewport()->update();
+  }
   viewport()->update();
   m_numbers->update();
   updateEditorGeometries();
+}
+
+void RowArea::updateEditorGeometries() {
+  QAbstractItemView::updateEditorGeometries();
+  QWidget* editor = currentIndex().isValid() ? indexWidget(currentIndex()) : nullptr;
+  if (!editor) return;
+  // One that is scrolled does not lie over the columns that are held.
+  const int nCovered = m_names->HeldWidth() - editor->x();
+  if (nCovered <= 0 || m_names->IsHeld(currentIndex().column())) return editor->clearMask();
+  editor->setMask(QRegion(editor->rect().adjusted(nCovered, 0, 0, 0)) +
+                  QRegion(-2, -2, 1, 1));  // an empty mask would be none
 }
 
 void RowArea::updateGeometries() {
@@ -282,12 +311,26 @@ void RowArea::paintEvent(QPaintEvent* event) {
     DrawFocus(painter, viewport()->rect(), palette().color(QPalette::Highlight));
   }
   const QRect area = event->rect();
-  const int nRows = model()->rowCount();
-  const int nFirstVisual = std::max(0, m_names->visualIndexAt(area.left()));
-  int nLastVisual = m_names->visualIndexAt(area.right());
+  const int nHeld = m_names->HeldEnd();
+  const int nHeldWidth = m_names->HeldWidth();
+  const QRect scrolled = area.intersected(viewport()->rect().adjusted(nHeldWidth, 0, 0, 0));
+  const int nFirstVisual = std::max(nHeld, m_names->visualIndexAt(scrolled.left()));
+  int nLastVisual = m_names->visualIndexAt(scrolled.right());
   if (nLastVisual < 0) nLastVisual = m_names->count() - 1;
-  if (nRows == 0 || nLastVisual < 0) return;
+  PaintPart(painter, scrolled, nFirstVisual, nLastVisual);
+  if (nHeldWidth == 0) return;
+  const QRect held(0, 0, nHeldWidth, viewport()->height());
+  PaintPart(painter, area.intersected(held), 0, nHeld - 1);
+  painter.setClipping(false);
+  // What stays is told from what is scrolled.
+  painter.setPen(palette().color(QPalette::Dark));
+  painter.drawLine(nHeldWidth - 1, 0, nHeldWidth - 1, YOf(model()->rowCount()) - 1);
+}
 
+void RowArea::PaintPart(QPainter& painter, const QRect& area, int nFirstVisual, int nLastVisual) {
+  const int nRows = model()->rowCount();
+  if (nRows == 0 || nLastVisual < 0 || area.isEmpty()) return;
+  painter.setClipRect(area);
   QStyleOptionViewItem look;
   initViewItemOption(&look);
   look.widget = this;

@@ -6,6 +6,9 @@
 
 #include <QAbstractItemView>
 #include <optional>
+#include <vector>
+
+#include "controls/column_layout.h"
 
 namespace orvane::controls {
 
@@ -14,7 +17,7 @@ class RowNumbers;
 
 class RowArea : public QAbstractItemView {
  public:
-  static constexpr int kLeastColumnWidth = 48;
+  static constexpr int kLeastColumnWidth = ColumnLayout::kLeastWidth;
 
   /// Becomes the model's owner.
   RowArea(QAbstractItemModel* model, QWidget* parent);
@@ -37,6 +40,8 @@ class RowArea : public QAbstractItemView {
   /// As wide as the rows in sight need.
   void FitColumn(int nColumn);
 
+  /// The first column that is not hidden.
+  int FirstShown() const;
   /// Scrolls sideways until the column is in sight.
   void ShowColumn(int nColumn);
   /// Places a widget between the names and the rows while it is to be seen, as high as it wishes.
@@ -65,6 +70,7 @@ class RowArea : public QAbstractItemView {
   void wheelEvent(QWheelEvent* event) override;
   void changeEvent(QEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
+  void updateEditorGeometries() override;
   void updateGeometries() override;
   void rowsInserted(const QModelIndex& parent, int nFirst, int nLast) override;
   /// In pixels; vertically in rows, as nothing else would fit an int.
@@ -74,6 +80,7 @@ class RowArea : public QAbstractItemView {
   QRegion visualRegionForSelection(const QItemSelection& selection) const override;
 
  private:
+  void PaintPart(QPainter& painter, const QRect& area, int nFirstVisual, int nLastVisual);
   void PaintRow(QPainter& painter, const QStyleOptionViewItem& look, int nRow, int nFirstVisual,
                 int nLastVisual);
   void FitRowHeight();

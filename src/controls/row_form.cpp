@@ -159,6 +159,7 @@ void RowForm::Step(int nRows) {
 void RowForm::GoToCell() {
   const QModelIndex line = m_found->mapToSource(m_lines->currentIndex());
   if (!line.isValid() || m_model->Place() < 0) return;
+  m_rows.Reveal(line.row());
   m_rows.GoTo(m_model->Place(), line.row());
   m_rows.setFocus();
 }

@@ -34,7 +34,7 @@ bool RowPicker::RowsSelected() const {
 }
 
 void RowPicker::SelectRow(int nRow) {
-  const QModelIndex index = model()->index(nRow, std::max(0, currentIndex().column()));
+  const QModelIndex index = model()->index(nRow, ColumnHere());
   if (!index.isValid()) return;
   ForgetScroll();
   m_bRowsChosen = true;
@@ -58,7 +58,15 @@ void RowPicker::SelectColumn(int nColumn, Qt::KeyboardModifiers modifiers) {
   selectionModel()->setCurrentIndex(index, Selection::NoUpdate);
 }
 
+int RowPicker::ColumnHere() const {
+  const bool bHere = currentIndex().isValid() && !isIndexHidden(currentIndex());
+  return bHere ? currentIndex().column() : FirstShown();
+}
+
 void RowPicker::GoTo(int nRow, int nColumn) {
+  if (nColumn >= 0 && nColumn < Names().count() && Names().isSectionHidden(nColumn)) {
+    nColumn = ColumnHere();
+  }
   const QModelIndex index = model()->index(nRow, nColumn);
   if (!index.isValid()) return;
   ForgetScroll();
@@ -71,8 +79,7 @@ void RowPicker::GoTo(int nRow, int nColumn) {
 void RowPicker::PressNumber(int nRow, Qt::KeyboardModifiers modifiers, bool bDragged) {
   ForgetScroll();
   setFocus(Qt::MouseFocusReason);
-  const int nColumn = std::max(0, currentIndex().column());
-  const QModelIndex index = model()->index(nRow, nColumn);
+  const QModelIndex index = model()->index(nRow, ColumnHere());
   if (!index.isValid()) return;
   m_bRowsChosen = true;
   const bool bExtends = bDragged || modifiers.testFlag(Qt::ShiftModifier);
@@ -101,6 +108,10 @@ void RowPicker::selectAll() {
 
 void RowPicker::keyPressEvent(QKeyEvent* event) {
   ForgetScroll();
+  const int nKey = event->key();
+  const bool bAlone = nKey == Qt::Key_Shift || nKey == Qt::Key_Control || nKey == Qt::Key_Alt ||
+                      nKey == Qt::Key_Meta || nKey == Qt::Key_AltGr;
+  if (bAlone) return event->ignore();  // what is selected stays what it is
   if (event->key() == Qt::Key_Space && event->modifiers() == Qt::ShiftModifier) {
     return SelectRow(currentIndex().row());
   }

@@ -24,7 +24,8 @@ class RowPicker : public RowArea {
   void SelectRow(int nRow);
   /// Makes the column's cell in the current row the current one and selects the column.
   void SelectColumn(int nColumn, Qt::KeyboardModifiers modifiers = {});
-  /// Makes the cell the only one that is selected, and shows it.
+  /// Makes the cell the only one that is selected, and shows it; in place of one of a hidden column
+  /// that of the current column.
   void GoTo(int nRow, int nColumn);
 
   void selectAll() override;
@@ -46,6 +47,7 @@ class RowPicker : public RowArea {
   /// The cells between two, in the order in which the columns stand.
   QItemSelection Between(const QModelIndex& one, const QModelIndex& other) const;
   int NextVisible(int nVisual, int nStep) const;
+  int ColumnHere() const;
 
   QPersistentModelIndex m_anchor;
   bool m_bRowsChosen = false;

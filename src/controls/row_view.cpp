@@ -1,24 +1,17 @@
 #include "controls/row_view.h"
 
-#include <QClipboard>
 #include <QContextMenuEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QMimeData>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <utility>
 
 #include "controls/cell_delegate.h"
-#include "controls/clipboard_text.h"
-#include "controls/copied_cells.h"
-#include "controls/copied_forms.h"
 #include "controls/header_view.h"
 #include "controls/row_numbers.h"
 #include "controls/row_places.h"
-#include "controls/status_strip.h"
 
 namespace orvane::controls {
 
@@ -29,11 +22,30 @@ constexpr int kMostColumnWidth = 1000;
 constexpr int kRowsMeasured = 100;
 constexpr int kCharactersMeasured = 250;
 
+std::vector<platform::Text> ColumnTexts(const RowModel& model) {
+  std::vector<platform::Text> names;
+  for (int n = 0; n < model.columnCount(); ++n) {
+    names.push_back(model.Recordset()->FieldAt(n).Name());
+  }
+  return names;
+}
+
 }  // namespace
 
 RowView::RowView(QWidget* parent)
-    : RowPicker(new RowModel, parent), m_model(static_cast<RowModel*>(model())), m_arranger(this) {
-  setItemDelegate(new CellDelegate(*m_model, this));
+    : RowPicker(new RowModel, parent),
+      m_model(static_cast<RowModel*>(model())),
+      m_columns(new KeptColumns(Names(), this)),
+      m_arranger(this) {
+  auto* delegate = new CellDelegate(*m_model, this);
+  // A number wider than those that were measured has come into sight.
+  delegate->OnTooNarrow([this](int nColumn, int nWidth) {
+    m_columns->Grow(nColumn, std::min(nWidth, kMostColumnWidth));
+  });
+  setItemDelegate(delegate);
+  Names().setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(&Names(), &QWidget::customContextMenuRequested, this,
+          [this](QPoint at) { OpenNamesMenu(at); });
   setObjectName("rows");
   setAccessibleName("Rows");
   Names().setObjectName("columnNames");
@@ -72,6 +84,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   if (m_model->columnCount() > 0) {
     m_lastColumns = ColumnSignature();
     m_lastWidths = ColumnWidths();
+    m_columns->Remember();
   }
   ForgetScroll();
   RowsChosen(false);
@@ -79,9 +92,12 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   m_model->Recordset(std::move(rs), std::move(format));
   m_model->FitTimes(kRowsMeasured);
   if (m_model->columnCount() > 0) {
-    const bool bKnown = state ? ColumnWidths(state->columnWidths)
-                              : m_lastColumns == ColumnSignature() && ColumnWidths(m_lastWidths);
-    if (!bKnown) FitColumns();
+    if (state) m_columns->Layout(state->layout);
+    m_columns->Show(ColumnTexts(*m_model), [&] {
+      const bool bKnown = state ? ColumnWidths(state->columnWidths)
+                                : m_lastColumns == ColumnSignature() && ColumnWidths(m_lastWidths);
+      if (!bKnown) FitColumns();
+    });
     // Rows of the same columns stand as those before them did.
     if (m_lastColumns != ColumnSignature()) m_arrangement = {};
     if (state) m_arrangement = state->arrangement;
@@ -89,8 +105,10 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   if (state) {
     Restore(*state);
   } else if (HasRows() && m_model->columnCount() > 0) {
-    selectionModel()->setCurrentIndex(m_model->index(0, 0), QItemSelectionModel::NoUpdate);
+    selectionModel()->setCurrentIndex(m_model->index(0, FirstShown()),
+                                      QItemSelectionModel::NoUpdate);
   }
+  LeaveHidden();
   Names().Offer(currentIndex().column());
   Names().Sorted(m_arrangement.sort);
   updateGeometries();
@@ -109,7 +127,8 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
 void RowView::Restore(const RowsState& state) {
   // Without the order, what is said of places is about other rows.
   if (state.bOrderLost) {
-    selectionModel()->setCurrentIndex(m_model->index(0, 0), QItemSelectionModel::NoUpdate);
+    selectionModel()->setCurrentIndex(m_model->index(0, FirstShown()),
+                                      QItemSelectionModel::NoUpdate);
     return ArrangeNow(true);
   }
   if (state.order) m_model->Order(state.order);
@@ -137,6 +156,7 @@ RowsState RowView::State() const {
   state.nTopRow = ScrolledTo().nTopRow;
   state.nLeftOffset = ScrolledTo().nLeftOffset;
   state.columnWidths = ColumnWidths();
+  state.layout = m_columns->Layout();
   state.arrangement = m_arrangement;
   state.order = m_model->Order();
   return state;
@@ -213,7 +233,7 @@ void RowView::ArrangeNow(bool bFromTop) {
                        updateGeometries();
                        if (bStayed) {
                          const QSignalBlocker quiet(selectionModel());
-                         selectionModel()->setCurrentIndex(m_model->index(0, 0),
+                         selectionModel()->setCurrentIndex(m_model->index(0, FirstShown()),
                                                            QItemSelectionModel::NoUpdate);
                          verticalScrollBar()->setValue(0);
                        } else {
@@ -231,81 +251,6 @@ void RowView::currentChanged(const QModelIndex& current, const QModelIndex& prev
   Names().Offer(current.column());
 }
 
-QItemSelection RowView::CopiedCells() const {
-  // The empty row at the end holds nothing.
-  QItemSelection selection;
-  for (const QItemSelectionRange& range : selectionModel()->selection()) {
-    const int nBottom = std::min(range.bottom(), m_model->Places() - 1);
-    if (nBottom < range.top()) continue;
-    selection.select(m_model->index(range.top(), range.left()),
-                     m_model->index(nBottom, range.right()));
-  }
-  if (selection.isEmpty() && currentIndex().isValid()) {
-    selection.select(currentIndex(), currentIndex());
-  }
-  return selection;
-}
-
-std::optional<QString> RowView::Written(
-    const QItemSelection& selection, const std::function<std::optional<QString>()>& write) const {
-  const platform::RowIndex rows = SelectedRows(selection);
-  if (rows > kMostCopiedRows) {
-    Copied(QStringLiteral("Not copied: %1 are selected, and at most %2 can be copied at once. "
-                          "Select fewer.")
-               .arg(RowsText(rows), RowsText(kMostCopiedRows)));
-    return std::nullopt;
-  }
-  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-  std::optional<QString> text = write();
-  QGuiApplication::restoreOverrideCursor();
-  if (!text) {
-    Copied(
-        QStringLiteral("Not copied: the selection has more than 32 million characters. Select "
-                       "fewer cells."));
-  }
-  return text;
-}
-
-void RowView::Copy(bool bNames) const {
-  const QItemSelection selection = CopiedCells();
-  if (selection.isEmpty()) return;
-  std::optional<QString> text =
-      Written(selection, [&] { return ClipboardText(*m_model, selection, bNames); });
-  if (!text) return;
-  // One cell goes without its line end, so that it can be put into the middle of a line, and
-  // without a table around it.
-  const bool bOneCell =
-      selection.size() == 1 && selection.first().width() == 1 && selection.first().height() == 1;
-  auto* data = new QMimeData;
-  if (bOneCell && !bNames) {
-    text->chop(1);
-  } else if (const auto page = SelectionAsPage(*m_model, selection, bNames)) {
-    data->setHtml(*page);
-  }
-  data->setText(*text);
-  if (!bNames) AddCells(*data, *m_model, selection);
-  QGuiApplication::clipboard()->setMimeData(data);
-  Copied({});
-}
-
-void RowView::CopyAs(exports::Form form) const {
-  const QItemSelection selection = CopiedCells();
-  if (selection.isEmpty()) return;
-  exports::WriterOptions options;
-  options.form = form;
-  options.zone = m_model->Format().Zone();
-  options.sInto = m_sInto;
-  const std::optional<QString> text =
-      Written(selection, [&] { return SelectionAs(options, *m_model, selection); });
-  if (!text) return;
-  QGuiApplication::clipboard()->setText(*text);
-  Copied({});
-}
-
-void RowView::Copied(const QString& sWhyNot) const {
-  if (m_copied) m_copied(sWhyNot);
-}
-
 void RowView::keyPressEvent(QKeyEvent* event) {
   if (!m_commands.Press(*event)) RowPicker::keyPressEvent(event);
 }
@@ -314,11 +259,21 @@ void RowView::contextMenuEvent(QContextMenuEvent* event) {
   if (HasRows() || !m_arrangement.filters.empty()) OpenMenu(event->globalPos());
 }
 
-void RowView::OpenMenu(QPoint where) {
+void RowView::OpenMenu(QPoint where, void (GridCommands::*fill)(QMenu&) const) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  m_commands.Fill(*menu);
+  (m_commands.*fill)(*menu);
   menu->popup(where);
+}
+
+void RowView::OpenNamesMenu(QPoint at) {
+  const int nColumn = Names().ColumnAt(at.x());
+  if (Names().count() == 0) return;
+  const bool bSelected =
+      nColumn >= 0 && HasRows() && selectionModel()->isSelected(m_model->index(0, nColumn)) &&
+      selectionModel()->isSelected(m_model->index(m_model->rowCount() - 1, nColumn));
+  if (nColumn >= 0 && !(bSelected && currentIndex().column() == nColumn)) SelectColumn(nColumn);
+  OpenMenu(Names().mapToGlobal(at), &GridCommands::FillForColumn);
 }
 
 void RowView::Abandon() {
@@ -336,7 +291,7 @@ int RowView::sizeHintForColumn(int nColumn) const {
     const QString sText = m_model->CellAt(nRow, nColumn).sText.left(kCharactersMeasured);
     nWidth = std::max(nWidth, metrics.horizontalAdvance(sText));
   }
-  return std::min(nWidth + 2 * CellDelegate::kMargin + 2, kMostColumnWidth);
+  return std::min(CellDelegate::WidthFor(nWidth), kMostColumnWidth);
 }
 
 void RowView::FitColumns() {
@@ -348,8 +303,58 @@ void RowView::FitColumns() {
 
 std::vector<int> RowView::ColumnWidths() const {
   std::vector<int> widths;
-  for (int n = 0; n < m_model->columnCount(); ++n) widths.push_back(ColumnWidth(n));
+  for (int n = 0; n < m_model->columnCount(); ++n) widths.push_back(m_columns->WidthOf(n));
   return widths;
+}
+
+void RowView::Layout(ColumnLayout layout) {
+  m_columns->Layout(std::move(layout));
+  if (Names().count() == 0) return;
+  m_columns->Show(ColumnTexts(*m_model), [this] { FitColumns(); });
+  LeaveHidden();
+  updateGeometries();
+  viewport()->update();
+}
+
+std::vector<bool> RowView::HiddenColumns() const {
+  std::vector<bool> hidden;
+  for (int n = 0; n < Names().count(); ++n) hidden.push_back(Names().isSectionHidden(n));
+  return hidden;
+}
+
+void RowView::HiddenColumns(const std::vector<bool>& hidden) {
+  m_columns->Hide(hidden);
+  LeaveHidden();
+  updateGeometries();
+  viewport()->update();
+}
+
+void RowView::HoldColumns(int nUpTo) {
+  m_columns->HoldUpTo(nUpTo);
+  updateGeometries();
+  viewport()->update();
+}
+
+void RowView::Reveal(int nColumn) {
+  std::vector<bool> hidden = HiddenColumns();
+  const auto n = static_cast<std::size_t>(nColumn);
+  if (n >= hidden.size() || !hidden[n]) return;
+  hidden[n] = false;
+  HiddenColumns(hidden);
+}
+
+void RowView::LeaveHidden() {
+  const QModelIndex current = currentIndex();
+  if (!current.isValid() || !Names().isSectionHidden(current.column())) return;
+  // To the next one at the right that is seen, else to the last.
+  const std::vector<int> shown = Names().Shown();
+  const int nAt = Names().visualIndex(current.column());
+  const auto next =
+      std::ranges::find_if(shown, [&](int nColumn) { return Names().visualIndex(nColumn) > nAt; });
+  if (shown.empty()) return;
+  selectionModel()->setCurrentIndex(
+      m_model->index(current.row(), next == shown.end() ? shown.back() : *next),
+      QItemSelectionModel::NoUpdate);
 }
 
 bool RowView::ColumnWidths(const std::vector<int>& widths) {

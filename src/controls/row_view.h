@@ -8,11 +8,12 @@
 
 #include "controls/accessible_rows.h"
 #include "controls/grid_commands.h"
+#include "controls/kept_columns.h"
 #include "controls/row_arranger.h"
+#include "controls/row_copier.h"
 #include "controls/row_model.h"
 #include "controls/row_picker.h"
 #include "controls/rows_states.h"
-#include "exports/row_writer.h"
 
 namespace orvane::controls {
 
@@ -20,15 +21,28 @@ class RowView : public RowPicker {
   Q_OBJECT
 
  public:
-  /// More rows are not copied at once: the text would be of no use and take the memory of two.
-  static constexpr platform::RowIndex kMostCopiedRows = 100'000;
-
   explicit RowView(QWidget* parent = nullptr);
 
   RowModel& Model() { return *m_model; }
   const RowModel& Model() const { return *m_model; }
   /// What can be done to the rows, in their menu and by keys.
   GridCommands& Commands() { return m_commands; }
+  /// How the columns are laid out, for the same columns and for those that come.
+  const KeptColumns& Columns() const { return *m_columns; }
+  KeptColumns& Columns() { return *m_columns; }
+  /// Lays the columns out, those that are shown too.
+  void Layout(ColumnLayout layout);
+  /// Lays the columns out as they were fetched.
+  void ForgetColumns() { Layout({}); }
+  /// One flag for each column. What is hidden is neither copied nor gone to; the current cell goes
+  /// to a column that is seen.
+  std::vector<bool> HiddenColumns() const;
+  void HiddenColumns(const std::vector<bool>& hidden);
+  /// The columns up to this one stay in sight; none does for -1.
+  void HoldColumns(int nUpTo);
+  /// Shows a column that is hidden.
+  void Reveal(int nColumn);
+
   /// Shows the rows, or none, as a state left them; without one from the first cell on, with the
   /// columns as wide as their first rows need, or as they were if they are the same columns.
   /// Raises no signal of the selection.
@@ -62,17 +76,10 @@ class RowView : public RowPicker {
     m_arranged = std::move(handler);
   }
 
-  /// Puts the selection, or else the current cell, on the clipboard; with nothing of both, or with
-  /// more than can be copied at once, keeps what is there.
-  void Copy(bool bNames) const;
-  /// The same in a form of exports.
-  void CopyAs(exports::Form form) const;
-  /// The table into which copied statements insert, as SQL needs it.
-  void Into(platform::Text sInto) { m_sInto = std::move(sInto); }
-  /// Called after each copy with why there was none, as a sentence; empty when there was one.
-  void OnCopied(std::function<void(const QString& sWhyNot)> handler) {
-    m_copied = std::move(handler);
-  }
+  /// What RowCopier does.
+  void Copy(bool bNames) const { m_copier.Copy(bNames); }
+  void CopyAs(exports::Form form) const { m_copier.CopyAs(form); }
+  RowCopier& Copier() { return m_copier; }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -84,11 +91,9 @@ class RowView : public RowPicker {
  private:
   void AddCommands();
   void PressArrow(int nColumn, Qt::KeyboardModifiers modifiers);
-  void OpenMenu(QPoint where);
-  QItemSelection CopiedCells() const;
-  std::optional<QString> Written(const QItemSelection& selection,
-                                 const std::function<std::optional<QString>()>& write) const;
-  void Copied(const QString& sWhyNot) const;
+  void OpenMenu(QPoint where, void (GridCommands::*fill)(QMenu&) const = &GridCommands::Fill);
+  void OpenNamesMenu(QPoint at);
+  void LeaveHidden();
   void FitColumns();
   std::vector<int> ColumnWidths() const;
   bool ColumnWidths(const std::vector<int>& widths);
@@ -97,14 +102,14 @@ class RowView : public RowPicker {
 
   AccessibleRowsOffer m_accessible;
   RowModel* m_model;
+  KeptColumns* m_columns;
+  RowCopier m_copier{*this};
   GridCommands m_commands;
   RowArranger m_arranger;
   Arrangement m_arrangement;
   std::function<bool(const std::vector<SortColumn>&)> m_sortElsewhere;
   std::function<void(const QString&)> m_arranged;
   std::function<void()> m_arrowClicked;
-  std::function<void(const QString&)> m_copied;
-  platform::Text m_sInto = "\"Copied\"";
   QStringList m_lastColumns;
   std::vector<int> m_lastWidths;
 };

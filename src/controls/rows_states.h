@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "controls/arrangement.h"
+#include "controls/column_layout.h"
 #include "controls/row_order.h"
 #include "controls/table_statement.h"
 #include "platform/ado/connection.h"
@@ -49,6 +50,7 @@ struct RowsState {
   int nTopRow = 0;      ///< first row in sight
   int nLeftOffset = 0;  ///< pixels scrolled sideways
   std::vector<int> columnWidths;
+  ColumnLayout layout;
   Arrangement arrangement;
   bool bOrderLost = false;                ///< there was an order, which was let go
   std::shared_ptr<const RowOrder> order;  ///< what came of the arrangement; null for none

@@ -131,6 +131,10 @@ platform::Subscription TableEditor::OnHeadClick(std::function<void()> handler) {
   return m_core.Events().headClick.Connect(std::move(handler));
 }
 
+platform::Subscription TableEditor::OnFilterKept(std::function<void()> handler) {
+  return m_core.Events().filterKept.Connect(std::move(handler));
+}
+
 std::optional<RowTable> TableEditor::TableOfRows() const {
   if (!m_query || m_query->Table().empty()) return std::nullopt;
   return RowTable{m_query->Catalog(), m_query->Table(), {}};

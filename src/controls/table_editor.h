@@ -26,6 +26,7 @@ class TableEditor : public GridControl<platform::TableEditor> {
   void SortDescending() override { SortByCurrent(false); }
   platform::Boolean CanSort() const override;
   [[nodiscard]] platform::Subscription OnHeadClick(std::function<void()> handler) override;
+  [[nodiscard]] platform::Subscription OnFilterKept(std::function<void()> handler) override;
 
  private:
   NoRowsTexts TextsWithoutRows() const;

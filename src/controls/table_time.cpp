@@ -177,6 +177,8 @@ void TableTime::KeepRange() {
   query->FilterCondition(FilterWithin(query->FilterCondition(), m_viewing));
   m_viewing.range.reset();
   ShowRange();
+  // Otherwise the default filter would take its place one day.
+  m_core.Window().Raise(&GridEvents::filterKept);
 }
 
 trend::TrendView::Units TableTime::AskUnits() {

@@ -48,6 +48,10 @@ void SnapIn::ActivateTable(ResultView& view) {
   if (!grid) return TableEditor(nullptr);
   const auto table = TagAs<nodes::TableNode>(*view.ScopeItem());
   TableEditor(grid);
+  m_tblEditorEvents.push_back(grid->OnFilterKept([kept = std::weak_ptr(table)] {
+    // Neither new options nor the query builder put the default filter back.
+    if (const auto node = kept.lock()) node->DefaultFilterCondition(false);
+  }));
   m_tblEditor->ShowSqlStatements(Root().SqlStatements());
   m_tblEditor->Connection(ServerOf(*table)->Connection());
   m_tblEditor->TableQuery(table->Query());

@@ -16,7 +16,7 @@ class clipboard_text : public testing::Test {
     m_selection.select(m_model.index(nTop, nLeft), m_model.index(nBottom, nRight));
   }
   std::string Copied(bool bNames = false) const {
-    return ClipboardText(m_model, m_selection, bNames).value_or("(too long)").toStdString();
+    return ClipboardText(m_model, m_selection, SelectedColumns(m_selection), bNames).value_or("(too long)").toStdString();
   }
   RowModel m_model;
   QItemSelection m_selection;
@@ -34,8 +34,8 @@ TEST_F(clipboard_text, names_of_the_columns_come_first_when_wanted) {
 
 TEST_F(clipboard_text, there_is_none_beyond_the_limit) {
   Select(1, 0, 2, 1);
-  EXPECT_EQ(ClipboardText(m_model, m_selection, false, 16)->size(), 16);
-  EXPECT_EQ(ClipboardText(m_model, m_selection, false, 15), std::nullopt);
+  EXPECT_EQ(ClipboardText(m_model, m_selection, {0, 1}, false, 16)->size(), 16);
+  EXPECT_EQ(ClipboardText(m_model, m_selection, {0, 1}, false, 15), std::nullopt);
 }
 
 TEST_F(clipboard_text, rows_of_a_selection_are_counted_once) {

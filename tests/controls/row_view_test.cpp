@@ -30,7 +30,7 @@ TEST(row_view, more_rows_than_can_be_copied_leave_the_clipboard_alone_and_are_no
   QGuiApplication::clipboard()->setText("before");
   RowView view;
   QString sWhyNot;
-  view.OnCopied([&](const QString& sSentence) { sWhyNot = sSentence; });
+  view.Copier().OnCopied([&](const QString& sSentence) { sWhyNot = sSentence; });
   const auto rs = Plant(1'000'000);
   view.ShowRows(rs, kUtcZone);
   view.selectAll();
@@ -51,7 +51,7 @@ TEST(row_view, more_text_than_can_be_copied_leaves_the_clipboard_alone) {
   QGuiApplication::clipboard()->setText("before");
   RowView view;
   QString sWhyNot;
-  view.OnCopied([&](const QString& sSentence) { sWhyNot = sSentence; });
+  view.Copier().OnCopied([&](const QString& sSentence) { sWhyNot = sSentence; });
   const platform::Text sLong(1'000'000, 'x');
   const auto rs = std::make_shared<FakeRecordset>(1'000, [&](auto, auto) { return Value(sLong); });
   rs->Column("a", platform::DataType::WChar);
@@ -209,13 +209,13 @@ TEST(row_view, copies_in_forms_for_other_programs) {
   view.Copy(false);
   EXPECT_EQ(clipboard->text().toStdString(), "\n\"\"\nNULL\n\"a\tb\nc\"\n<b>\n");
   const QString sPage = clipboard->mimeData()->html();
-  for (const char* sCell : {"<td><i></i></td>", "<td></td>", "<td>NULL</td>",
-                            "<td>a&#9;b<br>c</td>", "<td>&lt;b&gt;</td>"}) {
+  for (const char* sCell : {"<td><i></i></td>", "@\"></td>", ">NULL</td>",
+                            ">a&#9;b<br>c</td>", ">&lt;b&gt;</td>"}) {
     EXPECT_TRUE(sPage.contains(sCell)) << sCell;
   }
   view.CopyAs(exports::Form::Csv);
   EXPECT_EQ(clipboard->text().toStdString(), "a\r\n\r\n\"\"\r\nNULL\r\n\"a\tb\nc\"\r\n<b>\r\n");
-  view.Into("\"Plant\"..\"Data\"");
+  view.Copier().Into("\"Plant\"..\"Data\"");
   view.SelectRow(2);
   view.CopyAs(exports::Form::Sql);
   EXPECT_TRUE(

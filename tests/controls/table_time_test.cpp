@@ -130,7 +130,10 @@ TEST_F(table_time, keep_makes_the_range_the_query_s_filter) {
   m_editor->Requery();
   Pick("Last 7 days");
   const Text sSent = Sent();
+  Text sKept;
+  const auto kept = m_editor->OnFilterKept([&] { sKept += m_query->FilterCondition(); });
   Find<QAction>("timeKeep")->trigger();
+  EXPECT_EQ(sKept, m_query->FilterCondition());
   EXPECT_EQ(m_query->FilterCondition(), "\"Timestamp\" BETWEEN '*-7d' AND '*'");
   m_editor->Requery();
   EXPECT_EQ(Sent(), sSent);
@@ -200,6 +203,16 @@ TEST_F(table_time, following_keeps_the_order_made_here_and_the_place_in_it) {
   EXPECT_EQ(RowsOf(*m_editor), 28);
   ASSERT_TRUE(QTest::qWaitFor([&] { return ViewOf(*m_editor)->currentIndex().row() == 1; }));
   EXPECT_EQ(CellOf(*m_editor, 1, 2), "54");
+}
+
+TEST_F(table_time, following_leaves_the_columns_as_they_were_made_meanwhile) {
+  Show(*m_editor);
+  m_editor->Requery();
+  m_server.whileRunning = [this] {
+    m_editor->Layout(R"({"version":1,"columns":[{"name":"Tag","hidden":true}]})");
+  };
+  FollowOnce();
+  EXPECT_EQ(ViewOf(*m_editor)->HiddenColumns(), (std::vector<bool>{true, false, false}));
 }
 
 TEST_F(table_time, following_ends_with_a_failure) {

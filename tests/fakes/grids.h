@@ -121,8 +121,13 @@ class FakeTableEditor : public FakeGrid<platform::TableEditor> {
     return headClick.Connect(std::move(handler));
   }
 
+  platform::Subscription OnFilterKept(std::function<void()> handler) override {
+    return filterKept.Connect(std::move(handler));
+  }
+
   platform::TableQueryPtr tableQuery;
   Long lUpdatability = 0;
+  platform::Signal<> filterKept;
   platform::Signal<> headClick;
 
  private:

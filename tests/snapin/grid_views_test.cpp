@@ -56,6 +56,44 @@ TEST_F(grid_views, a_mode_that_is_refused_is_reported) {
   EXPECT_EQ(ErrorBox(), "The grid cannot do that.");
 }
 
+TEST_F(grid_views, a_filter_that_was_kept_is_not_replaced_by_the_default_one) {
+  FakeResultView view("TableEditorOcxView", driver.Item("S1.Catalogs.Plant.Data"));
+  view.control = editor;
+  driver.snapIn->ResultViews_Activate(view);
+  const auto data = std::dynamic_pointer_cast<nodes::TableNode>(view.ScopeItem()->Tag());
+  ASSERT_TRUE(data->DefaultFilterCondition());
+  data->Query()->FilterCondition("Timestamp BETWEEN '*-7d' AND '*'");
+  editor->filterKept.Raise();
+  EXPECT_FALSE(data->DefaultFilterCondition());
+  EXPECT_TRUE(Pumps()->DefaultFilterCondition());
+  driver.forms->WhenShown("OptionsDlg", [](fakes::FakeForm& form) {
+    form.TextBox("m_txtDefStartTime").Text("y");
+    form.Button("m_btnOK").Click();
+  });
+  driver.Click("m_mnuOptions", "");
+  EXPECT_EQ(data->Query()->FilterCondition(), "Timestamp BETWEEN '*-7d' AND '*'");
+  // The builder shows it as the table's own.
+  int nShown = 0;
+  driver.forms->WhenShown("TableQueryDlg", [&](fakes::FakeForm& form) {
+    ++nShown;
+    EXPECT_FALSE(form.CheckBox("m_chkDefaultFilterCond").Checked());
+    EXPECT_EQ(form.TextBox("m_txtFilterCond").Text(), "Timestamp BETWEEN '*-7d' AND '*'");
+    form.Button("m_btnOk").Click();
+  });
+  driver.Click("m_mnuQuery", "S1.Catalogs.Plant.Data");
+  EXPECT_EQ(nShown, 1);
+  EXPECT_EQ(data->Query()->FilterCondition(), "Timestamp BETWEEN '*-7d' AND '*'");
+  ExpectNoBoxes();
+}
+
+TEST_F(grid_views, a_grid_that_is_hidden_changes_no_table) {
+  const auto view = TableView();
+  driver.snapIn->ResultViews_Activate(*view);
+  driver.snapIn->ResultViews_Deactivate(*view);
+  editor->filterKept.Raise();
+  EXPECT_TRUE(Pumps()->DefaultFilterCondition());
+}
+
 TEST_F(grid_views, showing_a_table_binds_the_grid_in_order_and_queries) {
   driver.snapIn->ResultViews_Activate(*TableView());
   EXPECT_EQ(editor->log, (Log{"ShowSqlStatements True", "Connection", "TableQuery", "Requery"}));

@@ -23,6 +23,11 @@ class Control : public Object {
   virtual void* LendStatusLine() { return nullptr; }
   /// The line lent is the control's to place again; called before the control is let go.
   virtual void TakeStatusLineBack() {}
+  /// How the user has laid the control out for what it shows, for the host to keep with its
+  /// document; empty where he has changed nothing.
+  virtual Text Layout() const { return {}; }
+  /// Given before anything is shown. A document may hold any text: what is no layout is none.
+  virtual void Layout(const Text& /*sLayout*/) {}
 };
 
 /// What both grids offer.
@@ -69,6 +74,8 @@ class TableEditor : public Grid {
 
   /// Called when a column head was clicked.
   [[nodiscard]] virtual Subscription OnHeadClick(std::function<void()> handler) = 0;
+  /// Called when the user has made a filter the query's own, which no other is to replace.
+  [[nodiscard]] virtual Subscription OnFilterKept(std::function<void()> /*handler*/) { return {}; }
 };
 
 /// Shows the rows of a named query.

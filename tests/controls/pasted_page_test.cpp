@@ -1,0 +1,190 @@
+#include "controls/pasted_page.h"
+
+#include <gtest/gtest.h>
+
+#include "controls/copied_forms.h"
+#include "tests/controls/fake_data.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Text;
+
+std::string Shown(const std::optional<CopiedCells>& cells) {
+  if (!cells) return "none";
+  std::string sAll;
+  for (const auto& row : *cells) {
+    for (const auto& text : row) sAll += text ? "[" + *text + "]" : "(null)";
+    sAll += '\n';
+  }
+  return sAll;
+}
+
+std::string Read(const char* sPage) {
+  return Shown(CellsOfPage(QString::fromUtf8(sPage)));
+}
+
+/// As a spreadsheet of an office suite puts its cells there.
+constexpr const char* kSpreadsheet =
+    R"page(<!DOCTYPE html PUBLIC "-//W3C//DTD HTML 4.0 Transitional//EN">
+
+<html>
+<head>
+	
+	<meta http-equiv="content-type" content="text/html; charset=utf-8"/>
+	<title></title>
+	<meta name="generator" content="LibreOffice 7.4.7.2 (Linux)"/>
+	<style type="text/css">
+		body,div,table,thead,tbody,tfoot,tr,th,td,p { font-family:"Liberation Sans"; font-size:x-small }
+		a.comment-indicator:hover + comment { background:#ffd; position:absolute; display:block; border:1px solid black; padding:0.5em;  } 
+	</style>
+	
+</head>
+
+<body>
+<table cellspacing="0" border="0">
+	<colgroup width="85"></colgroup>
+	<colgroup span="3" width="120"></colgroup>
+	<tr>
+		<td height="17" align="left" valign=bottom>P-101</td>
+		<td align="right" valign=bottom sdval="1234.56789" sdnum="1033;0;#,##0.00">1,234.57</td>
+		<td align="left" valign=bottom><br></td>
+		<td align="left" valign=bottom>NULL</td>
+	</tr>
+	<tr>
+		<td height="32" align="left" valign=bottom>two<br>lines &amp; a &lt;tag&gt;</td>
+		<td align="right" valign=bottom sdval="1.5E-010" sdnum="1033;">1.5E-10</td>
+		<td align="left" valign=bottom><b><font color="#C9211E">  bold,  spaced</font></b></td>
+		<td align="left" valign=bottom>a&nbsp;b</td>
+	</tr>
+	<tr>
+		<td align="left" valign=bottom sdval="1" sdnum="1033;0;BOOLEAN">TRUE</td>
+		<td align="right" valign=bottom sdval="45244.9266203704" sdnum="1033;0;YYYY-MM-DD HH:MM:SS.000000">2023-11-14 22:14:20.123456</td>
+		<td align="right" valign=bottom sdval="45244.9266203704" sdnum="1031;1031;DD.MM.YYYY HH:MM:SS">14.11.2023 22:14:20</td>
+		<td align="left" valign=bottom sdnum="1033;0;@">007</td>
+	</tr>
+</table>
+<!-- ************************************************************************** -->
+</body>
+
+</html>
+)page";
+
+TEST(pasted_page, of_a_spreadsheet_is_read_cell_by_cell) {
+  EXPECT_EQ(Read(kSpreadsheet),
+            "[P-101][1234.56789](null)[NULL]\n"
+            "[two\nlines & a <tag>][1.5E-010][  bold,  spaced][a\xC2\xA0"
+            "b]\n"
+            "[True][2023-11-14 22:14:20.123456][2023-11-14 22:14:20][007]\n");
+}
+
+TEST(pasted_page, numbers_come_as_they_are_held_and_times_with_the_year_first) {
+  const auto cell = [](const char* sAttributes, const char* sShown) {
+    return Read((std::string("<table><tr><td ") + sAttributes + ">" + sShown + "</table>").c_str());
+  };
+  EXPECT_EQ(cell(R"(sdval="0.5" sdnum="1033;0;0%")", "50%"), "[0.5]\n");
+  EXPECT_EQ(cell(R"(sdval="12" sdnum="1033;0;0 &quot;days&quot;")", "12 days"), "[12]\n");
+  EXPECT_EQ(cell(R"(sdval="12" sdnum="1033;0;[RED]0.00")", "12.00"), "[12]\n");
+  EXPECT_EQ(cell(R"(sdval="12" sdnum="1033;0;General")", "12"), "[12]\n");
+  EXPECT_EQ(cell(R"(sdval="45244" sdnum="1033;0;MM/DD/YY")", "11/14/23"),
+            "[2023-11-14 00:00:00]\n");
+  EXPECT_EQ(cell(R"(sdval="0.75" sdnum="1033;0;HH:MM AM/PM")", "06:00 PM"), "[18:00:00]\n");
+  EXPECT_EQ(cell(R"(sdval="45244.5000057870" sdnum="1033;0;D.M.YY")", "14.11.23"),
+            "[2023-11-14 12:00:00.500]\n");
+  EXPECT_EQ(cell(R"(sdval="1.5" sdnum="1033;0;[HH]:MM:SS")", "36:00:00"), "[36:00:00]\n");
+  // No time that anybody could mean is made up.
+  EXPECT_EQ(cell(R"(sdval="1e300" sdnum="1033;0;YYYY")", "###"), "[###]\n");
+  EXPECT_EQ(cell(R"(sdval="-5" sdnum="1033;0;YYYY")", "1899"), "[1899]\n");
+  EXPECT_EQ(cell(R"(sdval="high" sdnum="1033;")", "low"), "[low]\n");
+}
+
+TEST(pasted_page, line_breaks_of_the_source_are_blanks_and_others_are_kept) {
+  EXPECT_EQ(Read("<table>\n<tr>\n  <td>\n    one\n    two  three\n  </td>\r\n<td>a<br>\n b<br><br>"
+                 "</td><td><p>x</p>\n<p>y</p></td></tr></table>"),
+            "[one two  three][a\nb\n\n][x\ny]\n");
+}
+
+TEST(pasted_page, cells_without_content_are_null) {
+  EXPECT_EQ(Read("<table><tr><td></td><td>&nbsp;</td><td> &#32;</td><td><br/></td></table>"),
+            "(null)(null)[  ](null)\n");
+}
+
+TEST(pasted_page, merged_cells_leave_null_where_they_reach) {
+  EXPECT_EQ(Read("<table><tr><td rowspan=2>a<td colspan=2>b<td rowspan=3>c"
+                 "<tr><td>d<td>e<tr><td>f</table>"),
+            "[a][b](null)[c]\n(null)[d][e](null)\n[f](null)(null)(null)\n");
+}
+
+TEST(pasted_page, names_and_numbers_stand_for_characters) {
+  EXPECT_EQ(Read("<table><td>&auml;&#228;&#xE4;&euro;&copy;&bogus;&#xD800;&#99999999999;& &;&#;"),
+            "[\xC3\xA4\xC3\xA4\xC3\xA4\xE2\x82\xAC\xC2\xA9&bogus;\xEF\xBF\xBD&#99999999999;& &;&#;]"
+            "\n");
+}
+
+TEST(pasted_page, of_a_stranger_is_text_and_nothing_else) {
+  EXPECT_EQ(Read("<script>document.write('<table><tr><td>no</td></tr></table>')</script>"
+                 "<table background='http://example.invalid/a.png'><tr>"
+                 "<td><img src=\"file:///etc/passwd\" onerror='x'>1 < 2 <style>td{}</style></td>"
+                 "<td><a href=\"x>y\">link</a><!-- <td>no</td> --></td>"
+                 "<td><table><tr><td>within</td></tr></table></td></tr></table>"
+                 "<table><tr><td>second</td></tr></table>"),
+            "[1 < 2 ][link][within]\n");
+}
+
+TEST(pasted_page, that_breaks_off_gives_what_there_is) {
+  EXPECT_EQ(Read("<table><tr><td>a</td><td>b"), "[a][b]\n");
+  EXPECT_EQ(Read("<table><tr><td>a</td><td class=\"b"), "[a](null)\n");
+  EXPECT_EQ(Read("<table><tr><td>a<!--"), "[a]\n");
+  EXPECT_EQ(Read("<table><tr><td>a<"), "[a<]\n");
+}
+
+TEST(pasted_page, without_a_cell_is_none) {
+  for (const char* sPage :
+       {"", "text", "<table></table>", "<p>a</p>", "<td>a</td>", "<", "&", "</"}) {
+    EXPECT_EQ(Read(sPage), "none") << sPage;
+  }
+}
+
+TEST(pasted_page, with_more_cells_than_anybody_pastes_is_none) {
+  QString sPage = "<table>";
+  for (int n = 0; n < 200; ++n) sPage += "<tr><td colspan=999999999 rowspan=999999999>a</td></tr>";
+  EXPECT_EQ(CellsOfPage(sPage), std::nullopt);
+}
+
+TEST(pasted_page, survives_whatever_it_is_cut_to) {
+  const QString sPage = QString::fromUtf8(kSpreadsheet);
+  for (qsizetype n = 0; n < sPage.size(); ++n) {
+    const auto cut = CellsOfPage(QStringView(sPage).first(n));
+    if (cut) EXPECT_LE(cut->size(), 3U);
+  }
+}
+
+TEST(pasted_page, of_this_library_comes_back_exactly) {
+  const std::vector<platform::Value> values{platform::Value(),
+                                            Text(),
+                                            Text("NULL"),
+                                            Text("a\tb\nc\r\nd\re"),
+                                            Text("  two  blanks "),
+                                            Text("\"quoted\" <b>&amp;"),
+                                            Text("\n"),
+                                            Text("\xC2\xA0"),
+                                            Text("007"),
+                                            0.1,
+                                            platform::Long{-5},
+                                            true};
+  auto rs = std::make_shared<FakeRecordset>(
+      static_cast<platform::RowIndex>(values.size()),
+      [&](auto row, auto) { return values[static_cast<std::size_t>(row)]; });
+  rs->Column("a", platform::DataType::WChar);
+  RowModel model;
+  model.Recordset(rs, CellFormat());
+  const QItemSelection all(model.index(0, 0), model.index(model.rowCount() - 1, 0));
+  const auto page = SelectionAsPage(model, all, {0}, false);
+  ASSERT_TRUE(page);
+  EXPECT_EQ(Shown(CellsOfPage(*page)),
+            "(null)\n[]\n[NULL]\n[a\tb\nc\nd\re]\n[  two  blanks ]\n[\"quoted\" <b>&amp;]\n[\n]\n"
+            "[\xC2\xA0]\n[007]\n[0.1]\n[-5]\n[True]\n");
+}
+
+}  // namespace
+}  // namespace orvane::controls

@@ -1,0 +1,122 @@
+// Blocks from the clipboard and hidden columns, in rows of a real historian.
+#include <QMimeData>
+
+#include "controls/header_view.h"
+#include "tests/controls/pumps_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Text;
+
+class pasting : public PumpsFixture {
+ protected:
+  void Clip(const char* sPage, const char* sText) {
+    auto* data = new QMimeData;
+    data->setHtml(QString::fromUtf8(sPage));
+    data->setText(QString::fromUtf8(sText));
+    QGuiApplication::clipboard()->setMimeData(data);
+  }
+  void Paste(int nRow, int nColumn) {
+    GoTo(nRow, nColumn);
+    Press(Qt::Key_V, Qt::ControlModifier);
+  }
+  void Store() { Press(Qt::Key_Return, Qt::ControlModifier); }
+};
+
+TEST_F(pasting, a_block_of_a_spreadsheet_is_stored_as_it_is_held_there) {
+  Open("Pumps");
+  Clip(
+      "<html><body><table cellspacing=\"0\" border=\"0\"><colgroup width=\"85\"></colgroup>\n"
+      "\t<tr>\n\t\t<td height=\"17\" align=\"left\">one</td>\n"
+      "\t\t<td align=\"right\" sdval=\"1234.56789\" sdnum=\"1033;0;#,##0.0\">1,234.6</td>\n"
+      "\t\t<td align=\"left\">NULL</td>\n\t</tr>\n"
+      "\t<tr>\n\t\t<td align=\"left\">two<br>lines	and a tab</td>\n"
+      "\t\t<td align=\"left\"><br></td>\n\t\t<td align=\"left\"><br></td>\n\t</tr>\n"
+      "</table></body></html>",
+      "one\t1,234.6\tNULL\n\"two\nlines	and a tab\"\t\t\n");
+  Paste(0, 1);
+  Store();
+  EXPECT_EQ(Stored("SELECT Name, Flow, Note FROM P..Pumps WHERE Id = 1"), "one|1234.56789|NULL");
+  EXPECT_EQ(Stored("SELECT Name = 'two' || char(10) || 'lines' || char(9) || 'and a tab', Flow IS "
+                   "NULL, Note IS NULL FROM P..Pumps WHERE Id = 2"),
+            "1|1|1");
+}
+
+TEST_F(pasting, a_page_with_a_value_of_another_type_changes_nothing) {
+  Open("Pumps");
+  const Text sBefore = Pumps();
+  Clip("<table><tr><td>one<td sdval=\"1\" sdnum=\"1033;\">1<tr><td>two<td>high</table>",
+       "one\t1\ntwo\t2\n");
+  Paste(0, 1);
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Label("notice"),
+            "Nothing was pasted. \"high\" is no number; enter digits, with \".\" as the decimal "
+            "point.");
+  EXPECT_EQ(Pumps(), sBefore);
+}
+
+TEST_F(pasting, cells_copied_here_come_back_from_their_page_alone) {
+  m_server->Run(
+      "UPDATE P..Pumps SET Name = '  two  blanks\t', Note = 'two' || char(10) || '<b>\"&amp;' "
+      "WHERE Id = 1");
+  m_server->Run("UPDATE P..Pumps SET Name = 'NULL', Flow = 0.1 WHERE Id = 2");
+  Open("Pumps");
+  Rows().selectAll();
+  Press(Qt::Key_C, Qt::ControlModifier);
+  const QString sPage = QGuiApplication::clipboard()->mimeData()->html();
+  Clip(sPage.toUtf8().constData(), "nothing of this");
+  Paste(0, 0);
+  EXPECT_EQ(Label("notice"), "");
+  EXPECT_EQ(Label("pending"), "");
+}
+
+TEST_F(pasting, a_block_goes_to_the_columns_as_they_stand_and_past_hidden_ones) {
+  Open("Pumps");
+  Rows().Columns().Move(1, 1);  // Id, Flow, Name, Note
+  Rows().HiddenColumns({false, true, false, false});
+  QGuiApplication::clipboard()->setText("9\tpasted");
+  Paste(0, 2);
+  Store();
+  EXPECT_EQ(Stored("SELECT Name, Flow, Note FROM P..Pumps WHERE Id = 1"), "feed|9|pasted");
+}
+
+TEST_F(pasting, null_goes_into_no_hidden_column) {
+  Open("Pumps");
+  Rows().Columns().Move(1, 1);
+  Rows().HiddenColumns({false, true, false, false});
+  GoTo(0, 2);
+  Press(Qt::Key_Right, Qt::ShiftModifier);
+  Press(Qt::Key_0, Qt::ControlModifier);
+  Store();
+  EXPECT_EQ(Stored("SELECT Name, Flow IS NULL, Note IS NULL FROM P..Pumps WHERE Id = 1"),
+            "feed|1|1");
+}
+
+TEST_F(pasting, columns_come_back_in_a_fresh_grid_through_its_layout) {
+  Open("Pumps");
+  Rows().Columns().Move(3, -2);
+  Rows().HiddenColumns({false, false, true, false});
+  const Text sLayout = m_editor->Layout();
+  EXPECT_NE(sLayout, "");
+  m_editor = std::make_unique<controls::TableEditor>(Services());
+  m_editor->Layout(sLayout);
+  m_editor->Connection(m_cn);
+  m_editor->TableQuery(m_query);
+  m_editor->Requery();
+  EXPECT_EQ(Rows().Names().Shown(), (std::vector<int>{0, 3, 1}));
+  m_editor->Requery();
+  EXPECT_EQ(Rows().Names().Shown(), (std::vector<int>{0, 3, 1}));
+  EXPECT_EQ(m_editor->Layout(), sLayout);
+  // The rows as they were left have their columns as they were left.
+  platform::Long lState = 0;
+  const auto rs = m_editor->DetachRecordset(lState);
+  m_editor = std::make_unique<controls::TableEditor>(Services());
+  m_editor->Connection(m_cn);
+  m_editor->TableQuery(m_query);
+  m_editor->AttachRecordset(rs, lState);
+  EXPECT_EQ(Rows().Names().Shown(), (std::vector<int>{0, 3, 1}));
+}
+
+}  // namespace
+}  // namespace orvane::controls
