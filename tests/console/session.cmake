@@ -6,6 +6,7 @@ orvane_test(console_session QTCORE
     session/console_session_test.cpp
     session/expansion_test.cpp
     session/fake_snap_in.h
+    session/kept_layouts_test.cpp
     session/reload_test.cpp
     session/scope_tree_test.cpp
     session/session_fixture.h

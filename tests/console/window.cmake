@@ -10,6 +10,7 @@ orvane_test(console_window QT
     session/fake_snap_in.h
     window/document_keeper_test.cpp
     window/doubtful_document_test.cpp
+    window/kept_view_test.cpp
     window/main_window_fixture.h
     window/main_window_test.cpp
     window/selection_menus_test.cpp

@@ -25,6 +25,12 @@ ConsoleSession::ConsoleSession(Creator creator, platform::Services services, con
   });
   m_tree.OnRemoving([this](const ScopeTreeItemPtr& item, bool bChildrenOnly) {
     m_shown.Removing(item, bChildrenOnly);
+    // What is read from a server comes back when it is read anew; a single item that goes was
+    // removed from the document.
+    if (!bChildrenOnly) m_shown.LayoutsToCome().Forget(KeptLayouts::PlaceOf(*item));
+  });
+  m_tree.OnRekeying([this](const ScopeTreeItem& item, const Text& sKey) {
+    m_shown.LayoutsToCome().Carry(KeptLayouts::PlaceOf(item), KeptLayouts::PlaceOf(item, sKey));
   });
   connect(&m_calls, &SnapInCalls::Ending, this, [this] {
     m_tree.FollowServers();

@@ -43,6 +43,11 @@ class ConsoleSession final : public QObject {
   /// Asks the snap-in for what is to be saved. False when it could not give all of it.
   bool Write(platform::PropertyBag& pb);
 
+  /// How the controls of items are laid out now, by the items' places.
+  const KeptLayouts::Layouts& Layouts() { return m_shown.Layouts().All(); }
+  /// How they are to be laid out when they are shown next; given before the session starts.
+  void Layouts(KeptLayouts::Layouts layouts) { m_shown.LayoutsToCome().All(std::move(layouts)); }
+
   ScopeTree& Tree() noexcept { return m_tree; }
   const platform::SnapInDescription& Description() const noexcept { return m_description; }
   /// What the snap-in and the controls are created with.

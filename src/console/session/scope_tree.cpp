@@ -262,6 +262,10 @@ void ScopeTree::OnRemoving(std::function<void(const ScopeTreeItemPtr&, bool)> ha
   m_removing = std::move(handler);
 }
 
+void ScopeTree::OnRekeying(std::function<void(const ScopeTreeItem&, const Text&)> handler) {
+  m_rekeying = std::move(handler);
+}
+
 void ScopeTree::ExpandInNameSpace(const ScopeTreeItemPtr& item) {
   if (m_expand) m_expand(item);
 }
@@ -284,6 +288,7 @@ void ScopeTree::Rekey(ScopeTreeItem& item, const Text& sKey) {
                   "The tree already has an item with the key \"" + sKey + "\"; reload its server.",
                   "console");
   }
+  if (m_rekeying) m_rekeying(item, sKey);
   m_index.erase(item.m_sKey);
   item.m_sKey = sKey;
 }

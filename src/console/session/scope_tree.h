@@ -66,6 +66,8 @@ class ScopeTree final : public QAbstractItemModel, public platform::ScopeItems {
   void OnExpandInNameSpace(std::function<void(const ScopeTreeItemPtr&)> handler);
   /// Called before an item, or everything beneath an item (bChildrenOnly), goes.
   void OnRemoving(std::function<void(const ScopeTreeItemPtr&, bool bChildrenOnly)> handler);
+  /// Called before an item gets another key.
+  void OnRekeying(std::function<void(const ScopeTreeItem&, const platform::Text& sKey)> handler);
 
   // QAbstractItemModel
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -98,6 +100,7 @@ class ScopeTree final : public QAbstractItemModel, public platform::ScopeItems {
   bool m_bFlushPosted = false;
   std::function<void(const ScopeTreeItemPtr&)> m_expand;
   std::function<void(const ScopeTreeItemPtr&, bool)> m_removing;
+  std::function<void(const ScopeTreeItem&, const platform::Text&)> m_rekeying;
 };
 
 }  // namespace orvane::console

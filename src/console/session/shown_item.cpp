@@ -98,6 +98,13 @@ void ShownItem::MakeControl(HostedResultView& view, const Text& sProgId) {
   } catch (const std::exception& e) {
     m_calls.NoteFailure(e);
     view.ControlFailure(e.what());
+    return;
+  }
+  try {
+    view.HostedControl()->Layout(m_layouts.Of(KeptLayouts::PlaceOf(*view.Item())));
+  } catch (const std::exception& e) {
+    // It is shown as a new one is.
+    m_calls.NoteFailure(e);
   }
 }
 
@@ -116,8 +123,23 @@ void ShownItem::MakeView(const platform::ResultViewDescription& description) {
   m_calls.Call(EventKind::Browsing, [&](SnapIn& it) { it.ResultViews_Activate(*view); });
 }
 
+const KeptLayouts& ShownItem::Layouts() {
+  KeepLayout();
+  return m_layouts;
+}
+
+void ShownItem::KeepLayout() {
+  if (!m_view || !m_item || !m_view->HostedControl()) return;
+  try {
+    m_layouts.Keep(KeptLayouts::PlaceOf(*m_item), m_view->HostedControl()->Layout());
+  } catch (const std::exception& e) {
+    m_calls.NoteFailure(e);
+  }
+}
+
 void ShownItem::HideView() {
   if (!m_view) return;
+  KeepLayout();
   const auto view = m_view;
   m_calls.Call(EventKind::Browsing, [&](SnapIn& it) { it.ResultViews_Deactivate(*view); });
   emit ViewGone(view.get());

@@ -9,6 +9,7 @@
 #include "console/session/hosted_menu.h"
 #include "console/session/hosted_result_view.h"
 #include "console/session/hosted_toolbar.h"
+#include "console/session/kept_layouts.h"
 #include "console/session/scope_tree.h"
 #include "console/session/snap_in_calls.h"
 
@@ -26,6 +27,9 @@ class ShownItem final : public QObject {
 
   /// What the snap-in is handed as its view, from the session's start to its end.
   void ShowIn(platform::View* view) { m_shownIn = view; }
+  /// How controls were laid out, the one that is shown included.
+  const KeptLayouts& Layouts();
+  KeptLayouts& LayoutsToCome() noexcept { return m_layouts; }
   /// Deselects and hides what is shown, and lets go of it.
   void Close();
 
@@ -59,6 +63,7 @@ class ShownItem final : public QObject {
   void MakeControl(HostedResultView& view, const platform::Text& sProgId);
   void MakeView(const platform::ResultViewDescription& description);
   void HideView();
+  void KeepLayout();
   void FollowToolbar();
   void TellSelected();
 
@@ -66,6 +71,7 @@ class ShownItem final : public QObject {
   ScopeTree& m_tree;
   ControlMaker m_make;
   platform::View* m_shownIn = nullptr;
+  KeptLayouts m_layouts;
   ScopeTreeItemPtr m_item;
   std::shared_ptr<HostedResultView> m_view;
   HostedControlBar m_controlBar;

@@ -11,12 +11,33 @@
 #include "console/document/document_bag.h"
 #include "console/look/window_place.h"
 #include "console/results/result_pane.h"
+#include "console/session/console_session.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/window_menus.h"
 
 namespace orvane::console {
 
 using platform::Text;
+
+namespace {
+
+const Text kGridItem = "Grid.Item";
+const Text kGridLayout = "Grid.Layout";
+
+KeptLayouts::Layouts LayoutsIn(const DocumentBag& bag) {
+  KeptLayouts::Layouts layouts;
+  for (const auto& entry : bag.Entries()) {
+    const auto* sPlace = std::get_if<Text>(&entry.value);
+    if (!sPlace || !entry.sName.starts_with(kGridItem)) continue;
+    const auto vtLayout =
+        bag.ReadProperty(kGridLayout + entry.sName.substr(kGridItem.size()), Text());
+    const auto* sLayout = vtLayout.As<Text>();
+    if (sLayout && !sLayout->empty() && !sPlace->empty()) layouts.emplace(*sPlace, *sLayout);
+  }
+  return layouts;
+}
+
+}  // namespace
 
 void WriteView(const ViewParts& parts, DocumentBag& bag) {
   bag.WriteProperty("Window.Geometry", parts.window.saveGeometry().toBase64().toStdString());
@@ -29,6 +50,13 @@ void WriteView(const ViewParts& parts, DocumentBag& bag) {
     QStringList texts;
     for (const int iWidth : widths) texts.append(QString::number(iWidth));
     bag.WriteProperty("List.Columns." + sView, texts.join(',').toStdString());
+  }
+  // Places may hold any bytes, which names of properties may not.
+  int nGrid = 0;
+  for (const auto& [sPlace, sLayout] : parts.session.Layouts()) {
+    const Text sNumber = std::to_string(++nGrid);
+    bag.WriteProperty(kGridItem + sNumber, sPlace);
+    bag.WriteProperty(kGridLayout + sNumber, sLayout);
   }
 }
 
@@ -81,6 +109,7 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
     }
   }
   parts.results.ColumnWidths(std::move(columns));
+  parts.session.Layouts(LayoutsIn(bag));
 }
 
 }  // namespace orvane::console

@@ -1,5 +1,5 @@
 // What a document keeps of the window: its place, the panes' shares, which bars are shown, how
-// lists look. User-interface thread.
+// lists and grids look. User-interface thread.
 #pragma once
 
 #include <QByteArray>
@@ -9,6 +9,7 @@ class QSplitter;
 
 namespace orvane::console {
 
+class ConsoleSession;
 class DocumentBag;
 class ResultPane;
 class ToolbarView;
@@ -20,6 +21,7 @@ struct ViewParts {
   ToolbarView& toolbar;
   ResultPane& results;
   WindowMenus& menus;
+  ConsoleSession& session;
 };
 
 void WriteView(const ViewParts& parts, DocumentBag& bag);

@@ -323,7 +323,7 @@ void MainWindow::RefreshMarked() {
 }
 
 ViewParts MainWindow::ViewOfWindow() {
-  return {*this, *m_splitter, *m_toolbar, *m_results, m_menus};
+  return {*this, *m_splitter, *m_toolbar, *m_results, m_menus, m_session};
 }
 
 }  // namespace orvane::console

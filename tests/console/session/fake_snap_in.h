@@ -23,6 +23,16 @@ using platform::Text;
 class FakeControl final : public platform::Control {
  public:
   void* Window() override { return nullptr; }
+  Text Layout() const override {
+    if (sLayout == "broken") throw platform::Failure(platform::failure::kComponent, "No layout.");
+    return sLayout;
+  }
+  void Layout(const Text& sGiven) override {
+    if (sGiven == "refused") throw platform::Failure(platform::failure::kComponent, "No layout.");
+    sLayout = sGiven;
+  }
+
+  Text sLayout;
 };
 
 inline std::shared_ptr<platform::Control> MakeControl() {

@@ -19,8 +19,11 @@ class ShownControl final : public platform::Control {
   void* Window() override { return &m_window; }
   void* LendStatusLine() override { return m_line; }
   void TakeStatusLineBack() override { m_line->setParent(&m_window); }
+  platform::Text Layout() const override { return m_sLayout; }
+  void Layout(const platform::Text& sLayout) override { m_sLayout = sLayout; }
 
  private:
+  platform::Text m_sLayout;
   QLineEdit m_window;
   QLabel* m_line = new QLabel("50 rows", &m_window);
 };
