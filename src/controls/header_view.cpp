@@ -2,6 +2,7 @@
 
 #include <QAbstractTableModel>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionHeader>
@@ -283,6 +284,14 @@ void HeaderView::mouseReleaseEvent(QMouseEvent* event) {
     QHeaderView::mouseReleaseEvent(&release);
   }
   m_nNamePressed = -1;
+}
+
+bool HeaderView::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QHeaderView::viewportEvent(event);
+  const auto& help = *static_cast<QHelpEvent*>(event);
+  const int nShift = help.pos().x() < HeldWidth() ? offset() : 0;
+  QHelpEvent shifted(help.type(), help.pos() - QPoint(nShift, 0), help.globalPos());
+  return QHeaderView::viewportEvent(&shifted);
 }
 
 void HeaderView::mouseDoubleClickEvent(QMouseEvent* event) {

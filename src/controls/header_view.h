@@ -56,6 +56,7 @@ class HeaderView : public QHeaderView {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
   void paintSection(QPainter* painter, const QRect& rect, int nSection) const override;
   QSize sectionSizeFromContents(int nSection) const override;
   void initStyleOptionForIndex(QStyleOptionHeader* option, int nSection) const override;

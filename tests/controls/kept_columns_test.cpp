@@ -4,10 +4,12 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QToolTip>
 
 #include "tests/controls/row_view_fixture.h"
 
@@ -109,6 +111,16 @@ TEST_F(kept_columns, names_of_held_columns_are_clicked_where_they_are_seen) {
   const int nWidth = m_view.ColumnWidth(0);
   Drag({nWidth - 1, 5}, {nWidth + 29, 5});
   EXPECT_EQ(m_view.ColumnWidth(0), nWidth + 29);
+}
+
+TEST_F(kept_columns, the_tip_over_a_held_name_is_that_of_its_column) {
+  m_view.HoldColumns(0);
+  m_view.horizontalScrollBar()->setValue(m_view.horizontalScrollBar()->maximum());
+  QWidget* names = m_view.Names().viewport();
+  QHelpEvent help(QEvent::ToolTip, NameAt(0), names->mapToGlobal(NameAt(0)));
+  QCoreApplication::sendEvent(names, &help);
+  EXPECT_TRUE(QToolTip::text().contains("c0")) << QToolTip::text().toStdString();
+  QToolTip::hideText();
 }
 
 TEST_F(kept_columns, held_columns_are_drawn_over_those_that_are_scrolled) {

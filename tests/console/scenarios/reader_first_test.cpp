@@ -1,24 +1,16 @@
 // Named queries that change data, from the tree down to the provider and its files. Only a real
 // engine knows what a statement would do, so this stands beside the cases that every console is put
 // to.
-#include <QApplication>
 #include <QPushButton>
 #include <QTextEdit>
 
+#include "tests/console/scenarios/visible_widget.h"
 #include "tests/scenarios/command_fixture.h"
 
 namespace orvane::scenarios::commands {
 namespace {
 
 constexpr const char* kGrow = "localhost.Queries.Grow";
-
-template <class Widget>
-Widget* Visible(const char* sName) {
-  for (QWidget* widget : QApplication::allWidgets()) {
-    if (widget->objectName() == sName && widget->isVisible()) return qobject_cast<Widget*>(widget);
-  }
-  return nullptr;
-}
 
 class reader_first : public command_scenario {
  protected:
