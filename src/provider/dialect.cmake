@@ -10,6 +10,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/expression_reader.cpp
   dialect/lexer.cpp
   dialect/query_reader.cpp
+  dialect/refused_names.cpp
   dialect/statement_edits.cpp
   dialect/statement_parameters.cpp
   dialect/statement_reader.cpp

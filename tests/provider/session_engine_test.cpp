@@ -111,6 +111,19 @@ TEST_F(session_engine, runs_what_calls_back_only_where_it_can) {
   EXPECT_FALSE(m_far.statements[1].functions.empty());
 }
 
+TEST_F(session_engine, names_what_no_statement_may_hold) {
+  static constexpr std::string_view kRefused[] = {"PG_READ_FILE", "LO_*"};
+  m_far.abilities.refusedNames = kRefused;
+  for (const char* const sName : {"pg_read_file", "lo_import", "\"Lo_\"", "orvane_time_utc"}) {
+    EXPECT_THAT(
+        Running(*Open(), Text("SELECT ") + sName + "('/x')"),
+        testing::HasSubstr(" is not available to statements (character 8 of the statement)"))
+        << sName;
+  }
+  EXPECT_TRUE(m_far.statements.empty());
+  EXPECT_EQ(Running(*Open(), "SELECT load_extension('/x'), low('x')"), "no failure");
+}
+
 TEST_F(session_engine, tells_the_types_of_columns) {
   m_far.types = {{"int8", DataType::BigInt, 19, nullptr, nullptr, nullptr, true},
                  {"bytea", DataType::Binary, 1'000'000'000, "'", "'", nullptr, true}};

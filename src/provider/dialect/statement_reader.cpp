@@ -24,12 +24,6 @@ constexpr std::array<std::string_view, 59> kReserved = {
     "TRANSACTION", "UNION",        "UNIQUE",       "UPDATE",     "USING",  "VALUES",  "WHEN",
     "WHERE",       "CURRENT_DATE", "AUTOINCREMENT"};
 
-// These reach what is not named as a catalog, load code, or are the translation's own.
-bool IsForbidden(const Text& sName) {
-  return sName == "LOAD_EXTENSION" || sName == "FTS3_TOKENIZER" || sName.starts_with("PRAGMA_") ||
-         sName.starts_with("SQLITE_DBPAGE") || sName.starts_with("ORVANE_TIME");
-}
-
 }  // namespace
 
 bool IsReserved(const Token& token) {
@@ -74,9 +68,6 @@ void StatementReader::CheckTokens() {
       m_partners[open.back()] = i;
       m_partners[i] = open.back();
       open.pop_back();
-    } else if (token.IsIdentifier() && IsForbidden(UpperCase(token.sText))) {
-      FailAt(m_sStatement, token.position, token.sText + " is not available to statements",
-             "leave it out");
     }
   }
   if (!open.empty()) {

@@ -17,8 +17,7 @@ class StatementReader {
   StatementReader(std::string_view sStatement, std::vector<Token> tokens, StatementWork& work);
 
   /// Reads one statement. Fails with failure::kSqlError for brackets that do not match, for what
-  /// the grammar does not know, and for statements and functions that are not let through; and at
-  /// the deadline.
+  /// the grammar does not know, and for statements that are not let through; and at the deadline.
   StatementTree Read();
 
  private:

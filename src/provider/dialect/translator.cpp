@@ -4,6 +4,7 @@
 
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "provider/dialect/refused_names.h"
 #include "provider/dialect/statement_parameters.h"
 #include "provider/dialect/statement_reader.h"
 #include "provider/dialect/time_analysis.h"
@@ -97,6 +98,7 @@ Translation Translate(std::string_view sStatement, std::vector<Token> tokens, Sc
                       const TranslationSettings& settings, StatementWork& work,
                       std::span<const platform::Value> parameters) {
   try {
+    RefuseNames(sStatement, tokens, settings.refusedNames, work);
     return TranslateTree(sStatement, StatementReader(sStatement, std::move(tokens), work).Read(),
                          schema, settings, work, parameters);
   } catch (const std::bad_alloc&) {

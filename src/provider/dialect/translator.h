@@ -66,6 +66,7 @@ struct TranslationSettings {
   platform::Timestamp now;                  ///< what "*" is, the same in the whole statement
   platform::Boolean bPrefixes = false;      ///< "Orv_" may stand before every name
   platform::Boolean bTimeAsDouble = false;  ///< numbers of days compare with time columns
+  std::span<const std::string_view> refusedNames{};  ///< see engines::Abilities
 };
 
 struct Translation {

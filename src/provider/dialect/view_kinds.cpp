@@ -2,6 +2,7 @@
 #include <optional>
 
 #include "platform/failure.h"
+#include "provider/dialect/refused_names.h"
 #include "provider/dialect/statement_reader.h"
 #include "provider/dialect/time_analysis.h"
 
@@ -34,8 +35,10 @@ const ViewKinds::View& ViewKinds::Of(const FoundTable& found) {
 std::unique_ptr<ViewKinds::Definition> ViewKinds::ReadDefinition(const FoundTable& found) {
   const Text& sText = found.table.sDefinition;
   try {
+    auto tokens = ReadTokens(sText, m_work);
+    RefuseNames(sText, tokens, m_settings.refusedNames, m_work);
     auto read = std::make_unique<Definition>(
-        Definition{StatementReader(sText, ReadTokens(sText, m_work), m_work).Read()});
+        Definition{StatementReader(sText, std::move(tokens), m_work).Read()});
     read->edits.emplace(sText, read->tree.tokens);
     read->names.emplace(sText, read->tree, m_cache, false, *read->edits, found.catalog);
     read->names->Resolve();

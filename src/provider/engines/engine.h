@@ -13,6 +13,7 @@
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ado/row_receiver.h"
@@ -49,6 +50,9 @@ struct Logon {
 struct Abilities {
   /// Statements may call the functions that they bring along.
   platform::Boolean bStatementFunctions = false;
+  /// Names, in capitals, that no statement may hold, as they reach what is no catalog, or run code.
+  /// One that ends in "*" means all that begin so. They live as long as the program.
+  std::span<const std::string_view> refusedNames{};
 };
 
 /// A function of one value that a statement may call while it runs. The same value always gives

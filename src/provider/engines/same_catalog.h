@@ -1,4 +1,5 @@
-// Which names mean one catalog. Used wherever a catalog is looked for; pure.
+// Which names mean one catalog.
+// Used wherever a catalog is looked for, above the engines and within; pure.
 #pragma once
 
 #include "platform/case_folding.h"

@@ -41,11 +41,12 @@ struct Options {
 };
 
 inline Translation Translated(std::string_view sStatement, Options options = {}) {
+  static constexpr std::string_view kRefused[] = {"LOAD_EXTENSION", "PRAGMA_*"};
   TwoPlants schema;
   const TranslationSettings settings{
       zones::TimeZone("UTC"),
       std::chrono::sys_days(std::chrono::year{2024} / 5 / 15) + std::chrono::hours(12),
-      options.bPrefixes, options.bTimeAsDouble};
+      options.bPrefixes, options.bTimeAsDouble, kRefused};
   StatementWork work(Deadline({}, {}));
   return Translate(sStatement, ReadTokens(sStatement, work), schema, settings, work);
 }

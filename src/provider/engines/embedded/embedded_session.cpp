@@ -25,7 +25,9 @@ historian::Historian& EmbeddedSession::Opened() {
 }
 
 Abilities EmbeddedSession::Can() const {
-  return {.bStatementFunctions = true};
+  static constexpr std::string_view kRefused[] = {"FTS3_TOKENIZER", "LOAD_EXTENSION", "PRAGMA_*",
+                                                  "SQLITE_DBPAGE*"};
+  return {.bStatementFunctions = true, .refusedNames = kRefused};
 }
 
 std::span<const TypeSchema> EmbeddedSession::Types() const {
