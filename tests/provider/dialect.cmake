@@ -45,7 +45,6 @@ orvane_test(session
     session_catalogs_test.cpp
     session_ending_test.cpp
     session_engine_test.cpp
-    session_batch_test.cpp
     session_parameters_test.cpp
     session_rows_test.cpp
     session_test.cpp

@@ -3,14 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/provider/temporary_root.h"
+#include "tests/provider/session_acts.h"
 
 namespace orvane::provider {
 
-class SessionFixture : public testing::Test {
+class SessionFixture : public SessionActs, public testing::Test {
  protected:
-  using Text = platform::Text;
-  using Value = platform::Value;
+  using SessionActs::Run;
 
   std::unique_ptr<ado::Session> Open(const Text& sOptions = {}) {
     return OpenAt(PlaceAt(m_root.Path()), sOptions);
@@ -21,30 +20,10 @@ class SessionFixture : public testing::Test {
                                              sOptions),
               "", {});
   }
-  static ado::StatementResult Run(ado::Session& opened, const Text& sText,
-                                  platform::Long lMaxRecords = 0) {
-    return opened.Execute({sText, lMaxRecords, std::chrono::seconds(0)}, {});
-  }
-  static Text Select(ado::Session& opened, const Text& sText) {
-    return Rows(*Run(opened, sText).recordset);
-  }
-  static Text Failing(ado::Session& opened, const Text& sText) {
-    return FailureOf([&] { Run(opened, sText); });
-  }
-  // A catalog Plant1 with one value each hour of the day before the fixed noon.
   std::unique_ptr<ado::Session> OpenPlant(const Text& sOptions = {}) {
     auto opened = Open(sOptions);
     FillPlant(*opened);
     return opened;
-  }
-  static void FillPlant(ado::Session& opened) {
-    Run(opened, "CREATE DATABASE \"Plant1\" ");
-    Text sInsert = "INSERT INTO Plant1..Data (Tag, Timestamp, Value) VALUES ";
-    for (int i = 0; i < 24; ++i) {
-      const Text sHours = std::to_string(i);
-      sInsert += (i == 0 ? "" : ", ") + ("('T1', '*-" + sHours + "h', " + sHours + ".5)");
-    }
-    Run(opened, sInsert);
   }
 
   TemporaryRoot m_root;

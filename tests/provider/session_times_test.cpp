@@ -6,41 +6,6 @@ namespace {
 
 class session_times : public SessionFixture {};
 
-TEST_F(session_times, gives_times_as_times_also_where_the_engine_sees_numbers) {
-  const auto opened = OpenPlant();
-  const auto rs = Run(*opened,
-                      "SELECT max(Timestamp) AS last, count(*) AS n FROM Plant1..Data GROUP BY Tag "
-                      "HAVING last = '*'")
-                      .recordset;
-  EXPECT_EQ(Rows(*rs), "2024-05-15 12:00:00|24\n");
-  EXPECT_EQ(rs->FieldAt(0).Type(), platform::DataType::DBTimeStamp);
-  EXPECT_EQ(rs->FieldAt(0).Name(), "last");
-  EXPECT_EQ(rs->FieldAt(1).Type(), platform::DataType::BigInt);
-  EXPECT_EQ(rs->ValueAt(0, 0), Value(FixedNow()));
-}
-
-TEST_F(session_times, gives_times_as_days_where_the_option_says_so) {
-  const auto opened = OpenPlant("Time as Double = True;Time Zone = UTC;");
-  const Text sStatement =
-      "SELECT Timestamp, min(Value) FROM Plant1..Data WHERE Timestamp >= 45427.5";
-  auto rs = Run(*opened, sStatement).recordset;
-  EXPECT_EQ(Rows(*rs), "45427.5|0.5\n");
-  EXPECT_EQ(rs->FieldAt(0).Type(), platform::DataType::Double);
-  opened->PropertyValue("Time Zone", "Asia/Tokyo");
-  EXPECT_EQ(Select(*opened, "SELECT max(Timestamp) FROM Plant1..Data WHERE Timestamp <= 45427.875"),
-            "45427.875\n");
-  opened->PropertyValue("Time as Double", false);
-  EXPECT_EQ(Select(*opened, "SELECT max(Timestamp) FROM Plant1..Data"), "2024-05-15 12:00:00\n");
-}
-
-TEST_F(session_times, reads_days_in_its_time_zone) {
-  const auto opened = OpenPlant("Time Zone = UTC;");
-  const Text sStatement = "SELECT count(*) FROM Plant1..Data WHERE Timestamp >= 't'";
-  EXPECT_EQ(Select(*opened, sStatement), "13\n");
-  opened->PropertyValue("Time Zone", "Asia/Tokyo");
-  EXPECT_EQ(Select(*opened, sStatement), "22\n");
-}
-
 TEST_F(session_times, tells_the_zone_in_which_it_counts) {
   const char* const sBefore = std::getenv("TZ");
   const Text sKept = sBefore != nullptr ? sBefore : "";
@@ -81,11 +46,6 @@ TEST_F(session_times, shows_numbers_as_numbers_where_others_are_times) {
                      "Timestamp = '*'"),
               "5\n1715774400000000\n");
   }
-  opened->PropertyValue("Time as Double", false);
-  EXPECT_EQ(Select(*opened,
-                   "SELECT max(Timestamp) OVER (), lag(Timestamp) OVER w FROM Plant1..Data "
-                   "WHERE Timestamp >= '*-1h' WINDOW w AS (ORDER BY Timestamp)"),
-            "2024-05-15 12:00:00|\n2024-05-15 12:00:00|2024-05-15 11:00:00\n");
 }
 
 TEST_F(session_times, refuses_texts_in_columns_of_times) {

@@ -47,25 +47,6 @@ class SqliteLimitsTest : public tests::DatabaseFolder {
   }
 };
 
-TEST_F(SqliteLimitsTest, a_row_limit_cuts_only_when_there_was_one_row_more) {
-  const auto session = Open(Make("m.db", "CREATE TABLE t(a); INSERT INTO t VALUES (1), (2), (3)"));
-  struct Case {
-    platform::RowIndex maxRows, rows;
-    bool bTruncated;
-  };
-  for (const Case& limited : {Case{0, 3, false}, Case{1, 1, true}, Case{2, 2, true},
-                              Case{3, 3, false}, Case{4, 3, false}}) {
-    const auto rs = session->Run({"SELECT a FROM t", {}, {}, limited.maxRows}, {}).recordset;
-    EXPECT_EQ(rs->RecordCount(), limited.rows) << limited.maxRows;
-    EXPECT_EQ(rs->Truncated(), limited.bTruncated) << limited.maxRows;
-  }
-}
-
-TEST_F(SqliteLimitsTest, a_row_limit_on_no_rows_cuts_nothing) {
-  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
-  EXPECT_FALSE(session->Run({"SELECT a FROM t", {}, {}, 1}, {}).recordset->Truncated());
-}
-
 TEST_F(SqliteLimitsTest, a_row_limit_does_not_fetch_the_rest) {
   const auto rs = Open()
                       ->Run({"WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) "

@@ -1,5 +1,3 @@
-#include <thread>
-
 #include "tests/provider/engines/database_folder.h"
 
 namespace orvane::provider::engines {
@@ -98,24 +96,6 @@ TEST_F(SqliteSessionTest, a_statement_without_rows_gives_a_recordset_without_fie
   EXPECT_TRUE(result.recordset->Eof());
 }
 
-TEST_F(SqliteSessionTest, counts_the_rows_of_this_statement_only) {
-  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
-  EXPECT_EQ(Run(*session, "INSERT INTO t VALUES (1), (2)").lRecordsAffected, 2);
-  EXPECT_EQ(Run(*session, "SELECT * FROM t").lRecordsAffected, 0);
-  EXPECT_EQ(Run(*session, "CREATE TABLE u(a)").lRecordsAffected, 0);
-  EXPECT_EQ(Run(*session, "UPDATE t SET a = 3 WHERE a = 99").lRecordsAffected, 0);
-  EXPECT_EQ(Run(*session, "DELETE FROM t WHERE a = 1").lRecordsAffected, 1);
-}
-
-TEST_F(SqliteSessionTest, a_changing_statement_may_give_rows_too) {
-  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
-  const auto result = session->Run({"INSERT INTO t VALUES (1), (2) RETURNING a", {}, {}, 1}, {});
-  EXPECT_EQ(result.recordset->RecordCount(), 1);
-  EXPECT_TRUE(result.recordset->Truncated());
-  EXPECT_EQ(result.lRecordsAffected, 2);
-  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(2));
-}
-
 TEST_F(SqliteSessionTest, a_statement_that_fails_has_changed_nothing) {
   const auto session = Open(Make("m.db", "CREATE TABLE t(a UNIQUE)"));
   EXPECT_EQ(
@@ -191,14 +171,6 @@ TEST_F(SqliteSessionTest, a_closed_session_runs_nothing_and_closes_again) {
   EXPECT_EQ(RunFails(*session, "SELECT 1"), expected);
   EXPECT_EQ(FailureOf([&] { session->Schema({}, {}, {}); }), expected);
   EXPECT_EQ(FailureOf([&] { session->InTransaction({}, [] {}, {}); }), expected);
-}
-
-TEST_F(SqliteSessionTest, may_be_used_from_changing_threads) {
-  const auto session = Open(Make("m.db", "CREATE TABLE t(a)"));
-  for (int i = 0; i < 3; ++i) {
-    std::jthread([&] { Run(*session, "INSERT INTO t VALUES (1)"); }).join();
-  }
-  EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(3));
 }
 
 }  // namespace

@@ -1,0 +1,17 @@
+# What every engine promises, on every engine that there is.
+orvane_test(conformance
+  LINK orvane_provider
+  SOURCES
+    conformance/batch_test.cpp
+    conformance/catalogs_test.cpp
+    conformance/embedded_under_test.cpp
+    conformance/ending_test.cpp
+    conformance/engine_under_test.cpp
+    conformance/parameters_test.cpp
+    conformance/report_test.cpp
+    conformance/rows_test.cpp
+    conformance/schema_test.cpp
+    conformance/statements_test.cpp
+    conformance/times_test.cpp)
+target_compile_definitions(conformance_tests PRIVATE
+  ORVANE_CONFORMANCE="${CMAKE_CURRENT_SOURCE_DIR}/conformance")
