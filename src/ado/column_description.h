@@ -11,6 +11,8 @@ struct ColumnDescription {
   /// Empty leaves the type to the values that come.
   platform::DataType type = platform::DataType::Empty;
   platform::Boolean bNullable = true;
+  /// The column of a table whose values stand here as they are, by the table's name for it.
+  platform::Text sOrigin = {};
 };
 
 }  // namespace orvane::ado

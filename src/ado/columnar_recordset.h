@@ -44,6 +44,8 @@ class ColumnarRecordset final : public platform::Recordset {
   platform::Text FetchRemark() const override { return m_rows->Remark(); }
   std::chrono::microseconds Elapsed() const override { return m_rows->Elapsed(); }
 
+  const platform::RowSource& Source() const override { return m_rows->Source(); }
+
   // The overlay. Rows and columns that do not exist fail as in ValueAt.
   platform::RowIndex FetchedCount() const override { return m_rows->RowCount(); }
   platform::Value OriginalAt(platform::RowIndex row, platform::ColumnIndex column) const override;

@@ -26,6 +26,7 @@ class Fetch final : public RowReceiver {
   /// Rows beyond the budget go into a temporary file.
   Fetch(FetchWishes wishes, std::shared_ptr<MemoryBudget> budget);
 
+  void Source(platform::RowSource source) override { m_rows.Source(std::move(source)); }
   void Begin(std::vector<ColumnDescription> columns, platform::Boolean bReads) override;
   void Take(std::span<Column> block) override;
   void End(platform::Boolean bTruncated) override;

@@ -33,6 +33,9 @@ class FetchedRows {
   FetchedRows& operator=(const FetchedRows&) = delete;
   ~FetchedRows();
 
+  /// Whose rows these are; set before anybody else looks.
+  void Source(platform::RowSource source) { m_source = std::move(source); }
+  const platform::RowSource& Source() const { return m_source; }
   /// Adds rows, equally many in each column. Fails with failure::kStorage when the temporary file
   /// cannot take them; then those before stay.
   void Append(std::span<const Column> block);
@@ -72,6 +75,7 @@ class FetchedRows {
 
   const std::vector<ColumnDescription> m_columns;
   const RowStorage m_storage;
+  platform::RowSource m_source;
   const Clock::time_point m_start;
   std::array<std::unique_ptr<Block[]>, kParts> m_parts;
   std::atomic<std::size_t> m_blockCount{0};

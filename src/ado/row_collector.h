@@ -16,6 +16,8 @@ class RowCollector final : public RowReceiver {
   /// The time that the rows take counts from here.
   explicit RowCollector(RowStorage storage = {}) : m_storage(std::move(storage)) {}
 
+  /// What the columns turn out not to be is left out.
+  void Source(platform::RowSource source) override { m_source = std::move(source); }
   void Begin(std::vector<ColumnDescription> columns, platform::Boolean bReads) override;
   void Take(std::span<Column> block) override { m_rows->Append(block); }
   void End(platform::Boolean bTruncated) override;
@@ -29,6 +31,7 @@ class RowCollector final : public RowReceiver {
  private:
   const RowStorage m_storage;
   const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+  platform::RowSource m_source;
   std::shared_ptr<FetchedRows> m_rows;
   mutable std::mutex m_mutex;
   std::shared_ptr<ColumnarRecordset> m_recordset;

@@ -24,6 +24,8 @@ class RowReceiver {
   RowReceiver& operator=(const RowReceiver&) = delete;
   virtual ~RowReceiver() = default;
 
+  /// Comes before everything else, from whoever has read the statement and knows.
+  virtual void Source(platform::RowSource /*source*/) {}
   /// Comes first, once, before the statement runs; without columns when it has no rows. bReads
   /// tells that the statement changes nothing.
   virtual void Begin(std::vector<ColumnDescription> columns, platform::Boolean bReads) = 0;

@@ -23,6 +23,13 @@ using ColumnMap = std::vector<std::optional<ColumnIndex>>;
 ColumnMap MapColumns(const Recordset& from, const RowTable& fromTable, const Recordset& to,
                      const RowTable& toTable) {
   ColumnMap map(static_cast<std::size_t>(from.FieldCount()));
+  if (!fromTable.names.empty() && fromTable.names == toTable.names) {
+    // The same statement: what it works out is found again too.
+    for (ColumnIndex column = 0; column < from.FieldCount(); ++column) {
+      map[static_cast<std::size_t>(column)] = column;
+    }
+    return map;
+  }
   for (ColumnIndex column = 0; column < from.FieldCount(); ++column) {
     const Text sName = fromTable.NameOf(from, column);
     for (ColumnIndex other = 0; other < to.FieldCount() && !sName.empty(); ++other) {

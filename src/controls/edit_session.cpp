@@ -28,6 +28,7 @@ void EditSession::ShowNothing() {
 
 bool EditSession::CanEdit(RowIndex row, ColumnIndex column) const {
   if (!m_recordset || column < 0 || column >= m_recordset->FieldCount()) return false;
+  if (m_updatability.table.NameOf(*m_recordset, column).empty()) return false;
   if (row >= m_recordset->RecordCount()) return OffersNewRow();
   switch (m_recordset->StateAt(row)) {
     case RowState::New:

@@ -167,6 +167,8 @@ std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Reco
   }
   auto notes = CarryEdits(*before.rs, table, *before.state.notes, rs, updatability.table);
   m_services.unsent->Drop(before.state.place);
+  // A query that was renamed meanwhile has its rows under another name now.
+  if (before.state.place != m_place) m_services.unsent->Tell(before.state.place, 0);
   return notes;
 }
 
@@ -178,7 +180,7 @@ platform::RowsPlace GridCore::PlaceOf(const RowTable& table) const {
   } catch (const Failure&) {
     // A connection that names no server is the only one there is.
   }
-  return {sServer, table.sCatalog, table.sTable};
+  return {sServer, table.sCatalog, table.sTable, m_sQuery};
 }
 
 void GridCore::KeepUnsent() {

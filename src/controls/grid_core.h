@@ -91,6 +91,9 @@ class GridCore {
 
   /// What the rows are those of.
   void Subject(GridSubject subject);
+  /// The named query whose rows these are: what is not stored of them is kept apart from what is
+  /// not stored of the table's own.
+  void Query(const platform::Text& sQuery) { m_sQuery = sQuery; }
   GridExport& Export() { return m_export; }
 
   RowsStates& States() const { return *m_services.states; }
@@ -130,7 +133,8 @@ class GridCore {
   platform::RecordsetPtr m_recordset;
   platform::Text m_sSqlText;
   platform::Long m_lQueryTimeout = 30;  ///< seconds, also of what is sent
-  platform::RowsPlace m_place;          ///< of the table whose rows are shown; none without a table
+  platform::Text m_sQuery;
+  platform::RowsPlace m_place;  ///< of the table whose rows are shown; none without a table
   std::optional<RowsOrigin> m_origin;
   CellFormat m_format;
   GridSubject m_subject;

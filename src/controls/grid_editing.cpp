@@ -302,6 +302,13 @@ bool GridEditing::SendOne(RowIndex row) {
     return false;
   }
   m_session.Stored(row, sent.answer->stored);
+  const auto& names = m_session.Updatability().table.names;
+  if (state != RowState::Deleted && std::ranges::find(names, platform::Text()) != names.end()) {
+    m_window.Status().Remark(
+        QStringLiteral("The row was stored. What the query works out of it is shown as it was "
+                       "before; refresh to see it anew."),
+        false);
+  }
   if (state == RowState::New && m_events.inserted) m_events.inserted();
   return true;
 }

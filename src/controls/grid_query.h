@@ -23,7 +23,7 @@ struct GridQuery {
   platform::Long lMaxRows = 0;       ///< 0 or less is no limit
   platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
   NoRowsTexts noRows;
-  std::optional<RowTable> table = {};  ///< none where rows can only be looked at
+  std::optional<RowTable> table = {};  ///< none where only the recordset can tell
   /// Of rows that follow the ones shown: how they are to be looked at. Those shown stay until they
   /// have come.
   std::function<RowsState(const platform::Recordset& rs)> following = {};

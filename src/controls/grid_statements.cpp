@@ -140,10 +140,15 @@ platform::FetchState GridStatements::FetchAgain(const Text& sSqlText,
 
 controls::Updatability GridStatements::Updatability(const std::optional<RowTable>& table,
                                                     const platform::Recordset& rs) const {
+  const platform::RowSource& source = rs.Source();
+  if (!table && source.sTable.empty()) {
+    return {.sWhyNot = QString::fromStdString(source.sWhyNone)};
+  }
   const ConnectionPtr cn = m_connection;
-  if (!table || !cn || !cn->IsOpen()) return {};
+  if (!cn || !cn->IsOpen()) return {};
   const RunningMark running(m_running);
-  return UpdatabilityOf(*cn, *table, rs);
+  return UpdatabilityOf(
+      *cn, table ? *table : RowTable{source.sCatalog, source.sTable, {}, source.columns}, rs);
 }
 
 Sent GridStatements::Send(const RecordsetPtr& rs, platform::RowIndex row,

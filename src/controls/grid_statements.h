@@ -47,7 +47,8 @@ class GridStatements {
   bool CanFetchAgain(const platform::Text& sSqlText) const;
   /// Gives the sink all rows of the statement, which only reads.
   platform::FetchState FetchAgain(const platform::Text& sSqlText, const platform::RowSink& sink);
-  /// Nothing may be done with rows of no table, or where nobody can be asked.
+  /// Nothing may be done with rows of no table, or where nobody can be asked. Without a table it is
+  /// the one that the recordset says it is of.
   controls::Updatability Updatability(const std::optional<RowTable>& table,
                                       const platform::Recordset& rs) const;
   /// Sends one row; what goes wrong is told by the answer. The time-out is in seconds.

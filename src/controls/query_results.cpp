@@ -18,6 +18,7 @@ QueryResults::QueryResults(GridServices services)
 
 void QueryResults::QueryName(const Text& sName) {
   m_sName = sName;
+  m_core.Query(sName);
   m_core.Subject({sName, platform::QuotedName(sName.empty() ? Text("Rows") : sName)});
   m_core.Window().setAccessibleName(sName.empty() ? QStringLiteral("Query results")
                                                   : QStringLiteral("Results of ") +

@@ -95,4 +95,17 @@ RowKey RowKeyOf(Connection& cn, const Text& sCatalog, const Text& sTable) {
   return key;
 }
 
+std::vector<Text> NeededColumns(Connection& cn, const Text& sCatalog, const Text& sTable) {
+  std::vector<Text> columns;
+  const auto rs = OfTable(cn, SchemaNumber::Columns, sCatalog, sTable);
+  for (; !rs->Eof(); rs->MoveNext()) {
+    if (platform::ToBoolean(KeyValueAt(rs, "IS_NULLABLE")) ||
+        platform::ToBoolean(KeyValueAt(rs, "COLUMN_HASDEFAULT"))) {
+      continue;
+    }
+    columns.push_back(platform::ToText(KeyValueAt(rs, "COLUMN_NAME")));
+  }
+  return columns;
+}
+
 }  // namespace orvane::controls

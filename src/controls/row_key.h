@@ -1,5 +1,6 @@
 // Which columns of a table identify one row of it: its primary key, or a unique key whose columns
-// are never null. Asked for by whoever lets rows be edited; user-interface thread.
+// are never null; and which ones a new row cannot do without. Asked for by whoever lets rows be
+// edited; user-interface thread.
 #pragma once
 
 #include <vector>
@@ -17,5 +18,10 @@ struct RowKey {
 /// Asks the server by its schema rowsets, and fails as that does.
 RowKey RowKeyOf(platform::Connection& cn, const platform::Text& sCatalog,
                 const platform::Text& sTable);
+
+/// The columns of the table that a new row must name a value for: they are never null, and the
+/// server has none for them. Asks and fails likewise.
+std::vector<platform::Text> NeededColumns(platform::Connection& cn, const platform::Text& sCatalog,
+                                          const platform::Text& sTable);
 
 }  // namespace orvane::controls

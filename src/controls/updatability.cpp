@@ -53,6 +53,17 @@ Text FindKey(Connection& cn, const Recordset& rs, Updatability& updatability) {
   return {};
 }
 
+/// What a new row cannot do without and these columns do not have; nothing where they have all.
+Text FindMissing(Connection& cn, const Recordset& rs, const RowTable& table) {
+  for (const Text& sName : NeededColumns(cn, table.sCatalog, table.sTable)) {
+    if (!ColumnOf(rs, table, sName)) {
+      return "No row can be added here: the column \"" + sName +
+             "\", which is never empty, is not shown; choose it in the query.";
+    }
+  }
+  return {};
+}
+
 }  // namespace
 
 Updatability UpdatabilityOf(Connection& cn, RowTable table, const Recordset& rs) {
@@ -61,12 +72,17 @@ Updatability UpdatabilityOf(Connection& cn, RowTable table, const Recordset& rs)
   Text sWhyNot;
   try {
     sWhyNot = FindKey(cn, rs, updatability);
+    updatability.bUpdate = updatability.bDelete = sWhyNot.empty();
+    if (sWhyNot.empty()) {
+      sWhyNot = FindMissing(cn, rs, updatability.table);
+      updatability.bInsert = sWhyNot.empty();
+    }
   } catch (const platform::Failure& failure) {
     sWhyNot = "These rows can only be looked at: what tells them apart could not be read. " +
               failure.Description();
+    updatability.bUpdate = updatability.bDelete = false;
   }
   updatability.sWhyNot = QString::fromStdString(sWhyNot);
-  updatability.bUpdate = updatability.bInsert = updatability.bDelete = sWhyNot.empty();
   return updatability;
 }
 

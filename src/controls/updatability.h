@@ -16,11 +16,11 @@ struct Updatability {
   bool bDelete = false;
   bool bNoTable = false;  ///< known to be a view, or a table that the historian keeps itself
   RowTable table;
-  QString sWhyNot;  ///< one sentence; empty when all may be done
+  QString sWhyNot;  ///< what may not be done and why, as a sentence; empty when all may be done
 };
 
-/// Asks the server what identifies a row of the table whose rows the recordset holds. A failure of
-/// asking is a reason like any other.
+/// Asks the server what identifies a row of the table whose rows the recordset holds, and what a
+/// new one needs. A failure of asking is a reason like any other.
 Updatability UpdatabilityOf(platform::Connection& cn, RowTable table,
                             const platform::Recordset& rs);
 

@@ -7,12 +7,13 @@
 
 namespace orvane::platform {
 
-/// Where such rows are: one table of a catalog of a server. Without a table, or without a catalog,
-/// all that lies in what is named; without a server everything.
+/// Where such rows are: one table of a catalog of a server, edited in its own grid or in that of a
+/// named query. Of what is left empty any is meant, so that without a server it is everything.
 struct RowsPlace {
   Text sServer = {};
   Text sCatalog = {};
   Text sTable = {};
+  Text sQuery = {};
   friend auto operator<=>(const RowsPlace&, const RowsPlace&) = default;
 };
 

@@ -11,6 +11,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/lexer.cpp
   dialect/query_reader.cpp
   dialect/refused_names.cpp
+  dialect/row_source.cpp
   dialect/statement_edits.cpp
   dialect/statement_parameters.cpp
   dialect/statement_reader.cpp

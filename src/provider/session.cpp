@@ -92,6 +92,15 @@ ado::StatementResult HistorianSession::Run(const ado::Statement& statement,
   return {ado::RecordsetBuilder({}).Finish(), 0};
 }
 
+// By the names under which the connection lists it.
+platform::RowSource HistorianSession::AsShown(platform::RowSource source,
+                                              const KnownSchema& schema) const {
+  if (source.sTable.empty()) return source;
+  source.sCatalog = m_names.Catalog(schema.Catalog(source.sCatalog)).sName;
+  source.sTable = m_names.Table(source.sTable);
+  return source;
+}
+
 ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& statement,
                                                      std::vector<dialect::Token> tokens,
                                                      std::span<const Value> parameters,
@@ -134,9 +143,11 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   const auto held = statement.rows ? nullptr
                                    : std::make_shared<ado::RowCollector>(ado::RowStorage{
                                          std::make_shared<ado::MemoryBudget>(toRun.maxBytes)});
-  toRun.rows = std::make_shared<ShownTimes>(
-      statement.rows ? statement.rows : held, std::move(translation.columns),
-      TimeDisplay{m_options.TimeAsDouble(), m_options.TimeZone()});
+  const std::shared_ptr<ado::RowReceiver> rows = statement.rows ? statement.rows : held;
+  rows->Source(AsShown(std::move(translation.source), schema));
+  toRun.rows =
+      std::make_shared<ShownTimes>(rows, std::move(translation.columns),
+                                   TimeDisplay{m_options.TimeAsDouble(), m_options.TimeZone()});
   const auto result = Opened().Run(toRun, stop);
   return {held ? held->Recordset() : nullptr, result.lRecordsAffected};
 }

@@ -16,6 +16,8 @@
 
 namespace orvane::provider {
 
+class KnownSchema;
+
 class HistorianSession final : public ado::Session {
  public:
   /// Opens the historian that the settings name as "Data Source", for the user that they name.
@@ -45,6 +47,7 @@ class HistorianSession final : public ado::Session {
                                      std::span<const platform::Value> parameters,
                                      const Deadline& deadline, dialect::StatementWork& work,
                                      const std::stop_token& stop);
+  platform::RowSource AsShown(platform::RowSource source, const KnownSchema& schema) const;
   void RunCatalogStatement(const dialect::CatalogStatement& statement, const std::stop_token& stop);
 
   SessionPlace m_place;

@@ -33,6 +33,12 @@ Text FolderKey(const ScopeItem& item) {
 
 }  // namespace
 
+platform::RowsPlace SnapIn::PlaceOf(const nodes::QueryNode& query, const Text& sName) {
+  auto place = PlaceOf(*InTree(query.ParentServerNode()));
+  place.sQuery = sName;
+  return place;
+}
+
 void SnapIn::m_mnuNewQuery_Click(const ScopeItemPtr& queriesItem) {
   const auto server = TagAs<nodes::ServerNode>(*queriesItem);
   dialogs::QueryDlg dialog(m_services);
@@ -64,6 +70,10 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
     if (sNewName == sOldName || queries->Find(sNewName) == -1) break;
     ShowError(m_services, {platform::failure::kKeyExists, kNameTaken, "snapin"});
   }
+  // What is kept of it beside its rows is kept under its name.
+  const auto place = PlaceOf(*query, sOldName);
+  const Boolean bLeavesRows = sNewName != sOldName && !IsShown(*item);
+  if (bLeavesRows && !MayLoseRows(place)) return;
   if (sNewName != sOldName || !queries->Holds(query)) {
     const Text sFolderKey = FolderKey(*item);
     FileQuery(*queries, query, sNewName, dialog.SqlStatement().Text());
@@ -78,6 +88,7 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
     query->Query(dialog.SqlStatement().Text());
   }
   query->Recordset(nullptr);
+  if (bLeavesRows) LoseRows(place);
   item->ListSubItems().Add(1, "Name", query->QueryName());
   item->ListSubItems().Add(2, "Query", query->Query());
   if (!m_qrResults || !IsShown(*item)) return;
@@ -111,11 +122,14 @@ void SnapIn::m_mnuRemove_Click(const ScopeItemPtr& item) {
                  "Confirm Query Removal")) {
     return;
   }
+  const auto place = PlaceOf(*query, sName);
+  if (!MayLoseRows(place)) return;
   const auto queries = InTree(query->ParentServerNode())->QueryNodes();
   const Text sFolderKey = FolderKey(*item);
   // One that an earlier refusal left out of the list has nothing there that is to go with it.
   if (queries->Holds(query)) queries->Remove(sName);
   m_services.console->ScopeItems().Remove(item->Key());
+  LoseRows(place);
   if (queries->Count() > 0) return;
   if (const auto folder = m_services.console->ScopeItems().Item(sFolderKey)) {
     folder->ScopeNode()->HasChildren(false);

@@ -163,6 +163,8 @@ class SnapIn : private nodes::Counted,
   Boolean Confirmed(const Text& sQuestion, const Text& sTitle);
   /// Where rows lie that go with the server's connection, or with that catalog of it.
   static platform::RowsPlace PlaceOf(const nodes::ServerNode& server, const Text& sCatalog = {});
+  /// The rows of a named query, which it shows under that name.
+  static platform::RowsPlace PlaceOf(const nodes::QueryNode& query, const Text& sName);
   /// The console asks where rows of the place are not stored; false when they are to stay.
   Boolean MayLoseRows(const platform::RowsPlace& place);
   void LoseRows(const platform::RowsPlace& place);

@@ -20,6 +20,7 @@ orvane_test(console_support QT
     document/document_state_test.cpp
     document/document_test.cpp
     document/recent_documents_test.cpp
+    document/unsent_rows_test.cpp
     fake_objects.h
     log/log_file_test.cpp
     look/drawn_icon_test.cpp

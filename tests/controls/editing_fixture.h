@@ -40,7 +40,7 @@ class EditingFixture : public testing::Test {
     Rows().setFocus();
   }
   GridServices Services() { return {m_server, m_states, m_life, MachineTime, nullptr, m_unsent}; }
-  QWidget* Window() { return static_cast<QWidget*>(m_editor->Window()); }
+  virtual QWidget* Window() { return static_cast<QWidget*>(m_editor->Window()); }
   RowView& Rows() { return *Window()->findChild<RowView*>("rows"); }
   QLineEdit* Editor() { return Rows().findChild<QLineEdit*>("cellEditor"); }
   void PressRowNumber(int nRow, Qt::KeyboardModifiers modifiers = {}) {

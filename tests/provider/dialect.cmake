@@ -40,6 +40,7 @@ orvane_test(session
   SOURCES
     deadline_test.cpp
     result_times_test.cpp
+    row_source_test.cpp
     schema_rowsets_test.cpp
     session_options_test.cpp
     session_catalogs_test.cpp

@@ -1,5 +1,7 @@
 #include "console/document/unsent_rows.h"
 
+#include <set>
+
 #include "platform/case_folding.h"
 #include "platform/quoting.h"
 
@@ -14,14 +16,15 @@ namespace {
 /// Names of servers, catalogs and tables are the same in any case.
 RowsPlace Folded(const RowsPlace& place) {
   return {platform::FoldCase(place.sServer), platform::FoldCase(place.sCatalog),
-          platform::FoldCase(place.sTable)};
+          platform::FoldCase(place.sTable), platform::FoldCase(place.sQuery)};
 }
 
 /// Both folded.
 bool LiesIn(const RowsPlace& inner, const RowsPlace& outer) {
   return (outer.sServer.empty() || inner.sServer == outer.sServer) &&
          (outer.sCatalog.empty() || inner.sCatalog == outer.sCatalog) &&
-         (outer.sTable.empty() || inner.sTable == outer.sTable);
+         (outer.sTable.empty() || inner.sTable == outer.sTable) &&
+         (outer.sQuery.empty() || inner.sQuery == outer.sQuery);
 }
 
 }  // namespace
@@ -44,15 +47,17 @@ platform::Long UnsentRows::Round(const RowsPlace& table) const {
 
 Text UnsentRows::Sentence(const RowsPlace& place) const {
   RowIndex rows = 0;
-  std::vector<Text> tables;
+  Text sTable;
+  std::set<RowsPlace> tables;
   for (const auto& [table, unsent] : m_tables) {
     if (!LiesIn(table, Folded(place))) continue;
     rows += unsent.rows;
-    tables.push_back(unsent.sTable);
+    sTable = unsent.sTable;
+    tables.insert({table.sServer, table.sCatalog, table.sTable});
   }
   if (rows == 0) return {};
   const Text sRows = rows == 1 ? "1 row" : std::to_string(rows) + " rows";
-  const Text sWhere = tables.size() == 1 ? "the table " + platform::InQuotes(tables.front())
+  const Text sWhere = tables.size() == 1 ? "the table " + platform::InQuotes(sTable)
                                          : std::to_string(tables.size()) + " tables";
   return sRows + " of " + sWhere + (rows == 1 ? " is" : " are") + " not stored.";
 }

@@ -74,6 +74,16 @@ enum class FetchState : std::uint8_t {
   Stopped,    ///< ended before the last row; FetchRemark says why
 };
 
+/// Where the rows of a statement are stored, where each of them is one row of one table.
+struct RowSource {
+  Text sCatalog;
+  Text sTable;  ///< empty where the rows are not those of one table
+  /// Of each column the table's own name for it; empty for what the statement works out, and for a
+  /// column that stands further to the left already.
+  std::vector<Text> columns;
+  Text sWhyNone;  ///< without a table one sentence; empty where nothing is known
+};
+
 /// What the overlay has made of a row.
 enum class RowState : std::uint8_t { Fetched, Edited, New, Deleted };
 
@@ -113,6 +123,12 @@ class Recordset : public Object {
   virtual Text FetchRemark() const { return {}; }
   /// Time between sending the statement and having the last row.
   virtual std::chrono::microseconds Elapsed() const = 0;
+
+  /// Whose rows these are, as far as their source tells.
+  virtual const RowSource& Source() const {
+    static const RowSource kUnknown;
+    return kUnknown;
+  }
 
   /// Rows as they were fetched; RecordCount counts new rows too.
   virtual RowIndex FetchedCount() const { return RecordCount(); }

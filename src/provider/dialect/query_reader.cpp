@@ -169,10 +169,14 @@ bool StatementReader::IsBareAlias() const {
 void StatementReader::ReadSelectClauses(Scope* scope) {
   if (TakeWord("WHERE")) scope->conditions.push_back(ReadExpr(scope));
   if (TakeWords({"GROUP", "BY"})) {
+    scope->bGroups = true;
     const auto groups = ReadList(scope);
     scope->sorts.insert(scope->sorts.end(), groups.begin(), groups.end());
   }
-  if (TakeWord("HAVING")) scope->conditions.push_back(ReadExpr(scope));
+  if (TakeWord("HAVING")) {
+    scope->bGroups = true;
+    scope->conditions.push_back(ReadExpr(scope));
+  }
   if (!TakeWord("WINDOW")) return;
   do {
     ExpectName();

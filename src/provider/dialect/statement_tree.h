@@ -108,6 +108,7 @@ struct Item {
 struct Scope {
   Scope* parent = nullptr;
   bool bDistinct = false;
+  bool bGroups = false;  ///< GROUP BY or HAVING
   bool bClosed = false;  ///< of named queries: they see no columns around them
   std::vector<Source*> sources;
   std::vector<NamedQuery> namedQueries;

@@ -5,6 +5,7 @@
 #include "platform/failure.h"
 #include "platform/quoting.h"
 #include "provider/dialect/refused_names.h"
+#include "provider/dialect/row_source.h"
 #include "provider/dialect/statement_parameters.h"
 #include "provider/dialect/statement_reader.h"
 #include "provider/dialect/time_analysis.h"
@@ -75,6 +76,7 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
   translation.catalogs = names.Catalogs();
   translation.changedCatalog = names.ChangedCatalog();
   if (times.CallsFunctions()) translation.functions = TimeFunctions(settings);
+  translation.source = SourceOf(tree, names, times);
   // How a statement would run is told in columns that are not those of the statement.
   if (tree.kind == StatementKind::Query && !tree.bExplain) {
     for (const auto& column : times.OutputOf(*tree.mainQuery)) {

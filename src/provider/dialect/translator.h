@@ -77,6 +77,7 @@ struct Translation {
   /// What each column of the result holds; empty when that is not known.
   std::vector<Content> columns;
   std::vector<engines::StatementFunction> functions;  ///< that the text calls
+  platform::RowSource source;                         ///< whose rows the statement gives
 };
 
 /// The prefix that the option "Identifier Prefixes" puts before names.

@@ -44,6 +44,11 @@ void HandOverRest(SqliteFetch& fetch) noexcept {
   }
 }
 
+const char* OriginOf(sqlite3_stmt* statement, int nColumn) {
+  const char* sOrigin = sqlite3_column_origin_name(statement, nColumn);
+  return sOrigin == nullptr ? "" : sOrigin;
+}
+
 bool RefusesNull(sqlite3* database, sqlite3_stmt* statement, int nColumn) {
   const char* sTable = sqlite3_column_table_name(statement, nColumn);
   const char* sOrigin = sqlite3_column_origin_name(statement, nColumn);
@@ -129,7 +134,8 @@ std::vector<ado::ColumnDescription> SqliteStatement::Columns() const {
     const char* sType = sqlite3_column_decltype(m_statement.get(), nColumn);
     columns.push_back({sName == nullptr ? "" : sName,
                        TypeOfDeclaration(sType == nullptr ? "" : sType),
-                       !RefusesNull(m_database, m_statement.get(), nColumn)});
+                       !RefusesNull(m_database, m_statement.get(), nColumn),
+                       OriginOf(m_statement.get(), nColumn)});
   }
   return columns;
 }
