@@ -1,5 +1,6 @@
 #include "ado/columnar_recordset.h"
 
+#include <algorithm>
 #include <deque>
 #include <unordered_map>
 
@@ -135,6 +136,16 @@ Value ColumnarRecordset::ValueAt(RowIndex row, ColumnIndex column) const {
     if (const Value* edit = m_overlay.EditAt(row, column)) return *edit;
   }
   return OriginalAt(row, column);
+}
+
+platform::CellRun ColumnarRecordset::RunAt(RowIndex row, ColumnIndex column) const {
+  RequireCell(row, column);
+  const auto [begin, end] = m_overlay.UntouchedAround(row);
+  if (row >= FetchedCount() || begin == end) return {row, row + 1};
+  platform::CellRun run = m_rows->RunAt(row, column);
+  run.begin = std::max(run.begin, begin);
+  run.end = std::min(run.end, end);
+  return run;
 }
 
 Value ColumnarRecordset::OriginalAt(RowIndex row, ColumnIndex column) const {

@@ -37,6 +37,8 @@ class ColumnarRecordset final : public platform::Recordset {
   /// Fails with failure::kNoCurrentRow when there is no such row, with kItemNotFound when there
   /// is no such column.
   platform::Value ValueAt(platform::RowIndex row, platform::ColumnIndex column) const override;
+  /// Rows that were edited stand alone.
+  platform::CellRun RunAt(platform::RowIndex row, platform::ColumnIndex column) const override;
   platform::Boolean Truncated() const override {
     return State() == platform::FetchState::Truncated;
   }

@@ -85,7 +85,7 @@ void FetchedRows::End(platform::FetchState state, std::chrono::microseconds elap
 
 // No block has more than kRowsInBlock rows, so the row is in none before the one where it would be
 // if all had as many; from there on the search widens.
-const FetchedRows::Block& FetchedRows::BlockOf(RowIndex row) const {
+std::size_t FetchedRows::BlockNumberOf(RowIndex row) const {
   const std::size_t count = m_blockCount.load(std::memory_order_acquire);
   std::size_t low = static_cast<std::size_t>(row) / kRowsInBlock;
   std::size_t step = 1;
@@ -98,13 +98,25 @@ const FetchedRows::Block& FetchedRows::BlockOf(RowIndex row) const {
     const std::size_t middle = low + (high - low) / 2;
     (BlockAt(middle).firstRow <= row ? low : high) = middle;
   }
-  return BlockAt(low);
+  return low;
 }
 
 platform::Value FetchedRows::ValueAt(RowIndex row, ColumnIndex column) const {
-  const Block& block = BlockOf(row);
+  const Block& block = BlockAt(BlockNumberOf(row));
   return RowBlock(block.bytes)
       .ValueAt(static_cast<std::size_t>(row - block.firstRow), static_cast<std::size_t>(column));
+}
+
+platform::CellRun FetchedRows::RunAt(RowIndex row, ColumnIndex column) const {
+  // Asked first, so that no block that is counted has its end behind them.
+  const RowIndex rows = RowCount();
+  const std::size_t number = BlockNumberOf(row);
+  const bool bLast = number + 1 >= m_blockCount.load(std::memory_order_acquire);
+  const Block& held = BlockAt(number);
+  const RowBlock block(held.bytes);
+  const auto place = static_cast<std::size_t>(column);
+  return {held.firstRow, bLast ? rows : BlockAt(number + 1).firstRow, block.KindOf(place),
+          block.TextsOf(place)};
 }
 
 platform::DataType FetchedRows::TypeOf(ColumnIndex column) const {

@@ -48,6 +48,8 @@ class FetchedRows {
   platform::RowIndex RowCount() const { return m_rowCount.load(std::memory_order_acquire); }
   /// The row must be below RowCount, the column one of the columns.
   platform::Value ValueAt(platform::RowIndex row, platform::ColumnIndex column) const;
+  /// The row and the column likewise.
+  platform::CellRun RunAt(platform::RowIndex row, platform::ColumnIndex column) const;
   /// As described, or the type that fits the values that have come.
   platform::DataType TypeOf(platform::ColumnIndex column) const;
   platform::FetchState State() const { return m_state.load(std::memory_order_acquire); }
@@ -70,7 +72,7 @@ class FetchedRows {
   static constexpr std::size_t kParts = 48;
   static std::pair<std::size_t, std::size_t> PlaceOf(std::size_t block);
   const Block& BlockAt(std::size_t block) const;
-  const Block& BlockOf(platform::RowIndex row) const;
+  std::size_t BlockNumberOf(platform::RowIndex row) const;
   void Hold(std::span<const Column> columns, Block& block);
 
   const std::vector<ColumnDescription> m_columns;

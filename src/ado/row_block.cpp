@@ -80,9 +80,25 @@ void RowBlock::Pack(std::span<const Column> columns, std::byte* target) {
   }
 }
 
+const RowBlock::PackedColumn& RowBlock::ColumnAt(std::size_t column) const {
+  return *reinterpret_cast<const PackedColumn*>(m_bytes + column * sizeof(PackedColumn));
+}
+
+std::optional<ValueKind> RowBlock::KindOf(std::size_t column) const {
+  const PackedColumn& packed = ColumnAt(column);
+  return packed.bMixed ? std::nullopt : std::optional(packed.kind);
+}
+
+std::string_view RowBlock::TextsOf(std::size_t column) const {
+  const PackedColumn& packed = ColumnAt(column);
+  const std::size_t texts = (packed.bytes - packed.textEnds) / sizeof(std::uint32_t);
+  if (texts == 0) return {};
+  return {reinterpret_cast<const char*>(m_bytes + packed.texts),
+          Load<std::uint32_t>(m_bytes, packed.textEnds, texts - 1)};
+}
+
 Value RowBlock::ValueAt(std::size_t row, std::size_t column) const {
-  const auto& packed =
-      *reinterpret_cast<const PackedColumn*>(m_bytes + column * sizeof(PackedColumn));
+  const PackedColumn& packed = ColumnAt(column);
   const ValueKind kind =
       packed.bMixed ? static_cast<ValueKind>(Load<std::uint8_t>(m_bytes, packed.bytes, row))
                     : packed.kind;

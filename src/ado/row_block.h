@@ -3,7 +3,9 @@
 // Packed from columns by FetchedRows, read by any thread.
 #pragma once
 
+#include <optional>
 #include <span>
+#include <string_view>
 
 #include "ado/column.h"
 
@@ -21,10 +23,14 @@ class RowBlock {
 
   /// The row and the column must be of the block.
   platform::Value ValueAt(std::size_t row, std::size_t column) const;
+  /// The kind of all values of the column, and its texts, as in a CellRun.
+  std::optional<platform::ValueKind> KindOf(std::size_t column) const;
+  std::string_view TextsOf(std::size_t column) const;
 
  private:
   struct PackedColumn;
 
+  const PackedColumn& ColumnAt(std::size_t column) const;
   static PackedColumn LayOut(const Column& column, std::size_t offset);
 
   const std::byte* m_bytes;

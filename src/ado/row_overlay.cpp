@@ -1,5 +1,8 @@
 #include "ado/row_overlay.h"
 
+#include <algorithm>
+#include <iterator>
+#include <limits>
 #include <utility>
 
 #include "platform/failure.h"
@@ -28,6 +31,21 @@ const Value* RowOverlay::StoredAt(RowIndex row, ColumnIndex column) const {
   if (found == m_stored.end()) return nullptr;
   const auto cell = found->second.find(column);
   return cell == found->second.end() ? nullptr : &cell->second;
+}
+
+std::pair<RowIndex, RowIndex> RowOverlay::UntouchedAround(RowIndex row) const {
+  RowIndex begin = 0;
+  RowIndex end = std::numeric_limits<RowIndex>::max();
+  const auto leaveOut = [&](RowIndex touched) {
+    if (touched <= row) begin = std::max(begin, touched + 1);
+    if (touched >= row) end = std::min(end, touched);
+  };
+  const auto next = m_pending.lower_bound(row);
+  if (next != m_pending.end()) leaveOut(next->first);
+  if (next != m_pending.begin()) leaveOut(std::prev(next)->first);
+  for (const auto& [stored, cells] : m_stored) leaveOut(stored);
+  if (begin > end) end = begin;
+  return {begin, end};
 }
 
 std::vector<RowIndex> RowOverlay::PendingRows() const {

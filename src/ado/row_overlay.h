@@ -8,6 +8,7 @@
 #include <span>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "platform/ado/recordset.h"
@@ -28,6 +29,9 @@ class RowOverlay {
   /// What the cell holds at the server since its row was sent, or null for what was fetched; valid
   /// until the row changes.
   const platform::Value* StoredAt(platform::RowIndex row, platform::ColumnIndex column) const;
+  /// The rows around that one over which no values lie or have lain, from the first up to, without,
+  /// the second; both the same where some do over the row itself.
+  std::pair<platform::RowIndex, platform::RowIndex> UntouchedAround(platform::RowIndex row) const;
   /// The rows with something to send, in the order of their numbers.
   std::vector<platform::RowIndex> PendingRows() const;
 

@@ -48,8 +48,7 @@ void PaintEditedCorner(QPainter& painter, const QRect& rect, const QColor& colou
 
 /// A number whose end is missing reads as another number.
 bool IsNumberTooWide(const Cell& cell, const QFontMetrics& metrics, int nWidth) {
-  return cell.alignment.testFlag(Qt::AlignRight) && !cell.bNull &&
-         metrics.horizontalAdvance(cell.sText) > nWidth;
+  return cell.bNumber && metrics.horizontalAdvance(cell.sText) > nWidth;
 }
 
 QString Fitting(const Cell& cell, const QFontMetrics& metrics, int nWidth) {
@@ -84,7 +83,7 @@ int CellDelegate::WidthFor(int nText) {
 
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
-  const Cell cell = m_model.CellAt(index.row(), index.column());
+  const Cell cell = ShownAt(index);
   const bool bSelected = option.state.testFlag(QStyle::State_Selected);
   const auto group =
       option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
@@ -117,9 +116,10 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 
 bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* /*view*/,
                              const QStyleOptionViewItem& option, const QModelIndex& index) {
-  if (event->type() != QEvent::ToolTip || !index.isValid()) return false;
-  const platform::Value vtValue = m_model.ValueAt(index.row(), index.column());
-  const Cell cell = m_model.CellAt(index.row(), index.column());
+  const QModelIndex at = CellOf(index);
+  if (event->type() != QEvent::ToolTip || !at.isValid()) return false;
+  const platform::Value vtValue = m_model.ValueAt(at.row(), at.column());
+  const Cell cell = ShownAt(index);
   const int nWidth = QFontMetrics(FontOf(cell, option.font)).horizontalAdvance(cell.sText);
   const QString sWhole = m_model.Format().Whole(vtValue);
   const bool bWholeInSight =
@@ -135,12 +135,14 @@ bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* /*view*/,
 
 QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                     const QModelIndex& index) const {
+  const QModelIndex at = CellOf(index);
+  if (!at.isValid()) return nullptr;
   auto* editor = new CellEditor(
-      {m_model.ValueAt(index.row(), index.column()),
-       m_model.Recordset()->FieldAt(index.column()).Type(), ValueInput(m_model.Format().Zone())},
+      {m_model.ValueAt(at.row(), at.column()), m_model.Recordset()->FieldAt(at.column()).Type(),
+       ValueInput(m_model.Format().Zone())},
       parent);
   editor->setFont(option.font);
-  editor->setAlignment(m_model.CellAt(index.row(), index.column()).alignment);
+  editor->setAlignment(ShownAt(index).alignment);
   connect(editor, &QLineEdit::textEdited, this, [this] {
     if (m_typed) m_typed();
   });
@@ -150,7 +152,8 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 void CellDelegate::setModelData(QWidget* editor, QAbstractItemModel* /*model*/,
                                 const QModelIndex& index) const {
   const auto& line = *static_cast<CellEditor*>(editor);
-  if (line.Touched()) m_model.Edit(index, line.Kept());
+  const QModelIndex at = CellOf(index);
+  if (line.Touched() && at.isValid()) m_model.Edit(at, line.Kept());
 }
 
 void CellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
@@ -180,10 +183,10 @@ bool CellDelegate::eventFilter(QObject* watched, QEvent* event) {
       Leave(*editor, {key.key()});
       return true;
     case Qt::Key_Backtab:
-      Leave(*editor, {Qt::Key_Left});
+      Leave(*editor, {KeyToBeside(Qt::Key_Left)});
       return true;
     case Qt::Key_Tab: {
-      Leave(*editor, {Qt::Key_Right});
+      Leave(*editor, {KeyToBeside(Qt::Key_Right)});
       return true;
     }
     case Qt::Key_0:

@@ -7,10 +7,11 @@
 #include <initializer_list>
 #include <utility>
 
+#include "controls/row_model.h"
+
 namespace orvane::controls {
 
 class CellEditor;
-class RowModel;
 
 /// The frame of what has the keys: the current cell, or a part of the grid that has no cells.
 void DrawFocus(QPainter& painter, const QRect& rect, const QColor& colour);
@@ -52,6 +53,16 @@ class CellDelegate : public QStyledItemDelegate {
 
   /// The keys that end the typing: Enter and the arrows up and down, Tab, Escape.
   bool eventFilter(QObject* watched, QEvent* event) override;
+
+ protected:
+  /// The cell of the rows that an index of the view stands for; invalid for none.
+  virtual QModelIndex CellOf(const QModelIndex& index) const { return index; }
+  virtual Cell ShownAt(const QModelIndex& index) const {
+    return m_model.CellAt(index.row(), index.column());
+  }
+  /// Where the cell beside one is; Qt::Key_Left or Qt::Key_Right.
+  virtual int KeyToBeside(int nKey) const { return nKey; }
+  RowModel& Rows() const { return m_model; }
 
  private:
   void Leave(CellEditor& editor, std::initializer_list<int> keys);

@@ -114,6 +114,7 @@ void FilterRow::Apply() {
 bool FilterRow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_Escape && m_rows.StopArranging()) return true;
     if (key->key() == Qt::Key_Escape || key->key() == Qt::Key_Down) {
       m_rows.setFocus(Qt::OtherFocusReason);
       return true;

@@ -44,11 +44,16 @@ FindBar::FindBar(RowView& rows, QWidget* parent)
     m_finder.Cancel();
     Tell(Scope());
   });
+  rows.installEventFilter(this);
   hide();
 }
 
 QString FindBar::Scope() const {
-  return QStringLiteral("Looks through the %1 here").arg(RowsText(m_rows.Model().Places()));
+  const auto& rs = m_rows.Model().Recordset();
+  const bool bAll = !rs || rs->State() == platform::FetchState::Complete;
+  return (bAll ? QStringLiteral("Looks through the %1 here")
+               : QStringLiteral("Looks through the %1 here, not through all that the server has"))
+      .arg(RowsText(m_rows.Model().Places()));
 }
 
 void FindBar::Open() {
@@ -68,6 +73,7 @@ void FindBar::FindNext(bool bForward) {
   if (m_text->text().isEmpty()) return Open();
   std::vector<int> columns = m_rows.Names().Shown();
   const QModelIndex current = m_rows.currentIndex();
+  show();
   Tell(QStringLiteral("Looking\u2026 Escape ends it"));
   m_finder.Find(
       TextSought(m_text->text()), std::move(columns), {current.row(), current.column()}, bForward,
@@ -95,12 +101,27 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
       return FindNext(!bShift);
     case Qt::Key_Escape:
       // The first one ends a search that is on its way.
-      if (!m_finder.Busy()) return Close();
-      m_finder.Cancel();
-      return Tell(QStringLiteral("Ended before all rows were looked at"));
+      if (!StopLooking()) Close();
+      return;
     default:
       QWidget::keyPressEvent(event);
   }
+}
+
+bool FindBar::StopLooking() {
+  if (!m_finder.Busy()) return false;
+  m_finder.Cancel();
+  Tell(QStringLiteral("Ended before all rows were looked at"));
+  return true;
+}
+
+bool FindBar::eventFilter(QObject* watched, QEvent* event) {
+  // Whoever goes on with F3 has the keys in the rows.
+  if (event->type() == QEvent::KeyPress &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && StopLooking()) {
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 }  // namespace orvane::controls

@@ -22,9 +22,11 @@ class FindBar final : public QWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Close();
+  bool StopLooking();
   void Tell(const QString& sOutcome);
   QString Scope() const;
 

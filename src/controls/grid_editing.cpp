@@ -10,6 +10,7 @@
 #include "controls/cell_editor.h"
 #include "controls/grid_window.h"
 #include "controls/header_view.h"
+#include "controls/row_form.h"
 #include "controls/status_strip.h"
 #include "controls/value_dialog.h"
 
@@ -59,8 +60,10 @@ GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellF
             }
             TellOfCurrent();
           });
-  Cells().OnTyped([this] { TellOfPending(); });
-  connect(&Cells(), &QAbstractItemDelegate::closeEditor, this, [this] { TellOfPending(); });
+  for (CellDelegate* cells : Cells()) {
+    cells->OnTyped([this] { TellOfPending(); });
+    connect(cells, &QAbstractItemDelegate::closeEditor, this, [this] { TellOfPending(); });
+  }
   AddCommands();
   m_window.Rows().Model().Editing(&m_session);
   m_window.Status().OnPendingPressed([this] { m_questions->Review(); });
@@ -69,11 +72,12 @@ GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellF
 GridEditing::~GridEditing() {
   if (!m_rows) return;
   m_rows->Model().Editing(nullptr);
-  Cells().OnTyped({});
+  for (CellDelegate* cells : Cells()) cells->OnTyped({});
 }
 
-CellDelegate& GridEditing::Cells() const {
-  return *static_cast<CellDelegate*>(m_rows->itemDelegate());
+// Of the rows, and of the form of one of them.
+std::array<CellDelegate*, 2> GridEditing::Cells() const {
+  return {static_cast<CellDelegate*>(m_rows->itemDelegate()), &m_window.Form().Cells()};
 }
 
 void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatability,
@@ -176,7 +180,7 @@ bool GridEditing::RefuseEdit() {
 }
 
 CellEditor* GridEditing::Typed() const {
-  for (auto* editor : m_window.Rows().viewport()->findChildren<CellEditor*>()) {
+  for (auto* editor : m_window.findChildren<CellEditor*>()) {
     if (!editor->isHidden()) return editor;  // a hidden one is closed already, and about to go
   }
   return nullptr;
@@ -185,7 +189,9 @@ CellEditor* GridEditing::Typed() const {
 void GridEditing::TakeTyped() {
   CellEditor* editor = Typed();
   if (!editor) return;
-  auto* delegate = m_window.Rows().itemDelegate();
+  // It lies in the viewport of its view.
+  auto* delegate =
+      qobject_cast<QAbstractItemView*>(editor->parentWidget()->parentWidget())->itemDelegate();
   emit delegate->commitData(editor);
   emit delegate->closeEditor(editor);
 }

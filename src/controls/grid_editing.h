@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <array>
 #include <functional>
 #include <memory>
 #include <set>
@@ -82,7 +83,7 @@ class GridEditing final : public QObject {
   void RowChanged(std::optional<platform::RowIndex> row);
   void TellOfPending();
   platform::RowIndex Unsent() const;
-  CellDelegate& Cells() const;
+  std::array<CellDelegate*, 2> Cells() const;
   void TellOfCurrent();
 
   GridWindow& m_window;

@@ -86,8 +86,8 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   m_splitter->setChildrenCollapsible(false);
   m_sqlPane->hide();
   m_beside->addWidget(m_splitter);
-  auto* form = new RowForm(*m_rows, m_beside);
-  m_beside->addWidget(form);
+  m_form = new RowForm(*m_rows, m_beside);
+  m_beside->addWidget(m_form);
   m_beside->setStretchFactor(0, 3);
   m_beside->setStretchFactor(1, 2);
   m_beside->setChildrenCollapsible(false);
@@ -120,13 +120,18 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   });
   new ColumnCommands(*m_rows, this);
   m_trend = new GridTrend(*m_splitter, *m_rows, *m_status);
-  new ViewSwitch(*this, *m_rows, *form, *m_trend, *m_status);
+  new ViewSwitch(*this, *m_rows, *m_form, *m_trend, *m_status);
   m_rows->OnArranged([this](const QString& sWhyNot) {
     TellOfArrangement(sWhyNot);
     if (m_rows->Arranging() || m_bExchanging) return;
     TellOfNoRows();
     ShowPosition();
     TellOfExchange();
+  });
+  m_rows->OnArrangingStopped([this] {
+    m_seeking->ShowArrangement();
+    TellOfArrangement("Stopped: the rows stand as they did before.");
+    ShowPosition();
   });
   m_rows->OnArrowClicked([this] { Raise(&GridEvents::headClick); });
   m_rows->Copier().OnCopied([this](const QString& sWhyNot) { m_status->Remark(sWhyNot); });
@@ -262,8 +267,14 @@ void GridWindow::TellOfNoRows() {
 }
 
 void GridWindow::TellOfArrangement(const QString& sWhyNot) {
-  m_status->Arrangement(m_rows->Arranging() ? QStringLiteral("Sorting\u2026")
-                                            : ArrangementText(m_rows->Arranged(), m_rows->Model()));
+  if (m_rows->Arranging()) {
+    m_status->Working(m_rows->Arranged().sort.empty() ? QStringLiteral("Filtering\u2026")
+                                                      : QStringLiteral("Sorting\u2026"),
+                      "Stops it and leaves the rows as they are (Esc)",
+                      [this] { m_rows->StopArranging(); });
+  } else {
+    m_status->Arrangement(ArrangementText(m_rows->Arranged(), m_rows->Model()));
+  }
   if (!sWhyNot.isEmpty()) m_status->Remark(sWhyNot);
 }
 

@@ -65,6 +65,8 @@ class GridWindow : public QWidget {
   void Lost(const QString& sSentence);
   /// Places a bar above everything else; it becomes the window's.
   void Above(QWidget* bar);
+  /// One row as a form.
+  RowForm& Form() const { return *m_form; }
   /// The rows as a trend.
   GridTrend& Trend() const { return *m_trend; }
   StatusStrip& Status() { return *m_status; }
@@ -105,6 +107,7 @@ class GridWindow : public QWidget {
   GridSeeking* m_seeking;
   QWidget* m_lineOverStatus;
   StatusStrip* m_status;
+  RowForm* m_form;
   GridTrend* m_trend;
   QTimer m_patience;
   QElapsedTimer m_sinceSent;

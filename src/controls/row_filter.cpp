@@ -105,7 +105,7 @@ ColumnFilter ColumnFilter::Read(const QString& sText, platform::ColumnIndex colu
     filter.m_vtTo = read(sTrimmed.mid(nDots + 2));
     return filter;
   }
-  filter.m_sContained = sText;
+  filter.m_contained = TextSought(sText);
   return filter;
 }
 
@@ -122,7 +122,7 @@ ColumnFilter ColumnFilter::Equal(platform::ColumnIndex column, const Value& vtVa
 bool ColumnFilter::Holds(const Value& vtValue, const CellFormat& format) const {
   switch (m_kind) {
     case Kind::Contains:
-      return !vtValue.IsNull() && format.Whole(vtValue).contains(m_sContained, Qt::CaseInsensitive);
+      return m_contained.IsIn(vtValue, format);
     case Kind::Null:
       return vtValue.IsNull();
     case Kind::NotNull:

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "controls/cell_format.h"
+#include "controls/text_sought.h"
 #include "platform/ado/recordset.h"
 
 namespace orvane::controls {
@@ -32,7 +33,7 @@ class ColumnFilter {
   Kind m_kind = Kind::Contains;
   platform::ColumnIndex m_column = 0;
   QString m_sText;
-  QString m_sContained;
+  TextSought m_contained;
   platform::Value m_vtFrom;  ///< null has no bound
   platform::Value m_vtTo;
   bool m_bFromIncluded = true;

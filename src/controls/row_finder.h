@@ -5,27 +5,14 @@
 #include <QObject>
 #include <QString>
 #include <functional>
+#include <map>
 #include <optional>
 #include <vector>
 
 #include "controls/row_model.h"
+#include "controls/text_sought.h"
 
 namespace orvane::controls {
-
-/// Whether a value, as it would be copied, has the text in it, without regard to case.
-class TextSought {
- public:
-  explicit TextSought(const QString& sText);
-  bool IsIn(const platform::Value& vtValue, const CellFormat& format) const;
-  bool IsEmpty() const { return m_sText.isEmpty(); }
-
- private:
-  bool IsInBytes(std::string_view sBytes) const;
-
-  QString m_sText;
-  std::string
-      m_sFolded;  ///< in small letters where all are ASCII, which is looked for byte by byte
-};
 
 struct CellPlace {
   int nRow = -1;
@@ -50,6 +37,13 @@ class RowFinder final : public QObject {
   void Cancel();
 
  private:
+  /// Rows that lie together, of a column.
+  struct Run {
+    platform::RowIndex begin = 0;
+    platform::RowIndex end = 0;
+    bool bMay = true;  ///< one of them may have the text
+  };
+  using Runs = std::map<platform::RowIndex, Run>;
   struct Search {
     TextSought sought;
     std::vector<int> columns;
@@ -58,7 +52,12 @@ class RowFinder final : public QObject {
     std::int64_t cell;       ///< next one, counted row by row in the columns looked through
     std::int64_t remaining;  ///< cells still to be looked at
     bool bWrapped;
+    std::vector<Runs> seen;  ///< for each column, by the first row
   };
+  /// The run around the cell, looked at once.
+  Run RunOf(platform::RowIndex row, std::size_t column);
+  bool IsAt(const CellPlace& place, std::size_t column);
+  std::int64_t RowsToPass(int nRow);
   void Go();
   void End(std::optional<CellPlace> cell);
 

@@ -13,6 +13,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "controls/cell_editor.h"
+#include "controls/form_delegate.h"
 #include "controls/row_form_model.h"
 #include "controls/row_view.h"
 
@@ -34,6 +36,16 @@ QToolButton* AddHeadButton(QHBoxLayout& head, Qt::ArrowType arrow, const QString
   return button;
 }
 
+/// What is pressed in the form and meant for the rows: storing, undo and redo, and the window for a
+/// cell.
+bool IsOfRows(const QKeyEvent& key) {
+  const bool bReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+  const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
+  if (bReturn) return modifiers == Qt::AltModifier || modifiers == Qt::ControlModifier;
+  const bool bUndo = key.key() == Qt::Key_Z || key.key() == Qt::Key_Y;
+  return bUndo && (modifiers & ~Qt::ShiftModifier) == Qt::ControlModifier;
+}
+
 }  // namespace
 
 RowForm::RowForm(RowView& rows, QWidget* parent)
@@ -43,7 +55,8 @@ RowForm::RowForm(RowView& rows, QWidget* parent)
       m_found(new QSortFilterProxyModel(this)),
       m_which(new QLabel),
       m_filter(new QLineEdit),
-      m_lines(new QTableView) {
+      m_lines(new QTableView),
+      m_cells(new FormDelegate(rows.Model(), *m_model, *m_found, m_lines)) {
   setObjectName("rowForm");
   setAccessibleName("Form of the row");
   m_found->setSourceModel(m_model);
@@ -67,7 +80,9 @@ RowForm::RowForm(RowView& rows, QWidget* parent)
   m_lines->horizontalHeader()->setStretchLastSection(true);
   m_lines->setSelectionMode(QAbstractItemView::SingleSelection);
   m_lines->setSelectionBehavior(QAbstractItemView::SelectRows);
-  m_lines->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  m_lines->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                           QAbstractItemView::AnyKeyPressed);
+  m_lines->setItemDelegate(m_cells);
   m_lines->setWordWrap(false);
   m_lines->setTabKeyNavigation(false);
   m_lines->installEventFilter(this);
@@ -83,7 +98,12 @@ RowForm::RowForm(RowView& rows, QWidget* parent)
       Qt::QueuedConnection);
   connect(m_lines->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this] { FollowLine(); });
-  connect(m_lines, &QAbstractItemView::doubleClicked, this, [this] { GoToCell(); });
+  connect(
+      &m_rows.Model(), &QAbstractItemModel::rowsInserted, this, [this] { FollowRows(); },
+      Qt::QueuedConnection);
+  connect(m_lines, &QAbstractItemView::doubleClicked, this, [this] {
+    if (!CanEdit()) GoToCell();
+  });
   m_rows.Commands().Add({CommandGroup::Columns, "Show as &Form", QKeySequence(Qt::Key_F4),
                          [this] { Show(isHidden()); },
                          [this] { return !isHidden() || m_rows.HasRows(); }});
@@ -105,6 +125,7 @@ void RowForm::AddHead() {
 }
 
 void RowForm::Show(bool bShow) {
+  if (!bShow) TakeTyped();
   const bool bHadKeys = isAncestorOf(QApplication::focusWidget());
   setVisible(bShow);
   if (m_shown) m_shown();
@@ -124,6 +145,7 @@ void RowForm::FollowRows() {
   if (isHidden() || m_bFollowing) return;
   m_bFollowing = true;
   const QModelIndex current = m_rows.currentIndex();
+  if (current.row() != m_model->Place()) TakeTyped();
   m_model->Place(current.isValid() ? current.row() : -1);
   m_which->setText(
       current.isValid()
@@ -141,6 +163,11 @@ void RowForm::FollowRows() {
 }
 
 void RowForm::FollowLine() {
+  if (m_lines->currentIndex().column() == RowFormModel::NameSection) {
+    // Whoever is at a name means its value.
+    m_lines->setCurrentIndex(m_lines->currentIndex().siblingAtColumn(RowFormModel::ValueSection));
+    return;
+  }
   const QModelIndex line = m_found->mapToSource(m_lines->currentIndex());
   // What a filter does to the lines moves nobody's cell.
   const bool bMoved = m_lines->hasFocus() && !m_bFollowing;
@@ -150,7 +177,41 @@ void RowForm::FollowLine() {
   m_bFollowing = false;
 }
 
+CellDelegate& RowForm::Cells() const {
+  return *m_cells;
+}
+
+QModelIndex RowForm::CurrentCell() const {
+  const QModelIndex line = m_found->mapToSource(m_lines->currentIndex());
+  return line.isValid() && m_model->Place() >= 0
+             ? m_rows.Model().index(m_model->Place(), line.row())
+             : QModelIndex();
+}
+
+bool RowForm::CanEdit() const {
+  return CurrentCell().flags().testFlag(Qt::ItemIsEditable);
+}
+
+void RowForm::EditLine() {
+  if (!CanEdit()) return GoToCell();
+  m_lines->edit(m_lines->currentIndex());
+}
+
+void RowForm::SetNull() {
+  if (CanEdit()) m_rows.Model().Edit(CurrentCell(), {});
+}
+
+// What is being typed goes to the row that it was typed for.
+void RowForm::TakeTyped() {
+  for (auto* editor : m_lines->viewport()->findChildren<CellEditor*>()) {
+    if (editor->isHidden()) continue;  // closed already, and about to go
+    emit m_cells->commitData(editor);
+    emit m_cells->closeEditor(editor);
+  }
+}
+
 void RowForm::Step(int nRows) {
+  TakeTyped();
   const int nPlace = m_model->Place() + nRows;
   if (m_model->Place() < 0 || nPlace < 0 || nPlace >= m_rows.Model().rowCount()) return;
   m_rows.GoTo(nPlace, std::max(0, m_rows.currentIndex().column()));
@@ -186,8 +247,15 @@ bool RowForm::eventFilter(QObject* watched, QEvent* event) {
     const bool bToggle = key->modifiers() == Qt::NoModifier && key->key() == Qt::Key_F4;
     if (bToggle) return [this] { Show(false); };
     if (bLines && key->matches(QKeySequence::Copy)) return [this] { CopyValue(); };
+    if (bLines && IsOfRows(*key))
+      return [this, key] {
+        QKeyEvent press(key->type(), key->key(), key->modifiers(), key->text());
+        QCoreApplication::sendEvent(&m_rows, &press);
+      };
+    const bool bNull = key->modifiers() == Qt::ControlModifier && key->key() == Qt::Key_0;
+    if (bLines && bNull) return [this] { SetNull(); };
     const bool bReturn = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-    if (bLines && bReturn) return [this] { GoToCell(); };
+    if (bLines && bReturn) return [this] { EditLine(); };
     if (!bLines && (bReturn || key->key() == Qt::Key_Down)) return [this] { m_lines->setFocus(); };
     return {};
   }();

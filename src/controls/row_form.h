@@ -1,5 +1,6 @@
 // The current row as a form beside the rows: names and values one below the other, for tables that
-// are wider than a screen. It follows the current cell, and leads it. Part of the grid's window;
+// are wider than a screen. It follows the current cell, and leads it; values are edited in it as in
+// their cells. Part of the grid's window;
 // user-interface thread.
 #pragma once
 
@@ -14,6 +15,8 @@ class QToolButton;
 
 namespace orvane::controls {
 
+class CellDelegate;
+class FormDelegate;
 class RowFormModel;
 class RowView;
 
@@ -24,6 +27,8 @@ class RowForm : public QWidget {
 
   /// Shows the form of the current row, with the keys in it, or hides it and gives them back.
   void Show(bool bShow);
+  /// What edits its values.
+  CellDelegate& Cells() const;
   /// Called when it is shown, and when it is not any more.
   void OnShown(std::function<void()> handler) { m_shown = std::move(handler); }
 
@@ -35,6 +40,11 @@ class RowForm : public QWidget {
   void FollowRows();
   void FollowLine();
   void Step(int nRows);
+  QModelIndex CurrentCell() const;
+  bool CanEdit() const;
+  void EditLine();
+  void SetNull();
+  void TakeTyped();
   void GoToCell();
   void CopyValue() const;
 
@@ -46,6 +56,7 @@ class RowForm : public QWidget {
   QToolButton* m_next;
   QLineEdit* m_filter;
   QTableView* m_lines;
+  FormDelegate* m_cells;
   std::function<void()> m_shown;
   bool m_bFollowing = false;  ///< one of both follows the other
 };

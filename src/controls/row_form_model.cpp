@@ -41,6 +41,14 @@ QVariant RowFormModel::data(const QModelIndex& index, int nRole) const {
   return m_rows.data(m_rows.index(m_nPlace, nColumn), nRole);
 }
 
+Qt::ItemFlags RowFormModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags shown = QAbstractTableModel::flags(index);
+  const bool bCell = index.isValid() && index.column() == ValueSection && m_nPlace >= 0 &&
+                     m_nPlace < m_rows.rowCount();
+  if (!bCell) return shown;
+  return shown | (m_rows.flags(m_rows.index(m_nPlace, index.row())) & Qt::ItemIsEditable);
+}
+
 QVariant RowFormModel::headerData(int nSection, Qt::Orientation orientation, int nRole) const {
   if (orientation != Qt::Horizontal || nRole != Qt::DisplayRole) return {};
   return nSection == NameSection ? QStringLiteral("Column") : QStringLiteral("Value");

@@ -27,6 +27,8 @@ class RowFormModel : public QAbstractTableModel {
   QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
   QVariant headerData(int nSection, Qt::Orientation orientation,
                       int nRole = Qt::DisplayRole) const override;
+  /// A value can be edited where its cell can.
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
   void ValuesChanged();

@@ -207,10 +207,13 @@ Cell RowModel::CellAt(int nPlace, int nColumn) const {
   const platform::RowState state = m_recordset->StateAt(row);
   const auto column = static_cast<std::size_t>(nColumn);
   const int nFraction = column < m_fractions.size() ? m_fractions[column] : 0;
-  return {m_format.Shown(vtValue, nFraction), CellFormat::Alignment(vtValue, type),
+  const Qt::Alignment alignment = CellFormat::Alignment(vtValue, type);
+  return {m_format.Shown(vtValue, nFraction),
+          alignment,
           vtValue.IsNull(),
           state != platform::RowState::Fetched && m_recordset->IsEdited(row, nColumn),
-          state == platform::RowState::Deleted};
+          state == platform::RowState::Deleted,
+          alignment.testFlag(Qt::AlignRight) && !vtValue.IsNull()};
 }
 
 Value RowModel::ValueAt(int nPlace, int nColumn) const {

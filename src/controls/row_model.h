@@ -28,6 +28,7 @@ struct Cell {
   bool bNull = false;
   bool bEdited = false;  ///< was given a value that was not sent yet
   bool bDeleted = false;
+  bool bNumber = false;
 };
 
 class RowModel : public QAbstractTableModel {
@@ -55,6 +56,8 @@ class RowModel : public QAbstractTableModel {
   /// The order in which rows stand; none is that of the recordset.
   const std::shared_ptr<const RowOrder>& Order() const { return m_order; }
   void Order(std::shared_ptr<const RowOrder> order);
+  /// True when each row stands at the place of its number.
+  bool IsAsFetched() const { return !m_order && m_gonePlaces.empty(); }
   /// The recordset's row at a place of the view; of the empty row at the end, that behind the last.
   platform::RowIndex RecordRow(int nPlace) const;
   /// The same of the places as they are now, also when others are shown meanwhile.

@@ -102,6 +102,8 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
     if (m_lastColumns != ColumnSignature()) m_arrangement = {};
     if (state) m_arrangement = state->arrangement;
   }
+  m_standing = {};
+  if (m_arrangement.bSortedByServer) m_standing = {m_arrangement.sort, true, {}};
   if (state) {
     Restore(*state);
   } else if (HasRows() && m_model->columnCount() > 0) {
@@ -131,7 +133,10 @@ void RowView::Restore(const RowsState& state) {
                                       QItemSelectionModel::NoUpdate);
     return ArrangeNow(true);
   }
-  if (state.order) m_model->Order(state.order);
+  if (state.order) {
+    m_model->Order(state.order);
+    m_standing = m_arrangement;
+  }
   QItemSelection selection;
   for (const CellRange& range : state.selection) {
     const QModelIndex topLeft = m_model->index(range.nTop, range.nLeft);
@@ -159,6 +164,11 @@ RowsState RowView::State() const {
   state.layout = m_columns->Layout();
   state.arrangement = m_arrangement;
   state.order = m_model->Order();
+  if (m_arranger.Busy()) {
+    // The order is that of before, and what was being worked out begins anew.
+    state.order = nullptr;
+    state.bOrderLost = true;
+  }
   return state;
 }
 
@@ -214,7 +224,10 @@ void RowView::ArrangeNow(bool bFromTop) {
     if (m_arranged) m_arranged("The rows are sorted and filtered when all have come.");
     return;
   }
-  if (m_arrangement.NeedsNoWork() && !m_model->Order() && !m_arranger.Busy()) return;
+  if (m_arrangement.NeedsNoWork() && !m_model->Order() && !m_arranger.Busy()) {
+    m_standing = m_arrangement;
+    return;
+  }
   m_arranger.Arrange(m_model->Recordset(), m_arrangement, m_model->Format(),
                      // Who has gone elsewhere in the meantime stays with his row.
                      [this, bFromTop, at = currentIndex(), nTop = TopRow()](
@@ -223,6 +236,7 @@ void RowView::ArrangeNow(bool bFromTop) {
                          m_arrangement = {};
                          Names().Sorted({});
                        }
+                       m_standing = m_arrangement;
                        const bool bStayed = bFromTop && currentIndex() == at && TopRow() == nTop;
                        const RowPlaces places(*this, *m_model);
                        {
@@ -246,12 +260,22 @@ void RowView::ArrangeNow(bool bFromTop) {
   if (m_arranger.Busy() && m_arranged) m_arranged({});
 }
 
+bool RowView::StopArranging() {
+  if (!m_arranger.Busy()) return false;
+  m_arranger.Cancel();
+  m_arrangement = m_standing;
+  Names().Sorted(m_arrangement.sort);
+  if (m_stopped) m_stopped();
+  return true;
+}
+
 void RowView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   RowPicker::currentChanged(current, previous);
   Names().Offer(current.column());
 }
 
 void RowView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && StopArranging()) return;
   if (!m_commands.Press(*event)) RowPicker::keyPressEvent(event);
 }
 
@@ -278,6 +302,7 @@ void RowView::OpenNamesMenu(QPoint at) {
 
 void RowView::Abandon() {
   m_sortElsewhere = nullptr;
+  m_stopped = nullptr;
   m_commands = {};
   for (auto* menu : findChildren<QMenu*>()) menu->close();
 }

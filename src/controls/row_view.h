@@ -76,6 +76,12 @@ class RowView : public RowPicker {
     m_arranged = std::move(handler);
   }
 
+  /// Ends what is worked out for an order or a filter; the rows stand as they did. False where
+  /// nothing is. Escape does it too.
+  bool StopArranging();
+  /// Called when it was ended so.
+  void OnArrangingStopped(std::function<void()> handler) { m_stopped = std::move(handler); }
+
   /// What RowCopier does.
   void Copy(bool bNames) const { m_copier.Copy(bNames); }
   void CopyAs(exports::Form form) const { m_copier.CopyAs(form); }
@@ -107,8 +113,10 @@ class RowView : public RowPicker {
   GridCommands m_commands;
   RowArranger m_arranger;
   Arrangement m_arrangement;
+  Arrangement m_standing;  ///< how the rows stand while another arrangement is worked out
   std::function<bool(const std::vector<SortColumn>&)> m_sortElsewhere;
   std::function<void(const QString&)> m_arranged;
+  std::function<void()> m_stopped;
   std::function<void()> m_arrowClicked;
   QStringList m_lastColumns;
   std::vector<int> m_lastWidths;

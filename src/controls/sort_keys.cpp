@@ -16,6 +16,18 @@ namespace {
 
 constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
 
+/// Sorting was stopped. Thrown through what compares, as nothing else ends a sort.
+struct SortStopped {};
+
+/// A comparison that ends the sort when it is stopped.
+template <class Less>
+auto Until(const std::atomic<bool>& bStop, Less less) {
+  return [&bStop, less](const auto& one, const auto& other) {
+    if (bStop.load(std::memory_order_relaxed)) throw SortStopped();
+    return less(one, other);
+  };
+}
+
 /// Ranks of mixed keys.
 enum Rank : std::uint8_t { kNumberRank, kDateRank, kTimeRank, kTextRank, kGuidRank, kBytesRank };
 
@@ -191,9 +203,13 @@ void SortKeys::AppendMixed(const Value& vtValue) {
 
 void SortKeys::Sort(std::vector<RowOrder::Number>& rows, bool bAscending,
                     const std::atomic<bool>& bStop) {
-  SortWide(bAscending, bStop);
-  SortTexts(bAscending, bStop);
-  SortMixed(bAscending, bStop);
+  try {
+    SortWide(bAscending, bStop);
+    SortTexts(bAscending, bStop);
+    SortMixed(bAscending, bStop);
+  } catch (const SortStopped&) {
+    return;
+  }
   if (bStop) return;
   std::vector<RowOrder::Number> sorted;
   sorted.reserve(rows.size());
@@ -226,7 +242,13 @@ void SortKeys::SortWide(bool bAscending, const std::atomic<bool>& bStop) {
     for (std::size_t value = 1; value < kValues; ++value) {
       begins[value] = begins[value - 1] + counts[n][value - 1];
     }
-    for (const WideKey& key : m_wides) other[begins[key.key >> (8 * n) & 0xFF]++] = key;
+    constexpr std::size_t kBetweenLooks = 1 << 16;
+    for (std::size_t from = 0; from < m_wides.size() && !bStop; from += kBetweenLooks) {
+      const std::size_t to = std::min(from + kBetweenLooks, m_wides.size());
+      for (std::size_t i = from; i < to; ++i) {
+        other[begins[m_wides[i].key >> (8 * n) & 0xFF]++] = m_wides[i];
+      }
+    }
     m_wides.swap(other);
   }
 }
@@ -248,10 +270,11 @@ void SortKeys::SortTexts(bool bAscending, const std::atomic<bool>& bStop) {
   };
   if (bStop) return;
   if (bAscending) {
-    std::ranges::stable_sort(m_textKeys, less);
+    std::ranges::stable_sort(m_textKeys, Until(bStop, less));
   } else {
-    std::ranges::stable_sort(m_textKeys,
-                             [&](const auto& one, const auto& other) { return less(other, one); });
+    std::ranges::stable_sort(m_textKeys, Until(bStop, [less](const auto& one, const auto& other) {
+                               return less(other, one);
+                             }));
   }
 }
 
@@ -267,9 +290,10 @@ int SortKeys::Compare(const MixedKey& one, const MixedKey& other) const {
 
 void SortKeys::SortMixed(bool bAscending, const std::atomic<bool>& bStop) {
   if (m_mixed.empty() || bStop) return;
-  std::ranges::stable_sort(m_mixed, [&](const MixedKey& one, const MixedKey& other) {
+  const auto less = [this, bAscending](const MixedKey& one, const MixedKey& other) {
     return bAscending ? Compare(one, other) < 0 : Compare(other, one) < 0;
-  });
+  };
+  std::ranges::stable_sort(m_mixed, Until(bStop, less));
 }
 
 }  // namespace orvane::controls

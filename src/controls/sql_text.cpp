@@ -43,11 +43,14 @@ Text ComposeSelect(const TableSelection& selection) {
   if (!IsBlank(selection.sFilterCondition)) sSql += "\nWHERE " + selection.sFilterCondition;
   // A sort column that the server lost leaves a criterion without a name: the builder has no entry
   // for it. There is nothing to sort by then; an empty name would only be refused.
-  if (selection.sortCriterion && !selection.sortCriterion->sColumn.empty()) {
-    // On a line of its own: a filter may end in a comment that runs to the end of its line.
-    sSql += "\nORDER BY " + QuotedName(selection.sortCriterion->sColumn) +
-            (selection.sortCriterion->bAscending ? " ASC" : " DESC");
+  Text sSort;
+  for (const platform::SortCriterion& criterion : selection.sort) {
+    if (criterion.sColumn.empty()) continue;
+    sSort += (sSort.empty() ? "" : ", ") + QuotedName(criterion.sColumn) +
+             (criterion.bAscending ? " ASC" : " DESC");
   }
+  // On a line of its own: a filter may end in a comment that runs to the end of its line.
+  if (!sSort.empty()) sSql += "\nORDER BY " + sSort;
   return sSql;
 }
 

@@ -2,7 +2,6 @@
 // The composition is described in docs/table-query.md.
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "platform/grids/table_query.h"
@@ -15,7 +14,7 @@ struct TableSelection {
   const platform::Text& sTable;
   const std::vector<platform::Text>& columns;
   const platform::Text& sFilterCondition;
-  const std::optional<platform::SortCriterion>& sortCriterion;
+  const std::vector<platform::SortCriterion>& sort;  ///< the first one counts most
 };
 
 /// The table with its catalog, quoted.

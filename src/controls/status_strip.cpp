@@ -96,7 +96,6 @@ StatusStrip::StatusStrip(QWidget* parent)
   strong.setWeight(QFont::DemiBold);
   m_notice->setFont(strong);
   m_cancel->setObjectName("stopFetch");
-  m_cancel->setToolTip("Stops the fetch and keeps the rows that came");
   // A button of the usual height would make the strip higher when rows come.
   m_cancel->setFixedHeight(fontMetrics().height() + 6);
   connect(m_cancel, &QPushButton::clicked, this, [this] {
@@ -154,6 +153,7 @@ void StatusStrip::Offer(const QString& sButton, const QString& sTip, std::functi
 void StatusStrip::Abandon() {
   m_offered = nullptr;
   m_offer->hide();
+  m_cancelled = nullptr;
   m_pendingPressed = nullptr;
   m_pending->hide();
 }
@@ -191,7 +191,7 @@ void StatusStrip::Message(const QString& sMessage) {
 
 void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapsed,
                        const QString& sFetched, const QString& sNotice) {
-  m_cancel->hide();
+  if (!m_bWorking) m_cancel->hide();
   m_rows->setText(RowsText(rows));
   m_rows->setMinimumWidth(m_rows->sizeHint().width());
   m_time->setText(sFetched.isEmpty() ? TimeText(elapsed)
@@ -202,7 +202,21 @@ void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapse
   m_offer->hide();
 }
 
+void StatusStrip::Working(const QString& sWhat, const QString& sStopTip,
+                          std::function<void()> stop) {
+  Arrangement(sWhat);
+  m_bWorking = true;
+  m_cancelled = std::move(stop);
+  m_cancel->setToolTip(sStopTip);
+  m_cancel->setEnabled(true);
+  m_cancel->show();
+}
+
 void StatusStrip::Arrangement(const QString& sArrangement) {
+  if (std::exchange(m_bWorking, false)) {
+    m_cancelled = nullptr;
+    m_cancel->hide();
+  }
   m_arrangement->setText(sArrangement);
   m_arrangement->setToolTip(sArrangement);
   m_arrangement->setVisible(!sArrangement.isEmpty());
@@ -220,6 +234,7 @@ void StatusStrip::Coming(platform::RowIndex rows, std::chrono::microseconds elap
   m_time->setText(sTime);
   m_time->show();
   if (m_cancel->isHidden()) m_cancel->setEnabled(true);
+  m_cancel->setToolTip("Stops the fetch and keeps the rows that came");
   m_cancel->setVisible(static_cast<bool>(m_cancelled));
   m_sNotice.clear();
   ShowNotice({});

@@ -43,6 +43,8 @@ class StatusStrip : public QWidget {
   void OnCancel(std::function<void()> handler) { m_cancelled = std::move(handler); }
   /// In which order the rows stand and which of them are seen; empty as they came.
   void Arrangement(const QString& sArrangement);
+  /// What is being done with the rows that are here, with a button that ends it.
+  void Working(const QString& sWhat, const QString& sStopTip, std::function<void()> stop);
   /// Why the rows can only be looked at, as a sentence; empty when they can be edited.
   void ReadOnly(const QString& sWhy);
   /// How many rows were changed and are not stored; with 0 nothing is said.
@@ -77,6 +79,7 @@ class StatusStrip : public QWidget {
   QLabel* m_time;
   QPushButton* m_cancel;
   std::function<void()> m_cancelled;
+  bool m_bWorking = false;  ///< the button ends that, not a fetch
   QLabel* m_arrangement;
   QLabel* m_warning;
   QLabel* m_notice;

@@ -24,7 +24,7 @@ TableEditor::TableEditor(GridServices services)
 }
 
 void TableEditor::TableQuery(const platform::TableQueryPtr& query) {
-  m_order.reset();
+  m_order.clear();
   m_query = query;
   m_time.Forget();
   if (!query) return;
@@ -75,15 +75,12 @@ bool TableEditor::SortAtServer(const std::vector<SortColumn>& columns) {
   if (!rs || !m_query || !cn || !cn->IsOpen() || m_core.Running()) return false;
   const bool bAllAreHere = rs->State() == platform::FetchState::Complete;
   // What is not stored would be lost with the rows it lies over.
-  if ((bAllAreHere && !m_order) || !rs->PendingRows().empty()) return false;
-  m_order.reset();
-  std::vector<SortColumn> asked;
-  if (!columns.empty()) {
-    asked.push_back(columns.back());
-    m_order =
-        platform::SortCriterion{rs->FieldAt(asked.front().column).Name(), asked.front().bAscending};
+  if ((bAllAreHere && m_order.empty()) || !rs->PendingRows().empty()) return false;
+  m_order.clear();
+  for (const SortColumn& column : columns) {
+    m_order.push_back({rs->FieldAt(column.column).Name(), column.bAscending});
   }
-  m_core.Window().Rows().SortedByServer(std::move(asked));
+  m_core.Window().Rows().SortedByServer(columns);
   const std::weak_ptr<int> life = m_life;
   try {
     Requery();
@@ -104,7 +101,7 @@ void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
                 TextsWithoutRows(), TableOfRows());
   if (life.expired()) return;
   m_time.Restore(state ? &*state : nullptr);
-  m_order = state ? state->viewing.order : std::nullopt;
+  m_order = state ? state->viewing.order : std::vector<platform::SortCriterion>();
 }
 
 RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {

@@ -40,7 +40,7 @@ class TableEditor : public GridControl<platform::TableEditor> {
 
   platform::TableQueryPtr m_query;
   /// The order that the server was asked for by the grid, beside that of the query.
-  std::optional<platform::SortCriterion> m_order;
+  std::vector<platform::SortCriterion> m_order;
   TableTime m_time;
   GridImport m_import;
   RowCount m_count;

@@ -178,8 +178,10 @@ void TableQuery::QueryTimeout(Long lQueryTimeout) {
 }
 
 Text TableQuery::SqlText() const {
-  return ComposeSelect({m_state.sCatalog, m_state.sTable, m_columns.Names(),
-                        m_state.sFilterCondition, m_state.sortCriterion});
+  std::vector<platform::SortCriterion> sort;
+  if (m_state.sortCriterion) sort.push_back(*m_state.sortCriterion);
+  return ComposeSelect(
+      {m_state.sCatalog, m_state.sTable, m_columns.Names(), m_state.sFilterCondition, sort});
 }
 
 platform::Subscription TableQuery::OnChange(std::function<void()> handler) {

@@ -20,12 +20,9 @@ Text StatementOf(platform::TableQuery& query, const Viewing& viewing) {
   for (platform::Long l = 1; l <= query.Columns().Count(); ++l) {
     columns.push_back(query.Columns().Item(l));
   }
-  std::optional<platform::SortCriterion> sort = query.SortCriterion();
-  if (viewing.order) {
-    sort = viewing.order;
-  } else if (!sort && viewing.timeColumn) {
-    sort = {*viewing.timeColumn, false};
-  }
+  std::vector<platform::SortCriterion> sort = viewing.order;
+  if (const auto own = query.SortCriterion(); sort.empty() && own) sort.push_back(*own);
+  if (sort.empty() && viewing.timeColumn) sort.push_back({*viewing.timeColumn, false});
   return ComposeSelect({query.Catalog(), query.Table(), columns,
                         FilterWithin(query.FilterCondition(), viewing), sort});
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "controls/time_range.h"
 #include "platform/grids/table_query.h"
@@ -18,8 +19,9 @@ struct Viewing {
   /// Takes the place of a filter that is nothing but a range of time, and joins any other. Without
   /// a time column it is none.
   std::optional<TimeRange> range;
-  /// The order that was asked for in the grid; takes the place of any other.
-  std::optional<platform::SortCriterion> order = {};
+  /// The order that was asked for in the grid, the first column counting most; takes the place of
+  /// any other.
+  std::vector<platform::SortCriterion> order = {};
 };
 
 /// The filter with the range in it.

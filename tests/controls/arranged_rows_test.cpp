@@ -141,6 +141,55 @@ TEST(arranged_rows, other_rows_or_another_order_end_the_work_on_one) {
   QTest::qWait(20);
 }
 
+TEST(arranged_rows, escape_ends_a_long_sort_and_leaves_the_rows_as_they_stood) {
+  RowView view;
+  view.ShowRows(Mixed(300'000), kUtcZone);
+  Show(view);
+  view.GoTo(7, 1);
+  int nStopped = 0;
+  view.OnArrangingStopped([&] { ++nStopped; });
+  view.SortBy(1, true);
+  ASSERT_TRUE(view.Arranging());
+  QTest::keyClick(&view, Qt::Key_Escape);
+  EXPECT_FALSE(view.Arranging());
+  EXPECT_TRUE(view.Arranged().IsNone());
+  EXPECT_EQ(view.Model().Order(), nullptr);
+  EXPECT_EQ(view.currentIndex().row(), 7);
+  EXPECT_EQ(nStopped, 1);
+  QTest::qWait(20);
+  EXPECT_EQ(view.Model().Order(), nullptr) << "nothing of it comes later";
+  view.SortBy(0, false);
+  AwaitOrder(view);
+  const auto order = view.Model().Order();
+  view.SortBy(1, true);
+  QTest::keyClick(&view, Qt::Key_Escape);
+  EXPECT_EQ(view.Arranged().sort, (std::vector<SortColumn>{{0, false}}));
+  EXPECT_EQ(view.Model().Order(), order);
+  view.Filter({ColumnFilter::Read("kind 1", 1, platform::DataType::WChar, kUtcZone)});
+  ASSERT_TRUE(view.Arranging());
+  EXPECT_TRUE(view.StopArranging());
+  EXPECT_TRUE(view.Arranged().filters.empty());
+  EXPECT_EQ(view.Model().Order(), order);
+  EXPECT_FALSE(view.StopArranging()) << "nothing is being worked out any more";
+}
+
+TEST(arranged_rows, a_state_from_the_middle_of_a_sort_begins_it_anew) {
+  RowView view;
+  const auto rs = Mixed(300'000);
+  view.ShowRows(rs, kUtcZone);
+  view.SortBy(0, true);
+  AwaitOrder(view);
+  view.SortBy(0, false);
+  ASSERT_TRUE(view.Arranging());
+  const RowsState state = view.State();
+  EXPECT_EQ(state.order, nullptr) << "what stands is in another order than is said";
+  RowView other;
+  other.ShowRows(rs, kUtcZone, &state);
+  AwaitOrder(other);
+  EXPECT_EQ(other.Arranged().sort, (std::vector<SortColumn>{{0, false}}));
+  EXPECT_EQ(NumberAt(other, 0, 0), 10'006);
+}
+
 TEST(arranged_rows, new_rows_stand_behind_all_others) {
   RowView view;
   const auto rs = Mixed(100);

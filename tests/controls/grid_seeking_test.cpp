@@ -5,6 +5,7 @@
 
 #include <QInputDialog>
 #include <QMenu>
+#include <QPushButton>
 
 #include "controls/query_results.h"
 #include "tests/controls/grid_fixture.h"
@@ -83,6 +84,59 @@ TEST_F(grid_seeking, a_search_through_many_rows_can_be_ended) {
   QTest::keyClick(text, Qt::Key_Escape);
   EXPECT_EQ(Label(m_results, "findOutcome"), "Ended before all rows were looked at");
   EXPECT_TRUE(Part<QWidget>("findBar")->isVisible());
+}
+
+TEST_F(grid_seeking, a_search_from_the_rows_is_ended_from_the_rows) {
+  m_results.Recordset(Plant(100'000'000));
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClicks(Part<QLineEdit>("findText"), "nowhere");
+  QTest::keyClick(Part<QLineEdit>("findText"), Qt::Key_Escape);
+  ASSERT_FALSE(Part<QWidget>("findBar")->isVisible());
+  QTest::keyClick(&View(), Qt::Key_F3);
+  EXPECT_TRUE(Part<QWidget>("findBar")->isVisible()) << "where it is told that it goes on";
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Looking\u2026 Escape ends it");
+  QTest::keyClick(&View(), Qt::Key_Escape);
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Ended before all rows were looked at");
+  EXPECT_EQ(Cell(), std::pair(0, 0));
+}
+
+TEST_F(grid_seeking, says_that_it_does_not_look_through_what_the_row_limit_left_out) {
+  const auto rs = Plant(5);
+  rs->Truncated(true);
+  m_results.Recordset(rs);
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(Label(m_results, "findOutcome"),
+            "Looks through the 5 rows here, not through all that the server has");
+}
+
+TEST_F(grid_seeking, a_long_sort_is_told_and_stopped_by_the_strip) {
+  m_results.Recordset(Plant(300'000));
+  View().GoTo(5, 1);
+  auto* stop = Part<QPushButton>("stopFetch");
+  EXPECT_FALSE(stop->isVisible());
+  QTest::keyClick(&View(), Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Label(m_results, "arrangement"), "Sorting\u2026");
+  ASSERT_TRUE(stop->isVisible());
+  QTest::mouseClick(stop, Qt::LeftButton);
+  EXPECT_FALSE(stop->isVisible());
+  EXPECT_EQ(Label(m_results, "arrangement"), "");
+  EXPECT_EQ(Label(m_results, "notice"), "Stopped: the rows stand as they did before.");
+  EXPECT_EQ(CellOf(m_results, 5, 1), "row 5");
+  EXPECT_EQ(Cell(), std::pair(5, 1));
+}
+
+TEST_F(grid_seeking, a_long_filter_is_stopped_from_its_box) {
+  m_results.Recordset(Plant(300'000));
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+  Type(FilterBox(1), "row 7");
+  EXPECT_EQ(Label(m_results, "arrangement"), "Filtering\u2026");
+  QTest::keyClick(FilterBox(1), Qt::Key_Escape);
+  EXPECT_TRUE(FilterBox(1)->hasFocus()) << "the box is left by the next one";
+  EXPECT_EQ(FilterBox(1)->text(), "row 7") << "to be mended, or entered again";
+  EXPECT_EQ(RowsOf(m_results), 300'000);
+  EXPECT_EQ(Label(m_results, "arrangement"), "");
+  QTest::qWait(20);
+  EXPECT_EQ(RowsOf(m_results), 300'000);
 }
 
 TEST_F(grid_seeking, goes_to_a_row_by_its_number) {

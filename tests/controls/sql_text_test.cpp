@@ -17,7 +17,7 @@ class sql_text : public testing::Test {
   Text m_sTable = "Data";
   std::vector<Text> m_columns;
   Text m_sFilter;
-  std::optional<SortCriterion> m_sort;
+  std::vector<SortCriterion> m_sort;
 };
 
 TEST_F(sql_text, without_chosen_columns_all_are_selected) {
@@ -27,7 +27,7 @@ TEST_F(sql_text, without_chosen_columns_all_are_selected) {
 TEST_F(sql_text, has_a_clause_a_line_in_the_order_select_from_where_order_by) {
   m_columns = {"Timestamp", "Value"};
   m_sFilter = "Timestamp BETWEEN '*-1h' AND '*'";
-  m_sort = SortCriterion{"Timestamp", true};
+  m_sort = {SortCriterion{"Timestamp", true}};
   EXPECT_EQ(Compose(),
             "SELECT \"Timestamp\", \"Value\"\n"
             "FROM \"Plant1\"..\"Data\"\n"
@@ -36,16 +36,16 @@ TEST_F(sql_text, has_a_clause_a_line_in_the_order_select_from_where_order_by) {
 }
 
 TEST_F(sql_text, a_descending_sort_says_so) {
-  m_sort = SortCriterion{"Value", false};
+  m_sort = {SortCriterion{"Value", false}};
   EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"\nORDER BY \"Value\" DESC");
 }
 
 TEST_F(sql_text, a_sort_without_a_column_is_no_sort) {
   for (const bool bAscending : {true, false}) {
-    m_sort = SortCriterion{"", bAscending};
+    m_sort = {SortCriterion{"", bAscending}};
     EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"");
   }
-  m_sort = SortCriterion{" ", true};
+  m_sort = {SortCriterion{" ", true}};
   EXPECT_EQ(Compose(), "SELECT *\nFROM \"Plant1\"..\"Data\"\nORDER BY \" \" ASC");
 }
 
@@ -67,7 +67,7 @@ TEST_F(sql_text, a_filter_stands_as_it_is_written) {
 
 TEST_F(sql_text, a_line_comment_in_the_filter_does_not_swallow_the_order) {
   m_sFilter = "Value > 1 -- only the high ones";
-  m_sort = SortCriterion{"Value", true};
+  m_sort = {SortCriterion{"Value", true}};
   EXPECT_EQ(Compose(),
             "SELECT *\nFROM \"Plant1\"..\"Data\"\n"
             "WHERE Value > 1 -- only the high ones\n"
@@ -78,7 +78,7 @@ TEST_F(sql_text, names_are_quoted_and_their_quotes_doubled) {
   m_sCatalog = "My \"plant\"";
   m_sTable = "Größe, 温度";
   m_columns = {"a\"", "select", "two\nlines"};
-  m_sort = SortCriterion{"a\"", true};
+  m_sort = {SortCriterion{"a\"", true}};
   EXPECT_EQ(Compose(),
             "SELECT \"a\"\"\", \"select\", \"two\nlines\"\n"
             "FROM \"My \"\"plant\"\"\"..\"Größe, 温度\"\n"

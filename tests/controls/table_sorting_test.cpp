@@ -76,6 +76,16 @@ TEST_F(table_sorting, is_done_by_the_server_where_the_row_limit_cut_the_rows) {
   EXPECT_EQ(Label(*editor, "arrangement"), "");
 }
 
+TEST_F(table_sorting, is_asked_of_the_server_by_as_many_columns_as_were_chosen) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  const auto editor = Shown();
+  ViewOf(*editor)->SortBy(1, false);
+  ViewOf(*editor)->SortBy(0, true, true);
+  EXPECT_EQ(m_server.sCommandText,
+            "SELECT *\nFROM \"Plant\"..\"Data\"\nORDER BY \"Name\" DESC, \"Number\" ASC");
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Name \u2193, Number \u2191");
+}
+
 TEST_F(table_sorting, is_done_here_where_the_server_is_gone) {
   std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
   const auto editor = Shown();

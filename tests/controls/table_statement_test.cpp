@@ -41,6 +41,12 @@ TEST_F(table_statement, comes_newest_first_and_leaves_the_query_as_it_is) {
   EXPECT_EQ(m_query.SqlText(), "SELECT *\nFROM \"Machine\"..\"Data\"");
 }
 
+TEST_F(table_statement, has_the_order_of_the_grid_before_any_other) {
+  m_query.SortCriterion(platform::SortCriterion{"Value", true});
+  EXPECT_EQ(Behind({"Timestamp", {}, {{"Tag", false}, {"Value", false}}}),
+            "\nORDER BY \"Tag\" DESC, \"Value\" DESC");
+}
+
 TEST_F(table_statement, keeps_an_order_of_the_query_s_own) {
   m_query.SortCriterion(platform::SortCriterion{"Value", true});
   EXPECT_EQ(Behind({"Timestamp", {}}), "\nORDER BY \"Value\" ASC");

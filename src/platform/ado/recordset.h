@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -74,6 +76,17 @@ enum class FetchState : std::uint8_t {
   Stopped,    ///< ended before the last row; FetchRemark says why
 };
 
+/// The cells of one column in rows that lie together; for who looks through many of them.
+struct CellRun {
+  RowIndex begin = 0;
+  RowIndex end = 0;  ///< behind the last row
+  /// Of all values; Null where there are none, nothing where they differ in it.
+  std::optional<ValueKind> kind = {};
+  /// Of texts: each that there is, once at least, one behind the other in any order. Lives as long
+  /// as the recordset.
+  std::string_view texts = {};
+};
+
 /// Where the rows of a statement are stored, where each of them is one row of one table.
 struct RowSource {
   Text sCatalog;
@@ -113,6 +126,9 @@ class Recordset : public Object {
   virtual const Field& FieldAt(ColumnIndex column) const = 0;
   /// Any cell, in constant time, without moving the current row.
   virtual platform::Value ValueAt(RowIndex row, ColumnIndex column) const = 0;
+
+  /// What is known of the cell and of those in the rows around it; of a row that is there.
+  virtual CellRun RunAt(RowIndex row, ColumnIndex /*column*/) const { return {row, row + 1}; }
 
   /// True when the row limit cut the result: the server had more rows.
   virtual Boolean Truncated() const = 0;

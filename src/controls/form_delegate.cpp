@@ -1,0 +1,33 @@
+#include "controls/form_delegate.h"
+
+#include "controls/row_form_model.h"
+
+namespace orvane::controls {
+
+QModelIndex FormDelegate::CellOf(const QModelIndex& index) const {
+  if (index.column() != RowFormModel::ValueSection || m_form.Place() < 0) return {};
+  return Rows().index(m_form.Place(), m_found.mapToSource(index).row());
+}
+
+Cell FormDelegate::ShownAt(const QModelIndex& index) const {
+  const QModelIndex at = CellOf(index);
+  if (!at.isValid()) return {};
+  Cell cell = Rows().CellAt(at.row(), at.column());
+  // Beneath each other, values of all kinds begin where the eye looks for them.
+  cell.alignment = Qt::AlignLeft | Qt::AlignVCenter;
+  return cell;
+}
+
+void FormDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+  if (CellOf(index).isValid()) return CellDelegate::paint(painter, option, index);
+  QStyledItemDelegate::paint(painter, option, index);
+}
+
+bool FormDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                             const QStyleOptionViewItem& option, const QModelIndex& index) {
+  if (CellOf(index).isValid()) return CellDelegate::helpEvent(event, view, option, index);
+  return QStyledItemDelegate::helpEvent(event, view, option, index);
+}
+
+}  // namespace orvane::controls
