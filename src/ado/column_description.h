@@ -13,6 +13,7 @@ struct ColumnDescription {
   platform::Boolean bNullable = true;
   /// The column of a table whose values stand here as they are, by the table's name for it.
   platform::Text sOrigin = {};
+  platform::TextOrder textOrder = platform::TextOrder::Bytes;
 };
 
 }  // namespace orvane::ado

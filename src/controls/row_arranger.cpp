@@ -89,8 +89,8 @@ bool RowArranger::Slice() {
   }
   if (work.sorts == 0) return true;
   const auto count = static_cast<RowIndex>(work.rows.size());
-  if (!work.keys) work.keys.emplace(work.rows.size());
   const platform::ColumnIndex column = work.arrangement.sort[work.sorts - 1].column;
+  if (!work.keys) work.keys.emplace(work.rows.size(), work.rs->FieldAt(column).TextOrder());
   for (; work.read < count; ++work.read) {
     if (!goOn()) return false;
     work.keys->Append(work.rs->ValueAt(work.rows[static_cast<std::size_t>(work.read)], column));

@@ -122,8 +122,24 @@ void SortKeys::AppendWide(std::uint64_t key) {
 }
 
 void SortKeys::AppendText(std::string_view sText) {
-  m_textKeys.push_back({0, m_texts.size(), static_cast<std::uint32_t>(sText.size()), m_places});
+  const std::size_t offset = m_texts.size();
+  m_textKeys.push_back({0, offset, static_cast<std::uint32_t>(KeepText(sText)), m_places});
+}
+
+// What the text is put in order by; gives its bytes.
+std::size_t SortKeys::KeepText(std::string_view sText) {
+  const std::size_t offset = m_texts.size();
+  if (m_order == platform::TextOrder::TrailingBlanks) {
+    sText = sText.substr(0, sText.find_last_not_of(' ') + 1);
+  }
   m_texts += sText;
+  if (m_order == platform::TextOrder::NoCase) {
+    std::transform(m_texts.begin() + static_cast<std::ptrdiff_t>(offset), m_texts.end(),
+                   m_texts.begin() + static_cast<std::ptrdiff_t>(offset), [](char c) {
+                     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+                   });
+  }
+  return sText.size();
 }
 
 void SortKeys::Append(const Value& vtValue) {
@@ -190,7 +206,8 @@ void SortKeys::AppendMixed(const Value& vtValue) {
     key.number = static_cast<long double>(time->count());
     key.rank = kTimeRank;
   } else if (const auto* text = vtValue.As<platform::Text>()) {
-    keep(*text, kTextRank);
+    key.rank = kTextRank;
+    key.length = static_cast<std::uint32_t>(KeepText(*text));
   } else if (const auto* guid = vtValue.As<platform::Guid>()) {
     keep(ViewOf(std::as_bytes(std::span(guid->bytes))), kGuidRank);
   } else if (const auto* bytes = vtValue.As<platform::Bytes>()) {

@@ -1,6 +1,6 @@
 // The values of one column as keys by which rows are put in order: read once, then sorted without
 // the recordset. The order is the engine's own: null, then numbers and points in time by value
-// whatever their kind, then dates, times of day, texts by the bytes of their UTF-8, GUIDs, bytes.
+// whatever their kind, then dates, times of day, texts by the rule of their column, GUIDs, bytes.
 // Used by the arranger of rows; keys are filled on the thread of the recordset and sorted on any.
 #pragma once
 
@@ -18,7 +18,10 @@ class SortKeys {
   /// Bytes of text beyond which keys are not kept.
   static constexpr std::size_t kMostTextBytes = std::size_t{1} << 30;
 
-  explicit SortKeys(std::size_t expectedRows) : m_expected(expectedRows) {}
+  /// Texts stand in that order.
+  explicit SortKeys(std::size_t expectedRows,
+                    platform::TextOrder order = platform::TextOrder::Bytes)
+      : m_expected(expectedRows), m_order(order) {}
 
   /// The value of the next row.
   void Append(const platform::Value& vtValue);
@@ -54,6 +57,7 @@ class SortKeys {
   void BecomeMixed();
   void AppendWide(std::uint64_t key);
   void AppendText(std::string_view sText);
+  std::size_t KeepText(std::string_view sText);
   void AppendMixed(const platform::Value& vtValue);
   std::string_view TextAt(std::uint64_t offset, std::uint32_t length) const {
     return std::string_view(m_texts).substr(offset, length);
@@ -64,6 +68,7 @@ class SortKeys {
   void SortMixed(bool bAscending, const std::atomic<bool>& bStop);
 
   std::size_t m_expected;
+  platform::TextOrder m_order;
   Family m_family = Family::None;
   std::uint32_t m_places = 0;
   std::vector<std::uint32_t> m_nulls;

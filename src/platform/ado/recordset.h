@@ -39,6 +39,13 @@ enum class DataType : std::int32_t {
   DBTimeStamp = 135,
 };
 
+/// By what the source puts the texts of a column in order.
+enum class TextOrder : std::uint8_t {
+  Bytes,           ///< of their UTF-8
+  NoCase,          ///< the same, with the letters A to Z as small ones
+  TrailingBlanks,  ///< the same as bytes, without the blanks at the end
+};
+
 /// One column of a recordset, at the recordset's current row. Owned by its Fields.
 class Field {
  public:
@@ -51,6 +58,7 @@ class Field {
   virtual DataType Type() const = 0;
   /// False only when the source says that the column refuses null.
   virtual Boolean Nullable() const = 0;
+  virtual platform::TextOrder TextOrder() const { return platform::TextOrder::Bytes; }
   /// The value in the current row; fails with failure::kNoCurrentRow when there is none.
   virtual platform::Value Value() const = 0;
 };

@@ -44,20 +44,32 @@ void HandOverRest(SqliteFetch& fetch) noexcept {
   }
 }
 
-const char* OriginOf(sqlite3_stmt* statement, int nColumn) {
-  const char* sOrigin = sqlite3_column_origin_name(statement, nColumn);
-  return sOrigin == nullptr ? "" : sOrigin;
-}
+/// What the table tells of a column that is read from it as it is.
+struct TableColumn {
+  Text sName{};
+  bool bNotNull = false;
+  platform::TextOrder order = platform::TextOrder::Bytes;
+};
 
-bool RefusesNull(sqlite3* database, sqlite3_stmt* statement, int nColumn) {
+TableColumn ReadFromTable(sqlite3* database, sqlite3_stmt* statement, int nColumn) {
   const char* sTable = sqlite3_column_table_name(statement, nColumn);
   const char* sOrigin = sqlite3_column_origin_name(statement, nColumn);
-  if (sTable == nullptr || sOrigin == nullptr) return false;
+  if (sTable == nullptr || sOrigin == nullptr) return {};
+  TableColumn column{sOrigin};
   const char* sCatalog = sqlite3_column_database_name(statement, nColumn);
+  const char* sOrder = nullptr;
   int nNotNull = 0;
-  return sqlite3_table_column_metadata(database, sCatalog, sTable, sOrigin, nullptr, nullptr,
-                                       &nNotNull, nullptr, nullptr) == SQLITE_OK &&
-         nNotNull != 0;
+  if (sqlite3_table_column_metadata(database, sCatalog, sTable, sOrigin, nullptr, &sOrder,
+                                    &nNotNull, nullptr, nullptr) != SQLITE_OK) {
+    return column;
+  }
+  column.bNotNull = nNotNull != 0;
+  if (sOrder != nullptr && sqlite3_stricmp(sOrder, "NOCASE") == 0) {
+    column.order = platform::TextOrder::NoCase;
+  } else if (sOrder != nullptr && sqlite3_stricmp(sOrder, "RTRIM") == 0) {
+    column.order = platform::TextOrder::TrailingBlanks;
+  }
+  return column;
 }
 
 }  // namespace
@@ -132,10 +144,10 @@ std::vector<ado::ColumnDescription> SqliteStatement::Columns() const {
   for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
     const char* sName = sqlite3_column_name(m_statement.get(), nColumn);
     const char* sType = sqlite3_column_decltype(m_statement.get(), nColumn);
+    TableColumn column = ReadFromTable(m_database, m_statement.get(), nColumn);
     columns.push_back({sName == nullptr ? "" : sName,
-                       TypeOfDeclaration(sType == nullptr ? "" : sType),
-                       !RefusesNull(m_database, m_statement.get(), nColumn),
-                       OriginOf(m_statement.get(), nColumn)});
+                       TypeOfDeclaration(sType == nullptr ? "" : sType), !column.bNotNull,
+                       std::move(column.sName), column.order});
   }
   return columns;
 }

@@ -1,0 +1,70 @@
+// The order of texts here, held against the server's own for the same column.
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <random>
+
+#include "controls/sort_keys.h"
+#include "tests/controls/historian_server.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Text;
+
+/// The row numbers of a recordset's first column, sorted here by its second one.
+Text SortedHere(const platform::Recordset& rs, bool bAscending) {
+  SortKeys keys(static_cast<std::size_t>(rs.RecordCount()), rs.FieldAt(1).TextOrder());
+  std::vector<RowOrder::Number> rows(static_cast<std::size_t>(rs.RecordCount()));
+  std::iota(rows.begin(), rows.end(), 0U);
+  for (platform::RowIndex row = 0; row < rs.RecordCount(); ++row) keys.Append(rs.ValueAt(row, 1));
+  const std::atomic<bool> bStop = false;
+  keys.Sort(rows, bAscending, bStop);
+  Text sNumbers;
+  for (const auto row : rows) {
+    sNumbers += std::to_string(*rs.ValueAt(row, 0).As<std::int64_t>()) + "\n";
+  }
+  return sNumbers;
+}
+
+TEST(text_order, is_that_of_the_server_for_each_rule_that_a_column_can_have) {
+  const auto server = tests::HistorianServer::Make();
+  server->Run(
+      "CREATE TABLE P..Texts (Id INTEGER PRIMARY KEY, Plain TEXT, Folded TEXT COLLATE NOCASE, "
+      "Cut TEXT COLLATE RTRIM, Mixed ANY COLLATE NOCASE)");
+  std::mt19937 random(20261122);
+  const Text sLetters = "abAB _z";
+  Text sRows;
+  for (int nRow = 0; nRow < 400; ++nRow) {
+    Text sText;
+    for (auto n = random() % 6; n > 0; --n) sText += sLetters[random() % sLetters.size()];
+    const Text sQuoted = nRow % 40 == 0 ? "NULL" : "'" + sText + "\u00c4'";
+    const Text sEnding = nRow % 40 == 0 ? "NULL" : "'" + sText + "'";
+    const Text sMixed = nRow % 3 == 0 ? std::to_string(nRow % 7) : sEnding;
+    sRows += (nRow == 0 ? "(" : ", (") + std::to_string(nRow) + ", " + sQuoted + ", " + sEnding +
+             ", " + sEnding + ", " + sMixed + ")";
+  }
+  server->Run("INSERT INTO P..Texts VALUES " + sRows);
+  for (const char* sColumn : {"Plain", "Folded", "Cut", "Mixed"}) {
+    const auto rs = server->Run(Text("SELECT Id, ") + sColumn + " FROM P..Texts ORDER BY Id");
+    for (const bool bAscending : {true, false}) {
+      EXPECT_EQ(SortedHere(*rs, bAscending),
+                server->Read(Text("SELECT Id FROM P..Texts ORDER BY ") + sColumn +
+                             (bAscending ? " ASC" : " DESC") + ", Id"))
+          << sColumn << bAscending;
+    }
+  }
+}
+
+TEST(text_order, is_that_of_the_column_also_under_another_name_and_through_a_view) {
+  const auto server = tests::HistorianServer::Make();
+  server->Run("CREATE TABLE P..Texts (Id INTEGER PRIMARY KEY, Name TEXT COLLATE NOCASE)");
+  server->Run("CREATE VIEW P..Seen AS SELECT Id, Name AS Called FROM P..Texts");
+  const auto order = [&](const char* sSql) { return server->Run(sSql)->FieldAt(1).TextOrder(); };
+  EXPECT_EQ(order("SELECT Id, Name AS Other FROM P..Texts"), platform::TextOrder::NoCase);
+  EXPECT_EQ(order("SELECT Id, Called FROM P..Seen"), platform::TextOrder::NoCase);
+  EXPECT_EQ(order("SELECT Id, Name || '' FROM P..Texts"), platform::TextOrder::Bytes);
+}
+
+}  // namespace
+}  // namespace orvane::controls
