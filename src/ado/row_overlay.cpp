@@ -34,17 +34,17 @@ const Value* RowOverlay::StoredAt(RowIndex row, ColumnIndex column) const {
 }
 
 std::pair<RowIndex, RowIndex> RowOverlay::UntouchedAround(RowIndex row) const {
+  if (m_pending.contains(row) || m_stored.contains(row)) return {row, row};
   RowIndex begin = 0;
   RowIndex end = std::numeric_limits<RowIndex>::max();
   const auto leaveOut = [&](RowIndex touched) {
-    if (touched <= row) begin = std::max(begin, touched + 1);
-    if (touched >= row) end = std::min(end, touched);
+    if (touched < row) begin = std::max(begin, touched + 1);
+    if (touched > row) end = std::min(end, touched);
   };
   const auto next = m_pending.lower_bound(row);
   if (next != m_pending.end()) leaveOut(next->first);
   if (next != m_pending.begin()) leaveOut(std::prev(next)->first);
   for (const auto& [stored, cells] : m_stored) leaveOut(stored);
-  if (begin > end) end = begin;
   return {begin, end};
 }
 

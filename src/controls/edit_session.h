@@ -55,6 +55,11 @@ class EditSession final : public RowEditing {
   /// A value equal to the one fetched takes the edit away.
   void Edit(platform::RowIndex row, platform::ColumnIndex column,
             const platform::Value& vtValue) override;
+  void TakeTyped() override {
+    if (m_takeTyped) m_takeTyped();
+  }
+  /// Called when that is to happen; the session knows no editors.
+  void OnTakeTyped(std::function<void()> handler) { m_takeTyped = std::move(handler); }
   bool OffersNewRow() const override;
   const std::set<platform::RowIndex>& GoneRows() const override;
   QString RemarkOf(platform::RowIndex row) const override;
@@ -92,6 +97,7 @@ class EditSession final : public RowEditing {
   void Follow(std::span<const platform::RowIndex> rows);
 
   ChangedHandler m_changed;
+  std::function<void()> m_takeTyped;
   platform::RecordsetPtr m_recordset;
   controls::Updatability m_updatability;
   ValueInput m_input;

@@ -65,6 +65,7 @@ GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellF
     connect(cells, &QAbstractItemDelegate::closeEditor, this, [this] { TellOfPending(); });
   }
   AddCommands();
+  m_session.OnTakeTyped([this] { TakeTyped(); });
   m_window.Rows().Model().Editing(&m_session);
   m_window.Status().OnPendingPressed([this] { m_questions->Review(); });
 }
@@ -173,6 +174,14 @@ bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool GridEditing::RefuseEdit() {
+  const QModelIndex current = m_window.Rows().currentIndex();
+  const RowTable& table = m_session.Updatability().table;
+  if (m_session.Recordset() && m_session.Updatability().bUpdate && current.isValid() &&
+      table.NameOf(*m_session.Recordset(), current.column()).empty()) {
+    m_window.Status().Remark(
+        "This value cannot be edited: the query works it out, or shows the column twice.");
+    return true;
+  }
   const QString& sWhyNot = m_session.Updatability().sWhyNot;
   if (!m_session.Recordset() || m_session.Updatability().bUpdate || sWhyNot.isEmpty()) return false;
   m_window.Status().Remark(sWhyNot);

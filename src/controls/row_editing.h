@@ -21,6 +21,8 @@ class RowEditing {
   /// Lays the value over the cell. Whoever implements it tells the model what else changed.
   virtual void Edit(platform::RowIndex row, platform::ColumnIndex column,
                     const platform::Value& vtValue) = 0;
+  /// What is being typed becomes a value of its cell: the rows are about to get other places.
+  virtual void TakeTyped() = 0;
   /// Whether an empty row, which becomes a new one when something is typed, stands at the end.
   virtual bool OffersNewRow() const = 0;
   /// Rows that are to be seen no more, and never again: deleted, or never to be added.

@@ -132,6 +132,7 @@ bool RowModel::OffersNewRow() const {
 }
 
 void RowModel::Order(std::shared_ptr<const RowOrder> order) {
+  if (m_editing) m_editing->TakeTyped();
   beginResetModel();
   m_order = std::move(order);
   FindGonePlaces();

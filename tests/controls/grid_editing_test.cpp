@@ -330,5 +330,23 @@ TEST_F(grid_editing, rows_whose_times_are_numbers_can_only_be_looked_at) {
   EXPECT_NE(Label("readOnly").find("switch off \"Time as Double\""), Text::npos);
 }
 
+TEST_F(grid_editing, what_is_being_typed_outlives_an_order_that_comes_meanwhile) {
+  m_server->Run("CREATE TABLE P..Many (Id INTEGER PRIMARY KEY, Name TEXT)");
+  m_server->Run(
+      "INSERT INTO P..Many WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT "
+      "30000) SELECT i, 'name ' || (i % 100) FROM n");
+  m_query->MaxRows(0);
+  Open("Many");
+  GoTo(2, 1);
+  Rows().SortBy(1, false);
+  ASSERT_TRUE(Rows().Arranging());
+  Type("typed");
+  ASSERT_NE(Editor(), nullptr);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !Rows().Arranging(); }, 30'000));
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Many WHERE Id = 3"), "typed");
+}
+
 }  // namespace
 }  // namespace orvane::controls

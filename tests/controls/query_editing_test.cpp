@@ -59,6 +59,8 @@ TEST_F(query_editing, what_is_worked_out_is_not_edited_and_what_it_shows_is_told
   GoTo(0, 2);
   Type("7");
   EXPECT_EQ(Editor(), nullptr);
+  EXPECT_EQ(Label("notice"),
+            "This value cannot be edited: the query works it out, or shows the column twice.");
   GoTo(0, 1);
   Type("7");
   Press(Qt::Key_Return);
