@@ -26,6 +26,7 @@ FilterRow::FilterRow(RowView& rows) : QWidget(&rows), m_rows(rows) {
   const auto layOut = [this] { LayOut(); };
   connect(&rows.Names(), &QHeaderView::sectionResized, this, layOut);
   connect(&rows.Names(), &QHeaderView::sectionMoved, this, layOut);
+  connect(&rows.Names(), &QHeaderView::geometriesChanged, this, layOut);
   connect(rows.horizontalScrollBar(), &QScrollBar::valueChanged, this, layOut);
   connect(rows.model(), &QAbstractItemModel::modelReset, this, layOut);
   hide();
@@ -55,8 +56,7 @@ void FilterRow::LayOut() {
     if (nColumn >= names.count()) box->hide();
   }
   for (int nColumn = 0; nColumn < names.count(); ++nColumn) {
-    const QRect room(names.LeftOf(nColumn), 0, names.sectionSize(nColumn) - 1,
-                     height() - 1);
+    const QRect room(names.LeftOf(nColumn), 0, names.sectionSize(nColumn) - 1, height() - 1);
     const bool bInSight = !names.isSectionHidden(nColumn) && room.intersects(rect());
     // A box is made when its column comes into sight: a result may have thousands of columns.
     if (!bInSight && !m_boxes.contains(nColumn)) continue;

@@ -81,6 +81,7 @@ HeaderView::HeaderView(const QAbstractItemModel& source, QWidget* parent)
 void HeaderView::Hold(int nColumns) {
   m_nHeld = std::max(0, nColumns);
   viewport()->update();
+  emit geometriesChanged();
 }
 
 int HeaderView::HeldEnd() const {
@@ -313,6 +314,15 @@ void HeaderView::FollowDrag(QPoint at) {
     m_atEdge.stop();
   }
   viewport()->update();
+}
+
+void HeaderView::reset() {
+  m_atEdge.stop();
+  m_bDragging = false;
+  m_nDropPlace = -1;
+  m_nNamePressed = -1;
+  m_nSized = -1;
+  QHeaderView::reset();
 }
 
 void HeaderView::ScrollAtEdge() {

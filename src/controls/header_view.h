@@ -49,6 +49,8 @@ class HeaderView : public QHeaderView {
   void OnScrollWanted(std::function<void(int nDirection)> handler) {
     m_scroll = std::move(handler);
   }
+  /// Other columns have come: what is being dragged is none of them.
+  void reset() override;
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <utility>
 
+#include "controls/clipboard_text.h"
+
 namespace orvane::controls {
 
 namespace {
@@ -211,7 +213,8 @@ class PageReader {
       const uint nCode = sName.sliced(bHex ? 2 : 1).toUInt(&bNumber, bHex ? 16 : 10);
       if (!bNumber) return {};
       const bool bCharacter = nCode <= QChar::LastValidCodePoint && !QChar::isSurrogate(nCode);
-      const char32_t character = bCharacter ? nCode : QChar::ReplacementCharacter;
+      const auto character = static_cast<char32_t>(
+          bCharacter ? nCode : static_cast<uint>(QChar::ReplacementCharacter));
       return QString::fromUcs4(&character, 1);
     }
     const auto known = m_entities.constFind(sName.toString());
@@ -342,6 +345,7 @@ class PageReader {
 }  // namespace
 
 std::optional<CopiedCells> CellsOfPage(QStringView sPage) {
+  if (sPage.size() > kMostCopiedCharacters) return std::nullopt;
   return PageReader(sPage).Read();
 }
 

@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <QToolTip>
 
+#include "controls/filter_row.h"
 #include "tests/controls/row_view_fixture.h"
 
 namespace orvane::controls {
@@ -68,6 +69,45 @@ TEST_F(kept_columns, a_dragged_name_is_not_clicked) {
   EXPECT_EQ(nClicks, 0);
   ClickColumnName(m_view, 2);
   EXPECT_EQ(nClicks, 1);
+}
+
+TEST_F(kept_columns, a_name_that_is_dragged_while_other_columns_come_moves_none_of_them) {
+  QWidget* names = m_view.Names().viewport();
+  QTest::mousePress(names, Qt::LeftButton, {}, NameAt(0));
+  QMouseEvent move(QEvent::MouseMove, NameAt(3), names->mapToGlobal(NameAt(3)), Qt::NoButton,
+                   Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(names, &move);
+  m_view.ShowRows(TwelveColumns(5), kUtcZone);
+  QTest::mouseRelease(names, Qt::LeftButton, {}, NameAt(3));
+  EXPECT_TRUE(m_view.Columns().Layout().IsNone());
+}
+
+TEST_F(kept_columns, dragging_at_the_edge_brings_further_columns_into_sight) {
+  QWidget* names = m_view.Names().viewport();
+  QTest::mousePress(names, Qt::LeftButton, {}, NameAt(0));
+  const QPoint edge(names->width() + 10, 5);
+  QMouseEvent move(QEvent::MouseMove, edge, names->mapToGlobal(edge), Qt::NoButton, Qt::LeftButton,
+                   Qt::NoModifier);
+  QCoreApplication::sendEvent(names, &move);
+  QScrollBar* bar = m_view.horizontalScrollBar();
+  ASSERT_GT(bar->maximum(), 0);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return bar->value() == bar->maximum(); }, 20'000));
+  QTest::mouseRelease(names, Qt::LeftButton, {}, edge);
+  EXPECT_EQ(m_view.Names().visualIndex(0), 11);
+}
+
+TEST_F(kept_columns, boxes_of_the_filter_row_stand_beneath_their_names) {
+  FilterRow filter(m_view);
+  m_view.PutBeneathNames(&filter);
+  filter.show();
+  m_view.PutBeneathNames(&filter);
+  m_view.horizontalScrollBar()->setValue(100);
+  m_view.HoldColumns(0);
+  EXPECT_EQ(filter.Box(0).x(), 0);
+  EXPECT_EQ(filter.Box(5).x(), m_view.Names().LeftOf(5));
+  m_view.HoldColumns(-1);
+  EXPECT_EQ(filter.Box(0).x(), -100);
+  m_view.PutBeneathNames(nullptr);
 }
 
 TEST_F(kept_columns, dragging_with_shift_selects_and_moves_nothing) {
