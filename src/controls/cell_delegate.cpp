@@ -46,14 +46,10 @@ void PaintEditedCorner(QPainter& painter, const QRect& rect, const QColor& colou
   painter.restore();
 }
 
-/// A number whose end is missing reads as another number.
-bool IsNumberTooWide(const Cell& cell, const QFontMetrics& metrics, int nWidth) {
-  return cell.bNumber && metrics.horizontalAdvance(cell.sText) > nWidth;
-}
-
 QString Fitting(const Cell& cell, const QFontMetrics& metrics, int nWidth) {
   const QString& sText = cell.sText;
-  if (IsNumberTooWide(cell, metrics, nWidth)) {
+  // A number whose end is missing reads as another number.
+  if (cell.bNumber && metrics.horizontalAdvance(sText) > nWidth) {
     const int nMark = std::max(1, metrics.horizontalAdvance(u'#'));
     return QString(std::max(1, nWidth / nMark), u'#');
   }
@@ -102,11 +98,9 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->setFont(font);
   painter->setPen(option.palette.color(group, role));
   const QFontMetrics metrics(font);
-  painter->drawText(text, static_cast<int>(cell.alignment) | Qt::TextSingleLine,
-                    Fitting(cell, metrics, text.width()));
-  if (m_tooNarrow && IsNumberTooWide(cell, metrics, text.width())) {
-    m_tooNarrow(index.column(), WidthFor(metrics.horizontalAdvance(cell.sText)));
-  }
+  const QString sFitting = Fitting(cell, metrics, text.width());
+  painter->drawText(text, static_cast<int>(cell.alignment) | Qt::TextSingleLine, sFitting);
+  if (m_tooNarrow && sFitting != cell.sText) m_tooNarrow(index.column(), cell, metrics);
 
   if (option.state.testFlag(QStyle::State_HasFocus)) {
     const auto frame = bSelected ? QPalette::HighlightedText : QPalette::Highlight;

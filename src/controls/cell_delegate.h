@@ -11,6 +11,7 @@
 
 namespace orvane::controls {
 
+struct Cell;
 class CellEditor;
 
 /// The frame of what has the keys: the current cell, or a part of the grid that has no cells.
@@ -26,10 +27,9 @@ class CellDelegate : public QStyledItemDelegate {
 
   CellDelegate(RowModel& model, QObject* parent) : QStyledItemDelegate(parent), m_model(model) {}
 
-  /// Called when a number was painted that did not fit, with the width that its cell needs.
-  void OnTooNarrow(std::function<void(int nColumn, int nWidth)> handler) {
-    m_tooNarrow = std::move(handler);
-  }
+  /// Called when a cell was painted that did not fit.
+  using TooNarrow = std::function<void(int nColumn, const Cell&, const QFontMetrics&)>;
+  void OnTooNarrow(TooNarrow handler) { m_tooNarrow = std::move(handler); }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
@@ -69,7 +69,7 @@ class CellDelegate : public QStyledItemDelegate {
 
   RowModel& m_model;
   std::function<void()> m_typed;
-  std::function<void(int, int)> m_tooNarrow;
+  TooNarrow m_tooNarrow;
 };
 
 }  // namespace orvane::controls

@@ -100,9 +100,13 @@ void KeptColumns::HoldUpTo(int nColumn) {
   m_names.Hold(m_layout.nFrozen);
 }
 
-void KeptColumns::Grow(int nColumn, int nWidth) {
+bool KeptColumns::MayGrow(int nColumn, int nTo) const {
   const auto n = static_cast<std::size_t>(nColumn);
-  if (n >= m_widths.size() || m_widths[n].bChosen) return;
+  return n < m_widths.size() && !m_widths[n].bChosen && nColumn < m_names.count() &&
+         !m_names.isSectionHidden(nColumn) && nTo > m_names.sectionSize(nColumn);
+}
+
+void KeptColumns::Grow(int nColumn, int nWidth) {
   if (m_wanted.empty()) QTimer::singleShot(0, this, [this] { GrowNow(); });
   m_wanted[nColumn] = std::max(m_wanted[nColumn], nWidth);
 }
@@ -110,10 +114,7 @@ void KeptColumns::Grow(int nColumn, int nWidth) {
 void KeptColumns::GrowNow() {
   const QScopedValueRollback byItself(m_bByItself, true);
   for (const auto& [nColumn, nWidth] : std::exchange(m_wanted, {})) {
-    const auto n = static_cast<std::size_t>(nColumn);
-    const bool bGrows = n < m_widths.size() && !m_widths[n].bChosen && nColumn < m_names.count() &&
-                        !m_names.isSectionHidden(nColumn) && nWidth > m_names.sectionSize(nColumn);
-    if (bGrows) m_names.resizeSection(nColumn, nWidth);
+    if (MayGrow(nColumn, nWidth)) m_names.resizeSection(nColumn, nWidth);
   }
 }
 

@@ -30,7 +30,9 @@ class KeptColumns final : public QObject {
   void Show(std::vector<platform::Text> names, const std::function<void()>& fit);
   /// The width of a column, also of a hidden one.
   int WidthOf(int nColumn) const;
-  /// The column, unless somebody chose its width, is to be as wide as this once painting is over.
+  /// True for a column that is narrower, and whose width nobody chose.
+  bool MayGrow(int nColumn, int nTo) const;
+  /// The column is to be as wide as this, if it is narrower, once painting is over.
   void Grow(int nColumn, int nWidth);
 
   /// Hides or shows columns, one flag for each; does nothing where none would be left.

@@ -38,9 +38,12 @@ RowView::RowView(QWidget* parent)
       m_columns(new KeptColumns(Names(), this)),
       m_arranger(this) {
   auto* delegate = new CellDelegate(*m_model, this);
-  // A number wider than those that were measured has come into sight.
-  delegate->OnTooNarrow([this](int nColumn, int nWidth) {
-    m_columns->Grow(nColumn, std::min(nWidth, kMostColumnWidth));
+  // Something wider than what was measured has come into sight.
+  delegate->OnTooNarrow([this](int nColumn, const Cell& cell, const QFontMetrics& metrics) {
+    const int nMost = cell.bNumber ? kMostColumnWidth : kMostFirstWidth;
+    if (!m_columns->MayGrow(nColumn, nMost)) return;
+    const int nText = metrics.horizontalAdvance(cell.sText.left(kCharactersMeasured));
+    m_columns->Grow(nColumn, std::min(CellDelegate::WidthFor(nText), nMost));
   });
   setItemDelegate(delegate);
   Names().setContextMenuPolicy(Qt::CustomContextMenu);

@@ -307,6 +307,29 @@ TEST(fitted_columns, grow_with_numbers_that_come_into_sight) {
   EXPECT_GT(view.ColumnWidth(0), nBefore);
 }
 
+TEST(fitted_columns, grow_with_texts_that_come_into_sight_up_to_a_limit) {
+  RowView view;
+  auto rs = std::make_shared<FakeRecordset>(1'000'000, [](auto row, auto) -> Value {
+    if (row < 500'000) return Value("short");
+    return row < 999'000 ? Value("rather a longer text") : Value(platform::Text(10'000, 'x'));
+  });
+  rs->Column("n", platform::DataType::WChar);
+  view.ShowRows(rs, kUtcZone);
+  Show(view, {900, 300});
+  const int nFirst = view.ColumnWidth(0);
+  const auto widthAt = [&](int nRow) {
+    view.GoTo(nRow, 0);
+    view.grab();
+    QCoreApplication::processEvents();
+    return view.ColumnWidth(0);
+  };
+  const int nLonger = widthAt(600'000);
+  EXPECT_GT(nLonger, nFirst);
+  EXPECT_LT(nLonger, 360);
+  EXPECT_EQ(widthAt(999'999), 360);
+  EXPECT_EQ(widthAt(0), 360);
+}
+
 TEST(fitted_columns, stay_as_wide_as_somebody_made_them) {
   RowView view;
   auto rs =
