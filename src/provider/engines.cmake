@@ -18,6 +18,7 @@ list(APPEND PROVIDER_SOURCES
   engines/sqlite/sqlite_schema.cpp
   engines/sqlite/sqlite_session.cpp
   engines/sqlite/sqlite_statement.cpp
+  engines/sqlite/sqlite_stored_times.cpp
   engines/sqlite/sqlite_values.cpp
   engines/sqlite/sqlite_watch.cpp
   engines/statement_thread.cpp)

@@ -136,6 +136,7 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   toRun.parameters = std::move(translation.parameters);
   toRun.batch = statement.batch;
   toRun.functions = std::move(translation.functions);
+  toRun.storedTimes = std::move(translation.storedTimes);
   toRun.maxRows = std::max<platform::Long>(statement.lMaxRecords, 0);
   toRun.bReadOnly = statement.bReadOnly;
   toRun.rowsExpected = statement.rowsExpected;

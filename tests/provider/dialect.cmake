@@ -8,7 +8,9 @@ orvane_test(dialect
     dialect/statement_parameters_test.cpp
     dialect/statement_reader_test.cpp
     dialect/statement_work_test.cpp
+    dialect/stored_times_test.cpp
     dialect/time_comparisons_test.cpp
+    dialect/time_forms_test.cpp
     dialect/time_guards_test.cpp
     dialect/time_meetings_test.cpp
     dialect/time_random_test.cpp

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "provider/dialect/time_analysis.h"
+#include "provider/dialect/time_functions.h"
 
 namespace orvane::provider::dialect {
 
@@ -116,6 +117,7 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
     bZone = kinds::Has(of, kinds::kZoneText);
     if (kinds::Has(of, kinds::kTimes)) {
       Convert(value);
+      LookAtModifiers(expr, nValue + 1);
       // Whole milliseconds, counted from the year 1 so that division rounds down, and no more: the
       // function would round to the nearest.
       m_place.edits.Wrap(value.range, "((",
@@ -139,6 +141,22 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
   if (!format || !format->bFromYear) kinds |= kinds::kPart;
   if (!format || !format->bSorts) kinds |= kinds::kUnsorted;
   return kinds;
+}
+
+// The engine gives null for all rows where it is told twice what a number means.
+void TimeAnalysis::LookAtModifiers(const Expr& expr, std::size_t first) {
+  for (std::size_t i = first; i < expr.children.size(); ++i) {
+    const Expr& modifier = *Inside(expr.children[i]);
+    if (modifier.kind == ExprKind::String) {
+      const Text& sText = At(modifier.range.begin).sText;
+      if (!TellsUnit(sText)) continue;
+      Fail(modifier.range.begin,
+           ShownText(sText) + " says what a number means, and a stored time is a time already",
+           "leave it out");
+    }
+    if (KindsOf(modifier) == kinds::kNull || !m_place.sKept.empty()) continue;
+    Guard(*expr.children[i], kOnlyModifier, kinds::kNull);
+  }
 }
 
 // Of a date function that gives a text; none when that is known only when the statement runs.

@@ -58,9 +58,11 @@ void StatementReader::ReadCreateTable(Scope* scope) {
 
 void StatementReader::ReadColumnDefinition(Scope* scope) {
   ColumnDefinition column;
+  column.range.begin = m_i;
   column.sName = At(ExpectName()).sText;
   column.bTime = IsTimeType(m_sStatement, m_tree.tokens, ReadType());
   ReadConstraints(scope, &column);
+  column.range.end = m_i;
   m_tree.columns.push_back(std::move(column));
 }
 

@@ -217,11 +217,13 @@ Source& StatementReader::AddSource(Scope* scope) {
 
 void StatementReader::ReadFrom(Scope* scope) {
   const Deeper deeper(*this);
+  const std::size_t firstBeside = scope->sources.size();
   bool bNatural = false;
   for (;;) {
     const std::size_t nBefore = scope->sources.size();
     ReadSource(scope, bNatural);
-    ReadJoinCondition(scope, nBefore);
+    if (bNatural) scope->sources.back()->firstBeside = firstBeside;
+    ReadJoinCondition(scope, firstBeside, nBefore);
     bNatural = false;
     if (TakeSymbol(",")) continue;
     if (!IsOneOf(Peek(), kJoinWords) && !IsAt("JOIN")) return;
@@ -281,14 +283,15 @@ void StatementReader::ReadSource(Scope* scope, bool bNatural) {
   }
 }
 
-void StatementReader::ReadJoinCondition(Scope* scope, std::size_t firstSource) {
+void StatementReader::ReadJoinCondition(Scope* scope, std::size_t firstBeside,
+                                        std::size_t firstSource) {
   if (TakeWord("USING")) {
     ExpectSymbol("(");
     do {
       const std::size_t name = ExpectName();
       // Behind a bracket of tables any of them may be meant.
       for (std::size_t i = firstSource; i < scope->sources.size(); ++i) {
-        scope->sources[i]->usedNames.push_back(name);
+        scope->sources[i]->usedNames.push_back({name, firstBeside, firstSource});
       }
     } while (TakeSymbol(","));
     ExpectSymbol(")");

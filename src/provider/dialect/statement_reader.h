@@ -89,7 +89,7 @@ class StatementReader {
   void ReadItems(Scope* scope);
   void ReadFrom(Scope* scope);
   void ReadSource(Scope* scope, bool bNatural);
-  void ReadJoinCondition(Scope* scope, std::size_t firstSource);
+  void ReadJoinCondition(Scope* scope, std::size_t firstBeside, std::size_t firstSource);
   void ReadSelectClauses(Scope* scope);
   void ReadOrder(std::vector<Expr*>& sorts, Scope* scope);
   void ReadLimit(Scope* scope);

@@ -76,17 +76,25 @@ struct Expr {
   TokenRange type;                ///< of CAST
 };
 
+/// USING: a column by which a table is joined to tables of its scope, from first up to behind.
+struct UsedName {
+  std::size_t token = 0;
+  std::size_t first = 0;
+  std::size_t behind = 0;
+};
+
 /// A table that a scope reads.
 struct Source {
-  Chain table;                         ///< unless it is a subquery
-  platform::Text sAlias;               ///< empty when it has none
-  Query* query = nullptr;              ///< of a subquery
-  Scope* scope = nullptr;              ///< where it stands
-  bool bFunction = false;              ///< a table that a function makes
-  bool bTarget = false;                ///< the table that the statement changes
-  bool bNatural = false;               ///< joined by the columns that it shares with those before
-  std::vector<Expr*> arguments;        ///< of the function
-  std::vector<std::size_t> usedNames;  ///< USING: the tokens of the columns
+  Chain table;                      ///< unless it is a subquery
+  platform::Text sAlias;            ///< empty when it has none
+  Query* query = nullptr;           ///< of a subquery
+  Scope* scope = nullptr;           ///< where it stands
+  bool bFunction = false;           ///< a table that a function makes
+  bool bTarget = false;             ///< the table that the statement changes
+  bool bNatural = false;            ///< joined by the columns that it shares with those before
+  std::size_t firstBeside = 0;      ///< of the scope's tables the first in the same brackets
+  std::vector<Expr*> arguments;     ///< of the function
+  std::vector<UsedName> usedNames;  ///< USING
 };
 
 /// A named subquery: WITH name (columns) AS (query).
@@ -138,6 +146,7 @@ struct Assignment {
 /// A column as CREATE TABLE or ALTER TABLE describes it.
 struct ColumnDefinition {
   platform::Text sName;
+  TokenRange range;
   bool bTime = false;
   Expr* initial = nullptr;   ///< DEFAULT
   Expr* computed = nullptr;  ///< AS (...)

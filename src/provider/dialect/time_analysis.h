@@ -21,6 +21,8 @@ namespace orvane::provider::dialect {
 
 /// The columns of views, each worked out once in a statement.
 class ViewKinds;
+/// Columns of times, each once.
+using StoredTimes = std::set<engines::TimeColumn>;
 
 class TimeAnalysis {
  public:
@@ -51,6 +53,10 @@ class TimeAnalysis {
   /// True when the statement calls functions that read times.
   bool CallsFunctions() const { return m_bCalls; }
   std::size_t SelectsOf(const Query& query);
+  /// Behind Run: the stored columns of which the statement takes the values for times, and for each
+  /// column of the query those that it hands out as they are.
+  StoredTimes ReliesOn();
+  std::vector<StoredTimes> Shows(const Query& query);
 
  private:
   // For being the same, or for which comes first.
@@ -120,6 +126,8 @@ class TimeAnalysis {
   void JoinCores(const Query& query, Output& output);
   void CheckReadingItself(const Query& query, const Output& output) const;
   bool IsShared(const Scope& core, std::size_t place, const platform::Text& sColumn);
+  bool HasColumn(const Scope& scope, std::size_t begin, std::size_t end,
+                 const platform::Text& sColumn);
   Found Find(const Chain& chain, const Scope* scope);
   Found FindIn(const Chain& chain, const Scope& scope);
   const Expr* ItemNamed(const Scope& scope, const platform::Text& sName);
@@ -134,10 +142,12 @@ class TimeAnalysis {
   Kinds KindsOfName(const Expr& expr);
   Kinds KindsOfArithmetic(const Expr& expr);
   Kinds KindsOfSum(const Expr& expr, Kinds left, Kinds right);
+  void CountInUnit(const Expr& difference, Kinds times);
   Kinds KindsOfCase(const Expr& expr);
   Kinds KindsOfCast(const Expr& expr);
   Kinds KindsOfCall(const Expr& expr);
   Kinds KindsOfDate(const Expr& expr, const platform::Text& sFunction);
+  void LookAtModifiers(const Expr& expr, std::size_t first);
   bool KeepsUtc(const Expr& modifier) const;
   std::optional<WrittenFormat> FormatOf(const Expr& expr) const;
   Kinds KindsOfLike(const Expr& expr);
@@ -146,6 +156,8 @@ class TimeAnalysis {
   // --- what meets what ---
   void LookAtScope(const Scope& scope);
   void LookAtJoins(const Scope& scope);
+  void LookAtJoin(const Scope& scope, std::size_t joined, TokenRange before,
+                  const platform::Text& sColumn, std::size_t token);
   void LookAtQuery(const Query& query);
   void LookAtChange();
   void LookAtInsert();
@@ -168,11 +180,17 @@ class TimeAnalysis {
   void CheckWritten(const std::vector<Operand>& operands, std::size_t token, Comparison how);
   void CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
                     Comparison how) const;
+  void LookAtCounted(const Expr& sum, const Expr& side, Kinds other);
   void GuardNumber(const Operand& operand);
   void GuardText(const Operand& operand, bool bPart);
   void Guard(const Operand& operand, std::string_view sFunction, Kinds sound);
   void Guard(const Expr& expr, std::string_view sFunction, Kinds sound);
   void GuardOutput(const Query& query, std::size_t column, std::string_view sFunction, Kinds sound);
+
+  // --- what the statement relies on ---
+  std::set<const Expr*> ShownNames();
+  std::set<platform::Text> NamesReliedOn();
+  std::map<platform::Text, StoredTimes> Stored();
 
   // --- becoming a time ---
   void Convert(const Operand& operand);
@@ -189,6 +207,7 @@ class TimeAnalysis {
   void CheckKept(const Expr& expr) const;
   [[noreturn]] void FailMixed(std::size_t token) const;
   [[noreturn]] void FailNumber(std::size_t token) const;
+  [[noreturn]] void FailShifted(std::size_t token) const;
 
   Place m_place;
   StatementTree& m_tree;
@@ -204,6 +223,7 @@ class TimeAnalysis {
   std::set<const Expr*> m_aliases;  // items of which the kinds were told under their names
   std::map<const Scope*, std::unordered_map<platform::Text, const Expr*>> m_itemNames;
   std::set<std::pair<std::size_t, std::string_view>> m_guarded;  // by number of the expression
+  std::set<const Query*> m_passedOn;  // of which the columns are found under their own names
   std::size_t m_nColumns = 0;
   int m_nDepth = 0;
   bool m_bCalls = false;
@@ -218,6 +238,8 @@ class ViewKinds {
     std::vector<Kinds> kinds;   ///< of its columns in order; empty when they are not known
     std::size_t nSelects = 1;   ///< how many run for it
     platform::Text sFailure{};  ///< why it compares what it should not; empty when it does not
+    StoredTimes relied{};       ///< the columns of times that it relies on itself
+    std::vector<StoredTimes> shown{};  ///< for each column those that it hands out as they are
   };
   /// What the view puts out. Never fails for what stands in the view.
   const View& Of(const FoundTable& found);

@@ -24,6 +24,11 @@ void TimeAnalysis::FailNumber(std::size_t token) const {
        "write a time between single quotes, such as '*-1h'");
 }
 
+void TimeAnalysis::FailShifted(std::size_t token) const {
+  Fail(token, "A number is added to a time, and it is not known whether it means days",
+       "write one time, such as '*-1h', or set Time as Double to False");
+}
+
 // What is kept is read by others too, who know nothing of these times.
 void TimeAnalysis::CheckKept(const Expr& expr) const {
   if (m_place.sKept.empty()) return;
@@ -46,9 +51,8 @@ void TimeAnalysis::Convert(const Expr& expr) {
   const Kinds kinds = KindsOf(expr);
   if (kinds::IsOnly(kinds, kinds::kTime)) return;
   if (kinds::IsOnly(kinds, kinds::kTimes)) {
-    if (!TimeAsDouble()) return;
-    Fail(expr.range.begin, "A number is added to a time, and it is not known whether it means days",
-         "write one time, such as '*-1h', or set Time as Double to False");
+    if (TimeAsDouble()) FailShifted(expr.range.begin);
+    return;
   }
   if (!ConvertParts(expr, kinds)) {
     CheckKept(expr);

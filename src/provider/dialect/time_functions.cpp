@@ -41,6 +41,25 @@ Value OnlyNumber(const Value& vtValue) {
               "compare the time itself, as in Timestamp >= '*-1h', or write CAST(... AS REAL)");
 }
 
+Value OnlyCount(const Value& vtValue) {
+  if (vtValue.IsNull() || IsNumber(vtValue)) return vtValue;
+  throw platform::Failure(platform::failure::kSqlError,
+                          Shown(vtValue) +
+                              " is added to a time or to a number made from one, and is no number; "
+                              "write CAST(... AS REAL).",
+                          "ORVOLEDB");
+}
+
+Value OnlyModifier(const Value& vtValue) {
+  const auto* const sText = vtValue.As<Text>();
+  if (sText == nullptr || !TellsUnit(*sText)) return vtValue;
+  throw platform::Failure(platform::failure::kSqlError,
+                          ShownText(*sText) +
+                              " says what a number means, and a stored time is a "
+                              "time already; leave it out.",
+                          "ORVOLEDB");
+}
+
 Value OnlyText(const Value& vtValue) {
   if (vtValue.IsNull() || vtValue.As<Text>() != nullptr) return vtValue;
   FailMeeting(vtValue, "a written time",
@@ -94,6 +113,11 @@ Value WholeTime(const Value& vtValue) {
 
 }  // namespace
 
+bool TellsUnit(std::string_view sModifier) {
+  const Text sUpper = UpperCase(Text(sModifier));
+  return sUpper == "UNIXEPOCH" || sUpper == "JULIANDAY" || sUpper == "AUTO";
+}
+
 Text ShownText(const Text& sText) {
   constexpr std::size_t kMost = 60;
   if (sText.size() <= kMost) return "'" + sText + "'";
@@ -119,9 +143,10 @@ std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings&
   const auto whole = [](const Value& vtValue) -> Value {
     return vtValue.IsNull() ? Value() : WholeTime(vtValue);
   };
-  return {{Text(kReadTime), read},     {Text(kReadUtc), readUtc},
-          {Text(kWholeTime), whole},   {Text(kOnlyNumber), OnlyNumber},
-          {Text(kOnlyText), OnlyText}, {Text(kOnlyPart), OnlyPart}};
+  return {{Text(kReadTime), read},       {Text(kReadUtc), readUtc},
+          {Text(kWholeTime), whole},     {Text(kOnlyNumber), OnlyNumber},
+          {Text(kOnlyText), OnlyText},   {Text(kOnlyPart), OnlyPart},
+          {Text(kOnlyCount), OnlyCount}, {Text(kOnlyModifier), OnlyModifier}};
 }
 
 }  // namespace orvane::provider::dialect

@@ -21,9 +21,15 @@ constexpr std::string_view kWholeTime = "orvane_time_whole";
 constexpr std::string_view kOnlyNumber = "orvane_time_number";
 /// Gives a text as it is, for what is compared with a written time.
 constexpr std::string_view kOnlyText = "orvane_time_text";
-/// The same for a part of a time, such as its hour: a text that is no date.
+/// Gives a number as it is, for what is added to a time.
+constexpr std::string_view kOnlyCount = "orvane_time_count";
+/// Gives a modifier of a date function as it is, unless it says what a number means.
+constexpr std::string_view kOnlyModifier = "orvane_time_modifier";
+/// The same as kOnlyText for a part of a time, such as its hour: a text that is no date.
 constexpr std::string_view kOnlyPart = "orvane_time_part";
 
+/// True for a date function's modifier that says what its number means: a stored time is none.
+bool TellsUnit(std::string_view sModifier);
 /// The text as a sentence quotes it, which tells no more than its beginning of a long one.
 platform::Text ShownText(const platform::Text& sText);
 

@@ -88,6 +88,22 @@ void TimeAnalysis::CheckLiteral(const Expr& text, const std::vector<Operand>& op
   }
 }
 
+// The engine counts a text as the number that it begins with, most often as 0.
+void TimeAnalysis::LookAtCounted(const Expr& sum, const Expr& side, Kinds other) {
+  if (!kinds::Has(other, kinds::kTimes | kinds::kNumberOfTime | kinds::kCountOfTime)) return;
+  const Kinds of = KindsOf(side);
+  const bool bStored = kinds::Has(other, kinds::kTimes);
+  if (kinds::Has(of, kinds::kText) || (bStored && kinds::Has(of, kinds::kDates))) {
+    Fail(
+        sum.operation, "A time and a text are added",
+        "compare two times, as in Timestamp >= '*-1h', or write CAST(... AS REAL) for a number and "
+        "CAST(... AS TIMESTAMP) for a time");
+  }
+  if (kinds::Has(of, kinds::kAny) && m_place.sKept.empty()) {
+    Guard(side, kOnlyCount, kinds::kOnlyNumbers);
+  }
+}
+
 void TimeAnalysis::GuardNumber(const Operand& operand) {
   Guard(operand, kOnlyNumber, kinds::kOnlyNumbers);
 }

@@ -153,6 +153,8 @@ Kinds TimeAnalysis::KindsOfArithmetic(const Expr& expr) {
     const Kinds dates = (both & kinds::kDates & ~kFormat) | (left & kFormat);
     return dates != 0 ? dates : kinds::kAnyText;
   }
+  LookAtCounted(expr, *expr.children[0], right);
+  LookAtCounted(expr, *expr.children[1], left);
   if (token.IsSymbol("+") || token.IsSymbol("-")) return KindsOfSum(expr, left, right);
   if (kinds::Has(both, kinds::kFromTimes)) return kinds::kNumberOfTime;
   return kinds::Has(both, kinds::kCounted) ? kinds::kCountOfTime : kinds::kNumber;
@@ -164,13 +166,10 @@ Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
   const bool bRight = kinds::Has(right, kinds::kTimes);
   const bool bText = Inside(expr.children[0])->kind == ExprKind::String ||
                      Inside(expr.children[1])->kind == ExprKind::String;
-  if (bText && (bLeft || bRight)) {
-    Fail(expr.operation, "A time and a text are added",
-         "write one time, such as '*-1h', and compare with that");
-  }
   if (bLeft && bRight) {
-    const bool bTimes = kinds::IsOnly(left | right, kinds::kTimes);
-    return bMinus && bTimes ? kinds::kCountOfTime : kinds::kNumberOfTime;
+    if (!bMinus || !kinds::IsOnly(left | right, kinds::kTimes)) return kinds::kNumberOfTime;
+    CountInUnit(expr, left | right);
+    return kinds::kCountOfTime;
   }
   if (bLeft || bRight) {
     const Kinds time = bLeft ? left : right;
@@ -182,6 +181,14 @@ Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
   if (kinds::Has(left | right, kinds::kFromTimes)) return kinds::kNumberOfTime;
   if (kinds::Has(left | right, kinds::kCounted)) return kinds::kCountOfTime;
   return bText ? kinds::kCount : kinds::kNumber;
+}
+
+// A connection that shows times as days counts what lies between two of them in days as well. What
+// is kept counts the same for all connections.
+void TimeAnalysis::CountInUnit(const Expr& difference, Kinds times) {
+  if (!TimeAsDouble() || !m_place.sKept.empty()) return;
+  if (kinds::Has(times, kinds::kShifted)) FailShifted(difference.range.begin);
+  m_place.edits.Wrap(difference.range, "((", ") / 86400000000.0)");
 }
 
 Kinds TimeAnalysis::KindsOfLike(const Expr& expr) {

@@ -1,5 +1,6 @@
 // What meets what: comparisons, joins, sorting, and values on their way into columns.
 #include "platform/failure.h"
+#include "platform/quoting.h"
 #include "provider/dialect/time_analysis.h"
 #include "provider/dialect/time_functions.h"
 
@@ -53,35 +54,39 @@ void TimeAnalysis::LookAtScope(const Scope& scope) {
 void TimeAnalysis::LookAtJoins(const Scope& scope) {
   for (std::size_t i = 1; i < scope.sources.size(); ++i) {
     const Source& source = *scope.sources[i];
-    const auto look = [&](const Text& sColumn, std::size_t token) {
-      Kinds all = kinds::kNull;
-      bool bBefore = false;
-      for (std::size_t j = 0; j <= i; ++j) {
-        Step();
-        const OutputColumns& columns = ColumnsOf(*scope.sources[j]);
-        const auto place = FindPlace(columns, sColumn);
-        if (!place) continue;
-        if (j < i) bBefore = true;
-        all |= columns[*place].kinds;
-      }
-      if (!bBefore) return;
-      const bool bSound =
-          kinds::IsOnly(all, kinds::kTimes) ||
-          (!kinds::Has(all, kinds::kFromTimes) &&
-           (!kinds::Has(all, kinds::kCountOfTime) || kinds::IsOnly(all, kinds::kOnlyNumbers)));
-      if (!bSound) {
-        Fail(token, "Tables are joined by a time and something else",
-             "join them by ON and compare times with times");
-      }
-    };
-    for (const std::size_t token : source.usedNames) look(At(token).sText, token);
+    for (const UsedName& used : source.usedNames) {
+      // Of a bracket of tables the first that has the column is meant.
+      if (HasColumn(scope, used.behind, i, At(used.token).sText)) continue;
+      LookAtJoin(scope, i, {used.first, used.behind}, At(used.token).sText, used.token);
+    }
     if (!source.bNatural) continue;
     const std::size_t token =
         source.query != nullptr ? source.query->range.begin : source.table.range.begin;
     for (const auto& column : ColumnsOf(source)) {
-      if (!column.bHidden) look(column.sName, token);
+      if (column.bHidden) continue;
+      LookAtJoin(scope, i, {source.firstBeside, i}, column.sName, token);
     }
   }
+}
+
+void TimeAnalysis::LookAtJoin(const Scope& scope, std::size_t joined, TokenRange before,
+                              const Text& sColumn, std::size_t token) {
+  if (!HasColumn(scope, before.begin, before.end, sColumn)) return;
+  Kinds all = kinds::kNull;
+  const auto add = [&](const Source& source) {
+    Step();
+    const OutputColumns& columns = ColumnsOf(source);
+    if (const auto place = columns.Find(sColumn)) all |= columns[*place].kinds;
+  };
+  for (std::size_t i = before.begin; i < before.end; ++i) add(*scope.sources[i]);
+  add(*scope.sources[joined]);
+  const bool bSound =
+      kinds::IsOnly(all, kinds::kTimes) ||
+      (!kinds::Has(all, kinds::kFromTimes) &&
+       (!kinds::Has(all, kinds::kCountOfTime) || kinds::IsOnly(all, kinds::kOnlyNumbers)));
+  if (bSound) return;
+  Fail(token, "Tables are joined by a time and something else",
+       "join them by ON and compare times with times");
 }
 
 void TimeAnalysis::LookAtQuery(const Query& query) {
@@ -217,6 +222,12 @@ void TimeAnalysis::LookAtDefinition() {
   if (m_tree.kind != StatementKind::Define) return;
   for (const auto& column : m_tree.columns) {
     if (column.computed != nullptr) LookAtComputed(column);
+    if (column.bTime) {
+      // Whoever fills the table: no text gets in where it would count as greater than every time.
+      m_place.edits.Wrap(
+          column.range, "",
+          " CHECK (typeof(" + platform::QuotedName(column.sName) + ") NOT IN ('text', 'blob'))");
+    }
     if (column.initial == nullptr) continue;
     const Kinds kinds = KindsOf(*column.initial);
     if (!column.bTime) continue;

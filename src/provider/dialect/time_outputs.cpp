@@ -218,16 +218,21 @@ void TimeAnalysis::AppendStar(const Scope& core, const Item& item, std::size_t i
 // True when the source was joined by that column to one before it.
 bool TimeAnalysis::IsShared(const Scope& core, std::size_t place, const Text& sColumn) {
   const Source& source = *core.sources[place];
-  if (!source.bNatural && source.usedNames.empty()) return false;
-  const bool bUsed = source.bNatural || std::any_of(source.usedNames.begin(),
-                                                    source.usedNames.end(), [&](std::size_t token) {
-                                                      Step();
-                                                      return SameName(At(token).sText, sColumn);
-                                                    });
-  if (!bUsed) return false;
-  for (std::size_t before = 0; before < place; ++before) {
+  if (source.bNatural && HasColumn(core, source.firstBeside, place, sColumn)) return true;
+  return std::ranges::any_of(source.usedNames, [&](const UsedName& used) {
     Step();
-    if (ColumnsOf(*core.sources[before]).Find(sColumn)) return true;
+    return SameName(At(used.token).sText, sColumn) &&
+           HasColumn(core, used.first, used.behind, sColumn) &&
+           !HasColumn(core, used.behind, place, sColumn);
+  });
+}
+
+// Of the tables from begin up to end any.
+bool TimeAnalysis::HasColumn(const Scope& scope, std::size_t begin, std::size_t end,
+                             const Text& sColumn) {
+  for (std::size_t i = begin; i < end; ++i) {
+    Step();
+    if (ColumnsOf(*scope.sources[i]).Find(sColumn)) return true;
   }
   return false;
 }

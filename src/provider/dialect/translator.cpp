@@ -33,8 +33,10 @@ Text Kept(const StatementTree& tree) {
 
 // What is changed in a column without a name of its own would show in its heading.
 void KeepHeadings(const StatementTree& tree, StatementEdits& edits) {
-  if (tree.mainQuery == nullptr || !(tree.kind == StatementKind::Query || tree.bView)) return;
-  for (const auto& item : tree.mainQuery->cores.front()->items) {
+  const Scope* shown = tree.changeScope;  // what RETURNING puts out
+  if (tree.kind == StatementKind::Query || tree.bView) shown = tree.mainQuery->cores.front();
+  if (tree.kind == StatementKind::Define && !tree.bView) return;
+  for (const auto& item : shown->items) {
     if (item.expr == nullptr || !item.sAlias.empty() || item.expr->kind == ExprKind::Name) continue;
     if (!edits.Touches(item.range)) continue;
     edits.Wrap(item.range, "", " AS " + platform::QuotedName(edits.TextOf(item.range)));
@@ -75,6 +77,10 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
   translation.sSql = edits.Write(translation.parameters);
   translation.catalogs = names.Catalogs();
   translation.changedCatalog = names.ChangedCatalog();
+  if (tree.kind != StatementKind::Define && !tree.bExplain) {
+    const StoredTimes stored = times.ReliesOn();
+    translation.storedTimes.assign(stored.begin(), stored.end());
+  }
   if (times.CallsFunctions()) translation.functions = TimeFunctions(settings);
   translation.source = SourceOf(tree, names, times);
   // How a statement would run is told in columns that are not those of the statement.

@@ -43,7 +43,8 @@ struct KnownTable {
   platform::Text sName;
   std::vector<KnownColumn> columns;
   bool bView = false;
-  platform::Text sDefinition{};  ///< the statement that made it, where it computes columns
+  platform::Text
+      sDefinition{};  ///< the statement that made it, where it computes columns or holds times
 };
 
 /// Tells the translator what there is.
@@ -78,6 +79,8 @@ struct Translation {
   std::vector<Content> columns;
   std::vector<engines::StatementFunction> functions;  ///< that the text calls
   platform::RowSource source;                         ///< whose rows the statement gives
+  /// Of which the values are taken for times.
+  std::vector<engines::TimeColumn> storedTimes;
 };
 
 /// The prefix that the option "Identifier Prefixes" puts before names.

@@ -61,10 +61,14 @@ ViewKinds::View ViewKinds::Read(const FoundTable& found) {
       view.kinds.push_back(column.kinds);
     }
     view.nSelects = times.SelectsOf(*read->tree.mainQuery);
+    view.relied = times.ReliesOn();
+    view.shown = times.Shows(*read->tree.mainQuery);
   } catch (const Failure& failed) {
     if (failed.Number() != platform::failure::kSqlError) throw;
     view.kinds.clear();
     view.sFailure = failed.Description();
+    // It ends another sentence.
+    if (view.sFailure.ends_with('.')) view.sFailure.pop_back();
   }
   return view;
 }

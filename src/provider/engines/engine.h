@@ -62,6 +62,14 @@ struct StatementFunction {
   std::function<platform::Value(const platform::Value&)> call;
 };
 
+/// A column that holds times as numbers; catalog and table as statements name them.
+struct TimeColumn {
+  platform::Text sCatalog;
+  platform::Text sTable;
+  platform::Text sColumn;
+  auto operator<=>(const TimeColumn&) const = default;
+};
+
 /// One statement in the engine's own SQL.
 struct EngineStatement {
   platform::Text sSql;
@@ -83,6 +91,9 @@ struct EngineStatement {
   /// Asked when all is done, right before a change is made for good; false leaves nothing changed.
   std::function<bool()> mayCommit{};
   std::vector<StatementFunction> functions{};  ///< known to this statement only
+  /// They are looked at before the statement runs, in one transaction with it: a text or bytes in
+  /// one of them fail it with failure::kSqlError.
+  std::vector<TimeColumn> storedTimes{};
   /// With it the statement runs once for each of the rows that it gives, which take the place of
   /// the parameters, all in one transaction; see platform::Command::Batch.
   platform::ParameterRows batch{};
@@ -140,7 +151,7 @@ struct TableSchema {
   platform::Boolean bView = false;
   std::vector<ColumnSchema> columns;  ///< in the table's order; empty when not asked for
   /// When columns are asked for, the statement that made it: of a view, and of a table that
-  /// computes columns.
+  /// computes columns or holds times.
   platform::Text sDefinition{};
   std::vector<IndexSchema> indexes{};  ///< in the order of their names; empty when not asked for
 };

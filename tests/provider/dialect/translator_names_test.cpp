@@ -72,7 +72,8 @@ TEST(translator_names, understands_prefixed_names_where_the_option_says_so) {
 
 TEST(translator_names, defines_tables_indexes_and_views_in_catalogs) {
   EXPECT_EQ(Sql("CREATE TABLE IF NOT EXISTS Plant1..New (Tag TEXT, Timestamp TIMESTAMP)"),
-            "CREATE TABLE IF NOT EXISTS \"Plant1\".\"New\" (Tag TEXT, Timestamp TIMESTAMP)");
+            "CREATE TABLE IF NOT EXISTS \"Plant1\".\"New\" (Tag TEXT, Timestamp TIMESTAMP CHECK "
+            "(typeof(\"Timestamp\") NOT IN ('text', 'blob')))");
   EXPECT_EQ(Sql("CREATE TABLE Plant1..New AS SELECT Tag FROM [Plant 2]..Data"),
             "CREATE TABLE \"Plant1\".\"New\" AS SELECT Tag FROM \"Plant 2\".\"Data\"");
   EXPECT_EQ(Sql("DROP TABLE Plant1..Data"), "DROP TABLE \"Plant1\".\"Data\"");

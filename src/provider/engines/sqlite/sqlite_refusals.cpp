@@ -1,5 +1,7 @@
 #include "provider/engines/sqlite/sqlite_refusals.h"
 
+#include <string_view>
+
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_statement.h"
 
@@ -51,14 +53,16 @@ void SqliteRefusals::RollBack() noexcept {
   m_bOwn = false;
 }
 
-int SqliteRefusals::Authorize(void* refusals, int nAction, const char*, const char*, const char*,
-                              const char*) {
+int SqliteRefusals::Authorize(void* refusals, int nAction, const char* sName, const char*,
+                              const char*, const char*) {
   switch (nAction) {
     case SQLITE_TRANSACTION:
       return static_cast<const SqliteRefusals*>(refusals)->m_bOwn ? SQLITE_OK : SQLITE_DENY;
+    case SQLITE_PRAGMA:
+      // By which SQLite looks itself whether the rows keep the rule of a column that is added.
+      return sName != nullptr && std::string_view(sName) == "quick_check" ? SQLITE_OK : SQLITE_DENY;
     case SQLITE_ATTACH:
     case SQLITE_DETACH:
-    case SQLITE_PRAGMA:
     case SQLITE_SAVEPOINT:
       return SQLITE_DENY;
     default:

@@ -14,6 +14,7 @@
 #include "provider/engines/sqlite/sqlite_room.h"
 #include "provider/engines/sqlite/sqlite_schema.h"
 #include "provider/engines/sqlite/sqlite_statement.h"
+#include "provider/engines/sqlite/sqlite_stored_times.h"
 #include "provider/engines/sqlite/sqlite_watch.h"
 
 namespace orvane::provider::engines {
@@ -72,6 +73,7 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
   ado::RowCollector held(BoundedBy(statement.maxBytes));
   ado::RowReceiver& rows = statement.rows ? *statement.rows : held;
   const auto run = [&] {
+    CheckStoredTimes(m_database.get(), statement.storedTimes, sSubject);
     if (statement.batch) {
       rows.Begin({}, bReads);
       batchChanged = RunBatch(statement, prepared, watch);
@@ -84,7 +86,9 @@ EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const 
     }
   };
   try {
-    if (bReads || sqlite3_get_autocommit(m_database.get()) == 0) {
+    // What was looked at stays as it is while the statement runs.
+    const bool bAlone = bReads && statement.storedTimes.empty();
+    if (bAlone || sqlite3_get_autocommit(m_database.get()) == 0) {
       run();
     } else {
       refusals.InTransaction(sSubject, run);
