@@ -30,7 +30,13 @@ QString& LastFolder() {
 }
 
 QString AskForPath(QWidget* parent, const QString& sSuggested) {
-  const QString sPath = QFileDialog::getSaveFileName(parent, "Export Rows", sSuggested);
+  // A dialog that goes with the grid's window must not stand on the stack.
+  const QPointer<QFileDialog> dialog = new QFileDialog(parent, "Export Rows", LastFolder());
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->selectFile(sSuggested);
+  const bool bAccepted = dialog->exec() == QDialog::Accepted;
+  const QString sPath = dialog && bAccepted ? dialog->selectedFiles().value(0) : QString();
+  delete dialog.data();
   if (!sPath.isEmpty()) LastFolder() = QFileInfo(sPath).absolutePath();
   return sPath;
 }
@@ -77,12 +83,14 @@ void GridExport::Run() {
   try {
     const std::optional<Exported> done = Write(choice, sPath);
     if (window && done) window->Remark(DoneText(*done), done->bCut);
-  } catch (const platform::Failure& failed) {
-    if (failed.Number() == platform::failure::kCancelled) {
-      if (window) window->Remark("The export was cancelled; no file was written.", false);
-      return;
+  } catch (const std::exception& exception) {
+    if (!window) return;
+    const auto* const failed = dynamic_cast<const platform::Failure*>(&exception);
+    if (failed != nullptr && failed->Number() == platform::failure::kCancelled) {
+      window->Remark("The export was cancelled; no file was written.", false);
+    } else {
+      TellInBox(*window, "Export Rows", SentenceOf(exception));
     }
-    if (window) TellInBox(*window, "Export Rows", QString::fromStdString(failed.Description()));
   }
 }
 
@@ -108,7 +116,7 @@ QString GridExport::Ask(ExportChoice& choice) const {
   if (!bAccepted || life.expired() || !window) return {};
   const QString sName =
       FileNameOf(QString::fromStdString(m_source.subject().sName), choice.writer.form);
-  return AskForPath(window, QDir(LastFolder()).filePath(sName));
+  return AskForPath(window, sName);
 }
 
 std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QString& sPath) {
@@ -117,8 +125,10 @@ std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QStr
   options.sInto = m_source.subject().sInto;
   exports::RowExport target(std::move(options), sPath.toStdString());
   if (choice.rows != ExportRows::All) return WriteHeld(choice, target);
+  // The grid, and with it this object, may be gone before the last row has come.
+  const auto fetch = m_source.fetch;
   const FetchState state =
-      m_source.fetch([&target](const platform::RecordsetPtr& rows) { target.Rows(*rows); });
+      fetch([&target](const platform::RecordsetPtr& rows) { target.Rows(*rows); });
   return target.Finish(state == FetchState::Truncated || state == FetchState::Stopped);
 }
 

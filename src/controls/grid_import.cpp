@@ -154,13 +154,13 @@ void GridImport::Import(const std::string& sPath) {
   std::int64_t llRows = 0;
   try {
     llRows = Insert(sPath);
-  } catch (const Failure& failed) {
+  } catch (const std::exception& exception) {
     if (!window) return;
-    const bool bCancelled = failed.Number() == platform::failure::kCancelled;
+    const auto* const failed = dynamic_cast<const Failure*>(&exception);
+    const bool bCancelled = failed != nullptr && failed->Number() == platform::failure::kCancelled;
     window->Remark(bCancelled ? "The import was cancelled; nothing was imported." : QString(),
                    false);
-    if (!bCancelled)
-      TellInBox(*window, "Import Rows", QString::fromStdString(failed.Description()));
+    if (!bCancelled) TellInBox(*window, "Import Rows", SentenceOf(exception));
     return;
   }
   if (life.expired() || !window) return;

@@ -2,6 +2,9 @@
 
 #include <QMessageBox>
 #include <QPointer>
+#include <new>
+#include <stdexcept>
+#include <system_error>
 
 namespace orvane::controls {
 
@@ -11,6 +14,19 @@ void TellInBox(QWidget& parent, const QString& sTitle, const QString& sSentence)
   box->setTextFormat(Qt::PlainText);
   box->exec();
   delete box.data();
+}
+
+QString SentenceOf(const std::exception& exception) {
+  if (dynamic_cast<const std::bad_alloc*>(&exception) != nullptr ||
+      dynamic_cast<const std::length_error*>(&exception) != nullptr) {
+    return QStringLiteral(
+        "There is not enough memory for the rows; show fewer of them or close other programs.");
+  }
+  if (const auto* const refused = dynamic_cast<const std::system_error*>(&exception)) {
+    return QStringLiteral("The file cannot be used: %1; choose another name or folder.")
+        .arg(QString::fromStdString(refused->code().message()));
+  }
+  return QString::fromUtf8(exception.what());
 }
 
 }  // namespace orvane::controls

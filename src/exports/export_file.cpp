@@ -77,6 +77,11 @@ void ExportFile::Create() {
   const auto folder = FolderOf(m_path);
   m_file = files::Descriptor(open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFile));
   if (!m_file) {
+    if (errno == EACCES || errno == EPERM) {
+      Refuse("You have no right to write into the folder " + folder.string() +
+                 "; ask its owner for the right or choose another folder.",
+             errno);
+    }
     if (errno != EOPNOTSUPP && errno != EISDIR && errno != ENOENT && errno != EINVAL) Fail(errno);
     // A file system on which every file has a name.
     TakeName([&](const std::filesystem::path& name) {

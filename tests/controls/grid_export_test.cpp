@@ -8,6 +8,9 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
+#include <filesystem>
+#include <new>
+#include <system_error>
 
 #include "controls/export_dialog.h"
 #include "controls/query_results.h"
@@ -36,6 +39,7 @@ class GridExportTest : public GridFixture {
     using FolderTest::BytesOf;
     using FolderTest::FilesInFolder;
     using FolderTest::Path;
+    using FolderTest::WriteBytes;
     void TestBody() override {}
   };
 
@@ -135,6 +139,78 @@ TEST_F(GridExportTest, leaves_no_file_when_it_was_cancelled_or_failed) {
   Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optAll"); });
   EXPECT_EQ(m_sTold, "There is no such column; correct it.");
   EXPECT_EQ(m_folder.FilesInFolder(), 0U);
+}
+
+TEST_F(GridExportTest, tells_in_a_sentence_whatever_ends_it) {
+  const auto all = [](ExportDialog& dialog) { Take(dialog, "m_optAll"); };
+  m_server.whileRunning = [] { throw std::bad_alloc(); };
+  Export(m_folder.Path("out.csv"), all);
+  EXPECT_EQ(m_sTold,
+            "There is not enough memory for the rows; show fewer of them or close other programs.");
+  m_server.whileRunning = [] {
+    throw std::filesystem::filesystem_error("rename", std::make_error_code(std::errc::io_error));
+  };
+  Export(m_folder.Path("out.csv"), all);
+  EXPECT_EQ(m_sTold, "The file cannot be used: Input/output error; choose another name or folder.");
+  EXPECT_EQ(m_folder.FilesInFolder(), 0U);
+}
+
+// What is closed beneath the dialogs takes them with it.
+TEST_F(GridExportTest, ends_with_its_window_whatever_is_asked_then) {
+  bool bAsked = false;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (auto* choice = dynamic_cast<ExportDialog*>(dialog)) {
+      choice->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    } else if (qobject_cast<QFileDialog*>(dialog) != nullptr) {
+      bAsked = true;
+      timer.stop();
+      m_editor.reset();
+    }
+  });
+  timer.start(5);
+  QTest::keyClick(ViewOf(*m_editor), Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_TRUE(bAsked);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  EXPECT_EQ(m_folder.FilesInFolder(), 0U);
+}
+
+TEST_F(GridExportTest, replaces_a_file_only_after_a_question) {
+  const std::string sPath = m_folder.Path("out.csv");
+  Folder::WriteBytes(sPath, "old");
+  QStringList asked;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    asked << box->text();
+    box->button(QMessageBox::No)->click();
+    // The name is asked for again.
+    QTimer::singleShot(0, [] {
+      if (auto* files = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+        files->reject();
+      }
+    });
+  });
+  timer.start(5);
+  bool bNamed = false;
+  QTimer names;
+  QObject::connect(&names, &QTimer::timeout, [&] {
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (auto* choice = dynamic_cast<ExportDialog*>(dialog)) {
+      choice->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    } else if (auto* files = qobject_cast<QFileDialog*>(dialog); files && !bNamed) {
+      bNamed = true;
+      files->findChild<QLineEdit*>()->setText(QString::fromStdString(sPath));
+      QTest::keyClick(files->findChild<QLineEdit*>(), Qt::Key_Return);
+    }
+  });
+  names.start(5);
+  QTest::keyClick(ViewOf(*m_editor), Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+  ASSERT_EQ(asked.size(), 1);
+  EXPECT_TRUE(asked.front().contains("out.csv")) << asked.front().toStdString();
+  EXPECT_EQ(m_folder.BytesOf(sPath), "old");
 }
 
 TEST_F(GridExportTest, names_the_table_in_sql) {

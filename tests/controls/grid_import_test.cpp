@@ -1,5 +1,7 @@
 // Imports as a user makes them, into a table of a real historian: the key, the file dialog, and
 // what another connection reads afterwards.
+#include <sqlite3.h>
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QLabel>
@@ -10,9 +12,11 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <random>
+#include <thread>
 
 #include "controls/table_editor.h"
 #include "controls/table_query.h"
@@ -116,6 +120,86 @@ TEST_F(GridImportTest, imports_nothing_when_one_line_is_wrong) {
     EXPECT_EQ(Stored(), "");
     EXPECT_EQ(Notice(), "");
   }
+}
+
+/// Runs statements on a thread of their own while the window goes on, as a host does.
+class RunningBeside final : public platform::LongOperation {
+ public:
+  void Run(const Text&, const std::function<void(std::stop_token)>& work) override {
+    std::exception_ptr failed;
+    std::atomic<bool> bDone = false;
+    std::jthread worker([&](std::stop_token token) {
+      try {
+        work(std::move(token));
+      } catch (...) {
+        failed = std::current_exception();
+      }
+      bDone = true;
+    });
+    m_stop = worker.get_stop_source();
+    while (!bDone) QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+    worker.join();
+    if (failed) std::rethrow_exception(failed);
+  }
+  void Cancel() { m_stop.request_stop(); }
+
+ private:
+  std::stop_source m_stop;
+};
+
+// Another program holds the catalog, so that the import is seen at its first row.
+TEST_F(GridImportTest, tells_how_many_rows_were_read_and_can_be_cancelled) {
+  const auto beside = std::make_shared<RunningBeside>();
+  m_server->longOperation = beside;
+  ShowTable("T");
+  for (const bool bCancel : {true, false}) {
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(m_server->CatalogFile().c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    std::string sSeen;
+    QTimer looking;
+    QObject::connect(&looking, &QTimer::timeout, [&] {
+      if (!sSeen.empty() || !Notice().starts_with("Importing")) return;
+      sSeen = Notice();
+      if (bCancel) beside->Cancel();
+      sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr);
+    });
+    looking.start(5);
+    ImportBytes("Nr,a\n1,x\n2,y\n");
+    sqlite3_close(other);
+    EXPECT_EQ(sSeen, "Importing: 1 row so far\u2026");
+    EXPECT_EQ(m_sTold, "");
+    EXPECT_EQ(Notice(),
+              bCancel ? "The import was cancelled; nothing was imported." : "Imported 2 rows");
+    EXPECT_EQ(Stored(), bCancel ? "" : "1|x||\n2|y||\n");
+  }
+}
+
+TEST_F(GridImportTest, tells_in_a_sentence_whatever_ends_it) {
+  m_server->bWithoutMemory = true;
+  ImportBytes("Nr,a\n1,x\n");
+  m_server->bWithoutMemory = false;
+  EXPECT_EQ(m_sTold,
+            "There is not enough memory for the rows; show fewer of them or close other programs.");
+  EXPECT_EQ(Notice(), "");
+  EXPECT_EQ(Stored(), "");
+}
+
+TEST_F(GridImportTest, ends_with_its_window_whatever_is_asked_then) {
+  bool bAsked = false;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
+    if (qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) == nullptr) return;
+    bAsked = true;
+    timer.stop();
+    m_editor.reset();
+  });
+  timer.start(5);
+  QTest::keyClick(Window().findChild<QWidget*>("rows"), Qt::Key_I,
+                  Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_TRUE(bAsked);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  EXPECT_EQ(Stored(), "");
 }
 
 TEST_F(GridImportTest, refuses_numbers_that_could_be_times) {

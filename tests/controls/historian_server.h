@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <new>
 
 #include "ado/command.h"
 #include "ado/connection.h"
@@ -22,10 +23,13 @@ class HistorianServer final : public platform::ObjectFactory,
   }
 
   platform::ConnectionPtr CreateConnection() override {
-    return std::make_shared<ado::Connection>(
-        ado::ConnectionServices{std::make_shared<Providers>(m_root.Path()), nullptr, nullptr});
+    return std::make_shared<ado::Connection>(ado::ConnectionServices{
+        std::make_shared<Providers>(m_root.Path()), nullptr, longOperation});
   }
-  platform::CommandPtr CreateCommand() override { return std::make_shared<ado::Command>(); }
+  platform::CommandPtr CreateCommand() override {
+    if (bWithoutMemory) throw std::bad_alloc();
+    return std::make_shared<ado::Command>();
+  }
   platform::TableQueryPtr CreateTableQuery() override { return nullptr; }
 
   platform::ConnectionPtr Connect(const platform::Text& sOptions = {}) {
@@ -47,6 +51,9 @@ class HistorianServer final : public platform::ObjectFactory,
   /// What another connection reads: cells parted by "|", rows by a line break.
   platform::Text Read(const platform::Text& sSql) { return provider::Rows(*Run(sSql)); }
   std::filesystem::path CatalogFile() const { return m_root.Historian() / "catalogs" / "P.db"; }
+
+  std::shared_ptr<platform::LongOperation> longOperation;  ///< of connections to come
+  bool bWithoutMemory = false;
 
  private:
   class Providers final : public ado::ProviderSource {

@@ -1,6 +1,8 @@
 #include "exports/export_file.h"
 
+#include <sched.h>
 #include <sys/file.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/xattr.h>
 
@@ -113,6 +115,52 @@ TEST_F(ExportFileTest, says_that_the_disk_is_full_and_keeps_the_old_file) {
   }
   EXPECT_EQ(BytesOf(Path()), "old");
   EXPECT_EQ(FilesInFolder(), 1U);
+}
+
+// Where this process may have a disk of its own, which is as small as it likes.
+TEST_F(ExportFileTest, fills_a_real_disk_and_leaves_it_as_it_was) {
+  constexpr int kNoDisk = 90;
+  const int nEnded = fakes::InChild([&] {
+    if (unshare(fakes::IsAdministrator() ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) != 0 ||
+        mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        mount("none", Folder().c_str(), "tmpfs", 0, "size=64k") != 0) {
+      return kNoDisk;
+    }
+    WriteBytes(Path(), "old");
+    int nEnd = 1;
+    try {
+      ExportFile file(Path());
+      for (int i = 0; i < 64; ++i) file.Write(std::string(4096, 'x'));
+    } catch (const platform::Failure& failed) {
+      const bool bTold = failed.NativeError() == ENOSPC &&
+                         failed.Description() ==
+                             "The disk of the file " + Path() +
+                                 " has no room left, so nothing was written: make room and try "
+                                 "again.";
+      nEnd = bTold ? 0 : 2;
+    }
+    if (BytesOf(Path()) != "old" || FilesInFolder() != 1U) return 3;
+    // The room is there again.
+    Export(Path(), std::string(32'768, 'y'));
+    return BytesOf(Path()).size() == 32'768U ? nEnd : 4;
+  });
+  if (nEnded == kNoDisk) GTEST_SKIP() << "this process may mount nothing";
+  EXPECT_EQ(nEnded, 0);
+}
+
+TEST_F(ExportFileTest, says_that_a_folder_may_not_be_written) {
+  ASSERT_EQ(chmod(Folder().c_str(), 0555), 0);
+  EXPECT_EQ(fakes::InChild([&] {
+              if (!fakes::BecomeNobody()) return 1;
+              return Refusal([&] { ExportFile file(Path()); }) ==
+                             "You have no right to write into the folder " + Folder() +
+                                 "; ask its owner for the right or choose another folder."
+                         ? 0
+                         : 2;
+            }),
+            0);
+  ASSERT_EQ(chmod(Folder().c_str(), 0755), 0);
+  EXPECT_EQ(FilesInFolder(), 0U);
 }
 
 TEST_F(ExportFileTest, replaces_the_file_behind_a_link_and_not_the_link) {

@@ -1,6 +1,7 @@
 // orvane-historian import.
 #include <sys/resource.h>
 
+#include "tests/fakes/killed_program.h"
 #include "tests/tools/historian_program.h"
 
 namespace orvane::tools {
@@ -65,6 +66,26 @@ TEST_F(import_program, says_that_a_file_may_not_become_so_large_instead_of_dying
   EXPECT_EQ(outcome.nStatus, 1);
   EXPECT_NE(outcome.sErrors.find("has no room left on its disk"), Text::npos) << outcome.sErrors;
   EXPECT_EQ(Select("SELECT count(*) FROM Plant1..Data"), "0\n");
+}
+
+TEST_F(import_program, killed_at_any_moment_has_imported_all_rows_or_none) {
+  MakePlant();
+  const Text sFile = WriteFile("rows.csv", "Tag,Timestamp,Value\na,2024-05-31,1\nb,*,2\nc,t,3\n");
+  const Text sRoot = m_root.Path().string();
+  int nCall = 1;
+  for (auto ended = tests::Ended::Killed; ended == tests::Ended::Killed; ++nCall) {
+    ended = tests::KilledBefore(nCall, [&] {
+      execl(ORVANE_HISTORIAN, ORVANE_HISTORIAN, "--root", sRoot.c_str(), "import", sFile.c_str(),
+            "--catalog", "Plant1", "--table", "Data", nullptr);
+    });
+    ASSERT_NE(ended, tests::Ended::Untraceable) << "this machine lets no process be traced";
+    const Text sRows = Select("SELECT count(*), sum(Value) FROM Plant1..Data");
+    const bool bAll = sRows == "3|6\n";
+    EXPECT_TRUE(bAll || sRows == "0|\n") << "killed before the change " << nCall << ": " << sRows;
+    if (ended != tests::Ended::Killed) EXPECT_TRUE(bAll);
+    if (bAll) Select("DELETE FROM Plant1..Data");
+  }
+  EXPECT_GT(nCall, 8);
 }
 
 TEST_F(import_program, refuses_headers_tables_and_files_that_do_not_fit) {
