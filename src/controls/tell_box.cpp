@@ -23,8 +23,8 @@ QString SentenceOf(const std::exception& exception) {
         "There is not enough memory for the rows; show fewer of them or close other programs.");
   }
   if (const auto* const refused = dynamic_cast<const std::system_error*>(&exception)) {
-    return QStringLiteral("The file cannot be used: %1; choose another name or folder.")
-        .arg(QString::fromStdString(refused->code().message()));
+    return "The file cannot be used: " + QString::fromStdString(refused->code().message()) +
+           "; choose another name or folder.";
   }
   return QString::fromUtf8(exception.what());
 }

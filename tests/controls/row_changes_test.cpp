@@ -280,8 +280,10 @@ TEST_F(RowChangesTest, every_original_finds_its_row_again) {
 }
 
 TEST_F(RowChangesTest, a_text_among_times_names_no_row_but_harms_no_other_edit) {
-  Make("(id INTEGER PRIMARY KEY, t TIMESTAMP, a TEXT)");
-  tests::Raw(m_server->CatalogFile()).Run("INSERT INTO T VALUES (1, '2024-01-01', 'a')");
+  tests::Raw(m_server->CatalogFile())
+      .Run(
+          "CREATE TABLE T (id INTEGER PRIMARY KEY, t TIMESTAMP, a TEXT);"
+          "INSERT INTO T VALUES (1, '2024-01-01', 'a')");
   auto mine = Open();
   mine.rs->ValueAt(0, 2, "mine");
   EXPECT_FALSE(mine.Store(0));
