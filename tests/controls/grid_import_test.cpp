@@ -135,7 +135,6 @@ class RunningBeside final : public platform::LongOperation {
       bDone = true;
     });
     const bool bStatement = !sWhat.starts_with("Reading");
-    if (bCancel && bStatement) worker.request_stop();
     while (!bDone || (bStatement && until && !until())) {
       QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
     }
@@ -144,7 +143,6 @@ class RunningBeside final : public platform::LongOperation {
   }
 
   std::function<bool()> until;  ///< a statement takes as long at least
-  bool bCancel = false;         ///< statements are
 };
 
 TEST_F(GridImportTest, tells_how_many_rows_were_read) {
@@ -158,17 +156,6 @@ TEST_F(GridImportTest, tells_how_many_rows_were_read) {
   EXPECT_TRUE(bSeen);
   EXPECT_EQ(Notice(), "Imported 2 rows");
   EXPECT_EQ(Stored(), "1|x||\n2|y||\n");
-}
-
-TEST_F(GridImportTest, leaves_nothing_when_it_is_cancelled) {
-  const auto beside = std::make_shared<RunningBeside>();
-  m_server->longOperation = beside;
-  ShowTable("T");
-  beside->bCancel = true;
-  ImportBytes("Nr,a\n1,x\n2,y\n");
-  EXPECT_EQ(m_sTold, "");
-  EXPECT_EQ(Notice(), "The import was cancelled; nothing was imported.");
-  EXPECT_EQ(Stored(), "");
 }
 
 TEST_F(GridImportTest, tells_in_a_sentence_whatever_ends_it) {
