@@ -1,12 +1,13 @@
-# orvane_test(NAME [QT | QTCORE] [MAIN file] LINK targets... SOURCES files... [RESOURCES locks...]
-# [TIMEOUT seconds]): the test program NAME_tests, its cases found when the tests run. With QT there
+# orvane_test(NAME [QT | QTCORE] [WHOLE] [MAIN file] LINK targets... SOURCES files...
+# [RESOURCES locks...] [TIMEOUT seconds]): the test program NAME_tests, its cases found when the tests run. With QT there
 # is a QApplication around them, and windows are drawn offscreen, unless MAIN sees to both itself.
 # With QTCORE there is an event loop and nothing to see, and no library that could show anything.
 # Each main function makes folders in place of the user's, so that nothing is left in those.
+# With WHOLE its cases run in one process, because what they share takes long to make.
 # The tests of the rooms that need nothing but the compiler are written without matchers, since
 # those come in a package of their own.
 function(orvane_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT;QTCORE" "MAIN;TIMEOUT" "LINK;SOURCES;RESOURCES")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT;QTCORE;WHOLE" "MAIN;TIMEOUT" "LINK;SOURCES;RESOURCES")
   add_executable(${name}_tests ${TEST_SOURCES})
   target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/src)
   if(TEST_QT)
@@ -35,6 +36,11 @@ function(orvane_test name)
     ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:${leaks}")
   if(TEST_RESOURCES)
     list(APPEND properties RESOURCE_LOCK "${TEST_RESOURCES}")
+  endif()
+  if(TEST_WHOLE)
+    add_test(NAME ${name}.whole COMMAND ${name}_tests)
+    set_tests_properties(${name}.whole PROPERTIES ${properties})
+    return()
   endif()
   gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
     PROPERTIES ${properties})

@@ -4,6 +4,16 @@ list(APPEND PROVIDER_SOURCES
   engines/declared_types.cpp
   engines/embedded/embedded_engine.cpp
   engines/embedded/embedded_session.cpp
+  engines/postgres/postgres_address.cpp
+  engines/postgres/postgres_errors.cpp
+  engines/postgres/postgres_fetch.cpp
+  engines/postgres/postgres_link.cpp
+  engines/postgres/postgres_logon.cpp
+  engines/postgres/postgres_parameters.cpp
+  engines/postgres/postgres_schema.cpp
+  engines/postgres/postgres_session.cpp
+  engines/postgres/postgres_types.cpp
+  engines/postgres/postgres_values.cpp
   engines/sqlite/sqlite_attachments.cpp
   engines/sqlite/sqlite_engine.cpp
   engines/sqlite/sqlite_errors.cpp

@@ -19,3 +19,15 @@ orvane_test(engines
     engines/sqlite_session_test.cpp
     engines/sqlite_transaction_test.cpp
     engines/statement_thread_test.cpp)
+
+# On a PostgreSQL server that the program starts.
+orvane_test(postgres WHOLE
+  LINK orvane_provider
+  SOURCES
+    engines/postgres_address_test.cpp
+    engines/postgres_cluster.cpp
+    engines/postgres_link_test.cpp
+    engines/postgres_parameters_test.cpp
+    engines/postgres_schema_test.cpp
+    engines/postgres_session_test.cpp
+    engines/postgres_values_test.cpp)

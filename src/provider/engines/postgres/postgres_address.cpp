@@ -1,0 +1,138 @@
+#include "provider/engines/postgres/postgres_address.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+#include "platform/failure.h"
+#include "platform/one_line.h"
+#include "platform/stored_secret.h"
+#include "provider/engines/postgres/postgres_handle.h"
+
+namespace orvane::provider::engines {
+
+using platform::Failure;
+using platform::Text;
+namespace failure = platform::failure;
+
+namespace {
+
+// Left out on purpose: "options" sets anything on the server, "replication" is no session, and
+// what loads a library or names a program is not for a text that came with a document.
+constexpr std::array<std::string_view, 29> kTaken = {
+    "application_name",
+    "channel_binding",
+    "connect_timeout",
+    "dbname",
+    "gssencmode",
+    "host",
+    "hostaddr",
+    "keepalives",
+    "keepalives_count",
+    "keepalives_idle",
+    "keepalives_interval",
+    "krbsrvname",
+    "passfile",
+    "port",
+    "requirepeer",
+    "service",
+    "ssl_max_protocol_version",
+    "ssl_min_protocol_version",
+    "sslcert",
+    "sslcompression",
+    "sslcrl",
+    "sslcrldir",
+    "sslkey",
+    "sslmode",
+    "sslrootcert",
+    "sslsni",
+    "target_session_attrs",
+    "tcp_user_timeout",
+    "user",
+};
+
+void RequireNoSecret(const Text& sDataSource) {
+  if (!platform::HoldsSecret(sDataSource)) return;
+  throw Failure(failure::kInvalidArgument,
+                "The data source holds a password: leave it out and type the password in the logon "
+                "dialog.",
+                "PostgreSQL");
+}
+
+void RequireTaken(std::string_view sKeyword, std::string_view sValue) {
+  const bool bTaken = std::ranges::binary_search(kTaken, sKeyword);
+  // A key "ENGINE:NAME" has the library for encryption load ENGINE.
+  const bool bLoads = sKeyword == "sslkey" && sValue.find(':') != std::string_view::npos;
+  if (bTaken && !bLoads) return;
+  throw Failure(failure::kInvalidArgument,
+                fmt::format("The data source sets \"{}\", which is not for data sources: leave it "
+                            "out, or put it into the service file.",
+                            platform::OneLine(sKeyword)),
+                "PostgreSQL");
+}
+
+PostgresOptions Parse(const Text& sDataSource) {
+  char* sError = nullptr;
+  PostgresOptions options(PQconninfoParse(sDataSource.c_str(), &sError));
+  const std::unique_ptr<char, decltype(&PQfreemem)> error(sError, &PQfreemem);
+  if (options == nullptr) {
+    Text sDetail = error == nullptr ? Text("no memory") : Text(error.get());
+    while (!sDetail.empty() && (sDetail.back() == '\n' || sDetail.back() == '.')) {
+      sDetail.pop_back();
+    }
+    throw Failure(failure::kInvalidArgument,
+                  fmt::format("The data source cannot be read ({}): write "
+                              "postgresql://HOST:PORT/DATABASE or service=NAME.",
+                              platform::OneLine(sDetail)),
+                  "PostgreSQL");
+  }
+  return options;
+}
+
+}  // namespace
+
+Text PostgresAddress::Setting(std::string_view sKeyword) const {
+  const auto found = std::ranges::find(settings, sKeyword,
+                                       [](const auto& item) -> const Text& { return item.first; });
+  return found == settings.end() ? Text() : found->second;
+}
+
+Text PostgresAddress::Shown() const {
+  for (const auto* const sKeyword : {"host", "hostaddr", "service"}) {
+    if (const Text sValue = Setting(sKeyword); !sValue.empty()) return platform::OneLine(sValue);
+  }
+  return "this machine";
+}
+
+bool IsPostgresAddress(std::string_view sDataSource) {
+  return sDataSource.starts_with("postgresql://") || sDataSource.starts_with("postgres://") ||
+         sDataSource.starts_with("service=");
+}
+
+PostgresAddress ReadPostgresAddress(const Text& sDataSource) {
+  RequireNoSecret(sDataSource);
+  if (sDataSource.find('\0') != Text::npos) {
+    throw Failure(failure::kInvalidArgument,
+                  "The data source holds a character that no address has: write "
+                  "postgresql://HOST:PORT/DATABASE or service=NAME.",
+                  "PostgreSQL");
+  }
+  const PostgresOptions options = Parse(sDataSource);
+  PostgresAddress address;
+  for (const PQconninfoOption* option = options.get(); option->keyword != nullptr; ++option) {
+    if (option->val == nullptr) continue;
+    const std::string_view sKeyword = option->keyword;
+    if (sKeyword == "password" || sKeyword == "sslpassword") RequireNoSecret("password=x");
+    RequireTaken(sKeyword, option->val);
+    if (sKeyword == "user") {
+      address.sUser = option->val;
+    } else {
+      address.settings.emplace_back(option->keyword, option->val);
+    }
+  }
+  return address;
+}
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,207 @@
+#include "provider/engines/postgres/postgres_link.h"
+
+#include <fmt/format.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "ado/secret.h"
+#include "platform/failure.h"
+#include "provider/engines/postgres/postgres_errors.h"
+#include "provider/engines/postgres/postgres_logon.h"
+
+namespace orvane::provider::engines {
+
+using platform::Failure;
+using platform::Text;
+namespace failure = platform::failure;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+// A server that was asked to end a statement has this long for it.
+constexpr std::chrono::seconds kForCancelling{5};
+// How often whoever waits is asked whether rows at hand are wanted.
+constexpr int kLookEveryMs = 20;
+// A server that has not yet read the statement does not hear that it is to end it: it is told
+// again.
+constexpr std::chrono::milliseconds kTellEvery{100};
+
+// How values are written as texts, and that times are of no place; a function of the server that
+// another user made is found by its whole name only.
+constexpr const char* kSettings =
+    "SET datestyle = 'ISO, YMD'; SET intervalstyle = 'postgres'; SET timezone = 'UTC'; "
+    "SET bytea_output = 'hex'; SET extra_float_digits = 1; SET standard_conforming_strings = on; "
+    "SET xmloption = 'content'; SET search_path = pg_catalog";
+
+// A number that becomes readable when the stop is requested.
+class StopSignal {
+ public:
+  explicit StopSignal(const std::stop_token& stop)
+      : m_file(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), m_callback(stop, Ring{m_file}) {}
+  StopSignal(const StopSignal&) = delete;
+  StopSignal& operator=(const StopSignal&) = delete;
+  ~StopSignal() {
+    if (m_file >= 0) close(m_file);
+  }
+
+  int File() const { return m_file; }
+
+ private:
+  struct Ring {
+    int file;
+    void operator()() const noexcept {
+      const eventfd_t kOnce = 1;
+      if (file >= 0) (void)!eventfd_write(file, kOnce);
+    }
+  };
+
+  int m_file;
+  std::stop_callback<Ring> m_callback;
+};
+
+void HearNothing(void* /*unused*/, const char* /*notice*/) {}
+
+}  // namespace
+
+PostgresLink::PostgresLink(const PostgresAddress& address, const Text& sUser, Text sPassword,
+                           const std::stop_token& stop)
+    : m_sServer(address.Shown()) {
+  const ado::WipeAtEnd wipe(sPassword);
+  m_connection = LogOn(address, sUser, sPassword, stop);
+  PQsetNoticeProcessor(m_connection.get(), &HearNothing, nullptr);
+  if (PQsetnonblocking(m_connection.get(), 1) != 0) FailLost();
+  Command(kSettings, stop);
+}
+
+void PostgresLink::RequireOpen() const {
+  if (m_connection == nullptr) {
+    throw Failure(failure::kObjectClosed, "The session is closed: connect again.", "PostgreSQL");
+  }
+}
+
+void PostgresLink::FailLost() {
+  const Text sWords = LastWords(m_connection.get());
+  m_connection.reset();
+  throw LinkLost(m_sServer, sWords);
+}
+
+void PostgresLink::Sent(int nDone) {
+  m_giveUp = Clock::time_point::max();
+  m_tellAgain = {};
+  if (nDone == 0) FailLost();
+}
+
+void PostgresLink::Command(const char* sSql, const std::stop_token& stop) {
+  RequireOpen();
+  Sent(PQsendQuery(m_connection.get(), sSql));
+  std::optional<Failure> failed;
+  while (const PostgresResult result = Next(stop)) {
+    if (PQresultStatus(result.get()) == PGRES_FATAL_ERROR && !failed) {
+      const PostgresError error = ErrorOf(result.get());
+      failed.emplace(NumberOfState(error.sState), SentenceOf(error, m_sServer, 0), "PostgreSQL", 0,
+                     sSql);
+    }
+  }
+  if (failed) throw Failure(*failed);
+}
+
+void PostgresLink::Rollback() noexcept {
+  if (m_connection == nullptr || Transaction() == PQTRANS_IDLE) return;
+  try {
+    Command("ROLLBACK", {});
+  } catch (...) {
+    // Without an end to its transaction the connection is good for nothing.
+    m_connection.reset();
+  }
+}
+
+PostgresResult PostgresLink::Prepare(const Text& sSql, const PostgresParameters& parameters,
+                                     const std::stop_token& stop) {
+  RequireOpen();
+  const auto answer = [&] {
+    PostgresResult first;
+    while (PostgresResult result = Next(stop)) {
+      if (first == nullptr) first = std::move(result);
+    }
+    return first;
+  };
+  Sent(PQsendPrepare(m_connection.get(), "", sSql.c_str(), parameters.Count(), parameters.Types()));
+  PostgresResult prepared = answer();
+  if (PQresultStatus(prepared.get()) != PGRES_COMMAND_OK) return prepared;
+  Sent(PQsendDescribePrepared(m_connection.get(), ""));
+  return answer();
+}
+
+void PostgresLink::Execute(const PostgresParameters& parameters, bool bBinary) {
+  RequireOpen();
+  Sent(PQsendQueryPrepared(m_connection.get(), "", parameters.Count(), parameters.Values(),
+                           parameters.Lengths(), parameters.Formats(), bBinary ? 1 : 0));
+  PQsetSingleRowMode(m_connection.get());
+}
+
+PostgresResult PostgresLink::Next(const std::stop_token& stop,
+                                  const std::function<void()>& onWait) {
+  RequireOpen();
+  // A server that sends without a pause leaves nothing to wait for.
+  if (stop.stop_requested()) TellToStop();
+  if (PQisBusy(m_connection.get()) != 0) Wait(stop, onWait);
+  PostgresResult result(PQgetResult(m_connection.get()));
+  // The server may have ended the connection with its last word, or without one.
+  if (PQstatus(m_connection.get()) == CONNECTION_BAD) FailLost();
+  return result;
+}
+
+void PostgresLink::Wait(const std::stop_token& stop, const std::function<void()>& onWait) {
+  const StopSignal signal(stop);
+  while (PQisBusy(m_connection.get()) != 0) {
+    const int nUnsent = PQflush(m_connection.get());
+    if (nUnsent < 0) FailLost();
+    if (stop.stop_requested()) TellToStop();
+    const bool bAsked = m_giveUp != Clock::time_point::max();
+    const auto nWanted = static_cast<short>(nUnsent > 0 ? POLLIN | POLLOUT : POLLIN);
+    std::array<pollfd, 2> files = {
+        {{PQsocket(m_connection.get()), nWanted, 0}, {signal.File(), POLLIN, 0}}};
+    const int nMs = onWait || bAsked ? kLookEveryMs : -1;
+    poll(files.data(), bAsked ? 1 : 2, nMs);
+    if (Clock::now() >= m_giveUp) {
+      m_connection.reset();
+      throw Failure(failure::kCancelled,
+                    "The statement was cancelled, but the server did not answer: connect again.",
+                    "PostgreSQL");
+    }
+    if (PQconsumeInput(m_connection.get()) == 0) FailLost();
+    if (onWait) onWait();
+  }
+}
+
+void PostgresLink::TellToStop() {
+  const auto now = Clock::now();
+  if (m_giveUp == Clock::time_point::max()) m_giveUp = now + kForCancelling;
+  if (now < m_tellAgain) return;
+  Cancel();
+  m_tellAgain = Clock::now() + kTellEvery;
+}
+
+void PostgresLink::Abandon() noexcept {
+  std::stop_source stop;
+  stop.request_stop();
+  try {
+    while (m_connection != nullptr && Next(stop.get_token()) != nullptr) {
+    }
+  } catch (const Failure&) {
+    // The link is gone, and with it the statement.
+  }
+}
+
+void PostgresLink::Cancel() const noexcept {
+  const PostgresCancel cancel(PQgetCancel(m_connection.get()));
+  std::array<char, 256> sError{};
+  if (cancel != nullptr) PQcancel(cancel.get(), sError.data(), static_cast<int>(sError.size()));
+}
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,67 @@
+// One connection to a PostgreSQL server, at work on one thing at a time, and never waiting without
+// an ear for the stop. Used by the engine on PostgreSQL; calls come one at a time, from changing
+// threads.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <stop_token>
+
+#include "platform/types.h"
+#include "provider/engines/postgres/postgres_address.h"
+#include "provider/engines/postgres/postgres_handle.h"
+#include "provider/engines/postgres/postgres_parameters.h"
+
+namespace orvane::provider::engines {
+
+class PostgresLink {
+ public:
+  /// Connects and sets what results are written in. The password is overwritten in every text of
+  /// this program at the end, however that comes; libpq keeps it as long as the connection. Fails
+  /// with kServerNotFound, kNoRights or kCancelled.
+  PostgresLink(const PostgresAddress& address, const platform::Text& sUser,
+               platform::Text sPassword, const std::stop_token& stop);
+  PostgresLink(const PostgresLink&) = delete;
+  PostgresLink& operator=(const PostgresLink&) = delete;
+  ~PostgresLink() = default;
+
+  /// The server as sentences name it.
+  const platform::Text& Server() const { return m_sServer; }
+  /// Fails with kObjectClosed when the link is gone.
+  void RequireOpen() const;
+  PGTransactionStatusType Transaction() const { return PQtransactionStatus(m_connection.get()); }
+
+  /// Runs a statement without parameters and rows, one of this program's own.
+  void Command(const char* sSql, const std::stop_token& stop);
+  /// The same, heard by nobody and failing for nobody: the end of a transaction that failed.
+  void Rollback() noexcept;
+
+  /// What the server makes of a statement before it runs: its columns. The statement is kept,
+  /// without a name, until the next one.
+  PostgresResult Prepare(const platform::Text& sSql, const PostgresParameters& parameters,
+                         const std::stop_token& stop);
+  /// Runs what was prepared; the results come one by one, of rows one row each.
+  void Execute(const PostgresParameters& parameters, bool bBinary);
+  /// The next result, null behind the last. The handler is called now and then while nothing comes.
+  /// A stop asks the server to end the statement, whose error then comes as the result; a server
+  /// that does not answer that either loses the link.
+  PostgresResult Next(const std::stop_token& stop, const std::function<void()>& onWait = {});
+  /// Has the server end what it does, and takes what is left of it without looking.
+  void Abandon() noexcept;
+  /// Has the server end the statement that runs; its results still come.
+  void Cancel() const noexcept;
+
+ private:
+  [[noreturn]] void FailLost();
+  void Sent(int nDone);
+  void Wait(const std::stop_token& stop, const std::function<void()>& onWait);
+  void TellToStop();
+
+  platform::Text m_sServer;
+  // When a server that was asked to end what it does is waited for no longer.
+  std::chrono::steady_clock::time_point m_giveUp = std::chrono::steady_clock::time_point::max();
+  std::chrono::steady_clock::time_point m_tellAgain;
+  PostgresHandle m_connection;
+};
+
+}  // namespace orvane::provider::engines

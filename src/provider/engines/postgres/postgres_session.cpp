@@ -1,0 +1,327 @@
+#include "provider/engines/postgres/postgres_session.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <limits>
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "ado/out_of_memory.h"
+#include "ado/row_collector.h"
+#include "provider/engines/postgres/postgres_errors.h"
+#include "provider/engines/postgres/postgres_fetch.h"
+#include "provider/engines/postgres/postgres_parameters.h"
+#include "provider/engines/postgres/postgres_schema.h"
+
+namespace orvane::provider::engines {
+
+using platform::Failure;
+using platform::RowIndex;
+using platform::Text;
+namespace failure = platform::failure;
+
+namespace {
+
+// What statements begin with that end a transaction, change how the session works, or talk to the
+// client in a way that is not that of rows.
+constexpr std::array<std::string_view, 24> kRefused = {
+    "abort",   "begin",   "close", "commit",   "copy",      "deallocate", "declare", "discard",
+    "end",     "execute", "fetch", "listen",   "load",      "lock",       "move",    "notify",
+    "prepare", "release", "reset", "rollback", "savepoint", "set",        "start",   "unlisten"};
+
+// The first word, in lower case; comments and brackets before it are passed over.
+Text FirstWord(std::string_view sSql) {
+  std::size_t nPlace = 0;
+  while (nPlace < sSql.size()) {
+    const std::string_view sRest = sSql.substr(nPlace);
+    if (sRest.starts_with("--")) {
+      nPlace = std::min(sSql.find('\n', nPlace), sSql.size());
+    } else if (sRest.starts_with("/*")) {
+      std::size_t nDepth = 1;
+      for (nPlace += 2; nPlace < sSql.size() && nDepth > 0; ++nPlace) {
+        const std::string_view sTwo = sSql.substr(nPlace, 2);
+        if (sTwo == "/*" || sTwo == "*/") {
+          nDepth += sTwo == "/*" ? 1 : static_cast<std::size_t>(-1);
+          ++nPlace;
+        }
+      }
+    } else if (std::string_view(" \t\r\n\f\v(;").find(sSql[nPlace]) != std::string_view::npos) {
+      ++nPlace;
+    } else {
+      break;
+    }
+  }
+  Text sWord;
+  for (; nPlace < sSql.size(); ++nPlace) {
+    const char character = sSql[nPlace];
+    if (character >= 'A' && character <= 'Z') {
+      sWord += static_cast<char>(character - 'A' + 'a');
+    } else if (character >= 'a' && character <= 'z') {
+      sWord += character;
+    } else {
+      break;
+    }
+  }
+  return sWord;
+}
+
+// What certainly changes something need not be tried as a reading statement first.
+bool CertainlyChanges(std::string_view sWord) {
+  constexpr std::array<std::string_view, 9> kChanging = {
+      "alter", "comment", "create", "delete", "drop", "grant", "insert", "truncate", "update"};
+  return std::ranges::find(kChanging, sWord) != kChanging.end();
+}
+
+platform::Long LongOf(RowIndex rows) {
+  return static_cast<platform::Long>(
+      std::min<RowIndex>(rows, std::numeric_limits<platform::Long>::max()));
+}
+
+}  // namespace
+
+// A statement on its way.
+struct PostgresSession::Call {
+  const EngineStatement& statement;
+  NumberedText text;
+  std::stop_token stop;
+  ado::RowReceiver& rows;
+
+  void RequireNoStop() const {
+    if (!stop.stop_requested()) return;
+    throw Failure(failure::kCancelled, "The statement was cancelled.", "PostgreSQL", 0,
+                  statement.sSql);
+  }
+};
+
+PostgresSession::PostgresSession(std::unique_ptr<PostgresLink> link) : m_link(std::move(link)) {}
+
+EngineResult PostgresSession::Run(const EngineStatement& statement, std::stop_token stop) {
+  RequireOpen();
+  const Text sWord = FirstWord(statement.sSql);
+  if (std::ranges::binary_search(kRefused, sWord)) {
+    throw Failure(failure::kNotSupported,
+                  "The statement is refused: transactions, settings and cursors of the session are "
+                  "not for statements; leave them out.",
+                  "PostgreSQL", 0, statement.sSql);
+  }
+  if (!statement.functions.empty()) {
+    throw Failure(failure::kNotSupported,
+                  "The statement compares times with what is known only while it runs, which this "
+                  "server cannot do: cast the other side to timestamptz.",
+                  "PostgreSQL", 0, statement.sSql);
+  }
+  ado::RowCollector held({statement.maxBytes == 0
+                              ? nullptr
+                              : std::make_shared<ado::MemoryBudget>(statement.maxBytes)});
+  const Call call{statement,
+                  NumberParameters(statement.sSql, !statement.parameters.empty() ||
+                                                       static_cast<bool>(statement.batch)),
+                  std::move(stop), statement.rows ? *statement.rows : held};
+  call.RequireNoStop();
+  return ado::TellingMemory([&] {
+    std::optional<EngineResult> result;
+    if (statement.bReadOnly || !(CertainlyChanges(sWord) || statement.batch)) {
+      result = Try(call, true);
+    }
+    if (!result) {
+      if (statement.bReadOnly) throw WouldChange(statement.sSql);
+      result = Try(call, false);
+    }
+    if (!statement.rows) result->recordset = held.Recordset();
+    return std::move(*result);
+  });
+}
+
+std::optional<EngineResult> PostgresSession::Try(const Call& call, bool bReads) {
+  EngineResult result;
+  bool bWouldChange = false;
+  if (m_bInTransaction) {
+    if (!call.statement.bReadOnly) {
+      RunIn(call, false, result, bWouldChange);
+      return result;
+    }
+    // A part of the transaction that may only read, and of which nothing stays.
+    m_link->Command("SAVEPOINT reading; SET LOCAL transaction_read_only = on", call.stop);
+    RunIn(call, true, result, bWouldChange);
+    m_link->Command("ROLLBACK TO SAVEPOINT reading; RELEASE SAVEPOINT reading", {});
+    if (bWouldChange) return std::nullopt;
+    return result;
+  }
+  m_link->Command(bReads ? "BEGIN READ ONLY" : "BEGIN READ WRITE", call.stop);
+  try {
+    RunIn(call, bReads, result, bWouldChange);
+    if (bWouldChange) {
+      m_link->Rollback();
+      return std::nullopt;
+    }
+    Commit(call, bReads);
+  } catch (...) {
+    m_link->Rollback();
+    throw;
+  }
+  return result;
+}
+
+void PostgresSession::RunIn(const Call& call, bool bReads, EngineResult& result,
+                            bool& bWouldChange) {
+  const EngineStatement& statement = call.statement;
+  if (statement.batch) {
+    result.lRecordsAffected = LongOf(RunBatch(call));
+    return;
+  }
+  if (call.text.nParameters != statement.parameters.size()) {
+    throw Failure(failure::kInvalidArgument,
+                  "The statement has " + std::to_string(call.text.nParameters) +
+                      " parameters and was given " + std::to_string(statement.parameters.size()) +
+                      " values: give one for each.",
+                  "PostgreSQL", 0, statement.sSql);
+  }
+  const PostgresParameters parameters(statement.parameters);
+  const PostgresResult described = m_link->Prepare(call.text.sSql, parameters, call.stop);
+  if (PQresultStatus(described.get()) != PGRES_COMMAND_OK) Fail(call, described.get());
+  m_link->Execute(parameters, engines::IsReadInBinary(described.get()));
+  PostgresFetch fetch(*m_link, described.get(), {statement.maxRows, statement.maxBytes, bReads},
+                      call.rows);
+  PostgresResult error;
+  try {
+    error = fetch.TakeAll(call.stop);
+  } catch (...) {
+    // What the receiver does not take any more is not waited for.
+    m_link->Abandon();
+    throw;
+  }
+  if (error != nullptr) {
+    if (bReads && !fetch.Begun() && ErrorOf(error.get()).sState == kReadOnlyTransaction) {
+      bWouldChange = true;
+      return;
+    }
+    Fail(call, error.get());
+  }
+  const RowIndex changed = bReads ? 0 : fetch.Changed();
+  if (statement.rowsExpected && changed != *statement.rowsExpected) {
+    throw UnexpectedRows(changed, *statement.rowsExpected, statement.sSql);
+  }
+  call.RequireNoStop();
+  call.rows.End(fetch.Truncated());
+  result.lRecordsAffected = LongOf(changed);
+}
+
+RowIndex PostgresSession::RunBatch(const Call& call) {
+  const EngineStatement& statement = call.statement;
+  call.rows.Begin({}, false);
+  RowIndex all = 0;
+  std::vector<platform::Value> values;
+  std::vector<Oid> prepared;
+  while (statement.batch(values)) {
+    call.RequireNoStop();
+    const PostgresParameters parameters(values);
+    if (!parameters.Fit(prepared)) {
+      prepared.assign(parameters.Types(), parameters.Types() + parameters.Count());
+      const PostgresResult described = m_link->Prepare(call.text.sSql, parameters, call.stop);
+      if (PQresultStatus(described.get()) != PGRES_COMMAND_OK) Fail(call, described.get());
+    }
+    m_link->Execute(parameters, false);
+    RowIndex changed = 0;
+    PostgresResult error;
+    while (PostgresResult result = m_link->Next(call.stop)) {
+      if (PQresultStatus(result.get()) == PGRES_FATAL_ERROR) {
+        if (error == nullptr) error = std::move(result);
+      } else {
+        changed = static_cast<RowIndex>(std::strtoll(PQcmdTuples(result.get()), nullptr, 10));
+      }
+    }
+    if (error != nullptr) Fail(call, error.get());
+    if (statement.rowsExpected && changed != *statement.rowsExpected) {
+      throw UnexpectedRows(changed, *statement.rowsExpected, statement.sSql);
+    }
+    all += changed;
+  }
+  call.rows.End(false);
+  return all;
+}
+
+void PostgresSession::Commit(const Call& call, bool bReads) {
+  if (!bReads) {
+    call.RequireNoStop();
+    if (call.statement.mayCommit && !call.statement.mayCommit()) {
+      throw Failure(failure::kCancelled, "The statement was cancelled.", "PostgreSQL", 0,
+                    call.statement.sSql);
+    }
+  }
+  // From here on a stop comes too late.
+  try {
+    m_link->Command("COMMIT", {});
+  } catch (const Failure& failed) {
+    if (bReads || failed.Number() != failure::kObjectClosed) throw;
+    throw Failure(failure::kObjectClosed,
+                  "The connection to the server at " + m_link->Server() +
+                      " was lost while the change was stored, and nobody can tell whether it was: "
+                      "connect again and look.",
+                  "PostgreSQL", 0, call.statement.sSql);
+  }
+}
+
+void PostgresSession::Fail(const Call& call, const PGresult* error) {
+  const PostgresError told = ErrorOf(error);
+  if (NumberOfState(told.sState) == failure::kWouldChange) throw WouldChange(call.statement.sSql);
+  if (NumberOfState(told.sState) == failure::kObjectClosed) {
+    throw LinkLost(m_link->Server(), told.sMessage, call.statement.sSql);
+  }
+  // The server counts characters, of the text as it was sent.
+  std::size_t nPosition = 0;
+  if (told.nPosition != 0) {
+    std::size_t nByte = 0;
+    for (std::size_t n = 1; nByte < call.text.sSql.size(); ++nByte) {
+      if ((static_cast<unsigned char>(call.text.sSql[nByte]) & 0xC0U) == 0x80U) continue;
+      if (n++ == told.nPosition) break;
+    }
+    nPosition = call.text.PlaceBefore(nByte) + 1;
+  }
+  throw Failure(NumberOfState(told.sState), SentenceOf(told, m_link->Server(), nPosition),
+                "PostgreSQL", 0, call.statement.sSql);
+}
+
+std::vector<TableSchema> PostgresSession::Schema(const Catalog& catalog,
+                                                 const SchemaRequest& request,
+                                                 std::stop_token stop) {
+  return ReadPostgresSchema(catalog.sName, request,
+                            [&](const Text& sSql, std::vector<platform::Value> vtParameters) {
+                              EngineStatement statement{sSql, std::move(vtParameters), {}};
+                              statement.bReadOnly = true;
+                              return Run(statement, stop).recordset;
+                            });
+}
+
+void PostgresSession::InTransaction(std::span<const Catalog> /*catalogs*/,
+                                    const std::function<void()>& work, std::stop_token stop) {
+  RequireOpen();
+  m_link->Command("BEGIN READ WRITE", stop);
+  m_bInTransaction = true;
+  try {
+    work();
+    // After a statement that failed the server would roll back and call that a success.
+    if (m_link->Transaction() != PQTRANS_INTRANS) {
+      throw Failure(failure::kSqlError,
+                    "A statement of the transaction failed, so nothing of it was stored: begin "
+                    "again.",
+                    "PostgreSQL");
+    }
+    m_link->Command("COMMIT", {});
+  } catch (...) {
+    m_bInTransaction = false;
+    m_link->Rollback();
+    throw;
+  }
+  m_bInTransaction = false;
+}
+
+void PostgresSession::RequireOpen() const {
+  if (m_link == nullptr) {
+    throw Failure(failure::kObjectClosed, "The session is closed: connect again.", "PostgreSQL");
+  }
+  m_link->RequireOpen();
+}
+
+}  // namespace orvane::provider::engines

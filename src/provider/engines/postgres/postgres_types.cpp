@@ -1,0 +1,68 @@
+#include "provider/engines/postgres/postgres_types.h"
+
+namespace orvane::provider::engines {
+
+using platform::DataType;
+
+DataType TypeOfOid(Oid type) {
+  switch (static_cast<PostgresType>(type)) {
+    case PostgresType::Bool:
+      return DataType::Boolean;
+    case PostgresType::Bytea:
+      return DataType::Binary;
+    case PostgresType::Int2:
+    case PostgresType::Int4:
+      return DataType::Integer;
+    case PostgresType::Int8:
+    case PostgresType::Oid:
+      return DataType::BigInt;
+    case PostgresType::Float4:
+    case PostgresType::Float8:
+      return DataType::Double;
+    case PostgresType::Numeric:
+      return DataType::Numeric;
+    case PostgresType::Date:
+      return DataType::DBDate;
+    case PostgresType::Time:
+      return DataType::DBTime;
+    case PostgresType::TimestampTz:
+      return DataType::DBTimeStamp;
+    case PostgresType::Uuid:
+      return DataType::Guid;
+    default:
+      return DataType::WChar;
+  }
+}
+
+bool IsReadInBinary(Oid type) {
+  switch (static_cast<PostgresType>(type)) {
+    case PostgresType::Bool:
+    case PostgresType::Bytea:
+    case PostgresType::Char:
+    case PostgresType::Name:
+    case PostgresType::Int8:
+    case PostgresType::Int2:
+    case PostgresType::Int4:
+    case PostgresType::Text:
+    case PostgresType::Oid:
+    case PostgresType::Json:
+    case PostgresType::Xml:
+    case PostgresType::Float4:
+    case PostgresType::Float8:
+    case PostgresType::Unknown:
+    case PostgresType::BpChar:
+    case PostgresType::VarChar:
+    case PostgresType::Date:
+    case PostgresType::Time:
+    case PostgresType::Timestamp:
+    case PostgresType::TimestampTz:
+    case PostgresType::Numeric:
+    case PostgresType::Uuid:
+    case PostgresType::Jsonb:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,39 @@
+// A PostgreSQL server of the tests' own: a cluster in a new folder, which the first test that asks
+// for it makes and which ends with the process, however that ends. It is reached by a socket in its
+// folder, where everybody is let in, and by a port on loopback, where passwords are asked for.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string>
+
+namespace orvane::tests {
+
+class PostgresCluster {
+ public:
+  /// The cluster of this process.
+  static PostgresCluster& Get();
+
+  PostgresCluster(const PostgresCluster&) = delete;
+  PostgresCluster& operator=(const PostgresCluster&) = delete;
+  ~PostgresCluster();
+
+  /// Data source of a database by the socket; the cluster's administrator is "orvane".
+  std::string Address(const std::string& sDatabase = "postgres") const;
+  /// By the port on loopback.
+  std::string AddressByPort(const std::string& sDatabase = "postgres") const;
+  int Port() const { return m_nPort; }
+  /// Kills every process of it at once, as a power cut would.
+  void Kill();
+  void Start();
+
+ private:
+  PostgresCluster();
+
+  std::filesystem::path m_folder;
+  int m_nPort = 0;
+  pid_t m_server = 0;
+};
+
+}  // namespace orvane::tests

@@ -1,0 +1,254 @@
+#include <thread>
+
+#include "tests/provider/engines/postgres_fixture.h"
+
+namespace orvane::provider::engines {
+namespace {
+
+using platform::FetchState;
+using platform::RowIndex;
+using platform::Text;
+using platform::Value;
+using testing::HasSubstr;
+using tests::FailureOf;
+namespace failure = platform::failure;
+
+class PostgresSessionTest : public tests::PostgresTest {
+ protected:
+  PostgresSessionTest() { Do("CREATE TABLE s.t(a int PRIMARY KEY, b text)"); }
+
+  tests::Told FailureOfText(const Text& sSql, std::vector<Value> parameters = {}) {
+    return FailureOf([&] { Do(sSql, std::move(parameters)); });
+  }
+  EngineResult RunInto(const std::shared_ptr<tests::ScriptedRows>& rows, const Text& sSql,
+                       RowIndex maxRows = 0) {
+    Statement statement{sSql, {}, {}, maxRows};
+    statement.rows = rows;
+    return m_session->Run(statement, m_stop.get_token());
+  }
+  void ExpectUsable() { EXPECT_EQ(Rows("SELECT 1")->ValueAt(0, 0), Value(1)); }
+
+  std::stop_source m_stop;
+  std::shared_ptr<tests::ScriptedRows> m_rows = std::make_shared<tests::ScriptedRows>();
+};
+
+TEST_F(PostgresSessionTest, gives_columns_also_without_rows) {
+  const auto rs = Rows("SELECT a, b FROM s.t");
+  EXPECT_EQ(rs->RecordCount(), 0);
+  EXPECT_EQ(rs->FieldAt(1).Name(), "b");
+  EXPECT_EQ(Do("CREATE TABLE s.u(a int)").recordset->FieldCount(), 0);
+}
+
+TEST_F(PostgresSessionTest, rows_come_in_small_blocks_first) {
+  RunInto(m_rows, "SELECT n FROM generate_series(1, 20000) AS n");
+  EXPECT_EQ(m_rows->blocks,
+            (std::vector<RowIndex>{128, 256, 512, 1024, 2048, 4096, 4096, 4096, 3744}));
+  EXPECT_TRUE(m_rows->bReads);
+  EXPECT_EQ(m_rows->Recordset()->State(), FetchState::Complete);
+  EXPECT_EQ(m_rows->Recordset()->ValueAt(19'999, 0), Value(20'000));
+}
+
+TEST_F(PostgresSessionTest, rows_come_when_they_are_wanted_although_the_next_is_far) {
+  std::thread wants([&] {
+    while (m_rows->blocks.empty()) {
+      m_rows->Wanted() = true;
+      std::this_thread::yield();
+    }
+    m_stop.request_stop();
+  });
+  const auto failed = FailureOf([&] {
+    // The server sends when it has eight kilobytes.
+    RunInto(m_rows,
+            "SELECT repeat('x', 9000) FROM generate_series(1, 3) AS n WHERE n < 3 OR "
+            "pg_sleep(600) IS NULL");
+  });
+  wants.join();
+  EXPECT_EQ(failed.lNumber, failure::kCancelled);
+  EXPECT_EQ(m_rows->Recordset()->RecordCount(), 2);
+  ExpectUsable();
+}
+
+TEST_F(PostgresSessionTest, a_row_limit_ends_a_reading_statement) {
+  RunInto(m_rows, "SELECT generate_series(1, 1000000000)", 10);
+  EXPECT_EQ(m_rows->Recordset()->RecordCount(), 10);
+  EXPECT_EQ(m_rows->Recordset()->State(), FetchState::Truncated);
+  ExpectUsable();
+  RunInto(m_rows = std::make_shared<tests::ScriptedRows>(), "SELECT 1", 1);
+  EXPECT_EQ(m_rows->Recordset()->State(), FetchState::Complete);
+}
+
+TEST_F(PostgresSessionTest, a_row_limit_does_not_end_a_change) {
+  RunInto(m_rows, "INSERT INTO s.t SELECT n FROM generate_series(1, 50) AS n RETURNING a", 10);
+  EXPECT_EQ(m_rows->Recordset()->RecordCount(), 10);
+  EXPECT_EQ(m_rows->Recordset()->State(), FetchState::Truncated);
+  EXPECT_FALSE(m_rows->bReads);
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{50}));
+}
+
+TEST_F(PostgresSessionTest, changes_are_counted_and_stored) {
+  EXPECT_EQ(Do("INSERT INTO s.t VALUES (1, 'a'), (2, 'b')").lRecordsAffected, 2);
+  EXPECT_EQ(Do("UPDATE s.t SET b = ? WHERE a = ?", {Value("it's; --"), Value(2)}).lRecordsAffected,
+            1);
+  EXPECT_EQ(Stored("SELECT b FROM s.t WHERE a = 2"), Value("it's; --"));
+  EXPECT_EQ(Do("SELECT * FROM s.t").lRecordsAffected, 0);
+}
+
+TEST_F(PostgresSessionTest, what_may_only_read_is_not_run_when_it_would_change) {
+  Do("CREATE FUNCTION s.f() RETURNS int LANGUAGE sql AS 'INSERT INTO s.t VALUES (9) RETURNING a'");
+  for (const char* const sSql :
+       {"INSERT INTO s.t VALUES (1)", "WITH x AS (DELETE FROM s.t RETURNING a) SELECT * FROM x",
+        "SELECT s.f()", "CREATE TABLE s.u(a int)", "EXPLAIN ANALYZE INSERT INTO s.t VALUES (1)",
+        "DO 'BEGIN INSERT INTO s.t VALUES (1); END'", "SELECT 1 INTO s.v"}) {
+    Statement statement{sSql, {}, {}};
+    statement.bReadOnly = true;
+    EXPECT_EQ(FailureOf([&] { m_session->Run(statement, {}); }).lNumber, failure::kWouldChange)
+        << sSql;
+  }
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{0}));
+  // Without that they run, and once.
+  EXPECT_EQ(Rows("SELECT s.f()")->ValueAt(0, 0), Value(9));
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{1}));
+}
+
+TEST_F(PostgresSessionTest, another_number_of_rows_than_expected_is_undone) {
+  Do("INSERT INTO s.t VALUES (1, 'a'), (2, 'a')");
+  Statement statement{"UPDATE s.t SET b = 'x' WHERE b = 'a'", {}, {}};
+  statement.rowsExpected = 1;
+  EXPECT_EQ(FailureOf([&] { m_session->Run(statement, {}); }).lNumber, failure::kConflict);
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t WHERE b = 'a'"), Value(std::int64_t{2}));
+}
+
+TEST_F(PostgresSessionTest, a_batch_is_stored_whole_or_not_at_all) {
+  int nRow = 0;
+  int nRows = 100;
+  Statement statement{"INSERT INTO s.t VALUES (?, ?)", {}, {}};
+  statement.batch = [&](std::vector<Value>& row) {
+    if (nRow == nRows) return false;
+    row = {Value(nRow), nRow % 3 == 0 ? Value() : Value("n" + std::to_string(nRow))};
+    ++nRow;
+    return true;
+  };
+  EXPECT_EQ(m_session->Run(statement, {}).lRecordsAffected, 100);
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t WHERE b IS NULL"), Value(std::int64_t{34}));
+  nRow = 50;
+  nRows = 150;
+  EXPECT_EQ(FailureOf([&] { m_session->Run(statement, {}); }).lNumber, failure::kConstraint);
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{100}));
+}
+
+TEST_F(PostgresSessionTest, what_fails_says_what_and_where) {
+  EXPECT_EQ(FailureOfText("SELECT ?, nothing FROM s.t WHERE a = ?", {Value(1), Value(2)}).sSentence,
+            "The statement cannot be run: column \"nothing\" does not exist, at position 11; "
+            "correct it.");
+  EXPECT_EQ(FailureOfText("SELECT '\xC3\xA4', FRM").lNumber, failure::kSqlError);
+  EXPECT_THAT(FailureOfText("SELECT '\xC3\xA4', x").sSentence, HasSubstr("at position 14;"));
+  EXPECT_THAT(FailureOfText("SELECT lowr('A')").sSentence, HasSubstr("(No function matches"));
+  EXPECT_EQ(FailureOfText("INSERT INTO s.t VALUES (1), (1)").lNumber, failure::kConstraint);
+  EXPECT_EQ(FailureOfText("SELECT 1; SELECT 2").lNumber, failure::kSqlError);
+  EXPECT_EQ(FailureOfText("VACUUM s.t").lNumber, failure::kNotSupported);
+  EXPECT_EQ(FailureOfText("SELECT ?", {}).lNumber, failure::kSqlError);
+  EXPECT_EQ(FailureOfText("SELECT 1", {Value(1)}).sSentence,
+            "The statement has 0 parameters and was given 1 values: give one for each.");
+  ExpectUsable();
+}
+
+TEST_F(PostgresSessionTest, what_is_not_for_statements_is_refused) {
+  for (const char* const sSql :
+       {"COMMIT", "/* a /* b */ */ begin", "-- x\n ; Rollback", "SET search_path = s",
+        "COPY s.t FROM STDIN", "copy s.t to program 'touch /tmp/x'", "DISCARD ALL", "LISTEN a",
+        "PREPARE p AS SELECT 1", "SAVEPOINT x", "LOAD 'x'", "UNLISTEN *"}) {
+    EXPECT_EQ(FailureOfText(sSql).lNumber, failure::kNotSupported) << sSql;
+  }
+  EXPECT_EQ(FailureOfText("DO 'BEGIN COMMIT; END'").lNumber, failure::kSqlError);
+  ExpectUsable();
+}
+
+TEST_F(PostgresSessionTest, a_refused_right_is_named) {
+  Do("DROP ROLE IF EXISTS guest");
+  Do("CREATE ROLE guest LOGIN");
+  Do("GRANT USAGE ON SCHEMA s TO guest");
+  const auto guest = Open(tests::PostgresCluster::Get().Address(), "guest");
+  const auto failed = FailureOf([&] { guest->Run({"SELECT * FROM s.t", {}, {}}, {}); });
+  EXPECT_EQ(failed.lNumber, failure::kNoRights);
+  EXPECT_THAT(failed.sSentence, HasSubstr("permission denied for table t"));
+  EXPECT_EQ(guest->Schema({"s", {}}, {}, {}).size(), 1U);
+  Do("DROP OWNED BY guest");
+  Do("DROP ROLE guest");
+}
+
+TEST_F(PostgresSessionTest, a_stop_ends_a_statement_and_changes_nothing) {
+  std::thread stops([&] { m_stop.request_stop(); });
+  Statement statement{"INSERT INTO s.t SELECT 1 FROM pg_sleep(600)", {}, {}};
+  const auto failed = FailureOf([&] { m_session->Run(statement, m_stop.get_token()); });
+  stops.join();
+  EXPECT_EQ(failed.lNumber, failure::kCancelled);
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{0}));
+  ExpectUsable();
+}
+
+TEST_F(PostgresSessionTest, a_stop_up_to_the_commit_changes_nothing) {
+  Statement statement{"INSERT INTO s.t VALUES (1)", {}, {}};
+  statement.mayCommit = [] { return false; };
+  EXPECT_EQ(FailureOf([&] { m_session->Run(statement, {}); }).lNumber, failure::kCancelled);
+  statement.mayCommit = [&] {
+    m_stop.request_stop();
+    return true;
+  };
+  // That one comes too late.
+  EXPECT_EQ(m_session->Run(statement, m_stop.get_token()).lRecordsAffected, 1);
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{1}));
+}
+
+TEST_F(PostgresSessionTest, a_receiver_that_fails_ends_the_statement) {
+  m_rows->onTake = [] { throw platform::Failure(failure::kStorage, "full"); };
+  const auto failed = FailureOf([&] { RunInto(m_rows, "SELECT generate_series(1, 1000000000)"); });
+  EXPECT_EQ(failed.sSentence, "full");
+  ExpectUsable();
+}
+
+TEST_F(PostgresSessionTest, a_block_that_is_too_large_is_a_sentence) {
+  Statement statement{"SELECT repeat('x', 30000000)", {}, {}};
+  statement.maxBytes = 10'000'000;
+  EXPECT_EQ(FailureOf([&] { m_session->Run(statement, {}); }).lNumber, failure::kStorage);
+  ExpectUsable();
+}
+
+TEST_F(PostgresSessionTest, a_transaction_is_stored_whole_or_not_at_all) {
+  m_session->InTransaction(
+      {},
+      [&] {
+        Do("INSERT INTO s.t VALUES (1)");
+        Statement reads{"SELECT count(*) FROM s.t", {}, {}};
+        reads.bReadOnly = true;
+        EXPECT_EQ(m_session->Run(reads, {}).recordset->ValueAt(0, 0), Value(std::int64_t{1}));
+        Statement changes{"DELETE FROM s.t", {}, {}};
+        changes.bReadOnly = true;
+        EXPECT_EQ(FailureOf([&] { m_session->Run(changes, {}); }).lNumber, failure::kWouldChange);
+        Do("INSERT INTO s.t VALUES (2)");
+      },
+      {});
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{2}));
+
+  const auto failed = FailureOf([&] {
+    m_session->InTransaction({},
+                             [&] {
+                               Do("INSERT INTO s.t VALUES (3)");
+                               // Whoever swallows a failure does not make the rest good.
+                               FailureOf([&] { Do("INSERT INTO s.t VALUES (1)"); });
+                             },
+                             {});
+  });
+  EXPECT_EQ(failed.lNumber, failure::kSqlError);
+  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{2}));
+  ExpectUsable();
+}
+
+TEST_F(PostgresSessionTest, closed_says_so) {
+  m_session->Close();
+  m_session->Close();
+  EXPECT_EQ(FailureOfText("SELECT 1").lNumber, failure::kObjectClosed);
+  m_session = Open();
+}
+
+}  // namespace
+}  // namespace orvane::provider::engines
