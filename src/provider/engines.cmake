@@ -5,6 +5,8 @@ list(APPEND PROVIDER_SOURCES
   engines/embedded/embedded_engine.cpp
   engines/embedded/embedded_session.cpp
   engines/postgres/postgres_address.cpp
+  engines/postgres/postgres_catalogs.cpp
+  engines/postgres/postgres_engine.cpp
   engines/postgres/postgres_errors.cpp
   engines/postgres/postgres_fetch.cpp
   engines/postgres/postgres_link.cpp

@@ -49,8 +49,7 @@ TEST(PostgresAddressTest, with_a_password_is_refused_without_repeating_it) {
         "postgresql://anna:%68ush@h/d", "postgresql://h/d?sslpassword=hush"}) {
     const Text sSentence = Refusal(sDataSource);
     EXPECT_EQ(sSentence,
-              "The data source holds a password: leave it out and type the password in the logon "
-              "dialog.");
+              "The server's text holds a password; leave it out and enter it in the logon dialog.");
   }
 }
 
@@ -72,6 +71,26 @@ TEST(PostgresAddressTest, that_cannot_be_read_is_refused_in_one_sentence) {
     EXPECT_THAT(sSentence, HasSubstr("write postgresql://HOST:PORT/DATABASE or service=NAME."));
     EXPECT_THAT(sSentence, Not(HasSubstr("\n")));
   }
+}
+
+TEST(PostgresAddressTest, of_another_machine_wants_encryption_unless_it_says_otherwise) {
+  const auto modeOf = [](const Text& sDataSource) {
+    auto address = ReadPostgresAddress(sDataSource);
+    RequireEncryption(address);
+    return address.Setting("sslmode");
+  };
+  for (const char* const sFar :
+       {"postgresql://plant.example/d", "postgresql://10.0.0.7/d", "postgresql://localhost,far/d",
+        "postgresql://127.evil.example/d", "postgresql://h/d?hostaddr=10.0.0.7",
+        "postgresql://localhost/d?hostaddr=10.0.0.7"}) {
+    EXPECT_EQ(modeOf(sFar), "require") << sFar;
+  }
+  for (const char* const sNear :
+       {"postgresql:///d", "postgresql://localhost/d", "postgresql://127.0.0.1/d",
+        "postgresql://[::1]/d", "postgresql:///d?host=/run/postgresql", "service=plant"}) {
+    EXPECT_EQ(modeOf(sNear), "") << sNear;
+  }
+  EXPECT_EQ(modeOf("postgresql://far/d?sslmode=disable"), "disable");
 }
 
 }  // namespace

@@ -213,36 +213,6 @@ TEST_F(PostgresSessionTest, a_block_that_is_too_large_is_a_sentence) {
   ExpectUsable();
 }
 
-TEST_F(PostgresSessionTest, a_transaction_is_stored_whole_or_not_at_all) {
-  m_session->InTransaction(
-      {},
-      [&] {
-        Do("INSERT INTO s.t VALUES (1)");
-        Statement reads{"SELECT count(*) FROM s.t", {}, {}};
-        reads.bReadOnly = true;
-        EXPECT_EQ(m_session->Run(reads, {}).recordset->ValueAt(0, 0), Value(std::int64_t{1}));
-        Statement changes{"DELETE FROM s.t", {}, {}};
-        changes.bReadOnly = true;
-        EXPECT_EQ(FailureOf([&] { m_session->Run(changes, {}); }).lNumber, failure::kWouldChange);
-        Do("INSERT INTO s.t VALUES (2)");
-      },
-      {});
-  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{2}));
-
-  const auto failed = FailureOf([&] {
-    m_session->InTransaction({},
-                             [&] {
-                               Do("INSERT INTO s.t VALUES (3)");
-                               // Whoever swallows a failure does not make the rest good.
-                               FailureOf([&] { Do("INSERT INTO s.t VALUES (1)"); });
-                             },
-                             {});
-  });
-  EXPECT_EQ(failed.lNumber, failure::kSqlError);
-  EXPECT_EQ(Stored("SELECT count(*) FROM s.t"), Value(std::int64_t{2}));
-  ExpectUsable();
-}
-
 TEST_F(PostgresSessionTest, closed_says_so) {
   m_session->Close();
   m_session->Close();

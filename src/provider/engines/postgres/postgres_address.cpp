@@ -8,7 +8,7 @@
 
 #include "platform/failure.h"
 #include "platform/one_line.h"
-#include "platform/stored_secret.h"
+#include "provider/engines/data_source.h"
 #include "provider/engines/postgres/postgres_handle.h"
 
 namespace orvane::provider::engines {
@@ -52,14 +52,6 @@ constexpr std::array<std::string_view, 29> kTaken = {
     "tcp_user_timeout",
     "user",
 };
-
-void RequireNoSecret(const Text& sDataSource) {
-  if (!platform::HoldsSecret(sDataSource)) return;
-  throw Failure(failure::kInvalidArgument,
-                "The data source holds a password: leave it out and type the password in the logon "
-                "dialog.",
-                "PostgreSQL");
-}
 
 void RequireTaken(std::string_view sKeyword, std::string_view sValue) {
   const bool bTaken = std::ranges::binary_search(kTaken, sKeyword);
@@ -106,13 +98,33 @@ Text PostgresAddress::Shown() const {
   return "this machine";
 }
 
+void RequireEncryption(PostgresAddress& address) {
+  if (!address.Setting("sslmode").empty() || !address.Setting("service").empty()) return;
+  Text sHosts = address.Setting("hostaddr");
+  if (sHosts.empty()) sHosts = address.Setting("host");
+  for (std::size_t nBegin = 0; nBegin < sHosts.size();) {
+    const std::size_t nEnd = std::min(sHosts.find(',', nBegin), sHosts.size());
+    const std::string_view sHost = std::string_view(sHosts).substr(nBegin, nEnd - nBegin);
+    // An empty host is the socket of this machine, and so is a path.
+    const bool bHere = sHost.empty() || sHost.front() == '/' || sHost.front() == '@' ||
+                       sHost == "localhost" || sHost == "::1" ||
+                       (sHost.starts_with("127.") &&
+                        sHost.find_first_not_of("0123456789.") == std::string_view::npos);
+    if (!bHere) {
+      address.settings.emplace_back("sslmode", "require");
+      return;
+    }
+    nBegin = nEnd + 1;
+  }
+}
+
 bool IsPostgresAddress(std::string_view sDataSource) {
   return sDataSource.starts_with("postgresql://") || sDataSource.starts_with("postgres://") ||
          sDataSource.starts_with("service=");
 }
 
 PostgresAddress ReadPostgresAddress(const Text& sDataSource) {
-  RequireNoSecret(sDataSource);
+  RefusePassword(sDataSource);
   if (sDataSource.find('\0') != Text::npos) {
     throw Failure(failure::kInvalidArgument,
                   "The data source holds a character that no address has: write "
@@ -124,7 +136,7 @@ PostgresAddress ReadPostgresAddress(const Text& sDataSource) {
   for (const PQconninfoOption* option = options.get(); option->keyword != nullptr; ++option) {
     if (option->val == nullptr) continue;
     const std::string_view sKeyword = option->keyword;
-    if (sKeyword == "password" || sKeyword == "sslpassword") RequireNoSecret("password=x");
+    if (sKeyword == "password" || sKeyword == "sslpassword") RefusePassword("password=x");
     RequireTaken(sKeyword, option->val);
     if (sKeyword == "user") {
       address.sUser = option->val;

@@ -31,4 +31,8 @@ bool IsPostgresAddress(std::string_view sDataSource);
 /// that do more than name a server and the way to it.
 PostgresAddress ReadPostgresAddress(const platform::Text& sDataSource);
 
+/// Has a server on another machine encrypt what is sent, where the address says nothing of that.
+/// What a service says is up to who wrote the service file.
+void RequireEncryption(PostgresAddress& address);
+
 }  // namespace orvane::provider::engines

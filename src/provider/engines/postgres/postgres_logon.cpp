@@ -110,6 +110,14 @@ PostgresHandle LogOn(const PostgresAddress& address, const Text& sUser, Text sPa
                               address.Shown(), sWords),
                   "PostgreSQL");
   }
+  if (sWords.find("does not support SSL") != Text::npos) {
+    throw Failure(failure::kNoRights,
+                  fmt::format("The server at {} does not encrypt what is sent, so nothing was sent "
+                              "to it: add \"?sslmode=disable\" to its address if nobody can listen "
+                              "on the way.",
+                              address.Shown()),
+                  "PostgreSQL");
+  }
   throw Failure(failure::kServerNotFound,
                 fmt::format("There is no connection to the server at {} ({}): check its name, and "
                             "whether it runs.",

@@ -18,8 +18,10 @@
 namespace orvane::provider::engines {
 
 using platform::Failure;
+using platform::RecordsetPtr;
 using platform::RowIndex;
 using platform::Text;
+using platform::Value;
 namespace failure = platform::failure;
 
 namespace {
@@ -137,18 +139,6 @@ EngineResult PostgresSession::Run(const EngineStatement& statement, std::stop_to
 std::optional<EngineResult> PostgresSession::Try(const Call& call, bool bReads) {
   EngineResult result;
   bool bWouldChange = false;
-  if (m_bInTransaction) {
-    if (!call.statement.bReadOnly) {
-      RunIn(call, false, result, bWouldChange);
-      return result;
-    }
-    // A part of the transaction that may only read, and of which nothing stays.
-    m_link->Command("SAVEPOINT reading; SET LOCAL transaction_read_only = on", call.stop);
-    RunIn(call, true, result, bWouldChange);
-    m_link->Command("ROLLBACK TO SAVEPOINT reading; RELEASE SAVEPOINT reading", {});
-    if (bWouldChange) return std::nullopt;
-    return result;
-  }
   m_link->Command(bReads ? "BEGIN READ ONLY" : "BEGIN READ WRITE", call.stop);
   try {
     RunIn(call, bReads, result, bWouldChange);
@@ -212,7 +202,7 @@ RowIndex PostgresSession::RunBatch(const Call& call) {
   const EngineStatement& statement = call.statement;
   call.rows.Begin({}, false);
   RowIndex all = 0;
-  std::vector<platform::Value> values;
+  std::vector<Value> values;
   std::vector<Oid> prepared;
   while (statement.batch(values)) {
     call.RequireNoStop();
@@ -283,38 +273,20 @@ void PostgresSession::Fail(const Call& call, const PGresult* error) {
                 "PostgreSQL", 0, call.statement.sSql);
 }
 
+RecordsetPtr PostgresSession::Ask(const Text& sSql, std::vector<Value> vtParameters,
+                                  const std::stop_token& stop) {
+  EngineStatement statement{sSql, std::move(vtParameters), {}};
+  statement.bReadOnly = true;
+  return Run(statement, stop).recordset;
+}
+
 std::vector<TableSchema> PostgresSession::Schema(const Catalog& catalog,
                                                  const SchemaRequest& request,
                                                  std::stop_token stop) {
   return ReadPostgresSchema(catalog.sName, request,
-                            [&](const Text& sSql, std::vector<platform::Value> vtParameters) {
-                              EngineStatement statement{sSql, std::move(vtParameters), {}};
-                              statement.bReadOnly = true;
-                              return Run(statement, stop).recordset;
+                            [&](const Text& sSql, std::vector<Value> vtParameters) {
+                              return Ask(sSql, std::move(vtParameters), stop);
                             });
-}
-
-void PostgresSession::InTransaction(std::span<const Catalog> /*catalogs*/,
-                                    const std::function<void()>& work, std::stop_token stop) {
-  RequireOpen();
-  m_link->Command("BEGIN READ WRITE", stop);
-  m_bInTransaction = true;
-  try {
-    work();
-    // After a statement that failed the server would roll back and call that a success.
-    if (m_link->Transaction() != PQTRANS_INTRANS) {
-      throw Failure(failure::kSqlError,
-                    "A statement of the transaction failed, so nothing of it was stored: begin "
-                    "again.",
-                    "PostgreSQL");
-    }
-    m_link->Command("COMMIT", {});
-  } catch (...) {
-    m_bInTransaction = false;
-    m_link->Rollback();
-    throw;
-  }
-  m_bInTransaction = false;
 }
 
 void PostgresSession::RequireOpen() const {

@@ -17,29 +17,42 @@ class PostgresSession final : public EngineSession {
   explicit PostgresSession(std::unique_ptr<PostgresLink> link);
   ~PostgresSession() override = default;
 
+  Abilities Can() const override { return {}; }
+  std::span<const TypeSchema> Types() const override;
+  /// The schemas of the database; those of the server itself are its own.
+  std::vector<Catalog> Catalogs(std::stop_token stop) override;
+  /// A schema with the tables of a catalog. Where it lies and how large it may be is for the
+  /// server's administrator: a path or a size is refused.
+  void CreateCatalog(const NewCatalog& catalog, std::stop_token stop) override;
+  /// Fails with kBusy too when something outside of the schema stands on its tables.
+  void DropCatalog(const platform::Text& sName, std::stop_token stop) override;
+
   /// Fails as the engine's promise says, with kObjectClosed when the link is lost. When it is lost
   /// while a change is made for good, the sentence says that nobody knows whether it was.
   EngineResult Run(const EngineStatement& statement, std::stop_token stop) override;
   std::vector<TableSchema> Schema(const Catalog& catalog, const SchemaRequest& request,
                                   std::stop_token stop) override;
-  void InTransaction(std::span<const Catalog> catalogs, const std::function<void()>& work,
-                     std::stop_token stop) override;
   void Close() override { m_link.reset(); }
 
  private:
   struct Call;
 
   void RequireOpen() const;
-  // Runs it in a transaction of its own, or in the one that is open; nothing when it would change
-  // something, must not be read only, and gave no rows yet.
+  // Runs it in a transaction; nothing when it was to read, would change something, and gave no rows
+  // yet.
   std::optional<EngineResult> Try(const Call& call, bool bReads);
   void RunIn(const Call& call, bool bReads, EngineResult& result, bool& bWouldChange);
   platform::RowIndex RunBatch(const Call& call);
   void Commit(const Call& call, bool bReads);
   [[noreturn]] void Fail(const Call& call, const PGresult* error);
 
+  // Reads with a statement of this program's own.
+  platform::RecordsetPtr Ask(const platform::Text& sSql, std::vector<platform::Value> vtParameters,
+                             const std::stop_token& stop);
+  // Does statements of this program's own, all of them or none.
+  void Do(const platform::Text& sStatements, const std::stop_token& stop);
+
   std::unique_ptr<PostgresLink> m_link;
-  bool m_bInTransaction = false;
 };
 
 }  // namespace orvane::provider::engines

@@ -4,6 +4,31 @@ namespace orvane::provider::engines {
 
 using platform::DataType;
 
+namespace {
+
+constexpr TypeSchema kTypes[] = {
+    {"integer", DataType::Integer, 10, nullptr, nullptr, nullptr, true},
+    {"smallint", DataType::Integer, 5, nullptr, nullptr, nullptr, false},
+    {"double precision", DataType::Double, 15, nullptr, nullptr, nullptr, true},
+    {"real", DataType::Double, 6, nullptr, nullptr, nullptr, false},
+    {"boolean", DataType::Boolean, 1, nullptr, nullptr, nullptr, true},
+    {"bigint", DataType::BigInt, 19, nullptr, nullptr, nullptr, true},
+    {"uuid", DataType::Guid, 38, "'", "'", nullptr, true},
+    {"bytea", DataType::Binary, 1'000'000'000, "'\\x", "'", nullptr, true},
+    {"text", DataType::WChar, 1'000'000'000, "'", "'", nullptr, true},
+    {"varchar", DataType::WChar, 10'485'760, "'", "'", "length", false},
+    {"numeric", DataType::Numeric, 1'000, nullptr, nullptr, "precision,scale", true},
+    {"date", DataType::DBDate, 10, "'", "'", nullptr, true},
+    {"time", DataType::DBTime, 15, "'", "'", nullptr, true},
+    {"timestamptz", DataType::DBTimeStamp, 26, "'", "'", nullptr, true},
+};
+
+}  // namespace
+
+std::span<const TypeSchema> PostgresTypes() {
+  return kTypes;
+}
+
 DataType TypeOfOid(Oid type) {
   switch (static_cast<PostgresType>(type)) {
     case PostgresType::Bool:

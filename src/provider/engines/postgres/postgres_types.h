@@ -4,7 +4,9 @@
 
 #include <libpq-fe.h>
 
-#include "platform/ado/recordset.h"
+#include <span>
+
+#include "provider/engines/engine.h"
 
 namespace orvane::provider::engines {
 
@@ -40,5 +42,8 @@ platform::DataType TypeOfOid(Oid type);
 
 /// True when a value of the type is read in the server's binary form.
 bool IsReadInBinary(Oid type);
+
+/// The types that columns can be declared with.
+std::span<const TypeSchema> PostgresTypes();
 
 }  // namespace orvane::provider::engines

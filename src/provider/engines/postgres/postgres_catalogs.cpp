@@ -1,0 +1,164 @@
+// The catalogs of a PostgreSQL session: listed, made and dropped.
+#include <algorithm>
+
+#include "platform/case_folding.h"
+#include "platform/conversions.h"
+#include "platform/quoting.h"
+#include "provider/engines/postgres/postgres_errors.h"
+#include "provider/engines/postgres/postgres_session.h"
+#include "provider/engines/postgres/postgres_types.h"
+#include "provider/engines/same_catalog.h"
+
+namespace orvane::provider::engines {
+
+using platform::Failure;
+using platform::Text;
+using platform::Value;
+namespace failure = platform::failure;
+
+namespace {
+
+// The server keeps so many bytes of a name and would cut a longer one.
+constexpr std::size_t kMostOfAName = 63;
+
+// The tables of a new catalog. Names are in small letters, as the server makes them of names
+// without quotes; so the statements of users need none.
+constexpr const char* kNewTables = R"(
+CREATE TABLE @.tags (
+  tag text PRIMARY KEY,
+  description text,
+  unit text,
+  type text NOT NULL DEFAULT 'number' CHECK (type IN ('number', 'text')));
+CREATE TABLE @.data (
+  tag text NOT NULL,
+  timestamp timestamptz NOT NULL,
+  value double precision,
+  status text NOT NULL DEFAULT 'Good',
+  PRIMARY KEY (tag, timestamp));
+CREATE INDEX data_by_time ON @.data (timestamp);
+CREATE TABLE @.data2 (
+  tag text NOT NULL,
+  timestamp timestamptz NOT NULL,
+  value text,
+  status text NOT NULL DEFAULT 'Good',
+  PRIMARY KEY (tag, timestamp));
+CREATE INDEX data2_by_time ON @.data2 (timestamp);)";
+
+constexpr const char* kCatalogs =
+    "SELECT n.nspname, obj_description(n.oid, 'pg_namespace'), n.nspname IN ('pg_catalog', "
+    "'information_schema') FROM pg_namespace n WHERE n.nspname NOT LIKE 'pg\\_toast%' AND "
+    "n.nspname "
+    "NOT LIKE 'pg\\_temp%'";
+
+// What stands on a schema's tables from outside: views, and keys of other tables.
+constexpr const char* kStandingOnIt =
+    "SELECT v.oid::regclass::text FROM pg_depend d JOIN pg_rewrite r ON d.classid = "
+    "'pg_rewrite'::regclass AND r.oid = d.objid JOIN pg_class v ON v.oid = r.ev_class JOIN "
+    "pg_class "
+    "t ON d.refclassid = 'pg_class'::regclass AND t.oid = d.refobjid JOIN pg_namespace n ON n.oid "
+    "= "
+    "t.relnamespace WHERE n.nspname = ? AND v.relnamespace <> n.oid UNION SELECT "
+    "k.conrelid::regclass::text FROM pg_constraint k JOIN pg_class t ON t.oid = k.confrelid JOIN "
+    "pg_class f ON f.oid = k.conrelid JOIN pg_namespace n ON n.oid = t.relnamespace WHERE "
+    "n.nspname "
+    "= ? AND f.relnamespace <> n.oid ORDER BY 1 LIMIT 1";
+
+[[noreturn]] void Refuse(platform::Long lNumber, Text sSentence) {
+  throw Failure(lNumber, std::move(sSentence), "PostgreSQL");
+}
+
+void CheckName(const Text& sName) {
+  if (sName.empty() || sName.find('\0') != Text::npos) {
+    Refuse(failure::kInvalidArgument, "A catalog needs a name; enter one.");
+  }
+  if (sName.size() > kMostOfAName) {
+    Refuse(failure::kInvalidArgument, "The name " + platform::InQuotes(sName) +
+                                          " is longer than the 63 bytes that the server keeps; "
+                                          "enter a shorter one.");
+  }
+}
+
+}  // namespace
+
+std::vector<Catalog> PostgresSession::Catalogs(std::stop_token stop) {
+  RequireOpen();
+  const auto rs = Ask(kCatalogs, {}, stop);
+  std::vector<Catalog> catalogs;
+  for (platform::RowIndex row = 0; row < rs->RecordCount(); ++row) {
+    Catalog& catalog = catalogs.emplace_back();
+    catalog.sName = platform::ToText(rs->ValueAt(row, 0));
+    catalog.sDescription = platform::ToText(rs->ValueAt(row, 1));
+    catalog.bSystem = platform::ToBoolean(rs->ValueAt(row, 2));
+  }
+  std::ranges::sort(catalogs, {}, [](const Catalog& catalog) {
+    return std::pair(platform::FoldCase(catalog.sName), catalog.sName);
+  });
+  return catalogs;
+}
+
+void PostgresSession::Do(const Text& sStatements, const std::stop_token& stop) {
+  try {
+    m_link->Command(("BEGIN READ WRITE; SET LOCAL lock_timeout = '5s'; " + sStatements).c_str(),
+                    stop);
+    m_link->Command("COMMIT", {});
+  } catch (const Failure&) {
+    m_link->Rollback();
+    throw;
+  }
+}
+
+void PostgresSession::CreateCatalog(const NewCatalog& catalog, std::stop_token stop) {
+  RequireOpen();
+  CheckName(catalog.sName);
+  if (!catalog.sPath.empty()) {
+    Refuse(failure::kNotSupported,
+           "The server keeps its catalogs where its administrator chose; leave the path out.");
+  }
+  if (catalog.llKilobytes != 0) {
+    Refuse(failure::kNotSupported, "The server limits no catalog's size; leave the size out.");
+  }
+  for (const Catalog& known : Catalogs(stop)) {
+    if (IsSameCatalog(known.sName, catalog.sName)) {
+      Refuse(failure::kKeyExists, "There is a catalog " + platform::InQuotes(known.sName) +
+                                      " already; choose another name.");
+    }
+  }
+  const Text sSchema = platform::QuotedName(catalog.sName);
+  Text sStatements = "CREATE SCHEMA " + sSchema + ';';
+  for (const char character : std::string_view(kNewTables)) {
+    if (character == '@') {
+      sStatements += sSchema;
+    } else {
+      sStatements += character;
+    }
+  }
+  Do(sStatements, stop);
+}
+
+void PostgresSession::DropCatalog(const Text& sName, std::stop_token stop) {
+  RequireOpen();
+  const auto catalogs = Catalogs(stop);
+  const auto found = std::ranges::find(catalogs, sName, &Catalog::sName);
+  if (found == catalogs.end()) {
+    Refuse(failure::kInvalidArgument, "There is no catalog " + platform::InQuotes(sName) +
+                                          " to drop; reload the list of catalogs.");
+  }
+  if (found->bSystem) {
+    Refuse(failure::kInvalidArgument,
+           "The catalog " + sName +
+               " belongs to the server itself and cannot be dropped; choose another one.");
+  }
+  if (const auto rs = Ask(kStandingOnIt, {Value(sName), Value(sName)}, stop);
+      rs->RecordCount() != 0) {
+    Refuse(failure::kBusy, "The catalog " + platform::InQuotes(sName) + " is used by " +
+                               platform::ToText(rs->ValueAt(0, 0)) +
+                               ", which is in another one; drop that first.");
+  }
+  Do("DROP SCHEMA " + platform::QuotedName(sName) + " CASCADE", stop);
+}
+
+std::span<const TypeSchema> PostgresSession::Types() const {
+  return PostgresTypes();
+}
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,65 @@
+#include "provider/engines/postgres/postgres_engine.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+
+#include "platform/utf8.h"
+#include "provider/engines/postgres/postgres_address.h"
+#include "provider/engines/postgres/postgres_link.h"
+#include "provider/engines/postgres/postgres_session.h"
+
+namespace orvane::provider::engines {
+
+using platform::Text;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::uintmax_t kMostOfAServiceFile = 1 << 20;
+
+fs::path ServiceFile() {
+  if (const char* const sFile = std::getenv("PGSERVICEFILE")) return sFile;
+  const char* const sHome = std::getenv("HOME");
+  return sHome == nullptr ? fs::path() : fs::path(sHome) / ".pg_service.conf";
+}
+
+}  // namespace
+
+platform::Boolean PostgresEngine::Serves(const Text& sDataSource) const {
+  return IsPostgresAddress(sDataSource);
+}
+
+std::vector<Text> PostgresEngine::KnownServers() const {
+  const fs::path file = ServiceFile();
+  std::error_code error;
+  // A pipe or a device would be waited for.
+  if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > kMostOfAServiceFile) {
+    return {};
+  }
+  std::vector<Text> servers;
+  std::ifstream lines(file);
+  for (Text sLine; std::getline(lines, sLine);) {
+    const auto nEnd = sLine.find(']');
+    if (!sLine.starts_with('[') || nEnd == Text::npos || !platform::IsUtf8(sLine)) continue;
+    const Text sName = sLine.substr(1, nEnd - 1);
+    const bool bPlain = !sName.empty() && std::ranges::none_of(sName, [](char character) {
+      return character == ' ' || character == '\'' || character == '\\' ||
+             static_cast<unsigned char>(character) < 0x20;
+    });
+    if (bPlain) servers.push_back("service=" + sName);
+  }
+  return servers;
+}
+
+std::unique_ptr<EngineSession> PostgresEngine::Open(const Logon& logon, const Text& sPassword,
+                                                    std::stop_token stop) {
+  auto address = ReadPostgresAddress(logon.sDataSource);
+  RequireEncryption(address);
+  return std::make_unique<PostgresSession>(
+      std::make_unique<PostgresLink>(address, logon.sUser, sPassword, stop));
+}
+
+}  // namespace orvane::provider::engines

@@ -1,0 +1,102 @@
+#include "tests/provider/engines/postgres_fixture.h"
+
+namespace orvane::provider::engines {
+namespace {
+
+using platform::Text;
+using platform::Value;
+using testing::HasSubstr;
+using tests::FailureOf;
+namespace failure = platform::failure;
+
+class PostgresCatalogsTest : public tests::PostgresTest {
+ protected:
+  ~PostgresCatalogsTest() override {
+    Do("DROP SCHEMA IF EXISTS plant CASCADE");
+    Do("DROP SCHEMA IF EXISTS \"other \"\" one\" CASCADE");
+  }
+  tests::Told Creating(const NewCatalog& catalog) {
+    return FailureOf([&] { m_session->CreateCatalog(catalog, {}); });
+  }
+  tests::Told Dropping(const Text& sName) {
+    return FailureOf([&] { m_session->DropCatalog(sName, {}); });
+  }
+  bool IsThere(const Text& sName) {
+    for (const Catalog& catalog : m_other->Catalogs({})) {
+      if (catalog.sName == sName) return true;
+    }
+    return false;
+  }
+};
+
+TEST_F(PostgresCatalogsTest, are_the_schemas_with_the_servers_own_marked) {
+  Do("COMMENT ON SCHEMA s IS 'what it is for'");
+  std::vector<Text> names;
+  for (const Catalog& catalog : m_session->Catalogs({})) {
+    names.push_back(catalog.sName + (catalog.bSystem ? " (own)" : "") +
+                    (catalog.sDescription == "what it is for" ? " described" : ""));
+  }
+  EXPECT_THAT(names, testing::ElementsAre("information_schema (own)", "pg_catalog (own)", "public",
+                                          "s described"));
+}
+
+TEST_F(PostgresCatalogsTest, are_made_with_their_first_tables) {
+  EXPECT_EQ(Creating({"plant", {}}), tests::Told());
+  EXPECT_TRUE(IsThere("plant"));
+  EXPECT_EQ(Do("INSERT INTO plant.data VALUES ('T1', now(), 1.5)").lRecordsAffected, 1);
+  const auto tables = m_session->Schema({"plant", {}}, {{}, true, true}, {});
+  ASSERT_EQ(tables.size(), 3U);
+  EXPECT_EQ(tables[0].sName, "data");
+  EXPECT_EQ(tables[1].sName, "data2");
+  EXPECT_EQ(tables[2].sName, "tags");
+  EXPECT_EQ(tables[0].indexes.size(), 2U);
+}
+
+TEST_F(PostgresCatalogsTest, have_any_name_that_the_server_keeps) {
+  EXPECT_EQ(Creating({"other \" one", {}}), tests::Told());
+  EXPECT_TRUE(IsThere("other \" one"));
+  EXPECT_EQ(Dropping("other \" one"), tests::Told());
+  EXPECT_FALSE(IsThere("other \" one"));
+  EXPECT_EQ(Creating({"", {}}).sSentence, "A catalog needs a name; enter one.");
+  EXPECT_THAT(Creating({Text(64, 'x'), {}}).sSentence, HasSubstr("is longer than the 63 bytes"));
+  EXPECT_EQ(
+      Creating({"S", {}}),
+      (tests::Told{failure::kKeyExists, "There is a catalog \"s\" already; choose another name."}));
+  EXPECT_THAT(Creating({"pg_mine", {}}).sSentence, HasSubstr("unacceptable schema name"));
+}
+
+TEST_F(PostgresCatalogsTest, lie_where_the_servers_administrator_chose) {
+  EXPECT_EQ(Creating({"plant", "/tmp"}),
+            (tests::Told{failure::kNotSupported,
+                         "The server keeps its catalogs where its administrator chose; leave the "
+                         "path out."}));
+  EXPECT_EQ(Creating({"plant", {}, 1024}),
+            (tests::Told{failure::kNotSupported,
+                         "The server limits no catalog's size; leave the size out."}));
+  EXPECT_FALSE(IsThere("plant"));
+}
+
+TEST_F(PostgresCatalogsTest, are_dropped_with_all_that_is_in_them_and_nothing_else) {
+  Do("CREATE TABLE s.t(a int PRIMARY KEY)");
+  Do("CREATE VIEW s.v AS SELECT * FROM s.t");
+  EXPECT_EQ(Creating({"plant", {}}), tests::Told());
+  Do("CREATE VIEW plant.w AS SELECT * FROM s.t");
+  EXPECT_EQ(Dropping("s"),
+            (tests::Told{failure::kBusy,
+                         "The catalog \"s\" is used by plant.w, which is in another one; drop that "
+                         "first."}));
+  Do("DROP VIEW plant.w");
+  Do("CREATE TABLE plant.k(a int REFERENCES s.t)");
+  EXPECT_THAT(Dropping("s").sSentence, HasSubstr("is used by plant.k"));
+  EXPECT_TRUE(IsThere("s"));
+  Do("DROP TABLE plant.k");
+  EXPECT_EQ(Dropping("s"), tests::Told());
+  EXPECT_FALSE(IsThere("s"));
+  EXPECT_EQ(Dropping("nowhere").lNumber, failure::kInvalidArgument);
+  EXPECT_EQ(Dropping("pg_catalog").sSentence,
+            "The catalog pg_catalog belongs to the server itself and cannot be dropped; choose "
+            "another one.");
+}
+
+}  // namespace
+}  // namespace orvane::provider::engines
