@@ -17,7 +17,7 @@ class PostgresSession final : public EngineSession {
   explicit PostgresSession(std::unique_ptr<PostgresLink> link);
   ~PostgresSession() override = default;
 
-  Abilities Can() const override { return {}; }
+  Abilities Can() const override;
   std::span<const TypeSchema> Types() const override;
   /// The schemas of the database; those of the server itself are its own.
   std::vector<Catalog> Catalogs(std::stop_token stop) override;
