@@ -1,6 +1,7 @@
 # orvane_test(NAME [QT | QTCORE] [WHOLE] [MAIN file] LINK targets... SOURCES files...
-# [RESOURCES locks...] [TIMEOUT seconds]): the test program NAME_tests, its cases found when the tests run. With QT there
-# is a QApplication around them, and windows are drawn offscreen, unless MAIN sees to both itself.
+# [RESOURCES locks...] [TIMEOUT seconds]): the test program NAME_tests, its cases found when the
+# tests run. With QT there is a QApplication around them, and windows are drawn offscreen, unless
+# MAIN sees to both itself.
 # With QTCORE there is an event loop and nothing to see, and no library that could show anything.
 # Each main function makes folders in place of the user's, so that nothing is left in those.
 # With WHOLE its cases run in one process, because what they share takes long to make.

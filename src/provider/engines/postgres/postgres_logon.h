@@ -1,4 +1,5 @@
-// Connecting to a PostgreSQL server so that a stop is heard meanwhile. Used by PostgresLink.
+// Connecting to a PostgreSQL server so that a stop is heard meanwhile.
+// Used by PostgresLink, on the thread of its caller; the connecting has a thread of its own.
 #pragma once
 
 #include <stop_token>
