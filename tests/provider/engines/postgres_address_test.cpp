@@ -59,8 +59,7 @@ TEST(PostgresAddressTest, sets_nothing_but_the_way_to_the_server) {
             "it into the service file.");
   EXPECT_THAT(Refusal("postgresql://h/d?replication=database"), HasSubstr("\"replication\""));
   EXPECT_THAT(Refusal("postgresql://h/d?sslkey=pkcs11%3Aevil"), HasSubstr("\"sslkey\""));
-  EXPECT_EQ(ReadPostgresAddress("postgresql://h/d?sslkey=/keys/a").Setting("sslkey"),
-            "/keys/a");
+  EXPECT_EQ(ReadPostgresAddress("postgresql://h/d?sslkey=/keys/a").Setting("sslkey"), "/keys/a");
 }
 
 TEST(PostgresAddressTest, that_cannot_be_read_is_refused_in_one_sentence) {
