@@ -77,7 +77,8 @@ std::optional<EngineResult> RunPatiently(std::shared_ptr<FileSession> session,
                                          EngineStatement statement, std::stop_token stop,
                                          std::chrono::milliseconds patience) {
   const auto shared = std::make_shared<Shared>();
-  statement.mayCommit = [shared] {
+  statement.mayCommit = [shared, mayCommit = std::move(statement.mayCommit)] {
+    if (mayCommit && !mayCommit()) return false;
     const std::lock_guard lock(shared->mutex);
     if (shared->bLeft) return false;
     shared->bCommitting = true;

@@ -118,6 +118,19 @@ TEST(statement_thread, leaves_one_to_itself_and_takes_no_more_of_its_rows) {
   EXPECT_EQ(rows->Recordset()->RecordCount(), 1);
 }
 
+TEST(statement_thread, asks_whoever_else_is_to_be_asked_before_a_change) {
+  int nAsked = 0;
+  EngineStatement statement{"SELECT 1", {}, {}};
+  statement.mayCommit = [&] { return ++nAsked > 1; };
+  std::vector<bool> may;
+  const auto session = std::make_shared<ScriptedSession>(
+      [&](const EngineStatement& running, const std::stop_token&) {
+        may = {running.mayCommit(), running.mayCommit()};
+      });
+  EXPECT_TRUE(RunPatiently(session, std::move(statement), {}, 0ms).has_value());
+  EXPECT_EQ(may, (std::vector<bool>{false, true}));
+}
+
 TEST(statement_thread, waits_for_a_change_that_is_being_made_for_good) {
   std::stop_source stop;
   const auto result = RunScript(
