@@ -1,9 +1,8 @@
-// The six schema rowsets of a session on a real historian.
+// Schema rowsets of the embedded historian: what they cost, and what is read anew.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <atomic>
-#include <set>
 
 #include "provider/session.h"
 #include "tests/provider/temporary_root.h"
@@ -11,8 +10,6 @@
 namespace orvane::provider {
 namespace {
 
-using platform::DataType;
-using platform::Recordset;
 using platform::RecordsetPtr;
 using platform::SchemaNumber;
 using platform::Text;
@@ -29,13 +26,6 @@ class schema_rowsets : public testing::Test {
   void Run(const Text& sText) { m_session->Execute({sText, 0, {}}, {}); }
   RecordsetPtr Schema(SchemaNumber schema, const std::vector<Value>& vtRestrictions = {}) {
     return m_session->OpenSchema(schema, vtRestrictions, {});
-  }
-  static Text FieldNames(Recordset& rs) {
-    Text sNames;
-    for (platform::ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
-      sNames += (column == 0 ? "" : " ") + rs.FieldAt(column).Name();
-    }
-    return sNames;
   }
 
   TemporaryRoot m_root;
