@@ -6,6 +6,7 @@ orvane_test(conformance
     conformance/catalogs_test.cpp
     conformance/embedded_under_test.cpp
     conformance/ending_test.cpp
+    conformance/engine_test.cpp
     conformance/engine_under_test.cpp
     conformance/parameters_test.cpp
     conformance/report_test.cpp
