@@ -79,6 +79,7 @@ int CellDelegate::WidthFor(int nText) {
 
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
+  if (!CellOf(index).isValid()) return QStyledItemDelegate::paint(painter, option, index);
   const Cell cell = ShownAt(index);
   const bool bSelected = option.state.testFlag(QStyle::State_Selected);
   const auto group =
@@ -108,10 +109,11 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   }
 }
 
-bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* /*view*/,
+bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                              const QStyleOptionViewItem& option, const QModelIndex& index) {
   const QModelIndex at = CellOf(index);
-  if (event->type() != QEvent::ToolTip || !at.isValid()) return false;
+  if (!at.isValid()) return QStyledItemDelegate::helpEvent(event, view, option, index);
+  if (event->type() != QEvent::ToolTip) return false;
   const platform::Value vtValue = m_model.ValueAt(at.row(), at.column());
   const Cell cell = ShownAt(index);
   const int nWidth = QFontMetrics(FontOf(cell, option.font)).horizontalAdvance(cell.sText);

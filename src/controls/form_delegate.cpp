@@ -18,16 +18,4 @@ Cell FormDelegate::ShownAt(const QModelIndex& index) const {
   return cell;
 }
 
-void FormDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                         const QModelIndex& index) const {
-  if (CellOf(index).isValid()) return CellDelegate::paint(painter, option, index);
-  QStyledItemDelegate::paint(painter, option, index);
-}
-
-bool FormDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
-                             const QStyleOptionViewItem& option, const QModelIndex& index) {
-  if (CellOf(index).isValid()) return CellDelegate::helpEvent(event, view, option, index);
-  return QStyledItemDelegate::helpEvent(event, view, option, index);
-}
-
 }  // namespace orvane::controls

@@ -17,11 +17,6 @@ class FormDelegate final : public CellDelegate {
                QObject* parent)
       : CellDelegate(rows, parent), m_form(form), m_found(found) {}
 
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override;
-  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
-                 const QModelIndex& index) override;
-
  protected:
   QModelIndex CellOf(const QModelIndex& index) const override;
   Cell ShownAt(const QModelIndex& index) const override;

@@ -10,7 +10,6 @@
 namespace orvane::controls {
 
 using platform::Value;
-using platform::ValueKind;
 
 namespace {
 
