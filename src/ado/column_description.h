@@ -14,6 +14,8 @@ struct ColumnDescription {
   /// The column of a table whose values stand here as they are, by the table's name for it.
   platform::Text sOrigin = {};
   platform::TextOrder textOrder = platform::TextOrder::Bytes;
+  /// Its numbers are points in time, as days since 1899-12-30.
+  platform::Boolean bDays = false;
 };
 
 }  // namespace orvane::ado

@@ -25,6 +25,9 @@ class ColumnarRecordset::ColumnField final : public platform::Field {
 
   const Text& Name() const override { return Description().sName; }
   platform::DataType Type() const override { return m_owner.m_rows->TypeOf(m_column); }
+  platform::Boolean HoldsTimes() const override {
+    return Description().bDays || Field::HoldsTimes();
+  }
   platform::Boolean Nullable() const override { return Description().bNullable; }
   platform::TextOrder TextOrder() const override { return Description().textOrder; }
   platform::Value Value() const override {

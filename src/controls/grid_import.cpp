@@ -19,6 +19,7 @@
 #include "controls/sql_text.h"
 #include "controls/status_strip.h"
 #include "controls/tell_box.h"
+#include "controls/time_column.h"
 #include "exports/row_import.h"
 #include "platform/conversions.h"
 #include "platform/quoting.h"
@@ -35,7 +36,6 @@ using platform::Value;
 namespace {
 
 constexpr std::chrono::milliseconds kBetweenCounts(200);
-constexpr const char* kTimeAsDouble = "Time as Double";
 
 /// A file that is being read, with the number of rows that were taken from it.
 struct ImportSource {
@@ -90,14 +90,6 @@ std::vector<ImportColumn> ColumnsOfTable(platform::Connection& cn, const Text& s
          static_cast<DataType>(platform::ToLong(rs->Fields().Item("DATA_TYPE").Value()))});
   }
   return columns;
-}
-
-bool GivesTimesAsNumbers(platform::Connection& cn) {
-  try {
-    return platform::ToBoolean(cn.Properties().Item(kTimeAsDouble).Value());
-  } catch (const Failure&) {
-    return false;  // another provider
-  }
 }
 
 /// A number for a column of numbers could be a time that is shown as one.

@@ -20,7 +20,11 @@ constexpr std::chrono::milliseconds kSoon(300);
 }  // namespace
 
 GridTrend::GridTrend(QSplitter& splitter, RowView& rows, StatusStrip& status)
-    : QObject(&splitter), m_splitter(splitter), m_rows(rows), m_status(status) {
+    : QObject(&splitter),
+      m_splitter(splitter),
+      m_rows(rows),
+      m_status(status),
+      m_spanRows(rows.Model(), this) {
   m_soon.setSingleShot(true);
   m_soon.setInterval(kSoon);
   connect(&m_soon, &QTimer::timeout, this, [this] { GiveRows(); });
@@ -28,6 +32,12 @@ GridTrend::GridTrend(QSplitter& splitter, RowView& rows, StatusStrip& status)
   connect(&model, &QAbstractItemModel::modelReset, this, [this] { RowsChanged(); });
   connect(&model, &QAbstractItemModel::rowsInserted, this, [this] { RowsChanged(); });
   connect(&model, &QAbstractItemModel::dataChanged, this, [this] { RowsChanged(); });
+  connect(rows.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+    if (m_bSelecting) return;
+    m_marked.reset();
+    m_spanRows.Stop();
+    if (m_bShown) MarkSelected();
+  });
 }
 
 trend::TrendView& GridTrend::View() {
@@ -38,6 +48,10 @@ trend::TrendView& GridTrend::View() {
     m_splitter.setStretchFactor(m_splitter.indexOf(m_view), 1);
     m_view->OnRemark([this](const QString& sSentence) { m_status.Remark(sSentence); });
     m_view->AskUnits([this] { return m_askUnits ? m_askUnits() : trend::TrendView::Units(); });
+    m_view->OnMarked([this](const std::optional<trend::TrendSpan>& span) {
+      m_marked = span;
+      SelectMarked();
+    });
     auto* form = new QShortcut(QKeySequence(Qt::Key_F4), m_view);
     form->setContext(Qt::WidgetWithChildrenShortcut);
     connect(form, &QShortcut::activated, this, [this] {
@@ -70,6 +84,36 @@ void GridTrend::GiveRows() {
   if (!m_bShown || !m_bStale) return;
   m_bStale = false;
   View().ShowRows(m_rows.Model().Recordset(), m_rows.Model().Format().Zone());
+  if (m_marked) {
+    SelectMarked();
+  } else {
+    MarkSelected();
+  }
+}
+
+void GridTrend::MarkSelected() {
+  View().Mark(SelectedSpan());
+}
+
+void GridTrend::SelectMarked() {
+  m_spanRows.Stop();
+  const auto select = [this](const QItemSelection& rows) {
+    m_bSelecting = true;
+    m_rows.RowsChosen(!rows.isEmpty());
+    m_rows.selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
+    m_bSelecting = false;
+  };
+  if (!m_marked) return select({});
+  m_spanRows.Look(*m_marked, [this, select](const SpanRows::Found& found) {
+    select(found.rows);
+    if (!found.rows.isEmpty()) m_rows.scrollTo(found.rows.first().topLeft());
+    m_status.Remark(
+        found.bTooMany
+            ? QStringLiteral("The rows of the marked times lie in more than %1 pieces and are not "
+                             "selected; sort them by their time.")
+                  .arg(SpanRows::kMostPieces)
+            : QString());
+  });
 }
 
 void GridTrend::Show(bool bTrend) {
@@ -82,8 +126,9 @@ void GridTrend::Show(bool bTrend) {
   m_rows.setVisible(!bTrend);
   view.setVisible(bTrend);
   if (bTrend) {
-    const auto span = SelectedSpan();
+    const auto span = m_marked ? std::nullopt : SelectedSpan();
     GiveRows();
+    if (!m_marked) MarkSelected();
     if (span) view.ShowSpan(*span);
   }
   if (bHadKeys) (bTrend ? static_cast<QWidget*>(&view) : &m_rows)->setFocus();
@@ -104,9 +149,8 @@ std::optional<trend::TrendSpan> GridTrend::SelectedSpan() const {
     nRows += range.height();
     for (int nRow = range.top(); nRow <= range.bottom();
          nRow = nRow == range.bottom() ? nRow + 1 : std::min(nRow + nStep, range.bottom())) {
-      const platform::Value vt = model.ValueAt(nRow, *column);
-      const auto* time = vt.As<platform::Timestamp>();
-      if (time == nullptr) continue;
+      const auto time = TimeIn(model.ValueAt(nRow, *column), model.Format().Zone());
+      if (!time) continue;
       if (!span) span = {*time, *time};
       span->from = std::min(span->from, *time);
       span->to = std::max(span->to, *time);

@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <functional>
 
+#include "controls/span_rows.h"
 #include "trend/trend_view.h"
 
 class QSplitter;
@@ -45,12 +46,19 @@ class GridTrend : public QObject {
   void TellOfChange() const;
   void RowsChanged();
   void GiveRows();
+  /// Marks the times of the rows that are selected.
+  void MarkSelected();
+  /// Selects the rows of the times that were marked, or none.
+  void SelectMarked();
   std::optional<trend::TrendSpan> SelectedSpan() const;
 
   QSplitter& m_splitter;
   RowView& m_rows;
   StatusStrip& m_status;
   trend::TrendView* m_view = nullptr;
+  SpanRows m_spanRows;
+  std::optional<trend::TrendSpan> m_marked;  ///< by the user, in the trend
+  bool m_bSelecting = false;
   QTimer m_soon;
   bool m_bShown = false;
   bool m_bStale = true;  ///< the trend has not been given the rows as they are

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "controls/grid_control.h"
+#include "controls/table_time.h"
 
 namespace orvane::controls {
 
@@ -13,7 +14,7 @@ class QueryResults : public GridControl<platform::QueryResults> {
   platform::Text QueryName() const override { return m_sName; }
   void QueryName(const platform::Text& sName) override;
   platform::Text SqlText() const override { return m_sSqlText; }
-  void SqlText(const platform::Text& sSqlText) override { m_sSqlText = sSqlText; }
+  void SqlText(const platform::Text& sSqlText) override;
   platform::Long MaxRows() const override { return m_lMaxRows; }
   void MaxRows(platform::Long lMaxRows) override { m_lMaxRows = lMaxRows; }
   platform::Long QueryTimeout() const override { return m_lQueryTimeout; }
@@ -26,11 +27,15 @@ class QueryResults : public GridControl<platform::QueryResults> {
 
  private:
   NoRowsTexts TextsWithoutRows() const;
+  /// What is sent: the query's text, with the range of time that is set around it.
+  platform::Text Statement() const;
 
   platform::Text m_sName;
   platform::Text m_sSqlText;
   platform::Long m_lMaxRows = 100;
   platform::Long m_lQueryTimeout = 60;
+  TableTime m_time;
+  std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
 };
 
 }  // namespace orvane::controls

@@ -1,5 +1,7 @@
 #include "controls/sql_text.h"
 
+#include <string_view>
+
 #include "platform/quoting.h"
 
 namespace orvane::controls {
@@ -13,7 +15,44 @@ bool IsBlank(const Text& sText) {
   return sText.find_first_not_of(" \t\r\n") == Text::npos;
 }
 
+/// Behind the text, name or comment that begins at the place; behind one character of anything
+/// else.
+std::size_t Behind(const Text& sSql, std::size_t at) {
+  const auto to = [&](std::string_view sEnd) {
+    const std::size_t found = sSql.find(sEnd, at + 1);
+    return found == Text::npos ? sSql.size() : found + sEnd.size();
+  };
+  if (sSql[at] == '\'' || sSql[at] == '"') return to({&sSql[at], 1});
+  if (sSql.compare(at, 2, "--") == 0) return to("\n");
+  if (sSql.compare(at, 2, "/*") == 0) {
+    const std::size_t found = sSql.find("*/", at + 2);
+    return found == Text::npos ? sSql.size() : found + 2;
+  }
+  return at + 1;
+}
+
+/// Without a semicolon that has nothing but blanks and comments behind it.
+Text WithoutEnd(Text sSql) {
+  std::size_t semicolon = Text::npos;
+  for (std::size_t at = 0; at < sSql.size();) {
+    const bool bComment = sSql.compare(at, 2, "--") == 0 || sSql.compare(at, 2, "/*") == 0;
+    if (sSql[at] == ';') {
+      semicolon = at;
+    } else if (!bComment && !IsBlank(sSql.substr(at, 1))) {
+      semicolon = Text::npos;
+    }
+    at = Behind(sSql, at);
+  }
+  if (semicolon != Text::npos) sSql.erase(semicolon, 1);
+  return sSql;
+}
+
 }  // namespace
+
+Text ComposeWithin(const Text& sStatement, const Text& sCondition) {
+  // On lines of its own: it may end in a comment.
+  return "SELECT *\nFROM (\n" + WithoutEnd(sStatement) + "\n)\nWHERE " + sCondition;
+}
 
 Text TableInSql(const Text& sCatalog, const Text& sTable) {
   return (sCatalog.empty() ? Text() : QuotedName(sCatalog) + "..") + QuotedName(sTable);

@@ -15,6 +15,12 @@ Text FilterWithin(const Text& sFilter, const Viewing& viewing) {
   return BothConditions(sFilter, sRange);
 }
 
+Text StatementWithin(const Text& sStatement, const Viewing& viewing) {
+  if (!viewing.timeColumn || !viewing.range) return sStatement;
+  const Text sRange = ConditionOf(*viewing.range, *viewing.timeColumn);
+  return sRange.empty() ? sStatement : ComposeWithin(sStatement, sRange);
+}
+
 Text StatementOf(platform::TableQuery& query, const Viewing& viewing) {
   std::vector<Text> columns;
   for (platform::Long l = 1; l <= query.Columns().Count(); ++l) {

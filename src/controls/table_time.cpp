@@ -61,6 +61,7 @@ TableTime::TableTime(GridCore& core, Grid grid)
       m_grid(std::move(grid)),
       m_bar(new TimeBar([&core] { return core.Now(); }, &core.Window())) {
   m_core.Window().Above(m_bar);
+  m_bar->OfferKeep(!m_grid.statement);
   m_bar->hide();
   m_bar->OnRange([this](const std::optional<TimeRange>& range) { Choose(range); });
   m_bar->OnKeep([this] { KeepRange(); });
@@ -80,6 +81,7 @@ TableTime::TableTime(GridCore& core, Grid grid)
 
 void TableTime::Forget() {
   m_viewing = {};
+  m_bar->Refuse({});
 }
 
 bool TableTime::Learn() {
@@ -100,7 +102,10 @@ bool TableTime::Learn() {
   } catch (const std::exception&) {
   }
   if (life.expired()) return false;
-  m_viewing.timeColumn = std::move(column);
+  // Where times are numbers, the rows may have told what the server's columns do not.
+  if (column || !GivesTimesAsNumbers(*m_core.Connection())) {
+    m_viewing.timeColumn = std::move(column);
+  }
   return true;
 }
 
@@ -119,6 +124,7 @@ void TableTime::Prepare(GridQuery& query) {
 }
 
 void TableTime::RowsShown() {
+  if (m_grid.statement && m_core.Recordset()) m_viewing.timeColumn.reset();
   if (!m_viewing.timeColumn && m_core.Recordset()) {
     if (const auto column = TimeColumnOf(*m_core.Recordset())) {
       m_viewing.timeColumn = m_core.Recordset()->FieldAt(*column).Name();
@@ -129,7 +135,7 @@ void TableTime::RowsShown() {
 }
 
 void TableTime::ShowRange() {
-  const platform::TableQueryPtr query = m_grid.query();
+  const platform::TableQueryPtr query = Query();
   m_bar->Zone(m_core.Zone());
   m_bar->OwnRange(query && m_viewing.timeColumn
                       ? RangeIn(query->FilterCondition(), *m_viewing.timeColumn)
@@ -146,7 +152,40 @@ void TableTime::Restore(const RowsState* state) {
   RowsShown();
 }
 
+platform::TableQueryPtr TableTime::Query() const {
+  return m_grid.query ? m_grid.query() : nullptr;
+}
+
+QString TableTime::WhyNoRange(const TimeRange& range) {
+  if (m_core.Running() || *m_asking) return {};
+  Viewing within = m_viewing;
+  within.range = range;
+  const Text sSql = StatementWithin(m_grid.statement(), within);
+  const Marked asking(m_asking);
+  try {
+    // Whether it can be read at all; nothing is run.
+    m_core.Ask("EXPLAIN " + sSql, 1, kUnitsTimeout);
+  } catch (const Failure& failure) {
+    // Of anything else the rows will tell.
+    if (failure.Number() == platform::failure::kSqlError) {
+      return QStringLiteral("This query takes no range of time. ") +
+             QString::fromStdString(failure.Description());
+    }
+  } catch (const std::exception&) {
+  }
+  return {};
+}
+
 void TableTime::Choose(const std::optional<TimeRange>& range) {
+  if (range && m_grid.statement) {
+    const std::weak_ptr<bool> life = m_asking;
+    const QString sWhy = WhyNoRange(*range);
+    if (life.expired()) return;
+    if (!sWhy.isEmpty()) {
+      m_bar->Range(m_viewing.range);
+      return m_bar->Refuse(sWhy);
+    }
+  }
   m_viewing.range = range;
   Requery();
 }
@@ -172,7 +211,7 @@ void TableTime::FollowOnce() {
 }
 
 void TableTime::KeepRange() {
-  const platform::TableQueryPtr query = m_grid.query();
+  const platform::TableQueryPtr query = Query();
   if (!query || !m_viewing.range) return;
   query->FilterCondition(FilterWithin(query->FilterCondition(), m_viewing));
   m_viewing.range.reset();
@@ -182,7 +221,7 @@ void TableTime::KeepRange() {
 }
 
 trend::TrendView::Units TableTime::AskUnits() {
-  const platform::TableQueryPtr query = m_grid.query();
+  const platform::TableQueryPtr query = Query();
   if (!query || query->Catalog().empty() || m_core.Running() || *m_asking) return {};
   const Text sPrefix(query->Table().starts_with(kNamePrefix) ? kNamePrefix : std::string_view());
   const Text sSql = "SELECT \"Tag\", \"Unit\" FROM " + platform::QuotedName(query->Catalog()) +

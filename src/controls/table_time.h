@@ -1,5 +1,5 @@
-// What a table's grid does with time: the bar above the rows and its range, following what comes,
-// and the trend's part in both. Owned by the table's grid; user-interface thread.
+// What a grid does with time: the bar above the rows and its range, following what comes, and the
+// trend's part in both; of a table as of a named query. Owned by the grid; user-interface thread.
 #pragma once
 
 #include <functional>
@@ -20,18 +20,21 @@ struct GridQuery;
 
 class TableTime {
  public:
-  /// What the table's grid does for it.
+  /// What the grid does for it.
   struct Grid {
+    /// None for a named query.
     std::function<platform::TableQueryPtr()> query;
     std::function<void()> requery;
     /// False while rows are edited.
     std::function<bool()> mayFollow;
+    /// The named query's statement; a table has none.
+    std::function<platform::Text()> statement = {};
   };
 
   TableTime(GridCore& core, Grid grid);
 
   const Viewing& View() const { return m_viewing; }
-  /// Forgets what is known of a table before another one is shown.
+  /// Forgets what is known of a table or query before another one is shown.
   void Forget();
   /// Learns the table's time column before its rows are asked for. False when the grid is gone: the
   /// server was waited for.
@@ -49,8 +52,12 @@ class TableTime {
   void Choose(const std::optional<TimeRange>& range);
   void KeepRange();
   void Requery();
+  /// Asks the server whether the named query takes the range; the sentence why it does not. The
+  /// grid may be gone afterwards.
+  QString WhyNoRange(const TimeRange& range);
   void FollowOnce();
   void ShowRange();
+  platform::TableQueryPtr Query() const;
   trend::TrendView::Units AskUnits();
 
   GridCore& m_core;

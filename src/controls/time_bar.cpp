@@ -138,7 +138,7 @@ void TimeBar::AddEnds() {
   m_told->setContentsMargins(8, 2, 8, 4);
   m_clear = m_bar->addAction("Clear");
   m_clear->setObjectName("timeClear");
-  m_clear->setToolTip("Shows the rows as the table's query says");
+  m_clear->setToolTip("Shows the rows as the query says");
   connect(m_clear, &QAction::triggered, this, [this] { Choose(std::nullopt); });
   m_keepIt = m_bar->addAction("Keep");
   m_keepIt->setObjectName("timeKeep");
@@ -176,6 +176,15 @@ void TimeBar::TellOfFollowing() {
 void TimeBar::StopFollowing() {
   const QSignalBlocker quiet(m_following);
   m_following->setChecked(false);
+}
+
+void TimeBar::OfferKeep(bool bOffered) {
+  m_keepIt->setVisible(bOffered);
+}
+
+void TimeBar::Refuse(const QString& sWhy) {
+  m_sRefused = sWhy;
+  Show();
 }
 
 void TimeBar::Zone(const zones::TimeZone& zone) {
@@ -216,13 +225,15 @@ void TimeBar::ChooseTyped() {
 void TimeBar::Check() {
   const TimeRange typed = Typed();
   const auto read = ReadTimeRange(typed, Now());
-  QString sTold;
-  if (const auto* error = std::get_if<TimeRangeError>(&read)) {
+  QString sTold = m_sRefused;
+  if (!m_sRefused.isEmpty()) {
+    // Nothing can be typed that would be better.
+  } else if (const auto* error = std::get_if<TimeRangeError>(&read)) {
     sTold = QString::fromStdString(error->sSentence);
   } else if (typed != Shown().value_or(TimeRange())) {
     sTold = QStringLiteral("Press Enter to fetch.");
   }
-  const bool bWrong = std::holds_alternative<TimeRangeError>(read);
+  const bool bWrong = m_sRefused.isEmpty() && std::holds_alternative<TimeRangeError>(read);
   m_told->setText(sTold);
   m_told->setForegroundRole(bWrong ? QPalette::WindowText : QPalette::PlaceholderText);
   QFont font = m_from->font();
@@ -249,6 +260,12 @@ void TimeBar::Show() {
   m_forward->setEnabled(RangeBehind(shown, Now()).has_value());
   m_clear->setEnabled(m_range.has_value());
   m_keepIt->setEnabled(m_range.has_value());
+  const bool bOffered = m_sRefused.isEmpty();
+  for (QWidget* part : {static_cast<QWidget*>(m_ranges), static_cast<QWidget*>(m_from),
+                        static_cast<QWidget*>(m_to)}) {
+    part->setEnabled(bOffered);
+  }
+  for (QAction* action : {m_back, m_forward}) action->setEnabled(bOffered && action->isEnabled());
   Check();
 }
 

@@ -1,4 +1,4 @@
-// The bar above a table's rows for the range of time that is shown: some that are often asked for,
+// The bar above a grid's rows for the range of time that is shown: some that are often asked for,
 // any other between two time expressions, the ones beside it, and following what comes. It tells
 // what is chosen; the grid does it. User-interface thread.
 #pragma once
@@ -28,11 +28,15 @@ class TimeBar : public QWidget {
 
   /// The zone in which expressions are read.
   void Zone(const zones::TimeZone& zone);
-  /// The range that the table's own filter is; shown where no other is set.
+  /// The range that the query's own filter is; shown where no other is set.
   void OwnRange(const std::optional<TimeRange>& range);
   /// The range that is set, or none. Tells nobody.
   void Range(const std::optional<TimeRange>& range);
   const std::optional<TimeRange>& Range() const { return m_range; }
+  /// Whether the range can be kept.
+  void OfferKeep(bool bOffered);
+  /// Says why no range can be chosen, and offers none; empty when one can.
+  void Refuse(const QString& sWhy);
   /// Takes the mark from "Follow". Tells nobody.
   void StopFollowing();
 
@@ -40,7 +44,7 @@ class TimeBar : public QWidget {
   void OnRange(std::function<void(const std::optional<TimeRange>&)> handler) {
     m_chosen = std::move(handler);
   }
-  /// Called when the range is to become the table's own filter.
+  /// Called when the range is to become the query's own filter.
   void OnKeep(std::function<void()> handler) { m_keep = std::move(handler); }
   /// Called with how often the rows are to be fetched, or with none.
   void OnFollow(std::function<void(Follow)> handler) { m_follow = std::move(handler); }
@@ -55,7 +59,7 @@ class TimeBar : public QWidget {
   Clock Now() const { return {m_zone, m_now()}; }
   /// What the two boxes say.
   TimeRange Typed() const;
-  /// The range that is shown: the one set, or the table's own.
+  /// The range that is shown: the one set, or the query's own.
   std::optional<TimeRange> Shown() const;
   void Choose(std::optional<TimeRange> range);
   void ChooseTyped();
@@ -68,6 +72,7 @@ class TimeBar : public QWidget {
   zones::TimeZone m_zone = zones::TimeZone::Utc();
   std::optional<TimeRange> m_range;
   std::optional<TimeRange> m_own;
+  QString m_sRefused;
   QToolBar* m_bar;
   QComboBox* m_ranges;
   QLineEdit* m_from;

@@ -2,7 +2,9 @@
 
 #include <array>
 
+#include "platform/ado/extended_options.h"
 #include "platform/conversions.h"
+#include "platform/failure.h"
 
 namespace orvane::controls {
 
@@ -25,16 +27,17 @@ std::optional<Text> TimeColumnOf(platform::Connection& cn, const Text& sCatalog,
                                           Value(sTable)};
   const platform::RecordsetPtr rs = cn.OpenSchema(platform::SchemaNumber::Columns, restrictions);
   if (!rs) return std::nullopt;
+  const bool bNumbers = GivesTimesAsNumbers(cn);
   const platform::Field& name = rs->Fields().Item("COLUMN_NAME");
   const platform::Field& type = rs->Fields().Item("DATA_TYPE");
   std::optional<Text> found;
   for (; !rs->Eof(); rs->MoveNext()) {
-    if (platform::ToLong(type.Value()) != static_cast<platform::Long>(DataType::DBTimeStamp)) {
-      continue;
-    }
+    const auto told = static_cast<DataType>(platform::ToLong(type.Value()));
+    const bool bDays = told == DataType::Double && bNumbers;
+    if (told != DataType::DBTimeStamp && !bDays) continue;
     Text sName = platform::ToText(name.Value());
     if (sName == kTimeColumn) return sName;
-    if (!found) found = std::move(sName);
+    if (!found && !bDays) found = std::move(sName);
   }
   return found;
 }
@@ -43,11 +46,25 @@ std::optional<ColumnIndex> TimeColumnOf(const platform::Recordset& rs) {
   std::optional<ColumnIndex> found;
   for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
     const platform::Field& field = rs.FieldAt(column);
-    if (field.Type() != DataType::DBTimeStamp) continue;
+    if (!field.HoldsTimes()) continue;
     if (field.Name() == kTimeColumn) return column;
     if (!found) found = column;
   }
   return found;
+}
+
+std::optional<platform::Timestamp> TimeIn(const Value& vt, const zones::TimeZone& zone) {
+  if (const auto* time = vt.As<platform::Timestamp>()) return *time;
+  if (const auto* days = vt.As<double>()) return zone.FromDays(*days);
+  return std::nullopt;
+}
+
+bool GivesTimesAsNumbers(platform::Connection& cn) {
+  try {
+    return platform::ToBoolean(cn.Properties().Item(platform::kTimeAsDoubleOption).Value());
+  } catch (const platform::Failure&) {
+    return false;  // another provider, without the option
+  }
 }
 
 }  // namespace orvane::controls

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "controls/row_key.h"
-#include "platform/ado/extended_options.h"
+#include "controls/time_column.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 
@@ -16,14 +16,6 @@ using platform::Recordset;
 using platform::Text;
 
 namespace {
-
-bool CountsTimesAsNumbers(Connection& cn) {
-  try {
-    return platform::ToBoolean(cn.Properties().Item(platform::kTimeAsDoubleOption).Value());
-  } catch (const platform::Failure&) {
-    return false;  // another provider, without the option
-  }
-}
 
 std::optional<ColumnIndex> ColumnOf(const Recordset& rs, const RowTable& table, const Text& sName) {
   for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
@@ -37,7 +29,7 @@ Text FindKey(Connection& cn, const Recordset& rs, Updatability& updatability) {
   RowTable& table = updatability.table;
   const RowKey key = RowKeyOf(cn, table.sCatalog, table.sTable);
   updatability.bNoTable = key.bNoTable;
-  if (CountsTimesAsNumbers(cn)) {
+  if (GivesTimesAsNumbers(cn)) {
     return "These rows can only be looked at: times are shown as numbers, which are not exact; "
            "switch off \"Time as Double\" in the server's options.";
   }

@@ -19,7 +19,7 @@ constexpr HResult kClassNotAvailable = static_cast<HResult>(0x80040111U);
 
 /// Identity of ClassFactory as declared here. It changes whenever an interface of this folder
 /// changes, so that a component built against another one is refused by DllGetClassObject.
-constexpr const char* kClassFactoryInterface = "orvane.platform.ClassFactory.4";
+constexpr const char* kClassFactoryInterface = "orvane.platform.ClassFactory.5";
 
 /// Makes objects of one class. Owned by its component's library.
 class ClassFactory {

@@ -85,6 +85,7 @@ void ShownTimes::Begin(std::vector<ado::ColumnDescription> columns, platform::Bo
   for (std::size_t i = 0; i < columns.size(); ++i) {
     const Change change = ChangeOf(columns[i].type, ContentAt(m_contents, i), m_display.bAsDouble);
     columns[i].type = Changed(columns[i].type, change);
+    columns[i].bDays = change == Change::ToDays;
     m_changes.push_back(change);
   }
   m_rows->Begin(std::move(columns), bReads);

@@ -43,14 +43,17 @@ double NumberOf(const Value& vt) {
 
 bool TellsWhose(const Recordset& rs, ColumnIndex text, ColumnIndex time) {
   std::set<Text> texts;
-  std::set<Timestamp> times;
+  std::set<double> times;
   bool bSeveralAtOnce = false;
   for (RowIndex row = 0; row < std::min(rs.RecordCount(), kRowsLookedAt); ++row) {
     if (const Value vt = rs.ValueAt(row, text); vt.As<Text>() != nullptr)
       texts.insert(*vt.As<Text>());
     if (texts.size() > TrendReader::kMostLines) return false;
+    // In whatever form the time is: that it is the same is enough.
     const Value vtTime = rs.ValueAt(row, time);
-    if (const auto* at = vtTime.As<Timestamp>()) bSeveralAtOnce |= !times.insert(*at).second;
+    if (const auto* at = vtTime.As<Timestamp>())
+      bSeveralAtOnce |= !times.insert(TrendTime(*at)).second;
+    if (const auto* days = vtTime.As<double>()) bSeveralAtOnce |= !times.insert(*days).second;
   }
   return bSeveralAtOnce;
 }
@@ -82,11 +85,11 @@ std::optional<TrendColumns> TrendColumns::Of(const Recordset& rs) {
   bool bNamed = false;
   for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
     const platform::Field& field = rs.FieldAt(column);
-    if (IsNumber(field.Type())) columns.numbers.push_back(column);
+    if (IsNumber(field.Type()) && !field.HoldsTimes()) columns.numbers.push_back(column);
     if (field.Type() == DataType::WChar && platform::FoldCase(field.Name()) == "unit") {
       columns.unit = column;
     }
-    if (field.Type() != DataType::DBTimeStamp || bNamed) continue;
+    if (!field.HoldsTimes() || bNamed) continue;
     bNamed = field.Name() == "Timestamp";
     if (!bTime || bNamed) columns.time = column;
     bTime = true;
@@ -96,8 +99,8 @@ std::optional<TrendColumns> TrendColumns::Of(const Recordset& rs) {
   return columns;
 }
 
-TrendReader::TrendReader(platform::RecordsetPtr rs, TrendColumns columns)
-    : m_rs(std::move(rs)), m_columns(std::move(columns)) {
+TrendReader::TrendReader(platform::RecordsetPtr rs, TrendColumns columns, zones::TimeZone zone)
+    : m_rs(std::move(rs)), m_columns(std::move(columns)), m_zone(std::move(zone)) {
   if (!m_columns.tag) LinesOf({});
 }
 
@@ -118,8 +121,10 @@ bool TrendReader::Read(RowIndex rows) {
 
 void TrendReader::ReadRow(RowIndex row) {
   const Value vtTime = m_rs->ValueAt(row, m_columns.time);
-  const auto* time = vtTime.As<Timestamp>();
-  if (time == nullptr || m_rs->StateAt(row) == platform::RowState::Deleted) return;
+  std::optional<Timestamp> time;
+  if (const auto* at = vtTime.As<Timestamp>()) time = *at;
+  if (const auto* days = vtTime.As<double>()) time = m_zone.FromDays(*days);
+  if (!time || m_rs->StateAt(row) == platform::RowState::Deleted) return;
   const auto line = LinesOf(m_columns.tag ? m_rs->ValueAt(row, *m_columns.tag) : Value());
   if (!line) return;
   if (m_columns.unit && m_lines[*line].sUnit.empty()) {

@@ -10,6 +10,7 @@
 
 #include "platform/ado/recordset.h"
 #include "trend/trend_series.h"
+#include "zones/time_zone.h"
 
 namespace orvane::trend {
 
@@ -34,6 +35,13 @@ struct TrendLine {
   TrendSeries series;
 };
 
+/// From the lowest value in sight to the highest, by unit.
+struct ValueRange {
+  double lowest = 0;
+  double highest = 0;
+};
+using ValueRanges = std::map<platform::Text, ValueRange>;
+
 double TrendTime(platform::Timestamp time);
 platform::Timestamp TimestampOf(double time);
 
@@ -42,8 +50,9 @@ class TrendReader {
   /// More cannot be told from each other; further tags are counted only.
   static constexpr std::size_t kMostLines = 32;
 
-  /// Keeps the rows until they are read.
-  TrendReader(platform::RecordsetPtr rs, TrendColumns columns);
+  /// Keeps the rows until they are read. Where their times are numbers, these are days of the zone.
+  TrendReader(platform::RecordsetPtr rs, TrendColumns columns,
+              zones::TimeZone zone = zones::TimeZone::Utc());
 
   /// Reads the next rows and says whether there are more. The last call readies the lines.
   bool Read(platform::RowIndex rows);
@@ -61,6 +70,7 @@ class TrendReader {
 
   platform::RecordsetPtr m_rs;
   TrendColumns m_columns;
+  zones::TimeZone m_zone;
   platform::RowIndex m_next = 0;
   std::vector<TrendLine> m_lines;
   std::map<platform::Text, std::size_t, std::less<>> m_firstLines;

@@ -10,10 +10,10 @@ namespace {
 
 /// Told apart with each of the common weaknesses of colour vision, and far enough from their
 /// ground.
-constexpr std::array<QRgb, 7> kOnLight = {0xff0072b2, 0xffd55e00, 0xff007a5a, 0xffb0457f,
-                                          0xff8a6d00, 0xff1f6f9f, 0xff4d4d4d};
-constexpr std::array<QRgb, 7> kOnDark = {0xff56b4e9, 0xffe69f00, 0xff2bd1a0, 0xffe39bc4,
-                                         0xfff0e442, 0xffff8a50, 0xffd0d0d0};
+constexpr std::array<QRgb, TrendLook::kColors> kOnLight = {
+    0xff188cff, 0xfff14404, 0xff5f0970, 0xff9f86b1, 0xff020402, 0xffac4d49, 0xff1202be};
+constexpr std::array<QRgb, TrendLook::kColors> kOnDark = {
+    0xff42fcfd, 0xfffdc003, 0xffbb39b4, 0xff5a967b, 0xffe5ffaf, 0xffcc1903, 0xff8b27f9};
 constexpr std::array<Qt::PenStyle, 4> kDashes = {Qt::SolidLine, Qt::DashLine, Qt::DotLine,
                                                  Qt::DashDotLine};
 constexpr std::size_t kMarks = 5;

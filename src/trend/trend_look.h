@@ -11,6 +11,9 @@ namespace orvane::trend {
 
 class TrendLook {
  public:
+  /// Colours there are; the lines beyond have them again, with other dashes and marks.
+  static constexpr std::size_t kColors = 7;
+
   explicit TrendLook(const QPalette& palette);
 
   QColor Ground() const { return m_ground; }

@@ -16,10 +16,13 @@ constexpr double kPanStep = 0.1;
 /// A millisecond in sight is as near as it gets, and all times there are as far.
 constexpr double kLeastTimes = 1'000;
 constexpr double kMostTimes = 4e17;
-/// What an axis can show.
-constexpr double kMostValue = 1e200;
-constexpr double kMargin = 0.05;
 constexpr const char* kCursorLayer = "cursor";
+
+/// Above the lines, and drawn without them.
+void AddCursorLayer(QCustomPlot& plot) {
+  plot.addLayer(kCursorLayer, plot.layer("main"), QCustomPlot::limAbove);
+  plot.layer(kCursorLayer)->setMode(QCPLayer::lmBuffered);
+}
 
 /// The time as exactly as pixels tell it, in digits that can be read.
 double Rounded(double time, double perPixel) {
@@ -27,27 +30,19 @@ double Rounded(double time, double perPixel) {
   return std::round(time / unit) * unit;
 }
 
-QCPRange Widened(double lowest, double highest) {
-  lowest = std::clamp(lowest, -kMostValue, kMostValue);
-  highest = std::clamp(highest, -kMostValue, kMostValue);
-  double size = highest - lowest;
-  const double large = std::max(std::abs(lowest), std::abs(highest));
-  if (size <= large * 1e-12) size = large > 1e-200 ? large * 0.1 : 1;
-  return {lowest - size * kMargin, highest + size * kMargin};
-}
-
 }  // namespace
 
-TrendPlot::TrendPlot(QWidget* parent) : QCustomPlot(parent) {
+TrendPlot::TrendPlot(QWidget* parent)
+    : QCustomPlot(parent),
+      m_values(*axisRect()),
+      m_cursorLine((AddCursorLayer(*this), new QCPItemStraightLine(this))),
+      m_mark(*this, kCursorLayer) {
   setObjectName("trendPlot");
   setAccessibleName("Trend");
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setNoAntialiasingOnDrag(true);
   setAntialiasedElements(QCP::aeNone);
-  addLayer(kCursorLayer, layer("main"), limAbove);
-  layer(kCursorLayer)->setMode(QCPLayer::lmBuffered);
-  m_cursorLine = new QCPItemStraightLine(this);
   m_cursorLine->setLayer(kCursorLayer);
   m_cursorLine->setVisible(false);
   yAxis->setVisible(false);
@@ -72,16 +67,12 @@ TrendPlot::TrendPlot(QWidget* parent) : QCustomPlot(parent) {
 void TrendPlot::Lines(const std::vector<TrendLine>& lines, const zones::TimeZone& zone) {
   clearPlottables();
   m_plots.clear();
-  for (QCPAxis* axis : axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight)) {
-    if (axis != yAxis && axis != yAxis2) axisRect()->removeAxis(axis);
-  }
-  m_axes.clear();
-  m_lastAxis = yAxis;
+  m_values.Clear();
   m_lines = &lines;
   m_ticker.reset(new TrendAxisTicker(zone));
   xAxis->setTicker(m_ticker);
   for (std::size_t n = 0; n < lines.size(); ++n) {
-    auto* plot = new TrendLinePlot(xAxis, AxisFor(lines[n].sUnit), lines[n].series, n);
+    auto* plot = new TrendLinePlot(xAxis, m_values.For(lines[n].sUnit), lines[n].series, n);
     plot->setName(QString::fromStdString(lines[n].sName));
     plot->Kind(m_kind);
     m_plots.push_back(plot);
@@ -92,31 +83,13 @@ void TrendPlot::Lines(const std::vector<TrendLine>& lines, const zones::TimeZone
   Times(AllTimes());
 }
 
-QCPAxis* TrendPlot::AxisFor(const platform::Text& sUnit) {
-  if (const auto found = m_axes.find(sUnit); found != m_axes.end()) return found->second;
-  QCPAxis* axis = yAxis;
-  if (m_axes.empty()) {
-    axis->setVisible(true);
-  } else if (static_cast<int>(m_axes.size()) < kMostAxes) {
-    axis = axisRect()->addAxis(m_axes.size() % 2 == 1 ? QCPAxis::atRight : QCPAxis::atLeft);
-    axis->setLayer("axes");
-    axis->grid()->setVisible(false);
-  } else {
-    axis = m_lastAxis;
-  }
-  const QString sLabel = QString::fromStdString(sUnit);
-  const bool bShared = axis == m_lastAxis && !m_axes.empty();
-  axis->setLabel(bShared ? axis->label() + QStringLiteral(", ") + sLabel : sLabel);
-  m_lastAxis = axis;
-  return m_axes[sUnit] = axis;
-}
-
 void TrendPlot::ApplyLook() {
   const TrendLook look(palette());
   setBackground(look.Ground());
   for (QCPAxis* axis : axisRect()->axes()) LookOf(axis, look.Grid());
   for (TrendLinePlot* plot : m_plots) plot->Look(look);
   m_cursorLine->setPen(QPen(look.Text(), 1, Qt::DashLine));
+  m_mark.Look(palette());
 }
 
 void TrendPlot::LookOf(QCPAxis* axis, const QColor& grid) const {
@@ -185,14 +158,39 @@ void TrendPlot::Pan(double part) {
 void TrendPlot::FitValues() {
   if (m_lines == nullptr) return;
   const QCPRange times = Times();
-  for (QCPAxis* axis : axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight)) {
+  for (QCPAxis* axis : m_values.InUse()) {
     Extremes seen;
     for (std::size_t n = 0; n < m_plots.size(); ++n) {
       if (m_plots[n]->valueAxis() != axis || !m_plots[n]->visible()) continue;
       seen.Take((*m_lines)[n].series.Seen(times.lower, times.upper));
     }
-    if (seen.HasValues()) axis->setRange(Widened(seen.lowest, seen.highest));
+    m_values.Fit(axis, seen);
   }
+}
+
+void TrendPlot::ShowValues() {
+  FitValues();
+  replot();
+}
+
+void TrendPlot::ChooseValues(const ValueRanges& ranges) {
+  m_values.Choose(ranges);
+  ShowValues();
+}
+
+void TrendPlot::ShowAll() {
+  m_values.LetFit();
+  Times(AllTimes());
+}
+
+void TrendPlot::Mark(const std::optional<QCPRange>& times) {
+  m_mark.Times(times);
+  layer(kCursorLayer)->replot();
+}
+
+void TrendPlot::ShowMark() {
+  layer(kCursorLayer)->replot();
+  if (m_marked) m_marked();
 }
 
 void TrendPlot::Cursor(double time) {
@@ -202,8 +200,11 @@ void TrendPlot::Cursor(double time) {
 }
 
 void TrendPlot::CursorTo(QPoint pixel) {
-  Cursor(
-      Rounded(xAxis->pixelToCoord(pixel.x()), Times().size() / std::max(1, axisRect()->width())));
+  Cursor(TimeAtPixel(pixel.x()));
+}
+
+double TrendPlot::TimeAtPixel(int nColumn) const {
+  return Rounded(xAxis->pixelToCoord(nColumn), Times().size() / std::max(1, axisRect()->width()));
 }
 
 void TrendPlot::ShowCursor() {
@@ -241,7 +242,9 @@ void TrendPlot::StepCursor(bool bLater) {
 
 void TrendPlot::keyPressEvent(QKeyEvent* event) {
   if (m_lines == nullptr) return QCustomPlot::keyPressEvent(event);
-  const bool bControl = event->modifiers() & Qt::ControlModifier;
+  const Qt::KeyboardModifiers modifiers = event->modifiers();
+  if (PressMarkKey(event->key(), modifiers) || PressValueKey(event->key(), modifiers)) return;
+  const bool bControl = modifiers & Qt::ControlModifier;
   const double centre = m_cursor && Times().contains(*m_cursor) ? *m_cursor : Times().center();
   switch (event->key()) {
     case Qt::Key_Left:
@@ -264,10 +267,58 @@ void TrendPlot::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Down:
       return Zoom(1 / kZoomStep, centre);
     case Qt::Key_0:
-      return Times(AllTimes());
+      return ShowAll();
     default:
       QCustomPlot::keyPressEvent(event);
   }
+}
+
+bool TrendPlot::PressValueKey(int nKey, Qt::KeyboardModifiers modifiers) {
+  const bool bUp = nKey == Qt::Key_Up;
+  if (bUp || nKey == Qt::Key_Down) {
+    if (modifiers & Qt::ControlModifier) {
+      m_values.Pan(bUp ? kPanStep : -kPanStep);
+    } else if (modifiers & Qt::ShiftModifier) {
+      m_values.Zoom(bUp ? kZoomStep : 1 / kZoomStep);
+    } else {
+      return false;
+    }
+  } else if (nKey == Qt::Key_V && !(modifiers & ~Qt::ShiftModifier)) {
+    m_values.LetFit();
+  } else {
+    return false;
+  }
+  ShowValues();
+  return true;
+}
+
+bool TrendPlot::PressMarkKey(int nKey, Qt::KeyboardModifiers modifiers) {
+  const bool bRight = nKey == Qt::Key_Right || nKey == Qt::Key_End;
+  const bool bToEnd = nKey == Qt::Key_Home || nKey == Qt::Key_End;
+  if (bToEnd || bRight || nKey == Qt::Key_Left) {
+    if (modifiers != Qt::ShiftModifier) return false;
+    if (m_cursor) m_mark.Begin(*m_cursor, false);
+    const bool bBegun = m_cursor.has_value();
+    if (bToEnd) {
+      Cursor(bRight ? Times().upper : Times().lower);
+    } else {
+      StepCursor(bRight);
+    }
+    if (!m_cursor) return true;
+    if (!bBegun) m_mark.Begin(*m_cursor, true);
+    m_mark.To(*m_cursor);
+    ShowMark();
+    return true;
+  }
+  if (!m_mark.Times()) return false;
+  if (nKey == Qt::Key_Escape) {
+    m_mark.Times(std::nullopt);
+    ShowMark();
+    return true;
+  }
+  if (nKey != Qt::Key_Return && nKey != Qt::Key_Enter) return false;
+  Times(*m_mark.Times());
+  return true;
 }
 
 void TrendPlot::wheelEvent(QWheelEvent* event) {
@@ -279,20 +330,45 @@ void TrendPlot::wheelEvent(QWheelEvent* event) {
     return Pan(-kPanStep * nSteps / 120.0);
   }
   if (delta.y() == 0) return;
+  QCPAxis* axis = m_values.At(event->position().toPoint());
+  if (axis || (event->modifiers() & Qt::ControlModifier)) {
+    m_values.Zoom(std::pow(kZoomStep, delta.y() / 120.0), axis,
+                  static_cast<int>(event->position().y()));
+    return ShowValues();
+  }
   Zoom(std::pow(kZoomStep, delta.y() / 120.0), xAxis->pixelToCoord(event->position().x()));
 }
 
 void TrendPlot::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton && m_lines != nullptr) {
-    m_dragged = event->pos();
-    CursorTo(event->pos());
+  if (event->button() != Qt::LeftButton || m_lines == nullptr) return;
+  m_dragged = event->pos();
+  m_draggedAxis = m_values.At(event->pos());
+  if (m_draggedAxis) {
+    m_drag = Drag::Values;
+    return;
   }
+  m_drag = event->modifiers() & Qt::ShiftModifier ? Drag::Mark : Drag::Times;
+  CursorTo(event->pos());
+  if (m_drag == Drag::Mark) m_mark.Begin(*m_cursor, true);
 }
 
 void TrendPlot::mouseMoveEvent(QMouseEvent* event) {
   if (m_lines == nullptr) return;
-  if (m_dragged && (event->buttons() & Qt::LeftButton)) {
-    const double from = xAxis->pixelToCoord(m_dragged->x());
+  const bool bDragged = event->buttons() & Qt::LeftButton;
+  if (m_drag == Drag::Mark && bDragged) {
+    CursorTo(event->pos());
+    m_mark.To(*m_cursor);
+    layer(kCursorLayer)->replot();
+    return;
+  }
+  if (m_drag == Drag::Values && bDragged) {
+    const int nHeight = std::max(1, axisRect()->height());
+    m_values.Pan(static_cast<double>(event->pos().y() - m_dragged.y()) / nHeight, m_draggedAxis);
+    m_dragged = event->pos();
+    return ShowValues();
+  }
+  if (m_drag == Drag::Times && bDragged) {
+    const double from = xAxis->pixelToCoord(m_dragged.x());
     const double to = xAxis->pixelToCoord(event->pos().x());
     m_dragged = event->pos();
     const QCPRange range = Times();
@@ -303,11 +379,17 @@ void TrendPlot::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void TrendPlot::mouseReleaseEvent(QMouseEvent* /*event*/) {
-  m_dragged.reset();
+  const bool bMarked = std::exchange(m_drag, Drag::None) == Drag::Mark && m_mark.Times();
+  m_draggedAxis = nullptr;
+  if (bMarked) ShowMark();
 }
 
-void TrendPlot::mouseDoubleClickEvent(QMouseEvent* /*event*/) {
-  if (m_lines != nullptr) Times(AllTimes());
+void TrendPlot::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (m_lines == nullptr) return;
+  QCPAxis* axis = m_values.At(event->pos());
+  if (!axis) return ShowAll();
+  m_values.LetFit(axis);
+  ShowValues();
 }
 
 void TrendPlot::changeEvent(QEvent* event) {

@@ -8,8 +8,10 @@
 #include <functional>
 #include <optional>
 
+#include "trend/marked_times.h"
 #include "trend/trend_data.h"
 #include "trend/trend_line_plot.h"
+#include "trend/value_axes.h"
 #include "zones/time_zone.h"
 
 namespace orvane::trend {
@@ -18,9 +20,6 @@ class TrendAxisTicker;
 
 class TrendPlot : public QCustomPlot {
  public:
-  /// More than these would leave no room; further units share the last one.
-  static constexpr int kMostAxes = 6;
-
   explicit TrendPlot(QWidget* parent = nullptr);
 
   /// Draws the lines, which the caller keeps as long as they are drawn, all of their times in
@@ -41,6 +40,18 @@ class TrendPlot : public QCustomPlot {
   void Zoom(double factor, double around);
   /// By a part of what is in sight, above 0 to later times.
   void Pan(double part);
+
+  /// The value axes, which are fitted to what is in sight unless a range was chosen.
+  const ValueAxes& Values() const { return m_values; }
+  void ChooseValues(const ValueRanges& ranges);
+  /// All times and all values, whatever was chosen.
+  void ShowAll();
+
+  /// The times that are marked. Marking them tells nobody.
+  const std::optional<QCPRange>& Marked() const { return m_mark.Times(); }
+  void Mark(const std::optional<QCPRange>& times);
+  /// Called when the user has marked times, or takes the mark away.
+  void OnMarked(std::function<void()> handler) { m_marked = std::move(handler); }
 
   std::optional<double> Cursor() const { return m_cursor; }
   void Cursor(double time);
@@ -64,27 +75,36 @@ class TrendPlot : public QCustomPlot {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  QCPAxis* AxisFor(const platform::Text& sUnit);
   void ApplyLook();
   void LookOf(QCPAxis* axis, const QColor& grid) const;
   /// The value axes from the lowest to the highest value in sight.
   void FitValues();
   void CursorTo(QPoint pixel);
+  double TimeAtPixel(int nColumn) const;
+  /// Keys for the values and the mark; false where it is none of them.
+  bool PressValueKey(int nKey, Qt::KeyboardModifiers modifiers);
+  bool PressMarkKey(int nKey, Qt::KeyboardModifiers modifiers);
+  void ShowValues();
+  void ShowMark();
   void ShowCursor();
 
   const std::vector<TrendLine>* m_lines = nullptr;
   std::vector<TrendLinePlot*> m_plots;
-  std::map<platform::Text, QCPAxis*> m_axes;
-  QCPAxis* m_lastAxis = nullptr;  ///< the value axis made last
+  ValueAxes m_values;
   QSharedPointer<TrendAxisTicker> m_ticker;
   QCPItemStraightLine* m_cursorLine;
+  MarkedTimes m_mark;
   int m_nWidthForMarks = 0;
   bool m_bAgain = false;  ///< drawing once more, with the marks of time that there is room for
   std::optional<double> m_cursor;
-  std::optional<QPoint> m_dragged;
+  enum class Drag : std::uint8_t { None, Times, Values, Mark };
+  Drag m_drag = Drag::None;
+  QPoint m_dragged;
+  QCPAxis* m_draggedAxis = nullptr;
   LineKind m_kind = LineKind::Straight;
   std::function<void()> m_cursorMoved;
   std::function<void()> m_timesChanged;
+  std::function<void()> m_marked;
 };
 
 }  // namespace orvane::trend

@@ -28,6 +28,8 @@ class TrendValues : public QAbstractTableModel {
   bool IsShown(std::size_t line) const { return m_lineShown[line]; }
   /// What the list says, in one text: the instant, and the value of each line drawn.
   QString Spoken() const;
+  /// The time by the clocks of the zone.
+  QString TimeText(double time) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override {
@@ -42,7 +44,6 @@ class TrendValues : public QAbstractTableModel {
   /// The point that holds at the cursor.
   std::optional<std::size_t> PointOf(std::size_t line) const;
   QString ValueText(std::size_t line) const;
-  QString TimeText(double time) const;
 
   const std::vector<TrendLine>* m_lines = nullptr;
   zones::TimeZone m_zone = zones::TimeZone::Utc();

@@ -48,8 +48,8 @@ TrendView::TrendView(QWidget* parent)
   steps->setCheckable(true);
   connect(steps, &QAction::toggled, this,
           [this](bool bSteps) { m_plot->Kind(bSteps ? LineKind::Steps : LineKind::Straight); });
-  AddAction("&Whole Trend", "Shows all times (0, or a double click)",
-            [this] { m_plot->Times(m_plot->AllTimes()); });
+  AddAction("&Whole Trend", "Shows all times and values (0, or a double click)",
+            [this] { m_plot->ShowAll(); });
   m_asRange = AddAction("As Time &Range", "Fetches the rows of the times in sight", [this] {
     const QCPRange times = m_plot->Times();
     m_range({TimestampOf(times.lower), TimestampOf(times.upper)});
@@ -97,6 +97,13 @@ TrendView::TrendView(QWidget* parent)
   layout->addWidget(splitter, 1);
 
   m_plot->OnCursor([this] { TellOfCursor(); });
+  m_plot->OnMarked([this] {
+    TellOfCursor();
+    const auto& times = m_plot->Marked();
+    if (!m_marked) return;
+    m_marked(times ? std::optional(TrendSpan{TimestampOf(times->lower), TimestampOf(times->upper)})
+                   : std::nullopt);
+  });
   m_values->OnShown([this](std::size_t line, bool bShown) {
     m_plot->LineShown(line, bShown);
     TellOfCursor();
@@ -142,7 +149,7 @@ void TrendView::ShowRows(platform::RecordsetPtr rs, const zones::TimeZone& zone,
     m_look.reset();
     return Say(rs ? QStringLiteral("These rows have no times and numbers to draw.") : QString());
   }
-  m_reader = std::make_unique<TrendReader>(std::move(rs), *columns);
+  m_reader = std::make_unique<TrendReader>(std::move(rs), *columns, zone);
   if (!m_look) Say("Reading the rows\u2026");
   if (isVisible()) m_slices.start();
 }
@@ -233,6 +240,7 @@ std::optional<TrendView::Look> TrendView::CurrentLook() const {
   look.bAll = look.from <= all.lower && look.to >= all.upper;
   look.bAtEnd = look.to >= all.upper && look.from <= all.upper;
   look.cursor = m_plot->Cursor();
+  look.values = m_plot->Values().Chosen();
   for (std::size_t n = 0; n < m_lines.size(); ++n) {
     if (!m_values->IsShown(n)) look.hidden.push_back(m_lines[n].sName);
   }
@@ -249,7 +257,13 @@ void TrendView::Restore(const Look& look) {
     const double shift = look.bAtEnd ? m_plot->AllTimes().upper - look.end : 0;
     m_plot->Times({look.from + shift, look.to + shift});
   }
+  if (!look.values.empty()) m_plot->ChooseValues(look.values);
   if (look.cursor) m_plot->Cursor(*look.cursor);
+}
+
+void TrendView::Mark(const std::optional<TrendSpan>& span) {
+  m_plot->Mark(span ? std::optional(QCPRange(TrendTime(span->from), TrendTime(span->to)))
+                    : std::nullopt);
 }
 
 void TrendView::ShowSpan(const TrendSpan& span) {
@@ -263,9 +277,16 @@ void TrendView::ShowSpan(const TrendSpan& span) {
 void TrendView::TellOfCursor() {
   m_values->Cursor(m_plot->Cursor());
   emit m_values->headerDataChanged(Qt::Horizontal, TrendValues::Value, TrendValues::Value);
-  m_plot->setAccessibleDescription(m_values->Spoken());
+  m_plot->setAccessibleDescription(m_values->Spoken() + SpokenMark());
   QAccessibleEvent event(m_plot, QAccessible::DescriptionChanged);
   QAccessible::updateAccessibility(&event);
+}
+
+QString TrendView::SpokenMark() const {
+  const auto& times = m_plot->Marked();
+  if (!times) return {};
+  return QStringLiteral(" Marked from %1 to %2.")
+      .arg(m_values->TimeText(times->lower), m_values->TimeText(times->upper));
 }
 
 void TrendView::Say(const QString& sMessage) {

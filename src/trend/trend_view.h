@@ -45,6 +45,12 @@ class TrendView : public QWidget {
                 std::optional<TrendSpan> span = std::nullopt);
   /// Brings the times into sight.
   void ShowSpan(const TrendSpan& span);
+  /// Marks times, or none; tells nobody.
+  void Mark(const std::optional<TrendSpan>& span);
+  /// Called with the times that the user has marked, or with none when he took the mark away.
+  void OnMarked(std::function<void(const std::optional<TrendSpan>&)> handler) {
+    m_marked = std::move(handler);
+  }
   /// True until all rows are read.
   bool IsReading() const { return m_reader != nullptr; }
 
@@ -75,6 +81,7 @@ class TrendView : public QWidget {
     double to = 0;
     double end = 0;
     std::optional<double> cursor;
+    ValueRanges values;
     std::vector<platform::Text> hidden;
   };
   QAction* AddAction(const QString& sText, const QString& sTip, std::function<void()> handler);
@@ -84,6 +91,7 @@ class TrendView : public QWidget {
   std::optional<Look> CurrentLook() const;
   void Restore(const Look& look);
   void TellOfCursor();
+  QString SpokenMark() const;
   void Say(const QString& sMessage);
   void Remark(const QString& sSentence);
 
@@ -103,6 +111,7 @@ class TrendView : public QWidget {
   std::optional<Units> m_units;
   std::function<Units()> m_askUnits;
   std::function<void(const TrendSpan&)> m_range;
+  std::function<void(const std::optional<TrendSpan>&)> m_marked;
   std::function<void(const QString&)> m_remark;
 };
 

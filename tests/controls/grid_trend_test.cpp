@@ -6,6 +6,7 @@
 #include "ado/recordset_builder.h"
 #include "controls/query_results.h"
 #include "controls/row_view.h"
+#include "controls/span_rows.h"
 #include "tests/controls/grid_fixture.h"
 #include "trend/trend_plot.h"
 
@@ -100,6 +101,74 @@ TEST_F(grid_trend, has_the_times_of_the_selected_rows_in_sight) {
   ShowTrend();
   EXPECT_EQ(View().Plot().Times().lower, trend::TrendTime(Timestamp(std::chrono::seconds(70))));
   EXPECT_EQ(View().Plot().Times().upper, trend::TrendTime(Timestamp(std::chrono::seconds(89))));
+}
+
+TEST_F(grid_trend, times_marked_in_it_select_their_rows) {
+  Show(m_results);
+  Run(Measured(100));
+  ShowTrend();
+  auto& rows = *ViewOf(m_results);
+  View().Plot().Cursor(trend::TrendTime(Timestamp(std::chrono::seconds(70))));
+  for (int n = 0; n < 4; ++n) QTest::keyClick(&View().Plot(), Qt::Key_Right, Qt::ShiftModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return rows.RowsSelected(); }));
+  ASSERT_EQ(rows.selectionModel()->selection().size(), 1);
+  EXPECT_EQ(rows.selectionModel()->selection()[0].top(), 25) << "the newest stand first";
+  EXPECT_EQ(rows.selectionModel()->selection()[0].bottom(), 29);
+  EXPECT_TRUE(m_results.RowsSelected());
+  ASSERT_TRUE(View().Plot().Marked()) << "the mark stays as it was made";
+  EXPECT_EQ(View().Plot().Marked()->upper, trend::TrendTime(Timestamp(std::chrono::seconds(74))));
+  // The rows that come in their place are those of the same times.
+  Run(Measured(200));
+  ASSERT_TRUE(QTest::qWaitFor([&] {
+    return !rows.selectionModel()->selection().isEmpty() &&
+           rows.selectionModel()->selection()[0].top() == 125;
+  }));
+  QTest::mouseClick(&Switch("asRows"), Qt::LeftButton);
+  EXPECT_EQ(rows.selectionModel()->selection()[0].bottom(), 129);
+  EXPECT_LE(rows.TopRow(), 125);
+  EXPECT_GT(rows.TopRow() + rows.RowsInSight(), 125) << "they are in sight";
+}
+
+TEST_F(grid_trend, selected_rows_are_marked_in_it_and_a_mark_taken_away_selects_none) {
+  Show(m_results);
+  Run(Measured(100));
+  auto& rows = *ViewOf(m_results);
+  const auto select = [&](int nTop, int nBottom) {
+    rows.selectionModel()->select(
+        QItemSelection(rows.model()->index(nTop, 0), rows.model()->index(nBottom, 2)),
+        QItemSelectionModel::ClearAndSelect);
+  };
+  select(10, 29);
+  ShowTrend();
+  ASSERT_TRUE(View().Plot().Marked());
+  EXPECT_EQ(View().Plot().Marked()->lower, trend::TrendTime(Timestamp(std::chrono::seconds(70))));
+  select(0, 9);
+  ASSERT_TRUE(View().Plot().Marked());
+  EXPECT_EQ(View().Plot().Marked()->lower, trend::TrendTime(Timestamp(std::chrono::seconds(90))));
+  QTest::keyClick(&View().Plot(), Qt::Key_Escape);
+  EXPECT_FALSE(View().Plot().Marked());
+  EXPECT_FALSE(rows.selectionModel()->hasSelection());
+}
+
+TEST_F(grid_trend, times_without_rows_select_none_and_too_many_pieces_are_told) {
+  Show(m_results);
+  ado::RecordsetBuilder builder(
+      {{"Timestamp", DataType::DBTimeStamp}, {"Value", DataType::Double}});
+  constexpr int kRows = 3 * SpanRows::kMostPieces;
+  for (int n = 0; n < kRows; ++n) {
+    builder.AppendRow({Timestamp(std::chrono::seconds(n % 2 == 0 ? n : n + 1'000'000)), 1.0 * n});
+  }
+  Run(builder.Finish());
+  ShowTrend();
+  auto& rows = *ViewOf(m_results);
+  View().Plot().Cursor(trend::TrendTime(Timestamp(std::chrono::seconds(0))));
+  View().Plot().Times({0, trend::TrendTime(Timestamp(std::chrono::seconds(kRows)))});
+  QTest::keyClick(&View().Plot(), Qt::Key_End, Qt::ShiftModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !Label(m_results, "notice").empty(); }));
+  EXPECT_EQ(Label(m_results, "notice"),
+            "The rows of the marked times lie in more than 5000 pieces and are not selected; sort "
+            "them by their time.");
+  EXPECT_FALSE(rows.selectionModel()->hasSelection());
 }
 
 TEST_F(grid_trend, says_in_the_strip_what_could_not_be_done) {

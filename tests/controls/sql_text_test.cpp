@@ -85,5 +85,25 @@ TEST_F(sql_text, names_are_quoted_and_their_quotes_doubled) {
             "ORDER BY \"a\"\"\" ASC");
 }
 
+TEST_F(sql_text, a_condition_stands_around_a_statement_without_its_end) {
+  const auto inner = [](const char* sSql) {
+    const platform::Text sAll = ComposeWithin(sSql, "c");
+    EXPECT_TRUE(sAll.starts_with("SELECT *\nFROM (\n")) << sAll;
+    EXPECT_TRUE(sAll.ends_with("\n)\nWHERE c")) << sAll;
+    return sAll.substr(16, sAll.size() - 16 - 10);
+  };
+  EXPECT_EQ(inner("SELECT 1"), "SELECT 1");
+  EXPECT_EQ(inner("SELECT 1 ;\n"), "SELECT 1 \n");
+  EXPECT_EQ(inner("SELECT 1; -- one; two"), "SELECT 1 -- one; two");
+  EXPECT_EQ(inner("SELECT 1; /* ; */ "), "SELECT 1 /* ; */ ");
+  EXPECT_EQ(inner("SELECT ';'"), "SELECT ';'");
+  EXPECT_EQ(inner("SELECT \";\", 'it''s;'"), "SELECT \";\", 'it''s;'");
+  EXPECT_EQ(inner("SELECT 1 -- one;"), "SELECT 1 -- one;");
+  EXPECT_EQ(inner("SELECT 1; SELECT 2"), "SELECT 1; SELECT 2") << "the server refuses that";
+  EXPECT_EQ(inner("SELECT ';"), "SELECT ';");
+  EXPECT_EQ(inner("SELECT 1 /*;"), "SELECT 1 /*;");
+  EXPECT_EQ(inner(""), "");
+}
+
 }  // namespace
 }  // namespace orvane::controls

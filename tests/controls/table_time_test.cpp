@@ -7,6 +7,7 @@
 #include <QToolButton>
 
 #include "controls/grid_trend.h"
+#include "controls/query_results.h"
 #include "controls/table_editor.h"
 #include "controls/table_query.h"
 #include "tests/controls/grid_fixture.h"
@@ -254,6 +255,84 @@ TEST_F(table_time, the_trend_s_times_become_the_range_and_its_units_are_asked_fo
   EXPECT_EQ(Sent(),
             "\nWHERE \"Timestamp\" BETWEEN '1970-01-01 00:01:00' AND '1970-01-01 00:01:10'" +
                 kNewestFirst);
+}
+
+class named_query_time : public GridFixture {
+ protected:
+  named_query_time() {
+    m_server.answer = Samples(100, 51);
+    m_results.Connection(m_connection);
+    m_results.SqlText(kText);
+    m_server.whileRunning = [this] {
+      m_sent.push_back(m_server.sCommandText);
+      if (m_server.sCommandText.starts_with("EXPLAIN ") && m_refusal) throw *m_refusal;
+    };
+    Show(m_results);
+    m_results.Execute();
+  }
+  template <class Widget>
+  Widget* Find(const char* sName) {
+    return WindowOf(m_results)->findChild<Widget*>(sName);
+  }
+  void PickLastHour() {
+    auto* ranges = Find<QComboBox>("timeRange");
+    ranges->setCurrentIndex(ranges->findText("Last hour"));
+    emit ranges->activated(ranges->currentIndex());
+  }
+  const Text kText = "SELECT * FROM Plant";
+  const Text kWithin =
+      "SELECT *\nFROM (\n" + kText + "\n)\nWHERE \"Timestamp\" BETWEEN '*-1h' AND '*'";
+  std::vector<Text> m_sent;
+  std::optional<platform::Failure> m_refusal;
+  controls::QueryResults m_results{Services()};
+};
+
+TEST_F(named_query_time, the_server_is_asked_before_a_range_stands_around_the_text) {
+  EXPECT_EQ(m_sent, std::vector<Text>{kText}) << "nothing is asked before there is a range";
+  PickLastHour();
+  EXPECT_EQ(m_sent, (std::vector<Text>{kText, "EXPLAIN " + kWithin, kWithin}));
+  EXPECT_TRUE(m_server.bReadOnly);
+}
+
+TEST_F(named_query_time, a_text_that_takes_no_range_says_why_and_its_rows_stay) {
+  m_refusal = platform::Failure(platform::failure::kSqlError, "It cannot stand there; move it.");
+  PickLastHour();
+  EXPECT_EQ(Label(m_results, "timeTold"),
+            "This query takes no range of time. It cannot stand there; move it.");
+  EXPECT_EQ(m_sent.back(), "EXPLAIN " + kWithin);
+  EXPECT_EQ(RowsOf(m_results), 50);
+  EXPECT_EQ(Find<QComboBox>("timeRange")->currentText(), "As the query says");
+  for (const char* sName : {"timeRange", "timeFrom", "timeTo"}) {
+    EXPECT_FALSE(Find<QWidget>(sName)->isEnabled()) << sName;
+  }
+  EXPECT_TRUE(Find<QCheckBox>("follow")->isEnabled());
+  m_results.Execute();
+  EXPECT_EQ(m_sent.back(), kText);
+  m_refusal.reset();
+  m_results.SqlText("SELECT * FROM Pumps");
+  m_results.Execute();
+  EXPECT_EQ(Label(m_results, "timeTold"), "");
+  EXPECT_TRUE(Find<QWidget>("timeRange")->isEnabled());
+}
+
+TEST_F(named_query_time, what_else_goes_wrong_is_told_by_the_rows) {
+  m_refusal = platform::Failure(platform::failure::kTimeout, "Too slow; wait longer.");
+  PickLastHour();
+  EXPECT_EQ(m_sent.back(), kWithin);
+  EXPECT_EQ(Label(m_results, "timeTold"), "");
+}
+
+TEST_F(named_query_time, a_grid_may_go_while_the_server_is_asked) {
+  auto results = std::make_unique<controls::QueryResults>(Services());
+  results->Connection(m_connection);
+  results->SqlText(kText);
+  results->Execute();
+  const auto* bar = WindowOf(*results)->findChild<QAction*>("timeBack");
+  ASSERT_NE(bar, nullptr);
+  auto* ranges = WindowOf(*results)->findChild<QComboBox*>("timeRange");
+  m_server.whileRunning = [&] { results.reset(); };
+  emit ranges->activated(2);
+  EXPECT_EQ(results, nullptr);
 }
 
 }  // namespace

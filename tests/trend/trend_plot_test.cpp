@@ -55,6 +55,18 @@ class trend_plot : public testing::Test {
     }
     EXPECT_EQ(nDifferent, 0) << sWhat;
   }
+  void Wheel(QPoint at, int nDelta, Qt::KeyboardModifiers modifiers) {
+    QWheelEvent wheel(at, m_plot.mapToGlobal(at), {}, {0, nDelta}, Qt::NoButton, modifiers,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&m_plot, &wheel);
+  }
+  void Drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers) {
+    QTest::mousePress(&m_plot, Qt::LeftButton, modifiers, from);
+    QMouseEvent move(QEvent::MouseMove, to, m_plot.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     modifiers);
+    QApplication::sendEvent(&m_plot, &move);
+    QTest::mouseRelease(&m_plot, Qt::LeftButton, modifiers, to);
+  }
   double Middle() const { return m_plot.Times().center(); }
   QPoint PixelOf(double time) const {
     return {static_cast<int>(m_plot.xAxis->coordToPixel(time)),
@@ -127,7 +139,7 @@ TEST_F(trend_plot, units_beyond_the_last_axis_share_it) {
   for (const QCPAxis* axis : m_plot.axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight)) {
     if (axis->visible()) labels << axis->label();
   }
-  EXPECT_EQ(labels.size(), TrendPlot::kMostAxes);
+  EXPECT_EQ(labels.size(), ValueAxes::kMostAxes);
   EXPECT_TRUE(labels.contains("u5, u6, u7, u8")) << labels.join(" | ").toStdString();
 }
 
@@ -232,6 +244,106 @@ TEST_F(trend_plot, values_at_the_ends_of_all_numbers_are_drawn_somehow) {
   EXPECT_GE(m_plot.Times().size(), 999);
   for (int n = 0; n < 400; ++n) m_plot.Zoom(2, 1e15);
   EXPECT_FALSE(PictureOf(m_plot).isNull());
+}
+
+TEST_F(trend_plot, values_are_zoomed_by_wheel_and_keys_until_they_are_to_fit_again) {
+  ShowTwo();
+  const QCPRange fitted = m_plot.yAxis->range();
+  const QCPRange times = m_plot.Times();
+  const QPoint at = m_plot.axisRect()->rect().center() - QPoint(0, 40);
+  const double under = m_plot.yAxis->pixelToCoord(at.y());
+  Wheel(at, 120, Qt::ControlModifier);
+  EXPECT_NEAR(m_plot.yAxis->range().size(), fitted.size() * 0.8, 1e-6);
+  EXPECT_NEAR(m_plot.yAxis->coordToPixel(under), at.y(), 0.5) << "the value stays in its place";
+  EXPECT_EQ(m_plot.Times().lower, times.lower) << "the times do, too";
+  const QCPRange chosen = m_plot.yAxis->range();
+  m_plot.Pan(0.3);
+  EXPECT_EQ(m_plot.yAxis->range().lower, chosen.lower) << "what was chosen stays";
+  QTest::keyClick(&m_plot, Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_NEAR(m_plot.yAxis->range().size(), chosen.size() * 0.8, 1e-6);
+  QTest::keyClick(&m_plot, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_NEAR(m_plot.yAxis->range().size(), chosen.size(), 1e-6);
+  QTest::keyClick(&m_plot, Qt::Key_Up, Qt::ControlModifier);
+  EXPECT_NEAR(m_plot.yAxis->range().lower, chosen.lower + chosen.size() * 0.1, 1e-6);
+  QTest::keyClick(&m_plot, Qt::Key_V);
+  EXPECT_TRUE(m_plot.Values().Chosen().empty());
+  QTest::keyClick(&m_plot, Qt::Key_0);
+  EXPECT_NEAR(m_plot.yAxis->range().size(), fitted.size(), 1e-6);
+}
+
+TEST_F(trend_plot, one_axis_of_several_is_zoomed_and_dragged_by_itself) {
+  ShowTwo();
+  for (TrendLine& line : m_lines) line.sUnit = line.sTag;
+  m_plot.Lines(m_lines, zones::TimeZone::Utc());
+  m_plot.replot();
+  ASSERT_EQ(m_plot.Values().InUse().size(), 2U);
+  QCPAxis* left = m_plot.Values().InUse()[0];
+  QCPAxis* right = m_plot.Values().InUse()[1];
+  const QCPRange leftBefore = left->range();
+  const QCPRange rightBefore = right->range();
+  const QPoint besides(m_plot.axisRect()->left() - 12, m_plot.axisRect()->rect().center().y());
+  ASSERT_EQ(m_plot.Values().At(besides), left);
+  Wheel(besides, -120, Qt::NoModifier);
+  EXPECT_GT(left->range().size(), leftBefore.size());
+  EXPECT_EQ(right->range().lower, rightBefore.lower);
+  const QCPRange zoomed = left->range();
+  Drag(besides, besides + QPoint(0, 30), Qt::NoModifier);
+  EXPECT_NEAR(left->coordToPixel(zoomed.center()), besides.y() + 30, 1.5);
+  QTest::mouseDClick(&m_plot, Qt::LeftButton, {}, besides);
+  EXPECT_NEAR(left->range().size(), leftBefore.size(), 1e-6);
+  EXPECT_EQ(m_plot.Times().lower, m_plot.AllTimes().lower);
+}
+
+TEST_F(trend_plot, values_are_zoomed_as_far_as_numbers_go) {
+  ShowTwo();
+  for (int n = 0; n < 3'000; ++n) QTest::keyClick(&m_plot, Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_GT(m_plot.yAxis->range().size(), 0);
+  EXPECT_FALSE(PictureOf(m_plot).isNull());
+  for (int n = 0; n < 6'000; ++n) QTest::keyClick(&m_plot, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_TRUE(std::isfinite(m_plot.yAxis->range().size()));
+  EXPECT_FALSE(PictureOf(m_plot).isNull());
+  QTest::keyClick(&m_plot, Qt::Key_V);
+  EXPECT_LT(m_plot.yAxis->range().size(), 1'000);
+}
+
+TEST_F(trend_plot, times_are_marked_by_mouse_and_keys) {
+  ShowTwo();
+  int nTold = 0;
+  m_plot.OnMarked([&] { ++nTold; });
+  const QCPRange times = m_plot.Times();
+  Drag(PixelOf(TrendTime(Second(60))), PixelOf(TrendTime(Second(40))), Qt::ShiftModifier);
+  ASSERT_TRUE(m_plot.Marked());
+  EXPECT_NEAR(m_plot.Marked()->lower, TrendTime(Second(40)), 0.4e6);
+  EXPECT_NEAR(m_plot.Marked()->upper, TrendTime(Second(60)), 0.4e6);
+  EXPECT_EQ(nTold, 1);
+  EXPECT_EQ(m_plot.Times().lower, times.lower) << "nothing is dragged along";
+  QTest::keyClick(&m_plot, Qt::Key_Escape);
+  EXPECT_FALSE(m_plot.Marked());
+  EXPECT_EQ(nTold, 2);
+  m_plot.Cursor(TrendTime(Second(10)));
+  for (int n = 0; n < 3; ++n) QTest::keyClick(&m_plot, Qt::Key_Right, Qt::ShiftModifier);
+  ASSERT_TRUE(m_plot.Marked());
+  EXPECT_EQ(m_plot.Marked()->lower, TrendTime(Second(10)));
+  EXPECT_EQ(m_plot.Marked()->upper, TrendTime(Second(13)));
+  for (int n = 0; n < 5; ++n) QTest::keyClick(&m_plot, Qt::Key_Left, Qt::ShiftModifier);
+  EXPECT_EQ(m_plot.Marked()->lower, TrendTime(Second(8)));
+  EXPECT_EQ(m_plot.Marked()->upper, TrendTime(Second(10)));
+  QTest::keyClick(&m_plot, Qt::Key_Return);
+  EXPECT_EQ(m_plot.Times().lower, TrendTime(Second(8)));
+  EXPECT_EQ(m_plot.Times().upper, TrendTime(Second(10)));
+  m_plot.Mark(std::nullopt);
+  EXPECT_EQ(nTold, 10) << "who takes the mark away knows";
+}
+
+TEST_F(trend_plot, marked_times_are_seen) {
+  ShowTwo();
+  const QImage before = PictureOf(m_plot);
+  m_plot.Mark(QCPRange(TrendTime(Second(40)), TrendTime(Second(60))));
+  const QImage after = PictureOf(m_plot);
+  const QPoint within = PixelOf(TrendTime(Second(50))) - QPoint(0, 100);
+  const QPoint outside = PixelOf(TrendTime(Second(70))) - QPoint(0, 100);
+  EXPECT_NE(before.pixel(within), after.pixel(within));
+  EXPECT_EQ(before.pixel(outside), after.pixel(outside));
 }
 
 TEST_F(trend_plot, is_as_dark_as_its_palette) {

@@ -121,6 +121,33 @@ TEST_F(trend_view, rows_that_follow_are_looked_at_as_those_before) {
   EXPECT_FALSE(m_view.Plot().LineShown(1));
 }
 
+TEST_F(trend_view, rows_that_follow_keep_the_values_chosen_and_the_mark) {
+  Show(TwoTags(100));
+  QTest::keyClick(&m_view.Plot(), Qt::Key_Up, Qt::ShiftModifier);
+  const QCPRange values = m_view.Plot().yAxis->range();
+  m_view.Mark(TrendSpan{Second(20), Second(30)});
+  m_view.ShowRows(TwoTags(120), zones::TimeZone::Utc());
+  Read();
+  EXPECT_EQ(m_view.Plot().yAxis->range().lower, values.lower);
+  EXPECT_EQ(m_view.Plot().yAxis->range().upper, values.upper);
+  ASSERT_TRUE(m_view.Plot().Marked());
+  EXPECT_EQ(m_view.Plot().Marked()->upper, TrendTime(Second(30)));
+}
+
+TEST_F(trend_view, hands_out_and_speaks_of_the_times_that_are_marked) {
+  std::optional<TrendSpan> marked;
+  m_view.OnMarked([&](const std::optional<TrendSpan>& span) { marked = span; });
+  Show(TwoTags(100));
+  m_view.Plot().Cursor(TrendTime(Second(10)));
+  QTest::keyClick(&m_view.Plot(), Qt::Key_Right, Qt::ShiftModifier);
+  EXPECT_EQ(marked, (TrendSpan{Second(10), Second(11)}));
+  EXPECT_TRUE(m_view.Plot().accessibleDescription().endsWith(
+      " Marked from 2023-11-14 22:13:30 to 2023-11-14 22:13:31."))
+      << m_view.Plot().accessibleDescription().toStdString();
+  QTest::keyClick(&m_view.Plot(), Qt::Key_Escape);
+  EXPECT_EQ(marked, std::nullopt);
+}
+
 TEST_F(trend_view, a_view_to_the_last_point_stays_at_the_last_point) {
   Show(TwoTags(100));
   m_view.ShowSpan({Second(80), Second(105)});

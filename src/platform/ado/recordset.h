@@ -56,6 +56,9 @@ class Field {
 
   virtual const Text& Name() const = 0;
   virtual DataType Type() const = 0;
+  /// True where the column holds points in time: also where the source gives them as numbers of
+  /// days since 1899-12-30.
+  virtual Boolean HoldsTimes() const { return Type() == DataType::DBTimeStamp; }
   /// False only when the source says that the column refuses null.
   virtual Boolean Nullable() const = 0;
   virtual platform::TextOrder TextOrder() const { return platform::TextOrder::Bytes; }
