@@ -286,6 +286,8 @@ void GridWindow::TellOfRows() {
   if (m_bToldOfClosing) notices << QStringLiteral("Fetched over a connection since closed.");
   m_sToldWhen = m_fetching.when ? m_fetching.when() : QString();
   m_status->Rows(rs.RecordCount(), rs.Elapsed(), m_sToldWhen, notices.join(u' '));
+  m_sqlPane->Took(TookText(rs.Elapsed(), m_sToldWhen));
+  FitSqlPane();
   if ((m_bLost || m_bToldOfClosing) && m_reconnect) {
     m_status->Offer("Reconnect", "Connects to the server again and fetches the rows", m_reconnect);
   } else if (rs.Truncated() && m_count) {

@@ -1,12 +1,17 @@
 #include "controls/sql_pane.h"
 
+#include <Qsci/qscistyle.h>
+
+#include <QClipboard>
 #include <QEvent>
 #include <QFontDatabase>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <algorithm>
 
 #include "controls/cell_delegate.h"
-#include "controls/sql_lexer.h"
+#include "sql_look/sql_words.h"
 
 namespace orvane::controls {
 
@@ -16,26 +21,9 @@ constexpr int kLeastLines = 3;
 constexpr int kMostLines = 8;
 constexpr int kInset = 6;
 
-/// A colour of that hue which can be read on the palette's base.
-QColor Tinted(const QPalette& palette, int nHue) {
-  const bool bDark = palette.color(QPalette::Base).lightness() < 128;
-  return QColor::fromHsl(nHue, bDark ? 150 : 180, bDark ? 175 : 85);
-}
-
-/// The palette's pale text as the eye sees it on the base; the editor draws no half-transparent
-/// text.
-QColor Pale(const QPalette& palette) {
-  const QColor pale = palette.color(QPalette::PlaceholderText);
-  const QColor base = palette.color(QPalette::Base);
-  const float a = pale.alphaF();
-  return QColor::fromRgbF(pale.redF() * a + base.redF() * (1 - a),
-                          pale.greenF() * a + base.greenF() * (1 - a),
-                          pale.blueF() * a + base.blueF() * (1 - a));
-}
-
 }  // namespace
 
-SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new SqlLexer(this)) {
+SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new sql_look::SqlWords(this)) {
   setObjectName("sqlStatement");
   setAccessibleName("SQL statement");
   setFrameShape(QFrame::NoFrame);
@@ -45,6 +33,7 @@ SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new SqlLexer(
   setWrapMode(WrapWord);
   setMarginWidth(1, 0);
   setCaretWidth(0);
+  setAnnotationDisplay(AnnotationStandard);
   SendScintilla(SCI_SETMARGINLEFT, 0, kInset);
   SendScintilla(SCI_SETMARGINRIGHT, 0, kInset);
   SendScintilla(SCI_SETEXTRAASCENT, 1);
@@ -58,13 +47,16 @@ SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new SqlLexer(
 
 void SqlPane::Sql(const QString& sSql) {
   if (text() == sSql) return;
+  m_sTime.clear();
+  clearAnnotations();
   setText(sSql);
   updateGeometry();
 }
 
 QSize SqlPane::sizeHint() const {
-  return {QsciScintilla::sizeHint().width(),
-          HeightOfLines(std::clamp(lines(), kLeastLines, kMostLines))};
+  return {
+      QsciScintilla::sizeHint().width(),
+      HeightOfLines(std::clamp(lines() + (m_sTime.isEmpty() ? 0 : 1), kLeastLines, kMostLines))};
 }
 
 QSize SqlPane::minimumSizeHint() const {
@@ -98,29 +90,36 @@ void SqlPane::paintEvent(QPaintEvent* event) {
 void SqlPane::ApplyPalette() {
   QFont plain = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   plain.setPointSizeF(font().pointSizeF() > 0 ? font().pointSizeF() : plain.pointSizeF());
-  QFont bold = plain;
-  bold.setBold(true);
-  const QColor base = palette().color(QPalette::Base);
-  const QColor text = palette().color(QPalette::Text);
-
-  m_lexer->setDefaultFont(plain);
-  m_lexer->setDefaultPaper(base);
-  m_lexer->setDefaultColor(text);
-  m_lexer->setFont(plain, -1);
-  m_lexer->setPaper(base, -1);
-  m_lexer->setColor(text, -1);
-  m_lexer->setFont(bold, QsciLexerSQL::Keyword);
-  m_lexer->setColor(Tinted(palette(), 220), QsciLexerSQL::Keyword);
-  m_lexer->setColor(Tinted(palette(), 130), QsciLexerSQL::SingleQuotedString);
-  m_lexer->setColor(Tinted(palette(), 25), QsciLexerSQL::Number);
-  for (const int nStyle : {QsciLexerSQL::Comment, QsciLexerSQL::CommentLine,
-                           QsciLexerSQL::CommentDoc, QsciLexerSQL::CommentLineHash}) {
-    m_lexer->setColor(Pale(palette()), nStyle);
-  }
-  setPaper(base);
-  setColor(text);
+  m_lexer->Paint(palette(), plain);
+  setPaper(palette().color(QPalette::Base));
+  setColor(palette().color(QPalette::Text));
   setSelectionBackgroundColor(palette().color(QPalette::Highlight));
   setSelectionForegroundColor(palette().color(QPalette::HighlightedText));
+  ShowTime();
+}
+
+void SqlPane::Took(const QString& sTime) {
+  if (m_sTime == sTime) return;
+  m_sTime = sTime;
+  ShowTime();
+  updateGeometry();
+}
+
+void SqlPane::ShowTime() {
+  clearAnnotations();
+  if (m_sTime.isEmpty()) return;
+  const QsciStyle style(-1, QStringLiteral("time"), palette().color(QPalette::PlaceholderText),
+                        palette().color(QPalette::Base), font());
+  annotate(lines() - 1, m_sTime, style);
+}
+
+void SqlPane::keyPressEvent(QKeyEvent* event) {
+  // Of a text that is only shown, all is meant where nothing else is said.
+  if (event->matches(QKeySequence::Copy) && !hasSelectedText()) {
+    QGuiApplication::clipboard()->setText(text());
+    return;
+  }
+  QsciScintilla::keyPressEvent(event);
 }
 
 int SqlPane::HeightOfLines(int nLines) const {

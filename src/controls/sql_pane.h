@@ -4,20 +4,27 @@
 
 #include <Qsci/qsciscintilla.h>
 
-namespace orvane::controls {
+namespace orvane::sql_look {
+class SqlWords;
+}
 
-class SqlLexer;
+namespace orvane::controls {
 
 class SqlPane : public QsciScintilla {
  public:
   explicit SqlPane(QWidget* parent = nullptr);
 
+  /// A statement, of which nothing is known yet.
   void Sql(const QString& sSql);
+  /// Tells beneath the statement how long it took and when; no part of its text.
+  void Took(const QString& sTime);
   /// As high as the statement, between three lines and eight.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:
+  /// Copies the whole statement where nothing of it is selected.
+  void keyPressEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
@@ -25,9 +32,11 @@ class SqlPane : public QsciScintilla {
 
  private:
   void ApplyPalette();
+  void ShowTime();
   int HeightOfLines(int nLines) const;
 
-  SqlLexer* m_lexer;
+  sql_look::SqlWords* m_lexer;
+  QString m_sTime;
 };
 
 }  // namespace orvane::controls

@@ -61,6 +61,11 @@ QString TimeText(std::chrono::microseconds elapsed) {
   return QStringLiteral("%1 min %2 s").arg(minutes.count()).arg(seconds.count());
 }
 
+QString TookText(std::chrono::microseconds elapsed, const QString& sFetched) {
+  return sFetched.isEmpty() ? TimeText(elapsed)
+                            : TimeText(elapsed) + QStringLiteral(", ") + sFetched;
+}
+
 QString FetchedText(zones::LocalTime fetched, zones::LocalTime now) {
   const auto day = date::floor<date::days>(fetched);
   const QString sTime =
@@ -194,8 +199,7 @@ void StatusStrip::Rows(platform::RowIndex rows, std::chrono::microseconds elapse
   if (!m_bWorking) m_cancel->hide();
   m_rows->setText(RowsText(rows));
   m_rows->setMinimumWidth(m_rows->sizeHint().width());
-  m_time->setText(sFetched.isEmpty() ? TimeText(elapsed)
-                                     : TimeText(elapsed) + QStringLiteral(", ") + sFetched);
+  m_time->setText(TookText(elapsed, sFetched));
   m_time->show();
   m_sNotice = sNotice;
   ShowNotice(sNotice);

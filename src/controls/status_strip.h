@@ -20,6 +20,8 @@ namespace orvane::controls {
 QString RowsText(platform::RowIndex rows);
 /// "under 1 ms", "12 ms", "1.23 s", "2 min 5 s".
 QString TimeText(std::chrono::microseconds elapsed);
+/// "12 ms, at 14:02:11"; without the second where that is not known.
+QString TookText(std::chrono::microseconds elapsed, const QString& sFetched);
 /// "at 14:02:11", or with the day when that is not today: "on 2026-11-20 at 14:02:11".
 QString FetchedText(zones::LocalTime fetched, zones::LocalTime now);
 

@@ -103,7 +103,8 @@ bool TableTime::Learn() {
   }
   if (life.expired()) return false;
   // Where times are numbers, the rows may have told what the server's columns do not.
-  if (column || !GivesTimesAsNumbers(*m_core.Connection())) {
+  const platform::ConnectionPtr cn = m_core.Connection();
+  if (column || !cn || !GivesTimesAsNumbers(*cn)) {
     m_viewing.timeColumn = std::move(column);
   }
   return true;

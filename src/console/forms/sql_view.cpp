@@ -17,44 +17,12 @@ constexpr int kLeastLines = 4;
 constexpr int kIndent = 4;
 constexpr int kTextIndent = 6;
 
-struct Colors {
-  QColor keyword;
-  QColor number;
-  QColor text;
-  QColor name;
-  QColor comment;
-};
-
 QColor Between(const QColor& one, const QColor& other) {
   return {(one.red() + other.red()) / 2, (one.green() + other.green()) / 2,
           (one.blue() + other.blue()) / 2};
 }
 
-Colors ColorsFor(const QPalette& palette) {
-  if (palette.color(QPalette::Base).lightness() >= 128) {
-    return {QColor(0x0b, 0x53, 0x94), QColor(0x8a, 0x45, 0x00), QColor(0x1c, 0x6b, 0x2a),
-            QColor(0x6a, 0x2f, 0x7a), QColor(0x66, 0x66, 0x66)};
-  }
-  return {QColor(0x7f, 0xb4, 0xe8), QColor(0xe0, 0xa8, 0x6a), QColor(0x8f, 0xcf, 0x8f),
-          QColor(0xcf, 0xa0, 0xdc), QColor(0xa0, 0xa0, 0xa0)};
-}
-
 }  // namespace
-
-const char* SqlWords::keywords(int iSet) const {
-  if (iSet != 1) return nullptr;
-  return "add all alter and any as asc avg begin between by case cast check coalesce collate "
-         "commit "
-         "constraint count create cross current_date current_time current_timestamp database "
-         "default "
-         "delete desc distinct drop else end escape except exists false fetch first foreign from "
-         "full "
-         "group having in index inner insert intersect into is join key last left like limit max "
-         "min "
-         "natural not null nulls offset on only or order outer over partition primary references "
-         "right rollback row rows select set some sum table then top transaction true union unique "
-         "update using values view when where with";
-}
 
 SqlView::SqlView(QWidget* parent) : QsciScintilla(parent) {
   setUtf8(true);
@@ -103,27 +71,7 @@ void SqlView::Paint() {
   const QColor paper = colors.color(QPalette::Base);
   const QColor ink = m_plainColor.isValid() ? m_plainColor : colors.color(QPalette::Text);
   const QFont textFont = TextFont();
-  m_lexer.setDefaultFont(textFont);
-  m_lexer.setDefaultPaper(paper);
-  m_lexer.setDefaultColor(ink);
-  m_lexer.setFont(textFont);
-  m_lexer.setPaper(paper);
-  m_lexer.setColor(ink);
-  if (!m_plainColor.isValid()) {
-    const Colors set = ColorsFor(colors);
-    m_lexer.setColor(set.keyword, QsciLexerSQL::Keyword);
-    m_lexer.setColor(set.number, QsciLexerSQL::Number);
-    m_lexer.setColor(set.text, QsciLexerSQL::SingleQuotedString);
-    m_lexer.setColor(set.name, QsciLexerSQL::DoubleQuotedString);
-    m_lexer.setColor(set.name, QsciLexerSQL::QuotedIdentifier);
-    for (const int iStyle :
-         {QsciLexerSQL::Comment, QsciLexerSQL::CommentLine, QsciLexerSQL::CommentDoc}) {
-      m_lexer.setColor(set.comment, iStyle);
-    }
-    QFont keywordFont = textFont;
-    keywordFont.setBold(true);
-    m_lexer.setFont(keywordFont, QsciLexerSQL::Keyword);
-  }
+  m_lexer.Paint(colors, textFont, m_plainColor);
   setCaretForegroundColor(colors.color(QPalette::Text));
   setSelectionBackgroundColor(colors.color(QPalette::Highlight));
   setSelectionForegroundColor(colors.color(QPalette::HighlightedText));

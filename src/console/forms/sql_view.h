@@ -2,18 +2,11 @@
 // as every control of a form; Ctrl+] and Ctrl+[ indent the selected lines.
 #pragma once
 
-#include <Qsci/qscilexersql.h>
 #include <Qsci/qsciscintilla.h>
 
-namespace orvane::console {
+#include "sql_look/sql_words.h"
 
-/// Knows the statements' own words, not the names that columns and tables like to have: of the
-/// library's words many are a historian's columns, "Value" and "Timestamp" first.
-class SqlWords : public QsciLexerSQL {
- public:
-  using QsciLexerSQL::QsciLexerSQL;
-  const char* keywords(int iSet) const override;
-};
+namespace orvane::console {
 
 class SqlView : public QsciScintilla {
  public:
@@ -36,7 +29,7 @@ class SqlView : public QsciScintilla {
   void NumberLines();
   QSize SizeFor(int iCharacters, int iLines) const;
 
-  SqlWords m_lexer;
+  sql_look::SqlWords m_lexer;
   QColor m_plainColor;
   bool m_bPainting = false;
 };
