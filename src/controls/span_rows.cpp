@@ -12,7 +12,7 @@ namespace {
 
 /// Short enough that nobody sees a picture late.
 constexpr qint64 kSliceMs = 8;
-constexpr int kRowsBetweenLooks = 500;
+constexpr int kRowsAtOnceInSlice = 500;
 
 }  // namespace
 
@@ -40,7 +40,7 @@ void SpanRows::LookAtSlice() {
   QElapsedTimer timer;
   timer.start();
   while (m_nPlace < nPlaces && timer.elapsed() < kSliceMs) {
-    const int nEnd = std::min(nPlaces, m_nPlace + kRowsBetweenLooks);
+    const int nEnd = std::min(nPlaces, m_nPlace + kRowsAtOnceInSlice);
     for (; m_nPlace < nEnd; ++m_nPlace) {
       const auto time = TimeIn(m_model.ValueAt(m_nPlace, *column), m_model.Format().Zone());
       const bool bWithin = time && *time >= m_span.from && *time <= m_span.to;

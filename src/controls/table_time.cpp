@@ -132,6 +132,8 @@ void TableTime::RowsShown() {
     }
   }
   m_bar->setVisible(m_viewing.timeColumn.has_value());
+  // Nobody could end what has no bar.
+  if (!m_viewing.timeColumn) StopFollowing();
   ShowRange();
 }
 
@@ -158,7 +160,6 @@ platform::TableQueryPtr TableTime::Query() const {
 }
 
 QString TableTime::WhyNoRange(const TimeRange& range) {
-  if (m_core.Running() || *m_asking) return {};
   Viewing within = m_viewing;
   within.range = range;
   const Text sSql = StatementWithin(m_grid.statement(), within);
@@ -177,7 +178,19 @@ QString TableTime::WhyNoRange(const TimeRange& range) {
   return {};
 }
 
+void TableTime::StopFollowing() {
+  m_bar->StopFollowing();
+  m_follower->Every(std::nullopt);
+}
+
 void TableTime::Choose(const std::optional<TimeRange>& range) {
+  if (m_core.Running() || *m_asking) {
+    // The rows that come are those of the range before.
+    m_bar->Range(m_viewing.range);
+    m_core.Window().Remark("The range was not set: rows are still being fetched; stop that first.",
+                           true);
+    return;
+  }
   if (range && m_grid.statement) {
     const std::weak_ptr<bool> life = m_asking;
     const QString sWhy = WhyNoRange(*range);
@@ -199,8 +212,7 @@ void TableTime::Requery() {
     // The window shows its sentence; nobody is behind a button or a clock to be told.
     if (life.expired()) return;
     m_core.Note(exception);
-    m_bar->StopFollowing();
-    m_follower->Every(std::nullopt);
+    StopFollowing();
   }
 }
 
@@ -223,10 +235,14 @@ void TableTime::KeepRange() {
 
 trend::TrendView::Units TableTime::AskUnits() {
   const platform::TableQueryPtr query = Query();
-  if (!query || query->Catalog().empty() || m_core.Running() || *m_asking) return {};
-  const Text sPrefix(query->Table().starts_with(kNamePrefix) ? kNamePrefix : std::string_view());
-  const Text sSql = "SELECT \"Tag\", \"Unit\" FROM " + platform::QuotedName(query->Catalog()) +
-                    ".." + platform::QuotedName(sPrefix + "Tags");
+  // Of a named query the server has told which table its rows are of, if they are of one.
+  const RowTable& rows = m_core.Editing().Session().Updatability().table;
+  const Text sCatalog = query ? query->Catalog() : rows.sCatalog;
+  const Text sTable = query ? query->Table() : rows.sTable;
+  if (sCatalog.empty() || m_core.Running() || *m_asking) return {};
+  const Text sPrefix(sTable.starts_with(kNamePrefix) ? kNamePrefix : std::string_view());
+  const Text sSql = "SELECT \"Tag\", \"Unit\" FROM " + platform::QuotedName(sCatalog) + ".." +
+                    platform::QuotedName(sPrefix + "Tags");
   trend::TrendView::Units units;
   try {
     const Marked asking(m_asking);

@@ -56,6 +56,7 @@ class TableTime {
   /// grid may be gone afterwards.
   QString WhyNoRange(const TimeRange& range);
   void FollowOnce();
+  void StopFollowing();
   void ShowRange();
   platform::TableQueryPtr Query() const;
   trend::TrendView::Units AskUnits();

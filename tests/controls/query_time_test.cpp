@@ -169,6 +169,24 @@ TEST_F(query_time, a_query_is_followed) {
   EXPECT_FALSE(model->headerData(3, Qt::Vertical, RowModel::kNewRole).toBool());
 }
 
+TEST_F(query_time, units_of_a_query_over_one_table_are_those_of_its_catalog) {
+  m_server->Run("INSERT INTO P..Tags (Tag, Unit) VALUES ('a', 'bar')");
+  Run("SELECT Tag, Timestamp, Value FROM P..Data");
+  Find<QToolButton>(ResultsWindow(), "asTrend")->click();
+  auto* values =
+      Find<QWidget>(ResultsWindow(), "trend")->findChild<QAbstractItemView*>("trendValues");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return values->model()->rowCount() == 2; }));
+  EXPECT_EQ(values->model()->index(0, 2).data().toString(), "bar");
+}
+
+TEST_F(query_time, rows_with_a_range_around_their_query_are_looked_at_only) {
+  Run("SELECT Tag, Timestamp, Value FROM P..Data");
+  EXPECT_EQ(Find<QLabel>(ResultsWindow(), "readOnly")->isVisibleTo(ResultsWindow()), false);
+  Choose(ResultsWindow(), "2024-05-02", "2024-05-03");
+  EXPECT_TRUE(Find<QLabel>(ResultsWindow(), "readOnly")->isVisibleTo(ResultsWindow()));
+  EXPECT_FALSE(m_results->DeleteAllowed());
+}
+
 TEST_F(query_time, times_that_are_numbers_have_a_bar_and_a_trend_too) {
   Run("SELECT Tag, Timestamp AS At, Value FROM P..Data ORDER BY Value",
       "Time Zone = Europe/Madrid; Time as Double = True;");

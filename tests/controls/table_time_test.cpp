@@ -227,6 +227,22 @@ TEST_F(table_time, following_ends_with_a_failure) {
   EXPECT_EQ(m_failures->noted.size(), 1U);
 }
 
+TEST_F(table_time, no_range_is_chosen_while_rows_are_fetched) {
+  Show(*m_editor);
+  m_editor->Requery();
+  bool bAsked = false;
+  m_server.whileRunning = [&] {
+    if (!std::exchange(bAsked, true)) Pick("Last hour");
+  };
+  m_editor->Requery();
+  ASSERT_TRUE(bAsked);
+  EXPECT_EQ(Find<QComboBox>("timeRange")->currentText(), "As the query says");
+  EXPECT_EQ(Sent(), kNewestFirst);
+  EXPECT_TRUE(m_failures->noted.empty());
+  m_editor->Requery();
+  EXPECT_EQ(Sent(), kNewestFirst) << "nothing of it is left";
+}
+
 TEST_F(table_time, following_waits_while_rows_are_edited) {
   Show(*m_editor);
   m_editor->Requery();
@@ -313,6 +329,19 @@ TEST_F(named_query_time, a_text_that_takes_no_range_says_why_and_its_rows_stay) 
   m_results.Execute();
   EXPECT_EQ(Label(m_results, "timeTold"), "");
   EXPECT_TRUE(Find<QWidget>("timeRange")->isEnabled());
+}
+
+TEST_F(named_query_time, following_ends_with_the_time_column) {
+  Find<QCheckBox>("follow")->click();
+  StrikeNow(*Find<QTimer>("pause"));
+  EXPECT_EQ(m_sent.size(), 2U);
+  ado::RecordsetBuilder builder({{"Tag", DataType::WChar}});
+  m_server.answer = builder.Finish();
+  m_results.SqlText("SELECT Tag FROM Plant");
+  m_results.Execute();
+  EXPECT_FALSE(Find<QWidget>("timeBar")->isVisible());
+  EXPECT_FALSE(Find<QCheckBox>("follow")->isChecked());
+  EXPECT_FALSE(Find<QTimer>("pause")->isActive());
 }
 
 TEST_F(named_query_time, what_else_goes_wrong_is_told_by_the_rows) {
