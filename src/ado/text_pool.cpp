@@ -1,6 +1,7 @@
 #include "ado/text_pool.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -18,6 +19,8 @@ constexpr std::size_t kMostKept = std::size_t{4} << 20;
 constexpr std::size_t kFewestSlots = 64;
 
 // Tags and states are short texts: those of up to 16 bytes are read in two words, which overlap.
+// Only the upper bits of a product depend on all bits of what is multiplied: tags differ in their
+// last characters, which are the uppermost of a word.
 std::uint32_t HashOf(std::string_view sText) {
   const char* first = sText.data();
   const char* last = sText.data() + sText.size();
@@ -36,7 +39,7 @@ std::uint32_t HashOf(std::string_view sText) {
   }
   std::uint64_t hash = (head ^ sText.size()) * 0x9E3779B97F4A7C15U;
   hash = (hash ^ (hash >> 32) ^ tail) * 0xC2B2AE3D27D4EB4FU;
-  return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+  return static_cast<std::uint32_t>(hash >> 32);
 }
 
 }  // namespace
@@ -49,11 +52,14 @@ TextPool::Code TextPool::Find(std::string_view sText) {
     m_index = {};
     return Store(sText);
   }
+  // Tags that are sampled one after the other come round in the same order.
+  const Code next = m_last + 1 < m_ends.size() ? m_last + 1 : 0;
+  if (next < m_ends.size() && detail::Same(At(next), sText)) return next;
   // At most every second slot is taken, so that a search is short, and ends.
   if ((m_ends.size() + 1) * 2 > m_index.size()) GrowIndex();
   const std::uint32_t hash = HashOf(sText);
   const std::size_t mask = m_index.size() - 1;
-  for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
+  for (std::size_t at = hash >> m_nShift;; at = (at + 1) & mask) {
     Slot& slot = m_index[at];
     if (slot.codePlusOne == 0) {
       const Code code = Store(sText);
@@ -81,9 +87,10 @@ void TextPool::GrowIndex() {
   const std::vector<Slot> old = std::exchange(
       m_index, std::vector<Slot>(std::max<std::size_t>(kFewestSlots, m_index.size() * 2)));
   const std::size_t mask = m_index.size() - 1;
+  m_nShift = 32 - std::countr_zero(m_index.size());
   for (const Slot& slot : old) {
     if (slot.codePlusOne == 0) continue;
-    std::size_t at = slot.hash & mask;
+    std::size_t at = slot.hash >> m_nShift;
     while (m_index[at].codePlusOne != 0) at = (at + 1) & mask;
     m_index[at] = slot;
   }

@@ -79,7 +79,8 @@ class TextPool {
 
   std::vector<char> m_bytes;
   Growing<std::uint32_t> m_ends;
-  std::vector<Slot> m_index;
+  std::vector<Slot> m_index;     // as many as a power of two
+  int m_nShift = 0;              // leaves of a hash the place in the index
   std::uint64_t m_lookups = 0;   // in all blocks
   std::uint64_t m_distinct = 0;  // of those the ones that found nothing
   Code m_last = 0;

@@ -31,10 +31,11 @@ std::string_view TextOf(sqlite3_value* value, bool bUtf8) {
 }
 
 void AppendInteger(ado::Column& column, DataType type, std::int64_t llValue) {
+  if (type == DataType::DBTimeStamp) {
+    column.AppendTimestamp(platform::Timestamp(std::chrono::microseconds(llValue)));
+    return;
+  }
   switch (type) {
-    case DataType::DBTimeStamp:
-      column.AppendTimestamp(platform::Timestamp(std::chrono::microseconds(llValue)));
-      return;
     case DataType::Integer:
       if (llValue >= std::numeric_limits<std::int32_t>::min() &&
           llValue <= std::numeric_limits<std::int32_t>::max()) {
@@ -57,6 +58,7 @@ void AppendInteger(ado::Column& column, DataType type, std::int64_t llValue) {
     case DataType::Numeric:
     case DataType::DBDate:
     case DataType::DBTime:
+    case DataType::DBTimeStamp:
       break;
   }
   column.AppendLongLong(llValue);
@@ -81,35 +83,6 @@ void AppendText(ado::Column& column, DataType type, std::string_view sText) {
       break;
   }
   column.AppendText(sText);
-}
-
-// One look-up of the cell instead of one for its type and one for its value. That the value may be
-// read without a lock is because sessions are opened without SQLite's own locks.
-// Gives the bytes of a text or blob.
-inline std::size_t AppendCell(ado::Column& column, DataType type, sqlite3_value* value,
-                              bool bUtf8) {
-  switch (sqlite3_value_type(value)) {
-    case SQLITE_INTEGER:
-      AppendInteger(column, type, sqlite3_value_int64(value));
-      return 0;
-    case SQLITE_FLOAT:
-      column.AppendDouble(sqlite3_value_double(value));
-      return 0;
-    case SQLITE_TEXT: {
-      const std::string_view sText = TextOf(value, bUtf8);
-      AppendText(column, type, sText);
-      return sText.size();
-    }
-    case SQLITE_BLOB: {
-      const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
-      const std::size_t size = SizeOf(value, bytes);
-      column.AppendBytes(std::span(bytes, size));
-      return size;
-    }
-    default:
-      column.AppendNull();
-      return 0;
-  }
 }
 
 }  // namespace
@@ -142,13 +115,43 @@ int SqliteFetch::StepAll() {
   return nCode;
 }
 
+// One look-up of each cell instead of one for its type and one for its value. That the value may be
+// read without a lock is because sessions are opened without SQLite's own locks.
 inline void SqliteFetch::TakeRow() {
-  const std::size_t nColumns = m_columns.size();
-  for (std::size_t i = 0; i < nColumns; ++i) {
-    m_bytes += AppendCell(m_columns[i], m_types[i],
-                          sqlite3_column_value(m_statement, static_cast<int>(i)), m_limits.bUtf8);
-    if (m_bytes > m_mostBytes) throw std::bad_alloc();
+  const DataType* type = m_types.data();
+  int nColumn = 0;
+  for (ado::Column& column : m_columns) {
+    sqlite3_value* const value = sqlite3_column_value(m_statement, nColumn++);
+    switch (sqlite3_value_type(value)) {
+      case SQLITE_INTEGER:
+        AppendInteger(column, *type, sqlite3_value_int64(value));
+        break;
+      case SQLITE_FLOAT:
+        column.AppendDouble(sqlite3_value_double(value));
+        break;
+      case SQLITE_TEXT: {
+        const std::string_view sText = TextOf(value, m_limits.bUtf8);
+        AppendText(column, *type, sText);
+        CountBytes(sText.size());
+        break;
+      }
+      case SQLITE_BLOB: {
+        const auto* bytes = static_cast<const std::byte*>(sqlite3_value_blob(value));
+        const std::size_t size = SizeOf(value, bytes);
+        column.AppendBytes(std::span(bytes, size));
+        CountBytes(size);
+        break;
+      }
+      default:
+        column.AppendNull();
+    }
+    ++type;
   }
+}
+
+inline void SqliteFetch::CountBytes(std::size_t size) {
+  m_bytes += size;
+  if (m_bytes > m_mostBytes) throw std::bad_alloc();
 }
 
 void SqliteFetch::HandOver() {

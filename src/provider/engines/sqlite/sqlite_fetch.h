@@ -38,6 +38,7 @@ class SqliteFetch {
 
  private:
   void TakeRow();
+  void CountBytes(std::size_t size);
 
   sqlite3_stmt* m_statement;
   FetchLimits m_limits;
