@@ -63,6 +63,8 @@ class AccessibleCell : public QAccessibleInterface, public QAccessibleTableCellI
       state.invalid = true;
       return state;
     }
+    // The rows have it, the eyes do not.
+    state.invisible = m_area->Names().isSectionHidden(m_nColumn);
     if (IsHead()) return state;
     const QModelIndex index = Index();
     state.selectable = true;

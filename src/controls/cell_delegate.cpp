@@ -138,6 +138,9 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
        ValueInput(m_model.Format().Zone())},
       parent);
   editor->setFont(option.font);
+  // What is typed stands where the value stood; the line keeps two pixels of its own.
+  constexpr int kOwnMargin = 2;
+  editor->setTextMargins(kMargin - kOwnMargin, 0, kMargin - kOwnMargin, 0);
   editor->setAlignment(ShownAt(index).alignment);
   connect(editor, &QLineEdit::textEdited, this, [this] {
     if (m_typed) m_typed();

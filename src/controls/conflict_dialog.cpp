@@ -36,7 +36,8 @@ QLabel* AddText(QGridLayout& grid, int nRow, int nColumn, const QString& sText, 
 }  // namespace
 
 ConflictDialog::ConflictDialog(const RowConflict& conflict, const platform::Recordset& rs,
-                               bool bDelete, const CellFormat& format, QWidget* parent)
+                               bool bDelete, const QString& sRow, const CellFormat& format,
+                               QWidget* parent)
     : QDialog(parent), m_values(new QGridLayout) {
   setObjectName("conflict");
   setWindowTitle("Changed Meanwhile");
@@ -45,6 +46,11 @@ ConflictDialog::ConflictDialog(const RowConflict& conflict, const platform::Reco
   sentence->setObjectName("sentence");
   sentence->setTextFormat(Qt::PlainText);
   sentence->setWordWrap(true);
+  auto* which = new QLabel(sRow);
+  which->setObjectName("which");
+  which->setTextFormat(Qt::PlainText);
+  which->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  which->setWordWrap(true);
 
   auto* page = new QWidget;
   page->setLayout(m_values);
@@ -93,6 +99,7 @@ ConflictDialog::ConflictDialog(const RowConflict& conflict, const platform::Reco
   area->setFrameShape(QFrame::NoFrame);
   area->setWidget(page);
   auto* layout = new QVBoxLayout(this);
+  layout->addWidget(which);
   layout->addWidget(sentence);
   layout->addWidget(area, 1);
   layout->addWidget(buttons);

@@ -23,9 +23,10 @@ class ConflictDialog : public QDialog {
   /// What was answered, as the dialog's result; "Later" leaves everything as it is.
   enum Answer { kLater = Rejected, kSettle = Accepted, kDelete, kAddAsNew };
 
-  /// bDelete of a row that I wanted to delete. The recordset gives the names of the columns.
+  /// bDelete of a row that I wanted to delete. The recordset gives the names of the columns; sRow
+  /// tells which row it is.
   ConflictDialog(const RowConflict& conflict, const platform::Recordset& rs, bool bDelete,
-                 const CellFormat& format, QWidget* parent);
+                 const QString& sRow, const CellFormat& format, QWidget* parent);
 
   /// The columns in which mine is to stand.
   std::vector<platform::ColumnIndex> Mine() const;

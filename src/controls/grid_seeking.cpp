@@ -64,7 +64,7 @@ void GridSeeking::AddFinding() {
   m_rows.Commands().Add({CommandGroup::Find, "Find &Previous", QKeySequence(Qt::SHIFT | Qt::Key_F3),
                          [this] { m_bar->FindNext(false); }, hasRows});
   m_rows.Commands().Add({CommandGroup::Find, "Go &to Row\u2026", QKeySequence(Qt::CTRL | Qt::Key_G),
-                         [this] { GoToRow(); }, hasRows});
+                         [this] { GoToRow(); }, [this] { return m_rows.Model().Places() > 0; }});
 }
 
 void GridSeeking::GoToRow() {

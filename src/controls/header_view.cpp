@@ -206,8 +206,9 @@ void HeaderView::PaintArrow(QPainter& painter, const QRect& rect, int nColumn) c
   const int nFoot = bUp ? nMiddle + kArrow / 4 : nMiddle - kArrow / 4;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(colour);
+  // One that is only offered is hollow: filled, it would say that the rows stand in that order.
+  painter.setPen(nRank < 0 ? QPen(colour) : QPen(Qt::NoPen));
+  painter.setBrush(nRank < 0 ? QBrush(Qt::NoBrush) : QBrush(colour));
   painter.drawPolygon(QPolygon(
       {{rect.left(), nFoot}, {rect.left() + kArrow, nFoot}, {rect.left() + kArrow / 2, nTip}}));
   if (nRank >= 0 && m_sort.size() > 1) {

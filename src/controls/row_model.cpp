@@ -206,6 +206,10 @@ Cell RowModel::CellAt(int nPlace, int nColumn) const {
   const RowIndex row = RecordRow(nPlace);
   const Value vtValue = m_recordset->ValueAt(row, nColumn);
   const platform::RowState state = m_recordset->StateAt(row);
+  if (state == platform::RowState::New && !m_recordset->IsEdited(row, nColumn)) {
+    // It is left to the server, whose default need not be null.
+    return {{}, CellFormat::Alignment(vtValue, type)};
+  }
   const auto column = static_cast<std::size_t>(nColumn);
   const int nFraction = column < m_fractions.size() ? m_fractions[column] : 0;
   const Qt::Alignment alignment = CellFormat::Alignment(vtValue, type);

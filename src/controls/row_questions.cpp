@@ -10,6 +10,7 @@
 #include "controls/grid_window.h"
 #include "controls/pending_review.h"
 #include "controls/status_strip.h"
+#include "controls/tip_text.h"
 
 namespace orvane::controls {
 
@@ -17,6 +18,21 @@ using platform::ColumnIndex;
 using platform::RecordsetPtr;
 using platform::RowIndex;
 using platform::RowState;
+
+namespace {
+
+/// The row by its key as it was fetched: "Tag: TIC201.PV, Timestamp: 2026-05-31 12:00:00".
+QString KeyText(const EditSession& session, RowIndex row, const CellFormat& format) {
+  const platform::Recordset& rs = *session.Recordset();
+  QStringList parts;
+  for (const ColumnIndex column : session.Updatability().table.key) {
+    parts << QString::fromStdString(rs.FieldAt(column).Name()) + QStringLiteral(": ") +
+                 Brief(format.Shown(rs.OriginalAt(row, column)));
+  }
+  return parts.join(QStringLiteral(", "));
+}
+
+}  // namespace
 
 RowQuestions::RowQuestions(GridWindow& window, EditSession& session, Actions actions,
                            QObject* parent)
@@ -27,8 +43,9 @@ void RowQuestions::AskToSettle(RowIndex row) {
   // One question at a time; the others wait in the list.
   if (!conflict || m_window.findChild<ConflictDialog*>()) return;
   const RecordsetPtr rs = m_session.Recordset();
+  const CellFormat& format = m_window.Rows().Model().Format();
   auto* dialog = new ConflictDialog(*conflict, *rs, rs->StateAt(row) == RowState::Deleted,
-                                    m_window.Rows().Model().Format(), &m_window);
+                                    KeyText(m_session, row, format), format, &m_window);
   connect(dialog, &QDialog::finished, this, [this, dialog, rs, row](int nAnswer) {
     if (nAnswer == ConflictDialog::kLater || m_session.Recordset() != rs) return;
     if (nAnswer == ConflictDialog::kAddAsNew) {
@@ -83,7 +100,9 @@ void RowQuestions::DeleteSelectedRows() {
   box->setIcon(QMessageBox::Question);
   box->setWindowTitle("Delete Rows");
   box->setText(QStringLiteral("Delete %1?").arg(RowsText(static_cast<RowIndex>(rows.size()))));
-  box->setInformativeText("The server deletes them at once; that cannot be undone.");
+  box->setInformativeText(
+      QStringLiteral("The server deletes %1 at once; that cannot be undone.")
+          .arg(rows.size() == 1 ? QStringLiteral("it") : QStringLiteral("them")));
   const auto* yes = box->addButton("&Delete", QMessageBox::AcceptRole);
   box->setDefaultButton(box->addButton(QMessageBox::Cancel));
   const RecordsetPtr rs = m_session.Recordset();

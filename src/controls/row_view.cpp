@@ -88,6 +88,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
     m_lastColumns = ColumnSignature();
     m_lastWidths = ColumnWidths();
     m_columns->Remember();
+    if (currentIndex().isValid()) m_nLastColumn = currentIndex().column();
   }
   ForgetScroll();
   RowsChosen(false);
@@ -110,7 +111,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   if (state) {
     Restore(*state);
   } else if (HasRows() && m_model->columnCount() > 0) {
-    selectionModel()->setCurrentIndex(m_model->index(0, FirstShown()),
+    selectionModel()->setCurrentIndex(m_model->index(0, FirstColumn()),
                                       QItemSelectionModel::NoUpdate);
   }
   LeaveHidden();
@@ -250,7 +251,7 @@ void RowView::ArrangeNow(bool bFromTop) {
                        updateGeometries();
                        if (bStayed) {
                          const QSignalBlocker quiet(selectionModel());
-                         selectionModel()->setCurrentIndex(m_model->index(0, FirstShown()),
+                         selectionModel()->setCurrentIndex(m_model->index(0, FirstColumn()),
                                                            QItemSelectionModel::NoUpdate);
                          verticalScrollBar()->setValue(0);
                        } else {

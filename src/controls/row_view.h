@@ -105,6 +105,11 @@ class RowView : public RowPicker {
   bool ColumnWidths(const std::vector<int>& widths);
   QStringList ColumnSignature() const;
   void Restore(const RowsState& state);
+  /// Where the keys begin in rows fetched anew: in their column, where the columns are the same.
+  int FirstColumn() const {
+    const bool bKnown = m_nLastColumn >= 0 && m_lastColumns == ColumnSignature();
+    return bKnown ? m_nLastColumn : FirstShown();
+  }
 
   AccessibleRowsOffer m_accessible;
   RowModel* m_model;
@@ -120,6 +125,7 @@ class RowView : public RowPicker {
   std::function<void()> m_arrowClicked;
   QStringList m_lastColumns;
   std::vector<int> m_lastWidths;
+  int m_nLastColumn = -1;  ///< of the current cell among them
 };
 
 }  // namespace orvane::controls

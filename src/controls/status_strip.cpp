@@ -6,6 +6,8 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QStyle>
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace orvane::controls {
@@ -272,6 +274,33 @@ void StatusStrip::Position(int nRow, int nRows) {
                       : nRow == nRows
                           ? QStringLiteral("New row")
                           : QStringLiteral("Row %1 of %2").arg(Grouped(nRow + 1), Grouped(nRows)));
+}
+
+bool StatusStrip::event(QEvent* event) {
+  const bool bDone = QWidget::event(event);
+  if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize) Fit();
+  return bDone;
+}
+
+void StatusStrip::Fit() {
+  const std::array folding = {m_time, m_position};
+  const auto isFolded = [](const QLabel* label) { return label->maximumWidth() == 0; };
+  // Each label by itself: a layout asks for nothing where its widget may have no width.
+  int nNeeded = layout()->sizeHint().width();
+  // A sentence that is long for a line ends in an ellipsis wherever it stands.
+  const int nSentence = 40 * fontMetrics().averageCharWidth();
+  for (const QLabel* label : {m_arrangement, m_notice, m_readOnly}) {
+    if (!label->isHidden()) nNeeded -= std::max(0, label->sizeHint().width() - nSentence);
+  }
+  for (const QLabel* label : folding) {
+    if (!label->isHidden() && isFolded(label)) nNeeded += label->sizeHint().width();
+  }
+  for (QLabel* label : folding) {
+    if (label->isHidden()) continue;
+    const bool bFold = nNeeded > width();
+    if (bFold) nNeeded -= label->sizeHint().width();
+    if (bFold != isFolded(label)) label->setMaximumWidth(bFold ? 0 : QWIDGETSIZE_MAX);
+  }
 }
 
 void StatusStrip::changeEvent(QEvent* event) {

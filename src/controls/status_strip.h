@@ -70,10 +70,14 @@ class StatusStrip : public QWidget {
   QSize minimumSizeHint() const override;
 
  protected:
+  bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
   void SetWarningIcon();
+  /// Where there is no room for everything, what matters least gives way whole: the time taken,
+  /// then the current row.
+  void Fit();
   void ShowNotice(const QString& sNotice, bool bWarning = true);
 
   QString m_sNotice;

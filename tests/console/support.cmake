@@ -23,6 +23,7 @@ orvane_test(console_support QT
     document/unsent_rows_test.cpp
     fake_objects.h
     log/log_file_test.cpp
+    look/control_style_test.cpp
     look/drawn_icon_test.cpp
     look/image_list_test.cpp
     look/picture_fixture.h

@@ -89,6 +89,18 @@ TEST(accessible_rows, tell_where_the_keys_and_the_selection_are) {
   EXPECT_EQ(TableOf(view)->selectedCellCount(), 4);
 }
 
+TEST(accessible_rows, tell_that_a_hidden_column_is_not_in_sight) {
+  RowView view;
+  view.ShowRows(Plant(5), kUtcZone);
+  Show(view);
+  view.Names().setSectionHidden(1, true);
+  EXPECT_TRUE(TableOf(view)->cellAt(0, 1)->state().invisible);
+  EXPECT_FALSE(TableOf(view)->cellAt(0, 0)->state().invisible);
+  const auto heads = TableOf(view)->cellAt(0, 1)->tableCellInterface()->columnHeaderCells();
+  ASSERT_EQ(heads.size(), 1);
+  EXPECT_TRUE(heads.front()->state().invisible);
+}
+
 TEST(accessible_rows, of_any_number_make_only_the_cells_that_are_asked_for) {
   RowView view;
   const auto rs = Plant(RowModel::kMaxRows);

@@ -214,6 +214,9 @@ TEST_F(grid_editing, a_row_that_somebody_else_changed_is_not_overwritten) {
   EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "77");
   EXPECT_EQ(Cell(0, 2), "5");
   EXPECT_EQ(Mark(0), "!");
+  const auto* which = Window()->findChild<QLabel*>("which");
+  ASSERT_NE(which, nullptr);
+  EXPECT_EQ(which->text(), "Id: 1") << "the question tells which row it is";
 }
 
 TEST_F(grid_editing, a_query_fills_the_current_cell_with_its_first_value) {

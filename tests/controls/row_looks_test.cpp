@@ -74,6 +74,24 @@ TEST(row_looks, shows_that_it_has_the_keys_with_rows_and_without) {
   EXPECT_EQ(corner(3), QColor(255, 255, 255));
 }
 
+TEST(row_looks, an_order_that_is_only_offered_looks_unlike_one_that_was_made) {
+  RowView view;
+  view.ShowRows(Plant(5), kUtcZone);
+  Show(view);
+  const QRect arrow = view.Names().ArrowOf(0);
+  ASSERT_TRUE(arrow.isValid());
+  const QPoint inside(arrow.left() + arrow.width() / 2, arrow.center().y());
+  const auto ink = [&] {
+    const QImage names = view.Names().viewport()->grab().toImage();
+    return std::abs(names.pixelColor(inside).lightness() -
+                    names.pixelColor(2, inside.y()).lightness());
+  };
+  const int nOffered = ink();
+  view.SortBy(0, true);
+  EXPECT_GT(ink(), 2 * nOffered);
+  EXPECT_GT(ink(), 100);
+}
+
 TEST(row_looks, without_columns_nothing_is_drawn_in_no_room) {
   RowView view;
   const ToolkitHeard heard;

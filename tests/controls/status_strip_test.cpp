@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QLayout>
+
 namespace orvane::controls {
 namespace {
 
@@ -37,6 +40,37 @@ TEST(status_strip, tells_rows_time_and_position) {
   EXPECT_EQ(TextOf(strip, "notice"), "(hidden)");
   EXPECT_EQ(TextOf(strip, "position"), "Row 3 of 100");
   EXPECT_TRUE(strip.findChild<QLabel*>("warning")->isHidden());
+}
+
+TEST(status_strip, what_matters_least_gives_way_first) {
+  StatusStrip strip;
+  auto* choice = new QToolButton;
+  choice->setText("Trend");
+  strip.AddSwitch({choice});
+  strip.Rows(100, microseconds(12'000), "at 14:02:11", "First 100 rows only.");
+  strip.Position(2, 100);
+  strip.show();
+  const auto settle = [&](int nWidth) {
+    strip.resize(nWidth, strip.height());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  };
+  const auto* time = strip.findChild<QLabel*>("elapsed");
+  const auto* position = strip.findChild<QLabel*>("position");
+  settle(1000);
+  EXPECT_GE(time->width(), time->sizeHint().width());
+  EXPECT_GE(position->width(), position->sizeHint().width());
+  const int nAll = strip.layout()->sizeHint().width();
+  settle(nAll - 1);
+  EXPECT_EQ(time->width(), 0);
+  EXPECT_GE(position->width(), position->sizeHint().width());
+  settle(nAll - time->sizeHint().width() - 1);
+  EXPECT_EQ(position->width(), 0);
+  EXPECT_GE(choice->width(), choice->sizeHint().width());
+  const auto* notice = strip.findChild<QLabel*>("notice");
+  EXPECT_GE(notice->width(), notice->sizeHint().width());
+  settle(1000);
+  EXPECT_GE(time->width(), time->sizeHint().width()) << "it comes back";
 }
 
 TEST(status_strip, tells_when_rows_were_fetched_and_the_day_unless_it_is_today) {

@@ -65,6 +65,8 @@ TEST_F(table_sorting, is_done_by_the_server_where_the_row_limit_cut_the_rows) {
   editor->SortDescending();
   EXPECT_EQ(m_server.sCommandText, "SELECT *\nFROM \"Plant\"..\"Data\"\nORDER BY \"Name\" DESC");
   EXPECT_EQ(CellOf(*editor, 0, 1), "row 0") << "as the server gave them";
+  EXPECT_EQ(ViewOf(*editor)->currentIndex().row(), 0);
+  EXPECT_EQ(ViewOf(*editor)->currentIndex().column(), 1) << "who sorts again sorts by the same";
   EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Name \u2193");
   EXPECT_EQ(m_query->WriteState(), sState);
   editor->Requery();

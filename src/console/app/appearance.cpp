@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "console/look/control_style.h"
+#include "console/look/dialogs_on_screen.h"
 
 namespace orvane::console {
 
@@ -73,6 +74,7 @@ void PrepareApplication(QApplication& application) {
   QGuiApplication::setDesktopFileName("orvane-console");
   const bool bDark = QApplication::palette().color(QPalette::Window).lightness() < 128;
   QApplication::setStyle(new ControlStyle);
+  application.installEventFilter(new DialogsOnScreen(&application));
   // A desktop that is dark, or in high contrast, has chosen its colours for a reason.
   if (!bDark) application.setPalette(LightPalette());
   SeeToFaintText();

@@ -49,7 +49,7 @@ LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
   m_cmbServer->setEditable(true);
   m_cmbServer->setInsertPolicy(QComboBox::NoInsert);
   m_cmbServer->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  m_cmbServer->setMinimumContentsLength(28);
+  m_cmbServer->setMinimumContentsLength(10);
   m_cmbServer->setMaxVisibleItems(15);
   m_cmbServer->view()->setTextElideMode(Qt::ElideMiddle);
   m_cmbServer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

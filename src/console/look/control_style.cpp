@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QStyleFactory>
 #include <QStyleOption>
+#include <QToolButton>
+#include <optional>
 
 #include "console/look/contrast.h"
 
@@ -38,6 +40,61 @@ void DrawRing(QPainter& painter, const QRect& rect, const QPalette& palette, qre
   painter.restore();
 }
 
+/// The edge of a box that is empty: on dark ground the style's own is darker still, and not seen.
+void DrawEdge(QPainter& painter, const QRect& rect, const QPalette& palette, bool bRound) {
+  constexpr float kShare = 0.45F;
+  QColor edge = palette.color(QPalette::WindowText);
+  edge.setAlphaF(kShare);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(edge);
+  painter.setBrush(Qt::NoBrush);
+  const QRectF line = QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  if (bRound) {
+    painter.drawEllipse(line);
+  } else {
+    painter.drawRoundedRect(line, 2, 2);
+  }
+  painter.restore();
+}
+
+bool IsDark(const QPalette& palette) {
+  return palette.color(QPalette::Window).lightness() < 128;
+}
+
+/// As high as a small letter of the button's text, however large that is.
+void DrawArrow(QPainter& painter, const QStyleOption& option, Qt::ArrowType arrow) {
+  const qreal dSide = option.fontMetrics.height() * 0.6;
+  QTransform place;
+  place.translate(QRectF(option.rect).center().x(), QRectF(option.rect).center().y());
+  place.rotate(arrow == Qt::UpArrow      ? 0
+               : arrow == Qt::RightArrow ? 90
+               : arrow == Qt::DownArrow  ? 180
+                                         : 270);
+  place.scale(dSide, dSide);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(option.palette.brush(QPalette::ButtonText));
+  painter.drawPolygon(place.map(QPolygonF({{-0.5, 0.3}, {0.5, 0.3}, {0.0, -0.3}})));
+  painter.restore();
+}
+
+std::optional<Qt::ArrowType> ArrowOf(QStyle::PrimitiveElement element) {
+  switch (element) {
+    case QStyle::PE_IndicatorArrowUp:
+      return Qt::UpArrow;
+    case QStyle::PE_IndicatorArrowDown:
+      return Qt::DownArrow;
+    case QStyle::PE_IndicatorArrowLeft:
+      return Qt::LeftArrow;
+    case QStyle::PE_IndicatorArrowRight:
+      return Qt::RightArrow;
+    default:
+      return std::nullopt;
+  }
+}
+
 bool HasFocus(const QStyleOption& option) {
   return option.state.testFlag(QStyle::State_HasFocus);
 }
@@ -64,7 +121,16 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     DrawRing(*painter, option->rect, option->palette, 1);
     return;
   }
+  if (const auto arrow = ArrowOf(element); arrow && qobject_cast<const QToolButton*>(widget)) {
+    DrawArrow(*painter, *option, *arrow);
+    return;
+  }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
+  const bool bBox = element == PE_IndicatorCheckBox || element == PE_IndicatorRadioButton ||
+                    element == PE_FrameLineEdit;
+  if (bBox && IsDark(option->palette)) {
+    DrawEdge(*painter, option->rect, option->palette, element == PE_IndicatorRadioButton);
+  }
   if (element == PE_FrameLineEdit && HasFocus(*option)) {
     DrawRing(*painter, option->rect, option->palette, 2);
   }
@@ -122,6 +188,9 @@ int ControlStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_MessageBox_CenterButtons:
       return 0;
+    case SH_Menu_Scrollable:
+      // A menu higher than the screen is scrolled; a second column could stand beyond its edge.
+      return 1;
     case SH_DialogButtonLayout:
       return QDialogButtonBox::WinLayout;
     default:

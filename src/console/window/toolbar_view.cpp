@@ -1,7 +1,9 @@
 #include "console/window/toolbar_view.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QEvent>
+#include <QStatusTipEvent>
 #include <QToolButton>
 #include <algorithm>
 
@@ -97,6 +99,9 @@ void ToolbarView::Rebuild() {
         action, &QAction::triggered, this,
         [this, sKey = button->Key()] {
           if (!m_session) return;
+          // The tip in the status bar covers what the click has come to.
+          QStatusTipEvent over{QString()};
+          QCoreApplication::sendEvent(this, &over);
           if (!m_session->IsBusy()) m_session->ClickButton(sKey);
           // The button shows what the snap-in made of the click, not what the click did to it,
           // also when the snap-in never heard of it.

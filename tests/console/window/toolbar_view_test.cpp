@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <QSignalSpy>
+#include <QStatusBar>
+#include <QStatusTipEvent>
 #include <QTest>
 
 #include "console/scope/scope_pane.h"
@@ -53,6 +55,18 @@ TEST_F(MainWindowTest, toolbar_takes_no_room_without_buttons_and_moves_nothing_i
   EXPECT_TRUE(toolbar.isHidden());
   ClickItem("alpha");
   EXPECT_TRUE(toolbar.isHidden());
+}
+
+TEST_F(MainWindowTest, toolbar_covers_nothing_with_a_tip_once_a_button_was_pressed) {
+  ExpandToTables();
+  ClickItem("alpha.Catalogs.Machine.Tags");
+  auto& toolbar = m_window->SnapInToolbar();
+  QStatusTipEvent tip(toolbar.ButtonAction("MoveFirst")->statusTip());
+  QCoreApplication::sendEvent(&toolbar, &tip);
+  EXPECT_EQ(m_window->statusBar()->currentMessage(), "Move to First Row");
+  toolbar.ButtonAction("MoveFirst")->trigger();
+  Settle();
+  EXPECT_EQ(m_window->statusBar()->currentMessage(), "");
 }
 
 TEST_F(MainWindowTest, toolbar_is_reached_by_tab_and_pressed_by_space) {

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QScreen>
 #include <QScrollBar>
@@ -15,7 +17,9 @@
 #include "console/dialogs/logon_dialog.h"
 #include "console/look/contrast.h"
 #include "console/look/control_style.h"
+#include "console/look/dialogs_on_screen.h"
 #include "console/look/elided_label.h"
+#include "console/waiting/waiting_panel.h"
 #include "console/window/guide_window.h"
 #include "tests/console/look/picture_fixture.h"
 #include "tests/console/window/main_window_fixture.h"
@@ -132,6 +136,37 @@ TEST_P(WindowGeometryTest, logon_dialog) {
   LogonDialog dialog(request, m_window.get());
   dialog.show();
   Check(dialog, "logon");
+}
+
+TEST_P(WindowGeometryTest, dialogs_of_the_toolkit_stay_on_the_screen) {
+  DialogsOnScreen keeper;
+  qApp->installEventFilter(&keeper);
+  QFileDialog files(m_window.get(), "Import Rows");
+  files.setOption(QFileDialog::DontUseNativeDialog);
+  files.resize(4000, 3000);
+  files.show();
+  Settle();
+  const QRect room = files.screen()->availableGeometry();
+  EXPECT_TRUE(room.contains(files.frameGeometry())) << files.frameGeometry().width();
+  auto* buttons = files.findChild<QDialogButtonBox*>();
+  ASSERT_NE(buttons, nullptr);
+  for (const QAbstractButton* button : buttons->buttons()) {
+    EXPECT_TRUE(files.rect().contains(QRect(button->mapTo(&files, QPoint()), button->size())));
+    EXPECT_GE(button->width(), button->sizeHint().width());
+  }
+}
+
+TEST_P(WindowGeometryTest, waiting_panel) {
+  const WaitingPanel panel("Fetching the rows of the table \"Data\" from localhost\u2026",
+                           m_window.get());
+  Settle();
+  for (const QWidget* widget : panel.findChildren<QWidget*>()) {
+    if (widget->isVisible()) CheckText(*widget, "waiting");
+  }
+  const QRect place(panel.mapToGlobal(QPoint()), panel.size());
+  EXPECT_TRUE(m_window->screen()->availableGeometry().contains(place));
+  EXPECT_GE(panel.width(), panel.minimumSizeHint().width());
+  EXPECT_GE(panel.height(), panel.minimumSizeHint().height());
 }
 
 TEST_P(WindowGeometryTest, message_boxes) {
