@@ -77,7 +77,10 @@ RowForm::RowForm(RowView& rows, QWidget* parent)
   m_lines->setModel(m_found);
   m_lines->verticalHeader()->hide();
   m_lines->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-  m_lines->horizontalHeader()->setStretchLastSection(true);
+  // The values have what the names leave; nothing lies sideways of what is seen.
+  m_lines->horizontalHeader()->setSectionResizeMode(RowFormModel::ValueSection,
+                                                    QHeaderView::Stretch);
+  m_lines->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   m_lines->setSelectionMode(QAbstractItemView::SingleSelection);
   m_lines->setSelectionBehavior(QAbstractItemView::SelectRows);
   m_lines->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |

@@ -1,6 +1,7 @@
 #include "controls/row_form.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -83,6 +84,21 @@ TEST_F(row_form, follows_the_current_cell_and_leads_it) {
   QTest::keyClick(&Lines(), Qt::Key_Return);
   EXPECT_TRUE(m_view->hasFocus());
   EXPECT_TRUE(m_form->isVisible());
+}
+
+TEST_F(row_form, in_little_room_names_and_values_are_side_by_side) {
+  QFont font = m_host.font();
+  font.setPixelSize(26);
+  m_form->setFont(font);
+  m_form->setGeometry(500, 0, 270, 300);
+  PressKeys();
+  QCoreApplication::processEvents();
+  const auto* model = Lines().model();
+  const QRect name = Lines().visualRect(model->index(0, 0));
+  const QRect value = Lines().visualRect(model->index(0, 1));
+  EXPECT_EQ(name.left(), 0);
+  EXPECT_TRUE(Lines().viewport()->rect().intersects(value));
+  EXPECT_EQ(value.left(), name.right() + 1);
 }
 
 TEST_F(row_form, finds_columns_by_their_names) {
