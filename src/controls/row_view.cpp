@@ -111,8 +111,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   if (state) {
     Restore(*state);
   } else if (HasRows() && m_model->columnCount() > 0) {
-    selectionModel()->setCurrentIndex(m_model->index(0, FirstColumn()),
-                                      QItemSelectionModel::NoUpdate);
+    BeginInFirstRow();
   }
   LeaveHidden();
   Names().Offer(currentIndex().column());
@@ -133,8 +132,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
 void RowView::Restore(const RowsState& state) {
   // Without the order, what is said of places is about other rows.
   if (state.bOrderLost) {
-    selectionModel()->setCurrentIndex(m_model->index(0, FirstShown()),
-                                      QItemSelectionModel::NoUpdate);
+    BeginInFirstRow();
     return ArrangeNow(true);
   }
   if (state.order) {
@@ -251,8 +249,7 @@ void RowView::ArrangeNow(bool bFromTop) {
                        updateGeometries();
                        if (bStayed) {
                          const QSignalBlocker quiet(selectionModel());
-                         selectionModel()->setCurrentIndex(m_model->index(0, FirstColumn()),
-                                                           QItemSelectionModel::NoUpdate);
+                         BeginInFirstRow();
                          verticalScrollBar()->setValue(0);
                        } else {
                          places.Restore(*this, *m_model);

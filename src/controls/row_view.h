@@ -106,9 +106,10 @@ class RowView : public RowPicker {
   QStringList ColumnSignature() const;
   void Restore(const RowsState& state);
   /// Where the keys begin in rows fetched anew: in their column, where the columns are the same.
-  int FirstColumn() const {
+  void BeginInFirstRow() {
     const bool bKnown = m_nLastColumn >= 0 && m_lastColumns == ColumnSignature();
-    return bKnown ? m_nLastColumn : FirstShown();
+    selectionModel()->setCurrentIndex(model()->index(0, bKnown ? m_nLastColumn : FirstShown()),
+                                      QItemSelectionModel::NoUpdate);
   }
 
   AccessibleRowsOffer m_accessible;
