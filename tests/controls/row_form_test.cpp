@@ -98,7 +98,7 @@ TEST_F(row_form, in_little_room_names_and_values_are_side_by_side) {
   const QRect value = Lines().visualRect(model->index(0, 1));
   EXPECT_EQ(name.left(), 0);
   EXPECT_TRUE(Lines().viewport()->rect().intersects(value));
-  EXPECT_EQ(value.left(), name.right() + 1);
+  EXPECT_GT(value.left(), name.right()) << "a line lies between them";
 }
 
 TEST_F(row_form, finds_columns_by_their_names) {
