@@ -16,6 +16,7 @@
 
 #include "controls/grid_core.h"
 #include "controls/grid_window.h"
+#include "controls/row_key.h"
 #include "controls/sql_text.h"
 #include "controls/status_strip.h"
 #include "controls/tell_box.h"
@@ -87,7 +88,8 @@ std::vector<ImportColumn> ColumnsOfTable(platform::Connection& cn, const Text& s
   for (; rs && !rs->Eof(); rs->MoveNext()) {
     columns.push_back(
         {platform::ToText(rs->Fields().Item("COLUMN_NAME").Value()),
-         static_cast<DataType>(platform::ToLong(rs->Fields().Item("DATA_TYPE").Value()))});
+         static_cast<DataType>(platform::ToLong(rs->Fields().Item("DATA_TYPE").Value())),
+         IsComputed(rs)});
   }
   return columns;
 }

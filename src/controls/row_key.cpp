@@ -1,7 +1,7 @@
 #include "controls/row_key.h"
 
 #include <array>
-#include <set>
+#include <utility>
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
@@ -29,20 +29,25 @@ Value KeyValueAt(const RecordsetPtr& rs, const char* sField) {
   return rs->Fields().Item(sField).Value();
 }
 
-// The columns that are never null.
-std::set<Text> NeverNull(Connection& cn, const Text& sCatalog, const Text& sTable) {
-  std::set<Text> columns;
+struct ColumnRules {
+  std::set<Text> neverNull;
+  std::set<Text> computed;
+};
+
+ColumnRules RulesOf(Connection& cn, const Text& sCatalog, const Text& sTable) {
+  ColumnRules rules;
   const auto rs = OfTable(cn, SchemaNumber::Columns, sCatalog, sTable);
   for (; !rs->Eof(); rs->MoveNext()) {
-    if (platform::ToBoolean(KeyValueAt(rs, "IS_NULLABLE"))) continue;
-    columns.insert(platform::ToText(KeyValueAt(rs, "COLUMN_NAME")));
+    const Text sName = platform::ToText(KeyValueAt(rs, "COLUMN_NAME"));
+    if (!platform::ToBoolean(KeyValueAt(rs, "IS_NULLABLE"))) rules.neverNull.insert(sName);
+    if (IsComputed(rs)) rules.computed.insert(sName);
   }
-  return columns;
+  return rules;
 }
 
 // Of the unique keys that name a row the one of the fewest columns.
-std::vector<Text> UniqueKey(Connection& cn, const Text& sCatalog, const Text& sTable) {
-  const std::set<Text> neverNull = NeverNull(cn, sCatalog, sTable);
+std::vector<Text> UniqueKey(Connection& cn, const Text& sCatalog, const Text& sTable,
+                            const std::set<Text>& neverNull) {
   std::vector<Text> best;
   std::vector<Text> key;
   bool bNames = false;
@@ -68,25 +73,40 @@ std::vector<Text> UniqueKey(Connection& cn, const Text& sCatalog, const Text& sT
 
 }  // namespace
 
+bool IsComputed(const RecordsetPtr& columns) {
+  constexpr platform::Long kTakesValues = 0x4;
+  for (platform::ColumnIndex column = 0; column < columns->FieldCount(); ++column) {
+    if (columns->FieldAt(column).Name() != "COLUMN_FLAGS") continue;
+    const Value vtFlags = KeyValueAt(columns, "COLUMN_FLAGS");
+    return !vtFlags.IsNull() && (platform::ToLong(vtFlags) & kTakesValues) == 0;
+  }
+  return false;
+}
+
 RowKey RowKeyOf(Connection& cn, const Text& sCatalog, const Text& sTable) {
   const auto tables = OfTable(cn, SchemaNumber::Tables, sCatalog, sTable);
   if (!tables || tables->RecordCount() != 1) {
-    return {{}, "These rows can only be looked at: they are not those of one table.", false};
+    return {{}, {}, "These rows can only be looked at: they are not those of one table.", false};
   }
   const Text sType = platform::ToText(KeyValueAt(tables, "TABLE_TYPE"));
   if (sType == "VIEW") {
-    return {
-        {}, "These rows can only be looked at: they are those of a view; edit its tables.", true};
+    return {{},
+            {},
+            "These rows can only be looked at: they are those of a view; edit its tables.",
+            true};
   }
   if (sType != "TABLE") {
-    return {{}, "These rows can only be looked at: the historian keeps this table itself.", true};
+    return {
+        {}, {}, "These rows can only be looked at: the historian keeps this table itself.", true};
   }
   RowKey key;
   const auto keys = OfTable(cn, SchemaNumber::PrimaryKeys, sCatalog, sTable);
   for (; !keys->Eof(); keys->MoveNext()) {
     key.columns.push_back(platform::ToText(KeyValueAt(keys, "COLUMN_NAME")));
   }
-  if (key.columns.empty()) key.columns = UniqueKey(cn, sCatalog, sTable);
+  ColumnRules rules = RulesOf(cn, sCatalog, sTable);
+  if (key.columns.empty()) key.columns = UniqueKey(cn, sCatalog, sTable, rules.neverNull);
+  key.computed = std::move(rules.computed);
   if (key.columns.empty()) {
     key.sWhyNot =
         "These rows can only be looked at: the table has no key by which one row is told from "

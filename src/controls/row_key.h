@@ -3,17 +3,24 @@
 // edited; user-interface thread.
 #pragma once
 
+#include <set>
 #include <vector>
 
 #include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
 
 namespace orvane::controls {
 
 struct RowKey {
   std::vector<platform::Text> columns;  ///< in the key's order; empty when there is none
+  std::set<platform::Text> computed{};  ///< columns that take no value, as the table computes them
   platform::Text sWhyNot;               ///< then one sentence
   bool bNoTable = false;                ///< it is a view, or kept by the historian itself
 };
+
+/// True when the current row of the columns' schema rowset is of a column that takes no value. A
+/// server that does not tell takes any.
+bool IsComputed(const platform::RecordsetPtr& columns);
 
 /// Asks the server by its schema rowsets, and fails as that does.
 RowKey RowKeyOf(platform::Connection& cn, const platform::Text& sCatalog,

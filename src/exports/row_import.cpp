@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "exports/typed_text.h"
+#include "platform/exact_number.h"
 #include "platform/failure.h"
 
 namespace orvane::exports {
@@ -61,6 +62,10 @@ void RowImport::ReadHeader(const Text& sTable, std::span<const ImportColumn> col
       FailLine(m_reader.Line(),
                "there is no column \"" + field.sText + "\" in the table " + sTable);
     }
+    if (found->bComputed) {
+      FailLine(m_reader.Line(), "the column \"" + field.sText +
+                                    "\" takes no value, as the table computes it; leave it out");
+    }
     if (std::ranges::any_of(m_columns, named)) {
       FailLine(m_reader.Line(), "the column \"" + field.sText + "\" is named twice");
     }
@@ -88,6 +93,10 @@ bool RowImport::Next(std::vector<Value>& values) {
 Value RowImport::ReadField(const CsvField& field, const ImportColumn& column) const {
   if (field.sText.empty() && !field.bQuoted) return {};
   auto vtValue = ReadTyped(column.type, field.sText, m_zone, m_now);
+  if (column.bRounds && platform::ReadDigits(field.sText) && !platform::ExactNumber(field.sText)) {
+    FailLine(m_reader.Line(), ShownField(field.sText) + " has more digits than the column " +
+                                  column.sName + " keeps; 15 always fit");
+  }
   if (!vtValue) {
     FailLine(m_reader.Line(), ShownField(field.sText) + " is not " +
                                   Text(TypeInWords(column.type)) + " for the column " +
@@ -100,8 +109,9 @@ void RowImport::RethrowOfRow() const {
   try {
     throw;
   } catch (const Failure& failed) {
-    const bool bOfRow =
-        failed.Number() == failure::kConstraint || failed.Number() == failure::kConflict;
+    const bool bOfRow = failed.Number() == failure::kConstraint ||
+                        failed.Number() == failure::kConflict ||
+                        failed.Number() == failure::kOverflow;
     if (!bOfRow) throw;
     Text sWhat = failed.Number() == failure::kConflict ? "the table has not taken this row"
                                                        : failed.Description();

@@ -16,13 +16,15 @@ namespace orvane::exports {
 struct ImportColumn {
   platform::Text sName;
   platform::DataType type = platform::DataType::Empty;
+  bool bComputed = false;  ///< by the table from other columns: it takes no value
+  bool bRounds = false;    ///< keeps no more digits than a double or a 64-bit integer has
 };
 
 class RowImport {
  public:
   /// Reads the first line. Fails with failure::kInvalidArgument when it names a column that the
-  /// table lacks, one twice, or none. The stream must outlive the import. Times without an offset
-  /// are those of the zone.
+  /// table lacks or computes, one twice, or none. The stream must outlive the import. Times without
+  /// an offset are those of the zone.
   RowImport(std::istream& stream, const platform::Text& sTable,
             std::span<const ImportColumn> columnsOfTable, zones::TimeZone zone);
 

@@ -1,11 +1,13 @@
 #include "exports/typed_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
+#include "platform/exact_number.h"
 #include "platform/stored_text.h"
 #include "zones/time_expression.h"
 
@@ -40,6 +42,20 @@ std::optional<Value> ReadNumber(std::string_view sText) {
   const auto number = Read<double>(sText);
   if (!number || std::isnan(*number)) return std::nullopt;
   return Value(*number);
+}
+
+// Of more digits than a double has, all of which are kept.
+std::optional<Value> ReadDecimal(std::string_view sText) {
+  const auto digits = platform::ReadDigits(sText);
+  if (!digits || sText.find_first_of("eE") != std::string_view::npos) return std::nullopt;
+  if (sText.front() == '+') sText.remove_prefix(1);
+  const std::size_t nSign = digits->bNegative ? 1 : 0;
+  const auto first = std::min(sText.find_first_not_of('0', nSign), sText.size());
+  const bool bPoint = first == sText.size() || sText[first] == '.';
+  Text sDigits =
+      (digits->bNegative ? "-" : "") + Text(bPoint ? "0" : "") + Text(sText.substr(first));
+  if (sDigits.ends_with('.')) sDigits.pop_back();
+  return Value(platform::Decimal{std::move(sDigits)});
 }
 
 std::optional<Value> ReadBoolean(std::string_view sText) {
@@ -81,9 +97,10 @@ std::optional<Value> ReadTyped(DataType type, std::string_view sText, const zone
     case DataType::Double:
       return ReadNumber(sText);
     case DataType::Numeric: {
-      // A whole number may have more digits than a double.
-      const auto whole = ReadWhole(sText, false);
-      return whole ? whole : ReadNumber(sText);
+      // None is rounded: what has digits is one of both, or nothing.
+      const auto exact = platform::ExactNumber(sText);
+      if (exact) return exact;
+      return platform::ReadDigits(sText) ? ReadDecimal(sText) : ReadNumber(sText);
     }
     case DataType::Boolean:
       return ReadBoolean(sText);

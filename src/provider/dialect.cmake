@@ -17,6 +17,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/statement_reader.cpp
   dialect/statement_work.cpp
   dialect/stored_times.cpp
+  dialect/stored_numbers.cpp
   dialect/table_names.cpp
   dialect/time_conversions.cpp
   dialect/time_functions.cpp

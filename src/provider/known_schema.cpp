@@ -36,7 +36,7 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
     const bool bTime = column.type == platform::DataType::DBTimeStamp;
     known.columns.push_back({column.sName, bTime ? dialect::Content::Time : dialect::Content::Other,
                              column.sDefault, column.bGenerated,
-                             column.type == platform::DataType::WChar});
+                             column.type == platform::DataType::WChar, column.bRounds});
   }
   return known;
 }

@@ -33,7 +33,7 @@ Value DeclaredLength(const engines::ColumnSchema& column) {
   return read.ec == std::errc() ? Value(lLength) : Value();
 }
 
-Value NumericPrecision(DataType type) {
+Value NumericPrecision(const engines::ColumnSchema& column, DataType type) {
   switch (type) {
     case DataType::Integer:
       return 10;
@@ -42,7 +42,7 @@ Value NumericPrecision(DataType type) {
     case DataType::Double:
       return 15;
     case DataType::Numeric:
-      return 38;
+      return column.bRounds ? 15 : 38;
     case DataType::Empty:
     case DataType::Boolean:
     case DataType::Guid:
@@ -112,6 +112,19 @@ ColumnsRowset::ColumnsRowset(platform::Boolean bTimeAsDouble)
                  {"DATETIME_PRECISION", DataType::Integer, true},
                  {"DESCRIPTION", DataType::WChar, true}}) {}
 
+namespace {
+
+// As data access publishes them.
+platform::Long FlagsOf(const engines::TableSchema& table, const engines::ColumnSchema& column) {
+  constexpr platform::Long kWrite = 0x4;
+  constexpr platform::Long kTakesNull = 0x20;
+  constexpr platform::Long kMayBeNull = 0x40;
+  const bool bWrite = !table.bView && !column.bGenerated;
+  return (bWrite ? kWrite : 0) | (column.bNullable ? kTakesNull | kMayBeNull : 0);
+}
+
+}  // namespace
+
 void ColumnsRowset::Append(const ShownCatalog& catalog, const Text& sShownTable,
                            const engines::TableSchema& table, const Text* sColumn) {
   platform::Long lOrdinal = 0;
@@ -122,12 +135,12 @@ void ColumnsRowset::Append(const ShownCatalog& catalog, const Text& sShownTable,
     const DataType type = bTime && m_bTimeAsDouble ? DataType::Double : column.type;
     const bool bSized = IsText(type) || type == DataType::Binary;
     const Value vtLength = bSized ? DeclaredLength(column) : Value();
-    m_builder.AppendRow({catalog.sName, Null(), sShownTable, column.sName, Null(), Null(), lOrdinal,
-                         column.sDefault.has_value(),
-                         column.sDefault ? Value(*column.sDefault) : Value(), Null(),
-                         column.bNullable, Number(type), Null(), vtLength,
-                         type == DataType::Binary ? vtLength : Value(), NumericPrecision(type),
-                         Null(), type == DataType::DBTimeStamp ? Value(6) : Value(), Null()});
+    m_builder.AppendRow(
+        {catalog.sName, Null(), sShownTable, column.sName, Null(), Null(), lOrdinal,
+         column.sDefault.has_value(), column.sDefault ? Value(*column.sDefault) : Value(),
+         FlagsOf(table, column), column.bNullable, Number(type), Null(), vtLength,
+         type == DataType::Binary ? vtLength : Value(), NumericPrecision(column, type), Null(),
+         type == DataType::DBTimeStamp ? Value(6) : Value(), Null()});
   }
 }
 

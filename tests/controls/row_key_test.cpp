@@ -56,6 +56,11 @@ TEST_F(RowKeyTest, indexes_of_some_rows_or_of_expressions_name_no_row) {
   EXPECT_EQ(KeyNow(), "b a");
 }
 
+TEST_F(RowKeyTest, columns_that_the_table_computes_take_no_value) {
+  m_server->Run("CREATE TABLE P..T (a INT PRIMARY KEY, b INT AS (a + 1), c INT AS (a) STORED, d)");
+  EXPECT_EQ(RowKeyOf(*m_server->Connect(), "P", "T").computed, (std::set<Text>{"b", "c"}));
+}
+
 TEST_F(RowKeyTest, views_and_tables_of_the_historian_are_to_be_looked_at) {
   m_server->Run("CREATE VIEW P..V AS SELECT * FROM P..Tags");
   EXPECT_EQ(KeyNow("V"),

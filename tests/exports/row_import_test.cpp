@@ -17,7 +17,9 @@ using platform::Text;
 using platform::Value;
 
 const std::vector<ImportColumn> kColumns{
-    {"Tag", DataType::WChar}, {"Timestamp", DataType::DBTimeStamp}, {"Value", DataType::Double}};
+    {"Tag", DataType::WChar},          {"Timestamp", DataType::DBTimeStamp},
+    {"Value", DataType::Double},       {"Price", DataType::Numeric, false, true},
+    {"Twice", DataType::Double, true}, {"Money", DataType::Empty, false, true}};
 
 Text Import(const Text& sFile) {
   std::istringstream stream(sFile);
@@ -51,10 +53,28 @@ TEST(row_import, the_first_line_tells_the_separator) {
             "Line 1: there is no column \"Value;\" in the table Data; nothing was imported.");
 }
 
+TEST(row_import, rounds_no_decimal) {
+  EXPECT_EQ(Import("Price\n0.10\n9007199254740993\n1e22\n"),
+            "Price /0.1|/9007199254740993|/1e+22|");
+  EXPECT_EQ(
+      Import("Tag,Price\na,0.1\nb,0.10000000000000000001\n"),
+      "Line 3: \"0.10000000000000000001\" has more digits than the column Price keeps; 15 always "
+      "fit; nothing was imported.");
+  EXPECT_EQ(
+      Import("Money\n1.5\nabc\n12345678901234567890\n"),
+      "Line 4: \"12345678901234567890\" has more digits than the column Money keeps; 15 always "
+      "fit; nothing was imported.");
+  EXPECT_EQ(Import("Price\nabc\n"),
+            "Line 2: \"abc\" is not a number for the column Price; nothing was imported.");
+}
+
 TEST(row_import, names_the_first_bad_line) {
   EXPECT_EQ(Import(""), "The file is empty; its first line must name columns of the table.");
   EXPECT_EQ(Import("Tag,Color\n"),
             "Line 1: there is no column \"Color\" in the table Data; nothing was imported.");
+  EXPECT_EQ(Import("Tag,twice\n"),
+            "Line 1: the column \"twice\" takes no value, as the table computes it; leave it out; "
+            "nothing was imported.");
   EXPECT_EQ(Import("Tag,tag\n"),
             "Line 1: the column \"tag\" is named twice; nothing was imported.");
   EXPECT_EQ(Import("Tag,Value\na,1\nb\n"),

@@ -26,6 +26,12 @@ TEST(typed_text, takes_what_is_a_value_of_the_type) {
   EXPECT_EQ(Read(DataType::Numeric, "12"), "12");
   EXPECT_EQ(Read(DataType::Numeric, "9007199254740993"), "9007199254740993");
   EXPECT_EQ(Read(DataType::Numeric, "0.5"), "0.5");
+  EXPECT_EQ(Read(DataType::Numeric, "inf"), "inf");
+  const Text sLong = "12345678901234567890.12345678900";
+  EXPECT_EQ(Read(DataType::Numeric, sLong), sLong);
+  EXPECT_EQ(Read(DataType::Numeric, "-000" + sLong), "-" + sLong);
+  EXPECT_EQ(Read(DataType::Numeric, "+.10000000000000000001"), "0.10000000000000000001");
+  EXPECT_EQ(Read(DataType::Numeric, "12345678901234567890123."), "12345678901234567890123");
   EXPECT_EQ(Read(DataType::Boolean, "TRUE"), "1");
   EXPECT_EQ(Read(DataType::Boolean, "0"), "0");
   EXPECT_EQ(Read(DataType::DBTimeStamp, "2024-05-31T17:45+02:00"), "2024-05-31 15:45:00");
@@ -46,6 +52,10 @@ TEST(typed_text, refuses_what_is_none) {
     EXPECT_EQ(Read(DataType::Double, sText), "none") << sText;
   }
   EXPECT_EQ(Read(DataType::BigInt, "9223372036854775808"), "none");
+  for (const char* const sText :
+       {"", "1,5", "nan", "1e999", "1.5x", " 1", "-", ".", "1.23456789012345678e5"}) {
+    EXPECT_EQ(Read(DataType::Numeric, sText), "none") << sText;
+  }
   EXPECT_EQ(Read(DataType::Boolean, "yes"), "none");
   EXPECT_EQ(Read(DataType::DBTimeStamp, "yesterday"), "none");
   EXPECT_EQ(Read(DataType::DBTimeStamp, "2024-02-30"), "none");

@@ -52,7 +52,8 @@ orvane_test(session
     session_rows_test.cpp
     session_test.cpp
     session_times_test.cpp
-    statement_log_test.cpp)
+    statement_log_test.cpp
+    stored_numbers_test.cpp)
 
 orvane_test(provider_component
   LINK orvane_provider ${CMAKE_DL_LIBS}

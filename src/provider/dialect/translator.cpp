@@ -8,6 +8,7 @@
 #include "provider/dialect/row_source.h"
 #include "provider/dialect/statement_parameters.h"
 #include "provider/dialect/statement_reader.h"
+#include "provider/dialect/stored_numbers.h"
 #include "provider/dialect/time_analysis.h"
 #include "provider/dialect/time_functions.h"
 
@@ -71,6 +72,8 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
   }
   times.Run();
   times.KeepNames();
+  StoredNumbers numbers(sStatement, tree, names, edits);
+  numbers.Look();
   KeepHeadings(tree, edits);
 
   Translation translation;
@@ -82,6 +85,7 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
     translation.storedTimes.assign(stored.begin(), stored.end());
   }
   if (times.CallsFunctions()) translation.functions = TimeFunctions(settings);
+  if (numbers.CallsFunction()) translation.functions.push_back(StoredNumbers::Function());
   translation.source = SourceOf(tree, names, times);
   // How a statement would run is told in columns that are not those of the statement.
   if (tree.kind == StatementKind::Query && !tree.bExplain) {

@@ -37,6 +37,7 @@ struct KnownColumn {
   std::optional<platform::Text> sDefault{};  ///< what a row gets that names no value, as SQL
   bool bGenerated = false;                   ///< computed; takes no value
   bool bText = false;                        ///< keeps numbers as texts
+  bool bRounds = false;                      ///< see engines::ColumnSchema
 };
 
 struct KnownTable {

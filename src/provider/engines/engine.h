@@ -132,6 +132,8 @@ struct ColumnSchema {
   platform::Long lKeyOrdinal = 0;          ///< place in the primary key from 1, 0 outside of it
   std::optional<platform::Text> sDefault;  ///< the default's SQL text
   platform::Boolean bGenerated = false;    ///< computed from others; takes no value
+  /// Makes numbers of texts and keeps no more digits than a double or a 64-bit integer has.
+  platform::Boolean bRounds = false;
 };
 
 struct IndexSchema {

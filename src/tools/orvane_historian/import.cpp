@@ -14,7 +14,9 @@ using platform::Value;
 
 std::vector<ImportColumn> ColumnsOf(const provider::engines::TableSchema& table) {
   std::vector<ImportColumn> columns;
-  for (const auto& column : table.columns) columns.push_back({column.sName, column.type});
+  for (const auto& column : table.columns) {
+    columns.push_back({column.sName, column.type, column.bGenerated, column.bRounds});
+  }
   return columns;
 }
 

@@ -103,6 +103,26 @@ TEST_P(schema, list_the_columns_of_a_table) {
       "0");
 }
 
+TEST_P(schema, tell_which_columns_take_values) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Run("CREATE TABLE Plant1..Made (a INT NOT NULL, b INT, c INT GENERATED ALWAYS AS (a + 1) "
+      "STORED)");
+  Run("CREATE VIEW Plant1..Seen AS SELECT a, b FROM Plant1..Made");
+  const auto takeValues = [&](const char* sTable) {
+    constexpr platform::Long kWrite = 0x4;
+    const auto rs = Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), Value(sTable)});
+    Text sColumns;
+    for (; !rs->Eof(); rs->MoveNext()) {
+      const auto lFlags = platform::ToLong(rs->Fields().Item("COLUMN_FLAGS").Value());
+      if ((lFlags & kWrite) == 0) continue;
+      sColumns += platform::ToText(rs->Fields().Item("COLUMN_NAME").Value());
+    }
+    return sColumns;
+  };
+  EXPECT_EQ(takeValues("Made"), "ab");
+  EXPECT_EQ(takeValues("Seen"), "");
+}
+
 TEST_P(schema, list_indexes_part_by_part) {
   Run("CREATE DATABASE \"Plant1\" ");
   Run("CREATE TABLE Plant1..Odd (a INT NOT NULL, b TEXT, c INT, PRIMARY KEY (c, a), UNIQUE (b))");

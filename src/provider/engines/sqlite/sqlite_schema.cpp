@@ -39,6 +39,9 @@ ColumnSchema ColumnAt(const platform::Recordset& rs, platform::RowIndex row) {
   column.sName = TextAt(rs, row, kColumn);
   column.sDeclaredType = TextAt(rs, row, kType);
   column.type = TypeOfDeclaration(column.sDeclaredType);
+  // A type of another name is one of numbers, and only no type is none.
+  column.bRounds = column.type == platform::DataType::Numeric ||
+                   (column.type == platform::DataType::Empty && !column.sDeclaredType.empty());
   column.bNullable = !platform::ToBoolean(rs.ValueAt(row, kNotNull));
   column.lKeyOrdinal = platform::ToLong(rs.ValueAt(row, kKey));
   if (!rs.ValueAt(row, kDefault).IsNull()) column.sDefault = TextAt(rs, row, kDefault);
