@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/utf8.h"
 
 namespace orvane::controls {
 
@@ -32,8 +33,13 @@ CellEditor::CellEditor(EditedCell cell, QWidget* parent)
   setFrame(false);
   setAutoFillBackground(true);
   setMaxLength(std::numeric_limits<int>::max());  // a cell holds more than a line of a form
-  setText(QString::fromStdString(m_cell.input.Shown(m_cell.vtValue)));
-  setPlaceholderText(m_bNull ? "NULL" : QString());
+  const Text sShown = m_cell.input.Shown(m_cell.vtValue);
+  if (platform::IsUtf8(sShown)) {
+    setText(QString::fromStdString(sShown));
+    setPlaceholderText(m_bNull ? "NULL" : QString());
+  } else {
+    setPlaceholderText(kNoCharacters);
+  }
   if (m_cell.type == platform::DataType::Boolean) {
     auto* words = new QCompleter(QStringList{"True", "False"}, this);
     words->setCompletionMode(QCompleter::InlineCompletion);

@@ -13,6 +13,9 @@
 
 namespace orvane::controls {
 
+/// Stands in place of a text that holds other bytes than characters: typing could not keep them.
+inline constexpr const char* kNoCharacters = "bytes that are no characters; typing replaces them";
+
 /// The cell that is edited.
 struct EditedCell {
   platform::Value vtValue;

@@ -173,6 +173,9 @@ void CellFilling::Lay(const Block& block) {
                       "left, or copy fewer.");
       }
       const int nColumn = columns[n];
+      if (const QString sWhyNot = m_session.WhyNotEdited(nColumn); !sWhyNot.isEmpty()) {
+        throw Failure(platform::failure::kNotSupported, sWhyNot.toStdString());
+      }
       if (!m_session.CanEdit(row, nColumn)) {
         throw Failure(platform::failure::kNotSupported,
                       "The block reaches rows that cannot be edited; paste it elsewhere.");

@@ -29,6 +29,7 @@ void EditSession::ShowNothing() {
 bool EditSession::CanEdit(RowIndex row, ColumnIndex column) const {
   if (!m_recordset || column < 0 || column >= m_recordset->FieldCount()) return false;
   if (m_updatability.table.NameOf(*m_recordset, column).empty()) return false;
+  if (m_updatability.computed.contains(column)) return false;
   if (row >= m_recordset->RecordCount()) return OffersNewRow();
   switch (m_recordset->StateAt(row)) {
     case RowState::New:
@@ -40,6 +41,20 @@ bool EditSession::CanEdit(RowIndex row, ColumnIndex column) const {
       break;
   }
   return false;
+}
+
+QString EditSession::WhyNotEdited(ColumnIndex column) const {
+  if (!m_recordset) return {};
+  if (!m_updatability.bUpdate) return m_updatability.sWhyNot;
+  if (column < 0 || column >= m_recordset->FieldCount()) return {};
+  if (m_updatability.table.NameOf(*m_recordset, column).empty()) {
+    return QStringLiteral(
+        "This value cannot be edited: the query works it out, or shows the column twice.");
+  }
+  if (!m_updatability.computed.contains(column)) return {};
+  return QStringLiteral(
+             "\"%1\" takes no value, as the table computes it from other columns; change those.")
+      .arg(QString::fromStdString(m_recordset->FieldAt(column).Name()));
 }
 
 bool EditSession::OffersNewRow() const {

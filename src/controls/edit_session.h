@@ -52,6 +52,8 @@ class EditSession final : public RowEditing {
   const std::shared_ptr<EditNotes>& Notes() const { return m_notes; }
 
   bool CanEdit(platform::RowIndex row, platform::ColumnIndex column) const override;
+  /// Why no value of the column can be edited, as a sentence; empty when that is not so.
+  QString WhyNotEdited(platform::ColumnIndex column) const;
   /// A value equal to the one fetched takes the edit away.
   void Edit(platform::RowIndex row, platform::ColumnIndex column,
             const platform::Value& vtValue) override;

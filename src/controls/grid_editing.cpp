@@ -112,8 +112,9 @@ void GridEditing::AddCommands() {
   const auto edits = [this] { return m_session.Updatability().bUpdate; };
   commands.Add(
       {CommandGroup::Edit, "&Edit Cell", Qt::Key_F2, [this] { StartEditing(); }, canEdit, edits});
-  commands.Add({CommandGroup::Edit, "Edit in a &Window\u2026", Qt::ALT | Qt::Key_Return,
-                [this] { EditInWindow(); }, canEdit, edits});
+  commands.Add({CommandGroup::Edit, "Cell in a &Window\u2026", Qt::ALT | Qt::Key_Return,
+                [this] { OpenCell(); },
+                [this] { return m_window.Rows().currentIndex().isValid(); }});
   commands.Add({CommandGroup::Edit, "Set to &Null", Qt::CTRL | Qt::Key_0, [this] { SetNull(); },
                 canEdit, edits});
   commands.Add({CommandGroup::Edit, "&Paste", QKeySequence::Paste, [this] { m_filling->Paste(); },
@@ -174,16 +175,8 @@ bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool GridEditing::RefuseEdit() {
-  const QModelIndex current = m_window.Rows().currentIndex();
-  const RowTable& table = m_session.Updatability().table;
-  if (m_session.Recordset() && m_session.Updatability().bUpdate && current.isValid() &&
-      table.NameOf(*m_session.Recordset(), current.column()).empty()) {
-    m_window.Status().Remark(
-        "This value cannot be edited: the query works it out, or shows the column twice.");
-    return true;
-  }
-  const QString& sWhyNot = m_session.Updatability().sWhyNot;
-  if (!m_session.Recordset() || m_session.Updatability().bUpdate || sWhyNot.isEmpty()) return false;
+  const QString sWhyNot = m_session.WhyNotEdited(m_window.Rows().currentIndex().column());
+  if (sWhyNot.isEmpty()) return false;
   m_window.Status().Remark(sWhyNot);
   return true;
 }
@@ -211,15 +204,17 @@ void GridEditing::StartEditing() {
   if (index.isValid() && rows.model()->flags(index).testFlag(Qt::ItemIsEditable)) rows.edit(index);
 }
 
-void GridEditing::EditInWindow() {
+void GridEditing::OpenCell() {
   TakeTyped();
   const RowModel& model = m_window.Rows().Model();
   const QModelIndex index = m_window.Rows().currentIndex();
-  if (!index.isValid() || !index.flags().testFlag(Qt::ItemIsEditable)) return;
-  const RecordsetPtr rs = m_session.Recordset();
-  auto* dialog = new ValueDialog({model.ValueAt(index.row(), index.column()),
-                                  rs->FieldAt(index.column()).Type(), m_session.Input()},
-                                 model.ColumnName(index.column()), &m_window);
+  if (!index.isValid()) return;
+  const RecordsetPtr rs = model.Recordset();
+  auto* dialog =
+      new ValueDialog({model.ValueAt(index.row(), index.column()),
+                       rs->FieldAt(index.column()).Type(), ValueInput(model.Format().Zone())},
+                      model.ColumnName(index.column()), &m_window);
+  if (!index.flags().testFlag(Qt::ItemIsEditable)) dialog->OnlyShow();
   connect(dialog, &QDialog::accepted, this,
           [this, dialog, rs, row = model.RecordRow(index.row()), nColumn = index.column()] {
             if (m_session.Recordset() != rs || !dialog->Taken()) return;

@@ -70,7 +70,7 @@ class GridEditing final : public QObject {
   CellEditor* Typed() const;
   void AddCommands();
   void StartEditing();
-  void EditInWindow();
+  void OpenCell();
   void SetNull();
   void DiscardRow();
   void GoTo(std::optional<platform::RowIndex> row);

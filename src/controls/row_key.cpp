@@ -120,7 +120,7 @@ std::vector<Text> NeededColumns(Connection& cn, const Text& sCatalog, const Text
   const auto rs = OfTable(cn, SchemaNumber::Columns, sCatalog, sTable);
   for (; !rs->Eof(); rs->MoveNext()) {
     if (platform::ToBoolean(KeyValueAt(rs, "IS_NULLABLE")) ||
-        platform::ToBoolean(KeyValueAt(rs, "COLUMN_HASDEFAULT"))) {
+        platform::ToBoolean(KeyValueAt(rs, "COLUMN_HASDEFAULT")) || IsComputed(rs)) {
       continue;
     }
     columns.push_back(platform::ToText(KeyValueAt(rs, "COLUMN_NAME")));

@@ -42,6 +42,9 @@ Text FindKey(Connection& cn, const Recordset& rs, Updatability& updatability) {
     }
     table.key.push_back(*column);
   }
+  for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
+    if (key.computed.contains(table.NameOf(rs, column))) updatability.computed.insert(column);
+  }
   return {};
 }
 

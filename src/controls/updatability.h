@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <set>
 
 #include "controls/row_statements.h"
 #include "platform/ado/connection.h"
@@ -16,6 +17,7 @@ struct Updatability {
   bool bDelete = false;
   bool bNoTable = false;  ///< known to be a view, or a table that the historian keeps itself
   RowTable table;
+  std::set<platform::ColumnIndex> computed{};  ///< columns that take no value
   QString sWhyNot;  ///< what may not be done and why, as a sentence; empty when all may be done
 };
 

@@ -2,6 +2,7 @@
 
 #include <QDialogButtonBox>
 #include <QFontDatabase>
+#include <QLocale>
 #include <QPixmap>
 #include <QScrollArea>
 #include <QTabWidget>
@@ -12,6 +13,7 @@
 
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "platform/utf8.h"
 
 namespace orvane::controls {
 
@@ -95,7 +97,11 @@ Text WithLineBreaksOf(const Text& sOriginal, const QString& sEdited) {
 }
 
 ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* parent)
-    : QDialog(parent), m_cell(std::move(cell)), m_pages(new QTabWidget), m_sentence(new QLabel) {
+    : QDialog(parent),
+      m_cell(std::move(cell)),
+      m_pages(new QTabWidget),
+      m_sentence(new QLabel),
+      m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel)) {
   setObjectName("valueDialog");
   setWindowTitle(sColumn);
   setAttribute(Qt::WA_DeleteOnClose);
@@ -111,6 +117,8 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
     area->setWidget(m_asPicture);
     area->setWidgetResizable(true);
     m_pages->addTab(area, "As &Picture");
+    m_length = new QLabel;
+    m_length->setObjectName("length");
     connect(m_typed, &QPlainTextEdit::textChanged, this, [this] { ShowBytes(); });
     const auto* bytes = m_cell.vtValue.As<Bytes>();
     const bool bTooMany = bytes && bytes->size() > kMostHexBytes;
@@ -123,8 +131,11 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
     }
     ShowBytes();
   } else {
-    m_typed->setPlainText(QString::fromStdString(m_cell.input.Shown(m_cell.vtValue)));
+    m_typed->setPlainText(QString::fromStdString(Original()));
     m_typed->setPlaceholderText(m_cell.vtValue.IsNull() ? "NULL" : QString());
+    if (!platform::IsUtf8(m_cell.input.Shown(m_cell.vtValue))) {
+      m_typed->setPlaceholderText(kNoCharacters);
+    }
   }
   m_typed->document()->setModified(false);
 
@@ -132,14 +143,19 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
   m_sentence->setTextFormat(Qt::PlainText);
   m_sentence->setWordWrap(true);
   m_sentence->hide();
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  connect(buttons, &QDialogButtonBox::accepted, this, &ValueDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  connect(m_buttons, &QDialogButtonBox::accepted, this, &ValueDialog::accept);
+  connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(m_pages, 1);
+  if (m_length) layout->addWidget(m_length);
   layout->addWidget(m_sentence);
-  layout->addWidget(buttons);
+  layout->addWidget(m_buttons);
   resize(620, 420);
+}
+
+void ValueDialog::OnlyShow() {
+  m_typed->setReadOnly(true);
+  m_buttons->setStandardButtons(QDialogButtonBox::Close);
 }
 
 bool ValueDialog::IsBytes() const {
@@ -147,11 +163,16 @@ bool ValueDialog::IsBytes() const {
          m_cell.vtValue.Kind() == platform::ValueKind::Bytes;
 }
 
+Text ValueDialog::Original() const {
+  const Text sShown = m_cell.input.Shown(m_cell.vtValue);
+  return platform::IsUtf8(sShown) ? sShown : Text();
+}
+
 Value ValueDialog::Read() const {
   // The document's own text: the plain one has blanks for those that do not break.
   const QString sRaw = m_typed->document()->toRawText();
   if (!IsBytes()) {
-    const Text sText = WithLineBreaksOf(m_cell.input.Shown(m_cell.vtValue), sRaw);
+    const Text sText = WithLineBreaksOf(Original(), sRaw);
     if (sText.empty() && KindOf(m_cell.type) == platform::ValueKind::Text) return sText;
     return m_cell.input.Read(sText, m_cell.type, m_cell.vtValue);
   }
@@ -173,6 +194,10 @@ void ValueDialog::ShowBytes() {
     }
   }
   const QByteArray raw = Raw(bytes);
+  m_length->setText(
+      raw.size() == 1
+          ? QStringLiteral("1 byte")
+          : QStringLiteral("%1 bytes").arg(QLocale(QLocale::English).toString(raw.size())));
   m_asText->setPlainText(QString::fromUtf8(raw.left(static_cast<qsizetype>(kMostHexBytes))));
   QPixmap picture;
   if (picture.loadFromData(raw)) {

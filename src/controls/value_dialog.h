@@ -1,6 +1,6 @@
-// A larger place to type one cell: a text with its line breaks, or bytes as hexadecimal digits
-// beside the text and the picture that they may be. Shown by the editing of a grid; user-interface
-// thread.
+// A larger place to see and type one cell: a text with its line breaks, or bytes as hexadecimal
+// digits with their number, beside the text and the picture that they may be. Shown by the editing
+// of a grid; user-interface thread.
 #pragma once
 
 #include <QDialog>
@@ -10,6 +10,7 @@
 
 #include "controls/cell_editor.h"
 
+class QDialogButtonBox;
 class QTabWidget;
 
 namespace orvane::controls {
@@ -24,6 +25,8 @@ class ValueDialog : public QDialog {
  public:
   ValueDialog(EditedCell cell, const QString& sColumn, QWidget* parent);
 
+  /// Nothing can be typed: the value is there to be looked at.
+  void OnlyShow();
   /// The value that is typed; none when nothing was typed, or what was typed is no value.
   const std::optional<platform::Value>& Taken() const { return m_taken; }
 
@@ -32,6 +35,8 @@ class ValueDialog : public QDialog {
  private:
   bool IsBytes() const;
   platform::Value Read() const;
+  /// The text from which typing begins.
+  platform::Text Original() const;
   void ShowBytes();
 
   EditedCell m_cell;
@@ -39,7 +44,9 @@ class ValueDialog : public QDialog {
   QPlainTextEdit* m_typed;
   QPlainTextEdit* m_asText = nullptr;
   QLabel* m_asPicture = nullptr;
+  QLabel* m_length = nullptr;  ///< of bytes
   QLabel* m_sentence;
+  QDialogButtonBox* m_buttons;
   std::optional<platform::Value> m_taken;
 };
 

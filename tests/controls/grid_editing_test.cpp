@@ -26,6 +26,55 @@ TEST_F(grid_editing, a_value_that_is_typed_is_stored_when_its_row_is_left) {
   EXPECT_EQ(Label("pending"), "");
 }
 
+class computed_columns : public EditingFixture {
+ protected:
+  computed_columns() {
+    m_server->Run(
+        "CREATE TABLE P..Tanks (Id INTEGER PRIMARY KEY, Height REAL, Volume REAL AS (Height * 2), "
+        "Name TEXT)");
+    m_server->Run("INSERT INTO P..Tanks (Id, Height, Name) VALUES (1, 1.5, 'a'), (2, 4, 'b')");
+    Open("Tanks");
+  }
+  static constexpr const char* kWhyNot =
+      "\"Volume\" takes no value, as the table computes it from other columns; change those.";
+};
+
+TEST_F(computed_columns, are_not_typed_into_and_say_why) {
+  for (const int nKey : {Qt::Key_F2, Qt::Key_Return, Qt::Key_7}) {
+    GoTo(0, 1);
+    EXPECT_EQ(Label("notice"), "");
+    GoTo(0, 2);
+    Press(nKey);
+    EXPECT_EQ(Editor(), nullptr);
+    EXPECT_EQ(Label("notice"), kWhyNot);
+  }
+  EXPECT_FALSE(Rows().model()->index(0, 2).flags().testFlag(Qt::ItemIsEditable));
+  EXPECT_FALSE(Rows().model()->index(2, 2).flags().testFlag(Qt::ItemIsEditable));
+  Press(Qt::Key_0, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "");
+}
+
+TEST_F(computed_columns, follow_what_they_are_computed_from) {
+  GoTo(0, 1);
+  Type("10");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Cell(0, 2), "20");
+  GoTo(2, 1);
+  Type("3");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Stored("SELECT Volume FROM P..Tanks ORDER BY Id"), "20\n8\n6");
+  EXPECT_EQ(Label("pending"), "");
+}
+
+TEST_F(computed_columns, take_nothing_from_the_clipboard_and_nothing_beside_them_is_changed) {
+  QApplication::clipboard()->setText("5\t6\tx");
+  GoTo(0, 1);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Label("notice"), std::string("Nothing was pasted. ") + kWhyNot);
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Cell(0, 1), "1.5");
+}
+
 TEST_F(grid_editing, an_editor_opens_with_f2_enter_and_a_double_click) {
   Open("Pumps");
   GoTo(0, 1);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QDialogButtonBox>
 #include <QImage>
 #include <QTest>
 #include <random>
@@ -61,6 +62,8 @@ TEST(value_dialog, bytes_are_shown_as_digits_as_text_and_as_a_picture) {
   ValueDialog dialog({bytes, DataType::Binary, ValueInput()}, "Picture", nullptr);
   dialog.setAttribute(Qt::WA_DeleteOnClose, false);
   EXPECT_TRUE(TypedIn(dialog).toPlainText().startsWith("89 50 4E 47"));
+  const auto length = [&] { return dialog.findChild<QLabel*>("length")->text().toStdString(); };
+  EXPECT_EQ(length(), std::to_string(bytes.size()) + " bytes");
   EXPECT_EQ(dialog.findChild<QLabel*>("asPicture")->pixmap().size(), QSize(3, 2));
   EXPECT_TRUE(dialog.findChild<QPlainTextEdit*>("asText")->toPlainText().contains("PNG"));
   TypedIn(dialog).selectAll();
@@ -70,6 +73,7 @@ TEST(value_dialog, bytes_are_shown_as_digits_as_text_and_as_a_picture) {
   EXPECT_FALSE(dialog.findChild<QLabel*>("sentence")->text().isEmpty());
   QTest::keyClicks(&TypedIn(dialog), "9");
   EXPECT_EQ(dialog.findChild<QPlainTextEdit*>("asText")->toPlainText(), "Hi");
+  EXPECT_EQ(length(), "2 bytes");
   dialog.accept();
   ASSERT_TRUE(dialog.Taken());
   EXPECT_EQ(platform::ToText(*dialog.Taken()), "0x4869");
@@ -93,6 +97,26 @@ TEST_F(value_dialog_in_grid, a_text_of_several_lines_is_typed_in_a_window) {
   GoTo(1, 1);
   Settle();
   EXPECT_EQ(Stored("SELECT Note = 'one' || char(10) || 'more' FROM P..Notes WHERE Id = 1"), "1");
+}
+
+TEST_F(value_dialog_in_grid, what_cannot_be_edited_can_be_looked_at) {
+  m_server->Run("CREATE TABLE P..Keyless (Picture BLOB, Note TEXT)");
+  m_server->Run("INSERT INTO P..Keyless VALUES (x'" + Text(4096, '0') + "', 'a')");
+  Open("Keyless");
+  for (const int nColumn : {0, 1}) {
+    GoTo(0, nColumn);
+    Press(Qt::Key_Return, Qt::AltModifier);
+    auto* dialog = Window()->findChild<ValueDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(TypedIn(*dialog).isReadOnly());
+    EXPECT_EQ(TypedIn(*dialog).toPlainText().left(4), nColumn == 0 ? "00 0" : "a");
+    if (nColumn == 0) EXPECT_EQ(dialog->findChild<QLabel*>("length")->text(), "2,048 bytes");
+    auto* buttons = dialog->findChild<QDialogButtonBox*>();
+    EXPECT_EQ(buttons->standardButtons(), QDialogButtonBox::Close);
+    QTest::mouseClick(buttons->button(QDialogButtonBox::Close), Qt::LeftButton);
+    Settle();
+    EXPECT_EQ(Window()->findChild<ValueDialog*>(), nullptr);
+  }
 }
 
 TEST_F(value_dialog_in_grid, an_empty_table_offers_its_first_row) {
