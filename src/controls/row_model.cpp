@@ -56,17 +56,22 @@ bool RowModel::AllRowsFit() const {
   return !m_recordset || m_recordset->RecordCount() <= kMaxRows;
 }
 
-void RowModel::FitTimes(int nRows) {
+bool RowModel::FitTimes(int nFirst, int nEnd) {
   using platform::DataType;
-  m_fractions.assign(static_cast<std::size_t>(columnCount()), 0);
+  constexpr int kMostDigits = 6;
+  bool bMore = false;
+  m_fractions.resize(static_cast<std::size_t>(columnCount()));
   for (int nColumn = 0; nColumn < columnCount(); ++nColumn) {
     const DataType type = m_recordset->FieldAt(nColumn).Type();
     if (type != DataType::DBTimeStamp && type != DataType::DBTime) continue;
     int& nFraction = m_fractions[static_cast<std::size_t>(nColumn)];
-    for (int n = 0; n < std::min(nRows, m_nPlaces) && nFraction < 6; ++n) {
-      nFraction = std::max(nFraction, CellFormat::FractionOf(m_recordset->ValueAt(n, nColumn)));
+    const int nBefore = nFraction;
+    for (int n = nFirst; n < std::min(nEnd, m_nPlaces) && nFraction < kMostDigits; ++n) {
+      nFraction = std::max(nFraction, CellFormat::FractionOf(ValueAt(n, nColumn)));
     }
+    bMore = bMore || nFraction > nBefore;
   }
+  return bMore;
 }
 
 int RowModel::CountPlaces() const {

@@ -46,9 +46,9 @@ class RowModel : public QAbstractTableModel {
   /// Shows the rows of a recordset; none empties the model.
   void Recordset(platform::RecordsetPtr rs, CellFormat format);
   bool AllRowsFit() const;
-  /// Shows the times of a column with as many digits of a second as the first rows need; a time
-  /// further down that needs more has them.
-  void FitTimes(int nRows);
+  /// Shows the times of a column with as many digits of a second as these rows need, if that is
+  /// more than before; true then. Of the places up to, without, the last.
+  bool FitTimes(int nFirst, int nEnd);
   /// Takes in the rows that came, or were added, since the recordset was last asked for their
   /// number.
   void TakeRowsIn();

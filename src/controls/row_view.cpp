@@ -94,7 +94,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   RowsChosen(false);
   m_arranger.Cancel();
   m_model->Recordset(std::move(rs), std::move(format));
-  m_model->FitTimes(kRowsMeasured);
+  m_model->FitTimes(0, kRowsMeasured);
   if (m_model->columnCount() > 0) {
     if (state) m_columns->Layout(state->layout);
     m_columns->Show(ColumnTexts(*m_model), [&] {
@@ -127,6 +127,12 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   } else if (!state->order && !state->bOrderLost) {
     ArrangeNow();
   }
+}
+
+void RowView::paintEvent(QPaintEvent* event) {
+  // Those that have more digits than any before them take the whole column along.
+  if (m_model->FitTimes(TopRow(), TopRow() + RowsInSight() + 1)) viewport()->update();
+  RowPicker::paintEvent(event);
 }
 
 void RowView::Restore(const RowsState& state) {

@@ -88,6 +88,7 @@ class RowView : public RowPicker {
   RowCopier& Copier() { return m_copier; }
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   /// Width that a column's cells need, measured in the rows in sight and a few more.

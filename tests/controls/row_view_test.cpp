@@ -236,5 +236,33 @@ TEST(row_view, times_of_a_column_have_equally_many_digits_of_a_second) {
   EXPECT_EQ(view.Model().CellAt(1, 0).sText, "2023-11-14 22:13:21.250");
 }
 
+TEST(row_view, a_time_further_down_takes_the_digits_of_its_whole_column_along) {
+  constexpr int kExact = 5'000;
+  const auto rs = std::make_shared<FakeRecordset>(10'000, [](auto row, auto column) -> Value {
+    const auto more = std::chrono::microseconds(row == kExact && column == 0 ? 7 : 0);
+    return platform::Timestamp(std::chrono::seconds(1'700'000'000) + more);
+  });
+  rs->Column("Exact", platform::DataType::DBTimeStamp)
+      .Column("Whole", platform::DataType::DBTimeStamp);
+  RowView view;
+  view.ShowRows(rs, kUtcZone);
+  Show(view);
+  const auto shown = [&](int nRow, int nColumn) {
+    return view.Model().CellAt(nRow, nColumn).sText.toStdString();
+  };
+  EXPECT_EQ(shown(0, 0), "2023-11-14 22:13:20");
+  view.GoTo(kExact, 0);
+  view.grab();
+  EXPECT_EQ(shown(kExact, 0), "2023-11-14 22:13:20.000007");
+  EXPECT_EQ(shown(kExact + 1, 0), "2023-11-14 22:13:20.000000");
+  EXPECT_EQ(shown(kExact, 1), "2023-11-14 22:13:20");
+  // They stay while the rows scroll on, until others are shown.
+  view.GoTo(0, 0);
+  view.grab();
+  EXPECT_EQ(shown(0, 0), "2023-11-14 22:13:20.000000");
+  view.ShowRows(rs, kUtcZone);
+  EXPECT_EQ(shown(0, 0), "2023-11-14 22:13:20");
+}
+
 }  // namespace
 }  // namespace orvane::controls
