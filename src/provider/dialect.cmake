@@ -16,8 +16,8 @@ list(APPEND PROVIDER_SOURCES
   dialect/statement_parameters.cpp
   dialect/statement_reader.cpp
   dialect/statement_work.cpp
-  dialect/stored_times.cpp
   dialect/stored_numbers.cpp
+  dialect/stored_times.cpp
   dialect/table_names.cpp
   dialect/time_conversions.cpp
   dialect/time_functions.cpp

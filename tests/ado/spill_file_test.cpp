@@ -3,10 +3,15 @@
 #include "ado/spill_file.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -19,6 +24,8 @@ namespace {
 namespace fs = std::filesystem;
 using tests::FailureOf;
 namespace failure = platform::failure;
+
+constexpr int kNotAllowed = 77;
 
 std::vector<std::byte> Bytes(std::size_t size, int iFirst) {
   std::vector<std::byte> bytes(size);
@@ -122,12 +129,12 @@ TEST_F(SpillFileTest, says_that_its_disk_is_full_and_keeps_what_it_has) {
   ExpectBytes(last, 2'000'000, 2);
 }
 
-TEST_F(SpillFileTest, that_is_full_stops_a_fetch_and_keeps_its_rows) {
+/// Hands over numbers until the temporary file takes no more, and looks at what is kept then.
+void ExpectStoppedByFullDisk(const std::string& sFolder) {
   const auto fetch = std::make_shared<Fetch>(FetchWishes{.bKeepRows = true},
                                              std::make_shared<MemoryBudget>(100'000));
   fetch->Begin({{"n"}}, true);
   platform::RowIndex given = 0;
-  const FileSizeLimit limit(1'000'000);
   try {
     for (;;) {
       std::vector<Column> block(1);
@@ -141,13 +148,53 @@ TEST_F(SpillFileTest, that_is_full_stops_a_fetch_and_keeps_its_rows) {
   }
   const auto rs = fetch->Recordset();
   EXPECT_EQ(rs->State(), platform::FetchState::Stopped);
-  EXPECT_TRUE(rs->FetchRemark().find(" has no room left for more rows: ") != std::string::npos)
-      << rs->FetchRemark();
+  const std::string sSentence = "The disk of \"" + sFolder +
+                                "\" has no room left for more rows: make room there, or set a row "
+                                "limit.";
+  EXPECT_TRUE(rs->FetchRemark().ends_with(" rows. " + sSentence)) << rs->FetchRemark();
   ASSERT_EQ(rs->RecordCount(), given);
   ASSERT_GT(given, 100'000);
   for (platform::RowIndex row = 0; row < given; row += 7) {
     ASSERT_TRUE(rs->ValueAt(row, 0) == platform::Value(row));
   }
+}
+
+TEST_F(SpillFileTest, that_is_full_stops_a_fetch_and_keeps_its_rows) {
+  const FileSizeLimit limit(1'000'000);
+  ::unsetenv("TMPDIR");
+  ExpectStoppedByFullDisk("/var/tmp");
+}
+
+/// In a process of its own, where all folders for temporary files are on a disk of a megabyte;
+/// gives the process's status.
+int OnSmallDisk(void (*work)()) {
+  const pid_t pid = ::fork();
+  if (pid == 0) {
+    const bool bOwn = ::unshare(CLONE_NEWNS) == 0 || ::unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
+    bool bMounted = bOwn && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    for (const char* sFolder : {"/tmp", "/var/tmp"}) {
+      bMounted = bMounted && ::mount("tmpfs", sFolder, "tmpfs", 0, "size=1m") == 0;
+    }
+    if (!bMounted) ::_exit(kNotAllowed);
+    ::unsetenv("TMPDIR");
+    work();
+    std::fflush(nullptr);
+    ::_exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int nStatus = -1;
+  EXPECT_EQ(::waitpid(pid, &nStatus, 0), pid);
+  EXPECT_TRUE(WIFEXITED(nStatus)) << nStatus;
+  return WEXITSTATUS(nStatus);
+}
+
+TEST_F(SpillFileTest, on_a_disk_that_really_fills_stops_a_fetch_and_keeps_its_rows) {
+  const int nStatus = OnSmallDisk([] {
+    ExpectStoppedByFullDisk("/var/tmp");
+    // What was taken is given back with the rows, so that there is room again.
+    ExpectStoppedByFullDisk("/var/tmp");
+  });
+  if (nStatus == kNotAllowed) GTEST_SKIP() << "nobody may mount a disk here";
+  EXPECT_EQ(nStatus, 0);
 }
 
 }  // namespace

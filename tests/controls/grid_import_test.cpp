@@ -11,9 +11,6 @@
 #include <QTimer>
 #include <QToolButton>
 #include <atomic>
-#include <bit>
-#include <cmath>
-#include <random>
 #include <thread>
 
 #include "controls/table_editor.h"
@@ -21,6 +18,7 @@
 #include "exports/row_export.h"
 #include "platform/conversions.h"
 #include "tests/controls/historian_server.h"
+#include "tests/controls/random_rows.h"
 #include "tests/files/temporary_folder.h"
 
 namespace orvane::controls {
@@ -252,76 +250,13 @@ TEST_F(GridImportTest, reconnecting_that_fails_keeps_the_rows_and_says_why) {
   EXPECT_TRUE(Window().findChild<QToolButton*>("offer")->isVisibleTo(&Window()));
 }
 
-/// Random values for a column of each type, and null.
-class RandomRows {
- public:
-  std::vector<Value> Row(std::int64_t llNumber) {
-    using namespace std::chrono;
-    std::vector<Value> values{
-        platform::Long(static_cast<std::int32_t>(m_random())),
-        static_cast<std::int64_t>(m_random()) >> (m_random() % 64),
-        Double(),
-        m_random() % 2 == 0,
-        Piece(),
-        Bytes(),
-        platform::Timestamp(
-            microseconds(static_cast<std::int64_t>(m_random()) % 60'000'000'000'000'000)),
-        platform::Date(days(static_cast<int>(m_random() % 700'000))),
-        platform::TimeOfDay(static_cast<std::int64_t>(m_random() % 86'400'000'000)),
-        Guid()};
-    for (Value& vtValue : values) {
-      if (m_random() % 8 == 0) vtValue = Value();
-    }
-    values.insert(values.begin(), llNumber);
-    return values;
-  }
-
- private:
-  double Double() {
-    constexpr double kEdges[] = {5e-324,
-                                 1.7976931348623157e308,
-                                 0.1,
-                                 -1e22,
-                                 std::numeric_limits<double>::infinity(),
-                                 -std::numeric_limits<double>::infinity()};
-    if (m_random() % 3 == 0) return kEdges[m_random() % std::size(kEdges)];
-    double d = 0;
-    do d = std::bit_cast<double>(m_random());
-    while (std::isnan(d));
-    return d;
-  }
-  Text Piece() {
-    static const std::vector<Text> kPieces{"a",    ",",  "\"", "\r", Text(1, '\0'),
-                                           "\n",   "\t", ";",  "'",  "\xC3\xA9",
-                                           "NULL", " ",  "",   "*",  "\xF0\x9F\x9A\x80"};
-    Text sText;
-    for (std::size_t n = m_random() % 6; n > 0; --n) sText += kPieces[m_random() % kPieces.size()];
-    return sText;
-  }
-  platform::Bytes Bytes() {
-    platform::Bytes bytes(m_random() % 20);
-    for (auto& byte : bytes) byte = static_cast<std::byte>(m_random());
-    return bytes;
-  }
-  platform::Guid Guid() {
-    platform::Guid guid;
-    for (auto& byte : guid.bytes) byte = static_cast<std::uint8_t>(m_random());
-    return guid;
-  }
-
-  std::mt19937_64 m_random{11};
-};
-
 TEST_F(GridImportTest, rows_that_were_exported_come_back_as_they_were) {
-  const Text sColumns =
-      " (Nr INTEGER PRIMARY KEY, i INT, b BIGINT, d DOUBLE, f BOOLEAN, s TEXT, x BLOB, t TIMESTAMP,"
-      " y DATE, c TIME, g GUID)";
-  m_server->Run("CREATE TABLE P..Sent" + sColumns);
-  m_server->Run("CREATE TABLE P..Back" + sColumns);
+  m_server->Run(Text("CREATE TABLE P..Sent") + tests::kColumnOfEachType);
+  m_server->Run(Text("CREATE TABLE P..Back") + tests::kColumnOfEachType);
   const auto command = m_server->CreateCommand();
   command->ActiveConnection(m_server->Connect());
-  command->CommandText("INSERT INTO P..Sent VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
-  RandomRows random;
+  command->CommandText("INSERT INTO P..Sent VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+  tests::RandomRows random(11);
   std::int64_t llNumber = 0;
   command->Batch([&](std::vector<Value>& values) {
     values = random.Row(++llNumber);

@@ -1,0 +1,225 @@
+// Values on their whole way: typed and pasted into a grid, stored, fetched by another one, copied
+// and pasted there, exported and imported; at each stop another connection reads what they are.
+#include <QFileDialog>
+#include <QMimeData>
+#include <QTimer>
+#include <bit>
+
+#include "controls/value_dialog.h"
+#include "exports/row_export.h"
+#include "platform/exact_number.h"
+#include "tests/controls/editing_fixture.h"
+#include "tests/controls/random_rows.h"
+#include "tests/files/temporary_folder.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::ColumnIndex;
+using platform::Text;
+using platform::Value;
+using platform::ValueKind;
+
+constexpr ColumnIndex kColumns = 12;
+
+class value_trip : public EditingFixture {
+ protected:
+  struct Folder : files::FolderTest {
+    using FolderTest::Path;
+    void TestBody() override {}
+  };
+
+  value_trip() {
+    for (const char* sTable : {"First", "Second", "Third"}) {
+      m_server->Run(Text("CREATE TABLE P..") + sTable + tests::kColumnOfEachType);
+    }
+  }
+
+  /// What the engine has of the value: a decimal as a number of the same digits.
+  static Value AsStored(const Value& vtValue) {
+    const auto* decimal = vtValue.As<platform::Decimal>();
+    return decimal ? *platform::ExactNumber(decimal->sDigits) : vtValue;
+  }
+  static std::string Shown(const Value& vtValue) {
+    return std::to_string(static_cast<int>(vtValue.Kind())) + " " + platform::ToText(vtValue);
+  }
+  void ExpectStored(const Text& sTable, const std::vector<std::vector<Value>>& rows) {
+    SCOPED_TRACE(sTable);
+    const auto rs = m_server->Run("SELECT * FROM P.." + sTable + " ORDER BY Nr");
+    ASSERT_EQ(rs->RecordCount(), static_cast<platform::RowIndex>(rows.size()));
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      for (ColumnIndex column = 0; column < kColumns; ++column) {
+        const Value vtStored = rs->ValueAt(static_cast<platform::RowIndex>(row), column);
+        const Value vtMeant = AsStored(rows[row][static_cast<std::size_t>(column)]);
+        EXPECT_TRUE(vtStored == vtMeant) << "row " << row << ", column " << column << ": "
+                                         << Shown(vtMeant) << " became " << Shown(vtStored);
+      }
+    }
+  }
+
+  /// Into the cell that has the keys, as its editors take it.
+  void TypeIn(const Value& vtValue) {
+    if (vtValue.IsNull()) return Press(Qt::Key_0, Qt::ControlModifier);
+    const Text sText = m_input.Shown(vtValue);
+    const bool bLines = sText.find_first_of("\r\n") != Text::npos;
+    if (bLines || vtValue.Kind() == ValueKind::Bytes) return TypeInWindow(vtValue, sText);
+    Press(Qt::Key_F2);
+    ASSERT_NE(Editor(), nullptr);
+    Editor()->selectAll();
+    QTest::keyClick(Editor(), Qt::Key_Backspace);
+    QTest::keyClick(Editor(), Qt::Key_X);
+    QTest::keyClick(Editor(), Qt::Key_Backspace);
+    Put(sText);
+    QTest::keyClick(Editor(), Qt::Key_V, Qt::ControlModifier);
+    const QPointer<QWidget> editor = Editor();
+    QTest::keyClick(Editor(), Qt::Key_Tab);
+    Settle();
+    EXPECT_FALSE(editor && editor->isVisible()) << Shown(vtValue);
+  }
+  void TypeInWindow(const Value& vtValue, const Text& sText) {
+    Press(Qt::Key_Return, Qt::AltModifier);
+    auto* dialog = Window()->findChild<ValueDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    auto* typed = dialog->findChild<QPlainTextEdit*>("typed");
+    Put(vtValue.Kind() == ValueKind::Bytes ? sText.substr(2) : sText);
+    QTest::keyClick(typed, Qt::Key_X);
+    typed->selectAll();
+    QTest::keyClick(typed, Qt::Key_Backspace);
+    typed->paste();
+    dialog->accept();
+    Settle();
+    EXPECT_EQ(Window()->findChild<ValueDialog*>(), nullptr);
+  }
+  static void Put(const Text& sText) {
+    QApplication::clipboard()->setText(QString::fromStdString(sText));
+  }
+
+  const ValueInput m_input{zones::TimeZone("Europe/Berlin")};
+  static constexpr const char* kOptions = "Time Zone = Europe/Berlin;";
+  Folder m_folder;
+};
+
+TEST_F(value_trip, values_of_each_type_come_back_as_they_were_at_every_stop) {
+  tests::RandomRows random(5);
+  std::vector<std::vector<Value>> rows;
+  for (std::int64_t llNumber = 1; llNumber <= 24; ++llNumber) rows.push_back(random.Row(llNumber));
+
+  // Typed cell by cell into new rows.
+  Open("First", kOptions);
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    for (ColumnIndex column = 0; column < kColumns; ++column) {
+      const Value& vtValue = rows[row][static_cast<std::size_t>(column)];
+      const bool bLine = vtValue.As<Text>() && vtValue.As<Text>()->find('\r') != Text::npos;
+      GoTo(static_cast<int>(row), column);
+      // The toolkit's texts have one kind of line break; a paste keeps each.
+      if (bLine) continue;
+      TypeIn(vtValue);
+    }
+    const Value& vtText = rows[row][5];
+    if (vtText.As<Text>() && vtText.As<Text>()->find('\r') != Text::npos) {
+      GoTo(static_cast<int>(row), 5);
+      QString sCell = QString::fromStdString(*vtText.As<Text>());
+      QApplication::clipboard()->setText(u'"' + sCell.replace(u'"', QLatin1String("\"\"")) + u'"');
+      Press(Qt::Key_V, Qt::ControlModifier);
+    }
+    Press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_EQ(Label("pending"), "") << Label("notice");
+  }
+  ExpectStored("First", rows);
+
+  // Looked at, entered, left, copied and pasted back: nothing is changed and nothing to be sent.
+  m_editor->Requery();
+  Rows().setFocus();
+  for (int nRow = 0; nRow < static_cast<int>(rows.size()); nRow += 5) {
+    for (ColumnIndex column = 0; column < kColumns; ++column) {
+      GoTo(nRow, column);
+      Press(Qt::Key_F2);
+      Press(Qt::Key_Return);
+    }
+  }
+  Rows().selectAll();
+  Press(Qt::Key_C, Qt::ControlModifier);
+  GoTo(0, 0);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "");
+  ExpectStored("First", rows);
+
+  // Copied into another table.
+  Rows().selectAll();
+  Press(Qt::Key_C, Qt::ControlModifier);
+  Open("Second", kOptions);
+  GoTo(0, 0);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "24 rows not stored") << Label("notice");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "");
+  ExpectStored("Second", rows);
+
+  // Exported from what a grid fetched, and imported into a third.
+  Open("Second", kOptions);
+  exports::WriterOptions options;
+  options.zone = zones::TimeZone("Europe/Berlin");
+  exports::RowExport file(options, m_folder.Path("rows.csv"));
+  file.Rows(*Rows().Model().Recordset());
+  file.Finish(false);
+  Open("Third", kOptions);
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
+    auto* files = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    if (files == nullptr) return;
+    files->findChild<QLineEdit*>()->setText(QString::fromStdString(m_folder.Path("rows.csv")));
+    QTest::keyClick(files->findChild<QLineEdit*>(), Qt::Key_Return);
+  });
+  timer.start(5);
+  QTest::keyClick(&Rows(), Qt::Key_I, Qt::ControlModifier | Qt::ShiftModifier);
+  ExpectStored("Third", rows);
+}
+
+TEST_F(value_trip, a_text_of_other_bytes_than_characters_is_replaced_whole_or_not_at_all) {
+  m_server->Run("INSERT INTO P..First (Nr, s) VALUES (1, CAST(x'61FF62' AS TEXT))");
+  Open("First", kOptions);
+  GoTo(0, 5);
+  Press(Qt::Key_F2);
+  ASSERT_NE(Editor(), nullptr);
+  EXPECT_EQ(Editor()->text(), "");
+  EXPECT_EQ(Editor()->placeholderText(), kNoCharacters);
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Label("pending"), "");
+  Press(Qt::Key_Return, Qt::AltModifier);
+  auto* dialog = Window()->findChild<ValueDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(dialog->findChild<QPlainTextEdit*>("typed")->placeholderText(), kNoCharacters);
+  dialog->accept();
+  Settle();
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Stored("SELECT hex(s) FROM P..First"), "61FF62");
+  GoTo(0, 5);
+  Type("ab");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT s FROM P..First"), "ab");
+}
+
+TEST_F(value_trip, what_cannot_be_kept_is_said_and_stays_where_it_was_typed) {
+  Open("First", kOptions);
+  GoTo(0, 3);
+  Type("nan");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  EXPECT_EQ(Label("notice"),
+            "The database keeps no value that is no number (NaN): give a number or null.");
+  EXPECT_EQ(Cell(0, 3), "nan");
+  Press(Qt::Key_Escape);
+  GoTo(0, 11);
+  Type("12345678901234567890.123456789");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(
+      Label("notice"),
+      "'12345678901234567890.123456789' has more digits than a column of numbers keeps; enter "
+      "fewer (15 always fit), or keep it in a column of type TEXT.");
+  EXPECT_EQ(Cell(0, 11), "12345678901234567890.123456789");
+  EXPECT_EQ(Stored("SELECT count(*) FROM P..First"), "0");
+}
+
+}  // namespace
+}  // namespace orvane::controls
