@@ -154,7 +154,7 @@ void CellFilling::Paste() {
   }
 }
 
-void CellFilling::Lay(const Block& block) {
+void CellFilling::Lay(const CopiedCells& block) {
   const RowModel& model = m_window.Rows().Model();
   const QModelIndex index = m_window.Rows().currentIndex();
   const std::vector<int> columns = ColumnsFrom(index.column());
@@ -166,7 +166,7 @@ void CellFilling::Lay(const Block& block) {
     const RowIndex row = nPlace < model.Places() ? model.RecordRow(nPlace)
                                                  : rs->RecordCount() + (nPlace - model.Places());
     for (std::size_t n = 0; n < block[nRow].size(); ++n) {
-      const auto& text = block[nRow][n];
+      const auto& [text, kind] = block[nRow][n];
       if (n >= columns.size()) {
         throw Failure(platform::failure::kInvalidArgument,
                       "The block has more columns than there are from here on; go further to the "
@@ -181,16 +181,18 @@ void CellFilling::Lay(const Block& block) {
                       "The block reaches rows that cannot be edited; paste it elsewhere.");
       }
       const Value vtCurrent = row < rs->RecordCount() ? rs->ValueAt(row, nColumn) : Value();
-      const bool bNull = !text.has_value();
-      edits.push_back(
-          {row, nColumn,
-           bNull ? Value()
-                 : m_session.Input().Read(*text, rs->FieldAt(nColumn).Type(), vtCurrent)});
-      // Of null and of the empty text the same is shown.
-      if (!bNull && text->empty() && edits.back().vtValue.IsNull() &&
-          KindOf(rs->FieldAt(nColumn).Type()) == ValueKind::Text) {
-        edits.back().vtValue = Text();
+      const platform::DataType type = rs->FieldAt(nColumn).Type();
+      Value vtPasted;
+      if (text && kind) {
+        vtPasted = m_session.Input().ReadCopied(*text, *kind, type, vtCurrent);
+      } else if (text) {
+        vtPasted = m_session.Input().Read(*text, type, vtCurrent);
       }
+      // Of null and of the empty text the same is shown.
+      if (text && text->empty() && vtPasted.IsNull() && KindOf(type) == ValueKind::Text) {
+        vtPasted = Text();
+      }
+      edits.push_back({row, nColumn, std::move(vtPasted)});
     }
   }
   m_session.Edit(edits);

@@ -10,6 +10,7 @@
 #include <optional>
 #include <vector>
 
+#include "controls/copied_cells.h"
 #include "controls/edit_session.h"
 
 namespace orvane::controls {
@@ -39,13 +40,12 @@ class CellFilling final : public QObject {
 
  private:
   /// A cell of the block; none is null.
-  using Block = std::vector<std::vector<std::optional<platform::Text>>>;
 
   void Run(CellQueryDialog& dialog, platform::RowIndex row, platform::ColumnIndex column);
   void Fill(std::vector<platform::Value> values);
   /// The value as the column keeps it; fails with a sentence where that cannot be.
   platform::Value Fitting(const platform::Value& vtValue, platform::ColumnIndex column) const;
-  void Lay(const Block& block);
+  void Lay(const CopiedCells& block);
   std::vector<int> ColumnsFrom(int nColumn) const;
 
   GridWindow& m_window;

@@ -28,11 +28,13 @@ std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
   while (!stream.atEnd()) {
     auto& row = cells.emplace_back();
     for (qint32 n = 0; n < nColumns; ++n) {
-      bool bNull = false;
+      quint8 nKind = 0;
       QByteArray text;
-      stream >> bNull >> text;
-      if (stream.status() != QDataStream::Ok) return std::nullopt;
-      row.push_back(bNull ? std::nullopt : std::optional(text.toStdString()));
+      stream >> nKind >> text;
+      if (stream.status() != QDataStream::Ok || nKind >= platform::kValueKinds) return std::nullopt;
+      const auto kind = static_cast<platform::ValueKind>(nKind);
+      const bool bNull = kind == platform::ValueKind::Null;
+      row.push_back({bNull ? std::nullopt : std::optional(text.toStdString()), kind});
     }
   }
   return cells;
@@ -74,7 +76,7 @@ CopiedCells ReadText(const QString& sText) {
         sCell += at(n++);
       }
       const bool bNull = sCell.isEmpty() && !bQuoted;
-      row.push_back(bNull ? std::nullopt : std::optional(sCell.toStdString()));
+      row.push_back({bNull ? std::nullopt : std::optional(sCell.toStdString())});
       bMore = at(n) == u'\t';
       if (bMore) ++n;
     }
@@ -102,7 +104,8 @@ void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& sele
         const bool bSelected = selection.contains(model.index(nRow, nColumn));
         const platform::Value vtValue =
             bSelected ? model.ValueAt(nRow, nColumn) : platform::Value();
-        stream << vtValue.IsNull() << QByteArray::fromStdString(input.Shown(vtValue));
+        stream << static_cast<quint8>(vtValue.Kind())
+               << QByteArray::fromStdString(input.Shown(vtValue));
       }
     }
   }

@@ -11,8 +11,14 @@
 
 namespace orvane::controls {
 
-/// Rows of cells as they can be typed; none is null.
-using CopiedCells = std::vector<std::vector<std::optional<platform::Text>>>;
+/// A cell as it can be typed.
+struct CopiedCell {
+  std::optional<platform::Text> sText;  ///< none is null
+  /// Of this library's own cells what the value is; nobody knows it of others.
+  std::optional<platform::ValueKind> kind{};
+};
+
+using CopiedCells = std::vector<std::vector<CopiedCell>>;
 
 /// Adds the values of the selection's rows in these columns to what goes on the clipboard.
 void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,

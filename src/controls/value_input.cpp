@@ -232,6 +232,14 @@ Value ValueInput::Read(const Text& sText, DataType type, const Value& vtCurrent)
   }
 }
 
+Value ValueInput::ReadCopied(const Text& sText, ValueKind kindOfCopied, DataType type,
+                             const Value& vtCurrent) const {
+  const ValueKind kind = KindOf(type);
+  const bool bItself =
+      kind == ValueKind::Null || (kind == ValueKind::Decimal && kindOfCopied == ValueKind::Double);
+  return bItself ? ReadAs(kindOfCopied, sText) : Read(sText, type, vtCurrent);
+}
+
 Value ValueInput::ReadAs(ValueKind kind, const Text& sText) const {
   const std::string_view sValue = Trimmed(sText);
   switch (kind) {

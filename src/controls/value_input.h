@@ -24,6 +24,11 @@ class ValueInput {
   /// is no text. Fails with kTypeMismatch or kOverflow and a sentence for who typed it.
   platform::Value Read(const platform::Text& sText, platform::DataType type,
                        const platform::Value& vtCurrent = {}) const;
+  /// The same of a text that Shown gave for a value of the kind, in another cell: in a column of
+  /// any type it is that value again, and a column of decimals takes any number that one of them
+  /// holds.
+  platform::Value ReadCopied(const platform::Text& sText, platform::ValueKind kindOfCopied,
+                             platform::DataType type, const platform::Value& vtCurrent) const;
 
  private:
   platform::Value ReadAs(platform::ValueKind kind, const platform::Text& sText) const;

@@ -20,6 +20,7 @@ using platform::Text;
 using platform::TimeOfDay;
 using platform::Timestamp;
 using platform::Value;
+using platform::ValueKind;
 
 constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
@@ -87,6 +88,20 @@ TEST(value_input, decimals_keep_every_digit) {
   }
   // An engine may keep such a column's numbers as doubles.
   EXPECT_EQ(Read("2e+300", DataType::Numeric, 1e300), Value(2e300));
+}
+
+TEST(value_input, what_was_copied_is_the_same_value_in_a_column_of_any_type) {
+  const Value values[] = {Text("5"),  std::int64_t{5},    5.0,  Text(""), Text("True"), true,
+                          Text("0x"), platform::Bytes(2), -0.0, 0.1};
+  const ValueInput input(Madrid());
+  for (const Value& vtValue : values) {
+    const Value vtRead =
+        input.ReadCopied(input.Shown(vtValue), vtValue.Kind(), DataType::Empty, "else");
+    EXPECT_EQ(vtRead, vtValue) << input.Shown(vtValue);
+  }
+  EXPECT_EQ(input.ReadCopied("1e+300", ValueKind::Double, DataType::Numeric, {}), Value(1e300));
+  EXPECT_EQ(input.ReadCopied("5", ValueKind::LongLong, DataType::WChar, {}), Value("5"));
+  EXPECT_THROW(input.ReadCopied("5.5", ValueKind::Double, DataType::BigInt, {}), platform::Failure);
 }
 
 TEST(value_input, a_boolean_is_one_of_two_words) {

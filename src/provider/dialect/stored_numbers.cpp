@@ -15,6 +15,8 @@ using platform::Value;
 namespace {
 
 constexpr std::string_view kStoredNumber = "orvane_stored_number";
+// So many digits the engine keeps by itself, and a text stays one where the column takes texts.
+constexpr std::size_t kAlwaysKept = 15;
 
 [[noreturn]] void FailTooLong(const Text& sNumber, std::string_view sStatement) {
   throw platform::Failure(platform::failure::kOverflow,
@@ -27,8 +29,6 @@ constexpr std::string_view kStoredNumber = "orvane_stored_number";
 // What the engine takes for a number may have blanks around it.
 Value StoredNumber(const Value& vtValue) {
   constexpr std::string_view kBlanks = " \t\n\v\f\r";
-  // So many digits the engine keeps by itself, and a text stays one where the column takes texts.
-  constexpr std::size_t kAlwaysKept = 15;
   const auto* const sText = vtValue.As<Text>();
   if (sText == nullptr) return vtValue;
   const std::size_t first = sText->find_first_not_of(kBlanks);
@@ -110,7 +110,9 @@ void StoredNumbers::LookAtValue(const Expr& value) {
   const Token& token = m_tree.tokens[inside->range.begin];
   if (inside->kind == ExprKind::Number) {
     const Text sNumber = sSign + token.sText;
-    if (platform::ReadDigits(sNumber) && !platform::ExactNumber(sNumber)) {
+    // Beyond all doubles a number is how infinity is written.
+    const auto digits = platform::ReadDigits(sNumber);
+    if (digits && digits->sDigits.size() > kAlwaysKept && !platform::ExactNumber(sNumber)) {
       FailTooLong(sNumber, m_sStatement);
     }
     return;

@@ -65,7 +65,7 @@ constexpr TypeSchema kDeclared[] = {
     {"BLOB", DataType::Binary, 1'000'000'000, "x'", "'", nullptr, true},
     {"TEXT", DataType::WChar, 1'000'000'000, "'", "'", nullptr, true},
     {"VARCHAR", DataType::WChar, 1'000'000'000, "'", "'", "length", false},
-    {"NUMERIC", DataType::Numeric, 38, nullptr, nullptr, "precision,scale", true},
+    {"NUMERIC", DataType::Numeric, 15, nullptr, nullptr, "precision,scale", true},
     {"DATE", DataType::DBDate, 10, "'", "'", nullptr, true},
     {"TIME", DataType::DBTime, 15, "'", "'", nullptr, true},
     {"TIMESTAMP", DataType::DBTimeStamp, 26, "'", "'", nullptr, true},
