@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 
 #include "ado/fetch.h"
@@ -24,8 +25,6 @@ namespace {
 namespace fs = std::filesystem;
 using tests::FailureOf;
 namespace failure = platform::failure;
-
-constexpr int kNotAllowed = 77;
 
 std::vector<std::byte> Bytes(std::size_t size, int iFirst) {
   std::vector<std::byte> bytes(size);
@@ -175,7 +174,8 @@ int OnSmallDisk(void (*work)()) {
     for (const char* sFolder : {"/tmp", "/var/tmp"}) {
       bMounted = bMounted && ::mount("tmpfs", sFolder, "tmpfs", 0, "size=1m") == 0;
     }
-    if (!bMounted) ::_exit(kNotAllowed);
+    std::optional<FileSizeLimit> instead;
+    if (!bMounted) instead.emplace(1'000'000);
     ::unsetenv("TMPDIR");
     work();
     std::fflush(nullptr);
@@ -188,13 +188,12 @@ int OnSmallDisk(void (*work)()) {
 }
 
 TEST_F(SpillFileTest, on_a_disk_that_really_fills_stops_a_fetch_and_keeps_its_rows) {
-  const int nStatus = OnSmallDisk([] {
+  const auto twice = [] {
     ExpectStoppedByFullDisk("/var/tmp");
     // What was taken is given back with the rows, so that there is room again.
     ExpectStoppedByFullDisk("/var/tmp");
-  });
-  if (nStatus == kNotAllowed) GTEST_SKIP() << "nobody may mount a disk here";
-  EXPECT_EQ(nStatus, 0);
+  };
+  EXPECT_EQ(OnSmallDisk(twice), 0);
 }
 
 }  // namespace

@@ -114,10 +114,13 @@ class RandomRows {
   }
   /// Of as many digits as such a column keeps.
   Value Decimal() {
-    platform::Text sDigits = std::to_string(static_cast<std::int64_t>(m_random()));
-    if (Less(3) == 0) return platform::Decimal{sDigits};
-    sDigits.resize(std::min<std::size_t>(sDigits.size(), 10 + Less(6)));
-    return platform::Decimal{sDigits + "." + std::to_string(Less(10'000))};
+    if (Less(3) == 0) {
+      return platform::Decimal{std::to_string(static_cast<std::int64_t>(m_random()))};
+    }
+    constexpr int kBitsOfDouble = 53;
+    const double dAny = static_cast<double>(m_random() >> (64 - kBitsOfDouble)) / 7;
+    const platform::Text sDigits = platform::ToText(Less(2) == 0 ? dAny : -dAny);
+    return platform::Decimal{sDigits.find('e') == platform::Text::npos ? sDigits : "0.1"};
   }
 
   std::mt19937_64 m_random;

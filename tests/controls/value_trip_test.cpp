@@ -3,7 +3,7 @@
 #include <QFileDialog>
 #include <QMimeData>
 #include <QTimer>
-#include <bit>
+#include <cstdlib>
 
 #include "controls/value_dialog.h"
 #include "exports/row_export.h"
@@ -21,6 +21,12 @@ using platform::Value;
 using platform::ValueKind;
 
 constexpr ColumnIndex kColumns = 12;
+
+/// More by hand, up to a thousand.
+std::int64_t RowsOfTrip() {
+  const char* const sRows = std::getenv("ORVANE_ROWS");
+  return sRows ? std::atoll(sRows) : 24;
+}
 
 class value_trip : public EditingFixture {
  protected:
@@ -61,7 +67,9 @@ class value_trip : public EditingFixture {
   void TypeIn(const Value& vtValue) {
     if (vtValue.IsNull()) return Press(Qt::Key_0, Qt::ControlModifier);
     const Text sText = m_input.Shown(vtValue);
-    const bool bLines = sText.find_first_of("\r\n") != Text::npos;
+    // The toolkit's editors have one kind of line break; a block of one cell keeps each.
+    if (sText.find('\r') != Text::npos) return PasteOver(QString::fromStdString(sText));
+    const bool bLines = sText.find('\n') != Text::npos;
     if (bLines || vtValue.Kind() == ValueKind::Bytes) return TypeInWindow(vtValue, sText);
     Press(Qt::Key_F2);
     ASSERT_NE(Editor(), nullptr);
@@ -75,6 +83,11 @@ class value_trip : public EditingFixture {
     QTest::keyClick(Editor(), Qt::Key_Tab);
     Settle();
     EXPECT_FALSE(editor && editor->isVisible()) << Shown(vtValue);
+  }
+  void PasteOver(QString sText) {
+    sText.replace(u'"', QLatin1String("\"\""));
+    QApplication::clipboard()->setText(u'"' + sText + u'"');
+    Press(Qt::Key_V, Qt::ControlModifier);
   }
   void TypeInWindow(const Value& vtValue, const Text& sText) {
     Press(Qt::Key_Return, Qt::AltModifier);
@@ -102,25 +115,17 @@ class value_trip : public EditingFixture {
 TEST_F(value_trip, values_of_each_type_come_back_as_they_were_at_every_stop) {
   tests::RandomRows random(5);
   std::vector<std::vector<Value>> rows;
-  for (std::int64_t llNumber = 1; llNumber <= 24; ++llNumber) rows.push_back(random.Row(llNumber));
+  const std::int64_t llRows = RowsOfTrip();
+  for (std::int64_t llNumber = 1; llNumber <= llRows; ++llNumber) {
+    rows.push_back(random.Row(llNumber));
+  }
 
   // Typed cell by cell into new rows.
   Open("First", kOptions);
   for (std::size_t row = 0; row < rows.size(); ++row) {
     for (ColumnIndex column = 0; column < kColumns; ++column) {
-      const Value& vtValue = rows[row][static_cast<std::size_t>(column)];
-      const bool bLine = vtValue.As<Text>() && vtValue.As<Text>()->find('\r') != Text::npos;
       GoTo(static_cast<int>(row), column);
-      // The toolkit's texts have one kind of line break; a paste keeps each.
-      if (bLine) continue;
-      TypeIn(vtValue);
-    }
-    const Value& vtText = rows[row][5];
-    if (vtText.As<Text>() && vtText.As<Text>()->find('\r') != Text::npos) {
-      GoTo(static_cast<int>(row), 5);
-      QString sCell = QString::fromStdString(*vtText.As<Text>());
-      QApplication::clipboard()->setText(u'"' + sCell.replace(u'"', QLatin1String("\"\"")) + u'"');
-      Press(Qt::Key_V, Qt::ControlModifier);
+      TypeIn(rows[row][static_cast<std::size_t>(column)]);
     }
     Press(Qt::Key_Return, Qt::ControlModifier);
     ASSERT_EQ(Label("pending"), "") << Label("notice");
@@ -150,7 +155,7 @@ TEST_F(value_trip, values_of_each_type_come_back_as_they_were_at_every_stop) {
   Open("Second", kOptions);
   GoTo(0, 0);
   Press(Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(Label("pending"), "24 rows not stored") << Label("notice");
+  EXPECT_EQ(Label("pending"), std::to_string(llRows) + " rows not stored") << Label("notice");
   Press(Qt::Key_Return, Qt::ControlModifier);
   EXPECT_EQ(Label("pending"), "");
   ExpectStored("Second", rows);
@@ -175,6 +180,28 @@ TEST_F(value_trip, values_of_each_type_come_back_as_they_were_at_every_stop) {
   ExpectStored("Third", rows);
 }
 
+TEST_F(value_trip, a_copied_value_keeps_its_kind_in_columns_of_any_kind) {
+  m_server->Run("CREATE TABLE P..From (Nr INTEGER PRIMARY KEY, v, n DECIMAL)");
+  m_server->Run("CREATE TABLE P..Into (Nr INTEGER PRIMARY KEY, v, n DECIMAL)");
+  m_server->Run(
+      "INSERT INTO P..From VALUES (1, '5', 1e300), (2, 5, 5), (3, 5.5, 0.1), (4, x'00', NULL), (5, "
+      "'', "
+      "9e999), (6, NULL, 0), (7, 'NULL', 1), (8, '0x00', 1), (9, '1e3', 1), (10, 'True', 1)");
+  Open("From", kOptions);
+  Rows().selectAll();
+  Press(Qt::Key_C, Qt::ControlModifier);
+  Open("Into", kOptions);
+  GoTo(0, 0);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "") << Label("notice");
+  EXPECT_EQ(
+      Stored("SELECT a.Nr, typeof(b.v), b.v, b.n FROM P..From AS a LEFT JOIN P..Into AS b ON "
+             "a.Nr = b.Nr WHERE NOT (a.v IS b.v AND typeof(a.v) = typeof(b.v) AND a.n IS b.n)"),
+      "");
+  EXPECT_EQ(Stored("SELECT count(*) FROM P..Into"), "10");
+}
+
 TEST_F(value_trip, a_text_of_other_bytes_than_characters_is_replaced_whole_or_not_at_all) {
   m_server->Run("INSERT INTO P..First (Nr, s) VALUES (1, CAST(x'61FF62' AS TEXT))");
   Open("First", kOptions);
@@ -185,6 +212,7 @@ TEST_F(value_trip, a_text_of_other_bytes_than_characters_is_replaced_whole_or_no
   EXPECT_EQ(Editor()->placeholderText(), kNoCharacters);
   Press(Qt::Key_Return);
   EXPECT_EQ(Label("pending"), "");
+  GoTo(0, 5);
   Press(Qt::Key_Return, Qt::AltModifier);
   auto* dialog = Window()->findChild<ValueDialog*>();
   ASSERT_NE(dialog, nullptr);
@@ -204,6 +232,7 @@ TEST_F(value_trip, what_cannot_be_kept_is_said_and_stays_where_it_was_typed) {
   Open("First", kOptions);
   GoTo(0, 3);
   Type("nan");
+  Press(Qt::Key_Tab);
   Press(Qt::Key_Return, Qt::ControlModifier);
   EXPECT_EQ(Label("pending"), "1 row not stored");
   EXPECT_EQ(Label("notice"),
@@ -212,6 +241,7 @@ TEST_F(value_trip, what_cannot_be_kept_is_said_and_stays_where_it_was_typed) {
   Press(Qt::Key_Escape);
   GoTo(0, 11);
   Type("12345678901234567890.123456789");
+  Press(Qt::Key_Tab);
   Press(Qt::Key_Return, Qt::ControlModifier);
   EXPECT_EQ(
       Label("notice"),
