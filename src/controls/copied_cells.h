@@ -24,8 +24,8 @@ using CopiedCells = std::vector<std::vector<CopiedCell>>;
 void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
               const std::vector<int>& columns);
 /// The cells on the clipboard: of this library's own form, else of the table of a page, else those
-/// of its text, parted by tabs and line breaks, where text in quotes may have both. An empty cell of
-/// a text is null, two quotes are the empty text. None when there is nothing of these.
+/// of its text, parted by tabs and line breaks, where text in quotes may have both. An empty cell
+/// of a text is null, two quotes are the empty text. None when there is nothing of these.
 std::optional<CopiedCells> ReadCells(const QMimeData& data);
 
 }  // namespace orvane::controls

@@ -209,8 +209,8 @@ TEST(row_view, copies_in_forms_for_other_programs) {
   view.Copy(false);
   EXPECT_EQ(clipboard->text().toStdString(), "\n\"\"\nNULL\n\"a\tb\nc\"\n<b>\n");
   const QString sPage = clipboard->mimeData()->html();
-  for (const char* sCell : {"<td><i></i></td>", "@\"></td>", ">NULL</td>",
-                            ">a&#9;b<br>c</td>", ">&lt;b&gt;</td>"}) {
+  for (const char* sCell :
+       {"<td><i></i></td>", "@\"></td>", ">NULL</td>", ">a&#9;b<br>c</td>", ">&lt;b&gt;</td>"}) {
     EXPECT_TRUE(sPage.contains(sCell)) << sCell;
   }
   view.CopyAs(exports::Form::Csv);
