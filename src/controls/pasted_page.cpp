@@ -280,7 +280,7 @@ class PageReader {
   }
 
   void Push(std::optional<platform::Text> text) {
-    m_row.push_back(std::move(text));
+    m_row.push_back({std::move(text)});
     ++m_nCells;
   }
 
@@ -335,7 +335,7 @@ class PageReader {
   qsizetype m_nFixed = 0;  ///< characters of the cell that are no blanks of the source
   bool m_bBlankDue = false;
   bool m_bItalic = false;
-  std::vector<std::optional<platform::Text>> m_row;
+  std::vector<CopiedCell> m_row;
   std::vector<int> m_reaching;  ///< rows to come into which a cell of the column reaches
   std::size_t m_nCells = 0;
   CopiedCells m_rows;

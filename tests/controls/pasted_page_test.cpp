@@ -14,7 +14,7 @@ std::string Shown(const std::optional<CopiedCells>& cells) {
   if (!cells) return "none";
   std::string sAll;
   for (const auto& row : *cells) {
-    for (const auto& text : row) sAll += text ? "[" + *text + "]" : "(null)";
+    for (const CopiedCell& cell : row) sAll += cell.sText ? "[" + *cell.sText + "]" : "(null)";
     sAll += '\n';
   }
   return sAll;
