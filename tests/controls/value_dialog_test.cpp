@@ -110,7 +110,9 @@ TEST_F(value_dialog_in_grid, what_cannot_be_edited_can_be_looked_at) {
     ASSERT_NE(dialog, nullptr);
     EXPECT_TRUE(TypedIn(*dialog).isReadOnly());
     EXPECT_EQ(TypedIn(*dialog).toPlainText().left(4), nColumn == 0 ? "00 0" : "a");
-    if (nColumn == 0) EXPECT_EQ(dialog->findChild<QLabel*>("length")->text(), "2,048 bytes");
+    if (nColumn == 0) {
+      EXPECT_EQ(dialog->findChild<QLabel*>("length")->text(), "2,048 bytes");
+    }
     auto* buttons = dialog->findChild<QDialogButtonBox*>();
     EXPECT_EQ(buttons->standardButtons(), QDialogButtonBox::Close);
     QTest::mouseClick(buttons->button(QDialogButtonBox::Close), Qt::LeftButton);
