@@ -10,7 +10,7 @@ std::string Read(const QMimeData& data) {
   if (!cells) return "none";
   std::string sAll;
   for (const auto& row : *cells) {
-    for (const auto& text : row) sAll += text ? "[" + *text + "]" : "(null)";
+    for (const CopiedCell& cell : row) sAll += cell.sText ? "[" + *cell.sText + "]" : "(null)";
     sAll += '\n';
   }
   return sAll;
@@ -41,7 +41,7 @@ TEST(copied_cells, of_a_text_that_quotes_without_end_are_read_all_the_same) {
   const auto cells = ReadCells(data);
   ASSERT_TRUE(cells);
   ASSERT_EQ(cells->size(), 1U);
-  EXPECT_EQ(cells->front().back(), "\"");
+  EXPECT_EQ(cells->front().back().sText, "\"");
 }
 
 TEST(copied_cells, of_a_page_come_before_those_of_its_text) {
