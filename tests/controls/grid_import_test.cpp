@@ -124,15 +124,17 @@ class RunningBeside final : public platform::LongOperation {
   void Run(const Text& sWhat, const std::function<void(std::stop_token)>& work) override {
     std::exception_ptr failed;
     std::atomic<bool> bDone = false;
+    const bool bStatement = !sWhat.starts_with("Reading");
     std::jthread worker([&](std::stop_token token) {
+      std::stop_source cancelled;
+      if (bCancel && bStatement) cancelled.request_stop();
       try {
-        work(std::move(token));
+        work(bCancel && bStatement ? cancelled.get_token() : std::move(token));
       } catch (...) {
         failed = std::current_exception();
       }
       bDone = true;
     });
-    const bool bStatement = !sWhat.starts_with("Reading");
     while (!bDone || (bStatement && until && !until())) {
       QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
     }
@@ -141,6 +143,7 @@ class RunningBeside final : public platform::LongOperation {
   }
 
   std::function<bool()> until;  ///< a statement takes as long at least
+  bool bCancel = false;         ///< statements are, before they begin
 };
 
 TEST_F(GridImportTest, tells_how_many_rows_were_read) {
@@ -154,6 +157,18 @@ TEST_F(GridImportTest, tells_how_many_rows_were_read) {
   EXPECT_TRUE(bSeen);
   EXPECT_EQ(Notice(), "Imported 2 rows");
   EXPECT_EQ(Stored(), "1|x||\n2|y||\n");
+}
+
+TEST_F(GridImportTest, leaves_nothing_when_it_is_cancelled) {
+  const auto beside = std::make_shared<RunningBeside>();
+  m_server->longOperation = beside;
+  ShowTable("T");
+  beside->bCancel = true;
+  ImportBytes("Nr,a\n1,x\n2,y\n");
+  beside->bCancel = false;
+  EXPECT_EQ(m_sTold, "");
+  EXPECT_EQ(Notice(), "The import was cancelled; nothing was imported.");
+  EXPECT_EQ(Stored(), "");
 }
 
 TEST_F(GridImportTest, tells_in_a_sentence_whatever_ends_it) {
