@@ -44,6 +44,7 @@ class ColumnarRecordset final : public platform::Recordset {
   }
   platform::FetchState State() const override { return m_rows->State(); }
   platform::Text FetchRemark() const override { return m_rows->Remark(); }
+  platform::Long FetchFailure() const override { return m_rows->FailureNumber(); }
   std::chrono::microseconds Elapsed() const override { return m_rows->Elapsed(); }
 
   const platform::RowSource& Source() const override { return m_rows->Source(); }

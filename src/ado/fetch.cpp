@@ -97,7 +97,7 @@ bool Fetch::Keeps(const Failure& failed) const {
     case failure::kStorage:
       break;
     default:
-      return false;
+      if (!failure::IsLostConnection(failed.Number())) return false;
   }
   return m_wishes.bKeepRows && m_bReads && m_rows.Recordset() != nullptr && RowCount() > 0;
 }
@@ -106,7 +106,8 @@ bool Fetch::Keeps(const Failure& failed) const {
 void Fetch::KeepOrRethrow(const Statement& statement) {
   const auto stop = [&](const Failure& failed) {
     if (m_rows.Recordset() == nullptr) return;
-    m_rows.Rows().End(platform::FetchState::Stopped, StoppedText(RowCount(), failed, statement));
+    m_rows.Rows().End(platform::FetchState::Stopped, StoppedText(RowCount(), failed, statement),
+                      failed.Number());
   };
   try {
     RethrowCallers();

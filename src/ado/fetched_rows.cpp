@@ -72,8 +72,9 @@ void FetchedRows::Hold(std::span<const Column> columns, Block& block) {
   if (m_packed.size() > kBytesInBlock * 4) m_packed = {};
 }
 
-void FetchedRows::End(platform::FetchState state, platform::Text sRemark) {
+void FetchedRows::End(platform::FetchState state, platform::Text sRemark, platform::Long lFailure) {
   m_sRemark = std::move(sRemark);
+  m_lFailure = lFailure;
   End(state, std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - m_start));
 }
 
@@ -127,6 +128,10 @@ platform::DataType FetchedRows::TypeOf(ColumnIndex column) const {
 
 platform::Text FetchedRows::Remark() const {
   return State() == platform::FetchState::Stopped ? m_sRemark : platform::Text();
+}
+
+platform::Long FetchedRows::FailureNumber() const {
+  return State() == platform::FetchState::Stopped ? m_lFailure : 0;
 }
 
 std::chrono::microseconds FetchedRows::Elapsed() const {

@@ -39,8 +39,8 @@ class FetchedRows {
   /// Adds rows, equally many in each column. Fails with failure::kStorage when the temporary file
   /// cannot take them; then those before stay.
   void Append(std::span<const Column> block);
-  /// No more rows come. The remark is that of a stopped fetch.
-  void End(platform::FetchState state, platform::Text sRemark = {});
+  /// No more rows come. Remark and number of the failure are those of a stopped fetch.
+  void End(platform::FetchState state, platform::Text sRemark = {}, platform::Long lFailure = 0);
   /// As End, with a time that was measured elsewhere.
   void End(platform::FetchState state, std::chrono::microseconds elapsed);
 
@@ -54,6 +54,7 @@ class FetchedRows {
   platform::DataType TypeOf(platform::ColumnIndex column) const;
   platform::FetchState State() const { return m_state.load(std::memory_order_acquire); }
   platform::Text Remark() const;
+  platform::Long FailureNumber() const;
   std::chrono::microseconds Elapsed() const;
   /// Memory that the rows take; what is in the temporary file takes none.
   std::size_t Bytes() const { return m_bytes; }
@@ -85,6 +86,7 @@ class FetchedRows {
   std::vector<std::atomic<std::uint16_t>> m_kindsSeen;  // by column
   std::atomic<platform::FetchState> m_state{platform::FetchState::Running};
   platform::Text m_sRemark;                // written before the state
+  platform::Long m_lFailure = 0;           // likewise
   std::chrono::microseconds m_elapsed{0};  // likewise
   std::size_t m_bytes = 0;                 // the writer's
   std::optional<SpillFile> m_spill;        // the writer's

@@ -218,4 +218,12 @@ void EditSession::Stored(RowIndex row, std::span<const Value> stored) {
   Follow(rows);
 }
 
+void EditSession::Deleted(std::span<const RowIndex> rows) {
+  for (const RowIndex row : rows) {
+    m_recordset->Accept(row);
+    m_notes->steps.Forget(row);
+  }
+  Follow(rows);
+}
+
 }  // namespace orvane::controls

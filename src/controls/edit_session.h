@@ -92,6 +92,8 @@ class EditSession final : public RowEditing {
   void Settle(platform::RowIndex row, std::span<const platform::ColumnIndex> mine, bool bDelete);
   /// The row was stored: nothing of it is pending, and no step touches it any more.
   void Stored(platform::RowIndex row, std::span<const platform::Value> stored);
+  /// The rows were deleted.
+  void Deleted(std::span<const platform::RowIndex> rows);
 
  private:
   void Change(std::span<const platform::RowIndex> rows, const std::function<void()>& change);

@@ -18,6 +18,8 @@ using platform::Timestamp;
 
 namespace {
 
+constexpr const char* kNoneFetched = "The rows could not be fetched";
+
 NoRowsTexts DoneTexts(Long lRecordsAffected) {
   QString sSentence = "The statement gives no rows.";
   if (lRecordsAffected > 0) {
@@ -50,9 +52,14 @@ GridCore::GridCore(GridServices services, const QString& sName)
   };
   m_editing = new GridEditing(
       *m_window,
-      [this](const RecordsetPtr& rs, platform::RowIndex row, const controls::Updatability& can) {
-        return m_statements.Send(rs, row, can, m_lQueryTimeout);
-      },
+      RowOutbox::Server{[this](const RecordsetPtr& rs, platform::RowIndex row,
+                               const controls::Updatability& can) {
+                          return m_statements.Send(rs, row, can, m_lQueryTimeout);
+                        },
+                        [this](const RecordsetPtr& rs, const std::vector<platform::RowIndex>& rows,
+                               const controls::Updatability& can) {
+                          return m_statements.Delete(rs, rows, can, m_lQueryTimeout);
+                        }},
       GridEditing::Events{
           tell(&GridEvents::insert), tell(&GridEvents::remove),
           [this](platform::RowIndex rows) { m_services.unsent->Tell(m_place, rows); }},
@@ -94,7 +101,7 @@ void GridCore::Run(const GridQuery& query, Access access) {
   if (Running()) FailBusy();
   // Also for the case that the grid goes while the rows are fetched.
   KeepUnsent();
-  const Shown before = WithUnsentRows();
+  const auto before = std::make_shared<Shown>(ShownNow());
   m_recordset.reset();
   m_editing->ShowNothing();
   m_sSqlText = query.sSqlText;
@@ -103,26 +110,40 @@ void GridCore::Run(const GridQuery& query, Access access) {
   GridStatements::Fetched fetched;
   controls::Updatability updatability;
   std::shared_ptr<EditNotes> notes;
+  Text sLost;
+  // When the first rows have come, those before them would take memory for nothing.
+  const auto coming = [before] {
+    if (!before->IsUnsent()) *before = {};
+  };
   // Events are handled during the fetch, and one of them may be the end of this grid.
   const std::weak_ptr<void> life = m_statements.Life();
   try {
-    fetched = m_statements.Fetch(query, access, *m_window);
+    fetched = m_statements.Fetch(query, access, *m_window, coming);
     if (life.expired()) return;
-    updatability = m_statements.Updatability(query.table, *fetched.rs);
+    try {
+      updatability = m_statements.Updatability(query.table, *fetched.rs);
+    } catch (const Failure& failure) {
+      const bool bLost = platform::failure::IsLostConnection(failure.Number());
+      if (life.expired() || !bLost || before->IsUnsent()) throw;
+      // The rows have come all the same.
+      sLost = failure.Description();
+      updatability.sWhyNot =
+          "These rows can only be looked at: the connection was lost; reconnect first.";
+    }
     if (life.expired()) return;
     m_place = PlaceOf(updatability.table);
-    notes = Carried(before, *fetched.rs, updatability);
+    notes = Carried(*before, *fetched.rs, updatability);
   } catch (const Failure& failure) {
     if (life.expired()) throw;
     if (access == Access::Read && failure.Number() == platform::failure::kWouldChange) {
       AskToRun(query);
       return;
     }
-    ShowFailure(failure.Number(), failure.Description(), before);
+    ShowFailure(failure.Number(), failure.Description(), *before);
     throw;
   } catch (const std::exception& exception) {
     if (life.expired()) throw;
-    ShowFailure(platform::failure::kComponent, exception.what(), before);
+    ShowFailure(platform::failure::kComponent, exception.what(), *before);
     throw;
   }
   m_recordset = fetched.rs;
@@ -140,12 +161,11 @@ void GridCore::Run(const GridQuery& query, Access access) {
   }
   m_window->ShowRows(m_recordset, m_format, state ? &*state : nullptr, HowFetched(), texts.sTitle,
                      texts.sSentence);
+  if (!life.expired() && !sLost.empty()) m_window->Lost(QString::fromStdString(sLost));
 }
 
-GridCore::Shown GridCore::WithUnsentRows() const {
-  // Otherwise they would take memory for nothing.
-  const bool bNoneCome = Connection() && !Connection()->IsOpen();
-  if (!m_recordset || (!bNoneCome && m_editing->Session().Pending().empty())) return {};
+GridCore::Shown GridCore::ShownNow() const {
+  if (!m_recordset) return {};
   return {m_recordset, State()};
 }
 
@@ -206,7 +226,12 @@ void GridCore::Reconnect(const std::function<void()>& handler) {
   } catch (const std::exception& exception) {
     // The window shows the sentence; nobody is behind a button to be told.
     NoteFailure(failures, exception);
-    if (!bOpened && !life.expired() && m_recordset) m_window->Lost(exception.what());
+    if (bOpened || life.expired()) return;
+    if (m_recordset) {
+      m_window->Lost(exception.what());
+    } else {
+      m_window->ShowFailure(kNoneFetched, exception.what(), true);
+    }
   }
 }
 
@@ -242,7 +267,7 @@ Fetching GridCore::HowFetched() const {
 
 void GridCore::Fail(const Failure& failure) {
   m_editing->TakeTyped();
-  const Shown before = WithUnsentRows();
+  const Shown before = ShownNow();
   m_recordset.reset();
   m_editing->ShowNothing();
   ShowFailure(failure.Number(), failure.Description(), before);
@@ -250,12 +275,13 @@ void GridCore::Fail(const Failure& failure) {
 }
 
 void GridCore::ShowFailure(Long lNumber, const Text& sSentence, const Shown& before) {
-  if (before.rs) {
-    // What is not stored is not lost to a failure either.
+  const bool bLost = platform::failure::IsLostConnection(lNumber);
+  if (before.rs && (bLost || before.IsUnsent() || (Connection() && !Connection()->IsOpen()))) {
+    // What is not stored is not lost to a failure either, nor what cannot be had again.
     const std::weak_ptr<void> life = m_statements.Life();
     Attach(before.rs, &before.state, {}, {}, std::nullopt);
     if (life.expired()) return;  // whoever heard of the rows has dropped the grid
-    if (lNumber == platform::failure::kObjectClosed) {
+    if (bLost) {
       m_window->Lost(QString::fromStdString(sSentence));
     } else {
       m_window->Status().Remark(QString::fromStdString(sSentence));
@@ -263,8 +289,8 @@ void GridCore::ShowFailure(Long lNumber, const Text& sSentence, const Shown& bef
     return;
   }
   const bool bCancelled = lNumber == platform::failure::kCancelled;
-  m_window->ShowFailure(bCancelled ? "Cancelled" : "The rows could not be fetched",
-                        QString::fromStdString(sSentence));
+  m_window->ShowFailure(bCancelled ? "Cancelled" : kNoneFetched, QString::fromStdString(sSentence),
+                        bLost);
 }
 
 void GridCore::Attach(const RecordsetPtr& rs, const RowsState* state, const Text& sSqlText,

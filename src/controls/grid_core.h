@@ -110,19 +110,20 @@ class GridCore {
                           const std::exception& exception);
   void FollowZone();
   Fetching HowFetched() const;
-  /// Rows that are shown while others are fetched in their place; none when all is stored and
-  /// others can be had.
+  /// Rows that are shown while others are fetched in their place, or none.
   struct Shown {
     platform::RecordsetPtr rs;
     RowsState state;
+    bool IsUnsent() const { return rs && !rs->PendingRows().empty(); }
   };
-  Shown WithUnsentRows() const;
+  Shown ShownNow() const;
   /// Without a table where there is none.
   platform::RowsPlace PlaceOf(const RowTable& table) const;
   /// What is not stored of the rows before, laid over these. Fails where that cannot be.
   std::shared_ptr<EditNotes> Carried(const Shown& before, platform::Recordset& rs,
                                      const controls::Updatability& updatability) const;
-  /// In the place of rows, unless there were some that are not stored: then these stay.
+  /// In the place of rows, unless there were some and they are not stored, or no others can be
+  /// had: then these stay.
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence, const Shown& before);
 
   GridServices m_services;

@@ -13,6 +13,7 @@
 #include "controls/row_form.h"
 #include "controls/status_strip.h"
 #include "controls/value_dialog.h"
+#include "platform/long_operation.h"
 
 namespace orvane::controls {
 
@@ -35,19 +36,28 @@ bool WouldType(const QKeyEvent& event) {
 
 }  // namespace
 
-GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellFilling::Asker asker,
-                         std::shared_ptr<QStringList> lastQueries)
+GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events events,
+                         CellFilling::Asker asker, std::shared_ptr<QStringList> lastQueries)
     : QObject(&window),
       m_window(window),
       m_rows(&window.Rows()),
-      m_sender(std::move(sender)),
       m_events(std::move(events)),
       m_session([this](std::optional<RowIndex> row) { RowChanged(row); }),
       m_filling(new CellFilling(window, m_session, std::move(asker), std::move(lastQueries))),
-      m_questions(new RowQuestions(
-          window, m_session,
-          {[this] { StoreAll(); }, [this](RowIndex row) { GoTo(row); },
-           [this](RowIndex row) { Leave(row); }, [this](const auto& rows) { DeleteRows(rows); }},
+      m_questions(
+          new RowQuestions(window, m_session,
+                           {[this] { m_outbox->SendAll(); }, [this](RowIndex row) { GoTo(row); },
+                            [this](RowIndex row) { m_outbox->Leave(row); },
+                            [this](const auto& rows) { m_outbox->Delete(rows); }},
+                           this)),
+      m_outbox(new RowOutbox(
+          m_session, std::move(server),
+          {[this](RowState before) { TellOfStored(before); }, [this] { Raise(m_events.deleted); },
+           [this](RowIndex row) { m_questions->AskToSettle(row); },
+           [this](const QString& sSentence) { m_window.Lost(sSentence); },
+           [this](bool bSending) {
+             m_window.Rows().setProperty(platform::LongOperation::kKeepsKeys, bSending);
+           }},
           this)) {
   m_filling->setParent(this);
   RowView& rows = m_window.Rows();
@@ -56,7 +66,7 @@ GridEditing::GridEditing(GridWindow& window, Sender sender, Events events, CellF
   connect(rows.selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current, const QModelIndex& previous) {
             if (previous.isValid() && previous.row() != current.row()) {
-              Leave(m_window.Rows().Model().RecordRow(previous.row()));
+              m_outbox->Leave(m_window.Rows().Model().RecordRow(previous.row()));
             }
             TellOfCurrent();
           });
@@ -83,7 +93,7 @@ std::array<CellDelegate*, 2> GridEditing::Cells() const {
 
 void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatability,
                        ValueInput input, std::shared_ptr<EditNotes> notes) {
-  m_left.clear();
+  m_outbox->Clear();
   m_session.Show(rs, std::move(updatability), std::move(input), std::move(notes));
   RowView& rows = m_window.Rows();
   const auto& can = m_session.Updatability();
@@ -95,7 +105,7 @@ void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatabili
 }
 
 void GridEditing::ShowNothing() {
-  m_left.clear();
+  m_outbox->Clear();
   m_session.ShowNothing();
   m_window.Rows().setEditTriggers(QAbstractItemView::NoEditTriggers);
   m_window.Status().ReadOnly({});
@@ -135,7 +145,7 @@ void GridEditing::AddCommands() {
   commands.Add({CommandGroup::Edit, "Discard Changes of &Row", Qt::Key_Escape,
                 [this] { DiscardRow(); }, pending, edits});
   commands.Add({CommandGroup::Edit, "&Store Changes", Qt::CTRL | Qt::Key_Return,
-                [this] { StoreAll(); }, pending, edits});
+                [this] { m_outbox->SendAll(); }, pending, edits});
   commands.Add({CommandGroup::Edit,
                 "Rows &Not Stored\u2026",
                 {},
@@ -261,80 +271,19 @@ void GridEditing::GoTo(std::optional<RowIndex> row) {
   if (nPlace >= 0) rows.GoTo(nPlace, std::max(0, rows.currentIndex().column()));
 }
 
-// ---- sending
-
-void GridEditing::Leave(RowIndex row) {
-  if (!m_session.Recordset()) return;
-  const auto pending = m_session.Pending();
-  if (!std::ranges::binary_search(pending, row)) return;
-  m_left.insert(row);
-  // The cell is still being left; sending may take a while and handle other events.
-  QTimer::singleShot(0, this, [this] { SendLeft(); });
-}
-
-void GridEditing::StoreAll() {
-  for (const RowIndex row : m_session.Pending()) m_left.insert(row);
-  SendLeft();
-}
-
-void GridEditing::SendLeft() {
-  if (m_bSending) return;
-  m_bSending = true;
-  const QPointer<GridEditing> self(this);
-  const RecordsetPtr rs = m_session.Recordset();
-  while (self && m_session.Recordset() == rs && !m_left.empty()) {
-    const RowIndex row = *m_left.begin();
-    m_left.erase(m_left.begin());
-    SendOne(row);
-  }
-  if (self) m_bSending = false;
-}
-
-bool GridEditing::SendOne(RowIndex row) {
-  const RecordsetPtr rs = m_session.Recordset();
-  const auto pending = m_session.Pending();
-  if (!rs || !std::ranges::binary_search(pending, row)) return false;
-  if (const QString sWhyNot = m_session.WhyNotFit(row); !sWhyNot.isEmpty()) {
-    m_session.Remark(row, sWhyNot);
-    return false;
-  }
-  const RowState state = rs->StateAt(row);
-  const QPointer<GridEditing> self(this);
-  const Sent sent = m_sender(rs, row, m_session.Updatability());
-  if (!self || m_session.Recordset() != rs) return false;
-  if (!sent.answer) {
-    m_session.Remark(row, sent.sWhyNot);
-    return false;
-  }
-  if (sent.answer->conflict) {
-    m_session.Conflict(row, *sent.answer->conflict);
-    m_questions->AskToSettle(row);
-    return false;
-  }
-  m_session.Stored(row, sent.answer->stored);
+void GridEditing::TellOfStored(RowState before) {
   const auto& names = m_session.Updatability().table.names;
-  if (state != RowState::Deleted && std::ranges::find(names, platform::Text()) != names.end()) {
+  if (std::ranges::find(names, platform::Text()) != names.end()) {
     m_window.Status().Remark(
         QStringLiteral("The row was stored. What the query works out of it is shown as it was "
                        "before; refresh to see it anew."),
         false);
   }
-  if (state == RowState::New && m_events.inserted) m_events.inserted();
-  return true;
+  if (before == RowState::New) Raise(m_events.inserted);
 }
 
-// ---- deleting
-
-void GridEditing::DeleteRows(const std::vector<RowIndex>& rows) {
-  const auto toSend = m_session.Delete(rows);
-  bool bDeleted = toSend.size() < rows.size();
-  const RecordsetPtr rs = m_session.Recordset();
-  const QPointer<GridEditing> self(this);
-  for (const RowIndex row : toSend) {
-    bDeleted = SendOne(row) || bDeleted;
-    if (!self || m_session.Recordset() != rs) return;
-  }
-  if (bDeleted && m_events.deleted) m_events.deleted();
+void GridEditing::Raise(const std::function<void()>& event) {
+  if (event) event();
 }
 
 // ---- what is told

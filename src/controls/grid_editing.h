@@ -1,4 +1,4 @@
-// Editing in a grid: keys and menu entries, the sending of rows that were left, the questions
+// Editing in a grid: keys and menu entries, what is left and so to be sent, the questions
 // before something is deleted, and what the strip tells of rows that are not stored. Owned by the
 // grid's window, made by its core, which lends it what it needs; user-interface thread.
 #pragma once
@@ -8,14 +8,13 @@
 #include <array>
 #include <functional>
 #include <memory>
-#include <set>
 #include <span>
 #include <vector>
 
 #include "controls/cell_filling.h"
 #include "controls/edit_session.h"
+#include "controls/row_outbox.h"
 #include "controls/row_questions.h"
-#include "controls/row_sending.h"
 
 namespace orvane::controls {
 
@@ -26,9 +25,6 @@ class RowView;
 
 class GridEditing final : public QObject {
  public:
-  /// Sends a row; may handle events while it waits. Fails only with what the grid is to show.
-  using Sender = std::function<Sent(const platform::RecordsetPtr& rs, platform::RowIndex row,
-                                    const Updatability& updatability)>;
   /// Called after rows were added at the server, and after some were deleted there.
   struct Events {
     std::function<void()> inserted;
@@ -38,7 +34,7 @@ class GridEditing final : public QObject {
     std::function<void(platform::RowIndex)> pending;
   };
 
-  GridEditing(GridWindow& window, Sender sender, Events events, CellFilling::Asker asker,
+  GridEditing(GridWindow& window, RowOutbox::Server server, Events events, CellFilling::Asker asker,
               std::shared_ptr<QStringList> lastQueries);
   ~GridEditing() override;
 
@@ -60,8 +56,6 @@ class GridEditing final : public QObject {
   const EditSession& Session() const { return m_session; }
 
   bool DeleteAllowed() const { return m_session.Updatability().bDelete; }
-  /// Sends all rows that are not stored, one after the other.
-  void StoreAll();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -74,12 +68,10 @@ class GridEditing final : public QObject {
   void SetNull();
   void DiscardRow();
   void GoTo(std::optional<platform::RowIndex> row);
-  void Leave(platform::RowIndex row);
-  void SendLeft();
-  bool SendOne(platform::RowIndex row);
-  void DeleteRows(const std::vector<platform::RowIndex>& rows);
   std::vector<CellEdit> SelectedCells() const;
   bool RefuseEdit();
+  static void Raise(const std::function<void()>& event);
+  void TellOfStored(platform::RowState before);
   void RowChanged(std::optional<platform::RowIndex> row);
   void TellOfPending();
   platform::RowIndex Unsent() const;
@@ -88,13 +80,11 @@ class GridEditing final : public QObject {
 
   GridWindow& m_window;
   QPointer<RowView> m_rows;  ///< goes before this does when the window goes
-  Sender m_sender;
   Events m_events;
   EditSession m_session;
-  std::set<platform::RowIndex> m_left;  ///< rows to be sent
   CellFilling* m_filling;
   RowQuestions* m_questions;
-  bool m_bSending = false;
+  RowOutbox* m_outbox;
 };
 
 }  // namespace orvane::controls

@@ -62,7 +62,7 @@ platform::CommandPtr GridStatements::Command(const Text& sSqlText) const {
 }
 
 GridStatements::Fetched GridStatements::Fetch(const GridQuery& query, Access access,
-                                              GridWindow& window) {
+                                              GridWindow& window, std::function<void()> coming) {
   if (!m_connection) {
     throw Failure(platform::failure::kObjectNotSet,
                   "The grid has no connection to a server; connect the server first.");
@@ -86,8 +86,10 @@ GridStatements::Fetched GridStatements::Fetch(const GridQuery& query, Access acc
   command->KeepRows(access == Access::Read);
   if (access == Access::Read && !query.following) {
     command->OnRows([life = Life(), shown = QPointer<GridWindow>(&window),
-                     format = CellFormat(ZoneOf(m_connection))](const RecordsetPtr& rs) {
+                     format = CellFormat(ZoneOf(m_connection)),
+                     coming = std::move(coming)](const RecordsetPtr& rs) {
       if (!life.expired() && shown) shown->ShowComing(rs, format);
+      coming();
     });
     window.OnCancel([command] { command->Cancel(); });
   }
@@ -151,20 +153,44 @@ controls::Updatability GridStatements::Updatability(const std::optional<RowTable
       *cn, table ? *table : RowTable{source.sCatalog, source.sTable, {}, source.columns}, rs);
 }
 
-Sent GridStatements::Send(const RecordsetPtr& rs, platform::RowIndex row,
-                          const controls::Updatability& updatability, Long lTimeout) {
-  if (*m_running) return {{}, "Not stored yet: the grid is at work."};
+template <class Answer, class Ask>
+Answer GridStatements::Answered(const Ask& ask) {
+  Answer answer;
+  if (*m_running) {
+    answer.bBusy = true;
+    return answer;
+  }
   if (!m_connection || !m_objects) {
-    return {{}, "Not stored: there is no connection to the server; connect it and store again."};
+    answer.sWhyNot =
+        "Not stored: there is no connection to the server; connect it and store again.";
+    return answer;
   }
   const RunningMark running(m_running);
   try {
-    return {RowChanges(m_connection, m_objects, updatability.table, lTimeout).Send(*rs, row)};
+    ask(answer);
   } catch (const Failure& failure) {
-    return {{}, QString::fromStdString(failure.Description())};
+    answer.sWhyNot = QString::fromStdString(failure.Description());
+    answer.bLost = platform::failure::IsLostConnection(failure.Number());
   } catch (const std::exception& exception) {
-    return {{}, QString::fromUtf8(exception.what())};
+    answer.sWhyNot = QString::fromUtf8(exception.what());
   }
+  return answer;
+}
+
+Sent GridStatements::Send(const RecordsetPtr& rs, platform::RowIndex row,
+                          const controls::Updatability& updatability, Long lTimeout) {
+  return Answered<Sent>([&](Sent& sent) {
+    sent.answer = RowChanges(m_connection, m_objects, updatability.table, lTimeout).Send(*rs, row);
+  });
+}
+
+SentDeletion GridStatements::Delete(const RecordsetPtr& rs,
+                                    const std::vector<platform::RowIndex>& rows,
+                                    const controls::Updatability& updatability, Long lTimeout) {
+  return Answered<SentDeletion>([&](SentDeletion& sent) {
+    sent.answer =
+        RowChanges(m_connection, m_objects, updatability.table, lTimeout).Delete(*rs, rows);
+  });
 }
 
 void GridStatements::Reopen() {

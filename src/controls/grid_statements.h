@@ -3,6 +3,7 @@
 // end of the grid. Owned by the grid's core; user-interface thread.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -36,8 +37,10 @@ class GridStatements {
     platform::Long lRecordsAffected = 0;
   };
   /// Runs the statement; its rows are shown in the window while they come, and can be stopped
-  /// there. Rows that are followed stay until the next ones are there.
-  Fetched Fetch(const GridQuery& query, Access access, GridWindow& window);
+  /// there. Rows that are followed stay until the next ones are there. `coming` is called when some
+  /// of the others are.
+  Fetched Fetch(const GridQuery& query, Access access, GridWindow& window,
+                std::function<void()> coming);
   /// Runs a statement that only reads; none without a connection.
   platform::RecordsetPtr Ask(const platform::Text& sSqlText, platform::Long lMaxRows,
                              platform::Long lTimeout);
@@ -51,6 +54,9 @@ class GridStatements {
   /// the one that the recordset says it is of.
   controls::Updatability Updatability(const std::optional<RowTable>& table,
                                       const platform::Recordset& rs) const;
+  /// Deletes the rows, all of them or none, as Send sends one.
+  SentDeletion Delete(const platform::RecordsetPtr& rs, const std::vector<platform::RowIndex>& rows,
+                      const controls::Updatability& updatability, platform::Long lTimeout);
   /// Sends one row; what goes wrong is told by the answer. The time-out is in seconds.
   Sent Send(const platform::RecordsetPtr& rs, platform::RowIndex row,
             const controls::Updatability& updatability, platform::Long lTimeout);
@@ -59,6 +65,9 @@ class GridStatements {
 
  private:
   platform::CommandPtr Command(const platform::Text& sSqlText) const;
+  /// Has something sent, with what goes wrong in the answer.
+  template <class Answer, class Ask>
+  Answer Answered(const Ask& ask);
 
   platform::ObjectFactoryPtr m_objects;
   platform::ConnectionPtr m_connection;

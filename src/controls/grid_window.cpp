@@ -16,6 +16,7 @@
 #include "controls/sql_pane.h"
 #include "controls/status_strip.h"
 #include "controls/view_switch.h"
+#include "platform/failure.h"
 #include "platform/long_operation.h"
 
 namespace orvane::controls {
@@ -142,9 +143,8 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
 }
 
 void GridWindow::Lost(const QString& sSentence) {
-  m_bLost = true;
+  m_sLost = sSentence;
   TellOfRows();
-  m_status->Remark(sSentence);
 }
 
 void GridWindow::Above(QWidget* bar) {
@@ -250,7 +250,7 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
   }
   m_fetching = fetching;
   m_seeking->ShowArrangement();
-  m_bLost = false;
+  m_sLost.clear();
   TellOfRows();
   TellOfArrangement({});
   ShowPosition();
@@ -283,12 +283,18 @@ void GridWindow::TellOfRows() {
   QStringList notices;
   if (const QString sLimit = LimitNotice(rs, m_rows->Model()); !sLimit.isEmpty()) notices << sLimit;
   m_bToldOfClosing = m_fetching.origin && m_fetching.origin->IsConnectionClosed();
-  if (m_bToldOfClosing) notices << QStringLiteral("Fetched over a connection since closed.");
+  if (!m_sLost.isEmpty()) {
+    notices << m_sLost;
+  } else if (m_bToldOfClosing) {
+    notices << QStringLiteral("Fetched over a connection since closed.");
+  }
   m_sToldWhen = m_fetching.when ? m_fetching.when() : QString();
   m_status->Rows(rs.RecordCount(), rs.Elapsed(), m_sToldWhen, notices.join(u' '));
   m_sqlPane->Took(TookText(rs.Elapsed(), m_sToldWhen));
   FitSqlPane();
-  if ((m_bLost || m_bToldOfClosing) && m_reconnect) {
+  const bool bLost = !m_sLost.isEmpty() || m_bToldOfClosing ||
+                     platform::failure::IsLostConnection(rs.FetchFailure());
+  if (bLost && m_reconnect) {
     m_status->Offer("Reconnect", "Connects to the server again and fetches the rows", m_reconnect);
   } else if (rs.Truncated() && m_count) {
     m_status->Offer("Count Rows", "Asks the server how many rows there are", m_count);
@@ -315,10 +321,14 @@ void GridWindow::Remark(const QString& sRemark, bool bWarning) {
   m_status->Remark(sRemark, bWarning);
 }
 
-void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence) {
+void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence, bool bLost) {
   StopWaiting();
   LetGoOfRows();
-  m_notice->Say(sTitle, sSentence);
+  if (bLost && m_reconnect) {
+    m_notice->Ask(sTitle, sSentence, "&Reconnect", m_reconnect);
+  } else {
+    m_notice->Say(sTitle, sSentence);
+  }
   m_status->Message("No rows");
   TellOfExchange();
 }

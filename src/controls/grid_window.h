@@ -53,7 +53,8 @@ class GridWindow : public QWidget {
   void ShowRows(const platform::RecordsetPtr& rs, const CellFormat& format, const RowsState* state,
                 const Fetching& fetching, const QString& sNoRowsTitle,
                 const QString& sNoRowsSentence);
-  void ShowFailure(const QString& sTitle, const QString& sSentence);
+  /// With bLost, and where that is possible, a button beneath connects again.
+  void ShowFailure(const QString& sTitle, const QString& sSentence, bool bLost = false);
   /// Says something beneath the rows, until there is something else to be said of them.
   void Remark(const QString& sRemark, bool bWarning);
 
@@ -61,7 +62,7 @@ class GridWindow : public QWidget {
   void OfferCount(std::function<void()> count) { m_count = std::move(count); }
   /// Beneath rows whose connection is gone stands a button that connects again.
   void OfferReconnect(std::function<void()> reconnect) { m_reconnect = std::move(reconnect); }
-  /// Says why no other rows could be had over the connection; those shown stay.
+  /// Says, as long as these rows are shown, why no others can be had over the connection.
   void Lost(const QString& sSentence);
   /// Places a bar above everything else; it becomes the window's.
   void Above(QWidget* bar);
@@ -120,7 +121,7 @@ class GridWindow : public QWidget {
   Fetching m_fetching;
   bool m_bToldOfClosing = false;
   QString m_sToldWhen;
-  bool m_bLost = false;
+  QString m_sLost;  ///< what happened to the connection of the rows; empty for nothing
   std::function<void()> m_count;
   std::function<void()> m_reconnect;
   int m_nRaising = 0;

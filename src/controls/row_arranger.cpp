@@ -14,6 +14,7 @@ namespace {
 /// As many are read, and sorted, in less time than anybody notices.
 constexpr RowIndex kAtOnce = 20'000;
 constexpr std::chrono::milliseconds kSlice(12);
+constexpr std::chrono::milliseconds kUntilNextTry(50);
 constexpr RowIndex kRowsBetweenClocks = 512;
 
 }  // namespace
@@ -140,6 +141,12 @@ void RowArranger::StartSorting() {
 }
 
 void RowArranger::Finish(const QString& sWhyNot) {
+  if (m_holding && !m_work->bAtOnce && m_holding()) {
+    QTimer::singleShot(kUntilNextTry, this, [this, nRun = m_nRun, sWhyNot] {
+      if (nRun == m_nRun) Finish(sWhyNot);
+    });
+    return;
+  }
   ++m_nRun;
   if (m_worker.joinable()) m_worker.join();
   const std::unique_ptr<Work> work = std::exchange(m_work, nullptr);

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "controls/arrangement.h"
@@ -34,6 +35,8 @@ class RowArranger final : public QObject {
   void Arrange(platform::RecordsetPtr rs, const Arrangement& arrangement, const CellFormat& format,
                Done done);
   bool Busy() const { return m_work != nullptr; }
+  /// What was worked out beside the window is told when the condition is over.
+  void HoldWhile(std::function<bool()> condition) { m_holding = std::move(condition); }
   /// Drops what is being worked out; `done` is not called.
   void Cancel();
 
@@ -44,6 +47,7 @@ class RowArranger final : public QObject {
   void StartSorting();
   void Finish(const QString& sWhyNot = {});
 
+  std::function<bool()> m_holding;
   std::unique_ptr<Work> m_work;
   std::thread m_worker;
   std::atomic<bool> m_bStop = false;

@@ -30,24 +30,63 @@ SentRow RowChanges::Send(const Recordset& rs, RowIndex row) const {
   const bool bDelete = state == RowState::Deleted;
   const RowStatement statement =
       bDelete ? DeleteRow(m_table, rs, row) : UpdateRow(m_table, rs, row, columns);
-  std::vector<Value> original;
   std::vector<Value> key;
-  for (const ColumnIndex column : m_table.key) {
-    original.push_back(rs.OriginalAt(row, column));
-    key.push_back(rs.ValueAt(row, column));
-  }
+  for (const ColumnIndex column : m_table.key) key.push_back(rs.ValueAt(row, column));
   try {
     Run(statement, 1);
   } catch (const Failure& failed) {
     if (failed.Number() != platform::failure::kConflict) throw;
-    RowConflict conflict = CompareRow(rs, row, Read(rs, row, original));
-    const bool bTheirs = std::ranges::any_of(conflict.columns, &ColumnConflict::bTheirs);
-    // As it was, but not the only one of its key, say.
-    if (!bTheirs && !conflict.IsGone()) throw;
+    auto conflict = ConflictOf(rs, row);
+    if (!conflict) throw;
     return {{}, std::move(conflict)};
   }
   if (bDelete) return {};
   return {ReadStored(rs, row, key), std::nullopt};
+}
+
+std::optional<RowConflict> RowChanges::ConflictOf(const Recordset& rs, RowIndex row) const {
+  std::vector<Value> original;
+  for (const ColumnIndex column : m_table.key) original.push_back(rs.OriginalAt(row, column));
+  RowConflict conflict = CompareRow(rs, row, Read(rs, row, original));
+  const bool bTheirs = std::ranges::any_of(conflict.columns, &ColumnConflict::bTheirs);
+  // As it was, but not the only one of its key, say.
+  if (!bTheirs && !conflict.IsGone()) return std::nullopt;
+  return conflict;
+}
+
+DeletedRows RowChanges::Delete(const Recordset& rs, std::span<const RowIndex> rows) const {
+  // All of them before the first is sent: another thread asks for them.
+  const auto values = std::make_shared<std::vector<std::vector<Value>>>();
+  for (const RowIndex row : rows) {
+    try {
+      values->push_back(ValuesOfDeleted(m_table, rs, row));
+    } catch (const Failure& failed) {
+      return {row, std::nullopt, failed.Description()};
+    }
+  }
+  const auto taken = std::make_shared<std::size_t>(0);
+  const platform::CommandPtr command = Command(DeleteEachRow(m_table, rs));
+  command->RowsExpected(1);
+  command->Batch([values, taken](std::vector<Value>& next) {
+    if (*taken == values->size()) return false;
+    next = (*values)[(*taken)++];
+    return true;
+  });
+  try {
+    command->Execute();
+  } catch (const Failure& failed) {
+    const bool bOfRow = failed.Number() == platform::failure::kConflict ||
+                        failed.Number() == platform::failure::kConstraint;
+    if (!bOfRow || *taken == 0) throw;
+    const RowIndex row = rows[*taken - 1];
+    if (failed.Number() == platform::failure::kConflict) {
+      return {row, ConflictOf(rs, row), failed.Description()};
+    }
+    // A rule may also be looked at when all are gone, and then it is no matter of the last one.
+    if (*taken == values->size()) throw;
+    return {row, std::nullopt, failed.Description()};
+  }
+  return {};
 }
 
 std::vector<Value> RowChanges::Insert(const Recordset& rs, RowIndex row) const {
@@ -83,12 +122,17 @@ std::vector<Value> RowChanges::Read(const Recordset& rs, RowIndex row,
   return values;
 }
 
+platform::CommandPtr RowChanges::Command(const platform::Text& sSql) const {
+  platform::CommandPtr command = m_objects->CreateCommand();
+  command->ActiveConnection(m_connection);
+  command->CommandText(sSql);
+  command->CommandTimeout(m_lTimeout);
+  return command;
+}
+
 RecordsetPtr RowChanges::Run(const RowStatement& statement,
                              std::optional<RowIndex> rowsExpected) const {
-  const platform::CommandPtr command = m_objects->CreateCommand();
-  command->ActiveConnection(m_connection);
-  command->CommandText(statement.sSql);
-  command->CommandTimeout(m_lTimeout);
+  const platform::CommandPtr command = Command(statement.sSql);
   command->ReadOnly(!rowsExpected);
   command->RowsExpected(rowsExpected);
   for (const TypedValue& value : statement.values) {

@@ -22,6 +22,14 @@ struct SentRow {
   std::optional<RowConflict> conflict;
 };
 
+/// What came of deleting rows together.
+struct DeletedRows {
+  /// The one that stood against it; none when all are gone. Then nothing was changed.
+  std::optional<platform::RowIndex> refused;
+  std::optional<RowConflict> conflict;  ///< where somebody else has changed that row
+  platform::Text sWhyNot;               ///< otherwise why it could not be deleted
+};
+
 class RowChanges {
  public:
   /// The time-out is in seconds; 0 waits for ever.
@@ -32,6 +40,10 @@ class RowChanges {
   /// than the originals nothing is sent. Fails as a command does, and with
   /// failure::kNotSupported for a row that its values cannot name; then nothing was changed.
   SentRow Send(const platform::Recordset& rs, platform::RowIndex row) const;
+  /// Deletes the rows, which are all marked so, in one transaction: all of them or none, each of
+  /// them by its key and all that was seen of it. Fails as a command does; then nothing was
+  /// changed.
+  DeletedRows Delete(const platform::Recordset& rs, std::span<const platform::RowIndex> rows) const;
 
  private:
   platform::RecordsetPtr Run(const RowStatement& statement,
@@ -39,6 +51,10 @@ class RowChanges {
   /// The row with that key, as in RowConflict; empty when there is none.
   std::vector<platform::Value> Read(const platform::Recordset& rs, platform::RowIndex row,
                                     std::span<const platform::Value> key) const;
+  /// What stands between the row and the server's; none where that is nothing.
+  std::optional<RowConflict> ConflictOf(const platform::Recordset& rs,
+                                        platform::RowIndex row) const;
+  platform::CommandPtr Command(const platform::Text& sSql) const;
   std::vector<platform::Value> ReadStored(const platform::Recordset& rs, platform::RowIndex row,
                                           std::span<const platform::Value> key) const;
   std::vector<platform::Value> Insert(const platform::Recordset& rs, platform::RowIndex row) const;

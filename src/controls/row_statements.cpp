@@ -67,12 +67,7 @@ class Composer {
   /// That the column holds exactly this value. A column may compare its texts without regard to
   /// case, say; but what differs in that was changed.
   void AddSame(ColumnIndex column, const Value& vtValue, bool bKey) {
-    // In brackets now and then: no engine takes a thousand conditions in one row.
-    constexpr std::size_t kBetweenBrackets = 100;
-    const bool bBracket = m_nConditions > 0 && m_nConditions % kBetweenBrackets == 0;
-    AddSeparator(bBracket ? " AND (" : " AND ");
-    if (bBracket) m_sEnd += ')';
-    ++m_nConditions;
+    BeginCondition();
     if (vtValue.IsNull()) {
       AddName(column).Add(" IS NULL");
       return;
@@ -83,21 +78,31 @@ class Composer {
     AddName(column).Add(" = ").AddValue(column, vtValue);
     if (bText) Add(" COLLATE BINARY");
   }
+  /// That the column holds exactly a value that is not known yet, null included.
+  void AddAny(ColumnIndex column, bool bKey) {
+    BeginCondition();
+    if (bKey) AddName(column).Add(" = ?");
+    const bool bExactly = ComparesTexts(column);
+    if (bKey && !bExactly) return;
+    if (bKey) Add(" AND ");
+    AddName(column).Add(" IS ?");
+    if (bExactly) Add(" COLLATE BINARY");
+  }
   void AddKey(std::span<const Value> values) {
     for (std::size_t i = 0; i < m_table.key.size(); ++i) {
-      const ColumnIndex column = m_table.key[i];
-      if (values[i].IsNull()) {
-        throw Failure(platform::failure::kNotSupported,
-                      "The row cannot be told from others, as its key \"" +
-                          m_table.NameOf(m_rs, column) +
-                          "\" is null: change it by a statement in the query editor.");
-      }
-      RequireFit(column, values[i]);
-      AddSame(column, values[i], true);
+      RequireKey(m_table.key[i], values[i]);
+      AddSame(m_table.key[i], values[i], true);
     }
   }
+  bool IsKey(ColumnIndex column) const {
+    return std::ranges::find(m_table.key, column) != m_table.key.end();
+  }
+  /// A column of times holds no text that is compared.
+  bool ComparesTexts(ColumnIndex column) const {
+    return m_rs.FieldAt(column).Type() != DataType::DBTimeStamp;
+  }
   void AddOriginal(RowIndex row, ColumnIndex column) {
-    if (std::ranges::find(m_table.key, column) != m_table.key.end()) return;
+    if (IsKey(column)) return;
     const Value vtOriginal = m_rs.OriginalAt(row, column);
     RequireFit(column, vtOriginal);
     AddSame(column, vtOriginal, false);
@@ -107,7 +112,15 @@ class Composer {
     return std::move(m_statement);
   }
 
- private:
+  void RequireKey(ColumnIndex column, const Value& vtValue) const {
+    if (vtValue.IsNull()) {
+      throw Failure(platform::failure::kNotSupported,
+                    "The row cannot be told from others, as its key \"" +
+                        m_table.NameOf(m_rs, column) +
+                        "\" is null: change it by a statement in the query editor.");
+    }
+    RequireFit(column, vtValue);
+  }
   /// What another program stored in a column of times meets no time.
   void RequireFit(ColumnIndex column, const Value& vtValue) const {
     const bool bFits = m_rs.FieldAt(column).Type() != DataType::DBTimeStamp || vtValue.IsNull() ||
@@ -116,6 +129,16 @@ class Composer {
     throw Failure(platform::failure::kNotSupported,
                   "The row cannot be told from others, as its \"" + m_table.NameOf(m_rs, column) +
                       "\" is no time: change it by a statement in the query editor.");
+  }
+
+ private:
+  void BeginCondition() {
+    // In brackets now and then: no engine takes a thousand conditions in one row.
+    constexpr std::size_t kBetweenBrackets = 100;
+    const bool bBracket = m_nConditions > 0 && m_nConditions % kBetweenBrackets == 0;
+    AddSeparator(bBracket ? " AND (" : " AND ");
+    if (bBracket) m_sEnd += ')';
+    ++m_nConditions;
   }
 
   const RowTable& m_table;
@@ -177,6 +200,34 @@ RowStatement DeleteRow(const RowTable& table, const Recordset& rs, RowIndex row)
     if (!table.NameOf(rs, column).empty()) composer.AddOriginal(row, column);
   }
   return composer.Done();
+}
+
+Text DeleteEachRow(const RowTable& table, const Recordset& rs) {
+  Composer composer(table, rs);
+  composer.Begin("DELETE FROM " + TableName(table) + " WHERE ");
+  for (const ColumnIndex column : table.key) composer.AddAny(column, true);
+  for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
+    const bool bOther = !table.NameOf(rs, column).empty() && !composer.IsKey(column);
+    if (bOther) composer.AddAny(column, false);
+  }
+  return composer.Done().sSql;
+}
+
+std::vector<Value> ValuesOfDeleted(const RowTable& table, const Recordset& rs, RowIndex row) {
+  const Composer composer(table, rs);
+  std::vector<Value> values;
+  for (const ColumnIndex column : table.key) {
+    const Value vtKey = rs.OriginalAt(row, column);
+    composer.RequireKey(column, vtKey);
+    values.push_back(vtKey);
+    if (composer.ComparesTexts(column)) values.push_back(vtKey);
+  }
+  for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
+    if (table.NameOf(rs, column).empty() || composer.IsKey(column)) continue;
+    values.push_back(rs.OriginalAt(row, column));
+    composer.RequireFit(column, values.back());
+  }
+  return values;
 }
 
 RowStatement InsertRow(const RowTable& table, const Recordset& rs, RowIndex row) {

@@ -48,6 +48,12 @@ RowStatement UpdateRow(const RowTable& table, const platform::Recordset& rs, pla
 /// Deletes the row where it has all of its original values.
 RowStatement DeleteRow(const RowTable& table, const platform::Recordset& rs,
                        platform::RowIndex row);
+/// The same for any row of the recordset: one statement that is run for many of them, each with its
+/// ValuesOfDeleted.
+platform::Text DeleteEachRow(const RowTable& table, const platform::Recordset& rs);
+/// Fails as UpdateRow does.
+std::vector<platform::Value> ValuesOfDeleted(const RowTable& table, const platform::Recordset& rs,
+                                             platform::RowIndex row);
 /// Inserts the values that the row was given, so that others get their defaults, and puts out the
 /// key that it has then.
 RowStatement InsertRow(const RowTable& table, const platform::Recordset& rs,

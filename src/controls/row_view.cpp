@@ -46,6 +46,8 @@ RowView::RowView(QWidget* parent)
     m_columns->Grow(nColumn, std::min(CellDelegate::WidthFor(nText), nMost));
   });
   setItemDelegate(delegate);
+  // An order would tear what is being typed in two.
+  m_arranger.HoldWhile([this] { return state() == EditingState; });
   Names().setContextMenuPolicy(Qt::CustomContextMenu);
   connect(&Names(), &QWidget::customContextMenuRequested, this,
           [this](QPoint at) { OpenNamesMenu(at); });

@@ -39,6 +39,12 @@ constexpr Long kDocument = 3810;      ///< a document cannot be read or written
 constexpr Long kWouldChange = 3811;   ///< ask: a statement that was only to read would change data
 constexpr Long kConflict = 3812;      ///< ask: the rows to change are not what they were; undone
 
+/// True of a failure that says that the server cannot be reached any more: connecting again may
+/// help, and nothing else.
+constexpr bool IsLostConnection(Long lNumber) {
+  return lNumber == kObjectClosed || lNumber == kServerNotFound;
+}
+
 }  // namespace failure
 
 /// A failure with a number, a description fit to be shown, and for the log its source,

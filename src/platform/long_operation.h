@@ -33,6 +33,9 @@ class LongOperation {
   /// Name of a toolkit's property, True at a window, with all in it, that may be used while it
   /// shows what its own statement fetches.
   static constexpr const char* kOwnInput = "orvaneOwnInput";
+  /// Name of a toolkit's property, True at a widget, with all in it, for which keys are kept that
+  /// come while something runs and nothing tells of it: they are typed when it is done.
+  static constexpr const char* kKeepsKeys = "orvaneKeepsKeys";
   /// True on the user-interface thread while a run has not returned: what is handled meanwhile must
   /// not destroy who waits. A host that handles nothing during a run has nothing to tell.
   virtual bool IsRunning() const { return false; }

@@ -90,6 +90,19 @@ TEST_F(FetchTest, a_lack_of_room_keeps_what_came) {
             "or narrow it down.");
 }
 
+TEST_F(FetchTest, a_lost_connection_keeps_what_came) {
+  for (const auto lNumber : {failure::kServerNotFound, failure::kObjectClosed}) {
+    Runs(5'000, [=](const std::stop_token&) { Fail(lNumber, "The server is gone."); });
+    const auto rs = m_command.Execute();
+    EXPECT_EQ(rs->State(), FetchState::Stopped);
+    EXPECT_EQ(rs->FetchRemark(), "Stopped after 5,000 rows. The server is gone.");
+    EXPECT_EQ(rs->FetchFailure(), lNumber);
+    ExpectNumbers(*rs, 5'000);
+  }
+  Runs(3, [](const std::stop_token&) {});
+  EXPECT_EQ(m_command.Execute()->FetchFailure(), 0);
+}
+
 TEST_F(FetchTest, every_other_failure_is_told_and_keeps_nothing) {
   Runs(5, [](const std::stop_token&) { Fail(failure::kSqlError, "Malformed."); });
   EXPECT_EQ(FailureOf([&] { m_command.Execute(); }), (Told{failure::kSqlError, "Malformed."}));

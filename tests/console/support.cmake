@@ -29,6 +29,7 @@ orvane_test(console_support QT
     look/picture_fixture.h
     look/tool_tip_test.cpp
     waiting/waiting_fixture.h
+    waiting/waiting_keys_test.cpp
     waiting/waiting_panel_test.cpp
     waiting/waiting_shown_test.cpp
     waiting/waiting_test.cpp

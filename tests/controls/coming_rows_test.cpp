@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QPushButton>
+#include <QToolButton>
 
 #include "controls/query_results.h"
 #include "platform/long_operation.h"
@@ -59,6 +60,48 @@ TEST_F(coming_rows, that_end_early_are_kept_and_say_so_as_long_as_they_are_seen)
   results = Bound();
   results->Recordset(rs);
   EXPECT_EQ(Label(*results, "notice"), "Stopped after 12,400 rows.");
+}
+
+TEST_F(coming_rows, that_break_off_with_their_connection_offer_to_reconnect) {
+  auto results = Bound();
+  m_rs->Rows(12).State(platform::FetchState::Stopped, "Stopped after 12 rows. The server is gone.");
+  m_rs->FetchFailure(platform::failure::kServerNotFound);
+  m_server.answer = m_rs;
+  results->Execute();
+  const auto rs = results->Recordset();
+  for (int n = 0; n < 2; ++n) {
+    EXPECT_EQ(RowsOf(*results), 12);
+    EXPECT_EQ(Label(*results, "notice"), "Stopped after 12 rows. The server is gone.");
+    auto* offer = WindowOf(*results)->findChild<QToolButton*>("offer");
+    ASSERT_TRUE(offer->isVisibleTo(WindowOf(*results)));
+    EXPECT_EQ(offer->text(), "Reconnect");
+    // Also when something else was looked at meanwhile.
+    results = Bound();
+    results->Recordset(rs);
+  }
+  m_server.answer = Plant(50);
+  WindowOf(*results)->findChild<QToolButton*>("offer")->click();
+  EXPECT_EQ(RowsOf(*results), 50);
+}
+
+TEST_F(coming_rows, of_a_lost_server_leave_those_before_them) {
+  const auto results = Bound();
+  m_server.answer = Plant(50);
+  results->Execute();
+  m_server.whileRunning = [&] {
+    throw platform::Failure(platform::failure::kServerNotFound, "The server is gone.");
+  };
+  EXPECT_THROW(results->Execute(), platform::Failure);
+  EXPECT_EQ(RowsOf(*results), 50);
+  EXPECT_EQ(Label(*results, "notice"), "The server is gone.");
+  // When others have come in their place, there is nothing to go back to.
+  m_server.whileRunning = [&] {
+    m_rs->Rows(5).State(platform::FetchState::Running);
+    m_server.handler(m_rs);
+    throw platform::Failure(platform::failure::kServerNotFound, "The server is gone.");
+  };
+  EXPECT_THROW(results->Execute(), platform::Failure);
+  EXPECT_EQ(RowsOf(*results), 0);
 }
 
 TEST_F(coming_rows, can_be_stopped_by_a_button_in_the_strip) {

@@ -59,6 +59,11 @@ class FakeRecordset : public platform::Recordset, private platform::Fields {
     return m_state.value_or(platform::Recordset::State());
   }
   platform::Text FetchRemark() const override { return m_sRemark; }
+  FakeRecordset& FetchFailure(platform::Long lNumber) {
+    m_lFailure = lNumber;
+    return *this;
+  }
+  platform::Long FetchFailure() const override { return m_lFailure; }
   FakeRecordset& Elapsed(std::chrono::microseconds elapsed) {
     m_elapsed = elapsed;
     return *this;
@@ -102,6 +107,7 @@ class FakeRecordset : public platform::Recordset, private platform::Fields {
   platform::Boolean m_bTruncated = false;
   std::optional<platform::FetchState> m_state;
   platform::Text m_sRemark;
+  platform::Long m_lFailure = 0;
   std::chrono::microseconds m_elapsed{0};
   mutable std::size_t m_nAsked = 0;
   mutable std::set<platform::RowIndex> m_rowsAsked;

@@ -1,9 +1,14 @@
-// Random work on a grid against a plain model of it: whatever is refreshed, hidden or disconnected
-// in between, what was typed is shown, and in the end it is at the server.
+// Random work on a grid against a plain model of it: whatever is refreshed, sorted, followed,
+// hidden, disconnected or lost in between, what was typed is shown, and in the end it is at the
+// server.
+#include <QCheckBox>
+#include <QTimer>
+#include <QToolButton>
 #include <cstdlib>
 #include <map>
 #include <random>
 
+#include "controls/row_filter.h"
 #include "tests/controls/editing_fixture.h"
 
 namespace orvane::controls {
@@ -88,9 +93,11 @@ class grid_random : public EditingFixture {
   void Delete() {
     if (m_model.size() < 3) return;
     const int nId = AnyId();
+    GoTo(PlaceOf(nId), 0);
     PressRowNumber(PlaceOf(nId));
     Settle();
     Press(Qt::Key_Delete);
+    ASSERT_EQ(Window()->findChild<QMessageBox*>()->text(), "Delete 1 row?");
     Answer("Delete");
     m_model.erase(nId);
   }
@@ -110,6 +117,78 @@ class grid_random : public EditingFixture {
     m_editor.reset();
     Open("Tanks");
   }
+  void Reconnect() {
+    m_cn->Close();
+    EXPECT_THROW(m_editor->Requery(), platform::Failure);
+    QTest::mouseClick(Window()->findChild<QToolButton*>("offer"), Qt::LeftButton);
+    EXPECT_TRUE(m_cn->IsOpen());
+  }
+  /// As the server vanishes in the midst of the work, and comes back.
+  void LoseServer() {
+    const auto file = m_server->CatalogFile();
+    const std::filesystem::path aside = file.string() + ".aside";
+    std::filesystem::rename(file, aside);
+    EXPECT_THROW(m_editor->Requery(), platform::Failure);
+    Edit();
+    std::filesystem::rename(aside, file);
+    QTest::mouseClick(Window()->findChild<QToolButton*>("offer"), Qt::LeftButton);
+  }
+  void Sort() { Rows().SortBy(Below(3), Below(2) == 0, Below(2) == 0); }
+  /// A filter that leaves all rows, or only some, for a while.
+  void Filter() {
+    Rows().Filter({ColumnFilter::Equal(1, platform::Value("new1"))});
+    Settle();
+    Rows().Filter({});
+  }
+  /// A pause of following is over, with and without something in the line.
+  void Follow() {
+    auto* follow = Window()->findChild<QCheckBox*>("follow");
+    ASSERT_NE(follow, nullptr);
+    follow->setChecked(true);
+    const bool bTyping = Below(2) == 0;
+    const int nId = AnyId();
+    if (bTyping) {
+      m_model[nId].sName = "f" + std::to_string(Below(100'000));
+      GoTo(PlaceOf(nId), 1);
+      Type(QString::fromStdString(m_model[nId].sName));
+    }
+    Window()->findChild<QTimer*>("pause")->start(0);
+    Settle();
+    if (bTyping) Press(Qt::Key_Tab);
+    follow->setChecked(false);
+  }
+  /// In the midst of typing the rows are exchanged, put into order, or go out of sight.
+  void TypeMeanwhile() {
+    const int nId = AnyId();
+    Row& row = m_model[nId];
+    row.sName = "m" + std::to_string(Below(100'000));
+    GoTo(PlaceOf(nId), 1);
+    Type(QString::fromStdString(row.sName));
+    switch (Below(5)) {
+      case 0:
+        m_editor->Requery();
+        break;
+      case 1:
+        HideAndShow();
+        break;
+      case 2:
+        Disconnect();
+        break;
+      case 3:
+        Sort();
+        break;
+      default:
+        Rows().ArrangeNow();
+        Press(Qt::Key_Tab);
+    }
+  }
+  /// Somebody else adds a row.
+  void Arrive() {
+    const std::string sId = std::to_string(m_nNextId);
+    m_server->Run("INSERT INTO P..Tanks (Id, Name) VALUES (" + sId + ", 'came" + sId + "')");
+    m_model[m_nNextId++] = {"came" + sId, "NULL"};
+    m_editor->Requery();
+  }
   void UndoAndRedo() {
     Press(Qt::Key_Z, Qt::ControlModifier);
     Press(Qt::Key_Y, Qt::ControlModifier);
@@ -121,12 +200,13 @@ class grid_random : public EditingFixture {
 };
 
 TEST_F(grid_random, nothing_that_was_typed_is_lost) {
-  m_server->Run("CREATE TABLE P..Tanks (Id INTEGER PRIMARY KEY, Name TEXT, Level REAL)");
+  m_server->Run(
+      "CREATE TABLE P..Tanks (Id INTEGER PRIMARY KEY, Name TEXT, Level REAL, At TIMESTAMP)");
   m_query->MaxRows(0);
   Open("Tanks");
   for (int n = 0; n < 5; ++n) Insert();
   for (int n = 0; n < Operations() && !HasFatalFailure(); ++n) {
-    switch (Below(12)) {
+    switch (Below(20)) {
       case 0:
         Insert();
         break;
@@ -144,6 +224,28 @@ TEST_F(grid_random, nothing_that_was_typed_is_lost) {
         break;
       case 5:
         UndoAndRedo();
+        break;
+      case 6:
+        Reconnect();
+        break;
+      case 7:
+        LoseServer();
+        break;
+      case 8:
+        Sort();
+        break;
+      case 9:
+        Filter();
+        break;
+      case 10:
+        Follow();
+        break;
+      case 11:
+      case 12:
+        TypeMeanwhile();
+        break;
+      case 13:
+        Arrive();
         break;
       default:
         Edit();

@@ -45,11 +45,24 @@ bool IsEscape(const QEvent& event) {
          static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape;
 }
 
-bool HasOwnInput(const QObject* object) {
-  for (; object; object = object->parent()) {
-    if (object->property(platform::LongOperation::kOwnInput).toBool()) return true;
-  }
-  return false;
+/// The object, or what it lies in, that has the property; null for none.
+QObject* WithProperty(QObject* object, const char* sProperty) {
+  while (object && !object->property(sProperty).toBool()) object = object->parent();
+  return object;
+}
+
+bool HasOwnInput(QObject* object) {
+  return WithProperty(object, platform::LongOperation::kOwnInput) != nullptr;
+}
+
+bool IsTyped(const QEvent& event) {
+  return event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease ||
+         event.type() == QEvent::InputMethod;
+}
+
+bool IsClick(const QEvent& event) {
+  return event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick ||
+         event.type() == QEvent::TouchBegin || event.type() == QEvent::TabletPress;
 }
 
 }  // namespace
@@ -57,13 +70,56 @@ bool HasOwnInput(const QObject* object) {
 InputHold::InputHold() = default;
 
 void InputHold::Push(Run& run) {
-  if (m_runs.empty()) QCoreApplication::instance()->installEventFilter(this);
+  if (m_runs.empty() && m_keys.empty()) QCoreApplication::instance()->installEventFilter(this);
   m_runs.push_back(&run);
 }
 
 void InputHold::Pop(Run& run) {
   std::erase(m_runs, &run);
-  if (m_runs.empty()) QCoreApplication::instance()->removeEventFilter(this);
+  if (!m_runs.empty()) return;
+  m_bClicked = false;
+  Uninstall();
+  // Whoever waited for the run has to do with it first.
+  if (!m_keys.empty()) {
+    QMetaObject::invokeMethod(
+        this, [this] { TypeKept(); }, Qt::QueuedConnection);
+  }
+}
+
+void InputHold::Uninstall() {
+  if (m_runs.empty() && m_keys.empty()) QCoreApplication::instance()->removeEventFilter(this);
+}
+
+bool InputHold::Keep(const Run& run, QObject& watched, const QEvent& event) {
+  if (IsClick(event)) m_bClicked = true;
+  if (!IsTyped(event) || m_bClicked || run.panel || run.bShown) return false;
+  auto* keeper =
+      qobject_cast<QWidget*>(WithProperty(&watched, platform::LongOperation::kKeepsKeys));
+  if (!keeper) return false;
+  m_keys.push_back({keeper, std::unique_ptr<QEvent>(event.clone())});
+  return true;
+}
+
+void InputHold::TypeKept() {
+  // In the midst of another run, its end calls again.
+  if (m_bTyping || !m_runs.empty()) return;
+  m_bTyping = true;
+  while (!m_keys.empty() && m_runs.empty()) {
+    const Key key = std::move(m_keys.front());
+    m_keys.pop_front();
+    QWidget* focus = QApplication::focusWidget();
+    const bool bElsewhere = !key.keeper || !focus || QApplication::activeModalWidget() ||
+                            QApplication::activePopupWidget() ||
+                            (focus != key.keeper && !key.keeper->isAncestorOf(focus));
+    if (bElsewhere) {
+      // A question came up, say: what was typed was no answer to it.
+      m_keys.clear();
+      break;
+    }
+    QCoreApplication::sendEvent(focus, key.event.get());
+  }
+  m_bTyping = false;
+  Uninstall();
 }
 
 bool InputHold::eventFilter(QObject* watched, QEvent* event) {
@@ -76,8 +132,24 @@ bool InputHold::eventFilter(QObject* watched, QEvent* event) {
   // the run can return.
   const auto found =
       std::find_if(m_runs.rbegin(), m_runs.rend(), [](const Run* r) { return !r->isDone(); });
-  if (found == m_runs.rend()) return false;
+  if (found == m_runs.rend()) {
+    if (m_keys.empty() || m_bTyping) return false;
+    // What is kept was typed before this.
+    QWidget* const keeper = m_keys.back().keeper;
+    const bool bThere =
+        keeper && (watched == keeper || keeper->isAncestorOf(static_cast<const QWidget*>(watched)));
+    if (IsTyped(*event) && bThere) {
+      m_keys.push_back({keeper, std::unique_ptr<QEvent>(event->clone())});
+      return true;
+    }
+    if (IsClick(*event)) m_runs.empty() ? TypeKept() : m_keys.clear();
+    return false;
+  }
   Run& run = **found;
+  if (Keep(run, *watched, *event)) {
+    event->accept();
+    return true;
+  }
 
   const bool bShowing = run.bShown && HasOwnInput(watched);
   if (IsEscape(*event)) {

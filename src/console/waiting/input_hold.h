@@ -1,10 +1,15 @@
 // Holds back the user's input from the whole program while something runs, except from the panel
-// of that run, or from a window that shows what it fetches. Used by Waiting; user-interface thread.
+// of that run, or from a window that shows what it fetches. Keys that are typed where they are to
+// be kept are typed when nothing runs any more. Used by Waiting; user-interface thread.
 #pragma once
 
+#include <QEvent>
 #include <QObject>
 #include <QPointer>
+#include <QWidget>
+#include <deque>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "console/waiting/waiting_panel.h"
@@ -33,7 +38,21 @@ class InputHold : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  /// A key that waits, and the widget that has it kept.
+  struct Key {
+    QPointer<QWidget> keeper;
+    std::unique_ptr<QEvent> event;
+  };
+
+  /// True when the event is a key that is kept.
+  bool Keep(const Run& run, QObject& watched, const QEvent& event);
+  void TypeKept();
+  void Uninstall();
+
   std::vector<Run*> m_runs;
+  std::deque<Key> m_keys;
+  bool m_bClicked = false;  ///< what is typed after a click that was held back is for elsewhere
+  bool m_bTyping = false;
 };
 
 }  // namespace orvane::console

@@ -148,6 +148,8 @@ class Recordset : public Object {
   }
   /// Of a stopped fetch one sentence with what ended it; otherwise empty.
   virtual Text FetchRemark() const { return {}; }
+  /// Of a stopped fetch the number of the failure that ended it; otherwise 0.
+  virtual Long FetchFailure() const { return 0; }
   /// Time between sending the statement and having the last row.
   virtual std::chrono::microseconds Elapsed() const = 0;
 
