@@ -16,9 +16,9 @@ struct Updatability {
   bool bInsert = false;
   bool bDelete = false;
   bool bNoTable = false;  ///< known to be a view, or a table that the historian keeps itself
-  RowTable table;
+  RowTable table{};
   std::set<platform::ColumnIndex> computed{};  ///< columns that take no value
-  QString sWhyNot;  ///< what may not be done and why, as a sentence; empty when all may be done
+  QString sWhyNot{};  ///< what may not be done and why, as a sentence; empty when all may be done
 };
 
 /// Asks the server what identifies a row of the table whose rows the recordset holds, and what a
