@@ -61,8 +61,8 @@ bool TextSought::IsInBytes(std::string_view sBytes) const {
     const char* const ends = begins + count - 1;
     unsigned char both = 0;
     for (std::size_t n = 0; n < kAtOnce; ++n) {
-      const bool bBoth = first.Is(begins[n]) & last.Is(ends[n]);
-      both = static_cast<unsigned char>(both | static_cast<unsigned char>(bBoth));
+      const int nBoth = static_cast<int>(first.Is(begins[n])) & static_cast<int>(last.Is(ends[n]));
+      both = static_cast<unsigned char>(both | static_cast<unsigned char>(nBoth));
     }
     if (both == 0) continue;
     for (std::size_t n = 0; n < kAtOnce; ++n) {
