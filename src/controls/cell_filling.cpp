@@ -73,6 +73,11 @@ void CellFilling::Run(CellQueryDialog& dialog, RowIndex row, ColumnIndex column)
       sWrong = "There is no connection to the server; connect it first.";
     } else if (answer->FieldCount() == 0 || answer->RecordCount() == 0) {
       sWrong = "The statement gave no value; the cell stays as it is.";
+    } else if (answer->Truncated()) {
+      sWrong = QStringLiteral("The statement gives more than %L1 values; narrow it down.")
+                   .arg(kMostValues);
+    } else if (m_window.Rows().Model().PlaceOf(row) < 0) {
+      sWrong = "The row is not in sight any more; take the filter away.";
     } else {
       for (RowIndex n = 0; n < answer->RecordCount(); ++n) {
         values.push_back(Fitting(answer->ValueAt(n, 0), column));
@@ -90,8 +95,7 @@ void CellFilling::Run(CellQueryDialog& dialog, RowIndex row, ColumnIndex column)
   *m_last = WithLast(*m_last, dialog.Statement());
   dialog.accept();
   RowView& rows = m_window.Rows();
-  const int nPlace = rows.Model().PlaceOf(row);
-  if (nPlace >= 0) rows.GoTo(nPlace, column);
+  rows.GoTo(rows.Model().PlaceOf(row), column);
   Fill(std::move(values));
 }
 

@@ -69,7 +69,7 @@ ConflictDialog::ConflictDialog(const RowConflict& conflict, const platform::Reco
   };
   if (conflict.IsGone()) {
     m_store = add(bDelete ? "&Done" : "&Discard Mine", kSettle);
-    if (!bDelete) add("Add as &New Row", kAddAsNew);
+    if (!bDelete) m_addAsNew = add("Add as &New Row", kAddAsNew);
   } else if (bDelete) {
     m_store = add("&Keep the Row", kSettle);
     add("&Delete All the Same", kDelete);
@@ -137,6 +137,10 @@ void ConflictDialog::AddChoice(QButtonGroup& group, int nColumn, const Value& vt
 void ConflictDialog::UpdateStore() {
   m_store->setEnabled(std::ranges::all_of(
       m_choices, [](const auto& choice) { return choice.second->checkedId() >= 0; }));
+}
+
+void ConflictDialog::OfferNewRow(bool bOffered) {
+  if (m_addAsNew != nullptr) m_addAsNew->setVisible(bOffered);
 }
 
 std::vector<ColumnIndex> ConflictDialog::Mine() const {

@@ -28,6 +28,8 @@ class ConflictDialog : public QDialog {
   ConflictDialog(const RowConflict& conflict, const platform::Recordset& rs, bool bDelete,
                  const QString& sRow, const CellFormat& format, QWidget* parent);
 
+  /// Offers to add a row that is gone as a new one; not where none can be added.
+  void OfferNewRow(bool bOffered);
   /// The columns in which mine is to stand.
   std::vector<platform::ColumnIndex> Mine() const;
 
@@ -39,6 +41,7 @@ class ConflictDialog : public QDialog {
 
   QGridLayout* m_values;
   QPushButton* m_store;
+  QPushButton* m_addAsNew = nullptr;  ///< of a row that is gone
   std::map<platform::ColumnIndex, QButtonGroup*> m_choices;
 };
 

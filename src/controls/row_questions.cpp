@@ -46,6 +46,7 @@ void RowQuestions::AskToSettle(RowIndex row) {
   const CellFormat& format = m_window.Rows().Model().Format();
   auto* dialog = new ConflictDialog(*conflict, *rs, rs->StateAt(row) == RowState::Deleted,
                                     KeyText(m_session, row, format), format, &m_window);
+  dialog->OfferNewRow(m_session.OffersNewRow());
   connect(dialog, &QDialog::finished, this, [this, dialog, rs, row](int nAnswer) {
     if (nAnswer == ConflictDialog::kLater || m_session.Recordset() != rs) return;
     if (nAnswer == ConflictDialog::kAddAsNew) {
@@ -60,6 +61,8 @@ void RowQuestions::AskToSettle(RowIndex row) {
 }
 
 void RowQuestions::AddAsNew(RowIndex row) {
+  // The row that is gone holds what was typed until there is another one for it.
+  if (!m_session.OffersNewRow()) return;
   const RecordsetPtr rs = m_session.Recordset();
   std::vector<CellEdit> edits;
   for (ColumnIndex column = 0; column < rs->FieldCount(); ++column) {

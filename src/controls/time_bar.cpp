@@ -212,6 +212,8 @@ std::optional<TimeRange> TimeBar::Shown() const {
 
 void TimeBar::Choose(std::optional<TimeRange> range) {
   m_range = std::move(range);
+  m_from->setModified(false);
+  m_to->setModified(false);
   Show();
   if (m_chosen) m_chosen(m_range);
 }
@@ -248,8 +250,12 @@ void TimeBar::Check() {
 
 void TimeBar::Show() {
   const TimeRange shown = Shown().value_or(TimeRange());
-  m_from->setText(QString::fromStdString(shown.sFrom));
-  m_to->setText(QString::fromStdString(shown.sTo));
+  // Rows that were fetched take nothing away from whoever is typing.
+  const auto show = [](QLineEdit& end, const platform::Text& sEnd) {
+    if (!end.hasFocus() || !end.isModified()) end.setText(QString::fromStdString(sEnd));
+  };
+  show(*m_from, shown.sFrom);
+  show(*m_to, shown.sTo);
   int nItem = m_range ? kTyped : kOwn;
   for (std::size_t n = 0; n < kOffered.size(); ++n) {
     if (m_range == RangeOf(kOffered[n])) nItem = static_cast<int>(n) + 1;
@@ -272,6 +278,8 @@ void TimeBar::Show() {
 bool TimeBar::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress &&
       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    m_from->setModified(false);
+    m_to->setModified(false);
     Show();
     return true;
   }

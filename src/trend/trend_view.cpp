@@ -58,9 +58,17 @@ TrendView::TrendView(QWidget* parent)
   AddAction("&Copy Data", "Copies the points in sight (Ctrl+C)", [this] { Copy(); });
   AddAction("Copy &Picture", "Copies the trend as it is seen", [this] { CopyPicture(); });
   AddAction("&Save As\u2026", "Saves a picture (PNG, SVG) or the points in sight (CSV)", [this] {
-    QString sPath = QFileDialog::getSaveFileName(
-        this, "Save Trend", "trend.png",
-        "Picture (*.png);;Vector Picture (*.svg);;Comma-Separated Values (*.csv)");
+    // A dialog that goes with the view must not stand on the stack.
+    const QPointer<TrendView> self(this);
+    const QPointer<QFileDialog> dialog =
+        new QFileDialog(this, "Save Trend", {},
+                        "Picture (*.png);;Vector Picture (*.svg);;Comma-Separated Values (*.csv)");
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile("trend.png");
+    const bool bAccepted = dialog->exec() == QDialog::Accepted;
+    if (!self) return;
+    const QString sPath = dialog && bAccepted ? dialog->selectedFiles().value(0) : QString();
+    delete dialog.data();
     if (!sPath.isEmpty()) SaveAs(sPath);
   });
 

@@ -98,6 +98,17 @@ TEST_F(time_bar, takes_what_is_typed_with_enter) {
   EXPECT_EQ(Find<QComboBox>("timeRange").currentText(), "From – to");
 }
 
+TEST_F(time_bar, keeps_what_is_being_typed_when_rows_come) {
+  m_bar.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&m_bar));
+  Find<QLineEdit>("timeFrom").setFocus();
+  Type("timeFrom", "2024-05");
+  m_bar.OwnRange(TimeRange{"t", "*"});
+  EXPECT_EQ(Boxes(), "2024-05|*");
+  QTest::keyClick(&Find<QLineEdit>("timeFrom"), Qt::Key_Escape);
+  EXPECT_EQ(Boxes(), "t|*");
+}
+
 TEST_F(time_bar, says_what_is_wrong_while_it_is_typed) {
   Type("timeFrom", "*-1hour");
   EXPECT_EQ(Told(), "The start is no time: the unit must be s, m, h, d, w, mo or y.");
