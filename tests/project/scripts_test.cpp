@@ -85,5 +85,53 @@ TEST_F(ScriptsTest, fuzzing_without_its_compiler_says_how_to_install_it) {
             "apt-get install clang libclang-rt-dev\n");
 }
 
+// A copy of ./run with programs that only tell how they were called.
+class RunScriptTest : public ScriptsTest {
+ protected:
+  RunScriptTest() {
+    fs::copy(Root() / "run", m_folder / "run");
+    fs::create_directories(m_folder / "packaging");
+    std::ofstream(m_folder / "packaging/debian-packages.txt");
+    fs::create_directories(m_folder / "samples");
+    std::ofstream(m_folder / "samples/Localhost.orvc") << "sample";
+    fs::create_directories(m_folder / "build/release/bin");
+    fs::create_directories(m_folder / "build/release/lib");
+    Stub("cmake", "exit 0\n");
+    for (const char* const sProgram :
+         {"orvane-regsvr", "orvane-historian", "orvane-console", "orvane-tour"}) {
+      Program(sProgram, "exit 0\n");
+    }
+  }
+  void Program(const std::string& sName, const std::string& sScript) const {
+    Stub(sName, "echo \"" + sName + " $1\" >> '" + (m_folder / "calls").string() + "'\n" + sScript);
+    fs::rename(m_folder / "tools" / sName, m_folder / "build/release/bin" / sName);
+  }
+  tests::CommandOutcome Start() const {
+    return tests::RunInShell("cd '" + m_folder.string() + "' && DISPLAY=:7 XDG_DATA_HOME='" +
+                             (m_folder / "data").string() + "' PATH='" +
+                             (m_folder / "tools").string() + "':$PATH ./run 2>&1");
+  }
+};
+
+TEST_F(RunScriptTest, makes_no_historian_anew_and_opens_the_console_when_one_is_gone) {
+  Program("orvane-historian", "echo 'It is gone.'\nexit 1\n");
+  const auto outcome = Start();
+  EXPECT_EQ(outcome.nStatus, 0) << outcome.sOutput;
+  EXPECT_THAT(outcome.sOutput, testing::HasSubstr("It is gone."));
+  const auto sCalls = Content(m_folder / "calls");
+  EXPECT_THAT(sCalls, testing::HasSubstr("orvane-historian generate\norvane-console --registry\n"));
+  EXPECT_THAT(sCalls, testing::Not(testing::HasSubstr("init")));
+  EXPECT_THAT(sCalls, testing::Not(testing::HasSubstr("record")));
+}
+
+TEST_F(RunScriptTest, gives_the_user_a_sample_of_his_own_that_nobody_else_reads) {
+  EXPECT_EQ(Start().nStatus, 0);
+  const auto sample = m_folder / "data/orvane/documents/Localhost.orvc";
+  EXPECT_EQ(Content(sample), "sample");
+  EXPECT_EQ(fs::status(sample).permissions() & fs::perms::mask, fs::perms(0600));
+  EXPECT_EQ(fs::status(sample.parent_path()).permissions() & fs::perms::mask, fs::perms(0700));
+  EXPECT_THAT(Content(m_folder / "calls"), testing::HasSubstr("orvane-historian record"));
+}
+
 }  // namespace
 }  // namespace orvane::project
