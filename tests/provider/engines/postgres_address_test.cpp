@@ -65,7 +65,7 @@ TEST(PostgresAddressTest, sets_nothing_but_the_way_to_the_server) {
 TEST(PostgresAddressTest, that_cannot_be_read_is_refused_in_one_sentence) {
   for (const Text& sDataSource :
        {Text("postgresql://[::1/d"), Text("postgresql://h/d?what=x"), Text("service=a b"),
-        Text("postgresql://h/%zz"), Text("postgresql://h\0/d", 19)}) {
+        Text("postgresql://h/%zz"), Text("postgresql://h\0/d", 17)}) {
     const Text sSentence = Refusal(sDataSource);
     EXPECT_THAT(sSentence, HasSubstr("write postgresql://HOST:PORT/DATABASE or service=NAME."));
     EXPECT_THAT(sSentence, Not(HasSubstr("\n")));
