@@ -44,7 +44,7 @@ TEST_F(control_style, empty_boxes_are_seen_on_dark_ground) {
   QRadioButton choice;
   constexpr double kSeen = 2.5;
   EXPECT_GT(Dots(box, kSeen), 4 * 8);
-  EXPECT_GT(Dots(choice, kSeen), 3 * 8);
+  EXPECT_GT(Dots(choice, kSeen), 2 * 8);
 }
 
 TEST_F(control_style, arrows_of_buttons_are_as_large_as_their_letters) {
