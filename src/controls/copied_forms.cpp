@@ -39,14 +39,14 @@ QString CellOfPage(const platform::Value& vtValue, const QString& sWhole) {
 }  // namespace
 
 std::optional<QString> SelectionAs(const exports::WriterOptions& options, const RowModel& model,
-                                   const QItemSelection& selection, const std::vector<int>& shown,
+                                   const QItemSelection& selection, const std::vector<int>& columns,
                                    qsizetype nMost) {
   const auto& rs = model.Recordset();
   if (!rs) return QString();
-  std::vector<platform::ColumnIndex> columns(shown.begin(), shown.end());
+  std::vector<platform::ColumnIndex> written(columns.begin(), columns.end());
   const auto writer = exports::MakeRowWriter(options);
   platform::Text sText;
-  writer->Begin(*rs, std::move(columns), sText);
+  writer->Begin(*rs, std::move(written), sText);
   for (const auto& [nFirst, nLast] : RowSpans(selection)) {
     for (int nPlace = nFirst; nPlace <= nLast; ++nPlace) {
       if (model.IsEmptyRow(nPlace)) continue;
