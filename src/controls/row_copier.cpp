@@ -35,8 +35,8 @@ RowCopier::Part RowCopier::Chosen() const {
 }
 
 std::optional<QString> RowCopier::Written(
-    const QItemSelection& selection, const std::function<std::optional<QString>()>& write) const {
-  const platform::RowIndex rows = SelectedRows(selection);
+    const QItemSelection& cells, const std::function<std::optional<QString>()>& write) const {
+  const platform::RowIndex rows = SelectedRows(cells);
   if (rows > kMostRows) {
     Tell(QStringLiteral("Not copied: %1 are selected, and at most %2 can be copied at once. "
                         "Select fewer.")
