@@ -101,8 +101,9 @@ int main(int argc, char** argv) {
 
   const QItemSelection selection(model.index(0, 0), model.index(99'999, 1));
   QString sCopied;
-  const double copy = Median(
-      [&] { sCopied = controls::ClipboardText(model, selection, {0, 1}, false).value_or(QString()); });
+  const double copy = Median([&] {
+    sCopied = controls::ClipboardText(model, selection, {0, 1}, false).value_or(QString());
+  });
   const double write = Median([&] {
     QString sText;
     for (qsizetype n = 0; n < sCopied.size(); n += 16) sText += QStringView(sCopied).mid(n, 16);

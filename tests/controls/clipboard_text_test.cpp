@@ -16,7 +16,9 @@ class clipboard_text : public testing::Test {
     m_selection.select(m_model.index(nTop, nLeft), m_model.index(nBottom, nRight));
   }
   std::string Copied(bool bNames = false) const {
-    return ClipboardText(m_model, m_selection, SelectedColumns(m_selection), bNames).value_or("(too long)").toStdString();
+    return ClipboardText(m_model, m_selection, SelectedColumns(m_selection), bNames)
+        .value_or("(too long)")
+        .toStdString();
   }
   RowModel m_model;
   QItemSelection m_selection;
