@@ -173,7 +173,13 @@ std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Reco
                                              const controls::Updatability& updatability) const {
   if (!before.rs) {
     const UnsentEdits* kept = m_services.unsent->Find(m_place);
-    if (!kept || !CanCarryEdits(*kept->rs, kept->table, rs, updatability.table)) return nullptr;
+    if (!kept) return nullptr;
+    if (!CanCarryEdits(*kept->rs, kept->table, rs, updatability.table)) {
+      throw Failure(platform::failure::kNotSupported,
+                    "Rows of this table were edited and are not stored, in columns that would not "
+                    "be shown; take these columns and the key into its query again, or disconnect "
+                    "its server to discard them.");
+    }
     auto notes = CarryEdits(*kept->rs, kept->table, {}, rs, updatability.table);
     m_services.unsent->Drop(m_place);
     return notes;

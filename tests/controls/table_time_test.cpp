@@ -281,7 +281,9 @@ class named_query_time : public GridFixture {
     m_results.SqlText(kText);
     m_server.whileRunning = [this] {
       m_sent.push_back(m_server.sCommandText);
-      if (m_server.sCommandText.starts_with("EXPLAIN ") && m_refusal) throw *m_refusal;
+      if (m_server.sCommandText.starts_with("EXPLAIN ") && m_refusal) {
+        throw platform::Failure(*m_refusal);
+      }
     };
     Show(m_results);
     m_results.Execute();

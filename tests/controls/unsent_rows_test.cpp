@@ -137,6 +137,24 @@ TEST_F(unsent_rows, what_is_not_stored_comes_back_after_a_disconnection) {
   EXPECT_EQ(host->told, "Pumps 0");
 }
 
+TEST_F(unsent_rows, what_is_not_stored_outlives_a_query_that_does_not_show_it) {
+  const auto host = std::make_shared<ToldRows>();
+  m_unsent->Host(host);
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  m_editor->AttachRecordset({}, 0);
+  m_query->Columns().Add("Id");
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  EXPECT_EQ(host->told, "Pumps 1");
+  m_editor.reset();
+  EXPECT_EQ(host->told, "Pumps 1");
+  m_query->Columns().Clear();
+  Open("Pumps");
+  EXPECT_EQ(Cell(0, 1), "kept");
+}
+
 TEST_F(unsent_rows, what_was_given_up_does_not_come_back) {
   const auto host = std::make_shared<ToldRows>();
   m_unsent->Host(host);

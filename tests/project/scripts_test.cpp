@@ -91,7 +91,7 @@ class RunScriptTest : public ScriptsTest {
   RunScriptTest() {
     fs::copy(Root() / "run", m_folder / "run");
     fs::create_directories(m_folder / "packaging");
-    std::ofstream(m_folder / "packaging/debian-packages.txt");
+    std::ofstream(m_folder / "packaging/debian-packages.txt") << "# none\n";
     fs::create_directories(m_folder / "samples");
     std::ofstream(m_folder / "samples/Localhost.orvc") << "sample";
     fs::create_directories(m_folder / "build/release/bin");

@@ -56,9 +56,7 @@ TEST_F(stored_times, that_are_none_end_what_relies_on_them) {
       "UPDATE Plant1..Log SET At = Done",
       "INSERT INTO Plant1..Copy (Tag, Timestamp) SELECT Line, Done FROM Plant1..Log",
       "INSERT INTO Plant1..Copy (Tag, Timestamp) SELECT Line, coalesce(Done, '*') FROM Plant1..Log",
-      "INSERT INTO Plant1..Log VALUES ('*', '*', 'd') ON CONFLICT DO UPDATE SET At = '*' WHERE "
-      "Done "
-      "< '*'",
+      "INSERT INTO Plant1..Log VALUES ('*','*',1) ON CONFLICT DO UPDATE SET At='*' WHERE Done<'*'",
       "SELECT max(Done) FROM Plant1..Log",
       "SELECT count(DISTINCT Done) FROM Plant1..Log",
       "SELECT date(Done) FROM Plant1..Log",
