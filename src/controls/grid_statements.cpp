@@ -153,8 +153,8 @@ controls::Updatability GridStatements::Updatability(const std::optional<RowTable
       *cn, table ? *table : RowTable{source.sCatalog, source.sTable, {}, source.columns}, rs);
 }
 
-template <class Answer, class Ask>
-Answer GridStatements::Answered(const Ask& ask) {
+template <class Answer, class Call>
+Answer GridStatements::Answered(const Call& ask) {
   Answer answer;
   if (*m_running) {
     answer.bBusy = true;

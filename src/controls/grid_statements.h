@@ -66,8 +66,8 @@ class GridStatements {
  private:
   platform::CommandPtr Command(const platform::Text& sSqlText) const;
   /// Has something sent, with what goes wrong in the answer.
-  template <class Answer, class Ask>
-  Answer Answered(const Ask& ask);
+  template <class Answer, class Call>
+  Answer Answered(const Call& ask);
 
   platform::ObjectFactoryPtr m_objects;
   platform::ConnectionPtr m_connection;
