@@ -70,20 +70,19 @@ TEST_F(stored_times, that_are_none_end_what_relies_on_them) {
       "SELECT Line FROM Plant1..Log ORDER BY coalesce(Done, At)",
       "SELECT sum(1) OVER (ORDER BY Done - At) FROM Plant1..Log",
       "SELECT Value FROM Plant1..Data d JOIN Plant1..Log l ON l.Done = d.Timestamp",
-      "SELECT Value FROM Plant1..Data JOIN (SELECT Done AS Timestamp FROM Plant1..Log) USING "
-      "(Timestamp)",
+      ("SELECT Value FROM Plant1..Data JOIN (SELECT Done AS Timestamp FROM Plant1..Log) USING "
+       "(Timestamp)"),
       "SELECT Value FROM Plant1..Data WHERE Timestamp IN (SELECT Done FROM Plant1..Log)",
       "DELETE FROM Plant1..Data WHERE Timestamp < (SELECT max(Done) FROM Plant1..Log)",
-      "DELETE FROM Plant1..Data WHERE Timestamp < (SELECT Done FROM Plant1..Log ORDER BY Done "
-      "DESC)",
+      ("DELETE FROM Plant1..Data WHERE Timestamp < (SELECT Done FROM Plant1..Log ORDER BY Done "
+       "DESC)"),
       "DELETE FROM Plant1..Data WHERE EXISTS (SELECT 1 FROM Plant1..Log WHERE Done >= Timestamp)",
       "SELECT Line FROM (SELECT Done AS t, Line FROM Plant1..Log) WHERE t > '*'",
       "SELECT Line FROM (SELECT * FROM Plant1..Log) WHERE Done > '*'",
       "WITH q AS (SELECT * FROM Plant1..Log) SELECT Line FROM q WHERE Done > '*'",
       "WITH q(a, b, c) AS (SELECT * FROM Plant1..Log) SELECT c FROM q WHERE b > '*'",
-      "WITH q AS (SELECT At FROM Plant1..Log UNION ALL SELECT Done FROM Plant1..Log) SELECT At "
-      "FROM "
-      "q WHERE At > '*'",
+      ("WITH q AS (SELECT At FROM Plant1..Log UNION ALL SELECT Done FROM Plant1..Log) SELECT At "
+       "FROM q WHERE At > '*'"),
       "SELECT Line FROM Plant1..Lines WHERE Done > '*'",
       "SELECT Line FROM Plant1..Stars WHERE Done > '*'",
       "SELECT t FROM Plant1..Both WHERE t > '*'",
