@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "ado/recordset_builder.h"
-#include "controls/clipboard_text.h"
-#include "controls/row_finder.h"
-#include "controls/sort_keys.h"
+#include "controls/order/sort_keys.h"
+#include "controls/view/clipboard_text.h"
+#include "controls/view/row_finder.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "ado/recordset_builder.h"
-#include "controls/table_editor.h"
+#include "controls/grid/table_editor.h"
 
 namespace {
 

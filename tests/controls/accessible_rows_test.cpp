@@ -1,4 +1,4 @@
-#include "controls/accessible_rows.h"
+#include "controls/view/accessible_rows.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/cell_format.h"
+#include "controls/values/cell_format.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/clipboard_text.h"
+#include "controls/view/clipboard_text.h"
 
 #include <gtest/gtest.h>
 

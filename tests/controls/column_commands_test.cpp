@@ -1,5 +1,5 @@
 // The commands of the columns, by keys and menus, in a whole grid.
-#include "controls/column_commands.h"
+#include "controls/view/column_commands.h"
 
 #include <QContextMenuEvent>
 #include <QDialog>
@@ -9,7 +9,7 @@
 #include <QMenu>
 #include <QPushButton>
 
-#include "controls/grid_window.h"
+#include "controls/grid/grid_window.h"
 #include "tests/controls/row_view_fixture.h"
 
 namespace orvane::controls {

@@ -1,4 +1,4 @@
-#include "controls/column_layout.h"
+#include "controls/order/column_layout.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/column_names.h"
+#include "controls/values/column_names.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <QToolButton>
 
-#include "controls/query_results.h"
+#include "controls/grid/query_results.h"
 #include "platform/long_operation.h"
 #include "tests/controls/grid_fixture.h"
 

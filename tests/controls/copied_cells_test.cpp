@@ -1,4 +1,4 @@
-#include "controls/copied_cells.h"
+#include "controls/view/copied_cells.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/edit_session.h"
+#include "controls/editing/edit_session.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "controls/row_changes.h"
-#include "controls/row_key.h"
+#include "controls/statements/row_changes.h"
+#include "controls/statements/row_key.h"
 #include "platform/quoting.h"
 #include "tests/controls/historian_server.h"
 #include "tests/provider/engines/database_folder.h"

@@ -12,10 +12,10 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "controls/row_numbers.h"
-#include "controls/row_view.h"
-#include "controls/table_editor.h"
-#include "controls/table_query.h"
+#include "controls/grid/table_editor.h"
+#include "controls/grid/table_query.h"
+#include "controls/view/row_numbers.h"
+#include "controls/view/row_view.h"
 #include "tests/controls/historian_server.h"
 
 namespace orvane::controls {

@@ -1,4 +1,4 @@
-#include "controls/empty_notice.h"
+#include "controls/view/empty_notice.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/export_dialog.h"
+#include "controls/grid/export_dialog.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/followed_rows.h"
+#include "controls/grid/followed_rows.h"
 
 #include <gtest/gtest.h>
 

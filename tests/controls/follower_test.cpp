@@ -1,4 +1,4 @@
-#include "controls/follower.h"
+#include "controls/grid/follower.h"
 
 #include <gtest/gtest.h>
 

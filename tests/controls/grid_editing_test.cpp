@@ -1,6 +1,6 @@
-#include "controls/grid_editing.h"
+#include "controls/grid/grid_editing.h"
 
-#include "controls/cell_query_dialog.h"
+#include "controls/editing/cell_query_dialog.h"
 #include "tests/controls/pumps_fixture.h"
 
 namespace orvane::controls {

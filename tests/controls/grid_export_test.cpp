@@ -12,10 +12,10 @@
 #include <new>
 #include <system_error>
 
-#include "controls/export_dialog.h"
-#include "controls/query_results.h"
-#include "controls/table_editor.h"
-#include "controls/table_query.h"
+#include "controls/grid/export_dialog.h"
+#include "controls/grid/query_results.h"
+#include "controls/grid/table_editor.h"
+#include "controls/grid/table_query.h"
 #include "tests/controls/grid_fixture.h"
 #include "tests/files/temporary_folder.h"
 

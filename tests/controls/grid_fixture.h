@@ -10,11 +10,11 @@
 #include <QTextEdit>
 #include <QWidget>
 
-#include "controls/grid_core.h"
-#include "controls/header_view.h"
-#include "controls/row_numbers.h"
-#include "controls/row_view.h"
-#include "controls/sql_pane.h"
+#include "controls/grid/grid_core.h"
+#include "controls/view/header_view.h"
+#include "controls/view/row_numbers.h"
+#include "controls/view/row_view.h"
+#include "controls/view/sql_pane.h"
 #include "platform/grids/grids.h"
 #include "tests/controls/fake_data.h"
 

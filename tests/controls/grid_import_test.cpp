@@ -13,8 +13,8 @@
 #include <atomic>
 #include <thread>
 
-#include "controls/table_editor.h"
-#include "controls/table_query.h"
+#include "controls/grid/table_editor.h"
+#include "controls/grid/table_query.h"
 #include "exports/row_export.h"
 #include "platform/conversions.h"
 #include "tests/controls/historian_server.h"

@@ -8,7 +8,7 @@
 #include <map>
 #include <random>
 
-#include "controls/row_filter.h"
+#include "controls/order/row_filter.h"
 #include "tests/controls/editing_fixture.h"
 
 namespace orvane::controls {

@@ -1,5 +1,5 @@
 // Finding, going to a row and filtering, by the keys.
-#include "controls/grid_seeking.h"
+#include "controls/view/grid_seeking.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <QMenu>
 #include <QPushButton>
 
-#include "controls/query_results.h"
+#include "controls/grid/query_results.h"
 #include "tests/controls/grid_fixture.h"
 
 namespace orvane::controls {

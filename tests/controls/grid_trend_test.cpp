@@ -1,12 +1,12 @@
-#include "controls/grid_trend.h"
+#include "controls/grid/grid_trend.h"
 
 #include <QAbstractItemView>
 #include <QToolButton>
 
 #include "ado/recordset_builder.h"
-#include "controls/query_results.h"
-#include "controls/row_view.h"
-#include "controls/span_rows.h"
+#include "controls/grid/query_results.h"
+#include "controls/view/row_view.h"
+#include "controls/view/span_rows.h"
 #include "tests/controls/grid_fixture.h"
 #include "trend/trend_plot.h"
 

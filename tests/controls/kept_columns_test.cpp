@@ -1,5 +1,5 @@
 // What a user makes of the columns of a grid, on the screen.
-#include "controls/kept_columns.h"
+#include "controls/view/kept_columns.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -11,7 +11,7 @@
 #include <QScrollBar>
 #include <QToolTip>
 
-#include "controls/filter_row.h"
+#include "controls/view/filter_row.h"
 #include "tests/controls/row_view_fixture.h"
 
 namespace orvane::controls {

@@ -1,8 +1,8 @@
-#include "controls/pasted_page.h"
+#include "controls/view/pasted_page.h"
 
 #include <gtest/gtest.h>
 
-#include "controls/copied_forms.h"
+#include "controls/view/copied_forms.h"
 #include "tests/controls/fake_data.h"
 
 namespace orvane::controls {

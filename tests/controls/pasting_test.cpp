@@ -1,7 +1,7 @@
 // Blocks from the clipboard and hidden columns, in rows of a real historian.
 #include <QMimeData>
 
-#include "controls/header_view.h"
+#include "controls/view/header_view.h"
 #include "tests/controls/pumps_fixture.h"
 
 namespace orvane::controls {

@@ -2,8 +2,8 @@
 // stored is read back over another connection.
 #include <map>
 
-#include "controls/conflict_dialog.h"
-#include "controls/query_results.h"
+#include "controls/editing/conflict_dialog.h"
+#include "controls/grid/query_results.h"
 #include "tests/controls/pumps_fixture.h"
 
 namespace orvane::controls {

@@ -1,7 +1,7 @@
 // A query's grid as the snap-in binds it.
 #pragma once
 
-#include "controls/query_results.h"
+#include "controls/grid/query_results.h"
 #include "tests/controls/grid_fixture.h"
 
 namespace orvane::controls {

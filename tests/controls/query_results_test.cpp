@@ -1,4 +1,4 @@
-#include "controls/query_results.h"
+#include "controls/grid/query_results.h"
 
 #include "tests/controls/failure_of.h"
 #include "tests/controls/query_results_fixture.h"

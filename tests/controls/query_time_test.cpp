@@ -6,10 +6,10 @@
 #include <QTimer>
 #include <QToolButton>
 
-#include "controls/grid_trend.h"
-#include "controls/query_results.h"
-#include "controls/sql_pane.h"
-#include "controls/time_bar.h"
+#include "controls/grid/grid_trend.h"
+#include "controls/grid/query_results.h"
+#include "controls/grid/time_bar.h"
+#include "controls/view/sql_pane.h"
 #include "tests/controls/editing_fixture.h"
 #include "tests/controls/struck_clock.h"
 #include "trend/trend_plot.h"

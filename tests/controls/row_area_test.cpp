@@ -1,4 +1,4 @@
-#include "controls/row_area.h"
+#include "controls/view/row_area.h"
 
 #include <gtest/gtest.h>
 

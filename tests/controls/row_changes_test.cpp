@@ -1,11 +1,11 @@
 // Rows stored at a real historian; other connections read what came of it.
-#include "controls/row_changes.h"
+#include "controls/statements/row_changes.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "controls/row_key.h"
+#include "controls/statements/row_key.h"
 #include "tests/controls/edited_table.h"
 
 namespace orvane::controls {

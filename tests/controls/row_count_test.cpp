@@ -1,5 +1,5 @@
 // What is asked of the server beside the rows: their number, and to take rows of a file.
-#include "controls/row_count.h"
+#include "controls/grid/row_count.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -7,8 +7,8 @@
 #include <QTimer>
 #include <QToolButton>
 
-#include "controls/table_editor.h"
-#include "controls/table_query.h"
+#include "controls/grid/table_editor.h"
+#include "controls/grid/table_query.h"
 #include "tests/controls/grid_fixture.h"
 #include "tests/controls/schema_connection.h"
 #include "tests/files/temporary_folder.h"

@@ -1,5 +1,5 @@
 // Finding a text among rows, held against looking into each cell in turn.
-#include "controls/row_finder.h"
+#include "controls/view/row_finder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/row_form.h"
+#include "controls/view/row_form.h"
 
 #include <QClipboard>
 #include <QCoreApplication>

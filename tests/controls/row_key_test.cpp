@@ -1,4 +1,4 @@
-#include "controls/row_key.h"
+#include "controls/statements/row_key.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "controls/row_view.h"
+#include "controls/view/row_view.h"
 #include "tests/controls/row_view_fixture.h"
 
 namespace orvane::controls {

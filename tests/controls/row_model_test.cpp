@@ -1,4 +1,4 @@
-#include "controls/row_model.h"
+#include "controls/view/row_model.h"
 
 #include <gtest/gtest.h>
 

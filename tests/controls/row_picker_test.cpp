@@ -1,4 +1,4 @@
-#include "controls/row_picker.h"
+#include "controls/view/row_picker.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The statements by which rows are changed, as a real historian runs them.
-#include "controls/row_statements.h"
+#include "controls/statements/row_statements.h"
 
 #include "tests/controls/edited_table.h"
 

@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "controls/header_view.h"
-#include "controls/row_numbers.h"
-#include "controls/row_view.h"
+#include "controls/view/header_view.h"
+#include "controls/view/row_numbers.h"
+#include "controls/view/row_view.h"
 #include "tests/controls/fake_data.h"
 
 namespace orvane::controls {

@@ -1,4 +1,4 @@
-#include "controls/row_view.h"
+#include "controls/view/row_view.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Things that happen at one time in a grid on a real historian: a row that is sent while somebody
 // goes on typing, an order that is there while a cell is typed, several rows deleted together.
-#include "controls/conflict_dialog.h"
+#include "controls/editing/conflict_dialog.h"
 #include "platform/long_operation.h"
 #include "tests/controls/pumps_fixture.h"
 

@@ -1,4 +1,4 @@
-#include "controls/rows_states.h"
+#include "controls/order/rows_states.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/sort_keys.h"
+#include "controls/order/sort_keys.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <numeric>
 #include <random>
 
-#include "controls/row_filter.h"
+#include "controls/order/row_filter.h"
 
 namespace orvane::controls {
 namespace {

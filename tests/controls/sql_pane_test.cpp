@@ -1,4 +1,4 @@
-#include "controls/sql_pane.h"
+#include "controls/view/sql_pane.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/sql_text.h"
+#include "controls/statements/sql_text.h"
 
 #include <gtest/gtest.h>
 

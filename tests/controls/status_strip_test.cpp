@@ -1,4 +1,4 @@
-#include "controls/status_strip.h"
+#include "controls/view/status_strip.h"
 
 #include <gtest/gtest.h>
 

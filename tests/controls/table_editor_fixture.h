@@ -1,8 +1,8 @@
 // A table's grid as the snap-in binds it.
 #pragma once
 
-#include "controls/table_editor.h"
-#include "controls/table_query.h"
+#include "controls/grid/table_editor.h"
+#include "controls/grid/table_query.h"
 #include "tests/controls/grid_fixture.h"
 
 namespace orvane::controls {

@@ -1,4 +1,4 @@
-#include "controls/table_editor.h"
+#include "controls/grid/table_editor.h"
 
 #include <QLabel>
 #include <QLayout>

@@ -1,8 +1,8 @@
 // Sorting in a table's grid: here where all rows are, at the server where the row limit cut them.
 #include <gtest/gtest.h>
 
-#include "controls/table_editor.h"
-#include "controls/table_query.h"
+#include "controls/grid/table_editor.h"
+#include "controls/grid/table_query.h"
 #include "tests/controls/failure_of.h"
 #include "tests/controls/grid_fixture.h"
 

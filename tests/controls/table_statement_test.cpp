@@ -1,9 +1,9 @@
-#include "controls/table_statement.h"
+#include "controls/statements/table_statement.h"
 
 #include <gtest/gtest.h>
 
-#include "controls/sql_text.h"
-#include "controls/table_query.h"
+#include "controls/grid/table_query.h"
+#include "controls/statements/sql_text.h"
 
 namespace orvane::controls {
 namespace {

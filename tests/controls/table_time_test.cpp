@@ -1,4 +1,4 @@
-#include "controls/table_time.h"
+#include "controls/grid/table_time.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -6,10 +6,10 @@
 #include <QTimer>
 #include <QToolButton>
 
-#include "controls/grid_trend.h"
-#include "controls/query_results.h"
-#include "controls/table_editor.h"
-#include "controls/table_query.h"
+#include "controls/grid/grid_trend.h"
+#include "controls/grid/query_results.h"
+#include "controls/grid/table_editor.h"
+#include "controls/grid/table_query.h"
 #include "tests/controls/grid_fixture.h"
 #include "tests/controls/schema_connection.h"
 #include "tests/controls/struck_clock.h"

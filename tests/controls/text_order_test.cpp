@@ -4,7 +4,7 @@
 #include <numeric>
 #include <random>
 
-#include "controls/sort_keys.h"
+#include "controls/order/sort_keys.h"
 #include "tests/controls/historian_server.h"
 
 namespace orvane::controls {

@@ -1,4 +1,4 @@
-#include "controls/time_bar.h"
+#include "controls/grid/time_bar.h"
 
 #include <gtest/gtest.h>
 

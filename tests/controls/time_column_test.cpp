@@ -1,4 +1,4 @@
-#include "controls/time_column.h"
+#include "controls/statements/time_column.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-#include "controls/time_range.h"
+#include "controls/statements/time_range.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "controls/clock_input.h"
+#include "controls/values/clock_input.h"
 
 namespace orvane::controls {
 namespace {

@@ -1,4 +1,4 @@
-#include "controls/tip_text.h"
+#include "controls/values/tip_text.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 #include <QRadioButton>
 #include <QTreeWidget>
 
-#include "controls/conflict_dialog.h"
-#include "controls/pending_review.h"
+#include "controls/editing/conflict_dialog.h"
+#include "controls/editing/pending_review.h"
 #include "tests/controls/pumps_fixture.h"
 
 namespace orvane::controls {

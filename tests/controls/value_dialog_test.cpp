@@ -1,4 +1,4 @@
-#include "controls/value_dialog.h"
+#include "controls/view/value_dialog.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "controls/value_input.h"
+#include "controls/values/value_input.h"
 
 #include <gtest/gtest.h>
 

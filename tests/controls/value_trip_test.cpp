@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <cstdlib>
 
-#include "controls/value_dialog.h"
+#include "controls/view/value_dialog.h"
 #include "exports/row_export.h"
 #include "platform/exact_number.h"
 #include "tests/controls/editing_fixture.h"

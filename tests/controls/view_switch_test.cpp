@@ -1,4 +1,4 @@
-#include "controls/view_switch.h"
+#include "controls/grid/view_switch.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -6,7 +6,7 @@
 #include <QToolButton>
 
 #include "ado/recordset_builder.h"
-#include "controls/query_results.h"
+#include "controls/grid/query_results.h"
 #include "tests/controls/grid_fixture.h"
 #include "trend/trend_plot.h"
 #include "trend/trend_view.h"

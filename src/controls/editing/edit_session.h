@@ -1,0 +1,111 @@
+// The editing of one recordset: what may be changed, every change as a step that can be undone, and
+// what is known of rows that could not be stored. It lays values over the rows and sends nothing.
+// Owned by the editing of a grid, and asked by the row model; user-interface thread.
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <span>
+#include <vector>
+
+#include "controls/editing/undo_steps.h"
+#include "controls/statements/row_conflict.h"
+#include "controls/statements/updatability.h"
+#include "controls/values/value_input.h"
+#include "controls/view/row_editing.h"
+
+namespace orvane::controls {
+
+/// What is known of pending rows beside what lies over them; it goes with the rows while they are
+/// hidden.
+struct EditNotes {
+  UndoSteps steps;
+  std::map<platform::RowIndex, QString> remarks;  ///< why a row was not stored, as a sentence
+  std::map<platform::RowIndex, RowConflict> conflicts;
+  std::set<platform::RowIndex> gone;  ///< deleted for good, or never to be added
+};
+
+/// A value for one cell.
+struct CellEdit {
+  platform::RowIndex row = 0;
+  platform::ColumnIndex column = 0;
+  platform::Value vtValue;
+};
+
+class EditSession final : public RowEditing {
+ public:
+  /// Called with a row that looks different now; with none when rows were added or went.
+  using ChangedHandler = std::function<void(std::optional<platform::RowIndex> row)>;
+
+  explicit EditSession(ChangedHandler changed) : m_changed(std::move(changed)) {}
+
+  /// Takes the rows over; without notes they are as they were fetched.
+  void Show(platform::RecordsetPtr rs, Updatability updatability, ValueInput input,
+            std::shared_ptr<EditNotes> notes);
+  void ShowNothing();
+  const platform::RecordsetPtr& Recordset() const { return m_recordset; }
+  const controls::Updatability& Updatability() const { return m_updatability; }
+  const ValueInput& Input() const { return m_input; }
+  const std::shared_ptr<EditNotes>& Notes() const { return m_notes; }
+
+  bool CanEdit(platform::RowIndex row, platform::ColumnIndex column) const override;
+  /// Why no value of the column can be edited, as a sentence; empty when that is not so.
+  QString WhyNotEdited(platform::ColumnIndex column) const;
+  /// A value equal to the one fetched takes the edit away.
+  void Edit(platform::RowIndex row, platform::ColumnIndex column,
+            const platform::Value& vtValue) override;
+  void TakeTyped() override {
+    if (m_takeTyped) m_takeTyped();
+  }
+  /// Called when that is to happen; the session knows no editors.
+  void OnTakeTyped(std::function<void()> handler) { m_takeTyped = std::move(handler); }
+  bool OffersNewRow() const override;
+  const std::set<platform::RowIndex>& GoneRows() const override;
+  QString RemarkOf(platform::RowIndex row) const override;
+
+  /// Lays all of the values as one step; rows behind the last one are added. Cells that cannot be
+  /// edited are left out.
+  void Edit(std::span<const CellEdit> edits);
+  /// Marks the rows as ones to be deleted; new ones go at once. Gives those that are to be sent.
+  std::vector<platform::RowIndex> Delete(std::span<const platform::RowIndex> rows);
+  /// Takes away all that lies over the rows.
+  void Discard(std::span<const platform::RowIndex> rows);
+  /// Give a row to go to, none when there was nothing to take back.
+  std::optional<platform::RowIndex> Undo();
+  std::optional<platform::RowIndex> Redo();
+
+  std::vector<platform::RowIndex> Pending() const;
+  /// Why the row is not fit to be sent, as a sentence: a text that was typed is no value of its
+  /// column. Empty when nothing of that kind is wrong.
+  QString WhyNotFit(platform::RowIndex row) const;
+  /// Keeps the sentence with the row; an empty one takes it away.
+  void Remark(platform::RowIndex row, const QString& sSentence);
+  /// Somebody else has changed the row: its sentence becomes the row's remark.
+  void Conflict(platform::RowIndex row, RowConflict conflict);
+  /// Null when there is none; valid until the row changes.
+  const RowConflict* ConflictOf(platform::RowIndex row) const;
+  /// Takes theirs for what was fetched, with mine laid over these columns. A row that is gone is
+  /// dropped; one that was to be deleted is so when bDelete says it again.
+  void Settle(platform::RowIndex row, std::span<const platform::ColumnIndex> mine, bool bDelete);
+  /// The row was stored: nothing of it is pending, and no step touches it any more.
+  void Stored(platform::RowIndex row, std::span<const platform::Value> stored);
+  /// The rows were deleted.
+  void Deleted(std::span<const platform::RowIndex> rows);
+
+ private:
+  void Change(std::span<const platform::RowIndex> rows, const std::function<void()>& change);
+  void LayOver(const CellEdit& edit);
+  void Follow(std::span<const platform::RowIndex> rows);
+
+  ChangedHandler m_changed;
+  std::function<void()> m_takeTyped;
+  platform::RecordsetPtr m_recordset;
+  controls::Updatability m_updatability;
+  ValueInput m_input;
+  std::shared_ptr<EditNotes> m_notes;
+};
+
+}  // namespace orvane::controls

@@ -1,0 +1,148 @@
+#include "controls/editing/pending_review.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "controls/values/tip_text.h"
+
+namespace orvane::controls {
+
+using platform::ColumnIndex;
+using platform::RowIndex;
+using platform::RowState;
+
+namespace {
+
+constexpr int kRowRole = Qt::UserRole;
+
+QString Name(RowState state) {
+  switch (state) {
+    case RowState::New:
+      return QStringLiteral("New");
+    case RowState::Deleted:
+      return QStringLiteral("To be deleted");
+    case RowState::Edited:
+    case RowState::Fetched:
+      break;
+  }
+  return QStringLiteral("Changed");
+}
+
+}  // namespace
+
+PendingReview::PendingReview(EditSession& session, CellFormat format, Actions actions,
+                             QWidget* parent)
+    : QDialog(parent),
+      m_session(session),
+      m_format(std::move(format)),
+      m_actions(std::move(actions)),
+      m_list(new QTreeWidget) {
+  setObjectName("pendingReview");
+  setWindowTitle("Rows Not Stored");
+  setAttribute(Qt::WA_DeleteOnClose);
+  m_list->setObjectName("pendingRows");
+  m_list->setAccessibleName("Rows not stored");
+  m_list->setRootIsDecorated(false);
+  m_list->setUniformRowHeights(true);
+  m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  m_list->setHeaderLabels({"What", "Values", "Why not stored"});
+
+  auto* buttons = new QHBoxLayout;
+  const auto add = [&](const char* sName, const QString& sLabel, std::function<void()> action) {
+    auto* button = new QPushButton(sLabel);
+    button->setObjectName(sName);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, [action = std::move(action)] { action(); });
+    buttons->addWidget(button);
+    return button;
+  };
+  add("storeAll", "&Store All", [this] {
+    m_actions.storeAll();
+    Refresh();
+  });
+  m_settle = add("settleRow", "Se&ttle\u2026", [this] { m_actions.settle(Chosen().front()); });
+  m_goTo = add("goToRow", "&Go to Row", [this] {
+    const RowIndex row = Chosen().front();
+    accept();
+    m_actions.goTo(row);
+  });
+  m_discard = add("discardRows", "&Discard", [this] {
+    m_session.Discard(Chosen());
+    Refresh();
+  });
+  buttons->addStretch(1);
+  add("closeReview", "&Close", [this] { reject(); })->setDefault(true);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(m_list, 1);
+  auto* hint = new QLabel("What is discarded here can be brought back with Undo in the grid.");
+  hint->setWordWrap(true);
+  layout->addWidget(hint);
+  layout->addLayout(buttons);
+  connect(m_list, &QTreeWidget::itemSelectionChanged, this, [this] { UpdateButtons(); });
+  resize(720, 320);
+  Refresh();
+  for (int n = 0; n < 2; ++n) m_list->resizeColumnToContents(n);
+}
+
+QString PendingReview::ChangesOf(RowIndex row) const {
+  const auto& rs = *m_session.Recordset();
+  const RowState state = rs.StateAt(row);
+  QStringList changes;
+  const auto& key = m_session.Updatability().table.key;
+  if (state != RowState::New) {
+    for (const ColumnIndex column : key)
+      changes << Brief(m_format.Shown(rs.OriginalAt(row, column)));
+  }
+  for (ColumnIndex column = 0; column < rs.FieldCount() && state != RowState::Deleted; ++column) {
+    if (!rs.IsEdited(row, column)) continue;
+    const QString sNow = Brief(m_format.Shown(rs.ValueAt(row, column)));
+    const QString sName = QString::fromStdString(rs.FieldAt(column).Name());
+    changes << (state == RowState::New ? sName + QStringLiteral(" = ") + sNow
+                                       : sName + QStringLiteral(": ") +
+                                             Brief(m_format.Shown(rs.OriginalAt(row, column))) +
+                                             QStringLiteral(" \u2192 ") + sNow);
+  }
+  return changes.join(QStringLiteral(", "));
+}
+
+void PendingReview::Refresh() {
+  m_list->clear();
+  if (!m_session.Recordset() || m_session.Pending().empty()) {
+    reject();
+    return;
+  }
+  for (const RowIndex row : m_session.Pending()) {
+    const QString sWhy = m_session.RemarkOf(row);
+    auto* item = new QTreeWidgetItem(
+        m_list, {Name(m_session.Recordset()->StateAt(row)), ChangesOf(row), sWhy});
+    item->setData(0, kRowRole, static_cast<qlonglong>(row));
+    item->setToolTip(1, item->text(1).toHtmlEscaped());
+    item->setToolTip(2, sWhy.toHtmlEscaped());
+  }
+  m_list->topLevelItem(0)->setSelected(true);
+  m_list->setCurrentItem(m_list->topLevelItem(0));
+  UpdateButtons();
+}
+
+std::vector<RowIndex> PendingReview::Chosen() const {
+  std::vector<RowIndex> rows;
+  for (const QTreeWidgetItem* item : m_list->selectedItems()) {
+    rows.push_back(item->data(0, kRowRole).toLongLong());
+  }
+  return rows;
+}
+
+void PendingReview::UpdateButtons() {
+  const auto chosen = Chosen();
+  m_discard->setEnabled(!chosen.empty());
+  m_goTo->setEnabled(chosen.size() == 1);
+  m_settle->setEnabled(chosen.size() == 1 && m_session.ConflictOf(chosen.front()));
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,347 @@
+#include "controls/grid/grid_core.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "controls/editing/carried_edits.h"
+#include "controls/grid/grid_window.h"
+#include "controls/view/status_strip.h"
+#include "platform/conversions.h"
+
+namespace orvane::controls {
+
+using platform::Failure;
+using platform::Long;
+using platform::RecordsetPtr;
+using platform::Text;
+using platform::Timestamp;
+
+namespace {
+
+constexpr const char* kNoneFetched = "The rows could not be fetched";
+
+NoRowsTexts DoneTexts(Long lRecordsAffected) {
+  QString sSentence = "The statement gives no rows.";
+  if (lRecordsAffected > 0) {
+    sSentence += lRecordsAffected == 1
+                     ? QStringLiteral(" It changed 1 row.")
+                     : QStringLiteral(" It changed %1.").arg(RowsText(lRecordsAffected));
+  }
+  return {"Done", sSentence};
+}
+
+}  // namespace
+
+Timestamp MachineTime() {
+  return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+}
+
+GridCore::GridCore(GridServices services, const QString& sName)
+    : m_services(std::move(services)),
+      m_statements(m_services.objects),
+      m_events(std::make_shared<GridEvents>()),
+      m_window(new GridWindow(sName, m_events, m_services.life)),
+      m_format(ZoneOf(nullptr)),
+      m_export(*m_window, {[this] { return m_subject; }, [this] { return Zone(); },
+                           [this] { return m_statements.CanFetchAgain(m_sSqlText); },
+                           [this](const platform::RowSink& sink) {
+                             return m_statements.FetchAgain(m_sSqlText, sink);
+                           }}) {
+  const auto tell = [window = m_window.data()](platform::Signal<> GridEvents::*event) {
+    return [window, event] { window->Raise(event); };
+  };
+  m_editing = new GridEditing(
+      *m_window,
+      RowOutbox::Server{[this](const RecordsetPtr& rs, platform::RowIndex row,
+                               const controls::Updatability& can) {
+                          return m_statements.Send(rs, row, can, m_lQueryTimeout);
+                        },
+                        [this](const RecordsetPtr& rs, const std::vector<platform::RowIndex>& rows,
+                               const controls::Updatability& can) {
+                          return m_statements.Delete(rs, rows, can, m_lQueryTimeout);
+                        }},
+      GridEditing::Events{
+          tell(&GridEvents::insert), tell(&GridEvents::remove),
+          [this](platform::RowIndex rows) { m_services.unsent->Tell(m_place, rows); }},
+      [this](const Text& sSqlText) {
+        return Ask(sSqlText, CellFilling::kMostValues, m_lQueryTimeout);
+      },
+      m_services.cellQueries);
+}
+
+GridCore::~GridCore() {
+  KeepUnsent();
+  delete m_editing.data();
+  if (!m_window) return;  // whoever placed it did not take it out again
+  m_window->Abandon();
+  if (m_window->Raising() || Running()) {
+    m_window->hide();
+    m_window->setParent(nullptr);
+    m_window->deleteLater();
+  } else {
+    delete m_window.data();
+  }
+}
+
+void GridCore::Subject(GridSubject subject) {
+  m_subject = std::move(subject);
+  if (!m_subject.sInto.empty()) m_window->Rows().Copier().Into(m_subject.sInto);
+}
+
+void GridCore::Connection(const platform::ConnectionPtr& cn) {
+  m_statements.Connection(cn);
+  FollowZone();
+}
+
+void GridCore::FollowZone() {
+  if (Connection()) m_format = CellFormat(ZoneOf(Connection()));
+}
+
+void GridCore::Run(const GridQuery& query, Access access) {
+  if (Running()) FailBusy();
+  // Also for the case that the grid goes while the rows are fetched.
+  KeepUnsent();
+  const auto before = std::make_shared<Shown>(ShownNow());
+  m_recordset.reset();
+  m_editing->ShowNothing();
+  m_sSqlText = query.sSqlText;
+  m_lQueryTimeout = query.lQueryTimeout;
+  m_window->Sql(QString::fromStdString(query.sSqlText));
+  GridStatements::Fetched fetched;
+  controls::Updatability updatability;
+  std::shared_ptr<EditNotes> notes;
+  Text sLost;
+  // When the first rows have come, those before them would take memory for nothing.
+  const auto coming = [before] {
+    if (!before->IsUnsent()) *before = {};
+  };
+  // Events are handled during the fetch, and one of them may be the end of this grid.
+  const std::weak_ptr<void> life = m_statements.Life();
+  try {
+    fetched = m_statements.Fetch(query, access, *m_window, coming);
+    if (life.expired()) return;
+    try {
+      updatability = m_statements.Updatability(query.table, *fetched.rs);
+    } catch (const Failure& failure) {
+      const bool bLost = platform::failure::IsLostConnection(failure.Number());
+      if (life.expired() || !bLost || before->IsUnsent()) throw;
+      // The rows have come all the same.
+      sLost = failure.Description();
+      updatability.sWhyNot =
+          "These rows can only be looked at: the connection was lost; reconnect first.";
+    }
+    if (life.expired()) return;
+    m_place = PlaceOf(updatability.table);
+    notes = Carried(*before, *fetched.rs, updatability);
+  } catch (const Failure& failure) {
+    if (life.expired()) throw;
+    if (access == Access::Read && failure.Number() == platform::failure::kWouldChange) {
+      AskToRun(query);
+      return;
+    }
+    ShowFailure(failure.Number(), failure.Description(), *before);
+    throw;
+  } catch (const std::exception& exception) {
+    if (life.expired()) throw;
+    ShowFailure(platform::failure::kComponent, exception.what(), *before);
+    throw;
+  }
+  m_recordset = fetched.rs;
+  m_origin = RowsOrigin{m_services.now(), Connection()};
+  FollowZone();
+  const bool bHasColumns = m_recordset->FieldCount() > 0;
+  const NoRowsTexts texts = bHasColumns ? query.noRows : DoneTexts(fetched.lRecordsAffected);
+  m_editing->Show(m_recordset, std::move(updatability), ValueInput(m_format.Zone()),
+                  std::move(notes));
+  std::optional<RowsState> state;
+  if (query.following) {
+    state = query.following(*m_recordset);
+    // Whoever changed the columns while rows came has changed them.
+    state->layout = m_window->Rows().Columns().Layout();
+  }
+  m_window->ShowRows(m_recordset, m_format, state ? &*state : nullptr, HowFetched(), texts.sTitle,
+                     texts.sSentence);
+  if (!life.expired() && !sLost.empty()) m_window->Lost(QString::fromStdString(sLost));
+}
+
+GridCore::Shown GridCore::ShownNow() const {
+  if (!m_recordset) return {};
+  return {m_recordset, State()};
+}
+
+std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Recordset& rs,
+                                             const controls::Updatability& updatability) const {
+  if (!before.rs) {
+    const UnsentEdits* kept = m_services.unsent->Find(m_place);
+    if (!kept) return nullptr;
+    if (!CanCarryEdits(*kept->rs, kept->table, rs, updatability.table)) {
+      throw Failure(platform::failure::kNotSupported,
+                    "Rows of this table were edited and are not stored, in columns that would not "
+                    "be shown; take these columns and the key into its query again, or disconnect "
+                    "its server to discard them.");
+    }
+    auto notes = CarryEdits(*kept->rs, kept->table, {}, rs, updatability.table);
+    m_services.unsent->Drop(m_place);
+    return notes;
+  }
+  if (!before.state.notes) return nullptr;
+  const RowTable& table = before.state.updatability->table;
+  if (!CanCarryEdits(*before.rs, table, rs, updatability.table)) {
+    throw Failure(platform::failure::kNotSupported,
+                  "The rows stay as they are: some that are not stored have columns that would not "
+                  "be shown any more; store or discard them first.");
+  }
+  auto notes = CarryEdits(*before.rs, table, *before.state.notes, rs, updatability.table);
+  m_services.unsent->Drop(before.state.place);
+  // A query that was renamed meanwhile has its rows under another name now.
+  if (before.state.place != m_place) m_services.unsent->Tell(before.state.place, 0);
+  return notes;
+}
+
+platform::RowsPlace GridCore::PlaceOf(const RowTable& table) const {
+  if (table.sTable.empty() || !Connection()) return {};
+  Text sServer;
+  try {
+    sServer = platform::ToText(Connection()->Properties().Item(platform::kDataSource).Value());
+  } catch (const Failure&) {
+    // A connection that names no server is the only one there is.
+  }
+  return {sServer, table.sCatalog, table.sTable, m_sQuery};
+}
+
+void GridCore::KeepUnsent() {
+  if (!m_recordset || !m_editing) return;
+  m_editing->TakeTyped();
+  const RowTable& table = m_editing->Session().Updatability().table;
+  m_services.unsent->Keep(m_place, *m_recordset, table);
+}
+
+void GridCore::OnReconnected(std::function<void()> handler) {
+  m_window->OfferReconnect([this, handler = std::move(handler)] { Reconnect(handler); });
+}
+
+void GridCore::Reconnect(const std::function<void()>& handler) {
+  if (!Connection() || Running()) return;
+  const std::weak_ptr<void> life = m_statements.Life();
+  const auto failures = m_services.failures;
+  bool bOpened = false;
+  try {
+    m_statements.Reopen();
+    bOpened = true;
+    if (!life.expired()) handler();
+  } catch (const std::exception& exception) {
+    // The window shows the sentence; nobody is behind a button to be told.
+    NoteFailure(failures, exception);
+    if (bOpened || life.expired()) return;
+    if (m_recordset) {
+      m_window->Lost(exception.what());
+    } else {
+      m_window->ShowFailure(kNoneFetched, exception.what(), true);
+    }
+  }
+}
+
+void GridCore::AskToRun(const GridQuery& query) {
+  const auto run = [this, query, failures = m_services.failures] {
+    try {
+      Run(query, Access::Change);
+    } catch (const std::exception& exception) {
+      // The window shows its sentence; nobody is behind a button to be told.
+      NoteFailure(failures, exception);
+    }
+  };
+  m_window->Ask("Not run", "This query changes data. It has not been run.", "&Run Query", run);
+}
+
+void GridCore::NoteFailure(const std::shared_ptr<platform::FailureLog>& failures,
+                           const std::exception& exception) {
+  if (!failures) return;
+  const auto* failure = dynamic_cast<const Failure*>(&exception);
+  failures->Note(failure ? *failure
+                         : Failure(platform::failure::kComponent, exception.what(), "grid"));
+}
+
+Fetching GridCore::HowFetched() const {
+  if (!m_origin) return {};
+  // The clock on the wall here, whatever the zone in which the server counts.
+  const auto when = [now = m_services.now, fetched = m_origin->fetched] {
+    const zones::TimeZone here;
+    return FetchedText(here.ToLocal(fetched), here.ToLocal(now()));
+  };
+  return {when, m_origin};
+}
+
+void GridCore::Fail(const Failure& failure) {
+  m_editing->TakeTyped();
+  const Shown before = ShownNow();
+  m_recordset.reset();
+  m_editing->ShowNothing();
+  ShowFailure(failure.Number(), failure.Description(), before);
+  throw Failure(failure);
+}
+
+void GridCore::ShowFailure(Long lNumber, const Text& sSentence, const Shown& before) {
+  const bool bLost = platform::failure::IsLostConnection(lNumber);
+  if (before.rs && (bLost || before.IsUnsent() || (Connection() && !Connection()->IsOpen()))) {
+    // What is not stored is not lost to a failure either, nor what cannot be had again.
+    const std::weak_ptr<void> life = m_statements.Life();
+    Attach(before.rs, &before.state, {}, {}, std::nullopt);
+    if (life.expired()) return;  // whoever heard of the rows has dropped the grid
+    if (bLost) {
+      m_window->Lost(QString::fromStdString(sSentence));
+    } else {
+      m_window->Status().Remark(QString::fromStdString(sSentence));
+    }
+    return;
+  }
+  const bool bCancelled = lNumber == platform::failure::kCancelled;
+  m_window->ShowFailure(bCancelled ? "Cancelled" : kNoneFetched, QString::fromStdString(sSentence),
+                        bLost);
+}
+
+void GridCore::Attach(const RecordsetPtr& rs, const RowsState* state, const Text& sSqlText,
+                      const NoRowsTexts& noRows, const std::optional<RowTable>& table) {
+  KeepUnsent();
+  m_recordset = rs;
+  FollowZone();
+  m_sSqlText = state ? state->sSqlText : sSqlText;
+  m_origin = state ? state->origin : std::nullopt;
+  m_window->Sql(QString::fromStdString(m_sSqlText));
+  const NoRowsTexts texts = rs->FieldCount() > 0 ? noRows : DoneTexts(0);
+  const bool bKnown = state && state->updatability;
+  const std::weak_ptr<void> life = m_statements.Life();
+  auto updatability = bKnown ? *state->updatability : m_statements.Updatability(table, *rs);
+  if (life.expired() || m_recordset != rs) return;
+  m_place = bKnown ? state->place : PlaceOf(updatability.table);
+  m_services.unsent->Drop(m_place);
+  std::shared_ptr<EditNotes> notes = state ? state->notes : nullptr;
+  if (bKnown && state->lRound != m_services.unsent->Round(m_place)) {
+    // What lies over them was given up while they were hidden.
+    for (const platform::RowIndex row : rs->PendingRows()) rs->CancelUpdate(row);
+    notes = nullptr;
+  }
+  m_editing->Show(rs, std::move(updatability), ValueInput(m_format.Zone()), std::move(notes));
+  m_window->ShowRows(rs, m_format, state, HowFetched(), texts.sTitle, texts.sSentence);
+}
+
+void GridCore::Empty() {
+  KeepUnsent();
+  m_place = {};
+  m_recordset.reset();
+  m_editing->ShowNothing();
+  m_window->ShowNothing();
+}
+
+RowsState GridCore::State() const {
+  RowsState state = m_window->Rows().State();
+  state.sSqlText = m_sSqlText;
+  state.origin = m_origin;
+  state.place = m_place;
+  state.lRound = m_services.unsent->Round(m_place);
+  state.updatability =
+      std::make_shared<const controls::Updatability>(m_editing->Session().Updatability());
+  state.notes = m_editing->Session().Notes();
+  return state;
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,325 @@
+#include "controls/grid/grid_editing.h"
+
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QTimer>
+#include <algorithm>
+#include <utility>
+
+#include "controls/grid/grid_window.h"
+#include "controls/view/cell_delegate.h"
+#include "controls/view/cell_editor.h"
+#include "controls/view/header_view.h"
+#include "controls/view/row_form.h"
+#include "controls/view/status_strip.h"
+#include "controls/view/value_dialog.h"
+#include "platform/long_operation.h"
+
+namespace orvane::controls {
+
+using platform::ColumnIndex;
+using platform::RecordsetPtr;
+using platform::RowIndex;
+using platform::RowState;
+using platform::Value;
+
+namespace {
+
+constexpr QAbstractItemView::EditTriggers kTriggers = QAbstractItemView::DoubleClicked |
+                                                      QAbstractItemView::EditKeyPressed |
+                                                      QAbstractItemView::AnyKeyPressed;
+
+bool WouldType(const QKeyEvent& event) {
+  const auto modifiers = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+  return modifiers == Qt::NoModifier && !event.text().isEmpty() && event.text().at(0).isPrint();
+}
+
+}  // namespace
+
+GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events events,
+                         CellFilling::Asker asker, std::shared_ptr<QStringList> lastQueries)
+    : QObject(&window),
+      m_window(window),
+      m_rows(&window.Rows()),
+      m_events(std::move(events)),
+      m_session([this](std::optional<RowIndex> row) { RowChanged(row); }),
+      m_filling(new CellFilling(window, m_session, std::move(asker), std::move(lastQueries))),
+      m_questions(
+          new RowQuestions(window, m_session,
+                           {[this] { m_outbox->SendAll(); }, [this](RowIndex row) { GoTo(row); },
+                            [this](RowIndex row) { m_outbox->Leave(row); },
+                            [this](const auto& rows) { m_outbox->Delete(rows); }},
+                           this)),
+      m_outbox(new RowOutbox(
+          m_session, std::move(server),
+          {[this](RowState before) { TellOfStored(before); }, [this] { Raise(m_events.deleted); },
+           [this](RowIndex row) { m_questions->AskToSettle(row); },
+           [this](const QString& sSentence) { m_window.Lost(sSentence); },
+           [this](bool bSending) {
+             m_window.Rows().setProperty(platform::LongOperation::kKeepsKeys, bSending);
+           }},
+          this)) {
+  m_filling->setParent(this);
+  RowView& rows = m_window.Rows();
+  rows.installEventFilter(this);
+  rows.viewport()->installEventFilter(this);
+  connect(rows.selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current, const QModelIndex& previous) {
+            if (previous.isValid() && previous.row() != current.row()) {
+              m_outbox->Leave(m_window.Rows().Model().RecordRow(previous.row()));
+            }
+            TellOfCurrent();
+          });
+  for (CellDelegate* cells : Cells()) {
+    cells->OnTyped([this] { TellOfPending(); });
+    connect(cells, &QAbstractItemDelegate::closeEditor, this, [this] { TellOfPending(); });
+  }
+  AddCommands();
+  m_session.OnTakeTyped([this] { TakeTyped(); });
+  m_window.Rows().Model().Editing(&m_session);
+  m_window.Status().OnPendingPressed([this] { m_questions->Review(); });
+}
+
+GridEditing::~GridEditing() {
+  if (!m_rows) return;
+  m_rows->Model().Editing(nullptr);
+  for (CellDelegate* cells : Cells()) cells->OnTyped({});
+}
+
+// Of the rows, and of the form of one of them.
+std::array<CellDelegate*, 2> GridEditing::Cells() const {
+  return {static_cast<CellDelegate*>(m_rows->itemDelegate()), &m_window.Form().Cells()};
+}
+
+void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatability,
+                       ValueInput input, std::shared_ptr<EditNotes> notes) {
+  m_outbox->Clear();
+  m_session.Show(rs, std::move(updatability), std::move(input), std::move(notes));
+  RowView& rows = m_window.Rows();
+  const auto& can = m_session.Updatability();
+  rows.setEditTriggers(can.bUpdate || can.bInsert ? kTriggers : QAbstractItemView::NoEditTriggers);
+  m_window.Status().ReadOnly(can.sWhyNot);
+  // Where these rows are in sight already, an empty one may have to come or go.
+  if (rows.Model().Recordset() == rs) rows.Model().TakeRowsIn();
+  TellOfPending();
+}
+
+void GridEditing::ShowNothing() {
+  m_outbox->Clear();
+  m_session.ShowNothing();
+  m_window.Rows().setEditTriggers(QAbstractItemView::NoEditTriggers);
+  m_window.Status().ReadOnly({});
+  TellOfPending();
+}
+
+void GridEditing::AddCommands() {
+  GridCommands& commands = m_window.Rows().Commands();
+  const auto canEdit = [this] {
+    const QModelIndex index = m_window.Rows().currentIndex();
+    return index.isValid() && m_window.Rows().model()->flags(index).testFlag(Qt::ItemIsEditable);
+  };
+  const auto pending = [this] { return !m_session.Pending().empty(); };
+  const auto edits = [this] { return m_session.Updatability().bUpdate; };
+  commands.Add(
+      {CommandGroup::Edit, "&Edit Cell", Qt::Key_F2, [this] { StartEditing(); }, canEdit, edits});
+  commands.Add({CommandGroup::Edit, "Cell in a &Window\u2026", Qt::ALT | Qt::Key_Return,
+                [this] { OpenCell(); },
+                [this] { return m_window.Rows().currentIndex().isValid(); }});
+  commands.Add({CommandGroup::Edit, "Set to &Null", Qt::CTRL | Qt::Key_0, [this] { SetNull(); },
+                canEdit, edits});
+  commands.Add({CommandGroup::Edit, "&Paste", QKeySequence::Paste, [this] { m_filling->Paste(); },
+                canEdit, edits});
+  commands.Add({CommandGroup::Edit,
+                "Fill from a &Query\u2026",
+                {},
+                [this] { m_filling->CellQuery(); },
+                canEdit,
+                edits});
+  commands.Add({CommandGroup::Edit, "&Undo", QKeySequence::Undo, [this] { GoTo(m_session.Undo()); },
+                [this] { return m_session.Recordset() && m_session.Notes()->steps.CanUndo(); },
+                edits});
+  commands.Add({CommandGroup::Edit, "&Redo", QKeySequence(Qt::CTRL | Qt::Key_Y),
+                [this] { GoTo(m_session.Redo()); },
+                [this] { return m_session.Recordset() && m_session.Notes()->steps.CanRedo(); },
+                edits});
+  commands.Add({CommandGroup::Edit, "Discard Changes of &Row", Qt::Key_Escape,
+                [this] { DiscardRow(); }, pending, edits});
+  commands.Add({CommandGroup::Edit, "&Store Changes", Qt::CTRL | Qt::Key_Return,
+                [this] { m_outbox->SendAll(); }, pending, edits});
+  commands.Add({CommandGroup::Edit,
+                "Rows &Not Stored\u2026",
+                {},
+                [this] { m_questions->Review(); },
+                pending,
+                edits});
+  commands.Add({CommandGroup::Edit, "&Delete Rows\u2026", Qt::Key_Delete,
+                [this] { m_questions->DeleteSelectedRows(); },
+                [this] { return m_window.Rows().RowsSelected(); },
+                [this] { return DeleteAllowed(); }});
+}
+
+bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
+  const bool bKey = event->type() == QEvent::KeyPress;
+  // Events also come while the window is taken down and has no rows any more.
+  if (!bKey && event->type() != QEvent::MouseButtonDblClick) {
+    return QObject::eventFilter(watched, event);
+  }
+  RowView& rows = m_window.Rows();
+  if (bKey && watched == &rows) {
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    const bool bEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
+    if (bEnter && modifiers == Qt::NoModifier) {
+      if (RefuseEdit()) return true;
+      StartEditing();
+      return true;
+    }
+    if (key.key() == Qt::Key_Z && modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {
+      GoTo(m_session.Redo());
+      return true;
+    }
+    if ((key.key() == Qt::Key_F2 || WouldType(key)) && RefuseEdit()) return true;
+  }
+  if (!bKey && watched == rows.viewport()) RefuseEdit();
+  return QObject::eventFilter(watched, event);
+}
+
+bool GridEditing::RefuseEdit() {
+  const QString sWhyNot = m_session.WhyNotEdited(m_window.Rows().currentIndex().column());
+  if (sWhyNot.isEmpty()) return false;
+  m_window.Status().Remark(sWhyNot);
+  return true;
+}
+
+CellEditor* GridEditing::Typed() const {
+  for (auto* editor : m_window.findChildren<CellEditor*>()) {
+    if (!editor->isHidden()) return editor;  // a hidden one is closed already, and about to go
+  }
+  return nullptr;
+}
+
+void GridEditing::TakeTyped() {
+  CellEditor* editor = Typed();
+  if (!editor) return;
+  // It lies in the viewport of its view.
+  auto* delegate =
+      qobject_cast<QAbstractItemView*>(editor->parentWidget()->parentWidget())->itemDelegate();
+  emit delegate->commitData(editor);
+  emit delegate->closeEditor(editor);
+}
+
+void GridEditing::StartEditing() {
+  RowView& rows = m_window.Rows();
+  const QModelIndex index = rows.currentIndex();
+  if (index.isValid() && rows.model()->flags(index).testFlag(Qt::ItemIsEditable)) rows.edit(index);
+}
+
+void GridEditing::OpenCell() {
+  TakeTyped();
+  const RowModel& model = m_window.Rows().Model();
+  const QModelIndex index = m_window.Rows().currentIndex();
+  if (!index.isValid()) return;
+  const RecordsetPtr rs = model.Recordset();
+  auto* dialog =
+      new ValueDialog({model.ValueAt(index.row(), index.column()),
+                       rs->FieldAt(index.column()).Type(), ValueInput(model.Format().Zone())},
+                      model.ColumnName(index.column()), &m_window);
+  if (!index.flags().testFlag(Qt::ItemIsEditable)) dialog->OnlyShow();
+  connect(dialog, &QDialog::accepted, this,
+          [this, dialog, rs, row = model.RecordRow(index.row()), nColumn = index.column()] {
+            if (m_session.Recordset() != rs || !dialog->Taken()) return;
+            m_session.Edit(row, nColumn, *dialog->Taken());
+          });
+  dialog->open();
+}
+
+std::vector<CellEdit> GridEditing::SelectedCells() const {
+  RowView& rows = m_window.Rows();
+  std::vector<CellEdit> cells;
+  for (const QItemSelectionRange& range : rows.selectionModel()->selection()) {
+    for (int nRow = range.top(); nRow <= range.bottom(); ++nRow) {
+      if (rows.Model().IsEmptyRow(nRow)) continue;
+      for (int nColumn = range.left(); nColumn <= range.right(); ++nColumn) {
+        // What is not seen is not changed either.
+        if (rows.Names().isSectionHidden(nColumn)) continue;
+        cells.push_back({rows.Model().RecordRow(nRow), nColumn, {}});
+      }
+    }
+  }
+  const QModelIndex current = rows.currentIndex();
+  if (cells.empty() && current.isValid()) {
+    cells.push_back({rows.Model().RecordRow(current.row()), current.column(), {}});
+  }
+  return cells;
+}
+
+void GridEditing::SetNull() {
+  m_session.Edit(SelectedCells());
+}
+
+void GridEditing::DiscardRow() {
+  const QModelIndex current = m_window.Rows().currentIndex();
+  if (!current.isValid()) return;
+  const RowIndex rows[] = {m_window.Rows().Model().RecordRow(current.row())};
+  if (rows[0] < m_session.Recordset()->RecordCount()) m_session.Discard(rows);
+}
+
+void GridEditing::GoTo(std::optional<RowIndex> row) {
+  if (!row) return;
+  RowView& rows = m_window.Rows();
+  const int nPlace = rows.Model().PlaceOf(*row);
+  if (nPlace >= 0) rows.GoTo(nPlace, std::max(0, rows.currentIndex().column()));
+}
+
+void GridEditing::TellOfStored(RowState before) {
+  const auto& names = m_session.Updatability().table.names;
+  if (std::ranges::find(names, platform::Text()) != names.end()) {
+    m_window.Status().Remark(
+        QStringLiteral("The row was stored. What the query works out of it is shown as it was "
+                       "before; refresh to see it anew."),
+        false);
+  }
+  if (before == RowState::New) Raise(m_events.inserted);
+}
+
+void GridEditing::Raise(const std::function<void()>& event) {
+  if (event) event();
+}
+
+// ---- what is told
+
+void GridEditing::RowChanged(std::optional<RowIndex> row) {
+  RowModel& model = m_window.Rows().Model();
+  if (!row) {
+    model.TakeRowsIn();
+  } else {
+    model.TellOfChange(*row);
+  }
+  TellOfPending();
+  TellOfCurrent();
+}
+
+void GridEditing::TellOfPending() {
+  m_window.Status().Pending(static_cast<RowIndex>(m_session.Pending().size()));
+  if (m_session.Recordset() && m_events.pending) m_events.pending(Unsent());
+}
+
+RowIndex GridEditing::Unsent() const {
+  const auto pending = m_session.Pending();
+  const auto rows = static_cast<RowIndex>(pending.size());
+  const CellEditor* typed = Typed();
+  const QModelIndex current = m_window.Rows().currentIndex();
+  if (!typed || !typed->Touched() || !current.isValid()) return rows;
+  const RowIndex row = m_window.Rows().Model().RecordRow(current.row());
+  return std::ranges::binary_search(pending, row) ? rows : rows + 1;
+}
+
+void GridEditing::TellOfCurrent() {
+  const QModelIndex current = m_window.Rows().currentIndex();
+  if (!m_session.Recordset()) return;
+  m_window.Status().Remark(
+      current.isValid() ? m_session.RemarkOf(m_window.Rows().Model().RecordRow(current.row()))
+                        : QString());
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,175 @@
+#include "controls/grid/grid_export.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QProgressDialog>
+#include <algorithm>
+
+#include "controls/values/tell_box.h"
+#include "controls/view/clipboard_text.h"
+#include "controls/view/header_view.h"
+#include "controls/view/status_strip.h"
+#include "platform/failure.h"
+
+namespace orvane::controls {
+
+using exports::Exported;
+using platform::ColumnIndex;
+using platform::FetchState;
+
+namespace {
+
+constexpr int kRowsBetweenLooks = 10'000;
+constexpr int kProgressSteps = 1000;
+
+/// The file was last written here.
+QString& LastFolder() {
+  static QString sFolder = QDir::homePath();
+  return sFolder;
+}
+
+QString AskForPath(QWidget* parent, const QString& sSuggested) {
+  // A dialog that goes with the grid's window must not stand on the stack.
+  const QPointer<QFileDialog> dialog = new QFileDialog(parent, "Export Rows", LastFolder());
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->selectFile(sSuggested);
+  const bool bAccepted = dialog->exec() == QDialog::Accepted;
+  const QString sPath = dialog && bAccepted ? dialog->selectedFiles().value(0) : QString();
+  delete dialog.data();
+  if (!sPath.isEmpty()) LastFolder() = QFileInfo(sPath).absolutePath();
+  return sPath;
+}
+
+QString DoneText(const Exported& done) {
+  const QString sPath = QString::fromStdString(done.path.string());
+  if (done.bCut) {
+    return QStringLiteral("Exported only the %1, as the source has more: %2")
+        .arg(QString::fromStdString(exports::CutMark(done.rows)), sPath);
+  }
+  return QStringLiteral("Exported %1 to %2").arg(RowsText(done.rows), sPath);
+}
+
+/// The columns in the order in which they stand, those of the selection or all in sight.
+std::vector<ColumnIndex> ColumnsOf(const RowView& rows, const QItemSelection* selection) {
+  std::vector<ColumnIndex> columns;
+  for (const int nColumn : rows.Names().Shown()) {
+    const bool bSelected =
+        !selection || std::ranges::any_of(*selection, [&](const QItemSelectionRange& range) {
+          return nColumn >= range.left() && nColumn <= range.right();
+        });
+    if (bSelected) columns.push_back(nColumn);
+  }
+  return columns;
+}
+
+}  // namespace
+
+GridExport::GridExport(GridWindow& window, ExportSource source)
+    : m_window(&window), m_source(std::move(source)) {
+  window.Rows().Commands().Add({CommandGroup::Copy, "E&xport Rows\u2026",
+                                QKeySequence("Ctrl+Shift+E"), [this] { Run(); },
+                                [this] { return m_window && m_window->Rows().HasRows(); }});
+}
+
+void GridExport::Run() {
+  // The grid may go while a dialog is open; then nothing of this object is touched any more.
+  const QPointer<GridWindow> window = m_window;
+  const std::weak_ptr<void> life = m_life;
+  ExportChoice choice = m_before;
+  const QString sPath = Ask(choice);
+  if (sPath.isEmpty() || life.expired() || !window) return;
+  m_before = choice;
+  try {
+    const std::optional<Exported> done = Write(choice, sPath);
+    if (window && done) window->Remark(DoneText(*done), done->bCut);
+  } catch (const std::exception& exception) {
+    if (!window) return;
+    const auto* const failed = dynamic_cast<const platform::Failure*>(&exception);
+    if (failed != nullptr && failed->Number() == platform::failure::kCancelled) {
+      window->Remark("The export was cancelled; no file was written.", false);
+    } else {
+      TellInBox(*window, "Export Rows", SentenceOf(exception));
+    }
+  }
+}
+
+ExportOffer GridExport::Offer() const {
+  const RowView& rows = m_window->Rows();
+  ExportOffer offer;
+  offer.shown = rows.Model().Places();
+  const QItemSelection& selection = rows.selectionModel()->selection();
+  const bool bOneCell =
+      selection.size() == 1 && selection.front().width() == 1 && selection.front().height() == 1;
+  if (!bOneCell) offer.selected = SelectedRows(selection);
+  offer.bAll = m_source.canFetch();
+  return offer;
+}
+
+QString GridExport::Ask(ExportChoice& choice) const {
+  const QPointer<GridWindow> window = m_window;
+  const std::weak_ptr<void> life = m_life;
+  const QPointer<ExportDialog> dialog = new ExportDialog(window, Offer(), choice);
+  const bool bAccepted = dialog->exec() == QDialog::Accepted;
+  if (dialog) choice = dialog->Choice();
+  delete dialog.data();
+  if (!bAccepted || life.expired() || !window) return {};
+  const QString sName =
+      FileNameOf(QString::fromStdString(m_source.subject().sName), choice.writer.form);
+  return AskForPath(window, sName);
+}
+
+std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QString& sPath) {
+  exports::WriterOptions options = choice.writer;
+  options.zone = m_source.zone();
+  options.sInto = m_source.subject().sInto;
+  exports::RowExport target(std::move(options), sPath.toStdString());
+  if (choice.rows != ExportRows::All) return WriteHeld(choice, target);
+  // The grid, and with it this object, may be gone before the last row has come.
+  const auto fetch = m_source.fetch;
+  const FetchState state =
+      fetch([&target](const platform::RecordsetPtr& rows) { target.Rows(*rows); });
+  return target.Finish(state == FetchState::Truncated || state == FetchState::Stopped);
+}
+
+std::optional<Exported> GridExport::WriteHeld(const ExportChoice& choice,
+                                              exports::RowExport& target) {
+  const RowView& view = m_window->Rows();
+  const RowModel& model = view.Model();
+  const platform::RecordsetPtr rs = model.Recordset();
+  if (!rs) return std::nullopt;
+  // The grid may show something else before the last row is written: nothing more is asked of it.
+  const auto recordRow = model.RecordRows();
+  const bool bSelected = choice.rows == ExportRows::Selected;
+  const QItemSelection selection = view.selectionModel()->selection();
+  std::vector<std::pair<int, int>> spans{{0, model.Places() - 1}};
+  if (bSelected) spans = RowSpans(selection);
+  target.Begin(*rs, ColumnsOf(view, bSelected ? &selection : nullptr));
+  platform::RowIndex total = 0;
+  for (const auto& [nFirst, nLast] : spans) total += nLast - nFirst + 1;
+  const QPointer<QProgressDialog> progress =
+      new QProgressDialog("Writing rows\u2026", "Cancel", 0, kProgressSteps, m_window);
+  const struct Deleter {
+    const QPointer<QProgressDialog>& dialog;
+    ~Deleter() { delete dialog.data(); }
+  } deleter{progress};
+  progress->setWindowTitle("Export Rows");
+  progress->setWindowModality(Qt::ApplicationModal);
+  for (const auto& [nFirst, nLast] : spans) {
+    for (int nPlace = nFirst; nPlace <= nLast; ++nPlace) {
+      const platform::RowIndex row = recordRow(nPlace);
+      if (row < rs->RecordCount()) target.Row(*rs, row);
+      if (target.RowCount() % kRowsBetweenLooks != 0) continue;
+      if (progress) {
+        progress->setValue(static_cast<int>(target.RowCount() * kProgressSteps / total));
+      }
+      if (!progress || progress->wasCanceled()) {
+        throw platform::Failure(platform::failure::kCancelled, "The export was cancelled.");
+      }
+    }
+  }
+  const FetchState state = rs->State();
+  return target.Finish(!bSelected && state != FetchState::Complete);
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,35 @@
+// What a grid runs: a statement with its limits, and what is said when it has no rows. Made by the
+// grid controls, run by their core; plain values.
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+#include "controls/order/rows_states.h"
+#include "controls/statements/row_statements.h"
+
+namespace orvane::controls {
+
+/// What a grid says when a recordset has no rows.
+struct NoRowsTexts {
+  QString sTitle;
+  QString sSentence;
+};
+
+struct GridQuery {
+  platform::Text sSqlText;
+  platform::Long lMaxRows = 0;       ///< 0 or less is no limit
+  platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
+  NoRowsTexts noRows;
+  std::optional<RowTable> table = {};  ///< none where only the recordset can tell
+  /// Of rows that follow the ones shown: how they are to be looked at. Those shown stay until they
+  /// have come.
+  std::function<RowsState(const platform::Recordset& rs)> following = {};
+};
+
+/// What a statement may do: showing is reading, and only a press of the button lets it change.
+enum class Access : std::uint8_t { Read, Change };
+
+}  // namespace orvane::controls

@@ -1,0 +1,86 @@
+#include "controls/grid/query_results.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/quoting.h"
+
+namespace orvane::controls {
+
+using platform::Failure;
+using platform::RecordsetPtr;
+using platform::Text;
+
+QueryResults::QueryResults(GridServices services)
+    : GridControl(std::move(services), "Query results"),
+      m_time(m_core, {{},
+                      [this] { Execute(); },
+                      [this] {
+                        return !m_core.Editing().IsTyping() &&
+                               m_core.Editing().Session().Pending().empty();
+                      },
+                      [this] { return m_sSqlText; }}) {
+  m_core.OnReconnected([this] { Execute(); });
+}
+
+void QueryResults::QueryName(const Text& sName) {
+  m_sName = sName;
+  m_core.Query(sName);
+  m_core.Subject({sName, platform::QuotedName(sName.empty() ? Text("Rows") : sName)});
+  m_core.Window().setAccessibleName(sName.empty() ? QStringLiteral("Query results")
+                                                  : QStringLiteral("Results of ") +
+                                                        QString::fromStdString(sName));
+}
+
+void QueryResults::SqlText(const Text& sSqlText) {
+  // A range stands around a text that has run by itself, and around no other.
+  if (sSqlText != m_sSqlText) m_time.Forget();
+  m_sSqlText = sSqlText;
+}
+
+Text QueryResults::Statement() const {
+  return StatementWithin(m_sSqlText, m_time.View());
+}
+
+void QueryResults::Execute() {
+  if (m_sSqlText.find_first_not_of(" \t\r\n") == Text::npos) {
+    m_core.Fail(Failure(platform::failure::kInvalidArgument,
+                        "The query has no SQL statement; edit the query and write one."));
+  }
+  GridQuery query{Statement(), m_lMaxRows, m_lQueryTimeout, TextsWithoutRows()};
+  m_time.Prepare(query);
+  const std::weak_ptr<int> life = m_life;
+  m_core.Run(query);
+  if (!life.expired()) m_time.RowsShown();
+}
+
+RecordsetPtr QueryResults::Recordset() const {
+  const RecordsetPtr& rs = m_core.Recordset();
+  if (!rs) return rs;
+  RowsState state = m_core.State();
+  m_time.Keep(state);
+  m_core.States().Keep(*rs, std::move(state));
+  return rs;
+}
+
+void QueryResults::Recordset(const RecordsetPtr& rs) {
+  if (!rs) return m_core.Empty();
+  const RowsState* found = m_core.States().Find(*rs);
+  // Whoever hears of the rows may keep other states meanwhile, or drop the grid.
+  const auto state = found ? std::optional(*found) : std::nullopt;
+  const std::weak_ptr<int> life = m_life;
+  m_core.Attach(rs, state ? &*state : nullptr, m_sSqlText, TextsWithoutRows(), std::nullopt);
+  if (!life.expired()) m_time.Restore(state ? &*state : nullptr);
+}
+
+NoRowsTexts QueryResults::TextsWithoutRows() const {
+  const QString sWhere =
+      m_time.View().range ? QStringLiteral(" in the range of time that is set") : QString();
+  if (m_sName.empty()) {
+    return {"No rows", QStringLiteral("The query found nothing%1.").arg(sWhere)};
+  }
+  return {"No rows", QStringLiteral("The query \"%1\" found nothing%2.")
+                         .arg(QString::fromStdString(m_sName), sWhere)};
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,41 @@
+// The grid that shows the rows of a named query, behind the progid "ORVOLEDBCtls.QueryResults".
+// The console makes a fresh one for each visit to a query. User-interface thread.
+#pragma once
+
+#include "controls/grid/grid_control.h"
+#include "controls/grid/table_time.h"
+
+namespace orvane::controls {
+
+class QueryResults : public GridControl<platform::QueryResults> {
+ public:
+  explicit QueryResults(GridServices services);
+
+  platform::Text QueryName() const override { return m_sName; }
+  void QueryName(const platform::Text& sName) override;
+  platform::Text SqlText() const override { return m_sSqlText; }
+  void SqlText(const platform::Text& sSqlText) override;
+  platform::Long MaxRows() const override { return m_lMaxRows; }
+  void MaxRows(platform::Long lMaxRows) override { m_lMaxRows = lMaxRows; }
+  platform::Long QueryTimeout() const override { return m_lQueryTimeout; }
+  void QueryTimeout(platform::Long lQueryTimeout) override { m_lQueryTimeout = lQueryTimeout; }
+  void Execute() override;
+  /// Reading the recordset also remembers how it is being looked at: whoever takes it is about to
+  /// hide the grid, and a fresh one that is given it shows it the same way.
+  platform::RecordsetPtr Recordset() const override;
+  void Recordset(const platform::RecordsetPtr& rs) override;
+
+ private:
+  NoRowsTexts TextsWithoutRows() const;
+  /// What is sent: the query's text, with the range of time that is set around it.
+  platform::Text Statement() const;
+
+  platform::Text m_sName;
+  platform::Text m_sSqlText;
+  platform::Long m_lMaxRows = 100;
+  platform::Long m_lQueryTimeout = 60;
+  TableTime m_time;
+  std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
+};
+
+}  // namespace orvane::controls

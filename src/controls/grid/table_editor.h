@@ -1,0 +1,50 @@
+// The grid that shows a table's rows, behind the progid "ORVOLEDBCtls.TableEditor".
+// The console makes a fresh one for each visit to a table. User-interface thread.
+#pragma once
+
+#include "controls/grid/grid_control.h"
+#include "controls/grid/grid_import.h"
+#include "controls/grid/row_count.h"
+#include "controls/grid/table_time.h"
+
+namespace orvane::controls {
+
+class TableEditor : public GridControl<platform::TableEditor> {
+ public:
+  explicit TableEditor(GridServices services);
+
+  void TableQuery(const platform::TableQueryPtr& query) override;
+  void Requery() override;
+  /// lUpdatability is the number of the state in which DetachRecordset saw these very rows: current
+  /// cell, selection, scroll position, column widths and SQL text come back. Any other number, and
+  /// 0, shows the rows from the first on.
+  void AttachRecordset(const platform::RecordsetPtr& rs, platform::Long lUpdatability) override;
+  platform::RecordsetPtr DetachRecordset(platform::Long& lUpdatability) override;
+  /// By the current column, in front of no other. Where the row limit cut the rows, the server
+  /// sorts all of them; the table's query stays as it is.
+  void SortAscending() override { SortByCurrent(true); }
+  void SortDescending() override { SortByCurrent(false); }
+  platform::Boolean CanSort() const override;
+  [[nodiscard]] platform::Subscription OnHeadClick(std::function<void()> handler) override;
+  [[nodiscard]] platform::Subscription OnFilterKept(std::function<void()> handler) override;
+
+ private:
+  NoRowsTexts TextsWithoutRows() const;
+  std::optional<RowTable> TableOfRows() const;
+  RowCount::Counted Counted() const;
+  /// True while there is something that was not sent yet.
+  bool Editing() const;
+  void SortByCurrent(bool bAscending);
+  /// True when the server was asked for the rows in that order; the grid may be gone then.
+  bool SortAtServer(const std::vector<SortColumn>& columns);
+
+  platform::TableQueryPtr m_query;
+  /// The order that the server was asked for by the grid, beside that of the query.
+  std::vector<platform::SortCriterion> m_order;
+  TableTime m_time;
+  GridImport m_import;
+  RowCount m_count;
+  std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
+};
+
+}  // namespace orvane::controls

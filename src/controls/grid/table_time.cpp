@@ -1,0 +1,260 @@
+#include "controls/grid/table_time.h"
+
+#include <utility>
+
+#include "controls/grid/followed_rows.h"
+#include "controls/grid/grid_core.h"
+#include "controls/grid/grid_trend.h"
+#include "controls/grid/grid_window.h"
+#include "controls/statements/time_column.h"
+#include "controls/values/clock_input.h"
+#include "platform/conversions.h"
+#include "platform/quoting.h"
+
+namespace orvane::controls {
+
+using platform::Failure;
+using platform::Text;
+using platform::Value;
+
+namespace {
+
+constexpr platform::Long kMostTags = 100'000;
+constexpr platform::Long kUnitsTimeout = 10;
+constexpr std::string_view kNamePrefix = "Orv_";
+
+/// Keeps a mark true as long as it lives, also when the mark's owner does not.
+struct Marked {
+  explicit Marked(std::shared_ptr<bool> bMark) : b(std::move(bMark)) { *b = true; }
+  ~Marked() { *b = false; }
+  Marked(const Marked&) = delete;
+  Marked& operator=(const Marked&) = delete;
+  std::shared_ptr<bool> b;
+};
+
+/// The state as it is with the rows as they came, whatever order was made of them here: that order
+/// is of these rows alone.
+RowsState InTheirOwnOrder(RowsState state, const RowModel& model) {
+  if (!model.Order()) return state;
+  constexpr std::size_t kMostSelected = 10'000;
+  const auto row = [&](int nPlace) {
+    return nPlace < 0 ? -1 : static_cast<int>(model.RecordRow(nPlace));
+  };
+  state.order.reset();
+  state.nCurrentRow = row(state.nCurrentRow);
+  state.nTopRow = 0;
+  std::vector<CellRange> selection;
+  for (const CellRange& range : state.selection) {
+    for (int nPlace = range.nTop; nPlace <= range.nBottom && selection.size() < kMostSelected;
+         ++nPlace) {
+      selection.push_back({row(nPlace), range.nLeft, row(nPlace), range.nRight});
+    }
+  }
+  state.selection = std::move(selection);
+  return state;
+}
+
+}  // namespace
+
+TableTime::TableTime(GridCore& core, Grid grid)
+    : m_core(core),
+      m_grid(std::move(grid)),
+      m_bar(new TimeBar([&core] { return core.Now(); }, &core.Window())) {
+  m_core.Window().Above(m_bar);
+  m_bar->OfferKeep(!m_grid.statement);
+  m_bar->hide();
+  m_bar->OnRange([this](const std::optional<TimeRange>& range) { Choose(range); });
+  m_bar->OnKeep([this] { KeepRange(); });
+  m_bar->OnFollow([this](TimeBar::Follow pause) { m_follower->Every(pause); });
+  m_follower = std::make_unique<Follower>(
+      m_core.Window(),
+      [this] {
+        return m_core.Recordset() && m_core.Connection() && !m_core.Running() && !*m_asking &&
+               m_grid.mayFollow();
+      },
+      [this] { FollowOnce(); });
+  m_core.Window().Trend().OnRange([this](const trend::TrendSpan& span) {
+    Choose(TimeRange{ClockText(span.from, m_core.Zone()), ClockText(span.to, m_core.Zone())});
+  });
+  m_core.Window().Trend().AskUnits([this] { return AskUnits(); });
+}
+
+void TableTime::Forget() {
+  m_viewing = {};
+  m_bar->Refuse({});
+}
+
+bool TableTime::Learn() {
+  if (*m_asking) GridCore::FailBusy();
+  const platform::TableQueryPtr query = m_grid.query();
+  // With an order of its own there is nothing to ask: the rows will tell.
+  if (query->SortCriterion() || !m_core.Connection()) return true;
+  if (m_bFollowing && m_viewing.timeColumn) return true;
+  const std::weak_ptr<bool> life = m_asking;
+  std::optional<Text> column;
+  try {
+    const Marked asking(m_asking);
+    const platform::ConnectionPtr cn = m_core.Connection();
+    column = TimeColumnOf(*cn, query->Catalog(), query->Table());
+  } catch (const Failure& failure) {
+    // Whatever else is wrong, the statement will tell.
+    if (!life.expired() && failure.Number() == platform::failure::kCancelled) m_core.Fail(failure);
+  } catch (const std::exception&) {
+  }
+  if (life.expired()) return false;
+  // Where times are numbers, the rows may have told what the server's columns do not.
+  const platform::ConnectionPtr cn = m_core.Connection();
+  if (column || !cn || !GivesTimesAsNumbers(*cn)) {
+    m_viewing.timeColumn = std::move(column);
+  }
+  return true;
+}
+
+void TableTime::Prepare(GridQuery& query) {
+  if (!m_bFollowing || !m_core.Recordset()) return;
+  std::vector<Text> key;
+  for (const char* sName : {"Tag", "Timestamp"}) key.emplace_back(sName);
+  const auto before = std::make_shared<FollowedRows>(
+      *m_core.Recordset(), InTheirOwnOrder(m_core.State(), m_core.Window().Rows().Model()),
+      std::move(key));
+  query.following = [this, before,
+                     life = std::weak_ptr<bool>(m_asking)](const platform::Recordset& rs) {
+    if (!life.expired()) m_core.Window().Rows().Model().NewRows(before->NewIn(rs));
+    return before->StateIn(rs);
+  };
+}
+
+void TableTime::RowsShown() {
+  if (m_grid.statement && m_core.Recordset()) m_viewing.timeColumn.reset();
+  if (!m_viewing.timeColumn && m_core.Recordset()) {
+    if (const auto column = TimeColumnOf(*m_core.Recordset())) {
+      m_viewing.timeColumn = m_core.Recordset()->FieldAt(*column).Name();
+    }
+  }
+  m_bar->setVisible(m_viewing.timeColumn.has_value());
+  // Nobody could end what has no bar.
+  if (!m_viewing.timeColumn) StopFollowing();
+  ShowRange();
+}
+
+void TableTime::ShowRange() {
+  const platform::TableQueryPtr query = Query();
+  m_bar->Zone(m_core.Zone());
+  m_bar->OwnRange(query && m_viewing.timeColumn
+                      ? RangeIn(query->FilterCondition(), *m_viewing.timeColumn)
+                      : std::nullopt);
+  m_bar->Range(m_viewing.range);
+}
+
+void TableTime::Keep(RowsState& state) const {
+  state.viewing = m_viewing;
+}
+
+void TableTime::Restore(const RowsState* state) {
+  if (state != nullptr) m_viewing = state->viewing;
+  RowsShown();
+}
+
+platform::TableQueryPtr TableTime::Query() const {
+  return m_grid.query ? m_grid.query() : nullptr;
+}
+
+QString TableTime::WhyNoRange(const TimeRange& range) {
+  Viewing within = m_viewing;
+  within.range = range;
+  const Text sSql = StatementWithin(m_grid.statement(), within);
+  const Marked asking(m_asking);
+  try {
+    // Whether it can be read at all; nothing is run.
+    m_core.Ask("EXPLAIN " + sSql, 1, kUnitsTimeout);
+  } catch (const Failure& failure) {
+    // Of anything else the rows will tell.
+    if (failure.Number() == platform::failure::kSqlError) {
+      return QStringLiteral("This query takes no range of time. ") +
+             QString::fromStdString(failure.Description());
+    }
+  } catch (const std::exception&) {
+  }
+  return {};
+}
+
+void TableTime::StopFollowing() {
+  m_bar->StopFollowing();
+  m_follower->Every(std::nullopt);
+}
+
+void TableTime::Choose(const std::optional<TimeRange>& range) {
+  if (m_core.Running() || *m_asking) {
+    // The rows that come are those of the range before.
+    m_bar->Range(m_viewing.range);
+    m_core.Window().Remark("The range was not set: rows are still being fetched; stop that first.",
+                           true);
+    return;
+  }
+  if (range && m_grid.statement) {
+    const std::weak_ptr<bool> life = m_asking;
+    const QString sWhy = WhyNoRange(*range);
+    if (life.expired()) return;
+    if (!sWhy.isEmpty()) {
+      m_bar->Range(m_viewing.range);
+      return m_bar->Refuse(sWhy);
+    }
+  }
+  m_viewing.range = range;
+  Requery();
+}
+
+void TableTime::Requery() {
+  const std::weak_ptr<bool> life = m_asking;
+  try {
+    m_grid.requery();
+  } catch (const std::exception& exception) {
+    // The window shows its sentence; nobody is behind a button or a clock to be told.
+    if (life.expired()) return;
+    m_core.Note(exception);
+    StopFollowing();
+  }
+}
+
+void TableTime::FollowOnce() {
+  const std::weak_ptr<bool> life = m_asking;
+  m_bFollowing = true;
+  Requery();
+  if (!life.expired()) m_bFollowing = false;
+}
+
+void TableTime::KeepRange() {
+  const platform::TableQueryPtr query = Query();
+  if (!query || !m_viewing.range) return;
+  query->FilterCondition(FilterWithin(query->FilterCondition(), m_viewing));
+  m_viewing.range.reset();
+  ShowRange();
+  // Otherwise the default filter would take its place one day.
+  m_core.Window().Raise(&GridEvents::filterKept);
+}
+
+trend::TrendView::Units TableTime::AskUnits() {
+  const platform::TableQueryPtr query = Query();
+  // Of a named query the server has told which table its rows are of, if they are of one.
+  const RowTable& rows = m_core.Editing().Session().Updatability().table;
+  const Text sCatalog = query ? query->Catalog() : rows.sCatalog;
+  const Text sTable = query ? query->Table() : rows.sTable;
+  if (sCatalog.empty() || m_core.Running() || *m_asking) return {};
+  const Text sPrefix(sTable.starts_with(kNamePrefix) ? kNamePrefix : std::string_view());
+  const Text sSql = "SELECT \"Tag\", \"Unit\" FROM " + platform::QuotedName(sCatalog) + ".." +
+                    platform::QuotedName(sPrefix + "Tags");
+  trend::TrendView::Units units;
+  try {
+    const Marked asking(m_asking);
+    const platform::RecordsetPtr rs = m_core.Ask(sSql, kMostTags, kUnitsTimeout);
+    for (platform::RowIndex row = 0; rs && row < rs->RecordCount(); ++row) {
+      const Value vtUnit = rs->ValueAt(row, 1);
+      if (!vtUnit.IsNull()) units[platform::ToText(rs->ValueAt(row, 0))] = platform::ToText(vtUnit);
+    }
+  } catch (const std::exception&) {
+    // A catalog need not have such a table; the lines then have no units.
+  }
+  return units;
+}
+
+}  // namespace orvane::controls

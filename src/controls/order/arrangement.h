@@ -1,0 +1,28 @@
+// How the rows of a grid are to stand: by which columns they are sorted, and which of them are
+// seen. Kept by the view of the rows and with the state of looking at them; a plain value.
+#pragma once
+
+#include <vector>
+
+#include "controls/order/row_filter.h"
+
+namespace orvane::controls {
+
+struct SortColumn {
+  platform::ColumnIndex column = 0;
+  bool bAscending = true;
+  friend bool operator==(const SortColumn&, const SortColumn&) = default;
+};
+
+struct Arrangement {
+  std::vector<SortColumn> sort;  ///< the first one counts most
+  /// The rows came sorted from the server: only there are all of them.
+  bool bSortedByServer = false;
+  std::vector<ColumnFilter> filters;
+
+  bool IsNone() const { return sort.empty() && filters.empty(); }
+  /// Nothing is to be done here.
+  bool NeedsNoWork() const { return filters.empty() && (sort.empty() || bSortedByServer); }
+};
+
+}  // namespace orvane::controls

@@ -1,0 +1,160 @@
+#include "controls/order/row_arranger.h"
+
+#include <algorithm>
+#include <chrono>
+#include <numeric>
+#include <utility>
+
+namespace orvane::controls {
+
+using platform::RowIndex;
+
+namespace {
+
+/// As many are read, and sorted, in less time than anybody notices.
+constexpr RowIndex kAtOnce = 20'000;
+constexpr std::chrono::milliseconds kSlice(12);
+constexpr std::chrono::milliseconds kUntilNextTry(50);
+constexpr RowIndex kRowsBetweenClocks = 512;
+
+}  // namespace
+
+struct RowArranger::Work {
+  platform::RecordsetPtr rs;
+  Arrangement arrangement;
+  CellFormat format;
+  Done done;
+  bool bAtOnce = false;
+  RowIndex fetched = 0;                ///< rows that are arranged
+  std::vector<RowOrder::Number> rows;  ///< those that are seen, in their order so far
+  RowIndex read = 0;                   ///< rows that were filtered, or read for the keys
+  bool bFiltered = false;
+  std::size_t sorts = 0;  ///< columns still to be sorted by, the last one first
+  std::optional<SortKeys> keys;
+};
+
+RowArranger::RowArranger(QObject* parent) : QObject(parent) {}
+
+RowArranger::~RowArranger() {
+  Cancel();
+}
+
+void RowArranger::Arrange(platform::RecordsetPtr rs, const Arrangement& arrangement,
+                          const CellFormat& format, Done done) {
+  Cancel();
+  m_work = std::make_unique<Work>();
+  m_work->rs = std::move(rs);
+  m_work->arrangement = arrangement;
+  m_work->format = format;
+  m_work->done = std::move(done);
+  m_work->fetched = m_work->rs ? m_work->rs->FetchedCount() : 0;
+  m_work->bAtOnce = m_work->fetched <= kAtOnce;
+  m_work->sorts = arrangement.bSortedByServer ? 0 : arrangement.sort.size();
+  if (arrangement.NeedsNoWork() || !m_work->rs) {
+    const Done tell = std::exchange(m_work, nullptr)->done;
+    return tell(nullptr, {});
+  }
+  if (m_work->fetched > kMostRows) {
+    return Finish(
+        QStringLiteral("More than 50,000,000 rows are not sorted or filtered here. Let "
+                       "the table's query choose fewer."));
+  }
+  Next();
+}
+
+void RowArranger::Cancel() {
+  m_bStop = true;
+  if (m_worker.joinable()) m_worker.join();
+  m_bStop = false;
+  ++m_nRun;
+  m_work.reset();
+}
+
+bool RowArranger::Slice() {
+  Work& work = *m_work;
+  const auto end = std::chrono::steady_clock::now() + kSlice;
+  const auto goOn = [&] {
+    return work.bAtOnce || work.read % kRowsBetweenClocks != 0 ||
+           std::chrono::steady_clock::now() < end;
+  };
+  if (!work.bFiltered) {
+    for (; work.read < work.fetched; ++work.read) {
+      if (!goOn()) return false;
+      const bool bSeen = std::ranges::all_of(work.arrangement.filters, [&](const auto& filter) {
+        return filter.Holds(work.rs->ValueAt(work.read, filter.Column()), work.format);
+      });
+      if (bSeen) work.rows.push_back(static_cast<RowOrder::Number>(work.read));
+    }
+    work.bFiltered = true;
+    work.read = 0;
+  }
+  if (work.sorts == 0) return true;
+  const auto count = static_cast<RowIndex>(work.rows.size());
+  const platform::ColumnIndex column = work.arrangement.sort[work.sorts - 1].column;
+  if (!work.keys) work.keys.emplace(work.rows.size(), work.rs->FieldAt(column).TextOrder());
+  for (; work.read < count; ++work.read) {
+    if (!goOn()) return false;
+    work.keys->Append(work.rs->ValueAt(work.rows[static_cast<std::size_t>(work.read)], column));
+  }
+  return true;
+}
+
+void RowArranger::Next() {
+  while (true) {
+    if (!Slice()) {
+      // The events between two slices may be the end of it all.
+      QTimer::singleShot(0, this, [this, nRun = m_nRun] {
+        if (nRun == m_nRun) Next();
+      });
+      return;
+    }
+    if (m_work->sorts == 0) return Finish();
+    if (!m_work->keys->HaveRoom()) {
+      return Finish(QStringLiteral("The texts of this column are too long to sort its rows here."));
+    }
+    if (!m_work->bAtOnce) return StartSorting();
+    const bool bAscending = m_work->arrangement.sort[m_work->sorts - 1].bAscending;
+    m_work->keys->Sort(m_work->rows, bAscending, m_bStop);
+    m_work->keys.reset();
+    m_work->read = 0;
+    --m_work->sorts;
+  }
+}
+
+void RowArranger::StartSorting() {
+  if (m_worker.joinable()) m_worker.join();
+  const bool bAscending = m_work->arrangement.sort[m_work->sorts - 1].bAscending;
+  m_worker = std::thread([this, work = m_work.get(), nRun = m_nRun, bAscending] {
+    work->keys->Sort(work->rows, bAscending, m_bStop);
+    if (m_bStop) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this, nRun] {
+          if (nRun != m_nRun) return;  // it was cancelled meanwhile
+          m_work->keys.reset();
+          m_work->read = 0;
+          --m_work->sorts;
+          Next();
+        },
+        Qt::QueuedConnection);
+  });
+}
+
+void RowArranger::Finish(const QString& sWhyNot) {
+  if (m_holding && !m_work->bAtOnce && m_holding()) {
+    QTimer::singleShot(kUntilNextTry, this, [this, nRun = m_nRun, sWhyNot] {
+      if (nRun == m_nRun) Finish(sWhyNot);
+    });
+    return;
+  }
+  ++m_nRun;
+  if (m_worker.joinable()) m_worker.join();
+  const std::unique_ptr<Work> work = std::exchange(m_work, nullptr);
+  std::shared_ptr<const RowOrder> order;
+  if (sWhyNot.isEmpty()) {
+    order = std::make_shared<const RowOrder>(std::move(work->rows), work->fetched);
+  }
+  work->done(std::move(order), sWhyNot);
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,145 @@
+#include "controls/order/row_filter.h"
+
+#include <cstdlib>
+#include <optional>
+#include <utility>
+
+#include "controls/order/sort_keys.h"
+#include "controls/values/value_input.h"
+
+namespace orvane::controls {
+
+using platform::Value;
+using platform::ValueKind;
+
+namespace {
+
+std::optional<long double> NumberOf(const Value& vtValue) {
+  if (const auto* ll = vtValue.As<std::int64_t>()) return static_cast<long double>(*ll);
+  if (const auto* l = vtValue.As<std::int32_t>()) return *l;
+  if (const auto* d = vtValue.As<double>()) return *d;
+  if (const auto* b = vtValue.As<bool>()) return *b ? 1 : 0;
+  if (const auto* t = vtValue.As<platform::Timestamp>()) {
+    return static_cast<long double>(t->time_since_epoch().count());
+  }
+  if (const auto* decimal = vtValue.As<platform::Decimal>()) {
+    return std::strtold(decimal->sDigits.c_str(), nullptr);
+  }
+  return std::nullopt;
+}
+
+/// The kinds in their order; those that are numbers, or kept as numbers, are one.
+int RankOf(const Value& vtValue) {
+  if (vtValue.IsNull()) return -1;
+  return NumberOf(vtValue) ? 0 : static_cast<int>(vtValue.Kind());
+}
+
+template <class T>
+int Order(const T& one, const T& other) {
+  return one < other ? -1 : other < one ? 1 : 0;
+}
+
+}  // namespace
+
+int CompareValues(const Value& vtOne, const Value& vtOther) {
+  if (RankOf(vtOne) != RankOf(vtOther)) return Order(RankOf(vtOne), RankOf(vtOther));
+  if (const auto number = NumberOf(vtOne)) {
+    const int nOrder = Order(*number, *NumberOf(vtOther));
+    const auto* one = vtOne.As<platform::Decimal>();
+    const auto* other = vtOther.As<platform::Decimal>();
+    return nOrder == 0 && one && other ? CompareDecimals(one->sDigits, other->sDigits) : nOrder;
+  }
+  if (const auto* text = vtOne.As<platform::Text>())
+    return text->compare(*vtOther.As<platform::Text>());
+  if (const auto* day = vtOne.As<platform::Date>())
+    return Order(*day, *vtOther.As<platform::Date>());
+  if (const auto* time = vtOne.As<platform::TimeOfDay>()) {
+    return Order(*time, *vtOther.As<platform::TimeOfDay>());
+  }
+  if (const auto* bytes = vtOne.As<platform::Bytes>()) {
+    return Order(*bytes, *vtOther.As<platform::Bytes>());
+  }
+  if (const auto* guid = vtOne.As<platform::Guid>()) {
+    return Order(guid->bytes, vtOther.As<platform::Guid>()->bytes);
+  }
+  return 0;
+}
+
+ColumnFilter ColumnFilter::Read(const QString& sText, platform::ColumnIndex column,
+                                platform::DataType type, const CellFormat& format) {
+  ColumnFilter filter;
+  filter.m_column = column;
+  filter.m_sText = sText;
+  const QString sTrimmed = sText.trimmed();
+  if (sTrimmed.compare(u"null", Qt::CaseInsensitive) == 0) {
+    filter.m_kind = Kind::Null;
+    return filter;
+  }
+  if (sTrimmed.simplified().compare(u"not null", Qt::CaseInsensitive) == 0) {
+    filter.m_kind = Kind::NotNull;
+    return filter;
+  }
+  const ValueInput input(format.Zone());
+  const auto read = [&](const QString& sValue) {
+    return input.Read(sValue.trimmed().toStdString(), type);
+  };
+  static constexpr const char* kOperators[] = {"<>", "<=", ">=", "=", "<", ">"};
+  for (const QString sOperator : kOperators) {
+    if (!sTrimmed.startsWith(sOperator)) continue;
+    const Value vtValue = read(sTrimmed.mid(sOperator.size()));
+    filter.m_vtFrom = filter.m_vtTo = vtValue;
+    if (sOperator == u"<>") {
+      filter.m_kind = vtValue.IsNull() ? Kind::NotNull : Kind::Unequal;
+    } else if (sOperator == u"=") {
+      filter.m_kind = vtValue.IsNull() ? Kind::Null : Kind::Equal;
+    } else {
+      filter.m_kind = Kind::Within;
+      (sOperator.startsWith(u'<') ? filter.m_vtFrom : filter.m_vtTo) = Value();
+      filter.m_bFromIncluded = filter.m_bToIncluded = sOperator.size() == 2;
+    }
+    return filter;
+  }
+  if (const qsizetype nDots = sTrimmed.indexOf(u".."); nDots > 0) {
+    filter.m_kind = Kind::Within;
+    filter.m_vtFrom = read(sTrimmed.left(nDots));
+    filter.m_vtTo = read(sTrimmed.mid(nDots + 2));
+    return filter;
+  }
+  filter.m_contained = TextSought(sText);
+  return filter;
+}
+
+ColumnFilter ColumnFilter::Equal(platform::ColumnIndex column, const Value& vtValue) {
+  ColumnFilter filter;
+  filter.m_column = column;
+  filter.m_kind = vtValue.IsNull() ? Kind::Null : Kind::Equal;
+  filter.m_vtFrom = vtValue;
+  const auto sShown = QString::fromStdString(ValueInput().Shown(vtValue));
+  filter.m_sText = vtValue.IsNull() ? QStringLiteral("null") : u'=' + sShown;
+  return filter;
+}
+
+bool ColumnFilter::Holds(const Value& vtValue, const CellFormat& format) const {
+  switch (m_kind) {
+    case Kind::Contains:
+      return m_contained.IsIn(vtValue, format);
+    case Kind::Null:
+      return vtValue.IsNull();
+    case Kind::NotNull:
+      return !vtValue.IsNull();
+    case Kind::Equal:
+      return !vtValue.IsNull() && CompareValues(vtValue, m_vtFrom) == 0;
+    case Kind::Unequal:
+      return !vtValue.IsNull() && CompareValues(vtValue, m_vtFrom) != 0;
+    case Kind::Within:
+      break;
+  }
+  // A value of another kind than the bounds is not between them.
+  const Value& vtBound = m_vtFrom.IsNull() ? m_vtTo : m_vtFrom;
+  if (vtValue.IsNull() || RankOf(vtValue) != RankOf(vtBound)) return false;
+  const int nFrom = m_vtFrom.IsNull() ? 1 : CompareValues(vtValue, m_vtFrom);
+  const int nTo = m_vtTo.IsNull() ? -1 : CompareValues(vtValue, m_vtTo);
+  return (nFrom > 0 || (nFrom == 0 && m_bFromIncluded)) && (nTo < 0 || (nTo == 0 && m_bToIncluded));
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,96 @@
+#include "controls/statements/sql_text.h"
+
+#include <string_view>
+
+#include "platform/quoting.h"
+
+namespace orvane::controls {
+
+using platform::QuotedName;
+using platform::Text;
+
+namespace {
+
+bool IsBlank(const Text& sText) {
+  return sText.find_first_not_of(" \t\r\n") == Text::npos;
+}
+
+/// Behind the text, name or comment that begins at the place; behind one character of anything
+/// else.
+std::size_t Behind(const Text& sSql, std::size_t at) {
+  const auto to = [&](std::string_view sEnd) {
+    const std::size_t found = sSql.find(sEnd, at + 1);
+    return found == Text::npos ? sSql.size() : found + sEnd.size();
+  };
+  if (sSql[at] == '\'' || sSql[at] == '"') return to({&sSql[at], 1});
+  if (sSql.compare(at, 2, "--") == 0) return to("\n");
+  if (sSql.compare(at, 2, "/*") == 0) {
+    const std::size_t found = sSql.find("*/", at + 2);
+    return found == Text::npos ? sSql.size() : found + 2;
+  }
+  return at + 1;
+}
+
+/// Without a semicolon that has nothing but blanks and comments behind it.
+Text WithoutEnd(Text sSql) {
+  std::size_t semicolon = Text::npos;
+  for (std::size_t at = 0; at < sSql.size();) {
+    const bool bComment = sSql.compare(at, 2, "--") == 0 || sSql.compare(at, 2, "/*") == 0;
+    if (sSql[at] == ';') {
+      semicolon = at;
+    } else if (!bComment && !IsBlank(sSql.substr(at, 1))) {
+      semicolon = Text::npos;
+    }
+    at = Behind(sSql, at);
+  }
+  if (semicolon != Text::npos) sSql.erase(semicolon, 1);
+  return sSql;
+}
+
+}  // namespace
+
+Text ComposeWithin(const Text& sStatement, const Text& sCondition) {
+  // On lines of its own: it may end in a comment.
+  return "SELECT *\nFROM (\n" + WithoutEnd(sStatement) + "\n)\nWHERE " + sCondition;
+}
+
+Text TableInSql(const Text& sCatalog, const Text& sTable) {
+  return (sCatalog.empty() ? Text() : QuotedName(sCatalog) + "..") + QuotedName(sTable);
+}
+
+Text BothConditions(const Text& sFirst, const Text& sSecond) {
+  if (IsBlank(sFirst)) return sSecond;
+  if (IsBlank(sSecond)) return sFirst;
+  // The brackets keep an OR together; a comment at a condition's end must not swallow them.
+  return "(\n" + sFirst + "\n) AND (\n" + sSecond + "\n)";
+}
+
+Text ComposeSelect(const TableSelection& selection) {
+  Text sSql = "SELECT ";
+  if (selection.columns.empty()) {
+    sSql += '*';
+  } else {
+    Text sSeparator;
+    for (const Text& sColumn : selection.columns) {
+      sSql += sSeparator + QuotedName(sColumn);
+      sSeparator = ", ";
+    }
+  }
+
+  sSql += "\nFROM " + TableInSql(selection.sCatalog, selection.sTable);
+
+  if (!IsBlank(selection.sFilterCondition)) sSql += "\nWHERE " + selection.sFilterCondition;
+  // A sort column that the server lost leaves a criterion without a name: the builder has no entry
+  // for it. There is nothing to sort by then; an empty name would only be refused.
+  Text sSort;
+  for (const platform::SortCriterion& criterion : selection.sort) {
+    if (criterion.sColumn.empty()) continue;
+    sSort += (sSort.empty() ? "" : ", ") + QuotedName(criterion.sColumn) +
+             (criterion.bAscending ? " ASC" : " DESC");
+  }
+  // On a line of its own: a filter may end in a comment that runs to the end of its line.
+  if (!sSort.empty()) sSql += "\nORDER BY " + sSort;
+  return sSql;
+}
+
+}  // namespace orvane::controls

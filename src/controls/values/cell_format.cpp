@@ -1,0 +1,223 @@
+#include "controls/values/cell_format.h"
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <string_view>
+
+#include "platform/ado/extended_options.h"
+#include "platform/conversions.h"
+#include "platform/failure.h"
+
+namespace orvane::controls {
+
+using platform::DataType;
+using platform::Text;
+using platform::Timestamp;
+using platform::Value;
+using platform::ValueKind;
+
+namespace {
+
+constexpr int kShownCharacters = 1000;
+constexpr std::size_t kShownBytes = 32;
+constexpr QChar kEllipsis(0x2026);
+constexpr QChar kLineBreakMark(0x21B5);
+constexpr QChar kTabMark(0x21E5);
+constexpr QChar kControlMark(0xFFFD);
+
+bool IsControl(QChar c) {
+  return c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+         c == QChar::ParagraphSeparator;
+}
+
+QChar MarkOf(QChar c) {
+  if (c == u'\t') return kTabMark;
+  if (c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator) {
+    return kLineBreakMark;
+  }
+  return kControlMark;
+}
+
+/// The text in one line, with a mark for each line break.
+QString OneLine(QString sText) {
+  sText.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+  for (QChar& c : sText) {
+    if (IsControl(c)) c = MarkOf(c);
+  }
+  return sText;
+}
+
+QString ShownText(std::string_view sText) {
+  // A cell may hold megabytes; only as much as could ever be seen is looked at. No character has
+  // more than four bytes, and one cut in two lies behind those that are kept.
+  constexpr std::size_t kBytesLookedAt = std::size_t{4} * (kShownCharacters + 1);
+  QString sShown = QString::fromUtf8(
+      sText.data(), static_cast<qsizetype>(std::min(sText.size(), kBytesLookedAt)));
+  if (sShown.size() > kShownCharacters) {
+    const bool bSplitsPair = sShown.at(kShownCharacters - 1).isHighSurrogate();
+    sShown.truncate(kShownCharacters - (bSplitsPair ? 1 : 0));
+    return OneLine(std::move(sShown)) + kEllipsis;
+  }
+  return OneLine(std::move(sShown));
+}
+
+QString ShownBytes(const platform::Bytes& bytes) {
+  if (bytes.size() <= kShownBytes) {
+    return QString::fromStdString(platform::ToText(Value(bytes)));
+  }
+  const platform::Bytes head(bytes.begin(),
+                             bytes.begin() + static_cast<std::ptrdiff_t>(kShownBytes));
+  return QString::fromStdString(platform::ToText(Value(head))) + kEllipsis +
+         QStringLiteral(" (%1 bytes)").arg(bytes.size());
+}
+
+/// The same reading of the clock as if it were UTC, where it can be told at all.
+Timestamp InZone(Timestamp timestamp, const zones::TimeZone& zone) {
+  const std::chrono::microseconds offset = zone.OffsetAt(timestamp);
+  const auto since = timestamp.time_since_epoch();
+  using Limits = std::numeric_limits<std::chrono::microseconds::rep>;
+  const bool bFits = offset.count() >= 0 ? since.count() <= Limits::max() - offset.count()
+                                         : since.count() >= Limits::min() - offset.count();
+  return bFits ? timestamp + offset : timestamp;
+}
+
+/// The property as text, empty where the connection has none of that name.
+Text PropertyText(platform::Connection& cn, const char* sName) {
+  try {
+    return platform::ToText(cn.Properties().Item(Value(sName)).Value());
+  } catch (const platform::Failure&) {
+    return {};
+  }
+}
+
+}  // namespace
+
+zones::TimeZone ZoneOf(const platform::ConnectionPtr& cn) {
+  if (!cn) return {};
+  // What "Local" comes to is the provider's to say: it read the times of the statement.
+  Text sZone = PropertyText(*cn, platform::kTimeZoneInUse);
+  if (sZone.empty()) sZone = PropertyText(*cn, platform::kTimeZoneOption);
+  try {
+    // A provider without either leaves times to the machine's habit.
+    return zones::TimeZone(sZone == "Etc/UTC" ? "UTC" : sZone);
+  } catch (const platform::Failure&) {
+    // What cannot be found is shown in a zone that is the same everywhere, and the columns'
+    // tooltips tell so.
+    return zones::TimeZone::Utc();
+  }
+}
+
+QString TypeName(DataType type) {
+  switch (type) {
+    case DataType::Integer:
+      return QStringLiteral("Integer (32 bits)");
+    case DataType::BigInt:
+      return QStringLiteral("Integer (64 bits)");
+    case DataType::Double:
+      return QStringLiteral("Floating-point number");
+    case DataType::Numeric:
+      return QStringLiteral("Decimal number");
+    case DataType::Boolean:
+      return QStringLiteral("Boolean");
+    case DataType::Guid:
+      return QStringLiteral("GUID");
+    case DataType::Binary:
+      return QStringLiteral("Bytes");
+    case DataType::WChar:
+      return QStringLiteral("Text");
+    case DataType::DBDate:
+      return QStringLiteral("Date");
+    case DataType::DBTime:
+      return QStringLiteral("Time of day");
+    case DataType::DBTimeStamp:
+      return QStringLiteral("Date and time");
+    case DataType::Empty:
+      break;
+  }
+  return QStringLiteral("Any type");
+}
+
+Qt::Alignment AlignmentOf(DataType type) {
+  switch (type) {
+    case DataType::Integer:
+    case DataType::BigInt:
+    case DataType::Double:
+    case DataType::Numeric:
+      return Qt::AlignRight | Qt::AlignVCenter;
+    case DataType::Boolean:
+      return Qt::AlignCenter;
+    case DataType::Empty:
+    case DataType::Guid:
+    case DataType::Binary:
+    case DataType::WChar:
+    case DataType::DBDate:
+    case DataType::DBTime:
+    case DataType::DBTimeStamp:
+      break;
+  }
+  return Qt::AlignLeft | Qt::AlignVCenter;
+}
+
+QString CellFormat::Shown(const Value& vtValue) const {
+  if (vtValue.IsNull()) return QStringLiteral("NULL");
+  if (const auto* text = vtValue.As<Text>()) return ShownText(*text);
+  if (const auto* bytes = vtValue.As<platform::Bytes>()) return ShownBytes(*bytes);
+  return Whole(vtValue);
+}
+
+int CellFormat::FractionOf(const Value& vtValue) {
+  std::int64_t count = 0;
+  if (const auto* timestamp = vtValue.As<Timestamp>()) {
+    count = timestamp->time_since_epoch().count();
+  } else if (const auto* time = vtValue.As<platform::TimeOfDay>()) {
+    count = time->count();
+  }
+  if (count % 1'000 != 0) return 6;
+  return count % 1'000'000 != 0 ? 3 : 0;
+}
+
+QString CellFormat::Shown(const Value& vtValue, int nFraction) const {
+  QString sShown = Shown(vtValue);
+  const bool bTime = vtValue.As<Timestamp>() || vtValue.As<platform::TimeOfDay>();
+  if (!bTime || nFraction == 0) return sShown;
+  qsizetype nPoint = sShown.indexOf(u'.');
+  if (nPoint < 0) {
+    nPoint = sShown.size();
+    sShown += u'.';
+  }
+  return sShown.leftJustified(nPoint + 1 + nFraction, u'0');
+}
+
+QString CellFormat::Whole(const Value& vtValue) const {
+  if (vtValue.Kind() == ValueKind::Object) return QStringLiteral("(object)");
+  if (const auto* timestamp = vtValue.As<Timestamp>()) {
+    return QString::fromStdString(platform::ToText(Value(InZone(*timestamp, m_zone))));
+  }
+  return QString::fromStdString(platform::ToText(vtValue));
+}
+
+Qt::Alignment CellFormat::Alignment(const Value& vtValue, DataType column) {
+  switch (vtValue.Kind()) {
+    case ValueKind::Null:
+      return AlignmentOf(column);
+    case ValueKind::Boolean:
+      return AlignmentOf(DataType::Boolean);
+    case ValueKind::Long:
+    case ValueKind::LongLong:
+    case ValueKind::Double:
+    case ValueKind::Decimal:
+      return AlignmentOf(DataType::Double);
+    case ValueKind::Text:
+    case ValueKind::Timestamp:
+    case ValueKind::Date:
+    case ValueKind::TimeOfDay:
+    case ValueKind::Bytes:
+    case ValueKind::Guid:
+    case ValueKind::Object:
+      break;
+  }
+  return AlignmentOf(DataType::WChar);
+}
+
+}  // namespace orvane::controls

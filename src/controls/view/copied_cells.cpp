@@ -1,0 +1,127 @@
+#include "controls/view/copied_cells.h"
+
+#include <QDataStream>
+#include <QIODevice>
+
+#include "controls/values/value_input.h"
+#include "controls/view/clipboard_text.h"
+#include "controls/view/pasted_page.h"
+
+namespace orvane::controls {
+
+using platform::Text;
+
+namespace {
+
+constexpr const char* kCellsFormat = "application/x-orvane-cells";
+/// Copying more goes by text alone, in the time of writing it.
+constexpr qsizetype kMostExactCells = 200'000;
+constexpr qsizetype kMostVainCharacters = 100'000'000;
+
+std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
+  QDataStream stream(bytes);
+  stream.setVersion(QDataStream::Qt_6_0);
+  CopiedCells cells;
+  qint32 nColumns = 0;
+  stream >> nColumns;
+  if (nColumns <= 0) return std::nullopt;
+  while (!stream.atEnd()) {
+    auto& row = cells.emplace_back();
+    for (qint32 n = 0; n < nColumns; ++n) {
+      quint8 nKind = 0;
+      QByteArray text;
+      stream >> nKind >> text;
+      if (stream.status() != QDataStream::Ok || nKind >= platform::kValueKinds) return std::nullopt;
+      const auto kind = static_cast<platform::ValueKind>(nKind);
+      const bool bNull = kind == platform::ValueKind::Null;
+      row.push_back({bNull ? std::nullopt : std::optional(text.toStdString()), kind});
+    }
+  }
+  return cells;
+}
+
+/// What stands between quotes from n on, and n behind them; none where the cell does not end there:
+/// then they are part of a text that nobody has put between quotes.
+/// Every character looked at in vain is taken from the patience, so that no text takes for ever.
+std::optional<QString> QuotedCell(QStringView sText, qsizetype& n, qsizetype& nPatience) {
+  if (n >= sText.size() || sText[n] != u'"' || nPatience <= 0) return std::nullopt;
+  QString sCell;
+  for (qsizetype nAt = n + 1; nAt < sText.size(); ++nAt) {
+    const bool bQuote = sText[nAt] == u'"';
+    const QChar next = nAt + 1 < sText.size() ? sText[nAt + 1] : QChar(u'\n');
+    if (bQuote && next != u'"') {
+      if (next != u'\t' && next != u'\n' && next != u'\r') return std::nullopt;
+      n = nAt + 1;
+      return sCell;
+    }
+    if (bQuote) ++nAt;
+    sCell += sText[nAt];
+  }
+  nPatience -= sText.size() - n;
+  return std::nullopt;
+}
+
+CopiedCells ReadText(const QString& sText) {
+  CopiedCells cells;
+  qsizetype n = 0;
+  qsizetype nPatience = kMostVainCharacters;
+  const auto at = [&](qsizetype nAt) { return nAt < sText.size() ? sText.at(nAt) : QChar(); };
+  while (n < sText.size()) {
+    auto& row = cells.emplace_back();
+    for (bool bMore = true; bMore;) {
+      auto quoted = QuotedCell(sText, n, nPatience);
+      const bool bQuoted = quoted.has_value();
+      QString sCell = std::move(quoted).value_or(QString());
+      while (n < sText.size() && at(n) != u'\t' && at(n) != u'\n' && at(n) != u'\r') {
+        sCell += at(n++);
+      }
+      const bool bNull = sCell.isEmpty() && !bQuoted;
+      row.push_back({bNull ? std::nullopt : std::optional(sCell.toStdString())});
+      bMore = at(n) == u'\t';
+      if (bMore) ++n;
+    }
+    if (at(n) == u'\r') ++n;
+    if (at(n) == u'\n') ++n;
+  }
+  return cells;
+}
+
+}  // namespace
+
+void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
+              const std::vector<int>& columns) {
+  if (SelectedRows(selection) * static_cast<platform::RowIndex>(columns.size()) > kMostExactCells) {
+    return;
+  }
+  const ValueInput input(model.Format().Zone());
+  QByteArray bytes;
+  QDataStream stream(&bytes, QIODevice::WriteOnly);
+  stream.setVersion(QDataStream::Qt_6_0);
+  stream << static_cast<qint32>(columns.size());
+  for (const auto& [nFirst, nLast] : RowSpans(selection)) {
+    for (int nRow = nFirst; nRow <= nLast; ++nRow) {
+      for (const int nColumn : columns) {
+        const bool bSelected = selection.contains(model.index(nRow, nColumn));
+        const platform::Value vtValue =
+            bSelected ? model.ValueAt(nRow, nColumn) : platform::Value();
+        stream << static_cast<quint8>(vtValue.Kind())
+               << QByteArray::fromStdString(input.Shown(vtValue));
+      }
+    }
+  }
+  data.setData(kCellsFormat, bytes);
+}
+
+std::optional<CopiedCells> ReadCells(const QMimeData& data) {
+  if (data.hasFormat(kCellsFormat)) {
+    if (auto cells = ReadOwn(data.data(kCellsFormat))) return cells;
+  }
+  if (data.hasHtml()) {
+    const QString sPage = data.html();
+    if (auto cells = CellsOfPage(sPage)) return cells;
+  }
+  if (!data.hasText() || data.text().isEmpty()) return std::nullopt;
+  return ReadText(data.text());
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,138 @@
+#include "controls/view/empty_notice.h"
+
+#include <QPainter>
+#include <QTextDocument>
+#include <QVBoxLayout>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "controls/view/cell_delegate.h"
+
+namespace orvane::controls {
+
+namespace {
+
+constexpr int kMargin = 24;
+constexpr int kTextWidth = 560;
+/// More is not laid out: a filter may be megabytes, and the statement above has it.
+constexpr qsizetype kMostCharacters = 10'000;
+
+QLabel* AddLabel(QWidget* parent, const char* sName) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(sName);
+  label->setTextFormat(Qt::PlainText);
+  label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+  label->setWordWrap(true);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  label->setMaximumWidth(kTextWidth);
+  return label;
+}
+
+/// Shows that it has the keys also where they came by a click, which styles do not tell.
+class FocusedButton : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QPushButton::paintEvent(event);
+    if (!hasFocus()) return;
+    QPainter painter(this);
+    DrawFocus(painter, rect(), palette().color(QPalette::Highlight));
+  }
+};
+
+}  // namespace
+
+SentenceView::SentenceView(QWidget* parent) : QTextEdit(parent) {
+  setObjectName("emptySentence");
+  setFrameShape(NoFrame);
+  setReadOnly(true);
+  setTextInteractionFlags(Qt::TextSelectableByMouse);
+  setFocusPolicy(Qt::ClickFocus);
+  setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setMaximumWidth(kTextWidth);
+  viewport()->setAutoFillBackground(false);
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
+}
+
+void SentenceView::Say(const QString& sSentence) {
+  const bool bCut = sSentence.size() > kMostCharacters;
+  setPlainText(bCut ? sSentence.left(kMostCharacters) + QChar(0x2026) : sSentence);
+  selectAll();
+  setAlignment(Qt::AlignHCenter);
+  moveCursor(QTextCursor::Start);
+  updateGeometry();
+}
+
+QSize SentenceView::sizeHint() const {
+  return {kTextWidth, heightForWidth(kTextWidth)};
+}
+
+QSize SentenceView::minimumSizeHint() const {
+  return {0, 2 * fontMetrics().height()};
+}
+
+int SentenceView::heightForWidth(int nWidth) const {
+  const std::unique_ptr<QTextDocument> document(this->document()->clone());
+  document->setTextWidth(nWidth);
+  return static_cast<int>(std::ceil(document->size().height()));
+}
+
+EmptyNotice::EmptyNotice(QWidget* parent)
+    : QWidget(parent),
+      m_title(AddLabel(this, "emptyTitle")),
+      m_sentence(new SentenceView(this)),
+      m_button(new FocusedButton(this)) {
+  QFont large = font();
+  large.setPointSizeF(large.pointSizeF() * 1.2);
+  large.setWeight(QFont::DemiBold);
+  m_title->setFont(large);
+  m_title->setForegroundRole(QPalette::Text);
+  m_button->setObjectName("emptyButton");
+  m_button->setAutoDefault(false);
+  connect(m_button, &QPushButton::clicked, this, [this] { Press(); });
+
+  auto* column = new QVBoxLayout;
+  column->setSpacing(8);
+  column->addStretch(2);
+  column->addWidget(m_title);
+  column->addWidget(m_sentence);
+  column->addSpacing(4);
+  column->addWidget(m_button, 0, Qt::AlignHCenter);
+  column->addStretch(3);
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  row->addStretch(1);
+  row->addLayout(column, 20);
+  row->addStretch(1);
+  hide();
+}
+
+void EmptyNotice::Say(const QString& sTitle, const QString& sSentence) {
+  m_action = nullptr;
+  m_title->setText(sTitle);
+  m_sentence->Say(sSentence);
+  m_sentence->setVisible(!sSentence.isEmpty());
+  m_button->hide();
+  setVisible(!sTitle.isEmpty());
+}
+
+void EmptyNotice::Ask(const QString& sTitle, const QString& sSentence, const QString& sButton,
+                      std::function<void()> action) {
+  Say(sTitle, sSentence);
+  m_action = std::move(action);
+  m_button->setText(sButton);
+  m_button->show();
+}
+
+void EmptyNotice::Press() {
+  // Taken out first: the action says something else, and must not be called by a second press.
+  if (const auto action = std::exchange(m_action, nullptr)) action();
+}
+
+}  // namespace orvane::controls

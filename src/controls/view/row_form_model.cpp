@@ -1,0 +1,57 @@
+#include "controls/view/row_form_model.h"
+
+namespace orvane::controls {
+
+RowFormModel::RowFormModel(RowModel& rows, QObject* parent)
+    : QAbstractTableModel(parent), m_rows(rows) {
+  connect(&rows, &QAbstractItemModel::modelAboutToBeReset, this, [this] { beginResetModel(); });
+  connect(&rows, &QAbstractItemModel::modelReset, this, [this] {
+    m_nPlace = -1;
+    endResetModel();
+  });
+  connect(&rows, &QAbstractItemModel::dataChanged, this, [this] { ValuesChanged(); });
+  connect(&rows, &QAbstractItemModel::rowsRemoved, this, [this] { ValuesChanged(); });
+}
+
+void RowFormModel::Place(int nPlace) {
+  if (nPlace == m_nPlace) return;
+  m_nPlace = nPlace;
+  ValuesChanged();
+}
+
+void RowFormModel::ValuesChanged() {
+  if (rowCount() > 0) emit dataChanged(index(0, ValueSection), index(rowCount() - 1, ValueSection));
+}
+
+int RowFormModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : m_rows.columnCount();
+}
+
+QVariant RowFormModel::data(const QModelIndex& index, int nRole) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const int nColumn = index.row();
+  if (index.column() == NameSection) {
+    if (nRole == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
+    return nRole == Qt::EditRole ? QVariant(m_rows.ColumnName(nColumn))
+                                 : m_rows.headerData(nColumn, Qt::Horizontal, nRole);
+  }
+  if (m_nPlace < 0 || m_nPlace >= m_rows.rowCount()) return {};
+  // Beneath each other, values of all kinds begin where the eye looks for them.
+  if (nRole == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
+  return m_rows.data(m_rows.index(m_nPlace, nColumn), nRole);
+}
+
+Qt::ItemFlags RowFormModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags shown = QAbstractTableModel::flags(index);
+  const bool bCell = index.isValid() && index.column() == ValueSection && m_nPlace >= 0 &&
+                     m_nPlace < m_rows.rowCount();
+  if (!bCell) return shown;
+  return shown | (m_rows.flags(m_rows.index(m_nPlace, index.row())) & Qt::ItemIsEditable);
+}
+
+QVariant RowFormModel::headerData(int nSection, Qt::Orientation orientation, int nRole) const {
+  if (orientation != Qt::Horizontal || nRole != Qt::DisplayRole) return {};
+  return nSection == NameSection ? QStringLiteral("Column") : QStringLiteral("Value");
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,97 @@
+#include "controls/view/row_places.h"
+
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <algorithm>
+
+namespace orvane::controls {
+
+RowPlaces::RowPlaces(const RowPicker& view, const RowModel& model)
+    : m_nColumn(view.currentIndex().column()),
+      m_nTopRow(view.TopRow()),
+      m_bRowsChosen(view.RowsChosen()) {
+  if (view.currentIndex().isValid()) {
+    m_current = model.RecordRow(view.currentIndex().row());
+    m_nCurrentBelowTop = view.currentIndex().row() - m_nTopRow;
+  }
+  int nRows = 0;
+  for (const QItemSelectionRange& range : view.selectionModel()->selection()) {
+    if (range.height() >= model.rowCount()) {
+      m_wholeColumns.emplace_back(range.left(), range.right());
+      continue;
+    }
+    if (range.height() > kMostFollowing - nRows) {
+      m_selected.clear();
+      return;
+    }
+    nRows += range.height();
+    for (int nRow = range.top(); nRow <= range.bottom(); ++nRow) {
+      m_selected.push_back({model.RecordRow(nRow), range.left(), range.right()});
+    }
+  }
+}
+
+QItemSelection RowPlaces::Selection(const RowModel& model) const {
+  QItemSelection selection;
+  const int nLast = model.rowCount() - 1;
+  for (const auto& [nLeft, nRight] : m_wholeColumns) {
+    if (nLast >= 0) selection.select(model.index(0, nLeft), model.index(nLast, nRight));
+  }
+  // Each row is looked for among all; together they are found in one go through the places.
+  const int nPlaces = m_selected.empty() ? 0 : model.rowCount();
+  std::vector<bool> wanted;
+  for (const Selected& selected : m_selected) {
+    const auto row = static_cast<std::size_t>(selected.row);
+    if (row >= wanted.size()) wanted.resize(row + 1);
+    wanted[row] = true;
+  }
+  struct Found {
+    int nPlace;
+    int nLeft;
+    int nRight;
+  };
+  std::vector<Found> found;
+  for (int nPlace = 0; nPlace < nPlaces; ++nPlace) {
+    const auto row = static_cast<std::size_t>(model.RecordRow(nPlace));
+    if (row >= wanted.size() || !wanted[row]) continue;
+    for (const Selected& selected : m_selected) {
+      if (selected.row == static_cast<platform::RowIndex>(row)) {
+        found.push_back({nPlace, selected.nLeft, selected.nRight});
+      }
+    }
+  }
+  std::ranges::sort(found, [](const Found& one, const Found& other) {
+    return std::tuple(one.nLeft, one.nRight, one.nPlace) <
+           std::tuple(other.nLeft, other.nRight, other.nPlace);
+  });
+  for (std::size_t n = 0; n < found.size();) {
+    std::size_t nEnd = n + 1;
+    while (nEnd < found.size() && found[nEnd].nLeft == found[n].nLeft &&
+           found[nEnd].nRight == found[n].nRight &&
+           found[nEnd].nPlace == found[nEnd - 1].nPlace + 1) {
+      ++nEnd;
+    }
+    selection.select(model.index(found[n].nPlace, found[n].nLeft),
+                     model.index(found[nEnd - 1].nPlace, found[n].nRight));
+    n = nEnd;
+  }
+  return selection;
+}
+
+void RowPlaces::Restore(RowPicker& view, const RowModel& model) const {
+  const QSignalBlocker quiet(view.selectionModel());
+  view.selectionModel()->select(Selection(model), QItemSelectionModel::ClearAndSelect);
+  int nPlace = m_current < 0 ? -1 : model.PlaceOf(m_current);
+  const bool bFollows = nPlace >= 0;
+  // The row of the current cell was filtered out: the keys go on from the first one that is seen.
+  if (nPlace < 0 && m_nColumn >= 0 && model.rowCount() > 0) nPlace = 0;
+  view.selectionModel()->setCurrentIndex(model.index(nPlace, m_nColumn),
+                                         QItemSelectionModel::NoUpdate);
+  view.RowsChosen(m_bRowsChosen);
+  const bool bWasInSight = m_nCurrentBelowTop >= 0 && m_nCurrentBelowTop < view.RowsInSight();
+  view.verticalScrollBar()->setValue(!bFollows     ? 0
+                                     : bWasInSight ? nPlace - m_nCurrentBelowTop
+                                                   : m_nTopRow);
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,129 @@
+#include "controls/view/sql_pane.h"
+
+#include <Qsci/qscistyle.h>
+
+#include <QClipboard>
+#include <QEvent>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "controls/view/cell_delegate.h"
+#include "sql_look/sql_words.h"
+
+namespace orvane::controls {
+
+namespace {
+
+constexpr int kLeastLines = 3;
+constexpr int kMostLines = 8;
+constexpr int kInset = 6;
+
+}  // namespace
+
+SqlPane::SqlPane(QWidget* parent) : QsciScintilla(parent), m_lexer(new sql_look::SqlWords(this)) {
+  setObjectName("sqlStatement");
+  setAccessibleName("SQL statement");
+  setFrameShape(QFrame::NoFrame);
+  setLexer(m_lexer);
+  setUtf8(true);
+  setReadOnly(true);
+  setWrapMode(WrapWord);
+  setMarginWidth(1, 0);
+  setCaretWidth(0);
+  setAnnotationDisplay(AnnotationStandard);
+  SendScintilla(SCI_SETMARGINLEFT, 0, kInset);
+  SendScintilla(SCI_SETMARGINRIGHT, 0, kInset);
+  SendScintilla(SCI_SETEXTRAASCENT, 1);
+  SendScintilla(SCI_SETEXTRADESCENT, 1);
+  SendScintilla(SCI_SETHSCROLLBAR, 0);
+  setViewportMargins(0, kInset, 0, kInset);
+  setBackgroundRole(QPalette::Base);
+  setAutoFillBackground(true);
+  ApplyPalette();
+}
+
+void SqlPane::Sql(const QString& sSql) {
+  if (text() == sSql) return;
+  m_sTime.clear();
+  clearAnnotations();
+  setText(sSql);
+  updateGeometry();
+}
+
+QSize SqlPane::sizeHint() const {
+  return {
+      QsciScintilla::sizeHint().width(),
+      HeightOfLines(std::clamp(lines() + (m_sTime.isEmpty() ? 0 : 1), kLeastLines, kMostLines))};
+}
+
+QSize SqlPane::minimumSizeHint() const {
+  return {QsciScintilla::minimumSizeHint().width(), HeightOfLines(1)};
+}
+
+void SqlPane::changeEvent(QEvent* event) {
+  QsciScintilla::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+    ApplyPalette();
+  }
+}
+
+void SqlPane::focusInEvent(QFocusEvent* event) {
+  QsciScintilla::focusInEvent(event);
+  viewport()->update();
+}
+
+void SqlPane::focusOutEvent(QFocusEvent* event) {
+  QsciScintilla::focusOutEvent(event);
+  viewport()->update();
+}
+
+void SqlPane::paintEvent(QPaintEvent* event) {
+  QsciScintilla::paintEvent(event);
+  if (!hasFocus()) return;
+  QPainter painter(viewport());
+  DrawFocus(painter, viewport()->rect(), palette().color(QPalette::Highlight));
+}
+
+void SqlPane::ApplyPalette() {
+  QFont plain = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  plain.setPointSizeF(font().pointSizeF() > 0 ? font().pointSizeF() : plain.pointSizeF());
+  m_lexer->Paint(palette(), plain);
+  setPaper(palette().color(QPalette::Base));
+  setColor(palette().color(QPalette::Text));
+  setSelectionBackgroundColor(palette().color(QPalette::Highlight));
+  setSelectionForegroundColor(palette().color(QPalette::HighlightedText));
+  ShowTime();
+}
+
+void SqlPane::Took(const QString& sTime) {
+  if (m_sTime == sTime) return;
+  m_sTime = sTime;
+  ShowTime();
+  updateGeometry();
+}
+
+void SqlPane::ShowTime() {
+  clearAnnotations();
+  if (m_sTime.isEmpty()) return;
+  const QsciStyle style(-1, QStringLiteral("time"), palette().color(QPalette::PlaceholderText),
+                        palette().color(QPalette::Base), font());
+  annotate(lines() - 1, m_sTime, style);
+}
+
+void SqlPane::keyPressEvent(QKeyEvent* event) {
+  // Of a text that is only shown, all is meant where nothing else is said.
+  if (event->matches(QKeySequence::Copy) && !hasSelectedText()) {
+    QGuiApplication::clipboard()->setText(text());
+    return;
+  }
+  QsciScintilla::keyPressEvent(event);
+}
+
+int SqlPane::HeightOfLines(int nLines) const {
+  return nLines * textHeight(0) + 2 * (frameWidth() + kInset);
+}
+
+}  // namespace orvane::controls
