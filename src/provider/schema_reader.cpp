@@ -93,10 +93,9 @@ std::vector<engines::TableSchema> SchemaReader::Tables(const engines::Catalog& c
   };
   if (vtTable.IsNull()) return read(std::nullopt);
   const Text sTable = platform::ToText(vtTable);
-  auto tables = read(sTable);
-  if (const Text sPlain = m_names.Plain(sTable); tables.empty() && sPlain != sTable) {
-    tables = read(sPlain);
-  }
+  const Text sPlain = m_names.Plain(sTable);
+  auto tables = read(sPlain);
+  if (tables.empty() && sPlain != sTable) tables = read(sTable);
   return tables;
 }
 

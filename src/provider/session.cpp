@@ -156,7 +156,14 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
 void HistorianSession::RunCatalogStatement(const dialect::CatalogStatement& statement,
                                            const std::stop_token& stop) {
   if (const auto* const create = std::get_if<dialect::CreateDatabase>(&statement)) {
-    // Not without a prefix: the catalog would have another name than the one that was typed.
+    // Not without its prefix either: the catalog would have another name than the one that was
+    // typed.
+    if (dialect::WithoutPrefix(create->sName) != create->sName) {
+      throw Failure(failure::kInvalidArgument,
+                    "A catalog cannot be called \"" + create->sName +
+                        "\": the prefix Orv_ has a meaning of its own; choose another name.",
+                    "ORVOLEDB");
+    }
     Opened().CreateCatalog({create->sName, create->sPath, create->llKilobytes}, stop);
     return;
   }

@@ -22,25 +22,23 @@ Text ShownNames::Table(const Text& sTable) const {
   return m_options.IdentifierPrefixes() ? Text(dialect::kIdentifierPrefix) + sTable : sTable;
 }
 
-bool ShownNames::IsKnownAs(const engines::Catalog& catalog, const Text& sName) const {
-  if (engines::IsSameCatalog(catalog.sName, sName)) return true;
-  const Text sPlain = Plain(sName);
-  if (engines::IsSameCatalog(catalog.sName, sPlain)) return true;
-  return m_options.HistoriansByGuid() && !catalog.sIdentity.empty() &&
-         engines::IsSameCatalog(catalog.sIdentity, sPlain);
-}
-
 const engines::Catalog* ShownNames::Find(std::span<const engines::Catalog> catalogs,
                                          const Text& sName) const {
-  const Text sPlain = Plain(sName);
-  auto found = std::ranges::find_if(catalogs, [&](const engines::Catalog& catalog) {
-    return catalog.sName == sName || catalog.sName == sPlain;
-  });
-  if (found == catalogs.end()) {
-    found = std::ranges::find_if(catalogs,
-                                 [&](const auto& catalog) { return IsKnownAs(catalog, sName); });
-  }
-  return found == catalogs.end() ? nullptr : &*found;
+  const auto named = [&](const Text& sWanted, auto nameOf) {
+    auto found = std::ranges::find(catalogs, sWanted, nameOf);
+    if (found == catalogs.end()) {
+      found = std::ranges::find_if(catalogs, [&](const engines::Catalog& catalog) {
+        return engines::IsSameCatalog(nameOf(catalog), sWanted);
+      });
+    }
+    return found == catalogs.end() ? nullptr : &*found;
+  };
+  const auto shown = [this](const engines::Catalog& catalog) { return Catalog(catalog).sName; };
+  const auto own = [](const engines::Catalog& catalog) { return catalog.sName; };
+  // What is listed as Orv_X is X, also beside one that is really called Orv_X.
+  if (const auto* const catalog = named(sName, shown)) return catalog;
+  if (const auto* const catalog = named(Plain(sName), own)) return catalog;
+  return named(sName, own);
 }
 
 Text ShownNames::Plain(const Text& sName) const {

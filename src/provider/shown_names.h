@@ -15,16 +15,15 @@ class ShownNames {
 
   ShownCatalog Catalog(const engines::Catalog& catalog) const;
   platform::Text Table(const platform::Text& sTable) const;
-  /// The catalog that is meant by the name, null for none. Of several whose names differ in their
-  /// case alone it is the one that is written so, else the first.
+  /// The catalog that is meant by the name, null for none: the one that is shown under it, else the
+  /// one of that name without its prefix, else with it. Of several whose names differ in their case
+  /// alone it is the one that is written so, else the first.
   const engines::Catalog* Find(std::span<const engines::Catalog> catalogs,
                                const platform::Text& sName) const;
   /// The name without the prefix that the option "Identifier Prefixes" lets stand before it.
   platform::Text Plain(const platform::Text& sName) const;
 
  private:
-  bool IsKnownAs(const engines::Catalog& catalog, const platform::Text& sName) const;
-
   const SessionOptions& m_options;
 };
 

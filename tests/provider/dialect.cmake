@@ -52,6 +52,7 @@ orvane_test(session
     session_rows_test.cpp
     session_test.cpp
     session_times_test.cpp
+    shown_names_test.cpp
     statement_log_test.cpp
     stored_numbers_test.cpp)
 

@@ -65,6 +65,18 @@ TEST_F(session_engine, makes_and_drops_catalogs) {
               ElementsAre("create New at /data of 2048", "drop Lab", "drop Nowhere", "close"));
 }
 
+TEST_F(session_engine, makes_no_catalog_of_a_name_with_the_prefix) {
+  for (const char* const sOptions : {"", "Identifier Prefixes = True;"}) {
+    const auto session = Open(Text("Data Source = far:one;") + sOptions);
+    m_far.asked.clear();
+    EXPECT_EQ(
+        Running(*session, "CREATE DATABASE \"orv_Plant\""),
+        "5: A catalog cannot be called \"orv_Plant\": the prefix Orv_ has a meaning of its own; "
+        "choose another name.");
+    EXPECT_TRUE(m_far.asked.empty());
+  }
+}
+
 TEST_F(session_engine, is_given_the_catalog_that_is_written_so_before_one_in_other_letters) {
   const auto session = Open();
   for (const char* const sCatalog : {"Plant", "plant", "PLANT"}) {

@@ -24,6 +24,8 @@ void StatementReader::ReadDefinition() {
   m_tree.target = ReadTableName();
   m_tree.bView = bView && bCreate;
   m_tree.bIndex = bIndex && bCreate;
+  m_tree.bOfIndex = bIndex;
+  m_tree.bCreate = bCreate;
   Scope* const scope = NewScope(nullptr);
   if (bCreate && bTable) ReadCreateTable(scope);
   if (bCreate && bIndex) ReadCreateIndex(scope);
@@ -128,7 +130,11 @@ void StatementReader::ReadAlterTable(Scope* scope) {
     ReadColumnDefinition(scope);
     return;
   }
-  // RENAME and DROP hold names only.
+  if (TakeWords({"RENAME", "TO"})) {
+    m_tree.newName = ExpectName();
+    return;
+  }
+  // Other RENAMEs and DROP hold names only.
   while (Peek().IsIdentifier()) ++m_i;
 }
 

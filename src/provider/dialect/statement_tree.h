@@ -183,6 +183,9 @@ struct StatementTree {
   std::vector<Assignment> assignments;     ///< of SET
   bool bView = false;                      ///< the statement makes a view
   bool bIndex = false;                     ///< the statement makes an index
+  bool bOfIndex = false;                   ///< it makes or drops one
+  bool bCreate = false;                    ///< what is defined is new
+  std::optional<std::size_t> newName;      ///< ALTER TABLE ... RENAME TO: token of the name
   std::vector<ColumnDefinition> columns;   ///< of the table that is made or altered
   /// CREATE INDEX ... ON: the indexed table; the index itself is the target.
   std::optional<Chain> indexedTable;

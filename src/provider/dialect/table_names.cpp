@@ -89,15 +89,21 @@ void TableNames::ResolveTarget() {
   } else if (m_tree.targetSource != nullptr) {
     WriteTableName(*m_tree.target, catalog,
                    ResolveTable(*m_tree.targetSource, catalog).table.sName);
+    if (m_bPrefixes && m_tree.newName) {
+      m_edits.Replace({*m_tree.newName, *m_tree.newName + 1},
+                      platform::QuotedName(Plain(At(*m_tree.newName).sText)));
+    }
   } else {
     WriteTableName(*m_tree.target, catalog, NameOfDefined(catalog, *m_tree.target));
   }
 }
 
-// A table that exists is known under its prefixed name too; a new name is taken as written.
+// A new table is listed under its name with the prefix; indexes are listed without one.
 Text TableNames::NameOfDefined(const KnownCatalog& catalog, const Chain& chain) {
   const Text& sName = Part(chain, chain.parts.size() - 1);
-  return m_cache.Find(catalog, sName) != nullptr ? sName : Plain(sName);
+  if (m_tree.bOfIndex) return sName;
+  const FoundTable* const found = m_tree.bCreate ? nullptr : FindTable(catalog, sName);
+  return found != nullptr ? found->table.sName : Plain(sName);
 }
 
 void TableNames::WriteTableName(const Chain& chain, const KnownCatalog& catalog,
@@ -113,10 +119,15 @@ bool TableNames::IsTarget(const Chain& chain) const {
   return m_tree.target && m_tree.target->range.begin == chain.range.begin;
 }
 
+// What is listed as Orv_X is X, also beside a table that is really called Orv_X.
+const FoundTable* TableNames::FindTable(const KnownCatalog& catalog, const Text& sName) {
+  const FoundTable* const found = m_cache.Find(catalog, Plain(sName));
+  return found != nullptr ? found : m_cache.Find(catalog, sName);
+}
+
 const FoundTable& TableNames::ResolveTable(const Source& source, const KnownCatalog& catalog) {
   const std::size_t name = source.table.parts.back();
-  const FoundTable* found = m_cache.Find(catalog, At(name).sText);
-  if (found == nullptr) found = m_cache.Find(catalog, Plain(At(name).sText));
+  const FoundTable* const found = FindTable(catalog, At(name).sText);
   if (found == nullptr) {
     Fail(name, "There is no table \"" + At(name).sText + "\" in the catalog " + catalog.sName,
          "write the name of one that the catalog lists");
@@ -171,9 +182,12 @@ bool TableNames::IsQualifier(const Source& source, const Chain& chain, std::size
     const auto catalog = m_cache.FindCatalog(Part(chain, 0));
     if (!catalog || catalog->sName != found->catalog.sName) return false;
   }
-  const Text& sOwn =
-      found != nullptr ? found->table.sName : Part(source.table, source.table.parts.size() - 1);
-  return SameName(sOwn, sName) || SameName(sOwn, Plain(sName));
+  if (found == nullptr) {
+    const Text& sOwn = Part(source.table, source.table.parts.size() - 1);
+    return SameName(sOwn, sName) || SameName(sOwn, Plain(sName));
+  }
+  if (SameName(found->table.sName, Plain(sName))) return true;
+  return SameName(found->table.sName, sName) && FindTable(found->catalog, sName) == found;
 }
 
 void TableNames::Rewrite(const Chain& chain, const Scope* scope, const Text& sColumn) {
@@ -184,9 +198,8 @@ void TableNames::Rewrite(const Chain& chain, const Scope* scope, const Text& sCo
   }
   if (nQualifiers == 2) {
     const KnownCatalog catalog = ResolveCatalog(chain);
-    Text sTable = Part(chain, 1);
-    if (m_cache.Find(catalog, sTable) == nullptr) sTable = Plain(sTable);
-    Text sName = platform::QuotedName(sTable);
+    const FoundTable* const found = FindTable(catalog, Part(chain, 1));
+    Text sName = platform::QuotedName(found != nullptr ? found->table.sName : Part(chain, 1));
     if (!m_viewCatalog) sName = platform::QuotedName(catalog.sName) + "." + sName;
     m_edits.Replace({chain.parts[0], chain.parts[1] + 1}, std::move(sName));
   }

@@ -69,6 +69,7 @@ class TableNames {
   KnownCatalog ResolveCatalog(const Chain& chain);
   void ResolveTarget();
   void ResolveSource(const Source& source);
+  const FoundTable* FindTable(const KnownCatalog& catalog, const platform::Text& sName);
   const FoundTable& ResolveTable(const Source& source, const KnownCatalog& catalog);
   void WriteTableName(const Chain& chain, const KnownCatalog& catalog,
                       const platform::Text& sTable);

@@ -15,7 +15,7 @@ TEST(translator_names, writes_names_of_tables_as_catalog_and_table_in_quotes) {
 
 TEST(translator_names, writes_names_of_columns_behind_a_catalog) {
   EXPECT_EQ(Sql("SELECT Plant1..Data.Value, plant1.data.Tag, Plant1..Data.* FROM Plant1..Data"),
-            "SELECT \"Plant1\".\"Data\".Value, \"Plant1\".\"data\".Tag, \"Plant1\".\"Data\".* FROM "
+            "SELECT \"Plant1\".\"Data\".Value, \"Plant1\".\"Data\".Tag, \"Plant1\".\"Data\".* FROM "
             "\"Plant1\".\"Data\"");
 }
 
