@@ -265,6 +265,35 @@ TEST_F(unsent_rows, rows_that_are_not_stored_are_listed_and_discarded) {
   EXPECT_EQ(Window()->findChild<PendingReview*>(), nullptr);
 }
 
+TEST_F(unsent_rows, enter_presses_the_button_of_the_list_that_has_the_focus) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("99");
+  Press(Qt::Key_Tab);
+  QTest::mouseClick(Window()->findChild<QPushButton*>("pending"), Qt::LeftButton);
+  auto* review = Window()->findChild<PendingReview*>();
+  ASSERT_NE(review, nullptr);
+  QTest::keyClick(review->findChild<QPushButton*>("discardRows"), Qt::Key_Return);
+  Settle();
+  EXPECT_EQ(Cell(0, 2), "10.5");
+  EXPECT_EQ(Label("pending"), "");
+}
+
+TEST_F(unsent_rows, enter_in_the_list_of_them_closes_it) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Type("99");
+  Press(Qt::Key_Tab);
+  QTest::mouseClick(Window()->findChild<QPushButton*>("pending"), Qt::LeftButton);
+  auto* list = Window()->findChild<QTreeWidget*>("pendingRows");
+  ASSERT_NE(list, nullptr);
+  QTest::keyClick(list, Qt::Key_Return);
+  Settle();
+  EXPECT_EQ(Window()->findChild<PendingReview*>(), nullptr);
+  EXPECT_EQ(Cell(0, 2), "99");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+}
+
 TEST_F(unsent_rows, an_edit_stays_where_nothing_can_be_asked) {
   Open("Pumps");
   GoTo(0, 2);

@@ -56,7 +56,6 @@ PendingReview::PendingReview(EditSession& session, CellFormat format, Actions ac
   const auto add = [&](const char* sName, const QString& sLabel, std::function<void()> action) {
     auto* button = new QPushButton(sLabel);
     button->setObjectName(sName);
-    button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, [action = std::move(action)] { action(); });
     buttons->addWidget(button);
     return button;
