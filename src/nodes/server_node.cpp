@@ -4,7 +4,7 @@
 
 #include "access/catalog_statements.h"
 #include "access/connecting.h"
-#include "access/extended_options.h"
+#include "access/saved_options.h"
 #include "nodes/catalog_nodes_collection.h"
 #include "nodes/query_nodes_collection.h"
 #include "nodes/server_nodes_collection.h"

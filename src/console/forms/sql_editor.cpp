@@ -3,13 +3,13 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "console/forms/find_bar.h"
+#include "console/forms/editor_find_bar.h"
 #include "console/forms/sql_view.h"
 
 namespace orvane::console {
 
 SqlEditor::SqlEditor(QWidget* parent)
-    : QWidget(parent), m_view(new SqlView(this)), m_findBar(new FindBar(*m_view, this)) {
+    : QWidget(parent), m_view(new SqlView(this)), m_findBar(new EditorFindBar(*m_view, this)) {
   m_view->setObjectName("m_sqlView");
   m_findBar->setObjectName("m_findBar");
   setFocusProxy(m_view);

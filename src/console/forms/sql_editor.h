@@ -6,7 +6,7 @@
 
 namespace orvane::console {
 
-class FindBar;
+class EditorFindBar;
 class SqlView;
 
 class SqlEditor : public QWidget {
@@ -19,7 +19,7 @@ class SqlEditor : public QWidget {
 
  private:
   SqlView* m_view;
-  FindBar* m_findBar;
+  EditorFindBar* m_findBar;
 };
 
 }  // namespace orvane::console

@@ -1,4 +1,4 @@
-#include "access/extended_options.h"
+#include "access/saved_options.h"
 
 #include "platform/ado/extended_options.h"
 

@@ -12,10 +12,10 @@ class QsciScintilla;
 
 namespace orvane::console {
 
-class FindBar : public QWidget {
+class EditorFindBar : public QWidget {
  public:
   /// The editor must outlive the bar.
-  FindBar(QsciScintilla& editor, QWidget* parent);
+  EditorFindBar(QsciScintilla& editor, QWidget* parent);
 
   /// Shows the bar, takes the selected text of the editor, if it is one line, and the focus.
   void Open();

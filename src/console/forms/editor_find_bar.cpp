@@ -1,4 +1,4 @@
-#include "console/forms/find_bar.h"
+#include "console/forms/editor_find_bar.h"
 
 #include <Qsci/qsciscintilla.h>
 
@@ -17,7 +17,7 @@ namespace orvane::console {
 namespace {
 
 QString NotFound() {
-  return FindBar::tr("Not found");
+  return EditorFindBar::tr("Not found");
 }
 
 QToolButton* MakeButton(const char* sName, const QString& sLabel, Qt::ArrowType arrow) {
@@ -33,7 +33,7 @@ QToolButton* MakeButton(const char* sName, const QString& sLabel, Qt::ArrowType 
 
 }  // namespace
 
-FindBar::FindBar(QsciScintilla& editor, QWidget* parent)
+EditorFindBar::EditorFindBar(QsciScintilla& editor, QWidget* parent)
     : QWidget(parent),
       m_editor(editor),
       m_txtFind(new QLineEdit),
@@ -71,19 +71,19 @@ FindBar::FindBar(QsciScintilla& editor, QWidget* parent)
   hide();
 }
 
-void FindBar::SizeImages() {
+void EditorFindBar::SizeImages() {
   const int iSide = PictureSide(fontMetrics());
   for (auto* const button : findChildren<QToolButton*>(Qt::FindDirectChildrenOnly)) {
     button->setIconSize({iSide, iSide});
   }
 }
 
-void FindBar::changeEvent(QEvent* event) {
+void EditorFindBar::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::FontChange) SizeImages();
 }
 
-void FindBar::Open() {
+void EditorFindBar::Open() {
   const QString sSelected = m_editor.selectedText();
   if (!sSelected.isEmpty() && !sSelected.contains(u'\n')) m_txtFind->setText(sSelected);
   m_lblResult->clear();
@@ -92,12 +92,12 @@ void FindBar::Open() {
   m_txtFind->selectAll();
 }
 
-void FindBar::Close() {
+void EditorFindBar::Close() {
   hide();
   m_editor.setFocus(Qt::OtherFocusReason);
 }
 
-void FindBar::Find(bool bForward) {
+void EditorFindBar::Find(bool bForward) {
   if (m_txtFind->text().isEmpty()) return Open();
   int iFromLine = 0;
   int iFromIndex = 0;
@@ -117,7 +117,7 @@ void FindBar::Find(bool bForward) {
   }
 }
 
-void FindBar::FindWhileTyping() {
+void EditorFindBar::FindWhileTyping() {
   m_lblResult->clear();
   if (m_txtFind->text().isEmpty()) return;
   int iLine = 0;
@@ -133,7 +133,7 @@ void FindBar::FindWhileTyping() {
   FindFrom(iLine, iIndex, true);
 }
 
-void FindBar::FindFrom(int iLine, int iIndex, bool bForward) {
+void EditorFindBar::FindFrom(int iLine, int iIndex, bool bForward) {
   const bool bFound = m_editor.findFirst(m_txtFind->text(), false, m_chkMatchCase->isChecked(),
                                          false, true, bForward, iLine, iIndex);
   m_lblResult->setText(bFound ? QString() : NotFound());
@@ -143,7 +143,7 @@ void FindBar::FindFrom(int iLine, int iIndex, bool bForward) {
   QAccessible::updateAccessibility(&alert);
 }
 
-void FindBar::keyPressEvent(QKeyEvent* event) {
+void EditorFindBar::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Escape:
       Close();
