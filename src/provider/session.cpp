@@ -9,6 +9,7 @@
 #include "platform/failure.h"
 #include "provider/dialect/statement_parameters.h"
 #include "provider/engines/data_source.h"
+#include "provider/historian/catalog_record.h"
 #include "provider/known_schema.h"
 #include "provider/result_times.h"
 
@@ -159,10 +160,7 @@ void HistorianSession::RunCatalogStatement(const dialect::CatalogStatement& stat
     // Not without its prefix either: the catalog would have another name than the one that was
     // typed.
     if (dialect::WithoutPrefix(create->sName) != create->sName) {
-      throw Failure(failure::kInvalidArgument,
-                    "A catalog cannot be called \"" + create->sName +
-                        "\": the prefix Orv_ has a meaning of its own; choose another name.",
-                    "ORVOLEDB");
+      historian::RefuseCatalogName(create->sName, historian::kPrefixedName);
     }
     Opened().CreateCatalog({create->sName, create->sPath, create->llKilobytes}, stop);
     return;

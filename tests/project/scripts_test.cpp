@@ -124,6 +124,16 @@ TEST_F(RunScriptTest, makes_no_historian_anew_and_opens_the_console_when_one_is_
   EXPECT_THAT(sCalls, testing::Not(testing::HasSubstr("record")));
 }
 
+TEST_F(RunScriptTest, records_also_where_nothing_was_generated_into_a_catalog_of_the_user) {
+  Program("orvane-historian", "[ \"$1\" != generate ] || { echo 'It is yours.'; exit 2; }\n");
+  const auto outcome = Start();
+  EXPECT_EQ(outcome.nStatus, 0) << outcome.sOutput;
+  EXPECT_THAT(outcome.sOutput, testing::HasSubstr("It is yours."));
+  const auto sCalls = Content(m_folder / "calls");
+  EXPECT_THAT(sCalls, testing::HasSubstr("orvane-historian record"));
+  EXPECT_THAT(sCalls, testing::HasSubstr("orvane-console --registry\n"));
+}
+
 TEST_F(RunScriptTest, gives_the_user_a_sample_of_his_own_that_nobody_else_reads) {
   EXPECT_EQ(Start().nStatus, 0);
   const auto sample = m_folder / "data/orvane/documents/Localhost.orvc";

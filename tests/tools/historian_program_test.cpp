@@ -117,5 +117,57 @@ TEST_F(historian_program, generates_the_same_signals_every_time) {
                              "Generated 9 values in Plant1.\n"));
 }
 
+TEST_F(historian_program, generates_nothing_into_a_catalog_that_somebody_else_has_made) {
+  MakePlant();
+  const auto execute = [&](const Text& sText) { Open()->Execute({sText, 0, {}}, {}); };
+  const Text sKeptAway =
+      "The catalog \"Plant1\" holds no generated signals, so none were written into it; name "
+      "another "
+      "one, such as \"orvane-historian generate --catalog Invented\".\n";
+  const auto expectKeptAway = [&] {
+    const auto outcome = Run({"generate", "--hours", "1"});
+    EXPECT_EQ(outcome.nStatus, 2);
+    EXPECT_EQ(outcome.sOutput, "");
+    EXPECT_EQ(outcome.sErrors, sKeptAway);
+  };
+  expectKeptAway();
+  // Nor with rows and tags in it, whatever they are called.
+  execute(
+      "INSERT INTO Plant1..Tags (Tag, Description) VALUES ('TIC201.PV', 'Reactor temperature')");
+  execute("INSERT INTO Plant1..Data (Tag, Timestamp, Value) VALUES ('TIC201.PV', '2001-01-01', 1)");
+  expectKeptAway();
+  EXPECT_EQ(Select("SELECT count(*) FROM Plant1..Data"), "1\n");
+  EXPECT_EQ(Select("SELECT Description FROM Plant1..Tags"), "Reactor temperature\n");
+  // What the sentence advises.
+  const auto outcome = Run({"generate", "--hours", "1", "--catalog", "Invented"});
+  EXPECT_EQ(outcome.sErrors, "");
+  EXPECT_EQ(outcome.nStatus, 0);
+}
+
+TEST_F(historian_program, generates_into_its_own_catalog_and_leaves_what_others_put_there) {
+  ASSERT_EQ(Run({"generate", "--hours", "1", "--step", "60"}).nStatus, 0);
+  const auto execute = [&](const Text& sText) { Open()->Execute({sText, 0, {}}, {}); };
+  execute("UPDATE Plant1..Tags SET Description = 'Mine' WHERE Tag = 'TIC201.PV'");
+  execute("DELETE FROM Plant1..Data WHERE Tag IN ('TIC201.PV', 'PI202.PV')");
+  execute("UPDATE Plant1..Data SET Value = -1 WHERE Tag = 'EI402.PV'");
+  const Text sMine = "SELECT count(*) FROM Plant1..Data WHERE Value = -1";
+  const Text sBefore = Select(sMine);
+  ASSERT_EQ(Run({"generate", "--hours", "1", "--step", "60"}).nStatus, 0);
+  EXPECT_EQ(Select(sMine), sBefore);
+  EXPECT_EQ(Select("SELECT count(*) FROM Plant1..Data WHERE Tag = 'TIC201.PV'"), "0\n");
+  EXPECT_NE(Select("SELECT count(*) FROM Plant1..Data WHERE Tag = 'PI202.PV'"), "0\n");
+  // Made and never filled, as a crash leaves it.
+  for (const char* const sTable : {"Tags", "Data", "Data2"}) {
+    execute("DELETE FROM Plant1.." + Text(sTable));
+  }
+  EXPECT_EQ(Run({"generate", "--hours", "1"}).nStatus, 0);
+  EXPECT_NE(Select("SELECT count(*) FROM Plant1..Data"), "0\n");
+  // By its signals it is known as well, whatever has become of its description.
+  const Text sFile = (m_root.Historian() / "catalogs" / "Plant1.db").string();
+  ASSERT_EQ(Run({"detach", "Plant1"}).nStatus, 0);
+  ASSERT_EQ(Run({"attach", "Plant1", sFile}).nStatus, 0);
+  EXPECT_EQ(Run({"generate", "--hours", "1"}).nStatus, 0);
+}
+
 }  // namespace
 }  // namespace orvane::tools

@@ -8,7 +8,15 @@ using platform::Text;
 using testing::EndsWith;
 using testing::StartsWith;
 
-using recorder_program = HistorianProgram;
+class recorder_program : public HistorianProgram {
+ protected:
+  void Do(const Text& sText) const { Open()->Execute({sText, 0, {}}, {}); }
+  // A value long ago.
+  void Insert(const Text& sTag) const {
+    Do("INSERT INTO Machine..Data (Tag, Timestamp, Value) VALUES ('" + sTag +
+       "', '2001-01-01', 1)");
+  }
+};
 
 TEST_F(recorder_program, records_this_machine) {
   const auto outcome = Run({"record", "--count", "2"});
@@ -23,20 +31,41 @@ TEST_F(recorder_program, records_this_machine) {
             "0\n");
 }
 
-TEST_F(recorder_program, forgets_rows_that_are_older_than_it_keeps) {
+TEST_F(recorder_program, forgets_rows_of_its_own_that_are_older_than_it_keeps) {
   ASSERT_EQ(Run({"record", "--once"}).nStatus, 0);
-  Open()->Execute(
-      {"INSERT INTO Machine..Data (Tag, Timestamp, Value) VALUES ('old', '2001-01-01', 1)", 0, {}},
-      {});
+  // Of a disk that was there once, too.
+  Do("INSERT INTO Machine..Tags (Tag, Description) VALUES ('disk.sdz.read', 'Read from disk sdz')");
+  for (const char* const sTag : {"load.1", "cpu.load", "disk.sdz.read"}) Insert(sTag);
+  const Text sOld = "SELECT count(*) FROM Machine..Data WHERE Timestamp < '2002-01-01'";
   ASSERT_EQ(Run({"record", "--once", "--keep", "0"}).nStatus, 0);
-  EXPECT_EQ(Select("SELECT count(*) FROM Machine..Data WHERE Tag = 'old'"), "1\n");
+  EXPECT_EQ(Select(sOld), "3\n");
   ASSERT_EQ(Run({"record", "--once", "--keep", "1h"}).nStatus, 0);
-  EXPECT_EQ(Select("SELECT count(*) FROM Machine..Data WHERE Tag = 'old'"), "0\n");
+  EXPECT_EQ(Select(sOld), "0\n");
   EXPECT_EQ(Select("SELECT count(*) FROM Machine..Data WHERE Tag = 'load.1'"), "3\n");
   EXPECT_EQ(
       Run({"record", "--once", "--keep", "soon"}).sErrors,
       "\"soon\" is no time to keep rows; write a number and s, m, h, d or w, such as 7d, or 0 "
       "to keep all.\n");
+}
+
+TEST_F(recorder_program, keeps_rows_and_tags_that_somebody_else_has_made) {
+  Open()->Execute({"CREATE DATABASE \"Machine\" ", 0, {}}, {});
+  // One that no counter has, two of names that counters have, one that looks like a device.
+  Do("INSERT INTO Machine..Tags (Tag, Description) VALUES ('FIC1', 'Read from disk FIC1'), "
+     "('load.5', 'Load of the crane'), ('disk.sdz.read', 'Read by Ann')");
+  for (const char* const sTag : {"FIC1", "load.5", "load.15", "disk.sdz.read"}) Insert(sTag);
+  const Text sTags = Select("SELECT Tag, Description FROM Machine..Tags ORDER BY Tag");
+  for (int i = 0; i < 2; ++i) {
+    const auto outcome = Run({"record", "--once", "--keep", "1h"});
+    EXPECT_EQ(outcome.sErrors, "");
+    EXPECT_EQ(outcome.nStatus, 0);
+  }
+  EXPECT_EQ(Select("SELECT Tag FROM Machine..Data WHERE Timestamp < '2002-01-01' ORDER BY Tag"),
+            "FIC1\ndisk.sdz.read\nload.15\nload.5\n");
+  EXPECT_EQ(Select("SELECT Tag, Description FROM Machine..Tags WHERE Tag IN ('FIC1', 'load.5', "
+                   "'load.15', 'disk.sdz.read') ORDER BY Tag"),
+            sTags);
+  EXPECT_EQ(Select("SELECT count(*) FROM Machine..Data WHERE Tag = 'load.1'"), "2\n");
 }
 
 TEST_F(recorder_program, stops_cleanly_at_a_signal) {

@@ -39,9 +39,10 @@ class Historian {
 
   /// Makes a catalog with its first tables and gives what is known of it. The path is the folder
   /// for its file, absolute, or empty for the historian's own. Fails with kInvalidArgument for a
-  /// bad name, path or size, kKeyExists, kNoRights or kStorage.
+  /// bad name, path or size, kKeyExists, kNoRights or kStorage. The description is listed with it.
   CatalogRecord CreateCatalog(const platform::Text& sName, const platform::Text& sPath,
-                              std::int64_t llKilobytes, std::stop_token stop);
+                              std::int64_t llKilobytes, std::stop_token stop,
+                              const platform::Text& sDescription = {});
   /// Drops a catalog. Its file goes too when it lies in the historian's folder; elsewhere it stays
   /// where it is. What fails or is stopped has changed nothing. Fails with kInvalidArgument for a
   /// catalog that is not there or is the historian's own, and with kBusy while another program

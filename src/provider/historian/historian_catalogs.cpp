@@ -112,7 +112,8 @@ void CheckNoFile(const CatalogRecord& record, const fs::path& folder) {
 }  // namespace
 
 CatalogRecord Historian::CreateCatalog(const Text& sName, const Text& sPath,
-                                       std::int64_t llKilobytes, std::stop_token stop) {
+                                       std::int64_t llKilobytes, std::stop_token stop,
+                                       const Text& sDescription) {
   CheckCatalogName(sName);
   // The tables of a new catalog need that much.
   constexpr std::int64_t kLeastKilobytes = 64;
@@ -129,6 +130,7 @@ CatalogRecord Historian::CreateCatalog(const Text& sName, const Text& sPath,
       (sPath.empty() ? fs::path(kCatalogsFolder) : CheckedFolder(sPath)) / (sName + ".db");
   record.file = m_folder / record.stored;
   record.llKilobytes = llKilobytes;
+  record.sDescription = sDescription;
   try {
     m_session->InTransaction(
         {},
@@ -197,10 +199,15 @@ void Historian::Register(const CatalogRecord& record, std::stop_token stop) {
   using namespace std::chrono;
   engines::EngineStatement insert;
   insert.sSql =
-      "INSERT INTO Historians (Name, Identity, Created, Path, SizeLimit) VALUES (?, ?, ?, ?, ?)";
-  insert.parameters = {record.sName, record.sIdentity, floor<microseconds>(system_clock::now()),
+      "INSERT INTO Historians (Name, Identity, Created, Path, SizeLimit, Description) VALUES (?, "
+      "?, "
+      "?, ?, ?, ?)";
+  insert.parameters = {record.sName,
+                       record.sIdentity,
+                       floor<microseconds>(system_clock::now()),
                        record.stored.string(),
-                       record.llKilobytes == 0 ? Value() : Value(record.llKilobytes)};
+                       record.llKilobytes == 0 ? Value() : Value(record.llKilobytes),
+                       record.sDescription};
   m_session->Run(insert, stop);
 }
 

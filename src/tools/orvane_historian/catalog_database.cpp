@@ -28,12 +28,12 @@ PreparedStatement& PreparedStatement::operator<<(const Value& vtValue) {
   return *this;
 }
 
-void PreparedStatement::Run() {
+bool PreparedStatement::Run() {
   m_nParameter = 0;
   const int nCode = sqlite3_step(m_statement.get());
   if (nCode == SQLITE_DONE || nCode == SQLITE_ROW) {
     sqlite3_reset(m_statement.get());
-    return;
+    return nCode == SQLITE_ROW;
   }
   // The reset repeats the error, which must be read before it.
   try {

@@ -21,8 +21,9 @@ class PreparedStatement {
 
   /// Binds the next parameter. Fails with failure::kTypeMismatch for an object.
   PreparedStatement& operator<<(const platform::Value& vtValue);
-  /// Runs it and makes it ready for the next parameters, also when it fails.
-  void Run();
+  /// Runs it and makes it ready for the next parameters, also when it fails. True when it gave a
+  /// row.
+  bool Run();
 
  private:
   void Check(int nCode);

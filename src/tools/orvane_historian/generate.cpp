@@ -1,5 +1,6 @@
 #include "tools/orvane_historian/generate.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -37,7 +38,10 @@ constexpr Signal kSignals[] = {
     {"EI402.PV", "Mixer power (generated)", "kW", 37.5, 2.5, 3600, 0.5},
 };
 
+constexpr const char* kCatalogDescription = "Invented plant (generated)";
+
 constexpr const char* kBatchTag = "BATCH501.STATE";
+constexpr const char* kBatchDescription = "State of the batch (generated)";
 constexpr const char* kBatchStates[] = {"Charging", "Heating", "Reacting", "Cooling", "Emptying"};
 
 // A number from -1 to 1 that only tag and time decide.
@@ -70,18 +74,52 @@ void WriteTags(CatalogDatabase& database) {
            << Text("number");
     insert.Run();
   }
-  insert << Text(kBatchTag) << Text("State of the batch (generated)") << Value() << Text("text");
+  insert << Text(kBatchTag) << Text(kBatchDescription) << Value() << Text("text");
   insert.Run();
 }
+
+// Tags of the signals as they are described here, and nowhere else.
+class OwnTags {
+ public:
+  explicit OwnTags(CatalogDatabase& database)
+      : m_find(database, "SELECT 1 FROM Tags WHERE Tag = ? AND Description = ?") {}
+
+  bool Has(const char* sTag, const char* sDescription) {
+    m_find << Text(sTag) << Text(sDescription);
+    return m_find.Run();
+  }
+  bool HasAny() {
+    return std::ranges::any_of(
+        kSignals, [this](const Signal& signal) { return Has(signal.sTag, signal.sDescription); });
+  }
+
+ private:
+  PreparedStatement m_find;
+};
 
 Timestamp At(std::int64_t llSecond) {
   return Timestamp(seconds(llSecond));
 }
 
+void WriteStates(CatalogDatabase& database, std::int64_t llFirst, std::int64_t llLast) {
+  PreparedStatement texts(database,
+                          "INSERT OR IGNORE INTO Data2 (Tag, Timestamp, Value) VALUES (?, ?, ?)");
+  constexpr std::int64_t kStateSeconds = 900;
+  for (std::int64_t llSecond = llFirst / kStateSeconds * kStateSeconds; llSecond <= llLast;
+       llSecond += kStateSeconds) {
+    const auto state = static_cast<std::size_t>(llSecond / kStateSeconds) % std::size(kBatchStates);
+    texts << kBatchTag << Value(At(llSecond)) << kBatchStates[state];
+    texts.Run();
+  }
+}
+
 }  // namespace
 
 std::int64_t Generate(const ServerPlace& place, const GenerateOrder& order) {
-  CatalogDatabase database(FindOrMakeCatalog(place, order.sCatalog));
+  // By its description one is known that was made and, after a crash, never filled.
+  const auto record = FindOrMakeCatalog(place, order.sCatalog, kCatalogDescription);
+  CatalogDatabase database(record);
+  OwnTags own(database);
   const std::int64_t llStep = order.step.count();
   const std::int64_t llNow = floor<seconds>(order.now).time_since_epoch().count();
   // On the same beat whenever it is called.
@@ -89,26 +127,25 @@ std::int64_t Generate(const ServerPlace& place, const GenerateOrder& order) {
       (llNow - duration_cast<seconds>(order.span).count()) / llStep * llStep;
   std::int64_t llNew = 0;
   database.InTransaction([&] {
+    if (record.sDescription != kCatalogDescription && !own.HasAny()) {
+      throw NotGenerated(platform::failure::kInvalidArgument,
+                         "The catalog \"" + record.sName +
+                             "\" holds no generated signals, so none were written into it; name "
+                             "another one, such as \"orvane-historian generate --catalog "
+                             "Invented\".");
+    }
     WriteTags(database);
     const auto before = sqlite3_total_changes64(database.Handle());
     PreparedStatement numbers(
         database, "INSERT OR IGNORE INTO Data (Tag, Timestamp, Value) VALUES (?, ?, ?)");
     for (std::size_t signal = 0; signal < std::size(kSignals); ++signal) {
+      if (!own.Has(kSignals[signal].sTag, kSignals[signal].sDescription)) continue;
       for (std::int64_t llSecond = llFirst; llSecond <= llNow; llSecond += llStep) {
         numbers << kSignals[signal].sTag << Value(At(llSecond)) << ValueAt(signal, llSecond);
         numbers.Run();
       }
     }
-    PreparedStatement texts(database,
-                            "INSERT OR IGNORE INTO Data2 (Tag, Timestamp, Value) VALUES (?, ?, ?)");
-    constexpr std::int64_t kStateSeconds = 900;
-    for (std::int64_t llSecond = llFirst / kStateSeconds * kStateSeconds; llSecond <= llNow;
-         llSecond += kStateSeconds) {
-      const auto state =
-          static_cast<std::size_t>(llSecond / kStateSeconds) % std::size(kBatchStates);
-      texts << kBatchTag << Value(At(llSecond)) << kBatchStates[state];
-      texts.Run();
-    }
+    if (own.Has(kBatchTag, kBatchDescription)) WriteStates(database, llFirst, llNow);
     llNew = sqlite3_total_changes64(database.Handle()) - before;
   });
   return llNew;

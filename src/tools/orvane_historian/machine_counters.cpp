@@ -10,6 +10,42 @@ namespace {
 
 using platform::Text;
 
+enum Kind {
+  kAllProcessors,
+  kProcessor,
+  kAvailable,
+  kUsed,
+  kSwapped,
+  kOneMinute,
+  kFiveMinutes,
+  kFifteenMinutes,
+  kRead,
+  kWritten,
+  kReceived,
+  kSent
+};
+
+// In the order of their numbers.
+constexpr CounterKind kKinds[] = {
+    {"cpu.load", "", "Use of all processors together", "%"},
+    {"cpu.", ".load", "Use of processor ", "%"},
+    {"memory.available", "", "Memory that programs can still get", "MB"},
+    {"memory.used", "", "Memory in use", "MB"},
+    {"memory.swapped", "", "Memory moved out to disk", "MB"},
+    {"load.1", "", "Mean number of processes that run or wait, over 1 minute", "processes"},
+    {"load.5", "", "Mean number of processes that run or wait, over 5 minutes", "processes"},
+    {"load.15", "", "Mean number of processes that run or wait, over 15 minutes", "processes"},
+    {"disk.", ".read", "Read from disk ", "kB/s"},
+    {"disk.", ".written", "Written to disk ", "kB/s"},
+    {"network.", ".received", "Received over ", "kB/s"},
+    {"network.", ".sent", "Sent over ", "kB/s"},
+};
+
+Counter CounterOf(Kind kind, double dValue, const Text& sDevice = {}) {
+  const CounterKind& of = kKinds[kind];
+  return {of.sTag + sDevice + of.sTagEnd, of.sDescription + sDevice, of.sUnit, dValue};
+}
+
 // A whole disk, not a part of one, and not a file or memory dressed up as a disk.
 bool IsDisk(const Text& sName) {
   for (const char* const sOther : {"loop", "ram", "zram", "fd", "sr", "dm-", "md"}) {
@@ -23,6 +59,10 @@ bool IsDisk(const Text& sName) {
 }
 
 }  // namespace
+
+std::span<const CounterKind> CounterKinds() {
+  return kKinds;
+}
 
 MachineCounters::MachineCounters(std::filesystem::path proc) : m_proc(std::move(proc)) {
   Read(std::chrono::seconds(1));
@@ -48,12 +88,11 @@ bool MachineCounters::Grown(const Text& sName, double dTotal, double& dGrown) {
   return dGrown >= 0;
 }
 
-void MachineCounters::AppendRate(std::vector<Counter>& counters, const Counter& counter,
-                                 double dTotal, double dSeconds) {
+void MachineCounters::AppendRate(std::vector<Counter>& counters, Counter counter, double dSeconds) {
   double dGrown = 0;
-  if (!Grown(counter.sTag, dTotal, dGrown) || dSeconds <= 0) return;
-  counters.push_back(counter);
-  counters.back().dValue = dGrown / dSeconds;
+  if (!Grown(counter.sTag, counter.dValue, dGrown) || dSeconds <= 0) return;
+  counter.dValue = dGrown / dSeconds;
+  counters.push_back(std::move(counter));
 }
 
 void MachineCounters::AppendProcessors(std::vector<Counter>& counters) {
@@ -79,11 +118,7 @@ void MachineCounters::AppendProcessors(std::vector<Counter>& counters) {
     if (!bAll || !bIdle || dAll <= 0) continue;
     const Text sNumber = sName.substr(3);
     const double dLoad = std::clamp(100.0 * (1.0 - dUnused / dAll), 0.0, 100.0);
-    if (sNumber.empty()) {
-      counters.push_back({"cpu.load", "Use of all processors together", "%", dLoad});
-    } else {
-      counters.push_back({"cpu." + sNumber + ".load", "Use of processor " + sNumber, "%", dLoad});
-    }
+    counters.push_back(CounterOf(sNumber.empty() ? kAllProcessors : kProcessor, dLoad, sNumber));
   }
 }
 
@@ -99,25 +134,20 @@ void MachineCounters::AppendMemory(std::vector<Counter>& counters) const {
   if (megabytes.contains("MemTotal:") && megabytes.contains("MemAvailable:")) {
     const double dTotal = megabytes["MemTotal:"];
     const double dAvailable = megabytes["MemAvailable:"];
-    counters.push_back(
-        {"memory.available", "Memory that programs can still get", "MB", dAvailable});
-    counters.push_back({"memory.used", "Memory in use", "MB", dTotal - dAvailable});
+    counters.push_back(CounterOf(kAvailable, dAvailable));
+    counters.push_back(CounterOf(kUsed, dTotal - dAvailable));
   }
   if (megabytes.contains("SwapTotal:") && megabytes.contains("SwapFree:")) {
-    counters.push_back({"memory.swapped", "Memory moved out to disk", "MB",
-                        megabytes["SwapTotal:"] - megabytes["SwapFree:"]});
+    counters.push_back(CounterOf(kSwapped, megabytes["SwapTotal:"] - megabytes["SwapFree:"]));
   }
 }
 
 void MachineCounters::AppendLoad(std::vector<Counter>& counters) const {
   std::ifstream stream(m_proc / "loadavg");
-  for (const char* const sMinutes : {"1", "5", "15"}) {
+  for (const Kind kind : {kOneMinute, kFiveMinutes, kFifteenMinutes}) {
     double dLoad = 0;
     if (!(stream >> dLoad)) return;
-    counters.push_back({"load." + Text(sMinutes),
-                        "Mean number of processes that run or wait, over " + Text(sMinutes) +
-                            (Text(sMinutes) == "1" ? " minute" : " minutes"),
-                        "processes", dLoad});
+    counters.push_back(CounterOf(kind, dLoad));
   }
 }
 
@@ -134,10 +164,8 @@ void MachineCounters::AppendDisks(std::vector<Counter>& counters, double dSecond
     fields >> dSkipped >> dSkipped >> dWritten;
     if (!fields || !IsDisk(sName)) continue;
     // Counted in sectors of 512 bytes, whatever the disk's own are.
-    AppendRate(counters, {"disk." + sName + ".read", "Read from disk " + sName, "kB/s"}, dRead / 2,
-               dSeconds);
-    AppendRate(counters, {"disk." + sName + ".written", "Written to disk " + sName, "kB/s"},
-               dWritten / 2, dSeconds);
+    AppendRate(counters, CounterOf(kRead, dRead / 2, sName), dSeconds);
+    AppendRate(counters, CounterOf(kWritten, dWritten / 2, sName), dSeconds);
   }
 }
 
@@ -156,10 +184,8 @@ void MachineCounters::AppendNetwork(std::vector<Counter>& counters, double dSeco
     for (int i = 0; i < 7; ++i) fields >> dSkipped;
     fields >> dSent;
     if (!fields || sName == "lo") continue;
-    AppendRate(counters, {"network." + sName + ".received", "Received over " + sName, "kB/s"},
-               dReceived / 1024, dSeconds);
-    AppendRate(counters, {"network." + sName + ".sent", "Sent over " + sName, "kB/s"}, dSent / 1024,
-               dSeconds);
+    AppendRate(counters, CounterOf(kReceived, dReceived / 1024, sName), dSeconds);
+    AppendRate(counters, CounterOf(kSent, dSent / 1024, sName), dSeconds);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <map>
+#include <span>
 #include <vector>
 
 #include "platform/types.h"
@@ -17,6 +18,17 @@ struct Counter {
   platform::Text sUnit;
   double dValue = 0;
 };
+
+/// What tags and descriptions are made of; a device's name comes behind sTag and sDescription.
+struct CounterKind {
+  const char* sTag;
+  const char* sTagEnd;
+  const char* sDescription;
+  const char* sUnit;
+};
+
+/// All that a machine can have.
+std::span<const CounterKind> CounterKinds();
 
 class MachineCounters {
  public:
@@ -37,8 +49,8 @@ class MachineCounters {
   void AppendNetwork(std::vector<Counter>& counters, double dSeconds);
   /// What the total grew by since it was last asked for; none the first time, or when it shrank.
   bool Grown(const platform::Text& sName, double dTotal, double& dGrown);
-  void AppendRate(std::vector<Counter>& counters, const Counter& counter, double dTotal,
-                  double dSeconds);
+  /// The counter has the total, in its place comes the rate.
+  void AppendRate(std::vector<Counter>& counters, Counter counter, double dSeconds);
 
   std::filesystem::path m_proc;
   Totals m_totals;

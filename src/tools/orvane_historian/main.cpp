@@ -1,6 +1,6 @@
 // orvane-historian: makes, fills and records embedded historians.
 // Ends with 0, or with 1 and a sentence when something went wrong or the command line cannot be
-// understood.
+// understood. With 2 and a sentence where nothing was generated because the catalog is another's.
 #include <CLI/CLI.hpp>
 #include <cerrno>
 #include <exception>
@@ -25,6 +25,7 @@ using platform::Text;
 namespace failure = platform::failure;
 
 constexpr int kFailed = 1;
+constexpr int kKeptAway = 2;
 
 struct Options {
   tools::ServerPlace place{provider::historian::DefaultRoot(), Text(platform::kDefaultServer),
@@ -224,6 +225,9 @@ int Main(int argc, char** argv) {
 int main(int argc, char** argv) {
   try {
     return Main(argc, argv);
+  } catch (const tools::NotGenerated& failed) {
+    std::cerr << failed.Description() << '\n';
+    return kKeptAway;
   } catch (const Failure& failed) {
     std::cerr << failed.Description() << '\n';
   } catch (const std::exception& exception) {

@@ -44,12 +44,13 @@ CatalogRecord FindCatalog(const ServerPlace& place, const Text& sCatalog) {
                                                "in the console.");
 }
 
-CatalogRecord FindOrMakeCatalog(const ServerPlace& place, const Text& sCatalog) {
+CatalogRecord FindOrMakeCatalog(const ServerPlace& place, const Text& sCatalog,
+                                const Text& sDescription) {
   provider::engines::SqliteEngine engine;
   Historian historian = OpenHistorian(place, engine);
   if (auto record = Find(historian, sCatalog)) return *std::move(record);
   try {
-    return historian.CreateCatalog(sCatalog, {}, 0, {});
+    return historian.CreateCatalog(sCatalog, {}, 0, {}, sDescription);
   } catch (const Failure& failed) {
     // Another program was faster.
     if (failed.Number() != failure::kKeyExists) throw;

@@ -24,9 +24,10 @@ provider::historian::Historian OpenHistorian(const ServerPlace& place,
 /// The catalog of that name. Fails when there is none or it is the historian's own.
 provider::historian::CatalogRecord FindCatalog(const ServerPlace& place,
                                                const platform::Text& sCatalog);
-/// The same, but makes the catalog when there is none.
+/// The same, but makes the catalog, with that description, when there is none.
 provider::historian::CatalogRecord FindOrMakeCatalog(const ServerPlace& place,
-                                                     const platform::Text& sCatalog);
+                                                     const platform::Text& sCatalog,
+                                                     const platform::Text& sDescription);
 
 /// The table of that name, ASCII letters without regard to case. Fails when there is none.
 provider::engines::TableSchema FindTable(const provider::historian::CatalogRecord& record,

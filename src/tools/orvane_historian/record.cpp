@@ -62,12 +62,16 @@ class Rows {
       : m_database(record),
         m_keep(keep),
         m_insert(m_database, "INSERT OR IGNORE INTO Data (Tag, Timestamp, Value) VALUES (?, ?, ?)"),
+        // A tag that somebody else has described, or has rows of, stays his.
         m_describe(m_database,
-                   "INSERT INTO Tags (Tag, Description, Unit, Type) VALUES (?, ?, ?, 'number') "
-                   "ON CONFLICT (Tag) DO UPDATE SET Description = excluded.Description, "
-                   "Unit = excluded.Unit WHERE Description IS NOT excluded.Description OR "
-                   "Unit IS NOT excluded.Unit"),
-        m_forget(m_database, "DELETE FROM Data WHERE Timestamp < ?") {
+                   "INSERT INTO Tags (Tag, Description, Unit, Type) SELECT ?1, ?2, ?3, 'number' "
+                   "WHERE NOT EXISTS (SELECT 1 FROM Data WHERE Tag = ?1) "
+                   "ON CONFLICT (Tag) DO NOTHING"),
+        // Tags of counters, those of devices that are gone included, as they are described here.
+        m_forget(m_database,
+                 "DELETE FROM Data WHERE Timestamp < ?1 AND Tag IN (SELECT Tag FROM Tags WHERE "
+                 "substr(Description, 1, length(?4)) = ?4 AND "
+                 "Tag = ?2 || substr(Description, length(?4) + 1) || ?3)") {
     // The next second writes what this one cannot.
     WaitForLocks(milliseconds(500));
   }
@@ -114,8 +118,11 @@ class Rows {
   }
 
   void Forget(Timestamp now) {
-    m_forget << platform::Value(now - m_keep);
-    m_forget.Run();
+    for (const CounterKind& kind : CounterKinds()) {
+      m_forget << platform::Value(now - m_keep) << Text(kind.sTag) << Text(kind.sTagEnd)
+               << Text(kind.sDescription);
+      m_forget.Run();
+    }
   }
 
   CatalogDatabase m_database;
@@ -175,7 +182,7 @@ class Recorder {
 
   // False when a signal came while another recorder was at work.
   bool Begin() {
-    return Open([&] { return FindOrMakeCatalog(m_place, m_order.sCatalog); });
+    return Open([&] { return FindOrMakeCatalog(m_place, m_order.sCatalog, {}); });
   }
 
   void Take(Sample sample) {

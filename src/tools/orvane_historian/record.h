@@ -13,7 +13,7 @@ namespace orvane::tools {
 struct RecordOrder {
   platform::Text sCatalog;
   std::int64_t llCount = 0;     ///< so many samples; 0 goes on until a signal
-  std::chrono::seconds keep{};  ///< older rows go away; 0 keeps all
+  std::chrono::seconds keep{};  ///< older rows of the counters go away; 0 keeps all
   std::filesystem::path proc = "/proc";
   std::function<void()> waits;  ///< called once when another recorder is waited for
 };
