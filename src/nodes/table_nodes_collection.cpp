@@ -20,9 +20,10 @@ TableNodePtr TableNodesCollection::Add(const Text& sTable) {
   const TableNodePtr node = TableNode::Create(m_objects);
   const auto ctgNode = Owner();
   if (!ctgNode) {
-    throw platform::Failure(
-        platform::failure::kObjectNotSet,
-        "The catalog of the table \"" + sTable + "\" is no longer in the tree; reload its server.");
+    throw platform::Failure(platform::failure::kObjectNotSet,
+                            "The catalog of the table \"" + sTable +
+                                "\" is no longer in the tree; reload its server, or "
+                                "select another catalog.");
   }
   node->Query()->Catalog(ctgNode->Catalog());
   node->Query()->Table(sTable);

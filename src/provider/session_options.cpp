@@ -53,7 +53,9 @@ platform::Boolean ReadBoolean(Option option, const Value& vtValue) {
     return platform::ToBoolean(vtValue);
   } catch (const Failure&) {
     throw Failure(failure::kInvalidArgument,
-                  "\"" + Text(kNames[option]) + "\" is either True or False; enter one of them.");
+                  "\"" + Text(kNames[option]) +
+                      "\" is either True or False; write one of them into the server's extended "
+                      "options.");
   }
 }
 
@@ -66,9 +68,9 @@ platform::Long ReadNumber(const char* sName, platform::Long lLeast, platform::Lo
     lNumber = lLeast - 1;
   }
   if (lNumber < lLeast || lNumber > lMost) {
-    throw Failure(failure::kInvalidArgument, Text("\"") + sName + "\" is a number from " +
-                                                 std::to_string(lLeast) + " to " +
-                                                 std::to_string(lMost) + "; enter one.");
+    throw Failure(failure::kInvalidArgument,
+                  Text("\"") + sName + "\" is a number from " + std::to_string(lLeast) + " to " +
+                      std::to_string(lMost) + "; write one into the server's extended options.");
   }
   return lNumber;
 }
@@ -77,13 +79,16 @@ Text ReadText(Option option, const Value& vtValue) {
   const auto* const sText = vtValue.As<Text>();
   if (sText == nullptr) {
     throw Failure(failure::kInvalidArgument,
-                  "\"" + Text(kNames[option]) + "\" is a text; enter one.");
+                  "\"" + Text(kNames[option]) +
+                      "\" is a text; write one into the server's extended options.");
   }
   // The texts of options are saved with the document.
   if (platform::HoldsSecret(*sText)) {
-    throw Failure(failure::kInvalidArgument,
-                  "\"" + Text(kNames[option]) +
-                      "\" must not hold a password: leave it out and type it in the logon dialog.");
+    throw Failure(
+        failure::kInvalidArgument,
+        "\"" + Text(kNames[option]) +
+            "\" must not hold a password: take it out of the server's extended options and "
+            "type it in the logon dialog.");
   }
   return *sText;
 }
@@ -92,16 +97,28 @@ Text ReadLogFile(const Value& vtValue) {
   const Text sFile = ReadText(LogFile, vtValue);
   if (sFile.front() != '/') {
     throw Failure(failure::kInvalidArgument, "The path \"" + sFile +
-                                                 "\" of the log file is not complete; enter one "
-                                                 "that begins with \"/\".");
+                                                 "\" of the log file is not complete; write one "
+                                                 "that begins with \"/\" into the server's "
+                                                 "extended options.");
   }
   if (sFile.find(';') != Text::npos) {
     throw Failure(failure::kInvalidArgument,
                   "The path \"" + sFile +
                       "\" of the log file holds a semicolon, which a connection string cannot "
-                      "keep; enter one without.");
+                      "keep; write one without into the server's extended options.");
   }
   return sFile;
+}
+
+zones::TimeZone ReadTimeZone(const Value& vtValue) {
+  const Text sZone = ReadText(TimeZone, vtValue);
+  try {
+    return zones::TimeZone(sZone);
+  } catch (const Failure& failed) {
+    throw Failure(failed.Number(), "There is no time zone \"" + sZone +
+                                       "\"; write Local, UTC or a name such as Europe/Madrid into "
+                                       "the server's extended options.");
+  }
 }
 
 }  // namespace
@@ -161,7 +178,7 @@ void SessionOptions::Set(const Text& sName, const Value& vtValue) {
       m_bTimeAsDouble = !bInitial && ReadBoolean(option, vtValue);
       break;
     case Option::TimeZone:
-      m_timeZone = zones::TimeZone(bInitial ? Text() : ReadText(option, vtValue));
+      m_timeZone = bInitial ? zones::TimeZone(Text()) : ReadTimeZone(vtValue);
       break;
     case Option::HistoriansByGuid:
       m_bHistoriansByGuid = !bInitial && ReadBoolean(option, vtValue);

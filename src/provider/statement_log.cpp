@@ -30,20 +30,26 @@ files::Descriptor OpenForAppending(const Text& sFile) {
     case files::LogRefusal::None:
       break;
     case files::LogRefusal::NotOpened:
-      Fail(sFile, "cannot be opened; enter a path into a folder that you may write to.",
+      Fail(sFile,
+           "cannot be opened; name one in the server's extended options that lies in a folder "
+           "that you may write to.",
            opened.iError);
     case files::LogRefusal::NoFile:
-      Fail(sFile, "is no file but a pipe or a device; enter the path of a file.");
+      Fail(sFile,
+           "is no file but a pipe or a device; name a file in the server's extended "
+           "options.");
     case files::LogRefusal::Link:
       Fail(sFile,
-           "is a symbolic link, or another user's link leads to it; enter the path of the file "
-           "itself.");
+           "is a symbolic link, or another user's link leads to it; name the file itself in the "
+           "server's extended options.");
     case files::LogRefusal::OtherNames:
-      Fail(sFile, "has other names as well (hard links); enter the path of a new file.");
+      Fail(sFile,
+           "has other names as well (hard links); name a new file in the server's extended "
+           "options.");
     case files::LogRefusal::NoLog:
       Fail(sFile,
-           "holds something else than a log of statements, which is left as it is; enter the path "
-           "of a new file.");
+           "holds something else than a log of statements, which is left as it is; name a new "
+           "file in the server's extended options.");
   }
   return std::move(opened.file);
 }

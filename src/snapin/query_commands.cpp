@@ -31,6 +31,12 @@ Text FolderKey(const ScopeItem& item) {
   return sKey.substr(0, sKey.size() - item.DisplayName().size() - 1);
 }
 
+void NameItem(ScopeItem& item, const Text& sFolderKey, const Text& sName) {
+  item.Key(sFolderKey + "." + sName);
+  item.NodeId(item.Key());
+  item.DisplayName(sName);
+}
+
 }  // namespace
 
 platform::RowsPlace SnapIn::PlaceOf(const nodes::QueryNode& query, const Text& sName) {
@@ -74,18 +80,20 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
   const auto place = PlaceOf(*query, sOldName);
   const Boolean bLeavesRows = sNewName != sOldName && !IsShown(*item);
   if (bLeavesRows && !MayLoseRows(place)) return;
+  const Text sFolderKey = FolderKey(*item);
   if (sNewName != sOldName || !queries->Holds(query)) {
-    const Text sFolderKey = FolderKey(*item);
     FileQuery(*queries, query, sNewName, dialog.SqlStatement().Text());
     // One that comes back may find its folder without a mark, as that of an empty list.
     if (const auto folder = m_services.console->ScopeItems().Item(sFolderKey)) {
       folder->ScopeNode()->HasChildren(true);
     }
-    item->Key(sFolderKey + "." + sNewName);
-    item->NodeId(item->Key());
-    item->DisplayName(sNewName);
+    NameItem(*item, sFolderKey, sNewName);
   } else {
     query->Query(dialog.SqlStatement().Text());
+    // An earlier rename may have found its key taken, which may be free by now.
+    if (!m_services.console->ScopeItems().Item(sFolderKey + "." + sNewName)) {
+      NameItem(*item, sFolderKey, sNewName);
+    }
   }
   query->Recordset(nullptr);
   if (bLeavesRows) LoseRows(place);

@@ -17,13 +17,15 @@ std::shared_ptr<T> TagAs(const platform::ScopeItem& item) {
   if (!tag) {
     throw platform::Failure(
         platform::failure::kObjectNotSet,
-        "\"" + item.DisplayName() + "\" stands for nothing any more; reload its server.");
+        "\"" + item.DisplayName() +
+            "\" stands for nothing any more; reload its server, or select another item.");
   }
   auto node = std::dynamic_pointer_cast<T>(tag);
   if (!node) {
     throw platform::Failure(
         platform::failure::kTypeMismatch,
-        "\"" + item.DisplayName() + "\" stands for something else; reload its server.");
+        "\"" + item.DisplayName() +
+            "\" stands for something else; reload its server, or select another item.");
   }
   return node;
 }

@@ -2,6 +2,7 @@
 orvane_test(console_scenarios QT
   LINK orvane_console orvane_provider
   SOURCES
+    scenarios/followed_advice_test.cpp
     scenarios/historians_by_guid_test.cpp
     scenarios/log_file_question_test.cpp
     scenarios/counted_objects.h

@@ -237,7 +237,7 @@ TEST_F(query_editing, the_options_of_the_connection_change_no_row_but_the_one) {
   OpenQuery("SELECT Tag, Timestamp, Value FROM P..Data", "Time as Double = True");
   EXPECT_EQ(Label("readOnly"),
             "These rows can only be looked at: times are shown as numbers, which are not exact; "
-            "switch off \"Time as Double\" in the server's options.");
+            "switch off \"Time as Double\" in the server's extended options.");
 }
 
 TEST_F(query_editing, a_statement_that_was_run_as_a_change_gives_rows_to_be_looked_at) {

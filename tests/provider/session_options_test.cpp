@@ -77,8 +77,8 @@ TEST(session_options, hold_no_password) {
   for (const Text& sText : fakes::TextsWithSecret()) {
     SessionOptions options;
     EXPECT_EQ(FailureOf([&] { options.Set("Time Zone", sText); }),
-              "5: \"Time Zone\" must not hold a password: leave it out and type it in the logon "
-              "dialog.");
+              "5: \"Time Zone\" must not hold a password: take it out of the server's extended "
+              "options and type it in the logon dialog.");
   }
 }
 
@@ -90,20 +90,23 @@ TEST(session_options, refuse_what_they_cannot_be_and_stay_as_they_were) {
   };
   for (const Value& vtLevel : {Value(-1), Value(4), Value("two")}) {
     EXPECT_EQ(failure("Log Level", vtLevel),
-              "5: \"Log Level\" is a number from 0 to 3; enter one.");
+              "5: \"Log Level\" is a number from 0 to 3; write one into the server's extended "
+              "options.");
   }
   EXPECT_EQ(failure("Time as Double", "perhaps"),
-            "5: \"Time as Double\" is either True or False; enter one of them.");
+            "5: \"Time as Double\" is either True or False; write one of them into the server's "
+            "extended options.");
   EXPECT_EQ(failure("Log File", "log.txt"),
-            "5: The path \"log.txt\" of the log file is not complete; enter one that begins with "
-            "\"/\".");
+            "5: The path \"log.txt\" of the log file is not complete; write one that begins with "
+            "\"/\" into the server's extended options.");
   EXPECT_EQ(failure("Log File", "/tmp/a;b.txt"),
             "5: The path \"/tmp/a;b.txt\" of the log file holds a semicolon, which a connection "
-            "string cannot keep; enter one without.");
-  EXPECT_EQ(failure("Log File", 7), "5: \"Log File\" is a text; enter one.");
+            "string cannot keep; write one without into the server's extended options.");
+  EXPECT_EQ(failure("Log File", 7),
+            "5: \"Log File\" is a text; write one into the server's extended options.");
   EXPECT_EQ(failure("Time Zone", "Nowhere"),
-            "5: There is no time zone \"Nowhere\"; enter Local, UTC or a name such as "
-            "Europe/Madrid.");
+            "5: There is no time zone \"Nowhere\"; write Local, UTC or a name such as "
+            "Europe/Madrid into the server's extended options.");
   EXPECT_EQ(failure("Color", 1), "3265: The provider has no property \"Color\"; check its name.");
   EXPECT_EQ(options.LogLevel(), 2);
 }
@@ -116,7 +119,8 @@ TEST(session_options, bound_the_memory_of_a_statement) {
   EXPECT_EQ(options.StatementMemory(), std::size_t{16} << 20);
   for (const Value& vtValue : {Value(15), Value(4097), Value("much"), Value(-1)}) {
     EXPECT_EQ(FailureOf([&] { options.Set("Statement Memory", vtValue); }),
-              "5: \"Statement Memory\" is a number from 16 to 4096; enter one.");
+              "5: \"Statement Memory\" is a number from 16 to 4096; write one into the server's "
+              "extended options.");
   }
   EXPECT_EQ(options.Get("Statement Memory"), Value(16));
   options.Set("Statement Memory", "");

@@ -92,9 +92,11 @@ TEST_F(statement_log, begins_and_ends_on_an_open_connection) {
 TEST_F(statement_log, says_that_its_file_cannot_be_opened_and_changes_nothing) {
   const auto session = Open(0);
   session->PropertyValue("Log Level", 2);
-  EXPECT_EQ(FailureOf([&] { session->PropertyValue("Log File", m_root.Path().string()); }),
-            "3807: The log file " + m_root.Path().string() +
-                " cannot be opened; enter a path into a folder that you may write to.");
+  EXPECT_EQ(
+      FailureOf([&] { session->PropertyValue("Log File", m_root.Path().string()); }),
+      "3807: The log file " + m_root.Path().string() +
+          " cannot be opened; name one in the server's extended options that lies in a folder "
+          "that you may write to.");
   EXPECT_EQ(session->PropertyValue("Log File"), platform::Value(File()));
   session->Execute({"SELECT 4", 0, {}}, {});
   EXPECT_THAT(Content(), HasSubstr("SELECT 4"));
@@ -106,7 +108,7 @@ TEST_F(statement_log, refuses_a_pipe_instead_of_waiting_for_its_reader) {
   HistorianProvider provider(PlaceAt(m_root.Path()));
   const auto sentence = [](const Text& sFile) {
     return "3807: The log file " + sFile +
-           " is no file but a pipe or a device; enter the path of a file.";
+           " is no file but a pipe or a device; name a file in the server's extended options.";
   };
   for (const Text& sFile : {sPipe, Text("/dev/null")}) {
     EXPECT_EQ(FailureOf([&] {
@@ -164,19 +166,20 @@ TEST_F(statement_log, leaves_every_file_that_is_none_as_it_is) {
   std::ofstream(File()) << "alias ls=ls\n";
   EXPECT_EQ(refusal(), "3807: The log file " + File() +
                            " holds something else than a log of statements, which is left as it "
-                           "is; enter the path of a new file.");
+                           "is; name a new file in the server's extended options.");
   EXPECT_EQ(Content(), "alias ls=ls\n");
   std::filesystem::remove(File());
   std::filesystem::create_symlink(sOther, File());
   EXPECT_EQ(refusal(), "3807: The log file " + File() +
-                           " is a symbolic link, or another user's link leads to it; enter the "
-                           "path of the file itself.");
+                           " is a symbolic link, or another user's link leads to it; name the "
+                           "file itself in the server's extended options.");
   EXPECT_FALSE(std::filesystem::exists(sOther));
   std::filesystem::remove(File());
   std::ofstream(sOther).flush();
   std::filesystem::create_hard_link(sOther, File());
   EXPECT_EQ(refusal(), "3807: The log file " + File() +
-                           " has other names as well (hard links); enter the path of a new file.");
+                           " has other names as well (hard links); name a new file in the "
+                           "server's extended options.");
   EXPECT_EQ(Content(), "");
 }
 

@@ -108,7 +108,8 @@ TEST_F(menus, nothing_is_added_without_a_selection) {
 TEST_F(menus, a_failure_while_building_is_shown) {
   driver.Item("S1")->Tag(nullptr);
   EXPECT_EQ(MenuOf("S1"), "");
-  EXPECT_EQ(ErrorBox(), "\"S1\" stands for nothing any more; reload its server.");
+  EXPECT_EQ(ErrorBox(),
+            "\"S1\" stands for nothing any more; reload its server, or select another item.");
 }
 
 TEST_F(menus, a_command_does_nothing_unless_one_scope_item_is_selected) {
@@ -203,7 +204,8 @@ TEST_F(menus, every_command_reports_a_lost_node_in_the_error_box) {
     driver.ui->icons.clear();
     driver.Click(sCommand, sKey);
     EXPECT_EQ(ErrorBox(),
-              "\"" + item->DisplayName() + "\" stands for nothing any more; reload its server.")
+              "\"" + item->DisplayName() +
+                  "\" stands for nothing any more; reload its server, or select another item.")
         << sCommand;
     EXPECT_EQ(driver.ui->icons, std::vector<platform::MsgBoxIcon>{platform::MsgBoxIcon::None});
     item->Tag(tag);

@@ -132,6 +132,20 @@ TEST_F(query_edit, a_renamed_query_whose_new_key_is_taken_keeps_its_old_item_and
   EXPECT_EQ(query->Recordset(), rs);
   EXPECT_EQ(driver.Item("S1.Queries.Q1")->Tag(), query);
   EXPECT_EQ(driver.DisplayName("S1.Queries.Q1"), "Q1");
+  // As long as it does, the query's text can be edited all the same.
+  Edit("Q1", {{"Q2", "SELECT 11"}});
+  ExpectNoBoxes();
+  EXPECT_EQ(query->Query(), "SELECT 11");
+  EXPECT_EQ(driver.DisplayName("S1.Queries.Q1"), "Q1");
+  driver.ui->answers = {platform::MsgBoxResult::Yes};
+  driver.Click("m_mnuRemove", "S1.Queries.Q2");
+  driver.ui->boxes.clear();
+  Edit("Q1", {{"Q2", "SELECT 11"}});
+  ExpectNoBoxes();
+  EXPECT_EQ(driver.Item("S1.Queries.Q2")->Tag(), query);
+  EXPECT_EQ(driver.DisplayName("S1.Queries.Q2"), "Q2");
+  EXPECT_EQ(driver.Item("S1.Queries.Q2")->NodeId(), "S1.Queries.Q2");
+  EXPECT_FALSE(driver.HasItem("S1.Queries.Q1"));
 }
 
 TEST_F(query_edit, a_name_that_the_grid_shows_already_is_not_set_again) {

@@ -314,11 +314,13 @@ TEST_F(scope_items, tables_queries_and_foreign_items_have_nothing_to_expand) {
 TEST_F(scope_items, an_item_without_its_node_is_reported) {
   EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(
       std::make_shared<fakes::FakeScopeItem>("Server", "x", "Lost")));
-  EXPECT_EQ(ErrorBox(), "\"Lost\" stands for nothing any more; reload its server.");
+  EXPECT_EQ(ErrorBox(),
+            "\"Lost\" stands for nothing any more; reload its server, or select another item.");
   const auto item = std::make_shared<fakes::FakeScopeItem>("Queries", "x", "Wrong");
   item->Tag(Root());
   EXPECT_FALSE(driver.snapIn->ScopeItems_Expand(item));
-  EXPECT_EQ(ErrorBox(), "\"Wrong\" stands for something else; reload its server.");
+  EXPECT_EQ(ErrorBox(),
+            "\"Wrong\" stands for something else; reload its server, or select another item.");
 }
 
 TEST_F(scope_items, expanding_without_a_root_is_reported) {

@@ -240,17 +240,19 @@ void TreeModel::EditQuery(const ItemPtr& item, const std::vector<Typed>& answers
     if (!accepted) return;
     const auto held = std::find(server->queries.begin(), server->queries.end(), query);
     const bool bRenamed = accepted->sName != query->sName;
+    const Text sFolder = item->sKey.substr(0, item->sKey.size() - item->sName.size());
+    const auto other = Find(sFolder + accepted->sName);
+    const bool bTaken = other && other != item;
     if (bRenamed || held == server->queries.end()) {
-      const Text sFolder = item->sKey.substr(0, item->sKey.size() - item->sName.size());
       File(server->queries, query, *accepted);
       if (const auto folder = Find(sFolder.substr(0, sFolder.size() - 1))) folder->bMark = true;
-      if (const auto other = Find(sFolder + accepted->sName); other && other != item) {
-        throw Stop{};
-      }
-      item->sKey = sFolder + accepted->sName;
-      item->sName = accepted->sName;
+      if (bTaken) throw Stop{};
     } else {
       query->sSql = accepted->sSql;
+    }
+    if (!bTaken) {
+      item->sKey = sFolder + accepted->sName;
+      item->sName = accepted->sName;
     }
     query->bRows = false;
     item->texts = {query->sName, query->sSql};

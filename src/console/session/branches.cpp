@@ -32,13 +32,14 @@ void Branches::Expand(const ScopeTreeItemPtr& item) {
 }
 
 bool Branches::CanReload(const ScopeTreeItem& item) const {
-  if (item.IsRemoved() || !item.Parent() || item.State() != NodeState::Loaded) return false;
-  if (IsReadFromServer(item)) return true;
+  if (item.IsRemoved() || !item.Parent()) return false;
+  const auto state = item.State();
+  if (IsReadFromServer(item)) return state == NodeState::Loaded || state == NodeState::Failed;
   const auto& children = item.Children();
-  return std::any_of(children.begin(), children.end(), [this](const auto& child) {
-    return IsReadFromServer(*child) &&
-           (child->State() == NodeState::Loaded || child->State() == NodeState::Failed);
-  });
+  return state == NodeState::Loaded &&
+         std::any_of(children.begin(), children.end(), [this](const auto& child) {
+           return IsReadFromServer(*child) && child->State() != NodeState::Loading;
+         });
 }
 
 bool Branches::IsReadFromServer(const ScopeTreeItem& item) const {
@@ -61,10 +62,10 @@ void Branches::ReloadChildren(const ScopeTreeItemPtr& item) {
   const auto children = item->Children();
   for (const auto& child : children) {
     if (!IsReadFromServer(*child) || child->IsRemoved()) continue;
-    if (child->State() == NodeState::Failed) {
-      Expand(child);
+    if (CanReload(*child)) {
+      ReloadList(child);
     } else {
-      Reload(child);
+      Expand(child);
     }
   }
 }

@@ -66,8 +66,8 @@ class ConsoleSession final : public QObject {
   void ShowView(std::size_t nView) { m_shown.ShowView(nView); }
   /// Expands an item that is not loaded, or failed to load; returns when that is done.
   void Expand(const ScopeTreeItemPtr& item) { m_branches.Expand(item); }
-  /// True for an item whose list was read from a server, and for one with such an item right
-  /// beneath it.
+  /// True for an item whose list was read from a server, or could not be, and for a loaded one with
+  /// an item right beneath it whose list can be read.
   bool CanReload(const ScopeTreeItem& item) const { return m_branches.CanReload(item); }
   /// Takes away what was read from the server beneath the item and expands it anew; what the
   /// document alone knows stays. The selection stays as far as it is found again.

@@ -24,6 +24,14 @@ ServerState StateOfServer(const platform::ObjectPtr& tag) {
   return server->OpenConnection() ? ServerState::Connected : ServerState::Disconnected;
 }
 
+[[noreturn]] void FailTaken(const Text& sKey) {
+  throw Failure(failure::kKeyExists,
+                "The tree already has an item with the key \"" + sKey +
+                    "\"; remove or edit the item that has it, then disconnect its server and "
+                    "connect it again.",
+                "console");
+}
+
 }  // namespace
 
 ScopeTree::ScopeTree(const ItemLook* look, QObject* parent)
@@ -72,7 +80,8 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
   if (!node || node->Owner().m_tree != this) {
     throw Failure(failure::kInvalidArgument,
                   "The item \"" + sKey +
-                      "\" cannot be added beneath an item that is gone; reload its server.",
+                      "\" cannot be added beneath an item that is gone; disconnect its server and "
+                      "connect it again.",
                   "console");
   }
   const auto* type = NodeType(sNodeTypeName);
@@ -83,11 +92,7 @@ ScopeItemPtr ScopeTree::Add(const Text& sNodeTypeName, const Text& sKey, const S
                   "console");
   }
   auto [at, bAdded] = m_index.try_emplace(sKey, nullptr);
-  if (!bAdded) {
-    throw Failure(failure::kKeyExists,
-                  "The tree already has an item with the key \"" + sKey + "\"; reload its server.",
-                  "console");
-  }
+  if (!bAdded) FailTaken(sKey);
   auto& above = node->Owner();
   auto item = std::make_shared<ScopeTreeItem>(this, sNodeTypeName, sKey, type->sDisplayName,
                                               type->lFolderImage, bHasChildren);
@@ -137,7 +142,7 @@ void ScopeTree::Remove(const Text& sKey) {
   const auto item = Find(sKey);
   if (!item) {
     throw Failure(failure::kInvalidArgument,
-                  "The tree has no item with the key \"" + sKey + "\"; reload its server.",
+                  "The tree has no item with the key \"" + sKey + "\"; select another one.",
                   "console");
   }
   if (m_removing) m_removing(item, false);
@@ -283,11 +288,7 @@ void ScopeTree::Rekey(ScopeTreeItem& item, const Text& sKey) {
     item.m_sKey = sKey;
     return;
   }
-  if (!m_index.try_emplace(sKey, &item).second) {
-    throw Failure(failure::kKeyExists,
-                  "The tree already has an item with the key \"" + sKey + "\"; reload its server.",
-                  "console");
-  }
+  if (!m_index.try_emplace(sKey, &item).second) FailTaken(sKey);
   if (m_rekeying) m_rekeying(item, sKey);
   m_index.erase(item.m_sKey);
   item.m_sKey = sKey;

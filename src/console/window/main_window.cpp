@@ -301,10 +301,11 @@ void MainWindow::UpdateActions() {
   const auto item = m_session.Selected();
   // What can be done with an item that is marked only is known when it is shown.
   const bool bElsewhere = MarkedElsewhere() != nullptr;
-  m_menus.actRefresh->setEnabled(bElsewhere || m_session.IsRefreshEnabled() ||
-                                 (item && item->State() == NodeState::Failed));
   // Where one of the two can be done, the other cannot, so that they share a key and a button.
-  m_menus.actReload->setEnabled(!bElsewhere && item && m_session.CanReload(*item));
+  const bool bReload = !bElsewhere && item && m_session.CanReload(*item);
+  m_menus.actReload->setEnabled(bReload);
+  m_menus.actRefresh->setEnabled(bElsewhere || m_session.IsRefreshEnabled() ||
+                                 (item && item->State() == NodeState::Failed && !bReload));
   m_results->RefreshAction(m_menus.actReload->isEnabled() ? m_menus.actReload : m_menus.actRefresh);
   const bool bCanSave = m_keeper.CanSave();
   m_menus.actSave->setEnabled(bCanSave);

@@ -25,9 +25,11 @@ constexpr int kStateVersion = 1;
 constexpr const char* kBytesMember = "bytes";
 
 [[noreturn]] void FailNoState(const Text& sWhy) {
-  throw Failure(platform::failure::kTypeMismatch,
-                "The saved table query cannot be read: " + sWhy +
-                    ". Remove it from the document, or choose the table's query anew.");
+  throw Failure(
+      platform::failure::kTypeMismatch,
+      "The saved table query cannot be read: " + sWhy +
+          ". Remove its line from the document in an editor, or restore the document from a "
+          "copy.");
 }
 
 /// A name in an old encoding, out of a database, is no UTF-8 text and so no JSON string either; its

@@ -31,7 +31,7 @@ Text FindKey(Connection& cn, const Recordset& rs, Updatability& updatability) {
   updatability.bNoTable = key.bNoTable;
   if (GivesTimesAsNumbers(cn)) {
     return "These rows can only be looked at: times are shown as numbers, which are not exact; "
-           "switch off \"Time as Double\" in the server's options.";
+           "switch off \"Time as Double\" in the server's extended options.";
   }
   if (key.columns.empty()) return key.sWhyNot;
   for (const Text& sName : key.columns) {

@@ -37,6 +37,13 @@ void HostDriver::AnswerMessageBox(QMessageBox& box) {
     ClickAt(*box.button(QMessageBox::Discard), box.button(QMessageBox::Discard)->rect().center());
     return;
   }
+  if (box.objectName() == "doubtfulDocumentBox") {
+    // The case has changed its document itself.
+    for (auto* button : box.buttons()) {
+      if (button->text() == "&Open") ClickAt(*button, button->rect().center());
+    }
+    return;
+  }
   if (box.objectName() == "unsentRowsBox") return AnswerUnsentRows(box);
   const bool bYesNo = box.standardButtons().testFlag(QMessageBox::Yes);
   m_boxes.push_back({box.text().toStdString(), box.windowTitle().toStdString(),

@@ -52,11 +52,26 @@ TEST_F(ReloadTest, reload_that_fails_leaves_an_item_that_can_be_tried_again) {
   m_session->Reload(Find("alpha"));
   EXPECT_EQ(Find("alpha.Catalogs")->State(), NodeState::Failed);
   EXPECT_EQ(m_session->Selected(), Find("alpha.Catalogs"));
-  EXPECT_FALSE(m_session->CanReload(*Find("alpha.Catalogs")));
-  EXPECT_TRUE(m_session->CanReload(*Find("alpha")));
+  for (const char* sKey : {"alpha", "alpha.Catalogs"}) {
+    ASSERT_TRUE(m_session->CanReload(*Find(sKey))) << sKey;
+    m_session->Reload(Find(sKey));
+    EXPECT_EQ(Find("alpha.Catalogs")->State(), NodeState::Failed);
+  }
   m_script->expand = fakes::ExpandUsualTree;
   m_session->Refresh();
   EXPECT_EQ(Find("alpha.Catalogs")->State(), NodeState::Loaded);
+}
+
+TEST_F(ReloadTest, reload_of_a_server_reads_the_catalogs_that_were_never_opened) {
+  Start();
+  m_session->Expand(m_session->Tree().StaticItem());
+  EXPECT_FALSE(m_session->CanReload(*Find("alpha")));
+  m_session->Expand(Find("alpha"));
+  ASSERT_EQ(Find("alpha.Catalogs")->State(), NodeState::NotLoaded);
+  ASSERT_TRUE(m_session->CanReload(*Find("alpha")));
+  m_session->Reload(Find("alpha"));
+  EXPECT_EQ(Find("alpha.Catalogs")->State(), NodeState::Loaded);
+  EXPECT_NE(Find("alpha.Catalogs.Machine"), nullptr);
 }
 
 TEST_F(ReloadTest, reload_of_a_server_tries_again_what_failed_beneath_it) {
