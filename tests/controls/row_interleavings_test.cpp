@@ -226,7 +226,7 @@ class RowInterleavingsTest : public testing::Test {
 };
 
 TEST_F(RowInterleavingsTest, overwrite_nothing_that_was_not_seen) {
-  constexpr int kRounds = 300;
+  constexpr int kRounds = 100;
   constexpr int kSteps = 12;
   const char* const sRounds = std::getenv("ORVANE_ROUNDS");
   const int nRounds = sRounds != nullptr ? std::atoi(sRounds) : kRounds;
