@@ -61,7 +61,7 @@ platform::RecordsetPtr Command::Execute(Long* lRecordsAffected, Long /*lOptions*
   StatementResult result =
       m_connection->Execute({m_sCommandText, m_lMaxRecords, std::chrono::seconds(m_lCommandTimeout),
                              m_bReadOnly, m_parameters.Values(), m_rowsExpected, m_batch},
-                            {m_bKeepRows, m_handler, m_sink, m_stop.get_token()});
+                            {m_bKeepRows, m_bGivesWay, m_handler, m_sink, m_stop.get_token()});
   if (lRecordsAffected != nullptr) *lRecordsAffected = result.lRecordsAffected;
   return std::move(result.recordset);
 }

@@ -35,6 +35,7 @@ class Command final : public platform::Command {
   void Batch(platform::ParameterRows rows) override { m_batch = std::move(rows); }
   void RowsExpected(std::optional<platform::RowIndex> rows) override { m_rowsExpected = rows; }
   void KeepRows(platform::Boolean bKeep) override { m_bKeepRows = bKeep; }
+  void GivesWay(platform::Boolean bGivesWay) override { m_bGivesWay = bGivesWay; }
   void OnRows(platform::RowsHandler handler) override { m_handler = std::move(handler); }
   void Sink(platform::RowSink sink) override { m_sink = std::move(sink); }
   void Cancel() override { m_stop.request_stop(); }
@@ -52,6 +53,7 @@ class Command final : public platform::Command {
   platform::ParameterRows m_batch;
   std::optional<platform::RowIndex> m_rowsExpected;
   platform::Boolean m_bKeepRows = false;
+  platform::Boolean m_bGivesWay = false;
   platform::RowsHandler m_handler;
   platform::RowSink m_sink;
   std::stop_source m_stop;  // of the statement that runs

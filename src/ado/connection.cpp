@@ -180,13 +180,16 @@ StatementResult Connection::Execute(Statement statement, FetchWishes wishes) {
   statement.rows = fetch;
   StatementResult result;
   try {
-    RunLong(
-        "Running the statement",
-        [&](std::stop_token stop) {
-          const EitherStop either(std::move(stop), fetch->Stop());
-          result = m_session->Execute(statement, either.Token());
-        },
-        [&] { return fetch->Show(); });
+    const auto run = [&](std::stop_token stop) {
+      const EitherStop either(std::move(stop), fetch->Stop());
+      result = m_session->Execute(statement, either.Token());
+    };
+    constexpr const char* kWhat = "Running the statement";
+    if (fetch->GivesWay()) {
+      RunLong(kWhat, run, {}, true);
+    } else {
+      RunLong(kWhat, run, [&] { return fetch->Show(); });
+    }
     fetch->RethrowCallers();
   } catch (...) {
     fetch->KeepOrRethrow(statement);
@@ -197,7 +200,7 @@ StatementResult Connection::Execute(Statement statement, FetchWishes wishes) {
 
 // Where the host has no long operations the work is done where it is called, and cannot be stopped.
 void Connection::RunLong(const Text& sWhat, const std::function<void(std::stop_token)>& work,
-                         const std::function<bool()>& tick) {
+                         const std::function<bool()>& tick, bool bGivesWay) {
   m_bRunning = true;
   const struct Ended {
     bool& bRunning;
@@ -206,6 +209,8 @@ void Connection::RunLong(const Text& sWhat, const std::function<void(std::stop_t
   TellingMemory([&] {
     if (!m_services.longOperation) {
       work({});
+    } else if (bGivesWay) {
+      m_services.longOperation->RunGivingWay(sWhat, work);
     } else if (tick) {
       m_services.longOperation->RunShown(sWhat, work, tick);
     } else {

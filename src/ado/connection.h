@@ -57,7 +57,7 @@ class Connection final : public platform::Connection {
   void RequireClosed() const;
   void AskForLogon(LogonRequest& logon);
   void RunLong(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work,
-               const std::function<bool()>& tick = {});
+               const std::function<bool()>& tick = {}, bool bGivesWay = false);
 
   ConnectionServices m_services;
   platform::Text m_sConnectionString;

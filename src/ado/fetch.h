@@ -16,6 +16,7 @@ namespace orvane::ado {
 /// What a caller wants of the rows beside having them at the end; see platform::Command.
 struct FetchWishes {
   platform::Boolean bKeepRows = false;
+  platform::Boolean bGivesWay = false;
   platform::RowsHandler handler{};
   platform::RowSink sink{};
   std::stop_token stop{};
@@ -34,6 +35,8 @@ class Fetch final : public RowReceiver {
 
   /// Requested by the caller's stop, and when its handler fails.
   std::stop_token Stop() const { return m_stop.get_token(); }
+  /// Whether the statement gives way to the user.
+  bool GivesWay() const { return m_wishes.bGivesWay; }
   /// Called again and again while the statement runs: shows new rows to the handler and asks for
   /// more. True once rows were shown.
   bool Show() noexcept;

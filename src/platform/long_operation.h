@@ -30,6 +30,11 @@ class LongOperation {
                         const std::function<bool()>& /*tick*/) {
     Run(sWhat, work);
   }
+  /// As Run, for work that nobody asked for just now: no panel tells of it, and what the user does
+  /// in the meantime requests stop and takes effect when the work has ended.
+  virtual void RunGivingWay(const Text& sWhat, const std::function<void(std::stop_token)>& work) {
+    Run(sWhat, work);
+  }
   /// Name of a toolkit's property, True at a window, with all in it, that may be used while it
   /// shows what its own statement fetches.
   static constexpr const char* kOwnInput = "orvaneOwnInput";

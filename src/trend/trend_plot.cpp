@@ -130,10 +130,11 @@ QCPRange TrendPlot::AllTimes() const {
     first = std::min(first, line.series.TimeAt(0));
     last = std::max(last, line.series.TimeAt(line.series.Size() - 1));
   }
-  if (first > last) return {0, kLeastTimes};
+  if (first > last) return m_reach.value_or(QCPRange(0, kLeastTimes));
   // The last point on the right edge would be half out of sight.
   const double margin = std::max((last - first) * 0.01, kLeastTimes);
-  return {first - margin, last + margin};
+  if (!m_reach) return {first - margin, last + margin};
+  return {std::min(first - margin, m_reach->lower), std::max(last, m_reach->upper)};
 }
 
 void TrendPlot::Times(const QCPRange& range) {

@@ -34,7 +34,9 @@ class TrendPlot : public QCustomPlot {
   /// The times in sight.
   QCPRange Times() const { return xAxis->range(); }
   void Times(const QCPRange& range);
-  /// The times from the first point to the last one.
+  /// Times that count as all of them, with or without points. Before the lines.
+  void Reach(const std::optional<QCPRange>& times) { m_reach = times; }
+  /// The times from the first point to the last one, and all that are within reach.
   QCPRange AllTimes() const;
   /// By a factor, below 1 to see less; the time stays where it is on the screen.
   void Zoom(double factor, double around);
@@ -94,6 +96,7 @@ class TrendPlot : public QCustomPlot {
   QSharedPointer<TrendAxisTicker> m_ticker;
   QCPItemStraightLine* m_cursorLine;
   MarkedTimes m_mark;
+  std::optional<QCPRange> m_reach;
   int m_nWidthForMarks = 0;
   bool m_bAgain = false;  ///< drawing once more, with the marks of time that there is room for
   std::optional<double> m_cursor;

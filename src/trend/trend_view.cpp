@@ -186,6 +186,8 @@ void TrendView::ReadSlice() {
   m_values->Lines(nullptr, m_zone);
   m_lines = reader->TakeLines();
   m_nTagsLeftOut = reader->TagsLeftOut();
+  m_plot->Reach(m_reach ? std::optional(QCPRange(TrendTime(m_reach->from), TrendTime(m_reach->to)))
+                        : std::nullopt);
   const QPointer<TrendView> self(this);
   m_plot->Lines(m_lines, m_zone);
   LearnUnits();

@@ -43,6 +43,9 @@ class TrendView : public QWidget {
   /// lines are looked at as those were: a view to the last point stays at the last point.
   void ShowRows(platform::RecordsetPtr rs, const zones::TimeZone& zone,
                 std::optional<TrendSpan> span = std::nullopt);
+  /// The times that the rows to be shown next are those of: they count as all times, from and up
+  /// to where no row may be. None where only the rows tell.
+  void Reach(const std::optional<TrendSpan>& times) { m_reach = times; }
   /// Brings the times into sight.
   void ShowSpan(const TrendSpan& span);
   /// Marks times, or none; tells nobody.
@@ -107,6 +110,7 @@ class TrendView : public QWidget {
   std::size_t m_nTagsLeftOut = 0;
   zones::TimeZone m_zone = zones::TimeZone::Utc();
   std::optional<TrendSpan> m_span;
+  std::optional<TrendSpan> m_reach;
   std::optional<Look> m_look;
   std::optional<Units> m_units;
   std::function<Units()> m_askUnits;

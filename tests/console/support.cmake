@@ -33,7 +33,8 @@ orvane_test(console_support QT
     waiting/waiting_panel_test.cpp
     waiting/waiting_shown_test.cpp
     waiting/waiting_test.cpp
-    waiting/waiting_window_test.cpp)
+    waiting/waiting_window_test.cpp
+    waiting/waiting_yielding_test.cpp)
 add_dependencies(console_support_tests fixture_data_access)
 target_compile_definitions(console_support_tests PRIVATE
   ORVANE_DATA_ACCESS_FIXTURE="$<TARGET_FILE:fixture_data_access>")

@@ -203,6 +203,7 @@ struct FakeServer {
   platform::ParameterRows batch;
   std::optional<platform::RowIndex> rowsExpected;
   bool bKeepRows = false;
+  bool bGivesWay = false;
   bool bCancelled = false;
   platform::RowsHandler handler;
   platform::RowSink sink;
@@ -241,6 +242,7 @@ class FakeCommand : public platform::Command {
     m_server.rowsExpected = rows;
   }
   void KeepRows(platform::Boolean bKeep) override { m_server.bKeepRows = bKeep; }
+  void GivesWay(platform::Boolean bGivesWay) override { m_server.bGivesWay = bGivesWay; }
   void Cancel() override { m_server.bCancelled = true; }
   void OnRows(platform::RowsHandler handler) override { m_server.handler = std::move(handler); }
   void Sink(platform::RowSink sink) override { m_server.sink = std::move(sink); }
@@ -267,6 +269,7 @@ class FakeObjects : public platform::ObjectFactory {
   platform::ConnectionPtr CreateConnection() override { return nullptr; }
   platform::CommandPtr CreateCommand() override {
     m_server.parameters.Clear();
+    m_server.bKeepRows = m_server.bGivesWay = false;
     return std::make_shared<FakeCommand>(m_server);
   }
   platform::TableQueryPtr CreateTableQuery() override { return nullptr; }

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QScrollBar>
 #include <QTimer>
 #include <QToolButton>
 
@@ -216,15 +217,122 @@ TEST_F(table_time, following_leaves_the_columns_as_they_were_made_meanwhile) {
   EXPECT_EQ(ViewOf(*m_editor)->HiddenColumns(), (std::vector<bool>{true, false, false}));
 }
 
-TEST_F(table_time, following_ends_with_a_failure) {
+TEST_F(table_time, a_failure_leaves_the_rows_and_following_goes_on) {
   Show(*m_editor);
   m_editor->Requery();
-  m_server.whileRunning = [] { Refuse(); };
+  ClickCell(*m_editor, 3, 2);
   auto* follow = Find<QCheckBox>("follow");
   follow->click();
+  m_server.whileRunning = [] { Refuse(); };
   EndPause();
-  EXPECT_FALSE(follow->isChecked());
-  EXPECT_EQ(m_failures->noted.size(), 1U);
+  EndPause();
+  EXPECT_TRUE(follow->isChecked());
+  EXPECT_EQ(RowsOf(*m_editor), 50);
+  EXPECT_EQ(ViewOf(*m_editor)->currentIndex().row(), 3);
+  EXPECT_EQ(Label(*m_editor, "notice"),
+            "Not fetched again yet: There is no such column; correct it.");
+  EXPECT_EQ(m_failures->noted.size(), 1U) << "not once for each try";
+  m_server.whileRunning = nullptr;
+  m_server.answer = Samples(101, 52);
+  EndPause();
+  EXPECT_EQ(CellOf(*m_editor, 0, 2), "101");
+  EXPECT_EQ(Label(*m_editor, "notice"), "");
+}
+
+TEST_F(table_time, a_server_that_is_gone_leaves_the_rows_and_offers_to_reconnect) {
+  Show(*m_editor);
+  m_editor->Requery();
+  auto* follow = Find<QCheckBox>("follow");
+  follow->click();
+  m_server.whileRunning = [] {
+    throw platform::Failure(platform::failure::kServerNotFound, "The server is gone; reconnect.");
+  };
+  EndPause();
+  EXPECT_EQ(RowsOf(*m_editor), 50);
+  EXPECT_EQ(Label(*m_editor, "notice"), "The server is gone; reconnect.");
+  EXPECT_TRUE(Find<QToolButton>("offer")->isVisible());
+  EXPECT_TRUE(follow->isChecked());
+  m_cn->Close();
+  const int nExecuted = m_server.nExecuted;
+  EndPause();
+  EXPECT_EQ(m_server.nExecuted, nExecuted) << "over a closed connection nothing is asked";
+}
+
+TEST_F(table_time, following_gives_way_to_the_user_and_leaves_the_rows_to_him) {
+  Show(*m_editor);
+  m_editor->Requery();
+  EXPECT_FALSE(m_server.bGivesWay);
+  auto* follow = Find<QCheckBox>("follow");
+  follow->click();
+  const auto rs = ViewOf(*m_editor)->Model().Recordset();
+  m_server.whileRunning = [&] {
+    EXPECT_TRUE(m_server.bGivesWay);
+    EXPECT_FALSE(m_server.bKeepRows) << "a part of them is not what is followed";
+    EXPECT_EQ(ViewOf(*m_editor)->Model().Recordset(), rs);
+    EXPECT_EQ(RowsOf(*m_editor), 50);
+    ViewOf(*m_editor)->verticalScrollBar()->setValue(7);
+    throw platform::Failure(platform::failure::kCancelled, "It was cancelled.");
+  };
+  EndPause();
+  EXPECT_EQ(ViewOf(*m_editor)->Model().Recordset(), rs);
+  EXPECT_EQ(ViewOf(*m_editor)->TopRow(), 7);
+  EXPECT_EQ(Label(*m_editor, "notice"), "");
+  EXPECT_TRUE(m_failures->noted.empty());
+  EXPECT_TRUE(follow->isChecked());
+}
+
+TEST_F(table_time, rows_that_come_while_somebody_edits_are_dropped) {
+  Show(*m_editor);
+  m_editor->Requery();
+  Find<QCheckBox>("follow")->click();
+  const auto rs = ViewOf(*m_editor)->Model().Recordset();
+  m_server.answer = Samples(110, 61);
+  m_server.whileRunning = [&] { rs->ValueAt(0, 2, 5.0); };
+  EndPause();
+  EXPECT_EQ(ViewOf(*m_editor)->Model().Recordset(), rs);
+  EXPECT_EQ(CellOf(*m_editor, 0, 2), "5");
+}
+
+TEST_F(table_time, a_grid_may_go_while_it_follows) {
+  Show(*m_editor);
+  m_editor->Requery();
+  Find<QCheckBox>("follow")->click();
+  auto* pause = Find<QTimer>("pause");
+  m_server.whileRunning = [&] { m_editor.reset(); };
+  StrikeNow(*pause);
+  EXPECT_EQ(m_editor, nullptr);
+}
+
+TEST_F(table_time, the_trend_of_followed_rows_ends_now) {
+  Show(*m_editor);
+  const auto at = [](int nSeconds) { return static_cast<double>(nSeconds) * 1e6; };
+  m_now = Timestamp(std::chrono::seconds(130));
+  m_editor->Requery();
+  QTest::mouseClick(Find<QToolButton>("asTrend"), Qt::LeftButton);
+  auto& view = *static_cast<trend::TrendView*>(Find<QWidget>("trend"));
+  const auto read = [&] {
+    return QTest::qWaitFor([&] { return !view.IsReading() && view.Plot().AllTimes().upper > 1; });
+  };
+  ASSERT_TRUE(read());
+  EXPECT_LT(view.Plot().Times().upper, at(110)) << "nobody follows yet";
+  Pick("Last 10 minutes");
+  Find<QCheckBox>("follow")->click();
+  EndPause();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return view.Plot().Times().upper == at(130); }));
+  EXPECT_EQ(view.Plot().Times().lower, at(130 - 600));
+  // Nothing has come since, and time has gone on.
+  m_now = Timestamp(std::chrono::seconds(140));
+  EndPause();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return view.Plot().Times().upper == at(140); }));
+  view.ShowSpan({Timestamp(std::chrono::seconds(90)), m_now});
+  m_now = Timestamp(std::chrono::seconds(150));
+  EndPause();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return view.Plot().Times().upper == at(150); }));
+  EXPECT_EQ(view.Plot().Times().lower, at(100)) << "as wide as it was chosen";
+  view.ShowSpan({Timestamp(std::chrono::seconds(60)), Timestamp(std::chrono::seconds(70))});
+  EndPause();
+  ASSERT_TRUE(read());
+  EXPECT_EQ(view.Plot().Times().upper, at(70)) << "who looks elsewhere goes on doing so";
 }
 
 TEST_F(table_time, no_range_is_chosen_while_rows_are_fetched) {

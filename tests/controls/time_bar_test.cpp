@@ -10,7 +10,6 @@
 #include <QLineEdit>
 #include <QSpinBox>
 #include <QTest>
-#include <QToolBar>
 #include <QToolButton>
 
 namespace orvane::controls {
@@ -48,9 +47,13 @@ class time_bar : public testing::Test {
     box.selectAll();
     QTest::keyClicks(&box, sText);
   }
-  void Press(const char* sName) {
-    auto* action = m_bar.findChild<QAction*>(sName);
-    QTest::mouseClick(m_bar.findChild<QToolBar*>()->widgetForAction(action), Qt::LeftButton);
+  void Press(const char* sName) { QTest::mouseClick(Button(sName), Qt::LeftButton); }
+  QToolButton* Button(const char* sName) const {
+    const auto* action = m_bar.findChild<QAction*>(sName);
+    for (auto* button : m_bar.findChildren<QToolButton*>()) {
+      if (button->defaultAction() == action) return button;
+    }
+    return nullptr;
   }
   bool CanPress(const char* sName) const { return m_bar.findChild<QAction*>(sName)->isEnabled(); }
   std::string Told() const {
@@ -155,7 +158,7 @@ TEST_F(time_bar, all_of_it_is_reached_by_tab) {
   ASSERT_TRUE(QTest::qWaitForWindowActive(&m_bar));
   Find<QComboBox>("timeRange").setFocus();
   for (const char* sName : {"timeBack", "timeForward", "timeClear", "timeKeep"}) {
-    auto* button = m_bar.findChild<QToolBar*>()->widgetForAction(m_bar.findChild<QAction*>(sName));
+    auto* button = Button(sName);
     for (int n = 0; n < 20 && !button->hasFocus(); ++n) {
       QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
@@ -163,6 +166,27 @@ TEST_F(time_bar, all_of_it_is_reached_by_tab) {
   }
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
   EXPECT_EQ(m_nKept, 1);
+}
+
+TEST_F(time_bar, all_of_it_is_in_sight_in_a_narrow_window) {
+  for (const int nWidth : {1400, 640, 420, 230}) {
+    m_bar.resize(nWidth, m_bar.heightForWidth(nWidth));
+    QCoreApplication::processEvents();
+    for (const auto* part : m_bar.findChildren<QWidget*>()) {
+      const bool bPart = qobject_cast<const QComboBox*>(part) ||
+                         part->inherits("QAbstractButton") ||
+                         part->objectName().startsWith("time") || part->inherits("QSpinBox");
+      if (!bPart || part->inherits("QLabel")) continue;
+      EXPECT_TRUE(part->isVisible()) << part->objectName().toStdString();
+      const QRect at(part->mapTo(&m_bar, QPoint(0, 0)), part->size());
+      EXPECT_TRUE(m_bar.rect().contains(at)) << nWidth << " " << part->objectName().toStdString();
+    }
+    QTest::mouseClick(&Find<QCheckBox>("follow"), Qt::LeftButton, {}, {8, 8});
+    EXPECT_TRUE(m_follow) << nWidth;
+    QTest::mouseClick(&Find<QCheckBox>("follow"), Qt::LeftButton, {}, {8, 8});
+    EXPECT_FALSE(m_follow) << nWidth;
+  }
+  EXPECT_LT(m_bar.heightForWidth(1400), m_bar.heightForWidth(420));
 }
 
 TEST_F(time_bar, tells_how_often_to_follow) {

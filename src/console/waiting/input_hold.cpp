@@ -67,10 +67,10 @@ bool IsClick(const QEvent& event) {
 
 }  // namespace
 
-InputHold::InputHold() = default;
+InputHold::InputHold() : m_given([this] { return m_runs.empty(); }, [this] { Uninstall(); }) {}
 
 void InputHold::Push(Run& run) {
-  if (m_runs.empty() && m_keys.empty()) QCoreApplication::instance()->installEventFilter(this);
+  if (IsIdle()) QCoreApplication::instance()->installEventFilter(this);
   m_runs.push_back(&run);
 }
 
@@ -78,6 +78,7 @@ void InputHold::Pop(Run& run) {
   std::erase(m_runs, &run);
   if (!m_runs.empty()) return;
   m_bClicked = false;
+  m_given.DoSoon();
   Uninstall();
   // Whoever waited for the run has to do with it first.
   if (!m_keys.empty()) {
@@ -87,7 +88,7 @@ void InputHold::Pop(Run& run) {
 }
 
 void InputHold::Uninstall() {
-  if (m_runs.empty() && m_keys.empty()) QCoreApplication::instance()->removeEventFilter(this);
+  if (IsIdle()) QCoreApplication::instance()->removeEventFilter(this);
 }
 
 bool InputHold::Keep(const Run& run, QObject& watched, const QEvent& event) {
@@ -122,30 +123,49 @@ void InputHold::TypeKept() {
   Uninstall();
 }
 
+InputHold::Run* InputHold::Holding(const QObject& watched, const QEvent& event) {
+  Run* holding = nullptr;
+  for (auto run = m_runs.rbegin(); run != m_runs.rend(); ++run) {
+    // A run that is done holds nothing back: a box that opened meanwhile must be answered before
+    // the run can return.
+    if ((*run)->isDone()) continue;
+    if (!(*run)->bGivesWay) return *run;
+    if (KeptInput::IsMeant(watched, event)) (*run)->cancel();
+    holding = *run;
+  }
+  return holding;
+}
+
 bool InputHold::eventFilter(QObject* watched, QEvent* event) {
   const bool bShortcut = event->type() == QEvent::Shortcut;
   if (!bShortcut && !IsInput(*event)) return false;
   // Windows of the platform hand their input on to widgets, which is where it is held back; a
   // shortcut goes to an action.
   if (!bShortcut && !watched->isWidgetType()) return false;
-  // A run that is done holds nothing back: a box that opened meanwhile must be answered before
-  // the run can return.
-  const auto found =
-      std::find_if(m_runs.rbegin(), m_runs.rend(), [](const Run* r) { return !r->isDone(); });
-  if (found == m_runs.rend()) {
-    if (m_keys.empty() || m_bTyping) return false;
-    // What is kept was typed before this.
-    QWidget* const keeper = m_keys.back().keeper;
-    const bool bThere =
-        keeper && (watched == keeper || keeper->isAncestorOf(static_cast<const QWidget*>(watched)));
-    if (IsTyped(*event) && bThere) {
-      m_keys.push_back({keeper, std::unique_ptr<QEvent>(event->clone())});
-      return true;
-    }
-    if (IsClick(*event)) m_runs.empty() ? TypeKept() : m_keys.clear();
-    return false;
+  Run* run = Holding(*watched, *event);
+  if (run ? run->bGivesWay : m_given.IsWaiting()) {
+    if (!KeptInput::IsMeant(*watched, *event)) return false;
+    m_given.Keep(*watched, *event);
+    return true;
   }
-  Run& run = **found;
+  return run ? HoldBack(*run, watched, event) : HoldKeys(watched, *event);
+}
+
+// What comes while keys are kept stands behind them.
+bool InputHold::HoldKeys(QObject* watched, const QEvent& event) {
+  if (m_keys.empty() || m_bTyping) return false;
+  QWidget* const keeper = m_keys.back().keeper;
+  const bool bThere =
+      keeper && (watched == keeper || keeper->isAncestorOf(static_cast<const QWidget*>(watched)));
+  if (IsTyped(event) && bThere) {
+    m_keys.push_back({keeper, std::unique_ptr<QEvent>(event.clone())});
+    return true;
+  }
+  if (IsClick(event)) m_runs.empty() ? TypeKept() : m_keys.clear();
+  return false;
+}
+
+bool InputHold::HoldBack(Run& run, QObject* watched, QEvent* event) {
   if (Keep(run, *watched, *event)) {
     event->accept();
     return true;

@@ -63,6 +63,15 @@ void Waiting::Run(const platform::Text& sWhat, const std::function<void(std::sto
 void Waiting::RunShown(const platform::Text& sWhat,
                        const std::function<void(std::stop_token)>& work,
                        const std::function<bool()>& tick) {
+  RunIn({sWhat, tick}, work);
+}
+
+void Waiting::RunGivingWay(const platform::Text& sWhat,
+                           const std::function<void(std::stop_token)>& work) {
+  RunIn({sWhat, {}, true}, work);
+}
+
+void Waiting::RunIn(const Manner& manner, const std::function<void(std::stop_token)>& work) {
   if (!IsUserInterfaceThread()) {
     work(WaitingWorker::CurrentStop());
     return;
@@ -72,15 +81,17 @@ void Waiting::RunShown(const platform::Text& sWhat,
   std::unique_ptr<WaitingWorker> worker = TakeWorker();
   std::stop_source stop;
   worker->Start(work, stop.get_token());
-  if (!worker->WaitFor(m_unnoticed)) HandleEventsUntilDone(sWhat, tick, *worker, stop);
+  if (!worker->WaitFor(m_unnoticed)) HandleEventsUntilDone(manner, *worker, stop);
   const std::exception_ptr exception = worker->TakeException();
   if (!m_idleWorker) m_idleWorker = std::move(worker);
   if (exception) std::rethrow_exception(exception);
 }
 
-void Waiting::HandleEventsUntilDone(const platform::Text& sWhat, const std::function<bool()>& tick,
-                                    WaitingWorker& worker, std::stop_source& stop) {
+void Waiting::HandleEventsUntilDone(const Manner& manner, WaitingWorker& worker,
+                                    std::stop_source& stop) {
+  const auto& tick = manner.tick;
   InputHold::Run run;
+  run.bGivesWay = manner.bGivesWay;
   run.isDone = [&worker] { return worker.IsDone(); };
   run.cancel = [&run, &stop] {
     stop.request_stop();
@@ -90,12 +101,12 @@ void Waiting::HandleEventsUntilDone(const platform::Text& sWhat, const std::func
   QTimer panelTimer;
   panelTimer.setSingleShot(true);
   QObject::connect(&panelTimer, &QTimer::timeout, &panelTimer, [&] {
-    run.panel = new WaitingPanel(QString::fromStdString(sWhat), WindowInFront());
+    run.panel = new WaitingPanel(QString::fromStdString(manner.sWhat), WindowInFront());
     QObject::connect(run.panel, &WaitingPanel::Cancelled, run.panel, run.cancel);
     pointer.emplace();
     pointer->Show();
   });
-  panelTimer.start(std::max(m_beforePanel - m_unnoticed, 0ms));
+  if (!manner.bGivesWay) panelTimer.start(std::max(m_beforePanel - m_unnoticed, 0ms));
   bool bInTick = false;
   const auto tickOnce = [&] {
     // What the work is done with is shown by its caller, who is about to have it.

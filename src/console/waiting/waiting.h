@@ -33,13 +33,22 @@ class Waiting : public platform::LongOperation {
   /// As Run. While tick returns true there is no panel, and Escape cancels all the same.
   void RunShown(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work,
                 const std::function<bool()>& tick) override;
+  /// As Run, with no panel; see KeptInput for what becomes of the user's input.
+  void RunGivingWay(const platform::Text& sWhat,
+                    const std::function<void(std::stop_token)>& work) override;
   bool IsRunning() const override { return m_iRuns > 0; }
 
  private:
-  std::unique_ptr<WaitingWorker> TakeWorker();
+  /// What is told of a run, and how.
+  struct Manner {
+    const platform::Text& sWhat;
+    const std::function<bool()>& tick;
+    bool bGivesWay = false;
+  };
 
-  void HandleEventsUntilDone(const platform::Text& sWhat, const std::function<bool()>& tick,
-                             WaitingWorker& worker, std::stop_source& stop);
+  std::unique_ptr<WaitingWorker> TakeWorker();
+  void RunIn(const Manner& manner, const std::function<void(std::stop_token)>& work);
+  void HandleEventsUntilDone(const Manner& manner, WaitingWorker& worker, std::stop_source& stop);
 
   const std::chrono::milliseconds m_beforePanel;
   const std::chrono::milliseconds m_unnoticed;

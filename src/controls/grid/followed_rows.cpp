@@ -1,7 +1,12 @@
 #include "controls/grid/followed_rows.h"
 
+#include <QElapsedTimer>
 #include <algorithm>
+#include <limits>
 #include <numeric>
+#include <string>
+#include <unordered_map>
+#include <utility>
 
 #include "platform/conversions.h"
 
@@ -12,15 +17,16 @@ using platform::Recordset;
 using platform::RowIndex;
 using platform::Value;
 
-FollowedRows::FollowedRows(const Recordset& rs, RowsState state, std::vector<platform::Text> key)
-    : m_key(std::move(key)), m_state(std::move(state)), m_rows(RowsOf(rs)) {
-  if (!m_rows) return;
-  for (const auto& [sIdentity, row] : *m_rows) m_identities.emplace(row, sIdentity);
-}
+namespace {
 
-std::vector<ColumnIndex> FollowedRows::KeyColumns(const Recordset& rs) const {
+/// Short enough that nobody sees a picture late.
+constexpr qint64 kComparedMs = 8;
+constexpr RowIndex kComparedBetweenClocks = 64;
+
+std::vector<ColumnIndex> IdentityColumns(const Recordset& rs,
+                                         const std::vector<platform::Text>& key) {
   std::vector<ColumnIndex> columns;
-  for (const platform::Text& sName : m_key) {
+  for (const platform::Text& sName : key) {
     for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
       if (rs.FieldAt(column).Name() == sName) {
         columns.push_back(column);
@@ -28,15 +34,14 @@ std::vector<ColumnIndex> FollowedRows::KeyColumns(const Recordset& rs) const {
       }
     }
   }
-  if (columns.empty() || columns.size() != m_key.size()) {
+  if (columns.empty() || columns.size() != key.size()) {
     columns.resize(static_cast<std::size_t>(rs.FieldCount()));
     std::iota(columns.begin(), columns.end(), 0);
   }
   return columns;
 }
 
-std::string FollowedRows::Identity(const Recordset& rs, RowIndex row,
-                                   const std::vector<ColumnIndex>& columns) {
+std::string IdentityOf(const Recordset& rs, RowIndex row, const std::vector<ColumnIndex>& columns) {
   std::string sIdentity;
   for (const ColumnIndex column : columns) {
     const Value vt = rs.OriginalAt(row, column);
@@ -48,40 +53,117 @@ std::string FollowedRows::Identity(const Recordset& rs, RowIndex row,
   return sIdentity;
 }
 
-std::optional<FollowedRows::Rows> FollowedRows::RowsOf(const Recordset& rs) const {
-  if (rs.FetchedCount() > kMostRows) return std::nullopt;
-  const std::vector<ColumnIndex> columns = KeyColumns(rs);
-  Rows rows;
-  rows.reserve(static_cast<std::size_t>(rs.FetchedCount()));
-  for (RowIndex row = 0; row < rs.FetchedCount(); ++row) {
-    rows.emplace(Identity(rs, row, columns), row);
+}  // namespace
+
+struct FollowedRows::Work {
+  platform::RecordsetPtr before;
+  platform::RecordsetPtr now;
+  std::vector<ColumnIndex> columnsBefore;
+  std::vector<ColumnIndex> columnsNow;
+  Done done;
+  RowIndex rowsBefore = 0;
+  RowIndex rowsNow = 0;
+  RowIndex read = 0;  ///< of the rows now, and then of those before
+  std::unordered_map<std::string, std::int32_t> places;
+  std::vector<std::int32_t> first;  ///< of each row now the first one that is known by the same
+  std::vector<bool> known;          ///< of each row now
+  RowMoves moves;
+
+  bool IsDone() const { return read == rowsNow + rowsBefore; }
+  void ReadRow() {
+    const RowIndex row = read++;
+    if (row < rowsNow) {
+      const auto place = static_cast<std::int32_t>(row);
+      first.push_back(places.emplace(IdentityOf(*now, row, columnsNow), place).first->second);
+      return;
+    }
+    const auto found = places.find(IdentityOf(*before, row - rowsNow, columnsBefore));
+    moves.places.push_back(found == places.end() ? -1 : found->second);
+    if (found != places.end()) known[static_cast<std::size_t>(found->second)] = true;
   }
-  return rows;
+  void FindFresh() {
+    for (std::size_t n = 0; n < first.size(); ++n) {
+      if (known[static_cast<std::size_t>(first[n])]) continue;
+      moves.fresh.insert(moves.fresh.end(), static_cast<RowIndex>(n));
+    }
+  }
+};
+
+FollowedRows::FollowedRows(QObject* parent) : QObject(parent) {
+  m_slices.setInterval(0);
+  connect(&m_slices, &QTimer::timeout, this, [this] { Slice(); });
 }
 
-RowsState FollowedRows::StateIn(const Recordset& rs) const {
-  RowsState state = m_state;
-  const auto rows = m_rows ? RowsOf(rs) : std::nullopt;
+FollowedRows::~FollowedRows() = default;
+
+void FollowedRows::Compare(platform::RecordsetPtr before, platform::RecordsetPtr now,
+                           const std::vector<platform::Text>& key, Done done) {
+  m_slices.stop();
+  m_work.reset();
+  const RowIndex rowsBefore = before->FetchedCount();
+  const RowIndex rowsNow = now->FetchedCount();
+  if (rowsBefore > kMostRows || rowsNow > kMostRows) return done({});
+  m_work = std::make_unique<Work>();
+  m_work->columnsBefore = IdentityColumns(*before, key);
+  m_work->columnsNow = IdentityColumns(*now, key);
+  m_work->before = std::move(before);
+  m_work->now = std::move(now);
+  m_work->done = std::move(done);
+  m_work->rowsBefore = rowsBefore;
+  m_work->rowsNow = rowsNow;
+  m_work->known.resize(static_cast<std::size_t>(rowsNow));
+  m_work->moves.bKnown = true;
+  if (rowsBefore + rowsNow <= kAtOnce) {
+    Slice();
+  } else {
+    m_slices.start();
+  }
+}
+
+void FollowedRows::Slice() {
+  Work& work = *m_work;
+  QElapsedTimer timer;
+  timer.start();
+  while (!work.IsDone()) {
+    const bool bLook = m_slices.isActive() && work.read % kComparedBetweenClocks == 0;
+    if (bLook && timer.elapsed() >= kComparedMs) return;
+    work.ReadRow();
+  }
+  m_slices.stop();
+  work.FindFresh();
+  // The handler may be the end of this.
+  const std::unique_ptr<Work> done = std::move(m_work);
+  done->done(done->moves);
+}
+
+RowsState FollowedRows::StateIn(const RowsState& before, const RowMoves& moves,
+                                const Recordset& rs) {
+  RowsState state = before;
+  const auto count =
+      static_cast<int>(std::min<RowIndex>(rs.RecordCount(), std::numeric_limits<int>::max() - 1));
   const auto place = [&](int nRow) -> int {
-    if (!rows) return nRow < rs.RecordCount() ? nRow : -1;
-    const auto identity = m_identities.find(nRow);
-    if (identity == m_identities.end()) return -1;
-    const auto found = rows->find(identity->second);
-    return found == rows->end() ? -1 : static_cast<int>(found->second);
+    if (nRow < 0) return -1;
+    if (!moves.bKnown) return nRow < count ? nRow : -1;
+    const auto row = static_cast<std::size_t>(nRow);
+    return row < moves.places.size() ? moves.places[row] : -1;
   };
-  state.nCurrentRow = place(m_state.nCurrentRow);
-  if (state.nCurrentRow < 0 && rs.RecordCount() > 0 && m_state.nCurrentRow >= 0) {
-    state.nCurrentRow =
-        static_cast<int>(std::min<RowIndex>(m_state.nCurrentRow, rs.RecordCount() - 1));
+  state.nCurrentRow = place(before.nCurrentRow);
+  if (state.nCurrentRow < 0 && before.nCurrentRow >= 0) {
+    state.nCurrentRow = std::min(before.nCurrentRow, count - 1);
   }
   state.selection.clear();
-  for (const CellRange& range : m_state.selection) {
-    const bool bAll = range.nTop == 0 &&
-                      range.nBottom + 1 >= static_cast<int>(m_identities.size()) && m_rows &&
-                      m_identities.size() > 1;
-    if (bAll && rs.RecordCount() > 0) {
-      state.selection.push_back(
-          {0, range.nLeft, static_cast<int>(rs.RecordCount()) - 1, range.nRight});
+  const auto nKnown = static_cast<int>(moves.places.size());
+  for (const CellRange& range : before.selection) {
+    if (!moves.bKnown) {
+      // Their numbers are all that is known of them.
+      if (range.nTop < count) {
+        state.selection.push_back(
+            {range.nTop, range.nLeft, std::min(range.nBottom, count - 1), range.nRight});
+      }
+      continue;
+    }
+    if (nKnown > 1 && range.nTop == 0 && range.nBottom + 1 >= nKnown) {
+      if (count > 0) state.selection.push_back({0, range.nLeft, count - 1, range.nRight});
       continue;
     }
     for (int nRow = range.nTop; nRow <= range.nBottom; ++nRow) {
@@ -96,21 +178,11 @@ RowsState FollowedRows::StateIn(const Recordset& rs) const {
       }
     }
   }
-  if (m_state.nTopRow > 0) {
-    const int nTop = place(m_state.nTopRow);
-    state.nTopRow = nTop >= 0 ? nTop : m_state.nTopRow;
+  if (before.nTopRow > 0) {
+    const int nTop = place(before.nTopRow);
+    state.nTopRow = nTop >= 0 ? nTop : before.nTopRow;
   }
   return state;
-}
-
-std::set<RowIndex> FollowedRows::NewIn(const Recordset& rs) const {
-  std::set<RowIndex> fresh;
-  if (!m_rows || rs.FetchedCount() > kMostRows) return fresh;
-  const std::vector<ColumnIndex> columns = KeyColumns(rs);
-  for (RowIndex row = 0; row < rs.FetchedCount(); ++row) {
-    if (!m_rows->contains(Identity(rs, row, columns))) fresh.insert(row);
-  }
-  return fresh;
 }
 
 }  // namespace orvane::controls

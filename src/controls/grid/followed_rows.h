@@ -1,44 +1,56 @@
-// Rows that are fetched again, told from those that were there: which came new, and where the cell,
-// the selection and the first row in sight have gone. Used by a table's grid while it follows what
-// comes; user-interface thread.
+// Rows that are fetched again, told from those that were there: which came new, and where each of
+// the others has gone, and with it the cell, the selection and the first row in sight. Many rows
+// are compared in slices. Used by a grid while it follows what comes; user-interface thread.
 #pragma once
 
-#include <optional>
+#include <QObject>
+#include <QTimer>
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <set>
-#include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "controls/order/rows_states.h"
 
 namespace orvane::controls {
 
-class FollowedRows {
+/// What became of rows that were fetched again.
+struct RowMoves {
+  bool bKnown = false;               ///< false where rows are known by nothing but their numbers
+  std::vector<std::int32_t> places;  ///< of each row that was there where it is now; -1 if nowhere
+  std::set<platform::RowIndex> fresh;  ///< rows that were not there
+};
+
+class FollowedRows final : public QObject {
  public:
   /// Of more rows than these none is told from another: they are looked at by their numbers.
   static constexpr platform::RowIndex kMostRows = 100'000;
+  /// So many are compared before Compare returns.
+  static constexpr platform::RowIndex kAtOnce = 2'000;
 
-  /// Remembers the rows and how they are looked at. A row is known by the values of its key, or
-  /// where that is not among the columns, by all of its values.
-  FollowedRows(const platform::Recordset& rs, RowsState state, std::vector<platform::Text> key);
+  using Done = std::function<void(const RowMoves& moves)>;
 
-  /// How the rows that took their place are to be looked at. Where the first row was in sight the
-  /// first one still is, so that what comes newest first is seen.
-  RowsState StateIn(const platform::Recordset& rs) const;
-  /// The rows that were not there.
-  std::set<platform::RowIndex> NewIn(const platform::Recordset& rs) const;
+  explicit FollowedRows(QObject* parent = nullptr);
+  ~FollowedRows() override;
+
+  /// Calls the handler once, unless others are compared before. A row is known by the values of its
+  /// key, or where that is not among the columns, by all of its values.
+  void Compare(platform::RecordsetPtr before, platform::RecordsetPtr now,
+               const std::vector<platform::Text>& key, Done done);
+  bool Busy() const { return m_work != nullptr; }
+
+  /// How the rows that took the place of others are to be looked at. Where the first row was in
+  /// sight the first one still is, so that what comes newest first is seen.
+  static RowsState StateIn(const RowsState& before, const RowMoves& moves,
+                           const platform::Recordset& rs);
 
  private:
-  using Rows = std::unordered_map<std::string, platform::RowIndex>;
-  std::vector<platform::ColumnIndex> KeyColumns(const platform::Recordset& rs) const;
-  static std::string Identity(const platform::Recordset& rs, platform::RowIndex row,
-                              const std::vector<platform::ColumnIndex>& columns);
-  std::optional<Rows> RowsOf(const platform::Recordset& rs) const;
+  struct Work;
+  void Slice();
 
-  std::vector<platform::Text> m_key;
-  RowsState m_state;
-  std::optional<Rows> m_rows;
-  std::unordered_map<platform::RowIndex, std::string> m_identities;  ///< of the rows looked at
+  std::unique_ptr<Work> m_work;
+  QTimer m_slices;
 };
 
 }  // namespace orvane::controls

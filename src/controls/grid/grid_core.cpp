@@ -30,6 +30,16 @@ NoRowsTexts DoneTexts(Long lRecordsAffected) {
   return {"Done", sSentence};
 }
 
+bool HaveSameColumns(const platform::Recordset& one, const platform::Recordset& other) {
+  if (one.FieldCount() != other.FieldCount()) return false;
+  for (platform::ColumnIndex column = 0; column < one.FieldCount(); ++column) {
+    const platform::Field& field = one.FieldAt(column);
+    const platform::Field& same = other.FieldAt(column);
+    if (field.Name() != same.Name() || field.Type() != same.Type()) return false;
+  }
+  return one.Source().columns == other.Source().columns;
+}
+
 }  // namespace
 
 Timestamp MachineTime() {
@@ -146,22 +156,39 @@ void GridCore::Run(const GridQuery& query, Access access) {
     ShowFailure(platform::failure::kComponent, exception.what(), *before);
     throw;
   }
-  m_recordset = fetched.rs;
+  ShowFetched(fetched.rs, std::move(updatability), std::move(notes), nullptr,
+              fetched.rs->FieldCount() > 0 ? query.noRows : DoneTexts(fetched.lRecordsAffected));
+  if (!life.expired() && !sLost.empty()) m_window->Lost(QString::fromStdString(sLost));
+}
+
+void GridCore::ShowFetched(const RecordsetPtr& rs, controls::Updatability updatability,
+                           std::shared_ptr<EditNotes> notes, const RowsState* state,
+                           const NoRowsTexts& texts) {
+  m_recordset = rs;
   m_origin = RowsOrigin{m_services.now(), Connection()};
   FollowZone();
-  const bool bHasColumns = m_recordset->FieldCount() > 0;
-  const NoRowsTexts texts = bHasColumns ? query.noRows : DoneTexts(fetched.lRecordsAffected);
-  m_editing->Show(m_recordset, std::move(updatability), ValueInput(m_format.Zone()),
-                  std::move(notes));
-  std::optional<RowsState> state;
-  if (query.following) {
-    state = query.following(*m_recordset);
-    // Whoever changed the columns while rows came has changed them.
-    state->layout = m_window->Rows().Columns().Layout();
-  }
-  m_window->ShowRows(m_recordset, m_format, state ? &*state : nullptr, HowFetched(), texts.sTitle,
-                     texts.sSentence);
-  if (!life.expired() && !sLost.empty()) m_window->Lost(QString::fromStdString(sLost));
+  m_editing->Show(rs, std::move(updatability), ValueInput(m_format.Zone()), std::move(notes));
+  m_window->ShowRows(rs, m_format, state, HowFetched(), texts.sTitle, texts.sSentence);
+}
+
+GridCore::Fresh GridCore::FetchBeneath(const GridQuery& query) {
+  const std::weak_ptr<void> life = m_statements.Life();
+  Fresh fresh{m_statements.FetchBeneath(query).rs, {}, query.sSqlText, query.noRows};
+  if (life.expired()) return fresh;
+  // What the server has said of a table is not asked again and again.
+  const controls::Updatability& known = m_editing->Session().Updatability();
+  const bool bKnown =
+      m_recordset && !known.table.sTable.empty() && HaveSameColumns(*m_recordset, *fresh.rs);
+  fresh.updatability = bKnown ? known : m_statements.Updatability(query.table, *fresh.rs);
+  return fresh;
+}
+
+void GridCore::Exchange(Fresh fresh, const RowsState& state) {
+  m_sSqlText = fresh.sSqlText;
+  m_window->Sql(QString::fromStdString(fresh.sSqlText));
+  m_place = PlaceOf(fresh.updatability.table);
+  ShowFetched(fresh.rs, std::move(fresh.updatability), nullptr, &state,
+              fresh.rs->FieldCount() > 0 ? fresh.noRows : DoneTexts(0));
 }
 
 GridCore::Shown GridCore::ShownNow() const {

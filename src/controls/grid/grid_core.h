@@ -60,6 +60,18 @@ class GridCore {
   /// not been run and is no failure: the window says so, with a button that runs it, once. The grid
   /// may be gone when the rows have come; then nothing is done with them.
   void Run(const GridQuery& query, Access access = Access::Read);
+  /// Rows that are not shown yet, and what may be done with them.
+  struct Fresh {
+    platform::RecordsetPtr rs;
+    controls::Updatability updatability;
+    platform::Text sSqlText;
+    NoRowsTexts noRows;
+  };
+  /// Fetches rows beneath those that are shown, which stay, and gives way to the user. Fails as the
+  /// server does, and shows nothing of that. The grid may be gone afterwards.
+  Fresh FetchBeneath(const GridQuery& query);
+  /// Shows these in the place of others without edits.
+  void Exchange(Fresh fresh, const RowsState& state);
   /// Runs a statement that only reads, and shows nothing of it. The grid may be gone afterwards.
   platform::RecordsetPtr Ask(const platform::Text& sSqlText, platform::Long lMaxRows,
                              platform::Long lTimeout) {
@@ -103,6 +115,9 @@ class GridCore {
   RowsState State() const;
 
  private:
+  void ShowFetched(const platform::RecordsetPtr& rs, controls::Updatability updatability,
+                   std::shared_ptr<EditNotes> notes, const RowsState* state,
+                   const NoRowsTexts& texts);
   void AskToRun(const GridQuery& query);
   void Reconnect(const std::function<void()>& handler);
   /// Behind a button nobody else takes the failure down.

@@ -4,10 +4,8 @@
 
 #include <QString>
 #include <cstdint>
-#include <functional>
 #include <optional>
 
-#include "controls/order/rows_states.h"
 #include "controls/statements/row_statements.h"
 
 namespace orvane::controls {
@@ -24,9 +22,6 @@ struct GridQuery {
   platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
   NoRowsTexts noRows;
   std::optional<RowTable> table = {};  ///< none where only the recordset can tell
-  /// Of rows that follow the ones shown: how they are to be looked at. Those shown stay until they
-  /// have come.
-  std::function<RowsState(const platform::Recordset& rs)> following = {};
 };
 
 /// What a statement may do: showing is reading, and only a press of the button lets it change.

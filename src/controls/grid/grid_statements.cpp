@@ -61,8 +61,7 @@ platform::CommandPtr GridStatements::Command(const Text& sSqlText) const {
   return command;
 }
 
-GridStatements::Fetched GridStatements::Fetch(const GridQuery& query, Access access,
-                                              GridWindow& window, std::function<void()> coming) {
+platform::CommandPtr GridStatements::CommandFor(const GridQuery& query, Access access) const {
   if (!m_connection) {
     throw Failure(platform::failure::kObjectNotSet,
                   "The grid has no connection to a server; connect the server first.");
@@ -72,19 +71,33 @@ GridStatements::Fetched GridStatements::Fetch(const GridQuery& query, Access acc
                   "The grid was made without access to data; show it in a console that offers "
                   "data access.");
   }
-  const RunningMark running(m_running);
-  if (!query.following) {
-    window.ShowRunning(access == Access::Read ? QStringLiteral("Fetching rows\u2026")
-                                              : QStringLiteral("Running the query\u2026"));
-  }
-  const StopButton stop(window);
-  const platform::CommandPtr command = Command(query.sSqlText);
+  platform::CommandPtr command = Command(query.sSqlText);
   command->MaxRecords(std::max(0, query.lMaxRows));
   command->CommandTimeout(std::max(0, query.lQueryTimeout));
   command->ReadOnly(access == Access::Read);
+  return command;
+}
+
+GridStatements::Fetched GridStatements::Execute(platform::Command& command) {
+  Fetched fetched;
+  fetched.rs = command.Execute(&fetched.lRecordsAffected);
+  if (!fetched.rs) {
+    throw Failure(platform::failure::kComponent,
+                  "The provider gave no rowset for the statement; look for a newer version of it.");
+  }
+  return fetched;
+}
+
+GridStatements::Fetched GridStatements::Fetch(const GridQuery& query, Access access,
+                                              GridWindow& window, std::function<void()> coming) {
+  const platform::CommandPtr command = CommandFor(query, access);
+  const RunningMark running(m_running);
+  window.ShowRunning(access == Access::Read ? QStringLiteral("Fetching rows\u2026")
+                                            : QStringLiteral("Running the query\u2026"));
+  const StopButton stop(window);
   // A change is made whole or not at all; of what is read any part is worth something.
   command->KeepRows(access == Access::Read);
-  if (access == Access::Read && !query.following) {
+  if (access == Access::Read) {
     command->OnRows([life = Life(), shown = QPointer<GridWindow>(&window),
                      format = CellFormat(ZoneOf(m_connection)),
                      coming = std::move(coming)](const RecordsetPtr& rs) {
@@ -93,13 +106,15 @@ GridStatements::Fetched GridStatements::Fetch(const GridQuery& query, Access acc
     });
     window.OnCancel([command] { command->Cancel(); });
   }
-  Fetched fetched;
-  fetched.rs = command->Execute(&fetched.lRecordsAffected);
-  if (!fetched.rs) {
-    throw Failure(platform::failure::kComponent,
-                  "The provider gave no rowset for the statement; look for a newer version of it.");
-  }
-  return fetched;
+  return Execute(*command);
+}
+
+GridStatements::Fetched GridStatements::FetchBeneath(const GridQuery& query) {
+  if (*m_running) FailBusy();
+  const platform::CommandPtr command = CommandFor(query, Access::Read);
+  const RunningMark running(m_running);
+  command->GivesWay(true);
+  return Execute(*command);
 }
 
 RecordsetPtr GridStatements::Ask(const Text& sSqlText, Long lMaxRows, Long lTimeout) {

@@ -37,10 +37,12 @@ class GridStatements {
     platform::Long lRecordsAffected = 0;
   };
   /// Runs the statement; its rows are shown in the window while they come, and can be stopped
-  /// there. Rows that are followed stay until the next ones are there. `coming` is called when some
-  /// of the others are.
+  /// there. `coming` is called when some are.
   Fetched Fetch(const GridQuery& query, Access access, GridWindow& window,
                 std::function<void()> coming);
+  /// Runs the statement, which only reads, and shows nothing of it. Gives way to the user: what he
+  /// does meanwhile ends it with failure::kCancelled.
+  Fetched FetchBeneath(const GridQuery& query);
   /// Runs a statement that only reads; none without a connection.
   platform::RecordsetPtr Ask(const platform::Text& sSqlText, platform::Long lMaxRows,
                              platform::Long lTimeout);
@@ -65,6 +67,9 @@ class GridStatements {
 
  private:
   platform::CommandPtr Command(const platform::Text& sSqlText) const;
+  /// With the limits of the query. Fails where there is nobody to ask.
+  platform::CommandPtr CommandFor(const GridQuery& query, Access access) const;
+  static Fetched Execute(platform::Command& command);
   /// Has something sent, with what goes wrong in the answer.
   template <class Answer, class Call>
   Answer Answered(const Call& ask);

@@ -83,6 +83,7 @@ void GridTrend::RowsChanged() {
 void GridTrend::GiveRows() {
   if (!m_bShown || !m_bStale) return;
   m_bStale = false;
+  View().Reach(m_askReach ? m_askReach() : std::nullopt);
   View().ShowRows(m_rows.Model().Recordset(), m_rows.Model().Format().Zone());
   if (m_marked) {
     SelectMarked();

@@ -36,6 +36,10 @@ class GridTrend : public QObject {
   /// rows are in sight.
   void Show(bool bTrend);
   void AskUnits(std::function<trend::TrendView::Units()> ask) { m_askUnits = std::move(ask); }
+  /// Asked for the times that the rows are those of, where the trend is to show all of these.
+  void AskReach(std::function<std::optional<trend::TrendSpan>()> ask) {
+    m_askReach = std::move(ask);
+  }
   /// Called with the times in sight when they are to be the rows' range.
   void OnRange(std::function<void(const trend::TrendSpan&)> handler) {
     m_range = std::move(handler);
@@ -65,6 +69,7 @@ class GridTrend : public QObject {
   std::function<void()> m_changed;
   std::function<void()> m_formKey;
   std::function<trend::TrendView::Units()> m_askUnits;
+  std::function<std::optional<trend::TrendSpan>()> m_askReach;
   std::function<void(const trend::TrendSpan&)> m_range;
 };
 

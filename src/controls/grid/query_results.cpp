@@ -15,6 +15,7 @@ QueryResults::QueryResults(GridServices services)
     : GridControl(std::move(services), "Query results"),
       m_time(m_core, {{},
                       [this] { Execute(); },
+                      [this] { return Sent(); },
                       [this] {
                         return !m_core.Editing().IsTyping() &&
                                m_core.Editing().Session().Pending().empty();
@@ -47,11 +48,13 @@ void QueryResults::Execute() {
     m_core.Fail(Failure(platform::failure::kInvalidArgument,
                         "The query has no SQL statement; edit the query and write one."));
   }
-  GridQuery query{Statement(), m_lMaxRows, m_lQueryTimeout, TextsWithoutRows()};
-  m_time.Prepare(query);
   const std::weak_ptr<int> life = m_life;
-  m_core.Run(query);
+  m_core.Run(Sent());
   if (!life.expired()) m_time.RowsShown();
+}
+
+GridQuery QueryResults::Sent() const {
+  return {Statement(), m_lMaxRows, m_lQueryTimeout, TextsWithoutRows()};
 }
 
 RecordsetPtr QueryResults::Recordset() const {

@@ -29,6 +29,7 @@ class QueryResults : public GridControl<platform::QueryResults> {
   NoRowsTexts TextsWithoutRows() const;
   /// What is sent: the query's text, with the range of time that is set around it.
   platform::Text Statement() const;
+  GridQuery Sent() const;
 
   platform::Text m_sName;
   platform::Text m_sSqlText;

@@ -13,8 +13,8 @@ using platform::Text;
 
 TableEditor::TableEditor(GridServices services)
     : GridControl(std::move(services), "Table rows"),
-      m_time(m_core,
-             {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}),
+      m_time(m_core, {[this] { return m_query; }, [this] { Requery(); }, [this] { return Sent(); },
+                      [this] { return !Editing() && m_query && !m_query->Table().empty(); }}),
       m_import(m_core,
                {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}),
       m_count(m_core, [this] { return Counted(); }) {
@@ -43,14 +43,16 @@ void TableEditor::Requery() {
   }
   if (m_core.Running()) GridCore::FailBusy();
   if (!m_time.Learn()) return;
+  const std::weak_ptr<int> life = m_life;
+  m_core.Run(Sent());
+  if (!life.expired()) m_time.RowsShown();
+}
+
+GridQuery TableEditor::Sent() const {
   Viewing viewing = m_time.View();
   viewing.order = m_order;
-  GridQuery query{StatementOf(*m_query, viewing), m_query->MaxRows(), m_query->QueryTimeout(),
-                  TextsWithoutRows(), TableOfRows()};
-  m_time.Prepare(query);
-  const std::weak_ptr<int> life = m_life;
-  m_core.Run(query);
-  if (!life.expired()) m_time.RowsShown();
+  return {StatementOf(*m_query, viewing), m_query->MaxRows(), m_query->QueryTimeout(),
+          TextsWithoutRows(), TableOfRows()};
 }
 
 // ---- order

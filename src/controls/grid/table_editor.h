@@ -30,6 +30,8 @@ class TableEditor : public GridControl<platform::TableEditor> {
 
  private:
   NoRowsTexts TextsWithoutRows() const;
+  /// What Requery sends; there is a query with a table.
+  GridQuery Sent() const;
   std::optional<RowTable> TableOfRows() const;
   RowCount::Counted Counted() const;
   /// True while there is something that was not sent yet.

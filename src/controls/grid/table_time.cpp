@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "controls/grid/followed_rows.h"
 #include "controls/grid/grid_core.h"
 #include "controls/grid/grid_trend.h"
 #include "controls/grid/grid_window.h"
@@ -32,51 +31,27 @@ struct Marked {
   std::shared_ptr<bool> b;
 };
 
-/// The state as it is with the rows as they came, whatever order was made of them here: that order
-/// is of these rows alone.
-RowsState InTheirOwnOrder(RowsState state, const RowModel& model) {
-  if (!model.Order()) return state;
-  constexpr std::size_t kMostSelected = 10'000;
-  const auto row = [&](int nPlace) {
-    return nPlace < 0 ? -1 : static_cast<int>(model.RecordRow(nPlace));
-  };
-  state.order.reset();
-  state.nCurrentRow = row(state.nCurrentRow);
-  state.nTopRow = 0;
-  std::vector<CellRange> selection;
-  for (const CellRange& range : state.selection) {
-    for (int nPlace = range.nTop; nPlace <= range.nBottom && selection.size() < kMostSelected;
-         ++nPlace) {
-      selection.push_back({row(nPlace), range.nLeft, row(nPlace), range.nRight});
-    }
-  }
-  state.selection = std::move(selection);
-  return state;
-}
-
 }  // namespace
 
 TableTime::TableTime(GridCore& core, Grid grid)
     : m_core(core),
       m_grid(std::move(grid)),
-      m_bar(new TimeBar([&core] { return core.Now(); }, &core.Window())) {
+      m_bar(new TimeBar([&core] { return core.Now(); }, &core.Window())),
+      m_following(core, {m_grid.sent, [this] { return !*m_asking && m_grid.mayFollow(); },
+                         [this] { RowsShown(); }}) {
   m_core.Window().Above(m_bar);
   m_bar->OfferKeep(!m_grid.statement);
   m_bar->hide();
   m_bar->OnRange([this](const std::optional<TimeRange>& range) { Choose(range); });
   m_bar->OnKeep([this] { KeepRange(); });
-  m_bar->OnFollow([this](TimeBar::Follow pause) { m_follower->Every(pause); });
-  m_follower = std::make_unique<Follower>(
-      m_core.Window(),
-      [this] {
-        return m_core.Recordset() && m_core.Connection() && !m_core.Running() && !*m_asking &&
-               m_grid.mayFollow();
-      },
-      [this] { FollowOnce(); });
+  m_bar->OnFollow([this](TimeBar::Follow pause) { m_following.Every(pause); });
   m_core.Window().Trend().OnRange([this](const trend::TrendSpan& span) {
     Choose(TimeRange{ClockText(span.from, m_core.Zone()), ClockText(span.to, m_core.Zone())});
   });
   m_core.Window().Trend().AskUnits([this] { return AskUnits(); });
+  m_core.Window().Trend().AskReach([this, life = std::weak_ptr<bool>(m_asking)] {
+    return life.expired() ? std::nullopt : FollowedTimes();
+  });
 }
 
 void TableTime::Forget() {
@@ -89,7 +64,6 @@ bool TableTime::Learn() {
   const platform::TableQueryPtr query = m_grid.query();
   // With an order of its own there is nothing to ask: the rows will tell.
   if (query->SortCriterion() || !m_core.Connection()) return true;
-  if (m_bFollowing && m_viewing.timeColumn) return true;
   const std::weak_ptr<bool> life = m_asking;
   std::optional<Text> column;
   try {
@@ -110,20 +84,6 @@ bool TableTime::Learn() {
   return true;
 }
 
-void TableTime::Prepare(GridQuery& query) {
-  if (!m_bFollowing || !m_core.Recordset()) return;
-  std::vector<Text> key;
-  for (const char* sName : {"Tag", "Timestamp"}) key.emplace_back(sName);
-  const auto before = std::make_shared<FollowedRows>(
-      *m_core.Recordset(), InTheirOwnOrder(m_core.State(), m_core.Window().Rows().Model()),
-      std::move(key));
-  query.following = [this, before,
-                     life = std::weak_ptr<bool>(m_asking)](const platform::Recordset& rs) {
-    if (!life.expired()) m_core.Window().Rows().Model().NewRows(before->NewIn(rs));
-    return before->StateIn(rs);
-  };
-}
-
 void TableTime::RowsShown() {
   if (m_grid.statement && m_core.Recordset()) m_viewing.timeColumn.reset();
   if (!m_viewing.timeColumn && m_core.Recordset()) {
@@ -137,12 +97,27 @@ void TableTime::RowsShown() {
   ShowRange();
 }
 
-void TableTime::ShowRange() {
+std::optional<TimeRange> TableTime::OwnRange() const {
   const platform::TableQueryPtr query = Query();
+  if (!query || !m_viewing.timeColumn) return std::nullopt;
+  return RangeIn(query->FilterCondition(), *m_viewing.timeColumn);
+}
+
+std::optional<trend::TrendSpan> TableTime::FollowedTimes() const {
+  const auto range = m_viewing.range ? m_viewing.range : OwnRange();
+  if (!range || !m_following.IsFollowing()) return std::nullopt;
+  const platform::Timestamp now = m_core.Now();
+  const auto read = ReadTimeRange(*range, {m_core.Zone(), now});
+  const auto* span = std::get_if<TimeSpan>(&read);
+  if (!span || !span->from || *span->from >= now) return std::nullopt;
+  // Of times that are over nothing more comes.
+  if (span->to && *span->to < now) return std::nullopt;
+  return trend::TrendSpan{*span->from, now};
+}
+
+void TableTime::ShowRange() {
   m_bar->Zone(m_core.Zone());
-  m_bar->OwnRange(query && m_viewing.timeColumn
-                      ? RangeIn(query->FilterCondition(), *m_viewing.timeColumn)
-                      : std::nullopt);
+  m_bar->OwnRange(OwnRange());
   m_bar->Range(m_viewing.range);
 }
 
@@ -180,7 +155,7 @@ QString TableTime::WhyNoRange(const TimeRange& range) {
 
 void TableTime::StopFollowing() {
   m_bar->StopFollowing();
-  m_follower->Every(std::nullopt);
+  m_following.Every(std::nullopt);
 }
 
 void TableTime::Choose(const std::optional<TimeRange>& range) {
@@ -212,15 +187,7 @@ void TableTime::Requery() {
     // The window shows its sentence; nobody is behind a button or a clock to be told.
     if (life.expired()) return;
     m_core.Note(exception);
-    StopFollowing();
   }
-}
-
-void TableTime::FollowOnce() {
-  const std::weak_ptr<bool> life = m_asking;
-  m_bFollowing = true;
-  Requery();
-  if (!life.expired()) m_bFollowing = false;
 }
 
 void TableTime::KeepRange() {

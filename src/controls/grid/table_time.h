@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "controls/grid/follower.h"
+#include "controls/grid/row_following.h"
 #include "controls/grid/time_bar.h"
 #include "controls/order/rows_states.h"
 #include "controls/statements/table_statement.h"
@@ -25,6 +25,8 @@ class TableTime {
     /// None for a named query.
     std::function<platform::TableQueryPtr()> query;
     std::function<void()> requery;
+    /// What requery would send now.
+    std::function<GridQuery()> sent;
     /// False while rows are edited.
     std::function<bool()> mayFollow;
     /// The named query's statement; a table has none.
@@ -39,8 +41,6 @@ class TableTime {
   /// Learns the table's time column before its rows are asked for. False when the grid is gone: the
   /// server was waited for.
   bool Learn();
-  /// Has the next rows looked at like the ones before, if they follow them.
-  void Prepare(GridQuery& query);
   /// Shows or hides the bar as the rows that are there now need it.
   void RowsShown();
 
@@ -55,21 +55,23 @@ class TableTime {
   /// Asks the server whether the named query takes the range; the sentence why it does not. The
   /// grid may be gone afterwards.
   QString WhyNoRange(const TimeRange& range);
-  void FollowOnce();
   void StopFollowing();
   void ShowRange();
   platform::TableQueryPtr Query() const;
+  /// The range that the query's own filter is.
+  std::optional<TimeRange> OwnRange() const;
+  /// While rows are followed up to now, the times that they are those of.
+  std::optional<trend::TrendSpan> FollowedTimes() const;
   trend::TrendView::Units AskUnits();
 
   GridCore& m_core;
   Grid m_grid;
   Viewing m_viewing;
   TimeBar* m_bar;
-  std::unique_ptr<Follower> m_follower;
-  bool m_bFollowing = false;  ///< the rows being fetched follow others
   /// True while the server is asked about the table. Whoever may outlive the grid tells by it
   /// whether that is still there.
   std::shared_ptr<bool> m_asking = std::make_shared<bool>(false);
+  RowFollowing m_following;
 };
 
 }  // namespace orvane::controls

@@ -3,15 +3,17 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QSpinBox>
-#include <QToolBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <array>
 
+#include "controls/grid/flow_layout.h"
 #include "controls/values/clock_input.h"
 
 namespace orvane::controls {
@@ -35,31 +37,10 @@ constexpr int kLeastSeconds = 1;
 constexpr int kMostSeconds = 3600;
 constexpr int kFirstSeconds = 10;
 constexpr int kEndCharacters = 19;
+constexpr int kMargin = 4;
 
 TimeRange RangeOf(const OfferedRange& offered) {
   return {offered.sFrom, offered.sTo};
-}
-
-/// A bar keeps Tab from its buttons otherwise.
-void ReachByTab(QToolBar& bar, QAction* action) {
-  QWidget* button = bar.widgetForAction(action);
-  button->setFocusPolicy(Qt::TabFocus);
-  button->setAccessibleDescription(action->toolTip());
-}
-
-QLineEdit* AddEnd(QToolBar& bar, const QString& sLabel, const char* sName, const char* sTip) {
-  auto* label = new QLabel(sLabel);
-  label->setContentsMargins(6, 0, 4, 0);
-  auto* box = new QLineEdit;
-  box->setObjectName(sName);
-  box->setAccessibleName(sTip);
-  box->setToolTip(QStringLiteral("%1: *, t, y or a date such as 2024-05-31 12:00, then steps such "
-                                 "as -1h")
-                      .arg(QString::fromUtf8(sTip)));
-  label->setBuddy(box);
-  bar.addWidget(label);
-  bar.addWidget(box);
-  return box;
 }
 
 }  // namespace
@@ -67,19 +48,20 @@ QLineEdit* AddEnd(QToolBar& bar, const QString& sLabel, const char* sName, const
 TimeBar::TimeBar(std::function<platform::Timestamp()> clock, QWidget* parent)
     : QWidget(parent),
       m_now(std::move(clock)),
-      m_bar(new QToolBar),
       m_ranges(new QComboBox),
       m_told(new QLabel),
       m_following(new QCheckBox("&Follow")),
       m_seconds(new QSpinBox) {
   setObjectName("timeBar");
   setAccessibleName("Time range");
-  m_bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  layout->addWidget(m_bar);
-  // Beneath, where it has the whole width: what does not fit into the bar goes into its menu.
+  auto* parts = new QWidget;
+  m_parts = new FlowLayout(parts);
+  m_parts->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  m_parts->setSpacing(kMargin);
+  layout->addWidget(parts);
   layout->addWidget(m_told);
   AddRanges();
   AddEnds();
@@ -94,59 +76,79 @@ void TimeBar::AddRanges() {
   m_ranges->addItem("As the query says");
   for (const OfferedRange& offered : kOffered) m_ranges->addItem(offered.sName);
   m_ranges->addItem("From \u2013 to");
-  m_bar->addWidget(m_ranges);
   connect(m_ranges, &QComboBox::activated, this, [this](int nItem) {
     if (nItem == kOwn) return Choose(std::nullopt);
     if (nItem != kTyped) return Choose(RangeOf(kOffered[static_cast<std::size_t>(nItem) - 1]));
     m_from->setFocus();
     m_from->selectAll();
   });
-  const auto add = [this](const QString& sText, const char* sName, const QString& sTip,
-                          auto handler) {
-    QAction* action = m_bar->addAction(sText);
-    action->setObjectName(sName);
-    action->setToolTip(sTip);
-    connect(action, &QAction::triggered, this, handler);
-    ReachByTab(*m_bar, action);
-    return action;
+  const auto go = [this](auto neighbour) {
+    if (const auto shown = Shown()) {
+      if (const auto range = neighbour(*shown, Now())) Choose(range);
+    }
   };
-  m_back = add("\u25c0", "timeBack", "The range before this one", [this] {
-    if (const auto shown = Shown()) {
-      if (const auto range = RangeBefore(*shown, Now())) Choose(range);
-    }
-  });
-  m_forward = add("\u25b6", "timeForward", "The range behind this one", [this] {
-    if (const auto shown = Shown()) {
-      if (const auto range = RangeBehind(*shown, Now())) Choose(range);
-    }
-  });
+  AddPart({m_ranges,
+           AddButton(m_back, "\u25c0", "timeBack", "The range before this one",
+                     [go] { go(RangeBefore); }),
+           AddButton(m_forward, "\u25b6", "timeForward", "The range behind this one",
+                     [go] { go(RangeBehind); })});
+}
+
+QToolButton* TimeBar::AddButton(QAction*& action, const QString& sText, const char* sName,
+                                const QString& sTip, std::function<void()> handler) {
+  action = new QAction(sText, this);
+  action->setObjectName(sName);
+  action->setToolTip(sTip);
+  connect(action, &QAction::triggered, this, std::move(handler));
+  auto* button = new QToolButton;
+  button->setDefaultAction(action);
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setAccessibleDescription(sTip);
+  return button;
+}
+
+void TimeBar::AddPart(std::initializer_list<QWidget*> widgets) {
+  auto* part = new QWidget;
+  auto* layout = new QHBoxLayout(part);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kMargin);
+  for (QWidget* widget : widgets) layout->addWidget(widget);
+  m_parts->addWidget(part);
+}
+
+void TimeBar::AddEnd(QLineEdit*& box, const QString& sLabel, const char* sName, const char* sTip) {
+  auto* label = new QLabel(sLabel);
+  box = new QLineEdit;
+  box->setObjectName(sName);
+  box->setAccessibleName(sTip);
+  box->setToolTip(QStringLiteral("%1: *, t, y or a date such as 2024-05-31 12:00, then steps such "
+                                 "as -1h")
+                      .arg(QString::fromUtf8(sTip)));
+  const int nCharacter = box->fontMetrics().averageCharWidth();
+  box->setMinimumWidth(nCharacter * (kEndCharacters + 3));
+  box->setMaximumWidth(nCharacter * (kEndCharacters + 10));
+  box->installEventFilter(this);
+  connect(box, &QLineEdit::textEdited, this, [this] { Check(); });
+  connect(box, &QLineEdit::returnPressed, this, [this] { ChooseTyped(); });
+  label->setBuddy(box);
+  AddPart({label, box});
 }
 
 void TimeBar::AddEnds() {
-  m_from = AddEnd(*m_bar, "Fro&m", "timeFrom", "Start of the times");
-  m_to = AddEnd(*m_bar, "&to", "timeTo", "End of the times");
-  for (QLineEdit* box : {m_from, m_to}) {
-    box->setMinimumWidth(box->fontMetrics().averageCharWidth() * (kEndCharacters + 3));
-    box->setMaximumWidth(box->fontMetrics().averageCharWidth() * (kEndCharacters + 10));
-    box->installEventFilter(this);
-    connect(box, &QLineEdit::textEdited, this, [this] { Check(); });
-    connect(box, &QLineEdit::returnPressed, this, [this] { ChooseTyped(); });
-  }
+  AddEnd(m_from, "Fro&m", "timeFrom", "Start of the times");
+  AddEnd(m_to, "&to", "timeTo", "End of the times");
   m_told->setObjectName("timeTold");
   m_told->setTextFormat(Qt::PlainText);
   m_told->setWordWrap(true);
   m_told->setContentsMargins(8, 2, 8, 4);
-  m_clear = m_bar->addAction("Clear");
-  m_clear->setObjectName("timeClear");
-  m_clear->setToolTip("Shows the rows as the query says");
-  connect(m_clear, &QAction::triggered, this, [this] { Choose(std::nullopt); });
-  m_keepIt = m_bar->addAction("Keep");
-  m_keepIt->setObjectName("timeKeep");
-  m_keepIt->setToolTip("Makes this range the filter of the table's query");
-  connect(m_keepIt, &QAction::triggered, this, [this] {
-    if (m_keep) m_keep();
-  });
-  for (QAction* action : {m_clear, m_keepIt}) ReachByTab(*m_bar, action);
+  auto* clear = AddButton(m_clear, "Clear", "timeClear", "Shows the rows as the query says",
+                          [this] { Choose(std::nullopt); });
+  m_keepButton = AddButton(m_keepIt, "Keep", "timeKeep",
+                           "Makes this range the filter of the table's query", [this] {
+                             if (m_keep) m_keep();
+                           });
+  AddPart({clear, m_keepButton});
 }
 
 void TimeBar::AddFollowing() {
@@ -159,8 +161,7 @@ void TimeBar::AddFollowing() {
   m_seconds->setPrefix("every ");
   m_seconds->setSuffix(" s");
   m_seconds->setKeyboardTracking(false);
-  m_bar->addWidget(m_following);
-  m_bar->addWidget(m_seconds);
+  AddPart({m_following, m_seconds});
   connect(m_following, &QCheckBox::toggled, this, [this] { TellOfFollowing(); });
   connect(m_seconds, &QSpinBox::valueChanged, this, [this] {
     if (m_following->isChecked()) TellOfFollowing();
@@ -180,6 +181,7 @@ void TimeBar::StopFollowing() {
 
 void TimeBar::OfferKeep(bool bOffered) {
   m_keepIt->setVisible(bOffered);
+  m_keepButton->setVisible(bOffered);
 }
 
 void TimeBar::Refuse(const QString& sWhy) {

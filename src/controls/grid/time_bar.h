@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <chrono>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 
 #include "controls/statements/time_range.h"
@@ -15,9 +16,11 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QSpinBox;
-class QToolBar;
+class QToolButton;
 
 namespace orvane::controls {
+
+class FlowLayout;
 
 class TimeBar : public QWidget {
  public:
@@ -53,6 +56,11 @@ class TimeBar : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  /// A part of the bar that stays in one line.
+  void AddPart(std::initializer_list<QWidget*> widgets);
+  QToolButton* AddButton(QAction*& action, const QString& sText, const char* sName,
+                         const QString& sTip, std::function<void()> handler);
+  void AddEnd(QLineEdit*& box, const QString& sLabel, const char* sName, const char* sTip);
   void AddRanges();
   void AddEnds();
   void AddFollowing();
@@ -73,7 +81,7 @@ class TimeBar : public QWidget {
   std::optional<TimeRange> m_range;
   std::optional<TimeRange> m_own;
   QString m_sRefused;
-  QToolBar* m_bar;
+  FlowLayout* m_parts = nullptr;
   QComboBox* m_ranges;
   QLineEdit* m_from;
   QLineEdit* m_to;
@@ -82,6 +90,7 @@ class TimeBar : public QWidget {
   QAction* m_forward = nullptr;
   QAction* m_clear = nullptr;
   QAction* m_keepIt = nullptr;
+  QToolButton* m_keepButton = nullptr;
   QCheckBox* m_following;
   QSpinBox* m_seconds;
   std::function<void(const std::optional<TimeRange>&)> m_chosen;

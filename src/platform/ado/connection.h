@@ -151,6 +151,9 @@ class Command : public Object {
   /// no more room: Execute then gives them, with FetchState::Stopped, instead of failing. Only
   /// for a statement that reads and has begun to give rows. False when never set.
   virtual void KeepRows(Boolean bKeep) = 0;
+  /// Whether the statement gives way to the user: nothing tells of it while it runs, and what he
+  /// does meanwhile ends it with failure::kCancelled. False when never set.
+  virtual void GivesWay(Boolean /*bGivesWay*/) {}
   /// Called while rows are fetched; none at first.
   virtual void OnRows(RowsHandler handler) = 0;
   /// Rows go to the sink and are not kept: Execute gives an empty recordset with the fields, whose

@@ -1,0 +1,102 @@
+#include "controls/grid/row_following.h"
+
+#include <utility>
+
+#include "controls/grid/grid_query.h"
+#include "controls/grid/grid_window.h"
+
+namespace orvane::controls {
+
+using platform::Failure;
+using platform::RecordsetPtr;
+using platform::Text;
+
+namespace {
+
+/// The state as it is with the rows as they came, whatever order was made of them here: that order
+/// is of these rows alone.
+RowsState InTheirOwnOrder(RowsState state, const RowModel& model) {
+  if (!model.Order()) return state;
+  constexpr std::size_t kMostSelected = 10'000;
+  const auto row = [&](int nPlace) {
+    return nPlace < 0 ? -1 : static_cast<int>(model.RecordRow(nPlace));
+  };
+  state.order.reset();
+  state.nCurrentRow = row(state.nCurrentRow);
+  state.nTopRow = 0;
+  std::vector<CellRange> selection;
+  for (const CellRange& range : state.selection) {
+    for (int nPlace = range.nTop; nPlace <= range.nBottom && selection.size() < kMostSelected;
+         ++nPlace) {
+      selection.push_back({row(nPlace), range.nLeft, row(nPlace), range.nRight});
+    }
+  }
+  state.selection = std::move(selection);
+  return state;
+}
+
+}  // namespace
+
+RowFollowing::RowFollowing(GridCore& core, Grid grid)
+    : m_core(core),
+      m_grid(std::move(grid)),
+      m_follower(
+          core.Window(), [this] { return MayFetch(); }, [this] { FetchOnce(); }) {}
+
+bool RowFollowing::MayFetch() const {
+  const platform::ConnectionPtr cn = m_core.Connection();
+  return m_core.Recordset() && cn && cn->IsOpen() && !m_core.Running() && !m_compared.Busy() &&
+         !m_core.Window().Rows().Arranging() && m_grid.mayFollow();
+}
+
+void RowFollowing::FetchOnce() {
+  const std::weak_ptr<char> life = m_life;
+  const RecordsetPtr before = m_core.Recordset();
+  GridCore::Fresh fresh;
+  try {
+    fresh = m_core.FetchBeneath(m_grid.query());
+  } catch (const Failure& failure) {
+    if (!life.expired()) Tell(failure.Number(), failure);
+    return;
+  } catch (const std::exception& exception) {
+    if (!life.expired()) Tell(platform::failure::kComponent, exception);
+    return;
+  }
+  if (life.expired()) return;
+  m_sNoted.clear();
+  const RecordsetPtr now = fresh.rs;
+  m_compared.Compare(before, now, {"Tag", "Timestamp"},
+                     [this, before, fresh = std::move(fresh)](const RowMoves& moves) {
+                       // Whatever was begun with the rows meanwhile is about those that are there.
+                       const bool bSame = m_core.Recordset() == before && !m_core.Running();
+                       if (bSame && !m_core.Window().Rows().Arranging() && m_grid.mayFollow())
+                         Exchange(fresh, moves);
+                     });
+}
+
+void RowFollowing::Exchange(GridCore::Fresh fresh, const RowMoves& moves) {
+  RowView& rows = m_core.Window().Rows();
+  const RowsState state =
+      FollowedRows::StateIn(InTheirOwnOrder(m_core.State(), rows.Model()), moves, *fresh.rs);
+  rows.Model().NewRows(moves.fresh);
+  const std::weak_ptr<char> life = m_life;
+  m_core.Exchange(std::move(fresh), state);
+  if (!life.expired()) m_grid.shown();
+}
+
+void RowFollowing::Tell(platform::Long lNumber, const std::exception& exception) {
+  // It gave way to the user, or somebody else has the connection: the next pause is over soon.
+  if (lNumber == platform::failure::kCancelled || lNumber == platform::failure::kBusy) return;
+  const QString sSentence = QString::fromUtf8(exception.what());
+  if (platform::failure::IsLostConnection(lNumber)) {
+    m_core.Window().Lost(sSentence);
+  } else {
+    m_core.Window().Remark(QStringLiteral("Not fetched again yet: ") + sSentence, true);
+  }
+  // Not once for each try.
+  if (m_sNoted == exception.what()) return;
+  m_sNoted = exception.what();
+  m_core.Note(exception);
+}
+
+}  // namespace orvane::controls
