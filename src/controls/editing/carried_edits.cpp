@@ -1,7 +1,9 @@
 #include "controls/editing/carried_edits.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
+#include <set>
 #include <unordered_map>
 
 #include "platform/conversions.h"
@@ -46,6 +48,11 @@ void AppendPart(Text& sKey, const Value& vtValue) {
           ":" + sPart;
 }
 
+/// Why a row stands behind the others.
+const QString kNotFetchedAgain = QStringLiteral(
+    "This row was not fetched again: it was deleted meanwhile, or the filter or the row limit "
+    "leaves it out. It is kept here until it is stored or discarded.");
+
 struct Carrying {
   const Recordset& from;
   const ColumnMap& map;
@@ -61,15 +68,20 @@ struct Carrying {
     if (from.StateAt(row) == RowState::Deleted) to.Delete(rowTo);
   }
 
+  std::vector<Value> Fetched(RowIndex rowTo) const {
+    std::vector<Value> values;
+    for (ColumnIndex column = 0; column < to.FieldCount(); ++column) {
+      values.push_back(to.OriginalAt(rowTo, column));
+    }
+    return values;
+  }
+
   /// What the row is found by stays what I saw: everything of a row to be deleted, otherwise the
   /// values that I changed.
   void KeepOriginals(RowIndex row, RowIndex rowTo) const {
     const bool bDeleted = from.StateAt(row) == RowState::Deleted;
-    std::vector<Value> values;
+    std::vector<Value> values = Fetched(rowTo);
     bool bOthers = false;
-    for (ColumnIndex column = 0; column < to.FieldCount(); ++column) {
-      values.push_back(to.OriginalAt(rowTo, column));
-    }
     for (ColumnIndex column = 0; column < from.FieldCount(); ++column) {
       if (!map[static_cast<std::size_t>(column)]) continue;
       if (!bDeleted && !from.IsEdited(row, column)) continue;
@@ -82,18 +94,64 @@ struct Carrying {
     if (bOthers) to.Accept(rowTo, values);
   }
 
-  /// The row as it was fetched before, behind the others.
-  RowIndex AddAsItWas(RowIndex row) const {
-    const RowIndex rowTo = to.AddNew();
+  /// The values of a row, by the columns of the other recordset.
+  std::vector<Value> MappedValues(const std::function<Value(ColumnIndex)>& valueAt) const {
     std::vector<Value> values(static_cast<std::size_t>(to.FieldCount()));
     for (ColumnIndex column = 0; column < from.FieldCount(); ++column) {
       if (!map[static_cast<std::size_t>(column)]) continue;
-      values[static_cast<std::size_t>(Mapped(column))] = from.OriginalAt(row, column);
+      values[static_cast<std::size_t>(Mapped(column))] = valueAt(column);
     }
-    to.Accept(rowTo, values);
+    return values;
+  }
+
+  /// The row as it was fetched before, behind the others.
+  RowIndex AddAsItWas(RowIndex row) const {
+    const RowIndex rowTo = to.AddNew();
+    to.Accept(rowTo,
+              MappedValues([&](ColumnIndex column) { return from.OriginalAt(row, column); }));
     return rowTo;
   }
 };
+
+/// What is carried of one row, and where it came to stand.
+struct CarriedRow {
+  RowIndex row = 0;
+  RowIndex rowTo = 0;
+  bool bFound = false;         ///< it was fetched again
+  std::vector<Value> fetched;  ///< as it was then
+};
+
+/// What is known of one row that is not stored.
+void CarryNotes(const Carrying& carrying, const CarriedRow& at, const EditNotes& notes,
+                EditNotes& carried) {
+  const auto known = notes.remarks.find(at.row);
+  QString sRemark = known == notes.remarks.end() ? QString() : known->second;
+  if (const auto found = notes.conflicts.find(at.row); found != notes.conflicts.end()) {
+    const RowConflict& before = found->second;
+    std::vector<Value> theirs = at.fetched;
+    if (!at.bFound && !before.IsGone()) {
+      theirs = carrying.MappedValues(
+          [&](ColumnIndex column) { return before.theirs[static_cast<std::size_t>(column)]; });
+    }
+    RowConflict conflict = CompareRow(carrying.to, at.rowTo, std::move(theirs));
+    const bool bTheirs = std::ranges::any_of(conflict.columns, &ColumnConflict::bTheirs);
+    if (bTheirs || conflict.IsGone()) {
+      sRemark = QString::fromStdString(conflict.sSentence);
+      carried.conflicts.emplace(at.rowTo, std::move(conflict));
+    } else {
+      sRemark.clear();  // it is as it was again
+    }
+  }
+  if (!sRemark.isEmpty()) carried.remarks[at.rowTo] = sRemark;
+}
+
+/// Tells of a row that stands behind the others why it does, and of no other.
+void TellWhetherFetched(const CarriedRow& at, EditNotes& carried) {
+  QString& sRemark = carried.remarks[at.rowTo];
+  sRemark = sRemark.remove(kNotFetchedAgain).trimmed();
+  if (!at.bFound) sRemark = (sRemark + u' ' + kNotFetchedAgain).trimmed();
+  if (sRemark.isEmpty()) carried.remarks.erase(at.rowTo);
+}
 
 /// Where the rows of these keys stand.
 std::unordered_map<Text, RowIndex> FindKeys(const std::unordered_map<Text, RowIndex>& wanted,
@@ -108,20 +166,26 @@ std::unordered_map<Text, RowIndex> FindKeys(const std::unordered_map<Text, RowIn
   return found;
 }
 
+/// True when a row of one is found among those of the other.
+bool AreKeyedAlike(const RowTable& fromTable, const RowTable& toTable, const ColumnMap& map) {
+  const bool bSameTable =
+      fromTable.sCatalog == toTable.sCatalog && fromTable.sTable == toTable.sTable;
+  if (!bSameTable || fromTable.key.size() != toTable.key.size() || toTable.key.empty())
+    return false;
+  for (std::size_t n = 0; n < toTable.key.size(); ++n) {
+    if (map[static_cast<std::size_t>(fromTable.key[n])] != toTable.key[n]) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool CanCarryEdits(const Recordset& from, const RowTable& fromTable, const Recordset& to,
                    const RowTable& toTable) {
   const auto pending = from.PendingRows();
   if (pending.empty()) return true;
-  const bool bSameTable =
-      fromTable.sCatalog == toTable.sCatalog && fromTable.sTable == toTable.sTable;
-  if (!bSameTable || fromTable.key.size() != toTable.key.size() || toTable.key.empty())
-    return false;
   const ColumnMap map = MapColumns(from, fromTable, to, toTable);
-  for (std::size_t n = 0; n < toTable.key.size(); ++n) {
-    if (map[static_cast<std::size_t>(fromTable.key[n])] != toTable.key[n]) return false;
-  }
+  if (!AreKeyedAlike(fromTable, toTable, map)) return false;
   return std::ranges::all_of(pending, [&](RowIndex row) {
     for (ColumnIndex column = 0; column < from.FieldCount(); ++column) {
       if (from.IsEdited(row, column) && !map[static_cast<std::size_t>(column)]) return false;
@@ -130,41 +194,76 @@ bool CanCarryEdits(const Recordset& from, const RowTable& fromTable, const Recor
   });
 }
 
-std::shared_ptr<EditNotes> CarryEdits(const Recordset& from, const RowTable& fromTable,
-                                      const EditNotes& notes, Recordset& to,
-                                      const RowTable& toTable) {
+namespace {
+
+std::shared_ptr<EditNotes> Carry(const Carrying& carrying, const RowTable& fromTable,
+                                 const EditNotes& notes, const RowTable& toTable, bool bKeep) {
+  const Recordset& from = carrying.from;
+  Recordset& to = carrying.to;
   auto carried = std::make_shared<EditNotes>();
-  const ColumnMap map = MapColumns(from, fromTable, to, toTable);
-  const Carrying carrying{from, map, to};
+  if (!AreKeyedAlike(fromTable, toTable, carrying.map)) return carried;
+  const std::vector<RowIndex> pending = from.PendingRows();
+  const auto isPending = [&](RowIndex row) { return std::ranges::binary_search(pending, row); };
+  // A row over which nothing lies any more can be changed by undoing all the same.
+  std::set<RowIndex> rows = notes.steps.Rows();
+  std::erase_if(rows, [&](RowIndex row) { return row >= from.RecordCount(); });
+  rows.insert(pending.begin(), pending.end());
+  const auto isNew = [&](RowIndex row) {
+    return from.StateAt(row) == RowState::New || notes.gone.contains(row);
+  };
   std::unordered_map<Text, RowIndex> wanted;
-  for (const RowIndex row : from.PendingRows()) {
+  for (const RowIndex row : rows) {
+    if (isNew(row)) continue;
     Text sKey;
     for (const ColumnIndex column : fromTable.key) AppendPart(sKey, from.OriginalAt(row, column));
-    if (from.StateAt(row) != RowState::New) wanted.emplace(std::move(sKey), row);
+    wanted.emplace(std::move(sKey), row);
   }
   std::unordered_map<RowIndex, RowIndex> places;
   for (const auto& [sKey, row] : FindKeys(wanted, to, toTable)) places[wanted.at(sKey)] = row;
 
-  for (const RowIndex row : from.PendingRows()) {
-    const auto known = notes.remarks.find(row);
-    QString sRemark = known == notes.remarks.end() ? QString() : known->second;
-    RowIndex rowTo = 0;
-    if (from.StateAt(row) == RowState::New) {
-      rowTo = to.AddNew();
+  std::unordered_map<RowIndex, RowIndex> moves;
+  for (const RowIndex row : rows) {
+    CarriedRow at{row, 0, true, {}};
+    if (isNew(row)) {
+      at.rowTo = to.AddNew();
+      if (!isPending(row)) {
+        to.CancelUpdate(at.rowTo);
+        carried->gone.insert(at.rowTo);
+      }
     } else if (const auto place = places.find(row); place != places.end()) {
-      rowTo = place->second;
-      carrying.KeepOriginals(row, rowTo);
+      at.rowTo = place->second;
+      at.fetched = carrying.Fetched(at.rowTo);
+      if (isPending(row)) carrying.KeepOriginals(row, at.rowTo);
+    } else if (isPending(row) || bKeep) {
+      at.rowTo = carrying.AddAsItWas(row);
+      at.bFound = false;
     } else {
-      rowTo = carrying.AddAsItWas(row);
-      sRemark =
-          "This row was not fetched again: it was deleted meanwhile, or the filter or the row "
-          "limit "
-          "leaves it out. It is kept here until it is stored or discarded.";
+      continue;
     }
-    carrying.LayEdits(row, rowTo);
-    if (!sRemark.isEmpty()) carried->remarks[rowTo] = sRemark;
+    moves.emplace(row, at.rowTo);
+    if (!isPending(row)) continue;
+    carrying.LayEdits(row, at.rowTo);
+    CarryNotes(carrying, at, notes, *carried);
+    if (!bKeep) TellWhetherFetched(at, *carried);
   }
+  carried->steps = notes.steps.Moved(moves, carrying.map);
   return carried;
+}
+
+}  // namespace
+
+std::shared_ptr<EditNotes> CarryEdits(const Recordset& from, const RowTable& fromTable,
+                                      const EditNotes& notes, Recordset& to,
+                                      const RowTable& toTable) {
+  const ColumnMap map = MapColumns(from, fromTable, to, toTable);
+  return Carry({from, map, to}, fromTable, notes, toTable, false);
+}
+
+std::shared_ptr<EditNotes> KeepEdits(const Recordset& from, const RowTable& table,
+                                     const EditNotes& notes, Recordset& to) {
+  ColumnMap map;
+  for (ColumnIndex column = 0; column < from.FieldCount(); ++column) map.emplace_back(column);
+  return Carry({from, map, to}, table, notes, table, true);
 }
 
 }  // namespace orvane::controls

@@ -14,9 +14,14 @@ bool CanCarryEdits(const platform::Recordset& from, const RowTable& fromTable,
 /// Lays the edits over the same rows of the other recordset, found by their keys. Where somebody
 /// else has changed an edited value meanwhile, that stays the one by which the row is found, so
 /// that the conflict shows when it is sent. A row that was not fetched again is added behind the
-/// others as it was, with a remark. Gives what is known of the rows. Only after CanCarryEdits.
+/// others as it was, with a remark. Gives what is known of the rows: their sentences, conflicts and
+/// the steps that can be undone. Only after CanCarryEdits.
 std::shared_ptr<EditNotes> CarryEdits(const platform::Recordset& from, const RowTable& fromTable,
                                       const EditNotes& notes, platform::Recordset& to,
                                       const RowTable& toTable);
+
+/// The same into a recordset that holds nothing yet, to be kept until there are rows again.
+std::shared_ptr<EditNotes> KeepEdits(const platform::Recordset& from, const RowTable& table,
+                                     const EditNotes& notes, platform::Recordset& to);
 
 }  // namespace orvane::controls

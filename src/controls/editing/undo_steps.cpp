@@ -68,6 +68,40 @@ void UndoSteps::Clear() {
   m_undone.clear();
 }
 
+std::set<RowIndex> UndoSteps::Rows() const {
+  std::set<RowIndex> rows;
+  for (const auto* steps : {&m_done, &m_undone}) {
+    for (const Step& step : *steps) {
+      for (const Row& entry : step) rows.insert(entry.row);
+    }
+  }
+  return rows;
+}
+
+UndoSteps UndoSteps::Moved(const std::unordered_map<RowIndex, RowIndex>& rows,
+                           const std::vector<std::optional<ColumnIndex>>& columns) const {
+  UndoSteps moved{*this};
+  for (auto* steps : {&moved.m_done, &moved.m_undone}) {
+    for (Step& step : *steps) {
+      std::erase_if(step, [&](const Row& entry) { return !rows.contains(entry.row); });
+      for (Row& entry : step) {
+        entry.row = rows.at(entry.row);
+        for (auto* edits : {&entry.before.edits, &entry.behind.edits}) {
+          for (auto& [column, vtValue] : *edits) {
+            const auto& to = columns[static_cast<std::size_t>(column)];
+            if (!to) return {};
+            column = *to;
+          }
+          // As they are compared with what lies over a row.
+          std::ranges::sort(*edits, {}, &std::pair<ColumnIndex, platform::Value>::first);
+        }
+      }
+    }
+    std::erase_if(*steps, [](const Step& step) { return step.empty(); });
+  }
+  return moved;
+}
+
 UndoSteps::Overlay UndoSteps::OverlayOf(const Recordset& rs, RowIndex row) {
   Overlay overlay;
   if (row >= rs.RecordCount()) return overlay;

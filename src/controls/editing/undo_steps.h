@@ -5,7 +5,9 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <span>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -32,6 +34,13 @@ class UndoSteps {
   /// The row was stored, or its edits were replaced by others: no step touches it any more.
   void Forget(platform::RowIndex row);
   void Clear();
+
+  /// The rows that steps touch, in the order of their numbers.
+  std::set<platform::RowIndex> Rows() const;
+  /// The steps over other rows: each row and column has its new number. A row without one is
+  /// touched by no step then; where a column has none, no step is left.
+  UndoSteps Moved(const std::unordered_map<platform::RowIndex, platform::RowIndex>& rows,
+                  const std::vector<std::optional<platform::ColumnIndex>>& columns) const;
 
  private:
   struct Overlay {

@@ -14,7 +14,8 @@ void UnsentStash::Tell(const RowsPlace& place, RowIndex rows) const {
   if (m_host && !place.sTable.empty()) m_host->Tell(place, rows);
 }
 
-void UnsentStash::Keep(const RowsPlace& place, const Recordset& rs, const RowTable& table) {
+void UnsentStash::Keep(const RowsPlace& place, const Recordset& rs, const RowTable& table,
+                       const EditNotes& notes) {
   const auto pending = rs.PendingRows();
   if (place.sTable.empty()) return;
   if (pending.empty()) {
@@ -27,7 +28,7 @@ void UnsentStash::Keep(const RowsPlace& place, const Recordset& rs, const RowTab
       columns.push_back({field.Name(), field.Type(), field.Nullable()});
     }
     UnsentEdits edits{ado::RecordsetBuilder(std::move(columns)).Finish(), table};
-    CarryEdits(rs, table, {}, *edits.rs, table);
+    edits.notes = KeepEdits(rs, table, notes, *edits.rs);
     m_kept[place] = {std::move(edits), Round(place)};
   }
   Tell(place, static_cast<RowIndex>(pending.size()));

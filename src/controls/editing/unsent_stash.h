@@ -16,6 +16,7 @@ namespace orvane::controls {
 struct UnsentEdits {
   platform::RecordsetPtr rs;
   RowTable table;
+  std::shared_ptr<EditNotes> notes = {};  ///< what is known of them
 };
 
 class UnsentStash {
@@ -26,9 +27,10 @@ class UnsentStash {
   }
   /// Tells that so many rows of the table are pending in a grid.
   void Tell(const platform::RowsPlace& place, platform::RowIndex rows) const;
-  /// Keeps a copy of what lies over the rows; of rows without edits nothing, and what was kept of
-  /// the place goes.
-  void Keep(const platform::RowsPlace& place, const platform::Recordset& rs, const RowTable& table);
+  /// Keeps a copy of what lies over the rows and of what is known of them; of rows without edits
+  /// nothing, and what was kept of the place goes.
+  void Keep(const platform::RowsPlace& place, const platform::Recordset& rs, const RowTable& table,
+            const EditNotes& notes);
   /// What is kept of the place, or none. Valid until it is kept anew or dropped.
   const UnsentEdits* Find(const platform::RowsPlace& place) const;
   /// The edits have come into a grid.

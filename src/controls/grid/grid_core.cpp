@@ -207,7 +207,7 @@ std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Reco
                     "be shown; take these columns and the key into its query again, or disconnect "
                     "its server to discard them.");
     }
-    auto notes = CarryEdits(*kept->rs, kept->table, {}, rs, updatability.table);
+    auto notes = CarryEdits(*kept->rs, kept->table, *kept->notes, rs, updatability.table);
     m_services.unsent->Drop(m_place);
     return notes;
   }
@@ -240,7 +240,8 @@ void GridCore::KeepUnsent() {
   if (!m_recordset || !m_editing) return;
   m_editing->TakeTyped();
   const RowTable& table = m_editing->Session().Updatability().table;
-  m_services.unsent->Keep(m_place, *m_recordset, table);
+  const auto& notes = m_editing->Session().Notes();
+  m_services.unsent->Keep(m_place, *m_recordset, table, notes ? *notes : EditNotes());
 }
 
 void GridCore::OnReconnected(std::function<void()> handler) {
