@@ -1,5 +1,6 @@
 # The engines that the provider stands on.
 list(APPEND PROVIDER_SOURCES
+  engines/catalog_names.cpp
   engines/data_source.cpp
   engines/declared_types.cpp
   engines/embedded/embedded_engine.cpp

@@ -8,8 +8,8 @@
 #include "ado/row_collector.h"
 #include "platform/failure.h"
 #include "provider/dialect/statement_parameters.h"
+#include "provider/engines/catalog_names.h"
 #include "provider/engines/data_source.h"
-#include "provider/historian/catalog_record.h"
 #include "provider/known_schema.h"
 #include "provider/result_times.h"
 
@@ -160,7 +160,7 @@ void HistorianSession::RunCatalogStatement(const dialect::CatalogStatement& stat
     // Not without its prefix either: the catalog would have another name than the one that was
     // typed.
     if (dialect::WithoutPrefix(create->sName) != create->sName) {
-      historian::RefuseCatalogName(create->sName, historian::kPrefixedName);
+      engines::RefuseCatalogName(create->sName, engines::kPrefixedName);
     }
     Opened().CreateCatalog({create->sName, create->sPath, create->llKilobytes}, stop);
     return;

@@ -5,20 +5,15 @@
 #include "platform/case_folding.h"
 #include "platform/failure.h"
 #include "platform/historian_names.h"
+#include "provider/engines/catalog_names.h"
 #include "provider/engines/same_catalog.h"
 
 namespace orvane::provider::historian {
 
 using platform::Text;
 
-void RefuseCatalogName(const Text& sName, const char* sWhy) {
-  throw platform::Failure(
-      platform::failure::kInvalidArgument,
-      "A catalog cannot be called \"" + sName + "\": " + sWhy + "; choose another name.");
-}
-
 void CheckCatalogName(const Text& sName) {
-  const auto fail = [&](const char* sWhy) { RefuseCatalogName(sName, sWhy); };
+  const auto fail = [&](const char* sWhy) { engines::RefuseCatalogName(sName, sWhy); };
   if (sName.empty()) {
     throw platform::Failure(platform::failure::kInvalidArgument,
                             "A catalog needs a name; enter one.");
@@ -36,7 +31,7 @@ void CheckCatalogName(const Text& sName) {
     fail("it holds a quote, a bracket, a slash, a semicolon or a control character");
   }
   const Text sFolded = platform::FoldCase(sName);
-  if (sFolded.starts_with("orv_")) fail(kPrefixedName);
+  if (sFolded.starts_with("orv_")) fail(engines::kPrefixedName);
   // The last two are the engine's.
   for (const char* const sOwn :
        {platform::kSystemCatalog, platform::kFunctionsCatalog, "main", "temp"}) {

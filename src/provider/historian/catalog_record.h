@@ -19,12 +19,6 @@ struct CatalogRecord {
   platform::Boolean bOwn = false;  ///< one of the historian's own, which statements only read
 };
 
-/// Fails with failure::kInvalidArgument: no catalog can be called so, and why.
-[[noreturn]] void RefuseCatalogName(const platform::Text& sName, const char* sWhy);
-
-/// Why no catalog of any server is made under a name that begins with the prefix of names.
-inline constexpr const char* kPrefixedName = "the prefix Orv_ has a meaning of its own";
-
 /// Fails with failure::kInvalidArgument when no catalog can be called so.
 void CheckCatalogName(const platform::Text& sName);
 
