@@ -4,9 +4,10 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
 
-#include "files/descriptor.h"
+#include "files/successor.h"
 
 namespace orvane::exports {
 
@@ -32,27 +33,12 @@ class ExportFile {
   std::filesystem::path FinishMarked(const platform::Text& sMark);
 
  private:
-  /// A name that is taken away unless the file under it got another one.
-  struct Temporary {
-    Temporary() = default;
-    Temporary(const Temporary&) = delete;
-    Temporary& operator=(const Temporary&) = delete;
-    ~Temporary();
-    std::filesystem::path path;  ///< empty for a file without a name
-  };
-
-  void Create();
   /// Becomes like the file that is there, if there is one.
   void TakeOver() const;
-  /// Makes the call for one name beside the path after another until it gives a file or has failed
-  /// otherwise than by finding one there; names that a crash has left are free.
-  template <class Call>
-  void TakeName(Call call);
   [[noreturn]] void Fail(int nError) const;
 
   std::filesystem::path m_path;
-  Temporary m_temporary;
-  files::Descriptor m_file;
+  std::optional<files::Successor> m_successor;
   std::uint64_t m_bytes = 0;
 };
 

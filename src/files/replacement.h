@@ -1,11 +1,9 @@
 // Giving a file new bytes in one step: whoever opens it finds all of the old or all of the new
 // ones, also after a crash. For documents, registration files and the file of the user's settings;
-// exports, which come in pieces, replace files by themselves, with the same names and attributes,
-// and files of catalogs are databases, made by the historian. Any thread, one at a time for one
-// file.
+// exports, which come in pieces, write their own successor, and files of catalogs are databases,
+// made by the historian. Any thread, one at a time for one file.
 #pragma once
 
-#include <sys/file.h>
 #include <sys/types.h>
 
 #include <filesystem>
@@ -13,24 +11,12 @@
 #include <system_error>
 
 #include "files/descriptor.h"
+#include "files/successor.h"
 
 namespace orvane::files {
 
-/// Takes the lock of a descriptor as flock does.
-using LockFunction = int (*)(int iDescriptor, int iOperation);
-
 /// Writes into a file as WriteAt does.
 using WriteFunction = int (*)(const Descriptor& file, std::size_t nFrom, std::string_view sBytes);
-
-/// False, without waiting, when another descriptor holds the lock. Any other error means that this
-/// file system has no locks to give, and nobody is kept from a file by that.
-bool TryLock(const Descriptor& file, LockFunction lock = flock);
-
-/// The file behind a chain of symbolic links, which need not exist.
-std::filesystem::path BehindLinks(const std::filesystem::path& path);
-
-/// A hidden name beside the file's own with that end, which the file system has room for.
-std::filesystem::path Beside(const std::filesystem::path& file, const char* sEnd);
 
 /// The whole new bytes beside a file while the file itself is written. One that nobody has locked
 /// is what a crash or a failing disk left; it stays until newer bytes are as safe.

@@ -19,12 +19,18 @@ std::string Environment(const char* sName) {
 std::optional<fs::path> UserFolder(const char* sVariable, const char* sBelowHome) {
   const fs::path named = Environment(sVariable);
   if (named.is_absolute()) return named / kOurs;
-  const fs::path home = Environment("HOME");
-  if (!home.is_absolute()) return std::nullopt;
-  return home / sBelowHome / kOurs;
+  const auto home = HomeFolder();
+  if (!home) return std::nullopt;
+  return *home / sBelowHome / kOurs;
 }
 
 }  // namespace
+
+std::optional<fs::path> HomeFolder() {
+  const fs::path home = Environment("HOME");
+  if (!home.is_absolute()) return std::nullopt;
+  return home;
+}
 
 std::optional<fs::path> UserDataFolder() {
   return UserFolder("XDG_DATA_HOME", ".local/share");

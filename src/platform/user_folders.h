@@ -9,6 +9,8 @@
 
 namespace orvane::platform {
 
+/// $HOME; none when that is not set or not absolute.
+std::optional<std::filesystem::path> HomeFolder();
 /// $XDG_DATA_HOME/orvane, or ~/.local/share/orvane; none without a home.
 std::optional<std::filesystem::path> UserDataFolder();
 /// $XDG_CONFIG_HOME/orvane, or ~/.config/orvane; none without a home.

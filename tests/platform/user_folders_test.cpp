@@ -22,6 +22,7 @@ TEST(user_folders, are_the_ones_that_the_environment_names) {
 
 TEST(user_folders, lie_in_the_home_folder_where_the_environment_names_no_absolute_path) {
   const Variable home("HOME", "/users/me");
+  EXPECT_EQ(HomeFolder(), "/users/me");
   const Variable data("XDG_DATA_HOME", nullptr);
   const Variable settings("XDG_CONFIG_HOME", "");
   const Variable state("XDG_STATE_HOME", "not/absolute");
@@ -36,6 +37,7 @@ TEST(user_folders, there_are_none_without_a_home) {
   const Variable state("XDG_STATE_HOME", nullptr);
   for (const char* const sHome : {static_cast<const char*>(nullptr), "", "here"}) {
     const Variable home("HOME", sHome);
+    EXPECT_EQ(HomeFolder(), std::nullopt);
     EXPECT_EQ(UserDataFolder(), std::nullopt);
     EXPECT_EQ(UserSettingsFolder(), std::nullopt);
     EXPECT_EQ(UserStateFolder(), std::nullopt);

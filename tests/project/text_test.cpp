@@ -99,6 +99,23 @@ TEST(TextTest, nothing_names_a_path_of_one_machine) {
                "t)/");
 }
 
+// Elsewhere each has a function of its own to ask.
+TEST(TextTest, one_place_reads_where_the_users_folders_are) {
+  auto files = Files({"src"}, {".cpp", ".h"});
+  std::erase_if(files, [](const fs::path& file) { return file.filename() == "user_folders.cpp"; });
+  ExpectAbsent(files, {"\"HOME\"", "\"XDG_"}, "\"(HOME|XDG_[A-Z_]+)\"");
+}
+
+// The files of catalogs are databases, which the historian makes.
+TEST(TextTest, one_place_puts_a_file_into_the_place_of_another) {
+  auto files = Files({"src"}, {".cpp", ".h"});
+  std::erase_if(files, [](const fs::path& file) {
+    const std::string sFile = Said(file);
+    return sFile == "src/files/successor.cpp" || sFile.starts_with("src/provider/historian/");
+  });
+  ExpectAbsent(files, {"rename(", "linkat("}, "(^|[^A-Za-z_:.])(rename|renameat2?|linkat)\\(");
+}
+
 TEST(TextTest, nothing_is_left_for_later) {
   ExpectAbsent(Files(kCodeFolders),
                {"TO"

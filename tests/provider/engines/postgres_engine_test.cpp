@@ -9,6 +9,7 @@
 
 #include "platform/conversions.h"
 #include "provider/historian_provider.h"
+#include "tests/fakes/variable.h"
 #include "tests/provider/engines/postgres_fixture.h"
 
 namespace orvane::provider {
@@ -132,6 +133,11 @@ TEST_F(PostgresEngineTest, offers_the_services_of_the_users_file) {
               ElementsAre("service=plant", "service=lab"));
   std::filesystem::remove(file);
   unsetenv("PGSERVICEFILE");
+  // A home that is named from wherever the program was started is none.
+  const fakes::Variable home("HOME", ".");
+  std::ofstream(".pg_service.conf") << "[plant]\n";
+  EXPECT_TRUE(engines::PostgresEngine().KnownServers().empty());
+  std::filesystem::remove(".pg_service.conf");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string_view>
 
+#include "platform/user_folders.h"
 #include "platform/utf8.h"
 #include "provider/engines/postgres/postgres_address.h"
 #include "provider/engines/postgres/postgres_link.h"
@@ -22,8 +23,8 @@ constexpr std::uintmax_t kMostOfAServiceFile = 1 << 20;
 
 fs::path ServiceFile() {
   if (const char* const sFile = std::getenv("PGSERVICEFILE")) return sFile;
-  const char* const sHome = std::getenv("HOME");
-  return sHome == nullptr ? fs::path() : fs::path(sHome) / ".pg_service.conf";
+  const auto home = platform::HomeFolder();
+  return home ? *home / ".pg_service.conf" : fs::path();
 }
 
 }  // namespace
