@@ -44,7 +44,7 @@ void Print(const char* sWhat, double grid, double raw) {
 
 double SortColumn(const platform::Recordset& rs, platform::ColumnIndex column) {
   return Median([&] {
-    std::vector<RowOrder::Number> rows(kRows);
+    RowOrder::Numbers rows(kRows);
     std::iota(rows.begin(), rows.end(), 0U);
     controls::SortKeys keys(kRows);
     for (RowIndex row = 0; row < kRows; ++row) keys.Append(rs.ValueAt(row, column));

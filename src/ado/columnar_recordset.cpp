@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "ado/recordset_builder.h"
+#include "ado/spilling_memory.h"
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
@@ -140,6 +141,12 @@ Value ColumnarRecordset::ValueAt(RowIndex row, ColumnIndex column) const {
     if (const Value* edit = m_overlay.EditAt(row, column)) return *edit;
   }
   return OriginalAt(row, column);
+}
+
+std::shared_ptr<std::pmr::memory_resource> ColumnarRecordset::Memory() const {
+  const RowStorage& storage = m_rows->Storage();
+  if (!storage.budget || !storage.bSpill) return Recordset::Memory();
+  return std::make_shared<SpillingMemory>(storage.budget);
 }
 
 platform::CellRun ColumnarRecordset::RunAt(RowIndex row, ColumnIndex column) const {

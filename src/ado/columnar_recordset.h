@@ -48,6 +48,7 @@ class ColumnarRecordset final : public platform::Recordset {
   std::chrono::microseconds Elapsed() const override { return m_rows->Elapsed(); }
 
   const platform::RowSource& Source() const override { return m_rows->Source(); }
+  std::shared_ptr<std::pmr::memory_resource> Memory() const override;
 
   // The overlay. Rows and columns that do not exist fail as in ValueAt.
   platform::RowIndex FetchedCount() const override { return m_rows->RowCount(); }

@@ -56,6 +56,7 @@ class FetchedRows {
   platform::Text Remark() const;
   platform::Long FailureNumber() const;
   std::chrono::microseconds Elapsed() const;
+  const RowStorage& Storage() const { return m_storage; }
   /// Memory that the rows take; what is in the temporary file takes none.
   std::size_t Bytes() const { return m_bytes; }
 

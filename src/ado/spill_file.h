@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "files/descriptor.h"
+#include "ado/temporary_file.h"
 
 namespace orvane::ado {
 
@@ -25,7 +25,7 @@ class SpillFile {
   /// failure::kStorage when the disk has no room for them or fails; then what was written stays.
   const std::byte* Write(std::span<const std::byte> bytes);
 
-  const std::filesystem::path& Folder() const { return m_folder; }
+  const std::filesystem::path& Folder() const { return m_file.Folder(); }
   /// Room on the disk.
   std::size_t Bytes() const { return m_size; }
 
@@ -35,12 +35,9 @@ class SpillFile {
     std::size_t size;
   };
 
-  bool OpenIn(const std::filesystem::path& folder);
   void AddExtent(std::size_t needed);
-  [[noreturn]] void Fail(int nError) const;
 
-  files::Descriptor m_file;
-  std::filesystem::path m_folder;
+  TemporaryFile m_file;
   std::vector<Extent> m_extents;
   std::size_t m_size = 0;  // of the file
   std::size_t m_used = 0;  // of the last extent

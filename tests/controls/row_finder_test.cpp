@@ -96,7 +96,7 @@ TEST_F(row_finder, finds_what_each_cell_in_turn_would_give) {
 }
 
 TEST_F(row_finder, finds_it_in_other_orders_and_columns_too) {
-  std::vector<RowOrder::Number> rows;
+  RowOrder::Numbers rows;
   for (RowIndex row = 0; row < kRows; row += 2) rows.push_back(static_cast<RowOrder::Number>(row));
   std::ranges::shuffle(rows, m_random);
   m_model.Order(std::make_shared<const RowOrder>(std::move(rows), kRows));

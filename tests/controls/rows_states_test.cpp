@@ -76,7 +76,7 @@ TEST(rows_states, let_go_of_the_oldest_orders_that_take_too_much_memory) {
   RowsStates states;
   const auto keep = [&](const platform::Recordset& rs) {
     RowsState state;
-    std::vector<RowOrder::Number> rows(RowsStates::kMostOrderBytes / sizeof(RowOrder::Number) / 2);
+    RowOrder::Numbers rows(RowsStates::kMostOrderBytes / sizeof(RowOrder::Number) / 2);
     const auto arranged = static_cast<platform::RowIndex>(rows.size());
     state.order = std::make_shared<const RowOrder>(std::move(rows), arranged);
     return states.Keep(rs, std::move(state));

@@ -13,7 +13,7 @@ namespace {
 
 using platform::Decimal;
 using platform::Value;
-using Numbers = std::vector<RowOrder::Number>;
+using Numbers = RowOrder::Numbers;
 
 Numbers Sorted(const std::vector<Value>& values, bool bAscending) {
   SortKeys keys(values.size());

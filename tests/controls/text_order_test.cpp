@@ -15,7 +15,7 @@ using platform::Text;
 /// The row numbers of a recordset's first column, sorted here by its second one.
 Text SortedHere(const platform::Recordset& rs, bool bAscending) {
   SortKeys keys(static_cast<std::size_t>(rs.RecordCount()), rs.FieldAt(1).TextOrder());
-  std::vector<RowOrder::Number> rows(static_cast<std::size_t>(rs.RecordCount()));
+  RowOrder::Numbers rows(static_cast<std::size_t>(rs.RecordCount()));
   std::iota(rows.begin(), rows.end(), 0U);
   for (platform::RowIndex row = 0; row < rs.RecordCount(); ++row) keys.Append(rs.ValueAt(row, 1));
   const std::atomic<bool> bStop = false;

@@ -5,6 +5,8 @@
 #include <numeric>
 #include <utility>
 
+#include "controls/values/tell_box.h"
+
 namespace orvane::controls {
 
 using platform::RowIndex;
@@ -20,17 +22,22 @@ constexpr RowIndex kRowsBetweenClocks = 512;
 }  // namespace
 
 struct RowArranger::Work {
+  explicit Work(platform::RecordsetPtr which)
+      : rs(std::move(which)), memory(rs ? rs->Memory() : nullptr) {}
+
   platform::RecordsetPtr rs;
+  std::shared_ptr<std::pmr::memory_resource> memory;  ///< outlives what lies in it
   Arrangement arrangement;
   CellFormat format;
   Done done;
   bool bAtOnce = false;
-  RowIndex fetched = 0;                ///< rows that are arranged
-  std::vector<RowOrder::Number> rows;  ///< those that are seen, in their order so far
-  RowIndex read = 0;                   ///< rows that were filtered, or read for the keys
+  RowIndex fetched = 0;  ///< rows that are arranged
+  RowOrder::Numbers rows{memory ? memory.get() : std::pmr::new_delete_resource()};
+  RowIndex read = 0;  ///< rows that were filtered, or read for the keys
   bool bFiltered = false;
   std::size_t sorts = 0;  ///< columns still to be sorted by, the last one first
   std::optional<SortKeys> keys;
+  QString sWhyNot;  ///< what kept them from being sorted
 };
 
 RowArranger::RowArranger(QObject* parent) : QObject(parent) {}
@@ -42,8 +49,7 @@ RowArranger::~RowArranger() {
 void RowArranger::Arrange(platform::RecordsetPtr rs, const Arrangement& arrangement,
                           const CellFormat& format, Done done) {
   Cancel();
-  m_work = std::make_unique<Work>();
-  m_work->rs = std::move(rs);
+  m_work = std::make_unique<Work>(std::move(rs));
   m_work->arrangement = arrangement;
   m_work->format = format;
   m_work->done = std::move(done);
@@ -53,11 +59,6 @@ void RowArranger::Arrange(platform::RecordsetPtr rs, const Arrangement& arrangem
   if (arrangement.NeedsNoWork() || !m_work->rs) {
     const Done tell = std::exchange(m_work, nullptr)->done;
     return tell(nullptr, {});
-  }
-  if (m_work->fetched > kMostRows) {
-    return Finish(
-        QStringLiteral("More than 50,000,000 rows are not sorted or filtered here. Let "
-                       "the table's query choose fewer."));
   }
   Next();
 }
@@ -72,12 +73,24 @@ void RowArranger::Cancel() {
 
 bool RowArranger::Slice() {
   Work& work = *m_work;
+  try {
+    return SliceOf(work);
+  } catch (const std::exception& failed) {
+    work.sWhyNot = SentenceOf(failed);
+    return true;
+  }
+}
+
+bool RowArranger::SliceOf(Work& work) {
   const auto end = std::chrono::steady_clock::now() + kSlice;
   const auto goOn = [&] {
     return work.bAtOnce || work.read % kRowsBetweenClocks != 0 ||
            std::chrono::steady_clock::now() < end;
   };
   if (!work.bFiltered) {
+    if (work.arrangement.filters.empty()) {
+      work.rows.reserve(static_cast<std::size_t>(work.fetched));
+    }
     for (; work.read < work.fetched; ++work.read) {
       if (!goOn()) return false;
       const bool bSeen = std::ranges::all_of(work.arrangement.filters, [&](const auto& filter) {
@@ -91,7 +104,10 @@ bool RowArranger::Slice() {
   if (work.sorts == 0) return true;
   const auto count = static_cast<RowIndex>(work.rows.size());
   const platform::ColumnIndex column = work.arrangement.sort[work.sorts - 1].column;
-  if (!work.keys) work.keys.emplace(work.rows.size(), work.rs->FieldAt(column).TextOrder());
+  if (!work.keys) {
+    work.keys.emplace(work.rows.size(), work.rs->FieldAt(column).TextOrder(),
+                      work.rows.get_allocator().resource());
+  }
   for (; work.read < count; ++work.read) {
     if (!goOn()) return false;
     work.keys->Append(work.rs->ValueAt(work.rows[static_cast<std::size_t>(work.read)], column));
@@ -108,32 +124,39 @@ void RowArranger::Next() {
       });
       return;
     }
+    if (!m_work->sWhyNot.isEmpty()) return Finish(QString(m_work->sWhyNot));
     if (m_work->sorts == 0) return Finish();
-    if (!m_work->keys->HaveRoom()) {
-      return Finish(QStringLiteral("The texts of this column are too long to sort its rows here."));
-    }
     if (!m_work->bAtOnce) return StartSorting();
-    const bool bAscending = m_work->arrangement.sort[m_work->sorts - 1].bAscending;
-    m_work->keys->Sort(m_work->rows, bAscending, m_bStop);
-    m_work->keys.reset();
-    m_work->read = 0;
-    --m_work->sorts;
+    SortByKeys(*m_work);
+    SortedBy();
   }
+}
+
+void RowArranger::SortByKeys(Work& work) {
+  try {
+    work.keys->Sort(work.rows, work.arrangement.sort[work.sorts - 1].bAscending, m_bStop);
+  } catch (const std::exception& failed) {
+    work.sWhyNot = SentenceOf(failed);
+  }
+}
+
+void RowArranger::SortedBy() {
+  m_work->keys.reset();
+  m_work->read = 0;
+  --m_work->sorts;
 }
 
 void RowArranger::StartSorting() {
   if (m_worker.joinable()) m_worker.join();
-  const bool bAscending = m_work->arrangement.sort[m_work->sorts - 1].bAscending;
-  m_worker = std::thread([this, work = m_work.get(), nRun = m_nRun, bAscending] {
-    work->keys->Sort(work->rows, bAscending, m_bStop);
+  m_worker = std::thread([this, work = m_work.get(), nRun = m_nRun] {
+    SortByKeys(*work);
     if (m_bStop) return;
     QMetaObject::invokeMethod(
         this,
         [this, nRun] {
           if (nRun != m_nRun) return;  // it was cancelled meanwhile
-          m_work->keys.reset();
-          m_work->read = 0;
-          --m_work->sorts;
+          SortedBy();
+          if (!m_work->sWhyNot.isEmpty()) return Finish(QString(m_work->sWhyNot));
           Next();
         },
         Qt::QueuedConnection);
@@ -152,7 +175,7 @@ void RowArranger::Finish(const QString& sWhyNot) {
   const std::unique_ptr<Work> work = std::exchange(m_work, nullptr);
   std::shared_ptr<const RowOrder> order;
   if (sWhyNot.isEmpty()) {
-    order = std::make_shared<const RowOrder>(std::move(work->rows), work->fetched);
+    order = std::make_shared<const RowOrder>(std::move(work->rows), work->fetched, work->memory);
   }
   work->done(std::move(order), sWhyNot);
 }

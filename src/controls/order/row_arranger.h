@@ -1,6 +1,7 @@
 // Works out in which order rows stand, and which of them: reads the recordset in slices on its own
 // thread, so that the window goes on, and sorts what it read on a worker. Few rows are done at
-// once. Used by the view of the rows; user-interface thread.
+// once; of many, what is worked out lies in the memory of the rows, or in files. Used by the view
+// of the rows; user-interface thread.
 #pragma once
 
 #include <QObject>
@@ -21,9 +22,6 @@ namespace orvane::controls {
 
 class RowArranger final : public QObject {
  public:
-  /// Rows beyond this number are not arranged here: keys take 28 bytes a row.
-  static constexpr platform::RowIndex kMostRows = 50'000'000;
-
   /// The order, or none with a sentence that says why there is none.
   using Done = std::function<void(std::shared_ptr<const RowOrder> order, const QString& sWhyNot)>;
 
@@ -43,8 +41,12 @@ class RowArranger final : public QObject {
  private:
   struct Work;
   bool Slice();
+  bool SliceOf(Work& work);
   void Next();
   void StartSorting();
+  /// Puts the rows in order by the keys, on any thread; what failed is told by the work.
+  void SortByKeys(Work& work);
+  void SortedBy();
   void Finish(const QString& sWhyNot = {});
 
   std::function<bool()> m_holding;

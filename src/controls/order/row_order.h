@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
+#include <memory_resource>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -16,11 +18,16 @@ class RowOrder {
  public:
   /// A grid numbers its rows with 31 bits, so that this is wide enough.
   using Number = std::uint32_t;
+  using Numbers = std::pmr::vector<Number>;
 
   /// The rows as they stand. `arranged` rows of the recordset were looked at for it; those that
-  /// came since, as new ones do, stand behind all others.
-  RowOrder(std::vector<Number> rows, platform::RowIndex arranged)
-      : m_rows(std::move(rows)), m_arranged(arranged) {}
+  /// came since, as new ones do, stand behind all others. The memory is that of the rows.
+  RowOrder(Numbers rows, platform::RowIndex arranged,
+           std::shared_ptr<std::pmr::memory_resource> memory = nullptr)
+      : m_memory(std::move(memory)), m_rows(std::move(rows)), m_arranged(arranged) {}
+
+  RowOrder(const RowOrder&) = delete;
+  RowOrder& operator=(const RowOrder&) = delete;
 
   /// Rows that stand in the grid, of a recordset with so many.
   platform::RowIndex Count(platform::RowIndex recordCount) const {
@@ -43,7 +50,8 @@ class RowOrder {
  private:
   platform::RowIndex Standing() const { return static_cast<platform::RowIndex>(m_rows.size()); }
 
-  std::vector<Number> m_rows;
+  std::shared_ptr<std::pmr::memory_resource> m_memory;  ///< outlives the rows in it
+  Numbers m_rows;
   platform::RowIndex m_arranged;
 };
 

@@ -18,13 +18,36 @@ constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
 /// Sorting was stopped. Thrown through what compares, as nothing else ends a sort.
 struct SortStopped {};
 
-/// A comparison that ends the sort when it is stopped.
-template <class Less>
-auto Until(const std::atomic<bool>& bStop, Less less) {
-  return [&bStop, less](const auto& one, const auto& other) {
-    if (bStop.load(std::memory_order_relaxed)) throw SortStopped();
-    return less(one, other);
+void EndWhen(const std::atomic<bool>& bStop) {
+  if (bStop.load(std::memory_order_relaxed)) throw SortStopped();
+}
+
+/// Sorts by what `compare` gives, equal keys as they stand, until it is stopped. As
+/// std::stable_sort does, but the room for merging lies where the keys lie.
+template <class Key, class Compare>
+void SortStably(std::pmr::vector<Key>& keys, bool bAscending, const std::atomic<bool>& bStop,
+                Compare compare) {
+  const auto less = [&](const Key& one, const Key& other) {
+    EndWhen(bStop);
+    return bAscending ? compare(one, other) < 0 : compare(other, one) < 0;
   };
+  constexpr std::size_t kRun = 1024;
+  const std::size_t count = keys.size();
+  const auto at = [count](auto& of, std::size_t place) {
+    return of.begin() + static_cast<std::ptrdiff_t>(std::min(place, count));
+  };
+  for (std::size_t from = 0; from < count; from += kRun) {
+    std::stable_sort(at(keys, from), at(keys, from + kRun), less);
+  }
+  if (count <= kRun) return;
+  std::pmr::vector<Key> merged(count, keys.get_allocator());
+  for (std::size_t run = kRun; run < count; run *= 2) {
+    for (std::size_t from = 0; from < count; from += 2 * run) {
+      const auto middle = at(keys, from + run);
+      std::merge(at(keys, from), middle, middle, at(keys, from + 2 * run), at(merged, from), less);
+    }
+    keys.swap(merged);
+  }
 }
 
 /// Ranks of mixed keys.
@@ -121,28 +144,45 @@ void SortKeys::AppendWide(std::uint64_t key) {
 }
 
 void SortKeys::AppendText(std::string_view sText) {
-  const std::size_t offset = m_texts.size();
-  m_textKeys.push_back({0, offset, static_cast<std::uint32_t>(KeepText(sText)), m_places});
+  TextKey key{0, 0, 0, m_places};
+  key.offset = KeepText(sText, key.length);
+  m_textKeys.push_back(key);
 }
 
-// What the text is put in order by; gives its bytes.
-std::size_t SortKeys::KeepText(std::string_view sText) {
-  const std::size_t offset = m_texts.size();
+std::uint64_t SortKeys::Keep(std::string_view sText) {
+  constexpr std::size_t kLeastPiece = std::size_t{64} << 10;
+  constexpr std::size_t kMostPiece = std::size_t{64} << 20;
+  if (m_texts.empty() || m_texts.back().capacity() - m_texts.back().size() < sText.size()) {
+    const std::size_t usual = std::clamp(m_textBytes, kLeastPiece, kMostPiece);
+    std::pmr::vector<char> piece(m_nulls.get_allocator().resource());
+    piece.reserve(std::max(usual, sText.size()));
+    m_texts.push_back(std::move(piece));
+  }
+  std::pmr::vector<char>& piece = m_texts.back();
+  const std::uint64_t place = piece.size();
+  piece.insert(piece.end(), sText.begin(), sText.end());
+  m_textBytes += sText.size();
+  return static_cast<std::uint64_t>(m_texts.size() - 1) << kPieceShift | place;
+}
+
+// What the text is put in order by.
+std::uint64_t SortKeys::KeepText(std::string_view sText, std::uint32_t& length) {
   if (m_order == platform::TextOrder::TrailingBlanks) {
     sText = sText.substr(0, sText.find_last_not_of(' ') + 1);
   }
-  m_texts += sText;
+  length = static_cast<std::uint32_t>(sText.size());
+  const std::uint64_t offset = Keep(sText);
   if (m_order == platform::TextOrder::NoCase) {
-    std::transform(m_texts.begin() + static_cast<std::ptrdiff_t>(offset), m_texts.end(),
-                   m_texts.begin() + static_cast<std::ptrdiff_t>(offset), [](char c) {
-                     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-                   });
+    std::pmr::vector<char>& piece = m_texts.back();
+    const auto from = piece.end() - static_cast<std::ptrdiff_t>(sText.size());
+    std::transform(from, piece.end(), from, [](char ch) {
+      return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch - 'A' + 'a') : ch;
+    });
   }
-  return sText.size();
+  return offset;
 }
 
 void SortKeys::Append(const Value& vtValue) {
-  if (!HaveRoom()) return;
   const auto* d = vtValue.As<double>();
   if (vtValue.IsNull() || (d && std::isnan(*d))) {
     m_nulls.push_back(m_places);  // an engine that has no NaN keeps it as null
@@ -179,17 +219,18 @@ void SortKeys::BecomeMixed() {
   for (const TextKey& key : m_textKeys) {
     m_mixed.push_back({0, key.offset, key.length, key.place, kTextRank});
   }
-  m_wides = {};
-  m_textKeys = {};
+  // What they took is given back, which clear() would not.
+  std::pmr::vector<WideKey>(m_wides.get_allocator()).swap(m_wides);
+  std::pmr::vector<TextKey>(m_textKeys.get_allocator()).swap(m_textKeys);
   m_family = Family::Mixed;
 }
 
 void SortKeys::AppendMixed(const Value& vtValue) {
-  MixedKey key{0, m_texts.size(), 0, m_places, kNumberRank};
+  MixedKey key{0, 0, 0, m_places, kNumberRank};
   const auto keep = [&](std::string_view sText, Rank rank) {
     key.rank = rank;
     key.length = static_cast<std::uint32_t>(sText.size());
-    m_texts += sText;
+    key.offset = Keep(sText);
   };
   if (const auto whole = WholeNumber(vtValue)) {
     key.number = static_cast<long double>(*whole);
@@ -206,7 +247,7 @@ void SortKeys::AppendMixed(const Value& vtValue) {
     key.rank = kTimeRank;
   } else if (const auto* text = vtValue.As<platform::Text>()) {
     key.rank = kTextRank;
-    key.length = static_cast<std::uint32_t>(KeepText(*text));
+    key.offset = KeepText(*text, key.length);
   } else if (const auto* guid = vtValue.As<platform::Guid>()) {
     keep(ViewOf(std::as_bytes(std::span(guid->bytes))), kGuidRank);
   } else if (const auto* bytes = vtValue.As<platform::Bytes>()) {
@@ -217,27 +258,29 @@ void SortKeys::AppendMixed(const Value& vtValue) {
 
 // ---- sorting
 
-void SortKeys::Sort(std::vector<RowOrder::Number>& rows, bool bAscending,
-                    const std::atomic<bool>& bStop) {
+void SortKeys::Sort(RowOrder::Numbers& rows, bool bAscending, const std::atomic<bool>& bStop) {
   try {
     SortWide(bAscending, bStop);
     SortTexts(bAscending, bStop);
     SortMixed(bAscending, bStop);
+    RowOrder::Numbers sorted(rows.get_allocator());
+    sorted.reserve(rows.size());
+    const auto take = [&](std::uint32_t place) {
+      EndWhen(bStop);
+      sorted.push_back(rows[place]);
+    };
+    const auto takeNulls = [&] {
+      for (const std::uint32_t place : m_nulls) take(place);
+    };
+    if (bAscending) takeNulls();
+    for (const WideKey& key : m_wides) take(key.place);
+    for (const TextKey& key : m_textKeys) take(key.place);
+    for (const MixedKey& key : m_mixed) take(key.place);
+    if (!bAscending) takeNulls();
+    rows.swap(sorted);
   } catch (const SortStopped&) {
-    return;
+    // The rows stand as they stood.
   }
-  if (bStop) return;
-  std::vector<RowOrder::Number> sorted;
-  sorted.reserve(rows.size());
-  const auto takeNulls = [&] {
-    for (const std::uint32_t place : m_nulls) sorted.push_back(rows[place]);
-  };
-  if (bAscending) takeNulls();
-  for (const WideKey& key : m_wides) sorted.push_back(rows[key.place]);
-  for (const TextKey& key : m_textKeys) sorted.push_back(rows[key.place]);
-  for (const MixedKey& key : m_mixed) sorted.push_back(rows[key.place]);
-  if (!bAscending) takeNulls();
-  rows = std::move(sorted);
 }
 
 void SortKeys::SortWide(bool bAscending, const std::atomic<bool>& bStop) {
@@ -249,17 +292,19 @@ void SortKeys::SortWide(bool bAscending, const std::atomic<bool>& bStop) {
   constexpr std::size_t kValues = 256;
   std::array<std::array<std::size_t, kValues>, 8> counts{};
   for (const WideKey& key : m_wides) {
+    EndWhen(bStop);
     for (std::size_t n = 0; n < counts.size(); ++n) ++counts[n][key.key >> (8 * n) & 0xFF];
   }
-  std::vector<WideKey> other(m_wides.size());
-  for (std::size_t n = 0; n < counts.size() && !bStop; ++n) {
+  std::pmr::vector<WideKey> other(m_wides.size(), m_wides.get_allocator());
+  for (std::size_t n = 0; n < counts.size(); ++n) {
     if (std::ranges::find(counts[n], m_wides.size()) != counts[n].end()) continue;
     std::array<std::size_t, kValues> begins{};
     for (std::size_t value = 1; value < kValues; ++value) {
       begins[value] = begins[value - 1] + counts[n][value - 1];
     }
     constexpr std::size_t kBetweenLooks = 1 << 16;
-    for (std::size_t from = 0; from < m_wides.size() && !bStop; from += kBetweenLooks) {
+    for (std::size_t from = 0; from < m_wides.size(); from += kBetweenLooks) {
+      EndWhen(bStop);
       const std::size_t to = std::min(from + kBetweenLooks, m_wides.size());
       for (std::size_t i = from; i < to; ++i) {
         other[begins[m_wides[i].key >> (8 * n) & 0xFF]++] = m_wides[i];
@@ -275,41 +320,40 @@ void SortKeys::SortTexts(bool bAscending, const std::atomic<bool>& bStop) {
   const std::string_view sFirst = TextAt(m_textKeys.front().offset, m_textKeys.front().length);
   std::size_t skipped = sFirst.size();
   for (const TextKey& key : m_textKeys) {
+    EndWhen(bStop);
     skipped =
         std::min(skipped, CommonPrefix(sFirst.substr(0, skipped), TextAt(key.offset, key.length)));
   }
-  for (TextKey& key : m_textKeys) key.prefix = PrefixOf(TextAt(key.offset, key.length), skipped);
-  const auto less = [this, skipped](const TextKey& one, const TextKey& other) {
-    if (one.prefix != other.prefix) return one.prefix < other.prefix;
-    return TextAt(one.offset, one.length).substr(skipped) <
-           TextAt(other.offset, other.length).substr(skipped);
-  };
-  if (bStop) return;
-  if (bAscending) {
-    std::ranges::stable_sort(m_textKeys, Until(bStop, less));
-  } else {
-    std::ranges::stable_sort(m_textKeys, Until(bStop, [less](const auto& one, const auto& other) {
-                               return less(other, one);
-                             }));
+  for (TextKey& key : m_textKeys) {
+    EndWhen(bStop);
+    key.prefix = PrefixOf(TextAt(key.offset, key.length), skipped);
   }
+  SortStably(m_textKeys, bAscending, bStop, [this, skipped](const auto& one, const auto& other) {
+    if (one.prefix != other.prefix) return one.prefix < other.prefix ? -1 : 1;
+    return TextAt(one.offset, one.length)
+        .substr(skipped)
+        .compare(TextAt(other.offset, other.length).substr(skipped));
+  });
 }
 
 int SortKeys::Compare(const MixedKey& one, const MixedKey& other) const {
   if (one.rank != other.rank) return one.rank < other.rank ? -1 : 1;
   if (one.number != other.number) return one.number < other.number ? -1 : 1;
-  const std::string_view sOne = TextAt(one.offset, one.length);
-  const std::string_view sOther = TextAt(other.offset, other.length);
+  // A number without digits has no text, and there may be no piece for it.
+  const auto textOf = [this](const MixedKey& key) {
+    return key.length == 0 ? std::string_view() : TextAt(key.offset, key.length);
+  };
+  const std::string_view sOne = textOf(one);
+  const std::string_view sOther = textOf(other);
   if (one.rank != kNumberRank) return sOne.compare(sOther);
   // Decimals may differ where no floating-point number does.
   return sOne.empty() || sOther.empty() ? 0 : CompareDecimals(sOne, sOther);
 }
 
 void SortKeys::SortMixed(bool bAscending, const std::atomic<bool>& bStop) {
-  if (m_mixed.empty() || bStop) return;
-  const auto less = [this, bAscending](const MixedKey& one, const MixedKey& other) {
-    return bAscending ? Compare(one, other) < 0 : Compare(other, one) < 0;
-  };
-  std::ranges::stable_sort(m_mixed, Until(bStop, less));
+  if (m_mixed.empty()) return;
+  SortStably(m_mixed, bAscending, bStop,
+             [this](const auto& one, const auto& other) { return Compare(one, other); });
 }
 
 }  // namespace orvane::controls

@@ -6,7 +6,8 @@
 
 #include <atomic>
 #include <cstdint>
-#include <string>
+#include <memory_resource>
+#include <string_view>
 #include <vector>
 
 #include "controls/order/row_order.h"
@@ -15,22 +16,24 @@ namespace orvane::controls {
 
 class SortKeys {
  public:
-  /// Bytes of text beyond which keys are not kept.
-  static constexpr std::size_t kMostTextBytes = std::size_t{1} << 30;
-
-  /// Texts stand in that order.
+  /// Texts stand in that order. The keys lie in the memory, which must outlive them, and fail as it
+  /// does.
   explicit SortKeys(std::size_t expectedRows,
-                    platform::TextOrder order = platform::TextOrder::Bytes)
-      : m_expected(expectedRows), m_order(order) {}
+                    platform::TextOrder order = platform::TextOrder::Bytes,
+                    std::pmr::memory_resource* memory = std::pmr::new_delete_resource())
+      : m_expected(expectedRows),
+        m_order(order),
+        m_nulls(memory),
+        m_wides(memory),
+        m_textKeys(memory),
+        m_mixed(memory) {}
 
   /// The value of the next row.
   void Append(const platform::Value& vtValue);
-  /// False when the texts are more than can be kept; what is appended then counts for nothing.
-  bool HaveRoom() const { return m_texts.size() <= kMostTextBytes; }
   /// Puts the rows, which are as many as were appended and in that order, in the order of their
   /// keys; equal ones stay as they stand. Descending is the reverse, null last. Ends early, with
-  /// rows in any order, when bStop becomes true.
-  void Sort(std::vector<RowOrder::Number>& rows, bool bAscending, const std::atomic<bool>& bStop);
+  /// the rows as they stood, when bStop becomes true.
+  void Sort(RowOrder::Numbers& rows, bool bAscending, const std::atomic<bool>& bStop);
 
  private:
   /// Of the values so far; a second family makes the keys mixed ones.
@@ -53,14 +56,20 @@ class SortKeys {
     std::uint8_t rank;
   };
 
+  static constexpr int kPieceShift = 32;
+  static constexpr std::uint64_t kWithinPiece = 0xFFFF'FFFF;
+
   bool Belongs(Family family);
   void BecomeMixed();
   void AppendWide(std::uint64_t key);
   void AppendText(std::string_view sText);
-  std::size_t KeepText(std::string_view sText);
+  /// Keeps the bytes and gives where they are: the piece in the upper half, the place in it below.
+  std::uint64_t Keep(std::string_view sText);
+  std::uint64_t KeepText(std::string_view sText, std::uint32_t& length);
   void AppendMixed(const platform::Value& vtValue);
   std::string_view TextAt(std::uint64_t offset, std::uint32_t length) const {
-    return std::string_view(m_texts).substr(offset, length);
+    const std::pmr::vector<char>& piece = m_texts[static_cast<std::size_t>(offset >> kPieceShift)];
+    return {piece.data() + (offset & kWithinPiece), length};
   }
   int Compare(const MixedKey& one, const MixedKey& other) const;
   void SortWide(bool bAscending, const std::atomic<bool>& bStop);
@@ -71,11 +80,13 @@ class SortKeys {
   platform::TextOrder m_order;
   Family m_family = Family::None;
   std::uint32_t m_places = 0;
-  std::vector<std::uint32_t> m_nulls;
-  std::vector<WideKey> m_wides;
-  std::vector<TextKey> m_textKeys;
-  std::vector<MixedKey> m_mixed;
-  std::string m_texts;
+  std::pmr::vector<std::uint32_t> m_nulls;
+  std::pmr::vector<WideKey> m_wides;
+  std::pmr::vector<TextKey> m_textKeys;
+  std::pmr::vector<MixedKey> m_mixed;
+  /// In pieces that never move: nobody waits for gigabytes to be copied into larger room.
+  std::vector<std::pmr::vector<char>> m_texts;
+  std::size_t m_textBytes = 0;
 };
 
 /// -1, 0 or 1 as the first decimal is less than, equal to or greater than the second; both as

@@ -243,8 +243,10 @@ void RowView::ArrangeNow(bool bFromTop) {
                      [this, bFromTop, at = currentIndex(), nTop = TopRow()](
                          std::shared_ptr<const RowOrder> order, const QString& sWhyNot) {
                        if (!sWhyNot.isEmpty()) {
-                         m_arrangement = {};
-                         Names().Sorted({});
+                         m_arrangement = m_standing;
+                         Names().Sorted(m_arrangement.sort);
+                         if (m_arranged) m_arranged(sWhyNot);
+                         return;
                        }
                        m_standing = m_arrangement;
                        const bool bStayed = bFromTop && currentIndex() == at && TopRow() == nTop;
@@ -264,7 +266,7 @@ void RowView::ArrangeNow(bool bFromTop) {
                        }
                        viewport()->update();
                        Numbers().update();
-                       if (m_arranged) m_arranged(sWhyNot);
+                       if (m_arranged) m_arranged({});
                      });
   if (m_arranger.Busy() && m_arranged) m_arranged({});
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <memory_resource>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -157,6 +158,13 @@ class Recordset : public Object {
   virtual const RowSource& Source() const {
     static const RowSource kUnknown;
     return kUnknown;
+  }
+
+  /// Memory for what is worked out of the rows and grows with their number; it counts as they do
+  /// and goes on in temporary files. Fails with std::bad_alloc, and with failure::kStorage where
+  /// the disk has no room either. For any thread; never null.
+  virtual std::shared_ptr<std::pmr::memory_resource> Memory() const {
+    return {std::shared_ptr<void>(), std::pmr::new_delete_resource()};
   }
 
   /// Rows as they were fetched; RecordCount counts new rows too.
