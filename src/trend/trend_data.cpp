@@ -100,7 +100,10 @@ std::optional<TrendColumns> TrendColumns::Of(const Recordset& rs) {
 }
 
 TrendReader::TrendReader(platform::RecordsetPtr rs, TrendColumns columns, zones::TimeZone zone)
-    : m_rs(std::move(rs)), m_columns(std::move(columns)), m_zone(std::move(zone)) {
+    : m_rs(std::move(rs)),
+      m_memory(m_rs->Memory()),
+      m_columns(std::move(columns)),
+      m_zone(std::move(zone)) {
   if (!m_columns.tag) LinesOf({});
 }
 
@@ -114,9 +117,12 @@ bool TrendReader::Read(RowIndex rows) {
   const RowIndex end = std::min(m_rs->RecordCount(), m_next + rows);
   for (; m_next < end; ++m_next) ReadRow(m_next);
   if (m_next < m_rs->RecordCount()) return true;
-  for (TrendLine& line : m_lines) line.series.Finish();
   m_rs.reset();
   return false;
+}
+
+void TrendReader::Finish(const std::stop_token& stop) {
+  for (TrendLine& line : m_lines) line.series.Finish(stop);
 }
 
 void TrendReader::ReadRow(RowIndex row) {
@@ -151,8 +157,7 @@ std::optional<std::size_t> TrendReader::LinesOf(const Value& vtTag) {
   const std::size_t first = m_lines.size();
   for (const ColumnIndex column : m_columns.numbers) {
     const Text& sColumn = m_rs->FieldAt(column).Name();
-    TrendLine line;
-    line.sTag = sTag;
+    TrendLine line{{}, sTag, {}, TrendSeries(m_memory)};
     line.sName = !m_columns.tag                  ? sColumn
                  : m_columns.numbers.size() == 1 ? sTag
                                                  : sTag + ", " + sColumn;

@@ -54,11 +54,15 @@ class TrendReader {
   TrendReader(platform::RecordsetPtr rs, TrendColumns columns,
               zones::TimeZone zone = zones::TimeZone::Utc());
 
-  /// Reads the next rows and says whether there are more. The last call readies the lines.
+  /// Reads the next rows and says whether there are more. What is read lies in the memory of the
+  /// rows; fails as that does.
   bool Read(platform::RowIndex rows);
+  /// Readies the lines, when all is read, on any thread; fails likewise. Ends early when it is
+  /// stopped; the lines are of no use then.
+  void Finish(const std::stop_token& stop = {});
   /// Part of the rows that has been read, from 0 to 1.
   double Progress() const;
-  /// The lines, when all is read; they are the caller's.
+  /// The lines, when they are ready; they are the caller's.
   std::vector<TrendLine> TakeLines() { return std::move(m_lines); }
   /// Tags that have no line because there are too many.
   std::size_t TagsLeftOut() const { return m_tagsLeftOut.size(); }
@@ -69,6 +73,7 @@ class TrendReader {
   std::optional<std::size_t> LinesOf(const platform::Value& vtTag);
 
   platform::RecordsetPtr m_rs;
+  std::shared_ptr<std::pmr::memory_resource> m_memory;
   TrendColumns m_columns;
   zones::TimeZone m_zone;
   platform::RowIndex m_next = 0;

@@ -57,15 +57,15 @@ void AppendPoint(Text& sOut, const TrendLine& line, std::size_t point, const zon
   sOut += sEnd;
 }
 
-/// Calls for each point in sight of the lines drawn, until told to stop.
+/// Calls for each of the points, until told to stop.
 template <class Take>
-void ForPointsInSight(const TrendPlot& plot, const std::vector<TrendLine>& lines, Take&& take) {
-  for (std::size_t n = 0; n < lines.size(); ++n) {
-    if (!plot.LineShown(n)) continue;
-    const TrendSeries& series = lines[n].series;
-    for (std::size_t point = series.From(plot.Times().lower);
-         point < series.Size() && series.TimeAt(point) <= plot.Times().upper; ++point) {
-      if (!take(lines[n], point)) return;
+void ForEachPoint(const PointsInSight& points, Take&& take) {
+  for (std::size_t n = 0; n < points.lines->size(); ++n) {
+    if (!points.shown[n]) continue;
+    const TrendLine& line = (*points.lines)[n];
+    for (std::size_t point = line.series.From(points.from);
+         point < line.series.Size() && line.series.TimeAt(point) <= points.to; ++point) {
+      if (!take(line, point)) return;
     }
   }
 }
@@ -91,48 +91,48 @@ void WriteBytes(const std::filesystem::path& path, const QByteArray& bytes) {
   file.Finish();
 }
 
-void WritePoints(const std::filesystem::path& path, const TrendPlot& plot,
-                 const std::vector<TrendLine>& lines, const zones::TimeZone& zone) {
-  exports::ExportFile file(path);
-  Text sOut;
-  AppendHeader(sOut, Separator::Comma, "\r\n");
-  ForPointsInSight(plot, lines, [&](const TrendLine& line, std::size_t point) {
-    AppendPoint(sOut, line, point, zone, Separator::Comma, "\r\n");
-    if (sOut.size() >= kBytesWritten) {
-      file.Write(sOut);
-      sOut.clear();
-    }
-    return true;
-  });
-  file.Write(sOut);
-  file.Finish();
-}
-
 }  // namespace
 
 QImage PictureOf(TrendPlot& plot) {
   return plot.toPixmap(plot.width(), plot.height(), plot.devicePixelRatioF()).toImage();
 }
 
-std::optional<Text> CopiedPoints(const TrendPlot& plot, const std::vector<TrendLine>& lines,
-                                 const zones::TimeZone& zone) {
+std::optional<Text> CopiedPoints(const PointsInSight& points) {
   Text sOut;
   AppendHeader(sOut, Separator::Tab, "\n");
   std::size_t nPoints = 0;
-  ForPointsInSight(plot, lines, [&](const TrendLine& line, std::size_t point) {
+  ForEachPoint(points, [&](const TrendLine& line, std::size_t point) {
     if (++nPoints > kMostCopiedPoints) return false;
-    AppendPoint(sOut, line, point, zone, Separator::Tab, "\n");
+    AppendPoint(sOut, line, point, points.zone, Separator::Tab, "\n");
     return true;
   });
   if (nPoints > kMostCopiedPoints) return std::nullopt;
   return sOut;
 }
 
-void SaveTrend(TrendPlot& plot, const std::vector<TrendLine>& lines, const zones::TimeZone& zone,
-               const QString& sPath) {
+bool IsForPoints(const QString& sPath) {
+  return QFileInfo(sPath).suffix().compare(u"csv", Qt::CaseInsensitive) == 0;
+}
+
+void SavePoints(const PointsInSight& points, const QString& sPath, const std::stop_token& stop) {
+  exports::ExportFile file(sPath.toStdString());
+  Text sOut;
+  AppendHeader(sOut, Separator::Comma, "\r\n");
+  ForEachPoint(points, [&](const TrendLine& line, std::size_t point) {
+    AppendPoint(sOut, line, point, points.zone, Separator::Comma, "\r\n");
+    if (sOut.size() < kBytesWritten) return true;
+    file.Write(sOut);
+    sOut.clear();
+    return !stop.stop_requested();
+  });
+  if (stop.stop_requested()) return;
+  file.Write(sOut);
+  file.Finish();
+}
+
+void SavePicture(TrendPlot& plot, const QString& sPath) {
   const std::filesystem::path path(sPath.toStdString());
   const QString sEnd = QFileInfo(sPath).suffix().toLower();
-  if (sEnd == "csv") return WritePoints(path, plot, lines, zone);
   if (sEnd == "svg") return WriteBytes(path, VectorPicture(plot));
   if (sEnd != "png") {
     throw platform::Failure(platform::failure::kInvalidArgument,

@@ -1,10 +1,13 @@
 // A trend out of the program: its picture, and the points that are in sight.
-// Used by the trend's view; user-interface thread.
+// Used by the trend's view; pictures on the user-interface thread, points on any.
 #pragma once
 
 #include <QImage>
 #include <QString>
+#include <memory>
 #include <optional>
+#include <stop_token>
+#include <vector>
 
 #include "trend/trend_data.h"
 #include "zones/time_zone.h"
@@ -13,18 +16,30 @@ namespace orvane::trend {
 
 class TrendPlot;
 
-QImage PictureOf(TrendPlot& plot);
-/// The points in sight of the lines drawn, one a line: name, time with its distance from UTC,
-/// value, unit. Between tabs for the clipboard, where more points than are copied at once give
-/// none; as comma-separated values for a file.
-std::optional<platform::Text> CopiedPoints(const TrendPlot& plot,
-                                           const std::vector<TrendLine>& lines,
-                                           const zones::TimeZone& zone);
+using TrendLines = std::vector<TrendLine>;
 
-/// Writes the file whole or not at all, by the end of its name as a picture (.png, .svg) or as
-/// comma-separated values (.csv). Fails with failure::kInvalidArgument for any other name, and as
-/// files do.
-void SaveTrend(TrendPlot& plot, const std::vector<TrendLine>& lines, const zones::TimeZone& zone,
-               const QString& sPath);
+/// The points between two times, both included, of the lines that are drawn.
+struct PointsInSight {
+  std::shared_ptr<const TrendLines> lines;
+  std::vector<bool> shown;  ///< by line
+  double from = 0;
+  double to = 0;
+  zones::TimeZone zone = zones::TimeZone::Utc();
+};
+
+QImage PictureOf(TrendPlot& plot);
+/// One point a line: name, time with its distance from UTC, value, unit. Between tabs for the
+/// clipboard; more points than are copied at once give none.
+std::optional<platform::Text> CopiedPoints(const PointsInSight& points);
+
+/// True where the name is one for points.
+bool IsForPoints(const QString& sPath);
+/// Writes the points as comma-separated values, whole or not at all: nothing is left of the file
+/// when it is stopped. Fails as files do.
+void SavePoints(const PointsInSight& points, const QString& sPath,
+                const std::stop_token& stop = {});
+/// Writes the picture, whole or not at all, in the form that the end of the name tells (.png,
+/// .svg). Fails with failure::kInvalidArgument for any other name, and as files do.
+void SavePicture(TrendPlot& plot, const QString& sPath);
 
 }  // namespace orvane::trend

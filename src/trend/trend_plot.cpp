@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <set>
 
 #include "trend/trend_axis_ticker.h"
 #include "trend/trend_look.h"
@@ -11,8 +10,6 @@ namespace orvane::trend {
 
 namespace {
 
-constexpr double kZoomStep = 0.8;
-constexpr double kPanStep = 0.1;
 /// A millisecond in sight is as near as it gets, and all times there are as far.
 constexpr double kLeastTimes = 1'000;
 constexpr double kMostTimes = 4e17;
@@ -36,7 +33,8 @@ TrendPlot::TrendPlot(QWidget* parent)
     : QCustomPlot(parent),
       m_values(*axisRect()),
       m_cursorLine((AddCursorLayer(*this), new QCPItemStraightLine(this))),
-      m_mark(*this, kCursorLayer) {
+      m_mark(*this, kCursorLayer),
+      m_hands(*this, m_values) {
   setObjectName("trendPlot");
   setAccessibleName("Trend");
   setFocusPolicy(Qt::StrongFocus);
@@ -47,6 +45,7 @@ TrendPlot::TrendPlot(QWidget* parent)
   m_cursorLine->setVisible(false);
   yAxis->setVisible(false);
   connect(this, &QCustomPlot::beforeReplot, this, [this] {
+    m_values.LeaveRoom(width(), fontMetrics());
     m_nWidthForMarks = axisRect()->width();
     if (!m_ticker) return;
     m_ticker->Room(m_nWidthForMarks / fontMetrics().horizontalAdvance(" 2026-11-22 "));
@@ -81,6 +80,12 @@ void TrendPlot::Lines(const std::vector<TrendLine>& lines, const zones::TimeZone
   m_cursor.reset();
   m_cursorLine->setVisible(false);
   Times(AllTimes());
+}
+
+void TrendPlot::NoLines() {
+  clearPlottables();
+  m_plots.clear();
+  m_lines = nullptr;
 }
 
 void TrendPlot::ApplyLook() {
@@ -189,8 +194,16 @@ void TrendPlot::Mark(const std::optional<QCPRange>& times) {
   layer(kCursorLayer)->replot();
 }
 
-void TrendPlot::ShowMark() {
+void TrendPlot::MarkFrom(double time, bool bAnew) {
+  m_mark.Begin(time, bAnew);
+}
+
+void TrendPlot::MarkTo(double time) {
+  m_mark.To(time);
   layer(kCursorLayer)->replot();
+}
+
+void TrendPlot::TellOfMark() {
   if (m_marked) m_marked();
 }
 
@@ -198,10 +211,6 @@ void TrendPlot::Cursor(double time) {
   m_cursor = time;
   ShowCursor();
   if (m_cursorMoved) m_cursorMoved();
-}
-
-void TrendPlot::CursorTo(QPoint pixel) {
-  Cursor(TimeAtPixel(pixel.x()));
 }
 
 double TrendPlot::TimeAtPixel(int nColumn) const {
@@ -242,147 +251,24 @@ void TrendPlot::StepCursor(bool bLater) {
 }
 
 void TrendPlot::keyPressEvent(QKeyEvent* event) {
-  if (m_lines == nullptr) return QCustomPlot::keyPressEvent(event);
-  const Qt::KeyboardModifiers modifiers = event->modifiers();
-  if (PressMarkKey(event->key(), modifiers) || PressValueKey(event->key(), modifiers)) return;
-  const bool bControl = modifiers & Qt::ControlModifier;
-  const double centre = m_cursor && Times().contains(*m_cursor) ? *m_cursor : Times().center();
-  switch (event->key()) {
-    case Qt::Key_Left:
-    case Qt::Key_Right: {
-      const bool bRight = event->key() == Qt::Key_Right;
-      return bControl ? Pan(bRight ? kPanStep : -kPanStep) : StepCursor(bRight);
-    }
-    case Qt::Key_PageUp:
-      return Pan(-1);
-    case Qt::Key_PageDown:
-      return Pan(1);
-    case Qt::Key_Home:
-      return Cursor(Times().lower);
-    case Qt::Key_End:
-      return Cursor(Times().upper);
-    case Qt::Key_Plus:
-    case Qt::Key_Up:
-      return Zoom(kZoomStep, centre);
-    case Qt::Key_Minus:
-    case Qt::Key_Down:
-      return Zoom(1 / kZoomStep, centre);
-    case Qt::Key_0:
-      return ShowAll();
-    default:
-      QCustomPlot::keyPressEvent(event);
-  }
-}
-
-bool TrendPlot::PressValueKey(int nKey, Qt::KeyboardModifiers modifiers) {
-  const bool bUp = nKey == Qt::Key_Up;
-  if (bUp || nKey == Qt::Key_Down) {
-    if (modifiers & Qt::ControlModifier) {
-      m_values.Pan(bUp ? kPanStep : -kPanStep);
-    } else if (modifiers & Qt::ShiftModifier) {
-      m_values.Zoom(bUp ? kZoomStep : 1 / kZoomStep);
-    } else {
-      return false;
-    }
-  } else if (nKey == Qt::Key_V && !(modifiers & ~Qt::ShiftModifier)) {
-    m_values.LetFit();
-  } else {
-    return false;
-  }
-  ShowValues();
-  return true;
-}
-
-bool TrendPlot::PressMarkKey(int nKey, Qt::KeyboardModifiers modifiers) {
-  const bool bRight = nKey == Qt::Key_Right || nKey == Qt::Key_End;
-  const bool bToEnd = nKey == Qt::Key_Home || nKey == Qt::Key_End;
-  if (bToEnd || bRight || nKey == Qt::Key_Left) {
-    if (modifiers != Qt::ShiftModifier) return false;
-    if (m_cursor) m_mark.Begin(*m_cursor, false);
-    const bool bBegun = m_cursor.has_value();
-    if (bToEnd) {
-      Cursor(bRight ? Times().upper : Times().lower);
-    } else {
-      StepCursor(bRight);
-    }
-    if (!m_cursor) return true;
-    if (!bBegun) m_mark.Begin(*m_cursor, true);
-    m_mark.To(*m_cursor);
-    ShowMark();
-    return true;
-  }
-  if (!m_mark.Times()) return false;
-  if (nKey == Qt::Key_Escape) {
-    m_mark.Times(std::nullopt);
-    ShowMark();
-    return true;
-  }
-  if (nKey != Qt::Key_Return && nKey != Qt::Key_Enter) return false;
-  Times(*m_mark.Times());
-  return true;
+  if (m_lines == nullptr || !m_hands.Press(*event)) QCustomPlot::keyPressEvent(event);
 }
 
 void TrendPlot::wheelEvent(QWheelEvent* event) {
   event->accept();
-  if (m_lines == nullptr) return;
-  const QPoint delta = event->angleDelta();
-  if (std::abs(delta.x()) > std::abs(delta.y()) || (event->modifiers() & Qt::ShiftModifier)) {
-    const int nSteps = delta.x() != 0 ? delta.x() : delta.y();
-    return Pan(-kPanStep * nSteps / 120.0);
-  }
-  if (delta.y() == 0) return;
-  QCPAxis* axis = m_values.At(event->position().toPoint());
-  if (axis || (event->modifiers() & Qt::ControlModifier)) {
-    m_values.Zoom(std::pow(kZoomStep, delta.y() / 120.0), axis,
-                  static_cast<int>(event->position().y()));
-    return ShowValues();
-  }
-  Zoom(std::pow(kZoomStep, delta.y() / 120.0), xAxis->pixelToCoord(event->position().x()));
+  if (m_lines != nullptr) m_hands.Wheel(*event);
 }
 
 void TrendPlot::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton || m_lines == nullptr) return;
-  m_dragged = event->pos();
-  m_draggedAxis = m_values.At(event->pos());
-  if (m_draggedAxis) {
-    m_drag = Drag::Values;
-    return;
-  }
-  m_drag = event->modifiers() & Qt::ShiftModifier ? Drag::Mark : Drag::Times;
-  CursorTo(event->pos());
-  if (m_drag == Drag::Mark) m_mark.Begin(*m_cursor, true);
+  if (m_lines != nullptr && event->button() == Qt::LeftButton) m_hands.Begin(*event);
 }
 
 void TrendPlot::mouseMoveEvent(QMouseEvent* event) {
-  if (m_lines == nullptr) return;
-  const bool bDragged = event->buttons() & Qt::LeftButton;
-  if (m_drag == Drag::Mark && bDragged) {
-    CursorTo(event->pos());
-    m_mark.To(*m_cursor);
-    layer(kCursorLayer)->replot();
-    return;
-  }
-  if (m_drag == Drag::Values && bDragged) {
-    const int nHeight = std::max(1, axisRect()->height());
-    m_values.Pan(static_cast<double>(event->pos().y() - m_dragged.y()) / nHeight, m_draggedAxis);
-    m_dragged = event->pos();
-    return ShowValues();
-  }
-  if (m_drag == Drag::Times && bDragged) {
-    const double from = xAxis->pixelToCoord(m_dragged.x());
-    const double to = xAxis->pixelToCoord(event->pos().x());
-    m_dragged = event->pos();
-    const QCPRange range = Times();
-    if (from != to) Times({range.lower + from - to, range.upper + from - to});
-    return;
-  }
-  if (axisRect()->rect().contains(event->pos())) CursorTo(event->pos());
+  if (m_lines != nullptr) m_hands.Move(*event);
 }
 
 void TrendPlot::mouseReleaseEvent(QMouseEvent* /*event*/) {
-  const bool bMarked = std::exchange(m_drag, Drag::None) == Drag::Mark && m_mark.Times();
-  m_draggedAxis = nullptr;
-  if (bMarked) ShowMark();
+  m_hands.End();
 }
 
 void TrendPlot::mouseDoubleClickEvent(QMouseEvent* event) {

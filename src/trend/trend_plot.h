@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "trend/marked_times.h"
+#include "trend/plot_hands.h"
 #include "trend/trend_data.h"
 #include "trend/trend_line_plot.h"
 #include "trend/value_axes.h"
@@ -25,6 +26,8 @@ class TrendPlot : public QCustomPlot {
   /// Draws the lines, which the caller keeps as long as they are drawn, all of their times in
   /// sight.
   void Lines(const std::vector<TrendLine>& lines, const zones::TimeZone& zone);
+  /// Draws nothing, and looks at no lines any more.
+  void NoLines();
   void LineShown(std::size_t line, bool bShown);
   bool LineShown(std::size_t line) const { return m_plots[line]->visible(); }
   void Kind(LineKind kind);
@@ -60,6 +63,17 @@ class TrendPlot : public QCustomPlot {
   /// To the next time later, or the one before, at which a line in sight has a point.
   void StepCursor(bool bLater);
 
+  /// The time at a column of pixels, as exactly as pixels tell it.
+  double TimeAtPixel(int nColumn) const;
+
+  // What the hands do, beside the above: they mark from one instant on, unless there is a beginning
+  // to go on from, to another, and tell when they are done; and show the values that they have
+  // moved.
+  void MarkFrom(double time, bool bAnew);
+  void MarkTo(double time);
+  void TellOfMark();
+  void ShowValues();
+
   void OnCursor(std::function<void()> handler) { m_cursorMoved = std::move(handler); }
   void OnTimes(std::function<void()> handler) { m_timesChanged = std::move(handler); }
 
@@ -81,13 +95,6 @@ class TrendPlot : public QCustomPlot {
   void LookOf(QCPAxis* axis, const QColor& grid) const;
   /// The value axes from the lowest to the highest value in sight.
   void FitValues();
-  void CursorTo(QPoint pixel);
-  double TimeAtPixel(int nColumn) const;
-  /// Keys for the values and the mark; false where it is none of them.
-  bool PressValueKey(int nKey, Qt::KeyboardModifiers modifiers);
-  bool PressMarkKey(int nKey, Qt::KeyboardModifiers modifiers);
-  void ShowValues();
-  void ShowMark();
   void ShowCursor();
 
   const std::vector<TrendLine>* m_lines = nullptr;
@@ -97,13 +104,10 @@ class TrendPlot : public QCustomPlot {
   QCPItemStraightLine* m_cursorLine;
   MarkedTimes m_mark;
   std::optional<QCPRange> m_reach;
+  PlotHands m_hands;
   int m_nWidthForMarks = 0;
   bool m_bAgain = false;  ///< drawing once more, with the marks of time that there is room for
   std::optional<double> m_cursor;
-  enum class Drag : std::uint8_t { None, Times, Values, Mark };
-  Drag m_drag = Drag::None;
-  QPoint m_dragged;
-  QCPAxis* m_draggedAxis = nullptr;
   LineKind m_kind = LineKind::Straight;
   std::function<void()> m_cursorMoved;
   std::function<void()> m_timesChanged;

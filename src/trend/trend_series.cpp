@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
+#include <utility>
 
 namespace orvane::trend {
 
@@ -12,6 +12,9 @@ namespace {
 constexpr std::size_t kFan = 32;
 /// Further out of sight than this no painter can count; the line is cut there.
 constexpr double kFarOut = 10'000;
+
+/// Thrown through what sorts, which nothing else ends.
+struct Stopped {};
 
 void AddCorner(std::vector<Corner>& corners, double column, double value) {
   if (value != value) {
@@ -61,6 +64,11 @@ double PixelColumns::At(double time) const {
   return std::floor((time - start) * perUnit);
 }
 
+TrendSeries::TrendSeries(std::shared_ptr<std::pmr::memory_resource> memory)
+    : m_memory(std::move(memory)),
+      m_times(m_memory ? m_memory.get() : std::pmr::new_delete_resource()),
+      m_values(Memory()) {}
+
 void TrendSeries::Reserve(std::size_t points) {
   m_times.reserve(points);
   m_values.reserve(points);
@@ -71,12 +79,16 @@ void TrendSeries::Append(double time, double value) {
   m_values.push_back(std::isfinite(value) ? value : kGap);
 }
 
-void TrendSeries::Finish() {
-  Sort();
-  BuildLevels();
+void TrendSeries::Finish(const std::stop_token& stop) {
+  try {
+    Sort(stop);
+    BuildLevels(stop);
+  } catch (const Stopped&) {
+    m_levels.clear();
+  }
 }
 
-void TrendSeries::Sort() {
+void TrendSeries::Sort(const std::stop_token& stop) {
   if (std::is_sorted(m_times.begin(), m_times.end())) return;
   // Newest first is how most rows come; those of one time then stand in that order as well.
   const bool bNewestFirst = std::is_sorted(m_times.rbegin(), m_times.rend());
@@ -85,39 +97,46 @@ void TrendSeries::Sort() {
     std::reverse(m_values.begin(), m_values.end());
     return;
   }
-  std::vector<std::size_t> order(m_times.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(),
-                   [this](std::size_t a, std::size_t b) { return m_times[a] < m_times[b]; });
-  std::vector<double> times(order.size());
-  std::vector<double> values(order.size());
+  struct Placed {
+    double time;
+    std::size_t point;
+  };
+  std::pmr::vector<Placed> order(Memory());
+  order.reserve(Size());
+  for (std::size_t n = 0; n < Size(); ++n) order.push_back({m_times[n], n});
+  // In place: the room that a stable sort takes would count nowhere.
+  std::ranges::sort(order, [&stop](const Placed& one, const Placed& other) {
+    if (stop.stop_requested()) throw Stopped();
+    return one.time != other.time ? one.time < other.time : one.point < other.point;
+  });
+  Numbers values(Memory());
+  values.reserve(Size());
   for (std::size_t n = 0; n < order.size(); ++n) {
-    times[n] = m_times[order[n]];
-    values[n] = m_values[order[n]];
+    m_times[n] = order[n].time;
+    values.push_back(m_values[order[n].point]);
   }
-  m_times = std::move(times);
-  m_values = std::move(values);
+  m_values.swap(values);
 }
 
-void TrendSeries::BuildLevels() {
+void TrendSeries::BuildLevels(const std::stop_token& stop) {
   m_levels.clear();
   std::size_t nBelow = m_values.size();
   while (nBelow > kFan) {
-    Level level;
-    level.nodes.resize((nBelow + kFan - 1) / kFan);
-    for (std::size_t node = 0; node < level.nodes.size(); ++node) {
+    Level level((nBelow + kFan - 1) / kFan, Memory());
+    for (std::size_t node = 0; node < level.size(); ++node) {
+      if (stop.stop_requested()) throw Stopped();
       const std::size_t end = std::min(nBelow, (node + 1) * kFan);
       Extremes extremes;
       for (std::size_t n = node * kFan; n < end; ++n) {
         if (m_levels.empty()) {
           extremes.Take(m_values[n]);
         } else {
-          extremes.Take(m_levels.back().nodes[n]);
+          extremes.Take(m_levels.back()[n]);
         }
       }
-      level.nodes[node] = extremes;
+      level[node] = extremes;
     }
-    nBelow = level.nodes.size();
+    nBelow = level.size();
     m_levels.push_back(std::move(level));
   }
 }
@@ -141,7 +160,7 @@ Extremes TrendSeries::Between(std::size_t begin, std::size_t end) const {
     if (level == 0) {
       extremes.Take(m_values[n]);
     } else {
-      extremes.Take(m_levels[level - 1].nodes[n]);
+      extremes.Take(m_levels[level - 1][n]);
     }
   };
   while (begin < end) {

@@ -6,7 +6,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
+#include <memory_resource>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace orvane::trend {
@@ -65,13 +68,20 @@ class TrendSeries {
   /// dashes depend on each of them.
   static constexpr std::size_t kMostDashed = 1'000;
 
+  /// The points lie in the memory, or on the heap, and fail to be appended as it does.
+  explicit TrendSeries(std::shared_ptr<std::pmr::memory_resource> memory = nullptr);
+
+  TrendSeries(TrendSeries&&) = default;
+  /// Points do not go from one memory into another.
+  TrendSeries& operator=(TrendSeries&&) = delete;
+
   void Reserve(std::size_t points);
   /// In any order of times. A value that is not finite is a gap.
   void Append(double time, double value);
   /// Puts the points in the order of their times and readies them for drawing. Those of one time
   /// stay as they came; where all came newest first, the last one comes first. Nothing is appended
-  /// afterwards.
-  void Finish();
+  /// afterwards. Ends early, with nothing that can be drawn, when it is stopped.
+  void Finish(const std::stop_token& stop = {});
 
   std::size_t Size() const { return m_times.size(); }
   double TimeAt(std::size_t point) const { return m_times[point]; }
@@ -96,16 +106,19 @@ class TrendSeries {
   std::vector<Corner> AllCorners(const PixelColumns& columns, LineKind kind) const;
 
  private:
-  struct Level {
-    std::vector<Extremes> nodes;
-  };
-  std::size_t FirstAtLeast(const PixelColumns& columns, double column, std::size_t begin) const;
-  void Sort();
-  void BuildLevels();
+  using Numbers = std::pmr::vector<double>;
+  /// Each over kFan nodes of the one before; the first over points.
+  using Level = std::pmr::vector<Extremes>;
 
-  std::vector<double> m_times;
-  std::vector<double> m_values;
-  std::vector<Level> m_levels;  ///< each over kFan nodes of the one before; the first over points
+  std::size_t FirstAtLeast(const PixelColumns& columns, double column, std::size_t begin) const;
+  void Sort(const std::stop_token& stop);
+  void BuildLevels(const std::stop_token& stop);
+  std::pmr::memory_resource* Memory() const { return m_times.get_allocator().resource(); }
+
+  std::shared_ptr<std::pmr::memory_resource> m_memory;  ///< outlives what lies in it
+  Numbers m_times;
+  Numbers m_values;
+  std::vector<Level> m_levels;
 };
 
 }  // namespace orvane::trend

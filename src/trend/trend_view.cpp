@@ -3,7 +3,6 @@
 #include <QAccessible>
 #include <QAction>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -18,20 +17,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/failure.h"
 #include "trend/trend_output.h"
 #include "trend/trend_plot.h"
 #include "trend/trend_values.h"
 
 namespace orvane::trend {
-
-namespace {
-
-/// As long as nobody sees a picture late.
-constexpr qint64 kSliceMs = 8;
-constexpr platform::RowIndex kRowsAtOnce = 1'000;
-
-}  // namespace
 
 TrendView::TrendView(QWidget* parent)
     : QWidget(parent),
@@ -39,7 +29,16 @@ TrendView::TrendView(QWidget* parent)
       m_message(new QLabel(this)),
       m_plot(new TrendPlot(this)),
       m_list(new QTableView(this)),
-      m_values(new TrendValues(this)) {
+      m_values(new TrendValues(this)),
+      m_loading(new TrendLoading(
+          {[this] { return isVisible(); },
+           [this](double part) {
+             if (m_look) return;
+             Say(QStringLiteral("Reading the rows\u2026 %1 %").arg(static_cast<int>(part * 100)));
+           },
+           [this](TrendLoading::Loaded loaded) { Take(std::move(loaded)); }},
+          this)),
+      m_saving(new TrendSaving(this)) {
   setObjectName("trend");
   setAccessibleName("Trend");
   m_bar->setObjectName("trendBar");
@@ -57,20 +56,8 @@ TrendView::TrendView(QWidget* parent)
   m_asRange->setVisible(false);
   AddAction("&Copy Data", "Copies the points in sight (Ctrl+C)", [this] { Copy(); });
   AddAction("Copy &Picture", "Copies the trend as it is seen", [this] { CopyPicture(); });
-  AddAction("&Save As\u2026", "Saves a picture (PNG, SVG) or the points in sight (CSV)", [this] {
-    // A dialog that goes with the view must not stand on the stack.
-    const QPointer<TrendView> self(this);
-    const QPointer<QFileDialog> dialog =
-        new QFileDialog(this, "Save Trend", {},
-                        "Picture (*.png);;Vector Picture (*.svg);;Comma-Separated Values (*.csv)");
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->selectFile("trend.png");
-    const bool bAccepted = dialog->exec() == QDialog::Accepted;
-    if (!self) return;
-    const QString sPath = dialog && bAccepted ? dialog->selectedFiles().value(0) : QString();
-    delete dialog.data();
-    if (!sPath.isEmpty()) SaveAs(sPath);
-  });
+  m_save = AddAction({}, {}, [this] { ChooseFile(); });
+  TellOfSaving();
 
   m_list->setObjectName("trendValues");
   m_list->setAccessibleName("Values at the cursor");
@@ -116,13 +103,14 @@ TrendView::TrendView(QWidget* parent)
     m_plot->LineShown(line, bShown);
     TellOfCursor();
   });
-  m_slices.setSingleShot(true);
-  m_slices.setInterval(0);
-  connect(&m_slices, &QTimer::timeout, this, [this] { ReadSlice(); });
   Say({});
 }
 
-TrendView::~TrendView() = default;
+TrendView::~TrendView() {
+  // The parts outlive the lines, and are hidden before they go.
+  m_values->Lines(nullptr, m_zone);
+  m_plot->NoLines();
+}
 
 QAction* TrendView::AddAction(const QString& sText, const QString& sTip,
                               std::function<void()> handler) {
@@ -145,78 +133,76 @@ void TrendView::OnRange(std::function<void(const TrendSpan&)> handler) {
 
 void TrendView::ShowRows(platform::RecordsetPtr rs, const zones::TimeZone& zone,
                          std::optional<TrendSpan> span) {
-  if (!m_reader) m_look = CurrentLook();
+  ++m_nShown;
+  if (auto look = CurrentLook()) m_look = std::move(look);
   m_span = span;
   m_zone = zone;
-  m_reader.reset();
-  const auto columns = rs ? TrendColumns::Of(*rs) : std::nullopt;
+  m_loading->Drop();
+  auto columns = rs ? TrendColumns::Of(*rs) : std::nullopt;
   if (!columns) {
-    m_values->Lines(nullptr, zone);
-    m_lines.clear();
-    m_plot->Lines(m_lines, zone);
-    m_look.reset();
+    DropLines();
     return Say(rs ? QStringLiteral("These rows have no times and numbers to draw.") : QString());
   }
-  m_reader = std::make_unique<TrendReader>(std::move(rs), *columns, zone);
   if (!m_look) Say("Reading the rows\u2026");
-  if (isVisible()) m_slices.start();
+  m_loading->Load(std::move(rs), *std::move(columns), zone);
 }
 
 void TrendView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  if (m_reader) m_slices.start();
+  m_loading->Go();
 }
 
-void TrendView::ReadSlice() {
-  if (!m_reader) return;
-  QElapsedTimer timer;
-  timer.start();
-  bool bMore = true;
-  while (bMore && timer.elapsed() < kSliceMs) bMore = m_reader->Read(kRowsAtOnce);
-  if (bMore) {
-    if (!m_look) {
-      Say(QStringLiteral("Reading the rows\u2026 %1 %")
-              .arg(static_cast<int>(m_reader->Progress() * 100)));
-    }
-    if (isVisible()) m_slices.start();
-    return;
+void TrendView::DropLines() {
+  m_values->Lines(nullptr, m_zone);
+  const auto lines = std::make_shared<TrendLines>();
+  m_plot->Lines(*lines, m_zone);
+  m_lines = lines;
+  m_look.reset();
+}
+
+void TrendView::Take(TrendLoading::Loaded loaded) {
+  if (!loaded.sWhyNot.isEmpty()) {
+    DropLines();
+    return Say(loaded.sWhyNot);
   }
-  const auto reader = std::move(m_reader);
+  const auto lines = std::make_shared<TrendLines>(std::move(loaded.lines));
+  const QPointer<TrendView> self(this);
+  const int nShown = m_nShown;
+  LearnUnits(*lines);
+  if (!self || nShown != m_nShown) return;
   // Nobody draws or lists the lines while they are exchanged.
   m_values->Lines(nullptr, m_zone);
-  m_lines = reader->TakeLines();
-  m_nTagsLeftOut = reader->TagsLeftOut();
   m_plot->Reach(m_reach ? std::optional(QCPRange(TrendTime(m_reach->from), TrendTime(m_reach->to)))
                         : std::nullopt);
-  const QPointer<TrendView> self(this);
-  m_plot->Lines(m_lines, m_zone);
-  LearnUnits();
-  if (self && !m_reader) ShowLines();
+  m_plot->Lines(*lines, m_zone);
+  m_lines = lines;
+  m_nTagsLeftOut = loaded.nTagsLeftOut;
+  ShowLines();
 }
 
-void TrendView::LearnUnits() {
-  const bool bUnknown = std::ranges::any_of(
-      m_lines, [](const TrendLine& line) { return !line.sTag.empty() && line.sUnit.empty(); });
-  if (!bUnknown) return;
-  if (!m_units && m_askUnits) {
+void TrendView::LearnUnits(TrendLines& lines) {
+  std::set<platform::Text> unknown;
+  for (const TrendLine& line : lines) {
+    if (!line.sTag.empty() && line.sUnit.empty()) unknown.insert(line.sTag);
+  }
+  if (m_askUnits && !std::ranges::includes(m_asked, unknown)) {
     // The server is waited for, and who waits may be gone then.
     const QPointer<TrendView> self(this);
     Units units = m_askUnits();
     if (!self) return;
     m_units = std::move(units);
+    m_asked = std::move(unknown);
   }
-  if (!m_units) return;
-  for (TrendLine& line : m_lines) {
-    const auto found = m_units->find(line.sTag);
-    if (line.sUnit.empty() && found != m_units->end()) line.sUnit = found->second;
+  for (TrendLine& line : lines) {
+    const auto found = m_units.find(line.sTag);
+    if (line.sUnit.empty() && found != m_units.end()) line.sUnit = found->second;
   }
 }
 
 void TrendView::ShowLines() {
-  m_plot->Lines(m_lines, m_zone);
-  m_values->Lines(&m_lines, m_zone);
+  m_values->Lines(m_lines.get(), m_zone);
   const bool bPoints =
-      std::ranges::any_of(m_lines, [](const TrendLine& line) { return line.series.Size() > 0; });
+      std::ranges::any_of(*m_lines, [](const TrendLine& line) { return line.series.Size() > 0; });
   Say(bPoints ? QString() : QStringLiteral("There is nothing to draw: no row has a time."));
   if (bPoints) {
     static_cast<QStackedLayout*>(m_plot->parentWidget()->layout())->setCurrentWidget(m_plot);
@@ -235,13 +221,13 @@ void TrendView::ShowLines() {
   if (m_nTagsLeftOut > 0) {
     Remark(
         QStringLiteral("The first %1 tags are drawn, %2 more are not; choose fewer with a filter.")
-            .arg(m_lines.size())
+            .arg(m_lines->size())
             .arg(m_nTagsLeftOut));
   }
 }
 
 std::optional<TrendView::Look> TrendView::CurrentLook() const {
-  if (m_lines.empty()) return std::nullopt;
+  if (m_lines->empty()) return std::nullopt;
   Look look;
   const QCPRange all = m_plot->AllTimes();
   look.from = m_plot->Times().lower;
@@ -251,15 +237,15 @@ std::optional<TrendView::Look> TrendView::CurrentLook() const {
   look.bAtEnd = look.to >= all.upper && look.from <= all.upper;
   look.cursor = m_plot->Cursor();
   look.values = m_plot->Values().Chosen();
-  for (std::size_t n = 0; n < m_lines.size(); ++n) {
-    if (!m_values->IsShown(n)) look.hidden.push_back(m_lines[n].sName);
+  for (std::size_t n = 0; n < m_lines->size(); ++n) {
+    if (!m_values->IsShown(n)) look.hidden.push_back((*m_lines)[n].sName);
   }
   return look;
 }
 
 void TrendView::Restore(const Look& look) {
-  for (std::size_t n = 0; n < m_lines.size(); ++n) {
-    if (std::ranges::find(look.hidden, m_lines[n].sName) == look.hidden.end()) continue;
+  for (std::size_t n = 0; n < m_lines->size(); ++n) {
+    if (std::ranges::find(look.hidden, (*m_lines)[n].sName) == look.hidden.end()) continue;
     m_values->setData(m_values->index(static_cast<int>(n), TrendValues::Name), Qt::Unchecked,
                       Qt::CheckStateRole);
   }
@@ -277,7 +263,7 @@ void TrendView::Mark(const std::optional<TrendSpan>& span) {
 }
 
 void TrendView::ShowSpan(const TrendSpan& span) {
-  if (m_reader) {
+  if (IsReading()) {
     m_span = span;
     return;
   }
@@ -308,8 +294,14 @@ void TrendView::Remark(const QString& sSentence) {
   if (m_remark) m_remark(sSentence);
 }
 
+PointsInSight TrendView::Points() const {
+  std::vector<bool> shown;
+  for (std::size_t n = 0; n < m_lines->size(); ++n) shown.push_back(m_plot->LineShown(n));
+  return {m_lines, std::move(shown), m_plot->Times().lower, m_plot->Times().upper, m_zone};
+}
+
 void TrendView::Copy() {
-  const auto text = CopiedPoints(*m_plot, m_lines, m_zone);
+  const auto text = CopiedPoints(Points());
   if (!text) {
     return Remark(
         "Not copied: more than 100,000 points are in sight. Zoom in, or save them to a file.");
@@ -323,12 +315,44 @@ void TrendView::CopyPicture() {
   Remark({});
 }
 
+void TrendView::ChooseFile() {
+  if (IsSaving()) {
+    m_saving->Stop();
+    TellOfSaving();
+    return Remark("Stopped: the points were not saved.");
+  }
+  // A dialog that goes with the view must not stand on the stack.
+  const QPointer<TrendView> self(this);
+  const QPointer<QFileDialog> dialog = NewSaveDialog(this);
+  const bool bAccepted = dialog->exec() == QDialog::Accepted;
+  if (!self) return;
+  const QString sPath = dialog && bAccepted ? dialog->selectedFiles().value(0) : QString();
+  delete dialog.data();
+  if (!sPath.isEmpty()) SaveAs(sPath);
+}
+
+void TrendView::TellOfSaving() {
+  m_save->setText(IsSaving() ? "&Stop Saving" : "&Save As\u2026");
+  m_save->setToolTip(IsSaving() ? "Leaves no file"
+                                : "Saves a picture (PNG, SVG) or the points in sight (CSV)");
+}
+
+void TrendView::SavePointsAs(const QString& sPath) {
+  m_saving->Save(Points(), sPath, [this](const QString& sWhyNot) {
+    TellOfSaving();
+    Remark(sWhyNot);
+  });
+  TellOfSaving();
+  Remark("Saving the points in sight\u2026");
+}
+
 void TrendView::SaveAs(const QString& sPath) {
+  if (IsForPoints(sPath)) return SavePointsAs(sPath);
   try {
-    SaveTrend(*m_plot, m_lines, m_zone, sPath);
+    SavePicture(*m_plot, sPath);
     Remark({});
-  } catch (const platform::Failure& failure) {
-    Remark(QString::fromStdString(failure.Description()));
+  } catch (const std::exception& failed) {
+    Remark(SentenceOfTrend(failed));
   }
 }
 

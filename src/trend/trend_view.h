@@ -2,15 +2,16 @@
 // both. Shown by a grid in the place of its rows; user-interface thread.
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
-#include "trend/trend_data.h"
+#include "trend/trend_loading.h"
+#include "trend/trend_saving.h"
 #include "zones/time_zone.h"
 
 class QAction;
@@ -55,10 +56,13 @@ class TrendView : public QWidget {
     m_marked = std::move(handler);
   }
   /// True until all rows are read.
-  bool IsReading() const { return m_reader != nullptr; }
+  bool IsReading() const { return m_loading->Busy(); }
 
-  /// Asked for the units by tag once a trend of tags without units is read.
+  /// Asked for the units by tag when there are tags, without a unit of their own, that it was not
+  /// asked for yet.
   void AskUnits(std::function<Units()> ask) { m_askUnits = std::move(ask); }
+  /// The units are asked for anew with the next rows.
+  void ForgetUnits() { m_asked.clear(); }
   /// Called with the times in sight when they are to be the rows' range.
   void OnRange(std::function<void(const TrendSpan&)> handler);
   /// Called with a sentence about what was done or could not be; empty after a success that shows.
@@ -67,8 +71,10 @@ class TrendView : public QWidget {
   TrendPlot& Plot() const { return *m_plot; }
   void Copy();
   void CopyPicture();
-  /// Writes the file, or says why it could not be written.
+  /// Writes the file, or says why it could not be written; points beside the window.
   void SaveAs(const QString& sPath);
+  /// True until the points are in their file.
+  bool IsSaving() const { return m_saving->Busy(); }
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -88,9 +94,15 @@ class TrendView : public QWidget {
     std::vector<platform::Text> hidden;
   };
   QAction* AddAction(const QString& sText, const QString& sTip, std::function<void()> handler);
-  void ReadSlice();
+  void ChooseFile();
+  void SavePointsAs(const QString& sPath);
+  void TellOfSaving();
+  void Take(TrendLoading::Loaded loaded);
+  void DropLines();
   void ShowLines();
-  void LearnUnits();
+  /// May handle events, and one of them may be the end of this.
+  void LearnUnits(TrendLines& lines);
+  PointsInSight Points() const;
   std::optional<Look> CurrentLook() const;
   void Restore(const Look& look);
   void TellOfCursor();
@@ -104,15 +116,18 @@ class TrendView : public QWidget {
   TrendPlot* m_plot;
   QTableView* m_list;
   TrendValues* m_values;
-  QTimer m_slices;
-  std::unique_ptr<TrendReader> m_reader;
-  std::vector<TrendLine> m_lines;
+  QAction* m_save = nullptr;
+  TrendLoading* m_loading;
+  TrendSaving* m_saving;
+  std::shared_ptr<TrendLines> m_lines = std::make_shared<TrendLines>();  ///< never null
   std::size_t m_nTagsLeftOut = 0;
+  int m_nShown = 0;  ///< how often rows were shown
   zones::TimeZone m_zone = zones::TimeZone::Utc();
   std::optional<TrendSpan> m_span;
   std::optional<TrendSpan> m_reach;
   std::optional<Look> m_look;
-  std::optional<Units> m_units;
+  Units m_units;
+  std::set<platform::Text> m_asked;  ///< tags whose units were asked for
   std::function<Units()> m_askUnits;
   std::function<void(const TrendSpan&)> m_range;
   std::function<void(const std::optional<TrendSpan>&)> m_marked;

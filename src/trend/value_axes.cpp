@@ -61,13 +61,20 @@ QCPAxis* ValueAxes::For(const platform::Text& sUnit) {
   return m_axes[sUnit] = axis;
 }
 
+void ValueAxes::LeaveRoom(int nWidth, const QFontMetrics& metrics) {
+  // Numbers, marks, and the unit that stands upright beside them.
+  const int nAxis = metrics.horizontalAdvance("-0000.00") + 2 * metrics.height();
+  const auto most = static_cast<std::size_t>(std::max(2, nWidth / 2 / std::max(1, nAxis)));
+  for (std::size_t n = 0; n < m_inUse.size(); ++n) m_inUse[n]->setVisible(n < most);
+}
+
 std::vector<QCPAxis*> ValueAxes::InUse() const {
   return m_inUse;
 }
 
 QCPAxis* ValueAxes::At(QPoint pixel) const {
   const auto found = std::ranges::find_if(m_inUse, [&](const QCPAxis* axis) {
-    return !m_rect.rect().contains(pixel) && axis->selectTest(pixel, false) >= 0;
+    return axis->visible() && !m_rect.rect().contains(pixel) && axis->selectTest(pixel, false) >= 0;
   });
   return found == m_inUse.end() ? nullptr : *found;
 }

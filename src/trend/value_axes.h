@@ -24,6 +24,9 @@ class ValueAxes {
   void Clear();
   /// The axis of the unit, which is made when it is asked for first.
   QCPAxis* For(const platform::Text& sUnit);
+  /// Shows as many axes as leave half of the width to the lines; two at least. The others keep
+  /// their ranges.
+  void LeaveRoom(int nWidth, const QFontMetrics& metrics);
   /// Those in use, from the first unit on.
   std::vector<QCPAxis*> InUse() const;
   /// The axis beside the lines at the pixel; null where there is none.

@@ -21,6 +21,7 @@ std::vector<TrendLine> LinesOf(const RecordsetPtr& rs, platform::RowIndex slice 
   while (reader.Read(slice)) {
   }
   EXPECT_EQ(reader.Progress(), 1.0);
+  reader.Finish();
   return reader.TakeLines();
 }
 

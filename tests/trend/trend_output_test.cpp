@@ -19,27 +19,40 @@ class trend_output : public testing::Test {
     const auto rs = TwoTags(3);
     TrendReader reader(rs, *TrendColumns::Of(*rs));
     reader.Read(1'000);
-    m_lines = reader.TakeLines();
+    reader.Finish();
+    *m_held = reader.TakeLines();
     m_lines[1].sName = "b, \"second\"";
     m_lines[0].sUnit = "bar";
     m_plot.resize(400, 300);
     m_plot.Lines(m_lines, m_zone);
   }
+  PointsInSight Points() const {
+    return {m_held,
+            {m_plot.LineShown(0), m_plot.LineShown(1)},
+            m_plot.Times().lower,
+            m_plot.Times().upper,
+            m_zone};
+  }
   QByteArray Saved(const char* sName) {
     const QString sPath = m_folder.filePath(sName);
-    SaveTrend(m_plot, m_lines, m_zone, sPath);
+    if (IsForPoints(sPath)) {
+      SavePoints(Points(), sPath);
+    } else {
+      SavePicture(m_plot, sPath);
+    }
     QFile file(sPath);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     return file.readAll();
   }
   QTemporaryDir m_folder;
   zones::TimeZone m_zone = zones::TimeZone::Utc();
-  std::vector<TrendLine> m_lines;
+  std::shared_ptr<TrendLines> m_held = std::make_shared<TrendLines>();
+  TrendLines& m_lines = *m_held;
   TrendPlot m_plot;
 };
 
 TEST_F(trend_output, the_points_in_sight_are_copied) {
-  EXPECT_EQ(CopiedPoints(m_plot, m_lines, m_zone),
+  EXPECT_EQ(CopiedPoints(Points()),
             "Line\tTimestamp\tValue\tUnit\n"
             "a\t2023-11-14 22:13:20+00:00\t0.0\tbar\n"
             "a\t2023-11-14 22:13:21+00:00\t1.0\tbar\n"
@@ -49,7 +62,7 @@ TEST_F(trend_output, the_points_in_sight_are_copied) {
             "\"b, \"\"second\"\"\"\t2023-11-14 22:13:22+00:00\t-1.0\t\n");
   m_plot.LineShown(1, false);
   m_plot.Times({TrendTime(Second(1)) - 10, TrendTime(Second(1)) + 990});
-  EXPECT_EQ(CopiedPoints(m_plot, m_lines, m_zone),
+  EXPECT_EQ(CopiedPoints(Points()),
             "Line\tTimestamp\tValue\tUnit\na\t2023-11-14 22:13:21+00:00\t1.0\tbar\n");
 }
 
@@ -57,9 +70,10 @@ TEST_F(trend_output, no_more_points_than_rows_are_copied_at_once) {
   TrendSeries series;
   for (int n = 0; n < 100'001; ++n) series.Append(n, 1);
   series.Finish();
-  m_lines[0].series = std::move(series);
-  m_plot.Lines(m_lines, m_zone);
-  EXPECT_EQ(CopiedPoints(m_plot, m_lines, m_zone), std::nullopt);
+  const auto lines = std::make_shared<TrendLines>();
+  lines->push_back({"many", "", "", std::move(series)});
+  EXPECT_TRUE(CopiedPoints({lines, {true}, 1, 100'000, m_zone}));
+  EXPECT_EQ(CopiedPoints({lines, {true}, 0, 100'000, m_zone}), std::nullopt);
 }
 
 TEST_F(trend_output, files_are_pictures_or_data_by_their_names) {
@@ -74,9 +88,16 @@ TEST_F(trend_output, files_are_pictures_or_data_by_their_names) {
 }
 
 TEST_F(trend_output, a_file_that_cannot_be_written_is_told) {
-  EXPECT_THROW(SaveTrend(m_plot, m_lines, m_zone, m_folder.filePath("t.jpeg")), platform::Failure);
-  EXPECT_THROW(SaveTrend(m_plot, m_lines, m_zone, m_folder.filePath("no/t.png")),
-               platform::Failure);
+  EXPECT_THROW(SavePicture(m_plot, m_folder.filePath("t.jpeg")), platform::Failure);
+  EXPECT_THROW(SavePicture(m_plot, m_folder.filePath("no/t.png")), platform::Failure);
+  EXPECT_THROW(SavePoints(Points(), m_folder.filePath("no/t.csv")), platform::Failure);
+  EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files).size(), 0);
+}
+
+TEST_F(trend_output, points_that_are_stopped_leave_no_file) {
+  std::stop_source stop;
+  stop.request_stop();
+  SavePoints(Points(), m_folder.filePath("t.csv"), stop.get_token());
   EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files).size(), 0);
 }
 

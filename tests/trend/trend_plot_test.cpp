@@ -40,6 +40,7 @@ class trend_plot : public testing::Test {
   void ShowTwo() {
     TrendReader reader(m_rs, *TrendColumns::Of(*m_rs));
     reader.Read(1'000'000);
+    reader.Finish();
     Show(reader.TakeLines());
   }
   /// The same picture, drawn of every point and of as few as are needed.
@@ -136,12 +137,36 @@ TEST_F(trend_plot, units_beyond_the_last_axis_share_it) {
     lines.push_back({"l", "l", "u" + std::to_string(n), Noise(10, 0, static_cast<unsigned>(n))});
   }
   Show(std::move(lines));
+  m_plot.resize(1600, 400);
+  m_plot.replot();
   QStringList labels;
   for (const QCPAxis* axis : m_plot.axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight)) {
     if (axis->visible()) labels << axis->label();
   }
   EXPECT_EQ(labels.size(), ValueAxes::kMostAxes);
   EXPECT_TRUE(labels.contains("u5, u6, u7, u8")) << labels.join(" | ").toStdString();
+}
+
+TEST_F(trend_plot, axes_leave_half_of_the_width_to_the_lines) {
+  std::vector<TrendLine> lines;
+  for (int n = 0; n < 6; ++n) {
+    lines.push_back({"l", "l", "u" + std::to_string(n), Noise(10, 0, static_cast<unsigned>(n))});
+  }
+  Show(std::move(lines));
+  const auto shown = [&] {
+    return std::ranges::count_if(m_plot.axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight),
+                                 [](const QCPAxis* axis) { return axis->visible(); });
+  };
+  for (const int nLetters : {10, 20, 30}) {
+    QFont font = m_plot.font();
+    font.setPixelSize(nLetters);
+    m_plot.setFont(font);
+    m_plot.Lines(m_lines, zones::TimeZone::Utc());
+    m_plot.replot();
+    EXPECT_GE(shown(), 2);
+    if (shown() > 2) EXPECT_GE(m_plot.axisRect()->width(), m_plot.width() / 2) << nLetters;
+  }
+  EXPECT_EQ(shown(), 2) << "at the largest letters";
 }
 
 TEST_F(trend_plot, the_wheel_zooms_and_the_time_under_the_pointer_stays) {

@@ -4,6 +4,9 @@
 
 #include <cmath>
 #include <random>
+#include <utility>
+
+#include "ado/spilling_memory.h"
 
 namespace orvane::trend {
 namespace {
@@ -149,6 +152,40 @@ TEST(TrendSeriesTest, values_that_are_no_numbers_are_gaps) {
   EXPECT_EQ(corners[0], (Corner{1, 5}));
   EXPECT_TRUE(std::isnan(corners[1].value));
   EXPECT_EQ(corners[2], (Corner{5, 7}));
+}
+
+TEST(TrendSeriesTest, stands_in_order_whatever_order_it_came_in) {
+  std::mt19937 random(7);
+  std::vector<std::pair<double, double>> plain;
+  TrendSeries series;
+  for (int n = 0; n < 20'000; ++n) {
+    // Many of one time: these stay as they came.
+    plain.emplace_back(std::uniform_int_distribution<int>(0, 2'000)(random), n);
+    series.Append(plain.back().first, plain.back().second);
+  }
+  series.Finish();
+  std::ranges::stable_sort(plain, {}, &std::pair<double, double>::first);
+  ASSERT_EQ(series.Size(), plain.size());
+  std::size_t nWrong = 0;
+  for (std::size_t n = 0; n < plain.size(); ++n) {
+    nWrong += series.TimeAt(n) == plain[n].first && series.ValueAt(n) == plain[n].second ? 0 : 1;
+  }
+  EXPECT_EQ(nWrong, 0U);
+}
+
+TEST(TrendSeriesTest, lies_in_the_memory_that_it_was_given) {
+  const auto budget = std::make_shared<ado::MemoryBudget>(std::size_t{1} << 20);
+  {
+    TrendSeries series(std::make_shared<ado::SpillingMemory>(budget));
+    // Far more than the budget, in no order.
+    for (int n = 0; n < 300'000; ++n) series.Append((n * 7919LL) % 300'007, n);
+    series.Finish();
+    EXPECT_GT(budget->Taken(), 0U);
+    EXPECT_LE(budget->Taken(), budget->Bytes());
+    EXPECT_EQ(series.ValueAt(0), 0);
+    EXPECT_EQ(series.Between(0, series.Size()).highest, 299'999);
+  }
+  EXPECT_EQ(budget->Taken(), 0U);
 }
 
 TEST(TrendSeriesTest, an_empty_one_has_nothing_to_draw) {

@@ -4,9 +4,13 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "tests/trend/trend_rows.h"
@@ -92,6 +96,116 @@ TEST_F(trend_view, asks_once_for_the_units_of_tags) {
   Read();
   EXPECT_EQ(Text(0, TrendValues::Unit), "bar");
   EXPECT_EQ(nAsked, 1);
+}
+
+TEST_F(trend_view, asks_again_for_tags_that_it_does_not_know_and_when_told_to) {
+  int nAsked = 0;
+  platform::Text sUnit = "bar";
+  m_view.AskUnits([&] {
+    ++nAsked;
+    return TrendView::Units{{"a", sUnit}, {"c", "m"}};
+  });
+  Show(TwoTags(10));
+  sUnit = "psi";
+  ado::RecordsetBuilder builder({{"Tag", platform::DataType::WChar},
+                                 {"Timestamp", platform::DataType::DBTimeStamp},
+                                 {"Value", platform::DataType::Double}});
+  for (const char* sTag : {"a", "c"}) builder.AppendRow({sTag, Second(1), 1.0});
+  const auto rs = builder.Finish();
+  m_view.ShowRows(rs, zones::TimeZone::Utc());
+  Read();
+  EXPECT_EQ(nAsked, 2);
+  EXPECT_EQ(Text(0, TrendValues::Unit), "psi");
+  EXPECT_EQ(Text(1, TrendValues::Unit), "m");
+  sUnit = "kPa";
+  m_view.ShowRows(rs, zones::TimeZone::Utc());
+  Read();
+  EXPECT_EQ(Text(0, TrendValues::Unit), "psi") << "nothing is asked while rows are followed";
+  m_view.ForgetUnits();
+  m_view.ShowRows(rs, zones::TimeZone::Utc());
+  Read();
+  EXPECT_EQ(nAsked, 3);
+  EXPECT_EQ(Text(0, TrendValues::Unit), "kPa");
+}
+
+/// Rows in the memory of a disk that is full.
+class RowsOfFullDisk final : public platform::Recordset {
+ public:
+  platform::Fields& Fields() override { return m_rs->Fields(); }
+  platform::Boolean Eof() const override { return m_rs->Eof(); }
+  platform::Boolean Bof() const override { return m_rs->Bof(); }
+  void MoveNext() override {}
+  void MoveFirst() override {}
+  void MoveLast() override {}
+  platform::RowIndex Position() const override { return 0; }
+  void Position(platform::RowIndex /*row*/) override {}
+  platform::RowIndex RecordCount() const override { return m_rs->RecordCount(); }
+  platform::ColumnIndex FieldCount() const override { return m_rs->FieldCount(); }
+  const platform::Field& FieldAt(platform::ColumnIndex column) const override {
+    return m_rs->FieldAt(column);
+  }
+  platform::Value ValueAt(platform::RowIndex row, platform::ColumnIndex column) const override {
+    return m_rs->ValueAt(row, column);
+  }
+  platform::Boolean Truncated() const override { return false; }
+  std::chrono::microseconds Elapsed() const override { return {}; }
+  std::shared_ptr<std::pmr::memory_resource> Memory() const override {
+    return {std::shared_ptr<void>(), std::pmr::null_memory_resource()};
+  }
+
+ private:
+  platform::RecordsetPtr m_rs = TwoTags(10);
+};
+
+TEST_F(trend_view, says_where_there_is_no_memory_for_it) {
+  Show(TwoTags(10));
+  Show(std::make_shared<RowsOfFullDisk>());
+  EXPECT_EQ(Message(), "There is not enough memory for the trend; choose a shorter range of time.");
+  EXPECT_EQ(Values().rowCount(), 0);
+  Show(TwoTags(10));
+  EXPECT_EQ(Message(), "");
+}
+
+TEST_F(trend_view, points_are_saved_beside_the_window) {
+  const QTemporaryDir folder;
+  const QString sPath = folder.filePath("t.csv");
+  QStringList remarks;
+  m_view.OnRemark([&](const QString& sSentence) { remarks << sSentence; });
+  Show(TwoTags(3));
+  m_view.SaveAs(sPath);
+  EXPECT_TRUE(m_view.IsSaving());
+  EXPECT_EQ(remarks.takeLast(), "Saving the points in sight\u2026");
+  EXPECT_NE(Action("Stop Saving"), nullptr);
+  // What is shown meanwhile is none of the file's.
+  m_view.ShowRows(nullptr, zones::TimeZone::Utc());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !m_view.IsSaving(); }));
+  EXPECT_EQ(remarks.takeLast(), "");
+  QFile file(sPath);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll().count('\n'), 7);
+  m_view.SaveAs("/nowhere/t.csv");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !m_view.IsSaving(); }));
+  EXPECT_NE(remarks.takeLast(), "");
+  m_view.SaveAs(folder.filePath("u.csv"));
+  Action("Stop Saving")->trigger();
+  EXPECT_FALSE(m_view.IsSaving());
+  EXPECT_EQ(remarks.takeLast(), "Stopped: the points were not saved.");
+  EXPECT_NE(Action("Save As\u2026"), nullptr);
+}
+
+TEST_F(trend_view, the_name_of_the_file_ends_in_the_kind_that_is_chosen) {
+  const std::unique_ptr<QFileDialog> dialog(NewSaveDialog(nullptr));
+  dialog->setOption(QFileDialog::DontUseNativeDialog);
+  const auto name = [&] {
+    return QFileInfo(dialog->selectedFiles().value(0)).fileName().toStdString();
+  };
+  EXPECT_EQ(name(), "trend.png");
+  emit dialog->filterSelected("Comma-Separated Values (*.csv)");
+  EXPECT_EQ(name(), "trend.csv");
+  EXPECT_EQ(dialog->defaultSuffix(), "csv");
+  dialog->selectFile("pumps.of.today");
+  emit dialog->filterSelected("Vector Picture (*.svg)");
+  EXPECT_EQ(name(), "pumps.of.today.svg");
 }
 
 TEST_F(trend_view, may_go_while_units_are_asked_for) {

@@ -40,6 +40,10 @@ class GridTrend : public QObject {
   void AskReach(std::function<std::optional<trend::TrendSpan>()> ask) {
     m_askReach = std::move(ask);
   }
+  /// The units are asked for anew with the next rows.
+  void ForgetUnits() {
+    if (m_view) m_view->ForgetUnits();
+  }
   /// Called with the times in sight when they are to be the rows' range.
   void OnRange(std::function<void(const trend::TrendSpan&)> handler) {
     m_range = std::move(handler);
