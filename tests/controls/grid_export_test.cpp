@@ -5,12 +5,14 @@
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
 #include <filesystem>
 #include <new>
 #include <system_error>
+#include <thread>
 
 #include "controls/grid/export_dialog.h"
 #include "controls/grid/query_results.h"
@@ -55,6 +57,8 @@ class GridExportTest : public GridFixture {
         m_sSuggested = QFileInfo(files->selectedFiles().value(0)).fileName().toStdString();
         files->findChild<QLineEdit*>()->setText(QString::fromStdString(sPath));
         QTest::keyClick(files->findChild<QLineEdit*>(), Qt::Key_Return);
+      } else if (auto* progress = qobject_cast<QProgressDialog*>(dialog)) {
+        progress->cancel();
       } else if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
         m_sTold = box->text().toStdString();
         box->button(QMessageBox::Ok)->click();
@@ -116,6 +120,31 @@ TEST_F(GridExportTest, fetches_all_rows_anew_without_the_limit) {
   const std::string sBytes = m_folder.BytesOf(sPath);
   EXPECT_EQ(std::ranges::count(sBytes, '\n'), 7);
   EXPECT_EQ(RowsOf(*m_editor), 3) << "the grid keeps its rows";
+}
+
+TEST_F(GridExportTest, tells_how_many_rows_were_written_so_far) {
+  std::string sTold;
+  m_server.whileRunning = [&] {
+    if (!m_server.sink) return;
+    m_server.sink(Plant(4));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Label(*m_editor, "notice") != ""; }));
+    sTold = Label(*m_editor, "notice");
+  };
+  Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optAll"); });
+  EXPECT_EQ(sTold, "Exporting: 4 rows written so far\u2026");
+}
+
+TEST_F(GridExportTest, of_rows_that_take_long_is_cancelled_between_two_of_them) {
+  const auto slow = std::make_shared<FakeRecordset>(5'000, [](auto row, auto) -> platform::Value {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return row;
+  });
+  slow->Column("Number", platform::DataType::BigInt);
+  m_server.answer = slow;
+  m_editor->Requery();
+  Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optShown"); });
+  EXPECT_EQ(Label(*m_editor, "notice"), "The export was cancelled; no file was written.");
+  EXPECT_EQ(m_folder.FilesInFolder(), 0U);
 }
 
 TEST_F(GridExportTest, marks_what_the_row_limit_cut) {

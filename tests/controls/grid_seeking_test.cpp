@@ -225,7 +225,34 @@ TEST(column_filter, reads_what_is_typed) {
   EXPECT_FALSE(holds("null", DataType::WChar, Value("null")));
   EXPECT_TRUE(holds("= null", DataType::WChar, Value("null")));
   EXPECT_TRUE(holds("not null", DataType::WChar, Value("")));
+  EXPECT_TRUE(holds("= \"\"", DataType::WChar, Value("")));
+  EXPECT_FALSE(holds("= \"\"", DataType::WChar, Value()));
+  EXPECT_FALSE(holds("= \"\"", DataType::WChar, Value("x")));
+  EXPECT_TRUE(holds("\"\"", DataType::WChar, Value("")));
+  EXPECT_FALSE(holds("\"\"", DataType::WChar, Value("x")));
+  EXPECT_TRUE(holds("<> \"\"", DataType::WChar, Value("x")));
+  EXPECT_FALSE(holds("<> \"\"", DataType::WChar, Value("")));
+  EXPECT_TRUE(holds("= \" a \"\"b\"\" \"", DataType::WChar, Value(" a \"b\" ")));
   EXPECT_THROW(holds("> many", DataType::BigInt, Value(1)), platform::Failure);
+}
+
+TEST(column_filter, of_a_value_is_told_as_it_is_typed) {
+  using platform::DataType;
+  using platform::Value;
+  const CellFormat format{zones::TimeZone("Europe/Berlin")};
+  const platform::Timestamp noon(std::chrono::seconds(1'700'000'000));
+  const auto told = [&](const Value& vtValue, DataType type) {
+    const auto filter = ColumnFilter::Equal(0, vtValue, format);
+    const auto read = ColumnFilter::Read(filter.Text(), 0, type, format);
+    EXPECT_TRUE(read.Holds(vtValue, format)) << filter.Text().toStdString();
+    return filter.Text().toStdString();
+  };
+  EXPECT_EQ(told(noon, DataType::DBTimeStamp), "=2023-11-14 23:13:20") << "by the clocks shown";
+  EXPECT_EQ(told(Value(""), DataType::WChar), "=\"\"");
+  EXPECT_EQ(told(Value(" a"), DataType::WChar), "=\" a\"");
+  EXPECT_EQ(told(Value("\"a\""), DataType::WChar), "=\"\"\"a\"\"\"");
+  EXPECT_EQ(told(Value("a"), DataType::WChar), "=a");
+  EXPECT_EQ(told(Value(), DataType::WChar), "null");
 }
 
 }  // namespace

@@ -40,11 +40,28 @@ TEST(row_view, more_rows_than_can_be_copied_leave_the_clipboard_alone_and_are_no
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
   EXPECT_EQ(sWhyNot.toStdString(),
             "Not copied: 1,000,000 rows are selected, and at most 100,000 rows can be copied at "
-            "once. Select fewer.");
+            "once. Select fewer, or export them into a file (Ctrl+Shift+E).");
   view.SelectRow(7);
   view.Copy(false);
   EXPECT_EQ(sWhyNot, "");
   EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("7\trow 7\t"));
+}
+
+TEST(row_view, says_where_more_is_copied_than_keeps_its_kinds) {
+  RowView view;
+  QString sTold = "none";
+  view.Copier().OnCopied([&](const QString& sSentence) { sTold = sSentence; });
+  view.ShowRows(Plant(50'001), kUtcZone);  // of four columns
+  view.selectAll();
+  view.Copy(false);
+  EXPECT_EQ(sTold.toStdString(),
+            "Copied as text: of more than 200,000 cells the kinds of values are not kept. Select "
+            "fewer to paste them exactly, or export them into a file (Ctrl+Shift+E).");
+  EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("0\trow 0\t"));
+  view.ShowRows(Plant(50'000), kUtcZone);
+  view.selectAll();
+  view.Copy(false);
+  EXPECT_EQ(sTold.toStdString(), "");
 }
 
 TEST(row_view, more_text_than_can_be_copied_leaves_the_clipboard_alone) {
@@ -60,7 +77,8 @@ TEST(row_view, more_text_than_can_be_copied_leaves_the_clipboard_alone) {
   view.Copy(true);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
   EXPECT_EQ(sWhyNot.toStdString(),
-            "Not copied: the selection has more than 32 million characters. Select fewer cells.");
+            "Not copied: the selection has more than 32 million characters. Select fewer cells, or "
+            "export them into a file (Ctrl+Shift+E).");
 }
 
 TEST(row_view, copies_the_current_cell_without_a_line_end_when_nothing_is_selected) {

@@ -85,6 +85,13 @@ TEST_F(sql_text, names_are_quoted_and_their_quotes_doubled) {
             "ORDER BY \"a\"\"\" ASC");
 }
 
+TEST_F(sql_text, an_order_stands_around_a_statement) {
+  EXPECT_EQ(ComposeWithin("SELECT 1 -- one", "", {{"a", false}, {"b", true}}),
+            "SELECT *\nFROM (\nSELECT 1 -- one\n)\nORDER BY \"a\" DESC, \"b\" ASC");
+  EXPECT_EQ(ComposeWithin("SELECT 1;", "c", {{"a", true}}),
+            "SELECT *\nFROM (\nSELECT 1\n)\nWHERE c\nORDER BY \"a\" ASC");
+}
+
 TEST_F(sql_text, a_condition_stands_around_a_statement_without_its_end) {
   const auto inner = [](const char* sSql) {
     const platform::Text sAll = ComposeWithin(sSql, "c");

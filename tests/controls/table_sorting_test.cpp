@@ -5,6 +5,7 @@
 #include "controls/grid/table_query.h"
 #include "tests/controls/failure_of.h"
 #include "tests/controls/grid_fixture.h"
+#include "tests/controls/query_results_fixture.h"
 
 namespace orvane::controls {
 namespace {
@@ -97,16 +98,80 @@ TEST_F(table_sorting, is_done_here_where_the_server_is_gone) {
   editor->SortDescending();
   EXPECT_EQ(m_server.nExecuted, nExecuted);
   EXPECT_EQ(CellOf(*editor, 0, 0), "49");
-  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted here: Number \u2193");
+  EXPECT_EQ(Label(*editor, "arrangement"), "Only the rows here are sorted: Number \u2193");
 }
 
-TEST_F(table_sorting, that_the_server_refuses_says_why_in_the_place_of_rows) {
+TEST_F(table_sorting, that_the_server_refuses_leaves_rows_and_marks_as_they_were) {
   std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
   const auto editor = Shown();
+  ViewOf(*editor)->SortBy(0, false);
+  ASSERT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Number \u2193");
+  ViewOf(*editor)->GoTo(3, 1);
   m_server.whileRunning = [] { Refuse(); };
   editor->SortDescending();
-  EXPECT_EQ(Label(*editor, "emptySentence"), "There is no such column; correct it.");
+  EXPECT_EQ(RowsOf(*editor), 50);
+  EXPECT_EQ(ViewOf(*editor)->currentIndex().row(), 3);
+  EXPECT_EQ(Label(*editor, "notice"), "There is no such column; correct it.");
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Number \u2193");
+  EXPECT_EQ(ViewOf(*editor)->Arranged().sort, (std::vector<SortColumn>{{0, false}}));
   EXPECT_EQ(m_failures->noted.size(), 1U);
+  m_server.whileRunning = nullptr;
+  editor->Requery();
+  EXPECT_NE(m_server.sCommandText.find("ORDER BY \"Number\" DESC"), platform::Text::npos)
+      << m_server.sCommandText;
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Number \u2193");
+}
+
+/// The same of a named query's rows: its text is its author's, and the order stands around it.
+class query_sorting : public QueryResultsFixture {
+ protected:
+  query_sorting() {
+    std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+    m_results->Execute();
+  }
+  std::unique_ptr<controls::QueryResults> m_results = Bound();
+};
+
+TEST_F(query_sorting, is_asked_of_the_server_where_the_row_limit_cut_the_rows) {
+  ViewOf(*m_results)->SortBy(1, false);
+  EXPECT_EQ(m_server.sCommandText,
+            "SELECT *\nFROM (\nSELECT * FROM Pumps\n)\nORDER BY \"Name\" DESC");
+  EXPECT_EQ(m_server.lMaxRecords, 7);
+  EXPECT_EQ(CellOf(*m_results, 0, 1), "row 0") << "as the server gave them";
+  EXPECT_EQ(Label(*m_results, "arrangement"), "Sorted by the server: Name \u2193");
+  m_results->Execute();
+  EXPECT_NE(m_server.sCommandText.find("ORDER BY"), platform::Text::npos) << "also anew";
+  const auto rs = m_results->Recordset();
+  const auto other = Bound();
+  other->Recordset(rs);
+  other->Execute();
+  EXPECT_NE(m_server.sCommandText.find("ORDER BY"), platform::Text::npos) << "also in another grid";
+  ViewOf(*m_results)->Sort({});
+  EXPECT_EQ(m_server.sCommandText, "SELECT * FROM Pumps");
+  EXPECT_EQ(Label(*m_results, "arrangement"), "");
+}
+
+TEST_F(query_sorting, that_the_server_cannot_read_is_of_the_rows_here_and_says_so) {
+  m_server.whileRunning = [this] {
+    if (m_server.sCommandText.starts_with("EXPLAIN")) Refuse();
+  };
+  ViewOf(*m_results)->SortBy(1, false);
+  EXPECT_EQ(CellOf(*m_results, 0, 1), "row 9");
+  EXPECT_EQ(Label(*m_results, "arrangement"), "Only the rows here are sorted: Name \u2193");
+  const int nExecuted = m_server.nExecuted;
+  m_results->Execute();
+  EXPECT_EQ(m_server.nExecuted, nExecuted + 1);
+  EXPECT_EQ(m_server.sCommandText, "SELECT * FROM Pumps");
+}
+
+TEST_F(query_sorting, that_the_server_refuses_leaves_the_rows) {
+  m_server.whileRunning = [this] {
+    if (!m_server.sCommandText.starts_with("EXPLAIN")) Refuse();
+  };
+  ViewOf(*m_results)->SortBy(1, false);
+  EXPECT_EQ(RowsOf(*m_results), 50);
+  EXPECT_EQ(Label(*m_results, "notice"), "There is no such column; correct it.");
+  EXPECT_EQ(Label(*m_results, "arrangement"), "");
 }
 
 TEST_F(table_sorting, may_be_the_end_of_the_grid) {

@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QMimeData>
 #include <QTimer>
+#include <bit>
 #include <cstdlib>
 
 #include "controls/view/value_dialog.h"
@@ -41,10 +42,20 @@ class value_trip : public EditingFixture {
     }
   }
 
-  /// What the engine has of the value: a decimal as a number of the same digits.
+  /// What the engine has of the value: a decimal as a number of the same digits, and a zero in a
+  /// column of numbers without its sign.
   static Value AsStored(const Value& vtValue) {
+    const auto* d = vtValue.As<double>();
+    if (d != nullptr && *d == 0) return 0.0;
     const auto* decimal = vtValue.As<platform::Decimal>();
     return decimal ? *platform::ExactNumber(decimal->sDigits) : vtValue;
+  }
+  /// To the last bit: both zeros compare as equal.
+  static bool AreSame(const Value& vtOne, const Value& vtOther) {
+    const auto* one = vtOne.As<double>();
+    const auto* other = vtOther.As<double>();
+    if (one == nullptr || other == nullptr) return vtOne == vtOther;
+    return std::bit_cast<std::uint64_t>(*one) == std::bit_cast<std::uint64_t>(*other);
   }
   static std::string Shown(const Value& vtValue) {
     return std::to_string(static_cast<int>(vtValue.Kind())) + " " + platform::ToText(vtValue);
@@ -57,8 +68,8 @@ class value_trip : public EditingFixture {
       for (ColumnIndex column = 0; column < kColumns; ++column) {
         const Value vtStored = rs->ValueAt(static_cast<platform::RowIndex>(row), column);
         const Value vtMeant = AsStored(rows[row][static_cast<std::size_t>(column)]);
-        EXPECT_TRUE(vtStored == vtMeant) << "row " << row << ", column " << column << ": "
-                                         << Shown(vtMeant) << " became " << Shown(vtStored);
+        EXPECT_TRUE(AreSame(vtStored, vtMeant)) << "row " << row << ", column " << column << ": "
+                                                << Shown(vtMeant) << " became " << Shown(vtStored);
       }
     }
   }
@@ -200,6 +211,25 @@ TEST_F(value_trip, a_copied_value_keeps_its_kind_in_columns_of_any_kind) {
              "a.Nr = b.Nr WHERE NOT (a.v IS b.v AND typeof(a.v) = typeof(b.v) AND a.n IS b.n)"),
       "");
   EXPECT_EQ(Stored("SELECT count(*) FROM P..Into"), "10");
+}
+
+TEST_F(value_trip, a_zero_keeps_its_sign_where_the_engine_does_and_shows_what_is_stored) {
+  m_server->Run("CREATE TABLE P..Zeros (Nr INTEGER PRIMARY KEY, v, d DOUBLE)");
+  m_server->Run("INSERT INTO P..Zeros VALUES (1, 1.5, 1.5)");
+  Open("Zeros", kOptions);
+  for (const int nColumn : {1, 2}) {
+    GoTo(0, nColumn);
+    Type("-0.0");
+    Press(Qt::Key_Tab);
+  }
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  ASSERT_EQ(Label("pending"), "") << Label("notice");
+  const auto rs = m_server->Run("SELECT v, d FROM P..Zeros");
+  EXPECT_TRUE(AreSame(rs->ValueAt(0, 0), -0.0)) << "in a column of any type";
+  EXPECT_TRUE(AreSame(rs->ValueAt(0, 1), 0.0)) << "in one of numbers";
+  const platform::Recordset& shown = *Rows().Model().Recordset();
+  EXPECT_TRUE(AreSame(shown.ValueAt(0, 1), -0.0));
+  EXPECT_TRUE(AreSame(shown.ValueAt(0, 2), 0.0)) << "what is stored, not what was typed";
 }
 
 TEST_F(value_trip, a_text_of_other_bytes_than_characters_is_replaced_whole_or_not_at_all) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "controls/editing/carried_edits.h"
+#include "controls/grid/grid_trend.h"
 #include "controls/grid/grid_window.h"
 #include "controls/view/status_strip.h"
 #include "platform/conversions.h"
@@ -112,6 +113,7 @@ void GridCore::Run(const GridQuery& query, Access access) {
   // Also for the case that the grid goes while the rows are fetched.
   KeepUnsent();
   const auto before = std::make_shared<Shown>(ShownNow());
+  if (query.sorted) m_window->Rows().SortedByServer(*query.sorted);
   m_recordset.reset();
   m_editing->ShowNothing();
   m_sSqlText = query.sSqlText;
@@ -149,13 +151,14 @@ void GridCore::Run(const GridQuery& query, Access access) {
       AskToRun(query);
       return;
     }
-    ShowFailure(failure.Number(), failure.Description(), *before);
+    ShowFailure(failure.Number(), failure.Description(), *before, query.sorted.has_value());
     throw;
   } catch (const std::exception& exception) {
     if (life.expired()) throw;
-    ShowFailure(platform::failure::kComponent, exception.what(), *before);
+    ShowFailure(platform::failure::kComponent, exception.what(), *before, query.sorted.has_value());
     throw;
   }
+  m_window->Trend().ForgetUnits();
   ShowFetched(fetched.rs, std::move(updatability), std::move(notes), nullptr,
               fetched.rs->FieldCount() > 0 ? query.noRows : DoneTexts(fetched.lRecordsAffected));
   if (!life.expired() && !sLost.empty()) m_window->Lost(QString::fromStdString(sLost));
@@ -308,9 +311,11 @@ void GridCore::Fail(const Failure& failure) {
   throw Failure(failure);
 }
 
-void GridCore::ShowFailure(Long lNumber, const Text& sSentence, const Shown& before) {
+void GridCore::ShowFailure(Long lNumber, const Text& sSentence, const Shown& before,
+                           bool bSameRows) {
   const bool bLost = platform::failure::IsLostConnection(lNumber);
-  if (before.rs && (bLost || before.IsUnsent() || (Connection() && !Connection()->IsOpen()))) {
+  if (before.rs &&
+      (bSameRows || bLost || before.IsUnsent() || (Connection() && !Connection()->IsOpen()))) {
     // What is not stored is not lost to a failure either, nor what cannot be had again.
     const std::weak_ptr<void> life = m_statements.Life();
     Attach(before.rs, &before.state, {}, {}, std::nullopt);

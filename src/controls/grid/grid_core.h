@@ -139,7 +139,8 @@ class GridCore {
                                      const controls::Updatability& updatability) const;
   /// In the place of rows, unless there were some and they are not stored, or no others can be
   /// had: then these stay.
-  void ShowFailure(platform::Long lNumber, const platform::Text& sSentence, const Shown& before);
+  void ShowFailure(platform::Long lNumber, const platform::Text& sSentence, const Shown& before,
+                   bool bSameRows = false);
 
   GridServices m_services;
   GridStatements m_statements;

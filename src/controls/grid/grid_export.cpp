@@ -1,10 +1,14 @@
 #include "controls/grid/grid_export.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QProgressDialog>
+#include <QTimer>
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 
 #include "controls/values/tell_box.h"
 #include "controls/view/clipboard_text.h"
@@ -20,7 +24,10 @@ using platform::FetchState;
 
 namespace {
 
-constexpr int kRowsBetweenLooks = 10'000;
+/// Cancel is heard as soon as anybody could notice, however long a row takes.
+constexpr qint64 kBetweenLooksMs = 50;
+constexpr std::chrono::milliseconds kUntilShown(300);
+constexpr std::chrono::milliseconds kBetweenTold(200);
 constexpr int kProgressSteps = 1000;
 
 /// The file was last written here.
@@ -127,8 +134,21 @@ std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QStr
   if (choice.rows != ExportRows::All) return WriteHeld(choice, target);
   // The grid, and with it this object, may be gone before the last row has come.
   const auto fetch = m_source.fetch;
-  const FetchState state =
-      fetch([&target](const platform::RecordsetPtr& rows) { target.Rows(*rows); });
+  // Written on the thread of the fetch, told on this one.
+  auto written = std::make_shared<std::atomic<platform::RowIndex>>(0);
+  QTimer telling;
+  QObject::connect(&telling, &QTimer::timeout, [window = m_window, written] {
+    const platform::RowIndex rows = *written;
+    if (window && rows > 0) {
+      window->Remark(QStringLiteral("Exporting: %1 written so far\u2026").arg(RowsText(rows)),
+                     false);
+    }
+  });
+  telling.start(kBetweenTold);
+  const FetchState state = fetch([&target, written](const platform::RecordsetPtr& rows) {
+    target.Rows(*rows);
+    *written = target.RowCount();
+  });
   return target.Finish(state == FetchState::Truncated || state == FetchState::Stopped);
 }
 
@@ -155,11 +175,15 @@ std::optional<Exported> GridExport::WriteHeld(const ExportChoice& choice,
   } deleter{progress};
   progress->setWindowTitle("Export Rows");
   progress->setWindowModality(Qt::ApplicationModal);
+  progress->setMinimumDuration(static_cast<int>(kUntilShown.count()));
+  QElapsedTimer sinceLook;
+  sinceLook.start();
   for (const auto& [nFirst, nLast] : spans) {
     for (int nPlace = nFirst; nPlace <= nLast; ++nPlace) {
       const platform::RowIndex row = recordRow(nPlace);
       if (row < rs->RecordCount()) target.Row(*rs, row);
-      if (target.RowCount() % kRowsBetweenLooks != 0) continue;
+      if (sinceLook.elapsed() < kBetweenLooksMs) continue;
+      sinceLook.start();
       if (progress) {
         progress->setValue(static_cast<int>(target.RowCount() * kProgressSteps / total));
       }

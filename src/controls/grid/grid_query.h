@@ -22,6 +22,9 @@ struct GridQuery {
   platform::Long lQueryTimeout = 0;  ///< seconds; 0 or less waits for ever
   NoRowsTexts noRows;
   std::optional<RowTable> table = {};  ///< none where only the recordset can tell
+  /// The rows are the same in the order of these columns, which are marked then. Where they cannot
+  /// be had, those shown stay, with the order that they have.
+  std::optional<std::vector<SortColumn>> sorted = {};
 };
 
 /// What a statement may do: showing is reading, and only a press of the button lets it change.

@@ -54,8 +54,11 @@ QString ArrangementText(const Arrangement& arrangement, const RowModel& model) {
       columns << model.ColumnName(column.column) +
                      (column.bAscending ? QStringLiteral(" \u2191") : QStringLiteral(" \u2193"));
     }
+    const auto& rs = model.Recordset();
+    const bool bAll = !rs || rs->State() == platform::FetchState::Complete;
     parts << (arrangement.bSortedByServer ? QStringLiteral("Sorted by the server: ")
-                                          : QStringLiteral("Sorted here: ")) +
+              : bAll                      ? QStringLiteral("Sorted here: ")
+                                          : QStringLiteral("Only the rows here are sorted: ")) +
                  columns.join(QStringLiteral(", "));
   }
   if (!arrangement.filters.empty()) {
@@ -124,6 +127,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   new ViewSwitch(*this, *m_rows, *m_form, *m_trend, *m_status);
   m_rows->OnArranged([this](const QString& sWhyNot) {
     TellOfArrangement(sWhyNot);
+    if (!sWhyNot.isEmpty()) m_seeking->ShowArrangement();
     if (m_rows->Arranging() || m_bExchanging) return;
     TellOfNoRows();
     ShowPosition();

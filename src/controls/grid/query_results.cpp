@@ -1,8 +1,10 @@
 #include "controls/grid/query_results.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
+#include "platform/case_folding.h"
 #include "platform/quoting.h"
 
 namespace orvane::controls {
@@ -20,7 +22,9 @@ QueryResults::QueryResults(GridServices services)
                         return !m_core.Editing().IsTyping() &&
                                m_core.Editing().Session().Pending().empty();
                       },
-                      [this] { return m_sSqlText; }}) {
+                      [this] { return m_sSqlText; }}),
+      m_order(m_core, {[this](const ServerOrder::Criteria& order) { return TakesOrder(order); },
+                       [this](const std::vector<SortColumn>& columns) { Fetch(&columns); }}) {
   m_core.OnReconnected([this] { Execute(); });
 }
 
@@ -34,27 +38,55 @@ void QueryResults::QueryName(const Text& sName) {
 }
 
 void QueryResults::SqlText(const Text& sSqlText) {
-  // A range stands around a text that has run by itself, and around no other.
-  if (sSqlText != m_sSqlText) m_time.Forget();
+  // A range and an order stand around a text that has run by itself, and around no other.
+  if (sSqlText != m_sSqlText) {
+    m_time.Forget();
+    m_order.Now({});
+  }
   m_sSqlText = sSqlText;
 }
 
-Text QueryResults::Statement() const {
-  return StatementWithin(m_sSqlText, m_time.View());
+Text QueryResults::Statement(const ServerOrder::Criteria& order) const {
+  Viewing viewing = m_time.View();
+  viewing.order = order;
+  return StatementWithin(m_sSqlText, viewing);
+}
+
+bool QueryResults::TakesOrder(const ServerOrder::Criteria& order) {
+  if (order.empty()) return true;
+  const platform::Recordset& rs = *m_core.Recordset();
+  std::set<Text> names;
+  for (platform::ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
+    if (!names.insert(platform::FoldCase(rs.FieldAt(column).Name())).second) return false;
+  }
+  try {
+    // Whether it can be read at all; nothing is run.
+    m_core.Ask("EXPLAIN " + Statement(order), 1, m_lQueryTimeout);
+  } catch (const Failure& failure) {
+    // Of anything else the rows will tell.
+    return failure.Number() != platform::failure::kSqlError;
+  }
+  return true;
 }
 
 void QueryResults::Execute() {
+  Fetch(nullptr);
+}
+
+void QueryResults::Fetch(const std::vector<SortColumn>* sorted) {
   if (m_sSqlText.find_first_not_of(" \t\r\n") == Text::npos) {
     m_core.Fail(Failure(platform::failure::kInvalidArgument,
                         "The query has no SQL statement; edit the query and write one."));
   }
   const std::weak_ptr<int> life = m_life;
-  m_core.Run(Sent());
+  GridQuery query = Sent();
+  if (sorted) query.sorted = *sorted;
+  m_core.Run(query);
   if (!life.expired()) m_time.RowsShown();
 }
 
 GridQuery QueryResults::Sent() const {
-  return {Statement(), m_lMaxRows, m_lQueryTimeout, TextsWithoutRows()};
+  return {Statement(m_order.Now()), m_lMaxRows, m_lQueryTimeout, TextsWithoutRows()};
 }
 
 RecordsetPtr QueryResults::Recordset() const {
@@ -62,6 +94,7 @@ RecordsetPtr QueryResults::Recordset() const {
   if (!rs) return rs;
   RowsState state = m_core.State();
   m_time.Keep(state);
+  state.viewing.order = m_order.Now();
   m_core.States().Keep(*rs, std::move(state));
   return rs;
 }
@@ -73,7 +106,9 @@ void QueryResults::Recordset(const RecordsetPtr& rs) {
   const auto state = found ? std::optional(*found) : std::nullopt;
   const std::weak_ptr<int> life = m_life;
   m_core.Attach(rs, state ? &*state : nullptr, m_sSqlText, TextsWithoutRows(), std::nullopt);
-  if (!life.expired()) m_time.Restore(state ? &*state : nullptr);
+  if (life.expired()) return;
+  m_time.Restore(state ? &*state : nullptr);
+  m_order.Now(state ? state->viewing.order : ServerOrder::Criteria());
 }
 
 NoRowsTexts QueryResults::TextsWithoutRows() const {

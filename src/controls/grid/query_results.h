@@ -3,6 +3,7 @@
 #pragma once
 
 #include "controls/grid/grid_control.h"
+#include "controls/grid/server_order.h"
 #include "controls/grid/table_time.h"
 
 namespace orvane::controls {
@@ -27,15 +28,20 @@ class QueryResults : public GridControl<platform::QueryResults> {
 
  private:
   NoRowsTexts TextsWithoutRows() const;
-  /// What is sent: the query's text, with the range of time that is set around it.
-  platform::Text Statement() const;
+  /// What is sent: the query's text, with the range of time and the order that are set around it.
+  platform::Text Statement(const ServerOrder::Criteria& order) const;
   GridQuery Sent() const;
+  /// Fetches the rows, or the same rows sorted anew.
+  void Fetch(const std::vector<SortColumn>* sorted);
+  /// True where each column has a name of its own and the server can read the query so.
+  bool TakesOrder(const ServerOrder::Criteria& order);
 
   platform::Text m_sName;
   platform::Text m_sSqlText;
   platform::Long m_lMaxRows = 100;
   platform::Long m_lQueryTimeout = 60;
   TableTime m_time;
+  ServerOrder m_order;
   std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
 };
 

@@ -13,18 +13,18 @@ using platform::Text;
 
 TableEditor::TableEditor(GridServices services)
     : GridControl(std::move(services), "Table rows"),
+      m_order(m_core, {[this](const ServerOrder::Criteria&) { return m_query != nullptr; },
+                       [this](const std::vector<SortColumn>& columns) { Fetch(&columns); }}),
       m_time(m_core, {[this] { return m_query; }, [this] { Requery(); }, [this] { return Sent(); },
                       [this] { return !Editing() && m_query && !m_query->Table().empty(); }}),
       m_import(m_core,
                {[this] { return m_query; }, [this] { Requery(); }, [this] { return !Editing(); }}),
       m_count(m_core, [this] { return Counted(); }) {
   m_core.OnReconnected([this] { Requery(); });
-  m_core.Window().Rows().OnSort(
-      [this](const std::vector<SortColumn>& columns) { return SortAtServer(columns); });
 }
 
 void TableEditor::TableQuery(const platform::TableQueryPtr& query) {
-  m_order.clear();
+  m_order.Now({});
   m_query = query;
   m_time.Forget();
   if (!query) return;
@@ -32,6 +32,10 @@ void TableEditor::TableQuery(const platform::TableQueryPtr& query) {
 }
 
 void TableEditor::Requery() {
+  Fetch(nullptr);
+}
+
+void TableEditor::Fetch(const std::vector<SortColumn>* sorted) {
   if (!m_query) {
     m_core.Fail(Failure(platform::failure::kObjectNotSet,
                         "The grid has no table to show; select a table first."));
@@ -44,13 +48,15 @@ void TableEditor::Requery() {
   if (m_core.Running()) GridCore::FailBusy();
   if (!m_time.Learn()) return;
   const std::weak_ptr<int> life = m_life;
-  m_core.Run(Sent());
+  GridQuery query = Sent();
+  if (sorted) query.sorted = *sorted;
+  m_core.Run(query);
   if (!life.expired()) m_time.RowsShown();
 }
 
 GridQuery TableEditor::Sent() const {
   Viewing viewing = m_time.View();
-  viewing.order = m_order;
+  viewing.order = m_order.Now();
   return {StatementOf(*m_query, viewing), m_query->MaxRows(), m_query->QueryTimeout(),
           TextsWithoutRows(), TableOfRows()};
 }
@@ -71,28 +77,6 @@ void TableEditor::SortByCurrent(bool bAscending) {
   rows.SortBy(rows.currentIndex().column(), bAscending);
 }
 
-bool TableEditor::SortAtServer(const std::vector<SortColumn>& columns) {
-  const RecordsetPtr rs = m_core.Recordset();
-  const platform::ConnectionPtr cn = m_core.Connection();
-  if (!rs || !m_query || !cn || !cn->IsOpen() || m_core.Running()) return false;
-  const bool bAllAreHere = rs->State() == platform::FetchState::Complete;
-  // What is not stored would be lost with the rows it lies over.
-  if ((bAllAreHere && m_order.empty()) || !rs->PendingRows().empty()) return false;
-  m_order.clear();
-  for (const SortColumn& column : columns) {
-    m_order.push_back({rs->FieldAt(column.column).Name(), column.bAscending});
-  }
-  m_core.Window().Rows().SortedByServer(columns);
-  const std::weak_ptr<int> life = m_life;
-  try {
-    Requery();
-  } catch (const std::exception& exception) {
-    // The grid shows its sentence; nobody is behind an arrow to be told.
-    if (!life.expired()) m_core.Note(exception);
-  }
-  return true;
-}
-
 void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
   if (!rs) return m_core.Empty();
   const RowsState* found = m_core.States().Find(lUpdatability, *rs);
@@ -103,7 +87,7 @@ void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
                 TextsWithoutRows(), TableOfRows());
   if (life.expired()) return;
   m_time.Restore(state ? &*state : nullptr);
-  m_order = state ? state->viewing.order : std::vector<platform::SortCriterion>();
+  m_order.Now(state ? state->viewing.order : ServerOrder::Criteria());
 }
 
 RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
@@ -111,7 +95,7 @@ RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
   const RecordsetPtr& rs = m_core.Recordset();
   RowsState state = m_core.State();
   m_time.Keep(state);
-  state.viewing.order = m_order;
+  state.viewing.order = m_order.Now();
   lUpdatability = rs ? m_core.States().Keep(*rs, std::move(state)) : 0;
   return rs;
 }

@@ -5,6 +5,7 @@
 #include "controls/grid/grid_control.h"
 #include "controls/grid/grid_import.h"
 #include "controls/grid/row_count.h"
+#include "controls/grid/server_order.h"
 #include "controls/grid/table_time.h"
 
 namespace orvane::controls {
@@ -37,12 +38,11 @@ class TableEditor : public GridControl<platform::TableEditor> {
   /// True while there is something that was not sent yet.
   bool Editing() const;
   void SortByCurrent(bool bAscending);
-  /// True when the server was asked for the rows in that order; the grid may be gone then.
-  bool SortAtServer(const std::vector<SortColumn>& columns);
+  /// Fetches the rows, or the same rows sorted anew.
+  void Fetch(const std::vector<SortColumn>* sorted);
 
   platform::TableQueryPtr m_query;
-  /// The order that the server was asked for by the grid, beside that of the query.
-  std::vector<platform::SortCriterion> m_order;
+  ServerOrder m_order;
   TableTime m_time;
   GridImport m_import;
   RowCount m_count;

@@ -34,6 +34,18 @@ int RankOf(const Value& vtValue) {
   return NumberOf(vtValue) ? 0 : static_cast<int>(vtValue.Kind());
 }
 
+constexpr QLatin1StringView kEmptyText("\"\"");
+
+/// A text between quotes stands for what is between them, blanks and nothing at all included.
+bool IsQuoted(const QString& sTyped, platform::DataType type) {
+  const bool bTexts = type == platform::DataType::WChar || type == platform::DataType::Empty;
+  return bTexts && sTyped.size() >= 2 && sTyped.startsWith(u'"') && sTyped.endsWith(u'"');
+}
+
+QString Unquoted(const QString& sTyped) {
+  return sTyped.sliced(1, sTyped.size() - 2).replace(kEmptyText, QLatin1StringView("\""));
+}
+
 template <class T>
 int Order(const T& one, const T& other) {
   return one < other ? -1 : other < one ? 1 : 0;
@@ -80,9 +92,16 @@ ColumnFilter ColumnFilter::Read(const QString& sText, platform::ColumnIndex colu
     return filter;
   }
   const ValueInput input(format.Zone());
-  const auto read = [&](const QString& sValue) {
-    return input.Read(sValue.trimmed().toStdString(), type);
+  const auto read = [&](const QString& sValue) -> Value {
+    const QString sTyped = sValue.trimmed();
+    if (IsQuoted(sTyped, type)) return Unquoted(sTyped).toStdString();
+    return input.Read(sTyped.toStdString(), type);
   };
+  if (sTrimmed == kEmptyText && IsQuoted(sTrimmed, type)) {
+    filter.m_kind = Kind::Equal;
+    filter.m_vtFrom = Value(platform::Text());
+    return filter;
+  }
   static constexpr const char* kOperators[] = {"<>", "<=", ">=", "=", "<", ">"};
   for (const QString sOperator : kOperators) {
     if (!sTrimmed.startsWith(sOperator)) continue;
@@ -109,12 +128,17 @@ ColumnFilter ColumnFilter::Read(const QString& sText, platform::ColumnIndex colu
   return filter;
 }
 
-ColumnFilter ColumnFilter::Equal(platform::ColumnIndex column, const Value& vtValue) {
+ColumnFilter ColumnFilter::Equal(platform::ColumnIndex column, const Value& vtValue,
+                                 const CellFormat& format) {
   ColumnFilter filter;
   filter.m_column = column;
   filter.m_kind = vtValue.IsNull() ? Kind::Null : Kind::Equal;
   filter.m_vtFrom = vtValue;
-  const auto sShown = QString::fromStdString(ValueInput().Shown(vtValue));
+  auto sShown = QString::fromStdString(ValueInput(format.Zone()).Shown(vtValue));
+  const bool bText = vtValue.Kind() == ValueKind::Text;
+  if (bText && (sShown.isEmpty() || sShown != sShown.trimmed() || sShown.startsWith(u'"'))) {
+    sShown = u'"' + sShown.replace(u'"', QLatin1String("\"\"")) + u'"';
+  }
   filter.m_sText = vtValue.IsNull() ? QStringLiteral("null") : u'=' + sShown;
   return filter;
 }

@@ -16,11 +16,13 @@ class ColumnFilter {
  public:
   /// Reads a condition: "null", "not null"; "=", "<>", "<", "<=", ">", ">=" with a value; two
   /// values with ".." between them, both included; any other text is to stand in what the cell
-  /// shows, without regard to case. Fails with a sentence when a value is none of the column's.
+  /// shows, without regard to case. A text as a value may stand between quotes, and two quotes
+  /// alone are the empty text. Fails with a sentence when a value is none of the column's.
   static ColumnFilter Read(const QString& sText, platform::ColumnIndex column,
                            platform::DataType type, const CellFormat& format);
-  /// The cells with just this value, null among them.
-  static ColumnFilter Equal(platform::ColumnIndex column, const platform::Value& vtValue);
+  /// The cells with just this value, null among them; told as the format has it.
+  static ColumnFilter Equal(platform::ColumnIndex column, const platform::Value& vtValue,
+                            const CellFormat& format = CellFormat());
 
   platform::ColumnIndex Column() const { return m_column; }
   bool Holds(const platform::Value& vtValue, const CellFormat& format) const;

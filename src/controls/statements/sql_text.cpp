@@ -47,11 +47,27 @@ Text WithoutEnd(Text sSql) {
   return sSql;
 }
 
+/// A line of its own for the order, as a filter may end in a comment that runs to the end of its
+/// line. A sort column that the server lost leaves a criterion without a name: the builder has no
+/// entry for it. There is nothing to sort by then; an empty name would only be refused.
+Text OrderOf(const std::vector<platform::SortCriterion>& sort) {
+  Text sSort;
+  for (const platform::SortCriterion& criterion : sort) {
+    if (criterion.sColumn.empty()) continue;
+    sSort += (sSort.empty() ? "" : ", ") + QuotedName(criterion.sColumn) +
+             (criterion.bAscending ? " ASC" : " DESC");
+  }
+  return sSort.empty() ? sSort : "\nORDER BY " + sSort;
+}
+
 }  // namespace
 
-Text ComposeWithin(const Text& sStatement, const Text& sCondition) {
+Text ComposeWithin(const Text& sStatement, const Text& sCondition,
+                   const std::vector<platform::SortCriterion>& sort) {
   // On lines of its own: it may end in a comment.
-  return "SELECT *\nFROM (\n" + WithoutEnd(sStatement) + "\n)\nWHERE " + sCondition;
+  Text sSql = "SELECT *\nFROM (\n" + WithoutEnd(sStatement) + "\n)";
+  if (!sCondition.empty()) sSql += "\nWHERE " + sCondition;
+  return sSql + OrderOf(sort);
 }
 
 Text TableInSql(const Text& sCatalog, const Text& sTable) {
@@ -80,17 +96,7 @@ Text ComposeSelect(const TableSelection& selection) {
   sSql += "\nFROM " + TableInSql(selection.sCatalog, selection.sTable);
 
   if (!IsBlank(selection.sFilterCondition)) sSql += "\nWHERE " + selection.sFilterCondition;
-  // A sort column that the server lost leaves a criterion without a name: the builder has no entry
-  // for it. There is nothing to sort by then; an empty name would only be refused.
-  Text sSort;
-  for (const platform::SortCriterion& criterion : selection.sort) {
-    if (criterion.sColumn.empty()) continue;
-    sSort += (sSort.empty() ? "" : ", ") + QuotedName(criterion.sColumn) +
-             (criterion.bAscending ? " ASC" : " DESC");
-  }
-  // On a line of its own: a filter may end in a comment that runs to the end of its line.
-  if (!sSort.empty()) sSql += "\nORDER BY " + sSort;
-  return sSql;
+  return sSql + OrderOf(selection.sort);
 }
 
 }  // namespace orvane::controls

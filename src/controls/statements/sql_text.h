@@ -24,9 +24,10 @@ platform::Text TableInSql(const platform::Text& sCatalog, const platform::Text& 
 /// blank, the other.
 platform::Text BothConditions(const platform::Text& sFirst, const platform::Text& sSecond);
 
-/// The rows of a statement that meet the condition: what the statement says is put into brackets as
-/// it is written, without the semicolon at its end.
-platform::Text ComposeWithin(const platform::Text& sStatement, const platform::Text& sCondition);
+/// The rows of a statement that meet the condition, which may be empty, in the order: what the
+/// statement says is put into brackets as it is written, without the semicolon at its end.
+platform::Text ComposeWithin(const platform::Text& sStatement, const platform::Text& sCondition,
+                             const std::vector<platform::SortCriterion>& sort = {});
 
 /// One statement, a clause a line. The filter stands as it is written, alone in its lines.
 platform::Text ComposeSelect(const TableSelection& selection);

@@ -16,9 +16,10 @@ Text FilterWithin(const Text& sFilter, const Viewing& viewing) {
 }
 
 Text StatementWithin(const Text& sStatement, const Viewing& viewing) {
-  if (!viewing.timeColumn || !viewing.range) return sStatement;
-  const Text sRange = ConditionOf(*viewing.range, *viewing.timeColumn);
-  return sRange.empty() ? sStatement : ComposeWithin(sStatement, sRange);
+  const bool bRange = viewing.timeColumn && viewing.range;
+  const Text sRange = bRange ? ConditionOf(*viewing.range, *viewing.timeColumn) : Text();
+  if (sRange.empty() && viewing.order.empty()) return sStatement;
+  return ComposeWithin(sStatement, sRange, viewing.order);
 }
 
 Text StatementOf(platform::TableQuery& query, const Viewing& viewing) {

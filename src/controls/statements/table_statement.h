@@ -27,8 +27,8 @@ struct Viewing {
 /// The filter with the range in it.
 platform::Text FilterWithin(const platform::Text& sFilter, const Viewing& viewing);
 platform::Text StatementOf(platform::TableQuery& query, const Viewing& viewing);
-/// The statement of a named query with the range around it. Its text is its author's: nothing is
-/// put into it, and without a range it is sent as it stands.
+/// The statement of a named query with the range and the order around it. Its text is its author's:
+/// nothing is put into it, and without either it is sent as it stands.
 platform::Text StatementWithin(const platform::Text& sStatement, const Viewing& viewing);
 
 }  // namespace orvane::controls

@@ -88,10 +88,10 @@ CopiedCells ReadText(const QString& sText) {
 
 }  // namespace
 
-void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
+bool AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
               const std::vector<int>& columns) {
   if (SelectedRows(selection) * static_cast<platform::RowIndex>(columns.size()) > kMostExactCells) {
-    return;
+    return false;
   }
   const ValueInput input(model.Format().Zone());
   QByteArray bytes;
@@ -110,6 +110,7 @@ void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& sele
     }
   }
   data.setData(kCellsFormat, bytes);
+  return true;
 }
 
 std::optional<CopiedCells> ReadCells(const QMimeData& data) {

@@ -20,8 +20,9 @@ struct CopiedCell {
 
 using CopiedCells = std::vector<std::vector<CopiedCell>>;
 
-/// Adds the values of the selection's rows in these columns to what goes on the clipboard.
-void AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
+/// Adds the values of the selection's rows in these columns to what goes on the clipboard; false
+/// where they are too many for that.
+bool AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
               const std::vector<int>& columns);
 /// The cells on the clipboard: of this library's own form, else of the table of a page, else those
 /// of its text, parted by tabs and line breaks, where text in quotes may have both. An empty cell

@@ -67,7 +67,7 @@ void FilterRow::LayOut() {
     if (names.IsHeld(nColumn)) box.raise();
     const QString sName = m_rows.Model().ColumnName(nColumn);
     box.setAccessibleName(QStringLiteral("Filter of ") + sName);
-    box.setPlaceholderText(QStringLiteral("contains, =, <, a..b, null"));
+    box.setPlaceholderText(QStringLiteral("contains, =, <, a..b, null, \"\""));
   }
 }
 

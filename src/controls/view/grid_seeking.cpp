@@ -105,7 +105,8 @@ void GridSeeking::FilterByCurrent() {
   std::vector<ColumnFilter> filters = m_rows.Arranged().filters;
   std::erase_if(filters, [&](const auto& filter) { return filter.Column() == current.column(); });
   filters.push_back(ColumnFilter::Equal(current.column(),
-                                        m_rows.Model().ValueAt(current.row(), current.column())));
+                                        m_rows.Model().ValueAt(current.row(), current.column()),
+                                        m_rows.Model().Format()));
   m_rows.Filter(std::move(filters));
   ShowArrangement();
   m_rows.setFocus();

@@ -39,7 +39,7 @@ std::optional<QString> RowCopier::Written(
   const platform::RowIndex rows = SelectedRows(cells);
   if (rows > kMostRows) {
     Tell(QStringLiteral("Not copied: %1 are selected, and at most %2 can be copied at once. "
-                        "Select fewer.")
+                        "Select fewer, or export them into a file (Ctrl+Shift+E).")
              .arg(RowsText(rows), RowsText(kMostRows)));
     return std::nullopt;
   }
@@ -49,7 +49,7 @@ std::optional<QString> RowCopier::Written(
   if (!text) {
     Tell(
         QStringLiteral("Not copied: the selection has more than 32 million characters. Select "
-                       "fewer cells."));
+                       "fewer cells, or export them into a file (Ctrl+Shift+E)."));
   }
   return text;
 }
@@ -72,9 +72,12 @@ void RowCopier::Copy(bool bNames) const {
     data->setHtml(*page);
   }
   data->setText(*text);
-  if (!bNames) AddCells(*data, m_rows.Model(), selection, columns);
+  const bool bExact = bNames || AddCells(*data, m_rows.Model(), selection, columns);
   QGuiApplication::clipboard()->setMimeData(data);
-  Tell({});
+  Tell(bExact ? QString()
+              : QStringLiteral("Copied as text: of more than 200,000 cells the kinds of values are "
+                               "not kept. Select fewer to paste them exactly, or export them into "
+                               "a file (Ctrl+Shift+E)."));
 }
 
 void RowCopier::CopyAs(exports::Form form) const {

@@ -283,7 +283,7 @@ bool StatusStrip::event(QEvent* event) {
 }
 
 void StatusStrip::Fit() {
-  const std::array folding = {m_time, m_position};
+  const std::array folding = {m_position, m_time};
   const auto isFolded = [](const QLabel* label) { return label->maximumWidth() == 0; };
   // Each label by itself: a layout asks for nothing where its widget may have no width.
   int nNeeded = layout()->sizeHint().width();

@@ -75,8 +75,8 @@ class StatusStrip : public QWidget {
 
  private:
   void SetWarningIcon();
-  /// Where there is no room for everything, what matters least gives way whole: the time taken,
-  /// then the current row.
+  /// Where there is no room for everything, what matters least gives way whole: the current row,
+  /// then the time taken.
   void Fit();
   void ShowNotice(const QString& sNotice, bool bWarning = true);
 

@@ -1,0 +1,45 @@
+#include "controls/grid/server_order.h"
+
+#include <utility>
+
+#include "controls/grid/grid_core.h"
+#include "controls/grid/grid_window.h"
+
+namespace orvane::controls {
+
+using platform::RecordsetPtr;
+
+ServerOrder::ServerOrder(GridCore& core, Grid grid) : m_core(core), m_grid(std::move(grid)) {
+  core.Window().Rows().OnSort(
+      [this](const std::vector<SortColumn>& columns) { return Sort(columns); });
+}
+
+bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
+  const RecordsetPtr rs = m_core.Recordset();
+  const platform::ConnectionPtr cn = m_core.Connection();
+  if (!rs || !cn || !cn->IsOpen() || m_core.Running()) return false;
+  const bool bAllAreHere = rs->State() == platform::FetchState::Complete;
+  // What is not stored would be lost with the rows it lies over.
+  if ((bAllAreHere && m_order.empty()) || !rs->PendingRows().empty()) return false;
+  Criteria order;
+  for (const SortColumn& column : columns) {
+    order.push_back({rs->FieldAt(column.column).Name(), column.bAscending});
+  }
+  const std::weak_ptr<int> life = m_life;
+  const bool bTakes = m_grid.takes(order);
+  if (life.expired() || m_core.Recordset() != rs) return true;
+  if (!bTakes) return false;
+  Criteria before = std::exchange(m_order, std::move(order));
+  try {
+    m_grid.fetch(columns);
+  } catch (const std::exception& exception) {
+    // The rows stand as before, and the grid shows the sentence; nobody is behind an arrow to be
+    // told.
+    if (life.expired()) return true;
+    m_order = std::move(before);
+    m_core.Note(exception);
+  }
+  return true;
+}
+
+}  // namespace orvane::controls

@@ -1,0 +1,46 @@
+// The order of a grid's rows where not all of them are here: the server is asked for the rows in
+// that order. The query itself stays as it is. Owned by the grids; user-interface thread.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "controls/order/arrangement.h"
+#include "platform/grids/table_query.h"
+
+namespace orvane::controls {
+
+class GridCore;
+
+class ServerOrder {
+ public:
+  using Criteria = std::vector<platform::SortCriterion>;
+
+  struct Grid {
+    /// True where the server takes the order; events may be handled meanwhile.
+    std::function<bool(const Criteria& order)> takes;
+    /// Fetches the rows in the order, by which the columns are then marked.
+    std::function<void(const std::vector<SortColumn>& columns)> fetch;
+  };
+
+  /// Takes over what the grid's rows are to be sorted by.
+  ServerOrder(GridCore& core, Grid grid);
+  ServerOrder(const ServerOrder&) = delete;
+  ServerOrder& operator=(const ServerOrder&) = delete;
+
+  /// What the server is asked for, beside the order of the query.
+  const Criteria& Now() const { return m_order; }
+  void Now(Criteria order) { m_order = std::move(order); }
+
+ private:
+  /// True when the server was asked; the grid may be gone then.
+  bool Sort(const std::vector<SortColumn>& columns);
+
+  GridCore& m_core;
+  Grid m_grid;
+  Criteria m_order;
+  std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
+};
+
+}  // namespace orvane::controls
