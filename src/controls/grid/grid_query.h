@@ -5,7 +5,9 @@
 #include <QString>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
+#include "controls/order/arrangement.h"
 #include "controls/statements/row_statements.h"
 
 namespace orvane::controls {
