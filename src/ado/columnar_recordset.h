@@ -56,6 +56,10 @@ class ColumnarRecordset final : public platform::Recordset {
   platform::RowState StateAt(platform::RowIndex row) const override;
   platform::Boolean IsEdited(platform::RowIndex row, platform::ColumnIndex column) const override;
   std::vector<platform::RowIndex> PendingRows() const override { return m_overlay.PendingRows(); }
+  platform::Boolean IsPending(platform::RowIndex row) const override {
+    return m_overlay.IsPending(row);
+  }
+  platform::RowIndex PendingCount() const override { return m_overlay.PendingCount(); }
   /// Fails with failure::kTypeMismatch for an object, with kNotSupported in a deleted row.
   void ValueAt(platform::RowIndex row, platform::ColumnIndex column,
                const platform::Value& vtValue) override;

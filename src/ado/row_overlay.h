@@ -34,6 +34,10 @@ class RowOverlay {
   std::pair<platform::RowIndex, platform::RowIndex> UntouchedAround(platform::RowIndex row) const;
   /// The rows with something to send, in the order of their numbers.
   std::vector<platform::RowIndex> PendingRows() const;
+  bool IsPending(platform::RowIndex row) const { return m_pending.contains(row); }
+  platform::RowIndex PendingCount() const {
+    return static_cast<platform::RowIndex>(m_pending.size());
+  }
 
   /// Fails with failure::kNotSupported when the row is deleted.
   void Set(platform::RowIndex row, platform::ColumnIndex column, platform::Value vtValue);

@@ -1,13 +1,18 @@
 // Random work on a grid against a plain model of it: whatever is refreshed, sorted, followed,
-// hidden, disconnected or lost in between, what was typed is shown, and in the end it is at the
-// server.
+// hidden, disconnected or lost in between, what was typed, pasted or filled in is shown, and in the
+// end it is at the server.
 #include <QCheckBox>
+#include <QPlainTextEdit>
+#include <QRadioButton>
 #include <QTimer>
 #include <QToolButton>
+#include <array>
 #include <cstdlib>
 #include <map>
 #include <random>
 
+#include "controls/editing/cell_query_dialog.h"
+#include "controls/editing/conflict_dialog.h"
 #include "controls/order/row_filter.h"
 #include "tests/controls/editing_fixture.h"
 
@@ -189,6 +194,75 @@ class grid_random : public EditingFixture {
     m_model[m_nNextId++] = {"came" + sId, "NULL"};
     m_editor->Requery();
   }
+  /// A row that is as it is at the server, or none.
+  std::optional<int> StoredId() {
+    const int nId = AnyId();
+    const int nPlace = PlaceOf(nId);
+    if (Rows().Model().StateAt(nPlace) != platform::RowState::Fetched) return std::nullopt;
+    return nId;
+  }
+  /// A block over two rows, which must be there.
+  void Paste() {
+    const int nPlaces = Rows().Model().Places();
+    if (nPlaces < 2) return;
+    const int nPlace = Below(nPlaces - 1);
+    QString sBlock;
+    std::vector<int> ids;
+    for (int n = 0; n < 2; ++n) {
+      ids.push_back(std::stoi(Cell(nPlace + n, 0)));
+      m_model[ids.back()] = {"p" + std::to_string(Below(100'000)), std::to_string(Below(1000))};
+      sBlock += QString::fromStdString(m_model[ids.back()].sName + "\t" +
+                                       m_model[ids.back()].sLevel + "\n");
+    }
+    QGuiApplication::clipboard()->setText(sBlock);
+    GoTo(nPlace, 1);
+    Press(Qt::Key_V, Qt::ControlModifier);
+  }
+  void FillFromQuery() {
+    const int nId = AnyId();
+    m_model[nId].sName = "q" + std::to_string(Below(100'000));
+    GoTo(PlaceOf(nId), 1);
+    m_editor->CellQuery();
+    auto* dialog = Window()->findChild<CellQueryDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QPlainTextEdit*>("statement")
+        ->setPlainText("SELECT '" + QString::fromStdString(m_model[nId].sName) + "'");
+    dialog->findChild<QPushButton*>("run")->click();
+    Settle();
+  }
+  void SetNull() {
+    const int nId = AnyId();
+    m_model[nId].sName = "NULL";
+    GoTo(PlaceOf(nId), 1);
+    Press(Qt::Key_0, Qt::ControlModifier);
+  }
+  /// The columns are laid out otherwise; Name and Level stay side by side.
+  void LayOut() {
+    constexpr std::array kLayouts = {
+        "", R"({"version":1,"columns":[{"name":"At","hidden":true}]})",
+        R"({"version":1,"columns":[{"name":"At"},{"name":"Id"},{"name":"Name"},{"name":"Level"}]})"};
+    m_editor->Layout(kLayouts[static_cast<std::size_t>(Below(static_cast<int>(kLayouts.size())))]);
+  }
+  /// Somebody else changes what is changed here; one of both stays.
+  void Conflict() {
+    const auto nId = StoredId();
+    if (!nId) return;
+    const std::string sTheirs = "theirs" + std::to_string(Below(100'000));
+    const std::string sMine = "mine" + std::to_string(Below(100'000));
+    m_server->Run("UPDATE P..Tanks SET Name = '" + sTheirs +
+                  "' WHERE Id = " + std::to_string(*nId));
+    TypeInto(PlaceOf(*nId), 1, sMine);
+    Press(Qt::Key_Return, Qt::ControlModifier);
+    ConflictDialog* dialog = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return (dialog = Window()->findChild<ConflictDialog*>()) != nullptr; }, 30'000));
+    const bool bMine = Below(2) == 0;
+    for (auto* choice : dialog->findChildren<QRadioButton*>()) {
+      if (choice->accessibleName() == (bMine ? "Name, mine" : "Name, theirs")) choice->click();
+    }
+    dialog->findChild<QPushButton*>("settle")->click();
+    m_model[*nId].sName = bMine ? sMine : sTheirs;
+  }
   void UndoAndRedo() {
     Press(Qt::Key_Z, Qt::ControlModifier);
     Press(Qt::Key_Y, Qt::ControlModifier);
@@ -206,7 +280,7 @@ TEST_F(grid_random, nothing_that_was_typed_is_lost) {
   Open("Tanks");
   for (int n = 0; n < 5; ++n) Insert();
   for (int n = 0; n < Operations() && !HasFatalFailure(); ++n) {
-    switch (Below(20)) {
+    switch (Below(28)) {
       case 0:
         Insert();
         break;
@@ -247,6 +321,22 @@ TEST_F(grid_random, nothing_that_was_typed_is_lost) {
       case 13:
         Arrive();
         break;
+      case 14:
+        Paste();
+        break;
+      case 15:
+        FillFromQuery();
+        break;
+      case 16:
+        SetNull();
+        break;
+      case 17:
+        LayOut();
+        break;
+      case 18:
+      case 19:
+        Conflict();
+        break;
       default:
         Edit();
     }
@@ -259,13 +349,15 @@ TEST_F(grid_random, nothing_that_was_typed_is_lost) {
     TypeInto(PlaceOf(nId), 2, row.sLevel);
   }
   Press(Qt::Key_Return, Qt::ControlModifier);
-  EXPECT_EQ(Label("pending"), "");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Label("pending").empty(); }, 30'000))
+      << Label("pending");
   Text sExpected;
   for (const auto& [nId, row] : m_model) {
     sExpected += std::to_string(nId) + "|" + row.sName + "|" + row.sLevel + "\n";
   }
   if (!sExpected.empty()) sExpected.pop_back();
-  EXPECT_EQ(Stored("SELECT Id, Name, coalesce(CAST(Level AS INTEGER), 'NULL') FROM P..Tanks "
+  EXPECT_EQ(Stored("SELECT Id, coalesce(Name, 'NULL'), coalesce(CAST(Level AS INTEGER), 'NULL') "
+                   "FROM P..Tanks "
                    "ORDER BY Id"),
             sExpected);
 }

@@ -49,9 +49,11 @@ void AppendPart(Text& sKey, const Value& vtValue) {
 }
 
 /// Why a row stands behind the others.
-const QString kNotFetchedAgain = QStringLiteral(
-    "This row was not fetched again: it was deleted meanwhile, or the filter or the row limit "
-    "leaves it out. It is kept here until it is stored or discarded.");
+QString NotFetchedAgain() {
+  return QStringLiteral(
+      "This row was not fetched again: it was deleted meanwhile, or the filter or the row limit "
+      "leaves it out. It is kept here until it is stored or discarded.");
+}
 
 struct Carrying {
   const Recordset& from;
@@ -148,8 +150,8 @@ void CarryNotes(const Carrying& carrying, const CarriedRow& at, const EditNotes&
 /// Tells of a row that stands behind the others why it does, and of no other.
 void TellWhetherFetched(const CarriedRow& at, EditNotes& carried) {
   QString& sRemark = carried.remarks[at.rowTo];
-  sRemark = sRemark.remove(kNotFetchedAgain).trimmed();
-  if (!at.bFound) sRemark = (sRemark + u' ' + kNotFetchedAgain).trimmed();
+  sRemark = sRemark.remove(NotFetchedAgain()).trimmed();
+  if (!at.bFound) sRemark = (sRemark + u' ' + NotFetchedAgain()).trimmed();
   if (sRemark.isEmpty()) carried.remarks.erase(at.rowTo);
 }
 

@@ -130,18 +130,16 @@ void EditSession::Change(std::span<const RowIndex> rows, const std::function<voi
 }
 
 void EditSession::Follow(std::span<const RowIndex> rows) {
-  const std::vector<RowIndex> pending = m_recordset->PendingRows();
   for (const RowIndex row : rows) {
     // What was wrong with the row is no longer known of what it is now.
     m_notes->remarks.erase(row);
     m_notes->conflicts.erase(row);
     if (row >= m_recordset->RecordCount()) continue;
     const bool bGone =
-        m_recordset->StateAt(row) == RowState::Deleted && !std::ranges::binary_search(pending, row);
+        m_recordset->StateAt(row) == RowState::Deleted && !m_recordset->IsPending(row);
     if (bGone) m_notes->gone.insert(row);
   }
-  m_changed(std::nullopt);
-  for (const RowIndex row : rows) m_changed(row);
+  m_changed(rows);
 }
 
 std::optional<RowIndex> EditSession::Undo() {
@@ -183,12 +181,19 @@ QString EditSession::WhyNotFit(RowIndex row) const {
 }
 
 void EditSession::Remark(RowIndex row, const QString& sSentence) {
-  if (sSentence.isEmpty()) {
-    m_notes->remarks.erase(row);
-  } else {
-    m_notes->remarks[row] = sSentence;
+  const RowIndex rows[] = {row};
+  Remark(rows, sSentence);
+}
+
+void EditSession::Remark(std::span<const RowIndex> rows, const QString& sSentence) {
+  for (const RowIndex row : rows) {
+    if (sSentence.isEmpty()) {
+      m_notes->remarks.erase(row);
+    } else {
+      m_notes->remarks[row] = sSentence;
+    }
   }
-  m_changed(row);
+  m_changed(rows);
 }
 
 void EditSession::Conflict(RowIndex row, RowConflict conflict) {

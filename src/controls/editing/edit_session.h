@@ -37,8 +37,8 @@ struct CellEdit {
 
 class EditSession final : public RowEditing {
  public:
-  /// Called with a row that looks different now; with none when rows were added or went.
-  using ChangedHandler = std::function<void(std::optional<platform::RowIndex> row)>;
+  /// Called with the rows that look different now; some of them may have been added, or have gone.
+  using ChangedHandler = std::function<void(std::span<const platform::RowIndex> rows)>;
 
   explicit EditSession(ChangedHandler changed) : m_changed(std::move(changed)) {}
 
@@ -78,11 +78,18 @@ class EditSession final : public RowEditing {
   std::optional<platform::RowIndex> Redo();
 
   std::vector<platform::RowIndex> Pending() const;
+  bool IsPending(platform::RowIndex row) const {
+    return m_recordset && row < m_recordset->RecordCount() && m_recordset->IsPending(row);
+  }
+  platform::RowIndex PendingCount() const { return m_recordset ? m_recordset->PendingCount() : 0; }
+  /// Expires with the session.
+  std::weak_ptr<void> Life() const { return m_life; }
   /// Why the row is not fit to be sent, as a sentence: a text that was typed is no value of its
   /// column. Empty when nothing of that kind is wrong.
   QString WhyNotFit(platform::RowIndex row) const;
   /// Keeps the sentence with the row; an empty one takes it away.
   void Remark(platform::RowIndex row, const QString& sSentence);
+  void Remark(std::span<const platform::RowIndex> rows, const QString& sSentence);
   /// Somebody else has changed the row: its sentence becomes the row's remark.
   void Conflict(platform::RowIndex row, RowConflict conflict);
   /// Null when there is none; valid until the row changes.
@@ -100,6 +107,7 @@ class EditSession final : public RowEditing {
   void LayOver(const CellEdit& edit);
   void Follow(std::span<const platform::RowIndex> rows);
 
+  std::shared_ptr<char> m_life = std::make_shared<char>();
   ChangedHandler m_changed;
   std::function<void()> m_takeTyped;
   platform::RecordsetPtr m_recordset;

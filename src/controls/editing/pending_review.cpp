@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -19,6 +20,8 @@ using platform::RowState;
 namespace {
 
 constexpr int kRowRole = Qt::UserRole;
+/// Nobody reads more, and they would take their time.
+constexpr RowIndex kMostListed = 1'000;
 
 QString Name(RowState state) {
   switch (state) {
@@ -41,10 +44,13 @@ PendingReview::PendingReview(EditSession& session, CellFormat format, Actions ac
       m_session(session),
       m_format(std::move(format)),
       m_actions(std::move(actions)),
-      m_list(new QTreeWidget) {
+      m_life(session.Life()),
+      m_list(new QTreeWidget),
+      m_more(new QLabel) {
   setObjectName("pendingReview");
   setWindowTitle("Rows Not Stored");
   setAttribute(Qt::WA_DeleteOnClose);
+  m_more->setObjectName("moreRows");
   m_list->setObjectName("pendingRows");
   m_list->setAccessibleName("Rows not stored");
   m_list->setRootIsDecorated(false);
@@ -61,8 +67,11 @@ PendingReview::PendingReview(EditSession& session, CellFormat format, Actions ac
     return button;
   };
   add("storeAll", "&Store All", [this] {
-    m_actions.storeAll();
-    Refresh();
+    // Storing handles events, and one of them may be the end of the grid, or of this.
+    const QPointer<PendingReview> self(this);
+    const auto storeAll = m_actions.storeAll;
+    storeAll();
+    if (self) Refresh();
   });
   m_settle = add("settleRow", "Se&ttle\u2026", [this] { m_actions.settle(Chosen().front()); });
   m_goTo = add("goToRow", "&Go to Row", [this] {
@@ -79,6 +88,7 @@ PendingReview::PendingReview(EditSession& session, CellFormat format, Actions ac
 
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(m_list, 1);
+  layout->addWidget(m_more);
   auto* hint = new QLabel("What is discarded here can be brought back with Undo in the grid.");
   hint->setWordWrap(true);
   layout->addWidget(hint);
@@ -111,12 +121,20 @@ QString PendingReview::ChangesOf(RowIndex row) const {
 }
 
 void PendingReview::Refresh() {
+  // A grid that goes in the middle of an event takes its windows along only when that is over.
+  if (m_life.expired()) return;
   m_list->clear();
   if (!m_session.Recordset() || m_session.Pending().empty()) {
     reject();
     return;
   }
+  const RowIndex count = m_session.PendingCount();
+  m_more->setVisible(count > kMostListed);
+  m_more->setText(QStringLiteral("The first %L1 of %L2 rows are listed.")
+                      .arg(static_cast<qlonglong>(kMostListed))
+                      .arg(static_cast<qlonglong>(count)));
   for (const RowIndex row : m_session.Pending()) {
+    if (m_list->topLevelItemCount() == kMostListed) break;
     const QString sWhy = m_session.RemarkOf(row);
     auto* item = new QTreeWidgetItem(
         m_list, {Name(m_session.Recordset()->StateAt(row)), ChangesOf(row), sWhy});
@@ -138,6 +156,7 @@ std::vector<RowIndex> PendingReview::Chosen() const {
 }
 
 void PendingReview::UpdateButtons() {
+  if (m_life.expired()) return;
   const auto chosen = Chosen();
   m_discard->setEnabled(!chosen.empty());
   m_goTo->setEnabled(chosen.size() == 1);

@@ -4,11 +4,13 @@
 
 #include <QDialog>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "controls/editing/edit_session.h"
 #include "controls/values/cell_format.h"
 
+class QLabel;
 class QPushButton;
 class QTreeWidget;
 
@@ -38,7 +40,9 @@ class PendingReview : public QDialog {
   EditSession& m_session;
   CellFormat m_format;
   Actions m_actions;
+  std::weak_ptr<void> m_life;  ///< of the session
   QTreeWidget* m_list;
+  QLabel* m_more;
   QPushButton* m_goTo;
   QPushButton* m_settle;
   QPushButton* m_discard;

@@ -12,10 +12,11 @@ using platform::RowState;
 void UndoSteps::Change(Recordset& rs, std::span<const RowIndex> rows,
                        const std::function<void()>& change) {
   Step step;
-  for (const RowIndex row : rows) step.push_back({row, OverlayOf(rs, row), {}});
+  for (const RowIndex row : rows) step[row].before = OverlayOf(rs, row);
   const auto keep = [&] {
-    for (Row& row : step) row.behind = OverlayOf(rs, row.row);
-    std::erase_if(step, [](const Row& row) { return row.before == row.behind; });
+    for (auto& [row, overlays] : step) overlays.behind = OverlayOf(rs, row);
+    std::erase_if(step,
+                  [](const auto& entry) { return entry.second.before == entry.second.behind; });
     if (step.empty()) return;
     m_undone.clear();
     if (m_done.size() == kMostSteps) m_done.erase(m_done.begin());
@@ -43,22 +44,20 @@ std::vector<RowIndex> UndoSteps::Move(Recordset& rs, std::vector<Step>& from, st
   if (from.empty()) return {};
   to.push_back(std::move(from.back()));
   from.pop_back();
-  // By place: a row that comes back changes its number in every step, this one included.
+  // A row that comes back changes its number in every step, this one included.
   const std::size_t nStep = to.size() - 1;
   std::vector<RowIndex> rows;
-  for (std::size_t n = 0; n < to[nStep].size(); ++n) {
-    const Overlay overlay = bBack ? to[nStep][n].before : to[nStep][n].behind;
-    Lay(rs, to[nStep][n].row, overlay);
-    rows.push_back(to[nStep][n].row);
+  for (const auto& [row, overlays] : to[nStep]) rows.push_back(row);
+  for (RowIndex& row : rows) {
+    const Overlays& overlays = to[nStep].at(row);
+    row = Lay(rs, row, Overlay(bBack ? overlays.before : overlays.behind));
   }
   return rows;
 }
 
 void UndoSteps::Forget(RowIndex row) {
   for (auto* steps : {&m_done, &m_undone}) {
-    for (Step& step : *steps) {
-      std::erase_if(step, [row](const Row& entry) { return entry.row == row; });
-    }
+    for (Step& step : *steps) step.erase(row);
     std::erase_if(*steps, [](const Step& step) { return step.empty(); });
   }
 }
@@ -72,7 +71,7 @@ std::set<RowIndex> UndoSteps::Rows() const {
   std::set<RowIndex> rows;
   for (const auto* steps : {&m_done, &m_undone}) {
     for (const Step& step : *steps) {
-      for (const Row& entry : step) rows.insert(entry.row);
+      for (const auto& [row, overlays] : step) rows.insert(row);
     }
   }
   return rows;
@@ -83,19 +82,22 @@ UndoSteps UndoSteps::Moved(const std::unordered_map<RowIndex, RowIndex>& rows,
   UndoSteps moved{*this};
   for (auto* steps : {&moved.m_done, &moved.m_undone}) {
     for (Step& step : *steps) {
-      std::erase_if(step, [&](const Row& entry) { return !rows.contains(entry.row); });
-      for (Row& entry : step) {
-        entry.row = rows.at(entry.row);
-        for (auto* edits : {&entry.before.edits, &entry.behind.edits}) {
+      Step other;
+      for (auto& [row, overlays] : step) {
+        const auto to = rows.find(row);
+        if (to == rows.end()) continue;
+        for (auto* edits : {&overlays.before.edits, &overlays.behind.edits}) {
           for (auto& [column, vtValue] : *edits) {
-            const auto& to = columns[static_cast<std::size_t>(column)];
-            if (!to) return {};
-            column = *to;
+            const auto& columnTo = columns[static_cast<std::size_t>(column)];
+            if (!columnTo) return {};
+            column = *columnTo;
           }
           // As they are compared with what lies over a row.
           std::ranges::sort(*edits, {}, &std::pair<ColumnIndex, platform::Value>::first);
         }
+        other.emplace(to->second, std::move(overlays));
       }
+      step = std::move(other);
     }
     std::erase_if(*steps, [](const Step& step) { return step.empty(); });
   }
@@ -107,7 +109,7 @@ UndoSteps::Overlay UndoSteps::OverlayOf(const Recordset& rs, RowIndex row) {
   if (row >= rs.RecordCount()) return overlay;
   overlay.state = rs.StateAt(row);
   // A new row that was taken away has nothing pending any more, and cannot come back as it is.
-  if (overlay.state == RowState::Deleted && !std::ranges::binary_search(rs.PendingRows(), row)) {
+  if (overlay.state == RowState::Deleted && !rs.IsPending(row)) {
     return {};
   }
   overlay.bThere = true;
@@ -117,11 +119,11 @@ UndoSteps::Overlay UndoSteps::OverlayOf(const Recordset& rs, RowIndex row) {
   return overlay;
 }
 
-void UndoSteps::Lay(Recordset& rs, RowIndex row, const Overlay& overlay) {
+RowIndex UndoSteps::Lay(Recordset& rs, RowIndex row, const Overlay& overlay) {
   const bool bWasThere = OverlayOf(rs, row).bThere;
   if (!overlay.bThere) {
     if (bWasThere) rs.CancelUpdate(row);
-    return;
+    return row;
   }
   if (!bWasThere) {
     const RowIndex now = rs.AddNew();
@@ -134,14 +136,16 @@ void UndoSteps::Lay(Recordset& rs, RowIndex row, const Overlay& overlay) {
   }
   for (const auto& [column, vtValue] : overlay.edits) rs.ValueAt(row, column, vtValue);
   if (overlay.state == RowState::Deleted) rs.Delete(row);
+  return row;
 }
 
 void UndoSteps::Renumber(RowIndex row, RowIndex now) {
   for (auto* steps : {&m_done, &m_undone}) {
     for (Step& step : *steps) {
-      for (Row& entry : step) {
-        if (entry.row == row) entry.row = now;
-      }
+      auto entry = step.extract(row);
+      if (entry.empty()) continue;
+      entry.key() = now;
+      step.insert(std::move(entry));
     }
   }
 }

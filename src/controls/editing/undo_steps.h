@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <span>
@@ -49,17 +50,18 @@ class UndoSteps {
     std::vector<std::pair<platform::ColumnIndex, platform::Value>> edits;
     friend bool operator==(const Overlay&, const Overlay&) = default;
   };
-  struct Row {
-    platform::RowIndex row = 0;
+  struct Overlays {
     Overlay before;
     Overlay behind;
   };
-  using Step = std::vector<Row>;
+  /// By the row: many rows can be changed at once, and are stored one after the other.
+  using Step = std::map<platform::RowIndex, Overlays>;
 
   static Overlay OverlayOf(const platform::Recordset& rs, platform::RowIndex row);
   std::vector<platform::RowIndex> Move(platform::Recordset& rs, std::vector<Step>& from,
                                        std::vector<Step>& to, bool bBack);
-  void Lay(platform::Recordset& rs, platform::RowIndex row, const Overlay& overlay);
+  /// Gives the number that the row has now.
+  platform::RowIndex Lay(platform::Recordset& rs, platform::RowIndex row, const Overlay& overlay);
   void Renumber(platform::RowIndex row, platform::RowIndex now);
 
   std::vector<Step> m_done;

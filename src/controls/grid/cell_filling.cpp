@@ -110,7 +110,14 @@ void CellFilling::Fill(std::vector<Value> values) {
       const RowIndex row = m_window.Rows().Model().RecordRow(index.row() + static_cast<int>(n));
       edits.push_back({row, index.column(), values[n]});
     }
+    const auto nLeft = std::ranges::count_if(
+        edits, [&](const CellEdit& edit) { return !m_session.CanEdit(edit.row, edit.column); });
     m_session.Edit(edits);
+    if (nLeft == 0) return;
+    m_window.Remark(QStringLiteral("%L1 of %L2 cells were left as they are: they cannot be edited.")
+                        .arg(nLeft)
+                        .arg(nValues),
+                    true);
   };
   const auto nRoom = static_cast<std::size_t>(std::max(1, model.Places() - index.row()));
   const std::size_t nFilled = std::min(values.size(), nRoom);
@@ -163,6 +170,12 @@ void CellFilling::Lay(const CopiedCells& block) {
   const QModelIndex index = m_window.Rows().currentIndex();
   const std::vector<int> columns = ColumnsFrom(index.column());
   const RecordsetPtr rs = m_session.Recordset();
+  std::size_t nCells = 0;
+  for (const auto& row : block) nCells += row.size();
+  if (nCells > static_cast<std::size_t>(kMostCells)) {
+    throw Failure(platform::failure::kInvalidArgument,
+                  "The block has more than 100,000 cells; copy fewer, or import them from a file.");
+  }
   std::vector<CellEdit> edits;
   for (std::size_t nRow = 0; nRow < block.size(); ++nRow) {
     const int nPlace = index.row() + static_cast<int>(nRow);

@@ -26,6 +26,9 @@ class CellFilling final : public QObject {
   /// More values of a statement are not asked for.
   static constexpr platform::Long kMostValues = 10'000;
 
+  /// More cells are not changed at once.
+  static constexpr int kMostCells = 100'000;
+
   /// The statements asked last, the latest first, are shared by all grids.
   CellFilling(GridWindow& window, EditSession& session, Asker asker,
               std::shared_ptr<QStringList> last);
@@ -39,8 +42,6 @@ class CellFilling final : public QObject {
   void Paste();
 
  private:
-  /// A cell of the block; none is null.
-
   void Run(CellQueryDialog& dialog, platform::RowIndex row, platform::ColumnIndex column);
   void Fill(std::vector<platform::Value> values);
   /// The value as the column keeps it; fails with a sentence where that cannot be.

@@ -6,6 +6,7 @@
 #include "controls/editing/carried_edits.h"
 #include "controls/grid/grid_trend.h"
 #include "controls/grid/grid_window.h"
+#include "controls/values/tell_box.h"
 #include "controls/view/status_strip.h"
 #include "platform/conversions.h"
 
@@ -155,7 +156,8 @@ void GridCore::Run(const GridQuery& query, Access access) {
     throw;
   } catch (const std::exception& exception) {
     if (life.expired()) throw;
-    ShowFailure(platform::failure::kComponent, exception.what(), *before, query.sorted.has_value());
+    ShowFailure(platform::failure::kComponent, SentenceOf(exception).toStdString(), *before,
+                query.sorted.has_value());
     throw;
   }
   m_window->Trend().ForgetUnits();
@@ -265,9 +267,9 @@ void GridCore::Reconnect(const std::function<void()>& handler) {
     NoteFailure(failures, exception);
     if (bOpened || life.expired()) return;
     if (m_recordset) {
-      m_window->Lost(exception.what());
+      m_window->Lost(SentenceOf(exception));
     } else {
-      m_window->ShowFailure(kNoneFetched, exception.what(), true);
+      m_window->ShowFailure(kNoneFetched, SentenceOf(exception), true);
     }
   }
 }
@@ -289,7 +291,8 @@ void GridCore::NoteFailure(const std::shared_ptr<platform::FailureLog>& failures
   if (!failures) return;
   const auto* failure = dynamic_cast<const Failure*>(&exception);
   failures->Note(failure ? *failure
-                         : Failure(platform::failure::kComponent, exception.what(), "grid"));
+                         : Failure(platform::failure::kComponent,
+                                   SentenceOf(exception).toStdString(), "grid"));
 }
 
 Fetching GridCore::HowFetched() const {

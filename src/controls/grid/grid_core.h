@@ -129,7 +129,7 @@ class GridCore {
   struct Shown {
     platform::RecordsetPtr rs;
     RowsState state;
-    bool IsUnsent() const { return rs && !rs->PendingRows().empty(); }
+    bool IsUnsent() const { return rs && rs->PendingCount() > 0; }
   };
   Shown ShownNow() const;
   /// Without a table where there is none.

@@ -42,13 +42,14 @@ GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events ev
       m_window(window),
       m_rows(&window.Rows()),
       m_events(std::move(events)),
-      m_session([this](std::optional<RowIndex> row) { RowChanged(row); }),
+      m_session([this](std::span<const RowIndex> rows) { RowsChanged(rows); }),
       m_filling(new CellFilling(window, m_session, std::move(asker), std::move(lastQueries))),
       m_questions(
           new RowQuestions(window, m_session,
                            {[this] { m_outbox->SendAll(); }, [this](RowIndex row) { GoTo(row); },
                             [this](RowIndex row) { m_outbox->Leave(row); },
-                            [this](const auto& rows) { m_outbox->Delete(rows); }},
+                            [this](const auto& rows) { m_outbox->Delete(rows); },
+                            [this] { Raise(m_events.deleted); }},
                            this)),
       m_outbox(new RowOutbox(
           m_session, std::move(server),
@@ -57,19 +58,20 @@ GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events ev
            [this](const QString& sSentence) { m_window.Lost(sSentence); },
            [this](bool bSending) {
              m_window.Rows().setProperty(platform::LongOperation::kKeepsKeys, bSending);
-           }},
+           },
+           [this](RowIndex sent, RowIndex of) { TellOfProgress(sent, of); }},
           this)) {
   m_filling->setParent(this);
   RowView& rows = m_window.Rows();
   rows.installEventFilter(this);
   rows.viewport()->installEventFilter(this);
   connect(rows.selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& current, const QModelIndex& previous) {
-            if (previous.isValid() && previous.row() != current.row()) {
-              m_outbox->Leave(m_window.Rows().Model().RecordRow(previous.row()));
-            }
+          [this](const QModelIndex& /*current*/, const QModelIndex& previous) {
+            if (!m_current && previous.isValid()) m_current = RecordRowOf(previous);
+            FollowCurrent();
             TellOfCurrent();
           });
+  m_window.OnArranged([this] { FollowCurrent(); });
   for (CellDelegate* cells : Cells()) {
     cells->OnTyped([this] { TellOfPending(); });
     connect(cells, &QAbstractItemDelegate::closeEditor, this, [this] { TellOfPending(); });
@@ -82,6 +84,7 @@ GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events ev
 
 GridEditing::~GridEditing() {
   if (!m_rows) return;
+  m_window.OnArranged({});
   m_rows->Model().Editing(nullptr);
   for (CellDelegate* cells : Cells()) cells->OnTyped({});
 }
@@ -94,6 +97,7 @@ std::array<CellDelegate*, 2> GridEditing::Cells() const {
 void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatability,
                        ValueInput input, std::shared_ptr<EditNotes> notes) {
   m_outbox->Clear();
+  m_current.reset();
   m_session.Show(rs, std::move(updatability), std::move(input), std::move(notes));
   RowView& rows = m_window.Rows();
   const auto& can = m_session.Updatability();
@@ -106,6 +110,7 @@ void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatabili
 
 void GridEditing::ShowNothing() {
   m_outbox->Clear();
+  m_current.reset();
   m_session.ShowNothing();
   m_window.Rows().setEditTriggers(QAbstractItemView::NoEditTriggers);
   m_window.Status().ReadOnly({});
@@ -118,7 +123,7 @@ void GridEditing::AddCommands() {
     const QModelIndex index = m_window.Rows().currentIndex();
     return index.isValid() && m_window.Rows().model()->flags(index).testFlag(Qt::ItemIsEditable);
   };
-  const auto pending = [this] { return !m_session.Pending().empty(); };
+  const auto pending = [this] { return m_session.PendingCount() > 0; };
   const auto edits = [this] { return m_session.Updatability().bUpdate; };
   commands.Add(
       {CommandGroup::Edit, "&Edit Cell", Qt::Key_F2, [this] { StartEditing(); }, canEdit, edits});
@@ -179,6 +184,7 @@ bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
     if ((key.key() == Qt::Key_F2 || WouldType(key)) && RefuseEdit()) return true;
+    if (key.key() == Qt::Key_Delete && modifiers == Qt::NoModifier && RefuseDelete()) return true;
   }
   if (!bKey && watched == rows.viewport()) RefuseEdit();
   return QObject::eventFilter(watched, event);
@@ -188,6 +194,19 @@ bool GridEditing::RefuseEdit() {
   const QString sWhyNot = m_session.WhyNotEdited(m_window.Rows().currentIndex().column());
   if (sWhyNot.isEmpty()) return false;
   m_window.Status().Remark(sWhyNot);
+  return true;
+}
+
+bool GridEditing::RefuseDelete() {
+  if (!m_session.Recordset()) return false;
+  if (!DeleteAllowed()) {
+    m_window.Status().Remark(m_session.Updatability().sWhyNot);
+  } else if (!m_window.Rows().RowsSelected()) {
+    m_window.Status().Remark(
+        "No row is selected to be deleted; click its number, or press Shift+Space, first.");
+  } else {
+    return false;
+  }
   return true;
 }
 
@@ -233,9 +252,19 @@ void GridEditing::OpenCell() {
   dialog->open();
 }
 
-std::vector<CellEdit> GridEditing::SelectedCells() const {
+std::vector<CellEdit> GridEditing::SelectedCells() {
   RowView& rows = m_window.Rows();
   std::vector<CellEdit> cells;
+  RowIndex selected = 0;
+  for (const QItemSelectionRange& range : rows.selectionModel()->selection()) {
+    selected += RowIndex{range.height()} * range.width();
+  }
+  if (selected > CellFilling::kMostCells) {
+    m_window.Status().Remark(
+        QStringLiteral("Nothing was changed: more than %L1 cells are selected; select fewer.")
+            .arg(CellFilling::kMostCells));
+    return {};
+  }
   for (const QItemSelectionRange& range : rows.selectionModel()->selection()) {
     for (int nRow = range.top(); nRow <= range.bottom(); ++nRow) {
       if (rows.Model().IsEmptyRow(nRow)) continue;
@@ -254,7 +283,8 @@ std::vector<CellEdit> GridEditing::SelectedCells() const {
 }
 
 void GridEditing::SetNull() {
-  m_session.Edit(SelectedCells());
+  const std::vector<CellEdit> cells = SelectedCells();
+  if (!cells.empty()) m_session.Edit(cells);
 }
 
 void GridEditing::DiscardRow() {
@@ -288,30 +318,56 @@ void GridEditing::Raise(const std::function<void()>& event) {
 
 // ---- what is told
 
-void GridEditing::RowChanged(std::optional<RowIndex> row) {
+RowIndex GridEditing::RecordRowOf(const QModelIndex& index) const {
+  return m_window.Rows().Model().RecordRow(index.row());
+}
+
+void GridEditing::RowsChanged(std::span<const RowIndex> rows) {
+  const QModelIndex current = m_window.Rows().currentIndex();
+  if (!m_current && current.isValid()) m_current = RecordRowOf(current);
   RowModel& model = m_window.Rows().Model();
-  if (!row) {
-    model.TakeRowsIn();
-  } else {
-    model.TellOfChange(*row);
-  }
+  model.TakeRowsIn();
+  model.TellOfChange(rows);
   TellOfPending();
   TellOfCurrent();
 }
 
+void GridEditing::TellOfProgress(RowIndex sent, RowIndex of) {
+  const auto number = [](RowIndex rows) { return static_cast<qlonglong>(rows); };
+  if (sent < of) {
+    m_window.Working(
+        QStringLiteral("Storing rows: %L1 of %L2\u2026").arg(number(sent)).arg(number(of)),
+        "Stops it; what is not stored yet stays as it is", [this] { m_outbox->Stop(); });
+    return;
+  }
+  m_window.Working({}, {}, {});
+  m_questions->RowsStored();
+  const RowIndex left = m_session.PendingCount();
+  if (left == 0) return;
+  m_window.Status().Remark(RowsText(left) + (left == 1 ? QStringLiteral(" is not stored.")
+                                                       : QStringLiteral(" are not stored.")));
+}
+
+void GridEditing::FollowCurrent() {
+  const QModelIndex current = m_window.Rows().currentIndex();
+  const auto before = m_current;
+  m_current.reset();
+  if (current.isValid()) m_current = RecordRowOf(current);
+  if (before && before != m_current) m_outbox->Leave(*before);
+}
+
 void GridEditing::TellOfPending() {
-  m_window.Status().Pending(static_cast<RowIndex>(m_session.Pending().size()));
+  m_window.Status().Pending(m_session.PendingCount());
   if (m_session.Recordset() && m_events.pending) m_events.pending(Unsent());
 }
 
 RowIndex GridEditing::Unsent() const {
-  const auto pending = m_session.Pending();
-  const auto rows = static_cast<RowIndex>(pending.size());
+  const RowIndex rows = m_session.PendingCount();
   const CellEditor* typed = Typed();
   const QModelIndex current = m_window.Rows().currentIndex();
   if (!typed || !typed->Touched() || !current.isValid()) return rows;
   const RowIndex row = m_window.Rows().Model().RecordRow(current.row());
-  return std::ranges::binary_search(pending, row) ? rows : rows + 1;
+  return m_session.IsPending(row) ? rows : rows + 1;
 }
 
 void GridEditing::TellOfCurrent() {

@@ -68,11 +68,20 @@ class GridEditing final : public QObject {
   void SetNull();
   void DiscardRow();
   void GoTo(std::optional<platform::RowIndex> row);
-  std::vector<CellEdit> SelectedCells() const;
+  /// None, with a sentence in the strip, where they are more than can be changed at once.
+  std::vector<CellEdit> SelectedCells();
   bool RefuseEdit();
+  /// True where the key that deletes rows has nothing to delete; the strip says why.
+  bool RefuseDelete();
   static void Raise(const std::function<void()>& event);
   void TellOfStored(platform::RowState before);
-  void RowChanged(std::optional<platform::RowIndex> row);
+  void RowsChanged(std::span<const platform::RowIndex> rows);
+  /// Storing many rows: so many of all are sent.
+  void TellOfProgress(platform::RowIndex sent, platform::RowIndex of);
+  platform::RowIndex RecordRowOf(const QModelIndex& index) const;
+  /// The row in which the keys are now, as the one before is left without any key or click where
+  /// rows are put into order or filtered.
+  void FollowCurrent();
   void TellOfPending();
   platform::RowIndex Unsent() const;
   std::array<CellDelegate*, 2> Cells() const;
@@ -85,6 +94,7 @@ class GridEditing final : public QObject {
   CellFilling* m_filling;
   RowQuestions* m_questions;
   RowOutbox* m_outbox;
+  std::optional<platform::RowIndex> m_current;
 };
 
 }  // namespace orvane::controls

@@ -6,6 +6,7 @@
 
 #include "controls/grid/grid_window.h"
 #include "controls/statements/row_changes.h"
+#include "controls/values/tell_box.h"
 #include "platform/failure.h"
 
 namespace orvane::controls {
@@ -186,8 +187,9 @@ Answer GridStatements::Answered(const Call& ask) {
   } catch (const Failure& failure) {
     answer.sWhyNot = QString::fromStdString(failure.Description());
     answer.bLost = platform::failure::IsLostConnection(failure.Number());
+    answer.bCancelled = failure.Number() == platform::failure::kCancelled;
   } catch (const std::exception& exception) {
-    answer.sWhyNot = QString::fromUtf8(exception.what());
+    answer.sWhyNot = SentenceOf(exception);
   }
   return answer;
 }

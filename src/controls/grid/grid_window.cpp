@@ -131,6 +131,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     if (m_rows->Arranging() || m_bExchanging) return;
     TellOfNoRows();
     ShowPosition();
+    if (m_arranged) m_arranged();
     TellOfExchange();
   });
   m_rows->OnArrangingStopped([this] {
@@ -153,6 +154,12 @@ void GridWindow::Lost(const QString& sSentence) {
 
 void GridWindow::Above(QWidget* bar) {
   static_cast<QVBoxLayout*>(layout())->insertWidget(0, bar);
+}
+
+void GridWindow::Working(const QString& sWhat, const QString& sStopTip,
+                         std::function<void()> stop) {
+  if (!sWhat.isEmpty()) return m_status->Working(sWhat, sStopTip, std::move(stop));
+  TellOfArrangement({});
 }
 
 void GridWindow::OnCancel(std::function<void()> handler) {

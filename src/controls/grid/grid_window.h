@@ -66,6 +66,10 @@ class GridWindow : public QWidget {
   void Lost(const QString& sSentence);
   /// Places a bar above everything else; it becomes the window's.
   void Above(QWidget* bar);
+  /// Called when the rows stand in another order, or others of them are seen.
+  void OnArranged(std::function<void()> handler) { m_arranged = std::move(handler); }
+  /// Says what is being done with rows, with a button that ends it; nothing any more when empty.
+  void Working(const QString& sWhat, const QString& sStopTip, std::function<void()> stop);
   /// One row as a form.
   RowForm& Form() const { return *m_form; }
   /// The rows as a trend.
@@ -122,6 +126,7 @@ class GridWindow : public QWidget {
   bool m_bToldOfClosing = false;
   QString m_sToldWhen;
   QString m_sLost;  ///< what happened to the connection of the rows; empty for nothing
+  std::function<void()> m_arranged;
   std::function<void()> m_count;
   std::function<void()> m_reconnect;
   int m_nRaising = 0;

@@ -20,7 +20,7 @@ QueryResults::QueryResults(GridServices services)
                       [this] { return Sent(); },
                       [this] {
                         return !m_core.Editing().IsTyping() &&
-                               m_core.Editing().Session().Pending().empty();
+                               m_core.Editing().Session().PendingCount() == 0;
                       },
                       [this] { return m_sSqlText; }}),
       m_order(m_core, {[this](const ServerOrder::Criteria& order) { return TakesOrder(order); },

@@ -4,6 +4,7 @@
 
 #include "controls/grid/grid_query.h"
 #include "controls/grid/grid_window.h"
+#include "controls/values/tell_box.h"
 
 namespace orvane::controls {
 
@@ -87,7 +88,7 @@ void RowFollowing::Exchange(GridCore::Fresh fresh, const RowMoves& moves) {
 void RowFollowing::Tell(platform::Long lNumber, const std::exception& exception) {
   // It gave way to the user, or somebody else has the connection: the next pause is over soon.
   if (lNumber == platform::failure::kCancelled || lNumber == platform::failure::kBusy) return;
-  const QString sSentence = QString::fromUtf8(exception.what());
+  const QString sSentence = SentenceOf(exception);
   if (platform::failure::IsLostConnection(lNumber)) {
     m_core.Window().Lost(sSentence);
   } else {

@@ -49,6 +49,8 @@ void RowQuestions::AskToSettle(RowIndex row) {
   dialog->OfferNewRow(m_session.OffersNewRow());
   connect(dialog, &QDialog::finished, this, [this, dialog, rs, row](int nAnswer) {
     if (nAnswer == ConflictDialog::kLater || m_session.Recordset() != rs) return;
+    const RowConflict* settled = m_session.ConflictOf(row);
+    const bool bGone = settled && settled->IsGone();
     if (nAnswer == ConflictDialog::kAddAsNew) {
       AddAsNew(row);
     } else {
@@ -56,6 +58,9 @@ void RowQuestions::AskToSettle(RowIndex row) {
     }
     m_actions.leave(row);
     if (m_review) m_review->Refresh();
+    // Whoever hears of it may be the end of the grid.
+    const auto deleted = m_actions.deleted;
+    if (bGone) deleted();
   });
   dialog->open();
 }
@@ -73,8 +78,12 @@ void RowQuestions::AddAsNew(RowIndex row) {
   m_actions.leave(edits.front().row);
 }
 
+void RowQuestions::RowsStored() {
+  if (m_review) m_review->Refresh();
+}
+
 void RowQuestions::Review() {
-  if (m_session.Pending().empty() || m_review) return;
+  if (m_session.PendingCount() == 0 || m_review) return;
   m_review = new PendingReview(
       m_session, m_window.Rows().Model().Format(),
       {m_actions.storeAll, m_actions.goTo, [this](RowIndex row) { AskToSettle(row); }}, &m_window);
@@ -95,6 +104,15 @@ std::vector<RowIndex> RowQuestions::SelectedRecordRows() const {
 }
 
 void RowQuestions::DeleteSelectedRows() {
+  RowIndex selected = 0;
+  const auto& selection = m_window.Rows().selectionModel()->selection();
+  for (const QItemSelectionRange& range : selection) selected += range.height();
+  if (selected > kMostDeleted + 1) {
+    return m_window.Status().Remark(
+        QStringLiteral("Nothing was deleted: more than %L1 rows are selected; select fewer, or "
+                       "delete them by a query.")
+            .arg(static_cast<qlonglong>(kMostDeleted)));
+  }
   const auto rows = SelectedRecordRows();
   if (rows.empty() || !m_session.Updatability().bDelete) return;
   auto* box = new QMessageBox(&m_window);

@@ -23,12 +23,17 @@ class RowQuestions final : public QObject {
     std::function<void(platform::RowIndex)> goTo;
     std::function<void(platform::RowIndex)> leave;  ///< the row is to be sent
     std::function<void(const std::vector<platform::RowIndex>& rows)> deleteRows;
+    std::function<void()> deleted;  ///< a row that is gone at the server has gone here, too
   };
 
   RowQuestions(GridWindow& window, EditSession& session, Actions actions, QObject* parent);
 
   /// Asks once, then has the selected rows deleted at the server.
   void DeleteSelectedRows();
+  /// Rows beyond this number are not deleted at once.
+  static constexpr platform::RowIndex kMostDeleted = 100'000;
+  /// Rows were stored since they were listed.
+  void RowsStored();
   /// Lists the rows that are not stored.
   void Review();
   /// Asks what becomes of a row that somebody else has changed; nothing of one without a conflict.

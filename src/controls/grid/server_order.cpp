@@ -20,7 +20,7 @@ bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
   if (!rs || !cn || !cn->IsOpen() || m_core.Running()) return false;
   const bool bAllAreHere = rs->State() == platform::FetchState::Complete;
   // What is not stored would be lost with the rows it lies over.
-  if ((bAllAreHere && m_order.empty()) || !rs->PendingRows().empty()) return false;
+  if ((bAllAreHere && m_order.empty()) || rs->PendingCount() > 0) return false;
   Criteria order;
   for (const SortColumn& column : columns) {
     order.push_back({rs->FieldAt(column.column).Name(), column.bAscending});

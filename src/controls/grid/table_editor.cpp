@@ -107,7 +107,7 @@ RowCount::Counted TableEditor::Counted() const {
 }
 
 bool TableEditor::Editing() const {
-  return m_core.Editing().IsTyping() || !m_core.Editing().Session().Pending().empty();
+  return m_core.Editing().IsTyping() || m_core.Editing().Session().PendingCount() > 0;
 }
 
 platform::Subscription TableEditor::OnHeadClick(std::function<void()> handler) {

@@ -25,4 +25,11 @@ struct Arrangement {
   bool NeedsNoWork() const { return filters.empty() && (sort.empty() || bSortedByServer); }
 };
 
+/// By what is sorted when somebody chooses a column: by it alone, or with bAdd by it after those
+/// that are sorted by already.
+std::vector<SortColumn> SortedBy(const std::vector<SortColumn>& sort, SortColumn by, bool bAdd);
+/// The same for a press on a column's arrow: up, down, and as the rows came.
+std::vector<SortColumn> SortedByArrow(const std::vector<SortColumn>& sort,
+                                      platform::ColumnIndex column, bool bAdd);
+
 }  // namespace orvane::controls

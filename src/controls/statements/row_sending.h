@@ -13,9 +13,10 @@ namespace orvane::controls {
 template <class Answer>
 struct Reply {
   std::optional<Answer> answer = {};
-  QString sWhyNot = {};  ///< one sentence with what failed
-  bool bBusy = false;    ///< nothing was sent, as the grid was at work: send it again after that
-  bool bLost = false;    ///< the server cannot be reached any more
+  QString sWhyNot = {};     ///< one sentence with what failed
+  bool bBusy = false;       ///< nothing was sent, as the grid was at work: send it again after that
+  bool bCancelled = false;  ///< the user waits no more
+  bool bLost = false;       ///< the server cannot be reached any more
 };
 
 using Sent = Reply<SentRow>;

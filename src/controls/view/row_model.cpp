@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "controls/values/tip_text.h"
@@ -14,6 +15,9 @@ using platform::RowIndex;
 using platform::Value;
 
 namespace {
+
+/// So many are looked for among all one by one.
+constexpr std::size_t kFewRows = 16;
 
 QVariant TypedVariant(const Value& vtValue, const CellFormat& format) {
   if (vtValue.IsNull()) return {};
@@ -81,29 +85,55 @@ int RowModel::CountPlaces() const {
   return static_cast<int>(std::min(ordered - static_cast<RowIndex>(m_gonePlaces.size()), kMaxRows));
 }
 
+// In ascending order; of many all places are gone through once, instead of once for each.
+std::vector<RowIndex> RowModel::OrderedPlacesOf(const std::set<RowIndex>& rows) const {
+  std::vector<RowIndex> places;
+  if (!m_order) return {rows.begin(), rows.end()};
+  if (rows.size() <= kFewRows) {
+    for (const RowIndex row : rows) {
+      if (const auto place = m_order->PlaceOf(row)) places.push_back(*place);
+    }
+    std::ranges::sort(places);
+    return places;
+  }
+  const RowIndex count = m_order->Count(m_recordset->RecordCount());
+  for (RowIndex place = 0; place < count; ++place) {
+    if (rows.contains(m_order->RecordRow(place))) places.push_back(place);
+  }
+  return places;
+}
+
 void RowModel::FindGonePlaces() {
   m_gonePlaces.clear();
   m_nGoneRows = 0;
   if (!m_recordset || !m_editing) return;
-  for (const RowIndex row : m_editing->GoneRows()) {
-    ++m_nGoneRows;
-    if (const auto place = OrderedPlaceOf(row)) m_gonePlaces.push_back(*place);
-  }
-  std::ranges::sort(m_gonePlaces);
+  m_nGoneRows = m_editing->GoneRows().size();
+  m_gonePlaces = OrderedPlacesOf(m_editing->GoneRows());
 }
 
 void RowModel::TakeRowsOut() {
   if (!m_editing || m_editing->GoneRows().size() == m_nGoneRows) return;
-  for (const RowIndex row : m_editing->GoneRows()) {
-    const int nPlace = PlaceOf(row);
-    if (nPlace < 0) continue;
-    beginRemoveRows({}, nPlace, nPlace);
-    const RowIndex place = *OrderedPlaceOf(row);
-    m_gonePlaces.insert(std::ranges::upper_bound(m_gonePlaces, place), place);
-    --m_nPlaces;
-    endRemoveRows();
-  }
+  std::vector<RowIndex> gone;
+  std::ranges::set_difference(OrderedPlacesOf(m_editing->GoneRows()), m_gonePlaces,
+                              std::back_inserter(gone));
   m_nGoneRows = m_editing->GoneRows().size();
+  for (std::size_t n = 0; n < gone.size();) {
+    // Those that stand together go together.
+    std::size_t nEnd = n + 1;
+    while (nEnd < gone.size() && gone[nEnd] == gone[nEnd - 1] + 1) ++nEnd;
+    const auto at = std::ranges::upper_bound(m_gonePlaces, gone[n]);
+    const auto nFirst = static_cast<int>(gone[n] - (at - m_gonePlaces.begin()));
+    // One that came since stands where nobody has been told of a row yet.
+    const int nLast = std::min(nFirst + static_cast<int>(nEnd - n), m_nPlaces) - 1;
+    if (nFirst <= nLast) beginRemoveRows({}, nFirst, nLast);
+    m_gonePlaces.insert(at, gone.begin() + static_cast<std::ptrdiff_t>(n),
+                        gone.begin() + static_cast<std::ptrdiff_t>(nEnd));
+    if (nFirst <= nLast) {
+      m_nPlaces -= nLast - nFirst + 1;
+      endRemoveRows();
+    }
+    n = nEnd;
+  }
 }
 
 void RowModel::TakeRowsIn() {
@@ -194,11 +224,19 @@ void RowModel::Editing(RowEditing* editing) {
   endResetModel();
 }
 
-void RowModel::TellOfChange(RowIndex row) {
-  const int nPlace = PlaceOf(row);
-  if (nPlace < 0 || columnCount() == 0) return;
-  emit dataChanged(index(nPlace, 0), index(nPlace, columnCount() - 1));
-  emit headerDataChanged(Qt::Vertical, nPlace, nPlace);
+void RowModel::TellOfChange(std::span<const RowIndex> rows) {
+  if (columnCount() == 0 || m_nPlaces == 0) return;
+  // Those in sight are painted anew either way.
+  if (rows.size() > kFewRows) return TellOfPlaces(0, m_nPlaces - 1);
+  for (const RowIndex row : rows) {
+    const int nPlace = PlaceOf(row);
+    if (nPlace >= 0) TellOfPlaces(nPlace, nPlace);
+  }
+}
+
+void RowModel::TellOfPlaces(int nFirst, int nLast) {
+  emit dataChanged(index(nFirst, 0), index(nLast, columnCount() - 1));
+  emit headerDataChanged(Qt::Vertical, nFirst, nLast);
 }
 
 bool RowModel::IsNew(int nPlace) const {

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -70,8 +71,8 @@ class RowModel : public QAbstractTableModel {
   /// Rows that stand in the view, without the empty row at the end.
   int Places() const { return m_nPlaces; }
   bool IsEmptyRow(int nPlace) const { return nPlace == m_nPlaces; }
-  /// Tells those who look at a row of the recordset that it changed.
-  void TellOfChange(platform::RowIndex row);
+  /// Tells those who look at rows of the recordset that these changed.
+  void TellOfChange(std::span<const platform::RowIndex> rows);
 
   const CellFormat& Format() const { return m_format; }
   Cell CellAt(int nPlace, int nColumn) const;
@@ -107,6 +108,8 @@ class RowModel : public QAbstractTableModel {
   bool OffersNewRow() const;
   void TakeRowsOut();
   void FindGonePlaces();
+  std::vector<platform::RowIndex> OrderedPlacesOf(const std::set<platform::RowIndex>& rows) const;
+  void TellOfPlaces(int nFirst, int nLast);
   std::optional<platform::RowIndex> OrderedPlaceOf(platform::RowIndex row) const;
   QString MarkOf(int nPlace) const;
   QString RemarkAt(int nPlace) const;

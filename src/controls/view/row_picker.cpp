@@ -28,8 +28,8 @@ RowPicker::RowPicker(QAbstractItemModel* model, QWidget* parent) : RowArea(model
 bool RowPicker::RowsSelected() const {
   const int nColumns = model()->columnCount();
   if (nColumns == 1 && !m_bRowsChosen) return false;
-  return std::ranges::any_of(selectionModel()->selection(), [nColumns](const auto& range) {
-    return range.left() == 0 && range.right() == nColumns - 1;
+  return std::ranges::any_of(selectionModel()->selection(), [&](const auto& range) {
+    return range.left() == 0 && range.right() == nColumns - 1 && range.top() < Places();
   });
 }
 

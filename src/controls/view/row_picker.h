@@ -15,7 +15,8 @@ class RowPicker : public RowArea {
   RowPicker(QAbstractItemModel* model, QWidget* parent);
 
   bool HasRows() const { return model()->rowCount() > 0; }
-  /// True when whole rows are selected. In a grid of one column a selected cell is no row.
+  /// True when whole rows are selected; the empty one at the end is none. In a grid of one column a
+  /// selected cell is no row.
   bool RowsSelected() const;
   /// Whether the selection was made of whole rows.
   bool RowsChosen() const { return m_bRowsChosen; }
@@ -33,6 +34,8 @@ class RowPicker : public RowArea {
   void keyboardSearch(const QString&) override {}
 
  protected:
+  /// Rows that are there; behind them stands at most an empty one.
+  virtual int Places() const { return model()->rowCount(); }
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;

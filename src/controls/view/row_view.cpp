@@ -59,7 +59,7 @@ RowView::RowView(QWidget* parent)
   setTabKeyNavigation(false);  // Tab leaves the grid: a keyboard must not be caught in it
   AddCommands();
   Names().OnArrow([this](int nColumn, Qt::KeyboardModifiers modifiers) {
-    PressArrow(nColumn, modifiers);
+    Sort(SortedByArrow(m_arrangement.sort, nColumn, modifiers.testFlag(Qt::ShiftModifier)));
     const auto clicked = m_arrowClicked;
     if (clicked) clicked();
   });
@@ -194,27 +194,7 @@ void RowView::Sort(std::vector<SortColumn> columns) {
 }
 
 void RowView::SortBy(int nColumn, bool bAscending, bool bAdd) {
-  std::vector<SortColumn> columns;
-  if (bAdd) columns = m_arrangement.sort;
-  const auto known = std::ranges::find(columns, nColumn, &SortColumn::column);
-  if (known != columns.end()) {
-    known->bAscending = bAscending;
-  } else {
-    columns.push_back({nColumn, bAscending});
-  }
-  Sort(std::move(columns));
-}
-
-void RowView::PressArrow(int nColumn, Qt::KeyboardModifiers modifiers) {
-  const bool bAdd = modifiers.testFlag(Qt::ShiftModifier);
-  std::vector<SortColumn> columns = m_arrangement.sort;
-  const auto known = std::ranges::find(columns, nColumn, &SortColumn::column);
-  if (known == columns.end()) return SortBy(nColumn, true, bAdd);
-  if (known->bAscending) return SortBy(nColumn, false, bAdd);
-  // Up, down, and as they came.
-  columns.erase(known);
-  if (!bAdd) columns.clear();
-  Sort(std::move(columns));
+  Sort(SortedBy(m_arrangement.sort, {nColumn, bAscending}, bAdd));
 }
 
 void RowView::SortedByServer(std::vector<SortColumn> columns) {

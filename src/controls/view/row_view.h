@@ -88,6 +88,7 @@ class RowView : public RowPicker {
   RowCopier& Copier() { return m_copier; }
 
  protected:
+  int Places() const override { return m_model->Places(); }
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
@@ -97,7 +98,6 @@ class RowView : public RowPicker {
 
  private:
   void AddCommands();
-  void PressArrow(int nColumn, Qt::KeyboardModifiers modifiers);
   void OpenMenu(QPoint where, void (GridCommands::*fill)(QMenu&) const = &GridCommands::Fill);
   void OpenNamesMenu(QPoint at);
   void LeaveHidden();

@@ -2,6 +2,7 @@
 // Implemented by the connection layer; used by the snap-in and the grids.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -178,6 +179,12 @@ class Recordset : public Object {
   virtual Boolean IsEdited(RowIndex /*row*/, ColumnIndex /*column*/) const { return false; }
   /// The rows that are not as they were fetched, in the order of their numbers.
   virtual std::vector<RowIndex> PendingRows() const { return {}; }
+  /// Whether the row is one of those, and how many there are.
+  virtual Boolean IsPending(RowIndex row) const {
+    const std::vector<RowIndex> rows = PendingRows();
+    return std::find(rows.begin(), rows.end(), row) != rows.end();
+  }
+  virtual RowIndex PendingCount() const { return static_cast<RowIndex>(PendingRows().size()); }
   /// Lays a value over the cell. A kind that differs from the column's is kept as it is given.
   virtual void ValueAt(RowIndex /*row*/, ColumnIndex /*column*/, const platform::Value& /*vt*/) {
     FailReadOnly();

@@ -1,0 +1,100 @@
+#include "controls/grid/cell_filling.h"
+
+#include "controls/editing/cell_query_dialog.h"
+#include "tests/controls/pumps_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Text;
+
+class cell_filling : public PumpsFixture {};
+
+TEST_F(cell_filling, a_query_fills_the_current_cell_with_its_first_value) {
+  Open("Pumps");
+  GoTo(0, 2);
+  EXPECT_TRUE(m_editor->CanCellQuery());
+  m_editor->CellQuery();
+  QPointer<CellQueryDialog> dialog = Window()->findChild<CellQueryDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  auto* statement = dialog->findChild<QPlainTextEdit*>("statement");
+  const auto run = [&](const QString& sStatement) {
+    statement->setPlainText(sStatement);
+    dialog->findChild<QPushButton*>("run")->click();
+    Settle();
+    return dialog ? dialog->findChild<QLabel*>("sentence")->text().toStdString() : "";
+  };
+  EXPECT_EQ(run("SELECT Flow FROM P..Pumps WHERE Id = 99"),
+            "The statement gave no value; the cell stays as it is.");
+  EXPECT_EQ(run("SELECT Name FROM P..Pumps WHERE Id = 1"),
+            "\"feed\" is no number; enter digits, with \".\" as the decimal point.");
+  EXPECT_EQ(run("DELETE FROM P..Pumps"),
+            "The statement would change data; only one that reads can fill a cell.");
+  EXPECT_EQ(Stored("SELECT count(*) FROM P..Pumps"), "3");
+  run("SELECT Flow * 2 FROM P..Pumps WHERE Id = 2");
+  EXPECT_EQ(Window()->findChild<CellQueryDialog*>(), nullptr);
+  EXPECT_EQ(Cell(0, 2), "6.5");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Stored("SELECT Flow FROM P..Pumps WHERE Id = 1"), "6.5");
+  m_editor->CellQuery();
+  dialog = Window()->findChild<CellQueryDialog*>();
+  EXPECT_EQ(dialog->Statement(), "SELECT Flow * 2 FROM P..Pumps WHERE Id = 2");
+}
+
+TEST_F(cell_filling, several_values_of_a_query_fill_down_after_a_question) {
+  Open("Pumps");
+  GoTo(1, 3);
+  m_editor->CellQuery();
+  auto* dialog = Window()->findChild<CellQueryDialog*>();
+  dialog->findChild<QPlainTextEdit*>("statement")
+      ->setPlainText("SELECT Name FROM P..Pumps ORDER BY Id");
+  dialog->findChild<QPushButton*>("run")->click();
+  Settle();
+  EXPECT_EQ(Cell(1, 3), "NULL");
+  Answer("Fill Down");
+  EXPECT_EQ(Cell(1, 3), "feed");
+  EXPECT_EQ(Cell(2, 3), "drain");
+  EXPECT_EQ(Rows().model()->rowCount(), 4);
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Cell(1, 3), "NULL");
+  EXPECT_EQ(Cell(2, 3), "");
+}
+
+TEST_F(cell_filling, what_is_copied_is_pasted_back_exactly) {
+  m_server->Run(
+      "UPDATE P..Pumps SET Note = 'two\nlines\tand \"quotes\"', Name = 'NULL' WHERE Id = 1");
+  Open("Pumps");
+  Rows().selectAll();
+  Press(Qt::Key_C, Qt::ControlModifier);
+  GoTo(0, 0);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Rows().model()->rowCount(), 4);
+}
+
+TEST_F(cell_filling, a_block_is_pasted_whole_or_not_at_all) {
+  Open("Pumps");
+  QGuiApplication::clipboard()->setText("one\t1.5\ttext\ntwo\thigh\t\"\"\n");
+  GoTo(0, 1);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Label("notice"),
+            "Nothing was pasted. \"high\" is no number; enter digits, with \".\" as the decimal "
+            "point.");
+  QGuiApplication::clipboard()->setText("one\t1.5\t\"a\nb\"\ntwo\t\t\"\"\n");
+  GoTo(2, 1);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "2 rows not stored");
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name, Flow, Note = 'a' || char(10) || 'b' FROM P..Pumps WHERE Id = 3"),
+            "one|1.5|1");
+  EXPECT_EQ(Stored("SELECT Name, Flow IS NULL, Note = '' FROM P..Pumps WHERE Id = 4"), "two|1|1");
+  QGuiApplication::clipboard()->setText("1\t2\t3\t4\t5");
+  GoTo(0, 0);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_NE(Label("notice").find("more columns than there are"), Text::npos);
+}
+
+}  // namespace
+}  // namespace orvane::controls
