@@ -23,10 +23,15 @@ using platform::Long;
 using platform::RecordsetPtr;
 using platform::Text;
 
+/// A positive number from the environment, or the other one where it is not set there.
+int Given(const char* sVariable, int nElse) {
+  const char* sNumber = std::getenv(sVariable);
+  return sNumber ? std::max(1, std::atoi(sNumber)) : nElse;
+}
+
 /// Operations of one run; more with the variable ORVANE_GRID_OPERATIONS.
 int Operations() {
-  const char* sNumber = std::getenv("ORVANE_GRID_OPERATIONS");
-  return sNumber ? std::max(1, std::atoi(sNumber)) : 300;
+  return Given("ORVANE_GRID_OPERATIONS", 300);
 }
 
 class grid_random : public EditingFixture {
@@ -268,7 +273,8 @@ class grid_random : public EditingFixture {
     Press(Qt::Key_Y, Qt::ControlModifier);
   }
 
-  std::mt19937 m_random{20'261'122};
+  /// Other operations with another number in ORVANE_SEED.
+  std::mt19937 m_random{static_cast<unsigned>(Given("ORVANE_SEED", 20'261'122))};
   std::map<int, Row> m_model;
   int m_nNextId = 1;
 };
