@@ -7,6 +7,8 @@ list(APPEND PROVIDER_SOURCES
   dialect/change_reader.cpp
   dialect/output_columns.cpp
   dialect/definition_reader.cpp
+  dialect/engine_forms.cpp
+  dialect/exact_names.cpp
   dialect/expression_reader.cpp
   dialect/lexer.cpp
   dialect/query_reader.cpp

@@ -10,6 +10,8 @@ list(APPEND PROVIDER_SOURCES
   engines/postgres/postgres_engine.cpp
   engines/postgres/postgres_errors.cpp
   engines/postgres/postgres_fetch.cpp
+  engines/postgres/postgres_forms.cpp
+  engines/postgres/postgres_historian.cpp
   engines/postgres/postgres_link.cpp
   engines/postgres/postgres_logon.cpp
   engines/postgres/postgres_parameters.cpp

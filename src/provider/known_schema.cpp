@@ -30,10 +30,12 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
                                                           const Text& sTable) {
   const auto tables = m_session.Schema(Catalog(catalog.sName), {sTable, true}, m_stop);
   if (tables.empty()) return std::nullopt;
-  dialect::KnownTable known{
-      tables.front().sName, {}, tables.front().bView, tables.front().sDefinition};
-  for (const auto& column : tables.front().columns) {
-    const bool bTime = column.type == platform::DataType::DBTimeStamp;
+  // Where names that differ in case only are two, the one that was written.
+  auto table = std::ranges::find(tables, sTable, &engines::TableSchema::sName);
+  if (table == tables.end()) table = tables.begin();
+  dialect::KnownTable known{table->sName, {}, table->bView, table->sDefinition, table->sQuery};
+  for (const auto& column : table->columns) {
+    const bool bTime = column.type == platform::DataType::DBTimeStamp || column.bTime;
     known.columns.push_back({column.sName, bTime ? dialect::Content::Time : dialect::Content::Other,
                              column.sDefault, column.bGenerated,
                              column.type == platform::DataType::WChar, column.bRounds});

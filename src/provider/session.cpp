@@ -109,11 +109,11 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
                                                      dialect::StatementWork& work,
                                                      const std::stop_token& stop) {
   KnownSchema schema(Opened().Catalogs(stop), Opened(), m_names, stop);
-  auto translation =
-      dialect::Translate(statement.sText, std::move(tokens), schema,
-                         {m_options.TimeZone(), m_place.clock(), m_options.IdentifierPrefixes(),
-                          m_options.TimeAsDouble(), Opened().Can().refusedNames},
-                         work, parameters);
+  auto translation = dialect::Translate(
+      statement.sText, std::move(tokens), schema,
+      {m_options.TimeZone(), m_place.clock(), m_options.IdentifierPrefixes(),
+       m_options.TimeAsDouble(), Opened().Can().refusedNames, Opened().Can().form},
+      work, parameters);
   if (statement.batch && translation.parameters.size() != parameters.size()) {
     throw Failure(failure::kNotSupported,
                   "A statement that runs once for each row of values takes all of its times by "
@@ -136,6 +136,7 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   toRun.sSql = std::move(translation.sSql);
   toRun.parameters = std::move(translation.parameters);
   toRun.batch = statement.batch;
+  toRun.written = {statement.sText, std::move(translation.places)};
   toRun.functions = std::move(translation.functions);
   toRun.storedTimes = std::move(translation.storedTimes);
   toRun.maxRows = std::max<platform::Long>(statement.lMaxRecords, 0);

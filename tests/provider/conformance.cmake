@@ -1,5 +1,5 @@
 # What every engine promises, on every engine that there is.
-orvane_test(conformance
+orvane_test(conformance WHOLE
   LINK orvane_provider
   SOURCES
     conformance/batch_test.cpp
@@ -9,10 +9,12 @@ orvane_test(conformance
     conformance/engine_test.cpp
     conformance/engine_under_test.cpp
     conformance/parameters_test.cpp
+    conformance/postgres_under_test.cpp
     conformance/report_test.cpp
     conformance/rows_test.cpp
     conformance/schema_test.cpp
     conformance/statements_test.cpp
-    conformance/times_test.cpp)
+    conformance/times_test.cpp
+    engines/postgres_cluster.cpp)
 target_compile_definitions(conformance_tests PRIVATE
   ORVANE_CONFORMANCE="${CMAKE_CURRENT_SOURCE_DIR}/conformance")

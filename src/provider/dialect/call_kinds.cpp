@@ -115,7 +115,7 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
     Kinds of = KindsOf(value);
     bOfTime = kinds::Has(of, kinds::kFromTimes | kinds::kCounted);
     bZone = kinds::Has(of, kinds::kZoneText);
-    if (kinds::Has(of, kinds::kTimes)) {
+    if (kinds::Has(of, kinds::kTimes) && Typed() == nullptr) {
       Convert(value);
       LookAtModifiers(expr, nValue + 1);
       // Whole milliseconds, counted from the year 1 so that division rounds down, and no more: the

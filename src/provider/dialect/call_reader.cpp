@@ -23,6 +23,7 @@ TokenRange StatementReader::ReadType() {
   }
   if (m_i > type.begin && IsOpen()) m_i = m_partners[m_i] + 1;
   type.end = m_i;
+  if (!type.empty()) m_tree.types.push_back(type);
   return type;
 }
 

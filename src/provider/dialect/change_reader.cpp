@@ -24,7 +24,9 @@ void StatementReader::ReadTarget(Scope* scope) {
   source.table = *m_tree.target;
   source.bTarget = true;
   m_tree.targetSource = &source;
-  if (TakeWord("AS")) source.sAlias = At(ExpectName()).sText;
+  if (!TakeWord("AS")) return;
+  m_tree.names.push_back(m_i);
+  source.sAlias = At(ExpectName()).sText;
 }
 
 void StatementReader::SkipConflictRule() {

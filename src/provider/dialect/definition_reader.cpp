@@ -53,14 +53,17 @@ void StatementReader::ReadCreateTable(Scope* scope) {
     }
   } while (TakeSymbol(","));
   ExpectSymbol(")");
+  m_tree.storage.begin = m_i;
   do {
     if (!TakeWords({"WITHOUT", "ROWID"})) TakeWord("STRICT");
   } while (TakeSymbol(","));
+  m_tree.storage.end = m_i;
 }
 
 void StatementReader::ReadColumnDefinition(Scope* scope) {
   ColumnDefinition column;
   column.range.begin = m_i;
+  m_tree.names.push_back(m_i);
   column.sName = At(ExpectName()).sText;
   column.bTime = IsTimeType(m_sStatement, m_tree.tokens, ReadType());
   ReadConstraints(scope, &column);
@@ -83,8 +86,14 @@ void StatementReader::ReadConstraints(Scope* scope, ColumnDefinition* column) {
       ExpectSymbol(")");
     } else if (column != nullptr && TakeWord("DEFAULT")) {
       column->initial = ReadOperand(scope);
+    } else if (TakeWord("REFERENCES")) {
+      if (Peek().IsIdentifier()) m_tree.names.push_back(m_i++);
     } else if (IsOpen()) {
-      m_i = m_partners[m_i] + 1;
+      // Columns of a key.
+      const std::size_t behind = m_partners[m_i] + 1;
+      for (++m_i; m_i < behind; ++m_i) {
+        if (Peek().IsIdentifier() && !IsAt("ASC") && !IsAt("DESC")) m_tree.names.push_back(m_i);
+      }
     } else {
       ++m_i;
     }
@@ -111,7 +120,7 @@ void StatementReader::ReadCreateIndex(Scope* scope) {
 void StatementReader::ReadCreateView() {
   if (TakeSymbol("(")) {
     do {
-      ExpectName();
+      m_tree.names.push_back(ExpectName());
     } while (TakeSymbol(","));
     ExpectSymbol(")");
   }
@@ -135,7 +144,12 @@ void StatementReader::ReadAlterTable(Scope* scope) {
     return;
   }
   // Other RENAMEs and DROP hold names only.
-  while (Peek().IsIdentifier()) ++m_i;
+  if (!TakeWord("RENAME")) TakeWord("DROP");
+  TakeWord("COLUMN");
+  while (Peek().IsIdentifier()) {
+    if (!IsAt("TO")) m_tree.names.push_back(m_i);
+    ++m_i;
+  }
 }
 
 }  // namespace orvane::provider::dialect

@@ -33,9 +33,10 @@ void StatementReader::ReadWith(Scope* scope) {
       FailHere("A name is missing", "write WITH name AS (SELECT ...)");
     }
     named.sName = Peek().sText;
-    ++m_i;
+    m_tree.names.push_back(m_i++);
     if (TakeSymbol("(")) {
       do {
+        m_tree.names.push_back(m_i);
         named.columns.push_back(At(ExpectName()).sText);
       } while (TakeSymbol(","));
       ExpectSymbol(")");
@@ -147,10 +148,10 @@ void StatementReader::ReadItems(Scope* scope) {
       if (TakeWord("AS")) {
         if (Peek().kind != TokenKind::String && !Peek().IsIdentifier()) FailUnexpected();
         item.sAlias = Peek().sText;
-        ++m_i;
+        m_tree.names.push_back(m_i++);
       } else if (IsBareAlias()) {
         item.sAlias = Peek().sText;
-        ++m_i;
+        m_tree.names.push_back(m_i++);
       }
     }
     scope->items.push_back(std::move(item));
@@ -271,10 +272,10 @@ void StatementReader::ReadSource(Scope* scope, bool bNatural) {
   if (TakeWord("AS")) {
     if (Peek().kind != TokenKind::String && !Peek().IsIdentifier()) FailUnexpected();
     source.sAlias = Peek().sText;
-    ++m_i;
+    m_tree.names.push_back(m_i++);
   } else if (IsBareAlias()) {
     source.sAlias = Peek().sText;
-    ++m_i;
+    m_tree.names.push_back(m_i++);
   }
   if (TakeWords({"INDEXED", "BY"})) {
     ExpectName();

@@ -21,6 +21,12 @@ void StatementEdits::Wrap(TokenRange range, const Text& sBefore, const Text& sBe
   m_behind[End(range)].emplace(Begin(range), sBehind);
 }
 
+void StatementEdits::WrapAround(TokenRange range, const Text& sBefore, const Text& sBehind) {
+  auto& before = m_before[Begin(range)];
+  before.emplace_hint(before.lower_bound(End(range)), End(range), sBefore);
+  m_behind[End(range)].emplace(Begin(range), sBehind);
+}
+
 bool StatementEdits::Touches(TokenRange range) const {
   return Lies(range, m_replaced) || Lies(range, m_before);
 }
@@ -30,6 +36,12 @@ Text StatementEdits::TextOf(TokenRange range) const {
 }
 
 Text StatementEdits::Write(std::vector<Value>& parameters) const {
+  std::vector<std::pair<std::size_t, std::size_t>> places;
+  return Write(parameters, places);
+}
+
+Text StatementEdits::Write(std::vector<Value>& parameters,
+                           std::vector<std::pair<std::size_t, std::size_t>>& pieces) const {
   std::set<std::size_t> places;
   for (const auto& [place, edit] : m_replaced) places.insert(place);
   for (const auto& [place, edit] : m_before) places.insert(place);
@@ -40,9 +52,11 @@ Text StatementEdits::Write(std::vector<Value>& parameters) const {
     // Within what was replaced as a whole.
     if (place < position) continue;
     if (place > position) {
+      pieces.emplace_back(sSql.size(), position);
       sSql += m_sStatement.substr(position, place - position);
       position = place;
     }
+    pieces.emplace_back(sSql.size(), place);
     // What ends here ends before anything else begins; the innermost first.
     if (const auto behind = m_behind.find(place); behind != m_behind.end()) {
       for (const auto& [begin, sText] : behind->second) sSql += sText;
@@ -56,6 +70,7 @@ Text StatementEdits::Write(std::vector<Value>& parameters) const {
       position = std::max(position, replaced->second.end);
     }
   }
+  pieces.emplace_back(sSql.size(), position);
   sSql += m_sStatement.substr(position);
   return sSql;
 }

@@ -23,6 +23,8 @@ class StatementEdits {
   void Bind(TokenRange range, platform::Value vtValue);
   /// Puts one text before the tokens and one behind them; what is wider stands outside.
   void Wrap(TokenRange range, const platform::Text& sBefore, const platform::Text& sBehind);
+  /// The same around all that was wrapped before.
+  void WrapAround(TokenRange range, const platform::Text& sBefore, const platform::Text& sBehind);
   /// True when anything within the tokens changes.
   bool Touches(TokenRange range) const;
   /// True when anything within the tokens is wrapped.
@@ -32,6 +34,9 @@ class StatementEdits {
 
   /// The statement with all changes, and the parameters in the order of their places.
   platform::Text Write(std::vector<platform::Value>& parameters) const;
+  /// Also where its pieces begin, and where in the statement they stand.
+  platform::Text Write(std::vector<platform::Value>& parameters,
+                       std::vector<std::pair<std::size_t, std::size_t>>& places) const;
 
  private:
   struct Replaced {

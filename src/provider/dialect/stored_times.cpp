@@ -146,6 +146,7 @@ std::set<Text> TimeAnalysis::NamesReliedOn() {
 }
 
 StoredTimes TimeAnalysis::ReliesOn() {
+  if (Typed() != nullptr) return {};
   StoredTimes times;
   for (const auto& source : m_tree.sources) {
     const FoundTable* const found = m_place.names.TableOf(source);

@@ -26,13 +26,15 @@ const FoundTable* TableCache::Find(const KnownCatalog& catalog, const Text& sNam
 }
 
 TableNames::TableNames(std::string_view sStatement, StatementTree& tree, TableCache& cache,
-                       bool bPrefixes, StatementEdits& edits, std::optional<KnownCatalog> home)
+                       bool bPrefixes, StatementEdits& edits, std::optional<KnownCatalog> home,
+                       bool bExact)
     : m_sStatement(sStatement),
       m_tree(tree),
       m_cache(cache),
       m_bPrefixes(bPrefixes),
       m_edits(edits),
-      m_home(std::move(home)) {}
+      m_home(std::move(home)),
+      m_bExact(bExact) {}
 
 void TableNames::Resolve() {
   if (!m_home) ResolveTarget();
@@ -86,10 +88,17 @@ void TableNames::ResolveTarget() {
     const FoundTable& found = ResolveTable(*m_tree.targetSource, catalog);
     WriteTableName(*m_tree.target, catalog, NameOfDefined(catalog, *m_tree.target));
     m_edits.Replace(indexed.range, platform::QuotedName(found.table.sName));
+    if (m_bExact) {
+      // There an index lies where its table does.
+      m_edits.Replace(m_tree.target->range,
+                      platform::QuotedName(Part(*m_tree.target, m_tree.target->parts.size() - 1)));
+      m_edits.Replace(indexed.range, platform::QuotedName(catalog.sName) + "." +
+                                         platform::QuotedName(found.table.sName));
+    }
   } else if (m_tree.targetSource != nullptr) {
     WriteTableName(*m_tree.target, catalog,
                    ResolveTable(*m_tree.targetSource, catalog).table.sName);
-    if (m_bPrefixes && m_tree.newName) {
+    if ((m_bPrefixes || m_bExact) && m_tree.newName) {
       m_edits.Replace({*m_tree.newName, *m_tree.newName + 1},
                       platform::QuotedName(Plain(At(*m_tree.newName).sText)));
     }
@@ -104,6 +113,13 @@ Text TableNames::NameOfDefined(const KnownCatalog& catalog, const Chain& chain) 
   if (m_tree.bOfIndex) return sName;
   const FoundTable* const found = m_tree.bCreate ? nullptr : FindTable(catalog, sName);
   return found != nullptr ? found->table.sName : Plain(sName);
+}
+
+// A subquery needs a name, which is that of the table unless it has another one.
+void TableNames::WriteQuery(const Source& source, const FoundTable& found) {
+  Text sQuery = "(" + found.table.sQuery + ")";
+  if (source.sAlias.empty()) sQuery += " AS " + platform::QuotedName(found.table.sName);
+  m_edits.Replace({source.table.parts.front(), source.table.parts.back() + 1}, std::move(sQuery));
 }
 
 void TableNames::WriteTableName(const Chain& chain, const KnownCatalog& catalog,
@@ -147,7 +163,12 @@ void TableNames::ResolveSource(const Source& source) {
     Fail(source.table.parts[0], "A view reads another catalog than its own",
          "read tables of " + *m_viewCatalog + " only");
   }
-  WriteTableName(source.table, catalog, ResolveTable(source, catalog).table.sName);
+  const FoundTable& found = ResolveTable(source, catalog);
+  if (found.table.sQuery.empty()) {
+    WriteTableName(source.table, catalog, found.table.sName);
+  } else {
+    WriteQuery(source, found);
+  }
 }
 
 const FoundTable* TableNames::TableOf(const Source& source) const {
@@ -200,7 +221,8 @@ void TableNames::Rewrite(const Chain& chain, const Scope* scope, const Text& sCo
     const KnownCatalog catalog = ResolveCatalog(chain);
     const FoundTable* const found = FindTable(catalog, Part(chain, 1));
     Text sName = platform::QuotedName(found != nullptr ? found->table.sName : Part(chain, 1));
-    if (!m_viewCatalog) sName = platform::QuotedName(catalog.sName) + "." + sName;
+    const bool bQuery = found != nullptr && !found->table.sQuery.empty();
+    if (!m_viewCatalog && !bQuery) sName = platform::QuotedName(catalog.sName) + "." + sName;
     m_edits.Replace({chain.parts[0], chain.parts[1] + 1}, std::move(sName));
   }
   if (!m_bPrefixes) return;

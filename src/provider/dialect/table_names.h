@@ -34,9 +34,10 @@ class TableCache {
 
 class TableNames {
  public:
-  /// In a view that is kept, names without a catalog mean its own, which is then given as home.
+  /// In a view that is kept, names without a catalog mean its own, which is then given as home. For
+  /// an engine that tells names apart letter by letter they are written exactly.
   TableNames(std::string_view sStatement, StatementTree& tree, TableCache& cache, bool bPrefixes,
-             StatementEdits& edits, std::optional<KnownCatalog> home);
+             StatementEdits& edits, std::optional<KnownCatalog> home, bool bExact = false);
 
   /// Looks up and writes all tables. Fails with failure::kSqlError for what there is not.
   void Resolve();
@@ -73,6 +74,7 @@ class TableNames {
   const FoundTable& ResolveTable(const Source& source, const KnownCatalog& catalog);
   void WriteTableName(const Chain& chain, const KnownCatalog& catalog,
                       const platform::Text& sTable);
+  void WriteQuery(const Source& source, const FoundTable& found);
   platform::Text NameOfDefined(const KnownCatalog& catalog, const Chain& chain);
   bool IsTarget(const Chain& chain) const;
 
@@ -82,6 +84,7 @@ class TableNames {
   bool m_bPrefixes;
   StatementEdits& m_edits;
   std::optional<KnownCatalog> m_home;
+  bool m_bExact;
   std::optional<platform::Text> m_viewCatalog;  ///< of the view that the statement makes
   std::map<const Source*, const FoundTable*> m_tables;
   // Of each scope the first named query of each name, in capitals.

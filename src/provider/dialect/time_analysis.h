@@ -48,6 +48,10 @@ class TimeAnalysis {
   const OutputColumns& OutputOf(const Query& query);
   /// The name that the column really has, empty when it is not known.
   platform::Text ColumnName(const Chain& chain, const Scope* scope);
+  /// The same, or the alias of what is put out.
+  platform::Text GivenName(const Chain& chain, const Scope* scope);
+  /// The name that a column of the source really has, empty when it has none.
+  platform::Text NameIn(const Source& source, const platform::Text& sColumn);
   /// What the computed columns of the table that is defined are, under their names in capitals.
   std::map<platform::Text, Kinds> Computed();
   /// True when the statement calls functions that read times.
@@ -79,7 +83,7 @@ class TimeAnalysis {
   };
   struct Found {
     const OutputColumn* column = nullptr;
-    const Expr* alias = nullptr;
+    const Item* alias = nullptr;
   };
   // One step deeper into queries and expressions while it lives.
   class Deeper {
@@ -108,6 +112,8 @@ class TimeAnalysis {
   // The arguments of iif, or of CASE written as one, that can come out of it.
   static std::vector<std::size_t> ChosenByIif(std::size_t nArguments);
   bool TimeAsDouble() const { return m_place.settings.bTimeAsDouble; }
+  // An engine that has a type for times sees to what is stored and compared itself.
+  const engines::SqlForm* Typed() const { return m_place.settings.form; }
   [[noreturn]] void Fail(std::size_t token, const platform::Text& sWhat,
                          const platform::Text& sAdvice) const;
 
@@ -130,7 +136,7 @@ class TimeAnalysis {
                  const platform::Text& sColumn);
   Found Find(const Chain& chain, const Scope* scope);
   Found FindIn(const Chain& chain, const Scope& scope);
-  const Expr* ItemNamed(const Scope& scope, const platform::Text& sName);
+  const Item* ItemNamed(const Scope& scope, const platform::Text& sName);
   bool NumbersRows(const Chain& chain, const Scope* scope);
   std::optional<std::size_t> FindPlace(const OutputColumns& columns,
                                        const platform::Text& sName) const;
@@ -221,7 +227,7 @@ class TimeAnalysis {
   std::optional<OutputColumns> m_new;
   std::map<const Query*, std::size_t> m_selects;
   std::set<const Expr*> m_aliases;  // items of which the kinds were told under their names
-  std::map<const Scope*, std::unordered_map<platform::Text, const Expr*>> m_itemNames;
+  std::map<const Scope*, std::unordered_map<platform::Text, const Item*>> m_itemNames;
   std::set<std::pair<std::size_t, std::string_view>> m_guarded;  // by number of the expression
   std::set<const Query*> m_passedOn;  // of which the columns are found under their own names
   std::size_t m_nColumns = 0;

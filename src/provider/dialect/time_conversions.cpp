@@ -155,6 +155,10 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
   const bool bUtc = kinds::Has(kinds, kinds::kUtcText | kinds::kWrittenTime);
   if (bUtc && !kinds::IsOnly(kinds, kinds::kUtcDates)) FailMixed(token);
   if (kinds::IsOnly(kinds, kinds::kNumber) && !TimeAsDouble()) FailNumber(token);
+  if (Typed() != nullptr) {
+    if (bUtc) m_place.edits.Wrap(expr.range, "(", ")" + Text(Typed()->sTimeBehind));
+    return;
+  }
   m_place.edits.Wrap(expr.range, Text(bUtc ? kReadUtc : kReadTime) + "(", ")");
   m_bCalls = true;
 }
@@ -227,6 +231,7 @@ void TimeAnalysis::StoreOutput(const Query& query, std::size_t column) {
 
 // What was added may have led to a part of a microsecond, or out of all years.
 void TimeAnalysis::MakeWhole(const Expr& expr) {
+  if (Typed() != nullptr) return;
   m_place.edits.Wrap(expr.range, Text(kWholeTime) + "(", ")");
   m_bCalls = true;
 }

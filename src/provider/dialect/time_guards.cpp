@@ -117,7 +117,7 @@ void TimeAnalysis::GuardText(const Operand& operand, bool bPart) {
 }
 
 void TimeAnalysis::Guard(const Operand& operand, std::string_view sFunction, Kinds sound) {
-  if (kinds::IsOnly(KindsOf(operand), sound)) return;
+  if (kinds::IsOnly(KindsOf(operand), sound) || Typed() != nullptr) return;
   if (operand.expr != nullptr) {
     Guard(*operand.expr, sFunction, sound);
   } else if (operand.query != nullptr) {
@@ -129,7 +129,7 @@ void TimeAnalysis::Guard(const Operand& operand, std::string_view sFunction, Kin
 }
 
 void TimeAnalysis::Guard(const Expr& expr, std::string_view sFunction, Kinds sound) {
-  if (kinds::IsOnly(KindsOf(expr), sound)) return;
+  if (kinds::IsOnly(KindsOf(expr), sound) || Typed() != nullptr) return;
   if (!m_guarded.emplace(expr.nNumber, sFunction).second) return;
   if (!m_place.sKept.empty()) {
     // What is kept can call no function.

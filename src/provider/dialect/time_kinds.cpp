@@ -123,8 +123,8 @@ Kinds TimeAnalysis::KindsOfName(const Expr& expr) {
     return found.column->kinds;
   }
   if (found.alias != nullptr) {
-    m_aliases.insert(found.alias);
-    return KindsOf(*found.alias);
+    m_aliases.insert(found.alias->expr);
+    return KindsOf(*found.alias->expr);
   }
   if (NumbersRows(expr.chain, expr.scope)) return kinds::kCount;
   // In quotes they are names.
@@ -176,6 +176,10 @@ Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
     const Kinds other = bLeft ? right : left;
     const bool bMoved = kinds::IsOnly(time, kinds::kTimes) && !(bMinus && bRight) &&
                         !kinds::Has(other, kinds::kFromTimes);
+    if (bMoved && Typed() != nullptr) {
+      const Expr& moved = *expr.children[bLeft ? 1 : 0];
+      m_place.edits.Wrap(moved.range, "((", ")" + Text(Typed()->sMicroseconds) + ")");
+    }
     return bMoved ? kinds::kShifted : kinds::kNumberOfTime;
   }
   if (kinds::Has(left | right, kinds::kFromTimes)) return kinds::kNumberOfTime;
@@ -186,6 +190,12 @@ Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
 // A connection that shows times as days counts what lies between two of them in days as well. What
 // is kept counts the same for all connections.
 void TimeAnalysis::CountInUnit(const Expr& difference, Kinds times) {
+  if (Typed() != nullptr) {
+    const Text sUnit = TimeAsDouble() && m_place.sKept.empty() ? " / 86400000000.0" : "::bigint";
+    m_place.edits.Wrap(difference.range, "(" + Text(Typed()->sBetweenBefore),
+                       Text(Typed()->sBetweenBehind) + sUnit + ")");
+    return;
+  }
   if (!TimeAsDouble() || !m_place.sKept.empty()) return;
   if (kinds::Has(times, kinds::kShifted)) FailShifted(difference.range.begin);
   m_place.edits.Wrap(difference.range, "((", ") / 86400000000.0)");

@@ -204,6 +204,7 @@ std::size_t TimeAnalysis::TokenOf(const Query& query, const OutputColumn& column
 }
 
 void TimeAnalysis::LookAtDefaults(const std::set<std::size_t>& given) {
+  if (Typed() != nullptr) return;
   const FoundTable* const found = m_place.names.TableOf(*m_tree.targetSource);
   for (std::size_t i = 0; i < found->table.columns.size(); ++i) {
     const KnownColumn& column = found->table.columns[i];
@@ -222,7 +223,7 @@ void TimeAnalysis::LookAtDefinition() {
   if (m_tree.kind != StatementKind::Define) return;
   for (const auto& column : m_tree.columns) {
     if (column.computed != nullptr) LookAtComputed(column);
-    if (column.bTime) {
+    if (column.bTime && Typed() == nullptr) {
       // Whoever fills the table: no text gets in where it would count as greater than every time.
       m_place.edits.Wrap(
           column.range, "",
@@ -234,6 +235,7 @@ void TimeAnalysis::LookAtDefinition() {
     const Expr& inside = *Inside(column.initial);
     const bool bNow =
         inside.kind == ExprKind::CurrentTime && At(inside.range.begin).IsWord("CURRENT_TIMESTAMP");
+    if (bNow && Typed() != nullptr) continue;
     if (bNow) {
       // The text that it is to the engine would stand in the column.
       m_place.edits.Replace(inside.range, "(unixepoch() * 1000000)");
@@ -242,7 +244,7 @@ void TimeAnalysis::LookAtDefinition() {
            "write CURRENT_TIMESTAMP, or leave the default out and give times in INSERT");
     }
   }
-  if (m_tree.mainQuery == nullptr || m_tree.bView) return;
+  if (m_tree.mainQuery == nullptr || m_tree.bView || Typed() != nullptr) return;
   const OutputColumns& columns = OutputOf(*m_tree.mainQuery);
   for (const auto& column : columns) {
     if (!kinds::Has(column.kinds, kinds::kFromTimes)) continue;

@@ -53,12 +53,14 @@ const OutputColumns& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
   const auto [known, bNew] = m_tables.try_emplace(&found);
   if (!bNew) return known->second;
   OutputColumns columns;
-  const ViewKinds::View* const view = found.table.bView ? &m_place.views.Of(found) : nullptr;
+  const bool bTold = Typed() != nullptr;  // by the types of its columns alone
+  const ViewKinds::View* const view =
+      found.table.bView && !bTold ? &m_place.views.Of(found) : nullptr;
   for (std::size_t i = 0; i < found.table.columns.size(); ++i) {
     const KnownColumn& column = found.table.columns[i];
     Kinds kinds = column.bText ? kinds::kAnyText : kinds::kAnyValue;
     if (column.content == Content::Time) kinds = kinds::kTime;
-    if (column.bGenerated) {
+    if (column.bGenerated && !bTold) {
       // By what it is computed may have been written elsewhere.
       const auto& computed = m_place.views.Computed(found);
       const auto told = computed.find(UpperCase(column.sName));
@@ -307,12 +309,12 @@ TimeAnalysis::Found TimeAnalysis::FindIn(const Chain& chain, const Scope& scope)
 }
 
 // The first of that name.
-const Expr* TimeAnalysis::ItemNamed(const Scope& scope, const Text& sName) {
+const Item* TimeAnalysis::ItemNamed(const Scope& scope, const Text& sName) {
   const auto [known, bNew] = m_itemNames.try_emplace(&scope);
   if (bNew) {
     for (const auto& item : scope.items) {
       if (item.expr == nullptr || item.sAlias.empty()) continue;
-      known->second.try_emplace(UpperCase(item.sAlias), item.expr);
+      known->second.try_emplace(UpperCase(item.sAlias), &item);
     }
   }
   const auto found = known->second.find(UpperCase(sName));
@@ -355,6 +357,18 @@ Text TimeAnalysis::ColumnName(const Chain& chain, const Scope* scope) {
   return found.column != nullptr ? found.column->sName : Text();
 }
 
+Text TimeAnalysis::GivenName(const Chain& chain, const Scope* scope) {
+  const Found found = Find(chain, scope);
+  if (found.column != nullptr) return found.column->sName;
+  return found.alias != nullptr ? found.alias->sAlias : Text();
+}
+
+Text TimeAnalysis::NameIn(const Source& source, const Text& sColumn) {
+  const OutputColumns& columns = ColumnsOf(source);
+  const auto place = FindPlace(columns, sColumn);
+  return place ? columns[*place].sName : Text();
+}
+
 // --- work ---
 
 std::size_t TimeAnalysis::SelectsOf(const Query& query) {
@@ -372,7 +386,7 @@ std::size_t TimeAnalysis::CountSelects(const Query& query) {
     if (const auto* const named = m_place.names.FindNamedQuery(*source)) {
       if (named->query != nullptr) nSelects += CountSelects(*named->query);
     } else if (const auto* const found = m_place.names.TableOf(*source);
-               found != nullptr && found->table.bView) {
+               found != nullptr && found->table.bView && Typed() == nullptr) {
       const auto& view = m_place.views.Of(*found);
       if (!view.sFailure.empty()) {
         Fail(source->table.range.begin,

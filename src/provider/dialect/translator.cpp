@@ -4,6 +4,8 @@
 
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "provider/dialect/engine_forms.h"
+#include "provider/dialect/exact_names.h"
 #include "provider/dialect/refused_names.h"
 #include "provider/dialect/row_source.h"
 #include "provider/dialect/statement_parameters.h"
@@ -33,13 +35,14 @@ Text Kept(const StatementTree& tree) {
 }
 
 // What is changed in a column without a name of its own would show in its heading.
-void KeepHeadings(const StatementTree& tree, StatementEdits& edits) {
+// An engine of other forms has headings of its own for all that has no name.
+void KeepHeadings(const StatementTree& tree, bool bAll, StatementEdits& edits) {
   const Scope* shown = tree.changeScope;  // what RETURNING puts out
   if (tree.kind == StatementKind::Query || tree.bView) shown = tree.mainQuery->cores.front();
   if (tree.kind == StatementKind::Define && !tree.bView) return;
   for (const auto& item : shown->items) {
     if (item.expr == nullptr || !item.sAlias.empty() || item.expr->kind == ExprKind::Name) continue;
-    if (!edits.Touches(item.range)) continue;
+    if (!bAll && !edits.Touches(item.range)) continue;
     edits.Wrap(item.range, "", " AS " + platform::QuotedName(edits.TextOf(item.range)));
   }
 }
@@ -61,7 +64,8 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
   TableCache cache(schema);
   ViewKinds views(cache, settings, work);
   StatementEdits edits(sStatement, tree.tokens);
-  TableNames names(sStatement, tree, cache, settings.bPrefixes, edits, std::nullopt);
+  TableNames names(sStatement, tree, cache, settings.bPrefixes, edits, std::nullopt,
+                   settings.form != nullptr);
   names.Resolve();
   BindParameters(sStatement, tree, edits, parameters);
   TimeAnalysis times({sStatement, tree, names, edits, settings, work, views, Kept(tree)});
@@ -72,12 +76,16 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
   }
   times.Run();
   times.KeepNames();
+  if (settings.form != nullptr) {
+    ExactNames(tree, names, times, edits).Write();
+    EngineForms(sStatement, tree, *settings.form, edits).Write();
+  }
   StoredNumbers numbers(sStatement, tree, names, edits);
   numbers.Look();
-  KeepHeadings(tree, edits);
+  KeepHeadings(tree, settings.form != nullptr, edits);
 
   Translation translation;
-  translation.sSql = edits.Write(translation.parameters);
+  translation.sSql = edits.Write(translation.parameters, translation.places);
   translation.catalogs = names.Catalogs();
   translation.changedCatalog = names.ChangedCatalog();
   if (tree.kind != StatementKind::Define && !tree.bExplain) {

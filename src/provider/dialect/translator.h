@@ -46,6 +46,7 @@ struct KnownTable {
   bool bView = false;
   platform::Text
       sDefinition{};  ///< the statement that made it, where it computes columns or holds times
+  platform::Text sQuery{};  ///< stands in the place of its name where the engine has no such table
 };
 
 /// Tells the translator what there is.
@@ -69,6 +70,7 @@ struct TranslationSettings {
   platform::Boolean bPrefixes = false;      ///< "Orv_" may stand before every name
   platform::Boolean bTimeAsDouble = false;  ///< numbers of days compare with time columns
   std::span<const std::string_view> refusedNames{};  ///< see engines::Abilities
+  const engines::SqlForm* form = nullptr;            ///< the same
 };
 
 struct Translation {
@@ -82,6 +84,8 @@ struct Translation {
   platform::RowSource source;                         ///< whose rows the statement gives
   /// Of which the values are taken for times.
   std::vector<engines::TimeColumn> storedTimes;
+  /// See engines::WrittenStatement.
+  std::vector<std::pair<std::size_t, std::size_t>> places;
 };
 
 /// The prefix that the option "Identifier Prefixes" puts before names.

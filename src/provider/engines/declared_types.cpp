@@ -11,7 +11,7 @@ using platform::DataType;
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, DataType>, 37> kTypes = {{
+constexpr std::array<std::pair<std::string_view, DataType>, 38> kTypes = {{
     {"BIGINT", DataType::BigInt},
     {"BINARY", DataType::Binary},
     {"BIT", DataType::Boolean},
@@ -43,6 +43,7 @@ constexpr std::array<std::pair<std::string_view, DataType>, 37> kTypes = {{
     {"TEXT", DataType::WChar},
     {"TIME", DataType::DBTime},
     {"TIMESTAMP", DataType::DBTimeStamp},
+    {"TIMESTAMPTZ", DataType::DBTimeStamp},
     {"TINYINT", DataType::Integer},
     {"UNIQUEIDENTIFIER", DataType::Guid},
     {"UNSIGNED BIG INT", DataType::BigInt},

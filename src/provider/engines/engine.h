@@ -14,11 +14,13 @@
 #include <stop_token>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ado/row_receiver.h"
 #include "platform/ado/connection.h"
 #include "platform/failure.h"
+#include "provider/engines/sql_form.h"
 
 namespace orvane::provider::engines {
 
@@ -53,6 +55,8 @@ struct Abilities {
   /// Names, in capitals, that no statement may hold, as they reach what is no catalog, or run code.
   /// One that ends in "*" means all that begin so. They live as long as the program.
   std::span<const std::string_view> refusedNames{};
+  /// How its SQL is written; null where it reads that of the embedded engine.
+  const SqlForm* form = nullptr;
 };
 
 /// A function of one value that a statement may call while it runs. The same value always gives
@@ -68,6 +72,13 @@ struct TimeColumn {
   platform::Text sTable;
   platform::Text sColumn;
   auto operator<=>(const TimeColumn&) const = default;
+};
+
+/// A statement as its user wrote it, for an engine that tells the place of what is wrong.
+struct WrittenStatement {
+  platform::Text sText{};
+  /// By bytes, where the pieces of the engine's text begin, and where in this one.
+  std::vector<std::pair<std::size_t, std::size_t>> places{};
 };
 
 /// One statement in the engine's own SQL.
@@ -97,6 +108,7 @@ struct EngineStatement {
   /// With it the statement runs once for each of the rows that it gives, which take the place of
   /// the parameters, all in one transaction; see platform::Command::Batch.
   platform::ParameterRows batch{};
+  WrittenStatement written{};
 };
 
 /// What a statement that only reads fails with when it would change anything.
@@ -134,6 +146,8 @@ struct ColumnSchema {
   platform::Boolean bGenerated = false;    ///< computed from others; takes no value
   /// Makes numbers of texts and keeps no more digits than a double or a 64-bit integer has.
   platform::Boolean bRounds = false;
+  /// Points in time, whatever type their values come in.
+  platform::Boolean bTime = false;
 };
 
 struct IndexSchema {
@@ -156,6 +170,8 @@ struct TableSchema {
   /// computes columns or holds times.
   platform::Text sDefinition{};
   std::vector<IndexSchema> indexes{};  ///< in the order of their names; empty when not asked for
+  /// The query that stands for a table that the engine works out; empty where there is one.
+  platform::Text sQuery{};
 };
 
 /// A type that columns can be declared with.

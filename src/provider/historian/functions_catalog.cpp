@@ -112,23 +112,34 @@ Text FunctionsFile() {
   return fmt::format("Functions.{:08x}.db", nSum);
 }
 
-Text FunctionsStatements() {
-  Text sStatements =
-      "CREATE TABLE Functions (Name TEXT NOT NULL PRIMARY KEY, Kind TEXT NOT NULL, "
-      "Description TEXT NOT NULL, Example TEXT NOT NULL) WITHOUT ROWID;"
-      "CREATE TABLE TimeExpressions (Expression TEXT NOT NULL PRIMARY KEY, "
-      "Description TEXT NOT NULL, Example TEXT NOT NULL) WITHOUT ROWID;";
+Text FunctionRows() {
+  Text sRows;
   for (const auto& row : kFunctions) {
-    sStatements += "INSERT INTO Functions VALUES (" + platform::QuotedText(row.sName) + "," +
-                   platform::QuotedText(row.sKind) + "," + platform::QuotedText(row.sDescription) +
-                   "," + platform::QuotedText(row.sExample) + ");";
+    sRows += sRows.empty() ? "(" : ", (";
+    sRows += platform::QuotedText(row.sName) + "," + platform::QuotedText(row.sKind) + "," +
+             platform::QuotedText(row.sDescription) + "," + platform::QuotedText(row.sExample) +
+             ")";
   }
+  return sRows;
+}
+
+Text TimeExpressionRows() {
+  Text sRows;
   for (const auto& row : kTimes) {
-    sStatements += "INSERT INTO TimeExpressions VALUES (" + platform::QuotedText(row.sExpression) +
-                   "," + platform::QuotedText(row.sDescription) + "," +
-                   platform::QuotedText(row.sExample) + ");";
+    sRows += sRows.empty() ? "(" : ", (";
+    sRows += platform::QuotedText(row.sExpression) + "," + platform::QuotedText(row.sDescription) +
+             "," + platform::QuotedText(row.sExample) + ")";
   }
-  return sStatements;
+  return sRows;
+}
+
+Text FunctionsStatements() {
+  return "CREATE TABLE Functions (Name TEXT NOT NULL PRIMARY KEY, Kind TEXT NOT NULL, "
+         "Description TEXT NOT NULL, Example TEXT NOT NULL) WITHOUT ROWID;"
+         "CREATE TABLE TimeExpressions (Expression TEXT NOT NULL PRIMARY KEY, "
+         "Description TEXT NOT NULL, Example TEXT NOT NULL) WITHOUT ROWID;"
+         "INSERT INTO Functions VALUES " +
+         FunctionRows() + ";INSERT INTO TimeExpressions VALUES " + TimeExpressionRows() + ";";
 }
 
 }  // namespace orvane::provider::historian

@@ -10,6 +10,10 @@ namespace orvane::provider::historian {
 /// versions each have their own.
 platform::Text FunctionsFile();
 
+/// The rows of the tables as VALUES takes them.
+platform::Text FunctionRows();
+platform::Text TimeExpressionRows();
+
 /// The statements that make the tables Functions and TimeExpressions with their rows.
 platform::Text FunctionsStatements();
 

@@ -15,12 +15,14 @@ class Conformance : public SessionActs, public testing::TestWithParam<EngineUnde
 
   /// Another connection to the server of the test.
   std::unique_ptr<ado::Session> Open(const Text& sOptions = {}) {
-    const SessionPlace place{{m_server->Engine()}, FixedNow};
+    return OpenAt(*m_server, sOptions);
+  }
+  static std::unique_ptr<ado::Session> OpenAt(TestServer& server, const Text& sOptions = {}) {
+    const SessionPlace place{{server.Engine()}, FixedNow};
     return HistorianProvider(place).Open(
-        ado::ConnectionSettings::Parse(
-            "Provider = ORVOLEDB; Data Source = " + m_server->DataSource() +
-            "; User ID = " + m_server->User() + "; " + sOptions),
-        m_server->Password(), {});
+        ado::ConnectionSettings::Parse("Provider = ORVOLEDB; Data Source = " + server.DataSource() +
+                                       "; User ID = " + server.User() + "; " + sOptions),
+        server.Password(), {});
   }
   std::unique_ptr<ado::Session> OpenPlant(const Text& sOptions = {}) {
     auto opened = Open(sOptions);

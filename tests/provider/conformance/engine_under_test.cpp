@@ -1,6 +1,7 @@
 #include "tests/provider/conformance/engine_under_test.h"
 
 #include "tests/provider/conformance/embedded_under_test.h"
+#include "tests/provider/conformance/postgres_under_test.h"
 
 namespace orvane::provider::conformance {
 
@@ -15,12 +16,16 @@ const std::vector<KnownDifference>& KnownDifferences() {
       {kConflictClauses, "kConflictClauses", "INSERT OR FAIL and its like are understood"},
       {kNumbersItsKeys, "kNumbersItsKeys", "an INTEGER PRIMARY KEY that is left out is counted on"},
       {kIndexesOfKeysOwn, "kIndexesOfKeysOwn", "indexes of a table's rules have names of its own"},
+      {kChoosesItsPlaces, "kChoosesItsPlaces", "a catalog has no path and no limit of its size"},
+      {kNoZeroCharacter, "kNoZeroCharacter", "texts hold no character of number 0"},
+      {kTellsPlaces, "kTellsPlaces", "what the engine itself refuses is told with its place"},
+      {kNoStatementTimes, "kNoStatementTimes", "texts are no times while a statement runs"},
   };
   return all;
 }
 
 const std::vector<EngineUnderTest>& Engines() {
-  static const std::vector<EngineUnderTest> all = {EmbeddedUnderTest()};
+  static const std::vector<EngineUnderTest> all = {EmbeddedUnderTest(), PostgresUnderTest()};
   return all;
 }
 

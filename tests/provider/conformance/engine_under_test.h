@@ -38,6 +38,10 @@ enum class Difference {
   kConflictClauses,     ///< INSERT OR FAIL and its like
   kNumbersItsKeys,      ///< an INTEGER PRIMARY KEY that is left out is counted on
   kIndexesOfKeysOwn,    ///< indexes that a table's rules need have names of the engine's own
+  kChoosesItsPlaces,    ///< where a catalog lies, and how large it grows, is for the server alone
+  kNoZeroCharacter,     ///< a text holds no character of number 0
+  kTellsPlaces,         ///< what it refuses itself is told with its place
+  kNoStatementTimes,    ///< a column of texts is no time while a statement runs
 };
 
 /// In words, for the report.

@@ -61,6 +61,7 @@ class parameters : public Conformance {
                                            "0",  "-",  ":",  " ", "\xF0\x9F\x9A\x80"};
     Text sText;
     for (std::size_t n = m_random() % 30; n > 0; --n) sText += kPieces[m_random() % kPieces.size()];
+    if (Differs(Difference::kNoZeroCharacter)) std::erase(sText, '\0');
     return sText;
   }
   Bytes RandomBytes() {
@@ -84,8 +85,11 @@ TEST_P(parameters, the_ends_of_each_type_come_back_as_they_were) {
   ExpectKept("DOUBLE", {5e-324, Limits::max(), Limits::lowest(), 0.1, 1e22, 9007199254740993.0,
                         Limits::infinity(), -Limits::infinity(), Limits::min(), Value()});
   ExpectKept("BOOLEAN", {true, false, Value()});
-  ExpectKept("TEXT", {"", Value(), "NULL", Text("a\0b\0", 4), Text(1, '\0'), " ", "'", "1e5",
+  ExpectKept("TEXT", {"", Value(), "NULL", " ", "'", "1e5",
                       "12345678901234567890.12345678901234567890", "*-1h"});
+  if (!Differs(Difference::kNoZeroCharacter)) {
+    ExpectKept("TEXT", {Text("a\0b\0", 4), Text(1, '\0')});
+  }
   ExpectKept("BLOB", {Bytes(), Bytes(3), Value(), Bytes(100000, std::byte{255})});
   ExpectKept("TIMESTAMP",
              {platform::Timestamp(microseconds(-1)), platform::Timestamp(microseconds(1)),

@@ -1,5 +1,9 @@
 // Statements that read and change, and what is refused.
+#include <algorithm>
+#include <sstream>
+
 #include "tests/provider/conformance/conformance.h"
+#include "tests/provider/conformance/embedded_under_test.h"
 
 namespace orvane::provider::conformance {
 namespace {
@@ -10,8 +14,11 @@ ORVANE_ON_EVERY_ENGINE(statements);
 
 TEST_P(statements, reads_and_writes_through_the_dialect) {
   const auto opened = OpenPlant();
-  EXPECT_EQ(Select(*opened, "SELECT * FROM Plant1..Data WHERE Timestamp BETWEEN '*-1h' AND '*'"),
-            "T1|2024-05-15 11:00:00|1.5|Good\nT1|2024-05-15 12:00:00|0.5|Good\n");
+  EXPECT_EQ(
+      Select(
+          *opened,
+          "SELECT * FROM Plant1..Data WHERE Timestamp BETWEEN '*-1h' AND '*' ORDER BY Timestamp"),
+      "T1|2024-05-15 11:00:00|1.5|Good\nT1|2024-05-15 12:00:00|0.5|Good\n");
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data WHERE Timestamp >= '*-3h'"), "4\n");
   EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data WHERE Timestamp <= '*-20h'"), "4\n");
   EXPECT_EQ(
@@ -98,6 +105,109 @@ TEST_P(statements, runs_every_example_of_the_catalog_of_functions) {
   for (platform::RowIndex row = 0; row < rs->RecordCount(); ++row) {
     const Text sExample = platform::ToText(rs->ValueAt(row, 0));
     EXPECT_EQ(Failing(*opened, sExample), "no failure") << sExample;
+  }
+}
+
+// Whatever the engine, and in whatever order it gives them.
+TEST_P(statements, gives_the_rows_of_the_embedded_engine_for_every_example) {
+  const auto sorted = [](const Text& sRows) {
+    std::vector<Text> rows;
+    std::istringstream lines(sRows);
+    for (Text sRow; std::getline(lines, sRow);) rows.push_back(sRow);
+    std::ranges::sort(rows);
+    return rows;
+  };
+  const auto embedded = EmbeddedUnderTest().start();
+  const auto expected = OpenAt(*embedded);
+  const auto opened = Open();
+  for (auto* const session : {expected.get(), opened.get()}) {
+    FillPlant(*session);
+    Run(*session, "INSERT INTO Plant1..Tags (Tag, Unit) VALUES ('T1', 'bar'), ('T2', NULL)");
+  }
+  const Text sExamples =
+      "SELECT Example FROM Functions..Functions WHERE Name <> 'random' UNION ALL SELECT Example "
+      "FROM Functions..TimeExpressions";
+  const auto examples = sorted(Select(*opened, sExamples));
+  EXPECT_EQ(examples, sorted(Select(*expected, sExamples)));
+  for (const Text& sExample : examples) {
+    const auto rs = Run(*opened, sExample).recordset;
+    const auto rsExpected = Run(*expected, sExample).recordset;
+    EXPECT_EQ(sorted(Rows(*rs)), sorted(Rows(*rsExpected))) << sExample;
+    for (platform::ColumnIndex column = 0; column < rs->FieldCount(); ++column) {
+      EXPECT_EQ(rs->FieldAt(column).Name(), rsExpected->FieldAt(column).Name()) << sExample;
+    }
+  }
+}
+
+// Names without regard to case, operators and functions that the engines call otherwise.
+TEST_P(statements, mean_the_same_to_every_engine) {
+  const auto opened = OpenPlant("Time Zone = UTC;");
+  Run(*opened,
+      "CREATE TABLE Plant1..Odd (Id INT PRIMARY KEY, \"a b\" TEXT, N DOUBLE, W TIMESTAMP, B BLOB)");
+  Run(*opened,
+      "INSERT INTO plant1..ODD (ID, \"A B\", n, w, b) VALUES (1, 'Pump', 2.5, '2024-05-15 10:00', "
+      "x'00ff'), (2, NULL, NULL, NULL, NULL)");
+  const std::vector<std::pair<Text, Text>> cases = {
+      {"SELECT [a b], N FROM Plant1..odd WHERE id == 1", "Pump|2.5\n"},
+      {"SELECT o.ID FROM Plant1..Odd O WHERE o.n IS NOT 2.5", "2\n"},
+      {"SELECT Id FROM Plant1..Odd WHERE \"a b\" LIKE 'pu%'", "1\n"},
+      {"SELECT Id FROM Plant1..Odd WHERE \"a b\" NOT NULL", "1\n"},
+      {"SELECT Id FROM Plant1..Odd WHERE B = x'00FF'", "1\n"},
+      {"SELECT Id AS Nr FROM Plant1..Odd ORDER BY nr DESC LIMIT 1", "2\n"},
+      {"SELECT x.K FROM (SELECT Id AS k FROM Plant1..Odd) AS X WHERE X.k > 1", "2\n"},
+      {"WITH N(I) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE I < 3) SELECT sum(i) FROM N",
+       "6\n"},
+      {"SELECT a.Id FROM Plant1..Odd a JOIN Plant1..Odd b USING (id) WHERE b.Id = 2", "2\n"},
+      {"SELECT iif(N > 2, upper(\"a b\"), 'x') || '!' FROM Plant1..Odd ORDER BY Id", "PUMP!\nx!\n"},
+      {"SELECT round(total(N), 1), group_concat(Id) FROM Plant1..Odd WHERE Id = 1", "2.5|1\n"},
+      {"SELECT format('%s is %.2f%%', \"a b\", N) FROM Plant1..Odd WHERE Id = 1",
+       "Pump is 2.50%\n"},
+      {"SELECT date(W), time(W), strftime('%Y/%m', W), unixepoch(W) FROM Plant1..Odd WHERE Id = 1",
+       "2024-05-15|10:00:00|2024/05|1715767200\n"},
+      {"SELECT Id FROM Plant1..Odd WHERE W + 3600000000 = '2024-05-15 11:00'", "1\n"},
+      {"SELECT a.Timestamp - b.W FROM Plant1..Data a, Plant1..Odd b WHERE a.Timestamp = '*' AND "
+       "b.Id = 1",
+       "7200000000\n"},
+      {"SELECT Id FROM Plant1..Odd WHERE W < CAST('2024-05-15 11:00' AS TIMESTAMP)", "1\n"},
+      {"SELECT Plant1..Odd.Id, odd.N FROM Plant1..Odd WHERE Plant1..odd.ID = 1", "1|2.5\n"},
+      {"SELECT count(DISTINCT Id) FROM Plant1..Odd", "2\n"},
+      {"SELECT max(Id) OVER (PARTITION BY N ORDER BY Id) FROM Plant1..Odd WHERE ID = 1", "1\n"},
+      {"SELECT typeof(N), ifnull(N, 0), instr('abc', 'c') FROM Plant1..Odd WHERE Id = 1",
+       "real|2.5|3\n"},
+      {"SELECT Name FROM Orvane..Historians H WHERE h.NAME = 'Plant1'", "Plant1\n"},
+      {"SELECT Orvane..Historians.Name FROM Orvane..Historians", "Plant1\n"},
+  };
+  for (const auto& [sStatement, sRows] : cases) {
+    try {
+      EXPECT_EQ(Select(*opened, sStatement), sRows) << sStatement;
+    } catch (const platform::Failure& failed) {
+      ADD_FAILURE() << sStatement << ": " << failed.Description();
+    }
+  }
+  Run(*opened, "ALTER TABLE Plant1..Odd RENAME COLUMN n TO Number");
+  Run(*opened, "ALTER TABLE Plant1..Odd ADD COLUMN Extra GUID");
+  Run(*opened, "CREATE VIEW Plant1..Seen (Nr, Amount) AS SELECT id, NUMBER FROM Plant1..ODD");
+  Run(*opened, "CREATE INDEX Plant1..ByNumber ON Odd (number DESC)");
+  EXPECT_EQ(Select(*opened, "SELECT nr, AMOUNT FROM Plant1..seen ORDER BY NR"), "1|2.5\n2|\n");
+  Run(*opened, "UPDATE Plant1..Odd SET number = NUMBER + 1 WHERE ID = 1");
+  Run(*opened,
+      "INSERT INTO Plant1..Odd (Id, Number) VALUES (1, 9) ON CONFLICT (id) DO UPDATE SET number = "
+      "excluded.NUMBER + Number");
+  EXPECT_EQ(Select(*opened, "SELECT Number FROM Plant1..Odd WHERE Id = 1"), "12.5\n");
+  Run(*opened, "DROP INDEX Plant1..ByNumber");
+  Run(*opened, "DROP VIEW Plant1..SEEN");
+  Run(*opened, "DROP TABLE Plant1..odd");
+}
+
+// As many characters before it as the user wrote, whatever was made of them.
+TEST_P(statements, tells_the_place_of_what_is_wrong) {
+  const auto opened = OpenPlant();
+  const Text sFailure = Failing(*opened,
+                                "SELECT '\xC3\xA4', ifnull(Value, 0), nofunction(Value) FROM "
+                                "Plant1..Data WHERE Timestamp > '*-1h'");
+  EXPECT_EQ(sFailure.substr(0, 4), "3805");
+  if (Differs(Difference::kTellsPlaces)) {
+    EXPECT_NE(sFailure.find("(character 31 of the statement)"), Text::npos) << sFailure;
   }
 }
 

@@ -54,6 +54,18 @@ TEST_P(times, are_times_behind_windows_and_subqueries) {
             "2024-05-15 11:00:00\n");
 }
 
+TEST_P(times, are_read_from_texts_while_a_statement_runs) {
+  const auto opened = OpenPlant("Time Zone = UTC;");
+  Run(*opened, "INSERT INTO Plant1..Tags (Tag, Description) VALUES ('T1', '*-1h')");
+  const Text sStatement =
+      "SELECT Value FROM Plant1..Data WHERE Timestamp IN (SELECT Description FROM Plant1..Tags)";
+  if (Differs(Difference::kNoStatementTimes)) {
+    EXPECT_EQ(Failing(*opened, sStatement).substr(0, 4), "3805");
+  } else {
+    EXPECT_EQ(Select(*opened, sStatement), "1.5\n");
+  }
+}
+
 TEST_P(times, that_are_none_are_told_with_their_place) {
   const auto opened = OpenPlant();
   EXPECT_EQ(Failing(*opened, "INSERT INTO Plant1..Data (Tag, Timestamp) VALUES ('T1', 'tomorrow')"),

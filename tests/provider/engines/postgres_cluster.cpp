@@ -104,6 +104,28 @@ PostgresCluster::PostgresCluster() {
                              std::string(std::istreambuf_iterator<char>(log), {}));
   }
   Start();
+  Do("postgres", std::string("ALTER USER orvane PASSWORD '") + kPassword + "'");
+}
+
+void PostgresCluster::Do(const std::string& sDatabase, const std::string& sSql) const {
+  PGconn* const connection = PQconnectdb(Address(sDatabase).c_str());
+  PGresult* const result = PQexec(connection, sSql.c_str());
+  const bool bDone = PQresultStatus(result) == PGRES_COMMAND_OK;
+  const std::string sWhy = PQerrorMessage(connection);
+  PQclear(result);
+  PQfinish(connection);
+  if (!bDone) throw std::runtime_error(sSql + ": " + sWhy);
+}
+
+std::string PostgresCluster::NewDatabase() {
+  const std::string sDatabase = "d" + std::to_string(++m_nDatabases);
+  Do("postgres", "CREATE DATABASE " + sDatabase);
+  Do(sDatabase, "DROP SCHEMA public");
+  return sDatabase;
+}
+
+void PostgresCluster::DropDatabase(const std::string& sDatabase) {
+  Do("postgres", "DROP DATABASE " + sDatabase + " WITH (FORCE)");
 }
 
 void PostgresCluster::Start() {

@@ -12,6 +12,10 @@ namespace orvane::tests {
 
 class PostgresCluster {
  public:
+  /// Its administrator.
+  static constexpr const char* kUser = "orvane";
+  static constexpr const char* kPassword = "a password of the tests";
+
   /// The cluster of this process.
   static PostgresCluster& Get();
 
@@ -23,6 +27,9 @@ class PostgresCluster {
   std::string Address(const std::string& sDatabase = "postgres") const;
   /// By the port on loopback.
   std::string AddressByPort(const std::string& sDatabase = "postgres") const;
+  /// An empty database of a new name, without any schema of its own, and its end.
+  std::string NewDatabase();
+  void DropDatabase(const std::string& sDatabase);
   int Port() const { return m_nPort; }
   /// Kills every process of it at once, as a power cut would.
   void Kill();
@@ -30,9 +37,11 @@ class PostgresCluster {
 
  private:
   PostgresCluster();
+  void Do(const std::string& sDatabase, const std::string& sSql) const;
 
   std::filesystem::path m_folder;
   int m_nPort = 0;
+  int m_nDatabases = 0;
   pid_t m_server = 0;
 };
 

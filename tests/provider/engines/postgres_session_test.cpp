@@ -138,17 +138,18 @@ TEST_F(PostgresSessionTest, a_batch_is_stored_whole_or_not_at_all) {
 
 TEST_F(PostgresSessionTest, what_fails_says_what_and_where) {
   EXPECT_EQ(FailureOfText("SELECT ?, nothing FROM s.t WHERE a = ?", {Value(1), Value(2)}).sSentence,
-            "The statement cannot be run: column \"nothing\" does not exist, at position 11; "
-            "correct it.");
+            "The statement cannot be run: column \"nothing\" does not exist (character 11 of the "
+            "statement); correct it.");
   EXPECT_EQ(FailureOfText("SELECT '\xC3\xA4', FRM").lNumber, failure::kSqlError);
-  EXPECT_THAT(FailureOfText("SELECT '\xC3\xA4', x").sSentence, HasSubstr("at position 14;"));
-  EXPECT_THAT(FailureOfText("SELECT lowr('A')").sSentence, HasSubstr("(No function matches"));
+  EXPECT_THAT(FailureOfText("SELECT '\xC3\xA4', x").sSentence,
+              HasSubstr("(character 13 of the statement);"));
+  EXPECT_THAT(FailureOfText("SELECT lowr('A')").sSentence, HasSubstr("; no function matches"));
   EXPECT_EQ(FailureOfText("INSERT INTO s.t VALUES (1), (1)").lNumber, failure::kConstraint);
   EXPECT_EQ(FailureOfText("SELECT 1; SELECT 2").lNumber, failure::kSqlError);
   EXPECT_EQ(FailureOfText("VACUUM s.t").lNumber, failure::kNotSupported);
   EXPECT_EQ(FailureOfText("SELECT ?", {}).lNumber, failure::kSqlError);
   EXPECT_EQ(FailureOfText("SELECT 1", {Value(1)}).sSentence,
-            "The statement has 0 parameters and was given 1 values: give one for each.");
+            "The statement takes 0 parameters, but 1 were given; give one value for each.");
   ExpectUsable();
 }
 

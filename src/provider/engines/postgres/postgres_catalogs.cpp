@@ -3,11 +3,14 @@
 
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
+#include "platform/historian_names.h"
 #include "platform/quoting.h"
 #include "provider/engines/postgres/postgres_errors.h"
+#include "provider/engines/postgres/postgres_historian.h"
 #include "provider/engines/postgres/postgres_session.h"
 #include "provider/engines/postgres/postgres_types.h"
 #include "provider/engines/same_catalog.h"
+#include "provider/historian/catalog_record.h"
 
 namespace orvane::provider::engines {
 
@@ -21,34 +24,27 @@ namespace {
 // The server keeps so many bytes of a name and would cut a longer one.
 constexpr std::size_t kMostOfAName = 63;
 
-// The tables of a new catalog. Names are in small letters, as the server makes them of names
-// without quotes; so the statements of users need none.
+// The tables of a new catalog, as every historian has them.
 constexpr const char* kNewTables = R"(
-CREATE TABLE @.tags (
-  tag text PRIMARY KEY,
-  description text,
-  unit text,
-  type text NOT NULL DEFAULT 'number' CHECK (type IN ('number', 'text')));
-CREATE TABLE @.data (
-  tag text NOT NULL,
-  timestamp timestamptz NOT NULL,
-  value double precision,
-  status text NOT NULL DEFAULT 'Good',
-  PRIMARY KEY (tag, timestamp));
-CREATE INDEX data_by_time ON @.data (timestamp);
-CREATE TABLE @.data2 (
-  tag text NOT NULL,
-  timestamp timestamptz NOT NULL,
-  value text,
-  status text NOT NULL DEFAULT 'Good',
-  PRIMARY KEY (tag, timestamp));
-CREATE INDEX data2_by_time ON @.data2 (timestamp);)";
-
-constexpr const char* kCatalogs =
-    "SELECT n.nspname, obj_description(n.oid, 'pg_namespace'), n.nspname IN ('pg_catalog', "
-    "'information_schema') FROM pg_namespace n WHERE n.nspname NOT LIKE 'pg\\_toast%' AND "
-    "n.nspname "
-    "NOT LIKE 'pg\\_temp%'";
+CREATE TABLE @."Tags" (
+  "Tag" text PRIMARY KEY,
+  "Description" text,
+  "Unit" text,
+  "Type" text NOT NULL DEFAULT 'number' CHECK ("Type" IN ('number', 'text')));
+CREATE TABLE @."Data" (
+  "Tag" text NOT NULL,
+  "Timestamp" timestamptz NOT NULL,
+  "Value" double precision,
+  "Status" text NOT NULL DEFAULT 'Good',
+  PRIMARY KEY ("Tag", "Timestamp"));
+CREATE INDEX "DataByTime" ON @."Data" ("Timestamp");
+CREATE TABLE @."Data2" (
+  "Tag" text NOT NULL,
+  "Timestamp" timestamptz NOT NULL,
+  "Value" text,
+  "Status" text NOT NULL DEFAULT 'Good',
+  PRIMARY KEY ("Tag", "Timestamp"));
+CREATE INDEX "Data2ByTime" ON @."Data2" ("Timestamp");)";
 
 // What stands on a schema's tables from outside: views, and keys of other tables.
 constexpr const char* kStandingOnIt =
@@ -68,9 +64,7 @@ constexpr const char* kStandingOnIt =
 }
 
 void CheckName(const Text& sName) {
-  if (sName.empty() || sName.find('\0') != Text::npos) {
-    Refuse(failure::kInvalidArgument, "A catalog needs a name; enter one.");
-  }
+  historian::CheckCatalogName(sName);
   if (sName.size() > kMostOfAName) {
     Refuse(failure::kInvalidArgument, "The name " + platform::InQuotes(sName) +
                                           " is longer than the 63 bytes that the server keeps; "
@@ -82,13 +76,20 @@ void CheckName(const Text& sName) {
 
 std::vector<Catalog> PostgresSession::Catalogs(std::stop_token stop) {
   RequireOpen();
-  const auto rs = Ask(kCatalogs, {}, stop);
+  const auto rs = Ask("SELECT \"Name\", \"Identity\", \"Description\" FROM (" +
+                          PostgresHistoriansQuery(m_bRecords) + ") AS h",
+                      {}, stop);
   std::vector<Catalog> catalogs;
   for (platform::RowIndex row = 0; row < rs->RecordCount(); ++row) {
     Catalog& catalog = catalogs.emplace_back();
     catalog.sName = platform::ToText(rs->ValueAt(row, 0));
-    catalog.sDescription = platform::ToText(rs->ValueAt(row, 1));
-    catalog.bSystem = platform::ToBoolean(rs->ValueAt(row, 2));
+    catalog.sIdentity = platform::ToText(rs->ValueAt(row, 1));
+    catalog.sDescription = platform::ToText(rs->ValueAt(row, 2));
+  }
+  for (const char* const sOwn : {platform::kSystemCatalog, platform::kFunctionsCatalog}) {
+    Catalog& catalog = catalogs.emplace_back();
+    catalog.sName = sOwn;
+    catalog.bSystem = true;
   }
   std::ranges::sort(catalogs, {}, [](const Catalog& catalog) {
     return std::pair(platform::FoldCase(catalog.sName), catalog.sName);
@@ -132,6 +133,12 @@ void PostgresSession::CreateCatalog(const NewCatalog& catalog, std::stop_token s
       sStatements += character;
     }
   }
+  if (m_bRecords) {
+    sStatements += "INSERT INTO \"Orvane\".\"Historians\" (\"Name\") VALUES (" +
+                   platform::QuotedText(catalog.sName) +
+                   ") ON CONFLICT (\"Name\") DO UPDATE SET \"Identity\" = gen_random_uuid(), "
+                   "\"Created\" = now()";
+  }
   Do(sStatements, stop);
 }
 
@@ -146,7 +153,7 @@ void PostgresSession::DropCatalog(const Text& sName, std::stop_token stop) {
   if (found->bSystem) {
     Refuse(failure::kInvalidArgument,
            "The catalog " + sName +
-               " belongs to the server itself and cannot be dropped; choose another one.");
+               " belongs to the historian itself and cannot be dropped; choose another one.");
   }
   if (const auto rs = Ask(kStandingOnIt, {Value(sName), Value(sName)}, stop);
       rs->RecordCount() != 0) {
@@ -154,7 +161,12 @@ void PostgresSession::DropCatalog(const Text& sName, std::stop_token stop) {
                                platform::ToText(rs->ValueAt(0, 0)) +
                                ", which is in another one; drop that first.");
   }
-  Do("DROP SCHEMA " + platform::QuotedName(sName) + " CASCADE", stop);
+  Text sStatements = "DROP SCHEMA " + platform::QuotedName(sName) + " CASCADE";
+  if (m_bRecords) {
+    sStatements +=
+        "; DELETE FROM \"Orvane\".\"Historians\" WHERE \"Name\" = " + platform::QuotedText(sName);
+  }
+  Do(sStatements, stop);
 }
 
 std::span<const TypeSchema> PostgresSession::Types() const {

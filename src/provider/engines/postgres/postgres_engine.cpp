@@ -60,7 +60,7 @@ std::unique_ptr<EngineSession> PostgresEngine::Open(const Logon& logon, const Te
   auto address = ReadPostgresAddress(logon.sDataSource);
   RequireEncryption(address);
   return std::make_unique<PostgresSession>(
-      std::make_unique<PostgresLink>(address, logon.sUser, sPassword, stop));
+      std::make_unique<PostgresLink>(address, logon.sUser, sPassword, stop), stop);
 }
 
 }  // namespace orvane::provider::engines

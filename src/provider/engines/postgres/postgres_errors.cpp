@@ -98,8 +98,8 @@ Text SentenceOf(const PostgresError& error, std::string_view sServer, std::size_
       break;
   }
   Text sSentence = "The statement cannot be run: " + Lowered(error.sMessage);
-  if (nPosition != 0) sSentence += fmt::format(", at position {}", nPosition);
-  if (!error.sHint.empty()) sSentence += " (" + error.sHint + ')';
+  if (nPosition != 0) sSentence += fmt::format(" (character {} of the statement)", nPosition);
+  if (!error.sHint.empty()) sSentence += "; " + Lowered(error.sHint);
   return sSentence + "; correct it.";
 }
 

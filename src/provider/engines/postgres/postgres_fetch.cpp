@@ -24,10 +24,13 @@ platform::RowIndex ChangedBy(PGresult* result) {
 
 }  // namespace
 
-std::vector<ado::ColumnDescription> ColumnsOf(const PGresult* described) {
+std::vector<ado::ColumnDescription> ColumnsOf(const PGresult* described, const ColumnNames& names) {
   std::vector<ado::ColumnDescription> columns;
   for (int n = 0; n < PQnfields(described); ++n) {
-    columns.push_back({PQfname(described, n), TypeOfOid(PQftype(described, n))});
+    ado::ColumnDescription column{PQfname(described, n), TypeOfOid(PQftype(described, n))};
+    const auto origin = names.find({PQftable(described, n), PQftablecol(described, n)});
+    if (origin != names.end()) column.sOrigin = origin->second;
+    columns.push_back(std::move(column));
   }
   return columns;
 }
@@ -39,12 +42,12 @@ bool IsReadInBinary(const PGresult* described) {
   return true;
 }
 
-PostgresFetch::PostgresFetch(PostgresLink& link, const PGresult* described, const Limits& limits,
-                             ado::RowReceiver& rows)
+PostgresFetch::PostgresFetch(PostgresLink& link, const PGresult* described,
+                             const ColumnNames& names, const Limits& limits, ado::RowReceiver& rows)
     : m_link(link),
       m_limits(limits),
       m_receiver(rows),
-      m_descriptions(ColumnsOf(described)),
+      m_descriptions(ColumnsOf(described, names)),
       m_columns(m_descriptions.size()),
       m_bBinary(IsReadInBinary(described)),
       m_blockRows(kRowsInFirstBlock) {

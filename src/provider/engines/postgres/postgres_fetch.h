@@ -8,11 +8,12 @@
 
 #include "ado/row_receiver.h"
 #include "provider/engines/postgres/postgres_link.h"
+#include "provider/engines/postgres/postgres_schema.h"
 
 namespace orvane::provider::engines {
 
-/// The columns of a result as the server describes it.
-std::vector<ado::ColumnDescription> ColumnsOf(const PGresult* described);
+/// The columns of a result as the server describes it; the names tell where they come from.
+std::vector<ado::ColumnDescription> ColumnsOf(const PGresult* described, const ColumnNames& names);
 /// True when every column is read in the server's binary form.
 bool IsReadInBinary(const PGresult* described);
 
@@ -24,8 +25,8 @@ class PostgresFetch {
     bool bReads = false;             ///< the statement changes nothing, so it may be ended early
   };
 
-  PostgresFetch(PostgresLink& link, const PGresult* described, const Limits& limits,
-                ado::RowReceiver& rows);
+  PostgresFetch(PostgresLink& link, const PGresult* described, const ColumnNames& names,
+                const Limits& limits, ado::RowReceiver& rows);
   PostgresFetch(const PostgresFetch&) = delete;
   PostgresFetch& operator=(const PostgresFetch&) = delete;
   ~PostgresFetch() = default;

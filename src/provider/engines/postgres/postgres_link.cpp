@@ -80,7 +80,7 @@ PostgresLink::PostgresLink(const PostgresAddress& address, const Text& sUser, Te
 
 void PostgresLink::RequireOpen() const {
   if (m_connection == nullptr) {
-    throw Failure(failure::kObjectClosed, "The session is closed: connect again.", "PostgreSQL");
+    throw Failure(failure::kObjectClosed, "The connection is closed; connect again.", "PostgreSQL");
   }
 }
 

@@ -22,7 +22,8 @@ enum : platform::ColumnIndex {
   kKey,
   kDefault,
   kGenerated,
-  kDefinition
+  kTableNumber,
+  kColumnNumber
 };
 
 constexpr const char* kNamesOnly = "SELECT c.relname, c.relkind IN ('v', 'm')";
@@ -34,7 +35,7 @@ constexpr const char* kWithColumns =
     "coalesce(array_position(k.indkey::int2[], a.attnum) + 1, 0), "
     "CASE WHEN a.attgenerated = '' THEN pg_get_expr(d.adbin, d.adrelid) END, "
     "a.attgenerated <> '' OR a.attidentity = 'a', "
-    "CASE WHEN c.relkind IN ('v', 'm') AND a.attnum = 1 THEN pg_get_viewdef(c.oid) END";
+    "c.oid, a.attnum";
 
 constexpr const char* kColumns =
     " LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 AND NOT a.attisdropped"
@@ -78,6 +79,7 @@ ColumnSchema ColumnAt(const platform::Recordset& rs, platform::RowIndex row) {
   column.bNullable = !platform::ToBoolean(rs.ValueAt(row, kNotNull));
   column.lKeyOrdinal = platform::ToLong(rs.ValueAt(row, kKey));
   column.sDefault = TextOrNone(rs, row, kDefault);
+  column.bTime = column.sDeclaredType.starts_with("timestamp");
   column.bGenerated = platform::ToBoolean(rs.ValueAt(row, kGenerated));
   return column;
 }
@@ -90,13 +92,17 @@ std::vector<TableSchema> TablesOf(const platform::Recordset& rs) {
       tables.push_back({std::move(sName), platform::ToBoolean(rs.ValueAt(row, kView)), {}, {}});
     }
     if (rs.FieldCount() <= kColumn || rs.ValueAt(row, kColumn).IsNull()) continue;
-    TableSchema& table = tables.back();
-    table.columns.push_back(ColumnAt(rs, row));
-    if (auto sDefinition = TextOrNone(rs, row, kDefinition)) {
-      table.sDefinition = std::move(*sDefinition);
-    }
+    tables.back().columns.push_back(ColumnAt(rs, row));
   }
   return tables;
+}
+
+void TakeDownNames(const platform::Recordset& rs, ColumnNames& names) {
+  for (platform::RowIndex row = 0; row < rs.RecordCount(); ++row) {
+    if (rs.ValueAt(row, kColumn).IsNull()) continue;
+    const auto table = static_cast<Oid>(*rs.ValueAt(row, kTableNumber).As<std::int64_t>());
+    names[{table, platform::ToLong(rs.ValueAt(row, kColumnNumber))}] = TextAt(rs, row, kColumn);
+  }
 }
 
 void AddIndexes(std::vector<TableSchema>& tables, const platform::Recordset& rs) {
@@ -122,7 +128,7 @@ void AddIndexes(std::vector<TableSchema>& tables, const platform::Recordset& rs)
 }  // namespace
 
 std::vector<TableSchema> ReadPostgresSchema(const Text& sSchema, const SchemaRequest& request,
-                                            const AskServer& ask) {
+                                            const AskServer& ask, ColumnNames& names) {
   std::vector<Value> vtParameters = {Value(sSchema)};
   if (request.sTable) vtParameters.emplace_back(*request.sTable);
   const Text sOneTable = request.sTable ? kOneTable : "";
@@ -131,7 +137,9 @@ std::vector<TableSchema> ReadPostgresSchema(const Text& sSchema, const SchemaReq
   if (request.bColumns) sSql += kColumns;
   sSql += kWhich + sOneTable + kOrder;
   if (request.bColumns) sSql += ", a.attnum";
-  auto tables = TablesOf(*ask(sSql, vtParameters));
+  const auto rs = ask(sSql, vtParameters);
+  auto tables = TablesOf(*rs);
+  if (request.bColumns && request.sTable) TakeDownNames(*rs, names);
   if (request.bIndexes && !tables.empty()) {
     AddIndexes(tables, *ask(kIndexes + sOneTable + kOrder + kIndexOrder, vtParameters));
   }

@@ -3,7 +3,11 @@
 // ask.
 #pragma once
 
+#include <libpq-fe.h>
+
 #include <functional>
+#include <map>
+#include <utility>
 
 #include "provider/engines/engine.h"
 
@@ -13,9 +17,13 @@ namespace orvane::provider::engines {
 using AskServer =
     std::function<platform::RecordsetPtr(const platform::Text&, std::vector<platform::Value>)>;
 
+/// Of columns by table and number, as results tell where a column comes from.
+using ColumnNames = std::map<std::pair<Oid, int>, platform::Text>;
+
 /// Tables, partitioned and foreign ones too, and views, materialized ones too, in the order of
-/// their names; fails as asking does.
+/// their names; fails as asking does. Of one table the names of its columns are taken down.
 std::vector<TableSchema> ReadPostgresSchema(const platform::Text& sSchema,
-                                            const SchemaRequest& request, const AskServer& ask);
+                                            const SchemaRequest& request, const AskServer& ask,
+                                            ColumnNames& names);
 
 }  // namespace orvane::provider::engines

@@ -10,8 +10,12 @@
 
 #include "ado/out_of_memory.h"
 #include "ado/row_collector.h"
+#include "platform/conversions.h"
+#include "platform/quoting.h"
 #include "provider/engines/postgres/postgres_errors.h"
 #include "provider/engines/postgres/postgres_fetch.h"
+#include "provider/engines/postgres/postgres_forms.h"
+#include "provider/engines/postgres/postgres_historian.h"
 #include "provider/engines/postgres/postgres_parameters.h"
 #include "provider/engines/postgres/postgres_schema.h"
 
@@ -91,6 +95,25 @@ platform::Long LongOf(RowIndex rows) {
       std::min<RowIndex>(rows, std::numeric_limits<platform::Long>::max()));
 }
 
+bool BeginsCharacter(char character) {
+  return (static_cast<unsigned char>(character) & 0xC0U) != 0x80U;
+}
+
+// Where the character of that number, from 1, begins.
+std::size_t ByteOf(std::string_view sText, std::size_t nCharacter) {
+  std::size_t nByte = 0;
+  for (std::size_t n = 0; nByte < sText.size(); ++nByte) {
+    if (BeginsCharacter(sText[nByte]) && ++n == nCharacter) break;
+  }
+  return nByte;
+}
+
+// The number of the character that begins there, from 1.
+std::size_t CharacterOf(std::string_view sText, std::size_t nByte) {
+  return 1 +
+         static_cast<std::size_t>(std::ranges::count_if(sText.substr(0, nByte), BeginsCharacter));
+}
+
 }  // namespace
 
 // A statement on its way.
@@ -105,12 +128,27 @@ struct PostgresSession::Call {
     throw Failure(failure::kCancelled, "The statement was cancelled.", "PostgreSQL", 0,
                   statement.sSql);
   }
+  void RequireValues(std::size_t nGiven) const {
+    if (nGiven == text.nParameters) return;
+    throw Failure(failure::kInvalidArgument,
+                  "The statement takes " + std::to_string(text.nParameters) + " parameters, but " +
+                      std::to_string(nGiven) + " were given; give one value for each.",
+                  "PostgreSQL", 0, statement.sSql);
+  }
 };
 
-PostgresSession::PostgresSession(std::unique_ptr<PostgresLink> link) : m_link(std::move(link)) {}
+PostgresSession::PostgresSession(std::unique_ptr<PostgresLink> link, const std::stop_token& stop)
+    : m_link(std::move(link)) {
+  // One that this user may not read is as good as none.
+  const auto rs = Ask(
+      "SELECT coalesce(has_table_privilege(to_regclass('\"Orvane\".\"Historians\"'), 'SELECT') AND "
+      "has_schema_privilege(to_regnamespace('\"Orvane\"'), 'USAGE'), false)",
+      {}, stop);
+  m_bRecords = platform::ToBoolean(rs->ValueAt(0, 0));
+}
 
 Abilities PostgresSession::Can() const {
-  return {.refusedNames = kRefusedNames};
+  return {.refusedNames = kRefusedNames, .form = &kPostgresForm};
 }
 
 EngineResult PostgresSession::Run(const EngineStatement& statement, std::stop_token stop) {
@@ -122,12 +160,7 @@ EngineResult PostgresSession::Run(const EngineStatement& statement, std::stop_to
                   "not for statements; leave them out.",
                   "PostgreSQL", 0, statement.sSql);
   }
-  if (!statement.functions.empty()) {
-    throw Failure(failure::kNotSupported,
-                  "The statement compares times with what is known only while it runs, which this "
-                  "server cannot do: cast the other side to timestamptz.",
-                  "PostgreSQL", 0, statement.sSql);
-  }
+  if (statement.bReadOnly && CertainlyChanges(sWord)) throw WouldChange(statement.sSql);
   ado::RowCollector held({statement.maxBytes == 0
                               ? nullptr
                               : std::make_shared<ado::MemoryBudget>(statement.maxBytes)});
@@ -138,11 +171,15 @@ EngineResult PostgresSession::Run(const EngineStatement& statement, std::stop_to
   call.RequireNoStop();
   return ado::TellingMemory([&] {
     std::optional<EngineResult> result;
-    if (statement.bReadOnly || !(CertainlyChanges(sWord) || statement.batch)) {
+    const bool bReadOnly =
+        statement.bReadOnly ||
+        (!statement.catalogs.empty() &&
+         std::ranges::all_of(statement.catalogs, [](const auto& one) { return one.bReadOnly; }));
+    if (bReadOnly || !(CertainlyChanges(sWord) || statement.batch)) {
       result = Try(call, true);
     }
     if (!result) {
-      if (statement.bReadOnly) throw WouldChange(statement.sSql);
+      if (bReadOnly) throw WouldChange(statement.sSql);
       result = Try(call, false);
     }
     if (!statement.rows) result->recordset = held.Recordset();
@@ -153,7 +190,16 @@ EngineResult PostgresSession::Run(const EngineStatement& statement, std::stop_to
 std::optional<EngineResult> PostgresSession::Try(const Call& call, bool bReads) {
   EngineResult result;
   bool bWouldChange = false;
-  m_link->Command(bReads ? "BEGIN READ ONLY" : "BEGIN READ WRITE", call.stop);
+  Text sBegin = bReads ? "BEGIN READ ONLY" : "BEGIN READ WRITE";
+  // What a definition names without a catalog, such as what a view reads, lies in its own. Other
+  // statements find the server's functions only, whatever others have put into their catalogs.
+  if (FirstWord(call.statement.sSql) == "create" && !call.statement.catalogs.empty()) {
+    sBegin += "; SET LOCAL search_path = pg_catalog";
+    for (const Catalog& catalog : call.statement.catalogs) {
+      sBegin += ", " + platform::QuotedName(catalog.sName);
+    }
+  }
+  m_link->Command(sBegin.c_str(), call.stop);
   try {
     RunIn(call, bReads, result, bWouldChange);
     if (bWouldChange) {
@@ -175,19 +221,17 @@ void PostgresSession::RunIn(const Call& call, bool bReads, EngineResult& result,
     result.lRecordsAffected = LongOf(RunBatch(call));
     return;
   }
-  if (call.text.nParameters != statement.parameters.size()) {
-    throw Failure(failure::kInvalidArgument,
-                  "The statement has " + std::to_string(call.text.nParameters) +
-                      " parameters and was given " + std::to_string(statement.parameters.size()) +
-                      " values: give one for each.",
-                  "PostgreSQL", 0, statement.sSql);
-  }
+  call.RequireValues(statement.parameters.size());
   const PostgresParameters parameters(statement.parameters);
   const PostgresResult described = m_link->Prepare(call.text.sSql, parameters, call.stop);
   if (PQresultStatus(described.get()) != PGRES_COMMAND_OK) Fail(call, described.get());
+  if (FirstWord(statement.sSql).empty() && PQnfields(described.get()) == 0) {
+    throw Failure(failure::kSqlError, "There is no statement to run: the text is empty; write one.",
+                  "PostgreSQL", 0, statement.sSql);
+  }
   m_link->Execute(parameters, engines::IsReadInBinary(described.get()));
-  PostgresFetch fetch(*m_link, described.get(), {statement.maxRows, statement.maxBytes, bReads},
-                      call.rows);
+  PostgresFetch fetch(*m_link, described.get(), m_columns,
+                      {statement.maxRows, statement.maxBytes, bReads}, call.rows);
   PostgresResult error;
   try {
     error = fetch.TakeAll(call.stop);
@@ -220,6 +264,7 @@ RowIndex PostgresSession::RunBatch(const Call& call) {
   std::vector<Oid> prepared;
   while (statement.batch(values)) {
     call.RequireNoStop();
+    call.RequireValues(values.size());
     const PostgresParameters parameters(values);
     if (!parameters.Fit(prepared)) {
       prepared.assign(parameters.Types(), parameters.Types() + parameters.Count());
@@ -267,23 +312,29 @@ void PostgresSession::Commit(const Call& call, bool bReads) {
   }
 }
 
+// The server counts characters from 1, of the text as it was sent; who wrote the statement counts
+// those of the text as it was written.
+std::size_t PostgresSession::PlaceOf(const Call& call, std::size_t nCharacter) {
+  const auto& written = call.statement.written;
+  std::size_t nByte = call.text.PlaceBefore(ByteOf(call.text.sSql, nCharacter));
+  const auto behind = std::ranges::upper_bound(written.places, nByte, {},
+                                               &std::pair<std::size_t, std::size_t>::first);
+  if (behind == written.places.begin()) return CharacterOf(call.statement.sSql, nByte);
+  const auto [nBegin, nWritten] = *std::prev(behind);
+  // What stands there instead of a piece is as long as it likes.
+  const std::size_t nEnd = behind == written.places.end() ? written.sText.size() : behind->second;
+  nByte = std::min(nWritten + (nByte - nBegin), std::max(nWritten, nEnd));
+  return CharacterOf(written.sText, nByte);
+}
+
 void PostgresSession::Fail(const Call& call, const PGresult* error) {
   const PostgresError told = ErrorOf(error);
   if (NumberOfState(told.sState) == failure::kWouldChange) throw WouldChange(call.statement.sSql);
   if (NumberOfState(told.sState) == failure::kObjectClosed) {
     throw LinkLost(m_link->Server(), told.sMessage, call.statement.sSql);
   }
-  // The server counts characters, of the text as it was sent.
-  std::size_t nPosition = 0;
-  if (told.nPosition != 0) {
-    std::size_t nByte = 0;
-    for (std::size_t n = 1; nByte < call.text.sSql.size(); ++nByte) {
-      if ((static_cast<unsigned char>(call.text.sSql[nByte]) & 0xC0U) == 0x80U) continue;
-      if (n++ == told.nPosition) break;
-    }
-    nPosition = call.text.PlaceBefore(nByte) + 1;
-  }
-  throw Failure(NumberOfState(told.sState), SentenceOf(told, m_link->Server(), nPosition),
+  const std::size_t nPlace = told.nPosition == 0 ? 0 : PlaceOf(call, told.nPosition);
+  throw Failure(NumberOfState(told.sState), SentenceOf(told, m_link->Server(), nPlace),
                 "PostgreSQL", 0, call.statement.sSql);
 }
 
@@ -297,15 +348,21 @@ RecordsetPtr PostgresSession::Ask(const Text& sSql, std::vector<Value> vtParamet
 std::vector<TableSchema> PostgresSession::Schema(const Catalog& catalog,
                                                  const SchemaRequest& request,
                                                  std::stop_token stop) {
-  return ReadPostgresSchema(catalog.sName, request,
-                            [&](const Text& sSql, std::vector<Value> vtParameters) {
-                              return Ask(sSql, std::move(vtParameters), stop);
-                            });
+  RequireOpen();
+  if (IsPostgresSystemCatalog(catalog.sName)) {
+    return PostgresSystemTables(catalog.sName, request, m_bRecords);
+  }
+  return ReadPostgresSchema(
+      catalog.sName, request,
+      [&](const Text& sSql, std::vector<Value> vtParameters) {
+        return Ask(sSql, std::move(vtParameters), stop);
+      },
+      m_columns);
 }
 
 void PostgresSession::RequireOpen() const {
   if (m_link == nullptr) {
-    throw Failure(failure::kObjectClosed, "The session is closed: connect again.", "PostgreSQL");
+    throw Failure(failure::kObjectClosed, "The connection is closed; connect again.", "PostgreSQL");
   }
   m_link->RequireOpen();
 }

@@ -7,6 +7,7 @@
 
 #include "provider/engines/engine.h"
 #include "provider/engines/postgres/postgres_link.h"
+#include "provider/engines/postgres/postgres_schema.h"
 
 namespace orvane::provider::engines {
 
@@ -14,12 +15,13 @@ class PostgresFetch;
 
 class PostgresSession final : public EngineSession {
  public:
-  explicit PostgresSession(std::unique_ptr<PostgresLink> link);
+  /// Looks whether the database has a historian's records; fails as Run does.
+  explicit PostgresSession(std::unique_ptr<PostgresLink> link, const std::stop_token& stop = {});
   ~PostgresSession() override = default;
 
   Abilities Can() const override;
   std::span<const TypeSchema> Types() const override;
-  /// The schemas of the database; those of the server itself are its own.
+  /// The schemas of the database, without those of the server itself, and the historian's own two.
   std::vector<Catalog> Catalogs(std::stop_token stop) override;
   /// A schema with the tables of a catalog. Where it lies and how large it may be is for the
   /// server's administrator: a path or a size is refused.
@@ -44,6 +46,7 @@ class PostgresSession final : public EngineSession {
   void RunIn(const Call& call, bool bReads, EngineResult& result, bool& bWouldChange);
   platform::RowIndex RunBatch(const Call& call);
   void Commit(const Call& call, bool bReads);
+  static std::size_t PlaceOf(const Call& call, std::size_t nCharacter);
   [[noreturn]] void Fail(const Call& call, const PGresult* error);
 
   // Reads with a statement of this program's own.
@@ -53,6 +56,8 @@ class PostgresSession final : public EngineSession {
   void Do(const platform::Text& sStatements, const std::stop_token& stop);
 
   std::unique_ptr<PostgresLink> m_link;
+  bool m_bRecords = false;  // the database has a historian's table of catalogs
+  ColumnNames m_columns;
 };
 
 }  // namespace orvane::provider::engines

@@ -1,0 +1,169 @@
+#include "provider/dialect/engine_forms.h"
+
+#include <algorithm>
+
+namespace orvane::provider::dialect {
+
+using platform::Text;
+
+void EngineForms::Write() {
+  // What stands in another one first.
+  for (auto expr = m_tree.expressions.rbegin(); expr != m_tree.expressions.rend(); ++expr) {
+    WriteExpression(*expr);
+  }
+  if (m_tree.bIndex) WriteIndex();
+  for (const TokenRange type : m_tree.types) WriteType(type);
+  for (std::size_t i = 0; i + 1 < m_tree.tokens.size(); ++i) {
+    // Any named query may read itself there.
+    if (At(i).IsWord("WITH") && !At(i + 1).IsWord("RECURSIVE")) {
+      m_edits.Replace({i, i + 1}, "WITH RECURSIVE");
+    }
+  }
+  if (m_tree.bExplain && At(1).IsWord("QUERY") && At(2).IsWord("PLAN")) {
+    m_edits.Replace({1, 3}, "");
+  }
+  if (!m_tree.storage.empty()) m_edits.Replace(m_tree.storage, "");
+}
+
+// What is worked out stands in brackets among an index's columns.
+void EngineForms::WriteIndex() {
+  for (const Expr* const part : m_tree.changeScope->conditions) {
+    if (part->kind == ExprKind::Name || part->kind == ExprKind::Collate) continue;
+    m_edits.WrapAround(part->range, "(", ")");
+  }
+}
+
+void EngineForms::WriteExpression(const Expr& expr) {
+  const std::size_t operation = expr.operation;
+  switch (expr.kind) {
+    case ExprKind::Compare:
+      return WriteCompare(expr);
+    case ExprKind::NullTest:
+      if (At(operation).IsWord("NOT")) m_edits.Replace({operation, operation + 2}, "IS NOT NULL");
+      return;
+    case ExprKind::Like:
+      // Without regard to case.
+      for (const std::size_t i : {operation, operation + 1}) {
+        if (At(i).IsWord("LIKE")) return m_edits.Replace({i, i + 1}, "ILIKE");
+      }
+      return;
+    case ExprKind::Collate:
+      if (At(operation + 1).IsWord("BINARY")) {
+        m_edits.Replace({operation + 1, operation + 2}, Text(m_form.sBinaryOrder));
+      }
+      return;
+    case ExprKind::Blob: {
+      if (At(expr.range.begin).nParameter != 0) return;
+      // "x'" before the digits, "'" behind them.
+      const Text& sToken = At(expr.range.begin).sText;
+      const Text sBytes = sToken.substr(2, sToken.size() - 3);
+      m_edits.Replace(expr.range, Text(m_form.sBytesBefore) + sBytes + Text(m_form.sBytesBehind));
+      return;
+    }
+    case ExprKind::Call:
+      return WriteCall(expr);
+    default:
+      return;
+  }
+}
+
+void EngineForms::WriteCompare(const Expr& expr) {
+  const std::size_t operation = expr.operation;
+  const Token& token = At(operation);
+  const bool bIs = token.IsWord("IS");
+  if (token.IsSymbol("==")) m_edits.Replace({operation, operation + 1}, "=");
+  if (bIs || token.IsSymbol("=") || token.IsSymbol("==") || token.IsSymbol("<>") ||
+      token.IsSymbol("!=")) {
+    // Equal texts are the same bytes there, and other types have no such order.
+    for (const Expr* const side : expr.children) DropBinaryOrder(*side);
+  }
+  if (!bIs) return;
+  const bool bNot = At(operation + 1).IsWord("NOT");
+  const std::size_t behind = operation + (bNot ? 2 : 1);
+  if (At(behind).IsWord("DISTINCT") || At(behind).IsWord("NULL") || At(behind).IsWord("TRUE") ||
+      At(behind).IsWord("FALSE")) {
+    return;
+  }
+  m_edits.Replace({operation, behind}, bNot ? "IS DISTINCT FROM" : "IS NOT DISTINCT FROM");
+}
+
+bool EngineForms::DropBinaryOrder(const Expr& side) {
+  if (side.kind != ExprKind::Collate || !At(side.operation + 1).IsWord("BINARY")) return false;
+  m_edits.Replace({side.operation, side.operation + 2}, "");
+  return true;
+}
+
+void EngineForms::WriteCall(const Expr& call) {
+  const Text sName = UpperCase(At(call.operation).sText);
+  for (const auto& form : m_form.calls) {
+    if (form.sName == sName && form.nArguments == call.children.size()) {
+      return WriteCall(call, form);
+    }
+  }
+  for (const auto& form : m_form.patterns) {
+    if (form.sName == sName && !call.children.empty()) return WritePattern(call, form);
+  }
+}
+
+void EngineForms::WriteCall(const Expr& call, const engines::CallForm& form) {
+  const std::size_t name = call.operation;
+  if (form.nArguments == 0) return m_edits.Replace({name, name + 3}, Text(form.sText));
+  std::string_view sLeft = form.sText;
+  const auto take = [&](std::string_view sEnd) {
+    const std::size_t nEnd = std::min(sLeft.find(sEnd), sLeft.size());
+    const Text sTaken(sLeft.substr(0, nEnd));
+    sLeft.remove_prefix(std::min(nEnd + sEnd.size(), sLeft.size()));
+    return sTaken;
+  };
+  // DISTINCT stays behind the bracket and before the argument.
+  m_edits.Replace({name, name + 2}, take("(") + "(");
+  Text sBefore = take("{}");
+  for (std::size_t i = 0; i < call.children.size(); ++i) {
+    const TokenRange argument = call.children[i]->range;
+    const Text sBehind = take("{}");
+    const bool bLast = i + 1 == call.children.size();
+    m_edits.WrapAround(argument, sBefore, bLast ? sBehind : "");
+    sBefore.clear();
+    if (!bLast) m_edits.Replace({argument.end, argument.end + 1}, sBehind);
+  }
+  if (!form.sBefore.empty()) {
+    m_edits.WrapAround(call.range, Text(form.sBefore), Text(form.sBehind));
+  }
+}
+
+void EngineForms::WritePattern(const Expr& call, const engines::PatternForm& form) {
+  const Expr& pattern = *call.children.front();
+  const std::size_t nArguments = call.children.size() - 1;
+  const auto pieces = pattern.kind == ExprKind::String
+                          ? form.write(At(pattern.range.begin).sText, nArguments)
+                          : std::nullopt;
+  if (!pieces) {
+    FailAt(m_sStatement, At(pattern.range.begin).position,
+           "This server cannot write such a pattern",
+           "write a text with %s, %d and %.2f for numbers, or %Y-%m-%d for times, and a value for "
+           "each");
+  }
+  const TokenRange begin{call.operation, pattern.range.end + (nArguments > 0 ? 1 : 0)};
+  m_edits.Replace(begin, pieces->front());
+  for (std::size_t i = 1; i <= nArguments; ++i) {
+    const TokenRange argument = call.children[i]->range;
+    if (i == nArguments) {
+      m_edits.WrapAround(argument, "", pieces->at(i));
+    } else {
+      m_edits.Replace({argument.end, argument.end + 1}, pieces->at(i));
+    }
+  }
+}
+
+void EngineForms::WriteType(TokenRange type) {
+  Text sName;
+  std::size_t end = type.begin;
+  for (; end < type.end && !At(end).IsSymbol("("); ++end) {
+    sName += (sName.empty() ? "" : " ") + UpperCase(At(end).sText);
+  }
+  const auto form = std::ranges::find(m_form.types, sName, &engines::TypeForm::sName);
+  if (form == m_form.types.end()) return;
+  m_edits.Replace({type.begin, form->bLength ? end : type.end}, Text(form->sText));
+}
+
+}  // namespace orvane::provider::dialect

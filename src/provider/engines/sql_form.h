@@ -1,0 +1,56 @@
+// How an engine's SQL is written where it is not as the embedded engine reads it, whose forms are
+// those of historian SQL. Such an engine tells names that are in quotes apart letter by letter, has
+// a type of its own for times, and lets columns take values of their types only.
+// Told by an engine, written by the dialect. Constants, any thread.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/types.h"
+
+namespace orvane::provider::engines {
+
+/// A call with so many arguments, "{}" for each of them in order. The text goes up to, without, the
+/// bracket that closes the call; the first bracket in it opens the call. Without arguments it is
+/// the whole call.
+struct CallForm {
+  std::string_view sName;  ///< in capitals
+  std::size_t nArguments;
+  std::string_view sText;
+  std::string_view sBefore{};  ///< and behind: around all of it, its window included
+  std::string_view sBehind{};
+};
+
+/// A call of which the first argument is a pattern. Gives what stands before each of the other
+/// arguments, and behind the last of them, as of a CallForm; none for a pattern that it cannot
+/// write.
+struct PatternForm {
+  std::string_view sName;  ///< in capitals
+  std::optional<std::vector<platform::Text>> (*write)(std::string_view sPattern,
+                                                      std::size_t nArguments);
+};
+
+/// A type of columns; in capitals.
+struct TypeForm {
+  std::string_view sName;
+  std::string_view sText;
+  bool bLength = false;  ///< what stands in brackets behind it is kept
+};
+
+struct SqlForm {
+  std::span<const CallForm> calls;
+  std::span<const PatternForm> patterns;
+  std::span<const TypeForm> types;
+  std::string_view sBinaryOrder;  ///< what COLLATE BINARY is called
+  std::string_view sBytesBefore;  ///< before and behind the digits of bytes
+  std::string_view sBytesBehind;
+  std::string_view sMicroseconds;   ///< behind a number: that it counts them
+  std::string_view sBetweenBefore;  ///< around what lies between two times: their microseconds
+  std::string_view sBetweenBehind;
+  std::string_view sTimeBehind;  ///< behind a written time in UTC: makes a time of it
+};
+
+}  // namespace orvane::provider::engines
