@@ -2,6 +2,7 @@
 
 #include "platform/ado/extended_options.h"
 #include "provider/engines/embedded/embedded_engine.h"
+#include "provider/engines/postgres/postgres_engine.h"
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian/data_folder.h"
 
@@ -17,9 +18,10 @@ platform::Timestamp Now() {
 
 HistorianProvider::HistorianProvider()
     : HistorianProvider(
-          SessionPlace{{std::make_shared<engines::EmbeddedEngine>(engines::EmbeddedPlace{
-                           historian::DefaultRoot(), std::make_shared<engines::SqliteEngine>(),
-                           historian::KnownHistorians::OfUser()})},
+          SessionPlace{{std::make_shared<engines::PostgresEngine>(),
+                        std::make_shared<engines::EmbeddedEngine>(engines::EmbeddedPlace{
+                            historian::DefaultRoot(), std::make_shared<engines::SqliteEngine>(),
+                            historian::KnownHistorians::OfUser()})},
                        Now}) {}
 
 HistorianProvider::HistorianProvider(SessionPlace place) : m_place(std::move(place)) {}

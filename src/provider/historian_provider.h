@@ -10,7 +10,7 @@ namespace orvane::provider {
 
 class HistorianProvider : public ado::Provider {
  public:
-  /// The historians of this user, and the clock of this machine.
+  /// The historians of this user, PostgreSQL servers, and the clock of this machine.
   HistorianProvider();
   explicit HistorianProvider(SessionPlace place);
 

@@ -14,12 +14,14 @@ orvane_test(console_scenarios QT
     scenarios/host_driver_dialogs.cpp
     scenarios/kept_columns_test.cpp
     scenarios/living_tree_test.cpp
+    scenarios/postgres_server_test.cpp
     scenarios/reader_first_test.cpp
     scenarios/shown_qt_form.cpp
     scenarios/shown_qt_form.h
     scenarios/unloading_test.cpp
     scenarios/unsent_rows_question_test.cpp
     scenarios/visible_widget.h
+    ../provider/engines/postgres_cluster.cpp
     ../scenarios/catalog_cases.cpp
     ../scenarios/command_cases.cpp
     ../scenarios/document_cases.cpp

@@ -42,11 +42,12 @@ fs::path HistorianFolder(const fs::path& root, const Text& sServer) {
 Text ServerFromDataSource(std::string_view sDataSource) {
   const Text sFolded = platform::FoldCase(sDataSource);
   engines::RefusePassword(sDataSource);
-  for (const char* const sScheme : {"postgresql://", "postgres://", "service=", "odbc:"}) {
+  for (const char* const sScheme : {"postgresql:", "postgres:", "service=", "odbc:"}) {
     if (sFolded.starts_with(sScheme)) {
       throw Failure(failure::kNotSupported,
-                    "This version speaks to the embedded historian only; enter localhost or the "
-                    "name of another historian on this machine.");
+                    "This version speaks to embedded historians and PostgreSQL servers only; enter "
+                    "localhost, the name of another historian on this machine, or "
+                    "postgresql://HOST:PORT/DATABASE.");
     }
   }
   if (sDataSource.empty()) return Text(platform::kDefaultServer);

@@ -110,7 +110,8 @@ PostgresCluster::PostgresCluster() {
 void PostgresCluster::Do(const std::string& sDatabase, const std::string& sSql) const {
   PGconn* const connection = PQconnectdb(Address(sDatabase).c_str());
   PGresult* const result = PQexec(connection, sSql.c_str());
-  const bool bDone = PQresultStatus(result) == PGRES_COMMAND_OK;
+  const auto status = PQresultStatus(result);
+  const bool bDone = status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK;
   const std::string sWhy = PQerrorMessage(connection);
   PQclear(result);
   PQfinish(connection);

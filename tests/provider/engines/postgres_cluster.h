@@ -30,6 +30,10 @@ class PostgresCluster {
   /// An empty database of a new name, without any schema of its own, and its end.
   std::string NewDatabase();
   void DropDatabase(const std::string& sDatabase);
+  /// Runs statements as its administrator; fails with std::runtime_error.
+  void Do(const std::string& sDatabase, const std::string& sSql) const;
+  /// Of its socket.
+  const std::filesystem::path& Folder() const { return m_folder; }
   int Port() const { return m_nPort; }
   /// Kills every process of it at once, as a power cut would.
   void Kill();
@@ -37,7 +41,6 @@ class PostgresCluster {
 
  private:
   PostgresCluster();
-  void Do(const std::string& sDatabase, const std::string& sSql) const;
 
   std::filesystem::path m_folder;
   int m_nPort = 0;

@@ -53,6 +53,13 @@ TEST_F(PostgresLinkTest, is_refused_with_a_wrong_password_or_none) {
   }
 }
 
+TEST_F(PostgresLinkTest, is_refused_for_a_user_that_the_server_does_not_know) {
+  const auto failed =
+      FailureOf([] { Open(PostgresCluster::Get().Address(), "nobody by that name"); });
+  EXPECT_EQ(failed.lNumber, failure::kNoRights);
+  EXPECT_THAT(failed.sSentence, HasSubstr("): check user and password."));
+}
+
 TEST_F(PostgresLinkTest, says_when_nobody_answers) {
   const auto failed = FailureOf([] { Open("postgresql://127.0.0.1:1/d", "anna"); });
   EXPECT_EQ(failed.lNumber, failure::kServerNotFound);

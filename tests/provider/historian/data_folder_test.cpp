@@ -29,8 +29,9 @@ TEST(data_folder, says_that_other_kinds_of_servers_are_not_spoken_to) {
   for (const char* const sText : {"postgresql://host/db", "PostgreSQL://host", "postgres://host",
                                   "service=plant", "odbc:DSN"}) {
     EXPECT_EQ(ServerOf(sText),
-              "3808: This version speaks to the embedded historian only; enter localhost or the "
-              "name of another historian on this machine.");
+              "3808: This version speaks to embedded historians and PostgreSQL servers only; enter "
+              "localhost, the name of another historian on this machine, or "
+              "postgresql://HOST:PORT/DATABASE.");
   }
 }
 

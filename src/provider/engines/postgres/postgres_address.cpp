@@ -6,6 +6,7 @@
 #include <array>
 #include <memory>
 
+#include "platform/case_folding.h"
 #include "platform/failure.h"
 #include "platform/one_line.h"
 #include "provider/engines/data_source.h"
@@ -65,7 +66,13 @@ void RequireTaken(std::string_view sKeyword, std::string_view sValue) {
                 "PostgreSQL");
 }
 
-PostgresOptions Parse(const Text& sDataSource) {
+constexpr std::array<const char*, 3> kBeginnings = {"postgresql://", "postgres://", "service="};
+constexpr std::size_t kLongestBeginning = 13;
+
+PostgresOptions Parse(Text sDataSource) {
+  // Whoever writes the beginning in capitals means the same.
+  const std::size_t nBeginning = std::min(sDataSource.find_first_of(":="), sDataSource.size());
+  sDataSource.replace(0, nBeginning, platform::FoldCase(sDataSource.substr(0, nBeginning)));
   char* sError = nullptr;
   PostgresOptions options(PQconninfoParse(sDataSource.c_str(), &sError));
   const std::unique_ptr<char, decltype(&PQfreemem)> error(sError, &PQfreemem);
@@ -119,8 +126,9 @@ void RequireEncryption(PostgresAddress& address) {
 }
 
 bool IsPostgresAddress(std::string_view sDataSource) {
-  return sDataSource.starts_with("postgresql://") || sDataSource.starts_with("postgres://") ||
-         sDataSource.starts_with("service=");
+  const Text sFolded = platform::FoldCase(sDataSource.substr(0, kLongestBeginning));
+  return std::ranges::any_of(
+      kBeginnings, [&](const char* sBeginning) { return sFolded.starts_with(sBeginning); });
 }
 
 PostgresAddress ReadPostgresAddress(const Text& sDataSource) {

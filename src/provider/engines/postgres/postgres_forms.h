@@ -1,4 +1,5 @@
-// What historian SQL looks like to a PostgreSQL server. Constants and pure functions, any thread.
+// What historian SQL looks like to a PostgreSQL server.
+// Told by the engine on PostgreSQL. Constants and pure functions, any thread.
 #pragma once
 
 #include "provider/engines/sql_form.h"

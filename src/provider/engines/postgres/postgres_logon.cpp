@@ -102,8 +102,12 @@ PostgresHandle LogOn(const PostgresAddress& address, const Text& sUser, Text sPa
   PostgresHandle handle = std::move(*attempt->handle);
   if (handle != nullptr && PQstatus(handle.get()) == CONNECTION_OK) return handle;
   const Text sWords = handle == nullptr ? Text("no memory") : LastWords(handle.get());
-  const bool bLogon = handle != nullptr && (PQconnectionNeedsPassword(handle.get()) != 0 ||
-                                            PQconnectionUsedPassword(handle.get()) != 0);
+  // A server that is there and refuses the user says so in words alone.
+  const bool bRole = sWords.find("FATAL:  role ") != Text::npos ||
+                     sWords.find("authentication failed") != Text::npos;
+  const bool bLogon =
+      handle != nullptr && (bRole || PQconnectionNeedsPassword(handle.get()) != 0 ||
+                            PQconnectionUsedPassword(handle.get()) != 0);
   if (bLogon) {
     throw Failure(failure::kNoRights,
                   fmt::format("The server at {} does not let you in ({}): check user and password.",
