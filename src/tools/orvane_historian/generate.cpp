@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "tools/orvane_historian/catalog_database.h"
+#include "tools/orvane_historian/server_rows.h"
 
 namespace orvane::tools {
 namespace {
@@ -101,10 +102,11 @@ Timestamp At(std::int64_t llSecond) {
   return Timestamp(seconds(llSecond));
 }
 
+constexpr std::int64_t kStateSeconds = 900;
+
 void WriteStates(CatalogDatabase& database, std::int64_t llFirst, std::int64_t llLast) {
   PreparedStatement texts(database,
                           "INSERT OR IGNORE INTO Data2 (Tag, Timestamp, Value) VALUES (?, ?, ?)");
-  constexpr std::int64_t kStateSeconds = 900;
   for (std::int64_t llSecond = llFirst / kStateSeconds * kStateSeconds; llSecond <= llLast;
        llSecond += kStateSeconds) {
     const auto state = static_cast<std::size_t>(llSecond / kStateSeconds) % std::size(kBatchStates);
@@ -113,7 +115,82 @@ void WriteStates(CatalogDatabase& database, std::int64_t llFirst, std::int64_t l
   }
 }
 
+[[noreturn]] void FailNotGenerated(const Text& sCatalog) {
+  throw NotGenerated(platform::failure::kInvalidArgument,
+                     "The catalog \"" + sCatalog +
+                         "\" holds no generated signals, so none were written into it; name "
+                         "another one, such as \"orvane-historian generate --catalog "
+                         "Invented\".");
+}
+
+// Of the signals that are described in the catalog as they are here, the numbers.
+std::vector<std::size_t> OwnSignals(ServerCatalog& catalog) {
+  std::vector<std::size_t> own;
+  for (std::size_t signal = 0; signal < std::size(kSignals); ++signal) {
+    const auto rs = catalog.Ask(
+        "SELECT 1 FROM " + catalog.Named("Tags") + " WHERE \"Tag\" = ? AND \"Description\" = ?",
+        {Value(kSignals[signal].sTag), Value(kSignals[signal].sDescription)});
+    if (rs->RecordCount() != 0) own.push_back(signal);
+  }
+  return own;
+}
+
+void WriteTags(ServerCatalog& catalog) {
+  std::size_t signal = 0;
+  catalog.Run(
+      "INSERT INTO " + catalog.Named("Tags") +
+          " (\"Tag\", \"Description\", \"Unit\", \"Type\") VALUES (?, ?, ?, ?) ON "
+          "CONFLICT DO NOTHING",
+      [&](std::vector<Value>& values) {
+        if (signal > std::size(kSignals)) return false;
+        if (signal == std::size(kSignals)) {
+          values = {Value(kBatchTag), Value(kBatchDescription), Value(), Value("text")};
+        } else {
+          const Signal& one = kSignals[signal];
+          values = {Value(one.sTag), Value(one.sDescription), Value(one.sUnit), Value("number")};
+        }
+        ++signal;
+        return true;
+      });
+}
+
+Text InsertValues(const ServerCatalog& catalog, const char* sTable) {
+  return "INSERT INTO " + catalog.Named(sTable) +
+         " (\"Tag\", \"Timestamp\", \"Value\") VALUES (?, ?, ?) ON CONFLICT DO NOTHING";
+}
+
 }  // namespace
+
+std::int64_t GenerateOnServer(ServerCatalog& catalog, const GenerateOrder& order) {
+  if (!catalog.IsNew() && OwnSignals(catalog).empty()) FailNotGenerated(catalog.Name());
+  WriteTags(catalog);
+  const auto own = OwnSignals(catalog);
+  const std::int64_t llStep = order.step.count();
+  const std::int64_t llNow = floor<seconds>(order.now).time_since_epoch().count();
+  const std::int64_t llFirst =
+      (llNow - duration_cast<seconds>(order.span).count()) / llStep * llStep;
+  std::size_t n = 0;
+  std::int64_t llSecond = llFirst;
+  std::int64_t llNew = catalog.Run(InsertValues(catalog, "Data"), [&](std::vector<Value>& values) {
+    if (llSecond > llNow) {
+      llSecond = llFirst;
+      ++n;
+    }
+    if (n >= own.size()) return false;
+    values = {Value(kSignals[own[n]].sTag), Value(At(llSecond)), Value(ValueAt(own[n], llSecond))};
+    llSecond += llStep;
+    return true;
+  });
+  llSecond = llFirst / kStateSeconds * kStateSeconds;
+  llNew += catalog.Run(InsertValues(catalog, "Data2"), [&](std::vector<Value>& values) {
+    if (llSecond > llNow) return false;
+    const auto state = static_cast<std::size_t>(llSecond / kStateSeconds) % std::size(kBatchStates);
+    values = {Value(kBatchTag), Value(At(llSecond)), Value(kBatchStates[state])};
+    llSecond += kStateSeconds;
+    return true;
+  });
+  return llNew;
+}
 
 std::int64_t Generate(const ServerPlace& place, const GenerateOrder& order) {
   // By its description one is known that was made and, after a crash, never filled.
@@ -127,13 +204,7 @@ std::int64_t Generate(const ServerPlace& place, const GenerateOrder& order) {
       (llNow - duration_cast<seconds>(order.span).count()) / llStep * llStep;
   std::int64_t llNew = 0;
   database.InTransaction([&] {
-    if (record.sDescription != kCatalogDescription && !own.HasAny()) {
-      throw NotGenerated(platform::failure::kInvalidArgument,
-                         "The catalog \"" + record.sName +
-                             "\" holds no generated signals, so none were written into it; name "
-                             "another one, such as \"orvane-historian generate --catalog "
-                             "Invented\".");
-    }
+    if (record.sDescription != kCatalogDescription && !own.HasAny()) FailNotGenerated(record.sName);
     WriteTags(database);
     const auto before = sqlite3_total_changes64(database.Handle());
     PreparedStatement numbers(

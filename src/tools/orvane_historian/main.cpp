@@ -1,4 +1,4 @@
-// orvane-historian: makes, fills and records embedded historians.
+// orvane-historian: makes, fills and records historians.
 // Ends with 0, or with 1 and a sentence when something went wrong or the command line cannot be
 // understood. With 2 and a sentence where nothing was generated because the catalog is another's.
 #include <CLI/CLI.hpp>
@@ -16,6 +16,8 @@
 #include "tools/orvane_historian/generate.h"
 #include "tools/orvane_historian/import.h"
 #include "tools/orvane_historian/record.h"
+#include "tools/orvane_historian/server_catalog.h"
+#include "tools/orvane_historian/server_rows.h"
 
 namespace {
 
@@ -44,6 +46,11 @@ struct Options {
 };
 
 void Init(const Options& options) {
+  if (tools::IsServerAddress(options.place.sServer)) {
+    tools::MakeServerHistorian(options.place.sServer);
+    std::cout << "Made the historian in the database, or found it there.\n";
+    return;
+  }
   const Text sServer = provider::historian::ServerFromDataSource(options.place.sServer);
   const auto folder = provider::historian::HistorianFolder(options.place.root, sServer);
   const char* sWhat = "Made";
@@ -59,7 +66,15 @@ void Init(const Options& options) {
   std::cout << sWhat << " the historian " << sServer << " in " << folder.string() << ".\n";
 }
 
+// Files of catalogs are those of historians on this machine.
+void RequireHere(const Options& options) {
+  if (!tools::IsServerAddress(options.place.sServer)) return;
+  throw Failure(failure::kNotSupported,
+                "A server keeps no files of catalogs; name a historian on this machine.");
+}
+
 void Attach(const Options& options) {
+  RequireHere(options);
   provider::engines::SqliteEngine engine;
   const auto record = tools::OpenHistorian(options.place, engine)
                           .AttachCatalog(options.sCatalog, options.sFile, {});
@@ -67,6 +82,7 @@ void Attach(const Options& options) {
 }
 
 void Detach(const Options& options) {
+  RequireHere(options);
   provider::engines::SqliteEngine engine;
   const auto record =
       tools::OpenHistorian(options.place, engine).DetachCatalog(options.sCatalog, {});
@@ -82,10 +98,20 @@ void Import(const Options& options) {
                                                  std::generic_category().message(nError) +
                                                  "; name another one.");
   }
-  const auto record = tools::FindCatalog(options.place, options.sCatalog);
-  const auto llRows = tools::Import(
-      record, stream, {options.sTable, zones::TimeZone(options.sTimeZone), options.bReplace});
-  std::cout << "Imported " << llRows << (llRows == 1 ? " row" : " rows") << " into " << record.sName
+  const tools::ImportOrder order{options.sTable, zones::TimeZone(options.sTimeZone),
+                                 options.bReplace};
+  Text sCatalog;
+  std::int64_t llRows = 0;
+  if (tools::IsServerAddress(options.place.sServer)) {
+    tools::ServerCatalog catalog(options.place.sServer, options.sCatalog, false);
+    sCatalog = catalog.Name();
+    llRows = tools::ImportToServer(catalog, stream, order);
+  } else {
+    const auto record = tools::FindCatalog(options.place, options.sCatalog);
+    sCatalog = record.sName;
+    llRows = tools::Import(record, stream, order);
+  }
+  std::cout << "Imported " << llRows << (llRows == 1 ? " row" : " rows") << " into " << sCatalog
             << ".." << options.sTable << ".\n";
 }
 
@@ -117,36 +143,47 @@ void Record(const Options& options) {
     std::cout << "Another recorder is at work on the catalog " << options.sCatalog
               << "; this one takes over when that ends." << std::endl;
   };
-  const auto llSamples = tools::Record(options.place, order);
+  const auto llSamples = tools::IsServerAddress(options.place.sServer)
+                             ? tools::RecordOnServer(options.place.sServer, order)
+                             : tools::Record(options.place, order);
   std::cout << "Recorded " << llSamples << (llSamples == 1 ? " sample" : " samples") << " into "
             << options.sCatalog << ".\n";
 }
 
 void Generate(const Options& options) {
   using namespace std::chrono;
-  const auto llNew = tools::Generate(
-      options.place, {options.sCatalog, hours(options.llHours), seconds(options.llStep),
-                      floor<microseconds>(system_clock::now())});
+  const tools::GenerateOrder order{options.sCatalog, hours(options.llHours),
+                                   seconds(options.llStep),
+                                   floor<microseconds>(system_clock::now())};
+  std::int64_t llNew = 0;
+  if (tools::IsServerAddress(options.place.sServer)) {
+    tools::ServerCatalog catalog(options.place.sServer, options.sCatalog, true);
+    llNew = tools::GenerateOnServer(catalog, order);
+  } else {
+    llNew = tools::Generate(options.place, order);
+  }
   std::cout << "Generated " << llNew << (llNew == 1 ? " value" : " values") << " in "
             << options.sCatalog << ".\n";
 }
 
 int Main(int argc, char** argv) {
   Options options;
-  CLI::App app("Makes, fills and records embedded ORVANE historians.", "orvane-historian");
+  CLI::App app("Makes, fills and records ORVANE historians.", "orvane-historian");
   app.set_version_flag("--version", ORVANE_VERSION);
   app.require_subcommand(1);
   app.add_option("--root", options.place.root,
                  "folder of all historians (default: orvane in the user's data folder)")
       ->type_name("DIR");
   const auto server = [&](CLI::App* command) {
-    command->add_option("--server", options.place.sServer, "the historian (default: localhost)")
+    command
+        ->add_option("--server", options.place.sServer,
+                     "the historian, or postgresql://USER@HOST:PORT/DATABASE (default: localhost)")
         ->type_name("NAME");
     command->fallthrough();
   };
 
   auto* const init = app.add_subcommand("init", "make a historian, or check that it can be used");
-  init->fallthrough();
+  server(init);
   init->add_option("NAME", options.place.sServer, "the historian (default: localhost)");
 
   auto* const attach =

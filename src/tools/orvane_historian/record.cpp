@@ -1,8 +1,5 @@
 #include "tools/orvane_historian/record.h"
 
-#include <signal.h>
-
-#include <cerrno>
 #include <deque>
 #include <iostream>
 #include <memory>
@@ -14,6 +11,7 @@
 #include "provider/historian/recorder_lock.h"
 #include "tools/orvane_historian/catalog_database.h"
 #include "tools/orvane_historian/machine_counters.h"
+#include "tools/orvane_historian/stop_signals.h"
 
 namespace orvane::tools {
 namespace {
@@ -23,32 +21,6 @@ using platform::Failure;
 using platform::Text;
 using platform::Timestamp;
 namespace failure = platform::failure;
-
-// SIGTERM and SIGINT, waited for instead of handled.
-class StopSignals {
- public:
-  StopSignals() {
-    sigemptyset(&m_signals);
-    sigaddset(&m_signals, SIGTERM);
-    sigaddset(&m_signals, SIGINT);
-    pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
-  }
-  // True when one came before the time.
-  bool WaitUntil(steady_clock::time_point time) const {
-    for (;;) {
-      const auto left = std::max(time - steady_clock::now(), steady_clock::duration::zero());
-      const auto whole = duration_cast<seconds>(left);
-      timespec wait{};
-      wait.tv_sec = static_cast<time_t>(whole.count());
-      wait.tv_nsec = static_cast<long>(duration_cast<nanoseconds>(left - whole).count());
-      if (sigtimedwait(&m_signals, nullptr, &wait) > 0) return true;
-      if (errno == EAGAIN) return false;
-    }
-  }
-
- private:
-  sigset_t m_signals{};
-};
 
 struct Sample {
   Timestamp time;

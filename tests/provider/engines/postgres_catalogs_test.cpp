@@ -1,3 +1,4 @@
+#include "provider/engines/postgres/postgres_engine.h"
 #include "tests/provider/engines/postgres_fixture.h"
 
 namespace orvane::provider::engines {
@@ -65,6 +66,41 @@ TEST_F(PostgresCatalogsTest, have_any_name_that_the_server_keeps) {
       Creating({"S", {}}),
       (tests::Told{failure::kKeyExists, "There is a catalog \"s\" already; choose another name."}));
   EXPECT_THAT(Creating({"pg_mine", {}}).sSentence, HasSubstr("unacceptable schema name"));
+}
+
+TEST_F(PostgresCatalogsTest, have_records_in_a_database_with_a_historian) {
+  const Text sAddress = tests::PostgresCluster::Get().Address();
+  const auto identities = [](Session& session) {
+    std::vector<Text> all;
+    for (const Catalog& catalog : session.Catalogs({})) {
+      if (!catalog.bSystem) all.push_back(catalog.sName + catalog.sIdentity);
+    }
+    return all;
+  };
+  const auto before = identities(*m_session);
+  PostgresEngine().MakeHistorian({sAddress, {}}, {}, {});
+  PostgresEngine().MakeHistorian({sAddress, {}}, {}, {});
+  const auto session = Open();
+  EXPECT_EQ(identities(*session), before) << "what there is keeps its identity";
+  session->CreateCatalog({"plant", {}, 0}, {});
+  const auto created = Stored(
+      "SELECT \"Created\" > now() - interval '1 h' FROM \"Orvane\".\"Historians\" WHERE "
+      "\"Name\" = 'plant'");
+  EXPECT_EQ(created, Value(true));
+  // A reader sees the records and needs no right to change them.
+  Do("DROP ROLE IF EXISTS maker");
+  Do("CREATE ROLE maker LOGIN");
+  Do("GRANT CREATE ON DATABASE postgres TO maker");
+  const auto maker = Open(sAddress, "maker");
+  EXPECT_EQ(identities(*maker), identities(*session));
+  maker->CreateCatalog({"mine", {}, 0}, {});
+  maker->DropCatalog("mine", {});
+  session->DropCatalog("plant", {});
+  EXPECT_EQ(Stored("SELECT count(*) FROM \"Orvane\".\"Historians\" WHERE \"Name\" = 'plant'"),
+            Value(std::int64_t{0}));
+  Do("REVOKE CREATE ON DATABASE postgres FROM maker");
+  Do("DROP ROLE maker");
+  Do("DROP SCHEMA \"Orvane\" CASCADE");
 }
 
 TEST_F(PostgresCatalogsTest, lie_where_the_servers_administrator_chose) {

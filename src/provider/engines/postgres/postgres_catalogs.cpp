@@ -133,7 +133,7 @@ void PostgresSession::CreateCatalog(const NewCatalog& catalog, std::stop_token s
       sStatements += character;
     }
   }
-  if (m_bRecords) {
+  if (m_bKeepsRecords) {
     sStatements += "INSERT INTO \"Orvane\".\"Historians\" (\"Name\") VALUES (" +
                    platform::QuotedText(catalog.sName) +
                    ") ON CONFLICT (\"Name\") DO UPDATE SET \"Identity\" = gen_random_uuid(), "
@@ -162,7 +162,7 @@ void PostgresSession::DropCatalog(const Text& sName, std::stop_token stop) {
                                ", which is in another one; drop that first.");
   }
   Text sStatements = "DROP SCHEMA " + platform::QuotedName(sName) + " CASCADE";
-  if (m_bRecords) {
+  if (m_bKeepsRecords) {
     sStatements +=
         "; DELETE FROM \"Orvane\".\"Historians\" WHERE \"Name\" = " + platform::QuotedText(sName);
   }

@@ -9,6 +9,7 @@
 #include "platform/user_folders.h"
 #include "platform/utf8.h"
 #include "provider/engines/postgres/postgres_address.h"
+#include "provider/engines/postgres/postgres_historian.h"
 #include "provider/engines/postgres/postgres_link.h"
 #include "provider/engines/postgres/postgres_session.h"
 
@@ -53,6 +54,16 @@ std::vector<Text> PostgresEngine::KnownServers() const {
     if (bPlain) servers.push_back("service=" + sName);
   }
   return servers;
+}
+
+void PostgresEngine::MakeHistorian(const Logon& logon, const Text& sPassword,
+                                   const std::stop_token& stop) {
+  auto address = ReadPostgresAddress(logon.sDataSource);
+  RequireEncryption(address);
+  PostgresLink link(address, logon.sUser, sPassword, stop);
+  // What fails ends the connection, and with it the transaction.
+  link.Command((Text("BEGIN READ WRITE; ") + kNewPostgresHistorian).c_str(), stop);
+  link.Command("COMMIT", {});
 }
 
 std::unique_ptr<EngineSession> PostgresEngine::Open(const Logon& logon, const Text& sPassword,

@@ -15,6 +15,10 @@ class PostgresEngine final : public Engine {
   /// where it does not, nothing is sent to it and a sentence says so.
   std::unique_ptr<EngineSession> Open(const Logon& logon, const platform::Text& sPassword,
                                       std::stop_token stop) override;
+  /// Makes a historian's table of catalogs in the database, with the schemas that there are; one
+  /// that is there stays as it is. Fails as Open does, and without the right to make a schema.
+  void MakeHistorian(const Logon& logon, const platform::Text& sPassword,
+                     const std::stop_token& stop);
 };
 
 }  // namespace orvane::provider::engines

@@ -60,7 +60,11 @@ CREATE TABLE IF NOT EXISTS "Orvane"."Historians" (
   "Created" timestamptz NOT NULL DEFAULT now(),
   "Description" text NOT NULL DEFAULT '');
 GRANT USAGE ON SCHEMA "Orvane" TO PUBLIC;
-GRANT SELECT ON "Orvane"."Historians" TO PUBLIC)";
+GRANT SELECT ON "Orvane"."Historians" TO PUBLIC;
+INSERT INTO "Orvane"."Historians" ("Name", "Identity")
+  SELECT n.nspname, md5(current_database() || '.' || n.oid)::uuid FROM pg_namespace n
+  WHERE n.nspname !~ '^pg_' AND n.nspname NOT IN ('information_schema', 'Orvane', 'Functions')
+  ON CONFLICT DO NOTHING)";
 
 bool IsPostgresSystemCatalog(const Text& sName) {
   return sName == platform::kSystemCatalog || sName == platform::kFunctionsCatalog;

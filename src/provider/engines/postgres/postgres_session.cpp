@@ -140,11 +140,14 @@ struct PostgresSession::Call {
 PostgresSession::PostgresSession(std::unique_ptr<PostgresLink> link, const std::stop_token& stop)
     : m_link(std::move(link)) {
   // One that this user may not read is as good as none.
-  const auto rs = Ask(
-      "SELECT coalesce(has_table_privilege(to_regclass('\"Orvane\".\"Historians\"'), 'SELECT') AND "
-      "has_schema_privilege(to_regnamespace('\"Orvane\"'), 'USAGE'), false)",
-      {}, stop);
+  constexpr const char* kMay =
+      "SELECT coalesce(has_table_privilege(t, 'SELECT') AND has_schema_privilege(s, 'USAGE'), "
+      "false), coalesce(has_table_privilege(t, 'INSERT') AND has_table_privilege(t, 'DELETE') AND "
+      "has_table_privilege(t, 'UPDATE'), false) FROM (SELECT "
+      "to_regclass('\"Orvane\".\"Historians\"') AS t, to_regnamespace('\"Orvane\"') AS s) AS o";
+  const auto rs = Ask(kMay, {}, stop);
   m_bRecords = platform::ToBoolean(rs->ValueAt(0, 0));
+  m_bKeepsRecords = m_bRecords && platform::ToBoolean(rs->ValueAt(0, 1));
 }
 
 Abilities PostgresSession::Can() const {

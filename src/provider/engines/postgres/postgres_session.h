@@ -56,7 +56,8 @@ class PostgresSession final : public EngineSession {
   void Do(const platform::Text& sStatements, const std::stop_token& stop);
 
   std::unique_ptr<PostgresLink> m_link;
-  bool m_bRecords = false;  // the database has a historian's table of catalogs
+  bool m_bRecords = false;       // the database has a historian's table of catalogs
+  bool m_bKeepsRecords = false;  // which this user may change
   ColumnNames m_columns;
 };
 
