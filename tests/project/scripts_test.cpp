@@ -94,6 +94,7 @@ class RunScriptTest : public ScriptsTest {
     std::ofstream(m_folder / "packaging/debian-packages.txt") << "# none\n";
     fs::create_directories(m_folder / "samples");
     std::ofstream(m_folder / "samples/Localhost.orvc") << "sample";
+    std::ofstream(m_folder / "samples/Server.orvc") << "sample";
     fs::create_directories(m_folder / "build/release/bin");
     fs::create_directories(m_folder / "build/release/lib");
     Stub("cmake", "exit 0\n");
@@ -106,10 +107,11 @@ class RunScriptTest : public ScriptsTest {
     Stub(sName, "echo \"" + sName + " $1\" >> '" + (m_folder / "calls").string() + "'\n" + sScript);
     fs::rename(m_folder / "tools" / sName, m_folder / "build/release/bin" / sName);
   }
-  tests::CommandOutcome Start() const {
+  tests::CommandOutcome Start(const std::string& sArguments = {}) const {
     return tests::RunInShell("cd '" + m_folder.string() + "' && DISPLAY=:7 XDG_DATA_HOME='" +
                              (m_folder / "data").string() + "' PATH='" +
-                             (m_folder / "tools").string() + "':$PATH ./run 2>&1");
+                             (m_folder / "tools").string() + "':$PATH ./run " + sArguments +
+                             " 2>&1");
   }
 };
 
@@ -132,6 +134,25 @@ TEST_F(RunScriptTest, records_also_where_nothing_was_generated_into_a_catalog_of
   const auto sCalls = Content(m_folder / "calls");
   EXPECT_THAT(sCalls, testing::HasSubstr("orvane-historian record"));
   EXPECT_THAT(sCalls, testing::HasSubstr("orvane-console --registry\n"));
+}
+
+TEST_F(RunScriptTest, opens_the_console_on_a_server_of_its_own_that_ends_with_it) {
+  Program("orvane-console", "cat \"$PGSERVICEFILE\"\n");
+  Program("server", "[ \"$1\" = stop ] || printf '54399\\nsesame\\n'\n");
+  fs::remove(m_folder / "scripts/server");
+  fs::rename(m_folder / "build/release/bin/server", m_folder / "scripts/server");
+  const auto outcome = Start("--server");
+  EXPECT_EQ(outcome.nStatus, 0) << outcome.sOutput;
+  EXPECT_THAT(outcome.sOutput,
+              testing::HasSubstr("Log on to service=orvane as orvane with the password sesame\n"));
+  EXPECT_THAT(outcome.sOutput,
+              testing::HasSubstr("[orvane]\nhost=127.0.0.1\nport=54399\ndbname=orvane\n"));
+  const auto sCalls = Content(m_folder / "calls");
+  EXPECT_THAT(sCalls, testing::StartsWith("orvane-regsvr --registry\nserver start\n"));
+  EXPECT_THAT(sCalls, testing::HasSubstr("orvane-historian record\n"));
+  EXPECT_THAT(sCalls, testing::HasSubstr("orvane-console --registry\n"));
+  EXPECT_THAT(sCalls, testing::EndsWith("server stop\n"));
+  EXPECT_EQ(Content(m_folder / "data/orvane/documents/Server.orvc"), "sample");
 }
 
 TEST_F(RunScriptTest, gives_the_user_a_sample_of_his_own_that_nobody_else_reads) {
