@@ -52,7 +52,7 @@ TEST_F(ServerProgramTest, makes_fills_and_records_a_historian_there) {
   Expect(import, "Imported 2 rows into Plant1..data.\n");
   const Outcome again = Run(import);
   EXPECT_EQ(again.nStatus, 1);
-  EXPECT_THAT(again.sErrors, HasSubstr("line 2"));
+  EXPECT_THAT(again.sErrors, HasSubstr("Line 2: "));
   auto replace = import;
   replace.emplace_back("--replace");
   Expect(replace, "Imported 2 rows into Plant1..data.\n");
