@@ -105,9 +105,8 @@ PostgresHandle LogOn(const PostgresAddress& address, const Text& sUser, Text sPa
   // A server that is there and refuses the user says so in words alone.
   const bool bRole = sWords.find("FATAL:  role ") != Text::npos ||
                      sWords.find("authentication failed") != Text::npos;
-  const bool bLogon =
-      handle != nullptr && (bRole || PQconnectionNeedsPassword(handle.get()) != 0 ||
-                            PQconnectionUsedPassword(handle.get()) != 0);
+  const bool bLogon = handle != nullptr && (bRole || PQconnectionNeedsPassword(handle.get()) != 0 ||
+                                            PQconnectionUsedPassword(handle.get()) != 0);
   if (bLogon) {
     throw Failure(failure::kNoRights,
                   fmt::format("The server at {} does not let you in ({}): check user and password.",
