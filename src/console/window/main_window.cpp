@@ -19,6 +19,7 @@
 #include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
 #include "console/window/recent_menu.h"
+#include "console/window/row_memory_question.h"
 #include "console/window/selection_menus.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/window_status.h"
@@ -153,6 +154,9 @@ void MainWindow::ConnectMenus() {
     statusBar()->setVisible(bChecked);
     m_results->StatusBar(bChecked ? statusBar() : nullptr);
   });
+  // Without a home there is nowhere to keep it.
+  m_menus.actRowMemory->setEnabled(m_parts.settings != nullptr);
+  on(m_menus.actRowMemory, [this] { AskForRowMemory(*this, *m_parts.settings); });
   on(m_menus.actGuide,
      [this] { GuideWindow::Open(GuideFor(QCoreApplication::applicationDirPath()), this); });
   on(m_menus.actAbout, [this] { ShowAboutBox(m_session, this); });

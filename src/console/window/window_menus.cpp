@@ -100,6 +100,8 @@ void WindowMenus::MakeViewMenu(QMenuBar& menuBar) {
   LetOneBeMarked({actSmallImages, actLargeImages}, this);
   actStatusBar = Add(*view, "actStatusBar", tr("&Status Bar"));
   BeginMarked(actStatusBar);
+  view->addSeparator();
+  actRowMemory = Add(*view, "actRowMemory", tr("&Memory for Rows…"));
 }
 
 }  // namespace orvane::console

@@ -33,6 +33,7 @@ class WindowMenus final : public QObject {
   QAction* actSmallImages = nullptr;
   QAction* actLargeImages = nullptr;
   QAction* actStatusBar = nullptr;
+  QAction* actRowMemory = nullptr;
   QAction* actGuide = nullptr;
   QAction* actAbout = nullptr;
 

@@ -1,4 +1,4 @@
-#include "console/app/row_memory.h"
+#include "console/document/row_memory.h"
 
 #include <gtest/gtest.h>
 

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QHeaderView>
+#include <QInputDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QScreen>
@@ -11,6 +12,7 @@
 #include <QStatusBar>
 #include <QTest>
 
+#include "console/document/row_memory.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/guide_window.h"
@@ -184,6 +186,23 @@ TEST_F(MainWindowTest, long_word_of_a_sentence_does_not_hold_the_window_open) {
   EXPECT_EQ(Results().Sentence(), sWord);
   Results().ShowSentence(QIcon(), "Failed.", sWord);
   EXPECT_LE(m_window->minimumSizeHint().width(), 1000);
+}
+
+TEST_F(MainWindowTest, the_memory_for_rows_is_set_in_the_menu) {
+  const auto answer = [&](int nMegabytes) {
+    Action("actRowMemory")->trigger();
+    auto* dialog = m_window->findChild<QInputDialog*>("rowMemory");
+    ASSERT_NE(dialog, nullptr);
+    dialog->setIntValue(nMegabytes);
+    dialog->accept();
+    QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+  };
+  answer(2048);
+  EXPECT_EQ(RowMemory(m_settings), std::size_t{2048} << 20);
+  answer(5);
+  EXPECT_EQ(RowMemory(m_settings), std::size_t{16} << 20) << "as little as there may be";
+  answer(0);
+  EXPECT_EQ(RowMemory(m_settings), std::nullopt);
 }
 
 TEST_F(MainWindowTest, line_of_a_control_stands_in_the_one_bar_at_the_bottom) {
