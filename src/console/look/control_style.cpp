@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QPainter>
@@ -196,6 +197,21 @@ int ControlStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     default:
       return QProxyStyle::styleHint(hint, option, widget, returnData);
   }
+}
+
+QIcon ControlStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,
+                                 const QWidget* widget) const {
+  const QIcon drawn = QProxyStyle::standardIcon(icon, option, widget);
+  const QPalette palette = option ? option->palette : QApplication::palette();
+  if (icon != SP_ToolBarHorizontalExtensionButton || !IsDark(palette)) return drawn;
+  // The style's own is black on any ground.
+  constexpr int kSide = 16;
+  QPixmap seen = drawn.pixmap(kSide);
+  QPainter painter(&seen);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+  painter.fillRect(seen.rect(), palette.color(QPalette::ButtonText));
+  painter.end();
+  return seen;
 }
 
 QSize ControlStyle::sizeFromContents(ContentsType type, const QStyleOption* option,

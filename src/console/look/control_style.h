@@ -21,6 +21,9 @@ class ControlStyle : public QProxyStyle {
   /// boxes have no pictures and stand in one order on every desktop.
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* returnData) const override;
+  /// The toolkit's own pictures, where they are black, in a colour that is seen.
+  QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                     const QWidget* widget) const override;
   /// A button leaves room beside its text, however large the letters are.
   QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                          const QWidget* widget) const override;

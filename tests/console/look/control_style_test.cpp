@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QMenu>
 #include <QRadioButton>
+#include <QStyleOption>
 #include <QToolButton>
 
 #include "console/look/contrast.h"
@@ -58,6 +59,17 @@ TEST_F(control_style, arrows_of_buttons_are_as_large_as_their_letters) {
     button.setArrowType(Qt::DownArrow);
     EXPECT_GT(Dots(button, 3), nPixels * nPixels / 10) << nPixels;
   }
+}
+
+TEST_F(control_style, the_mark_of_more_buttons_is_seen_on_dark_ground) {
+  QApplication::setPalette(DarkPalette());
+  QToolButton button;
+  button.setAutoRaise(true);
+  QStyleOption option;
+  option.initFrom(&button);
+  button.setIcon(
+      button.style()->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton, &option, &button));
+  EXPECT_GT(Dots(button, 3), 8);
 }
 
 TEST_F(control_style, menus_higher_than_the_screen_are_scrolled) {
