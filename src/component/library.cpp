@@ -11,6 +11,7 @@
 #include "component/trusted_path.h"
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "platform/told_failure.h"
 
 namespace orvane::component {
 namespace {
@@ -52,7 +53,7 @@ HResult Guarded(const std::filesystem::path& path, const char* sEntryPoint, cons
   try {
     return call();
   } catch (const std::exception& exception) {
-    sWhat = exception.what();
+    sWhat = platform::ToldFailure(exception, 0, {}).Description();
   } catch (...) {
     // Told like any other, by the text above.
   }

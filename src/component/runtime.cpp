@@ -8,6 +8,7 @@
 #include "component/library.h"
 #include "component/trusted_path.h"
 #include "platform/failure.h"
+#include "platform/told_failure.h"
 
 namespace orvane::component {
 namespace {
@@ -32,7 +33,7 @@ ObjectPtr Make(platform::ClassFactory& factory, const Text& sProgId,
     sWhat = failure.Description();
     lNativeError = failure.Number();
   } catch (const std::exception& exception) {
-    sWhat = exception.what();
+    sWhat = platform::ToldFailure(exception, 0, {}).Description();
   } catch (...) {
     // Told like any other, by the text above.
   }

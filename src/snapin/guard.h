@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/services.h"
+#include "platform/told_failure.h"
 
 namespace orvane::snapin {
 
@@ -23,10 +24,8 @@ platform::Boolean Guarded(const platform::Services& services, Body&& body) {
   try {
     std::forward<Body>(body)();
     return true;
-  } catch (const platform::Failure& failure) {
-    ShowError(services, failure);
   } catch (const std::exception& exception) {
-    ShowError(services, {platform::failure::kComponent, exception.what(), "snapin"});
+    ShowError(services, platform::ToldFailure(exception, platform::failure::kComponent, "snapin"));
   }
   return false;
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 #include <vector>
 
@@ -70,6 +71,13 @@ TEST_F(guard, an_exception_of_another_kind_is_noted_and_shown_with_its_own_words
   ASSERT_EQ(log->notes.size(), 1U);
   EXPECT_EQ(log->notes[0].Number(), platform::failure::kComponent);
   EXPECT_EQ(log->notes[0].Source(), "snapin");
+}
+
+TEST_F(guard, memory_that_runs_out_is_told_in_a_sentence) {
+  EXPECT_FALSE(Guarded(services, [] { throw std::bad_alloc(); }));
+  ExpectErrorBox("There is not enough memory for this; close other programs and try again.");
+  ASSERT_EQ(log->notes.size(), 1U);
+  EXPECT_EQ(log->notes[0].Number(), platform::failure::kStorage);
 }
 
 TEST_F(guard, shows_without_a_log_too) {

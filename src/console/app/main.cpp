@@ -16,6 +16,7 @@
 #include "console/document/row_memory.h"
 #include "console/document/user_settings.h"
 #include "platform/failure.h"
+#include "platform/told_failure.h"
 #include "platform/user_folders.h"
 
 namespace {
@@ -118,6 +119,6 @@ int main(int argc, char** argv) {
     window.show();
     return QApplication::exec();
   } catch (const std::exception& e) {
-    return Fail(e.what());
+    return Fail(orvane::platform::ToldFailure(e, 0, {}).Description());
   }
 }

@@ -96,8 +96,7 @@ void ShownItem::MakeControl(HostedResultView& view, const Text& sProgId) {
     }
     view.HostedControl(std::move(control));
   } catch (const std::exception& e) {
-    m_calls.NoteFailure(e);
-    view.ControlFailure(e.what());
+    view.ControlFailure(m_calls.NoteFailure(e));
     return;
   }
   try {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/failure.h"
+#include "platform/told_failure.h"
 
 namespace orvane::console {
 
@@ -18,16 +18,14 @@ void SnapInCalls::End(EventKind kind) {
 }
 
 void SnapInCalls::ShowError(const std::exception& e) {
-  NoteFailure(e);
-  m_services.ui->MsgBox(e.what(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None,
+  m_services.ui->MsgBox(NoteFailure(e), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None,
                         "Error");
 }
 
-void SnapInCalls::NoteFailure(const std::exception& e) {
-  if (!m_services.failures) return;
-  const auto* failure = dynamic_cast<const platform::Failure*>(&e);
-  m_services.failures->Note(
-      failure ? *failure : platform::Failure(platform::failure::kComponent, e.what(), "console"));
+platform::Text SnapInCalls::NoteFailure(const std::exception& e) {
+  const auto told = platform::ToldFailure(e, platform::failure::kComponent, "console");
+  if (m_services.failures) m_services.failures->Note(told);
+  return told.Description();
 }
 
 }  // namespace orvane::console

@@ -41,7 +41,8 @@ class SnapInCalls final : public QObject {
   }
   /// Notes the failure and shows it.
   void ShowError(const std::exception& e);
-  void NoteFailure(const std::exception& e);
+  /// Gives the sentence in which it is told.
+  platform::Text NoteFailure(const std::exception& e);
   /// An expansion belongs to the event that runs.
   void Found() noexcept { m_bFinding = true; }
 

@@ -3,6 +3,7 @@
 #include "console/document/recent_documents.h"
 #include "console/window/document_questions.h"
 #include "console/window/unsaved_work.h"
+#include "platform/told_failure.h"
 
 namespace orvane::console {
 
@@ -35,9 +36,8 @@ void DocumentKeeper::Start() {
     m_unsaved->Watch(&m_session);
     if (m_document->IsUnsaved()) m_unsaved->NeverSaved();
   } catch (const std::exception& e) {
-    m_sSnapInFailure = e.what();
+    m_sSnapInFailure = NoteFailure(e);
     m_unsaved->Watch(nullptr);
-    NoteFailure(e);
   }
   emit Started();
 }
@@ -180,16 +180,14 @@ bool DocumentKeeper::SaveTo(const Text& sPath) {
   return Written([&] { m_document->SaveAs(sPath, std::move(content), bChanged); });
 }
 
-void DocumentKeeper::NoteFailure(const std::exception& e) {
-  if (!m_parts.services.failures) return;
-  const auto* failure = dynamic_cast<const Failure*>(&e);
-  m_parts.services.failures->Note(
-      failure ? *failure : Failure(platform::failure::kDocument, e.what(), "console"));
+platform::Text DocumentKeeper::NoteFailure(const std::exception& e) {
+  const auto told = platform::ToldFailure(e, platform::failure::kDocument, "console");
+  if (m_parts.services.failures) m_parts.services.failures->Note(told);
+  return told.Description();
 }
 
 void DocumentKeeper::ShowFailure(const std::exception& e) {
-  NoteFailure(e);
-  ShowFailureBox(e.what(), m_window);
+  ShowFailureBox(NoteFailure(e), m_window);
 }
 
 }  // namespace orvane::console

@@ -78,7 +78,8 @@ class DocumentKeeper final : public QObject {
   bool Written(const std::function<void()>& write);
   /// Notes the failure and shows its sentence.
   void ShowFailure(const std::exception& e);
-  void NoteFailure(const std::exception& e);
+  // Gives the sentence in which it is told.
+  platform::Text NoteFailure(const std::exception& e);
 
   const WindowParts& m_parts;
   ConsoleSession& m_session;

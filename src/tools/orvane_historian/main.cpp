@@ -3,7 +3,6 @@
 // understood. With 2 and a sentence where nothing was generated because the catalog is another's.
 #include <CLI/CLI.hpp>
 #include <cerrno>
-#include <exception>
 #include <fstream>
 #include <iostream>
 #include <system_error>
@@ -13,6 +12,7 @@
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian/data_folder.h"
 #include "provider/historian/historian.h"
+#include "tools/orvane_historian/ending.h"
 #include "tools/orvane_historian/generate.h"
 #include "tools/orvane_historian/import.h"
 #include "tools/orvane_historian/record.h"
@@ -27,7 +27,6 @@ using platform::Text;
 namespace failure = platform::failure;
 
 constexpr int kFailed = 1;
-constexpr int kKeptAway = 2;
 
 struct Options {
   tools::ServerPlace place{provider::historian::DefaultRoot(), Text(platform::kDefaultServer),
@@ -260,15 +259,5 @@ int Main(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return Main(argc, argv);
-  } catch (const tools::NotGenerated& failed) {
-    std::cerr << failed.Description() << '\n';
-    return kKeptAway;
-  } catch (const Failure& failed) {
-    std::cerr << failed.Description() << '\n';
-  } catch (const std::exception& exception) {
-    std::cerr << "orvane-historian broke off: " << exception.what() << '\n';
-  }
-  return kFailed;
+  return tools::EndingTold(std::cerr, [&] { return Main(argc, argv); });
 }

@@ -10,6 +10,7 @@
 #include "component/registration.h"
 #include "component/registry.h"
 #include "platform/failure.h"
+#include "platform/told_failure.h"
 
 namespace {
 
@@ -109,7 +110,8 @@ int main(int argc, char** argv) {
   } catch (const orvane::platform::Failure& failure) {
     std::cerr << failure.Description() << '\n';
   } catch (const std::exception& exception) {
-    std::cerr << "Registration broke off: " << exception.what() << '\n';
+    std::cerr << "Registration broke off: "
+              << orvane::platform::ToldFailure(exception, 0, {}).Description() << '\n';
   }
   return kFailed;
 }
