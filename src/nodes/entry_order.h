@@ -17,7 +17,7 @@ class EntryOrder {
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
-   private:
+   protected:
     friend class EntryOrder;
     Link* m_parent = nullptr;
     Link* m_left = nullptr;

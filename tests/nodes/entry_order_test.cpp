@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <random>
 #include <vector>
@@ -71,6 +72,51 @@ TEST_F(entry_order, is_that_of_a_vector_after_any_insertions_and_removals) {
   ExpectTheSame();
   while (!expected.empty()) Remove(expected.size() / 2);
   ExpectTheSame();
+}
+
+/// An entry that knows how far it is from the top, which is how far whatever is done with it goes.
+struct DeepLink : Link {
+  int Depth() const {
+    int nDepth = 0;
+    for (const Link* above = m_parent; above != nullptr; ++nDepth) {
+      above = static_cast<const DeepLink*>(above)->m_parent;
+    }
+    return nDepth;
+  }
+};
+
+// What goes as deep as there are entries makes bulk quadratic.
+TEST(entry_order_in_bulk, goes_no_deeper_than_a_few_times_the_logarithm) {
+  constexpr std::size_t kEntries = 20'000;
+  constexpr int kDeepest = 60;
+  std::mt19937 random(11);
+  const auto atEnd = [](std::size_t nCount) { return nCount; };
+  const auto atBegin = [](std::size_t) { return std::size_t{0}; };
+  const auto inMiddle = [](std::size_t nCount) { return nCount / 2; };
+  const auto anywhere = [&](std::size_t nCount) { return random() % (nCount + 1); };
+  const auto deepestOf = [](const std::vector<std::unique_ptr<DeepLink>>& entries) {
+    int nDeepest = 0;
+    for (const auto& entry : entries) nDeepest = std::max(nDeepest, entry->Depth());
+    return nDeepest;
+  };
+  for (const std::function<std::size_t(std::size_t)>& place :
+       {std::function<std::size_t(std::size_t)>(atEnd), {atBegin}, {inMiddle}, {anywhere}}) {
+    EntryOrder order;
+    std::vector<std::unique_ptr<DeepLink>> entries;
+    for (std::size_t n = 0; n < kEntries; ++n) {
+      entries.push_back(std::make_unique<DeepLink>());
+      order.Insert(*entries.back(), place(n));
+    }
+    EXPECT_LE(deepestOf(entries), kDeepest);
+    // Nor after half of them have gone, wherever they stood.
+    std::shuffle(entries.begin(), entries.end(), random);
+    while (entries.size() > kEntries / 2) {
+      order.Remove(*entries.back());
+      entries.pop_back();
+    }
+    EXPECT_EQ(order.Count(), entries.size());
+    EXPECT_LE(deepestOf(entries), kDeepest);
+  }
 }
 
 TEST_F(entry_order, an_entry_taken_out_can_be_put_in_again) {

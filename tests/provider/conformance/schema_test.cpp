@@ -228,6 +228,23 @@ TEST_P(schema, name_types_that_make_columns_of_their_type) {
   }
 }
 
+TEST_P(schema, take_a_catalog_without_a_name_for_none_in_particular) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  const auto names = [&](SchemaNumber schema, const std::vector<Value>& vtRestrictions) {
+    return Cells(*Schema(schema, vtRestrictions), "TABLE_CATALOG");
+  };
+  EXPECT_NE(names(SchemaNumber::Tables, {Value("")}).find("Plant1"), Text::npos);
+  EXPECT_EQ(names(SchemaNumber::Tables, {Value("")}), names(SchemaNumber::Tables, {}));
+  EXPECT_EQ(names(SchemaNumber::Columns, {Value(""), Value(), Value("Data")}),
+            names(SchemaNumber::Columns, {Value(), Value(), Value("Data")}));
+  EXPECT_EQ(Cells(*Schema(SchemaNumber::Catalogs, {Value("")}), "CATALOG_NAME"),
+            Cells(*Schema(SchemaNumber::Catalogs), "CATALOG_NAME"));
+  // In a statement it is a name, of no catalog.
+  EXPECT_NE(Failing(*m_session, "SELECT 1 FROM \"\"..Data"), "no failure");
+  EXPECT_NE(Failing(*m_session, "DROP DATABASE \"\""), "no failure");
+  EXPECT_NE(Failing(*m_session, "CREATE DATABASE \"\""), "no failure");
+}
+
 TEST_P(schema, show_prefixed_names_and_understand_them) {
   Run("CREATE DATABASE \"Plant1\" ");
   Reopen("Identifier Prefixes = True;");
