@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <new>
+
 #include "tests/console/session/session_fixture.h"
 #include "tests/fakes/property_bag.h"
 
@@ -98,6 +100,16 @@ TEST_F(ConsoleSessionTest, failure_that_slips_out_of_a_handler_is_shown) {
   m_session->ClickMenu("m", 1, HostedSelection({m_session->Selected()}));
   EXPECT_THAT(m_ui->boxes, ElementsAre("Error: The disk is full."));
   EXPECT_FALSE(m_session->IsBusy());
+}
+
+TEST_F(ConsoleSessionTest, memory_that_runs_out_in_a_handler_is_told_in_a_sentence) {
+  m_script->menuClick = [](Services&, const Text&, const platform::Selection&) {
+    throw std::bad_alloc();
+  };
+  Start();
+  m_session->ClickMenu("m", 1, HostedSelection({m_session->Selected()}));
+  EXPECT_THAT(m_ui->boxes, ElementsAre("Error: There is not enough memory for this; close other "
+                                       "programs and try again."));
 }
 
 TEST_F(ConsoleSessionTest, clicked_button_is_handed_to_the_snap_in_and_an_unknown_one_is_not) {
