@@ -62,6 +62,42 @@ TEST_F(session_ending, ends_a_statement_at_its_time_out_and_at_a_stop) {
   EXPECT_EQ(Select(*opened, "SELECT 1"), "1\n");
 }
 
+TEST_F(session_ending, hears_a_stop_within_a_thousand_steps) {
+  int nCalls = 0;
+  int nCallsAtStop = 0;
+  const tests::SqlCall call([&] {
+    if (++nCalls != 100) return;
+    nCallsAtStop = nCalls;
+    m_stop.request_stop();
+  });
+  // However long that takes: steps are counted here.
+  const auto opened = OpenPlantWith(std::chrono::hours(1));
+  const Text sEndless =
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i FROM n WHERE "
+      "called() = 1";
+  for (const Text& sText :
+       {sEndless, "SELECT count(*) FROM (" + sEndless + ")",
+        "SELECT i FROM (" + sEndless + ") ORDER BY i DESC",
+        Text("SELECT count(*) FROM Plant1..Data a, Plant1..Data b, Plant1..Data c, Plant1..Data d "
+             "WHERE a.Value + b.Value + c.Value + d.Value + called() > 0"),
+        "INSERT INTO Plant1..Tags (Tag) SELECT 'T' || i FROM (" + sEndless + ")"}) {
+    m_stop = {};
+    nCalls = 0;
+    nCallsAtStop = 0;
+    EXPECT_EQ(Ending(*opened, sText), "3712: The statement was cancelled.") << sText;
+    EXPECT_EQ(nCallsAtStop, 100) << sText;
+    // Each call is a step at least.
+    EXPECT_LE(nCalls - nCallsAtStop, 1000) << sText;
+  }
+  EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Tags"), "0\n");
+}
+
+TEST_F(session_ending, waits_at_most_a_second_and_a_half_for_a_statement_that_hears_nothing) {
+  // Every engine that is made without another wish; what is left to itself then is told below.
+  const engines::EmbeddedPlace place{};
+  EXPECT_EQ(place.patience, std::chrono::milliseconds(1500));
+}
+
 TEST_F(session_ending, takes_a_change_back_whose_stop_comes_in_its_last_step) {
   const tests::SqlCall call([&] { m_stop.request_stop(); });
   const auto opened = OpenPlant();
