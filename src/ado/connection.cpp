@@ -141,6 +141,7 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
   m_properties.Attach(session.get());
   m_provider = provider;
   m_session = std::move(session);
+  if (m_services.review) m_services.review->Opened(settings);
 }
 
 void Connection::AskForLogon(LogonRequest& logon) {

@@ -16,6 +16,8 @@ class ConnectionReview {
   /// The settings are those that the provider is handed next. May ask the user; a failure keeps the
   /// connection from being opened.
   virtual void Review(const ConnectionSettings& settings) = 0;
+  /// The connection with these settings is open now. Must not fail.
+  virtual void Opened(const ConnectionSettings& /*settings*/) {}
 };
 
 }  // namespace orvane::ado

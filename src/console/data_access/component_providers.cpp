@@ -4,9 +4,11 @@
 
 #include "console/data_access/unlogged_session.h"
 #include "platform/ado/extended_options.h"
+#include "platform/failure.h"
 
 namespace orvane::console {
 
+using platform::Failure;
 using platform::Text;
 
 namespace {
@@ -15,7 +17,7 @@ namespace {
 class NotedProvider final : public ado::Provider {
  public:
   NotedProvider(std::shared_ptr<ado::Provider> provider, std::shared_ptr<OptionTexts> optionTexts,
-                std::shared_ptr<const LogFileConsent> consent)
+                std::shared_ptr<LogFileConsent> consent)
       : m_provider(std::move(provider)),
         m_optionTexts(std::move(optionTexts)),
         m_consent(std::move(consent)) {}
@@ -36,24 +38,40 @@ class NotedProvider final : public ado::Provider {
                                              const Text& sPassword, std::stop_token stop) {
     const Text sLogFile = settings.Find(platform::kLogFileOption).value_or(Text());
     if (!m_consent->IsRefused(sLogFile)) {
-      return m_provider->Open(settings, sPassword, std::move(stop));
+      try {
+        return m_provider->Open(settings, sPassword, stop);
+      } catch (const Failure& failed) {
+        // No others: a wrong password is not tried twice.
+        const bool bMayBeLog = failed.Number() == platform::failure::kStorage ||
+                               failed.Number() == platform::failure::kInvalidArgument;
+        if (sLogFile.empty() || !bMayBeLog) throw;
+        // It was the log when it goes without.
+        auto session = OpenUnlogged(settings, sPassword, std::move(stop));
+        m_consent->LeftOut(sLogFile, failed);
+        return session;
+      }
     }
+    return OpenUnlogged(settings, sPassword, std::move(stop));
+  }
+  std::unique_ptr<ado::Session> OpenUnlogged(const ado::ConnectionSettings& settings,
+                                             const Text& sPassword, std::stop_token stop) {
     auto unlogged = settings;
     unlogged.Set(platform::kLogFileOption, "");
-    return std::make_unique<UnloggedSession>(m_provider->Open(unlogged, sPassword, std::move(stop)),
-                                             sLogFile);
+    return std::make_unique<UnloggedSession>(
+        m_provider->Open(unlogged, sPassword, std::move(stop)),
+        settings.Find(platform::kLogFileOption).value_or(Text()));
   }
 
   std::shared_ptr<ado::Provider> m_provider;
   std::shared_ptr<OptionTexts> m_optionTexts;
-  std::shared_ptr<const LogFileConsent> m_consent;
+  std::shared_ptr<LogFileConsent> m_consent;
 };
 
 }  // namespace
 
 ComponentProviders::ComponentProviders(component::Runtime& runtime, platform::Services services,
                                        std::shared_ptr<OptionTexts> optionTexts,
-                                       std::shared_ptr<const LogFileConsent> consent)
+                                       std::shared_ptr<LogFileConsent> consent)
     : m_runtime(runtime),
       m_services(std::move(services)),
       m_optionTexts(std::move(optionTexts)),

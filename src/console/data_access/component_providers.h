@@ -1,5 +1,6 @@
 // Providers out of the component runtime, for the connection layer; notes the option texts of the
-// sessions that they open, and keeps from them a log file that the user does not want.
+// sessions that they open, and keeps from them a log file that the user does not want, or that
+// cannot be written.
 #pragma once
 
 #include "ado/provider_source.h"
@@ -14,7 +15,7 @@ class ComponentProviders : public ado::ProviderSource {
   /// The services are handed to the providers. The runtime must outlive every connection.
   ComponentProviders(component::Runtime& runtime, platform::Services services,
                      std::shared_ptr<OptionTexts> optionTexts,
-                     std::shared_ptr<const LogFileConsent> consent);
+                     std::shared_ptr<LogFileConsent> consent);
 
   std::shared_ptr<ado::Provider> Find(std::string_view sName) override;
 
@@ -22,7 +23,7 @@ class ComponentProviders : public ado::ProviderSource {
   component::Runtime& m_runtime;
   platform::Services m_services;
   std::shared_ptr<OptionTexts> m_optionTexts;
-  std::shared_ptr<const LogFileConsent> m_consent;
+  std::shared_ptr<LogFileConsent> m_consent;
 };
 
 }  // namespace orvane::console

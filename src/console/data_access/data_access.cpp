@@ -8,6 +8,19 @@ namespace orvane::console {
 
 using platform::Text;
 
+namespace {
+
+LogFileConsent::Notice NoticeIn(const platform::Services& services) {
+  return [ui = services.ui, failures = services.failures](const platform::Failure& failure) {
+    if (failures) failures->Note(failure);
+    if (!ui) return;
+    ui->MsgBox(failure.Description(), platform::MsgBoxButtons::OkOnly, platform::MsgBoxIcon::None,
+               "Log File");
+  };
+}
+
+}  // namespace
+
 DataAccess::DataAccess(component::Runtime& runtime, const platform::Services& services,
                        std::shared_ptr<ado::LogonPrompt> prompt,
                        LogFileConsent::Question logFileQuestion,
@@ -15,7 +28,7 @@ DataAccess::DataAccess(component::Runtime& runtime, const platform::Services& se
     : m_runtime(runtime),
       m_services(services),
       m_optionTexts(std::make_shared<console::OptionTexts>()),
-      m_consent(std::make_shared<LogFileConsent>(std::move(logFileQuestion))),
+      m_consent(std::make_shared<LogFileConsent>(std::move(logFileQuestion), NoticeIn(services))),
       m_connectionServices{
           std::make_shared<ComponentProviders>(runtime, services, m_optionTexts, m_consent),
           std::move(prompt), services.longOperation, m_consent,

@@ -1,6 +1,7 @@
 #include "console/data_access/log_file_consent.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "platform/ado/extended_options.h"
 #include "platform/conversions.h"
@@ -47,6 +48,26 @@ Boolean LogFileConsent::IsRefused(const Text& sFile) const {
   if (sFile.empty() || !CameWithDocument(sFile)) return false;
   const auto answer = m_answers.find(sFile);
   return answer == m_answers.end() || !answer->second;
+}
+
+void LogFileConsent::LeftOut(const Text& sFile, const platform::Failure& why) {
+  const std::lock_guard lock(m_mutex);
+  m_leftOut.insert_or_assign(sFile, why);
+}
+
+void LogFileConsent::Opened(const ado::ConnectionSettings& settings) {
+  const Text sFile = settings.Find(platform::kLogFileOption).value_or(Text());
+  std::optional<platform::Failure> why;
+  {
+    const std::lock_guard lock(m_mutex);
+    if (const auto left = m_leftOut.extract(sFile); !left.empty()) why = left.mapped();
+  }
+  if (!why || !m_notice) return;
+  m_notice({why->Number(),
+            why->Description() +
+                " The server is connected without a log: put that right, then disconnect the "
+                "server and connect it again.",
+            why->Source(), why->NativeError()});
 }
 
 // The items of a connection string are put side by side as they stand, so the value of one lies

@@ -8,6 +8,7 @@
 #include "console/document/document_bag.h"
 #include "console/waiting/waiting.h"
 #include "tests/console/fake_objects.h"
+#include "tests/fakes/user_interface.h"
 
 namespace orvane::console {
 namespace {
@@ -36,6 +37,7 @@ class data_access : public testing::Test {
     component::RegisterLibrary(ORVANE_DATA_ACCESS_FIXTURE, m_folder.path().toStdString());
     platform::Services services;
     services.longOperation = std::make_shared<Waiting>();
+    services.ui = m_ui;
     m_dataAccess =
         std::make_unique<DataAccess>(m_runtime, services, m_prompt, [this](const Text& sFile) {
           m_asked.push_back(sFile);
@@ -59,6 +61,7 @@ class data_access : public testing::Test {
     return command->Execute()->ValueAt(0, 0);
   }
 
+  std::shared_ptr<fakes::FakeUserInterface> m_ui = std::make_shared<fakes::FakeUserInterface>();
   std::vector<Text> m_asked;
   bool m_bMayLog = false;
   QTemporaryDir m_folder;
@@ -132,6 +135,39 @@ TEST_F(data_access, hands_a_documents_log_file_on_when_the_user_says_yes) {
   EXPECT_EQ(LogFileOf(Open(kLogged)), Value("/x"));
   EXPECT_EQ(LogFileOf(Open(kLogged)), Value("/x"));
   EXPECT_EQ(m_asked.size(), 1U);
+}
+
+TEST_F(data_access, connects_without_a_log_that_cannot_be_written_and_says_so_each_time) {
+  constexpr const char* kRefused = "Log File = /no log;Log Level = 2;";
+  m_bMayLog = true;
+  m_dataAccess->DocumentOpened({kRefused});
+  for (std::size_t nTimes = 1; nTimes <= 2; ++nTimes) {
+    const auto cn = Open(kRefused);
+    EXPECT_TRUE(cn->IsOpen());
+    EXPECT_EQ(LogFileOf(cn), Value(""));
+    // What is saved is what the document says.
+    EXPECT_EQ(cn->Properties().Item("Log File").Value(), Value("/no log"));
+    ASSERT_EQ(m_ui->boxes.size(), nTimes);
+    EXPECT_EQ(m_ui->boxes.back().sText,
+              "It is no log; name another file. The server is connected without a log: put that "
+              "right, then disconnect the server and connect it again.");
+  }
+  EXPECT_EQ(m_asked.size(), 1U);
+  // A log that can be written says nothing.
+  Open("Log File = /x;Log Level = 2;");
+  EXPECT_EQ(m_ui->boxes.size(), 2U);
+}
+
+TEST_F(data_access, blames_no_log_file_for_what_fails_without_it_too) {
+  m_bMayLog = true;
+  m_dataAccess->DocumentOpened({kLogged});
+  try {
+    Open(Text(kLogged) + "Time Zone = Nowhere;");
+    FAIL();
+  } catch (const platform::Failure& failed) {
+    EXPECT_EQ(failed.Description(), "There is no such time zone.");
+  }
+  EXPECT_THAT(m_ui->boxes, IsEmpty());
 }
 
 TEST_F(data_access, asks_about_no_log_file_that_came_with_no_document) {

@@ -2,6 +2,8 @@
 // writes one, so this stands beside the cases that every console is put to.
 #include <QTemporaryDir>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "tests/scenarios/command_fixture.h"
 
@@ -38,6 +40,31 @@ TEST_F(log_file_question, answered_no_connects_without_the_log_and_keeps_the_doc
   const Text sOptions = platform::ToText(Saved("ServerNodes_ServerNode1_ExtendedOptions"));
   EXPECT_NE(sOptions.rfind(";Log File = " + m_sFile + ";"), Text::npos) << sOptions;
   EXPECT_TRUE(IsAsked(BoxAnswer::Yes));
+  EXPECT_TRUE(std::filesystem::exists(m_sFile));
+}
+
+TEST_F(log_file_question, answered_yes_for_a_file_that_is_no_log_connects_all_the_same) {
+  std::ofstream(m_sFile) << "alias ls=rm\n";
+  Open();
+  driver->AnswerBox(BoxAnswer::Yes);
+  for (const char* sKey : {kStaticNode, kServer, kCatalogs}) driver->Expand(sKey);
+  EXPECT_TRUE(driver->HasItem(kPlant));
+  const auto boxes = driver->TakeBoxes();
+  ASSERT_EQ(boxes.size(), 2U);
+  EXPECT_EQ(
+      boxes[1].sText,
+      "The log file " + m_sFile +
+          " holds something else than a log of statements, which is left as it is; name a new "
+          "file in the server's extended options. The server is connected without a log: put "
+          "that right, then disconnect the server and connect it again.");
+  std::ostringstream bytes;
+  bytes << std::ifstream(m_sFile).rdbuf();
+  EXPECT_EQ(bytes.str(), "alias ls=rm\n");
+  // What is advised: the file is moved away, and the server connected again.
+  std::filesystem::remove(m_sFile);
+  driver->Choose(kServer, "Disconnect");
+  driver->Choose(kServer, "Connect...");
+  EXPECT_TRUE(driver->TakeBoxes().empty());
   EXPECT_TRUE(std::filesystem::exists(m_sFile));
 }
 
