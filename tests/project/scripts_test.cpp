@@ -76,6 +76,32 @@ TEST_F(ScriptsTest, a_folder_of_another_build_program_is_configured_anew) {
                                    testing::StartsWith("--build --preset core")));
 }
 
+TEST_F(ScriptsTest, lines_of_the_toolkit_in_a_log_are_shown_and_fail) {
+  const auto check = [&](const std::string& sLine) {
+    const fs::path log = m_folder / "tour.log";
+    std::ofstream(log) << "Toured 21 steps.\n" << sLine << "\nQueries of localhost\n";
+    return Run("toolkit_lines '" + log.string() + "'");
+  };
+  const auto quiet = check("A quarter: 25 %");
+  EXPECT_EQ(quiet.nStatus, 0);
+  EXPECT_EQ(quiet.sOutput, "");
+  for (const char* const sLine :
+       {"qt.qpa.xcb: could not connect to display", "QObject::connect: No such signal",
+        "QPainter::begin: Paint device returned engine == 0", "QWidget::setTabOrder: wrong",
+        "QStandardPaths: XDG_RUNTIME_DIR not set", "QLayout: Attempting to add QLayout",
+        "QFont::setPointSize: Point size <= 0 (0)", "QTreeView(0x1) has no model",
+        "This plugin does not support propagateSizeHints()"}) {
+    const auto outcome = check(sLine);
+    EXPECT_EQ(outcome.nStatus, 1) << sLine;
+    EXPECT_EQ(outcome.sOutput, "2:" + std::string(sLine) +
+                                   "\nThe toolkit prints lines of its own into " +
+                                   (m_folder / "tour.log").string() + "; they stand above.\n");
+  }
+  // Every stage that tours looks for them.
+  EXPECT_THAT(Content(Root() / "test"),
+              testing::HasSubstr("scripts/toolkit_lines build/tour.log\n"));
+}
+
 TEST_F(ScriptsTest, fuzzing_without_its_compiler_says_how_to_install_it) {
   Stub("clang++", "exit 127\n");
   const auto outcome = Run("fuzz 1");
