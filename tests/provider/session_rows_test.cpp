@@ -47,10 +47,17 @@ class session_rows : public SessionFixture {
 TEST_F(session_rows, are_kept_at_the_time_out) {
   const auto opened = OpenWith(std::chrono::hours(1));
   m_budget = std::make_shared<ado::MemoryBudget>(std::size_t{8} << 20);
-  const auto rs = Kept(*opened, kEndless, std::chrono::seconds(1));
+  // A busy machine may need more than a second for the first row.
+  platform::RecordsetPtr rs;
+  for (int nSeconds = 1; rs == nullptr; nSeconds *= 2) {
+    ASSERT_LT(nSeconds, 60);
+    const Text sFailure =
+        FailureOf([&] { rs = Kept(*opened, kEndless, std::chrono::seconds(nSeconds)); });
+    if (rs == nullptr) ASSERT_EQ(sFailure.substr(0, 4), "3804");
+  }
   EXPECT_EQ(rs->State(), FetchState::Stopped);
-  EXPECT_TRUE(rs->FetchRemark().ends_with(" rows. The time-out of 1 second is over."))
-      << rs->FetchRemark();
+  EXPECT_TRUE(rs->FetchRemark().ends_with(" is over.")) << rs->FetchRemark();
+  EXPECT_NE(rs->FetchRemark().find(" rows. The time-out of "), Text::npos) << rs->FetchRemark();
   ASSERT_GT(rs->RecordCount(), 0);
   for (RowIndex row = 0; row < rs->RecordCount(); row += 101) {
     ASSERT_TRUE(rs->ValueAt(row, 0) == Value(row));

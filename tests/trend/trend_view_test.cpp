@@ -283,9 +283,15 @@ TEST_F(trend_view, hands_out_the_times_in_sight) {
 
 TEST_F(trend_view, steps_are_drawn_when_asked_for) {
   Show(TwoTags(5));
-  QTest::qWait(50);  // the parts of the view find their sizes
-  m_view.Plot().replot();
-  const QImage straight = m_view.Plot().grab().toImage();
+  // The parts of the view find their sizes in the event loop.
+  QImage straight;
+  ASSERT_TRUE(QTest::qWaitFor(
+      [&] {
+        m_view.Plot().replot();
+        const QImage before = std::exchange(straight, m_view.Plot().grab().toImage());
+        return before == straight;
+      },
+      60'000));
   Action("Steps")->trigger();
   EXPECT_NE(m_view.Plot().grab().toImage(), straight);
   Action("Steps")->trigger();
@@ -317,7 +323,7 @@ TEST_F(trend_view, copies_its_points_by_the_usual_keys) {
 
 TEST_F(trend_view, reads_nothing_until_it_is_seen) {
   m_view.ShowRows(TwoTags(10), zones::TimeZone::Utc());
-  QTest::qWait(20);
+  for (int n = 0; n < 100; ++n) QCoreApplication::processEvents();
   EXPECT_TRUE(m_view.IsReading());
   m_view.show();
   Read();

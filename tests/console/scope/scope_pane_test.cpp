@@ -274,7 +274,10 @@ TEST_F(TypingTest, open_menu_keeps_its_item_from_being_shown) {
   QTest::keyClick(&Scope(), Qt::Key_T);
   QTest::keyClick(&Scope(), Qt::Key_F10, Qt::ShiftModifier);
   ASSERT_TRUE(Waits([&] { return m_window->findChild<QMenu*>("contextMenu") != nullptr; }));
-  QTest::qWait(20);
+  // Due after the timer of the keys.
+  bool bRested = false;
+  QTimer::singleShot(20, Qt::PreciseTimer, m_window.get(), [&] { bRested = true; });
+  ASSERT_TRUE(Waits([&] { return bRested; }));
   EXPECT_EQ(Session().Selected(), Find(""));
   QTest::keyClick(m_window->findChild<QMenu*>("contextMenu"), Qt::Key_Escape);
   EXPECT_TRUE(Waits([&] { return Session().Selected() == Find("alpha.Catalogs.Machine.Tags"); }));

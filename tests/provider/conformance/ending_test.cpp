@@ -81,10 +81,17 @@ TEST_P(ending, leaves_nothing_of_a_change) {
 
 TEST_P(ending, keeps_the_rows_that_came) {
   const auto opened = Open();
-  const auto rs = Kept(*opened, kEndless, std::chrono::seconds(1));
+  // A busy machine may need more than a second for the first row.
+  platform::RecordsetPtr rs;
+  for (int nSeconds = 1; rs == nullptr; nSeconds *= 2) {
+    ASSERT_LT(nSeconds, 60);
+    const Text sFailure =
+        FailureOf([&] { rs = Kept(*opened, kEndless, std::chrono::seconds(nSeconds)); });
+    if (rs == nullptr) ASSERT_EQ(sFailure.substr(0, 4), "3804");
+  }
   EXPECT_EQ(rs->State(), FetchState::Stopped);
-  EXPECT_TRUE(rs->FetchRemark().ends_with(" rows. The time-out of 1 second is over."))
-      << rs->FetchRemark();
+  EXPECT_TRUE(rs->FetchRemark().ends_with(" is over.")) << rs->FetchRemark();
+  EXPECT_NE(rs->FetchRemark().find(" rows. The time-out of "), Text::npos) << rs->FetchRemark();
   ASSERT_GT(rs->RecordCount(), 0);
   const RowIndex last = rs->RecordCount() - 1;
   EXPECT_EQ(platform::ToText(rs->ValueAt(last, 0)), std::to_string(last));
