@@ -157,6 +157,14 @@ void ControlStyle::drawControl(ControlElement element, const QStyleOption* optio
     DrawRing(*painter, option->rect, option->palette, 2);
     return;
   }
+  if (const auto* asTab = qstyleoption_cast<const QStyleOptionTab*>(option);
+      asTab && element == CE_TabBarTab && HasFocus(*option)) {
+    auto tab = *asTab;
+    tab.state &= ~State_HasFocus;
+    QProxyStyle::drawControl(element, &tab, painter, widget);
+    DrawRing(*painter, option->rect, option->palette, 2);
+    return;
+  }
   if (const auto* asComboBox = qstyleoption_cast<const QStyleOptionComboBox*>(option);
       asComboBox && element == CE_ComboBoxLabel) {
     auto comboBox = *asComboBox;
@@ -180,6 +188,9 @@ void ControlStyle::drawComplexControl(ComplexControl control, const QStyleOption
     return;
   }
   QProxyStyle::drawComplexControl(control, option, painter, widget);
+  if (control == CC_SpinBox && HasFocus(*option)) {
+    DrawRing(*painter, option->rect, option->palette, 2);
+  }
 }
 
 int ControlStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

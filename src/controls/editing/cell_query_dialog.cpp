@@ -45,7 +45,6 @@ CellQueryDialog::CellQueryDialog(const QString& sCell, const QStringList& last, 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   m_run = buttons->addButton("&Fill", QDialogButtonBox::ActionRole);
   m_run->setObjectName("run");
-  m_run->setDefault(true);
   connect(m_run, &QPushButton::clicked, this, &CellQueryDialog::RunAsked);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   const auto follow = [this] { m_run->setEnabled(!Statement().trimmed().isEmpty()); };
@@ -58,7 +57,8 @@ CellQueryDialog::CellQueryDialog(const QString& sCell, const QStringList& last, 
   layout->addWidget(m_statement, 1);
   layout->addWidget(m_sentence);
   layout->addWidget(buttons);
-  resize(520, 260);
+  m_run->setDefault(true);
+  resize(fontMetrics().averageCharWidth() * 65, fontMetrics().height() * 16);
 }
 
 QString CellQueryDialog::Statement() const {

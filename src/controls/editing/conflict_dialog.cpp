@@ -97,6 +97,7 @@ ConflictDialog::ConflictDialog(const RowConflict& conflict, const platform::Reco
   auto* area = new QScrollArea;
   area->setWidgetResizable(true);
   area->setFrameShape(QFrame::NoFrame);
+  area->setFocusPolicy(Qt::NoFocus);  // it follows the choices in it
   area->setWidget(page);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(which);
@@ -104,7 +105,9 @@ ConflictDialog::ConflictDialog(const RowConflict& conflict, const platform::Reco
   layout->addWidget(area, 1);
   layout->addWidget(buttons);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  resize(640, std::min(420, 160 + 34 * m_values->rowCount()));
+  const int iLine = fontMetrics().height();
+  resize(fontMetrics().averageCharWidth() * 80,
+         iLine * std::min(26, 10 + 2 * m_values->rowCount()));
   UpdateStore();
 }
 

@@ -94,7 +94,7 @@ PendingReview::PendingReview(EditSession& session, CellFormat format, Actions ac
   layout->addWidget(hint);
   layout->addLayout(buttons);
   connect(m_list, &QTreeWidget::itemSelectionChanged, this, [this] { UpdateButtons(); });
-  resize(720, 320);
+  resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 19);
   Refresh();
   for (int n = 0; n < 2; ++n) m_list->resizeColumnToContents(n);
 }

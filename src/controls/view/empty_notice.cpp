@@ -1,5 +1,6 @@
 #include "controls/view/empty_notice.h"
 
+#include <QFontInfo>
 #include <QPainter>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -89,7 +90,7 @@ EmptyNotice::EmptyNotice(QWidget* parent)
       m_sentence(new SentenceView(this)),
       m_button(new FocusedButton(this)) {
   QFont large = font();
-  large.setPointSizeF(large.pointSizeF() * 1.2);
+  large.setPointSizeF(QFontInfo(large).pointSizeF() * 1.2);
   large.setWeight(QFont::DemiBold);
   m_title->setFont(large);
   m_title->setForegroundRole(QPalette::Text);

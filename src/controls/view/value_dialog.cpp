@@ -150,7 +150,7 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
   if (m_length) layout->addWidget(m_length);
   layout->addWidget(m_sentence);
   layout->addWidget(m_buttons);
-  resize(620, 420);
+  resize(fontMetrics().averageCharWidth() * 78, fontMetrics().height() * 26);
 }
 
 void ValueDialog::OnlyShow() {

@@ -1,13 +1,11 @@
 // The focus can be seen on every control that takes it, however it came there, light and dark.
-#include <QImage>
-
-#include "console/look/contrast.h"
 #include "console/look/control_style.h"
 #include "dialogs/add_catalog_dlg.h"
 #include "dialogs/options_dlg.h"
 #include "dialogs/query_dlg.h"
 #include "dialogs/table_query_dlg.h"
 #include "tests/console/forms/forms_fixture.h"
+#include "tests/console/look/seen_focus.h"
 
 namespace orvane::console {
 namespace {
@@ -23,50 +21,9 @@ class focus_ring : public FormsFixture, public testing::WithParamInterface<bool>
     QApplication::setStyle("Fusion");
   }
 
-  /// The controls that can have the focus, in the order of Tab.
-  static std::vector<QWidget*> Controls() {
-    std::vector<QWidget*> controls;
-    QWidget* const first = QApplication::focusWidget();
-    do {
-      controls.push_back(QApplication::focusWidget());
-      Key(Qt::Key_Tab);
-    } while (QApplication::focusWidget() != first);
-    return controls;
-  }
-
-  static QImage Picture(QWidget& widget) {
-    QApplication::processEvents();
-    return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
-  }
-
-  /// How many dots can be told from what they were.
-  static int Changed(const QImage& before, const QImage& after) {
-    int nChanged = 0;
-    for (int y = 0; y < before.height(); ++y) {
-      for (int x = 0; x < before.width(); ++x) {
-        if (Contrast(before.pixelColor(x, y), after.pixelColor(x, y)) >= kLeastContrast) ++nChanged;
-      }
-    }
-    return nChanged;
-  }
-
   template <class Dialog>
   void Check(Dialog& dialog) {
-    Show(dialog, [](QWidget& window) {
-      const auto controls = Controls();
-      EXPECT_GE(controls.size(), 4U);
-      for (QWidget* const control : controls) {
-        QWidget* const other = control == controls[0] ? controls[1] : controls[0];
-        other->setFocus(Qt::OtherFocusReason);
-        const QImage without = Picture(window);
-        control->setFocus(Qt::MouseFocusReason);
-        const QImage with = Picture(window);
-        const QRect place(control->mapTo(&window, QPoint()), control->size());
-        // At least a line under the whole of it, or around its text.
-        EXPECT_GE(Changed(without.copy(place), with.copy(place)), control->width())
-            << control->objectName().toStdString();
-      }
-    });
+    Show(dialog, [](QWidget& window) { ExpectFocusSeen(window, 4); });
   }
 
   const QPalette m_paletteBefore = QApplication::palette();
@@ -109,9 +66,9 @@ TEST_P(focus_ring, can_be_seen_in_the_find_bar) {
          {"m_btnFindPrevious", "m_btnFindNext", "m_btnFindClose", "m_chkMatchCase"}) {
       QWidget& control = Find(window, sControl);
       Find(window, "m_txtFind").setFocus();
-      const QImage without = Picture(control);
+      const QImage without = SeenOf(control);
       control.setFocus(Qt::OtherFocusReason);
-      EXPECT_GE(Changed(without, Picture(control)), control.width()) << sControl;
+      EXPECT_GE(ChangedDots(without, SeenOf(control)), control.width()) << sControl;
     }
   });
 }

@@ -22,6 +22,7 @@
 #include "console/waiting/waiting_panel.h"
 #include "console/window/guide_window.h"
 #include "tests/console/look/picture_fixture.h"
+#include "tests/console/look/seen_focus.h"
 #include "tests/console/window/main_window_fixture.h"
 
 namespace orvane::console {
@@ -136,6 +137,16 @@ TEST_P(WindowGeometryTest, logon_dialog) {
   LogonDialog dialog(request, m_window.get());
   dialog.show();
   Check(dialog, "logon");
+}
+
+TEST_P(WindowGeometryTest, focus_is_seen_in_the_logon_dialog) {
+  ado::LogonRequest request;
+  request.knownServers = {"localhost", "plant"};
+  request.bServerSelectable = true;
+  LogonDialog dialog(request, m_window.get());
+  ASSERT_TRUE(BringForward(dialog));
+  ExpectFits(dialog);
+  ExpectFocusSeen(dialog, 5);
 }
 
 TEST_P(WindowGeometryTest, dialogs_of_the_toolkit_stay_on_the_screen) {
