@@ -68,7 +68,6 @@ class TrendView : public QWidget {
   /// Called with a sentence about what was done or could not be; empty after a success that shows.
   void OnRemark(std::function<void(const QString&)> handler) { m_remark = std::move(handler); }
 
-  TrendPlot& Plot() const { return *m_plot; }
   void Copy();
   void CopyPicture();
   /// Writes the file, or says why it could not be written; points beside the window.

@@ -46,6 +46,7 @@ class grid_trend : public GridFixture {
   trend::TrendView& View() {
     return *static_cast<trend::TrendView*>(WindowOf(m_results)->findChild<QWidget*>("trend"));
   }
+  trend::TrendPlot& Plot() { return *View().findChild<trend::TrendPlot*>(); }
   void ShowTrend() {
     QTest::mouseClick(&Switch("asTrend"), Qt::LeftButton);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !View().IsReading(); }));
@@ -80,11 +81,11 @@ TEST_F(grid_trend, follows_the_rows) {
   Show(m_results);
   Run(Measured(10));
   ShowTrend();
-  const double end = View().Plot().AllTimes().upper;
+  const double end = Plot().AllTimes().upper;
   Run(Measured(50));
   EXPECT_TRUE(IsSeen("trend"));
   ASSERT_TRUE(
-      QTest::qWaitFor([&] { return !View().IsReading() && View().Plot().AllTimes().upper > end; }));
+      QTest::qWaitFor([&] { return !View().IsReading() && Plot().AllTimes().upper > end; }));
   ado::RecordsetBuilder texts({{"Name", DataType::WChar}});
   Run(texts.Finish());
   EXPECT_TRUE(IsSeen("rows"));
@@ -99,8 +100,8 @@ TEST_F(grid_trend, has_the_times_of_the_selected_rows_in_sight) {
       QItemSelection(rows.model()->index(10, 0), rows.model()->index(29, 2)),
       QItemSelectionModel::ClearAndSelect);
   ShowTrend();
-  EXPECT_EQ(View().Plot().Times().lower, trend::TrendTime(Timestamp(std::chrono::seconds(70))));
-  EXPECT_EQ(View().Plot().Times().upper, trend::TrendTime(Timestamp(std::chrono::seconds(89))));
+  EXPECT_EQ(Plot().Times().lower, trend::TrendTime(Timestamp(std::chrono::seconds(70))));
+  EXPECT_EQ(Plot().Times().upper, trend::TrendTime(Timestamp(std::chrono::seconds(89))));
 }
 
 TEST_F(grid_trend, times_marked_in_it_select_their_rows) {
@@ -108,15 +109,15 @@ TEST_F(grid_trend, times_marked_in_it_select_their_rows) {
   Run(Measured(100));
   ShowTrend();
   auto& rows = *ViewOf(m_results);
-  View().Plot().Cursor(trend::TrendTime(Timestamp(std::chrono::seconds(70))));
-  for (int n = 0; n < 4; ++n) QTest::keyClick(&View().Plot(), Qt::Key_Right, Qt::ShiftModifier);
+  Plot().Cursor(trend::TrendTime(Timestamp(std::chrono::seconds(70))));
+  for (int n = 0; n < 4; ++n) QTest::keyClick(&Plot(), Qt::Key_Right, Qt::ShiftModifier);
   ASSERT_TRUE(QTest::qWaitFor([&] { return rows.RowsSelected(); }));
   ASSERT_EQ(rows.selectionModel()->selection().size(), 1);
   EXPECT_EQ(rows.selectionModel()->selection()[0].top(), 25) << "the newest stand first";
   EXPECT_EQ(rows.selectionModel()->selection()[0].bottom(), 29);
   EXPECT_TRUE(m_results.RowsSelected());
-  ASSERT_TRUE(View().Plot().Marked()) << "the mark stays as it was made";
-  EXPECT_EQ(View().Plot().Marked()->upper, trend::TrendTime(Timestamp(std::chrono::seconds(74))));
+  ASSERT_TRUE(Plot().Marked()) << "the mark stays as it was made";
+  EXPECT_EQ(Plot().Marked()->upper, trend::TrendTime(Timestamp(std::chrono::seconds(74))));
   // The rows that come in their place are those of the same times.
   Run(Measured(200));
   ASSERT_TRUE(QTest::qWaitFor([&] {
@@ -140,13 +141,13 @@ TEST_F(grid_trend, selected_rows_are_marked_in_it_and_a_mark_taken_away_selects_
   };
   select(10, 29);
   ShowTrend();
-  ASSERT_TRUE(View().Plot().Marked());
-  EXPECT_EQ(View().Plot().Marked()->lower, trend::TrendTime(Timestamp(std::chrono::seconds(70))));
+  ASSERT_TRUE(Plot().Marked());
+  EXPECT_EQ(Plot().Marked()->lower, trend::TrendTime(Timestamp(std::chrono::seconds(70))));
   select(0, 9);
-  ASSERT_TRUE(View().Plot().Marked());
-  EXPECT_EQ(View().Plot().Marked()->lower, trend::TrendTime(Timestamp(std::chrono::seconds(90))));
-  QTest::keyClick(&View().Plot(), Qt::Key_Escape);
-  EXPECT_FALSE(View().Plot().Marked());
+  ASSERT_TRUE(Plot().Marked());
+  EXPECT_EQ(Plot().Marked()->lower, trend::TrendTime(Timestamp(std::chrono::seconds(90))));
+  QTest::keyClick(&Plot(), Qt::Key_Escape);
+  EXPECT_FALSE(Plot().Marked());
   EXPECT_FALSE(rows.selectionModel()->hasSelection());
 }
 
@@ -161,9 +162,9 @@ TEST_F(grid_trend, times_without_rows_select_none_and_too_many_pieces_are_told) 
   Run(builder.Finish());
   ShowTrend();
   auto& rows = *ViewOf(m_results);
-  View().Plot().Cursor(trend::TrendTime(Timestamp(std::chrono::seconds(0))));
-  View().Plot().Times({0, trend::TrendTime(Timestamp(std::chrono::seconds(kRows)))});
-  QTest::keyClick(&View().Plot(), Qt::Key_End, Qt::ShiftModifier);
+  Plot().Cursor(trend::TrendTime(Timestamp(std::chrono::seconds(0))));
+  Plot().Times({0, trend::TrendTime(Timestamp(std::chrono::seconds(kRows)))});
+  QTest::keyClick(&Plot(), Qt::Key_End, Qt::ShiftModifier);
   ASSERT_TRUE(QTest::qWaitFor([&] { return !Label(m_results, "notice").empty(); }));
   EXPECT_EQ(Label(m_results, "notice"),
             "The rows of the marked times lie in more than 5000 pieces and are not selected; sort "

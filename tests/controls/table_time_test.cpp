@@ -310,29 +310,30 @@ TEST_F(table_time, the_trend_of_followed_rows_ends_now) {
   m_editor->Requery();
   QTest::mouseClick(Find<QToolButton>("asTrend"), Qt::LeftButton);
   auto& view = *static_cast<trend::TrendView*>(Find<QWidget>("trend"));
+  const auto& plot = *view.findChild<trend::TrendPlot*>();
   const auto read = [&] {
-    return QTest::qWaitFor([&] { return !view.IsReading() && view.Plot().AllTimes().upper > 1; });
+    return QTest::qWaitFor([&] { return !view.IsReading() && plot.AllTimes().upper > 1; });
   };
   ASSERT_TRUE(read());
-  EXPECT_LT(view.Plot().Times().upper, at(110)) << "nobody follows yet";
+  EXPECT_LT(plot.Times().upper, at(110)) << "nobody follows yet";
   Pick("Last 10 minutes");
   Find<QCheckBox>("follow")->click();
   EndPause();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return view.Plot().Times().upper == at(130); }));
-  EXPECT_EQ(view.Plot().Times().lower, at(130 - 600));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return plot.Times().upper == at(130); }));
+  EXPECT_EQ(plot.Times().lower, at(130 - 600));
   // Nothing has come since, and time has gone on.
   m_now = Timestamp(std::chrono::seconds(140));
   EndPause();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return view.Plot().Times().upper == at(140); }));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return plot.Times().upper == at(140); }));
   view.ShowSpan({Timestamp(std::chrono::seconds(90)), m_now});
   m_now = Timestamp(std::chrono::seconds(150));
   EndPause();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return view.Plot().Times().upper == at(150); }));
-  EXPECT_EQ(view.Plot().Times().lower, at(100)) << "as wide as it was chosen";
+  ASSERT_TRUE(QTest::qWaitFor([&] { return plot.Times().upper == at(150); }));
+  EXPECT_EQ(plot.Times().lower, at(100)) << "as wide as it was chosen";
   view.ShowSpan({Timestamp(std::chrono::seconds(60)), Timestamp(std::chrono::seconds(70))});
   EndPause();
   ASSERT_TRUE(read());
-  EXPECT_EQ(view.Plot().Times().upper, at(70)) << "who looks elsewhere goes on doing so";
+  EXPECT_EQ(plot.Times().upper, at(70)) << "who looks elsewhere goes on doing so";
 }
 
 TEST_F(table_time, no_range_is_chosen_while_rows_are_fetched) {

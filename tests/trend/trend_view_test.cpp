@@ -42,6 +42,7 @@ class trend_view : public testing::Test {
     const auto* label = m_view.findChild<QLabel*>("trendMessage");
     return label->isVisible() ? label->text().toStdString() : "";
   }
+  TrendPlot& Plot() const { return *m_view.findChild<TrendPlot*>(); }
   QAction* Action(const QString& sText) const {
     for (QAction* action : m_view.findChildren<QAction*>()) {
       if (action->text().remove(u'&') == sText) return action;
@@ -56,12 +57,12 @@ TEST_F(trend_view, lists_the_value_of_each_line_at_the_cursor) {
   ASSERT_EQ(Values().rowCount(), 2);
   EXPECT_EQ(Text(0, TrendValues::Name), "a");
   EXPECT_EQ(Text(0, TrendValues::Value), "");
-  const auto* plot = &m_view.Plot();
+  const auto* plot = &Plot();
   const QPoint at(static_cast<int>(plot->xAxis->coordToPixel(TrendTime(Second(49)) + 500'000)),
                   plot->axisRect()->rect().center().y());
-  QTest::mouseMove(&m_view.Plot(), at);
+  QTest::mouseMove(&Plot(), at);
   QTest::qWait(1);
-  QTest::mouseClick(&m_view.Plot(), Qt::LeftButton, {}, at);
+  QTest::mouseClick(&Plot(), Qt::LeftButton, {}, at);
   EXPECT_EQ(Text(0, TrendValues::Value), "49");
   EXPECT_EQ(Text(1, TrendValues::Value), "no value");
   EXPECT_EQ(Text(1, TrendValues::Time), "2023-11-14 22:14:09");
@@ -69,18 +70,17 @@ TEST_F(trend_view, lists_the_value_of_each_line_at_the_cursor) {
 
 TEST_F(trend_view, speaks_what_stands_at_the_cursor) {
   Show(TwoTags(100));
-  m_view.Plot().Cursor(TrendTime(Second(10)));
-  EXPECT_EQ(m_view.Plot().accessibleName(), "Trend");
-  EXPECT_EQ(m_view.Plot().accessibleDescription().toStdString(),
-            "At 2023-11-14 22:13:30: a 10; b -5.");
+  Plot().Cursor(TrendTime(Second(10)));
+  EXPECT_EQ(Plot().accessibleName(), "Trend");
+  EXPECT_EQ(Plot().accessibleDescription().toStdString(), "At 2023-11-14 22:13:30: a 10; b -5.");
 }
 
 TEST_F(trend_view, a_line_is_taken_out_by_its_check_box) {
   Show(TwoTags(100));
   EXPECT_TRUE(Values().setData(Values().index(1, 0), Qt::Unchecked, Qt::CheckStateRole));
-  EXPECT_FALSE(m_view.Plot().LineShown(1));
-  m_view.Plot().Cursor(TrendTime(Second(10)));
-  EXPECT_EQ(m_view.Plot().accessibleDescription().toStdString(), "At 2023-11-14 22:13:30: a 10.");
+  EXPECT_FALSE(Plot().LineShown(1));
+  Plot().Cursor(TrendTime(Second(10)));
+  EXPECT_EQ(Plot().accessibleDescription().toStdString(), "At 2023-11-14 22:13:30: a 10.");
 }
 
 TEST_F(trend_view, asks_once_for_the_units_of_tags) {
@@ -226,39 +226,39 @@ TEST_F(trend_view, rows_that_follow_are_looked_at_as_those_before) {
   Show(TwoTags(100));
   Values().setData(Values().index(1, 0), Qt::Unchecked, Qt::CheckStateRole);
   m_view.ShowSpan({Second(20), Second(30)});
-  m_view.Plot().Cursor(TrendTime(Second(25)));
+  Plot().Cursor(TrendTime(Second(25)));
   m_view.ShowRows(TwoTags(120), zones::TimeZone::Utc());
   Read();
-  EXPECT_EQ(m_view.Plot().Times().lower, TrendTime(Second(20)));
-  EXPECT_EQ(m_view.Plot().Times().upper, TrendTime(Second(30)));
-  EXPECT_EQ(m_view.Plot().Cursor(), TrendTime(Second(25)));
-  EXPECT_FALSE(m_view.Plot().LineShown(1));
+  EXPECT_EQ(Plot().Times().lower, TrendTime(Second(20)));
+  EXPECT_EQ(Plot().Times().upper, TrendTime(Second(30)));
+  EXPECT_EQ(Plot().Cursor(), TrendTime(Second(25)));
+  EXPECT_FALSE(Plot().LineShown(1));
 }
 
 TEST_F(trend_view, rows_that_follow_keep_the_values_chosen_and_the_mark) {
   Show(TwoTags(100));
-  QTest::keyClick(&m_view.Plot(), Qt::Key_Up, Qt::ShiftModifier);
-  const QCPRange values = m_view.Plot().yAxis->range();
+  QTest::keyClick(&Plot(), Qt::Key_Up, Qt::ShiftModifier);
+  const QCPRange values = Plot().yAxis->range();
   m_view.Mark(TrendSpan{Second(20), Second(30)});
   m_view.ShowRows(TwoTags(120), zones::TimeZone::Utc());
   Read();
-  EXPECT_EQ(m_view.Plot().yAxis->range().lower, values.lower);
-  EXPECT_EQ(m_view.Plot().yAxis->range().upper, values.upper);
-  ASSERT_TRUE(m_view.Plot().Marked());
-  EXPECT_EQ(m_view.Plot().Marked()->upper, TrendTime(Second(30)));
+  EXPECT_EQ(Plot().yAxis->range().lower, values.lower);
+  EXPECT_EQ(Plot().yAxis->range().upper, values.upper);
+  ASSERT_TRUE(Plot().Marked());
+  EXPECT_EQ(Plot().Marked()->upper, TrendTime(Second(30)));
 }
 
 TEST_F(trend_view, hands_out_and_speaks_of_the_times_that_are_marked) {
   std::optional<TrendSpan> marked;
   m_view.OnMarked([&](const std::optional<TrendSpan>& span) { marked = span; });
   Show(TwoTags(100));
-  m_view.Plot().Cursor(TrendTime(Second(10)));
-  QTest::keyClick(&m_view.Plot(), Qt::Key_Right, Qt::ShiftModifier);
+  Plot().Cursor(TrendTime(Second(10)));
+  QTest::keyClick(&Plot(), Qt::Key_Right, Qt::ShiftModifier);
   EXPECT_EQ(marked, (TrendSpan{Second(10), Second(11)}));
-  EXPECT_TRUE(m_view.Plot().accessibleDescription().endsWith(
+  EXPECT_TRUE(Plot().accessibleDescription().endsWith(
       " Marked from 2023-11-14 22:13:30 to 2023-11-14 22:13:31."))
-      << m_view.Plot().accessibleDescription().toStdString();
-  QTest::keyClick(&m_view.Plot(), Qt::Key_Escape);
+      << Plot().accessibleDescription().toStdString();
+  QTest::keyClick(&Plot(), Qt::Key_Escape);
   EXPECT_EQ(marked, std::nullopt);
 }
 
@@ -267,8 +267,8 @@ TEST_F(trend_view, a_view_to_the_last_point_stays_at_the_last_point) {
   m_view.ShowSpan({Second(80), Second(105)});
   m_view.ShowRows(TwoTags(120), zones::TimeZone::Utc());
   Read();
-  EXPECT_NEAR(m_view.Plot().Times().lower, TrendTime(Second(100)), 0.5e6);
-  EXPECT_NEAR(m_view.Plot().Times().upper, TrendTime(Second(125)), 0.5e6);
+  EXPECT_NEAR(Plot().Times().lower, TrendTime(Second(100)), 0.5e6);
+  EXPECT_NEAR(Plot().Times().upper, TrendTime(Second(125)), 0.5e6);
 }
 
 TEST_F(trend_view, hands_out_the_times_in_sight) {
@@ -287,15 +287,15 @@ TEST_F(trend_view, steps_are_drawn_when_asked_for) {
   QImage straight;
   ASSERT_TRUE(QTest::qWaitFor(
       [&] {
-        m_view.Plot().replot();
-        const QImage before = std::exchange(straight, m_view.Plot().grab().toImage());
+        Plot().replot();
+        const QImage before = std::exchange(straight, Plot().grab().toImage());
         return before == straight;
       },
       60'000));
   Action("Steps")->trigger();
-  EXPECT_NE(m_view.Plot().grab().toImage(), straight);
+  EXPECT_NE(Plot().grab().toImage(), straight);
   Action("Steps")->trigger();
-  EXPECT_EQ(m_view.Plot().grab().toImage(), straight);
+  EXPECT_EQ(Plot().grab().toImage(), straight);
 }
 
 TEST_F(trend_view, says_why_there_is_nothing_to_see) {
@@ -314,7 +314,7 @@ TEST_F(trend_view, copies_its_points_by_the_usual_keys) {
   std::string sRemark = "none";
   m_view.OnRemark([&](const QString& sSentence) { sRemark = sSentence.toStdString(); });
   Show(TwoTags(3));
-  QTest::keyClick(&m_view.Plot(), Qt::Key_C, Qt::ControlModifier);
+  QTest::keyClick(&Plot(), Qt::Key_C, Qt::ControlModifier);
   EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("Line\tTimestamp\t"));
   EXPECT_EQ(sRemark, "");
   m_view.SaveAs("/nowhere/trend.png");

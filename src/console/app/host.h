@@ -26,7 +26,6 @@ class Host {
   /// What a window works with; the settings outlive it.
   WindowParts Parts(QSettings* settings);
   component::Runtime& Runtime() noexcept { return m_runtime; }
-  DataAccess& Objects() noexcept { return *m_dataAccess; }
 
  private:
   component::Runtime m_runtime;

@@ -248,10 +248,6 @@ void ResultList::Style(ListStyle style) {
   setCurrentWidget(style == ListStyle::Icons ? static_cast<QWidget*>(m_icons) : m_details);
 }
 
-QTreeView* ResultList::DetailsView() const noexcept {
-  return m_details;
-}
-
 QAbstractItemView* ResultList::ActiveView() const {
   if (m_style == ListStyle::Icons) return m_icons;
   return m_details;

@@ -37,7 +37,6 @@ class ResultList final : public QStackedWidget {
   int RowCount() const;
   /// The view on the screen.
   QAbstractItemView* ActiveView() const;
-  QTreeView* DetailsView() const noexcept;
 
   /// True when the user has changed a column's width since the model came.
   bool HasChosenWidths() const noexcept { return m_bChosenWidths; }

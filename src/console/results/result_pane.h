@@ -48,7 +48,6 @@ class ResultPane final : public QWidget {
   bool IsListShown() const;
   /// The sentence shown in place of contents, or empty.
   QString Sentence() const;
-  QTabBar& ViewTabs() noexcept { return *m_tabs; }
   /// Column widths that the user chose, by view name.
   std::map<platform::Text, std::vector<int>> ColumnWidths() const;
   void ColumnWidths(std::map<platform::Text, std::vector<int>> widths);

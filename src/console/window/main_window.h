@@ -41,7 +41,6 @@ class MainWindow final : public QMainWindow {
   ConsoleSession& Session() noexcept { return m_session; }
   ScopePane& Scope() noexcept { return *m_scope; }
   ResultPane& Results() noexcept { return *m_results; }
-  ToolbarView& SnapInToolbar() noexcept { return *m_toolbar; }
   SelectionMenus& Menus() noexcept { return *m_selectionMenus; }
 
  protected:

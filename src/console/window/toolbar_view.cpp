@@ -57,13 +57,6 @@ void ToolbarView::Wanted(bool bWanted) {
   Sync();
 }
 
-QAction* ToolbarView::ButtonAction(const QString& sKey) const {
-  for (auto* action : actions()) {
-    if (!action->isSeparator() && action->data().toString() == sKey) return action;
-  }
-  return nullptr;
-}
-
 bool ToolbarView::ShowsSameButtons() const {
   const auto& buttons = m_session->ControlBar().Attached()->All();
   const auto shown = actions();
@@ -78,8 +71,18 @@ bool ToolbarView::ShowsSameButtons() const {
   return true;
 }
 
-void ToolbarView::Rebuild() {
+// Taken out of the bar, an action would stay with it for ever.
+void ToolbarView::RemoveButtons() {
+  const auto removed = actions();
   clear();
+  for (auto* action : removed) {
+    action->setObjectName({});
+    action->deleteLater();
+  }
+}
+
+void ToolbarView::Rebuild() {
+  RemoveButtons();
   for (const auto& button : m_session->ControlBar().Attached()->All()) {
     if (button->Style() == platform::ButtonStyle::Separator) {
       addSeparator()->setData(QString::fromStdString(button->Key()));
@@ -90,6 +93,7 @@ void ToolbarView::Rebuild() {
     action->setToolTip(ToolTipOf(QString::fromStdString(button->ToolTip())));
     action->setStatusTip(QString::fromStdString(button->ToolTip()));
     action->setData(QString::fromStdString(button->Key()));
+    action->setObjectName(action->data().toString());
     action->setCheckable(button->Style() == platform::ButtonStyle::Check);
     // No menu has what these buttons do, so the keyboard must get at them. A click leaves the
     // focus where it is.
@@ -113,7 +117,7 @@ void ToolbarView::Rebuild() {
 
 void ToolbarView::Sync() {
   if (!m_session || !m_session->ControlBar().Attached()) {
-    clear();
+    RemoveButtons();
     hide();
     return;
   }

@@ -28,14 +28,13 @@ class ToolbarView final : public QToolBar {
   /// The size of the buttons' images, which also grows with the font. Small to begin with.
   void Images(ButtonImages images);
   ButtonImages Images() const noexcept { return m_size; }
-  /// The action of the button, or null.
-  QAction* ButtonAction(const QString& sKey) const;
 
  protected:
   void changeEvent(QEvent* event) override;
 
  private:
   void Sync();
+  void RemoveButtons();
   void SizeImages();
   bool ShowsSameButtons() const;
   void Rebuild();

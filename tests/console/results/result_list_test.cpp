@@ -28,14 +28,14 @@ TEST_F(MainWindowTest, list_opens_items_by_double_click_and_goes_up_by_backspace
   EXPECT_EQ(Session().Selected(), Find("alpha.Queries"));
   EXPECT_THAT(ListTexts(), ElementsAre("Load"));
   EXPECT_TRUE(Scope().isExpanded(IndexOf("alpha")));
-  QTest::keyClick(Results().List().DetailsView(), Qt::Key_Backspace);
+  QTest::keyClick(DetailsView(), Qt::Key_Backspace);
   Settle();
   EXPECT_EQ(Session().Selected(), Find("alpha"));
 }
 
 TEST_F(MainWindowTest, list_opens_the_current_row_by_enter) {
   ClickExpandMark("");
-  auto* view = Results().List().DetailsView();
+  auto* view = DetailsView();
   view->setFocus();
   QTest::keyClick(view, Qt::Key_Down);
   view->setCurrentIndex(view->model()->index(1, 0));
@@ -48,7 +48,7 @@ TEST_F(MainWindowTest, list_shows_the_columns_that_its_rows_bring_along) {
   ClickExpandMark("");
   ClickExpandMark("alpha");
   ClickItem("alpha.Queries");
-  const auto* view = Results().List().DetailsView();
+  const auto* view = DetailsView();
   EXPECT_EQ(view->model()->columnCount(), 1);
   QTest::keyClick(&Scope(), Qt::Key_Return);
   Settle();
@@ -64,7 +64,7 @@ TEST_F(MainWindowTest, click_on_a_column_head_sorts_and_a_third_one_restores_the
   ExpandToTables();
   ClickItem("alpha.Catalogs.Machine");
   EXPECT_THAT(ListTexts(), ElementsAre("Tags", "Data10", "Data2"));
-  auto* header = Results().List().DetailsView()->header();
+  auto* header = DetailsView()->header();
   const auto click = [&] {
     QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                       {header->sectionViewportPosition(0) + 30, header->height() / 2});
@@ -93,7 +93,7 @@ TEST_F(MainWindowTest, list_follows_items_that_come_and_go) {
 
 TEST_F(MainWindowTest, columns_take_the_room_until_somebody_chooses_their_widths) {
   ClickExpandMark("");
-  const auto* view = Results().List().DetailsView();
+  const auto* view = DetailsView();
   const auto room = [&] { return view->viewport()->width(); };
   EXPECT_EQ(view->header()->sectionSize(0), room());
   m_window->resize(m_window->width() - 100, m_window->height());
@@ -119,7 +119,7 @@ TEST_F(MainWindowTest, column_is_as_wide_as_its_texts_where_there_is_room) {
   };
   m_window->findChild<QSplitter*>("splitter")->setSizes({1, 2000});
   ClickExpandMark("");
-  const auto* view = Results().List().DetailsView();
+  const auto* view = DetailsView();
   EXPECT_GT(view->header()->sectionSize(0), 200);
   EXPECT_EQ(view->header()->length(), view->viewport()->width());
   EXPECT_GE(view->header()->sectionSize(1), 150);
@@ -131,7 +131,7 @@ TEST_F(MainWindowTest, what_a_column_cuts_is_read_in_a_tool_tip) {
   ClickItem("alpha.Queries");
   QTest::keyClick(&Scope(), Qt::Key_Return);
   Settle();
-  auto* view = Results().List().DetailsView();
+  auto* view = DetailsView();
   const auto tipAt = [&](QWidget* widget, const QPoint& at) {
     QToolTip::hideText();
     QHelpEvent event(QEvent::ToolTip, at, widget->mapToGlobal(at));

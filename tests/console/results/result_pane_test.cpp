@@ -63,9 +63,9 @@ TEST_F(MainWindowTest, tabs_choose_between_the_views_of_a_table) {
     row.ListSubItems().Add(3, "", "no");
   };
   ExpandToTables();
-  EXPECT_TRUE(Results().ViewTabs().isHidden());
+  EXPECT_TRUE(ViewTabs().isHidden());
   ClickItem("alpha.Catalogs.Machine.Tags");
-  auto& tabs = Results().ViewTabs();
+  auto& tabs = ViewTabs();
   ASSERT_TRUE(tabs.isVisible());
   ASSERT_EQ(tabs.count(), 2);
   EXPECT_EQ(tabs.tabText(0), "Data");

@@ -87,10 +87,10 @@ void HostDriver::NewDocument() {
 void HostDriver::OpenDocument(const Fill& fill) {
   const auto sPath = m_folder.filePath(QString("%1.orvc").arg(++m_iDocuments)).toStdString();
   {
-    Document document(
-        [this](const Text& sProgId) { return m_host->Objects().CreateObject(sProgId); });
+    const auto parts = m_host->Parts(&m_settings);
+    Document document(parts.createStored);
     auto content = document.NewContent();
-    fill(content->SnapIn(platform::kSnapInProgId), m_host->Objects());
+    fill(content->SnapIn(platform::kSnapInProgId), *parts.services.objects);
     document.SaveAs(sPath, std::move(content));
   }
   EXPECT_TRUE(m_window->OpenDocument(sPath));
@@ -196,7 +196,7 @@ Text HostDriver::Tree() const {
 
 void HostDriver::ShowView(const Text& sViewName) {
   const auto views = m_window->Session().ViewsOfSelected();
-  auto& tabs = m_window->Results().ViewTabs();
+  auto& tabs = *m_window->findChild<QTabBar*>("viewTabs");
   for (std::size_t n = 0; n < views.size(); ++n) {
     if (views[n].sName != sViewName) continue;
     QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(static_cast<int>(n)).center());
@@ -213,7 +213,8 @@ std::vector<scenarios::ListRow> HostDriver::ListRows() const {
   if (!results.IsListShown() || !results.Sentence().isEmpty()) return rows;
   const auto& list = results.List();
   for (int i = 0; i < list.RowCount(); ++i) {
-    const auto* order = qobject_cast<QAbstractProxyModel*>(list.DetailsView()->model());
+    const auto* order =
+        qobject_cast<QAbstractProxyModel*>(list.findChild<QTreeView*>("resultDetails")->model());
     const auto index = order->mapToSource(order->index(i, 0));
     const int iRow = index.row();
     rows.push_back({index.data().toString().toStdString(), list.Model()->ImageAt(iRow),

@@ -65,7 +65,6 @@ class HostDriver : public scenarios::Driver {
   std::vector<scenarios::BoxSeen> TakeBoxes() override;
 
   MainWindow& Window() { return *m_window; }
-  console::Host& Host() { return *m_host; }
 
  private:
   ScopeTreeItemPtr Item(const Text& sKey) const;

@@ -132,7 +132,7 @@ void HostDriver::Choose(const Text& sKey, const Text& sCaption, scenarios::MenuW
 
 std::vector<scenarios::ButtonSeen> HostDriver::Toolbar() const {
   std::vector<scenarios::ButtonSeen> seen;
-  const auto& bar = m_window->SnapInToolbar();
+  const auto& bar = *m_window->findChild<QToolBar*>("snapInToolbar");
   const auto attached = m_window->Session().ControlBar().Attached();
   EXPECT_EQ(bar.isVisible(), attached != nullptr);
   EXPECT_EQ(bar.actions().isEmpty(), attached == nullptr);
@@ -154,8 +154,8 @@ std::vector<scenarios::ButtonSeen> HostDriver::Toolbar() const {
 }
 
 void HostDriver::Press(const Text& sButton) {
-  auto& bar = m_window->SnapInToolbar();
-  auto* action = bar.ButtonAction(QString::fromStdString(sButton));
+  auto& bar = *m_window->findChild<QToolBar*>("snapInToolbar");
+  auto* action = bar.findChild<QAction*>(QString::fromStdString(sButton));
   ASSERT_NE(action, nullptr) << sButton;
   auto* button = bar.widgetForAction(action);
   // A button that has just come finds its place in the event loop.

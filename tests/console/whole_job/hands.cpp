@@ -8,9 +8,8 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QToolBar>
 #include <QWindow>
-
-#include "console/window/toolbar_view.h"
 
 namespace orvane::console {
 
@@ -75,8 +74,8 @@ bool Hands::IsEntry(const QAction& action, const char* sEntry) {
 }
 
 QAbstractButton* Hands::ToolbarButtonOf(const char* sKey) {
-  auto& toolbar = m_stage.Window().SnapInToolbar();
-  auto* action = toolbar.ButtonAction(sKey);
+  const auto& toolbar = *m_stage.Window().findChild<QToolBar*>("snapInToolbar");
+  auto* action = toolbar.findChild<QAction*>(sKey);
   auto* button = action ? qobject_cast<QAbstractButton*>(toolbar.widgetForAction(action)) : nullptr;
   if (!button) throw Stopped(Text("The toolbar has no button ") + sKey + ".");
   return button;

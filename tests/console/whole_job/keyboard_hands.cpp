@@ -164,7 +164,7 @@ void KeyboardHands::PointInto(QWidget* plot) {
 
 void KeyboardHands::Tab(const char* sTab) {
   m_stage.WaitUntilIdle();
-  auto* tabs = &m_stage.Window().Results().ViewTabs();
+  auto* tabs = m_stage.Ask([&] { return m_stage.Window().findChild<QTabBar*>("viewTabs"); });
   GoTo(tabs);
   for (int i = 0; i < kMostSteps; ++i) {
     const int iShown = m_stage.Ask([&] { return tabs->currentIndex(); });

@@ -187,7 +187,7 @@ void MouseHands::PointInto(QWidget* plot) {
 
 void MouseHands::Tab(const char* sTab) {
   m_stage.WaitUntilIdle();
-  auto* tabs = &m_stage.Window().Results().ViewTabs();
+  auto* tabs = m_stage.Ask([&] { return m_stage.Window().findChild<QTabBar*>("viewTabs"); });
   Click([&] {
     int iTab = 0;
     while (iTab < tabs->count() && tabs->tabText(iTab) != sTab) ++iTab;

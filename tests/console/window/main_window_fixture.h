@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QSettings>
+#include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -20,6 +21,7 @@
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/main_window.h"
+#include "console/window/toolbar_view.h"
 #include "tests/console/session/fake_snap_in.h"
 #include "tests/console/window/shown_control.h"
 
@@ -106,7 +108,7 @@ class MainWindowTest : public testing::Test {
     QCoreApplication::processEvents();
     QCoreApplication::processEvents();
   }
-  bool Waits(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 3000); }
+  bool Waits(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 30'000); }
 
   ScopePane& Scope() { return m_window->Scope(); }
   ResultPane& Results() { return m_window->Results(); }
@@ -141,16 +143,20 @@ class MainWindowTest : public testing::Test {
     }
   }
   QAction* Action(const char* sName) { return m_window->findChild<QAction*>(sName); }
+  QTreeView* DetailsView() { return Results().List().findChild<QTreeView*>("resultDetails"); }
+  QTabBar& ViewTabs() { return *m_window->findChild<QTabBar*>("viewTabs"); }
+  ToolbarView& Toolbar() { return *m_window->findChild<ToolbarView*>("snapInToolbar"); }
+  QAction* ButtonAction(const char* sKey) { return Toolbar().findChild<QAction*>(sKey); }
   std::vector<Text> ListTexts(int iColumn = 0) {
     std::vector<Text> texts;
-    const auto* model = Results().List().DetailsView()->model();
+    const auto* model = DetailsView()->model();
     for (int i = 0; i < model->rowCount(); ++i) {
       texts.push_back(model->index(i, iColumn).data().toString().toStdString());
     }
     return texts;
   }
   void DoubleClickRow(int iRow) {
-    auto* view = Results().List().DetailsView();
+    auto* view = DetailsView();
     const auto at = view->visualRect(view->model()->index(iRow, 0)).center();
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at);
     QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, at);

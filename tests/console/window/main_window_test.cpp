@@ -35,7 +35,7 @@ TEST_F(MainWindowTest, item_count_stands_in_the_status_bar) {
   ClickItem("");
   const auto* label = m_window->findChild<QLabel*>("itemCount");
   EXPECT_EQ(label->text(), "2 items");
-  Results().List().DetailsView()->selectAll();
+  DetailsView()->selectAll();
   EXPECT_EQ(label->text(), "2 items, 2 selected");
 }
 
@@ -92,7 +92,7 @@ TEST_F(MainWindowTest, owner_hears_of_the_end_of_each_event) {
 TEST_F(MainWindowTest, window_and_columns_come_back_with_the_document) {
   ClickExpandMark("");
   m_window->resize(700, 500);
-  Results().List().DetailsView()->header()->resizeSection(0, 333);
+  DetailsView()->header()->resizeSection(0, 333);
   Action("actStatusBar")->trigger();
   ASSERT_TRUE(m_window->SaveTo(Path("view.orvc")));
   m_window->resize(600, 400);
@@ -101,7 +101,7 @@ TEST_F(MainWindowTest, window_and_columns_come_back_with_the_document) {
   ASSERT_TRUE(m_window->OpenDocument(Path("view.orvc")));
   EXPECT_EQ(m_window->size(), QSize(700, 500));
   EXPECT_FALSE(Action("actStatusBar")->isChecked());
-  EXPECT_EQ(Results().List().DetailsView()->header()->sectionSize(0), 333);
+  EXPECT_EQ(DetailsView()->header()->sectionSize(0), 333);
   EXPECT_FALSE(Scope().isExpanded(IndexOf("")));
 }
 

@@ -49,7 +49,7 @@ TEST_F(MainWindowTest, context_menu_of_a_list_row_is_about_that_row) {
     sKey = selection.ScopeItem(1)->Key();
   };
   ClickExpandMark("");
-  auto* view = Results().List().DetailsView();
+  auto* view = DetailsView();
   const auto at = view->visualRect(view->model()->index(1, 0)).center();
   QTest::mouseClick(view->viewport(), Qt::RightButton, {}, at);
   QContextMenuEvent event(QContextMenuEvent::Mouse, at, view->viewport()->mapToGlobal(at));
@@ -162,7 +162,7 @@ TEST_F(CommandKeysTest, f2_edits_and_delete_removes_the_item_marked_in_the_tree)
 }
 
 TEST_F(CommandKeysTest, keys_in_the_list_are_about_its_marked_row) {
-  auto& list = *Results().List().DetailsView();
+  auto& list = *DetailsView();
   list.setCurrentIndex(list.model()->index(0, 0));
   Key(list, Qt::Key_F2);
   Key(list, Qt::Key_Delete);
@@ -180,7 +180,7 @@ TEST_F(CommandKeysTest, nothing_happens_without_the_command_or_where_it_is_disab
   Key(Scope(), Qt::Key_Delete);
   Key(Scope(), Qt::Key_F2);
   ClickItem("alpha.Queries");
-  auto& list = *Results().List().DetailsView();
+  auto& list = *DetailsView();
   list.clearSelection();
   Key(list, Qt::Key_Delete);
   EXPECT_THAT(Clicks(), IsEmpty());
@@ -314,7 +314,7 @@ TEST_F(MainWindowTest, alt_with_a_letter_opens_the_menu_of_the_marked_row) {
   m_script->menus["Servers"] = {{"m_mnuOptions", "Options...", true}};
   m_script->menus["Server"] = {{"m_mnuConnect", "Connect...", true}};
   ClickExpandMark("");
-  auto* view = Results().List().DetailsView();
+  auto* view = DetailsView();
   view->setFocus();
   view->setCurrentIndex(view->model()->index(1, 0));
   QTest::keyClick(view, Qt::Key_A, Qt::AltModifier);
@@ -329,7 +329,7 @@ TEST_F(MainWindowTest, alt_alone_and_arrows_open_the_menu_of_the_marked_row) {
   m_script->menus["Servers"] = {{"m_mnuOptions", "Options...", true}};
   m_script->menus["Server"] = {{"m_mnuConnect", "Connect...", true}};
   ClickExpandMark("");
-  auto* view = Results().List().DetailsView();
+  auto* view = DetailsView();
   auto* menu = m_window->findChild<QMenu*>("mnuAction");
   const auto openByAlt = [&](QWidget* from) {
     QTest::keyPress(from, Qt::Key_Alt, Qt::AltModifier);

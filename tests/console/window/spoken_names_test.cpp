@@ -61,7 +61,7 @@ TEST_F(SpokenNamesTest, controls_have_names_while_a_table_is_shown) {
   ClickItem("alpha.Catalogs.Machine.Tags");
   const auto names = CheckNames();
   // The toolkit reads the tab shown in its place.
-  EXPECT_EQ(Results().ViewTabs().accessibleName(), "Views");
+  EXPECT_EQ(ViewTabs().accessibleName(), "Views");
   for (const char* sName :
        {"Scope", "Toolbar", "Move to First Row", "Move to Last Row", "Show/Hide SQL Statement",
         "Refresh", "Data", "Structure", "Menus", "Status"}) {
@@ -86,7 +86,7 @@ TEST_F(SpokenNamesTest, controls_have_names_while_a_list_is_shown) {
 TEST_F(SpokenNamesTest, button_for_what_does_not_fit_the_toolbar_has_a_name) {
   ExpandToTables();
   ClickItem("alpha.Catalogs.Machine.Tags");
-  auto& toolbar = m_window->SnapInToolbar();
+  auto& toolbar = Toolbar();
   toolbar.setFixedWidth(30);
   auto* more = toolbar.findChild<QToolButton*>("qt_toolbar_ext_button");
   ASSERT_TRUE(Waits([&] { return more->isVisible(); }));

@@ -22,10 +22,7 @@ class WindowLooksTest : public MainWindowTest {
     ClickItem("alpha.Catalogs.Machine.Tags");
     ASSERT_TRUE(Toolbar().isVisible());
   }
-  ToolbarView& Toolbar() { return m_window->SnapInToolbar(); }
-  QWidget* Button(const char* sKey) {
-    return Toolbar().widgetForAction(Toolbar().ButtonAction(sKey));
-  }
+  QWidget* Button(const char* sKey) { return Toolbar().widgetForAction(ButtonAction(sKey)); }
   static QImage Grabbed(QWidget* widget) {
     Settle();
     return widget->grab().toImage();
@@ -90,7 +87,7 @@ TEST_F(WindowLooksTest, toolbar_has_small_and_large_icons_as_chosen_in_its_menu)
   EXPECT_TRUE(Action("actLargeImages")->isChecked());
   EXPECT_FALSE(Action("actSmallImages")->isChecked());
   // Drawn for that size, not blown up.
-  const auto icon = Toolbar().ButtonAction("MoveFirst")->icon();
+  const auto icon = ButtonAction("MoveFirst")->icon();
   const auto large = icon.pixmap(QSize(iLarge, iLarge)).toImage();
   EXPECT_EQ(large.size(), QSize(iLarge, iLarge));
   EXPECT_GT(Differences(large, icon.pixmap(QSize(iSmall, iSmall))
@@ -158,7 +155,7 @@ TEST_F(WindowLooksTest, icons_grow_with_the_font) {
   EXPECT_GT(icons->gridSize().height(), grid.height());
   EXPECT_GT(icons->gridSize().width(), grid.width());
   EXPECT_GT(RowPicture(Scope()), 16 * 3 / 2);
-  EXPECT_GT(RowPicture(*Results().List().DetailsView()), 16 * 3 / 2);
+  EXPECT_GT(RowPicture(*DetailsView()), 16 * 3 / 2);
   QApplication::setFont(fontBefore);
   Settle();
   EXPECT_EQ(icons->gridSize(), grid);
@@ -172,7 +169,7 @@ TEST_F(WindowLooksTest, rows_are_of_one_height_whatever_lines_their_texts_have) 
     fakes::AddItem(services, item, "Server", "b", "two  blanks", true);
   };
   ClickExpandMark("");
-  auto* list = Results().List().DetailsView();
+  auto* list = DetailsView();
   for (const QAbstractItemView* view :
        {static_cast<QAbstractItemView*>(list), static_cast<QAbstractItemView*>(&Scope())}) {
     const auto* rows = dynamic_cast<const RoomyRows*>(view->itemDelegate());
@@ -209,7 +206,7 @@ TEST_F(WindowLooksTest, tool_tips_of_rows_show_texts_as_they_are) {
     fakes::AddItem(services, item, "Server", "d", std::string(200, 'x') + " &", true);
   };
   ClickExpandMark("");
-  const auto* model = Results().List().DetailsView()->model();
+  const auto* model = DetailsView()->model();
   const auto tip = [&](int iRow) { return model->index(iRow, 0).data(Qt::ToolTipRole).toString(); };
   EXPECT_TRUE(tip(0).contains("&lt;b&gt;bold &amp; of many letters&lt;/b&gt;"));
   EXPECT_TRUE(Qt::mightBeRichText(tip(0)));
@@ -228,8 +225,7 @@ TEST_F(WindowLooksTest, expand_mark_of_a_marked_row_can_be_seen) {
   blue.setColor(QPalette::HighlightedText, QColor(0x3F, 0x7D, 0xC5));
   for (const auto& palette : {QApplication::palette(), DarkPalette(), blue}) {
     QApplication::setPalette(palette);
-    for (QWidget* focus :
-         {static_cast<QWidget*>(&Scope()), static_cast<QWidget*>(Results().List().DetailsView())}) {
+    for (QWidget* focus : {static_cast<QWidget*>(&Scope()), static_cast<QWidget*>(DetailsView())}) {
       focus->setFocus();
       const auto row = Scope().visualRect(IndexOf("alpha"));
       const auto picture = Grabbed(Scope().viewport());
