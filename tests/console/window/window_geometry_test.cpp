@@ -11,10 +11,12 @@
 #include <QLabel>
 #include <QScreen>
 #include <QScrollBar>
+#include <QSpinBox>
 #include <QToolButton>
 
 #include "console/app/appearance.h"
 #include "console/dialogs/logon_dialog.h"
+#include "console/document/row_memory.h"
 #include "console/look/contrast.h"
 #include "console/look/control_style.h"
 #include "console/look/dialogs_on_screen.h"
@@ -147,6 +149,34 @@ TEST_P(WindowGeometryTest, focus_is_seen_in_the_logon_dialog) {
   ASSERT_TRUE(BringForward(dialog));
   ExpectFits(dialog);
   ExpectFocusSeen(dialog, 5);
+}
+
+TEST_P(WindowGeometryTest, memory_for_rows_is_asked_for_in_what_fits_and_by_keys) {
+  Action("actRowMemory")->trigger();
+  auto* dialog = m_window->findChild<QDialog*>("rowMemory");
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_TRUE(BringForward(*dialog));
+  ExpectFits(*dialog);
+  ExpectFocusSeen(*dialog, 3);
+  auto* number = dialog->findChild<QSpinBox*>();
+  ASSERT_NE(number, nullptr);
+  number->setFocus(Qt::TabFocusReason);
+  number->selectAll();
+  QTest::keyClicks(number, "512");
+  QTest::keyClick(number, Qt::Key_Return);
+  EXPECT_EQ(RowMemory(m_settings), std::size_t{512} << 20);
+}
+
+TEST_P(WindowGeometryTest, focus_is_seen_in_message_boxes) {
+  const DialogAnswer answer([](QWidget* box) {
+    EXPECT_TRUE(BringForward(*box));
+    ExpectFocusSeen(*box, 2);
+    QTest::keyClick(box, Qt::Key_Escape);
+  });
+  m_boxes->MsgBox("Are you sure you want to remove the \"Plant1\" catalog?",
+                  platform::MsgBoxButtons::YesNo, platform::MsgBoxIcon::None,
+                  "Confirm Catalog Removal");
+  EXPECT_EQ(answer.Count(), 1);
 }
 
 TEST_P(WindowGeometryTest, dialogs_of_the_toolkit_stay_on_the_screen) {
