@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "provider/historian/catalog_file.h"
+#include "provider/historian/catalog_tables.h"
 
 namespace orvane::provider::historian {
 namespace {
@@ -34,6 +35,21 @@ bool IsSameFile(const fs::path& left, const fs::path& right) {
   struct stat second {};
   return lstat(left.c_str(), &first) == 0 && lstat(right.c_str(), &second) == 0 &&
          first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+// Whoever may write into the historian's folder can put a note there, and must reach with it no
+// file that only the opener may remove.
+bool MayBeAbout(const fs::path& note, const fs::path& file) {
+  struct stat noted {};
+  struct stat found {};
+  return lstat(note.c_str(), &noted) == 0 && lstat(file.c_str(), &found) == 0 &&
+         S_ISREG(found.st_mode) && (noted.st_uid == found.st_uid || noted.st_uid == geteuid());
+}
+
+// A hidden name of that file, as HiddenName gives it.
+bool IsHiddenNameOf(const fs::path& file, const std::string& sHidden) {
+  return IsHiddenName(sHidden) &&
+         fs::path(sHidden).stem().string() == "." + file.filename().string();
 }
 
 std::vector<fs::directory_entry> Entries(const fs::path& folder) {
@@ -68,6 +84,12 @@ void CatalogChange::Hide() const {
 void CatalogChange::Finish(bool bRecorded) const {
   std::error_code error;
   if (!fs::is_directory(m_file.parent_path(), error)) return;  // its disk may come back
+  const bool bHidden = fs::exists(fs::symlink_status(m_hidden, error));
+  // In the historian's folder a colleague's file may have been hidden.
+  if (bHidden && !MayBeAbout(m_note, m_hidden) && !ReallyLiesIn(m_hidden, m_note.parent_path())) {
+    fs::remove(m_note, error);
+    return;
+  }
   if (bRecorded && !fs::exists(m_file, error)) {
     UnhideFiles(m_hidden, m_file);
   } else if (IsSameFile(m_file, m_hidden)) {
@@ -75,12 +97,12 @@ void CatalogChange::Finish(bool bRecorded) const {
     if (!bRecorded) fs::remove(m_file, error);
     RemoveCatalogFile(m_hidden);
   } else if (!bRecorded) {
-    // Made where a file has one name only.
-    if (!fs::exists(m_hidden, error) && fs::is_regular_file(m_file, error) &&
-        WasHidden(m_file, m_hidden)) {
+    if (bHidden) {
+      RemoveCatalogFile(m_hidden);
+      // Or made where a file has one name only.
+    } else if (MayBeAbout(m_note, m_file) && WasHidden(m_file, m_hidden, kNewCatalog)) {
       RemoveCatalogFile(m_file);
     }
-    RemoveCatalogFile(m_hidden);
   }
   // Otherwise somebody has put another file into the place of the hidden one; both stay. So does
   // the note, as long as there is something left to be done.
@@ -112,7 +134,7 @@ void CatalogChange::FinishAll(const fs::path& folder,
     if (error) continue;
     const fs::path file = folder / stored;
     const std::string sHidden = entry.path().filename().string().substr(kNote.size());
-    if (!IsHiddenName(sHidden)) continue;
+    if (!IsHiddenNameOf(file, sHidden)) continue;
     CatalogChange(entry.path(), file, file.parent_path() / sHidden).Finish(isRecorded(stored));
   }
 }

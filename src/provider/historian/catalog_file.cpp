@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <optional>
 #include <random>
 
 #include "files/attributes.h"
@@ -58,6 +59,27 @@ Text MarkOf(const fs::path& hidden) {
   constexpr std::size_t kDigits = 7;
   return std::to_string(std::stol(sDigits.substr(0, kDigits), nullptr, 16) + 1);
 }
+
+// What a database says to a question; no value when it cannot say.
+std::optional<Text> Told(sqlite3* database, const char* sSql) {
+  Text sTold;
+  const int nResult = sqlite3_exec(
+      database, sSql,
+      [](void* told, int, char** sValues, char**) {
+        *static_cast<Text*>(told) += sValues[0] != nullptr ? sValues[0] : "";
+        return 0;
+      },
+      &sTold, nullptr);
+  return nResult == SQLITE_OK ? std::optional(sTold) : std::nullopt;
+}
+
+constexpr const char* kSchema =
+    "SELECT type || ' ' || name || ' ' || coalesce(sql, '') || ';' FROM sqlite_schema ORDER BY "
+    "type, name";
+// The statement that tells 0 when no table has a row.
+constexpr const char* kAnyRow =
+    "SELECT 'SELECT EXISTS (' || group_concat('SELECT 1 FROM \"' || name || '\"', ' UNION ALL ') "
+    "|| ')' FROM sqlite_schema WHERE type = 'table'";
 
 void MarkHidden(const fs::path& hidden, const fs::path& file) {
   const auto [database, nResult] = engines::OpenDatabase(hidden.c_str(), SQLITE_OPEN_READWRITE);
@@ -143,19 +165,25 @@ void NameHidden(const fs::path& hidden, const fs::path& file) {
   FailToWriteCatalogFile(file, errno, errno);
 }
 
-bool WasHidden(const fs::path& file, const fs::path& hidden) {
+bool WasHidden(const fs::path& file, const fs::path& hidden, std::string_view sStatements) {
   const auto [database, nResult] = engines::OpenDatabase(file.c_str(), SQLITE_OPEN_READONLY);
-  Text sMark;
-  if (nResult == SQLITE_OK) {
-    sqlite3_exec(
-        database.get(), "PRAGMA user_version",
-        [](void* mark, int, char** sValues, char**) {
-          *static_cast<Text*>(mark) = sValues[0];
-          return 0;
-        },
-        &sMark, nullptr);
-  }
-  return sMark == MarkOf(hidden);
+  if (nResult != SQLITE_OK) return false;
+  const auto [fresh, nFresh] =
+      engines::OpenDatabase(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  if (nFresh != SQLITE_OK) return false;
+  Execute(fresh.get(), Text(sStatements).c_str(), file);
+  const auto told = Told(database.get(), kSchema);
+  return Told(database.get(), "PRAGMA user_version") == MarkOf(hidden) && told &&
+         told == Told(fresh.get(), kSchema) &&
+         Told(database.get(), Told(database.get(), kAnyRow).value_or("").c_str()) == "0";
+}
+
+bool ReallyLiesIn(const fs::path& file, const fs::path& folder) {
+  std::error_code error;
+  const fs::path there = fs::weakly_canonical(file.parent_path(), error);
+  if (error) return false;
+  const fs::path inside = there.lexically_relative(fs::weakly_canonical(folder, error));
+  return !error && !inside.empty() && *inside.begin() != "..";
 }
 
 void MakeCatalogFile(const fs::path& file, std::string_view sStatements) {

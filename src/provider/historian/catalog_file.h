@@ -31,8 +31,13 @@ void MakeHidden(const std::filesystem::path& file, const std::filesystem::path& 
 /// Gives the complete hidden file its name as well, or, where files have one name only, its name in
 /// place of the hidden one. Fails as MakeCatalogFile does.
 void NameHidden(const std::filesystem::path& hidden, const std::filesystem::path& file);
-/// True for a file that has lost that hidden name to NameHidden.
-bool WasHidden(const std::filesystem::path& file, const std::filesystem::path& hidden);
+/// True for a file that MakeHidden made with those statements, that holds no rows yet, and that has
+/// lost that hidden name to NameHidden.
+bool WasHidden(const std::filesystem::path& file, const std::filesystem::path& hidden,
+               std::string_view sStatements);
+
+/// True when the file's folder is that folder or one below it, wherever links on its path lead.
+bool ReallyLiesIn(const std::filesystem::path& file, const std::filesystem::path& folder);
 
 /// Moves a file and what belongs to it; one that is gone meanwhile is no failure. What is moved
 /// away cannot be opened without what belongs to it at any moment.

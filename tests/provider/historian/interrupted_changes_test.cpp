@@ -1,8 +1,11 @@
 // Changes of catalogs that are stopped, fail or are killed on their way.
+#include <unistd.h>
+
 #include <fstream>
 #include <functional>
 
 #include "provider/historian/catalog_file.h"
+#include "provider/historian/catalog_tables.h"
 #include "provider/historian/functions_catalog.h"
 #include "provider/historian/new_historian.h"
 #include "tests/fakes/processes.h"
@@ -68,6 +71,20 @@ class Meddling final : public engines::FileEngine {
 
 class interrupted_changes : public HistorianFixture {
  protected:
+  // A link in the historian's folder that says a change of that file was broken off.
+  fs::path Note(const fs::path& file, const Text& sHiddenName = ".x.db.0000004000000000") const {
+    const fs::path note = m_root.Historian() / (".change" + sHiddenName);
+    fs::create_symlink(file, note);
+    return note;
+  }
+  // A file elsewhere with the number that the note would have written into it.
+  fs::path MarkedFile(std::string_view sStatements) const {
+    fs::path file = m_root.Path() / "x.db";
+    MakeCatalogFile(file, sStatements);
+    const Stranger stranger(file, "PRAGMA user_version = 5");
+    return file;
+  }
+
   Meddling m_meddling;
   Historian m_opened{m_root.Path(), "localhost", m_meddling, {}};
   std::stop_source m_stop;
@@ -157,6 +174,69 @@ TEST_F(interrupted_changes, a_file_that_was_put_in_the_place_of_a_hidden_one_sta
   Open();
   EXPECT_EQ(Rows(record), "1");
   EXPECT_FALSE(fs::exists(hidden));
+}
+
+TEST_F(interrupted_changes, a_note_takes_no_file_that_holds_anything) {
+  Open();
+  const Text sNew(kNewCatalog);
+  for (const Text& sHolds :
+       {Text("CREATE TABLE Notes (Text)"), Text(), sNew + "; CREATE TABLE Notes (Text)",
+        sNew + "; INSERT INTO Tags (Tag) VALUES ('T')",
+        sNew + "; INSERT INTO Data2 (Tag, Timestamp) VALUES ('T', 1)"}) {
+    const fs::path file = MarkedFile(sHolds);
+    const fs::path note = Note(file);
+    Open();
+    EXPECT_TRUE(fs::exists(file)) << sHolds;
+    EXPECT_FALSE(fs::is_symlink(note)) << sHolds;
+    fs::remove(file);
+  }
+  // A new catalog that was never recorded is what a note is about.
+  const fs::path file = MarkedFile(sNew);
+  Note(file);
+  Open();
+  EXPECT_FALSE(fs::exists(file));
+}
+
+TEST_F(interrupted_changes, a_note_takes_no_file_of_another_name) {
+  Open();
+  const fs::path hidden = m_root.Path() / ".x.db.0000004000000000";
+  std::ofstream(hidden) << "hidden";
+  const fs::path file = MarkedFile(kNewCatalog);
+  const fs::path note = Note(file, ".y.db.0000004000000000");
+  Open();
+  EXPECT_TRUE(fs::exists(file));
+  fs::remove(note);
+  // Nor one that only looks like a hidden file.
+  Note(hidden);
+  Open();
+  EXPECT_TRUE(fs::exists(hidden));
+}
+
+TEST_F(interrupted_changes, a_note_of_somebody_else_takes_no_file_of_the_opener) {
+  if (!fakes::IsAdministrator()) GTEST_SKIP() << "only an administrator can give files away";
+  constexpr uid_t kSomebody = 65534;
+  Open();
+  const fs::path file = MarkedFile(kNewCatalog);
+  fs::path note = Note(file);
+  ASSERT_EQ(lchown(note.c_str(), kSomebody, kSomebody), 0);
+  Open();
+  EXPECT_TRUE(fs::exists(file));
+  EXPECT_FALSE(fs::is_symlink(note));
+  // Nor a hidden file elsewhere, which is perhaps that of another historian.
+  const fs::path hidden = m_root.Path() / ".x.db.0000004000000000";
+  fs::rename(file, hidden);
+  note = Note(file);
+  ASSERT_EQ(lchown(note.c_str(), kSomebody, kSomebody), 0);
+  Open();
+  EXPECT_TRUE(fs::exists(hidden));
+  EXPECT_FALSE(fs::is_symlink(note));
+  // In the historian's folder it is what a colleague hid when he dropped a catalog.
+  fs::rename(hidden, m_root.Historian() / "catalogs" / hidden.filename());
+  note = Note("catalogs/x.db");
+  ASSERT_EQ(lchown(note.c_str(), kSomebody, kSomebody), 0);
+  Open();
+  EXPECT_TRUE(fs::is_empty(m_root.Historian() / "catalogs"));
+  EXPECT_FALSE(fs::is_symlink(note));
 }
 
 TEST_F(interrupted_changes, where_files_have_one_name_are_made_all_the_same) {
