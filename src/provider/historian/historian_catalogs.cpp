@@ -241,7 +241,7 @@ void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
         [&] {
           FinishChanges();
           const auto record = Forget(sName, "drop", "dropped", stop);
-          const bool bGoes = LiesIn(record.file, m_folder);
+          const bool bGoes = ReallyLiesIn(record.file, m_folder);
           std::error_code error;
           if (bGoes && fs::exists(record.file, error) &&
               !files::MayWriteInto(record.file.parent_path())) {

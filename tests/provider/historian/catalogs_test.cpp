@@ -214,6 +214,21 @@ TEST_F(catalogs, drops_a_catalog_elsewhere_whose_file_is_gone_or_damaged_or_not_
   EXPECT_TRUE(fs::exists(foreign));
 }
 
+TEST_F(catalogs, leaves_the_file_of_a_folder_that_is_linked_in) {
+  const auto opened = Open();
+  const fs::path elsewhere = m_root.Path() / "elsewhere";
+  fs::create_directory(elsewhere);
+  const fs::path link = m_root.Historian() / "catalogs" / "sub";
+  fs::create_directory_symlink(elsewhere, link);
+  const auto record = opened->CreateCatalog("Plant1", link.string(), 0, {});
+  EXPECT_EQ(Rows(record), "1");
+  const auto before = Content(m_root.Path());
+  opened->DropCatalog("Plant1", {});
+  EXPECT_EQ(Names(*opened), "Functions Orvane ");
+  EXPECT_EQ(Rows(record), "1");
+  EXPECT_EQ(Content(m_root.Path()), before);
+}
+
 TEST_F(catalogs, drops_the_file_inside_its_folder_however_that_is_reached) {
   fs::create_directories(m_root.Path() / "far" / "away");
   fs::create_directory(m_root.Path() / "here");
