@@ -15,10 +15,10 @@ constexpr const char* kRootPrefix = "ServersNode_";
 }  // namespace
 
 SnapIn::SnapIn(const platform::Services& services) : m_services(services) {
-  if (!m_services.console || !m_services.objects || !m_services.ui) {
+  if (!m_services.console || !m_services.objects || !m_services.forms || !m_services.ui) {
     throw platform::Failure(platform::failure::kComponent,
-                            "The snap-in needs a console, data access and a user interface; open "
-                            "it in a console that offers them.");
+                            "The snap-in needs a console, data access, forms and a user interface; "
+                            "open it in a console that offers them.");
   }
 }
 

@@ -59,6 +59,7 @@ class component : public testing::Test {
     services.console = std::make_shared<fakes::FakeConsole>();
     services.objects =
         std::make_shared<fakes::FakeObjects>(std::make_shared<fakes::FakeHistorian>());
+    services.forms = std::make_shared<fakes::FakeForms>();
     services.ui = std::make_shared<fakes::FakeUserInterface>();
     return services;
   }
@@ -169,14 +170,25 @@ TEST_F(component, makes_snap_in_objects_that_a_console_can_use) {
   snapIn->SnapIn_Initialize();
 }
 
-TEST_F(component, refuses_to_work_without_a_console) {
-  platform::Services services = Services();
-  services.console.reset();
-  try {
-    Factory()->CreateInstance(services);
-    FAIL() << "there is no console";
-  } catch (const platform::Failure& failure) {
-    EXPECT_EQ(failure.Number(), platform::failure::kComponent);
+TEST_F(component, refuses_to_work_without_what_it_always_needs) {
+  using platform::Services;
+  const std::vector<std::function<void(Services&)>> withouts = {
+      [](Services& services) { services.console.reset(); },
+      [](Services& services) { services.objects.reset(); },
+      [](Services& services) { services.forms.reset(); },
+      [](Services& services) { services.ui.reset(); }};
+  for (std::size_t i = 0; i < withouts.size(); ++i) {
+    Services services = component::Services();
+    withouts[i](services);
+    try {
+      Factory()->CreateInstance(services);
+      ADD_FAILURE() << "it was made without what it needs: " << i;
+    } catch (const platform::Failure& failure) {
+      EXPECT_EQ(failure.Number(), platform::failure::kComponent);
+      EXPECT_EQ(failure.Description(),
+                "The snap-in needs a console, data access, forms and a user interface; open it in "
+                "a console that offers them.");
+    }
   }
 }
 

@@ -26,6 +26,7 @@ class lifecycle : public SnapInTest {
     platform::Services services;
     services.console = driver.console;
     services.objects = driver.objects;
+    services.forms = driver.forms;
     services.ui = driver.ui;
     return std::make_shared<CountingSnapIn>(services);
   }
