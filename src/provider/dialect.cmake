@@ -26,6 +26,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/time_guards.cpp
   dialect/time_kinds.cpp
   dialect/time_meetings.cpp
+  dialect/time_names.cpp
   dialect/time_outputs.cpp
   dialect/translator.cpp
   dialect/view_kinds.cpp
