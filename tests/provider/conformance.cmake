@@ -13,6 +13,7 @@ orvane_test(conformance WHOLE
     conformance/report_test.cpp
     conformance/rows_test.cpp
     conformance/schema_test.cpp
+    conformance/server_rows_test.cpp
     conformance/statements_test.cpp
     conformance/times_test.cpp
     engines/postgres_cluster.cpp)

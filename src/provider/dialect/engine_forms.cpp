@@ -12,6 +12,7 @@ void EngineForms::Write() {
     WriteExpression(*expr);
   }
   if (m_tree.bIndex) WriteIndex();
+  NameSubqueries();
   for (const TokenRange type : m_tree.types) WriteType(type);
   for (std::size_t i = 0; i + 1 < m_tree.tokens.size(); ++i) {
     // Any named query may read itself there.
@@ -23,6 +24,18 @@ void EngineForms::Write() {
     m_edits.Replace({1, 3}, "");
   }
   if (!m_tree.storage.empty()) m_edits.Replace(m_tree.storage, "");
+}
+
+// Such a server wants a name for each subquery that stands among tables.
+void EngineForms::NameSubqueries() {
+  std::size_t n = 0;
+  for (const Source& source : m_tree.sources) {
+    ++n;
+    if (source.query == nullptr || !source.sAlias.empty()) continue;
+    // With the bracket that closes it.
+    const TokenRange bracketed{source.query->range.begin, source.query->range.end + 1};
+    m_edits.WrapAround(bracketed, "", " AS \"subquery " + std::to_string(n) + '"');
+  }
 }
 
 // What is worked out stands in brackets among an index's columns.
@@ -74,17 +87,62 @@ void EngineForms::WriteCompare(const Expr& expr) {
   if (token.IsSymbol("==")) m_edits.Replace({operation, operation + 1}, "=");
   if (bIs || token.IsSymbol("=") || token.IsSymbol("==") || token.IsSymbol("<>") ||
       token.IsSymbol("!=")) {
-    // Equal texts are the same bytes there, and other types have no such order.
-    for (const Expr* const side : expr.children) DropBinaryOrder(*side);
+    // Types that are no texts have no such order.
+    bool bBinary = false;
+    for (const Expr* const side : expr.children) bBinary = DropBinaryOrder(*side) || bBinary;
+    if (bBinary && IsOfColumn(expr)) return WriteSameBytes(expr);
   }
   if (!bIs) return;
   const bool bNot = At(operation + 1).IsWord("NOT");
   const std::size_t behind = operation + (bNot ? 2 : 1);
-  if (At(behind).IsWord("DISTINCT") || At(behind).IsWord("NULL") || At(behind).IsWord("TRUE") ||
-      At(behind).IsWord("FALSE")) {
-    return;
-  }
+  if (At(behind).IsWord("DISTINCT") || IsWordBehindIs(behind)) return;
   m_edits.Replace({operation, behind}, bNot ? "IS DISTINCT FROM" : "IS NOT DISTINCT FROM");
+}
+
+bool EngineForms::IsWordBehindIs(std::size_t i) const {
+  return At(i).IsWord("NULL") || At(i).IsWord("TRUE") || At(i).IsWord("FALSE");
+}
+
+// A column compared with a value or another column, where a subquery may stand.
+bool EngineForms::IsOfColumn(const Expr& compare) const {
+  if (m_form.sSameBytes.empty() || (m_tree.kind == StatementKind::Define && !m_tree.bView)) {
+    return false;
+  }
+  bool bColumn = false;
+  for (const Expr* side : compare.children) {
+    while (side->kind == ExprKind::Collate || side->kind == ExprKind::Bracket) {
+      side = side->children.front();
+    }
+    if (!side->children.empty() || side->query != nullptr || side->kind == ExprKind::Call) {
+      return false;
+    }
+    bColumn = bColumn || side->kind == ExprKind::Name;
+  }
+  return bColumn;
+}
+
+void EngineForms::WriteSameBytes(const Expr& compare) {
+  const std::size_t operation = compare.operation;
+  const bool bIs = At(operation).IsWord("IS");
+  bool bNot = At(operation).IsSymbol("<>") || At(operation).IsSymbol("!=");
+  std::size_t behind = operation + 1;
+  if (bIs) {
+    if (At(behind).IsWord("NOT")) {
+      bNot = true;
+      ++behind;
+    }
+    if (At(behind).IsWord("DISTINCT")) {
+      bNot = !bNot;
+      behind += 2;
+    }
+    if (IsWordBehindIs(behind)) return;
+  }
+  const std::string_view sForm = bIs ? m_form.sSameBytesOrNull : m_form.sSameBytes;
+  const std::size_t nFirst = sForm.find("{}");
+  const std::size_t nSecond = sForm.find("{}", nFirst + 2);
+  m_edits.Replace({operation, behind}, Text(sForm.substr(nFirst + 2, nSecond - nFirst - 2)));
+  m_edits.WrapAround(compare.range, (bNot ? "(NOT (" : "(") + Text(sForm.substr(0, nFirst)),
+                     Text(sForm.substr(nSecond + 2)) + (bNot ? "))" : ")"));
 }
 
 bool EngineForms::DropBinaryOrder(const Expr& side) {

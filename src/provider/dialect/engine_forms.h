@@ -19,9 +19,13 @@ class EngineForms {
 
  private:
   const Token& At(std::size_t i) const { return m_tree.tokens[i]; }
+  void NameSubqueries();
   void WriteIndex();
   void WriteExpression(const Expr& expr);
   void WriteCompare(const Expr& expr);
+  bool IsWordBehindIs(std::size_t i) const;
+  bool IsOfColumn(const Expr& compare) const;
+  void WriteSameBytes(const Expr& compare);
   bool DropBinaryOrder(const Expr& side);
   void WriteCall(const Expr& call);
   void WriteCall(const Expr& call, const engines::CallForm& form);

@@ -45,6 +45,10 @@ struct SqlForm {
   std::span<const PatternForm> patterns;
   std::span<const TypeForm> types;
   std::string_view sBinaryOrder;  ///< what COLLATE BINARY is called
+  /// That two values, "{}" for each, are written by the same bytes, whatever their column takes for
+  /// equal. The first is null where one of them is; for the second two nulls are the same.
+  std::string_view sSameBytes;
+  std::string_view sSameBytesOrNull;
   std::string_view sBytesBefore;  ///< before and behind the digits of bytes
   std::string_view sBytesBehind;
   std::string_view sMicroseconds;   ///< behind a number: that it counts them

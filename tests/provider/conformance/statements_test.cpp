@@ -229,6 +229,23 @@ TEST_P(statements, makes_and_reads_views_and_tables_of_ones_own) {
             "statement); write the name of one that the catalog lists.");
 }
 
+// As a grid puts a range of times and an order around a named query.
+TEST_P(statements, reads_subqueries_with_or_without_a_name) {
+  const auto opened = OpenPlant();
+  const Text sQuery = "(\nSELECT Value, Timestamp FROM Plant1..Data -- all\n)";
+  for (const char* const sName : {"", " AS \"rows\"", " r"}) {
+    EXPECT_EQ(Select(*opened, "SELECT *\nFROM " + sQuery + sName +
+                                  "\nWHERE \"Timestamp\" >= '*-1h'\nORDER BY \"Timestamp\" DESC")
+                  .substr(0, 24),
+              "0.5|2024-05-15 12:00:00\n")
+        << sName;
+  }
+  EXPECT_EQ(Select(*opened,
+                   "SELECT count(*) FROM (SELECT n FROM (SELECT 1 AS n UNION SELECT 2)) JOIN "
+                   "(SELECT 3 AS m) ON n < m"),
+            "2\n");
+}
+
 TEST_P(statements, is_closed_once_and_for_all) {
   const auto opened = OpenPlant();
   const auto rs = Run(*opened, "SELECT Tag FROM Plant1..Data WHERE Timestamp = '*'").recordset;

@@ -1,3 +1,5 @@
+#include <thread>
+
 #include "provider/engines/postgres/postgres_engine.h"
 #include "tests/provider/engines/postgres_fixture.h"
 
@@ -101,6 +103,41 @@ TEST_F(PostgresCatalogsTest, have_records_in_a_database_with_a_historian) {
   Do("REVOKE CREATE ON DATABASE postgres FROM maker");
   Do("DROP ROLE maker");
   Do("DROP SCHEMA \"Orvane\" CASCADE");
+}
+
+// A server that has its statements done before it hears of the stop: it waits in the last one, and
+// takes the cancelling for nothing.
+TEST_F(PostgresCatalogsTest, are_not_made_or_dropped_when_a_stop_comes_behind_the_last_statement) {
+  Do("CREATE FUNCTION s.waits() RETURNS event_trigger LANGUAGE plpgsql AS $$ BEGIN "
+     "PERFORM pg_catalog.pg_sleep(600); EXCEPTION WHEN query_canceled THEN END $$");
+  Do("CREATE FUNCTION s.waits_at_last() RETURNS event_trigger LANGUAGE plpgsql AS $$ BEGIN "
+     "PERFORM pg_catalog.pg_sleep(600) FROM pg_catalog.pg_event_trigger_ddl_commands() WHERE "
+     "object_identity LIKE '%Data2ByTime%'; EXCEPTION WHEN query_canceled THEN END $$");
+  const auto stopped = [&](const auto& act) {
+    std::stop_source stop;
+    std::thread stops([&] {
+      const Text sWaiting =
+          "SELECT count(*) FROM pg_stat_activity WHERE wait_event = 'PgSleep' AND datname = "
+          "current_database()";
+      while (Stored(sWaiting) == Value(std::int64_t{0})) std::this_thread::yield();
+      stop.request_stop();
+    });
+    const auto told = FailureOf([&] { act(stop.get_token()); });
+    stops.join();
+    EXPECT_EQ(told, (tests::Told{failure::kCancelled, "The statement was cancelled."}));
+  };
+  Do("CREATE EVENT TRIGGER waits ON ddl_command_end WHEN TAG IN ('CREATE INDEX') EXECUTE FUNCTION "
+     "s.waits_at_last()");
+  stopped([&](const std::stop_token& stop) { m_session->CreateCatalog({"plant", {}}, stop); });
+  Do("DROP EVENT TRIGGER waits");
+  EXPECT_FALSE(IsThere("plant"));
+  EXPECT_EQ(Creating({"plant", {}}), tests::Told());
+  Do("CREATE EVENT TRIGGER waits ON sql_drop EXECUTE FUNCTION s.waits()");
+  stopped([&](const std::stop_token& stop) { m_session->DropCatalog("plant", stop); });
+  // It would wait for its own end.
+  Do("ALTER EVENT TRIGGER waits DISABLE");
+  Do("DROP EVENT TRIGGER waits");
+  EXPECT_TRUE(IsThere("plant"));
 }
 
 TEST_F(PostgresCatalogsTest, lie_where_the_servers_administrator_chose) {

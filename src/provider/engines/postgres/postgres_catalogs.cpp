@@ -101,6 +101,11 @@ void PostgresSession::Do(const Text& sStatements, const std::stop_token& stop) {
   try {
     m_link->Command(("BEGIN READ WRITE; SET LOCAL lock_timeout = '5s'; " + sStatements).c_str(),
                     stop);
+    // The server may have done it all before it heard of the stop.
+    if (stop.stop_requested()) {
+      throw Failure(failure::kCancelled, "The statement was cancelled.", "PostgreSQL", 0,
+                    sStatements);
+    }
     m_link->Command("COMMIT", {});
   } catch (const Failure&) {
     m_link->Rollback();

@@ -164,6 +164,13 @@ const SqlForm kPostgresForm = {
     .patterns = kPatterns,
     .types = kTypes,
     .sBinaryOrder = "\"C\"",
+    // In one column of VALUES both have the same type, which is that of the table's column.
+    .sSameBytes =
+        "SELECT CASE count(o.v) WHEN 2 THEN count(DISTINCT o.v::text COLLATE \"C\") = 1 "
+        "END FROM (VALUES ({}), ({})) AS o(v)",
+    .sSameBytesOrNull =
+        "SELECT CASE count(o.v) WHEN 2 THEN count(DISTINCT o.v::text COLLATE \"C\") = 1 ELSE "
+        "count(o.v) = 0 END FROM (VALUES ({}), ({})) AS o(v)",
     .sBytesBefore = "'\\x",
     .sBytesBehind = "'::bytea",
     .sMicroseconds = " * interval '0.000001 s'",
