@@ -36,8 +36,8 @@ Text StatementEdits::TextOf(TokenRange range) const {
 }
 
 Text StatementEdits::Write(std::vector<Value>& parameters) const {
-  std::vector<std::pair<std::size_t, std::size_t>> places;
-  return Write(parameters, places);
+  std::vector<std::pair<std::size_t, std::size_t>> pieces;
+  return Write(parameters, pieces);
 }
 
 Text StatementEdits::Write(std::vector<Value>& parameters,

@@ -36,7 +36,7 @@ class StatementEdits {
   platform::Text Write(std::vector<platform::Value>& parameters) const;
   /// Also where its pieces begin, and where in the statement they stand.
   platform::Text Write(std::vector<platform::Value>& parameters,
-                       std::vector<std::pair<std::size_t, std::size_t>>& places) const;
+                       std::vector<std::pair<std::size_t, std::size_t>>& pieces) const;
 
  private:
   struct Replaced {
