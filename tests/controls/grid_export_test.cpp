@@ -157,6 +157,21 @@ TEST_F(GridExportTest, marks_what_the_row_limit_cut) {
             "Exported only the first 3 rows, as the source has more: " + sPath);
 }
 
+TEST_F(GridExportTest, marks_a_selection_of_all_rows_that_the_row_limit_cut_and_no_other) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  ViewOf(*m_editor)->selectAll();
+  Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optSelected"); });
+  const std::string sPath = m_folder.Path("out (first 3 rows).csv");
+  EXPECT_EQ(std::ranges::count(m_folder.BytesOf(sPath), '\n'), 4);
+  EXPECT_EQ(Label(*m_editor, "notice"),
+            "Exported only the first 3 rows, as the source has more: " + sPath);
+  const auto* model = ViewOf(*m_editor)->model();
+  ViewOf(*m_editor)->selectionModel()->select(
+      QItemSelection(model->index(1, 0), model->index(2, 3)), QItemSelectionModel::ClearAndSelect);
+  Export(m_folder.Path("part.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optSelected"); });
+  EXPECT_EQ(Label(*m_editor, "notice"), "Exported 2 rows to " + m_folder.Path("part.csv"));
+}
+
 TEST_F(GridExportTest, leaves_no_file_when_it_was_cancelled_or_failed) {
   m_server.whileRunning = [] {
     throw platform::Failure(platform::failure::kCancelled, "The statement was cancelled.");

@@ -162,7 +162,8 @@ std::optional<Exported> GridExport::WriteHeld(const ExportChoice& choice,
   const auto recordRow = model.RecordRows();
   const bool bSelected = choice.rows == ExportRows::Selected;
   const QItemSelection selection = view.selectionModel()->selection();
-  std::vector<std::pair<int, int>> spans{{0, model.Places() - 1}};
+  const int nPlaces = model.Places();
+  std::vector<std::pair<int, int>> spans{{0, nPlaces - 1}};
   if (bSelected) spans = RowSpans(selection);
   target.Begin(*rs, ColumnsOf(view, bSelected ? &selection : nullptr));
   platform::RowIndex total = 0;
@@ -192,8 +193,9 @@ std::optional<Exported> GridExport::WriteHeld(const ExportChoice& choice,
       }
     }
   }
-  const FetchState state = rs->State();
-  return target.Finish(!bSelected && state != FetchState::Complete);
+  // Who selects all rows means as much by it as who takes those that are shown.
+  const bool bAll = spans.size() == 1 && spans[0].first == 0 && spans[0].second >= nPlaces - 1;
+  return target.Finish(bAll && rs->State() != FetchState::Complete);
 }
 
 }  // namespace orvane::controls
