@@ -82,6 +82,28 @@ TEST(cell_format, bytes_are_hexadecimal_and_cut_with_their_number) {
   EXPECT_EQ(Whole(Value(longBytes)), sHead + "01");
 }
 
+TEST(cell_format, the_beginning_of_a_value_tells_how_long_the_whole_is) {
+  const CellFormat format;
+  const auto expect = [&](const Value& vtValue) {
+    const QString sWhole = format.Whole(vtValue);
+    for (const qsizetype nCharacters : {1, 7, 8, 5'000}) {
+      const auto part = format.Beginning(vtValue, nCharacters);
+      EXPECT_EQ(part.nWhole, sWhole.size());
+      EXPECT_TRUE(sWhole.startsWith(part.sText));
+      EXPECT_LE(part.sText.size(), nCharacters);
+      EXPECT_GE(part.sText.size(), std::min(nCharacters, sWhole.size()) - 1);
+    }
+  };
+  expect(Value());
+  expect(Value(5));
+  expect(platform::Bytes(3'000, std::byte{0xA5}));
+  expect(Value("short"));
+  platform::Text sText;
+  for (int n = 0; n < 1'000; ++n) sText += "a\u00fc\u20ac\U0001F600";
+  expect(Value(sText));
+  expect(Value("b" + sText));
+}
+
 TEST(cell_format, an_object_is_named_as_one) {
   EXPECT_EQ(Shown(Value(std::make_shared<FakeConnection>())), "(object)");
   EXPECT_EQ(Whole(Value(std::make_shared<FakeConnection>())), "(object)");

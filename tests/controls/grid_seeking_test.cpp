@@ -6,8 +6,10 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QPushButton>
+#include <limits>
 
 #include "controls/grid/query_results.h"
+#include "controls/view/giving_label.h"
 #include "tests/controls/grid_fixture.h"
 
 namespace orvane::controls {
@@ -113,6 +115,24 @@ TEST_F(grid_seeking, says_that_it_does_not_look_through_what_the_row_limit_left_
   QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
   EXPECT_EQ(Label(m_results, "findOutcome"),
             "Looks through the 5 rows here, not through all that the server has");
+}
+
+TEST_F(grid_seeking, what_the_bar_has_no_room_for_ends_in_an_ellipsis) {
+  const auto rs = Plant(5);
+  rs->Truncated(true);
+  m_results.Recordset(rs);
+  WindowOf(m_results)->resize(400, 300);
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
+  QCoreApplication::processEvents();
+  const auto& outcome = *static_cast<GivingLabel*>(Part<QLabel>("findOutcome"));
+  const QString sSeen = outcome.Seen();
+  EXPECT_TRUE(sSeen.endsWith(QChar(0x2026))) << sSeen.toStdString();
+  EXPECT_LE(outcome.fontMetrics().horizontalAdvance(sSeen), outcome.width());
+  EXPECT_EQ(outcome.toolTip(),
+            "Looks through the 5 rows here, not through all that the server has");
+  WindowOf(m_results)->resize(2'000, 300);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(outcome.Seen(), outcome.toolTip());
 }
 
 TEST_F(grid_seeking, a_long_sort_is_told_and_stopped_by_the_strip) {
@@ -241,6 +261,27 @@ TEST(column_filter, reads_what_is_typed) {
   EXPECT_FALSE(holds("<> \"\"", DataType::WChar, Value("")));
   EXPECT_TRUE(holds("= \" a \"\"b\"\" \"", DataType::WChar, Value(" a \"b\" ")));
   EXPECT_THROW(holds("> many", DataType::BigInt, Value(1)), platform::Failure);
+}
+
+TEST(column_filter, what_is_no_number_is_like_none_of_them) {
+  using platform::DataType;
+  using platform::Value;
+  const CellFormat format;
+  const Value vtNone(std::numeric_limits<double>::quiet_NaN());
+  for (const char* sText : {"= 5", "< 5", "<= 5", "> 5", ">= 5", "1..9", "null"}) {
+    EXPECT_FALSE(ColumnFilter::Read(sText, 0, DataType::Double, format).Holds(vtNone, format))
+        << sText;
+  }
+  for (const char* sText : {"<> 5", "not null"}) {
+    EXPECT_TRUE(ColumnFilter::Read(sText, 0, DataType::Double, format).Holds(vtNone, format))
+        << sText;
+  }
+  const auto same = ColumnFilter::Equal(0, vtNone, format);
+  EXPECT_TRUE(same.Holds(vtNone, format));
+  EXPECT_FALSE(same.Holds(Value(5.0), format));
+  EXPECT_FALSE(same.Holds(Value(), format));
+  EXPECT_LT(CompareValues(vtNone, Value(5.0)), 0) << "as it is sorted";
+  EXPECT_EQ(CompareValues(vtNone, Value()), 0);
 }
 
 TEST(column_filter, of_a_value_is_told_as_it_is_typed) {

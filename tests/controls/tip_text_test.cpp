@@ -24,6 +24,12 @@ TEST(tip_text, is_the_text_as_it_stands_when_it_is_short) {
   EXPECT_EQ(Tip(QString(1499, u'x') + u' ').size(), 1499U + 24 * 3 + 1) << "with places to break";
 }
 
+TEST(tip_text, says_how_long_the_whole_is_of_which_it_has_the_beginning) {
+  const auto sTip = Plain(TipText(QString(1'500, u' '), kHow, 20'000'002)).toStdString();
+  EXPECT_TRUE(sTip.ends_with("The first 1,500 of 20,000,002 characters. Ctrl+C copies it."))
+      << sTip;
+}
+
 TEST(tip_text, says_how_much_of_a_long_text_it_shows_and_where_to_see_the_rest) {
   const std::string sTip = Tip(QStringLiteral("word ").repeated(2'000));
   EXPECT_TRUE(sTip.starts_with("word word "));

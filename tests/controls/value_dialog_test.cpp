@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QDialogButtonBox>
 #include <QImage>
+#include <QTableView>
 #include <QTest>
 #include <random>
 
@@ -79,7 +80,95 @@ TEST(value_dialog, bytes_are_shown_as_digits_as_text_and_as_a_picture) {
   EXPECT_EQ(platform::ToText(*dialog.Taken()), "0x4869");
 }
 
-class value_dialog_in_grid : public EditingFixture {};
+TEST(value_dialog, a_text_that_is_too_long_to_be_typed_can_be_looked_at) {
+  const Text sLong = Text(249'999, 'a') + "\u20ac" + Text(9, 'b');
+  ValueDialog dialog({sLong, DataType::WChar, ValueInput()}, "Note", nullptr);
+  dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+  EXPECT_TRUE(TypedIn(dialog).isReadOnly());
+  EXPECT_TRUE(TypedIn(dialog).toPlainText().endsWith(QString(u'a') + QChar(0x20ac)));
+  EXPECT_EQ(TypedIn(dialog).toPlainText().size(), 250'000);
+  const auto* sentence = dialog.findChild<QLabel*>("sentence");
+  EXPECT_TRUE(sentence->isVisibleTo(&dialog));
+  EXPECT_EQ(sentence->text(),
+            "This text is too long to be typed here, and only its beginning is shown. Copy the "
+            "cell to have it whole; change it by a statement.");
+  dialog.accept();
+  EXPECT_FALSE(dialog.Taken()) << "what is not seen is not cut off";
+  ValueDialog shorter({Text(250'000, 'a'), DataType::WChar, ValueInput()}, "Note", nullptr);
+  shorter.setAttribute(Qt::WA_DeleteOnClose, false);
+  EXPECT_FALSE(TypedIn(shorter).isReadOnly());
+  EXPECT_FALSE(shorter.findChild<QLabel*>("sentence")->isVisibleTo(&shorter));
+}
+
+class value_dialog_in_grid : public EditingFixture {
+ protected:
+  void OpenLong() {
+    m_server->Run("CREATE TABLE P..Long (Id INTEGER PRIMARY KEY, Note TEXT, Picture BLOB)");
+    m_server->Run("INSERT INTO P..Long VALUES (1, '" + Text(10'001, 'n') + "', x'" +
+                  Text(10'002, '0') + "'), (2, '" + Text(10'000, 'n') + "', x'" +
+                  Text(10'000, '0') + "')");
+    Open("Long");
+  }
+  /// The one window there is, closed with what was typed into it.
+  void TypeInWindow(const char* sText) {
+    const auto dialogs = Window()->findChildren<ValueDialog*>();
+    ASSERT_EQ(dialogs.size(), 1);
+    EXPECT_EQ(Editor(), nullptr);
+    TypedIn(*dialogs[0]).selectAll();
+    QTest::keyClicks(&TypedIn(*dialogs[0]), sText);
+    dialogs[0]->accept();
+    Settle();
+    ASSERT_EQ(Window()->findChild<ValueDialog*>(), nullptr);
+  }
+};
+
+TEST_F(value_dialog_in_grid, what_is_too_long_for_a_line_is_typed_in_a_window) {
+  OpenLong();
+  for (const int nColumn : {1, 2}) {
+    for (const int nKey : {int{Qt::Key_F2}, int{Qt::Key_Return}, int{Qt::Key_5}}) {
+      GoTo(0, nColumn);
+      Press(nKey);
+      ASSERT_NE(Window()->findChild<ValueDialog*>(), nullptr) << nColumn << " " << nKey;
+      Window()->findChild<ValueDialog*>()->reject();
+      Settle();
+    }
+    GoTo(1, nColumn);
+    Press(Qt::Key_F2);
+    EXPECT_EQ(Window()->findChild<ValueDialog*>(), nullptr);
+    ASSERT_NE(Editor(), nullptr) << "what is not longer than that is typed in its cell";
+    EXPECT_GE(Editor()->text().size(), 10'000);
+    Press(Qt::Key_Escape);
+  }
+  GoTo(0, 1);
+  const QPoint point = Rows().visualRect(Rows().currentIndex()).center();
+  QTest::mouseClick(Rows().viewport(), Qt::LeftButton, {}, point);
+  QTest::mouseDClick(Rows().viewport(), Qt::LeftButton, {}, point);
+  Settle();
+  TypeInWindow("short");
+  Press(Qt::Key_F2);
+  EXPECT_NE(Editor(), nullptr);
+  Press(Qt::Key_Escape);
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Note FROM P..Long WHERE Id = 1"), "short");
+}
+
+TEST_F(value_dialog_in_grid, the_form_of_a_row_opens_the_window_for_what_is_too_long_too) {
+  OpenLong();
+  GoTo(0, 2);
+  QTest::keyClick(&Rows(), Qt::Key_F4);
+  Settle();
+  auto& lines = *Window()->findChild<QTableView*>("formLines");
+  lines.setFocus();
+  lines.setCurrentIndex(lines.model()->index(2, 1));
+  for (const auto key : {Qt::Key_F2, Qt::Key_Return}) {
+    QTest::keyClick(&lines, key);
+    Settle();
+    TypeInWindow(key == Qt::Key_F2 ? "41" : "42");
+    EXPECT_EQ(Cell(0, 2), key == Qt::Key_F2 ? "0x41" : "0x42");
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(QString::fromStdString(Cell(0, 2)).startsWith("0x0000"));
+  }
+}
 
 TEST_F(value_dialog_in_grid, a_text_of_several_lines_is_typed_in_a_window) {
   m_server->Run("CREATE TABLE P..Notes (Id INTEGER PRIMARY KEY, Note TEXT)");

@@ -74,6 +74,11 @@ GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events ev
   m_window.OnArranged([this] { FollowCurrent(); });
   for (CellDelegate* cells : Cells()) {
     cells->OnTyped([this] { TellOfPending(); });
+    // Not from within the view, which is about to open a line.
+    cells->OnTooLong([this](const QModelIndex& index) {
+      QMetaObject::invokeMethod(
+          this, [this, at = QPersistentModelIndex(index)] { OpenCell(at); }, Qt::QueuedConnection);
+    });
     connect(cells, &QAbstractItemDelegate::closeEditor, this, [this] { TellOfPending(); });
   }
   AddCommands();
@@ -86,7 +91,10 @@ GridEditing::~GridEditing() {
   if (!m_rows) return;
   m_window.OnArranged({});
   m_rows->Model().Editing(nullptr);
-  for (CellDelegate* cells : Cells()) cells->OnTyped({});
+  for (CellDelegate* cells : Cells()) {
+    cells->OnTyped({});
+    cells->OnTooLong({});
+  }
 }
 
 // Of the rows, and of the form of one of them.
@@ -128,7 +136,7 @@ void GridEditing::AddCommands() {
   commands.Add(
       {CommandGroup::Edit, "&Edit Cell", Qt::Key_F2, [this] { StartEditing(); }, canEdit, edits});
   commands.Add({CommandGroup::Edit, "Cell in a &Window\u2026", Qt::ALT | Qt::Key_Return,
-                [this] { OpenCell(); },
+                [this] { OpenCell(m_window.Rows().currentIndex()); },
                 [this] { return m_window.Rows().currentIndex().isValid(); }});
   commands.Add({CommandGroup::Edit, "Set to &Null", Qt::CTRL | Qt::Key_0, [this] { SetNull(); },
                 canEdit, edits});
@@ -230,14 +238,15 @@ void GridEditing::TakeTyped() {
 void GridEditing::StartEditing() {
   RowView& rows = m_window.Rows();
   const QModelIndex index = rows.currentIndex();
-  if (index.isValid() && rows.model()->flags(index).testFlag(Qt::ItemIsEditable)) rows.edit(index);
+  if (!index.isValid() || !rows.model()->flags(index).testFlag(Qt::ItemIsEditable)) return;
+  if (!Cells()[0]->EditsElsewhere(index)) rows.edit(index);
 }
 
-void GridEditing::OpenCell() {
+void GridEditing::OpenCell(const QModelIndex& index) {
   TakeTyped();
   const RowModel& model = m_window.Rows().Model();
-  const QModelIndex index = m_window.Rows().currentIndex();
-  if (!index.isValid()) return;
+  const auto* open = m_window.findChild<ValueDialog*>();
+  if (!index.isValid() || (open && open->isVisible())) return;
   const RecordsetPtr rs = model.Recordset();
   auto* dialog =
       new ValueDialog({model.ValueAt(index.row(), index.column()),
@@ -257,7 +266,8 @@ std::vector<CellEdit> GridEditing::SelectedCells() {
   std::vector<CellEdit> cells;
   RowIndex selected = 0;
   for (const QItemSelectionRange& range : rows.selectionModel()->selection()) {
-    selected += RowIndex{range.height()} * range.width();
+    const bool bEmptyRow = rows.Model().IsEmptyRow(range.bottom());
+    selected += RowIndex{range.height() - (bEmptyRow ? 1 : 0)} * range.width();
   }
   if (selected > CellFilling::kMostCells) {
     m_window.Status().Remark(

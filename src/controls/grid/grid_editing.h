@@ -64,7 +64,8 @@ class GridEditing final : public QObject {
   CellEditor* Typed() const;
   void AddCommands();
   void StartEditing();
-  void OpenCell();
+  /// A window for a cell; the current one's stays where there is one already.
+  void OpenCell(const QModelIndex& index);
   void SetNull();
   void DiscardRow();
   void GoTo(std::optional<platform::RowIndex> row);

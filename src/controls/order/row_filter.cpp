@@ -1,5 +1,6 @@
 #include "controls/order/row_filter.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <optional>
 #include <utility>
@@ -28,9 +29,13 @@ std::optional<long double> NumberOf(const Value& vtValue) {
   return std::nullopt;
 }
 
-/// The kinds in their order; those that are numbers, or kept as numbers, are one.
+constexpr int kNullRank = -1;
+
+/// The kinds in their order; those that are numbers, or kept as numbers, are one. What is no number
+/// though it is of their kind stands with null: it is neither less nor more than one, nor the same.
 int RankOf(const Value& vtValue) {
-  if (vtValue.IsNull()) return -1;
+  const auto* d = vtValue.As<double>();
+  if (vtValue.IsNull() || (d && std::isnan(*d))) return kNullRank;
   return NumberOf(vtValue) ? 0 : static_cast<int>(vtValue.Kind());
 }
 
@@ -55,6 +60,7 @@ int Order(const T& one, const T& other) {
 
 int CompareValues(const Value& vtOne, const Value& vtOther) {
   if (RankOf(vtOne) != RankOf(vtOther)) return Order(RankOf(vtOne), RankOf(vtOther));
+  if (RankOf(vtOne) == kNullRank) return 0;
   if (const auto number = NumberOf(vtOne)) {
     const int nOrder = Order(*number, *NumberOf(vtOther));
     const auto* one = vtOne.As<platform::Decimal>();

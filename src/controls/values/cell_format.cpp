@@ -48,6 +48,12 @@ QString OneLine(QString sText) {
   return sText;
 }
 
+/// Leaves so many characters at most, and both halves of each.
+void Cut(QString& sText, qsizetype nMost) {
+  if (sText.size() <= nMost) return;
+  sText.truncate(nMost - (sText.at(nMost - 1).isHighSurrogate() ? 1 : 0));
+}
+
 QString ShownText(std::string_view sText) {
   // A cell may hold megabytes; only as much as could ever be seen is looked at. No character has
   // more than four bytes, and one cut in two lies behind those that are kept.
@@ -55,8 +61,7 @@ QString ShownText(std::string_view sText) {
   QString sShown = QString::fromUtf8(
       sText.data(), static_cast<qsizetype>(std::min(sText.size(), kBytesLookedAt)));
   if (sShown.size() > kShownCharacters) {
-    const bool bSplitsPair = sShown.at(kShownCharacters - 1).isHighSurrogate();
-    sShown.truncate(kShownCharacters - (bSplitsPair ? 1 : 0));
+    Cut(sShown, kShownCharacters);
     return OneLine(std::move(sShown)) + kEllipsis;
   }
   return OneLine(std::move(sShown));
@@ -195,6 +200,33 @@ QString CellFormat::Whole(const Value& vtValue) const {
     return QString::fromStdString(platform::ToText(Value(InZone(*timestamp, m_zone))));
   }
   return QString::fromStdString(platform::ToText(vtValue));
+}
+
+CellFormat::Part CellFormat::Beginning(const Value& vtValue, qsizetype nCharacters) const {
+  // No character has more than four bytes, and one cut in two lies behind those that are wanted.
+  const auto most = static_cast<std::size_t>(4 * (nCharacters + 1));
+  const auto* text = vtValue.As<Text>();
+  if (text && text->size() > most) {
+    Part part{QString::fromUtf8(text->data(), static_cast<qsizetype>(most))};
+    Cut(part.sText, nCharacters);
+    for (const char ch : *text) {
+      const auto byte = static_cast<unsigned char>(ch);
+      // What follows in a character begins with the bits 10; the longest ones are two in UTF-16.
+      if ((byte & 0xC0U) != 0x80U) part.nWhole += byte >= 0xF0U ? 2 : 1;
+    }
+    return part;
+  }
+  const auto* bytes = vtValue.As<platform::Bytes>();
+  if (bytes && bytes->size() > most) {
+    const auto head = bytes->begin() + static_cast<std::ptrdiff_t>(most);
+    constexpr qsizetype kMark = 2;  // 0x
+    return {Whole(platform::Bytes(bytes->begin(), head)).left(nCharacters),
+            2 * static_cast<qsizetype>(bytes->size()) + kMark};
+  }
+  Part part{Whole(vtValue)};
+  part.nWhole = part.sText.size();
+  Cut(part.sText, nCharacters);
+  return part;
 }
 
 Qt::Alignment CellFormat::Alignment(const Value& vtValue, DataType column) {

@@ -35,6 +35,13 @@ class CellFormat {
   static int FractionOf(const platform::Value& vtValue);
   /// The whole value; null is the empty text.
   QString Whole(const platform::Value& vtValue) const;
+  /// The beginning of a value; the rest takes no memory however long it is.
+  struct Part {
+    QString sText;
+    qsizetype nWhole = 0;  ///< characters of the whole value
+  };
+  /// So many characters of the whole value at most.
+  Part Beginning(const platform::Value& vtValue, qsizetype nCharacters) const;
   /// Numbers right, Booleans in the middle, everything else left; null follows the column.
   static Qt::Alignment Alignment(const platform::Value& vtValue, platform::DataType column);
 

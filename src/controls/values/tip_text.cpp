@@ -1,12 +1,12 @@
 #include "controls/values/tip_text.h"
 
 #include <QLocale>
+#include <algorithm>
 
 namespace orvane::controls {
 
 namespace {
 
-constexpr qsizetype kMostCharacters = 1500;
 constexpr int kMostLines = 20;
 constexpr int kLongestWord = 60;
 constexpr QChar kCutMark(0x2026);
@@ -16,7 +16,7 @@ constexpr QChar kBreakingPlace(0x200B);
 qsizetype Shown(const QString& sWhole) {
   int nLines = 0;
   for (qsizetype n = 0; n < sWhole.size(); ++n) {
-    if (n == kMostCharacters) return sWhole.at(n - 1).isHighSurrogate() ? n - 1 : n;
+    if (n == kMostTipCharacters) return sWhole.at(n - 1).isHighSurrogate() ? n - 1 : n;
     if (sWhole.at(n) == u'\n' && ++nLines == kMostLines) return n;
   }
   return sWhole.size();
@@ -42,15 +42,16 @@ QString Grouped(qsizetype number) {
 
 }  // namespace
 
-QString TipText(const QString& sWhole, const QString& sHow) {
-  const qsizetype nShown = Shown(sWhole);
-  QString sText = Breakable(sWhole.left(nShown));
-  if (nShown < sWhole.size()) sText += kCutMark;
+QString TipText(const QString& sText, const QString& sHow, qsizetype nWhole) {
+  nWhole = std::max(nWhole, sText.size());
+  const qsizetype nShown = Shown(sText);
+  QString sShown = Breakable(sText.left(nShown));
+  if (nShown < nWhole) sShown += kCutMark;
   QString sTip =
-      QStringLiteral("<div style=\"white-space: pre-wrap\">%1</div>").arg(sText.toHtmlEscaped());
-  if (nShown < sWhole.size()) {
+      QStringLiteral("<div style=\"white-space: pre-wrap\">%1</div>").arg(sShown.toHtmlEscaped());
+  if (nShown < nWhole) {
     sTip += QStringLiteral("<p>The first %1 of %2 characters. %3</p>")
-                .arg(Grouped(nShown), Grouped(sWhole.size()), sHow.toHtmlEscaped());
+                .arg(Grouped(nShown), Grouped(nWhole), sHow.toHtmlEscaped());
   }
   return sTip;
 }

@@ -117,22 +117,32 @@ bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
   const platform::Value vtValue = m_model.ValueAt(at.row(), at.column());
   const Cell cell = ShownAt(index);
   const int nWidth = QFontMetrics(FontOf(cell, option.font)).horizontalAdvance(cell.sText);
-  const QString sWhole = m_model.Format().Whole(vtValue);
+  const CellFormat::Part whole = m_model.Format().Beginning(vtValue, kMostTipCharacters);
   const bool bWholeInSight =
-      nWidth <= option.rect.width() - 2 * kMargin && (cell.bNull || cell.sText == sWhole);
+      nWidth <= option.rect.width() - 2 * kMargin && (cell.bNull || cell.sText == whole.sText);
   if (bWholeInSight) {
     QToolTip::hideText();
     return true;
   }
-  QToolTip::showText(event->globalPos(),
-                     TipText(sWhole, "To see it whole, copy the cell with Ctrl+C."));
+  QToolTip::showText(
+      event->globalPos(),
+      TipText(whole.sText, "To see it whole, copy the cell with Ctrl+C.", whole.nWhole));
+  return true;
+}
+
+bool CellDelegate::EditsElsewhere(const QModelIndex& index) const {
+  const QModelIndex at = CellOf(index);
+  if (!at.isValid() || CellEditor::TakesInLine(m_model.ValueAt(at.row(), at.column()))) {
+    return false;
+  }
+  if (m_tooLong) m_tooLong(at);
   return true;
 }
 
 QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                     const QModelIndex& index) const {
   const QModelIndex at = CellOf(index);
-  if (!at.isValid()) return nullptr;
+  if (!at.isValid() || EditsElsewhere(index)) return nullptr;
   auto* editor = new CellEditor(
       {m_model.ValueAt(at.row(), at.column()), m_model.Recordset()->FieldAt(at.column()).Type(),
        ValueInput(m_model.Format().Zone())},

@@ -33,7 +33,14 @@ class CellDelegate : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
-  /// A line in which the value is typed.
+  /// Called for a value that is too long to be typed in a line, with its cell among the rows.
+  void OnTooLong(std::function<void(const QModelIndex&)> handler) {
+    m_tooLong = std::move(handler);
+  }
+  /// True where that is so: the value is edited elsewhere then.
+  bool EditsElsewhere(const QModelIndex& index) const;
+
+  /// A line in which the value is typed; none for what is edited elsewhere.
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const override;
   /// Does nothing: the line was made with the value.
@@ -70,6 +77,7 @@ class CellDelegate : public QStyledItemDelegate {
   RowModel& m_model;
   std::function<void()> m_typed;
   TooNarrow m_tooNarrow;
+  std::function<void(const QModelIndex&)> m_tooLong;
 };
 
 }  // namespace orvane::controls

@@ -19,12 +19,19 @@ namespace {
 
 constexpr int kProblemWidth = 360;
 constexpr int kProblemMargin = 4;
+constexpr std::size_t kMostCharactersOfLine = 10'000;
 
 bool TakesEmptyText(platform::DataType type) {
   return KindOf(type) == ValueKind::Text || KindOf(type) == ValueKind::Null;
 }
 
 }  // namespace
+
+bool CellEditor::TakesInLine(const Value& vtValue) {
+  if (const auto* text = vtValue.As<Text>()) return text->size() <= kMostCharactersOfLine;
+  const auto* bytes = vtValue.As<platform::Bytes>();
+  return !bytes || bytes->size() <= kMostCharactersOfLine / 2;  // two digits each
+}
 
 CellEditor::CellEditor(EditedCell cell, QWidget* parent)
     : QLineEdit(parent), m_cell(std::move(cell)), m_bNull(m_cell.vtValue.IsNull()) {

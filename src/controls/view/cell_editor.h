@@ -27,6 +27,10 @@ class CellEditor : public QLineEdit {
   Q_OBJECT
 
  public:
+  /// False for a value of so many characters that nobody edits it in a line, which takes the longer
+  /// to be laid out the more there are.
+  static bool TakesInLine(const platform::Value& vtValue);
+
   CellEditor(EditedCell cell, QWidget* parent);
   ~CellEditor() override;
 

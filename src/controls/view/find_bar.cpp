@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QToolButton>
 
+#include "controls/view/giving_label.h"
 #include "controls/view/header_view.h"
 #include "controls/view/status_strip.h"
 
@@ -14,7 +15,7 @@ FindBar::FindBar(RowView& rows, QWidget* parent)
       m_rows(rows),
       m_finder(rows.Model(), this),
       m_text(new QLineEdit(this)),
-      m_outcome(new QLabel(this)) {
+      m_outcome(new GivingLabel(this)) {
   setObjectName("findBar");
   m_text->setObjectName("findText");
   m_text->setAccessibleName("Text to find in the rows here");
@@ -22,7 +23,6 @@ FindBar::FindBar(RowView& rows, QWidget* parent)
   m_text->setClearButtonEnabled(true);
   m_outcome->setObjectName("findOutcome");
   m_outcome->setTextFormat(Qt::PlainText);
-  m_outcome->setMinimumWidth(0);
   m_outcome->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
   auto* layout = new QHBoxLayout(this);

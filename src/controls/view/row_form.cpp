@@ -197,6 +197,7 @@ bool RowForm::CanEdit() const {
 
 void RowForm::EditLine() {
   if (!CanEdit()) return GoToCell();
+  if (m_cells->EditsElsewhere(m_lines->currentIndex())) return;
   m_lines->edit(m_lines->currentIndex());
 }
 

@@ -3,12 +3,12 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLocale>
-#include <QPaintEvent>
-#include <QPainter>
 #include <QStyle>
 #include <algorithm>
 #include <array>
 #include <utility>
+
+#include "controls/view/giving_label.h"
 
 namespace orvane::controls {
 
@@ -19,21 +19,6 @@ constexpr int kIconSize = 16;
 QString Grouped(platform::RowIndex number) {
   return QLocale(QLocale::English, QLocale::UnitedStates).toString(static_cast<qlonglong>(number));
 }
-
-/// A label that gives way: it ends in an ellipsis where there is no room for all of it.
-class GivingLabel : public QLabel {
- public:
-  using QLabel::QLabel;
-  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    QPainter painter(this);
-    style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
-                          isEnabled(), fontMetrics().elidedText(text(), Qt::ElideRight, width()),
-                          foregroundRole());
-  }
-};
 
 template <class Label>
 QLabel* AddLabel(QWidget* parent, const char* sName, const char* sAccessibleName) {

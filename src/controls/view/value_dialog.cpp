@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "controls/values/cell_format.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "platform/utf8.h"
@@ -26,6 +27,9 @@ namespace {
 constexpr qsizetype kBytesOfLine = 16;
 /// More than this many bytes are not written as digits: nobody would edit them by hand.
 constexpr std::size_t kMostHexBytes = 1'000'000;
+
+/// A longer text is laid out for seconds, as it may be one line.
+constexpr qsizetype kMostTypedCharacters = 250'000;
 
 struct Line {
   QString sText;
@@ -130,6 +134,12 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
       m_typed->setPlainText(HexLines(*bytes));
     }
     ShowBytes();
+  } else if (const auto* text = m_cell.vtValue.As<Text>();
+             text && std::ssize(*text) > kMostTypedCharacters) {
+    m_typed->setPlainText(CellFormat().Beginning(*text, kMostTypedCharacters).sText);
+    m_sentence->setText(
+        "This text is too long to be typed here, and only its beginning is shown. Copy the cell to "
+        "have it whole; change it by a statement.");
   } else {
     m_typed->setPlainText(QString::fromStdString(Original()));
     m_typed->setPlaceholderText(m_cell.vtValue.IsNull() ? "NULL" : QString());
@@ -142,7 +152,7 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
   m_sentence->setObjectName("sentence");
   m_sentence->setTextFormat(Qt::PlainText);
   m_sentence->setWordWrap(true);
-  m_sentence->hide();
+  if (m_sentence->text().isEmpty()) m_sentence->hide();
   connect(m_buttons, &QDialogButtonBox::accepted, this, &ValueDialog::accept);
   connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
@@ -151,6 +161,7 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
   layout->addWidget(m_sentence);
   layout->addWidget(m_buttons);
   resize(fontMetrics().averageCharWidth() * 78, fontMetrics().height() * 26);
+  if (!m_sentence->text().isEmpty()) OnlyShow();
 }
 
 void ValueDialog::OnlyShow() {
