@@ -4,6 +4,7 @@
 
 #include "controls/editing/conflict_dialog.h"
 #include "controls/editing/pending_review.h"
+#include "tests/controls/failure_of.h"
 #include "tests/controls/pumps_fixture.h"
 
 namespace orvane::controls {
@@ -151,6 +152,30 @@ TEST_F(unsent_rows, what_is_not_stored_outlives_a_query_that_does_not_show_it) {
   m_editor.reset();
   EXPECT_EQ(host->told, "Pumps 1");
   m_query->Columns().Clear();
+  Open("Pumps");
+  EXPECT_EQ(Cell(0, 1), "kept");
+}
+
+TEST_F(unsent_rows, why_what_is_not_stored_has_no_place_is_told) {
+  const Text sNumbers =
+      "These rows can only be looked at: times are shown as numbers, which are not exact; switch "
+      "off \"Time as Double\" in the server's extended options.";
+  Open("Pumps");
+  GoTo(0, 1);
+  Type("kept");
+  Press(Qt::Key_Tab);
+  m_editor->Connection(m_server->Connect("Time as Double = True"));
+  EXPECT_EQ(SentenceOf([&] { m_editor->Requery(); }),
+            "The rows stay as they are: some are not stored, and cannot be laid over those that "
+            "would be shown; store or discard them first. " +
+                sNumbers);
+  EXPECT_EQ(Cell(0, 1), "kept");
+  m_editor->AttachRecordset({}, 0);
+  EXPECT_EQ(SentenceOf([&] { m_editor->Requery(); }),
+            "Rows of this table were edited and are not stored, and cannot be laid over those that "
+            "would be shown; disconnecting its server discards them. " +
+                sNumbers);
+  m_editor.reset();
   Open("Pumps");
   EXPECT_EQ(Cell(0, 1), "kept");
 }

@@ -203,10 +203,18 @@ GridCore::Shown GridCore::ShownNow() const {
 
 std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Recordset& rs,
                                              const controls::Updatability& updatability) const {
+  // Where no row can be edited at all, it is not for the edited columns.
+  const Text sWhyNot = updatability.bUpdate ? Text() : updatability.sWhyNot.toStdString();
   if (!before.rs) {
     const UnsentEdits* kept = m_services.unsent->Find(m_place);
     if (!kept) return nullptr;
     if (!CanCarryEdits(*kept->rs, kept->table, rs, updatability.table)) {
+      if (!sWhyNot.empty()) {
+        throw Failure(platform::failure::kNotSupported,
+                      "Rows of this table were edited and are not stored, and cannot be laid over "
+                      "those that would be shown; disconnecting its server discards them. " +
+                          sWhyNot);
+      }
       throw Failure(platform::failure::kNotSupported,
                     "Rows of this table were edited and are not stored, in columns that would not "
                     "be shown; take these columns and the key into its query again, or disconnect "
@@ -219,6 +227,12 @@ std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Reco
   if (!before.state.notes) return nullptr;
   const RowTable& table = before.state.updatability->table;
   if (!CanCarryEdits(*before.rs, table, rs, updatability.table)) {
+    if (!sWhyNot.empty()) {
+      throw Failure(platform::failure::kNotSupported,
+                    "The rows stay as they are: some are not stored, and cannot be laid over those "
+                    "that would be shown; store or discard them first. " +
+                        sWhyNot);
+    }
     throw Failure(platform::failure::kNotSupported,
                   "The rows stay as they are: some that are not stored have columns that would not "
                   "be shown any more; store or discard them first.");
