@@ -3,7 +3,9 @@
 
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <chrono>
 #include <memory_resource>
+#include <thread>
 
 #include "tests/controls/row_view_fixture.h"
 
@@ -59,6 +61,23 @@ TEST(arranged_rows, a_second_click_on_a_name_s_arrow_sorts_up_down_and_not_at_al
   ClickArrow(view, 1);
   EXPECT_TRUE(view.Arranged().sort.empty());
   EXPECT_EQ(view.Model().Order(), nullptr);
+}
+
+TEST(arranged_rows, a_few_rows_of_large_values_are_read_in_slices) {
+  int nRead = 0;
+  const auto rs = std::make_shared<FakeRecordset>(200, [&](auto row, auto) -> platform::Value {
+    ++nRead;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return platform::Text(5'000, static_cast<char>('z' - row % 20));
+  });
+  rs->Column("Note", platform::DataType::WChar);
+  RowView view;
+  view.ShowRows(rs, kUtcZone);
+  nRead = 0;
+  view.SortBy(0, true);
+  EXPECT_LT(nRead, 200) << "the window goes on before all are read";
+  ASSERT_TRUE(QTest::qWaitFor([&] { return view.Model().Order() != nullptr; }, 60'000));
+  EXPECT_EQ(view.Model().RecordRow(0), 19);
 }
 
 TEST(arranged_rows, several_columns_sort_one_after_the_other) {

@@ -18,6 +18,14 @@ constexpr RowIndex kAtOnce = 20'000;
 constexpr std::chrono::milliseconds kSlice(12);
 constexpr std::chrono::milliseconds kUntilNextTry(50);
 constexpr RowIndex kRowsBetweenClocks = 512;
+/// A few of those who have more bytes take as long as thousands of others.
+constexpr std::size_t kBytesOfLarge = 4096;
+
+bool IsLarge(const platform::Value& vtValue) {
+  if (const auto* text = vtValue.As<platform::Text>()) return text->size() > kBytesOfLarge;
+  const auto* bytes = vtValue.As<platform::Bytes>();
+  return bytes && bytes->size() > kBytesOfLarge;
+}
 
 }  // namespace
 
@@ -83,9 +91,15 @@ bool RowArranger::Slice() {
 
 bool RowArranger::SliceOf(Work& work) {
   const auto end = std::chrono::steady_clock::now() + kSlice;
+  bool bLarge = false;  // the value that was read last
   const auto goOn = [&] {
-    return work.bAtOnce || work.read % kRowsBetweenClocks != 0 ||
-           std::chrono::steady_clock::now() < end;
+    const bool bSoon = !bLarge && (work.bAtOnce || work.read % kRowsBetweenClocks != 0);
+    return bSoon || std::chrono::steady_clock::now() < end;
+  };
+  const auto valueAt = [&](RowIndex row, platform::ColumnIndex column) {
+    platform::Value vtValue = work.rs->ValueAt(row, column);
+    bLarge = IsLarge(vtValue);
+    return vtValue;
   };
   if (!work.bFiltered) {
     if (work.arrangement.filters.empty()) {
@@ -94,7 +108,7 @@ bool RowArranger::SliceOf(Work& work) {
     for (; work.read < work.fetched; ++work.read) {
       if (!goOn()) return false;
       const bool bSeen = std::ranges::all_of(work.arrangement.filters, [&](const auto& filter) {
-        return filter.Holds(work.rs->ValueAt(work.read, filter.Column()), work.format);
+        return filter.Holds(valueAt(work.read, filter.Column()), work.format);
       });
       if (bSeen) work.rows.push_back(static_cast<RowOrder::Number>(work.read));
     }
@@ -110,7 +124,7 @@ bool RowArranger::SliceOf(Work& work) {
   }
   for (; work.read < count; ++work.read) {
     if (!goOn()) return false;
-    work.keys->Append(work.rs->ValueAt(work.rows[static_cast<std::size_t>(work.read)], column));
+    work.keys->Append(valueAt(work.rows[static_cast<std::size_t>(work.read)], column));
   }
   return true;
 }
