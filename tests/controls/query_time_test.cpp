@@ -205,7 +205,8 @@ TEST_F(query_time, times_that_are_numbers_have_a_bar_and_a_trend_too) {
   const auto first = std::chrono::duration_cast<std::chrono::microseconds>(
       platform::Timestamp(date::sys_days(date::year{2024} / 5 / 1) + std::chrono::hours(10))
           .time_since_epoch());
-  EXPECT_NEAR(view.Plot().AllTimes().lower, static_cast<double>(first.count()), 3.6e9);
+  EXPECT_NEAR(view.findChild<trend::TrendPlot*>()->AllTimes().lower,
+              static_cast<double>(first.count()), 3.6e9);
   EXPECT_EQ(view.findChild<QAbstractItemView*>("trendValues")->model()->rowCount(), 2);
 }
 
