@@ -127,7 +127,7 @@ TEST_F(GridExportTest, tells_how_many_rows_were_written_so_far) {
   m_server.whileRunning = [&] {
     if (!m_server.sink) return;
     m_server.sink(Plant(4));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Label(*m_editor, "notice") != ""; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Label(*m_editor, "notice").empty(); }));
     sTold = Label(*m_editor, "notice");
   };
   Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optAll"); });
