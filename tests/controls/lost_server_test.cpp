@@ -57,6 +57,15 @@ TEST_F(lost_server, leaves_the_rows_and_the_reason_until_it_is_there_again) {
   EXPECT_FALSE(Offer()->isVisibleTo(Window()));
 }
 
+TEST_F(lost_server, is_told_before_the_row_limit) {
+  m_query->MaxRows(2);
+  Open("Pumps");
+  TakeFile();
+  FailToRefresh();
+  EXPECT_EQ(Label("notice"), m_sSentence + " First 2 rows only: the row limit was reached.");
+  PutFileBack();
+}
+
 TEST_F(lost_server, leaves_the_edits_which_are_stored_after_reconnecting) {
   Open("Pumps");
   GoTo(0, 1);

@@ -295,7 +295,8 @@ void GridWindow::TellOfRows() {
   if (const QString sLimit = LimitNotice(rs, m_rows->Model()); !sLimit.isEmpty()) notices << sLimit;
   m_bToldOfClosing = m_fetching.origin && m_fetching.origin->IsConnectionClosed();
   if (!m_sLost.isEmpty()) {
-    notices << m_sLost;
+    // Where there is room for the beginning alone, it is what happened.
+    notices.prepend(m_sLost);
   } else if (m_bToldOfClosing) {
     notices << QStringLiteral("Fetched over a connection since closed.");
   }
