@@ -39,18 +39,23 @@ std::error_code LastError() {
   return {errno, std::generic_category()};
 }
 
-// The lock on a hidden folder, which goes when its holder ends; none while another one has it.
+// The lock on a hidden folder, which goes when its holder ends. None, and errno tells why: ENOENT
+// or EWOULDBLOCK when another program has removed the folder or is about to.
 int Lock(const fs::path& hidden) {
   const int nFolder = open(hidden.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
   if (nFolder < 0) return -1;
+  int nError = 0;
   struct stat opened {};
   struct stat named {};
-  if (flock(nFolder, LOCK_EX | LOCK_NB) == 0 && fstat(nFolder, &opened) == 0 &&
-      lstat(hidden.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
-      opened.st_ino == named.st_ino) {
-    return nFolder;
+  if (flock(nFolder, LOCK_EX | LOCK_NB) != 0 || fstat(nFolder, &opened) != 0 ||
+      lstat(hidden.c_str(), &named) != 0) {
+    nError = errno;
+  } else if (opened.st_dev != named.st_dev || opened.st_ino != named.st_ino) {
+    nError = ENOENT;
   }
+  if (nError == 0) return nFolder;
   close(nFolder);
+  errno = nError;
   return -1;
 }
 
@@ -65,17 +70,27 @@ NewHistorian::NewHistorian(const fs::path& folder) : m_folder(folder) {
   std::error_code error;
   files::MakePrivateFolders(folder.parent_path(), error);
   if (error) FailToMake(folder.parent_path(), error);
-  // Between making it and locking it another program may take it for a leftover. Where folders
-  // cannot be locked, nobody does.
-  constexpr int kMostTries = 8;
-  for (int i = 0; i < kMostTries && m_nLock < 0; ++i) {
-    if (!m_hidden.empty()) fs::remove(m_hidden, error);
+  // Between making it and locking it another program may take it for a leftover, and remove it.
+  constexpr int kMostTries = 100;
+  for (int i = 0; i < kMostTries; ++i) {
     Text sTemplate = (folder.parent_path() / (Text(kHidden) + "XXXXXX")).string();
     if (mkdtemp(sTemplate.data()) == nullptr) FailToMake(folder, LastError());
     m_hidden = sTemplate;
-    if (!files::KeepPrivate(m_hidden)) FailToMake(folder, LastError());
-    m_nLock = Lock(m_hidden);
+    const bool bPrivate = files::KeepPrivate(m_hidden);
+    if (bPrivate) m_nLock = Lock(m_hidden);
+    if (m_nLock >= 0) return;
+    error = LastError();
+    if (error == std::errc::no_such_file_or_directory ||
+        error == std::errc::operation_would_block) {
+      continue;
+    }
+    if (!bPrivate) break;
+    // Where folders cannot be locked, nobody takes this one for a leftover.
+    return;
   }
+  std::error_code ignored;
+  fs::remove_all(m_hidden, ignored);
+  FailToMake(folder, error);
 }
 
 NewHistorian::~NewHistorian() {

@@ -3,6 +3,8 @@
 
 #include <fstream>
 #include <functional>
+#include <thread>
+#include <vector>
 
 #include "provider/historian/catalog_file.h"
 #include "provider/historian/catalog_tables.h"
@@ -304,6 +306,23 @@ TEST_F(interrupted_changes, folders_of_historians_in_the_making_go_with_their_ma
   EXPECT_FALSE(fs::exists(historians / ".new-Ab3dEf"));
   EXPECT_TRUE(fs::exists(historians / ".newer"));
   EXPECT_TRUE(fs::exists(living.Hidden()));
+}
+
+TEST_F(interrupted_changes, a_folder_in_the_making_is_made_again_when_another_program_removes_it) {
+  const fs::path historians = m_root.Historian().parent_path();
+  fs::create_directories(historians);
+  std::vector<std::jthread> removers;
+  for (int i = 0; i < 4; ++i) {
+    removers.emplace_back([&](std::stop_token stop) {
+      while (!stop.stop_requested()) NewHistorian::RemoveLeftovers(historians);
+    });
+  }
+  for (int i = 0; i < 2000; ++i) {
+    const NewHistorian made(m_root.Historian());
+    ASSERT_TRUE(fs::is_directory(made.Hidden()));
+    std::ofstream(made.Hidden() / "Orvane.db") << "x";
+    ASSERT_TRUE(fs::exists(made.Hidden() / "Orvane.db"));
+  }
 }
 
 }  // namespace
