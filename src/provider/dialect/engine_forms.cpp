@@ -14,12 +14,8 @@ void EngineForms::Write() {
   if (m_tree.bIndex) WriteIndex();
   NameSubqueries();
   for (const TokenRange type : m_tree.types) WriteType(type);
-  for (std::size_t i = 0; i + 1 < m_tree.tokens.size(); ++i) {
-    // Any named query may read itself there.
-    if (At(i).IsWord("WITH") && !At(i + 1).IsWord("RECURSIVE")) {
-      m_edits.Replace({i, i + 1}, "WITH RECURSIVE");
-    }
-  }
+  // Any named query may read itself.
+  for (const std::size_t i : m_tree.plainWiths) m_edits.Replace({i, i + 1}, "WITH RECURSIVE");
   if (m_tree.bExplain && At(1).IsWord("QUERY") && At(2).IsWord("PLAN")) {
     m_edits.Replace({1, 3}, "");
   }

@@ -23,8 +23,9 @@ constexpr std::array<std::string_view, 7> kJoinWords = {"NATURAL", "LEFT",  "RIG
 }  // namespace
 
 void StatementReader::ReadWith(Scope* scope) {
+  const std::size_t with = m_i;
   Expect("WITH");
-  TakeWord("RECURSIVE");
+  if (!TakeWord("RECURSIVE")) m_tree.plainWiths.push_back(with);
   // Each may read the others and itself: all names first.
   std::vector<std::size_t> places;
   do {

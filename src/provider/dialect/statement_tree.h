@@ -171,10 +171,11 @@ struct StatementTree {
   std::deque<Query> queries;
   std::deque<Source> sources;
   std::deque<Expr> expressions;
-  std::vector<Reference> references;  ///< all names of columns
-  std::vector<std::size_t> names;     ///< tokens of names that are given, and of keys' columns
-  std::vector<TokenRange> types;      ///< of columns and casts
-  TokenRange storage;                 ///< behind the columns of a table: how its rows are kept
+  std::vector<Reference> references;    ///< all names of columns
+  std::vector<std::size_t> names;       ///< tokens of names that are given, and of keys' columns
+  std::vector<TokenRange> types;        ///< of columns and casts
+  std::vector<std::size_t> plainWiths;  ///< WITH without RECURSIVE before named queries
+  TokenRange storage;                   ///< behind the columns of a table: how its rows are kept
 
   Query whole;                     ///< holds as inner what stands in no other query
   Query* mainQuery = nullptr;      ///< of a query, of INSERT, and of what is made from one

@@ -11,7 +11,7 @@ using platform::DataType;
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, DataType>, 38> kTypes = {{
+constexpr std::array<std::pair<std::string_view, DataType>, 40> kTypes = {{
     {"BIGINT", DataType::BigInt},
     {"BINARY", DataType::Binary},
     {"BIT", DataType::Boolean},
@@ -43,6 +43,8 @@ constexpr std::array<std::pair<std::string_view, DataType>, 38> kTypes = {{
     {"TEXT", DataType::WChar},
     {"TIME", DataType::DBTime},
     {"TIMESTAMP", DataType::DBTimeStamp},
+    {"TIMESTAMP WITH TIME ZONE", DataType::DBTimeStamp},
+    {"TIMESTAMP WITHOUT TIME ZONE", DataType::DBTimeStamp},
     {"TIMESTAMPTZ", DataType::DBTimeStamp},
     {"TINYINT", DataType::Integer},
     {"UNIQUEIDENTIFIER", DataType::Guid},

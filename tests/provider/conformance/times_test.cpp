@@ -54,6 +54,15 @@ TEST_P(times, are_times_behind_windows_and_subqueries) {
             "2024-05-15 11:00:00\n");
 }
 
+TEST_P(times, have_a_type_of_four_words_as_well) {
+  const auto opened = OpenPlant("Time Zone = UTC;");
+  Run(*opened,
+      "CREATE TABLE Plant1..Stamped (Id INTEGER PRIMARY KEY, At TIMESTAMP WITH TIME ZONE)");
+  Run(*opened, "INSERT INTO Plant1..Stamped VALUES (1, '*'), (2, '*-1h')");
+  EXPECT_EQ(Select(*opened, "SELECT Id, At FROM Plant1..Stamped WHERE At < '*'"),
+            "2|2024-05-15 11:00:00\n");
+}
+
 TEST_P(times, are_read_from_texts_while_a_statement_runs) {
   const auto opened = OpenPlant("Time Zone = UTC;");
   Run(*opened, "INSERT INTO Plant1..Tags (Tag, Description) VALUES ('T1', '*-1h')");
