@@ -37,6 +37,7 @@ TableNode::~TableNode() {
 void TableNode::Query(const TableQueryPtr& query) {
   m_queryChange = query->OnChange([this] { m_query_Change(); });
   m_query = query;
+  m_query->FilterIsDefault(m_bDefFilterCond);
 }
 
 void TableNode::m_query_Change() {
@@ -57,6 +58,7 @@ void TableNode::ParentCatalogNode(const std::shared_ptr<CatalogNode>& ctgNode) {
 
 void TableNode::DefaultFilterCondition(Boolean bDefFilterCond) {
   m_bDefFilterCond = bDefFilterCond;
+  if (m_query) m_query->FilterIsDefault(m_bDefFilterCond);
   Changed();
 }
 
@@ -86,8 +88,8 @@ void TableNode::ReadProperties(const platform::PropertyBag& pb, const Text& sPre
                             "The saved query of a table is no table query; restore the document "
                             "from a copy.");
   }
-  Query(query);
   m_bDefFilterCond = platform::ToBoolean(pb.ReadProperty(sPrefix + "DefaultFilterCondition", true));
+  Query(query);
 }
 
 }  // namespace orvane::nodes

@@ -178,6 +178,40 @@ TEST(table_query, its_state_is_one_line_of_json_with_the_members_in_order) {
             R"("table":"Da\"t\\a\n\u0001","version":1})");
 }
 
+TEST(table_query, the_range_that_a_grid_put_into_the_filter_is_saved_with_it) {
+  TableQuery query;
+  query.FilterCondition("At >= 'a'");
+  EXPECT_EQ(query.TimeFilter(), "");
+  query.TimeFilter("At >= 'a'");
+  EXPECT_NE(query.WriteState().find(R"("table":"","timeFilter":"At >= 'a'","version":2})"),
+            Text::npos)
+      << query.WriteState();
+  TableQuery restored;
+  restored.ReadState(query.WriteState());
+  EXPECT_EQ(restored.TimeFilter(), "At >= 'a'");
+  query.FilterCondition("At >= 'a'");
+  EXPECT_EQ(query.TimeFilter(), "At >= 'a'") << "the same filter";
+  query.FilterCondition("At >= 'b'");
+  EXPECT_EQ(query.TimeFilter(), "") << "another one is somebody's own";
+  EXPECT_NE(query.WriteState().find("\"version\":1"), Text::npos);
+}
+
+TEST(table_query, all_of_the_default_filter_gives_way_to_a_range) {
+  TableQuery query;
+  query.FilterCondition("At >= 'a'");
+  const Text sState = query.WriteState();
+  int nChanges = 0;
+  const auto subscription = query.OnChange([&] { ++nChanges; });
+  query.FilterIsDefault(true);
+  EXPECT_EQ(query.TimeFilter(), "At >= 'a'");
+  query.FilterCondition("At >= 'b'");
+  EXPECT_EQ(query.TimeFilter(), "At >= 'b'");
+  EXPECT_EQ(nChanges, 1);
+  EXPECT_EQ(query.WriteState(), Replaced(sState, "'a'", "'b'")) << "the node saves the flag";
+  query.FilterIsDefault(false);
+  EXPECT_EQ(query.TimeFilter(), "");
+}
+
 TEST(table_query, the_state_of_a_new_one_round_trips) {
   TableQuery empty;
   TableQuery restored;
@@ -231,6 +265,9 @@ TEST(table_query, a_text_that_is_no_state_fails_with_13_and_changes_nothing) {
       Replaced(sPlain, "\"column\":\"a\"", "\"columm\":\"a\""),
       Replaced(sPlain, "{\"ascending\":true,\"column\":\"a\"}", "\"a\""),
       Replaced(sPlain, "\"version\":1", "\"version\":0"),
+      Replaced(sPlain, "\"version\":1", "\"version\":2"),
+      Replaced(sPlain, "\"version\":1", "\"timeFilter\":1,\"version\":2"),
+      Replaced(sPlain, "\"version\":1", "\"timeFilter\":\"a\",\"version\":1"),
   };
   const auto query = RichQuery();
   for (const Text& sText : texts) {
@@ -242,11 +279,11 @@ TEST(table_query, a_text_that_is_no_state_fails_with_13_and_changes_nothing) {
 
 TEST(table_query, a_newer_format_is_refused_with_a_sentence_of_its_own) {
   TableQuery query;
-  const Text sNewer = Replaced(query.WriteState(), "\"version\":1", "\"version\":2");
+  const Text sNewer = Replaced(query.WriteState(), "\"version\":1", "\"version\":3");
   EXPECT_EQ(FailureNumberOf([&] { query.ReadState(sNewer); }), 13);
   EXPECT_EQ(SentenceOf([&] { query.ReadState(sNewer); }),
-            "The saved table query was written by a newer version of the grid library (format 2; "
-            "this one reads format 1). Update the program to open it.");
+            "The saved table query was written by a newer version of the grid library (format 3; "
+            "this one reads format 2). Update the program to open it.");
 }
 
 TEST(table_query, a_newer_format_may_have_other_members) {

@@ -56,9 +56,33 @@ TEST_F(table_statement, keeps_an_order_of_the_query_s_own) {
 
 TEST_F(table_statement, a_range_takes_the_place_of_the_default_filter) {
   m_query.FilterCondition("Timestamp BETWEEN '*-7d' AND '*'");
+  m_query.FilterIsDefault(true);
   EXPECT_EQ(Behind({"Timestamp", m_lastHour}),
             "\nWHERE \"Timestamp\" BETWEEN '*-1h' AND '*'\nORDER BY \"Timestamp\" DESC");
   EXPECT_EQ(Behind({"Timestamp", TimeRange()}), "\nORDER BY \"Timestamp\" DESC");
+}
+
+TEST_F(table_statement, a_range_narrows_one_that_is_somebody_s_own) {
+  m_query.FilterCondition("Timestamp >= '2026-01-01'");
+  EXPECT_EQ(Behind({"Timestamp", m_lastHour}),
+            "\nWHERE (\nTimestamp >= '2026-01-01'\n) AND (\n"
+            "\"Timestamp\" BETWEEN '*-1h' AND '*'\n)\nORDER BY \"Timestamp\" DESC");
+  EXPECT_EQ(Behind({"Timestamp", TimeRange()}),
+            "\nWHERE Timestamp >= '2026-01-01'\nORDER BY \"Timestamp\" DESC");
+}
+
+TEST_F(table_statement, a_range_takes_the_place_of_the_one_that_was_kept) {
+  const Text sKept = "\"Timestamp\" >= '*-7d'";
+  for (const Text sOwn : {"", "Timestamp >= '2026-01-01'", "Value > 1 -- high"}) {
+    m_query.FilterCondition(BothConditions(sOwn, sKept));
+    m_query.TimeFilter(sKept);
+    EXPECT_EQ(FilterWithin(m_query, {"Timestamp", m_lastHour}),
+              BothConditions(sOwn, "\"Timestamp\" BETWEEN '*-1h' AND '*'"));
+    EXPECT_EQ(FilterWithin(m_query, {"Timestamp", TimeRange()}), sOwn);
+    EXPECT_EQ(FilterWithin(m_query, {"At", m_lastHour}),
+              BothConditions(BothConditions(sOwn, sKept), "\"At\" BETWEEN '*-1h' AND '*'"))
+        << "a range on another column stays";
+  }
 }
 
 TEST_F(table_statement, a_range_joins_a_filter_of_the_table_s_own) {
@@ -79,6 +103,14 @@ TEST_F(table_statement, blank_conditions_join_nothing) {
   EXPECT_EQ(BothConditions(" \n", "b"), "b");
   EXPECT_EQ(BothConditions("a", ""), "a");
   EXPECT_EQ(BothConditions("", ""), "");
+}
+
+TEST_F(table_statement, only_what_was_joined_is_taken_apart) {
+  EXPECT_EQ(WithoutCondition(BothConditions("a", "b"), "b"), "a");
+  EXPECT_EQ(WithoutCondition("b", "b"), "");
+  for (const Text sOther : {"", "a", "(\na\n) AND (\nc\n)", "(\n) AND (\nb\n)", "x) AND (\nb\n)"}) {
+    EXPECT_EQ(WithoutCondition(sOther, "b"), sOther);
+  }
 }
 
 }  // namespace

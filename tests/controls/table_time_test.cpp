@@ -1,6 +1,7 @@
 #include "controls/grid/table_time.h"
 
 #include <QAction>
+#include <QLineEdit>
 #include <QToolButton>
 
 #include "controls/grid/grid_trend.h"
@@ -36,6 +37,7 @@ TEST_F(table_time, the_bar_stands_where_the_table_has_a_time_column) {
 
 TEST_F(table_time, a_range_takes_the_place_of_the_default_filter_and_is_not_stored) {
   m_query->FilterCondition("Timestamp BETWEEN '*-1h' AND '*'");
+  m_query->FilterIsDefault(true);
   const Text sState = m_query->WriteState();
   m_editor->Requery();
   EXPECT_EQ(Sent(), "\nWHERE Timestamp BETWEEN '*-1h' AND '*'" + kNewestFirst);
@@ -44,6 +46,35 @@ TEST_F(table_time, a_range_takes_the_place_of_the_default_filter_and_is_not_stor
   EXPECT_EQ(m_query->WriteState(), sState);
   Find<QAction>("timeClear")->trigger();
   EXPECT_EQ(Sent(), "\nWHERE Timestamp BETWEEN '*-1h' AND '*'" + kNewestFirst);
+}
+
+TEST_F(table_time, a_range_narrows_the_user_s_own_range) {
+  m_query->FilterCondition("Timestamp >= '2026-01-01'");
+  m_editor->Requery();
+  EXPECT_EQ(Find<QLineEdit>("timeFrom")->text(), "") << "it is not the bar's to move";
+  Pick("Last 10 minutes");
+  EXPECT_EQ(Sent(),
+            "\nWHERE (\nTimestamp >= '2026-01-01'\n) AND (\n\"Timestamp\" BETWEEN '*-10m' AND "
+            "'*'\n)" +
+                kNewestFirst);
+}
+
+TEST_F(table_time, a_range_that_was_kept_gives_way_to_the_next_one) {
+  m_query->FilterCondition("Value > 1");
+  m_editor->Requery();
+  Pick("Last hour");
+  Find<QAction>("timeKeep")->trigger();
+  EXPECT_EQ(Find<QLineEdit>("timeFrom")->text(), "*-1h");
+  // As a document that is opened again has it.
+  const auto restored = std::make_shared<controls::TableQuery>();
+  restored->ReadState(m_query->WriteState());
+  m_query = restored;
+  m_editor = Bound();
+  m_editor->Requery();
+  EXPECT_EQ(Find<QLineEdit>("timeFrom")->text(), "*-1h");
+  Pick("Last 7 days");
+  EXPECT_EQ(Sent(), "\nWHERE (\nValue > 1\n) AND (\n\"Timestamp\" BETWEEN '*-7d' AND '*'\n)" +
+                        kNewestFirst);
 }
 
 TEST_F(table_time, the_statement_shows_the_range_and_so_does_a_table_without_rows) {
@@ -61,6 +92,7 @@ TEST_F(table_time, the_statement_shows_the_range_and_so_does_a_table_without_row
 
 TEST_F(table_time, keep_makes_the_range_the_query_s_filter) {
   m_query->FilterCondition("Timestamp BETWEEN '*-1h' AND '*'");
+  m_query->FilterIsDefault(true);
   m_editor->Requery();
   Pick("Last 7 days");
   const Text sSent = Sent();

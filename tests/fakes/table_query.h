@@ -59,6 +59,7 @@ class FakeTableQuery : public platform::TableQuery {
   platform::ColumnList& Columns() override { return m_columns; }
   Text FilterCondition() const override { return m_sFilter; }
   void FilterCondition(const Text& sFilter) override { Set(m_sFilter, sFilter); }
+  void FilterIsDefault(platform::Boolean bDefault) override { bFilterIsDefault = bDefault; }
   std::optional<platform::SortCriterion> SortCriterion() const override { return m_sort; }
   void SortCriterion(const std::optional<platform::SortCriterion>& sort) override {
     Set(m_sort, sort);
@@ -74,6 +75,8 @@ class FakeTableQuery : public platform::TableQuery {
   platform::Subscription OnChange(std::function<void()> handler) override {
     return m_change.Connect(std::move(handler));
   }
+
+  platform::Boolean bFilterIsDefault = false;
 
  private:
   class ColumnNames : public platform::ColumnList {

@@ -72,6 +72,14 @@ TEST_F(loading, gives_back_what_was_saved) {
   const auto loadedTable = loadedServer->CatalogNodes()->Item("a")->TableNodes()->Item("t1");
   ASSERT_NE(loadedTable, nullptr);
   EXPECT_FALSE(loadedTable->DefaultFilterCondition());
+  const auto toldDefault = [](const TableNodePtr& table) {
+    return std::dynamic_pointer_cast<fakes::FakeTableQuery>(table->Query())->bFilterIsDefault;
+  };
+  EXPECT_FALSE(toldDefault(loadedTable));
+  loadedTable->DefaultFilterCondition(true);
+  EXPECT_TRUE(toldDefault(loadedTable));
+  EXPECT_TRUE(toldDefault(tables->Add("t3"))) << "a new table has the default filter";
+  loadedTable->DefaultFilterCondition(false);
   EXPECT_EQ(loadedTable->Query()->Catalog(), "a");
   EXPECT_EQ(loadedTable->Query()->FilterCondition(), "x = 'y'");
   EXPECT_EQ(loadedTable->Query()->MaxRows(), 5);

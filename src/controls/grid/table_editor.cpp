@@ -102,8 +102,7 @@ RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
 
 RowCount::Counted TableEditor::Counted() const {
   if (!m_query || m_query->Table().empty()) return {};
-  return {TableInSql(m_query->Catalog(), m_query->Table()),
-          FilterWithin(m_query->FilterCondition(), m_time.View())};
+  return {TableInSql(m_query->Catalog(), m_query->Table()), FilterWithin(*m_query, m_time.View())};
 }
 
 bool TableEditor::Editing() const {
@@ -124,7 +123,7 @@ std::optional<RowTable> TableEditor::TableOfRows() const {
 }
 
 NoRowsTexts TableEditor::TextsWithoutRows() const {
-  const Text sFilter = m_query ? FilterWithin(m_query->FilterCondition(), m_time.View()) : Text();
+  const Text sFilter = m_query ? FilterWithin(*m_query, m_time.View()) : Text();
   if (sFilter.empty()) return {"No rows", "The table is empty."};
   return {"No rows", "The filter is: " + QString::fromStdString(sFilter)};
 }

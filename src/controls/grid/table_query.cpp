@@ -21,7 +21,9 @@ using platform::Text;
 
 namespace {
 
-constexpr int kStateVersion = 1;
+constexpr int kStateVersion = 2;
+/// Without a range of time in the filter: what programs that do not know of it read, too.
+constexpr int kPlainVersion = 1;
 constexpr const char* kBytesMember = "bytes";
 
 [[noreturn]] void FailNoState(const Text& sWhy) {
@@ -119,7 +121,7 @@ json ParseState(const Text& sState, std::size_t& nWritten) {
   return state;
 }
 
-void CheckVersion(const StateReader& reader) {
+Long ReadVersion(const StateReader& reader) {
   if (reader.TextMember("class") != platform::kTableQueryProgId) {
     FailNoState("it is something else");
   }
@@ -131,7 +133,8 @@ void CheckVersion(const StateReader& reader) {
                       std::to_string(lVersion) + "; this one reads format " +
                       std::to_string(kStateVersion) + "). Update the program to open it.");
   }
-  if (lVersion != kStateVersion) FailNoState("there never was a format of that number");
+  if (lVersion < kPlainVersion) FailNoState("there never was a format of that number");
+  return lVersion;
 }
 
 std::optional<platform::SortCriterion> ReadSortCriterion(const StateReader& reader) {
@@ -160,7 +163,14 @@ void TableQuery::Table(const Text& sTable) {
 }
 
 void TableQuery::FilterCondition(const Text& sFilterCondition) {
+  if (sFilterCondition != m_state.sFilterCondition) m_state.sTimeFilter.clear();
   m_state.sFilterCondition = sFilterCondition;
+  m_change.Raise();
+}
+
+void TableQuery::TimeFilter(const Text& sTimeFilter) {
+  m_bFilterIsDefault = false;
+  m_state.sTimeFilter = sTimeFilter;
   m_change.Raise();
 }
 
@@ -216,7 +226,13 @@ Text TableQuery::WriteState() const {
   }
   sState += ",\"table\":";
   AppendText(sState, m_state.sTable);
-  sState.append(",\"version\":").append(std::to_string(kStateVersion)).append("}");
+  const bool bPlain = m_state.sTimeFilter.empty();
+  if (!bPlain) {
+    sState += ",\"timeFilter\":";
+    AppendText(sState, m_state.sTimeFilter);
+  }
+  sState.append(",\"version\":").append(std::to_string(bPlain ? kPlainVersion : kStateVersion));
+  sState += '}';
   return sState;
 }
 
@@ -225,11 +241,12 @@ void TableQuery::ReadState(const Text& sState) {
   std::size_t nRead = 0;
   const json object = ParseState(sState, nWritten);
   const StateReader reader(object, nRead);
-  CheckVersion(reader);
+  const Long lVersion = ReadVersion(reader);
   State state;
   state.sCatalog = reader.TextMember("catalog");
   state.sTable = reader.TextMember("table");
   state.sFilterCondition = reader.TextMember("filterCondition");
+  if (lVersion > kPlainVersion) state.sTimeFilter = reader.TextMember("timeFilter");
   state.sortCriterion = ReadSortCriterion(reader);
   state.lMaxRows = reader.LongMember("maxRows");
   state.lQueryTimeout = reader.LongMember("queryTimeout");

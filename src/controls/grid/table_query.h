@@ -24,6 +24,11 @@ class TableQuery : public platform::TableQuery {
   platform::ColumnList& Columns() override { return m_columns; }
   platform::Text FilterCondition() const override { return m_state.sFilterCondition; }
   void FilterCondition(const platform::Text& sFilterCondition) override;
+  platform::Text TimeFilter() const override {
+    return m_bFilterIsDefault ? m_state.sFilterCondition : m_state.sTimeFilter;
+  }
+  void TimeFilter(const platform::Text& sTimeFilter) override;
+  void FilterIsDefault(platform::Boolean bDefault) override { m_bFilterIsDefault = bDefault; }
   std::optional<platform::SortCriterion> SortCriterion() const override {
     return m_state.sortCriterion;
   }
@@ -45,6 +50,7 @@ class TableQuery : public platform::TableQuery {
     platform::Text sCatalog;
     platform::Text sTable;
     platform::Text sFilterCondition;
+    platform::Text sTimeFilter;
     std::optional<platform::SortCriterion> sortCriterion;
     platform::Long lMaxRows = 100;
     platform::Long lQueryTimeout = 60;
@@ -53,6 +59,7 @@ class TableQuery : public platform::TableQuery {
  private:
   std::shared_ptr<void> m_life;
   State m_state;
+  bool m_bFilterIsDefault = false;
   ColumnNames m_columns;
   platform::Signal<> m_change;
 };

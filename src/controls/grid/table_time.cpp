@@ -100,11 +100,15 @@ void TableTime::RowsShown() {
 std::optional<TimeRange> TableTime::OwnRange() const {
   const platform::TableQueryPtr query = Query();
   if (!query || !m_viewing.timeColumn) return std::nullopt;
-  return RangeIn(query->FilterCondition(), *m_viewing.timeColumn);
+  return RangeIn(query->TimeFilter(), *m_viewing.timeColumn);
 }
 
 std::optional<trend::TrendSpan> TableTime::FollowedTimes() const {
-  const auto range = m_viewing.range ? m_viewing.range : OwnRange();
+  auto range = m_viewing.range ? m_viewing.range : OwnRange();
+  // Somebody's own range says as well up to when rows can come.
+  if (const auto query = Query(); !range && query && m_viewing.timeColumn) {
+    range = RangeIn(query->FilterCondition(), *m_viewing.timeColumn);
+  }
   if (!range || !m_following.IsFollowing()) return std::nullopt;
   const platform::Timestamp now = m_core.Now();
   const auto read = ReadTimeRange(*range, {m_core.Zone(), now});
@@ -192,8 +196,9 @@ void TableTime::Requery() {
 
 void TableTime::KeepRange() {
   const platform::TableQueryPtr query = Query();
-  if (!query || !m_viewing.range) return;
-  query->FilterCondition(FilterWithin(query->FilterCondition(), m_viewing));
+  if (!query || !m_viewing.range || !m_viewing.timeColumn) return;
+  query->FilterCondition(FilterWithin(*query, m_viewing));
+  query->TimeFilter(ConditionOf(*m_viewing.range, *m_viewing.timeColumn));
   m_viewing.range.reset();
   ShowRange();
   // Otherwise the default filter would take its place one day.

@@ -58,7 +58,7 @@ class TableTime {
   void StopFollowing();
   void ShowRange();
   platform::TableQueryPtr Query() const;
-  /// The range that the query's own filter is.
+  /// The range in the query's filter that another one takes the place of.
   std::optional<TimeRange> OwnRange() const;
   /// While rows are followed up to now, the times that they are those of.
   std::optional<trend::TrendSpan> FollowedTimes() const;

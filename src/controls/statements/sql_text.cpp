@@ -81,6 +81,15 @@ Text BothConditions(const Text& sFirst, const Text& sSecond) {
   return "(\n" + sFirst + "\n) AND (\n" + sSecond + "\n)";
 }
 
+Text WithoutCondition(const Text& sBoth, const Text& sSecond) {
+  if (sBoth == sSecond) return {};
+  constexpr std::string_view kBegin = "(\n";
+  const Text sEnd = "\n) AND (\n" + sSecond + "\n)";
+  const bool bJoined = sBoth.size() > kBegin.size() + sEnd.size() && sBoth.starts_with(kBegin) &&
+                       sBoth.ends_with(sEnd);
+  return bJoined ? sBoth.substr(kBegin.size(), sBoth.size() - kBegin.size() - sEnd.size()) : sBoth;
+}
+
 Text ComposeSelect(const TableSelection& selection) {
   Text sSql = "SELECT ";
   if (selection.columns.empty()) {

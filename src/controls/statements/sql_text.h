@@ -24,6 +24,9 @@ platform::Text TableInSql(const platform::Text& sCatalog, const platform::Text& 
 /// blank, the other.
 platform::Text BothConditions(const platform::Text& sFirst, const platform::Text& sSecond);
 
+/// What is left of BothConditions without its second one; all of what is no such text.
+platform::Text WithoutCondition(const platform::Text& sBoth, const platform::Text& sSecond);
+
 /// The rows of a statement that meet the condition, which may be empty, in the order: what the
 /// statement says is put into brackets as it is written, without the semicolon at its end.
 platform::Text ComposeWithin(const platform::Text& sStatement, const platform::Text& sCondition,

@@ -8,11 +8,13 @@ namespace orvane::controls {
 
 using platform::Text;
 
-Text FilterWithin(const Text& sFilter, const Viewing& viewing) {
-  if (!viewing.timeColumn || !viewing.range) return sFilter;
-  const Text sRange = ConditionOf(*viewing.range, *viewing.timeColumn);
-  if (RangeIn(sFilter, *viewing.timeColumn)) return sRange;
-  return BothConditions(sFilter, sRange);
+Text FilterWithin(const platform::TableQuery& query, const Viewing& viewing) {
+  Text sOwn = query.FilterCondition();
+  if (!viewing.timeColumn || !viewing.range) return sOwn;
+  const Text sTimeFilter = query.TimeFilter();
+  // A range on another column says something else.
+  if (RangeIn(sTimeFilter, *viewing.timeColumn)) sOwn = WithoutCondition(sOwn, sTimeFilter);
+  return BothConditions(sOwn, ConditionOf(*viewing.range, *viewing.timeColumn));
 }
 
 Text StatementWithin(const Text& sStatement, const Viewing& viewing) {
@@ -30,8 +32,8 @@ Text StatementOf(platform::TableQuery& query, const Viewing& viewing) {
   std::vector<platform::SortCriterion> sort = viewing.order;
   if (const auto own = query.SortCriterion(); sort.empty() && own) sort.push_back(*own);
   if (sort.empty() && viewing.timeColumn) sort.push_back({*viewing.timeColumn, false});
-  return ComposeSelect({query.Catalog(), query.Table(), columns,
-                        FilterWithin(query.FilterCondition(), viewing), sort});
+  return ComposeSelect(
+      {query.Catalog(), query.Table(), columns, FilterWithin(query, viewing), sort});
 }
 
 }  // namespace orvane::controls

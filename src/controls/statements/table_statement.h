@@ -16,16 +16,16 @@ struct Viewing {
   /// The rows come newest first unless the query has an order of its own; none where no time column
   /// is known.
   std::optional<platform::Text> timeColumn;
-  /// Takes the place of a filter that is nothing but a range of time, and joins any other. Without
-  /// a time column it is none.
+  /// Takes the place of what the query tells as its time filter, and joins all else. Without a time
+  /// column it is none.
   std::optional<TimeRange> range;
   /// The order that was asked for in the grid, the first column counting most; takes the place of
   /// any other.
   std::vector<platform::SortCriterion> order = {};
 };
 
-/// The filter with the range in it.
-platform::Text FilterWithin(const platform::Text& sFilter, const Viewing& viewing);
+/// The query's filter with the range in it.
+platform::Text FilterWithin(const platform::TableQuery& query, const Viewing& viewing);
 platform::Text StatementOf(platform::TableQuery& query, const Viewing& viewing);
 /// The statement of a named query with the range and the order around it. Its text is its author's:
 /// nothing is put into it, and without either it is sent as it stands.

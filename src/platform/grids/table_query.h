@@ -49,7 +49,17 @@ class TableQuery : public PersistedObject {
   /// Owned by the query.
   virtual ColumnList& Columns() = 0;
   virtual Text FilterCondition() const = 0;
+  /// Another condition has no part that is a grid's, until that is told.
   virtual void FilterCondition(const Text& sFilterCondition) = 0;
+  /// The part of the filter condition that is nobody's own but a range of time which another one
+  /// takes the place of: all of it while it is the default condition, otherwise the range that a
+  /// grid has put there. Empty where all of the condition is somebody's own.
+  virtual Text TimeFilter() const { return {}; }
+  /// Told by a grid that has put a range into the condition; saved with the query.
+  virtual void TimeFilter(const Text& /*sTimeFilter*/) {}
+  /// Told by whoever knows whether the filter condition is the default one. It is not saved here,
+  /// and raises no Change.
+  virtual void FilterIsDefault(Boolean /*bDefault*/) {}
   virtual std::optional<platform::SortCriterion> SortCriterion() const = 0;
   virtual void SortCriterion(const std::optional<platform::SortCriterion>& criterion) = 0;
   /// Row limit; 0 is no limit.
