@@ -138,6 +138,8 @@ TEST_F(historian_program, generates_nothing_into_a_catalog_that_somebody_else_ha
   expectKeptAway();
   EXPECT_EQ(Select("SELECT count(*) FROM Plant1..Data"), "1\n");
   EXPECT_EQ(Select("SELECT Description FROM Plant1..Tags"), "Reactor temperature\n");
+  execute("DROP TABLE Plant1..Tags");
+  expectKeptAway();
   // What the sentence advises.
   const auto outcome = Run({"generate", "--hours", "1", "--catalog", "Invented"});
   EXPECT_EQ(outcome.sErrors, "");

@@ -1,5 +1,6 @@
 // The program orvane-historian on a PostgreSQL server.
 #include <pty.h>
+#include <termios.h>
 
 #include "tests/provider/engines/postgres_cluster.h"
 #include "tests/tools/historian_program.h"
@@ -69,36 +70,62 @@ TEST_F(ServerProgramTest, makes_fills_and_records_a_historian_there) {
 // A catalog of somebody else is left alone.
 TEST_F(ServerProgramTest, writes_no_signals_into_another_catalog) {
   PostgresCluster::Get().Do(m_sDatabase, "CREATE SCHEMA \"Plant1\"");
-  EXPECT_EQ(Run({"generate", "--server", m_sServer}).nStatus, 1);
+  const Outcome outcome = Run({"generate", "--server", m_sServer});
+  EXPECT_EQ(outcome.nStatus, 2);
+  EXPECT_THAT(outcome.sErrors, StartsWith("The catalog \"Plant1\" holds no generated signals"));
 }
 
-TEST_F(ServerProgramTest, asks_for_the_password_on_the_terminal_alone) {
-  const Text sAddress =
-      "postgresql://orvane@127.0.0.1:" + std::to_string(PostgresCluster::Get().Port()) + "/" +
-      m_sDatabase;
-  int nTerminal = -1;
-  const pid_t child = forkpty(&nTerminal, nullptr, nullptr, nullptr);
-  if (child == 0) {
-    execl(ORVANE_HISTORIAN, "orvane-historian", "init", "--server", sAddress.c_str(), nullptr);
-    _exit(127);
+// The program on a terminal of its own, where something is typed when it asks for the password.
+class TerminalTest : public ServerProgramTest {
+ protected:
+  void RunInit(const Text& sTyped) {
+    const Text sAddress =
+        "postgresql://orvane@127.0.0.1:" + std::to_string(PostgresCluster::Get().Port()) + "/" +
+        m_sDatabase;
+    const pid_t child = forkpty(&m_nTerminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+      execl(ORVANE_HISTORIAN, "orvane-historian", "init", "--server", sAddress.c_str(), nullptr);
+      _exit(127);
+    }
+    bool bTyped = false;
+    char character = 0;
+    while (read(m_nTerminal, &character, 1) == 1) {
+      m_sSeen += character;
+      // It ends when the program does, or has given the terminal back.
+      if (bTyped && m_sSeen.ends_with(".\r\n")) break;
+      if (bTyped || !m_sSeen.ends_with("Password: ")) continue;
+      EXPECT_EQ(write(m_nTerminal, sTyped.data(), sTyped.size()),
+                static_cast<ssize_t>(sTyped.size()));
+      bTyped = true;
+    }
+    waitpid(child, &m_nStatus, 0);
   }
-  Text sSeen;
-  bool bTyped = false;
-  char character = 0;
-  while (read(nTerminal, &character, 1) == 1) {
-    sSeen += character;
-    if (bTyped || !sSeen.ends_with("Password: ")) continue;
-    const Text sPassword = Text(PostgresCluster::kPassword) + "\n";
-    EXPECT_EQ(write(nTerminal, sPassword.data(), sPassword.size()),
-              static_cast<ssize_t>(sPassword.size()));
-    bTyped = true;
+  ~TerminalTest() override {
+    if (m_nTerminal >= 0) close(m_nTerminal);
   }
-  int nStatus = -1;
-  waitpid(child, &nStatus, 0);
-  close(nTerminal);
-  EXPECT_EQ(nStatus, 0);
-  EXPECT_THAT(sSeen, HasSubstr("Made the historian"));
-  EXPECT_THAT(sSeen, testing::Not(HasSubstr(PostgresCluster::kPassword)));
+
+  int m_nTerminal = -1;
+  int m_nStatus = -1;
+  Text m_sSeen;
+};
+
+TEST_F(TerminalTest, asks_for_the_password_on_the_terminal_alone) {
+  RunInit(Text(PostgresCluster::kPassword) + "\n");
+  EXPECT_EQ(m_nStatus, 0);
+  EXPECT_THAT(m_sSeen, HasSubstr("Made the historian"));
+  EXPECT_THAT(m_sSeen, testing::Not(HasSubstr(PostgresCluster::kPassword)));
+}
+
+TEST_F(TerminalTest, is_given_back_as_it_was_when_the_question_is_broken_off) {
+  RunInit("some\x03");
+  EXPECT_TRUE(WIFEXITED(m_nStatus));
+  EXPECT_EQ(WEXITSTATUS(m_nStatus), 1);
+  EXPECT_THAT(m_sSeen, testing::Not(HasSubstr("some")));
+  termios now{};
+  ASSERT_EQ(tcgetattr(m_nTerminal, &now), 0);
+  EXPECT_NE(now.c_lflag & ECHO, 0U);
+  EXPECT_NE(now.c_lflag & ISIG, 0U);
+  EXPECT_NE(now.c_cc[VEOL], 3);
 }
 
 }  // namespace

@@ -79,6 +79,13 @@ void WriteTags(CatalogDatabase& database) {
   insert.Run();
 }
 
+bool HasTables(CatalogDatabase& database) {
+  return PreparedStatement(database,
+                           "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND lower(name) IN "
+                           "('tags', 'data', 'data2') HAVING count(*) = 3")
+      .Run();
+}
+
 // Tags of the signals as they are described here, and nowhere else.
 class OwnTags {
  public:
@@ -126,6 +133,9 @@ void WriteStates(CatalogDatabase& database, std::int64_t llFirst, std::int64_t l
 // Of the signals that are described in the catalog as they are here, the numbers.
 std::vector<std::size_t> OwnSignals(ServerCatalog& catalog) {
   std::vector<std::size_t> own;
+  for (const char* const sTable : {"Tags", "Data", "Data2"}) {
+    if (!catalog.Has(sTable)) return own;
+  }
   for (std::size_t signal = 0; signal < std::size(kSignals); ++signal) {
     const auto rs = catalog.Ask(
         "SELECT 1 FROM " + catalog.Named("Tags") + " WHERE \"Tag\" = ? AND \"Description\" = ?",
@@ -196,6 +206,7 @@ std::int64_t Generate(const ServerPlace& place, const GenerateOrder& order) {
   // By its description one is known that was made and, after a crash, never filled.
   const auto record = FindOrMakeCatalog(place, order.sCatalog, kCatalogDescription);
   CatalogDatabase database(record);
+  if (!HasTables(database)) FailNotGenerated(record.sName);
   OwnTags own(database);
   const std::int64_t llStep = order.step.count();
   const std::int64_t llNow = floor<seconds>(order.now).time_since_epoch().count();

@@ -24,13 +24,15 @@ namespace failure = platform::failure;
 
 namespace {
 
-// The terminal with nothing shown of what is typed, as long as it lives.
+// The terminal with nothing shown of what is typed, as long as it lives. Ctrl+C ends the line
+// instead of the program, which would leave the terminal silent.
 class SilentTerminal {
  public:
   SilentTerminal() : m_file(open("/dev/tty", O_RDWR | O_CLOEXEC)) {
     if (m_file < 0 || tcgetattr(m_file, &m_before) != 0) return;
     termios silent = m_before;
-    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
+    silent.c_cc[VEOL] = kInterrupt;
     m_bSilent = tcsetattr(m_file, TCSAFLUSH, &silent) == 0;
   }
   SilentTerminal(const SilentTerminal&) = delete;
@@ -42,16 +44,24 @@ class SilentTerminal {
 
   bool IsThere() const { return m_bSilent; }
   void Write(std::string_view sText) const { (void)!write(m_file, sText.data(), sText.size()); }
+  // Nothing where Ctrl+C was pressed.
   Text ReadLine() const {
     Text sLine;
-    sLine.reserve(1024);  // so that no copy is left behind
+    sLine.reserve(kMostOfALine);  // so that no copy is left behind
     for (char character = 0; read(m_file, &character, 1) == 1 && character != '\n';) {
-      sLine += character;
+      if (character == kInterrupt) {
+        ado::Wipe(sLine);
+        return {};
+      }
+      if (sLine.size() < kMostOfALine) sLine += character;
     }
     return sLine;
   }
 
  private:
+  static constexpr char kInterrupt = 3;
+  static constexpr std::size_t kMostOfALine = 4096;
+
   int m_file;
   termios m_before{};
   bool m_bSilent = false;
@@ -130,6 +140,10 @@ void ServerCatalog::Open() {
 void ServerCatalog::Reopen() {
   m_bMake = false;
   Open();
+}
+
+bool ServerCatalog::Has(const Text& sTable) {
+  return !m_session->Schema(m_catalog, {sTable, false, false}, {}).empty();
 }
 
 engines::TableSchema ServerCatalog::Table(const Text& sTable) {

@@ -31,6 +31,8 @@ class ServerCatalog {
   bool IsNew() const { return m_bNew; }
   /// After a failure with kObjectClosed: opens the server once more.
   void Reopen();
+  bool Has(const platform::Text& sTable);
+  /// Fails with failure::kInvalidArgument when there is none.
   provider::engines::TableSchema Table(const platform::Text& sTable);
   /// The table as statements name it.
   platform::Text Named(const platform::Text& sTable) const;
