@@ -80,9 +80,10 @@ void WriteTags(CatalogDatabase& database) {
 }
 
 bool HasTables(CatalogDatabase& database) {
-  return PreparedStatement(database,
-                           "SELECT 1 FROM sqlite_schema WHERE type = 'table' AND lower(name) IN "
-                           "('tags', 'data', 'data2') HAVING count(*) = 3")
+  return PreparedStatement(
+             database,
+             "SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND lower(name) IN "
+             "('tags', 'data', 'data2') HAVING count(*) = 3")
       .Run();
 }
 
