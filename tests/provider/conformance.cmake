@@ -18,4 +18,6 @@ orvane_test(conformance WHOLE
     conformance/times_test.cpp
     engines/postgres_cluster.cpp)
 target_compile_definitions(conformance_tests PRIVATE
-  ORVANE_CONFORMANCE="${CMAKE_CURRENT_SOURCE_DIR}/conformance")
+  ORVANE_CONFORMANCE="${CMAKE_CURRENT_SOURCE_DIR}/conformance"
+  ORVANE_SAMPLE="${CMAKE_SOURCE_DIR}/samples/Localhost.orvc"
+  ORVANE_SERVER_SAMPLE="${CMAKE_SOURCE_DIR}/samples/Server.orvc")

@@ -1,5 +1,6 @@
 // Statements that read and change, and what is refused.
 #include <algorithm>
+#include <fstream>
 #include <sstream>
 
 #include "tests/provider/conformance/conformance.h"
@@ -7,6 +8,8 @@
 
 namespace orvane::provider::conformance {
 namespace {
+
+using platform::Text;
 
 class statements : public Conformance {};
 
@@ -105,6 +108,55 @@ TEST_P(statements, runs_every_example_of_the_catalog_of_functions) {
   for (platform::RowIndex row = 0; row < rs->RecordCount(); ++row) {
     const Text sExample = platform::ToText(rs->ValueAt(row, 0));
     EXPECT_EQ(Failing(*opened, sExample), "no failure") << sExample;
+  }
+}
+
+// Of a document's line that holds the statement of a named query, the statement; else nothing.
+Text StatementIn(const Text& sLine) {
+  const auto name = sLine.find("_Query\",\"text\":\"");
+  if (name == Text::npos) return {};
+  Text sStatement;
+  for (std::size_t n = sLine.find(":\"", name) + 2; sLine.at(n) != '"'; ++n) {
+    // The samples escape nothing but ends of lines.
+    if (sLine[n] == '\\') ++n;
+    sStatement += sLine[n - 1] == '\\' ? '\n' : sLine[n];
+  }
+  return sStatement;
+}
+
+std::vector<Text> StatementsOf(const char* sDocument) {
+  std::ifstream document(sDocument);
+  std::vector<Text> statements;
+  for (Text sLine; std::getline(document, sLine);) {
+    if (Text sStatement = StatementIn(sLine); !sStatement.empty()) {
+      statements.push_back(std::move(sStatement));
+    }
+  }
+  return statements;
+}
+
+TEST_P(statements, gives_the_rows_of_the_embedded_engine_for_every_query_of_the_samples) {
+  const auto embedded = EmbeddedUnderTest().start();
+  const auto expected = OpenAt(*embedded);
+  const auto opened = Open();
+  for (auto* const session : {expected.get(), opened.get()}) {
+    FillPlant(*session);
+    Run(*session, "INSERT INTO Plant1..Tags (Tag, Unit) VALUES ('T1', 'bar')");
+    Run(*session, "CREATE DATABASE Machine");
+    Run(*session, "INSERT INTO Machine..Tags (Tag, Unit) VALUES ('cpu.load', '%'), ('T1', NULL)");
+    Run(*session, "INSERT INTO Machine..Data SELECT * FROM Plant1..Data");
+    Run(*session,
+        "INSERT INTO Machine..Data (Tag, Timestamp, Value) VALUES ('cpu.load', '*-10m', 5.5), "
+        "('cpu.load', '*-20m', NULL), ('cpu.load', '*-2h', 7)");
+  }
+  for (const char* const sDocument : {ORVANE_SAMPLE, ORVANE_SERVER_SAMPLE}) {
+    const auto samples = StatementsOf(sDocument);
+    EXPECT_EQ(samples.size(), 3U) << sDocument;
+    for (const Text& sStatement : samples) {
+      const Text sRows = Select(*expected, sStatement);
+      EXPECT_NE(sRows, "") << sStatement;
+      EXPECT_EQ(Select(*opened, sStatement), sRows) << sStatement;
+    }
   }
 }
 
