@@ -39,7 +39,11 @@ class EditingFixture : public testing::Test {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(Window()));
     Rows().setFocus();
   }
-  GridServices Services() { return {m_server, m_states, m_life, MachineTime, nullptr, m_unsent}; }
+  GridServices Services() {
+    GridServices services{m_server, m_states, m_life, MachineTime, nullptr, m_unsent};
+    services.longOperation = m_longOperation;
+    return services;
+  }
   virtual QWidget* Window() { return static_cast<QWidget*>(m_editor->Window()); }
   RowView& Rows() { return *Window()->findChild<RowView*>("rows"); }
   QLineEdit* Editor() { return Rows().findChild<QLineEdit*>("cellEditor"); }
@@ -109,6 +113,7 @@ class EditingFixture : public testing::Test {
   std::shared_ptr<RowsStates> m_states = std::make_shared<RowsStates>();
   std::shared_ptr<UnsentStash> m_unsent = std::make_shared<UnsentStash>();
   std::shared_ptr<void> m_life = std::make_shared<int>();
+  std::shared_ptr<platform::LongOperation> m_longOperation;  ///< of grids to come
   std::shared_ptr<controls::TableQuery> m_query = std::make_shared<controls::TableQuery>();
   std::unique_ptr<controls::TableEditor> m_editor;
 };

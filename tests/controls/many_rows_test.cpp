@@ -3,6 +3,7 @@
 #include <QPlainTextEdit>
 #include <QTextEdit>
 #include <QTreeWidget>
+#include <thread>
 
 #include "controls/editing/conflict_dialog.h"
 #include "controls/editing/pending_review.h"
@@ -135,6 +136,87 @@ TEST_F(many_rows, more_than_can_be_changed_at_once_is_said) {
   EXPECT_EQ(Label("notice"),
             "Nothing was pasted. The block has more than 100,000 cells; copy fewer, or import them "
             "from a file.");
+}
+
+/// A host that has work done on a thread of its own, cancelled or not.
+class OnAnotherThread final : public platform::LongOperation {
+ public:
+  void Run(const Text& sWhat, const std::function<void(std::stop_token)>& work) override {
+    told.push_back(sWhat);
+    if (meanwhile) meanwhile();
+    std::stop_source stop;
+    if (bCancel) stop.request_stop();
+    std::exception_ptr failed;
+    std::thread([&] {
+      try {
+        work(stop.get_token());
+      } catch (...) {
+        failed = std::current_exception();
+      }
+    }).join();
+    if (failed) std::rethrow_exception(failed);
+  }
+  std::vector<Text> told;
+  std::function<void()> meanwhile;
+  bool bCancel = false;
+};
+
+class searched_rows : public many_rows {
+ protected:
+  searched_rows() { m_longOperation = m_beside; }
+  void TypeIntoLast() {
+    GoTo(29'999, 1);
+    Type("kept");
+    Press(Qt::Key_Tab);
+  }
+  std::shared_ptr<OnAnotherThread> m_beside = std::make_shared<OnAnotherThread>();
+};
+
+TEST_F(searched_rows, for_one_that_is_not_stored_are_looked_through_beside_the_window) {
+  OpenMany(30'000);
+  m_editor->Requery();
+  EXPECT_TRUE(m_beside->told.empty()) << "nothing is looked for";
+  TypeIntoLast();
+  m_editor->Requery();
+  EXPECT_EQ(m_beside->told, std::vector<Text>{"Looking for the rows that are not stored"});
+  EXPECT_EQ(Cell(29'999, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+}
+
+TEST_F(searched_rows, stay_with_what_was_typed_when_that_is_cancelled) {
+  OpenMany(30'000);
+  TypeIntoLast();
+  m_beside->bCancel = true;
+  try {
+    m_editor->Requery();
+    FAIL() << "it was not cancelled";
+  } catch (const platform::Failure& failure) {
+    EXPECT_EQ(failure.Number(), platform::failure::kCancelled);
+    EXPECT_EQ(Label("notice"), failure.Description());
+  }
+  EXPECT_EQ(Cell(29'999, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+  m_editor->AttachRecordset({}, 0);
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  EXPECT_EQ(Rows().Model().Recordset(), nullptr);
+  m_beside->bCancel = false;
+  m_editor->Requery();
+  EXPECT_EQ(Cell(29'999, 1), "kept") << "also what was kept while its rows were not shown";
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Stored("SELECT Name FROM P..Many WHERE Id = 30000"), "kept");
+}
+
+TEST_F(searched_rows, are_kept_when_the_grid_goes_meanwhile) {
+  OpenMany(30'000);
+  TypeIntoLast();
+  m_beside->meanwhile = [&] { m_editor.reset(); };
+  m_editor->Requery();
+  ASSERT_EQ(m_editor, nullptr);
+  Settle();
+  m_beside->meanwhile = nullptr;
+  Open("Many");
+  EXPECT_EQ(Cell(29'999, 1), "kept");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
 }
 
 class left_rows : public PumpsFixture {};

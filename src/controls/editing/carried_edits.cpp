@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "platform/conversions.h"
+#include "platform/failure.h"
 
 namespace orvane::controls {
 
@@ -155,16 +156,36 @@ void TellWhetherFetched(const CarriedRow& at, EditNotes& carried) {
   if (sRemark.isEmpty()) carried.remarks.erase(at.rowTo);
 }
 
-/// Where the rows of these keys stand.
-std::unordered_map<Text, RowIndex> FindKeys(const std::unordered_map<Text, RowIndex>& wanted,
-                                            const Recordset& to, const RowTable& table) {
-  std::unordered_map<Text, RowIndex> found;
+using RowsOfKeys = std::unordered_map<Text, RowIndex>;
+
+/// Where the rows of these keys stand. On any thread.
+RowsOfKeys LookForKeys(const RowsOfKeys& wanted, const Recordset& to, const RowTable& table,
+                       const std::stop_token& stop) {
+  RowsOfKeys found;
   const RowIndex rows = to.FetchedCount();
   for (RowIndex row = 0; row < rows && found.size() < wanted.size(); ++row) {
+    if (stop.stop_requested()) {
+      throw platform::Failure(
+          platform::failure::kCancelled,
+          "The search for the rows that are not stored was cancelled; what was typed into them is "
+          "kept. Refresh to search again.");
+    }
     Text sKey;
     for (const ColumnIndex column : table.key) AppendPart(sKey, to.OriginalAt(row, column));
     if (wanted.contains(sKey)) found.emplace(std::move(sKey), row);
   }
+  return found;
+}
+
+/// As many are looked at in less time than anybody notices.
+constexpr RowIndex kLookedAtAtOnce = 10'000;
+
+RowsOfKeys FindKeys(const RowsOfKeys& wanted, const Recordset& to, const RowTable& table,
+                    const Beside& beside) {
+  if (wanted.empty()) return {};
+  if (!beside || to.FetchedCount() <= kLookedAtAtOnce) return LookForKeys(wanted, to, table, {});
+  RowsOfKeys found;
+  beside([&](const std::stop_token& stop) { found = LookForKeys(wanted, to, table, stop); });
   return found;
 }
 
@@ -199,7 +220,8 @@ bool CanCarryEdits(const Recordset& from, const RowTable& fromTable, const Recor
 namespace {
 
 std::shared_ptr<EditNotes> Carry(const Carrying& carrying, const RowTable& fromTable,
-                                 const EditNotes& notes, const RowTable& toTable, bool bKeep) {
+                                 const EditNotes& notes, const RowTable& toTable, bool bKeep,
+                                 const Beside& beside) {
   const Recordset& from = carrying.from;
   Recordset& to = carrying.to;
   auto carried = std::make_shared<EditNotes>();
@@ -213,7 +235,7 @@ std::shared_ptr<EditNotes> Carry(const Carrying& carrying, const RowTable& fromT
   const auto isNew = [&](RowIndex row) {
     return from.StateAt(row) == RowState::New || notes.gone.contains(row);
   };
-  std::unordered_map<Text, RowIndex> wanted;
+  RowsOfKeys wanted;
   for (const RowIndex row : rows) {
     if (isNew(row)) continue;
     Text sKey;
@@ -221,7 +243,9 @@ std::shared_ptr<EditNotes> Carry(const Carrying& carrying, const RowTable& fromT
     wanted.emplace(std::move(sKey), row);
   }
   std::unordered_map<RowIndex, RowIndex> places;
-  for (const auto& [sKey, row] : FindKeys(wanted, to, toTable)) places[wanted.at(sKey)] = row;
+  for (const auto& [sKey, row] : FindKeys(wanted, to, toTable, beside)) {
+    places[wanted.at(sKey)] = row;
+  }
 
   std::unordered_map<RowIndex, RowIndex> moves;
   for (const RowIndex row : rows) {
@@ -256,16 +280,16 @@ std::shared_ptr<EditNotes> Carry(const Carrying& carrying, const RowTable& fromT
 
 std::shared_ptr<EditNotes> CarryEdits(const Recordset& from, const RowTable& fromTable,
                                       const EditNotes& notes, Recordset& to,
-                                      const RowTable& toTable) {
+                                      const RowTable& toTable, const Beside& beside) {
   const ColumnMap map = MapColumns(from, fromTable, to, toTable);
-  return Carry({from, map, to}, fromTable, notes, toTable, false);
+  return Carry({from, map, to}, fromTable, notes, toTable, false, beside);
 }
 
 std::shared_ptr<EditNotes> KeepEdits(const Recordset& from, const RowTable& table,
                                      const EditNotes& notes, Recordset& to) {
   ColumnMap map;
   for (ColumnIndex column = 0; column < from.FieldCount(); ++column) map.emplace_back(column);
-  return Carry({from, map, to}, table, notes, table, true);
+  return Carry({from, map, to}, table, notes, table, true, {});
 }
 
 }  // namespace orvane::controls

@@ -1,7 +1,7 @@
 #include "controls/editing/unsent_stash.h"
 
 #include "ado/recordset_builder.h"
-#include "controls/editing/carried_edits.h"
+#include "platform/failure.h"
 
 namespace orvane::controls {
 
@@ -38,6 +38,31 @@ const UnsentEdits* UnsentStash::Find(const RowsPlace& place) const {
   const auto found = m_kept.find(place);
   if (found == m_kept.end() || found->second.lRound != Round(place)) return nullptr;
   return &found->second.edits;
+}
+
+std::shared_ptr<EditNotes> UnsentStash::LaidOver(const RowsPlace& place, Recordset& rs,
+                                                 const Updatability& updatability,
+                                                 const Beside& beside) const {
+  const UnsentEdits* found = Find(place);
+  if (!found) return nullptr;
+  // It may be kept anew, or this may go, while the rows are looked through.
+  const UnsentEdits kept = *found;
+  if (CanCarryEdits(*kept.rs, kept.table, rs, updatability.table)) {
+    return CarryEdits(*kept.rs, kept.table, *kept.notes, rs, updatability.table, beside);
+  }
+  // Where no row can be edited at all, it is not for the edited columns.
+  const platform::Text sWhyNot = updatability.sWhyNot.toStdString();
+  if (!updatability.bUpdate && !sWhyNot.empty()) {
+    throw platform::Failure(platform::failure::kNotSupported,
+                            "Rows of this table were edited and are not stored, and cannot be laid "
+                            "over those that would be shown; disconnecting its server discards "
+                            "them. " +
+                                sWhyNot);
+  }
+  throw platform::Failure(platform::failure::kNotSupported,
+                          "Rows of this table were edited and are not stored, in columns that "
+                          "would not be shown; take these columns and the key into its query "
+                          "again, or disconnect its server to discard them.");
 }
 
 }  // namespace orvane::controls

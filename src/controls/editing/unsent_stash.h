@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "controls/editing/edit_session.h"
+#include "controls/editing/carried_edits.h"
 #include "platform/unsent_rows.h"
 
 namespace orvane::controls {
@@ -33,6 +33,11 @@ class UnsentStash {
             const EditNotes& notes);
   /// What is kept of the place, or none. Valid until it is kept anew or dropped.
   const UnsentEdits* Find(const platform::RowsPlace& place) const;
+  /// What is kept of the place, laid over these rows as CarryEdits does; it is kept on. Fails where
+  /// it cannot be laid over them; null where nothing is kept. The grid that asked may be gone
+  /// afterwards.
+  std::shared_ptr<EditNotes> LaidOver(const platform::RowsPlace& place, platform::Recordset& rs,
+                                      const Updatability& updatability, const Beside& beside) const;
   /// The edits have come into a grid.
   void Drop(const platform::RowsPlace& place) { m_kept.erase(place); }
   /// How often what was pending there was given up.

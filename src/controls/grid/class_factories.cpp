@@ -45,7 +45,7 @@ class ControlFactory : public platform::ClassFactory {
     m_unsent->Host(services.unsentRows);
     return std::make_shared<Control>(GridServices{services.objects, m_states, m_life.lock(),
                                                   MachineTime, services.failures, m_unsent,
-                                                  m_cellQueries});
+                                                  m_cellQueries, services.longOperation});
   }
 
  private:

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "controls/editing/carried_edits.h"
 #include "controls/grid/grid_trend.h"
 #include "controls/grid/grid_window.h"
 #include "controls/values/tell_box.h"
@@ -50,7 +49,7 @@ Timestamp MachineTime() {
 
 GridCore::GridCore(GridServices services, const QString& sName)
     : m_services(std::move(services)),
-      m_statements(m_services.objects),
+      m_statements(m_services.objects, m_services.longOperation),
       m_events(std::make_shared<GridEvents>()),
       m_window(new GridWindow(sName, m_events, m_services.life)),
       m_format(ZoneOf(nullptr)),
@@ -146,6 +145,7 @@ void GridCore::Run(const GridQuery& query, Access access) {
     if (life.expired()) return;
     m_place = PlaceOf(updatability.table);
     notes = Carried(*before, *fetched.rs, updatability);
+    if (life.expired()) return;
   } catch (const Failure& failure) {
     if (life.expired()) throw;
     if (access == Access::Read && failure.Number() == platform::failure::kWouldChange) {
@@ -203,29 +203,20 @@ GridCore::Shown GridCore::ShownNow() const {
 
 std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Recordset& rs,
                                              const controls::Updatability& updatability) const {
-  // Where no row can be edited at all, it is not for the edited columns.
-  const Text sWhyNot = updatability.bUpdate ? Text() : updatability.sWhyNot.toStdString();
+  const std::weak_ptr<void> life = m_statements.Life();
+  const Beside beside = [this](const std::function<void(std::stop_token)>& work) {
+    m_statements.Wait("Looking for the rows that are not stored", work);
+  };
   if (!before.rs) {
-    const UnsentEdits* kept = m_services.unsent->Find(m_place);
-    if (!kept) return nullptr;
-    if (!CanCarryEdits(*kept->rs, kept->table, rs, updatability.table)) {
-      if (!sWhyNot.empty()) {
-        throw Failure(platform::failure::kNotSupported,
-                      "Rows of this table were edited and are not stored, and cannot be laid over "
-                      "those that would be shown; disconnecting its server discards them. " +
-                          sWhyNot);
-      }
-      throw Failure(platform::failure::kNotSupported,
-                    "Rows of this table were edited and are not stored, in columns that would not "
-                    "be shown; take these columns and the key into its query again, or disconnect "
-                    "its server to discard them.");
-    }
-    auto notes = CarryEdits(*kept->rs, kept->table, *kept->notes, rs, updatability.table);
+    auto notes = m_services.unsent->LaidOver(m_place, rs, updatability, beside);
+    if (life.expired()) return nullptr;
     m_services.unsent->Drop(m_place);
     return notes;
   }
   if (!before.state.notes) return nullptr;
   const RowTable& table = before.state.updatability->table;
+  // Where no row can be edited at all, it is not for the edited columns.
+  const Text sWhyNot = updatability.bUpdate ? Text() : updatability.sWhyNot.toStdString();
   if (!CanCarryEdits(*before.rs, table, rs, updatability.table)) {
     if (!sWhyNot.empty()) {
       throw Failure(platform::failure::kNotSupported,
@@ -237,7 +228,8 @@ std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Reco
                   "The rows stay as they are: some that are not stored have columns that would not "
                   "be shown any more; store or discard them first.");
   }
-  auto notes = CarryEdits(*before.rs, table, *before.state.notes, rs, updatability.table);
+  auto notes = CarryEdits(*before.rs, table, *before.state.notes, rs, updatability.table, beside);
+  if (life.expired()) return nullptr;
   m_services.unsent->Drop(before.state.place);
   // A query that was renamed meanwhile has its rows under another name now.
   if (before.state.place != m_place) m_services.unsent->Tell(before.state.place, 0);

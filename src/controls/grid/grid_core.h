@@ -34,6 +34,7 @@ struct GridServices {
   std::shared_ptr<UnsentStash> unsent = std::make_shared<UnsentStash>();
   /// The statements that filled cells last.
   std::shared_ptr<QStringList> cellQueries = std::make_shared<QStringList>();
+  std::shared_ptr<platform::LongOperation> longOperation = {};  ///< or none
 };
 
 class GridCore {
@@ -134,7 +135,8 @@ class GridCore {
   Shown ShownNow() const;
   /// Without a table where there is none.
   platform::RowsPlace PlaceOf(const RowTable& table) const;
-  /// What is not stored of the rows before, laid over these. Fails where that cannot be.
+  /// What is not stored of the rows before, laid over these. Fails where that cannot be, and where
+  /// it was cancelled. The grid may be gone afterwards.
   std::shared_ptr<EditNotes> Carried(const Shown& before, platform::Recordset& rs,
                                      const controls::Updatability& updatability) const;
   /// In the place of rows, unless there were some and they are not stored, or no others can be

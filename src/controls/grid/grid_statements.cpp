@@ -210,6 +210,15 @@ SentDeletion GridStatements::Delete(const RecordsetPtr& rs,
   });
 }
 
+void GridStatements::Wait(const Text& sWhat,
+                          const std::function<void(std::stop_token)>& work) const {
+  if (!m_longOperation) return work({});
+  const RunningMark running(m_running);
+  // Whoever waits may go with the grid while events are handled.
+  const auto operation = m_longOperation;
+  operation->Run(sWhat, work);
+}
+
 void GridStatements::Reopen() {
   if (*m_running) FailBusy();
   const RunningMark running(m_running);

@@ -18,7 +18,9 @@ class GridWindow;
 
 class GridStatements {
  public:
-  explicit GridStatements(platform::ObjectFactoryPtr objects) : m_objects(std::move(objects)) {}
+  GridStatements(platform::ObjectFactoryPtr objects,
+                 std::shared_ptr<platform::LongOperation> longOperation)
+      : m_objects(std::move(objects)), m_longOperation(std::move(longOperation)) {}
   GridStatements(const GridStatements&) = delete;
   GridStatements& operator=(const GridStatements&) = delete;
 
@@ -62,6 +64,9 @@ class GridStatements {
   /// Sends one row; what goes wrong is told by the answer. The time-out is in seconds.
   Sent Send(const platform::RecordsetPtr& rs, platform::RowIndex row,
             const controls::Updatability& updatability, platform::Long lTimeout);
+  /// Has work with rows done on another thread while the host tells of it, and passes on what it
+  /// throws; here where there is no such host. No statement is run meanwhile.
+  void Wait(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work) const;
   /// Opens the connection again, with what it was opened with, and fails as that does.
   void Reopen();
 
@@ -75,6 +80,7 @@ class GridStatements {
   Answer Answered(const Call& ask);
 
   platform::ObjectFactoryPtr m_objects;
+  std::shared_ptr<platform::LongOperation> m_longOperation;  ///< or none
   platform::ConnectionPtr m_connection;
   std::shared_ptr<bool> m_running = std::make_shared<bool>(false);
   std::shared_ptr<char> m_life = std::make_shared<char>();
