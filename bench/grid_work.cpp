@@ -50,6 +50,9 @@ double SortColumn(const platform::Recordset& rs, platform::ColumnIndex column) {
     for (RowIndex row = 0; row < kRows; ++row) keys.Append(rs.ValueAt(row, column));
     const std::atomic<bool> bStop = false;
     keys.Sort(rows, true, bStop);
+    // As any row is found in its place then.
+    RowOrder::Numbers byRow = RowOrder::ByRow(rows, kRows, bStop);
+    const RowOrder order(std::move(rows), std::move(byRow), kRows);
   });
 }
 

@@ -99,7 +99,8 @@ TEST_F(row_finder, finds_it_in_other_orders_and_columns_too) {
   RowOrder::Numbers rows;
   for (RowIndex row = 0; row < kRows; row += 2) rows.push_back(static_cast<RowOrder::Number>(row));
   std::ranges::shuffle(rows, m_random);
-  m_model.Order(std::make_shared<const RowOrder>(std::move(rows), kRows));
+  RowOrder::Numbers byRow = RowOrder::ByRow(rows, kRows, false);
+  m_model.Order(std::make_shared<const RowOrder>(std::move(rows), std::move(byRow), kRows));
   m_columns = {2, 0};
   ExpectSame({"sensor8998", "text 1998", "19996", "nowhere"}, 2);
 }

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <QTextDocument>
+#include <numeric>
 
 #include "tests/controls/fake_data.h"
 
@@ -22,6 +23,44 @@ TEST(row_model, is_empty_without_a_recordset) {
   EXPECT_EQ(model.columnCount(), 0);
   EXPECT_TRUE(model.AllRowsFit());
   EXPECT_FALSE(model.headerData(0, Qt::Horizontal).isValid());
+}
+
+/// Rows that can be taken out, and nothing else.
+class TakingOut final : public RowEditing {
+ public:
+  bool CanEdit(platform::RowIndex, platform::ColumnIndex) const override { return false; }
+  void Edit(platform::RowIndex, platform::ColumnIndex, const Value&) override {}
+  void TakeTyped() override {}
+  bool OffersNewRow() const override { return false; }
+  const std::set<platform::RowIndex>& GoneRows() const override { return gone; }
+  QString RemarkOf(platform::RowIndex) const override { return {}; }
+  std::set<platform::RowIndex> gone;
+};
+
+TEST(row_model, takes_rows_out_one_after_the_other_without_a_look_at_those_before) {
+  constexpr int kAll = 100'000;
+  constexpr int kTakenOut = 10'000;
+  RowModel model;
+  TakingOut editing;
+  model.Editing(&editing);
+  model.Recordset(Plant(kAll), kUtc);
+  RowOrder::Numbers rows(kAll);
+  std::iota(rows.rbegin(), rows.rend(), 0U);
+  RowOrder::Numbers byRow = RowOrder::ByRow(rows, kAll, false);
+  model.Order(std::make_shared<const RowOrder>(std::move(rows), std::move(byRow), kAll));
+  int nRemoved = 0;
+  QObject::connect(&model, &QAbstractItemModel::rowsRemoved, [&] { ++nRemoved; });
+  for (platform::RowIndex row = 0; row < kAll; row += kAll / kTakenOut) {
+    editing.gone.insert(row);
+    model.TakeRowsIn(std::span(&row, 1));
+    ASSERT_EQ(model.PlaceOf(row), -1);
+  }
+  EXPECT_EQ(nRemoved, kTakenOut);
+  EXPECT_EQ(model.Places(), kAll - kTakenOut);
+  EXPECT_EQ(model.RecordRow(0), kAll - 1);
+  EXPECT_EQ(model.RecordRow(9), kAll - 11) << "the one before has gone";
+  EXPECT_EQ(model.PlaceOf(1), model.Places() - 1);
+  model.Editing(nullptr);
 }
 
 TEST(row_model, keeps_the_rules_of_item_models) {

@@ -78,7 +78,7 @@ TEST(rows_states, let_go_of_the_oldest_orders_that_take_too_much_memory) {
     RowsState state;
     RowOrder::Numbers rows(RowsStates::kMostOrderBytes / sizeof(RowOrder::Number) / 2);
     const auto arranged = static_cast<platform::RowIndex>(rows.size());
-    state.order = std::make_shared<const RowOrder>(std::move(rows), arranged);
+    state.order = std::make_shared<const RowOrder>(std::move(rows), RowOrder::Numbers(), arranged);
     return states.Keep(rs, std::move(state));
   };
   const auto first = Plant(1);

@@ -336,7 +336,7 @@ void GridEditing::RowsChanged(std::span<const RowIndex> rows) {
   const QModelIndex current = m_window.Rows().currentIndex();
   if (!m_current && current.isValid()) m_current = RecordRowOf(current);
   RowModel& model = m_window.Rows().Model();
-  model.TakeRowsIn();
+  model.TakeRowsIn(rows);
   model.TellOfChange(rows);
   TellOfPending();
   TellOfCurrent();

@@ -41,6 +41,7 @@ struct RowArranger::Work {
   bool bAtOnce = false;
   RowIndex fetched = 0;  ///< rows that are arranged
   RowOrder::Numbers rows{memory ? memory.get() : std::pmr::new_delete_resource()};
+  RowOrder::Numbers byRow{rows.get_allocator()};
   RowIndex read = 0;  ///< rows that were filtered, or read for the keys
   bool bFiltered = false;
   std::size_t sorts = 0;  ///< columns still to be sorted by, the last one first
@@ -149,6 +150,7 @@ void RowArranger::Next() {
 void RowArranger::SortByKeys(Work& work) {
   try {
     work.keys->Sort(work.rows, work.arrangement.sort[work.sorts - 1].bAscending, m_bStop);
+    if (work.sorts == 1) work.byRow = RowOrder::ByRow(work.rows, work.fetched, m_bStop);
   } catch (const std::exception& failed) {
     work.sWhyNot = SentenceOf(failed);
   }
@@ -189,7 +191,8 @@ void RowArranger::Finish(const QString& sWhyNot) {
   const std::unique_ptr<Work> work = std::exchange(m_work, nullptr);
   std::shared_ptr<const RowOrder> order;
   if (sWhyNot.isEmpty()) {
-    order = std::make_shared<const RowOrder>(std::move(work->rows), work->fetched, work->memory);
+    order = std::make_shared<const RowOrder>(std::move(work->rows), std::move(work->byRow),
+                                             work->fetched, work->memory);
   }
   work->done(std::move(order), sWhyNot);
 }

@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "controls/values/tip_text.h"
@@ -16,7 +15,7 @@ using platform::Value;
 
 namespace {
 
-/// So many are looked for among all one by one.
+/// Of so many those who look are told one by one.
 constexpr std::size_t kFewRows = 16;
 
 QVariant TypedVariant(const Value& vtValue, const CellFormat& format) {
@@ -82,62 +81,62 @@ int RowModel::CountPlaces() const {
   if (!m_recordset) return 0;
   const RowIndex rows = m_recordset->RecordCount();
   const RowIndex ordered = m_order ? m_order->Count(rows) : rows;
-  return static_cast<int>(std::min(ordered - static_cast<RowIndex>(m_gonePlaces.size()), kMaxRows));
+  return static_cast<int>(std::min(ordered - m_gone.Count(), kMaxRows));
 }
 
-// In ascending order; of many all places are gone through once, instead of once for each.
-std::vector<RowIndex> RowModel::OrderedPlacesOf(const std::set<RowIndex>& rows) const {
+template <class Rows>
+std::vector<RowIndex> RowModel::GonePlacesOf(const Rows& rows) const {
   std::vector<RowIndex> places;
-  if (!m_order) return {rows.begin(), rows.end()};
-  if (rows.size() <= kFewRows) {
-    for (const RowIndex row : rows) {
-      if (const auto place = m_order->PlaceOf(row)) places.push_back(*place);
-    }
-    std::ranges::sort(places);
-    return places;
+  const std::set<RowIndex>& gone = m_editing->GoneRows();
+  for (const RowIndex row : rows) {
+    if (!gone.contains(row)) continue;
+    if (const auto place = OrderedPlaceOf(row)) places.push_back(*place);
   }
-  const RowIndex count = m_order->Count(m_recordset->RecordCount());
-  for (RowIndex place = 0; place < count; ++place) {
-    if (rows.contains(m_order->RecordRow(place))) places.push_back(place);
-  }
+  std::ranges::sort(places);
   return places;
 }
 
 void RowModel::FindGonePlaces() {
-  m_gonePlaces.clear();
+  m_gone = {};
   m_nGoneRows = 0;
   if (!m_recordset || !m_editing) return;
   m_nGoneRows = m_editing->GoneRows().size();
-  m_gonePlaces = OrderedPlacesOf(m_editing->GoneRows());
+  m_gone = GonePlaces(GonePlacesOf(m_editing->GoneRows()));
 }
 
-void RowModel::TakeRowsOut() {
-  if (!m_editing || m_editing->GoneRows().size() == m_nGoneRows) return;
-  std::vector<RowIndex> gone;
-  std::ranges::set_difference(OrderedPlacesOf(m_editing->GoneRows()), m_gonePlaces,
-                              std::back_inserter(gone));
+void RowModel::TakeOut(std::vector<RowIndex> gone) {
   m_nGoneRows = m_editing->GoneRows().size();
-  for (std::size_t n = 0; n < gone.size();) {
+  std::erase_if(gone, [this](RowIndex place) { return m_gone.Contains(place); });
+  for (std::span<const RowIndex> left(gone); !left.empty();) {
     // Those that stand together go together.
-    std::size_t nEnd = n + 1;
-    while (nEnd < gone.size() && gone[nEnd] == gone[nEnd - 1] + 1) ++nEnd;
-    const auto at = std::ranges::upper_bound(m_gonePlaces, gone[n]);
-    const auto nFirst = static_cast<int>(gone[n] - (at - m_gonePlaces.begin()));
+    std::size_t count = 1;
+    while (count < left.size() && left[count] == left[count - 1] + 1) ++count;
+    const auto nFirst = static_cast<int>(m_gone.Seen(left.front()).value_or(m_nPlaces));
     // One that came since stands where nobody has been told of a row yet.
-    const int nLast = std::min(nFirst + static_cast<int>(nEnd - n), m_nPlaces) - 1;
+    const int nLast = std::min(nFirst + static_cast<int>(count), m_nPlaces) - 1;
     if (nFirst <= nLast) beginRemoveRows({}, nFirst, nLast);
-    m_gonePlaces.insert(at, gone.begin() + static_cast<std::ptrdiff_t>(n),
-                        gone.begin() + static_cast<std::ptrdiff_t>(nEnd));
+    m_gone.Add(left.first(count));
     if (nFirst <= nLast) {
       m_nPlaces -= nLast - nFirst + 1;
       endRemoveRows();
     }
-    n = nEnd;
+    left = left.subspan(count);
   }
 }
 
 void RowModel::TakeRowsIn() {
-  TakeRowsOut();
+  if (m_editing && m_editing->GoneRows().size() != m_nGoneRows) {
+    TakeOut(GonePlacesOf(m_editing->GoneRows()));
+  }
+  FollowCount();
+}
+
+void RowModel::TakeRowsIn(std::span<const RowIndex> changed) {
+  if (m_editing && m_editing->GoneRows().size() != m_nGoneRows) TakeOut(GonePlacesOf(changed));
+  FollowCount();
+}
+
+void RowModel::FollowCount() {
   const int nPlaces = CountPlaces();
   if (nPlaces > m_nPlaces) {
     // What was typed into the empty row has made it the new one: another stands behind it.
@@ -177,30 +176,17 @@ void RowModel::Order(std::shared_ptr<const RowOrder> order) {
 }
 
 RowIndex RowModel::RecordRow(int nPlace) const {
-  return RecordRowAt(m_order.get(), m_gonePlaces, nPlace);
+  return RecordRowAt(m_order.get(), m_gone, nPlace);
 }
 
 std::function<RowIndex(int)> RowModel::RecordRows() const {
-  return [order = m_order, gonePlaces = m_gonePlaces](int nPlace) {
-    return RecordRowAt(order.get(), gonePlaces, nPlace);
+  return [order = m_order, gone = m_gone](int nPlace) {
+    return RecordRowAt(order.get(), gone, nPlace);
   };
 }
 
-RowIndex RowModel::RecordRowAt(const RowOrder* order, const std::vector<RowIndex>& gonePlaces,
-                               int nPlace) {
-  // Each row that went in front of the place moved it by one.
-  RowIndex place = nPlace;
-  std::size_t nFirst = 0;
-  std::size_t nBehind = gonePlaces.size();
-  while (nFirst < nBehind) {
-    const std::size_t nMiddle = (nFirst + nBehind) / 2;
-    if (gonePlaces[nMiddle] - static_cast<RowIndex>(nMiddle) <= place) {
-      nFirst = nMiddle + 1;
-    } else {
-      nBehind = nMiddle;
-    }
-  }
-  place += static_cast<RowIndex>(nFirst);
+RowIndex RowModel::RecordRowAt(const RowOrder* order, const GonePlaces& gone, int nPlace) {
+  const RowIndex place = gone.Whole(nPlace);
   return order ? order->RecordRow(place) : place;
 }
 
@@ -210,11 +196,8 @@ std::optional<RowIndex> RowModel::OrderedPlaceOf(RowIndex row) const {
 
 int RowModel::PlaceOf(RowIndex row) const {
   const std::optional<RowIndex> ordered = OrderedPlaceOf(row);
-  if (!ordered) return -1;
-  const auto gone = std::ranges::lower_bound(m_gonePlaces, *ordered);
-  if (gone != m_gonePlaces.end() && *gone == *ordered) return -1;
-  const RowIndex place = *ordered - (gone - m_gonePlaces.begin());
-  return place < m_nPlaces ? static_cast<int>(place) : -1;
+  const auto place = ordered ? m_gone.Seen(*ordered) : std::nullopt;
+  return place && *place < m_nPlaces ? static_cast<int>(*place) : -1;
 }
 
 void RowModel::Editing(RowEditing* editing) {

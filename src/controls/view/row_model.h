@@ -17,6 +17,7 @@
 
 #include "controls/order/row_order.h"
 #include "controls/values/cell_format.h"
+#include "controls/view/gone_places.h"
 #include "controls/view/row_editing.h"
 #include "platform/ado/recordset.h"
 
@@ -51,14 +52,16 @@ class RowModel : public QAbstractTableModel {
   /// more than before; true then. Of the places up to, without, the last.
   bool FitTimes(int nFirst, int nEnd);
   /// Takes in the rows that came, or were added, since the recordset was last asked for their
-  /// number.
+  /// number, and out those that are to be seen no more.
   void TakeRowsIn();
+  /// The same where no others than these changed: those that went before are not looked at.
+  void TakeRowsIn(std::span<const platform::RowIndex> changed);
 
   /// The order in which rows stand; none is that of the recordset.
   const std::shared_ptr<const RowOrder>& Order() const { return m_order; }
   void Order(std::shared_ptr<const RowOrder> order);
   /// True when each row stands at the place of its number.
-  bool IsAsFetched() const { return !m_order && m_gonePlaces.empty(); }
+  bool IsAsFetched() const { return !m_order && m_gone.Empty(); }
   /// The recordset's row at a place of the view; of the empty row at the end, that behind the last.
   platform::RowIndex RecordRow(int nPlace) const;
   /// The same of the places as they are now, also when others are shown meanwhile.
@@ -102,13 +105,15 @@ class RowModel : public QAbstractTableModel {
 
  private:
   int CountPlaces() const;
-  static platform::RowIndex RecordRowAt(const RowOrder* order,
-                                        const std::vector<platform::RowIndex>& gonePlaces,
-                                        int nPlace);
+  static platform::RowIndex RecordRowAt(const RowOrder* order, const GonePlaces& gone, int nPlace);
   bool OffersNewRow() const;
-  void TakeRowsOut();
+  /// Takes out those among the places of the order that still stand.
+  void TakeOut(std::vector<platform::RowIndex> gone);
+  void FollowCount();
   void FindGonePlaces();
-  std::vector<platform::RowIndex> OrderedPlacesOf(const std::set<platform::RowIndex>& rows) const;
+  /// Of the rows that are to be seen no more; in ascending order.
+  template <class Rows>
+  std::vector<platform::RowIndex> GonePlacesOf(const Rows& rows) const;
   void TellOfPlaces(int nFirst, int nLast);
   std::optional<platform::RowIndex> OrderedPlaceOf(platform::RowIndex row) const;
   QString MarkOf(int nPlace) const;
@@ -118,9 +123,8 @@ class RowModel : public QAbstractTableModel {
   platform::RecordsetPtr m_recordset;
   std::shared_ptr<const RowOrder> m_order;
   RowEditing* m_editing = nullptr;
-  /// Where rows stood that are to be seen no more, in ascending order, and how many were taken out.
-  std::vector<platform::RowIndex> m_gonePlaces;
-  std::size_t m_nGoneRows = 0;
+  GonePlaces m_gone;
+  std::size_t m_nGoneRows = 0;   ///< rows that were taken out, filtered ones too
   std::vector<int> m_fractions;  ///< digits of a second, a column
   bool m_bEmptyRow = false;      ///< as told to those who look
   int m_nPlaces = 0;             ///< as told to those who look, without the empty row

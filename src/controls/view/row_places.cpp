@@ -37,28 +37,15 @@ QItemSelection RowPlaces::Selection(const RowModel& model) const {
   for (const auto& [nLeft, nRight] : m_wholeColumns) {
     if (nLast >= 0) selection.select(model.index(0, nLeft), model.index(nLast, nRight));
   }
-  // Each row is looked for among all; together they are found in one go through the places.
-  const int nPlaces = m_selected.empty() ? 0 : model.rowCount();
-  std::vector<bool> wanted;
-  for (const Selected& selected : m_selected) {
-    const auto row = static_cast<std::size_t>(selected.row);
-    if (row >= wanted.size()) wanted.resize(row + 1);
-    wanted[row] = true;
-  }
   struct Found {
     int nPlace;
     int nLeft;
     int nRight;
   };
   std::vector<Found> found;
-  for (int nPlace = 0; nPlace < nPlaces; ++nPlace) {
-    const auto row = static_cast<std::size_t>(model.RecordRow(nPlace));
-    if (row >= wanted.size() || !wanted[row]) continue;
-    for (const Selected& selected : m_selected) {
-      if (selected.row == static_cast<platform::RowIndex>(row)) {
-        found.push_back({nPlace, selected.nLeft, selected.nRight});
-      }
-    }
+  for (const Selected& selected : m_selected) {
+    const int nPlace = model.PlaceOf(selected.row);
+    if (nPlace >= 0) found.push_back({nPlace, selected.nLeft, selected.nRight});
   }
   std::ranges::sort(found, [](const Found& one, const Found& other) {
     return std::tuple(one.nLeft, one.nRight, one.nPlace) <

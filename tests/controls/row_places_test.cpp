@@ -1,0 +1,38 @@
+#include "controls/view/row_places.h"
+
+#include <QItemSelectionModel>
+
+#include "controls/view/clipboard_text.h"
+#include "tests/controls/row_view_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+TEST(row_places, are_found_among_two_thousand_million_rows_without_a_look_at_each) {
+  RowView view;
+  const auto rs = Plant(2'000'000'000);
+  view.ShowRows(rs, kUtcZone);
+  Show(view);
+  const auto select = [&](int nTop, int nBottom, int nLeft, int nRight) {
+    view.selectionModel()->select(
+        QItemSelection(view.Model().index(nTop, nLeft), view.Model().index(nBottom, nRight)),
+        QItemSelectionModel::Select);
+  };
+  select(1'999'999'990, 1'999'999'995, 0, 1);
+  select(1'000'000'000, 1'000'000'001, 2, 2);
+  const QItemSelection before = view.selectionModel()->selection();
+  view.selectionModel()->setCurrentIndex(view.Model().index(1'999'999'992, 1),
+                                         QItemSelectionModel::NoUpdate);
+  const RowPlaces places(view, view.Model());
+  view.selectionModel()->clear();
+  places.Restore(view, view.Model());
+  EXPECT_EQ(view.currentIndex(), view.Model().index(1'999'999'992, 1));
+  for (const QItemSelectionRange& range : before) {
+    EXPECT_TRUE(view.selectionModel()->selection().contains(range.topLeft()));
+    EXPECT_TRUE(view.selectionModel()->selection().contains(range.bottomRight()));
+  }
+  EXPECT_EQ(SelectedRows(view.selectionModel()->selection()), 8);
+}
+
+}  // namespace
+}  // namespace orvane::controls
