@@ -16,6 +16,8 @@ struct ColumnDescription {
   platform::TextOrder textOrder = platform::TextOrder::Bytes;
   /// Its numbers are points in time, as days since 1899-12-30.
   platform::Boolean bDays = false;
+  /// Null, and before it what is no number, stand behind all values.
+  platform::Boolean bNullIsLast = false;
 };
 
 }  // namespace orvane::ado

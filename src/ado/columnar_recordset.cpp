@@ -31,6 +31,7 @@ class ColumnarRecordset::ColumnField final : public platform::Field {
   }
   platform::Boolean Nullable() const override { return Description().bNullable; }
   platform::TextOrder TextOrder() const override { return Description().textOrder; }
+  platform::Boolean NullIsLast() const override { return Description().bNullIsLast; }
   platform::Value Value() const override {
     if (m_owner.Eof()) {
       throw Failure(

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "controls/order/row_filter.h"
+#include "controls/order/value_keys.h"
 
 namespace orvane::controls {
 namespace {
@@ -15,8 +16,8 @@ using platform::Decimal;
 using platform::Value;
 using Numbers = RowOrder::Numbers;
 
-Numbers Sorted(const std::vector<Value>& values, bool bAscending) {
-  SortKeys keys(values.size());
+Numbers Sorted(const std::vector<Value>& values, bool bAscending, ValueOrder order = {}) {
+  SortKeys keys(values.size(), order);
   for (const Value& vtValue : values) keys.Append(vtValue);
   Numbers rows(values.size());
   std::iota(rows.begin(), rows.end(), 0U);
@@ -44,6 +45,33 @@ TEST(sort_keys, doubles_go_by_value_with_infinities_and_both_zeros_equal) {
                                   Value(5e-324),
                                   Value(std::numeric_limits<double>::quiet_NaN())};
   EXPECT_EQ(Sorted(values, true), (Numbers{6, 4, 3, 0, 1, 5, 2}));
+}
+
+TEST(sort_keys, null_and_before_it_what_is_no_number_stand_last_where_the_source_has_them) {
+  constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const ValueOrder last{platform::TextOrder::Bytes, true};
+  const std::vector<Value> values{Value(),          Value(-kNoNumber), Value(kInfinity),
+                                  Value(kNoNumber), Value(-1.5),       Value()};
+  EXPECT_EQ(Sorted(values, true, last), (Numbers{4, 2, 1, 3, 0, 5}));
+  EXPECT_EQ(Sorted(values, false, last), (Numbers{0, 5, 1, 3, 2, 4}));
+  const std::vector<Value> mixed{Value("a"), Value(kNoNumber), Value(std::int64_t{1}), Value(2.5),
+                                 Value(kNoNumber)};
+  EXPECT_EQ(Sorted(mixed, true, last), (Numbers{2, 3, 1, 4, 0}));
+  const std::vector<Value> later{Value(kNoNumber), Value(0.5), Value("a"), Value(kNoNumber)};
+  EXPECT_EQ(Sorted(later, true, last), (Numbers{1, 0, 3, 2}));
+}
+
+TEST(sort_keys, texts_for_what_no_value_holds_stand_around_the_values) {
+  const std::vector<Value> values{
+      Value("infinity"),      Value("0044-03-15 BC"), Value(platform::Date(std::chrono::days(5))),
+      Value("294276-12-31"),  Value("-infinity"),     Value("20000-01-01"),
+      Value("4713-01-01 BC"), Value("0044-03-16 BC"), Value()};
+  const ValueOrder beyond{platform::TextOrder::BeyondValues, true};
+  EXPECT_EQ(Sorted(values, true, beyond), (Numbers{4, 6, 1, 7, 2, 5, 3, 0, 8}));
+  EXPECT_EQ(Sorted({Value("NaN"), Value("Infinity"), Value(Decimal{"-7"}), Value("-Infinity")},
+                   true, beyond),
+            (Numbers{3, 2, 1, 0}));
 }
 
 TEST(sort_keys, integers_and_doubles_are_told_apart_where_no_double_does) {

@@ -1,31 +1,15 @@
 // The order of texts here, held against the server's own for the same column.
 #include <gtest/gtest.h>
 
-#include <numeric>
 #include <random>
 
-#include "controls/order/sort_keys.h"
 #include "tests/controls/historian_server.h"
+#include "tests/controls/sorted_here.h"
 
 namespace orvane::controls {
 namespace {
 
 using platform::Text;
-
-/// The row numbers of a recordset's first column, sorted here by its second one.
-Text SortedHere(const platform::Recordset& rs, bool bAscending) {
-  SortKeys keys(static_cast<std::size_t>(rs.RecordCount()), rs.FieldAt(1).TextOrder());
-  RowOrder::Numbers rows(static_cast<std::size_t>(rs.RecordCount()));
-  std::iota(rows.begin(), rows.end(), 0U);
-  for (platform::RowIndex row = 0; row < rs.RecordCount(); ++row) keys.Append(rs.ValueAt(row, 1));
-  const std::atomic<bool> bStop = false;
-  keys.Sort(rows, bAscending, bStop);
-  Text sNumbers;
-  for (const auto row : rows) {
-    sNumbers += std::to_string(*rs.ValueAt(row, 0).As<std::int64_t>()) + "\n";
-  }
-  return sNumbers;
-}
 
 TEST(text_order, is_that_of_the_server_for_each_rule_that_a_column_can_have) {
   const auto server = tests::HistorianServer::Make();

@@ -56,10 +56,13 @@ QString ArrangementText(const Arrangement& arrangement, const RowModel& model) {
     }
     const auto& rs = model.Recordset();
     const bool bAll = !rs || rs->State() == platform::FetchState::Complete;
-    parts << (arrangement.bSortedByServer ? QStringLiteral("Sorted by the server: ")
-              : bAll                      ? QStringLiteral("Sorted here: ")
-                                          : QStringLiteral("Only the rows here are sorted: ")) +
-                 columns.join(QStringLiteral(", "));
+    QString sWhere = arrangement.bSortedByServer ? QStringLiteral("Sorted by the server")
+                     : bAll                      ? QStringLiteral("Sorted here")
+                                                 : QStringLiteral("Only the rows here are sorted");
+    if (!arrangement.bSortedByServer && rs && TakesServer(arrangement.sort, *rs)) {
+      sWhere += QStringLiteral(", texts otherwise than by the server");
+    }
+    parts << sWhere + QStringLiteral(": ") + columns.join(QStringLiteral(", "));
   }
   if (!arrangement.filters.empty()) {
     parts << QStringLiteral("Filtered here: %1 seen").arg(RowsText(model.Places()));

@@ -18,7 +18,8 @@ bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
   const RecordsetPtr rs = m_core.Recordset();
   const platform::ConnectionPtr cn = m_core.Connection();
   if (!rs || !cn || !cn->IsOpen() || m_core.Running()) return false;
-  const bool bAllAreHere = rs->State() == platform::FetchState::Complete;
+  const bool bAllAreHere =
+      rs->State() == platform::FetchState::Complete && !TakesServer(columns, *rs);
   // What is not stored would be lost with the rows it lies over.
   if ((bAllAreHere && m_order.empty()) || rs->PendingCount() > 0) return false;
   Criteria order;

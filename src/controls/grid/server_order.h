@@ -1,5 +1,6 @@
-// The order of a grid's rows where not all of them are here: the server is asked for the rows in
-// that order. The query itself stays as it is. Owned by the grids; user-interface thread.
+// The order of a grid's rows where not all of them are here, or where only the server knows how
+// texts stand: it is asked for the rows in that order. The query itself stays as it is. Owned by
+// the grids; user-interface thread.
 #pragma once
 
 #include <functional>

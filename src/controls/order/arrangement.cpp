@@ -4,6 +4,13 @@
 
 namespace orvane::controls {
 
+bool TakesServer(const std::vector<SortColumn>& sort, const platform::Recordset& rs) {
+  return std::ranges::any_of(sort, [&](const SortColumn& by) {
+    return by.column < rs.FieldCount() &&
+           rs.FieldAt(by.column).TextOrder() == platform::TextOrder::Source;
+  });
+}
+
 std::vector<SortColumn> SortedBy(const std::vector<SortColumn>& sort, SortColumn by, bool bAdd) {
   if (!bAdd) return {by};
   std::vector<SortColumn> columns = sort;

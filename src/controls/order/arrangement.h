@@ -16,7 +16,7 @@ struct SortColumn {
 
 struct Arrangement {
   std::vector<SortColumn> sort;  ///< the first one counts most
-  /// The rows came sorted from the server: only there are all of them.
+  /// The rows came sorted from the server: only there are all of them, or what their order is.
   bool bSortedByServer = false;
   std::vector<ColumnFilter> filters;
 
@@ -24,6 +24,9 @@ struct Arrangement {
   /// Nothing is to be done here.
   bool NeedsNoWork() const { return filters.empty() && (sort.empty() || bSortedByServer); }
 };
+
+/// True where one of the columns has texts that only the server puts in its order.
+bool TakesServer(const std::vector<SortColumn>& sort, const platform::Recordset& rs);
 
 /// By what is sorted when somebody chooses a column: by it alone, or with bAdd by it after those
 /// that are sorted by already.

@@ -120,7 +120,8 @@ bool RowArranger::SliceOf(Work& work) {
   const auto count = static_cast<RowIndex>(work.rows.size());
   const platform::ColumnIndex column = work.arrangement.sort[work.sorts - 1].column;
   if (!work.keys) {
-    work.keys.emplace(work.rows.size(), work.rs->FieldAt(column).TextOrder(),
+    const platform::Field& field = work.rs->FieldAt(column);
+    work.keys.emplace(work.rows.size(), ValueOrder{field.TextOrder(), field.NullIsLast()},
                       work.rows.get_allocator().resource());
   }
   for (; work.read < count; ++work.read) {

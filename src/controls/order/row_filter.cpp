@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "controls/order/sort_keys.h"
+#include "controls/order/value_keys.h"
 #include "controls/values/value_input.h"
 
 namespace orvane::controls {

@@ -6,6 +6,10 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
+#include <string>
+
+#include "controls/order/value_keys.h"
 
 namespace orvane::controls {
 
@@ -14,6 +18,7 @@ using platform::Value;
 namespace {
 
 constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
 /// Sorting was stopped. Thrown through what compares, as nothing else ends a sort.
 struct SortStopped {};
@@ -51,7 +56,16 @@ void SortStably(std::pmr::vector<Key>& keys, bool bAscending, const std::atomic<
 }
 
 /// Ranks of mixed keys.
-enum Rank : std::uint8_t { kNumberRank, kDateRank, kTimeRank, kTextRank, kGuidRank, kBytesRank };
+enum Rank : std::uint8_t {
+  kBeforeRank,
+  kNumberRank,
+  kNoNumberRank,
+  kDateRank,
+  kTimeRank,
+  kTextRank,
+  kGuidRank,
+  kBytesRank
+};
 
 /// As unsigned numbers, both keys compare as what they were made from.
 std::uint64_t KeyOf(std::int64_t ll) {
@@ -59,6 +73,7 @@ std::uint64_t KeyOf(std::int64_t ll) {
 }
 
 std::uint64_t KeyOf(double d) {
+  if (std::isnan(d)) return ~std::uint64_t{0};  // one of many forms, which are all the same
   const auto bits = std::bit_cast<std::uint64_t>(d == 0 ? 0.0 : d);  // -0 equals 0
   return (bits & kSign) != 0 ? ~bits : bits | kSign;
 }
@@ -99,28 +114,6 @@ std::string_view ViewOf(std::span<const std::byte> bytes) {
 }
 
 }  // namespace
-
-int CompareDecimals(std::string_view sOne, std::string_view sOther) {
-  const bool bNegative = sOne.starts_with('-');
-  if (bNegative != sOther.starts_with('-')) return bNegative ? -1 : 1;
-  if (bNegative) return CompareDecimals(sOther.substr(1), sOne.substr(1));
-  const auto split = [](std::string_view sDigits) {
-    const std::size_t point = std::min(sDigits.find('.'), sDigits.size());
-    std::string_view sWhole = sDigits.substr(0, point);
-    std::string_view sPart = sDigits.substr(std::min(point + 1, sDigits.size()));
-    sWhole.remove_prefix(std::min(sWhole.find_first_not_of('0'), sWhole.size()));
-    sPart = sPart.substr(0, sPart.find_last_not_of('0') + 1);
-    return std::pair(sWhole, sPart);
-  };
-  const auto [sWholeOne, sPartOne] = split(sOne);
-  const auto [sWholeOther, sPartOther] = split(sOther);
-  if (sWholeOne.size() != sWholeOther.size()) {
-    return sWholeOne.size() < sWholeOther.size() ? -1 : 1;
-  }
-  const int nWhole = sWholeOne.compare(sWholeOther);
-  const int nOrder = nWhole != 0 ? nWhole : sPartOne.compare(sPartOther);
-  return nOrder < 0 ? -1 : nOrder > 0 ? 1 : 0;
-}
 
 // ---- filling
 
@@ -167,12 +160,17 @@ std::uint64_t SortKeys::Keep(std::string_view sText) {
 
 // What the text is put in order by.
 std::uint64_t SortKeys::KeepText(std::string_view sText, std::uint32_t& length) {
-  if (m_order == platform::TextOrder::TrailingBlanks) {
+  std::string sBeyond;
+  if (m_order.texts == platform::TextOrder::BeyondValues) {
+    sBeyond = BeyondKey(sText);
+    sText = sBeyond;
+  }
+  if (m_order.texts == platform::TextOrder::TrailingBlanks) {
     sText = sText.substr(0, sText.find_last_not_of(' ') + 1);
   }
   length = static_cast<std::uint32_t>(sText.size());
   const std::uint64_t offset = Keep(sText);
-  if (m_order == platform::TextOrder::NoCase) {
+  if (m_order.texts == platform::TextOrder::NoCase) {
     std::pmr::vector<char>& piece = m_texts.back();
     const auto from = piece.end() - static_cast<std::ptrdiff_t>(sText.size());
     std::transform(from, piece.end(), from, [](char ch) {
@@ -184,11 +182,12 @@ std::uint64_t SortKeys::KeepText(std::string_view sText, std::uint32_t& length) 
 
 void SortKeys::Append(const Value& vtValue) {
   const auto* d = vtValue.As<double>();
-  if (vtValue.IsNull() || (d && std::isnan(*d))) {
+  if (vtValue.IsNull() || (d && std::isnan(*d) && !m_order.bNullIsLast)) {
     m_nulls.push_back(m_places);  // an engine that has no NaN keeps it as null
   } else if (d && Belongs(Family::Doubles)) {
     AppendWide(KeyOf(*d));
-  } else if (const auto* text = vtValue.As<platform::Text>(); text && Belongs(Family::Texts)) {
+  } else if (const auto* text = vtValue.As<platform::Text>();
+             text && m_order.texts != platform::TextOrder::BeyondValues && Belongs(Family::Texts)) {
     AppendText(*text);
   } else if (const auto whole = WholeNumber(vtValue); whole && Belongs(Family::Numbers)) {
     AppendWide(KeyOf(*whole));
@@ -207,7 +206,9 @@ void SortKeys::BecomeMixed() {
   m_mixed.reserve(m_expected);
   for (const WideKey& key : m_wides) {
     MixedKey mixed{0, 0, 0, key.place, kNumberRank};
-    if (m_family == Family::Doubles) {
+    if (m_family == Family::Doubles && key.key == KeyOf(kNoNumber)) {
+      mixed.rank = kNoNumberRank;
+    } else if (m_family == Family::Doubles) {
       mixed.number = DoubleOf(key.key);
     } else {
       mixed.number = static_cast<long double>(IntegerOf(key.key));
@@ -235,7 +236,8 @@ void SortKeys::AppendMixed(const Value& vtValue) {
   if (const auto whole = WholeNumber(vtValue)) {
     key.number = static_cast<long double>(*whole);
   } else if (const auto* d = vtValue.As<double>()) {
-    key.number = *d;
+    key.rank = std::isnan(*d) ? kNoNumberRank : kNumberRank;
+    key.number = std::isnan(*d) ? 0 : *d;
   } else if (const auto* decimal = vtValue.As<platform::Decimal>()) {
     key.number = std::strtold(decimal->sDigits.c_str(), nullptr);
     keep(decimal->sDigits, kNumberRank);
@@ -246,7 +248,8 @@ void SortKeys::AppendMixed(const Value& vtValue) {
     key.number = static_cast<long double>(time->count());
     key.rank = kTimeRank;
   } else if (const auto* text = vtValue.As<platform::Text>()) {
-    key.rank = kTextRank;
+    const bool bBeyond = m_order.texts == platform::TextOrder::BeyondValues;
+    key.rank = bBeyond && IsBeforeValues(*text) ? kBeforeRank : kTextRank;
     key.offset = KeepText(*text, key.length);
   } else if (const auto* guid = vtValue.As<platform::Guid>()) {
     keep(ViewOf(std::as_bytes(std::span(guid->bytes))), kGuidRank);
@@ -272,11 +275,12 @@ void SortKeys::Sort(RowOrder::Numbers& rows, bool bAscending, const std::atomic<
     const auto takeNulls = [&] {
       for (const std::uint32_t place : m_nulls) take(place);
     };
-    if (bAscending) takeNulls();
+    const bool bNullFirst = bAscending != m_order.bNullIsLast;
+    if (bNullFirst) takeNulls();
     for (const WideKey& key : m_wides) take(key.place);
     for (const TextKey& key : m_textKeys) take(key.place);
     for (const MixedKey& key : m_mixed) take(key.place);
-    if (!bAscending) takeNulls();
+    if (!bNullFirst) takeNulls();
     rows.swap(sorted);
   } catch (const SortStopped&) {
     // The rows stand as they stood.

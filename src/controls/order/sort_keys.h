@@ -1,7 +1,8 @@
 // The values of one column as keys by which rows are put in order: read once, then sorted without
 // the recordset. The order is the engine's own: null, then numbers and points in time by value
-// whatever their kind, then dates, times of day, texts by the rule of their column, GUIDs, bytes.
-// Used by the arranger of rows; keys are filled on the thread of the recordset and sorted on any.
+// whatever their kind, then dates, times of day, texts by the rule of their column, GUIDs, bytes;
+// or null behind all of them, where the column says so. Used by the arranger of rows; keys are
+// filled on the thread of the recordset and sorted on any.
 #pragma once
 
 #include <atomic>
@@ -14,12 +15,16 @@
 
 namespace orvane::controls {
 
+/// What a column says of the order of its values.
+struct ValueOrder {
+  platform::TextOrder texts = platform::TextOrder::Bytes;
+  bool bNullIsLast = false;  ///< what is no number stands in front of null then, otherwise with it
+};
+
 class SortKeys {
  public:
-  /// Texts stand in that order. The keys lie in the memory, which must outlive them, and fail as it
-  /// does.
-  explicit SortKeys(std::size_t expectedRows,
-                    platform::TextOrder order = platform::TextOrder::Bytes,
+  /// The keys lie in the memory, which must outlive them, and fail as it does.
+  explicit SortKeys(std::size_t expectedRows, ValueOrder order = {},
                     std::pmr::memory_resource* memory = std::pmr::new_delete_resource())
       : m_expected(expectedRows),
         m_order(order),
@@ -31,7 +36,7 @@ class SortKeys {
   /// The value of the next row.
   void Append(const platform::Value& vtValue);
   /// Puts the rows, which are as many as were appended and in that order, in the order of their
-  /// keys; equal ones stay as they stand. Descending is the reverse, null last. Ends early, with
+  /// keys; equal ones stay as they stand. Descending is the reverse. Ends early, with
   /// the rows as they stood, when bStop becomes true.
   void Sort(RowOrder::Numbers& rows, bool bAscending, const std::atomic<bool>& bStop);
 
@@ -77,7 +82,7 @@ class SortKeys {
   void SortMixed(bool bAscending, const std::atomic<bool>& bStop);
 
   std::size_t m_expected;
-  platform::TextOrder m_order;
+  ValueOrder m_order;
   Family m_family = Family::None;
   std::uint32_t m_places = 0;
   std::pmr::vector<std::uint32_t> m_nulls;
@@ -88,9 +93,5 @@ class SortKeys {
   std::vector<std::pmr::vector<char>> m_texts;
   std::size_t m_textBytes = 0;
 };
-
-/// -1, 0 or 1 as the first decimal is less than, equal to or greater than the second; both as
-/// canonical digits, however many.
-int CompareDecimals(std::string_view sOne, std::string_view sOther);
 
 }  // namespace orvane::controls

@@ -46,6 +46,11 @@ enum class TextOrder : std::uint8_t {
   Bytes,           ///< of their UTF-8
   NoCase,          ///< the same, with the letters A to Z as small ones
   TrailingBlanks,  ///< the same as bytes, without the blanks at the end
+  /// As values of the column's type for which there is no other form: what begins with "-" or ends
+  /// in " BC" before all values of the type, the latest first where they are years; others behind
+  /// them.
+  BeyondValues,
+  Source,  ///< in a way that only the source knows
 };
 
 /// One column of a recordset, at the recordset's current row. Owned by its Fields.
@@ -64,6 +69,9 @@ class Field {
   /// False only when the source says that the column refuses null.
   virtual Boolean Nullable() const = 0;
   virtual platform::TextOrder TextOrder() const { return platform::TextOrder::Bytes; }
+  /// Where the source puts null: before all values, or behind them, and there also what is no
+  /// number, between the numbers and null. Descending is the reverse.
+  virtual Boolean NullIsLast() const { return false; }
   /// The value in the current row; fails with failure::kNoCurrentRow when there is none.
   virtual platform::Value Value() const = 0;
 };

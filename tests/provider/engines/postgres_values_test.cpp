@@ -89,6 +89,11 @@ TEST_F(PostgresValuesTest, of_times_that_are_no_moment_come_as_they_are_written)
   Expect("'-infinity'::timestamp", "-infinity", DataType::WChar);
   Expect("'infinity'::date", "infinity", DataType::DBDate);
   Expect("'0044-03-15 BC'::date", "0044-03-15 BC", DataType::DBDate);
+  Expect("'4713-01-01 BC'::date", "4713-01-01 BC", DataType::DBDate);
+  Expect("'32768-02-29'::date", "32768-02-29", DataType::DBDate);
+  Expect("'5874897-12-31'::date", "5874897-12-31", DataType::DBDate);
+  Expect("'294276-12-31 23:59:59+00'::timestamptz", "294276-12-31 23:59:59+00",
+         DataType::DBTimeStamp);
   Expect("'10000-01-01'::date", "10000-01-01", DataType::DBDate);
   Expect("'0044-03-15 12:00 BC'::timestamp", "0044-03-15 12:00:00 BC", DataType::WChar);
   Expect("'0044-03-15 12:00+00 BC'::timestamptz", "0044-03-15 12:00:00+00 BC",

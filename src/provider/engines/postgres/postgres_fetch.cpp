@@ -24,12 +24,16 @@ platform::RowIndex ChangedBy(PGresult* result) {
 
 }  // namespace
 
-std::vector<ado::ColumnDescription> ColumnsOf(const PGresult* described, const ColumnNames& names) {
+std::vector<ado::ColumnDescription> ColumnsOf(const PGresult* described,
+                                              const TableColumns& known) {
   std::vector<ado::ColumnDescription> columns;
   for (int n = 0; n < PQnfields(described); ++n) {
     ado::ColumnDescription column{PQfname(described, n), TypeOfOid(PQftype(described, n))};
-    const auto origin = names.find({PQftable(described, n), PQftablecol(described, n)});
-    if (origin != names.end()) column.sOrigin = origin->second;
+    const auto origin = known.find({PQftable(described, n), PQftablecol(described, n)});
+    if (origin != known.end()) column.sOrigin = origin->second.sName;
+    column.textOrder =
+        TextOrderOf(PQftype(described, n), origin != known.end() && origin->second.bBytes);
+    column.bNullIsLast = true;
     columns.push_back(std::move(column));
   }
   return columns;
@@ -43,11 +47,12 @@ bool IsReadInBinary(const PGresult* described) {
 }
 
 PostgresFetch::PostgresFetch(PostgresLink& link, const PGresult* described,
-                             const ColumnNames& names, const Limits& limits, ado::RowReceiver& rows)
+                             const TableColumns& known, const Limits& limits,
+                             ado::RowReceiver& rows)
     : m_link(link),
       m_limits(limits),
       m_receiver(rows),
-      m_descriptions(ColumnsOf(described, names)),
+      m_descriptions(ColumnsOf(described, known)),
       m_columns(m_descriptions.size()),
       m_bBinary(IsReadInBinary(described)),
       m_blockRows(kRowsInFirstBlock) {

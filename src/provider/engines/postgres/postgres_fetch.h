@@ -12,8 +12,8 @@
 
 namespace orvane::provider::engines {
 
-/// The columns of a result as the server describes it; the names tell where they come from.
-std::vector<ado::ColumnDescription> ColumnsOf(const PGresult* described, const ColumnNames& names);
+/// The columns of a result as the server describes it; the tables' tell where they come from.
+std::vector<ado::ColumnDescription> ColumnsOf(const PGresult* described, const TableColumns& known);
 /// True when every column is read in the server's binary form.
 bool IsReadInBinary(const PGresult* described);
 
@@ -25,7 +25,7 @@ class PostgresFetch {
     bool bReads = false;             ///< the statement changes nothing, so it may be ended early
   };
 
-  PostgresFetch(PostgresLink& link, const PGresult* described, const ColumnNames& names,
+  PostgresFetch(PostgresLink& link, const PGresult* described, const TableColumns& known,
                 const Limits& limits, ado::RowReceiver& rows);
   PostgresFetch(const PostgresFetch&) = delete;
   PostgresFetch& operator=(const PostgresFetch&) = delete;

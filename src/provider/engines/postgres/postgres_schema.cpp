@@ -23,7 +23,8 @@ enum : platform::ColumnIndex {
   kDefault,
   kGenerated,
   kTableNumber,
-  kColumnNumber
+  kColumnNumber,
+  kBytes
 };
 
 constexpr const char* kNamesOnly = "SELECT c.relname, c.relkind IN ('v', 'm')";
@@ -35,11 +36,24 @@ constexpr const char* kWithColumns =
     "coalesce(array_position(k.indkey::int2[], a.attnum) + 1, 0), "
     "CASE WHEN a.attgenerated = '' THEN pg_get_expr(d.adbin, d.adrelid) END, "
     "a.attgenerated <> '' OR a.attidentity = 'a', "
-    "c.oid, a.attnum";
+    "c.oid, a.attnum, ";
+
+// By their bytes stand texts of the C locale and of the engine's own ones, and those of C.UTF-8,
+// where code points count. What the server's encoding makes of bytes is another order only where
+// its characters lie otherwise than Unicode's. Servers before 15 know of the system's locales
+// alone.
+constexpr const char* kByBytes =
+    "coalesce((SELECT pg_encoding_to_char(b.encoding) IN ('UTF8', 'SQL_ASCII', 'LATIN1') AND "
+    "CASE WHEN l.collprovider = 'd' THEN coalesce(to_jsonb(b)->>'datlocprovider', 'c') ELSE "
+    "l.collprovider::text END || lower(CASE WHEN l.collprovider = 'd' THEN b.datcollate ELSE "
+    "l.collcollate END) IN ('cc', 'cposix', 'cc.utf-8', 'cc.utf8', 'bc', 'bc.utf-8', "
+    "'bpg_unicode_fast') "
+    "FROM pg_database b WHERE b.datname = current_database()), l.collprovider = 'b', false)";
 
 constexpr const char* kColumns =
     " LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 AND NOT a.attisdropped"
     " LEFT JOIN pg_type t ON t.oid = a.atttypid"
+    " LEFT JOIN pg_collation l ON l.oid = a.attcollation"
     " LEFT JOIN pg_attrdef d ON d.adrelid = c.oid AND d.adnum = a.attnum"
     " LEFT JOIN pg_index k ON k.indrelid = c.oid AND k.indisprimary";
 
@@ -97,11 +111,12 @@ std::vector<TableSchema> TablesOf(const platform::Recordset& rs) {
   return tables;
 }
 
-void TakeDownNames(const platform::Recordset& rs, ColumnNames& names) {
+void TakeDown(const platform::Recordset& rs, TableColumns& columns) {
   for (platform::RowIndex row = 0; row < rs.RecordCount(); ++row) {
     if (rs.ValueAt(row, kColumn).IsNull()) continue;
     const auto table = static_cast<Oid>(*rs.ValueAt(row, kTableNumber).As<std::int64_t>());
-    names[{table, platform::ToLong(rs.ValueAt(row, kColumnNumber))}] = TextAt(rs, row, kColumn);
+    columns[{table, platform::ToLong(rs.ValueAt(row, kColumnNumber))}] = {
+        TextAt(rs, row, kColumn), platform::ToBoolean(rs.ValueAt(row, kBytes))};
   }
 }
 
@@ -128,18 +143,18 @@ void AddIndexes(std::vector<TableSchema>& tables, const platform::Recordset& rs)
 }  // namespace
 
 std::vector<TableSchema> ReadPostgresSchema(const Text& sSchema, const SchemaRequest& request,
-                                            const AskServer& ask, ColumnNames& names) {
+                                            const AskServer& ask, TableColumns& columns) {
   std::vector<Value> vtParameters = {Value(sSchema)};
   if (request.sTable) vtParameters.emplace_back(*request.sTable);
   const Text sOneTable = request.sTable ? kOneTable : "";
-  Text sSql = request.bColumns ? kWithColumns : kNamesOnly;
+  Text sSql = request.bColumns ? Text(kWithColumns) + kByBytes : kNamesOnly;
   sSql += kTables;
   if (request.bColumns) sSql += kColumns;
   sSql += kWhich + sOneTable + kOrder;
   if (request.bColumns) sSql += ", a.attnum";
   const auto rs = ask(sSql, vtParameters);
   auto tables = TablesOf(*rs);
-  if (request.bColumns && request.sTable) TakeDownNames(*rs, names);
+  if (request.bColumns && request.sTable) TakeDown(*rs, columns);
   if (request.bIndexes && !tables.empty()) {
     AddIndexes(tables, *ask(kIndexes + sOneTable + kOrder + kIndexOrder, vtParameters));
   }

@@ -17,13 +17,18 @@ namespace orvane::provider::engines {
 using AskServer =
     std::function<platform::RecordsetPtr(const platform::Text&, std::vector<platform::Value>)>;
 
-/// Of columns by table and number, as results tell where a column comes from.
-using ColumnNames = std::map<std::pair<Oid, int>, platform::Text>;
+/// What a table tells of a column that results read from it.
+struct TableColumn {
+  platform::Text sName;
+  bool bBytes = false;  ///< its texts are put in order by their bytes
+};
+/// By table and number, as results tell where a column comes from.
+using TableColumns = std::map<std::pair<Oid, int>, TableColumn>;
 
 /// Tables, partitioned and foreign ones too, and views, materialized ones too, in the order of
-/// their names; fails as asking does. Of one table the names of its columns are taken down.
+/// their names; fails as asking does. Of one table the columns are taken down.
 std::vector<TableSchema> ReadPostgresSchema(const platform::Text& sSchema,
                                             const SchemaRequest& request, const AskServer& ask,
-                                            ColumnNames& names);
+                                            TableColumns& columns);
 
 }  // namespace orvane::provider::engines

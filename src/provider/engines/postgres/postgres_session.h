@@ -58,7 +58,7 @@ class PostgresSession final : public EngineSession {
   std::unique_ptr<PostgresLink> m_link;
   bool m_bRecords = false;       // the database has a historian's table of catalogs
   bool m_bKeepsRecords = false;  // which this user may change
-  ColumnNames m_columns;
+  TableColumns m_columns;
 };
 
 }  // namespace orvane::provider::engines

@@ -59,6 +59,35 @@ DataType TypeOfOid(Oid type) {
   }
 }
 
+platform::TextOrder TextOrderOf(Oid type, bool bBytes) {
+  using platform::TextOrder;
+  switch (static_cast<PostgresType>(type)) {
+    case PostgresType::Text:
+    case PostgresType::VarChar:
+    case PostgresType::Name:
+      return bBytes ? TextOrder::Bytes : TextOrder::Source;
+    case PostgresType::BpChar:
+      return bBytes ? TextOrder::TrailingBlanks : TextOrder::Source;
+    case PostgresType::Date:
+    case PostgresType::TimestampTz:
+    case PostgresType::Numeric:
+      return TextOrder::BeyondValues;
+    // The server has no order for them, so any is as good.
+    case PostgresType::Json:
+    case PostgresType::Xml:
+    case PostgresType::Point:
+    case PostgresType::LSeg:
+    case PostgresType::Path:
+    case PostgresType::Box:
+    case PostgresType::Polygon:
+    case PostgresType::Line:
+    case PostgresType::Circle:
+      return TextOrder::Bytes;
+    default:
+      return TypeOfOid(type) == DataType::WChar ? TextOrder::Source : TextOrder::Bytes;
+  }
+}
+
 bool IsReadInBinary(Oid type) {
   switch (static_cast<PostgresType>(type)) {
     case PostgresType::Bool:

@@ -23,9 +23,16 @@ enum class PostgresType : Oid {
   Oid = 26,
   Json = 114,
   Xml = 142,
+  Point = 600,
+  LSeg = 601,
+  Path = 602,
+  Box = 603,
+  Polygon = 604,
+  Line = 628,
   Float4 = 700,
   Float8 = 701,
   Unknown = 705,
+  Circle = 718,
   BpChar = 1042,
   VarChar = 1043,
   Date = 1082,
@@ -39,6 +46,10 @@ enum class PostgresType : Oid {
 
 /// The column type for a type of the server; WChar for what is known as its text only.
 platform::DataType TypeOfOid(Oid type);
+
+/// By what the server puts the values of the type in order that are texts here; bBytes where those
+/// of the column stand by their bytes.
+platform::TextOrder TextOrderOf(Oid type, bool bBytes);
 
 /// True when a value of the type is read in the server's binary form.
 bool IsReadInBinary(Oid type);

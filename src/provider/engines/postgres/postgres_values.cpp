@@ -69,16 +69,32 @@ bool IsShownAsDate(sys_days day) {
   return day >= kFirst && day <= kLast;
 }
 
+// The calendar comes again every 400 years; a year of the library's has 16 bits, the server's more.
+constexpr int kYearsOfCycle = 400;
+constexpr int kDaysOfCycle = 146'097;
+
+int CyclesIn(sys_days day) {
+  return std::chrono::floor<std::chrono::duration<int, std::ratio<86'400LL * kDaysOfCycle>>>(
+             day.time_since_epoch())
+      .count();
+}
+
+int YearOf(sys_days day) {
+  const int nCycles = CyclesIn(day);
+  return static_cast<int>(year_month_day(day - days(nCycles * kDaysOfCycle)).year()) +
+         nCycles * kYearsOfCycle;
+}
+
 // As the server writes it.
 Text DayText(sys_days day) {
-  const year_month_day date(day);
-  const int nYear = static_cast<int>(date.year());
+  const year_month_day date(day - days(CyclesIn(day) * kDaysOfCycle));
+  const int nYear = YearOf(day);
   return fmt::format("{:04}-{:02}-{:02}", nYear > 0 ? nYear : 1 - nYear,
                      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
 }
 
 const char* EraOf(sys_days day) {
-  return static_cast<int>(year_month_day(day).year()) > 0 ? "" : " BC";
+  return YearOf(day) > 0 ? "" : " BC";
 }
 
 void AppendDate(ado::Column& column, std::int32_t lDays) {
