@@ -10,8 +10,7 @@
 #include "platform/failure.h"
 #include "provider/historian/recorder_lock.h"
 #include "tools/orvane_historian/catalog_database.h"
-#include "tools/orvane_historian/machine_counters.h"
-#include "tools/orvane_historian/stop_signals.h"
+#include "tools/orvane_historian/sampling.h"
 
 namespace orvane::tools {
 namespace {
@@ -21,11 +20,6 @@ using platform::Failure;
 using platform::Text;
 using platform::Timestamp;
 namespace failure = platform::failure;
-
-struct Sample {
-  Timestamp time;
-  std::vector<Counter> counters;
-};
 
 // What is written into a catalog's file, and the file.
 class Rows {
@@ -226,21 +220,12 @@ std::int64_t Record(const ServerPlace& place, const RecordOrder& order) {
   const StopSignals signals;
   Recorder recorder(place, order, signals);
   if (!recorder.Begin()) return 0;
-  MachineCounters counters(order.proc);
-  std::int64_t llSamples = 0;
-  auto last = steady_clock::now();
-  auto next = last;
-  while (order.llCount == 0 || llSamples < order.llCount) {
-    // A machine that slept takes up the beat again instead of making up for it.
-    next = std::max(next + seconds(1), steady_clock::now());
-    if (signals.WaitUntil(next)) break;
-    const auto now = steady_clock::now();
-    recorder.Take({floor<milliseconds>(system_clock::now()), counters.Read(now - last)});
-    last = now;
-    ++llSamples;
-    if (!recorder.Write()) return llSamples;
-  }
-  recorder.End();
+  bool bHolds = true;
+  const auto llSamples = TakeSamples(order, signals, [&](Sample sample) {
+    recorder.Take(std::move(sample));
+    return bHolds = recorder.Write();
+  });
+  if (bHolds) recorder.End();
   return llSamples;
 }
 

@@ -10,8 +10,7 @@
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "platform/quoting.h"
-#include "tools/orvane_historian/machine_counters.h"
-#include "tools/orvane_historian/stop_signals.h"
+#include "tools/orvane_historian/sampling.h"
 
 namespace orvane::tools {
 
@@ -55,11 +54,6 @@ platform::ParameterRows RowsOf(std::vector<std::vector<Value>> rows) {
   };
 }
 
-struct WaitingSample {
-  platform::Timestamp time;
-  std::vector<Counter> counters;
-};
-
 class ServerRecorder {
  public:
   ServerRecorder(const Text& sServer, const RecordOrder& order)
@@ -80,7 +74,7 @@ class ServerRecorder {
     return true;
   }
 
-  void Take(WaitingSample sample) {
+  void Take(Sample sample) {
     constexpr std::size_t kMostWaiting = 3600;
     if (m_waiting.size() == kMostWaiting) m_waiting.pop_front();
     m_waiting.push_back(std::move(sample));
@@ -181,7 +175,7 @@ class ServerRecorder {
 
   ServerCatalog m_catalog;
   const RecordOrder& m_order;
-  std::deque<WaitingSample> m_waiting;
+  std::deque<Sample> m_waiting;
   std::set<Text> m_described;
   platform::Timestamp m_nextForget{};
   Text m_sTold;
@@ -217,19 +211,11 @@ std::int64_t RecordOnServer(const Text& sServer, const RecordOrder& order) {
   const StopSignals signals;
   ServerRecorder recorder(sServer, order);
   if (!recorder.Begin(signals)) return 0;
-  MachineCounters counters(order.proc);
-  std::int64_t llSamples = 0;
-  auto last = steady_clock::now();
-  auto next = last;
-  while (order.llCount == 0 || llSamples < order.llCount) {
-    next = std::max(next + seconds(1), steady_clock::now());
-    if (signals.WaitUntil(next)) break;
-    const auto now = steady_clock::now();
-    recorder.Take({floor<milliseconds>(system_clock::now()), counters.Read(now - last)});
-    last = now;
-    ++llSamples;
+  const auto llSamples = TakeSamples(order, signals, [&](Sample sample) {
+    recorder.Take(std::move(sample));
     recorder.Write();
-  }
+    return true;
+  });
   recorder.End();
   return llSamples;
 }
