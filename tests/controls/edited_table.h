@@ -29,7 +29,7 @@ struct EditedTable {
 
   /// Sends the row and accepts what was stored; gives the conflict there was.
   std::optional<controls::RowConflict> Store(platform::RowIndex row) const {
-    auto sent = controls::RowChanges(cn, objects, table, 10).Send(*rs, row);
+    auto sent = controls::RowChanges(cn, objects, table, lTimeout).Send(*rs, row);
     if (!sent.conflict) rs->Accept(row, sent.stored);
     return std::move(sent.conflict);
   }
@@ -38,6 +38,7 @@ struct EditedTable {
   platform::ConnectionPtr cn;
   platform::RecordsetPtr rs;
   controls::RowTable table;
+  platform::Long lTimeout = 10;  ///< of a statement, in seconds
 };
 
 /// A table "T" of the catalog "P", and what others see of it.

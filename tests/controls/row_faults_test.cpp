@@ -4,29 +4,38 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <fstream>
 #include <random>
+#include <set>
 #include <thread>
 
+#include "tests/controls/catalog_faults.h"
 #include "tests/controls/edited_table.h"
-#include "tests/provider/engines/refusing_disk.h"
+#include "tests/controls/on_engines.h"
+#include "tests/fakes/killed_program.h"
+#include "tests/provider/conformance/postgres_under_test.h"
+#include "tests/provider/engines/postgres_cluster.h"
 
 namespace orvane::controls {
 namespace {
 
-namespace fs = std::filesystem;
 using platform::RowState;
 using platform::Text;
 using platform::Value;
 using provider::FailureOf;
+using tests::Difference;
 
-class RowFaultsTest : public testing::Test {
+constexpr const char* kInOrder = "SELECT * FROM P..T ORDER BY id";
+
+class FaultyRows : public testing::Test {
  protected:
-  RowFaultsTest() {
+  explicit FaultyRows(const tests::EngineUnderTest& engine)
+      : m_server(tests::HistorianServer::Make(engine)),
+        m_faults(tests::CatalogFaults::Of(engine, m_server->Server())) {
     m_server->Run("CREATE TABLE P..T (id INTEGER PRIMARY KEY, a TEXT, b TEXT)");
-    m_server->Run("INSERT INTO P..T VALUES (1, '0', '0')");
+    m_server->Run("INSERT INTO P..T VALUES (1, '0', '0'), (2, 'other', NULL)");
     m_mine.emplace(m_server, "T");
+    m_mine->lTimeout = 1;
     m_mine->rs->ValueAt(0, 1, "mine");
   }
   // The failure, and that what was typed is still to be sent.
@@ -37,68 +46,130 @@ class RowFaultsTest : public testing::Test {
     EXPECT_EQ(m_mine->rs->OriginalAt(0, 1), Value("0"));
     return sFailure;
   }
+  Text Stored() { return m_server->Read(kInOrder); }
   // Once it is mended, the same row is sent again.
   void ExpectStoredNow() {
     EXPECT_FALSE(m_mine->Store(0));
-    EXPECT_EQ(m_server->Read("SELECT * FROM P..T"), "1|mine|0\n");
+    EXPECT_EQ(Stored(), "1|mine|0\n2|other|\n");
   }
 
-  std::shared_ptr<tests::HistorianServer> m_server = tests::HistorianServer::Make();
+  std::shared_ptr<tests::HistorianServer> m_server;
+  std::unique_ptr<tests::CatalogFaults> m_faults;
   std::optional<tests::EditedTable> m_mine;
 };
 
-TEST_F(RowFaultsTest, a_locked_catalog) {
+class row_faults : public FaultyRows, public tests::OnEngines {
+ protected:
+  row_faults() : FaultyRows(GetParam()) {}
+};
+
+class row_faults_of_files : public FaultyRows {
+ protected:
+  row_faults_of_files() : FaultyRows(provider::conformance::EmbeddedUnderTest()) {}
+};
+
+class row_faults_of_servers : public FaultyRows {
+ protected:
+  row_faults_of_servers() : FaultyRows(provider::conformance::PostgresUnderTest()) {}
+};
+
+ORVANE_ON_ENGINES(row_faults);
+
+TEST_P(row_faults, a_locked_catalog) {
   {
-    tests::Raw other(m_server->CatalogFile());
-    other.Run("BEGIN EXCLUSIVE");
-    EXPECT_EQ(Failing(),
-              "3803: The catalog \"P\" is locked by another program: try again when that is done.");
+    const auto lock = m_faults->Lock();
+    EXPECT_TRUE(Failing().starts_with(m_faults->OfLocked())) << Failing();
   }
   ExpectStoredNow();
 }
 
-TEST_F(RowFaultsTest, a_catalog_that_is_gone) {
-  const fs::path aside = m_server->CatalogFile().string() + ".aside";
-  fs::rename(m_server->CatalogFile(), aside);
-  EXPECT_TRUE(Failing().starts_with("3800: "));
-  EXPECT_FALSE(fs::exists(m_server->CatalogFile()));
-  fs::rename(aside, m_server->CatalogFile());
+TEST_P(row_faults, a_catalog_that_is_gone) {
+  m_faults->TakeAway();
+  EXPECT_TRUE(Failing().starts_with(m_faults->OfTakenAway())) << Failing();
+  m_faults->BringBack();
   ExpectStoredNow();
 }
 
-TEST_F(RowFaultsTest, a_catalog_that_was_replaced) {
-  const fs::path aside = m_server->CatalogFile().string() + ".aside";
-  fs::rename(m_server->CatalogFile(), aside);
-  std::ofstream(m_server->CatalogFile()) << "no database, but a text of some length";
-  EXPECT_TRUE(Failing().starts_with("3802: "));
-  fs::remove(m_server->CatalogFile());
-  tests::Raw(m_server->CatalogFile())
-      .Run("CREATE TABLE T (id INTEGER PRIMARY KEY, a TEXT, b TEXT)");
+TEST_P(row_faults, a_catalog_that_was_replaced) {
+  m_faults->TakeAway();
+  m_faults->Replace();
   const auto conflict = m_mine->Store(0);
   ASSERT_TRUE(conflict);
   EXPECT_TRUE(conflict->IsGone());
   EXPECT_EQ(m_mine->rs->ValueAt(0, 1), Value("mine"));
-  fs::rename(aside, m_server->CatalogFile());
+  EXPECT_EQ(Stored(), "") << "nothing in the other one";
+  m_faults->BringBack();
   ExpectStoredNow();
 }
 
-TEST_F(RowFaultsTest, a_full_disk) {
+TEST_F(row_faults_of_files, a_catalog_in_whose_place_another_file_stands) {
+  m_faults->TakeAway();
+  std::ofstream(m_server->CatalogFile()) << "no database, but a text of some length";
+  EXPECT_TRUE(Failing().starts_with("3802: "));
+  m_faults->BringBack();
+  ExpectStoredNow();
+}
+
+TEST_P(row_faults, a_full_disk) {
   {
-    const tests::RefusingDisk full(ENOSPC);
+    const auto full = m_faults->FillDisk();
     EXPECT_TRUE(Failing().starts_with("3807: ")) << Failing();
   }
   ExpectStoredNow();
 }
 
-TEST_F(RowFaultsTest, a_closed_connection) {
+TEST_P(row_faults, a_closed_connection) {
   m_mine->cn->Close();
   EXPECT_TRUE(Failing().starts_with("3704: "));
   m_mine->cn = m_server->Connect();
   ExpectStoredNow();
 }
 
+TEST_F(row_faults_of_servers, a_server_that_breaks_down) {
+  tests::PostgresCluster::Get().Kill();
+  EXPECT_TRUE(Failing().starts_with("3704: ")) << Failing();
+  tests::PostgresCluster::Get().Start();
+  m_mine->cn = m_server->Connect();
+  ExpectStoredNow();
+}
+
 // Both cells get the same number in one send; a row of two different ones would be half a change.
-TEST_F(RowFaultsTest, a_killed_program_leaves_the_row_whole) {
+TEST_P(row_faults, a_program_killed_between_two_steps_leaves_the_row_whole) {
+  m_mine.reset();
+  m_server->Run("INSERT INTO P..Data (Tag, Timestamp, Value) VALUES ('T1', '*', 1.5)");
+  const Text sData = m_server->Read("SELECT * FROM P..Data");
+  std::set<Text> seen;
+  Text sBefore = "0";
+  int nStep = 1;
+  for (auto ended = tests::Ended::Killed; ended == tests::Ended::Killed; ++nStep) {
+    const Text sNumber = std::to_string(nStep);
+    const auto send = [&] {
+      const tests::EditedTable mine(m_server, "T", {}, kInOrder);
+      mine.rs->ValueAt(0, 1, sNumber);
+      mine.rs->ValueAt(0, 2, sNumber);
+      mine.Store(0);
+    };
+    ended = Differs(Difference::kChoosesItsPlaces)
+                ? tests::KilledBefore(nStep, send, &tests::TalksToServer)
+                : tests::KilledBefore(nStep, send);
+    ASSERT_NE(ended, tests::Ended::Untraceable) << "this machine lets no process be traced";
+    m_faults->AwaitGone();
+    const Text sOld = "1|" + sBefore + "|" + sBefore + "\n2|other|\n";
+    const Text sNew = "1|" + sNumber + "|" + sNumber + "\n2|other|\n";
+    const Text sNow = Stored();
+    ASSERT_TRUE(sNow == sOld || sNow == sNew) << "killed before step " << nStep << ": " << sNow;
+    seen.insert(sNow == sNew ? "new" : "old");
+    if (sNow == sNew) sBefore = sNumber;
+    ASSERT_EQ(m_server->Read("SELECT * FROM P..Data"), sData) << "killed before step " << nStep;
+  }
+  EXPECT_EQ(Stored(), "1|" + sBefore + "|" + sBefore + "\n2|other|\n");
+  EXPECT_EQ(sBefore, std::to_string(nStep - 1)) << "the last one was not killed";
+  EXPECT_EQ(seen.size(), 2U);
+  EXPECT_GT(nStep, 8);
+}
+
+// Both cells get the same number in one send; a row of two different ones would be half a change.
+TEST_P(row_faults, a_killed_program_leaves_the_row_whole) {
   constexpr int kKills = 12;
   std::mt19937 random(11);
   m_mine.reset();
@@ -108,7 +179,7 @@ TEST_F(RowFaultsTest, a_killed_program_leaves_the_row_whole) {
     const pid_t child = fork();
     if (child == 0) {
       try {
-        const tests::EditedTable mine(m_server, "T");
+        const tests::EditedTable mine(m_server, "T", {}, kInOrder);
         for (int n = 0;; ++n) {
           const Text sNumber = std::to_string(nKill) + "." + std::to_string(n);
           mine.rs->ValueAt(0, 1, sNumber);
@@ -129,9 +200,10 @@ TEST_F(RowFaultsTest, a_killed_program_leaves_the_row_whole) {
     int nStatus = 0;
     waitpid(child, &nStatus, 0);
     ASSERT_TRUE(WIFSIGNALED(nStatus));
-    EXPECT_EQ(
-        m_server->Read("SELECT id, a = b, a LIKE '" + std::to_string(nKill) + ".%' FROM P..T"),
-        "1|1|1\n");
+    m_faults->AwaitGone();
+    EXPECT_EQ(m_server->Read("SELECT CASE WHEN a = b AND a LIKE '" + std::to_string(nKill) +
+                             ".%' THEN 'whole' END FROM P..T WHERE id = 1"),
+              "whole\n");
   }
 }
 

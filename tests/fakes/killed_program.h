@@ -34,13 +34,24 @@ inline bool ChangesFiles(const __ptrace_syscall_info& call) {
   return number == SYS_openat ? (call.entry.args[2] & O_CREAT) != 0 : changing.contains(number);
 }
 
-/// Does the work in a process of its own and kills that before its n-th changing call, from 1.
+/// Whether the system call is a step of a talk with a server.
+inline bool TalksToServer(const __ptrace_syscall_info& call) {
+  if (call.op != PTRACE_SYSCALL_INFO_ENTRY) return false;
+  const auto number = static_cast<long>(call.entry.nr);
+  return number == SYS_sendto || number == SYS_recvfrom;
+}
+
+/// Does the work in a process of its own and kills that before its n-th such call, from 1,
+/// whichever of its threads makes it.
 template <class Work>
-Ended KilledBefore(int nCall, Work&& work) {
+Ended KilledBefore(int nCall, Work&& work,
+                   bool (*isStep)(const __ptrace_syscall_info&) = &ChangesFiles) {
   const pid_t child = fork();
   if (child == 0) {
     constexpr int kUntraceable = 97;
-    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(kUntraceable);
+    if (setpgid(0, 0) != 0 || ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
+      _exit(kUntraceable);
+    }
     raise(SIGSTOP);
     try {
       work();
@@ -52,17 +63,19 @@ Ended KilledBefore(int nCall, Work&& work) {
   int nStatus = 0;
   waitpid(child, &nStatus, 0);
   if (!WIFSTOPPED(nStatus)) return Ended::Untraceable;
-  ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-  for (int nCalls = 0;;) {
-    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-    waitpid(child, &nStatus, 0);
-    if (!WIFSTOPPED(nStatus)) return Ended::ByItself;
+  ptrace(PTRACE_SETOPTIONS, child, nullptr,
+         PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL | PTRACE_O_TRACECLONE);
+  int nCalls = 0;
+  for (pid_t thread = child;;) {
+    ptrace(PTRACE_SYSCALL, thread, nullptr, nullptr);
+    thread = waitpid(-child, &nStatus, __WALL);
+    if (!WIFSTOPPED(nStatus)) {
+      if (thread == child || thread < 0) return nCalls >= nCall ? Ended::Killed : Ended::ByItself;
+      continue;
+    }
     __ptrace_syscall_info call{};
-    if (ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call) <= 0) continue;
-    if (!ChangesFiles(call) || ++nCalls != nCall) continue;
-    kill(child, SIGKILL);
-    waitpid(child, &nStatus, 0);
-    return Ended::Killed;
+    if (ptrace(PTRACE_GET_SYSCALL_INFO, thread, sizeof call, &call) <= 0) continue;
+    if (isStep(call) && ++nCalls == nCall) kill(child, SIGKILL);
   }
 }
 

@@ -37,6 +37,11 @@ bool IsText(const Value& vtValue) {
   }
 }
 
+/// A column may keep fewer digits than are sent, and takes both zeros for equal.
+bool IsDouble(const Value& vtValue) {
+  return vtValue.Kind() == ValueKind::Double;
+}
+
 /// Puts a statement together, its values in the order of their places.
 class Composer {
  public:
@@ -76,15 +81,16 @@ class Composer {
     const bool bText = IsText(vtValue);
     if (bText && bKey) AddName(column).Add(" = ").AddValue(column, vtValue).Add(" AND ");
     AddName(column).Add(" = ").AddValue(column, vtValue);
-    if (bText) Add(" COLLATE BINARY");
+    if (bText || IsDouble(vtValue)) Add(" COLLATE BINARY");
   }
   /// That the column holds exactly a value that is not known yet, null included.
   void AddAny(ColumnIndex column, bool bKey) {
     BeginCondition();
-    if (bKey) AddName(column).Add(" = ?");
+    const bool bByRule = bKey && ComparesByRule(column);
+    if (bByRule) AddName(column).Add(" = ?");
     const bool bExactly = ComparesTexts(column);
-    if (bKey && !bExactly) return;
-    if (bKey) Add(" AND ");
+    if (bByRule && !bExactly) return;
+    if (bByRule) Add(" AND ");
     AddName(column).Add(" IS ?");
     if (bExactly) Add(" COLLATE BINARY");
   }
@@ -100,6 +106,10 @@ class Composer {
   /// A column of times holds no text that is compared.
   bool ComparesTexts(ColumnIndex column) const {
     return m_rs.FieldAt(column).Type() != DataType::DBTimeStamp;
+  }
+  /// A number may be another one to a column of fewer digits.
+  bool ComparesByRule(ColumnIndex column) const {
+    return m_rs.FieldAt(column).Type() != DataType::Double;
   }
   void AddOriginal(RowIndex row, ColumnIndex column) {
     if (IsKey(column)) return;
@@ -220,7 +230,7 @@ std::vector<Value> ValuesOfDeleted(const RowTable& table, const Recordset& rs, R
     const Value vtKey = rs.OriginalAt(row, column);
     composer.RequireKey(column, vtKey);
     values.push_back(vtKey);
-    if (composer.ComparesTexts(column)) values.push_back(vtKey);
+    if (composer.ComparesByRule(column) && composer.ComparesTexts(column)) values.push_back(vtKey);
   }
   for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
     if (table.NameOf(rs, column).empty() || composer.IsKey(column)) continue;

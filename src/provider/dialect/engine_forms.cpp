@@ -6,6 +6,19 @@ namespace orvane::provider::dialect {
 
 using platform::Text;
 
+namespace {
+
+// What an order is told of, out of its brackets.
+const Expr& BehindOrder(const Expr& side) {
+  const Expr* inner = &side;
+  while (inner->kind == ExprKind::Collate || inner->kind == ExprKind::Bracket) {
+    inner = inner->children.front();
+  }
+  return *inner;
+}
+
+}  // namespace
+
 void EngineForms::Write() {
   // What stands in another one first.
   for (auto expr = m_tree.expressions.rbegin(); expr != m_tree.expressions.rend(); ++expr) {
@@ -106,9 +119,7 @@ bool EngineForms::IsOfColumn(const Expr& compare) const {
   }
   bool bColumn = false;
   for (const Expr* side : compare.children) {
-    while (side->kind == ExprKind::Collate || side->kind == ExprKind::Bracket) {
-      side = side->children.front();
-    }
+    side = &BehindOrder(*side);
     if (!side->children.empty() || side->query != nullptr || side->kind == ExprKind::Call) {
       return false;
     }
@@ -133,7 +144,10 @@ void EngineForms::WriteSameBytes(const Expr& compare) {
     }
     if (IsWordBehindIs(behind)) return;
   }
-  const std::string_view sForm = bIs ? m_form.sSameBytesOrNull : m_form.sSameBytes;
+  const bool bColumn = BehindOrder(*compare.children.front()).kind == ExprKind::Name;
+  const std::string_view sOfColumn = bIs ? m_form.sColumnSameBytesOrNull : m_form.sColumnSameBytes;
+  const std::string_view sOfAny = bIs ? m_form.sSameBytesOrNull : m_form.sSameBytes;
+  const std::string_view sForm = bColumn ? sOfColumn : sOfAny;
   const std::size_t nFirst = sForm.find("{}");
   const std::size_t nSecond = sForm.find("{}", nFirst + 2);
   m_edits.Replace({operation, behind}, Text(sForm.substr(nFirst + 2, nSecond - nFirst - 2)));

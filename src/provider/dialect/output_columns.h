@@ -14,8 +14,9 @@ namespace orvane::provider::dialect {
 struct OutputColumn {
   platform::Text sName;
   Kinds kinds = kinds::kNull;
-  std::size_t item = 0;  ///< of a SELECT: which of its items puts it out
-  bool bHidden = false;  ///< no star stands for it
+  std::size_t item = 0;       ///< of a SELECT: which of its items puts it out
+  bool bHidden = false;       ///< no star stands for it
+  bool bWithoutZone = false;  ///< times that the server hands out and takes as texts
 };
 
 class OutputColumns {

@@ -199,6 +199,10 @@ class TimeAnalysis {
   std::map<platform::Text, StoredTimes> Stored();
 
   // --- becoming a time ---
+  bool IsWithoutZone(const Operand& operand);
+  bool IsGivenText(const Operand& operand) const;
+  bool IsGivenText(const Query& query, std::size_t column) const;
+  bool MeetsAsText(const std::vector<Operand>& operands);
   void Convert(const Operand& operand);
   void Convert(const Expr& expr);
   bool ConvertParts(const Expr& expr, Kinds kinds);

@@ -36,6 +36,36 @@ void TimeAnalysis::CheckKept(const Expr& expr) const {
        "compare times in the statements that read it");
 }
 
+// A column of times without a zone is handed out as texts, and what comes back by a parameter is
+// such a text: nobody can tell which moment it is.
+bool TimeAnalysis::IsWithoutZone(const Operand& operand) {
+  if (operand.expr == nullptr) return false;
+  const Expr& inside = *Inside(operand.expr);
+  if (inside.kind != ExprKind::Name) return false;
+  const Found found = Find(inside.chain, inside.scope);
+  return found.column != nullptr && found.column->bWithoutZone;
+}
+
+bool TimeAnalysis::IsGivenText(const Operand& operand) const {
+  if (operand.expr == nullptr) return false;
+  const Expr& inside = *Inside(operand.expr);
+  return inside.kind == ExprKind::String && At(inside.range.begin).nParameter != 0;
+}
+
+bool TimeAnalysis::IsGivenText(const Query& query, std::size_t column) const {
+  return std::ranges::all_of(query.cores, [&](const Scope* core) {
+    return !core->rows.empty() && std::ranges::all_of(core->rows, [&](const auto& row) {
+      return column < row.size() && IsGivenText(Operand{row[column], nullptr, nullptr, 0, 0});
+    });
+  });
+}
+
+bool TimeAnalysis::MeetsAsText(const std::vector<Operand>& operands) {
+  return std::ranges::all_of(operands, [this](const Operand& operand) {
+    return IsGivenText(operand) || IsWithoutZone(operand);
+  });
+}
+
 void TimeAnalysis::Convert(const Operand& operand) {
   if (operand.expr != nullptr) {
     Convert(*operand.expr);

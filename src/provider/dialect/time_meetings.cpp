@@ -154,6 +154,7 @@ void TimeAnalysis::LookAtChange() {
     const std::size_t token = assignment.value->range.begin;
     for (std::size_t i = 0; i < assignment.columns.size() && i < values.size(); ++i) {
       const auto place = FindPlace(columns, At(assignment.columns[i]).sText);
+      if (place && columns[*place].bWithoutZone && IsGivenText(values[i])) continue;
       if (place && columns[*place].kinds == kinds::kTime) {
         Store(values[i]);
       } else {
@@ -181,6 +182,9 @@ void TimeAnalysis::LookAtInsert() {
     const OutputColumns& values = OutputOf(*m_tree.mainQuery);
     for (std::size_t i = 0; i < places.size(); ++i) {
       if (places[i]) given.insert(*places[i]);
+      if (places[i] && columns[*places[i]].bWithoutZone && IsGivenText(*m_tree.mainQuery, i)) {
+        continue;
+      }
       if (places[i] && columns[*places[i]].kinds == kinds::kTime) {
         StoreOutput(*m_tree.mainQuery, i);
       } else if (i < values.size()) {
@@ -360,6 +364,7 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
   Kinds all = kinds::kNull;
   for (const auto& operand : operands) all |= KindsOf(operand);
   if (kinds::Has(all, kinds::kTimes)) {
+    if (MeetsAsText(operands)) return kinds::kTime;
     for (const auto& operand : operands) Convert(operand);
     return kinds::kTime | (all & kinds::kShifted);
   }

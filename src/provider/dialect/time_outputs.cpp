@@ -71,7 +71,8 @@ const OutputColumns& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
       }
     }
     if (view != nullptr) kinds = i < view->kinds.size() ? view->kinds[i] : kUnknown;
-    columns.Add({column.sName, kinds, 0});
+    const bool bWithoutZone = column.content == Content::Time && column.bText;
+    columns.Add({column.sName, kinds, 0, false, bWithoutZone});
   }
   return known->second = std::move(columns);
 }

@@ -49,6 +49,9 @@ struct SqlForm {
   /// equal. The first is null where one of them is; for the second two nulls are the same.
   std::string_view sSameBytes;
   std::string_view sSameBytesOrNull;
+  /// The same where the first value is a column, whose type then holds for both.
+  std::string_view sColumnSameBytes;
+  std::string_view sColumnSameBytesOrNull;
   std::string_view sBytesBefore;  ///< before and behind the digits of bytes
   std::string_view sBytesBehind;
   std::string_view sMicroseconds;   ///< behind a number: that it counts them

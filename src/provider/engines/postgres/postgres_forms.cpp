@@ -171,6 +171,18 @@ const SqlForm kPostgresForm = {
     .sSameBytesOrNull =
         "SELECT CASE count(o.v) WHEN 2 THEN count(DISTINCT o.v::text COLLATE \"C\") = 1 ELSE "
         "count(o.v) = 0 END FROM (VALUES ({}), ({})) AS o(v)",
+    // A number of single precision is given as it is written, 0.1, and would be widened into
+    // another.
+    .sColumnSameBytes =
+        "SELECT CASE count(o.v) WHEN 2 THEN count(DISTINCT CASE WHEN o.c AND pg_typeof(o.v) = "
+        "'double precision'::regtype THEN \"=\".v::text::float8::text ELSE o.v::text END COLLATE "
+        "\"C\") = 1 END FROM (SELECT {} AS v) AS \"=\", LATERAL (VALUES (\"=\".v, true), ({}, "
+        "false)) AS o(v, c)",
+    .sColumnSameBytesOrNull =
+        "SELECT CASE count(o.v) WHEN 2 THEN count(DISTINCT CASE WHEN o.c AND pg_typeof(o.v) = "
+        "'double precision'::regtype THEN \"=\".v::text::float8::text ELSE o.v::text END COLLATE "
+        "\"C\") = 1 ELSE count(o.v) = 0 END FROM (SELECT {} AS v) AS \"=\", LATERAL (VALUES "
+        "(\"=\".v, true), ({}, false)) AS o(v, c)",
     .sBytesBefore = "'\\x",
     .sBytesBehind = "'::bytea",
     .sMicroseconds = " * interval '0.000001 s'",
