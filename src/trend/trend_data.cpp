@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <utility>
 
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
+#include "platform/exact_number.h"
 
 namespace orvane::trend {
 
@@ -26,14 +28,26 @@ bool IsNumber(DataType type) {
          type == DataType::Numeric;
 }
 
-/// A number as a double; anything else is a gap.
-double NumberOf(const Value& vt) {
-  if (const auto* d = vt.As<double>()) return *d;
+/// Up to here a double has each whole number.
+constexpr std::int64_t kMostWhole = std::int64_t{1} << 53;
+
+/// A number as a double; anything else is a gap. What is stored is told where the double is another
+/// number.
+double NumberOf(const Value& vt, Text& sStored) {
+  if (const auto* d = vt.As<double>()) {
+    if (!std::isfinite(*d)) sStored = platform::ToText(vt);
+    return *d;
+  }
   if (const auto* l = vt.As<std::int32_t>()) return *l;
-  if (const auto* ll = vt.As<std::int64_t>()) return static_cast<double>(*ll);
-  if (vt.As<platform::Decimal>() != nullptr) {
+  if (const auto* ll = vt.As<std::int64_t>()) {
+    if (*ll < -kMostWhole || *ll > kMostWhole) sStored = platform::ToText(vt);
+    return static_cast<double>(*ll);
+  }
+  if (const auto* decimal = vt.As<platform::Decimal>()) {
+    const Text& sDigits = decimal->sDigits;
+    const auto exact = platform::ExactNumber(sDigits);
+    if (!exact || exact->As<double>() == nullptr) sStored = sDigits;
     // Not by the locale: its comma is no point.
-    const Text sDigits = platform::ToText(vt);
     double number = kGap;
     std::from_chars(sDigits.data(), sDigits.data() + sDigits.size(), number);
     return number;
@@ -70,6 +84,14 @@ std::optional<ColumnIndex> TagColumn(const Recordset& rs, ColumnIndex time) {
 }
 
 }  // namespace
+
+Text TrendLine::StoredText(std::size_t point) const {
+  if (const auto sStored = series.StoredAt(point); !sStored.empty()) return Text(sStored);
+  const double value = series.ValueAt(point);
+  // Of whole numbers a double would be written shorter (1e+05).
+  const bool bInteger = bWhole && value == std::trunc(value);
+  return bInteger ? platform::ToText(static_cast<std::int64_t>(value)) : Text();
+}
 
 double TrendTime(Timestamp time) {
   return static_cast<double>(time.time_since_epoch().count());
@@ -139,8 +161,9 @@ void TrendReader::ReadRow(RowIndex row) {
     for (std::size_t n = 0; n < m_columns.numbers.size(); ++n) m_lines[*line + n].sUnit = sUnit;
   }
   for (std::size_t n = 0; n < m_columns.numbers.size(); ++n) {
-    m_lines[*line + n].series.Append(TrendTime(*time),
-                                     NumberOf(m_rs->ValueAt(row, m_columns.numbers[n])));
+    Text sStored;
+    const double number = NumberOf(m_rs->ValueAt(row, m_columns.numbers[n]), sStored);
+    m_lines[*line + n].series.Append(TrendTime(*time), number, sStored);
   }
 }
 
@@ -157,7 +180,9 @@ std::optional<std::size_t> TrendReader::LinesOf(const Value& vtTag) {
   const std::size_t first = m_lines.size();
   for (const ColumnIndex column : m_columns.numbers) {
     const Text& sColumn = m_rs->FieldAt(column).Name();
-    TrendLine line{{}, sTag, {}, TrendSeries(m_memory)};
+    const DataType type = m_rs->FieldAt(column).Type();
+    TrendLine line{
+        {}, sTag, {}, TrendSeries(m_memory), type == DataType::Integer || type == DataType::BigInt};
     line.sName = !m_columns.tag                  ? sColumn
                  : m_columns.numbers.size() == 1 ? sTag
                                                  : sTag + ", " + sColumn;

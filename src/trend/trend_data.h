@@ -1,6 +1,6 @@
 // The lines of a trend, read from rows: which columns tell the time, the numbers and whose they
-// are, and all values as doubles, read once and in slices, so that nobody waits for them. Without a
-// toolkit; one thread at a time.
+// are, and all values as doubles, with their digits where no double has them; read once and in
+// slices, so that nobody waits for them. Without a toolkit; one thread at a time.
 #pragma once
 
 #include <map>
@@ -33,6 +33,11 @@ struct TrendLine {
   platform::Text sTag;   ///< empty where no column says whose the numbers are
   platform::Text sUnit;  ///< empty where it is not known
   TrendSeries series;
+  bool bWhole = false;  ///< its column holds whole numbers
+
+  /// The value of a point as it is stored, where that is written otherwise than the double that is
+  /// drawn; empty where it is that double, or nothing.
+  platform::Text StoredText(std::size_t point) const;
 };
 
 /// From the lowest value in sight to the highest, by unit.

@@ -49,7 +49,10 @@ void AppendPoint(Text& sOut, const TrendLine& line, std::size_t point, const zon
   sOut += c;
   exports::AppendTime(sOut, TimestampOf(line.series.TimeAt(point)), zone);
   sOut += c;
-  if (const double value = line.series.ValueAt(point); !std::isnan(value)) {
+  const Text sStored = line.StoredText(point);
+  if (const double value = line.series.ValueAt(point); !sStored.empty()) {
+    sOut += sStored;
+  } else if (!std::isnan(value)) {
     exports::AppendDouble(sOut, value);
   }
   sOut += c;

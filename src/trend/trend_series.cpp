@@ -67,16 +67,33 @@ double PixelColumns::At(double time) const {
 TrendSeries::TrendSeries(std::shared_ptr<std::pmr::memory_resource> memory)
     : m_memory(std::move(memory)),
       m_times(m_memory ? m_memory.get() : std::pmr::new_delete_resource()),
-      m_values(Memory()) {}
+      m_values(Memory()),
+      m_stored(Memory()),
+      m_texts(Memory()) {}
 
 void TrendSeries::Reserve(std::size_t points) {
   m_times.reserve(points);
   m_values.reserve(points);
 }
 
-void TrendSeries::Append(double time, double value) {
+void TrendSeries::Append(double time, double value, std::string_view sStored) {
+  if (!sStored.empty()) {
+    m_stored.push_back({Size(), m_texts.size(), sStored.size()});
+    m_texts.insert(m_texts.end(), sStored.begin(), sStored.end());
+  }
   m_times.push_back(time);
   m_values.push_back(std::isfinite(value) ? value : kGap);
+}
+
+const TrendSeries::Stored* TrendSeries::FindStored(std::size_t point) const {
+  const auto found = std::ranges::lower_bound(m_stored, point, {}, &Stored::point);
+  return found != m_stored.end() && found->point == point ? &*found : nullptr;
+}
+
+std::string_view TrendSeries::StoredAt(std::size_t point) const {
+  const Stored* stored = FindStored(point);
+  return stored ? std::string_view(m_texts.data() + stored->begin, stored->length)
+                : std::string_view();
 }
 
 void TrendSeries::Finish(const std::stop_token& stop) {
@@ -95,6 +112,8 @@ void TrendSeries::Sort(const std::stop_token& stop) {
   if (bNewestFirst) {
     std::reverse(m_times.begin(), m_times.end());
     std::reverse(m_values.begin(), m_values.end());
+    std::reverse(m_stored.begin(), m_stored.end());
+    for (Stored& stored : m_stored) stored.point = Size() - 1 - stored.point;
     return;
   }
   struct Placed {
@@ -116,6 +135,16 @@ void TrendSeries::Sort(const std::stop_token& stop) {
     values.push_back(m_values[order[n].point]);
   }
   m_values.swap(values);
+  if (m_stored.empty()) return;
+  std::pmr::vector<Stored> moved(Memory());
+  moved.reserve(m_stored.size());
+  for (std::size_t n = 0; n < order.size(); ++n) {
+    if (stop.stop_requested()) throw Stopped();
+    if (const Stored* stored = FindStored(order[n].point)) {
+      moved.push_back({n, stored->begin, stored->length});
+    }
+  }
+  m_stored.swap(moved);
 }
 
 void TrendSeries::BuildLevels(const std::stop_token& stop) {

@@ -10,6 +10,7 @@
 #include <memory_resource>
 #include <optional>
 #include <stop_token>
+#include <string_view>
 #include <vector>
 
 namespace orvane::trend {
@@ -76,8 +77,9 @@ class TrendSeries {
   TrendSeries& operator=(TrendSeries&&) = delete;
 
   void Reserve(std::size_t points);
-  /// In any order of times. A value that is not finite is a gap.
-  void Append(double time, double value);
+  /// In any order of times. A value that is not finite is a gap. What is stored, as a text, goes
+  /// with the value where that does not say it exactly.
+  void Append(double time, double value, std::string_view sStored = {});
   /// Puts the points in the order of their times and readies them for drawing. Those of one time
   /// stay as they came; where all came newest first, the last one comes first. Nothing is appended
   /// afterwards. Ends early, with nothing that can be drawn, when it is stopped.
@@ -86,6 +88,8 @@ class TrendSeries {
   std::size_t Size() const { return m_times.size(); }
   double TimeAt(std::size_t point) const { return m_times[point]; }
   double ValueAt(std::size_t point) const { return m_values[point]; }
+  /// What is stored there, where the value does not say it exactly; empty where it does.
+  std::string_view StoredAt(std::size_t point) const;
   /// The first point not before the time; Size() behind the last one.
   std::size_t From(double time) const;
   /// The last point at the time or before it.
@@ -109,8 +113,15 @@ class TrendSeries {
   using Numbers = std::pmr::vector<double>;
   /// Each over kFan nodes of the one before; the first over points.
   using Level = std::pmr::vector<Extremes>;
+  /// A text of m_texts, of a point.
+  struct Stored {
+    std::size_t point;
+    std::size_t begin;
+    std::size_t length;
+  };
 
   std::size_t FirstAtLeast(const PixelColumns& columns, double column, std::size_t begin) const;
+  const Stored* FindStored(std::size_t point) const;
   void Sort(const std::stop_token& stop);
   void BuildLevels(const std::stop_token& stop);
   std::pmr::memory_resource* Memory() const { return m_times.get_allocator().resource(); }
@@ -118,6 +129,8 @@ class TrendSeries {
   std::shared_ptr<std::pmr::memory_resource> m_memory;  ///< outlives what lies in it
   Numbers m_times;
   Numbers m_values;
+  std::pmr::vector<Stored> m_stored;  ///< by point
+  std::pmr::vector<char> m_texts;
   std::vector<Level> m_levels;
 };
 

@@ -31,6 +31,8 @@ std::optional<std::size_t> TrendValues::PointOf(std::size_t line) const {
 QString TrendValues::ValueText(std::size_t line) const {
   const auto point = PointOf(line);
   if (!point) return {};
+  const platform::Text sStored = (*m_lines)[line].StoredText(*point);
+  if (!sStored.empty()) return QString::fromStdString(sStored);
   const double value = (*m_lines)[line].series.ValueAt(*point);
   return std::isnan(value) ? QStringLiteral("no value")
                            : QString::fromStdString(platform::ToText(value));

@@ -56,6 +56,33 @@ TEST(TrendDataTest, without_tags_a_number_column_has_a_line) {
   EXPECT_EQ(lines[1].series.ValueAt(1), 3);
 }
 
+TEST(TrendDataTest, what_is_stored_goes_with_what_no_double_says) {
+  RecordsetBuilder builder({{"When", DataType::DBTimeStamp},
+                            {"Count", DataType::BigInt},
+                            {"Exact", DataType::Numeric},
+                            {"Value", DataType::Double}});
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const auto decimal = [](const char* sDigits) { return platform::Decimal{sDigits}; };
+  builder.AppendRow(
+      {Second(0), std::int64_t{9'007'199'254'740'993}, decimal("0.12345678901234567890123"), 0.1});
+  builder.AppendRow(
+      {Second(1), std::numeric_limits<std::int64_t>::min(), decimal("12.50"), -kInfinity});
+  builder.AppendRow({Second(2), std::int64_t{100'000}, decimal("9007199254740993"), 1e5});
+  builder.AppendRow({Second(3), Value(), decimal(("1" + std::string(400, '0')).c_str()),
+                     std::numeric_limits<double>::quiet_NaN()});
+  const auto lines = LinesOf(builder.Finish());
+  const auto stored = [&](std::size_t line) {
+    platform::Text sAll;
+    for (std::size_t n = 0; n < 4; ++n) sAll += lines[line].StoredText(n).substr(0, 25) + "|";
+    return sAll;
+  };
+  EXPECT_EQ(stored(0), "9007199254740993|-9223372036854775808|100000||");
+  EXPECT_EQ(stored(1), "0.12345678901234567890123||9007199254740993|1000000000000000000000000|");
+  EXPECT_EQ(lines[1].StoredText(3).size(), 401U);
+  EXPECT_EQ(stored(2), "|-inf||nan|");
+  EXPECT_TRUE(std::isnan(lines[1].series.ValueAt(3))) << "no double is that large";
+}
+
 TEST(TrendDataTest, a_tag_with_several_numbers_has_a_line_for_each) {
   RecordsetBuilder builder({{"TAG", DataType::WChar},
                             {"Timestamp", DataType::DBTimeStamp},

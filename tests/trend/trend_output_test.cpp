@@ -66,6 +66,22 @@ TEST_F(trend_output, the_points_in_sight_are_copied) {
             "Line\tTimestamp\tValue\tUnit\na\t2023-11-14 22:13:21+00:00\t1.0\tbar\n");
 }
 
+TEST_F(trend_output, points_are_written_as_they_are_stored) {
+  ado::RecordsetBuilder builder(
+      {{"Timestamp", platform::DataType::DBTimeStamp}, {"Count", platform::DataType::BigInt}});
+  builder.AppendRow({Second(0), std::int64_t{9'007'199'254'740'993}});
+  builder.AppendRow({Second(1), std::int64_t{100'000}});
+  const auto rs = builder.Finish();
+  TrendReader reader(rs, *TrendColumns::Of(*rs));
+  reader.Read(10);
+  reader.Finish();
+  const auto lines = std::make_shared<TrendLines>(reader.TakeLines());
+  EXPECT_EQ(CopiedPoints({lines, {true}, TrendTime(Second(0)), TrendTime(Second(1)), m_zone}),
+            "Line\tTimestamp\tValue\tUnit\n"
+            "Count\t2023-11-14 22:13:20+00:00\t9007199254740993\t\n"
+            "Count\t2023-11-14 22:13:21+00:00\t100000\t\n");
+}
+
 TEST_F(trend_output, no_more_points_than_rows_are_copied_at_once) {
   TrendSeries series;
   for (int n = 0; n < 100'001; ++n) series.Append(n, 1);

@@ -155,6 +155,17 @@ TEST(TrendSeriesTest, values_that_are_no_numbers_are_gaps) {
   EXPECT_EQ(corners[2], (Corner{5, 7}));
 }
 
+TEST(TrendSeriesTest, what_is_stored_stays_with_its_point_when_the_newest_came_first) {
+  TrendSeries series;
+  series.Append(3, 30, "30.0");
+  series.Append(2, 20);
+  series.Append(1, kGap, "nan");
+  series.Finish();
+  EXPECT_EQ(series.StoredAt(0), "nan");
+  EXPECT_EQ(series.StoredAt(1), "");
+  EXPECT_EQ(series.StoredAt(2), "30.0");
+}
+
 TEST(TrendSeriesTest, stands_in_order_whatever_order_it_came_in) {
   std::mt19937 random(7);
   std::vector<std::pair<double, double>> plain;
@@ -162,7 +173,8 @@ TEST(TrendSeriesTest, stands_in_order_whatever_order_it_came_in) {
   for (int n = 0; n < 20'000; ++n) {
     // Many of one time: these stay as they came.
     plain.emplace_back(std::uniform_int_distribution<int>(0, 2'000)(random), n);
-    series.Append(plain.back().first, plain.back().second);
+    series.Append(plain.back().first, plain.back().second,
+                  n % 3 == 0 ? std::to_string(n) + ".0" : std::string());
   }
   series.Finish();
   std::ranges::stable_sort(plain, {}, &std::pair<double, double>::first);
@@ -170,6 +182,8 @@ TEST(TrendSeriesTest, stands_in_order_whatever_order_it_came_in) {
   std::size_t nWrong = 0;
   for (std::size_t n = 0; n < plain.size(); ++n) {
     nWrong += series.TimeAt(n) == plain[n].first && series.ValueAt(n) == plain[n].second ? 0 : 1;
+    const auto nCame = static_cast<int>(plain[n].second);
+    nWrong += series.StoredAt(n) == (nCame % 3 == 0 ? std::to_string(nCame) + ".0" : "") ? 0 : 1;
   }
   EXPECT_EQ(nWrong, 0U);
 }

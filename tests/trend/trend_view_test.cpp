@@ -68,6 +68,22 @@ TEST_F(trend_view, lists_the_value_of_each_line_at_the_cursor) {
   EXPECT_EQ(Text(1, TrendValues::Time), "2023-11-14 22:14:09");
 }
 
+TEST_F(trend_view, tells_the_value_that_is_stored_and_not_the_one_that_is_drawn) {
+  ado::RecordsetBuilder builder({{"Timestamp", platform::DataType::DBTimeStamp},
+                                 {"Count", platform::DataType::BigInt},
+                                 {"Price", platform::DataType::Numeric}});
+  builder.AppendRow({Second(0), std::int64_t{-9'007'199'254'740'993},
+                     platform::Decimal{"1234567890123456789.0123456789"}});
+  builder.AppendRow({Second(1), std::int64_t{100'000}, platform::Decimal{"2.5"}});
+  Show(builder.Finish());
+  Plot().Cursor(TrendTime(Second(0)));
+  EXPECT_EQ(Text(0, TrendValues::Value), "-9007199254740993");
+  EXPECT_EQ(Text(1, TrendValues::Value), "1234567890123456789.0123456789");
+  Plot().Cursor(TrendTime(Second(1)));
+  EXPECT_EQ(Text(0, TrendValues::Value), "100000");
+  EXPECT_EQ(Text(1, TrendValues::Value), "2.5");
+}
+
 TEST_F(trend_view, speaks_what_stands_at_the_cursor) {
   Show(TwoTags(100));
   Plot().Cursor(TrendTime(Second(10)));
