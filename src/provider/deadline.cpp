@@ -35,7 +35,14 @@ void Deadline::Check() const {
   if (m_end && std::chrono::steady_clock::now() >= *m_end) FailLate();
 }
 
-void Deadline::FailLate() const {
+void Deadline::FailLate(bool bClosed) const {
+  if (bClosed) {
+    throw Failure(failure::kTimeout,
+                  fmt::format("The statement did not end within its time-out of {}, and the server "
+                              "did not answer, so that the connection is closed: connect again, "
+                              "and allow it more time, or ask for less.",
+                              InWords(m_timeout)));
+  }
   throw Failure(failure::kTimeout,
                 fmt::format("The statement did not end within its time-out of {}: allow it more "
                             "time, or ask for less.",
@@ -61,7 +68,7 @@ void Deadline::Run(const std::function<void(std::stop_token)>& work) const {
   } catch (const Failure& failed) {
     if (failed.Number() != failure::kCancelled || m_stop.stop_requested()) throw;
     if (!either.stop_requested()) throw;
-    FailLate();
+    FailLate(failed.NativeError() == failure::kObjectClosed);
   }
 }
 

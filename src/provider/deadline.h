@@ -21,7 +21,7 @@ class Deadline {
   void Run(const std::function<void(std::stop_token)>& work) const;
 
  private:
-  [[noreturn]] void FailLate() const;
+  [[noreturn]] void FailLate(bool bClosed = false) const;
 
   std::stop_token m_stop;
   std::chrono::milliseconds m_timeout;

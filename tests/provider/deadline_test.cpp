@@ -30,6 +30,22 @@ TEST(deadline, ends_work_at_its_time_out_and_says_so) {
   EXPECT_EQ(FailureOf([&] { deadline.Check(); }).substr(0, 4), "3804");
 }
 
+TEST(deadline, says_so_when_the_connection_went_with_the_work) {
+  EXPECT_EQ(
+      FailureOf([] {
+        Deadline({}, 20ms).Run([](const std::stop_token& stop) {
+          try {
+            WorkUntilStopped(stop);
+          } catch (const platform::Failure& failed) {
+            throw platform::Failure(failed.Number(), "", "", platform::failure::kObjectClosed);
+          }
+        });
+      }),
+      "3804: The statement did not end within its time-out of 20 milliseconds, and the server "
+      "did not answer, so that the connection is closed: connect again, and allow it more "
+      "time, or ask for less.");
+}
+
 TEST(deadline, ends_work_at_its_callers_stop) {
   for (const auto timeout : {0ms, 3'600'000ms}) {
     std::stop_source stop;

@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "provider/engines/postgres/postgres_errors.h"
 #include "tests/provider/engines/postgres_fixture.h"
 
 namespace orvane::provider::engines {
@@ -212,6 +213,44 @@ TEST_F(PostgresSessionTest, a_block_that_is_too_large_is_a_sentence) {
   statement.maxBytes = 10'000'000;
   EXPECT_EQ(FailureOf([&] { m_session->Run(statement, {}); }).lNumber, failure::kStorage);
   ExpectUsable();
+}
+
+TEST_F(PostgresSessionTest, more_values_than_can_be_sent_are_refused_before) {
+  const auto insert = [this](std::size_t nValues) {
+    Text sSql = "INSERT INTO s.t(a) VALUES (?)";
+    for (std::size_t n = 1; n < nValues; ++n) sSql += ", (?)";
+    std::vector<Value> values;
+    for (std::size_t n = 0; n < nValues; ++n) values.emplace_back(static_cast<platform::Long>(n));
+    return FailureOfText(sSql, std::move(values));
+  };
+  constexpr std::size_t kMost = 7'000;
+  for (const std::size_t nValues : {kMost + 1, std::size_t{7'500}, std::size_t{65'536}}) {
+    const auto told = insert(nValues);
+    EXPECT_EQ(told.lNumber, failure::kSqlError);
+    EXPECT_EQ(told.sSentence, "The statement has " + std::to_string(nValues) +
+                                  " times and values, more than the 7000 that a PostgreSQL server "
+                                  "is sent in one; send it in several statements, or put them into "
+                                  "a table and join that.");
+    ExpectUsable();
+  }
+  EXPECT_EQ(insert(kMost).sSentence, "");
+  EXPECT_EQ(Stored("SELECT count(*)::int FROM s.t"), Value(static_cast<platform::Long>(kMost)));
+}
+
+TEST_F(PostgresSessionTest, what_is_more_than_the_server_does_at_once_says_so) {
+  Text sColumns = "a";
+  for (int n = 0; n < 2000; ++n) sColumns += ", a";
+  const auto told = FailureOfText("SELECT " + sColumns + " FROM s.t");
+  EXPECT_EQ(told.lNumber, failure::kSqlError);
+  EXPECT_THAT(told.sSentence, testing::StartsWith("The statement is more than the server at "));
+  EXPECT_THAT(told.sSentence, testing::EndsWith("(target lists can have at most 1664 entries): ask "
+                                                "for less, or write it in a simpler way."));
+  ExpectUsable();
+}
+
+TEST(PostgresErrors, without_a_state_tell_of_memory) {
+  const PostgresResult own(PQmakeEmptyPGresult(nullptr, PGRES_FATAL_ERROR));
+  EXPECT_THROW(ErrorOf(own.get()), std::bad_alloc);
 }
 
 TEST_F(PostgresSessionTest, closed_says_so) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <new>
 
 #include "platform/one_line.h"
 
@@ -63,6 +64,8 @@ Long NumberOfState(std::string_view sState) noexcept {
 PostgresError ErrorOf(const PGresult* result) {
   PostgresError error;
   error.sState = FieldOf(result, PG_DIAG_SQLSTATE);
+  // It is libpq's own, which over an open connection has no memory for the result.
+  if (error.sState.empty()) throw std::bad_alloc();
   error.sMessage = Quotable(FieldOf(result, PG_DIAG_MESSAGE_PRIMARY));
   if (error.sMessage.empty()) error.sMessage = Quotable(PQresultErrorMessage(result));
   error.sHint = Quotable(FieldOf(result, PG_DIAG_MESSAGE_HINT));
@@ -96,6 +99,12 @@ Text SentenceOf(const PostgresError& error, std::string_view sServer, std::size_
                          error.sMessage);
     default:
       break;
+  }
+  if (error.sState.starts_with("54")) {
+    return fmt::format(
+        "The statement is more than the server at {} does at once ({}): ask for less, or write it "
+        "in a simpler way.",
+        sServer, error.sMessage);
   }
   Text sSentence = "The statement cannot be run: " + Lowered(error.sMessage);
   if (nPosition != 0) sSentence += fmt::format(" (character {} of the statement)", nPosition);

@@ -172,7 +172,7 @@ void PostgresLink::Wait(const std::stop_token& stop, const std::function<void()>
       m_connection.reset();
       throw Failure(failure::kCancelled,
                     "The statement was cancelled, but the server did not answer: connect again.",
-                    "PostgreSQL");
+                    "PostgreSQL", failure::kObjectClosed);
     }
     if (PQconsumeInput(m_connection.get()) == 0) FailLost();
     if (onWait) onWait();

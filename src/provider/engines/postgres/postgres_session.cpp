@@ -137,6 +137,18 @@ struct PostgresSession::Call {
   }
 };
 
+void PostgresSession::RequireFewValues(const Call& call) {
+  // libpq takes a description of 7,490 at most, and gives up the connection over a longer one.
+  constexpr std::size_t kMostValues = 7'000;
+  const std::size_t nValues = call.statement.parameters.size();
+  if (nValues <= kMostValues) return;
+  throw Failure(failure::kSqlError,
+                "The statement has " + std::to_string(nValues) +
+                    " times and values, more than the 7000 that a PostgreSQL server is sent in "
+                    "one; send it in several statements, or put them into a table and join that.",
+                "PostgreSQL", 0, call.statement.sSql);
+}
+
 PostgresSession::PostgresSession(std::unique_ptr<PostgresLink> link, const std::stop_token& stop)
     : m_link(std::move(link)) {
   // One that this user may not read is as good as none.
@@ -225,6 +237,7 @@ void PostgresSession::RunIn(const Call& call, bool bReads, EngineResult& result,
     return;
   }
   call.RequireValues(statement.parameters.size());
+  RequireFewValues(call);
   const PostgresParameters parameters(statement.parameters);
   const PostgresResult described = m_link->Prepare(call.text.sSql, parameters, call.stop);
   if (PQresultStatus(described.get()) != PGRES_COMMAND_OK) Fail(call, described.get());

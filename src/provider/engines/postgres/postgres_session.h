@@ -46,6 +46,7 @@ class PostgresSession final : public EngineSession {
   void RunIn(const Call& call, bool bReads, EngineResult& result, bool& bWouldChange);
   platform::RowIndex RunBatch(const Call& call);
   void Commit(const Call& call, bool bReads);
+  static void RequireFewValues(const Call& call);
   static std::size_t PlaceOf(const Call& call, std::size_t nCharacter);
   [[noreturn]] void Fail(const Call& call, const PGresult* error);
 
