@@ -42,6 +42,34 @@ TEST_F(cell_filling, a_query_fills_the_current_cell_with_its_first_value) {
   EXPECT_EQ(dialog->Statement(), "SELECT Flow * 2 FROM P..Pumps WHERE Id = 2");
 }
 
+TEST_F(cell_filling, a_cell_that_takes_no_query_says_why) {
+  const auto refused = [this] {
+    try {
+      m_editor->CellQuery();
+    } catch (const platform::Failure& failure) {
+      EXPECT_EQ(failure.Number(), platform::failure::kNotSupported);
+      return failure.Description();
+    }
+    return Text("nothing was refused");
+  };
+  m_server->Run("CREATE VIEW P..Fast AS SELECT * FROM P..Pumps");
+  Open("Fast");
+  EXPECT_EQ(refused(),
+            "These rows can only be looked at: they are those of a view; edit its tables.");
+  EXPECT_THROW(m_editor->DeleteSelectedRows(), platform::Failure);
+  m_server->Run(
+      "CREATE TABLE P..Twice (Id INTEGER PRIMARY KEY, N INTEGER, Twice INTEGER GENERATED ALWAYS AS "
+      "(N * 2))");
+  m_server->Run("INSERT INTO P..Twice (Id, N) VALUES (1, 1)");
+  Open("Twice");
+  GoTo(0, 2);
+  EXPECT_EQ(refused(),
+            "\"Twice\" takes no value, as the table computes it from other columns; change those.");
+  GoTo(0, 1);
+  m_editor->CellQuery();
+  EXPECT_NE(Window()->findChild<CellQueryDialog*>(), nullptr);
+}
+
 TEST_F(cell_filling, several_values_of_a_query_fill_down_after_a_question) {
   Open("Pumps");
   GoTo(1, 3);

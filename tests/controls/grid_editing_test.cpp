@@ -1,5 +1,6 @@
 #include "controls/grid/grid_editing.h"
 
+#include "controls/editing/conflict_dialog.h"
 #include "tests/controls/pumps_fixture.h"
 
 namespace orvane::controls {
@@ -224,6 +225,37 @@ TEST_F(grid_editing, selected_rows_are_deleted_after_one_question) {
   EXPECT_EQ(Cell(0, 1), "spare");
   EXPECT_EQ(Rows().model()->rowCount(), 2);
   EXPECT_EQ(nDeleted, 1);
+}
+
+TEST_F(grid_editing, a_refused_deletion_tells_that_the_cell_takes_no_values_any_more) {
+  Open("Pumps");
+  m_server->Run("UPDATE P..Pumps SET Flow = 77 WHERE Id = 2");
+  PressRowNumber(0);
+  PressRowNumber(1, Qt::ShiftModifier);
+  int nTold = 0;
+  bool bTakes = m_editor->CanCellQuery();
+  ASSERT_TRUE(bTakes);
+  const auto moved = m_editor->OnRowColChange([&] {
+    ++nTold;
+    bTakes = m_editor->CanCellQuery();
+  });
+  m_editor->DeleteSelectedRows();
+  Answer("Delete");
+  ASSERT_FALSE(m_editor->CanCellQuery());
+  EXPECT_FALSE(bTakes) << "whoever shows it was told";
+  EXPECT_EQ(nTold, 1);
+  try {
+    m_editor->CellQuery();
+    FAIL();
+  } catch (const platform::Failure& failure) {
+    EXPECT_EQ(failure.Description(),
+              "The row is deleted and takes no values: discard the deletion, or edit another row.");
+  }
+  delete Window()->findChild<ConflictDialog*>();
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  ASSERT_TRUE(m_editor->CanCellQuery());
+  EXPECT_TRUE(bTakes);
+  EXPECT_EQ(nTold, 2);
 }
 
 TEST_F(grid_editing, cancel_deletes_nothing) {

@@ -179,14 +179,16 @@ TEST_F(table_editor, what_is_not_possible_says_so) {
     EXPECT_EQ(FailureNumberOf(call), platform::failure::kNotSupported);
     EXPECT_EQ(SentenceOf(call), sSentence);
   };
-  refused([&] { editor->CellQuery(); },
-          "Filling a cell from a query is not possible in this grid; its rows can only be looked "
-          "at.");
-  refused([&] { editor->DeleteSelectedRows(); },
-          "Deleting rows is not possible in this grid; its rows can only be looked at.");
+  const char* sWhyNot = "These rows can only be looked at: they are not those of one table.";
+  refused([&] { editor->CellQuery(); }, sWhyNot);
+  refused([&] { editor->DeleteSelectedRows(); }, sWhyNot);
   EXPECT_FALSE(editor->CanCellQuery());
   EXPECT_FALSE(editor->DeleteAllowed());
   EXPECT_EQ(RowsOf(*editor), 50);
+  editor->AttachRecordset(nullptr, 0);
+  refused([&] { editor->CellQuery(); },
+          "There is no cell to be filled from a query; go to one first.");
+  refused([&] { editor->DeleteSelectedRows(); }, "There are no rows to delete; fetch them first.");
 }
 
 TEST_F(table_editor, events_are_raised_exactly_when_something_happened) {

@@ -57,6 +57,15 @@ QString EditSession::WhyNotEdited(ColumnIndex column) const {
       .arg(QString::fromStdString(m_recordset->FieldAt(column).Name()));
 }
 
+QString EditSession::WhyNotEdited(RowIndex row, ColumnIndex column) const {
+  if (m_recordset && row >= 0 && row < m_recordset->RecordCount() && m_updatability.bUpdate &&
+      m_recordset->StateAt(row) == RowState::Deleted) {
+    return QStringLiteral(
+        "The row is deleted and takes no values: discard the deletion, or edit another row.");
+  }
+  return WhyNotEdited(column);
+}
+
 bool EditSession::OffersNewRow() const {
   return m_recordset && m_updatability.bInsert &&
          m_recordset->State() != platform::FetchState::Running;

@@ -54,6 +54,8 @@ class EditSession final : public RowEditing {
   bool CanEdit(platform::RowIndex row, platform::ColumnIndex column) const override;
   /// Why no value of the column can be edited, as a sentence; empty when that is not so.
   QString WhyNotEdited(platform::ColumnIndex column) const;
+  /// The same of one cell.
+  QString WhyNotEdited(platform::RowIndex row, platform::ColumnIndex column) const;
   /// A value equal to the one fetched takes the edit away.
   void Edit(platform::RowIndex row, platform::ColumnIndex column,
             const platform::Value& vtValue) override;

@@ -38,6 +38,16 @@ bool CellFilling::CanFill() const {
   return index.isValid() && index.flags().testFlag(Qt::ItemIsEditable);
 }
 
+Text CellFilling::WhyNotFilled() const {
+  const QModelIndex index = m_window.Rows().currentIndex();
+  if (!index.isValid()) return "There is no cell to be filled from a query; go to one first.";
+  const RowIndex row = m_window.Rows().Model().RecordRow(index.row());
+  const QString sWhyNot = m_session.WhyNotEdited(row, index.column());
+  if (!sWhyNot.isEmpty()) return sWhyNot.toStdString();
+  return "Filling a cell from a query is not possible in this grid; its rows can only be looked "
+         "at.";
+}
+
 Value CellFilling::Fitting(const Value& vtValue, ColumnIndex column) const {
   const platform::DataType type = m_session.Recordset()->FieldAt(column).Type();
   const ValueKind kind = KindOf(type);

@@ -35,6 +35,8 @@ class CellFilling final : public QObject {
 
   /// True when the current cell takes values.
   bool CanFill() const;
+  /// Why it takes none, as a sentence.
+  platform::Text WhyNotFilled() const;
   /// Asks for a statement whose first value goes into the current cell as an edit; of several, all
   /// go down from there after a question.
   void CellQuery();

@@ -38,11 +38,11 @@ class GridControl : public Interface {
     m_core.Window().Rows().SelectRow(m_core.Window().Rows().Model().Places() - 1);
   }
   void CellQuery() override {
-    if (!CanCellQuery()) FailNotPossible("Filling a cell from a query is not possible");
+    if (!CanCellQuery()) FailNotPossible(m_core.Editing().Filling().WhyNotFilled());
     m_core.Editing().Filling().CellQuery();
   }
   void DeleteSelectedRows() override {
-    if (!DeleteAllowed()) FailNotPossible("Deleting rows is not possible");
+    if (!DeleteAllowed()) FailNotPossible(m_core.Editing().Questions().WhyNotDeleted());
     m_core.Editing().Questions().DeleteSelectedRows();
   }
   platform::Boolean CanMove() const override { return m_core.Window().Rows().Model().Places() > 0; }
@@ -64,9 +64,8 @@ class GridControl : public Interface {
   }
 
  protected:
-  [[noreturn]] static void FailNotPossible(const platform::Text& sWhat) {
-    throw platform::Failure(platform::failure::kNotSupported,
-                            sWhat + " in this grid; its rows can only be looked at.");
+  [[noreturn]] static void FailNotPossible(const platform::Text& sSentence) {
+    throw platform::Failure(platform::failure::kNotSupported, sSentence);
   }
 
   GridCore m_core;

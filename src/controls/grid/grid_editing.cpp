@@ -199,7 +199,10 @@ bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool GridEditing::RefuseEdit() {
-  const QString sWhyNot = m_session.WhyNotEdited(m_window.Rows().currentIndex().column());
+  const QModelIndex current = m_window.Rows().currentIndex();
+  const QString sWhyNot = current.isValid()
+                              ? m_session.WhyNotEdited(RecordRowOf(current), current.column())
+                              : m_session.WhyNotEdited(current.column());
   if (sWhyNot.isEmpty()) return false;
   m_window.Status().Remark(sWhyNot);
   return true;
@@ -340,6 +343,7 @@ void GridEditing::RowsChanged(std::span<const RowIndex> rows) {
   model.TellOfChange(rows);
   TellOfPending();
   TellOfCurrent();
+  m_window.Edited();
 }
 
 void GridEditing::TellOfProgress(RowIndex sent, RowIndex of) {

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <utility>
 
+#include "controls/grid/grid_teller.h"
 #include "controls/grid/grid_trend.h"
 #include "controls/grid/view_switch.h"
 #include "controls/view/column_commands.h"
@@ -75,7 +76,6 @@ QString ArrangementText(const Arrangement& arrangement, const RowModel& model) {
 GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
                        std::shared_ptr<void> life)
     : m_life(std::move(life)),
-      m_events(std::move(events)),
       m_beside(new QSplitter(Qt::Horizontal, this)),
       m_splitter(new QSplitter(Qt::Vertical, m_beside)),
       m_sqlPane(new SqlPane(m_splitter)),
@@ -116,15 +116,9 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
 
   connect(&m_rows->Names(), &QHeaderView::sectionClicked, this,
           [this] { Raise(&GridEvents::headClick); });
-  connect(m_rows->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
-    ShowPosition();
-    m_bToldOfCurrent = m_rows->currentIndex().isValid();
-    Raise(&GridEvents::rowColChange);
-  });
-  connect(m_rows->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-    m_bToldOfSelection = m_rows->selectionModel()->hasSelection();
-    Raise(&GridEvents::selChange);
-  });
+  connect(m_rows->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this] { ShowPosition(); });
+  m_teller = new GridTeller(*m_rows, std::move(events), this);
   new ColumnCommands(*m_rows, this);
   m_trend = new GridTrend(*m_splitter, *m_rows, *m_status);
   new ViewSwitch(*this, *m_rows, *m_form, *m_trend, *m_status);
@@ -135,7 +129,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     TellOfNoRows();
     ShowPosition();
     if (m_arranged) m_arranged();
-    TellOfExchange();
+    m_teller->Exchanged();
   });
   m_rows->OnArrangingStopped([this] {
     m_seeking->ShowArrangement();
@@ -204,7 +198,7 @@ void GridWindow::ShowNothing() {
   LetGoOfRows();
   m_notice->Say({}, {});
   m_status->Empty();
-  TellOfExchange();
+  m_teller->Exchanged();
 }
 
 void GridWindow::ShowRunning(const QString& sMessage) {
@@ -222,7 +216,7 @@ void GridWindow::Ask(const QString& sTitle, const QString& sSentence, const QStr
   LetGoOfRows();
   m_notice->Ask(sTitle, sSentence, sButton, std::move(action));
   m_status->Message(sTitle);
-  TellOfExchange();
+  m_teller->Exchanged();
 }
 
 void GridWindow::ShowComing(const platform::RecordsetPtr& rs, const CellFormat& format) {
@@ -268,7 +262,7 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
   TellOfRows();
   TellOfArrangement({});
   ShowPosition();
-  TellOfExchange();
+  m_teller->Exchanged();
 }
 
 void GridWindow::TellOfNoRows() {
@@ -345,11 +339,11 @@ void GridWindow::ShowFailure(const QString& sTitle, const QString& sSentence, bo
     m_notice->Say(sTitle, sSentence);
   }
   m_status->Message("No rows");
-  TellOfExchange();
+  m_teller->Exchanged();
 }
 
 void GridWindow::Abandon() {
-  m_events = std::make_shared<GridEvents>();
+  m_teller->Abandon();
   m_notice->Say({}, {});
   // What can be pressed leads to the grid, which is no more; the strip may even have been lent.
   m_count = nullptr;
@@ -358,25 +352,16 @@ void GridWindow::Abandon() {
   m_rows->Abandon();
 }
 
-void GridWindow::Raise(platform::Signal<> GridEvents::*event) {
-  const struct Count {
-    explicit Count(int& nRaising) : n(nRaising) { ++n; }
-    ~Count() { --n; }
-    Count(const Count&) = delete;
-    Count& operator=(const Count&) = delete;
-    int& n;
-  } count(m_nRaising);
-  const std::shared_ptr<GridEvents> events = m_events;
-  (events.get()->*event).Raise();
+bool GridWindow::Raising() const {
+  return m_teller->Raising();
 }
 
-void GridWindow::TellOfExchange() {
-  const bool bCurrent = m_rows->currentIndex().isValid();
-  const bool bSelection = m_rows->selectionModel()->hasSelection();
-  const bool bTellCurrent = std::exchange(m_bToldOfCurrent, bCurrent) || bCurrent;
-  const bool bTellSelection = std::exchange(m_bToldOfSelection, bSelection) || bSelection;
-  if (bTellCurrent) Raise(&GridEvents::rowColChange);
-  if (bTellSelection) Raise(&GridEvents::selChange);
+void GridWindow::Raise(platform::Signal<> GridEvents::*event) {
+  m_teller->Raise(event);
+}
+
+void GridWindow::Edited() {
+  m_teller->Edited();
 }
 
 void GridWindow::ShowPosition() {

@@ -18,6 +18,7 @@ namespace orvane::controls {
 
 class EmptyNotice;
 class GridSeeking;
+class GridTeller;
 class GridTrend;
 class RowForm;
 class SqlPane;
@@ -83,8 +84,10 @@ class GridWindow : public QWidget {
   void TakeStatusLineBack();
 
   /// True while a listener is being called: the window may be in the middle of an event.
-  bool Raising() const { return m_nRaising > 0; }
+  bool Raising() const;
   void Raise(platform::Signal<> GridEvents::*event);
+  /// Rows were edited: whoever listens may see the current cell otherwise.
+  void Edited();
   /// Tells nobody anything any more.
   void Abandon();
 
@@ -95,7 +98,6 @@ class GridWindow : public QWidget {
   void LetGoOfRows();
   void TellOfRows();
   bool IsToldOtherwise() const;
-  void TellOfExchange();
   void ShowPosition();
   void TellOfNoRows();
   void TellOfArrangement(const QString& sWhyNot);
@@ -103,7 +105,6 @@ class GridWindow : public QWidget {
   void StopWaiting();
 
   std::shared_ptr<void> m_life;
-  std::shared_ptr<GridEvents> m_events;
   QSplitter* m_beside;
   QSplitter* m_splitter;
   SqlPane* m_sqlPane;
@@ -114,14 +115,13 @@ class GridWindow : public QWidget {
   StatusStrip* m_status;
   RowForm* m_form;
   GridTrend* m_trend;
+  GridTeller* m_teller;
   QTimer m_patience;
   QElapsedTimer m_sinceSent;
   bool m_bComing = false;  ///< the rows that are shown are being fetched
   bool m_bExchanging = false;
   bool m_bSqlShown = false;
   bool m_bSplitByUser = false;
-  bool m_bToldOfCurrent = false;
-  bool m_bToldOfSelection = false;
   Fetching m_fetching;
   bool m_bToldOfClosing = false;
   QString m_sToldWhen;
@@ -129,7 +129,6 @@ class GridWindow : public QWidget {
   std::function<void()> m_arranged;
   std::function<void()> m_count;
   std::function<void()> m_reconnect;
-  int m_nRaising = 0;
 };
 
 }  // namespace orvane::controls

@@ -103,6 +103,13 @@ std::vector<RowIndex> RowQuestions::SelectedRecordRows() const {
   return {selected.begin(), selected.end()};
 }
 
+platform::Text RowQuestions::WhyNotDeleted() const {
+  if (!m_session.Recordset()) return "There are no rows to delete; fetch them first.";
+  const QString& sWhyNot = m_session.Updatability().sWhyNot;
+  if (!sWhyNot.isEmpty()) return sWhyNot.toStdString();
+  return "Deleting rows is not possible in this grid; its rows can only be looked at.";
+}
+
 void RowQuestions::DeleteSelectedRows() {
   RowIndex selected = 0;
   const auto& selection = m_window.Rows().selectionModel()->selection();

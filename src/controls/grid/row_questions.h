@@ -30,6 +30,8 @@ class RowQuestions final : public QObject {
 
   /// Asks once, then has the selected rows deleted at the server.
   void DeleteSelectedRows();
+  /// Why none can be deleted, as a sentence.
+  platform::Text WhyNotDeleted() const;
   /// Rows beyond this number are not deleted at once.
   static constexpr platform::RowIndex kMostDeleted = 100'000;
   /// Rows were stored since they were listed.
