@@ -1,9 +1,12 @@
 #include "console/window/guide_window.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -43,9 +46,26 @@ GuideWindow::GuideWindow(QWidget* owner) : QTextBrowser(owner) {
   KeepOnScreen(*this);
 }
 
-void GuideWindow::Open(const QString& sFile, QWidget* owner) {
-  auto* window = owner->findChild<GuideWindow*>("guideWindow");
-  if (!window) {
+void GuideWindow::StandBeside(QWidget* owner) {
+  if (parentWidget() == owner) return;
+  const QRect place = geometry();
+  setParent(owner, windowFlags());
+  setGeometry(place);
+  show();
+}
+
+void GuideWindow::Open(QWidget* window) {
+  Open(GuideFor(QCoreApplication::applicationDirPath()), window);
+}
+
+void GuideWindow::Open(const QString& sFile, QWidget* window) {
+  auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+  QWidget* const owner = dialog ? dialog : window;
+  GuideWindow* guide = nullptr;
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (auto* shown = qobject_cast<GuideWindow*>(widget)) guide = shown;
+  }
+  if (!guide) {
     if (!QFileInfo(sFile).isReadable()) {
       ShowFailureBox(
           tr("The guide is not there: user-guide.md is looked for in share/doc/orvane-console "
@@ -54,14 +74,20 @@ void GuideWindow::Open(const QString& sFile, QWidget* owner) {
           owner);
       return;
     }
-    window = new GuideWindow(owner);
-    window->show();
-    window->setSource(QUrl::fromLocalFile(sFile), QTextDocument::MarkdownResource);
-    window->FitPictures();
+    guide = new GuideWindow(owner);
+    guide->show();
+    guide->setSource(QUrl::fromLocalFile(sFile), QTextDocument::MarkdownResource);
+    guide->FitPictures();
   }
-  window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
-  window->raise();
-  window->activateWindow();
+  guide->StandBeside(owner);
+  if (dialog) {
+    connect(dialog, &QDialog::finished, guide, [guide, home = QPointer(window)] {
+      if (home) guide->StandBeside(home);
+    });
+  }
+  guide->setWindowState(guide->windowState() & ~Qt::WindowMinimized);
+  guide->raise();
+  guide->activateWindow();
 }
 
 QSize GuideWindow::Fitting(const QTextImageFormat& format) const {

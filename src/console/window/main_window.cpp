@@ -14,6 +14,7 @@
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/about_box.h"
+#include "console/window/guide_key.h"
 #include "console/window/guide_window.h"
 #include "console/window/kept_view.h"
 #include "console/window/menu_key.h"
@@ -58,6 +59,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
   resize(kUsualSize);
   KeepOnScreen(*this);
   new MenuKey(this);
+  new GuideKey(*this);
   qApp->installEventFilter(this);
   ShowTitle();
 }
@@ -157,8 +159,7 @@ void MainWindow::ConnectMenus() {
   // Without a home there is nowhere to keep it.
   m_menus.actRowMemory->setEnabled(m_parts.settings != nullptr);
   on(m_menus.actRowMemory, [this] { AskForRowMemory(*this, *m_parts.settings); });
-  on(m_menus.actGuide,
-     [this] { GuideWindow::Open(GuideFor(QCoreApplication::applicationDirPath()), this); });
+  on(m_menus.actGuide, [this] { GuideWindow::Open(this); });
   on(m_menus.actAbout, [this] { ShowAboutBox(m_session, this); });
 }
 

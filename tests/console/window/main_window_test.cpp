@@ -239,6 +239,28 @@ TEST_F(MainWindowTest, f1_opens_the_guide_once) {
   EXPECT_TRUE(Waits([&] { return m_window->findChild<GuideWindow*>() == nullptr; }));
 }
 
+TEST_F(MainWindowTest, f1_opens_the_guide_in_a_dialog_and_leaves_it_to_the_window) {
+  DialogAnswer answer([this](QWidget* box) {
+    QTest::keyClick(box, Qt::Key_F1);
+    const auto* guide = box->findChild<GuideWindow*>();
+    ASSERT_NE(guide, nullptr);
+    EXPECT_TRUE(guide->isVisible());
+    // No other window than the dialog's own can be used while it is open.
+    EXPECT_EQ(QApplication::activeModalWidget(), box);
+    EXPECT_EQ(guide->parentWidget(), box);
+    EXPECT_EQ(m_window->findChildren<GuideWindow*>(Qt::FindDirectChildrenOnly).size(), 0);
+    Press(box, QMessageBox::Ok);
+  });
+  QTest::keyClick(&Scope(), Qt::Key_F1);
+  for (int n = 1; n < 3; ++n) {
+    Action("actAbout")->trigger();
+    EXPECT_EQ(answer.Count(), n);
+    const auto guides = m_window->findChildren<GuideWindow*>(Qt::FindDirectChildrenOnly);
+    ASSERT_EQ(guides.size(), 1);
+    EXPECT_TRUE(guides.front()->isVisible());
+  }
+}
+
 TEST_F(MainWindowTest, guide_is_looked_for_with_what_is_installed_and_where_it_was_built) {
   const QDir top(m_folder.path());
   const auto put = [&](const QString& sFile) {
