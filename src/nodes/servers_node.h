@@ -6,6 +6,7 @@
 
 #include "nodes/counted.h"
 #include "nodes/servers_node_owner.h"
+#include "platform/grids/query_limits.h"
 #include "platform/services.h"
 
 namespace orvane::nodes {
@@ -57,8 +58,8 @@ class ServersNode : public platform::Object,
   platform::ObjectFactoryPtr m_objects;
   std::weak_ptr<ServersNodeOwner> m_parent;
   // Of a new root, and of one whose document does not say.
-  static constexpr platform::Long kMaxRows = 100;
-  static constexpr platform::Long kQueryTimeout = 60;
+  static constexpr platform::Long kMaxRows = platform::kUsualMaxRows;
+  static constexpr platform::Long kQueryTimeout = platform::kUsualQueryTimeout;
   static constexpr const char* kDefStartTime = "*-1h";
   static constexpr const char* kDefEndTime = "*";
   static constexpr platform::Boolean kSqlStatements = true;

@@ -7,6 +7,7 @@
 #include <QIcon>
 #include <QPalette>
 
+#include "console/look/contrast.h"
 #include "console/look/image_list.h"
 #include "console/look/tool_tip.h"
 #include "console/session/scope_tree_item.h"
@@ -36,11 +37,19 @@ QVariant FontOf(const ScopeTreeItem& item) {
   return font;
 }
 
+/// Red that can be read on the tree's ground.
+QColor FailedColor() {
+  const QColor onLight(0xB3, 0x26, 0x1E);
+  const QColor onDark(0xF2, 0x9B, 0x94);
+  const QColor ground = QGuiApplication::palette().color(QPalette::Base);
+  return Contrast(onLight, ground) >= Contrast(onDark, ground) ? onLight : onDark;
+}
+
 QVariant ColorOf(const ScopeTreeItem& item) {
   if (item.State() == NodeState::Loading) {
     return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
   }
-  if (item.State() == NodeState::Failed) return QColor(0xB3, 0x26, 0x1E);
+  if (item.State() == NodeState::Failed) return FailedColor();
   return {};
 }
 

@@ -5,6 +5,7 @@
 #include "controls/grid/grid_control.h"
 #include "controls/grid/server_order.h"
 #include "controls/grid/table_time.h"
+#include "platform/grids/query_limits.h"
 
 namespace orvane::controls {
 
@@ -38,8 +39,8 @@ class QueryResults : public GridControl<platform::QueryResults> {
 
   platform::Text m_sName;
   platform::Text m_sSqlText;
-  platform::Long m_lMaxRows = 100;
-  platform::Long m_lQueryTimeout = 60;
+  platform::Long m_lMaxRows = platform::kUsualMaxRows;
+  platform::Long m_lQueryTimeout = platform::kUsualQueryTimeout;
   TableTime m_time;
   ServerOrder m_order;
   std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "controls/values/column_names.h"
+#include "platform/grids/query_limits.h"
 #include "platform/grids/table_query.h"
 
 namespace orvane::controls {
@@ -52,8 +53,8 @@ class TableQuery : public platform::TableQuery {
     platform::Text sFilterCondition;
     platform::Text sTimeFilter;
     std::optional<platform::SortCriterion> sortCriterion;
-    platform::Long lMaxRows = 100;
-    platform::Long lQueryTimeout = 60;
+    platform::Long lMaxRows = platform::kUsualMaxRows;
+    platform::Long lQueryTimeout = platform::kUsualQueryTimeout;
   };
 
  private:

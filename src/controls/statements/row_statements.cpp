@@ -32,9 +32,17 @@ bool IsText(const Value& vtValue) {
     case ValueKind::TimeOfDay:
     case ValueKind::Guid:
       return true;
-    default:
+    case ValueKind::Null:
+    case ValueKind::Boolean:
+    case ValueKind::Long:
+    case ValueKind::LongLong:
+    case ValueKind::Double:
+    case ValueKind::Timestamp:
+    case ValueKind::Bytes:
+    case ValueKind::Object:
       return false;
   }
+  return false;
 }
 
 /// A column may keep fewer digits than are sent, and takes both zeros for equal.

@@ -96,9 +96,16 @@ bool TextSought::MayBeIn(const platform::CellRun& run) const {
     case ValueKind::Double:
     case ValueKind::Decimal:
       return m_bMayBeNumber;
-    default:
+    case ValueKind::Boolean:
+    case ValueKind::Timestamp:
+    case ValueKind::Date:
+    case ValueKind::TimeOfDay:
+    case ValueKind::Bytes:
+    case ValueKind::Guid:
+    case ValueKind::Object:
       return true;
   }
+  return true;
 }
 
 }  // namespace orvane::controls

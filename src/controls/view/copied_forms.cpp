@@ -31,9 +31,16 @@ QString CellOfPage(const platform::Value& vtValue, const QString& sWhole) {
       return QStringLiteral("<td sdval=\"%1\" sdnum=\"1033;\">%1</td>").arg(sWhole);
     case platform::ValueKind::Text:
       return QStringLiteral("<td sdnum=\"1033;0;@\">") + InPage(sWhole) + QStringLiteral("</td>");
-    default:
-      return QStringLiteral("<td>") + InPage(sWhole) + QStringLiteral("</td>");
+    case platform::ValueKind::Boolean:
+    case platform::ValueKind::Timestamp:
+    case platform::ValueKind::Date:
+    case platform::ValueKind::TimeOfDay:
+    case platform::ValueKind::Bytes:
+    case platform::ValueKind::Guid:
+    case platform::ValueKind::Object:
+      break;
   }
+  return QStringLiteral("<td>") + InPage(sWhole) + QStringLiteral("</td>");
 }
 
 }  // namespace

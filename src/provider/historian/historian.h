@@ -65,8 +65,13 @@ class Historian {
   void FinishChangesNow() noexcept;
   void CheckNew(const CatalogRecord& record, std::stop_token stop);
   void Register(const CatalogRecord& record, std::stop_token stop);
-  CatalogRecord Forget(const platform::Text& sName, const char* sVerb, const char* sVerbed,
-                       std::stop_token stop);
+  /// The words for what is done with a catalog that is forgotten.
+  struct Forgetting {
+    const char* sVerb;
+    const char* sVerbed;
+    const char* sAdvice;  ///< where there is no such catalog
+  };
+  CatalogRecord Forget(const platform::Text& sName, const Forgetting& how, std::stop_token stop);
 
   std::filesystem::path m_folder;
   std::unique_ptr<engines::FileSession> m_session;  ///< on the system catalog

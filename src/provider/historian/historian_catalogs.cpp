@@ -212,18 +212,17 @@ void Historian::Register(const CatalogRecord& record, std::stop_token stop) {
 }
 
 // Takes the record away, within a transaction.
-CatalogRecord Historian::Forget(const Text& sName, const char* sVerb, const char* sVerbed,
-                                std::stop_token stop) {
+CatalogRecord Historian::Forget(const Text& sName, const Forgetting& how, std::stop_token stop) {
   auto record = Find(sName, stop);
   if (!record) {
-    throw Failure(failure::kInvalidArgument, "There is no catalog \"" + sName + "\" to " + sVerb +
-                                                 "; reload the list of catalogs.");
+    throw Failure(failure::kInvalidArgument, "There is no catalog \"" + sName + "\" to " +
+                                                 how.sVerb + "; " + how.sAdvice + ".");
   }
   if (record->bOwn) {
     throw Failure(failure::kInvalidArgument, "The catalog " + record->sName +
                                                  " belongs to the historian itself and cannot "
                                                  "be " +
-                                                 sVerbed + "; choose another one.");
+                                                 how.sVerbed + "; choose another one.");
   }
   engines::EngineStatement remove;
   remove.sSql = "DELETE FROM Historians WHERE Name = ?";
@@ -240,7 +239,8 @@ void Historian::DropCatalog(const Text& sName, std::stop_token stop) {
         {},
         [&] {
           FinishChanges();
-          const auto record = Forget(sName, "drop", "dropped", stop);
+          const auto record =
+              Forget(sName, {"drop", "dropped", "reload the list of catalogs"}, stop);
           const bool bGoes = ReallyLiesIn(record.file, m_folder);
           std::error_code error;
           if (bGoes && fs::exists(record.file, error) &&
@@ -272,7 +272,7 @@ CatalogRecord Historian::DetachCatalog(const Text& sName, std::stop_token stop) 
       {},
       [&] {
         FinishChanges();
-        detached = Forget(sName, "detach", "detached", stop);
+        detached = Forget(sName, {"detach", "detached", "name one that the historian has"}, stop);
         held.emplace(detached.file, detached.sName, stop);
         CatalogChange::LeaveFile(m_folder, detached.stored);
       },

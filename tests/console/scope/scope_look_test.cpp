@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QGuiApplication>
 #include <QIcon>
+#include <QPalette>
 #include <QTextDocument>
 
+#include "console/look/contrast.h"
 #include "console/look/image_list.h"
 #include "console/session/scope_tree.h"
 
@@ -51,6 +54,19 @@ TEST_F(ScopeLookTest, failed_load_looks_failed_until_it_is_tried_again) {
   m_tree.EndExpansion(*m_root, false);
   EXPECT_EQ(Icon(), usualIcon);
   EXPECT_FALSE(Root().data(Qt::ForegroundRole).isValid());
+}
+
+TEST_F(ScopeLookTest, failed_load_can_be_read_on_every_ground) {
+  m_tree.BeginExpansion(*m_root);
+  m_tree.EndExpansion(*m_root, true);
+  const QPalette usual = QGuiApplication::palette();
+  for (const QColor ground : {QColor(Qt::white), QColor(0x31, 0x36, 0x3B), QColor(Qt::black)}) {
+    QPalette palette = usual;
+    palette.setColor(QPalette::Base, ground);
+    QGuiApplication::setPalette(palette);
+    EXPECT_GE(Contrast(Root().data(Qt::ForegroundRole).value<QColor>(), ground), 4.5);
+  }
+  QGuiApplication::setPalette(usual);
 }
 
 TEST_F(ScopeLookTest, tool_tip_shows_a_name_as_it_is) {

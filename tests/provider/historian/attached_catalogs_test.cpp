@@ -134,7 +134,7 @@ TEST_F(attached_catalogs, neither_its_own_nor_one_at_work_is_detached) {
             "5: The catalog Orvane belongs to the historian itself and cannot be detached; choose "
             "another one.");
   EXPECT_EQ(detach("Plant2"),
-            "5: There is no catalog \"Plant2\" to detach; reload the list of catalogs.");
+            "5: There is no catalog \"Plant2\" to detach; name one that the historian has.");
   const Stranger stranger(record.file, "BEGIN; SELECT * FROM Tags");
   EXPECT_EQ(detach("Plant1").substr(0, 5), "3803:");
   EXPECT_EQ(Names(*m_opened), "Functions Orvane Plant1 ");
