@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QSvgGenerator>
 #include <cmath>
 
@@ -98,6 +99,13 @@ void WriteBytes(const std::filesystem::path& path, const QByteArray& bytes) {
 
 QImage PictureOf(TrendPlot& plot) {
   return plot.toPixmap(plot.width(), plot.height(), plot.devicePixelRatioF()).toImage();
+}
+
+QMimeData* CopiedPicture(TrendPlot& plot) {
+  auto* picture = new QMimeData;
+  picture->setImageData(PictureOf(plot));
+  picture->setData("image/svg+xml", VectorPicture(plot));
+  return picture;
 }
 
 std::optional<Text> CopiedPoints(const PointsInSight& points) {

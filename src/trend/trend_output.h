@@ -12,6 +12,8 @@
 #include "trend/trend_data.h"
 #include "zones/time_zone.h"
 
+class QMimeData;
+
 namespace orvane::trend {
 
 class TrendPlot;
@@ -28,6 +30,8 @@ struct PointsInSight {
 };
 
 QImage PictureOf(TrendPlot& plot);
+/// The picture in both forms in which it is saved, for the clipboard; the caller's.
+QMimeData* CopiedPicture(TrendPlot& plot);
 /// One point a line: name, time with its distance from UTC, value, unit. Between tabs for the
 /// clipboard; more points than are copied at once give none.
 std::optional<platform::Text> CopiedPoints(const PointsInSight& points);

@@ -311,7 +311,7 @@ void TrendView::Copy() {
 }
 
 void TrendView::CopyPicture() {
-  QGuiApplication::clipboard()->setImage(PictureOf(*m_plot));
+  QGuiApplication::clipboard()->setMimeData(CopiedPicture(*m_plot));
   Remark({});
 }
 

@@ -7,6 +7,7 @@
 #include <memory_resource>
 #include <thread>
 
+#include "ado/recordset_builder.h"
 #include "tests/controls/row_view_fixture.h"
 
 namespace orvane::controls {
@@ -95,6 +96,28 @@ TEST(arranged_rows, several_columns_sort_one_after_the_other) {
     ASSERT_LE(CompareValues(one, other), 0);
     if (one == other) ASSERT_GE(NumberAt(view, n - 1, 0), NumberAt(view, n, 0));
   }
+}
+
+TEST(arranged_rows, are_filtered_by_the_order_of_their_column) {
+  const auto seen = [](platform::TextOrder order, const char* sFilter) {
+    ado::RecordsetBuilder builder({{"Name", platform::DataType::WChar, true, {}, order}});
+    for (const char* sName : {"a", "B", "b", "c", "b  ", "\u00c4"}) builder.AppendRow({sName});
+    RowView view;
+    view.ShowRows(builder.Finish(), kUtcZone);
+    view.Filter({ColumnFilter::Read(sFilter, 0, platform::DataType::WChar, kUtcZone)});
+    std::string sSeen;
+    for (int nPlace = 0; nPlace < view.Model().Places(); ++nPlace) {
+      sSeen += *view.Model().ValueAt(nPlace, 0).As<platform::Text>() + "|";
+    }
+    return sSeen;
+  };
+  using enum platform::TextOrder;
+  EXPECT_EQ(seen(Bytes, ">= b"), "b|c|b  |\u00c4|");
+  EXPECT_EQ(seen(NoCase, ">= b"), "B|b|c|b  |\u00c4|");
+  EXPECT_EQ(seen(NoCase, "= B"), "B|b|");
+  EXPECT_EQ(seen(NoCase, "A..b"), "a|B|b|");
+  EXPECT_EQ(seen(TrailingBlanks, "= b"), "b|b  |");
+  EXPECT_EQ(seen(TrailingBlanks, "> b"), "c|\u00c4|");
 }
 
 TEST(arranged_rows, the_current_cell_the_selection_and_the_scroll_bar_follow) {

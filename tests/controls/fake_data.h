@@ -169,7 +169,9 @@ class FakeConnection : public platform::Connection, private platform::Properties
   void ConnectionString(const platform::Text&) override {}
   platform::Properties& Properties() override { return *this; }
   void Open(const platform::Text&, const platform::Text&, const platform::Text&,
-            platform::Long) override {}
+            platform::Long) override {
+    m_bOpen = true;
+  }
   void Close() override { m_bOpen = false; }
   platform::Boolean IsOpen() const override { return m_bOpen; }
   platform::RecordsetPtr OpenSchema(platform::SchemaNumber,

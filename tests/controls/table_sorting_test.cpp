@@ -101,6 +101,23 @@ TEST_F(table_sorting, is_done_here_where_the_server_is_gone) {
   EXPECT_EQ(Label(*editor, "arrangement"), "Only the rows here are sorted: Number \u2193");
 }
 
+TEST_F(table_sorting, of_the_server_stays_told_until_it_is_another_one) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  const auto editor = Shown();
+  ViewOf(*editor)->SortBy(1, false);
+  m_connection->Close();
+  ViewOf(*editor)->Sort({});
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Name \u2193");
+  EXPECT_EQ(Label(*editor, "notice"),
+            "The rows stay in the server's order: the connection is closed; reconnect first.");
+  ViewOf(*editor)->SortBy(0, false);
+  EXPECT_EQ(Label(*editor, "arrangement"), "Only the rows here are sorted: Number \u2193");
+  m_connection->Open({}, {}, {}, platform::kOptionUnspecified);
+  editor->Requery();
+  EXPECT_EQ(m_server.sCommandText.find("\"Name\""), platform::Text::npos) << m_server.sCommandText;
+  EXPECT_EQ(Label(*editor, "arrangement"), "Only the rows here are sorted: Number \u2193");
+}
+
 TEST_F(table_sorting, that_the_server_refuses_leaves_rows_and_marks_as_they_were) {
   std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
   const auto editor = Shown();

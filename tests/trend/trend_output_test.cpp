@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QMimeData>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -101,6 +102,12 @@ TEST_F(trend_output, files_are_pictures_or_data_by_their_names) {
   const QByteArray svg = Saved("t.svg");
   EXPECT_TRUE(svg.contains("<svg"));
   EXPECT_TRUE(svg.contains("polyline") || svg.contains("path"));
+}
+
+TEST_F(trend_output, a_picture_is_copied_in_both_of_its_forms) {
+  const std::unique_ptr<QMimeData> copied(CopiedPicture(m_plot));
+  EXPECT_TRUE(copied->hasImage());
+  EXPECT_EQ(copied->data("image/svg+xml"), Saved("t.svg"));
 }
 
 TEST_F(trend_output, a_file_that_cannot_be_written_is_told) {

@@ -14,14 +14,28 @@ ServerOrder::ServerOrder(GridCore& core, Grid grid) : m_core(core), m_grid(std::
       [this](const std::vector<SortColumn>& columns) { return Sort(columns); });
 }
 
+QString ServerOrder::WhyNotAsked() const {
+  const platform::ConnectionPtr cn = m_core.Connection();
+  if (!cn || !cn->IsOpen()) return "the connection is closed; reconnect first.";
+  // What is not stored would be lost with the rows it lies over.
+  if (m_core.Recordset()->PendingCount() > 0) {
+    return "some are not stored; store or discard these first.";
+  }
+  return {};
+}
+
 bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
   const RecordsetPtr rs = m_core.Recordset();
-  const platform::ConnectionPtr cn = m_core.Connection();
-  if (!rs || !cn || !cn->IsOpen() || m_core.Running()) return false;
+  if (!rs || m_core.Running()) return false;
   const bool bAllAreHere =
       rs->State() == platform::FetchState::Complete && !TakesServer(columns, *rs);
-  // What is not stored would be lost with the rows it lies over.
-  if ((bAllAreHere && m_order.empty()) || rs->PendingCount() > 0) return false;
+  if (bAllAreHere && m_order.empty()) return false;
+  if (const QString sWhyNot = WhyNotAsked(); !sWhyNot.isEmpty()) {
+    if (!columns.empty()) return SortHere();
+    // How they stood before, only the server knows.
+    m_core.Window().Remark("The rows stay in the server's order: " + sWhyNot, true);
+    return true;
+  }
   Criteria order;
   for (const SortColumn& column : columns) {
     order.push_back({rs->FieldAt(column.column).Name(), column.bAscending});
@@ -29,7 +43,7 @@ bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
   const std::weak_ptr<int> life = m_life;
   const bool bTakes = m_grid.takes(order);
   if (life.expired() || m_core.Recordset() != rs) return true;
-  if (!bTakes) return false;
+  if (!bTakes) return SortHere();
   Criteria before = std::exchange(m_order, std::move(order));
   try {
     m_grid.fetch(columns);
@@ -41,6 +55,12 @@ bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
     m_core.Note(exception);
   }
   return true;
+}
+
+bool ServerOrder::SortHere() {
+  // Rows to come are not asked for in an order that these do not stand in any more.
+  m_order.clear();
+  return false;
 }
 
 }  // namespace orvane::controls

@@ -37,6 +37,10 @@ class ServerOrder {
  private:
   /// True when the server was asked; the grid may be gone then.
   bool Sort(const std::vector<SortColumn>& columns);
+  /// The end of a sentence; empty where it can be asked.
+  QString WhyNotAsked() const;
+  /// False: the view sorts the rows that it has.
+  bool SortHere();
 
   GridCore& m_core;
   Grid m_grid;

@@ -58,7 +58,7 @@ int Order(const T& one, const T& other) {
 
 }  // namespace
 
-int CompareValues(const Value& vtOne, const Value& vtOther) {
+int CompareValues(const Value& vtOne, const Value& vtOther, platform::TextOrder texts) {
   if (RankOf(vtOne) != RankOf(vtOther)) return Order(RankOf(vtOne), RankOf(vtOther));
   if (RankOf(vtOne) == kNullRank) return 0;
   if (const auto number = NumberOf(vtOne)) {
@@ -67,8 +67,9 @@ int CompareValues(const Value& vtOne, const Value& vtOther) {
     const auto* other = vtOther.As<platform::Decimal>();
     return nOrder == 0 && one && other ? CompareDecimals(one->sDigits, other->sDigits) : nOrder;
   }
-  if (const auto* text = vtOne.As<platform::Text>())
-    return text->compare(*vtOther.As<platform::Text>());
+  if (const auto* text = vtOne.As<platform::Text>()) {
+    return CompareTexts(*text, *vtOther.As<platform::Text>(), texts);
+  }
   if (const auto* day = vtOne.As<platform::Date>())
     return Order(*day, *vtOther.As<platform::Date>());
   if (const auto* time = vtOne.As<platform::TimeOfDay>()) {
@@ -158,17 +159,17 @@ bool ColumnFilter::Holds(const Value& vtValue, const CellFormat& format) const {
     case Kind::NotNull:
       return !vtValue.IsNull();
     case Kind::Equal:
-      return !vtValue.IsNull() && CompareValues(vtValue, m_vtFrom) == 0;
+      return !vtValue.IsNull() && CompareValues(vtValue, m_vtFrom, m_order) == 0;
     case Kind::Unequal:
-      return !vtValue.IsNull() && CompareValues(vtValue, m_vtFrom) != 0;
+      return !vtValue.IsNull() && CompareValues(vtValue, m_vtFrom, m_order) != 0;
     case Kind::Within:
       break;
   }
   // A value of another kind than the bounds is not between them.
   const Value& vtBound = m_vtFrom.IsNull() ? m_vtTo : m_vtFrom;
   if (vtValue.IsNull() || RankOf(vtValue) != RankOf(vtBound)) return false;
-  const int nFrom = m_vtFrom.IsNull() ? 1 : CompareValues(vtValue, m_vtFrom);
-  const int nTo = m_vtTo.IsNull() ? -1 : CompareValues(vtValue, m_vtTo);
+  const int nFrom = m_vtFrom.IsNull() ? 1 : CompareValues(vtValue, m_vtFrom, m_order);
+  const int nTo = m_vtTo.IsNull() ? -1 : CompareValues(vtValue, m_vtTo, m_order);
   return (nFrom > 0 || (nFrom == 0 && m_bFromIncluded)) && (nTo < 0 || (nTo == 0 && m_bToIncluded));
 }
 

@@ -24,6 +24,8 @@ class ColumnFilter {
   static ColumnFilter Equal(platform::ColumnIndex column, const platform::Value& vtValue,
                             const CellFormat& format = CellFormat());
 
+  /// Texts are compared in that order, which is their column's.
+  void Order(platform::TextOrder order) { m_order = order; }
   platform::ColumnIndex Column() const { return m_column; }
   bool Holds(const platform::Value& vtValue, const CellFormat& format) const;
   /// The filter as it is typed; of Equal what the value would be typed as.
@@ -34,6 +36,7 @@ class ColumnFilter {
 
   Kind m_kind = Kind::Contains;
   platform::ColumnIndex m_column = 0;
+  platform::TextOrder m_order = platform::TextOrder::Bytes;
   QString m_sText;
   TextSought m_contained;
   platform::Value m_vtFrom;  ///< null has no bound
@@ -43,6 +46,7 @@ class ColumnFilter {
 };
 
 /// Less than 0, 0 or more than 0, in the order in which rows are sorted.
-int CompareValues(const platform::Value& vtOne, const platform::Value& vtOther);
+int CompareValues(const platform::Value& vtOne, const platform::Value& vtOther,
+                  platform::TextOrder texts = platform::TextOrder::Bytes);
 
 }  // namespace orvane::controls

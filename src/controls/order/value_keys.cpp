@@ -33,6 +33,22 @@ int CompareDecimals(std::string_view sOne, std::string_view sOther) {
   return nOrder < 0 ? -1 : nOrder > 0 ? 1 : 0;
 }
 
+int CompareTexts(std::string_view sOne, std::string_view sOther, platform::TextOrder order) {
+  if (order == platform::TextOrder::TrailingBlanks) {
+    sOne = sOne.substr(0, sOne.find_last_not_of(' ') + 1);
+    sOther = sOther.substr(0, sOther.find_last_not_of(' ') + 1);
+  }
+  if (order != platform::TextOrder::NoCase) return sOne.compare(sOther);
+  const auto small = [](char c) {
+    return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+  };
+  const auto differ = std::ranges::mismatch(sOne, sOther, {}, small, small);
+  if (differ.in1 != sOne.end() && differ.in2 != sOther.end()) {
+    return small(*differ.in1) < small(*differ.in2) ? -1 : 1;
+  }
+  return sOne.size() < sOther.size() ? -1 : sOne.size() > sOther.size() ? 1 : 0;
+}
+
 bool IsBeforeValues(std::string_view sText) {
   return sText.starts_with('-') || sText.ends_with(kBeforeChrist);
 }

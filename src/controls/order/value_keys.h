@@ -6,11 +6,17 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ado/recordset.h"
+
 namespace orvane::controls {
 
 /// -1, 0 or 1 as the first decimal is less than, equal to or greater than the second; both as
 /// canonical digits, however many.
 int CompareDecimals(std::string_view sOne, std::string_view sOther);
+
+/// Less than 0, 0 or more than 0, in the order of the column that they are texts of; by their bytes
+/// where only the source knows it.
+int CompareTexts(std::string_view sOne, std::string_view sOther, platform::TextOrder order);
 
 /// True of a text that stands for a value before all that the column's kind holds.
 bool IsBeforeValues(std::string_view sText);

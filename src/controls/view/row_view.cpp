@@ -203,6 +203,11 @@ void RowView::SortedByServer(std::vector<SortColumn> columns) {
 }
 
 void RowView::Filter(std::vector<ColumnFilter> filters) {
+  for (ColumnFilter& filter : filters) {
+    const auto& rs = m_model->Recordset();
+    if (rs && filter.Column() < rs->FieldCount())
+      filter.Order(rs->FieldAt(filter.Column()).TextOrder());
+  }
   m_arrangement.filters = std::move(filters);
   ArrangeNow();
 }
