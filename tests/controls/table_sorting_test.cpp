@@ -168,6 +168,16 @@ TEST_F(query_sorting, is_asked_of_the_server_where_the_row_limit_cut_the_rows) {
   EXPECT_EQ(Label(*m_results, "arrangement"), "");
 }
 
+TEST_F(query_sorting, goes_with_the_text_that_it_stood_around) {
+  ViewOf(*m_results)->SortBy(1, false);
+  ASSERT_EQ(Label(*m_results, "arrangement"), "Sorted by the server: Name \u2193");
+  m_results->SqlText("SELECT * FROM Other");
+  m_results->Execute();
+  EXPECT_EQ(m_server.sCommandText, "SELECT * FROM Other");
+  EXPECT_EQ(Label(*m_results, "arrangement"), "");
+  EXPECT_TRUE(ViewOf(*m_results)->Arranged().sort.empty());
+}
+
 TEST_F(query_sorting, that_the_server_cannot_read_is_of_the_rows_here_and_says_so) {
   m_server.whileRunning = [this] {
     if (m_server.sCommandText.starts_with("EXPLAIN")) Refuse();

@@ -41,7 +41,7 @@ void QueryResults::SqlText(const Text& sSqlText) {
   // A range and an order stand around a text that has run by itself, and around no other.
   if (sSqlText != m_sSqlText) {
     m_time.Forget();
-    m_order.Now({});
+    m_order.Forget();
   }
   m_sSqlText = sSqlText;
 }
@@ -105,6 +105,7 @@ void QueryResults::Recordset(const RecordsetPtr& rs) {
   // Whoever hears of the rows may keep other states meanwhile, or drop the grid.
   const auto state = found ? std::optional(*found) : std::nullopt;
   const std::weak_ptr<int> life = m_life;
+  if (!state) m_order.Forget();
   m_core.Attach(rs, state ? &*state : nullptr, m_sSqlText, TextsWithoutRows(), std::nullopt);
   if (life.expired()) return;
   m_time.Restore(state ? &*state : nullptr);

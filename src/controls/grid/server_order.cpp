@@ -14,6 +14,12 @@ ServerOrder::ServerOrder(GridCore& core, Grid grid) : m_core(core), m_grid(std::
       [this](const std::vector<SortColumn>& columns) { return Sort(columns); });
 }
 
+void ServerOrder::Forget() {
+  m_order.clear();
+  RowView& rows = m_core.Window().Rows();
+  if (rows.Arranged().bSortedByServer) rows.SortedByServer({});
+}
+
 QString ServerOrder::WhyNotAsked() const {
   const platform::ConnectionPtr cn = m_core.Connection();
   if (!cn || !cn->IsOpen()) return "the connection is closed; reconnect first.";

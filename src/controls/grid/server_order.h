@@ -33,6 +33,8 @@ class ServerOrder {
   /// What the server is asked for, beside the order of the query.
   const Criteria& Now() const { return m_order; }
   void Now(Criteria order) { m_order = std::move(order); }
+  /// Other rows are to come, which nobody has asked for in any order.
+  void Forget();
 
  private:
   /// True when the server was asked; the grid may be gone then.

@@ -24,7 +24,7 @@ TableEditor::TableEditor(GridServices services)
 }
 
 void TableEditor::TableQuery(const platform::TableQueryPtr& query) {
-  m_order.Now({});
+  m_order.Forget();
   m_query = query;
   m_time.Forget();
   if (!query) return;
@@ -83,6 +83,7 @@ void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
   // Whoever hears of the rows may keep other states meanwhile, or drop the grid.
   const auto state = found ? std::optional(*found) : std::nullopt;
   const std::weak_ptr<int> life = m_life;
+  if (!state) m_order.Forget();
   m_core.Attach(rs, state ? &*state : nullptr, m_query ? m_query->SqlText() : Text(),
                 TextsWithoutRows(), TableOfRows());
   if (life.expired()) return;
