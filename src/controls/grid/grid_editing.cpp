@@ -1,11 +1,11 @@
 #include "controls/grid/grid_editing.h"
 
 #include <QItemSelectionModel>
-#include <QKeyEvent>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
 
+#include "controls/grid/edit_keys.h"
 #include "controls/grid/grid_window.h"
 #include "controls/view/cell_delegate.h"
 #include "controls/view/cell_editor.h"
@@ -28,11 +28,6 @@ namespace {
 constexpr QAbstractItemView::EditTriggers kTriggers = QAbstractItemView::DoubleClicked |
                                                       QAbstractItemView::EditKeyPressed |
                                                       QAbstractItemView::AnyKeyPressed;
-
-bool WouldType(const QKeyEvent& event) {
-  const auto modifiers = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
-  return modifiers == Qt::NoModifier && !event.text().isEmpty() && event.text().at(0).isPrint();
-}
 
 }  // namespace
 
@@ -63,8 +58,8 @@ GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events ev
           this)) {
   m_filling->setParent(this);
   RowView& rows = m_window.Rows();
-  rows.installEventFilter(this);
-  rows.viewport()->installEventFilter(this);
+  new EditKeys(window, m_session, {[this] { StartEditing(); }, [this] { GoTo(m_session.Redo()); }},
+               this);
   connect(rows.selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& /*current*/, const QModelIndex& previous) {
             if (!m_current && previous.isValid()) m_current = RecordRowOf(previous);
@@ -169,56 +164,6 @@ void GridEditing::AddCommands() {
                 [this] { m_questions->DeleteSelectedRows(); },
                 [this] { return m_window.Rows().RowsSelected(); },
                 [this] { return DeleteAllowed(); }});
-}
-
-bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
-  const bool bKey = event->type() == QEvent::KeyPress;
-  // Events also come while the window is taken down and has no rows any more.
-  if (!bKey && event->type() != QEvent::MouseButtonDblClick) {
-    return QObject::eventFilter(watched, event);
-  }
-  RowView& rows = m_window.Rows();
-  if (bKey && watched == &rows) {
-    const auto& key = *static_cast<QKeyEvent*>(event);
-    const bool bEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-    const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
-    if (bEnter && modifiers == Qt::NoModifier) {
-      if (RefuseEdit()) return true;
-      StartEditing();
-      return true;
-    }
-    if (key.key() == Qt::Key_Z && modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {
-      GoTo(m_session.Redo());
-      return true;
-    }
-    if ((key.key() == Qt::Key_F2 || WouldType(key)) && RefuseEdit()) return true;
-    if (key.key() == Qt::Key_Delete && modifiers == Qt::NoModifier && RefuseDelete()) return true;
-  }
-  if (!bKey && watched == rows.viewport()) RefuseEdit();
-  return QObject::eventFilter(watched, event);
-}
-
-bool GridEditing::RefuseEdit() {
-  const QModelIndex current = m_window.Rows().currentIndex();
-  const QString sWhyNot = current.isValid()
-                              ? m_session.WhyNotEdited(RecordRowOf(current), current.column())
-                              : m_session.WhyNotEdited(current.column());
-  if (sWhyNot.isEmpty()) return false;
-  m_window.Status().Remark(sWhyNot);
-  return true;
-}
-
-bool GridEditing::RefuseDelete() {
-  if (!m_session.Recordset()) return false;
-  if (!DeleteAllowed()) {
-    m_window.Status().Remark(m_session.Updatability().sWhyNot);
-  } else if (!m_window.Rows().RowsSelected()) {
-    m_window.Status().Remark(
-        "No row is selected to be deleted; click its number, or press Shift+Space, first.");
-  } else {
-    return false;
-  }
-  return true;
 }
 
 CellEditor* GridEditing::Typed() const {

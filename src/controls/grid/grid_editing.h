@@ -57,9 +57,6 @@ class GridEditing final : public QObject {
 
   bool DeleteAllowed() const { return m_session.Updatability().bDelete; }
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
   CellEditor* Typed() const;
   void AddCommands();
@@ -71,9 +68,6 @@ class GridEditing final : public QObject {
   void GoTo(std::optional<platform::RowIndex> row);
   /// None, with a sentence in the strip, where they are more than can be changed at once.
   std::vector<CellEdit> SelectedCells();
-  bool RefuseEdit();
-  /// True where the key that deletes rows has nothing to delete; the strip says why.
-  bool RefuseDelete();
   static void Raise(const std::function<void()>& event);
   void TellOfStored(platform::RowState before);
   void RowsChanged(std::span<const platform::RowIndex> rows);
