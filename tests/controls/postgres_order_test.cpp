@@ -174,11 +174,26 @@ TEST_F(postgres_order, is_asked_of_the_server_where_only_that_knows_it) {
 
   controls::QueryResults results(Ours());
   results.Connection(m_cn);
-  results.SqlText("SELECT id, upper(w) || id AS u FROM p..t");
+  results.SqlText("SELECT DISTINCT id, upper(w) || id AS u FROM p..t");
   results.Execute();
   Sort(results, false);
   EXPECT_EQ(Column(results), "NULL B3 B1 A5 A4 ");
   EXPECT_EQ(Label(results, "arrangement").substr(0, 21), "Sorted by the server:");
+}
+
+TEST_F(postgres_order, does_not_take_their_edits_from_the_rows_of_a_query) {
+  Do("CREATE TABLE p.t(id int PRIMARY KEY, w text COLLATE \"en-x-icu\")");
+  Do("INSERT INTO p.t VALUES (1, 'b'), (2, NULL), (3, 'B'), (4, 'a')");
+  controls::QueryResults results(Ours());
+  results.Connection(m_cn);
+  results.SqlText("SELECT id, w FROM p..t");
+  results.Execute();
+  ASSERT_TRUE(results.DeleteAllowed());
+  Sort(results);
+  EXPECT_EQ(Column(results), "B a b NULL ");
+  EXPECT_EQ(Label(results, "arrangement"),
+            "Sorted here, texts otherwise than by the server: w \u2191");
+  EXPECT_TRUE(results.DeleteAllowed());
 }
 
 TEST_F(postgres_order, of_rows_that_the_server_cannot_sort_is_told_to_be_another_one) {

@@ -24,7 +24,8 @@ QueryResults::QueryResults(GridServices services)
                       },
                       [this] { return m_sSqlText; }}),
       m_order(m_core, {[this](const ServerOrder::Criteria& order) { return TakesOrder(order); },
-                       [this](const std::vector<SortColumn>& columns) { Fetch(&columns); }}) {
+                       [this](const std::vector<SortColumn>& columns) { Fetch(&columns); },
+                       [this] { return m_core.Editing().Session().Updatability().bUpdate; }}) {
   m_core.OnReconnected([this] { Execute(); });
 }
 

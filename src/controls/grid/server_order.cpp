@@ -33,8 +33,8 @@ QString ServerOrder::WhyNotAsked() const {
 bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
   const RecordsetPtr rs = m_core.Recordset();
   if (!rs || m_core.Running()) return false;
-  const bool bAllAreHere =
-      rs->State() == platform::FetchState::Complete && !TakesServer(columns, *rs);
+  const bool bSortsAll = !TakesServer(columns, *rs) || (m_grid.costsEdits && m_grid.costsEdits());
+  const bool bAllAreHere = rs->State() == platform::FetchState::Complete && bSortsAll;
   if (bAllAreHere && m_order.empty()) return false;
   if (const QString sWhyNot = WhyNotAsked(); !sWhyNot.isEmpty()) {
     if (!columns.empty()) return SortHere();

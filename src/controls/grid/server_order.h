@@ -23,6 +23,8 @@ class ServerOrder {
     std::function<bool(const Criteria& order)> takes;
     /// Fetches the rows in the order, by which the columns are then marked.
     std::function<void(const std::vector<SortColumn>& columns)> fetch;
+    /// True where rows that came in the order could not be edited any more, which these can.
+    std::function<bool()> costsEdits = {};
   };
 
   /// Takes over what the grid's rows are to be sorted by.
