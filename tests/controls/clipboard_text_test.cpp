@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/controls/fake_data.h"
+#include "tests/controls/written_cells.h"
 
 namespace orvane::controls {
 namespace {
@@ -16,9 +17,11 @@ class clipboard_text : public testing::Test {
     m_selection.select(m_model.index(nTop, nLeft), m_model.index(nBottom, nRight));
   }
   std::string Copied(bool bNames = false) const {
-    return ClipboardText(m_model, m_selection, SelectedColumns(m_selection), bNames)
-        .value_or("(too long)")
-        .toStdString();
+    const std::vector<int> columns = SelectedColumns(m_selection);
+    ClipboardText text;
+    if (bNames) text.Names(m_model, columns);
+    WriteAll(m_model, m_selection, columns, text);
+    return text.Take().toStdString();
   }
   RowModel m_model;
   QItemSelection m_selection;
@@ -34,18 +37,14 @@ TEST_F(clipboard_text, names_of_the_columns_come_first_when_wanted) {
   EXPECT_EQ(Copied(true), "Name\tFlag\nrow 1\tFalse\n");
 }
 
-TEST_F(clipboard_text, there_is_none_beyond_the_limit) {
-  Select(1, 0, 2, 1);
-  EXPECT_EQ(ClipboardText(m_model, m_selection, {0, 1}, false, 16)->size(), 16);
-  EXPECT_EQ(ClipboardText(m_model, m_selection, {0, 1}, false, 15), std::nullopt);
-}
-
-TEST_F(clipboard_text, rows_of_a_selection_are_counted_once) {
-  EXPECT_EQ(SelectedRows(m_selection), 0);
-  Select(1, 0, 3, 0);
-  Select(2, 1, 4, 1);
-  Select(7, 0, 7, 2);
-  EXPECT_EQ(SelectedRows(m_selection), 5);
+TEST_F(clipboard_text, keeps_texts_of_any_length_and_what_elsewhere_marks_an_encoding) {
+  const platform::Text sMark = "\xEF\xBB\xBF";
+  const platform::Text sLong = sMark + platform::Text(50'000, 'x') + "\xF0\x9F\x98\x80";
+  const auto rs = std::make_shared<FakeRecordset>(3, [&](auto, auto) { return Value(sLong); });
+  rs->Column("a", platform::DataType::WChar);
+  m_model.Recordset(rs, CellFormat());
+  Select(0, 0, 2, 0);
+  EXPECT_EQ(Copied(), sLong + "\n" + sLong + "\n" + sLong + "\n");
 }
 
 TEST_F(clipboard_text, null_is_an_empty_cell) {

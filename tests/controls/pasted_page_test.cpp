@@ -4,6 +4,7 @@
 
 #include "controls/view/copied_forms.h"
 #include "tests/controls/fake_data.h"
+#include "tests/controls/written_cells.h"
 
 namespace orvane::controls {
 namespace {
@@ -181,9 +182,9 @@ TEST(pasted_page, of_this_library_comes_back_exactly) {
   RowModel model;
   model.Recordset(rs, CellFormat());
   const QItemSelection all(model.index(0, 0), model.index(model.rowCount() - 1, 0));
-  const auto page = SelectionAsPage(model, all, {0}, false);
-  ASSERT_TRUE(page);
-  EXPECT_EQ(Shown(CellsOfPage(*page)),
+  ClipboardPage page;
+  WriteAll(model, all, {0}, page);
+  EXPECT_EQ(Shown(CellsOfPage(page.Take())),
             "(null)\n[]\n[NULL]\n[a\tb\nc\nd\re]\n[  two  blanks ]\n[\"quoted\" <b>&amp;]\n[\n]\n"
             "[\xC2\xA0]\n[007]\n[0.1]\n[-5]\n[True]\n");
 }

@@ -2,7 +2,7 @@
 
 #include <QItemSelectionModel>
 
-#include "controls/view/clipboard_text.h"
+#include "controls/view/selection_bands.h"
 #include "tests/controls/row_view_fixture.h"
 
 namespace orvane::controls {

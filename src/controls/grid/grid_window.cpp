@@ -9,6 +9,7 @@
 
 #include "controls/grid/grid_teller.h"
 #include "controls/grid/grid_trend.h"
+#include "controls/grid/strip_texts.h"
 #include "controls/grid/view_switch.h"
 #include "controls/view/column_commands.h"
 #include "controls/view/empty_notice.h"
@@ -32,43 +33,6 @@ QFrame* AddLine(QWidget* parent) {
   line->setFrameShadow(QFrame::Plain);
   line->setForegroundRole(QPalette::Midlight);
   return line;
-}
-
-QString LimitNotice(const platform::Recordset& rs, const RowModel& model) {
-  if (!model.AllRowsFit()) {
-    return QStringLiteral("First %1 only: a grid holds no more.").arg(RowsText(RowModel::kMaxRows));
-  }
-  if (rs.State() == platform::FetchState::Stopped) {
-    return QString::fromStdString(rs.FetchRemark());
-  }
-  if (!rs.Truncated()) return {};
-  return rs.RecordCount() == 1 ? QStringLiteral("First row only: the row limit was reached.")
-                               : QStringLiteral("First %1 only: the row limit was reached.")
-                                     .arg(RowsText(rs.RecordCount()));
-}
-
-QString ArrangementText(const Arrangement& arrangement, const RowModel& model) {
-  QStringList parts;
-  if (!arrangement.sort.empty()) {
-    QStringList columns;
-    for (const SortColumn& column : arrangement.sort) {
-      columns << model.ColumnName(column.column) +
-                     (column.bAscending ? QStringLiteral(" \u2191") : QStringLiteral(" \u2193"));
-    }
-    const auto& rs = model.Recordset();
-    const bool bAll = !rs || rs->State() == platform::FetchState::Complete;
-    QString sWhere = arrangement.bSortedByServer ? QStringLiteral("Sorted by the server")
-                     : bAll                      ? QStringLiteral("Sorted here")
-                                                 : QStringLiteral("Only the rows here are sorted");
-    if (!arrangement.bSortedByServer && rs && TakesServer(arrangement.sort, *rs)) {
-      sWhere += QStringLiteral(", texts otherwise than by the server");
-    }
-    parts << sWhere + QStringLiteral(": ") + columns.join(QStringLiteral(", "));
-  }
-  if (!arrangement.filters.empty()) {
-    parts << QStringLiteral("Filtered here: %1 seen").arg(RowsText(model.Places()));
-  }
-  return parts.join(QStringLiteral("; "));
 }
 
 }  // namespace
@@ -138,6 +102,10 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   });
   m_rows->OnArrowClicked([this] { Raise(&GridEvents::headClick); });
   m_rows->Copier().OnCopied([this](const QString& sWhyNot) { m_status->Remark(sWhyNot); });
+  m_rows->Copier().OnProgress([this](platform::RowIndex done, platform::RowIndex of) {
+    Working(CopyingText(done, of), "Stops it and leaves the clipboard as it is (Esc)",
+            [this] { m_rows->Copier().Stop(); });
+  });
   connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_bSplitByUser = true; });
   m_patience.setSingleShot(true);
   m_patience.setInterval(kPatience);

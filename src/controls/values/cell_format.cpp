@@ -195,11 +195,15 @@ QString CellFormat::Shown(const Value& vtValue, int nFraction) const {
 }
 
 QString CellFormat::Whole(const Value& vtValue) const {
-  if (vtValue.Kind() == ValueKind::Object) return QStringLiteral("(object)");
+  return QString::fromStdString(WholeText(vtValue));
+}
+
+Text CellFormat::WholeText(const Value& vtValue) const {
+  if (vtValue.Kind() == ValueKind::Object) return "(object)";
   if (const auto* timestamp = vtValue.As<Timestamp>()) {
-    return QString::fromStdString(platform::ToText(Value(InZone(*timestamp, m_zone))));
+    return platform::ToText(Value(InZone(*timestamp, m_zone)));
   }
-  return QString::fromStdString(platform::ToText(vtValue));
+  return platform::ToText(vtValue);
 }
 
 CellFormat::Part CellFormat::Beginning(const Value& vtValue, qsizetype nCharacters) const {

@@ -35,6 +35,8 @@ class CellFormat {
   static int FractionOf(const platform::Value& vtValue);
   /// The whole value; null is the empty text.
   QString Whole(const platform::Value& vtValue) const;
+  /// The same as UTF-8; of a text its own bytes.
+  platform::Text WholeText(const platform::Value& vtValue) const;
   /// The beginning of a value; the rest takes no memory however long it is.
   struct Part {
     QString sText;

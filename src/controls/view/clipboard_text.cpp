@@ -1,88 +1,59 @@
 #include "controls/view/clipboard_text.h"
 
 #include <algorithm>
-#include <set>
-#include <vector>
+#include <string_view>
 
 namespace orvane::controls {
 
-namespace {
+using platform::Text;
 
-QString InCell(QString sText) {
-  const auto needsQuotes = [](QChar c) {
-    return c == u'\t' || c == u'\n' || c == u'\r' || c == u'"';
-  };
-  if (std::ranges::none_of(sText, needsQuotes)) return sText;
-  return u'"' + sText.replace(QLatin1String("\""), QLatin1String("\"\"")) + u'"';
+void ClipboardText::Names(const RowModel& model, const std::vector<int>& columns) {
+  BeginRow();
+  for (const int nColumn : columns) {
+    Part();
+    const std::size_t begin = m_text.Next().size();
+    m_text.Next() += model.Recordset()->FieldAt(nColumn).Name();
+    Quote(begin);
+  }
+  EndRow();
 }
 
-}  // namespace
-
-std::vector<int> SelectedColumns(const QItemSelection& selection) {
-  std::set<int> columns;
-  for (const QItemSelectionRange& range : selection) {
-    for (int n = range.left(); n <= range.right(); ++n) columns.insert(n);
-  }
-  return {columns.begin(), columns.end()};
+void ClipboardText::Part() {
+  if (!m_bFirst) m_text.Next() += '\t';
+  m_bFirst = false;
 }
 
-std::vector<std::pair<int, int>> RowSpans(const QItemSelection& selection) {
-  std::vector<std::pair<int, int>> spans;
-  for (const QItemSelectionRange& range : selection) {
-    spans.emplace_back(range.top(), range.bottom());
+void ClipboardText::Cell(const platform::Value& vtValue, const CellFormat& format) {
+  Part();
+  if (vtValue.IsNull()) return;
+  const std::size_t begin = m_text.Next().size();
+  AppendWhole(m_text.Next(), vtValue, format);
+  if (m_text.Next().size() == begin) {
+    // Null is an empty cell, so the empty text has to be something.
+    m_text.Next() += "\"\"";
+  } else if (vtValue.Kind() == platform::ValueKind::Text) {
+    Quote(begin);
   }
-  std::ranges::sort(spans);
-  std::vector<std::pair<int, int>> merged;
-  for (const auto& span : spans) {
-    if (!merged.empty() && span.first <= merged.back().second + 1) {
-      merged.back().second = std::max(merged.back().second, span.second);
-    } else {
-      merged.push_back(span);
-    }
-  }
-  return merged;
 }
 
-platform::RowIndex SelectedRows(const QItemSelection& selection) {
-  platform::RowIndex rows = 0;
-  for (const auto& [nFirst, nLast] : RowSpans(selection)) rows += nLast - nFirst + 1;
-  return rows;
+// Nothing else than a text needs it.
+void ClipboardText::Quote(std::size_t begin) {
+  Text& sNext = m_text.Next();
+  const auto needsQuotes = [](char c) { return c == '\t' || c == '\n' || c == '\r' || c == '"'; };
+  if (std::ranges::none_of(std::string_view(sNext).substr(begin), needsQuotes)) return;
+  const Text sText = sNext.substr(begin);
+  sNext.resize(begin);
+  sNext += '"';
+  for (const char c : sText) {
+    if (c == '"') sNext += '"';
+    sNext += c;
+  }
+  sNext += '"';
 }
 
-std::optional<QString> ClipboardText(const RowModel& model, const QItemSelection& selection,
-                                     const std::vector<int>& columns, bool bNames,
-                                     qsizetype nMost) {
-  QString sText;
-  if (bNames) {
-    QChar separator;
-    for (const int nColumn : columns) {
-      if (!separator.isNull()) sText += separator;
-      sText += InCell(model.ColumnName(nColumn));
-      separator = u'\t';
-    }
-    sText += u'\n';
-  }
-  for (const auto& [nFirst, nLast] : RowSpans(selection)) {
-    for (int nRow = nFirst; nRow <= nLast; ++nRow) {
-      QChar separator;
-      for (const int nColumn : columns) {
-        if (!separator.isNull()) sText += separator;
-        separator = u'\t';
-        const bool bSelected = std::ranges::any_of(selection, [&](const auto& range) {
-          return nRow >= range.top() && nRow <= range.bottom() && nColumn >= range.left() &&
-                 nColumn <= range.right();
-        });
-        if (!bSelected) continue;
-        const platform::Value vtValue = model.ValueAt(nRow, nColumn);
-        const QString sWhole = model.Format().Whole(vtValue);
-        // Null is an empty cell, so the empty text has to be something.
-        sText += sWhole.isEmpty() && !vtValue.IsNull() ? QStringLiteral("\"\"") : InCell(sWhole);
-      }
-      sText += u'\n';
-      if (sText.size() > nMost) return std::nullopt;
-    }
-  }
-  return sText;
+void ClipboardText::EndRow() {
+  m_text.Next() += '\n';
+  m_text.Settle();
 }
 
 }  // namespace orvane::controls

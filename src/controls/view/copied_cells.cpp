@@ -1,10 +1,5 @@
 #include "controls/view/copied_cells.h"
 
-#include <QDataStream>
-#include <QIODevice>
-
-#include "controls/values/value_input.h"
-#include "controls/view/clipboard_text.h"
 #include "controls/view/pasted_page.h"
 
 namespace orvane::controls {
@@ -14,8 +9,6 @@ using platform::Text;
 namespace {
 
 constexpr const char* kCellsFormat = "application/x-orvane-cells";
-/// Copying more goes by text alone, in the time of writing it.
-constexpr qsizetype kMostExactCells = 200'000;
 constexpr qsizetype kMostVainCharacters = 100'000'000;
 
 std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
@@ -88,29 +81,22 @@ CopiedCells ReadText(const QString& sText) {
 
 }  // namespace
 
-bool AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
-              const std::vector<int>& columns) {
-  if (SelectedRows(selection) * static_cast<platform::RowIndex>(columns.size()) > kMostExactCells) {
-    return false;
-  }
-  const ValueInput input(model.Format().Zone());
-  QByteArray bytes;
-  QDataStream stream(&bytes, QIODevice::WriteOnly);
-  stream.setVersion(QDataStream::Qt_6_0);
-  stream << static_cast<qint32>(columns.size());
-  for (const auto& [nFirst, nLast] : RowSpans(selection)) {
-    for (int nRow = nFirst; nRow <= nLast; ++nRow) {
-      for (const int nColumn : columns) {
-        const bool bSelected = selection.contains(model.index(nRow, nColumn));
-        const platform::Value vtValue =
-            bSelected ? model.ValueAt(nRow, nColumn) : platform::Value();
-        stream << static_cast<quint8>(vtValue.Kind())
-               << QByteArray::fromStdString(input.Shown(vtValue));
-      }
-    }
-  }
-  data.setData(kCellsFormat, bytes);
-  return true;
+ExactCells::ExactCells(std::size_t columns, const CellFormat& format) : m_input(format.Zone()) {
+  m_stream.setVersion(QDataStream::Qt_6_0);
+  m_stream << static_cast<qint32>(columns);
+}
+
+void ExactCells::Cell(const platform::Value& vtValue, const CellFormat& /*format*/) {
+  m_stream << static_cast<quint8>(vtValue.Kind())
+           << QByteArray::fromStdString(m_input.Shown(vtValue));
+}
+
+void ExactCells::NoCell() {
+  m_stream << static_cast<quint8>(platform::ValueKind::Null) << QByteArray();
+}
+
+void ExactCells::PutOn(QMimeData& data) const {
+  data.setData(kCellsFormat, m_bytes);
 }
 
 std::optional<CopiedCells> ReadCells(const QMimeData& data) {

@@ -2,12 +2,14 @@
 // text that other programs put there. Used by copying and pasting; user-interface thread.
 #pragma once
 
-#include <QItemSelection>
+#include <QDataStream>
+#include <QIODevice>
 #include <QMimeData>
 #include <optional>
 #include <vector>
 
-#include "controls/view/row_model.h"
+#include "controls/values/value_input.h"
+#include "controls/view/cells_writer.h"
 
 namespace orvane::controls {
 
@@ -20,10 +22,23 @@ struct CopiedCell {
 
 using CopiedCells = std::vector<std::vector<CopiedCell>>;
 
-/// Adds the values of the selection's rows in these columns to what goes on the clipboard; false
-/// where they are too many for that.
-bool AddCells(QMimeData& data, const RowModel& model, const QItemSelection& selection,
-              const std::vector<int>& columns);
+/// Writes cells in the library's own form.
+class ExactCells final : public CellsWriter {
+ public:
+  /// Copying more goes without it, in the time of writing the text.
+  static constexpr platform::RowIndex kMost = 200'000;
+
+  ExactCells(std::size_t columns, const CellFormat& format);
+  void Cell(const platform::Value& vtValue, const CellFormat& format) override;
+  void NoCell() override;
+  void PutOn(QMimeData& data) const;
+
+ private:
+  QByteArray m_bytes;
+  QDataStream m_stream{&m_bytes, QIODevice::WriteOnly};
+  ValueInput m_input;
+};
+
 /// The cells on the clipboard: of this library's own form, else of the table of a page, else those
 /// of its text, parted by tabs and line breaks, where text in quotes may have both. An empty cell
 /// of a text is null, two quotes are the empty text. None when there is nothing of these.

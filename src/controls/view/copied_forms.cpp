@@ -1,97 +1,131 @@
 #include "controls/view/copied_forms.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "controls/view/pasted_page.h"
 
 namespace orvane::controls {
 
-namespace {
+using platform::Text;
+using platform::Value;
+using platform::ValueKind;
 
-QString InPage(QString sText) {
-  return sText.toHtmlEscaped()
-      .replace(QLatin1String("\r\n"), QLatin1String("<br>"))
-      .replace(u'\n', QLatin1String("<br>"))
-      .replace(u'\r', QLatin1String("&#13;"))
-      .replace(u'\t', QLatin1String("&#9;"));
+// ---- a page
+
+ClipboardPage::ClipboardPage() {
+  m_text.Next() = Text("<meta charset=\"utf-8\"><table ") + kOwnTableMark + ">";
 }
 
-/// Spreadsheets are told what is a number and what a text, whatever the language they count in: a
-/// text of digits would become a number, and 1.5 a day in May.
-QString CellOfPage(const platform::Value& vtValue, const QString& sWhole) {
+void ClipboardPage::Names(const RowModel& model, const std::vector<int>& columns) {
+  BeginRow();
+  for (const int nColumn : columns) {
+    m_text.Next() += "<th>";
+    AppendInPage(model.Recordset()->FieldAt(nColumn).Name());
+    m_text.Next() += "</th>";
+  }
+  EndRow();
+}
+
+// Spreadsheets are told what is a number and what a text, whatever the language they count in: a
+// text of digits would become a number, and 1.5 a day in May.
+void ClipboardPage::Cell(const Value& vtValue, const CellFormat& format) {
+  Text& sNext = m_text.Next();
   const auto* number = vtValue.As<double>();
-  if (number && !std::isfinite(*number)) return QStringLiteral("<td>%1</td>").arg(sWhole);
+  const bool bFinite = !number || std::isfinite(*number);
   switch (vtValue.Kind()) {
-    case platform::ValueKind::Null:
-      return QStringLiteral("<td><i></i></td>");
-    case platform::ValueKind::Long:
-    case platform::ValueKind::LongLong:
-    case platform::ValueKind::Double:
-    case platform::ValueKind::Decimal:
-      return QStringLiteral("<td sdval=\"%1\" sdnum=\"1033;\">%1</td>").arg(sWhole);
-    case platform::ValueKind::Text:
-      return QStringLiteral("<td sdnum=\"1033;0;@\">") + InPage(sWhole) + QStringLiteral("</td>");
-    case platform::ValueKind::Boolean:
-    case platform::ValueKind::Timestamp:
-    case platform::ValueKind::Date:
-    case platform::ValueKind::TimeOfDay:
-    case platform::ValueKind::Bytes:
-    case platform::ValueKind::Guid:
-    case platform::ValueKind::Object:
+    case ValueKind::Null:
+      sNext += "<td><i></i></td>";
+      return;
+    case ValueKind::Long:
+    case ValueKind::LongLong:
+    case ValueKind::Double:
+    case ValueKind::Decimal:
+      if (!bFinite) break;
+      m_sWhole.clear();
+      AppendWhole(m_sWhole, vtValue, format);
+      sNext.append("<td sdval=\"").append(m_sWhole).append("\" sdnum=\"1033;\">");
+      sNext.append(m_sWhole).append("</td>");
+      return;
+    case ValueKind::Text:
+      sNext += "<td sdnum=\"1033;0;@\">";
+      AppendInPage(*vtValue.As<Text>());
+      sNext += "</td>";
+      return;
+    case ValueKind::Boolean:
+    case ValueKind::Timestamp:
+    case ValueKind::Date:
+    case ValueKind::TimeOfDay:
+    case ValueKind::Bytes:
+    case ValueKind::Guid:
+    case ValueKind::Object:
       break;
   }
-  return QStringLiteral("<td>") + InPage(sWhole) + QStringLiteral("</td>");
+  m_sWhole.clear();
+  AppendWhole(m_sWhole, vtValue, format);
+  sNext += "<td>";
+  AppendInPage(m_sWhole);
+  sNext += "</td>";
 }
 
-}  // namespace
-
-std::optional<QString> SelectionAs(const exports::WriterOptions& options, const RowModel& model,
-                                   const QItemSelection& selection, const std::vector<int>& columns,
-                                   qsizetype nMost) {
-  const auto& rs = model.Recordset();
-  if (!rs) return QString();
-  std::vector<platform::ColumnIndex> written(columns.begin(), columns.end());
-  const auto writer = exports::MakeRowWriter(options);
-  platform::Text sText;
-  writer->Begin(*rs, std::move(written), sText);
-  for (const auto& [nFirst, nLast] : RowSpans(selection)) {
-    for (int nPlace = nFirst; nPlace <= nLast; ++nPlace) {
-      if (model.IsEmptyRow(nPlace)) continue;
-      writer->Row(*rs, model.RecordRow(nPlace), sText);
-      if (static_cast<qsizetype>(sText.size()) > nMost) return std::nullopt;
+void ClipboardPage::AppendInPage(std::string_view sText) {
+  Text& sNext = m_text.Next();
+  const auto markAt = [&](std::size_t n) -> std::string_view {
+    switch (sText[n]) {
+      case '<':
+        return "&lt;";
+      case '>':
+        return "&gt;";
+      case '&':
+        return "&amp;";
+      case '"':
+        return "&quot;";
+      case '\t':
+        return "&#9;";
+      case '\r':
+        // Of both, the line feed is the line break.
+        return n + 1 < sText.size() && sText[n + 1] == '\n' ? std::string_view() : "&#13;";
+      default:
+        return "<br>";
     }
+  };
+  const auto isMarked = [](char c) {
+    return c == '<' || c == '>' || c == '&' || c == '"' || c == '\t' || c == '\n' || c == '\r';
+  };
+  for (std::size_t n = 0; n < sText.size(); ++n) {
+    const std::string_view sLeft = sText.substr(n);
+    const auto plain =
+        static_cast<std::size_t>(std::ranges::find_if(sLeft, isMarked) - sLeft.begin());
+    sNext += sLeft.substr(0, plain);
+    n += plain;
+    if (n < sText.size()) sNext += markAt(n);
   }
-  return QString::fromStdString(sText);
 }
 
-std::optional<QString> SelectionAsPage(const RowModel& model, const QItemSelection& selection,
-                                       const std::vector<int>& columns, bool bNames,
-                                       qsizetype nMost) {
-  QString sPage =
-      QStringLiteral("<meta charset=\"utf-8\"><table %1>").arg(QLatin1String(kOwnTableMark));
-  if (bNames) {
-    sPage += QStringLiteral("<tr>");
-    for (const int nColumn : columns) {
-      sPage += QStringLiteral("<th>%1</th>").arg(InPage(model.ColumnName(nColumn)));
-    }
-    sPage += QStringLiteral("</tr>");
-  }
-  for (const auto& [nFirst, nLast] : RowSpans(selection)) {
-    for (int nPlace = nFirst; nPlace <= nLast; ++nPlace) {
-      sPage += QStringLiteral("<tr>");
-      for (const int nColumn : columns) {
-        if (!selection.contains(model.index(nPlace, nColumn))) {
-          sPage += QStringLiteral("<td></td>");
-          continue;
-        }
-        const platform::Value vtValue = model.ValueAt(nPlace, nColumn);
-        sPage += CellOfPage(vtValue, model.Format().Whole(vtValue));
-      }
-      sPage += QStringLiteral("</tr>");
-      if (sPage.size() > nMost) return std::nullopt;
-    }
-  }
-  return sPage + QStringLiteral("</table>");
+void ClipboardPage::EndRow() {
+  m_text.Next() += "</tr>";
+  m_text.Settle();
+}
+
+QString ClipboardPage::Take() {
+  m_text.Next() += "</table>";
+  return m_text.Take();
+}
+
+// ---- rows
+
+ClipboardRows::ClipboardRows(const exports::WriterOptions& options, const RowModel& model,
+                             const std::vector<int>& columns)
+    : m_writer(exports::MakeRowWriter(options)) {
+  m_writer->Begin(*model.Recordset(), {columns.begin(), columns.end()}, m_text.Next());
+}
+
+std::size_t ClipboardRows::Row(const platform::Recordset& rs, platform::RowIndex row) {
+  const std::size_t before = m_text.Next().size();
+  m_writer->Row(rs, row, m_text.Next());
+  const std::size_t bytes = m_text.Next().size() - before;
+  m_text.Settle();
+  return bytes;
 }
 
 }  // namespace orvane::controls

@@ -4,8 +4,9 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <algorithm>
+#include <optional>
 
-#include "controls/view/clipboard_text.h"
+#include "controls/values/tell_box.h"
 #include "controls/view/copied_cells.h"
 #include "controls/view/copied_forms.h"
 #include "controls/view/header_view.h"
@@ -13,6 +14,81 @@
 #include "controls/view/status_strip.h"
 
 namespace orvane::controls {
+
+using platform::RowIndex;
+
+/// What is being copied. The forms of cells go together, so that each value is read once.
+struct RowCopier::Work {
+  std::vector<RowBand> bands;
+  std::vector<int> columns;
+  RowIndex rows = 0;
+  std::size_t band = 0;  ///< of the next row
+  int nPlace = 0;        ///< of it
+  RowIndex done = 0;
+  bool bTold = false;  ///< that it goes on
+
+  bool bOneCell = false;
+  std::optional<ClipboardText> text;
+  std::optional<ClipboardPage> page;
+  std::optional<ExactCells> exact;
+  bool bInexact = false;              ///< the kinds of values are not kept
+  std::optional<ClipboardRows> form;  ///< instead of the others
+
+  bool IsDone() const { return band == bands.size(); }
+  bool IsTooLong() const {
+    return (text && text->Characters() > kMostCopiedCharacters) ||
+           (form && form->Characters() > kMostCopiedCharacters);
+  }
+  std::size_t WriteNext(const RowModel& model);
+  std::unique_ptr<QMimeData> Written();
+};
+
+std::size_t RowCopier::Work::WriteNext(const RowModel& model) {
+  const RowBand& rowBand = bands[band];
+  std::size_t bytes = 0;
+  if (form) {
+    if (!model.IsEmptyRow(nPlace)) {
+      bytes = form->Row(*model.Recordset(), model.RecordRow(nPlace));
+    }
+  } else {
+    std::vector<CellsWriter*> writers{&*text};
+    if (page) writers.push_back(&*page);
+    if (exact) writers.push_back(&*exact);
+    bytes = WriteRow(model, rowBand, nPlace, columns, writers);
+    if (page && page->Characters() > kMostCopiedCharacters) page.reset();
+  }
+  ++done;
+  if (nPlace++ == rowBand.nLast) {
+    ++band;
+    if (!IsDone()) nPlace = bands[band].nFirst;
+  }
+  return bytes;
+}
+
+std::unique_ptr<QMimeData> RowCopier::Work::Written() {
+  auto data = std::make_unique<QMimeData>();
+  QString sText = form ? form->Take() : text->Take();
+  if (bOneCell) sText.chop(1);
+  if (page) data->setHtml(page->Take());
+  if (exact) exact->PutOn(*data);
+  data->setText(sText);
+  return data;
+}
+
+RowCopier::RowCopier(const RowView& rows) : m_rows(rows) {
+  m_slices.setInterval(0);
+  connect(&m_slices, &QTimer::timeout, this, [this] { Slice(); });
+  // Rows that come behind the others change nothing of those that are copied.
+  const auto changed = [this] {
+    if (m_work) End("Not copied: the rows have changed meanwhile; copy them again.");
+  };
+  const RowModel& model = m_rows.Model();
+  connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, changed);
+  connect(&model, &QAbstractItemModel::rowsAboutToBeRemoved, this, changed);
+  connect(&model, &QAbstractItemModel::dataChanged, this, changed);
+}
+
+RowCopier::~RowCopier() = default;
 
 RowCopier::Part RowCopier::Chosen() const {
   // The empty row at the end holds nothing.
@@ -34,66 +110,103 @@ RowCopier::Part RowCopier::Chosen() const {
   return {std::move(selection), std::move(columns)};
 }
 
-std::optional<QString> RowCopier::Written(
-    const QItemSelection& cells, const std::function<std::optional<QString>()>& write) const {
-  const platform::RowIndex rows = SelectedRows(cells);
+std::unique_ptr<RowCopier::Work> RowCopier::WorkOn(const Part& part) const {
+  if (part.columns.empty()) return nullptr;
+  const RowIndex rows = SelectedRows(part.cells);
   if (rows > kMostRows) {
     Tell(QStringLiteral("Not copied: %1 are selected, and at most %2 can be copied at once. "
                         "Select fewer, or export them into a file (Ctrl+Shift+E).")
              .arg(RowsText(rows), RowsText(kMostRows)));
-    return std::nullopt;
+    return nullptr;
   }
-  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-  std::optional<QString> text = write();
-  QGuiApplication::restoreOverrideCursor();
-  if (!text) {
-    Tell(
-        QStringLiteral("Not copied: the selection has more than 32 million characters. Select "
-                       "fewer cells, or export them into a file (Ctrl+Shift+E)."));
-  }
-  return text;
+  auto work = std::make_unique<Work>();
+  work->bands = BandsOf(part.cells, part.columns);
+  work->columns = part.columns;
+  for (const RowBand& band : work->bands) work->rows += band.nLast - band.nFirst + 1;
+  if (!work->bands.empty()) work->nPlace = work->bands.front().nFirst;
+  return work;
 }
 
-void RowCopier::Copy(bool bNames) const {
+void RowCopier::Copy(bool bNames) {
   const Part part = Chosen();
-  const QItemSelection& selection = part.cells;
-  const std::vector<int>& columns = part.columns;
-  if (columns.empty()) return;
-  std::optional<QString> text =
-      Written(selection, [&] { return ClipboardText(m_rows.Model(), selection, columns, bNames); });
-  if (!text) return;
+  std::unique_ptr<Work> work = WorkOn(part);
+  if (!work) return;
+  const RowModel& model = m_rows.Model();
   // One cell goes without its line end, so that it can be put into the middle of a line, and
   // without a table around it.
-  const bool bOneCell = columns.size() == 1 && SelectedRows(selection) == 1;
-  auto* data = new QMimeData;
-  if (bOneCell && !bNames) {
-    text->chop(1);
-  } else if (const auto page = SelectionAsPage(m_rows.Model(), selection, columns, bNames)) {
-    data->setHtml(*page);
+  work->bOneCell = work->columns.size() == 1 && work->rows == 1 && !bNames;
+  work->text.emplace();
+  if (!work->bOneCell) work->page.emplace();
+  if (bNames) {
+    work->text->Names(model, work->columns);
+    work->page->Names(model, work->columns);
+  } else if (work->rows * static_cast<RowIndex>(work->columns.size()) <= ExactCells::kMost) {
+    work->exact.emplace(work->columns.size(), model.Format());
+  } else {
+    work->bInexact = true;
   }
-  data->setText(*text);
-  const bool bExact = bNames || AddCells(*data, m_rows.Model(), selection, columns);
-  QGuiApplication::clipboard()->setMimeData(data);
-  Tell(bExact ? QString()
-              : QStringLiteral("Copied as text: of more than 200,000 cells the kinds of values are "
-                               "not kept. Select fewer to paste them exactly, or export them into "
-                               "a file (Ctrl+Shift+E)."));
+  Begin(std::move(work));
 }
 
-void RowCopier::CopyAs(exports::Form form) const {
+void RowCopier::CopyAs(exports::Form form) {
   const Part part = Chosen();
-  const QItemSelection& selection = part.cells;
-  const std::vector<int>& columns = part.columns;
-  if (columns.empty()) return;
+  std::unique_ptr<Work> work = WorkOn(part);
+  if (!work) return;
   exports::WriterOptions options;
   options.form = form;
   options.zone = m_rows.Model().Format().Zone();
   options.sInto = m_sInto;
-  const std::optional<QString> text =
-      Written(selection, [&] { return SelectionAs(options, m_rows.Model(), selection, columns); });
-  if (!text) return;
-  QGuiApplication::clipboard()->setText(*text);
-  Tell({});
+  work->form.emplace(options, m_rows.Model(), part.columns);
+  Begin(std::move(work));
+}
+
+void RowCopier::Begin(std::unique_ptr<Work> work) {
+  Stop();
+  m_work = std::move(work);
+  Slice();
+  if (m_work) m_slices.start();
+}
+
+void RowCopier::Slice() {
+  std::size_t cells = 0;
+  std::size_t bytes = 0;
+  try {
+    while (!m_work->IsDone()) {
+      if (cells >= kCellsInSlice || bytes >= kBytesInSlice) {
+        m_work->bTold = true;
+        if (m_progress) m_progress(m_work->done, m_work->rows);
+        return;
+      }
+      bytes += m_work->WriteNext(m_rows.Model());
+      cells += m_work->columns.size();
+      if (!m_work->IsTooLong()) continue;
+      return End(
+          "Not copied: the selection has more than 32 million characters. Select fewer cells, or "
+          "export them into a file (Ctrl+Shift+E).");
+    }
+    QGuiApplication::clipboard()->setMimeData(m_work->Written().release());
+  } catch (const std::exception& failed) {
+    return End(QStringLiteral("Not copied. ") + SentenceOf(failed));
+  }
+  End(m_work->bInexact
+          ? QStringLiteral("Copied as text: of more than 200,000 cells the kinds of values are "
+                           "not kept. Select fewer to paste them exactly, or export them into "
+                           "a file (Ctrl+Shift+E).")
+          : QString());
+}
+
+bool RowCopier::Stop() {
+  if (!m_work) return false;
+  End("Stopped: nothing was copied.");
+  return true;
+}
+
+void RowCopier::End(const QString& sWhyNot) {
+  m_slices.stop();
+  const bool bTold = m_work->bTold;
+  m_work.reset();
+  if (m_progress && bTold) m_progress(0, 0);
+  Tell(sWhyNot);
 }
 
 void RowCopier::Tell(const QString& sWhyNot) const {

@@ -271,7 +271,7 @@ void RowView::currentChanged(const QModelIndex& current, const QModelIndex& prev
 }
 
 void RowView::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && StopArranging()) return;
+  if (event->key() == Qt::Key_Escape && (StopArranging() || m_copier.Stop())) return;
   if (!m_commands.Press(*event)) RowPicker::keyPressEvent(event);
 }
 

@@ -83,8 +83,8 @@ class RowView : public RowPicker {
   void OnArrangingStopped(std::function<void()> handler) { m_stopped = std::move(handler); }
 
   /// What RowCopier does.
-  void Copy(bool bNames) const { m_copier.Copy(bNames); }
-  void CopyAs(exports::Form form) const { m_copier.CopyAs(form); }
+  void Copy(bool bNames) { m_copier.Copy(bNames); }
+  void CopyAs(exports::Form form) { m_copier.CopyAs(form); }
   RowCopier& Copier() { return m_copier; }
 
  protected:
