@@ -1,7 +1,6 @@
 #include "exports/value_text.h"
 
 #include <charconv>
-#include <iterator>
 
 #include "platform/conversions.h"
 
@@ -12,11 +11,15 @@ using platform::Value;
 
 namespace {
 
+// Where it is to stand: digits that are copied at once from where they were just written are waited
+// for, which takes several times as long as writing them.
 template <class Number>
 void AppendNumber(Text& sOut, Number number) {
-  char buffer[64];
-  const auto end = std::to_chars(std::begin(buffer), std::end(buffer), number).ptr;
-  sOut.append(buffer, end);
+  constexpr std::size_t kLongest = 32;
+  const std::size_t begin = sOut.size();
+  sOut.resize(begin + kLongest);
+  const char* end = std::to_chars(sOut.data() + begin, sOut.data() + sOut.size(), number).ptr;
+  sOut.resize(static_cast<std::size_t>(end - sOut.data()));
 }
 
 void AppendTwoDigits(Text& sOut, long nNumber) {

@@ -117,6 +117,27 @@ TEST_F(row_finder, finds_what_was_edited_and_not_what_it_was_before) {
   ExpectSame({"another", "stored"}, 2);
 }
 
+TEST(row_finder_slices, end_where_few_cells_have_many_bytes) {
+  const platform::Text sLarge(std::size_t{1} << 20, 'x');
+  const auto rs = std::make_shared<FakeRecordset>(60, [&](auto, auto) { return Value(sLarge); });
+  rs->Column("Note", DataType::WChar);
+  RowModel model;
+  model.Recordset(rs, kUtcZone);
+  RowFinder finder(model, nullptr);
+  bool bFound = false;
+  bool bDone = false;
+  finder.Find(TextSought(QStringLiteral("nowhere")), {0}, {0, 0}, true, [&](auto cell, bool) {
+    bFound = cell.has_value();
+    bDone = true;
+  });
+  EXPECT_LE(rs->TakeCellsAsked(), RowFinder::kMostBytesInSlice / sLarge.size());
+  EXPECT_TRUE(finder.Busy());
+  while (finder.Busy()) QCoreApplication::processEvents();
+  EXPECT_TRUE(bDone);
+  EXPECT_FALSE(bFound);
+  EXPECT_EQ(rs->TakeRowsAsked().size(), 60U);
+}
+
 TEST(text_sought, is_found_wherever_it_stands_in_a_text) {
   std::mt19937 random(7);
   const std::string sLetters = "aAbB@`[{.1";

@@ -19,6 +19,16 @@ using platform::DataType;
 using platform::Text;
 using platform::Value;
 
+void LookAt(ValueDialog& dialog, int nPage) {
+  dialog.findChild<QTabWidget*>()->setCurrentIndex(nPage);
+}
+
+platform::Bytes BytesOf(const QByteArray& raw) {
+  platform::Bytes bytes;
+  for (const char c : raw) bytes.push_back(static_cast<std::byte>(c));
+  return bytes;
+}
+
 QPlainTextEdit& TypedIn(ValueDialog& dialog) {
   return *dialog.findChild<QPlainTextEdit*>("typed");
 }
@@ -51,6 +61,32 @@ TEST(value_dialog, a_text_that_did_not_change_comes_back_as_it_was) {
   }
 }
 
+TEST(value_dialog, of_many_bytes_no_more_is_laid_out_than_is_looked_at) {
+  ValueDialog dialog({BytesOf(QByteArray(2'000'000, 'x')), DataType::Binary, ValueInput()}, "Raw",
+                     nullptr);
+  dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+  const auto* text = dialog.findChild<QPlainTextEdit*>("asText");
+  EXPECT_EQ(TypedIn(dialog).toPlainText(), "");
+  EXPECT_EQ(text->document()->characterCount(), 1) << "nobody looks at it yet";
+  LookAt(dialog, 1);
+  EXPECT_EQ(text->toPlainText().size(), 250'000);
+  EXPECT_EQ(dialog.findChild<QTabWidget*>()->tabToolTip(1), "The first 250,000 bytes as text");
+  EXPECT_EQ(dialog.findChild<QLabel*>("length")->text(), "2,000,000 bytes");
+}
+
+TEST(value_dialog, a_picture_of_many_pixels_is_not_read) {
+  QByteArray png;
+  QBuffer buffer(&png);
+  buffer.open(QIODevice::WriteOnly);
+  QImage(6'000, 6'000, QImage::Format_Mono).save(&buffer, "PNG");
+  ValueDialog dialog({BytesOf(png), DataType::Binary, ValueInput()}, "Picture", nullptr);
+  dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+  LookAt(dialog, 2);
+  EXPECT_EQ(dialog.findChild<QLabel*>("asPicture")->text(),
+            "This picture is too large to be shown here.");
+  EXPECT_TRUE(dialog.findChild<QLabel*>("asPicture")->pixmap().isNull());
+}
+
 TEST(value_dialog, bytes_are_shown_as_digits_as_text_and_as_a_picture) {
   QByteArray png;
   QBuffer buffer(&png);
@@ -58,14 +94,15 @@ TEST(value_dialog, bytes_are_shown_as_digits_as_text_and_as_a_picture) {
   QImage image(3, 2, QImage::Format_RGB32);
   image.fill(Qt::red);
   image.save(&buffer, "PNG");
-  platform::Bytes bytes;
-  for (const char c : png) bytes.push_back(static_cast<std::byte>(c));
+  const platform::Bytes bytes = BytesOf(png);
   ValueDialog dialog({bytes, DataType::Binary, ValueInput()}, "Picture", nullptr);
   dialog.setAttribute(Qt::WA_DeleteOnClose, false);
   EXPECT_TRUE(TypedIn(dialog).toPlainText().startsWith("89 50 4E 47"));
   const auto length = [&] { return dialog.findChild<QLabel*>("length")->text().toStdString(); };
   EXPECT_EQ(length(), std::to_string(bytes.size()) + " bytes");
+  LookAt(dialog, 2);
   EXPECT_EQ(dialog.findChild<QLabel*>("asPicture")->pixmap().size(), QSize(3, 2));
+  LookAt(dialog, 1);
   EXPECT_TRUE(dialog.findChild<QPlainTextEdit*>("asText")->toPlainText().contains("PNG"));
   TypedIn(dialog).selectAll();
   QTest::keyClicks(&TypedIn(dialog), "48 6");

@@ -13,6 +13,14 @@ namespace {
 
 constexpr std::chrono::milliseconds kSearchSlice(15);
 constexpr int kCellsBetweenLooks = 64;
+constexpr std::size_t kBytesBetweenLooks = 256 << 10;
+
+/// What is to be looked through in it, where that may be much.
+std::size_t BytesIn(const platform::Value& vtValue) {
+  if (const auto* text = vtValue.As<platform::Text>()) return text->size();
+  const auto* bytes = vtValue.As<platform::Bytes>();
+  return bytes ? bytes->size() : 0;
+}
 
 }  // namespace
 
@@ -45,6 +53,7 @@ RowFinder::Run RowFinder::RunOf(platform::RowIndex row, std::size_t column) {
   const auto next = seen.upper_bound(row);
   if (next != seen.begin() && row < std::prev(next)->second.end) return std::prev(next)->second;
   const platform::CellRun cells = m_model.Recordset()->RunAt(row, m_search->columns[column]);
+  m_search->bytes += cells.texts.size();
   const Run run{cells.begin, cells.end, m_search->sought.MayBeIn(cells)};
   // Of rows that stand alone nothing is saved by remembering them.
   if (run.end - run.begin > 1) seen.insert_or_assign(run.begin, run);
@@ -54,7 +63,9 @@ RowFinder::Run RowFinder::RunOf(platform::RowIndex row, std::size_t column) {
 bool RowFinder::IsAt(const CellPlace& place, std::size_t column) {
   if (m_model.IsEmptyRow(place.nRow)) return false;
   if (!RunOf(m_model.RecordRow(place.nRow), column).bMay) return false;
-  return m_search->sought.IsIn(m_model.ValueAt(place.nRow, place.nColumn), m_model.Format());
+  const platform::Value vtValue = m_model.ValueAt(place.nRow, place.nColumn);
+  m_search->bytes += BytesIn(vtValue);
+  return m_search->sought.IsIn(vtValue, m_model.Format());
 }
 
 // Whole rows, from that one on, which need not be looked at.
@@ -76,6 +87,15 @@ void RowFinder::Go() {
   const std::int64_t cells = width * m_model.rowCount();
   const auto end = std::chrono::steady_clock::now() + kSearchSlice;
   int nLooked = 0;
+  search.bytes = 0;
+  std::size_t bytesToLook = kBytesBetweenLooks;
+  const auto isOver = [&] {
+    if (search.bytes >= kMostBytesInSlice) return true;
+    const bool bMany = search.bytes >= bytesToLook;
+    if (++nLooked % kCellsBetweenLooks != 0 && !bMany) return false;
+    bytesToLook = search.bytes + kBytesBetweenLooks;
+    return std::chrono::steady_clock::now() >= end;
+  };
   while (search.remaining > 0) {
     search.cell += search.bForward ? 1 : -1;
     if (search.cell < 0 || search.cell >= cells) {
@@ -94,7 +114,7 @@ void RowFinder::Go() {
     } else if (IsAt(place, column)) {
       return End(place);
     }
-    if (++nLooked % kCellsBetweenLooks == 0 && std::chrono::steady_clock::now() >= end) {
+    if (isOver()) {
       QTimer::singleShot(0, this, [this, nRun = m_nRun] {
         if (nRun == m_nRun) Go();
       });

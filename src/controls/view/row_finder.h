@@ -22,6 +22,9 @@ struct CellPlace {
 
 class RowFinder final : public QObject {
  public:
+  /// In no slice more of texts is looked through, but for the value in which that is reached.
+  static constexpr std::size_t kMostBytesInSlice = std::size_t{8} << 20;
+
   RowFinder(const RowModel& model, QObject* parent);
 
   /// What came of a search: a cell, or none; whether it went past an end of the rows.
@@ -53,6 +56,7 @@ class RowFinder final : public QObject {
     std::int64_t remaining;  ///< cells still to be looked at
     bool bWrapped;
     std::vector<Runs> seen;  ///< for each column, by the first row
+    std::size_t bytes = 0;   ///< looked through in this slice
   };
   /// The run around the cell, looked at once.
   Run RunOf(platform::RowIndex row, std::size_t column);

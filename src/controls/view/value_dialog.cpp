@@ -1,7 +1,9 @@
 #include "controls/view/value_dialog.h"
 
+#include <QBuffer>
 #include <QDialogButtonBox>
 #include <QFontDatabase>
+#include <QImageReader>
 #include <QLocale>
 #include <QPixmap>
 #include <QScrollArea>
@@ -26,10 +28,13 @@ namespace {
 
 constexpr qsizetype kBytesOfLine = 16;
 /// More than this many bytes are not written as digits: nobody would edit them by hand.
-constexpr std::size_t kMostHexBytes = 1'000'000;
+constexpr std::size_t kMostHexBytes = 250'000;
 
 /// A longer text is laid out for seconds, as it may be one line.
 constexpr qsizetype kMostTypedCharacters = 250'000;
+/// Others take seconds to be read.
+constexpr qsizetype kMostPictureBytes = 20'000'000;
+constexpr qint64 kMostPixels = 25'000'000;
 
 struct Line {
   QString sText;
@@ -63,6 +68,23 @@ QString HexLines(const Bytes& bytes) {
     lines << QString::fromLatin1(raw.mid(n, kBytesOfLine).toHex(' ').toUpper());
   }
   return lines.join(u'\n');
+}
+
+/// The picture that the bytes are, or none with the reason.
+std::pair<QPixmap, QString> PictureOf(const QByteArray& raw) {
+  QBuffer buffer;
+  buffer.setData(raw);
+  buffer.open(QIODevice::ReadOnly);
+  QImageReader reader(&buffer);
+  const QString sNone = "These bytes are no picture.";
+  const QSize size = reader.canRead() ? reader.size() : QSize();
+  if (!reader.canRead()) return {{}, sNone};
+  if (raw.size() > kMostPictureBytes || qint64{size.width()} * size.height() > kMostPixels) {
+    return {{}, "This picture is too large to be shown here."};
+  }
+  const QImage image = reader.read();
+  return image.isNull() ? std::pair(QPixmap(), sNone)
+                        : std::pair(QPixmap::fromImage(image), QString());
 }
 
 QPlainTextEdit* AddPage(QTabWidget& pages, const QString& sLabel, const char* sName) {
@@ -124,6 +146,7 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
     m_length = new QLabel;
     m_length->setObjectName("length");
     connect(m_typed, &QPlainTextEdit::textChanged, this, [this] { ShowBytes(); });
+    connect(m_pages, &QTabWidget::currentChanged, this, [this] { ShowPage(); });
     const auto* bytes = m_cell.vtValue.As<Bytes>();
     const bool bTooMany = bytes && bytes->size() > kMostHexBytes;
     m_typed->setReadOnly(bTooMany);
@@ -204,17 +227,27 @@ void ValueDialog::ShowBytes() {
       return;  // in the middle of a byte
     }
   }
-  const QByteArray raw = Raw(bytes);
-  m_length->setText(
-      raw.size() == 1
-          ? QStringLiteral("1 byte")
-          : QStringLiteral("%1 bytes").arg(QLocale(QLocale::English).toString(raw.size())));
-  m_asText->setPlainText(QString::fromUtf8(raw.left(static_cast<qsizetype>(kMostHexBytes))));
-  QPixmap picture;
-  if (picture.loadFromData(raw)) {
-    m_asPicture->setPixmap(picture);
-  } else {
-    m_asPicture->setText("These bytes are no picture.");
+  const QString sNumber = QLocale(QLocale::English).toString(static_cast<qlonglong>(bytes.size()));
+  m_length->setText(bytes.size() == 1 ? QStringLiteral("1 byte")
+                                      : QStringLiteral("%1 bytes").arg(sNumber));
+  m_bytes = Raw(bytes);
+  m_bTextShown = m_bPictureShown = false;
+  ShowPage();
+}
+
+void ValueDialog::ShowPage() {
+  if (m_pages->currentIndex() == kTextPage && !m_bTextShown) {
+    const qsizetype nShown = std::min(m_bytes.size(), kMostTypedCharacters);
+    m_asText->setPlainText(QString::fromUtf8(m_bytes.constData(), nShown));
+    m_pages->setTabToolTip(kTextPage, nShown < m_bytes.size()
+                                          ? QStringLiteral("The first 250,000 bytes as text")
+                                          : QString());
+    m_bTextShown = true;
+  } else if (m_pages->currentIndex() == kPicturePage && !m_bPictureShown) {
+    const auto [picture, sWhyNone] = PictureOf(m_bytes);
+    m_asPicture->setText(sWhyNone);
+    if (!picture.isNull()) m_asPicture->setPixmap(picture);
+    m_bPictureShown = true;
   }
 }
 

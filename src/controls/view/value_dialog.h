@@ -38,6 +38,11 @@ class ValueDialog : public QDialog {
   /// The text from which typing begins.
   platform::Text Original() const;
   void ShowBytes();
+  /// What the bytes are as a text, or a picture, once that is looked at: it may take its time.
+  void ShowPage();
+
+  static constexpr int kTextPage = 1;
+  static constexpr int kPicturePage = 2;
 
   EditedCell m_cell;
   QTabWidget* m_pages;
@@ -45,6 +50,9 @@ class ValueDialog : public QDialog {
   QPlainTextEdit* m_asText = nullptr;
   QLabel* m_asPicture = nullptr;
   QLabel* m_length = nullptr;  ///< of bytes
+  QByteArray m_bytes;          ///< as they are typed
+  bool m_bTextShown = false;
+  bool m_bPictureShown = false;
   QLabel* m_sentence;
   QDialogButtonBox* m_buttons;
   std::optional<platform::Value> m_taken;
