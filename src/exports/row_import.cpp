@@ -92,7 +92,7 @@ bool RowImport::Next(std::vector<Value>& values) {
 
 Value RowImport::ReadField(const CsvField& field, const ImportColumn& column) const {
   if (field.sText.empty() && !field.bQuoted) return {};
-  auto vtValue = ReadTyped(column.type, field.sText, m_zone, m_now);
+  auto vtValue = ReadTyped(column.type, field.sText, m_zone, m_now, column.bRounds);
   if (column.bRounds && platform::ReadDigits(field.sText) && !platform::ExactNumber(field.sText)) {
     FailLine(m_reader.Line(), ShownField(field.sText) + " has more digits than the column " +
                                   column.sName + " keeps; 15 always fit");
@@ -109,9 +109,9 @@ void RowImport::RethrowOfRow() const {
   try {
     throw;
   } catch (const Failure& failed) {
-    const bool bOfRow = failed.Number() == failure::kConstraint ||
-                        failed.Number() == failure::kConflict ||
-                        failed.Number() == failure::kOverflow;
+    const bool bOfRow =
+        failed.Number() == failure::kConstraint || failed.Number() == failure::kConflict ||
+        failed.Number() == failure::kOverflow || failed.Number() == failure::kTypeMismatch;
     if (!bOfRow) throw;
     Text sWhat = failed.Number() == failure::kConflict ? "the table has not taken this row"
                                                        : failed.Description();

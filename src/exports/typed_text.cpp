@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <limits>
 
 #include "platform/case_folding.h"
@@ -37,11 +36,11 @@ std::optional<Value> ReadWhole(std::string_view sText, bool bShort) {
   return Value(*number);
 }
 
-// Infinities are written "inf" and "-inf"; what is no number is none of a column's.
+// Infinities are written "inf" and "-inf", and what is no number "nan"; an engine that keeps none
+// says so.
 std::optional<Value> ReadNumber(std::string_view sText) {
   const auto number = Read<double>(sText);
-  if (!number || std::isnan(*number)) return std::nullopt;
-  return Value(*number);
+  return number ? std::optional<Value>(*number) : std::nullopt;
 }
 
 // Of more digits than a double has, all of which are kept.
@@ -60,8 +59,8 @@ std::optional<Value> ReadDecimal(std::string_view sText) {
 
 std::optional<Value> ReadBoolean(std::string_view sText) {
   const Text sFolded = platform::FoldCase(sText);
-  if (sFolded == "true" || sFolded == "1") return Value(std::int64_t{1});
-  if (sFolded == "false" || sFolded == "0") return Value(std::int64_t{0});
+  if (sFolded == "true" || sFolded == "1") return Value(true);
+  if (sFolded == "false" || sFolded == "0") return Value(false);
   return std::nullopt;
 }
 
@@ -88,7 +87,7 @@ std::optional<Value> ReadStored(DataType type, std::string_view sText) {
 }  // namespace
 
 std::optional<Value> ReadTyped(DataType type, std::string_view sText, const zones::TimeZone& zone,
-                               platform::Timestamp now) {
+                               platform::Timestamp now, bool bRounds) {
   switch (type) {
     case DataType::Integer:
       return ReadWhole(sText, true);
@@ -98,7 +97,7 @@ std::optional<Value> ReadTyped(DataType type, std::string_view sText, const zone
       return ReadNumber(sText);
     case DataType::Numeric: {
       // None is rounded: what has digits is one of both, or nothing.
-      const auto exact = platform::ExactNumber(sText);
+      const auto exact = bRounds ? platform::ExactNumber(sText) : std::nullopt;
       if (exact) return exact;
       return platform::ReadDigits(sText) ? ReadDecimal(sText) : ReadNumber(sText);
     }

@@ -34,6 +34,8 @@ class EmbeddedFaults final : public CatalogFaults {
   Text OfTakenAway() const override { return "3800: "; }
   void Replace() override { Raw(m_file).Run(Text("CREATE TABLE ") + kEmptyTable); }
   void BringBack() override { fs::rename(m_aside, m_file); }
+  void Lose() override { TakeAway(); }
+  void Find() override { BringBack(); }
   std::shared_ptr<void> FillDisk() override { return std::make_shared<RefusingDisk>(ENOSPC); }
   void AwaitGone() override {}
 
@@ -60,6 +62,11 @@ class PostgresFaults final : public CatalogFaults {
   void BringBack() override {
     Do("DROP SCHEMA IF EXISTS \"P\" CASCADE; ALTER SCHEMA \"Aside\" RENAME TO \"P\"");
   }
+  void Lose() override {
+    Do("SELECT pg_terminate_backend(pid, 5000) FROM pg_stat_activity WHERE datname = "
+       "current_database() AND pid <> pg_backend_pid()");
+  }
+  void Find() override {}
   // As the server tells it; the disk of the tests is not filled.
   std::shared_ptr<void> FillDisk() override {
     Do("CREATE FUNCTION \"P\".full() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RAISE 'could not "

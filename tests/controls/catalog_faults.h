@@ -29,6 +29,9 @@ class CatalogFaults {
   virtual void Replace() = 0;
   /// After TakeAway, Replace or not: as it was.
   virtual void BringBack() = 0;
+  /// The connections to the server break, and it is there again.
+  virtual void Lose() = 0;
+  virtual void Find() = 0;
   /// As long as what this gives lives nothing can be stored.
   virtual std::shared_ptr<void> FillDisk() = 0;
   /// Until what was sent by programs that are gone is done or given up.

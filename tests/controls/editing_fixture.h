@@ -22,6 +22,10 @@ namespace orvane::controls {
 
 class EditingFixture : public testing::Test {
  protected:
+  explicit EditingFixture(
+      std::shared_ptr<tests::HistorianServer> server = tests::HistorianServer::Make())
+      : m_server(std::move(server)) {}
+
   /// A grid on the rows of a table of the catalog "P", shown and with the keys in it.
   void Open(const platform::Text& sTable, const platform::Text& sOptions = {}) {
     m_cn = m_server->Connect(sOptions);
@@ -108,7 +112,7 @@ class EditingFixture : public testing::Test {
     return sRows;
   }
 
-  std::shared_ptr<tests::HistorianServer> m_server = tests::HistorianServer::Make();
+  std::shared_ptr<tests::HistorianServer> m_server;
   platform::ConnectionPtr m_cn;
   std::shared_ptr<RowsStates> m_states = std::make_shared<RowsStates>();
   std::shared_ptr<UnsentStash> m_unsent = std::make_shared<UnsentStash>();

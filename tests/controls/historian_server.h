@@ -41,11 +41,11 @@ class HistorianServer final : public platform::ObjectFactory,
 
   platform::ConnectionPtr Connect(const platform::Text& sOptions = {}) {
     const auto cn = CreateConnection();
-    cn->ConnectionString("Provider = ORVOLEDB; Data Source = " + m_server->DataSource() + "; " +
+    cn->ConnectionString("Provider = ORVOLEDB; Data Source = " + m_server->TrustingSource() + "; " +
                          sOptions);
     constexpr platform::Long kNeverPrompt = 4;
     cn->Properties().Item("Prompt").Value(kNeverPrompt);
-    cn->Open({}, m_server->User(), m_server->Password(), platform::kOptionUnspecified);
+    cn->Open({}, {}, {}, platform::kOptionUnspecified);
     return cn;
   }
   platform::RecordsetPtr Run(const platform::ConnectionPtr& cn, const platform::Text& sSql) {

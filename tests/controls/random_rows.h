@@ -15,8 +15,9 @@ namespace orvane::tests {
 
 /// The columns for the values of RandomRows, as a table is made with them.
 inline constexpr const char* kColumnOfEachType =
-    " (Nr INTEGER PRIMARY KEY, i INT, b BIGINT, d DOUBLE, f BOOLEAN, s TEXT, x BLOB, t TIMESTAMP,"
-    " y DATE, c TIME, g GUID, n DECIMAL(38, 10))";
+    " (Nr BIGINT NOT NULL PRIMARY KEY, i INT, b BIGINT, d DOUBLE, f BOOLEAN, s TEXT, x BLOB, t "
+    "TIMESTAMP,"
+    " y DATE, c TIME, g GUID, n NUMERIC)";
 
 class RandomRows {
  public:

@@ -29,6 +29,8 @@ TEST_F(import_program, names_the_bad_line_and_imports_nothing_at_all) {
   const Text sGood = "Tag,Timestamp,Value\nT1,2024-05-31,1\n\"a\nb\",2024-05-31,2\n";
   const std::pair<Text, Text> rows[] = {
       {"T2,2024-05-31,abc\n", "Line 5: \"abc\" is not a number for the column Value"},
+      {"T2,2024-05-31,nan\n",
+       "Line 5: The database keeps no value that is no number (NaN): give a number or null"},
       {"T2,2024-02-30,1\n",
        "Line 5: \"2024-02-30\" is not a time such as 2024-05-31 17:45:30 for the column Timestamp"},
       {"T2,2024-05-31\n", "Line 5: it has 2 fields, but the first line names 3 columns"},

@@ -44,8 +44,8 @@ std::int64_t Import(const provider::historian::CatalogRecord& record, std::istre
                              InsertStatement(table.sName, rows.Columns(), order.bReplace));
     std::vector<Value> values;
     while (rows.Next(values)) {
-      for (const Value& vtValue : values) insert << vtValue;
       try {
+        for (const Value& vtValue : values) insert << vtValue;
         insert.Run();
       } catch (const platform::Failure&) {
         rows.RethrowOfRow();

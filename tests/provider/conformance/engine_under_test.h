@@ -24,6 +24,8 @@ class TestServer {
   virtual platform::Text DataSource() const = 0;
   virtual platform::Text User() const { return {}; }
   virtual platform::Text Password() const { return {}; }
+  /// A data source at which whoever comes is let in without a password.
+  virtual platform::Text TrustingSource() const { return DataSource(); }
   /// A folder, or whatever stands for one there, in which the server may keep a catalog.
   virtual platform::Text Path() const = 0;
 };

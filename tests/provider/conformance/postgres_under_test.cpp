@@ -22,6 +22,9 @@ class PostgresServer final : public TestServer {
   }
   platform::Text User() const override { return tests::PostgresCluster::kUser; }
   platform::Text Password() const override { return tests::PostgresCluster::kPassword; }
+  platform::Text TrustingSource() const override {
+    return tests::PostgresCluster::Get().Address(m_sDatabase);
+  }
   platform::Text Path() const override { return "/"; }
 
  private:
