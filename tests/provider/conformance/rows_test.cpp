@@ -55,6 +55,31 @@ TEST_P(rows, have_the_types_that_their_columns_were_declared_with) {
   }
 }
 
+TEST_P(rows, tell_where_null_stands_and_by_what_their_texts_are_put_in_order) {
+  const auto opened = Open();
+  Run(*opened, "CREATE DATABASE \"P\" ");
+  Run(*opened, "CREATE TABLE P..T (a VARCHAR(20), n INT)");
+  for (const char* sRow : {"('b', 1)", "('B', 2)", "(NULL, NULL)", "('a ', 3)", "('a', 4)"}) {
+    Run(*opened, Text("INSERT INTO P..T VALUES ") + sRow);
+  }
+  for (const Text sColumn : {"a", "n"}) {
+    for (const bool bAscending : {true, false}) {
+      const auto rs = Run(*opened, "SELECT " + sColumn + " FROM P..T ORDER BY " + sColumn +
+                                       (bAscending ? " ASC" : " DESC"))
+                          .recordset;
+      ASSERT_EQ(rs->RecordCount(), 5);
+      const bool bLast = bAscending == rs->FieldAt(0).NullIsLast();
+      EXPECT_TRUE(rs->ValueAt(bLast ? 4 : 0, 0).IsNull()) << sColumn << bAscending;
+      if (rs->FieldAt(0).TextOrder() != platform::TextOrder::Bytes || !bAscending) continue;
+      for (platform::RowIndex row = bLast ? 1 : 2; row < (bLast ? 4 : 5); ++row) {
+        const Value vtBefore = rs->ValueAt(row - 1, 0);
+        const Value vtThis = rs->ValueAt(row, 0);
+        if (vtThis.As<Text>() != nullptr) EXPECT_LE(*vtBefore.As<Text>(), *vtThis.As<Text>());
+      }
+    }
+  }
+}
+
 TEST_P(rows, of_a_change_are_counted_for_that_statement_only) {
   const auto opened = OpenPlant();
   EXPECT_EQ(Run(*opened, "UPDATE Plant1..Data SET Value = 1").lRecordsAffected, 24);
