@@ -147,11 +147,12 @@ TEST_P(row_faults, a_program_killed_between_two_steps_leaves_the_row_whole) {
       const tests::EditedTable mine(m_server, "T", {}, kInOrder);
       mine.rs->ValueAt(0, 1, sNumber);
       mine.rs->ValueAt(0, 2, sNumber);
+      tests::CountFromHere();
       mine.Store(0);
     };
-    ended = Differs(Difference::kChoosesItsPlaces)
-                ? tests::KilledBefore(nStep, send, &tests::TalksToServer)
-                : tests::KilledBefore(nStep, send);
+    const bool bServer = Differs(Difference::kChoosesItsPlaces);
+    ended = tests::KilledBefore(nStep, send,
+                                {bServer ? &tests::TalksToServer : &tests::ChangesFiles, true});
     ASSERT_NE(ended, tests::Ended::Untraceable) << "this machine lets no process be traced";
     m_faults->AwaitGone();
     const Text sOld = "1|" + sBefore + "|" + sBefore + "\n2|other|\n";
@@ -166,6 +167,7 @@ TEST_P(row_faults, a_program_killed_between_two_steps_leaves_the_row_whole) {
   EXPECT_EQ(sBefore, std::to_string(nStep - 1)) << "the last one was not killed";
   EXPECT_EQ(seen.size(), 2U);
   EXPECT_GT(nStep, 8);
+  RecordProperty("steps", nStep - 1);
 }
 
 // Both cells get the same number in one send; a row of two different ones would be half a change.

@@ -41,11 +41,24 @@ inline bool TalksToServer(const __ptrace_syscall_info& call) {
   return number == SYS_sendto || number == SYS_recvfrom;
 }
 
+/// From where the steps of work are counted that begins with what is no matter.
+inline void CountFromHere() {
+  syscall(SYS_getppid);
+}
+inline bool CountsFromHere(const __ptrace_syscall_info& call) {
+  return call.op == PTRACE_SYSCALL_INFO_ENTRY && static_cast<long>(call.entry.nr) == SYS_getppid;
+}
+
+/// Which calls are counted.
+struct Steps {
+  bool (*isStep)(const __ptrace_syscall_info&) = &ChangesFiles;
+  bool bFromMark = false;  ///< those behind CountFromHere
+};
+
 /// Does the work in a process of its own and kills that before its n-th such call, from 1,
 /// whichever of its threads makes it.
 template <class Work>
-Ended KilledBefore(int nCall, Work&& work,
-                   bool (*isStep)(const __ptrace_syscall_info&) = &ChangesFiles) {
+Ended KilledBefore(int nCall, Work&& work, Steps steps = {}) {
   const pid_t child = fork();
   if (child == 0) {
     constexpr int kUntraceable = 97;
@@ -75,7 +88,8 @@ Ended KilledBefore(int nCall, Work&& work,
     }
     __ptrace_syscall_info call{};
     if (ptrace(PTRACE_GET_SYSCALL_INFO, thread, sizeof call, &call) <= 0) continue;
-    if (isStep(call) && ++nCalls == nCall) kill(child, SIGKILL);
+    if (CountsFromHere(call)) steps.bFromMark = false;
+    if (!steps.bFromMark && steps.isStep(call) && ++nCalls == nCall) kill(child, SIGKILL);
   }
 }
 
