@@ -1,4 +1,5 @@
-// What the strip beneath a grid's rows says of them. Used by the grid's window; pure.
+// What the strip beneath a grid's rows says of them: how they stand, why there are no more, and how
+// far something has come that is done with them. Used by the grid's window; pure.
 #pragma once
 
 #include <QString>
