@@ -6,6 +6,8 @@ list(APPEND PROVIDER_SOURCES
   dialect/call_reader.cpp
   dialect/change_reader.cpp
   dialect/output_columns.cpp
+  dialect/day_conversions.cpp
+  dialect/days_and_clocks.cpp
   dialect/definition_reader.cpp
   dialect/engine_forms.cpp
   dialect/exact_names.cpp
@@ -22,6 +24,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/stored_times.cpp
   dialect/table_names.cpp
   dialect/time_conversions.cpp
+  dialect/time_definitions.cpp
   dialect/time_functions.cpp
   dialect/time_guards.cpp
   dialect/time_kinds.cpp

@@ -10,6 +10,20 @@ using platform::Text;
 
 namespace {
 
+dialect::Content ContentOf(const engines::ColumnSchema& column) {
+  if (column.bTime) return dialect::Content::Time;
+  switch (column.type) {
+    case platform::DataType::DBTimeStamp:
+      return dialect::Content::Time;
+    case platform::DataType::DBDate:
+      return dialect::Content::Day;
+    case platform::DataType::DBTime:
+      return dialect::Content::Clock;
+    default:
+      return dialect::Content::Other;
+  }
+}
+
 // What to do instead of changing the catalog; empty for one that can be changed.
 Text Advice(const engines::Catalog& catalog) {
   if (!catalog.bSystem) return {};
@@ -35,9 +49,7 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
   if (table == tables.end()) table = tables.begin();
   dialect::KnownTable known{table->sName, {}, table->bView, table->sDefinition, table->sQuery};
   for (const auto& column : table->columns) {
-    const bool bTime = column.type == platform::DataType::DBTimeStamp || column.bTime;
-    known.columns.push_back({column.sName, bTime ? dialect::Content::Time : dialect::Content::Other,
-                             column.sDefault, column.bGenerated,
+    known.columns.push_back({column.sName, ContentOf(column), column.sDefault, column.bGenerated,
                              column.type == platform::DataType::WChar, column.bRounds});
   }
   return known;

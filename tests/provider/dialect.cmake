@@ -3,6 +3,7 @@ orvane_test(dialect
   SOURCES
     dialect/catalog_statement_test.cpp
     dialect/column_names_test.cpp
+    dialect/day_forms_test.cpp
     dialect/lexer_test.cpp
     dialect/sql_examples_test.cpp
     dialect/statement_parameters_test.cpp

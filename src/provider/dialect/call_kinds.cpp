@@ -51,7 +51,9 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
   };
   // Values of a group are compared with one another.
   const bool bGroup = nArguments == 1 && (sName == "MIN" || sName == "MAX" || expr.bDistinct);
-  if (bGroup && kinds::Mixes(at(0))) {
+  if (bGroup && kinds::MixesDays(at(0)) && !kinds::Has(at(0), kinds::kTimes)) {
+    Convert(*expr.children[0], MeantBy(at(0)));
+  } else if (bGroup && kinds::Mixes(at(0))) {
     Convert(*expr.children[0]);
   } else if (bGroup && kinds::MayMix(at(0))) {
     GuardNumber({expr.children[0], nullptr, nullptr, 0, expr.children[0]->range.begin});
@@ -65,7 +67,9 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
     const Comparison how = sName == "NULLIF" ? Comparison::Same : Comparison::Order;
     const Kinds met = Meet(operands, expr.operation, how);
     // The least and the greatest are found by comparing all with one another.
-    if (!kinds::Has(met, kinds::kTimes)) CheckMeeting(operands, expr.operation, how);
+    if (!kinds::Has(met, kinds::kTimes | kinds::kDaysAndClocks)) {
+      CheckMeeting(operands, expr.operation, how);
+    }
     return met;
   }
   if (sName == "COALESCE" || sName == "IFNULL") return all;
@@ -92,6 +96,7 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
   }
   if (sName == "TYPEOF") return kinds::kAnyText;
   if (IsOneOf(sName, kCalculations)) {
+    if (kinds::Has(all, kinds::kDaysAndClocks)) KindsOfDaySum(expr, all, kinds::kNumber);
     if (kinds::Has(all, kinds::kFromTimes)) return kinds::kNumberOfTime;
     return kinds::Has(all, kinds::kCounted) ? kinds::kCountOfTime : kinds::kNumber;
   }
@@ -113,7 +118,7 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
   if (nValue < expr.children.size()) {
     const Expr& value = *expr.children[nValue];
     Kinds of = KindsOf(value);
-    bOfTime = kinds::Has(of, kinds::kFromTimes | kinds::kCounted);
+    bOfTime = kinds::Has(of, kinds::kFromTimes | kinds::kCounted | kinds::kDaysAndClocks);
     bZone = kinds::Has(of, kinds::kZoneText);
     if (kinds::Has(of, kinds::kTimes) && Typed() == nullptr) {
       Convert(value);

@@ -65,7 +65,7 @@ void StatementReader::ReadColumnDefinition(Scope* scope) {
   column.range.begin = m_i;
   m_tree.names.push_back(m_i);
   column.sName = At(ExpectName()).sText;
-  column.bTime = IsTimeType(m_sStatement, m_tree.tokens, ReadType());
+  column.type = DeclaredType(m_sStatement, m_tree.tokens, ReadType());
   ReadConstraints(scope, &column);
   column.range.end = m_i;
   m_tree.columns.push_back(std::move(column));

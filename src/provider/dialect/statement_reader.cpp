@@ -31,8 +31,9 @@ bool IsReserved(const Token& token) {
          std::find(kReserved.begin(), kReserved.end(), token.sUpper) != kReserved.end();
 }
 
-bool IsTimeType(std::string_view sStatement, const std::vector<Token>& tokens, TokenRange type) {
-  if (type.empty()) return false;
+platform::DataType DeclaredType(std::string_view sStatement, const std::vector<Token>& tokens,
+                                TokenRange type) {
+  if (type.empty()) return platform::DataType::Empty;
   const Token& first = tokens[type.begin];
   const Token& last = tokens[type.end - 1];
   // As the engine keeps it: all of the text, of what stands in quotes what is within.
@@ -40,7 +41,7 @@ bool IsTimeType(std::string_view sStatement, const std::vector<Token>& tokens, T
   const std::string_view sDeclared =
       bQuoted ? std::string_view(first.sText)
               : sStatement.substr(first.position, last.position + last.length - first.position);
-  return engines::TypeOfDeclaration(sDeclared) == platform::DataType::DBTimeStamp;
+  return engines::TypeOfDeclaration(sDeclared);
 }
 
 StatementReader::StatementReader(std::string_view sStatement, std::vector<Token> tokens,

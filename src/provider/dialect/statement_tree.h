@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/ado/recordset.h"
 #include "provider/dialect/lexer.h"
 
 namespace orvane::provider::dialect {
@@ -147,7 +148,7 @@ struct Assignment {
 struct ColumnDefinition {
   platform::Text sName;
   TokenRange range;
-  bool bTime = false;
+  platform::DataType type = platform::DataType::Empty;
   Expr* initial = nullptr;   ///< DEFAULT
   Expr* computed = nullptr;  ///< AS (...)
 };
@@ -195,7 +196,8 @@ struct StatementTree {
   std::optional<Chain> indexedTable;
 };
 
-/// True for a type whose columns hold times, as engines::TypeOfDeclaration tells.
-bool IsTimeType(std::string_view sStatement, const std::vector<Token>& tokens, TokenRange type);
+/// What a type as it is written holds, as engines::TypeOfDeclaration tells; Empty for none.
+platform::DataType DeclaredType(std::string_view sStatement, const std::vector<Token>& tokens,
+                                TokenRange type);
 
 }  // namespace orvane::provider::dialect

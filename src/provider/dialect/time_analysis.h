@@ -4,8 +4,9 @@
 // be a time is refused with its place.
 // Used by the translator, once for each statement and for each view that one reads. The kinds are
 // worked out in time_kinds.cpp, what queries put out in time_outputs.cpp, what meets what is told
-// in time_meetings.cpp, what is looked at again when the statement runs in time_guards.cpp, and
-// what becomes a time in time_conversions.cpp.
+// in time_meetings.cpp and time_definitions.cpp, what is looked at again when the statement runs in
+// time_guards.cpp, what becomes a time in time_conversions.cpp, and what becomes a date or a time
+// of day, which columns of these types hold as texts, in day_conversions.cpp.
 #pragma once
 
 #include <map>
@@ -65,6 +66,8 @@ class TimeAnalysis {
  private:
   // For being the same, or for which comes first.
   enum class Comparison : std::uint8_t { Same, Order };
+  // What all that meet become.
+  enum class Meant : std::uint8_t { Time, Day, Clock };
   // One side of a comparison: an expression, a column of a query, or of a table's columns.
   struct Operand {
     const Expr* expr = nullptr;
@@ -151,6 +154,8 @@ class TimeAnalysis {
   void CountInUnit(const Expr& difference, Kinds times);
   Kinds KindsOfCase(const Expr& expr);
   Kinds KindsOfCast(const Expr& expr);
+  Kinds KindsOfDayCast(const Expr& expr, Meant meant);
+  Kinds KindsOfDaySum(const Expr& expr, Kinds left, Kinds right) const;
   Kinds KindsOfCall(const Expr& expr);
   Kinds KindsOfDate(const Expr& expr, const platform::Text& sFunction);
   void LookAtModifiers(const Expr& expr, std::size_t first);
@@ -179,6 +184,7 @@ class TimeAnalysis {
   Kinds Meet(const std::vector<Operand>& operands, std::size_t token, Comparison how);
   std::vector<Operand> OperandsOf(const Expr& expr);
   Kinds KindsOf(const Operand& operand);
+  static Kinds KindsOfType(platform::DataType type);
   const Expr* Inside(const Expr* expr) const;
 
   // --- what is looked at again when the statement runs ---
@@ -203,11 +209,13 @@ class TimeAnalysis {
   bool IsGivenText(const Operand& operand) const;
   bool IsGivenText(const Query& query, std::size_t column) const;
   bool MeetsAsText(const std::vector<Operand>& operands);
-  void Convert(const Operand& operand);
-  void Convert(const Expr& expr);
-  bool ConvertParts(const Expr& expr, Kinds kinds);
-  void ConvertCall(const Expr& expr);
-  void ConvertOutput(const Query& query, std::size_t column);
+  void Convert(const Operand& operand, Meant meant);
+  void Convert(const Expr& expr, Meant meant = Meant::Time);
+  bool ConvertParts(const Expr& expr, Kinds kinds, Meant meant);
+  bool ConvertCall(const Expr& expr, Meant meant);
+  void DropOrder(const Expr& collate);
+  void ConvertText(const Expr& expr);
+  void ConvertOutput(const Query& query, std::size_t column, Meant meant);
   void Store(const Operand& operand);
   void StoreOutput(const Query& query, std::size_t column);
   void MakeWhole(const Expr& expr);
@@ -218,6 +226,23 @@ class TimeAnalysis {
   [[noreturn]] void FailMixed(std::size_t token) const;
   [[noreturn]] void FailNumber(std::size_t token) const;
   [[noreturn]] void FailShifted(std::size_t token) const;
+
+  // --- becoming a date or a time of day ---
+  static Meant MeantBy(Kinds kinds);
+  static Kinds KindsOf(Meant meant);
+  void ConvertToDay(const Expr& expr, Meant meant);
+  void ConvertDayText(const Expr& expr, Meant meant);
+  void WrapDay(const Expr& expr, Kinds kinds, Meant meant);
+  bool IsSurely(const Expr& expr, Meant meant) const;
+  bool IsAsWritten(const Operand& operand) const;
+  void StoreDay(const Operand& operand, Meant meant);
+  void StoreDayOutput(const Query& query, std::size_t column, Meant meant);
+  [[noreturn]] void FailStoredDay(std::size_t token, Meant meant) const;
+  void GuardGiven(const Expr& expr, Meant meant);
+  static bool IsSoundDayDefault(const platform::Text& sDefault, Meant meant);
+  [[noreturn]] void FailDayNumber(std::size_t token, Meant meant) const;
+  [[noreturn]] void FailNoDay(std::size_t token, Meant meant) const;
+  [[noreturn]] void FailMixedDays(std::size_t token) const;
 
   Place m_place;
   StatementTree& m_tree;

@@ -66,25 +66,31 @@ bool TimeAnalysis::MeetsAsText(const std::vector<Operand>& operands) {
   });
 }
 
-void TimeAnalysis::Convert(const Operand& operand) {
+void TimeAnalysis::Convert(const Operand& operand, Meant meant) {
   if (operand.expr != nullptr) {
-    Convert(*operand.expr);
+    Convert(*operand.expr, meant);
   } else if (operand.query != nullptr) {
-    ConvertOutput(*operand.query, operand.column);
-  } else if (!kinds::IsOnly(KindsOf(operand), kinds::kTimes)) {
-    Fail(operand.token, "The column of a table meets a time",
+    ConvertOutput(*operand.query, operand.column, meant);
+  } else if (!kinds::IsOnly(KindsOf(operand), KindsOf(meant))) {
+    if (meant != Meant::Time && Typed() != nullptr) return;
+    Fail(operand.token,
+         Text("The column of a table meets a ") + (meant == Meant::Time ? "time" : "date"),
          "write (SELECT column FROM table) in place of the table");
   }
 }
 
-void TimeAnalysis::Convert(const Expr& expr) {
+void TimeAnalysis::Convert(const Expr& expr, Meant meant) {
+  if (meant != Meant::Time) {
+    ConvertToDay(expr, meant);
+    return;
+  }
   const Kinds kinds = KindsOf(expr);
   if (kinds::IsOnly(kinds, kinds::kTime)) return;
   if (kinds::IsOnly(kinds, kinds::kTimes)) {
     if (TimeAsDouble()) FailShifted(expr.range.begin);
     return;
   }
-  if (!ConvertParts(expr, kinds)) {
+  if (!ConvertParts(expr, kinds, meant)) {
     CheckKept(expr);
     Wrap(expr, kinds);
   }
@@ -92,78 +98,98 @@ void TimeAnalysis::Convert(const Expr& expr) {
 }
 
 // What only picks one of its parts is a time when they are. False when that is not so.
-bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds) {
+bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds, Meant meant) {
   switch (expr.kind) {
-    case ExprKind::Bracket:
     case ExprKind::Collate:
-      Convert(*expr.children[0]);
+      DropOrder(expr);
+      [[fallthrough]];
+    case ExprKind::Bracket:
+      Convert(*expr.children[0], meant);
       return true;
-    case ExprKind::String: {
-      CheckKept(expr);
-      const Text& sText = At(expr.range.begin).sText;
-      const auto time =
-          zones::ReadTimeExpression(sText, m_place.settings.zone, m_place.settings.now);
-      if (const auto* const error = std::get_if<zones::TimeExpressionError>(&time)) {
-        Fail(expr.range.begin, ShownText(sText) + " is no time",
-             "at its character " + CharacterNumber(sText, error->position) + " " + error->sReason);
+    case ExprKind::String:
+      if (meant == Meant::Time) {
+        ConvertText(expr);
+      } else {
+        ConvertDayText(expr, meant);
       }
-      Bind(expr, std::get<Timestamp>(time));
       return true;
-    }
     case ExprKind::Number:
+      if (meant != Meant::Time) return false;
       ConvertNumber(expr, expr, false);
       return true;
     case ExprKind::Sign: {
       const Expr& number = *expr.children[0];
-      if (number.kind == ExprKind::Number && !At(expr.operation).IsSymbol("~")) {
+      const bool bNumber = number.kind == ExprKind::Number && !At(expr.operation).IsSymbol("~");
+      if (bNumber && meant == Meant::Time) {
         ConvertNumber(expr, number, At(expr.operation).IsSymbol("-"));
         return true;
       }
       if (!At(expr.operation).IsSymbol("+")) return false;
-      Convert(number);
+      Convert(number, meant);
       return true;
     }
     case ExprKind::Case: {
       const std::size_t first = expr.bOperand ? 2 : 1;
       const std::size_t end = expr.children.size() - (expr.bElse ? 1 : 0);
-      for (std::size_t i = first; i < end; i += 2) Convert(*expr.children[i]);
-      if (expr.bElse) Convert(*expr.children.back());
+      for (std::size_t i = first; i < end; i += 2) Convert(*expr.children[i], meant);
+      if (expr.bElse) Convert(*expr.children.back(), meant);
       return true;
     }
     case ExprKind::Subquery:
-      // Texts of one kind are read where they come out.
-      if (kinds::IsOnly(kinds, kinds::kAnyText | kinds::kAnyValue) ||
-          kinds::IsOnly(kinds, kinds::kUtcDates)) {
+      // Texts of one kind are read where they come out, unless nothing can be read then.
+      if (Typed() == nullptr && (kinds::IsOnly(kinds, kinds::kAnyText | kinds::kAnyValue) ||
+                                 kinds::IsOnly(kinds, kinds::kUtcDates))) {
         return false;
       }
-      ConvertOutput(*expr.query, 0);
+      ConvertOutput(*expr.query, 0, meant);
       return true;
-    case ExprKind::Call: {
-      const Text sName = UpperCase(At(expr.operation).sText);
-      std::vector<std::size_t> parts;
-      const bool bMany = expr.children.size() > 1;
-      if (sName == "COALESCE" || sName == "IFNULL" || sName == "NULLIF" ||
-          ((sName == "MIN" || sName == "MAX") && bMany)) {
-        for (std::size_t i = 0; i < expr.children.size(); ++i) parts.push_back(i);
-      } else if (sName == "IIF" || sName == "IF") {
-        parts = ChosenByIif(expr.children.size());
-      } else if (sName == "LAG" || sName == "LEAD") {
-        parts = {0, 2};
-      } else if (sName == "LIKELY" || sName == "UNLIKELY" || sName == "LIKELIHOOD" ||
-                 sName == "MIN" || sName == "MAX" || sName == "FIRST_VALUE" ||
-                 sName == "LAST_VALUE" || sName == "NTH_VALUE") {
-        parts = {0};
-      } else {
-        return false;
-      }
-      for (const std::size_t part : parts) {
-        if (part < expr.children.size()) Convert(*expr.children[part]);
-      }
-      return true;
-    }
+    case ExprKind::Call:
+      return ConvertCall(expr, meant);
     default:
       return false;
   }
+}
+
+// Types that are no texts have no such order on a server that knows types.
+void TimeAnalysis::DropOrder(const Expr& collate) {
+  if (Typed() == nullptr) return;
+  m_place.edits.Replace({collate.operation, collate.operation + 2}, "");
+}
+
+// False for a call that makes another value of what it is given.
+bool TimeAnalysis::ConvertCall(const Expr& expr, Meant meant) {
+  const Text sName = UpperCase(At(expr.operation).sText);
+  std::vector<std::size_t> parts;
+  const bool bMany = expr.children.size() > 1;
+  if (sName == "COALESCE" || sName == "IFNULL" || sName == "NULLIF" ||
+      ((sName == "MIN" || sName == "MAX") && bMany)) {
+    for (std::size_t i = 0; i < expr.children.size(); ++i) parts.push_back(i);
+  } else if (sName == "IIF" || sName == "IF") {
+    parts = ChosenByIif(expr.children.size());
+  } else if (sName == "LAG" || sName == "LEAD") {
+    parts = {0, 2};
+  } else if (sName == "LIKELY" || sName == "UNLIKELY" || sName == "LIKELIHOOD" || sName == "MIN" ||
+             sName == "MAX" || sName == "FIRST_VALUE" || sName == "LAST_VALUE" ||
+             sName == "NTH_VALUE") {
+    parts = {0};
+  } else {
+    return false;
+  }
+  for (const std::size_t part : parts) {
+    if (part < expr.children.size()) Convert(*expr.children[part], meant);
+  }
+  return true;
+}
+
+void TimeAnalysis::ConvertText(const Expr& expr) {
+  CheckKept(expr);
+  const Text& sText = At(expr.range.begin).sText;
+  const auto time = zones::ReadTimeExpression(sText, m_place.settings.zone, m_place.settings.now);
+  if (const auto* const error = std::get_if<zones::TimeExpressionError>(&time)) {
+    Fail(expr.range.begin, ShownText(sText) + " is no time",
+         "at its character " + CharacterNumber(sText, error->position) + " " + error->sReason);
+  }
+  Bind(expr, std::get<Timestamp>(time));
 }
 
 // Lets the engine call a function that reads the value as a time when the statement runs.
@@ -178,7 +204,7 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
     Fail(token, "The zone of this time is not known",
          "leave out 'localtime' and 'utc': times are compared whatever their zone");
   }
-  if (kinds::Has(kinds, kinds::kCount | kinds::kCountOfTime | kinds::kOther)) {
+  if (kinds::Has(kinds, kinds::kCount | kinds::kCountOfTime | kinds::kOther | kinds::kClock)) {
     Fail(token, "This is not understood as a time",
          "write a time between single quotes, such as '*-1h', or what datetime() gives");
   }
@@ -238,7 +264,7 @@ void TimeAnalysis::Store(const Operand& operand) {
 }
 
 void TimeAnalysis::StoreOutput(const Query& query, std::size_t column) {
-  ConvertOutput(query, column);
+  ConvertOutput(query, column, Meant::Time);
   const Output& output = m_outputs[&query];
   for (std::size_t i = 0; i < query.cores.size() && i < output.cores.size(); ++i) {
     const Scope& core = *query.cores[i];
@@ -286,7 +312,9 @@ void TimeAnalysis::ConvertNumber(const Expr& expr, const Expr& number, bool bNeg
   Bind(expr, *time);
 }
 
-void TimeAnalysis::ConvertOutput(const Query& query, std::size_t column) {
+void TimeAnalysis::ConvertOutput(const Query& query, std::size_t column, Meant meant) {
+  const Kinds sound = KindsOf(meant);
+  const bool bTime = meant == Meant::Time;
   // It may be asked for while the query is worked out.
   if (!m_outputs.contains(&query)) OutputOf(query);
   Output& output = m_outputs[&query];
@@ -294,22 +322,25 @@ void TimeAnalysis::ConvertOutput(const Query& query, std::size_t column) {
   for (std::size_t i = 0; i < query.cores.size() && i < output.cores.size(); ++i) {
     const Scope& core = *query.cores[i];
     for (const auto& row : core.rows) {
-      if (column < row.size()) Convert(*row[column]);
+      if (column < row.size()) Convert(*row[column], meant);
     }
     if (!core.rows.empty() || column >= output.cores[i].size()) continue;
     const OutputColumn& out = output.cores[i][column];
     const Item& item = core.items[out.item];
     if (item.expr == nullptr) {
-      if (kinds::IsOnly(out.kinds, kinds::kTimes)) continue;
-      Fail(item.range.begin, "A star stands for a time and for what is none",
-           "name the columns, and write CAST(... AS TIMESTAMP) where a time is meant");
+      if (kinds::IsOnly(out.kinds, sound) || (!bTime && Typed() != nullptr)) continue;
+      const Text sWhat = bTime ? "time" : "date";
+      Fail(item.range.begin, "A star stands for a " + sWhat + " and for what is none",
+           "name the columns, and write CAST(... AS " + Text(bTime ? "TIMESTAMP" : "DATE") +
+               ") where a " + sWhat + " is meant");
     }
-    if (m_aliases.contains(item.expr) && !kinds::IsOnly(KindsOf(*item.expr), kinds::kTimes)) {
+    if (bTime && m_aliases.contains(item.expr) && !kinds::IsOnly(KindsOf(*item.expr), sound)) {
       FailMixed(item.range.begin);
     }
-    Convert(*item.expr);
+    Convert(*item.expr, meant);
   }
-  output.columns.SetKinds(column, kinds::kTime | (output.columns[column].kinds & kinds::kShifted));
+  const Kinds shifted = bTime ? output.columns[column].kinds & kinds::kShifted : kinds::kNull;
+  output.columns.SetKinds(column, (bTime ? kinds::kTime : sound) | shifted);
 }
 
 }  // namespace orvane::provider::dialect

@@ -49,12 +49,23 @@ Kinds TimeAnalysis::Work(const Expr& expr) {
     case ExprKind::Name:
       return KindsOfName(expr);
     case ExprKind::Bracket:
-    case ExprKind::Collate:
       return KindsOf(*expr.children[0]);
+    case ExprKind::Collate: {
+      const Kinds of = KindsOf(*expr.children[0]);
+      if (kinds::Has(of, kinds::kTimes | kinds::kDaysAndClocks)) DropOrder(expr);
+      return of;
+    }
     case ExprKind::Sign: {
       const Kinds of = KindsOf(*expr.children[0]);
       // A plus does nothing to whatever stands behind it.
-      if (At(expr.operation).IsSymbol("+")) return of;
+      if (At(expr.operation).IsSymbol("+")) {
+        const bool bTyped = kinds::Has(of, kinds::kTimes | kinds::kDaysAndClocks);
+        if (bTyped && Typed() != nullptr) {
+          m_place.edits.Replace({expr.operation, expr.operation + 1}, "");
+        }
+        return of;
+      }
+      if (kinds::Has(of, kinds::kDaysAndClocks)) return KindsOfDaySum(expr, of, kinds::kNumber);
       if (kinds::Has(of, kinds::kFromTimes)) return kinds::kNumberOfTime;
       if (kinds::Has(of, kinds::kCounted)) return kinds::kCountOfTime;
       return Inside(expr.children[0])->kind == ExprKind::String ? kinds::kCount : kinds::kNumber;
@@ -153,6 +164,10 @@ Kinds TimeAnalysis::KindsOfArithmetic(const Expr& expr) {
     const Kinds dates = (both & kinds::kDates & ~kFormat) | (left & kFormat);
     return dates != 0 ? dates : kinds::kAnyText;
   }
+  if (kinds::Has(both, kinds::kDaysAndClocks) &&
+      !(Typed() != nullptr && kinds::Has(both, kinds::kFromTimes))) {
+    return KindsOfDaySum(expr, left, right);
+  }
   LookAtCounted(expr, *expr.children[0], right);
   LookAtCounted(expr, *expr.children[1], left);
   if (token.IsSymbol("+") || token.IsSymbol("-")) return KindsOfSum(expr, left, right);
@@ -229,7 +244,9 @@ Kinds TimeAnalysis::KindsOfCase(const Expr& expr) {
 
 Kinds TimeAnalysis::KindsOfCast(const Expr& expr) {
   const Kinds of = KindsOf(*expr.children[0]);
-  if (IsTimeType(m_place.sStatement, m_tree.tokens, expr.type)) {
+  const Kinds typed = KindsOfType(DeclaredType(m_place.sStatement, m_tree.tokens, expr.type));
+  if (kinds::Has(typed, kinds::kDaysAndClocks)) return KindsOfDayCast(expr, MeantBy(typed));
+  if (typed == kinds::kTime) {
     const Expr& value = *expr.children[0];
     Convert(value);
     if (!kinds::Has(KindsOf(value), kinds::kShifted)) return kinds::kTime;

@@ -80,6 +80,10 @@ void TimeAnalysis::LookAtJoin(const Scope& scope, std::size_t joined, TokenRange
   };
   for (std::size_t i = before.begin; i < before.end; ++i) add(*scope.sources[i]);
   add(*scope.sources[joined]);
+  if (kinds::MixesDays(all) && !kinds::Has(all, kinds::kTimes) && Typed() == nullptr) {
+    Fail(token, "Tables are joined by a date and something else",
+         "join them by ON and compare dates with dates");
+  }
   const bool bSound =
       kinds::IsOnly(all, kinds::kTimes) ||
       (!kinds::Has(all, kinds::kFromTimes) &&
@@ -118,7 +122,9 @@ void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
     }
   }
   kinds |= KindsOf(expr);
-  if (kinds::Mixes(kinds)) {
+  if (kinds::MixesDays(kinds) && !kinds::Has(kinds, kinds::kTimes)) {
+    Convert(expr, MeantBy(kinds));
+  } else if (kinds::Mixes(kinds)) {
     Convert(expr);
   } else if (kinds::MayMix(kinds)) {
     GuardNumber({&expr, nullptr, nullptr, 0, expr.range.begin});
@@ -134,6 +140,9 @@ void TimeAnalysis::CheckNumbered(const Expr& inside, const Query& query) {
       sNumber.size() < 6 ? static_cast<std::size_t>(std::stoul("0" + sNumber)) : 0;
   if (nPlace == 0 || nPlace > columns.size()) return;
   const Kinds kinds = columns[nPlace - 1].kinds;
+  if (kinds::MixesDays(kinds) && !kinds::Has(kinds, kinds::kTimes) && Typed() == nullptr) {
+    FailMixedDays(inside.range.begin);
+  }
   if (kinds::Mixes(kinds)) FailMixed(inside.range.begin);
   if (kinds::MayMix(kinds)) {
     GuardOutput(query, nPlace - 1, kOnlyNumber, kinds::kOnlyNumbers);
@@ -155,8 +164,11 @@ void TimeAnalysis::LookAtChange() {
     for (std::size_t i = 0; i < assignment.columns.size() && i < values.size(); ++i) {
       const auto place = FindPlace(columns, At(assignment.columns[i]).sText);
       if (place && columns[*place].bWithoutZone && IsGivenText(values[i])) continue;
-      if (place && columns[*place].kinds == kinds::kTime) {
+      const Kinds stored = place ? columns[*place].kinds : kinds::kNull;
+      if (stored == kinds::kTime) {
         Store(values[i]);
+      } else if (stored == kinds::kDay || stored == kinds::kClock) {
+        StoreDay(values[i], MeantBy(stored));
       } else {
         CheckStored(KindsOf(values[i]), token);
       }
@@ -185,8 +197,11 @@ void TimeAnalysis::LookAtInsert() {
       if (places[i] && columns[*places[i]].bWithoutZone && IsGivenText(*m_tree.mainQuery, i)) {
         continue;
       }
-      if (places[i] && columns[*places[i]].kinds == kinds::kTime) {
+      const Kinds stored = places[i] ? columns[*places[i]].kinds : kinds::kNull;
+      if (stored == kinds::kTime) {
         StoreOutput(*m_tree.mainQuery, i);
+      } else if (stored == kinds::kDay || stored == kinds::kClock) {
+        StoreDayOutput(*m_tree.mainQuery, i, MeantBy(stored));
       } else if (i < values.size()) {
         CheckStored(values[i].kinds, TokenOf(*m_tree.mainQuery, values[i]));
       }
@@ -212,92 +227,21 @@ void TimeAnalysis::LookAtDefaults(const std::set<std::size_t>& given) {
   const FoundTable* const found = m_place.names.TableOf(*m_tree.targetSource);
   for (std::size_t i = 0; i < found->table.columns.size(); ++i) {
     const KnownColumn& column = found->table.columns[i];
-    if (column.content != Content::Time || given.contains(i) || column.bGenerated) continue;
-    if (column.sDefault && !IsSoundDefault(*column.sDefault)) {
+    if (given.contains(i) || column.bGenerated || !column.sDefault) continue;
+    const bool bDay = column.content == Content::Day;
+    if (bDay || column.content == Content::Clock) {
+      if (IsSoundDayDefault(*column.sDefault, bDay ? Meant::Day : Meant::Clock)) continue;
+      Fail(m_tree.target->parts.back(),
+           "The column \"" + column.sName + "\" would get " + *column.sDefault +
+               " by its default, which is no " + (bDay ? "date" : "time of day"),
+           Text("list the column and give it one, such as ") + (bDay ? "'t'" : "'08:30'"));
+    }
+    if (column.content == Content::Time && !IsSoundDefault(*column.sDefault)) {
       Fail(m_tree.target->parts.back(),
            "The column \"" + column.sName + "\" would get a text that is no time",
            "list the column and give it a time, such as '*'");
     }
   }
-}
-
-// --- definitions ---
-
-void TimeAnalysis::LookAtDefinition() {
-  if (m_tree.kind != StatementKind::Define) return;
-  for (const auto& column : m_tree.columns) {
-    if (column.computed != nullptr) LookAtComputed(column);
-    if (column.bTime && Typed() == nullptr) {
-      // Whoever fills the table: no text gets in where it would count as greater than every time.
-      m_place.edits.Wrap(
-          column.range, "",
-          " CHECK (typeof(" + platform::QuotedName(column.sName) + ") NOT IN ('text', 'blob'))");
-    }
-    if (column.initial == nullptr) continue;
-    const Kinds kinds = KindsOf(*column.initial);
-    if (!column.bTime) continue;
-    const Expr& inside = *Inside(column.initial);
-    const bool bNow =
-        inside.kind == ExprKind::CurrentTime && At(inside.range.begin).IsWord("CURRENT_TIMESTAMP");
-    if (bNow && Typed() != nullptr) continue;
-    if (bNow) {
-      // The text that it is to the engine would stand in the column.
-      m_place.edits.Replace(inside.range, "(unixepoch() * 1000000)");
-    } else if (kinds != kinds::kNull) {
-      Fail(inside.range.begin, "A time stands in " + m_place.sKept,
-           "write CURRENT_TIMESTAMP, or leave the default out and give times in INSERT");
-    }
-  }
-  if (m_tree.mainQuery == nullptr || m_tree.bView || Typed() != nullptr) return;
-  const OutputColumns& columns = OutputOf(*m_tree.mainQuery);
-  for (const auto& column : columns) {
-    if (!kinds::Has(column.kinds, kinds::kFromTimes)) continue;
-    Fail(TokenOf(*m_tree.mainQuery, column),
-         "A table that is made from a query holds numbers in place of times",
-         "create it with a column of type TIMESTAMP and fill it by INSERT ... SELECT");
-  }
-}
-
-// What the column is said to be is what others take it for.
-void TimeAnalysis::LookAtComputed(const ColumnDefinition& column) {
-  const Kinds kinds = KindsOf(*column.computed);
-  if (column.bTime && kinds != kinds::kTime) {
-    Fail(column.computed->range.begin, "A computed column of times is something else",
-         "compute it from columns of times alone, or give it another type");
-  }
-  if (!column.bTime && kinds::Has(kinds, kinds::kFromTimes | kinds::kCountOfTime)) {
-    Fail(column.computed->range.begin, "A computed column of another type is made from a time",
-         "declare it as TIMESTAMP and compute a time, or compute it where it is read");
-  }
-}
-
-// What computes with a column that is computed later counts as what could be anything.
-std::map<Text, Kinds> TimeAnalysis::Computed() {
-  constexpr Kinds kUnknown = kinds::kTime | kinds::kAnyValue | kinds::kOther;
-  std::map<Text, Kinds> computed;
-  OutputColumns columns = ColumnsOfNew();
-  for (std::size_t i = 0; i < m_tree.columns.size(); ++i) {
-    if (m_tree.columns[i].computed != nullptr) columns.SetKinds(i, kUnknown);
-  }
-  m_new = columns;
-  for (std::size_t i = 0; i < m_tree.columns.size(); ++i) {
-    const ColumnDefinition& column = m_tree.columns[i];
-    if (column.computed == nullptr) continue;
-    Kinds kinds = kUnknown;
-    try {
-      const Kinds of = KindsOf(*column.computed);
-      const bool bFromTime = kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime);
-      if (column.bTime ? kinds::IsOnly(of, kinds::kTime) : !bFromTime) {
-        kinds = column.bTime ? kinds::kTime : kinds::kAnyValue;
-      }
-    } catch (const platform::Failure& failed) {
-      if (failed.Number() != platform::failure::kSqlError) throw;
-      kinds = kinds::kWrong;
-    }
-    m_new->SetKinds(i, kinds);
-    computed[UpperCase(column.sName)] = kinds;
-  }
-  return computed;
 }
 
 // --- comparisons ---
@@ -365,8 +309,15 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
   for (const auto& operand : operands) all |= KindsOf(operand);
   if (kinds::Has(all, kinds::kTimes)) {
     if (MeetsAsText(operands)) return kinds::kTime;
-    for (const auto& operand : operands) Convert(operand);
+    for (const auto& operand : operands) Convert(operand, Meant::Time);
     return kinds::kTime | (all & kinds::kShifted);
+  }
+  if (kinds::Has(all, kinds::kDaysAndClocks)) {
+    const Meant meant = MeantBy(all);
+    for (const auto& operand : operands) {
+      if (!IsAsWritten(operand)) Convert(operand, meant);
+    }
+    return KindsOf(meant);
   }
   // Each of the others meets the first.
   for (std::size_t i = 1; i < operands.size(); ++i) {

@@ -14,6 +14,13 @@ namespace {
 // What a name may mean that nothing can be said about.
 constexpr Kinds kUnknown = kinds::kTime | kinds::kAnyValue | kinds::kOther;
 
+// Of a column by its type alone; kNull for a type that tells nothing here.
+Kinds KindsOfContent(Content content) {
+  if (content == Content::Time) return kinds::kTime;
+  if (content == Content::Day) return kinds::kDay;
+  return content == Content::Clock ? kinds::kClock : kinds::kNull;
+}
+
 // To the engine no column of a query is called like a truth value: such a word is a number.
 Text NameAt(std::size_t nPlace, Text sName) {
   const bool bTruth = SameName(sName, "true") || SameName(sName, "false");
@@ -58,8 +65,9 @@ const OutputColumns& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
       found.table.bView && !bTold ? &m_place.views.Of(found) : nullptr;
   for (std::size_t i = 0; i < found.table.columns.size(); ++i) {
     const KnownColumn& column = found.table.columns[i];
+    const Kinds typed = KindsOfContent(column.content);
     Kinds kinds = column.bText ? kinds::kAnyText : kinds::kAnyValue;
-    if (column.content == Content::Time) kinds = kinds::kTime;
+    if (typed != kinds::kNull) kinds = typed;
     if (column.bGenerated && !bTold) {
       // By what it is computed may have been written elsewhere.
       const auto& computed = m_place.views.Computed(found);
@@ -68,6 +76,8 @@ const OutputColumns& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
         kinds = kUnknown;
       } else if (told->second != kinds::kAnyValue) {
         kinds = told->second;
+      } else if (kinds::Has(typed, kinds::kDaysAndClocks)) {
+        kinds = typed | kinds::kAnyValue;
       }
     }
     if (view != nullptr) kinds = i < view->kinds.size() ? view->kinds[i] : kUnknown;
@@ -107,7 +117,8 @@ const OutputColumns& TimeAnalysis::ColumnsOfNew() {
   if (!m_new) {
     m_new.emplace();
     for (const auto& column : m_tree.columns) {
-      m_new->Add({column.sName, column.bTime ? kinds::kTime : kinds::kAnyValue, 0});
+      const Kinds typed = KindsOfType(column.type);
+      m_new->Add({column.sName, typed != kinds::kNull ? typed : kinds::kAnyValue, 0});
     }
   }
   return *m_new;
@@ -245,16 +256,20 @@ bool TimeAnalysis::HasColumn(const Scope& scope, std::size_t begin, std::size_t 
 void TimeAnalysis::JoinCores(const Query& query, Output& output) {
   for (std::size_t i = 0; i < output.columns.size(); ++i) {
     const Kinds kinds = output.columns[i].kinds;
-    if (!kinds::Mixes(kinds) && !kinds::MayMix(kinds)) continue;
+    const bool bDays = kinds::MixesDays(kinds) && !kinds::Has(kinds, kinds::kTimes);
+    if (!kinds::Mixes(kinds) && !kinds::MayMix(kinds) && !bDays) continue;
     const bool bRows = !query.cores.front()->rows.empty() && query.cores.front()->rows.size() > 1;
     const bool bJoined = query.cores.size() > 1 || bRows;
     const bool bDistinct = std::any_of(query.cores.begin(), query.cores.end(),
                                        [](const auto* core) { return core->bDistinct; });
     const bool bCompares = query.bCompares || bDistinct;
-    if (!kinds::Mixes(kinds)) {
+    if (bDays) {
+      // A server that knows types has one for each column.
+      if (bCompares || (bJoined && Typed() != nullptr)) ConvertOutput(query, i, MeantBy(kinds));
+    } else if (!kinds::Mixes(kinds)) {
       if (bCompares) GuardOutput(query, i, kOnlyNumber, kinds::kOnlyNumbers);
     } else if (kinds::Has(kinds, kinds::kTimes) && (bJoined || bDistinct)) {
-      ConvertOutput(query, i);
+      ConvertOutput(query, i, Meant::Time);
     } else if (bCompares) {
       FailMixed(query.range.begin);
     }

@@ -1,9 +1,12 @@
 #include "provider/dialect/translator.h"
 
+#include <algorithm>
+#include <iterator>
 #include <new>
 
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "provider/dialect/days_and_clocks.h"
 #include "provider/dialect/engine_forms.h"
 #include "provider/dialect/exact_names.h"
 #include "provider/dialect/refused_names.h"
@@ -19,12 +22,9 @@ namespace {
 
 using platform::Text;
 
-Content ContentOf(Kinds kinds, bool bTimeAsDouble) {
+Content ContentOf(Kinds kinds) {
   if (kinds == kinds::kNull) return Content::Null;
-  if (kinds == kinds::kTime) return Content::Time;
-  // What was added may mean days where the connection has times as numbers of them.
-  const bool bMoved = kinds == kinds::kTimes && !bTimeAsDouble;
-  if (bMoved) return Content::Time;
+  if (kinds::IsOnly(kinds, kinds::kTimes)) return Content::Time;
   return kinds::Has(kinds, kinds::kTime) ? Content::Mixed : Content::Other;
 }
 
@@ -92,13 +92,16 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
     const StoredTimes stored = times.ReliesOn();
     translation.storedTimes.assign(stored.begin(), stored.end());
   }
-  if (times.CallsFunctions()) translation.functions = TimeFunctions(settings);
+  if (times.CallsFunctions()) {
+    translation.functions = TimeFunctions(settings);
+    std::ranges::move(DayFunctions(settings), std::back_inserter(translation.functions));
+  }
   if (numbers.CallsFunction()) translation.functions.push_back(StoredNumbers::Function());
   translation.source = SourceOf(tree, names, times);
   // How a statement would run is told in columns that are not those of the statement.
   if (tree.kind == StatementKind::Query && !tree.bExplain) {
     for (const auto& column : times.OutputOf(*tree.mainQuery)) {
-      translation.columns.push_back(ContentOf(column.kinds, settings.bTimeAsDouble));
+      translation.columns.push_back(ContentOf(column.kinds));
     }
   }
   return translation;

@@ -29,6 +29,8 @@ enum class Content : std::uint8_t {
   Null,   ///< nothing but null
   Time,   ///< times, and null
   Mixed,  ///< of SELECTs that are joined, some put out times here and others something else
+  Day,    ///< of a column: dates, and null
+  Clock,  ///< of a column: times of day, and null
 };
 
 struct KnownColumn {

@@ -28,14 +28,19 @@ constexpr Kinds kLoose = 1U << 13U;        ///< beside kAny: it may as well be a
 constexpr Kinds kPart = 1U << 14U;  ///< of a date function's text: it does not begin with the year
 constexpr Kinds kUnsorted = 1U << 15U;  ///< the same: such texts do not sort as their times do
 constexpr Kinds kWrong = 1U << 16U;     ///< what compares a time with something else itself
+constexpr Kinds kDay = 1U << 17U;       ///< a date as a column of dates keeps it
+constexpr Kinds kClock = 1U << 18U;     ///< a time of day as a column of these keeps it
 
 /// What is stored as a number of microseconds, and what is worked out from that.
 constexpr Kinds kTimes = kTime | kShifted;
 constexpr Kinds kFromTimes = kTimes | kNumberOfTime | kTextOfTime;
 constexpr Kinds kNumbers = kNumber | kCount;
-constexpr Kinds kTexts = kTextOfTime | kWrittenTime | kUtcText | kZoneText | kAny | kOther;
+constexpr Kinds kDaysAndClocks = kDay | kClock;
+constexpr Kinds kTexts =
+    kTextOfTime | kWrittenTime | kUtcText | kZoneText | kAny | kOther | kDaysAndClocks;
 /// What is certainly no number.
-constexpr Kinds kSureTexts = kTextOfTime | kWrittenTime | kUtcText | kZoneText | kText | kOther;
+constexpr Kinds kSureTexts =
+    kTextOfTime | kWrittenTime | kUtcText | kZoneText | kText | kOther | kDaysAndClocks;
 /// A text of which nothing more is known.
 constexpr Kinds kAnyText = kAny | kText;
 /// A value of which nothing is known.
@@ -64,6 +69,11 @@ constexpr bool Mixes(Kinds kinds) {
 /// True when numbers made from times could meet what turns out to be a text among the values.
 constexpr bool MayMix(Kinds kinds) {
   return Has(kinds, kCountOfTime) && Has(kinds, kAny);
+}
+
+/// True when dates, or times of day, could meet something else among the values.
+constexpr bool MixesDays(Kinds kinds) {
+  return Has(kinds, kDaysAndClocks) && !IsOnly(kinds, kDay) && !IsOnly(kinds, kClock);
 }
 
 }  // namespace kinds

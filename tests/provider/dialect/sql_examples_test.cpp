@@ -33,7 +33,19 @@ std::vector<Example> Examples() {
 
 class sql_examples : public Plant {
  protected:
-  sql_examples() { Run("UPDATE Plant1..Tags SET Description = '*-2h' WHERE Tag = 'T1'"); }
+  sql_examples() {
+    Run("UPDATE Plant1..Tags SET Description = '*-2h' WHERE Tag = 'T1'");
+    Run("CREATE TABLE Plant1..Shifts (Day DATE, Begins TIME, Note TEXT)");
+    PutBack();
+  }
+
+  void PutBack() {
+    Run("DELETE FROM Plant1..Data");
+    Run("INSERT INTO Plant1..Data SELECT * FROM Plant1..Copy");
+    Run("DELETE FROM Plant1..Shifts");
+    Run("INSERT INTO Plant1..Shifts VALUES ('2024-05-13', '06:00', 'y'), ('2024-05-14', '14:00', "
+        "'2024-05-14'), ('2024-05-15', '22:00', 't')");
+  }
 
   Text ResultOf(const Text& sStatement) {
     try {
@@ -55,8 +67,7 @@ TEST_F(sql_examples, come_to_what_the_page_tells) {
   EXPECT_GE(examples.size(), 20U);
   for (const Example& example : examples) {
     EXPECT_EQ(ResultOf(example.sStatement), example.sResult) << example.sStatement;
-    Run("DELETE FROM Plant1..Data");
-    Run("INSERT INTO Plant1..Data SELECT * FROM Plant1..Copy");
+    PutBack();
   }
 }
 

@@ -119,10 +119,10 @@ TEST_F(statement_reader, finds_what_a_definition_defines) {
       "CHECK (b > 0), c DOUBLE PRECISION REFERENCES x (y), d, PRIMARY KEY (a, "
       "b), CHECK (a < b)) WITHOUT ROWID");
   ASSERT_EQ(table.columns.size(), 4U);
-  EXPECT_TRUE(table.columns[0].bTime);
+  EXPECT_EQ(table.columns[0].type, platform::DataType::DBTimeStamp);
   EXPECT_NE(table.columns[0].initial, nullptr);
-  EXPECT_TRUE(table.columns[1].bTime);
-  EXPECT_FALSE(table.columns[2].bTime);
+  EXPECT_EQ(table.columns[1].type, platform::DataType::DBTimeStamp);
+  EXPECT_NE(table.columns[2].type, platform::DataType::DBTimeStamp);
   EXPECT_EQ(table.columns[3].sName, "d");
   EXPECT_EQ(table.changeScope->conditions.size(), 2U);
   EXPECT_TRUE(Read("CREATE VIEW P..V (a, b) AS SELECT 1, 2").bView);

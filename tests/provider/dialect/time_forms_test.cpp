@@ -85,6 +85,7 @@ TEST_F(time_forms, choose_the_rows_that_are_meant) {
       {"Timestamp < 'y+20h'", "19-23"},
       {"Timestamp >= '*-90m'", "0-1"},
       {"Timestamp >= '2024-05-15T11:00:00+01:00'", "0-2"},
+      {"Timestamp >= CAST('2024-05-15' AS DATE)", "0-14"},
       {"NOT Timestamp >= '2024-05-14T22:00:00Z'", "15-23"},
       {"Timestamp NOT IN (SELECT Timestamp FROM Plant1..Copy WHERE Value > 2)", "0-2"},
       {"Timestamp IN (SELECT Timestamp + 3600000000 FROM Plant1..Copy WHERE Value BETWEEN 3 AND 5)",

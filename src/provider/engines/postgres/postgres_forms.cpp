@@ -189,6 +189,8 @@ const SqlForm kPostgresForm = {
     .sBetweenBefore = "(extract(epoch FROM (",
     .sBetweenBehind = ")) * 1000000)",
     .sTimeBehind = "::timestamptz",
+    .sDayBehind = "::date",
+    .sClockBehind = "::time",
 };
 
 }  // namespace orvane::provider::engines
