@@ -14,6 +14,7 @@ orvane_test(console_scenarios QT
     scenarios/host_driver_dialogs.cpp
     scenarios/kept_columns_test.cpp
     scenarios/living_tree_test.cpp
+    scenarios/merged_documents_test.cpp
     scenarios/postgres_server_test.cpp
     scenarios/reader_first_test.cpp
     scenarios/shown_qt_form.cpp

@@ -21,6 +21,7 @@ orvane_test(console_support QT
     document/document_test.cpp
     document/recent_documents_test.cpp
     document/unsent_rows_test.cpp
+    document/user_views_test.cpp
     fake_objects.h
     log/log_file_test.cpp
     look/control_style_test.cpp

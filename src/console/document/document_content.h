@@ -27,7 +27,7 @@ class DocumentContent {
   const DocumentBag* FindSnapIn(const platform::Text& sProgId) const;
   /// The snap-ins' bags in the order in which they were made.
   const std::vector<Section>& SnapIns() const noexcept { return m_snapIns; }
-  /// What the host itself keeps: window, columns, expanded items.
+  /// What the host itself keeps: how grids are laid out; in older documents the window, too.
   DocumentBag& View() noexcept { return m_view; }
   const DocumentBag& View() const noexcept { return m_view; }
 

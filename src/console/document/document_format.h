@@ -15,7 +15,7 @@ constexpr const char* kDocumentSuffix = "orvc";
 /// What the first line names as its format.
 constexpr const char* kDocumentFormat = "orvane-console";
 /// The version of the format that this program writes, and the newest that it reads.
-constexpr int kDocumentVersion = 2;
+constexpr int kDocumentVersion = 3;
 
 /// The whole file. Texts and states that are not UTF-8 are written losslessly as bytes.
 platform::Text WriteDocument(const DocumentContent& content);
@@ -26,9 +26,11 @@ void CheckDocumentStart(std::string_view sBytes, const platform::Text& sName);
 
 /// Reads a whole file into an empty content and tells whether it is as a console wrote it. Lines
 /// may end with a carriage return, and a byte order mark may stand before the first. The name is
-/// used in sentences only. Fails with failure::kDocument for bytes that are no document, a damaged
-/// one, or one of a newer version; the sentence names the line.
+/// used in sentences only. The line at which the first seal stops to fit goes to brokenAt; behind a
+/// part or a section that was changed, that is where it begins. Fails with failure::kDocument for
+/// bytes that are no document, a damaged one, or one of a newer version; the sentence names the
+/// line.
 DocumentSeal ReadDocument(std::string_view sBytes, const platform::Text& sName,
-                          DocumentContent& content);
+                          DocumentContent& content, std::size_t* brokenAt = nullptr);
 
 }  // namespace orvane::console

@@ -1,9 +1,11 @@
 #include <QByteArray>
+#include <algorithm>
 #include <limits>
 #include <optional>
 
 #include "console/document/document_format.h"
 #include "console/document/document_line.h"
+#include "console/document/seal_check.h"
 #include "platform/failure.h"
 #include "platform/one_line.h"
 
@@ -20,10 +22,25 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kOldSealStart = R"({"blake2b":")";
 /// The version whose one seal, in its last line, was of all lines before.
 constexpr std::int64_t kVersionOfOneSeal = 1;
+/// The version whose parts had properties of whole names, and all their beginnings in one seal.
+constexpr std::int64_t kVersionOfWholeNames = 2;
 /// Of snap-ins, which are looked for one by one.
 constexpr std::size_t kMostSections = 1000;
 /// Bytes of a name that a sentence repeats.
 constexpr std::size_t kLongestName = 100;
+
+/// The text of a line of nothing but that member, where the line is as it is written and nothing in
+/// the text needs an escape: so are all but the properties, and they are many.
+std::optional<std::string_view> PlainTextOf(std::string_view sLine, std::string_view sBegin) {
+  constexpr std::string_view kEnd = "\"}";
+  if (!sLine.starts_with(sBegin) || !sLine.ends_with(kEnd)) return std::nullopt;
+  sLine.remove_prefix(sBegin.size());
+  if (sLine.size() < kEnd.size()) return std::nullopt;
+  sLine.remove_suffix(kEnd.size());
+  const auto isPlain = [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; };
+  if (!std::ranges::all_of(sLine, isPlain)) return std::nullopt;
+  return sLine;
+}
 
 class Reader {
  public:
@@ -49,10 +66,10 @@ class Reader {
       Damaged("names no version that this program knows");
     }
     m_bOneSeal = *iVersion == kVersionOfOneSeal;
-    KeepBegin(sLine);
+    m_seals.Header({sLine, m_nLine}, *iVersion <= kVersionOfWholeNames);
   }
 
-  DocumentSeal Read() {
+  void Read() {
     ReadHeader();
     while (!m_bEnded) {
       SkipEmptyLines();
@@ -69,8 +86,8 @@ class Reader {
       ++m_nLine;
       Damaged("follows the end");
     }
-    return m_seal;
   }
+  const SealCheck& Seals() const { return m_seals; }
 
  private:
   [[noreturn]] void Damaged(const Text& sProblem) const {
@@ -126,25 +143,39 @@ class Reader {
   }
 
   void ReadLine(std::string_view sLine) {
+    if (!m_bOneSeal && ReadPlainLine(sLine)) return;
     DocumentLine line;
     if (!line.Read(sLine)) {
       if (IsMergeMark(sLine)) Unsettled();
       Damaged(m_bUnended ? "is cut off" : line.Problem());
     }
     if (line.Has("name")) {
-      ReadEntry(line);
+      ReadEntry(line, sLine);
     } else if (line.Has("section")) {
       ReadSection(line, sLine);
     } else if (!m_bOneSeal && line.Has("part")) {
-      if (!m_bag) Damaged("holds a part outside of a section");
-      BeginPart(sLine, TextOf(line, "part"));
+      ReadPart(sLine, TextOf(line, "part"));
     } else if (!m_bOneSeal && line.Has("seal")) {
-      ReadSeal(TextOf(line, "seal"));
+      m_seals.Seal({sLine, m_nLine}, TextOf(line, "seal"));
     } else if (!m_bOneSeal && line.Has("end")) {
-      EndPart(TextOf(line, "end"));
+      m_seals.EndPart({sLine, m_nLine}, TextOf(line, "end"));
     } else {
       Damaged("is no property, section, part or seal");
     }
+  }
+
+  /// What ReadLine would do, for the lines that can be told without taking them apart.
+  bool ReadPlainLine(std::string_view sLine) {
+    if (const auto sSeal = PlainTextOf(sLine, R"({"seal":")")) {
+      m_seals.Seal({sLine, m_nLine}, *sSeal);
+    } else if (const auto sEnd = PlainTextOf(sLine, R"({"end":")")) {
+      m_seals.EndPart({sLine, m_nLine}, *sEnd);
+    } else if (const auto sPart = PlainTextOf(sLine, R"({"part":")")) {
+      ReadPart(sLine, *sPart);
+    } else {
+      return false;
+    }
+    return true;
   }
 
   Text TextOf(const DocumentLine& line, const char* sMember) const {
@@ -160,12 +191,12 @@ class Reader {
       if (m_bViewSeen) Damaged("begins a second view");
       m_bViewSeen = true;
       m_bag = &m_content.View();
-      BeginPart(sLine, *sSection);
+      if (!m_bOneSeal) m_seals.BeginSection({sLine, m_nLine}, *sSection, true);
     } else if (sSection && *sSection == "snap-in" && sClass && line.Count() == 2) {
       if (m_content.SnapIns().size() == kMostSections) Damaged("begins one snap-in too many");
       if (m_content.FindSnapIn(*sClass)) Damaged("begins the snap-in " + Brief(*sClass) + " again");
       m_bag = &m_content.SnapIn(*sClass);
-      BeginPart(sLine, *sClass);
+      if (!m_bOneSeal) m_seals.BeginSection({sLine, m_nLine}, *sClass, false);
     } else if (!m_bOneSeal && sSection && *sSection == "end" && line.Count() == 1) {
       ReadEnd(sLine);
     } else {
@@ -175,56 +206,37 @@ class Reader {
 
   // ---- seals
 
-  void Break() { m_seal = DocumentSeal::Broken; }
-
-  void KeepBegin(std::string_view sLine) { m_sBegins.append(sLine).append("\n"); }
-
-  void BeginPart(std::string_view sLine, const Text& sPart) {
-    if (m_bOneSeal) return;
-    if (m_sPart) Break();
-    KeepBegin(sLine);
-    m_nPartBegin = m_nLineBegin;
-    m_sPart = sPart;
-    m_bSealed = false;
-  }
-
-  void ReadSeal(const Text& sSeal) {
-    const auto sPart = m_sBytes.substr(m_nPartBegin, m_nLineBegin - m_nPartBegin);
-    if (!m_sPart || m_bSealed || sSeal != SealOf(sPart)) Break();
-    m_bSealed = true;
-  }
-
-  void EndPart(const Text& sPart) {
-    if (m_sPart != sPart || !m_bSealed) Break();
-    m_sPart.reset();
+  void ReadPart(std::string_view sLine, std::string_view sPart) {
+    if (!m_bag) Damaged("holds a part outside of a section");
+    m_seals.BeginPart({sLine, m_nLine}, sPart);
   }
 
   void ReadEnd(std::string_view sLine) {
     m_bEnded = true;
-    if (m_sPart) Break();
-    KeepBegin(sLine);
+    m_seals.EndSections({sLine, m_nLine});
     SkipEmptyLines();
-    if (m_nPosition == m_sBytes.size()) return Break();
+    if (m_nPosition == m_sBytes.size()) return m_seals.LastSeal({{}, m_nLine}, {});
     DocumentLine line;
     if (!line.Read(NextLine())) Damaged(m_bUnended ? "is cut off" : line.Problem());
     if (!line.Has("seal")) Damaged("follows the end");
-    if (TextOf(line, "seal") != SealOf(m_sBegins)) Break();
+    m_seals.LastSeal({{}, m_nLine}, TextOf(line, "seal"));
   }
 
   void ReadOldSeal(std::string_view sLine) {
     m_bEnded = true;
     DocumentLine line;
     if (!line.Read(sLine)) Damaged(m_bUnended ? "is cut off" : line.Problem());
-    if (TextOf(line, "blake2b") != SealOf(m_sBytes.substr(0, m_nLineBegin))) Break();
+    if (TextOf(line, "blake2b") != SealOf(m_sBytes.substr(0, m_nLineBegin))) m_seals.Break(m_nLine);
   }
 
   // ---- properties
 
-  void ReadEntry(DocumentLine& line) {
+  void ReadEntry(DocumentLine& line, std::string_view sLine) {
     Text* sName = line.Find<Text>("name");
     if (!sName) Damaged("is no property, section, part or seal");
     if (!m_bag) Damaged("holds a property outside of a section");
-    if (!m_bOneSeal && (!m_sPart || m_bSealed)) Break();
+    if (!m_bOneSeal) m_seals.Property({sLine, m_nLine});
+    sName->insert(0, m_seals.Prefix());
     StoredValue value = ReadValue(line, *sName);
     // The name is needed for the sentence; the bag takes a copy only when it is refused.
     if (m_bag->Find(*sName)) Twice(*sName);
@@ -273,11 +285,7 @@ class Reader {
   bool m_bEnded = false;
 
   bool m_bOneSeal = false;
-  DocumentSeal m_seal = DocumentSeal::Whole;
-  std::optional<Text> m_sPart;  // the one that has begun
-  std::size_t m_nPartBegin = 0;
-  bool m_bSealed = false;
-  Text m_sBegins;
+  SealCheck m_seals;
 };
 
 std::string_view WithoutMark(std::string_view sBytes) {
@@ -311,9 +319,14 @@ void CheckDocumentStart(std::string_view sBytes, const Text& sName) {
   WithPlainLines(sBytes, [&](std::string_view s) { Reader(s, sName, unused).ReadHeader(); });
 }
 
-DocumentSeal ReadDocument(std::string_view sBytes, const Text& sName, DocumentContent& content) {
-  return WithPlainLines(sBytes,
-                        [&](std::string_view s) { return Reader(s, sName, content).Read(); });
+DocumentSeal ReadDocument(std::string_view sBytes, const Text& sName, DocumentContent& content,
+                          std::size_t* brokenAt) {
+  return WithPlainLines(sBytes, [&](std::string_view s) {
+    Reader reader(s, sName, content);
+    reader.Read();
+    if (brokenAt) *brokenAt = reader.Seals().BrokenAt();
+    return reader.Seals().Result();
+  });
 }
 
 }  // namespace orvane::console

@@ -57,11 +57,11 @@ class DocumentKeeper final : public QObject {
   std::vector<platform::Text> Recent() const;
 
  signals:
-  /// The session is about to end.
+  /// The session is about to end, and the document is still the one that it was about.
   void Closing();
-  /// What the document keeps of the window, before the session starts on it.
+  /// What the document keeps of the view, before the session starts on it.
   void ViewRead(const orvane::console::DocumentBag& view);
-  /// The window is to put what the document keeps of it into the bag.
+  /// The window is to put what the document keeps of the view into the bag.
   void ViewAsked(orvane::console::DocumentBag& view);
   /// There is another document, and the session has started on it, or SnapInFailure tells why not.
   void Started();

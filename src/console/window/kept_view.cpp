@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "console/document/document_bag.h"
+#include "console/document/document_seal.h"
 #include "console/look/window_place.h"
 #include "console/results/result_pane.h"
-#include "console/session/console_session.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/window_menus.h"
 
@@ -21,23 +21,44 @@ using platform::Text;
 
 namespace {
 
-const Text kGridItem = "Grid.Item";
-const Text kGridLayout = "Grid.Layout";
+constexpr std::string_view kGrid = "Grid.";
+constexpr std::string_view kItem = "Item";
+constexpr std::string_view kLayout = "Layout";
+constexpr std::size_t kMarkLength = 16;
 
-KeptLayouts::Layouts LayoutsIn(const DocumentBag& bag) {
-  KeptLayouts::Layouts layouts;
-  for (const auto& entry : bag.Entries()) {
-    const auto* sPlace = std::get_if<Text>(&entry.value);
-    if (!sPlace || !entry.sName.starts_with(kGridItem)) continue;
-    const auto vtLayout =
-        bag.ReadProperty(kGridLayout + entry.sName.substr(kGridItem.size()), Text());
-    const auto* sLayout = vtLayout.As<Text>();
-    if (sLayout && !sLayout->empty() && !sPlace->empty()) layouts.emplace(*sPlace, *sLayout);
-  }
-  return layouts;
+/// "Grid.9f0c5a7712e4b3d8_", from the place: so a layout that comes or goes renames no other.
+/// Places may hold any bytes, which names of properties may not.
+Text GridPart(const Text& sPlace) {
+  return Text(kGrid) + SealOf(sPlace).substr(0, kMarkLength) + "_";
 }
 
 }  // namespace
+
+void WriteLayouts(const KeptLayouts::Layouts& layouts, DocumentBag& bag) {
+  for (const auto& [sPlace, sLayout] : layouts) {
+    const Text sPart = GridPart(sPlace);
+    bag.WriteProperty(sPart + Text(kItem), sPlace);
+    bag.WriteProperty(sPart + Text(kLayout), sLayout);
+  }
+}
+
+KeptLayouts::Layouts ReadLayouts(const DocumentBag& bag) {
+  KeptLayouts::Layouts layouts;
+  for (const auto& entry : bag.Entries()) {
+    const auto* sPlace = std::get_if<Text>(&entry.value);
+    const std::string_view sName = entry.sName;
+    if (!sPlace || sPlace->empty() || !sName.starts_with(kGrid)) continue;
+    // Earlier documents have them numbered: "Grid.Item1" and "Grid.Layout1".
+    const std::size_t nItem = sName.find(kItem, kGrid.size());
+    if (nItem == std::string_view::npos) continue;
+    Text sLayoutName = entry.sName;
+    const auto vtLayout =
+        bag.ReadProperty(sLayoutName.replace(nItem, kItem.size(), kLayout), Text());
+    const auto* sLayout = vtLayout.As<Text>();
+    if (sLayout && !sLayout->empty()) layouts.emplace(*sPlace, *sLayout);
+  }
+  return layouts;
+}
 
 void WriteView(const ViewParts& parts, DocumentBag& bag) {
   bag.WriteProperty("Window.Geometry", parts.window.saveGeometry().toBase64().toStdString());
@@ -50,13 +71,6 @@ void WriteView(const ViewParts& parts, DocumentBag& bag) {
     QStringList texts;
     for (const int iWidth : widths) texts.append(QString::number(iWidth));
     bag.WriteProperty("List.Columns." + sView, texts.join(',').toStdString());
-  }
-  // Places may hold any bytes, which names of properties may not.
-  int nGrid = 0;
-  for (const auto& [sPlace, sLayout] : parts.session.Layouts()) {
-    const Text sNumber = std::to_string(++nGrid);
-    bag.WriteProperty(kGridItem + sNumber, sPlace);
-    bag.WriteProperty(kGridLayout + sNumber, sLayout);
   }
 }
 
@@ -109,7 +123,6 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
     }
   }
   parts.results.ColumnWidths(std::move(columns));
-  parts.session.Layouts(LayoutsIn(bag));
 }
 
 }  // namespace orvane::console

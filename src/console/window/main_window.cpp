@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "console/document/user_views.h"
 #include "console/look/shown_text.h"
 #include "console/look/window_place.h"
 #include "console/results/result_pane.h"
@@ -45,6 +46,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
       m_session(m_parts.create, m_parts.services, &m_look),
       m_keeper(m_parts, m_session, this),
       m_menus(*menuBar(), this) {
+  if (m_parts.settings) m_views = std::make_unique<UserViews>(*m_parts.settings);
   setObjectName("mainWindow");
   setWindowIcon(ImageList::Badge("orvane-console"));
   MakePanes();
@@ -183,6 +185,7 @@ void MainWindow::FollowSession() {
 
 void MainWindow::FollowDocument() {
   connect(&m_keeper, &DocumentKeeper::Closing, this, [this] {
+    KeepView();
     // What was said of one document is not said of the next.
     statusBar()->clearMessage();
     m_wantedSelection.reset();
@@ -192,14 +195,20 @@ void MainWindow::FollowDocument() {
   connect(&m_keeper, &DocumentKeeper::ViewRead, this, [this](const DocumentBag& view) {
     const auto usual =
         m_parts.settings ? m_parts.settings->value("Window/Geometry").toByteArray() : QByteArray();
-    ReadView(ViewOfWindow(), view, usual);
+    // Documents of before have it themselves.
+    DocumentBag own;
+    const Text& sPath = m_keeper.Document().Path();
+    const bool bOwn = m_views && !sPath.empty() && m_views->Read(sPath, own);
+    ReadView(ViewOfWindow(), bOwn ? own : view, usual);
+    m_session.Layouts(ReadLayouts(view));
   });
   connect(&m_keeper, &DocumentKeeper::ViewAsked, this,
-          [this](DocumentBag& view) { WriteView(ViewOfWindow(), view); });
+          [this](DocumentBag& view) { WriteLayouts(m_session.Layouts(), view); });
   connect(&m_keeper, &DocumentKeeper::Started, this, &MainWindow::ShowStarted);
   connect(&m_keeper, &DocumentKeeper::Saved, this, [this] {
     ShowTitle();
     ShowNotice();
+    KeepView();
     statusBar()->showMessage(tr("Saved."), 3000);
   });
   connect(&m_keeper, &DocumentKeeper::ModifiedChanged, this, &MainWindow::ShowTitle);
@@ -329,7 +338,16 @@ void MainWindow::RefreshMarked() {
 }
 
 ViewParts MainWindow::ViewOfWindow() {
-  return {*this, *m_splitter, *m_toolbar, *m_results, m_menus, m_session};
+  return {*this, *m_splitter, *m_toolbar, *m_results, m_menus};
+}
+
+void MainWindow::KeepView() {
+  const Text& sPath = m_keeper.Document().Path();
+  // A window that nobody has seen yet looks like no choice of his.
+  if (!m_views || sPath.empty() || !isVisible()) return;
+  DocumentBag view;
+  WriteView(ViewOfWindow(), view);
+  m_views->Keep(sPath, view);
 }
 
 }  // namespace orvane::console

@@ -19,6 +19,7 @@ class ResultPane;
 class ScopePane;
 class SelectionMenus;
 class ToolbarView;
+class UserViews;
 class WindowStatus;
 struct ViewParts;
 
@@ -70,12 +71,15 @@ class MainWindow final : public QMainWindow {
   /// F5 and its commands: about the marked item, which is shown first.
   void RefreshMarked();
   ViewParts ViewOfWindow();
+  /// Keeps how the window looks with its document.
+  void KeepView();
 
   WindowParts m_parts;
   ImageList m_images;
   ScopeLook m_look;
   ConsoleSession m_session;
   DocumentKeeper m_keeper;
+  std::unique_ptr<UserViews> m_views;  // none without settings
   WindowMenus m_menus;
 
   QSplitter* m_splitter = nullptr;

@@ -38,10 +38,10 @@ TEST(document_damage, refuses_what_is_no_document_at_all) {
 }
 
 TEST(document_damage, refuses_a_newer_version_with_a_sentence_of_its_own) {
-  EXPECT_EQ(SentenceFor("{\"format\":\"orvane-console\",\"version\":3}\nwhatever follows"),
-            "The document plant.orvc was written by a newer version of ORVANE Console (format 3, "
-            "this one reads 2); open it with that version.");
-  EXPECT_NE(SentenceFor("{\"format\":\"orvane-console\",\"version\":4,\"more\":[1]}\n")
+  EXPECT_EQ(SentenceFor("{\"format\":\"orvane-console\",\"version\":4}\nwhatever follows"),
+            "The document plant.orvc was written by a newer version of ORVANE Console (format 4, "
+            "this one reads 3); open it with that version.");
+  EXPECT_NE(SentenceFor("{\"format\":\"orvane-console\",\"version\":5,\"more\":[1]}\n")
                 .find("newer version"),
             Text::npos);
 }

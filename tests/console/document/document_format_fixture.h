@@ -15,7 +15,8 @@ using platform::Value;
 namespace failure = platform::failure;
 
 constexpr const char* kOldHeader = "{\"format\":\"orvane-console\",\"version\":1}\n";
-constexpr const char* kHeader = "{\"format\":\"orvane-console\",\"version\":2}\n";
+constexpr const char* kWholeNamesHeader = "{\"format\":\"orvane-console\",\"version\":2}\n";
+constexpr const char* kHeader = "{\"format\":\"orvane-console\",\"version\":3}\n";
 constexpr const char* kSnapIn = "{\"class\":\"SnapIn\",\"section\":\"snap-in\"}\n";
 
 /// The lines with the one seal that fits them, as the first version of the format has it.
@@ -23,14 +24,17 @@ inline Text SealedOnce(const Text& sLines) {
   return sLines + "{\"blake2b\":\"" + SealOf(sLines) + "\"}\n";
 }
 
-/// The part with the seal that fits it and its end.
-inline Text Sealed(const Text& sPart, const Text& sName) {
-  return sPart + "{\"seal\":\"" + SealOf(sPart) + "\"}\n{\"end\":\"" + sName + "\"}\n";
+/// The part with the seal that fits it, and its end. Parts beneath it stand before the seal, which
+/// is of the lines that begin them as well.
+inline Text Sealed(const Text& sPart, const Text& sEnd, const Text& sBeneath = {},
+                   const Text& sBeneathBegins = {}) {
+  return sPart + sBeneath + "{\"seal\":\"" + SealOf(sPart + sBeneathBegins) + "\"}\n{\"end\":\"" +
+         sEnd + "\"}\n";
 }
 
 constexpr const char* kEnd = "{\"section\":\"end\"}\n";
 
-/// The end of a document whose parts begin with these lines.
+/// The end of a document that begins, and whose sections begin, with these lines.
 inline Text EndOf(const Text& sBegins) {
   return kEnd + ("{\"seal\":\"" + SealOf(sBegins + kEnd) + "\"}\n");
 }
@@ -73,6 +77,7 @@ inline void FillRealistically(DocumentContent& content) {
   bag.WriteProperty("ServersNode_ServerNodes_ServerNode1_CatalogNodes_CatalogNode1_Query",
                     std::make_shared<FakeObject>("{\"table\":\"Data\"}"));
   content.View().WriteProperty("splitter", Long{260});
+  content.View().WriteProperty("Grid.1_Item", "alpha");
 }
 
 inline Text RealisticBytes() {

@@ -1,5 +1,6 @@
 #include "console/document/document_format.h"
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <sstream>
@@ -31,30 +32,78 @@ TEST(document_format, is_text_of_one_json_object_a_line_in_sealed_parts) {
   bag.WriteProperty("Item1_Sub2_d", true);
   bag.WriteProperty("e", Long{7});
   content.View().WriteProperty("f", "");
-  const Text sPart1 = "{\"part\":\"Item1_\"}\n";
-  const Text sPart2 = "{\"part\":\"Item2_\"}\n";
+  content.View().WriteProperty("Grid_g", true);
+  const Text sItem1 = "{\"part\":\"Item1_\"}\n";
+  const Text sSub2 = "{\"part\":\"Item1_Sub2_\"}\n";
+  const Text sItem2 = "{\"part\":\"Item2_\"}\n";
   const Text sView = "{\"section\":\"view\"}\n";
+  const Text sGrid = "{\"part\":\"Grid_\"}\n";
+  const Text sBeneath =
+      Sealed(sItem1 + "{\"name\":\"b\",\"boolean\":false}\n", "Item1_",
+             Sealed(sSub2 + "{\"name\":\"d\",\"boolean\":true}\n", "Sub2_"), sSub2) +
+      Sealed(sItem2 + "{\"name\":\"c\",\"integer\":-1}\n", "Item2_");
   EXPECT_EQ(WriteDocument(content),
             kHeader +
                 Sealed(Text(kSnapIn) + "{\"name\":\"a\",\"text\":\"x\\ny\"}\n"
                                        "{\"name\":\"e\",\"integer\":7}\n",
-                       "SnapIn") +
-                Sealed(sPart1 + "{\"name\":\"Item1_b\",\"boolean\":false}\n"
-                                "{\"name\":\"Item1_Sub2_d\",\"boolean\":true}\n",
-                       "Item1_") +
-                Sealed(sPart2 + "{\"name\":\"Item2_c\",\"integer\":-1}\n", "Item2_") +
-                Sealed(sView + "{\"name\":\"f\",\"text\":\"\"}\n", "view") +
-                EndOf(Text(kHeader) + kSnapIn + sPart1 + sPart2 + sView));
+                       "SnapIn", sBeneath, sItem1 + sItem2) +
+                Sealed(sView + "{\"name\":\"f\",\"text\":\"\"}\n", "view",
+                       Sealed(sGrid + "{\"name\":\"g\",\"boolean\":true}\n", "Grid_")) +
+                EndOf(Text(kHeader) + kSnapIn + sView));
 }
 
-TEST(document_format, a_part_is_what_belongs_to_one_numbered_item) {
-  EXPECT_EQ(PartOf("ServersNode_MaxRows"), "");
-  EXPECT_EQ(PartOf("ServersNode_ServerNodes_ServerNodeCount"), "");
-  EXPECT_EQ(PartOf("ServersNode_ServerNodes_ServerNode12_CatalogNodes_CatalogNode1_Catalog"),
-            "ServersNode_ServerNodes_ServerNode12_");
-  EXPECT_EQ(PartOf("Item1"), "");
-  EXPECT_EQ(PartOf("_a1_"), "_a1_");
+TEST(document_format, a_part_is_an_item_or_a_list_of_them) {
+  const Text sCatalog = "ServersNode_ServerNodes_ServerNode12_CatalogNodes_CatalogNode1_";
+  EXPECT_EQ(PartOf("ServersNode"), "");
+  EXPECT_EQ(PartOf("ServersNode_MaxRows"), "ServersNode_");
+  EXPECT_EQ(PartOf("ServersNode_ServerNodes_ServerNodeCount"), "ServersNode_ServerNodes_");
+  EXPECT_EQ(PartOf(sCatalog + "Catalog"), sCatalog);
+  EXPECT_EQ(PartOf(sCatalog), sCatalog);
   EXPECT_EQ(PartOf(""), "");
+  EXPECT_EQ(PartOf(Text(1000, '_')), Text(16, '_'));
+  EXPECT_EQ(PartAbove(sCatalog), "ServersNode_ServerNodes_ServerNode12_CatalogNodes_");
+  EXPECT_EQ(EndNameOf(sCatalog), "CatalogNode1_");
+  EXPECT_EQ(EndNameOf("a_"), "a_");
+  EXPECT_EQ(EndNameOf("_"), "_");
+  EXPECT_EQ(EndNameOf(""), "");
+}
+
+TEST(document_format, names_of_any_depth_read_back_as_they_were_written) {
+  DocumentContent written;
+  for (const char* const sName : {"_", "__", "a_", "_a", "a__b", "a"}) {
+    written.SnapIn("SnapIn").WriteProperty(sName, sName);
+    written.View().WriteProperty(sName, sName);
+  }
+  written.SnapIn("SnapIn").WriteProperty(Text(100000, '_'), true);
+  const Text sBytes = WriteDocument(written);
+  DocumentContent read;
+  EXPECT_EQ(ReadDocument(sBytes, "plant.orvc", read), DocumentSeal::Whole);
+  EXPECT_EQ(WriteDocument(read), sBytes);
+  EXPECT_EQ(read.FindSnapIn("SnapIn")->Count(), 7U);
+  EXPECT_EQ(read.FindSnapIn("SnapIn")->ReadProperty("a__b", {}), Value("a__b"));
+  EXPECT_EQ(read.View().ReadProperty("__", {}), Value("__"));
+}
+
+TEST(document_format, the_second_version_is_still_read) {
+  const Text sPart = "{\"part\":\"A_Item1_\"}\n";
+  const Text sView = "{\"section\":\"view\"}\n";
+  const Text sBytes = kWholeNamesHeader +
+                      Sealed(Text(kSnapIn) + "{\"name\":\"A_a\",\"integer\":1}\n", "SnapIn") +
+                      Sealed(sPart + "{\"name\":\"A_Item1_B_b\",\"integer\":2}\n", "A_Item1_") +
+                      Sealed(sView + "{\"name\":\"Splitter.State\",\"text\":\"AAAA\"}\n", "view") +
+                      EndOf(Text(kWholeNamesHeader) + kSnapIn + sPart + sView);
+  DocumentContent read;
+  EXPECT_EQ(ReadDocument(sBytes, "plant.orvc", read), DocumentSeal::Whole);
+  EXPECT_EQ(read.FindSnapIn("SnapIn")->ReadProperty("A_a", {}), Value(Long{1}));
+  EXPECT_EQ(read.FindSnapIn("SnapIn")->ReadProperty("A_Item1_B_b", {}), Value(Long{2}));
+  EXPECT_EQ(read.View().ReadProperty("Splitter.State", {}), Value("AAAA"));
+  EXPECT_EQ(WriteDocument(read).find(kHeader), 0U);
+  for (std::size_t n = 0; n + 1 < sBytes.size(); ++n) {
+    EXPECT_TRUE(IsNoticed(Text(sBytes).erase(n, 1))) << "byte " << n;
+  }
+  const auto nBegin = sBytes.find(sPart);
+  const auto nEnd = sBytes.find(sView);
+  EXPECT_EQ(SealRead(Text(sBytes).erase(nBegin, nEnd - nBegin)), DocumentSeal::Broken);
 }
 
 TEST(document_format, the_first_version_is_still_read) {
@@ -179,11 +228,79 @@ TEST(document_format, tells_a_changed_line_by_its_seal) {
             Value(Long{200}));
 }
 
+/// The part of that name in the realistic document, with those beneath it.
+Text PartIn(const Text& sBytes, const Text& sName) {
+  const auto nBegin = sBytes.find("{\"part\":\"" + sName + "\"}");
+  const auto nEnd = sBytes.find("{\"end\":\"" + Text(EndNameOf(sName)) + "\"}", nBegin);
+  return sBytes.substr(nBegin, sBytes.find('\n', nEnd) + 1 - nBegin);
+}
+
+const Text kServer = "ServersNode_ServerNodes_ServerNode1_";
+
 TEST(document_format, tells_a_part_that_is_missing_whole) {
   const Text sBytes = RealisticBytes();
-  const auto nBegin = sBytes.find("{\"part\"");
-  const auto nEnd = sBytes.find('\n', sBytes.find("{\"end\":\"ServersNode_")) + 1;
-  EXPECT_EQ(SealRead(Text(sBytes).erase(nBegin, nEnd - nBegin)), DocumentSeal::Broken);
+  for (const Text& sName : {Text("ServersNode_"), Text("ServersNode_ServerNodes_"), kServer,
+                            kServer + "CatalogNodes_CatalogNode1_"}) {
+    const Text sPart = PartIn(sBytes, sName);
+    EXPECT_EQ(SealRead(Text(sBytes).erase(sBytes.find(sPart), sPart.size())), DocumentSeal::Broken)
+        << sName;
+  }
+}
+
+TEST(document_format, tells_a_part_that_stands_elsewhere_or_twice) {
+  const Text sBytes = RealisticBytes();
+  const Text sPart = PartIn(sBytes, kServer);
+  const Text sWithout = Text(sBytes).erase(sBytes.find(sPart), sPart.size());
+  for (const char* const sBefore :
+       {"{\"part\":\"ServersNode_\"}", "{\"section\":\"view\"}", "{\"section\":\"end\"}"}) {
+    EXPECT_TRUE(IsNoticed(Text(sWithout).insert(sWithout.find(sBefore), sPart))) << sBefore;
+  }
+  EXPECT_NE(SentenceFor(Text(sBytes).insert(sBytes.find(sPart), sPart)).find("twice"), Text::npos);
+}
+
+TEST(document_format, parts_without_their_ends_are_read_all_the_same) {
+  const Text sBytes = RealisticBytes();
+  Text sWithout;
+  std::istringstream lines(sBytes);
+  for (Text sLine; std::getline(lines, sLine);) {
+    if (!sLine.starts_with("{\"end\"") && !sLine.starts_with("{\"seal\"")) sWithout += sLine + "\n";
+  }
+  DocumentContent read;
+  EXPECT_EQ(ReadDocument(sWithout, "plant.orvc", read), DocumentSeal::Broken);
+  EXPECT_EQ(WriteDocument(read), sBytes);
+}
+
+TEST(document_format, parts_beneath_each_other_without_end_are_read) {
+  Text sBytes = Text(kHeader) + kSnapIn;
+  for (std::size_t i = 1; i < 3000; ++i) sBytes += "{\"part\":\"" + Text(i, 'a') + "\"}\n";
+  for (int i = 1; i < 3000; ++i) sBytes += "{\"end\":\"b\"}\n";
+  EXPECT_EQ(SealRead(sBytes + EndOf(Text(kHeader) + kSnapIn)), DocumentSeal::Broken);
+}
+
+TEST(document_format, tells_the_line_at_which_the_first_seal_stops_to_fit) {
+  const Text sBytes = RealisticBytes();
+  const auto brokenAt = [](const Text& sRead) {
+    DocumentContent content;
+    std::size_t nLine = 99;
+    ReadDocument(sRead, "plant.orvc", content, &nLine);
+    return nLine;
+  };
+  const auto lineOf = [&](std::size_t n) {
+    return static_cast<std::size_t>(std::ranges::count(sBytes.substr(0, n), '\n')) + 1;
+  };
+  EXPECT_EQ(brokenAt(sBytes), 0U);
+  // A changed property is told by the line that begins its part.
+  Text sChanged = sBytes;
+  sChanged.replace(sBytes.find("*-1h"), 4, "*-2h");
+  sChanged.replace(sBytes.find("Log Level = 0"), 13, "Log Level = 1");
+  EXPECT_EQ(brokenAt(sChanged), lineOf(sBytes.find("{\"part\":\"ServersNode_\"")));
+  // So is one that has lost its seal, and one that has lost a part beneath.
+  const auto nEnd = sBytes.find("{\"end\":\"ServerNode1_\"}");
+  const auto nSeal = sBytes.rfind("{\"seal\"", nEnd);
+  const Text sServer = PartIn(sBytes, kServer);
+  EXPECT_EQ(brokenAt(Text(sBytes).erase(nSeal, nEnd - nSeal)), lineOf(sBytes.find(sServer)));
+  EXPECT_EQ(brokenAt(Text(sBytes).erase(sBytes.find(sServer), sServer.size())),
+            lineOf(sBytes.find("{\"part\":\"ServersNode_ServerNodes_\"")));
 }
 
 TEST(document_format, reads_lines_without_any_seal) {

@@ -21,8 +21,10 @@ class followed_advice : public command_scenario {
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
     QByteArrayList lines = file.readAll().split('\n');
     int nEdited = 0;
+    bool bPart = false;
     for (QByteArray& sLine : lines) {
-      if (!sLine.contains(kOptions)) continue;
+      if (sLine.startsWith("{\"part\"")) bPart = sLine.contains("_ServerNodes_ServerNode1_\"}");
+      if (!bPart || !sLine.startsWith("{\"name\":\"ExtendedOptions\"")) continue;
       ASSERT_TRUE(sLine.endsWith("\"}")) << sLine.constData();
       sLine.insert(sLine.size() - 2, sOptions);
       ++nEdited;

@@ -11,11 +11,14 @@ std::map<std::string, std::string> ReadSavedProperties(const std::filesystem::pa
   std::ifstream stream(file);
   std::map<std::string, std::string> properties;
   std::string sSection;
+  std::string sPart;
   for (std::string sLine; std::getline(stream, sLine);) {
     const auto line = json::parse(sLine);
     if (line.contains("section")) {
       sSection = line["section"].get<std::string>() + " " + line.value("class", "");
+      sPart.clear();
     }
+    sPart = line.value("part", sPart);
     if (sSection != "snap-in ORVOLEDBSnapIn" || !line.contains("name")) continue;
     std::string sValue;
     if (line.contains("object")) {
@@ -27,8 +30,9 @@ std::map<std::string, std::string> ReadSavedProperties(const std::filesystem::pa
         if (line.contains(sKind)) sValue = line[sKind].dump();
       }
     }
-    if (!properties.emplace(line["name"].get<std::string>(), sValue).second) {
-      throw std::runtime_error("Twice in the document: " + line["name"].get<std::string>());
+    const std::string sName = sPart + line["name"].get<std::string>();
+    if (!properties.emplace(sName, sValue).second) {
+      throw std::runtime_error("Twice in the document: " + sName);
     }
   }
   return properties;

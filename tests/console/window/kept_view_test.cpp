@@ -1,8 +1,14 @@
-// What a document keeps of how its grids are laid out, through a file and out of a stranger's.
+// What a document keeps of how its grids are laid out, through a file and out of a stranger's, and
+// what a user keeps of how the window looks with it.
 #include "console/window/kept_view.h"
 
 #include <QFile>
+#include <QProcess>
+#include <QSplitter>
+#include <QStatusBar>
+#include <sstream>
 
+#include "console/document/document_format.h"
 #include "tests/console/window/main_window_fixture.h"
 
 namespace orvane::console {
@@ -11,6 +17,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::Pair;
 
 class kept_view : public MainWindowTest {
@@ -25,13 +32,34 @@ class kept_view : public MainWindowTest {
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     return file.readAll().toStdString();
   }
+  /// Puts lines into the view of "a.orvc", and leaves the seals out.
+  void AddToView(const std::string& sLines) {
+    std::istringstream lines(Content("a.orvc"));
+    std::string sContent;
+    for (std::string sLine; std::getline(lines, sLine);) {
+      if (sLine == "{\"section\":\"end\"}") sContent += "{\"section\":\"view\"}\n" + sLines;
+      if (!sLine.starts_with("{\"seal\"")) sContent += sLine + "\n";
+    }
+    WriteContent(sContent);
+  }
+  void WriteContent(const std::string& sContent) {
+    QFile file(QString::fromStdString(Path("a.orvc")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray::fromStdString(sContent));
+  }
+  /// Of the question whether one that was changed outside is opened.
+  static void PressOpen(QWidget* box) {
+    for (auto* button : box->findChildren<QAbstractButton*>()) {
+      if (button->text() == "&Open") return button->click();
+    }
+  }
 };
 
 TEST_F(kept_view, layouts_of_grids_come_back_with_their_document) {
   ShowTags();
   Shown().Layout("{\"version\":1}");
   ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
-  EXPECT_THAT(Content("a.orvc"), HasSubstr("{\"name\":\"Grid.Item1\",\"text\":\"alpha/"));
+  EXPECT_THAT(Content("a.orvc"), HasSubstr("_\"}\n{\"name\":\"Item\",\"text\":\"alpha/"));
   m_window->NewDocument();
   EXPECT_THAT(Session().Layouts(), IsEmpty());
   ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
@@ -64,36 +92,127 @@ TEST_F(kept_view, a_layout_alone_is_no_unsaved_work) {
 
 TEST_F(kept_view, halves_and_other_kinds_of_a_layout_are_left_out) {
   ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
-  QFile file(QString::fromStdString(Path("a.orvc")));
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  QByteArray content;
   // Without seals it reads as edited by hand.
-  for (const QByteArray& sLine : file.readAll().split('\n')) {
-    if (!sLine.startsWith("{\"seal\"") && !sLine.isEmpty()) content += sLine + '\n';
-    if (sLine != "{\"section\":\"view\"}") continue;
-    content +=
-        "{\"name\":\"Grid.Item1\",\"text\":\"alpha/Queries/A\"}\n"
-        "{\"name\":\"Grid.Item2\",\"integer\":5}\n"
-        "{\"name\":\"Grid.Layout2\",\"text\":\"x\"}\n"
-        "{\"name\":\"Grid.Item3\",\"text\":\"alpha/Queries/B\"}\n"
-        "{\"name\":\"Grid.Layout3\",\"boolean\":true}\n"
-        "{\"name\":\"Grid.Item\",\"text\":\"\"}\n"
-        "{\"name\":\"Grid.Layout\",\"text\":\"y\"}\n"
-        "{\"name\":\"Grid.Item9\",\"text\":\"alpha/Queries/C\"}\n"
-        "{\"name\":\"Grid.Layout9\",\"text\":\"kept\"}\n";
-  }
-  file.close();
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(content);
-  file.close();
-  const DialogAnswer answer([](QWidget* box) {
-    for (auto* button : box->findChildren<QAbstractButton*>()) {
-      if (button->text() == "&Open") return button->click();
-    }
-  });
+  AddToView(
+      "{\"name\":\"Grid.Item1\",\"text\":\"alpha/Queries/A\"}\n"
+      "{\"name\":\"Grid.Item2\",\"integer\":5}\n"
+      "{\"name\":\"Grid.Layout2\",\"text\":\"x\"}\n"
+      "{\"name\":\"Grid.Item3\",\"text\":\"alpha/Queries/B\"}\n"
+      "{\"name\":\"Grid.Layout3\",\"boolean\":true}\n"
+      "{\"name\":\"Grid.Item\",\"text\":\"\"}\n"
+      "{\"name\":\"Grid.Layout\",\"text\":\"y\"}\n"
+      "{\"name\":\"Grid.1_Item\",\"text\":\"alpha/Queries/D\"}\n"
+      "{\"name\":\"Grid.Item9\",\"text\":\"alpha/Queries/C\"}\n"
+      "{\"name\":\"Grid.Layout9\",\"text\":\"kept\"}\n");
+  const DialogAnswer answer(PressOpen);
   m_window->NewDocument();
   m_window->OpenDocument(Path("a.orvc"));
   EXPECT_THAT(Session().Layouts(), ElementsAre(Pair("alpha/Queries/C", "kept")));
+}
+
+TEST_F(kept_view, a_document_says_nothing_of_the_window) {
+  m_window->resize(760, 500);
+  ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
+  const auto before = Content("a.orvc");
+  m_window->resize(700, 400);
+  Action("actStatusBar")->trigger();
+  Action("actIcons")->trigger();
+  Action("actLargeImages")->trigger();
+  m_window->findChild<QSplitter*>("splitter")->setSizes({200, 500});
+  Session().ClickMenu("m_mnuOptions", 1, HostedSelection({Find("")}));
+  EXPECT_FALSE(m_window->IsModified());
+  ASSERT_TRUE(m_window->Save());
+  EXPECT_EQ(Content("a.orvc"), before);
+  EXPECT_THAT(before, Not(HasSubstr("Window.")));
+}
+
+TEST_F(kept_view, the_window_looks_with_each_document_as_it_did_when_that_was_let_go) {
+  ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
+  m_window->resize(700, 400);
+  Action("actStatusBar")->trigger();
+  Action("actIcons")->trigger();
+  ASSERT_TRUE(m_window->SaveTo(Path("b.orvc")));
+  m_window->resize(760, 500);
+  Action("actStatusBar")->trigger();
+  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
+  m_window->resize(650, 450);
+  Action("actStatusBar")->trigger();
+  // Not saved since, which is no matter of the document.
+  ASSERT_TRUE(m_window->OpenDocument(Path("b.orvc")));
+  EXPECT_EQ(m_window->size(), QSize(760, 500));
+  EXPECT_TRUE(m_window->statusBar()->isVisible());
+  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
+  EXPECT_EQ(m_window->size(), QSize(650, 450));
+  EXPECT_FALSE(m_window->statusBar()->isVisible());
+  // Another window of the same user, after this one was closed.
+  m_window->resize(660, 460);
+  m_window->close();
+  m_window.reset();
+  MakeWindow();
+  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
+  EXPECT_EQ(m_window->size(), QSize(660, 460));
+}
+
+TEST_F(kept_view, a_document_that_was_moved_opens_with_the_usual_window) {
+  m_window->resize(760, 500);
+  Action("actStatusBar")->trigger();
+  ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
+  m_window->NewDocument();
+  m_window->resize(640, 480);
+  m_window->close();
+  ASSERT_TRUE(QFile::rename(m_folder.filePath("a.orvc"), m_folder.filePath("moved.orvc")));
+  m_window.reset();
+  MakeWindow();
+  ASSERT_TRUE(m_window->OpenDocument(Path("moved.orvc")));
+  EXPECT_EQ(m_window->size(), QSize(640, 480));
+  EXPECT_TRUE(m_window->statusBar()->isVisible());
+}
+
+TEST_F(kept_view, a_document_of_before_is_read_with_its_view_until_the_user_has_his_own) {
+  m_window->resize(740, 520);
+  const auto sGeometry = m_window->saveGeometry().toBase64().toStdString();
+  m_window->resize(760, 500);
+  ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
+  m_window->NewDocument();
+  m_settings.remove("DocumentViews");
+  DocumentContent content;
+  ReadDocument(Content("a.orvc"), "a.orvc", content);
+  content.View().WriteProperty("Window.Geometry", sGeometry);
+  content.View().WriteProperty("StatusBar.Shown", false);
+  WriteContent(WriteDocument(content));
+  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
+  EXPECT_EQ(m_window->size(), QSize(740, 520));
+  EXPECT_FALSE(m_window->statusBar()->isVisible());
+  m_window->resize(700, 400);
+  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
+  EXPECT_EQ(m_window->size(), QSize(700, 400));
+  ASSERT_TRUE(m_window->Save());
+  EXPECT_THAT(Content("a.orvc"), Not(HasSubstr("Geometry")));
+}
+
+TEST_F(kept_view, layouts_of_different_grids_merge) {
+  const std::map<Text, Text> base = {
+      {"alpha/Queries/B", "1"}, {"alpha/Queries/D", "1"}, {"alpha/Queries/F", "1"}};
+  const auto save = [&](const char* sName, const std::map<Text, Text>& changed) {
+    auto layouts = base;
+    for (const auto& [sPlace, sLayout] : changed) layouts[sPlace] = sLayout;
+    Session().Layouts(layouts);
+    m_window->resize(m_window->width() - 30, m_window->height() - 20);
+    ASSERT_TRUE(m_window->SaveTo(Path(sName)));
+  };
+  save("base", {});
+  save("ours", {{"alpha/Queries/B", "2"}, {"alpha/Queries/C", "new"}});
+  save("theirs", {{"alpha/Queries/D", "2"}, {"alpha/Queries/G", "new"}});
+  ASSERT_EQ(QProcess::execute("git", {"merge-file", m_folder.filePath("ours"),
+                                      m_folder.filePath("base"), m_folder.filePath("theirs")}),
+            0);
+  m_window->NewDocument();
+  ASSERT_TRUE(m_window->OpenDocument(Path("ours")));
+  EXPECT_FALSE(m_window->Document().IsUnsaved());
+  EXPECT_THAT(Session().Layouts(),
+              ElementsAre(Pair("alpha/Queries/B", "2"), Pair("alpha/Queries/C", "new"),
+                          Pair("alpha/Queries/D", "2"), Pair("alpha/Queries/F", "1"),
+                          Pair("alpha/Queries/G", "new")));
 }
 
 }  // namespace

@@ -95,9 +95,8 @@ TEST_F(MainWindowTest, window_and_columns_come_back_with_the_document) {
   DetailsView()->header()->resizeSection(0, 333);
   Action("actStatusBar")->trigger();
   ASSERT_TRUE(m_window->SaveTo(Path("view.orvc")));
-  m_window->resize(600, 400);
-  Action("actStatusBar")->trigger();
   m_window->NewDocument();
+  m_window->resize(600, 400);
   ASSERT_TRUE(m_window->OpenDocument(Path("view.orvc")));
   EXPECT_EQ(m_window->size(), QSize(700, 500));
   EXPECT_FALSE(Action("actStatusBar")->isChecked());
@@ -130,8 +129,8 @@ TEST_F(MainWindowTest, window_of_a_document_is_kept_on_the_screen_with_its_title
   m_window->showFullScreen();
   Settle();
   ASSERT_TRUE(m_window->SaveTo(Path("full.orvc")));
-  m_window->showNormal();
   m_window->NewDocument();
+  m_window->showNormal();
   ASSERT_TRUE(m_window->OpenDocument(Path("full.orvc")));
   EXPECT_FALSE(m_window->isFullScreen());
 }
