@@ -1,4 +1,5 @@
 // A query that changes data: it waits for its button.
+#include <QKeyEvent>
 #include <QPointer>
 #include <QPushButton>
 
@@ -64,6 +65,27 @@ TEST_F(changing_query, is_run_once_for_a_press) {
   results->QueryName("Cold pumps");
   results->Execute();
   EXPECT_EQ(m_nChanges, 3) << "neither a new name nor a new text runs it";
+}
+
+TEST_F(changing_query, is_run_by_enter_on_its_button) {
+  const auto results = Bound();
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    results->Execute();
+    m_nChanges = 0;
+    QTest::keyClick(ButtonOf(*results), key);
+    EXPECT_EQ(m_nChanges, 1);
+  }
+  results->Execute();
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+  QCoreApplication::sendEvent(ButtonOf(*results), &held);
+  EXPECT_EQ(m_nChanges, 1) << "a key that is held was pressed for something else";
+}
+
+TEST_F(changing_query, that_gives_no_rows_says_nothing_of_looking_at_them) {
+  const auto results = Bound();
+  results->Execute();
+  ButtonOf(*results)->click();
+  EXPECT_EQ(Label(*results, "readOnly"), "");
 }
 
 TEST_F(changing_query, cannot_be_run_when_something_else_is_shown) {

@@ -1,6 +1,7 @@
 // The dialogs of the grids and their time bar as the console shows them, in small and large
 // letters, light and dark: the focus is seen on each control, and nothing is cut or beyond the
 // screen.
+#include <QHeaderView>
 #include <QTreeWidget>
 
 #include "console/look/control_style.h"
@@ -116,6 +117,28 @@ TEST_P(dialog_looks, of_the_rows_that_are_not_stored) {
   auto* review = Window()->findChild<PendingReview*>();
   ASSERT_NE(review, nullptr);
   Check(*review, 5);
+}
+
+TEST_P(dialog_looks, of_why_a_row_is_not_stored) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Press(Qt::Key_F2);
+  Editor()->setText(QString(60, 'n'));
+  Press(Qt::Key_0, Qt::ControlModifier);
+  GoTo(0, 3);
+  Type("a note of so many letters that they alone would fill the list from edge to edge");
+  Press(Qt::Key_Return);
+  Settle();
+  QTest::mouseClick(Window()->findChild<QPushButton*>("pending"), Qt::LeftButton);
+  auto* review = Window()->findChild<PendingReview*>();
+  ASSERT_NE(review, nullptr);
+  Check(*review, 5);
+  const auto& list = *review->findChild<QTreeWidget*>();
+  ASSERT_FALSE(list.topLevelItem(0)->text(2).isEmpty());
+  const QRect why = list.visualItemRect(list.topLevelItem(0));
+  EXPECT_LE(list.header()->length(), list.viewport()->width());
+  EXPECT_TRUE(list.viewport()->rect().contains(why));
+  EXPECT_GE(list.columnWidth(2), list.viewport()->width() / 4);
 }
 
 TEST_P(dialog_looks, of_the_time_bar) {

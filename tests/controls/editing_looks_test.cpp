@@ -1,5 +1,7 @@
 // What somebody who edits rows sees: where the typed text stands, what an empty cell of a new row
 // says, how the question before rows are deleted speaks.
+#include <QMenu>
+
 #include "tests/controls/pumps_fixture.h"
 
 namespace orvane::controls {
@@ -45,6 +47,15 @@ TEST_F(editing_looks, what_is_typed_stands_where_the_value_stood) {
   Press(Qt::Key_Escape);
   GoTo(2, 0);
   EXPECT_EQ(nTyped, firstInk(Rows().viewport()->grab(cell).toImage()));
+}
+
+TEST_F(editing_looks, the_menu_of_the_rows_is_not_higher_than_a_small_screen) {
+  Open("Pumps");
+  QMenu menu;
+  // With the least of letters the number of entries counts, in lines of what a screen of 768 has.
+  Rows().Commands().Fill(menu);
+  constexpr int kHighest = 768;
+  EXPECT_LT(menu.sizeHint().height(), kHighest) << menu.actions().size() << " entries";
 }
 
 TEST_F(editing_looks, what_is_left_to_the_server_is_not_called_null) {

@@ -221,7 +221,7 @@ TEST_F(GridImportTest, counts_the_rows_of_the_table_when_asked) {
   m_query->FilterCondition("Nr > 1200 -- the last ones");
   m_editor->Requery();
   QTest::mouseClick(count, Qt::LeftButton);
-  EXPECT_EQ(Notice(), "34 rows in the table meet the filter.");
+  EXPECT_EQ(Notice(), "34 rows in the table meet the query's filter.");
   m_query->MaxRows(0);
   m_editor->Requery();
   EXPECT_FALSE(count->isVisibleTo(&Window()));

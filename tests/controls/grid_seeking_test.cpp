@@ -73,6 +73,19 @@ TEST_F(grid_seeking, finds_forwards_backwards_and_around_the_end) {
   EXPECT_EQ(Cell(), std::pair(499, 1));
 }
 
+TEST_F(grid_seeking, enter_presses_the_button_of_the_find_bar_that_has_the_keys) {
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClicks(Part<QLineEdit>("findText"), "row 49");
+  auto* previous = Part<QToolButton>("findPrevious");
+  previous->setFocus();
+  Seek(previous, Qt::Key_Return);
+  EXPECT_EQ(Cell(), std::pair(499, 1)) << "backwards";
+  auto* close = Part<QToolButton>("findClose");
+  close->setFocus();
+  QTest::keyClick(close, Qt::Key_Enter);
+  EXPECT_FALSE(Part<QWidget>("findBar")->isVisible());
+}
+
 TEST_F(grid_seeking, says_where_a_text_was_not_found) {
   QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
   auto* text = Part<QLineEdit>("findText");
@@ -113,8 +126,7 @@ TEST_F(grid_seeking, says_that_it_does_not_look_through_what_the_row_limit_left_
   rs->Truncated(true);
   m_results.Recordset(rs);
   QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
-  EXPECT_EQ(Label(m_results, "findOutcome"),
-            "Looks through the 5 rows here, not through all that the server has");
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Only the 5 rows here; the server has more");
 }
 
 TEST_F(grid_seeking, what_the_bar_has_no_room_for_ends_in_an_ellipsis) {
@@ -128,8 +140,7 @@ TEST_F(grid_seeking, what_the_bar_has_no_room_for_ends_in_an_ellipsis) {
   const QString sSeen = outcome.Seen();
   EXPECT_TRUE(sSeen.endsWith(QChar(0x2026))) << sSeen.toStdString();
   EXPECT_LE(outcome.fontMetrics().horizontalAdvance(sSeen), outcome.width());
-  EXPECT_EQ(outcome.toolTip(),
-            "Looks through the 5 rows here, not through all that the server has");
+  EXPECT_EQ(outcome.toolTip(), "Only the 5 rows here; the server has more");
   WindowOf(m_results)->resize(2'000, 300);
   QCoreApplication::processEvents();
   EXPECT_EQ(outcome.Seen(), outcome.toolTip());
@@ -215,15 +226,21 @@ TEST_F(grid_seeking, the_menu_has_all_of_it) {
   QCoreApplication::sendEvent(View().viewport(), &event);
   auto* menu = View().findChild<QMenu*>();
   ASSERT_NE(menu, nullptr);
-  QStringList labels;
-  for (const QAction* action : menu->actions()) {
-    labels << action->text().section(u'\t', 0, 0).remove(u'&');
-  }
+  const auto labelsOf = [](const QMenu& shown) {
+    QStringList labels;
+    for (const QAction* action : shown.actions()) {
+      labels << action->text().section(u'\t', 0, 0).remove(u'&');
+    }
+    return labels;
+  };
+  const QStringList labels = labelsOf(*menu);
   for (const char* sLabel :
-       {"Sort Ascending", "Sort Descending", "Then Ascending", "Filter by This Value", "Filter Row",
-        "Find\u2026", "Go to Row\u2026"}) {
-    EXPECT_TRUE(labels.contains(sLabel)) << sLabel;
+       {"Sort", "Filter by This Value", "Filter Row", "Find\u2026", "Go to Row\u2026"}) {
+    EXPECT_EQ(labels.count(sLabel), 1) << sLabel;
   }
+  EXPECT_EQ(labelsOf(*menu->actions().at(labels.indexOf("Sort"))->menu()),
+            (QStringList{"Sort Ascending", "Sort Descending", "Then Ascending", "Then Descending",
+                         "Order as Fetched"}));
   menu->close();
 }
 

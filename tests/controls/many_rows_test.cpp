@@ -253,8 +253,9 @@ TEST_F(left_rows, the_delete_key_says_why_nothing_is_deleted) {
   m_server->Run("CREATE VIEW P..Fast AS SELECT * FROM P..Pumps");
   m_query->Table("Fast");
   m_editor->Requery();
+  const std::string sWhy = Label("readOnly");
   Press(Qt::Key_Delete);
-  EXPECT_EQ(Label("notice"), Label("readOnly"));
+  EXPECT_EQ(Label("notice"), sWhy);
 }
 
 TEST_F(left_rows, a_row_that_is_gone_at_the_server_is_told_of_when_it_is_settled) {

@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QLayout>
 
+#include "controls/view/giving_label.h"
+
 namespace orvane::controls {
 namespace {
 
@@ -98,7 +100,7 @@ TEST(status_strip, a_long_notice_gives_way_before_anything_else) {
   StatusStrip strip;
   strip.Rows(500, microseconds(12'000), {}, QString(300, 'n'));
   strip.Position(0, 500);
-  strip.resize(600, strip.height());
+  strip.resize(800, strip.height());
   strip.show();
   for (const char* const sName : {"rowCount", "elapsed", "position"}) {
     const auto* label = strip.findChild<QLabel*>(sName);
@@ -107,6 +109,32 @@ TEST(status_strip, a_long_notice_gives_way_before_anything_else) {
   const auto* notice = strip.findChild<QLabel*>("notice");
   EXPECT_LT(notice->width(), notice->sizeHint().width());
   EXPECT_GT(notice->width(), 200);
+}
+
+TEST(status_strip, what_the_row_limit_left_out_is_told_whole_before_the_current_row) {
+  StatusStrip strip;
+  const QString sNotice = "First 100 rows only: the row limit was reached.";
+  strip.Rows(100, microseconds(12'000), "at 14:02:11", sNotice);
+  strip.Position(0, 100);
+  strip.show();
+  const auto* notice = strip.findChild<QLabel*>("notice");
+  const auto* position = strip.findChild<QLabel*>("position");
+  strip.resize(strip.layout()->sizeHint().width() - 1, strip.height());
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  EXPECT_EQ(position->width(), 0);
+  EXPECT_EQ(static_cast<const GivingLabel*>(notice)->Seen(), sNotice);
+}
+
+TEST(status_strip, an_order_or_a_filter_is_in_sight_beside_a_long_notice) {
+  StatusStrip strip;
+  strip.Rows(500, microseconds(12'000), {}, QString(300, 'n'));
+  strip.Arrangement("Filtered here: 24 rows seen");
+  strip.resize(400, strip.height());
+  strip.show();
+  const auto* arrangement = strip.findChild<QLabel*>("arrangement");
+  EXPECT_GE(arrangement->width(), 14 * strip.fontMetrics().averageCharWidth());
+  strip.Arrangement("Short");
+  EXPECT_LE(arrangement->minimumWidth(), arrangement->sizeHint().width());
 }
 
 TEST(status_strip, a_remark_stands_in_the_place_of_the_notice) {
@@ -123,6 +151,18 @@ TEST(status_strip, a_remark_stands_in_the_place_of_the_notice) {
   strip.Message("No rows");
   strip.Remark({});
   EXPECT_EQ(TextOf(strip, "notice"), "(hidden)");
+}
+
+TEST(status_strip, that_rows_can_only_be_looked_at_stands_there_once) {
+  StatusStrip strip;
+  strip.Rows(3, microseconds(12'000), {}, {});
+  strip.ReadOnly("These rows can only be looked at.");
+  EXPECT_EQ(TextOf(strip, "readOnly"), "These rows can only be looked at.");
+  strip.Remark("These rows can only be looked at.");
+  EXPECT_EQ(TextOf(strip, "notice"), "These rows can only be looked at.");
+  EXPECT_EQ(TextOf(strip, "readOnly"), "(hidden)");
+  strip.Remark({});
+  EXPECT_EQ(TextOf(strip, "readOnly"), "These rows can only be looked at.");
 }
 
 TEST(status_strip, a_message_stands_alone) {

@@ -41,6 +41,19 @@ TEST(value_dialog, what_was_not_touched_is_no_value) {
   delete dialog;
 }
 
+TEST(value_dialog, takes_what_is_typed_as_soon_as_it_is_shown) {
+  for (const DataType type : {DataType::WChar, DataType::Binary}) {
+    ValueDialog dialog({Value(), type, ValueInput()}, "Note", nullptr);
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    ASSERT_EQ(QApplication::focusWidget(), &TypedIn(dialog));
+    QTest::keyClicks(QApplication::focusWidget(), "12");
+    EXPECT_EQ(TypedIn(dialog).toPlainText(), "12");
+  }
+}
+
 TEST(value_dialog, lines_keep_the_breaks_that_they_had) {
   EXPECT_EQ(WithLineBreaksOf("a\r\nb\nc", "a\nX\nc"), "a\r\nX\r\nc");
   EXPECT_EQ(WithLineBreaksOf("a\r\nb\nc", "a\nb\nc\nd"), "a\r\nb\nc\r\nd");

@@ -103,6 +103,13 @@ void MessageBox::LayOutText() {
   delete grid->replaceWidget(label, view);
   grid->setAlignment(view, Qt::AlignLeft | Qt::AlignVCenter);
   label->hide();
+  if (icon() != NoIcon) return;
+  // Without a picture the box would keep room for one.
+  for (int i = 0; i < grid->count(); ++i) {
+    if (auto* const spacer = grid->itemAt(i)->spacerItem()) spacer->changeSize(0, 0);
+  }
+  grid->setHorizontalSpacing(0);
+  grid->invalidate();
 }
 
 void MessageBox::EvenButtons() {

@@ -96,6 +96,18 @@ std::optional<Qt::ArrowType> ArrowOf(QStyle::PrimitiveElement element) {
   }
 }
 
+/// What can be told from the ground on either side of it.
+QColor ThumbColor(const QPalette& palette) {
+  constexpr double kShare = 0.55;
+  const auto ground = palette.color(QPalette::Button);
+  const auto ink = palette.color(QPalette::ButtonText);
+  const auto mixed = [](int iGround, int iInk) {
+    return iGround + static_cast<int>((iInk - iGround) * kShare);
+  };
+  return {mixed(ground.red(), ink.red()), mixed(ground.green(), ink.green()),
+          mixed(ground.blue(), ink.blue())};
+}
+
 bool HasFocus(const QStyleOption& option) {
   return option.state.testFlag(QStyle::State_HasFocus);
 }
@@ -165,6 +177,15 @@ void ControlStyle::drawControl(ControlElement element, const QStyleOption* optio
     DrawRing(*painter, option->rect, option->palette, 2);
     return;
   }
+  if (const auto* asTab = qstyleoption_cast<const QStyleOptionTab*>(option);
+      asTab && element == CE_TabBarTab && IsDark(asTab->palette) &&
+      asTab->state.testFlag(State_Selected)) {
+    // On dark ground the style's own tabs look the same, whichever is the current one.
+    QProxyStyle::drawControl(element, option, painter, widget);
+    painter->fillRect(asTab->rect.adjusted(2, 0, -2, 2 - asTab->rect.height()),
+                      RingColor(asTab->palette));
+    return;
+  }
   if (const auto* asComboBox = qstyleoption_cast<const QStyleOptionComboBox*>(option);
       asComboBox && element == CE_ComboBoxLabel) {
     auto comboBox = *asComboBox;
@@ -185,6 +206,18 @@ void ControlStyle::drawComplexControl(ComplexControl control, const QStyleOption
     comboBox.state &= ~State_HasFocus;
     QProxyStyle::drawComplexControl(control, &comboBox, painter, widget);
     DrawRing(*painter, option->rect, option->palette, 2);
+    return;
+  }
+  if (const auto* asSlider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+      asSlider && control == CC_ScrollBar && asSlider->subControls.testFlag(SC_ScrollBarSlider)) {
+    // The style's own thumb is lighter than its ground, so that the ground passes for the thumb.
+    auto ground = *asSlider;
+    ground.subControls &= ~SC_ScrollBarSlider;
+    QProxyStyle::drawComplexControl(control, &ground, painter, widget);
+    auto thumb = *asSlider;
+    thumb.subControls = SC_ScrollBarSlider;
+    thumb.palette.setColor(QPalette::Button, ThumbColor(thumb.palette));
+    QProxyStyle::drawComplexControl(control, &thumb, painter, widget);
     return;
   }
   QProxyStyle::drawComplexControl(control, option, painter, widget);

@@ -46,6 +46,8 @@ MessagePage::MessagePage(QWidget* parent)
   m_lblText->setFont(font);
   layout->addSpacing(4);
   m_btnAction->setObjectName("messageButton");
+  // Enter presses it, as in a dialog.
+  m_btnAction->setAutoDefault(true);
   layout->addWidget(m_btnAction, 0, Qt::AlignHCenter);
   layout->addStretch(3);
   connect(m_btnAction, &QPushButton::clicked, this, &MessagePage::ButtonPressed,

@@ -57,6 +57,9 @@ PendingReview::PendingReview(EditSession& session, CellFormat format, Actions ac
   m_list->setUniformRowHeights(true);
   m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
   m_list->setHeaderLabels({"What", "Values", "Why not stored"});
+  // All three stay in sight, whatever was typed; the tips have what is cut.
+  m_list->header()->setSectionResizeMode(QHeaderView::Stretch);
+  m_list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
 
   auto* buttons = new QHBoxLayout;
   const auto add = [&](const char* sName, const QString& sLabel, std::function<void()> action) {
@@ -94,9 +97,8 @@ PendingReview::PendingReview(EditSession& session, CellFormat format, Actions ac
   layout->addWidget(hint);
   layout->addLayout(buttons);
   connect(m_list, &QTreeWidget::itemSelectionChanged, this, [this] { UpdateButtons(); });
-  resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 19);
+  resize(fontMetrics().averageCharWidth() * 105, fontMetrics().height() * 19);
   Refresh();
-  for (int n = 0; n < 2; ++n) m_list->resizeColumnToContents(n);
 }
 
 QString PendingReview::ChangesOf(RowIndex row) const {

@@ -105,7 +105,8 @@ void GridEditing::Show(const RecordsetPtr& rs, controls::Updatability updatabili
   RowView& rows = m_window.Rows();
   const auto& can = m_session.Updatability();
   rows.setEditTriggers(can.bUpdate || can.bInsert ? kTriggers : QAbstractItemView::NoEditTriggers);
-  m_window.Status().ReadOnly(can.sWhyNot);
+  // A statement that gives no rows leaves none to be looked at.
+  m_window.Status().ReadOnly(rs->FieldCount() > 0 ? can.sWhyNot : QString());
   // Where these rows are in sight already, an empty one may have to come or go.
   if (rows.Model().Recordset() == rs) rows.Model().TakeRowsIn();
   TellOfPending();

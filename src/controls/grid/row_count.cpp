@@ -42,7 +42,7 @@ void RowCount::Run() {
     const auto* l = vtRows.As<platform::Long>();
     if (ll == nullptr && l == nullptr) return;
     const QString sRows = RowsText(ll ? *ll : *l);
-    window->Remark(bFilter ? sRows + QStringLiteral(" in the table meet the filter.")
+    window->Remark(bFilter ? sRows + QStringLiteral(" in the table meet the query's filter.")
                            : sRows + QStringLiteral(" in the table."),
                    false);
   } catch (const Failure& failed) {

@@ -2,10 +2,12 @@
 
 #include <QAccessible>
 #include <QCompleter>
+#include <QPainter>
 #include <algorithm>
 #include <limits>
 #include <utility>
 
+#include "controls/view/cell_delegate.h"
 #include "platform/failure.h"
 #include "platform/utf8.h"
 
@@ -136,6 +138,13 @@ void CellEditor::PlaceProblem() {
   m_problem->move(std::clamp(geometry().left(), 0, std::max(0, room.width() - nWidth)),
                   std::max(0, y));
   m_problem->raise();
+}
+
+void CellEditor::paintEvent(QPaintEvent* event) {
+  QLineEdit::paintEvent(event);
+  // Beside values that only stand there, what is typed into would be told by its cursor alone.
+  QPainter painter(this);
+  DrawFocus(painter, rect(), palette().color(QPalette::Highlight));
 }
 
 void CellEditor::moveEvent(QMoveEvent* event) {

@@ -46,6 +46,7 @@ class CellEditor : public QLineEdit {
   QString Problem() const;
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 

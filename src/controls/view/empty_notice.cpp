@@ -1,6 +1,7 @@
 #include "controls/view/empty_notice.h"
 
 #include <QFontInfo>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -30,12 +31,18 @@ QLabel* AddLabel(QWidget* parent, const char* sName) {
   return label;
 }
 
-/// Shows that it has the keys also where they came by a click, which styles do not tell.
+/// Shows that it has the keys also where they came by a click, which styles do not tell, and is
+/// pressed by Enter as in a dialog.
 class FocusedButton : public QPushButton {
  public:
   using QPushButton::QPushButton;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool bEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (bEnter && !event->isAutoRepeat()) return click();
+    QPushButton::keyPressEvent(event);
+  }
   void paintEvent(QPaintEvent* event) override {
     QPushButton::paintEvent(event);
     if (!hasFocus()) return;

@@ -41,7 +41,6 @@ QLineEdit& FilterRow::Box(int nColumn) {
   if (!box) {
     box = new QLineEdit(this);
     box->setClearButtonEnabled(true);
-    box->setFrame(false);
     box->installEventFilter(this);
     connect(box, &QLineEdit::textEdited, this, [this] { m_pause.start(); });
     connect(box, &QLineEdit::returnPressed, this, [this] { Apply(); });

@@ -52,7 +52,7 @@ QString FindBar::Scope() const {
   const auto& rs = m_rows.Model().Recordset();
   const bool bAll = !rs || rs->State() == platform::FetchState::Complete;
   return (bAll ? QStringLiteral("Looks through the %1 here")
-               : QStringLiteral("Looks through the %1 here, not through all that the server has"))
+               : QStringLiteral("Only the %1 here; the server has more"))
       .arg(RowsText(m_rows.Model().Places()));
 }
 
@@ -97,6 +97,8 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
+      if (auto* button = qobject_cast<QToolButton*>(focusWidget())) return button->click();
+      return FindNext(!bShift);
     case Qt::Key_F3:
       return FindNext(!bShift);
     case Qt::Key_Escape:

@@ -22,6 +22,7 @@ struct GridCommand {
   std::function<void()> run;
   std::function<bool()> enabled = {};  ///< always, where there is none
   std::function<bool()> offered = {};  ///< likewise; one that is not has no entry and no key
+  QString sMenu = {};                  ///< of the menu within the menu in which it stands, or none
 };
 
 class GridCommands {
@@ -36,7 +37,8 @@ class GridCommands {
   void FillForColumn(QMenu& menu) const;
 
  private:
-  void Fill(QMenu& menu, std::initializer_list<CommandGroup> groups) const;
+  enum class Depth : std::uint8_t { Flat, Nested };
+  void Fill(QMenu& menu, std::initializer_list<CommandGroup> groups, Depth depth) const;
 
   std::vector<GridCommand> m_commands;
 };

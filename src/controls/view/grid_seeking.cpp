@@ -8,6 +8,12 @@
 
 namespace orvane::controls {
 
+namespace {
+
+constexpr const char* kSortMenu = "S&ort";
+
+}  // namespace
+
 GridSeeking::GridSeeking(RowView& rows, QWidget* parent, std::function<void(const QString&)> remark)
     : QObject(parent),
       m_rows(rows),
@@ -23,11 +29,15 @@ GridSeeking::GridSeeking(RowView& rows, QWidget* parent, std::function<void(cons
 void GridSeeking::AddSorting() {
   const auto hasColumn = [this] { return m_rows.currentIndex().isValid(); };
   const auto add = [&](const char* sLabel, const QKeySequence& keys, bool bAscending, bool bAdd) {
-    m_rows.Commands().Add({CommandGroup::Sort, sLabel, keys,
+    m_rows.Commands().Add({CommandGroup::Sort,
+                           sLabel,
+                           keys,
                            [this, bAscending, bAdd] {
                              m_rows.SortBy(m_rows.currentIndex().column(), bAscending, bAdd);
                            },
-                           hasColumn});
+                           hasColumn,
+                           {},
+                           kSortMenu});
   };
   add("Sort A&scending", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Up), true, false);
   add("Sort &Descending", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Down), false, false);
@@ -37,7 +47,9 @@ void GridSeeking::AddSorting() {
                          "Order as &Fetched",
                          {},
                          [this] { m_rows.Sort({}); },
-                         [this] { return !m_rows.Arranged().sort.empty(); }});
+                         [this] { return !m_rows.Arranged().sort.empty(); },
+                         {},
+                         kSortMenu});
 }
 
 void GridSeeking::AddFiltering() {

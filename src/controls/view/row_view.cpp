@@ -75,11 +75,12 @@ void RowView::AddCommands() {
   m_commands.Add({CommandGroup::Copy, "Copy with Column &Names",
                   QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), [this] { Copy(true); }});
   const auto addForm = [this](const char* sLabel, exports::Form form) {
-    m_commands.Add({CommandGroup::Copy, sLabel, {}, [this, form] { CopyAs(form); }});
+    m_commands.Add(
+        {CommandGroup::Copy, sLabel, {}, [this, form] { CopyAs(form); }, {}, {}, "Cop&y As"});
   };
-  addForm("Copy as CS&V", exports::Form::Csv);
-  addForm("Copy as &JSON Lines", exports::Form::JsonLines);
-  addForm("Copy as SQL &INSERT", exports::Form::Sql);
+  addForm("CS&V", exports::Form::Csv);
+  addForm("&JSON Lines", exports::Form::JsonLines);
+  addForm("SQL &INSERT", exports::Form::Sql);
   m_commands.Add({CommandGroup::Select, "Select &All", QKeySequence::SelectAll,
                   [this] { selectAll(); }, hasRows});
 }

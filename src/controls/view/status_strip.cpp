@@ -15,6 +15,10 @@ namespace orvane::controls {
 namespace {
 
 constexpr int kIconSize = 16;
+/// The notice of the row limit has no more.
+constexpr int kCharactersOfSentence = 50;
+/// What of an order or a filter is in sight beside a long notice.
+constexpr int kCharactersOfArrangement = 16;
 
 QString Grouped(platform::RowIndex number) {
   return QLocale(QLocale::English, QLocale::UnitedStates).toString(static_cast<qlonglong>(number));
@@ -211,6 +215,9 @@ void StatusStrip::Arrangement(const QString& sArrangement) {
   m_arrangement->setText(sArrangement);
   m_arrangement->setToolTip(sArrangement);
   m_arrangement->setVisible(!sArrangement.isEmpty());
+  m_arrangement->setMinimumWidth(
+      std::min(m_arrangement->sizeHint().width(),
+               kCharactersOfArrangement * fontMetrics().averageCharWidth()));
 }
 
 void StatusStrip::Coming(platform::RowIndex rows, std::chrono::microseconds elapsed) {
@@ -241,12 +248,18 @@ void StatusStrip::ShowNotice(const QString& sNotice, bool bWarning) {
   m_notice->setToolTip(sNotice);
   m_notice->setVisible(!sNotice.isEmpty());
   m_warning->setVisible(bWarning && !sNotice.isEmpty());
+  ShowReadOnly();
 }
 
 void StatusStrip::ReadOnly(const QString& sWhy) {
   m_readOnly->setText(sWhy);
   m_readOnly->setToolTip(sWhy);
-  m_readOnly->setVisible(!sWhy.isEmpty());
+  ShowReadOnly();
+}
+
+void StatusStrip::ShowReadOnly() {
+  // Whoever tries to edit is told so in the notice; once is enough.
+  m_readOnly->setVisible(!m_readOnly->text().isEmpty() && m_readOnly->text() != m_notice->text());
 }
 
 void StatusStrip::Pending(platform::RowIndex rows) {
@@ -273,8 +286,8 @@ void StatusStrip::Fit() {
   // Each label by itself: a layout asks for nothing where its widget may have no width.
   int nNeeded = layout()->sizeHint().width();
   // A sentence that is long for a line ends in an ellipsis wherever it stands.
-  const int nSentence = 40 * fontMetrics().averageCharWidth();
   for (const QLabel* label : {m_arrangement, m_notice, m_readOnly}) {
+    const int nSentence = kCharactersOfSentence * label->fontMetrics().averageCharWidth();
     if (!label->isHidden()) nNeeded -= std::max(0, label->sizeHint().width() - nSentence);
   }
   for (const QLabel* label : folding) {

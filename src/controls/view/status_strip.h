@@ -79,6 +79,7 @@ class StatusStrip : public QWidget {
   /// then the time taken.
   void Fit();
   void ShowNotice(const QString& sNotice, bool bWarning = true);
+  void ShowReadOnly();
 
   QString m_sNotice;
   QLabel* m_rows;

@@ -185,6 +185,8 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
   layout->addWidget(m_buttons);
   resize(fontMetrics().averageCharWidth() * 78, fontMetrics().height() * 26);
   if (!m_sentence->text().isEmpty()) OnlyShow();
+  // Otherwise the tabs would have the keys, and what is typed would be lost.
+  m_typed->setFocus();
 }
 
 void ValueDialog::OnlyShow() {

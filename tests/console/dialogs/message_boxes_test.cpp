@@ -189,6 +189,23 @@ TEST(message_boxes, have_buttons_of_one_width_at_the_end_and_without_pictures) {
   QApplication::setStyle("Fusion");
 }
 
+TEST(message_boxes, have_their_text_as_far_from_the_edge_as_their_buttons) {
+  for (const auto icon : {MsgBoxIcon::None, MsgBoxIcon::Critical}) {
+    Show({"Remove the server from the tree?", MsgBoxButtons::YesNo, icon}, [&](QMessageBox& shown) {
+      const auto* text = shown.findChild<QTextEdit*>("m_txtMessage");
+      const auto* last = shown.button(QMessageBox::No);
+      const int nBehind = shown.width() - last->mapTo(&shown, QPoint(last->width(), 0)).x();
+      const int nBefore = text->mapTo(&shown, QPoint()).x();
+      if (icon == MsgBoxIcon::None) {
+        EXPECT_EQ(nBefore, nBehind);
+      } else {
+        EXPECT_GT(nBefore, 2 * nBehind) << "beside its picture";
+      }
+      QTest::keyClick(&shown, Qt::Key_Escape);
+    });
+  }
+}
+
 TEST(message_boxes, enter_presses_the_button_that_has_the_focus) {
   EXPECT_EQ(Show({"Remove?", MsgBoxButtons::YesNo},
                  [](QMessageBox& shown) {

@@ -7,7 +7,9 @@
 #include <QImage>
 #include <QMenu>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QStyleOption>
+#include <QTabBar>
 #include <QToolButton>
 
 #include "console/look/contrast.h"
@@ -70,6 +72,45 @@ TEST_F(control_style, the_mark_of_more_buttons_is_seen_on_dark_ground) {
   button.setIcon(
       button.style()->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton, &option, &button));
   EXPECT_GT(Dots(button, 3), 8);
+}
+
+TEST_F(control_style, the_thumb_of_a_scroll_bar_stands_out_from_its_ground) {
+  for (const auto& palette : {QApplication::palette(), DarkPalette()}) {
+    QApplication::setPalette(palette);
+    QScrollBar bar(Qt::Vertical);
+    bar.setRange(0, 100);
+    bar.setPageStep(50);
+    bar.resize(16, 300);
+    const QImage picture = bar.grab().toImage();
+    const auto seen = [&](int y) { return picture.pixelColor(bar.width() / 2, y); };
+    const QColor thumb = seen(40);
+    const QColor ground = seen(260);
+    EXPECT_GE(Contrast(thumb, ground), kLeastContrast);
+    EXPECT_GT(Contrast(thumb, palette.color(QPalette::Base)),
+              Contrast(ground, palette.color(QPalette::Base)))
+        << "the thumb is what stands out from the page";
+  }
+}
+
+TEST_F(control_style, the_current_tab_is_told_from_the_others_on_dark_ground) {
+  QApplication::setPalette(DarkPalette());
+  QTabBar tabs;
+  tabs.addTab("Data");
+  tabs.addTab("Data");
+  tabs.setFocusPolicy(Qt::NoFocus);
+  tabs.resize(tabs.sizeHint());
+  const QImage picture = tabs.grab().toImage();
+  const QColor ground = tabs.palette().color(QPalette::Window);
+  const auto dots = [&](int iTab) {
+    const QRect place = tabs.tabRect(iTab);
+    int nDots = 0;
+    for (int x = place.left(); x <= place.right(); ++x) {
+      if (Contrast(picture.pixelColor(x, place.top()), ground) >= kLeastContrast) ++nDots;
+    }
+    return nDots;
+  };
+  EXPECT_GE(dots(0), tabs.tabRect(0).width() / 2);
+  EXPECT_EQ(dots(1), 0);
 }
 
 TEST_F(control_style, menus_higher_than_the_screen_are_scrolled) {

@@ -36,6 +36,15 @@ TEST_F(MainWindowTest, selected_failed_item_says_so_and_offers_another_try) {
   EXPECT_TRUE(Scope().isExpanded(IndexOf("")));
 }
 
+TEST_F(MainWindowTest, enter_presses_the_button_of_a_page) {
+  auto* button = m_window->findChild<QPushButton*>("messageButton");
+  ASSERT_TRUE(button->isVisible());
+  button->setFocus();
+  QTest::keyClick(button, Qt::Key_Return);
+  Settle();
+  EXPECT_THAT(ListTexts(), ElementsAre("alpha", "beta"));
+}
+
 TEST_F(MainWindowTest, selected_item_without_anything_in_it_says_so) {
   m_script->expand = [](Services&, const ScopeItemPtr&) {};
   ClickExpandMark("");
