@@ -21,7 +21,6 @@ using platform::ColumnIndex;
 using platform::RecordsetPtr;
 using platform::RowIndex;
 using platform::RowState;
-using platform::Value;
 
 namespace {
 
