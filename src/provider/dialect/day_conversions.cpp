@@ -120,10 +120,21 @@ void TimeAnalysis::ConvertDayText(const Expr& expr, Meant meant) {
 
 // Lets the engine call a function that reads the value when the statement runs.
 void TimeAnalysis::WrapDay(const Expr& expr, Kinds kinds, Meant meant) {
-  // The server compares dates with dates only.
-  if (Typed() != nullptr) return;
   const std::size_t token = expr.range.begin;
   const bool bDay = meant == Meant::Day;
+  if (Typed() != nullptr) {
+    // All else the server itself compares with dates, or refuses.
+    const Expr& inside = *Inside(&expr);
+    const bool bNumber =
+        inside.kind == ExprKind::Number ||
+        (inside.kind == ExprKind::Sign && inside.children[0]->kind == ExprKind::Number);
+    if (bNumber) FailDayNumber(token, meant);
+    if (kinds::Has(kinds, kinds::kText)) {
+      FailUnread(token, bDay ? "a date" : "a time of day", bDay ? "'*'" : "'08:30'",
+                 bDay ? "DATE" : "TIME");
+    }
+    return;
+  }
   if (bDay && kinds::Has(kinds, kinds::kClock)) {
     Fail(token, "A date meets a time of day",
          "compare dates with dates, and times of day with times of day");
@@ -155,7 +166,9 @@ Kinds TimeAnalysis::KindsOfDayCast(const Expr& expr, Meant meant) {
   const Kinds of = KindsOf(value);
   const bool bTime = kinds::Has(of, kinds::kFromTimes);
   if (Typed() != nullptr) {
-    if (!bTime) Convert(value, meant);
+    // A text of its rows it reads by itself.
+    const bool bText = kinds::Has(of, kinds::kText) && Inside(&value)->kind != ExprKind::String;
+    if (!bTime && !bText) Convert(value, meant);
     return KindsOf(meant);
   }
   // What another program keeps means what it meant.

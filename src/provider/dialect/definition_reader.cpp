@@ -87,7 +87,7 @@ void StatementReader::ReadConstraints(Scope* scope, ColumnDefinition* column) {
     } else if (column != nullptr && TakeWord("DEFAULT")) {
       column->initial = ReadOperand(scope);
     } else if (TakeWord("REFERENCES")) {
-      if (Peek().IsIdentifier()) m_tree.names.push_back(m_i++);
+      if (Peek().IsIdentifier()) ReadReferred();
     } else if (IsOpen()) {
       // Columns of a key.
       const std::size_t behind = m_partners[m_i] + 1;
@@ -98,6 +98,18 @@ void StatementReader::ReadConstraints(Scope* scope, ColumnDefinition* column) {
       ++m_i;
     }
   }
+}
+
+// What a foreign key refers to: a table, and columns of it.
+void StatementReader::ReadReferred() {
+  ReferredTable referred{m_i++, {}};
+  if (IsOpen()) {
+    const std::size_t behind = m_partners[m_i] + 1;
+    for (++m_i; m_i < behind; ++m_i) {
+      if (Peek().IsIdentifier()) referred.columns.push_back(m_i);
+    }
+  }
+  m_tree.referredTables.push_back(std::move(referred));
 }
 
 void StatementReader::ReadCreateIndex(Scope* scope) {

@@ -168,6 +168,9 @@ void EngineForms::WriteCall(const Expr& call) {
       return WriteCall(call, form);
     }
   }
+  if (call.children.size() > 1 && (sName == "MAX" || sName == "MIN")) {
+    return WriteChoice(call, sName == "MAX" ? m_form.sGreatest : m_form.sLeast);
+  }
   for (const auto& form : m_form.patterns) {
     if (form.sName == sName && !call.children.empty()) return WritePattern(call, form);
   }
@@ -197,6 +200,15 @@ void EngineForms::WriteCall(const Expr& call, const engines::CallForm& form) {
   if (!form.sBefore.empty()) {
     m_edits.WrapAround(call.range, Text(form.sBefore), Text(form.sBehind));
   }
+}
+
+// Of several values the greatest or the least.
+void EngineForms::WriteChoice(const Expr& call, std::string_view sForm) {
+  Text sValues = "({})";
+  for (std::size_t i = 1; i < call.children.size(); ++i) sValues += ", ({})";
+  const std::size_t nPlace = sForm.find("{}");
+  const Text sText = Text(sForm.substr(0, nPlace)) + sValues + Text(sForm.substr(nPlace + 2));
+  WriteCall(call, {{}, call.children.size(), sText});
 }
 
 void EngineForms::WritePattern(const Expr& call, const engines::PatternForm& form) {

@@ -29,6 +29,7 @@ class EngineForms {
   bool DropBinaryOrder(const Expr& side);
   void WriteCall(const Expr& call);
   void WriteCall(const Expr& call, const engines::CallForm& form);
+  void WriteChoice(const Expr& call, std::string_view sForm);
   void WritePattern(const Expr& call, const engines::PatternForm& form);
   void WriteType(TokenRange type);
 

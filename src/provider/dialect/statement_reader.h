@@ -75,6 +75,7 @@ class StatementReader {
   void ReadReturning(Scope* scope);
   void ReadDefinition();
   void ReadCreateTable(Scope* scope);
+  void ReadReferred();
   void ReadCreateIndex(Scope* scope);
   void ReadCreateView();
   void ReadAlterTable(Scope* scope);

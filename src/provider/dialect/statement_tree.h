@@ -153,6 +153,12 @@ struct ColumnDefinition {
   Expr* computed = nullptr;  ///< AS (...)
 };
 
+/// REFERENCES: the tokens of a table in the catalog of the target, and of its columns.
+struct ReferredTable {
+  std::size_t table = 0;
+  std::vector<std::size_t> columns;
+};
+
 struct Reference {
   Chain chain;
   Scope* scope = nullptr;
@@ -172,8 +178,9 @@ struct StatementTree {
   std::deque<Query> queries;
   std::deque<Source> sources;
   std::deque<Expr> expressions;
-  std::vector<Reference> references;    ///< all names of columns
-  std::vector<std::size_t> names;       ///< tokens of names that are given, and of keys' columns
+  std::vector<Reference> references;  ///< all names of columns
+  std::vector<std::size_t> names;     ///< tokens of names that are given, and of keys' columns
+  std::vector<ReferredTable> referredTables;
   std::vector<TokenRange> types;        ///< of columns and casts
   std::vector<std::size_t> plainWiths;  ///< WITH without RECURSIVE before named queries
   TokenRange storage;                   ///< behind the columns of a table: how its rows are kept

@@ -78,6 +78,7 @@ void TableNames::ResolveTarget() {
          catalog.sReadOnlyAdvice);
   }
   m_changed = catalog.sName;
+  WriteReferredTables(catalog);
   if (m_tree.bView) m_viewCatalog = catalog.sName;
   if (m_tree.indexedTable) {
     const Chain& indexed = *m_tree.indexedTable;
@@ -104,6 +105,31 @@ void TableNames::ResolveTarget() {
     }
   } else {
     WriteTableName(*m_tree.target, catalog, NameOfDefined(catalog, *m_tree.target));
+  }
+}
+
+// A table that is not there yet may come later, as keys are looked at when rows are stored. The one
+// that is made may refer to itself.
+void TableNames::WriteReferredTables(const KnownCatalog& catalog) {
+  if (!m_bPrefixes && !m_bExact) return;
+  const Text sCatalog = m_bExact ? platform::QuotedName(catalog.sName) + "." : Text();
+  for (const auto& referred : m_tree.referredTables) {
+    const Text& sName = At(referred.table).sText;
+    const FoundTable* const found = FindTable(catalog, sName);
+    const Text sMeant = found != nullptr ? found->table.sName : Plain(sName);
+    m_edits.Replace({referred.table, referred.table + 1}, sCatalog + platform::QuotedName(sMeant));
+    for (const std::size_t token : referred.columns) {
+      const Text& sColumn = At(token).sText;
+      const KnownColumn* column = nullptr;
+      for (const Text& sAs : {sColumn, Plain(sColumn)}) {
+        if (found == nullptr || column != nullptr) continue;
+        const auto same = std::ranges::find_if(
+            found->table.columns, [&](const auto& one) { return SameName(one.sName, sAs); });
+        if (same != found->table.columns.end()) column = &*same;
+      }
+      const Text sReal = column != nullptr ? column->sName : sColumn;
+      m_edits.Replace({token, token + 1}, platform::QuotedName(sReal));
+    }
   }
 }
 

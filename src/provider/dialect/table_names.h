@@ -75,6 +75,7 @@ class TableNames {
   void WriteTableName(const Chain& chain, const KnownCatalog& catalog,
                       const platform::Text& sTable);
   void WriteQuery(const Source& source, const FoundTable& found);
+  void WriteReferredTables(const KnownCatalog& catalog);
   platform::Text NameOfDefined(const KnownCatalog& catalog, const Chain& chain);
   bool IsTarget(const Chain& chain) const;
 

@@ -214,6 +214,7 @@ class TimeAnalysis {
   bool ConvertParts(const Expr& expr, Kinds kinds, Meant meant);
   bool ConvertCall(const Expr& expr, Meant meant);
   void DropOrder(const Expr& collate);
+  void DropPlus(const Expr& plus);
   void ConvertText(const Expr& expr);
   void ConvertOutput(const Query& query, std::size_t column, Meant meant);
   void Store(const Operand& operand);
@@ -224,6 +225,8 @@ class TimeAnalysis {
   void ConvertNumber(const Expr& expr, const Expr& number, bool bNegative);
   void CheckKept(const Expr& expr) const;
   [[noreturn]] void FailMixed(std::size_t token) const;
+  [[noreturn]] void FailUnread(std::size_t token, std::string_view sWhat, std::string_view sSuch,
+                               std::string_view sType) const;
   [[noreturn]] void FailNumber(std::size_t token) const;
   [[noreturn]] void FailShifted(std::size_t token) const;
 

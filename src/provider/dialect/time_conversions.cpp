@@ -29,6 +29,14 @@ void TimeAnalysis::FailShifted(std::size_t token) const {
        "write one time, such as '*-1h', or set Time as Double to False");
 }
 
+// A server that knows types takes no text for a time while a statement runs.
+void TimeAnalysis::FailUnread(std::size_t token, std::string_view sWhat, std::string_view sSuch,
+                              std::string_view sType) const {
+  Fail(token, "A text meets " + Text(sWhat) + ", and this server reads none while a statement runs",
+       "write one between single quotes, such as " + Text(sSuch) + ", or CAST(... AS " +
+           Text(sType) + ") around a text as the server writes it");
+}
+
 // What is kept is read by others too, who know nothing of these times.
 void TimeAnalysis::CheckKept(const Expr& expr) const {
   if (m_place.sKept.empty()) return;
@@ -125,6 +133,7 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds, Meant meant) {
         return true;
       }
       if (!At(expr.operation).IsSymbol("+")) return false;
+      DropPlus(expr);
       Convert(number, meant);
       return true;
     }
@@ -137,8 +146,9 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds, Meant meant) {
     }
     case ExprKind::Subquery:
       // Texts of one kind are read where they come out, unless nothing can be read then.
-      if (Typed() == nullptr && (kinds::IsOnly(kinds, kinds::kAnyText | kinds::kAnyValue) ||
-                                 kinds::IsOnly(kinds, kinds::kUtcDates))) {
+      if ((Typed() == nullptr || !kinds::Has(kinds, kinds::kText)) &&
+          (kinds::IsOnly(kinds, kinds::kAnyText | kinds::kAnyValue) ||
+           kinds::IsOnly(kinds, kinds::kUtcDates))) {
         return false;
       }
       ConvertOutput(*expr.query, 0, meant);
@@ -154,6 +164,12 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds, Meant meant) {
 void TimeAnalysis::DropOrder(const Expr& collate) {
   if (Typed() == nullptr) return;
   m_place.edits.Replace({collate.operation, collate.operation + 2}, "");
+}
+
+// Nor have they a plus, which does nothing.
+void TimeAnalysis::DropPlus(const Expr& plus) {
+  if (Typed() == nullptr) return;
+  m_place.edits.Replace({plus.operation, plus.operation + 1}, "");
 }
 
 // False for a call that makes another value of what it is given.
@@ -212,6 +228,7 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
   if (bUtc && !kinds::IsOnly(kinds, kinds::kUtcDates)) FailMixed(token);
   if (kinds::IsOnly(kinds, kinds::kNumber) && !TimeAsDouble()) FailNumber(token);
   if (Typed() != nullptr) {
+    if (kinds::Has(kinds, kinds::kText)) FailUnread(token, "a time", "'*-1h'", "TIMESTAMP");
     if (bUtc) m_place.edits.Wrap(expr.range, "(", ")" + Text(Typed()->sTimeBehind));
     return;
   }

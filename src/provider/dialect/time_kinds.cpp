@@ -59,10 +59,7 @@ Kinds TimeAnalysis::Work(const Expr& expr) {
       const Kinds of = KindsOf(*expr.children[0]);
       // A plus does nothing to whatever stands behind it.
       if (At(expr.operation).IsSymbol("+")) {
-        const bool bTyped = kinds::Has(of, kinds::kTimes | kinds::kDaysAndClocks);
-        if (bTyped && Typed() != nullptr) {
-          m_place.edits.Replace({expr.operation, expr.operation + 1}, "");
-        }
+        if (kinds::Has(of, kinds::kTimes | kinds::kDaysAndClocks)) DropPlus(expr);
         return of;
       }
       if (kinds::Has(of, kinds::kDaysAndClocks)) return KindsOfDaySum(expr, of, kinds::kNumber);
@@ -248,6 +245,9 @@ Kinds TimeAnalysis::KindsOfCast(const Expr& expr) {
   if (kinds::Has(typed, kinds::kDaysAndClocks)) return KindsOfDayCast(expr, MeantBy(typed));
   if (typed == kinds::kTime) {
     const Expr& value = *expr.children[0];
+    // A text of its rows a server that knows types reads by itself.
+    const bool bText = kinds::Has(of, kinds::kText) && Inside(&value)->kind != ExprKind::String;
+    if (bText && Typed() != nullptr) return kinds::kTime;
     Convert(value);
     if (!kinds::Has(KindsOf(value), kinds::kShifted)) return kinds::kTime;
     // What is kept can call no function: what reads it makes it whole.

@@ -44,6 +44,10 @@ struct SqlForm {
   std::span<const CallForm> calls;
   std::span<const PatternForm> patterns;
   std::span<const TypeForm> types;
+  /// The greatest and the least of several values, "{}" for these, each in brackets; null where one
+  /// of them is. As of a CallForm.
+  std::string_view sGreatest;
+  std::string_view sLeast;
   std::string_view sBinaryOrder;  ///< what COLLATE BINARY is called
   /// That two values, "{}" for each, are written by the same bytes, whatever their column takes for
   /// equal. The first is null where one of them is; for the second two nulls are the same.

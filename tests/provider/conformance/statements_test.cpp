@@ -30,6 +30,56 @@ TEST_P(statements, reads_and_writes_through_the_dialect) {
   EXPECT_EQ(Select(*opened, "SELECT Value FROM Plant1.Data ORDER BY Timestamp"), "1.5\n7\n");
 }
 
+TEST_P(statements, chooses_the_greatest_and_the_least_of_several_values) {
+  const auto opened = OpenPlant();
+  EXPECT_EQ(Select(*opened,
+                   "SELECT max(1, 3, 2), min(1.5, 3), max('a', 'b'), max(1, NULL), "
+                   "min(NULL, 'x'), max(2, 2)"),
+            "3|1.5|b|||2\n");
+  EXPECT_EQ(Select(*opened,
+                   "SELECT max(max(Value), 100), min(min(Value), count(Tag)), max(Value) FROM "
+                   "Plant1..Data"),
+            "100|0.5|23.5\n");
+  EXPECT_EQ(Select(*opened,
+                   "SELECT max(Value, 22) FROM Plant1..Data WHERE min(Value, 21, 30) = 21 "
+                   "ORDER BY max(Value, 22)"),
+            "22\n22.5\n23.5\n");
+  EXPECT_EQ(
+      Select(*opened, "SELECT max(Value, 22), count(*) FROM Plant1..Data GROUP BY 1 ORDER BY 1"),
+      "22|22\n22.5|1\n23.5|1\n");
+  EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Plant1..Data WHERE max(Value, NULL) IS NULL"),
+            "24\n");
+}
+
+TEST_P(statements, that_are_nested_too_deeply_are_told_what_can_be_done) {
+  const auto opened = OpenPlant();
+  Text sDeep = "1";
+  for (int i = 0; i < 900; ++i) sDeep = "abs(" + sDeep + ")";
+  const Text sFailure = Failing(*opened, "SELECT " + sDeep);
+  if (sFailure != "no failure") {
+    EXPECT_NE(sFailure.find("nest fewer brackets"), Text::npos) << sFailure;
+    EXPECT_EQ(sFailure.find("stack overflow"), Text::npos) << sFailure;
+  }
+}
+
+TEST_P(statements, refer_to_tables_by_the_names_that_are_listed) {
+  const auto opened = OpenPlant("Identifier Prefixes = True;");
+  Run(*opened, "CREATE TABLE Orv_Plant1..Orv_Kinds (Id INTEGER PRIMARY KEY, Name TEXT)");
+  Run(*opened, "INSERT INTO Orv_Plant1..Orv_Kinds (Id, Name) VALUES (1, 'one')");
+  Run(*opened,
+      "CREATE TABLE Orv_Plant1..Orv_Parts (Id INTEGER PRIMARY KEY, Kind INTEGER REFERENCES "
+      "Orv_Kinds (Orv_Id), Whole INTEGER REFERENCES Orv_Parts (Id))");
+  Run(*opened, "INSERT INTO Orv_Plant1..Orv_Parts (Id, Kind, Whole) VALUES (1, 1, 1)");
+  Run(*opened,
+      "CREATE TABLE Orv_Plant1..Orv_More (Kind INTEGER, FOREIGN KEY (Kind) REFERENCES "
+      "orv_kinds (id))");
+  Run(*opened, "INSERT INTO Orv_Plant1..Orv_More (Kind) VALUES (1)");
+  EXPECT_EQ(
+      Failing(*opened, "INSERT INTO Orv_Plant1..Orv_Parts (Id, Kind) VALUES (2, 7)").substr(0, 5),
+      "3806:");
+  EXPECT_EQ(Select(*opened, "SELECT count(*) FROM Orv_Plant1..Orv_Parts"), "1\n");
+}
+
 TEST_P(statements, refuses_a_text_or_time_in_double_quotes) {
   const auto opened = OpenPlant();
   const auto sentence = [](const Text& sName, const Text& sPlace) {

@@ -75,6 +75,102 @@ TEST_P(times, are_read_from_texts_while_a_statement_runs) {
   }
 }
 
+TEST_P(times, that_are_moved_on_are_shown_as_all_others) {
+  const auto opened = OpenPlant("Time Zone = UTC;");
+  const Text sStatement =
+      "SELECT Timestamp + 3600000000, max(Timestamp, Timestamp + 1) FROM Plant1..Data WHERE "
+      "Timestamp = '*'";
+  EXPECT_EQ(Select(*opened, sStatement), "2024-05-15 13:00:00|2024-05-15 12:00:00.000001\n");
+  opened->PropertyValue("Time as Double", true);
+  const auto rs = Run(*opened,
+                      "SELECT Timestamp + 10800000000 FROM Plant1..Data WHERE Timestamp >= "
+                      "45427.5")
+                      .recordset;
+  EXPECT_EQ(Rows(*rs), "45427.625\n");
+  EXPECT_EQ(rs->FieldAt(0).Type(), platform::DataType::Double);
+}
+
+TEST_P(times, are_understood_however_the_other_side_is_written) {
+  const auto opened = OpenPlant("Time Zone = UTC;");
+  for (const char* const sCondition :
+       {"+Timestamp >= '*-2h'", "Timestamp >= (SELECT '*-2h')",
+        "Timestamp >= '*-2h' COLLATE NOCASE", "Timestamp COLLATE NOCASE >= ('*-2h')",
+        "max(Timestamp, '*-2h') = Timestamp", "min(Timestamp, '*-2h', '*') = '*-2h'",
+        "Timestamp >= coalesce(NULL, '*-2h')", "Timestamp >= CASE WHEN 1 = 1 THEN '*-2h' END",
+        "Timestamp BETWEEN +'*-2h' AND '*'"}) {
+    EXPECT_EQ(Select(*opened, Text("SELECT count(*) FROM Plant1..Data WHERE ") + sCondition), "3\n")
+        << sCondition;
+  }
+  const Text sText = "SELECT 1 FROM Plant1..Data WHERE Timestamp < Tag";
+  EXPECT_EQ(Failing(*opened, sText),
+            Differs(Difference::kNoStatementTimes)
+                ? "3805: A text meets a time, and this server reads none while a statement runs "
+                  "(character 46 of the statement); write one between single quotes, such as "
+                  "'*-1h', or CAST(... AS TIMESTAMP) around a text as the server writes it."
+                : "3805: 'T1' is compared with a time or stored as one, and is none: at its "
+                  "character 2 + or - must follow.");
+}
+
+TEST_P(times, of_days_meet_what_is_read_as_a_date) {
+  const auto opened = OpenPlant("Time Zone = Europe/Madrid;");
+  Run(*opened,
+      "CREATE TABLE Plant1..Days (Id INTEGER PRIMARY KEY, Day DATE, Clock TIME, Note TEXT)");
+  Run(*opened,
+      "INSERT INTO Plant1..Days VALUES (1, 'y', '08:30', 'a'), (2, '*', '09:00:00', 'b'), "
+      "(3, '2024-05-16', NULL, 'c'), (4, NULL, '10:15:30.5', 'd')");
+  EXPECT_EQ(Select(*opened, "SELECT * FROM Plant1..Days ORDER BY Id"),
+            "1|2024-05-14|08:30:00|a\n2|2024-05-15|09:00:00|b\n3|2024-05-16||c\n"
+            "4||10:15:30.5|d\n");
+  const std::pair<const char*, const char*> forms[] = {
+      {"Day = '*'", "2\n"},
+      {"Day = '*+11h'", "3\n"},
+      {"Day < 't'", "1\n"},
+      {"'y' = Day", "1\n"},
+      {"Day >= '*-1d' AND Day < 't+1d'", "1\n2\n"},
+      {"Day BETWEEN 'y' AND '*'", "1\n2\n"},
+      {"Day NOT IN ('y', 't')", "3\n"},
+      {"Day IN (SELECT 'y' UNION SELECT '2024-05-16')", "1\n3\n"},
+      {"Day = (SELECT 'y')", "1\n"},
+      {"+Day <> 'y'", "2\n3\n"},
+      {"Day < 't' COLLATE NOCASE", "1\n"},
+      {"coalesce(Day, 'y') = 'y'", "1\n4\n"},
+      {"nullif(Day, 'y') IS NULL", "1\n4\n"},
+      {"CASE Day WHEN 'y' THEN 1 WHEN '*' THEN 1 ELSE 0 END = 1", "1\n2\n"},
+      {"max(Day, 't') = Day", "2\n3\n"},
+      {"Day = CAST('y' AS DATE)", "1\n"},
+      {"Day = '2024-05-15'", "2\n"},
+      {"Day = '2024-05-15 23:59'", "2\n"},
+      {"Day = date('2024-05-15 10:00')", "2\n"},
+      {"date(Day) = '2024-05-15'", "2\n"},
+      {"Clock < '09:00'", "1\n"},
+      {"Clock IN ('08:30', '09:00')", "1\n2\n"},
+      {"Clock > time('2024-05-15 09:30')", "4\n"},
+  };
+  for (const auto& [sCondition, sIds] : forms) {
+    EXPECT_EQ(Failing(*opened, Text("SELECT Id FROM Plant1..Days WHERE ") + sCondition),
+              "no failure")
+        << sCondition;
+    EXPECT_EQ(
+        Select(*opened, Text("SELECT Id FROM Plant1..Days WHERE ") + sCondition + " ORDER BY Id"),
+        sIds)
+        << sCondition;
+  }
+  for (const char* const sCondition :
+       {"Day > 5", "Day = -5", "Clock = 5", "Clock < 'soon'", "Day < 'soon'", "Day < Note",
+        "Day = Clock", "Day < x'31'"}) {
+    EXPECT_EQ(Failing(*opened, Text("DELETE FROM Plant1..Days WHERE ") + sCondition).substr(0, 5),
+              "3805:")
+        << sCondition;
+  }
+  Run(*opened, "UPDATE Plant1..Days SET Day = '*-1w' WHERE Day = 'y'");
+  EXPECT_EQ(Run(*opened, "DELETE FROM Plant1..Days WHERE Day < 't-6d'").lRecordsAffected, 1);
+  const platform::Date day = std::chrono::year{2024} / 5 / 16;
+  EXPECT_EQ(With(*opened, "UPDATE Plant1..Days SET Day = ?, Clock = ? WHERE Day = ? COLLATE BINARY",
+                 {day, platform::TimeOfDay(0), day})
+                .lRecordsAffected,
+            1);
+}
+
 TEST_P(times, that_are_none_are_told_with_their_place) {
   const auto opened = OpenPlant();
   EXPECT_EQ(Failing(*opened, "INSERT INTO Plant1..Data (Tag, Timestamp) VALUES ('T1', 'tomorrow')"),

@@ -1,5 +1,8 @@
+#include <algorithm>
+#include <set>
 #include <thread>
 
+#include "platform/conversions.h"
 #include "provider/engines/postgres/postgres_errors.h"
 #include "tests/provider/engines/postgres_fixture.h"
 
@@ -162,6 +165,92 @@ TEST_F(PostgresSessionTest, what_is_not_for_statements_is_refused) {
     EXPECT_EQ(FailureOfText(sSql).lNumber, failure::kNotSupported) << sSql;
   }
   EXPECT_EQ(FailureOfText("DO 'BEGIN COMMIT; END'").lNumber, failure::kSqlError);
+  ExpectUsable();
+}
+
+bool IsRefused(const Abilities& can, const Text& sName) {
+  Text sUpper;
+  for (const char c : sName) sUpper += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  return std::ranges::any_of(can.refusedNames, [&](std::string_view sRefused) {
+    if (!sRefused.ends_with('*')) return sUpper == sRefused;
+    return sUpper.starts_with(sRefused.substr(0, sRefused.size() - 1));
+  });
+}
+
+// Everything of the server's that may do more than give a value is either refused or known to do no
+// harm, whatever reads.
+TEST_F(PostgresSessionTest, no_function_reaches_beyond_its_transaction) {
+  const std::set<Text> harmless = {
+      // What gives a value that changes, or looks at what the server does.
+      "amvalidate", "clock_timestamp", "current_query", "currtid2", "gen_random_uuid", "random",
+      "setseed", "timeofday", "txid_status", "pg_blocking_pids", "pg_collation_actual_version",
+      "pg_current_wal_flush_lsn", "pg_current_wal_insert_lsn", "pg_current_wal_lsn",
+      "pg_database_collation_actual_version", "pg_database_size", "pg_get_backend_memory_contexts",
+      "pg_get_multixact_members", "pg_get_shmem_allocations", "pg_get_wal_replay_pause_state",
+      "pg_get_wal_resource_managers", "pg_indexes_size", "pg_is_in_recovery",
+      "pg_is_wal_replay_paused", "pg_isolation_test_session_is_blocked", "pg_jit_available",
+      "pg_last_committed_xact", "pg_last_wal_receive_lsn", "pg_last_wal_replay_lsn",
+      "pg_last_xact_replay_timestamp", "pg_lock_status", "pg_notification_queue_usage",
+      "pg_partition_ancestors", "pg_partition_tree", "pg_prepared_xact", "pg_relation_size",
+      "pg_safe_snapshot_blocking_pids", "pg_sequence_last_value",
+      "pg_show_replication_origin_status", "pg_stat_clear_snapshot", "pg_stat_force_next_flush",
+      "pg_stat_have_stats", "pg_table_size", "pg_tablespace_size", "pg_total_relation_size",
+      "pg_xact_commit_timestamp", "pg_xact_commit_timestamp_origin", "pg_xact_status",
+      // What can be cancelled.
+      "pg_sleep", "pg_sleep_for", "pg_sleep_until",
+      // What numbers rows, and is refused to readers by the server.
+      "currval", "lastval", "nextval", "setval",
+      // What only the server itself can call.
+      "bernoulli", "brinhandler", "bthandler", "dsnowball_init", "dsnowball_lexize", "ginhandler",
+      "gisthandler", "hashhandler", "heap_tableam_handler", "plpgsql_call_handler",
+      "plpgsql_inline_handler", "plpgsql_validator", "spghandler", "system"};
+  const auto rs = Rows(
+      "SELECT DISTINCT proname::text FROM pg_proc WHERE provolatile = 'v' AND pronamespace = "
+      "'pg_catalog'::regnamespace AND prorettype <> ALL ('{trigger,event_trigger}'::regtype[]) AND "
+      "proname !~ '^pg_stat_get_'");
+  EXPECT_GT(rs->RecordCount(), 150);
+  for (RowIndex row = 0; row < rs->RecordCount(); ++row) {
+    const Text sName = platform::ToText(rs->ValueAt(row, 0));
+    EXPECT_NE(IsRefused(m_session->Can(), sName), harmless.contains(sName)) << sName;
+  }
+  for (const char* const sName :
+       {"table_to_xml", "schema_to_xml_and_xmlschema", "database_to_xmlschema", "pg_stop_backup",
+        "pg_logdir_ls", "pg_file_write", "dblink_exec", "pg_file_settings"}) {
+    EXPECT_TRUE(IsRefused(m_session->Can(), sName)) << sName;
+  }
+  for (const char* const sName : {"now",
+                                  "count",
+                                  "max",
+                                  "coalesce",
+                                  "current_setting",
+                                  "xmlagg",
+                                  "xpath",
+                                  "pg_typeof",
+                                  "pg_size_pretty",
+                                  "pg_get_viewdef",
+                                  "pg_stat_activity",
+                                  "pg_locks",
+                                  "pg_tables",
+                                  "ts_rank",
+                                  "log",
+                                  "logs",
+                                  "load",
+                                  "position",
+                                  "to_tsvector",
+                                  "generate_series"}) {
+    EXPECT_FALSE(IsRefused(m_session->Can(), sName)) << sName;
+  }
+}
+
+TEST_F(PostgresSessionTest, hints_can_be_followed_by_whoever_reads_them) {
+  Text sDeep = "1";
+  for (int i = 0; i < 20'000; ++i) sDeep = "abs(" + sDeep + ")";
+  const Text sTooDeep = FailureOfText("SELECT " + sDeep).sSentence;
+  EXPECT_THAT(sTooDeep, HasSubstr("ask for less, or write it in a simpler way"));
+  EXPECT_THAT(sTooDeep, testing::Not(HasSubstr("max_stack_depth")));
+  const Text sTypes = FailureOfText("SELECT 1 WHERE now() > 'a'::text").sSentence;
+  EXPECT_THAT(sTypes, HasSubstr("write CAST(... AS type) where a value is of another one"));
+  EXPECT_THAT(sTypes, testing::Not(HasSubstr("explicit type casts")));
   ExpectUsable();
 }
 

@@ -41,6 +41,20 @@ Text Lowered(Text sText) {
   return sText;
 }
 
+// What a server advises whoever asks it; not what only its administrator could do.
+Text FollowedHint(const PostgresError& error) {
+  for (const std::string_view sOfServer :
+       {"configuration parameter", "max_locks_per_transaction", "postgresql.conf", "pg_hba.conf",
+        "server log", "superuser", "operator class"}) {
+    if (error.sHint.find(sOfServer) != Text::npos) return {};
+  }
+  if (const auto nCasts = error.sHint.find(". You might need to add"); nCasts != Text::npos) {
+    return Lowered(error.sHint.substr(0, nCasts)) +
+           ": write CAST(... AS type) where a value is of another one";
+  }
+  return Lowered(error.sHint);
+}
+
 }  // namespace
 
 Long NumberOfState(std::string_view sState) noexcept {
@@ -108,7 +122,7 @@ Text SentenceOf(const PostgresError& error, std::string_view sServer, std::size_
   }
   Text sSentence = "The statement cannot be run: " + Lowered(error.sMessage);
   if (nPosition != 0) sSentence += fmt::format(" (character {} of the statement)", nPosition);
-  if (!error.sHint.empty()) sSentence += "; " + Lowered(error.sHint);
+  if (const Text sHint = FollowedHint(error); !sHint.empty()) sSentence += "; " + sHint;
   return sSentence + "; correct it.";
 }
 

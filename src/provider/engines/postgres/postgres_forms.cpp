@@ -163,6 +163,9 @@ const SqlForm kPostgresForm = {
     .calls = kCalls,
     .patterns = kPatterns,
     .types = kTypes,
+    // Unlike GREATEST and LEAST, which pass over null.
+    .sGreatest = "(SELECT o.v FROM (VALUES {}) AS o(v) ORDER BY o.v IS NULL DESC, o.v DESC LIMIT 1",
+    .sLeast = "(SELECT o.v FROM (VALUES {}) AS o(v) ORDER BY o.v IS NULL DESC, o.v LIMIT 1",
     .sBinaryOrder = "\"C\"",
     // In one column of VALUES both have the same type, which is that of the table's column.
     .sSameBytes =

@@ -17,6 +17,7 @@
 #include "provider/engines/postgres/postgres_forms.h"
 #include "provider/engines/postgres/postgres_historian.h"
 #include "provider/engines/postgres/postgres_parameters.h"
+#include "provider/engines/postgres/postgres_refused_names.h"
 #include "provider/engines/postgres/postgres_schema.h"
 
 namespace orvane::provider::engines {
@@ -36,16 +37,6 @@ constexpr std::array<std::string_view, 24> kRefused = {
     "abort",   "begin",   "close", "commit",   "copy",      "deallocate", "declare", "discard",
     "end",     "execute", "fetch", "listen",   "load",      "lock",       "move",    "notify",
     "prepare", "release", "reset", "rollback", "savepoint", "set",        "start",   "unlisten"};
-
-// What reaches the server's files, its other sessions or its settings, or runs a text as a
-// statement.
-constexpr std::array<std::string_view, 21> kRefusedNames = {
-    "CURSOR_TO_XML*", "DATABASE_TO_XML*", "DBLINK*",          "LO_*",
-    "PG_ADVISORY_*",  "PG_CANCEL_*",      "PG_CREATE_*",      "PG_DROP_*",
-    "PG_FILE_*",      "PG_LOGICAL_*",     "PG_LS_*",          "PG_PROMOTE",
-    "PG_READ_*",      "PG_RELOAD_CONF",   "PG_REPLICATION_*", "PG_ROTATE_LOGFILE*",
-    "PG_STAT_RESET*", "PG_SWITCH_WAL",    "PG_TERMINATE_*",   "QUERY_TO_XML*",
-    "SET_CONFIG"};
 
 // The first word, in lower case; comments and brackets before it are passed over.
 Text FirstWord(std::string_view sSql) {
@@ -163,7 +154,7 @@ PostgresSession::PostgresSession(std::unique_ptr<PostgresLink> link, const std::
 }
 
 Abilities PostgresSession::Can() const {
-  return {.refusedNames = kRefusedNames, .form = &kPostgresForm};
+  return {.refusedNames = kPostgresRefusedNames, .form = &kPostgresForm};
 }
 
 EngineResult PostgresSession::Run(const EngineStatement& statement, std::stop_token stop) {

@@ -187,6 +187,10 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
             "time stands between single quotes.",
             sName);
       }
+      if (sDetail.ends_with("stack overflow") || sDetail.starts_with("Expression tree ")) {
+        return "The statement is nested too deeply for the database: nest fewer brackets, calls "
+               "and queries.";
+      }
       return fmt::format("The statement cannot be run: {}; correct it.", sDetail);
   }
 }
