@@ -1,11 +1,12 @@
 #include "exports/row_import.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "exports/typed_text.h"
 #include "platform/exact_number.h"
-#include "platform/failure.h"
+#include "platform/row_failure.h"
 
 namespace orvane::exports {
 
@@ -18,6 +19,8 @@ namespace {
 
 // Read at once, where somebody may be waiting.
 constexpr std::size_t kMostHeaderBytes = std::size_t{1} << 20;
+// The row itself, and those that were read ahead of it.
+constexpr std::int64_t kLines = platform::kMostRowsAhead + 1;
 
 char UpperOf(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
@@ -41,7 +44,7 @@ Text ShownField(const Text& sText) {
 
 RowImport::RowImport(std::istream& stream, const Text& sTable,
                      std::span<const ImportColumn> columnsOfTable, zones::TimeZone zone)
-    : m_reader(stream, SeparatorOf(stream)), m_zone(std::move(zone)) {
+    : m_reader(stream, SeparatorOf(stream)), m_zone(std::move(zone)), m_lines(kLines) {
   ReadHeader(sTable, columnsOfTable);
 }
 
@@ -79,6 +82,7 @@ bool RowImport::Next(std::vector<Value>& values) {
   values.clear();
   const auto fields = m_reader.Next();
   if (!fields) return false;
+  m_lines[static_cast<std::size_t>(++m_llRows % kLines)] = m_reader.Line();
   if (fields->size() != m_columns.size()) {
     FailLine(m_reader.Line(), "it has " + std::to_string(fields->size()) +
                                   " fields, but the first line names " +
@@ -108,15 +112,15 @@ Value RowImport::ReadField(const CsvField& field, const ImportColumn& column) co
 void RowImport::RethrowOfRow() const {
   try {
     throw;
-  } catch (const Failure& failed) {
-    const bool bOfRow =
-        failed.Number() == failure::kConstraint || failed.Number() == failure::kConflict ||
-        failed.Number() == failure::kOverflow || failed.Number() == failure::kTypeMismatch;
-    if (!bOfRow) throw;
+  } catch (const platform::RowFailure& failed) {
+    constexpr std::array kOfRow = {failure::kConstraint, failure::kConflict, failure::kOverflow,
+                                   failure::kSqlError, failure::kTypeMismatch};
+    const bool bKnown = failed.Row() > m_llRows - kLines && failed.Row() <= m_llRows;
+    if (!bKnown || std::ranges::find(kOfRow, failed.Number()) == kOfRow.end()) throw;
     Text sWhat = failed.Number() == failure::kConflict ? "the table has not taken this row"
                                                        : failed.Description();
     while (!sWhat.empty() && sWhat.back() == '.') sWhat.pop_back();
-    FailLine(m_reader.Line(), sWhat);
+    FailLine(m_lines[static_cast<std::size_t>(failed.Row() % kLines)], sWhat);
   }
 }
 

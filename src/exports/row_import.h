@@ -34,8 +34,8 @@ class RowImport {
   /// Fails with failure::kInvalidArgument and the number of the line when one is of another type. A
   /// field without anything, not even quotes, is null.
   bool Next(std::vector<platform::Value>& values);
-  /// Called while a failure is handled that the row last read has met: fails on with its line when
-  /// a rule of the table was broken, otherwise with the failure itself.
+  /// Called while a failure is handled: fails on with the line of its row where it is one of a row
+  /// (platform::RowFailure) that could not be stored as it is, otherwise with the failure itself.
   [[noreturn]] void RethrowOfRow() const;
 
  private:
@@ -47,6 +47,8 @@ class RowImport {
   platform::Timestamp m_now =
       std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
   std::vector<ImportColumn> m_columns;
+  std::int64_t m_llRows = 0;
+  std::vector<std::int64_t> m_lines;  // of the last rows, by their numbers around
 };
 
 }  // namespace orvane::exports

@@ -6,6 +6,8 @@ list(APPEND PROVIDER_SOURCES
   engines/embedded/embedded_engine.cpp
   engines/embedded/embedded_session.cpp
   engines/postgres/postgres_address.cpp
+  engines/postgres/postgres_arrays.cpp
+  engines/postgres/postgres_batch.cpp
   engines/postgres/postgres_catalogs.cpp
   engines/postgres/postgres_engine.cpp
   engines/postgres/postgres_errors.cpp

@@ -30,6 +30,7 @@ std::vector<ado::PropertyDescription> HistorianProvider::Properties() const {
   auto properties = SessionOptions::Descriptions();
   properties.push_back({SessionOptions::kStatementMemory, SessionOptions::kInitialMegabytes});
   // Known only of an open connection.
+  properties.push_back({platform::kLinkInUse, platform::Text()});
   properties.push_back({platform::kTimeZoneInUse, platform::Text()});
   return properties;
 }

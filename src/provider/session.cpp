@@ -6,6 +6,8 @@
 #include "ado/out_of_memory.h"
 #include "ado/recordset_builder.h"
 #include "ado/row_collector.h"
+#include "platform/ado/extended_options.h"
+#include "platform/case_folding.h"
 #include "platform/failure.h"
 #include "provider/dialect/statement_parameters.h"
 #include "provider/engines/catalog_names.h"
@@ -183,6 +185,9 @@ RecordsetPtr HistorianSession::OpenSchema(platform::SchemaNumber schema,
 }
 
 Value HistorianSession::PropertyValue(const Text& sName) const {
+  if (platform::FoldCase(sName) == platform::FoldCase(platform::kLinkInUse)) {
+    return m_session == nullptr ? Text() : m_session->Link();
+  }
   return m_options.Get(sName);
 }
 

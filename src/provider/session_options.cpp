@@ -155,6 +155,11 @@ void SessionOptions::Set(const Text& sName, const Value& vtValue) {
     throw Failure(failure::kNotSupported, Text("The property \"") + platform::kTimeZoneInUse +
                                               "\" can be read, but not set; set \"Time Zone\".");
   }
+  if (Is(platform::kLinkInUse, sName)) {
+    throw Failure(failure::kNotSupported,
+                  Text("The property \"") + platform::kLinkInUse +
+                      "\" can be read, but not set; set \"sslmode\" in the data source.");
+  }
   const bool bInitial = IsInitial(vtValue);
   if (Is(kStatementMemory, sName)) {
     constexpr platform::Long kLeast = 16;

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "platform/conversions.h"
-#include "platform/failure.h"
+#include "platform/row_failure.h"
 
 namespace orvane::exports {
 namespace {
@@ -84,15 +84,16 @@ TEST(row_import, names_the_first_bad_line) {
 }
 
 TEST(row_import, tells_the_line_that_a_rule_of_the_table_has_refused) {
-  std::istringstream stream("Tag\na\nb\n");
+  // A row of two lines, and one that was read ahead.
+  std::istringstream stream("Tag\n\"a\nA\"\nb\nc\n");
   RowImport rows(stream, "Data", kColumns, zones::TimeZone::Utc());
   std::vector<Value> values;
-  rows.Next(values);
-  rows.Next(values);
-  const auto told = [&](platform::Long lNumber) {
+  while (rows.Next(values)) {
+  }
+  const auto told = [&](platform::Long lNumber, std::int64_t llRow = 2) {
     try {
       try {
-        throw Failure(lNumber, "It stands there already; correct it.");
+        throw platform::RowFailure(Failure(lNumber, "It stands there already; correct it."), llRow);
       } catch (const Failure&) {
         rows.RethrowOfRow();
       }
@@ -102,10 +103,39 @@ TEST(row_import, tells_the_line_that_a_rule_of_the_table_has_refused) {
     return Text();
   };
   EXPECT_EQ(told(platform::failure::kConstraint),
-            "Line 3: It stands there already; correct it; nothing was imported.");
+            "Line 4: It stands there already; correct it; nothing was imported.");
+  EXPECT_EQ(told(platform::failure::kConstraint, 1),
+            "Line 2: It stands there already; correct it; nothing was imported.");
+  EXPECT_EQ(told(platform::failure::kConstraint, 4), "It stands there already; correct it.");
   EXPECT_EQ(told(platform::failure::kConflict),
-            "Line 3: the table has not taken this row; nothing was imported.");
+            "Line 4: the table has not taken this row; nothing was imported.");
   EXPECT_EQ(told(platform::failure::kStorage), "It stands there already; correct it.");
+}
+
+// Whoever stores them may have read so many rows ahead, and no more.
+TEST(row_import, knows_the_lines_of_all_rows_that_may_fail_yet) {
+  std::string sFile = "Tag\n";
+  for (int n = 0; n < 20'000; ++n) sFile += "a\n";
+  std::istringstream stream(sFile);
+  RowImport rows(stream, "Data", kColumns, zones::TimeZone::Utc());
+  std::vector<Value> values;
+  while (rows.Next(values)) {
+  }
+  const auto told = [&](std::int64_t llRow) {
+    try {
+      try {
+        throw platform::RowFailure(Failure(platform::failure::kConstraint, "No."), llRow);
+      } catch (const Failure&) {
+        rows.RethrowOfRow();
+      }
+    } catch (const Failure& failed) {
+      return failed.Description();
+    }
+    return Text();
+  };
+  const auto llFirst = 20'000 - platform::kMostRowsAhead;
+  EXPECT_EQ(told(llFirst), "Line " + std::to_string(llFirst + 1) + ": No; nothing was imported.");
+  EXPECT_EQ(told(llFirst - 1), "No.");
 }
 
 }  // namespace

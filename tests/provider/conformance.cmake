@@ -8,6 +8,7 @@ orvane_test(conformance WHOLE
     conformance/ending_test.cpp
     conformance/engine_test.cpp
     conformance/engine_under_test.cpp
+    conformance/hostile_test.cpp
     conformance/parameters_test.cpp
     conformance/postgres_under_test.cpp
     conformance/report_test.cpp

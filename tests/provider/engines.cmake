@@ -25,11 +25,14 @@ orvane_test(postgres WHOLE
   LINK orvane_provider
   SOURCES
     engines/postgres_address_test.cpp
+    engines/postgres_batch_test.cpp
     engines/postgres_catalogs_test.cpp
     engines/postgres_cluster.cpp
+    engines/postgres_encryption_test.cpp
     engines/postgres_engine_test.cpp
     engines/postgres_link_test.cpp
     engines/postgres_parameters_test.cpp
     engines/postgres_schema_test.cpp
     engines/postgres_session_test.cpp
-    engines/postgres_values_test.cpp)
+    engines/postgres_values_test.cpp
+    engines/way_to_server.cpp)

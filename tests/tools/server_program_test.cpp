@@ -2,6 +2,10 @@
 #include <pty.h>
 #include <termios.h>
 
+#include <functional>
+#include <utility>
+
+#include "tests/fakes/variable.h"
 #include "tests/provider/engines/postgres_cluster.h"
 #include "tests/tools/historian_program.h"
 
@@ -78,13 +82,20 @@ TEST_F(ServerProgramTest, writes_no_signals_into_another_catalog) {
 // The program on a terminal of its own, where something is typed when it asks for the password.
 class TerminalTest : public ServerProgramTest {
  protected:
-  void RunInit(const Text& sTyped) {
-    const Text sAddress =
-        "postgresql://orvane@127.0.0.1:" + std::to_string(PostgresCluster::Get().Port()) + "/" +
-        m_sDatabase;
+  void RunInit(const Text& sTyped) { RunTyped({"init", "--server", AddressOf("orvane")}, sTyped); }
+  Text AddressOf(const Text& sUser) const {
+    return "postgresql://" + sUser + "@127.0.0.1:" + std::to_string(PostgresCluster::Get().Port()) +
+           "/" + m_sDatabase;
+  }
+  void RunTyped(std::vector<Text> arguments, const Text& sTyped,
+                const std::function<void(pid_t)>& atEnd = {}) {
+    arguments.insert(arguments.begin(), "orvane-historian");
+    std::vector<char*> pointers;
+    for (auto& sArgument : arguments) pointers.push_back(sArgument.data());
+    pointers.push_back(nullptr);
     const pid_t child = forkpty(&m_nTerminal, nullptr, nullptr, nullptr);
     if (child == 0) {
-      execl(ORVANE_HISTORIAN, "orvane-historian", "init", "--server", sAddress.c_str(), nullptr);
+      execv(ORVANE_HISTORIAN, pointers.data());
       _exit(127);
     }
     bool bTyped = false;
@@ -98,6 +109,7 @@ class TerminalTest : public ServerProgramTest {
                 static_cast<ssize_t>(sTyped.size()));
       bTyped = true;
     }
+    if (atEnd) atEnd(child);
     waitpid(child, &m_nStatus, 0);
   }
   ~TerminalTest() override {
@@ -126,6 +138,105 @@ TEST_F(TerminalTest, is_given_back_as_it_was_when_the_question_is_broken_off) {
   EXPECT_NE(now.c_lflag & ECHO, 0U);
   EXPECT_NE(now.c_lflag & ISIG, 0U);
   EXPECT_NE(now.c_cc[VEOL], 3);
+}
+
+// A password that stands nowhere else, and everything that is written under the user's folders.
+class CanaryTest : public TerminalTest {
+ protected:
+  static constexpr const char* kCanary = "Zeisig-7391-qXv;\"\\x";
+  // Enough of it to be known, without what is written in another way in files.
+  static constexpr const char* kBeginning = "Zeisig-7391";
+
+  CanaryTest() {
+    PostgresCluster::Get().Do(m_sDatabase, "DROP ROLE IF EXISTS canary");
+    PostgresCluster::Get().Do(
+        m_sDatabase, Text("CREATE ROLE canary LOGIN SUPERUSER PASSWORD '") + kCanary + "'");
+    for (const char* const sFolder : {"home", "temporary"}) {
+      std::filesystem::create_directory(m_root.Path() / sFolder);
+    }
+  }
+  // The first file below the folders that holds it; the name of the file counts, too.
+  Text FileWith(const Text& sText) const {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(m_root.Path())) {
+      if (entry.path().string().find(sText) != Text::npos) return entry.path().string();
+      if (entry.is_regular_file() && ContentOf(entry.path()).find(sText) != Text::npos) {
+        return entry.path().string();
+      }
+    }
+    return {};
+  }
+  static Text ContentOf(const std::filesystem::path& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+  }
+  static void ExpectHidden(const std::filesystem::path& process) {
+    for (const char* const sFile : {"cmdline", "environ", "comm"}) {
+      const Text sContent = ContentOf(process / sFile);
+      EXPECT_FALSE(sContent.empty()) << sFile;
+      EXPECT_EQ(sContent.find(kBeginning), Text::npos) << sFile;
+    }
+  }
+  Text Log() const { return (m_root.Path() / "statements.log").string(); }
+  std::unique_ptr<ado::Session> LogOn(const Text& sPassword) const {
+    return provider::HistorianProvider().Open(
+        ado::ConnectionSettings::Parse("Data Source = " + AddressOf("canary") +
+                                       "; User ID = canary; Log File = " + Log() +
+                                       "; Log Level = 3"),
+        sPassword, {});
+  }
+
+  // After the cluster was made, which is not the user's.
+  fakes::Variable m_home{"HOME", (m_root.Path() / "home").c_str()};
+  fakes::Variable m_temporary{"TMPDIR", (m_root.Path() / "temporary").c_str()};
+};
+
+TEST_F(CanaryTest, stands_nowhere_after_work_of_the_provider) {
+  const auto opened = LogOn(kCanary);
+  opened->Execute({"CREATE DATABASE \"Mill\" ", 0, {}}, {});
+  ado::Statement statement{"INSERT INTO Mill..Data (Tag, Timestamp, Value) VALUES (?, ?, ?)"};
+  statement.parameters = {platform::Value("T1"), platform::Value(provider::FixedNow()),
+                          platform::Value(1.5)};
+  opened->Execute(statement, {});
+  EXPECT_THROW(opened->Execute(statement, {}), platform::Failure);
+  EXPECT_THROW(opened->Execute({"SELECT nothing FROM Mill..Data", 0, {}}, {}), platform::Failure);
+  ExpectHidden("/proc/self");
+  PostgresCluster::Get().Do("postgres",
+                            "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE usename "
+                            "= 'canary'");
+  EXPECT_THROW(opened->Execute({"SELECT 1", 0, {}}, {}), platform::Failure);
+  try {
+    LogOn(Text(kCanary) + "y");
+    FAIL();
+  } catch (const platform::Failure& failed) {
+    EXPECT_EQ(failed.Description().find(kBeginning), Text::npos);
+  }
+  // It is looked for where there is something to find.
+  EXPECT_EQ(FileWith("SELECT nothing FROM"), Log());
+  EXPECT_EQ(FileWith(kBeginning), "");
+}
+
+TEST_F(CanaryTest, stands_nowhere_after_work_of_the_program) {
+  RunTyped({"init", "--server", AddressOf("canary")}, Text(kCanary) + "\n");
+  EXPECT_EQ(m_nStatus, 0) << m_sSeen;
+  EXPECT_EQ(m_sSeen.find(kBeginning), Text::npos);
+  close(std::exchange(m_nTerminal, -1));
+  m_sSeen.clear();
+  // One that fails behind the logon, and is looked at while it is a process still.
+  const Text sFile = WriteFile("rows.csv", "Nothing\n1\n");
+  bool bLooked = false;
+  RunTyped({"import", sFile, "--server", AddressOf("canary"), "--catalog", "None"},
+           Text(kCanary) + "\n", [&](pid_t process) {
+             bLooked = true;
+             const auto folder = std::filesystem::path("/proc") / std::to_string(process);
+             EXPECT_EQ(ContentOf(folder / "cmdline").find(kBeginning), Text::npos);
+             EXPECT_EQ(ContentOf(folder / "environ").find(kBeginning), Text::npos);
+           });
+  EXPECT_TRUE(bLooked);
+  EXPECT_EQ(WEXITSTATUS(m_nStatus), 1) << m_sSeen;
+  EXPECT_EQ(m_sSeen.find(kBeginning), Text::npos);
+  EXPECT_EQ(FileWith("Nothing"), sFile);
+  EXPECT_EQ(FileWith(kBeginning), "");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "console/session/server_of.h"
 
 #include "console/session/scope_tree_item.h"
+#include "platform/ado/extended_options.h"
 
 namespace orvane::console {
 
@@ -8,13 +9,13 @@ using platform::Text;
 
 namespace {
 
-Text UserOf(platform::Connection& connection) {
+Text TextOf(platform::Connection& connection, const char* sProperty) {
   try {
-    const auto vtUser = connection.Properties().Item(Text("User ID")).Value();
-    const auto* sUser = vtUser.As<Text>();
-    return sUser ? *sUser : Text();
+    const auto vtText = connection.Properties().Item(Text(sProperty)).Value();
+    const auto* sText = vtText.As<Text>();
+    return sText ? *sText : Text();
   } catch (const std::exception&) {
-    // A provider need not know its user.
+    // A provider need not know its user, nor how it gets there.
     return {};
   }
 }
@@ -30,7 +31,8 @@ std::optional<ShownServer> ServerOf(const ScopeTreeItem& item) {
   const auto* serverTag = dynamic_cast<const platform::ServerTag*>(tag.get());
   if (const auto connection = serverTag ? serverTag->OpenConnection() : nullptr) {
     server.bConnected = true;
-    server.sUser = UserOf(*connection);
+    server.sUser = TextOf(*connection, "User ID");
+    server.sLink = TextOf(*connection, platform::kLinkInUse);
   }
   return server;
 }

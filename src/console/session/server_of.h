@@ -14,6 +14,8 @@ struct ShownServer {
   platform::Text sName;
   platform::Text sUser;  ///< empty when not connected, or when the connection does not tell
   bool bConnected = false;
+  /// Whether the connection is encrypted, and to whom, in words; empty as sUser.
+  platform::Text sLink{};
 };
 
 /// The server of the item or of an item above it; none for an item above all servers.

@@ -49,11 +49,14 @@ void WindowStatus::ShowItem(const ScopeTreeItemPtr& item) {
                        : server->sUser.empty()
                            ? Shown(server->sName)
                            : tr("%1 as %2").arg(Shown(server->sName), Shown(server->sUser));
-  // No name holds the window open.
+  const auto sLink = server && !server->sLink.empty() ? ", " + Shown(server->sLink) : QString();
+  // No name holds the window open; of the link the beginning says the most.
   const auto metrics = m_lblServer->fontMetrics();
-  m_lblServer->setText(
-      metrics.elidedText(sServer, Qt::ElideMiddle, kServerCharacters * metrics.averageCharWidth()));
-  m_lblServer->setToolTip(m_lblServer->text() == sServer ? QString() : ToolTipOf(sServer));
+  const int iWidth = kServerCharacters * metrics.averageCharWidth();
+  m_lblServer->setText(metrics.elidedText(sServer, Qt::ElideMiddle, iWidth) +
+                       metrics.elidedText(sLink, Qt::ElideRight, iWidth));
+  const auto sWhole = sServer + sLink;
+  m_lblServer->setToolTip(m_lblServer->text() == sWhole ? QString() : ToolTipOf(sWhole));
   m_lblServer->setVisible(server.has_value());
 }
 

@@ -206,6 +206,10 @@ class EngineSession {
   /// match of exactly one. They live as long as the program.
   virtual std::span<const TypeSchema> Types() const = 0;
 
+  /// In a few words whether what is sent is encrypted and to whom; empty where nothing leaves this
+  /// machine. The same for as long as the session is open.
+  virtual platform::Text Link() const { return {}; }
+
   /// All catalogs, the server's own included, in the order of their case-folded names, ties by
   /// bytes. In one statement.
   virtual std::vector<Catalog> Catalogs(std::stop_token stop) = 0;

@@ -2,6 +2,7 @@
 
 #include "exports/row_import.h"
 #include "platform/quoting.h"
+#include "platform/row_failure.h"
 #include "tools/orvane_historian/catalog_database.h"
 
 namespace orvane::tools {
@@ -31,6 +32,15 @@ Text InsertStatement(const Text& sTable, const std::vector<ImportColumn>& column
          sNames + ") VALUES (" + sMarks + ")";
 }
 
+[[noreturn]] void RethrowOfRow(const exports::RowImport& rows, const platform::Failure& failed,
+                               std::int64_t llRow) {
+  try {
+    throw platform::RowFailure(failed, llRow);
+  } catch (const platform::RowFailure&) {
+    rows.RethrowOfRow();
+  }
+}
+
 }  // namespace
 
 std::int64_t Import(const provider::historian::CatalogRecord& record, std::istream& stream,
@@ -44,13 +54,13 @@ std::int64_t Import(const provider::historian::CatalogRecord& record, std::istre
                              InsertStatement(table.sName, rows.Columns(), order.bReplace));
     std::vector<Value> values;
     while (rows.Next(values)) {
+      ++llRows;
       try {
         for (const Value& vtValue : values) insert << vtValue;
         insert.Run();
-      } catch (const platform::Failure&) {
-        rows.RethrowOfRow();
+      } catch (const platform::Failure& failed) {
+        RethrowOfRow(rows, failed, llRows);
       }
-      ++llRows;
     }
   });
   return llRows;

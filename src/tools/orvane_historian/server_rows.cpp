@@ -200,8 +200,7 @@ std::int64_t ImportToServer(ServerCatalog& catalog, std::istream& stream,
                   ++llRows;
                   return true;
                 });
-  } catch (const Failure& failed) {
-    if (failed.Number() != failure::kConstraint) throw;
+  } catch (const Failure&) {
     rows.RethrowOfRow();
   }
   return llRows;

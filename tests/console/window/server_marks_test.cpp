@@ -13,22 +13,23 @@ namespace {
 
 using platform::Value;
 
-class UserProperty final : public platform::Property {
+class TextProperty final : public platform::Property {
  public:
-  explicit UserProperty(Text sUser) : m_sUser(std::move(sUser)) {}
+  TextProperty(Text sName, Text sText) : m_sName(std::move(sName)), m_sText(std::move(sText)) {}
   const Text& Name() const override { return m_sName; }
-  platform::Value Value() const override { return m_sUser; }
+  platform::Value Value() const override { return m_sText; }
   void Value(const platform::Value&) override {}
 
  private:
-  Text m_sName = "User ID";
-  Text m_sUser;
+  Text m_sName;
+  Text m_sText;
 };
 
-/// Open, and knows its user only.
+/// Open, and knows its user and its link only.
 class OpenConnection final : public platform::Connection, public platform::Properties {
  public:
-  explicit OpenConnection(Text sUser) : m_user(std::move(sUser)) {}
+  explicit OpenConnection(Text sUser, Text sLink = {})
+      : m_user("User ID", std::move(sUser)), m_link("Link in Use", std::move(sLink)) {}
   Text ConnectionString() const override { return {}; }
   void ConnectionString(const Text&) override {}
   platform::Properties& Properties() override { return *this; }
@@ -39,14 +40,16 @@ class OpenConnection final : public platform::Connection, public platform::Prope
                                     std::span<const platform::Value>) override {
     return nullptr;
   }
-  platform::Long Count() const override { return 1; }
+  platform::Long Count() const override { return 2; }
   platform::Property& Item(const platform::Value& vtName) override {
     if (*vtName.As<Text>() == m_user.Name() && !m_user.Value().As<Text>()->empty()) return m_user;
+    if (*vtName.As<Text>() == m_link.Name() && !m_link.Value().As<Text>()->empty()) return m_link;
     throw platform::Failure(platform::failure::kItemNotFound, "There is none.", "test");
   }
 
  private:
-  UserProperty m_user;
+  TextProperty m_user;
+  TextProperty m_link;
 };
 
 class TaggedServer final : public platform::Object, public platform::ServerTag {
@@ -127,6 +130,17 @@ TEST_F(ServerMarksTest, status_bar_names_server_and_user_of_what_is_shown) {
   EXPECT_EQ(Status(), "beta, not connected");
   ClickItem("");
   EXPECT_EQ(Status(), QString());
+}
+
+TEST_F(ServerMarksTest, status_bar_tells_whether_the_link_is_encrypted) {
+  Connect(std::make_shared<OpenConnection>("operator", "not encrypted"));
+  ClickItem("alpha");
+  EXPECT_EQ(Status(), "alpha as operator, not encrypted");
+  Connect(std::make_shared<OpenConnection>("operator", "encrypted to " + Text(100, 'h')));
+  EXPECT_THAT(Status().toStdString(), testing::StartsWith("alpha as operator, encrypted to h"));
+  EXPECT_LT(Status().size(), 100) << "no name holds the window open";
+  EXPECT_THAT(m_window->findChild<QLabel*>("shownServer")->toolTip().toStdString(),
+              testing::HasSubstr(Text(100, 'h')));
 }
 
 TEST_F(ServerMarksTest, connection_that_does_not_tell_its_user_is_named_by_its_server) {

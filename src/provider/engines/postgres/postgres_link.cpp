@@ -6,11 +6,16 @@
 #include <unistd.h>
 
 #include <array>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "ado/secret.h"
 #include "platform/failure.h"
+#include "platform/one_line.h"
 #include "provider/engines/postgres/postgres_errors.h"
 #include "provider/engines/postgres/postgres_logon.h"
 
@@ -84,6 +89,25 @@ void PostgresLink::RequireOpen() const {
   }
 }
 
+Text PostgresLink::Way() const {
+  const auto* const connection = m_connection.get();
+  const Text sHost = connection == nullptr ? Text() : PQhost(connection);
+  if (sHost.empty() || sHost.front() == '/' || sHost.front() == '@') return {};
+  if (PQsslInUse(m_connection.get()) == 0 && PQgssEncInUse(m_connection.get()) == 0) {
+    return "not encrypted";
+  }
+  // Also what the service file says, or the environment.
+  const PostgresOptions options(PQconninfo(m_connection.get()));
+  bool bNamed = false;
+  for (const auto* option = options.get(); option != nullptr && option->keyword != nullptr;
+       ++option) {
+    const bool bMode = std::string_view(option->keyword) == "sslmode" && option->val != nullptr;
+    bNamed = bNamed || (bMode && std::string_view(option->val) == "verify-full");
+  }
+  return fmt::format("encrypted to {}{}", platform::OneLine(sHost),
+                     bNamed ? "" : ", which has not proved its name");
+}
+
 void PostgresLink::FailLost() {
   const Text sWords = LastWords(m_connection.get());
   m_connection.reset();
@@ -144,6 +168,71 @@ void PostgresLink::Execute(const PostgresParameters& parameters, bool bBinary) {
   PQsetSingleRowMode(m_connection.get());
 }
 
+void PostgresLink::EnterPipeline() {
+  RequireOpen();
+  if (PQenterPipelineMode(m_connection.get()) == 0) FailLost();
+}
+
+void PostgresLink::LeavePipeline() noexcept {
+  if (m_connection == nullptr) return;
+  std::stop_source stop;
+  stop.request_stop();
+  try {
+    if (m_bQueued) QueueEnd();
+    while (m_nEnds > 0) Answer(stop.get_token());
+    if (PQexitPipelineMode(m_connection.get()) == 0) FailLost();
+  } catch (const Failure&) {
+    // The link is gone, and with it the statements.
+  }
+}
+
+void PostgresLink::Queued(int nDone) {
+  m_bQueued = true;
+  Sent(nDone);
+}
+
+void PostgresLink::Queue(const char* sSql) {
+  RequireOpen();
+  Queued(PQsendQueryParams(m_connection.get(), sSql, 0, nullptr, nullptr, nullptr, nullptr, 0));
+}
+
+void PostgresLink::QueuePrepare(const Text& sSql, const PostgresParameters& parameters) {
+  RequireOpen();
+  Queued(
+      PQsendPrepare(m_connection.get(), "", sSql.c_str(), parameters.Count(), parameters.Types()));
+  Queued(PQsendDescribePrepared(m_connection.get(), ""));
+}
+
+void PostgresLink::QueueExecute(const PostgresParameters& parameters) {
+  RequireOpen();
+  Queued(PQsendQueryPrepared(m_connection.get(), "", parameters.Count(), parameters.Values(),
+                             parameters.Lengths(), parameters.Formats(), 0));
+}
+
+void PostgresLink::QueueEnd() {
+  RequireOpen();
+  Sent(PQpipelineSync(m_connection.get()));
+  m_bQueued = false;
+  ++m_nEnds;
+}
+
+void PostgresLink::Push() {
+  RequireOpen();
+  if (PQflush(m_connection.get()) < 0) FailLost();
+}
+
+PostgresResult PostgresLink::Answer(const std::stop_token& stop) {
+  PostgresResult answer = Next(stop);
+  if (answer == nullptr) FailLost();
+  if (PQresultStatus(answer.get()) == PGRES_PIPELINE_SYNC) {
+    --m_nEnds;
+    return answer;
+  }
+  while (Next(stop) != nullptr) {
+  }
+  return answer;
+}
+
 PostgresResult PostgresLink::Next(const std::stop_token& stop,
                                   const std::function<void()>& onWait) {
   RequireOpen();
@@ -198,10 +287,29 @@ void PostgresLink::Abandon() noexcept {
   }
 }
 
+// libpq asks by a connection of its own, and waits for its end however long that takes.
 void PostgresLink::Cancel() const noexcept {
-  const PostgresCancel cancel(PQgetCancel(m_connection.get()));
-  std::array<char, 256> sError{};
-  if (cancel != nullptr) PQcancel(cancel.get(), sError.data(), static_cast<int>(sError.size()));
+  struct Asked {
+    std::mutex mutex;
+    std::condition_variable answered;
+    bool bAnswered = false;
+  };
+  PostgresCancel cancel(PQgetCancel(m_connection.get()));
+  if (cancel == nullptr) return;
+  try {
+    const auto asked = std::make_shared<Asked>();
+    std::thread([asked, cancel = std::move(cancel)] {
+      std::array<char, 256> sError{};
+      PQcancel(cancel.get(), sError.data(), static_cast<int>(sError.size()));
+      const std::lock_guard lock(asked->mutex);
+      asked->bAnswered = true;
+      asked->answered.notify_all();
+    }).detach();
+    std::unique_lock lock(asked->mutex);
+    asked->answered.wait_for(lock, kForCancelling, [&] { return asked->bAnswered; });
+  } catch (const std::exception&) {
+    // Without room for a thread nobody is asked; the statement goes on to its end or its limit.
+  }
 }
 
 }  // namespace orvane::provider::engines

@@ -27,6 +27,8 @@ class PostgresLink {
 
   /// The server as sentences name it.
   const platform::Text& Server() const { return m_sServer; }
+  /// How it goes there; see EngineSession::Link.
+  platform::Text Way() const;
   /// Fails with kObjectClosed when the link is gone.
   void RequireOpen() const;
   PGTransactionStatusType Transaction() const { return PQtransactionStatus(m_connection.get()); }
@@ -42,6 +44,25 @@ class PostgresLink {
                          const std::stop_token& stop);
   /// Runs what was prepared; the results come one by one, of rows one row each.
   void Execute(const PostgresParameters& parameters, bool bBinary);
+
+  /// From here on statements are queued and sent without waiting for the answers of those before;
+  /// what else talks to the server waits for LeavePipeline.
+  void EnterPipeline();
+  /// Takes the answers that are left without looking, after asking the server to end what it does.
+  void LeavePipeline() noexcept;
+  /// Queues what has no parameters; then one, or for a preparation two, Answers come, the second
+  /// with the types of its parameters.
+  void Queue(const char* sSql);
+  void QueuePrepare(const platform::Text& sSql, const PostgresParameters& parameters);
+  void QueueExecute(const PostgresParameters& parameters);
+  /// Ends what was queued and is sent from now on: what fails before it keeps what stands behind it
+  /// from being run. Has an Answer of its own.
+  void QueueEnd();
+  /// Sends what the socket takes now.
+  void Push();
+  /// Of the next of what was queued; a stop is heard as by Next.
+  PostgresResult Answer(const std::stop_token& stop);
+
   /// The next result, null behind the last. The handler is called now and then while nothing comes.
   /// A stop asks the server to end the statement, whose error then comes as the result; a server
   /// that does not answer that either loses the link.
@@ -54,6 +75,8 @@ class PostgresLink {
  private:
   [[noreturn]] void FailLost();
   void Sent(int nDone);
+  // The same for what is queued.
+  void Queued(int nDone);
   void Wait(const std::stop_token& stop, const std::function<void()>& onWait);
   void TellToStop();
 
@@ -61,6 +84,8 @@ class PostgresLink {
   // When a server that was asked to end what it does is waited for no longer.
   std::chrono::steady_clock::time_point m_giveUp = std::chrono::steady_clock::time_point::max();
   std::chrono::steady_clock::time_point m_tellAgain;
+  int m_nEnds = 0;         // of what was queued, whose answers are still to come
+  bool m_bQueued = false;  // something behind the last of them
   PostgresHandle m_connection;
 };
 

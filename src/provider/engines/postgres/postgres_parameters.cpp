@@ -123,15 +123,24 @@ NumberedText NumberParameters(const Text& sSql, bool bParameters) {
   return text;
 }
 
+void PostgresParameters::Add(Oid type, Text sContent, bool bBinary) {
+  m_texts.push_back(std::move(sContent));
+  m_types.push_back(type);
+  m_values.push_back(m_texts.back().c_str());
+  m_lengths.push_back(static_cast<int>(m_texts.back().size()));
+  m_formats.push_back(bBinary ? 1 : 0);
+}
+
+PostgresParameters::PostgresParameters(std::vector<BinaryParameter> values) {
+  m_texts.reserve(values.size());
+  for (BinaryParameter& value : values) Add(value.type, std::move(value.sBytes), true);
+}
+
 PostgresParameters::PostgresParameters(std::span<const Value> values) {
   m_texts.reserve(values.size());
   for (const Value& vtValue : values) {
     const auto add = [&](PostgresType type, Text sText, bool bBinary = false) {
-      m_texts.push_back(std::move(sText));
-      m_types.push_back(static_cast<Oid>(type));
-      m_values.push_back(m_texts.back().c_str());
-      m_lengths.push_back(static_cast<int>(m_texts.back().size()));
-      m_formats.push_back(bBinary ? 1 : 0);
+      Add(static_cast<Oid>(type), std::move(sText), bBinary);
     };
     std::visit(
         [&](const auto& content) {
@@ -191,6 +200,13 @@ bool PostgresParameters::Fit(std::span<const Oid> prepared) const {
     if (m_values[n] != nullptr && m_types[n] != prepared[n]) return false;
   }
   return true;
+}
+
+void PostgresParameters::TypeNulls(std::span<const Oid> prepared) {
+  if (prepared.size() != m_types.size()) return;
+  for (std::size_t n = 0; n < prepared.size(); ++n) {
+    if (m_values[n] == nullptr) m_types[n] = prepared[n];
+  }
 }
 
 }  // namespace orvane::provider::engines

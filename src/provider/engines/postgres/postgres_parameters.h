@@ -26,12 +26,19 @@ struct NumberedText {
 /// bParameters is false: then "?" is an operator.
 NumberedText NumberParameters(const platform::Text& sSql, bool bParameters);
 
+/// A parameter in the server's own form.
+struct BinaryParameter {
+  Oid type;
+  platform::Text sBytes;
+};
+
 /// Values as arrays for libpq, which point into this object.
 class PostgresParameters {
  public:
   /// Fails with failure::kTypeMismatch for an object, and for a text with a character of number 0,
   /// which PostgreSQL keeps nowhere.
   explicit PostgresParameters(std::span<const platform::Value> values);
+  explicit PostgresParameters(std::vector<BinaryParameter> values);
   PostgresParameters(const PostgresParameters&) = delete;
   PostgresParameters& operator=(const PostgresParameters&) = delete;
   ~PostgresParameters() = default;
@@ -43,8 +50,14 @@ class PostgresParameters {
   const int* Formats() const { return m_formats.data(); }
   /// True when a statement that was prepared with these types takes the values as well.
   bool Fit(std::span<const Oid> prepared) const;
+  /// A null becomes one of the type that another row had there; nothing for another number of
+  /// types.
+  void TypeNulls(std::span<const Oid> prepared);
 
  private:
+  // There is room for all of them already.
+  void Add(Oid type, platform::Text sContent, bool bBinary);
+
   std::vector<Oid> m_types;
   std::vector<platform::Text> m_texts;
   std::vector<const char*> m_values;

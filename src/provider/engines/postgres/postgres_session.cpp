@@ -12,6 +12,7 @@
 #include "ado/row_collector.h"
 #include "platform/conversions.h"
 #include "platform/quoting.h"
+#include "provider/engines/postgres/postgres_batch.h"
 #include "provider/engines/postgres/postgres_errors.h"
 #include "provider/engines/postgres/postgres_fetch.h"
 #include "provider/engines/postgres/postgres_forms.h"
@@ -141,7 +142,7 @@ void PostgresSession::RequireFewValues(const Call& call) {
 }
 
 PostgresSession::PostgresSession(std::unique_ptr<PostgresLink> link, const std::stop_token& stop)
-    : m_link(std::move(link)) {
+    : m_link(std::move(link)), m_sLink(m_link->Way()) {
   // One that this user may not read is as good as none.
   constexpr const char* kMay =
       "SELECT coalesce(has_table_privilege(t, 'SELECT') AND has_schema_privilege(s, 'USAGE'), "
@@ -264,38 +265,13 @@ void PostgresSession::RunIn(const Call& call, bool bReads, EngineResult& result,
 }
 
 RowIndex PostgresSession::RunBatch(const Call& call) {
-  const EngineStatement& statement = call.statement;
   call.rows.Begin({}, false);
-  RowIndex all = 0;
-  std::vector<Value> values;
-  std::vector<Oid> prepared;
-  while (statement.batch(values)) {
-    call.RequireNoStop();
-    call.RequireValues(values.size());
-    const PostgresParameters parameters(values);
-    if (!parameters.Fit(prepared)) {
-      prepared.assign(parameters.Types(), parameters.Types() + parameters.Count());
-      const PostgresResult described = m_link->Prepare(call.text.sSql, parameters, call.stop);
-      if (PQresultStatus(described.get()) != PGRES_COMMAND_OK) Fail(call, described.get());
-    }
-    m_link->Execute(parameters, false);
-    RowIndex changed = 0;
-    PostgresResult error;
-    while (PostgresResult result = m_link->Next(call.stop)) {
-      if (PQresultStatus(result.get()) == PGRES_FATAL_ERROR) {
-        if (error == nullptr) error = std::move(result);
-      } else {
-        changed = static_cast<RowIndex>(std::strtoll(PQcmdTuples(result.get()), nullptr, 10));
-      }
-    }
-    if (error != nullptr) Fail(call, error.get());
-    if (statement.rowsExpected && changed != *statement.rowsExpected) {
-      throw UnexpectedRows(changed, *statement.rowsExpected, statement.sSql);
-    }
-    all += changed;
-  }
+  const RowIndex changed =
+      PostgresBatch(*m_link, call.statement, call.text, call.stop, [&](const PGresult* error) {
+        Fail(call, error);
+      }).Run();
   call.rows.End(false);
-  return all;
+  return changed;
 }
 
 void PostgresSession::Commit(const Call& call, bool bReads) {

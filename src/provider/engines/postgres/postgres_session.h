@@ -21,6 +21,7 @@ class PostgresSession final : public EngineSession {
 
   Abilities Can() const override;
   std::span<const TypeSchema> Types() const override;
+  platform::Text Link() const override { return m_sLink; }
   /// The schemas of the database, without those of the server itself, and the historian's own two.
   std::vector<Catalog> Catalogs(std::stop_token stop) override;
   /// A schema with the tables of a catalog. Where it lies and how large it may be is for the
@@ -57,6 +58,7 @@ class PostgresSession final : public EngineSession {
   void Do(const platform::Text& sStatements, const std::stop_token& stop);
 
   std::unique_ptr<PostgresLink> m_link;
+  platform::Text m_sLink;
   bool m_bRecords = false;       // the database has a historian's table of catalogs
   bool m_bKeepsRecords = false;  // which this user may change
   TableColumns m_columns;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ado/row_collector.h"
+#include "platform/row_failure.h"
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_files.h"
 #include "provider/engines/sqlite/sqlite_functions.h"
@@ -110,18 +111,25 @@ platform::RowIndex SqliteSession::RunBatch(const EngineStatement& statement,
                                            SqliteStatement& prepared,
                                            const SqliteWatch& watch) const {
   platform::RowIndex all = 0;
+  std::int64_t llRow = 0;
   std::vector<platform::Value> values;
   while (statement.batch(values)) {
     // Short runs hardly let the watch look from inside.
     watch.Check(statement.sSql);
-    prepared.Bind(values);
+    ++llRow;
     const auto nChangesBefore = sqlite3_total_changes64(m_database.get());
-    prepared.Run();
-    prepared.Reset();
-    const bool bChanged = sqlite3_total_changes64(m_database.get()) != nChangesBefore;
-    const platform::RowIndex changed = bChanged ? sqlite3_changes64(m_database.get()) : 0;
-    if (statement.rowsExpected && changed != *statement.rowsExpected) {
-      throw UnexpectedRows(changed, *statement.rowsExpected, statement.sSql);
+    platform::RowIndex changed = 0;
+    try {
+      prepared.Bind(values);
+      prepared.Run();
+      prepared.Reset();
+      const bool bChanged = sqlite3_total_changes64(m_database.get()) != nChangesBefore;
+      changed = bChanged ? sqlite3_changes64(m_database.get()) : 0;
+      if (statement.rowsExpected && changed != *statement.rowsExpected) {
+        throw UnexpectedRows(changed, *statement.rowsExpected, statement.sSql);
+      }
+    } catch (const Failure& failed) {
+      throw platform::RowFailure(failed, llRow);
     }
     all += changed;
   }

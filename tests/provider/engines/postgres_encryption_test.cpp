@@ -1,0 +1,95 @@
+// Whether what is sent is encrypted, and to whom, as a connection tells it.
+#include <cstdlib>
+#include <fstream>
+
+#include "provider/engines/postgres/postgres_engine.h"
+#include "provider/historian_provider.h"
+#include "tests/provider/engines/postgres_fixture.h"
+#include "tests/provider/temporary_root.h"
+
+namespace orvane::provider::engines {
+namespace {
+
+using platform::Text;
+using platform::Value;
+using testing::HasSubstr;
+using tests::FailureOf;
+using tests::PostgresCluster;
+namespace failure = platform::failure;
+
+// A server that encrypts, with a certificate for "localhost" that it has made itself.
+class PostgresEncryptionTest : public tests::PostgresTest {
+ protected:
+  void SetUp() override {
+    const auto folder = PostgresCluster::Get().Folder();
+    const Text sData = (folder / "data").string();
+    const Text sMake =
+        "openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=localhost -addext "
+        "subjectAltName=DNS:localhost -keyout '" +
+        sData + "/server.key' -out '" + sData + "/server.crt' 2> /dev/null && chown --reference='" +
+        sData + "' '" + sData + "/server.key' '" + sData + "/server.crt' && chmod 600 '" + sData +
+        "/server.key' && cp '" + sData + "/server.crt' '" + Certificate() + "'";
+    if (std::system(sMake.c_str()) != 0) GTEST_SKIP() << "openssl makes no certificate here";
+    Encrypt("on");
+  }
+  void TearDown() override { Encrypt("off"); }
+
+  static Text Certificate() { return (PostgresCluster::Get().Folder() / "known.crt").string(); }
+  static void Encrypt(const Text& sOn) {
+    PostgresCluster::Get().Do("postgres", "ALTER SYSTEM SET ssl = " + sOn);
+    PostgresCluster::Get().Do("postgres", "SELECT pg_reload_conf()");
+    // It is read when the server comes to it.
+    while (true) {
+      PGconn* const connection = PQconnectdb(PostgresCluster::Get().Address().c_str());
+      PGresult* const result = PQexec(connection, "SHOW ssl");
+      const bool bDone = PQntuples(result) == 1 && sOn == PQgetvalue(result, 0, 0);
+      PQclear(result);
+      PQfinish(connection);
+      if (bDone) return;
+    }
+  }
+  /// As a connection of the provider tells it.
+  static Value LinkTo(const Text& sHost, const Text& sSettings) {
+    const auto opened = HistorianProvider({{std::make_shared<PostgresEngine>()}, FixedNow})
+                            .Open(ado::ConnectionSettings::Parse(
+                                      "Data Source = postgresql://" + sHost + ":" +
+                                      std::to_string(PostgresCluster::Get().Port()) + "/postgres" +
+                                      sSettings + "; User ID = " + PostgresCluster::kUser),
+                                  PostgresCluster::kPassword, {});
+    return opened->PropertyValue("Link in Use");
+  }
+};
+
+TEST_F(PostgresEncryptionTest, is_told_with_whom_it_is) {
+  EXPECT_EQ(LinkTo("127.0.0.1", "?sslmode=disable"), Value("not encrypted"));
+  EXPECT_EQ(LinkTo("127.0.0.1", "?sslmode=require"),
+            Value("encrypted to 127.0.0.1, which has not proved its name"));
+  EXPECT_EQ(LinkTo("localhost", "?sslmode=verify-full&sslrootcert=" + Certificate()),
+            Value("encrypted to localhost"));
+  EXPECT_EQ(Open()->Link(), "") << "a socket of this machine";
+}
+
+// One that counts as far is asked for it without a word in its address.
+TEST_F(PostgresEncryptionTest, a_far_server_encrypts) {
+  EXPECT_EQ(LinkTo("0x7f.1", ""), Value("encrypted to 0x7f.1, which has not proved its name"));
+}
+
+TEST_F(PostgresEncryptionTest, a_server_that_is_not_the_one_of_its_certificate_is_not_connected) {
+  const auto failed =
+      FailureOf([] { LinkTo("127.0.0.1", "?sslmode=verify-full&sslrootcert=" + Certificate()); });
+  EXPECT_EQ(failed.lNumber, failure::kServerNotFound);
+  EXPECT_THAT(failed.sSentence, HasSubstr("server certificate for"));
+}
+
+TEST_F(PostgresEncryptionTest, what_a_link_is_cannot_be_set) {
+  const auto opened =
+      HistorianProvider({{std::make_shared<PostgresEngine>()}, FixedNow})
+          .Open(ado::ConnectionSettings::Parse("Data Source = " + PostgresCluster::Get().Address()),
+                {}, {});
+  EXPECT_EQ(FailureOf([&] { opened->PropertyValue("link in use", "x"); }).sSentence,
+            "The property \"Link in Use\" can be read, but not set; set \"sslmode\" in the data "
+            "source.");
+}
+
+}  // namespace
+}  // namespace orvane::provider::engines
