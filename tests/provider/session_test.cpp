@@ -26,8 +26,9 @@ TEST_F(session, reads_while_another_program_writes) {
 
 TEST_F(session, offers_the_options_and_servers_of_its_provider) {
   HistorianProvider provider(PlaceAt(m_root.Path()));
-  EXPECT_EQ(provider.Properties().size(), 8U);
+  EXPECT_EQ(provider.Properties().size(), 9U);
   EXPECT_EQ(provider.Properties().front().sName, "Log File");
+  EXPECT_EQ(provider.Properties().at(7).sName, "Link in Use");
   EXPECT_EQ(provider.Properties().back().sName, "Time Zone in Use");
   EXPECT_EQ(provider.KnownServers(), std::vector<Text>{"localhost"});
 }

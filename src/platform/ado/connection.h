@@ -114,8 +114,8 @@ using RowSink = std::function<void(const RecordsetPtr& rows)>;
 using RowsHandler = std::function<void(const RecordsetPtr& rs)>;
 
 /// Gives the values for the next run of a statement; false when there is none. Called on the thread
-/// of the statement, one call at a time, and ahead of the runs (see RowFailure); what it throws undoes
-/// all and is what the caller gets. It owns what it uses: what was cancelled may still wait for it.
+/// of the statement, one call at a time, and ahead of the runs (see RowFailure); what it throws
+/// undoes all and is what the caller gets. It owns what it uses: a cancelled statement may wait.
 using ParameterRows = std::function<bool(std::vector<platform::Value>& values)>;
 
 class Command : public Object {

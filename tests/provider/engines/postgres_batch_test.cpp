@@ -111,6 +111,26 @@ TEST_F(PostgresBatchTest, a_text_that_is_too_long_is_told_with_its_row) {
   EXPECT_EQ(Count(), 0);
 }
 
+// It never gets to the server, but those before it do, and may be refused first.
+TEST_F(PostgresBatchTest, a_text_that_no_server_keeps_is_told_with_its_row) {
+  for (const std::int64_t llTwice : {9000, 7000}) {
+    Statement statement{"INSERT INTO s.t (a, b) VALUES (?, ?)", {}, {}};
+    statement.batch = [&, llRow = std::int64_t{0}](std::vector<Value>& values) mutable {
+      ++llRow;
+      values = {llRow == llTwice ? 1 : llRow, llRow == 8000 ? Text(1, '\0') : Text("x")};
+      return llRow <= 10'000;
+    };
+    try {
+      m_session->Run(statement, {});
+      FAIL();
+    } catch (const platform::RowFailure& failed) {
+      EXPECT_EQ(failed.Row(), std::min<std::int64_t>(llTwice, 8000));
+      EXPECT_EQ(failed.Number(), llTwice < 8000 ? failure::kConstraint : failure::kTypeMismatch);
+    }
+    EXPECT_EQ(Count(), 0);
+  }
+}
+
 TEST_F(PostgresBatchTest, a_stop_ends_rows_that_wait_for_another_program) {
   Insert(1);
   std::stop_source stop;

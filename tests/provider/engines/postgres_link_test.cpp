@@ -278,7 +278,7 @@ TEST_F(PostgresLinkTest, a_link_that_swallows_everything_is_noticed) {
     stopper.join();
   });
   alone.join();
-  if (!bMade) GTEST_SKIP() << "networks are made by root alone";
+  if (!bMade) GTEST_SKIP() << "only an administrator makes networks";
   for (const auto& told : {waiting, sending}) {
     EXPECT_EQ(told.lNumber, failure::kObjectClosed);
     EXPECT_THAT(told.sSentence, HasSubstr("The connection to the server at 127.0.0.1 was lost ("));

@@ -126,13 +126,15 @@ void PostgresBatch::QueueSavepoint() {
 }
 
 void PostgresBatch::SendRows() {
+  std::int64_t llRow = m_llDone;
   for (const auto& row : m_rows) {
+    ++llRow;
     std::optional<PostgresParameters> parameters;
     try {
       RequireValues(row.size());
       parameters.emplace(row);
-    } catch (...) {
-      m_notSent = std::current_exception();
+    } catch (const Failure& failed) {
+      m_notSent = std::make_exception_ptr(RowFailure(failed, llRow));
       break;
     }
     if (!m_bPrepared || !parameters->Fit(m_declared)) {
