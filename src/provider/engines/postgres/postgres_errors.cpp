@@ -114,7 +114,8 @@ Text SentenceOf(const PostgresError& error, std::string_view sServer, std::size_
     default:
       break;
   }
-  if (error.sState.starts_with("54")) {
+  // The second is what its parser says of nesting.
+  if (error.sState.starts_with("54") || error.sMessage.starts_with("memory exhausted")) {
     return fmt::format(
         "The statement is more than the server at {} does at once ({}): ask for less, or write it "
         "in a simpler way.",
