@@ -44,6 +44,18 @@ TEST(copied_cells, of_a_text_that_quotes_without_end_are_read_all_the_same) {
   EXPECT_EQ(cells->front().back().sText, "\"");
 }
 
+TEST(copied_cells, are_not_read_in_greater_number_than_anybody_could_paste) {
+  const auto nRead = [](const QString& sText) {
+    QMimeData data;
+    data.setText(sText);
+    std::size_t nCells = 0;
+    for (const auto& row : ReadCells(data).value_or(CopiedCells())) nCells += row.size();
+    return nCells;
+  };
+  EXPECT_EQ(nRead(QString("a\n").repeated(1'000'000)), kMostReadCells + 1);
+  EXPECT_EQ(nRead(QString("a\t").repeated(1'000'000)), kMostReadCells + 1);
+}
+
 TEST(copied_cells, of_a_page_come_before_those_of_its_text) {
   QMimeData data;
   data.setText("1,234.57\ttwo");

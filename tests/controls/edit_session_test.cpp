@@ -225,5 +225,38 @@ TEST_F(edit_session, random_edits_undone_and_redone_end_where_they_began) {
   }
 }
 
+/// As many rows and steps as there may be: each of the one for each of the other would not end.
+TEST(edit_session_of_many, rows_are_looked_for_in_steps_of_few_and_not_the_other_way_round) {
+  constexpr RowIndex kRowsOfMany = 50'000;
+  ado::RecordsetBuilder builder({{"Number", DataType::BigInt, false}, {"Level", DataType::Double}});
+  for (std::int64_t n = 0; n < kRowsOfMany; ++n) builder.AppendRow({n, 0.5});
+  const RecordsetPtr rs = builder.Finish();
+  EditSession session([](std::span<const RowIndex>) {});
+  session.Show(rs, All(), ValueInput(), {});
+  std::vector<CellEdit> added;
+  std::vector<RowIndex> rows;
+  for (RowIndex row = 0; row < kRowsOfMany; ++row) {
+    added.push_back({kRowsOfMany + row, 1, 1.5});
+    rows.push_back(kRowsOfMany + row);
+  }
+  session.Edit(added);
+  for (std::size_t n = 0; n < UndoSteps::kMostSteps - 2; ++n) {
+    session.Edit(static_cast<RowIndex>(n), 1, 7.5);
+  }
+  session.Discard(rows);
+  EXPECT_EQ(session.PendingCount(), static_cast<RowIndex>(UndoSteps::kMostSteps) - 2);
+  EXPECT_EQ(session.Undo(), std::optional<RowIndex>(2 * kRowsOfMany)) << "they came back";
+  EXPECT_EQ(rs->ValueAt(2 * kRowsOfMany, 1), Value(1.5));
+  EXPECT_EQ(session.Undo(), std::optional<RowIndex>(UndoSteps::kMostSteps - 3));
+  session.Redo();
+  rows.clear();
+  for (RowIndex row = 0; row < kRowsOfMany; ++row) rows.push_back(row);
+  EXPECT_EQ(session.Delete(rows).size(), rows.size());
+  session.Deleted(rows);
+  EXPECT_EQ(session.PendingCount(), kRowsOfMany) << "the new ones are left";
+  EXPECT_EQ(session.Undo(), std::optional<RowIndex>(2 * kRowsOfMany)) << "which came in one step";
+  EXPECT_EQ(session.PendingCount(), 0);
+}
+
 }  // namespace
 }  // namespace orvane::controls

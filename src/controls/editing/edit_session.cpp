@@ -220,23 +220,23 @@ void EditSession::Settle(RowIndex row, std::span<const ColumnIndex> mine, bool b
   const RowConflict* conflict = ConflictOf(row);
   if (!conflict) return;
   controls::Settle(*m_recordset, row, RowConflict(*conflict), mine, bDelete);
-  m_notes->steps.Forget(row);
   const RowIndex rows[] = {row};
+  m_notes->steps.Forget(rows);
   Follow(rows);
 }
 
 void EditSession::Stored(RowIndex row, std::span<const Value> stored) {
   m_recordset->Accept(row, stored);
-  m_notes->steps.Forget(row);
   const RowIndex rows[] = {row};
+  m_notes->steps.Forget(rows);
   Follow(rows);
 }
 
 void EditSession::Deleted(std::span<const RowIndex> rows) {
-  for (const RowIndex row : rows) {
-    m_recordset->Accept(row);
-    m_notes->steps.Forget(row);
-  }
+  for (const RowIndex row : rows) m_recordset->Accept(row);
+  std::vector<RowIndex> forgotten(rows.begin(), rows.end());
+  std::ranges::sort(forgotten);
+  m_notes->steps.Forget(forgotten);
   Follow(rows);
 }
 

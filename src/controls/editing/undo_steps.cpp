@@ -48,16 +48,33 @@ std::vector<RowIndex> UndoSteps::Move(Recordset& rs, std::vector<Step>& from, st
   const std::size_t nStep = to.size() - 1;
   std::vector<RowIndex> rows;
   for (const auto& [row, overlays] : to[nStep]) rows.push_back(row);
-  for (RowIndex& row : rows) {
-    const Overlays& overlays = to[nStep].at(row);
-    row = Lay(rs, row, Overlay(bBack ? overlays.before : overlays.behind));
+  std::vector<std::pair<RowIndex, RowIndex>> renumbered;
+  try {
+    for (RowIndex& row : rows) {
+      const Overlays& overlays = to[nStep].at(row);
+      const RowIndex now = Lay(rs, row, bBack ? overlays.before : overlays.behind);
+      if (now != row) renumbered.emplace_back(row, now);
+      row = now;
+    }
+  } catch (...) {
+    Renumber(renumbered);
+    throw;
   }
+  Renumber(renumbered);
   return rows;
 }
 
-void UndoSteps::Forget(RowIndex row) {
+// There may be many rows and many steps, but hardly ever steps of many rows.
+void UndoSteps::Forget(std::span<const RowIndex> rows) {
   for (auto* steps : {&m_done, &m_undone}) {
-    for (Step& step : *steps) step.erase(row);
+    for (Step& step : *steps) {
+      if (step.size() < rows.size()) {
+        std::erase_if(
+            step, [&](const auto& entry) { return std::ranges::binary_search(rows, entry.first); });
+      } else {
+        for (const RowIndex row : rows) step.erase(row);
+      }
+    }
     std::erase_if(*steps, [](const Step& step) { return step.empty(); });
   }
 }
@@ -126,9 +143,7 @@ RowIndex UndoSteps::Lay(Recordset& rs, RowIndex row, const Overlay& overlay) {
     return row;
   }
   if (!bWasThere) {
-    const RowIndex now = rs.AddNew();
-    Renumber(row, now);
-    row = now;
+    row = rs.AddNew();
   } else if (rs.StateAt(row) == RowState::New) {
     for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) rs.Restore(row, column);
   } else {
@@ -139,13 +154,29 @@ RowIndex UndoSteps::Lay(Recordset& rs, RowIndex row, const Overlay& overlay) {
   return row;
 }
 
-void UndoSteps::Renumber(RowIndex row, RowIndex now) {
+void UndoSteps::Renumber(std::span<const std::pair<RowIndex, RowIndex>> rows) {
+  if (rows.empty()) return;
+  const auto before = &std::pair<RowIndex, RowIndex>::first;
   for (auto* steps : {&m_done, &m_undone}) {
     for (Step& step : *steps) {
-      auto entry = step.extract(row);
-      if (entry.empty()) continue;
-      entry.key() = now;
-      step.insert(std::move(entry));
+      Step renumbered;
+      const auto move = [&](Step::iterator entry, RowIndex now) {
+        auto node = step.extract(entry);
+        node.key() = now;
+        renumbered.insert(std::move(node));
+      };
+      if (step.size() < rows.size()) {
+        for (auto entry = step.begin(); entry != step.end();) {
+          const auto at = entry++;
+          const auto found = std::ranges::lower_bound(rows, at->first, {}, before);
+          if (found != rows.end() && found->first == at->first) move(at, found->second);
+        }
+      } else {
+        for (const auto& [row, now] : rows) {
+          if (const auto at = step.find(row); at != step.end()) move(at, now);
+        }
+      }
+      step.merge(renumbered);
     }
   }
 }

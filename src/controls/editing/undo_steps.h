@@ -32,8 +32,9 @@ class UndoSteps {
   /// Takes the last step back and gives its rows; of a row that came back the number it has now.
   std::vector<platform::RowIndex> Undo(platform::Recordset& rs);
   std::vector<platform::RowIndex> Redo(platform::Recordset& rs);
-  /// The row was stored, or its edits were replaced by others: no step touches it any more.
-  void Forget(platform::RowIndex row);
+  /// The rows were stored, or their edits were replaced by others: no step touches them any more.
+  /// In ascending order.
+  void Forget(std::span<const platform::RowIndex> rows);
   void Clear();
 
   /// The rows that steps touch, in the order of their numbers.
@@ -61,8 +62,10 @@ class UndoSteps {
   std::vector<platform::RowIndex> Move(platform::Recordset& rs, std::vector<Step>& from,
                                        std::vector<Step>& to, bool bBack);
   /// Gives the number that the row has now.
-  platform::RowIndex Lay(platform::Recordset& rs, platform::RowIndex row, const Overlay& overlay);
-  void Renumber(platform::RowIndex row, platform::RowIndex now);
+  static platform::RowIndex Lay(platform::Recordset& rs, platform::RowIndex row,
+                                const Overlay& overlay);
+  /// Rows by their numbers before, in ascending order, with those that they have now.
+  void Renumber(std::span<const std::pair<platform::RowIndex, platform::RowIndex>> rows);
 
   std::vector<Step> m_done;
   std::vector<Step> m_undone;

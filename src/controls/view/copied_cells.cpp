@@ -18,8 +18,10 @@ std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
   qint32 nColumns = 0;
   stream >> nColumns;
   if (nColumns <= 0) return std::nullopt;
-  while (!stream.atEnd()) {
+  std::size_t nCells = 0;
+  while (!stream.atEnd() && nCells <= kMostReadCells) {
     auto& row = cells.emplace_back();
+    nCells += static_cast<std::size_t>(nColumns);
     for (qint32 n = 0; n < nColumns; ++n) {
       quint8 nKind = 0;
       QByteArray text;
@@ -59,9 +61,10 @@ CopiedCells ReadText(const QString& sText) {
   qsizetype n = 0;
   qsizetype nPatience = kMostVainCharacters;
   const auto at = [&](qsizetype nAt) { return nAt < sText.size() ? sText.at(nAt) : QChar(); };
-  while (n < sText.size()) {
+  std::size_t nCells = 0;
+  while (n < sText.size() && nCells <= kMostReadCells) {
     auto& row = cells.emplace_back();
-    for (bool bMore = true; bMore;) {
+    for (bool bMore = true; bMore && nCells <= kMostReadCells; ++nCells) {
       auto quoted = QuotedCell(sText, n, nPatience);
       const bool bQuoted = quoted.has_value();
       QString sCell = std::move(quoted).value_or(QString());

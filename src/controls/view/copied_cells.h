@@ -22,6 +22,10 @@ struct CopiedCell {
 
 using CopiedCells = std::vector<std::vector<CopiedCell>>;
 
+/// More cells are not read from a clipboard, as nobody could paste them; a few more tell that there
+/// are too many.
+inline constexpr std::size_t kMostReadCells = 400'000;
+
 /// Writes cells in the library's own form.
 class ExactCells final : public CellsWriter {
  public:
@@ -41,7 +45,8 @@ class ExactCells final : public CellsWriter {
 
 /// The cells on the clipboard: of this library's own form, else of the table of a page, else those
 /// of its text, parted by tabs and line breaks, where text in quotes may have both. An empty cell
-/// of a text is null, two quotes are the empty text. None when there is nothing of these.
+/// of a text is null, two quotes are the empty text. None when there is nothing of these; of more
+/// than kMostReadCells the first ones.
 std::optional<CopiedCells> ReadCells(const QMimeData& data);
 
 }  // namespace orvane::controls

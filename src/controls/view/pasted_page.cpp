@@ -14,7 +14,6 @@ namespace orvane::controls {
 
 namespace {
 
-constexpr std::size_t kMostPastedCells = 2'000'000;
 constexpr int kMostSpan = 20'000;
 constexpr int kMostEntityLength = 32;
 constexpr qsizetype kMostEntityNames = 300;
@@ -78,7 +77,7 @@ class PageReader {
   explicit PageReader(QStringView sPage) : m_sPage(sPage) {}
 
   std::optional<CopiedCells> Read() {
-    while (m_n < m_sPage.size() && !m_bDone && m_nCells <= kMostPastedCells) {
+    while (m_n < m_sPage.size() && !m_bDone && m_nCells <= kMostReadCells) {
       const QChar c = m_sPage[m_n];
       if (c == u'<' && ReadMarkup()) continue;
       if (c == u'&' && ReadEntity()) continue;
@@ -86,7 +85,7 @@ class PageReader {
       ++m_n;
     }
     EndRow();
-    if (m_nCells == 0 || m_nCells > kMostPastedCells) return std::nullopt;
+    if (m_nCells == 0 || m_nCells > kMostReadCells) return std::nullopt;
     return std::move(m_rows);
   }
 
@@ -297,7 +296,7 @@ class PageReader {
     PushReaching();
     const int nColumns = Span("colspan");
     const int nRows = Span("rowspan");
-    for (int n = 0; n < nColumns && m_nCells <= kMostPastedCells; ++n) {
+    for (int n = 0; n < nColumns && m_nCells <= kMostReadCells; ++n) {
       if (nRows > 1) {
         if (m_reaching.size() <= m_row.size()) m_reaching.resize(m_row.size() + 1);
         m_reaching[m_row.size()] = nRows - 1;
