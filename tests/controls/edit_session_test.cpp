@@ -87,6 +87,16 @@ TEST_F(edit_session, without_a_key_nothing_can_be_edited) {
   EXPECT_TRUE(m_session.Pending().empty());
 }
 
+// Whoever stands in a row of the step is not made to leave it, which would store the row.
+TEST_F(edit_session, a_step_leads_to_the_row_at_hand_where_it_changes_that) {
+  const std::vector<CellEdit> block = {{1, 2, 9.0}, {3, 2, 8.0}};
+  m_session.Edit(block);
+  EXPECT_EQ(m_session.Undo(3), std::optional<RowIndex>(3));
+  EXPECT_EQ(m_session.Redo(3), std::optional<RowIndex>(3));
+  EXPECT_EQ(m_session.Undo(2), std::optional<RowIndex>(1));
+  EXPECT_EQ(m_session.Redo(), std::optional<RowIndex>(1));
+}
+
 TEST_F(edit_session, steps_go_back_and_forth) {
   m_session.Edit(1, 1, Text("a"));
   m_session.Edit(1, 1, Text("b"));

@@ -151,18 +151,21 @@ void EditSession::Follow(std::span<const RowIndex> rows) {
   m_changed(rows);
 }
 
-std::optional<RowIndex> EditSession::Undo() {
+std::optional<RowIndex> EditSession::Undo(std::optional<RowIndex> current) {
   if (!m_recordset || !m_notes->steps.CanUndo()) return std::nullopt;
-  const auto rows = m_notes->steps.Undo(*m_recordset);
-  Follow(rows);
-  return rows.front();
+  return FollowStep(m_notes->steps.Undo(*m_recordset), current);
 }
 
-std::optional<RowIndex> EditSession::Redo() {
+std::optional<RowIndex> EditSession::Redo(std::optional<RowIndex> current) {
   if (!m_recordset || !m_notes->steps.CanRedo()) return std::nullopt;
-  const auto rows = m_notes->steps.Redo(*m_recordset);
+  return FollowStep(m_notes->steps.Redo(*m_recordset), current);
+}
+
+// A row of the step that is left would be sent, and could not be taken back with the others.
+RowIndex EditSession::FollowStep(std::span<const RowIndex> rows, std::optional<RowIndex> current) {
   Follow(rows);
-  return rows.front();
+  const bool bStays = current && std::ranges::find(rows, *current) != rows.end();
+  return bStays ? *current : rows.front();
 }
 
 std::vector<RowIndex> EditSession::Pending() const {

@@ -75,9 +75,10 @@ class EditSession final : public RowEditing {
   std::vector<platform::RowIndex> Delete(std::span<const platform::RowIndex> rows);
   /// Takes away all that lies over the rows.
   void Discard(std::span<const platform::RowIndex> rows);
-  /// Give a row to go to, none when there was nothing to take back.
-  std::optional<platform::RowIndex> Undo();
-  std::optional<platform::RowIndex> Redo();
+  /// Give a row to go to, none when there was nothing to take back: the current one where it is
+  /// among those that changed.
+  std::optional<platform::RowIndex> Undo(std::optional<platform::RowIndex> current = {});
+  std::optional<platform::RowIndex> Redo(std::optional<platform::RowIndex> current = {});
 
   std::vector<platform::RowIndex> Pending() const;
   bool IsPending(platform::RowIndex row) const {
@@ -108,6 +109,8 @@ class EditSession final : public RowEditing {
   void Change(std::span<const platform::RowIndex> rows, const std::function<void()>& change);
   void LayOver(const CellEdit& edit);
   void Follow(std::span<const platform::RowIndex> rows);
+  platform::RowIndex FollowStep(std::span<const platform::RowIndex> rows,
+                                std::optional<platform::RowIndex> current);
 
   std::shared_ptr<char> m_life = std::make_shared<char>();
   ChangedHandler m_changed;

@@ -57,8 +57,8 @@ GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events ev
           this)) {
   m_filling->setParent(this);
   RowView& rows = m_window.Rows();
-  new EditKeys(window, m_session, {[this] { StartEditing(); }, [this] { GoTo(m_session.Redo()); }},
-               this);
+  new EditKeys(window, m_session,
+               {[this] { StartEditing(); }, [this] { GoTo(m_session.Redo(CurrentRow())); }}, this);
   connect(rows.selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& /*current*/, const QModelIndex& previous) {
             if (!m_current && previous.isValid()) m_current = RecordRowOf(previous);
@@ -143,11 +143,12 @@ void GridEditing::AddCommands() {
                 [this] { m_filling->CellQuery(); },
                 canEdit,
                 edits});
-  commands.Add({CommandGroup::Edit, "&Undo", QKeySequence::Undo, [this] { GoTo(m_session.Undo()); },
+  commands.Add({CommandGroup::Edit, "&Undo", QKeySequence::Undo,
+                [this] { GoTo(m_session.Undo(CurrentRow())); },
                 [this] { return m_session.Recordset() && m_session.Notes()->steps.CanUndo(); },
                 edits});
   commands.Add({CommandGroup::Edit, "&Redo", QKeySequence(Qt::CTRL | Qt::Key_Y),
-                [this] { GoTo(m_session.Redo()); },
+                [this] { GoTo(m_session.Redo(CurrentRow())); },
                 [this] { return m_session.Recordset() && m_session.Notes()->steps.CanRedo(); },
                 edits});
   commands.Add({CommandGroup::Edit, "Discard Changes of &Row", Qt::Key_Escape,
@@ -250,6 +251,11 @@ void GridEditing::DiscardRow() {
   if (!current.isValid()) return;
   const RowIndex rows[] = {m_window.Rows().Model().RecordRow(current.row())};
   if (rows[0] < m_session.Recordset()->RecordCount()) m_session.Discard(rows);
+}
+
+std::optional<RowIndex> GridEditing::CurrentRow() const {
+  const QModelIndex current = m_window.Rows().currentIndex();
+  return current.isValid() ? std::optional(RecordRowOf(current)) : std::nullopt;
 }
 
 void GridEditing::GoTo(std::optional<RowIndex> row) {

@@ -65,6 +65,7 @@ class GridEditing final : public QObject {
   void OpenCell(const QModelIndex& index);
   void SetNull();
   void DiscardRow();
+  std::optional<platform::RowIndex> CurrentRow() const;
   void GoTo(std::optional<platform::RowIndex> row);
   /// None, with a sentence in the strip, where they are more than can be changed at once.
   std::vector<CellEdit> SelectedCells();

@@ -163,10 +163,10 @@ TEST_P(statements, runs_every_example_of_the_catalog_of_functions) {
 
 // Of a document's line that holds the statement of a named query, the statement; else nothing.
 Text StatementIn(const Text& sLine) {
-  const auto name = sLine.find("_Query\",\"text\":\"");
+  const auto name = sLine.find("\"name\":\"Query\",\"text\":\"");
   if (name == Text::npos) return {};
   Text sStatement;
-  for (std::size_t n = sLine.find(":\"", name) + 2; sLine.at(n) != '"'; ++n) {
+  for (std::size_t n = sLine.find("\"text\":\"", name) + 8; sLine.at(n) != '"'; ++n) {
     // The samples escape nothing but ends of lines.
     if (sLine[n] == '\\') ++n;
     sStatement += sLine[n - 1] == '\\' ? '\n' : sLine[n];
