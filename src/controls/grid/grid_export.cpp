@@ -11,8 +11,8 @@
 #include <chrono>
 
 #include "controls/values/tell_box.h"
-#include "controls/view/selection_bands.h"
 #include "controls/view/header_view.h"
+#include "controls/view/selection_bands.h"
 #include "controls/view/status_strip.h"
 #include "platform/failure.h"
 
