@@ -236,7 +236,9 @@ class Reader {
     if (!sName) Damaged("is no property, section, part or seal");
     if (!m_bag) Damaged("holds a property outside of a section");
     if (!m_bOneSeal) m_seals.Property({sLine, m_nLine});
-    sName->insert(0, m_seals.Prefix());
+    const std::string_view sPart = m_seals.Prefix();
+    if (sPart.size() > kLongestPart) Damaged("holds a property of a part of too long a name");
+    sName->insert(0, sPart);
     StoredValue value = ReadValue(line, *sName);
     // The name is needed for the sentence; the bag takes a copy only when it is refused.
     if (m_bag->Find(*sName)) Twice(*sName);

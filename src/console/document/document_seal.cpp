@@ -34,6 +34,7 @@ platform::Text SealOf(std::string_view sBytes) {
 }
 
 std::string_view PartOf(std::string_view sName) {
+  sName = sName.substr(0, kLongestPart);
   std::size_t nEnd = 0;
   for (int i = 0; i < kMostLevels; ++i) {
     const std::size_t nNext = sName.find('_', nEnd);

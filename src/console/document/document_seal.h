@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QCryptographicHash>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -32,8 +33,12 @@ class SealMaker {
 /// The seal of these bytes.
 platform::Text SealOf(std::string_view sBytes);
 
+/// Bytes of a part's name: every property of a part has them in its own name.
+constexpr std::size_t kLongestPart = 256;
+
 /// The part that a property belongs to: its name up to the last "_", as the names of items and of
-/// lists of them end; empty for a property of the section itself. Nothing is deeper than 16 parts.
+/// lists of them end; empty for a property of the section itself. Nothing is deeper than 16 parts,
+/// and no part has more than kLongestPart bytes.
 std::string_view PartOf(std::string_view sName);
 /// The part above, of which there may be none.
 std::string_view PartAbove(std::string_view sPart);

@@ -128,6 +128,19 @@ TEST(document_damage, refuses_a_property_outside_of_a_section) {
             Text::npos);
 }
 
+// Each property has the name of its part in its own: a short file would be a lot of memory.
+TEST(document_damage, refuses_properties_of_a_part_of_too_long_a_name) {
+  const Text sProperty = "{\"name\":\"a\",\"integer\":1}";
+  EXPECT_EQ(SentenceForLine("{\"part\":\"" + Text(256, 'x') + "_\"}\n" + sProperty),
+            "The document plant.orvc is damaged: line 4 holds a property of a part of too long a "
+            "name; restore it from a copy.");
+  DocumentContent content;
+  const Text sName = Text(255, 'x') + "_";
+  ReadDocument(kHeader + (kSnapIn + ("{\"part\":\"" + sName + "\"}\n")) + sProperty + "\n" + kEnd,
+               "plant.orvc", content);
+  EXPECT_EQ(content.SnapIn("SnapIn").ReadProperty(sName + "a", {}), Value(Long{1}));
+}
+
 TEST(document_damage, repeats_names_from_a_hostile_file_on_one_line_and_cut_off) {
   const Text sLine = "{\"name\":\"a\\nb\\u001b" + Text(1000, 'x') + "\",\"integer\":1}";
   EXPECT_EQ(SentenceForLine(sLine + "\n" + sLine),

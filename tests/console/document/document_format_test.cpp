@@ -61,6 +61,7 @@ TEST(document_format, a_part_is_an_item_or_a_list_of_them) {
   EXPECT_EQ(PartOf(sCatalog), sCatalog);
   EXPECT_EQ(PartOf(""), "");
   EXPECT_EQ(PartOf(Text(1000, '_')), Text(16, '_'));
+  EXPECT_EQ(PartOf("a_" + Text(300, 'x') + "_y"), "a_");
   EXPECT_EQ(PartAbove(sCatalog), "ServersNode_ServerNodes_ServerNode12_CatalogNodes_");
   EXPECT_EQ(EndNameOf(sCatalog), "CatalogNode1_");
   EXPECT_EQ(EndNameOf("a_"), "a_");
@@ -75,11 +76,14 @@ TEST(document_format, names_of_any_depth_read_back_as_they_were_written) {
     written.View().WriteProperty(sName, sName);
   }
   written.SnapIn("SnapIn").WriteProperty(Text(100000, '_'), true);
+  const Text sLong = "a_" + Text(1000, 'x') + "_y";
+  written.SnapIn("SnapIn").WriteProperty(sLong, "long");
   const Text sBytes = WriteDocument(written);
   DocumentContent read;
   EXPECT_EQ(ReadDocument(sBytes, "plant.orvc", read), DocumentSeal::Whole);
   EXPECT_EQ(WriteDocument(read), sBytes);
-  EXPECT_EQ(read.FindSnapIn("SnapIn")->Count(), 7U);
+  EXPECT_EQ(read.FindSnapIn("SnapIn")->Count(), 8U);
+  EXPECT_EQ(read.FindSnapIn("SnapIn")->ReadProperty(sLong, {}), Value("long"));
   EXPECT_EQ(read.FindSnapIn("SnapIn")->ReadProperty("a__b", {}), Value("a__b"));
   EXPECT_EQ(read.View().ReadProperty("__", {}), Value("__"));
 }
