@@ -45,6 +45,10 @@ bool IsText(const Value& vtValue) {
   return false;
 }
 
+bool IsDayOrClock(const Value& vtValue) {
+  return vtValue.Kind() == ValueKind::Date || vtValue.Kind() == ValueKind::TimeOfDay;
+}
+
 /// A column may keep fewer digits than are sent, and takes both zeros for equal.
 bool IsDouble(const Value& vtValue) {
   return vtValue.Kind() == ValueKind::Double;
@@ -87,9 +91,10 @@ class Composer {
     }
     // By its own rule first, for which a key has an index.
     const bool bText = IsText(vtValue);
-    if (bText && bKey) AddName(column).Add(" = ").AddValue(column, vtValue).Add(" AND ");
+    const bool bByRule = bText && bKey && (!IsOfDays(column) || IsDayOrClock(vtValue));
+    if (bByRule) AddName(column).Add(" = ").AddValue(column, vtValue).Add(" AND ");
     AddName(column).Add(" = ").AddValue(column, vtValue);
-    if (bText || IsDouble(vtValue)) Add(" COLLATE BINARY");
+    if (bText || IsDouble(vtValue) || IsOfDays(column)) Add(" COLLATE BINARY");
   }
   /// That the column holds exactly a value that is not known yet, null included.
   void AddAny(ColumnIndex column, bool bKey) {
@@ -114,6 +119,12 @@ class Composer {
   /// A column of times holds no text that is compared.
   bool ComparesTexts(ColumnIndex column) const {
     return m_rs.FieldAt(column).Type() != DataType::DBTimeStamp;
+  }
+  /// To the rule of such a column all that it meets is a date, or a time of day; what another
+  /// program stored there may be neither.
+  bool IsOfDays(ColumnIndex column) const {
+    const DataType type = m_rs.FieldAt(column).Type();
+    return type == DataType::DBDate || type == DataType::DBTime;
   }
   /// A number may be another one to a column of fewer digits.
   bool ComparesByRule(ColumnIndex column) const {

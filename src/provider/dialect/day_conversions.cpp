@@ -49,7 +49,9 @@ void TimeAnalysis::FailMixedDays(std::size_t token) const {
 // A column may be asked for exactly what is written there, as by those who edit its rows.
 bool TimeAnalysis::IsAsWritten(const Operand& operand) const {
   if (operand.expr == nullptr || operand.expr->kind != ExprKind::Collate) return false;
-  return At(operand.expr->operation + 1).IsWord("BINARY") && IsGivenText(operand);
+  if (!At(operand.expr->operation + 1).IsWord("BINARY")) return false;
+  const auto& range = Inside(operand.expr)->range;
+  return range.end - range.begin == 1 && At(range.begin).nParameter != 0;
 }
 
 void TimeAnalysis::ConvertToDay(const Expr& expr, Meant meant) {
@@ -172,7 +174,7 @@ Kinds TimeAnalysis::KindsOfDayCast(const Expr& expr, Meant meant) {
     return KindsOf(meant);
   }
   // What another program keeps means what it meant.
-  if (!m_place.sKept.empty() && !kinds::IsOnly(of, KindsOf(meant)) && !IsSurely(value, meant)) {
+  if (m_place.bStored && !kinds::IsOnly(of, KindsOf(meant)) && !IsSurely(value, meant)) {
     return kinds::kOther;
   }
   if (bTime) {

@@ -37,6 +37,8 @@ class TimeAnalysis {
     ViewKinds& views;
     /// What is kept beyond the statement, such as "a view": no time can be read for it. Else empty.
     platform::Text sKept{};
+    /// That is stored already, and may be another program's.
+    bool bStored = false;
   };
 
   explicit TimeAnalysis(const Place& place);

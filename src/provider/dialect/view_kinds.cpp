@@ -55,7 +55,7 @@ ViewKinds::View ViewKinds::Read(const FoundTable& found) {
   if (!read || read->tree.mainQuery == nullptr) return view;
   try {
     TimeAnalysis times({found.table.sDefinition, read->tree, *read->names, *read->edits, m_settings,
-                        m_work, *this, "a view"});
+                        m_work, *this, "a view", true});
     times.Run();
     for (const auto& column : times.OutputOf(*read->tree.mainQuery)) {
       view.kinds.push_back(column.kinds);

@@ -346,6 +346,26 @@ TEST_F(day_forms, that_another_program_stored_wrongly_are_compared_as_they_are_a
   EXPECT_EQ(Ids("Day > '*'"), "0 1 ");
 }
 
+TEST_F(day_forms, that_are_given_are_compared_as_they_are_written) {
+  const auto count = [&](const platform::Value& vtValue) {
+    ado::Statement statement{"SELECT Id FROM Plant1..Days WHERE Day = ? COLLATE BINARY", 0,
+                             std::chrono::seconds(0)};
+    statement.parameters = {vtValue};
+    return Rows(*m_session->Execute(statement, {}).recordset);
+  };
+  EXPECT_EQ(count(std::int64_t{5}), "");
+  EXPECT_EQ(count(-2.5), "");
+  EXPECT_EQ(count(platform::Bytes{std::byte{1}}), "");
+  EXPECT_EQ(count("2024-05-15"), "2\n");
+  ado::Statement sum{"SELECT Id FROM Plant1..Days WHERE Day = (? + 1) COLLATE BINARY", 0,
+                     std::chrono::seconds(0)};
+  sum.parameters = {std::int64_t{5}};
+  EXPECT_NE(FailureOf([&] { m_session->Execute(sum, {}); }).find("A number stands where a date"),
+            Text::npos);
+  EXPECT_EQ(Refusal("SELECT Id FROM Plant1..Days WHERE Day = 5 COLLATE BINARY"),
+            "A number stands where a date is meant");
+}
+
 TEST_F(day_forms, stand_in_definitions_as_they_are_written) {
   Run("CREATE VIEW Plant1..Recent AS SELECT Id, Day FROM Plant1..Days WHERE Day >= '2024-05-14' "
       "AND "
@@ -362,6 +382,11 @@ TEST_F(day_forms, stand_in_definitions_as_they_are_written) {
       "> '2000-01-01'), Clock TIME DEFAULT '08:30', Text DATE DEFAULT '2024-05-31', Month TEXT AS "
       "(strftime('%m', Text)), Next DATE AS (date(Text, '+1 day')))");
   Run("INSERT INTO Plant1..Made (Id) VALUES (1)");
+  Run("CREATE VIEW Plant1..Cast1 AS SELECT CAST('2024-05-14' AS DATE) AS d, CAST(Day AS DATE) AS e "
+      "FROM Plant1..Days WHERE Id = 1");
+  EXPECT_EQ(Run("SELECT d, e FROM Plant1..Cast1"), "2024-05-14|2024-05-16\n");
+  EXPECT_EQ(Refusal("CREATE VIEW Plant1..v AS SELECT CAST(Word AS DATE) AS d FROM Plant1..Days"),
+            "What may be no date meets one in a view");
   EXPECT_EQ(Run("SELECT Clock, Text, Month, Next FROM Plant1..Made WHERE Next > '2024-05-31'"),
             "08:30:00|2024-05-31|05|2024-06-01\n");
   for (const Text& sDefault : {"5", "'soon'", "'*'", "CURRENT_TIMESTAMP", "CURRENT_TIME"}) {
