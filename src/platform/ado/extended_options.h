@@ -21,8 +21,8 @@ inline constexpr const char* kHistoriansByGuidOption = "Historians By GUID";
 /// Beside the options, read only: the zone in which a connection counts, by its name in the time
 /// zone database.
 inline constexpr const char* kTimeZoneInUse = "Time Zone in Use";
-/// The same: whether what is sent to the server is encrypted, and to whom, in words; empty where
-/// nothing leaves this machine.
+/// The same: whether what is sent to the server is encrypted, and to whom, in words; empty over
+/// a socket of this machine.
 inline constexpr const char* kLinkInUse = "Link in Use";
 
 inline constexpr std::array kExtendedOptions = {

@@ -21,15 +21,19 @@ TEST(postgres_arrays, only_a_plain_insert_of_one_row_takes_many_at_once) {
             "INSERT INTO \"s\".\"a\"\"b\" (\"x\", y) |\"s\".\"a\"\"b\"|");
   EXPECT_EQ(read("insert into t values(?) on conflict do nothing"),
             "insert into t |t|on conflict do nothing");
+  EXPECT_EQ(read("INSERT INTO t VALUES (?) ON CONFLICT (\"a\", b) DO UPDATE SET b = excluded.b"),
+            "INSERT INTO t |t|ON CONFLICT (\"a\", b) DO UPDATE SET b = excluded.b");
   for (const char* const sSql :
        {"INSERT INTO t VALUES (?), (?)", "INSERT INTO t VALUES (?, 1)",
         "INSERT INTO t VALUES (?::int)", "INSERT INTO t VALUES (?) RETURNING a",
         "INSERT INTO t AS x VALUES (?)", "INSERT INTO t SELECT 1 UNION VALUES (?)",
         "INSERT INTO t(a) VALUES (?) ON CONFLICT (a) DO "
         "UPDATE SET a = ?",
-        "UPDATE t SET a = ?", "INSERT INTO t DEFAULT VALUES", "INSERT INTO \"t VALUES (?)",
-        "INSERT INTO t (a VALUES (?)", "INSERT INTO t VALUES (?); SELECT 1",
-        "INSERT INTO t OVERRIDING SYSTEM VALUE VALUES (?)", "INSERT INTO t VALUES (? /**/)"}) {
+        "INSERT INTO t(a) VALUES (?) ON CONFLICT (a) DO UPDATE SET b = (SELECT count(*) FROM t)",
+        "INSERT INTO t(a) VALUES (?) ON CONFLICT (f(a)) DO NOTHING", "UPDATE t SET a = ?",
+        "INSERT INTO t DEFAULT VALUES", "INSERT INTO \"t VALUES (?)", "INSERT INTO t (a VALUES (?)",
+        "INSERT INTO t VALUES (?); SELECT 1", "INSERT INTO t OVERRIDING SYSTEM VALUE VALUES (?)",
+        "INSERT INTO t VALUES (? /**/)"}) {
     EXPECT_EQ(read(sSql), "") << sSql;
   }
 }
@@ -73,6 +77,10 @@ TEST_F(PostgresBatchTest, rows_go_one_by_one_where_that_may_make_a_difference) {
       {"CREATE TRIGGER x AFTER INSERT ON s.t EXECUTE FUNCTION s.f()", "DROP TRIGGER x ON s.t"},
       {"CREATE RULE x AS ON INSERT TO s.t DO ALSO NOTHING", "DROP RULE x ON s.t"},
       {"ALTER TABLE s.t ENABLE ROW LEVEL SECURITY", "ALTER TABLE s.t DISABLE ROW LEVEL SECURITY"},
+      {"CREATE FUNCTION s.n() RETURNS text LANGUAGE sql AS 'SELECT count(*)::text FROM s.t'; ALTER "
+       "TABLE s.t ADD c text DEFAULT s.n()",
+       "ALTER TABLE s.t DROP c"},
+      {"ALTER TABLE s.t ADD CONSTRAINT k CHECK (s.n() <> '')", "ALTER TABLE s.t DROP CONSTRAINT k"},
       {"CREATE DOMAIN s.short AS varchar(6); ALTER TABLE s.t ALTER b TYPE s.short",
        "ALTER TABLE s.t ALTER b TYPE text"}};
   for (const auto& [sMake, sEnd] : cases) {

@@ -17,8 +17,9 @@ using platform::Text;
 using platform::Value;
 
 // Triggers see how many rows come at once, rules and policies are of whole statements, and a key
-// that refers to its own table is looked at when the statement ends. A domain cuts what is cast to
-// it, where it refuses what is given to it.
+// that refers to its own table is looked at when the statement ends. A function of somebody's own
+// in a default or a check may look for the rows before. A domain cuts what is cast to it, where it
+// refuses what is given to it.
 const char* const kTakesArrays =
     "WITH t AS (SELECT c.oid, c.relhasrules, c.relrowsecurity, c.relkind FROM pg_class AS c WHERE "
     "c.oid = to_regclass($1::text)), tree AS (SELECT oid FROM t UNION SELECT p.relid FROM t, "
@@ -28,7 +29,11 @@ const char* const kTakesArrays =
     "('r', 'p', 'f') AND NOT relhasrules AND NOT relrowsecurity) AND NOT EXISTS (SELECT FROM "
     "pg_trigger AS g JOIN tree ON g.tgrelid = tree.oid WHERE NOT g.tgisinternal) AND NOT EXISTS "
     "(SELECT FROM pg_constraint AS k WHERE k.contype = 'f' AND k.conrelid IN (SELECT oid FROM "
-    "tree) AND k.confrelid IN (SELECT oid FROM tree)) AND NOT EXISTS (SELECT FROM y WHERE typtype "
+    "tree) AND k.confrelid IN (SELECT oid FROM tree)) AND NOT EXISTS (SELECT FROM pg_depend AS d "
+    "LEFT JOIN pg_attrdef AS a ON d.classid = 'pg_attrdef'::regclass AND a.oid = d.objid LEFT JOIN "
+    "pg_constraint AS k ON d.classid = 'pg_constraint'::regclass AND k.oid = d.objid WHERE "
+    "d.refclassid = 'pg_proc'::regclass AND (a.adrelid IN (SELECT oid FROM tree) OR k.conrelid IN "
+    "(SELECT oid FROM tree))) AND NOT EXISTS (SELECT FROM y WHERE typtype "
     "IS DISTINCT FROM 'b' AND typtype IS DISTINCT FROM 'e') ORDER BY y.n";
 
 namespace {
@@ -209,8 +214,14 @@ std::optional<PostgresInsert> ReadInsert(const NumberedText& text) {
   if (!reader.Word("VALUES") || !reader.List(isNext)) return std::nullopt;
   reader.Space();
   const Text sBehind(reader.Rest());
-  if (nParameters != text.nParameters || !(sBehind.empty() || reader.Word("ON CONFLICT"))) {
-    return std::nullopt;
+  if (nParameters != text.nParameters) return std::nullopt;
+  if (!sBehind.empty()) {
+    // What is computed there may look for the rows before.
+    if (!reader.Word("ON CONFLICT ")) return std::nullopt;
+    reader.List([&] { return reader.Name(); });
+    if (!reader.Word("DO ") || reader.Rest().find('(') != std::string_view::npos) {
+      return std::nullopt;
+    }
   }
   return PostgresInsert{text.sSql.substr(0, nValues), sTable, sBehind};
 }

@@ -4,6 +4,7 @@
 
 #include <libpq-fe.h>
 
+#include <cstring>
 #include <memory>
 
 namespace orvane::provider::engines {
@@ -12,7 +13,13 @@ struct PostgresEnds {
   void operator()(PGconn* connection) const noexcept { PQfinish(connection); }
   void operator()(PGresult* result) const noexcept { PQclear(result); }
   void operator()(PGcancel* cancel) const noexcept { PQfreeCancel(cancel); }
-  void operator()(PQconninfoOption* options) const noexcept { PQconninfoFree(options); }
+  /// The password of a connection is among its options.
+  void operator()(PQconninfoOption* options) const noexcept {
+    for (auto* option = options; option->keyword != nullptr; ++option) {
+      if (option->val != nullptr) explicit_bzero(option->val, std::strlen(option->val));
+    }
+    PQconninfoFree(options);
+  }
 };
 
 using PostgresHandle = std::unique_ptr<PGconn, PostgresEnds>;

@@ -181,8 +181,9 @@ void PostgresLink::LeavePipeline() noexcept {
     if (m_bQueued) QueueEnd();
     while (m_nEnds > 0) Answer(stop.get_token());
     if (PQexitPipelineMode(m_connection.get()) == 0) FailLost();
-  } catch (const Failure&) {
+  } catch (...) {
     // The link is gone, and with it the statements.
+    m_connection.reset();
   }
 }
 
@@ -282,8 +283,9 @@ void PostgresLink::Abandon() noexcept {
   try {
     while (m_connection != nullptr && Next(stop.get_token()) != nullptr) {
     }
-  } catch (const Failure&) {
+  } catch (...) {
     // The link is gone, and with it the statement.
+    m_connection.reset();
   }
 }
 
