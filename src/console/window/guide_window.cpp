@@ -81,8 +81,11 @@ void GuideWindow::Open(const QString& sFile, QWidget* window) {
   }
   guide->StandBeside(owner);
   if (dialog) {
+    // Another dialog may be open beneath that one, which brings the guide home when it ends.
     connect(dialog, &QDialog::finished, guide, [guide, home = QPointer(window)] {
-      if (home) guide->StandBeside(home);
+      QWidget* owner = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (!owner) owner = home;
+      if (owner) guide->StandBeside(owner);
     });
   }
   guide->setWindowState(guide->windowState() & ~Qt::WindowMinimized);

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "console/document/document_format.h"
+#include "console/results/result_pane.h"
 #include "tests/console/window/main_window_fixture.h"
 
 namespace orvane::console {
@@ -188,6 +189,32 @@ TEST_F(kept_view, a_document_of_before_is_read_with_its_view_until_the_user_has_
   EXPECT_EQ(m_window->size(), QSize(700, 400));
   ASSERT_TRUE(m_window->Save());
   EXPECT_THAT(Content("a.orvc"), Not(HasSubstr("Geometry")));
+}
+
+TEST_F(kept_view, more_lists_than_there_are_do_not_get_into_the_settings) {
+  ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
+  m_window->NewDocument();
+  m_settings.remove("DocumentViews");
+  DocumentContent content;
+  ReadDocument(Content("a.orvc"), "a.orvc", content);
+  for (int n = 0; n < 1000; ++n) {
+    content.View().WriteProperty("List.Columns.n" + std::to_string(n), "100,200");
+  }
+  content.View().WriteProperty("List.Columns.wide" + Text(5000, 'w'), "100");
+  Text sWidths;
+  for (int n = 0; n < 5000; ++n) sWidths += "100,";
+  content.View().WriteProperty("List.Columns.long", sWidths);
+  WriteContent(WriteDocument(content));
+  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
+  EXPECT_EQ(m_window->findChild<ResultPane*>()->ColumnWidths().size(), 64U);
+  m_window->NewDocument();
+  const auto bytes = [](const QVariant& value) { return value.toByteArray().size(); };
+  m_settings.beginGroup("DocumentViews");
+  qsizetype nBytes = 0;
+  for (const auto& sKey : m_settings.allKeys()) nBytes += bytes(m_settings.value(sKey));
+  m_settings.endGroup();
+  EXPECT_GT(nBytes, 64);
+  EXPECT_LT(nBytes, 10'000);
 }
 
 TEST_F(kept_view, layouts_of_different_grids_merge) {

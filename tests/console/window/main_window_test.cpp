@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QDialog>
 #include <QDir>
 #include <QHeaderView>
 #include <QInputDialog>
@@ -11,6 +12,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTest>
+#include <QTimer>
 
 #include "console/document/row_memory.h"
 #include "console/results/result_pane.h"
@@ -258,6 +260,26 @@ TEST_F(MainWindowTest, f1_opens_the_guide_in_a_dialog_and_leaves_it_to_the_windo
     ASSERT_EQ(guides.size(), 1);
     EXPECT_TRUE(guides.front()->isVisible());
   }
+}
+
+TEST_F(MainWindowTest, guide_of_a_dialog_over_another_one_is_left_to_that) {
+  GuideWindow* guide = nullptr;
+  DialogAnswer answer([&](QWidget* box) {
+    QDialog over(box);
+    QTimer::singleShot(0, &over, [&] {
+      QTest::keyClick(&over, Qt::Key_F1);
+      guide = over.findChild<GuideWindow*>();
+      over.accept();
+    });
+    over.exec();
+    ASSERT_NE(guide, nullptr);
+    EXPECT_EQ(guide->parentWidget(), box);
+    EXPECT_TRUE(guide->isVisible());
+    // Without another F1 there.
+    Press(box, QMessageBox::Ok);
+  });
+  Action("actAbout")->trigger();
+  EXPECT_EQ(answer.Count(), 1);
 }
 
 TEST_F(MainWindowTest, guide_is_looked_for_with_what_is_installed_and_where_it_was_built) {
