@@ -27,8 +27,7 @@ TEST(postgres_arrays, only_a_plain_insert_of_one_row_takes_many_at_once) {
        {"INSERT INTO t VALUES (?), (?)", "INSERT INTO t VALUES (?, 1)",
         "INSERT INTO t VALUES (?::int)", "INSERT INTO t VALUES (?) RETURNING a",
         "INSERT INTO t AS x VALUES (?)", "INSERT INTO t SELECT 1 UNION VALUES (?)",
-        "INSERT INTO t(a) VALUES (?) ON CONFLICT (a) DO "
-        "UPDATE SET a = ?",
+        "INSERT INTO t(a) VALUES (?) ON CONFLICT (a) DO UPDATE SET a = ?",
         "INSERT INTO t(a) VALUES (?) ON CONFLICT (a) DO UPDATE SET b = (SELECT count(*) FROM t)",
         "INSERT INTO t(a) VALUES (?) ON CONFLICT (f(a)) DO NOTHING", "UPDATE t SET a = ?",
         "INSERT INTO t DEFAULT VALUES", "INSERT INTO \"t VALUES (?)", "INSERT INTO t (a VALUES (?)",
