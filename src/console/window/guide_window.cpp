@@ -83,9 +83,9 @@ void GuideWindow::Open(const QString& sFile, QWidget* window) {
   if (dialog) {
     // Another dialog may be open beneath that one, which brings the guide home when it ends.
     connect(dialog, &QDialog::finished, guide, [guide, home = QPointer(window)] {
-      QWidget* owner = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      if (!owner) owner = home;
-      if (owner) guide->StandBeside(owner);
+      QWidget* beneath = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (!beneath) beneath = home;
+      if (beneath) guide->StandBeside(beneath);
     });
   }
   guide->setWindowState(guide->windowState() & ~Qt::WindowMinimized);
