@@ -368,8 +368,7 @@ TEST_F(day_forms, that_are_given_are_compared_as_they_are_written) {
 
 TEST_F(day_forms, stand_in_definitions_as_they_are_written) {
   Run("CREATE VIEW Plant1..Recent AS SELECT Id, Day FROM Plant1..Days WHERE Day >= '2024-05-14' "
-      "AND "
-      "Clock < '05:00'");
+      "AND Clock < '05:00'");
   Run("CREATE INDEX Plant1..DayIndex ON Days (Day) WHERE Day > '2024-01-01'");
   Run("CREATE VIEW Plant1..Moving AS SELECT Id FROM Plant1..Days WHERE Day >= date('now', '-7 "
       "days')");
