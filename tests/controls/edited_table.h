@@ -29,6 +29,7 @@ struct EditedTable {
 
   /// Sends the row and accepts what was stored; gives the conflict there was.
   std::optional<controls::RowConflict> Store(platform::RowIndex row) const {
+    if (rs->StateAt(row) == platform::RowState::Deleted) return Delete(row);
     auto sent = controls::RowChanges(cn, objects, table, lTimeout).Send(*rs, row);
     if (!sent.conflict) rs->Accept(row, sent.stored);
     return std::move(sent.conflict);
@@ -39,6 +40,15 @@ struct EditedTable {
   platform::RecordsetPtr rs;
   controls::RowTable table;
   platform::Long lTimeout = 10;  ///< of a statement, in seconds
+
+ private:
+  std::optional<controls::RowConflict> Delete(platform::RowIndex row) const {
+    const platform::RowIndex rows[] = {row};
+    auto deleted = controls::RowChanges(cn, objects, table, lTimeout).Delete(*rs, rows);
+    if (!deleted.refused) rs->Accept(row);
+    EXPECT_EQ(deleted.refused.has_value(), deleted.conflict.has_value()) << deleted.sWhyNot;
+    return std::move(deleted.conflict);
+  }
 };
 
 /// A table "T" of the catalog "P", and what others see of it.

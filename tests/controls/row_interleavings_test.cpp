@@ -1,8 +1,10 @@
 // Two users edit the same few rows, each step of one between any two statements of the other: every
-// change that is stored was made of what its user has seen, whoever was faster. What must come of
-// each is worked out on plain rows. ORVANE_ROUNDS sets the number of interleavings.
+// change that is stored was made of what its user has seen, whoever was faster. Edits, new rows and
+// deletions go the way that those of a grid go. What must come of each is worked out on plain rows.
+// ORVANE_ROUNDS sets the number of interleavings.
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <cstdlib>
 #include <limits>
 #include <map>
@@ -10,7 +12,7 @@
 
 #include "platform/case_folding.h"
 #include "tests/controls/catalog_faults.h"
-#include "tests/controls/edited_table.h"
+#include "tests/controls/competing_user.h"
 #include "tests/controls/on_engines.h"
 #include "tests/provider/engines/postgres_cluster.h"
 
@@ -24,6 +26,9 @@ using platform::RowState;
 using platform::Text;
 using platform::Value;
 using tests::Difference;
+using Came = CompetingUser::Came;
+using Outcome = CompetingUser::Outcome;
+using User = CompetingUser;
 
 constexpr ColumnIndex kColumns = 3;
 
@@ -47,33 +52,6 @@ class PlainTable {
   }
 };
 
-// Asked before each statement of a user.
-class Between final : public platform::ObjectFactory {
- public:
-  explicit Between(std::shared_ptr<tests::HistorianServer> server) : m_server(std::move(server)) {}
-  platform::ConnectionPtr CreateConnection() override { return m_server->CreateConnection(); }
-  platform::CommandPtr CreateCommand() override {
-    if (before) before();
-    return m_server->CreateCommand();
-  }
-  platform::TableQueryPtr CreateTableQuery() override { return nullptr; }
-
-  std::function<void()> before;
-
- private:
-  std::shared_ptr<tests::HistorianServer> m_server;
-};
-
-enum class Outcome : std::uint8_t { Stored, Conflict, Refused };
-
-struct User {
-  explicit User(const std::shared_ptr<tests::HistorianServer>& server)
-      : edited(server, "T"), between(std::make_shared<Between>(server)) {}
-
-  tests::EditedTable edited;
-  std::shared_ptr<Between> between;
-};
-
 class row_interleavings : public testing::Test, public tests::OnEngines {
  protected:
   row_interleavings() {
@@ -89,7 +67,10 @@ class row_interleavings : public testing::Test, public tests::OnEngines {
           "DOUBLE)");
     }
     m_reader = m_server->Connect();
-    for (int i = 0; i < 2; ++i) m_users.push_back(std::make_unique<User>(m_server));
+    const auto handler = [this](User& user, std::span<const RowIndex> rows, const auto& call) {
+      Sending(user, rows, call);
+    };
+    for (int i = 0; i < 2; ++i) m_users.push_back(std::make_unique<User>(m_server, handler));
   }
 
   std::size_t Below(std::size_t n) { return m_random() % n; }
@@ -115,37 +96,61 @@ class row_interleavings : public testing::Test, public tests::OnEngines {
       m_server->Run(m_reader, "INSERT INTO P..T VALUES ('" + Text(sKey) + "', 'v', 0.5)");
       m_plain.rows.push_back({Value(sKey), Value("v"), Value(0.5)});
     }
-    for (const auto& user : m_users) Refresh(*user);
+    for (const auto& user : m_users) user->Refresh();
   }
-  void Refresh(User& user) { user.edited.rs = m_server->Run(user.edited.cn, "SELECT * FROM P..T"); }
+  User& OtherThan(const User& user) { return *m_users[m_users[0].get() == &user ? 1 : 0]; }
 
-  // Edits, adds or deletes a row, or fetches anew; in half of the cases sends what is pending.
-  void Step(User& user, User* other) {
-    platform::Recordset& rs = *user.edited.rs;
+  // Edits, adds or deletes rows, or fetches anew; what is edited or added is sent in half of the
+  // cases, with all that is pending or alone.
+  void Step(User& user) {
+    const platform::Recordset& rs = user.Rows();
     const auto count = static_cast<std::size_t>(rs.RecordCount());
     const std::size_t nWhat = Below(12);
-    if (nWhat == 0) return Refresh(user);
+    if (nWhat == 0) return user.Refresh();
     if (nWhat == 1 || count == 0) {
-      const RowIndex row = rs.AddNew();
-      rs.ValueAt(row, 0, AnyKey());
-      if (Below(2) == 0) rs.ValueAt(row, 1, AnyValue(1));
-      return Send(user, row, other);
+      const RowIndex row = rs.RecordCount();
+      std::vector<CellEdit> edits{{row, 0, AnyKey()}};
+      if (Below(2) == 0) edits.push_back({row, 1, AnyValue(1)});
+      user.session.Edit(edits);
+      return Leave(user, row);
     }
     const auto row = static_cast<RowIndex>(Below(count));
+    if (nWhat <= 3) return Delete(user);
     if (rs.StateAt(row) != RowState::Deleted) {
-      if (nWhat == 2) {
-        rs.Delete(row);
-      } else {
-        const auto column = static_cast<ColumnIndex>(Below(9) == 0 ? 0 : 1 + Below(2));
-        rs.ValueAt(row, column, AnyValue(column));
-      }
+      const auto column = static_cast<ColumnIndex>(Below(9) == 0 ? 0 : 1 + Below(2));
+      user.session.Edit(row, column, AnyValue(column));
     }
-    const auto pending = rs.PendingRows();
-    if (Below(2) == 0 && !pending.empty()) Send(user, pending[Below(pending.size())], other);
+    const auto pending = user.session.Pending();
+    if (Below(2) != 0 || pending.empty()) return;
+    if (Below(3) == 0) return user.outbox.SendAll();
+    Leave(user, pending[Below(pending.size())]);
+  }
+  // As the event loop of a window has it sent.
+  static void Leave(User& user, RowIndex row) {
+    user.outbox.Leave(row);
+    QCoreApplication::processEvents();
+  }
+  /// One row or several, among them such as nobody has stored yet.
+  void Delete(User& user) {
+    std::vector<RowIndex> rows;
+    for (RowIndex row = 0; row < user.Rows().RecordCount(); ++row) {
+      if (user.Rows().StateAt(row) != RowState::Deleted && Below(2) == 0) rows.push_back(row);
+    }
+    user.outbox.Delete(rows);
   }
 
   // What must come of the statement, done to the plain rows where it is stored.
-  Outcome Expect(const platform::Recordset& rs, RowIndex row) {
+  Came Expect(const platform::Recordset& rs, std::span<const RowIndex> rows) {
+    const std::vector<Row> before = m_plain.rows;
+    for (const RowIndex row : rows) {
+      const Outcome outcome = ExpectOne(rs, row);
+      if (outcome == Outcome::Stored) continue;
+      m_plain.rows = before;
+      return {outcome, row};
+    }
+    return {};
+  }
+  Outcome ExpectOne(const platform::Recordset& rs, RowIndex row) {
     const RowState state = rs.StateAt(row);
     if (state == RowState::New) {
       if (!m_plain.Takes(rs.ValueAt(row, 0), nullptr)) return Outcome::Refused;
@@ -172,55 +177,66 @@ class row_interleavings : public testing::Test, public tests::OnEngines {
     return Outcome::Stored;
   }
 
-  void Send(User& user, RowIndex row, User* other) {
-    platform::Recordset& rs = *user.edited.rs;
-    const bool bSends = rs.StateAt(row) != RowState::Edited || !ChangedColumns(rs, row).empty();
-    int nStatements = 0;
-    Outcome expected = Outcome::Stored;
-    user.between->before = [&] {
-      if (other != nullptr && Below(3) == 0) Step(*other, nullptr);
-      // Nothing comes between this and the statement.
-      if (nStatements++ == 0) expected = Expect(rs, row);
-    };
-    Row mine;
-    for (ColumnIndex column = 0; column < kColumns; ++column) {
-      mine[static_cast<std::size_t>(column)] = rs.ValueAt(row, column);
+  static std::vector<Row> SeenOf(const platform::Recordset& rs, std::span<const RowIndex> rows) {
+    std::vector<Row> seen;
+    for (const RowIndex row : rows) {
+      seen.push_back({rs.ValueAt(row, 0), rs.ValueAt(row, 1), rs.ValueAt(row, 2)});
     }
-    std::optional<RowConflict> conflict;
-    Outcome outcome = Outcome::Stored;
-    try {
-      auto sent = RowChanges(user.edited.cn, user.between, user.edited.table, 0).Send(rs, row);
-      conflict = std::move(sent.conflict);
-      if (conflict) {
-        outcome = Outcome::Conflict;
-      } else {
-        rs.Accept(row, sent.stored);
-      }
-    } catch (const platform::Failure& failed) {
-      // A row that is as it was read again: they have put it back meanwhile.
-      outcome =
-          failed.Number() == platform::failure::kConflict ? Outcome::Conflict : Outcome::Refused;
-    }
-    user.between->before = nullptr;
-    EXPECT_EQ(nStatements > 0, bSends);
-    if (bSends) EXPECT_EQ(outcome, expected);
-    if (outcome == Outcome::Stored) return;
-    ++m_nNotStored;
-    // What was typed is there, marked.
-    EXPECT_NE(rs.StateAt(row), RowState::Fetched);
-    for (ColumnIndex column = 0; column < kColumns; ++column) {
-      EXPECT_TRUE(SameValue(rs.ValueAt(row, column), mine[static_cast<std::size_t>(column)]));
-    }
-    if (conflict && Below(2) == 0) SettleSome(rs, row, *conflict);
+    return seen;
   }
 
-  void SettleSome(platform::Recordset& rs, RowIndex row, const RowConflict& conflict) {
-    std::vector<ColumnIndex> mine;
-    for (const ColumnConflict& one : conflict.columns) {
-      if (one.bMine && Below(2) == 0) mine.push_back(one.column);
+  // Before each statement of the sending the other user may take a step.
+  void Sending(const User& user, std::span<const RowIndex> rows,
+               const std::function<Came()>& call) {
+    const RecordsetPtr rs = user.session.Recordset();
+    const bool bSends =
+        rs->StateAt(rows[0]) != RowState::Edited || !ChangedColumns(*rs, rows[0]).empty();
+    const bool bDeletes = rs->StateAt(rows[0]) == RowState::Deleted;
+    const bool bOther = !std::exchange(m_bWithin, true);
+    int nStatements = 0;
+    Came expected;
+    user.between->before = [&] {
+      if (bOther && Below(3) == 0) Step(OtherThan(user));
+      // Nothing comes between this and the statement.
+      if (nStatements++ == 0) expected = Expect(*rs, rows);
+    };
+    const auto mine = SeenOf(*rs, rows);
+    const Came came = call();
+    user.between->before = nullptr;
+    if (bOther) m_bWithin = false;
+    EXPECT_EQ(nStatements > 0, bSends);
+    if (bSends) {
+      EXPECT_EQ(came, expected);
     }
-    const bool bDelete = rs.StateAt(row) == RowState::Deleted && Below(2) == 0;
-    Settle(rs, row, conflict, mine, bDelete);
+    if (came.outcome == Outcome::Stored) {
+      if (bDeletes && rows.size() > 1) ++m_nDeletedTogether;
+      return;
+    }
+    ++m_nNotStored;
+    if (bDeletes && rows.size() > 1) ++m_nKeptTogether;
+    // What was typed is there, marked.
+    for (const RowIndex row : rows) EXPECT_NE(rs->StateAt(row), RowState::Fetched);
+    const auto still = SeenOf(*rs, rows);
+    for (std::size_t n = 0; n < rows.size(); ++n) {
+      for (std::size_t column = 0; column < kColumns; ++column) {
+        EXPECT_TRUE(SameValue(still[n][column], mine[n][column]));
+      }
+    }
+  }
+
+  /// Some of what was told of others is settled.
+  void SettleSome(User& user) {
+    for (const RowIndex row : user.session.Pending()) {
+      const RowConflict* const conflict = user.session.ConflictOf(row);
+      if (conflict == nullptr || Below(2) != 0) continue;
+      EXPECT_NE(user.session.RemarkOf(row), "");
+      std::vector<ColumnIndex> mine;
+      for (const ColumnConflict& one : conflict->columns) {
+        if (one.bMine && Below(2) == 0) mine.push_back(one.column);
+      }
+      const bool bDelete = user.Rows().StateAt(row) == RowState::Deleted && Below(2) == 0;
+      user.session.Settle(row, mine, bDelete);
+    }
   }
 
   void ExpectSame() {
@@ -239,13 +255,16 @@ class row_interleavings : public testing::Test, public tests::OnEngines {
   std::vector<std::unique_ptr<User>> m_users;
   PlainTable m_plain;
   std::mt19937 m_random;
+  bool m_bWithin = false;  ///< a step within the sending of the other user
   int m_nNotStored = 0;
+  int m_nDeletedTogether = 0;
+  int m_nKeptTogether = 0;
 };
 
 ORVANE_ON_ENGINES(row_interleavings);
 
 TEST_P(row_interleavings, overwrite_nothing_that_was_not_seen) {
-  constexpr int kRounds = 100;
+  constexpr int kRounds = 50;
   constexpr int kSteps = 12;
   const char* const sRounds = std::getenv("ORVANE_ROUNDS");
   const int nRounds = sRounds != nullptr ? std::atoi(sRounds) : kRounds;
@@ -254,13 +273,42 @@ TEST_P(row_interleavings, overwrite_nothing_that_was_not_seen) {
     m_random.seed(static_cast<unsigned>(nSeed));
     Begin();
     for (int nStep = 0; nStep < kSteps; ++nStep) {
-      const std::size_t nUser = Below(2);
-      Step(*m_users[nUser], m_users[1 - nUser].get());
+      User& user = *m_users[Below(2)];
+      Step(user);
+      SettleSome(user);
     }
     ASSERT_NO_FATAL_FAILURE(ExpectSame());
     if (HasFailure()) return;
   }
   EXPECT_GT(m_nNotStored, nRounds / 5);
+  EXPECT_GT(m_nDeletedTogether, nRounds / 10);
+  EXPECT_GT(m_nKeptTogether, nRounds / 20);
+}
+
+TEST_P(row_interleavings, of_rows_deleted_together_the_one_that_stands_against_it_is_named) {
+  m_server->Run("INSERT INTO P..T VALUES ('a', 'v', 1), ('b', 'v', 2), ('c', 'v', 3)");
+  User& user = *m_users[0];
+  user.Refresh();
+  m_bWithin = true;  // nobody takes a step meanwhile
+  const auto rowOf = [&](const char* sKey) {
+    RowIndex row = 0;
+    while (user.Rows().ValueAt(row, 0) != Value(sKey)) ++row;
+    return row;
+  };
+  const RowIndex theirs = rowOf("b");
+  m_server->Run("UPDATE P..T SET a = 'theirs' WHERE k = 'b'");
+  m_plain.rows = {{Value("a"), Value("v"), Value(1.0)},
+                  {Value("b"), Value("theirs"), Value(2.0)},
+                  {Value("c"), Value("v"), Value(3.0)}};
+  user.outbox.Delete({0, 1, 2});
+  EXPECT_EQ(m_server->Read("SELECT count(*) FROM P..T"), "3\n");
+  for (RowIndex row = 0; row < 3; ++row) {
+    EXPECT_EQ(user.session.ConflictOf(row) != nullptr, row == theirs) << row;
+    EXPECT_EQ(user.Rows().StateAt(row), RowState::Deleted) << row;
+  }
+  user.session.Settle(theirs, {}, true);
+  user.outbox.SendAll();
+  EXPECT_EQ(m_server->Read("SELECT count(*) FROM P..T"), "0\n");
 }
 
 }  // namespace

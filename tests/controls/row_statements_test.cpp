@@ -37,18 +37,23 @@ TEST_F(RowStatementsTest, a_row_is_found_by_the_index_of_its_key) {
   m_server->Run("INSERT INTO P..Data (Tag, Timestamp, Value) VALUES ('T1', '*', 1)");
   for (const char* const sTable : {"T", "Data"}) {
     const auto mine = Open(sTable);
-    RowStatement statement = DeleteRow(mine.table, *mine.rs, 0);
-    statement.sSql = "EXPLAIN QUERY PLAN " + statement.sSql;
-    const auto command = m_server->CreateCommand();
-    command->ActiveConnection(mine.cn);
-    command->CommandText(statement.sSql);
-    for (const TypedValue& value : statement.values) {
-      command->Parameters().Append(command->CreateParameter(
-          {}, value.type, platform::ParameterDirection::Input, 0, value.vtValue));
+    const platform::ColumnIndex changed[] = {mine.rs->FieldCount() - 1};
+    RowStatement deletion{DeleteEachRow(mine.table, *mine.rs), {}};
+    for (const Value& vtValue : ValuesOfDeleted(mine.table, *mine.rs, 0)) {
+      deletion.values.push_back({platform::DataType::Empty, vtValue});
     }
-    const Text sPlan = provider::Rows(*command->Execute());
-    EXPECT_NE(sPlan.find("SEARCH"), Text::npos) << sPlan;
-    EXPECT_EQ(sPlan.find("SCAN"), Text::npos) << sPlan;
+    for (const RowStatement& statement : {UpdateRow(mine.table, *mine.rs, 0, changed), deletion}) {
+      const auto command = m_server->CreateCommand();
+      command->ActiveConnection(mine.cn);
+      command->CommandText("EXPLAIN QUERY PLAN " + statement.sSql);
+      for (const TypedValue& value : statement.values) {
+        command->Parameters().Append(command->CreateParameter(
+            {}, value.type, platform::ParameterDirection::Input, 0, value.vtValue));
+      }
+      const Text sPlan = provider::Rows(*command->Execute());
+      EXPECT_NE(sPlan.find("SEARCH"), Text::npos) << sPlan;
+      EXPECT_EQ(sPlan.find("SCAN"), Text::npos) << sPlan;
+    }
   }
 }
 
@@ -73,8 +78,9 @@ TEST_F(RowStatementsTest, statements_hold_no_values) {
   ASSERT_EQ(update.values.size(), 3U);
   EXPECT_EQ(update.values[1].vtValue, Value(std::int64_t{1}));
   EXPECT_EQ(update.values[1].type, platform::DataType::BigInt);
-  EXPECT_EQ(DeleteRow(mine.table, *mine.rs, 0).sSql,
-            "DELETE FROM \"P\"..\"T\" WHERE \"id\" = ? AND \"a\" = ? COLLATE BINARY");
+  EXPECT_EQ(DeleteEachRow(mine.table, *mine.rs),
+            "DELETE FROM \"P\"..\"T\" WHERE \"id\" = ? AND \"id\" IS ? COLLATE BINARY AND "
+            "\"a\" IS ? COLLATE BINARY");
 }
 
 TEST_F(RowStatementsTest, names_of_any_characters_are_quoted) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/row_failure.h"
 
 namespace orvane::controls {
 
@@ -23,13 +24,10 @@ RowChanges::RowChanges(platform::ConnectionPtr cn, platform::ObjectFactoryPtr ob
       m_lTimeout(std::max(lTimeout, 0)) {}
 
 SentRow RowChanges::Send(const Recordset& rs, RowIndex row) const {
-  const RowState state = rs.StateAt(row);
-  if (state == RowState::New) return {Insert(rs, row), std::nullopt};
+  if (rs.StateAt(row) == RowState::New) return {Insert(rs, row), std::nullopt};
   const auto columns = ChangedColumns(rs, row);
-  if (state == RowState::Fetched || (state == RowState::Edited && columns.empty())) return {};
-  const bool bDelete = state == RowState::Deleted;
-  const RowStatement statement =
-      bDelete ? DeleteRow(m_table, rs, row) : UpdateRow(m_table, rs, row, columns);
+  if (columns.empty()) return {};
+  const RowStatement statement = UpdateRow(m_table, rs, row, columns);
   std::vector<Value> key;
   for (const ColumnIndex column : m_table.key) key.push_back(rs.ValueAt(row, column));
   try {
@@ -40,7 +38,6 @@ SentRow RowChanges::Send(const Recordset& rs, RowIndex row) const {
     if (!conflict) throw;
     return {{}, std::move(conflict)};
   }
-  if (bDelete) return {};
   return {ReadStored(rs, row, key), std::nullopt};
 }
 
@@ -64,26 +61,21 @@ DeletedRows RowChanges::Delete(const Recordset& rs, std::span<const RowIndex> ro
       return {row, std::nullopt, failed.Description()};
     }
   }
-  const auto taken = std::make_shared<std::size_t>(0);
   const platform::CommandPtr command = Command(DeleteEachRow(m_table, rs));
   command->RowsExpected(1);
-  command->Batch([values, taken](std::vector<Value>& next) {
-    if (*taken == values->size()) return false;
-    next = (*values)[(*taken)++];
+  command->Batch([values, taken = std::size_t{0}](std::vector<Value>& next) mutable {
+    if (taken == values->size()) return false;
+    next = (*values)[taken++];
     return true;
   });
   try {
     command->Execute();
-  } catch (const Failure& failed) {
-    const bool bOfRow = failed.Number() == platform::failure::kConflict ||
-                        failed.Number() == platform::failure::kConstraint;
-    if (!bOfRow || *taken == 0) throw;
-    const RowIndex row = rows[*taken - 1];
+  } catch (const platform::RowFailure& failed) {
+    const RowIndex row = rows[static_cast<std::size_t>(failed.Row() - 1)];
     if (failed.Number() == platform::failure::kConflict) {
       return {row, ConflictOf(rs, row), failed.Description()};
     }
-    // A rule may also be looked at when all are gone, and then it is no matter of the last one.
-    if (*taken == values->size()) throw;
+    if (failed.Number() != platform::failure::kConstraint) throw;
     return {row, std::nullopt, failed.Description()};
   }
   return {};

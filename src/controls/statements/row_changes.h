@@ -15,8 +15,8 @@ namespace orvane::controls {
 
 /// What came of sending a row.
 struct SentRow {
-  /// The row as the server has it now, for Recordset::Accept. Empty for a deleted row, and where it
-  /// could not be read any more: then it was stored all the same.
+  /// The row as the server has it now, for Recordset::Accept. Empty where it could not be read any
+  /// more: then it was stored all the same.
   std::vector<platform::Value> stored;
   /// Then nothing was changed.
   std::optional<RowConflict> conflict;
@@ -36,8 +36,8 @@ class RowChanges {
   RowChanges(platform::ConnectionPtr cn, platform::ObjectFactoryPtr objects, RowTable table,
              platform::Long lTimeout);
 
-  /// Inserts, updates or deletes the row, as its state says; of an edited row without another value
-  /// than the originals nothing is sent. Fails as a command does, and with
+  /// Inserts or updates the row, as its state says, which is not Deleted; of an edited row without
+  /// another value than the originals nothing is sent. Fails as a command does, and with
   /// failure::kNotSupported for a row that its values cannot name; then nothing was changed.
   SentRow Send(const platform::Recordset& rs, platform::RowIndex row) const;
   /// Deletes the rows, which are all marked so, in one transaction: all of them or none, each of

@@ -221,16 +221,6 @@ RowStatement UpdateRow(const RowTable& table, const Recordset& rs, RowIndex row,
   return composer.Done();
 }
 
-RowStatement DeleteRow(const RowTable& table, const Recordset& rs, RowIndex row) {
-  Composer composer(table, rs);
-  composer.Begin("DELETE FROM " + TableName(table) + " WHERE ");
-  composer.AddKey(OriginalKey(table, rs, row));
-  for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
-    if (!table.NameOf(rs, column).empty()) composer.AddOriginal(row, column);
-  }
-  return composer.Done();
-}
-
 Text DeleteEachRow(const RowTable& table, const Recordset& rs) {
   Composer composer(table, rs);
   composer.Begin("DELETE FROM " + TableName(table) + " WHERE ");

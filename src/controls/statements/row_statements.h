@@ -41,15 +41,12 @@ bool SameValue(const platform::Value& vtOne, const platform::Value& vtOther);
 std::vector<platform::ColumnIndex> ChangedColumns(const platform::Recordset& rs,
                                                   platform::RowIndex row);
 
-/// Sets the columns where the row has its original key and their original values. This and the next
-/// fail with failure::kNotSupported for a row that its values cannot name.
+/// Sets the columns where the row has its original key and their original values. Fails with
+/// failure::kNotSupported for a row that its values cannot name.
 RowStatement UpdateRow(const RowTable& table, const platform::Recordset& rs, platform::RowIndex row,
                        std::span<const platform::ColumnIndex> columns);
-/// Deletes the row where it has all of its original values.
-RowStatement DeleteRow(const RowTable& table, const platform::Recordset& rs,
-                       platform::RowIndex row);
-/// The same for any row of the recordset: one statement that is run for many of them, each with its
-/// ValuesOfDeleted.
+/// Deletes a row of the recordset where it has all of its original values: one statement that is
+/// run for many of them, each with its ValuesOfDeleted.
 platform::Text DeleteEachRow(const RowTable& table, const platform::Recordset& rs);
 /// Fails as UpdateRow does.
 std::vector<platform::Value> ValuesOfDeleted(const RowTable& table, const platform::Recordset& rs,
