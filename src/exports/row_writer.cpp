@@ -227,17 +227,19 @@ class SqlWriter final : public RowWriter {
     sOut += '\'';
   }
 
-  // A number beyond all doubles is read as infinity.
+  // What no digits stand for in every engine: a number beyond all doubles is read as infinity, and
+  // the sign of zero belongs to doubles alone. An engine without NaN reads null.
   static void AppendDouble(Text& sOut, double dValue) {
+    constexpr std::string_view kInfinity = "CAST(9e999 AS DOUBLE)";
     if (std::isnan(dValue)) {
-      sOut += "NULL";
-      return;
+      sOut.append(kInfinity).append(" - ").append(kInfinity);
+    } else if (std::isinf(dValue)) {
+      sOut += dValue < 0 ? "CAST(-9e999 AS DOUBLE)" : kInfinity;
+    } else if (dValue == 0 && std::signbit(dValue)) {
+      sOut += "CAST('-0.0' AS DOUBLE)";
+    } else {
+      exports::AppendDouble(sOut, dValue);
     }
-    if (std::isinf(dValue)) {
-      sOut += dValue < 0 ? "-9e999" : "9e999";
-      return;
-    }
-    exports::AppendDouble(sOut, dValue);
   }
 
   // A zero byte would end the statement.

@@ -23,7 +23,8 @@ class RandomRows {
  public:
   using Value = platform::Value;
 
-  explicit RandomRows(std::uint64_t seed) : m_random(seed) {}
+  /// With NaN among the doubles where it is so.
+  explicit RandomRows(std::uint64_t seed, bool bNaN = false) : m_random(seed), m_bNaN(bNaN) {}
 
   std::vector<Value> Row(std::int64_t llNumber) {
     using namespace std::chrono;
@@ -64,6 +65,7 @@ class RandomRows {
                                  -1e22,
                                  std::numeric_limits<double>::infinity(),
                                  -std::numeric_limits<double>::infinity()};
+    if (m_bNaN && Less(8) == 0) return std::numeric_limits<double>::quiet_NaN();
     if (Less(3) == 0) return kEdges[Less(std::size(kEdges))];
     double d = 0;
     do d = std::bit_cast<double>(m_random());
@@ -125,6 +127,7 @@ class RandomRows {
   }
 
   std::mt19937_64 m_random;
+  bool m_bNaN;
 };
 
 }  // namespace orvane::tests

@@ -1,18 +1,11 @@
 // What goes wrong while a row is sent: what was typed stays, and the row at the server is whole.
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <fstream>
-#include <random>
-#include <set>
-#include <thread>
 
 #include "tests/controls/catalog_faults.h"
 #include "tests/controls/edited_table.h"
 #include "tests/controls/on_engines.h"
-#include "tests/fakes/killed_program.h"
 #include "tests/provider/conformance/postgres_under_test.h"
 #include "tests/provider/engines/postgres_cluster.h"
 
@@ -131,82 +124,6 @@ TEST_F(row_faults_of_servers, a_server_that_breaks_down) {
   tests::PostgresCluster::Get().Start();
   m_mine->cn = m_server->Connect();
   ExpectStoredNow();
-}
-
-// Both cells get the same number in one send; a row of two different ones would be half a change.
-TEST_P(row_faults, a_program_killed_between_two_steps_leaves_the_row_whole) {
-  m_mine.reset();
-  m_server->Run("INSERT INTO P..Data (Tag, Timestamp, Value) VALUES ('T1', '*', 1.5)");
-  const Text sData = m_server->Read("SELECT * FROM P..Data");
-  std::set<Text> seen;
-  Text sBefore = "0";
-  int nStep = 1;
-  for (auto ended = tests::Ended::Killed; ended == tests::Ended::Killed; ++nStep) {
-    const Text sNumber = std::to_string(nStep);
-    const auto send = [&] {
-      const tests::EditedTable mine(m_server, "T", {}, kInOrder);
-      mine.rs->ValueAt(0, 1, sNumber);
-      mine.rs->ValueAt(0, 2, sNumber);
-      tests::CountFromHere();
-      mine.Store(0);
-    };
-    const bool bServer = Differs(Difference::kChoosesItsPlaces);
-    ended = tests::KilledBefore(nStep, send,
-                                {bServer ? &tests::TalksToServer : &tests::ChangesFiles, true});
-    ASSERT_NE(ended, tests::Ended::Untraceable) << "this machine lets no process be traced";
-    m_faults->AwaitGone();
-    const Text sOld = "1|" + sBefore + "|" + sBefore + "\n2|other|\n";
-    const Text sNew = "1|" + sNumber + "|" + sNumber + "\n2|other|\n";
-    const Text sNow = Stored();
-    ASSERT_TRUE(sNow == sOld || sNow == sNew) << "killed before step " << nStep << ": " << sNow;
-    seen.insert(sNow == sNew ? "new" : "old");
-    if (sNow == sNew) sBefore = sNumber;
-    ASSERT_EQ(m_server->Read("SELECT * FROM P..Data"), sData) << "killed before step " << nStep;
-  }
-  EXPECT_EQ(Stored(), "1|" + sBefore + "|" + sBefore + "\n2|other|\n");
-  EXPECT_EQ(sBefore, std::to_string(nStep - 1)) << "the last one was not killed";
-  EXPECT_EQ(seen.size(), 2U);
-  EXPECT_GT(nStep, 8);
-  RecordProperty("steps", nStep - 1);
-}
-
-// Both cells get the same number in one send; a row of two different ones would be half a change.
-TEST_P(row_faults, a_killed_program_leaves_the_row_whole) {
-  constexpr int kKills = 12;
-  std::mt19937 random(11);
-  m_mine.reset();
-  for (int nKill = 0; nKill < kKills; ++nKill) {
-    int started[2];
-    ASSERT_EQ(pipe(started), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-      try {
-        const tests::EditedTable mine(m_server, "T", {}, kInOrder);
-        for (int n = 0;; ++n) {
-          const Text sNumber = std::to_string(nKill) + "." + std::to_string(n);
-          mine.rs->ValueAt(0, 1, sNumber);
-          mine.rs->ValueAt(0, 2, sNumber);
-          mine.Store(0);
-          if (n == 0 && write(started[1], "x", 1) != 1) _exit(1);
-        }
-      } catch (...) {
-      }
-      _exit(1);
-    }
-    close(started[1]);
-    char c = 0;
-    ASSERT_EQ(read(started[0], &c, 1), 1) << "the child did not send its first row";
-    close(started[0]);
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
-    kill(child, SIGKILL);
-    int nStatus = 0;
-    waitpid(child, &nStatus, 0);
-    ASSERT_TRUE(WIFSIGNALED(nStatus));
-    m_faults->AwaitGone();
-    EXPECT_EQ(m_server->Read("SELECT CASE WHEN a = b AND a LIKE '" + std::to_string(nKill) +
-                             ".%' THEN 'whole' END FROM P..T WHERE id = 1"),
-              "whole\n");
-  }
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include "exports/export_file.h"
 
-#include <sched.h>
 #include <sys/file.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/xattr.h>
 
@@ -12,6 +10,7 @@
 #include "platform/failure.h"
 #include "tests/fakes/killed_program.h"
 #include "tests/fakes/processes.h"
+#include "tests/fakes/small_disk.h"
 #include "tests/files/access_list.h"
 #include "tests/files/temporary_folder.h"
 
@@ -33,18 +32,6 @@ class ExportFileTest : public files::FolderTest {
       return failed.Description();
     }
     return "";
-  }
-  /// Parts this process from the disks of the others. False where it may not.
-  static bool TakeOwnDisks() {
-    if (fakes::IsAdministrator()) return unshare(CLONE_NEWNS) == 0;
-    const std::string sUser = std::to_string(geteuid());
-    const std::string sGroup = std::to_string(getegid());
-    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
-    // Only users and groups that have a number in there can make files.
-    WriteBytes("/proc/self/setgroups", "deny");
-    WriteBytes("/proc/self/uid_map", sUser + " " + sUser + " 1");
-    WriteBytes("/proc/self/gid_map", sGroup + " " + sGroup + " 1");
-    return true;
   }
   std::string Hidden(const std::string& sEnd) const {
     return files::Beside(Path(), sEnd.c_str()).string();
@@ -133,10 +120,7 @@ TEST_F(ExportFileTest, says_that_the_disk_is_full_and_keeps_the_old_file) {
 TEST_F(ExportFileTest, fills_a_real_disk_and_leaves_it_as_it_was) {
   constexpr int kNoDisk = 90;
   const int nEnded = fakes::InChild([&] {
-    if (!TakeOwnDisks() || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-        mount("none", Folder().c_str(), "tmpfs", 0, "size=64k") != 0) {
-      return kNoDisk;
-    }
+    if (!tests::MountSmallDisk(Folder())) return kNoDisk;
     WriteBytes(Path(), "old");
     int nEnd = 1;
     try {

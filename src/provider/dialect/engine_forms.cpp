@@ -1,6 +1,9 @@
 #include "provider/dialect/engine_forms.h"
 
 #include <algorithm>
+#include <limits>
+
+#include "platform/exact_number.h"
 
 namespace orvane::provider::dialect {
 
@@ -15,6 +18,11 @@ const Expr& BehindOrder(const Expr& side) {
     inner = inner->children.front();
   }
   return *inner;
+}
+
+bool IsBeyondDoubles(const Text& sNumber) {
+  const auto digits = platform::ReadDigits(sNumber);
+  return digits && digits->exponent > std::numeric_limits<double>::max_exponent10 + 1;
 }
 
 }  // namespace
@@ -82,10 +90,25 @@ void EngineForms::WriteExpression(const Expr& expr) {
       m_edits.Replace(expr.range, Text(m_form.sBytesBefore) + sBytes + Text(m_form.sBytesBehind));
       return;
     }
+    case ExprKind::Cast:
+      return WriteInfinity(expr);
     case ExprKind::Call:
       return WriteCall(expr);
     default:
       return;
+  }
+}
+
+// CAST(-9e999 AS DOUBLE): the engine may refuse a number beyond all doubles.
+void EngineForms::WriteInfinity(const Expr& cast) {
+  const Expr* number = cast.children.front();
+  while (number->kind == ExprKind::Bracket || number->kind == ExprKind::Sign) {
+    number = number->children.front();
+  }
+  const bool bDouble = !cast.type.empty() && At(cast.type.begin).IsWord("DOUBLE");
+  if (!bDouble || number->kind != ExprKind::Number) return;
+  if (IsBeyondDoubles(At(number->range.begin).sText)) {
+    m_edits.Replace(number->range, Text(m_form.sInfinity));
   }
 }
 

@@ -22,6 +22,7 @@ class EngineForms {
   void NameSubqueries();
   void WriteIndex();
   void WriteExpression(const Expr& expr);
+  void WriteInfinity(const Expr& cast);
   void WriteCompare(const Expr& expr);
   bool IsWordBehindIs(std::size_t i) const;
   bool IsOfColumn(const Expr& compare) const;

@@ -58,6 +58,7 @@ struct SqlForm {
   std::string_view sColumnSameBytesOrNull;
   std::string_view sBytesBefore;  ///< before and behind the digits of bytes
   std::string_view sBytesBehind;
+  std::string_view sInfinity;       ///< the double that no number is greater than
   std::string_view sMicroseconds;   ///< behind a number: that it counts them
   std::string_view sBetweenBefore;  ///< around what lies between two times: their microseconds
   std::string_view sBetweenBehind;
