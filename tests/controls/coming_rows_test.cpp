@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QToolButton>
 
 #include "controls/grid/query_results.h"
@@ -47,6 +48,30 @@ TEST_F(coming_rows, are_seen_and_counted_while_they_are_fetched) {
   EXPECT_EQ(Label(*results, "notice"), "");
   EXPECT_EQ(ViewOf(*results)->currentIndex().row(), 700) << "who looked at them goes on there";
   EXPECT_EQ(ViewOf(*results)->currentIndex().column(), 1);
+}
+
+TEST_F(coming_rows, are_told_with_the_time_so_far_and_how_many_come_in_a_second) {
+  const auto results = Bound();
+  Show(*results);
+  m_server.answer = m_rs;
+  const QRegularExpression rate(QStringLiteral("^\\d+ ms, [\\d,]+ a second$|^\\d+\\.\\d\\d s, "));
+  std::string sTime;
+  m_server.whileRunning = [&] {
+    m_rs->State(platform::FetchState::Running);
+    // Until there is a rate, however fast this machine is.
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+          m_rs->Rows(m_rs->RecordCount() + 1'000);
+          m_server.handler(m_rs);
+          sTime = Label(*results, "elapsed");
+          return rate.match(QString::fromStdString(sTime)).hasMatch();
+        },
+        30'000))
+        << sTime;
+    m_rs->State(platform::FetchState::Complete);
+  };
+  results->Execute();
+  EXPECT_EQ(Label(*results, "elapsed").find("a second"), std::string::npos);
 }
 
 TEST_F(coming_rows, that_end_early_are_kept_and_say_so_as_long_as_they_are_seen) {

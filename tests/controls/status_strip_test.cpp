@@ -44,6 +44,31 @@ TEST(status_strip, tells_rows_time_and_position) {
   EXPECT_TRUE(strip.findChild<QLabel*>("warning")->isHidden());
 }
 
+TEST(status_strip, tells_of_rows_that_come_how_many_since_when_and_how_fast) {
+  StatusStrip strip;
+  int nStopped = 0;
+  strip.OnCancel([&] { ++nStopped; });
+  strip.Coming(70, microseconds(99'999));
+  EXPECT_EQ(TextOf(strip, "rowCount"), "70 rows so far\u2026");
+  EXPECT_EQ(TextOf(strip, "elapsed"), "99 ms") << "a rate of so little time would be a guess";
+  strip.Coming(128'000, microseconds(100'000));
+  EXPECT_EQ(TextOf(strip, "rowCount"), "128,000 rows so far\u2026");
+  EXPECT_EQ(TextOf(strip, "elapsed"), "100 ms, 1,280,000 a second");
+  strip.Coming(1'000'001, microseconds(2'500'000));
+  EXPECT_EQ(TextOf(strip, "elapsed"), "2.50 s, 400,000 a second");
+  strip.Coming(1, microseconds(125'000'000));
+  EXPECT_EQ(TextOf(strip, "rowCount"), "1 row so far\u2026");
+  EXPECT_EQ(TextOf(strip, "elapsed"), "2 min 5 s, 0 a second");
+  auto* const stop = strip.findChild<QPushButton*>("stopFetch");
+  ASSERT_FALSE(stop->isHidden());
+  stop->click();
+  EXPECT_EQ(nStopped, 1);
+  // When all are here, only what they took is told.
+  strip.Rows(1'000'001, microseconds(2'600'000), {}, {});
+  EXPECT_EQ(TextOf(strip, "elapsed"), "2.60 s");
+  EXPECT_TRUE(stop->isHidden());
+}
+
 TEST(status_strip, what_matters_least_gives_way_first) {
   StatusStrip strip;
   auto* choice = new QToolButton;
