@@ -1,6 +1,8 @@
 // What somebody who edits rows sees: where the typed text stands, what an empty cell of a new row
 // says, how the question before rows are deleted speaks.
+#include <QAbstractButton>
 #include <QMenu>
+#include <QTextEdit>
 
 #include "tests/controls/pumps_fixture.h"
 
@@ -20,6 +22,18 @@ TEST_F(editing_looks, the_question_speaks_of_as_many_rows_as_there_are) {
   Press(Qt::Key_Delete);
   EXPECT_EQ(Window()->findChild<QMessageBox*>()->informativeText(),
             "The server deletes them at once; that cannot be undone.");
+  Answer("Cancel");
+}
+
+TEST_F(editing_looks, the_question_is_laid_out_as_every_message) {
+  Open("Pumps");
+  PressRowNumber(0);
+  Press(Qt::Key_Delete);
+  auto* box = Window()->findChild<QMessageBox*>();
+  ASSERT_NE(box->findChild<QTextEdit*>("m_txtMessage"), nullptr) << "a text of any length";
+  const auto buttons = box->buttons();
+  ASSERT_EQ(buttons.size(), 2);
+  EXPECT_EQ(buttons[0]->width(), buttons[1]->width());
   Answer("Cancel");
 }
 

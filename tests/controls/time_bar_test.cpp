@@ -11,6 +11,7 @@
 #include <QSpinBox>
 #include <QTest>
 #include <QToolButton>
+#include <QWheelEvent>
 
 namespace orvane::controls {
 namespace {
@@ -74,6 +75,28 @@ class time_bar : public testing::Test {
   int m_nKept = 0;
   TimeBar::Follow m_follow;
 };
+
+// Rolling over the bar on the way to the rows would fetch for each notch.
+TEST_F(time_bar, what_has_no_focus_takes_no_wheel) {
+  const auto roll = [](QWidget& over) {
+    const QPointF middle = over.rect().center();
+    QWheelEvent wheel(middle, over.mapToGlobal(middle), {}, {0, -120}, {}, {}, Qt::NoScrollPhase,
+                      false);
+    QCoreApplication::sendEvent(&over, &wheel);
+  };
+  auto& ranges = Find<QComboBox>("timeRange");
+  auto& seconds = Find<QSpinBox>("followSeconds");
+  Find<QLineEdit>("timeFrom").setFocus();
+  const int nSeconds = seconds.value();
+  roll(ranges);
+  roll(seconds);
+  EXPECT_EQ(m_nChosen, 0);
+  EXPECT_EQ(seconds.value(), nSeconds);
+  m_bar.activateWindow();
+  ranges.setFocus();
+  roll(ranges);
+  EXPECT_EQ(m_nChosen, 1);
+}
 
 TEST_F(time_bar, offers_what_is_often_asked_for) {
   const std::vector<std::pair<const char*, Text>> offered = {{"Last 10 minutes", "*-10m|*"},

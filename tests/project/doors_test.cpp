@@ -159,8 +159,8 @@ TEST(DoorsTest, no_doors_lead_around_in_a_circle) {
 TEST(DoorsTest, databases_stay_in_the_provider_and_toolkits_in_the_windows) {
   const std::set<std::string> databaseRooms = {"provider", "tools"};
   const auto isToolkitRoom = [](const std::string& sRoom) {
-    return sRoom == "trend" || sRoom == "sql_look" || sRoom.starts_with("controls/") ||
-           sRoom.starts_with("console/");
+    return sRoom == "trend" || sRoom == "widgets" || sRoom == "sql_look" ||
+           sRoom.starts_with("controls/") || sRoom.starts_with("console/");
   };
   for (const auto& [sRoom, allowed] : ReadDoors()) {
     for (const auto& sDoor : allowed) {

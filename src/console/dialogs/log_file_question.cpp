@@ -3,11 +3,11 @@
 #include <QCoreApplication>
 #include <filesystem>
 
-#include "console/dialogs/message_box.h"
 #include "console/look/pointer_rest.h"
 #include "console/look/program_title.h"
 #include "console/look/window_in_front.h"
 #include "platform/one_line.h"
+#include "widgets/message_box.h"
 
 namespace orvane::console {
 
@@ -31,7 +31,7 @@ Text WhereItLies(const Text& sFile) {
 
 platform::Boolean AskToWriteLogFile(const Text& sFile) {
   const PointerRest rest;
-  MessageBox box(WindowInFront());
+  widgets::MessageBox box(WindowInFront());
   box.setObjectName("logFileBox");
   box.setWindowTitle(ProgramTitle());
   box.setText(

@@ -12,8 +12,8 @@
 #include <cstring>
 
 #include "console/look/pointer_rest.h"
-#include "console/look/tool_tip.h"
 #include "console/look/window_in_front.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 
@@ -57,7 +57,7 @@ LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
   for (const platform::Text& sServer : request.knownServers) {
     const auto sShown = QString::fromStdString(sServer);
     m_cmbServer->addItem(sShown);
-    m_cmbServer->setItemData(m_cmbServer->count() - 1, ToolTipOf(sShown), Qt::ToolTipRole);
+    m_cmbServer->setItemData(m_cmbServer->count() - 1, widgets::ToolTipOf(sShown), Qt::ToolTipRole);
   }
   // The first known server is the default one.
   const bool bDefault = request.sServer.empty() && request.bServerSelectable;

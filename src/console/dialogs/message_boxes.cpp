@@ -2,10 +2,10 @@
 
 #include <QApplication>
 
-#include "console/dialogs/message_box.h"
 #include "console/look/pointer_rest.h"
 #include "console/look/program_title.h"
 #include "console/look/window_in_front.h"
+#include "widgets/message_box.h"
 
 namespace orvane::console {
 
@@ -24,7 +24,7 @@ MsgBoxResult MessageBoxes::MsgBox(const Text& sText, MsgBoxButtons buttons, MsgB
   const bool bYesNo = buttons == MsgBoxButtons::YesNo;
   if (m_iSuppressions > 0) return bYesNo ? MsgBoxResult::Yes : MsgBoxResult::Ok;
   const PointerRest rest;
-  MessageBox box(WindowInFront());
+  widgets::MessageBox box(WindowInFront());
   box.setObjectName("messageBox");
   box.setWindowTitle(sTitle.empty() ? ProgramTitle() : QString::fromStdString(sTitle));
   box.setText(QString::fromStdString(sText));

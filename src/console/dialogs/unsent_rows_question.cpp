@@ -3,11 +3,11 @@
 #include <QCoreApplication>
 #include <QPushButton>
 
-#include "console/dialogs/message_box.h"
 #include "console/look/pointer_rest.h"
 #include "console/look/program_title.h"
 #include "console/look/shown_text.h"
 #include "console/look/window_in_front.h"
+#include "widgets/message_box.h"
 
 namespace orvane::console {
 
@@ -21,7 +21,7 @@ struct UnsentRowsQuestion {
 
 platform::Boolean AskToGiveRowsUp(const platform::Text& sSentence) {
   const PointerRest rest;
-  MessageBox box(WindowInFront());
+  widgets::MessageBox box(WindowInFront());
   box.setObjectName("unsentRowsBox");
   box.setWindowTitle(ProgramTitle());
   box.setText(Shown(sSentence));

@@ -4,7 +4,7 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 
-#include "console/look/tool_tip.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 namespace {
@@ -50,7 +50,7 @@ int ColumnListModel::rowCount(const QModelIndex& parent) const {
 QVariant ColumnListModel::data(const QModelIndex& index, int iRole) const {
   if (!index.isValid() || (iRole != Qt::DisplayRole && iRole != Qt::ToolTipRole)) return {};
   const QString sName = QString::fromStdString(At(index.row()));
-  return iRole == Qt::ToolTipRole ? ToolTipOf(sName) : sName;
+  return iRole == Qt::ToolTipRole ? widgets::ToolTipOf(sName) : sName;
 }
 
 QVariant ColumnListModel::headerData(int iSection, Qt::Orientation orientation, int iRole) const {

@@ -1,49 +1,12 @@
 #include "console/forms/drop_down_control.h"
 
-#include <QAbstractItemView>
-#include <QHelpEvent>
-#include <QToolTip>
-#include <QWheelEvent>
-
-#include "console/look/tool_tip.h"
 #include "platform/failure.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 
 using platform::Long;
 using platform::Text;
-
-namespace {
-
-constexpr int kDropDownCharacters = 14;
-constexpr int kEntriesShown = 15;
-
-}  // namespace
-
-DropDownBox::DropDownBox(QWidget* parent) : QComboBox(parent) {
-  // Wide enough for its arrow and a usual name: a catalog's longest name does not set the width.
-  setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
-  setMinimumContentsLength(kDropDownCharacters);
-  setMaxVisibleItems(kEntriesShown);
-  setFocusPolicy(Qt::StrongFocus);
-  view()->setTextElideMode(Qt::ElideMiddle);
-}
-
-bool DropDownBox::event(QEvent* event) {
-  if (event->type() != QEvent::ToolTip) return QComboBox::event(event);
-  const bool bCut = view()->fontMetrics().horizontalAdvance(currentText()) > width();
-  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                     bCut ? ToolTipOf(currentText()) : QString(), this);
-  return true;
-}
-
-void DropDownBox::wheelEvent(QWheelEvent* event) {
-  if (hasFocus()) {
-    QComboBox::wheelEvent(event);
-  } else {
-    event->ignore();
-  }
-}
 
 DropDownControl::DropDownControl(FormDialog& dialog) : FormControl(dialog) {
   dialog.Watch(*m_widget);
@@ -60,7 +23,7 @@ void DropDownControl::Add(const Text& sText, Long lItemData) {
   m_items.push_back({sText, lItemData});
   const auto sShown = QString::fromStdString(sText);
   m_widget->addItem(sShown);
-  m_widget->setItemData(m_widget->count() - 1, ToolTipOf(sShown), Qt::ToolTipRole);
+  m_widget->setItemData(m_widget->count() - 1, widgets::ToolTipOf(sShown), Qt::ToolTipRole);
   m_widget->setCurrentIndex(iIndex);
 }
 

@@ -1,28 +1,17 @@
-// Drop-down list on a widget: it shows fifteen entries at once, and cuts what is too long for it.
-// Used by the forms of the dialogs; user-interface thread.
+// Drop-down list of a form on a widget: entries with a number each. Used by the forms of the
+// dialogs; user-interface thread.
 #pragma once
 
-#include <QComboBox>
 #include <vector>
 
 #include "console/forms/form_control.h"
+#include "widgets/drop_down_box.h"
 
 namespace orvane::console {
 
-/// Takes the wheel only while it has the focus: a form that scrolls under the mouse changes
-/// nothing.
-class DropDownBox : public QComboBox {
- public:
-  explicit DropDownBox(QWidget* parent = nullptr);
-
- protected:
-  bool event(QEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
-};
-
 /// Positions outside of the list fail with failure::kOutOfRange. Nothing is chosen until the owner
 /// or the user chooses.
-class DropDownControl : public FormControl<platform::DropDownList, DropDownBox> {
+class DropDownControl : public FormControl<platform::DropDownList, widgets::DropDownBox> {
  public:
   explicit DropDownControl(FormDialog& dialog);
   void Clear() override;

@@ -13,7 +13,7 @@
 
 #include "console/forms/form_area.h"
 #include "console/look/pointer_rest.h"
-#include "console/look/window_place.h"
+#include "widgets/window_place.h"
 
 namespace orvane::console {
 namespace {
@@ -117,7 +117,7 @@ void FormDialog::PlaceOver(QWidget* owner) {
   layout()->activate();
   const QScreen* const onScreen = window ? window->screen() : screen();
   const QRect available = onScreen->availableGeometry();
-  const QMargins frame = FrameOver(window);
+  const QMargins frame = widgets::FrameOver(window);
   const QSize most = available.size().shrunkBy(frame);
   FitInto(most);
 
@@ -132,7 +132,7 @@ void FormDialog::PlaceOver(QWidget* owner) {
   } else {
     place.moveCenter(bOver ? window->frameGeometry().center() : available.center());
   }
-  move(MovedInto(available, place).topLeft());
+  move(widgets::MovedInto(available, place).topLeft());
 }
 
 void FormDialog::FitInto(const QSize& most) {

@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <QEvent>
 
-#include "console/look/window_place.h"
+#include "widgets/window_place.h"
 
 namespace orvane::console {
 
@@ -15,7 +15,7 @@ bool DialogsOnScreen::eventFilter(QObject* watched, QEvent* event) {
     QMetaObject::invokeMethod(
         dialog,
         [dialog] {
-          if (dialog->isVisible()) KeepOnScreen(*dialog);
+          if (dialog->isVisible()) widgets::KeepOnScreen(*dialog);
         },
         Qt::QueuedConnection);
   }

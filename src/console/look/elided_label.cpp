@@ -5,7 +5,7 @@
 #include <QStyle>
 #include <QToolTip>
 
-#include "console/look/tool_tip.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 namespace {
@@ -35,7 +35,7 @@ bool ElidedLabel::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QLabel::event(event);
   const bool bCut = fontMetrics().horizontalAdvance(text()) > width();
   QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                     bCut ? ToolTipOf(text()) : QString(), this);
+                     bCut ? widgets::ToolTipOf(text()) : QString(), this);
   return true;
 }
 

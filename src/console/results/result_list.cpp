@@ -15,7 +15,7 @@
 #include <utility>
 
 #include "console/look/roomy_rows.h"
-#include "console/look/tool_tip.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 
@@ -230,7 +230,9 @@ bool ResultList::ShowsTip(const QHelpEvent& event, bool bHeading) {
     const int iColumn = header->logicalIndexAt(event.pos());
     const auto sText =
         iColumn < 0 ? QString() : m_order->headerData(iColumn, Qt::Horizontal).toString();
-    if (header->sectionSizeHint(iColumn) > header->sectionSize(iColumn)) sTip = ToolTipOf(sText);
+    if (header->sectionSizeHint(iColumn) > header->sectionSize(iColumn)) {
+      sTip = widgets::ToolTipOf(sText);
+    }
   } else if (const auto index = m_details->indexAt(event.pos()); index.isValid()) {
     // What is seen whole needs no tip.
     if (m_details->sizeHintForIndex(index).width() <= m_details->visualRect(index).width()) {

@@ -13,9 +13,9 @@
 #include "console/look/elided_label.h"
 #include "console/look/image_list.h"
 #include "console/look/picture_side.h"
-#include "console/look/tool_tip.h"
 #include "console/results/message_page.h"
 #include "console/session/console_session.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 
@@ -162,7 +162,7 @@ void ResultPane::Follow(ConsoleSession* session) {
     const auto views = m_session->ViewsOfSelected();
     for (const auto& view : views) {
       const int iTab = m_tabs->addTab(TabText(view));
-      m_tabs->setTabToolTip(iTab, ToolTipOf(QString::fromStdString(view.sDescription)));
+      m_tabs->setTabToolTip(iTab, widgets::ToolTipOf(QString::fromStdString(view.sDescription)));
     }
     m_tabs->setVisible(views.size() > 1);
   });

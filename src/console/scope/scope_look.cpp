@@ -9,8 +9,8 @@
 
 #include "console/look/contrast.h"
 #include "console/look/image_list.h"
-#include "console/look/tool_tip.h"
 #include "console/session/scope_tree_item.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 
@@ -26,8 +26,8 @@ QVariant TipOf(const ScopeTreeItem& item) {
     return item.Server() == ServerState::Connected ? Texts::tr("Connected")
                                                    : Texts::tr("Not connected");
   }
-  return ToolTipOf(Texts::tr("%1 could not be opened. Double-click it to try again.")
-                       .arg(QString::fromStdString(item.Name())));
+  return widgets::ToolTipOf(Texts::tr("%1 could not be opened. Double-click it to try again.")
+                                .arg(QString::fromStdString(item.Name())));
 }
 
 QVariant FontOf(const ScopeTreeItem& item) {
@@ -81,7 +81,7 @@ QVariant ScopeLook::Picture(platform::Long lImage) const {
 }
 
 QVariant ScopeLook::ToolTip(const QString& sText) const {
-  return ToolTipOf(sText);
+  return widgets::ToolTipOf(sText);
 }
 
 }  // namespace orvane::console

@@ -2,10 +2,10 @@
 
 #include <QApplication>
 
-#include "console/dialogs/message_box.h"
 #include "console/look/image_list.h"
 #include "console/look/shown_text.h"
 #include "console/session/console_session.h"
+#include "widgets/message_box.h"
 
 namespace orvane::console {
 
@@ -19,7 +19,7 @@ QString AboutText(const char* sText) {
 
 void ShowAboutBox(const ConsoleSession& session, QWidget* window) {
   const auto& snapIn = session.Description();
-  MessageBox box(window);
+  widgets::MessageBox box(window);
   box.setObjectName("aboutBox");
   box.setWindowTitle(AboutText("About ORVANE Console"));
   box.setIconPixmap(ImageList::Badge("orvane-console").pixmap(64, 64));

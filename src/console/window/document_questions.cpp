@@ -5,10 +5,10 @@
 #include <QFileInfo>
 #include <QPushButton>
 
-#include "console/dialogs/message_box.h"
 #include "console/document/document_format.h"
 #include "console/look/program_title.h"
 #include "console/look/shown_text.h"
+#include "widgets/message_box.h"
 
 namespace orvane::console {
 
@@ -55,7 +55,7 @@ std::optional<Text> AskForFileToSave(const Document& document, QWidget* window) 
 }
 
 UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window) {
-  MessageBox box(window);
+  widgets::MessageBox box(window);
   box.setObjectName("unsavedWorkBox");
   box.setWindowTitle(ProgramTitle());
   box.setText(tr("Save the changes to “%1”?").arg(Shown(document.Name())));
@@ -77,7 +77,7 @@ UnsavedAnswer AskAboutUnsavedWork(const Document& document, QWidget* window) {
 bool AskToOpenDoubtful(const Text& sPath, DocumentDoubt doubt, QWidget* window) {
   const bool bChanged = doubt == DocumentDoubt::ChangedOutside;
   const QString sName = QFileInfo(Shown(sPath)).fileName();
-  MessageBox box(window);
+  widgets::MessageBox box(window);
   box.setObjectName("doubtfulDocumentBox");
   box.setWindowTitle(ProgramTitle());
   box.setText((bChanged ? tr("“%1” was changed outside the console since it was saved.")
@@ -94,7 +94,7 @@ bool AskToOpenDoubtful(const Text& sPath, DocumentDoubt doubt, QWidget* window) 
 }
 
 bool AskToReplaceChanged(const Document& document, QWidget* window) {
-  MessageBox box(window);
+  widgets::MessageBox box(window);
   box.setObjectName("changedOnDiskBox");
   box.setWindowTitle(ProgramTitle());
   box.setText(tr("“%1” was changed by another program.").arg(Shown(document.Name())));
@@ -107,7 +107,7 @@ bool AskToReplaceChanged(const Document& document, QWidget* window) {
 }
 
 void ShowFailureBox(const Text& sSentence, QWidget* window) {
-  MessageBox box(window);
+  widgets::MessageBox box(window);
   box.setObjectName("failureBox");
   box.setWindowTitle(ProgramTitle());
   box.setText(Shown(sSentence));

@@ -10,8 +10,8 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
-#include "console/look/window_place.h"
 #include "console/window/document_questions.h"
+#include "widgets/window_place.h"
 
 namespace orvane::console {
 
@@ -43,7 +43,7 @@ GuideWindow::GuideWindow(QWidget* owner) : QTextBrowser(owner) {
   setOpenExternalLinks(false);
   document()->setDocumentMargin(2 * fontMetrics().averageCharWidth());
   resize(90 * fontMetrics().averageCharWidth(), 45 * fontMetrics().lineSpacing());
-  KeepOnScreen(*this);
+  widgets::KeepOnScreen(*this);
 }
 
 void GuideWindow::StandBeside(QWidget* owner) {

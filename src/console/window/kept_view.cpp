@@ -10,10 +10,10 @@
 
 #include "console/document/document_bag.h"
 #include "console/document/document_seal.h"
-#include "console/look/window_place.h"
 #include "console/results/result_pane.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/window_menus.h"
+#include "widgets/window_place.h"
 
 namespace orvane::console {
 
@@ -96,7 +96,7 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
     parts.window.restoreGeometry(usualGeometry);
   }
   // It may have been another screen, and the document somebody else's.
-  KeepOnScreen(parts.window);
+  widgets::KeepOnScreen(parts.window);
   if (const auto state = bytes("Splitter.State"); !state.isEmpty()) {
     const int iHandle = parts.splitter.handleWidth();
     parts.splitter.restoreState(state);

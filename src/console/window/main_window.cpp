@@ -11,7 +11,6 @@
 
 #include "console/document/user_views.h"
 #include "console/look/shown_text.h"
-#include "console/look/window_place.h"
 #include "console/results/result_pane.h"
 #include "console/scope/scope_pane.h"
 #include "console/window/about_box.h"
@@ -25,6 +24,7 @@
 #include "console/window/selection_menus.h"
 #include "console/window/toolbar_view.h"
 #include "console/window/window_status.h"
+#include "widgets/window_place.h"
 
 namespace orvane::console {
 
@@ -59,7 +59,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
   FollowSession();
   FollowDocument();
   resize(kUsualSize);
-  KeepOnScreen(*this);
+  widgets::KeepOnScreen(*this);
   new MenuKey(this);
   new GuideKey(*this);
   qApp->installEventFilter(this);

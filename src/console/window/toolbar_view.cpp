@@ -8,8 +8,8 @@
 #include <algorithm>
 
 #include "console/look/image_list.h"
-#include "console/look/tool_tip.h"
 #include "console/session/console_session.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 
@@ -90,7 +90,7 @@ void ToolbarView::Rebuild() {
     }
     auto* action =
         addAction(m_images.Button(button->Image()), QString::fromStdString(button->ToolTip()));
-    action->setToolTip(ToolTipOf(QString::fromStdString(button->ToolTip())));
+    action->setToolTip(widgets::ToolTipOf(QString::fromStdString(button->ToolTip())));
     action->setStatusTip(QString::fromStdString(button->ToolTip()));
     action->setData(QString::fromStdString(button->Key()));
     action->setObjectName(action->data().toString());

@@ -5,9 +5,9 @@
 
 #include "console/document/document.h"
 #include "console/look/shown_text.h"
-#include "console/look/tool_tip.h"
 #include "console/results/result_pane.h"
 #include "console/session/server_of.h"
+#include "widgets/tool_tip.h"
 
 namespace orvane::console {
 
@@ -39,7 +39,7 @@ QLabel* WindowStatus::AddLabel(QStatusBar& bar, const char* sName) {
 void WindowStatus::ShowDocument(const Document& document) {
   m_lblReadOnly->setText(document.IsReadOnly() ? tr("Read-only") : QString());
   m_lblReadOnly->setVisible(document.IsReadOnly());
-  m_lblReadOnly->setToolTip(ToolTipOf(Shown(document.ReadOnlyReason())));
+  m_lblReadOnly->setToolTip(widgets::ToolTipOf(Shown(document.ReadOnlyReason())));
 }
 
 void WindowStatus::ShowItem(const ScopeTreeItemPtr& item) {
@@ -56,7 +56,7 @@ void WindowStatus::ShowItem(const ScopeTreeItemPtr& item) {
   m_lblServer->setText(metrics.elidedText(sServer, Qt::ElideMiddle, iWidth) +
                        metrics.elidedText(sLink, Qt::ElideRight, iWidth));
   const auto sWhole = sServer + sLink;
-  m_lblServer->setToolTip(m_lblServer->text() == sWhole ? QString() : ToolTipOf(sWhole));
+  m_lblServer->setToolTip(m_lblServer->text() == sWhole ? QString() : widgets::ToolTipOf(sWhole));
   m_lblServer->setVisible(server.has_value());
 }
 

@@ -4,11 +4,13 @@
 #include <QFontDatabase>
 #include <QVBoxLayout>
 
+#include "widgets/drop_down_box.h"
+
 namespace orvane::controls {
 
 CellQueryDialog::CellQueryDialog(const QString& sCell, const QStringList& last, QWidget* parent)
     : QDialog(parent),
-      m_last(new QComboBox),
+      m_last(new widgets::DropDownBox),
       m_statement(new QPlainTextEdit),
       m_sentence(new QLabel) {
   setObjectName("cellQuery");
@@ -28,7 +30,6 @@ CellQueryDialog::CellQueryDialog(const QString& sCell, const QStringList& last, 
   m_last->setObjectName("lastStatements");
   m_last->setAccessibleName("Last statements");
   m_last->setPlaceholderText("Last statements");
-  m_last->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   for (const QString& sStatement : last) m_last->addItem(sStatement.simplified(), sStatement);
   m_last->setCurrentIndex(-1);
   m_last->setVisible(!last.isEmpty());

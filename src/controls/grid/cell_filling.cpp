@@ -2,7 +2,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QMessageBox>
 #include <QPushButton>
 #include <algorithm>
 #include <utility>
@@ -14,6 +13,7 @@
 #include "controls/view/status_strip.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
+#include "widgets/message_box.h"
 
 namespace orvane::controls {
 
@@ -132,7 +132,7 @@ void CellFilling::Fill(std::vector<Value> values) {
   const auto nRoom = static_cast<std::size_t>(std::max(1, model.Places() - index.row()));
   const std::size_t nFilled = std::min(values.size(), nRoom);
   if (nFilled == 1) return fill(1);
-  auto* box = new QMessageBox(&m_window);
+  auto* box = new widgets::MessageBox(&m_window);
   box->setObjectName("fillDown");
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setIcon(QMessageBox::Question);

@@ -1,7 +1,6 @@
 #include "controls/grid/export_dialog.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -10,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "controls/view/status_strip.h"
+#include "widgets/drop_down_box.h"
 
 namespace orvane::controls {
 
@@ -44,14 +44,16 @@ ExportDialog::ExportDialog(QWidget* parent, const ExportOffer& offer, const Expo
   const bool bAll = before.rows == ExportRows::All && m_all->isEnabled();
   (bSelected ? m_selected : bAll ? m_all : m_shown)->setChecked(true);
 
-  m_form = new QComboBox;
+  m_form = new widgets::DropDownBox;
   m_form->setObjectName("m_cboForm");
+  m_form->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   m_form->addItem("CSV", static_cast<int>(Form::Csv));
   m_form->addItem("JSON Lines", static_cast<int>(Form::JsonLines));
   m_form->addItem("SQL INSERT", static_cast<int>(Form::Sql));
   Select(*m_form, static_cast<int>(before.writer.form));
-  m_separator = new QComboBox;
+  m_separator = new widgets::DropDownBox;
   m_separator->setObjectName("m_cboSeparator");
+  m_separator->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   m_separator->addItem("Comma", ',');
   m_separator->addItem("Semicolon", ';');
   m_separator->addItem("Tab", '\t');

@@ -1,7 +1,6 @@
 #include "controls/grid/row_questions.h"
 
 #include <QItemSelectionModel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <set>
 #include <utility>
@@ -11,6 +10,7 @@
 #include "controls/grid/grid_window.h"
 #include "controls/values/tip_text.h"
 #include "controls/view/status_strip.h"
+#include "widgets/message_box.h"
 
 namespace orvane::controls {
 
@@ -122,7 +122,7 @@ void RowQuestions::DeleteSelectedRows() {
   }
   const auto rows = SelectedRecordRows();
   if (rows.empty() || !m_session.Updatability().bDelete) return;
-  auto* box = new QMessageBox(&m_window);
+  auto* box = new widgets::MessageBox(&m_window);
   box->setObjectName("deleteRows");
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setIcon(QMessageBox::Question);

@@ -2,19 +2,19 @@
 
 #include <QAction>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
-#include <QSpinBox>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <array>
 
 #include "controls/grid/flow_layout.h"
 #include "controls/values/clock_input.h"
+#include "widgets/drop_down_box.h"
+#include "widgets/number_box.h"
 
 namespace orvane::controls {
 
@@ -48,10 +48,10 @@ TimeRange RangeOf(const OfferedRange& offered) {
 TimeBar::TimeBar(std::function<platform::Timestamp()> clock, QWidget* parent)
     : QWidget(parent),
       m_now(std::move(clock)),
-      m_ranges(new QComboBox),
+      m_ranges(new widgets::DropDownBox),
       m_told(new QLabel),
       m_following(new QCheckBox("&Follow")),
-      m_seconds(new QSpinBox) {
+      m_seconds(new widgets::NumberBox) {
   setObjectName("timeBar");
   setAccessibleName("Time range");
   auto* layout = new QVBoxLayout(this);
@@ -71,6 +71,7 @@ TimeBar::TimeBar(std::function<platform::Timestamp()> clock, QWidget* parent)
 
 void TimeBar::AddRanges() {
   m_ranges->setObjectName("timeRange");
+  m_ranges->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   m_ranges->setAccessibleName("Time range");
   m_ranges->setToolTip("The times of which rows are shown");
   m_ranges->addItem("As the query says");

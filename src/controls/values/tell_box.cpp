@@ -1,17 +1,19 @@
 #include "controls/values/tell_box.h"
 
-#include <QMessageBox>
 #include <QPointer>
 #include <new>
 #include <stdexcept>
 #include <system_error>
 
+#include "widgets/message_box.h"
+
 namespace orvane::controls {
 
 void TellInBox(QWidget& parent, const QString& sTitle, const QString& sSentence) {
-  const QPointer<QMessageBox> box =
-      new QMessageBox(QMessageBox::NoIcon, sTitle, sSentence, QMessageBox::Ok, &parent);
-  box->setTextFormat(Qt::PlainText);
+  const QPointer<widgets::MessageBox> box = new widgets::MessageBox(&parent);
+  box->setWindowTitle(sTitle);
+  box->setText(sSentence);
+  box->setStandardButtons(QMessageBox::Ok);
   box->exec();
   delete box.data();
 }

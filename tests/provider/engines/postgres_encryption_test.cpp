@@ -1,6 +1,8 @@
 // Whether what is sent is encrypted, and to whom, as a connection tells it.
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <thread>
 
 #include "provider/engines/postgres/postgres_engine.h"
 #include "provider/historian_provider.h"
@@ -35,19 +37,24 @@ class PostgresEncryptionTest : public tests::PostgresTest {
   }
   void TearDown() override { Encrypt("off"); }
 
+  static constexpr int kMostLooks = 2000;
+  static constexpr std::chrono::milliseconds kPause{10};
+
   static Text Certificate() { return (PostgresCluster::Get().Folder() / "known.crt").string(); }
   static void Encrypt(const Text& sOn) {
     PostgresCluster::Get().Do("postgres", "ALTER SYSTEM SET ssl = " + sOn);
     PostgresCluster::Get().Do("postgres", "SELECT pg_reload_conf()");
     // It is read when the server comes to it.
-    while (true) {
+    for (int n = 0; n < kMostLooks; ++n) {
       PGconn* const connection = PQconnectdb(PostgresCluster::Get().Address().c_str());
       PGresult* const result = PQexec(connection, "SHOW ssl");
       const bool bDone = PQntuples(result) == 1 && sOn == PQgetvalue(result, 0, 0);
       PQclear(result);
       PQfinish(connection);
       if (bDone) return;
+      std::this_thread::sleep_for(kPause);
     }
+    FAIL() << "the server does not take ssl = " << sOn;
   }
   /// As a connection of the provider tells it.
   static Value LinkTo(const Text& sHost, const Text& sSettings) {

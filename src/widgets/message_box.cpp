@@ -1,4 +1,4 @@
-#include "console/dialogs/message_box.h"
+#include "widgets/message_box.h"
 
 #include <QAbstractButton>
 #include <QGridLayout>
@@ -10,9 +10,9 @@
 #include <QTextEdit>
 #include <cmath>
 
-#include "console/look/window_place.h"
+#include "widgets/window_place.h"
 
-namespace orvane::console {
+namespace orvane::widgets {
 namespace {
 
 constexpr int kCharactersInLine = 70;
@@ -118,4 +118,4 @@ void MessageBox::EvenButtons() {
   for (auto* const button : buttons()) button->setMinimumWidth(iWidest);
 }
 
-}  // namespace orvane::console
+}  // namespace orvane::widgets

@@ -1,11 +1,11 @@
-#include "console/look/window_place.h"
+#include "widgets/window_place.h"
 
 #include <QApplication>
 #include <QScreen>
 #include <QStyle>
 #include <QWidget>
 
-namespace orvane::console {
+namespace orvane::widgets {
 
 QMargins FrameOver(const QWidget* window) {
   constexpr int kUsualBorder = 4;
@@ -38,4 +38,4 @@ void KeepOnScreen(QWidget& window) {
   window.setGeometry(frame.marginsRemoved(around));
 }
 
-}  // namespace orvane::console
+}  // namespace orvane::widgets

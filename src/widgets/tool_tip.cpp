@@ -1,10 +1,10 @@
-#include "console/look/tool_tip.h"
+#include "widgets/tool_tip.h"
 
 #include <QCoreApplication>
 #include <QLocale>
 #include <QTextDocument>
 
-namespace orvane::console {
+namespace orvane::widgets {
 namespace {
 
 constexpr qsizetype kMostCharacters = 1500;
@@ -62,4 +62,4 @@ QString ToolTipOf(const QString& sText) {
   return sTip;
 }
 
-}  // namespace orvane::console
+}  // namespace orvane::widgets

@@ -4,11 +4,11 @@
 
 #include <QString>
 
-namespace orvane::console {
+namespace orvane::widgets {
 
 /// What a tool tip takes to show the text: words of any length are broken, so that no tip is wider
 /// than the screen, and of a text too long for a tip it has the beginning and says where the rest
 /// can be read. A text that looks like mark-up, or needs lines to be broken, becomes mark-up.
 QString ToolTipOf(const QString& sText);
 
-}  // namespace orvane::console
+}  // namespace orvane::widgets

@@ -5,7 +5,7 @@
 
 #include <QMessageBox>
 
-namespace orvane::console {
+namespace orvane::widgets {
 
 class MessageBox : public QMessageBox {
  public:
@@ -24,4 +24,4 @@ class MessageBox : public QMessageBox {
   void Centre();
 };
 
-}  // namespace orvane::console
+}  // namespace orvane::widgets

@@ -7,7 +7,7 @@
 
 class QWidget;
 
-namespace orvane::console {
+namespace orvane::widgets {
 
 /// What the window manager puts around a dialog over the window. It tells that for windows that are
 /// shown only, so the window's own frame is taken; without one, a guess is better than a title that
@@ -21,4 +21,4 @@ QRect MovedInto(const QRect& room, QRect frame);
 /// that would fill the screen without a title, or not be seen at all, becomes a usual one.
 void KeepOnScreen(QWidget& window);
 
-}  // namespace orvane::console
+}  // namespace orvane::widgets
