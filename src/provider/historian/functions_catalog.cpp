@@ -105,11 +105,15 @@ constexpr TimeRow kTimes[] = {
 }  // namespace
 
 Text FunctionsFile() {
-  std::uint32_t nSum = 2166136261U;
-  for (const char c : FunctionsStatements()) {
-    nSum = (nSum ^ static_cast<unsigned char>(c)) * 16777619U;
-  }
-  return fmt::format("Functions.{:08x}.db", nSum);
+  // Asked for whenever catalogs are listed, and always the same.
+  static const Text sFile = [] {
+    std::uint32_t nSum = 2166136261U;
+    for (const char c : FunctionsStatements()) {
+      nSum = (nSum ^ static_cast<unsigned char>(c)) * 16777619U;
+    }
+    return fmt::format("Functions.{:08x}.db", nSum);
+  }();
+  return sFile;
 }
 
 Text FunctionRows() {
