@@ -98,6 +98,7 @@ class MouseHands final : public Hands {
   Place MiddleOfRow(QAbstractItemView* list, int iRow);
   void PickFrom(QWidget* menu, const char* sAction);
 
+  QPoint m_last;  ///< where the last click was
   int m_iClicks = 0;
   std::unique_ptr<QObject> m_count;
 };

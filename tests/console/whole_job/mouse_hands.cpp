@@ -16,6 +16,8 @@ namespace {
 
 /// The desktop's speed of double clicks is set to that of this user.
 constexpr std::chrono::milliseconds kDoubleClick(120);
+/// In pixels: clicks that are this far apart are two clicks, however soon one follows the other.
+constexpr int kApart = 20;
 
 /// Counts the clicks that came to the program's windows. The window manager looks at each before
 /// it lets them through, while keys come at once.
@@ -42,10 +44,14 @@ MouseHands::MouseHands(Stage& stage)
 
 void MouseHands::Click(const Place& place, Button button, int iTimes) {
   const auto at = m_stage.Ask(place);
-  // Another click soon after the last might be taken for a double click.
-  bool bOver = false;
-  m_stage.Ask([&] { QTimer::singleShot(kDoubleClick + kDoubleClick / 4, [&] { bOver = true; }); });
-  m_stage.WaitFor("a click is a new one", [&] { return bOver; });
+  if ((at - m_last).manhattanLength() < kApart) {
+    // Another click soon after the last might be taken for a double click.
+    bool bOver = false;
+    m_stage.Ask(
+        [&] { QTimer::singleShot(kDoubleClick + kDoubleClick / 4, [&] { bOver = true; }); });
+    m_stage.WaitFor("a click is a new one", [&] { return bOver; });
+  }
+  m_last = at;
   auto& input = m_stage.Input();
   input.MoveTo(at.x(), at.y());
   const int iWanted = m_stage.Ask([&] { return m_iClicks; }) + iTimes;
