@@ -13,19 +13,20 @@ namespace fs = std::filesystem;
 
 const std::vector<std::string> kCodeFolders = {"src", "tests", "bench", "fuzz"};
 
-// Finds the pattern anywhere in the files, and says where. What is found contains one of the
-// hints: looking for those first is what makes this quick.
+// Finds the pattern anywhere in the files, and says where. A line of which something is found
+// contains one of the hints: looking for those first is what makes this quick.
 void ExpectAbsent(const std::vector<fs::path>& files, const std::vector<std::string>& sHints,
                   const std::string& sPattern) {
   const std::regex pattern(sPattern);
   for (const auto& file : files) {
-    const std::string sContent = Content(file);
-    const bool bHinted = std::any_of(sHints.begin(), sHints.end(), [&](const auto& sHint) {
-      return sContent.find(sHint) != std::string::npos;
-    });
-    if (!bHinted) continue;
+    const auto isHinted = [&](const std::string& sText) {
+      return std::any_of(sHints.begin(), sHints.end(),
+                         [&](const auto& sHint) { return sText.find(sHint) != std::string::npos; });
+    };
+    if (!isHinted(Content(file))) continue;
     const auto sLines = Lines(file);
     for (std::size_t n = 0; n < sLines.size(); ++n) {
+      if (!isHinted(sLines[n])) continue;
       EXPECT_FALSE(std::regex_search(sLines[n], pattern))
           << Said(file) << ":" << n + 1 << ": " << sLines[n];
     }
@@ -113,7 +114,7 @@ TEST(TextTest, one_place_puts_a_file_into_the_place_of_another) {
     const std::string sFile = Said(file);
     return sFile == "src/files/successor.cpp" || sFile.starts_with("src/provider/historian/");
   });
-  ExpectAbsent(files, {"rename(", "linkat("}, "(^|[^A-Za-z_:.])(rename|renameat2?|linkat)\\(");
+  ExpectAbsent(files, {"rename", "linkat"}, "(^|[^A-Za-z_:.])(rename|renameat2?|linkat)\\(");
 }
 
 TEST(TextTest, nothing_is_left_for_later) {
