@@ -1,8 +1,9 @@
-// Logging on, and links that break at every moment.
+// Logging on, and links that break at every moment. ORVANE_ROUNDS sets how many moments are tried.
 #include <arpa/inet.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <random>
 #include <thread>
 
@@ -20,7 +21,10 @@ using tests::FailureOf;
 using tests::PostgresCluster;
 namespace failure = platform::failure;
 
-constexpr int kRounds = 100;
+int Rounds() {
+  const char* const sRounds = std::getenv("ORVANE_ROUNDS");
+  return sRounds != nullptr ? std::atoi(sRounds) : 30;
+}
 
 class PostgresLinkTest : public tests::PostgresTest {
  protected:
@@ -127,7 +131,7 @@ TEST_F(PostgresLinkTest, rows_that_came_before_the_link_broke_stay) {
 // Rows that were shown stay, and they are the first ones, without a gap.
 TEST_F(PostgresLinkTest, broken_at_any_moment_of_a_fetch_keeps_what_came) {
   std::mt19937_64 random(5);
-  for (int nRound = 0; nRound < kRounds; ++nRound) {
+  for (int nRound = 0; nRound < Rounds(); ++nRound) {
     m_session = Open();
     // Of long rows few are on their way.
     Statement statement{"SELECT generate_series(1, 100000000), repeat('x', 100)", {}, {}};
@@ -154,7 +158,7 @@ TEST_F(PostgresLinkTest, broken_at_any_moment_of_a_change_tells_the_truth) {
   m_other->Run({"INSERT INTO s.t SELECT 0 FROM generate_series(1, 300)", {}, {}}, {});
   std::mt19937_64 random(7);
   std::int64_t llStored = 0;
-  for (int nRound = 0; nRound < kRounds; ++nRound) {
+  for (int nRound = 0; nRound < Rounds(); ++nRound) {
     m_session = Open();
     std::thread breaks([&, lProcess = ProcessOf(*m_session),
                         nDelay = std::uniform_int_distribution<int>(0, 5000)(random)] {
@@ -190,7 +194,7 @@ TEST_F(PostgresLinkTest, broken_at_any_moment_of_a_change_tells_the_truth) {
 TEST_F(PostgresLinkTest, broken_while_a_change_is_made_for_good_claims_nothing) {
   std::mt19937_64 random(9);
   std::int64_t llUntold = 0;
-  for (int nRound = 0; nRound < kRounds; ++nRound) {
+  for (int nRound = 0; nRound < Rounds(); ++nRound) {
     m_session = Open();
     std::thread breaks;
     Statement statement{"INSERT INTO s.t VALUES (?)", {Value(nRound)}, {}};
@@ -233,7 +237,7 @@ TEST_F(PostgresLinkTest, broken_while_a_change_is_made_for_good_claims_nothing) 
       EXPECT_FALSE(bTold || bStored);
     }
   }
-  EXPECT_GE(llUntold, kRounds / 2);
+  EXPECT_GE(llUntold, Rounds() / 2);
 }
 
 // A link that swallows everything, as one behind a firewall that forgot it: how long nothing may
