@@ -11,7 +11,7 @@ namespace orvane::console {
 namespace {
 
 constexpr int kTextCharacters = 40;
-constexpr int kNumberCharacters = 12;
+constexpr int kSizeCharacters = 12;
 
 }  // namespace
 
@@ -21,7 +21,7 @@ void LayOutAddCatalog(QtForm& form) {
   SizedLineEdit* const txtSize = form.Add<LineTextControl>("m_txtSize");
   txtName->Characters(kTextCharacters, true);
   txtPath->Characters(kTextCharacters, true);
-  txtSize->Characters(kNumberCharacters, false);
+  txtSize->Characters(kSizeCharacters, false);
   txtSize->setAlignment(Qt::AlignRight);
 
   auto* const boxes = new QGridLayout;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kCharactersShown = 26;
 constexpr int kRowsShown = 10;
-constexpr int kLeastCharacters = 14;
+constexpr int kLeastNameCharacters = 14;
 constexpr int kLeastRows = 4;
 
 QSize SizeFor(const QTreeView& list, int iCharacters, int iRows) {
@@ -89,7 +89,7 @@ QSize ColumnList::sizeHint() const {
 }
 
 QSize ColumnList::minimumSizeHint() const {
-  return SizeFor(*this, kLeastCharacters, kLeastRows);
+  return SizeFor(*this, kLeastNameCharacters, kLeastRows);
 }
 
 void ColumnList::mouseReleaseEvent(QMouseEvent* event) {

@@ -5,7 +5,7 @@
 namespace orvane::console {
 namespace {
 
-constexpr int kLeastCharacters = 10;
+constexpr int kLeastLineCharacters = 10;
 
 }  // namespace
 
@@ -24,7 +24,7 @@ QSize SizedLineEdit::sizeHint() const {
 QSize SizedLineEdit::minimumSizeHint() const {
   const QSize hint = sizeHint();
   const int iCharacter = fontMetrics().horizontalAdvance(QLatin1Char('x'));
-  return {hint.width() - qMax(0, m_iCharacters - kLeastCharacters) * iCharacter, hint.height()};
+  return {hint.width() - qMax(0, m_iCharacters - kLeastLineCharacters) * iCharacter, hint.height()};
 }
 
 LineTextControl::LineTextControl(FormDialog& dialog) : TextControl(dialog) {

@@ -11,7 +11,7 @@ using platform::DataType;
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, DataType>, 40> kTypes = {{
+constexpr std::array<std::pair<std::string_view, DataType>, 40> kDeclaredTypes = {{
     {"BIGINT", DataType::BigInt},
     {"BINARY", DataType::Binary},
     {"BIT", DataType::Boolean},
@@ -98,9 +98,9 @@ DataType TypeOfDeclaration(std::string_view sDeclaredType) {
   }
   if (!sName.empty() && sName.back() == ' ') sName.pop_back();
 
-  const auto found =
-      std::ranges::lower_bound(kTypes, sName, {}, [](const auto& type) { return type.first; });
-  if (found != kTypes.end() && found->first == sName) return found->second;
+  const auto found = std::ranges::lower_bound(kDeclaredTypes, sName, {},
+                                              [](const auto& type) { return type.first; });
+  if (found != kDeclaredTypes.end() && found->first == sName) return found->second;
 
   // Other names go by the words in them, the way SQLite itself chooses how to store.
   const auto has = [&](std::string_view sWord) { return sName.find(sWord) != std::string::npos; };

@@ -43,7 +43,7 @@ constexpr CallForm kCalls[] = {
     {"UNIXEPOCH", 1, "(floor(extract(epoch FROM ({})::timestamptz))::bigint"},
 };
 
-constexpr TypeForm kTypes[] = {
+constexpr TypeForm kTypeForms[] = {
     {"BINARY", "bytea"},
     {"BIT", "boolean"},
     {"BLOB", "bytea"},
@@ -162,7 +162,7 @@ constexpr PatternForm kPatterns[] = {
 const SqlForm kPostgresForm = {
     .calls = kCalls,
     .patterns = kPatterns,
-    .types = kTypes,
+    .types = kTypeForms,
     // Unlike GREATEST and LEAST, which pass over null.
     .sGreatest = "(SELECT o.v FROM (VALUES {}) AS o(v) ORDER BY o.v IS NULL DESC, o.v DESC LIMIT 1",
     .sLeast = "(SELECT o.v FROM (VALUES {}) AS o(v) ORDER BY o.v IS NULL DESC, o.v LIMIT 1",
