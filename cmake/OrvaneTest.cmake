@@ -1,14 +1,15 @@
-# orvane_test(NAME [QT | QTCORE] [WHOLE] [MAIN file] LINK targets... SOURCES files...
-# [RESOURCES locks...] [TIMEOUT seconds]): the test program NAME_tests, its cases found when the
-# tests run. With QT there is a QApplication around them, and windows are drawn offscreen, unless
-# MAIN sees to both itself.
-# With QTCORE there is an event loop and nothing to see, and no library that could show anything.
+# orvane_test(NAME [QT | QTCORE] [SHARDS number] [MAIN file] LINK targets... SOURCES files...): the
+# test program NAME_tests. With QT there is a QApplication around its cases, and windows are drawn
+# offscreen, unless MAIN sees to both itself. With QTCORE there is an event loop and nothing to see,
+# and no library that could show anything.
 # Each main function makes folders in place of the user's, so that nothing is left in those.
-# With WHOLE its cases run in one process, because what they share takes long to make.
+# The cases run in one process, or in as many as SHARDS tells, each of which takes every so many of
+# them: starting a program takes longer than most of its cases do, and one that takes long is not to
+# be waited for by an idle core.
 # The tests of the rooms that need nothing but the compiler are written without matchers, since
 # those come in a package of their own.
 function(orvane_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT;QTCORE;WHOLE" "MAIN;TIMEOUT" "LINK;SOURCES;RESOURCES")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "QT;QTCORE" "MAIN;SHARDS" "LINK;SOURCES")
   add_executable(${name}_tests ${TEST_SOURCES})
   target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/src)
   if(TEST_QT)
@@ -28,21 +29,14 @@ function(orvane_test name)
       target_link_libraries(${name}_tests PRIVATE ${TEST_LINK} GTest::gmock)
     endif()
   endif()
-  if(NOT TEST_TIMEOUT)
-    set(TEST_TIMEOUT 300)
+  if(NOT TEST_SHARDS)
+    set(TEST_SHARDS 1)
   endif()
   set(leaks "suppressions=${CMAKE_SOURCE_DIR}/tests/leaks_of_others.txt:print_suppressions=0")
-  # The properties travel as one list, so that each can hold one variable only.
-  set(properties TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
-    ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:${leaks}")
-  if(TEST_RESOURCES)
-    list(APPEND properties RESOURCE_LOCK "${TEST_RESOURCES}")
-  endif()
-  if(TEST_WHOLE)
-    add_test(NAME ${name}.whole COMMAND ${name}_tests)
-    set_tests_properties(${name}.whole PROPERTIES ${properties})
-    return()
-  endif()
-  gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-    PROPERTIES ${properties})
+  foreach(number RANGE 1 ${TEST_SHARDS})
+    math(EXPR index "${number} - 1")
+    add_test(NAME ${name}.${number} COMMAND ${name}_tests)
+    set_tests_properties(${name}.${number} PROPERTIES TIMEOUT 900 ENVIRONMENT
+      "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=${leaks};GTEST_TOTAL_SHARDS=${TEST_SHARDS};GTEST_SHARD_INDEX=${index}")
+  endforeach()
 endfunction()

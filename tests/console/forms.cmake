@@ -1,5 +1,5 @@
 # Tests of the components' dialogs on widgets.
-orvane_test(console_forms QT
+orvane_test(console_forms QT SHARDS 2
   LINK orvane_console orvane_dialogs
   SOURCES
     forms/add_catalog_form_test.cpp

@@ -1,10 +1,9 @@
 # Tests of the programs around the window.
-orvane_test(console_program QT
+orvane_test(console_program QT SHARDS 2
   LINK orvane_component
   SOURCES
     app/program_test.cpp
-    app/tour_test.cpp
-  TIMEOUT 600)
+    app/tour_test.cpp)
 target_compile_definitions(console_program_tests PRIVATE
   ORVANE_CONSOLE="$<TARGET_FILE:orvane-console>"
   ORVANE_TOUR="$<TARGET_FILE:orvane-tour>"

@@ -1,5 +1,5 @@
 # What an administrator does, in the real window with the components of this build tree.
-orvane_test(console_scenarios QT
+orvane_test(console_scenarios QT SHARDS 3
   LINK orvane_console orvane_provider
   SOURCES
     scenarios/followed_advice_test.cpp
@@ -28,8 +28,7 @@ orvane_test(console_scenarios QT
     ../scenarios/document_cases.cpp
     ../scenarios/grid_cases.cpp
     ../scenarios/query_cases.cpp
-    ../scenarios/shell_cases.cpp
-  TIMEOUT 600)
+    ../scenarios/shell_cases.cpp)
 target_compile_definitions(console_scenarios_tests PRIVATE
   ORVANE_SNAP_IN="$<TARGET_FILE:ORVOLEDBSnapIn>"
   ORVANE_CONTROLS="$<TARGET_FILE:ORVOLEDBCtls>"

@@ -1,6 +1,6 @@
 # Tests of documents, data access, waiting, dialogs and looks.
 add_subdirectory(fixtures)
-orvane_test(console_support QT
+orvane_test(console_support QT SHARDS 4
   LINK orvane_console
   SOURCES
     ../own_folders_test.cpp

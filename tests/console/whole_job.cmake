@@ -23,7 +23,7 @@ target_compile_definitions(orvane_test_stage PRIVATE
   ORVANE_PROVIDER="$<TARGET_FILE:ORVOLEDB>")
 add_dependencies(orvane_test_stage ORVOLEDBSnapIn ORVOLEDBCtls ORVOLEDB)
 
-orvane_test(console_whole_job QT
+orvane_test(console_whole_job QT SHARDS 2
   MAIN whole_job/main.cpp
   LINK orvane_test_stage nlohmann_json::nlohmann_json
   SOURCES
@@ -33,8 +33,7 @@ orvane_test(console_whole_job QT
     whole_job/rows_at_work.cpp
     whole_job/tables_and_queries.cpp
     whole_job/whole_job.h
-    whole_job/whole_job_test.cpp
-  TIMEOUT 600)
+    whole_job/whole_job_test.cpp)
 
 add_executable(orvane-guide-pictures EXCLUDE_FROM_ALL whole_job/guide_pictures.cpp)
 target_link_libraries(orvane-guide-pictures PRIVATE orvane_test_stage)

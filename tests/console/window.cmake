@@ -1,5 +1,5 @@
 # Tests of the window and its panes.
-orvane_test(console_window QT
+orvane_test(console_window QT SHARDS 4
   LINK orvane_console
   SOURCES
     document/document_fixture.h

@@ -1,5 +1,5 @@
 # What every engine promises, on every engine that there is.
-orvane_test(conformance WHOLE
+orvane_test(conformance SHARDS 2
   LINK orvane_provider
   SOURCES
     conformance/batch_test.cpp

@@ -1,4 +1,4 @@
-orvane_test(dialect
+orvane_test(dialect SHARDS 4
   LINK orvane_provider
   SOURCES
     dialect/catalog_statement_test.cpp
@@ -24,7 +24,7 @@ orvane_test(dialect
 target_compile_definitions(dialect_tests PRIVATE
   ORVANE_SQL_PAGE="${CMAKE_SOURCE_DIR}/docs/sql.md")
 
-orvane_test(historian
+orvane_test(historian SHARDS 2
   LINK orvane_provider
   SOURCES
     historian/attached_catalogs_test.cpp
@@ -38,7 +38,7 @@ orvane_test(historian
     historian/shared_catalogs_test.cpp
     historian/shared_journals_test.cpp)
 
-orvane_test(session
+orvane_test(session SHARDS 2
   LINK orvane_provider
   SOURCES
     deadline_test.cpp

@@ -1,5 +1,5 @@
 # Tests of the engines, on real database files.
-orvane_test(engines
+orvane_test(engines SHARDS 2
   LINK orvane_provider
   SOURCES
     engines/declared_types_test.cpp
@@ -21,7 +21,7 @@ orvane_test(engines
     engines/statement_thread_test.cpp)
 
 # On a PostgreSQL server that the program starts.
-orvane_test(postgres WHOLE
+orvane_test(postgres SHARDS 2
   LINK orvane_provider
   SOURCES
     engines/postgres_address_test.cpp
