@@ -22,7 +22,7 @@ using tests::FailureOf;
 using tests::Told;
 namespace failure = platform::failure;
 
-using Rows = std::vector<RowIndex>;
+using RowNumbers = std::vector<RowIndex>;
 
 // Rows {"a", 1}, {"b", 2}, ...
 RecordsetPtr SomeRows(int nRows) {
@@ -43,7 +43,7 @@ TEST(RowOverlay, an_edited_cell_covers_the_fetched_one_which_stays_the_original)
   EXPECT_TRUE(rs->IsEdited(1, 0));
   EXPECT_FALSE(rs->IsEdited(1, 1));
   EXPECT_FALSE(rs->IsEdited(0, 0));
-  EXPECT_EQ(rs->PendingRows(), Rows{1});
+  EXPECT_EQ(rs->PendingRows(), RowNumbers{1});
 }
 
 TEST(RowOverlay, a_value_equal_to_the_original_is_an_edit_until_it_is_restored) {
@@ -110,7 +110,7 @@ TEST(RowOverlay, a_cancelled_new_row_keeps_the_numbers_of_others) {
   EXPECT_EQ(rs->StateAt(1), RowState::Deleted);
   EXPECT_TRUE(rs->ValueAt(1, 0).IsNull());
   EXPECT_EQ(rs->ValueAt(2, 0), Value("second"));
-  EXPECT_EQ(rs->PendingRows(), Rows{2});
+  EXPECT_EQ(rs->PendingRows(), RowNumbers{2});
   rs->Delete(2);
   EXPECT_EQ(rs->StateAt(2), RowState::Deleted);
   EXPECT_TRUE(rs->PendingRows().empty());
@@ -256,7 +256,7 @@ class PlainRows {
 
 void ExpectSame(const platform::Recordset& rs, const PlainRows& plain) {
   ASSERT_EQ(rs.RecordCount(), static_cast<RowIndex>(plain.rows.size()));
-  Rows pending;
+  RowNumbers pending;
   for (std::size_t i = 0; i < plain.rows.size(); ++i) {
     const auto row = static_cast<RowIndex>(i);
     ASSERT_EQ(rs.StateAt(row), plain.StateAt(i)) << "row " << row;
