@@ -5,15 +5,18 @@ list(APPEND PROVIDER_SOURCES
   engines/declared_types.cpp
   engines/embedded/embedded_engine.cpp
   engines/embedded/embedded_session.cpp
+  engines/postgres/host_lookup.cpp
   engines/postgres/postgres_address.cpp
   engines/postgres/postgres_arrays.cpp
   engines/postgres/postgres_batch.cpp
+  engines/postgres/postgres_cancel.cpp
   engines/postgres/postgres_catalogs.cpp
   engines/postgres/postgres_engine.cpp
   engines/postgres/postgres_errors.cpp
   engines/postgres/postgres_fetch.cpp
   engines/postgres/postgres_forms.cpp
   engines/postgres/postgres_historian.cpp
+  engines/postgres/postgres_hosts.cpp
   engines/postgres/postgres_link.cpp
   engines/postgres/postgres_logon.cpp
   engines/postgres/postgres_parameters.cpp
@@ -21,6 +24,7 @@ list(APPEND PROVIDER_SOURCES
   engines/postgres/postgres_session.cpp
   engines/postgres/postgres_types.cpp
   engines/postgres/postgres_values.cpp
+  engines/postgres/stop_signal.cpp
   engines/sqlite/sqlite_attachments.cpp
   engines/sqlite/sqlite_engine.cpp
   engines/sqlite/sqlite_errors.cpp

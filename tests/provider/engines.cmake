@@ -34,5 +34,7 @@ orvane_test(postgres SHARDS 2
     engines/postgres_parameters_test.cpp
     engines/postgres_schema_test.cpp
     engines/postgres_session_test.cpp
+    engines/postgres_silence_test.cpp
     engines/postgres_values_test.cpp
+    engines/scarce_memory.cpp
     engines/way_to_server.cpp)

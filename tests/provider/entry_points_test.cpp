@@ -2,9 +2,15 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <unistd.h>
+
+#include <thread>
 
 #include "ado/provider.h"
 #include "platform/component.h"
+#include "tests/ado/failure_of.h"
+#include "tests/provider/engines/process_parts.h"
+#include "tests/provider/engines/silent_server.h"
 #include "tests/provider/temporary_root.h"
 
 namespace orvane::provider {
@@ -88,6 +94,52 @@ TEST_F(entry_points, give_a_provider_that_works_and_keeps_its_library) {
   EXPECT_EQ(canUnload(), platform::kFalse);
   EXPECT_EQ(Rows(*rs), "0\n");
   EXPECT_TRUE(std::filesystem::exists(root.Path() / "orvane" / "historians" / "localhost"));
+}
+
+bool IsLoaded() {
+  void* const library = dlopen(ORVANE_PROVIDER_LIBRARY, RTLD_LAZY | RTLD_NOLOAD);
+  if (library != nullptr) dlclose(library);
+  return library != nullptr;
+}
+
+// Unloads the library while a server says nothing, as a host may that does not ask, has the server
+// hang up then, and ends: whatever of the library still ran would run into nothing.
+[[noreturn]] void UnloadBesideASilentServer() {
+  tests::SilentServer silent;
+  const auto threads = tests::Threads();
+  void* const library = dlopen(ORVANE_PROVIDER_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+  const auto entry = [&]<class Function>(const char* sName) {
+    return reinterpret_cast<Function*>(dlsym(library, sName));
+  };
+  {
+    void* factory = nullptr;
+    entry.operator()<decltype(DllGetClassObject)>("DllGetClassObject")(
+        "ORVOLEDB", platform::kClassFactoryInterface, &factory);
+    const auto provider = std::dynamic_pointer_cast<ado::Provider>(
+        static_cast<platform::ClassFactory*>(factory)->CreateInstance({}));
+    std::stop_source stop;
+    std::thread stops([&] {
+      silent.TakeCall();
+      stop.request_stop();
+    });
+    const auto failed = tests::FailureOf([&] {
+      provider->Open(ado::ConnectionSettings::Parse("Data Source = " + silent.Address()), "",
+                     stop.get_token());
+    });
+    stops.join();
+    if (failed.lNumber != platform::failure::kCancelled) _exit(2);
+  }
+  // Other tests may have it loaded, too.
+  do {
+    dlclose(library);
+  } while (IsLoaded());
+  silent.HangUp();
+  while (tests::Threads() > threads) std::this_thread::yield();
+  exit(0);
+}
+
+TEST(entry_points_death, the_library_goes_while_a_server_says_nothing) {
+  EXPECT_EXIT(UnloadBesideASilentServer(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

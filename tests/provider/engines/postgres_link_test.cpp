@@ -1,8 +1,4 @@
 // Logging on, and links that break at every moment. ORVANE_ROUNDS sets how many moments are tried.
-#include <arpa/inet.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <random>
 #include <thread>
@@ -77,34 +73,6 @@ TEST_F(PostgresLinkTest, says_when_there_is_no_such_database) {
   const auto failed = FailureOf([] { Open(PostgresCluster::Get().Address("nowhere")); });
   EXPECT_EQ(failed.lNumber, failure::kServerNotFound);
   EXPECT_THAT(failed.sSentence, HasSubstr("database \"nowhere\" does not exist"));
-}
-
-// A host that takes the call and says nothing.
-TEST_F(PostgresLinkTest, connecting_can_be_cancelled) {
-  const int file = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* const any = reinterpret_cast<sockaddr*>(&address);
-  ASSERT_EQ(bind(file, any, size), 0);
-  ASSERT_EQ(listen(file, 1), 0);
-  ASSERT_EQ(getsockname(file, any, &size), 0);
-  std::stop_source stop;
-  int caller = -1;
-  std::thread stops([&] {
-    caller = accept(file, nullptr, nullptr);
-    stop.request_stop();
-  });
-  const auto failed = FailureOf([&] {
-    Open("postgresql://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/d", "anna", {},
-         stop.get_token());
-  });
-  stops.join();
-  close(caller);
-  close(file);
-  EXPECT_EQ(failed.lNumber, failure::kCancelled);
-  EXPECT_EQ(failed.sSentence, "The connection was cancelled.");
 }
 
 TEST_F(PostgresLinkTest, a_link_that_was_ended_says_so_once_and_for_all) {

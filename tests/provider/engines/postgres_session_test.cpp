@@ -297,13 +297,6 @@ TEST_F(PostgresSessionTest, a_receiver_that_fails_ends_the_statement) {
   ExpectUsable();
 }
 
-TEST_F(PostgresSessionTest, a_block_that_is_too_large_is_a_sentence) {
-  Statement statement{"SELECT repeat('x', 30000000)", {}, {}};
-  statement.maxBytes = 10'000'000;
-  EXPECT_EQ(FailureOf([&] { m_session->Run(statement, {}); }).lNumber, failure::kStorage);
-  ExpectUsable();
-}
-
 TEST_F(PostgresSessionTest, more_values_than_can_be_sent_are_refused_before) {
   const auto insert = [this](std::size_t nValues) {
     Text sSql = "INSERT INTO s.t(a) VALUES (?)";

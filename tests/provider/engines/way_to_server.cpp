@@ -10,6 +10,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <stdexcept>
@@ -43,17 +44,17 @@ int ConnectToCluster() {
   return file;
 }
 
-// What is read on one file goes to the other; false at the end.
-bool Pass(int from, int to) {
+// What is read on one file goes to the other; how much that is, 0 at the end.
+std::size_t Pass(int from, int to) {
   std::array<char, 65536> bytes;
   const auto count = read(from, bytes.data(), bytes.size());
   for (ssize_t done = 0; done < count;) {
     const auto once =
         send(to, bytes.data() + done, static_cast<std::size_t>(count - done), MSG_NOSIGNAL);
-    if (once <= 0) return false;
+    if (once <= 0) return 0;
     done += once;
   }
-  return count > 0;
+  return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
 }  // namespace
@@ -65,14 +66,18 @@ void WayToServer::Forward() {
     std::vector<pollfd> files{{m_nStop, POLLIN, 0}, {m_nListening, POLLIN, 0}};
     for (const auto& [client, server] : links) {
       files.push_back({client, POLLIN, 0});
-      files.push_back({server, POLLIN, 0});
+      files.push_back({m_nToTell == 0 ? -1 : server, POLLIN, 0});
     }
     poll(files.data(), files.size(), -1);
     if (files[0].revents != 0) break;
     for (std::size_t n = links.size(); n-- > 0;) {
       const auto [client, server] = links[n];
-      const bool bOpen = (files[2 + 2 * n].revents == 0 || Pass(client, server)) &&
-                         (files[3 + 2 * n].revents == 0 || Pass(server, client));
+      bool bOpen = files[2 + 2 * n].revents == 0 || Pass(client, server) != 0;
+      if (bOpen && files[3 + 2 * n].revents != 0) {
+        const std::size_t nTold = Pass(server, client);
+        bOpen = nTold != 0;
+        m_nToTell -= std::min<std::size_t>(m_nToTell, nTold);
+      }
       if (bOpen) continue;
       close(client);
       close(server);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <limits>
 #include <string>
 #include <thread>
 
@@ -24,6 +25,8 @@ class WayToServer {
   static void SwallowEverything();
   /// From now on whoever connects is taken and hears nothing.
   void TakeNoMore() { m_bTakes = false; }
+  /// From now on the server is heard for about that many bytes, and no further.
+  void TellAtMost(std::size_t nBytes) { m_nToTell = nBytes; }
 
  private:
   void Forward();
@@ -32,6 +35,7 @@ class WayToServer {
   int m_nPort = 0;
   int m_nStop = -1;
   std::atomic<bool> m_bTakes = true;
+  std::atomic<std::size_t> m_nToTell = std::numeric_limits<std::size_t>::max();
   std::thread m_forwards;
 };
 

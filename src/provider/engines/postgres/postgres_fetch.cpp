@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <new>
 #include <string_view>
 #include <utility>
 
@@ -99,6 +98,7 @@ void PostgresFetch::Begin() {
 }
 
 inline void PostgresFetch::TakeRow(const PGresult* result) {
+  std::size_t bytes = 0;
   for (std::size_t i = 0; i < m_columns.size(); ++i) {
     const int nColumn = static_cast<int>(i);
     if (PQgetisnull(result, 0, nColumn) != 0) {
@@ -107,16 +107,17 @@ inline void PostgresFetch::TakeRow(const PGresult* result) {
     }
     const std::string_view sCell(PQgetvalue(result, 0, nColumn),
                                  static_cast<std::size_t>(PQgetlength(result, 0, nColumn)));
+    bytes += sCell.size();
+    if (m_limits.maxBytes != 0 && bytes > m_limits.maxBytes) m_link.RefuseRow();
     if (m_bBinary) {
       AppendBinary(m_columns[i], m_types[i], sCell);
     } else {
       AppendTextForm(m_columns[i], m_types[i], sCell);
     }
-    m_bytes += sCell.size();
   }
   ++m_rows;
   ++m_pending;
-  if (m_limits.maxBytes != 0 && m_bytes > m_limits.maxBytes) throw std::bad_alloc();
+  m_bytes += bytes;
   if (m_pending == m_blockRows || m_bytes >= ado::kBytesInBlock ||
       m_receiver.Wanted().load(std::memory_order_relaxed)) {
     HandOver();

@@ -21,7 +21,7 @@ class PostgresFetch {
  public:
   struct Limits {
     platform::RowIndex maxRows = 0;  ///< 0 fetches all rows
-    std::size_t maxBytes = 0;        ///< that texts and bytes of one block may take; 0 is no limit
+    std::size_t maxBytes = 0;        ///< that a row's texts and bytes may take; 0 is no limit
     bool bReads = false;             ///< the statement changes nothing, so it may be ended early
   };
 
@@ -32,8 +32,8 @@ class PostgresFetch {
   ~PostgresFetch() = default;
 
   /// Takes all results of what was executed. Gives the error that ended them, or null. What comes
-  /// before an error has been handed over. Fails as the receiver does, with std::bad_alloc for a
-  /// row that is too large, and as the link does; the results that are left are for the caller.
+  /// before an error has been handed over. Fails as the receiver does, and as the link does, which
+  /// refuses a row that is too large; the results that are left are for the caller.
   PostgresResult TakeAll(const std::stop_token& stop);
   /// True once the receiver knows of the columns.
   bool Begun() const { return m_bBegun; }

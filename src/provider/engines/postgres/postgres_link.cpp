@@ -1,23 +1,18 @@
 #include "provider/engines/postgres/postgres_link.h"
 
 #include <fmt/format.h>
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
+#include <sys/ioctl.h>
 
-#include <array>
-#include <condition_variable>
-#include <memory>
-#include <mutex>
 #include <optional>
-#include <thread>
 #include <utility>
 
 #include "ado/secret.h"
 #include "platform/failure.h"
 #include "platform/one_line.h"
+#include "provider/engines/postgres/postgres_cancel.h"
 #include "provider/engines/postgres/postgres_errors.h"
 #include "provider/engines/postgres/postgres_logon.h"
+#include "provider/engines/postgres/stop_signal.h"
 
 namespace orvane::provider::engines {
 
@@ -31,7 +26,7 @@ namespace {
 // A server that was asked to end a statement has this long for it.
 constexpr std::chrono::seconds kForCancelling{5};
 // How often whoever waits is asked whether rows at hand are wanted.
-constexpr int kLookEveryMs = 20;
+constexpr std::chrono::milliseconds kLookEvery{20};
 // A server that has not yet read the statement does not hear that it is to end it: it is told
 // again.
 constexpr std::chrono::milliseconds kTellEvery{100};
@@ -42,32 +37,6 @@ constexpr const char* kSettings =
     "SET datestyle = 'ISO, YMD'; SET intervalstyle = 'postgres'; SET timezone = 'UTC'; "
     "SET bytea_output = 'hex'; SET extra_float_digits = 1; SET standard_conforming_strings = on; "
     "SET xmloption = 'content'; SET search_path = pg_catalog";
-
-// A number that becomes readable when the stop is requested.
-class StopSignal {
- public:
-  explicit StopSignal(const std::stop_token& stop)
-      : m_file(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), m_callback(stop, Ring{m_file}) {}
-  StopSignal(const StopSignal&) = delete;
-  StopSignal& operator=(const StopSignal&) = delete;
-  ~StopSignal() {
-    if (m_file >= 0) close(m_file);
-  }
-
-  int File() const { return m_file; }
-
- private:
-  struct Ring {
-    int file;
-    void operator()() const noexcept {
-      const eventfd_t kOnce = 1;
-      if (file >= 0) (void)!eventfd_write(file, kOnce);
-    }
-  };
-
-  int m_file;
-  std::stop_callback<Ring> m_callback;
-};
 
 void HearNothing(void* /*unused*/, const char* /*notice*/) {}
 
@@ -115,6 +84,7 @@ void PostgresLink::FailLost() {
 }
 
 void PostgresLink::Sent(int nDone) {
+  m_nMostInRow = 0;
   m_giveUp = Clock::time_point::max();
   m_tellAgain = {};
   if (nDone == 0) FailLost();
@@ -161,11 +131,15 @@ PostgresResult PostgresLink::Prepare(const Text& sSql, const PostgresParameters&
   return answer();
 }
 
-void PostgresLink::Execute(const PostgresParameters& parameters, bool bBinary) {
+void PostgresLink::Execute(const PostgresParameters& parameters, bool bBinary,
+                           std::size_t nMostInRow) {
   RequireOpen();
   Sent(PQsendQueryPrepared(m_connection.get(), "", parameters.Count(), parameters.Values(),
                            parameters.Lengths(), parameters.Formats(), bBinary ? 1 : 0));
   PQsetSingleRowMode(m_connection.get());
+  // Encryption adds less than that to what is sent.
+  constexpr std::size_t kMostAdded = 32;
+  m_nMostInRow = nMostInRow + nMostInRow / kMostAdded;
 }
 
 void PostgresLink::EnterPipeline() {
@@ -175,9 +149,9 @@ void PostgresLink::EnterPipeline() {
 
 void PostgresLink::LeavePipeline() noexcept {
   if (m_connection == nullptr) return;
-  std::stop_source stop;
-  stop.request_stop();
   try {
+    std::stop_source stop;
+    stop.request_stop();
     if (m_bQueued) QueueEnd();
     while (m_nEnds > 0) Answer(stop.get_token());
     if (PQexitPipelineMode(m_connection.get()) == 0) FailLost();
@@ -248,25 +222,48 @@ PostgresResult PostgresLink::Next(const std::stop_token& stop,
 
 void PostgresLink::Wait(const std::stop_token& stop, const std::function<void()>& onWait) {
   const StopSignal signal(stop);
+  // Of a row that is not whole yet: while there is a whole one, nobody waits.
+  std::size_t nComing = 0;
   while (PQisBusy(m_connection.get()) != 0) {
     const int nUnsent = PQflush(m_connection.get());
     if (nUnsent < 0) FailLost();
     if (stop.stop_requested()) TellToStop();
     const bool bAsked = m_giveUp != Clock::time_point::max();
     const auto nWanted = static_cast<short>(nUnsent > 0 ? POLLIN | POLLOUT : POLLIN);
-    std::array<pollfd, 2> files = {
-        {{PQsocket(m_connection.get()), nWanted, 0}, {signal.File(), POLLIN, 0}}};
-    const int nMs = onWait || bAsked ? kLookEveryMs : -1;
-    poll(files.data(), bAsked ? 1 : 2, nMs);
+    signal.WaitFor(PQsocket(m_connection.get()), nWanted,
+                   onWait || bAsked ? kLookEvery : StopSignal::kForever);
     if (Clock::now() >= m_giveUp) {
       m_connection.reset();
       throw Failure(failure::kCancelled,
                     "The statement was cancelled, but the server did not answer: connect again.",
                     "PostgreSQL", failure::kObjectClosed);
     }
+    nComing += Arrived();
     if (PQconsumeInput(m_connection.get()) == 0) FailLost();
+    if (m_nMostInRow != 0 && nComing > m_nMostInRow && PQisBusy(m_connection.get()) != 0) {
+      RefuseRow();
+    }
     if (onWait) onWait();
   }
+}
+
+// libpq keeps a row until it is whole, and tells nothing of it meanwhile.
+std::size_t PostgresLink::Arrived() const {
+  int nBytes = 0;
+  if (ioctl(PQsocket(m_connection.get()), FIONREAD, &nBytes) != 0 || nBytes < 0) return 0;
+  return static_cast<std::size_t>(nBytes);
+}
+
+void PostgresLink::RefuseRow() {
+  // The server sends a row to its end, whatever it is asked, and libpq keeps the memory of its
+  // largest row as long as the connection.
+  m_connection.reset();
+  throw Failure(
+      failure::kStorage,
+      "A row is larger than the memory of a statement, so the connection was closed: "
+      "connect again, and leave its long columns out or set \"Statement Memory\" higher in "
+      "the server's extended options.",
+      "PostgreSQL", failure::kObjectClosed);
 }
 
 void PostgresLink::TellToStop() {
@@ -278,9 +275,9 @@ void PostgresLink::TellToStop() {
 }
 
 void PostgresLink::Abandon() noexcept {
-  std::stop_source stop;
-  stop.request_stop();
   try {
+    std::stop_source stop;
+    stop.request_stop();
     while (m_connection != nullptr && Next(stop.get_token()) != nullptr) {
     }
   } catch (...) {
@@ -289,29 +286,8 @@ void PostgresLink::Abandon() noexcept {
   }
 }
 
-// libpq asks by a connection of its own, and waits for its end however long that takes.
 void PostgresLink::Cancel() const noexcept {
-  struct Asked {
-    std::mutex mutex;
-    std::condition_variable answered;
-    bool bAnswered = false;
-  };
-  PostgresCancel cancel(PQgetCancel(m_connection.get()));
-  if (cancel == nullptr) return;
-  try {
-    const auto asked = std::make_shared<Asked>();
-    std::thread([asked, cancel = std::move(cancel)] {
-      std::array<char, 256> sError{};
-      PQcancel(cancel.get(), sError.data(), static_cast<int>(sError.size()));
-      const std::lock_guard lock(asked->mutex);
-      asked->bAnswered = true;
-      asked->answered.notify_all();
-    }).detach();
-    std::unique_lock lock(asked->mutex);
-    asked->answered.wait_for(lock, kForCancelling, [&] { return asked->bAnswered; });
-  } catch (const std::exception&) {
-    // Without room for a thread nobody is asked; the statement goes on to its end or its limit.
-  }
+  AskToEnd(m_connection.get(), kForCancelling);
 }
 
 }  // namespace orvane::provider::engines

@@ -42,8 +42,9 @@ class PostgresLink {
   /// without a name, until the next one.
   PostgresResult Prepare(const platform::Text& sSql, const PostgresParameters& parameters,
                          const std::stop_token& stop);
-  /// Runs what was prepared; the results come one by one, of rows one row each.
-  void Execute(const PostgresParameters& parameters, bool bBinary);
+  /// Runs what was prepared; the results come one by one, of rows one row each. A row of more bytes
+  /// than said (0 is no limit) is not waited for, as far as it can be seen coming: Next refuses it.
+  void Execute(const PostgresParameters& parameters, bool bBinary, std::size_t nMostInRow);
 
   /// From here on statements are queued and sent without waiting for the answers of those before;
   /// what else talks to the server waits for LeavePipeline.
@@ -67,6 +68,8 @@ class PostgresLink {
   /// A stop asks the server to end the statement, whose error then comes as the result; a server
   /// that does not answer that either loses the link.
   PostgresResult Next(const std::stop_token& stop, const std::function<void()>& onWait = {});
+  /// Closes the connection and fails with kStorage: the row at hand takes more memory than it may.
+  [[noreturn]] void RefuseRow();
   /// Has the server end what it does, and takes what is left of it without looking.
   void Abandon() noexcept;
   /// Has the server end the statement that runs; its results still come.
@@ -79,13 +82,16 @@ class PostgresLink {
   void Queued(int nDone);
   void Wait(const std::stop_token& stop, const std::function<void()>& onWait);
   void TellToStop();
+  // Bytes that have come and were not read.
+  std::size_t Arrived() const;
 
   platform::Text m_sServer;
   // When a server that was asked to end what it does is waited for no longer.
   std::chrono::steady_clock::time_point m_giveUp = std::chrono::steady_clock::time_point::max();
   std::chrono::steady_clock::time_point m_tellAgain;
-  int m_nEnds = 0;         // of what was queued, whose answers are still to come
-  bool m_bQueued = false;  // something behind the last of them
+  std::size_t m_nMostInRow = 0;  // bytes; 0 is no limit
+  int m_nEnds = 0;               // of what was queued, whose answers are still to come
+  bool m_bQueued = false;        // something behind the last of them
   PostgresHandle m_connection;
 };
 

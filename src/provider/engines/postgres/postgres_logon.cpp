@@ -3,23 +3,25 @@
 #include <fmt/format.h>
 
 #include <array>
-#include <condition_variable>
-#include <memory>
-#include <mutex>
+#include <charconv>
+#include <chrono>
 #include <optional>
-#include <thread>
+#include <system_error>
 #include <utility>
 #include <vector>
 
-#include "ado/secret.h"
 #include "platform/failure.h"
+#include "platform/one_line.h"
 #include "provider/engines/postgres/postgres_errors.h"
+#include "provider/engines/postgres/postgres_hosts.h"
+#include "provider/engines/postgres/stop_signal.h"
 
 namespace orvane::provider::engines {
 
 using platform::Failure;
 using platform::Text;
 namespace failure = platform::failure;
+using Clock = std::chrono::steady_clock;
 
 namespace {
 
@@ -34,74 +36,117 @@ constexpr std::array<std::pair<const char*, const char*>, 6> kUnlessSet = {{
     {"application_name", "ORVANE Console"},
 }};
 
-// Keywords and values as libpq wants them.
-class Settings {
- public:
-  Settings(const PostgresAddress& address, const Text& sUser, Text sPassword)
-      : m_sPassword(std::move(sPassword)), m_settings(address.settings) {
-    for (const auto& [sKeyword, sValue] : kUnlessSet) {
-      if (address.Setting(sKeyword).empty()) m_settings.emplace_back(sKeyword, sValue);
-    }
-    m_settings.emplace_back("client_encoding", "UTF8");
-    const Text& sName = sUser.empty() ? address.sUser : sUser;
-    if (!sName.empty()) m_settings.emplace_back("user", sName);
+PostgresSettings SettingsFor(const PostgresAddress& address, const Text& sUser) {
+  PostgresSettings settings = address.settings;
+  for (const auto& [sKeyword, sValue] : kUnlessSet) {
+    if (address.Setting(sKeyword).empty()) settings.emplace_back(sKeyword, sValue);
   }
-  Settings(const Settings&) = delete;
-  Settings& operator=(const Settings&) = delete;
-  ~Settings() { ado::Wipe(m_sPassword); }
+  settings.emplace_back("client_encoding", "UTF8");
+  const Text& sName = sUser.empty() ? address.sUser : sUser;
+  if (!sName.empty()) settings.emplace_back("user", sName);
+  return settings;
+}
 
-  PGconn* Connect() const {
-    std::vector<const char*> keywords;
-    std::vector<const char*> values;
-    for (const auto& [sKeyword, sValue] : m_settings) {
+PostgresHandle BeginLogOn(const PostgresSettings& settings, const std::vector<PostgresHost>& hosts,
+                          const Text& sPassword) {
+  const PostgresSettings places = SettingsOf(hosts);
+  std::vector<const char*> keywords;
+  std::vector<const char*> values;
+  // What comes later goes before what came earlier.
+  for (const auto* const some : {&settings, &places}) {
+    for (const auto& [sKeyword, sValue] : *some) {
       keywords.push_back(sKeyword.c_str());
       values.push_back(sValue.c_str());
     }
-    if (!m_sPassword.empty()) {
-      keywords.push_back("password");
-      values.push_back(m_sPassword.c_str());
-    }
-    keywords.push_back(nullptr);
-    values.push_back(nullptr);
-    return PQconnectdbParams(keywords.data(), values.data(), 0);
   }
+  if (!sPassword.empty()) {
+    keywords.push_back("password");
+    values.push_back(sPassword.c_str());
+  }
+  keywords.push_back(nullptr);
+  values.push_back(nullptr);
+  return PostgresHandle(PQconnectStartParams(keywords.data(), values.data(), 0));
+}
 
- private:
-  Text m_sPassword;
-  std::vector<std::pair<Text, Text>> m_settings;
-};
+// How long a host may say nothing; 0 is as long as it likes.
+std::chrono::seconds ConnectTimeOf(const PQconninfoOption* options, Text& sProblem) {
+  const Text sTime = OptionOf(options, "connect_timeout");
+  int nSeconds = 0;
+  const char* const end = sTime.data() + sTime.size();
+  const auto [read, error] = std::from_chars(sTime.data(), end, nSeconds);
+  if (!sTime.empty() && (error != std::errc() || read != end)) {
+    sProblem = fmt::format("invalid integer value \"{}\" for connection option \"connect_timeout\"",
+                           platform::OneLine(sTime));
+  }
+  return std::chrono::seconds(nSeconds > 0 ? nSeconds : 0);
+}
 
-// Between who waits and who connects; whoever is last lets it go, with a connection that nobody
-// waits for any more.
+// Goes on until there is a connection, or will be none. Gives the host whose time is over.
+std::optional<std::size_t> FinishLogOn(PGconn* connection, const std::vector<PostgresHost>& hosts,
+                                       std::chrono::seconds time, const std::stop_token& stop) {
+  const StopSignal signal(stop);
+  std::size_t nTried = hosts.size();
+  auto end = Clock::time_point::max();
+  auto wanted =
+      PQstatus(connection) == CONNECTION_BAD ? PGRES_POLLING_FAILED : PGRES_POLLING_WRITING;
+  while (wanted == PGRES_POLLING_READING || wanted == PGRES_POLLING_WRITING) {
+    if (stop.stop_requested()) {
+      throw Failure(failure::kCancelled, "The connection was cancelled.", "PostgreSQL");
+    }
+    const std::size_t nNow = TriedOf(connection, hosts);
+    if (std::exchange(nTried, nNow) != nNow && time.count() != 0) end = Clock::now() + time;
+    auto left = StopSignal::kForever;
+    if (end != Clock::time_point::max()) {
+      left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+      if (left.count() <= 0) return nTried;
+    }
+    const short nEvents = wanted == PGRES_POLLING_READING ? POLLIN : POLLOUT;
+    if (signal.WaitFor(PQsocket(connection), nEvents, left)) wanted = PQconnectPoll(connection);
+  }
+  return std::nullopt;
+}
+
+// The connection, or what came of it, with why there is none.
 struct Attempt {
-  std::mutex mutex;
-  std::condition_variable_any done;
-  std::optional<PostgresHandle> handle;
+  PostgresHandle handle;
+  Text sWords;
 };
+
+Attempt TryToLogOn(const PostgresSettings& settings, const Text& sPassword,
+                   const std::stop_token& stop) {
+  Attempt attempt;
+  const PostgresOptions options = CompletedSettings(settings, attempt.sWords);
+  if (options == nullptr) return attempt;
+  const std::chrono::seconds time = ConnectTimeOf(options.get(), attempt.sWords);
+  if (!attempt.sWords.empty()) return attempt;
+  auto [hosts, sWords] = HostsOf(options.get(), stop);
+  attempt.sWords = std::move(sWords);
+  while (!hosts.empty()) {
+    attempt.handle = BeginLogOn(settings, hosts, sPassword);
+    const auto silent = FinishLogOn(attempt.handle.get(), hosts, time, stop);
+    if (!silent) {
+      if (PQstatus(attempt.handle.get()) != CONNECTION_OK) {
+        AddWords(attempt.sWords, LastWords(attempt.handle.get()));
+      }
+      return attempt;
+    }
+    // One that says nothing is left out, and the others are asked anew.
+    AddWords(attempt.sWords, SilenceOf(hosts[*silent]));
+    attempt.handle.reset();
+    hosts.erase(hosts.begin() + static_cast<std::ptrdiff_t>(*silent));
+  }
+  return attempt;
+}
 
 }  // namespace
 
-PostgresHandle LogOn(const PostgresAddress& address, const Text& sUser, Text sPassword,
+PostgresHandle LogOn(const PostgresAddress& address, const Text& sUser, const Text& sPassword,
                      const std::stop_token& stop) {
-  // libpq tries several hosts in one call only, and that call hears nothing.
-  const auto attempt = std::make_shared<Attempt>();
-  auto settings = std::make_unique<Settings>(address, sUser, std::move(sPassword));
-  ado::Wipe(sPassword);
-  std::thread([attempt, settings = std::move(settings)]() mutable {
-    PostgresHandle handle(settings->Connect());
-    settings.reset();
-    const std::lock_guard lock(attempt->mutex);
-    attempt->handle = std::move(handle);
-    attempt->done.notify_all();
-  }).detach();
-
-  std::unique_lock lock(attempt->mutex);
-  if (!attempt->done.wait(lock, stop, [&] { return attempt->handle.has_value(); })) {
+  auto [handle, sWords] = TryToLogOn(SettingsFor(address, sUser), sPassword, stop);
+  if (PQstatus(handle.get()) == CONNECTION_OK) return std::move(handle);
+  if (stop.stop_requested()) {
     throw Failure(failure::kCancelled, "The connection was cancelled.", "PostgreSQL");
   }
-  PostgresHandle handle = std::move(*attempt->handle);
-  if (handle != nullptr && PQstatus(handle.get()) == CONNECTION_OK) return handle;
-  const Text sWords = handle == nullptr ? Text("no memory") : LastWords(handle.get());
   // A server that is there and refuses the user says so in words alone.
   const bool bRole = sWords.find("FATAL:  role ") != Text::npos ||
                      sWords.find("authentication failed") != Text::npos;

@@ -1,5 +1,5 @@
 // Connecting to a PostgreSQL server so that a stop is heard meanwhile.
-// Used by PostgresLink, on the thread of its caller; the connecting has a thread of its own.
+// Used by PostgresLink, on the thread of its caller: whatever ends it, nothing goes on behind it.
 #pragma once
 
 #include <stop_token>
@@ -10,10 +10,10 @@
 namespace orvane::provider::engines {
 
 /// Connects as the user, or as whom the address and libpq itself name where he is empty. All hosts
-/// of the address are tried. Fails with kServerNotFound, kNoRights or kCancelled. A stop is
-/// answered at once; what is tried at that moment ends by itself, at the latest with its time
-/// limit.
+/// of the address are tried, each as long as its time limit says. Fails with kServerNotFound,
+/// kNoRights or kCancelled. A stop is answered at once. The password stays the caller's; libpq
+/// keeps it as long as the connection.
 PostgresHandle LogOn(const PostgresAddress& address, const platform::Text& sUser,
-                     platform::Text sPassword, const std::stop_token& stop);
+                     const platform::Text& sPassword, const std::stop_token& stop);
 
 }  // namespace orvane::provider::engines

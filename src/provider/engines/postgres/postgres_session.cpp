@@ -237,7 +237,7 @@ void PostgresSession::RunIn(const Call& call, bool bReads, EngineResult& result,
     throw Failure(failure::kSqlError, "There is no statement to run: the text is empty; write one.",
                   "PostgreSQL", 0, statement.sSql);
   }
-  m_link->Execute(parameters, engines::IsReadInBinary(described.get()));
+  m_link->Execute(parameters, engines::IsReadInBinary(described.get()), statement.maxBytes);
   PostgresFetch fetch(*m_link, described.get(), m_columns,
                       {statement.maxRows, statement.maxBytes, bReads}, call.rows);
   PostgresResult error;
