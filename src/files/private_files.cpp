@@ -47,6 +47,17 @@ void MakePrivateFile(const fs::path& file, std::error_code& error) {
   if (nFile >= 0) close(nFile);
 }
 
+bool TakeFromOthers(const fs::path& file) {
+  struct stat present {};
+  if (stat(file.c_str(), &present) != 0) return false;
+  if (!S_ISREG(present.st_mode)) {
+    errno = EINVAL;
+    return false;
+  }
+  // The bits of the group bound what an access list gives.
+  return chmod(file.c_str(), present.st_mode & S_IRWXU) == 0;
+}
+
 bool MayWriteInto(const fs::path& folder) {
   return faccessat(AT_FDCWD, folder.c_str(), R_OK | W_OK | X_OK, AT_EACCESS) == 0;
 }

@@ -23,6 +23,11 @@ void MakePrivateFolders(const std::filesystem::path& folder, std::error_code& er
 /// Makes an empty file; fails with std::errc::file_exists when there is anything of its name.
 void MakePrivateFile(const std::filesystem::path& file, std::error_code& error);
 
+/// Takes all rights of others on a file from them, access lists included; what the user himself may
+/// do stays. False, with errno, when that fails, as it does for the file of another user; a link is
+/// followed to the user's own file.
+bool TakeFromOthers(const std::filesystem::path& file);
+
 /// Whether this user may make and remove files in the folder.
 bool MayWriteInto(const std::filesystem::path& folder);
 

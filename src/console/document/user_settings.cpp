@@ -12,7 +12,10 @@ namespace orvane::console {
 void KeepToUser(const QSettings& settings) {
   const std::filesystem::path file = settings.fileName().toStdString();
   std::error_code error;
-  if (std::filesystem::exists(file, error) || error) return;
+  if (std::filesystem::exists(file, error) || error) {
+    files::TakeFromOthers(file);
+    return;
+  }
   try {
     files::MakePrivateFolders(file.parent_path(), error);
     files::Replace(file, "");

@@ -6,9 +6,9 @@ class QSettings;
 
 namespace orvane::console {
 
-/// Makes the file when there is none, so that nobody else may read it, whatever the umask; the
-/// toolkit keeps the rights of a file that is there. Where it cannot be made, the settings cannot
-/// be kept either, and nobody is stopped by that.
+/// Makes the file when there is none, so that nobody else may read it, whatever the umask, and
+/// takes it from everybody else where it is the user's and there already; the toolkit keeps the
+/// rights of a file that is there. Where that fails nobody is stopped by it.
 void KeepToUser(const QSettings& settings);
 
 }  // namespace orvane::console

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -73,6 +75,49 @@ TEST_F(user_views, are_the_users_alone) {
   struct stat status {};
   ASSERT_EQ(stat(m_settings.fileName().toStdString().c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0600U);
+}
+
+// Settings of an earlier version, or put back from somewhere.
+TEST_F(user_views, become_the_users_alone_where_others_could_read_them) {
+  const auto sFile = m_settings.fileName().toStdString();
+  Keep("/a.orvc", 1);
+  m_settings.sync();
+  const auto modeFor = [&](mode_t before) {
+    EXPECT_EQ(chmod(sFile.c_str(), before), 0);
+    KeepToUser(m_settings);
+    Keep("/a.orvc", 2);
+    m_settings.sync();
+    struct stat status {};
+    EXPECT_EQ(stat(sFile.c_str(), &status), 0);
+    return status.st_mode & 07777;
+  };
+  EXPECT_EQ(modeFor(0644), 0600U);
+  EXPECT_EQ(modeFor(0666), 0600U);
+  EXPECT_EQ(modeFor(0600), 0600U);
+  EXPECT_EQ(Kept("/a.orvc"), Value(Long{2}));
+  // Who has made them read-only means it.
+  EXPECT_EQ(chmod(sFile.c_str(), 0444), 0);
+  KeepToUser(m_settings);
+  struct stat status {};
+  ASSERT_EQ(stat(sFile.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0400U);
+}
+
+TEST_F(user_views, behind_a_link_become_the_users_alone_and_stay_behind_it) {
+  const auto sTarget = m_folder.filePath("kept.conf").toStdString();
+  ASSERT_EQ(symlink("kept.conf", m_settings.fileName().toStdString().c_str()), 0);
+  for (const bool bThere : {false, true}) {
+    if (bThere) {
+      ASSERT_EQ(chmod(sTarget.c_str(), 0644), 0);
+    }
+    KeepToUser(m_settings);
+    Keep("/a.orvc", 1);
+    m_settings.sync();
+    struct stat status {};
+    ASSERT_EQ(stat(sTarget.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0600U) << bThere;
+    EXPECT_TRUE(QFileInfo(m_settings.fileName()).isSymLink());
+  }
 }
 
 TEST_F(user_views, that_cannot_be_read_are_none) {
