@@ -25,11 +25,6 @@ constexpr std::string_view kGrid = "Grid.";
 constexpr std::string_view kItem = "Item";
 constexpr std::string_view kLayout = "Layout";
 constexpr std::size_t kMarkLength = 16;
-/// More than there are lists, and columns in one; what a document of somebody else has beyond that
-/// would stay in the settings.
-constexpr std::size_t kMostLists = 64;
-constexpr std::size_t kLongestName = 256;
-constexpr std::size_t kLongestWidths = 1024;
 
 /// "Grid.9f0c5a7712e4b3d8_", from the place: so a layout that comes or goes renames no other.
 /// Places may hold any bytes, which names of properties may not.
@@ -95,12 +90,12 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
   } else {
     parts.window.restoreGeometry(usualGeometry);
   }
-  // It may have been another screen, and the document somebody else's.
+  // It may have been another screen.
   widgets::KeepOnScreen(parts.window);
   if (const auto state = bytes("Splitter.State"); !state.isEmpty()) {
     const int iHandle = parts.splitter.handleWidth();
     parts.splitter.restoreState(state);
-    // Of all that such a state can say, the shares are what a document is asked for.
+    // Of all that such a state can say, only the shares are of this window.
     parts.splitter.setOrientation(Qt::Horizontal);
     parts.splitter.setHandleWidth(iHandle);
     parts.splitter.setChildrenCollapsible(false);
@@ -122,8 +117,6 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
   for (const auto& entry : bag.Entries()) {
     const auto* sWidths = std::get_if<Text>(&entry.value);
     if (!sWidths || !entry.sName.starts_with(kColumns)) continue;
-    const bool bOurs = entry.sName.size() <= kLongestName && sWidths->size() <= kLongestWidths;
-    if (!bOurs || columns.size() == kMostLists) continue;
     auto& widths = columns[entry.sName.substr(kColumns.size())];
     for (const auto& sWidth : QString::fromStdString(*sWidths).split(',')) {
       widths.push_back(std::clamp(sWidth.toInt(), 24, 4000));

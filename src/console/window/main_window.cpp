@@ -195,11 +195,11 @@ void MainWindow::FollowDocument() {
   connect(&m_keeper, &DocumentKeeper::ViewRead, this, [this](const DocumentBag& view) {
     const auto usual =
         m_parts.settings ? m_parts.settings->value("Window/Geometry").toByteArray() : QByteArray();
-    // Documents of before have it themselves.
+    // Also of documents of before, which tell of somebody's window: only what the user has kept.
     DocumentBag own;
     const Text& sPath = m_keeper.Document().Path();
-    const bool bOwn = m_views && !sPath.empty() && m_views->Read(sPath, own);
-    ReadView(ViewOfWindow(), bOwn ? own : view, usual);
+    if (m_views && !sPath.empty()) m_views->Read(sPath, own);
+    ReadView(ViewOfWindow(), own, usual);
     m_session.Layouts(ReadLayouts(view));
   });
   connect(&m_keeper, &DocumentKeeper::ViewAsked, this,

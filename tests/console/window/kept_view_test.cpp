@@ -169,52 +169,46 @@ TEST_F(kept_view, a_document_that_was_moved_opens_with_the_usual_window) {
   EXPECT_TRUE(m_window->statusBar()->isVisible());
 }
 
-TEST_F(kept_view, a_document_of_before_is_read_with_its_view_until_the_user_has_his_own) {
+// Whatever somebody wrote into it, and in whichever version.
+TEST_F(kept_view, a_document_does_not_move_the_window_nor_change_what_it_shows) {
+  auto* splitter = m_window->findChild<QSplitter*>();
   m_window->resize(740, 520);
-  const auto sGeometry = m_window->saveGeometry().toBase64().toStdString();
+  splitter->setSizes({200, 500});
+  const auto text = [](const char* sName, const QByteArray& value) {
+    return Text("{\"name\":\"") + sName + "\",\"text\":\"" + value.toStdString() + "\"}\n";
+  };
+  const auto flag = [](const char* sName, bool bValue) {
+    return Text("{\"name\":\"") + sName + "\",\"boolean\":" + (bValue ? "true" : "false") + "}\n";
+  };
+  const auto sLines = text("Window.Geometry", m_window->saveGeometry().toBase64()) +
+                      text("Splitter.State", splitter->saveState().toBase64()) +
+                      text("List.Columns.Catalogs", "100,200") + flag("Toolbar.Shown", false) +
+                      flag("Toolbar.LargeIcons", true) + flag("StatusBar.Shown", false) +
+                      flag("List.Icons", true) + "{\"end\":\"view\"}\n";
   m_window->resize(760, 500);
+  splitter->setSizes({500, 200});
   ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
-  m_window->NewDocument();
-  m_settings.remove("DocumentViews");
-  DocumentContent content;
-  ReadDocument(Content("a.orvc"), "a.orvc", content);
-  content.View().WriteProperty("Window.Geometry", sGeometry);
-  content.View().WriteProperty("StatusBar.Shown", false);
-  WriteContent(WriteDocument(content));
-  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
-  EXPECT_EQ(m_window->size(), QSize(740, 520));
-  EXPECT_FALSE(m_window->statusBar()->isVisible());
-  m_window->resize(700, 400);
-  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
-  EXPECT_EQ(m_window->size(), QSize(700, 400));
-  ASSERT_TRUE(m_window->Save());
-  EXPECT_THAT(Content("a.orvc"), Not(HasSubstr("Geometry")));
-}
-
-TEST_F(kept_view, more_lists_than_there_are_do_not_get_into_the_settings) {
-  ASSERT_TRUE(m_window->SaveTo(Path("a.orvc")));
-  m_window->NewDocument();
-  m_settings.remove("DocumentViews");
-  DocumentContent content;
-  ReadDocument(Content("a.orvc"), "a.orvc", content);
-  for (int n = 0; n < 1000; ++n) {
-    content.View().WriteProperty("List.Columns.n" + std::to_string(n), "100,200");
+  AddToView(sLines);
+  auto sBytes = Content("a.orvc");
+  for (const char cVersion : {'3', '2'}) {
+    sBytes[sBytes.find("\"version\":") + 10] = cVersion;
+    m_window->NewDocument();
+    WriteContent(sBytes);
+    m_settings.remove("DocumentViews");
+    m_settings.setValue("Window/Geometry", m_window->saveGeometry());
+    const DialogAnswer opens(&PressOpen);
+    ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
+    EXPECT_EQ(opens.Count(), 1);
+    EXPECT_EQ(m_window->size(), QSize(760, 500)) << cVersion;
+    EXPECT_GT(splitter->sizes().at(0), splitter->sizes().at(1)) << cVersion;
+    EXPECT_TRUE(m_window->statusBar()->isVisible());
+    EXPECT_TRUE(Action("actToolbar")->isChecked());
+    EXPECT_TRUE(Action("actSmallImages")->isChecked());
+    EXPECT_TRUE(Action("actDetails")->isChecked());
+    EXPECT_TRUE(Results().ColumnWidths().empty());
+    ASSERT_TRUE(m_window->Save());
+    EXPECT_THAT(Content("a.orvc"), Not(HasSubstr("Geometry")));
   }
-  content.View().WriteProperty("List.Columns.wide" + Text(5000, 'w'), "100");
-  Text sWidths;
-  for (int n = 0; n < 5000; ++n) sWidths += "100,";
-  content.View().WriteProperty("List.Columns.long", sWidths);
-  WriteContent(WriteDocument(content));
-  ASSERT_TRUE(m_window->OpenDocument(Path("a.orvc")));
-  EXPECT_EQ(m_window->findChild<ResultPane*>()->ColumnWidths().size(), 64U);
-  m_window->NewDocument();
-  const auto bytes = [](const QVariant& value) { return value.toByteArray().size(); };
-  m_settings.beginGroup("DocumentViews");
-  qsizetype nBytes = 0;
-  for (const auto& sKey : m_settings.allKeys()) nBytes += bytes(m_settings.value(sKey));
-  m_settings.endGroup();
-  EXPECT_GT(nBytes, 64);
-  EXPECT_LT(nBytes, 10'000);
 }
 
 TEST_F(kept_view, layouts_of_different_grids_merge) {
