@@ -37,12 +37,8 @@ class MainWindow final : public QMainWindow {
   bool SaveTo(const platform::Text& sPath) { return m_keeper.SaveTo(sPath); }
   bool IsModified() { return m_keeper.IsModified(); }
   const console::Document& Document() const noexcept { return m_keeper.Document(); }
-  const platform::Text& SnapInFailure() const noexcept { return m_keeper.SnapInFailure(); }
 
   ConsoleSession& Session() noexcept { return m_session; }
-  ScopePane& Scope() noexcept { return *m_scope; }
-  ResultPane& Results() noexcept { return *m_results; }
-  SelectionMenus& Menus() noexcept { return *m_selectionMenus; }
 
  protected:
   void closeEvent(QCloseEvent* event) override;

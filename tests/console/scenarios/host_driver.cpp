@@ -12,12 +12,11 @@
 #include "component/registration.h"
 #include "console/data_access/data_access.h"
 #include "console/document/document.h"
-#include "console/results/result_pane.h"
-#include "console/scope/scope_pane.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "tests/console/scenarios/counted_objects.h"
 #include "tests/console/scenarios/embedded_servers.h"
+#include "tests/console/window/panes.h"
 
 namespace orvane::console {
 
@@ -119,8 +118,8 @@ ScopeTreeItemPtr HostDriver::Item(const Text& sKey) const {
 
 QRect HostDriver::RectOf(const ScopeTreeItemPtr& item) {
   const auto index = m_window->Session().Tree().IndexOf(*item);
-  m_window->Scope().scrollTo(index);
-  return m_window->Scope().visualRect(index);
+  ScopeOf(*m_window).scrollTo(index);
+  return ScopeOf(*m_window).visualRect(index);
 }
 
 Boolean HostDriver::HasItem(const Text& sKey) const {
@@ -130,7 +129,7 @@ Boolean HostDriver::HasItem(const Text& sKey) const {
 void HostDriver::Expand(const Text& sKey) {
   const auto item = Item(sKey);
   ASSERT_NE(item, nullptr) << sKey;
-  auto& pane = m_window->Scope();
+  auto& pane = ScopeOf(*m_window);
   if (pane.isExpanded(m_window->Session().Tree().IndexOf(*item))) return;
   const auto rect = RectOf(item);
   ASSERT_FALSE(rect.isEmpty()) << sKey << " is not in sight";
@@ -147,7 +146,7 @@ void HostDriver::Collapse(const Text& sKey) {
   const auto item = Item(sKey);
   ASSERT_NE(item, nullptr) << sKey;
   const auto rect = RectOf(item);
-  auto& pane = m_window->Scope();
+  auto& pane = ScopeOf(*m_window);
   QTest::mouseClick(pane.viewport(), Qt::LeftButton, {},
                     {rect.left() - pane.indentation() / 2, rect.center().y()});
   EXPECT_FALSE(pane.isExpanded(m_window->Session().Tree().IndexOf(*item)));
@@ -159,13 +158,13 @@ void HostDriver::Select(const Text& sKey) {
   const auto rect = RectOf(item);
   ASSERT_FALSE(rect.isEmpty()) << sKey << " is not in sight";
   Activate();
-  QTest::mouseClick(m_window->Scope().viewport(), Qt::LeftButton, {}, rect.center());
+  QTest::mouseClick(ScopeOf(*m_window).viewport(), Qt::LeftButton, {}, rect.center());
   WaitFor([&] { return m_window->Session().Selected() == item; });
 }
 
 Text HostDriver::Selected() const {
   const auto item = m_window->Session().Selected();
-  EXPECT_EQ(m_window->Session().Tree().ItemAt(m_window->Scope().currentIndex()), item);
+  EXPECT_EQ(m_window->Session().Tree().ItemAt(ScopeOf(*m_window).currentIndex()), item);
   return item == m_window->Session().Tree().StaticItem() ? Text(kStaticNode) : item->Key();
 }
 
@@ -209,7 +208,7 @@ void HostDriver::ShowView(const Text& sViewName) {
 
 std::vector<scenarios::ListRow> HostDriver::ListRows() const {
   std::vector<scenarios::ListRow> rows;
-  auto& results = m_window->Results();
+  auto& results = ResultsOf(*m_window);
   if (!results.IsListShown() || !results.Sentence().isEmpty()) return rows;
   const auto& list = results.List();
   for (int i = 0; i < list.RowCount(); ++i) {

@@ -9,10 +9,10 @@
 #include <QWindow>
 #include <map>
 
-#include "console/scope/scope_pane.h"
 #include "console/window/toolbar_view.h"
 #include "tests/console/scenarios/host_driver.h"
 #include "tests/console/scenarios/shown_qt_form.h"
+#include "tests/console/window/panes.h"
 
 namespace orvane::console {
 
@@ -41,7 +41,7 @@ QMenu* HostDriver::OpenMenu(const Text& sKey, scenarios::MenuWay way) {
     return nullptr;
   }
   Activate();
-  auto& pane = m_window->Scope();
+  auto& pane = ScopeOf(*m_window);
   QMenu* menu = nullptr;
   const auto shown = m_window->Session().Selected();
   if (way == scenarios::MenuWay::RightClick) {

@@ -4,9 +4,8 @@
 #include <QTabBar>
 #include <QToolButton>
 
-#include "console/results/result_pane.h"
-#include "console/scope/scope_pane.h"
 #include "tests/console/whole_job/hands.h"
+#include "tests/console/window/panes.h"
 
 namespace orvane::console {
 
@@ -40,7 +39,7 @@ void KeyboardHands::GoTo(QWidget* widget) {
 
 void KeyboardHands::Select(const Text& sKey) {
   m_stage.WaitUntilIdle();
-  auto* pane = &m_stage.Window().Scope();
+  auto* pane = &ScopeOf(m_stage.Window());
   GoTo(pane);
   const auto current = [pane] { return pane->currentIndex(); };
   for (int i = 0; i < kMostSteps; ++i) {

@@ -6,9 +6,8 @@
 #include <QToolButton>
 #include <chrono>
 
-#include "console/results/result_pane.h"
-#include "console/scope/scope_pane.h"
 #include "tests/console/whole_job/hands.h"
+#include "tests/console/window/panes.h"
 
 namespace orvane::console {
 
@@ -69,7 +68,7 @@ MouseHands::Place MouseHands::MiddleOf(QWidget* widget) {
 
 MouseHands::Place MouseHands::MiddleOfItem(const Text& sKey) {
   return [this, sKey] {
-    auto& pane = m_stage.Window().Scope();
+    auto& pane = ScopeOf(m_stage.Window());
     const auto rect = pane.visualRect(m_stage.Index(sKey));
     if (!pane.viewport()->rect().contains(rect.center())) {
       throw Stopped("The item " + sKey + " is not in sight.");
@@ -101,7 +100,7 @@ void MouseHands::Expand(const Text& sKey) {
     return;
   }
   Click([&] {
-    auto& pane = m_stage.Window().Scope();
+    auto& pane = ScopeOf(m_stage.Window());
     const auto rect = pane.visualRect(m_stage.Index(sKey));
     return pane.viewport()->mapToGlobal(
         QPoint(rect.left() - pane.indentation() / 2, rect.center().y()));

@@ -6,8 +6,8 @@
 #include <QLineEdit>
 #include <chrono>
 
-#include "console/scope/scope_pane.h"
 #include "tests/console/whole_job/whole_job.h"
+#include "tests/console/window/panes.h"
 
 namespace orvane::console {
 
@@ -36,7 +36,7 @@ void WholeJobTest::WaitUntilOpened(const Text& sKey) {
   Expect(sKey + " is open", [&] {
     const auto item = m_stage.Item(sKey);
     return item && item->State() == NodeState::Loaded && m_stage.IsIdle() &&
-           (item->Children().empty() || m_stage.Window().Scope().isExpanded(m_stage.Index(sKey)));
+           (item->Children().empty() || ScopeOf(m_stage.Window()).isExpanded(m_stage.Index(sKey)));
   });
 }
 

@@ -12,8 +12,7 @@
 #include <QThread>
 #include <QWindow>
 
-#include "console/results/result_pane.h"
-#include "console/scope/scope_pane.h"
+#include "tests/console/window/panes.h"
 
 namespace orvane::console {
 
@@ -164,14 +163,14 @@ QModelIndex Stage::Index(const Text& sKey) {
 }
 
 QAbstractItemView* Stage::Rows() {
-  for (auto* table : m_window->Results().findChildren<QAbstractItemView*>("rows")) {
-    if (m_window->Results().IsInControl(table)) return table;
+  for (auto* table : ResultsOf(*m_window).findChildren<QAbstractItemView*>("rows")) {
+    if (ResultsOf(*m_window).IsInControl(table)) return table;
   }
   return nullptr;
 }
 
 QWidget* Stage::SqlBox() {
-  for (auto* box : m_window->Results().findChildren<QAbstractScrollArea*>()) {
+  for (auto* box : ResultsOf(*m_window).findChildren<QAbstractScrollArea*>()) {
     if (box->inherits("QsciScintilla") && box->isVisible()) return box;
   }
   return nullptr;

@@ -8,7 +8,6 @@
 #include <X11/keysym.h>
 #include <poll.h>
 
-#include <chrono>
 #include <stdexcept>
 
 namespace orvane::console {
@@ -140,9 +139,7 @@ void XInput::ListenForBells() {
 }
 
 bool XInput::WaitForBell(int iMilliseconds) {
-  using std::chrono::steady_clock;
   auto* display = m_connection->display;
-  const auto end = steady_clock::now() + std::chrono::milliseconds(iMilliseconds);
   // What has rung already is then on its way no longer.
   XSync(display, False);
   for (;;) {
@@ -153,10 +150,9 @@ bool XInput::WaitForBell(int iMilliseconds) {
         return true;
       }
     }
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - steady_clock::now());
-    if (left.count() <= 0) return false;
+    // Little else is told on this connection, so each piece of news may take as long again.
     pollfd waiting{ConnectionNumber(display), POLLIN, 0};
-    poll(&waiting, 1, static_cast<int>(left.count()));
+    if (poll(&waiting, 1, iMilliseconds) <= 0) return false;
   }
 }
 

@@ -32,7 +32,7 @@ class XInput {
   bool WaitForWindowManager(int iMilliseconds);
   /// From now on the display's bells are kept for whoever waits for them.
   void ListenForBells();
-  /// Takes the next bell; false when there was none in that time.
+  /// Takes the next bell; false when nothing came for that long.
   bool WaitForBell(int iMilliseconds);
 
  private:

@@ -18,11 +18,10 @@
 #include "console/dialogs/message_boxes.h"
 #include "console/dialogs/unsent_rows_question.h"
 #include "console/document/unsent_rows.h"
-#include "console/results/result_pane.h"
-#include "console/scope/scope_pane.h"
 #include "console/window/main_window.h"
 #include "console/window/toolbar_view.h"
 #include "tests/console/session/fake_snap_in.h"
+#include "tests/console/window/panes.h"
 #include "tests/console/window/shown_control.h"
 
 namespace orvane::console {
@@ -110,8 +109,8 @@ class MainWindowTest : public testing::Test {
   }
   bool Waits(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 30'000); }
 
-  ScopePane& Scope() { return m_window->Scope(); }
-  ResultPane& Results() { return m_window->Results(); }
+  ScopePane& Scope() { return ScopeOf(*m_window); }
+  ResultPane& Results() { return ResultsOf(*m_window); }
   ConsoleSession& Session() { return m_window->Session(); }
   ScopeTreeItemPtr Find(const Text& sKey) {
     return sKey.empty() ? Session().Tree().StaticItem() : Session().Tree().Find(sKey);
