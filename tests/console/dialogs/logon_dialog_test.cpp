@@ -12,6 +12,8 @@
 #include <QTimer>
 #include <thread>
 
+#include "tests/fakes/until.h"
+
 namespace orvane::console {
 namespace {
 
@@ -299,7 +301,7 @@ TEST(logon_dialog, can_be_asked_for_from_another_thread) {
     bAccepted = prompt.Ask(request);
     bDone = true;
   });
-  EXPECT_TRUE(QTest::qWaitFor([&] { return bDone.load(); }));
+  EXPECT_TRUE(tests::Until([&] { return bDone.load(); }));
   thread.join();
   EXPECT_TRUE(bAccepted);
 }

@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include "console/look/control_style.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::console {
 namespace {
@@ -146,7 +147,7 @@ TEST(message_boxes, a_text_too_long_for_the_screen_scrolls_and_the_buttons_stay)
     text->setFocus();
     QTest::keyClick(text, Qt::Key_End, Qt::ControlModifier);
     const auto* const bar = text->verticalScrollBar();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return bar->value() == bar->maximum(); }));
+    EXPECT_TRUE(tests::Until([&] { return bar->value() == bar->maximum(); }));
     QTest::keyClick(text, Qt::Key_Escape);
   });
 }

@@ -6,6 +6,7 @@
 
 #include "console/look/control_style.h"
 #include "tests/console/forms/forms_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::console {
 namespace {
@@ -24,7 +25,7 @@ TEST_F(drop_down, shows_fifteen_entries_under_its_box) {
     auto& box = Find<QComboBox>(window, "m_cmbSortCol");
     QTest::mouseClick(&box, Qt::LeftButton);
     const auto* const view = box.view();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return view->isVisible(); }));
+    ASSERT_TRUE(tests::Until([&] { return view->isVisible(); }));
     const int iRow = view->sizeHintForRow(0);
     EXPECT_LE(view->viewport()->height(), 15 * iRow);
     EXPECT_GT(view->viewport()->height(), 14 * iRow);
@@ -42,7 +43,7 @@ TEST_F(drop_down, a_long_name_is_cut_in_box_and_list_and_told_whole) {
     const auto sTold = box.itemData(0, Qt::ToolTipRole).toString();
     EXPECT_TRUE(sTold.contains("&lt;b&gt;")) << sTold.toStdString();
     QTest::mouseClick(&box, Qt::LeftButton);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return box.view()->isVisible(); }));
+    ASSERT_TRUE(tests::Until([&] { return box.view()->isVisible(); }));
     EXPECT_EQ(box.view()->textElideMode(), Qt::ElideMiddle);
     EXPECT_LE(box.view()->window()->width(), box.width() + 4);
     box.hidePopup();

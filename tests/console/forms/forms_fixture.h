@@ -17,6 +17,7 @@
 #include "console/forms/qt_forms.h"
 #include "platform/failure.h"
 #include "platform/services.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::console {
 
@@ -98,7 +99,7 @@ inline void Type(const char* sText) {
 /// An access key: the toolkit shows the button pressed for a moment before it clicks it.
 inline bool AccessKey(Qt::Key key, const std::function<bool()>& done) {
   Key(key, Qt::AltModifier);
-  return QTest::qWaitFor(done);
+  return tests::Until(done);
 }
 
 /// The name of the widget that has the focus.

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "console/look/contrast.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::console {
 
@@ -23,7 +24,7 @@ namespace orvane::console {
 inline bool BringForward(QWidget& window) {
   window.show();
   window.activateWindow();
-  return QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }, 30'000);
+  return tests::Until([&] { return QApplication::activeWindow() == &window; });
 }
 
 inline QImage SeenOf(QWidget& widget) {

@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include "tests/console/scenarios/host_driver.h"
+#include "tests/fakes/until.h"
 #include "tests/scenarios/command_fixture.h"
 
 namespace orvane::scenarios::commands {
@@ -95,7 +96,7 @@ TEST_F(followed_advice, a_server_is_reloaded_whose_catalogs_were_never_opened) {
   EXPECT_FALSE(driver->HasItem(kPlant));
   driver->Select(kServer);
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return driver->HasItem(kPlant); }, 30'000));
+  EXPECT_TRUE(tests::Until([&] { return driver->HasItem(kPlant); }));
   EXPECT_EQ(driver->Selected(), kServer);
   ExpectNoBoxes();
 }

@@ -17,6 +17,7 @@
 #include "tests/console/scenarios/counted_objects.h"
 #include "tests/console/scenarios/embedded_servers.h"
 #include "tests/console/window/panes.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::console {
 
@@ -59,8 +60,7 @@ HostDriver::~HostDriver() {
 }
 
 void HostDriver::WaitFor(const std::function<bool()>& condition) {
-  EXPECT_TRUE(
-      QTest::qWaitFor([&] { return !m_window->Session().IsBusy() && condition(); }, 30'000));
+  EXPECT_TRUE(tests::Until([&] { return !m_window->Session().IsBusy() && condition(); }));
 }
 
 void HostDriver::Activate() {

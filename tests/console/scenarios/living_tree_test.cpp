@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QTest>
 
+#include "tests/fakes/until.h"
 #include "tests/scenarios/command_fixture.h"
 
 namespace orvane::scenarios::commands {
@@ -38,7 +39,7 @@ TEST_F(living_tree, reload_shows_what_another_program_made) {
   EXPECT_FALSE(driver->HasItem("localhost.Catalogs.Mill"));
   driver->Select(kCatalogs);
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return driver->HasItem("localhost.Catalogs.Mill"); }, 30'000));
+  EXPECT_TRUE(tests::Until([&] { return driver->HasItem("localhost.Catalogs.Mill"); }));
   EXPECT_TRUE(driver->HasItem(kPlant));
   EXPECT_EQ(driver->Selected(), kCatalogs);
   ExpectNoBoxes();

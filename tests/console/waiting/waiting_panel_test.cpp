@@ -8,6 +8,8 @@
 #include <QProgressBar>
 #include <QTest>
 
+#include "tests/fakes/until.h"
+
 namespace orvane::console {
 namespace {
 
@@ -76,7 +78,7 @@ TEST_F(waiting_panel, its_bar_is_never_full_and_never_stands_still) {
   EXPECT_EQ(bar->maximum(), 0) << "how long it takes is not known";
   const QImage first = bar->grab().toImage();
   int nPictures = 0;
-  EXPECT_TRUE(QTest::qWaitFor([&] {
+  EXPECT_TRUE(tests::Until([&] {
     const int nMarked = Marked(*bar);
     EXPECT_GT(nMarked, 0);
     EXPECT_LT(nMarked, bar->width() / 2);

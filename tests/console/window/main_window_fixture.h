@@ -23,6 +23,7 @@
 #include "tests/console/session/fake_snap_in.h"
 #include "tests/console/window/panes.h"
 #include "tests/console/window/shown_control.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::console {
 
@@ -107,7 +108,7 @@ class MainWindowTest : public testing::Test {
     QCoreApplication::processEvents();
     QCoreApplication::processEvents();
   }
-  bool Waits(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 30'000); }
+  bool Waits(const std::function<bool()>& condition) { return tests::Until(condition); }
 
   ScopePane& Scope() { return ScopeOf(*m_window); }
   ResultPane& Results() { return ResultsOf(*m_window); }
