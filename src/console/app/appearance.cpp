@@ -22,7 +22,7 @@ QPalette LightPalette() {
   palette.setColor(QPalette::Button, QColor(0xEE, 0xF1, 0xF4));
   palette.setColor(QPalette::ButtonText, QColor(0x20, 0x28, 0x33));
   palette.setColor(QPalette::Mid, QColor(0xD0, 0xD6, 0xDD));
-  palette.setColor(QPalette::PlaceholderText, QColor(0x6B, 0x77, 0x86));
+  palette.setColor(QPalette::PlaceholderText, QColor(0x62, 0x6E, 0x7C));
   palette.setColor(QPalette::Highlight, QColor(0x2F, 0x6D, 0xB5));
   palette.setColor(QPalette::HighlightedText, Qt::white);
   palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(0xD3, 0xE2, 0xF2));

@@ -5,6 +5,8 @@
 
 #include "console/document/document_file.h"
 #include "tests/console/document/document_fixture.h"
+#include "tests/fakes/killed_program.h"
+#include "tests/fakes/small_disk.h"
 
 namespace orvane::console {
 namespace {
@@ -262,6 +264,66 @@ TEST_F(document_saved, one_without_the_right_to_read_it_gives_a_sentence) {
                          : 2;
             }),
             0);
+}
+
+// A document that was not there before, and one that is replaced.
+TEST_F(document_saved, a_kill_between_any_two_steps_of_a_save_leaves_the_old_or_the_new_one) {
+  for (const bool bThere : {true, false}) {
+    int nStep = 1;
+    for (auto ended = tests::Ended::Killed; ended == tests::Ended::Killed; ++nStep) {
+      SCOPED_TRACE("killed before step " + std::to_string(nStep));
+      fs::remove(Path());
+      if (bThere) Make("old");
+      ended =
+          tests::KilledBefore(nStep,
+                              [&] {
+                                if (!bThere)
+                                  return Document().SaveAs(Path(), ContentOf(Text(100'000, 'n')));
+                                const auto opened = Document::Open(Path());
+                                tests::CountFromHere();
+                                opened->Save(ContentOf(Text(100'000, 'n')));
+                              },
+                              {&tests::ChangesFiles, bThere});
+      ASSERT_NE(ended, tests::Ended::Untraceable) << "this machine lets no process be traced";
+      if (bThere || fs::exists(Path())) {
+        const auto left = Document::Open(Path());
+        const Text sLeft = *TextIn(*left).As<Text>();
+        EXPECT_TRUE(sLeft == Text(100'000, 'n') ||
+                    (ended == tests::Ended::Killed && sLeft == "old"))
+            << sLeft.size();
+        EXPECT_FALSE(left->IsReadOnly());
+        EXPECT_FALSE(left->IsUnsaved());
+      } else {
+        EXPECT_EQ(ended, tests::Ended::Killed);
+      }
+      // What it left beside the document goes with the next save.
+      Make("next");
+      EXPECT_EQ(FilesInFolder(), 1U);
+    }
+    EXPECT_GT(nStep, 3);
+  }
+}
+
+// Where this process may have a disk of its own, which is as small as it likes.
+TEST_F(document_saved, a_save_on_a_full_disk_leaves_the_old_one_whole) {
+  constexpr int kNoDisk = 90;
+  const int nEnded = fakes::InChild([&] {
+    if (!tests::MountSmallDisk(m_folder.path().toLocal8Bit().constData())) return kNoDisk;
+    Make("old");
+    const Text sBefore = BytesOf(Path());
+    const auto opened = Document::Open(Path());
+    const Text sSentence = SentenceOf([&] { opened->Save(ContentOf(Text(200'000, 'x'))); });
+    if (sSentence.find("No space left on device; what was there is untouched") == Text::npos) {
+      return 1;
+    }
+    if (BytesOf(Path()) != sBefore || FilesInFolder() != 1) return 2;
+    if (TextIn(*opened) != Value("old")) return 3;
+    // What fits is saved all the same.
+    opened->Save(ContentOf("new"));
+    return TextIn(*Document::Open(Path())) == Value("new") && FilesInFolder() == 1 ? 0 : 4;
+  });
+  if (nEnded == kNoDisk) GTEST_SKIP() << "this process may have no disk of its own";
+  EXPECT_EQ(nEnded, 0);
 }
 
 TEST_F(document_saved, a_kill_during_a_save_leaves_the_old_or_the_new_one) {

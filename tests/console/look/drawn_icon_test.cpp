@@ -159,6 +159,16 @@ TEST_F(FaintTextTest, of_what_cannot_be_used_can_be_told_from_its_ground) {
             QColor(0xA0, 0xA1, 0xA2));
 }
 
+TEST_F(FaintTextTest, of_the_programs_own_colours_can_be_read_on_every_ground) {
+  constexpr double kReadableText = 4.5;
+  PrepareApplication(*qApp);
+  for (const auto under :
+       {QPalette::Window, QPalette::Base, QPalette::AlternateBase, QPalette::Button}) {
+    EXPECT_GE(Contrast(Faint(), QApplication::palette().color(under)), kReadableText) << under;
+  }
+  QApplication::setStyle("Fusion");
+}
+
 TEST_F(FaintTextTest, is_left_alone_where_it_can_be_read) {
   auto palette = DarkPalette();
   palette.setColor(QPalette::PlaceholderText, QColor(0x90, 0xA0, 0xB0));
