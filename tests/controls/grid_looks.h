@@ -10,6 +10,7 @@
 
 #include "console/app/appearance.h"
 #include "console/look/contrast.h"
+#include "console/look/control_style.h"
 #include "controls/view/header_view.h"
 #include "tests/console/look/picture_fixture.h"
 #include "tests/console/look/seen_focus.h"
@@ -45,8 +46,9 @@ class GridLooks : public PumpsFixture, public testing::WithParamInterface<GridLo
     QFont font = QApplication::font();
     font.setPixelSize(GetParam().nPoints * kDotsPerInch / kPointsPerInch);
     QApplication::setFont(font);
-    if (GetParam().bDark) QApplication::setPalette(console::DarkPalette());
-    console::PrepareApplication(*qApp);
+    QApplication::setPalette(GetParam().bDark ? console::DarkPalette() : console::LightPalette());
+    QApplication::setStyle(new console::ControlStyle);
+    console::SeeToFaintText();
   }
   ~GridLooks() override { QApplication::setStyle("Fusion"); }
 

@@ -12,6 +12,13 @@ namespace orvane::console {
 
 namespace {
 
+QColor Between(const QColor& one, const QColor& other) {
+  return QColor((one.red() + other.red()) / 2, (one.green() + other.green()) / 2,
+                (one.blue() + other.blue()) / 2);
+}
+
+}  // namespace
+
 QPalette LightPalette() {
   QPalette palette(QColor(0xF3, 0xF5, 0xF7));
   palette.setColor(QPalette::Window, QColor(0xF3, 0xF5, 0xF7));
@@ -35,13 +42,6 @@ QPalette LightPalette() {
   }
   return palette;
 }
-
-QColor Between(const QColor& one, const QColor& other) {
-  return QColor((one.red() + other.red()) / 2, (one.green() + other.green()) / 2,
-                (one.blue() + other.blue()) / 2);
-}
-
-}  // namespace
 
 void SeeToFaintText() {
   constexpr int kLeastDifference = 60;

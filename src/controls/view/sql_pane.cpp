@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QEvent>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -89,7 +90,8 @@ void SqlPane::paintEvent(QPaintEvent* event) {
 
 void SqlPane::ApplyPalette() {
   QFont plain = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  plain.setPointSizeF(font().pointSizeF() > 0 ? font().pointSizeF() : plain.pointSizeF());
+  // Also of a font whose size was chosen in dots.
+  plain.setPointSizeF(QFontInfo(font()).pointSizeF());
   m_lexer->Paint(palette(), plain);
   setPaper(palette().color(QPalette::Base));
   setColor(palette().color(QPalette::Text));

@@ -161,12 +161,11 @@ TEST_F(FaintTextTest, of_what_cannot_be_used_can_be_told_from_its_ground) {
 
 TEST_F(FaintTextTest, of_the_programs_own_colours_can_be_read_on_every_ground) {
   constexpr double kReadableText = 4.5;
-  PrepareApplication(*qApp);
+  QApplication::setPalette(LightPalette());
   for (const auto under :
        {QPalette::Window, QPalette::Base, QPalette::AlternateBase, QPalette::Button}) {
     EXPECT_GE(Contrast(Faint(), QApplication::palette().color(under)), kReadableText) << under;
   }
-  QApplication::setStyle("Fusion");
 }
 
 TEST_F(FaintTextTest, is_left_alone_where_it_can_be_read) {
