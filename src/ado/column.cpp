@@ -32,6 +32,8 @@ DataType TypeOf(ValueKind kind) {
       return DataType::Numeric;
     case ValueKind::Timestamp:
       return DataType::DBTimeStamp;
+    case ValueKind::WallTime:
+      return DataType::WallTime;
     case ValueKind::Date:
       return DataType::DBDate;
     case ValueKind::TimeOfDay:
@@ -57,7 +59,7 @@ std::string_view AsCharacters(std::span<const std::byte> bytes) {
 
 bool IsWide(ValueKind kind) {
   return kind == ValueKind::LongLong || kind == ValueKind::Double || kind == ValueKind::Timestamp ||
-         kind == ValueKind::TimeOfDay;
+         kind == ValueKind::TimeOfDay || kind == ValueKind::WallTime;
 }
 
 std::size_t TextBytes(const Value& vtValue) {
@@ -137,6 +139,8 @@ void Column::AppendValue(const Value& vtValue) {
           AppendText(content);
         } else if constexpr (std::is_same_v<T, platform::Timestamp>) {
           AppendTimestamp(content);
+        } else if constexpr (std::is_same_v<T, platform::WallTime>) {
+          AppendWallTime(content);
         } else if constexpr (std::is_same_v<T, platform::Date>) {
           AppendWord(ValueKind::Date,
                      static_cast<std::uint32_t>(content.time_since_epoch().count()));
@@ -234,6 +238,8 @@ Value CellValue(ValueKind kind, std::uint64_t payload, std::string_view sPooled)
       return platform::Text(sPooled);
     case ValueKind::Timestamp:
       return platform::Timestamp(std::chrono::microseconds(llPayload));
+    case ValueKind::WallTime:
+      return platform::WallTime(std::chrono::microseconds(llPayload));
     case ValueKind::Date:
       return platform::Date(std::chrono::days(lPayload));
     case ValueKind::TimeOfDay:

@@ -48,6 +48,10 @@ class Column {
     AppendWide(platform::ValueKind::Timestamp,
                static_cast<std::uint64_t>(timestamp.time_since_epoch().count()));
   }
+  void AppendWallTime(platform::WallTime wall) {
+    AppendWide(platform::ValueKind::WallTime,
+               static_cast<std::uint64_t>(wall.time_since_epoch().count()));
+  }
   void AppendText(std::string_view sText) {
     AppendWord(platform::ValueKind::Text, m_pool.Intern(sText));
   }

@@ -144,6 +144,12 @@ Value ColumnarRecordset::ValueAt(RowIndex row, ColumnIndex column) const {
   return OriginalAt(row, column);
 }
 
+std::optional<std::string_view> ColumnarRecordset::TextAt(RowIndex row, ColumnIndex column) const {
+  RequireCell(row, column);
+  if (!m_overlay.Empty()) return std::nullopt;
+  return m_rows->TextAt(row, column);
+}
+
 std::shared_ptr<std::pmr::memory_resource> ColumnarRecordset::Memory() const {
   const RowStorage& storage = m_rows->Storage();
   if (!storage.budget || !storage.bSpill) return Recordset::Memory();

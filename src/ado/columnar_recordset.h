@@ -38,6 +38,8 @@ class ColumnarRecordset final : public platform::Recordset {
   /// is no such column.
   platform::Value ValueAt(platform::RowIndex row, platform::ColumnIndex column) const override;
   /// Rows that were edited stand alone.
+  std::optional<std::string_view> TextAt(platform::RowIndex row,
+                                         platform::ColumnIndex column) const override;
   platform::CellRun RunAt(platform::RowIndex row, platform::ColumnIndex column) const override;
   platform::Boolean Truncated() const override {
     return State() == platform::FetchState::Truncated;

@@ -108,6 +108,12 @@ platform::Value FetchedRows::ValueAt(RowIndex row, ColumnIndex column) const {
       .ValueAt(static_cast<std::size_t>(row - block.firstRow), static_cast<std::size_t>(column));
 }
 
+std::optional<std::string_view> FetchedRows::TextAt(RowIndex row, ColumnIndex column) const {
+  const Block& block = BlockAt(BlockNumberOf(row));
+  return RowBlock(block.bytes)
+      .TextAt(static_cast<std::size_t>(row - block.firstRow), static_cast<std::size_t>(column));
+}
+
 platform::CellRun FetchedRows::RunAt(RowIndex row, ColumnIndex column) const {
   // Asked first, so that no block that is counted has its end behind them.
   const RowIndex rows = RowCount();

@@ -48,6 +48,9 @@ class FetchedRows {
   platform::RowIndex RowCount() const { return m_rowCount.load(std::memory_order_acquire); }
   /// The row must be below RowCount, the column one of the columns.
   platform::Value ValueAt(platform::RowIndex row, platform::ColumnIndex column) const;
+  /// The row and the column likewise; as of a RowBlock.
+  std::optional<std::string_view> TextAt(platform::RowIndex row,
+                                         platform::ColumnIndex column) const;
   /// The row and the column likewise.
   platform::CellRun RunAt(platform::RowIndex row, platform::ColumnIndex column) const;
   /// As described, or the type that fits the values that have come.

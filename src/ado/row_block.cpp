@@ -103,10 +103,7 @@ Value RowBlock::ValueAt(std::size_t row, std::size_t column) const {
       packed.bMixed ? static_cast<ValueKind>(Load<std::uint8_t>(m_bytes, packed.bytes, row))
                     : packed.kind;
   if (kind == ValueKind::Null) return {};
-  if (row / 64 < packed.nullWords &&
-      (Load<std::uint64_t>(m_bytes, packed.nulls, row / 64) >> (row % 64) & 1) != 0) {
-    return {};
-  }
+  if (IsNullAt(packed, row)) return {};
   std::uint64_t payload = 0;
   if (packed.bMixed || IsWide(kind)) {
     payload = Load<std::uint64_t>(m_bytes, packed.wides, row);
@@ -116,11 +113,25 @@ Value RowBlock::ValueAt(std::size_t row, std::size_t column) const {
     payload = Load<std::uint32_t>(m_bytes, packed.words, row);
   }
   if (!IsPooled(kind)) return CellValue(kind, payload, {});
+  return CellValue(kind, payload, PooledAt(packed, payload));
+}
+
+bool RowBlock::IsNullAt(const PackedColumn& packed, std::size_t row) const {
+  return row / 64 < packed.nullWords &&
+         (Load<std::uint64_t>(m_bytes, packed.nulls, row / 64) >> (row % 64) & 1) != 0;
+}
+
+std::string_view RowBlock::PooledAt(const PackedColumn& packed, std::uint64_t payload) const {
   const std::uint32_t begin =
       payload == 0 ? 0 : Load<std::uint32_t>(m_bytes, packed.textEnds, payload - 1);
   const std::uint32_t end = Load<std::uint32_t>(m_bytes, packed.textEnds, payload);
-  return CellValue(kind, payload,
-                   {reinterpret_cast<const char*>(m_bytes + packed.texts + begin), end - begin});
+  return {reinterpret_cast<const char*>(m_bytes + packed.texts + begin), end - begin};
+}
+
+std::optional<std::string_view> RowBlock::TextAt(std::size_t row, std::size_t column) const {
+  const PackedColumn& packed = ColumnAt(column);
+  if (packed.bMixed || packed.kind != ValueKind::Text || IsNullAt(packed, row)) return std::nullopt;
+  return PooledAt(packed, Load<std::uint32_t>(m_bytes, packed.words, row));
 }
 
 }  // namespace orvane::ado

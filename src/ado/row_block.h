@@ -23,6 +23,8 @@ class RowBlock {
 
   /// The row and the column must be of the block.
   platform::Value ValueAt(std::size_t row, std::size_t column) const;
+  /// Of a column of texts, without a copy; none for null and in any other column.
+  std::optional<std::string_view> TextAt(std::size_t row, std::size_t column) const;
   /// The kind of all values of the column, and its texts, as in a CellRun.
   std::optional<platform::ValueKind> KindOf(std::size_t column) const;
   std::string_view TextsOf(std::size_t column) const;
@@ -31,6 +33,9 @@ class RowBlock {
   struct PackedColumn;
 
   const PackedColumn& ColumnAt(std::size_t column) const;
+  bool IsNullAt(const PackedColumn& packed, std::size_t row) const;
+  /// What the pool holds under the payload of a cell.
+  std::string_view PooledAt(const PackedColumn& packed, std::uint64_t payload) const;
   static PackedColumn LayOut(const Column& column, std::size_t offset);
 
   const std::byte* m_bytes;

@@ -1,5 +1,6 @@
 #include "exports/row_writer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 #include <string_view>
@@ -152,6 +153,12 @@ class JsonLinesWriter final : public RowWriter {
         AppendTime(sOut, *vtValue.As<platform::Timestamp>(), m_options.zone, 'T');
         sOut += '"';
         return;
+      case platform::ValueKind::WallTime: {
+        Text sWall = platform::ToText(vtValue);
+        std::ranges::replace(sWall, ' ', 'T');
+        sOut.append("\"").append(sWall).append("\"");
+        return;
+      }
       case platform::ValueKind::Date:
       case platform::ValueKind::TimeOfDay:
       case platform::ValueKind::Bytes:
@@ -216,6 +223,7 @@ class SqlWriter final : public RowWriter {
         AppendHex(sOut, platform::ToText(vtValue));
         return;
       case platform::ValueKind::Timestamp:
+      case platform::ValueKind::WallTime:
       case platform::ValueKind::Date:
       case platform::ValueKind::TimeOfDay:
       case platform::ValueKind::Guid:

@@ -84,6 +84,19 @@ std::optional<Value> ReadStored(DataType type, std::string_view sText) {
   return vtValue;
 }
 
+/// A day and a time of day as they are stored, with a blank or a "T" between them, and nothing
+/// else: a distance from UTC would be lost.
+std::optional<platform::WallTime> ReadWallTime(std::string_view sText) {
+  constexpr std::size_t kDay = 10;
+  if (sText.size() <= kDay || (sText[kDay] != ' ' && sText[kDay] != 'T')) return std::nullopt;
+  const Value vtDay = platform::FromStoredText(DataType::DBDate, sText.substr(0, kDay));
+  const Value vtTime = platform::FromStoredText(DataType::DBTime, sText.substr(kDay + 1));
+  const auto* const day = vtDay.As<platform::Date>();
+  const auto* const time = vtTime.As<platform::TimeOfDay>();
+  if (day == nullptr || time == nullptr) return std::nullopt;
+  return platform::WallTime(day->time_since_epoch() + *time);
+}
+
 }  // namespace
 
 std::optional<Value> ReadTyped(DataType type, std::string_view sText, const zones::TimeZone& zone,
@@ -109,6 +122,10 @@ std::optional<Value> ReadTyped(DataType type, std::string_view sText, const zone
         return Value(*timestamp);
       }
       return std::nullopt;
+    }
+    case DataType::WallTime: {
+      const auto wall = ReadWallTime(sText);
+      return wall ? std::optional<Value>(*wall) : std::nullopt;
     }
     case DataType::DBDate:
     case DataType::DBTime:
@@ -136,6 +153,8 @@ std::string_view TypeInWords(DataType type) {
       return "True or False";
     case DataType::DBTimeStamp:
       return "a time such as 2024-05-31 17:45:30";
+    case DataType::WallTime:
+      return "a time without a zone such as 2024-05-31 17:45:30";
     case DataType::DBDate:
       return "a date such as 2024-05-31";
     case DataType::DBTime:

@@ -137,6 +137,8 @@ Text ToText(const Value& vtValue) {
           return content;
         } else if constexpr (std::is_same_v<T, Timestamp>) {
           return TimestampText(content);
+        } else if constexpr (std::is_same_v<T, WallTime>) {
+          return TimestampText(Timestamp(content.time_since_epoch()));
         } else if constexpr (std::is_same_v<T, Date>) {
           return DateText(content);
         } else if constexpr (std::is_same_v<T, TimeOfDay>) {

@@ -31,6 +31,9 @@ struct Decimal {
 using Timestamp = std::chrono::sys_time<std::chrono::microseconds>;
 /// A calendar day without a time zone.
 using Date = std::chrono::sys_days;
+/// What clocks somewhere show, without a word of where: microseconds since 1970-01-01 00:00:00 of
+/// those clocks. Which moment it is nobody can tell.
+using WallTime = std::chrono::local_time<std::chrono::microseconds>;
 /// Time of day: microseconds since midnight.
 using TimeOfDay = std::chrono::microseconds;
 using Bytes = std::vector<std::byte>;
@@ -56,17 +59,18 @@ enum class ValueKind : std::uint8_t {
   Bytes,
   Guid,
   Object,
+  WallTime,
 };
 
 /// The kinds that there are.
-constexpr std::size_t kValueKinds = 13;
+constexpr std::size_t kValueKinds = 14;
 
 /// A value of one of the kinds of ValueKind. Equality compares kind and content; objects
 /// compare by identity.
 class Value {
  public:
   using Storage = std::variant<Null, bool, std::int32_t, std::int64_t, double, Decimal, Text,
-                               Timestamp, Date, TimeOfDay, Bytes, Guid, ObjectPtr>;
+                               Timestamp, Date, TimeOfDay, Bytes, Guid, ObjectPtr, WallTime>;
 
   // NOLINTBEGIN(google-explicit-constructor): a value is made from whatever it can hold.
   Value() = default;
@@ -79,6 +83,7 @@ class Value {
   Value(Text sValue) : m_storage(std::move(sValue)) {}
   Value(const char* sValue) : m_storage(Text(sValue)) {}
   Value(Timestamp timestamp) : m_storage(timestamp) {}
+  Value(WallTime wall) : m_storage(wall) {}
   Value(Date date) : m_storage(date) {}
   Value(TimeOfDay time) : m_storage(time) {}
   Value(Bytes bytes) : m_storage(std::move(bytes)) {}
@@ -104,7 +109,7 @@ class Value {
   static constexpr bool kHolds =
       std::is_same_v<std::variant_alternative_t<static_cast<std::size_t>(kind), Storage>, T>;
   static_assert(std::variant_size_v<Storage> == kValueKinds);
-  static_assert(static_cast<std::size_t>(ValueKind::Object) + 1 == kValueKinds);
+  static_assert(static_cast<std::size_t>(ValueKind::WallTime) + 1 == kValueKinds);
   static_assert(kHolds<ValueKind::Null, platform::Null> && kHolds<ValueKind::Boolean, bool> &&
                 kHolds<ValueKind::Long, std::int32_t> &&
                 kHolds<ValueKind::LongLong, std::int64_t> && kHolds<ValueKind::Double, double> &&
@@ -114,7 +119,8 @@ class Value {
                 kHolds<ValueKind::Date, platform::Date> &&
                 kHolds<ValueKind::TimeOfDay, platform::TimeOfDay> &&
                 kHolds<ValueKind::Bytes, platform::Bytes> &&
-                kHolds<ValueKind::Guid, platform::Guid> && kHolds<ValueKind::Object, ObjectPtr>);
+                kHolds<ValueKind::Guid, platform::Guid> && kHolds<ValueKind::Object, ObjectPtr> &&
+                kHolds<ValueKind::WallTime, platform::WallTime>);
 
   Storage m_storage;
 };

@@ -50,7 +50,8 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
   dialect::KnownTable known{table->sName, {}, table->bView, table->sDefinition, table->sQuery};
   for (const auto& column : table->columns) {
     known.columns.push_back({column.sName, ContentOf(column), column.sDefault, column.bGenerated,
-                             column.type == platform::DataType::WChar, column.bRounds});
+                             column.type == platform::DataType::WChar, column.bRounds,
+                             column.type == platform::DataType::WallTime});
   }
   return known;
 }

@@ -51,6 +51,7 @@ Value NumericPrecision(const engines::ColumnSchema& column, DataType type) {
     case DataType::DBDate:
     case DataType::DBTime:
     case DataType::DBTimeStamp:
+    case DataType::WallTime:
       break;
   }
   return Null();
@@ -140,7 +141,7 @@ void ColumnsRowset::Append(const ShownCatalog& catalog, const Text& sShownTable,
          column.sDefault.has_value(), column.sDefault ? Value(*column.sDefault) : Value(),
          FlagsOf(table, column), column.bNullable, Number(type), Null(), vtLength,
          type == DataType::Binary ? vtLength : Value(), NumericPrecision(column, type), Null(),
-         type == DataType::DBTimeStamp ? Value(6) : Value(), Null()});
+         type == DataType::DBTimeStamp || type == DataType::WallTime ? Value(6) : Value(), Null()});
   }
 }
 

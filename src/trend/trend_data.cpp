@@ -67,6 +67,9 @@ bool TellsWhose(const Recordset& rs, ColumnIndex text, ColumnIndex time) {
     const Value vtTime = rs.ValueAt(row, time);
     if (const auto* at = vtTime.As<Timestamp>())
       bSeveralAtOnce |= !times.insert(TrendTime(*at)).second;
+    if (const auto* wall = vtTime.As<platform::WallTime>()) {
+      bSeveralAtOnce |= !times.insert(static_cast<double>(wall->time_since_epoch().count())).second;
+    }
     if (const auto* days = vtTime.As<double>()) bSeveralAtOnce |= !times.insert(*days).second;
   }
   return bSeveralAtOnce;
@@ -151,6 +154,7 @@ void TrendReader::ReadRow(RowIndex row) {
   const Value vtTime = m_rs->ValueAt(row, m_columns.time);
   std::optional<Timestamp> time;
   if (const auto* at = vtTime.As<Timestamp>()) time = *at;
+  if (const auto* wall = vtTime.As<platform::WallTime>()) time = m_zone.ToTimestamp(*wall);
   if (const auto* days = vtTime.As<double>()) time = m_zone.FromDays(*days);
   if (!time || m_rs->StateAt(row) == platform::RowState::Deleted) return;
   const auto line = LinesOf(m_columns.tag ? m_rs->ValueAt(row, *m_columns.tag) : Value());

@@ -37,6 +37,10 @@ class TimeZone {
   /// A time that the clocks skip is read as if they had not been put forward yet; of a time that
   /// comes twice the first one is meant.
   platform::Timestamp ToTimestamp(LocalTime local) const;
+  /// The same of what clocks show, taken for those of this zone.
+  platform::Timestamp ToTimestamp(platform::WallTime wall) const {
+    return ToTimestamp(LocalTime(wall.time_since_epoch()));
+  }
 
   /// Days since 1899-12-30 00:00 of the zone's calendar.
   double ToDays(platform::Timestamp timestamp) const;

@@ -66,6 +66,7 @@ TEST_F(selection_bands, have_the_cells_that_the_selection_has) {
 class Counting final : public CellsWriter {
  public:
   void Cell(const Value&, const CellFormat&) override { ++nCells; }
+  void TextCell(std::string_view) override { ++nCells; }
   void NoCell() override { ++nOthers; }
   int nCells = 0;
   int nOthers = 0;

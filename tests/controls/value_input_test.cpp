@@ -241,6 +241,9 @@ class Random {
         return Between(0, 3) != 0 ? Timestamp(microseconds(
                                         Between(-62'103'628'800'000'000, 253'370'764'800'000'000)))
                                   : At(2026, 10, 25, microseconds(Between(0, 7'200'000'000)));
+      case DataType::WallTime:
+        return platform::WallTime(
+            microseconds(Between(-62'103'628'800'000'000, 253'370'764'800'000'000)));
       case DataType::DBDate:
         return platform::Date(std::chrono::days(Between(-719'162, 2'932'896)));
       case DataType::DBTime:
@@ -279,9 +282,10 @@ class Random {
 TEST(value_input, what_is_written_for_typing_reads_back_identical) {
   Random random(20'261'122);
   const ValueInput input(Madrid());
-  for (const auto type : {DataType::Integer, DataType::BigInt, DataType::Double, DataType::Numeric,
-                          DataType::Boolean, DataType::DBTimeStamp, DataType::DBDate,
-                          DataType::DBTime, DataType::Binary, DataType::Guid, DataType::WChar}) {
+  for (const auto type :
+       {DataType::Integer, DataType::BigInt, DataType::Double, DataType::Numeric, DataType::Boolean,
+        DataType::DBTimeStamp, DataType::WallTime, DataType::DBDate, DataType::DBTime,
+        DataType::Binary, DataType::Guid, DataType::WChar}) {
     for (int n = 0; n < 300; ++n) {
       const Value vtValue = random.Of(type);
       const Text sText = input.Shown(vtValue);

@@ -32,8 +32,9 @@ TEST(headers, every_kind_of_value_is_the_place_of_its_type) {
   static_assert(kHolds<ValueKind::Bytes, Bytes>);
   static_assert(kHolds<ValueKind::Guid, Guid>);
   static_assert(kHolds<ValueKind::Object, ObjectPtr>);
+  static_assert(kHolds<ValueKind::WallTime, WallTime>);
   static_assert(std::variant_size_v<Value::Storage> ==
-                static_cast<std::size_t>(ValueKind::Object) + 1);
+                static_cast<std::size_t>(ValueKind::WallTime) + 1);
 }
 
 TEST(headers, fixed_file_information_is_52_bytes) {

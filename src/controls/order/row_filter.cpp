@@ -23,6 +23,9 @@ std::optional<long double> NumberOf(const Value& vtValue) {
   if (const auto* t = vtValue.As<platform::Timestamp>()) {
     return static_cast<long double>(t->time_since_epoch().count());
   }
+  if (const auto* t = vtValue.As<platform::WallTime>()) {
+    return static_cast<long double>(t->time_since_epoch().count());
+  }
   if (const auto* decimal = vtValue.As<platform::Decimal>()) {
     return std::strtold(decimal->sDigits.c_str(), nullptr);
   }

@@ -91,6 +91,7 @@ std::optional<std::int64_t> WholeNumber(const Value& vtValue) {
   if (const auto* l = vtValue.As<std::int32_t>()) return *l;
   if (const auto* b = vtValue.As<bool>()) return *b ? 1 : 0;
   if (const auto* t = vtValue.As<platform::Timestamp>()) return t->time_since_epoch().count();
+  if (const auto* t = vtValue.As<platform::WallTime>()) return t->time_since_epoch().count();
   return std::nullopt;
 }
 

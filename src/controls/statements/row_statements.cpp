@@ -30,6 +30,7 @@ bool IsText(const Value& vtValue) {
     case ValueKind::Text:
     case ValueKind::Date:
     case ValueKind::TimeOfDay:
+    case ValueKind::WallTime:
     case ValueKind::Guid:
       return true;
     case ValueKind::Null:

@@ -34,7 +34,7 @@ std::optional<Text> TimeColumnOf(platform::Connection& cn, const Text& sCatalog,
   for (; !rs->Eof(); rs->MoveNext()) {
     const auto told = static_cast<DataType>(platform::ToLong(type.Value()));
     const bool bDays = told == DataType::Double && bNumbers;
-    if (told != DataType::DBTimeStamp && !bDays) continue;
+    if (told != DataType::DBTimeStamp && told != DataType::WallTime && !bDays) continue;
     Text sName = platform::ToText(name.Value());
     if (sName == kTimeColumn) return sName;
     if (!found && !bDays) found = std::move(sName);
@@ -55,6 +55,7 @@ std::optional<ColumnIndex> TimeColumnOf(const platform::Recordset& rs) {
 
 std::optional<platform::Timestamp> TimeIn(const Value& vt, const zones::TimeZone& zone) {
   if (const auto* time = vt.As<platform::Timestamp>()) return *time;
+  if (const auto* wall = vt.As<platform::WallTime>()) return zone.ToTimestamp(*wall);
   if (const auto* days = vt.As<double>()) return zone.FromDays(*days);
   return std::nullopt;
 }

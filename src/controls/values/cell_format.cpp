@@ -137,6 +137,8 @@ QString TypeName(DataType type) {
       return QStringLiteral("Time of day");
     case DataType::DBTimeStamp:
       return QStringLiteral("Date and time");
+    case DataType::WallTime:
+      return QStringLiteral("Date and time without a time zone");
     case DataType::Empty:
       break;
   }
@@ -159,6 +161,7 @@ Qt::Alignment AlignmentOf(DataType type) {
     case DataType::DBDate:
     case DataType::DBTime:
     case DataType::DBTimeStamp:
+    case DataType::WallTime:
       break;
   }
   return Qt::AlignLeft | Qt::AlignVCenter;
@@ -175,6 +178,8 @@ int CellFormat::FractionOf(const Value& vtValue) {
   std::int64_t count = 0;
   if (const auto* timestamp = vtValue.As<Timestamp>()) {
     count = timestamp->time_since_epoch().count();
+  } else if (const auto* wall = vtValue.As<platform::WallTime>()) {
+    count = wall->time_since_epoch().count();
   } else if (const auto* time = vtValue.As<platform::TimeOfDay>()) {
     count = time->count();
   }
@@ -184,7 +189,8 @@ int CellFormat::FractionOf(const Value& vtValue) {
 
 QString CellFormat::Shown(const Value& vtValue, int nFraction) const {
   QString sShown = Shown(vtValue);
-  const bool bTime = vtValue.As<Timestamp>() || vtValue.As<platform::TimeOfDay>();
+  const bool bTime = vtValue.As<Timestamp>() || vtValue.As<platform::WallTime>() ||
+                     vtValue.As<platform::TimeOfDay>();
   if (!bTime || nFraction == 0) return sShown;
   qsizetype nPoint = sShown.indexOf(u'.');
   if (nPoint < 0) {
@@ -246,6 +252,7 @@ Qt::Alignment CellFormat::Alignment(const Value& vtValue, DataType column) {
       return AlignmentOf(DataType::Double);
     case ValueKind::Text:
     case ValueKind::Timestamp:
+    case ValueKind::WallTime:
     case ValueKind::Date:
     case ValueKind::TimeOfDay:
     case ValueKind::Bytes:

@@ -98,6 +98,7 @@ bool TextSought::MayBeIn(const platform::CellRun& run) const {
       return m_bMayBeNumber;
     case ValueKind::Boolean:
     case ValueKind::Timestamp:
+    case ValueKind::WallTime:
     case ValueKind::Date:
     case ValueKind::TimeOfDay:
     case ValueKind::Bytes:

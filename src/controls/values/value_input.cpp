@@ -169,6 +169,20 @@ Value ReadAny(const Text& sText) {
   return sText;
 }
 
+/// No clock is read: what is typed is what is kept, also what the clocks of a zone skip.
+platform::WallTime ReadWallTime(std::string_view sText) {
+  const platform::Timestamp time = ReadClock(sText, zones::TimeZone::Utc());
+  constexpr std::size_t kDay = 10;
+  // Behind the day nothing but a distance from UTC has these.
+  if (sText.find_first_of("+-Z", kDay) != std::string_view::npos) {
+    throw Failure(platform::failure::kTypeMismatch,
+                  QuotedInput(sText) +
+                      " says how far it is from UTC, but the column keeps times without a zone; "
+                      "leave that out.");
+  }
+  return platform::WallTime(time.time_since_epoch());
+}
+
 }  // namespace
 
 ValueKind KindOf(DataType type) {
@@ -195,6 +209,8 @@ ValueKind KindOf(DataType type) {
       return ValueKind::TimeOfDay;
     case DataType::DBTimeStamp:
       return ValueKind::Timestamp;
+    case DataType::WallTime:
+      return ValueKind::WallTime;
     case DataType::Empty:
       break;
   }
@@ -257,6 +273,8 @@ Value ValueInput::ReadAs(ValueKind kind, const Text& sText) const {
       return ReadDecimal(sValue);
     case ValueKind::Timestamp:
       return ReadClock(sValue, m_zone);
+    case ValueKind::WallTime:
+      return ReadWallTime(sValue);
     case ValueKind::Date:
       return ReadDay(sValue);
     case ValueKind::TimeOfDay:

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "controls/view/row_model.h"
@@ -20,6 +21,8 @@ class CellsWriter {
 
   virtual void BeginRow() {}
   virtual void Cell(const platform::Value& vtValue, const CellFormat& format) = 0;
+  /// The same of a text that is held elsewhere.
+  virtual void TextCell(std::string_view sText) = 0;
   /// One that is not selected, between others that are.
   virtual void NoCell() = 0;
   virtual void EndRow() {}

@@ -1,6 +1,5 @@
 #include "controls/view/clipboard_text.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace orvane::controls {
@@ -10,10 +9,12 @@ using platform::Text;
 void ClipboardText::Names(const RowModel& model, const std::vector<int>& columns) {
   BeginRow();
   for (const int nColumn : columns) {
-    Part();
-    const std::size_t begin = m_text.Next().size();
-    m_text.Next() += model.Recordset()->FieldAt(nColumn).Name();
-    Quote(begin);
+    const Text& sName = model.Recordset()->FieldAt(nColumn).Name();
+    if (sName.empty()) {
+      Part();
+    } else {
+      TextCell(sName);
+    }
   }
   EndRow();
 }
@@ -24,25 +25,31 @@ void ClipboardText::Part() {
 }
 
 void ClipboardText::Cell(const platform::Value& vtValue, const CellFormat& format) {
+  if (const auto* text = vtValue.As<Text>()) return TextCell(*text);
   Part();
-  if (vtValue.IsNull()) return;
-  const std::size_t begin = m_text.Next().size();
-  AppendWhole(m_text.Next(), vtValue, format);
-  if (m_text.Next().size() == begin) {
+  if (!vtValue.IsNull()) AppendWhole(m_text.Next(), vtValue, format);
+}
+
+void ClipboardText::TextCell(std::string_view sText) {
+  Part();
+  if (sText.empty()) {
     // Null is an empty cell, so the empty text has to be something.
     m_text.Next() += "\"\"";
-  } else if (vtValue.Kind() == platform::ValueKind::Text) {
-    Quote(begin);
+    return;
+  }
+  // Looked at whole: nearly none needs quotes, and a search that may end anywhere is slower.
+  bool bQuotes = false;
+  for (const char c : sText) bQuotes |= c == '\t' || c == '\n' || c == '\r' || c == '"';
+  if (bQuotes) {
+    Quote(sText);
+  } else {
+    m_text.Next() += sText;
   }
 }
 
 // Nothing else than a text needs it.
-void ClipboardText::Quote(std::size_t begin) {
+void ClipboardText::Quote(std::string_view sText) {
   Text& sNext = m_text.Next();
-  const auto needsQuotes = [](char c) { return c == '\t' || c == '\n' || c == '\r' || c == '"'; };
-  if (std::ranges::none_of(std::string_view(sNext).substr(begin), needsQuotes)) return;
-  const Text sText = sNext.substr(begin);
-  sNext.resize(begin);
   sNext += '"';
   for (const char c : sText) {
     if (c == '"') sNext += '"';

@@ -18,6 +18,7 @@ class ClipboardText final : public CellsWriter {
   void Names(const RowModel& model, const std::vector<int>& columns);
   void BeginRow() override { m_bFirst = true; }
   void Cell(const platform::Value& vtValue, const CellFormat& format) override;
+  void TextCell(std::string_view sText) override;
   void NoCell() override { Part(); }
   void EndRow() override;
 
@@ -27,7 +28,7 @@ class ClipboardText final : public CellsWriter {
 
  private:
   void Part();
-  void Quote(std::size_t begin);
+  void Quote(std::string_view sText);
 
   LongText m_text;
   bool m_bFirst = true;

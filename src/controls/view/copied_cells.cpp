@@ -94,12 +94,25 @@ void ExactCells::Cell(const platform::Value& vtValue, const CellFormat& /*format
            << QByteArray::fromStdString(m_input.Shown(vtValue));
 }
 
+void ExactCells::TextCell(std::string_view sText) {
+  m_stream << static_cast<quint8>(platform::ValueKind::Text)
+           << QByteArray(sText.data(), static_cast<qsizetype>(sText.size()));
+}
+
 void ExactCells::NoCell() {
   m_stream << static_cast<quint8>(platform::ValueKind::Null) << QByteArray();
 }
 
 void ExactCells::PutOn(QMimeData& data) const {
   data.setData(kCellsFormat, m_bytes);
+}
+
+std::unique_ptr<QMimeData> CellsOn(const QMimeData& data) {
+  auto copy = std::make_unique<QMimeData>();
+  if (data.hasFormat(kCellsFormat)) copy->setData(kCellsFormat, data.data(kCellsFormat));
+  if (data.hasHtml()) copy->setHtml(data.html());
+  if (data.hasText()) copy->setText(data.text());
+  return copy;
 }
 
 std::optional<CopiedCells> ReadCells(const QMimeData& data) {

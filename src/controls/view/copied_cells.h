@@ -5,6 +5,7 @@
 #include <QDataStream>
 #include <QIODevice>
 #include <QMimeData>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -34,6 +35,7 @@ class ExactCells final : public CellsWriter {
 
   ExactCells(std::size_t columns, const CellFormat& format);
   void Cell(const platform::Value& vtValue, const CellFormat& format) override;
+  void TextCell(std::string_view sText) override;
   void NoCell() override;
   void PutOn(QMimeData& data) const;
 
@@ -42,6 +44,9 @@ class ExactCells final : public CellsWriter {
   QDataStream m_stream{&m_bytes, QIODevice::WriteOnly};
   ValueInput m_input;
 };
+
+/// What of the clipboard is about cells, as its own data: for who reads it on another thread.
+std::unique_ptr<QMimeData> CellsOn(const QMimeData& data);
 
 /// The cells on the clipboard: of this library's own form, else of the table of a page, else those
 /// of its text, parted by tabs and line breaks, where text in quotes may have both. An empty cell

@@ -48,12 +48,11 @@ void ClipboardPage::Cell(const Value& vtValue, const CellFormat& format) {
       sNext.append(m_sWhole).append("</td>");
       return;
     case ValueKind::Text:
-      sNext += "<td sdnum=\"1033;0;@\">";
-      AppendInPage(*vtValue.As<Text>());
-      sNext += "</td>";
+      TextCell(*vtValue.As<Text>());
       return;
     case ValueKind::Boolean:
     case ValueKind::Timestamp:
+    case ValueKind::WallTime:
     case ValueKind::Date:
     case ValueKind::TimeOfDay:
     case ValueKind::Bytes:
@@ -66,6 +65,12 @@ void ClipboardPage::Cell(const Value& vtValue, const CellFormat& format) {
   sNext += "<td>";
   AppendInPage(m_sWhole);
   sNext += "</td>";
+}
+
+void ClipboardPage::TextCell(std::string_view sText) {
+  m_text.Next() += "<td sdnum=\"1033;0;@\">";
+  AppendInPage(sText);
+  m_text.Next() += "</td>";
 }
 
 void ClipboardPage::AppendInPage(std::string_view sText) {

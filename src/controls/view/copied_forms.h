@@ -20,6 +20,7 @@ class ClipboardPage final : public CellsWriter {
   void Names(const RowModel& model, const std::vector<int>& columns);
   void BeginRow() override { m_text.Next() += "<tr>"; }
   void Cell(const platform::Value& vtValue, const CellFormat& format) override;
+  void TextCell(std::string_view sText) override;
   void NoCell() override { m_text.Next() += "<td></td>"; }
   void EndRow() override;
 

@@ -66,7 +66,9 @@ bool RowModel::FitTimes(int nFirst, int nEnd) {
   m_fractions.resize(static_cast<std::size_t>(columnCount()));
   for (int nColumn = 0; nColumn < columnCount(); ++nColumn) {
     const DataType type = m_recordset->FieldAt(nColumn).Type();
-    if (type != DataType::DBTimeStamp && type != DataType::DBTime) continue;
+    const bool bTimes =
+        type == DataType::DBTimeStamp || type == DataType::WallTime || type == DataType::DBTime;
+    if (!bTimes) continue;
     int& nFraction = m_fractions[static_cast<std::size_t>(nColumn)];
     const int nBefore = nFraction;
     for (int n = nFirst; n < std::min(nEnd, m_nPlaces) && nFraction < kMostDigits; ++n) {
@@ -361,6 +363,11 @@ QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRo
       if (!field.Nullable()) sType += QStringLiteral(", never null");
       if (field.Type() == platform::DataType::DBTimeStamp) {
         sType += QStringLiteral("<br>Shown in the time zone ") +
+                 QString::fromStdString(ZoneName(m_format.Zone())).toHtmlEscaped();
+      } else if (field.Type() == platform::DataType::WallTime) {
+        sType += QStringLiteral(
+                     "<br>Shown as it is stored; for ranges of time and trends it counts as "
+                     "the clocks of ") +
                  QString::fromStdString(ZoneName(m_format.Zone())).toHtmlEscaped();
       }
       return TipText(ColumnName(nSection), "To see it whole, copy with Ctrl+Shift+C.") +

@@ -39,6 +39,7 @@ enum class DataType : std::int32_t {
   DBDate = 133,
   DBTime = 134,
   DBTimeStamp = 135,
+  WallTime = 1135,  ///< of this system alone: a time without a zone
 };
 
 /// By what the source puts the texts of a column in order.
@@ -65,7 +66,9 @@ class Field {
   virtual DataType Type() const = 0;
   /// True where the column holds points in time: also where the source gives them as numbers of
   /// days since 1899-12-30.
-  virtual Boolean HoldsTimes() const { return Type() == DataType::DBTimeStamp; }
+  virtual Boolean HoldsTimes() const {
+    return Type() == DataType::DBTimeStamp || Type() == DataType::WallTime;
+  }
   /// False only when the source says that the column refuses null.
   virtual Boolean Nullable() const = 0;
   virtual platform::TextOrder TextOrder() const { return platform::TextOrder::Bytes; }
@@ -147,6 +150,12 @@ class Recordset : public Object {
   virtual const Field& FieldAt(ColumnIndex column) const = 0;
   /// Any cell, in constant time, without moving the current row.
   virtual platform::Value ValueAt(RowIndex row, ColumnIndex column) const = 0;
+
+  /// The text of a cell without a copy, as long as the recordset lives and the row is not edited.
+  /// None where the cell holds something else, or is not held so: then ValueAt has it.
+  virtual std::optional<std::string_view> TextAt(RowIndex /*row*/, ColumnIndex /*column*/) const {
+    return std::nullopt;
+  }
 
   /// What is known of the cell and of those in the rows around it; of a row that is there.
   virtual CellRun RunAt(RowIndex row, ColumnIndex /*column*/) const { return {row, row + 1}; }

@@ -16,7 +16,7 @@ struct OutputColumn {
   Kinds kinds = kinds::kNull;
   std::size_t item = 0;       ///< of a SELECT: which of its items puts it out
   bool bHidden = false;       ///< no star stands for it
-  bool bWithoutZone = false;  ///< times that the server hands out and takes as texts
+  bool bWithoutZone = false;  ///< times as clocks somewhere show them
 };
 
 class OutputColumns {

@@ -33,7 +33,8 @@ void BecomeValue(Token& token, const Value& vtValue) {
         } else if constexpr (std::is_same_v<T, Text>) {
           Become(token, TokenKind::String, content);
         } else if constexpr (std::is_same_v<T, platform::Date> ||
-                             std::is_same_v<T, platform::TimeOfDay>) {
+                             std::is_same_v<T, platform::TimeOfDay> ||
+                             std::is_same_v<T, platform::WallTime>) {
           Become(token, TokenKind::String, platform::ToText(content));
         } else {
           // Bytes, and texts that no time is written in.

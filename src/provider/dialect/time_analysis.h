@@ -13,6 +13,7 @@
 #include <memory>
 #include <set>
 #include <unordered_map>
+#include <utility>
 
 #include "provider/dialect/output_columns.h"
 #include "provider/dialect/table_names.h"
@@ -208,6 +209,21 @@ class TimeAnalysis {
 
   // --- becoming a time ---
   bool IsWithoutZone(const Operand& operand);
+  bool IsWithoutZone(const Expr& expr);
+  bool MeetsClocks(const std::vector<Operand>& operands);
+  /// As long as it lives, and unless it is false, written times become what clocks show then.
+  class WithoutZone {
+   public:
+    WithoutZone(TimeAnalysis& times, bool bClocks)
+        : m_times(times), m_bBefore(std::exchange(times.m_bClocks, bClocks)) {}
+    ~WithoutZone() { m_times.m_bClocks = m_bBefore; }
+    WithoutZone(const WithoutZone&) = delete;
+    WithoutZone& operator=(const WithoutZone&) = delete;
+
+   private:
+    TimeAnalysis& m_times;
+    bool m_bBefore;
+  };
   bool IsGivenText(const Operand& operand) const;
   bool IsGivenText(const Query& query, std::size_t column) const;
   bool MeetsAsText(const std::vector<Operand>& operands);
@@ -267,6 +283,7 @@ class TimeAnalysis {
   std::size_t m_nColumns = 0;
   int m_nDepth = 0;
   bool m_bCalls = false;
+  bool m_bClocks = false;
 };
 
 class ViewKinds {

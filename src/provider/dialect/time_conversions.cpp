@@ -14,6 +14,25 @@ using platform::Text;
 using platform::Timestamp;
 using platform::Value;
 
+namespace {
+
+// "Z", or "+01:00": steps have a unit and no colon.
+bool SaysOffset(std::string_view sText) {
+  const auto isDigit = [&](std::size_t n) {
+    return n < sText.size() && sText[n] >= '0' && sText[n] <= '9';
+  };
+  for (std::size_t n = 0; n < sText.size(); ++n) {
+    if (sText[n] == 'Z' || sText[n] == 'z') return true;
+    const bool bSign = sText[n] == '+' || sText[n] == '-';
+    if (bSign && isDigit(n + 1) && isDigit(n + 2) && n + 3 < sText.size() && sText[n + 3] == ':') {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
 void TimeAnalysis::FailMixed(std::size_t token) const {
   Fail(token, "What is a time in some rows and something else in others meets a time",
        "make it a time where it comes from, by CAST(... AS TIMESTAMP)");
@@ -44,14 +63,38 @@ void TimeAnalysis::CheckKept(const Expr& expr) const {
        "compare times in the statements that read it");
 }
 
-// A column of times without a zone is handed out as texts, and what comes back by a parameter is
-// such a text: nobody can tell which moment it is.
+// Of a time without a zone nobody can tell which moment it is; what comes back by a parameter is
+// what the clocks show.
 bool TimeAnalysis::IsWithoutZone(const Operand& operand) {
-  if (operand.expr == nullptr) return false;
-  const Expr& inside = *Inside(operand.expr);
-  if (inside.kind != ExprKind::Name) return false;
-  const Found found = Find(inside.chain, inside.scope);
-  return found.column != nullptr && found.column->bWithoutZone;
+  if (operand.expr != nullptr) return IsWithoutZone(*operand.expr);
+  if (operand.query == nullptr) return false;
+  const OutputColumns& columns = OutputOf(*operand.query);
+  return operand.column < columns.size() && columns[operand.column].bWithoutZone;
+}
+
+bool TimeAnalysis::IsWithoutZone(const Expr& expr) {
+  const Expr& inside = *Inside(&expr);
+  switch (inside.kind) {
+    case ExprKind::Name: {
+      const Found found = Find(inside.chain, inside.scope);
+      return found.column != nullptr && found.column->bWithoutZone;
+    }
+    case ExprKind::Subquery:
+      return IsWithoutZone(Operand{nullptr, inside.query, nullptr, 0, 0});
+    case ExprKind::Arithmetic:
+    case ExprKind::Call: {
+      // What is made of times is one of them, or one that is moved on.
+      if (!kinds::Has(KindsOf(inside), kinds::kTimes)) return false;
+      const auto isTime = [this](const Expr* child) {
+        return kinds::Has(KindsOf(*child), kinds::kTimes);
+      };
+      return std::ranges::all_of(inside.children, [&](const Expr* child) {
+        return !isTime(child) || IsWithoutZone(*child);
+      });
+    }
+    default:
+      return false;
+  }
 }
 
 bool TimeAnalysis::IsGivenText(const Operand& operand) const {
@@ -72,6 +115,20 @@ bool TimeAnalysis::MeetsAsText(const std::vector<Operand>& operands) {
   return std::ranges::all_of(operands, [this](const Operand& operand) {
     return IsGivenText(operand) || IsWithoutZone(operand);
   });
+}
+
+// Where all that is a time already is one without a zone, what is written beside it is read by the
+// clocks of the connection's zone, and stays what they show.
+bool TimeAnalysis::MeetsClocks(const std::vector<Operand>& operands) {
+  bool bClocks = false;
+  for (const auto& operand : operands) {
+    if (IsWithoutZone(operand)) {
+      bClocks = true;
+    } else if (kinds::Has(KindsOf(operand), kinds::kTimes)) {
+      return false;
+    }
+  }
+  return bClocks;
 }
 
 void TimeAnalysis::Convert(const Operand& operand, Meant meant) {
@@ -200,12 +257,20 @@ bool TimeAnalysis::ConvertCall(const Expr& expr, Meant meant) {
 void TimeAnalysis::ConvertText(const Expr& expr) {
   CheckKept(expr);
   const Text& sText = At(expr.range.begin).sText;
-  const auto time = zones::ReadTimeExpression(sText, m_place.settings.zone, m_place.settings.now);
+  // By clocks it is worked out as they show it, also where they skip an hour or show it twice.
+  const bool bClocks = m_bClocks && !SaysOffset(sText);
+  const auto& settings = m_place.settings;
+  const auto time = bClocks ? zones::ReadTimeExpression(
+                                  sText, zones::TimeZone::Utc(),
+                                  Timestamp(settings.zone.ToLocal(settings.now).time_since_epoch()))
+                            : zones::ReadTimeExpression(sText, settings.zone, settings.now);
   if (const auto* const error = std::get_if<zones::TimeExpressionError>(&time)) {
     Fail(expr.range.begin, ShownText(sText) + " is no time",
          "at its character " + CharacterNumber(sText, error->position) + " " + error->sReason);
   }
-  Bind(expr, std::get<Timestamp>(time));
+  if (!bClocks) return Bind(expr, std::get<Timestamp>(time));
+  m_place.edits.Bind(expr.range,
+                     Value(platform::WallTime(std::get<Timestamp>(time).time_since_epoch())));
 }
 
 // Lets the engine call a function that reads the value as a time when the statement runs.
@@ -310,7 +375,9 @@ void TimeAnalysis::MakeWhole(const Expr& expr) {
 }
 
 void TimeAnalysis::Bind(const Expr& expr, Timestamp time) {
-  m_place.edits.Bind(expr.range, Value(time));
+  if (!m_bClocks) return m_place.edits.Bind(expr.range, Value(time));
+  const auto shown = m_place.settings.zone.ToLocal(time).time_since_epoch();
+  m_place.edits.Bind(expr.range, Value(platform::WallTime(shown)));
 }
 
 void TimeAnalysis::ConvertNumber(const Expr& expr, const Expr& number, bool bNegative) {

@@ -165,6 +165,7 @@ void TimeAnalysis::LookAtChange() {
       const auto place = FindPlace(columns, At(assignment.columns[i]).sText);
       if (place && columns[*place].bWithoutZone && IsGivenText(values[i])) continue;
       const Kinds stored = place ? columns[*place].kinds : kinds::kNull;
+      const WithoutZone clocks(*this, place && columns[*place].bWithoutZone);
       if (stored == kinds::kTime) {
         Store(values[i]);
       } else if (stored == kinds::kDay || stored == kinds::kClock) {
@@ -198,6 +199,7 @@ void TimeAnalysis::LookAtInsert() {
         continue;
       }
       const Kinds stored = places[i] ? columns[*places[i]].kinds : kinds::kNull;
+      const WithoutZone clocks(*this, places[i] && columns[*places[i]].bWithoutZone);
       if (stored == kinds::kTime) {
         StoreOutput(*m_tree.mainQuery, i);
       } else if (stored == kinds::kDay || stored == kinds::kClock) {
@@ -309,6 +311,7 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
   for (const auto& operand : operands) all |= KindsOf(operand);
   if (kinds::Has(all, kinds::kTimes)) {
     if (MeetsAsText(operands)) return kinds::kTime;
+    const WithoutZone clocks(*this, MeetsClocks(operands));
     for (const auto& operand : operands) Convert(operand, Meant::Time);
     return kinds::kTime | (all & kinds::kShifted);
   }

@@ -81,8 +81,7 @@ const OutputColumns& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
       }
     }
     if (view != nullptr) kinds = i < view->kinds.size() ? view->kinds[i] : kUnknown;
-    const bool bWithoutZone = column.content == Content::Time && column.bText;
-    columns.Add({column.sName, kinds, 0, false, bWithoutZone});
+    columns.Add({column.sName, kinds, 0, false, column.bWithoutZone});
   }
   return known->second = std::move(columns);
 }
@@ -191,6 +190,7 @@ OutputColumns TimeAnalysis::ReadCore(const Scope& core) {
       continue;
     }
     OutputColumn column{item.sAlias, KindsOf(*item.expr), i};
+    column.bWithoutZone = IsWithoutZone(*item.expr);
     const Expr& named = *NamedBy(item.expr);
     if (item.sAlias.empty() && named.kind == ExprKind::Name) {
       column.sName = At(named.chain.parts.back()).sText;
@@ -224,7 +224,8 @@ void TimeAnalysis::AppendStar(const Scope& core, const Item& item, std::size_t i
       if (column.bHidden) continue;
       // A column by which tables are joined comes once.
       if (bAll && IsShared(core, i, column.sName)) continue;
-      Append(to, {column.sName, column.kinds, itemNumber}, item.range.begin);
+      Append(to, {column.sName, column.kinds, itemNumber, false, column.bWithoutZone},
+             item.range.begin);
     }
   }
 }

@@ -47,6 +47,49 @@ void KeepHeadings(const StatementTree& tree, bool bAll, StatementEdits& edits) {
   }
 }
 
+bool HasNoName(const Expr& expr) {
+  switch (expr.kind) {
+    case ExprKind::Null:
+    case ExprKind::Number:
+    case ExprKind::String:
+    case ExprKind::Blob:
+    case ExprKind::Time:
+    case ExprKind::Sign:
+    case ExprKind::Not:
+    case ExprKind::Arithmetic:
+    case ExprKind::Logic:
+    case ExprKind::Compare:
+    case ExprKind::Like:
+    case ExprKind::Between:
+    case ExprKind::In:
+    case ExprKind::NullTest:
+      return true;
+    case ExprKind::Bracket:
+      return HasNoName(*expr.children[0]);
+    default:
+      return false;
+  }
+}
+
+// A star around a query shows the headings of that: an engine that has one for all that has no name
+// would show several columns under it.
+void KeepInnerHeadings(const StatementTree& tree, StatementEdits& edits) {
+  if (tree.kind == StatementKind::Define) return;
+  const auto keep = [&](const Query* query) {
+    if (query == nullptr) return;
+    for (const auto& item : query->cores.front()->items) {
+      if (item.expr == nullptr || !item.sAlias.empty() || !HasNoName(*item.expr)) continue;
+      edits.Wrap(item.range, "", " AS " + platform::QuotedName(edits.TextOf(item.range)));
+    }
+  };
+  for (const Source& source : tree.sources) keep(source.query);
+  for (const Scope& scope : tree.scopes) {
+    for (const NamedQuery& named : scope.namedQueries) {
+      if (named.columns.empty()) keep(named.query);
+    }
+  }
+}
+
 // What becomes a time takes the place of its parameter later.
 void BindParameters(std::string_view sStatement, const StatementTree& tree, StatementEdits& edits,
                     std::span<const platform::Value> parameters) {
@@ -83,6 +126,7 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
   StoredNumbers numbers(sStatement, tree, names, edits);
   numbers.Look();
   KeepHeadings(tree, settings.form != nullptr, edits);
+  if (settings.form != nullptr) KeepInnerHeadings(tree, edits);
 
   Translation translation;
   translation.sSql = edits.Write(translation.parameters, translation.places);

@@ -40,6 +40,7 @@ struct KnownColumn {
   bool bGenerated = false;                   ///< computed; takes no value
   bool bText = false;                        ///< keeps numbers as texts
   bool bRounds = false;                      ///< see engines::ColumnSchema
+  bool bWithoutZone = false;                 ///< times as clocks somewhere show them
 };
 
 struct KnownTable {

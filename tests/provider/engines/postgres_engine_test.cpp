@@ -111,20 +111,67 @@ TEST_F(PostgresEngineTest, plans_with_the_times_of_a_statement) {
   EXPECT_THAT(sPlan, HasSubstr("Index Cond"));
 }
 
-// Without zone and with it: a time expression means the same moment in both.
-TEST_F(PostgresEngineTest, compares_times_with_and_without_zone) {
+// What is written beside a time without a zone is what the clocks of the connection's zone show.
+TEST_F(PostgresEngineTest, reads_times_beside_those_without_a_zone_by_the_clocks) {
   Do("CREATE TABLE s.t(w timestamptz, o timestamp)");
-  Do("INSERT INTO s.t VALUES ('2026-11-22 11:30+00', '2026-11-22 11:30'), ('2026-11-22 09:00+00', "
-     "'2026-11-22 09:00')");
-  const auto session = Connect({}, "Time Zone = Asia/Tokyo;");
+  Do("INSERT INTO s.t VALUES ('2026-11-22 11:30+00', '2026-11-22 20:30'), ('2026-11-22 09:00+00', "
+     "'2026-11-22 18:00')");
+  const auto session = Connect({}, "Time Zone = Asia/Tokyo;");  // where it is 21:00
+  const auto count = [&](const Text& sWhere, std::vector<Value> parameters = {}) {
+    ado::Statement statement{"SELECT count(*) FROM " + sWhere, 0, std::chrono::seconds(0)};
+    statement.parameters = std::move(parameters);
+    const auto rs = session->Execute(statement, {}).recordset;
+    return *rs->ValueAt(0, 0).As<std::int64_t>();
+  };
+  const platform::WallTime evening(
+      std::chrono::sys_days(std::chrono::year(2026) / 11 / 22).time_since_epoch() +
+      std::chrono::hours(18));
   for (const Text& sColumn : {Text("w"), Text("o")}) {
-    EXPECT_EQ(Run(*session, "SELECT count(*) FROM s..t WHERE " + sColumn + " >= '*-1h'")
-                  .recordset->ValueAt(0, 0),
-              Value(std::int64_t{1}))
+    EXPECT_EQ(count("s..t WHERE " + sColumn + " >= '*-1h'"), 1) << sColumn;
+    EXPECT_EQ(count("s..t WHERE " + sColumn + " = '2026-11-22 18:00'"), 1) << sColumn;
+    EXPECT_EQ(count("s..t WHERE " + sColumn + " = '2026-11-22 09:00Z'"), 1) << sColumn;
+    EXPECT_EQ(count("s..t WHERE " + sColumn + " BETWEEN 't+17h' AND '2026-11-22T18:30+09:00'"), 1)
+        << sColumn;
+    EXPECT_EQ(count("(SELECT * FROM s..t) AS x WHERE x." + sColumn + " >= '*-1h'"), 1) << sColumn;
+    EXPECT_EQ(count("s..t WHERE " + sColumn + " IN ('2026-11-22 18:00', '*')"), 1) << sColumn;
+    EXPECT_EQ(count("(SELECT max(" + sColumn + ") AS m FROM s..t) AS x WHERE x.m < '*-1h'"), 0)
         << sColumn;
   }
-  EXPECT_EQ(Run(*session, "SELECT o FROM s..t WHERE o > '*-1h'").recordset->ValueAt(0, 0),
-            Value("2026-11-22 11:30:00"));
+  EXPECT_EQ(count("s..t WHERE o = ?", {Value(evening)}), 1);
+  const auto rs = Run(*session, "SELECT o FROM s..t WHERE o < '*-1h'").recordset;
+  EXPECT_EQ(rs->ValueAt(0, 0), Value(evening));
+  EXPECT_EQ(rs->FieldAt(0).Type(), platform::DataType::WallTime);
+  EXPECT_TRUE(rs->FieldAt(0).HoldsTimes());
+}
+
+TEST_F(PostgresEngineTest, stores_what_clocks_show_also_where_they_skip_it) {
+  Do("CREATE TABLE s.t(o timestamp)");
+  const auto session = Connect({}, "Time Zone = Europe/Berlin;");
+  Run(*session, "INSERT INTO s..t VALUES ('2026-03-29 02:30')");
+  EXPECT_EQ(Names(*Run(*session, "SELECT o FROM s..t WHERE o = '2026-03-29 02:30'").recordset, 0),
+            std::vector<Text>{"2026-03-29 02:30:00"});
+  Run(*session, "UPDATE s..t SET o = '2026-10-25 02:30'");
+  EXPECT_EQ(Names(*Run(*session, "SELECT o FROM s..t").recordset, 0),
+            std::vector<Text>{"2026-10-25 02:30:00"});
+}
+
+TEST_F(PostgresEngineTest, columns_without_a_name_have_one_that_tells_them_apart) {
+  Do("CREATE TABLE s.t(a int)");
+  Do("INSERT INTO s.t VALUES (1)");
+  const auto session = Connect();
+  const auto names = [&](const Text& sSql) {
+    const auto rs = Run(*session, sSql).recordset;
+    std::vector<Text> columns;
+    for (platform::ColumnIndex n = 0; n < rs->FieldCount(); ++n) {
+      columns.push_back(rs->FieldAt(n).Name());
+    }
+    return columns;
+  };
+  EXPECT_THAT(names("SELECT a + 1, 'x', a > 0 FROM s..t"), ElementsAre("a + 1", "'x'", "a > 0"));
+  EXPECT_THAT(names("SELECT * FROM (SELECT a + 1, -a, (a * 2) FROM s..t) AS x"),
+              ElementsAre("a + 1", "-a", "(a * 2)"));
+  EXPECT_THAT(names("WITH x AS (SELECT a + 1, a + 2 FROM s..t) SELECT * FROM x"),
+              ElementsAre("a + 1", "a + 2"));
 }
 
 TEST_F(PostgresEngineTest, tells_of_which_column_rows_are) {

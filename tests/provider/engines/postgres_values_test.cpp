@@ -78,15 +78,23 @@ TEST_F(PostgresValuesTest, of_times_come_to_the_microsecond) {
          DataType::DBTimeStamp);
   Expect("'9999-12-31 23:59:59.999999+00'::timestamptz", Moment(9999, 12, 31, 86'399'999'999),
          DataType::DBTimeStamp);
+  const auto wall = [](const Value& vt) {
+    return platform::WallTime(vt.As<platform::Timestamp>()->time_since_epoch());
+  };
+  // Whatever the clocks of a zone do.
+  Expect("'2026-03-29 02:30:00.5'::timestamp", wall(Moment(2026, 3, 29, 9'000'500'000)),
+         DataType::WallTime);
+  Expect("'0001-01-01'::timestamp", wall(Moment(1, 1, 1, 0)), DataType::WallTime);
+  Expect("'9999-12-31 23:59:59.999999'::timestamp", wall(Moment(9999, 12, 31, 86'399'999'999)),
+         DataType::WallTime);
   Expect("'2026-02-28'::date", sys_days(std::chrono::year(2026) / 2 / 28), DataType::DBDate);
   Expect("'23:59:59.5'::time", microseconds(86'399'500'000), DataType::DBTime);
   Expect("'24:00'::time", microseconds(86'400'000'000), DataType::DBTime);
 }
 
 TEST_F(PostgresValuesTest, of_times_that_are_no_moment_come_as_they_are_written) {
-  Expect("'2026-01-31 23:59:59.5'::timestamp", "2026-01-31 23:59:59.5", DataType::WChar);
   Expect("'infinity'::timestamptz", "infinity", DataType::DBTimeStamp);
-  Expect("'-infinity'::timestamp", "-infinity", DataType::WChar);
+  Expect("'-infinity'::timestamp", "-infinity", DataType::WallTime);
   Expect("'infinity'::date", "infinity", DataType::DBDate);
   Expect("'0044-03-15 BC'::date", "0044-03-15 BC", DataType::DBDate);
   Expect("'4713-01-01 BC'::date", "4713-01-01 BC", DataType::DBDate);
@@ -95,7 +103,7 @@ TEST_F(PostgresValuesTest, of_times_that_are_no_moment_come_as_they_are_written)
   Expect("'294276-12-31 23:59:59+00'::timestamptz", "294276-12-31 23:59:59+00",
          DataType::DBTimeStamp);
   Expect("'10000-01-01'::date", "10000-01-01", DataType::DBDate);
-  Expect("'0044-03-15 12:00 BC'::timestamp", "0044-03-15 12:00:00 BC", DataType::WChar);
+  Expect("'0044-03-15 12:00 BC'::timestamp", "0044-03-15 12:00:00 BC", DataType::WallTime);
   Expect("'0044-03-15 12:00+00 BC'::timestamptz", "0044-03-15 12:00:00+00 BC",
          DataType::DBTimeStamp);
   Expect("'12:00+02'::timetz", "12:00:00+02", DataType::WChar);
@@ -126,7 +134,7 @@ TEST_F(PostgresValuesTest, go_and_come_back_the_same) {
   };
   Do("CREATE TABLE s.v(b bool, i int, l bigint, d float8, n numeric, t text, m timestamptz, e "
      "date, "
-     "c time, y bytea, u uuid)");
+     "c time, y bytea, u uuid, o timestamp)");
   for (int nRow = 0; nRow < 100; ++nRow) {
     Text sText;
     for (auto n = whole(0, 20); n > 0; --n) sText += static_cast<char>(whole(1, 127));
@@ -152,13 +160,15 @@ TEST_F(PostgresValuesTest, go_and_come_back_the_same) {
         Value(sys_days(std::chrono::days(whole(-100'000, 100'000)))),
         Value(microseconds(whole(0, 86'399'999'999))),
         Value(bytes),
-        Value(guid)};
+        Value(guid),
+        Value(platform::WallTime(
+            microseconds(whole(-2'000'000'000'000'000, 5'000'000'000'000'000))))};
     Do("DELETE FROM s.v");
-    EXPECT_EQ(Do("INSERT INTO s.v VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)", row).lRecordsAffected,
-              1);
+    EXPECT_EQ(
+        Do("INSERT INTO s.v VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)", row).lRecordsAffected, 1);
     for (const char* const sColumns : {"*", "*, '{}'::int[]"}) {
       const auto rs = Rows(Text("SELECT ") + sColumns + " FROM s.v");
-      for (platform::ColumnIndex n = 0; n < 11; ++n) {
+      for (platform::ColumnIndex n = 0; n < 12; ++n) {
         EXPECT_EQ(rs->ValueAt(0, n), row[static_cast<std::size_t>(n)])
             << rs->FieldAt(n).Name() << ": " << platform::ToText(row[static_cast<std::size_t>(n)]);
       }
@@ -166,7 +176,7 @@ TEST_F(PostgresValuesTest, go_and_come_back_the_same) {
     // By which a row is named again.
     EXPECT_EQ(
         Do("DELETE FROM s.v WHERE b = ? AND i = ? AND l = ? AND d = ? AND n = ? AND t = ? AND "
-           "m = ? AND e = ? AND c = ? AND y = ? AND u = ?",
+           "m = ? AND e = ? AND c = ? AND y = ? AND u = ? AND o = ?",
            row)
             .lRecordsAffected,
         1);

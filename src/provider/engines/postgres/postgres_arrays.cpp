@@ -123,6 +123,9 @@ bool Put(Text& sBytes, const Value& vtValue, Oid declared) {
         } else if constexpr (std::is_same_v<T, platform::Decimal>) {
           PutBytes(sBytes, content.sDigits);
           return isOf(PostgresType::Numeric);
+        } else if constexpr (std::is_same_v<T, platform::WallTime>) {
+          PutBytes(sBytes, platform::ToText(content));
+          return isOf(PostgresType::Timestamp);
         } else if constexpr (std::is_same_v<T, platform::Date>) {
           PutBytes(sBytes, platform::ToText(content));
           return isOf(PostgresType::Date);

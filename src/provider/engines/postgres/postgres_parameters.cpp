@@ -171,6 +171,8 @@ PostgresParameters::PostgresParameters(std::span<const Value> values) {
             add(PostgresType::Any, content);
           } else if constexpr (std::is_same_v<T, platform::Timestamp>) {
             add(PostgresType::TimestampTz, platform::ToText(content) + "+00");
+          } else if constexpr (std::is_same_v<T, platform::WallTime>) {
+            add(PostgresType::Timestamp, platform::ToText(content));
           } else if constexpr (std::is_same_v<T, platform::Date>) {
             add(PostgresType::Date, platform::ToText(content));
           } else if constexpr (std::is_same_v<T, platform::TimeOfDay>) {

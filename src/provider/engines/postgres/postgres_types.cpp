@@ -50,6 +50,8 @@ DataType TypeOfOid(Oid type) {
       return DataType::DBDate;
     case PostgresType::Time:
       return DataType::DBTime;
+    case PostgresType::Timestamp:
+      return DataType::WallTime;
     case PostgresType::TimestampTz:
       return DataType::DBTimeStamp;
     case PostgresType::Uuid:
@@ -69,6 +71,7 @@ platform::TextOrder TextOrderOf(Oid type, bool bBytes) {
     case PostgresType::BpChar:
       return bBytes ? TextOrder::TrailingBlanks : TextOrder::Source;
     case PostgresType::Date:
+    case PostgresType::Timestamp:
     case PostgresType::TimestampTz:
     case PostgresType::Numeric:
       return TextOrder::BeyondValues;

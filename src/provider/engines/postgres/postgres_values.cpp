@@ -115,8 +115,10 @@ void AppendMoment(ado::Column& column, std::int64_t llMicroseconds, bool bZone) 
   const auto since = microseconds(llMicroseconds);
   const auto whole = std::chrono::floor<days>(since);
   const sys_days day = kEpoch + whole;
-  if (bZone && IsShownAsDate(day)) {
-    return column.AppendTimestamp(platform::Timestamp(kEpoch) + since);
+  if (IsShownAsDate(day)) {
+    const platform::Timestamp moment = platform::Timestamp(kEpoch) + since;
+    if (bZone) return column.AppendTimestamp(moment);
+    return column.AppendWallTime(platform::WallTime(moment.time_since_epoch()));
   }
   column.AppendText(DayText(day) + ' ' + platform::ToText(Value(since - whole)) +
                     (bZone ? "+00" : "") + EraOf(day));
@@ -201,14 +203,14 @@ platform::Bytes BytesOf(Oid type, std::string_view sText) {
   return bytes;
 }
 
-// "2026-01-31 23:59:59.123456+00"; none for what is no moment from year 1 to 9999.
-std::optional<platform::Timestamp> MomentOf(std::string_view sText) {
-  constexpr std::string_view kZone = "+00";
+// "2026-01-31 23:59:59.123456", or with "+00" behind it; none for what is no moment from year 1 to
+// 9999.
+std::optional<platform::Timestamp> MomentOf(std::string_view sText, std::string_view sZone) {
   constexpr std::size_t kDate = 10;
-  if (!sText.ends_with(kZone) || sText.size() < kDate + 1 || sText[kDate] != ' ') {
+  if (!sText.ends_with(sZone) || sText.size() < kDate + 1 || sText[kDate] != ' ') {
     return std::nullopt;
   }
-  sText.remove_suffix(kZone.size());
+  sText.remove_suffix(sZone.size());
   const Value vtDay = platform::FromStoredText(DataType::DBDate, sText.substr(0, kDate));
   const Value vtTime = platform::FromStoredText(DataType::DBTime, sText.substr(kDate + 1));
   const auto* const day = vtDay.As<platform::Date>();
@@ -280,7 +282,12 @@ void AppendTextForm(ado::Column& column, Oid type, std::string_view sText) {
       if (sText == "24:00:00") return column.AppendValue(Value(microseconds(days(1))));
       return column.AppendValue(platform::FromStoredText(DataType::DBTime, sText));
     case PostgresType::TimestampTz:
-      if (const auto moment = MomentOf(sText)) return column.AppendTimestamp(*moment);
+      if (const auto moment = MomentOf(sText, "+00")) return column.AppendTimestamp(*moment);
+      return column.AppendText(sText);
+    case PostgresType::Timestamp:
+      if (const auto moment = MomentOf(sText, "")) {
+        return column.AppendWallTime(platform::WallTime(moment->time_since_epoch()));
+      }
       return column.AppendText(sText);
     case PostgresType::Numeric:
       if (sText == "NaN" || sText.ends_with("Infinity")) return column.AppendText(sText);

@@ -59,6 +59,7 @@ void AppendInteger(ado::Column& column, DataType type, std::int64_t llValue) {
     case DataType::DBDate:
     case DataType::DBTime:
     case DataType::DBTimeStamp:
+    case DataType::WallTime:
       break;
   }
   column.AppendLongLong(llValue);
@@ -80,6 +81,7 @@ void AppendText(ado::Column& column, DataType type, std::string_view sText) {
     case DataType::WChar:
     case DataType::Numeric:
     case DataType::DBTimeStamp:
+    case DataType::WallTime:
       break;
   }
   column.AppendText(sText);

@@ -59,7 +59,7 @@ int BindValue(sqlite3_stmt* statement, int nPlace, const Value& vtValue, Lifetim
         } else {
           static_assert(std::is_same_v<T, platform::Decimal> || std::is_same_v<T, platform::Date> ||
                         std::is_same_v<T, platform::TimeOfDay> ||
-                        std::is_same_v<T, platform::Guid>);
+                        std::is_same_v<T, platform::WallTime> || std::is_same_v<T, platform::Guid>);
           return BindText(statement, nPlace, platform::ToText(content), SQLITE_TRANSIENT);
         }
       },
