@@ -77,9 +77,10 @@ void ExportFile::Write(std::string_view sBytes) {
   m_bytes += sBytes.size();
 }
 
-void ExportFile::Finish() {
+void ExportFile::Finish(const std::stop_token& stop) {
   TakeOver();
   if (fsync(m_successor->File().Get()) != 0) Fail(errno);
+  if (stop.stop_requested()) throw Failure(failure::kCancelled, "The export was cancelled.");
   try {
     m_successor->Succeed(m_path);
   } catch (const std::system_error& error) {
@@ -87,7 +88,7 @@ void ExportFile::Finish() {
   }
 }
 
-std::filesystem::path ExportFile::FinishMarked(const Text& sMark) {
+std::filesystem::path ExportFile::FinishMarked(const Text& sMark, const std::stop_token& stop) {
   const auto wanted = m_path;
   const Text sStem = wanted.stem().string();
   for (int n = 1; n <= kMostNumbers; ++n) {
@@ -95,7 +96,7 @@ std::filesystem::path ExportFile::FinishMarked(const Text& sMark) {
     m_path = FolderOf(wanted) / (sStem + sMark + sNumber + wanted.extension().string());
     struct stat there {};
     if (lstat(m_path.c_str(), &there) == 0) continue;
-    Finish();
+    Finish(stop);
     return m_path;
   }
   m_path = wanted;

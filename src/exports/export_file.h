@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <stop_token>
 #include <string_view>
 
 #include "files/successor.h"
@@ -24,13 +25,14 @@ class ExportFile {
   void Write(std::string_view sBytes);
   std::uint64_t Bytes() const { return m_bytes; }
   /// Gives the file its name; what stood under it is gone then, but for its owner, group, mode,
-  /// access list and extended attributes. Fails with failure::kStorage, what stood there being
-  /// whole.
-  void Finish();
+  /// access list and extended attributes. The disk has the bytes before, which may take its time: a
+  /// stop until then fails with failure::kCancelled. Fails with failure::kStorage, what stood there
+  /// being whole.
+  void Finish(const std::stop_token& stop = {});
   /// The same under another name in the same folder: that of the path with the mark behind its
   /// stem, and a number when that is taken. Whoever may use a file of the wanted name may use this
   /// one. Gives the name's path.
-  std::filesystem::path FinishMarked(const platform::Text& sMark);
+  std::filesystem::path FinishMarked(const platform::Text& sMark, const std::stop_token& stop = {});
 
  private:
   /// Becomes like the file that is there, if there is one.

@@ -41,10 +41,10 @@ void RowExport::Rows(const Recordset& rs) {
   for (RowIndex row = 0; row < rs.RecordCount(); ++row) Row(rs, row);
 }
 
-Exported RowExport::Finish(bool bCut) {
+Exported RowExport::Finish(bool bCut, const std::stop_token& stop) {
   Flush();
-  if (bCut) return {m_rows, m_file.FinishMarked(" (" + CutMark(m_rows) + ")"), true};
-  m_file.Finish();
+  if (bCut) return {m_rows, m_file.FinishMarked(" (" + CutMark(m_rows) + ")", stop), true};
+  m_file.Finish(stop);
   return {m_rows, m_path, false};
 }
 

@@ -33,8 +33,9 @@ class RowExport {
   platform::RowIndex RowCount() const { return m_rows; }
 
   /// Gives the file its name. When the source had more rows, that says so: "Data.csv" becomes
-  /// "Data (first 100 rows).csv", and a file of the name that was asked for stays as it is.
-  Exported Finish(bool bCut);
+  /// "Data (first 100 rows).csv", and a file of the name that was asked for stays as it is. Waits
+  /// for the disk, and fails as ExportFile::Finish does.
+  Exported Finish(bool bCut, const std::stop_token& stop = {});
 
  private:
   void Flush();

@@ -8,7 +8,19 @@ namespace {
 
 using platform::Text;
 
-class cell_filling : public PumpsFixture {};
+class cell_filling : public PumpsFixture {
+ protected:
+  /// As somebody does it from the toolbar, in the current cell.
+  void Fill(const char* sStatement) {
+    Settle();  // a row that was left before is stored
+    m_editor->CellQuery();
+    auto* dialog = Window()->findChild<CellQueryDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QPlainTextEdit*>("statement")->setPlainText(sStatement);
+    dialog->findChild<QPushButton*>("run")->click();
+    Settle();
+  }
+};
 
 TEST_F(cell_filling, a_query_fills_the_current_cell_with_its_first_value) {
   Open("Pumps");
@@ -70,23 +82,73 @@ TEST_F(cell_filling, a_cell_that_takes_no_query_says_why) {
   EXPECT_NE(Window()->findChild<CellQueryDialog*>(), nullptr);
 }
 
-TEST_F(cell_filling, several_values_of_a_query_fill_down_after_a_question) {
+TEST_F(cell_filling, the_first_of_several_values_goes_in_and_the_others_after_a_question) {
   Open("Pumps");
-  GoTo(1, 3);
-  m_editor->CellQuery();
-  auto* dialog = Window()->findChild<CellQueryDialog*>();
-  dialog->findChild<QPlainTextEdit*>("statement")
-      ->setPlainText("SELECT Name FROM P..Pumps ORDER BY Id");
-  dialog->findChild<QPushButton*>("run")->click();
-  Settle();
+  GoTo(0, 3);
+  Fill("SELECT Name FROM P..Pumps ORDER BY Id");
+  EXPECT_EQ(Cell(0, 3), "feed") << "before the question is answered";
   EXPECT_EQ(Cell(1, 3), "NULL");
+  auto* box = Window()->findChild<QMessageBox*>("fillDown");
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->text(),
+            "The statement gave 3 values, and the first is in the cell. Fill the 2 cells beneath "
+            "with the others?");
   Answer("Fill Down");
-  EXPECT_EQ(Cell(1, 3), "feed");
-  EXPECT_EQ(Cell(2, 3), "drain");
+  EXPECT_EQ(Cell(1, 3), "drain");
+  EXPECT_EQ(Cell(2, 3), "spare");
   EXPECT_EQ(Rows().model()->rowCount(), 4);
   Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Cell(0, 3), "feed");
   EXPECT_EQ(Cell(1, 3), "NULL");
   EXPECT_EQ(Cell(2, 3), "");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "");
+}
+
+TEST_F(cell_filling, whoever_declines_keeps_the_first_value) {
+  Open("Pumps");
+  for (const bool bEscape : {false, true}) {
+    GoTo(1, 3);
+    Fill("SELECT Name FROM P..Pumps ORDER BY Id");
+    if (bEscape) {
+      QTest::keyClick(Window()->findChild<QMessageBox*>("fillDown"), Qt::Key_Escape);
+      Settle();
+    } else {
+      Answer("First Only");
+    }
+    EXPECT_EQ(Cell(1, 3), "feed");
+    EXPECT_EQ(Cell(2, 3), "");
+    EXPECT_EQ(Label("pending"), "1 row not stored");
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Label("pending"), "");
+  }
+}
+
+TEST_F(cell_filling, says_why_only_the_first_value_was_taken) {
+  Open("Pumps");
+  GoTo(0, 2);
+  Fill("SELECT 7 UNION ALL SELECT 'high'");
+  EXPECT_EQ(Cell(0, 2), "7");
+  EXPECT_EQ(
+      Label("notice"),
+      "Only the first value was taken. \"high\" is no number; enter digits, with \".\" as the "
+      "decimal point.");
+  GoTo(2, 3);
+  Fill("SELECT 'a' UNION ALL SELECT 'b'");
+  EXPECT_EQ(Cell(2, 3), "a");
+  EXPECT_EQ(Label("notice"),
+            "Only the first value was taken. The statement gave 2, but no row stands beneath this "
+            "one.");
+  GoTo(0, 3);
+  Fill(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 10001) SELECT i FROM "
+      "n");
+  EXPECT_EQ(Cell(0, 3), "1");
+  EXPECT_EQ(
+      Label("notice"),
+      "Only the first value was taken. The statement gives more than 10,000 values; narrow it "
+      "down.");
+  EXPECT_EQ(Window()->findChild<QMessageBox*>(), nullptr);
 }
 
 TEST_F(cell_filling, what_is_copied_is_pasted_back_exactly) {

@@ -8,6 +8,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QPushButton>
+#include <QToolButton>
 
 #include "controls/grid/grid_window.h"
 #include "tests/controls/row_view_fixture.h"
@@ -55,7 +56,7 @@ TEST_F(column_commands, keys_move_size_and_hide_the_current_column) {
   EXPECT_EQ(Rows().Names().visualIndex(1), 1);
   const int nWidth = Rows().ColumnWidth(1);
   Press(Qt::Key_Right, Qt::AltModifier);
-  EXPECT_EQ(Rows().ColumnWidth(1), nWidth + 16);
+  EXPECT_EQ(Rows().ColumnWidth(1), nWidth + Rows().WidthOf(2));
   Press(Qt::Key_Left, Qt::AltModifier);
   EXPECT_EQ(Rows().ColumnWidth(1), nWidth);
   Press(Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
@@ -154,6 +155,57 @@ TEST_F(column_commands, an_open_list_does_nothing_to_rows_that_came_since) {
   m_window.ShowRows(OneColumn({platform::Text("x")}), kUtcZone, nullptr, {}, "No rows", "None.");
   dialog->accept();
   EXPECT_EQ(Rows().Names().Shown(), (std::vector<int>{0}));
+}
+
+class hidden_columns : public column_commands {
+ protected:
+  QToolButton& Button() { return *m_window.findChild<QToolButton*>("hiddenColumns"); }
+  QMenu* Menu() {
+    emit Button().menu()->aboutToShow();
+    return Button().menu();
+  }
+  void Hide(std::vector<bool> hidden) {
+    Rows().HiddenColumns(hidden);
+    QCoreApplication::processEvents();
+  }
+};
+
+TEST_F(hidden_columns, are_told_in_the_strip) {
+  EXPECT_FALSE(Button().isVisible());
+  Hide({true, false, true, false});
+  EXPECT_TRUE(Button().isVisible());
+  EXPECT_EQ(Button().text(), "2 columns hidden");
+  EXPECT_EQ(Button().accessibleName(), "2 columns hidden");
+  Hide({true, false, false, false});
+  EXPECT_EQ(Button().text(), "1 column hidden");
+  Rows().ForgetColumns();
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(Button().isVisible());
+  Press(Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(Button().isVisible());
+  m_window.ShowNothing();
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(Button().isVisible()) << "there are no columns";
+}
+
+TEST_F(hidden_columns, are_told_of_rows_that_come_laid_out) {
+  ColumnLayout layout;
+  layout.columns = {{"Number", 0, true}};
+  Rows().Layout(layout);
+  m_window.ShowRows(Plant(20), kUtcZone, nullptr, {}, "No rows", "None.");
+  QCoreApplication::processEvents();
+  EXPECT_EQ(Button().text(), "1 column hidden");
+}
+
+TEST_F(hidden_columns, are_shown_again_from_there) {
+  Hide({true, false, true, false});
+  EXPECT_EQ(Labels(*Menu()), (QStringList{"Show All", "Number", "Flag"}));
+  Menu()->actions().at(2)->trigger();
+  EXPECT_EQ(Rows().HiddenColumns(), (std::vector<bool>{false, false, true, false}));
+  Hide({true, false, true, false});
+  Menu()->actions().front()->trigger();
+  EXPECT_EQ(Rows().HiddenColumns(), std::vector<bool>(4, false));
 }
 
 }  // namespace

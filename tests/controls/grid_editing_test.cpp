@@ -1,5 +1,9 @@
 #include "controls/grid/grid_editing.h"
 
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QTextEdit>
+
 #include "controls/editing/conflict_dialog.h"
 #include "tests/controls/pumps_fixture.h"
 
@@ -345,6 +349,40 @@ TEST_F(grid_editing, what_is_being_typed_outlives_an_order_that_comes_meanwhile)
   ASSERT_TRUE(QTest::qWaitFor([&] { return !Rows().Arranging(); }, 30'000));
   Press(Qt::Key_Return, Qt::ControlModifier);
   EXPECT_EQ(Stored("SELECT Name FROM P..Many WHERE Id = 3"), "typed");
+}
+
+TEST_F(grid_editing, a_table_without_rows_has_the_menu_of_rows) {
+  m_server->Run("DELETE FROM P..Pumps");
+  Open("Pumps");
+  auto* sentence = Window()->findChild<QTextEdit*>("emptySentence");
+  ASSERT_TRUE(sentence->isVisible());
+  QContextMenuEvent asked(QContextMenuEvent::Mouse, {5, 5}, sentence->mapToGlobal(QPoint(5, 5)));
+  QApplication::sendEvent(sentence->viewport(), &asked);
+  auto* menu = Rows().findChild<QMenu*>();
+  ASSERT_NE(menu, nullptr) << "also over the sentence that lies over the rows";
+  QStringList enabled;
+  for (const QAction* action : menu->actions()) {
+    if (action->isEnabled() && !action->isSeparator())
+      enabled << action->text().section(u'\t', 0, 0).remove(u'&');
+  }
+  for (const char* sWanted :
+       {"Add a Row", "Paste", "Export Rows\u2026", "Import Rows\u2026", "Filter Row", "Columns"}) {
+    EXPECT_TRUE(enabled.contains(QString::fromUtf8(sWanted))) << sWanted;
+  }
+  menu->close();
+  QApplication::clipboard()->setText("7\tnew\t1.5");
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Cell(0, 1), "new");
+  EXPECT_FALSE(sentence->isVisible()) << "it would cover what was pasted";
+}
+
+TEST_F(grid_editing, a_row_is_added_by_a_key) {
+  Open("Pumps");
+  Press(Qt::Key_Insert);
+  EXPECT_EQ(Rows().currentIndex().row(), 3);
+  Type("7");
+  Press(Qt::Key_Tab);
+  EXPECT_EQ(Cell(3, 0), "7");
 }
 
 }  // namespace

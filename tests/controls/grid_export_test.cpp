@@ -18,6 +18,7 @@
 #include "controls/grid/query_results.h"
 #include "controls/grid/table_editor.h"
 #include "controls/grid/table_query.h"
+#include "platform/long_operation.h"
 #include "tests/controls/grid_fixture.h"
 #include "tests/files/temporary_folder.h"
 
@@ -120,6 +121,83 @@ TEST_F(GridExportTest, fetches_all_rows_anew_without_the_limit) {
   const std::string sBytes = m_folder.BytesOf(sPath);
   EXPECT_EQ(std::ranges::count(sBytes, '\n'), 7);
   EXPECT_EQ(RowsOf(*m_editor), 3) << "the grid keeps its rows";
+}
+
+/// Has work done on a thread of its own, as a host does.
+class BesideTheWindow final : public platform::LongOperation {
+ public:
+  void Run(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work) override {
+    sDone += sWhat + "\n";
+    std::stop_source stop;
+    if (bCancel) stop.request_stop();
+    std::exception_ptr failed;
+    if (before) before();
+    std::thread([&] {
+      try {
+        work(stop.get_token());
+      } catch (...) {
+        failed = std::current_exception();
+      }
+    }).join();
+    if (failed) std::rethrow_exception(failed);
+  }
+  platform::Text sDone;
+  std::function<void()> before;
+  bool bCancel = false;
+};
+
+class export_end : public GridExportTest {
+ protected:
+  export_end() {
+    GridServices services = Services();
+    services.longOperation = m_operation;
+    m_editor = std::make_unique<TableEditor>(std::move(services));
+    m_editor->Connection(m_connection);
+    m_editor->TableQuery(m_query);
+    m_editor->Requery();
+    Show(*m_editor);
+    m_operation->before = [this] { bWasThere = std::filesystem::exists(m_sPath); };
+    m_server.whileRunning = [this] {
+      if (m_server.sink) m_server.sink(Plant(4));
+    };
+  }
+  std::shared_ptr<BesideTheWindow> m_operation = std::make_shared<BesideTheWindow>();
+  std::string m_sPath = m_folder.Path("out.csv");
+  bool bWasThere = true;
+};
+
+TEST_F(export_end, is_beside_the_window_wherever_the_rows_come_from) {
+  for (const char* sChoice : {"m_optShown", "m_optAll"}) {
+    bWasThere = true;
+    m_operation->sDone.clear();
+    Export(m_sPath, [&](ExportDialog& dialog) { Take(dialog, sChoice); });
+    EXPECT_EQ(m_operation->sDone, "Writing the end of the file\n") << sChoice;
+    EXPECT_FALSE(bWasThere) << sChoice;
+    EXPECT_TRUE(std::filesystem::exists(m_sPath)) << sChoice;
+    std::filesystem::remove(m_sPath);
+  }
+}
+
+TEST_F(export_end, that_is_cancelled_leaves_no_file) {
+  m_operation->bCancel = true;
+  Export(m_sPath, [](ExportDialog& dialog) { Take(dialog, "m_optShown"); });
+  EXPECT_EQ(Label(*m_editor, "notice"), "The export was cancelled; no file was written.");
+  EXPECT_EQ(m_folder.FilesInFolder(), 0U);
+}
+
+TEST_F(export_end, that_fails_is_told_as_any_other_failure) {
+  // A folder takes the name while the end is being written.
+  m_operation->before = [this] { std::filesystem::create_directory(m_sPath); };
+  Export(m_sPath, [](ExportDialog& dialog) { Take(dialog, "m_optShown"); });
+  EXPECT_NE(m_sTold.find("stands for a folder, a device or the like and no file"),
+            std::string::npos)
+      << m_sTold;
+}
+
+TEST_F(export_end, finds_the_grid_gone_and_touches_nothing_of_it) {
+  m_operation->before = [this] { m_editor.reset(); };
+  Export(m_sPath, [](ExportDialog& dialog) { Take(dialog, "m_optShown"); });
+  EXPECT_EQ(m_folder.BytesOf(m_sPath).substr(0, 6), "Number") << "what was asked for is done";
 }
 
 TEST_F(GridExportTest, tells_how_many_rows_were_written_so_far) {

@@ -182,7 +182,6 @@ TEST_F(grid_seeking, goes_to_a_row_by_its_number) {
   QTest::keyClick(&View(), Qt::Key_G, Qt::ControlModifier);
   auto* dialog = View().findChild<QInputDialog*>();
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(dialog->intMaximum(), 500);
   dialog->setIntValue(321);
   dialog->accept();
   EXPECT_EQ(Cell(), std::pair(320, 2));
@@ -318,6 +317,26 @@ TEST(column_filter, of_a_value_is_told_as_it_is_typed) {
   EXPECT_EQ(told(Value("\"a\""), DataType::WChar), "=\"\"\"a\"\"\"");
   EXPECT_EQ(told(Value("a"), DataType::WChar), "=a");
   EXPECT_EQ(told(Value(), DataType::WChar), "null");
+}
+
+TEST_F(grid_seeking, says_that_there_is_no_such_row) {
+  const auto goTo = [this](int nNumber) {
+    QTest::keyClick(&View(), Qt::Key_G, Qt::ControlModifier);
+    auto* dialog = View().findChild<QInputDialog*>();
+    dialog->setIntValue(nNumber);
+    dialog->accept();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  };
+  goTo(1'000'000);
+  EXPECT_EQ(Cell(), std::pair(499, 0));
+  EXPECT_EQ(Label(m_results, "notice"),
+            "There is no row 1,000,000: this is the last one of 500 rows.");
+  goTo(500);
+  EXPECT_EQ(Label(m_results, "notice"),
+            "There is no row 1,000,000: this is the last one of 500 rows.")
+      << "nothing was moved";
+  goTo(7);
+  EXPECT_EQ(Cell(), std::pair(6, 0));
 }
 
 }  // namespace

@@ -325,9 +325,9 @@ TEST(fitted_columns, grow_with_texts_that_come_into_sight_up_to_a_limit) {
   };
   const int nLonger = widthAt(600'000);
   EXPECT_GT(nLonger, nFirst);
-  EXPECT_LT(nLonger, 360);
-  EXPECT_EQ(widthAt(999'999), 360);
-  EXPECT_EQ(widthAt(0), 360);
+  EXPECT_LT(nLonger, view.WidthOf(52));
+  EXPECT_EQ(widthAt(999'999), view.WidthOf(52));
+  EXPECT_EQ(widthAt(0), view.WidthOf(52));
 }
 
 TEST(fitted_columns, stay_as_wide_as_somebody_made_them) {

@@ -322,7 +322,7 @@ TEST_F(left_rows, what_a_fill_leaves_out_is_counted) {
   Answer("Fill Down");
   EXPECT_EQ(Cell(0, 3), "feed");
   EXPECT_EQ(Cell(2, 3), "spare");
-  EXPECT_EQ(Label("notice"), "1 of 3 cells were left as they are: they cannot be edited.");
+  EXPECT_EQ(Label("notice"), "1 of 2 cells were left as they are: they cannot be edited.");
 }
 
 TEST_F(left_rows, no_memory_is_told_in_the_program_s_own_words) {

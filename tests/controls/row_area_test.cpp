@@ -54,8 +54,28 @@ TEST(row_area, columns_are_as_wide_as_their_first_rows_need_within_bounds) {
   EXPECT_LT(view.ColumnWidth(0), view.ColumnWidth(1));
   EXPECT_LT(view.ColumnWidth(1), view.ColumnWidth(2));
   EXPECT_EQ(view.ColumnWidth(0), 48);
-  EXPECT_EQ(view.ColumnWidth(2), 360);
+  EXPECT_EQ(view.ColumnWidth(2), view.WidthOf(52));
   EXPECT_GT(view.ColumnWidth(1), view.fontMetrics().horizontalAdvance("twenty characters.."));
+}
+
+TEST(row_area, columns_are_bounded_by_characters_and_not_by_dots) {
+  const auto widths = [](int nPixels) {
+    RowView view;
+    QFont font = view.font();
+    font.setPixelSize(nPixels);
+    view.setFont(font);
+    const auto rs = std::make_shared<FakeRecordset>(
+        2, [](auto, auto) { return Value(platform::Text(5000, 'x')); });
+    rs->Column("a", platform::DataType::WChar)
+        .Column(platform::Text(5000, 'n'), platform::DataType::WChar);
+    view.ShowRows(rs, kUtcZone);
+    return std::pair(view.ColumnWidth(0), view.Names().sectionSizeHint(1));
+  };
+  const auto [nUsual, nUsualName] = widths(13);
+  const auto [nDouble, nDoubleName] = widths(26);
+  // Letters are not exactly twice as wide at twice the height.
+  EXPECT_NEAR(nDouble, 2 * nUsual, nUsual / 4);
+  EXPECT_NEAR(nDoubleName, 2 * nUsualName, nUsualName / 4);
 }
 
 TEST(row_area, a_double_click_on_the_edge_of_a_name_fits_the_column) {

@@ -103,6 +103,26 @@ TEST(row_view, without_rows_leaves_the_clipboard_alone) {
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
 }
 
+TEST(row_view, has_a_menu_wherever_there_are_columns) {
+  RowView view;
+  Show(view);
+  const auto asked = [&](QContextMenuEvent::Reason reason) {
+    QContextMenuEvent event(reason, {20, 20}, view.viewport()->mapToGlobal(QPoint(20, 20)));
+    QWidget* target = reason == QContextMenuEvent::Mouse ? view.viewport() : &view;
+    QCoreApplication::sendEvent(target, &event);
+    auto* menu = view.findChild<QMenu*>();
+    const bool bMenu = menu && menu->isVisible();
+    delete menu;
+    return bMenu;
+  };
+  EXPECT_FALSE(asked(QContextMenuEvent::Mouse)) << "there is nothing at all";
+  view.ShowRows(Plant(0), kUtcZone);
+  EXPECT_TRUE(asked(QContextMenuEvent::Mouse));
+  EXPECT_TRUE(asked(QContextMenuEvent::Keyboard));
+  view.ShowRows(Plant(3), kUtcZone);
+  EXPECT_TRUE(asked(QContextMenuEvent::Mouse));
+}
+
 TEST(row_view, the_menu_of_the_rows_copies_and_selects) {
   RowView view;
   view.ShowRows(Plant(50), kUtcZone);

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QTest>
 
+#include "console/look/contrast.h"
 #include "sql_look/sql_words.h"
 
 namespace orvane::controls {
@@ -92,6 +93,33 @@ TEST(sql_pane, follows_the_palette) {
   EXPECT_EQ(lexer->paper(QsciLexerSQL::Keyword), QColor(250, 250, 250));
   EXPECT_LT(lexer->color(QsciLexerSQL::Keyword).lightness(), 128);
   EXPECT_LT(lexer->color(QsciLexerSQL::CommentLine).lightness(), 128);
+}
+
+TEST(sql_pane, the_time_can_be_read_in_any_palette) {
+  for (const auto& [nText, nBase] : {std::pair(230, 20), std::pair(30, 255), std::pair(255, 90)}) {
+    SqlPane pane;
+    QPalette palette;
+    palette.setColor(QPalette::Base, QColor(nBase, nBase, nBase));
+    palette.setColor(QPalette::Text, QColor(nText, nText, nText));
+    // What some desktops have for it can hardly be told from the ground.
+    palette.setColor(QPalette::PlaceholderText, QColor(nBase, nBase, nBase / 2));
+    pane.setPalette(palette);
+    pane.Sql({});
+    pane.Took("12 ms, at 14:02:11");
+    pane.resize(300, 100);
+    pane.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&pane));
+    pane.clearFocus();
+    const QImage picture = pane.viewport()->grab().toImage();
+    double dBest = 1;
+    for (int y = 0; y < picture.height(); ++y) {
+      for (int x = 0; x < picture.width(); ++x) {
+        dBest = std::max(
+            dBest, console::Contrast(picture.pixelColor(x, y), palette.color(QPalette::Base)));
+      }
+    }
+    EXPECT_GE(dBest, 4.5) << nText << " on " << nBase;
+  }
 }
 
 TEST(sql_pane, shows_that_it_has_the_keys) {

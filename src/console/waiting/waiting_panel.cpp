@@ -1,5 +1,6 @@
 #include "console/waiting/waiting_panel.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -8,6 +9,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "console/look/breakable_text.h"
 #include "console/waiting/busy_bar.h"
@@ -19,20 +21,62 @@ namespace {
 constexpr int kCharactersInLine = 54;
 constexpr int kMargin = 16;
 
-/// Lies over a window whose controls cannot be used.
-class Veil : public QWidget {
+/// The part of a widget with which the panel would leave half a text in sight.
+QRect PartOf(QWidget* widget, const QRect& panel) {
+  const QRect covered = panel & widget->rect();
+  const auto* view = qobject_cast<QAbstractItemView*>(widget->parentWidget());
+  if (!view || view->viewport() != widget) return covered.isEmpty() ? QRect() : widget->rect();
+  if (covered.isEmpty()) return {};
+  // Of rows those that the panel touches.
+  QRect rows(0, covered.top(), widget->width(), covered.height());
+  for (const int y : {covered.top(), covered.bottom()}) {
+    const QRect row = view->visualRect(view->indexAt({1, y}));
+    if (row.isValid()) rows |= QRect(0, row.top(), widget->width(), row.height());
+  }
+  return rows & widget->rect();
+}
+
+/// Whether it may show a text itself: it has nothing in it, or is the inside of a list.
+bool HasText(const QWidget& widget) {
+  if (qobject_cast<QAbstractItemView*>(widget.parentWidget())) return true;
+  const auto inside = widget.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+  return std::ranges::none_of(inside, &QWidget::isVisible);
+}
+
+}  // namespace
+
+/// Lies over a window whose controls cannot be used. What the panel covers a part of is not seen at
+/// all: the rest of a text would read as another.
+class WaitingPanel::Veil : public QWidget {
  public:
   explicit Veil(QWidget* window) : QWidget(window) { show(); }
+
+  void LieOver(const QWidget& panel) {
+    setGeometry(parentWidget()->rect());
+    m_hidden = {};
+    for (QWidget* widget : parentWidget()->findChildren<QWidget*>()) {
+      const bool bOwn = widget == this || widget == &panel || panel.isAncestorOf(widget);
+      if (bOwn || !widget->isVisible() || widget->isWindow() || !HasText(*widget)) continue;
+      const QPoint at = widget->mapTo(parentWidget(), QPoint());
+      m_hidden += PartOf(widget, panel.geometry().translated(-at)).translated(at);
+    }
+    update();
+  }
 
  protected:
   void paintEvent(QPaintEvent*) override {
     QColor color = palette().color(QPalette::Window);
+    QPainter painter(this);
+    painter.setClipRegion(m_hidden);
+    painter.fillRect(rect(), color);
     color.setAlphaF(0.6F);
-    QPainter(this).fillRect(rect(), color);
+    painter.setClipRegion(QRegion(rect()) - m_hidden);
+    painter.fillRect(rect(), color);
   }
-};
 
-}  // namespace
+ private:
+  QRegion m_hidden;
+};
 
 WaitingPanel::WaitingPanel(const QString& sWhat, QWidget* window)
     : QFrame(window), m_lblElapsed(new QLabel), m_btnCancel(new QPushButton(tr("Cancel"))) {
@@ -122,8 +166,8 @@ void WaitingPanel::ShowElapsed() {
 
 void WaitingPanel::LieOver() {
   const QRect area = parentWidget()->rect();
-  if (m_veil) m_veil->setGeometry(area);
   move((area.width() - width()) / 2, (area.height() - height()) / 2);
+  if (m_veil) m_veil->LieOver(*this);
 }
 
 }  // namespace orvane::console

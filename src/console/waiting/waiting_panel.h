@@ -39,7 +39,8 @@ class WaitingPanel : public QFrame {
   /// Over the middle of the window, with the veil over all of it.
   void LieOver();
 
-  QPointer<QWidget> m_veil;
+  class Veil;
+  QPointer<Veil> m_veil;
   QElapsedTimer m_elapsed;
   QLabel* m_lblElapsed;
   QPushButton* m_btnCancel;

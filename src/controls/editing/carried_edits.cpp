@@ -158,34 +158,24 @@ void TellWhetherFetched(const CarriedRow& at, EditNotes& carried) {
 
 using RowsOfKeys = std::unordered_map<Text, RowIndex>;
 
+[[noreturn]] void FailCancelled() {
+  throw platform::Failure(
+      platform::failure::kCancelled,
+      "The search for the rows that are not stored was cancelled; what was typed into them is "
+      "kept. Refresh to search again.");
+}
+
 /// Where the rows of these keys stand. On any thread.
 RowsOfKeys LookForKeys(const RowsOfKeys& wanted, const Recordset& to, const RowTable& table,
                        const std::stop_token& stop) {
   RowsOfKeys found;
   const RowIndex rows = to.FetchedCount();
   for (RowIndex row = 0; row < rows && found.size() < wanted.size(); ++row) {
-    if (stop.stop_requested()) {
-      throw platform::Failure(
-          platform::failure::kCancelled,
-          "The search for the rows that are not stored was cancelled; what was typed into them is "
-          "kept. Refresh to search again.");
-    }
+    if (stop.stop_requested()) FailCancelled();
     Text sKey;
     for (const ColumnIndex column : table.key) AppendPart(sKey, to.OriginalAt(row, column));
     if (wanted.contains(sKey)) found.emplace(std::move(sKey), row);
   }
-  return found;
-}
-
-/// As many are looked at in less time than anybody notices.
-constexpr RowIndex kLookedAtAtOnce = 10'000;
-
-RowsOfKeys FindKeys(const RowsOfKeys& wanted, const Recordset& to, const RowTable& table,
-                    const Beside& beside) {
-  if (wanted.empty()) return {};
-  if (!beside || to.FetchedCount() <= kLookedAtAtOnce) return LookForKeys(wanted, to, table, {});
-  RowsOfKeys found;
-  beside([&](const std::stop_token& stop) { found = LookForKeys(wanted, to, table, stop); });
   return found;
 }
 
@@ -219,60 +209,121 @@ bool CanCarryEdits(const Recordset& from, const RowTable& fromTable, const Recor
 
 namespace {
 
-std::shared_ptr<EditNotes> Carry(const Carrying& carrying, const RowTable& fromTable,
-                                 const EditNotes& notes, const RowTable& toTable, bool bKeep,
-                                 const Beside& beside) {
-  const Recordset& from = carrying.from;
-  Recordset& to = carrying.to;
-  auto carried = std::make_shared<EditNotes>();
-  if (!AreKeyedAlike(fromTable, toTable, carrying.map)) return carried;
-  const std::vector<RowIndex> pending = from.PendingRows();
-  const auto isPending = [&](RowIndex row) { return std::ranges::binary_search(pending, row); };
-  // A row over which nothing lies any more can be changed by undoing all the same.
-  std::set<RowIndex> rows = notes.steps.Rows();
-  std::erase_if(rows, [&](RowIndex row) { return row >= from.RecordCount(); });
-  rows.insert(pending.begin(), pending.end());
-  const auto isNew = [&](RowIndex row) {
-    return from.StateAt(row) == RowState::New || notes.gone.contains(row);
-  };
-  RowsOfKeys wanted;
-  for (const RowIndex row : rows) {
-    if (isNew(row)) continue;
-    Text sKey;
-    for (const ColumnIndex column : fromTable.key) AppendPart(sKey, from.OriginalAt(row, column));
-    wanted.emplace(std::move(sKey), row);
+/// As many are looked at in less time than anybody notices.
+constexpr RowIndex kLookedAtAtOnce = 10'000;
+
+/// The rows of which something is known, and where they come to stand.
+class CarriedRows {
+ public:
+  CarriedRows(const Carrying& carrying, const EditNotes& notes)
+      : m_carrying(carrying), m_notes(notes), m_pending(carrying.from.PendingRows()) {}
+
+  bool IsPending(RowIndex row) const { return std::ranges::binary_search(m_pending, row); }
+  bool IsNew(RowIndex row) const {
+    return m_carrying.from.StateAt(row) == RowState::New || m_notes.gone.contains(row);
   }
-  std::unordered_map<RowIndex, RowIndex> places;
-  for (const auto& [sKey, row] : FindKeys(wanted, to, toTable, beside)) {
-    places[wanted.at(sKey)] = row;
+  const std::vector<RowIndex>& Rows() const { return m_rows; }
+  /// Of a row that was fetched again its number; none of others.
+  std::optional<RowIndex> PlaceOf(RowIndex row) const {
+    const auto found = m_places.find(row);
+    return found == m_places.end() ? std::nullopt : std::optional(found->second);
   }
 
-  std::unordered_map<RowIndex, RowIndex> moves;
-  for (const RowIndex row : rows) {
-    CarriedRow at{row, 0, true, {}};
-    if (isNew(row)) {
-      at.rowTo = to.AddNew();
-      if (!isPending(row)) {
-        to.CancelUpdate(at.rowTo);
-        carried->gone.insert(at.rowTo);
+  /// On any thread.
+  void Find(const RowTable& fromTable, const RowTable& toTable, const std::stop_token& stop) {
+    // A row over which nothing lies any more can be changed by undoing all the same.
+    std::set<RowIndex> rows = m_notes.steps.Rows();
+    std::erase_if(rows, [&](RowIndex row) { return row >= m_carrying.from.RecordCount(); });
+    rows.insert(m_pending.begin(), m_pending.end());
+    m_rows.assign(rows.begin(), rows.end());
+    RowsOfKeys wanted;
+    for (const RowIndex row : m_rows) {
+      if (IsNew(row)) continue;
+      Text sKey;
+      for (const ColumnIndex column : fromTable.key) {
+        AppendPart(sKey, m_carrying.from.OriginalAt(row, column));
       }
-    } else if (const auto place = places.find(row); place != places.end()) {
-      at.rowTo = place->second;
-      at.fetched = carrying.Fetched(at.rowTo);
-      if (isPending(row)) carrying.KeepOriginals(row, at.rowTo);
-    } else if (isPending(row) || bKeep) {
-      at.rowTo = carrying.AddAsItWas(row);
-      at.bFound = false;
-    } else {
-      continue;
+      wanted.emplace(std::move(sKey), row);
     }
-    moves.emplace(row, at.rowTo);
-    if (!isPending(row)) continue;
-    carrying.LayEdits(row, at.rowTo);
-    CarryNotes(carrying, at, notes, *carried);
-    if (!bKeep) TellWhetherFetched(at, *carried);
+    if (wanted.empty()) return;
+    for (const auto& [sKey, row] : LookForKeys(wanted, m_carrying.to, toTable, stop)) {
+      m_places[wanted.at(sKey)] = row;
+    }
   }
-  carried->steps = notes.steps.Moved(moves, carrying.map);
+
+ private:
+  const Carrying& m_carrying;
+  const EditNotes& m_notes;
+  const std::vector<RowIndex> m_pending;
+  std::vector<RowIndex> m_rows;
+  std::unordered_map<RowIndex, RowIndex> m_places;
+};
+
+/// Takes one row over; gives the number that it has now, where it has one.
+std::optional<RowIndex> CarryRow(const Carrying& carrying, const CarriedRows& rows, RowIndex row,
+                                 const EditNotes& notes, bool bKeep, EditNotes& carried) {
+  Recordset& to = carrying.to;
+  const bool bPending = rows.IsPending(row);
+  CarriedRow at{row, 0, true, {}};
+  if (rows.IsNew(row)) {
+    at.rowTo = to.AddNew();
+    if (!bPending) {
+      to.CancelUpdate(at.rowTo);
+      carried.gone.insert(at.rowTo);
+    }
+  } else if (const auto place = rows.PlaceOf(row)) {
+    at.rowTo = *place;
+    if (bPending) {
+      at.fetched = carrying.Fetched(at.rowTo);
+      carrying.KeepOriginals(row, at.rowTo);
+    }
+  } else if (bPending || bKeep) {
+    at.rowTo = carrying.AddAsItWas(row);
+    at.bFound = false;
+  } else {
+    return std::nullopt;
+  }
+  if (!bPending) return at.rowTo;
+  carrying.LayEdits(row, at.rowTo);
+  CarryNotes(carrying, at, notes, carried);
+  if (!bKeep) TellWhetherFetched(at, carried);
+  return at.rowTo;
+}
+
+std::shared_ptr<EditNotes> Carry(const Carrying& carrying, const RowTable& fromTable,
+                                 const EditNotes& notes, const RowTable& toTable, bool bKeep,
+                                 const Waits& waits) {
+  auto carried = std::make_shared<EditNotes>();
+  if (!AreKeyedAlike(fromTable, toTable, carrying.map)) return carried;
+  const bool bNothing =
+      carrying.from.PendingCount() == 0 && !notes.steps.CanUndo() && !notes.steps.CanRedo();
+  if (bNothing) return carried;
+  CarriedRows rows(carrying, notes);
+  const auto beside = [&](RowIndex nLooked, const std::function<void(std::stop_token)>& work) {
+    if (waits.beside && nLooked > kLookedAtAtOnce) return waits.beside(work);
+    work({});
+  };
+  beside(carrying.to.FetchedCount() + carrying.from.PendingCount(),
+         [&](const std::stop_token& stop) { rows.Find(fromTable, toTable, stop); });
+  std::unordered_map<RowIndex, RowIndex> moves;
+  std::size_t nNext = 0;
+  const auto slice = [&] {
+    const std::size_t nEnd = std::min(rows.Rows().size(), nNext + kInSlice);
+    for (; nNext < nEnd; ++nNext) {
+      const RowIndex row = rows.Rows()[nNext];
+      const auto rowTo = CarryRow(carrying, rows, row, notes, bKeep, *carried);
+      if (rowTo) moves.emplace(row, *rowTo);
+    }
+    return nNext == rows.Rows().size();
+  };
+  if (waits.slices && rows.Rows().size() > kInSlice) {
+    if (!waits.slices("Laying what is not stored over the rows", slice)) FailCancelled();
+  } else {
+    while (!slice()) {
+    }
+  }
+  beside(static_cast<RowIndex>(rows.Rows().size()),
+         [&](const std::stop_token&) { carried->steps = notes.steps.Moved(moves, carrying.map); });
   return carried;
 }
 
@@ -280,9 +331,9 @@ std::shared_ptr<EditNotes> Carry(const Carrying& carrying, const RowTable& fromT
 
 std::shared_ptr<EditNotes> CarryEdits(const Recordset& from, const RowTable& fromTable,
                                       const EditNotes& notes, Recordset& to,
-                                      const RowTable& toTable, const Beside& beside) {
+                                      const RowTable& toTable, const Waits& waits) {
   const ColumnMap map = MapColumns(from, fromTable, to, toTable);
-  return Carry({from, map, to}, fromTable, notes, toTable, false, beside);
+  return Carry({from, map, to}, fromTable, notes, toTable, false, waits);
 }
 
 std::shared_ptr<EditNotes> KeepEdits(const Recordset& from, const RowTable& table,

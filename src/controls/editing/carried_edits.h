@@ -3,10 +3,8 @@
 // it exchanges its rows; user-interface thread.
 #pragma once
 
-#include <functional>
-#include <stop_token>
-
 #include "controls/editing/edit_session.h"
+#include "controls/editing/waits.h"
 
 namespace orvane::controls {
 
@@ -14,20 +12,16 @@ namespace orvane::controls {
 bool CanCarryEdits(const platform::Recordset& from, const RowTable& fromTable,
                    const platform::Recordset& to, const RowTable& toTable);
 
-/// Has work done on another thread while the window tells of it, and returns when it is done;
-/// passes on what it throws.
-using Beside = std::function<void(const std::function<void(std::stop_token)>& work)>;
-
 /// Lays the edits over the same rows of the other recordset, found by their keys. Where somebody
 /// else has changed an edited value meanwhile, that stays the one by which the row is found, so
 /// that the conflict shows when it is sent. A row that was not fetched again is added behind the
 /// others as it was, with a remark. Gives what is known of the rows: their sentences, conflicts and
-/// the steps that can be undone. Only after CanCarryEdits. Many rows are looked through beside,
-/// where that is given; where that is cancelled, fails with failure::kCancelled before anything is
-/// laid over them.
+/// the steps that can be undone. Only after CanCarryEdits. Many rows are looked through beside the
+/// window, and many edits laid in slices; where that is cancelled, fails with failure::kCancelled,
+/// and the other recordset is of no use any more.
 std::shared_ptr<EditNotes> CarryEdits(const platform::Recordset& from, const RowTable& fromTable,
                                       const EditNotes& notes, platform::Recordset& to,
-                                      const RowTable& toTable, const Beside& beside = {});
+                                      const RowTable& toTable, const Waits& waits = {});
 
 /// The same into a recordset that holds nothing yet, to be kept until there are rows again.
 std::shared_ptr<EditNotes> KeepEdits(const platform::Recordset& from, const RowTable& table,

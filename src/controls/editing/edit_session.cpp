@@ -87,19 +87,79 @@ void EditSession::Edit(RowIndex row, ColumnIndex column, const Value& vtValue) {
   Edit(std::span(&edit, 1));
 }
 
-void EditSession::Edit(std::span<const CellEdit> edits) {
-  std::set<RowIndex> rows;
+bool EditSession::Edit(std::span<const CellEdit> edits) {
+  std::vector<const CellEdit*> ordered;
   for (const CellEdit& edit : edits) {
-    if (CanEdit(edit.row, edit.column)) rows.insert(edit.row);
+    if (CanEdit(edit.row, edit.column)) ordered.push_back(&edit);
   }
-  const std::vector<RowIndex> touched(rows.begin(), rows.end());
-  Change(touched, [&] {
-    for (const CellEdit& edit : edits) {
-      if (!CanEdit(edit.row, edit.column)) continue;
-      while (edit.row >= m_recordset->RecordCount()) m_recordset->AddNew();
-      LayOver(edit);
-    }
-  });
+  std::ranges::stable_sort(ordered, {}, &CellEdit::row);
+  const RecordsetPtr rs = m_recordset;
+  const auto notes = m_notes;
+  const std::weak_ptr<void> life = m_life;
+  const auto isOver = [&] { return life.expired() || m_recordset != rs; };
+  std::vector<RowIndex> rows;
+  std::size_t nNext = 0;
+  const auto layNext = [&] {
+    std::size_t nEnd = nNext + 1;
+    while (nEnd < ordered.size() && ordered[nEnd]->row == ordered[nNext]->row) ++nEnd;
+    const std::span<const CellEdit* const> ofRow(&ordered[nNext], nEnd - nNext);
+    nNext = nEnd;
+    rows.push_back(ofRow.front()->row);
+    notes->steps.ChangeRow(*rs, rows.back(), [&] { LayRow(ofRow); });
+  };
+  const auto slice = [&] {
+    if (isOver()) return true;
+    const std::size_t nEnd = std::min(ordered.size(), nNext + kInSlice);
+    while (nNext < nEnd) layNext();
+    return nNext == ordered.size();
+  };
+  if (ordered.empty()) {
+    Follow(rows);
+    return true;
+  }
+  notes->steps.Begin();
+  bool bDone = false;
+  try {
+    bDone = RunSlices(ordered.size(), "Changing cells", slice);
+  } catch (...) {
+    notes->steps.End();
+    if (!isOver()) Follow(rows);
+    throw;
+  }
+  if (isOver()) return false;
+  if (bDone) {
+    notes->steps.End();
+  } else {
+    RunAllSlices(nNext, "Taking back what was changed",
+                 [&] { return isOver() || notes->steps.TakeBack(*rs, kInSlice); });
+    if (isOver()) return false;
+  }
+  Follow(rows);
+  return bDone;
+}
+
+void EditSession::LayRow(std::span<const CellEdit* const> edits) {
+  while (edits.front()->row >= m_recordset->RecordCount()) m_recordset->AddNew();
+  for (const CellEdit* edit : edits) {
+    if (CanEdit(edit->row, edit->column)) LayOver(*edit);
+  }
+}
+
+bool EditSession::RunSlices(std::size_t nThings, const char* sWhat,
+                            const std::function<bool()>& slice) const {
+  // It may go with the session while it runs.
+  const Slices slices = m_slices;
+  if (slices && nThings > kInSlice) return slices(sWhat, slice);
+  while (!slice()) {
+  }
+  return true;
+}
+
+void EditSession::RunAllSlices(std::size_t nThings, const char* sWhat,
+                               const std::function<bool()>& slice) const {
+  if (RunSlices(nThings, sWhat, slice)) return;
+  while (!slice()) {
+  }
 }
 
 void EditSession::LayOver(const CellEdit& edit) {
@@ -153,17 +213,32 @@ void EditSession::Follow(std::span<const RowIndex> rows) {
 
 std::optional<RowIndex> EditSession::Undo(std::optional<RowIndex> current) {
   if (!m_recordset || !m_notes->steps.CanUndo()) return std::nullopt;
-  return FollowStep(m_notes->steps.Undo(*m_recordset), current);
+  return Move(true, current);
 }
 
 std::optional<RowIndex> EditSession::Redo(std::optional<RowIndex> current) {
   if (!m_recordset || !m_notes->steps.CanRedo()) return std::nullopt;
-  return FollowStep(m_notes->steps.Redo(*m_recordset), current);
+  return Move(false, current);
 }
 
-// A row of the step that is left would be sent, and could not be taken back with the others.
-RowIndex EditSession::FollowStep(std::span<const RowIndex> rows, std::optional<RowIndex> current) {
+std::optional<RowIndex> EditSession::Move(bool bUndo, std::optional<RowIndex> current) {
+  const RecordsetPtr rs = m_recordset;
+  const auto notes = m_notes;
+  const std::weak_ptr<void> life = m_life;
+  const auto isOver = [&] { return life.expired() || m_recordset != rs; };
+  const std::size_t nRows = notes->steps.RowsOfNext(bUndo);
+  const auto slice = [&] { return isOver() || notes->steps.MoveSome(*rs, kInSlice); };
+  notes->steps.BeginMove(bUndo);
+  const bool bDone = RunSlices(nRows, bUndo ? "Undoing changes" : "Redoing changes", slice);
+  if (!isOver() && !bDone) {
+    notes->steps.TurnBack();
+    RunAllSlices(nRows, "Taking back what was changed", slice);
+  }
+  const std::vector<RowIndex> rows = notes->steps.EndMove();
+  if (isOver()) return std::nullopt;
   Follow(rows);
+  if (!bDone || rows.empty()) return std::nullopt;
+  // A row of the step that is left would be sent, and could not be taken back with the others.
   const bool bStays = current && std::ranges::find(rows, *current) != rows.end();
   return bStays ? *current : rows.front();
 }

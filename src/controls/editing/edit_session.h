@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "controls/editing/undo_steps.h"
+#include "controls/editing/waits.h"
 #include "controls/statements/row_conflict.h"
 #include "controls/statements/updatability.h"
 #include "controls/values/value_input.h"
@@ -41,6 +42,8 @@ class EditSession final : public RowEditing {
   using ChangedHandler = std::function<void(std::span<const platform::RowIndex> rows)>;
 
   explicit EditSession(ChangedHandler changed) : m_changed(std::move(changed)) {}
+  /// How many cells or rows are changed while the window goes on; without it they are at once.
+  void InSlices(Slices slices) { m_slices = std::move(slices); }
 
   /// Takes the rows over; without notes they are as they were fetched.
   void Show(platform::RecordsetPtr rs, Updatability updatability, ValueInput input,
@@ -69,14 +72,16 @@ class EditSession final : public RowEditing {
   QString RemarkOf(platform::RowIndex row) const override;
 
   /// Lays all of the values as one step; rows behind the last one are added. Cells that cannot be
-  /// edited are left out.
-  void Edit(std::span<const CellEdit> edits);
+  /// edited are left out. False where that was cancelled: then nothing is changed. Of many cells
+  /// the grid, and with it the session, may be gone afterwards.
+  bool Edit(std::span<const CellEdit> edits);
   /// Marks the rows as ones to be deleted; new ones go at once. Gives those that are to be sent.
   std::vector<platform::RowIndex> Delete(std::span<const platform::RowIndex> rows);
   /// Takes away all that lies over the rows.
   void Discard(std::span<const platform::RowIndex> rows);
   /// Give a row to go to, none when there was nothing to take back: the current one where it is
-  /// among those that changed.
+  /// among those that changed. None, too, where it was cancelled: then nothing is changed; and of
+  /// many rows the grid may be gone afterwards.
   std::optional<platform::RowIndex> Undo(std::optional<platform::RowIndex> current = {});
   std::optional<platform::RowIndex> Redo(std::optional<platform::RowIndex> current = {});
 
@@ -108,13 +113,20 @@ class EditSession final : public RowEditing {
  private:
   void Change(std::span<const platform::RowIndex> rows, const std::function<void()>& change);
   void LayOver(const CellEdit& edit);
+  /// The edits of one row, none of which may be refused any more.
+  void LayRow(std::span<const CellEdit* const> edits);
+  /// False where it was cancelled. Of few things it is not asked.
+  bool RunSlices(std::size_t nThings, const char* sWhat, const std::function<bool()>& slice) const;
+  /// The same, but not to be cancelled.
+  void RunAllSlices(std::size_t nThings, const char* sWhat,
+                    const std::function<bool()>& slice) const;
+  std::optional<platform::RowIndex> Move(bool bUndo, std::optional<platform::RowIndex> current);
   void Follow(std::span<const platform::RowIndex> rows);
-  platform::RowIndex FollowStep(std::span<const platform::RowIndex> rows,
-                                std::optional<platform::RowIndex> current);
 
   std::shared_ptr<char> m_life = std::make_shared<char>();
   ChangedHandler m_changed;
   std::function<void()> m_takeTyped;
+  Slices m_slices;
   platform::RecordsetPtr m_recordset;
   controls::Updatability m_updatability;
   ValueInput m_input;

@@ -1,6 +1,8 @@
 #include "controls/editing/undo_steps.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace orvane::controls {
 
@@ -17,10 +19,7 @@ void UndoSteps::Change(Recordset& rs, std::span<const RowIndex> rows,
     for (auto& [row, overlays] : step) overlays.behind = OverlayOf(rs, row);
     std::erase_if(step,
                   [](const auto& entry) { return entry.second.before == entry.second.behind; });
-    if (step.empty()) return;
-    m_undone.clear();
-    if (m_done.size() == kMostSteps) m_done.erase(m_done.begin());
-    m_done.push_back(std::move(step));
+    Push(std::move(step));
   };
   try {
     change();
@@ -31,37 +30,106 @@ void UndoSteps::Change(Recordset& rs, std::span<const RowIndex> rows,
   keep();
 }
 
+void UndoSteps::Push(Step step) {
+  if (step.empty()) return;
+  m_undone.clear();
+  if (m_done.size() == kMostSteps) m_done.erase(m_done.begin());
+  m_done.push_back(std::move(step));
+}
+
+void UndoSteps::ChangeRow(Recordset& rs, RowIndex row, const std::function<void()>& change) {
+  Overlay before = OverlayOf(rs, row);
+  const auto keep = [&] {
+    Overlay behind = OverlayOf(rs, row);
+    if (before == behind) return;
+    m_open->emplace_hint(m_open->end(), row, Overlays{std::move(before), std::move(behind)});
+  };
+  try {
+    change();
+  } catch (...) {
+    keep();
+    throw;
+  }
+  keep();
+}
+
+void UndoSteps::End() {
+  Push(*std::exchange(m_open, std::nullopt));
+}
+
+bool UndoSteps::TakeBack(Recordset& rs, std::size_t nMost) {
+  for (; nMost > 0 && !m_open->empty(); --nMost) {
+    const auto last = std::prev(m_open->end());
+    Lay(rs, last->first, last->second.before);
+    m_open->erase(last);
+  }
+  if (!m_open->empty()) return false;
+  m_open.reset();
+  return true;
+}
+
 std::vector<RowIndex> UndoSteps::Undo(Recordset& rs) {
-  return Move(rs, m_done, m_undone, true);
+  if (m_done.empty()) return {};
+  BeginMove(true);
+  MoveSome(rs, m_moving->rows.size());
+  return EndMove();
 }
 
 std::vector<RowIndex> UndoSteps::Redo(Recordset& rs) {
-  return Move(rs, m_undone, m_done, false);
+  if (m_undone.empty()) return {};
+  BeginMove(false);
+  MoveSome(rs, m_moving->rows.size());
+  return EndMove();
 }
 
-std::vector<RowIndex> UndoSteps::Move(Recordset& rs, std::vector<Step>& from, std::vector<Step>& to,
-                                      bool bBack) {
-  if (from.empty()) return {};
-  to.push_back(std::move(from.back()));
-  from.pop_back();
+std::size_t UndoSteps::RowsOfNext(bool bUndo) const {
+  const auto& steps = bUndo ? m_done : m_undone;
+  return steps.empty() ? 0 : steps.back().size();
+}
+
+void UndoSteps::BeginMove(bool bUndo) {
+  Steps(bUndo).push_back(std::move(Steps(!bUndo).back()));
+  Steps(!bUndo).pop_back();
+  Moving moving{{}, 0, bUndo};
+  for (const auto& [row, overlays] : Steps(bUndo).back()) moving.rows.push_back(row);
+  m_moving = std::move(moving);
+}
+
+bool UndoSteps::MoveSome(Recordset& rs, std::size_t nMost) {
+  Moving& moving = *m_moving;
+  const Step& step = Steps(moving.bUndo).back();
+  const std::size_t nEnd = std::min(moving.rows.size(), moving.nNext + nMost);
   // A row that comes back changes its number in every step, this one included.
-  const std::size_t nStep = to.size() - 1;
-  std::vector<RowIndex> rows;
-  for (const auto& [row, overlays] : to[nStep]) rows.push_back(row);
   std::vector<std::pair<RowIndex, RowIndex>> renumbered;
   try {
-    for (RowIndex& row : rows) {
-      const Overlays& overlays = to[nStep].at(row);
-      const RowIndex now = Lay(rs, row, bBack ? overlays.before : overlays.behind);
+    for (; moving.nNext < nEnd; ++moving.nNext) {
+      RowIndex& row = moving.rows[moving.nNext];
+      const Overlays& overlays = step.at(row);
+      const RowIndex now = Lay(rs, row, moving.bUndo ? overlays.before : overlays.behind);
       if (now != row) renumbered.emplace_back(row, now);
       row = now;
     }
   } catch (...) {
     Renumber(renumbered);
+    m_moving.reset();
     throw;
   }
   Renumber(renumbered);
-  return rows;
+  return moving.nNext == moving.rows.size();
+}
+
+void UndoSteps::TurnBack() {
+  Moving& moving = *m_moving;
+  moving.rows.resize(moving.nNext);
+  std::ranges::sort(moving.rows);
+  moving.nNext = 0;
+  moving.bUndo = !moving.bUndo;
+  Steps(moving.bUndo).push_back(std::move(Steps(!moving.bUndo).back()));
+  Steps(!moving.bUndo).pop_back();
+}
+
+std::vector<RowIndex> UndoSteps::EndMove() {
+  return std::move(std::exchange(m_moving, std::nullopt)->rows);
 }
 
 // There may be many rows and many steps, but hardly ever steps of many rows.
@@ -96,7 +164,9 @@ std::set<RowIndex> UndoSteps::Rows() const {
 
 UndoSteps UndoSteps::Moved(const std::unordered_map<RowIndex, RowIndex>& rows,
                            const std::vector<std::optional<ColumnIndex>>& columns) const {
-  UndoSteps moved{*this};
+  UndoSteps moved;
+  moved.m_done = m_done;
+  moved.m_undone = m_undone;
   for (auto* steps : {&moved.m_done, &moved.m_undone}) {
     for (Step& step : *steps) {
       Step other;

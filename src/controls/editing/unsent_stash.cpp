@@ -15,7 +15,7 @@ void UnsentStash::Tell(const RowsPlace& place, RowIndex rows) const {
 }
 
 void UnsentStash::Keep(const RowsPlace& place, const Recordset& rs, const RowTable& table,
-                       const EditNotes& notes) {
+                       const EditNotes& notes, const Beside& beside) {
   const auto pending = rs.PendingRows();
   if (place.sTable.empty()) return;
   if (pending.empty()) {
@@ -28,7 +28,14 @@ void UnsentStash::Keep(const RowsPlace& place, const Recordset& rs, const RowTab
       columns.push_back({field.Name(), field.Type(), field.Nullable()});
     }
     UnsentEdits edits{ado::RecordsetBuilder(std::move(columns)).Finish(), table};
-    edits.notes = KeepEdits(rs, table, notes, *edits.rs);
+    const auto keep = [&](const std::stop_token&) {
+      edits.notes = KeepEdits(rs, table, notes, *edits.rs);
+    };
+    if (beside && pending.size() > kInSlice) {
+      beside(keep);
+    } else {
+      keep({});
+    }
     m_kept[place] = {std::move(edits), Round(place)};
   }
   Tell(place, static_cast<RowIndex>(pending.size()));
@@ -42,13 +49,13 @@ const UnsentEdits* UnsentStash::Find(const RowsPlace& place) const {
 
 std::shared_ptr<EditNotes> UnsentStash::LaidOver(const RowsPlace& place, Recordset& rs,
                                                  const Updatability& updatability,
-                                                 const Beside& beside) const {
+                                                 const Waits& waits) const {
   const UnsentEdits* found = Find(place);
   if (!found) return nullptr;
   // It may be kept anew, or this may go, while the rows are looked through.
   const UnsentEdits kept = *found;
   if (CanCarryEdits(*kept.rs, kept.table, rs, updatability.table)) {
-    return CarryEdits(*kept.rs, kept.table, *kept.notes, rs, updatability.table, beside);
+    return CarryEdits(*kept.rs, kept.table, *kept.notes, rs, updatability.table, waits);
   }
   // Where no row can be edited at all, it is not for the edited columns.
   const platform::Text sWhyNot = updatability.sWhyNot.toStdString();

@@ -28,16 +28,17 @@ class UnsentStash {
   /// Tells that so many rows of the table are pending in a grid.
   void Tell(const platform::RowsPlace& place, platform::RowIndex rows) const;
   /// Keeps a copy of what lies over the rows and of what is known of them; of rows without edits
-  /// nothing, and what was kept of the place goes.
+  /// nothing, and what was kept of the place goes. Many rows are copied beside the window, where
+  /// that is given; then the grid may be gone afterwards.
   void Keep(const platform::RowsPlace& place, const platform::Recordset& rs, const RowTable& table,
-            const EditNotes& notes);
+            const EditNotes& notes, const Beside& beside = {});
   /// What is kept of the place, or none. Valid until it is kept anew or dropped.
   const UnsentEdits* Find(const platform::RowsPlace& place) const;
   /// What is kept of the place, laid over these rows as CarryEdits does; it is kept on. Fails where
   /// it cannot be laid over them; null where nothing is kept. The grid that asked may be gone
   /// afterwards.
   std::shared_ptr<EditNotes> LaidOver(const platform::RowsPlace& place, platform::Recordset& rs,
-                                      const Updatability& updatability, const Beside& beside) const;
+                                      const Updatability& updatability, const Waits& waits) const;
   /// The edits have come into a grid.
   void Drop(const platform::RowsPlace& place) { m_kept.erase(place); }
   /// How often what was pending there was given up.

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QPushButton>
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "controls/editing/cell_query_dialog.h"
@@ -24,6 +25,19 @@ using platform::RowIndex;
 using platform::Text;
 using platform::Value;
 using platform::ValueKind;
+
+namespace {
+
+/// As many bytes, or characters, are read in less time than anybody notices.
+constexpr qsizetype kReadAtOnce = 50'000;
+
+qsizetype SizeOf(const QMimeData& data) {
+  qsizetype nSize = 0;
+  for (const QString& sFormat : data.formats()) nSize += data.data(sFormat).size();
+  return nSize;
+}
+
+}  // namespace
 
 CellFilling::CellFilling(GridWindow& window, EditSession& session, Asker asker,
                          std::shared_ptr<QStringList> last)
@@ -74,24 +88,20 @@ void CellFilling::Run(CellQueryDialog& dialog, RowIndex row, ColumnIndex column)
   const QPointer<CellQueryDialog> asked(&dialog);
   const QPointer<CellFilling> self(this);
   const RecordsetPtr rs = m_session.Recordset();
+  RecordsetPtr answer;
   std::vector<Value> values;
   QString sWrong;
   try {
-    const RecordsetPtr answer = m_asker(dialog.Statement().toStdString());
+    answer = m_asker(dialog.Statement().toStdString());
     if (!self || !asked || m_session.Recordset() != rs) return;
     if (!answer) {
       sWrong = "There is no connection to the server; connect it first.";
     } else if (answer->FieldCount() == 0 || answer->RecordCount() == 0) {
       sWrong = "The statement gave no value; the cell stays as it is.";
-    } else if (answer->Truncated()) {
-      sWrong = QStringLiteral("The statement gives more than %L1 values; narrow it down.")
-                   .arg(kMostValues);
     } else if (m_window.Rows().Model().PlaceOf(row) < 0) {
       sWrong = "The row is not in sight any more; take the filter away.";
     } else {
-      for (RowIndex n = 0; n < answer->RecordCount(); ++n) {
-        values.push_back(Fitting(answer->ValueAt(n, 0), column));
-      }
+      values.push_back(Fitting(answer->ValueAt(0, 0), column));
     }
   } catch (const Failure& failure) {
     if (!self || !asked) return;
@@ -106,48 +116,74 @@ void CellFilling::Run(CellQueryDialog& dialog, RowIndex row, ColumnIndex column)
   dialog.accept();
   RowView& rows = m_window.Rows();
   rows.GoTo(rows.Model().PlaceOf(row), column);
-  Fill(std::move(values));
+  Fill(values);
+  if (answer->RecordCount() > 1) FillDown(*answer, column);
 }
 
-void CellFilling::Fill(std::vector<Value> values) {
-  const RowModel& model = m_window.Rows().Model();
+void CellFilling::Fill(const std::vector<Value>& values, int nBelow) {
   const QModelIndex index = m_window.Rows().currentIndex();
-  const RecordsetPtr rs = m_session.Recordset();
-  const auto fill = [this, rs, index = QPersistentModelIndex(index), values](std::size_t nValues) {
-    if (m_session.Recordset() != rs || !index.isValid()) return;
-    std::vector<CellEdit> edits;
-    for (std::size_t n = 0; n < nValues; ++n) {
-      const RowIndex row = m_window.Rows().Model().RecordRow(index.row() + static_cast<int>(n));
-      edits.push_back({row, index.column(), values[n]});
+  std::vector<CellEdit> edits;
+  for (std::size_t n = 0; n < values.size(); ++n) {
+    const int nPlace = index.row() + nBelow + static_cast<int>(n);
+    edits.push_back({m_window.Rows().Model().RecordRow(nPlace), index.column(), values[n]});
+  }
+  const auto nLeft = std::ranges::count_if(
+      edits, [&](const CellEdit& edit) { return !m_session.CanEdit(edit.row, edit.column); });
+  m_session.Edit(edits);
+  if (nLeft == 0) return;
+  m_window.Remark(QStringLiteral("%L1 of %L2 cells were left as they are: they cannot be edited.")
+                      .arg(nLeft)
+                      .arg(values.size()),
+                  true);
+}
+
+void CellFilling::FillDown(const platform::Recordset& answer, ColumnIndex column) {
+  const int nRow = m_window.Rows().currentIndex().row();
+  const RowIndex room = m_window.Rows().Model().Places() - nRow - 1;
+  QString sWhyNot;
+  std::vector<Value> others;
+  if (answer.Truncated()) {
+    sWhyNot = QStringLiteral("The statement gives more than %L1 values; narrow it down.")
+                  .arg(kMostValues);
+  } else if (room <= 0) {
+    sWhyNot = QStringLiteral("The statement gave %L1, but no row stands beneath this one.")
+                  .arg(answer.RecordCount());
+  }
+  try {
+    for (RowIndex n = 1; n < answer.RecordCount() && n <= room && sWhyNot.isEmpty(); ++n) {
+      others.push_back(Fitting(answer.ValueAt(n, 0), column));
     }
-    const auto nLeft = std::ranges::count_if(
-        edits, [&](const CellEdit& edit) { return !m_session.CanEdit(edit.row, edit.column); });
-    m_session.Edit(edits);
-    if (nLeft == 0) return;
-    m_window.Remark(QStringLiteral("%L1 of %L2 cells were left as they are: they cannot be edited.")
-                        .arg(nLeft)
-                        .arg(nValues),
-                    true);
-  };
-  const auto nRoom = static_cast<std::size_t>(std::max(1, model.Places() - index.row()));
-  const std::size_t nFilled = std::min(values.size(), nRoom);
-  if (nFilled == 1) return fill(1);
+  } catch (const Failure& failure) {
+    sWhyNot = QString::fromStdString(failure.Description());
+  }
+  if (!sWhyNot.isEmpty())
+    return m_window.Remark("Only the first value was taken. " + sWhyNot, true);
+  AskToFillDown(std::move(others), answer.RecordCount());
+}
+
+void CellFilling::AskToFillDown(std::vector<Value> others, RowIndex given) {
+  const QModelIndex index = m_window.Rows().currentIndex();
   auto* box = new widgets::MessageBox(&m_window);
   box->setObjectName("fillDown");
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setIcon(QMessageBox::Question);
   box->setWindowTitle("Fill from a Query");
-  box->setText(QStringLiteral("The statement gave %1 values. Fill %2 cells from here down?")
-                   .arg(values.size())
-                   .arg(nFilled));
+  box->setText(QStringLiteral("The statement gave %L1 values, and the first is in the cell. Fill "
+                              "the %2 beneath with the others?")
+                   .arg(given)
+                   .arg(others.size() == 1 ? QStringLiteral("cell")
+                                           : QStringLiteral("%L1 cells").arg(others.size())));
   const auto* all = box->addButton("&Fill Down", QMessageBox::AcceptRole);
-  auto* first = box->addButton("First &Only", QMessageBox::AcceptRole);
-  box->addButton(QMessageBox::Cancel);
+  auto* first = box->addButton("First &Only", QMessageBox::RejectRole);
   box->setDefaultButton(first);
-  connect(box, &QMessageBox::buttonClicked, this, [box, all, first, fill, nFilled] {
-    if (box->clickedButton() == all) fill(nFilled);
-    if (box->clickedButton() == first) fill(1);
-  });
+  box->setEscapeButton(first);
+  connect(box, &QMessageBox::buttonClicked, this,
+          [this, box, all, rs = m_session.Recordset(), at = QPersistentModelIndex(index),
+           others = std::move(others)] {
+            if (box->clickedButton() != all || m_session.Recordset() != rs || !at.isValid()) return;
+            m_window.Rows().GoTo(at.row(), at.column());
+            Fill(others, 1);
+          });
   box->open();
 }
 
@@ -165,21 +201,45 @@ std::vector<int> CellFilling::ColumnsFrom(int nColumn) const {
 
 void CellFilling::Paste() {
   const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-  const auto cells = data ? ReadCells(*data) : std::nullopt;
-  if (!CanFill() || !cells || cells->empty()) return;
-  try {
-    Lay(*cells);
-    m_window.Remark({}, false);
-  } catch (const Failure& failure) {
-    m_window.Remark("Nothing was pasted. " + QString::fromStdString(failure.Description()), true);
-  }
-}
-
-void CellFilling::Lay(const CopiedCells& block) {
+  if (!CanFill() || !data) return;
   const RowModel& model = m_window.Rows().Model();
   const QModelIndex index = m_window.Rows().currentIndex();
-  const std::vector<int> columns = ColumnsFrom(index.column());
-  const RecordsetPtr rs = m_session.Recordset();
+  const Target target{m_session.Recordset(), index.row(), model.Places(),
+                      ColumnsFrom(index.column()), model.RecordRows()};
+  const QPointer<CellFilling> self(this);
+  bool bThere = false;
+  std::vector<CellEdit> edits;
+  QString sWhyNot;
+  try {
+    // The clipboard is another program's, and asked here.
+    const std::unique_ptr<QMimeData> copy = CellsOn(*data);
+    const auto read = [&](const std::stop_token& stop) {
+      const auto cells = ReadCells(*copy);
+      bThere = cells && !cells->empty();
+      if (bThere) edits = EditsOf(*cells, target, stop);
+    };
+    if (m_beside && SizeOf(*copy) > kReadAtOnce) {
+      // It may go while it runs.
+      const Beside beside = m_beside;
+      beside(read);
+    } else {
+      read({});
+    }
+    if (!self || !bThere || m_session.Recordset() != target.rs) return;
+    const bool bLaid = m_session.Edit(edits);
+    if (!self) return;
+    if (!bLaid) sWhyNot = "It was cancelled.";
+  } catch (const Failure& failure) {
+    if (!self) return;
+    sWhyNot = QString::fromStdString(failure.Description());
+  }
+  m_window.Remark(sWhyNot.isEmpty() ? QString() : "Nothing was pasted. " + sWhyNot,
+                  !sWhyNot.isEmpty());
+}
+
+std::vector<CellEdit> CellFilling::EditsOf(const CopiedCells& block, const Target& target,
+                                           const std::stop_token& stop) const {
+  const RecordsetPtr& rs = target.rs;
   std::size_t nCells = 0;
   for (const auto& row : block) nCells += row.size();
   if (nCells > static_cast<std::size_t>(kMostCells)) {
@@ -188,18 +248,19 @@ void CellFilling::Lay(const CopiedCells& block) {
   }
   std::vector<CellEdit> edits;
   for (std::size_t nRow = 0; nRow < block.size(); ++nRow) {
-    const int nPlace = index.row() + static_cast<int>(nRow);
+    if (stop.stop_requested()) throw Failure(platform::failure::kCancelled, "It was cancelled.");
+    const int nPlace = target.nRow + static_cast<int>(nRow);
     // Behind the last row new ones are added, one for each.
-    const RowIndex row = nPlace < model.Places() ? model.RecordRow(nPlace)
-                                                 : rs->RecordCount() + (nPlace - model.Places());
+    const RowIndex row = nPlace < target.nPlaces ? target.recordRow(nPlace)
+                                                 : rs->RecordCount() + (nPlace - target.nPlaces);
     for (std::size_t n = 0; n < block[nRow].size(); ++n) {
       const auto& [text, kind] = block[nRow][n];
-      if (n >= columns.size()) {
+      if (n >= target.columns.size()) {
         throw Failure(platform::failure::kInvalidArgument,
                       "The block has more columns than there are from here on; go further to the "
                       "left, or copy fewer.");
       }
-      const int nColumn = columns[n];
+      const int nColumn = target.columns[n];
       if (const QString sWhyNot = m_session.WhyNotEdited(nColumn); !sWhyNot.isEmpty()) {
         throw Failure(platform::failure::kNotSupported, sWhyNot.toStdString());
       }
@@ -222,7 +283,7 @@ void CellFilling::Lay(const CopiedCells& block) {
       edits.push_back({row, nColumn, std::move(vtPasted)});
     }
   }
-  m_session.Edit(edits);
+  return edits;
 }
 
 }  // namespace orvane::controls

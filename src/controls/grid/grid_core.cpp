@@ -50,6 +50,7 @@ Timestamp MachineTime() {
 GridCore::GridCore(GridServices services, const QString& sName)
     : m_services(std::move(services)),
       m_statements(m_services.objects, m_services.longOperation),
+      m_carried(m_statements, m_services.unsent),
       m_events(std::make_shared<GridEvents>()),
       m_window(new GridWindow(sName, m_events, m_services.life)),
       m_format(ZoneOf(nullptr)),
@@ -57,6 +58,10 @@ GridCore::GridCore(GridServices services, const QString& sName)
                            [this] { return m_statements.CanFetchAgain(m_sSqlText); },
                            [this](const platform::RowSink& sink) {
                              return m_statements.FetchAgain(m_sSqlText, sink);
+                           },
+                           [this, life = m_statements.Life()](const auto& work) {
+                             if (life.expired()) return work({});
+                             m_statements.Wait("Writing the end of the file", work);
                            }}) {
   const auto tell = [window = m_window.data()](platform::Signal<> GridEvents::*event) {
     return [window, event] { window->Raise(event); };
@@ -78,6 +83,9 @@ GridCore::GridCore(GridServices services, const QString& sName)
         return Ask(sSqlText, CellFilling::kMostValues, m_lQueryTimeout);
       },
       m_services.cellQueries);
+  const Waits waits = m_carried.WaitsFor("Reading what is to be pasted");
+  m_editing->Session().InSlices(waits.slices);
+  m_editing->Filling().ReadBeside(waits.beside);
 }
 
 GridCore::~GridCore() {
@@ -110,8 +118,11 @@ void GridCore::FollowZone() {
 
 void GridCore::Run(const GridQuery& query, Access access) {
   if (Running()) FailBusy();
+  // Events are handled from here on, and one of them may be the end of this grid.
+  const std::weak_ptr<void> life = m_statements.Life();
   // Also for the case that the grid goes while the rows are fetched.
-  KeepUnsent();
+  KeepUnsent(true);
+  if (life.expired()) return;
   const auto before = std::make_shared<Shown>(ShownNow());
   if (query.sorted) m_window->Rows().SortedByServer(*query.sorted);
   m_recordset.reset();
@@ -127,8 +138,6 @@ void GridCore::Run(const GridQuery& query, Access access) {
   const auto coming = [before] {
     if (!before->IsUnsent()) *before = {};
   };
-  // Events are handled during the fetch, and one of them may be the end of this grid.
-  const std::weak_ptr<void> life = m_statements.Life();
   try {
     fetched = m_statements.Fetch(query, access, *m_window, coming);
     if (life.expired()) return;
@@ -144,7 +153,7 @@ void GridCore::Run(const GridQuery& query, Access access) {
     }
     if (life.expired()) return;
     m_place = PlaceOf(updatability.table);
-    notes = Carried(*before, *fetched.rs, updatability);
+    notes = m_carried.LaidOver(before->rs, before->state, m_place, *fetched.rs, updatability);
     if (life.expired()) return;
   } catch (const Failure& failure) {
     if (life.expired()) throw;
@@ -192,48 +201,13 @@ void GridCore::Exchange(Fresh fresh, const RowsState& state) {
   m_sSqlText = fresh.sSqlText;
   m_window->Sql(QString::fromStdString(fresh.sSqlText));
   m_place = PlaceOf(fresh.updatability.table);
-  ShowFetched(fresh.rs, std::move(fresh.updatability), nullptr, &state,
+  ShowFetched(fresh.rs, std::move(fresh.updatability), std::move(fresh.notes), &state,
               fresh.rs->FieldCount() > 0 ? fresh.noRows : DoneTexts(0));
 }
 
 GridCore::Shown GridCore::ShownNow() const {
   if (!m_recordset) return {};
   return {m_recordset, State()};
-}
-
-std::shared_ptr<EditNotes> GridCore::Carried(const Shown& before, platform::Recordset& rs,
-                                             const controls::Updatability& updatability) const {
-  const std::weak_ptr<void> life = m_statements.Life();
-  const Beside beside = [this](const std::function<void(std::stop_token)>& work) {
-    m_statements.Wait("Looking for the rows that are not stored", work);
-  };
-  if (!before.rs) {
-    auto notes = m_services.unsent->LaidOver(m_place, rs, updatability, beside);
-    if (life.expired()) return nullptr;
-    m_services.unsent->Drop(m_place);
-    return notes;
-  }
-  if (!before.state.notes) return nullptr;
-  const RowTable& table = before.state.updatability->table;
-  // Where no row can be edited at all, it is not for the edited columns.
-  const Text sWhyNot = updatability.bUpdate ? Text() : updatability.sWhyNot.toStdString();
-  if (!CanCarryEdits(*before.rs, table, rs, updatability.table)) {
-    if (!sWhyNot.empty()) {
-      throw Failure(platform::failure::kNotSupported,
-                    "The rows stay as they are: some are not stored, and cannot be laid over those "
-                    "that would be shown; store or discard them first. " +
-                        sWhyNot);
-    }
-    throw Failure(platform::failure::kNotSupported,
-                  "The rows stay as they are: some that are not stored have columns that would not "
-                  "be shown any more; store or discard them first.");
-  }
-  auto notes = CarryEdits(*before.rs, table, *before.state.notes, rs, updatability.table, beside);
-  if (life.expired()) return nullptr;
-  m_services.unsent->Drop(before.state.place);
-  // A query that was renamed meanwhile has its rows under another name now.
-  if (before.state.place != m_place) m_services.unsent->Tell(before.state.place, 0);
-  return notes;
 }
 
 platform::RowsPlace GridCore::PlaceOf(const RowTable& table) const {
@@ -247,12 +221,10 @@ platform::RowsPlace GridCore::PlaceOf(const RowTable& table) const {
   return {sServer, table.sCatalog, table.sTable, m_sQuery};
 }
 
-void GridCore::KeepUnsent() {
+void GridCore::KeepUnsent(bool bWait) {
   if (!m_recordset || !m_editing) return;
   m_editing->TakeTyped();
-  const RowTable& table = m_editing->Session().Updatability().table;
-  const auto& notes = m_editing->Session().Notes();
-  m_services.unsent->Keep(m_place, *m_recordset, table, notes ? *notes : EditNotes());
+  m_carried.Keep(m_place, m_editing->Session(), bWait);
 }
 
 void GridCore::OnReconnected(std::function<void()> handler) {

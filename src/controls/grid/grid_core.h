@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "controls/editing/unsent_stash.h"
+#include "controls/grid/edits_carried.h"
 #include "controls/grid/grid_editing.h"
 #include "controls/grid/grid_events.h"
 #include "controls/grid/grid_export.h"
@@ -67,10 +68,17 @@ class GridCore {
     controls::Updatability updatability;
     platform::Text sSqlText;
     NoRowsTexts noRows;
+    std::shared_ptr<EditNotes> notes = {};  ///< what can be undone of them
   };
   /// Fetches rows beneath those that are shown, which stay, and gives way to the user. Fails as the
   /// server does, and shows nothing of that. The grid may be gone afterwards.
   Fresh FetchBeneath(const GridQuery& query);
+  /// Gives these what can be undone and redone of the rows that are shown, which have no edits. It
+  /// gives way to the user, and fails with failure::kCancelled then. The grid may be gone
+  /// afterwards.
+  void CarrySteps(Fresh& fresh) const {
+    fresh.notes = m_carried.Steps(m_editing->Session(), *fresh.rs, fresh.updatability);
+  }
   /// Shows these in the place of others without edits.
   void Exchange(Fresh fresh, const RowsState& state);
   /// Runs a statement that only reads, and shows nothing of it. The grid may be gone afterwards.
@@ -110,8 +118,9 @@ class GridCore {
   GridExport& Export() { return m_export; }
 
   RowsStates& States() const { return *m_services.states; }
-  /// Keeps what is not stored, also what is being typed, for the rows may go.
-  void KeepUnsent();
+  /// Keeps what is not stored, also what is being typed, for the rows may go. With bWait events are
+  /// handled where it is much, and the grid may be gone afterwards.
+  void KeepUnsent(bool bWait = false);
   /// How the rows are being looked at.
   RowsState State() const;
 
@@ -135,10 +144,6 @@ class GridCore {
   Shown ShownNow() const;
   /// Without a table where there is none.
   platform::RowsPlace PlaceOf(const RowTable& table) const;
-  /// What is not stored of the rows before, laid over these. Fails where that cannot be, and where
-  /// it was cancelled. The grid may be gone afterwards.
-  std::shared_ptr<EditNotes> Carried(const Shown& before, platform::Recordset& rs,
-                                     const controls::Updatability& updatability) const;
   /// In the place of rows, unless there were some and they are not stored, or no others can be
   /// had: then these stay.
   void ShowFailure(platform::Long lNumber, const platform::Text& sSentence, const Shown& before,
@@ -146,6 +151,7 @@ class GridCore {
 
   GridServices m_services;
   GridStatements m_statements;
+  EditsCarried m_carried;
   std::shared_ptr<GridEvents> m_events;
   QPointer<GridWindow> m_window;
   QPointer<GridEditing> m_editing;

@@ -57,8 +57,7 @@ GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events ev
           this)) {
   m_filling->setParent(this);
   RowView& rows = m_window.Rows();
-  new EditKeys(window, m_session,
-               {[this] { StartEditing(); }, [this] { GoTo(m_session.Redo(CurrentRow())); }}, this);
+  new EditKeys(window, m_session, {[this] { StartEditing(); }, [this] { Move(false); }}, this);
   connect(rows.selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& /*current*/, const QModelIndex& previous) {
             if (!m_current && previous.isValid()) m_current = RecordRowOf(previous);
@@ -133,6 +132,9 @@ void GridEditing::AddCommands() {
   commands.Add({CommandGroup::Edit, "Cell in a &Window\u2026", Qt::ALT | Qt::Key_Return,
                 [this] { OpenCell(m_window.Rows().currentIndex()); },
                 [this] { return m_window.Rows().currentIndex().isValid(); }});
+  commands.Add({CommandGroup::Edit, "&Add a Row", Qt::Key_Insert, [this] { m_window.GoToNewRow(); },
+                [this] { return m_session.OffersNewRow(); },
+                [this] { return m_session.Updatability().bInsert; }});
   commands.Add({CommandGroup::Edit, "Set to &Null", Qt::CTRL | Qt::Key_0, [this] { SetNull(); },
                 canEdit, edits});
   commands.Add({CommandGroup::Edit, "&Paste", QKeySequence::Paste, [this] { m_filling->Paste(); },
@@ -143,14 +145,12 @@ void GridEditing::AddCommands() {
                 [this] { m_filling->CellQuery(); },
                 canEdit,
                 edits});
-  commands.Add({CommandGroup::Edit, "&Undo", QKeySequence::Undo,
-                [this] { GoTo(m_session.Undo(CurrentRow())); },
+  commands.Add({CommandGroup::Edit, "&Undo", QKeySequence::Undo, [this] { Move(true); },
                 [this] { return m_session.Recordset() && m_session.Notes()->steps.CanUndo(); },
                 edits});
-  commands.Add({CommandGroup::Edit, "&Redo", QKeySequence(Qt::CTRL | Qt::Key_Y),
-                [this] { GoTo(m_session.Redo(CurrentRow())); },
-                [this] { return m_session.Recordset() && m_session.Notes()->steps.CanRedo(); },
-                edits});
+  commands.Add(
+      {CommandGroup::Edit, "&Redo", QKeySequence(Qt::CTRL | Qt::Key_Y), [this] { Move(false); },
+       [this] { return m_session.Recordset() && m_session.Notes()->steps.CanRedo(); }, edits});
   commands.Add({CommandGroup::Edit, "Discard Changes of &Row", Qt::Key_Escape,
                 [this] { DiscardRow(); }, pending, edits});
   commands.Add({CommandGroup::Edit, "&Store Changes", Qt::CTRL | Qt::Key_Return,
@@ -243,7 +243,17 @@ std::vector<CellEdit> GridEditing::SelectedCells() {
 
 void GridEditing::SetNull() {
   const std::vector<CellEdit> cells = SelectedCells();
-  if (!cells.empty()) m_session.Edit(cells);
+  if (cells.empty()) return;
+  const QPointer<GridEditing> self(this);
+  if (!m_session.Edit(cells) && self) {
+    m_window.Remark("Nothing was changed: it was cancelled.", false);
+  }
+}
+
+void GridEditing::Move(bool bUndo) {
+  const QPointer<GridEditing> self(this);
+  const auto row = bUndo ? m_session.Undo(CurrentRow()) : m_session.Redo(CurrentRow());
+  if (self) GoTo(row);
 }
 
 void GridEditing::DiscardRow() {

@@ -64,6 +64,8 @@ class GridEditing final : public QObject {
   /// A window for a cell; the current one's stays where there is one already.
   void OpenCell(const QModelIndex& index);
   void SetNull();
+  /// Undoes the last step, or redoes it.
+  void Move(bool bUndo);
   void DiscardRow();
   std::optional<platform::RowIndex> CurrentRow() const;
   void GoTo(std::optional<platform::RowIndex> row);

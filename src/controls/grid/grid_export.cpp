@@ -74,9 +74,9 @@ std::vector<ColumnIndex> ColumnsOf(const RowView& rows, const QItemSelection* se
 
 GridExport::GridExport(GridWindow& window, ExportSource source)
     : m_window(&window), m_source(std::move(source)) {
-  window.Rows().Commands().Add({CommandGroup::Copy, "E&xport Rows\u2026",
-                                QKeySequence("Ctrl+Shift+E"), [this] { Run(); },
-                                [this] { return m_window && m_window->Rows().HasRows(); }});
+  window.Rows().Commands().Add(
+      {CommandGroup::Copy, "E&xport Rows\u2026", QKeySequence("Ctrl+Shift+E"), [this] { Run(); },
+       [this] { return m_window && m_window->Rows().Model().columnCount() > 0; }});
 }
 
 void GridExport::Run() {
@@ -131,9 +131,18 @@ std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QStr
   options.zone = m_source.zone();
   options.sInto = m_source.subject().sInto;
   exports::RowExport target(std::move(options), sPath.toStdString());
-  if (choice.rows != ExportRows::All) return WriteHeld(choice, target);
   // The grid, and with it this object, may be gone before the last row has come.
   const auto fetch = m_source.fetch;
+  // The disk takes its time for the end of a long file.
+  const auto finish = [&target, beside = m_source.beside](bool bCut) {
+    Exported done;
+    beside([&](const std::stop_token& stop) { done = target.Finish(bCut, stop); });
+    return done;
+  };
+  if (choice.rows != ExportRows::All) {
+    const std::optional<bool> bCut = WriteHeld(choice, target);
+    return bCut ? std::optional(finish(*bCut)) : std::nullopt;
+  }
   // Written on the thread of the fetch, told on this one.
   auto written = std::make_shared<std::atomic<platform::RowIndex>>(0);
   QTimer telling;
@@ -149,11 +158,10 @@ std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QStr
     target.Rows(*rows);
     *written = target.RowCount();
   });
-  return target.Finish(state == FetchState::Truncated || state == FetchState::Stopped);
+  return finish(state == FetchState::Truncated || state == FetchState::Stopped);
 }
 
-std::optional<Exported> GridExport::WriteHeld(const ExportChoice& choice,
-                                              exports::RowExport& target) {
+std::optional<bool> GridExport::WriteHeld(const ExportChoice& choice, exports::RowExport& target) {
   const RowView& view = m_window->Rows();
   const RowModel& model = view.Model();
   const platform::RecordsetPtr rs = model.Recordset();
@@ -195,7 +203,7 @@ std::optional<Exported> GridExport::WriteHeld(const ExportChoice& choice,
   }
   // Who selects all rows means as much by it as who takes those that are shown.
   const bool bAll = spans.size() == 1 && spans[0].first == 0 && spans[0].second >= nPlaces - 1;
-  return target.Finish(bAll && rs->State() != FetchState::Complete);
+  return bAll && rs->State() != FetchState::Complete;
 }
 
 }  // namespace orvane::controls

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 #include "controls/grid/export_dialog.h"
 #include "controls/grid/grid_window.h"
@@ -30,6 +31,9 @@ struct ExportSource {
   /// Runs the statement of the rows anew, without a row limit, and gives how the fetch ended; fails
   /// as the statement does. The grid may be gone then.
   std::function<platform::FetchState(platform::RowSink)> fetch;
+  /// Has work done on another thread and returns when it is done; passes on what it throws. The
+  /// grid may be gone then, and already before.
+  std::function<void(const std::function<void(std::stop_token)>& work)> beside;
 };
 
 class GridExport {
@@ -44,8 +48,8 @@ class GridExport {
   ExportOffer Offer() const;
   QString Ask(ExportChoice& choice) const;
   std::optional<exports::Exported> Write(const ExportChoice& choice, const QString& sPath);
-  std::optional<exports::Exported> WriteHeld(const ExportChoice& choice,
-                                             exports::RowExport& target);
+  /// Gives whether the source has more rows; none where nothing is to be written.
+  std::optional<bool> WriteHeld(const ExportChoice& choice, exports::RowExport& target);
 
   QPointer<GridWindow> m_window;
   ExportSource m_source;

@@ -1,7 +1,12 @@
 #include "controls/grid/grid_statements.h"
 
 #include <QPointer>
+#include <QTimer>
 #include <algorithm>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
 #include <utility>
 
 #include "controls/grid/grid_window.h"
@@ -217,6 +222,66 @@ void GridStatements::Wait(const Text& sWhat,
   // Whoever waits may go with the grid while events are handled.
   const auto operation = m_longOperation;
   operation->Run(sWhat, work);
+}
+
+void GridStatements::WaitGivingWay(const Text& sWhat,
+                                   const std::function<void(std::stop_token)>& work) const {
+  if (!m_longOperation) return work({});
+  const RunningMark running(m_running);
+  const auto operation = m_longOperation;
+  operation->RunGivingWay(sWhat, work);
+}
+
+bool GridStatements::InSlices(const Text& sWhat, const std::function<bool()>& slice) const {
+  if (!m_longOperation) {
+    while (!slice()) {
+    }
+    return true;
+  }
+  const RunningMark running(m_running);
+  const auto operation = m_longOperation;
+  const auto here = std::this_thread::get_id();
+  std::mutex mutex;
+  std::condition_variable_any changed;
+  bool bDone = false;
+  std::exception_ptr failed;
+  const auto runSlice = [&] {
+    bool bLast = true;
+    try {
+      bLast = slice();
+    } catch (...) {
+      failed = std::current_exception();
+    }
+    if (!bLast) return false;
+    {
+      const std::lock_guard lock(mutex);
+      bDone = true;
+    }
+    changed.notify_all();
+    return true;
+  };
+  // The host handles events as long as its worker waits.
+  QTimer slices;
+  slices.callOnTimeout([&] {
+    if (runSlice()) slices.stop();
+  });
+  slices.start(0);
+  try {
+    operation->Run(sWhat, [&](const std::stop_token& stop) {
+      if (std::this_thread::get_id() == here) {
+        while (!stop.stop_requested() && !runSlice()) {
+        }
+      } else {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, stop, [&] { return bDone; });
+      }
+    });
+  } catch (const Failure& cancelled) {
+    if (cancelled.Number() != platform::failure::kCancelled) throw;
+  }
+  slices.stop();
+  if (failed) std::rethrow_exception(failed);
+  return bDone;
 }
 
 void GridStatements::Reopen() {

@@ -67,6 +67,12 @@ class GridStatements {
   /// Has work with rows done on another thread while the host tells of it, and passes on what it
   /// throws; here where there is no such host. No statement is run meanwhile.
   void Wait(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work) const;
+  /// The same of work that nobody asked for just now: what the user does meanwhile ends it.
+  void WaitGivingWay(const platform::Text& sWhat,
+                     const std::function<void(std::stop_token)>& work) const;
+  /// Has work done here in slices, with the host telling of it; all at once where there is no such
+  /// host. False where it was cancelled. No statement is run meanwhile.
+  bool InSlices(const platform::Text& sWhat, const std::function<bool()>& slice) const;
   /// Opens the connection again, with what it was opened with, and fails as that does.
   void Reopen();
 

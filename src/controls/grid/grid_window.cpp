@@ -15,6 +15,7 @@
 #include "controls/view/empty_notice.h"
 #include "controls/view/grid_seeking.h"
 #include "controls/view/header_view.h"
+#include "controls/view/hidden_columns.h"
 #include "controls/view/row_form.h"
 #include "controls/view/sql_pane.h"
 #include "controls/view/status_strip.h"
@@ -50,6 +51,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
       m_lineOverStatus(AddLine(this)),
       m_status(new StatusStrip(this)) {
   setAccessibleName(sName);
+  m_notice->OnMenu([this] { return m_rows->Model().columnCount() > 0; });
   m_splitter->addWidget(m_sqlPane);
   m_splitter->addWidget(m_rows);
   m_splitter->setStretchFactor(0, 0);
@@ -85,6 +87,7 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
   m_teller = new GridTeller(*m_rows, std::move(events), this);
   new ColumnCommands(*m_rows, this);
   m_trend = new GridTrend(*m_splitter, *m_rows, *m_status);
+  m_status->AddSwitch({new HiddenColumns(*m_rows)});
   new ViewSwitch(*this, *m_rows, *m_form, *m_trend, *m_status);
   m_rows->OnArranged([this](const QString& sWhyNot) {
     TellOfArrangement(sWhyNot);
@@ -215,11 +218,7 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
     m_notice->Say({}, {});
   } else if (m_rows->HasRows()) {
     // Only the empty row at the end, which the notice covers until it is wanted.
-    m_notice->Ask(sNoRowsTitle, sNoRowsSentence, "&Add a Row", [this] {
-      m_notice->Say({}, {});
-      m_rows->setFocus();
-      m_rows->GoTo(0, 0);
-    });
+    m_notice->Ask(sNoRowsTitle, sNoRowsSentence, "&Add a Row", [this] { GoToNewRow(); });
   } else {
     m_notice->Say(sNoRowsTitle, sNoRowsSentence);
     TellOfNoRows();
@@ -231,6 +230,12 @@ void GridWindow::ShowRows(const platform::RecordsetPtr& rs, const CellFormat& fo
   TellOfArrangement({});
   ShowPosition();
   m_teller->Exchanged();
+}
+
+void GridWindow::GoToNewRow() {
+  m_notice->Say({}, {});
+  m_rows->setFocus();
+  m_rows->GoTo(m_rows->Model().Places(), m_rows->FirstShown());
 }
 
 void GridWindow::TellOfNoRows() {
@@ -329,6 +334,8 @@ void GridWindow::Raise(platform::Signal<> GridEvents::*event) {
 }
 
 void GridWindow::Edited() {
+  // A row was added without a press of the notice's button: by a paste.
+  if (m_rows->Model().Places() > 0 && !m_rows->Arranging()) m_notice->Say({}, {});
   m_teller->Edited();
 }
 

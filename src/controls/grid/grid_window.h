@@ -71,6 +71,8 @@ class GridWindow : public QWidget {
   void OnArranged(std::function<void()> handler) { m_arranged = std::move(handler); }
   /// Says what is being done with rows, with a button that ends it; nothing any more when empty.
   void Working(const QString& sWhat, const QString& sStopTip, std::function<void()> stop);
+  /// To the empty row at the end, in which a new one is typed.
+  void GoToNewRow();
   /// One row as a form.
   RowForm& Form() const { return *m_form; }
   /// The rows as a trend.

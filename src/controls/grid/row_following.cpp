@@ -67,12 +67,31 @@ void RowFollowing::FetchOnce() {
   m_sNoted.clear();
   const RecordsetPtr now = fresh.rs;
   m_compared.Compare(before, now, {"Tag", "Timestamp"},
-                     [this, before, fresh = std::move(fresh)](const RowMoves& moves) {
-                       // Whatever was begun with the rows meanwhile is about those that are there.
-                       const bool bSame = m_core.Recordset() == before && !m_core.Running();
-                       if (bSame && !m_core.Window().Rows().Arranging() && m_grid.mayFollow())
-                         Exchange(fresh, moves);
+                     [this, before, fresh = std::move(fresh)](const RowMoves& moves) mutable {
+                       if (MayExchange(before) && CarrySteps(fresh, before)) {
+                         Exchange(std::move(fresh), moves);
+                       }
                      });
+}
+
+// Whatever was begun with the rows meanwhile is about those that are there.
+bool RowFollowing::MayExchange(const RecordsetPtr& before) const {
+  return m_core.Recordset() == before && !m_core.Running() && !m_core.Window().Rows().Arranging() &&
+         m_grid.mayFollow();
+}
+
+bool RowFollowing::CarrySteps(GridCore::Fresh& fresh, const RecordsetPtr& before) {
+  const std::weak_ptr<char> life = m_life;
+  try {
+    m_core.CarrySteps(fresh);
+  } catch (const std::exception& exception) {
+    const auto* failure = dynamic_cast<const Failure*>(&exception);
+    if (!life.expired()) {
+      Tell(failure ? failure->Number() : platform::failure::kComponent, exception);
+    }
+    return false;
+  }
+  return !life.expired() && MayExchange(before);
 }
 
 void RowFollowing::Exchange(GridCore::Fresh fresh, const RowMoves& moves) {

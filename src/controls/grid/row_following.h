@@ -32,6 +32,9 @@ class RowFollowing {
  private:
   bool MayFetch() const;
   void FetchOnce();
+  bool MayExchange(const platform::RecordsetPtr& before) const;
+  /// False where these are not to be shown after all, or nothing is there to show them.
+  bool CarrySteps(GridCore::Fresh& fresh, const platform::RecordsetPtr& before);
   void Exchange(GridCore::Fresh fresh, const RowMoves& moves);
   void Tell(platform::Long lNumber, const std::exception& exception);
 

@@ -19,7 +19,8 @@ using platform::ValueKind;
 
 namespace {
 
-constexpr int kProblemWidth = 360;
+/// In characters.
+constexpr int kProblemWidth = 52;
 constexpr int kProblemMargin = 4;
 constexpr std::size_t kMostCharactersOfLine = 10'000;
 
@@ -130,7 +131,8 @@ void CellEditor::ShowProblem(const QString& sSentence) {
 void CellEditor::PlaceProblem() {
   if (!m_problem) return;
   const QRect room = parentWidget()->rect();
-  const int nWidth = std::min(kProblemWidth, room.width());
+  const int nWidth =
+      std::min(kProblemWidth * m_problem->fontMetrics().averageCharWidth(), room.width());
   m_problem->resize(nWidth, m_problem->heightForWidth(nWidth));
   // Above the line where there is no room beneath it.
   const bool bBeneath = geometry().bottom() + m_problem->height() <= room.bottom();

@@ -13,7 +13,8 @@ namespace orvane::controls {
 
 namespace {
 
-constexpr int kWidthStep = 16;
+/// In characters.
+constexpr int kWidthStep = 2;
 
 }  // namespace
 
@@ -103,7 +104,7 @@ void ColumnCommands::Choose() {
 }
 
 void ColumnCommands::Resize(int nBy) {
-  m_rows.ColumnWidth(Current(), std::clamp(m_rows.ColumnWidth(Current()) + nBy,
+  m_rows.ColumnWidth(Current(), std::clamp(m_rows.ColumnWidth(Current()) + m_rows.WidthOf(nBy),
                                            ColumnLayout::kLeastWidth, ColumnLayout::kMostWidth));
 }
 

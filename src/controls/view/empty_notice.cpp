@@ -1,5 +1,6 @@
 #include "controls/view/empty_notice.h"
 
+#include <QContextMenuEvent>
 #include <QFontInfo>
 #include <QKeyEvent>
 #include <QPainter>
@@ -16,9 +17,14 @@ namespace orvane::controls {
 namespace {
 
 constexpr int kMargin = 24;
-constexpr int kTextWidth = 560;
+/// In characters.
+constexpr int kTextWidth = 80;
 /// More is not laid out: a filter may be megabytes, and the statement above has it.
 constexpr qsizetype kMostCharacters = 10'000;
+
+int TextWidth(const QWidget& widget) {
+  return kTextWidth * widget.fontMetrics().averageCharWidth();
+}
 
 QLabel* AddLabel(QWidget* parent, const char* sName) {
   auto* label = new QLabel(parent);
@@ -27,7 +33,6 @@ QLabel* AddLabel(QWidget* parent, const char* sName) {
   label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
   label->setWordWrap(true);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  label->setMaximumWidth(kTextWidth);
   return label;
 }
 
@@ -61,11 +66,17 @@ SentenceView::SentenceView(QWidget* parent) : QTextEdit(parent) {
   setFocusPolicy(Qt::ClickFocus);
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setMaximumWidth(kTextWidth);
+  setMaximumWidth(TextWidth(*this));
   viewport()->setAutoFillBackground(false);
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
+}
+
+void SentenceView::contextMenuEvent(QContextMenuEvent* event) {
+  // Ignored, it goes to what lies beneath.
+  if (!textCursor().hasSelection() && m_menuBeneath && m_menuBeneath()) return event->ignore();
+  QTextEdit::contextMenuEvent(event);
 }
 
 void SentenceView::Say(const QString& sSentence) {
@@ -78,11 +89,17 @@ void SentenceView::Say(const QString& sSentence) {
 }
 
 QSize SentenceView::sizeHint() const {
-  return {kTextWidth, heightForWidth(kTextWidth)};
+  const int nWidth = TextWidth(*this);
+  return {nWidth, heightForWidth(nWidth)};
 }
 
 QSize SentenceView::minimumSizeHint() const {
   return {0, 2 * fontMetrics().height()};
+}
+
+void SentenceView::changeEvent(QEvent* event) {
+  QTextEdit::changeEvent(event);
+  if (event->type() == QEvent::FontChange) setMaximumWidth(TextWidth(*this));
 }
 
 int SentenceView::heightForWidth(int nWidth) const {
@@ -101,6 +118,7 @@ EmptyNotice::EmptyNotice(QWidget* parent)
   large.setWeight(QFont::DemiBold);
   m_title->setFont(large);
   m_title->setForegroundRole(QPalette::Text);
+  m_title->setContextMenuPolicy(Qt::NoContextMenu);
   m_button->setObjectName("emptyButton");
   m_button->setAutoDefault(false);
   connect(m_button, &QPushButton::clicked, this, [this] { Press(); });

@@ -7,6 +7,7 @@
 #include <QTextEdit>
 #include <QWidget>
 #include <functional>
+#include <utility>
 
 namespace orvane::controls {
 
@@ -15,11 +16,21 @@ class SentenceView : public QTextEdit {
  public:
   explicit SentenceView(QWidget* parent);
 
+  /// Asked when a menu is wanted and nothing is selected: true where what lies beneath has one.
+  void OnMenu(std::function<bool()> beneath) { m_menuBeneath = std::move(beneath); }
+
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
   bool hasHeightForWidth() const override { return true; }
   int heightForWidth(int nWidth) const override;
   void Say(const QString& sSentence);
+
+ protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  std::function<bool()> m_menuBeneath;
 };
 
 class EmptyNotice : public QWidget {
@@ -32,6 +43,8 @@ class EmptyNotice : public QWidget {
   /// until something else is said.
   void Ask(const QString& sTitle, const QString& sSentence, const QString& sButton,
            std::function<void()> action);
+  /// The menu of what lies beneath is wanted here, too, where it has one.
+  void OnMenu(std::function<bool()> beneath) { m_sentence->OnMenu(std::move(beneath)); }
 
  private:
   void Press();

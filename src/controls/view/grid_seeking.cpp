@@ -18,9 +18,10 @@ GridSeeking::GridSeeking(RowView& rows, QWidget* parent, std::function<void(cons
     : QObject(parent),
       m_rows(rows),
       m_bar(new FindBar(rows, parent)),
-      m_filter(new FilterRow(rows)) {
+      m_filter(new FilterRow(rows)),
+      m_remark(std::move(remark)) {
   rows.PutBeneathNames(m_filter);
-  m_filter->OnRefused(std::move(remark));
+  m_filter->OnRefused(m_remark);
   AddSorting();
   AddFiltering();
   AddFinding();
@@ -86,10 +87,16 @@ void GridSeeking::GoToRow() {
   dialog->setWindowTitle("Go to Row");
   const int nRows = m_rows.Model().Places();
   dialog->setLabelText(QStringLiteral("Number of the row, of %1:").arg(RowsText(nRows)));
-  dialog->setIntRange(1, std::max(1, nRows));
+  dialog->setIntRange(1, static_cast<int>(RowModel::kMaxRows));
   dialog->setIntValue(m_rows.currentIndex().row() + 1);
   connect(dialog, &QInputDialog::intValueSelected, this, [this](int nNumber) {
-    m_rows.GoTo(nNumber - 1, std::max(0, m_rows.currentIndex().column()));
+    const int nLast = m_rows.Model().Places();
+    m_rows.GoTo(std::min(nNumber, nLast) - 1, std::max(0, m_rows.currentIndex().column()));
+    if (nNumber > nLast) {
+      m_remark(QStringLiteral("There is no row %L1: this is the last one of %2.")
+                   .arg(nNumber)
+                   .arg(RowsText(nLast)));
+    }
   });
   dialog->open();
 }

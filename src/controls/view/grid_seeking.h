@@ -33,6 +33,7 @@ class GridSeeking final : public QObject {
   RowView& m_rows;
   FindBar* m_bar;
   FilterRow* m_filter;
+  std::function<void(const QString&)> m_remark;
 };
 
 }  // namespace orvane::controls

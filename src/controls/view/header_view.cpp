@@ -15,12 +15,11 @@ namespace orvane::controls {
 
 namespace {
 
-/// What is longer ends in an ellipsis, and the tool tip has it.
-constexpr int kMostWidth = 1000;
-constexpr int kArrow = 8;
+/// What has more characters ends in an ellipsis, and the tool tip has it.
+constexpr int kMostNameWidth = 144;
 constexpr int kArrowGap = 4;
-/// Held columns leave at least so many pixels to the others.
-constexpr int kLeastBesideHeld = 96;
+/// Held columns leave at least so many characters to the others.
+constexpr int kLeastBesideHeld = 14;
 constexpr int kDropMark = 3;
 constexpr std::chrono::milliseconds kEdgeStep(60);
 
@@ -89,7 +88,8 @@ int HeaderView::HeldEnd() const {
   int nEnd = 0;
   for (; nEnd < std::min(m_nHeld, count()); ++nEnd) {
     nWidth += sectionSize(logicalIndex(nEnd));
-    if (nWidth > viewport()->width() - kLeastBesideHeld) break;
+    const int nOthers = kLeastBesideHeld * fontMetrics().averageCharWidth();
+    if (nWidth > viewport()->width() - nOthers) break;
   }
   return nEnd;
 }
@@ -186,12 +186,17 @@ QRect HeaderView::ArrowOf(int nColumn) const {
   return ArrowWithin({LeftOf(nColumn), 0, sectionSize(nColumn), viewport()->height()}, nColumn);
 }
 
+int HeaderView::ArrowSize() const {
+  // An even number, so that its tip is in the middle.
+  return fontMetrics().height() / 4 * 2;
+}
+
 QRect HeaderView::ArrowWithin(const QRect& section, int nColumn) const {
   const int nRank = RankOf(nColumn);
   if (nRank < 0 && nColumn != m_nOffered) return {};
   const bool bNumbered = nRank >= 0 && m_sort.size() > 1;
   const int nNumber = bNumbered ? fontMetrics().horizontalAdvance(QString::number(nRank + 1)) : 0;
-  const int nWidth = kArrow + nNumber;
+  const int nWidth = ArrowSize() + nNumber;
   return {section.right() - CellDelegate::kMargin - nWidth, section.top(), nWidth,
           section.height()};
 }
@@ -202,15 +207,16 @@ void HeaderView::PaintArrow(QPainter& painter, const QRect& rect, int nColumn) c
   const QColor colour =
       palette().color(nRank < 0 ? QPalette::PlaceholderText : QPalette::ButtonText);
   const int nMiddle = rect.center().y();
-  const int nTip = bUp ? nMiddle - kArrow / 4 - 1 : nMiddle + kArrow / 4 + 1;
-  const int nFoot = bUp ? nMiddle + kArrow / 4 : nMiddle - kArrow / 4;
+  const int nArrow = ArrowSize();
+  const int nTip = bUp ? nMiddle - nArrow / 4 - 1 : nMiddle + nArrow / 4 + 1;
+  const int nFoot = bUp ? nMiddle + nArrow / 4 : nMiddle - nArrow / 4;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   // One that is only offered is hollow: filled, it would say that the rows stand in that order.
   painter.setPen(nRank < 0 ? QPen(colour) : QPen(Qt::NoPen));
   painter.setBrush(nRank < 0 ? QBrush(Qt::NoBrush) : QBrush(colour));
   painter.drawPolygon(QPolygon(
-      {{rect.left(), nFoot}, {rect.left() + kArrow, nFoot}, {rect.left() + kArrow / 2, nTip}}));
+      {{rect.left(), nFoot}, {rect.left() + nArrow, nFoot}, {rect.left() + nArrow / 2, nTip}}));
   if (nRank >= 0 && m_sort.size() > 1) {
     painter.setPen(colour);
     painter.drawText(rect, Qt::AlignRight | Qt::AlignVCenter, QString::number(nRank + 1));
@@ -343,8 +349,9 @@ void HeaderView::Drop() {
 QSize HeaderView::sectionSizeFromContents(int nSection) const {
   const QFontMetrics metrics(Strong(font()));
   const int nWidth = metrics.horizontalAdvance(Label(nSection)) + 2 * CellDelegate::kMargin + 1 +
-                     kArrow + kArrowGap;
-  return {std::min(nWidth, kMostWidth), metrics.height() + 8};
+                     ArrowSize() + kArrowGap;
+  return {std::min(nWidth, kMostNameWidth * fontMetrics().averageCharWidth()),
+          metrics.height() + 8};
 }
 
 void HeaderView::initStyleOptionForIndex(QStyleOptionHeader* option, int nSection) const {

@@ -65,6 +65,7 @@ class HeaderView : public QHeaderView {
 
  private:
   QString Label(int nSection) const;
+  int ArrowSize() const;
   QRect ArrowWithin(const QRect& section, int nColumn) const;
   /// Place among those that are sorted by; -1 for none.
   int RankOf(int nColumn) const;

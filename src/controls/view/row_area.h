@@ -27,6 +27,8 @@ class RowArea : public QAbstractItemView {
   RowNumbers& Numbers() const { return *m_numbers; }
 
   int RowHeight() const { return m_nRowHeight; }
+  /// The width of so many characters as the rows are written now.
+  int WidthOf(int nCharacters) const { return nCharacters * fontMetrics().averageCharWidth(); }
   /// First row in sight.
   int TopRow() const;
   /// Rows that fit in whole, one at least.

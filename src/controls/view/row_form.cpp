@@ -22,7 +22,8 @@ namespace orvane::controls {
 
 namespace {
 
-constexpr int kMostNameWidth = 220;
+/// In characters.
+constexpr int kMostNameWidth = 32;
 
 QToolButton* AddHeadButton(QHBoxLayout& head, Qt::ArrowType arrow, const QString& sName,
                            const QString& sTip) {
@@ -138,9 +139,9 @@ void RowForm::Show(bool bShow) {
   }
   FollowRows();
   m_lines->resizeColumnToContents(RowFormModel::NameSection);
-  m_lines->setColumnWidth(
-      RowFormModel::NameSection,
-      std::min(m_lines->columnWidth(RowFormModel::NameSection), kMostNameWidth));
+  m_lines->setColumnWidth(RowFormModel::NameSection,
+                          std::min(m_lines->columnWidth(RowFormModel::NameSection),
+                                   kMostNameWidth * m_lines->fontMetrics().averageCharWidth()));
   m_lines->setFocus();
 }
 

@@ -17,8 +17,9 @@ namespace orvane::controls {
 
 namespace {
 
-constexpr int kMostFirstWidth = 360;
-constexpr int kMostColumnWidth = 1000;
+// In characters: what is enough for one size of letters is half a word for another.
+constexpr int kMostFirstWidth = 52;
+constexpr int kMostColumnWidth = 144;
 constexpr int kRowsMeasured = 100;
 constexpr int kCharactersMeasured = 250;
 
@@ -40,7 +41,7 @@ RowView::RowView(QWidget* parent)
   auto* delegate = new CellDelegate(*m_model, this);
   // Something wider than what was measured has come into sight.
   delegate->OnTooNarrow([this](int nColumn, const Cell& cell, const QFontMetrics& metrics) {
-    const int nMost = cell.bNumber ? kMostColumnWidth : kMostFirstWidth;
+    const int nMost = WidthOf(cell.bNumber ? kMostColumnWidth : kMostFirstWidth);
     if (!m_columns->MayGrow(nColumn, nMost)) return;
     const int nText = metrics.horizontalAdvance(cell.sText.left(kCharactersMeasured));
     m_columns->Grow(nColumn, std::min(CellDelegate::WidthFor(nText), nMost));
@@ -277,7 +278,9 @@ void RowView::keyPressEvent(QKeyEvent* event) {
 }
 
 void RowView::contextMenuEvent(QContextMenuEvent* event) {
-  if (HasRows() || !m_arrangement.filters.empty()) OpenMenu(event->globalPos());
+  // Without rows there is still something to be done: to add or paste one, to import some.
+  if (m_model->columnCount() == 0) return event->ignore();
+  OpenMenu(event->globalPos());
 }
 
 void RowView::OpenMenu(QPoint where, void (GridCommands::*fill)(QMenu&) const) {
@@ -313,13 +316,13 @@ int RowView::sizeHintForColumn(int nColumn) const {
     const QString sText = m_model->CellAt(nRow, nColumn).sText.left(kCharactersMeasured);
     nWidth = std::max(nWidth, metrics.horizontalAdvance(sText));
   }
-  return std::min(CellDelegate::WidthFor(nWidth), kMostColumnWidth);
+  return std::min(CellDelegate::WidthFor(nWidth), WidthOf(kMostColumnWidth));
 }
 
 void RowView::FitColumns() {
   for (int n = 0; n < m_model->columnCount(); ++n) {
     const int nWidth = std::max(sizeHintForColumn(n), Names().sectionSizeHint(n));
-    ColumnWidth(n, std::clamp(nWidth, kLeastColumnWidth, kMostFirstWidth));
+    ColumnWidth(n, std::clamp(nWidth, kLeastColumnWidth, WidthOf(kMostFirstWidth)));
   }
 }
 

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "controls/view/cell_delegate.h"
+#include "controls/view/faint_color.h"
 #include "sql_look/sql_words.h"
 
 namespace orvane::controls {
@@ -110,8 +111,9 @@ void SqlPane::Took(const QString& sTime) {
 void SqlPane::ShowTime() {
   clearAnnotations();
   if (m_sTime.isEmpty()) return;
-  const QsciStyle style(-1, QStringLiteral("time"), palette().color(QPalette::PlaceholderText),
-                        palette().color(QPalette::Base), font());
+  const QColor ground = palette().color(QPalette::Base);
+  const QsciStyle style(-1, QStringLiteral("time"),
+                        FaintColor(palette().color(QPalette::Text), ground), ground, font());
   annotate(lines() - 1, m_sTime, style);
 }
 

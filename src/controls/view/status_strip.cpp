@@ -14,7 +14,11 @@ namespace orvane::controls {
 
 namespace {
 
-constexpr int kIconSize = 16;
+/// As high as the letters beside it.
+int IconSize(const QWidget& strip) {
+  return strip.fontMetrics().height();
+}
+
 /// The notice of the row limit has no more.
 constexpr int kCharactersOfSentence = 50;
 /// What of an order or a filter is in sight beside a long notice.
@@ -132,7 +136,7 @@ StatusStrip::StatusStrip(QWidget* parent)
   layout->addWidget(m_readOnly);
   layout->addStretch(1);
   layout->addWidget(m_position);
-  setFixedHeight(std::max(fontMetrics().height(), kIconSize) + 10);
+  setFixedHeight(fontMetrics().height() + 10);
   Empty();
   ReadOnly({});
   Pending(0);
@@ -310,7 +314,7 @@ void StatusStrip::changeEvent(QEvent* event) {
 
 void StatusStrip::SetWarningIcon() {
   m_warning->setPixmap(
-      style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this).pixmap(kIconSize));
+      style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this).pixmap(IconSize(*this)));
 }
 
 }  // namespace orvane::controls

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QImage>
 #include <QLabel>
+#include <QListWidget>
 #include <QProgressBar>
 #include <QTest>
 
@@ -51,6 +52,42 @@ TEST_F(waiting_panel, veils_the_window_while_it_is_there) {
     EXPECT_EQ(panel.geometry().center(), window.rect().center());
   }
   EXPECT_EQ(Picture(), before);
+}
+
+TEST_F(waiting_panel, leaves_no_half_of_a_text_in_sight) {
+  QListWidget list(&window);
+  list.setGeometry(0, 0, window.width(), window.height());
+  for (int n = 0; n < 60; ++n) list.addItem(QString(300, u'W'));
+  list.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list.show();
+  QLabel beside(QString(30, u'W'), &window);
+  const QColor ink(0, 90, 0);
+  for (QWidget* widget : {static_cast<QWidget*>(&list), static_cast<QWidget*>(&beside)}) {
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::Text, ink);
+    palette.setColor(QPalette::WindowText, ink);
+    widget->setPalette(palette);
+  }
+  const WaitingPanel panel("Working", &window);
+  const QRect covered = panel.geometry();
+  // Half beneath the panel, half beside it.
+  beside.setGeometry(covered.left() - 60, covered.center().y(), 120, 20);
+  beside.show();
+  QResizeEvent resized(window.size(), window.size());
+  QApplication::sendEvent(&window, &resized);
+  const QImage picture = Picture();
+  const QColor empty = window.palette().color(QPalette::Window);
+  const auto isEmpty = [&](QRect area) {
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+      for (int x = area.left(); x <= area.right(); ++x) {
+        if (picture.pixelColor(x, y) != empty) return false;
+      }
+    }
+    return true;
+  };
+  EXPECT_TRUE(isEmpty({covered.left() - 58, covered.center().y(), 50, 20})) << "the label";
+  EXPECT_TRUE(isEmpty({4, covered.top(), covered.left() - 8, covered.height()})) << "rows beside";
+  EXPECT_FALSE(isEmpty({4, 4, 100, 60})) << "rows that it does not touch";
 }
 
 TEST_F(waiting_panel, veils_all_of_a_window_that_grows) {

@@ -1,0 +1,115 @@
+// Large blocks pasted and many rows refreshed under a host that waits: the window goes on, what
+// is waited for is told, and a cancel loses nothing.
+#include <atomic>
+#include <thread>
+
+#include "platform/long_operation.h"
+#include "tests/controls/editing_fixture.h"
+
+namespace orvane::controls {
+namespace {
+
+using platform::Text;
+
+/// Handles events while a worker works, as a host does; cancels the wait that a test names.
+class WaitingHost final : public platform::LongOperation {
+ public:
+  void Run(const Text& sWhat, const std::function<void(std::stop_token)>& work) override {
+    sWaited += sWhat + "\n";
+    std::exception_ptr failed;
+    std::atomic<bool> bDone = false;
+    std::stop_source stop;
+    std::jthread worker([&] {
+      try {
+        work(stop.get_token());
+      } catch (...) {
+        failed = std::current_exception();
+      }
+      bDone = true;
+    });
+    int nHandled = 0;
+    while (!bDone) {
+      if (sWhat == sCancelled && nHandled == 3) stop.request_stop();
+      QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+      ++nHandled;
+    }
+    worker.join();
+    nRounds = nHandled;
+    if (failed) std::rethrow_exception(failed);
+  }
+  Text sWaited;
+  Text sCancelled;
+  int nRounds = 0;
+};
+
+class sliced_pastes : public EditingFixture {
+ protected:
+  static constexpr int kRows = 12'000;
+
+  sliced_pastes() {
+    m_server->Run("CREATE TABLE P..Many (Id INTEGER PRIMARY KEY, Name TEXT)");
+    m_server->Run(
+        "INSERT INTO P..Many WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 "
+        "FROM n LIMIT " +
+        std::to_string(kRows) + ") SELECT i, 'n' FROM n");
+    m_query->MaxRows(0);
+    m_longOperation = m_host;
+    Open("Many");
+  }
+  void PasteNames() {
+    QGuiApplication::clipboard()->setText(QString("pasted\n").repeated(kRows));
+    GoTo(0, 1);
+    m_host->sWaited.clear();
+    Press(Qt::Key_V, Qt::ControlModifier);
+  }
+  std::shared_ptr<WaitingHost> m_host = std::make_shared<WaitingHost>();
+};
+
+TEST_F(sliced_pastes, are_read_beside_the_window_and_laid_in_slices) {
+  PasteNames();
+  EXPECT_EQ(m_host->sWaited, "Reading what is to be pasted\nChanging cells\n");
+  EXPECT_GE(m_host->nRounds, kRows / 2'000) << "events were handled between the slices";
+  EXPECT_EQ(Label("pending"), "12,000 rows not stored");
+  EXPECT_EQ(Cell(kRows - 1, 1), "pasted");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "");
+}
+
+TEST_F(sliced_pastes, that_are_cancelled_change_nothing_and_say_so) {
+  for (const char* sWhat : {"Changing cells", "Reading what is to be pasted"}) {
+    m_host->sCancelled = sWhat;
+    PasteNames();
+    if (m_host->sWaited.find("Changing") == Text::npos || sWhat == Text("Changing cells")) {
+      EXPECT_EQ(Label("pending"), "") << sWhat;
+      EXPECT_EQ(Label("notice"), "Nothing was pasted. It was cancelled.") << sWhat;
+      EXPECT_EQ(Cell(0, 1), "n");
+    }
+  }
+}
+
+TEST_F(sliced_pastes, are_laid_over_rows_fetched_anew_in_slices) {
+  PasteNames();
+  m_host->sWaited.clear();
+  m_editor->Requery();
+  EXPECT_EQ(m_host->sWaited,
+            "Keeping the rows that are not stored\nLooking for the rows that are not stored\n"
+            "Laying what is not stored over the rows\nLooking for the rows that are not stored\n");
+  EXPECT_EQ(Label("pending"), "12,000 rows not stored");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "") << "with the steps that can be undone";
+}
+
+TEST_F(sliced_pastes, are_kept_where_the_laying_is_cancelled) {
+  PasteNames();
+  m_host->sCancelled = "Laying what is not stored over the rows";
+  EXPECT_THROW(m_editor->Requery(), platform::Failure);
+  EXPECT_EQ(Label("pending"), "12,000 rows not stored");
+  EXPECT_EQ(Cell(7, 1), "pasted");
+  m_host->sCancelled.clear();
+  m_editor->Requery();
+  EXPECT_EQ(Label("pending"), "12,000 rows not stored");
+  EXPECT_EQ(Cell(7, 1), "pasted");
+}
+
+}  // namespace
+}  // namespace orvane::controls
