@@ -156,8 +156,9 @@ void CellFilling::FillDown(const platform::Recordset& answer, ColumnIndex column
   } catch (const Failure& failure) {
     sWhyNot = QString::fromStdString(failure.Description());
   }
-  if (!sWhyNot.isEmpty())
+  if (!sWhyNot.isEmpty()) {
     return m_window.Remark("Only the first value was taken. " + sWhyNot, true);
+  }
   AskToFillDown(std::move(others), answer.RecordCount());
 }
 
