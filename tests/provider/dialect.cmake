@@ -4,11 +4,14 @@ orvane_test(dialect SHARDS 4
     dialect/catalog_statement_test.cpp
     dialect/column_names_test.cpp
     dialect/day_forms_test.cpp
+    dialect/day_random_test.cpp
+    dialect/day_texts_test.cpp
     dialect/lexer_test.cpp
     dialect/sql_examples_test.cpp
     dialect/statement_parameters_test.cpp
     dialect/statement_reader_test.cpp
     dialect/statement_work_test.cpp
+    dialect/stored_days_test.cpp
     dialect/stored_times_test.cpp
     dialect/time_comparisons_test.cpp
     dialect/time_forms_test.cpp

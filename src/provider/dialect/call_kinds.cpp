@@ -50,7 +50,8 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
     return i < nArguments ? KindsOf(*expr.children[i]) : kinds::kNull;
   };
   // Values of a group are compared with one another.
-  const bool bGroup = nArguments == 1 && (sName == "MIN" || sName == "MAX" || expr.bDistinct);
+  const bool bGroup =
+      nArguments == 1 && (sName == "MIN" || sName == "MAX" || expr.bDistinct) && !IsLeft(at(0));
   if (bGroup && kinds::MixesDays(at(0)) && !kinds::Has(at(0), kinds::kTimes)) {
     Convert(*expr.children[0], MeantBy(at(0)));
   } else if (bGroup && kinds::Mixes(at(0))) {
@@ -91,21 +92,26 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
   if (IsOneOf(sName, kMeasures)) {
     // One text is looked for in the other.
     if (sName == "INSTR") KindsOfLike(expr);
-    const bool bOfTime = kinds::Has(all, kinds::kFromTimes | kinds::kCounted);
-    return bOfTime ? kinds::kCountOfTime : kinds::kCount;
+    constexpr Kinds kOfTimes = kinds::kFromTimes | kinds::kCounted | kinds::kDaysAndClocks;
+    return kinds::Has(all, kOfTimes) ? kinds::Counted(all) : kinds::kCount;
   }
   if (sName == "TYPEOF") return kinds::kAnyText;
   if (IsOneOf(sName, kCalculations)) {
     if (kinds::Has(all, kinds::kDaysAndClocks)) KindsOfDaySum(expr, all, kinds::kNumber);
     if (kinds::Has(all, kinds::kFromTimes)) return kinds::kNumberOfTime;
-    return kinds::Has(all, kinds::kCounted) ? kinds::kCountOfTime : kinds::kNumber;
+    return kinds::Has(all, kinds::kCounted) ? kinds::Counted(all) : kinds::kNumber;
   }
-  if (kinds::Has(all, kinds::kFromTimes | kinds::kCountOfTime)) return kinds::kTextOfTime;
+  if (kinds::Has(all, kinds::kFromTimes)) return kinds::kTextOfTime;
+  if (kinds::Has(all, kinds::kCountOfTime) && !kinds::Has(all, kinds::kOfDay)) {
+    return kinds::kTextOfTime;
+  }
   const bool bText = IsOneOf(sName, kTextFunctions);
-  const Kinds dates = all & kinds::kDates;
+  const Kinds dates = kinds::Written(all);
   if (dates == 0) return bText ? kinds::kAnyText : kinds::kAnyValue;
   if (IsOneOf(sName, kTextOfTextFunctions)) {
-    return dates & ~(kinds::kPart | kinds::kUnsorted);  // it may be any part of the text
+    // It may be any part of the text; of a time of day none begins as a date does.
+    if (kinds::IsOnly(all, kinds::kClock | kinds::kNumbers)) return dates;
+    return dates & ~(kinds::kPart | kinds::kUnsorted);
   }
   return bText ? dates : dates | kinds::kAnyValue;
 }
@@ -115,11 +121,13 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
   const std::size_t nValue = sFunction == "STRFTIME" ? 1 : 0;
   bool bZone = false;
   bool bOfTime = false;
+  Kinds ofDay = kinds::kNull;
   if (nValue < expr.children.size()) {
     const Expr& value = *expr.children[nValue];
     Kinds of = KindsOf(value);
     bOfTime = kinds::Has(of, kinds::kFromTimes | kinds::kCounted | kinds::kDaysAndClocks);
     bZone = kinds::Has(of, kinds::kZoneText);
+    if (kinds::Has(of, kinds::kDaysAndClocks | kinds::kOfDay)) ofDay = kinds::kOfDay;
     if (kinds::Has(of, kinds::kTimes) && Typed() == nullptr) {
       Convert(value);
       LookAtModifiers(expr, nValue + 1);
@@ -133,15 +141,18 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
     if (!KeepsUtc(*expr.children[i])) bZone = true;
   }
   if (sFunction == "JULIANDAY" || sFunction == "UNIXEPOCH") {
-    return bOfTime ? kinds::kCountOfTime : kinds::kCount;
+    return bOfTime ? kinds::kCountOfTime | ofDay : kinds::kCount;
   }
   if (sFunction == "STRFTIME" && bOfTime) {
     const Expr& format = *Inside(expr.children[0]);
     const bool bKnown = format.kind == ExprKind::String;
-    if (!bKnown || WritesCount(At(format.range.begin).sText)) return kinds::kTextOfTime;
+    if (!bKnown || WritesCount(At(format.range.begin).sText)) {
+      return kinds::kTextOfTime | ofDay;
+    }
   }
   Kinds kinds = bOfTime ? kinds::kWrittenTime : kinds::kUtcText;
   if (bZone) kinds = kinds::kZoneText | (kinds & kinds::kWrittenTime);
+  kinds |= ofDay;
   const auto format = FormatOf(expr);
   if (!format || !format->bFromYear) kinds |= kinds::kPart;
   if (!format || !format->bSorts) kinds |= kinds::kUnsorted;

@@ -14,6 +14,14 @@ namespace orvane::provider::dialect {
 using platform::Text;
 using platform::Value;
 
+namespace {
+
+bool WritesDay(std::string_view sFormat, bool bDay) {
+  return bDay ? sFormat == "%Y-%m-%d" || sFormat == "%F" : sFormat == "%H:%M:%S" || sFormat == "%T";
+}
+
+}  // namespace
+
 TimeAnalysis::Meant TimeAnalysis::MeantBy(Kinds kinds) {
   return kinds::Has(kinds, kinds::kDay) ? Meant::Day : Meant::Clock;
 }
@@ -57,7 +65,7 @@ bool TimeAnalysis::IsAsWritten(const Operand& operand) const {
 void TimeAnalysis::ConvertToDay(const Expr& expr, Meant meant) {
   const Kinds kinds = KindsOf(expr);
   const Kinds own = KindsOf(meant);
-  if (kinds::IsOnly(kinds, own)) return;
+  if (kinds::IsOnly(kinds, own) || m_place.bStored) return;
   if (IsSurely(expr, meant)) {
     if (Typed() == nullptr) return;
     const std::string_view sBehind =
@@ -82,8 +90,7 @@ bool TimeAnalysis::IsSurely(const Expr& expr, Meant meant) const {
   if (sName != "STRFTIME" || inside.children.empty()) return false;
   const Expr& format = *Inside(inside.children[0]);
   if (format.kind != ExprKind::String) return false;
-  const Text& sFormat = At(format.range.begin).sText;
-  return bDay ? sFormat == "%Y-%m-%d" || sFormat == "%F" : sFormat == "%H:%M:%S" || sFormat == "%T";
+  return WritesDay(At(format.range.begin).sText, bDay);
 }
 
 void TimeAnalysis::ConvertDayText(const Expr& expr, Meant meant) {
@@ -127,6 +134,10 @@ void TimeAnalysis::WrapDay(const Expr& expr, Kinds kinds, Meant meant) {
   if (Typed() != nullptr) {
     // All else the server itself compares with dates, or refuses.
     const Expr& inside = *Inside(&expr);
+    if (bDay && IsMomentInUtc(inside, kinds)) {
+      WrapInZone(expr, Typed()->dayInZone);
+      return;
+    }
     const bool bNumber =
         inside.kind == ExprKind::Number ||
         (inside.kind == ExprKind::Sign && inside.children[0]->kind == ExprKind::Number);
@@ -162,6 +173,32 @@ void TimeAnalysis::WrapDay(const Expr& expr, Kinds kinds, Meant meant) {
   m_bCalls = true;
 }
 
+// What datetime() and the like give is a moment in UTC: its day is that of the connection's zone.
+// Of another text it is not known whether it is a date alone.
+bool TimeAnalysis::IsMomentInUtc(const Expr& inside, Kinds kinds) const {
+  if (!kinds::Has(kinds, kinds::kUtcText | kinds::kWrittenTime) ||
+      !kinds::IsOnly(kinds, kinds::kUtcDates) || kinds::Has(kinds, kinds::kPart)) {
+    return false;
+  }
+  if (inside.kind == ExprKind::CurrentTime) {
+    return At(inside.range.begin).IsWord("CURRENT_TIMESTAMP");
+  }
+  constexpr std::size_t kDate = 10;
+  const auto format = FormatOf(inside);
+  return format && format->bSorts && format->sShape.size() > kDate;
+}
+
+// Writes the value into a form of the server's that names the connection's zone.
+void TimeAnalysis::WrapInZone(const Expr& expr, const engines::ZoneForm& form) {
+  if (!m_place.sKept.empty()) {
+    Fail(expr.range.begin, "What may be no date meets one in " + m_place.sKept,
+         "write date(...) for a date, time(...) for a time of day");
+  }
+  const Text sZone = platform::QuotedText(m_place.settings.zone.NameInUse());
+  m_place.edits.Wrap(expr.range, Text(form.sBefore),
+                     Text(form.sBehind) + sZone + Text(form.sBehindZone));
+}
+
 // To the engine such a CAST makes a number of what the text begins with.
 Kinds TimeAnalysis::KindsOfDayCast(const Expr& expr, Meant meant) {
   const Expr& value = *expr.children[0];
@@ -173,9 +210,11 @@ Kinds TimeAnalysis::KindsOfDayCast(const Expr& expr, Meant meant) {
     if (!bTime && !bText) Convert(value, meant);
     return KindsOf(meant);
   }
-  // What another program keeps means what it meant.
-  if (m_place.bStored && !kinds::IsOnly(of, KindsOf(meant)) && !IsSurely(value, meant)) {
-    return kinds::kOther;
+  // What another program keeps is the number that it is to the engine.
+  if (m_place.bStored) {
+    if (bTime) return kinds::kNumberOfTime;
+    constexpr Kinds kOfTimes = kinds::kCounted | kinds::kDaysAndClocks;
+    return kinds::Has(of, kOfTimes) ? kinds::Counted(of) : kinds::kOther;
   }
   if (bTime) {
     Fail(value.range.begin, "A time is cast to a date or a time of day",
@@ -189,6 +228,7 @@ Kinds TimeAnalysis::KindsOfDayCast(const Expr& expr, Meant meant) {
 
 // The engine would count a date as the number that it begins with, its year.
 Kinds TimeAnalysis::KindsOfDaySum(const Expr& expr, Kinds left, Kinds right) const {
+  if (m_place.bStored) return kinds::kCountOfTime | kinds::kOfDay;
   if (Typed() == nullptr) {
     Fail(expr.operation, "A date or a time of day is counted with",
          "write date(..., '+1 day') for another date, and julianday(...) - julianday(...) for the "
@@ -246,8 +286,39 @@ void TimeAnalysis::GuardGiven(const Expr& expr, Meant meant) {
   m_bCalls = true;
 }
 
-// What a row gets that names no value; a call is taken for what its writer meant.
-bool TimeAnalysis::IsSoundDayDefault(const Text& sDefault, Meant meant) {
+namespace {
+
+// True for one call of a function that gives dates, or times of day, whatever it is given.
+bool GivesDay(const Text& sDefault, bool bDay, StatementWork& work) {
+  std::vector<Token> tokens;
+  try {
+    tokens = ReadTokens(sDefault, work);
+  } catch (const platform::Failure& failed) {
+    if (failed.Number() != platform::failure::kSqlError) throw;
+    return false;
+  }
+  std::erase_if(tokens, [](const Token& token) { return token.kind == TokenKind::End; });
+  while (tokens.size() > 2 && tokens.front().IsSymbol("(") && tokens.back().IsSymbol(")")) {
+    tokens.erase(tokens.begin());
+    tokens.pop_back();
+  }
+  if (tokens.size() == 1) return tokens.front().IsWord(bDay ? "CURRENT_DATE" : "CURRENT_TIME");
+  if (tokens.size() < 3 || !tokens[1].IsSymbol("(")) return false;
+  int nDepth = 0;
+  for (std::size_t i = 1; i < tokens.size(); ++i) {
+    nDepth += tokens[i].IsSymbol("(") ? 1 : tokens[i].IsSymbol(")") ? -1 : 0;
+    if (nDepth == 0 && i + 1 != tokens.size()) return false;
+  }
+  if (nDepth != 0) return false;
+  if (tokens.front().IsWord(bDay ? "DATE" : "TIME")) return true;
+  return tokens.front().IsWord("STRFTIME") && tokens[2].kind == TokenKind::String &&
+         WritesDay(tokens[2].sText, bDay);
+}
+
+}  // namespace
+
+// What a row gets that names no value.
+bool TimeAnalysis::IsSoundDayDefault(const Text& sDefault, Meant meant) const {
   const bool bDay = meant == Meant::Day;
   const Text sUpper = UpperCase(sDefault);
   if (sUpper == "NULL" || sUpper == (bDay ? "CURRENT_DATE" : "CURRENT_TIME")) return true;
@@ -256,7 +327,7 @@ bool TimeAnalysis::IsSoundDayDefault(const Text& sDefault, Meant meant) {
     const Value vtDay = platform::FromStoredText(type, sDefault.substr(1, sDefault.size() - 2));
     return vtDay.As<Text>() == nullptr;
   }
-  return sDefault.find('(') != Text::npos;
+  return GivesDay(sDefault, bDay, m_place.work);
 }
 
 }  // namespace orvane::provider::dialect

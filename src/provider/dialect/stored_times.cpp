@@ -1,5 +1,6 @@
 // Which stored columns of times a statement relies on: what compares, counts or stores their values
-// takes them for numbers, while other programs may have put texts there. The engine looks at those
+// takes them for numbers, while other programs may have put texts there, and those of dates and
+// times of day for texts, while there may be numbers. The engine looks at those
 // columns before the statement runs. What only shows a column, or asks whether it is null and of
 // which type it is, does not rely on it.
 #include <algorithm>
@@ -47,11 +48,20 @@ std::set<Text> Guarded(const Text& sDefinition, StatementWork& work) {
     if (!StandsAt(tokens, i, {"CHECK", "(", "TYPEOF", "("})) continue;
     const std::size_t behind = i + kColumn + 1;
     if (StandsAt(tokens, behind, {")", "=", "integer", ")"}) ||
-        StandsAt(tokens, behind, {")", "NOT", "IN", "(", "text", ",", "blob", ")", ")"})) {
+        StandsAt(tokens, behind, {")", "NOT", "IN", "(", "text", ",", "blob", ")", ")"}) ||
+        StandsAt(tokens, behind, {")", "IN", "(", "text", ",", "null", ")", ")"})) {
       columns.insert(UpperCase(tokens[i + kColumn].sText));
     }
   }
   return columns;
+}
+
+/// Of columns that hold times, dates or times of day.
+std::optional<platform::DataType> TypeOfContent(Content content) {
+  if (content == Content::Time) return platform::DataType::DBTimeStamp;
+  if (content == Content::Day) return platform::DataType::DBDate;
+  if (content == Content::Clock) return platform::DataType::DBTime;
+  return std::nullopt;
 }
 
 bool AsksForTypeOnly(const Expr& expr, const Text& sFunction) {
@@ -60,6 +70,18 @@ bool AsksForTypeOnly(const Expr& expr, const Text& sFunction) {
 }
 
 }  // namespace
+
+// A date that is cast to a number or a text is one whatever it was, and what is compared with bytes
+// that are given is found whatever it is.
+bool TimeAnalysis::TakesAnyDay(const Expr& expr) const {
+  if (expr.kind == ExprKind::Cast) {
+    return KindsOfType(DeclaredType(m_place.sStatement, m_tree.tokens, expr.type)) == kinds::kNull;
+  }
+  return expr.kind == ExprKind::Compare &&
+         std::ranges::any_of(expr.children, [this](const Expr* child) {
+           return IsAsWritten({child, nullptr, nullptr, 0, 0});
+         });
+}
 
 // Names that show a column, or hand it on under its own name, under which it is looked for then.
 std::set<const Expr*> TimeAnalysis::ShownNames() {
@@ -84,6 +106,12 @@ std::set<const Expr*> TimeAnalysis::ShownNames() {
         (expr.kind == ExprKind::Call && AsksForTypeOnly(expr, UpperCase(At(expr.operation).sText)));
     if (!bAsks) continue;
     for (const auto* const child : expr.children) show(child);
+  }
+  for (const auto& expr : m_tree.expressions) {
+    if (!TakesAnyDay(expr)) continue;
+    for (const auto* const child : expr.children) {
+      if (kinds::IsOnly(KindsOf(*child), kinds::kDaysAndClocks)) show(child);
+    }
   }
   if (m_tree.kind == StatementKind::Change) showItems(*m_tree.changeScope, true);
   for (const auto& query : m_tree.queries) {
@@ -111,11 +139,13 @@ std::set<Text> TimeAnalysis::NamesReliedOn() {
       if (named.columns.empty()) passOn(named.query);
     }
   }
+  // Dates in a view are compared as they stand.
+  const Kinds relied = kinds::kFromTimes | (m_place.bStored ? kinds::kNull : kinds::kDaysAndClocks);
   std::set<Text> names;
   const auto all = [&](const Source& source) {
     for (const auto& column : ColumnsOf(source)) {
       Step();
-      if (kinds::Has(column.kinds, kinds::kFromTimes)) names.insert(UpperCase(column.sName));
+      if (kinds::Has(column.kinds, relied)) names.insert(UpperCase(column.sName));
     }
   };
   const auto shown = ShownNames();
@@ -123,7 +153,7 @@ std::set<Text> TimeAnalysis::NamesReliedOn() {
     Step();
     if (expr.kind == ExprKind::In && expr.table != nullptr) all(*expr.table);
     if (expr.kind != ExprKind::Name || shown.contains(&expr)) continue;
-    if (!kinds::Has(KindsOf(expr), kinds::kFromTimes)) continue;
+    if (!kinds::Has(KindsOf(expr), relied)) continue;
     const Text& sName = At(expr.chain.parts.back()).sText;
     names.insert(UpperCase(sName));
     names.insert(UpperCase(m_place.names.Plain(sName)));
@@ -179,8 +209,9 @@ std::map<Text, StoredTimes> TimeAnalysis::Stored() {
       if (table.bView) {
         const auto& shown = m_place.views.Of(*found).shown;
         if (i < shown.size()) stored[sName].insert(shown[i].begin(), shown[i].end());
-      } else if (table.columns[i].content == Content::Time && !guarded.contains(sName)) {
-        stored[sName].insert({found->catalog.sName, table.sName, table.columns[i].sName});
+      } else if (const auto type = TypeOfContent(table.columns[i].content);
+                 type && !guarded.contains(sName)) {
+        stored[sName].insert({found->catalog.sName, table.sName, table.columns[i].sName, *type});
       }
     }
   }

@@ -194,7 +194,10 @@ class TimeAnalysis {
   void CheckMeeting(const std::vector<Operand>& operands, std::size_t token, Comparison how);
   void CheckWritten(const std::vector<Operand>& operands, std::size_t token, Comparison how);
   void CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
-                    Comparison how) const;
+                    Comparison how);
+  bool IsLeft(Kinds kinds) const;
+  static platform::Text AdviceFor(Kinds kinds, std::string_view sInstead);
+  void GuardFormat(const Operand& operand, const std::vector<Operand>& operands);
   void LookAtCounted(const Expr& sum, const Expr& side, Kinds other);
   void GuardNumber(const Operand& operand);
   void GuardText(const Operand& operand, bool bPart);
@@ -203,6 +206,7 @@ class TimeAnalysis {
   void GuardOutput(const Query& query, std::size_t column, std::string_view sFunction, Kinds sound);
 
   // --- what the statement relies on ---
+  bool TakesAnyDay(const Expr& expr) const;
   std::set<const Expr*> ShownNames();
   std::set<platform::Text> NamesReliedOn();
   std::map<platform::Text, StoredTimes> Stored();
@@ -254,13 +258,15 @@ class TimeAnalysis {
   void ConvertToDay(const Expr& expr, Meant meant);
   void ConvertDayText(const Expr& expr, Meant meant);
   void WrapDay(const Expr& expr, Kinds kinds, Meant meant);
+  bool IsMomentInUtc(const Expr& inside, Kinds kinds) const;
+  void WrapInZone(const Expr& expr, const engines::ZoneForm& form);
   bool IsSurely(const Expr& expr, Meant meant) const;
   bool IsAsWritten(const Operand& operand) const;
   void StoreDay(const Operand& operand, Meant meant);
   void StoreDayOutput(const Query& query, std::size_t column, Meant meant);
   [[noreturn]] void FailStoredDay(std::size_t token, Meant meant) const;
   void GuardGiven(const Expr& expr, Meant meant);
-  static bool IsSoundDayDefault(const platform::Text& sDefault, Meant meant);
+  bool IsSoundDayDefault(const platform::Text& sDefault, Meant meant) const;
   [[noreturn]] void FailDayNumber(std::size_t token, Meant meant) const;
   [[noreturn]] void FailNoDay(std::size_t token, Meant meant) const;
   [[noreturn]] void FailMixedDays(std::size_t token) const;

@@ -137,7 +137,7 @@ void TimeAnalysis::Convert(const Operand& operand, Meant meant) {
   } else if (operand.query != nullptr) {
     ConvertOutput(*operand.query, operand.column, meant);
   } else if (!kinds::IsOnly(KindsOf(operand), KindsOf(meant))) {
-    if (meant != Meant::Time && Typed() != nullptr) return;
+    if (meant != Meant::Time && (Typed() != nullptr || m_place.bStored)) return;
     Fail(operand.token,
          Text("The column of a table meets a ") + (meant == Meant::Time ? "time" : "date"),
          "write (SELECT column FROM table) in place of the table");
@@ -204,7 +204,7 @@ bool TimeAnalysis::ConvertParts(const Expr& expr, Kinds kinds, Meant meant) {
     case ExprKind::Subquery:
       // Texts of one kind are read where they come out, unless nothing can be read then.
       if ((Typed() == nullptr || !kinds::Has(kinds, kinds::kText)) &&
-          (kinds::IsOnly(kinds, kinds::kAnyText | kinds::kAnyValue) ||
+          (kinds::IsOnly(kinds, kinds::kAnyText | kinds::kAnyValue | kinds::kOfDay) ||
            kinds::IsOnly(kinds, kinds::kUtcDates))) {
         return false;
       }
@@ -295,6 +295,11 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
   if (Typed() != nullptr) {
     if (kinds::Has(kinds, kinds::kText)) FailUnread(token, "a time", "'*-1h'", "TIMESTAMP");
     if (bUtc) m_place.edits.Wrap(expr.range, "(", ")" + Text(Typed()->sTimeBehind));
+    if (kinds::IsOnly(kinds, kinds::kDay) && kinds != kinds::kNull) {
+      WrapInZone(expr, Typed()->midnightInZone);
+    } else if (kinds::Has(kinds, kinds::kDay)) {
+      FailMixed(token);
+    }
     return;
   }
   m_place.edits.Wrap(expr.range, Text(bUtc ? kReadUtc : kReadTime) + "(", ")");
@@ -399,6 +404,7 @@ void TimeAnalysis::ConvertNumber(const Expr& expr, const Expr& number, bool bNeg
 void TimeAnalysis::ConvertOutput(const Query& query, std::size_t column, Meant meant) {
   const Kinds sound = KindsOf(meant);
   const bool bTime = meant == Meant::Time;
+  if (!bTime && m_place.bStored) return;
   // It may be asked for while the query is worked out.
   if (!m_outputs.contains(&query)) OutputOf(query);
   Output& output = m_outputs[&query];

@@ -24,6 +24,13 @@ void TimeAnalysis::LookAtDefinition() {
           column.range, "",
           " CHECK (typeof(" + platform::QuotedName(column.sName) + ") NOT IN ('text', 'blob'))");
     }
+    const Kinds held = KindsOfType(column.type);
+    if (kinds::Has(held, kinds::kDaysAndClocks) && Typed() == nullptr) {
+      // A number would count as less than every date.
+      m_place.edits.Wrap(
+          column.range, "",
+          " CHECK (typeof(" + platform::QuotedName(column.sName) + ") IN ('text', 'null'))");
+    }
     if (column.initial == nullptr) continue;
     const Kinds kinds = KindsOf(*column.initial);
     const Kinds typed = KindsOfType(column.type);
@@ -44,6 +51,14 @@ void TimeAnalysis::LookAtDefinition() {
   if (m_tree.mainQuery == nullptr || m_tree.bView || Typed() != nullptr) return;
   const OutputColumns& columns = OutputOf(*m_tree.mainQuery);
   for (const auto& column : columns) {
+    if (kinds::Has(column.kinds, kinds::kDaysAndClocks)) {
+      const bool bDay = kinds::Has(column.kinds, kinds::kDay);
+      const Text sType = bDay ? "DATE" : "TIME";
+      Fail(TokenOf(*m_tree.mainQuery, column),
+           Text("A table that is made from a query holds mere texts in place of ") +
+               (bDay ? "dates" : "times of day"),
+           "create it with a column of type " + sType + " and fill it by INSERT ... SELECT");
+    }
     if (!kinds::Has(column.kinds, kinds::kFromTimes)) continue;
     Fail(TokenOf(*m_tree.mainQuery, column),
          "A table that is made from a query holds numbers in place of times",
@@ -81,11 +96,16 @@ std::map<Text, Kinds> TimeAnalysis::Computed() {
     Kinds kinds = kUnknown;
     try {
       const Kinds of = KindsOf(*column.computed);
-      const bool bFromTime = kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime);
+      const bool bFromTime =
+          kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime) && !kinds::Has(of, kinds::kOfDay);
       const Kinds typed = KindsOfType(column.type);
       const bool bTime = typed == kinds::kTime;
       if (bTime ? kinds::IsOnly(of, kinds::kTime) : !bFromTime) {
+        constexpr Kinds kMade = kinds::kWrittenTime | kinds::kOfDay | kinds::kDaysAndClocks;
         kinds = bTime ? kinds::kTime : kinds::kAnyValue;
+        if (!bTime && kinds::Has(of, kMade)) {
+          kinds = kinds::Has(of, kinds::kCountOfTime) ? kinds::Counted(of) : kinds::Written(of);
+        }
       }
       const bool bDay = kinds::Has(typed, kinds::kDaysAndClocks) &&
                         (kinds::IsOnly(of, typed) || IsSurely(*column.computed, MeantBy(typed)));

@@ -66,6 +66,14 @@ Value OnlyText(const Value& vtValue) {
               "compare the time itself, as in Timestamp >= '*-1h', or write CAST(... AS TEXT)");
 }
 
+Value OnlyWritten(const Value& vtValue) {
+  const auto* const sText = vtValue.As<Text>();
+  if (sText == nullptr || BeginsAsWritten(*sText)) return OnlyText(vtValue);
+  FailMeeting(vtValue, "a written time",
+              "compare the time or the date itself, as in Timestamp >= '*-1h', or with a text of "
+              "the same format");
+}
+
 Value OnlyPart(const Value& vtValue) {
   const auto* const sText = vtValue.As<Text>();
   if (sText == nullptr || !BeginsAsDate(*sText)) return OnlyText(vtValue);
@@ -143,10 +151,11 @@ std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings&
   const auto whole = [](const Value& vtValue) -> Value {
     return vtValue.IsNull() ? Value() : WholeTime(vtValue);
   };
-  return {{Text(kReadTime), read},       {Text(kReadUtc), readUtc},
-          {Text(kWholeTime), whole},     {Text(kOnlyNumber), OnlyNumber},
-          {Text(kOnlyText), OnlyText},   {Text(kOnlyPart), OnlyPart},
-          {Text(kOnlyCount), OnlyCount}, {Text(kOnlyModifier), OnlyModifier}};
+  return {{Text(kReadTime), read},          {Text(kReadUtc), readUtc},
+          {Text(kWholeTime), whole},        {Text(kOnlyNumber), OnlyNumber},
+          {Text(kOnlyText), OnlyText},      {Text(kOnlyPart), OnlyPart},
+          {Text(kOnlyCount), OnlyCount},    {Text(kOnlyModifier), OnlyModifier},
+          {Text(kOnlyWritten), OnlyWritten}};
 }
 
 }  // namespace orvane::provider::dialect

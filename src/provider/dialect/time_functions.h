@@ -27,6 +27,8 @@ constexpr std::string_view kOnlyCount = "orvane_time_count";
 constexpr std::string_view kOnlyModifier = "orvane_time_modifier";
 /// The same as kOnlyText for a part of a time, such as its hour: a text that is no date.
 constexpr std::string_view kOnlyPart = "orvane_time_part";
+/// The same as kOnlyText for what comes before or behind one: a text that begins as those do.
+constexpr std::string_view kOnlyWritten = "orvane_time_written";
 
 /// True for a date function's modifier that says what its number means: a stored time is none.
 bool TellsUnit(std::string_view sModifier);

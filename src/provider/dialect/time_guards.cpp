@@ -1,5 +1,7 @@
 // What meets what was made from a time: numbers meet numbers, and written times meet texts. What is
 // known only when the statement runs is looked at then, by functions that end it.
+#include <algorithm>
+
 #include "provider/dialect/time_analysis.h"
 #include "provider/dialect/time_functions.h"
 
@@ -12,6 +14,7 @@ void TimeAnalysis::CheckMeeting(const std::vector<Operand>& operands, std::size_
                                 Comparison how) {
   Kinds all = kinds::kNull;
   for (const auto& operand : operands) all |= KindsOf(operand);
+  if (IsLeft(all)) return;
   if (kinds::Has(all, kinds::kCountOfTime) && kinds::Has(all, kinds::kSureTexts)) {
     Fail(token, "A number made from a time is compared with a text",
          "compare the time itself, as in Timestamp >= '*-1h', or write a number");
@@ -19,25 +22,41 @@ void TimeAnalysis::CheckMeeting(const std::vector<Operand>& operands, std::size_
   if (kinds::Has(all, kinds::kNumberOfTime | kinds::kTextOfTime)) {
     const bool bNumbers =
         kinds::IsOnly(all, kinds::kOnlyNumbers) &&
-        (!TimeAsDouble() ||
-         kinds::IsOnly(all, kinds::kNumberOfTime | kinds::kCountOfTime | kinds::kCount));
-    if (!bNumbers && !kinds::IsOnly(all, kinds::kTextOfTime)) {
+        (!TimeAsDouble() || kinds::IsOnly(all, kinds::kNumberOfTime | kinds::kCountOfTime |
+                                                   kinds::kCount | kinds::kOfDay));
+    if (!bNumbers && !kinds::IsOnly(all, kinds::kTextOfTime | kinds::kOfDay)) {
       Fail(token, "What was made from a time is compared with something else",
            "compare the time itself, as in Timestamp >= '*-1h'");
     }
   } else if (kinds::Has(all, kinds::kCountOfTime)) {
     for (const auto& operand : operands) GuardNumber(operand);
-  } else if (kinds::Has(all, kinds::kWrittenTime)) {
+  } else if (kinds::Has(all, kinds::kWrittenTime | kinds::kOfDay)) {
     CheckWritten(operands, token, how);
   }
+}
+
+// What was made from dates in a view or a table that is there already is compared as it stands.
+bool TimeAnalysis::IsLeft(Kinds kinds) const {
+  return m_place.bStored && kinds::Has(kinds, kinds::kDaysAndClocks | kinds::kOfDay) &&
+         !kinds::Has(kinds, kinds::kTimes | kinds::kNumberOfTime);
+}
+
+// Of what compares a written time with what is none.
+Text TimeAnalysis::AdviceFor(Kinds kinds, std::string_view sInstead) {
+  return Text(kinds::Has(kinds, kinds::kOfDay)
+                  ? "compare the date or the time of day itself, as in Day >= 'y'"
+                  : "compare the time itself, as in Timestamp >= '*-1h'") +
+         ", or write " + Text(sInstead);
 }
 
 void TimeAnalysis::CheckWritten(const std::vector<Operand>& operands, std::size_t token,
                                 Comparison how) {
   bool bPart = false;
   bool bWhole = false;
+  Kinds all = kinds::kNull;
   for (const auto& operand : operands) {
     const Kinds kinds = KindsOf(operand);
+    all |= kinds;
     if (how == Comparison::Order && kinds::Has(kinds, kinds::kUnsorted)) {
       Fail(token, "Texts of this format do not sort as their times do",
            "compare the time itself, as in Timestamp >= '*-1h', or write the year first");
@@ -58,24 +77,38 @@ void TimeAnalysis::CheckWritten(const std::vector<Operand>& operands, std::size_
     if (kinds != kinds::kNull && kinds::IsOnly(kinds, kinds::kNumbers)) {
       Fail(inside != nullptr ? inside->range.begin : operand.token,
            "A written time is compared with something else",
-           "compare the time itself, as in Timestamp >= '*-1h', or CAST what is written");
+           AdviceFor(all, "CAST(... AS INTEGER) for a number"));
     }
     if (inside != nullptr && inside->kind == ExprKind::String) {
       CheckLiteral(*inside, operands, bPart, how);
     } else {
       GuardText(operand, bPart);
+      if (how == Comparison::Order) GuardFormat(operand, operands);
     }
   }
 }
 
+// A text of which nothing is known might be before or behind all that is written so.
+void TimeAnalysis::GuardFormat(const Operand& operand, const std::vector<Operand>& operands) {
+  const Kinds kinds = KindsOf(operand);
+  if (kinds::Has(kinds, kinds::kDates) || !m_place.sKept.empty()) return;
+  const bool bDigits = std::ranges::all_of(operands, [this](const Operand& other) {
+    const auto format = other.expr != nullptr ? FormatOf(*Inside(other.expr)) : std::nullopt;
+    return !format || format->sShape.empty() || format->sShape.front() == '0';
+  });
+  if (bDigits) Guard(operand, kOnlyWritten, kinds::kDates);
+}
+
 // A text that no written time can be is before or behind all of them.
 void TimeAnalysis::CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
-                                Comparison how) const {
+                                Comparison how) {
   const Text& sText = At(text.range.begin).sText;
   if (sText.empty()) return;
-  bool bFits = sText.front() == '-' || (sText.front() >= '0' && sText.front() <= '9');
+  bool bFits = BeginsAsWritten(sText);
+  Kinds all = kinds::kNull;
   if (bPart && BeginsAsDate(sText)) bFits = false;
   for (const auto& operand : operands) {
+    all |= KindsOf(operand);
     if (operand.expr == nullptr) continue;
     const auto format = FormatOf(*Inside(operand.expr));
     if (!format || !format->bKnown) continue;
@@ -84,13 +117,14 @@ void TimeAnalysis::CheckLiteral(const Expr& text, const std::vector<Operand>& op
   }
   if (!bFits) {
     Fail(text.range.begin, "A written time is compared with something else",
-         "compare the time itself, as in Timestamp >= '*-1h', or CAST what is written");
+         AdviceFor(all, "a text of the same format"));
   }
 }
 
 // The engine counts a text as the number that it begins with, most often as 0.
 void TimeAnalysis::LookAtCounted(const Expr& sum, const Expr& side, Kinds other) {
   if (!kinds::Has(other, kinds::kTimes | kinds::kNumberOfTime | kinds::kCountOfTime)) return;
+  if (IsLeft(other)) return;
   const Kinds of = KindsOf(side);
   const bool bStored = kinds::Has(other, kinds::kTimes);
   if (kinds::Has(of, kinds::kText) || (bStored && kinds::Has(of, kinds::kDates))) {
@@ -109,6 +143,11 @@ void TimeAnalysis::GuardNumber(const Operand& operand) {
 }
 
 void TimeAnalysis::GuardText(const Operand& operand, bool bPart) {
+  // A text that was made from a date, as a CAST makes it, is one.
+  if (kinds::Has(KindsOf(operand), kinds::kOfDay) &&
+      kinds::IsOnly(KindsOf(operand), kinds::kOnlyTexts)) {
+    return;
+  }
   if (bPart) {
     Guard(operand, kOnlyPart, kinds::kDates);
   } else {
@@ -132,6 +171,7 @@ void TimeAnalysis::Guard(const Expr& expr, std::string_view sFunction, Kinds sou
   if (kinds::IsOnly(KindsOf(expr), sound) || Typed() != nullptr) return;
   if (!m_guarded.emplace(expr.nNumber, sFunction).second) return;
   if (!m_place.sKept.empty()) {
+    if (IsLeft(KindsOf(expr))) return;
     // What is kept can call no function.
     Fail(expr.range.begin, "What may be a text or a number meets a time in " + m_place.sKept,
          "write CAST(... AS REAL) for a number, CAST(... AS TEXT) for a text");

@@ -64,7 +64,7 @@ Kinds TimeAnalysis::Work(const Expr& expr) {
       }
       if (kinds::Has(of, kinds::kDaysAndClocks)) return KindsOfDaySum(expr, of, kinds::kNumber);
       if (kinds::Has(of, kinds::kFromTimes)) return kinds::kNumberOfTime;
-      if (kinds::Has(of, kinds::kCounted)) return kinds::kCountOfTime;
+      if (kinds::Has(of, kinds::kCounted)) return kinds::Counted(of);
       return Inside(expr.children[0])->kind == ExprKind::String ? kinds::kCount : kinds::kNumber;
     }
     case ExprKind::Not:
@@ -154,11 +154,13 @@ Kinds TimeAnalysis::KindsOfArithmetic(const Expr& expr) {
   if (token.IsSymbol("||") || token.IsSymbol("->") || token.IsSymbol("->>")) {
     if (kinds::Has(both, kinds::kFromTimes)) return kinds::kTextOfTime;
     // What a date function gave keeps its zone in a longer text.
-    if (kinds::Has(both, kinds::kCountOfTime)) return kinds::kTextOfTime;
-    if (!token.IsSymbol("||")) return kinds::kAnyValue | (both & kinds::kDates);
+    if (kinds::Has(both, kinds::kCountOfTime) && !kinds::Has(both, kinds::kOfDay)) {
+      return kinds::kTextOfTime;
+    }
+    if (!token.IsSymbol("||")) return kinds::kAnyValue | kinds::Written(both);
     // How it begins, its left side tells.
     constexpr Kinds kFormat = kinds::kPart | kinds::kUnsorted;
-    const Kinds dates = (both & kinds::kDates & ~kFormat) | (left & kFormat);
+    const Kinds dates = (kinds::Written(both) & ~kFormat) | (kinds::Written(left) & kFormat);
     return dates != 0 ? dates : kinds::kAnyText;
   }
   if (kinds::Has(both, kinds::kDaysAndClocks) &&
@@ -169,7 +171,7 @@ Kinds TimeAnalysis::KindsOfArithmetic(const Expr& expr) {
   LookAtCounted(expr, *expr.children[1], left);
   if (token.IsSymbol("+") || token.IsSymbol("-")) return KindsOfSum(expr, left, right);
   if (kinds::Has(both, kinds::kFromTimes)) return kinds::kNumberOfTime;
-  return kinds::Has(both, kinds::kCounted) ? kinds::kCountOfTime : kinds::kNumber;
+  return kinds::Has(both, kinds::kCounted) ? kinds::Counted(both) : kinds::kNumber;
 }
 
 Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
@@ -195,7 +197,7 @@ Kinds TimeAnalysis::KindsOfSum(const Expr& expr, Kinds left, Kinds right) {
     return bMoved ? kinds::kShifted : kinds::kNumberOfTime;
   }
   if (kinds::Has(left | right, kinds::kFromTimes)) return kinds::kNumberOfTime;
-  if (kinds::Has(left | right, kinds::kCounted)) return kinds::kCountOfTime;
+  if (kinds::Has(left | right, kinds::kCounted)) return kinds::Counted(left | right);
   return bText ? kinds::kCount : kinds::kNumber;
 }
 
@@ -265,20 +267,27 @@ Kinds TimeAnalysis::KindsOfCast(const Expr& expr) {
   const bool bNumber = !bText && !bBytes &&
                        (has("INT") || has("REAL") || has("FLOA") || has("DOUB") ||
                         sType.starts_with("NUM") || sType.starts_with("DEC"));
-  if (bNumber && of == kinds::kTextOfTime) {
+  if (bNumber && kinds::Has(of, kinds::kTextOfTime) &&
+      kinds::IsOnly(of, kinds::kTextOfTime | kinds::kOfDay)) {
     const Expr& inside = *Inside(expr.children[0]);
     const bool bDate =
         inside.kind == ExprKind::Call && UpperCase(At(inside.operation).sText) == "STRFTIME";
-    if (bDate) return kinds::kCountOfTime;
+    if (bDate) return kinds::Counted(of);
   }
-  if (!kinds::Has(of, kinds::kFromTimes) && bNumber && kinds::Has(of, kinds::kCounted)) {
-    return kinds::kCountOfTime;
+  const bool bOfDay = kinds::Has(of, kinds::kDaysAndClocks | kinds::kOfDay);
+  if (!kinds::Has(of, kinds::kFromTimes)) {
+    // To the engine a type that it does not know means a number as well.
+    if (bNumber ? bOfDay || kinds::Has(of, kinds::kCounted) : bOfDay && !bText && !bBytes) {
+      return kinds::Counted(of);
+    }
+    // Bytes are greater than every text.
+    if (bOfDay && bBytes) return kinds::kTextOfTime;
   }
-  if (kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime)) {
+  if (kinds::Has(of, kinds::kFromTimes) || (kinds::Has(of, kinds::kCountOfTime) && !bOfDay)) {
     return bNumber ? kinds::kNumberOfTime : kinds::kTextOfTime;
   }
   if (bText) {
-    const Kinds dates = of & kinds::kDates;
+    const Kinds dates = kinds::Written(of);
     return dates != 0 ? dates : kinds::kAnyText;
   }
   return bNumber ? kinds::kNumber : kinds::kOther;

@@ -80,6 +80,7 @@ void TimeAnalysis::LookAtJoin(const Scope& scope, std::size_t joined, TokenRange
   };
   for (std::size_t i = before.begin; i < before.end; ++i) add(*scope.sources[i]);
   add(*scope.sources[joined]);
+  if (IsLeft(all)) return;
   if (kinds::MixesDays(all) && !kinds::Has(all, kinds::kTimes) && Typed() == nullptr) {
     Fail(token, "Tables are joined by a date and something else",
          "join them by ON and compare dates with dates");
@@ -113,7 +114,7 @@ void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
     if (inside.kind == ExprKind::Name && inside.chain.parts.size() == 1) {
       if (const auto place = columns.Find(Part(inside.chain, 0))) {
         kinds |= columns[*place].kinds;
-        if (kinds::MayMix(columns[*place].kinds)) {
+        if (kinds::MayMix(columns[*place].kinds) && !IsLeft(kinds)) {
           GuardOutput(*query, *place, kOnlyNumber, kinds::kOnlyNumbers);
         }
       }
@@ -122,6 +123,7 @@ void TimeAnalysis::LookAtSort(const Expr& expr, const Query* query) {
     }
   }
   kinds |= KindsOf(expr);
+  if (IsLeft(kinds)) return;
   if (kinds::MixesDays(kinds) && !kinds::Has(kinds, kinds::kTimes)) {
     Convert(expr, MeantBy(kinds));
   } else if (kinds::Mixes(kinds)) {
@@ -140,6 +142,7 @@ void TimeAnalysis::CheckNumbered(const Expr& inside, const Query& query) {
       sNumber.size() < 6 ? static_cast<std::size_t>(std::stoul("0" + sNumber)) : 0;
   if (nPlace == 0 || nPlace > columns.size()) return;
   const Kinds kinds = columns[nPlace - 1].kinds;
+  if (IsLeft(kinds)) return;
   if (kinds::MixesDays(kinds) && !kinds::Has(kinds, kinds::kTimes) && Typed() == nullptr) {
     FailMixedDays(inside.range.begin);
   }
@@ -316,6 +319,7 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
     return kinds::kTime | (all & kinds::kShifted);
   }
   if (kinds::Has(all, kinds::kDaysAndClocks)) {
+    if (IsLeft(all)) return all;
     const Meant meant = MeantBy(all);
     for (const auto& operand : operands) {
       if (!IsAsWritten(operand)) Convert(operand, meant);

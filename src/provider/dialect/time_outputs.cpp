@@ -21,6 +21,16 @@ Kinds KindsOfContent(Content content) {
   return content == Content::Clock ? kinds::kClock : kinds::kNull;
 }
 
+// What was computed as its column keeps it.
+Kinds KeptIn(const KnownColumn& column, Kinds computed) {
+  if (kinds::IsOnly(computed, kinds::kDaysAndClocks) || !kinds::Has(computed, kinds::kDates)) {
+    return computed;
+  }
+  if (column.bText) return kinds::Written(computed);
+  // A column of numbers makes one of a text that looks like one.
+  return kinds::Has(computed, kinds::kCountOfTime) ? computed : kinds::kAnyValue;
+}
+
 // To the engine no column of a query is called like a truth value: such a word is a number.
 Text NameAt(std::size_t nPlace, Text sName) {
   const bool bTruth = SameName(sName, "true") || SameName(sName, "false");
@@ -74,8 +84,8 @@ const OutputColumns& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
       const auto told = computed.find(UpperCase(column.sName));
       if (told == computed.end()) {
         kinds = kUnknown;
-      } else if (told->second != kinds::kAnyValue) {
-        kinds = told->second;
+      } else if (const Kinds kept = KeptIn(column, told->second); kept != kinds::kAnyValue) {
+        kinds = kept;
       } else if (kinds::Has(typed, kinds::kDaysAndClocks)) {
         kinds = typed | kinds::kAnyValue;
       }
@@ -97,13 +107,17 @@ const OutputColumns& TimeAnalysis::ColumnsOfFunction(const Source& source) {
     for (const char* const sName : names) columns.Add({sName, kinds, 0, bHidden});
   };
   if (SameName(At(source.table.parts.back()).sText, "generate_series")) {
-    Kinds kinds = kinds::Has(of, kinds::kCounted) ? kinds::kCountOfTime : kinds::kNumber;
+    constexpr Kinds kCounts = kinds::kCounted | kinds::kDaysAndClocks;
+    Kinds kinds = kinds::Has(of, kCounts) ? kinds::Counted(of) : kinds::kNumber;
     if (kinds::Has(of, kinds::kFromTimes)) kinds = kinds::kNumberOfTime;
     add({"value"}, kinds, false);
     add({"start", "stop", "step"}, kinds, true);
   } else {
-    Kinds kinds = kinds::kAnyValue | (of & kinds::kWrittenTime);
-    if (kinds::Has(of, kinds::kCountOfTime)) kinds = kinds::kTextOfTime;
+    constexpr Kinds kMade = kinds::kWrittenTime | kinds::kOfDay;
+    Kinds kinds = kinds::kAnyValue | (kinds::Written(of) & kMade);
+    if (kinds::Has(of, kinds::kCountOfTime) && !kinds::Has(of, kinds::kOfDay)) {
+      kinds = kinds::kTextOfTime;
+    }
     if (kinds::Has(of, kinds::kFromTimes)) kinds = kinds::kTextOfTime;
     add({"key", "value", "type", "atom", "id", "parent", "fullkey", "path"}, kinds, false);
     add({"json", "root"}, kinds, true);
@@ -259,6 +273,7 @@ void TimeAnalysis::JoinCores(const Query& query, Output& output) {
     const Kinds kinds = output.columns[i].kinds;
     const bool bDays = kinds::MixesDays(kinds) && !kinds::Has(kinds, kinds::kTimes);
     if (!kinds::Mixes(kinds) && !kinds::MayMix(kinds) && !bDays) continue;
+    if (IsLeft(kinds)) continue;
     const bool bRows = !query.cores.front()->rows.empty() && query.cores.front()->rows.size() > 1;
     const bool bJoined = query.cores.size() > 1 || bRows;
     const bool bDistinct = std::any_of(query.cores.begin(), query.cores.end(),
@@ -286,7 +301,18 @@ void TimeAnalysis::CheckReadingItself(const Query& query, const Output& output) 
     if (told == kinds::kTime && !TimeAsDouble()) {
       news &= static_cast<Kinds>(~kinds::kShifted);
     }
-    if (news != 0 && kinds::Has(output.columns[i].kinds | told, kinds::kFromTimes)) {
+    const Kinds all = output.columns[i].kinds | told;
+    if (kinds::Has(told, kinds::kDay)) {
+      // A date goes on as what date() gives.
+      news &= static_cast<Kinds>(~(kinds::kWrittenTime | kinds::kOfDay));
+    }
+    const bool bDays = kinds::Has(all, kinds::kDaysAndClocks) &&
+                       !kinds::Has(all, kinds::kFromTimes) && Typed() == nullptr;
+    if (news != 0 && bDays && !m_place.bStored) {
+      Fail(query.range.begin, "A query that reads itself begins with other values than it goes on",
+           "begin with a date and go on with what date() gives");
+    }
+    if (news != 0 && kinds::Has(all, kinds::kFromTimes)) {
       Fail(query.range.begin, "A query that reads itself begins with other values than it goes on",
            "begin with a time, as in SELECT CAST('t' AS TIMESTAMP)");
     }
@@ -315,7 +341,7 @@ std::size_t TimeAnalysis::CountSelects(const Query& query) {
       if (!view.sFailure.empty()) {
         Fail(source->table.range.begin,
              "The view \"" + found->table.sName + "\" compares times with something else",
-             "drop it and make it without: " + view.sFailure);
+             "make another one without: " + view.sFailure);
       }
       nSelects += view.nSelects;
     }

@@ -47,8 +47,8 @@ struct KnownTable {
   platform::Text sName;
   std::vector<KnownColumn> columns;
   bool bView = false;
-  platform::Text
-      sDefinition{};  ///< the statement that made it, where it computes columns or holds times
+  platform::Text sDefinition{};  ///< the statement that made it, where it computes columns or holds
+                                 ///< times or dates
   platform::Text sQuery{};  ///< stands in the place of its name where the engine has no such table
 };
 

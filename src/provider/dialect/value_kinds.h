@@ -30,6 +30,7 @@ constexpr Kinds kUnsorted = 1U << 15U;  ///< the same: such texts do not sort as
 constexpr Kinds kWrong = 1U << 16U;     ///< what compares a time with something else itself
 constexpr Kinds kDay = 1U << 17U;       ///< a date as a column of dates keeps it
 constexpr Kinds kClock = 1U << 18U;     ///< a time of day as a column of these keeps it
+constexpr Kinds kOfDay = 1U << 19U;     ///< beside others: made from dates or times of day
 
 /// What is stored as a number of microseconds, and what is worked out from that.
 constexpr Kinds kTimes = kTime | kShifted;
@@ -46,12 +47,12 @@ constexpr Kinds kAnyText = kAny | kText;
 /// A value of which nothing is known.
 constexpr Kinds kAnyValue = kAny | kLoose;
 /// What date functions give, whatever their format and zone; and of that what is in UTC.
-constexpr Kinds kDates = kWrittenTime | kUtcText | kZoneText | kPart | kUnsorted;
-constexpr Kinds kUtcDates = kWrittenTime | kUtcText | kPart | kUnsorted;
+constexpr Kinds kDates = kWrittenTime | kUtcText | kZoneText | kPart | kUnsorted | kOfDay;
+constexpr Kinds kUtcDates = kWrittenTime | kUtcText | kPart | kUnsorted | kOfDay;
 /// Of which a calculation makes a number that still counts from a stored time.
-constexpr Kinds kCounted = kCountOfTime | kWrittenTime;
+constexpr Kinds kCounted = kCountOfTime | kWrittenTime | kOfDay;
 /// What certainly is a number or null, and what is a text or null.
-constexpr Kinds kOnlyNumbers = kNumberOfTime | kCountOfTime | kNumbers;
+constexpr Kinds kOnlyNumbers = kNumberOfTime | kCountOfTime | kNumbers | kOfDay;
 constexpr Kinds kOnlyTexts = kDates | kAnyText;
 
 constexpr bool Has(Kinds kinds, Kinds any) {
@@ -60,6 +61,20 @@ constexpr bool Has(Kinds kinds, Kinds any) {
 constexpr bool IsOnly(Kinds kinds, Kinds all) {
   return (kinds & static_cast<Kinds>(~all)) == 0;
 }
+/// What a text is that is made of the values, as far as dates go. What is made of a date without a
+/// date function is in no zone of its own.
+constexpr Kinds Written(Kinds of) {
+  Kinds dates = of & kDates;
+  if (Has(of, kClock)) dates |= kPart;
+  const bool bOfFunction = Has(of, kWrittenTime | kUtcText | kZoneText);
+  if (Has(of, kDaysAndClocks) || (Has(of, kOfDay) && !bOfFunction)) dates |= kAnyText | kOfDay;
+  return dates;
+}
+/// What a number is that is worked out from the values.
+constexpr Kinds Counted(Kinds of) {
+  return kCountOfTime | (Has(of, kDaysAndClocks | kOfDay) ? kOfDay : kNull);
+}
+
 /// True when numbers of times and texts could meet among the values.
 constexpr bool Mixes(Kinds kinds) {
   return (Has(kinds, kTimes | kNumberOfTime) && Has(kinds, kTexts)) ||

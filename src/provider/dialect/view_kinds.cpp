@@ -78,7 +78,7 @@ const std::map<Text, Kinds>& ViewKinds::Computed(const FoundTable& found) {
   if (!bNew) return known->second;
   if (const auto read = ReadDefinition(found)) {
     TimeAnalysis times({found.table.sDefinition, read->tree, *read->names, *read->edits, m_settings,
-                        m_work, *this, "the definition of a table"});
+                        m_work, *this, "the definition of a table", true});
     known->second = times.Computed();
   }
   return known->second;

@@ -59,6 +59,10 @@ bool CanBegin(const WrittenFormat& format, std::string_view sText) {
   return sText.size() <= format.sShape.size() || (format.bFromYear && format.bSorts);
 }
 
+bool BeginsAsWritten(std::string_view sText) {
+  return sText.empty() || sText.front() == '-' || IsDigitOf(sText.front());
+}
+
 bool BeginsAsDate(std::string_view sText) {
   return sText.size() > 5 && std::all_of(sText.begin(), sText.begin() + 4, IsDigitOf) &&
          sText[4] == '-' && IsDigitOf(sText[5]);

@@ -22,6 +22,9 @@ WrittenFormat ReadFormat(std::string_view sFormat);
 /// stand.
 bool CanBegin(const WrittenFormat& format, std::string_view sText);
 
+/// True for a text that can be compared with written times of which the format is not known.
+bool BeginsAsWritten(std::string_view sText);
+
 /// True for a text that begins with a year, a dash and a digit.
 bool BeginsAsDate(std::string_view sText);
 

@@ -66,11 +66,13 @@ struct StatementFunction {
   std::function<platform::Value(const platform::Value&)> call;
 };
 
-/// A column that holds times as numbers; catalog and table as statements name them.
+/// A column that holds times as numbers, or dates or times of day as texts; catalog and table as
+/// statements name them.
 struct TimeColumn {
   platform::Text sCatalog;
   platform::Text sTable;
   platform::Text sColumn;
+  platform::DataType type = platform::DataType::DBTimeStamp;
   auto operator<=>(const TimeColumn&) const = default;
 };
 
@@ -102,8 +104,8 @@ struct EngineStatement {
   /// Asked when all is done, right before a change is made for good; false leaves nothing changed.
   std::function<bool()> mayCommit{};
   std::vector<StatementFunction> functions{};  ///< known to this statement only
-  /// They are looked at before the statement runs, in one transaction with it: a text or bytes in
-  /// one of them fail it with failure::kSqlError.
+  /// They are looked at before the statement runs, in one transaction with it: what is no number
+  /// among times, or no text among dates and times of day, fails it with failure::kSqlError.
   std::vector<TimeColumn> storedTimes{};
   /// With it the statement runs once for each of the rows that it gives, which take the place of
   /// the parameters, all in one transaction; see platform::Command::Batch.
@@ -167,7 +169,7 @@ struct TableSchema {
   platform::Boolean bView = false;
   std::vector<ColumnSchema> columns;  ///< in the table's order; empty when not asked for
   /// When columns are asked for, the statement that made it: of a view, and of a table that
-  /// computes columns or holds times.
+  /// computes columns or holds times or dates.
   platform::Text sDefinition{};
   std::vector<IndexSchema> indexes{};  ///< in the order of their names; empty when not asked for
   /// The query that stands for a table that the engine works out; empty where there is one.

@@ -40,6 +40,13 @@ struct TypeForm {
   bool bLength = false;  ///< what stands in brackets behind it is kept
 };
 
+/// A form that names a zone: what stands before a value, between it and the zone, and behind.
+struct ZoneForm {
+  std::string_view sBefore;
+  std::string_view sBehind;
+  std::string_view sBehindZone;
+};
+
 struct SqlForm {
   std::span<const CallForm> calls;
   std::span<const PatternForm> patterns;
@@ -65,6 +72,8 @@ struct SqlForm {
   std::string_view sTimeBehind;   ///< behind a written time in UTC: makes a time of it
   std::string_view sDayBehind;    ///< behind a written date: makes a date of it
   std::string_view sClockBehind;  ///< behind a written time of day: makes one of it
+  ZoneForm midnightInZone;        ///< of a date the moment at which it begins
+  ZoneForm dayInZone;             ///< of a written time in UTC the date
 };
 
 }  // namespace orvane::provider::engines

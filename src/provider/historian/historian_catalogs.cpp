@@ -38,21 +38,34 @@ Text NewIdentity() {
   return platform::ToText(guid);
 }
 
-// Such a text is greater than every stored time: a condition would choose it whatever it says, and
-// a DELETE would take it.
+// A text is greater than every stored time, and a number less than every date: a condition would
+// choose it whatever it says, and a DELETE would take it.
 void CheckStoredTimes(engines::FileSession& session, const CatalogRecord& record,
                       std::stop_token stop) {
   const engines::Catalog catalog = EngineCatalog(record, true);
   for (const auto& table : session.Schema(catalog, {}, stop)) {
     for (const auto& column : table.columns) {
-      if (table.bView || column.type != platform::DataType::DBTimeStamp) continue;
+      const bool bTime = column.type == platform::DataType::DBTimeStamp;
+      const bool bDay = column.type == platform::DataType::DBDate;
+      const bool bClock = column.type == platform::DataType::DBTime;
+      if (table.bView || !(bTime || bDay || bClock)) continue;
       engines::EngineStatement look;
       look.sSql = "SELECT 1 FROM " + platform::QuotedName(catalog.sName) + "." +
                   platform::QuotedName(table.sName) + " WHERE typeof(" +
-                  platform::QuotedName(column.sName) + ") IN ('text', 'blob') LIMIT 1";
+                  platform::QuotedName(column.sName) +
+                  (bTime ? ") IN ('text', 'blob') LIMIT 1" : ") NOT IN ('text', 'null') LIMIT 1");
       look.catalogs = {catalog};
       look.bReadOnly = true;
       if (session.Run(look, stop).recordset->RecordCount() == 0) continue;
+      if (!bTime) {
+        throw Failure(failure::kInvalidArgument,
+                      "The file " + record.file.string() + " holds numbers or bytes where " +
+                          (bDay ? "dates" : "times of day") + " are stored, in the column \"" +
+                          column.sName + "\" of the table \"" + table.sName +
+                          "\"; write them as texts such as " +
+                          (bDay ? "'2024-05-31'" : "'08:30:00'") +
+                          " with the program that made it, or declare the column as INTEGER.");
+      }
       throw Failure(
           failure::kInvalidArgument,
           "The file " + record.file.string() +

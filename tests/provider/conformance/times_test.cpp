@@ -171,6 +171,74 @@ TEST_P(times, of_days_meet_what_is_read_as_a_date) {
             1);
 }
 
+TEST_P(times, meet_dates_as_the_midnight_of_the_zone) {
+  const auto opened = OpenPlant("Time Zone = Europe/Madrid;");
+  Run(*opened, "CREATE TABLE Plant1..Days (Id INTEGER PRIMARY KEY, Day DATE)");
+  Run(*opened, "INSERT INTO Plant1..Days VALUES (1, '2024-05-14'), (2, '2024-05-15')");
+  Run(*opened, "CREATE TABLE Plant1..Moments (Id INTEGER PRIMARY KEY, At TIMESTAMP)");
+  Run(*opened,
+      "INSERT INTO Plant1..Moments VALUES (1, '2024-05-14T21:59:00Z'), (2, "
+      "'2024-05-14T22:00:00Z'), "
+      "(3, '2024-05-15T00:00:00Z')");
+  const std::pair<const char*, const char*> forms[] = {
+      {"At < Day", "1\n"},
+      {"At >= Day", "2\n3\n"},
+      {"Day = At", "2\n"},
+      {"At BETWEEN Day AND '2024-05-15T01:00:00Z'", "2\n3\n"},
+      {"At IN (SELECT Day FROM Plant1..Days)", "2\n"},
+      {"At < (SELECT max(Day) FROM Plant1..Days)", "1\n"},
+      {"At < coalesce(NULL, Day)", "1\n"},
+      {"At < CASE WHEN d.Id = 2 THEN Day END", "1\n"},
+      {"At = CAST(Day AS TIMESTAMP)", "2\n"},
+      {"At < CAST('2024-05-15' AS DATE)", "1\n"},
+      {"max(At, Day) = Day", "1\n2\n"},
+      {"At < date(Day)", "1\n2\n"},  // what date() gives is in UTC
+  };
+  for (const auto& [sCondition, sIds] : forms) {
+    const Text sStatement =
+        Text("SELECT m.Id FROM Plant1..Moments AS m, Plant1..Days AS d WHERE d.Id = 2 AND ") +
+        sCondition + " ORDER BY m.Id";
+    EXPECT_EQ(Failing(*opened, sStatement), "no failure") << sCondition;
+    EXPECT_EQ(Select(*opened, sStatement), sIds) << sCondition;
+  }
+  Run(*opened, "INSERT INTO Plant1..Moments SELECT Id + 10, Day FROM Plant1..Days");
+  EXPECT_EQ(Select(*opened, "SELECT At FROM Plant1..Moments WHERE Id > 10 ORDER BY Id"),
+            "2024-05-13 22:00:00\n2024-05-14 22:00:00\n");
+  EXPECT_EQ(
+      Run(*opened,
+          "DELETE FROM Plant1..Moments WHERE At < (SELECT Day FROM Plant1..Days WHERE Id = 2)")
+          .lRecordsAffected,
+      2);
+}
+
+TEST_P(times, of_which_the_day_is_meant_have_that_of_the_zone) {
+  const auto opened = OpenPlant("Time Zone = Europe/Madrid;");
+  Run(*opened, "CREATE TABLE Plant1..Days (Id INTEGER PRIMARY KEY, Day DATE)");
+  Run(*opened,
+      "INSERT INTO Plant1..Days VALUES (1, '2024-05-15'), (2, '2024-05-16'), "
+      "(3, datetime('2024-05-16 23:00:00'))");
+  const std::pair<const char*, const char*> forms[] = {
+      {"Day = datetime('2024-05-15 23:00:00')", "2\n"},
+      {"Day = CAST(datetime('2024-05-15 23:00:00') AS DATE)", "2\n"},
+      {"Day <= strftime('%Y-%m-%d %H:%M', '2024-05-15 21:59:00')", "1\n"},
+      {"Day IN (SELECT datetime('2024-05-15 22:00:00'))", "2\n"},
+      {"Day = date('2024-05-15 23:00:00')", "1\n"},
+      {"Day = '2024-05-17'", "3\n"},
+  };
+  for (const auto& [sCondition, sIds] : forms) {
+    const Text sStatement =
+        Text("SELECT Id FROM Plant1..Days WHERE ") + sCondition + " ORDER BY Id";
+    EXPECT_EQ(Failing(*opened, sStatement), "no failure") << sCondition;
+    EXPECT_EQ(Select(*opened, sStatement), sIds) << sCondition;
+  }
+  // Clocks were put forward at this midnight, and back over that one.
+  opened->PropertyValue("Time Zone", "Atlantic/Azores");
+  Run(*opened, "INSERT INTO Plant1..Days VALUES (4, '2024-03-31'), (5, '2024-10-27')");
+  EXPECT_EQ(
+      Select(*opened, "SELECT CAST(Day AS TIMESTAMP) FROM Plant1..Days WHERE Id > 3 ORDER BY Id"),
+      "2024-03-31 01:00:00\n2024-10-27 00:00:00\n");
+}
+
 TEST_P(times, that_are_none_are_told_with_their_place) {
   const auto opened = OpenPlant();
   EXPECT_EQ(Failing(*opened, "INSERT INTO Plant1..Data (Tag, Timestamp) VALUES ('T1', 'tomorrow')"),

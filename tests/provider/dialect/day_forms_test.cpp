@@ -1,66 +1,13 @@
 // Columns of types DATE and TIME: what they meet is a date, or a time of day, or refused. The rows
 // that are expected were worked out by a program of its own, on the dates of a calendar.
-#include <sqlite3.h>
-
-#include "tests/provider/dialect/forms.h"
+#include "tests/provider/dialect/days.h"
 
 namespace orvane::provider::dialect {
 namespace {
 
 using platform::Text;
 
-// A date for each of 20 days, from the day after tomorrow (of number 0) backwards, each with a time
-// of day that counts up, and a row without either. Today is 2024-05-15 in the connection's zone.
-class day_forms : public Forms {
- protected:
-  static constexpr const char* kAll = "0-20";
-
-  day_forms() {
-    Run("CREATE TABLE Plant1..Days (Id INTEGER PRIMARY KEY, Day DATE, Clock TIME, Word TEXT, Mark "
-        "TEXT)");
-    Run("CREATE TABLE Plant1..Kept (Id INTEGER PRIMARY KEY, Day DATE, Clock TIME, Word TEXT, Mark "
-        "TEXT)");
-    Run("WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n LIMIT 20) INSERT INTO "
-        "Plant1..Kept SELECT i, date('2024-05-17', '-' || i || ' days'), time(i * 3780, "
-        "'unixepoch'), CASE i % 4 WHEN 0 THEN 'y' WHEN 1 THEN '2024-05-10' WHEN 2 THEN '*-2d' ELSE "
-        "'t' END, NULL FROM n");
-    Run("INSERT INTO Plant1..Kept VALUES (20, NULL, NULL, 't', NULL)");
-    Restore();
-  }
-  void Restore() {
-    Run("DELETE FROM Plant1..Days");
-    Run("INSERT INTO Plant1..Days SELECT * FROM Plant1..Kept");
-  }
-  Text Ids(const Text& sCondition) {
-    return OnOneLine(Run("SELECT Id FROM Plant1..Days AS d WHERE " + sCondition + " ORDER BY Id"));
-  }
-  void CheckDays(const Form& form) {
-    const Text sCondition = form.sCondition;
-    const Text sExpected = Expanded(form.sHours);
-    try {
-      EXPECT_EQ(Ids(sCondition), sExpected) << sCondition;
-      Run("UPDATE Plant1..Days AS d SET Mark = 'Hit' WHERE " + sCondition);
-      EXPECT_EQ(Ids("Mark = 'Hit'"), sExpected) << "UPDATE " << sCondition;
-      Run("DELETE FROM Plant1..Days AS d WHERE " + sCondition);
-      EXPECT_EQ(OnOneLine(Run("SELECT Id FROM Plant1..Kept WHERE Id NOT IN (SELECT Id FROM "
-                              "Plant1..Days) ORDER BY Id")),
-                sExpected)
-          << "DELETE " << sCondition;
-    } catch (const platform::Failure& failed) {
-      ADD_FAILURE() << sCondition << ": " << failed.Description();
-    }
-    Restore();
-  }
-  void CheckDaysRefused(const Form& form) {
-    for (const Text& sHead : {Text("SELECT * FROM Plant1..Days AS d WHERE "),
-                              Text("UPDATE Plant1..Days AS d SET Mark = 'Hit' WHERE "),
-                              Text("DELETE FROM Plant1..Days AS d WHERE ")}) {
-      EXPECT_EQ(Failing(sHead + form.sCondition).substr(0, std::strlen(form.sHours)), form.sHours)
-          << sHead << form.sCondition;
-    }
-    EXPECT_EQ(Ids("Mark IS NULL"), Expanded(kAll)) << form.sCondition;
-  }
-};
+class day_forms : public Days {};
 
 TEST_F(day_forms, choose_the_rows_that_are_meant) {
   const Form forms[] = {
@@ -326,13 +273,7 @@ TEST_F(day_forms, of_rows_of_parameters_are_looked_at_while_they_come) {
 }
 
 TEST_F(day_forms, that_another_program_stored_wrongly_are_compared_as_they_are_and_put_right) {
-  sqlite3* file = nullptr;
-  ASSERT_EQ(sqlite3_open((m_root.Historian() / "catalogs" / "Plant1.db").c_str(), &file),
-            SQLITE_OK);
-  EXPECT_EQ(
-      sqlite3_exec(file, "UPDATE Days SET Day = 'soon' WHERE Id = 3", nullptr, nullptr, nullptr),
-      SQLITE_OK);
-  sqlite3_close(file);
+  ASSERT_EQ(Theirs("UPDATE Days SET Day = 'soon' WHERE Id = 3"), SQLITE_OK);
   EXPECT_EQ(Ids("Day > '*'"), "0 1 3 ");
   EXPECT_EQ(Ids("Day IS NOT date(Day)"), "3 ");
   EXPECT_EQ(Run("SELECT Day FROM Plant1..Days WHERE Id = 3"), "soon\n");

@@ -212,7 +212,7 @@ TEST_F(time_meetings, views_of_other_programs_are_looked_through) {
   EXPECT_EQ(
       Failing("SELECT * FROM Plant1..Wrong"),
       "The view \"Wrong\" compares times with something else (character 15 of the statement); "
-      "drop it and make it without: A time stands in a view (character 59 of the statement); "
+      "make another one without: A time stands in a view (character 59 of the statement); "
       "compare times in the statements that read it.");
   EXPECT_EQ(Refusal("DELETE FROM Plant1..Data WHERE Tag IN (SELECT Tag FROM Plant1..OverWrong)"),
             "The view \"OverWrong\" compares times with something else");

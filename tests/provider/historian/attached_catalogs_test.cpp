@@ -101,6 +101,31 @@ TEST_F(attached_catalogs, one_that_holds_texts_in_place_of_times_is_refused) {
   EXPECT_EQ(Names(*m_opened), "Functions Orvane ");
 }
 
+TEST_F(attached_catalogs, one_that_holds_numbers_in_place_of_dates_is_refused) {
+  const auto record = m_opened->CreateCatalog("Plant1", m_elsewhere.string(), 0, {});
+  m_opened->DropCatalog("Plant1", {});
+  {
+    const Stranger stranger(record.file,
+                            "CREATE TABLE Log (id, Day DATE, At TIME);"
+                            "INSERT INTO Log VALUES (1, '2024-05-31', '08:30'), (2, NULL, 'soon')");
+  }
+  EXPECT_EQ(Attach("Plant1", record.file), "no failure");
+  m_opened->DetachCatalog("Plant1", {});
+  { const Stranger stranger(record.file, "INSERT INTO Log VALUES (3, NULL, 830)"); }
+  EXPECT_EQ(Attach("Plant1", record.file),
+            "5: The file " + record.file.string() +
+                " holds numbers or bytes where times of day are stored, in the column \"At\" of "
+                "the table \"Log\"; write them as texts such as '08:30:00' with the program that "
+                "made it, or declare the column as INTEGER.");
+  { const Stranger stranger(record.file, "UPDATE Log SET Day = '20240531'"); }
+  EXPECT_EQ(Attach("Plant1", record.file),
+            "5: The file " + record.file.string() +
+                " holds numbers or bytes where dates are stored, in the column \"Day\" of the "
+                "table \"Log\"; write them as texts such as '2024-05-31' with the program that "
+                "made it, or declare the column as INTEGER.");
+  EXPECT_EQ(Names(*m_opened), "Functions Orvane ");
+}
+
 TEST_F(attached_catalogs, a_file_is_one_catalogs_only) {
   const auto record = m_opened->CreateCatalog("Plant1", m_elsewhere.string(), 0, {});
   const auto there = [](const fs::path& file, const Text& sCatalog) {

@@ -194,6 +194,11 @@ const SqlForm kPostgresForm = {
     .sTimeBehind = "::timestamptz",
     .sDayBehind = "::date",
     .sClockBehind = "::time",
+    // Where clocks are put back over midnight the first one is meant, and not the second as a
+    // server takes it: half an hour before there is one only.
+    .midnightInZone = {"(((", ")::timestamp - interval '30 minutes') AT TIME ZONE ",
+                       " + interval '30 minutes')"},
+    .dayInZone = {"(((", ")::timestamptz AT TIME ZONE ", ")::date)"},
 };
 
 }  // namespace orvane::provider::engines

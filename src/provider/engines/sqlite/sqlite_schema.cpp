@@ -159,7 +159,8 @@ platform::RecordsetPtr SqliteSchema::Query(Columns which, const std::optional<Te
   if (bColumns) {
     sSql +=
         ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value, c.hidden, CASE WHEN m.type = "
-        "'view' OR c.hidden <> 0 OR c.type LIKE '%TIME%' THEN m.sql END";
+        "'view' OR c.hidden <> 0 OR c.type LIKE '%TIME%' OR c.type LIKE '%DATE%' THEN "
+        "m.sql END";
   }
   sSql += " FROM " + platform::QuotedName(m_sQualifier) + ".sqlite_master AS m";
   if (bColumns) {

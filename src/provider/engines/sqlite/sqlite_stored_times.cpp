@@ -23,14 +23,33 @@ bool NumbersRows(sqlite3* database, const TimeColumn& column) {
                                        nullptr) == SQLITE_OK;
 }
 
+/// What the column should hold, what to write there, and what else can be done.
+struct Instead {
+  Text sKind;
+  Text sSuch;
+  Text sAdvice{};
+};
+
+Instead InsteadOf(const TimeColumn& column) {
+  if (column.type == platform::DataType::DBTimeStamp) return {"time", "'2024-05-31 10:00'"};
+  const Text sAdvice = ", or write CAST(" + platform::QuotedName(column.sColumn) +
+                       " AS INTEGER) where numbers are meant";
+  if (column.type == platform::DataType::DBDate) return {"date", "'2024-05-31'", sAdvice};
+  return {"time of day", "'08:30'", sAdvice};
+}
+
 std::optional<OddTime> FindOdd(sqlite3* database, const TimeColumn& column, const Text& sSubject) {
   const bool bNumbered = NumbersRows(database, column);
   const Text sColumn = platform::QuotedName(column.sColumn);
   // Behind all numbers come the texts, and behind these the bytes.
-  const Text sSql = "SELECT quote(substr(" + sColumn + ", 1, 40)), length(" + sColumn +
+  const Text sOdd = column.type == platform::DataType::DBTimeStamp
+                        ? sColumn + " >= ''"
+                        : "(" + sColumn + " < '' OR " + sColumn + " >= x'')";
+  const Text sSql = "SELECT CASE WHEN " + sColumn + " < '' THEN quote(" + sColumn +
+                    ") ELSE quote(substr(" + sColumn + ", 1, 40)) END, length(" + sColumn +
                     ") > 40, typeof(" + sColumn + ")" + (bNumbered ? ", quote(rowid)" : Text()) +
                     " FROM " + platform::QuotedName(column.sCatalog) + "." +
-                    platform::QuotedName(column.sTable) + " WHERE " + sColumn + " >= '' LIMIT 1";
+                    platform::QuotedName(column.sTable) + " WHERE " + sOdd + " LIMIT 1";
   SqliteStatement statement(database, sSql, sSubject);
   const auto rs = statement.FetchAll(false);
   if (rs->RecordCount() == 0) return std::nullopt;
@@ -55,15 +74,16 @@ void CheckStoredTimes(sqlite3* database, std::span<const TimeColumn> columns,
   for (const TimeColumn& column : columns) {
     const auto odd = FindOdd(database, column, sSubject);
     if (!odd) continue;
-    throw platform::Failure(
-        platform::failure::kSqlError,
-        "The column \"" + column.sColumn + "\" of the table \"" + column.sTable +
-            "\" in the catalog " + column.sCatalog + " holds " + odd->sValue + " in " + odd->sRow +
-            " and no time, so nothing can be compared with it: write a time there by UPDATE ... "
-            "SET " +
-            platform::QuotedName(column.sColumn) + " = '2024-05-31 10:00' WHERE " +
-            odd->sCondition + ", or DELETE that row.",
-        "SQLite");
+    const Instead instead = InsteadOf(column);
+    throw platform::Failure(platform::failure::kSqlError,
+                            "The column \"" + column.sColumn + "\" of the table \"" +
+                                column.sTable + "\" in the catalog " + column.sCatalog + " holds " +
+                                odd->sValue + " in " + odd->sRow + " and no " + instead.sKind +
+                                ", so nothing can be compared with it: write a " + instead.sKind +
+                                " there by UPDATE ... SET " + platform::QuotedName(column.sColumn) +
+                                " = " + instead.sSuch + " WHERE " + odd->sCondition +
+                                ", or DELETE that row" + instead.sAdvice + ".",
+                            "SQLite");
   }
 }
 
