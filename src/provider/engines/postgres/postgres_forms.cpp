@@ -188,6 +188,7 @@ const SqlForm kPostgresForm = {
         "(\"=\".v, true), ({}, false)) AS o(v, c)",
     .sBytesBefore = "'\\x",
     .sBytesBehind = "'::bytea",
+    .sInfinity = "'Infinity'::double precision",
     .sMicroseconds = " * interval '0.000001 s'",
     .sBetweenBefore = "(extract(epoch FROM (",
     .sBetweenBehind = ")) * 1000000)",
