@@ -23,7 +23,7 @@ namespace orvane::controls {
 namespace {
 
 /// In characters.
-constexpr int kMostNameWidth = 32;
+constexpr int kMostFormNameWidth = 32;
 
 QToolButton* AddHeadButton(QHBoxLayout& head, Qt::ArrowType arrow, const QString& sName,
                            const QString& sTip) {
@@ -141,7 +141,7 @@ void RowForm::Show(bool bShow) {
   m_lines->resizeColumnToContents(RowFormModel::NameSection);
   m_lines->setColumnWidth(RowFormModel::NameSection,
                           std::min(m_lines->columnWidth(RowFormModel::NameSection),
-                                   kMostNameWidth * m_lines->fontMetrics().averageCharWidth()));
+                                   kMostFormNameWidth * m_lines->fontMetrics().averageCharWidth()));
   m_lines->setFocus();
 }
 
