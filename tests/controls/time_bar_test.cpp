@@ -86,13 +86,14 @@ TEST_F(time_bar, what_has_no_focus_takes_no_wheel) {
   };
   auto& ranges = Find<QComboBox>("timeRange");
   auto& seconds = Find<QSpinBox>("followSeconds");
+  m_bar.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&m_bar));
   Find<QLineEdit>("timeFrom").setFocus();
   const int nSeconds = seconds.value();
   roll(ranges);
   roll(seconds);
   EXPECT_EQ(m_nChosen, 0);
   EXPECT_EQ(seconds.value(), nSeconds);
-  m_bar.activateWindow();
   ranges.setFocus();
   roll(ranges);
   EXPECT_EQ(m_nChosen, 1);
