@@ -164,6 +164,11 @@ void AppendGuid(ado::Column& column, Oid type, std::string_view sBytes) {
   column.AppendValue(Value(guid));
 }
 
+// To the server all values that are no number are the same, whatever their sign and bits.
+double AsOneNaN(double dValue) {
+  return std::isnan(dValue) ? std::numeric_limits<double>::quiet_NaN() : dValue;
+}
+
 // A number of single precision as it is written, not as its bits look in double precision: 0.1 and
 // not 0.10000000149011612.
 double Widened(float fValue) {
@@ -172,7 +177,7 @@ double Widened(float fValue) {
   const auto [end, code] = std::to_chars(written.data(), written.data() + written.size(), fValue);
   double dValue = fValue;
   if (code == std::errc()) std::from_chars(written.data(), end, dValue);
-  return dValue;
+  return AsOneNaN(dValue);
 }
 
 template <class T>
@@ -237,7 +242,7 @@ void AppendBinary(ado::Column& column, Oid type, std::string_view sBytes) {
     case PostgresType::Float4:
       return column.AppendDouble(Widened(std::bit_cast<float>(reader.Only<std::uint32_t>())));
     case PostgresType::Float8:
-      return column.AppendDouble(std::bit_cast<double>(reader.Only<std::uint64_t>()));
+      return column.AppendDouble(AsOneNaN(std::bit_cast<double>(reader.Only<std::uint64_t>())));
     case PostgresType::Bytea:
       return column.AppendBytes(std::as_bytes(std::span(sBytes)));
     case PostgresType::Date:
