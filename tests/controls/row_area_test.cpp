@@ -74,8 +74,8 @@ TEST(row_area, columns_are_bounded_by_characters_and_not_by_dots) {
   const auto [nUsual, nUsualName] = widths(13);
   const auto [nDouble, nDoubleName] = widths(26);
   // Letters are not exactly twice as wide at twice the height.
-  EXPECT_NEAR(nDouble, 2 * nUsual, nUsual / 4);
-  EXPECT_NEAR(nDoubleName, 2 * nUsualName, nUsualName / 4);
+  EXPECT_NEAR(nDouble, 2 * nUsual, 0.25 * nUsual);
+  EXPECT_NEAR(nDoubleName, 2 * nUsualName, 0.25 * nUsualName);
 }
 
 TEST(row_area, a_double_click_on_the_edge_of_a_name_fits_the_column) {

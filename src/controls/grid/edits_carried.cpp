@@ -22,7 +22,7 @@ Waits EditsCarried::WaitsFor(const char* sWhat) const {
 
 void EditsCarried::Keep(const RowsPlace& place, const EditSession& session, bool bWait) const {
   // All of it may go with the grid.
-  const RecordsetPtr rs = session.Recordset();
+  const auto rs = RecordsetPtr(session.Recordset());
   if (!rs) return;
   const RowTable table = session.Updatability().table;
   const auto notes = session.Notes() ? session.Notes() : std::make_shared<EditNotes>();
@@ -39,7 +39,7 @@ std::shared_ptr<EditNotes> EditsCarried::LaidOver(const RecordsetPtr& before,
   const auto unsent = m_unsent;
   const Waits waits = WaitsFor("Looking for the rows that are not stored");
   if (!before) {
-    const RowsPlace at = place;
+    const auto at = RowsPlace(place);
     auto notes = unsent->LaidOver(at, rs, updatability, waits);
     if (life.expired()) return nullptr;
     unsent->Drop(at);
@@ -70,8 +70,9 @@ std::shared_ptr<EditNotes> EditsCarried::LaidOver(const RecordsetPtr& before,
 
 std::shared_ptr<EditNotes> EditsCarried::Steps(const EditSession& session, platform::Recordset& rs,
                                                const Updatability& updatability) const {
-  const std::shared_ptr<EditNotes> notes = session.Notes();
-  const RecordsetPtr before = session.Recordset();
+  // They are what they were when the search began, whatever becomes of the session.
+  const auto notes = std::shared_ptr<EditNotes>(session.Notes());
+  const auto before = RecordsetPtr(session.Recordset());
   if (!before || !notes || (!notes->steps.CanUndo() && !notes->steps.CanRedo())) return nullptr;
   const RowTable table = session.Updatability().table;
   const Beside beside = [&statements = m_statements, life = m_statements.Life()](const auto& work) {
