@@ -31,6 +31,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/time_meetings.cpp
   dialect/time_names.cpp
   dialect/time_outputs.cpp
+  dialect/times_without_zone.cpp
   dialect/translator.cpp
   dialect/view_kinds.cpp
   dialect/written_times.cpp

@@ -5,8 +5,9 @@
 // Used by the translator, once for each statement and for each view that one reads. The kinds are
 // worked out in time_kinds.cpp, what queries put out in time_outputs.cpp, what meets what is told
 // in time_meetings.cpp and time_definitions.cpp, what is looked at again when the statement runs in
-// time_guards.cpp, what becomes a time in time_conversions.cpp, and what becomes a date or a time
-// of day, which columns of these types hold as texts, in day_conversions.cpp.
+// time_guards.cpp, what becomes a time in time_conversions.cpp, which times have no zone in
+// times_without_zone.cpp, and what becomes a date or a time of day, which columns of these types
+// hold as texts, in day_conversions.cpp.
 #pragma once
 
 #include <map>
@@ -211,7 +212,7 @@ class TimeAnalysis {
   std::set<platform::Text> NamesReliedOn();
   std::map<platform::Text, StoredTimes> Stored();
 
-  // --- becoming a time ---
+  // --- times without a zone ---
   bool IsWithoutZone(const Operand& operand);
   bool IsWithoutZone(const Expr& expr);
   bool MeetsClocks(const std::vector<Operand>& operands);
@@ -231,6 +232,8 @@ class TimeAnalysis {
   bool IsGivenText(const Operand& operand) const;
   bool IsGivenText(const Query& query, std::size_t column) const;
   bool MeetsAsText(const std::vector<Operand>& operands);
+
+  // --- becoming a time ---
   void Convert(const Operand& operand, Meant meant);
   void Convert(const Expr& expr, Meant meant = Meant::Time);
   bool ConvertParts(const Expr& expr, Kinds kinds, Meant meant);
