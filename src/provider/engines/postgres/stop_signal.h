@@ -8,6 +8,8 @@
 #include <chrono>
 #include <stop_token>
 
+#include "files/descriptor.h"
+
 namespace orvane::provider::engines {
 
 class StopSignal {
@@ -15,9 +17,6 @@ class StopSignal {
   static constexpr std::chrono::milliseconds kForever{-1};
 
   explicit StopSignal(const std::stop_token& stop);
-  StopSignal(const StopSignal&) = delete;
-  StopSignal& operator=(const StopSignal&) = delete;
-  ~StopSignal();
 
   /// Waits until the file has one of the events, the stop is requested or the time is over. A stop
   /// ends one wait, which is the next one where it was requested before. True when the file has
@@ -30,7 +29,9 @@ class StopSignal {
     void operator()() const noexcept;
   };
 
-  int m_file;  ///< becomes readable when the stop is requested; below 0 where there is no room
+  // Before the callback, whose end waits for whoever rings: the number is no other file's till
+  // then.
+  files::Descriptor m_bell;  ///< readable when the stop is requested; of -1 where there is no room
   std::stop_callback<Ring> m_callback;
 };
 
