@@ -41,10 +41,13 @@ std::pair<RowIndex, RowIndex> RowOverlay::UntouchedAround(RowIndex row) const {
     if (touched < row) begin = std::max(begin, touched + 1);
     if (touched > row) end = std::min(end, touched);
   };
-  const auto next = m_pending.lower_bound(row);
-  if (next != m_pending.end()) leaveOut(next->first);
-  if (next != m_pending.begin()) leaveOut(std::prev(next)->first);
-  for (const auto& [stored, cells] : m_stored) leaveOut(stored);
+  const auto leaveOutOf = [&](const auto& rows) {
+    const auto next = rows.lower_bound(row);
+    if (next != rows.end()) leaveOut(next->first);
+    if (next != rows.begin()) leaveOut(std::prev(next)->first);
+  };
+  leaveOutOf(m_pending);
+  leaveOutOf(m_stored);
   return {begin, end};
 }
 

@@ -6,7 +6,6 @@
 
 #include <map>
 #include <span>
-#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -58,7 +57,7 @@ class RowOverlay {
   };
 
   std::map<platform::RowIndex, Pending> m_pending;
-  std::unordered_map<platform::RowIndex, Cells> m_stored;
+  std::map<platform::RowIndex, Cells> m_stored;
   std::unordered_set<platform::RowIndex> m_gone;  // deleted for good
   platform::RowIndex m_newCount = 0;
 };

@@ -5,6 +5,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/call_kinds.cpp
   dialect/call_reader.cpp
   dialect/change_reader.cpp
+  dialect/conflict_rules.cpp
   dialect/output_columns.cpp
   dialect/day_conversions.cpp
   dialect/days_and_clocks.cpp

@@ -47,7 +47,8 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
   // Where names that differ in case only are two, the one that was written.
   auto table = std::ranges::find(tables, sTable, &engines::TableSchema::sName);
   if (table == tables.end()) table = tables.begin();
-  dialect::KnownTable known{table->sName, {}, table->bView, table->sDefinition, table->sQuery};
+  dialect::KnownTable known{table->sName, {}, table->bView, table->sDefinition, table->sQuery,
+                            table->sConflictRules};
   for (const auto& column : table->columns) {
     known.columns.push_back({column.sName, ContentOf(column), column.sDefault, column.bGenerated,
                              column.type == platform::DataType::WChar, column.bRounds,

@@ -114,7 +114,8 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   auto translation = dialect::Translate(
       statement.sText, std::move(tokens), schema,
       {m_options.TimeZone(), m_place.clock(), m_options.IdentifierPrefixes(),
-       m_options.TimeAsDouble(), Opened().Can().refusedNames, Opened().Can().form},
+       m_options.TimeAsDouble(), Opened().Can().refusedNames, Opened().Can().form,
+       statement.batch != nullptr || statement.rowsExpected.has_value()},
       work, parameters);
   if (statement.batch && translation.parameters.size() != parameters.size()) {
     throw Failure(failure::kNotSupported,

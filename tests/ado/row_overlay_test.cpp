@@ -139,6 +139,21 @@ TEST(RowOverlay, what_was_stored_becomes_the_fetched_values) {
   EXPECT_EQ(rs->FetchedCount(), 2);
 }
 
+// A look at all stored rows for each of them would not end before the time-out of the tests.
+TEST(RowOverlay, very_many_stored_rows_are_no_hindrance_to_finding_the_rows_between_them) {
+  constexpr RowIndex kRows = 600'000;
+  RowOverlay overlay;
+  const Value stored[] = {1};
+  for (RowIndex row = 0; row < kRows; row += 2) overlay.Accept(row, stored);
+  using Rows = std::pair<RowIndex, RowIndex>;
+  for (RowIndex row = 0; row < kRows - 1; row += 2) {
+    ASSERT_EQ(overlay.UntouchedAround(row), (Rows{row, row}));
+    ASSERT_EQ(overlay.UntouchedAround(row + 1).first, row + 1);
+  }
+  EXPECT_EQ(overlay.UntouchedAround(3), (Rows{3, 4}));
+  EXPECT_EQ(overlay.UntouchedAround(kRows).first, kRows - 1);
+}
+
 TEST(RowOverlay, a_row_deleted_at_the_server_stays_deleted) {
   const auto rs = SomeRows(2);
   rs->Delete(0);

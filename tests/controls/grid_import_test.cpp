@@ -20,6 +20,7 @@
 #include "tests/controls/historian_server.h"
 #include "tests/controls/random_rows.h"
 #include "tests/files/temporary_folder.h"
+#include "tests/provider/engines/database_folder.h"
 
 namespace orvane::controls {
 namespace {
@@ -96,6 +97,19 @@ TEST_F(GridImportTest, inserts_the_rows_and_shows_them) {
   EXPECT_EQ(Stored(), "7|x||2024-05-31 10:00:00\n8|y,\"z||\n");
   EXPECT_EQ(Notice(), "Imported 2 rows");
   EXPECT_EQ(Window().findChild<RowView*>("rows")->Model().Places(), 2);
+}
+
+TEST_F(GridImportTest, gives_no_row_up_for_another_whatever_the_table_says) {
+  for (const char* const sRule : {"REPLACE", "IGNORE"}) {
+    tests::Raw(m_server->CatalogFile())
+        .Run("DROP TABLE T; CREATE TABLE T (Nr INTEGER PRIMARY KEY ON CONFLICT " + Text(sRule) +
+             ", a TEXT); INSERT INTO T VALUES (1, 'x')");
+    ImportBytes("Nr,a\n2,y\n1,mine\n");
+    EXPECT_EQ(m_sTold,
+              "Line 3: A rule of the table refuses this: UNIQUE constraint failed: T.Nr; correct "
+              "the row; nothing was imported.");
+    EXPECT_EQ(Stored(), "1|x\n") << sRule;
+  }
 }
 
 TEST_F(GridImportTest, imports_nothing_when_one_line_is_wrong) {

@@ -138,6 +138,61 @@ TEST_F(RowChangesTest, a_key_is_edited_by_its_original_and_read_back_by_the_new_
   EXPECT_EQ(Read(), "new|a\ntaken|b\n");
 }
 
+// As another program made them.
+constexpr const char* const kTablesThatGiveRowsUp[] = {
+    "(k TEXT PRIMARY KEY ON CONFLICT REPLACE, a TEXT)",
+    "(k TEXT PRIMARY KEY ON CONFLICT IGNORE, a TEXT)",
+    "(k TEXT, a TEXT, PRIMARY KEY (k) on /* so */ conflict replace)",
+    "(a TEXT, k TEXT NOT NULL, CONSTRAINT \"a'b\" UNIQUE (k) ON CONFLICT REPLACE)",
+    "(k TEXT PRIMARY KEY, a TEXT UNIQUE ON CONFLICT REPLACE)",
+    "(k TEXT PRIMARY KEY ON CONFLICT REPLACE, a TEXT, t TIMESTAMP) WITHOUT ROWID"};
+
+TEST_F(RowChangesTest, no_row_is_given_up_for_another_whatever_the_table_says) {
+  for (const Text& sTable : kTablesThatGiveRowsUp) {
+    tests::Raw(m_server->CatalogFile())
+        .Run("DROP TABLE IF EXISTS T; CREATE TABLE T " + sTable +
+             "; INSERT INTO T (k, a) VALUES ('x', '1'), ('y', '2')");
+    auto mine = Open();
+    const platform::ColumnIndex k = mine.rs->FieldAt(0).Name() == "k" ? 0 : 1;
+    const RowIndex x = mine.rs->ValueAt(0, k) == Value("x") ? 0 : 1;
+    mine.rs->ValueAt(x, k, "y");
+    mine.rs->ValueAt(x, 1 - k, "2");
+    EXPECT_TRUE(FailureOf([&] { mine.Store(x); }).starts_with("3806: A rule of the table refuses"))
+        << sTable;
+    const RowIndex row = mine.rs->AddNew();
+    mine.rs->ValueAt(row, k, "y");
+    mine.rs->ValueAt(row, 1 - k, "2");
+    EXPECT_TRUE(
+        FailureOf([&] { mine.Store(row); }).starts_with("3806: A rule of the table refuses"))
+        << sTable;
+    EXPECT_EQ(Read("k, a"), "x|1\ny|2\n") << sTable;
+  }
+}
+
+TEST_F(RowChangesTest, a_null_becomes_the_default_where_the_table_says_so) {
+  tests::Raw(m_server->CatalogFile())
+      .Run(
+          "CREATE TABLE T (k TEXT PRIMARY KEY, a TEXT NOT NULL ON CONFLICT REPLACE DEFAULT 'd');"
+          "INSERT INTO T VALUES ('x', '1')");
+  auto mine = Open();
+  mine.rs->ValueAt(0, 1, Value());
+  EXPECT_FALSE(mine.Store(0));
+  EXPECT_EQ(mine.rs->ValueAt(0, 1), Value("d"));
+}
+
+TEST_F(RowChangesTest, triggers_go_on_replacing_rows_of_their_own_tables) {
+  Make("(k TEXT PRIMARY KEY, a TEXT)", "('x', '1')");
+  tests::Raw(m_server->CatalogFile())
+      .Run(
+          "CREATE TABLE Last (k TEXT PRIMARY KEY, a TEXT); INSERT INTO Last VALUES ('x', '0');"
+          "CREATE TRIGGER tr AFTER UPDATE ON T BEGIN INSERT OR REPLACE INTO Last VALUES (new.k, "
+          "new.a); END");
+  auto mine = Open();
+  mine.rs->ValueAt(0, 1, "mine");
+  EXPECT_FALSE(mine.Store(0));
+  EXPECT_EQ(m_server->Read("SELECT * FROM P..Last"), "x|mine\n");
+}
+
 TEST_F(RowChangesTest, a_row_with_a_null_in_its_key_is_refused) {
   Make("(k TEXT PRIMARY KEY, a TEXT)", "(NULL, '1'), (NULL, '1')");
   auto mine = Open();

@@ -114,6 +114,21 @@ TEST_F(import_program, refuses_headers_tables_and_files_that_do_not_fit) {
       "or choose another server.\n");
 }
 
+TEST_F(import_program, gives_no_row_up_for_another_whatever_the_table_says) {
+  MakePlant();
+  for (const char* const sRule : {"REPLACE", "IGNORE"}) {
+    Select("CREATE TABLE Plant1..T (k TEXT PRIMARY KEY ON CONFLICT " + Text(sRule) + ", a TEXT)");
+    Select("INSERT INTO Plant1..T VALUES ('y', '2')");
+    const auto outcome = Import("k,a\nx,1\ny,mine\n", "T");
+    EXPECT_EQ(outcome.nStatus, 1);
+    EXPECT_EQ(outcome.sErrors,
+              "Line 3: A rule of the table refuses this: UNIQUE constraint failed: T.k; correct "
+              "the row; nothing was imported.\n");
+    EXPECT_EQ(Select("SELECT * FROM Plant1..T"), "y|2\n") << sRule;
+    Select("DROP TABLE Plant1..T");
+  }
+}
+
 TEST_F(import_program, replaces_rows_when_it_is_told_to) {
   MakePlant();
   const Text sFile = WriteFile("rows.csv", "Tag,Unit\nT1,bar\n");

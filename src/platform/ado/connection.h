@@ -142,10 +142,12 @@ class Command : public Object {
   /// Has Execute run the statement once for each of these rows of values, instead of once with the
   /// Parameters: all runs in one transaction, so that all are done or none. RowsExpected is about
   /// each run. The values go to their columns as they are; no text is read as a time. Only for a
-  /// statement that changes rows. None, at first.
+  /// statement that changes rows. Where a rule of the table would give up that row or another one
+  /// for it, the row is refused, unless the statement itself says what to do. None, at first.
   virtual void Batch(ParameterRows rows) = 0;
   /// How many rows the statement must change: when it changes another number, Execute fails with
-  /// failure::kConflict, and nothing was changed. None, at first, lets it change any number.
+  /// failure::kConflict, and nothing was changed. With any, no other row is given up for one that
+  /// conflicts with it, as for a Batch. None, at first, lets it change any number.
   virtual void RowsExpected(std::optional<RowIndex> rows) = 0;
   /// Whether rows that were fetched are kept when the user cancels, the time is over, or there is
   /// no more room: Execute then gives them, with FetchState::Stopped, instead of failing. Only

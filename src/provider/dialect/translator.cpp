@@ -6,6 +6,7 @@
 
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "provider/dialect/conflict_rules.h"
 #include "provider/dialect/days_and_clocks.h"
 #include "provider/dialect/engine_forms.h"
 #include "provider/dialect/exact_names.h"
@@ -101,6 +102,16 @@ void BindParameters(std::string_view sStatement, const StatementTree& tree, Stat
   }
 }
 
+// Not to every table: what is said here holds for the statements of its triggers as well.
+void KeepOthers(const StatementTree& tree, const TableNames& names, StatementWork& work,
+                StatementEdits& edits) {
+  const Token& verb = tree.tokens.front();
+  if ((!verb.IsWord("INSERT") && !verb.IsWord("UPDATE")) || tree.tokens[1].IsWord("OR")) return;
+  const FoundTable* const target = names.TableOf(*tree.targetSource);
+  if (target == nullptr || !GivesRowsUp(target->table.sConflictRules, work)) return;
+  edits.Replace({0, 1}, verb.sUpper + " OR ABORT");
+}
+
 Translation TranslateTree(std::string_view sStatement, StatementTree tree, SchemaSource& schema,
                           const TranslationSettings& settings, StatementWork& work,
                           std::span<const platform::Value> parameters) {
@@ -111,6 +122,7 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
                    settings.form != nullptr);
   names.Resolve();
   BindParameters(sStatement, tree, edits, parameters);
+  if (settings.bOthersStay) KeepOthers(tree, names, work, edits);
   TimeAnalysis times({sStatement, tree, names, edits, settings, work, views, Kept(tree)});
   for (const auto& reference : tree.references) {
     const bool bPrefixed = settings.bPrefixes && !reference.chain.bStar;

@@ -50,6 +50,7 @@ struct KnownTable {
   platform::Text sDefinition{};  ///< the statement that made it, where it computes columns or holds
                                  ///< times or dates
   platform::Text sQuery{};  ///< stands in the place of its name where the engine has no such table
+  platform::Text sConflictRules{};  ///< see engines::TableSchema
 };
 
 /// Tells the translator what there is.
@@ -74,6 +75,8 @@ struct TranslationSettings {
   platform::Boolean bTimeAsDouble = false;  ///< numbers of days compare with time columns
   std::span<const std::string_view> refusedNames{};  ///< see engines::Abilities
   const engines::SqlForm* form = nullptr;            ///< the same
+  /// A row that conflicts with others is refused, also where the table would give one of them up.
+  platform::Boolean bOthersStay = false;
 };
 
 struct Translation {

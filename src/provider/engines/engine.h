@@ -174,6 +174,9 @@ struct TableSchema {
   std::vector<IndexSchema> indexes{};  ///< in the order of their names; empty when not asked for
   /// The query that stands for a table that the engine works out; empty where there is one.
   platform::Text sQuery{};
+  /// When columns are asked for, the statement that made a table with rules of its own for rows
+  /// that conflict; empty elsewhere.
+  platform::Text sConflictRules{};
 };
 
 /// A type that columns can be declared with.

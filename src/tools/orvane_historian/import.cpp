@@ -3,6 +3,7 @@
 #include "exports/row_import.h"
 #include "platform/quoting.h"
 #include "platform/row_failure.h"
+#include "provider/dialect/conflict_rules.h"
 #include "tools/orvane_historian/catalog_database.h"
 
 namespace orvane::tools {
@@ -21,15 +22,23 @@ std::vector<ImportColumn> ColumnsOf(const provider::engines::TableSchema& table)
   return columns;
 }
 
-Text InsertStatement(const Text& sTable, const std::vector<ImportColumn>& columns, bool bReplace) {
+// Rows that are there already stay, whatever the table says of rows that conflict.
+Text Verb(const provider::engines::TableSchema& table, bool bReplace) {
+  if (bReplace) return "INSERT OR REPLACE";
+  provider::dialect::StatementWork work{provider::Deadline({}, {})};
+  return provider::dialect::GivesRowsUp(table.sConflictRules, work) ? "INSERT OR ABORT" : "INSERT";
+}
+
+Text InsertStatement(const provider::engines::TableSchema& table,
+                     const std::vector<ImportColumn>& columns, bool bReplace) {
   Text sNames;
   Text sMarks;
   for (const auto& column : columns) {
     sNames += (sNames.empty() ? "" : ", ") + QuotedName(column.sName);
     sMarks += sMarks.empty() ? "?" : ", ?";
   }
-  return Text(bReplace ? "INSERT OR REPLACE" : "INSERT") + " INTO " + QuotedName(sTable) + " (" +
-         sNames + ") VALUES (" + sMarks + ")";
+  return Verb(table, bReplace) + " INTO " + QuotedName(table.sName) + " (" + sNames +
+         ") VALUES (" + sMarks + ")";
 }
 
 [[noreturn]] void RethrowOfRow(const exports::RowImport& rows, const platform::Failure& failed,
@@ -51,7 +60,7 @@ std::int64_t Import(const provider::historian::CatalogRecord& record, std::istre
   std::int64_t llRows = 0;
   database.InTransaction([&] {
     PreparedStatement insert(database,
-                             InsertStatement(table.sName, rows.Columns(), order.bReplace));
+                             InsertStatement(table, rows.Columns(), order.bReplace));
     std::vector<Value> values;
     while (rows.Next(values)) {
       ++llRows;

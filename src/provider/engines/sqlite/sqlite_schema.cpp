@@ -27,7 +27,8 @@ enum : platform::ColumnIndex {
   kKey,
   kDefault,
   kHidden,
-  kDefinition
+  kDefinition,
+  kConflictRules
 };
 
 Text TextAt(const platform::Recordset& rs, platform::RowIndex row, platform::ColumnIndex column) {
@@ -60,6 +61,9 @@ std::vector<TableSchema> TablesOf(const platform::Recordset& rs) {
     if (rs.FieldCount() <= kColumn) continue;
     TableSchema& table = tables.back();
     if (table.sDefinition.empty()) table.sDefinition = TextAt(rs, row, kDefinition);
+    if (!rs.ValueAt(row, kConflictRules).IsNull()) {
+      table.sConflictRules = TextAt(rs, row, kConflictRules);
+    }
     if (!rs.ValueAt(row, kColumn).IsNull()) table.columns.push_back(ColumnAt(rs, row));
   }
   return tables;
@@ -160,7 +164,8 @@ platform::RecordsetPtr SqliteSchema::Query(Columns which, const std::optional<Te
     sSql +=
         ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value, c.hidden, CASE WHEN m.type = "
         "'view' OR c.hidden <> 0 OR c.type LIKE '%TIME%' OR c.type LIKE '%DATE%' THEN "
-        "m.sql END";
+        "m.sql END, CASE WHEN m.type = 'table' AND c.cid = 0 AND m.sql LIKE '%CONFLICT%' THEN m.sql "
+        "END";
   }
   sSql += " FROM " + platform::QuotedName(m_sQualifier) + ".sqlite_master AS m";
   if (bColumns) {
