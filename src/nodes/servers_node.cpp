@@ -12,12 +12,32 @@ using platform::Boolean;
 using platform::Long;
 using platform::Text;
 
+namespace {
+
+constexpr const char* kRootFlag = "ServersNode";
+constexpr const char* kRootPrefix = "ServersNode_";
+
+}  // namespace
+
 ServersNode::ServersNode(platform::ObjectFactoryPtr objects) : m_objects(std::move(objects)) {}
 
 ServersNodePtr ServersNode::Create(const platform::ObjectFactoryPtr& objects) {
   const ServersNodePtr node(new ServersNode(objects));
   node->m_serverNodes = node->NewServerNodes();
   return node;
+}
+
+ServersNodePtr ServersNode::OfDocument(const platform::PropertyBag& pb,
+                                       const platform::ObjectFactoryPtr& objects) {
+  if (!platform::ToBoolean(pb.ReadProperty(kRootFlag, false))) return nullptr;
+  auto node = Create(objects);
+  node->ReadProperties(pb, kRootPrefix);
+  return node;
+}
+
+void ServersNode::WriteDocument(platform::PropertyBag& pb, const ServersNode* root) {
+  pb.WriteProperty(kRootFlag, root != nullptr);
+  if (root) root->WriteProperties(pb, kRootPrefix);
 }
 
 ServersNode::~ServersNode() {
@@ -76,6 +96,14 @@ void ServersNode::ServerNodesChanged() {
 
 Text ServersNode::FormDefaultFilterCondition(const Text& sCatalog, const Text& sTable) const {
   return access::FormDefaultFilterCondition(sCatalog, sTable, m_sDefStartTime, m_sDefEndTime);
+}
+
+void ServersNode::ApplyQueryDefaults(platform::TableQuery& query, Boolean bDefFilterCond) const {
+  query.MaxRows(m_lMaxRows);
+  query.QueryTimeout(m_lQueryTimeout);
+  if (bDefFilterCond) {
+    query.FilterCondition(FormDefaultFilterCondition(query.Catalog(), query.Table()));
+  }
 }
 
 void ServersNode::WriteProperties(platform::PropertyBag& pb, const Text& sPrefix) const {

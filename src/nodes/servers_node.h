@@ -20,6 +20,12 @@ class ServersNode : public platform::Object,
  public:
   /// The factory makes the connections and table queries of the whole tree.
   static std::shared_ptr<ServersNode> Create(const platform::ObjectFactoryPtr& objects);
+  /// The root with all beneath it as a document keeps them; none where it keeps none. Fails as
+  /// ReadProperties does.
+  static std::shared_ptr<ServersNode> OfDocument(const platform::PropertyBag& pb,
+                                                 const platform::ObjectFactoryPtr& objects);
+  /// Has the document keep that root, or that there is none.
+  static void WriteDocument(platform::PropertyBag& pb, const ServersNode* root);
   ~ServersNode() override;
 
   void Parent(const std::shared_ptr<ServersNodeOwner>& snpIn);
@@ -46,6 +52,9 @@ class ServersNode : public platform::Object,
   /// The filter condition for the default time range, empty for a table without one.
   platform::Text FormDefaultFilterCondition(const platform::Text& sCatalog,
                                             const platform::Text& sTable) const;
+  /// Gives the query the limits and, where it is wanted, the filter condition for the default time
+  /// range.
+  void ApplyQueryDefaults(platform::TableQuery& query, platform::Boolean bDefFilterCond) const;
 
   void WriteProperties(platform::PropertyBag& pb, const platform::Text& sPrefix) const;
   void ReadProperties(const platform::PropertyBag& pb, const platform::Text& sPrefix);

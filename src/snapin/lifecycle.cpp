@@ -1,18 +1,10 @@
 // The snap-in's beginning and end, and its part in saving and loading the document.
-#include "platform/conversions.h"
 #include "snapin/description.h"
 #include "snapin/snap_in.h"
 
 namespace orvane::snapin {
 
 using platform::Boolean;
-
-namespace {
-
-constexpr const char* kRootFlag = "ServersNode";
-constexpr const char* kRootPrefix = "ServersNode_";
-
-}  // namespace
 
 SnapIn::SnapIn(const platform::Services& services) : m_services(services) {
   if (!m_services.console || !m_services.objects || !m_services.forms || !m_services.ui) {
@@ -45,19 +37,14 @@ void SnapIn::SnapIn_Initialize() {
 
 Boolean SnapIn::SnapIn_ReadProperties(platform::PropertyBag& pb) {
   return Guard([&] {
-    if (!platform::ToBoolean(pb.ReadProperty(kRootFlag, false)) || m_root) return;
+    if (m_root) return;
     // Read whole before it is installed: a document that fails leaves the snap-in without a root.
-    const auto root = nodes::ServersNode::Create(m_services.objects);
-    root->ReadProperties(pb, kRootPrefix);
-    InstallRoot(root);
+    if (const auto root = nodes::ServersNode::OfDocument(pb, m_services.objects)) InstallRoot(root);
   });
 }
 
 Boolean SnapIn::SnapIn_WriteProperties(platform::PropertyBag& pb) {
-  return Guard([&] {
-    pb.WriteProperty(kRootFlag, m_root != nullptr);
-    if (m_root) m_root->WriteProperties(pb, kRootPrefix);
-  });
+  return Guard([&] { nodes::ServersNode::WriteDocument(pb, m_root.get()); });
 }
 
 void SnapIn::SnapIn_Unload() {

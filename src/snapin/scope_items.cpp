@@ -1,9 +1,9 @@
 // The console's tree: what is beneath each item, under which keys and in which order.
 #include "access/schema_browsing.h"
 #include "nodes/catalog_nodes_collection.h"
+#include "nodes/met_table.h"
 #include "nodes/query_nodes_collection.h"
 #include "nodes/server_nodes_collection.h"
-#include "nodes/table_nodes_collection.h"
 #include "snapin/node_types.h"
 #include "snapin/snap_in.h"
 #include "snapin/tags.h"
@@ -127,21 +127,7 @@ void SnapIn::AddTableScopeItem(ScopeItem& catalogItem, nodes::CatalogNode& catal
       AddScopeItem(node_type::kTable, catalogItem.Key() + "." + sTable, catalogItem, false);
   item->DisplayName(sTable);
   SetNameColumn(*item);
-  auto table = catalog.TableNodes()->Item(sTable);
-  if (!table) {
-    table = catalog.TableNodes()->Add(sTable);
-    ApplyQueryDefaults(*table->Query(), table->DefaultFilterCondition());
-  }
-  access::GetTableColumns(*table->Query(), cn);
-  item->Tag(table);
-}
-
-void SnapIn::ApplyQueryDefaults(platform::TableQuery& query, Boolean bDefFilterCond) {
-  query.MaxRows(Root().MaxRows());
-  query.QueryTimeout(Root().QueryTimeout());
-  if (bDefFilterCond) {
-    query.FilterCondition(Root().FormDefaultFilterCondition(query.Catalog(), query.Table()));
-  }
+  item->Tag(nodes::MeetTable(Root(), catalog, cn, sTable));
 }
 
 void SnapIn::ExpandQueries(ScopeItem& item) {

@@ -41,7 +41,7 @@ void SnapIn::ApplyOptions() {
   for (const auto& server : Root().ServerNodes()->NewEnum()) {
     for (const auto& catalog : server->CatalogNodes()->NewEnum()) {
       for (const auto& table : catalog->TableNodes()->NewEnum()) {
-        ApplyQueryDefaults(*table->Query(), table->DefaultFilterCondition());
+        Root().ApplyQueryDefaults(*table->Query(), table->DefaultFilterCondition());
         table->SetRecordset(nullptr, 0);
       }
     }

@@ -102,7 +102,6 @@ class SnapIn : private nodes::Counted,
   void PopulateTables(platform::ScopeItem& item);
   void AddTableScopeItem(platform::ScopeItem& catalogItem, nodes::CatalogNode& catalog,
                          const platform::ConnectionPtr& cn, const Text& sTable);
-  void ApplyQueryDefaults(platform::TableQuery& query, Boolean bDefFilterCond);
   void ExpandQueries(platform::ScopeItem& item);
   void AddQueryScopeItem(platform::ScopeItem& queriesItem,
                          const std::shared_ptr<nodes::QueryNode>& query);

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <limits>
 
+#include "controls/statements/connection_zone.h"
 #include "tests/controls/fake_data.h"
 
 namespace orvane::controls {

@@ -13,7 +13,7 @@
 #include <QTest>
 
 #include "controls/grid/table_editor.h"
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 #include "controls/view/row_numbers.h"
 #include "controls/view/row_view.h"
 #include "tests/controls/historian_server.h"

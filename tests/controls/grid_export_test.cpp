@@ -17,7 +17,7 @@
 #include "controls/grid/export_dialog.h"
 #include "controls/grid/query_results.h"
 #include "controls/grid/table_editor.h"
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 #include "platform/long_operation.h"
 #include "tests/controls/grid_fixture.h"
 #include "tests/files/temporary_folder.h"

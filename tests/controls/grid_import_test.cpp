@@ -14,7 +14,7 @@
 #include <thread>
 
 #include "controls/grid/table_editor.h"
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 #include "exports/row_export.h"
 #include "platform/conversions.h"
 #include "tests/controls/historian_server.h"

@@ -3,7 +3,7 @@
 
 #include "controls/grid/query_results.h"
 #include "controls/grid/table_editor.h"
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 #include "provider/engines/postgres/postgres_engine.h"
 #include "tests/controls/grid_fixture.h"
 #include "tests/controls/historian_server.h"

@@ -8,7 +8,7 @@
 #include <QToolButton>
 
 #include "controls/grid/table_editor.h"
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 #include "tests/controls/grid_fixture.h"
 #include "tests/controls/schema_connection.h"
 #include "tests/files/temporary_folder.h"

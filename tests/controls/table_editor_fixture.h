@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/grid/table_editor.h"
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 #include "tests/controls/grid_fixture.h"
 
 namespace orvane::controls {

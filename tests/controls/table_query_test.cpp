@@ -1,4 +1,4 @@
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "controls/grid/table_editor.h"
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 #include "tests/controls/failure_of.h"
 #include "tests/controls/grid_fixture.h"
 #include "tests/controls/query_results_fixture.h"

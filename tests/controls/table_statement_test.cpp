@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "controls/grid/table_query.h"
 #include "controls/statements/sql_text.h"
+#include "controls/statements/table_query.h"
 
 namespace orvane::controls {
 namespace {

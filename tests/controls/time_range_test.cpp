@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "controls/values/clock_input.h"
+#include "zones/clock_input.h"
 
 namespace orvane::controls {
 namespace {
@@ -124,7 +124,7 @@ TEST_F(time_range, a_moment_as_clocks_show_it_is_an_expression_of_that_moment) {
   for (int n = 0; n < 2000; ++n) {
     const Timestamp time = n % 2 == 0 ? change + microseconds(twice(random))
                                       : Timestamp(microseconds(anywhere(random)));
-    const Text sText = ClockText(time, m_zone);
+    const Text sText = zones::ClockText(time, m_zone);
     const auto read = zones::ReadTimeExpression(sText, m_zone, m_clock.now);
     ASSERT_TRUE(std::holds_alternative<Timestamp>(read)) << sText;
     ASSERT_EQ(std::get<Timestamp>(read), time) << sText;

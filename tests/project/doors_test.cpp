@@ -157,7 +157,7 @@ TEST(DoorsTest, no_doors_lead_around_in_a_circle) {
 }
 
 TEST(DoorsTest, databases_stay_in_the_provider_and_toolkits_in_the_windows) {
-  const std::set<std::string> databaseRooms = {"provider", "tools"};
+  const std::set<std::string> databaseRooms = {"provider", "tools/orvane_historian"};
   const auto isToolkitRoom = [](const std::string& sRoom) {
     return sRoom == "trend" || sRoom == "widgets" || sRoom == "sql_look" ||
            sRoom.starts_with("controls/") || sRoom.starts_with("console/");

@@ -6,7 +6,7 @@
 
 #include "controls/grid/query_results.h"
 #include "controls/grid/table_editor.h"
-#include "controls/grid/table_query.h"
+#include "controls/statements/table_query.h"
 #include "platform/failure.h"
 
 namespace orvane::controls {

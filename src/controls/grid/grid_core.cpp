@@ -5,6 +5,7 @@
 
 #include "controls/grid/grid_trend.h"
 #include "controls/grid/grid_window.h"
+#include "controls/statements/connection_zone.h"
 #include "controls/values/tell_box.h"
 #include "controls/view/status_strip.h"
 #include "platform/conversions.h"

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "controls/grid/grid_window.h"
+#include "controls/statements/connection_zone.h"
 #include "controls/statements/row_changes.h"
 #include "controls/values/tell_box.h"
 #include "platform/failure.h"

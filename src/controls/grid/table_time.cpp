@@ -6,9 +6,9 @@
 #include "controls/grid/grid_trend.h"
 #include "controls/grid/grid_window.h"
 #include "controls/statements/time_column.h"
-#include "controls/values/clock_input.h"
 #include "platform/conversions.h"
 #include "platform/quoting.h"
+#include "zones/clock_input.h"
 
 namespace orvane::controls {
 
@@ -46,7 +46,8 @@ TableTime::TableTime(GridCore& core, Grid grid)
   m_bar->OnKeep([this] { KeepRange(); });
   m_bar->OnFollow([this](TimeBar::Follow pause) { m_following.Every(pause); });
   m_core.Window().Trend().OnRange([this](const trend::TrendSpan& span) {
-    Choose(TimeRange{ClockText(span.from, m_core.Zone()), ClockText(span.to, m_core.Zone())});
+    Choose(TimeRange{zones::ClockText(span.from, m_core.Zone()),
+                     zones::ClockText(span.to, m_core.Zone())});
   });
   m_core.Window().Trend().AskUnits([this] { return AskUnits(); });
   m_core.Window().Trend().AskReach([this, life = std::weak_ptr<bool>(m_asking)] {

@@ -12,9 +12,9 @@
 #include <array>
 
 #include "controls/grid/flow_layout.h"
-#include "controls/values/clock_input.h"
 #include "widgets/drop_down_box.h"
 #include "widgets/number_box.h"
+#include "zones/clock_input.h"
 
 namespace orvane::controls {
 

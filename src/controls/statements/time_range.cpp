@@ -3,8 +3,8 @@
 #include <array>
 #include <string_view>
 
-#include "controls/values/clock_input.h"
 #include "platform/quoting.h"
+#include "zones/clock_input.h"
 
 namespace orvane::controls {
 
@@ -84,7 +84,7 @@ std::optional<TimeRange> MovedBy(const TimeRange& range, const Clock& clock, int
     return {*span->from + width, *span->to + width};
   }();
   if (!zones::IsInRange(moved[0]) || !zones::IsInRange(moved[1])) return std::nullopt;
-  return TimeRange{ClockText(moved[0], clock.zone), ClockText(moved[1], clock.zone)};
+  return TimeRange{zones::ClockText(moved[0], clock.zone), zones::ClockText(moved[1], clock.zone)};
 }
 
 }  // namespace

@@ -5,15 +5,10 @@
 #include <QString>
 #include <utility>
 
-#include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
 #include "zones/time_zone.h"
 
 namespace orvane::controls {
-
-/// The zone in which the connection counts: its property "Time Zone in Use", or where there is none
-/// "Time Zone"; UTC when this machine knows no zone of that name. Without a connection or a
-/// property the zone of this machine.
-zones::TimeZone ZoneOf(const platform::ConnectionPtr& cn);
 
 /// Name of a column's type as an administrator reads it.
 QString TypeName(platform::DataType type);

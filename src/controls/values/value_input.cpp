@@ -6,11 +6,11 @@
 #include <optional>
 #include <string_view>
 
-#include "controls/values/clock_input.h"
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "platform/quoting.h"
+#include "zones/clock_input.h"
 
 namespace orvane::controls {
 
@@ -54,11 +54,11 @@ std::int64_t ReadInteger(std::string_view sText, std::int64_t llLeast, std::int6
   const char* end = sNumber.data() + sNumber.size();
   const auto [stopped, error] = std::from_chars(sNumber.data(), end, llNumber);
   if (stopped != end || error == std::errc::invalid_argument) {
-    Refuse(QuotedInput(sText) +
+    Refuse(zones::QuotedInput(sText) +
            " is no whole number; enter digits only, with \"-\" before them where it is negative.");
   }
   if (error != std::errc() || llNumber < llLeast || llNumber > llMost) {
-    RefuseRange(QuotedInput(sText) +
+    RefuseRange(zones::QuotedInput(sText) +
                 " is outside the range of the column; enter a whole number "
                 "from " +
                 std::to_string(llLeast) + " to " + std::to_string(llMost) + ".");
@@ -72,10 +72,11 @@ double ReadDouble(std::string_view sText) {
   const char* end = sNumber.data() + sNumber.size();
   const auto [stopped, error] = std::from_chars(sNumber.data(), end, dNumber);
   if (stopped != end || error == std::errc::invalid_argument) {
-    Refuse(QuotedInput(sText) + " is no number; enter digits, with \".\" as the decimal point.");
+    Refuse(zones::QuotedInput(sText) +
+           " is no number; enter digits, with \".\" as the decimal point.");
   }
   if (error != std::errc()) {
-    RefuseRange(QuotedInput(sText) +
+    RefuseRange(zones::QuotedInput(sText) +
                 " is too large or too small for a floating-point number; enter one between "
                 "5e-324 and 1.7976931348623157e+308.");
   }
@@ -93,7 +94,7 @@ platform::Decimal ReadDecimal(std::string_view sText) {
   const bool bPointWithoutDigits = point < sRest.size() && sFraction.empty();
   if (sWhole.empty() || bPointWithoutDigits || !std::ranges::all_of(sWhole, IsDecimalDigit) ||
       !std::ranges::all_of(sFraction, IsDecimalDigit)) {
-    Refuse(QuotedInput(sText) +
+    Refuse(zones::QuotedInput(sText) +
            " is no decimal number; enter digits, with \".\" as the decimal point.");
   }
   while (sWhole.size() > 1 && sWhole.front() == '0') sWhole.remove_prefix(1);
@@ -106,7 +107,7 @@ bool ReadBoolean(std::string_view sText) {
   const Text sFolded = platform::FoldCase(sText);
   if (sFolded == "true" || sFolded == "1") return true;
   if (sFolded == "false" || sFolded == "0") return false;
-  Refuse(QuotedInput(sText) + " is neither True nor False; enter one of them.");
+  Refuse(zones::QuotedInput(sText) + " is neither True nor False; enter one of them.");
 }
 
 /// The bytes that the hexadecimal digits stand for, none when one is something else or is alone.
@@ -134,7 +135,7 @@ platform::Bytes ReadBytes(std::string_view sText) {
   const bool bMarked = sText.starts_with("0x") || sText.starts_with("0X");
   auto bytes = bMarked ? HexBytes(Without(sText.substr(2), kBlanks)) : std::nullopt;
   if (!bytes) {
-    Refuse(QuotedInput(sText) +
+    Refuse(zones::QuotedInput(sText) +
            " stands for no bytes; enter 0x and behind it two hexadecimal digits for each byte.");
   }
   return *std::move(bytes);
@@ -144,7 +145,7 @@ platform::Guid ReadGuid(std::string_view sText) {
   const auto bytes = HexBytes(Without(sText, "{-}"));
   platform::Guid guid;
   if (!bytes || bytes->size() != guid.bytes.size()) {
-    Refuse(QuotedInput(sText) +
+    Refuse(zones::QuotedInput(sText) +
            " is no GUID; enter its 32 hexadecimal digits, as in "
            "{00112233-4455-6677-8899-AABBCCDDEEFF}.");
   }
@@ -171,12 +172,12 @@ Value ReadAny(const Text& sText) {
 
 /// No clock is read: what is typed is what is kept, also what the clocks of a zone skip.
 platform::WallTime ReadWallTime(std::string_view sText) {
-  const platform::Timestamp time = ReadClock(sText, zones::TimeZone::Utc());
+  const platform::Timestamp time = zones::ReadClock(sText, zones::TimeZone::Utc());
   constexpr std::size_t kDay = 10;
   // Behind the day nothing but a distance from UTC has these.
   if (sText.find_first_of("+-Z", kDay) != std::string_view::npos) {
     throw Failure(platform::failure::kTypeMismatch,
-                  QuotedInput(sText) +
+                  zones::QuotedInput(sText) +
                       " says how far it is from UTC, but the column keeps times without a zone; "
                       "leave that out.");
   }
@@ -219,7 +220,7 @@ ValueKind KindOf(DataType type) {
 
 Text ValueInput::Shown(const Value& vtValue) const {
   if (vtValue.Kind() == ValueKind::Object) return {};
-  if (const auto* time = vtValue.As<platform::Timestamp>()) return ClockText(*time, m_zone);
+  if (const auto* time = vtValue.As<platform::Timestamp>()) return zones::ClockText(*time, m_zone);
   return platform::ToText(vtValue);
 }
 
@@ -272,13 +273,13 @@ Value ValueInput::ReadAs(ValueKind kind, const Text& sText) const {
     case ValueKind::Decimal:
       return ReadDecimal(sValue);
     case ValueKind::Timestamp:
-      return ReadClock(sValue, m_zone);
+      return zones::ReadClock(sValue, m_zone);
     case ValueKind::WallTime:
       return ReadWallTime(sValue);
     case ValueKind::Date:
-      return ReadDay(sValue);
+      return zones::ReadDay(sValue);
     case ValueKind::TimeOfDay:
-      return ReadTimeOfDay(sValue);
+      return zones::ReadTimeOfDay(sValue);
     case ValueKind::Bytes:
       return ReadBytes(sValue);
     case ValueKind::Guid:

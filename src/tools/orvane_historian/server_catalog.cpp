@@ -1,11 +1,6 @@
 #include "tools/orvane_historian/server_catalog.h"
 
-#include <fcntl.h>
-#include <termios.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include "ado/secret.h"
@@ -13,6 +8,7 @@
 #include "platform/quoting.h"
 #include "provider/engines/postgres/postgres_engine.h"
 #include "provider/engines/same_catalog.h"
+#include "tools/terminal/silent_terminal.h"
 
 namespace orvane::tools {
 
@@ -24,49 +20,6 @@ namespace failure = platform::failure;
 
 namespace {
 
-// The terminal with nothing shown of what is typed, as long as it lives. Ctrl+C ends the line
-// instead of the program, which would leave the terminal silent.
-class SilentTerminal {
- public:
-  SilentTerminal() : m_file(open("/dev/tty", O_RDWR | O_CLOEXEC)) {
-    if (m_file < 0 || tcgetattr(m_file, &m_before) != 0) return;
-    termios silent = m_before;
-    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
-    silent.c_cc[VEOL] = kInterrupt;
-    m_bSilent = tcsetattr(m_file, TCSAFLUSH, &silent) == 0;
-  }
-  SilentTerminal(const SilentTerminal&) = delete;
-  SilentTerminal& operator=(const SilentTerminal&) = delete;
-  ~SilentTerminal() {
-    if (m_bSilent) tcsetattr(m_file, TCSAFLUSH, &m_before);
-    if (m_file >= 0) close(m_file);
-  }
-
-  bool IsThere() const { return m_bSilent; }
-  void Write(std::string_view sText) const { (void)!write(m_file, sText.data(), sText.size()); }
-  // Nothing where Ctrl+C was pressed.
-  Text ReadLine() const {
-    Text sLine;
-    sLine.reserve(kMostOfALine);  // so that no copy is left behind
-    for (char character = 0; read(m_file, &character, 1) == 1 && character != '\n';) {
-      if (character == kInterrupt) {
-        ado::Wipe(sLine);
-        return {};
-      }
-      if (sLine.size() < kMostOfALine) sLine += character;
-    }
-    return sLine;
-  }
-
- private:
-  static constexpr char kInterrupt = 3;
-  static constexpr std::size_t kMostOfALine = 4096;
-
-  int m_file;
-  termios m_before{};
-  bool m_bSilent = false;
-};
-
 // Does the work without a password, and where the server wants one with that of the terminal.
 template <class Work>
 auto WithPassword(Text& sPassword, Work&& work) {
@@ -74,11 +27,7 @@ auto WithPassword(Text& sPassword, Work&& work) {
     return work(sPassword);
   } catch (const Failure& refused) {
     if (refused.Number() != failure::kNoRights || !sPassword.empty()) throw;
-    const SilentTerminal terminal;
-    if (!terminal.IsThere()) throw;
-    terminal.Write("Password: ");
-    sPassword = terminal.ReadLine();
-    terminal.Write("\n");
+    sPassword = AskedPassword("Password: ");
     if (sPassword.empty()) throw;
   }
   return work(sPassword);

@@ -1,4 +1,4 @@
-#include "controls/values/column_names.h"
+#include "controls/statements/column_names.h"
 
 #include <utility>
 

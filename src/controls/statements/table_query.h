@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "controls/values/column_names.h"
+#include "controls/statements/column_names.h"
 #include "platform/grids/query_limits.h"
 #include "platform/grids/table_query.h"
 

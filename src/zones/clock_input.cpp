@@ -1,4 +1,4 @@
-#include "controls/values/clock_input.h"
+#include "zones/clock_input.h"
 
 #include <algorithm>
 #include <charconv>
@@ -10,7 +10,7 @@
 #include "platform/quoting.h"
 #include "platform/utf8.h"
 
-namespace orvane::controls {
+namespace orvane::zones {
 
 using platform::Failure;
 using platform::Text;
@@ -117,7 +117,7 @@ Text OffsetText(seconds offset) {
 
 /// What the clocks may be ahead of UTC when they show this time: two where they show it twice, none
 /// where they skip it, the larger first.
-std::vector<seconds> OffsetsOf(Timestamp shown, const zones::TimeZone& zone) {
+std::vector<seconds> OffsetsOf(Timestamp shown, const TimeZone& zone) {
   constexpr std::chrono::hours kFarthest(27);  // no zone is farther from UTC
   std::vector<seconds> offsets;
   for (std::chrono::hours away = -kFarthest; away <= kFarthest; away += std::chrono::hours(3)) {
@@ -129,11 +129,11 @@ std::vector<seconds> OffsetsOf(Timestamp shown, const zones::TimeZone& zone) {
   return offsets;
 }
 
-Text ZoneText(const zones::TimeZone& zone) {
+Text ZoneText(const TimeZone& zone) {
   return zone.Name() == "Local" ? zone.NameInUse() : zone.Name();
 }
 
-Timestamp FromClocks(Timestamp shown, const zones::TimeZone& zone) {
+Timestamp FromClocks(Timestamp shown, const TimeZone& zone) {
   const auto offsets = OffsetsOf(shown, zone);
   if (offsets.size() == 1) return shown - offsets.front();
   const Text sShown = platform::ToText(Value(shown));
@@ -158,17 +158,17 @@ Text QuotedInput(std::string_view sText) {
   return platform::InQuotes(Text(sText.substr(0, nBytes)) + "\u2026");
 }
 
-Text ClockText(Timestamp timestamp, const zones::TimeZone& zone) {
+Text ClockText(Timestamp timestamp, const TimeZone& zone) {
   // Near the ends of the calendar the clocks may be in a year that cannot be typed.
-  if (!zones::IsInRange(timestamp)) return platform::ToText(Value(timestamp)) + "Z";
+  if (!IsInRange(timestamp)) return platform::ToText(Value(timestamp)) + "Z";
   const seconds offset = zone.OffsetAt(timestamp);
   const Timestamp shown = timestamp + offset;
-  if (!zones::IsInRange(shown)) return platform::ToText(Value(timestamp)) + "Z";
+  if (!IsInRange(shown)) return platform::ToText(Value(timestamp)) + "Z";
   const Text sText = platform::ToText(Value(shown));
   return OffsetsOf(shown, zone).size() == 1 ? sText : sText + OffsetText(offset);
 }
 
-Timestamp ReadClock(std::string_view sText, const zones::TimeZone& zone) {
+Timestamp ReadClock(std::string_view sText, const TimeZone& zone) {
   std::string_view sRest = sText;
   const auto refuse = [sText] {
     RefuseClock(QuotedInput(sText) +
@@ -192,7 +192,7 @@ Timestamp ReadClock(std::string_view sText, const zones::TimeZone& zone) {
   }
   const Timestamp shown = Checked(*day) + time;
   const Timestamp timestamp = offset ? shown - *offset : FromClocks(shown, zone);
-  if (!zones::IsInRange(timestamp)) {
+  if (!IsInRange(timestamp)) {
     RefuseClock(QuotedInput(sText) +
                 " is too early or too late; enter a time of the years 1 to "
                 "9999.");
@@ -220,4 +220,4 @@ platform::TimeOfDay ReadTimeOfDay(std::string_view sText) {
   return *time;
 }
 
-}  // namespace orvane::controls
+}  // namespace orvane::zones
