@@ -51,16 +51,31 @@ std::optional<RegisteredClass> ReadClass(const fs::path& file) {
 
 Registry::Registry(std::vector<fs::path> folders) : m_folders(std::move(folders)) {}
 
-Registry Registry::Standard(const std::optional<fs::path>& buildFolder) {
+Registry Registry::Standard(const std::optional<fs::path>& named,
+                            const std::optional<fs::path>& program) {
   std::vector<fs::path> folders;
-  if (buildFolder) folders.push_back(*buildFolder);
+  const auto add = [&folders](fs::path folder) {
+    if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(std::move(folder));
+  };
+  const fs::path prefix = program ? program->parent_path().parent_path() : fs::path();
+  std::error_code none;
+  if (named) add(*named);
+  if (program && fs::is_directory(prefix / kSubfolder, none)) add(prefix / kSubfolder);
   try {
-    folders.push_back(UserFolder());
+    add(UserFolder());
   } catch (const Failure&) {
     // Without a home folder there is nothing of the user's own to be found.
   }
-  for (auto& folder : SystemFolders()) folders.push_back(std::move(folder));
+  const fs::path installed = prefix / "share/orvane" / kSubfolder;
+  if (program && fs::is_directory(installed, none)) add(installed);
+  for (auto& folder : SystemFolders()) add(std::move(folder));
   return Registry(std::move(folders));
+}
+
+std::optional<fs::path> Registry::RunningProgram() {
+  std::error_code error;
+  auto program = fs::read_symlink("/proc/self/exe", error);
+  return error ? std::nullopt : std::optional(std::move(program));
 }
 
 fs::path Registry::UserFolder() {

@@ -23,9 +23,14 @@ class Registry {
   /// Looks in the folders in their order; those that do not exist are skipped.
   explicit Registry(std::vector<std::filesystem::path> folders);
 
-  /// The registry of this user: the build tree's own folder when one is given, then the user's,
-  /// then the system's.
-  static Registry Standard(const std::optional<std::filesystem::path>& buildFolder = {});
+  /// The registry of this user: the folder that is named when one is, then the user's, then the
+  /// system's. For a program it has that of its own build tree before the user's, and that of the
+  /// place where it is installed before the system's.
+  static Registry Standard(const std::optional<std::filesystem::path>& named = {},
+                           const std::optional<std::filesystem::path>& program = {});
+  /// The file of the program that runs, whatever name it was called by; none where the system does
+  /// not tell.
+  static std::optional<std::filesystem::path> RunningProgram();
   /// orvane/components in XDG_DATA_HOME, or in ~/.local/share. Fails with kComponent when the
   /// user has no home folder.
   static std::filesystem::path UserFolder();

@@ -116,6 +116,24 @@ TEST(RegistryTest, the_standard_order_is_build_tree_user_system) {
                           "/usr/share/orvane/components"));
 }
 
+TEST(RegistryTest, a_program_finds_what_lies_in_its_build_tree_and_beside_its_installation) {
+  const Variable data("XDG_DATA_HOME", "/users/me/data");
+  const Variable system("XDG_DATA_DIRS", "/usr/share");
+  const TemporaryFolder folder;
+  const fs::path program = folder / "bin/program";
+  const auto folders = [&] { return Registry::Standard("/named", program).Folders(); };
+  EXPECT_THAT(folders(), ElementsAre("/named", "/users/me/data/orvane/components",
+                                     "/usr/share/orvane/components"));
+  fs::create_directories(folder / "components");
+  fs::create_directories(folder / "share/orvane/components");
+  EXPECT_THAT(folders(),
+              ElementsAre("/named", folder / "components", "/users/me/data/orvane/components",
+                          folder / "share/orvane/components", "/usr/share/orvane/components"));
+  // What the system's folders hold already is looked at once.
+  const Variable same("XDG_DATA_DIRS", (folder / "share").c_str());
+  EXPECT_EQ(folders().size(), 4U);
+}
+
 TEST(RegistryTest, without_settings_the_usual_data_folders_are_taken) {
   const Variable data("XDG_DATA_HOME", "not/absolute");
   const Variable home("HOME", "/users/me");

@@ -22,22 +22,12 @@ std::shared_ptr<platform::FailureLog> StandardLog() {
   return path ? std::make_shared<LogFile>(*std::move(path)) : nullptr;
 }
 
-/// All that the snap-ins keep as texts: servers and their options are among them.
-std::vector<Text> TextsOf(const DocumentContent& content) {
-  std::vector<Text> texts;
-  for (const auto& section : content.SnapIns()) {
-    for (const auto& entry : section.bag->Entries()) {
-      if (const Text* sText = std::get_if<Text>(&entry.value)) texts.push_back(*sText);
-    }
-  }
-  return texts;
-}
-
 }  // namespace
 
 Host::Host(const std::optional<std::filesystem::path>& registryFolder,
            std::optional<std::size_t> rowMemory)
-    : m_runtime(component::Registry::Standard(registryFolder)),
+    : m_runtime(
+          component::Registry::Standard(registryFolder, component::Registry::RunningProgram())),
       m_boxes(std::make_shared<MessageBoxes>(StandardLog())) {
   m_services.unsentRows = std::make_shared<UnsentRows>(AskToGiveRowsUp);
   m_services.ui = m_boxes;
@@ -61,7 +51,7 @@ WindowParts Host::Parts(QSettings* settings) {
   parts.services = m_services;
   parts.boxes = m_boxes.get();
   parts.documentOpened = [this](const DocumentContent& content) {
-    m_dataAccess->DocumentOpened(TextsOf(content));
+    m_dataAccess->DocumentOpened(content.Texts());
   };
   parts.optionTexts = [this] { return m_dataAccess->OptionTexts(); };
   parts.eventEnded = [this] { m_dataAccess->ForgetClasses(); };
