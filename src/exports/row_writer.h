@@ -37,6 +37,8 @@ class RowWriter {
                      platform::Text& sOut) = 0;
   /// Appends one row of a recordset with the fields of the one given to Begin.
   virtual void Row(const platform::Recordset& rs, platform::RowIndex row, platform::Text& sOut) = 0;
+  /// Appends what stands behind the rows, and rows that were kept back.
+  virtual void End(platform::Text& /*sOut*/) {}
 };
 
 /// Comma-separated values: lines end in CR LF (RFC 4180); null is a field of nothing, the empty

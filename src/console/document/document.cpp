@@ -61,6 +61,19 @@ std::unique_ptr<Document> Document::Open(const Text& sPath, DocumentBag::ObjectC
   });
 }
 
+std::unique_ptr<Document> Document::OpenToRead(const Text& sPath,
+                                               DocumentBag::ObjectCreator creator,
+                                               const OpenAnyway& openAnyway) {
+  return Told(sPath, "read", [&]() -> std::unique_ptr<Document> {
+    auto document = std::make_unique<Document>(std::move(creator));
+    document->m_sPath = Absolute(sPath).string();
+    auto opened = DocumentFile::OpenToRead(document->m_sPath);
+    if (!document->ReadFrom(*opened, openAnyway)) return nullptr;
+    document->m_file = std::move(opened);
+    return document;
+  });
+}
+
 Boolean Document::ReadFrom(DocumentFile& file, const OpenAnyway& openAnyway) {
   DocumentSeal seal = DocumentSeal::Broken;
   const auto take = [&](std::string_view sBytes) {
@@ -124,7 +137,7 @@ Boolean Document::IsChangedOnDisk() const {
   return m_file && m_file->IsChanged();
 }
 
-void Document::Save(std::unique_ptr<DocumentContent> content, Boolean bOverwriteChanged) {
+void Document::Write(const DocumentContent& content, Boolean bOverwriteChanged) {
   if (!m_file) {
     throw platform::Failure(platform::failure::kDocument,
                             "The document has no file yet; save it under a name first.");
@@ -136,9 +149,17 @@ void Document::Save(std::unique_ptr<DocumentContent> content, Boolean bOverwrite
             " was changed by another program since it was opened; save under another name, or "
             "open it again and lose what was done here.");
   }
-  Told(m_sPath, "saved", [&] { m_file->Replace(WriteDocument(*content)); });
-  m_content = std::move(content);
+  Told(m_sPath, "saved", [&] { m_file->Replace(WriteDocument(content)); });
   m_bUnsaved = false;
+}
+
+void Document::Save(std::unique_ptr<DocumentContent> content, Boolean bOverwriteChanged) {
+  Write(*content, bOverwriteChanged);
+  m_content = std::move(content);
+}
+
+void Document::Seal() {
+  Write(*m_content, false);
 }
 
 void Document::SaveAs(const Text& sPath, std::unique_ptr<DocumentContent> content,

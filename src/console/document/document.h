@@ -35,6 +35,11 @@ class Document {
                                         Document* present = nullptr,
                                         const OpenAnyway& openAnyway = {});
 
+  /// Reads a document to look at it, as Open does; it is not held and cannot be saved.
+  static std::unique_ptr<Document> OpenToRead(const platform::Text& sPath,
+                                              DocumentBag::ObjectCreator creator = {},
+                                              const OpenAnyway& openAnyway = {});
+
   /// Absolute path, or empty for a document that was never saved.
   const platform::Text& Path() const noexcept { return m_sPath; }
   /// The file's name without its suffix, or "Untitled".
@@ -59,6 +64,8 @@ class Document {
   /// and the old file and content stay whole, when the file cannot be written, is read-only, or
   /// was changed by another program and bOverwriteChanged is false.
   void Save(std::unique_ptr<DocumentContent> content, platform::Boolean bOverwriteChanged = false);
+  /// Writes the content that was read with seals that fit. Fails as Save does.
+  void Seal();
   /// Writes the content to another file, replacing what is there, and goes on with that file; for
   /// the document's own file this is Save. Fails with failure::kDocument, also when another console
   /// holds that file; the document then stays what it was.
@@ -66,6 +73,7 @@ class Document {
               platform::Boolean bOverwriteChanged = false);
 
  private:
+  void Write(const DocumentContent& content, platform::Boolean bOverwriteChanged);
   /// Fills the content; false when a doubtful one is not to be opened.
   platform::Boolean ReadFrom(DocumentFile& file, const OpenAnyway& openAnyway);
   platform::Boolean IsBrokenSaveWhole(const DocumentFile& file) const;

@@ -18,4 +18,14 @@ DocumentBag& DocumentContent::SnapIn(const platform::Text& sProgId) {
   return *m_snapIns.back().bag;
 }
 
+std::vector<platform::Text> DocumentContent::Texts() const {
+  std::vector<platform::Text> texts;
+  for (const Section& section : m_snapIns) {
+    for (const auto& entry : section.bag->Entries()) {
+      if (const auto* sText = std::get_if<platform::Text>(&entry.value)) texts.push_back(*sText);
+    }
+  }
+  return texts;
+}
+
 }  // namespace orvane::console

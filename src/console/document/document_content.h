@@ -27,6 +27,8 @@ class DocumentContent {
   const DocumentBag* FindSnapIn(const platform::Text& sProgId) const;
   /// The snap-ins' bags in the order in which they were made.
   const std::vector<Section>& SnapIns() const noexcept { return m_snapIns; }
+  /// All that the snap-ins keep as texts: servers and their options are among them.
+  std::vector<platform::Text> Texts() const;
   /// What the host itself keeps: how grids are laid out. Older documents have the window in
   /// it, too, which nobody reads.
   DocumentBag& View() noexcept { return m_view; }

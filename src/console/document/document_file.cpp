@@ -65,11 +65,7 @@ std::unique_ptr<DocumentFile> DocumentFile::Open(const Text& sPath, files::LockF
   std::unique_ptr<DocumentFile> file(new DocumentFile(sPath, lock, write));
   // A console that saves puts another file under the name; then that one is the document.
   for (int i = 0; i < kMostTries; ++i) {
-    file->m_descriptor = OpenExisting(sPath.c_str());
-    if (!file->m_descriptor) CannotRead(sPath, Reason(errno), errno);
-    struct stat status {};
-    if (fstat(file->m_descriptor.Get(), &status) != 0) CannotRead(sPath, Reason(errno), errno);
-    if (!S_ISREG(status.st_mode)) CannotRead(sPath, "it is no file");
+    file->OpenPresent();
     const bool bLocked = files::TryLock(file->m_descriptor, lock);
     if (!files::IsUnderName(file->m_descriptor, sPath.c_str())) continue;
     const std::filesystem::path target = files::BehindLinks(sPath);
@@ -86,6 +82,21 @@ std::unique_ptr<DocumentFile> DocumentFile::Open(const Text& sPath, files::LockF
     return file;
   }
   CannotRead(sPath, "it is being replaced over and over");
+}
+
+std::unique_ptr<DocumentFile> DocumentFile::OpenToRead(const Text& sPath) {
+  std::unique_ptr<DocumentFile> file(new DocumentFile(sPath, flock));
+  file->OpenPresent();
+  file->m_sReadOnlyReason = "The document is only read here.";
+  return file;
+}
+
+void DocumentFile::OpenPresent() {
+  m_descriptor = OpenExisting(m_sPath.c_str());
+  if (!m_descriptor) CannotRead(m_sPath, Reason(errno), errno);
+  struct stat status {};
+  if (fstat(m_descriptor.Get(), &status) != 0) CannotRead(m_sPath, Reason(errno), errno);
+  if (!S_ISREG(status.st_mode)) CannotRead(m_sPath, "it is no file");
 }
 
 std::unique_ptr<DocumentFile> DocumentFile::Create(const Text& sPath, std::string_view sBytes,

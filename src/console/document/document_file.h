@@ -26,6 +26,9 @@ class DocumentFile {
   static std::unique_ptr<DocumentFile> Open(const platform::Text& sPath,
                                             files::LockFunction lock = flock,
                                             files::WriteFunction write = files::WriteAt);
+  /// Opens the file to be looked at: nothing is held, so that a console may have it or open it
+  /// meanwhile, and it is read-only. Fails as Open does.
+  static std::unique_ptr<DocumentFile> OpenToRead(const platform::Text& sPath);
   /// Writes a file of that name, replacing one that is there, and holds it. Fails with
   /// failure::kDocument, with nothing changed, when that cannot be done or another console holds
   /// the file.
@@ -63,6 +66,8 @@ class DocumentFile {
   DocumentFile(platform::Text sPath, files::LockFunction lock,
                files::WriteFunction write = files::WriteAt)
       : m_sPath(std::move(sPath)), m_lock(lock), m_write(write) {}
+  /// Opens the file that is under the name now.
+  void OpenPresent();
   platform::Text AllBytes(const files::Descriptor& file, const struct stat& status) const;
   /// These bytes are what the file is held against from now on.
   void HoldAgainst(std::string_view sBytes, const struct stat& status);

@@ -38,7 +38,8 @@ std::vector<fs::path> Folders(const Options& options) {
 
 int List(const Options& options) {
   const bool bAll = !options.registry && !options.bSystem && !options.bUser;
-  const auto registry = bAll ? Registry::Standard() : Registry(Folders(options));
+  const auto registry =
+      bAll ? Registry::Standard({}, Registry::RunningProgram()) : Registry(Folders(options));
   const auto listing = registry.List();
   for (const auto& registered : listing.classes) {
     const auto& description = registered.description;

@@ -1,0 +1,66 @@
+#include "tools/orvane/interruption.h"
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace orvane::tools {
+
+namespace {
+
+constexpr int kStatusOfSignals = 128;
+
+}  // namespace
+
+Interruption::Interruption() {
+  sigemptyset(&m_signals);
+  for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&m_signals, nSignal);
+  pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
+  m_listener = std::thread([this] { Listen(); });
+}
+
+Interruption::~Interruption() {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_bEnding = true;
+  }
+  pthread_kill(m_listener.native_handle(), SIGTERM);
+  m_listener.join();
+}
+
+void Interruption::Listen() {
+  for (;;) {
+    int nSignal = 0;
+    if (sigwait(&m_signals, &nSignal) != 0) continue;
+    const std::lock_guard lock(m_mutex);
+    if (m_bEnding) return;
+    if (m_nSignal != 0 || !m_stop.stop_possible()) _exit(kStatusOfSignals + nSignal);
+    m_nSignal = nSignal;
+    m_stop.request_stop();
+  }
+}
+
+void Interruption::Run(const platform::Text& /*sWhat*/,
+                       const std::function<void(std::stop_token)>& work) {
+  std::stop_token token;
+  {
+    const std::lock_guard lock(m_mutex);
+    m_stop = std::stop_source();
+    token = m_stop.get_token();
+  }
+  const struct Ran {
+    Interruption& interruption;
+    ~Ran() {
+      const std::lock_guard lock(interruption.m_mutex);
+      interruption.m_stop = std::stop_source(std::nostopstate);
+    }
+  } ran{*this};
+  work(token);
+}
+
+int Interruption::ExitStatus() const {
+  const std::lock_guard lock(m_mutex);
+  return m_nSignal == 0 ? 0 : kStatusOfSignals + m_nSignal;
+}
+
+}  // namespace orvane::tools
