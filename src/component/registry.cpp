@@ -57,6 +57,7 @@ Registry Registry::Standard(const std::optional<fs::path>& named,
   const auto add = [&folders](fs::path folder) {
     if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(std::move(folder));
   };
+  // Programs lie in bin, whether they were built or installed.
   const fs::path prefix = program ? program->parent_path().parent_path() : fs::path();
   std::error_code none;
   if (named) add(*named);

@@ -13,7 +13,7 @@ using platform::Value;
 
 TEST(AlignedText, has_names_a_line_beneath_them_and_numbers_at_the_right) {
   ado::RecordsetBuilder builder(
-      {{"name", platform::DataType::VarWChar}, {"n", platform::DataType::Integer}});
+      {{"name", platform::DataType::WChar}, {"n", platform::DataType::Integer}});
   builder.AppendRow({"K\xC3\xB6ln", platform::Long{7}});
   builder.AppendRow({"a\nb", platform::Null{}});
   const auto rs = builder.Finish();

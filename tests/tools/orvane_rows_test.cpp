@@ -30,7 +30,7 @@ class orvane_rows : public OrvaneProgram {
     EXPECT_EQ(made.nStatus, 0) << made.sErrors;
   }
 
-  static constexpr const char* kThatDay = " --from '2024-05-31Z' --to '2024-06-01Z'";
+  static constexpr const char* kThatDay = " --from '2024-05-31' --to '2024-06-01'";
 
   Ended Rows(const Text& sArguments) const {
     return Orvane("rows Plant.orvc localhost/Plant1/Data" + Text(kThatDay) + sArguments);
@@ -43,12 +43,12 @@ TEST_F(orvane_rows, are_printed_as_an_export_writes_them) {
   EXPECT_EQ(ended.nStatus, 0);
   EXPECT_EQ(ended.sOutput,
             "Tag,Timestamp,Value,Status\r\n"
-            "T2,2024-05-31 10:00:02+00:00,-7.0,\"two\nlines\"\r\n"
+            "T2,2024-05-31 10:00:02+00:00,-7,\"two\nlines\"\r\n"
             "T1,2024-05-31 10:00:01+00:00,,\"Bad, \"\"really\"\"\"\r\n"
             "T1,2024-05-31 10:00:00+00:00,1.5,Good\r\n");
   ended = Rows(" --jsonl --limit 0");
   EXPECT_EQ(ended.nStatus, 0);
-  EXPECT_THAT(ended.sOutput, EndsWith("{\"Tag\":\"T1\",\"Timestamp\":\"2024-05-31 10:00:00+00:00\","
+  EXPECT_THAT(ended.sOutput, EndsWith("{\"Tag\":\"T1\",\"Timestamp\":\"2024-05-31T10:00:00+00:00\","
                                       "\"Value\":1.5,\"Status\":\"Good\"}\n"));
   ended = Rows(" --sql");
   EXPECT_EQ(ended.nStatus, 0);
@@ -61,7 +61,7 @@ TEST_F(orvane_rows, stand_in_columns_as_text) {
   EXPECT_EQ(ended.sOutput,
             "Tag  Timestamp                  Value  Status\n"
             "---  ---------                  -----  ------\n"
-            "T2   2024-05-31 10:00:02+00:00   -7.0  two\\nlines\n"
+            "T2   2024-05-31 10:00:02+00:00     -7  two\\nlines\n"
             "T1   2024-05-31 10:00:01+00:00   NULL  Bad, \"really\"\n"
             "T1   2024-05-31 10:00:00+00:00    1.5  Good\n");
 }
@@ -135,7 +135,10 @@ TEST_F(orvane_rows, of_a_query_are_read_and_change_nothing) {
   auto ended = Orvane("query Plant.orvc localhost 'plant signals, last hour (generated)' --csv");
   EXPECT_THAT(ended.sOutput, StartsWith("Tag,Samples,Lowest,Mean,Highest,Unit\r\n"))
       << ended.sErrors;
-  WriteSample("Plant.orvc", "SELECT Timestamp, Value, Status", "DELETE FROM Plant1..Data --");
+  WriteSample("Plant.orvc",
+              "SELECT Timestamp, Value, Status\\nFROM Machine..Data\\nWHERE Tag = 'cpu.load' AND "
+              "Timestamp >= '*-1h'\\nORDER BY Timestamp DESC",
+              "DELETE FROM Plant1..Data");
   Orvane("seal Plant.orvc");
   const Text sQuery = "query Plant.orvc localhost 'Processor load, last hour'";
   ended = Orvane(sQuery);
@@ -149,7 +152,7 @@ TEST_F(orvane_rows, of_a_query_are_read_and_change_nothing) {
 
 TEST_F(orvane_rows, of_a_statement_come_from_the_standard_input) {
   auto ended = Shell(
-      "echo 'SELECT Tag, COUNT(*) AS n FROM Plant1..Data WHERE Tag LIKE '\"'T%'\"' GROUP BY Tag "
+      "echo 'SELECT Tag, COUNT(*) AS n FROM Plant1..Data WHERE Tag LIKE '\"'T_'\"' GROUP BY Tag "
       "ORDER BY Tag' | orvane sql Plant.orvc localhost - --csv");
   EXPECT_EQ(ended.nStatus, 0) << ended.sErrors;
   EXPECT_EQ(ended.sOutput, "Tag,n\r\nT1,2\r\nT2,1\r\n");

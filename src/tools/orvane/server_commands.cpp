@@ -55,6 +55,14 @@ class NameSought {
   std::optional<Text> m_found;
 };
 
+nodes::QueryNodePtr FindQuery(const nodes::ServerNode& server, const Text& sName) {
+  const Text sFolded = platform::FoldCase(sName);
+  for (const auto& query : server.QueryNodes()->NewEnum()) {
+    if (platform::FoldCase(query->QueryName()) == sFolded) return query;
+  }
+  return nullptr;
+}
+
 bool IsBlank(const Text& sText) {
   return sText.find_first_not_of(" \t\r\n") == Text::npos;
 }
@@ -138,7 +146,7 @@ void ServerCommands::Rows(const Text& sPath, const RowWishes& wishes) {
 
 void ServerCommands::Query(const Text& sServer, const Text& sQuery, const RowWishes& wishes) {
   const auto server = FindServer(*m_root, sServer);
-  const auto query = server->QueryNodes()->Item(sQuery);
+  const auto query = FindQuery(*server, sQuery);
   if (!query) {
     throw Ending(kNothingFound, "The server " + Quoted(server->Server()) + " has no query " +
                                     Quoted(sQuery) + "; \"orvane tree\" tells which it has.");
