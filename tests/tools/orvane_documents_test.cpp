@@ -14,8 +14,8 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr const char* kLimit = "_MaxRows\",\"integer\":100";
-constexpr const char* kOtherLimit = "_MaxRows\",\"integer\":200";
+constexpr const char* kLimit = "\"MaxRows\",\"integer\":100";
+constexpr const char* kOtherLimit = "\"MaxRows\",\"integer\":200";
 
 class orvane_document : public OrvaneProgram {};
 
@@ -32,12 +32,11 @@ TEST_F(orvane_document, tells_its_first_wrong_line) {
   const auto ended = Orvane("check Plant.orvc");
   EXPECT_EQ(ended.nStatus, 6);
   EXPECT_EQ(ended.sOutput, "");
-  EXPECT_THAT(ended.sErrors, HasSubstr("is damaged: line 9 is no JSON object in UTF-8"));
+  EXPECT_THAT(ended.sErrors, HasSubstr("is damaged: line 10 is no JSON object in UTF-8"));
 }
 
 TEST_F(orvane_document, tells_where_it_was_changed_outside) {
-  WriteSample("Plant.orvc", "ServerNode1_User\",\"text\":\"orvanesnapin\"",
-              "ServerNode1_User\",\"text\":\"anna\"");
+  WriteSample("Plant.orvc", "\"User\",\"text\":\"orvanesnapin\"", "\"User\",\"text\":\"anna\"");
   const auto ended = Orvane("check Plant.orvc");
   EXPECT_EQ(ended.nStatus, 6);
   EXPECT_THAT(ended.sErrors, HasSubstr("was changed outside since it was saved: the first seal "
@@ -45,13 +44,12 @@ TEST_F(orvane_document, tells_where_it_was_changed_outside) {
 }
 
 TEST_F(orvane_document, tells_the_line_of_an_object_that_cannot_be_made) {
-  WriteSample(
-      "Plant.orvc", "{\"name\":\"ServersNode_Context\"",
-      "{\"name\":\"ServersNode_Rest\",\"object\":\"orvoledbctls.tablequery\",\"state\":\"x\"}"
-      "\n{\"name\":\"ServersNode_Context\"");
+  WriteSample("Plant.orvc", "{\"name\":\"Context\"",
+              "{\"name\":\"Rest\",\"object\":\"orvoledbctls.tablequery\",\"state\":\"x\"}"
+              "\n{\"name\":\"Context\"");
   const auto ended = Orvane("check Plant.orvc");
   EXPECT_EQ(ended.nStatus, 6);
-  EXPECT_THAT(ended.sErrors, HasSubstr("holds at line 9 an object that cannot be made. The saved "
+  EXPECT_THAT(ended.sErrors, HasSubstr("holds at line 10 an object that cannot be made. The saved "
                                        "table query cannot be read: it is damaged."));
 }
 
@@ -73,7 +71,7 @@ TEST_F(orvane_document, is_sealed_after_an_edit_by_hand) {
   EXPECT_THAT(Orvane("options Plant.orvc").sOutput, StartsWith("maximum rows: 200\n"));
   // Whole again by taking the edit back: nothing but that line and its seal was written.
   WriteSample("Other.orvc");
-  Shell("sed -i 's/_MaxRows\",\"integer\":200/_MaxRows\",\"integer\":100/' Plant.orvc");
+  Shell("sed -i 's/MaxRows\",\"integer\":200/MaxRows\",\"integer\":100/' Plant.orvc");
   Orvane("seal Plant.orvc");
   EXPECT_EQ(Read("Plant.orvc"), Read("Other.orvc"));
 }
@@ -108,7 +106,7 @@ TEST_F(orvane_document, that_a_console_has_is_read_but_not_sealed) {
   EXPECT_EQ(ended.nStatus, 6);
   EXPECT_THAT(ended.sErrors, HasSubstr("it is already open by "));
   EXPECT_EQ(Read("Plant.orvc"), sBefore);
-  EXPECT_THAT(Orvane("check Plant.orvc").sErrors, HasSubstr("at line 2;"));
+  EXPECT_THAT(Orvane("check Plant.orvc").sErrors, HasSubstr("at line 4;"));
   WriteSample("Whole.orvc");
   const int nWhole = open((m_folder / "Whole.orvc").c_str(), O_RDONLY | O_CLOEXEC);
   ASSERT_EQ(flock(nWhole, LOCK_EX | LOCK_NB), 0);
@@ -147,7 +145,7 @@ TEST_F(orvane_document, prints_its_tree) {
 }
 
 TEST_F(orvane_document, without_servers_has_no_tree) {
-  Write("Plant.orvc", "{\"format\":\"orvane-console\",\"version\":2}\n{\"section\":\"end\"}\n");
+  Write("Plant.orvc", "{\"format\":\"orvane-console\",\"version\":3}\n{\"section\":\"end\"}\n");
   Orvane("seal Plant.orvc");
   const auto ended = Orvane("tree Plant.orvc");
   EXPECT_EQ(ended.nStatus, 1);

@@ -89,7 +89,7 @@ TEST_F(orvane_rows, are_cut_by_the_limit) {
 }
 
 TEST_F(orvane_rows, have_the_limit_of_the_document) {
-  WriteSample("Plant.orvc", "_MaxRows\",\"integer\":100", "_MaxRows\",\"integer\":1");
+  WriteSample("Plant.orvc", "MaxRows\",\"integer\":100", "MaxRows\",\"integer\":1");
   Orvane("seal Plant.orvc");
   EXPECT_EQ(Rows(" --csv").nStatus, 5);
   EXPECT_EQ(Rows(" --csv --limit 0").nStatus, 0);
@@ -124,7 +124,7 @@ TEST_F(orvane_rows, of_what_is_not_there_are_told_apart) {
 }
 
 TEST_F(orvane_rows, of_a_server_that_is_not_there_are_no_connection) {
-  WriteSample("Plant.orvc", "_Server\",\"text\":\"localhost\"", "_Server\",\"text\":\"nowhere\"");
+  WriteSample("Plant.orvc", "\"Server\",\"text\":\"localhost\"", "\"Server\",\"text\":\"nowhere\"");
   Orvane("seal Plant.orvc");
   const auto ended = Orvane("rows Plant.orvc nowhere/Plant1/Data");
   EXPECT_EQ(ended.nStatus, 4) << ended.sErrors;
@@ -196,12 +196,23 @@ TEST_F(orvane_rows, are_stopped_by_an_interrupt) {
   Write("endless.sql",
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i FROM n");
   const auto ended = Shell(
-      "mkfifo rows; { '" ORVANE_PROGRAM
+      "mkfifo rows; { env --default-signal=INT '" ORVANE_PROGRAM
       "' sql Plant.orvc localhost - --csv --limit 0 --timeout 0 < endless.sql > rows & } ; p=$!; "
       "exec 3< rows; read -r first <&3; kill -INT $p; cat <&3 > /dev/null; wait $p; echo $? > "
       "status");
   EXPECT_EQ(Read("status"), "130\n") << ended.sErrors;
   EXPECT_EQ(ended.sErrors, "");
+}
+
+TEST_F(orvane_rows, go_on_without_their_terminal_where_that_is_wanted) {
+  Write("endless.sql",
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i FROM n");
+  Shell(
+      "mkfifo rows; { nohup '" ORVANE_PROGRAM
+      "' sql Plant.orvc localhost - --csv --limit 0 --timeout 0 < endless.sql > rows & } ; p=$!; "
+      "exec 3< rows; read -r first <&3; kill -HUP $p; kill -TERM $p; cat <&3 > /dev/null; wait $p; "
+      "echo $? > status");
+  EXPECT_EQ(Read("status"), "143\n");
 }
 
 TEST_F(orvane_rows, have_a_structure) {

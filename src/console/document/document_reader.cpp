@@ -44,8 +44,9 @@ std::optional<std::string_view> PlainTextOf(std::string_view sLine, std::string_
 
 class Reader {
  public:
-  Reader(std::string_view sBytes, const Text& sName, DocumentContent& content)
-      : m_sBytes(sBytes), m_sName(sName), m_content(content) {}
+  Reader(std::string_view sBytes, const Text& sName, DocumentContent& content,
+         DocumentLines* lines = nullptr)
+      : m_sBytes(sBytes), m_sName(sName), m_content(content), m_lines(lines) {}
 
   void ReadHeader() {
     const std::string_view sLine = NextLine();
@@ -242,7 +243,11 @@ class Reader {
     StoredValue value = ReadValue(line, *sName);
     // The name is needed for the sentence; the bag takes a copy only when it is refused.
     if (m_bag->Find(*sName)) Twice(*sName);
+    const bool bObject = std::holds_alternative<StoredObject>(value);
     m_bag->Add(std::move(*sName), std::move(value));
+    if (m_lines && bObject) {
+      m_lines->objects.push_back({*m_bag, m_bag->Entries().back().sName, m_nLine});
+    }
   }
 
   StoredValue ReadValue(DocumentLine& line, const Text& sName) {
@@ -278,6 +283,7 @@ class Reader {
   std::string_view m_sBytes;
   const Text& m_sName;
   DocumentContent& m_content;
+  DocumentLines* m_lines;
   DocumentBag* m_bag = nullptr;
   bool m_bViewSeen = false;
   std::size_t m_nPosition = 0;
@@ -322,11 +328,11 @@ void CheckDocumentStart(std::string_view sBytes, const Text& sName) {
 }
 
 DocumentSeal ReadDocument(std::string_view sBytes, const Text& sName, DocumentContent& content,
-                          std::size_t* brokenAt) {
+                          DocumentLines* lines) {
   return WithPlainLines(sBytes, [&](std::string_view s) {
-    Reader reader(s, sName, content);
+    Reader reader(s, sName, content, lines);
     reader.Read();
-    if (brokenAt) *brokenAt = reader.Seals().BrokenAt();
+    if (lines) lines->nBroken = reader.Seals().BrokenAt();
     return reader.Seals().Result();
   });
 }

@@ -9,12 +9,20 @@ namespace orvane::tools {
 namespace {
 
 constexpr int kStatusOfSignals = 128;
+/// Ends the listener.
+constexpr int kEnough = SIGUSR1;
 
 }  // namespace
 
 Interruption::Interruption() {
   sigemptyset(&m_signals);
-  for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&m_signals, nSignal);
+  sigaddset(&m_signals, kEnough);
+  for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) {
+    // Whoever has it ignored, such as nohup, wants the program to go on.
+    struct sigaction present {};
+    sigaction(nSignal, nullptr, &present);
+    if (present.sa_handler != SIG_IGN) sigaddset(&m_signals, nSignal);
+  }
   pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
   m_listener = std::thread([this] { Listen(); });
 }
@@ -24,7 +32,7 @@ Interruption::~Interruption() {
     const std::lock_guard lock(m_mutex);
     m_bEnding = true;
   }
-  pthread_kill(m_listener.native_handle(), SIGTERM);
+  pthread_kill(m_listener.native_handle(), kEnough);
   m_listener.join();
 }
 
@@ -34,6 +42,7 @@ void Interruption::Listen() {
     if (sigwait(&m_signals, &nSignal) != 0) continue;
     const std::lock_guard lock(m_mutex);
     if (m_bEnding) return;
+    if (nSignal == kEnough) continue;
     if (m_nSignal != 0 || !m_stop.stop_possible()) _exit(kStatusOfSignals + nSignal);
     m_nSignal = nSignal;
     m_stop.request_stop();
@@ -46,6 +55,8 @@ void Interruption::Run(const platform::Text& /*sWhat*/,
   {
     const std::lock_guard lock(m_mutex);
     m_stop = std::stop_source();
+    // What came too late for the work before is meant for all that is left.
+    if (m_nSignal != 0) m_stop.request_stop();
     token = m_stop.get_token();
   }
   const struct Ran {

@@ -1,5 +1,6 @@
 // Ctrl+C and other requests to end: what runs is stopped where it runs, also on a server. A second
-// one, and one while nothing runs, ends the program at once.
+// one, and one while nothing runs, ends the program at once. A request that is ignored when the
+// program starts stays ignored.
 // Made first by the program, before there are other threads; Run is called on one thread.
 #pragma once
 

@@ -285,9 +285,10 @@ TEST(document_format, tells_the_line_at_which_the_first_seal_stops_to_fit) {
   const Text sBytes = RealisticBytes();
   const auto brokenAt = [](const Text& sRead) {
     DocumentContent content;
-    std::size_t nLine = 99;
-    ReadDocument(sRead, "plant.orvc", content, &nLine);
-    return nLine;
+    DocumentLines lines;
+    lines.nBroken = 99;
+    ReadDocument(sRead, "plant.orvc", content, &lines);
+    return lines.nBroken;
   };
   const auto lineOf = [&](std::size_t n) {
     return static_cast<std::size_t>(std::ranges::count(sBytes.substr(0, n), '\n')) + 1;
