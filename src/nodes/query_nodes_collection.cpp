@@ -45,6 +45,18 @@ void QueryNodesCollection::Insert(const QueryNodePtr& qrNode, platform::Long lIn
   }
 }
 
+void QueryNodesCollection::Refile(const QueryNodePtr& qrNode, const Text& sName,
+                                  const Text& sQuery) {
+  platform::Long lPosition = Count() + 1;
+  if (Holds(qrNode)) {
+    lPosition = Find(qrNode->QueryName());
+    Remove(qrNode->QueryName());
+  }
+  qrNode->QueryName(sName);
+  qrNode->Query(sQuery);
+  Insert(qrNode, lPosition);
+}
+
 void QueryNodesCollection::QueryNodeChanged() {
   Changed();
 }

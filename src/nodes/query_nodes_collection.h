@@ -30,6 +30,12 @@ class QueryNodesCollection : public NodesCollection<QueryNode, ServerNode> {
   /// node.
   void Insert(const QueryNodePtr& qrNode, platform::Long lIndexBefore);
 
+  /// Gives a node another name and text, and files it anew at its place; one that is not in the
+  /// list goes to the end. Fails with 457, the node staying out of the list under that name, when
+  /// the name is present.
+  void Refile(const QueryNodePtr& qrNode, const platform::Text& sName,
+              const platform::Text& sQuery);
+
   /// Called by a node when one of its settings has changed; tells the owner.
   void QueryNodeChanged();
 

@@ -8,7 +8,6 @@
 namespace orvane::snapin {
 
 using platform::Boolean;
-using platform::Long;
 using platform::ScopeItem;
 using platform::ScopeItemPtr;
 using platform::Text;
@@ -82,7 +81,10 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
   if (bLeavesRows && !MayLoseRows(place)) return;
   const Text sFolderKey = FolderKey(*item);
   if (sNewName != sOldName || !queries->Holds(query)) {
-    FileQuery(*queries, query, sNewName, dialog.SqlStatement().Text());
+    // A name that differs from another query's in case alone passed the exact search, but is
+    // refused here: the query then stays out of the list, under its new name, while its item
+    // remains.
+    queries->Refile(query, sNewName, dialog.SqlStatement().Text());
     // One that comes back may find its folder without a mark, as that of an empty list.
     if (const auto folder = m_services.console->ScopeItems().Item(sFolderKey)) {
       folder->ScopeNode()->HasChildren(true);
@@ -106,21 +108,6 @@ void SnapIn::m_mnuEdit_Click(const ScopeItemPtr& item) {
   // The rows shown are those of the old text, and would be kept for the query when it is left.
   m_qrResults->SqlText(query->Query());
   m_qrResults->Execute();
-}
-
-void SnapIn::FileQuery(nodes::QueryNodesCollection& queries, const nodes::QueryNodePtr& query,
-                       const Text& sName, const Text& sSqlText) {
-  // A query that an earlier refusal left out of the list has no place there: it goes to the end.
-  Long lPosition = queries.Count() + 1;
-  if (queries.Holds(query)) {
-    lPosition = queries.Find(query->QueryName());
-    queries.Remove(query->QueryName());
-  }
-  query->QueryName(sName);
-  query->Query(sSqlText);
-  // A name that differs from another query's in case alone passed the exact search, but is refused
-  // here: the query then stays out of the list, under its new name, while its item remains.
-  queries.Insert(query, lPosition);
 }
 
 void SnapIn::m_mnuRemove_Click(const ScopeItemPtr& item) {

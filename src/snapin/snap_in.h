@@ -189,10 +189,6 @@ class SnapIn : private nodes::Counted,
   // ---- query_commands.cpp
   void m_mnuNewQuery_Click(const platform::ScopeItemPtr& queriesItem);
   void m_mnuEdit_Click(const platform::ScopeItemPtr& item);
-  /// Files the query under that name: at the place it has, or at the end when it has none.
-  static void FileQuery(nodes::QueryNodesCollection& queries,
-                        const std::shared_ptr<nodes::QueryNode>& query, const Text& sName,
-                        const Text& sSqlText);
   void m_mnuRemove_Click(const platform::ScopeItemPtr& item);
 
   platform::Services m_services;
