@@ -166,7 +166,8 @@ void HistorianSession::RunCatalogStatement(const dialect::CatalogStatement& stat
     if (dialect::WithoutPrefix(create->sName) != create->sName) {
       engines::RefuseCatalogName(create->sName, engines::kPrefixedName);
     }
-    Opened().CreateCatalog({create->sName, create->sPath, create->llKilobytes}, stop);
+    Opened().CreateCatalog({create->sName, create->sPath, create->llKilobytes, create->sFile},
+                           stop);
     return;
   }
   const Text& sName = std::get<dialect::DropDatabase>(statement).sName;

@@ -57,7 +57,12 @@ class Reader {
         Next();
         ReadItem(create);
       }
+      const Token& end = Peek();
       Expect(")");
+      if (!create.sFile.empty() && (!create.sPath.empty() || create.llKilobytes != 0)) {
+        Fail(end, "A file is taken in as it is and where it lies",
+             "leave the path and the size out");
+      }
     }
     ExpectEnd();
     return create;
@@ -65,17 +70,18 @@ class Reader {
 
   void ReadItem(CreateDatabase& create) {
     const Token& item = Next();
-    if (!item.IsWord("PATH") && !item.IsWord("SIZE")) {
+    const bool bFile = item.IsWord("FILE");
+    if (!bFile && !item.IsWord("PATH") && !item.IsWord("SIZE")) {
       Fail(item, "Only a path and a size can be given",
            "write ON (PATH='folder') or ON (SIZE=kilobytes)");
     }
     Expect("=");
     const Token& value = Next();
-    if (item.IsWord("PATH")) {
+    if (!item.IsWord("SIZE")) {
       if (value.kind != TokenKind::String) {
         Fail(value, "The path is missing", "write it between single quotes");
       }
-      create.sPath = value.sText;
+      (bFile ? create.sFile : create.sPath) = value.sText;
       return;
     }
     const char* const end = value.sText.data() + value.sText.size();

@@ -15,6 +15,7 @@ struct CreateDatabase {
   platform::Text sName;
   platform::Text sPath;          ///< the folder for the catalog's file; empty for the usual one
   std::int64_t llKilobytes = 0;  ///< limit of the catalog's file; 0 is none
+  platform::Text sFile;          ///< a catalog's file that is taken in; empty for a new one
 };
 
 struct DropDatabase {
@@ -23,8 +24,9 @@ struct DropDatabase {
 
 using CatalogStatement = std::variant<CreateDatabase, DropDatabase>;
 
-/// CREATE DATABASE name [ON (PATH='folder', SIZE=kilobytes)] or DROP DATABASE name; none for any
-/// other statement. Either item, or both in any order. Fails with failure::kSqlError when it is
+/// CREATE DATABASE name [ON (PATH='folder', SIZE=kilobytes)], CREATE DATABASE name ON (FILE='file')
+/// or DROP DATABASE name; none for any other statement. Path and size stand alone or both in any
+/// order, a file alone. Fails with failure::kSqlError when it is
 /// not written so.
 std::optional<CatalogStatement> ReadCatalogStatement(std::string_view sStatement,
                                                      const std::vector<Token>& tokens);

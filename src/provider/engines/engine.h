@@ -35,11 +35,12 @@ struct Catalog {
   platform::Boolean bSystem = false;  ///< the server's own, in which statements only read
 };
 
-/// A catalog that is to be made.
+/// A catalog that is to be made, or taken in.
 struct NewCatalog {
   platform::Text sName;
   platform::Text sPath;          ///< where its data is to lie; empty is where the server likes
   std::int64_t llKilobytes = 0;  ///< limit of its size; 0 is none
+  platform::Text sFile{};        ///< what it is to be, where it is there already; else empty
 };
 
 /// Who opens which server.

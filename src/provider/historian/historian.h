@@ -80,4 +80,8 @@ class Historian {
 /// As the engine reaches the catalog.
 engines::Catalog EngineCatalog(const CatalogRecord& record, platform::Boolean bReadOnly);
 
+/// Fails with kInvalidArgument for a path that does not begin with "/": whoever sends it stands in
+/// another folder.
+void RequireComplete(const platform::Text& sPath);
+
 }  // namespace orvane::provider::historian

@@ -79,12 +79,9 @@ void CheckStoredTimes(engines::FileSession& session, const CatalogRecord& record
 }
 
 fs::path CheckedFolder(const Text& sPath) {
+  RequireComplete(sPath);
   const fs::path folder(sPath);
   std::error_code error;
-  if (!folder.is_absolute()) {
-    throw Failure(failure::kInvalidArgument,
-                  "The path \"" + sPath + "\" is not complete; enter one that begins with \"/\".");
-  }
   const auto status = fs::status(folder, error);
   if (error == std::errc::permission_denied ||
       (status.type() == fs::file_type::directory && !files::MayWriteInto(folder))) {
@@ -123,6 +120,12 @@ void CheckNoFile(const CatalogRecord& record, const fs::path& folder) {
 }
 
 }  // namespace
+
+void RequireComplete(const Text& sPath) {
+  if (fs::path(sPath).is_absolute()) return;
+  throw Failure(failure::kInvalidArgument,
+                "The path \"" + sPath + "\" is not complete; enter one that begins with \"/\".");
+}
 
 CatalogRecord Historian::CreateCatalog(const Text& sName, const Text& sPath,
                                        std::int64_t llKilobytes, std::stop_token stop,

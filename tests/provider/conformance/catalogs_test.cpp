@@ -44,6 +44,27 @@ TEST_P(catalogs, creates_and_drops_catalogs) {
             "Plant2\nPlant3\n");
 }
 
+TEST_P(catalogs, takes_in_the_file_of_a_catalog_where_catalogs_are_files) {
+  const auto opened = Open();
+  const Text sFile = m_server->Path() + "/Far.db";
+  const Text sTakeIn = "CREATE DATABASE \"Back\" ON (FILE='" + sFile + "')";
+  if (Differs(Difference::kChoosesItsPlaces)) {
+    EXPECT_EQ(
+        Failing(*opened, sTakeIn),
+        "3808: The server keeps no catalog in a file; make a new one and import the rows into "
+        "it.");
+    return;
+  }
+  Run(*opened, "CREATE DATABASE \"Far\" ON (PATH='" + m_server->Path() + "')");
+  Run(*opened, "INSERT INTO Far..Tags (Tag) VALUES ('T1')");
+  EXPECT_NE(Failing(*opened, sTakeIn).find("is that of the catalog \"Far\" already"), Text::npos);
+  Run(*opened, "DROP DATABASE \"Far\"");
+  Run(*opened, sTakeIn);
+  EXPECT_EQ(Select(*opened, "SELECT Tag FROM Back..Tags"), "T1\n");
+  EXPECT_EQ(Failing(*opened, "CREATE DATABASE \"Near\" ON (FILE='Near.db')"),
+            "5: The path \"Near.db\" is not complete; enter one that begins with \"/\".");
+}
+
 TEST_P(catalogs, knows_catalogs_by_their_identity_where_the_option_says_so) {
   const auto opened = OpenPlant("Historians By GUID = True;");
   const Text sIdentity =

@@ -1,6 +1,6 @@
 #include "provider/dialect/catalog_statement.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "platform/failure.h"
 #include "tests/provider/dialect/tokens.h"
@@ -16,6 +16,7 @@ Text Read(const Text& sStatement) {
     if (!read) return "none";
     if (const auto* const drop = std::get_if<DropDatabase>(&*read)) return "drop " + drop->sName;
     const auto& create = std::get<CreateDatabase>(*read);
+    if (!create.sFile.empty()) return "take in " + create.sName + " from '" + create.sFile + "'";
     return "create " + create.sName + " at '" + create.sPath + "' of " +
            std::to_string(create.llKilobytes);
   } catch (const platform::Failure& failure) {
@@ -29,6 +30,7 @@ TEST(catalog_statement, is_read_in_every_form_in_which_it_is_sent) {
   EXPECT_EQ(Read("CREATE DATABASE \"N\" ON (PATH='P')"), "create N at 'P' of 0");
   EXPECT_EQ(Read("CREATE DATABASE \"N\" ON (SIZE=5)"), "create N at '' of 5");
   EXPECT_EQ(Read("create database [N M] on (size=5, path='/a b')"), "create N M at '/a b' of 5");
+  EXPECT_EQ(Read("CREATE DATABASE \"N\" ON (FILE='/a/b.db')"), "take in N from '/a/b.db'");
   EXPECT_EQ(Read("DROP DATABASE \"N\""), "drop N");
   EXPECT_EQ(Read("drop database N;"), "drop N");
 }
@@ -58,6 +60,10 @@ TEST(catalog_statement, says_what_is_written_wrongly) {
   EXPECT_EQ(Read("CREATE DATABASE N ON (PATH=P)"),
             "The path is missing (character 28 of the statement); write it between single "
             "quotes.");
+  for (const char* const sItems : {"FILE='/f', SIZE=5", "PATH='/', FILE='/'"}) {
+    EXPECT_THAT(Read("CREATE DATABASE N ON (" + Text(sItems) + ")"),
+                testing::StartsWith("A file is taken in as it is and where it lies (character "));
+  }
   for (const char* const sSize : {"0", "1.5", "99999999999999999999", "x"}) {
     EXPECT_EQ(Read("CREATE DATABASE N ON (SIZE=" + Text(sSize) + ")"),
               "The size is no number of kilobytes (character 28 of the statement); write a whole "

@@ -43,6 +43,11 @@ std::vector<Catalog> EmbeddedSession::Catalogs(std::stop_token stop) {
 }
 
 void EmbeddedSession::CreateCatalog(const NewCatalog& catalog, std::stop_token stop) {
+  if (!catalog.sFile.empty()) {
+    historian::RequireComplete(catalog.sFile);
+    Opened().AttachCatalog(catalog.sName, catalog.sFile, std::move(stop));
+    return;
+  }
   Opened().CreateCatalog(catalog.sName, catalog.sPath, catalog.llKilobytes, std::move(stop));
 }
 

@@ -120,6 +120,10 @@ void PostgresSession::CreateCatalog(const NewCatalog& catalog, std::stop_token s
     Refuse(failure::kNotSupported,
            "The server keeps its catalogs where its administrator chose; leave the path out.");
   }
+  if (!catalog.sFile.empty()) {
+    Refuse(failure::kNotSupported,
+           "The server keeps no catalog in a file; make a new one and import the rows into it.");
+  }
   if (catalog.llKilobytes != 0) {
     Refuse(failure::kNotSupported, "The server limits no catalog's size; leave the size out.");
   }
