@@ -158,8 +158,15 @@ platform::FetchState GridStatements::FetchAgain(const Text& sSqlText,
   command->MaxRecords(0);
   command->CommandTimeout(0);
   command->ReadOnly(true);
-  command->Sink(sink);
-  return command->Execute()->State();
+  bool bCame = false;
+  command->Sink([&](const platform::RecordsetPtr& rows) {
+    bCame = true;
+    sink(rows);
+  });
+  const platform::RecordsetPtr rs = command->Execute();
+  // Where there are no rows there are still columns.
+  if (!bCame) sink(rs);
+  return rs->State();
 }
 
 controls::Updatability GridStatements::Updatability(const std::optional<RowTable>& table,
