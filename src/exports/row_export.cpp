@@ -42,6 +42,7 @@ void RowExport::Rows(const Recordset& rs) {
 }
 
 Exported RowExport::Finish(bool bCut, const std::stop_token& stop) {
+  m_writer->End(m_sBuffer);
   Flush();
   if (bCut) return {m_rows, m_file.FinishMarked(" (" + CutMark(m_rows) + ")", stop), true};
   m_file.Finish(stop);

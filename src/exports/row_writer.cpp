@@ -5,6 +5,7 @@
 #include <set>
 #include <string_view>
 
+#include "exports/aligned_text.h"
 #include "exports/value_text.h"
 #include "platform/conversions.h"
 #include "platform/json_text.h"
@@ -285,6 +286,8 @@ std::unique_ptr<RowWriter> MakeRowWriter(WriterOptions options) {
       return std::make_unique<JsonLinesWriter>(std::move(options));
     case Form::Sql:
       return std::make_unique<SqlWriter>(std::move(options));
+    case Form::AlignedText:
+      return MakeAlignedText(std::move(options.zone));
     case Form::Csv:
       break;
   }

@@ -13,7 +13,7 @@
 
 namespace orvane::exports {
 
-enum class Form : std::uint8_t { Csv, JsonLines, Sql };
+enum class Form : std::uint8_t { Csv, JsonLines, Sql, AlignedText };
 
 struct WriterOptions {
   Form form = Form::Csv;
@@ -46,7 +46,7 @@ class RowWriter {
 /// at either end stand between quotes. JSON Lines: an object a row, in the order of the columns; of
 /// columns with one name the later ones are numbered. Numbers are written whole, however long;
 /// infinities, NaN, times, bytes and GUIDs are texts; a text that is no UTF-8 is {"bytes":
-/// "0x..."}. SQL: an INSERT a row, in historian SQL.
+/// "0x..."}. SQL: an INSERT a row, in historian SQL. Aligned text: as MakeAlignedText has it.
 std::unique_ptr<RowWriter> MakeRowWriter(WriterOptions options);
 
 /// All columns of a recordset, in order.

@@ -33,13 +33,15 @@ class OrvaneProgram : public testing::Test {
     Text sOutput;
     Text sErrors;
   };
-  /// Runs the line, in which "orvane" is the program, in the folder of the test.
+  /// The line, in which "orvane" is the program, for the folder of the test.
+  Text InFolder(const Text& sLine) const {
+    return "cd '" + m_folder.string() +
+           "'; export TZ=UTC XDG_DATA_DIRS=/nowhere XDG_STATE_HOME=\"$PWD/state\" "
+           "XDG_DATA_HOME=\"$PWD/data\"; orvane() { '" ORVANE_PROGRAM "' \"$@\"; }; " +
+           sLine;
+  }
   Ended Shell(const Text& sLine) const {
-    const auto outcome = tests::RunInShell(
-        "cd '" + m_folder.string() +
-        "'; export TZ=UTC XDG_DATA_DIRS=/nowhere XDG_STATE_HOME=\"$PWD/state\" "
-        "XDG_DATA_HOME=\"$PWD/data\"; orvane() { '" ORVANE_PROGRAM "' \"$@\"; }; { " +
-        sLine + "; } 2> errors");
+    const auto outcome = tests::RunInShell(InFolder("{ " + sLine + "; } 2> errors"));
     return {outcome.nStatus, outcome.sOutput, Read("errors")};
   }
   Ended Orvane(const Text& sArguments) const { return Shell("orvane " + sArguments); }

@@ -2,7 +2,7 @@
 #include <signal.h>
 #include <sys/wait.h>
 
-#include "tests/tools/orvane_program.h"
+#include "tests/tools/plant_program.h"
 
 namespace orvane::tools {
 namespace {
@@ -12,30 +12,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-// Rows of a day that is over, in a catalog with the tables of a plant.
-class orvane_rows : public OrvaneProgram {
- protected:
-  orvane_rows() {
-    component::RegisterLibrary(ORVANE_PROVIDER, m_folder / "data/orvane/components");
-    WriteSample("Plant.orvc");
-    Write("rows.csv",
-          "Tag,Timestamp,Value,Status\n"
-          "T1,2024-05-31 10:00:00,1.5,Good\n"
-          "T1,2024-05-31 10:00:01,,\"Bad, \"\"really\"\"\"\n"
-          "T2,2024-05-31 10:00:02,-7,\"two\nlines\"\n");
-    const auto made = Shell(
-        Text("orvane_historian() { '" ORVANE_HISTORIAN "' \"$@\"; }; orvane_historian generate "
-             "--hours 1 --step 3600 && orvane_historian import rows.csv --catalog Plant1 --table "
-             "Data --time-zone UTC"));
-    EXPECT_EQ(made.nStatus, 0) << made.sErrors;
-  }
-
-  static constexpr const char* kThatDay = " --from '2024-05-31' --to '2024-06-01'";
-
-  Ended Rows(const Text& sArguments) const {
-    return Orvane("rows Plant.orvc localhost/Plant1/Data" + Text(kThatDay) + sArguments);
-  }
-};
+class orvane_rows : public PlantProgram {};
 
 TEST_F(orvane_rows, are_printed_as_an_export_writes_them) {
   auto ended = Rows(" --csv");

@@ -18,6 +18,7 @@
 #include "platform/failure.h"
 #include "platform/told_failure.h"
 #include "platform/user_folders.h"
+#include "tools/manual/manual.h"
 
 namespace {
 
@@ -66,6 +67,12 @@ int main(int argc, char** argv) {
     CLI::App line("", "orvane-console");
     Arguments unused;
     Describe(line, unused);
+    if (const auto nTold = orvane::tools::ToldManual(argc, argv, [&line] {
+          return orvane::tools::DescribedProgram{
+              orvane::tools::CommandOf(line), ORVANE_VERSION, {}};
+        })) {
+      return *nTold;
+    }
     line.allow_extras();
     try {
       line.parse(argc, argv);

@@ -102,6 +102,8 @@ QString SuffixOf(Form form) {
       return QStringLiteral(".jsonl");
     case Form::Sql:
       return QStringLiteral(".sql");
+    case Form::AlignedText:
+      return QStringLiteral(".txt");
     case Form::Csv:
       break;
   }

@@ -1,116 +1,30 @@
 #include "tools/orvane/command_line.h"
 
 #include <CLI/CLI.hpp>
-#include <chrono>
+#include <algorithm>
 #include <limits>
 
+#include "tools/orvane/change_lines.h"
+#include "tools/orvane/line_parts.h"
 #include "tools/orvane/statuses.h"
 
 namespace orvane::tools {
 
 namespace {
 
-constexpr int kMostDescriptors = 1'000'000;
+constexpr const char* kTablePath = "the table, as SERVER/CATALOG/TABLE";
 
-CLI::App* AddCommand(CLI::App& line, Arguments& arguments, Command command, const char* sName,
-                     const char* sWhat) {
-  CLI::App* const added = line.add_subcommand(sName, sWhat);
-  added->callback([&arguments, command] { arguments.command = command; });
-  added->fallthrough();
-  added->add_option("DOCUMENT", arguments.sDocument, "the console document")->required();
-  return added;
-}
-
-void AddJson(CLI::App* command, Arguments& arguments) {
-  command->add_flag("--json", arguments.bJson, "as one JSON object");
-}
-
-void AddLogon(CLI::App* command, Arguments& arguments) {
+/// A table, or with --query one of a server's queries.
+void AddSubject(CLI::App* command, Arguments& arguments) {
   command
-      ->add_option("--user", arguments.logon.sUser, "log on as this user (default: the document's)")
+      ->add_option("PATH", arguments.sServer,
+                   "the table, as SERVER/CATALOG/TABLE; with --query the server")
+      ->required();
+  command->add_option("--query", arguments.query, "the query of that name instead of a table")
       ->type_name("NAME");
-  command
-      ->add_option("--password-fd", arguments.logon.nPasswordFile,
-                   "read the password from the first line of this file descriptor (default: ask on "
-                   "the terminal, where the server wants one)")
-      ->type_name("N")
-      ->check(CLI::Range(0, kMostDescriptors));
 }
 
-void AddRows(CLI::App* command, Arguments& arguments) {
-  AddLogon(command, arguments);
-  const auto form = [&](const char* sName, RowForm form, const char* sWhat) {
-    return command->add_flag_callback(
-        sName, [&arguments, form] { arguments.rows.form = form; }, sWhat);
-  };
-  CLI::Option* const text = form("--text", RowForm::Text, "as aligned text (default)");
-  CLI::Option* const csv = form("--csv", RowForm::Csv, "as comma-separated values");
-  CLI::Option* const jsonl = form("--jsonl", RowForm::JsonLines, "as JSON, an object a line");
-  CLI::Option* const sql = form("--sql", RowForm::Sql, "as SQL statements that insert them");
-  text->excludes(csv)->excludes(jsonl)->excludes(sql);
-  csv->excludes(jsonl)->excludes(sql);
-  jsonl->excludes(sql);
-  command
-      ->add_option("--limit", arguments.rows.lLimit,
-                   "so many rows at most, 0 for all (default: the document's)")
-      ->type_name("N")
-      ->check(CLI::Range(0, std::numeric_limits<platform::Long>::max()));
-  command
-      ->add_option("--timeout", arguments.rows.lTimeout,
-                   "so many seconds at most, 0 for ever (default: the document's)")
-      ->type_name("N")
-      ->check(CLI::Range(0, std::numeric_limits<platform::Long>::max()));
-}
-
-/// Fails unless the range means something.
-void CheckRange(const controls::TimeRange& range) {
-  const zones::TimeZone zone;
-  const auto now = std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
-  const auto read = controls::ReadTimeRange(range, {zone, now});
-  if (const auto* const wrong = std::get_if<controls::TimeRangeError>(&read)) {
-    throw Ending(kWrongUse, wrong->sSentence);
-  }
-}
-
-void AddRange(CLI::App* command, Arguments& arguments) {
-  const auto range = [&arguments]() -> controls::TimeRange& {
-    auto& wanted = arguments.rows.range;
-    return wanted ? *wanted : wanted.emplace();
-  };
-  const auto set = [range](platform::Text controls::TimeRange::*end) {
-    return [range, end](const std::string& sTime) { range().*end = sTime; };
-  };
-  CLI::Option* const from = command->add_option_function<std::string>(
-      "--from", set(&controls::TimeRange::sFrom), "rows of this time and later");
-  CLI::Option* const to = command->add_option_function<std::string>(
-      "--to", set(&controls::TimeRange::sTo), "rows of this time and before");
-  from->type_name("TIME");
-  to->type_name("TIME");
-  command
-      ->add_option_function<std::string>(
-          "--last",
-          [range](const std::string& sSpan) {
-            range() = {"*-" + sSpan, "*"};
-          },
-          "rows of the last SPAN, such as 1h or 30m")
-      ->type_name("SPAN")
-      ->excludes(from)
-      ->excludes(to);
-  command->callback([&arguments] {
-    arguments.command = Command::Rows;
-    if (arguments.rows.range) CheckRange(*arguments.rows.range);
-  });
-}
-
-}  // namespace
-
-void Describe(CLI::App& line, Arguments& arguments) {
-  line.description("Works on console documents and their servers without a window.");
-  line.set_version_flag("--version", ORVANE_VERSION);
-  line.require_subcommand(1);
-  line.add_option("--registry", arguments.registry,
-                  "a folder of registered components to look in first")
-      ->type_name("DIR");
+void DescribeDocuments(CLI::App& line, Arguments& arguments) {
   AddCommand(line, arguments, Command::Check, "check",
              "read a document whole and tell the first line that is wrong");
   AddCommand(line, arguments, Command::Seal, "seal",
@@ -121,32 +35,94 @@ void Describe(CLI::App& line, Arguments& arguments) {
   AddJson(AddCommand(line, arguments, Command::Options, "options",
                      "print the options that a document keeps"),
           arguments);
+}
 
-  const char* const sPath = "the table, as SERVER/CATALOG/TABLE";
+void DescribeQuery(CLI::App& line, Arguments& arguments) {
+  auto* const query = AddCommand(line, arguments, Command::Query, "query",
+                                 "print the rows of one of a server's queries; \"query add\", "
+                                 "\"edit\", \"rename\" and \"remove\" change queries");
+  query->add_option("SERVER", arguments.sServer, "the server")->required();
+  query->add_option("NAME", arguments.sName, "the query")->required();
+  AddRows(query, arguments);
+  AddChange(query, arguments);
+}
+
+void DescribeRows(CLI::App& line, Arguments& arguments, bool bQueryVerbs) {
   auto* const rows = AddCommand(line, arguments, Command::Rows, "rows",
                                 "print the rows of a table, as its grid would show them");
-  rows->add_option("PATH", arguments.sServer, sPath)->required();
+  rows->add_option("PATH", arguments.sServer, kTablePath)->required();
   AddRows(rows, arguments);
-  AddRange(rows, arguments);
-  auto* const query = AddCommand(line, arguments, Command::Query, "query",
-                                 "print the rows of one of a server's queries");
-  query->add_option("SERVER", arguments.sServer, "the server")->required();
-  query->add_option("NAME", arguments.sQuery, "the query")->required();
+  AddRange(rows, arguments, Command::Rows);
+  if (!bQueryVerbs) DescribeQuery(line, arguments);
   auto* const sql = AddCommand(line, arguments, Command::Sql, "sql",
                                "run the SQL statement on the standard input");
   sql->add_option("SERVER", arguments.sServer, "the server")->required();
-  sql->add_option("INPUT", arguments.sQuery, "-, for the standard input")
+  sql->add_option("INPUT", arguments.sName, "-, for the standard input")
       ->required()
       ->check(CLI::IsMember({"-"}));
-  for (auto* const command : {query, sql}) {
-    AddRows(command, arguments);
-    command->add_flag("--change", arguments.rows.bChange, "let the statement change data");
-  }
+  AddRows(sql, arguments);
+  AddChange(sql, arguments);
+
+  auto* const exported = AddCommand(line, arguments, Command::Export, "export",
+                                    "write all rows of a table or query into a file");
+  AddSubject(exported, arguments);
+  exported
+      ->add_option("FILE", arguments.sFile,
+                   "the file; what it ends in (.csv, .jsonl, .sql, .txt) tells its form")
+      ->required()
+      ->check(NotEmpty());
+  AddRows(exported, arguments);
+  AddRange(exported, arguments, Command::Export);
+
+  auto* const watch = AddCommand(line, arguments, Command::Watch, "watch",
+                                 "print the rows of a table or query again and again");
+  AddSubject(watch, arguments);
+  AddRows(watch, arguments);
+  AddRange(watch, arguments, Command::Watch);
+  constexpr int kLongestPause = 86400;
+  watch
+      ->add_option_function<int>(
+          "--every",
+          [&arguments](int nSeconds) {
+            arguments.repetition.pause = std::chrono::seconds(nSeconds);
+          },
+          "seconds between two times (default: 2)")
+      ->type_name("N")
+      ->check(CLI::Range(0, kLongestPause));
+  watch->add_option("--times", arguments.repetition.lTimes, "end after so many times")
+      ->type_name("N")
+      ->check(CLI::Range(1, std::numeric_limits<platform::Long>::max()));
+
   auto* const structure =
       AddCommand(line, arguments, Command::Structure, "structure", "print the columns of a table");
-  structure->add_option("PATH", arguments.sServer, sPath)->required();
+  structure->add_option("PATH", arguments.sServer, kTablePath)->required();
   AddLogon(structure, arguments);
   AddJson(structure, arguments);
+}
+
+}  // namespace
+
+void Describe(CLI::App& line, Arguments& arguments, bool bQueryVerbs) {
+  line.description("Works on console documents and their servers without a window.");
+  line.set_version_flag("--version", ORVANE_VERSION);
+  line.footer(kStatusNotes);
+  line.require_subcommand(1);
+  line.add_option("--registry", arguments.registry,
+                  "a folder of registered components to look in first")
+      ->type_name("DIR");
+  DescribeDocuments(line, arguments);
+  DescribeRows(line, arguments, bQueryVerbs);
+  DescribeChanges(line, arguments, bQueryVerbs);
+}
+
+bool HasQueryVerb(const std::vector<platform::Text>& line) {
+  auto word = line.begin();
+  for (; word != line.end() && word->starts_with("--"); ++word) {
+    if (*word == "--registry" && word + 1 != line.end()) ++word;
+  }
+  if (word == line.end() || *word != "query" || word + 1 == line.end()) return false;
+  const auto& verbs = QueryVerbs();
+  return std::ranges::find(verbs, *(word + 1)) != verbs.end();
 }
 
 }  // namespace orvane::tools

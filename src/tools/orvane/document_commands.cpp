@@ -28,6 +28,18 @@ console::DocumentBag::ObjectCreator CreatorOf(const std::shared_ptr<DataHost>& h
                     "offers what was to be saved.");
 }
 
+/// Nobody can be asked whether to go on.
+bool RefuseDoubt(DocumentDoubt doubt, const Text& sDocument) {
+  if (doubt == DocumentDoubt::SaveBrokenOff) FailBrokenOff(sDocument);
+  throw Failure(failure::kDocument,
+                "The document " + sDocument +
+                    " was changed outside since it was saved; look at what was changed, then "
+                    "write new seals with \"orvane seal\", or open and save it in the "
+                    "console.");
+}
+
+}  // namespace
+
 nodes::ServersNodePtr ModelOf(const DocumentContent& content, const Text& sDocument,
                               const std::shared_ptr<DataHost>& host) {
   const auto* const bag = content.FindSnapIn(platform::kSnapInProgId);
@@ -43,20 +55,24 @@ nodes::ServersNodePtr ModelOf(const DocumentContent& content, const Text& sDocum
   }
 }
 
-}  // namespace
-
 nodes::ServersNodePtr ReadModel(const Text& sDocument, const std::shared_ptr<DataHost>& host) {
-  const auto document =
-      Document::OpenToRead(sDocument, CreatorOf(host), [&](DocumentDoubt doubt) -> bool {
-        if (doubt == DocumentDoubt::SaveBrokenOff) FailBrokenOff(sDocument);
-        throw Failure(failure::kDocument,
-                      "The document " + sDocument +
-                          " was changed outside since it was saved; look at what was changed, then "
-                          "write new seals with \"orvane seal\", or open and save it in the "
-                          "console.");
-      });
+  const auto document = Document::OpenToRead(
+      sDocument, CreatorOf(host),
+      [&](DocumentDoubt doubt) -> bool { return RefuseDoubt(doubt, sDocument); });
   host->DataAccess().DocumentOpened(document->Content().Texts());
   return ModelOf(document->Content(), sDocument, host);
+}
+
+std::unique_ptr<Document> OpenToChange(const Text& sDocument,
+                                       const std::shared_ptr<DataHost>& host) {
+  auto document =
+      Document::Open(sDocument, CreatorOf(host), nullptr,
+                     [&](DocumentDoubt doubt) -> bool { return RefuseDoubt(doubt, sDocument); });
+  if (document->IsReadOnly()) {
+    throw Failure(failure::kDocument, document->ReadOnlyReason() + " Nothing was changed.");
+  }
+  host->DataAccess().DocumentOpened(document->Content().Texts());
+  return document;
 }
 
 void Check(const Text& sDocument, const std::shared_ptr<DataHost>& host, Output& output) {

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "tools/terminal/silent_terminal.h"
+
 namespace orvane::tools {
 
 namespace {
@@ -43,7 +45,10 @@ void Interruption::Listen() {
     const std::lock_guard lock(m_mutex);
     if (m_bEnding) return;
     if (nSignal == kEnough) continue;
-    if (m_nSignal != 0 || !m_stop.stop_possible()) _exit(kStatusOfSignals + nSignal);
+    if (m_nSignal != 0 || !m_stop.stop_possible()) {
+      SilentTerminal::GiveBack();
+      _exit(kStatusOfSignals + nSignal);
+    }
     m_nSignal = nSignal;
     m_stop.request_stop();
   }

@@ -2,9 +2,11 @@
 
 #include <vector>
 
+#include "nodes/query_nodes_collection.h"
 #include "nodes/server_nodes_collection.h"
 #include "platform/case_folding.h"
 #include "platform/one_line.h"
+#include "platform/quoting.h"
 #include "tools/orvane/statuses.h"
 
 namespace orvane::tools {
@@ -14,8 +16,8 @@ using platform::Text;
 namespace {
 
 [[noreturn]] void FailWithoutServer(const Text& sServer) {
-  throw Ending(kNothingFound, "The document has no server \"" + platform::OneLine(sServer) +
-                                  "\"; \"orvane tree\" tells which it has.");
+  throw Ending(kNothingFound, "The document has no server " + InSentence(sServer) +
+                                  "; \"orvane tree\" tells which it has.");
 }
 
 /// The names between the slashes.
@@ -34,10 +36,23 @@ std::vector<Text> PartsOf(const Text& sPath) {
 
 }  // namespace
 
+Text InSentence(const Text& sName) {
+  return platform::InQuotes(platform::OneLine(sName));
+}
+
 nodes::ServerNodePtr FindServer(const nodes::ServersNode& root, const Text& sServer) {
   auto server = root.ServerNodes()->Item(sServer);
   if (!server) FailWithoutServer(sServer);
   return server;
+}
+
+nodes::QueryNodePtr FindQuery(const nodes::ServerNode& server, const Text& sName) {
+  const Text sFolded = platform::FoldCase(sName);
+  for (const auto& query : server.QueryNodes()->NewEnum()) {
+    if (platform::FoldCase(query->QueryName()) == sFolded) return query;
+  }
+  throw Ending(kNothingFound, "The server " + InSentence(server.Server()) + " has no query " +
+                                  InSentence(sName) + "; \"orvane tree\" tells which it has.");
 }
 
 TablePath FindTablePath(const nodes::ServersNode& root, const Text& sPath) {
@@ -58,8 +73,8 @@ TablePath FindTablePath(const nodes::ServersNode& root, const Text& sPath) {
   const auto parts = PartsOf(sPath.substr(nLongest));
   const std::size_t nWanted = found.server ? 2 : 3;
   if (parts.size() < nWanted || (found.server && parts.size() > nWanted)) {
-    throw Ending(kWrongUse, "\"" + platform::OneLine(sPath) +
-                                "\" names no table; write it as SERVER/CATALOG/TABLE, with a "
+    throw Ending(kWrongUse, InSentence(sPath) +
+                                " names no table; write it as SERVER/CATALOG/TABLE, with a "
                                 "backslash before each slash within a catalog's or table's name.");
   }
   if (!found.server) FailWithoutServer(parts.front());

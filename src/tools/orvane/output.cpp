@@ -25,6 +25,7 @@ void Output::FlushLarge() {
 }
 
 void Output::Flush() {
+  if (m_bHeld) return;
   std::string_view sLeft = m_sBuffer;
   while (!sLeft.empty()) {
     const ssize_t nWritten = write(m_nFile, sLeft.data(), sLeft.size());

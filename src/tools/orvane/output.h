@@ -22,11 +22,14 @@ class Output {
   /// Ends the program with kOutputClosed where nobody reads any more, and with a sentence where it
   /// cannot be written for another reason.
   void Flush();
+  /// While it is held nothing is written; all of it stays in the buffer.
+  void Hold(bool bHold) { m_bHeld = bHold; }
   /// Flushes once there is much.
   void FlushLarge();
 
  private:
   int m_nFile;
+  bool m_bHeld = false;
   platform::Text m_sBuffer;
 };
 

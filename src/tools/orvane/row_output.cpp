@@ -1,32 +1,11 @@
 #include "tools/orvane/row_output.h"
 
-#include "exports/aligned_text.h"
+#include <utility>
 
 namespace orvane::tools {
 
-namespace {
-
-std::unique_ptr<exports::RowWriter> WriterOf(RowForm form, exports::WriterOptions options) {
-  switch (form) {
-    case RowForm::Text:
-      return exports::MakeAlignedText(options.zone);
-    case RowForm::Csv:
-      options.form = exports::Form::Csv;
-      break;
-    case RowForm::JsonLines:
-      options.form = exports::Form::JsonLines;
-      break;
-    case RowForm::Sql:
-      options.form = exports::Form::Sql;
-      break;
-  }
-  return exports::MakeRowWriter(std::move(options));
-}
-
-}  // namespace
-
-RowOutput::RowOutput(RowForm form, exports::WriterOptions options, Output& output)
-    : m_writer(WriterOf(form, std::move(options))), m_output(output) {}
+RowOutput::RowOutput(exports::WriterOptions options, Output& output)
+    : m_writer(exports::MakeRowWriter(std::move(options))), m_output(output) {}
 
 void RowOutput::Begin(const platform::Recordset& rs) {
   if (m_bBegun) return;
@@ -45,7 +24,7 @@ void RowOutput::Rows(const platform::Recordset& rs) {
   m_output.Flush();
 }
 
-void RowOutput::End(const platform::Recordset& rs) {
+void RowOutput::End(const platform::Recordset& rs, bool /*bCut*/) {
   if (rs.FieldCount() > 0) Begin(rs);
   m_writer->End(m_output.Buffer());
   m_output.Flush();

@@ -1,26 +1,22 @@
 // Rows on the standard output as they come, in the form that was asked for; none is kept.
-// Used by the commands that fetch rows; one thread at a time.
+// Used by the commands that print rows; one thread at a time.
 #pragma once
-
-#include <cstdint>
 
 #include "exports/row_writer.h"
 #include "tools/orvane/output.h"
+#include "tools/orvane/row_target.h"
 
 namespace orvane::tools {
 
-enum class RowForm : std::uint8_t { Text, Csv, JsonLines, Sql };
-
-class RowOutput {
+class RowOutput final : public RowTarget {
  public:
-  /// The writer options are those of an export; the form in them is not looked at.
-  RowOutput(RowForm form, exports::WriterOptions options, Output& output);
+  RowOutput(exports::WriterOptions options, Output& output);
 
-  /// Writes rows of a recordset that has the fields of all of them. Fails as the output does.
-  void Rows(const platform::Recordset& rs);
+  /// Fails as the output does.
+  void Rows(const platform::Recordset& rs) override;
   /// Ends the output, which has the names of the columns also where there were no rows.
-  void End(const platform::Recordset& rs);
-  platform::RowIndex Count() const { return m_rows; }
+  void End(const platform::Recordset& rs, bool bCut) override;
+  platform::RowIndex Count() const override { return m_rows; }
 
  private:
   void Begin(const platform::Recordset& rs);

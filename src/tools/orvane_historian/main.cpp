@@ -12,6 +12,7 @@
 #include "provider/engines/sqlite/sqlite_engine.h"
 #include "provider/historian/data_folder.h"
 #include "provider/historian/historian.h"
+#include "tools/manual/manual.h"
 #include "tools/orvane_historian/ending.h"
 #include "tools/orvane_historian/generate.h"
 #include "tools/orvane_historian/import.h"
@@ -233,6 +234,11 @@ int Main(int argc, char** argv) {
       ->type_name("N")
       ->check(CLI::Range(1, 3600));
 
+  if (const auto nTold = tools::ToldManual(argc, argv, [&app] {
+        return tools::DescribedProgram{tools::CommandOf(app), ORVANE_VERSION, {}};
+      })) {
+    return *nTold;
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

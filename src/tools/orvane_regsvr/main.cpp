@@ -11,6 +11,7 @@
 #include "component/registry.h"
 #include "platform/failure.h"
 #include "platform/told_failure.h"
+#include "tools/manual/manual.h"
 
 namespace {
 
@@ -90,6 +91,11 @@ int Main(int argc, char** argv) {
                                   "print name, kind, version and library of what is registered");
   auto* const libraries = app.add_option("LIBRARY", options.libraries, "the components' libraries");
   list->excludes(unregister)->excludes(libraries);
+  if (const auto nTold = orvane::tools::ToldManual(argc, argv, [&app] {
+        return orvane::tools::DescribedProgram{orvane::tools::CommandOf(app), ORVANE_VERSION, {}};
+      })) {
+    return *nTold;
+  }
   try {
     app.parse(argc, argv);
     if (!options.bList && options.libraries.empty()) {

@@ -4,14 +4,15 @@
 
 #include <termios.h>
 
+#include <optional>
 #include <string_view>
 
 #include "platform/types.h"
 
 namespace orvane::tools {
 
-/// Silent as long as it lives. Ctrl+C ends the line instead of the program, which would leave the
-/// terminal silent.
+/// Silent as long as it lives; there is one at a time. Ctrl+C ends the line instead of the program,
+/// which would leave the terminal silent.
 class SilentTerminal {
  public:
   SilentTerminal();
@@ -20,6 +21,9 @@ class SilentTerminal {
   ~SilentTerminal();
 
   bool IsThere() const { return m_bSilent; }
+  /// Makes the terminal what it was, for a program that is ended while it is silent; from any
+  /// thread.
+  static void GiveBack();
   void Write(std::string_view sText) const;
   /// Nothing where Ctrl+C was pressed. The caller overwrites the text.
   platform::Text ReadLine() const;
@@ -30,8 +34,12 @@ class SilentTerminal {
   bool m_bSilent = false;
 };
 
-/// What is typed on the terminal behind the question; nothing where there is none, or nothing was
-/// typed. The caller overwrites it.
+/// The line that is typed on the terminal behind the question, for all to see; none where there is
+/// no terminal.
+std::optional<platform::Text> AskedLine(std::string_view sQuestion);
+
+/// The password that is typed on the terminal behind the question; nothing where there is none, or
+/// nothing was typed. The caller overwrites it.
 platform::Text AskedPassword(std::string_view sQuestion);
 
 }  // namespace orvane::tools
