@@ -122,6 +122,28 @@ TEST(sql_pane, the_time_can_be_read_in_any_palette) {
   }
 }
 
+TEST(sql_pane, tells_the_time_of_the_hundredth_fetch_as_that_of_the_first) {
+  SqlPane pane;
+  pane.Sql("SELECT 1");
+  pane.resize(300, 100);
+  pane.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&pane));
+  pane.clearFocus();
+  const auto picture = [&] { return pane.viewport()->grab().toImage(); };
+  const QImage none = picture();
+  const auto style = [&] { return pane.SendScintilla(QsciScintilla::SCI_ANNOTATIONGETSTYLE, 0UL); };
+  pane.Took("last");
+  const QImage last = picture();
+  const long nStyle = style();
+  EXPECT_NE(last, none);
+  EXPECT_GT(nStyle, QsciScintilla::STYLE_LASTPREDEFINED) << "no style of the statement";
+  EXPECT_LE(nStyle, QsciScintilla::STYLE_MAX);
+  for (int n = 0; n < 300; ++n) pane.Took(QString::number(n));
+  pane.Took("last");
+  EXPECT_EQ(picture(), last);
+  EXPECT_EQ(style(), nStyle);
+}
+
 TEST(sql_pane, shows_that_it_has_the_keys) {
   SqlPane pane;
   QPalette palette = pane.palette();

@@ -22,6 +22,9 @@ namespace {
 constexpr int kLeastLines = 3;
 constexpr int kMostLines = 8;
 constexpr int kInset = 6;
+/// Above those of the highlighter and of the editor itself. It is always the same one: a style that
+/// is to find its number itself takes one of a few hundred of the whole process, for ever.
+constexpr int kTimeStyle = QsciScintillaBase::STYLE_LASTPREDEFINED + 1;
 
 }  // namespace
 
@@ -112,7 +115,7 @@ void SqlPane::ShowTime() {
   clearAnnotations();
   if (m_sTime.isEmpty()) return;
   const QColor ground = palette().color(QPalette::Base);
-  const QsciStyle style(-1, QStringLiteral("time"),
+  const QsciStyle style(kTimeStyle, QStringLiteral("time"),
                         FaintColor(palette().color(QPalette::Text), ground), ground, font());
   annotate(lines() - 1, m_sTime, style);
 }
