@@ -136,6 +136,21 @@ TEST_F(time_bar, keeps_what_is_being_typed_when_rows_come) {
   EXPECT_EQ(Boxes(), "t|*");
 }
 
+TEST_F(time_bar, keeps_what_is_selected_when_rows_of_the_same_range_come) {
+  Pick("Last hour");
+  m_bar.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&m_bar));
+  auto& from = Find<QLineEdit>("timeFrom");
+  from.setFocus();
+  from.selectAll();
+  m_bar.Zone(zones::TimeZone("Europe/Madrid"));
+  m_bar.OwnRange(std::nullopt);
+  m_bar.Range(TimeRange{"*-1h", "*"});
+  EXPECT_EQ(from.selectedText(), "*-1h");
+  QTest::keyClicks(&from, "*-2h");
+  EXPECT_EQ(Boxes(), "*-2h|*");
+}
+
 TEST_F(time_bar, says_what_is_wrong_while_it_is_typed) {
   Type("timeFrom", "*-1hour");
   EXPECT_EQ(Told(), "The start is no time: the unit must be s, m, h, d, w, mo or y.");

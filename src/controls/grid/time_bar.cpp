@@ -255,7 +255,11 @@ void TimeBar::Show() {
   const TimeRange shown = Shown().value_or(TimeRange());
   // Rows that were fetched take nothing away from whoever is typing.
   const auto show = [](QLineEdit& end, const platform::Text& sEnd) {
-    if (!end.hasFocus() || !end.isModified()) end.setText(QString::fromStdString(sEnd));
+    if (end.hasFocus() && end.isModified()) return;
+    // The same text, set again, would take his selection away.
+    const QString sText = QString::fromStdString(sEnd);
+    if (end.text() != sText) end.setText(sText);
+    end.setModified(false);
   };
   show(*m_from, shown.sFrom);
   show(*m_to, shown.sTo);
