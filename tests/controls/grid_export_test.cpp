@@ -235,6 +235,24 @@ TEST_F(GridExportTest, marks_what_the_row_limit_cut) {
             "Exported only the first 3 rows, as the source has more: " + sPath);
 }
 
+TEST_F(GridExportTest, marks_rows_that_go_on_coming_until_the_last_of_these_is_written) {
+  std::shared_ptr<FakeRecordset> rs;
+  rs = std::make_shared<FakeRecordset>(3, [&](auto row, auto) -> platform::Value {
+    const bool bExporting = WindowOf(*m_editor)->findChild<QProgressDialog*>() != nullptr;
+    if (bExporting) rs->Rows(5).State(platform::FetchState::Complete);
+    return row;
+  });
+  rs->Column("Number", platform::DataType::BigInt);
+  m_server.answer = rs;
+  m_editor->Requery();
+  rs->State(platform::FetchState::Running);
+  Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optShown"); });
+  const std::string sPath = m_folder.Path("out (first 3 rows).csv");
+  EXPECT_EQ(m_folder.BytesOf(sPath), "Number\r\n0\r\n1\r\n2\r\n");
+  EXPECT_EQ(Label(*m_editor, "notice"),
+            "Exported only the first 3 rows, as the source has more: " + sPath);
+}
+
 TEST_F(GridExportTest, marks_a_selection_of_all_rows_that_the_row_limit_cut_and_no_other) {
   std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
   ViewOf(*m_editor)->selectAll();

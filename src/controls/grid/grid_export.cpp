@@ -171,6 +171,8 @@ std::optional<bool> GridExport::WriteHeld(const ExportChoice& choice, exports::R
   const bool bSelected = choice.rows == ExportRows::Selected;
   const QItemSelection selection = view.selectionModel()->selection();
   const int nPlaces = model.Places();
+  // Where rows still come, they may all have come before the last one of these is written.
+  const bool bMore = rs->State() != FetchState::Complete;
   std::vector<std::pair<int, int>> spans{{0, nPlaces - 1}};
   if (bSelected) spans = RowSpans(selection);
   target.Begin(*rs, ColumnsOf(view, bSelected ? &selection : nullptr));
@@ -203,7 +205,7 @@ std::optional<bool> GridExport::WriteHeld(const ExportChoice& choice, exports::R
   }
   // Who selects all rows means as much by it as who takes those that are shown.
   const bool bAll = spans.size() == 1 && spans[0].first == 0 && spans[0].second >= nPlaces - 1;
-  return bAll && rs->State() != FetchState::Complete;
+  return bAll && bMore;
 }
 
 }  // namespace orvane::controls
