@@ -134,6 +134,19 @@ TEST_F(table_time, a_failure_behind_the_bar_is_shown_and_taken_down) {
   EXPECT_EQ(m_failures->noted.size(), 1U);
 }
 
+TEST_F(table_time, a_server_that_does_not_tell_the_columns_leaves_the_range_in_force) {
+  m_editor->Requery();
+  Pick("Last hour");
+  const Text sSent = Sent();
+  ASSERT_NE(sSent.find("'*-1h'"), Text::npos);
+  m_cn->whileAsked = [] { Refuse(); };
+  m_editor->Requery();
+  EXPECT_EQ(Sent(), sSent);
+  m_cn->whileAsked = [] { throw std::runtime_error("no memory"); };
+  m_editor->Requery();
+  EXPECT_EQ(Sent(), sSent);
+}
+
 TEST_F(table_time, no_range_is_chosen_while_rows_are_fetched) {
   Show(*m_editor);
   m_editor->Requery();

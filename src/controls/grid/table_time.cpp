@@ -72,9 +72,13 @@ bool TableTime::Learn() {
     const platform::ConnectionPtr cn = m_core.Connection();
     column = TimeColumnOf(*cn, query->Catalog(), query->Table());
   } catch (const Failure& failure) {
-    // Whatever else is wrong, the statement will tell.
-    if (!life.expired() && failure.Number() == platform::failure::kCancelled) m_core.Fail(failure);
+    if (life.expired()) return false;
+    if (failure.Number() == platform::failure::kCancelled) m_core.Fail(failure);
+    // Whatever else is wrong, the statement will tell. What was known before still holds: without
+    // it, the range that the bar shows would leave the statement unseen.
+    return true;
   } catch (const std::exception&) {
+    return !life.expired();
   }
   if (life.expired()) return false;
   // Where times are numbers, the rows may have told what the server's columns do not.
