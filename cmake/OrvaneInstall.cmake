@@ -78,3 +78,16 @@ set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable)
 install(FILES ${icon} DESTINATION ${icons}/apps COMPONENT console)
 install(FILES ${icon} DESTINATION ${icons}/mimetypes RENAME application-vnd.orvane.console.svg
   COMPONENT console)
+
+# The guide, made of the documents.
+set(pages user-guide grids sql errors components table-query)
+list(TRANSFORM pages PREPEND ${CMAKE_SOURCE_DIR}/docs/ OUTPUT_VARIABLE written)
+list(TRANSFORM written APPEND .md)
+add_custom_command(OUTPUT ${CMAKE_BINARY_DIR}/guide/user-guide.html
+  COMMAND ${CMAKE_SOURCE_DIR}/scripts/guide ${CMAKE_BINARY_DIR}/guide ${pages}
+  DEPENDS ${CMAKE_SOURCE_DIR}/scripts/guide ${written}
+  DEPFILE ${CMAKE_BINARY_DIR}/guide.d
+  VERBATIM)
+add_custom_target(guide DEPENDS ${CMAKE_BINARY_DIR}/guide/user-guide.html)
+add_dependencies(program guide)
+install(DIRECTORY ${CMAKE_BINARY_DIR}/guide DESTINATION share/orvane COMPONENT console)

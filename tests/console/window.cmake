@@ -21,3 +21,5 @@ orvane_test(console_window QT SHARDS 4
     window/unsaved_work_test.cpp
     window/window_geometry_test.cpp
     window/window_looks_test.cpp)
+# F1 opens what is made of the documents.
+add_dependencies(console_window_tests guide)

@@ -16,18 +16,10 @@
 namespace orvane::console {
 
 QString GuideFor(const QString& sProgramFolder) {
-  constexpr const char* kInstalled = "../share/doc/orvane-console/user-guide.md";
-  constexpr const char* kBuilt = "docs/user-guide.md";
   const QDir folder(sProgramFolder);
-  if (QFileInfo(folder.filePath(kInstalled)).isFile()) {
-    return QDir::cleanPath(folder.absoluteFilePath(kInstalled));
-  }
-  // Programs are built two or three folders beneath the tree's top.
-  for (const char* sAbove : {"../..", "../../.."}) {
-    const QDir top(folder.filePath(sAbove));
-    if (QFileInfo(top.filePath(kBuilt)).isFile()) {
-      return QDir::cleanPath(top.absoluteFilePath(kBuilt));
-    }
+  for (const char* sPlace : {"../share/orvane/guide", "../guide"}) {
+    const QFileInfo guide(folder, QString(sPlace) + "/user-guide.html");
+    if (guide.isFile()) return QDir::cleanPath(guide.absoluteFilePath());
   }
   return {};
 }
@@ -44,6 +36,7 @@ GuideWindow::GuideWindow(QWidget* owner) : QTextBrowser(owner) {
   document()->setDocumentMargin(2 * fontMetrics().averageCharWidth());
   resize(90 * fontMetrics().averageCharWidth(), 45 * fontMetrics().lineSpacing());
   widgets::KeepOnScreen(*this);
+  connect(this, &QTextBrowser::sourceChanged, this, [this] { FitPictures(); });
 }
 
 void GuideWindow::StandBeside(QWidget* owner) {
@@ -68,16 +61,15 @@ void GuideWindow::Open(const QString& sFile, QWidget* window) {
   if (!guide) {
     if (!QFileInfo(sFile).isReadable()) {
       ShowFailureBox(
-          tr("The guide is not there: user-guide.md is looked for in share/doc/orvane-console "
-             "beside the program's folder, or in docs where it was built. Put it there.")
+          tr("The guide is not there: user-guide.html is looked for in share/orvane/guide beside "
+             "the program's folder, or in guide where it was built. Install the program again.")
               .toStdString(),
           owner);
       return;
     }
     guide = new GuideWindow(owner);
     guide->show();
-    guide->setSource(QUrl::fromLocalFile(sFile), QTextDocument::MarkdownResource);
-    guide->FitPictures();
+    guide->setSource(QUrl::fromLocalFile(sFile));
   }
   guide->StandBeside(owner);
   if (dialog) {

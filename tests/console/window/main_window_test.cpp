@@ -11,6 +11,7 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTextBlock>
 #include <QTest>
 #include <QTimer>
 
@@ -232,6 +233,10 @@ TEST_F(MainWindowTest, f1_opens_the_guide_once) {
   ASSERT_NE(guide, nullptr);
   EXPECT_TRUE(guide->isVisible());
   EXPECT_TRUE(guide->toPlainText().contains("keyboard"));
+  const auto format = guide->document()->begin().begin().fragment().charFormat();
+  EXPECT_FALSE(format.hasProperty(QTextFormat::FontFamilies)) << "its letters are the window's";
+  guide->setSource(QUrl("grids.html"));
+  EXPECT_TRUE(guide->toPlainText().contains("The grids"));
   EXPECT_TRUE(guide->screen()->availableGeometry().contains(guide->frameGeometry()));
   QTest::keyClick(&Scope(), Qt::Key_F1);
   Settle();
@@ -290,14 +295,14 @@ TEST_F(MainWindowTest, guide_is_looked_for_with_what_is_installed_and_where_it_w
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   };
   ASSERT_TRUE(top.mkpath("usr/bin"));
-  ASSERT_TRUE(top.mkpath("tree/build/release/bin"));
+  ASSERT_TRUE(top.mkpath("build/release/bin"));
   EXPECT_EQ(GuideFor(top.filePath("usr/bin")), "");
-  put("usr/share/doc/orvane-console/user-guide.md");
-  put("tree/docs/user-guide.md");
+  put("usr/share/orvane/guide/user-guide.html");
+  put("build/release/guide/user-guide.html");
   EXPECT_EQ(GuideFor(top.filePath("usr/bin")),
-            top.filePath("usr/share/doc/orvane-console/user-guide.md"));
-  EXPECT_EQ(GuideFor(top.filePath("tree/build/release/bin")),
-            top.filePath("tree/docs/user-guide.md"));
+            top.filePath("usr/share/orvane/guide/user-guide.html"));
+  EXPECT_EQ(GuideFor(top.filePath("build/release/bin")),
+            top.filePath("build/release/guide/user-guide.html"));
 }
 
 TEST_F(MainWindowTest, guide_that_is_not_there_is_told_of) {
