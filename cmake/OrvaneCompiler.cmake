@@ -22,7 +22,8 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
-                    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused -Werror
+                    -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
+                    $<$<BOOL:${ORVANE_STRICT}>:-Werror>
                     $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>)
 # Optimized, this version of the compiler takes joined texts for overlapping copies: its mistake.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)

@@ -6,6 +6,17 @@ include(GNUInstallDirs)
 set(ORVANE_MANUAL ${CMAKE_BINARY_DIR}/manual)
 set(ORVANE_COMPONENTS_FOLDER share/orvane/components)
 
+# Programs of one version with components of another do not work together: what is installed goes first.
+file(CONFIGURE OUTPUT version CONTENT "@PROJECT_VERSION@\n" @ONLY)
+install(CODE "
+  execute_process(
+    COMMAND \"\${CMAKE_COMMAND}\" -E cat \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/share/orvane/version\"
+    OUTPUT_VARIABLE installed OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+  if(installed AND NOT installed STREQUAL \"${PROJECT_VERSION}\")
+    message(FATAL_ERROR \"Version \${installed} is installed under \${CMAKE_INSTALL_PREFIX}; \"
+      \"remove it first, with the scripts/uninstall that belongs to it.\")
+  endif()" ALL_COMPONENTS)
+
 # orvane_manual(COMPONENT PROGRAMS...): pages and completions of the programs, and their places.
 function(orvane_manual component)
   set(made)
@@ -56,6 +67,7 @@ function(orvane_install_component component library)
     COMPONENT ${component})
 endfunction()
 
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/version DESTINATION share/orvane COMPONENT tools)
 install(TARGETS orvane orvane-historian orvane-regsvr
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
 orvane_install_component(tools ORVOLEDB orvoledb)
@@ -71,7 +83,7 @@ install(FILES ${desktop}/orvane-console.desktop COMPONENT console
   DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${desktop}/orvane-console.xml COMPONENT console
   DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
-install(FILES ${desktop}/orvane-console.metainfo.xml COMPONENT console
+install(FILES ${desktop}/org.orvane.console.metainfo.xml COMPONENT console
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 set(icon ${CMAKE_SOURCE_DIR}/src/console/look/images/orvane-console.svg)
 set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable)
