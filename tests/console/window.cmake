@@ -11,6 +11,7 @@ orvane_test(console_window QT SHARDS 4
     window/document_keeper_test.cpp
     window/doubtful_document_test.cpp
     window/kept_view_test.cpp
+    window/last_session_test.cpp
     window/main_window_fixture.h
     window/main_window_test.cpp
     window/selection_menus_test.cpp

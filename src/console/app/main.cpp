@@ -120,9 +120,9 @@ int main(int argc, char** argv) {
                                settings ? orvane::console::RowMemory(*settings) : std::nullopt);
     orvane::console::MainWindow window(host.Parts(settings ? &*settings : nullptr));
     // The document says where the window was and how large.
-    if (arguments.sDocument.empty() || !window.OpenDocument(arguments.sDocument)) {
-      if (!window.Session().IsOpen()) window.NewDocument();
-    }
+    const bool bOpened = arguments.sDocument.empty() ? window.OpenLast()
+                                                     : window.OpenDocument(arguments.sDocument);
+    if (!bOpened && !window.Session().IsOpen()) window.NewDocument();
     window.show();
     return QApplication::exec();
   } catch (const std::exception& e) {

@@ -17,6 +17,7 @@
 #include "console/window/guide_key.h"
 #include "console/window/guide_window.h"
 #include "console/window/kept_view.h"
+#include "console/window/last_session.h"
 #include "console/window/menu_key.h"
 #include "console/window/notice_bar.h"
 #include "console/window/recent_menu.h"
@@ -73,6 +74,16 @@ MainWindow::~MainWindow() {
   m_results->Follow(nullptr);
   m_toolbar->Follow(nullptr);
   m_scope->ShowTree(nullptr);
+}
+
+bool MainWindow::OpenLast() {
+  if (!m_parts.settings) return false;
+  const LastSession last(*m_parts.settings);
+  const Text sDocument = last.Document();
+  if (sDocument.empty() || !OpenDocument(sDocument)) return false;
+  RequestExpand(m_session.Tree().StaticItem());
+  RequestSelect(last.Item(m_session.Tree()));
+  return true;
 }
 
 void MainWindow::MakePanes() {
@@ -141,6 +152,12 @@ void MainWindow::ConnectMenus() {
   on(m_menus.actNew, [this] { m_keeper.New(); });
   on(m_menus.actOpen, [this] { m_keeper.AskAndOpen(); });
   new RecentMenu(*m_menus.mnuRecent, m_keeper);
+  m_menus.actReopen->setEnabled(m_parts.settings != nullptr);
+  if (m_parts.settings) {
+    m_menus.actReopen->setChecked(LastSession(*m_parts.settings).IsWanted());
+    on(m_menus.actReopen,
+       [this](bool bChecked) { LastSession(*m_parts.settings).Wanted(bChecked); });
+  }
   on(m_menus.actSave, [this] { m_keeper.Save(); });
   on(m_menus.actSaveAs, [this] { m_keeper.SaveAs(); });
   on(m_menus.actExit, [this] { close(); });
@@ -235,7 +252,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  if (m_parts.settings) m_parts.settings->setValue("Window/Geometry", saveGeometry());
+  if (m_parts.settings) {
+    m_parts.settings->setValue("Window/Geometry", saveGeometry());
+    LastSession(*m_parts.settings).Keep(m_keeper.Document().Path(), m_session.Selected().get());
+  }
   m_keeper.Close();
   event->accept();
 }

@@ -33,6 +33,9 @@ class MainWindow final : public QMainWindow {
   /// What may be done with the document, and what it is; see DocumentKeeper.
   bool NewDocument() { return m_keeper.New(); }
   bool OpenDocument(platform::Text sPath) { return m_keeper.Open(std::move(sPath)); }
+  /// Opens the document that the console was ended with, and selects its item, where the user wants
+  /// that; false when there is none, or it cannot be opened, which is told.
+  bool OpenLast();
   bool Save() { return m_keeper.Save(); }
   bool SaveTo(const platform::Text& sPath) { return m_keeper.SaveTo(sPath); }
   bool IsModified() { return m_keeper.IsModified(); }

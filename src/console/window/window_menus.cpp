@@ -63,6 +63,10 @@ void WindowMenus::MakeFileMenu(QMenuBar& menuBar) {
   actOpen = Add(*file, "actOpen", tr("&Open…"), QKeySequence::Open);
   actOpen->setIcon(ImageList::Named("document-open"));
   mnuRecent = AddMenu(*file, "mnuRecent", tr("Open &Recent"));
+  actReopen = Add(*file, "actReopen", tr("Reopen Last at S&tart"));
+  actReopen->setCheckable(true);
+  actReopen->setStatusTip(
+      tr("Started without a document, the console opens the one that it was ended with."));
   file->addSeparator();
   actSave = Add(*file, "actSave", tr("&Save"), QKeySequence::Save);
   actSave->setIcon(ImageList::Named("document-save"));

@@ -21,6 +21,7 @@ class WindowMenus final : public QObject {
   QAction* actNew = nullptr;
   QAction* actOpen = nullptr;
   QMenu* mnuRecent = nullptr;
+  QAction* actReopen = nullptr;
   QAction* actSave = nullptr;
   QAction* actSaveAs = nullptr;
   QAction* actExit = nullptr;
