@@ -120,8 +120,8 @@ int main(int argc, char** argv) {
                                settings ? orvane::console::RowMemory(*settings) : std::nullopt);
     orvane::console::MainWindow window(host.Parts(settings ? &*settings : nullptr));
     // The document says where the window was and how large.
-    const bool bOpened = arguments.sDocument.empty() ? window.OpenLast()
-                                                     : window.OpenDocument(arguments.sDocument);
+    const bool bOpened =
+        arguments.sDocument.empty() ? window.OpenLast() : window.OpenDocument(arguments.sDocument);
     if (!bOpened && !window.Session().IsOpen()) window.NewDocument();
     window.show();
     return QApplication::exec();

@@ -7,8 +7,8 @@
 
 namespace orvane::console {
 
-/// Where the guide's first page lies for a program in that folder: with what is installed, or in the
-/// tree that the program was built in. Empty when it is in neither place.
+/// Where the guide's first page lies for a program in that folder: with what is installed, or in
+/// the tree that the program was built in. Empty when it is in neither place.
 QString GuideFor(const QString& sProgramFolder);
 
 class GuideWindow final : public QTextBrowser {

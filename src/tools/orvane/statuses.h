@@ -24,8 +24,10 @@ enum Status : int {
 /// The same in words, behind the help and in the manual.
 constexpr const char* kStatusNotes =
     "The exit status is 0 when it is done, 1 when nothing was found, 2 for a wrong use, 3 when the "
-    "server refused it, 4 without a connection, 5 when the row limit cut the rows, 6 for a document "
-    "that cannot be used, 7 when something else failed, 130 behind Ctrl+C, and 141 when nobody reads "
+    "server refused it, 4 without a connection, 5 when the row limit cut the rows, 6 for a "
+    "document "
+    "that cannot be used, 7 when something else failed, 130 behind Ctrl+C, and 141 when nobody "
+    "reads "
     "the output any more.";
 
 /// The status for a failure of that number.

@@ -11,8 +11,8 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QTextBlock>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 
 #include "console/document/row_memory.h"
