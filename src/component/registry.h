@@ -37,8 +37,6 @@ class Registry {
   /// orvane/components in each of XDG_DATA_DIRS, or in /usr/local/share and /usr/share.
   static std::vector<std::filesystem::path> SystemFolders();
 
-  const std::vector<std::filesystem::path>& Folders() const noexcept { return m_folders; }
-
   /// The class of that name, in any case, or nothing. Fails with kComponent when the first file
   /// for it is damaged: another folder's class is not taken silently for the one meant.
   std::optional<RegisteredClass> Find(std::string_view sProgId) const;

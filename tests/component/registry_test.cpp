@@ -38,6 +38,12 @@ Text FailureOf(const Registry& registry, const Text& sProgId) {
   return {};
 }
 
+std::vector<fs::path> Libraries(const Registry& registry) {
+  std::vector<fs::path> libraries;
+  for (const auto& registered : registry.List().classes) libraries.push_back(registered.library);
+  return libraries;
+}
+
 TEST(RegistryTest, the_first_folder_that_has_the_class_wins) {
   const TemporaryFolder folder;
   const Registry registry({folder / "build", folder / "user", folder / "system"});
@@ -99,21 +105,31 @@ TEST(RegistryTest, the_list_is_what_would_be_found) {
   Write(folder / "system", "A", "/system/a.so");
   Write(folder / "system", "C", "/system/c.so");
   WriteText(folder / "system" / "README", "other files do not matter");
-  std::vector<fs::path> libraries;
-  for (const auto& registered : registry.List().classes) libraries.push_back(registered.library);
-  EXPECT_THAT(libraries, ElementsAre("/user/a.so", "/user/b.so", "/system/c.so"));
+  EXPECT_THAT(Libraries(registry), ElementsAre("/user/a.so", "/user/b.so", "/system/c.so"));
   EXPECT_THAT(registry.List().sProblems, IsEmpty());
 }
 
 TEST(RegistryTest, the_standard_order_is_build_tree_user_system) {
-  const Variable data("XDG_DATA_HOME", "/users/me/data");
-  const Variable system("XDG_DATA_DIRS", "/opt/share::relative:/usr/share");
-  EXPECT_THAT(Registry::Standard("/build/components").Folders(),
-              ElementsAre("/build/components", "/users/me/data/orvane/components",
-                          "/opt/share/orvane/components", "/usr/share/orvane/components"));
-  EXPECT_THAT(Registry::Standard().Folders(),
-              ElementsAre("/users/me/data/orvane/components", "/opt/share/orvane/components",
-                          "/usr/share/orvane/components"));
+  const TemporaryFolder folder;
+  const fs::path components = fs::path("orvane") / "components";
+  const fs::path user = folder / "me" / components;
+  const fs::path first = folder / "opt" / components;
+  const fs::path second = folder / "usr" / components;
+  const Text sSystem = (folder / "opt").string() + "::relative:" + (folder / "usr").string();
+  const Variable data("XDG_DATA_HOME", (folder / "me").c_str());
+  const Variable system("XDG_DATA_DIRS", sSystem.c_str());
+  Write(folder / "build", "A", "/build/a.so");
+  Write(user, "A", "/user/a.so");
+  Write(user, "B", "/user/b.so");
+  Write(first, "B", "/first/b.so");
+  Write(first, "C", "/first/c.so");
+  Write(second, "C", "/second/c.so");
+  Write(second, "D", "/second/d.so");
+  EXPECT_THAT(Libraries(Registry::Standard(folder / "build")),
+              ElementsAre("/build/a.so", "/user/b.so", "/first/c.so", "/second/d.so"));
+  EXPECT_THAT(Libraries(Registry::Standard()),
+              ElementsAre("/user/a.so", "/user/b.so", "/first/c.so", "/second/d.so"));
+  EXPECT_THAT(Registry::SystemFolders(), ElementsAre(first, second));
 }
 
 TEST(RegistryTest, a_program_finds_what_lies_in_its_build_tree_and_beside_its_installation) {
@@ -138,16 +154,18 @@ TEST(RegistryTest, without_settings_the_usual_data_folders_are_taken) {
   const Variable data("XDG_DATA_HOME", "not/absolute");
   const Variable home("HOME", "/users/me");
   const Variable system("XDG_DATA_DIRS", "");
-  EXPECT_THAT(Registry::Standard().Folders(),
-              ElementsAre("/users/me/.local/share/orvane/components",
-                          "/usr/local/share/orvane/components", "/usr/share/orvane/components"));
+  EXPECT_EQ(Registry::UserFolder(), "/users/me/.local/share/orvane/components");
+  EXPECT_THAT(Registry::SystemFolders(),
+              ElementsAre("/usr/local/share/orvane/components", "/usr/share/orvane/components"));
 }
 
 TEST(RegistryTest, without_a_home_folder_the_system_is_still_found) {
+  const TemporaryFolder folder;
   const Variable data("XDG_DATA_HOME", nullptr);
   const Variable home("HOME", nullptr);
-  const Variable system("XDG_DATA_DIRS", "/usr/share");
-  EXPECT_THAT(Registry::Standard().Folders(), ElementsAre("/usr/share/orvane/components"));
+  const Variable system("XDG_DATA_DIRS", folder.Path().c_str());
+  Write(folder / "orvane" / "components", "A", "/system/a.so");
+  EXPECT_THAT(Libraries(Registry::Standard()), ElementsAre("/system/a.so"));
   EXPECT_THROW(Registry::UserFolder(), Failure);
 }
 
