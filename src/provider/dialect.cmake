@@ -13,6 +13,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/engine_forms.cpp
   dialect/exact_names.cpp
   dialect/expression_reader.cpp
+  dialect/given_values.cpp
   dialect/lexer.cpp
   dialect/query_reader.cpp
   dialect/refused_names.cpp

@@ -138,7 +138,9 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   }
   toRun.sSql = std::move(translation.sSql);
   toRun.parameters = std::move(translation.parameters);
-  toRun.batch = statement.batch;
+  if (statement.batch) {
+    toRun.batch = dialect::LookedAt(statement.batch, std::move(translation.given));
+  }
   toRun.written = {statement.sText, std::move(translation.places)};
   toRun.functions = std::move(translation.functions);
   toRun.storedTimes = std::move(translation.storedTimes);

@@ -204,6 +204,11 @@ Kinds TimeAnalysis::KindsOfDayCast(const Expr& expr, Meant meant) {
   const Expr& value = *expr.children[0];
   const Kinds of = KindsOf(value);
   const bool bTime = kinds::Has(of, kinds::kFromTimes);
+  // Its day depends on a zone, and a server would take its own; one without a zone shows it.
+  if (bTime && !m_place.bStored && !IsWithoutZone(value)) {
+    Fail(value.range.begin, "A time is cast to a date or a time of day",
+         "write date(...) for its date, time(...) for its time of day, both in UTC");
+  }
   if (Typed() != nullptr) {
     // A text of its rows it reads by itself.
     const bool bText = kinds::Has(of, kinds::kText) && Inside(&value)->kind != ExprKind::String;
@@ -215,10 +220,6 @@ Kinds TimeAnalysis::KindsOfDayCast(const Expr& expr, Meant meant) {
     if (bTime) return kinds::kNumberOfTime;
     constexpr Kinds kOfTimes = kinds::kCounted | kinds::kDaysAndClocks;
     return kinds::Has(of, kOfTimes) ? kinds::Counted(of) : kinds::kOther;
-  }
-  if (bTime) {
-    Fail(value.range.begin, "A time is cast to a date or a time of day",
-         "write date(...) for its date, time(...) for its time of day, both in UTC");
   }
   Convert(value, meant);
   m_place.edits.Replace({expr.range.begin, expr.range.begin + 1}, "");

@@ -222,12 +222,17 @@ Text CharacterNumber(std::string_view sStatement, std::size_t position) {
   return std::to_string(nCharacter);
 }
 
+platform::Failure FailureAt(std::string_view sStatement, std::size_t position, const Text& sWhat,
+                            const Text& sAdvice) {
+  return {platform::failure::kSqlError,
+          sWhat + " (character " + CharacterNumber(sStatement, position) + " of the statement); " +
+              sAdvice + ".",
+          "ORVOLEDB", 0, Text(sStatement)};
+}
+
 void FailAt(std::string_view sStatement, std::size_t position, const Text& sWhat,
             const Text& sAdvice) {
-  throw platform::Failure(platform::failure::kSqlError,
-                          sWhat + " (character " + CharacterNumber(sStatement, position) +
-                              " of the statement); " + sAdvice + ".",
-                          "ORVOLEDB", 0, Text(sStatement));
+  throw FailureAt(sStatement, position, sWhat, sAdvice);
 }
 
 Text UpperCase(Text sName) {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/types.h"
+#include "platform/failure.h"
 
 namespace orvane::provider::dialect {
 
@@ -53,7 +53,10 @@ std::vector<Token> ReadTokens(std::string_view sStatement, StatementWork& work);
 /// The place as a number of characters, not bytes, counted from 1.
 platform::Text CharacterNumber(std::string_view sStatement, std::size_t position);
 
-/// Fails with failure::kSqlError and "<what> (character N of the statement); <advice>."
+/// failure::kSqlError and "<what> (character N of the statement); <advice>."
+platform::Failure FailureAt(std::string_view sStatement, std::size_t position,
+                            const platform::Text& sWhat, const platform::Text& sAdvice);
+/// Fails with that.
 [[noreturn]] void FailAt(std::string_view sStatement, std::size_t position,
                          const platform::Text& sWhat, const platform::Text& sAdvice);
 

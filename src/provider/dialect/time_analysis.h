@@ -5,9 +5,9 @@
 // Used by the translator, once for each statement and for each view that one reads. The kinds are
 // worked out in time_kinds.cpp, what queries put out in time_outputs.cpp, what meets what is told
 // in time_meetings.cpp and time_definitions.cpp, what is looked at again when the statement runs in
-// time_guards.cpp, what becomes a time in time_conversions.cpp, which times have no zone in
-// times_without_zone.cpp, and what becomes a date or a time of day, which columns of these types
-// hold as texts, in day_conversions.cpp.
+// time_guards.cpp, or when values are given for it in given_values.cpp, what becomes a time in
+// time_conversions.cpp, which times have no zone in times_without_zone.cpp, and what becomes a date
+// or a time of day, which columns of these types hold as texts, in day_conversions.cpp.
 #pragma once
 
 #include <map>
@@ -16,6 +16,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "provider/dialect/given_values.h"
 #include "provider/dialect/output_columns.h"
 #include "provider/dialect/table_names.h"
 #include "provider/dialect/written_times.h"
@@ -66,6 +67,8 @@ class TimeAnalysis {
   /// column of the query those that it hands out as they are.
   StoredTimes ReliesOn();
   std::vector<StoredTimes> Shows(const Query& query);
+  /// Behind Run: what is expected of values that are not known yet.
+  const std::vector<GivenValue>& Given() const { return m_given; }
 
  private:
   // For being the same, or for which comes first.
@@ -194,6 +197,8 @@ class TimeAnalysis {
   // --- what is looked at again when the statement runs ---
   void CheckMeeting(const std::vector<Operand>& operands, std::size_t token, Comparison how);
   void CheckWritten(const std::vector<Operand>& operands, std::size_t token, Comparison how);
+  using FitsText = std::function<bool(std::string_view sText)>;
+  FitsText TextsBeside(const std::vector<Operand>& operands, bool bPart, Comparison how) const;
   void CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
                     Comparison how);
   bool IsLeft(Kinds kinds) const;
@@ -205,6 +210,12 @@ class TimeAnalysis {
   void Guard(const Operand& operand, std::string_view sFunction, Kinds sound);
   void Guard(const Expr& expr, std::string_view sFunction, Kinds sound);
   void GuardOutput(const Query& query, std::size_t column, std::string_view sFunction, Kinds sound);
+
+  // --- what is given while the statement runs ---
+  void Expect(const Operand& operand, const Fits& fits, const platform::Text& sWhat,
+              const platform::Text& sAdvice);
+  void ExpectTimes(const std::vector<Operand>& operands);
+  void ExpectMade(const std::vector<Operand>& operands, Kinds all, Comparison how);
 
   // --- what the statement relies on ---
   bool TakesAnyDay(const Expr& expr) const;
@@ -291,6 +302,7 @@ class TimeAnalysis {
   std::set<const Query*> m_passedOn;  // of which the columns are found under their own names
   std::size_t m_nColumns = 0;
   int m_nDepth = 0;
+  std::vector<GivenValue> m_given;
   bool m_bCalls = false;
   bool m_bClocks = false;
 };

@@ -15,6 +15,7 @@ void TimeAnalysis::CheckMeeting(const std::vector<Operand>& operands, std::size_
   Kinds all = kinds::kNull;
   for (const auto& operand : operands) all |= KindsOf(operand);
   if (IsLeft(all)) return;
+  ExpectMade(operands, all, how);
   if (kinds::Has(all, kinds::kCountOfTime) && kinds::Has(all, kinds::kSureTexts)) {
     Fail(token, "A number made from a time is compared with a text",
          "compare the time itself, as in Timestamp >= '*-1h', or write a number");
@@ -100,25 +101,29 @@ void TimeAnalysis::GuardFormat(const Operand& operand, const std::vector<Operand
 }
 
 // A text that no written time can be is before or behind all of them.
-void TimeAnalysis::CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
-                                Comparison how) {
-  const Text& sText = At(text.range.begin).sText;
-  if (sText.empty()) return;
-  bool bFits = BeginsAsWritten(sText);
-  Kinds all = kinds::kNull;
-  if (bPart && BeginsAsDate(sText)) bFits = false;
+TimeAnalysis::FitsText TimeAnalysis::TextsBeside(const std::vector<Operand>& operands, bool bPart,
+                                                 Comparison how) const {
+  std::optional<WrittenFormat> known;
   for (const auto& operand : operands) {
-    all |= KindsOf(operand);
     if (operand.expr == nullptr) continue;
     const auto format = FormatOf(*Inside(operand.expr));
-    if (!format || !format->bKnown) continue;
-    bFits = CanBegin(*format, sText) &&
-            (how == Comparison::Order || sText.size() == format->sShape.size());
+    if (format && format->bKnown) known = format;
   }
-  if (!bFits) {
-    Fail(text.range.begin, "A written time is compared with something else",
-         AdviceFor(all, "a text of the same format"));
-  }
+  return [known, bPart, how](std::string_view sText) {
+    if (sText.empty()) return true;
+    if (!known) return BeginsAsWritten(sText) && !(bPart && BeginsAsDate(sText));
+    return CanBegin(*known, sText) &&
+           (how == Comparison::Order || sText.size() == known->sShape.size());
+  };
+}
+
+void TimeAnalysis::CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
+                                Comparison how) {
+  if (TextsBeside(operands, bPart, how)(At(text.range.begin).sText)) return;
+  Kinds all = kinds::kNull;
+  for (const auto& operand : operands) all |= KindsOf(operand);
+  Fail(text.range.begin, "A written time is compared with something else",
+       AdviceFor(all, "a text of the same format"));
 }
 
 // The engine counts a text as the number that it begins with, most often as 0.
@@ -127,12 +132,17 @@ void TimeAnalysis::LookAtCounted(const Expr& sum, const Expr& side, Kinds other)
   if (IsLeft(other)) return;
   const Kinds of = KindsOf(side);
   const bool bStored = kinds::Has(other, kinds::kTimes);
+  const Text sWhat = "A time and a text are added";
+  const Text sAdvice =
+      "compare two times, as in Timestamp >= '*-1h', or write CAST(... AS REAL) for a number and "
+      "CAST(... AS TIMESTAMP) for a time";
   if (kinds::Has(of, kinds::kText) || (bStored && kinds::Has(of, kinds::kDates))) {
-    Fail(
-        sum.operation, "A time and a text are added",
-        "compare two times, as in Timestamp >= '*-1h', or write CAST(... AS REAL) for a number and "
-        "CAST(... AS TIMESTAMP) for a time");
+    Fail(sum.operation, sWhat, sAdvice);
   }
+  const auto fits = [bStored](const platform::Value& vtValue) {
+    return IsNullOrNumber(vtValue) || (bStored && IsNullOrTime(vtValue));
+  };
+  Expect({&side, nullptr, nullptr, 0, 0}, fits, sWhat, sAdvice);
   if (kinds::Has(of, kinds::kAny) && m_place.sKept.empty()) {
     Guard(side, kOnlyCount, kinds::kOnlyNumbers);
   }

@@ -315,6 +315,7 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
   if (kinds::Has(all, kinds::kTimes)) {
     if (MeetsAsText(operands)) return kinds::kTime;
     const WithoutZone clocks(*this, MeetsClocks(operands));
+    ExpectTimes(operands);
     for (const auto& operand : operands) Convert(operand, Meant::Time);
     return kinds::kTime | (all & kinds::kShifted);
   }
@@ -322,7 +323,9 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
     if (IsLeft(all)) return all;
     const Meant meant = MeantBy(all);
     for (const auto& operand : operands) {
-      if (!IsAsWritten(operand)) Convert(operand, meant);
+      if (IsAsWritten(operand)) continue;
+      Convert(operand, meant);
+      if (operand.expr != nullptr) GuardGiven(*operand.expr, meant);
     }
     return KindsOf(meant);
   }

@@ -153,6 +153,7 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
     std::ranges::move(DayFunctions(settings), std::back_inserter(translation.functions));
   }
   if (numbers.CallsFunction()) translation.functions.push_back(StoredNumbers::Function());
+  translation.given = times.Given();
   translation.source = SourceOf(tree, names, times);
   // How a statement would run is told in columns that are not those of the statement.
   if (tree.kind == StatementKind::Query && !tree.bExplain) {

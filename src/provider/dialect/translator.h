@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/value.h"
+#include "provider/dialect/given_values.h"
 #include "provider/dialect/lexer.h"
 #include "provider/dialect/statement_work.h"
 #include "provider/engines/engine.h"
@@ -92,6 +93,8 @@ struct Translation {
   std::vector<engines::TimeColumn> storedTimes;
   /// See engines::WrittenStatement.
   std::vector<std::pair<std::size_t, std::size_t>> places;
+  /// What is expected of the values of a statement that runs once for each row of them.
+  std::vector<GivenValue> given;
 };
 
 /// The prefix that the option "Identifier Prefixes" puts before names.

@@ -249,6 +249,54 @@ TEST_P(batch, values_come_by_parameters_of_the_right_number_only) {
   EXPECT_EQ(Stored(), "0|\n");
 }
 
+// What would be before or behind all times takes no row away.
+TEST_P(batch, what_meets_a_time_is_refused_as_in_a_single_statement) {
+  Run(*m_opened, "CREATE TABLE P..D (Nr INTEGER PRIMARY KEY, Day DATE, At TIMESTAMP)");
+  Run(*m_opened, "INSERT INTO P..D VALUES (1, 'y', '*-1d'), (2, 't', '*'), (3, NULL, NULL)");
+  struct Form {
+    const char* sCondition;
+    Value vtSound;
+    Value vtRefused;
+  };
+  const Form forms[] = {
+      {"trim(CAST(Day AS TEXT)) < ?", "2024-05", "y"},
+      {"CAST(Day AS TEXT) < ?", Value(), 5},
+      {"date(At) > ?", "2030-01-01", "*"},
+      {"strftime('%H', At) = ?", "07", "2024-05-15"},
+      {"? > strftime('%Y-%m-%d', At)", "2024-01-01", "y"},
+      {"unixepoch(At) < ?", 0, "2024-01-01"},
+      {"unixepoch(At) BETWEEN 0 AND ?", 1, "z"},
+      {"At < ?", FixedNow() - std::chrono::hours(72), true},
+  };
+  for (const Form& form : forms) {
+    const Text sText = Text("DELETE FROM P..D WHERE ") + form.sCondition;
+    const auto clause = [](const Text& sSentence) {
+      return sSentence.substr(0, sSentence.find(" (character"));
+    };
+    const auto refused = RefusedOf([&] {
+      RunAll(sText, 3,
+             [&](std::int64_t n) { return std::vector{n < 3 ? form.vtSound : form.vtRefused}; });
+    });
+    EXPECT_EQ(refused.llRow, 3) << form.sCondition << ": " << refused.sSentence;
+    if (form.vtRefused != Value(true)) {
+      EXPECT_EQ(clause("3805: " + refused.sSentence),
+                clause(FailureOf([&] { With(*m_opened, sText, {form.vtRefused}); })))
+          << form.sCondition;
+    }
+    EXPECT_EQ(Select(*m_opened, "SELECT count(*) FROM P..D"), "3\n") << form.sCondition;
+  }
+  // A text is read beside a time where there is one statement for it.
+  EXPECT_EQ(RefusedOf([&] {
+              RunAll("DELETE FROM P..D WHERE At < ?", 1,
+                     [](auto) { return std::vector<Value>{"*-1h"}; });
+            }).sSentence,
+            "What is given for a parameter meets a time, and is none (character 29 of the "
+            "statement); give a time for it.");
+  RunAll("DELETE FROM P..D WHERE At < ?", 1,
+         [](auto) { return std::vector<Value>{FixedNow() - std::chrono::hours(1)}; });
+  EXPECT_EQ(Select(*m_opened, "SELECT Nr FROM P..D ORDER BY Nr"), "2\n3\n");
+}
+
 TEST_P(batch, a_reader_is_refused_before_the_first_row) {
   ado::Statement statement{"INSERT INTO P..T (Nr) VALUES (?)"};
   statement.bReadOnly = true;

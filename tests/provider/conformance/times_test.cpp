@@ -1,4 +1,6 @@
 // Times: how they are read and how they come out.
+#include <tuple>
+
 #include "tests/provider/conformance/conformance.h"
 
 namespace orvane::provider::conformance {
@@ -237,6 +239,47 @@ TEST_P(times, of_which_the_day_is_meant_have_that_of_the_zone) {
   EXPECT_EQ(
       Select(*opened, "SELECT CAST(Day AS TIMESTAMP) FROM Plant1..Days WHERE Id > 3 ORDER BY Id"),
       "2024-03-31 01:00:00\n2024-10-27 00:00:00\n");
+  // The first of two is meant, also where clocks go back from 00:01; a day may begin without one.
+  const std::tuple<const char*, const char*, const char*> midnights[] = {
+      {"Atlantic/Azores", "2024-10-27", "2024-10-27T00:00:00Z"},
+      {"America/St_Johns", "2010-11-07", "2010-11-07T02:30:00Z"},
+      {"America/St_Johns", "2010-03-14", "2010-03-14T03:30:00Z"},
+      {"America/Sao_Paulo", "2018-11-04", "2018-11-04T03:00:00Z"},
+      {"America/Sao_Paulo", "2018-02-18", "2018-02-18T03:00:00Z"},
+      {"America/Nuuk", "2022-03-27", "2022-03-27T02:00:00Z"},
+      {"America/Scoresbysund", "2022-03-27", "2022-03-27T01:00:00Z"},
+      {"America/Nuuk", "2024-03-31", "2024-03-31T01:00:00Z"},
+  };
+  for (const auto& [sZone, sDay, sMoment] : midnights) {
+    opened->PropertyValue("Time Zone", Text(sZone));
+    EXPECT_EQ(
+        Select(*opened, Text("SELECT CAST(CAST('") + sDay + "' AS DATE) AS TIMESTAMP) = CAST('" +
+                            sMoment + "' AS TIMESTAMP) FROM Plant1..Days WHERE Id = 1"),
+        Select(*opened, "SELECT 1 = 1 FROM Plant1..Days WHERE Id = 1"))
+        << sZone << ' ' << sDay;
+  }
+}
+
+// Whose day it would be is not written there.
+TEST_P(times, are_cast_to_no_day) {
+  const auto opened = OpenPlant("Time Zone = Europe/Madrid;");
+  for (const char* const sCast :
+       {"CAST(Timestamp AS DATE)", "CAST(Timestamp AS TIME)", "CAST(max(Timestamp) AS DATE)",
+        "CAST(Timestamp + 5 AS DATE)", "(SELECT CAST(Timestamp AS DATE))"}) {
+    const Text sText = Text("SELECT ") + sCast + " FROM Plant1..Data";
+    const std::size_t place = sText.find(sCast[5] == 'm' ? "max(" : "Timestamp") + 1;
+    EXPECT_EQ(Failing(*opened, sText),
+              "3805: A time is cast to a date or a time of day (character " +
+                  std::to_string(place) +
+                  " of the statement); write date(...) for its date, time(...) for its time of "
+                  "day, both in UTC.");
+  }
+  EXPECT_EQ(Failing(*opened, "DELETE FROM Plant1..Data WHERE CAST(Timestamp AS DATE) = 't'")
+                .substr(0, 47),
+            "3805: A time is cast to a date or a time of day");
+  EXPECT_EQ(
+      Select(*opened, "SELECT DISTINCT CAST(date(Timestamp) AS DATE) FROM Plant1..Data ORDER BY 1"),
+      "2024-05-14\n2024-05-15\n");
 }
 
 TEST_P(times, that_are_none_are_told_with_their_place) {

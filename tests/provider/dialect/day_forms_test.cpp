@@ -1,5 +1,8 @@
 // Columns of types DATE and TIME: what they meet is a date, or a time of day, or refused. The rows
 // that are expected were worked out by a program of its own, on the dates of a calendar.
+#include <algorithm>
+#include <utility>
+
 #include "tests/provider/dialect/days.h"
 
 namespace orvane::provider::dialect {
@@ -270,6 +273,23 @@ TEST_F(day_forms, of_rows_of_parameters_are_looked_at_while_they_come) {
       "it must begin with *, t, y or a date such as 2024-05-31.");
   EXPECT_EQ(Run("SELECT Id, Day, Clock FROM Plant1..Days WHERE Id >= 40"),
             "40|2024-05-01|00:00:00\n41|2024-05-14|\n");
+}
+
+TEST_F(day_forms, rows_of_parameters_are_compared_as_dates) {
+  const auto deletes = [&](const platform::Value& vtDay) {
+    ado::Statement statement{"DELETE FROM Plant1..Days WHERE Day < ? AND Id < 40"};
+    statement.batch = [vtDay, bGiven = false](std::vector<platform::Value>& row) mutable {
+      row = {vtDay};
+      return !std::exchange(bGiven, true);
+    };
+    return m_session->Execute(statement, {}).lRecordsAffected;
+  };
+  const Text sBefore = Ids("Day < 'y'");
+  EXPECT_EQ(FailureOf([&] { deletes("soon"); }).substr(0, 45),
+            "3805: 'soon' is compared with a date or store");
+  EXPECT_EQ(Ids("Day < 'y'"), sBefore);
+  EXPECT_EQ(deletes("y"), std::ranges::count(sBefore, ' '));
+  EXPECT_EQ(Ids("Day < 'y'"), "");
 }
 
 TEST_F(day_forms, that_another_program_stored_wrongly_are_compared_as_they_are_and_put_right) {

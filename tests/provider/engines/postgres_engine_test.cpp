@@ -153,6 +153,8 @@ TEST_F(PostgresEngineTest, stores_what_clocks_show_also_where_they_skip_it) {
   Run(*session, "UPDATE s..t SET o = '2026-10-25 02:30'");
   EXPECT_EQ(Names(*Run(*session, "SELECT o FROM s..t").recordset, 0),
             std::vector<Text>{"2026-10-25 02:30:00"});
+  EXPECT_EQ(Names(*Run(*session, "SELECT CAST(max(o) AS DATE) FROM s..t").recordset, 0),
+            std::vector<Text>{"2026-10-25"});
 }
 
 TEST_F(PostgresEngineTest, columns_without_a_name_have_one_that_tells_them_apart) {

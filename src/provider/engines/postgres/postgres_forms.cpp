@@ -196,9 +196,10 @@ const SqlForm kPostgresForm = {
     .sDayBehind = "::date",
     .sClockBehind = "::time",
     // Where clocks are put back over midnight the first one is meant, and not the second as a
-    // server takes it: half an hour before there is one only.
-    .midnightInZone = {"(((", ")::timestamp - interval '30 minutes') AT TIME ZONE ",
-                       " + interval '30 minutes')"},
+    // server takes it. That one is an hour behind 23:00, unless they are put forward in between.
+    .midnightInZone = {"(SELECT least(o.m AT TIME ZONE o.z, (o.m - interval '1 hour') AT TIME ZONE "
+                       "o.z + interval '1 hour') FROM (VALUES ((",
+                       ")::timestamp, ", ")) AS o(m, z))"},
     .dayInZone = {"(((", ")::timestamptz AT TIME ZONE ", ")::date)"},
 };
 
