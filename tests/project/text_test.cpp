@@ -169,6 +169,13 @@ TEST(TextTest, a_silenced_lint_names_its_check_and_its_reason) {
   ExpectAbsent(Files(kCodeFolders), {sMark}, sMark + "(NEXTLINE|BEGIN)?\\([^)]*\\)\\W*$");
 }
 
+TEST(TextTest, no_file_of_code_holds_more_than_one_thought) {
+  constexpr std::size_t kMostLines = 400;
+  for (const auto& file : Files(kCodeFolders, {".h", ".cpp"})) {
+    EXPECT_LE(Lines(file).size(), kMostLines) << Said(file) << " becomes several files";
+  }
+}
+
 TEST(TextTest, lines_end_without_blanks_and_without_carriage_returns) {
   for (const auto& file : Files(kCodeFolders, {".h", ".cpp", ".cmake", ".txt"})) {
     const std::string sContent = Content(file);

@@ -109,7 +109,8 @@ TEST_F(PostgresSilenceTest, a_logon_that_was_cancelled_before_asks_nobody) {
               Open("postgresql://a-name-that-nobody-knows/d", "anna", {}, stop.get_token());
             }).lNumber,
             failure::kCancelled);
-  EXPECT_EQ(Threads(), threads);
+  // One in which the C library has looked names up before may end meanwhile.
+  EXPECT_LE(Threads(), threads);
 }
 
 TEST_F(PostgresSilenceTest, a_host_that_says_nothing_is_passed_over_after_its_time) {
