@@ -9,6 +9,8 @@
 #include "ado/provider.h"
 #include "platform/component.h"
 #include "tests/ado/failure_of.h"
+#include "tests/fakes/gate.h"
+#include "tests/provider/engines/database_folder.h"
 #include "tests/provider/engines/process_parts.h"
 #include "tests/provider/engines/silent_server.h"
 #include "tests/provider/temporary_root.h"
@@ -102,21 +104,23 @@ bool IsLoaded() {
   return library != nullptr;
 }
 
+// A provider of the library, however it was loaded.
+std::shared_ptr<ado::Provider> ProviderOf(void* library) {
+  void* factory = nullptr;
+  reinterpret_cast<decltype(DllGetClassObject)*>(dlsym(library, "DllGetClassObject"))(
+      "ORVOLEDB", platform::kClassFactoryInterface, &factory);
+  return std::dynamic_pointer_cast<ado::Provider>(
+      static_cast<platform::ClassFactory*>(factory)->CreateInstance({}));
+}
+
 // Unloads the library while a server says nothing, as a host may that does not ask, has the server
 // hang up then, and ends: whatever of the library still ran would run into nothing.
 [[noreturn]] void UnloadBesideASilentServer() {
   tests::SilentServer silent;
   const auto threads = tests::Threads();
   void* const library = dlopen(ORVANE_PROVIDER_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-  const auto entry = [&]<class Function>(const char* sName) {
-    return reinterpret_cast<Function*>(dlsym(library, sName));
-  };
   {
-    void* factory = nullptr;
-    entry.operator()<decltype(DllGetClassObject)>("DllGetClassObject")(
-        "ORVOLEDB", platform::kClassFactoryInterface, &factory);
-    const auto provider = std::dynamic_pointer_cast<ado::Provider>(
-        static_cast<platform::ClassFactory*>(factory)->CreateInstance({}));
+    const auto provider = ProviderOf(library);
     std::stop_source stop;
     std::thread stops([&] {
       silent.TakeCall();
@@ -136,6 +140,37 @@ bool IsLoaded() {
   silent.HangUp();
   while (tests::Threads() > threads) std::this_thread::yield();
   exit(0);
+}
+
+// The same while a statement goes on that did not hear its stop: that one needs the library.
+[[noreturn]] void UnloadBesideALeftStatement() {
+  const TemporaryRoot root;
+  setenv("XDG_DATA_HOME", root.Path().c_str(), 1);
+  setenv("XDG_STATE_HOME", root.Path().c_str(), 1);
+  fakes::Gate ends;
+  std::stop_source stop;
+  const tests::SqlCall call([&] {
+    stop.request_stop();
+    ends.Wait();
+  });
+  const auto threads = tests::Threads();
+  void* const library = dlopen(ORVANE_PROVIDER_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+  {
+    const auto session = ProviderOf(library)->Open(ado::ConnectionSettings::Parse(""), "", {});
+    const auto failed = tests::FailureOf([&] {
+      session->Execute({"SELECT called()", 0, {}}, stop.get_token());
+    });
+    if (failed.lNumber != platform::failure::kCancelled) _exit(2);
+  }
+  constexpr int kMostUses = 100;
+  for (int n = 0; n < kMostUses && IsLoaded(); ++n) dlclose(library);
+  ends.Open();
+  while (tests::Threads() > threads) std::this_thread::yield();
+  exit(0);
+}
+
+TEST(entry_points_death, the_library_stays_while_a_statement_is_left_to_itself) {
+  EXPECT_EXIT(UnloadBesideALeftStatement(), testing::ExitedWithCode(0), "");
 }
 
 TEST(entry_points_death, the_library_goes_while_a_server_says_nothing) {

@@ -1,11 +1,15 @@
 #include "provider/engines/statement_thread.h"
 
+#include <dlfcn.h>
+
+#include <algorithm>
 #include <condition_variable>
 #include <exception>
 #include <mutex>
 #include <system_error>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace orvane::provider::engines {
 namespace {
@@ -33,6 +37,66 @@ bool WaitForEnd(Shared& shared, const std::stop_token& stop, std::chrono::millis
   shared.ended.wait(lock, hasEnded);
   return true;
 }
+
+/// The threads of statements that were left to themselves. SQLite hears its stop between two steps
+/// of its machine and not within one, and a thread in the middle of one can be taken down by
+/// nothing: it holds locks and memory of SQLite's. So the program waits for them at its end, for a
+/// while, and then ends beneath those that do not; their changes are none, since they may not
+/// commit. A library that this is part of stays loaded from the first one on.
+class LeftThreads {
+ public:
+  static LeftThreads& The() {
+    static LeftThreads threads;
+    return threads;
+  }
+  LeftThreads(const LeftThreads&) = delete;
+  LeftThreads& operator=(const LeftThreads&) = delete;
+
+  void Take(std::thread thread, std::shared_ptr<Shared> shared) {
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_threads, [](Left& left) { return JoinedWithin({}, left); });
+    m_threads.push_back({std::move(thread), std::move(shared)});
+  }
+
+ private:
+  struct Left {
+    std::thread thread;
+    std::shared_ptr<Shared> shared;
+  };
+
+  LeftThreads() { KeepLibrary(); }
+  ~LeftThreads() {
+    constexpr std::chrono::seconds kUntilTheEnd{5};
+    const auto end = std::chrono::steady_clock::now() + kUntilTheEnd;
+    for (Left& left : m_threads) {
+      const auto patience = std::max(end - std::chrono::steady_clock::now(),
+                                     std::chrono::steady_clock::duration::zero());
+      if (!JoinedWithin(patience, left)) left.thread.detach();
+    }
+  }
+
+  static bool JoinedWithin(std::chrono::steady_clock::duration patience, Left& left) {
+    std::unique_lock lock(left.shared->mutex);
+    if (!left.shared->ended.wait_for(lock, patience, [&] { return left.shared->bEnded; })) {
+      return false;
+    }
+    lock.unlock();
+    left.thread.join();
+    return true;
+  }
+
+  // What a host unloads without asking stays all the same. A program needs no keeping, and is not
+  // found by its name as a library is.
+  static void KeepLibrary() {
+    Dl_info self{};
+    if (dladdr(reinterpret_cast<void*>(&KeepLibrary), &self) != 0) {
+      dlopen(self.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+    }
+  }
+
+  std::mutex m_mutex;
+  std::vector<Left> m_threads;
+};
 
 /// Keeps the rows of a statement that is left to itself from whoever took them.
 class GatedRows final : public ado::RowReceiver {
@@ -113,7 +177,7 @@ std::optional<EngineResult> RunPatiently(std::shared_ptr<FileSession> session,
     work();  // Without a thread there is nothing for it but to wait.
   }
   if (!WaitForEnd(*shared, stop, patience)) {
-    thread.detach();
+    LeftThreads::The().Take(std::move(thread), shared);
     if (gate) gate->Close();
     return std::nullopt;
   }

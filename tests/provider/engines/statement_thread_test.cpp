@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 #include "ado/recordset_builder.h"
@@ -116,6 +118,29 @@ TEST(statement_thread, leaves_one_to_itself_and_takes_no_more_of_its_rows) {
   ended.Wait();
   EXPECT_EQ(sLate, "3712: The statement was cancelled.");
   EXPECT_EQ(rows->Recordset()->RecordCount(), 1);
+}
+
+// The program ends while a statement goes on that was left to itself, and soon ends.
+[[noreturn]] void EndBesideALeftStatement() {
+  // Needed longer than anything that goes at the end.
+  static auto& ends = *new fakes::Gate;
+  std::stop_source stop;
+  RunScript(
+      [&](const auto&, const auto&) {
+        stop.request_stop();
+        ends.Wait();
+        std::this_thread::sleep_for(20ms);
+        std::fputs("ended by itself", stderr);
+      },
+      stop.get_token(), 0ms);
+  std::atexit([] { ends.Open(); });
+  std::exit(0);
+}
+
+TEST(statement_thread_death, one_that_was_left_is_waited_for_at_the_end) {
+  // In a program of its own: threads of other cases are none in a copy of this one.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(EndBesideALeftStatement(), testing::ExitedWithCode(0), "ended by itself");
 }
 
 TEST(statement_thread, asks_whoever_else_is_to_be_asked_before_a_change) {
