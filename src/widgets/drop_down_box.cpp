@@ -3,7 +3,6 @@
 #include <QAbstractItemView>
 #include <QHelpEvent>
 #include <QToolTip>
-#include <QWheelEvent>
 
 #include "widgets/tool_tip.h"
 
@@ -15,12 +14,11 @@ constexpr int kEntriesShown = 15;
 
 }  // namespace
 
-DropDownBox::DropDownBox(QWidget* parent) : QComboBox(parent) {
+DropDownBox::DropDownBox(QWidget* parent) : WheelByFocus(parent) {
   // Wide enough for its arrow and a usual name: a catalog's longest name does not set the width.
   setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
   setMinimumContentsLength(kDropDownCharacters);
   setMaxVisibleItems(kEntriesShown);
-  setFocusPolicy(Qt::StrongFocus);
   view()->setTextElideMode(Qt::ElideMiddle);
 }
 
@@ -31,14 +29,6 @@ bool DropDownBox::event(QEvent* event) {
   QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
                      bCut ? ToolTipOf(currentText()) : QString(), this);
   return true;
-}
-
-void DropDownBox::wheelEvent(QWheelEvent* event) {
-  if (hasFocus()) {
-    QComboBox::wheelEvent(event);
-  } else {
-    event->ignore();
-  }
 }
 
 }  // namespace orvane::widgets

@@ -4,17 +4,17 @@
 
 #include <QComboBox>
 
+#include "widgets/wheel_by_focus.h"
+
 namespace orvane::widgets {
 
-/// Takes the wheel only while it has the focus: what scrolls under the mouse changes nothing. The
-/// tool tip has the entry whole where it is cut.
-class DropDownBox : public QComboBox {
+/// The tool tip has the entry whole where it is cut.
+class DropDownBox : public WheelByFocus<QComboBox> {
  public:
   explicit DropDownBox(QWidget* parent = nullptr);
 
  protected:
   bool event(QEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
 };
 
 }  // namespace orvane::widgets

@@ -4,15 +4,10 @@
 
 #include <QSpinBox>
 
+#include "widgets/wheel_by_focus.h"
+
 namespace orvane::widgets {
 
-/// Takes the wheel only while it has the focus: what scrolls under the mouse changes nothing.
-class NumberBox : public QSpinBox {
- public:
-  explicit NumberBox(QWidget* parent = nullptr);
-
- protected:
-  void wheelEvent(QWheelEvent* event) override;
-};
+using NumberBox = WheelByFocus<QSpinBox>;
 
 }  // namespace orvane::widgets

@@ -97,6 +97,9 @@ TEST_F(time_bar, what_has_no_focus_takes_no_wheel) {
   ranges.setFocus();
   roll(ranges);
   EXPECT_EQ(m_nChosen, 1);
+  seconds.setFocus();
+  roll(seconds);
+  EXPECT_EQ(seconds.value(), nSeconds - 1);
 }
 
 TEST_F(time_bar, offers_what_is_often_asked_for) {

@@ -11,16 +11,11 @@ using platform::Recordset;
 using platform::RowIndex;
 using platform::RowState;
 
-void UndoSteps::Change(Recordset& rs, std::span<const RowIndex> rows,
-                       const std::function<void()>& change) {
-  Step step;
-  for (const RowIndex row : rows) step[row].before = OverlayOf(rs, row);
-  const auto keep = [&] {
-    for (auto& [row, overlays] : step) overlays.behind = OverlayOf(rs, row);
-    std::erase_if(step,
-                  [](const auto& entry) { return entry.second.before == entry.second.behind; });
-    Push(std::move(step));
-  };
+namespace {
+
+// Runs the change and keeps what came of it, of one that fails as far as it went.
+template <class Keep>
+void ChangeAndKeep(const std::function<void()>& change, const Keep& keep) {
   try {
     change();
   } catch (...) {
@@ -28,6 +23,20 @@ void UndoSteps::Change(Recordset& rs, std::span<const RowIndex> rows,
     throw;
   }
   keep();
+}
+
+}  // namespace
+
+void UndoSteps::Change(Recordset& rs, std::span<const RowIndex> rows,
+                       const std::function<void()>& change) {
+  Step step;
+  for (const RowIndex row : rows) step[row].before = OverlayOf(rs, row);
+  ChangeAndKeep(change, [&] {
+    for (auto& [row, overlays] : step) overlays.behind = OverlayOf(rs, row);
+    std::erase_if(step,
+                  [](const auto& entry) { return entry.second.before == entry.second.behind; });
+    Push(std::move(step));
+  });
 }
 
 void UndoSteps::Push(Step step) {
@@ -39,18 +48,11 @@ void UndoSteps::Push(Step step) {
 
 void UndoSteps::ChangeRow(Recordset& rs, RowIndex row, const std::function<void()>& change) {
   Overlay before = OverlayOf(rs, row);
-  const auto keep = [&] {
+  ChangeAndKeep(change, [&] {
     Overlay behind = OverlayOf(rs, row);
     if (before == behind) return;
     m_open->emplace_hint(m_open->end(), row, Overlays{std::move(before), std::move(behind)});
-  };
-  try {
-    change();
-  } catch (...) {
-    keep();
-    throw;
-  }
-  keep();
+  });
 }
 
 void UndoSteps::End() {
