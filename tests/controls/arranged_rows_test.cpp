@@ -9,6 +9,7 @@
 
 #include "ado/recordset_builder.h"
 #include "tests/controls/row_view_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -37,7 +38,7 @@ void LetLeftoversCome() {
 
 /// Waits for what is worked out off the thread.
 void AwaitOrder(const RowView& view) {
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !view.Arranging(); }, 30'000));
+  ASSERT_TRUE(tests::Until([&] { return !view.Arranging(); }));
 }
 
 void ClickArrow(RowView& view, int nColumn, Qt::KeyboardModifiers modifiers = {}) {
@@ -77,7 +78,7 @@ TEST(arranged_rows, a_few_rows_of_large_values_are_read_in_slices) {
   nRead = 0;
   view.SortBy(0, true);
   EXPECT_LT(nRead, 200) << "the window goes on before all are read";
-  ASSERT_TRUE(QTest::qWaitFor([&] { return view.Model().Order() != nullptr; }, 60'000));
+  ASSERT_TRUE(tests::Until([&] { return view.Model().Order() != nullptr; }));
   EXPECT_EQ(view.Model().RecordRow(0), 19);
 }
 

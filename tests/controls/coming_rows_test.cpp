@@ -8,6 +8,7 @@
 #include "controls/grid/query_results.h"
 #include "platform/long_operation.h"
 #include "tests/controls/grid_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -59,15 +60,12 @@ TEST_F(coming_rows, are_told_with_the_time_so_far_and_how_many_come_in_a_second)
   m_server.whileRunning = [&] {
     m_rs->State(platform::FetchState::Running);
     // Until there is a rate, however fast this machine is.
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] {
-          m_rs->Rows(m_rs->RecordCount() + 1'000);
-          m_server.handler(m_rs);
-          sTime = Label(*results, "elapsed");
-          return rate.match(QString::fromStdString(sTime)).hasMatch();
-        },
-        30'000))
-        << sTime;
+    EXPECT_TRUE(tests::Until([&] {
+      m_rs->Rows(m_rs->RecordCount() + 1'000);
+      m_server.handler(m_rs);
+      sTime = Label(*results, "elapsed");
+      return rate.match(QString::fromStdString(sTime)).hasMatch();
+    })) << sTime;
     m_rs->State(platform::FetchState::Complete);
   };
   results->Execute();

@@ -5,6 +5,8 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "tests/fakes/until.h"
+
 namespace orvane::controls {
 namespace {
 
@@ -37,8 +39,7 @@ TEST_F(empty_notice, breaks_words_of_any_length) {
 
 TEST_F(empty_notice, scrolls_what_is_too_long_and_leaves_the_button_in_sight) {
   m_notice.Ask("Not run", QStringLiteral("word ").repeated(1'500), "&Run", [] {});
-  QTest::qWait(0);
-  EXPECT_TRUE(Sentence().verticalScrollBar()->isVisible());
+  EXPECT_TRUE(tests::Until([this] { return Sentence().verticalScrollBar()->isVisible(); }));
   EXPECT_TRUE(m_notice.rect().contains(Button().geometry()));
   m_notice.Say("No rows", QString(5'000'000, u'x'));
   EXPECT_EQ(Sentence().toPlainText().size(), 10'001);

@@ -6,6 +6,7 @@
 #include "platform/long_operation.h"
 #include "tests/controls/editing_fixture.h"
 #include "tests/controls/struck_clock.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -107,12 +108,12 @@ TEST_F(followed_steps, among_many_rows_are_looked_for_beside_the_window_and_give
   const auto rs = Rows().Model().Recordset();
   operation->bUserActs = true;
   FollowOnce();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return operation->nRuns > 0; }, 60'000));
+  ASSERT_TRUE(tests::Until([&] { return operation->nRuns > 0; }));
   EXPECT_EQ(Rows().Model().Recordset(), rs) << "what was fetched is dropped";
   EXPECT_EQ(Label("notice"), "");
   operation->bUserActs = false;
   FollowOnce();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return Rows().Model().Recordset() != rs; }, 60'000));
+  ASSERT_TRUE(tests::Until([&] { return Rows().Model().Recordset() != rs; }));
   Redo();
   EXPECT_EQ(Cell(0, 2), "77");
 }

@@ -6,6 +6,7 @@
 
 #include "controls/editing/conflict_dialog.h"
 #include "tests/controls/pumps_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -346,7 +347,7 @@ TEST_F(grid_editing, what_is_being_typed_outlives_an_order_that_comes_meanwhile)
   Type("typed");
   ASSERT_NE(Editor(), nullptr);
   QTest::keyClick(Editor(), Qt::Key_Tab);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !Rows().Arranging(); }, 30'000));
+  ASSERT_TRUE(tests::Until([&] { return !Rows().Arranging(); }));
   Press(Qt::Key_Return, Qt::ControlModifier);
   EXPECT_EQ(Stored("SELECT Name FROM P..Many WHERE Id = 3"), "typed");
 }

@@ -20,6 +20,7 @@
 #include "controls/statements/table_query.h"
 #include "platform/long_operation.h"
 #include "tests/controls/grid_fixture.h"
+#include "tests/fakes/until.h"
 #include "tests/files/temporary_folder.h"
 
 namespace orvane::controls {
@@ -205,7 +206,7 @@ TEST_F(GridExportTest, tells_how_many_rows_were_written_so_far) {
   m_server.whileRunning = [&] {
     if (!m_server.sink) return;
     m_server.sink(Plant(4));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !Label(*m_editor, "notice").empty(); }));
+    EXPECT_TRUE(tests::Until([&] { return !Label(*m_editor, "notice").empty(); }));
     sTold = Label(*m_editor, "notice");
   };
   Export(m_folder.Path("out.csv"), [](ExportDialog& dialog) { Take(dialog, "m_optAll"); });

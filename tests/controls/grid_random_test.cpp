@@ -17,6 +17,7 @@
 #include "tests/controls/catalog_faults.h"
 #include "tests/controls/editing_fixture.h"
 #include "tests/controls/on_engines.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -264,8 +265,8 @@ class grid_random : public EditingFixture, public tests::OnEngines {
     TypeInto(PlaceOf(*nId), 1, sMine);
     Press(Qt::Key_Return, Qt::ControlModifier);
     ConflictDialog* dialog = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return (dialog = Window()->findChild<ConflictDialog*>()) != nullptr; }, 30'000));
+    ASSERT_TRUE(
+        tests::Until([&] { return (dialog = Window()->findChild<ConflictDialog*>()) != nullptr; }));
     const bool bMine = Below(2) == 0;
     for (auto* choice : dialog->findChildren<QRadioButton*>()) {
       if (choice->accessibleName() == (bMine ? "Name, mine" : "Name, theirs")) choice->click();
@@ -366,8 +367,7 @@ TEST_P(grid_random, nothing_that_was_typed_is_lost) {
     TypeInto(PlaceOf(nId), 2, row.sLevel);
   }
   Press(Qt::Key_Return, Qt::ControlModifier);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Label("pending").empty(); }, 30'000))
-      << Label("pending");
+  EXPECT_TRUE(tests::Until([&] { return Label("pending").empty(); }));
   Text sExpected;
   for (const auto& [nId, row] : m_model) {
     sExpected += std::to_string(nId) + "|" + row.sName + "|" + row.sLevel + "\n";

@@ -11,6 +11,7 @@
 #include "controls/grid/query_results.h"
 #include "controls/view/giving_label.h"
 #include "tests/controls/grid_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -40,8 +41,8 @@ class grid_seeking : public GridFixture {
   /// A key that begins a search, waited for until that is over.
   void Seek(QWidget* target, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(target, key, modifiers);
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return Label(m_results, "findOutcome") != "Looking\u2026 Escape ends it"; }, 60'000));
+    ASSERT_TRUE(tests::Until(
+        [&] { return Label(m_results, "findOutcome") != "Looking\u2026 Escape ends it"; }));
   }
   std::pair<int, int> Cell() {
     return {View().currentIndex().row(), View().currentIndex().column()};

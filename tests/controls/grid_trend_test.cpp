@@ -8,6 +8,7 @@
 #include "controls/view/row_view.h"
 #include "controls/view/span_rows.h"
 #include "tests/controls/grid_fixture.h"
+#include "tests/fakes/until.h"
 #include "trend/trend_plot.h"
 
 namespace orvane::controls {
@@ -49,7 +50,7 @@ class grid_trend : public GridFixture {
   trend::TrendPlot& Plot() { return *View().findChild<trend::TrendPlot*>(); }
   void ShowTrend() {
     QTest::mouseClick(&Switch("asTrend"), Qt::LeftButton);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !View().IsReading(); }));
+    ASSERT_TRUE(tests::Until([&] { return !View().IsReading(); }));
   }
   controls::QueryResults m_results{Services()};
 };
@@ -84,8 +85,7 @@ TEST_F(grid_trend, follows_the_rows) {
   const double end = Plot().AllTimes().upper;
   Run(Measured(50));
   EXPECT_TRUE(IsSeen("trend"));
-  ASSERT_TRUE(
-      QTest::qWaitFor([&] { return !View().IsReading() && Plot().AllTimes().upper > end; }));
+  ASSERT_TRUE(tests::Until([&] { return !View().IsReading() && Plot().AllTimes().upper > end; }));
   ado::RecordsetBuilder texts({{"Name", DataType::WChar}});
   Run(texts.Finish());
   EXPECT_TRUE(IsSeen("rows"));
@@ -111,7 +111,7 @@ TEST_F(grid_trend, times_marked_in_it_select_their_rows) {
   auto& rows = *ViewOf(m_results);
   Plot().Cursor(trend::TrendTime(Timestamp(std::chrono::seconds(70))));
   for (int n = 0; n < 4; ++n) QTest::keyClick(&Plot(), Qt::Key_Right, Qt::ShiftModifier);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return rows.RowsSelected(); }));
+  ASSERT_TRUE(tests::Until([&] { return rows.RowsSelected(); }));
   ASSERT_EQ(rows.selectionModel()->selection().size(), 1);
   EXPECT_EQ(rows.selectionModel()->selection()[0].top(), 25) << "the newest stand first";
   EXPECT_EQ(rows.selectionModel()->selection()[0].bottom(), 29);
@@ -120,7 +120,7 @@ TEST_F(grid_trend, times_marked_in_it_select_their_rows) {
   EXPECT_EQ(Plot().Marked()->upper, trend::TrendTime(Timestamp(std::chrono::seconds(74))));
   // The rows that come in their place are those of the same times.
   Run(Measured(200));
-  ASSERT_TRUE(QTest::qWaitFor([&] {
+  ASSERT_TRUE(tests::Until([&] {
     return !rows.selectionModel()->selection().isEmpty() &&
            rows.selectionModel()->selection()[0].top() == 125;
   }));
@@ -165,7 +165,7 @@ TEST_F(grid_trend, times_without_rows_select_none_and_too_many_pieces_are_told) 
   Plot().Cursor(trend::TrendTime(Timestamp(std::chrono::seconds(0))));
   Plot().Times({0, trend::TrendTime(Timestamp(std::chrono::seconds(kRows)))});
   QTest::keyClick(&Plot(), Qt::Key_End, Qt::ShiftModifier);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !Label(m_results, "notice").empty(); }));
+  ASSERT_TRUE(tests::Until([&] { return !Label(m_results, "notice").empty(); }));
   EXPECT_EQ(Label(m_results, "notice"),
             "The rows of the marked times lie in more than 5000 pieces and are not selected; sort "
             "them by their time.");

@@ -13,6 +13,7 @@
 
 #include "controls/view/filter_row.h"
 #include "tests/controls/row_view_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -91,7 +92,7 @@ TEST_F(kept_columns, dragging_at_the_edge_brings_further_columns_into_sight) {
   QCoreApplication::sendEvent(names, &move);
   QScrollBar* bar = m_view.horizontalScrollBar();
   ASSERT_GT(bar->maximum(), 0);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return bar->value() == bar->maximum(); }, 20'000));
+  EXPECT_TRUE(tests::Until([&] { return bar->value() == bar->maximum(); }));
   QTest::mouseRelease(names, Qt::LeftButton, {}, edge);
   EXPECT_EQ(m_view.Names().visualIndex(0), 11);
 }

@@ -8,6 +8,7 @@
 
 #include "controls/order/row_filter.h"
 #include "tests/controls/editing_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -15,7 +16,6 @@ namespace {
 using platform::Text;
 
 constexpr int kMostRows = 200'000;
-constexpr int kWait = 120'000;
 
 /// An even number.
 int RowsOfResult() {
@@ -43,7 +43,7 @@ class large_results : public EditingFixture {
     Before();
   }
   void AwaitOrder() {
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !Rows().Arranging(); }, kWait));
+    ASSERT_TRUE(tests::Until([&] { return !Rows().Arranging(); }));
     Settle();
   }
   void Before() {
@@ -83,7 +83,7 @@ class large_results : public EditingFixture {
   }
   void Store() {
     Press(Qt::Key_Return, Qt::ControlModifier);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return Label("pending").empty(); }, kWait));
+    ASSERT_TRUE(tests::Until([&] { return Label("pending").empty(); }));
   }
 
   const int m_nRows = RowsOfResult();
@@ -149,7 +149,7 @@ TEST_F(large_results, edits_and_deletions_far_apart_are_each_stored_in_their_row
   Press(Qt::Key_Delete);
   ASSERT_EQ(Window()->findChild<QMessageBox*>()->text(), "Delete 4 rows?");
   Answer("Delete");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return Rows().Model().Places() == nPlaces - 4; }, kWait));
+  ASSERT_TRUE(tests::Until([&] { return Rows().Model().Places() == nPlaces - 4; }));
   EXPECT_EQ(Stored("SELECT count(*) FROM P..Large"), std::to_string(m_nRows - 4));
   touched.insert(gone.begin(), gone.end());
   ExpectOthersUntouched(touched);
@@ -178,7 +178,7 @@ TEST_F(large_results, rows_that_are_deleted_are_those_that_were_selected) {
   Press(Qt::Key_Delete);
   ASSERT_EQ(Window()->findChild<QMessageBox*>()->text(), "Delete 3 rows?");
   Answer("Delete");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return Rows().Model().Places() == m_nRows / 2 - 3; }, kWait));
+  ASSERT_TRUE(tests::Until([&] { return Rows().Model().Places() == m_nRows / 2 - 3; }));
   EXPECT_EQ(IdAt(2), m_ids[4]);
   EXPECT_EQ(IdAt(4), m_ids[7]);
   EXPECT_EQ(Stored("SELECT count(*) FROM P..Large"), std::to_string(m_nRows - 3));

@@ -10,6 +10,7 @@
 #include "controls/order/row_filter.h"
 #include "platform/long_operation.h"
 #include "tests/controls/pumps_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -51,7 +52,7 @@ TEST_F(many_rows, are_stored_in_slices_with_their_progress_and_stopped_as_a_whol
   EXPECT_EQ(Label("pending"), "84 rows not stored");
   EXPECT_EQ(Cell(50, 2), "NULL");
   QTest::keyClick(&Rows(), Qt::Key_Return, Qt::ControlModifier);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return Label("pending").empty(); }, 60'000));
+  ASSERT_TRUE(tests::Until([&] { return Label("pending").empty(); }));
   EXPECT_EQ(CountNull(), "100");
   EXPECT_EQ(Label("arrangement"), "");
 }
@@ -84,7 +85,7 @@ TEST_F(many_rows, thousands_are_changed_undone_and_deleted_without_a_look_at_eac
   constexpr int kRows = 30'000;
   OpenMany(kRows);
   Rows().SortBy(2, false);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !Rows().Arranging(); }, 60'000));
+  ASSERT_TRUE(tests::Until([&] { return !Rows().Arranging(); }));
   int nTold = 0;
   QObject::connect(Rows().model(), &QAbstractItemModel::dataChanged, &Rows(), [&] { ++nTold; });
   SetLevelsToNull();

@@ -3,6 +3,7 @@
 
 #include "controls/view/header_view.h"
 #include "tests/controls/pumps_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -102,7 +103,7 @@ class pasted_texts : public pasting {
     Paste(0, 0);
     EXPECT_EQ(Label("notice"), "");
     Store();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Label("pending").empty(); }, 30'000));
+    EXPECT_TRUE(tests::Until([&] { return Label("pending").empty(); }));
     EXPECT_EQ(Stored("SELECT count(*) FROM P..Into"), "14");
   }
 

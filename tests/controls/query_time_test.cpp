@@ -12,6 +12,7 @@
 #include "controls/view/sql_pane.h"
 #include "tests/controls/editing_fixture.h"
 #include "tests/controls/struck_clock.h"
+#include "tests/fakes/until.h"
 #include "trend/trend_plot.h"
 
 namespace orvane::controls {
@@ -175,7 +176,7 @@ TEST_F(query_time, units_of_a_query_over_one_table_are_those_of_its_catalog) {
   Find<QToolButton>(ResultsWindow(), "asTrend")->click();
   auto* values =
       Find<QWidget>(ResultsWindow(), "trend")->findChild<QAbstractItemView*>("trendValues");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return values->model()->rowCount() == 2; }));
+  ASSERT_TRUE(tests::Until([&] { return values->model()->rowCount() == 2; }));
   EXPECT_EQ(values->model()->index(0, 2).data().toString(), "bar");
 }
 
@@ -201,7 +202,7 @@ TEST_F(query_time, times_that_are_numbers_have_a_bar_and_a_trend_too) {
   ASSERT_TRUE(asTrend->isVisibleTo(ResultsWindow()));
   asTrend->click();
   auto& view = *static_cast<trend::TrendView*>(Find<QWidget>(ResultsWindow(), "trend"));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !view.IsReading(); }));
+  ASSERT_TRUE(tests::Until([&] { return !view.IsReading(); }));
   const auto first = std::chrono::duration_cast<std::chrono::microseconds>(
       platform::Timestamp(date::sys_days(date::year{2024} / 5 / 1) + std::chrono::hours(10))
           .time_since_epoch());

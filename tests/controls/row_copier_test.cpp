@@ -7,6 +7,7 @@
 
 #include "controls/view/copied_cells.h"
 #include "tests/controls/row_view_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -26,7 +27,7 @@ class row_copier : public testing::Test {
     m_rs->TakeCellsAsked();
   }
   void AwaitCopy() {
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !m_told.empty(); }, 60'000));
+    ASSERT_TRUE(tests::Until([&] { return !m_told.empty(); }));
   }
   static QString OnClipboard() { return QGuiApplication::clipboard()->text(); }
 

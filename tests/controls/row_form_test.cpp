@@ -9,6 +9,7 @@
 #include <QToolButton>
 
 #include "tests/controls/row_view_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -120,12 +121,10 @@ TEST_F(row_form, shows_nothing_of_rows_that_are_gone) {
   PressKeys();
   m_view->GoTo(4, 1);
   m_view->ShowRows(nullptr, CellFormat());
-  QTest::qWait(1);
+  EXPECT_TRUE(tests::Until([this] { return Which() == "No row"; }));
   EXPECT_EQ(Lines().model()->rowCount(), 0);
-  EXPECT_EQ(Which(), "No row");
   m_view->ShowRows(Wide(1), kUtcZone);
-  QTest::qWait(1);
-  EXPECT_EQ(Which(), "Row 1");
+  EXPECT_TRUE(tests::Until([this] { return Which() == "Row 1"; }));
   EXPECT_EQ(Line(0), "column 0=r0c0");
 }
 
@@ -140,7 +139,8 @@ TEST_F(row_form, costs_the_same_for_any_number_of_rows) {
   const auto rs = Wide(kMany);
   m_view->ShowRows(rs, kUtcZone);
   PressKeys();
-  QTest::qWait(1);
+  // What its opening has left in the event loop.
+  QCoreApplication::processEvents();
   rs->TakeCellsAsked();
   m_view->GoTo(kMany - 1, 2);
   m_form->grab();

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 
 #include "tests/controls/row_view_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -54,7 +55,7 @@ TEST(row_view, says_where_more_is_copied_than_keeps_its_kinds) {
   const auto copyAll = [&] {
     view.selectAll();
     view.Copy(false);
-    return QTest::qWaitFor([&] { return sTold != kNothing; }, 60'000);
+    return tests::Until([&] { return sTold != kNothing; });
   };
   view.Copier().OnCopied([&](const QString& sSentence) { sTold = sSentence; });
   view.ShowRows(Plant(50'001), kUtcZone);  // of four columns
@@ -80,7 +81,7 @@ TEST(row_view, more_text_than_can_be_copied_leaves_the_clipboard_alone) {
   view.ShowRows(rs, kUtcZone);
   view.selectAll();
   view.Copy(true);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !sWhyNot.isEmpty(); }, 60'000));
+  ASSERT_TRUE(tests::Until([&] { return !sWhyNot.isEmpty(); }));
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
   EXPECT_EQ(sWhyNot.toStdString(),
             "Not copied: the selection has more than 32 million characters. Select fewer cells, or "

@@ -19,6 +19,7 @@ class WaitingHost final : public platform::LongOperation {
     std::exception_ptr failed;
     std::atomic<bool> bDone = false;
     std::stop_source stop;
+    if (sWhat == sCancelled && nRoundsUntilCancel == 0) stop.request_stop();
     std::jthread worker([&] {
       try {
         work(stop.get_token());
@@ -29,7 +30,7 @@ class WaitingHost final : public platform::LongOperation {
     });
     int nHandled = 0;
     while (!bDone) {
-      if (sWhat == sCancelled && nHandled == 3) stop.request_stop();
+      if (sWhat == sCancelled && nHandled == nRoundsUntilCancel) stop.request_stop();
       QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
       ++nHandled;
     }
@@ -39,6 +40,7 @@ class WaitingHost final : public platform::LongOperation {
   }
   Text sWaited;
   Text sCancelled;
+  int nRoundsUntilCancel = 3;
   int nRounds = 0;
 };
 
@@ -76,14 +78,15 @@ TEST_F(sliced_pastes, are_read_beside_the_window_and_laid_in_slices) {
 }
 
 TEST_F(sliced_pastes, that_are_cancelled_change_nothing_and_say_so) {
-  for (const char* sWhat : {"Changing cells", "Reading what is to be pasted"}) {
+  // The clipboard may be read before a few rounds are over.
+  for (const auto& [sWhat, nRounds] :
+       {std::pair{"Changing cells", 3}, std::pair{"Reading what is to be pasted", 0}}) {
     m_host->sCancelled = sWhat;
+    m_host->nRoundsUntilCancel = nRounds;
     PasteNames();
-    if (m_host->sWaited.find("Changing") == Text::npos || sWhat == Text("Changing cells")) {
-      EXPECT_EQ(Label("pending"), "") << sWhat;
-      EXPECT_EQ(Label("notice"), "Nothing was pasted. It was cancelled.") << sWhat;
-      EXPECT_EQ(Cell(0, 1), "n");
-    }
+    EXPECT_EQ(Label("pending"), "") << sWhat;
+    EXPECT_EQ(Label("notice"), "Nothing was pasted. It was cancelled.") << sWhat;
+    EXPECT_EQ(Cell(0, 1), "n");
   }
 }
 

@@ -4,6 +4,7 @@
 #include "tests/controls/failure_of.h"
 #include "tests/controls/schema_connection.h"
 #include "tests/controls/table_editor_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -266,7 +267,7 @@ TEST_F(table_fetching, a_short_wait_is_not_seen_and_a_long_one_is) {
   Show(*editor);
   m_server.whileRunning = [&] {
     EXPECT_FALSE(ViewOf(*editor)->updatesEnabled());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ViewOf(*editor)->updatesEnabled(); }));
+    EXPECT_TRUE(tests::Until([&] { return ViewOf(*editor)->updatesEnabled(); }));
     EXPECT_EQ(Label(*editor, "emptyTitle"), "Fetching rows…");
   };
   editor->Requery();

@@ -4,6 +4,7 @@
 
 #include "controls/grid/grid_trend.h"
 #include "tests/controls/table_time_fixture.h"
+#include "tests/fakes/until.h"
 #include "trend/trend_plot.h"
 
 namespace orvane::controls {
@@ -38,15 +39,15 @@ TEST_F(table_following, following_keeps_the_order_made_here_and_the_place_in_it)
   Show(*m_editor);
   m_editor->Requery();
   ViewOf(*m_editor)->SortBy(2, true);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return CellOf(*m_editor, 0, 2) == "51"; }));
+  ASSERT_TRUE(tests::Until([&] { return CellOf(*m_editor, 0, 2) == "51"; }));
   ViewOf(*m_editor)->selectionModel()->setCurrentIndex(ViewOf(*m_editor)->model()->index(3, 2),
                                                        QItemSelectionModel::ClearAndSelect);
   EXPECT_EQ(CellOf(*m_editor, 3, 2), "54");
   m_server.answer = Samples(80, 53);  // fewer than before
   FollowOnce();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return CellOf(*m_editor, 0, 2) == "53"; }));
+  ASSERT_TRUE(tests::Until([&] { return CellOf(*m_editor, 0, 2) == "53"; }));
   EXPECT_EQ(RowsOf(*m_editor), 28);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return ViewOf(*m_editor)->currentIndex().row() == 1; }));
+  ASSERT_TRUE(tests::Until([&] { return ViewOf(*m_editor)->currentIndex().row() == 1; }));
   EXPECT_EQ(CellOf(*m_editor, 1, 2), "54");
 }
 
@@ -155,23 +156,23 @@ TEST_F(table_following, the_trend_of_followed_rows_ends_now) {
   auto& view = *static_cast<trend::TrendView*>(Find<QWidget>("trend"));
   const auto& plot = *view.findChild<trend::TrendPlot*>();
   const auto read = [&] {
-    return QTest::qWaitFor([&] { return !view.IsReading() && plot.AllTimes().upper > 1; });
+    return tests::Until([&] { return !view.IsReading() && plot.AllTimes().upper > 1; });
   };
   ASSERT_TRUE(read());
   EXPECT_LT(plot.Times().upper, at(110)) << "nobody follows yet";
   Pick("Last 10 minutes");
   Find<QCheckBox>("follow")->click();
   EndPause();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return plot.Times().upper == at(130); }));
+  ASSERT_TRUE(tests::Until([&] { return plot.Times().upper == at(130); }));
   EXPECT_EQ(plot.Times().lower, at(130 - 600));
   // Nothing has come since, and time has gone on.
   m_now = Timestamp(std::chrono::seconds(140));
   EndPause();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return plot.Times().upper == at(140); }));
+  ASSERT_TRUE(tests::Until([&] { return plot.Times().upper == at(140); }));
   view.ShowSpan({Timestamp(std::chrono::seconds(90)), m_now});
   m_now = Timestamp(std::chrono::seconds(150));
   EndPause();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return plot.Times().upper == at(150); }));
+  ASSERT_TRUE(tests::Until([&] { return plot.Times().upper == at(150); }));
   EXPECT_EQ(plot.Times().lower, at(100)) << "as wide as it was chosen";
   view.ShowSpan({Timestamp(std::chrono::seconds(60)), Timestamp(std::chrono::seconds(70))});
   EndPause();

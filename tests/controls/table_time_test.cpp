@@ -7,6 +7,7 @@
 #include "controls/grid/grid_trend.h"
 #include "controls/grid/query_results.h"
 #include "tests/controls/table_time_fixture.h"
+#include "tests/fakes/until.h"
 #include "trend/trend_plot.h"
 
 namespace orvane::controls {
@@ -168,7 +169,7 @@ TEST_F(table_time, the_trend_s_times_become_the_range_and_its_units_are_asked_fo
   m_editor->Requery();
   QTest::mouseClick(Find<QToolButton>("asTrend"), Qt::LeftButton);
   auto& view = *static_cast<trend::TrendView*>(Find<QWidget>("trend"));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !view.IsReading(); }));
+  ASSERT_TRUE(tests::Until([&] { return !view.IsReading(); }));
   EXPECT_EQ(m_server.sCommandText, "SELECT \"Tag\", \"Unit\" FROM \"Machine\"..\"Tags\"");
   EXPECT_TRUE(m_server.bReadOnly);
   view.ShowSpan({Timestamp(std::chrono::seconds(60)), Timestamp(std::chrono::seconds(70))});

@@ -10,6 +10,7 @@
 #include "controls/view/sql_pane.h"
 #include "sql_look/sql_words.h"
 #include "tests/controls/grid_looks.h"
+#include "tests/fakes/until.h"
 #include "trend/trend_plot.h"
 #include "trend/trend_view.h"
 
@@ -151,7 +152,7 @@ class trend_looks : public time_looks {};
 TEST_P(trend_looks, of_the_trend) {
   Press(Qt::Key_F4, Qt::ShiftModifier);
   const auto& view = static_cast<trend::TrendView&>(Part("trend"));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !view.IsReading(); }, 30'000));
+  ASSERT_TRUE(tests::Until([&] { return !view.IsReading(); }));
   auto& plot = static_cast<trend::TrendPlot&>(Part("trendPlot"));
   plot.setFocus();
   QTest::keyClick(&plot, Qt::Key_Right);

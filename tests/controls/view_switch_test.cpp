@@ -8,6 +8,7 @@
 #include "ado/recordset_builder.h"
 #include "controls/grid/query_results.h"
 #include "tests/controls/grid_fixture.h"
+#include "tests/fakes/until.h"
 #include "trend/trend_plot.h"
 #include "trend/trend_view.h"
 
@@ -34,7 +35,7 @@ class view_switch : public GridFixture {
     Show(m_results);
     WindowOf(m_results)->activateWindow();
     ViewOf(m_results)->setFocus();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return ViewOf(m_results)->hasFocus(); }));
+    ASSERT_TRUE(tests::Until([&] { return ViewOf(m_results)->hasFocus(); }));
   }
   QToolButton* Button(const char* sName) {
     return WindowOf(m_results)->findChild<QToolButton*>(sName);
@@ -53,7 +54,7 @@ class view_switch : public GridFixture {
   }
   /// The trend has the keys, once its rows are read.
   bool TrendHasKeys() {
-    return QTest::qWaitFor([] {
+    return tests::Until([] {
       const QWidget* focus = QApplication::focusWidget();
       return focus && focus->objectName() == "trendPlot";
     });
