@@ -22,14 +22,16 @@ void CheckRange(const controls::TimeRange& range) {
 }
 
 void AddForm(CLI::App* command, Arguments& arguments) {
-  const auto form = [&](const char* sName, exports::Form form, const char* sWhat) {
+  const auto option = [&](const char* sName, exports::Form form, const char* sWhat) {
     return command->add_flag_callback(
         sName, [&arguments, form] { arguments.form = form; }, sWhat);
   };
-  CLI::Option* const text = form("--text", exports::Form::AlignedText, "as aligned text");
-  CLI::Option* const csv = form("--csv", exports::Form::Csv, "as comma-separated values");
-  CLI::Option* const jsonl = form("--jsonl", exports::Form::JsonLines, "as JSON, an object a line");
-  CLI::Option* const sql = form("--sql", exports::Form::Sql, "as SQL statements that insert them");
+  CLI::Option* const text = option("--text", exports::Form::AlignedText, "as aligned text");
+  CLI::Option* const csv = option("--csv", exports::Form::Csv, "as comma-separated values");
+  CLI::Option* const jsonl =
+      option("--jsonl", exports::Form::JsonLines, "as JSON, an object a line");
+  CLI::Option* const sql =
+      option("--sql", exports::Form::Sql, "as SQL statements that insert them");
   text->excludes(csv)->excludes(jsonl)->excludes(sql);
   csv->excludes(jsonl)->excludes(sql);
   jsonl->excludes(sql);
