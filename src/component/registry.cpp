@@ -54,22 +54,22 @@ Registry::Registry(std::vector<fs::path> folders) : m_folders(std::move(folders)
 Registry Registry::Standard(const std::optional<fs::path>& named,
                             const std::optional<fs::path>& program) {
   std::vector<fs::path> folders;
-  const auto add = [&folders](fs::path folder) {
-    if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(std::move(folder));
-  };
   // Programs lie in bin, whether they were built or installed.
   const fs::path prefix = program ? program->parent_path().parent_path() : fs::path();
   std::error_code none;
-  if (named) add(*named);
-  if (program && fs::is_directory(prefix / kSubfolder, none)) add(prefix / kSubfolder);
+  if (named) folders.push_back(*named);
+  if (program && fs::is_directory(prefix / kSubfolder, none)) {
+    folders.push_back(prefix / kSubfolder);
+  }
   try {
-    add(UserFolder());
+    folders.push_back(UserFolder());
   } catch (const Failure&) {
     // Without a home folder there is nothing of the user's own to be found.
   }
   const fs::path installed = prefix / "share/orvane" / kSubfolder;
-  if (program && fs::is_directory(installed, none)) add(installed);
-  for (auto& folder : SystemFolders()) add(std::move(folder));
+  // The system's folders may hold it, too: who looks there twice finds the same.
+  if (program && fs::is_directory(installed, none)) folders.push_back(installed);
+  for (auto& folder : SystemFolders()) folders.push_back(std::move(folder));
   return Registry(std::move(folders));
 }
 

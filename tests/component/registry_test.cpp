@@ -133,21 +133,29 @@ TEST(RegistryTest, the_standard_order_is_build_tree_user_system) {
 }
 
 TEST(RegistryTest, a_program_finds_what_lies_in_its_build_tree_and_beside_its_installation) {
-  const Variable data("XDG_DATA_HOME", "/users/me/data");
-  const Variable system("XDG_DATA_DIRS", "/usr/share");
   const TemporaryFolder folder;
-  const fs::path program = folder / "bin/program";
-  const auto folders = [&] { return Registry::Standard("/named", program).Folders(); };
-  EXPECT_THAT(folders(), ElementsAre("/named", "/users/me/data/orvane/components",
-                                     "/usr/share/orvane/components"));
-  fs::create_directories(folder / "components");
-  fs::create_directories(folder / "share/orvane/components");
-  EXPECT_THAT(folders(),
-              ElementsAre("/named", folder / "components", "/users/me/data/orvane/components",
-                          folder / "share/orvane/components", "/usr/share/orvane/components"));
-  // What the system's folders hold already is looked at once.
-  const Variable same("XDG_DATA_DIRS", (folder / "share").c_str());
-  EXPECT_EQ(folders().size(), 4U);
+  const fs::path components = fs::path("orvane") / "components";
+  const fs::path prefix = folder / "prefix";
+  const Variable data("XDG_DATA_HOME", (folder / "me").c_str());
+  const Variable system("XDG_DATA_DIRS", (folder / "usr").c_str());
+  const auto found = [&] {
+    return Libraries(Registry::Standard(folder / "named", prefix / "bin/program"));
+  };
+  Write(folder / "named", "A", "/named/a.so");
+  Write(folder / "me" / components, "B", "/user/b.so");
+  Write(folder / "me" / components, "C", "/user/c.so");
+  Write(folder / "usr" / components, "D", "/system/d.so");
+  Write(folder / "usr" / components, "E", "/system/e.so");
+  EXPECT_THAT(found(), ElementsAre("/named/a.so", "/user/b.so", "/user/c.so", "/system/d.so",
+                                   "/system/e.so"));
+  Write(prefix / "components", "A", "/built/a.so");
+  Write(prefix / "components", "B", "/built/b.so");
+  Write(prefix / "share" / components, "C", "/installed/c.so");
+  Write(prefix / "share" / components, "D", "/installed/d.so");
+  EXPECT_THAT(found(), ElementsAre("/named/a.so", "/built/b.so", "/user/c.so", "/installed/d.so",
+                                   "/system/e.so"));
+  const Variable same("XDG_DATA_DIRS", (prefix / "share").c_str());
+  EXPECT_THAT(found(), ElementsAre("/named/a.so", "/built/b.so", "/user/c.so", "/installed/d.so"));
 }
 
 TEST(RegistryTest, without_settings_the_usual_data_folders_are_taken) {
