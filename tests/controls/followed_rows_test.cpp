@@ -25,17 +25,17 @@ RecordsetPtr Seconds(int nNewest, int nOldest, double offset = 0) {
   return builder.Finish();
 }
 
-const std::vector<platform::Text> kKey = {"Tag", "Timestamp"};
+const FollowedRows::Key kKey = {"Tag", "Timestamp"};
 
 /// Rows that were looked at somehow, and what becomes of them.
 class Before {
  public:
-  Before(RecordsetPtr rs, RowsState state, std::vector<platform::Text> key)
+  Before(RecordsetPtr rs, RowsState state, FollowedRows::Key key)
       : m_rs(std::move(rs)), m_state(std::move(state)), m_key(std::move(key)) {}
   RowMoves MovesTo(const RecordsetPtr& rs) const {
     FollowedRows rows;
     std::optional<RowMoves> found;
-    rows.Compare(m_rs, rs, m_key, [&](const RowMoves& moves) { found = moves; });
+    rows.Compare(m_rs, rs, {m_key}, [&](const RowMoves& moves) { found = moves; });
     while (!found) QCoreApplication::processEvents();
     return *found;
   }
@@ -47,7 +47,7 @@ class Before {
  private:
   RecordsetPtr m_rs;
   RowsState m_state;
-  std::vector<platform::Text> m_key;
+  FollowedRows::Key m_key;
 };
 
 TEST(FollowedRowsTest, cell_selection_and_scrolling_go_with_their_rows) {
@@ -104,6 +104,20 @@ TEST(FollowedRowsTest, without_its_key_a_row_is_all_of_its_values) {
   EXPECT_EQ(before.NewIn(Seconds(20, 11, 0.5)).size(), 10U);
 }
 
+TEST(FollowedRowsTest, a_row_is_known_by_the_first_key_that_both_have) {
+  const RecordsetPtr before = Seconds(20, 11);
+  const RecordsetPtr now = Seconds(22, 13, 2);
+  const auto places = [&](const std::vector<FollowedRows::Key>& keys) {
+    FollowedRows rows;
+    std::vector<std::int32_t> found;
+    rows.Compare(before, now, keys, [&](const RowMoves& moves) { found = moves.places; });
+    return found.front();
+  };
+  EXPECT_EQ(places({{"Value"}, kKey}), 4) << "its time has changed";
+  EXPECT_EQ(places({{}, kKey}), 2);
+  EXPECT_EQ(places({{"Value", "Id"}, kKey}), 2);
+}
+
 TEST(FollowedRowsTest, of_too_many_rows_none_is_told_from_another) {
   RowsState state;
   state.nCurrentRow = 7;
@@ -117,11 +131,11 @@ TEST(FollowedRowsTest, many_rows_are_compared_in_slices_and_the_last_that_were_a
   const RecordsetPtr after = Seconds(60'002, 3);
   FollowedRows rows;
   int nDone = 0;
-  rows.Compare(before, after, kKey, [&](const RowMoves&) { ++nDone; });
+  rows.Compare(before, after, {kKey}, [&](const RowMoves&) { ++nDone; });
   EXPECT_TRUE(rows.Busy()) << "the window goes on in the meantime";
   EXPECT_EQ(nDone, 0);
   RowMoves moves;
-  rows.Compare(before, after, kKey, [&](const RowMoves& found) {
+  rows.Compare(before, after, {kKey}, [&](const RowMoves& found) {
     moves = found;
     nDone += 10;
   });
@@ -148,6 +162,8 @@ TEST(FollowedRowsTest, a_column_of_many_rows_stays_selected_by_its_numbers) {
   state.selection = {{0, 1, 100'000, 1}, {100'000, 2, 100'000, 2}};
   const Before before(Seconds(100'001, 1), state, kKey);
   EXPECT_EQ(before.StateIn(Seconds(50, 1)).selection, (std::vector<CellRange>{{0, 1, 49, 1}}));
+  EXPECT_EQ(before.StateIn(Seconds(100'003, 1)).selection.front(), (CellRange{0, 1, 100'002, 1}))
+      << "all stay all";
 }
 
 }  // namespace

@@ -34,5 +34,40 @@ TEST(row_places, are_found_among_two_thousand_million_rows_without_a_look_at_eac
   EXPECT_EQ(SelectedRows(view.selectionModel()->selection()), 8);
 }
 
+/// Leaves the rows whose numbers the filter takes.
+void Leave(RowView& view, const char* sFilter) {
+  view.Filter({ColumnFilter::Read(sFilter, 0, platform::DataType::BigInt, kUtcZone)});
+}
+
+TEST(row_places, the_one_row_that_a_filter_leaves_is_not_all_of_them) {
+  RowView view;
+  view.ShowRows(Plant(100), kUtcZone);
+  Show(view);
+  for (const char* sFilter : {"= 7", "7..9"}) {
+    Leave(view, sFilter);
+    view.selectAll();
+    const auto rows = SelectedRows(view.selectionModel()->selection());
+    EXPECT_EQ(rows, view.Model().Places());
+    view.Filter({});
+    EXPECT_EQ(view.Model().Places(), 100);
+    EXPECT_EQ(SelectedRows(view.selectionModel()->selection()), rows) << sFilter;
+  }
+}
+
+TEST(row_places, the_many_rows_that_a_filter_leaves_are_not_all_of_them) {
+  RowView view;
+  view.ShowRows(Plant(10'000), kUtcZone);
+  Show(view);
+  Leave(view, "< 5000");
+  view.selectAll();
+  view.SortBy(0, false);
+  EXPECT_EQ(SelectedRows(view.selectionModel()->selection()), 5'000) << "the same rows";
+  view.Filter({});
+  EXPECT_EQ(SelectedRows(view.selectionModel()->selection()), 0);
+  view.selectAll();
+  Leave(view, "< 5000");
+  EXPECT_EQ(SelectedRows(view.selectionModel()->selection()), 5'000) << "all are selected";
+}
+
 }  // namespace
 }  // namespace orvane::controls

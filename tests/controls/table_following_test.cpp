@@ -51,6 +51,162 @@ TEST_F(table_following, following_keeps_the_order_made_here_and_the_place_in_it)
   EXPECT_EQ(CellOf(*m_editor, 1, 2), "54");
 }
 
+/// The rows of an order made here keep their place in the window.
+class followed_order : public table_following {
+ protected:
+  /// As the rows stand, from the first in sight on.
+  std::string FirstInSight() { return CellOf(*m_editor, View().TopRow(), 2); }
+  RowView& View() { return *ViewOf(*m_editor); }
+  std::set<std::string> Selected() {
+    std::set<std::string> values;
+    for (const CellRange& range : View().State().selection) {
+      for (int nRow = range.nTop; nRow <= range.nBottom; ++nRow) {
+        if (nRow < View().Model().Places()) values.insert(CellOf(*m_editor, nRow, 2));
+      }
+    }
+    return values;
+  }
+  void Select(int nTop, int nBottom) {
+    View().selectionModel()->select(
+        QItemSelection(View().model()->index(nTop, 0), View().model()->index(nBottom, 2)),
+        QItemSelectionModel::ClearAndSelect);
+  }
+  void Filter(const char* sFilter) {
+    View().Filter({ColumnFilter::Read(sFilter, 2, platform::DataType::Double, CellFormat())});
+  }
+};
+
+TEST_F(followed_order, a_sort_leaves_the_first_row_in_sight_where_it_is) {
+  m_server.answer = Samples(200, 1);
+  Show(*m_editor);
+  m_editor->Requery();
+  View().SortBy(2, true);
+  View().verticalScrollBar()->setValue(46);
+  EXPECT_EQ(FirstInSight(), "47");
+  Select(48, 49);
+  m_server.answer = Samples(202, 3);
+  FollowOnce();
+  EXPECT_EQ(FirstInSight(), "47") << "the current row is far away, in the first place";
+  EXPECT_EQ(View().TopRow(), 44);
+  EXPECT_EQ(Selected(), (std::set<std::string>{"49", "50"}));
+}
+
+TEST_F(followed_order, a_filter_leaves_the_first_row_in_sight_where_it_is) {
+  m_server.answer = Samples(200, 1);
+  Show(*m_editor);
+  m_editor->Requery();
+  Filter("<= 150");
+  View().verticalScrollBar()->setValue(46);
+  EXPECT_EQ(FirstInSight(), "104");
+  m_server.answer = Samples(202, 3);
+  FollowOnce();
+  EXPECT_EQ(FirstInSight(), "104");
+  // A row that went leaves the place to another.
+  m_server.answer = Samples(100, 3);
+  FollowOnce();
+  EXPECT_EQ(View().TopRow(), 46);
+}
+
+TEST_F(followed_order, who_looks_at_the_first_row_of_an_order_goes_on_doing_so) {
+  m_server.answer = Samples(200, 1);
+  Show(*m_editor);
+  m_editor->Requery();
+  View().SortBy(2, false);
+  EXPECT_EQ(FirstInSight(), "200");
+  m_server.answer = Samples(205, 6);
+  FollowOnce();
+  EXPECT_EQ(FirstInSight(), "205");
+}
+
+TEST_F(followed_order, all_stays_all_and_a_few_stay_these_few) {
+  m_server.answer = Samples(5'000, 1);
+  Show(*m_editor);
+  m_editor->Requery();
+  const auto follow = [this](int nNewest) {
+    m_server.answer = Samples(nNewest, 1);
+    FollowOnce();
+    ASSERT_TRUE(tests::Until([&] { return View().Model().Recordset() == m_server.answer; }));
+  };
+  View().SortBy(2, true);
+  View().selectAll();
+  follow(5'010);
+  EXPECT_EQ(Selected().size(), 5'010U);
+  Select(0, 2'499);
+  follow(5'010);
+  EXPECT_EQ(Selected().size(), 0U) << "a part of them would be another selection";
+  Filter("<= 3");
+  View().selectAll();
+  follow(5'020);
+  EXPECT_EQ(Selected(), (std::set<std::string>{"1", "2", "3"}));
+  View().Filter({});
+  EXPECT_EQ(View().Model().Places(), 5'020);
+  EXPECT_EQ(Selected(), (std::set<std::string>{"1", "2", "3"})) << "more were never selected";
+}
+
+/// Tells a table of samples that has a key of its own.
+class KeyedConnection : public SchemaConnection {
+ public:
+  KeyedConnection()
+      : SchemaConnection({{"Tag", platform::DataType::WChar},
+                          {"Timestamp", platform::DataType::DBTimeStamp},
+                          {"Id", platform::DataType::BigInt}}) {}
+  platform::RecordsetPtr OpenSchema(platform::SchemaNumber schema,
+                                    std::span<const platform::Value> vtRestrictions) override {
+    using platform::DataType;
+    if (schema == platform::SchemaNumber::Tables) {
+      ado::RecordsetBuilder tables({{"TABLE_TYPE", DataType::WChar}});
+      tables.AppendRow({"TABLE"});
+      return tables.Finish();
+    }
+    if (schema == platform::SchemaNumber::PrimaryKeys) {
+      ado::RecordsetBuilder keys({{"COLUMN_NAME", DataType::WChar}});
+      keys.AppendRow({"Id"});
+      return keys.Finish();
+    }
+    if (vtRestrictions.size() != 3) {
+      return SchemaConnection::OpenSchema(schema, vtRestrictions);
+    }
+    ado::RecordsetBuilder columns({{"COLUMN_NAME", DataType::WChar},
+                                   {"DATA_TYPE", DataType::Integer},
+                                   {"IS_NULLABLE", DataType::Boolean},
+                                   {"COLUMN_HASDEFAULT", DataType::Boolean}});
+    for (const auto& [sName, type] :
+         {std::pair("Tag", DataType::WChar), std::pair("Timestamp", DataType::DBTimeStamp),
+          std::pair("Id", DataType::BigInt)}) {
+      columns.AppendRow({sName, static_cast<std::int32_t>(type), true, false});
+    }
+    return columns.Finish();
+  }
+};
+
+TEST_F(table_following, a_row_is_known_by_the_key_of_its_table) {
+  const auto rows = [](int nNewest, double offset) {
+    ado::RecordsetBuilder builder({{"Tag", platform::DataType::WChar},
+                                   {"Timestamp", platform::DataType::DBTimeStamp},
+                                   {"Id", platform::DataType::BigInt}});
+    for (int n = nNewest; n > nNewest - 20; --n) {
+      builder.AppendRow({"a",
+                         platform::Timestamp(std::chrono::milliseconds(
+                             static_cast<std::int64_t>((n + offset) * 1000))),
+                         std::int64_t{n}});
+    }
+    return builder.Finish();
+  };
+  m_server.answer = rows(100, 0);
+  m_editor->Connection(std::make_shared<KeyedConnection>());
+  m_editor->TableQuery(m_query);
+  Show(*m_editor);
+  m_editor->Requery();
+  ClickCell(*m_editor, 3, 2);
+  EXPECT_EQ(CellOf(*m_editor, 3, 2), "97");
+  // Each has another time now.
+  m_server.answer = rows(101, 0.5);
+  FollowOnce();
+  EXPECT_EQ(ViewOf(*m_editor)->currentIndex().row(), 4);
+  EXPECT_TRUE(ViewOf(*m_editor)->Model().IsNew(0));
+  EXPECT_FALSE(ViewOf(*m_editor)->Model().IsNew(1));
+}
+
 TEST_F(table_following, following_leaves_the_columns_as_they_were_made_meanwhile) {
   Show(*m_editor);
   m_editor->Requery();

@@ -23,21 +23,21 @@ namespace {
 constexpr qint64 kComparedMs = 8;
 constexpr RowIndex kComparedBetweenClocks = 64;
 
-std::vector<ColumnIndex> IdentityColumns(const Recordset& rs,
-                                         const std::vector<platform::Text>& key) {
+/// Empty where one of them is not among the columns.
+std::vector<ColumnIndex> ColumnsNamed(const Recordset& rs, const FollowedRows::Key& key) {
   std::vector<ColumnIndex> columns;
   for (const platform::Text& sName : key) {
-    for (ColumnIndex column = 0; column < rs.FieldCount(); ++column) {
-      if (rs.FieldAt(column).Name() == sName) {
-        columns.push_back(column);
-        break;
-      }
-    }
+    ColumnIndex column = 0;
+    while (column < rs.FieldCount() && rs.FieldAt(column).Name() != sName) ++column;
+    if (column == rs.FieldCount()) return {};
+    columns.push_back(column);
   }
-  if (columns.empty() || columns.size() != key.size()) {
-    columns.resize(static_cast<std::size_t>(rs.FieldCount()));
-    std::iota(columns.begin(), columns.end(), 0);
-  }
+  return columns;
+}
+
+std::vector<ColumnIndex> AllColumnsOf(const Recordset& rs) {
+  std::vector<ColumnIndex> columns(static_cast<std::size_t>(rs.FieldCount()));
+  std::iota(columns.begin(), columns.end(), 0);
   return columns;
 }
 
@@ -97,15 +97,26 @@ FollowedRows::FollowedRows(QObject* parent) : QObject(parent) {
 FollowedRows::~FollowedRows() = default;
 
 void FollowedRows::Compare(platform::RecordsetPtr before, platform::RecordsetPtr now,
-                           const std::vector<platform::Text>& key, Done done) {
+                           const std::vector<Key>& keys, Done done) {
   m_slices.stop();
   m_work.reset();
   const RowIndex rowsBefore = before->FetchedCount();
   const RowIndex rowsNow = now->FetchedCount();
-  if (rowsBefore > kMostRows || rowsNow > kMostRows) return done({});
+  if (rowsBefore > kMostRows || rowsNow > kMostRows) {
+    RowMoves moves;
+    moves.rowsBefore = rowsBefore;
+    return done(moves);
+  }
   m_work = std::make_unique<Work>();
-  m_work->columnsBefore = IdentityColumns(*before, key);
-  m_work->columnsNow = IdentityColumns(*now, key);
+  for (const Key& key : keys) {
+    m_work->columnsBefore = ColumnsNamed(*before, key);
+    m_work->columnsNow = ColumnsNamed(*now, key);
+    if (!m_work->columnsBefore.empty() && !m_work->columnsNow.empty()) break;
+  }
+  if (m_work->columnsBefore.empty() || m_work->columnsNow.empty()) {
+    m_work->columnsBefore = AllColumnsOf(*before);
+    m_work->columnsNow = AllColumnsOf(*now);
+  }
   m_work->before = std::move(before);
   m_work->now = std::move(now);
   m_work->done = std::move(done);
@@ -113,6 +124,7 @@ void FollowedRows::Compare(platform::RecordsetPtr before, platform::RecordsetPtr
   m_work->rowsNow = rowsNow;
   m_work->known.resize(static_cast<std::size_t>(rowsNow));
   m_work->moves.bKnown = true;
+  m_work->moves.rowsBefore = rowsBefore;
   if (rowsBefore + rowsNow <= kAtOnce) {
     Slice();
   } else {
@@ -152,18 +164,19 @@ RowsState FollowedRows::StateIn(const RowsState& before, const RowMoves& moves,
     state.nCurrentRow = std::min(before.nCurrentRow, count - 1);
   }
   state.selection.clear();
-  const auto nKnown = static_cast<int>(moves.places.size());
   for (const CellRange& range : before.selection) {
+    const bool bAll =
+        moves.rowsBefore > 1 && range.nTop == 0 && range.nBottom + 1 >= moves.rowsBefore;
+    if (bAll) {
+      if (count > 0) state.selection.push_back({0, range.nLeft, count - 1, range.nRight});
+      continue;
+    }
     if (!moves.bKnown) {
       // Their numbers are all that is known of them.
       if (range.nTop < count) {
         state.selection.push_back(
             {range.nTop, range.nLeft, std::min(range.nBottom, count - 1), range.nRight});
       }
-      continue;
-    }
-    if (nKnown > 1 && range.nTop == 0 && range.nBottom + 1 >= nKnown) {
-      if (count > 0) state.selection.push_back({0, range.nLeft, count - 1, range.nRight});
       continue;
     }
     for (int nRow = range.nTop; nRow <= range.nBottom; ++nRow) {
@@ -178,7 +191,9 @@ RowsState FollowedRows::StateIn(const RowsState& before, const RowMoves& moves,
       }
     }
   }
-  if (before.nTopRow > 0) {
+  if (state.first) {
+    state.first->row = place(static_cast<int>(state.first->row));
+  } else if (before.nTopRow > 0) {
     const int nTop = place(before.nTopRow);
     state.nTopRow = nTop >= 0 ? nTop : before.nTopRow;
   }

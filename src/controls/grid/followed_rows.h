@@ -17,8 +17,9 @@ namespace orvane::controls {
 
 /// What became of rows that were fetched again.
 struct RowMoves {
-  bool bKnown = false;               ///< false where rows are known by nothing but their numbers
-  std::vector<std::int32_t> places;  ///< of each row that was there where it is now; -1 if nowhere
+  bool bKnown = false;                ///< false where rows are known by nothing but their numbers
+  platform::RowIndex rowsBefore = 0;  ///< that were there
+  std::vector<std::int32_t> places;   ///< of each row that was there where it is now; -1 if nowhere
   std::set<platform::RowIndex> fresh;  ///< rows that were not there
 };
 
@@ -34,10 +35,13 @@ class FollowedRows final : public QObject {
   explicit FollowedRows(QObject* parent = nullptr);
   ~FollowedRows() override;
 
-  /// Calls the handler once, unless others are compared before. A row is known by the values of its
-  /// key, or where that is not among the columns, by all of its values.
+  /// Names of columns whose values tell a row from all others.
+  using Key = std::vector<platform::Text>;
+
+  /// Calls the handler once, unless others are compared before. A row is known by the values of the
+  /// first of the keys that both have, or where they have none, by all of its values.
   void Compare(platform::RecordsetPtr before, platform::RecordsetPtr now,
-               const std::vector<platform::Text>& key, Done done);
+               const std::vector<Key>& keys, Done done);
   bool Busy() const { return m_work != nullptr; }
 
   /// How the rows that took the place of others are to be looked at. Where the first row was in

@@ -1,10 +1,12 @@
 #include "controls/grid/row_following.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "controls/grid/grid_query.h"
 #include "controls/grid/grid_window.h"
 #include "controls/values/tell_box.h"
+#include "controls/view/row_places.h"
 
 namespace orvane::controls {
 
@@ -14,21 +16,40 @@ using platform::Text;
 
 namespace {
 
+/// What a table of samples is known by.
+const FollowedRows::Key kSampleKey = {"Tag", "Timestamp"};
+
 /// The state as it is with the rows as they came, whatever order was made of them here: that order
 /// is of these rows alone.
 RowsState InTheirOwnOrder(RowsState state, const RowModel& model) {
-  if (!model.Order()) return state;
-  constexpr std::size_t kMostSelected = 10'000;
+  if (model.IsAsFetched()) return state;
   const auto row = [&](int nPlace) {
     return nPlace < 0 ? -1 : static_cast<int>(model.RecordRow(nPlace));
   };
-  state.order.reset();
+  const int nTop = state.nTopRow > 0 ? row(state.nTopRow) : -1;
+  if (std::exchange(state.order, nullptr)) {
+    // Who looks at the first row goes on looking at the first.
+    state.first = FirstInSight{nTop, state.nTopRow};
+  } else {
+    state.nTopRow = std::max(0, nTop);
+  }
   state.nCurrentRow = row(state.nCurrentRow);
-  state.nTopRow = 0;
   std::vector<CellRange> selection;
+  int nRows = 0;
   for (const CellRange& range : state.selection) {
-    for (int nPlace = range.nTop; nPlace <= range.nBottom && selection.size() < kMostSelected;
-         ++nPlace) {
+    const bool bAll = model.Places() > 1 && range.nTop == 0 && range.nBottom + 1 >= model.Places();
+    const auto nLast = static_cast<int>(model.Recordset()->FetchedCount()) - 1;
+    if (bAll) {
+      selection.push_back({0, range.nLeft, nLast, range.nRight});
+      continue;
+    }
+    nRows += range.nBottom - range.nTop + 1;
+    if (nRows > RowPlaces::kMostFollowing) {
+      // A part of what was selected would be another selection.
+      selection.clear();
+      break;
+    }
+    for (int nPlace = range.nTop; nPlace <= range.nBottom; ++nPlace) {
       selection.push_back({row(nPlace), range.nLeft, row(nPlace), range.nRight});
     }
   }
@@ -66,7 +87,17 @@ void RowFollowing::FetchOnce() {
   if (life.expired()) return;
   m_sNoted.clear();
   const RecordsetPtr now = fresh.rs;
-  m_compared.Compare(before, now, {"Tag", "Timestamp"},
+  std::vector<FollowedRows::Key> keys;
+  const Updatability& known = m_core.Editing().Session().Updatability();
+  // Of rows that can only be looked at a part of the key may be all that is known.
+  if (known.bUpdate) {
+    FollowedRows::Key& key = keys.emplace_back();
+    for (const platform::ColumnIndex column : known.table.key) {
+      key.push_back(before->FieldAt(column).Name());
+    }
+  }
+  keys.push_back(kSampleKey);
+  m_compared.Compare(before, now, keys,
                      [this, before, fresh = std::move(fresh)](const RowMoves& moves) mutable {
                        if (MayExchange(before) && CarrySteps(fresh, before)) {
                          Exchange(std::move(fresh), moves);

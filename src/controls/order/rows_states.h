@@ -39,6 +39,13 @@ struct RowsOrigin {
   }
 };
 
+/// The row of the recordset that is to be the first in sight, or where it is none of those that are
+/// seen, a place among them.
+struct FirstInSight {
+  platform::RowIndex row = -1;
+  int nPlace = 0;
+};
+
 struct EditNotes;
 struct Updatability;
 
@@ -47,7 +54,10 @@ struct RowsState {
   int nCurrentColumn = -1;
   std::vector<CellRange> selection;
   bool bRowsSelected = false;
-  int nTopRow = 0;      ///< first row in sight
+  int nTopRow = 0;  ///< first row in sight
+  /// Of rows that are put in their order only when they are shown; none keeps the current row where
+  /// it is in the window.
+  std::optional<FirstInSight> first = std::nullopt;
   int nLeftOffset = 0;  ///< pixels scrolled sideways
   std::vector<int> columnWidths;
   ColumnLayout layout;

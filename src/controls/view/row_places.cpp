@@ -9,6 +9,9 @@ namespace orvane::controls {
 RowPlaces::RowPlaces(const RowPicker& view, const RowModel& model)
     : m_nColumn(view.currentIndex().column()),
       m_nTopRow(view.TopRow()),
+      m_nPlaces(model.Places()),
+      m_bAllRows(!model.Order() || model.Order()->Count(model.Recordset()->RecordCount()) ==
+                                       model.Recordset()->RecordCount()),
       m_bRowsChosen(view.RowsChosen()) {
   if (view.currentIndex().isValid()) {
     m_current = model.RecordRow(view.currentIndex().row());
@@ -16,12 +19,14 @@ RowPlaces::RowPlaces(const RowPicker& view, const RowModel& model)
   }
   int nRows = 0;
   for (const QItemSelectionRange& range : view.selectionModel()->selection()) {
-    if (range.height() >= model.rowCount()) {
+    const bool bAll = m_nPlaces > 1 && range.top() == 0 && range.bottom() + 1 >= m_nPlaces;
+    if (bAll && (m_bAllRows || range.height() > kMostFollowing)) {
       m_wholeColumns.emplace_back(range.left(), range.right());
       continue;
     }
     if (range.height() > kMostFollowing - nRows) {
       m_selected.clear();
+      m_wholeColumns.clear();
       return;
     }
     nRows += range.height();
@@ -34,8 +39,9 @@ RowPlaces::RowPlaces(const RowPicker& view, const RowModel& model)
 QItemSelection RowPlaces::Selection(const RowModel& model) const {
   QItemSelection selection;
   const int nLast = model.rowCount() - 1;
+  const bool bAreAll = m_bAllRows || model.Places() == m_nPlaces;
   for (const auto& [nLeft, nRight] : m_wholeColumns) {
-    if (nLast >= 0) selection.select(model.index(0, nLeft), model.index(nLast, nRight));
+    if (bAreAll && nLast >= 0) selection.select(model.index(0, nLeft), model.index(nLast, nRight));
   }
   struct Found {
     int nPlace;
@@ -65,7 +71,8 @@ QItemSelection RowPlaces::Selection(const RowModel& model) const {
   return selection;
 }
 
-void RowPlaces::Restore(RowPicker& view, const RowModel& model) const {
+void RowPlaces::Restore(RowPicker& view, const RowModel& model,
+                        const std::optional<FirstInSight>& first) const {
   const QSignalBlocker quiet(view.selectionModel());
   view.selectionModel()->select(Selection(model), QItemSelectionModel::ClearAndSelect);
   int nPlace = m_current < 0 ? -1 : model.PlaceOf(m_current);
@@ -75,6 +82,11 @@ void RowPlaces::Restore(RowPicker& view, const RowModel& model) const {
   view.selectionModel()->setCurrentIndex(model.index(nPlace, m_nColumn),
                                          QItemSelectionModel::NoUpdate);
   view.RowsChosen(m_bRowsChosen);
+  if (first) {
+    const int nFirst = first->row < 0 ? -1 : model.PlaceOf(first->row);
+    view.verticalScrollBar()->setValue(nFirst < 0 ? first->nPlace : nFirst);
+    return;
+  }
   const bool bWasInSight = m_nCurrentBelowTop >= 0 && m_nCurrentBelowTop < view.RowsInSight();
   view.verticalScrollBar()->setValue(!bFollows     ? 0
                                      : bWasInSight ? nPlace - m_nCurrentBelowTop

@@ -3,8 +3,10 @@
 // order; user-interface thread.
 #pragma once
 
+#include <optional>
 #include <vector>
 
+#include "controls/order/rows_states.h"
 #include "controls/view/row_model.h"
 #include "controls/view/row_picker.h"
 
@@ -13,13 +15,16 @@ namespace orvane::controls {
 class RowPlaces {
  public:
   /// Selected rows beyond this number do not follow, unless all are selected: no eye follows them
-  /// through an order either.
+  /// through an order either. All that a filter leaves are no more than that: another filter has
+  /// others.
   static constexpr int kMostFollowing = 2000;
 
   /// Remembers what the view looks like.
   RowPlaces(const RowPicker& view, const RowModel& model);
-  /// Puts it back. Raises no signal of the selection.
-  void Restore(RowPicker& view, const RowModel& model) const;
+  /// Puts it back, with another first row in sight where one is given. Raises no signal of the
+  /// selection.
+  void Restore(RowPicker& view, const RowModel& model,
+               const std::optional<FirstInSight>& first = std::nullopt) const;
 
  private:
   struct Selected {
@@ -35,6 +40,8 @@ class RowPlaces {
   int m_nTopRow = 0;
   std::vector<Selected> m_selected;
   std::vector<std::pair<int, int>> m_wholeColumns;
+  int m_nPlaces = 0;
+  bool m_bAllRows = false;  ///< no row of the recordset was filtered out
   bool m_bRowsChosen = false;
 };
 

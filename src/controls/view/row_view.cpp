@@ -129,7 +129,7 @@ void RowView::ShowRows(platform::RecordsetPtr rs, CellFormat format, const RowsS
   if (!state) {
     ArrangeNow(true);
   } else if (!state->order && !state->bOrderLost) {
-    ArrangeNow();
+    Arrange(false, state->first);
   }
 }
 
@@ -214,7 +214,7 @@ void RowView::Filter(std::vector<ColumnFilter> filters) {
   ArrangeNow();
 }
 
-void RowView::ArrangeNow(bool bFromTop) {
+void RowView::Arrange(bool bFromTop, const std::optional<FirstInSight>& first) {
   Names().Sorted(m_arrangement.sort);
   const auto& rs = m_model->Recordset();
   if (rs && rs->State() == platform::FetchState::Running && !m_arrangement.NeedsNoWork()) {
@@ -227,35 +227,37 @@ void RowView::ArrangeNow(bool bFromTop) {
   }
   m_arranger.Arrange(m_model->Recordset(), m_arrangement, m_model->Format(),
                      // Who has gone elsewhere in the meantime stays with his row.
-                     [this, bFromTop, at = currentIndex(), nTop = TopRow()](
+                     [this, bFromTop, at = currentIndex(), nTop = TopRow(), first](
                          std::shared_ptr<const RowOrder> order, const QString& sWhyNot) {
-                       if (!sWhyNot.isEmpty()) {
+                       if (sWhyNot.isEmpty()) {
+                         m_standing = m_arrangement;
+                         const bool bStayed = currentIndex() == at && TopRow() == nTop;
+                         TakeOrder(std::move(order), bFromTop && bStayed,
+                                   bStayed ? first : std::nullopt);
+                       } else {
                          m_arrangement = m_standing;
                          Names().Sorted(m_arrangement.sort);
-                         if (m_arranged) m_arranged(sWhyNot);
-                         return;
                        }
-                       m_standing = m_arrangement;
-                       const bool bStayed = bFromTop && currentIndex() == at && TopRow() == nTop;
-                       const RowPlaces places(*this, *m_model);
-                       {
-                         const QSignalBlocker quiet(selectionModel());
-                         m_model->Order(std::move(order));
-                       }
-                       ForgetScroll();
-                       updateGeometries();
-                       if (bStayed) {
-                         const QSignalBlocker quiet(selectionModel());
-                         BeginInFirstRow();
-                         verticalScrollBar()->setValue(0);
-                       } else {
-                         places.Restore(*this, *m_model);
-                       }
-                       viewport()->update();
-                       Numbers().update();
-                       if (m_arranged) m_arranged({});
+                       if (m_arranged) m_arranged(sWhyNot);
                      });
   if (m_arranger.Busy() && m_arranged) m_arranged({});
+}
+
+void RowView::TakeOrder(std::shared_ptr<const RowOrder> order, bool bFromTop,
+                        const std::optional<FirstInSight>& first) {
+  const RowPlaces places(*this, *m_model);
+  const QSignalBlocker quiet(selectionModel());
+  m_model->Order(std::move(order));
+  ForgetScroll();
+  updateGeometries();
+  if (bFromTop) {
+    BeginInFirstRow();
+    verticalScrollBar()->setValue(0);
+  } else {
+    places.Restore(*this, *m_model, first);
+  }
+  viewport()->update();
+  Numbers().update();
 }
 
 bool RowView::StopArranging() {

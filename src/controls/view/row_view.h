@@ -61,7 +61,7 @@ class RowView : public RowPicker {
   void SortedByServer(std::vector<SortColumn> columns);
   /// Arranges the rows as they are told to stand, those that came since included; afterwards the
   /// keys are where they were, or with bFromTop in the first row.
-  void ArrangeNow(bool bFromTop = false);
+  void ArrangeNow(bool bFromTop = false) { Arrange(bFromTop, std::nullopt); }
   bool Arranging() const { return m_arranger.Busy(); }
   /// Asked first where rows are to be sorted: true when that is done elsewhere.
   void OnSort(std::function<bool(const std::vector<SortColumn>&)> handler) {
@@ -97,6 +97,11 @@ class RowView : public RowPicker {
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
  private:
+  /// With the row that is to be the first in sight then; without one the current row stays where it
+  /// is in the window.
+  void Arrange(bool bFromTop, const std::optional<FirstInSight>& first);
+  void TakeOrder(std::shared_ptr<const RowOrder> order, bool bFromTop,
+                 const std::optional<FirstInSight>& first);
   void AddCommands();
   void OpenMenu(QPoint where, void (GridCommands::*fill)(QMenu&) const = &GridCommands::Fill);
   void OpenNamesMenu(QPoint at);
