@@ -325,7 +325,8 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
     for (const auto& operand : operands) {
       if (IsAsWritten(operand)) continue;
       Convert(operand, meant);
-      if (operand.expr != nullptr) GuardGiven(*operand.expr, meant);
+      // What is asked for exactly may be what another program has left there.
+      if (how == Comparison::Order && operand.expr != nullptr) GuardGiven(*operand.expr, meant);
     }
     return KindsOf(meant);
   }
