@@ -83,7 +83,7 @@ TEST_F(edit_session, without_a_key_nothing_can_be_edited) {
   EXPECT_FALSE(m_session.OffersNewRow());
   m_session.Edit(0, 1, Text("x"));
   const RowIndex rows[] = {0};
-  EXPECT_TRUE(m_session.Delete(rows).empty());
+  EXPECT_TRUE(m_session.Delete(rows)->empty());
   EXPECT_TRUE(m_session.Pending().empty());
 }
 
@@ -261,7 +261,7 @@ TEST(edit_session_of_many, rows_are_looked_for_in_steps_of_few_and_not_the_other
   session.Redo();
   rows.clear();
   for (RowIndex row = 0; row < kRowsOfMany; ++row) rows.push_back(row);
-  EXPECT_EQ(session.Delete(rows).size(), rows.size());
+  EXPECT_EQ(session.Delete(rows)->size(), rows.size());
   session.Deleted(rows);
   EXPECT_EQ(session.PendingCount(), kRowsOfMany) << "the new ones are left";
   EXPECT_EQ(session.Undo(), std::optional<RowIndex>(2 * kRowsOfMany)) << "which came in one step";

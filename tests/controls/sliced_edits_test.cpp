@@ -2,6 +2,7 @@
 // cancels finds everything as it was.
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <random>
 
 #include "ado/recordset_builder.h"
@@ -56,6 +57,21 @@ class sliced_edits : public testing::Test {
       sPicture += std::to_string(row) + *m_recordset->ValueAt(row, 1).As<Text>() + " ";
     }
     return sPicture;
+  }
+
+  static std::vector<RowIndex> Rows(RowIndex first, RowIndex count) {
+    std::vector<RowIndex> rows(static_cast<std::size_t>(count));
+    std::iota(rows.begin(), rows.end(), first);
+    return rows;
+  }
+  /// What lies over the rows, without their numbers: those of new ones change.
+  std::string Values() const {
+    std::string sValues;
+    for (const RowIndex row : m_session.Pending()) {
+      sValues += *m_recordset->ValueAt(row, 1).As<Text>() +
+                 (m_recordset->StateAt(row) == platform::RowState::Deleted ? "x " : " ");
+    }
+    return sValues;
   }
 
   platform::RecordsetPtr m_recordset;
@@ -125,6 +141,73 @@ TEST_F(sliced_edits, of_an_undo_that_is_cancelled_nothing_is_undone) {
   EXPECT_EQ(Picture(), sUndone);
   m_session.Redo();
   EXPECT_EQ(values(), before);
+}
+
+TEST_F(sliced_edits, rows_are_marked_and_taken_out_a_few_at_a_time) {
+  m_session.Edit(Names(8'000, 2'000, "x"));  // 1,000 of them new
+  m_nTold = 0;
+  const auto toSend = m_session.Delete(Rows(0, 10'000));
+  ASSERT_TRUE(toSend);
+  EXPECT_EQ(toSend->size(), 9'000U);
+  EXPECT_EQ(m_sDone, "Marking rows;");
+  EXPECT_EQ(m_nSlices, 5);
+  EXPECT_EQ(m_nTold, 1);
+  m_sDone.clear();
+  m_session.Deleted(*toSend);
+  EXPECT_EQ(m_sDone, "Taking the deleted rows out;");
+  EXPECT_EQ(m_nSlices, 5) << "2,000 in each";
+  EXPECT_EQ(m_nTold, 2);
+  EXPECT_EQ(m_session.PendingCount(), 0);
+  EXPECT_EQ(m_session.GoneRows().size(), 10'000U);
+}
+
+TEST_F(sliced_edits, rows_that_are_deleted_at_the_server_go_also_where_that_is_cancelled) {
+  const auto toSend = m_session.Delete(Rows(0, 9'000));
+  m_nCancelAt = 1;
+  m_session.Deleted(*toSend);
+  EXPECT_EQ(m_session.GoneRows().size(), 9'000U);
+  EXPECT_EQ(m_session.PendingCount(), 0);
+}
+
+TEST_F(sliced_edits, of_a_deletion_that_is_cancelled_no_row_is_marked) {
+  m_session.Edit(8'998, 1, Text("edited"));
+  m_session.Edit(Names(9'000, 2'500, "new"));
+  const std::string sBefore = Values();
+  const auto steps = [this] {
+    m_session.Undo();
+    m_session.Undo();
+    const std::string sUndone = Values();
+    m_session.Redo();
+    m_session.Redo();
+    return sUndone;
+  };
+  const std::string sUndone = steps();
+  ASSERT_EQ(Values(), sBefore);
+  m_session.Remark(8'998, "as it was");
+  m_nCancelAt = 1;
+  // Rows that were never sent are gone at once, and come back as others.
+  EXPECT_FALSE(m_session.Delete(m_session.Pending()));
+  EXPECT_EQ(m_sDone.substr(m_sDone.find("Marking")), "Marking rows;")
+      << "few are taken back at once";
+  EXPECT_EQ(Values(), sBefore);
+  EXPECT_EQ(m_session.RemarkOf(8'998), "as it was");
+  EXPECT_EQ(steps(), sUndone) << "the steps before find the rows, whatever their numbers";
+  EXPECT_EQ(Values(), sBefore);
+}
+
+TEST_F(sliced_edits, are_discarded_a_few_at_a_time_or_all_kept) {
+  m_session.Edit(Names(4'000, 8'000, "x"));
+  const std::string sBefore = Values();
+  m_nCancelAt = 2;
+  EXPECT_FALSE(m_session.Discard(m_session.Pending()));
+  EXPECT_EQ(Values(), sBefore);
+  m_sDone.clear();
+  EXPECT_TRUE(m_session.Discard(m_session.Pending()));
+  EXPECT_EQ(m_sDone, "Discarding changes;");
+  EXPECT_EQ(m_nSlices, 4);
+  EXPECT_EQ(m_session.PendingCount(), 0);
+  m_session.Undo();
+  EXPECT_EQ(Values(), sBefore);
 }
 
 // Whatever is cancelled where: the same as if it had never been begun.

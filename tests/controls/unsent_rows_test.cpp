@@ -290,6 +290,24 @@ TEST_F(unsent_rows, rows_that_are_not_stored_are_listed_and_discarded) {
   EXPECT_EQ(Window()->findChild<PendingReview*>(), nullptr);
 }
 
+TEST_F(unsent_rows, all_of_them_are_discarded_whatever_is_marked_in_the_list) {
+  Open("Pumps");
+  GoTo(0, 1);
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  Press(Qt::Key_0, Qt::ControlModifier);
+  ASSERT_EQ(Label("pending"), "2 rows not stored");
+  QTest::mouseClick(Window()->findChild<QPushButton*>("pending"), Qt::LeftButton);
+  auto* review = Window()->findChild<PendingReview*>();
+  ASSERT_NE(review, nullptr);
+  EXPECT_EQ(review->findChild<QTreeWidget*>("pendingRows")->selectedItems().size(), 1);
+  QTest::mouseClick(review->findChild<QPushButton*>("discardAll"), Qt::LeftButton);
+  Settle();
+  EXPECT_EQ(Label("pending"), "");
+  EXPECT_EQ(Window()->findChild<PendingReview*>(), nullptr);
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Label("pending"), "2 rows not stored") << "as one step";
+}
+
 TEST_F(unsent_rows, enter_presses_the_button_of_the_list_that_has_the_focus) {
   Open("Pumps");
   GoTo(0, 2);

@@ -93,10 +93,6 @@ bool EditSession::Edit(std::span<const CellEdit> edits) {
     if (CanEdit(edit.row, edit.column)) ordered.push_back(&edit);
   }
   std::ranges::stable_sort(ordered, {}, &CellEdit::row);
-  const RecordsetPtr rs = m_recordset;
-  const auto notes = m_notes;
-  const std::weak_ptr<void> life = m_life;
-  const auto isOver = [&] { return life.expired() || m_recordset != rs; };
   std::vector<RowIndex> rows;
   std::size_t nNext = 0;
   const auto layNext = [&] {
@@ -105,22 +101,29 @@ bool EditSession::Edit(std::span<const CellEdit> edits) {
     const std::span<const CellEdit* const> ofRow(&ordered[nNext], nEnd - nNext);
     nNext = nEnd;
     rows.push_back(ofRow.front()->row);
-    notes->steps.ChangeRow(*rs, rows.back(), [&] { LayRow(ofRow); });
+    m_notes->steps.ChangeRow(*m_recordset, rows.back(), [&] { LayRow(ofRow); });
   };
-  const auto slice = [&] {
-    if (isOver()) return true;
+  return Change(ordered.size(), "Changing cells", rows, [&] {
     const std::size_t nEnd = std::min(ordered.size(), nNext + kInSlice);
     while (nNext < nEnd) layNext();
     return nNext == ordered.size();
-  };
-  if (ordered.empty()) {
+  });
+}
+
+bool EditSession::Change(std::size_t nThings, const char* sWhat, const std::vector<RowIndex>& rows,
+                         const std::function<bool()>& slice) {
+  if (nThings == 0) {
     Follow(rows);
     return true;
   }
+  const RecordsetPtr rs = m_recordset;
+  const auto notes = m_notes;
+  const std::weak_ptr<void> life = m_life;
+  const auto isOver = [&] { return life.expired() || m_recordset != rs; };
   notes->steps.Begin();
   bool bDone = false;
   try {
-    bDone = RunSlices(ordered.size(), "Changing cells", slice);
+    bDone = RunSlices(nThings, sWhat, [&] { return isOver() || slice(); });
   } catch (...) {
     notes->steps.End();
     if (!isOver()) Follow(rows);
@@ -129,13 +132,32 @@ bool EditSession::Edit(std::span<const CellEdit> edits) {
   if (isOver()) return false;
   if (bDone) {
     notes->steps.End();
-  } else {
-    RunAllSlices(nNext, "Taking back what was changed",
-                 [&] { return isOver() || notes->steps.TakeBack(*rs, kInSlice); });
-    if (isOver()) return false;
+    Follow(rows);
+    return true;
   }
-  Follow(rows);
-  return bDone;
+  RunAllSlices(rows.size(), "Taking back what was changed",
+               [&] { return isOver() || notes->steps.TakeBack(*rs, kInSlice); });
+  if (isOver()) return false;
+  // What was known of the rows holds on, save that new ones have come back as others.
+  NoteGone(rows);
+  m_changed(rows);
+  return false;
+}
+
+bool EditSession::ChangeRows(std::vector<RowIndex> rows, const char* sWhat,
+                             const std::function<void(RowIndex)>& change) {
+  // A step takes its rows in the order of their numbers.
+  std::ranges::sort(rows);
+  std::vector<RowIndex> changed;
+  return Change(rows.size(), sWhat, changed, [&] {
+    const std::size_t nEnd = std::min(rows.size(), changed.size() + kInSlice);
+    while (changed.size() < nEnd) {
+      const RowIndex row = rows[changed.size()];
+      changed.push_back(row);
+      m_notes->steps.ChangeRow(*m_recordset, row, [&] { change(row); });
+    }
+    return changed.size() == rows.size();
+  });
 }
 
 void EditSession::LayRow(std::span<const CellEdit* const> edits) {
@@ -172,42 +194,43 @@ void EditSession::LayOver(const CellEdit& edit) {
   }
 }
 
-std::vector<RowIndex> EditSession::Delete(std::span<const RowIndex> rows) {
+std::optional<std::vector<RowIndex>> EditSession::Delete(std::span<const RowIndex> rows) {
   std::vector<RowIndex> deleted;
   if (!m_recordset) return deleted;
-  Change(rows, [&] {
-    for (const RowIndex row : rows) {
-      const bool bNew = m_recordset->StateAt(row) == RowState::New;
-      if (!bNew && !m_updatability.bDelete) continue;
-      m_recordset->Delete(row);
-      if (!bNew) deleted.push_back(row);
-    }
+  const bool bDone = ChangeRows({rows.begin(), rows.end()}, "Marking rows", [&](RowIndex row) {
+    const bool bNew = m_recordset->StateAt(row) == RowState::New;
+    if (!bNew && !m_updatability.bDelete) return;
+    m_recordset->Delete(row);
+    if (!bNew) deleted.push_back(row);
   });
-  return deleted;
+  return bDone ? std::optional(std::move(deleted)) : std::nullopt;
 }
 
-void EditSession::Discard(std::span<const RowIndex> rows) {
-  if (!m_recordset) return;
-  Change(rows, [&] {
-    for (const RowIndex row : rows) m_recordset->CancelUpdate(row);
-  });
+bool EditSession::Discard(std::span<const RowIndex> rows) {
+  if (!m_recordset) return true;
+  return ChangeRows({rows.begin(), rows.end()}, "Discarding changes",
+                    [this](RowIndex row) { m_recordset->CancelUpdate(row); });
 }
 
-void EditSession::Change(std::span<const RowIndex> rows, const std::function<void()>& change) {
-  m_notes->steps.Change(*m_recordset, rows, change);
-  Follow(rows);
-}
-
-void EditSession::Follow(std::span<const RowIndex> rows) {
+void EditSession::Forget(std::span<const RowIndex> rows) {
   for (const RowIndex row : rows) {
-    // What was wrong with the row is no longer known of what it is now.
     m_notes->remarks.erase(row);
     m_notes->conflicts.erase(row);
+  }
+  NoteGone(rows);
+}
+
+void EditSession::NoteGone(std::span<const RowIndex> rows) {
+  for (const RowIndex row : rows) {
     if (row >= m_recordset->RecordCount()) continue;
     const bool bGone =
         m_recordset->StateAt(row) == RowState::Deleted && !m_recordset->IsPending(row);
     if (bGone) m_notes->gone.insert(row);
   }
+}
+
+void EditSession::Follow(std::span<const RowIndex> rows) {
+  Forget(rows);
   m_changed(rows);
 }
 
@@ -311,11 +334,24 @@ void EditSession::Stored(RowIndex row, std::span<const Value> stored) {
 }
 
 void EditSession::Deleted(std::span<const RowIndex> rows) {
-  for (const RowIndex row : rows) m_recordset->Accept(row);
-  std::vector<RowIndex> forgotten(rows.begin(), rows.end());
-  std::ranges::sort(forgotten);
-  m_notes->steps.Forget(forgotten);
-  Follow(rows);
+  const RecordsetPtr rs = m_recordset;
+  const std::weak_ptr<void> life = m_life;
+  const auto isOver = [&] { return life.expired() || m_recordset != rs; };
+  std::vector<RowIndex> ordered(rows.begin(), rows.end());
+  std::ranges::sort(ordered);
+  std::size_t nNext = 0;
+  const auto slice = [&] {
+    if (isOver()) return true;
+    const auto next = std::span<const RowIndex>(ordered).subspan(
+        nNext, std::min(kInSlice, ordered.size() - nNext));
+    nNext += next.size();
+    for (const RowIndex row : next) rs->Accept(row);
+    m_notes->steps.Forget(next);
+    Forget(next);
+    return nNext == ordered.size();
+  };
+  RunAllSlices(ordered.size(), "Taking the deleted rows out", slice);
+  if (!isOver()) m_changed(ordered);
 }
 
 }  // namespace orvane::controls

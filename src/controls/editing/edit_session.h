@@ -75,10 +75,12 @@ class EditSession final : public RowEditing {
   /// edited are left out. False where that was cancelled: then nothing is changed. Of many cells
   /// the grid, and with it the session, may be gone afterwards.
   bool Edit(std::span<const CellEdit> edits);
-  /// Marks the rows as ones to be deleted; new ones go at once. Gives those that are to be sent.
-  std::vector<platform::RowIndex> Delete(std::span<const platform::RowIndex> rows);
-  /// Takes away all that lies over the rows.
-  void Discard(std::span<const platform::RowIndex> rows);
+  /// Marks the rows as ones to be deleted, as one step; new ones go at once. Gives those that are
+  /// to be sent; none where that was cancelled: then nothing is changed. Of many rows the grid may
+  /// be gone afterwards.
+  std::optional<std::vector<platform::RowIndex>> Delete(std::span<const platform::RowIndex> rows);
+  /// Takes away all that lies over the rows, as Edit lays values over them.
+  bool Discard(std::span<const platform::RowIndex> rows);
   /// Give a row to go to, none when there was nothing to take back: the current one where it is
   /// among those that changed. None, too, where it was cancelled: then nothing is changed; and of
   /// many rows the grid may be gone afterwards.
@@ -107,11 +109,17 @@ class EditSession final : public RowEditing {
   void Settle(platform::RowIndex row, std::span<const platform::ColumnIndex> mine, bool bDelete);
   /// The row was stored: nothing of it is pending, and no step touches it any more.
   void Stored(platform::RowIndex row, std::span<const platform::Value> stored);
-  /// The rows were deleted.
+  /// The rows were deleted. Of many the grid may be gone afterwards.
   void Deleted(std::span<const platform::RowIndex> rows);
 
  private:
-  void Change(std::span<const platform::RowIndex> rows, const std::function<void()>& change);
+  /// Makes one step of what the slices change, of so many things; `rows` has those that they have
+  /// come to. False where it was cancelled, and is taken back, or the grid has gone.
+  bool Change(std::size_t nThings, const char* sWhat, const std::vector<platform::RowIndex>& rows,
+              const std::function<bool()>& slice);
+  /// The same of rows, each changed by itself.
+  bool ChangeRows(std::vector<platform::RowIndex> rows, const char* sWhat,
+                  const std::function<void(platform::RowIndex)>& change);
   void LayOver(const CellEdit& edit);
   /// The edits of one row, none of which may be refused any more.
   void LayRow(std::span<const CellEdit* const> edits);
@@ -121,6 +129,9 @@ class EditSession final : public RowEditing {
   void RunAllSlices(std::size_t nThings, const char* sWhat,
                     const std::function<bool()>& slice) const;
   std::optional<platform::RowIndex> Move(bool bUndo, std::optional<platform::RowIndex> current);
+  /// What was known of the rows as they were is no more; those that have gone are noted.
+  void Forget(std::span<const platform::RowIndex> rows);
+  void NoteGone(std::span<const platform::RowIndex> rows);
   void Follow(std::span<const platform::RowIndex> rows);
 
   std::shared_ptr<char> m_life = std::make_shared<char>();

@@ -82,10 +82,8 @@ PendingReview::PendingReview(EditSession& session, CellFormat format, Actions ac
     accept();
     m_actions.goTo(row);
   });
-  m_discard = add("discardRows", "&Discard", [this] {
-    m_session.Discard(Chosen());
-    Refresh();
-  });
+  m_discard = add("discardRows", "&Discard", [this] { Discard(Chosen()); });
+  add("discardAll", "Discard A&ll", [this] { Discard(m_session.Pending()); });
   buttons->addStretch(1);
   add("closeReview", "&Close", [this] { reject(); })->setDefault(true);
 
@@ -155,6 +153,13 @@ std::vector<RowIndex> PendingReview::Chosen() const {
     rows.push_back(item->data(0, kRowRole).toLongLong());
   }
   return rows;
+}
+
+void PendingReview::Discard(const std::vector<RowIndex>& rows) {
+  // Of many rows that handles events, and one of them may be the end of the grid, or of this.
+  const QPointer<PendingReview> self(this);
+  m_session.Discard(rows);
+  if (self) Refresh();
 }
 
 void PendingReview::UpdateButtons() {

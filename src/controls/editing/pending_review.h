@@ -35,6 +35,7 @@ class PendingReview : public QDialog {
  private:
   QString ChangesOf(platform::RowIndex row) const;
   std::vector<platform::RowIndex> Chosen() const;
+  void Discard(const std::vector<platform::RowIndex>& rows);
   void UpdateButtons();
 
   EditSession& m_session;

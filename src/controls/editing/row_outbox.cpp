@@ -59,20 +59,23 @@ void RowOutbox::TellOfProgress() {
   if (m_events.progress) m_events.progress(std::max<RowIndex>(0, of - left), of);
 }
 
-void RowOutbox::Delete(const std::vector<RowIndex>& rows) {
+bool RowOutbox::Delete(const std::vector<RowIndex>& rows) {
+  const QPointer<RowOutbox> self(this);
   const auto toSend = m_session.Delete(rows);
-  if (toSend.empty()) {
+  if (!self) return true;
+  if (!toSend) return false;
+  if (toSend->empty()) {
     // Rows that the server has never seen are gone at once.
     if (!rows.empty() && m_events.deleted) m_events.deleted();
-    return;
+    return true;
   }
   const RecordsetPtr rs = m_session.Recordset();
-  const QPointer<RowOutbox> self(this);
-  const End end = SendDeletion(rs, toSend);
-  if (!self || end != End::Later || m_session.Recordset() != rs) return;
-  m_left.insert(toSend.begin(), toSend.end());
+  const End end = SendDeletion(rs, *toSend);
+  if (!self || end != End::Later || m_session.Recordset() != rs) return true;
+  m_left.insert(toSend->begin(), toSend->end());
   m_bLookForDeleted = true;
   m_later.start(kBetweenTries);
+  return true;
 }
 
 void RowOutbox::SendLeft() {
@@ -170,6 +173,7 @@ RowOutbox::End RowOutbox::SendDeletion(const RecordsetPtr& rs, const std::vector
     return End::Refused;
   }
   m_session.Deleted(rows);
+  if (!self) return End::Done;
   if (m_events.deleted) m_events.deleted();
   return End::Done;
 }

@@ -51,8 +51,9 @@ class RowOutbox final : public QObject {
   void SendAll();
   /// What is not sent yet stays pending.
   void Stop();
-  /// Deletes the rows at the server, all of them or none.
-  void Delete(const std::vector<platform::RowIndex>& rows);
+  /// Deletes the rows at the server, all of them or none. False where they were not even marked, as
+  /// that was cancelled.
+  bool Delete(const std::vector<platform::RowIndex>& rows);
 
  private:
   enum class End : std::uint8_t { Done, Refused, Later, Lost, Stopped };

@@ -60,11 +60,15 @@ void UndoSteps::End() {
 }
 
 bool UndoSteps::TakeBack(Recordset& rs, std::size_t nMost) {
+  // A new row that comes back changes its number in the steps before this one.
+  std::vector<std::pair<RowIndex, RowIndex>> renumbered;
   for (; nMost > 0 && !m_open->empty(); --nMost) {
-    const auto last = std::prev(m_open->end());
-    Lay(rs, last->first, last->second.before);
-    m_open->erase(last);
+    const auto first = m_open->begin();
+    const RowIndex now = Lay(rs, first->first, first->second.before);
+    if (now != first->first) renumbered.emplace_back(first->first, now);
+    m_open->erase(first);
   }
+  Renumber(renumbered);
   if (!m_open->empty()) return false;
   m_open.reset();
   return true;

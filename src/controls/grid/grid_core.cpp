@@ -60,9 +60,9 @@ GridCore::GridCore(GridServices services, const QString& sName)
                            [this](const platform::RowSink& sink) {
                              return m_statements.FetchAgain(m_sSqlText, sink);
                            },
-                           [this, life = m_statements.Life()](const auto& work) {
+                           [this, life = m_statements.Life()](const Text& sWhat, const auto& work) {
                              if (life.expired()) return work({});
-                             m_statements.Wait("Writing the end of the file", work);
+                             m_statements.Wait(sWhat, work);
                            }}) {
   const auto tell = [window = m_window.data()](platform::Signal<> GridEvents::*event) {
     return [window, event] { window->Raise(event); };

@@ -38,13 +38,12 @@ GridEditing::GridEditing(GridWindow& window, RowOutbox::Server server, Events ev
       m_events(std::move(events)),
       m_session([this](std::span<const RowIndex> rows) { RowsChanged(rows); }),
       m_filling(new CellFilling(window, m_session, std::move(asker), std::move(lastQueries))),
-      m_questions(
-          new RowQuestions(window, m_session,
-                           {[this] { m_outbox->SendAll(); }, [this](RowIndex row) { GoTo(row); },
-                            [this](RowIndex row) { m_outbox->Leave(row); },
-                            [this](const auto& rows) { m_outbox->Delete(rows); },
-                            [this] { Raise(m_events.deleted); }},
-                           this)),
+      m_questions(new RowQuestions(
+          window, m_session,
+          {[this] { m_outbox->SendAll(); }, [this](RowIndex row) { GoTo(row); },
+           [this](RowIndex row) { m_outbox->Leave(row); },
+           [this](const auto& rows) { Delete(rows); }, [this] { Raise(m_events.deleted); }},
+          this)),
       m_outbox(new RowOutbox(
           m_session, std::move(server),
           {[this](RowState before) { TellOfStored(before); }, [this] { Raise(m_events.deleted); },
@@ -254,6 +253,13 @@ void GridEditing::Move(bool bUndo) {
   const QPointer<GridEditing> self(this);
   const auto row = bUndo ? m_session.Undo(CurrentRow()) : m_session.Redo(CurrentRow());
   if (self) GoTo(row);
+}
+
+void GridEditing::Delete(const std::vector<RowIndex>& rows) {
+  const QPointer<GridEditing> self(this);
+  if (!m_outbox->Delete(rows) && self) {
+    m_window.Remark("Nothing was deleted: it was cancelled.", false);
+  }
 }
 
 void GridEditing::DiscardRow() {

@@ -67,6 +67,7 @@ class GridEditing final : public QObject {
   /// Undoes the last step, or redoes it.
   void Move(bool bUndo);
   void DiscardRow();
+  void Delete(const std::vector<platform::RowIndex>& rows);
   std::optional<platform::RowIndex> CurrentRow() const;
   void GoTo(std::optional<platform::RowIndex> row);
   /// None, with a sentence in the strip, where they are more than can be changed at once.

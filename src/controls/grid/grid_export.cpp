@@ -1,10 +1,8 @@
 #include "controls/grid/grid_export.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QHeaderView>
-#include <QProgressDialog>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
@@ -24,11 +22,7 @@ using platform::FetchState;
 
 namespace {
 
-/// Cancel is heard as soon as anybody could notice, however long a row takes.
-constexpr qint64 kBetweenLooksMs = 50;
-constexpr std::chrono::milliseconds kUntilShown(300);
 constexpr std::chrono::milliseconds kBetweenTold(200);
-constexpr int kProgressSteps = 1000;
 
 /// The file was last written here.
 QString& LastFolder() {
@@ -96,6 +90,8 @@ void GridExport::Run() {
     if (failed != nullptr && failed->Number() == platform::failure::kCancelled) {
       window->Remark("The export was cancelled; no file was written.", false);
     } else {
+      // How many had been written until then says nothing any more.
+      window->Remark({}, false);
       TellInBox(*window, "Export Rows", SentenceOf(exception));
     }
   }
@@ -136,14 +132,11 @@ std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QStr
   // The disk takes its time for the end of a long file.
   const auto finish = [&target, beside = m_source.beside](bool bCut) {
     Exported done;
-    beside([&](const std::stop_token& stop) { done = target.Finish(bCut, stop); });
+    beside("Writing the end of the file",
+           [&](const std::stop_token& stop) { done = target.Finish(bCut, stop); });
     return done;
   };
-  if (choice.rows != ExportRows::All) {
-    const std::optional<bool> bCut = WriteHeld(choice, target);
-    return bCut ? std::optional(finish(*bCut)) : std::nullopt;
-  }
-  // Written on the thread of the fetch, told on this one.
+  // Written on another thread, told on this one.
   auto written = std::make_shared<std::atomic<platform::RowIndex>>(0);
   QTimer telling;
   QObject::connect(&telling, &QTimer::timeout, [window = m_window, written] {
@@ -154,6 +147,10 @@ std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QStr
     }
   });
   telling.start(kBetweenTold);
+  if (choice.rows != ExportRows::All) {
+    const std::optional<bool> bCut = WriteHeld(choice, target, *written);
+    return bCut ? std::optional(finish(*bCut)) : std::nullopt;
+  }
   const FetchState state = fetch([&target, written](const platform::RecordsetPtr& rows) {
     target.Rows(*rows);
     *written = target.RowCount();
@@ -161,7 +158,8 @@ std::optional<Exported> GridExport::Write(const ExportChoice& choice, const QStr
   return finish(state == FetchState::Truncated || state == FetchState::Stopped);
 }
 
-std::optional<bool> GridExport::WriteHeld(const ExportChoice& choice, exports::RowExport& target) {
+std::optional<bool> GridExport::WriteHeld(const ExportChoice& choice, exports::RowExport& target,
+                                          std::atomic<platform::RowIndex>& written) {
   const RowView& view = m_window->Rows();
   const RowModel& model = view.Model();
   const platform::RecordsetPtr rs = model.Recordset();
@@ -176,33 +174,22 @@ std::optional<bool> GridExport::WriteHeld(const ExportChoice& choice, exports::R
   std::vector<std::pair<int, int>> spans{{0, nPlaces - 1}};
   if (bSelected) spans = RowSpans(selection);
   target.Begin(*rs, ColumnsOf(view, bSelected ? &selection : nullptr));
-  platform::RowIndex total = 0;
-  for (const auto& [nFirst, nLast] : spans) total += nLast - nFirst + 1;
-  const QPointer<QProgressDialog> progress =
-      new QProgressDialog("Writing rows\u2026", "Cancel", 0, kProgressSteps, m_window);
-  const struct Deleter {
-    const QPointer<QProgressDialog>& dialog;
-    ~Deleter() { delete dialog.data(); }
-  } deleter{progress};
-  progress->setWindowTitle("Export Rows");
-  progress->setWindowModality(Qt::ApplicationModal);
-  progress->setMinimumDuration(static_cast<int>(kUntilShown.count()));
-  QElapsedTimer sinceLook;
-  sinceLook.start();
-  for (const auto& [nFirst, nLast] : spans) {
-    for (int nPlace = nFirst; nPlace <= nLast; ++nPlace) {
-      const platform::RowIndex row = recordRow(nPlace);
-      if (row < rs->RecordCount()) target.Row(*rs, row);
-      if (sinceLook.elapsed() < kBetweenLooksMs) continue;
-      sinceLook.start();
-      if (progress) {
-        progress->setValue(static_cast<int>(target.RowCount() * kProgressSteps / total));
-      }
-      if (!progress || progress->wasCanceled()) {
-        throw platform::Failure(platform::failure::kCancelled, "The export was cancelled.");
+  // Nobody edits the rows while the window waits, and those that are counted stay as they are.
+  const auto write = [&](const std::stop_token& stop) {
+    for (const auto& [nFirst, nLast] : spans) {
+      for (int nPlace = nFirst; nPlace <= nLast; ++nPlace) {
+        if (stop.stop_requested()) {
+          throw platform::Failure(platform::failure::kCancelled, "The export was cancelled.");
+        }
+        const platform::RowIndex row = recordRow(nPlace);
+        if (row < rs->RecordCount()) target.Row(*rs, row);
+        written = target.RowCount();
       }
     }
-  }
+  };
+  // The grid, and with it this object, may go meanwhile.
+  const auto beside = m_source.beside;
+  beside("Writing rows", write);
   // Who selects all rows means as much by it as who takes those that are shown.
   const bool bAll = spans.size() == 1 && spans[0].first == 0 && spans[0].second >= nPlaces - 1;
   return bAll && bMore;

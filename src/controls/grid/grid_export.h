@@ -1,9 +1,10 @@
 // The export of a grid: asks what and where, and writes the rows that are shown or those that the
-// server sends anew. Owned by the grid's core; user-interface thread, save that rows of the server
-// are written where they are fetched.
+// server sends anew. Owned by the grid's core; user-interface thread, save that rows are written on
+// another one: those of the server where they are fetched.
 #pragma once
 
 #include <QPointer>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -31,9 +32,10 @@ struct ExportSource {
   /// Runs the statement of the rows anew, without a row limit, and gives how the fetch ended; fails
   /// as the statement does. The grid may be gone then.
   std::function<platform::FetchState(platform::RowSink)> fetch;
-  /// Has work done on another thread and returns when it is done; passes on what it throws. The
-  /// grid may be gone then, and already before.
-  std::function<void(const std::function<void(std::stop_token)>& work)> beside;
+  /// Has work done on another thread while the window tells of it, and returns when it is done;
+  /// passes on what it throws. The grid may be gone then, and already before.
+  std::function<void(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work)>
+      beside;
 };
 
 class GridExport {
@@ -48,8 +50,9 @@ class GridExport {
   ExportOffer Offer() const;
   QString Ask(ExportChoice& choice) const;
   std::optional<exports::Exported> Write(const ExportChoice& choice, const QString& sPath);
-  /// Gives whether the source has more rows; none where nothing is to be written.
-  std::optional<bool> WriteHeld(const ExportChoice& choice, exports::RowExport& target);
+  /// Gives whether the source has more rows; none where nothing is to be written. `written` counts.
+  std::optional<bool> WriteHeld(const ExportChoice& choice, exports::RowExport& target,
+                                std::atomic<platform::RowIndex>& written);
 
   QPointer<GridWindow> m_window;
   ExportSource m_source;
