@@ -18,10 +18,10 @@ class clipboard_text : public testing::Test {
   }
   std::string Copied(bool bNames = false) const {
     const std::vector<int> columns = SelectedColumns(m_selection);
-    ClipboardText text;
+    ClipboardText text(columns.size());
     if (bNames) text.Names(m_model, columns);
     WriteAll(m_model, m_selection, columns, text);
-    return text.Take().toStdString();
+    return text.Take().sText;
   }
   RowModel m_model;
   QItemSelection m_selection;

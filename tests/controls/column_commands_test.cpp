@@ -178,6 +178,10 @@ TEST_F(hidden_columns, are_told_in_the_strip) {
   EXPECT_EQ(Button().accessibleName(), "2 columns hidden");
   Hide({true, false, false, false});
   EXPECT_EQ(Button().text(), "1 column hidden");
+  // The arrow stands in the margin at the right, beside the text in the middle.
+  const int nArrow = Button().style()->pixelMetric(QStyle::PM_MenuButtonIndicator);
+  EXPECT_GE(Button().width() - Button().fontMetrics().horizontalAdvance(Button().text()),
+            2 * nArrow);
   Rows().ForgetColumns();
   QCoreApplication::processEvents();
   EXPECT_FALSE(Button().isVisible());

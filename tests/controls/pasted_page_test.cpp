@@ -182,9 +182,9 @@ TEST(pasted_page, of_this_library_comes_back_exactly) {
   RowModel model;
   model.Recordset(rs, CellFormat());
   const QItemSelection all(model.index(0, 0), model.index(model.rowCount() - 1, 0));
-  ClipboardPage page;
-  WriteAll(model, all, {0}, page);
-  EXPECT_EQ(Shown(CellsOfPage(page.Take())),
+  ClipboardText text(1);
+  WriteAll(model, all, {0}, text);
+  EXPECT_EQ(Shown(CellsOfPage(QString::fromStdString(PageOf(text.Take())))),
             "(null)\n[]\n[NULL]\n[a\tb\nc\nd\re]\n[  two  blanks ]\n[\"quoted\" <b>&amp;]\n[\n]\n"
             "[\xC2\xA0]\n[007]\n[0.1]\n[-5]\n[True]\n");
 }

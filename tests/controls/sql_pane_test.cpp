@@ -69,6 +69,17 @@ TEST(sql_pane, is_as_high_as_its_statement_within_bounds) {
   const int nLow = pane.sizeHint().height();
   pane.Sql("SELECT 1\nFROM a\nWHERE b\nORDER BY c");
   EXPECT_GT(pane.sizeHint().height(), nLow);
+  // Lines as they are seen count.
+  pane.Sql("SELECT " + QString("Column, ").repeated(20));
+  pane.resize(4'000, 100);
+  EXPECT_EQ(pane.sizeHint().height(), nLow);
+  int nRewrapped = 0;
+  pane.OnRewrapped([&] { ++nRewrapped; });
+  pane.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&pane));
+  pane.resize(pane.fontMetrics().averageCharWidth() * 30, 100);
+  EXPECT_GT(nRewrapped, 0);
+  EXPECT_GT(pane.sizeHint().height(), nLow);
   pane.Sql(QString("\n").repeated(8));
   const int nHigh = pane.sizeHint().height();
   pane.Sql(QString("\n").repeated(500));

@@ -7,9 +7,9 @@ namespace orvane::controls {
 
 inline void WriteAll(const RowModel& model, const QItemSelection& selection,
                      const std::vector<int>& columns, CellsWriter& writer) {
-  CellsWriter* const writers[] = {&writer};
+  CellsReader reader(model, columns);
   for (const RowBand& band : BandsOf(selection, columns)) {
-    for (int n = band.nFirst; n <= band.nLast; ++n) WriteRow(model, band, n, columns, writers);
+    for (int n = band.nFirst; n <= band.nLast; ++n) reader.WriteRow(band, n, writer);
   }
 }
 

@@ -104,12 +104,18 @@ GridWindow::GridWindow(const QString& sName, std::shared_ptr<GridEvents> events,
     ShowPosition();
   });
   m_rows->OnArrowClicked([this] { Raise(&GridEvents::headClick); });
+  m_rows->Copier().KeepAlive(m_life);
   m_rows->Copier().OnCopied([this](const QString& sWhyNot) { m_status->Remark(sWhyNot); });
   m_rows->Copier().OnProgress([this](platform::RowIndex done, platform::RowIndex of) {
     Working(CopyingText(done, of), "Stops it and leaves the clipboard as it is (Esc)",
             [this] { m_rows->Copier().Stop(); });
   });
   connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_bSplitByUser = true; });
+  // Not within the layout that has just given the pane its place.
+  m_sqlPane->OnRewrapped([this] {
+    QMetaObject::invokeMethod(
+        this, [this] { FitSqlPane(); }, Qt::QueuedConnection);
+  });
   m_patience.setSingleShot(true);
   m_patience.setInterval(kPatience);
   connect(&m_patience, &QTimer::timeout, this, [this] { StopWaiting(); });

@@ -1,5 +1,7 @@
 #include "controls/view/cells_writer.h"
 
+#include <utility>
+
 #include "exports/value_text.h"
 
 namespace orvane::controls {
@@ -28,29 +30,36 @@ void AppendWhole(platform::Text& sOut, const Value& vtValue, const CellFormat& f
   }
 }
 
-std::size_t WriteRow(const RowModel& model, const RowBand& band, int nPlace,
-                     const std::vector<int>& columns, std::span<CellsWriter* const> writers) {
-  const platform::Recordset& rs = *model.Recordset();
-  const bool bEmpty = model.IsEmptyRow(nPlace);
-  const platform::RowIndex row = model.RecordRow(nPlace);
+CellsReader::CellsReader(const RowModel& model, std::vector<int> columns)
+    : m_model(model), m_columns(std::move(columns)), m_held(m_columns.size(), Held::AsText) {}
+
+std::size_t CellsReader::WriteRow(const RowBand& band, int nPlace, CellsWriter& writer) {
+  const platform::Recordset& rs = *m_model.Recordset();
+  const bool bEmpty = m_model.IsEmptyRow(nPlace);
+  const platform::RowIndex row = m_model.RecordRow(nPlace);
   std::size_t bytes = 0;
-  for (CellsWriter* writer : writers) writer->BeginRow();
-  for (std::size_t n = 0; n < columns.size(); ++n) {
+  writer.BeginRow();
+  for (std::size_t n = 0; n < m_columns.size(); ++n) {
     if (!(*band.selected)[n]) {
-      for (CellsWriter* writer : writers) writer->NoCell();
+      writer.NoCell();
       continue;
     }
     // Most of what is copied are texts, and a copy of each takes longer than all the rest.
-    if (const auto text = bEmpty ? std::nullopt : rs.TextAt(row, columns[n])) {
-      bytes += text->size();
-      for (CellsWriter* writer : writers) writer->TextCell(*text);
-      continue;
+    if (!bEmpty && m_held[n] == Held::AsText) {
+      if (const auto text = rs.TextAt(row, m_columns[n])) {
+        bytes += text->size();
+        writer.TextCell(*text);
+        continue;
+      }
     }
-    const Value vtValue = bEmpty ? Value() : rs.ValueAt(row, columns[n]);
+    const Value vtValue = bEmpty ? Value() : rs.ValueAt(row, m_columns[n]);
+    // Null says nothing of the others.
+    if (!vtValue.IsNull())
+      m_held[n] = vtValue.As<platform::Text>() ? Held::AsText : Held::Otherwise;
     bytes += BytesOf(vtValue);
-    for (CellsWriter* writer : writers) writer->Cell(vtValue, model.Format());
+    writer.Cell(vtValue, m_model.Format());
   }
-  for (CellsWriter* writer : writers) writer->EndRow();
+  writer.EndRow();
   return bytes;
 }
 

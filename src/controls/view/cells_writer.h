@@ -3,7 +3,6 @@
 // user-interface thread.
 #pragma once
 
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -31,8 +30,23 @@ class CellsWriter {
 /// Appends the whole value as CellFormat::Whole has it.
 void AppendWhole(platform::Text& sOut, const platform::Value& vtValue, const CellFormat& format);
 
-/// One row of the selection for each of the writers; gives how many bytes its values have, or less.
-std::size_t WriteRow(const RowModel& model, const RowBand& band, int nPlace,
-                     const std::vector<int>& columns, std::span<CellsWriter* const> writers);
+/// Reads cells of these columns of the rows for a writer.
+class CellsReader {
+ public:
+  CellsReader(const RowModel& model, std::vector<int> columns);
+
+  const std::vector<int>& Columns() const { return m_columns; }
+  /// One row of the selection; gives how many bytes its values have, or less.
+  std::size_t WriteRow(const RowBand& band, int nPlace, CellsWriter& writer);
+
+ private:
+  /// What the last row suggests of a column: whether its texts are held so that they can be looked
+  /// at where they are.
+  enum class Held : std::uint8_t { AsText, Otherwise };
+
+  const RowModel& m_model;
+  std::vector<int> m_columns;
+  std::vector<Held> m_held;  ///< by the column's place among them
+};
 
 }  // namespace orvane::controls

@@ -1,5 +1,10 @@
 #include "controls/view/copied_cells.h"
 
+#include <QDataStream>
+#include <QIODevice>
+
+#include "controls/values/value_input.h"
+#include "controls/view/copied_data.h"
 #include "controls/view/pasted_page.h"
 
 namespace orvane::controls {
@@ -8,7 +13,6 @@ using platform::Text;
 
 namespace {
 
-constexpr const char* kCellsFormat = "application/x-orvane-cells";
 constexpr qsizetype kMostVainCharacters = 100'000'000;
 
 std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
@@ -84,32 +88,36 @@ CopiedCells ReadText(const QString& sText) {
 
 }  // namespace
 
-ExactCells::ExactCells(std::size_t columns, const CellFormat& format) : m_input(format.Zone()) {
-  m_stream.setVersion(QDataStream::Qt_6_0);
-  m_stream << static_cast<qint32>(columns);
-}
-
-void ExactCells::Cell(const platform::Value& vtValue, const CellFormat& /*format*/) {
-  m_stream << static_cast<quint8>(vtValue.Kind())
-           << QByteArray::fromStdString(m_input.Shown(vtValue));
-}
-
-void ExactCells::TextCell(std::string_view sText) {
-  m_stream << static_cast<quint8>(platform::ValueKind::Text)
-           << QByteArray(sText.data(), static_cast<qsizetype>(sText.size()));
-}
-
-void ExactCells::NoCell() {
-  m_stream << static_cast<quint8>(platform::ValueKind::Null) << QByteArray();
-}
-
-void ExactCells::PutOn(QMimeData& data) const {
-  data.setData(kCellsFormat, m_bytes);
+QByteArray ExactCells(const CopiedText& copied, const zones::TimeZone& zone) {
+  const ValueInput input(zone);
+  QByteArray bytes;
+  QDataStream stream(&bytes, QIODevice::WriteOnly);
+  stream.setVersion(QDataStream::Qt_6_0);
+  stream << static_cast<qint32>(copied.columns);
+  CopiedTextReader cells(copied.sText);
+  auto time = copied.times.begin();
+  for (const std::uint8_t nKind : copied.kinds) {
+    const std::string_view sCell = cells.Next();
+    const bool bNone = nKind == CopiedText::kNoCell;
+    const auto kind = bNone ? platform::ValueKind::Null : static_cast<platform::ValueKind>(nKind);
+    stream << static_cast<quint8>(kind);
+    if (kind == platform::ValueKind::Timestamp) {
+      stream << QByteArray::fromStdString(input.Shown(*time++));
+    } else if (kind == platform::ValueKind::Object) {
+      stream << QByteArray();
+    } else {
+      stream << QByteArray(sCell.data(), static_cast<qsizetype>(sCell.size()));
+    }
+  }
+  return bytes;
 }
 
 std::unique_ptr<QMimeData> CellsOn(const QMimeData& data) {
   auto copy = std::make_unique<QMimeData>();
   if (data.hasFormat(kCellsFormat)) copy->setData(kCellsFormat, data.data(kCellsFormat));
+  // What this program has copied is read from its own form, and no other is written for it.
+  const auto* copied = dynamic_cast<const CopiedData*>(&data);
+  if (copied && copied->IsExact()) return copy;
   if (data.hasHtml()) copy->setHtml(data.html());
   if (data.hasText()) copy->setText(data.text());
   return copy;

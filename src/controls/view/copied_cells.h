@@ -2,15 +2,14 @@
 // text that other programs put there. Used by copying and pasting; user-interface thread.
 #pragma once
 
-#include <QDataStream>
-#include <QIODevice>
+#include <QByteArray>
 #include <QMimeData>
 #include <memory>
 #include <optional>
 #include <vector>
 
-#include "controls/values/value_input.h"
-#include "controls/view/cells_writer.h"
+#include "controls/view/clipboard_text.h"
+#include "zones/time_zone.h"
 
 namespace orvane::controls {
 
@@ -27,23 +26,11 @@ using CopiedCells = std::vector<std::vector<CopiedCell>>;
 /// are too many.
 inline constexpr std::size_t kMostReadCells = 400'000;
 
-/// Writes cells in the library's own form.
-class ExactCells final : public CellsWriter {
- public:
-  /// Copying more goes without it, in the time of writing the text.
-  static constexpr platform::RowIndex kMost = 200'000;
+/// The name of the library's own form.
+inline constexpr const char* kCellsFormat = "application/x-orvane-cells";
 
-  ExactCells(std::size_t columns, const CellFormat& format);
-  void Cell(const platform::Value& vtValue, const CellFormat& format) override;
-  void TextCell(std::string_view sText) override;
-  void NoCell() override;
-  void PutOn(QMimeData& data) const;
-
- private:
-  QByteArray m_bytes;
-  QDataStream m_stream{&m_bytes, QIODevice::WriteOnly};
-  ValueInput m_input;
-};
+/// The cells in that form: times as the clocks of the zone have them.
+QByteArray ExactCells(const CopiedText& copied, const zones::TimeZone& zone);
 
 /// What of the clipboard is about cells, as its own data: for who reads it on another thread.
 std::unique_ptr<QMimeData> CellsOn(const QMimeData& data);

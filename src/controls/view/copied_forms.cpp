@@ -1,80 +1,20 @@
 #include "controls/view/copied_forms.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "controls/view/pasted_page.h"
 
 namespace orvane::controls {
 
 using platform::Text;
-using platform::Value;
 using platform::ValueKind;
 
-// ---- a page
+namespace {
 
-ClipboardPage::ClipboardPage() {
-  m_text.Next() = Text("<meta charset=\"utf-8\"><table ") + kOwnTableMark + ">";
-}
+constexpr std::string_view kTextCell = "<td sdnum=\"1033;0;@\">";
+constexpr std::string_view kNullCell = "<td><i></i></td>";
 
-void ClipboardPage::Names(const RowModel& model, const std::vector<int>& columns) {
-  BeginRow();
-  for (const int nColumn : columns) {
-    m_text.Next() += "<th>";
-    AppendInPage(model.Recordset()->FieldAt(nColumn).Name());
-    m_text.Next() += "</th>";
-  }
-  EndRow();
-}
-
-// Spreadsheets are told what is a number and what a text, whatever the language they count in: a
-// text of digits would become a number, and 1.5 a day in May.
-void ClipboardPage::Cell(const Value& vtValue, const CellFormat& format) {
-  Text& sNext = m_text.Next();
-  const auto* number = vtValue.As<double>();
-  const bool bFinite = !number || std::isfinite(*number);
-  switch (vtValue.Kind()) {
-    case ValueKind::Null:
-      sNext += "<td><i></i></td>";
-      return;
-    case ValueKind::Long:
-    case ValueKind::LongLong:
-    case ValueKind::Double:
-    case ValueKind::Decimal:
-      if (!bFinite) break;
-      m_sWhole.clear();
-      AppendWhole(m_sWhole, vtValue, format);
-      sNext.append("<td sdval=\"").append(m_sWhole).append("\" sdnum=\"1033;\">");
-      sNext.append(m_sWhole).append("</td>");
-      return;
-    case ValueKind::Text:
-      TextCell(*vtValue.As<Text>());
-      return;
-    case ValueKind::Boolean:
-    case ValueKind::Timestamp:
-    case ValueKind::WallTime:
-    case ValueKind::Date:
-    case ValueKind::TimeOfDay:
-    case ValueKind::Bytes:
-    case ValueKind::Guid:
-    case ValueKind::Object:
-      break;
-  }
-  m_sWhole.clear();
-  AppendWhole(m_sWhole, vtValue, format);
-  sNext += "<td>";
-  AppendInPage(m_sWhole);
-  sNext += "</td>";
-}
-
-void ClipboardPage::TextCell(std::string_view sText) {
-  m_text.Next() += "<td sdnum=\"1033;0;@\">";
-  AppendInPage(sText);
-  m_text.Next() += "</td>";
-}
-
-void ClipboardPage::AppendInPage(std::string_view sText) {
-  Text& sNext = m_text.Next();
+void AppendInPage(Text& sPage, std::string_view sText) {
   const auto markAt = [&](std::size_t n) -> std::string_view {
     switch (sText[n]) {
       case '<':
@@ -101,20 +41,67 @@ void ClipboardPage::AppendInPage(std::string_view sText) {
     const std::string_view sLeft = sText.substr(n);
     const auto plain =
         static_cast<std::size_t>(std::ranges::find_if(sLeft, isMarked) - sLeft.begin());
-    sNext += sLeft.substr(0, plain);
+    sPage += sLeft.substr(0, plain);
     n += plain;
-    if (n < sText.size()) sNext += markAt(n);
+    if (n < sText.size()) sPage += markAt(n);
   }
 }
 
-void ClipboardPage::EndRow() {
-  m_text.Next() += "</tr>";
-  m_text.Settle();
+bool IsFiniteNumber(ValueKind kind, std::string_view sText) {
+  const bool bNumber = kind == ValueKind::Long || kind == ValueKind::LongLong ||
+                       kind == ValueKind::Double || kind == ValueKind::Decimal;
+  if (!bNumber) return false;
+  const std::size_t nFirst = sText.starts_with('-') ? 1 : 0;
+  return nFirst < sText.size() && sText[nFirst] >= '0' && sText[nFirst] <= '9';
 }
 
-QString ClipboardPage::Take() {
-  m_text.Next() += "</table>";
-  return m_text.Take();
+// Spreadsheets are told what is a number and what a text, whatever the language they count in: a
+// text of digits would become a number, and 1.5 a day in May.
+void AppendCell(Text& sPage, std::uint8_t nKind, std::string_view sText) {
+  if (nKind == CopiedText::kNoCell) {
+    sPage += "<td></td>";
+    return;
+  }
+  const auto kind = static_cast<ValueKind>(nKind);
+  if (kind == ValueKind::Null) {
+    sPage += kNullCell;
+    return;
+  }
+  if (IsFiniteNumber(kind, sText)) {
+    sPage.append("<td sdval=\"").append(sText).append("\" sdnum=\"1033;\">");
+    sPage.append(sText).append("</td>");
+    return;
+  }
+  sPage += kind == ValueKind::Text ? kTextCell : std::string_view("<td>");
+  AppendInPage(sPage, sText);
+  sPage += "</td>";
+}
+
+}  // namespace
+
+Text PageOf(const CopiedText& copied) {
+  Text sPage = Text("<meta charset=\"utf-8\"><table ") + kOwnTableMark + ">";
+  CopiedTextReader cells(copied.sText);
+  if (copied.bNames) {
+    sPage += "<tr>";
+    for (std::size_t n = 0; n < copied.columns; ++n) {
+      sPage += "<th>";
+      AppendInPage(sPage, cells.Next());
+      sPage += "</th>";
+    }
+    sPage += "</tr>";
+  }
+  for (std::size_t n = 0; n < copied.kinds.size(); ++n) {
+    if (n % copied.columns == 0) sPage += "<tr>";
+    AppendCell(sPage, copied.kinds[n], cells.Next());
+    if ((n + 1) % copied.columns == 0) sPage += "</tr>";
+  }
+  sPage += "</table>";
+  return sPage;
+}
+
+std::size_t LeastOfPage(const CopiedText& copied) {
+  return copied.sText.size() + copied.kinds.size() * kNullCell.size();
 }
 
 // ---- rows
@@ -128,9 +115,7 @@ ClipboardRows::ClipboardRows(const exports::WriterOptions& options, const RowMod
 std::size_t ClipboardRows::Row(const platform::Recordset& rs, platform::RowIndex row) {
   const std::size_t before = m_text.Next().size();
   m_writer->Row(rs, row, m_text.Next());
-  const std::size_t bytes = m_text.Next().size() - before;
-  m_text.Settle();
-  return bytes;
+  return m_text.Next().size() - before;
 }
 
 }  // namespace orvane::controls

@@ -10,30 +10,11 @@
 
 namespace orvane::controls {
 
-/// The cells that ClipboardText has, as a table: null is a cell in italics, so that it is told from
-/// the text of that name, and line breaks and tabs stay within their cells.
-class ClipboardPage final : public CellsWriter {
- public:
-  ClipboardPage();
-
-  /// A first row with the names of the columns.
-  void Names(const RowModel& model, const std::vector<int>& columns);
-  void BeginRow() override { m_text.Next() += "<tr>"; }
-  void Cell(const platform::Value& vtValue, const CellFormat& format) override;
-  void TextCell(std::string_view sText) override;
-  void NoCell() override { m_text.Next() += "<td></td>"; }
-  void EndRow() override;
-
-  /// Of the page, but for a last few.
-  qsizetype Characters() const { return m_text.Size(); }
-  QString Take();
-
- private:
-  void AppendInPage(std::string_view sText);
-
-  LongText m_text;
-  platform::Text m_sWhole;
-};
+/// The cells as a table, in UTF-8: null is a cell in italics, so that it is told from the text of
+/// that name, and line breaks and tabs stay within their cells.
+platform::Text PageOf(const CopiedText& copied);
+/// How long that is at least.
+std::size_t LeastOfPage(const CopiedText& copied);
 
 /// The rows of which a cell is selected as an export writes them, with these columns; cells that
 /// are not selected are written with them.
@@ -44,8 +25,8 @@ class ClipboardRows {
 
   /// The row of the recordset; gives the bytes that came of it.
   std::size_t Row(const platform::Recordset& rs, platform::RowIndex row);
-  qsizetype Characters() const { return m_text.Size(); }
-  QString Take() { return m_text.Take(); }
+  bool IsTooLong() { return m_text.IsTooLong(); }
+  platform::Text Take() { return m_text.Take(); }
 
  private:
   std::unique_ptr<exports::RowWriter> m_writer;

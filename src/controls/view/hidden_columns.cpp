@@ -1,6 +1,7 @@
 #include "controls/view/hidden_columns.h"
 
 #include <QMenu>
+#include <QStyle>
 
 #include "controls/view/header_view.h"
 #include "controls/view/row_view.h"
@@ -25,6 +26,12 @@ HiddenColumns::HiddenColumns(RowView& rows) : m_rows(rows) {
   connect(&names, &QHeaderView::sectionResized, this, count);
   connect(&names, &QHeaderView::sectionCountChanged, this, count);
   connect(&rows.Model(), &QAbstractItemModel::modelReset, this, count);
+}
+
+QSize HiddenColumns::sizeHint() const {
+  // The toolkit draws the arrow into the margin behind the text, which stands in the middle.
+  const int nArrow = style()->pixelMetric(QStyle::PM_MenuButtonIndicator, nullptr, this);
+  return QToolButton::sizeHint() + QSize(2 * nArrow, 0);
 }
 
 void HiddenColumns::Count() {

@@ -16,6 +16,8 @@ class HiddenColumns final : public QToolButton {
   static constexpr int kMostNamed = 20;
 
   explicit HiddenColumns(RowView& rows);
+  /// With room for the arrow beside the text.
+  QSize sizeHint() const override;
 
  private:
   void Count();

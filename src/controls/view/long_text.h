@@ -1,47 +1,38 @@
-// A text for other programs that grows piece by piece, out of UTF-8 as values are written in.
-// Used by copying; user-interface thread.
+// A text for other programs that grows piece by piece, as UTF-8 as values are written in, and how
+// long it has become. Used by copying; user-interface thread.
 #pragma once
 
-#include <QString>
-#include <QStringDecoder>
+#include <cstddef>
 #include <utility>
 
 #include "platform/types.h"
 
 namespace orvane::controls {
 
+/// As much as other programs take without a stall, in characters of 16 bits, as they count them.
+inline constexpr std::size_t kMostCopiedCharacters = 32'000'000;
+
 class LongText {
  public:
-  /// What comes next is appended here; what was may have gone from it with Settle.
-  platform::Text& Next() { return m_sNext; }
-  /// Called between whole characters, often: takes over what was appended when it is worth it.
-  void Settle() {
-    if (m_sNext.size() >= kWorthIt) TakeOver();
+  /// What comes next is appended here.
+  platform::Text& Next() { return m_sText; }
+  bool IsTooLong() {
+    // None has more than three bytes, and bytes that are no text take one for each.
+    if (m_sText.size() <= kMostCopiedCharacters) return false;
+    if (m_sText.size() > kMostCopiedCharacters * 3) return true;
+    for (; m_nCounted < m_sText.size(); ++m_nCounted) {
+      const auto byte = static_cast<unsigned char>(m_sText[m_nCounted]);
+      // What follows in a character begins with the bits 10; the longest ones are two.
+      if ((byte & 0xC0U) != 0x80U) m_nCharacters += byte >= 0xF0U ? 2 : 1;
+    }
+    return m_nCharacters > kMostCopiedCharacters;
   }
-  /// Characters so far, but for a last few.
-  qsizetype Size() const { return m_sText.size(); }
-  QString Take() {
-    TakeOver();
-    return std::exchange(m_sText, {});
-  }
+  platform::Text Take() { return std::exchange(m_sText, {}); }
 
  private:
-  static constexpr std::size_t kWorthIt = 16'384;
-
-  void TakeOver() {
-    const qsizetype nBefore = m_sText.size();
-    const auto nBytes = static_cast<qsizetype>(m_sNext.size());
-    m_sText.resize(nBefore + m_decoder.requiredSpace(nBytes));
-    const QChar* end =
-        m_decoder.appendToBuffer(m_sText.data() + nBefore, QByteArrayView(m_sNext.data(), nBytes));
-    m_sText.truncate(end - m_sText.constData());
-    m_sNext.clear();
-  }
-
-  platform::Text m_sNext;
-  QString m_sText;
-  // A text may begin with what elsewhere is the mark of an encoding.
-  QStringDecoder m_decoder{QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom};
+  platform::Text m_sText;
+  std::size_t m_nCounted = 0;  ///< bytes of which the characters are counted
+  std::size_t m_nCharacters = 0;
 };
 
 }  // namespace orvane::controls

@@ -344,7 +344,7 @@ class PageReader {
 }  // namespace
 
 std::optional<CopiedCells> CellsOfPage(QStringView sPage) {
-  if (sPage.size() > kMostCopiedCharacters) return std::nullopt;
+  if (sPage.size() > static_cast<qsizetype>(kMostCopiedCharacters)) return std::nullopt;
   return PageReader(sPage).Read();
 }
 

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "controls/values/tell_box.h"
-#include "controls/view/copied_cells.h"
+#include "controls/view/copied_data.h"
 #include "controls/view/copied_forms.h"
 #include "controls/view/header_view.h"
 #include "controls/view/row_view.h"
@@ -17,7 +17,7 @@ namespace orvane::controls {
 
 using platform::RowIndex;
 
-/// What is being copied. The forms of cells go together, so that each value is read once.
+/// What is being copied.
 struct RowCopier::Work {
   std::vector<RowBand> bands;
   std::vector<int> columns;
@@ -28,34 +28,26 @@ struct RowCopier::Work {
   bool bTold = false;  ///< that it goes on
 
   bool bOneCell = false;
+  std::optional<CellsReader> cells;
   std::optional<ClipboardText> text;
-  std::optional<ClipboardPage> page;
-  std::optional<ExactCells> exact;
-  bool bInexact = false;              ///< the kinds of values are not kept
+  bool bExact = false;                ///< with the kinds of values
+  bool bInexact = false;              ///< without them, though they were wanted
   std::optional<ClipboardRows> form;  ///< instead of the others
+  zones::TimeZone zone;
 
   bool IsDone() const { return band == bands.size(); }
-  bool IsTooLong() const {
-    return (text && text->Characters() > kMostCopiedCharacters) ||
-           (form && form->Characters() > kMostCopiedCharacters);
-  }
+  bool IsTooLong() { return form ? form->IsTooLong() : text->IsTooLong(); }
   std::size_t WriteNext(const RowModel& model);
-  std::unique_ptr<QMimeData> Written();
+  std::unique_ptr<QMimeData> Written(std::shared_ptr<void> life);
 };
 
 std::size_t RowCopier::Work::WriteNext(const RowModel& model) {
   const RowBand& rowBand = bands[band];
   std::size_t bytes = 0;
-  if (form) {
-    if (!model.IsEmptyRow(nPlace)) {
-      bytes = form->Row(*model.Recordset(), model.RecordRow(nPlace));
-    }
-  } else {
-    std::vector<CellsWriter*> writers{&*text};
-    if (page) writers.push_back(&*page);
-    if (exact) writers.push_back(&*exact);
-    bytes = WriteRow(model, rowBand, nPlace, columns, writers);
-    if (page && page->Characters() > kMostCopiedCharacters) page.reset();
+  if (!form) {
+    bytes = cells->WriteRow(rowBand, nPlace, *text);
+  } else if (!model.IsEmptyRow(nPlace)) {
+    bytes = form->Row(*model.Recordset(), model.RecordRow(nPlace));
   }
   ++done;
   if (nPlace++ == rowBand.nLast) {
@@ -65,14 +57,18 @@ std::size_t RowCopier::Work::WriteNext(const RowModel& model) {
   return bytes;
 }
 
-std::unique_ptr<QMimeData> RowCopier::Work::Written() {
-  auto data = std::make_unique<QMimeData>();
-  QString sText = form ? form->Take() : text->Take();
-  if (bOneCell) sText.chop(1);
-  if (page) data->setHtml(page->Take());
-  if (exact) exact->PutOn(*data);
-  data->setText(sText);
-  return data;
+std::unique_ptr<QMimeData> RowCopier::Work::Written(std::shared_ptr<void> life) {
+  CopiedText copied;
+  CopiedData::Forms forms;
+  if (form) {
+    copied.sText = form->Take();
+  } else {
+    copied = text->Take();
+    if (bOneCell) copied.sText.pop_back();
+    forms.bPage = !bOneCell && LeastOfPage(copied) <= kMostCopiedCharacters;
+    forms.bExact = bExact;
+  }
+  return std::make_unique<CopiedData>(std::move(copied), forms, std::move(zone), std::move(life));
 }
 
 RowCopier::RowCopier(const RowView& rows) : m_rows(rows) {
@@ -135,15 +131,15 @@ void RowCopier::Copy(bool bNames) {
   // One cell goes without its line end, so that it can be put into the middle of a line, and
   // without a table around it.
   work->bOneCell = work->columns.size() == 1 && work->rows == 1 && !bNames;
-  work->text.emplace();
-  if (!work->bOneCell) work->page.emplace();
+  work->cells.emplace(model, work->columns);
+  work->text.emplace(work->columns.size());
+  work->zone = model.Format().Zone();
   if (bNames) {
     work->text->Names(model, work->columns);
-    work->page->Names(model, work->columns);
-  } else if (work->rows * static_cast<RowIndex>(work->columns.size()) <= ExactCells::kMost) {
-    work->exact.emplace(work->columns.size(), model.Format());
   } else {
-    work->bInexact = true;
+    work->bExact =
+        work->rows * static_cast<RowIndex>(work->columns.size()) <= CopiedData::kMostExact;
+    work->bInexact = !work->bExact;
   }
   Begin(std::move(work));
 }
@@ -184,7 +180,7 @@ void RowCopier::Slice() {
           "Not copied: the selection has more than 32 million characters. Select fewer cells, or "
           "export them into a file (Ctrl+Shift+E).");
     }
-    QGuiApplication::clipboard()->setMimeData(m_work->Written().release());
+    QGuiApplication::clipboard()->setMimeData(m_work->Written(m_life).release());
   } catch (const std::exception& failed) {
     return End(QStringLiteral("Not copied. ") + SentenceOf(failed));
   }

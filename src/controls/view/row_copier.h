@@ -1,6 +1,7 @@
 // Puts the selected cells of a grid on the clipboard: as text and as a table for other programs, as
 // exact values for this one, or in a form of exports. What is hidden is left out, and columns come
-// as they stand. Many rows are written in slices, so that the window goes on and it can be ended.
+// as they stand. Many rows are read in slices, so that the window goes on and it can be ended; all
+// forms but the text are written when they are asked for.
 // Owned by the view of the rows; user-interface thread.
 #pragma once
 
@@ -39,6 +40,8 @@ class RowCopier final : public QObject {
   bool Stop();
   /// The table into which copied statements insert, as SQL needs it.
   void Into(platform::Text sInto) { m_sInto = std::move(sInto); }
+  /// Kept by what is copied, as long as the clipboard has it.
+  void KeepAlive(std::shared_ptr<void> life) { m_life = std::move(life); }
   /// Called after each copy with why there was none, as a sentence; empty when there was one.
   void OnCopied(std::function<void(const QString& sWhyNot)> handler) {
     m_copied = std::move(handler);
@@ -65,6 +68,7 @@ class RowCopier final : public QObject {
 
   const RowView& m_rows;
   platform::Text m_sInto = "\"Copied\"";
+  std::shared_ptr<void> m_life;
   std::function<void(const QString&)> m_copied;
   std::function<void(platform::RowIndex, platform::RowIndex)> m_progress;
   std::unique_ptr<Work> m_work;

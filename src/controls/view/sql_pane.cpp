@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QResizeEvent>
 #include <algorithm>
 
 #include "controls/view/cell_delegate.h"
@@ -59,9 +60,9 @@ void SqlPane::Sql(const QString& sSql) {
 }
 
 QSize SqlPane::sizeHint() const {
-  return {
-      QsciScintilla::sizeHint().width(),
-      HeightOfLines(std::clamp(lines() + (m_sTime.isEmpty() ? 0 : 1), kLeastLines, kMostLines))};
+  const int nLines = SeenLines() + (m_sTime.isEmpty() ? 0 : 1);
+  return {QsciScintilla::sizeHint().width(),
+          HeightOfLines(std::clamp(nLines, kLeastLines, kMostLines))};
 }
 
 QSize SqlPane::minimumSizeHint() const {
@@ -127,6 +128,22 @@ void SqlPane::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QsciScintilla::keyPressEvent(event);
+}
+
+void SqlPane::resizeEvent(QResizeEvent* event) {
+  QsciScintilla::resizeEvent(event);
+  if (event->size().width() != event->oldSize().width() && m_rewrapped) m_rewrapped();
+}
+
+int SqlPane::SeenLines() const {
+  // Lines are wrapped when they are drawn, or when one is to be in sight.
+  SendScintilla(SCI_ENSUREVISIBLE, static_cast<unsigned long>(lines() - 1));
+  int nSeen = 0;
+  // Of a longer statement no more is seen either way.
+  for (int n = 0; n < lines() && nSeen < kMostLines; ++n) {
+    nSeen += static_cast<int>(SendScintilla(SCI_WRAPCOUNT, static_cast<unsigned long>(n)));
+  }
+  return nSeen;
 }
 
 int SqlPane::HeightOfLines(int nLines) const {

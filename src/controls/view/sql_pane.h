@@ -4,6 +4,9 @@
 
 #include <Qsci/qsciscintilla.h>
 
+#include <functional>
+#include <utility>
+
 namespace orvane::sql_look {
 class SqlWords;
 }
@@ -18,7 +21,9 @@ class SqlPane : public QsciScintilla {
   void Sql(const QString& sSql);
   /// Tells beneath the statement how long it took and when; no part of its text.
   void Took(const QString& sTime);
-  /// As high as the statement, between three lines and eight.
+  /// Called when the statement may take another number of lines, as the pane is as wide as it is.
+  void OnRewrapped(std::function<void()> handler) { m_rewrapped = std::move(handler); }
+  /// As high as the statement's lines in the pane as wide as it is, between three lines and eight.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
@@ -29,14 +34,18 @@ class SqlPane : public QsciScintilla {
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void ApplyPalette();
   void ShowTime();
   int HeightOfLines(int nLines) const;
+  /// Lines as they are seen: a long one takes several.
+  int SeenLines() const;
 
   sql_look::SqlWords* m_lexer;
   QString m_sTime;
+  std::function<void()> m_rewrapped;
 };
 
 }  // namespace orvane::controls
