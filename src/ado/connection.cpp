@@ -2,6 +2,7 @@
 
 #include "ado/out_of_memory.h"
 #include "ado/secret.h"
+#include "platform/ado/logon_failures.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 #include "platform/stored_secret.h"
@@ -132,9 +133,19 @@ void Connection::Open(const Text& sConnectionString, const Text& sUserId, const 
   if (m_services.review) m_services.review->Review(settings);
 
   std::unique_ptr<Session> session;
-  RunLong("Connecting to " + logon.sServer, [&](std::stop_token stop) {
-    session = provider->Open(settings, logon.sPassword, std::move(stop));
-  });
+  const auto open = [&] {
+    RunLong("Connecting to " + logon.sServer, [&](std::stop_token stop) {
+      session = provider->Open(settings, logon.sPassword, std::move(stop));
+    });
+  };
+  try {
+    open();
+  } catch (const Failure& refused) {
+    if (refused.Number() != failure::kNotEncrypted || !bPrompt) throw;
+    RequireYesTo(logon.sServer);
+    settings.MayGoUnencrypted(true);
+    open();
+  }
   m_properties.Put(platform::kDataSource, logon.sServer);
   m_properties.Put(ConnectionProperties::kUserId, logon.sUser);
   m_properties.Put(ConnectionProperties::kProviderName, settings.Find(kProvider).value_or(""));
@@ -156,6 +167,11 @@ void Connection::AskForLogon(LogonRequest& logon) {
     throw Failure(failure::kCancelled, "The logon was cancelled.");
   }
   if (!logon.bServerSelectable) logon.sServer = sServer;
+}
+
+void Connection::RequireYesTo(const Text& sServer) const {
+  if (m_services.prompt->MayGoUnencrypted(sServer)) return;
+  throw Failure(failure::kCancelled, "The logon was cancelled.");
 }
 
 void Connection::Close() {

@@ -56,6 +56,8 @@ class Connection final : public platform::Connection {
   void RequireOpen() const;
   void RequireClosed() const;
   void AskForLogon(LogonRequest& logon);
+  /// The user says that the server may be logged on to although nothing is encrypted.
+  void RequireYesTo(const platform::Text& sServer) const;
   void RunLong(const platform::Text& sWhat, const std::function<void(std::stop_token)>& work,
                const std::function<bool()>& tick = {}, bool bGivesWay = false);
 

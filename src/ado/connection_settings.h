@@ -24,7 +24,13 @@ class ConnectionSettings {
   void Set(std::string_view sName, std::string_view sValue);
   const std::vector<std::pair<platform::Text, platform::Text>>& Items() const { return m_items; }
 
+  /// Whether the user has said that nothing need be encrypted on the way to the server. No item
+  /// says so, as connection strings come out of documents.
+  platform::Boolean MayGoUnencrypted() const { return m_bMayGoUnencrypted; }
+  void MayGoUnencrypted(platform::Boolean bMay) { m_bMayGoUnencrypted = bMay; }
+
  private:
+  platform::Boolean m_bMayGoUnencrypted = false;
   std::vector<std::pair<platform::Text, platform::Text>> m_items;
 };
 

@@ -26,6 +26,9 @@ class LogonPrompt {
   /// Shows the dialog, filled from the request; on OK puts what was chosen into the request and
   /// returns true, on Cancel returns false and leaves the request alone.
   virtual platform::Boolean Ask(LogonRequest& request) = 0;
+  /// Whether to log on to the server although what is sent to it, the password included, can be
+  /// read on the way. Nothing has been sent so far. Whoever is not asked has not said yes.
+  virtual platform::Boolean MayGoUnencrypted(const platform::Text& /*sServer*/) { return false; }
 };
 
 }  // namespace orvane::ado

@@ -68,6 +68,8 @@ class Provider : public platform::Object {
   /// Servers known on this machine, for the logon dialog; the first is the default.
   virtual std::vector<platform::Text> KnownServers() const = 0;
   /// Opens a session; the settings hold the chosen server, the user and every option in order.
+  /// Fails with failure::kNotEncrypted, nothing sent, where a server would have to be sent the
+  /// password as it is and the settings do not say that this may be.
   virtual std::unique_ptr<Session> Open(const ConnectionSettings& settings,
                                         const platform::Text& sPassword, std::stop_token stop) = 0;
 };

@@ -40,7 +40,8 @@ HistorianSession::HistorianSession(SessionPlace place, const ado::ConnectionSett
   m_log.Open(m_options.LogFile(), m_options.LogLevel());
   Logged([&] {
     const engines::Logon logon{settings.Find(platform::kDataSource).value_or(Text()),
-                               settings.Find(ado::ConnectionProperties::kUserId).value_or(Text())};
+                               settings.Find(ado::ConnectionProperties::kUserId).value_or(Text()),
+                               settings.MayGoUnencrypted()};
     engines::RefusePassword(logon.sDataSource);
     m_log.Statement("open " + logon.sDataSource);
     m_session = EngineOf(logon.sDataSource).Open(logon, sPassword, std::move(stop));

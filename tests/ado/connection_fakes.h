@@ -30,6 +30,7 @@ struct Journal {
   std::vector<Text> calls;
   std::vector<std::pair<Text, Text>> settings;  ///< of the last Open
   Text sPassword;                               ///< of the last Open
+  bool bMayGoUnencrypted = false;               ///< in the last Open
   ado::Statement statement;
   std::vector<Value> vtRestrictions;
   std::map<Text, Value> values = {{"Log Level", 0}, {"Time Zone", "Local"}};
@@ -88,6 +89,7 @@ class FakeProvider final : public ado::Provider {
                                      std::stop_token stop) override {
     m_journal.calls.emplace_back("Open");
     m_journal.settings = settings.Items();
+    m_journal.bMayGoUnencrypted = settings.MayGoUnencrypted();
     m_journal.sPassword = sPassword;
     m_journal.duringOpen(std::move(stop));
     return std::make_unique<FakeSession>(m_journal);
@@ -116,8 +118,14 @@ class FakePrompt final : public ado::LogonPrompt {
     asked.push_back(request);
     return answer(request);
   }
+  Boolean MayGoUnencrypted(const Text& sServer) override {
+    unencrypted.push_back(sServer);
+    return bMayGoUnencrypted;
+  }
 
   std::vector<ado::LogonRequest> asked;
+  std::vector<Text> unencrypted;  ///< servers that were asked about
+  bool bMayGoUnencrypted = false;
   std::function<bool(ado::LogonRequest&)> answer = [](ado::LogonRequest&) { return true; };
 };
 

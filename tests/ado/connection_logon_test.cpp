@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "ado/connection.h"
+#include "platform/ado/logon_failures.h"
 #include "platform/conversions.h"
 #include "tests/ado/connection_fakes.h"
 #include "tests/ado/failure_of.h"
@@ -228,6 +229,48 @@ TEST_F(ConnectionLogonTest, takes_a_string_that_only_looks_like_one_with_a_passw
     if (sItem.find('=') == Text::npos) continue;
     EXPECT_EQ(FailureOf([&] { cn->ConnectionString(kString + sItem); }), Told()) << sItem;
   }
+}
+
+// A server that refuses to go on without encryption until it is told that it may.
+class UnencryptedLogonTest : public ConnectionLogonTest {
+ protected:
+  UnencryptedLogonTest() {
+    Property("Prompt", kPromptAlways);
+    prompt->answer = [](LogonRequest& request) {
+      request.sServer = "S2";
+      request.sPassword = "swordfish";
+      return true;
+    };
+    journal.duringOpen = [this](std::stop_token) {
+      if (!journal.bMayGoUnencrypted) throw platform::Failure(failure::kNotEncrypted, "Not here.");
+    };
+  }
+};
+
+TEST_F(UnencryptedLogonTest, asks_once_about_the_server_and_goes_on_after_yes) {
+  prompt->bMayGoUnencrypted = true;
+  Open();
+  EXPECT_TRUE(cn->IsOpen());
+  EXPECT_EQ(prompt->unencrypted, std::vector<Text>{"S2"});
+  EXPECT_EQ(prompt->asked.size(), 1U) << "what was typed is not typed again";
+  EXPECT_EQ(journal.sPassword, "swordfish");
+  EXPECT_EQ(journal.calls, (std::vector<Text>{"Open", "Open"}));
+}
+
+TEST_F(UnencryptedLogonTest, is_cancelled_by_no) {
+  EXPECT_EQ(OpenFails().lNumber, failure::kCancelled);
+  EXPECT_EQ(prompt->unencrypted, std::vector<Text>{"S2"});
+  EXPECT_EQ(journal.calls, std::vector<Text>{"Open"});
+  ExpectClosed();
+}
+
+// A program that asks nobody gets the provider's sentence, and a connection string cannot say yes.
+TEST_F(UnencryptedLogonTest, fails_where_nobody_is_asked) {
+  Property("Prompt", 4);
+  const auto failed = OpenFails(Text(kString) + "May Go Unencrypted = True;");
+  EXPECT_EQ(failed.lNumber, failure::kNotEncrypted);
+  EXPECT_EQ(failed.sSentence, "Not here.");
+  EXPECT_TRUE(prompt->unencrypted.empty());
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 orvane_test(console_scenarios QT SHARDS 3
   LINK orvane_console orvane_provider
   SOURCES
+    scenarios/far_server_test.cpp
     scenarios/followed_advice_test.cpp
     scenarios/historians_by_guid_test.cpp
     scenarios/log_file_question_test.cpp

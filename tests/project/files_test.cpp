@@ -92,9 +92,11 @@ TEST(FilesTest, every_failure_has_a_heading_in_the_documents) {
   static const std::regex kNumber(R"re(^constexpr Long (k\w+) = (\d+);.*)re");
   static const std::regex kHeading(R"re(^## (\d+): .+)re");
   std::map<std::string, std::string> failures;
-  for (const auto& sLine : Lines(Root() / "src/platform/failure.h")) {
-    std::smatch match;
-    if (std::regex_match(sLine, match, kNumber)) failures[match[2]] = match[1];
+  for (const char* const sFile : {"src/platform/failure.h", "src/platform/ado/logon_failures.h"}) {
+    for (const auto& sLine : Lines(Root() / sFile)) {
+      std::smatch match;
+      if (std::regex_match(sLine, match, kNumber)) failures[match[2]] = match[1];
+    }
   }
   ASSERT_GE(failures.size(), 20U);
   std::set<std::string> headings;

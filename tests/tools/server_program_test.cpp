@@ -128,6 +128,17 @@ TEST_F(TerminalTest, asks_for_the_password_on_the_terminal_alone) {
   EXPECT_THAT(m_sSeen, testing::Not(HasSubstr(PostgresCluster::kPassword)));
 }
 
+TEST_F(TerminalTest, asks_for_no_password_that_would_go_out_unencrypted) {
+  RunTyped({"init", "--server",
+            Text("postgresql://orvane@") + PostgresCluster::kFarHost + ":" +
+                std::to_string(PostgresCluster::Get().Port()) + "/" + m_sDatabase},
+           Text(PostgresCluster::kPassword) + "\n");
+  EXPECT_TRUE(WIFEXITED(m_nStatus));
+  EXPECT_EQ(WEXITSTATUS(m_nStatus), 1);
+  EXPECT_THAT(m_sSeen, HasSubstr("does not encrypt what is sent, so nothing was sent to it"));
+  EXPECT_THAT(m_sSeen, testing::Not(HasSubstr("Password")));
+}
+
 TEST_F(TerminalTest, is_given_back_as_it_was_when_the_question_is_broken_off) {
   RunInit("some\x03");
   EXPECT_TRUE(WIFEXITED(m_nStatus));

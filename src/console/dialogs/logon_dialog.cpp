@@ -10,7 +10,9 @@
 #include <QThread>
 #include <QVBoxLayout>
 #include <cstring>
+#include <functional>
 
+#include "console/dialogs/unencrypted_question.h"
 #include "console/look/pointer_rest.h"
 #include "console/look/window_in_front.h"
 #include "widgets/tool_tip.h"
@@ -33,6 +35,15 @@ void Wipe(QLineEdit& box) {
   QString sText = box.text();  // shares the characters with the box
   Overwrite(sText);
   box.clear();
+}
+
+/// Returns when it is done.
+void OnUserInterfaceThread(const std::function<void()>& work) {
+  if (QThread::currentThread() == qApp->thread()) {
+    work();
+  } else {
+    QMetaObject::invokeMethod(qApp, work, Qt::BlockingQueuedConnection);
+  }
 }
 
 }  // namespace
@@ -131,18 +142,22 @@ void LogonDialog::TakeInto(ado::LogonRequest& request) {
 
 platform::Boolean LogonDialogPrompt::Ask(ado::LogonRequest& request) {
   bool bAccepted = false;
-  const auto ask = [&] {
+  OnUserInterfaceThread([&] {
     const PointerRest rest;
     LogonDialog dialog(request, WindowInFront());
     bAccepted = dialog.exec() == QDialog::Accepted;
     if (bAccepted) dialog.TakeInto(request);
-  };
-  if (QThread::currentThread() == qApp->thread()) {
-    ask();
-  } else {
-    QMetaObject::invokeMethod(qApp, ask, Qt::BlockingQueuedConnection);
-  }
+  });
   return bAccepted;
+}
+
+platform::Boolean LogonDialogPrompt::MayGoUnencrypted(const platform::Text& sServer) {
+  bool bYes = false;
+  OnUserInterfaceThread([&] {
+    bYes = m_unencrypted.contains(sServer) || AskToGoUnencrypted(sServer);
+    if (bYes) m_unencrypted.insert(sServer);
+  });
+  return bYes;
 }
 
 }  // namespace orvane::console

@@ -47,6 +47,8 @@ struct NewCatalog {
 struct Logon {
   platform::Text sDataSource;  ///< as it was typed
   platform::Text sUser;        ///< empty for whoever runs the program
+  /// The user has said that nothing need be encrypted on the way.
+  platform::Boolean bMayGoUnencrypted = false;
 };
 
 /// What not every engine can do.
@@ -259,7 +261,9 @@ class Engine {
   virtual std::vector<platform::Text> KnownServers() const = 0;
   /// Opens the server. The password is the caller's, who overwrites it afterwards: an engine copies
   /// it into nothing that outlives the call but what it overwrites itself. Fails with
-  /// kServerNotFound, kNoRights, kNotADatabase, kBusy, kStorage or kCancelled.
+  /// kServerNotFound, kNoRights, kNotADatabase, kBusy, kStorage or kCancelled; with kNotEncrypted,
+  /// nothing sent, for a server on another machine that does not encrypt, unless the user has said
+  /// that it need not.
   virtual std::unique_ptr<EngineSession> Open(const Logon& logon, const platform::Text& sPassword,
                                               std::stop_token stop) = 0;
 };

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -304,6 +305,68 @@ TEST(logon_dialog, can_be_asked_for_from_another_thread) {
   EXPECT_TRUE(tests::Until([&] { return bDone.load(); }));
   thread.join();
   EXPECT_TRUE(bAccepted);
+}
+
+TEST(logon_dialog, offers_a_known_server_while_its_name_is_typed) {
+  LogonRequest request = Request();
+  EXPECT_TRUE(Ask(request, [](Shown& shown) {
+    shown.server->lineEdit()->selectAll();
+    QTest::keyClicks(shown.server->lineEdit(), "PL");
+    EXPECT_EQ(shown.server->currentText().toLower(), "plant");
+    EXPECT_EQ(shown.server->lineEdit()->selectedText(), "ant") << "what is typed on replaces it";
+    QTest::keyClicks(shown.server->lineEdit(), "x");
+    EXPECT_EQ(shown.server->currentText(), "PLx");
+    shown.dialog->accept();
+  }));
+  EXPECT_EQ(request.sServer, "PLx");
+}
+
+/// The prompt's answer about the server; the button that was default, and what the box said.
+struct Unencrypted {
+  bool bYes = false;
+  int nBoxes = 0;
+  QString sText;
+  QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+};
+
+Unencrypted MayGoUnencrypted(LogonDialogPrompt& prompt, const platform::Text& sServer,
+                             QMessageBox::StandardButton answer) {
+  Unencrypted seen;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
+    auto* const box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    ++seen.nBoxes;
+    seen.sText = box->text();
+    seen.defaultButton = box->standardButton(box->defaultButton());
+    box->button(answer)->click();
+  });
+  timer.start(5);
+  seen.bYes = prompt.MayGoUnencrypted(sServer);
+  return seen;
+}
+
+TEST(logon_dialog, asks_until_yes_before_a_password_goes_out_unencrypted) {
+  LogonDialogPrompt prompt;
+  const auto refused = MayGoUnencrypted(prompt, "postgresql://far/d", QMessageBox::No);
+  EXPECT_FALSE(refused.bYes);
+  EXPECT_EQ(refused.nBoxes, 1);
+  EXPECT_EQ(refused.defaultButton, QMessageBox::No);
+  EXPECT_EQ(
+      refused.sText,
+      "The server\n\npostgresql://far/d\n\nis on another machine and does not encrypt what is "
+      "sent. Send the password all the same?");
+
+  const auto allowed = MayGoUnencrypted(prompt, "postgresql://far/d", QMessageBox::Yes);
+  EXPECT_TRUE(allowed.bYes);
+  EXPECT_EQ(allowed.nBoxes, 1) << "a No is not remembered";
+
+  const auto again = MayGoUnencrypted(prompt, "postgresql://far/d", QMessageBox::No);
+  EXPECT_TRUE(again.bYes);
+  EXPECT_EQ(again.nBoxes, 0);
+  const auto other = MayGoUnencrypted(prompt, "postgresql://other/d\n", QMessageBox::No);
+  EXPECT_FALSE(other.bYes) << "each server by itself";
+  EXPECT_EQ(other.nBoxes, 1);
 }
 
 }  // namespace

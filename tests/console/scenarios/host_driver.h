@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <deque>
+#include <filesystem>
 
 #include "console/app/host.h"
 #include "tests/scenarios/driver.h"
@@ -65,6 +66,10 @@ class HostDriver : public scenarios::Driver {
   std::vector<scenarios::BoxSeen> TakeBoxes() override;
 
   MainWindow& Window() { return *m_window; }
+  /// What is typed as the password in logon dialogs; nothing when never called.
+  void TypePassword(const Text& sPassword) { m_sPassword = sPassword; }
+  /// Everything that the console writes lies in it, or in the home of the user.
+  std::filesystem::path Folder() const { return m_folder.path().toStdString(); }
 
  private:
   ScopeTreeItemPtr Item(const Text& sKey) const;
@@ -91,6 +96,7 @@ class HostDriver : public scenarios::Driver {
   std::shared_ptr<platform::Long> m_statements = std::make_shared<platform::Long>(0);
   scenarios::LogonAnswer m_logonAnswer = scenarios::LogonAnswer::Ok;
   Text m_sChosenServer;
+  Text m_sPassword;
   platform::Long m_lLogons = 0;
   std::vector<scenarios::BoxSeen> m_boxes;
   std::deque<scenarios::BoxAnswer> m_boxAnswers;

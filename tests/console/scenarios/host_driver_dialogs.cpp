@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScopedValueRollback>
@@ -79,6 +80,8 @@ void HostDriver::AnswerLogonDialog(QDialog& dialog) {
     QTest::keyClick(dialog.windowHandle(), Qt::Key_A, Qt::ControlModifier);
     for (const char c : m_sChosenServer) QTest::keyClick(dialog.windowHandle(), c);
   }
+  auto* const password = dialog.findChild<QLineEdit*>("m_txtPassword");
+  for (const char c : m_sPassword) QTest::keyClick(password, c);
   const bool bOk = m_logonAnswer == scenarios::LogonAnswer::Ok;
   auto* button = dialog.findChild<QPushButton*>(bOk ? "m_btnOk" : "m_btnCancel");
   ClickAt(*button, button->rect().center());

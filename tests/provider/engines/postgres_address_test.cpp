@@ -1,8 +1,13 @@
 #include "provider/engines/postgres/postgres_address.h"
 
 #include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
 
 #include "tests/ado/failure_of.h"
+#include "tests/fakes/variable.h"
 
 namespace orvane::provider::engines {
 namespace {
@@ -81,15 +86,43 @@ TEST(PostgresAddressTest, of_another_machine_wants_encryption_unless_it_says_oth
   for (const char* const sFar :
        {"postgresql://plant.example/d", "postgresql://10.0.0.7/d", "postgresql://localhost,far/d",
         "postgresql://127.evil.example/d", "postgresql://h/d?hostaddr=10.0.0.7",
-        "postgresql://localhost/d?hostaddr=10.0.0.7"}) {
+        "postgresql://localhost/d?hostaddr=10.0.0.7",
+        "postgresql://localhost,far/d?hostaddr=127.0.0.1,"}) {
     EXPECT_EQ(modeOf(sFar), "require") << sFar;
   }
   for (const char* const sNear :
        {"postgresql:///d", "postgresql://localhost/d", "postgresql://127.0.0.1/d",
-        "postgresql://[::1]/d", "postgresql:///d?host=/run/postgresql", "service=plant"}) {
+        "postgresql://[::1]/d", "postgresql:///d?host=/run/postgresql",
+        "postgresql://far/d?hostaddr=127.0.0.1", "service=nowhere"}) {
     EXPECT_EQ(modeOf(sNear), "") << sNear;
   }
   EXPECT_EQ(modeOf("postgresql://far/d?sslmode=disable"), "disable");
+  EXPECT_EQ(modeOf("postgresql://far/d?sslmode=prefer"), "prefer");
+
+  const auto file =
+      std::filesystem::temp_directory_path() / ("orvane-modes-" + std::to_string(getpid()));
+  std::ofstream(file) << "[plant]\nhost=far\n[here]\nhost=localhost\n[sure]\nhost=far\n"
+                         "sslmode=verify-full\n[open]\nhost=far\nsslmode=disable\n";
+  const fakes::Variable services("PGSERVICEFILE", file.c_str());
+  EXPECT_EQ(modeOf("service=plant"), "require");
+  for (const char* const sSaid : {"service=here", "service=sure", "service=open"}) {
+    EXPECT_EQ(modeOf(sSaid), "") << sSaid;
+  }
+  std::filesystem::remove(file);
+}
+
+TEST(PostgresAddressTest, of_another_machine_is_taken_as_the_environment_says) {
+  const auto modeOf = [](const Text& sDataSource) {
+    auto address = ReadPostgresAddress(sDataSource);
+    RequireEncryption(address);
+    return address.Setting("sslmode");
+  };
+  {
+    const fakes::Variable host("PGHOST", "far");
+    EXPECT_EQ(modeOf("postgresql:///d"), "require");
+  }
+  const fakes::Variable mode("PGSSLMODE", "verify-full");
+  EXPECT_EQ(modeOf("postgresql://far/d"), "") << "not made weaker";
 }
 
 }  // namespace

@@ -15,6 +15,8 @@ class PostgresCluster {
   /// Its administrator.
   static constexpr const char* kUser = "orvane";
   static constexpr const char* kPassword = "a password of the tests";
+  /// A name of this machine by which its port is reached, and which counts as that of another one.
+  static constexpr const char* kFarHost = "0x7f.1";
 
   /// The cluster of this process.
   static PostgresCluster& Get();

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <thread>
 
+#include "platform/ado/logon_failures.h"
 #include "provider/engines/postgres/postgres_engine.h"
 #include "provider/historian_provider.h"
 #include "tests/provider/engines/postgres_fixture.h"
@@ -57,13 +58,14 @@ class PostgresEncryptionTest : public tests::PostgresTest {
     FAIL() << "the server does not take ssl = " << sOn;
   }
   /// As a connection of the provider tells it.
-  static Value LinkTo(const Text& sHost, const Text& sSettings) {
+  static Value LinkTo(const Text& sHost, const Text& sSettings, bool bMayGoUnencrypted = false) {
+    auto settings =
+        ado::ConnectionSettings::Parse("Data Source = postgresql://" + sHost + ":" +
+                                       std::to_string(PostgresCluster::Get().Port()) + "/postgres" +
+                                       sSettings + "; User ID = " + PostgresCluster::kUser);
+    settings.MayGoUnencrypted(bMayGoUnencrypted);
     const auto opened = HistorianProvider({{std::make_shared<PostgresEngine>()}, FixedNow})
-                            .Open(ado::ConnectionSettings::Parse(
-                                      "Data Source = postgresql://" + sHost + ":" +
-                                      std::to_string(PostgresCluster::Get().Port()) + "/postgres" +
-                                      sSettings + "; User ID = " + PostgresCluster::kUser),
-                                  PostgresCluster::kPassword, {});
+                            .Open(settings, PostgresCluster::kPassword, {});
     return opened->PropertyValue("Link in Use");
   }
 };
@@ -79,7 +81,11 @@ TEST_F(PostgresEncryptionTest, is_told_with_whom_it_is) {
 
 // One that counts as far is asked for it without a word in its address.
 TEST_F(PostgresEncryptionTest, a_far_server_encrypts) {
-  EXPECT_EQ(LinkTo("0x7f.1", ""), Value("encrypted to 0x7f.1, which has not proved its name"));
+  for (const bool bMayGoUnencrypted : {false, true}) {
+    EXPECT_EQ(LinkTo(PostgresCluster::kFarHost, "", bMayGoUnencrypted),
+              Value("encrypted to 0x7f.1, which has not proved its name"))
+        << "what may go without encryption goes with it where it can";
+  }
 }
 
 TEST_F(PostgresEncryptionTest, a_server_that_is_not_the_one_of_its_certificate_is_not_connected) {
@@ -97,6 +103,36 @@ TEST_F(PostgresEncryptionTest, what_a_link_is_cannot_be_set) {
   EXPECT_EQ(FailureOf([&] { opened->PropertyValue("link in use", "x"); }).sSentence,
             "The property \"Link in Use\" can be read, but not set; set \"sslmode\" in the data "
             "source.");
+}
+
+// The cluster as it is.
+class PostgresUnencryptedTest : public tests::PostgresTest {
+ protected:
+  static Text FarAddress(const Text& sSettings) {
+    return Text("postgresql://") + PostgresCluster::kFarHost + ":" +
+           std::to_string(PostgresCluster::Get().Port()) + "/postgres" + sSettings;
+  }
+  static Text LinkOf(const Logon& logon) {
+    return PostgresEngine().Open(logon, PostgresCluster::kPassword, {})->Link();
+  }
+};
+
+TEST_F(PostgresUnencryptedTest, is_sent_nothing_until_somebody_says_that_it_may) {
+  const Text sAddress = FarAddress("");
+  const auto failed = FailureOf([&] { LinkOf({sAddress, PostgresCluster::kUser}); });
+  EXPECT_EQ(failed.lNumber, failure::kNotEncrypted);
+  EXPECT_EQ(failed.sSentence,
+            Text("The server at ") + PostgresCluster::kFarHost +
+                " does not encrypt what is sent, so nothing was sent to it: add "
+                "\"?sslmode=disable\" to its address, or \"sslmode=disable\" to its service, if "
+                "nobody can listen on the way.");
+  EXPECT_EQ(LinkOf({sAddress, PostgresCluster::kUser, true}), "not encrypted");
+  EXPECT_EQ(LinkOf({FarAddress("?sslmode=disable"), PostgresCluster::kUser}), "not encrypted");
+  EXPECT_EQ(FailureOf([&] {
+              LinkOf({FarAddress("?sslmode=require"), PostgresCluster::kUser, true});
+            }).lNumber,
+            failure::kNotSupported)
+      << "what the address says is not overruled, and nobody is asked";
 }
 
 }  // namespace

@@ -229,19 +229,6 @@ TEST_F(PostgresEngineTest, refuses_a_password_in_the_address_before_anything_is_
   EXPECT_EQ(failed.lNumber, failure::kInvalidArgument);
 }
 
-TEST_F(PostgresEngineTest, sends_nothing_to_a_far_server_that_does_not_encrypt) {
-  // This one does not, and asked for by a name that is not of this machine it counts as far.
-  const Text sAddress =
-      "postgresql://0x7f.1:" + std::to_string(tests::PostgresCluster::Get().Port()) + "/postgres";
-  const auto failed = FailureOf([&] {
-    engines::PostgresEngine().Open({sAddress, "anna"}, "correct horse", {});
-  });
-  EXPECT_EQ(failed.lNumber, failure::kNoRights);
-  EXPECT_EQ(failed.sSentence,
-            "The server at 0x7f.1 does not encrypt what is sent, so nothing was sent to it: add "
-            "\"?sslmode=disable\" to its address if nobody can listen on the way.");
-}
-
 TEST_F(PostgresEngineTest, offers_the_services_of_the_users_file) {
   const auto file =
       std::filesystem::temp_directory_path() / ("orvane-services-" + std::to_string(getpid()));

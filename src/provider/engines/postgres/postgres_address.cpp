@@ -11,6 +11,7 @@
 #include "platform/one_line.h"
 #include "provider/engines/data_source.h"
 #include "provider/engines/postgres/postgres_handle.h"
+#include "provider/engines/postgres/postgres_hosts.h"
 
 namespace orvane::provider::engines {
 
@@ -90,6 +91,14 @@ PostgresOptions Parse(Text sDataSource) {
   return options;
 }
 
+// A host without a name is the socket of this machine, and so is a path.
+bool IsHere(std::string_view sHost) {
+  return sHost.empty() || sHost.front() == '/' || sHost.front() == '@' || sHost == "localhost" ||
+         sHost == "::1" ||
+         (sHost.starts_with("127.") &&
+          sHost.find_first_not_of("0123456789.") == std::string_view::npos);
+}
+
 }  // namespace
 
 Text PostgresAddress::Setting(std::string_view sKeyword) const {
@@ -106,22 +115,20 @@ Text PostgresAddress::Shown() const {
 }
 
 void RequireEncryption(PostgresAddress& address) {
-  if (!address.Setting("sslmode").empty() || !address.Setting("service").empty()) return;
-  Text sHosts = address.Setting("hostaddr");
-  if (sHosts.empty()) sHosts = address.Setting("host");
-  for (std::size_t nBegin = 0; nBegin < sHosts.size();) {
-    const std::size_t nEnd = std::min(sHosts.find(',', nBegin), sHosts.size());
-    const std::string_view sHost = std::string_view(sHosts).substr(nBegin, nEnd - nBegin);
-    // An empty host is the socket of this machine, and so is a path.
-    const bool bHere = sHost.empty() || sHost.front() == '/' || sHost.front() == '@' ||
-                       sHost == "localhost" || sHost == "::1" ||
-                       (sHost.starts_with("127.") &&
-                        sHost.find_first_not_of("0123456789.") == std::string_view::npos);
-    if (!bHere) {
-      address.settings.emplace_back("sslmode", "require");
-      return;
-    }
-    nBegin = nEnd + 1;
+  if (!address.Setting("sslmode").empty()) return;
+  Text sProblem;  // which the logon tells
+  const PostgresOptions known = CompletedSettings(address.settings, sProblem);
+  const Text sMode = OptionOf(known.get(), "sslmode");
+  if (!sMode.empty() && sMode != "prefer" && sMode != "allow") return;
+  // Where a host has an address it is not looked up.
+  const auto names = PartsOf(OptionOf(known.get(), "host"));
+  const auto addresses = PartsOf(OptionOf(known.get(), "hostaddr"));
+  for (std::size_t n = 0; n < std::max(names.size(), addresses.size()); ++n) {
+    const bool bAddress = n < addresses.size() && !addresses[n].empty();
+    if (bAddress ? IsHere(addresses[n]) : n >= names.size() || IsHere(names[n])) continue;
+    address.settings.emplace_back("sslmode", "require");
+    address.bMustEncrypt = true;
+    return;
   }
 }
 

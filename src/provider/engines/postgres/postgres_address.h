@@ -17,6 +17,8 @@ struct PostgresAddress {
   std::vector<std::pair<platform::Text, platform::Text>> settings;
   /// A user that the address names; whoever logs on as another goes before it.
   platform::Text sUser;
+  /// Nobody but RequireEncryption wants the server to encrypt.
+  platform::Boolean bMustEncrypt = false;
 
   /// The setting's value, empty when it is not there.
   platform::Text Setting(std::string_view sKeyword) const;
@@ -31,8 +33,9 @@ bool IsPostgresAddress(std::string_view sDataSource);
 /// that do more than name a server and the way to it.
 PostgresAddress ReadPostgresAddress(const platform::Text& sDataSource);
 
-/// Has a server on another machine encrypt what is sent, where the address says nothing of that.
-/// What a service says is up to who wrote the service file.
+/// Has a server on another machine encrypt what is sent, where neither the address nor the service
+/// file or the environment says whether it must. To do so where it can is what libpq does anyway
+/// and counts as nothing said, but in the address.
 void RequireEncryption(PostgresAddress& address);
 
 }  // namespace orvane::provider::engines

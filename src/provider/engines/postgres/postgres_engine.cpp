@@ -28,6 +28,12 @@ fs::path ServiceFile() {
   return home ? *home / ".pg_service.conf" : fs::path();
 }
 
+PostgresAddress AddressOf(const Logon& logon) {
+  auto address = ReadPostgresAddress(logon.sDataSource);
+  if (!logon.bMayGoUnencrypted) RequireEncryption(address);
+  return address;
+}
+
 }  // namespace
 
 platform::Boolean PostgresEngine::Serves(const Text& sDataSource) const {
@@ -58,9 +64,7 @@ std::vector<Text> PostgresEngine::KnownServers() const {
 
 void PostgresEngine::MakeHistorian(const Logon& logon, const Text& sPassword,
                                    const std::stop_token& stop) {
-  auto address = ReadPostgresAddress(logon.sDataSource);
-  RequireEncryption(address);
-  PostgresLink link(address, logon.sUser, sPassword, stop);
+  PostgresLink link(AddressOf(logon), logon.sUser, sPassword, stop);
   // What fails ends the connection, and with it the transaction.
   link.Command((Text("BEGIN READ WRITE; ") + kNewPostgresHistorian).c_str(), stop);
   link.Command("COMMIT", {});
@@ -68,10 +72,8 @@ void PostgresEngine::MakeHistorian(const Logon& logon, const Text& sPassword,
 
 std::unique_ptr<EngineSession> PostgresEngine::Open(const Logon& logon, const Text& sPassword,
                                                     std::stop_token stop) {
-  auto address = ReadPostgresAddress(logon.sDataSource);
-  RequireEncryption(address);
   return std::make_unique<PostgresSession>(
-      std::make_unique<PostgresLink>(address, logon.sUser, sPassword, stop), stop);
+      std::make_unique<PostgresLink>(AddressOf(logon), logon.sUser, sPassword, stop), stop);
 }
 
 }  // namespace orvane::provider::engines

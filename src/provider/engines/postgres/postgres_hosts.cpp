@@ -14,10 +14,18 @@ using platform::Text;
 
 namespace {
 
-// Of no value of that setting, so that libpq stops before it looks for a server.
-constexpr const char* kNoMode = "?";
+// A setting that nobody here asks for, of a value that it cannot have, so that libpq stops before it
+// looks for a server.
+constexpr const char* kSpoilt = "gssencmode";
+constexpr const char* kNoValue = "?";
 
-std::vector<Text> Parts(const Text& sList) {
+bool IsSocket(std::string_view sName) {
+  return sName.empty() || sName.front() == '/' || sName.front() == '@';
+}
+
+}  // namespace
+
+std::vector<Text> PartsOf(const Text& sList) {
   std::vector<Text> parts;
   for (std::size_t nBegin = 0;;) {
     const std::size_t nEnd = sList.find(',', nBegin);
@@ -26,12 +34,6 @@ std::vector<Text> Parts(const Text& sList) {
     nBegin = nEnd + 1;
   }
 }
-
-bool IsSocket(std::string_view sName) {
-  return sName.empty() || sName.front() == '/' || sName.front() == '@';
-}
-
-}  // namespace
 
 Text OptionOf(const PQconninfoOption* options, std::string_view sKeyword) {
   for (const auto* option = options; option != nullptr && option->keyword != nullptr; ++option) {
@@ -47,19 +49,19 @@ PostgresOptions CompletedSettings(const PostgresSettings& settings, Text& sProbl
     keywords.push_back(sKeyword.c_str());
     values.push_back(sValue.c_str());
   }
-  keywords.insert(keywords.end(), {"sslmode", nullptr});
-  values.insert(values.end(), {kNoMode, nullptr});
+  keywords.insert(keywords.end(), {kSpoilt, nullptr});
+  values.insert(values.end(), {kNoValue, nullptr});
   const PostgresHandle unconnected(PQconnectStartParams(keywords.data(), values.data(), 0));
   PostgresOptions options(PQconninfo(unconnected.get()));
-  if (OptionOf(options.get(), "sslmode") == kNoMode) return options;
+  if (OptionOf(options.get(), kSpoilt) == kNoValue) return options;
   sProblem = unconnected == nullptr ? Text("no memory") : LastWords(unconnected.get());
   return nullptr;
 }
 
 PostgresHosts HostsOf(const PQconninfoOption* options, const std::stop_token& stop) {
-  const std::vector<Text> names = Parts(OptionOf(options, "host"));
-  const std::vector<Text> addresses = Parts(OptionOf(options, "hostaddr"));
-  const std::vector<Text> ports = Parts(OptionOf(options, "port"));
+  const std::vector<Text> names = PartsOf(OptionOf(options, "host"));
+  const std::vector<Text> addresses = PartsOf(OptionOf(options, "hostaddr"));
+  const std::vector<Text> ports = PartsOf(OptionOf(options, "port"));
   const bool bNames = names != std::vector<Text>{Text()};
   const bool bAddresses = addresses != std::vector<Text>{Text()};
   const std::size_t nHosts = bAddresses ? addresses.size() : names.size();

@@ -1,5 +1,6 @@
 // The hosts of an address one by one, so that each has its time to answer: libpq keeps that time
-// only in calls that hear no stop. Used by LogOn, on the thread of its caller.
+// only in calls that hear no stop. Used by LogOn, and by what asks which hosts an address has, on the
+// thread of its caller.
 #pragma once
 
 #include <stop_token>
@@ -30,6 +31,8 @@ struct PostgresHosts {
 /// The settings with what libpq adds to them: of the user's service file, of the environment, and
 /// its own. Null where it cannot read them, for the reason that goes to sProblem.
 PostgresOptions CompletedSettings(const PostgresSettings& settings, platform::Text& sProblem);
+/// The parts of a list with commas, which has one more part than commas.
+std::vector<platform::Text> PartsOf(const platform::Text& sList);
 /// The value of an option, empty when it has none.
 platform::Text OptionOf(const PQconninfoOption* options, std::string_view sKeyword);
 /// Its hosts, names looked up. A stop ends the looking up; the rest is then missing.

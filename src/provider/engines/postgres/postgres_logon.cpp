@@ -1,6 +1,7 @@
 #include "provider/engines/postgres/postgres_logon.h"
 
 #include <fmt/format.h>
+#include <locale.h>
 
 #include <array>
 #include <charconv>
@@ -10,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/ado/logon_failures.h"
 #include "platform/failure.h"
 #include "platform/one_line.h"
 #include "provider/engines/postgres/postgres_errors.h"
@@ -106,6 +108,23 @@ std::optional<std::size_t> FinishLogOn(PGconn* connection, const std::vector<Pos
   return std::nullopt;
 }
 
+// Has libpq say in the one language that it always has what is looked through for why it failed.
+class EnglishWords {
+ public:
+  EnglishWords()
+      : m_english(newlocale(LC_ALL_MASK, "C", nullptr)), m_before(uselocale(m_english)) {}
+  EnglishWords(const EnglishWords&) = delete;
+  EnglishWords& operator=(const EnglishWords&) = delete;
+  ~EnglishWords() {
+    uselocale(m_before);
+    freelocale(m_english);
+  }
+
+ private:
+  locale_t m_english;
+  locale_t m_before;
+};
+
 // The connection, or what came of it, with why there is none.
 struct Attempt {
   PostgresHandle handle;
@@ -114,6 +133,7 @@ struct Attempt {
 
 Attempt TryToLogOn(const PostgresSettings& settings, const Text& sPassword,
                    const std::stop_token& stop) {
+  const EnglishWords english;
   Attempt attempt;
   const PostgresOptions options = CompletedSettings(settings, attempt.sWords);
   if (options == nullptr) return attempt;
@@ -159,10 +179,19 @@ PostgresHandle LogOn(const PostgresAddress& address, const Text& sUser, const Te
                   "PostgreSQL");
   }
   if (sWords.find("does not support SSL") != Text::npos) {
-    throw Failure(failure::kNoRights,
-                  fmt::format("The server at {} does not encrypt what is sent, so nothing was sent "
-                              "to it: add \"?sslmode=disable\" to its address if nobody can listen "
-                              "on the way.",
+    if (address.bMustEncrypt) {
+      throw Failure(failure::kNotEncrypted,
+                    fmt::format("The server at {} does not encrypt what is sent, so nothing was "
+                                "sent to it: add \"?sslmode=disable\" to its address, or "
+                                "\"sslmode=disable\" to its service, if nobody can listen on the "
+                                "way.",
+                                address.Shown()),
+                    "PostgreSQL");
+    }
+    throw Failure(failure::kNotSupported,
+                  fmt::format("The server at {} does not encrypt what is sent, which \"sslmode\" "
+                              "asks for, so nothing was sent to it: let its administrator switch "
+                              "encryption on, or leave \"sslmode\" out.",
                               address.Shown()),
                   "PostgreSQL");
   }
