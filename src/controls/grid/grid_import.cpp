@@ -23,7 +23,6 @@
 #include "controls/view/status_strip.h"
 #include "exports/row_import.h"
 #include "platform/conversions.h"
-#include "platform/quoting.h"
 
 namespace orvane::controls {
 
@@ -105,13 +104,9 @@ void RequireTimes(platform::Connection& cn, const std::vector<ImportColumn>& col
 }
 
 Text InsertInto(const Text& sInto, const std::vector<ImportColumn>& columns) {
-  Text sNames;
-  Text sMarks;
-  for (const ImportColumn& column : columns) {
-    sNames += (sNames.empty() ? "" : ", ") + platform::QuotedName(column.sName);
-    sMarks += sMarks.empty() ? "?" : ", ?";
-  }
-  return "INSERT INTO " + sInto + " (" + sNames + ") VALUES (" + sMarks + ")";
+  std::vector<Text> names;
+  for (const ImportColumn& column : columns) names.push_back(column.sName);
+  return ComposeInsert(sInto, names);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "controls/grid/grid_core.h"
 #include "controls/grid/grid_window.h"
+#include "controls/statements/sql_text.h"
 #include "controls/view/status_strip.h"
 
 namespace orvane::controls {
@@ -31,11 +32,10 @@ void RowCount::Run() {
   const QPointer<GridWindow> window = &m_core.Window();
   const Counted counted = m_counted();
   const bool bFilter = counted.sFilter.find_first_not_of(" \t\r\n") != Text::npos;
-  Text sSql = "SELECT count(*)\nFROM " + counted.sTable;
-  if (bFilter) sSql += "\nWHERE " + counted.sFilter;
   window->Remark(QStringLiteral("Counting rows\u2026"), false);
   try {
-    const platform::RecordsetPtr rs = m_core.Ask(sSql, 0, 0);
+    const platform::RecordsetPtr rs =
+        m_core.Ask(ComposeCount(counted.sTable, counted.sFilter), 0, 0);
     if (life.expired() || !window || !rs || rs->RecordCount() == 0) return;
     const platform::Value vtRows = rs->ValueAt(0, 0);
     const auto* ll = vtRows.As<std::int64_t>();

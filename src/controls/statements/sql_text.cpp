@@ -90,6 +90,21 @@ Text WithoutCondition(const Text& sBoth, const Text& sSecond) {
   return bJoined ? sBoth.substr(kBegin.size(), sBoth.size() - kBegin.size() - sEnd.size()) : sBoth;
 }
 
+Text ComposeCount(const Text& sTable, const Text& sFilterCondition) {
+  const Text sSql = "SELECT count(*)\nFROM " + sTable;
+  return IsBlank(sFilterCondition) ? sSql : sSql + "\nWHERE " + sFilterCondition;
+}
+
+Text ComposeInsert(const Text& sTable, const std::vector<Text>& columns) {
+  Text sNames;
+  Text sMarks;
+  for (const Text& sColumn : columns) {
+    sNames += (sNames.empty() ? "" : ", ") + QuotedName(sColumn);
+    sMarks += sMarks.empty() ? "?" : ", ?";
+  }
+  return "INSERT INTO " + sTable + " (" + sNames + ") VALUES (" + sMarks + ")";
+}
+
 Text ComposeSelect(const TableSelection& selection) {
   Text sSql = "SELECT ";
   if (selection.columns.empty()) {

@@ -32,6 +32,13 @@ platform::Text WithoutCondition(const platform::Text& sBoth, const platform::Tex
 platform::Text ComposeWithin(const platform::Text& sStatement, const platform::Text& sCondition,
                              const std::vector<platform::SortCriterion>& sort = {});
 
+/// How many rows of the table, named as SQL has it, meet the filter, which may be blank.
+platform::Text ComposeCount(const platform::Text& sTable, const platform::Text& sFilterCondition);
+
+/// Inserts a row into the table, named as SQL has it, with a "?" for each of the columns.
+platform::Text ComposeInsert(const platform::Text& sTable,
+                             const std::vector<platform::Text>& columns);
+
 /// One statement, a clause a line. The filter stands as it is written, alone in its lines.
 platform::Text ComposeSelect(const TableSelection& selection);
 

@@ -2,11 +2,9 @@
 // they hold, a statement is one statement, about the object that it names.
 #include <gmock/gmock.h>
 
-#include <array>
-#include <random>
-
 #include "platform/conversions.h"
 #include "platform/quoting.h"
+#include "tests/fakes/hostile_texts.h"
 #include "tests/provider/conformance/conformance.h"
 
 namespace orvane::provider::conformance {
@@ -25,52 +23,7 @@ class hostile : public Conformance {
     Run(*m_opened, "CREATE TABLE P..Kept (Nr INTEGER PRIMARY KEY, a TEXT)");
     Run(*m_opened, "INSERT INTO P..Kept VALUES (1, 'kept'), (2, 'kept')");
   }
-  /// No longer than every server keeps names.
-  Text Next() {
-    static constexpr std::array kPieces = {"'",
-                                           "\"",
-                                           ";",
-                                           "--",
-                                           "/*",
-                                           "*/",
-                                           "\\",
-                                           "$$",
-                                           "$1",
-                                           "?",
-                                           " ",
-                                           "\n",
-                                           "x",
-                                           "E'",
-                                           "U&",
-                                           "(",
-                                           ")",
-                                           ",",
-                                           "%",
-                                           ":a",
-                                           "[",
-                                           "]",
-                                           "`",
-                                           "''",
-                                           "\"\"",
-                                           "\\'",
-                                           "#",
-                                           "@",
-                                           "{}",
-                                           "\xC3\xA9",
-                                           "NULL",
-                                           "a; DROP TABLE P..Kept; --",
-                                           "'; DELETE FROM P..Kept; --",
-                                           "\"; DROP TABLE Kept; --",
-                                           "\\'; DROP TABLE Kept; --"};
-    Text sText;
-    const auto nPieces = std::uniform_int_distribution<int>(1, 6)(m_random);
-    for (int n = 0; n < nPieces; ++n) {
-      const Text sPiece =
-          kPieces[std::uniform_int_distribution<std::size_t>(0, kPieces.size() - 1)(m_random)];
-      if (sText.size() + sPiece.size() <= 50) sText += sPiece;
-    }
-    return sText.empty() ? "'" : sText;
-  }
+  Text Next() { return m_texts.Next(); }
   std::vector<Text> Names(SchemaNumber schema, std::vector<Value> restrictions,
                           platform::Long lField) {
     const auto rs = m_opened->OpenSchema(schema, restrictions, {});
@@ -91,7 +44,7 @@ class hostile : public Conformance {
   Text Kept() { return Select(*m_opened, "SELECT * FROM P..Kept ORDER BY Nr"); }
 
   std::unique_ptr<ado::Session> m_opened = Open();
-  std::mt19937_64 m_random{20};
+  fakes::HostileTexts m_texts{20};
 };
 
 ORVANE_ON_EVERY_ENGINE(hostile);
