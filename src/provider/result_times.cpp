@@ -100,7 +100,9 @@ void ShownTimes::Take(std::span<ado::Column> block) {
     }
     std::swap(block[i], m_changed);
   }
+  const platform::RowIndex rows = block.empty() ? 0 : block.front().RowCount();
   m_rows->Take(block);
+  m_taken += rows;
 }
 
 }  // namespace orvane::provider

@@ -29,6 +29,8 @@ class ShownTimes final : public ado::RowReceiver {
   void Take(std::span<ado::Column> block) override;
   void End(platform::Boolean bTruncated) override { m_rows->End(bTruncated); }
   std::atomic<bool>& Wanted() override { return m_rows->Wanted(); }
+  /// How many were taken so far.
+  platform::RowIndex RowCount() const { return m_taken; }
 
  private:
   enum class Change : std::uint8_t { None, ToTimes, ToDays, ToNumbers };
@@ -42,6 +44,7 @@ class ShownTimes final : public ado::RowReceiver {
   TimeDisplay m_display;
   std::vector<Change> m_changes;  // by column
   ado::Column m_changed;
+  platform::RowIndex m_taken = 0;
 };
 
 }  // namespace orvane::provider

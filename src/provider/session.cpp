@@ -154,10 +154,15 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
                                          std::make_shared<ado::MemoryBudget>(toRun.maxBytes)});
   const std::shared_ptr<ado::RowReceiver> rows = statement.rows ? statement.rows : held;
   rows->Source(AsShown(std::move(translation.source), schema));
-  toRun.rows =
+  const auto shown =
       std::make_shared<ShownTimes>(rows, std::move(translation.columns),
                                    TimeDisplay{m_options.TimeAsDouble(), m_options.TimeZone()});
+  toRun.rows = shown;
+  const auto begun = std::chrono::steady_clock::now();
   const auto result = Opened().Run(toRun, stop);
+  m_log.Done(shown->RowCount(), result.lRecordsAffected,
+             std::chrono::duration_cast<std::chrono::milliseconds>(
+                 std::chrono::steady_clock::now() - begun));
   return {held ? held->Recordset() : nullptr, result.lRecordsAffected};
 }
 

@@ -97,6 +97,12 @@ void StatementLog::Statement(std::string_view sText) {
   if (m_logger != nullptr && m_lLevel >= 2) m_logger->info("{}", platform::OneLine(sText));
 }
 
+void StatementLog::Done(platform::RowIndex rows, platform::Long lChanged,
+                        std::chrono::milliseconds took) {
+  if (m_logger == nullptr || m_lLevel < 2) return;
+  m_logger->info("{} rows, {} changed, {} ms", rows, lChanged, took.count());
+}
+
 void StatementLog::Detail(std::string_view sText) {
   if (m_logger != nullptr && m_lLevel >= 3) m_logger->debug("{}", platform::OneLine(sText));
 }

@@ -2,6 +2,7 @@
 // option "Log File" names. Never holds a password: a connection's string is not written.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string_view>
 
@@ -27,6 +28,8 @@ class StatementLog {
 
   /// Level 2.
   void Statement(std::string_view sText);
+  /// Level 2, behind the statement: what came of it, and how long that took.
+  void Done(platform::RowIndex rows, platform::Long lChanged, std::chrono::milliseconds took);
   /// Level 3.
   void Detail(std::string_view sText);
   /// Level 1.

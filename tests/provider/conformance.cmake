@@ -9,6 +9,7 @@ orvane_test(conformance SHARDS 2
     conformance/engine_test.cpp
     conformance/engine_under_test.cpp
     conformance/hostile_test.cpp
+    conformance/log_test.cpp
     conformance/parameters_test.cpp
     conformance/postgres_under_test.cpp
     conformance/report_test.cpp
