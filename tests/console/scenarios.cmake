@@ -20,6 +20,7 @@ orvane_test(console_scenarios QT SHARDS 3
     scenarios/reader_first_test.cpp
     scenarios/shown_qt_form.cpp
     scenarios/shown_qt_form.h
+    scenarios/ten_servers_test.cpp
     scenarios/unloading_test.cpp
     scenarios/unsent_rows_question_test.cpp
     scenarios/visible_widget.h

@@ -6,6 +6,7 @@ orvane_test(console_support QT SHARDS 4
     ../own_folders_test.cpp
     app/row_memory_test.cpp
     data_access/data_access_test.cpp
+    data_access/earlier_servers_test.cpp
     data_access/log_file_consent_test.cpp
     dialogs/logon_dialog_test.cpp
     dialogs/message_boxes_test.cpp

@@ -1,5 +1,6 @@
 #include "console/data_access/component_providers.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "console/data_access/unlogged_session.h"
@@ -17,19 +18,30 @@ namespace {
 class NotedProvider final : public ado::Provider {
  public:
   NotedProvider(std::shared_ptr<ado::Provider> provider, std::shared_ptr<OptionTexts> optionTexts,
-                std::shared_ptr<LogFileConsent> consent)
+                std::shared_ptr<LogFileConsent> consent, EarlierServers earlier)
       : m_provider(std::move(provider)),
         m_optionTexts(std::move(optionTexts)),
-        m_consent(std::move(consent)) {}
+        m_consent(std::move(consent)),
+        m_earlier(std::move(earlier)) {}
 
   std::vector<ado::PropertyDescription> Properties() const override {
     return m_provider->Properties();
   }
-  std::vector<Text> KnownServers() const override { return m_provider->KnownServers(); }
+  /// Those that the provider knows go first: the first of all is the default.
+  std::vector<Text> KnownServers() const override {
+    std::vector<Text> servers = m_provider->KnownServers();
+    for (Text& sServer : m_earlier.All()) {
+      if (std::ranges::find(servers, sServer) == servers.end()) {
+        servers.push_back(std::move(sServer));
+      }
+    }
+    return servers;
+  }
   std::unique_ptr<ado::Session> Open(const ado::ConnectionSettings& settings, const Text& sPassword,
                                      std::stop_token stop) override {
     auto session = OpenAsWanted(settings, sPassword, std::move(stop));
     m_optionTexts->Note(*session);
+    m_earlier.Remember(settings.Find(platform::kDataSource).value_or(Text()));
     return session;
   }
 
@@ -65,6 +77,7 @@ class NotedProvider final : public ado::Provider {
   std::shared_ptr<ado::Provider> m_provider;
   std::shared_ptr<OptionTexts> m_optionTexts;
   std::shared_ptr<LogFileConsent> m_consent;
+  EarlierServers m_earlier;
 };
 
 }  // namespace
@@ -80,7 +93,7 @@ ComponentProviders::ComponentProviders(component::Runtime& runtime, platform::Se
 std::shared_ptr<ado::Provider> ComponentProviders::Find(std::string_view sName) {
   if (!m_runtime.Classes().Find(sName)) return nullptr;
   return std::make_shared<NotedProvider>(m_runtime.Create<ado::Provider>(Text(sName), m_services),
-                                         m_optionTexts, m_consent);
+                                         m_optionTexts, m_consent, m_earlier);
 }
 
 }  // namespace orvane::console

@@ -1,10 +1,11 @@
 // Providers out of the component runtime, for the connection layer; notes the option texts of the
-// sessions that they open, and keeps from them a log file that the user does not want, or that
-// cannot be written.
+// sessions that they open and the servers, which it has them offer again, and keeps from them a log
+// file that the user does not want, or that cannot be written.
 #pragma once
 
 #include "ado/provider_source.h"
 #include "component/runtime.h"
+#include "console/data_access/earlier_servers.h"
 #include "console/data_access/log_file_consent.h"
 #include "console/data_access/option_texts.h"
 
@@ -24,6 +25,7 @@ class ComponentProviders : public ado::ProviderSource {
   platform::Services m_services;
   std::shared_ptr<OptionTexts> m_optionTexts;
   std::shared_ptr<LogFileConsent> m_consent;
+  EarlierServers m_earlier = EarlierServers::OfUser();
 };
 
 }  // namespace orvane::console

@@ -9,6 +9,7 @@
 #include "console/waiting/waiting.h"
 #include "tests/console/fake_objects.h"
 #include "tests/fakes/user_interface.h"
+#include "tests/fakes/variable.h"
 
 namespace orvane::console {
 namespace {
@@ -24,10 +25,12 @@ class Prompt : public ado::LogonPrompt {
  public:
   platform::Boolean Ask(ado::LogonRequest& request) override {
     ++nAsked;
+    knownServers = request.knownServers;
     request.sPassword = "geheim";
     return bAnswer;
   }
   int nAsked = 0;
+  std::vector<Text> knownServers;
   bool bAnswer = true;
 };
 
@@ -61,6 +64,8 @@ class data_access : public testing::Test {
     return command->Execute()->ValueAt(0, 0);
   }
 
+  QTemporaryDir m_state;
+  fakes::Variable m_stateHome{"XDG_STATE_HOME", m_state.path().toStdString().c_str()};
   std::shared_ptr<fakes::FakeUserInterface> m_ui = std::make_shared<fakes::FakeUserInterface>();
   std::vector<Text> m_asked;
   bool m_bMayLog = false;
@@ -75,6 +80,23 @@ TEST_F(data_access, opens_a_connection_of_a_registered_provider_through_the_prom
   EXPECT_TRUE(cn->IsOpen());
   EXPECT_EQ(m_prompt->nAsked, 1);
   EXPECT_EQ(cn->Properties().Item("Data Source").Value(), Value("S1"));
+}
+
+TEST_F(data_access, offers_the_servers_of_earlier_connections_behind_those_of_the_provider) {
+  const auto ofProvider = [this] {
+    Open();
+    return m_prompt->knownServers;
+  }();
+  Open();
+  auto known = ofProvider;
+  known.emplace_back("S1");
+  EXPECT_EQ(m_prompt->knownServers, known);
+  Open();
+  EXPECT_EQ(m_prompt->knownServers, known) << "once";
+  m_prompt->bAnswer = false;
+  EXPECT_THROW(Open("Data Source = S2;"), platform::Failure);
+  EXPECT_THROW(Open(), platform::Failure);
+  EXPECT_EQ(m_prompt->knownServers, known) << "one that was never connected is not";
 }
 
 TEST_F(data_access, runs_a_command_on_its_connection) {
