@@ -149,6 +149,7 @@ ado::StatementResult HistorianSession::RunTranslated(const ado::Statement& state
   toRun.bReadOnly = statement.bReadOnly;
   toRun.rowsExpected = statement.rowsExpected;
   toRun.maxBytes = m_options.StatementMemory();
+  toRun.timeout = std::max(statement.timeout, std::chrono::seconds(0));
   const auto held = statement.rows ? nullptr
                                    : std::make_shared<ado::RowCollector>(ado::RowStorage{
                                          std::make_shared<ado::MemoryBudget>(toRun.maxBytes)});

@@ -5,6 +5,7 @@
 // was given to, from any thread.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -114,6 +115,9 @@ struct EngineStatement {
   /// the parameters, all in one transaction; see platform::Command::Batch.
   platform::ParameterRows batch{};
   WrittenStatement written{};
+  /// The caller's time-out, which he keeps by the stop; 0 is none. A server that goes on with the
+  /// statement when nobody can tell it any more has to end it by this.
+  std::chrono::milliseconds timeout{0};
 };
 
 /// What a statement that only reads fails with when it would change anything.

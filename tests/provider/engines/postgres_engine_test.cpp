@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -89,6 +90,47 @@ TEST_F(PostgresEngineTest, is_reached_by_the_provider_of_the_user) {
             "The server's text holds a password; leave it out and enter it in the logon dialog.");
   EXPECT_EQ(FailureOf([&] { open("postgresql://127.0.0.1:1/d", "a", {}); }).lNumber,
             failure::kServerNotFound);
+}
+
+TEST_F(PostgresEngineTest, tells_the_server_the_time_out) {
+  const auto session = Connect();
+  const auto rs =
+      session
+          ->Execute({"SELECT current_setting('statement_timeout')", 0, std::chrono::seconds(3)}, {})
+          .recordset;
+  EXPECT_THAT(Names(*rs, 0), ElementsAre("8s"));
+}
+
+// With the right to read and no other.
+TEST_F(PostgresEngineTest, shows_a_reader_everything_and_tells_what_he_may_not_change) {
+  Do("CREATE TABLE s.t(a int PRIMARY KEY)");
+  Do("INSERT INTO s.t VALUES (1)");
+  Do("DROP ROLE IF EXISTS reader");
+  Do("CREATE ROLE reader LOGIN");
+  Do("GRANT USAGE ON SCHEMA s TO reader");
+  Do("GRANT SELECT ON s.t TO reader");
+  {
+    const auto session = Connect({}, "User ID = reader");
+    EXPECT_THAT(Names(*session->OpenSchema(SchemaNumber::Catalogs, {}, {}), 0),
+                testing::IsSupersetOf({"Functions", "Orvane", "s"}));
+    const std::array<Value, 3> ofTable{Value("s"), Value(), Value("t")};
+    EXPECT_EQ(session->OpenSchema(SchemaNumber::Columns, ofTable, {})->RecordCount(), 1);
+    EXPECT_THAT(Names(*Run(*session, "SELECT a FROM s..t").recordset, 0), ElementsAre("1"));
+    EXPECT_THAT(Names(*Run(*session, "SELECT Name FROM Orvane..Historians").recordset, 0),
+                testing::Contains("s"));
+    const std::pair<Text, Text> refused[] = {
+        {"UPDATE s..t SET a = 2", "permission denied for table t"},
+        {"DELETE FROM s..t", "permission denied for table t"},
+        {"DROP DATABASE \"s\" ", "must be owner of schema s"},
+        {"CREATE DATABASE \"mine\" ", "permission denied for database postgres"}};
+    for (const auto& refusal : refused) {
+      const auto failed = FailureOf([&] { Run(*session, refusal.first); });
+      EXPECT_EQ(failed.lNumber, failure::kNoRights) << refusal.first;
+      EXPECT_THAT(failed.sSentence, HasSubstr(refusal.second)) << refusal.first;
+    }
+  }
+  Do("DROP OWNED BY reader");
+  Do("DROP ROLE reader");
 }
 
 // A time is a parameter: the server leaves out what no row can lie in, and uses its indexes.

@@ -277,6 +277,32 @@ TEST_F(PostgresSessionTest, a_stop_ends_a_statement_and_changes_nothing) {
   ExpectUsable();
 }
 
+// Nobody may be left to tell it.
+TEST_F(PostgresSessionTest, a_server_knows_the_time_out_of_its_statement) {
+  const auto known = [this](std::chrono::milliseconds timeout) {
+    Statement statement{"SELECT current_setting('statement_timeout')", {}, {}};
+    statement.timeout = timeout;
+    return m_session->Run(statement, {}).recordset->ValueAt(0, 0);
+  };
+  EXPECT_EQ(known(std::chrono::milliseconds(2500)), Value("7500ms"));
+  EXPECT_EQ(known(std::chrono::hours(10'000)), Value("2147483647ms"));
+  EXPECT_EQ(known({}), Value("0"));
+}
+
+TEST_F(PostgresSessionTest, a_statement_that_the_server_ends_says_so) {
+  Do("DROP ROLE IF EXISTS guest");
+  Do("CREATE ROLE guest LOGIN");
+  Do("ALTER ROLE guest SET statement_timeout = '20ms'");
+  const auto guest = Open(tests::PostgresCluster::Get().Address(), "guest");
+  const auto failed = FailureOf([&] { guest->Run({"SELECT pg_sleep(600)", {}, {}}, {}); });
+  EXPECT_EQ(failed.lNumber, failure::kTimeout);
+  EXPECT_THAT(failed.sSentence,
+              testing::EndsWith(" ended the statement before it was done (canceling statement due "
+                                "to statement timeout): ask for less, or ask its administrator to "
+                                "allow it more time."));
+  Do("DROP ROLE guest");
+}
+
 TEST_F(PostgresSessionTest, a_stop_up_to_the_commit_changes_nothing) {
   Statement statement{"INSERT INTO s.t VALUES (1)", {}, {}};
   statement.mayCommit = [] { return false; };

@@ -82,6 +82,16 @@ bool CertainlyChanges(std::string_view sWord) {
   return std::ranges::find(kChanging, sWord) != kChanging.end();
 }
 
+// Whoever waits for a statement ends it by himself at its time-out; the server does so a while
+// after that, should nobody be left to tell it.
+Text ServerTimeOut(std::chrono::milliseconds timeout) {
+  if (timeout.count() <= 0) return {};
+  constexpr std::chrono::milliseconds kLater = std::chrono::seconds(5);
+  constexpr std::chrono::milliseconds kMost(std::numeric_limits<std::int32_t>::max());
+  const auto most = std::min(timeout, kMost - kLater) + kLater;
+  return "; SET LOCAL statement_timeout = " + std::to_string(most.count());
+}
+
 platform::Long LongOf(RowIndex rows) {
   return static_cast<platform::Long>(
       std::min<RowIndex>(rows, std::numeric_limits<platform::Long>::max()));
@@ -206,6 +216,7 @@ std::optional<EngineResult> PostgresSession::Try(const Call& call, bool bReads) 
       sBegin += ", " + platform::QuotedName(catalog.sName);
     }
   }
+  sBegin += ServerTimeOut(call.statement.timeout);
   m_link->Command(sBegin.c_str(), call.stop);
   try {
     RunIn(call, bReads, result, bWouldChange);
@@ -315,6 +326,13 @@ void PostgresSession::Fail(const Call& call, const PGresult* error) {
   if (NumberOfState(told.sState) == failure::kWouldChange) throw WouldChange(call.statement.sSql);
   if (NumberOfState(told.sState) == failure::kObjectClosed) {
     throw LinkLost(m_link->Server(), told.sMessage, call.statement.sSql);
+  }
+  if (NumberOfState(told.sState) == failure::kCancelled && !call.stop.stop_requested()) {
+    throw Failure(failure::kTimeout,
+                  "The server at " + m_link->Server() +
+                      " ended the statement before it was done (" + told.sMessage +
+                      "): ask for less, or ask its administrator to allow it more time.",
+                  "PostgreSQL", 0, call.statement.sSql);
   }
   const std::size_t nPlace = told.nPosition == 0 ? 0 : PlaceOf(call, told.nPosition);
   throw Failure(NumberOfState(told.sState), SentenceOf(told, m_link->Server(), nPlace),
