@@ -30,6 +30,7 @@ orvane_test(postgres SHARDS 2
     engines/postgres_cluster.cpp
     engines/postgres_encryption_test.cpp
     engines/postgres_engine_test.cpp
+    engines/postgres_failover_test.cpp
     engines/postgres_link_test.cpp
     engines/postgres_parameters_test.cpp
     engines/postgres_schema_test.cpp

@@ -126,6 +126,17 @@ TEST(logon_dialog, a_known_server_can_be_picked_by_key) {
   EXPECT_EQ(request.sServer, "plant");
 }
 
+TEST(logon_dialog, a_known_server_is_offered_as_one_types) {
+  LogonRequest request = Request();
+  EXPECT_TRUE(Ask(request, [](Shown& shown) {
+    shown.server->lineEdit()->selectAll();
+    QTest::keyClicks(shown.server->lineEdit(), "pl");
+    EXPECT_EQ(shown.server->lineEdit()->selectedText(), "ant");
+    QTest::mouseClick(shown.ok, Qt::LeftButton);
+  }));
+  EXPECT_EQ(request.sServer, "plant");
+}
+
 TEST(logon_dialog, enter_is_ok) {
   LogonRequest request = Request();
   EXPECT_TRUE(Ask(request, [](Shown& shown) {

@@ -90,17 +90,33 @@ TEST_F(postgres_server, is_browsed_queried_and_given_catalogs_like_any_other) {
 // Cut, and connected again.
 TEST_F(postgres_server, says_that_it_is_gone_and_comes_back) {
   OpenCatalogs();
+  Fill({{"m_txtName", "Mill"}});
+  driver->Choose(m_sCatalogs, "Add Catalog...");
+  PostgresCluster::Get().Do(m_sDatabase, "INSERT INTO \"Mill\".\"Data\" VALUES ('T1', now(), 1.5)");
+  driver->Expand(m_sMill);
+  driver->Select(m_sMill + ".Data");
+  EXPECT_EQ(FirstColumn(), Texts{"T1"});
   ExpectNoBoxes();
+
   PostgresCluster::Get().Do("postgres",
                             "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE "
                             "datname = '" +
                                 m_sDatabase + "'");
-  Fill({{"m_txtName", "Mill"}});
+  driver->Refresh();
+  EXPECT_NE(ErrorBox().find("was lost"), Text::npos);
+  EXPECT_EQ(FirstColumn(), Texts{"T1"}) << "what is on the screen stays";
+  Fill({{"m_txtName", "Mill2"}});
   driver->Choose(m_sCatalogs, "Add Catalog...");
   EXPECT_NE(ErrorBox().find("was lost"), Text::npos);
-  OpenCatalogs();
+  EXPECT_EQ(driver->LogonsSeen(), 1) << "nobody is asked who has not asked to come back";
+
+  driver->Choose(m_sServer, "Disconnect");
+  driver->Choose(m_sServer, "Connect...");
+  EXPECT_EQ(driver->LogonsSeen(), 2);
+  for (const Text& sKey : {m_sServer, m_sCatalogs, m_sMill}) driver->Expand(sKey);
+  driver->Select(m_sMill + ".Data");
+  EXPECT_EQ(FirstColumn(), Texts{"T1"});
   ExpectNoBoxes();
-  EXPECT_TRUE(driver->HasItem(m_sCatalogs + ".Orvane"));
 }
 
 }  // namespace

@@ -78,8 +78,23 @@ int FreePort() {
 }  // namespace
 
 PostgresCluster& PostgresCluster::Get() {
-  static PostgresCluster cluster;
-  return cluster;
+  static const auto cluster = [] {
+    std::unique_ptr<PostgresCluster> made(new PostgresCluster);
+    made->Fill({ProgramsOfServer() / "initdb", "-U", kUser, "-A", "scram-sha-256",
+                "--auth-local=trust", "-E", "UTF8", "--locale=C", "--no-sync"});
+    made->Start();
+    made->Do("postgres", std::string("ALTER USER orvane PASSWORD '") + kPassword + "'");
+    return made;
+  }();
+  return *cluster;
+}
+
+std::unique_ptr<PostgresCluster> PostgresCluster::NewStandby() const {
+  std::unique_ptr<PostgresCluster> standby(new PostgresCluster);
+  standby->Fill({ProgramsOfServer() / "pg_basebackup", "-h", m_folder, "-p",
+                 std::to_string(m_nPort), "-U", kUser, "-R", "-c", "fast", "--no-sync"});
+  standby->Start();
+  return standby;
 }
 
 PostgresCluster::PostgresCluster() {
@@ -91,20 +106,16 @@ PostgresCluster::PostgresCluster() {
       throw std::runtime_error("the cluster's folder cannot be given away");
     }
   }
-  const std::string sData = m_folder / "data";
+}
+
+void PostgresCluster::Fill(std::vector<std::string> words) const {
+  words.insert(words.end(), {"-D", m_folder / "data"});
   int nStatus = 0;
-  waitpid(
-      StartProgram({ProgramsOfServer() / "initdb", "-D", sData, "-U", "orvane", "-A",
-                    "scram-sha-256", "--auth-local=trust", "-E", "UTF8", "--locale=C", "--no-sync"},
-                   m_folder),
-      &nStatus, 0);
-  if (nStatus != 0) {
-    std::ifstream log(m_folder / "log");
-    throw std::runtime_error("initdb failed: " +
-                             std::string(std::istreambuf_iterator<char>(log), {}));
-  }
-  Start();
-  Do("postgres", std::string("ALTER USER orvane PASSWORD '") + kPassword + "'");
+  waitpid(StartProgram(words, m_folder), &nStatus, 0);
+  if (nStatus == 0) return;
+  std::ifstream log(m_folder / "log");
+  throw std::runtime_error(words.front() +
+                           " failed: " + std::string(std::istreambuf_iterator<char>(log), {}));
 }
 
 void PostgresCluster::Do(const std::string& sDatabase, const std::string& sSql) const {

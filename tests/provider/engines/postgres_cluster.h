@@ -6,7 +6,9 @@
 #include <sys/types.h>
 
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace orvane::tests {
 
@@ -40,9 +42,15 @@ class PostgresCluster {
   /// Kills every process of it at once, as a power cut would.
   void Kill();
   void Start();
+  /// Another server that follows this one, as it is after a while, and takes no changes until it is
+  /// promoted.
+  std::unique_ptr<PostgresCluster> NewStandby() const;
 
  private:
+  /// Of an empty folder.
   PostgresCluster();
+  /// Has a program put the data into the folder.
+  void Fill(std::vector<std::string> words) const;
 
   std::filesystem::path m_folder;
   int m_nPort = 0;

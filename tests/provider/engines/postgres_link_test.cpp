@@ -1,8 +1,13 @@
 // Logging on, and links that break at every moment. ORVANE_ROUNDS sets how many moments are tried.
+#include <unistd.h>
+
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <random>
 #include <thread>
 
+#include "tests/fakes/variable.h"
 #include "tests/provider/engines/postgres_fixture.h"
 #include "tests/provider/engines/way_to_server.h"
 
@@ -43,6 +48,19 @@ TEST_F(PostgresLinkTest, logs_on_with_a_password) {
   const auto session = Open(PostgresCluster::Get().AddressByPort(), "anna", "correct horse");
   EXPECT_EQ(session->Run({"SELECT current_user::text", {}, {}}, {}).recordset->ValueAt(0, 0),
             Value("anna"));
+}
+
+TEST_F(PostgresLinkTest, logs_on_with_the_password_of_the_users_file) {
+  const auto file =
+      std::filesystem::temp_directory_path() / ("orvane-passwords-" + std::to_string(getpid()));
+  std::ofstream(file) << "*:*:*:anna:correct horse\n";
+  std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+  const fakes::Variable passwords("PGPASSFILE", file.c_str());
+  EXPECT_EQ(Open(PostgresCluster::Get().AddressByPort(), "anna")
+                ->Run({"SELECT current_user::text", {}, {}}, {})
+                .recordset->ValueAt(0, 0),
+            Value("anna"));
+  std::filesystem::remove(file);
 }
 
 TEST_F(PostgresLinkTest, is_refused_with_a_wrong_password_or_none) {

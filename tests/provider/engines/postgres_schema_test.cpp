@@ -1,3 +1,5 @@
+#include "provider/engines/postgres/postgres_schema.h"
+
 #include "tests/provider/engines/postgres_fixture.h"
 
 namespace orvane::provider::engines {
@@ -57,6 +59,9 @@ TEST_F(PostgresSchemaTest, lists_tables_and_views_of_every_kind_by_name) {
   Do("CREATE MATERIALIZED VIEW s.e AS SELECT n FROM s.b");
   Do("CREATE TABLE s.d(n int) PARTITION BY RANGE (n)");
   Do("CREATE TABLE s.d1 PARTITION OF s.d FOR VALUES FROM (0) TO (9)");
+  Do("CREATE FOREIGN DATA WRAPPER nothing");
+  Do("CREATE SERVER elsewhere FOREIGN DATA WRAPPER nothing");
+  Do("CREATE FOREIGN TABLE s.f(n int) SERVER elsewhere");
   Do("CREATE SEQUENCE s.no_table");
   for (const bool bColumns : {true, false}) {
     std::vector<Text> names;
@@ -64,8 +69,9 @@ TEST_F(PostgresSchemaTest, lists_tables_and_views_of_every_kind_by_name) {
       names.push_back(table.sName + (table.bView ? " (view)" : ""));
       EXPECT_EQ(table.columns.empty(), !bColumns || table.sName == "A");
     }
-    EXPECT_THAT(names, ElementsAre("A", "b", "c (view)", "d", "d1", "e (view)"));
+    EXPECT_THAT(names, ElementsAre("A", "b", "c (view)", "d", "d1", "e (view)", "f"));
   }
+  Do("DROP FOREIGN DATA WRAPPER nothing CASCADE");
 }
 
 TEST_F(PostgresSchemaTest, describes_one_table_whatever_the_case_of_its_name) {
@@ -97,6 +103,25 @@ TEST_F(PostgresSchemaTest, describes_indexes_in_their_order) {
   EXPECT_TRUE(indexes[2].parts[0].bDescending);
   EXPECT_EQ(indexes[2].parts[1].sColumn, std::nullopt);
   EXPECT_TRUE(tables[1].indexes.empty());
+}
+
+TEST_F(PostgresSchemaTest, of_any_number_of_tables_takes_three_statements_at_most) {
+  tests::PostgresCluster::Get().Do(
+      "postgres",
+      "DO 'BEGIN FOR n IN 1..300 LOOP EXECUTE format(''CREATE TABLE s.t%s(a int PRIMARY KEY, b "
+      "text)'', n); END LOOP; END'");
+  int nStatements = 0;
+  TableColumns columns;
+  const auto tables = ReadPostgresSchema(
+      "s", {{}, true, true},
+      [&](const Text& sSql, std::vector<platform::Value> parameters) {
+        ++nStatements;
+        return Rows(sSql, std::move(parameters));
+      },
+      columns);
+  EXPECT_EQ(tables.size(), 300U);
+  EXPECT_EQ(tables.back().indexes.size(), 1U);
+  EXPECT_LE(nStatements, 3);
 }
 
 TEST_F(PostgresSchemaTest, of_a_schema_that_is_not_there_is_empty) {
