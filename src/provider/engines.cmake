@@ -42,4 +42,5 @@ list(APPEND PROVIDER_SOURCES
   engines/sqlite/sqlite_stored_times.cpp
   engines/sqlite/sqlite_values.cpp
   engines/sqlite/sqlite_watch.cpp
-  engines/statement_thread.cpp)
+  engines/statement_thread.cpp
+  engines/written_place.cpp)

@@ -18,7 +18,6 @@ const std::vector<KnownDifference>& KnownDifferences() {
       {kIndexesOfKeysOwn, "kIndexesOfKeysOwn", "indexes of a table's rules have names of its own"},
       {kChoosesItsPlaces, "kChoosesItsPlaces", "a catalog has no path and no limit of its size"},
       {kNoZeroCharacter, "kNoZeroCharacter", "texts hold no character of number 0"},
-      {kTellsPlaces, "kTellsPlaces", "what the engine itself refuses is told with its place"},
       {kNoStatementTimes, "kNoStatementTimes", "texts are no times while a statement runs"},
   };
   return all;

@@ -42,7 +42,6 @@ enum class Difference {
   kIndexesOfKeysOwn,    ///< indexes that a table's rules need have names of the engine's own
   kChoosesItsPlaces,    ///< where a catalog lies, and how large it grows, is for the server alone
   kNoZeroCharacter,     ///< a text holds no character of number 0
-  kTellsPlaces,         ///< what it refuses itself is told with its place
   kNoStatementTimes,    ///< a column of texts is no time while a statement runs
 };
 

@@ -308,9 +308,7 @@ TEST_P(statements, tells_the_place_of_what_is_wrong) {
                                 "SELECT '\xC3\xA4', ifnull(Value, 0), nofunction(Value) FROM "
                                 "Plant1..Data WHERE Timestamp > '*-1h'");
   EXPECT_EQ(sFailure.substr(0, 4), "3805");
-  if (Differs(Difference::kTellsPlaces)) {
-    EXPECT_NE(sFailure.find("(character 31 of the statement)"), Text::npos) << sFailure;
-  }
+  EXPECT_NE(sFailure.find("(character 31 of the statement)"), Text::npos) << sFailure;
 }
 
 TEST_P(statements, makes_and_reads_views_and_tables_of_ones_own) {

@@ -74,6 +74,14 @@ TEST(SqliteErrors, each_native_code_has_its_number) {
   for (const auto& [nCode, lNumber] : cases) EXPECT_EQ(FailureNumberOf(nCode), lNumber) << nCode;
 }
 
+TEST(SqliteErrors, a_place_stands_behind_what_is_there) {
+  EXPECT_EQ(SentenceOf(SQLITE_ERROR, "M", "why", 7),
+            "The statement cannot be run: why (character 7 of the statement); correct it.");
+  EXPECT_EQ(SentenceOf(SQLITE_ERROR, "M", "no such column: x", 7),
+            "There is no column \"x\" (character 7 of the statement): write the name of one that "
+            "the tables have; a text or a time stands between single quotes.");
+}
+
 TEST(SqliteErrors, each_kind_of_trouble_has_its_own_sentence) {
   const std::vector<std::pair<int, std::string>> cases = {
       {SQLITE_ERROR, "The statement cannot be run: why; correct it."},

@@ -55,7 +55,8 @@ TEST_F(SqliteSessionTest, tells_what_is_wrong_with_a_statement_and_keeps_its_tex
   const auto session = Open();
   EXPECT_EQ(RunFails(*session, "SELEC 1"),
             (Told{failure::kSqlError,
-                  "The statement cannot be run: near \"SELEC\": syntax error; correct it."}));
+                  "The statement cannot be run: near \"SELEC\": syntax error (character 1 of the "
+                  "statement); correct it."}));
   EXPECT_EQ(RunFails(*session, "SELECT * FROM nowhere"),
             (Told{failure::kSqlError,
                   "The statement cannot be run: no such table: nowhere; correct it."}));
@@ -122,11 +123,14 @@ TEST_F(SqliteSessionTest, a_statement_that_fails_has_changed_nothing_whatever_it
 
 TEST_F(SqliteSessionTest, a_name_in_double_quotes_is_never_a_text) {
   const auto session = Open(Make("m.db", "CREATE TABLE t(a); INSERT INTO t VALUES (1), (2)"));
-  const Told expected{failure::kSqlError,
-                      "There is no column \"Gone\": write the name of one that the tables have; a "
-                      "text or a time stands between single quotes."};
-  EXPECT_EQ(RunFails(*session, "SELECT \"Gone\" FROM t"), expected);
-  EXPECT_EQ(RunFails(*session, "DELETE FROM t WHERE \"Gone\" <> 'x'"), expected);
+  const auto expected = [](const std::string& sPlace) {
+    return Told{failure::kSqlError,
+                "There is no column \"Gone\" (character " + sPlace +
+                    " of the statement): write the name of one that the tables have; a text or a "
+                    "time stands between single quotes."};
+  };
+  EXPECT_EQ(RunFails(*session, "SELECT \"Gone\" FROM t"), expected("8"));
+  EXPECT_EQ(RunFails(*session, "DELETE FROM t WHERE \"Gone\" <> 'x'"), expected("21"));
   EXPECT_EQ(RunFails(*session, "CREATE INDEX i ON t(\"Gone\" || 'x')").lNumber, failure::kSqlError);
   EXPECT_TRUE(One(*session, "SELECT count(*) FROM t") == Big(2));
 }

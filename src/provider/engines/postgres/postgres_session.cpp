@@ -20,6 +20,7 @@
 #include "provider/engines/postgres/postgres_parameters.h"
 #include "provider/engines/postgres/postgres_refused_names.h"
 #include "provider/engines/postgres/postgres_schema.h"
+#include "provider/engines/written_place.h"
 
 namespace orvane::provider::engines {
 
@@ -108,12 +109,6 @@ std::size_t ByteOf(std::string_view sText, std::size_t nCharacter) {
     if (BeginsCharacter(sText[nByte]) && ++n == nCharacter) break;
   }
   return nByte;
-}
-
-// The number of the character that begins there, from 1.
-std::size_t CharacterOf(std::string_view sText, std::size_t nByte) {
-  return 1 +
-         static_cast<std::size_t>(std::ranges::count_if(sText.substr(0, nByte), BeginsCharacter));
 }
 
 }  // namespace
@@ -309,16 +304,7 @@ void PostgresSession::Commit(const Call& call, bool bReads) {
 // The server counts characters from 1, of the text as it was sent; who wrote the statement counts
 // those of the text as it was written.
 std::size_t PostgresSession::PlaceOf(const Call& call, std::size_t nCharacter) {
-  const auto& written = call.statement.written;
-  std::size_t nByte = call.text.PlaceBefore(ByteOf(call.text.sSql, nCharacter));
-  const auto behind = std::ranges::upper_bound(written.places, nByte, {},
-                                               &std::pair<std::size_t, std::size_t>::first);
-  if (behind == written.places.begin()) return CharacterOf(call.statement.sSql, nByte);
-  const auto [nBegin, nWritten] = *std::prev(behind);
-  // What stands there instead of a piece is as long as it likes.
-  const std::size_t nEnd = behind == written.places.end() ? written.sText.size() : behind->second;
-  nByte = std::min(nWritten + (nByte - nBegin), std::max(nWritten, nEnd));
-  return CharacterOf(written.sText, nByte);
+  return WrittenPlace(call.statement, call.text.PlaceBefore(ByteOf(call.text.sSql, nCharacter)));
 }
 
 void PostgresSession::Fail(const Call& call, const PGresult* error) {

@@ -121,7 +121,8 @@ std::string_view MissingColumn(std::string_view sDetail) {
 
 }  // namespace
 
-Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) {
+Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail,
+                std::size_t nPlace) {
   switch (nCode & kPrimaryCode) {
     case SQLITE_NOMEM:
     case SQLITE_TOOBIG:
@@ -180,24 +181,27 @@ Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail) 
     case failure::kNotSupported:
       return "The statement is refused: attaching and detaching, transactions and settings of the "
              "database are not for statements; leave them out.";
-    default:
+    default: {
+      const Text sPlace =
+          nPlace == 0 ? Text() : fmt::format(" (character {} of the statement)", nPlace);
       if (const auto sName = MissingColumn(sDetail); !sName.empty()) {
         return fmt::format(
-            "There is no column \"{}\": write the name of one that the tables have; a text or a "
+            "There is no column \"{}\"{}: write the name of one that the tables have; a text or a "
             "time stands between single quotes.",
-            sName);
+            sName, sPlace);
       }
       if (sDetail.ends_with("stack overflow") || sDetail.starts_with("Expression tree ")) {
         return "The statement is nested too deeply for the database: nest fewer brackets, calls "
                "and queries.";
       }
-      return fmt::format("The statement cannot be run: {}; correct it.", sDetail);
+      return fmt::format("The statement cannot be run: {}{}; correct it.", sDetail, sPlace);
+    }
   }
 }
 
 platform::Failure FailureOf(int nCode, std::string_view sSubject, std::string_view sDetail,
-                            Text sSql) {
-  return {FailureNumberOf(nCode), SentenceOf(nCode, sSubject, sDetail), "SQLite", nCode,
+                            Text sSql, std::size_t nPlace) {
+  return {FailureNumberOf(nCode), SentenceOf(nCode, sSubject, sDetail, nPlace), "SQLite", nCode,
           std::move(sSql)};
 }
 

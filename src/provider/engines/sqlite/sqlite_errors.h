@@ -3,6 +3,7 @@
 // but where a database is given.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "platform/failure.h"
@@ -31,11 +32,13 @@ int WithSystemError(sqlite3* database, int nCode);
 platform::Long FailureNumberOf(int nCode) noexcept;
 
 /// The sentence for a code. The subject is what the statement worked on, as it stands at the
-/// beginning of a sentence ("The catalog \"Machine\""); the detail is SQLite's own message.
-platform::Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail);
+/// beginning of a sentence ("The catalog \"Machine\""); the detail is SQLite's own message, the
+/// place that of the character, from 1, which it is about, or 0.
+platform::Text SentenceOf(int nCode, std::string_view sSubject, std::string_view sDetail,
+                          std::size_t nPlace = 0);
 
 /// Number, sentence, source and native error in one.
 platform::Failure FailureOf(int nCode, std::string_view sSubject, std::string_view sDetail,
-                            platform::Text sSql = {});
+                            platform::Text sSql = {}, std::size_t nPlace = 0);
 
 }  // namespace orvane::provider::engines

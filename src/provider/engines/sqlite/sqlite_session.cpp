@@ -58,7 +58,7 @@ EngineResult SqliteSession::Run(const EngineStatement& statement, std::stop_toke
 
 EngineResult SqliteSession::RunAttached(const EngineStatement& statement, const Text& sSubject,
                                         SqliteRefusals& refusals, SqliteWatch& watch) {
-  SqliteStatement prepared(m_database.get(), statement.sSql, sSubject);
+  SqliteStatement prepared(m_database.get(), statement, sSubject);
   // SQLite says of EXPLAIN what it says of the statement behind it; but that does not run.
   const bool bReads = prepared.ReadsOnly() || prepared.Explains();
   if (statement.bReadOnly && !bReads) throw WouldChange(statement.sSql);

@@ -10,6 +10,7 @@
 #include "provider/engines/sqlite/sqlite_errors.h"
 #include "provider/engines/sqlite/sqlite_values.h"
 #include "provider/engines/sqlite/sqlite_watch.h"
+#include "provider/engines/written_place.h"
 
 namespace orvane::provider::engines {
 
@@ -74,8 +75,9 @@ TableColumn ReadFromTable(sqlite3* database, sqlite3_stmt* statement, int nColum
 
 }  // namespace
 
-SqliteStatement::SqliteStatement(sqlite3* database, const Text& sSql, const Text& sSubject)
-    : m_database(database), m_sSql(sSql), m_sSubject(sSubject) {
+SqliteStatement::SqliteStatement(sqlite3* database, const Text& sSql, const Text& sSubject,
+                                 const EngineStatement* written)
+    : m_database(database), m_sSql(sSql), m_sSubject(sSubject), m_written(written) {
   // SQLite would take a zero byte for the end and leave what is behind it unread.
   if (sSql.find('\0') != Text::npos) {
     throw Failure(failure::kSqlError,
@@ -102,7 +104,12 @@ sqlite3_stmt* SqliteStatement::Prepare(std::string_view sSql, std::string_view& 
   const char* sTail = nullptr;
   const int nCode = sqlite3_prepare_v3(m_database, sSql.data(), static_cast<int>(sSql.size()), 0,
                                        &statement, &sTail);
-  if (nCode != SQLITE_OK) Fail(nCode);
+  if (nCode != SQLITE_OK) {
+    const int nOffset = sqlite3_error_offset(m_database);
+    if (m_written == nullptr || nOffset < 0) Fail(nCode);
+    const auto nByte = static_cast<std::size_t>(sSql.data() - m_sSql.data() + nOffset);
+    Fail(nCode, WrittenPlace(*m_written, nByte));
+  }
   sRest = sSql.substr(static_cast<std::size_t>(sTail - sSql.data()));
   return statement;
 }
@@ -187,9 +194,9 @@ void SqliteStatement::Run() {
   if (nCode != SQLITE_DONE) Fail(nCode);
 }
 
-void SqliteStatement::Fail(int nCode) const {
+void SqliteStatement::Fail(int nCode, std::size_t nPlace) const {
   throw FailureOf(WithSystemError(m_database, nCode), m_sSubject, sqlite3_errmsg(m_database),
-                  m_sSql);
+                  m_sSql, nPlace);
 }
 
 }  // namespace orvane::provider::engines

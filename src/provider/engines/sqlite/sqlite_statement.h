@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "provider/engines/engine.h"
 #include "provider/engines/sqlite/sqlite_fetch.h"
 
 namespace orvane::provider::engines {
@@ -15,7 +16,12 @@ class SqliteStatement {
  public:
   /// Fails for a text without a statement or with a second one behind the first. The subject is
   /// what the statement works on, for sentences. The text must outlive the statement.
-  SqliteStatement(sqlite3* database, const platform::Text& sSql, const platform::Text& sSubject);
+  SqliteStatement(sqlite3* database, const platform::Text& sSql, const platform::Text& sSubject)
+      : SqliteStatement(database, sSql, sSubject, nullptr) {}
+  /// Of what a user wrote: sentences tell the places in that.
+  SqliteStatement(sqlite3* database, const EngineStatement& statement,
+                  const platform::Text& sSubject)
+      : SqliteStatement(database, statement.sSql, sSubject, &statement) {}
 
   /// Gives all parameters, which must outlive the statement; fails with
   /// failure::kInvalidArgument unless there are as many as places for them.
@@ -44,14 +50,17 @@ class SqliteStatement {
   }
 
  private:
+  SqliteStatement(sqlite3* database, const platform::Text& sSql, const platform::Text& sSubject,
+                  const EngineStatement* written);
   std::vector<ado::ColumnDescription> Columns() const;
   sqlite3_stmt* Prepare(std::string_view sSql, std::string_view& sRest) const;
   bool HasStatement(std::string_view sSql) const;
-  [[noreturn]] void Fail(int nCode) const;
+  [[noreturn]] void Fail(int nCode, std::size_t nPlace = 0) const;
 
   sqlite3* m_database;
   const platform::Text& m_sSql;
   const platform::Text& m_sSubject;
+  const EngineStatement* m_written;
   SqliteStatementHandle m_statement;
 };
 
