@@ -16,10 +16,12 @@ orvane_test(conformance SHARDS 2
     conformance/rows_test.cpp
     conformance/schema_test.cpp
     conformance/server_rows_test.cpp
+    conformance/sql_examples_test.cpp
     conformance/statements_test.cpp
     conformance/times_test.cpp
     engines/postgres_cluster.cpp)
 target_compile_definitions(conformance_tests PRIVATE
   ORVANE_CONFORMANCE="${CMAKE_CURRENT_SOURCE_DIR}/conformance"
+  ORVANE_SQL_PAGE="${CMAKE_SOURCE_DIR}/docs/sql.md"
   ORVANE_SAMPLE="${CMAKE_SOURCE_DIR}/samples/Localhost.orvc"
   ORVANE_SERVER_SAMPLE="${CMAKE_SOURCE_DIR}/samples/Server.orvc")

@@ -7,7 +7,6 @@ orvane_test(dialect SHARDS 4
     dialect/day_random_test.cpp
     dialect/day_texts_test.cpp
     dialect/lexer_test.cpp
-    dialect/sql_examples_test.cpp
     dialect/statement_parameters_test.cpp
     dialect/statement_reader_test.cpp
     dialect/statement_work_test.cpp
@@ -23,9 +22,6 @@ orvane_test(dialect SHARDS 4
     dialect/translator_refusals_test.cpp
     dialect/translator_times_test.cpp
     dialect/written_times_test.cpp)
-
-target_compile_definitions(dialect_tests PRIVATE
-  ORVANE_SQL_PAGE="${CMAKE_SOURCE_DIR}/docs/sql.md")
 
 orvane_test(historian SHARDS 2
   LINK orvane_provider
