@@ -43,6 +43,11 @@ class postgres_server : public command_scenario {
     for (const Text& sKey : {Text(kStaticNode), m_sServer, m_sCatalogs}) driver->Expand(sKey);
   }
 
+  void ExpectLost() {
+    const Text sText = ErrorBox();
+    EXPECT_NE(sText.find("was lost"), Text::npos) << sText;
+  }
+
   std::string m_sDatabase;
   std::filesystem::path m_services =
       std::filesystem::temp_directory_path() / ("orvane-mill-" + std::to_string(getpid()));
@@ -103,11 +108,11 @@ TEST_F(postgres_server, says_that_it_is_gone_and_comes_back) {
                             "datname = '" +
                                 m_sDatabase + "'");
   driver->Refresh();
-  EXPECT_NE(ErrorBox().find("was lost"), Text::npos);
+  ExpectLost();
   EXPECT_EQ(FirstColumn(), Texts{"T1"}) << "what is on the screen stays";
   Fill({{"m_txtName", "Mill2"}});
   driver->Choose(m_sCatalogs, "Add Catalog...");
-  EXPECT_NE(ErrorBox().find("was lost"), Text::npos);
+  ExpectLost();
   EXPECT_EQ(driver->LogonsSeen(), 1) << "nobody is asked who has not asked to come back";
 
   driver->Choose(m_sServer, "Disconnect");

@@ -53,9 +53,10 @@ PostgresLink::PostgresLink(const PostgresAddress& address, const Text& sUser, Te
 }
 
 void PostgresLink::RequireOpen() const {
-  if (m_connection == nullptr) {
-    throw Failure(failure::kObjectClosed, "The connection is closed; connect again.", "PostgreSQL");
-  }
+  if (m_connection != nullptr) return;
+  // Whoever met it first may have kept it to himself.
+  if (!m_sLost.empty()) throw LinkLost(m_sServer, m_sLost);
+  throw Failure(failure::kObjectClosed, "The connection is closed; connect again.", "PostgreSQL");
 }
 
 Text PostgresLink::Way() const {
@@ -78,9 +79,13 @@ Text PostgresLink::Way() const {
 }
 
 void PostgresLink::FailLost() {
-  const Text sWords = LastWords(m_connection.get());
+  Lose(LastWords(m_connection.get()));
+}
+
+void PostgresLink::Lose(const Text& sWords) {
+  m_sLost = sWords;
   m_connection.reset();
-  throw LinkLost(m_sServer, sWords);
+  throw LinkLost(m_sServer, m_sLost);
 }
 
 void PostgresLink::Sent(int nDone) {
@@ -97,6 +102,7 @@ void PostgresLink::Command(const char* sSql, const std::stop_token& stop) {
   while (const PostgresResult result = Next(stop)) {
     if (PQresultStatus(result.get()) == PGRES_FATAL_ERROR && !failed) {
       const PostgresError error = ErrorOf(result.get());
+      if (NumberOfState(error.sState) == failure::kObjectClosed) Lose(error.sMessage);
       failed.emplace(NumberOfState(error.sState), SentenceOf(error, m_sServer, 0), "PostgreSQL", 0,
                      sSql);
     }

@@ -77,6 +77,7 @@ class PostgresLink {
 
  private:
   [[noreturn]] void FailLost();
+  [[noreturn]] void Lose(const platform::Text& sWords);
   void Sent(int nDone);
   // The same for what is queued.
   void Queued(int nDone);
@@ -86,6 +87,7 @@ class PostgresLink {
   std::size_t Arrived() const;
 
   platform::Text m_sServer;
+  platform::Text m_sLost;  // why the link was lost; empty while it was not
   // When a server that was asked to end what it does is waited for no longer.
   std::chrono::steady_clock::time_point m_giveUp = std::chrono::steady_clock::time_point::max();
   std::chrono::steady_clock::time_point m_tellAgain;
