@@ -224,9 +224,13 @@ TEST_F(orvane_rows, come_from_a_program_that_is_started_from_anywhere) {
   EXPECT_EQ(Shell(sRows).nStatus, 0);
 }
 
-TEST_F(orvane_rows, find_no_provider_that_is_not_registered) {
-  std::filesystem::remove_all(m_folder / "data/orvane/components");
-  EXPECT_EQ(Rows("").nStatus, 7);
+TEST_F(orvane_rows, need_what_they_are_read_from_and_written_to) {
+  auto ended = Orvane("sql Plant.orvc localhost - <&-");
+  EXPECT_EQ(ended.nStatus, 2);
+  EXPECT_THAT(ended.sErrors, HasSubstr("The standard input cannot be read: Bad file descriptor"));
+  ended = Rows(" --csv >&-");
+  EXPECT_EQ(ended.nStatus, 7);
+  EXPECT_THAT(ended.sErrors, HasSubstr("The output cannot be written: Bad file descriptor"));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "tools/orvane/document_commands.h"
 #include "tools/orvane/statuses.h"
 #include "tools/orvane/tree_commands.h"
+#include "tools/terminal/standard_files.h"
 
 namespace {
 
@@ -166,6 +167,7 @@ int Main(int argc, char** argv, const std::shared_ptr<tools::Interruption>& inte
 }  // namespace
 
 int main(int argc, char** argv) {
+  tools::HoldStandardFiles();
   // A reader that has gone is told by the write.
   signal(SIGPIPE, SIG_IGN);
   const auto interruption = std::make_shared<tools::Interruption>();

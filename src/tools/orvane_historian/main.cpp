@@ -19,6 +19,7 @@
 #include "tools/orvane_historian/record.h"
 #include "tools/orvane_historian/server_catalog.h"
 #include "tools/orvane_historian/server_rows.h"
+#include "tools/terminal/standard_files.h"
 
 namespace {
 
@@ -265,5 +266,6 @@ int Main(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tools::HoldStandardFiles();
   return tools::EndingTold(std::cerr, [&] { return Main(argc, argv); });
 }
