@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "component/registry.h"
 #include "tests/component/temporary_folder.h"
@@ -27,12 +28,19 @@ struct Outcome {
 
 class RegsvrTest : public testing::Test {
  protected:
+  RegsvrTest() {
+    // Beside the one that was built lie the components that were built.
+    std::filesystem::create_directories(m_folder / "program/bin");
+    std::filesystem::copy_file(ORVANE_REGSVR, m_folder / "program/bin/orvane-regsvr");
+  }
+
   // Data folders of the test's own, so that nothing of this machine is seen or changed.
   Outcome Run(const std::string& sArguments) {
     const std::string sErrors = m_folder / "errors";
     const std::string sCommand = "XDG_DATA_HOME='" + (m_folder / "user").string() +
-                                 "' XDG_DATA_DIRS='" + (m_folder / "system").string() +
-                                 "' " ORVANE_REGSVR " " + sArguments + " 2>'" + sErrors + "'";
+                                 "' XDG_DATA_DIRS='" + (m_folder / "system").string() + "' '" +
+                                 (m_folder / "program/bin/orvane-regsvr").string() + "' " +
+                                 sArguments + " 2>'" + sErrors + "'";
     const auto ended = tests::RunInShell(sCommand);
     return {ended.nStatus, ended.sOutput, test::ReadText(sErrors)};
   }
