@@ -74,6 +74,17 @@ TEST(value_dialog, a_text_that_did_not_change_comes_back_as_it_was) {
   }
 }
 
+TEST(value_dialog, characters_that_mark_frames_to_the_toolkit_stay_what_they_are) {
+  const Text sText = "a\uFDD0b\uFDD1\uFDD0c\uF8FF\n\uFDD1";
+  ValueDialog dialog({sText, DataType::WChar, ValueInput()}, "Note", nullptr);
+  dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+  EXPECT_EQ(TypedIn(dialog).document()->blockCount(), 2);
+  TypedIn(dialog).textCursor().insertText("X");
+  dialog.accept();
+  ASSERT_TRUE(dialog.Taken());
+  EXPECT_EQ(*dialog.Taken(), Value("X" + sText));
+}
+
 TEST(value_dialog, of_many_bytes_no_more_is_laid_out_than_is_looked_at) {
   ValueDialog dialog({BytesOf(QByteArray(2'000'000, 'x')), DataType::Binary, ValueInput()}, "Raw",
                      nullptr);

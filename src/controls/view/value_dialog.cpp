@@ -87,6 +87,21 @@ std::pair<QPixmap, QString> PictureOf(const QByteArray& raw) {
                         : std::pair(QPixmap::fromImage(image), QString());
 }
 
+/// The characters that mark frames in the toolkit's documents, which makes line breaks of them,
+/// each with one that stands in for it; none for a text that has none of them.
+std::vector<std::pair<QChar, QChar>> StandInsFor(const QString& sText) {
+  constexpr char16_t kFirstPrivate = 0xE000;
+  constexpr char16_t kLastPrivate = 0xF8FF;
+  std::vector<std::pair<QChar, QChar>> standIns;
+  char16_t next = kLastPrivate;
+  for (const QChar mark : {QChar(0xFDD0), QChar(0xFDD1)}) {
+    if (!sText.contains(mark)) continue;
+    while (next > kFirstPrivate && sText.contains(QChar(next))) --next;
+    standIns.emplace_back(mark, QChar(next--));
+  }
+  return standIns;
+}
+
 QPlainTextEdit* AddPage(QTabWidget& pages, const QString& sLabel, const char* sName) {
   auto* page = new QPlainTextEdit;
   page->setObjectName(sName);
@@ -164,7 +179,10 @@ ValueDialog::ValueDialog(EditedCell cell, const QString& sColumn, QWidget* paren
         "This text is too long to be typed here, and only its beginning is shown. Copy the cell to "
         "have it whole; change it by a statement.");
   } else {
-    m_typed->setPlainText(QString::fromStdString(Original()));
+    QString sText = QString::fromStdString(Original());
+    m_standIns = StandInsFor(sText);
+    for (const auto& [mark, standIn] : m_standIns) sText.replace(mark, standIn);
+    m_typed->setPlainText(sText);
     m_typed->setPlaceholderText(m_cell.vtValue.IsNull() ? "NULL" : QString());
     if (!platform::IsUtf8(m_cell.input.Shown(m_cell.vtValue))) {
       m_typed->setPlaceholderText(kNoCharacters);
@@ -206,7 +224,8 @@ Text ValueDialog::Original() const {
 
 Value ValueDialog::Read() const {
   // The document's own text: the plain one has blanks for those that do not break.
-  const QString sRaw = m_typed->document()->toRawText();
+  QString sRaw = m_typed->document()->toRawText();
+  for (const auto& [mark, standIn] : m_standIns) sRaw.replace(standIn, mark);
   if (!IsBytes()) {
     const Text sText = WithLineBreaksOf(Original(), sRaw);
     if (sText.empty() && KindOf(m_cell.type) == platform::ValueKind::Text) return sText;

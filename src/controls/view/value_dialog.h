@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "controls/view/cell_editor.h"
 
@@ -45,6 +47,7 @@ class ValueDialog : public QDialog {
   static constexpr int kPicturePage = 2;
 
   EditedCell m_cell;
+  std::vector<std::pair<QChar, QChar>> m_standIns;  ///< for characters that cannot be shown
   QTabWidget* m_pages;
   QPlainTextEdit* m_typed;
   QPlainTextEdit* m_asText = nullptr;
