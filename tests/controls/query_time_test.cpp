@@ -184,8 +184,63 @@ TEST_F(query_time, rows_with_a_range_around_their_query_are_looked_at_only) {
   Run("SELECT Tag, Timestamp, Value FROM P..Data");
   EXPECT_EQ(Find<QLabel>(ResultsWindow(), "readOnly")->isVisibleTo(ResultsWindow()), false);
   Choose(ResultsWindow(), "2024-05-02", "2024-05-03");
-  EXPECT_TRUE(Find<QLabel>(ResultsWindow(), "readOnly")->isVisibleTo(ResultsWindow()));
+  const auto whyNot = [this] {
+    const auto* label = Find<QLabel>(ResultsWindow(), "readOnly");
+    return label->isVisibleTo(ResultsWindow()) ? label->text().toStdString() : "";
+  };
+  EXPECT_EQ(whyNot(),
+            "These rows can only be looked at: the range of time stands around the query; clear it "
+            "to edit them.");
   EXPECT_FALSE(m_results->DeleteAllowed());
+  // The server has more rows than these, and is asked for their order.
+  m_results->MaxRows(1);
+  m_results->Execute();
+  Find<RowView>(ResultsWindow(), "rows")->SortBy(2, true);
+  EXPECT_EQ(whyNot(),
+            "These rows can only be looked at: the order and the range of time stand around the "
+            "query; take both away to edit them.");
+  Find<QAction>(ResultsWindow(), "timeClear")->trigger();
+  EXPECT_EQ(whyNot(),
+            "These rows can only be looked at: the order stands around the query; take it away to "
+            "edit them.");
+  const auto rs = m_results->Recordset();
+  m_results = MakeResults("Time Zone = UTC;");
+  m_results->SqlText("SELECT Tag, Timestamp, Value FROM P..Data");
+  m_results->MaxRows(1);
+  m_results->Recordset(rs);
+  m_results->Execute();
+  EXPECT_TRUE(whyNot().ends_with("take it away to edit them.")) << whyNot();
+  Find<RowView>(ResultsWindow(), "rows")->Sort({});
+  EXPECT_EQ(whyNot(), "");
+  EXPECT_TRUE(m_results->DeleteAllowed());
+}
+
+TEST_F(query_time, rows_that_could_not_be_edited_anyhow_keep_their_own_reason) {
+  Run("SELECT DISTINCT Tag, Timestamp FROM P..Data");
+  const auto whyNot = [this] {
+    return Find<QLabel>(ResultsWindow(), "readOnly")->text().toStdString();
+  };
+  const std::string sOwn = whyNot();
+  EXPECT_TRUE(sOwn.ends_with("(DISTINCT); read the rows themselves.")) << sOwn;
+  Choose(ResultsWindow(), "2024-05-02", "2024-05-03");
+  EXPECT_EQ(whyNot(), sOwn);
+  const auto rs = m_results->Recordset();
+  m_results = MakeResults("Time Zone = UTC;");
+  m_results->SqlText("SELECT DISTINCT Tag, Timestamp FROM P..Data");
+  m_results->Recordset(rs);
+  m_results->Execute();
+  EXPECT_EQ(whyNot(), sOwn);
+}
+
+TEST_F(query_time, rows_over_a_connection_that_is_closed_say_why_they_are_looked_at_only) {
+  Run("SELECT Tag, Timestamp, Value FROM P..Data");
+  const auto rs = m_results->Recordset();
+  m_states = std::make_shared<RowsStates>();  // nobody knows how these were being looked at
+  m_results = MakeResults("Time Zone = UTC;");
+  m_cn->Close();
+  m_results->Recordset(rs);
+  EXPECT_EQ(Find<QLabel>(ResultsWindow(), "readOnly")->text(),
+            "These rows can only be looked at: the connection is closed; reconnect first.");
 }
 
 TEST_F(query_time, times_that_are_numbers_have_a_bar_and_a_trend_too) {

@@ -1,6 +1,8 @@
 // Sorting in a table's grid: here where all rows are, at the server where the row limit cut them.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "controls/grid/table_editor.h"
 #include "controls/statements/table_query.h"
 #include "tests/controls/failure_of.h"
@@ -114,8 +116,98 @@ TEST_F(table_sorting, of_the_server_stays_told_until_it_is_another_one) {
   EXPECT_EQ(Label(*editor, "arrangement"), "Only the rows here are sorted: Number \u2193");
   m_connection->Open({}, {}, {}, platform::kOptionUnspecified);
   editor->Requery();
-  EXPECT_EQ(m_server.sCommandText.find("\"Name\""), platform::Text::npos) << m_server.sCommandText;
-  EXPECT_EQ(Label(*editor, "arrangement"), "Only the rows here are sorted: Number \u2193");
+  EXPECT_NE(m_server.sCommandText.find("ORDER BY \"Number\" DESC"), platform::Text::npos)
+      << m_server.sCommandText;
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Number \u2193");
+}
+
+TEST_F(table_sorting, goes_where_the_query_is_given_another_order) {
+  for (const bool bTruncated : {true, false}) {
+    m_query->SortCriterion(platform::SortCriterion{"Number", true});
+    std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(bTruncated);
+    const auto editor = Shown();
+    ViewOf(*editor)->SortBy(1, false);
+    editor->Requery();
+    EXPECT_NE(Label(*editor, "arrangement"), "") << "the same query fetched anew keeps it";
+    m_query->SortCriterion(platform::SortCriterion{"Number", false});
+    editor->Requery();
+    EXPECT_EQ(m_server.sCommandText,
+              "SELECT *\nFROM \"Plant\"..\"Data\"\nORDER BY \"Number\" DESC");
+    EXPECT_EQ(Label(*editor, "arrangement"), "");
+    EXPECT_EQ(CellOf(*editor, 0, 1), "row 0") << "as the server gave them";
+    ViewOf(*editor)->SortBy(1, false);
+    m_query->SortCriterion(std::nullopt);
+    editor->Requery();
+    EXPECT_EQ(m_server.sCommandText.find("\"Name\""), platform::Text::npos);
+    EXPECT_EQ(Label(*editor, "arrangement"), "");
+  }
+}
+
+TEST_F(table_sorting, goes_so_too_where_the_rows_were_hidden_meanwhile) {
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  auto editor = Shown();
+  ViewOf(*editor)->SortBy(1, false);
+  platform::Long lState = 0;
+  const auto rs = editor->DetachRecordset(lState);
+  editor = std::make_unique<controls::TableEditor>(Services());
+  editor->Connection(m_connection);
+  editor->TableQuery(m_query);
+  editor->AttachRecordset(rs, lState);
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Name \u2193");
+  m_query->SortCriterion(platform::SortCriterion{"Number", true});
+  editor->Requery();
+  EXPECT_NE(m_server.sCommandText.find("ORDER BY \"Number\" ASC"), platform::Text::npos)
+      << m_server.sCommandText;
+  EXPECT_EQ(Label(*editor, "arrangement"), "");
+}
+
+TEST_F(table_sorting, is_asked_of_the_server_when_a_refresh_cuts_rows_that_were_sorted_here) {
+  const auto editor = Shown();
+  ViewOf(*editor)->SortBy(1, false);
+  ASSERT_EQ(Label(*editor, "arrangement"), "Sorted here: Name \u2193");
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  const int nExecuted = m_server.nExecuted;
+  editor->Requery();
+  EXPECT_EQ(m_server.nExecuted, nExecuted + 2);
+  EXPECT_NE(m_server.sCommandText.find("ORDER BY \"Name\" DESC"), platform::Text::npos)
+      << m_server.sCommandText;
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Name \u2193");
+  editor->Requery();
+  EXPECT_EQ(m_server.nExecuted, nExecuted + 3);
+}
+
+TEST_F(table_sorting, chosen_while_rows_come_is_asked_of_the_server_where_the_limit_cut_them) {
+  const auto editor = Shown();
+  const auto rs = Plant(0);
+  m_server.answer = rs;
+  bool bChosen = false;
+  m_server.whileRunning = [&] {
+    if (std::exchange(bChosen, true)) return;
+    rs->Rows(50).State(platform::FetchState::Running);
+    m_server.handler(rs);
+    ViewOf(*editor)->SortBy(1, false);
+    EXPECT_EQ(m_server.nExecuted, 2) << "no other statement while one runs";
+    rs->State(platform::FetchState::Truncated);
+  };
+  editor->Requery();
+  EXPECT_NE(m_server.sCommandText.find("ORDER BY \"Name\" DESC"), platform::Text::npos)
+      << m_server.sCommandText;
+  EXPECT_EQ(Label(*editor, "arrangement"), "Sorted by the server: Name \u2193");
+}
+
+TEST_F(table_sorting, that_the_server_refuses_after_a_refresh_is_not_asked_again_and_again) {
+  const auto editor = Shown();
+  ViewOf(*editor)->SortBy(1, false);
+  std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
+  m_server.whileRunning = [this] {
+    if (m_server.sCommandText.find("\"Name\"") != platform::Text::npos) Refuse();
+  };
+  editor->Requery();
+  EXPECT_EQ(Label(*editor, "arrangement"), "Only the rows here are sorted: Name \u2193");
+  EXPECT_EQ(CellOf(*editor, 0, 1), "row 9");
+  const int nExecuted = m_server.nExecuted;
+  editor->Requery();
+  EXPECT_EQ(m_server.nExecuted, nExecuted + 1);
 }
 
 TEST_F(table_sorting, that_the_server_refuses_leaves_rows_and_marks_as_they_were) {

@@ -143,7 +143,7 @@ void GridCore::Run(const GridQuery& query, Access access) {
     fetched = m_statements.Fetch(query, access, *m_window, coming);
     if (life.expired()) return;
     try {
-      updatability = m_statements.Updatability(query.table, *fetched.rs);
+      updatability = m_statements.Updatability(query, *fetched.rs);
     } catch (const Failure& failure) {
       const bool bLost = platform::failure::IsLostConnection(failure.Number());
       if (life.expired() || !bLost || before->IsUnsent()) throw;
@@ -194,7 +194,7 @@ GridCore::Fresh GridCore::FetchBeneath(const GridQuery& query) {
   const controls::Updatability& known = m_editing->Session().Updatability();
   const bool bKnown =
       m_recordset && !known.table.sTable.empty() && HaveSameColumns(*m_recordset, *fresh.rs);
-  fresh.updatability = bKnown ? known : m_statements.Updatability(query.table, *fresh.rs);
+  fresh.updatability = bKnown ? known : m_statements.Updatability(query, *fresh.rs);
   return fresh;
 }
 

@@ -27,6 +27,9 @@ struct GridQuery {
   /// The rows are the same in the order of these columns, which are marked then. Where they cannot
   /// be had, those shown stay, with the order that they have.
   std::optional<std::vector<SortColumn>> sorted = {};
+  /// Why the rows can only be looked at, as a sentence, where the statement is not the one that the
+  /// user knows; empty where what the recordset says of it is true.
+  platform::Text sWhyNotEdited = {};
 };
 
 /// What a statement may do: showing is reading, and only a press of the button lets it change.

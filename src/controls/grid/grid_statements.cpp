@@ -176,10 +176,27 @@ controls::Updatability GridStatements::Updatability(const std::optional<RowTable
     return {.sWhyNot = QString::fromStdString(source.sWhyNone)};
   }
   const ConnectionPtr cn = m_connection;
-  if (!cn || !cn->IsOpen()) return {};
+  if (!cn) {
+    return {.sWhyNot =
+                "These rows can only be looked at: there is no connection to the server; connect "
+                "it first."};
+  }
+  if (!cn->IsOpen()) {
+    return {.sWhyNot =
+                "These rows can only be looked at: the connection is closed; reconnect first."};
+  }
   const RunningMark running(m_running);
   return UpdatabilityOf(
       *cn, table ? *table : RowTable{source.sCatalog, source.sTable, {}, source.columns}, rs);
+}
+
+controls::Updatability GridStatements::Updatability(const GridQuery& query,
+                                                    const platform::Recordset& rs) const {
+  controls::Updatability updatability = Updatability(query.table, rs);
+  if (!updatability.bUpdate && !query.sWhyNotEdited.empty()) {
+    updatability.sWhyNot = QString::fromStdString(query.sWhyNotEdited);
+  }
+  return updatability;
 }
 
 template <class Answer, class Call>

@@ -58,6 +58,8 @@ class GridStatements {
   /// the one that the recordset says it is of.
   controls::Updatability Updatability(const std::optional<RowTable>& table,
                                       const platform::Recordset& rs) const;
+  /// The same of rows that the query has fetched.
+  controls::Updatability Updatability(const GridQuery& query, const platform::Recordset& rs) const;
   /// Deletes the rows, all of them or none, as Send sends one.
   SentDeletion Delete(const platform::RecordsetPtr& rs, const std::vector<platform::RowIndex>& rows,
                       const controls::Updatability& updatability, platform::Long lTimeout);

@@ -43,6 +43,7 @@ void QueryResults::SqlText(const Text& sSqlText) {
   if (sSqlText != m_sSqlText) {
     m_time.Forget();
     m_order.Forget();
+    m_sWhyNotEdited.clear();
   }
   m_sSqlText = sSqlText;
 }
@@ -83,11 +84,46 @@ void QueryResults::Fetch(const std::vector<SortColumn>* sorted) {
   GridQuery query = Sent();
   if (sorted) query.sorted = *sorted;
   m_core.Run(query);
-  if (!life.expired()) m_time.RowsShown();
+  if (life.expired()) return;
+  // What stands around them says nothing of the rows themselves.
+  if (WhyAround().empty()) LearnWhyNotEdited();
+  m_time.RowsShown();
+  m_order.RowsFetched();
 }
 
 GridQuery QueryResults::Sent() const {
-  return {Statement(m_order.Now()), m_lMaxRows, m_lQueryTimeout, TextsWithoutRows()};
+  GridQuery query{Statement(m_order.Now()), m_lMaxRows, m_lQueryTimeout, TextsWithoutRows()};
+  query.sWhyNotEdited = WhyAround();
+  // Without it they could not be edited either.
+  if (!query.sWhyNotEdited.empty() && !m_sWhyNotEdited.empty()) {
+    query.sWhyNotEdited = m_sWhyNotEdited;
+  }
+  return query;
+}
+
+Text QueryResults::WhyAround() const {
+  const Viewing& viewing = m_time.View();
+  const bool bRange = viewing.timeColumn && viewing.range;
+  const bool bOrder = !m_order.Now().empty();
+  if (bRange && bOrder) {
+    return "These rows can only be looked at: the order and the range of time stand around the "
+           "query; take both away to edit them.";
+  }
+  if (bRange) {
+    return "These rows can only be looked at: the range of time stands around the query; clear it "
+           "to edit them.";
+  }
+  if (!bOrder) return {};
+  return "These rows can only be looked at: the order stands around the query; take it away to "
+         "edit them.";
+}
+
+void QueryResults::LearnWhyNotEdited() {
+  const platform::ConnectionPtr cn = m_core.Connection();
+  if (!cn || !cn->IsOpen()) return;  // that is another reason, and soon none
+  const controls::Updatability& can = m_core.Editing().Session().Updatability();
+  const Text sWhyNot = can.sWhyNot.toStdString();
+  if (sWhyNot != WhyAround()) m_sWhyNotEdited = can.bUpdate ? Text() : sWhyNot;
 }
 
 RecordsetPtr QueryResults::Recordset() const {
@@ -111,6 +147,7 @@ void QueryResults::Recordset(const RecordsetPtr& rs) {
   if (life.expired()) return;
   m_time.Restore(state ? &*state : nullptr);
   m_order.Now(state ? state->viewing.order : ServerOrder::Criteria());
+  LearnWhyNotEdited();
 }
 
 NoRowsTexts QueryResults::TextsWithoutRows() const {

@@ -32,6 +32,11 @@ class QueryResults : public GridControl<platform::QueryResults> {
   /// What is sent: the query's text, with the range of time and the order that are set around it.
   platform::Text Statement(const ServerOrder::Criteria& order) const;
   GridQuery Sent() const;
+  /// What stands around the query, as the reason for which rows can only be looked at; empty where
+  /// nothing does.
+  platform::Text WhyAround() const;
+  /// Keeps why the query's own rows can only be looked at: with something around it, nobody says.
+  void LearnWhyNotEdited();
   /// Fetches the rows, or the same rows sorted anew.
   void Fetch(const std::vector<SortColumn>* sorted);
   /// True where each column has a name of its own and the server can read the query so.
@@ -39,6 +44,7 @@ class QueryResults : public GridControl<platform::QueryResults> {
 
   platform::Text m_sName;
   platform::Text m_sSqlText;
+  platform::Text m_sWhyNotEdited;  ///< the query's own rows; empty where they can be
   platform::Long m_lMaxRows = platform::kUsualMaxRows;
   platform::Long m_lQueryTimeout = platform::kUsualQueryTimeout;
   TableTime m_time;

@@ -16,6 +16,7 @@ ServerOrder::ServerOrder(GridCore& core, Grid grid) : m_core(core), m_grid(std::
 
 void ServerOrder::Forget() {
   m_order.clear();
+  m_asked.clear();
   RowView& rows = m_core.Window().Rows();
   if (rows.Arranged().bSortedByServer) rows.SortedByServer({});
 }
@@ -49,6 +50,7 @@ bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
   const std::weak_ptr<int> life = m_life;
   const bool bTakes = m_grid.takes(order);
   if (life.expired() || m_core.Recordset() != rs) return true;
+  m_asked = columns;
   if (!bTakes) return SortHere();
   Criteria before = std::exchange(m_order, std::move(order));
   try {
@@ -61,6 +63,15 @@ bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
     m_core.Note(exception);
   }
   return true;
+}
+
+void ServerOrder::RowsFetched() {
+  const RecordsetPtr rs = m_core.Recordset();
+  if (!rs || rs->State() != platform::FetchState::Truncated) return;
+  const Arrangement& arranged = m_core.Window().Rows().Arranged();
+  const std::vector<SortColumn> columns = arranged.sort;
+  if (columns.empty() || arranged.bSortedByServer || columns == m_asked) return;
+  if (WhyNotAsked().isEmpty()) Sort(columns);
 }
 
 bool ServerOrder::SortHere() {

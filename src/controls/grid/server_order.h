@@ -37,6 +37,9 @@ class ServerOrder {
   void Now(Criteria order) { m_order = std::move(order); }
   /// Other rows are to come, which nobody has asked for in any order.
   void Forget();
+  /// Rows were fetched. Where the row limit has cut them, and they are sorted here, the server is
+  /// asked for them in that order, once. The grid may be gone afterwards.
+  void RowsFetched();
 
  private:
   /// True when the server was asked; the grid may be gone then.
@@ -49,6 +52,7 @@ class ServerOrder {
   GridCore& m_core;
   Grid m_grid;
   Criteria m_order;
+  std::vector<SortColumn> m_asked;  ///< what the server was asked for last, or does not take
   std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid
 };
 

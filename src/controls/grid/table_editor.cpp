@@ -26,6 +26,7 @@ TableEditor::TableEditor(GridServices services)
 void TableEditor::TableQuery(const platform::TableQueryPtr& query) {
   m_order.Forget();
   m_query = query;
+  m_criterion.reset();
   m_time.Forget();
   if (!query) return;
   m_core.Subject({query->Table(), TableInSql(query->Catalog(), query->Table())});
@@ -48,10 +49,23 @@ void TableEditor::Fetch(const std::vector<SortColumn>* sorted) {
   if (m_core.Running()) GridCore::FailBusy();
   if (!m_time.Learn()) return;
   const std::weak_ptr<int> life = m_life;
+  FollowCriterion();
   GridQuery query = Sent();
   if (sorted) query.sorted = *sorted;
   m_core.Run(query);
-  if (!life.expired()) m_time.RowsShown();
+  if (life.expired()) return;
+  m_time.RowsShown();
+  m_order.RowsFetched();
+}
+
+void TableEditor::FollowCriterion() {
+  const Criterion criterion = m_query->SortCriterion();
+  if (m_criterion && *m_criterion != criterion) {
+    m_order.Forget();
+    // Also one that was made here.
+    m_core.Window().Rows().SortedByServer({});
+  }
+  m_criterion = criterion;
 }
 
 GridQuery TableEditor::Sent() const {
@@ -89,6 +103,7 @@ void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
   if (life.expired()) return;
   m_time.Restore(state ? &*state : nullptr);
   m_order.Now(state ? state->viewing.order : ServerOrder::Criteria());
+  m_criterion = state ? state->criterion : std::nullopt;
 }
 
 RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
@@ -97,6 +112,7 @@ RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
   RowsState state = m_core.State();
   m_time.Keep(state);
   state.viewing.order = m_order.Now();
+  state.criterion = m_criterion;
   lUpdatability = rs ? m_core.States().Keep(*rs, std::move(state)) : 0;
   return rs;
 }

@@ -30,6 +30,8 @@ class TableEditor : public GridControl<platform::TableEditor> {
   [[nodiscard]] platform::Subscription OnFilterKept(std::function<void()> handler) override;
 
  private:
+  using Criterion = std::optional<platform::SortCriterion>;
+
   NoRowsTexts TextsWithoutRows() const;
   /// What Requery sends; there is a query with a table.
   GridQuery Sent() const;
@@ -38,12 +40,16 @@ class TableEditor : public GridControl<platform::TableEditor> {
   /// True while there is something that was not sent yet.
   bool Editing() const;
   void SortByCurrent(bool bAscending);
+  /// Lets an order that was asked for in the grid go where the query has been given another one.
+  void FollowCriterion();
   /// Fetches the rows, or the same rows sorted anew.
   void Fetch(const std::vector<SortColumn>* sorted);
 
   platform::TableQueryPtr m_query;
   ServerOrder m_order;
   TableTime m_time;
+  /// The order of the table's query when its rows were fetched last; none before that.
+  std::optional<Criterion> m_criterion;
   GridImport m_import;
   RowCount m_count;
   std::shared_ptr<int> m_life = std::make_shared<int>();  ///< gone with the grid

@@ -66,7 +66,9 @@ struct RowsState {
   std::shared_ptr<const RowOrder> order;  ///< what came of the arrangement; null for none
   platform::Text sSqlText;                ///< the statement that fetched the rows
   std::optional<RowsOrigin> origin;
-  Viewing viewing;            ///< what the grid had added to its table's query
+  Viewing viewing;  ///< what the grid had added to its table's query
+  /// The order of that query itself when the rows came; none where nobody knows.
+  std::optional<std::optional<platform::SortCriterion>> criterion;
   platform::RowsPlace place;  ///< of their table; without a table where there is none
   platform::Long lRound = 0;  ///< how often edits of the place had been given up by then
   std::shared_ptr<const Updatability> updatability;  ///< null where nobody asked the server
