@@ -41,7 +41,7 @@ std::string Shown(const QMimeData& data) {
 TEST(copied_data, has_the_forms_that_were_copied_and_no_others) {
   const CopiedText copied = Written({Text("a"), 1.5});
   const CopiedData all(copied, {true, true}, zones::TimeZone(), {});
-  EXPECT_EQ(all.formats(), QStringList({"text/plain", "text/html", "application/x-orvane-cells"}));
+  EXPECT_EQ(all.formats(), QStringList({"text/plain", "text/html", kCellsFormat}));
   EXPECT_EQ(all.text(), "a\n1.5\n");
   EXPECT_EQ(all.html(),
             "<meta charset=\"utf-8\"><table data-orvane-cells>"

@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <utility>
+
 #include "controls/view/copied_forms.h"
+#include "platform/conversions.h"
 #include "tests/controls/fake_data.h"
+#include "tests/controls/spreadsheet_pages.h"
 #include "tests/controls/written_cells.h"
 
 namespace orvane::controls {
@@ -74,29 +79,32 @@ constexpr const char* kSpreadsheet =
 TEST(pasted_page, of_a_spreadsheet_is_read_cell_by_cell) {
   EXPECT_EQ(Read(kSpreadsheet),
             "[P-101][1234.56789](null)[NULL]\n"
-            "[two\nlines & a <tag>][1.5E-010][  bold,  spaced][a\xC2\xA0"
+            "[two\nlines & a <tag>][0.00000000015][  bold,  spaced][a\xC2\xA0"
             "b]\n"
             "[True][2023-11-14 22:14:20.123456][2023-11-14 22:14:20][007]\n");
 }
 
-TEST(pasted_page, numbers_come_as_they_are_held_and_times_with_the_year_first) {
-  const auto cell = [](const char* sAttributes, const char* sShown) {
-    return Read((std::string("<table><tr><td ") + sAttributes + ">" + sShown + "</table>").c_str());
-  };
-  EXPECT_EQ(cell(R"(sdval="0.5" sdnum="1033;0;0%")", "50%"), "[0.5]\n");
-  EXPECT_EQ(cell(R"(sdval="12" sdnum="1033;0;0 &quot;days&quot;")", "12 days"), "[12]\n");
-  EXPECT_EQ(cell(R"(sdval="12" sdnum="1033;0;[RED]0.00")", "12.00"), "[12]\n");
-  EXPECT_EQ(cell(R"(sdval="12" sdnum="1033;0;General")", "12"), "[12]\n");
-  EXPECT_EQ(cell(R"(sdval="45244" sdnum="1033;0;MM/DD/YY")", "11/14/23"),
-            "[2023-11-14 00:00:00]\n");
-  EXPECT_EQ(cell(R"(sdval="0.75" sdnum="1033;0;HH:MM AM/PM")", "06:00 PM"), "[18:00:00]\n");
-  EXPECT_EQ(cell(R"(sdval="45244.5000057870" sdnum="1033;0;D.M.YY")", "14.11.23"),
-            "[2023-11-14 12:00:00.500]\n");
-  EXPECT_EQ(cell(R"(sdval="1.5" sdnum="1033;0;[HH]:MM:SS")", "36:00:00"), "[36:00:00]\n");
-  // No time that anybody could mean is made up.
-  EXPECT_EQ(cell(R"(sdval="1e300" sdnum="1033;0;YYYY")", "###"), "[###]\n");
-  EXPECT_EQ(cell(R"(sdval="-5" sdnum="1033;0;YYYY")", "1899"), "[1899]\n");
-  EXPECT_EQ(cell(R"(sdval="high" sdnum="1033;")", "low"), "[low]\n");
+TEST(pasted_page, of_an_office_suite_has_what_its_cells_hold_in_any_language) {
+  const char* const sCells =
+      "[a\tb][1234.5][2026-05-31 12:00:00]\n"
+      "(null)[-0.05][2026-05-31 12:00:00.123]\n"
+      "(null)[1E-300][2026-05-31]\n"
+      "[two\n\nlines\n][9.00719925474099E+015][12:30:15]\n"
+      "[  <b> & ][True](null)\n";
+  EXPECT_EQ(Read(tests::kEnglishCells), sCells);
+  EXPECT_EQ(Read(tests::kGermanCells), sCells);
+}
+
+TEST(pasted_page, attributes_and_tags_that_say_nothing_of_values_are_passed_over) {
+  EXPECT_EQ(
+      Read("<meta name=\"generator\" content=\"Sheets\"/><style type=\"text/css\"><!--td "
+           "{border: 1px solid #ccc;}br {mso-data-placement:same-cell;}--></style><span "
+           "data-sheets-root=\"1\"><table data-sheets-baot=\"1\"><colgroup><col "
+           "width=\"100\"/></colgroup><tbody><tr style=\"height:21px;\"><td "
+           "data-sheets-value=\"{&quot;1&quot;:2,&quot;2&quot;:&quot;a > b&quot;}\" "
+           "style=\"overflow:hidden\">a &gt; b</td><td data-sheets-value='{\"1\":3,\"3\":1.5}' "
+           "data-sheets-numberformat='{\"1\":2}'>1.5</td><td></td></tr></tbody></table></span>"),
+      "[a > b][1.5](null)\n");
 }
 
 TEST(pasted_page, line_breaks_of_the_source_are_blanks_and_others_are_kept) {
@@ -108,6 +116,10 @@ TEST(pasted_page, line_breaks_of_the_source_are_blanks_and_others_are_kept) {
 TEST(pasted_page, cells_without_content_are_null) {
   EXPECT_EQ(Read("<table><tr><td></td><td>&nbsp;</td><td> &#32;</td><td><br/></td></table>"),
             "(null)(null)[  ](null)\n");
+  // Texts have an empty one among them.
+  EXPECT_EQ(Read("<table><tr><td sdnum='1033;0;@'></td><td sdnum='1033;0;@'><br></td><td "
+                 "sdnum='1033;0;@'>&nbsp;</td></table>"),
+            "[][][\xC2\xA0]\n");
 }
 
 TEST(pasted_page, merged_cells_leave_null_where_they_reach) {
@@ -174,7 +186,8 @@ TEST(pasted_page, of_this_library_comes_back_exactly) {
                                             Text("007"),
                                             0.1,
                                             platform::Long{-5},
-                                            true};
+                                            true,
+                                            Text(" ")};
   auto rs = std::make_shared<FakeRecordset>(
       static_cast<platform::RowIndex>(values.size()),
       [&](auto row, auto) { return values[static_cast<std::size_t>(row)]; });
@@ -186,7 +199,42 @@ TEST(pasted_page, of_this_library_comes_back_exactly) {
   WriteAll(model, all, {0}, text);
   EXPECT_EQ(Shown(CellsOfPage(QString::fromStdString(PageOf(text.Take())))),
             "(null)\n[]\n[NULL]\n[a\tb\nc\nd\re]\n[  two  blanks ]\n[\"quoted\" <b>&amp;]\n[\n]\n"
-            "[\xC2\xA0]\n[007]\n[0.1]\n[-5]\n[True]\n");
+            "[\xC2\xA0]\n[007]\n[0.1]\n[-5]\n[True]\n[ ]\n");
+}
+
+TEST(pasted_page, of_this_library_has_a_text_of_what_a_spreadsheet_would_change) {
+  const platform::Timestamp time(std::chrono::microseconds(1'700'000'000'123'456));
+  const std::vector<std::pair<platform::Value, bool>> values{
+      {0.1 + 0.2, true},
+      {5e-324, false},
+      {-0.0, false},
+      {0.0, true},
+      {std::numeric_limits<double>::infinity(), false},
+      {std::int64_t{999'999'999'999'999}, true},
+      {std::int64_t{-9'007'199'254'740'993}, false},
+      {platform::Decimal{"-0.00123456789012345"}, true},
+      {platform::Decimal{"1.234567890123456"}, false},
+      {platform::Decimal{"NaN"}, false},
+      {time, false},
+      {platform::Timestamp(std::chrono::seconds(1)), true},
+      {platform::TimeOfDay(std::chrono::milliseconds(1)), false}};
+  auto rs = std::make_shared<FakeRecordset>(
+      static_cast<platform::RowIndex>(values.size()),
+      [&](auto row, auto) { return values[static_cast<std::size_t>(row)].first; });
+  rs->Column("a", platform::DataType::Empty);
+  RowModel model;
+  model.Recordset(rs, CellFormat());
+  const auto pageOf = [&](int nRow) {
+    ClipboardText text(1);
+    WriteAll(model, QItemSelection(model.index(nRow, 0), model.index(nRow, 0)), {0}, text);
+    return QString::fromStdString(PageOf(text.Take()));
+  };
+  for (int nRow = 0; nRow < model.rowCount(); ++nRow) {
+    const QString sPage = pageOf(nRow);
+    const auto& [vtValue, bPlain] = values[static_cast<std::size_t>(nRow)];
+    EXPECT_EQ(sPage.contains("sdnum=\"1033;0;@\""), !bPlain) << sPage.toStdString();
+    EXPECT_EQ(Shown(CellsOfPage(sPage)), "[" + platform::ToText(vtValue) + "]\n");
+  }
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 // Large blocks pasted and many rows refreshed under a host that waits: the window goes on, what
 // is waited for is told, and a cancel loses nothing.
 #include <atomic>
+#include <functional>
 #include <thread>
+#include <utility>
 
+#include "controls/editing/cell_query_dialog.h"
 #include "platform/long_operation.h"
 #include "tests/controls/editing_fixture.h"
 
@@ -29,8 +32,13 @@ class WaitingHost final : public platform::LongOperation {
       bDone = true;
     });
     int nHandled = 0;
+    if (const auto meanwhile = std::exchange(whileRunning, nullptr)) meanwhile(sWhat);
     while (!bDone) {
       if (sWhat == sCancelled && nHandled == nRoundsUntilCancel) stop.request_stop();
+      if (stop.stop_requested()) {
+        std::this_thread::yield();
+        continue;
+      }
       QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
       ++nHandled;
     }
@@ -42,6 +50,7 @@ class WaitingHost final : public platform::LongOperation {
   Text sCancelled;
   int nRoundsUntilCancel = 3;
   int nRounds = 0;
+  std::function<void(const Text& sWhat)> whileRunning;  ///< called once
 };
 
 class sliced_pastes : public EditingFixture {
@@ -88,6 +97,36 @@ TEST_F(sliced_pastes, that_are_cancelled_change_nothing_and_say_so) {
     EXPECT_EQ(Label("notice"), "Nothing was pasted. It was cancelled.") << sWhat;
     EXPECT_EQ(Cell(0, 1), "n");
   }
+}
+
+TEST_F(sliced_pastes, of_a_query_that_are_cancelled_leave_the_first_value_and_say_so) {
+  GoTo(0, 1);
+  m_editor->CellQuery();
+  auto* dialog = Window()->findChild<CellQueryDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  dialog->findChild<QPlainTextEdit*>("statement")
+      ->setPlainText("SELECT 'filled' FROM P..Many LIMIT 9999");
+  dialog->findChild<QPushButton*>("run")->click();
+  Settle();
+  m_host->sCancelled = "Changing cells";
+  m_host->nRoundsUntilCancel = 0;
+  Answer("Fill Down");
+  EXPECT_EQ(Label("notice"), "The cells beneath stay as they are: it was cancelled.");
+  EXPECT_EQ(Cell(0, 1), "filled");
+  EXPECT_EQ(Cell(1, 1), "n");
+  EXPECT_EQ(Label("pending"), "1 row not stored");
+}
+
+TEST_F(sliced_pastes, may_see_the_end_of_their_grid) {
+  // Whoever hosts the grid takes it away while another thread reads the block.
+  m_host->whileRunning = [&](const Text&) { m_editor.reset(); };
+  QGuiApplication::clipboard()->setText(QString("pasted\n").repeated(kRows));
+  GoTo(0, 1);
+  RowView& rows = Rows();
+  QTest::keyClick(&rows, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(m_host->sWaited, "Reading what is to be pasted\n");
+  EXPECT_EQ(m_editor, nullptr);
+  Settle();
 }
 
 TEST_F(sliced_pastes, are_laid_over_rows_fetched_anew_in_slices) {

@@ -37,6 +37,20 @@ qsizetype SizeOf(const QMimeData& data) {
   return nSize;
 }
 
+Value ReadOf(const CopiedCell& cell, const ValueInput& input, platform::DataType type,
+             const Value& vtCurrent) {
+  if (!cell.sText) return {};
+  const ValueKind kind = KindOf(type);
+  // What its text says by the clocks of one grid is another time by those of another.
+  const bool bInstant = cell.instant && zones::IsInRange(*cell.instant);
+  if (bInstant && (kind == ValueKind::Timestamp || kind == ValueKind::Null)) return *cell.instant;
+  Value vtRead = cell.kind ? input.ReadCopied(*cell.sText, *cell.kind, type, vtCurrent)
+                           : input.Read(*cell.sText, type, vtCurrent);
+  // Of null and of the empty text the same is shown.
+  if (cell.sText->empty() && vtRead.IsNull() && kind == ValueKind::Text) return Text();
+  return vtRead;
+}
+
 }  // namespace
 
 CellFilling::CellFilling(GridWindow& window, EditSession& session, Asker asker,
@@ -129,7 +143,11 @@ void CellFilling::Fill(const std::vector<Value>& values, int nBelow) {
   }
   const auto nLeft = std::ranges::count_if(
       edits, [&](const CellEdit& edit) { return !m_session.CanEdit(edit.row, edit.column); });
-  m_session.Edit(edits);
+  const QPointer<CellFilling> self(this);
+  const bool bLaid = m_session.Edit(edits);
+  if (!self) return;
+  if (!bLaid)
+    return m_window.Remark("The cells beneath stay as they are: it was cancelled.", false);
   if (nLeft == 0) return;
   m_window.Remark(QStringLiteral("%L1 of %L2 cells were left as they are: they cannot be edited.")
                       .arg(nLeft)
@@ -208,6 +226,9 @@ void CellFilling::Paste() {
   const Target target{m_session.Recordset(), index.row(), model.Places(),
                       ColumnsFrom(index.column()), model.RecordRows()};
   const QPointer<CellFilling> self(this);
+  // The grid, and its session with it, may go while another thread reads.
+  EditSession rules{EditSession::ChangedHandler()};
+  rules.Show(target.rs, m_session.Updatability(), m_session.Input(), nullptr);
   bool bThere = false;
   std::vector<CellEdit> edits;
   QString sWhyNot;
@@ -217,7 +238,7 @@ void CellFilling::Paste() {
     const auto read = [&](const std::stop_token& stop) {
       const auto cells = ReadCells(*copy);
       bThere = cells && !cells->empty();
-      if (bThere) edits = EditsOf(*cells, target, stop);
+      if (bThere) edits = EditsOf(*cells, target, rules, stop);
     };
     if (m_beside && SizeOf(*copy) > kReadAtOnce) {
       // It may go while it runs.
@@ -239,7 +260,7 @@ void CellFilling::Paste() {
 }
 
 std::vector<CellEdit> CellFilling::EditsOf(const CopiedCells& block, const Target& target,
-                                           const std::stop_token& stop) const {
+                                           const EditSession& rules, const std::stop_token& stop) {
   const RecordsetPtr& rs = target.rs;
   std::size_t nCells = 0;
   for (const auto& row : block) nCells += row.size();
@@ -255,33 +276,24 @@ std::vector<CellEdit> CellFilling::EditsOf(const CopiedCells& block, const Targe
     const RowIndex row = nPlace < target.nPlaces ? target.recordRow(nPlace)
                                                  : rs->RecordCount() + (nPlace - target.nPlaces);
     for (std::size_t n = 0; n < block[nRow].size(); ++n) {
-      const auto& [text, kind] = block[nRow][n];
+      const CopiedCell& cell = block[nRow][n];
+      if (cell.bGap) continue;
       if (n >= target.columns.size()) {
         throw Failure(platform::failure::kInvalidArgument,
                       "The block has more columns than there are from here on; go further to the "
                       "left, or copy fewer.");
       }
       const int nColumn = target.columns[n];
-      if (const QString sWhyNot = m_session.WhyNotEdited(nColumn); !sWhyNot.isEmpty()) {
+      if (const QString sWhyNot = rules.WhyNotEdited(nColumn); !sWhyNot.isEmpty()) {
         throw Failure(platform::failure::kNotSupported, sWhyNot.toStdString());
       }
-      if (!m_session.CanEdit(row, nColumn)) {
+      if (!rules.CanEdit(row, nColumn)) {
         throw Failure(platform::failure::kNotSupported,
                       "The block reaches rows that cannot be edited; paste it elsewhere.");
       }
       const Value vtCurrent = row < rs->RecordCount() ? rs->ValueAt(row, nColumn) : Value();
       const platform::DataType type = rs->FieldAt(nColumn).Type();
-      Value vtPasted;
-      if (text && kind) {
-        vtPasted = m_session.Input().ReadCopied(*text, *kind, type, vtCurrent);
-      } else if (text) {
-        vtPasted = m_session.Input().Read(*text, type, vtCurrent);
-      }
-      // Of null and of the empty text the same is shown.
-      if (text && text->empty() && vtPasted.IsNull() && KindOf(type) == ValueKind::Text) {
-        vtPasted = Text();
-      }
-      edits.push_back({row, nColumn, std::move(vtPasted)});
+      edits.push_back({row, nColumn, ReadOf(cell, rules.Input(), type, vtCurrent)});
     }
   }
   return edits;

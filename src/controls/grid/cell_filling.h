@@ -49,6 +49,7 @@ class CellFilling final : public QObject {
  private:
   void Run(CellQueryDialog& dialog, platform::RowIndex row, platform::ColumnIndex column);
   /// The values go down from the current cell on, or from so many rows below.
+  /// Of many the grid may be gone afterwards.
   void Fill(const std::vector<platform::Value>& values, int nBelow = 0);
   /// Asks whether the values behind the first one go into the cells beneath the current one, or
   /// says why they do not.
@@ -65,10 +66,10 @@ class CellFilling final : public QObject {
     std::vector<int> columns;  ///< from the current one on
     std::function<platform::RowIndex(int)> recordRow;
   };
-  /// The edits that lay the block there; fails where one of them cannot be. On any thread, as long
-  /// as nothing is edited.
-  std::vector<CellEdit> EditsOf(const CopiedCells& block, const Target& target,
-                                const std::stop_token& stop) const;
+  /// The edits that lay the block there, by the rules of a session that nobody edits; fails where
+  /// one of them cannot be. On any thread.
+  static std::vector<CellEdit> EditsOf(const CopiedCells& block, const Target& target,
+                                       const EditSession& rules, const std::stop_token& stop);
   std::vector<int> ColumnsFrom(int nColumn) const;
 
   GridWindow& m_window;

@@ -2,6 +2,8 @@
 
 #include <QDataStream>
 #include <QIODevice>
+#include <algorithm>
+#include <functional>
 
 #include "controls/values/value_input.h"
 #include "controls/view/copied_data.h"
@@ -15,6 +17,27 @@ namespace {
 
 constexpr qsizetype kMostVainCharacters = 100'000'000;
 
+std::optional<CopiedCell> ReadOwnCell(QDataStream& stream) {
+  CopiedCell cell;
+  quint8 nKind = 0;
+  QByteArray text;
+  stream >> nKind;
+  if (nKind == CopiedText::kNoCell) {
+    cell.bGap = true;
+    return stream.status() == QDataStream::Ok ? std::optional(cell) : std::nullopt;
+  }
+  if (nKind >= platform::kValueKinds) return std::nullopt;
+  cell.kind = static_cast<platform::ValueKind>(nKind);
+  stream >> text;
+  if (cell.kind != platform::ValueKind::Null) cell.sText = text.toStdString();
+  if (cell.kind == platform::ValueKind::Timestamp) {
+    qint64 microseconds = 0;
+    stream >> microseconds;
+    cell.instant = platform::Timestamp(std::chrono::microseconds(microseconds));
+  }
+  return stream.status() == QDataStream::Ok ? std::optional(std::move(cell)) : std::nullopt;
+}
+
 std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
   QDataStream stream(bytes);
   stream.setVersion(QDataStream::Qt_6_0);
@@ -27,13 +50,9 @@ std::optional<CopiedCells> ReadOwn(const QByteArray& bytes) {
     auto& row = cells.emplace_back();
     nCells += static_cast<std::size_t>(nColumns);
     for (qint32 n = 0; n < nColumns; ++n) {
-      quint8 nKind = 0;
-      QByteArray text;
-      stream >> nKind >> text;
-      if (stream.status() != QDataStream::Ok || nKind >= platform::kValueKinds) return std::nullopt;
-      const auto kind = static_cast<platform::ValueKind>(nKind);
-      const bool bNull = kind == platform::ValueKind::Null;
-      row.push_back({bNull ? std::nullopt : std::optional(text.toStdString()), kind});
+      auto cell = ReadOwnCell(stream);
+      if (!cell) return std::nullopt;
+      row.push_back(*std::move(cell));
     }
   }
   return cells;
@@ -86,6 +105,30 @@ CopiedCells ReadText(const QString& sText) {
   return cells;
 }
 
+bool IsBlankText(const QString& sText) {
+  return std::ranges::all_of(sText, [](QChar c) { return c.isSpace(); });
+}
+
+/// A page cannot tell a cell of blanks from one without anything, a text can.
+void FillVoid(CopiedCells& cells, const QString& sText) {
+  const auto isVoid = [](const CopiedCell& cell) { return cell.bVoid; };
+  const bool bAny =
+      std::ranges::any_of(cells, [&](const auto& row) { return std::ranges::any_of(row, isVoid); });
+  if (!bAny) return;
+  const CopiedCells beside = ReadText(sText);
+  if (!std::ranges::equal(cells, beside, std::ranges::equal_to(), &std::vector<CopiedCell>::size,
+                          &std::vector<CopiedCell>::size)) {
+    return;
+  }
+  for (std::size_t nRow = 0; nRow < cells.size(); ++nRow) {
+    for (std::size_t n = 0; n < cells[nRow].size(); ++n) {
+      const auto& text = beside[nRow][n].sText;
+      const bool bBlanks = text && !text->empty() && IsBlankText(QString::fromStdString(*text));
+      if (cells[nRow][n].bVoid && bBlanks) cells[nRow][n].sText = text;
+    }
+  }
+}
+
 }  // namespace
 
 QByteArray ExactCells(const CopiedText& copied, const zones::TimeZone& zone) {
@@ -98,11 +141,13 @@ QByteArray ExactCells(const CopiedText& copied, const zones::TimeZone& zone) {
   auto time = copied.times.begin();
   for (const std::uint8_t nKind : copied.kinds) {
     const std::string_view sCell = cells.Next();
-    const bool bNone = nKind == CopiedText::kNoCell;
-    const auto kind = bNone ? platform::ValueKind::Null : static_cast<platform::ValueKind>(nKind);
-    stream << static_cast<quint8>(kind);
+    stream << quint8{nKind};
+    if (nKind == CopiedText::kNoCell) continue;
+    const auto kind = static_cast<platform::ValueKind>(nKind);
     if (kind == platform::ValueKind::Timestamp) {
-      stream << QByteArray::fromStdString(input.Shown(*time++));
+      stream << QByteArray::fromStdString(input.Shown(*time))
+             << qint64{time->time_since_epoch().count()};
+      ++time;
     } else if (kind == platform::ValueKind::Object) {
       stream << QByteArray();
     } else {
@@ -129,7 +174,10 @@ std::optional<CopiedCells> ReadCells(const QMimeData& data) {
   }
   if (data.hasHtml()) {
     const QString sPage = data.html();
-    if (auto cells = CellsOfPage(sPage)) return cells;
+    if (auto cells = CellsOfPage(sPage)) {
+      if (data.hasText()) FillVoid(*cells, data.text());
+      return cells;
+    }
   }
   if (!data.hasText() || data.text().isEmpty()) return std::nullopt;
   return ReadText(data.text());

@@ -18,6 +18,10 @@ struct CopiedCell {
   std::optional<platform::Text> sText;  ///< none is null
   /// Of this library's own cells what the value is; nobody knows it of others.
   std::optional<platform::ValueKind> kind{};
+  /// The same of a point in time, whose text is by the clocks of the grid that it comes from.
+  std::optional<platform::Timestamp> instant{};
+  bool bGap = false;   ///< was not selected between others that were: nothing is to be pasted
+  bool bVoid = false;  ///< of a page that shows nothing there
 };
 
 using CopiedCells = std::vector<std::vector<CopiedCell>>;
@@ -27,9 +31,10 @@ using CopiedCells = std::vector<std::vector<CopiedCell>>;
 inline constexpr std::size_t kMostReadCells = 400'000;
 
 /// The name of the library's own form.
-inline constexpr const char* kCellsFormat = "application/x-orvane-cells";
+inline constexpr const char* kCellsFormat = "application/x-orvane-cell-block";
 
-/// The cells in that form: times as the clocks of the zone have them.
+/// The cells in that form: times as the clocks of the zone have them, and their
+/// instant.
 QByteArray ExactCells(const CopiedText& copied, const zones::TimeZone& zone);
 
 /// What of the clipboard is about cells, as its own data: for who reads it on another thread.
@@ -37,8 +42,9 @@ std::unique_ptr<QMimeData> CellsOn(const QMimeData& data);
 
 /// The cells on the clipboard: of this library's own form, else of the table of a page, else those
 /// of its text, parted by tabs and line breaks, where text in quotes may have both. An empty cell
-/// of a text is null, two quotes are the empty text. None when there is nothing of these; of more
-/// than kMostReadCells the first ones.
+/// of a text is null, two quotes are the empty text. Where a page shows nothing in a cell and the
+/// text beside it has the same cells, it may have blanks or line breaks there. None when there is
+/// nothing of these; of more than kMostReadCells the first ones.
 std::optional<CopiedCells> ReadCells(const QMimeData& data);
 
 }  // namespace orvane::controls

@@ -1,6 +1,8 @@
 #include "controls/view/copied_forms.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 
 #include "controls/view/pasted_page.h"
 
@@ -55,11 +57,61 @@ bool IsFiniteNumber(ValueKind kind, std::string_view sText) {
   return nFirst < sText.size() && sText[nFirst] >= '0' && sText[nFirst] <= '9';
 }
 
+/// True for a number that a spreadsheet, which counts in doubles, keeps. Of one that is held as a
+/// double already it has the same, but for those next to zero, and the sign of zero.
+bool IsKept(ValueKind kind, std::string_view sNumber) {
+  constexpr std::ptrdiff_t kKeptDigits = 15;
+  if (kind == ValueKind::Double) {
+    double number = 0;
+    std::from_chars(sNumber.data(), sNumber.data() + sNumber.size(), number);
+    return std::isnormal(number) || sNumber == "0";
+  }
+  const std::size_t first = std::min(sNumber.find_first_of("123456789"), sNumber.size());
+  return std::ranges::count_if(sNumber.substr(first),
+                               [](char c) { return c >= '0' && c <= '9'; }) <= kKeptDigits;
+}
+
+/// True for what a spreadsheet is to take as it stands: a text, and any other value that it would
+/// not keep.
+bool IsTextThere(ValueKind kind, std::string_view sText) {
+  switch (kind) {
+    case ValueKind::Text:
+      return true;
+    case ValueKind::Timestamp:
+    case ValueKind::WallTime:
+    case ValueKind::TimeOfDay:
+      return sText.find('.') != std::string_view::npos;
+    case ValueKind::Long:
+    case ValueKind::LongLong:
+    case ValueKind::Double:
+    case ValueKind::Decimal:
+      return !IsFiniteNumber(kind, sText) || !IsKept(kind, sText);
+    case ValueKind::Null:
+    case ValueKind::Boolean:
+    case ValueKind::Date:
+    case ValueKind::Bytes:
+    case ValueKind::Guid:
+    case ValueKind::Object:
+      break;
+  }
+  return false;
+}
+
+void AppendText(Text& sPage, std::string_view sText) {
+  // Of other blanks than one between two words, spreadsheets leave out what browsers do.
+  const bool bBlanks = !sText.empty() && (sText.front() == ' ' || sText.back() == ' ' ||
+                                          sText.find("  ") != std::string_view::npos);
+  sPage += kTextCell;
+  if (bBlanks) sPage += "<pre>";
+  AppendInPage(sPage, sText);
+  sPage += bBlanks ? "</pre></td>" : "</td>";
+}
+
 // Spreadsheets are told what is a number and what a text, whatever the language they count in: a
 // text of digits would become a number, and 1.5 a day in May.
 void AppendCell(Text& sPage, std::uint8_t nKind, std::string_view sText) {
   if (nKind == CopiedText::kNoCell) {
-    sPage += "<td></td>";
+    sPage.append("<td ").append(kOwnGapMark).append("></td>");
     return;
   }
   const auto kind = static_cast<ValueKind>(nKind);
@@ -67,12 +119,13 @@ void AppendCell(Text& sPage, std::uint8_t nKind, std::string_view sText) {
     sPage += kNullCell;
     return;
   }
+  if (IsTextThere(kind, sText)) return AppendText(sPage, sText);
   if (IsFiniteNumber(kind, sText)) {
     sPage.append("<td sdval=\"").append(sText).append("\" sdnum=\"1033;\">");
     sPage.append(sText).append("</td>");
     return;
   }
-  sPage += kind == ValueKind::Text ? kTextCell : std::string_view("<td>");
+  sPage += "<td>";
   AppendInPage(sPage, sText);
   sPage += "</td>";
 }

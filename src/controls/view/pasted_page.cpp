@@ -1,14 +1,12 @@
 #include "controls/view/pasted_page.h"
 
-#include <QDateTime>
 #include <QHash>
-#include <QRegularExpression>
 #include <QTextDocumentFragment>
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "controls/view/clipboard_text.h"
+#include "controls/view/spreadsheet_value.h"
 
 namespace orvane::controls {
 
@@ -26,50 +24,6 @@ struct Tag {
 
 bool IsBlank(QChar c) {
   return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r' || c == u'\f';
-}
-
-/// Whether a number in this format is a point in time: its code has letters of dates, beside texts
-/// in quotes and what stands in brackets.
-bool IsOfTime(const QString& sFormat) {
-  static const QRegularExpression kAside(QStringLiteral(R"("[^"]*"|\[[^\]]*\]|\\.)"));
-  static const QRegularExpression kLetters(QStringLiteral("[ymdhs]"),
-                                           QRegularExpression::CaseInsensitiveOption);
-  QString sCode = sFormat;
-  return sCode.remove(kAside).contains(kLetters);
-}
-
-QString TimeOf(double days) {
-  constexpr double kMillisecondsADay = 86'400'000.0;
-  constexpr double kMostDays = 2'958'465.0;  // the end of the year 9999
-  if (!(days >= 0) || days > kMostDays) return {};
-  const QDateTime time = QDateTime(QDate(1899, 12, 30), QTime(0, 0), Qt::UTC)
-                             .addMSecs(std::llround(days * kMillisecondsADay));
-  const QString sClock = time.toString(time.time().msec() != 0 ? u"HH:mm:ss.zzz" : u"HH:mm:ss");
-  return days < 1 ? sClock : time.toString(u"yyyy-MM-dd ") + sClock;
-}
-
-/// What a cell says whose value the spreadsheet tells beside its text.
-QString ValueOf(const QString& sShown, const QString& sNumber, const QString& sNumberFormat) {
-  bool bNumber = false;
-  const double number = sNumber.toDouble(&bNumber);
-  if (!bNumber) return sShown;
-  // The language, the language of the format, the format.
-  const QString sFormat = sNumberFormat.section(u';', 2);
-  if (sFormat == u"@") return sShown;
-  if (sFormat.compare(u"BOOLEAN", Qt::CaseInsensitive) == 0) {
-    return number != 0 ? QStringLiteral("True") : QStringLiteral("False");
-  }
-  const bool bGeneral = sFormat.compare(u"General", Qt::CaseInsensitive) == 0 ||
-                        sFormat.compare(u"Standard", Qt::CaseInsensitive) == 0;
-  if (bGeneral || !IsOfTime(sFormat)) return sNumber;
-  // How long something took is no point in time.
-  static const QRegularExpression kElapsed(QStringLiteral(R"(\[(h+|m+|s+)\])"),
-                                           QRegularExpression::CaseInsensitiveOption);
-  if (sFormat.contains(kElapsed)) return sShown;
-  static const QRegularExpression kYearFirst(QStringLiteral(R"(^\d{4}-\d\d-\d\d)"));
-  if (sShown.contains(kYearFirst)) return sShown;
-  const QString sTime = TimeOf(number);
-  return sTime.isEmpty() ? sShown : sTime;
 }
 
 class PageReader {
@@ -268,18 +222,35 @@ class PageReader {
     m_bItalic = false;
   }
 
-  bool IsNull() const {
-    if (m_bOwn) return m_sCell.isEmpty() && m_bItalic;
+  /// Whether nothing is seen in the cell; spreadsheets write a line break where nothing is.
+  bool IsVoid() const {
     return m_sCell == u"\n" ||
            std::ranges::all_of(m_sCell, [](QChar c) { return c == QChar::Nbsp; });
+  }
+
+  CopiedCell ReadCell() const {
+    const QString sFormat = m_cell.attributes.value(QStringLiteral("sdnum"));
+    if (m_bOwn && m_cell.attributes.contains(QLatin1String(kOwnGapMark))) {
+      return {.sText = std::nullopt, .bGap = true};
+    }
+    if (m_bOwn && m_sCell.isEmpty() && m_bItalic) return {};
+    if (!m_bOwn && IsVoid()) {
+      CopiedCell cell{.sText = std::nullopt, .bVoid = true};
+      // Texts have an empty one among them.
+      const bool bText = FormatIn(sFormat) == u"@";
+      if (bText) cell.sText = m_sCell == u"\n" ? platform::Text() : m_sCell.toStdString();
+      return cell;
+    }
+    return {HeldValue(m_sCell, m_cell.attributes.value(QStringLiteral("sdval")), sFormat)
+                .toStdString()};
   }
 
   int Span(const char* sName) const {
     return std::clamp(m_cell.attributes.value(QLatin1String(sName)).toInt(), 1, kMostSpan);
   }
 
-  void Push(std::optional<platform::Text> text) {
-    m_row.push_back({std::move(text)});
+  void Push(CopiedCell cell) {
+    m_row.push_back(std::move(cell));
     ++m_nCells;
   }
 
@@ -287,7 +258,7 @@ class PageReader {
   void PushReaching() {
     while (m_row.size() < m_reaching.size() && m_reaching[m_row.size()] > 0) {
       --m_reaching[m_row.size()];
-      Push(std::nullopt);
+      Push({});
     }
   }
 
@@ -301,20 +272,14 @@ class PageReader {
         if (m_reaching.size() <= m_row.size()) m_reaching.resize(m_row.size() + 1);
         m_reaching[m_row.size()] = nRows - 1;
       }
-      if (n > 0 || IsNull()) {
-        Push(std::nullopt);
-      } else {
-        Push(ValueOf(m_sCell, m_cell.attributes.value(QStringLiteral("sdval")),
-                     m_cell.attributes.value(QStringLiteral("sdnum")))
-                 .toStdString());
-      }
+      Push(n > 0 ? CopiedCell() : ReadCell());
     }
   }
 
   void EndRow() {
     EndCell();
     if (!std::exchange(m_bRow, false)) return;
-    for (; m_row.size() < m_reaching.size(); Push(std::nullopt)) {
+    for (; m_row.size() < m_reaching.size(); Push({})) {
       int& nLeft = m_reaching[m_row.size()];
       nLeft = std::max(0, nLeft - 1);
     }
