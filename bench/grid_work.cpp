@@ -1,18 +1,20 @@
 // What a grid does with a million rows, each beside the raw work on a plain vector of the same
 // values: sorting by a number and by a text, finding a text, and copying rows as text.
 #include <QApplication>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <numeric>
 #include <random>
+#include <string_view>
 #include <vector>
 
 #include "ado/recordset_builder.h"
 #include "controls/order/sort_keys.h"
-#include "controls/view/clipboard_text.h"
 #include "controls/view/row_finder.h"
+#include "controls/view/row_view.h"
 
 namespace {
 
@@ -102,23 +104,29 @@ int main(int argc, char** argv) {
   });
   Print("find a text in 1,000,000 rows", find, raw);
 
-  const QItemSelection selection(model.index(0, 0), model.index(99'999, 1));
-  QString sCopied;
+  controls::RowView view;
+  view.ShowRows(rs, controls::CellFormat());
+  view.selectionModel()->select({view.model()->index(0, 0), view.model()->index(99'999, 1)},
+                                QItemSelectionModel::ClearAndSelect);
+  bool bCopied = false;
+  view.Copier().OnCopied([&](const QString&) { bCopied = true; });
   const double copy = Median([&] {
-    controls::ClipboardText text;
-    controls::CellsWriter* const writers[] = {&text};
-    const std::vector<int> columns{0, 1};
-    for (const controls::RowBand& band : controls::BandsOf(selection, columns)) {
-      for (int nPlace = band.nFirst; nPlace <= band.nLast; ++nPlace) {
-        controls::WriteRow(model, band, nPlace, columns, writers);
-      }
-    }
-    sCopied = text.Take();
+    // As Ctrl+C does it, until the clipboard has it.
+    bCopied = false;
+    view.Copy(false);
+    while (!bCopied) QCoreApplication::processEvents();
   });
+  const platform::Text sCopied = QGuiApplication::clipboard()->text().toStdString();
+  std::vector<std::string_view> cells;
+  for (std::size_t n = 0; n < sCopied.size();) {
+    const std::size_t nEnd = sCopied.find_first_of("\t\n", n) + 1;
+    cells.push_back(std::string_view(sCopied).substr(n, nEnd - n));
+    n = nEnd;
+  }
   const double write = Median([&] {
-    QString sText;
-    for (qsizetype n = 0; n < sCopied.size(); n += 16) sText += QStringView(sCopied).mid(n, 16);
-    found += static_cast<std::size_t>(sText.size() & 1);
+    platform::Text sText;
+    for (const std::string_view sCell : cells) sText += sCell;
+    found += sText.size() & 1;
   });
   Print("copy 100,000 rows as text", copy, write);
   return found > 100 ? 1 : 0;

@@ -77,7 +77,12 @@ class TrendPlot : public QCustomPlot {
   void OnCursor(std::function<void()> handler) { m_cursorMoved = std::move(handler); }
   void OnTimes(std::function<void()> handler) { m_timesChanged = std::move(handler); }
 
-  QSize minimumSizeHint() const override { return {160, 120}; }
+  QSize minimumSizeHint() const override {
+    // Some lines of the drawing above those of the times.
+    constexpr QSize kLetters(23, 7);
+    return {kLetters.width() * fontMetrics().averageCharWidth(),
+            kLetters.height() * fontMetrics().height()};
+  }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QStackedLayout>
 #include <QTableView>
@@ -69,6 +70,10 @@ TrendView::TrendView(QWidget* parent)
   m_list->verticalHeader()->hide();
   m_list->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
   m_list->horizontalHeader()->setStretchLastSection(true);
+  // The names, one line and the bar beneath it; the others are scrolled to.
+  m_list->setMinimumHeight(m_list->horizontalHeader()->sizeHint().height() +
+                           m_list->verticalHeader()->defaultSectionSize() +
+                           m_list->horizontalScrollBar()->sizeHint().height());
   m_message->setObjectName("trendMessage");
   m_message->setAlignment(Qt::AlignCenter);
   m_message->setWordWrap(true);

@@ -141,6 +141,38 @@ TEST_F(sliced_pastes, are_laid_over_rows_fetched_anew_in_slices) {
   EXPECT_EQ(Label("pending"), "") << "with the steps that can be undone";
 }
 
+TEST_F(sliced_pastes, are_kept_under_a_wait_when_the_view_is_hidden) {
+  PasteNames();
+  m_host->sWaited.clear();
+  platform::Long lState = 0;
+  const auto rs = m_editor->DetachRecordset(lState);
+  EXPECT_EQ(m_host->sWaited, "Keeping the rows that are not stored\n");
+  m_editor->AttachRecordset({}, 0);
+  EXPECT_EQ(Label("pending"), "");
+  m_editor->AttachRecordset(rs, lState);
+  EXPECT_EQ(Label("pending"), "12,000 rows not stored");
+}
+
+TEST_F(sliced_pastes, many_rows_are_deleted_with_the_window_going_on) {
+  const auto deleteAll = [this] {
+    Rows().selectAll();
+    m_host->sWaited.clear();
+    Press(Qt::Key_Delete);
+    Answer("Delete");
+  };
+  m_host->sCancelled = "Marking rows";
+  deleteAll();
+  EXPECT_EQ(m_host->sWaited, "Marking rows\nTaking back what was changed\n");
+  EXPECT_EQ(Label("notice"), "Nothing was deleted: it was cancelled.");
+  EXPECT_EQ(Label("pending"), "");
+  m_host->sCancelled.clear();
+  deleteAll();
+  EXPECT_EQ(m_host->sWaited,
+            "Marking rows\nReading the rows to be deleted\nTaking the deleted rows out\n");
+  EXPECT_EQ(Rows().Model().Places(), 0);
+  EXPECT_EQ(Stored("SELECT count(*) FROM P..Many"), "0");
+}
+
 TEST_F(sliced_pastes, are_kept_where_the_laying_is_cancelled) {
   PasteNames();
   m_host->sCancelled = "Laying what is not stored over the rows";

@@ -56,6 +56,17 @@ class time_looks : public GridLooks {
   }
 };
 
+/// The lines of the statement and of the time beneath it, or eight of them.
+static void ExpectAllLinesIn(const SqlPane& pane) {
+  int nLines = 1;
+  for (int n = 0; n < pane.lines(); ++n) {
+    nLines += static_cast<int>(
+        pane.SendScintilla(QsciScintilla::SCI_WRAPCOUNT, static_cast<unsigned long>(n)));
+  }
+  EXPECT_LE(std::min(nLines, 8) * pane.textHeight(0), pane.viewport()->height())
+      << nLines << " lines";
+}
+
 TEST_P(time_looks, of_the_time_bar) {
   auto& bar = Part("timeBar");
   EXPECT_TRUE(Window()->rect().contains(QRect(bar.mapTo(Window(), QPoint()), bar.size())));
@@ -129,6 +140,15 @@ TEST_P(time_looks, of_the_statement) {
   }
   // Every line of it and the time beneath it are in sight, from the first letter to the last.
   EXPECT_EQ(pane.firstVisibleLine(), 0);
+  ExpectAllLinesIn(pane);
+  // Also where they wrap, up to as many as a pane has.
+  Window()->resize(GetParam().size.width() * 2 / 3, GetParam().size.height());
+  Settle();
+  Settle();
+  ExpectAllLinesIn(pane);
+  Window()->resize(GetParam().size);
+  Settle();
+  Settle();
   int nLines = 1;  // the time's
   for (int n = 0; n < pane.lines(); ++n) {
     nLines += static_cast<int>(
@@ -146,7 +166,30 @@ TEST_P(time_looks, of_the_statement) {
   }
 }
 
-/// Of a window so small, letters twice as large leave too little for both the lines and their list.
+// Of a bar that would take most of a low window the ranges stay, with a button for the others.
+TEST_P(time_looks, of_the_time_bar_in_a_low_window) {
+  const int nLine = Window()->fontMetrics().height();
+  Window()->resize(GetParam().size.width(), 9 * nLine);
+  Settle();
+  auto& more = Part<QToolButton>("timeMore");
+  auto& from = *Window()->findChild<QLineEdit*>("timeFrom");
+  EXPECT_FALSE(from.isVisible());
+  EXPECT_FALSE(Window()->findChild<QWidget*>("follow")->isVisible());
+  ExpectApart(*more.parentWidget());
+  ExpectRead(more, kReadable);
+  EXPECT_GE(Rows().viewport()->height(), nLine) << "a row is in sight";
+  QTest::mouseClick(&more, Qt::LeftButton);
+  Settle();
+  EXPECT_TRUE(from.isVisible());
+  QTest::mouseClick(&more, Qt::LeftButton);
+  Settle();
+  EXPECT_FALSE(from.isVisible());
+  Window()->resize(GetParam().size.width(), 40 * nLine);
+  Settle();
+  EXPECT_TRUE(from.isVisible());
+  EXPECT_FALSE(more.isVisible());
+}
+
 class trend_looks : public time_looks {};
 
 TEST_P(trend_looks, of_the_trend) {
@@ -212,8 +255,7 @@ TEST_P(trend_looks, of_the_trend) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(looks, trend_looks,
-                         testing::Values(kTimeLooks[0], kTimeLooks[1], kTimeLooks[4]),
+INSTANTIATE_TEST_SUITE_P(looks, trend_looks, testing::ValuesIn(kTimeLooks),
                          [](const auto& tested) { return std::string(tested.param.sName); });
 INSTANTIATE_TEST_SUITE_P(looks, time_looks, testing::ValuesIn(kTimeLooks),
                          [](const auto& tested) { return std::string(tested.param.sName); });

@@ -21,6 +21,9 @@ namespace orvane::console {
 
 namespace {
 
+/// Of the dialog's width, for names of servers with their folders.
+constexpr int kCharacters = 57;
+
 /// Overwrites the characters where they stand. Only of memory that belongs to the text: that of a
 /// literal cannot be written.
 void Overwrite(QString& sText) {
@@ -110,7 +113,7 @@ LogonDialog::LogonDialog(const ado::LogonRequest& request, QWidget* parent)
   layout->addSpacing(8);
   layout->addWidget(buttons);
   layout->setSizeConstraint(QLayout::SetMinimumSize);
-  resize(sizeHint().expandedTo({400, 0}));
+  resize(sizeHint().expandedTo({kCharacters * fontMetrics().averageCharWidth(), 0}));
 
   UpdateButtons();
   if (m_cmbServer->isEnabled()) {

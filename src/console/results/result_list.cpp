@@ -22,10 +22,12 @@ namespace orvane::console {
 namespace {
 
 /// Of a column without a width of its own.
-constexpr int kUsualWidth = 160;
+constexpr int kUsualCharacters = 23;
+constexpr int kLeastCharacters = 7;
 
-int OwnWidth(const ResultListModel::Column& column) {
-  return column.iWidth > 0 ? column.iWidth : kUsualWidth;
+int OwnWidth(const ResultListModel::Column& column, const QWidget& list) {
+  if (column.iWidth > 0) return column.iWidth;
+  return kUsualCharacters * list.fontMetrics().averageCharWidth();
 }
 
 }  // namespace
@@ -98,7 +100,7 @@ ResultList::ResultList(QWidget* parent)
   m_details->header()->setTextElideMode(Qt::ElideRight);
   m_details->header()->viewport()->installEventFilter(this);
   m_details->header()->setHighlightSections(false);
-  m_details->header()->setMinimumSectionSize(48);
+  m_details->header()->setMinimumSectionSize(kLeastCharacters * fontMetrics().averageCharWidth());
 
   m_icons->setObjectName("resultIcons");
   m_icons->setViewMode(QListView::IconMode);
@@ -189,7 +191,7 @@ void ResultList::SetWidths(int iFirstColumn) {
   const QScopedValueRollback setting(m_bSettingWidths, true);
   const auto& columns = m_model->Columns();
   for (auto n = static_cast<std::size_t>(iFirstColumn); n < columns.size(); ++n) {
-    m_details->header()->resizeSection(static_cast<int>(n), OwnWidth(columns[n]));
+    m_details->header()->resizeSection(static_cast<int>(n), OwnWidth(columns[n], *m_details));
   }
   FillRoom();
 }
@@ -202,7 +204,8 @@ void ResultList::FillRoom() {
   const auto& columns = m_model->Columns();
   const int iCount = std::min(static_cast<int>(columns.size()), header->count());
   std::vector<int> widths;
-  for (int i = 0; i < iCount; ++i) widths.push_back(OwnWidth(columns[static_cast<std::size_t>(i)]));
+  for (int i = 0; i < iCount; ++i)
+    widths.push_back(OwnWidth(columns[static_cast<std::size_t>(i)], *m_details));
   if (widths.empty()) return;
   int iSpare = m_details->viewport()->width() - std::accumulate(widths.begin(), widths.end(), 0);
   // From the left, as far as it goes; what nobody needs is the last one's.

@@ -74,7 +74,7 @@ void WriteView(const ViewParts& parts, DocumentBag& bag) {
   }
 }
 
-void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& usualGeometry) {
+bool ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& usualGeometry) {
   const auto bytes = [&](const char* sName) {
     const auto vtValue = bag.ReadProperty(sName, Text());
     const auto* sText = vtValue.As<Text>();
@@ -92,7 +92,8 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
   }
   // It may have been another screen.
   widgets::KeepOnScreen(parts.window);
-  if (const auto state = bytes("Splitter.State"); !state.isEmpty()) {
+  const auto state = bytes("Splitter.State");
+  if (!state.isEmpty()) {
     const int iHandle = parts.splitter.handleWidth();
     parts.splitter.restoreState(state);
     // Of all that such a state can say, only the shares are of this window.
@@ -123,6 +124,7 @@ void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& 
     }
   }
   parts.results.ColumnWidths(std::move(columns));
+  return !state.isEmpty();
 }
 
 }  // namespace orvane::console

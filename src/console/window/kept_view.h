@@ -29,8 +29,9 @@ struct ViewParts {
 void WriteView(const ViewParts& parts, DocumentBag& bag);
 
 /// What the bag does not hold is as it is in a new window, but for the window's place: that is the
-/// usual one, as QWidget::saveGeometry gave it, if there is one.
-void ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& usualGeometry);
+/// usual one, as QWidget::saveGeometry gave it, if there is one. True where it holds the panes'
+/// shares.
+bool ReadView(const ViewParts& parts, const DocumentBag& bag, const QByteArray& usualGeometry);
 
 /// How grids are laid out, each in a part of the bag that the place of its item gives the name.
 void WriteLayouts(const KeptLayouts::Layouts& layouts, DocumentBag& bag);

@@ -34,8 +34,17 @@ using platform::Text;
 namespace {
 
 constexpr int kCatchUpMilliseconds = 50;
-constexpr QSize kUsualSize(1100, 700);
+// In letters, so that larger ones have as much room; the screen bounds it.
+constexpr QSize kUsualSize(156, 41);
 constexpr int kTreeCharacters = 28;
+constexpr int kTreeLevels = 4;
+constexpr int kLeastTreeCharacters = 17;
+constexpr int kLeastResultCharacters = 28;
+
+QSize UsualSize(const QFontMetrics& letters) {
+  return {kUsualSize.width() * letters.averageCharWidth(),
+          kUsualSize.height() * letters.lineSpacing()};
+}
 
 }  // namespace
 
@@ -59,7 +68,7 @@ MainWindow::MainWindow(WindowParts parts, QWidget* parent)
   ConnectMenus();
   FollowSession();
   FollowDocument();
-  resize(kUsualSize);
+  resize(UsualSize(fontMetrics()));
   widgets::KeepOnScreen(*this);
   new MenuKey(this);
   new GuideKey(*this);
@@ -98,21 +107,34 @@ void MainWindow::MakePanes() {
   m_splitter->setChildrenCollapsible(false);
   m_splitter->setHandleWidth(5);
   m_scope = new ScopePane(m_splitter);
-  m_scope->setMinimumWidth(120);
+  const int iCharacter = fontMetrics().averageCharWidth();
+  m_scope->setMinimumWidth(kLeastTreeCharacters * iCharacter);
   m_results = new ResultPane(m_images, m_splitter);
-  m_results->setMinimumWidth(200);
+  m_results->setMinimumWidth(kLeastResultCharacters * iCharacter);
   m_splitter->setStretchFactor(0, 0);
   m_splitter->setStretchFactor(1, 1);
-  // Room for a server's name, in letters of any size, and no more than the rows can spare.
-  const int iTree = std::clamp(kTreeCharacters * fontMetrics().averageCharWidth(), 280,
-                               kUsualSize.width() * 2 / 5);
-  m_splitter->setSizes({iTree, kUsualSize.width() - iTree});
+  connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_bTreeChosen = true; });
   layout->addWidget(m_splitter, 1);
   setCentralWidget(central);
 
   m_toolbar = new ToolbarView(m_images, m_results);
   m_results->PlaceToolbar(m_toolbar);
   setContextMenuPolicy(Qt::NoContextMenu);
+}
+
+void MainWindow::FitTree() {
+  // Whoever has moved the border wants it there.
+  if (m_bTreeChosen) return;
+  // Room for a server's name, in letters of any size, and no more than the rows can spare.
+  const int iTree = std::min(kTreeCharacters * fontMetrics().averageCharWidth() +
+                                 kTreeLevels * style()->pixelMetric(QStyle::PM_TreeViewIndentation),
+                             width() / 3);
+  m_splitter->setSizes({iTree, width() - iTree});
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  FitTree();
 }
 
 void MainWindow::FollowPanes() {
@@ -216,7 +238,7 @@ void MainWindow::FollowDocument() {
     DocumentBag own;
     const Text& sPath = m_keeper.Document().Path();
     if (m_views && !sPath.empty()) m_views->Read(sPath, own);
-    ReadView(ViewOfWindow(), own, usual);
+    if (ReadView(ViewOfWindow(), own, usual)) m_bTreeChosen = true;
     m_session.Layouts(ReadLayouts(view));
   });
   connect(&m_keeper, &DocumentKeeper::ViewAsked, this,

@@ -46,9 +46,12 @@ class MainWindow final : public QMainWindow {
  protected:
   void closeEvent(QCloseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void MakePanes();
+  /// Gives the tree its share of the window's width.
+  void FitTree();
   void ConnectMenus();
   void FollowPanes();
   void FollowSession();
@@ -82,6 +85,7 @@ class MainWindow final : public QMainWindow {
   WindowMenus m_menus;
 
   QSplitter* m_splitter = nullptr;
+  bool m_bTreeChosen = false;  // its share of the width, by the user
   ScopePane* m_scope = nullptr;
   ResultPane* m_results = nullptr;
   ToolbarView* m_toolbar = nullptr;

@@ -154,6 +154,36 @@ bool SelectionMenus::IsListed(const ScopeTreeItem& item) const {
   return type && !type->resultViews.empty() && type->resultViews.front().sControlProgId.empty();
 }
 
+bool SelectionMenus::IsTable(const ScopeTreeItem& item) const {
+  const auto* type = m_session.Tree().NodeType(item.Type());
+  return type && !type->resultViews.empty() &&
+         type->resultViews.front().sControlProgId == platform::kTableEditorProgId;
+}
+
+void SelectionMenus::AddImport(QMenu& menu, const HostedSelection& selection) {
+  const auto& items = selection.Items();
+  if (items.size() != 1 || !IsTable(*items.front())) return;
+  if (!menu.isEmpty()) menu.addSeparator();
+  auto* action = menu.addAction(tr("&Import Rows\u2026"));
+  action->setObjectName("actImportRows");
+  action->setStatusTip(tr("Takes the rows of a file of comma-separated values into the table."));
+  connect(
+      action, &QAction::triggered, this, [this, item = items.front()] { Import(item); },
+      Qt::QueuedConnection);
+}
+
+// Its rows are shown when they are in, so the table is shown for this command.
+void SelectionMenus::Import(const ScopeTreeItemPtr& item) {
+  if (m_session.IsBusy() || item->IsRemoved()) return;
+  m_session.Select(item);
+  if (m_session.Selected() != item) return;
+  m_session.ShowView(0);
+  // Showing handles events, and one of them may have led elsewhere.
+  const auto* view = m_session.CurrentResultView();
+  if (m_session.Selected() != item || !view) return;
+  if (const auto control = view->HostedControl()) control->Import();
+}
+
 void SelectionMenus::AddRefresh(QMenu& menu, const HostedSelection& selection) {
   const auto& items = selection.Items();
   const auto shown = m_session.Selected();
@@ -181,6 +211,7 @@ void SelectionMenus::Fill(QMenu& menu, const HostedSelection& selection, Origin 
   if (selection.Items().size() == 1) AddOpen(menu, selection.Items().front());
   for (const auto& commands : m_session.MenusOf(selection))
     AddCommands(menu, commands, selection, origin);
+  AddImport(menu, selection);
   AddRefresh(menu, selection);
 }
 

@@ -64,9 +64,15 @@ class SelectionMenus final : public QObject {
   void NotePane(const QWidget* focus);
   /// True for an item that shows a list.
   bool IsListed(const ScopeTreeItem& item) const;
+  /// True for an item that shows a table's rows.
+  bool IsTable(const ScopeTreeItem& item) const;
   void AddOpen(QMenu& menu, const ScopeTreeItemPtr& item);
   /// The command that reads the item anew, whether it is the one shown or not.
   void AddRefresh(QMenu& menu, const HostedSelection& selection);
+  /// The command that takes rows of a file into a table, where the item is one.
+  void AddImport(QMenu& menu, const HostedSelection& selection);
+  /// Shows the table, and has its grid ask for the file.
+  void Import(const ScopeTreeItemPtr& item);
   void Click(const platform::MenuItem& entry, platform::Long lIndex,
              const HostedSelection& selection, Origin origin);
   void AddCommands(QMenu& menu, const platform::Menu& commands, const HostedSelection& selection,

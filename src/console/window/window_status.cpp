@@ -1,7 +1,9 @@
 #include "console/window/window_status.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QStatusBar>
+#include <algorithm>
 
 #include "console/document/document.h"
 #include "console/look/shown_text.h"
@@ -20,10 +22,12 @@ constexpr int kServerCharacters = 40;
 
 WindowStatus::WindowStatus(QStatusBar& bar)
     : QObject(&bar),
+      m_bar(bar),
       m_lblReadOnly(AddLabel(bar, "readOnlyMark")),
       m_lblServer(AddLabel(bar, "shownServer")),
       m_lblItems(AddLabel(bar, "itemCount")) {
   bar.setAccessibleName(tr("Status"));
+  bar.installEventFilter(this);
   m_lblServer->setContentsMargins(12, 0, 12, 0);
   m_lblServer->setTextFormat(Qt::PlainText);
   m_lblItems->setContentsMargins(0, 0, 6, 0);
@@ -51,13 +55,25 @@ void WindowStatus::ShowItem(const ScopeTreeItemPtr& item) {
                            : tr("%1 as %2").arg(Shown(server->sName), Shown(server->sUser));
   const auto sLink = server && !server->sLink.empty() ? ", " + Shown(server->sLink) : QString();
   // No name holds the window open; of the link the beginning says the most.
-  const auto metrics = m_lblServer->fontMetrics();
-  const int iWidth = kServerCharacters * metrics.averageCharWidth();
-  m_lblServer->setText(metrics.elidedText(sServer, Qt::ElideMiddle, iWidth) +
-                       metrics.elidedText(sLink, Qt::ElideRight, iWidth));
-  const auto sWhole = sServer + sLink;
-  m_lblServer->setToolTip(m_lblServer->text() == sWhole ? QString() : widgets::ToolTipOf(sWhole));
+  m_sServer = sServer;
+  m_sLink = sLink;
+  FitServer();
   m_lblServer->setVisible(server.has_value());
+}
+
+void WindowStatus::FitServer() {
+  const auto metrics = m_lblServer->fontMetrics();
+  // What is told of the rows has more to say than where they are.
+  const int iWidth = std::min(kServerCharacters * metrics.averageCharWidth(), m_bar.width() / 4);
+  m_lblServer->setText(metrics.elidedText(m_sServer, Qt::ElideMiddle, iWidth) +
+                       metrics.elidedText(m_sLink, Qt::ElideRight, iWidth));
+  const auto sWhole = m_sServer + m_sLink;
+  m_lblServer->setToolTip(m_lblServer->text() == sWhole ? QString() : widgets::ToolTipOf(sWhole));
+}
+
+bool WindowStatus::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Resize) FitServer();
+  return QObject::eventFilter(watched, event);
 }
 
 void WindowStatus::ShowRows(ResultPane& results) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 #include "console/session/scope_tree_item.h"
 
@@ -26,9 +27,17 @@ class WindowStatus final : public QObject {
   void ShowItem(const ScopeTreeItemPtr& item);
   void ShowRows(ResultPane& results);
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   QLabel* AddLabel(QStatusBar& bar, const char* sName);
+  /// Shows as much of the server as the bar has room for beside the rows.
+  void FitServer();
 
+  QStatusBar& m_bar;
+  QString m_sServer;
+  QString m_sLink;
   QLabel* m_lblReadOnly;
   QLabel* m_lblServer;
   QLabel* m_lblItems;

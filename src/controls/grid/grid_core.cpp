@@ -316,7 +316,9 @@ void GridCore::ShowFailure(Long lNumber, const Text& sSentence, const Shown& bef
 
 void GridCore::Attach(const RecordsetPtr& rs, const RowsState* state, const Text& sSqlText,
                       const NoRowsTexts& noRows, const std::optional<RowTable>& table) {
-  KeepUnsent();
+  const std::weak_ptr<void> life = m_statements.Life();
+  KeepUnsent(true);
+  if (life.expired()) return;
   m_recordset = rs;
   FollowZone();
   m_sSqlText = state ? state->sSqlText : sSqlText;
@@ -324,7 +326,6 @@ void GridCore::Attach(const RecordsetPtr& rs, const RowsState* state, const Text
   m_window->Sql(QString::fromStdString(m_sSqlText));
   const NoRowsTexts texts = rs->FieldCount() > 0 ? noRows : DoneTexts(0);
   const bool bKnown = state && state->updatability;
-  const std::weak_ptr<void> life = m_statements.Life();
   auto updatability = bKnown ? *state->updatability : m_statements.Updatability(table, *rs);
   if (life.expired() || m_recordset != rs) return;
   m_place = bKnown ? state->place : PlaceOf(updatability.table);
@@ -340,7 +341,9 @@ void GridCore::Attach(const RecordsetPtr& rs, const RowsState* state, const Text
 }
 
 void GridCore::Empty() {
-  KeepUnsent();
+  const std::weak_ptr<void> life = m_statements.Life();
+  KeepUnsent(true);
+  if (life.expired()) return;
   m_place = {};
   m_recordset.reset();
   m_editing->ShowNothing();

@@ -114,14 +114,21 @@ Text InsertInto(const Text& sInto, const std::vector<ImportColumn>& columns) {
 GridImport::GridImport(GridCore& core, Grid grid) : m_core(core), m_grid(std::move(grid)) {
   core.Window().Rows().Commands().Add(
       {CommandGroup::Copy, "&Import Rows\u2026", QKeySequence("Ctrl+Shift+I"), [this] { Run(); },
-       [this] {
-         return m_grid.query() && m_core.Connection() && m_core.Connection()->IsOpen() &&
-                !m_core.Running();
-       },
+       [this] { return CanRun(); },
        [this] { return !m_core.Editing().Session().Updatability().bNoTable; }});
 }
 
+bool GridImport::CanRun() const {
+  return m_grid.query() && m_core.Connection() && m_core.Connection()->IsOpen() &&
+         !m_core.Running() && !m_core.Editing().Session().Updatability().bNoTable;
+}
+
 void GridImport::Run() {
+  if (!CanRun()) {
+    return TellInBox(m_core.Window(), "Import Rows",
+                     "Rows cannot be imported here: they go into a table of a server that is "
+                     "connected, and not into a view; connect the server, or choose a table.");
+  }
   // The grid may go while a dialog is open; then nothing of this object is touched any more.
   const std::weak_ptr<void> life = m_life;
   // A dialog that goes with the grid's window must not stand on the stack.

@@ -27,7 +27,10 @@ class GridImport {
   /// Adds itself to what can be done to the rows of the grid's window.
   GridImport(GridCore& core, Grid grid);
 
-  /// Asks and imports. What goes wrong is told in a box; what was done, beneath the rows.
+  /// True where there is a table that takes rows, and nothing else is at work.
+  bool CanRun() const;
+  /// Asks and imports. What goes wrong, or that it cannot be, is told in a box; what was done,
+  /// beneath the rows.
   void Run();
 
  private:

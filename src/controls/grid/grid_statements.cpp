@@ -235,8 +235,10 @@ SentDeletion GridStatements::Delete(const RecordsetPtr& rs,
                                     const std::vector<platform::RowIndex>& rows,
                                     const controls::Updatability& updatability, Long lTimeout) {
   return Answered<SentDeletion>([&](SentDeletion& sent) {
-    sent.answer =
-        RowChanges(m_connection, m_objects, updatability.table, lTimeout).Delete(*rs, rows);
+    sent.answer = RowChanges(m_connection, m_objects, updatability.table, lTimeout)
+                      .Delete(*rs, rows, [this](const auto& work) {
+                        Wait("Reading the rows to be deleted", work);
+                      });
   });
 }
 

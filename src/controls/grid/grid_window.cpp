@@ -296,6 +296,12 @@ bool GridWindow::IsToldOtherwise() const {
          m_fetching.when() != m_sToldWhen;
 }
 
+QSize GridWindow::minimumSizeHint() const {
+  constexpr QSize kLetters(24, 8);
+  return {kLetters.width() * fontMetrics().averageCharWidth(),
+          kLetters.height() * fontMetrics().height()};
+}
+
 bool GridWindow::event(QEvent* event) {
   // Nobody tells of a connection that closes, or of midnight; but whoever comes to look at the rows
   // is told.

@@ -93,6 +93,9 @@ class GridWindow : public QWidget {
   /// Tells nobody anything any more.
   void Abandon();
 
+  /// No part of it holds the window open.
+  QSize minimumSizeHint() const override;
+
  protected:
   bool event(QEvent* event) override;
 

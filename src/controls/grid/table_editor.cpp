@@ -107,7 +107,11 @@ void TableEditor::AttachRecordset(const RecordsetPtr& rs, Long lUpdatability) {
 }
 
 RecordsetPtr TableEditor::DetachRecordset(Long& lUpdatability) {
-  m_core.KeepUnsent();
+  // Of many rows that handles events, and one of them may be the end of this grid.
+  const std::weak_ptr<int> life = m_life;
+  lUpdatability = 0;
+  m_core.KeepUnsent(true);
+  if (life.expired()) return nullptr;
   const RecordsetPtr& rs = m_core.Recordset();
   RowsState state = m_core.State();
   m_time.Keep(state);

@@ -26,6 +26,8 @@ class TableEditor : public GridControl<platform::TableEditor> {
   void SortAscending() override { SortByCurrent(true); }
   void SortDescending() override { SortByCurrent(false); }
   platform::Boolean CanSort() const override;
+  platform::Boolean CanImport() const override { return m_import.CanRun(); }
+  void Import() override { m_import.Run(); }
   [[nodiscard]] platform::Subscription OnHeadClick(std::function<void()> handler) override;
   [[nodiscard]] platform::Subscription OnFilterKept(std::function<void()> handler) override;
 

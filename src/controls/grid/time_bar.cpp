@@ -9,6 +9,7 @@
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 
 #include "controls/grid/flow_layout.h"
@@ -53,6 +54,7 @@ TimeBar::TimeBar(std::function<platform::Timestamp()> clock, QWidget* parent)
       m_following(new QCheckBox("&Follow")),
       m_seconds(new widgets::NumberBox) {
   setObjectName("timeBar");
+  if (parent) parent->installEventFilter(this);
   setAccessibleName("Time range");
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -80,6 +82,7 @@ void TimeBar::AddRanges() {
   connect(m_ranges, &QComboBox::activated, this, [this](int nItem) {
     if (nItem == kOwn) return Choose(std::nullopt);
     if (nItem != kTyped) return Choose(RangeOf(kOffered[static_cast<std::size_t>(nItem) - 1]));
+    m_more->setChecked(true);
     m_from->setFocus();
     m_from->selectAll();
   });
@@ -88,11 +91,23 @@ void TimeBar::AddRanges() {
       if (const auto range = neighbour(*shown, Now())) Choose(range);
     }
   };
+  m_more = new QToolButton;
+  m_more->setObjectName("timeMore");
+  m_more->setText("\u2026");
+  m_more->setToolTip("Shows the rest of the bar, or hides it");
+  m_more->setAccessibleName("More of the time range");
+  m_more->setAccessibleDescription(m_more->toolTip());
+  m_more->setCheckable(true);
+  m_more->setAutoRaise(true);
+  m_more->setFocusPolicy(Qt::TabFocus);
+  m_more->hide();
+  connect(m_more, &QToolButton::toggled, this, [this] { Fold(); });
   AddPart({m_ranges,
            AddButton(m_back, "\u25c0", "timeBack", "The range before this one",
                      [go] { go(RangeBefore); }),
            AddButton(m_forward, "\u25b6", "timeForward", "The range behind this one",
-                     [go] { go(RangeBehind); })});
+                     [go] { go(RangeBehind); }),
+           m_more});
 }
 
 QToolButton* TimeBar::AddButton(QAction*& action, const QString& sText, const char* sName,
@@ -116,6 +131,54 @@ void TimeBar::AddPart(std::initializer_list<QWidget*> widgets) {
   layout->setSpacing(kMargin);
   for (QWidget* widget : widgets) layout->addWidget(widget);
   m_parts->addWidget(part);
+  m_inOrder.push_back(part);
+}
+
+int TimeBar::WholeHeight() const {
+  const int nInner = width() - 2 * kMargin;
+  int nX = 0;
+  int nHeight = 0;
+  int nLine = 0;
+  for (const QWidget* part : m_inOrder) {
+    const QSize size = part->sizeHint();
+    if (nX > 0 && nX + size.width() > nInner) {
+      nHeight += nLine + kMargin;
+      nX = nLine = 0;
+    }
+    nX += size.width() + kMargin;
+    nLine = std::max(nLine, size.height());
+  }
+  return nHeight + nLine + 2 * kMargin;
+}
+
+int TimeBar::HeightOfOthers() const {
+  const QLayout* layout = parentWidget()->layout();
+  int nHeight = 0;
+  for (int n = 0; n < layout->count(); ++n) {
+    QLayoutItem* item = layout->itemAt(n);
+    if (item->widget() != this && !item->isEmpty()) nHeight += item->minimumSize().height();
+  }
+  return nHeight;
+}
+
+void TimeBar::Fold() {
+  if (!parentWidget() || !parentWidget()->layout()) return;
+  // Neither depends on what is in sight now, so that nothing goes to and fro.
+  const int nWhole = WholeHeight();
+  const int nWindow = parentWidget()->height();
+  const bool bFolds = nWhole > nWindow * 2 / 5 || nWhole + HeightOfOthers() > nWindow;
+  m_more->setVisible(bFolds);
+  for (QWidget* part : m_inOrder) {
+    if (part != m_inOrder.front()) part->setVisible(!bFolds || m_more->isChecked());
+  }
+}
+
+bool TimeBar::event(QEvent* event) {
+  if (event->type() == QEvent::ParentChange && parentWidget()) {
+    parentWidget()->installEventFilter(this);
+  }
+  if (event->type() == QEvent::Resize || event->type() == QEvent::Show) Fold();
+  return QWidget::event(event);
 }
 
 void TimeBar::AddEnd(QLineEdit*& box, const QString& sLabel, const char* sName, const char* sTip) {
@@ -283,6 +346,11 @@ void TimeBar::Show() {
 }
 
 bool TimeBar::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == parentWidget()) {
+    const bool bRoom = event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest;
+    if (bRoom && isVisible()) Fold();
+    return QWidget::eventFilter(watched, event);
+  }
   if (event->type() == QEvent::KeyPress &&
       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
     m_from->setModified(false);

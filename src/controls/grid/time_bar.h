@@ -8,6 +8,7 @@
 #include <functional>
 #include <initializer_list>
 #include <optional>
+#include <vector>
 
 #include "controls/statements/time_range.h"
 
@@ -54,10 +55,18 @@ class TimeBar : public QWidget {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   /// A part of the bar that stays in one line.
   void AddPart(std::initializer_list<QWidget*> widgets);
+  /// Leaves the ranges alone in sight where the window has little height for all parts, until the
+  /// user wants the others.
+  void Fold();
+  /// How high all parts are together, in sight or not.
+  int WholeHeight() const;
+  /// How much of the window the others need at least.
+  int HeightOfOthers() const;
   QToolButton* AddButton(QAction*& action, const QString& sText, const char* sName,
                          const QString& sTip, std::function<void()> handler);
   void AddEnd(QLineEdit*& box, const QString& sLabel, const char* sName, const char* sTip);
@@ -82,6 +91,8 @@ class TimeBar : public QWidget {
   std::optional<TimeRange> m_own;
   QString m_sRefused;
   FlowLayout* m_parts = nullptr;
+  std::vector<QWidget*> m_inOrder;  ///< the parts
+  QToolButton* m_more = nullptr;    ///< shows those that are folded
   QComboBox* m_ranges;
   QLineEdit* m_from;
   QLineEdit* m_to;

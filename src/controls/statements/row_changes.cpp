@@ -16,6 +16,13 @@ using platform::RowIndex;
 using platform::RowState;
 using platform::Value;
 
+namespace {
+
+/// The values of as many rows are read in less time than anybody notices.
+constexpr std::size_t kReadAtOnce = 2'000;
+
+}  // namespace
+
 RowChanges::RowChanges(platform::ConnectionPtr cn, platform::ObjectFactoryPtr objects,
                        RowTable table, platform::Long lTimeout)
     : m_connection(std::move(cn)),
@@ -51,16 +58,32 @@ std::optional<RowConflict> RowChanges::ConflictOf(const Recordset& rs, RowIndex 
   return conflict;
 }
 
-DeletedRows RowChanges::Delete(const Recordset& rs, std::span<const RowIndex> rows) const {
-  // All of them before the first is sent: another thread asks for them.
+DeletedRows RowChanges::Delete(
+    const Recordset& rs, std::span<const RowIndex> rows,
+    const std::function<void(const std::function<void(std::stop_token)>& work)>& beside) const {
+  // All of them before the first is sent: a statement that was cancelled may still ask for them
+  // when others are edited.
   const auto values = std::make_shared<std::vector<std::vector<Value>>>();
-  for (const RowIndex row : rows) {
-    try {
-      values->push_back(ValuesOfDeleted(m_table, rs, row));
-    } catch (const Failure& failed) {
-      return {row, std::nullopt, failed.Description()};
+  DeletedRows unnamed;
+  const auto read = [&](const std::stop_token& stop) {
+    for (const RowIndex row : rows) {
+      if (stop.stop_requested()) {
+        throw Failure(platform::failure::kCancelled, "Nothing was deleted: it was cancelled.");
+      }
+      try {
+        values->push_back(ValuesOfDeleted(m_table, rs, row));
+      } catch (const Failure& failed) {
+        unnamed = {row, std::nullopt, failed.Description()};
+        return;
+      }
     }
+  };
+  if (beside && rows.size() > kReadAtOnce) {
+    beside(read);
+  } else {
+    read({});
   }
+  if (unnamed.refused) return unnamed;
   const platform::CommandPtr command = Command(DeleteEachRow(m_table, rs));
   command->RowsExpected(1);
   command->Batch([values, taken = std::size_t{0}](std::vector<Value>& next) mutable {

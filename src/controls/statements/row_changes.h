@@ -5,7 +5,9 @@
 // recordset is only read: whoever sends accepts what was stored.
 #pragma once
 
+#include <functional>
 #include <optional>
+#include <stop_token>
 
 #include "controls/statements/row_conflict.h"
 #include "controls/statements/row_statements.h"
@@ -42,8 +44,11 @@ class RowChanges {
   SentRow Send(const platform::Recordset& rs, platform::RowIndex row) const;
   /// Deletes the rows, which are all marked so, in one transaction: all of them or none, each of
   /// them by its key and all that was seen of it. Fails as a command does; then nothing was
-  /// changed.
-  DeletedRows Delete(const platform::Recordset& rs, std::span<const platform::RowIndex> rows) const;
+  /// changed. What is seen of many rows is read by `beside`, where that is given: on another
+  /// thread, while the window tells of it.
+  DeletedRows Delete(const platform::Recordset& rs, std::span<const platform::RowIndex> rows,
+                     const std::function<void(const std::function<void(std::stop_token)>& work)>&
+                         beside = {}) const;
 
  private:
   platform::RecordsetPtr Run(const RowStatement& statement,

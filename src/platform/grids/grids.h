@@ -28,6 +28,11 @@ class Control : public Object {
   virtual Text Layout() const { return {}; }
   /// Given before anything is shown. A document may hold any text: what is no layout is none.
   virtual void Layout(const Text& /*sLayout*/) {}
+  /// True where rows of a file can be taken in.
+  virtual Boolean CanImport() const { return false; }
+  /// Asks for a file and takes its rows in, as a command of the control's own does; where that
+  /// cannot be, says why.
+  virtual void Import() {}
 };
 
 /// What both grids offer.

@@ -104,7 +104,11 @@ class FakeSnapIn final : public platform::SnapIn {
         {"Server", "{2}", "Server", 2, {list("DefaultListView")}},
         {"Catalogs", "{3}", "Catalogs", 3, {list("DefaultListView")}, true},
         {"Catalog", "{4}", "Catalog", 4, {list("DefaultListView")}, true},
-        {"Table", "{5}", "Table", 7, {control("TableEditorOcxView", "Grid"), structure}},
+        {"Table",
+         "{5}",
+         "Table",
+         7,
+         {control("TableEditorOcxView", platform::kTableEditorProgId), structure}},
         {"Queries", "{6}", "Queries", 8, {list("QueriesListView")}},
         {"Query", "{7}", "Query", 9, {control("QueryResultsOcxView", "Grid")}}};
     return description;

@@ -354,5 +354,25 @@ TEST_F(MainWindowTest, window_does_not_close_while_a_handler_runs) {
   EXPECT_TRUE(m_window->isVisible());
 }
 
+TEST_F(MainWindowTest, tree_takes_a_third_of_a_small_window_at_most_until_somebody_moves_it) {
+  m_window->resize(600, 500);
+  Settle();
+  EXPECT_LE(Scope().width(), 200);
+  m_window->resize(1'200, 500);
+  Settle();
+  EXPECT_GT(Scope().width(), 200);
+  auto* splitter = m_window->findChild<QSplitter*>("splitter");
+  const int nHandle = splitter->handle(1)->x();
+  QTest::mousePress(splitter->handle(1), Qt::LeftButton, {}, {2, 100});
+  QTest::mouseMove(splitter->handle(1), {102, 100});
+  QTest::mouseRelease(splitter->handle(1), Qt::LeftButton, {}, {2, 100});
+  Settle();
+  const int nMoved = splitter->handle(1)->x();
+  EXPECT_GT(nMoved, nHandle);
+  m_window->resize(1'210, 500);
+  Settle();
+  EXPECT_EQ(splitter->handle(1)->x(), nMoved);
+}
+
 }  // namespace
 }  // namespace orvane::console

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -284,6 +285,35 @@ TEST_F(MainWindowTest, branch_beside_the_one_shown_is_reloaded_from_its_menu) {
   Settle();
   EXPECT_THAT(m_script->log, ElementsAre("Expand Catalogs"));
   EXPECT_EQ(Session().Selected(), Find("beta"));
+}
+
+TEST_F(MainWindowTest, rows_are_imported_from_a_tables_menu_which_shows_the_table) {
+  ExpandToTables();
+  ClickItem("beta");
+  RightClick("alpha.Catalogs.Machine.Tags");
+  auto* menu = m_window->findChild<QMenu*>("contextMenu");
+  ASSERT_NE(menu, nullptr);
+  auto* import = menu->findChild<QAction*>("actImportRows");
+  ASSERT_NE(import, nullptr);
+  QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(import).center());
+  Settle();
+  EXPECT_EQ(Session().Selected(), Find("alpha.Catalogs.Machine.Tags"));
+  const auto* grid = m_window->findChild<QLineEdit*>("fakeControl");
+  ASSERT_NE(grid, nullptr);
+  EXPECT_EQ(grid->text(), "importing");
+}
+
+TEST_F(MainWindowTest, rows_are_imported_into_nothing_else_than_tables) {
+  ExpandToTables();
+  for (const char* sKey : {"", "alpha", "alpha.Catalogs", "alpha.Catalogs.Machine"}) {
+    RightClick(sKey);
+    auto* menu = m_window->findChild<QMenu*>("contextMenu");
+    ASSERT_NE(menu, nullptr) << sKey;
+    EXPECT_EQ(menu->findChild<QAction*>("actImportRows"), nullptr) << sKey;
+    menu->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    Settle();
+  }
 }
 
 TEST_F(MainWindowTest, action_menu_has_the_commands_of_the_selection) {

@@ -21,6 +21,7 @@ class ShownControl final : public platform::Control {
   void TakeStatusLineBack() override { m_line->setParent(&m_window); }
   platform::Text Layout() const override { return m_sLayout; }
   void Layout(const platform::Text& sLayout) override { m_sLayout = sLayout; }
+  void Import() override { m_window.setText("importing"); }
 
  private:
   platform::Text m_sLayout;
