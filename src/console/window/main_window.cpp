@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QSettings>
+#include <QResizeEvent>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -134,7 +135,7 @@ void MainWindow::FitTree() {
 
 void MainWindow::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
-  FitTree();
+  if (event->size().width() != event->oldSize().width()) FitTree();
 }
 
 void MainWindow::FollowPanes() {
