@@ -33,6 +33,7 @@ list(APPEND PROVIDER_SOURCES
   dialect/time_meetings.cpp
   dialect/time_names.cpp
   dialect/time_outputs.cpp
+  dialect/time_shapes.cpp
   dialect/times_without_zone.cpp
   dialect/translator.cpp
   dialect/view_kinds.cpp

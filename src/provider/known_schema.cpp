@@ -24,6 +24,12 @@ dialect::Content ContentOf(const engines::ColumnSchema& column) {
   }
 }
 
+// Of no type, or of bytes: a name that is not known means one of numbers, which rounds.
+bool KeepsAsGiven(const engines::ColumnSchema& column) {
+  return column.type == platform::DataType::Binary ||
+         (column.type == platform::DataType::Empty && !column.bRounds);
+}
+
 // What to do instead of changing the catalog; empty for one that can be changed.
 Text Advice(const engines::Catalog& catalog) {
   if (!catalog.bSystem) return {};
@@ -47,12 +53,12 @@ std::optional<dialect::KnownTable> KnownSchema::FindTable(const dialect::KnownCa
   // Where names that differ in case only are two, the one that was written.
   auto table = std::ranges::find(tables, sTable, &engines::TableSchema::sName);
   if (table == tables.end()) table = tables.begin();
-  dialect::KnownTable known{table->sName, {}, table->bView, table->sDefinition, table->sQuery,
-                            table->sConflictRules};
+  dialect::KnownTable known{
+      table->sName, {}, table->bView, table->sDefinition, table->sQuery, table->sConflictRules};
   for (const auto& column : table->columns) {
     known.columns.push_back({column.sName, ContentOf(column), column.sDefault, column.bGenerated,
                              column.type == platform::DataType::WChar, column.bRounds,
-                             column.type == platform::DataType::WallTime});
+                             column.type == platform::DataType::WallTime, KeepsAsGiven(column)});
   }
   return known;
 }

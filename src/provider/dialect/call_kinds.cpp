@@ -97,37 +97,48 @@ Kinds TimeAnalysis::KindsOfCall(const Expr& expr) {
   }
   if (sName == "TYPEOF") return kinds::kAnyText;
   if (IsOneOf(sName, kCalculations)) {
-    if (kinds::Has(all, kinds::kDaysAndClocks)) KindsOfDaySum(expr, all, kinds::kNumber);
+    if (kinds::Has(all, kinds::kDaysAndClocks)) {
+      const Kinds counted = KindsOfDaySum(expr, all, kinds::kNumber);
+      if (!kinds::Has(all, kinds::kFromTimes)) return counted;
+    }
     if (kinds::Has(all, kinds::kFromTimes)) return kinds::kNumberOfTime;
     return kinds::Has(all, kinds::kCounted) ? kinds::Counted(all) : kinds::kNumber;
   }
-  if (kinds::Has(all, kinds::kFromTimes)) return kinds::kTextOfTime;
-  if (kinds::Has(all, kinds::kCountOfTime) && !kinds::Has(all, kinds::kOfDay)) {
-    return kinds::kTextOfTime;
-  }
+  if (kinds::Has(all, kinds::kFromTimes | kinds::kCountOfTime)) return kinds::kTextOfTime;
   const bool bText = IsOneOf(sName, kTextFunctions);
   const Kinds dates = kinds::Written(all);
   if (dates == 0) return bText ? kinds::kAnyText : kinds::kAnyValue;
   if (IsOneOf(sName, kTextOfTextFunctions)) {
-    // It may be any part of the text; of a time of day none begins as a date does.
-    if (kinds::IsOnly(all, kinds::kClock | kinds::kNumbers)) return dates;
-    return dates & ~(kinds::kPart | kinds::kUnsorted);
+    // From its beginning on it begins as the text does, else as nobody can tell; unless its shape
+    // is known.
+    const bool bBegin = nArguments > 1 && NumberIn(*expr.children[1]) == 1;
+    return bBegin ? dates : dates | kinds::kPart | kinds::kUnsorted;
   }
+  if (!KeepsBeginning(expr, sName)) return dates | kinds::kUnsorted;
   return bText ? dates : dates | kinds::kAnyValue;
+}
+
+// False for what may write something else before the first text that it is given.
+bool TimeAnalysis::KeepsBeginning(const Expr& expr, const Text& sFunction) {
+  constexpr std::array<std::string_view, 4> kBefore = {"HEX", "QUOTE", "CHAR", "CONCAT_WS"};
+  if (IsOneOf(sFunction, kBefore)) return false;
+  if (sFunction == "CONCAT") {
+    return kinds::Has(KindsOf(*expr.children[0]), kinds::kDates | kinds::kDaysAndClocks);
+  }
+  if (sFunction != "PRINTF" && sFunction != "FORMAT") return true;
+  const Expr& format = *Inside(expr.children[0]);
+  return format.kind == ExprKind::String && At(format.range.begin).sText.starts_with("%s");
 }
 
 // A date function reads numbers as days: a stored time is handed to it in seconds.
 Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
   const std::size_t nValue = sFunction == "STRFTIME" ? 1 : 0;
   bool bZone = false;
-  bool bOfTime = false;
-  Kinds ofDay = kinds::kNull;
+  Kinds of = kinds::kNull;
   if (nValue < expr.children.size()) {
     const Expr& value = *expr.children[nValue];
-    Kinds of = KindsOf(value);
-    bOfTime = kinds::Has(of, kinds::kFromTimes | kinds::kCounted | kinds::kDaysAndClocks);
+    of = KindsOf(value);
     bZone = kinds::Has(of, kinds::kZoneText);
-    if (kinds::Has(of, kinds::kDaysAndClocks | kinds::kOfDay)) ofDay = kinds::kOfDay;
     if (kinds::Has(of, kinds::kTimes) && Typed() == nullptr) {
       Convert(value);
       LookAtModifiers(expr, nValue + 1);
@@ -140,23 +151,27 @@ Kinds TimeAnalysis::KindsOfDate(const Expr& expr, const Text& sFunction) {
   for (std::size_t i = nValue + 1; i < expr.children.size(); ++i) {
     if (!KeepsUtc(*expr.children[i])) bZone = true;
   }
+  const bool bOfTime = kinds::Has(of, kinds::kMadeOfTimes);
+  const bool bOfDay = kinds::Has(of, kinds::kMadeOfDays);
   if (sFunction == "JULIANDAY" || sFunction == "UNIXEPOCH") {
-    return bOfTime ? kinds::kCountOfTime | ofDay : kinds::kCount;
+    return bOfTime || bOfDay ? kinds::Counted(of) : kinds::kCount;
   }
-  if (sFunction == "STRFTIME" && bOfTime) {
+  // What date() makes of a date is a date, and what time() makes of a time of day one.
+  for (const Meant meant : {Meant::Day, Meant::Clock}) {
+    if (of == KindsOf(meant) && IsSurely(expr, meant) && Typed() == nullptr) return of;
+  }
+  if (sFunction == "STRFTIME" && (bOfTime || bOfDay)) {
     const Expr& format = *Inside(expr.children[0]);
     const bool bKnown = format.kind == ExprKind::String;
     if (!bKnown || WritesCount(At(format.range.begin).sText)) {
-      return kinds::kTextOfTime | ofDay;
+      return bOfTime ? kinds::kTextOfTime : kinds::Written(kinds::kCountOfDay);
     }
   }
   Kinds kinds = bOfTime ? kinds::kWrittenTime : kinds::kUtcText;
   if (bZone) kinds = kinds::kZoneText | (kinds & kinds::kWrittenTime);
-  kinds |= ofDay;
-  const auto format = FormatOf(expr);
-  if (!format || !format->bFromYear) kinds |= kinds::kPart;
-  if (!format || !format->bSorts) kinds |= kinds::kUnsorted;
-  return kinds;
+  if (bOfDay) kinds |= kinds::kOfDay;
+  // Unless its shape is known.
+  return kinds | kinds::kPart | kinds::kUnsorted;
 }
 
 // The engine gives null for all rows where it is told twice what a number means.
@@ -173,19 +188,6 @@ void TimeAnalysis::LookAtModifiers(const Expr& expr, std::size_t first) {
     if (KindsOf(modifier) == kinds::kNull || !m_place.sKept.empty()) continue;
     Guard(*expr.children[i], kOnlyModifier, kinds::kNull);
   }
-}
-
-// Of a date function that gives a text; none when that is known only when the statement runs.
-std::optional<WrittenFormat> TimeAnalysis::FormatOf(const Expr& expr) const {
-  if (expr.kind != ExprKind::Call) return std::nullopt;
-  const Text sName = UpperCase(At(expr.operation).sText);
-  if (sName == "DATE") return ReadFormat("%Y-%m-%d");
-  if (sName == "TIME") return ReadFormat("%H:%M:%S");
-  if (sName == "DATETIME") return ReadFormat("%Y-%m-%d %H:%M:%S");
-  if (sName != "STRFTIME" || expr.children.empty()) return std::nullopt;
-  const Expr& format = *Inside(expr.children[0]);
-  if (format.kind != ExprKind::String) return std::nullopt;
-  return ReadFormat(At(format.range.begin).sText);
 }
 
 // False for 'localtime' and 'utc', and for what may turn out to be one of them.

@@ -1,6 +1,5 @@
-// What a table says of rows that conflict with others: its ON CONFLICT clauses, by which a row can be
-// given up without a word.
-// Used by the translator and by imports. Pure functions, any thread.
+// What a table says of rows that conflict with others: its ON CONFLICT clauses, by which a row can
+// be given up without a word. Used by the translator and by imports. Pure functions, any thread.
 #pragma once
 
 #include <string_view>

@@ -65,7 +65,12 @@ bool TimeAnalysis::IsAsWritten(const Operand& operand) const {
 void TimeAnalysis::ConvertToDay(const Expr& expr, Meant meant) {
   const Kinds kinds = KindsOf(expr);
   const Kinds own = KindsOf(meant);
-  if (kinds::IsOnly(kinds, own) || m_place.bStored) return;
+  if (kinds::IsOnly(kinds, own)) return;
+  if (m_place.bStored) {
+    // Dates are compared as they stand there, but with nothing that is made of a stored time.
+    CheckLeft(kinds, expr.range.begin);
+    return;
+  }
   if (IsSurely(expr, meant)) {
     if (Typed() == nullptr) return;
     const std::string_view sBehind =
@@ -91,6 +96,14 @@ bool TimeAnalysis::IsSurely(const Expr& expr, Meant meant) const {
   const Expr& format = *Inside(inside.children[0]);
   if (format.kind != ExprKind::String) return false;
   return WritesDay(At(format.range.begin).sText, bDay);
+}
+
+// What date() makes of a date, which a server that knows types takes for a text.
+bool TimeAnalysis::IsDayOfDay(const Expr& expr) {
+  const Expr& inside = *Inside(&expr);
+  if (inside.kind != ExprKind::Call || !IsSurely(inside, Meant::Day)) return false;
+  const std::size_t nValue = UpperCase(At(inside.operation).sText) == "STRFTIME" ? 1 : 0;
+  return nValue < inside.children.size() && KindsOf(*inside.children[nValue]) == kinds::kDay;
 }
 
 void TimeAnalysis::ConvertDayText(const Expr& expr, Meant meant) {
@@ -153,7 +166,7 @@ void TimeAnalysis::WrapDay(const Expr& expr, Kinds kinds, Meant meant) {
          "compare dates with dates, and times of day with times of day");
   }
   if (kinds != kinds::kNull && kinds::IsOnly(kinds, kinds::kNumbers)) FailDayNumber(token, meant);
-  if (kinds::Has(kinds, kinds::kFromTimes | kinds::kCount | kinds::kCountOfTime | kinds::kOther) ||
+  if (kinds::Has(kinds, kinds::kFromTimes | kinds::kCount | kinds::kCounts | kinds::kOther) ||
       (bDay && kinds::Has(kinds, kinds::kPart))) {
     FailNoDay(token, meant);
   }
@@ -184,8 +197,8 @@ bool TimeAnalysis::IsMomentInUtc(const Expr& inside, Kinds kinds) const {
     return At(inside.range.begin).IsWord("CURRENT_TIMESTAMP");
   }
   constexpr std::size_t kDate = 10;
-  const auto format = FormatOf(inside);
-  return format && format->bSorts && format->sShape.size() > kDate;
+  const Text& sShape = ShapeOf(inside);
+  return inside.kind == ExprKind::Call && SortsAsTimes(sShape) && sShape.size() > kDate;
 }
 
 // Writes the value into a form of the server's that names the connection's zone.
@@ -195,8 +208,8 @@ void TimeAnalysis::WrapInZone(const Expr& expr, const engines::ZoneForm& form) {
          "write date(...) for a date, time(...) for a time of day");
   }
   const Text sZone = platform::QuotedText(m_place.settings.zone.NameInUse());
-  m_place.edits.Wrap(expr.range, Text(form.sBefore),
-                     Text(form.sBehind) + sZone + Text(form.sBehindZone));
+  m_place.edits.WrapAround(expr.range, Text(form.sBefore),
+                           Text(form.sBehind) + sZone + Text(form.sBehindZone));
 }
 
 // To the engine such a CAST makes a number of what the text begins with.
@@ -229,7 +242,10 @@ Kinds TimeAnalysis::KindsOfDayCast(const Expr& expr, Meant meant) {
 
 // The engine would count a date as the number that it begins with, its year.
 Kinds TimeAnalysis::KindsOfDaySum(const Expr& expr, Kinds left, Kinds right) const {
-  if (m_place.bStored) return kinds::kCountOfTime | kinds::kOfDay;
+  if (m_place.bStored) {
+    const auto both = static_cast<Kinds>(left | right);
+    return kinds::Has(both, kinds::kFromTimes) ? kinds::kNumberOfTime : kinds::Counted(both);
+  }
   if (Typed() == nullptr) {
     Fail(expr.operation, "A date or a time of day is counted with",
          "write date(..., '+1 day') for another date, and julianday(...) - julianday(...) for the "

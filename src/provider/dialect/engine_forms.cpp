@@ -1,7 +1,9 @@
 #include "provider/dialect/engine_forms.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
+#include <system_error>
 
 #include "platform/exact_number.h"
 
@@ -22,7 +24,10 @@ const Expr& BehindOrder(const Expr& side) {
 
 bool IsBeyondDoubles(const Text& sNumber) {
   const auto digits = platform::ReadDigits(sNumber);
-  return digits && digits->exponent > std::numeric_limits<double>::max_exponent10 + 1;
+  if (!digits || digits->exponent < std::numeric_limits<double>::max_exponent10) return false;
+  double dNumber = 0;
+  const char* const end = sNumber.data() + sNumber.size();
+  return std::from_chars(sNumber.data(), end, dNumber).ec == std::errc::result_out_of_range;
 }
 
 }  // namespace

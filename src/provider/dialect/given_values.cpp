@@ -79,10 +79,10 @@ void TimeAnalysis::ExpectMade(const std::vector<Operand>& operands, Kinds all, C
       Expect(operand, fits, "What was made from a time is compared with something else",
              "compare the time itself, as in Timestamp >= '*-1h'");
     }
-  } else if (kinds::Has(all, kinds::kCountOfTime)) {
+  } else if (kinds::Has(all, kinds::kCounts)) {
     for (const auto& operand : operands) {
       Expect(operand, IsNullOrNumber, "A number made from a time is compared with a text",
-             "compare the time itself, as in Timestamp >= '*-1h', or write a number");
+             AdviceFor(all, "a number"));
     }
   } else if (kinds::Has(all, kinds::kWrittenTime | kinds::kOfDay)) {
     const auto texts = TextsBeside(operands, kinds::Has(all, kinds::kPart), how);

@@ -17,6 +17,7 @@ struct OutputColumn {
   std::size_t item = 0;       ///< of a SELECT: which of its items puts it out
   bool bHidden = false;       ///< no star stands for it
   bool bWithoutZone = false;  ///< times as clocks somewhere show them
+  platform::Text sShape{};    ///< of texts that times are written in; empty when not known
 };
 
 class OutputColumns {
@@ -27,6 +28,11 @@ class OutputColumns {
   std::size_t size() const { return m_columns.size(); }
   const OutputColumn& operator[](std::size_t i) const { return m_columns[i]; }
   void AddKinds(std::size_t i, Kinds kinds) { m_columns[i].kinds |= kinds; }
+  /// What is put out behind it in the same column.
+  void Join(std::size_t i, const OutputColumn& behind) {
+    AddKinds(i, behind.kinds);
+    if (m_columns[i].sShape != behind.sShape) m_columns[i].sShape.clear();
+  }
   void SetKinds(std::size_t i, Kinds kinds) { m_columns[i].kinds = kinds; }
   auto begin() const { return m_columns.begin(); }
   auto end() const { return m_columns.end(); }

@@ -77,7 +77,9 @@ bool TimeAnalysis::TakesAnyDay(const Expr& expr) const {
   if (expr.kind == ExprKind::Cast) {
     return KindsOfType(DeclaredType(m_place.sStatement, m_tree.tokens, expr.type)) == kinds::kNull;
   }
-  return expr.kind == ExprKind::Compare &&
+  return expr.kind == ExprKind::Compare && !At(expr.operation).IsSymbol("<") &&
+         !At(expr.operation).IsSymbol("<=") && !At(expr.operation).IsSymbol(">") &&
+         !At(expr.operation).IsSymbol(">=") &&
          std::ranges::any_of(expr.children, [this](const Expr* child) {
            return IsAsWritten({child, nullptr, nullptr, 0, 0});
          });
@@ -211,7 +213,8 @@ std::map<Text, StoredTimes> TimeAnalysis::Stored() {
         if (i < shown.size()) stored[sName].insert(shown[i].begin(), shown[i].end());
       } else if (const auto type = TypeOfContent(table.columns[i].content);
                  type && !guarded.contains(sName)) {
-        stored[sName].insert({found->catalog.sName, table.sName, table.columns[i].sName, *type});
+        stored[sName].insert({found->catalog.sName, table.sName, table.columns[i].sName, *type,
+                              table.columns[i].bGenerated});
       }
     }
   }

@@ -5,7 +5,8 @@
 // Used by the translator, once for each statement and for each view that one reads. The kinds are
 // worked out in time_kinds.cpp, what queries put out in time_outputs.cpp, what meets what is told
 // in time_meetings.cpp and time_definitions.cpp, what is looked at again when the statement runs in
-// time_guards.cpp, or when values are given for it in given_values.cpp, what becomes a time in
+// time_guards.cpp, or when values are given for it in given_values.cpp, how texts of times are
+// written in time_shapes.cpp, what becomes a time in
 // time_conversions.cpp, which times have no zone in times_without_zone.cpp, and what becomes a date
 // or a time of day, which columns of these types hold as texts, in day_conversions.cpp.
 #pragma once
@@ -59,9 +60,15 @@ class TimeAnalysis {
   /// The name that a column of the source really has, empty when it has none.
   platform::Text NameIn(const Source& source, const platform::Text& sColumn);
   /// What the computed columns of the table that is defined are, under their names in capitals.
-  std::map<platform::Text, Kinds> Computed();
+  struct ComputedColumn {
+    Kinds kinds = kinds::kNull;
+    platform::Text sShape{};
+  };
+  std::map<platform::Text, ComputedColumn> Computed();
   /// True when the statement calls functions that read times.
   bool CallsFunctions() const { return m_bCalls; }
+  /// Of those functions the names of such that let texts of one shape through, by shape.
+  const std::map<platform::Text, platform::Text>& ShapeFunctions() const { return m_functionNames; }
   std::size_t SelectsOf(const Query& query);
   /// Behind Run: the stored columns of which the statement takes the values for times, and for each
   /// column of the query those that it hands out as they are.
@@ -141,6 +148,7 @@ class TimeAnalysis {
   void Append(OutputColumns& to, OutputColumn column, std::size_t token);
   void JoinCores(const Query& query, Output& output);
   void CheckReadingItself(const Query& query, const Output& output) const;
+  void CheckNews(const Query& query, Kinds all) const;
   bool IsShared(const Scope& core, std::size_t place, const platform::Text& sColumn);
   bool HasColumn(const Scope& scope, std::size_t begin, std::size_t end,
                  const platform::Text& sColumn);
@@ -165,11 +173,22 @@ class TimeAnalysis {
   Kinds KindsOfDaySum(const Expr& expr, Kinds left, Kinds right) const;
   Kinds KindsOfCall(const Expr& expr);
   Kinds KindsOfDate(const Expr& expr, const platform::Text& sFunction);
+  bool KeepsBeginning(const Expr& expr, const platform::Text& sFunction);
   void LookAtModifiers(const Expr& expr, std::size_t first);
   bool KeepsUtc(const Expr& modifier) const;
-  std::optional<WrittenFormat> FormatOf(const Expr& expr) const;
   Kinds KindsOfLike(const Expr& expr);
   void SetKinds(const Expr& expr, Kinds kinds) { m_kinds[expr.nNumber] = kinds; }
+
+  // --- how texts are written ---
+  Kinds Shaped(const Expr& expr, Kinds kinds);
+  const platform::Text& ShapeOf(const Expr& expr) const;
+  platform::Text ShapeOf(const Operand& operand);
+  platform::Text MadeShape(const Expr& expr);
+  platform::Text ShapeOfCall(const Expr& expr);
+  platform::Text ShapeOfPart(const Expr& expr) const;
+  platform::Text CommonShape(const std::vector<const Expr*>& exprs);
+  std::vector<platform::Text> ShapesOf(const std::vector<Operand>& operands);
+  std::optional<int> NumberIn(const Expr& expr) const;
 
   // --- what meets what ---
   void LookAtScope(const Scope& scope);
@@ -184,6 +203,8 @@ class TimeAnalysis {
   static std::size_t TokenOf(const Query& query, const OutputColumn& column);
   void LookAtDefinition();
   void LookAtComputed(const ColumnDefinition& column);
+  static Kinds ComputedOf(Kinds of);
+  bool IsWritten(const Query& query, const OutputColumn& column) const;
   void LookAtSort(const Expr& expr, const Query* query);
   void CheckNumbered(const Expr& inside, const Query& query);
   void MeetIn(const Expr& expr);
@@ -198,12 +219,13 @@ class TimeAnalysis {
   void CheckMeeting(const std::vector<Operand>& operands, std::size_t token, Comparison how);
   void CheckWritten(const std::vector<Operand>& operands, std::size_t token, Comparison how);
   using FitsText = std::function<bool(std::string_view sText)>;
-  FitsText TextsBeside(const std::vector<Operand>& operands, bool bPart, Comparison how) const;
+  FitsText TextsBeside(const std::vector<Operand>& operands, bool bPart, Comparison how);
   void CheckLiteral(const Expr& text, const std::vector<Operand>& operands, bool bPart,
                     Comparison how);
   bool IsLeft(Kinds kinds) const;
+  void CheckLeft(Kinds kinds, std::size_t token) const;
   static platform::Text AdviceFor(Kinds kinds, std::string_view sInstead);
-  void GuardFormat(const Operand& operand, const std::vector<Operand>& operands);
+  void GuardFormat(const Operand& operand, const std::vector<Operand>& operands, bool bPart);
   void LookAtCounted(const Expr& sum, const Expr& side, Kinds other);
   void GuardNumber(const Operand& operand);
   void GuardText(const Operand& operand, bool bPart);
@@ -275,6 +297,7 @@ class TimeAnalysis {
   bool IsMomentInUtc(const Expr& inside, Kinds kinds) const;
   void WrapInZone(const Expr& expr, const engines::ZoneForm& form);
   bool IsSurely(const Expr& expr, Meant meant) const;
+  bool IsDayOfDay(const Expr& expr);
   bool IsAsWritten(const Operand& operand) const;
   void StoreDay(const Operand& operand, Meant meant);
   void StoreDayOutput(const Query& query, std::size_t column, Meant meant);
@@ -287,8 +310,10 @@ class TimeAnalysis {
 
   Place m_place;
   StatementTree& m_tree;
-  std::vector<std::optional<Kinds>> m_kinds;  // by number of the expression
-  std::vector<bool> m_working;                // the same
+  std::vector<std::optional<Kinds>> m_kinds;                 // by number of the expression
+  std::vector<bool> m_working;                               // the same
+  std::unordered_map<std::size_t, platform::Text> m_shapes;  // the same, of those that are known
+  std::map<platform::Text, platform::Text> m_functionNames;
   std::map<const Query*, Output> m_outputs;
   std::map<const NamedQuery*, OutputColumns> m_named;
   std::set<const NamedQuery*> m_namedDone;  // those that are known whole
@@ -313,8 +338,9 @@ class ViewKinds {
       : m_cache(cache), m_settings(settings), m_work(work) {}
 
   struct View {
-    std::vector<Kinds> kinds;   ///< of its columns in order; empty when they are not known
-    std::size_t nSelects = 1;   ///< how many run for it
+    std::vector<Kinds> kinds;  ///< of its columns in order; empty when they are not known
+    std::vector<platform::Text> shapes{};  ///< of texts that dates are written in, the same
+    std::size_t nSelects = 1;              ///< how many run for it
     platform::Text sFailure{};  ///< why it compares what it should not; empty when it does not
     StoredTimes relied{};       ///< the columns of times that it relies on itself
     std::vector<StoredTimes> shown{};  ///< for each column those that it hands out as they are
@@ -323,7 +349,8 @@ class ViewKinds {
   const View& Of(const FoundTable& found);
   /// What the computed columns of the table are, under their names in capitals; of one that is
   /// missing nothing is known. Never fails for what stands in the table's definition.
-  const std::map<platform::Text, Kinds>& Computed(const FoundTable& found);
+  using ComputedColumns = std::map<platform::Text, TimeAnalysis::ComputedColumn>;
+  const ComputedColumns& Computed(const FoundTable& found);
 
  private:
   struct Definition;
@@ -334,7 +361,7 @@ class ViewKinds {
   const TranslationSettings& m_settings;
   StatementWork& m_work;
   std::map<const FoundTable*, View> m_views;
-  std::map<const FoundTable*, std::map<platform::Text, Kinds>> m_computed;
+  std::map<const FoundTable*, ComputedColumns> m_computed;
   int m_nDepth = 0;
 };
 

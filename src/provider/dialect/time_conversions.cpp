@@ -68,6 +68,7 @@ void TimeAnalysis::Convert(const Operand& operand, Meant meant) {
   } else if (operand.query != nullptr) {
     ConvertOutput(*operand.query, operand.column, meant);
   } else if (!kinds::IsOnly(KindsOf(operand), KindsOf(meant))) {
+    if (meant != Meant::Time && m_place.bStored) CheckLeft(KindsOf(operand), operand.token);
     if (meant != Meant::Time && (Typed() != nullptr || m_place.bStored)) return;
     Fail(operand.token,
          Text("The column of a table meets a ") + (meant == Meant::Time ? "time" : "date"),
@@ -216,7 +217,7 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
     Fail(token, "The zone of this time is not known",
          "leave out 'localtime' and 'utc': times are compared whatever their zone");
   }
-  if (kinds::Has(kinds, kinds::kCount | kinds::kCountOfTime | kinds::kOther | kinds::kClock)) {
+  if (kinds::Has(kinds, kinds::kCount | kinds::kCounts | kinds::kOther | kinds::kClock)) {
     Fail(token, "This is not understood as a time",
          "write a time between single quotes, such as '*-1h', or what datetime() gives");
   }
@@ -225,6 +226,7 @@ void TimeAnalysis::Wrap(const Expr& expr, Kinds kinds) {
   if (kinds::IsOnly(kinds, kinds::kNumber) && !TimeAsDouble()) FailNumber(token);
   if (Typed() != nullptr) {
     if (kinds::Has(kinds, kinds::kText)) FailUnread(token, "a time", "'*-1h'", "TIMESTAMP");
+    if (IsDayOfDay(expr)) return WrapInZone(expr, Typed()->midnightInZone);
     if (bUtc) m_place.edits.Wrap(expr.range, "(", ")" + Text(Typed()->sTimeBehind));
     if (kinds::IsOnly(kinds, kinds::kDay) && kinds != kinds::kNull) {
       WrapInZone(expr, Typed()->midnightInZone);
@@ -335,11 +337,14 @@ void TimeAnalysis::ConvertNumber(const Expr& expr, const Expr& number, bool bNeg
 void TimeAnalysis::ConvertOutput(const Query& query, std::size_t column, Meant meant) {
   const Kinds sound = KindsOf(meant);
   const bool bTime = meant == Meant::Time;
-  if (!bTime && m_place.bStored) return;
   // It may be asked for while the query is worked out.
   if (!m_outputs.contains(&query)) OutputOf(query);
   Output& output = m_outputs[&query];
   if (column >= output.columns.size()) return;
+  if (!bTime && m_place.bStored) {
+    CheckLeft(output.columns[column].kinds, query.range.begin);
+    return;
+  }
   for (std::size_t i = 0; i < query.cores.size() && i < output.cores.size(); ++i) {
     const Scope& core = *query.cores[i];
     for (const auto& row : core.rows) {

@@ -1,4 +1,6 @@
 // What definitions of tables and views hold: types, defaults and computed columns.
+#include <algorithm>
+
 #include "platform/failure.h"
 #include "platform/quoting.h"
 #include "provider/dialect/time_analysis.h"
@@ -51,7 +53,7 @@ void TimeAnalysis::LookAtDefinition() {
   if (m_tree.mainQuery == nullptr || m_tree.bView || Typed() != nullptr) return;
   const OutputColumns& columns = OutputOf(*m_tree.mainQuery);
   for (const auto& column : columns) {
-    if (kinds::Has(column.kinds, kinds::kDaysAndClocks)) {
+    if (kinds::Has(column.kinds, kinds::kDaysAndClocks) && !IsWritten(*m_tree.mainQuery, column)) {
       const bool bDay = kinds::Has(column.kinds, kinds::kDay);
       const Text sType = bDay ? "DATE" : "TIME";
       Fail(TokenOf(*m_tree.mainQuery, column),
@@ -64,6 +66,15 @@ void TimeAnalysis::LookAtDefinition() {
          "A table that is made from a query holds numbers in place of times",
          "create it with a column of type TIMESTAMP and fill it by INSERT ... SELECT");
   }
+}
+
+// What date() and the like give is meant as a text.
+bool TimeAnalysis::IsWritten(const Query& query, const OutputColumn& column) const {
+  return std::ranges::all_of(query.cores, [&](const Scope* core) {
+    const Expr* const expr =
+        column.item < core->items.size() ? core->items[column.item].expr : nullptr;
+    return expr != nullptr && (IsSurely(*expr, Meant::Day) || IsSurely(*expr, Meant::Clock));
+  });
 }
 
 // What the column is said to be is what others take it for.
@@ -81,31 +92,37 @@ void TimeAnalysis::LookAtComputed(const ColumnDefinition& column) {
   if (kinds::Has(typed, kinds::kDaysAndClocks)) Convert(*column.computed, MeantBy(typed));
 }
 
+// What a column that is none of times can be that is computed so. Whatever is made of a stored
+// time, in some rows or in all, could be anything.
+Kinds TimeAnalysis::ComputedOf(Kinds of) {
+  if (kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime)) return kinds::kUnknown;
+  if (of == kinds::kDay || of == kinds::kClock) return of;
+  if (!kinds::Has(of, kinds::kWrittenTime | kinds::kMadeOfDays)) return kinds::kAnyValue;
+  // Dates among others are texts as these are.
+  const Kinds texts = kinds::Written(of & static_cast<Kinds>(~kinds::kCountOfDay));
+  return texts | (of & (kinds::kCountOfDay | kinds::kNumbers | kinds::kOther | kinds::kAnyText |
+                        kinds::kLoose));
+}
+
 // What computes with a column that is computed later counts as what could be anything.
-std::map<Text, Kinds> TimeAnalysis::Computed() {
-  constexpr Kinds kUnknown = kinds::kTime | kinds::kAnyValue | kinds::kOther;
-  std::map<Text, Kinds> computed;
+std::map<Text, TimeAnalysis::ComputedColumn> TimeAnalysis::Computed() {
+  std::map<Text, ComputedColumn> computed;
   OutputColumns columns = ColumnsOfNew();
   for (std::size_t i = 0; i < m_tree.columns.size(); ++i) {
-    if (m_tree.columns[i].computed != nullptr) columns.SetKinds(i, kUnknown);
+    if (m_tree.columns[i].computed != nullptr) columns.SetKinds(i, kinds::kUnknown);
   }
   m_new = columns;
   for (std::size_t i = 0; i < m_tree.columns.size(); ++i) {
     const ColumnDefinition& column = m_tree.columns[i];
     if (column.computed == nullptr) continue;
-    Kinds kinds = kUnknown;
+    Kinds kinds = kinds::kUnknown;
     try {
       const Kinds of = KindsOf(*column.computed);
-      const bool bFromTime =
-          kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime) && !kinds::Has(of, kinds::kOfDay);
       const Kinds typed = KindsOfType(column.type);
-      const bool bTime = typed == kinds::kTime;
-      if (bTime ? kinds::IsOnly(of, kinds::kTime) : !bFromTime) {
-        constexpr Kinds kMade = kinds::kWrittenTime | kinds::kOfDay | kinds::kDaysAndClocks;
-        kinds = bTime ? kinds::kTime : kinds::kAnyValue;
-        if (!bTime && kinds::Has(of, kMade)) {
-          kinds = kinds::Has(of, kinds::kCountOfTime) ? kinds::Counted(of) : kinds::Written(of);
-        }
+      if (typed != kinds::kTime) {
+        kinds = ComputedOf(of);
+      } else if (kinds::IsOnly(of, kinds::kTime)) {
+        kinds = kinds::kTime;
       }
       const bool bDay = kinds::Has(typed, kinds::kDaysAndClocks) &&
                         (kinds::IsOnly(of, typed) || IsSurely(*column.computed, MeantBy(typed)));
@@ -115,7 +132,7 @@ std::map<Text, Kinds> TimeAnalysis::Computed() {
       kinds = kinds::kWrong;
     }
     m_new->SetKinds(i, kinds);
-    computed[UpperCase(column.sName)] = kinds;
+    computed[UpperCase(column.sName)] = {kinds, ShapeOf(*column.computed)};
   }
   return computed;
 }

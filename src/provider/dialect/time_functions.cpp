@@ -66,9 +66,9 @@ Value OnlyText(const Value& vtValue) {
               "compare the time itself, as in Timestamp >= '*-1h', or write CAST(... AS TEXT)");
 }
 
-Value OnlyWritten(const Value& vtValue) {
+Value OnlyWritten(const Value& vtValue, const Text& sShape) {
   const auto* const sText = vtValue.As<Text>();
-  if (sText == nullptr || BeginsAsWritten(*sText)) return OnlyText(vtValue);
+  if (sText == nullptr || sText->empty() || CanBegin(sShape, *sText)) return OnlyText(vtValue);
   FailMeeting(vtValue, "a written time",
               "compare the time or the date itself, as in Timestamp >= '*-1h', or with a text of "
               "the same format");
@@ -134,6 +134,10 @@ Text ShownText(const Text& sText) {
   return "'" + sText.substr(0, nEnd) + "...'";
 }
 
+engines::StatementFunction ShapeFunction(const Text& sName, const Text& sShape) {
+  return {sName, [sShape](const Value& vtValue) { return OnlyWritten(vtValue, sShape); }};
+}
+
 std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings& settings) {
   const auto read = [settings](const Value& vtValue) -> Value {
     if (vtValue.IsNull()) return {};
@@ -151,11 +155,10 @@ std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings&
   const auto whole = [](const Value& vtValue) -> Value {
     return vtValue.IsNull() ? Value() : WholeTime(vtValue);
   };
-  return {{Text(kReadTime), read},          {Text(kReadUtc), readUtc},
-          {Text(kWholeTime), whole},        {Text(kOnlyNumber), OnlyNumber},
-          {Text(kOnlyText), OnlyText},      {Text(kOnlyPart), OnlyPart},
-          {Text(kOnlyCount), OnlyCount},    {Text(kOnlyModifier), OnlyModifier},
-          {Text(kOnlyWritten), OnlyWritten}};
+  return {{Text(kReadTime), read},       {Text(kReadUtc), readUtc},
+          {Text(kWholeTime), whole},     {Text(kOnlyNumber), OnlyNumber},
+          {Text(kOnlyText), OnlyText},   {Text(kOnlyPart), OnlyPart},
+          {Text(kOnlyCount), OnlyCount}, {Text(kOnlyModifier), OnlyModifier}};
 }
 
 }  // namespace orvane::provider::dialect

@@ -28,6 +28,7 @@ constexpr std::string_view kOnlyModifier = "orvane_time_modifier";
 /// The same as kOnlyText for a part of a time, such as its hour: a text that is no date.
 constexpr std::string_view kOnlyPart = "orvane_time_part";
 /// The same as kOnlyText for what comes before or behind one: a text that begins as those do.
+/// Behind it stands a number, for each shape another.
 constexpr std::string_view kOnlyWritten = "orvane_time_written";
 
 /// True for a date function's modifier that says what its number means: a stored time is none.
@@ -35,7 +36,10 @@ bool TellsUnit(std::string_view sModifier);
 /// The text as a sentence quotes it, which tells no more than its beginning of a long one.
 platform::Text ShownText(const platform::Text& sText);
 
-/// All of them. Null stays null; what is no time fails with failure::kSqlError and a sentence.
+/// The one of that name, behind kOnlyWritten, for texts of that shape.
+engines::StatementFunction ShapeFunction(const platform::Text& sName, const platform::Text& sShape);
+
+/// All others. Null stays null; what is no time fails with failure::kSqlError and a sentence.
 std::vector<engines::StatementFunction> TimeFunctions(const TranslationSettings& settings);
 
 }  // namespace orvane::provider::dialect

@@ -16,35 +16,41 @@ void TimeAnalysis::CheckMeeting(const std::vector<Operand>& operands, std::size_
   for (const auto& operand : operands) all |= KindsOf(operand);
   if (IsLeft(all)) return;
   ExpectMade(operands, all, how);
-  if (kinds::Has(all, kinds::kCountOfTime) && kinds::Has(all, kinds::kSureTexts)) {
-    Fail(token, "A number made from a time is compared with a text",
-         "compare the time itself, as in Timestamp >= '*-1h', or write a number");
+  if (kinds::Has(all, kinds::kCounts) && kinds::Has(all, kinds::kSureTexts)) {
+    Fail(token, "A number made from a time is compared with a text", AdviceFor(all, "a number"));
   }
   if (kinds::Has(all, kinds::kNumberOfTime | kinds::kTextOfTime)) {
     const bool bNumbers =
         kinds::IsOnly(all, kinds::kOnlyNumbers) &&
-        (!TimeAsDouble() || kinds::IsOnly(all, kinds::kNumberOfTime | kinds::kCountOfTime |
-                                                   kinds::kCount | kinds::kOfDay));
-    if (!bNumbers && !kinds::IsOnly(all, kinds::kTextOfTime | kinds::kOfDay)) {
+        (!TimeAsDouble() ||
+         kinds::IsOnly(all, kinds::kNumberOfTime | kinds::kCounts | kinds::kCount));
+    if (!bNumbers && !kinds::IsOnly(all, kinds::kTextOfTime)) {
       Fail(token, "What was made from a time is compared with something else",
            "compare the time itself, as in Timestamp >= '*-1h'");
     }
-  } else if (kinds::Has(all, kinds::kCountOfTime)) {
+  } else if (kinds::Has(all, kinds::kCounts)) {
     for (const auto& operand : operands) GuardNumber(operand);
   } else if (kinds::Has(all, kinds::kWrittenTime | kinds::kOfDay)) {
     CheckWritten(operands, token, how);
   }
 }
 
-// What was made from dates in a view or a table that is there already is compared as it stands.
+// What was made from dates in a view or a table that is there already is compared as it stands,
+// unless a number or a text that was made from a stored time is among it.
 bool TimeAnalysis::IsLeft(Kinds kinds) const {
-  return m_place.bStored && kinds::Has(kinds, kinds::kDaysAndClocks | kinds::kOfDay) &&
-         !kinds::Has(kinds, kinds::kTimes | kinds::kNumberOfTime);
+  return m_place.bStored && kinds::Has(kinds, kinds::kMadeOfDays) &&
+         !kinds::Has(kinds, kinds::kFromTimes | kinds::kCountOfTime);
+}
+
+void TimeAnalysis::CheckLeft(Kinds kinds, std::size_t token) const {
+  if (!kinds::Has(kinds, kinds::kFromTimes | kinds::kCountOfTime)) return;
+  Fail(token, "What was made from a time is compared with something else",
+       "compare the time itself, as in Timestamp >= '*-1h'");
 }
 
 // Of what compares a written time with what is none.
 Text TimeAnalysis::AdviceFor(Kinds kinds, std::string_view sInstead) {
-  return Text(kinds::Has(kinds, kinds::kOfDay)
+  return Text(kinds::Has(kinds, kinds::kMadeOfDays)
                   ? "compare the date or the time of day itself, as in Day >= 'y'"
                   : "compare the time itself, as in Timestamp >= '*-1h'") +
          ", or write " + Text(sInstead);
@@ -72,6 +78,12 @@ void TimeAnalysis::CheckWritten(const std::vector<Operand>& operands, std::size_
     Fail(token, "A part of a time is compared with a whole one",
          "compare the time itself, as in Timestamp >= '*-1h', or write both in one format");
   }
+  const auto shapes = how == Comparison::Order ? ShapesOf(operands) : std::vector<Text>();
+  for (const Text& sShape : shapes) {
+    if (HaveOneFormat(shapes.front(), sShape)) continue;
+    Fail(token, "A written time is compared with something else",
+         AdviceFor(all, "a text of the same format"));
+  }
   for (const auto& operand : operands) {
     const Kinds kinds = KindsOf(operand);
     const Expr* const inside = operand.expr != nullptr ? Inside(operand.expr) : nullptr;
@@ -84,36 +96,37 @@ void TimeAnalysis::CheckWritten(const std::vector<Operand>& operands, std::size_
       CheckLiteral(*inside, operands, bPart, how);
     } else {
       GuardText(operand, bPart);
-      if (how == Comparison::Order) GuardFormat(operand, operands);
+      if (how == Comparison::Order) GuardFormat(operand, operands, bPart);
     }
   }
 }
 
 // A text of which nothing is known might be before or behind all that is written so.
-void TimeAnalysis::GuardFormat(const Operand& operand, const std::vector<Operand>& operands) {
-  const Kinds kinds = KindsOf(operand);
-  if (kinds::Has(kinds, kinds::kDates) || !m_place.sKept.empty()) return;
-  const bool bDigits = std::ranges::all_of(operands, [this](const Operand& other) {
-    const auto format = other.expr != nullptr ? FormatOf(*Inside(other.expr)) : std::nullopt;
-    return !format || format->sShape.empty() || format->sShape.front() == '0';
-  });
-  if (bDigits) Guard(operand, kOnlyWritten, kinds::kDates);
+void TimeAnalysis::GuardFormat(const Operand& operand, const std::vector<Operand>& operands,
+                               bool bPart) {
+  if (kinds::Has(KindsOf(operand), kinds::kDates) || !m_place.sKept.empty()) return;
+  auto shapes = ShapesOf(operands);
+  if (shapes.empty()) shapes.emplace_back(bPart ? kPartShape : kWholeShape);
+  for (const Text& sShape : shapes) {
+    const auto nNext = m_functionNames.size();
+    const auto [named, bNew] = m_functionNames.try_emplace(sShape);
+    if (bNew) named->second = Text(kOnlyWritten) + "_" + std::to_string(nNext);
+    Guard(operand, named->second, kinds::kDates);
+  }
 }
 
 // A text that no written time can be is before or behind all of them.
 TimeAnalysis::FitsText TimeAnalysis::TextsBeside(const std::vector<Operand>& operands, bool bPart,
-                                                 Comparison how) const {
-  std::optional<WrittenFormat> known;
-  for (const auto& operand : operands) {
-    if (operand.expr == nullptr) continue;
-    const auto format = FormatOf(*Inside(operand.expr));
-    if (format && format->bKnown) known = format;
-  }
-  return [known, bPart, how](std::string_view sText) {
+                                                 Comparison how) {
+  const bool bOrder = how == Comparison::Order;
+  auto shapes = ShapesOf(operands);
+  if (shapes.empty() && bOrder) shapes.emplace_back(bPart ? kPartShape : kWholeShape);
+  return [shapes = std::move(shapes), bPart, bOrder](std::string_view sText) {
     if (sText.empty()) return true;
-    if (!known) return BeginsAsWritten(sText) && !(bPart && BeginsAsDate(sText));
-    return CanBegin(*known, sText) &&
-           (how == Comparison::Order || sText.size() == known->sShape.size());
+    if (shapes.empty()) return BeginsAsWritten(sText) && !(bPart && BeginsAsDate(sText));
+    return std::ranges::all_of(shapes, [&](const Text& sShape) {
+      return bOrder ? CanBegin(sShape, sText) : CanBe(sShape, sText);
+    });
   };
 }
 
@@ -128,7 +141,7 @@ void TimeAnalysis::CheckLiteral(const Expr& text, const std::vector<Operand>& op
 
 // The engine counts a text as the number that it begins with, most often as 0.
 void TimeAnalysis::LookAtCounted(const Expr& sum, const Expr& side, Kinds other) {
-  if (!kinds::Has(other, kinds::kTimes | kinds::kNumberOfTime | kinds::kCountOfTime)) return;
+  if (!kinds::Has(other, kinds::kTimes | kinds::kNumberOfTime | kinds::kCounts)) return;
   if (IsLeft(other)) return;
   const Kinds of = KindsOf(side);
   const bool bStored = kinds::Has(other, kinds::kTimes);

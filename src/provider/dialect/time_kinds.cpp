@@ -22,7 +22,7 @@ Kinds TimeAnalysis::KindsOf(const Expr& expr) {
   Step();
   const Deeper deeper(*this, expr.range.begin);
   m_working[expr.nNumber] = true;
-  const Kinds kinds = Work(expr);
+  const Kinds kinds = Shaped(expr, Work(expr));
   m_working[expr.nNumber] = false;
   known = kinds;
   return kinds;
@@ -152,11 +152,8 @@ Kinds TimeAnalysis::KindsOfArithmetic(const Expr& expr) {
   const auto both = static_cast<Kinds>(left | right);
   const Token& token = At(expr.operation);
   if (token.IsSymbol("||") || token.IsSymbol("->") || token.IsSymbol("->>")) {
-    if (kinds::Has(both, kinds::kFromTimes)) return kinds::kTextOfTime;
     // What a date function gave keeps its zone in a longer text.
-    if (kinds::Has(both, kinds::kCountOfTime) && !kinds::Has(both, kinds::kOfDay)) {
-      return kinds::kTextOfTime;
-    }
+    if (kinds::Has(both, kinds::kFromTimes | kinds::kCountOfTime)) return kinds::kTextOfTime;
     if (!token.IsSymbol("||")) return kinds::kAnyValue | kinds::Written(both);
     // How it begins, its left side tells.
     constexpr Kinds kFormat = kinds::kPart | kinds::kUnsorted;
@@ -267,25 +264,23 @@ Kinds TimeAnalysis::KindsOfCast(const Expr& expr) {
   const bool bNumber = !bText && !bBytes &&
                        (has("INT") || has("REAL") || has("FLOA") || has("DOUB") ||
                         sType.starts_with("NUM") || sType.starts_with("DEC"));
-  if (bNumber && kinds::Has(of, kinds::kTextOfTime) &&
-      kinds::IsOnly(of, kinds::kTextOfTime | kinds::kOfDay)) {
+  if (bNumber && of == kinds::kTextOfTime) {
     const Expr& inside = *Inside(expr.children[0]);
     const bool bDate =
         inside.kind == ExprKind::Call && UpperCase(At(inside.operation).sText) == "STRFTIME";
     if (bDate) return kinds::Counted(of);
   }
-  const bool bOfDay = kinds::Has(of, kinds::kDaysAndClocks | kinds::kOfDay);
-  if (!kinds::Has(of, kinds::kFromTimes)) {
-    // To the engine a type that it does not know means a number as well.
-    if (bNumber ? bOfDay || kinds::Has(of, kinds::kCounted) : bOfDay && !bText && !bBytes) {
-      return kinds::Counted(of);
-    }
-    // Bytes are greater than every text.
-    if (bOfDay && bBytes) return kinds::kTextOfTime;
-  }
-  if (kinds::Has(of, kinds::kFromTimes) || (kinds::Has(of, kinds::kCountOfTime) && !bOfDay)) {
+  if (kinds::Has(of, kinds::kFromTimes)) {
     return bNumber ? kinds::kNumberOfTime : kinds::kTextOfTime;
   }
+  const bool bOfDay = kinds::Has(of, kinds::kMadeOfDays);
+  // To the engine a type that it does not know means a number as well.
+  if (bNumber ? bOfDay || kinds::Has(of, kinds::kCounted) : bOfDay && !bText && !bBytes) {
+    return kinds::Counted(of);
+  }
+  if (kinds::Has(of, kinds::kCountOfTime)) return kinds::kTextOfTime;
+  // Bytes are greater than every text.
+  if (bOfDay && bBytes) return kinds::kOther | kinds::kOfDay;
   if (bText) {
     const Kinds dates = kinds::Written(of);
     return dates != 0 ? dates : kinds::kAnyText;

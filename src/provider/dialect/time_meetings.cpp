@@ -88,7 +88,7 @@ void TimeAnalysis::LookAtJoin(const Scope& scope, std::size_t joined, TokenRange
   const bool bSound =
       kinds::IsOnly(all, kinds::kTimes) ||
       (!kinds::Has(all, kinds::kFromTimes) &&
-       (!kinds::Has(all, kinds::kCountOfTime) || kinds::IsOnly(all, kinds::kOnlyNumbers)));
+       (!kinds::Has(all, kinds::kCounts) || kinds::IsOnly(all, kinds::kOnlyNumbers)));
   if (bSound) return;
   Fail(token, "Tables are joined by a time and something else",
        "join them by ON and compare times with times");
@@ -323,7 +323,7 @@ Kinds TimeAnalysis::Meet(const std::vector<Operand>& operands, std::size_t token
     if (IsLeft(all)) return all;
     const Meant meant = MeantBy(all);
     for (const auto& operand : operands) {
-      if (IsAsWritten(operand)) continue;
+      if (how == Comparison::Same && IsAsWritten(operand)) continue;
       Convert(operand, meant);
       // What is asked for exactly may be what another program has left there.
       if (how == Comparison::Order && operand.expr != nullptr) GuardGiven(*operand.expr, meant);

@@ -11,9 +11,6 @@ using platform::Text;
 
 namespace {
 
-// What a name may mean that nothing can be said about.
-constexpr Kinds kUnknown = kinds::kTime | kinds::kAnyValue | kinds::kOther;
-
 // Of a column by its type alone; kNull for a type that tells nothing here.
 Kinds KindsOfContent(Content content) {
   if (content == Content::Time) return kinds::kTime;
@@ -22,13 +19,15 @@ Kinds KindsOfContent(Content content) {
 }
 
 // What was computed as its column keeps it.
-Kinds KeptIn(const KnownColumn& column, Kinds computed) {
-  if (kinds::IsOnly(computed, kinds::kDaysAndClocks) || !kinds::Has(computed, kinds::kDates)) {
+Kinds KeptIn(const KnownColumn& column, Kinds computed, const Text& sShape) {
+  if (kinds::IsOnly(computed, kinds::kDaysAndClocks) ||
+      !kinds::Has(computed, kinds::kDates | kinds::kCounts) || column.bAsGiven) {
     return computed;
   }
   if (column.bText) return kinds::Written(computed);
   // A column of numbers makes one of a text that looks like one.
-  return kinds::Has(computed, kinds::kCountOfTime) ? computed : kinds::kAnyValue;
+  const bool bText = kinds::Has(computed, kinds::kCounts) || LooksLikeNoNumber(sShape);
+  return bText ? computed : kinds::kAnyValue;
 }
 
 // To the engine no column of a query is called like a truth value: such a word is a number.
@@ -77,21 +76,30 @@ const OutputColumns& TimeAnalysis::ColumnsOfTable(const FoundTable& found) {
     const KnownColumn& column = found.table.columns[i];
     const Kinds typed = KindsOfContent(column.content);
     Kinds kinds = column.bText ? kinds::kAnyText : kinds::kAnyValue;
+    Text sShape;
     if (typed != kinds::kNull) kinds = typed;
     if (column.bGenerated && !bTold) {
       // By what it is computed may have been written elsewhere.
       const auto& computed = m_place.views.Computed(found);
       const auto told = computed.find(UpperCase(column.sName));
       if (told == computed.end()) {
-        kinds = kUnknown;
-      } else if (const Kinds kept = KeptIn(column, told->second); kept != kinds::kAnyValue) {
-        kinds = kept;
-      } else if (kinds::Has(typed, kinds::kDaysAndClocks)) {
-        kinds = typed | kinds::kAnyValue;
+        kinds = kinds::kUnknown;
+      } else {
+        const bool bDay = kinds::Has(typed, kinds::kDaysAndClocks);
+        const Kinds kept = KeptIn(column, told->second.kinds, told->second.sShape);
+        if (bDay && (kept == kinds::kAnyValue || kinds::IsOnly(kept, kinds::kOnlyTexts))) {
+          kinds = typed | kinds::kAnyValue;
+        } else if (kept != kinds::kAnyValue) {
+          kinds = kept;
+          if (kinds::Has(kept, kinds::kDates)) sShape = told->second.sShape;
+        }
       }
     }
-    if (view != nullptr) kinds = i < view->kinds.size() ? view->kinds[i] : kUnknown;
-    columns.Add({column.sName, kinds, 0, false, column.bWithoutZone});
+    if (view != nullptr) {
+      kinds = i < view->kinds.size() ? view->kinds[i] : kinds::kUnknown;
+      if (i < view->shapes.size()) sShape = view->shapes[i];
+    }
+    columns.Add({column.sName, kinds, 0, false, column.bWithoutZone, std::move(sShape)});
   }
   return known->second = std::move(columns);
 }
@@ -107,18 +115,15 @@ const OutputColumns& TimeAnalysis::ColumnsOfFunction(const Source& source) {
     for (const char* const sName : names) columns.Add({sName, kinds, 0, bHidden});
   };
   if (SameName(At(source.table.parts.back()).sText, "generate_series")) {
-    constexpr Kinds kCounts = kinds::kCounted | kinds::kDaysAndClocks;
-    Kinds kinds = kinds::Has(of, kCounts) ? kinds::Counted(of) : kinds::kNumber;
+    constexpr Kinds kOf = kinds::kCounted | kinds::kDaysAndClocks;
+    Kinds kinds = kinds::Has(of, kOf) ? kinds::Counted(of) : kinds::kNumber;
     if (kinds::Has(of, kinds::kFromTimes)) kinds = kinds::kNumberOfTime;
     add({"value"}, kinds, false);
     add({"start", "stop", "step"}, kinds, true);
   } else {
     constexpr Kinds kMade = kinds::kWrittenTime | kinds::kOfDay;
     Kinds kinds = kinds::kAnyValue | (kinds::Written(of) & kMade);
-    if (kinds::Has(of, kinds::kCountOfTime) && !kinds::Has(of, kinds::kOfDay)) {
-      kinds = kinds::kTextOfTime;
-    }
-    if (kinds::Has(of, kinds::kFromTimes)) kinds = kinds::kTextOfTime;
+    if (kinds::Has(of, kinds::kFromTimes | kinds::kCountOfTime)) kinds = kinds::kTextOfTime;
     add({"key", "value", "type", "atom", "id", "parent", "fullkey", "path"}, kinds, false);
     add({"json", "root"}, kinds, true);
   }
@@ -168,7 +173,7 @@ void TimeAnalysis::ReadCores(const Query& query, Output& output) {
       output.columns = columns;
     } else {
       for (std::size_t i = 0; i < output.columns.size() && i < columns.size(); ++i) {
-        output.columns.AddKinds(i, columns[i].kinds);
+        output.columns.Join(i, columns[i]);
       }
     }
     output.cores.push_back(std::move(columns));
@@ -205,6 +210,7 @@ OutputColumns TimeAnalysis::ReadCore(const Scope& core) {
     }
     OutputColumn column{item.sAlias, KindsOf(*item.expr), i};
     column.bWithoutZone = IsWithoutZone(*item.expr);
+    column.sShape = ShapeOf(*item.expr);
     const Expr& named = *NamedBy(item.expr);
     if (item.sAlias.empty() && named.kind == ExprKind::Name) {
       column.sName = At(named.chain.parts.back()).sText;
@@ -238,8 +244,9 @@ void TimeAnalysis::AppendStar(const Scope& core, const Item& item, std::size_t i
       if (column.bHidden) continue;
       // A column by which tables are joined comes once.
       if (bAll && IsShared(core, i, column.sName)) continue;
-      Append(to, {column.sName, column.kinds, itemNumber, false, column.bWithoutZone},
-             item.range.begin);
+      OutputColumn shown = column;
+      shown.item = itemNumber;
+      Append(to, std::move(shown), item.range.begin);
     }
   }
 }
@@ -292,31 +299,47 @@ void TimeAnalysis::JoinCores(const Query& query, Output& output) {
   }
 }
 
-// What the query saw of itself is what it puts out.
+// What the query saw of itself is what it puts out: what it compares would be something else.
 void TimeAnalysis::CheckReadingItself(const Query& query, const Output& output) const {
   for (std::size_t i = 0; i < output.columns.size(); ++i) {
     const Kinds told = i < output.handedOut.size() ? output.handedOut[i] : kinds::kNull;
-    auto news = static_cast<Kinds>(output.columns[i].kinds ^ told);
+    Kinds news = kinds::kNull;
+    for (std::size_t n = 0; n < output.cores.size(); ++n) {
+      if (i >= output.cores[n].size()) continue;
+      const OutputColumn& column = output.cores[n][i];
+      const Scope& core = *query.cores[n];
+      const Expr* const expr =
+          column.item < core.items.size() ? core.items[column.item].expr : nullptr;
+      // What certainly is a date goes on with dates.
+      const bool bDay = kinds::Has(told, kinds::kDaysAndClocks) && expr != nullptr &&
+                        IsSurely(*expr, MeantBy(told));
+      if (!bDay) news |= column.kinds & static_cast<Kinds>(~told);
+    }
     // A time goes on as a time that is moved on.
-    if (told == kinds::kTime && !TimeAsDouble()) {
-      news &= static_cast<Kinds>(~kinds::kShifted);
-    }
-    const Kinds all = output.columns[i].kinds | told;
-    if (kinds::Has(told, kinds::kDay)) {
-      // A date goes on as what date() gives.
-      news &= static_cast<Kinds>(~(kinds::kWrittenTime | kinds::kOfDay));
-    }
-    const bool bDays = kinds::Has(all, kinds::kDaysAndClocks) &&
-                       !kinds::Has(all, kinds::kFromTimes) && Typed() == nullptr;
-    if (news != 0 && bDays && !m_place.bStored) {
-      Fail(query.range.begin, "A query that reads itself begins with other values than it goes on",
-           "begin with a date and go on with what date() gives");
-    }
-    if (news != 0 && kinds::Has(all, kinds::kFromTimes)) {
-      Fail(query.range.begin, "A query that reads itself begins with other values than it goes on",
-           "begin with a time, as in SELECT CAST('t' AS TIMESTAMP)");
-    }
+    if (told == kinds::kTime && !TimeAsDouble()) news &= static_cast<Kinds>(~kinds::kShifted);
+    if (news != kinds::kNull) CheckNews(query, told | news);
   }
+}
+
+// In what is stored dates are compared as they stand, and a server that knows types has one for
+// each column.
+void TimeAnalysis::CheckNews(const Query& query, Kinds all) const {
+  Text sAdvice;
+  if (kinds::Has(all, kinds::kFromTimes)) {
+    sAdvice = "begin with a time, as in SELECT CAST('t' AS TIMESTAMP)";
+  } else if (m_place.bStored) {
+    return;
+  } else if (kinds::Has(all, kinds::kWrittenTime | kinds::kCountOfTime)) {
+    sAdvice = "begin with what the same function makes of a time";
+  } else if (Typed() != nullptr || !kinds::Has(all, kinds::kMadeOfDays)) {
+    return;
+  } else if (kinds::Has(all, kinds::kClock)) {
+    sAdvice = "begin with a time of day and go on with what time() gives";
+  } else {
+    sAdvice = "begin with a date and go on with what date() gives";
+  }
+  Fail(query.range.begin, "A query that reads itself begins with other values than it goes on",
+       sAdvice);
 }
 
 // --- work ---

@@ -151,6 +151,9 @@ Translation TranslateTree(std::string_view sStatement, StatementTree tree, Schem
   if (times.CallsFunctions()) {
     translation.functions = TimeFunctions(settings);
     std::ranges::move(DayFunctions(settings), std::back_inserter(translation.functions));
+    for (const auto& [sShape, sName] : times.ShapeFunctions()) {
+      translation.functions.push_back(ShapeFunction(sName, sShape));
+    }
   }
   if (numbers.CallsFunction()) translation.functions.push_back(StoredNumbers::Function());
   translation.given = times.Given();

@@ -42,6 +42,7 @@ struct KnownColumn {
   bool bText = false;                        ///< keeps numbers as texts
   bool bRounds = false;                      ///< see engines::ColumnSchema
   bool bWithoutZone = false;                 ///< times as clocks somewhere show them
+  bool bAsGiven = false;                     ///< keeps values of every kind as they are
 };
 
 struct KnownTable {

@@ -1,5 +1,7 @@
 // What a value of a statement is, as far as times go: sets of kinds, worked out from the bottom up.
 // A value whose kind depends on the row has all the kinds that it can have; the empty set is null.
+// What is made of stored times and what is made of dates have kinds of their own: where a value may
+// be either it has both, and no kind excuses another.
 #pragma once
 
 #include <cstdint>
@@ -26,16 +28,18 @@ constexpr Kinds kCountOfTime = 1U << 11U;  ///< a number of days or seconds made
 constexpr Kinds kText = 1U << 12U;         ///< beside kAny: some of it is certainly no number
 constexpr Kinds kLoose = 1U << 13U;        ///< beside kAny: it may as well be a number or bytes
 constexpr Kinds kPart = 1U << 14U;  ///< of a date function's text: it does not begin with the year
-constexpr Kinds kUnsorted = 1U << 15U;  ///< the same: such texts do not sort as their times do
-constexpr Kinds kWrong = 1U << 16U;     ///< what compares a time with something else itself
-constexpr Kinds kDay = 1U << 17U;       ///< a date as a column of dates keeps it
-constexpr Kinds kClock = 1U << 18U;     ///< a time of day as a column of these keeps it
-constexpr Kinds kOfDay = 1U << 19U;     ///< beside others: made from dates or times of day
+constexpr Kinds kUnsorted = 1U << 15U;    ///< the same: such texts do not sort as their times do
+constexpr Kinds kWrong = 1U << 16U;       ///< what compares a time with something else itself
+constexpr Kinds kDay = 1U << 17U;         ///< a date as a column of dates keeps it
+constexpr Kinds kClock = 1U << 18U;       ///< a time of day as a column of these keeps it
+constexpr Kinds kOfDay = 1U << 19U;       ///< beside texts: made from dates or times of day
+constexpr Kinds kCountOfDay = 1U << 20U;  ///< a number made from dates or times of day
 
 /// What is stored as a number of microseconds, and what is worked out from that.
 constexpr Kinds kTimes = kTime | kShifted;
 constexpr Kinds kFromTimes = kTimes | kNumberOfTime | kTextOfTime;
 constexpr Kinds kNumbers = kNumber | kCount;
+constexpr Kinds kCounts = kCountOfTime | kCountOfDay;
 constexpr Kinds kDaysAndClocks = kDay | kClock;
 constexpr Kinds kTexts =
     kTextOfTime | kWrittenTime | kUtcText | kZoneText | kAny | kOther | kDaysAndClocks;
@@ -49,10 +53,15 @@ constexpr Kinds kAnyValue = kAny | kLoose;
 /// What date functions give, whatever their format and zone; and of that what is in UTC.
 constexpr Kinds kDates = kWrittenTime | kUtcText | kZoneText | kPart | kUnsorted | kOfDay;
 constexpr Kinds kUtcDates = kWrittenTime | kUtcText | kPart | kUnsorted | kOfDay;
-/// Of which a calculation makes a number that still counts from a stored time.
-constexpr Kinds kCounted = kCountOfTime | kWrittenTime | kOfDay;
+/// What nothing is known of, not even whether it is a time.
+constexpr Kinds kUnknown = kTime | kAnyValue | kOther;
+/// What is made of stored times, and what is or is made of dates and times of day.
+constexpr Kinds kMadeOfTimes = kFromTimes | kCountOfTime | kWrittenTime;
+constexpr Kinds kMadeOfDays = kDaysAndClocks | kOfDay | kCountOfDay;
+/// Of which a calculation makes a number that still counts from a stored time or a date.
+constexpr Kinds kCounted = kCountOfTime | kWrittenTime | kOfDay | kCountOfDay;
 /// What certainly is a number or null, and what is a text or null.
-constexpr Kinds kOnlyNumbers = kNumberOfTime | kCountOfTime | kNumbers | kOfDay;
+constexpr Kinds kOnlyNumbers = kNumberOfTime | kCounts | kNumbers;
 constexpr Kinds kOnlyTexts = kDates | kAnyText;
 
 constexpr bool Has(Kinds kinds, Kinds any) {
@@ -68,22 +77,25 @@ constexpr Kinds Written(Kinds of) {
   if (Has(of, kClock)) dates |= kPart;
   const bool bOfFunction = Has(of, kWrittenTime | kUtcText | kZoneText);
   if (Has(of, kDaysAndClocks) || (Has(of, kOfDay) && !bOfFunction)) dates |= kAnyText | kOfDay;
+  // As texts numbers do not sort as they count.
+  if (Has(of, kCountOfDay)) dates |= kAnyText | kOfDay | kUnsorted;
   return dates;
 }
 /// What a number is that is worked out from the values.
 constexpr Kinds Counted(Kinds of) {
-  return kCountOfTime | (Has(of, kDaysAndClocks | kOfDay) ? kOfDay : kNull);
+  return (Has(of, kMadeOfTimes) ? kCountOfTime : kNull) |
+         (Has(of, kMadeOfDays) ? kCountOfDay : kNull);
 }
 
 /// True when numbers of times and texts could meet among the values.
 constexpr bool Mixes(Kinds kinds) {
   return (Has(kinds, kTimes | kNumberOfTime) && Has(kinds, kTexts)) ||
-         (Has(kinds, kCountOfTime) && Has(kinds, kSureTexts));
+         (Has(kinds, kCounts) && Has(kinds, kSureTexts));
 }
 
 /// True when numbers made from times could meet what turns out to be a text among the values.
 constexpr bool MayMix(Kinds kinds) {
-  return Has(kinds, kCountOfTime) && Has(kinds, kAny);
+  return Has(kinds, kCounts) && Has(kinds, kAny);
 }
 
 /// True when dates, or times of day, could meet something else among the values.

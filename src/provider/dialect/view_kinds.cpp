@@ -59,6 +59,7 @@ ViewKinds::View ViewKinds::Read(const FoundTable& found) {
     times.Run();
     for (const auto& column : times.OutputOf(*read->tree.mainQuery)) {
       view.kinds.push_back(column.kinds);
+      view.shapes.push_back(column.sShape);
     }
     view.nSelects = times.SelectsOf(*read->tree.mainQuery);
     view.relied = times.ReliesOn();
@@ -73,7 +74,7 @@ ViewKinds::View ViewKinds::Read(const FoundTable& found) {
   return view;
 }
 
-const std::map<Text, Kinds>& ViewKinds::Computed(const FoundTable& found) {
+const ViewKinds::ComputedColumns& ViewKinds::Computed(const FoundTable& found) {
   const auto [known, bNew] = m_computed.try_emplace(&found);
   if (!bNew) return known->second;
   if (const auto read = ReadDefinition(found)) {

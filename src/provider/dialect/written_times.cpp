@@ -6,57 +6,125 @@
 namespace orvane::provider::dialect {
 namespace {
 
-// Of one letter: what it writes, and from where to where that reaches, 0 for the year and 5 for the
-// second.
+using platform::Text;
+
 struct Written {
   char cLetter;
   std::string_view sShape;
-  int nFirst;
-  int nLast;
 };
 
 constexpr std::array<Written, 20> kWritten = {
-    {{'Y', "0000", 0, 0}, {'G', "0000", 0, 0}, {'F', "0000-00-00", 0, 2}, {'g', "00", 0, 0},
-     {'m', "00", 1, 1},   {'j', "000", 1, 2},  {'U', "00", 1, 1},         {'V', "00", 1, 1},
-     {'W', "00", 1, 1},   {'d', "00", 2, 2},   {'u', "0", 2, 2},          {'w', "0", 2, 2},
-     {'H', "00", 3, 3},   {'I', "00", 3, 3},   {'R', "00:00", 3, 4},      {'T', "00:00:00", 3, 5},
-     {'M', "00", 4, 4},   {'S', "00", 5, 5},   {'f', "00.000", 5, 5},     {'%', "%", -1, -1}}};
+    {{'Y', "\1\1\1\1"}, {'G', "\1\1\1\1"}, {'F', kDayShape},     {'g', "\1\1"},
+     {'m', "\2\2"},     {'j', "\3\3\3"},   {'U', "\2\2"},        {'V', "\2\2"},
+     {'W', "\2\2"},     {'d', "\3\3"},     {'u', "\3"},          {'w', "\3"},
+     {'H', "\4\4"},     {'I', "\4\4"},     {'R', "\4\4:\5\5"},   {'T', "\4\4:\5\5:\6\6"},
+     {'M', "\5\5"},     {'S', "\6\6"},     {'f', "\6\6.\6\6\6"}, {'%', "%"}}};
 
 bool IsDigitOf(char c) {
   return c >= '0' && c <= '9';
 }
 
+bool IsField(char c) {
+  return c >= '\1' && c <= '\6';
+}
+
+bool StandsForDigit(char c) {
+  return IsField(c) || IsDigitOf(c);
+}
+
+bool IsOpen(std::string_view sShape) {
+  return sShape.ends_with(kAnythingFollows);
+}
+
+std::string_view Closed(std::string_view sShape) {
+  return IsOpen(sShape) ? sShape.substr(0, sShape.size() - 1) : sShape;
+}
+
+// Where the first field ends, with what stands before it.
+std::size_t FirstField(std::string_view sShape) {
+  std::size_t n = 0;
+  while (n < sShape.size() && !IsField(sShape[n])) ++n;
+  const std::size_t nBegin = n;
+  while (n < sShape.size() && sShape[n] == sShape[nBegin]) ++n;
+  return n;
+}
+
+bool Matches(std::string_view sShape, std::string_view sText) {
+  const std::size_t nShared = std::min(sText.size(), sShape.size());
+  for (std::size_t i = 0; i < nShared; ++i) {
+    if (StandsForDigit(sShape[i]) ? !IsDigitOf(sText[i]) : sText[i] != sShape[i]) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
-WrittenFormat ReadFormat(std::string_view sFormat) {
-  WrittenFormat format{true, false, true, {}};
-  int nLast = -1;
+Text ShapeOfFormat(std::string_view sFormat) {
+  Text sShape;
   for (std::size_t i = 0; i < sFormat.size(); ++i) {
+    if (sFormat[i] > '\0' && sFormat[i] <= kAnythingFollows) return {};
     if (sFormat[i] != '%') {
-      format.sShape += sFormat[i];
-      // A digit that is written into the format is no digit of a time.
-      if (IsDigitOf(sFormat[i])) format.bKnown = false;
+      sShape += sFormat[i];
       continue;
     }
     const char cLetter = ++i < sFormat.size() ? sFormat[i] : '\0';
     const auto* const written = std::ranges::find(kWritten, cLetter, &Written::cLetter);
     if (written == kWritten.end()) return {};
-    if (format.sShape.empty()) format.bFromYear = written->nFirst == 0 && cLetter != 'g';
-    format.sShape += written->sShape;
-    if (written->nFirst < 0) continue;
-    if (written->nFirst <= nLast) format.bSorts = false;
-    nLast = written->nLast;
+    sShape += written->sShape;
   }
-  return format;
+  return sShape;
 }
 
-bool CanBegin(const WrittenFormat& format, std::string_view sText) {
-  const std::size_t nShared = std::min(sText.size(), format.sShape.size());
-  for (std::size_t i = 0; i < nShared; ++i) {
-    const char c = format.sShape[i];
-    if (IsDigitOf(c) ? !IsDigitOf(sText[i]) : sText[i] != c) return false;
+Text ShapeOfText(const Text& sText) {
+  const bool bFields =
+      std::ranges::any_of(sText, [](char c) { return IsField(c) || c == kAnythingFollows; });
+  return bFields ? Text() : sText;
+}
+
+bool BeginsWithYear(std::string_view sShape) {
+  constexpr std::size_t kYear = 4;
+  if (sShape.size() < kYear) return false;
+  return std::ranges::all_of(sShape.substr(0, kYear),
+                             [](char c) { return c == '\1' || IsDigitOf(c); });
+}
+
+bool SortsAsTimes(std::string_view sShape) {
+  char cLast = '\0';
+  for (std::size_t i = 0; i < sShape.size(); ++i) {
+    if (!IsField(sShape[i])) continue;
+    // The same field goes on, as the fraction of a second does.
+    const bool bGoesOn = sShape[i] == cLast && (StandsForDigit(sShape[i - 1]) || cLast == '\6');
+    if (sShape[i] < cLast || (sShape[i] == cLast && !bGoesOn)) return false;
+    cLast = sShape[i];
   }
-  return sText.size() <= format.sShape.size() || (format.bFromYear && format.bSorts);
+  return !sShape.empty();
+}
+
+bool LooksLikeNoNumber(std::string_view sShape) {
+  const auto sign = sShape.find_first_of("-:/");
+  return sign != std::string_view::npos && sign > 0;
+}
+
+bool CanBegin(std::string_view sShape, std::string_view sText) {
+  const std::string_view sClosed = Closed(sShape);
+  if (!Matches(sClosed, sText) || sText.size() < FirstField(sClosed)) return false;
+  if (sText.size() <= sClosed.size() || IsOpen(sShape)) return true;
+  return SortsAsTimes(sShape) && (BeginsWithYear(sShape) || sText[sClosed.size()] == ':');
+}
+
+bool CanBe(std::string_view sShape, std::string_view sText) {
+  const std::string_view sClosed = Closed(sShape);
+  if (!Matches(sClosed, sText)) return false;
+  return IsOpen(sShape) ? sText.size() >= sClosed.size() : sText.size() == sClosed.size();
+}
+
+bool HaveOneFormat(std::string_view sShape, std::string_view sOther) {
+  const std::string_view sOne = Closed(sShape);
+  const std::string_view sTwo = Closed(sOther);
+  return std::equal(sOne.begin(), sOne.begin() + std::min(sOne.size(), sTwo.size()), sTwo.begin(),
+                    [](char cOne, char cTwo) {
+                      return cOne == cTwo || (StandsForDigit(cOne) && StandsForDigit(cTwo));
+                    });
 }
 
 bool BeginsAsWritten(std::string_view sText) {

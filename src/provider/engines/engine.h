@@ -77,6 +77,7 @@ struct TimeColumn {
   platform::Text sTable;
   platform::Text sColumn;
   platform::DataType type = platform::DataType::DBTimeStamp;
+  bool bComputed = false;  ///< by its table; takes no value
   auto operator<=>(const TimeColumn&) const = default;
 };
 

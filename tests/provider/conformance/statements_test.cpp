@@ -346,6 +346,17 @@ TEST_P(statements, reads_subqueries_with_or_without_a_name) {
             "2\n");
 }
 
+TEST_P(statements, takes_numbers_beyond_all_doubles_for_infinity) {
+  const auto opened = OpenPlant();
+  for (const char* const sBeyond : {"1.8e308", "17976931348623160e292", "2e308", "9e999"}) {
+    EXPECT_EQ(Select(*opened, Text("SELECT CASE WHEN CAST(") + sBeyond +
+                                  " AS DOUBLE) > CAST(1.7e308 AS DOUBLE) * 1.05 AND CAST(-" +
+                                  sBeyond + " AS DOUBLE) = -CAST(9e999 AS DOUBLE) THEN 1 END"),
+              "1\n")
+        << sBeyond;
+  }
+}
+
 TEST_P(statements, is_closed_once_and_for_all) {
   const auto opened = OpenPlant();
   const auto rs = Run(*opened, "SELECT Tag FROM Plant1..Data WHERE Timestamp = '*'").recordset;

@@ -144,6 +144,12 @@ TEST_P(times, of_days_meet_what_is_read_as_a_date) {
       {"Day = '2024-05-15 23:59'", "2\n"},
       {"Day = date('2024-05-15 10:00')", "2\n"},
       {"date(Day) = '2024-05-15'", "2\n"},
+      {"Day IN (SELECT date(Day, '+1 day') FROM Plant1..Days)", "2\n3\n"},
+      {"substr(date(Day), 1, 7) = '2024-05'", "1\n2\n3\n"},
+      {"CAST(Day AS TEXT) < '2024-05-15'", "1\n"},
+      {"substr(CAST(Day AS TEXT), 9) < '15'", "1\n"},
+      {"strftime('%m-%d', Day) < '05-15'", "1\n"},
+      {"CAST(Clock AS TEXT) < '09:00'", "1\n"},
       {"Clock < '09:00'", "1\n"},
       {"Clock IN ('08:30', '09:00')", "1\n2\n"},
       {"Clock > time('2024-05-15 09:30')", "4\n"},
@@ -158,8 +164,12 @@ TEST_P(times, of_days_meet_what_is_read_as_a_date) {
         << sCondition;
   }
   for (const char* const sCondition :
-       {"Day > 5", "Day = -5", "Clock = 5", "Clock < 'soon'", "Day < 'soon'", "Day < Note",
-        "Day = Clock", "Day < x'31'"}) {
+       {"CAST(Day AS TEXT) < '31.12.2024'", "CAST(Clock AS TEXT) < '8:00'",
+        "strftime('%m', Day) < '6'", "lower(CAST(Day AS TEXT)) < '31.12.2024'",
+        "Id IN (SELECT Id FROM (SELECT Id, CAST(Day AS TEXT) AS x FROM Plant1..Days) AS y WHERE x "
+        "< '2')",
+        "date(Day) < 'soon'", "Day > 5", "Day = -5", "Clock = 5", "Clock < 'soon'", "Day < 'soon'",
+        "Day < Note", "Day = Clock", "Day < x'31'"}) {
     EXPECT_EQ(Failing(*opened, Text("DELETE FROM Plant1..Days WHERE ") + sCondition).substr(0, 5),
               "3805:")
         << sCondition;
@@ -171,6 +181,11 @@ TEST_P(times, of_days_meet_what_is_read_as_a_date) {
                  {day, platform::TimeOfDay(0), day})
                 .lRecordsAffected,
             1);
+  // Only what is asked for as it is written need not be a date.
+  EXPECT_NE(FailureOf([&] {
+              With(*opened, "DELETE FROM Plant1..Days WHERE Day > ? COLLATE BINARY", {5});
+            }).find("A number stands where a date is meant"),
+            Text::npos);
 }
 
 TEST_P(times, meet_dates_as_the_midnight_of_the_zone) {
@@ -194,7 +209,9 @@ TEST_P(times, meet_dates_as_the_midnight_of_the_zone) {
       {"At = CAST(Day AS TIMESTAMP)", "2\n"},
       {"At < CAST('2024-05-15' AS DATE)", "1\n"},
       {"max(At, Day) = Day", "1\n2\n"},
-      {"At < date(Day)", "1\n2\n"},  // what date() gives is in UTC
+      {"At < date(Day)", "1\n"},
+      {"At >= date(Day, '+1 day')", ""},
+      {"At >= date(Day, '-1 day') AND At < Day", "1\n"},
   };
   for (const auto& [sCondition, sIds] : forms) {
     const Text sStatement =

@@ -41,13 +41,41 @@ TEST_F(day_texts, meet_what_can_stand_beside_them) {
       {"CAST(Day AS TEXT) = date(Day)", "0-19"},
       {"Day || ' ' || Clock >= '2024-05-15 02:06'", "0-2"},
       {"length(Day) = 10", "0-19"},
+      {"CAST(length(Day) AS TEXT) = '10'", "0-19"},
+      {"strftime('%m', Day) < '05'", "17-19"},
+      {"strftime('%m/%d', Day) < '05/10'", "8-19"},
+      {"strftime('%Y-%m-01', Day) < '2024-05-10'", "0-19"},
+      {"substr(Clock, 1, 2) < '02'", "0-1"},
+      {"substr(Day, -2) > '15'", "0-1,17-19"},
+      {"substr(Day, 6) < '05-10'", "8-19"},
+      {"substr(Day, 6, 2) = strftime('%m', '2024-04-02')", "17-19"},
+      {"replace(Day, '-', '.') < '2024.05.10'", "8-19"},
+      {"'X' || Day < 'X2024-05-10'", "8-19"},
+      {"'X' || Day < (SELECT 'X2024-05-10')", "8-19"},
+      {"'20' || substr(Day, 3) < '2024-05-10'", "8-19"},
+      {"upper(Day) < lower('2024-05-10')", "8-19"},
+      {"CAST(Clock AS TEXT) < '02:00:00.5'", "0-1"},
+      {"EXISTS (SELECT 1 FROM (SELECT d.Day || '' AS x) WHERE x < '2024-05-10')", "8-19"},
+      {"date(Day) < 'y'", "4-19"},
+      {"date(Day, '+1 day') = '*'", "3"},
+      {"Day IN (SELECT date(o.Day) FROM Plant1..Days o WHERE o.Day > '*')", "0-1"},
+      {"time(Clock, '+1 hour') = '02:03'", "1"},
+      {"Clock IN (WITH RECURSIVE r(t) AS (SELECT min(Clock) FROM Plant1..Days UNION ALL SELECT "
+       "time(t, '+63 minutes') FROM r LIMIT 3) SELECT t FROM r)",
+       "0-2"},
+      {"Id IN (WITH RECURSIVE r(t) AS (SELECT min(Day) FROM Plant1..Days UNION ALL SELECT "
+       "strftime('%Y-%m-%d', t, '+1 day') FROM r WHERE t < 'y') SELECT Id FROM r, Plant1..Days o "
+       "WHERE o.Day = r.t)",
+       "3-19"},
       {"instr(Day, '-') = 5", "0-19"},
       {"typeof(CAST(Day AS TEXT)) = 'text'", "0-19"},
       {"CAST(Day AS TEXT) LIKE '2024-04-%'", "17-19"},
-      {"trim(Day) < Id || '2024'", "2-9"},
+      {"Id = 10 AND trim(Day) < (Id + 2014) || '-05'", ""},
+      {"Id = 10 AND trim(Day) < (Id + 2015) || '-05'", "10"},
       {"EXISTS (SELECT 1 FROM Plant1..Written w WHERE w.Id = d.Id AND t < '2024-05-10')", "8-19"},
       {"EXISTS (SELECT 1 FROM Plant1..Made m WHERE m.Id = d.Id AND t < '2024-05-10')", "8-19"},
       {"EXISTS (SELECT 1 FROM Plant1..Made m WHERE m.Id = d.Id AND n > 2460436)", "0-11"},
+      {"EXISTS (SELECT 1 FROM Plant1..Made m WHERE m.Id = d.Id AND u < 'y')", "4-19"},
       {"Id IN (WITH RECURSIVE r(t) AS (SELECT min(Day) FROM Plant1..Days UNION ALL SELECT date(t, "
        "'+1 day') FROM r WHERE t < 'y') SELECT Id FROM r, Plant1..Days o WHERE o.Day = r.t)",
        "3-19"},
@@ -65,7 +93,9 @@ TEST_F(day_texts, are_refused_beside_anything_else) {
   const char* const sWritten = "A written time is compared with something else (character ";
   const char* const sStar = "'*' is compared with a written time; compare the time or the date";
   const char* const sNumber = "A number made from a time is compared with a text (character ";
-  const char* const sMade = "What was made from a time is compared with something else (character ";
+  const char* const sSorts = "Texts of this format do not sort as their times do (character ";
+  const char* const sItself =
+      "A query that reads itself begins with other values than it goes on (character ";
   const Form forms[] = {
       {"CAST(Day AS TEXT) < 'y'", sWritten},
       {"CAST(Day AS VARCHAR(10)) > '*'", sWritten},
@@ -77,9 +107,31 @@ TEST_F(day_texts, are_refused_beside_anything_else) {
       {"trim(Day) < 'y'", sWritten},
       {"lower(upper(Day)) < 'y'", sWritten},
       {"printf('%s', Day) < 'y'", sWritten},
-      {"format('%10s', Day) < 'y'", sWritten},
-      {"quote(Day) < 'y'", sWritten},
-      {"hex(Day) < 'y'", sWritten},
+      {"format('%10s', Day) < '2024'", sSorts},
+      {"quote(Day) < '2024'", sSorts},
+      {"hex(Day) < '2024'", sSorts},
+      {"concat('x', Day) < '2024'", sSorts},
+      {"substr(Day, Id, 2) < '31'", sSorts},
+      {"substr(json_extract(json_array(Day), '$[0]'), 9) < '31'", sSorts},
+      {"CAST(unixepoch(Day) AS TEXT) < '2024-05-01'", sSorts},
+      {"strftime('%s', Day) < '2024-05-01'", sSorts},
+      {"CAST(Day AS TEXT) < '31.12.2024'", sWritten},
+      {"CAST(Day AS TEXT) < '2'", sWritten},
+      {"json_extract(json_array(Day), '$[0]') < '31.12.2024'", sWritten},
+      {"CAST(Clock AS TEXT) < '8:00'", sWritten},
+      {"CAST(Clock AS TEXT) < '8'", sWritten},
+      {"substr(Clock, 1, 2) < '8'", sWritten},
+      {"substr(Clock, 1, 2) < '31.12.2024'", sWritten},
+      {"strftime('%m', Day) < '6'", sWritten},
+      {"substr(Day, 6, 2) < '6'", sWritten},
+      {"substr(Day, 6, 2) = '6'", sWritten},
+      {"replace(Day, '-', '') < '2024-05-10'", sWritten},
+      {"'X' || Day < '2024-05-10'", sWritten},
+      {"EXISTS (SELECT 1 FROM Plant1..Written WHERE t < '31.12.2024')", sWritten},
+      {"trim(Day) < (SELECT '31.12.2024')", "'31.12.2024' is compared with a written time"},
+      {"trim(Clock) < (SELECT '8:00')", "'8:00' is compared with a written time"},
+      {"trim(Day) < Id || '2024'", "'02024' is compared with a written time"},
+      {"'X' || Day < Word", "'y' is compared with a written time"},
       {"replace(Day, '-', '') > 20990101", sWritten},
       {"json_extract(json_array(Day), '$[0]') < 'y'", sWritten},
       {"json_array(Day) ->> 0 < 'y'", sWritten},
@@ -99,7 +151,6 @@ TEST_F(day_texts, are_refused_beside_anything_else) {
       {"EXISTS (SELECT 1 FROM Plant1..Written WHERE t < 'y')", sWritten},
       {"EXISTS (SELECT 1 FROM Plant1..Written WHERE c < 'y')", sWritten},
       {"EXISTS (SELECT 1 FROM Plant1..Made WHERE t < 'y')", sWritten},
-      {"EXISTS (SELECT 1 FROM Plant1..Made WHERE u < 'y')", sWritten},
       {"trim(Day) BETWEEN 'a' AND 'z'", sWritten},
       {"trim(Day) NOT IN ('y')", sWritten},
       {"max(trim(Day), 'y') > '2024'", sWritten},
@@ -121,14 +172,30 @@ TEST_F(day_texts, are_refused_beside_anything_else) {
       {"CAST(trim(Day) AS REAL) < 'y'", sNumber},
       {"trim(Day) + 0 < 'y'", sNumber},
       {"length(Day) < 'y'", sNumber},
-      {"CAST(Day AS BLOB) > '*'", sMade},
+      {"CAST(Day AS BLOB) > '*'", sWritten},
+      {"CAST(Day AS BLOB) > '2024'", "A row of bytes is compared with a written time"},
       {"CAST(Day AS TEXT) < CAST(Clock AS TEXT)",
        "A part of a time is compared with a whole one (character "},
       {"Day < CAST(Clock AS TEXT)", "This is not understood as a date (character "},
       {"Clock < trim(Day)", "'2024-05-17' is compared with a time of day or stored as one"},
       {"Id IN (WITH RECURSIVE r(t) AS (SELECT Day FROM Plant1..Days UNION ALL SELECT 'z' || t FROM "
        "r WHERE t < 'y') SELECT 1 FROM r)",
-       "A query that reads itself begins with other values than it goes on (character "},
+       sItself},
+      {"Id IN (WITH RECURSIVE r(x, k) AS (SELECT min(Day), 0 FROM Plant1..Days UNION ALL SELECT "
+       "strftime('%Y', x), x < '2024-01-01' FROM r LIMIT 3) SELECT k FROM r)",
+       sItself},
+      {"Id IN (WITH RECURSIVE r(x, k) AS (SELECT min(Day), 0 FROM Plant1..Days UNION ALL SELECT "
+       "datetime(x, '+1 day'), x = 'y' FROM r LIMIT 3) SELECT k FROM r)",
+       sItself},
+      {"Id IN (WITH RECURSIVE r(x, k) AS (SELECT min(Clock), 0 FROM Plant1..Days UNION ALL SELECT "
+       "strftime('%H', x), x < '08:00' FROM r LIMIT 3) SELECT k FROM r)",
+       sItself},
+      {"Id IN (WITH RECURSIVE r(x, k) AS (SELECT '', 0 UNION ALL SELECT trim(Day), x < 'y' FROM r, "
+       "Plant1..Days LIMIT 3) SELECT k FROM r)",
+       sItself},
+      {"Id IN (WITH RECURSIVE r(x, k) AS (SELECT NULL, 0 UNION ALL SELECT date(Timestamp), x < 'y' "
+       "FROM r, Plant1..Data LIMIT 3) SELECT k FROM r)",
+       sItself},
   };
   for (const Form& form : forms) CheckDaysRefused(form);
 }
@@ -153,6 +220,24 @@ TEST_F(day_texts, are_refused_with_what_can_be_done) {
             "Timestamp >= '*-1h', or with a text of the same format.");
 }
 
+TEST_F(day_texts, that_read_themselves_are_refused_with_what_to_begin_with) {
+  const auto advice = [&](const Text& sBegin, const Text& sGoesOn) {
+    const Text sFailure =
+        Failing("WITH RECURSIVE r(x) AS (SELECT " + sBegin + " UNION ALL SELECT " + sGoesOn +
+                " FROM r, Plant1..Days, Plant1..Data) SELECT 1 FROM r");
+    return sFailure.substr(sFailure.find(';') + 2);
+  };
+  EXPECT_EQ(advice("min(Day) FROM Plant1..Days", "strftime('%Y', x)"),
+            "begin with a date and go on with what date() gives.");
+  EXPECT_EQ(advice("min(Clock) FROM Plant1..Days", "strftime('%H', x)"),
+            "begin with a time of day and go on with what time() gives.");
+  EXPECT_EQ(advice("''", "datetime(Timestamp)"),
+            "begin with what the same function makes of a time.");
+  EXPECT_EQ(advice("0", "unixepoch(Timestamp)"),
+            "begin with what the same function makes of a time.");
+  EXPECT_EQ(advice("NULL", "Timestamp"), "begin with a time, as in SELECT CAST('t' AS TIMESTAMP).");
+}
+
 TEST_F(day_texts, are_no_columns_of_a_table_that_is_made_from_a_query) {
   EXPECT_EQ(Failing("CREATE TABLE Plant1..m AS SELECT Id, Day FROM Plant1..Days"),
             "A table that is made from a query holds mere texts in place of dates (character 38 of "
@@ -160,8 +245,9 @@ TEST_F(day_texts, are_no_columns_of_a_table_that_is_made_from_a_query) {
             "SELECT.");
   EXPECT_EQ(Refusal("CREATE TABLE Plant1..m AS SELECT max(Clock) FROM Plant1..Days"),
             "A table that is made from a query holds mere texts in place of times of day");
-  Run("CREATE TABLE Plant1..m AS SELECT Id, CAST(Day AS TEXT) AS t FROM Plant1..Days");
-  EXPECT_EQ(Run("SELECT t FROM Plant1..m WHERE Id = 3"), "2024-05-14\n");
+  Run("CREATE TABLE Plant1..m AS SELECT Id, CAST(Day AS TEXT) AS t, date(Day, '+1 day') AS n FROM "
+      "Plant1..Days");
+  EXPECT_EQ(Run("SELECT t, n FROM Plant1..m WHERE Id = 3"), "2024-05-14|2024-05-15\n");
 }
 
 }  // namespace

@@ -70,6 +70,105 @@ TEST_F(stored_days, of_views_meet_dates_as_those_of_tables_do) {
             "A number made from a time is compared with a text");
 }
 
+// A column that other programs compute, and views over it: a stored time in some rows, the text of
+// a date in others.
+TEST_F(stored_days, that_are_times_in_other_rows_are_compared_with_nothing) {
+  ASSERT_EQ(
+      Theirs("CREATE TABLE K (Id INTEGER PRIMARY KEY, Day DATE, TS TIMESTAMP, A INTEGER, "
+             "x AS (coalesce(TS, trim(Day))), x2 TEXT AS (coalesce(TS, trim(Day))), "
+             "i AS (iif(A, TS, CAST(Day AS TEXT))), "
+             "c AS (CASE A WHEN 1 THEN TS ELSE substr(Day, 1, 10) END), "
+             "u AS (coalesce(unixepoch(TS), trim(Day))), u2 NUMERIC AS (u || ''), "
+             "d AS (coalesce(TS, Day)), d2 DATE AS (coalesce(TS, Day)), Own AS (Day), "
+             "t AS (Day || ''), n NUMERIC AS (trim(Day)), m INTEGER AS (CAST(substr(Day, 6, 2) AS "
+             "INTEGER)), l AS (length(Day)));"
+             "INSERT INTO K (Id, Day, TS, A) VALUES (1, '2024-05-14', NULL, 0), (2, NULL, "
+             "1715774400000000, 1);"
+             "CREATE VIEW KView AS SELECT x, x2, i, c, u, u2, d, d2 FROM K"),
+      SQLITE_OK);
+  for (const char* const sColumn : {"x", "x2", "i", "c", "u", "u2", "d", "d2"}) {
+    for (const char* const sTable : {"K", "KView"}) {
+      for (const char* const sOther : {"'y'", "'2024-05-01'", "5", "Day", "(SELECT 'y')"}) {
+        const Text sStatement = Text("SELECT 1 FROM Plant1..") + sTable + " AS k, Plant1..Days " +
+                                "WHERE k." + sColumn + " < " + sOther;
+        EXPECT_NE(Failing(sStatement), "no failure") << sStatement;
+      }
+    }
+    EXPECT_NE(Failing(Text("DELETE FROM Plant1..K WHERE ") + sColumn + " < 'y'"), "no failure");
+    EXPECT_EQ(
+        Refusal(Text("UPDATE Plant1..Days SET Mark = (SELECT ") + sColumn + " FROM Plant1..KView)"),
+        "A time is stored in a column of another type")
+        << sColumn;
+  }
+  for (const char* const sCondition :
+       {"t < 'y'", "n < 'y'", "m < 'y'", "l < 'y'", "t < '31.12.2024'"}) {
+    EXPECT_NE(Failing(Text("DELETE FROM Plant1..K WHERE ") + sCondition), "no failure");
+  }
+  EXPECT_EQ(Count("Plant1..K"), "2 ");
+  EXPECT_EQ(Run("SELECT Id FROM Plant1..K WHERE Own = 'y' AND t < '2024-05-15' AND m = 5 AND l = "
+                "10 AND n = '2024-05-14'"),
+            "1\n");
+}
+
+TEST_F(stored_days, of_views_meet_nothing_that_is_made_of_a_stored_time) {
+  ASSERT_EQ(Theirs("CREATE TABLE Both (Id INTEGER PRIMARY KEY, Day DATE, TS TIMESTAMP);"
+                   "INSERT INTO Both VALUES (1, '2024-05-14', 1715774400000000)"),
+            SQLITE_OK);
+  const char* const wrong[] = {"CAST(TS AS INTEGER) < Day",
+                               "TS || '' < Day",
+                               "TS / 2 < substr(Day, 1, 4)",
+                               "unixepoch(TS) < Day",
+                               "unixepoch(TS) < trim(Day)",
+                               "TS + Day < 'y'",
+                               "-TS < Day",
+                               "Day IN (SELECT TS || '' FROM Both)",
+                               "coalesce(TS || '', Day) < 'y'",
+                               "CASE Day WHEN TS || '' THEN 0 ELSE 1 END",
+                               "max(Day, TS || '') = Day",
+                               "strftime('%s', TS) < Day",
+                               "EXISTS (SELECT Day UNION SELECT TS || '')",
+                               "Id IN (SELECT min(coalesce(Day, TS || '')) FROM Both)"};
+  for (const char* const sCondition : wrong) {
+    ASSERT_EQ(Theirs(Text("DROP VIEW IF EXISTS V; CREATE VIEW V AS SELECT Id FROM Both WHERE ") +
+                     sCondition),
+              SQLITE_OK);
+    EXPECT_EQ(Refusal("SELECT * FROM Plant1..V"),
+              "The view \"V\" compares times with something else")
+        << sCondition;
+  }
+  const char* const harmless[] = {"date(TS) = date(Day, '+1 day')",
+                                  "julianday(TS) > julianday(Day) AND length(Day) = 10",
+                                  "strftime('%s', Day) > '17' AND Day + 1 > 2020",
+                                  "strftime('%Y', TS) = substr(Day, 1, 4)",
+                                  "Day < 'y'",
+                                  "CAST(Day AS BLOB) > 'a' OR trim(Day) > ''"};
+  for (const char* const sCondition : harmless) {
+    ASSERT_EQ(Theirs(Text("DROP VIEW IF EXISTS V; CREATE VIEW V AS SELECT Id FROM Both WHERE ") +
+                     sCondition),
+              SQLITE_OK);
+    EXPECT_EQ(Failing("SELECT * FROM Plant1..V"), "no failure") << sCondition;
+  }
+}
+
+TEST_F(stored_days, that_are_computed_are_put_right_where_they_come_from) {
+  ASSERT_EQ(Theirs("CREATE TABLE C (Id INTEGER PRIMARY KEY, n INTEGER, YD DATE AS (n));"
+                   "INSERT INTO C (Id, n) VALUES (1, 20240514)"),
+            SQLITE_OK);
+  EXPECT_EQ(
+      Failing("SELECT Id FROM Plant1..C WHERE YD < 'y'"),
+      "The column \"YD\" of the table \"C\" in the catalog Plant1 holds 20240514 in its row 1 "
+      "and no date, so nothing can be compared with it: change what it is computed from "
+      "WHERE rowid = 1, or DELETE that row, or write CAST(\"YD\" AS INTEGER) where numbers "
+      "are meant.");
+  Run("CREATE TABLE Plant1..Y (Day DATE, M INTEGER AS (CAST(substr(Day, 6, 2) AS INTEGER)), L "
+      "INTEGER AS (length(Day)), N INTEGER AS (julianday(Day) - 2460000))");
+  Run("INSERT INTO Plant1..Y VALUES ('y')");
+  EXPECT_EQ(Run("SELECT M, L FROM Plant1..Y WHERE M = 5 AND L > 9 AND N < 1000"), "5|10\n");
+  EXPECT_EQ(Failing("DELETE FROM Plant1..Y WHERE M < 'y'"),
+            "A number made from a time is compared with a text (character 31 of the statement); "
+            "compare the date or the time of day itself, as in Day >= 'y', or write a number.");
+}
+
 TEST_F(stored_days, that_are_numbers_end_what_relies_on_them) {
   const char* const statements[] = {
       "SELECT Id FROM Plant1..Log WHERE Day < '2020-01-01'",
@@ -107,7 +206,7 @@ TEST_F(stored_days, that_are_numbers_are_shown_and_read_as_numbers) {
   EXPECT_EQ(Run("SELECT Id, Day FROM Plant1..Log ORDER BY Day"),
             "1|20260115\n3|20261101\n2|20261115\n");
   EXPECT_EQ(Run("SELECT Id FROM Plant1..Log WHERE CAST(Day AS INTEGER) > 20261101"), "2\n");
-  EXPECT_EQ(Run("SELECT Id FROM Plant1..Log WHERE CAST(Day AS TEXT) < '20261101'"), "1\n");
+  EXPECT_EQ(Run("SELECT Id FROM Plant1..Log WHERE CAST(Day AS INTEGER) < 20261101"), "1\n");
   EXPECT_EQ(Run("SELECT count(*) FROM Plant1..Log WHERE typeof(Day) = 'integer' AND Day IS NOT "
                 "NULL"),
             "3\n");

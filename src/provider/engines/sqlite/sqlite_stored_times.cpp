@@ -75,13 +75,15 @@ void CheckStoredTimes(sqlite3* database, std::span<const TimeColumn> columns,
     const auto odd = FindOdd(database, column, sSubject);
     if (!odd) continue;
     const Instead instead = InsteadOf(column);
+    const Text sMend = column.bComputed ? "change what it is computed from WHERE " + odd->sCondition
+                                        : "write a " + instead.sKind + " there by UPDATE ... SET " +
+                                              platform::QuotedName(column.sColumn) + " = " +
+                                              instead.sSuch + " WHERE " + odd->sCondition;
     throw platform::Failure(platform::failure::kSqlError,
                             "The column \"" + column.sColumn + "\" of the table \"" +
                                 column.sTable + "\" in the catalog " + column.sCatalog + " holds " +
                                 odd->sValue + " in " + odd->sRow + " and no " + instead.sKind +
-                                ", so nothing can be compared with it: write a " + instead.sKind +
-                                " there by UPDATE ... SET " + platform::QuotedName(column.sColumn) +
-                                " = " + instead.sSuch + " WHERE " + odd->sCondition +
+                                ", so nothing can be compared with it: " + sMend +
                                 ", or DELETE that row" + instead.sAdvice + ".",
                             "SQLite");
   }
