@@ -5,10 +5,9 @@
 // Used by the translator, once for each statement and for each view that one reads. The kinds are
 // worked out in time_kinds.cpp, what queries put out in time_outputs.cpp, what meets what is told
 // in time_meetings.cpp and time_definitions.cpp, what is looked at again when the statement runs in
-// time_guards.cpp, or when values are given for it in given_values.cpp, how texts of times are
-// written in time_shapes.cpp, what becomes a time in
-// time_conversions.cpp, which times have no zone in times_without_zone.cpp, and what becomes a date
-// or a time of day, which columns of these types hold as texts, in day_conversions.cpp.
+// time_guards.cpp, or when values are given for it in given_values.cpp, how texts are written in
+// time_shapes.cpp, what becomes a time in time_conversions.cpp, which have no zone in
+// times_without_zone.cpp, and what becomes a date or a time of day in day_conversions.cpp.
 #pragma once
 
 #include <map>
