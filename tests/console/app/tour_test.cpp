@@ -1,6 +1,7 @@
 // The program orvane-tour: through the components of this build tree on a historian of its own.
 #include <gmock/gmock.h>
 
+#include <QFile>
 #include <QImage>
 
 #include "tests/console/app/program_fixture.h"
@@ -93,7 +94,11 @@ TEST_F(TourTest, historian_without_what_is_to_be_seen_ends_it) {
 }
 
 TEST_F(TourTest, without_components_it_ends_with_one_sentence) {
-  const auto outcome = Tour({Folder(), ORVANE_SAMPLE});
+  // Beside the one that was built lie the components that were built.
+  ASSERT_TRUE(QDir().mkpath(m_folder.filePath("program/bin")));
+  const QString sProgram = m_folder.filePath("program/bin/orvane-tour");
+  ASSERT_TRUE(QFile::copy(ORVANE_TOUR, sProgram));
+  const auto outcome = Run(qPrintable(sProgram), {Folder(), ORVANE_SAMPLE});
   EXPECT_EQ(outcome.iExit, 1);
   EXPECT_THAT(outcome.sError, StartsWith("orvane-tour: The tree is empty: "));
   EXPECT_THAT(outcome.sError, HasSubstr("ORVOLEDBSnapIn"));
