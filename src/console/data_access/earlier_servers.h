@@ -23,8 +23,8 @@ class EarlierServers {
 
   /// Those that were connected last, the newest first, kMost of them at most.
   std::vector<platform::Text> All() const;
-  /// A data source that was connected just now. Nothing that looks like a password is written. Where it
-  /// cannot be written down it is not remembered: nobody is kept from working by that.
+  /// A data source that was connected just now. Nothing that looks like a password is written.
+  /// Where it cannot be written down it is not remembered: nobody is kept from working by that.
   void Remember(const platform::Text& sServer) const;
 
  private:

@@ -37,8 +37,8 @@ Text InsertStatement(const provider::engines::TableSchema& table,
     sNames += (sNames.empty() ? "" : ", ") + QuotedName(column.sName);
     sMarks += sMarks.empty() ? "?" : ", ?";
   }
-  return Verb(table, bReplace) + " INTO " + QuotedName(table.sName) + " (" + sNames +
-         ") VALUES (" + sMarks + ")";
+  return Verb(table, bReplace) + " INTO " + QuotedName(table.sName) + " (" + sNames + ") VALUES (" +
+         sMarks + ")";
 }
 
 [[noreturn]] void RethrowOfRow(const exports::RowImport& rows, const platform::Failure& failed,
@@ -59,8 +59,7 @@ std::int64_t Import(const provider::historian::CatalogRecord& record, std::istre
   CatalogDatabase database(record);
   std::int64_t llRows = 0;
   database.InTransaction([&] {
-    PreparedStatement insert(database,
-                             InsertStatement(table, rows.Columns(), order.bReplace));
+    PreparedStatement insert(database, InsertStatement(table, rows.Columns(), order.bReplace));
     std::vector<Value> values;
     while (rows.Next(values)) {
       ++llRows;

@@ -14,8 +14,8 @@ using platform::Text;
 
 namespace {
 
-// A setting that nobody here asks for, of a value that it cannot have, so that libpq stops before it
-// looks for a server.
+// A setting that nobody here asks for, of a value that it cannot have, so that libpq stops before
+// it looks for a server.
 constexpr const char* kSpoilt = "gssencmode";
 constexpr const char* kNoValue = "?";
 

@@ -1,6 +1,6 @@
 // The hosts of an address one by one, so that each has its time to answer: libpq keeps that time
-// only in calls that hear no stop. Used by LogOn, and by what asks which hosts an address has, on the
-// thread of its caller.
+// only in calls that hear no stop. Used by LogOn, and by what asks which hosts an address has, on
+// the thread of its caller.
 #pragma once
 
 #include <stop_token>

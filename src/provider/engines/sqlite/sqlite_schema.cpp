@@ -164,7 +164,8 @@ platform::RecordsetPtr SqliteSchema::Query(Columns which, const std::optional<Te
     sSql +=
         ", c.name, c.type, c.\"notnull\", c.pk, c.dflt_value, c.hidden, CASE WHEN m.type = "
         "'view' OR c.hidden <> 0 OR c.type LIKE '%TIME%' OR c.type LIKE '%DATE%' THEN "
-        "m.sql END, CASE WHEN m.type = 'table' AND c.cid = 0 AND m.sql LIKE '%CONFLICT%' THEN m.sql "
+        "m.sql END, CASE WHEN m.type = 'table' AND c.cid = 0 AND m.sql LIKE '%CONFLICT%' THEN "
+        "m.sql "
         "END";
   }
   sSql += " FROM " + platform::QuotedName(m_sQualifier) + ".sqlite_master AS m";
