@@ -5,7 +5,10 @@
 #include <QAccessible>
 #include <limits>
 
+#include "controls/view/spoken_events.h"
+#include "controls/view/status_strip.h"
 #include "tests/controls/row_view_fixture.h"
+#include "tests/fakes/until.h"
 
 namespace orvane::controls {
 namespace {
@@ -125,6 +128,70 @@ TEST(accessible_rows, cells_whose_rows_are_gone_say_so) {
   EXPECT_FALSE(cell->isValid());
   EXPECT_TRUE(cell->state().invalid);
   EXPECT_EQ(Said(cell, QAccessible::Name), "");
+}
+
+/// What is told while it lives, as "name; description".
+class Heard {
+ public:
+  Heard() {
+    HearInstead([this](const QAccessibleEvent& event) {
+      const auto* told = event.accessibleInterface();
+      m_told.emplace_back(event.type(), told->text(QAccessible::Name).toStdString() + "; " +
+                                            told->text(QAccessible::Description).toStdString());
+    });
+  }
+  Heard(const Heard&) = delete;
+  Heard& operator=(const Heard&) = delete;
+  ~Heard() { HearInstead(nullptr); }
+  std::vector<std::string> Of(QAccessible::Event type) const {
+    std::vector<std::string> texts;
+    for (const auto& [told, sText] : m_told) {
+      if (told == type) texts.push_back(sText);
+    }
+    return texts;
+  }
+
+ private:
+  std::vector<std::pair<QAccessible::Event, std::string>> m_told;
+};
+
+TEST(accessible_rows, tell_that_the_current_cell_was_changed_where_it_stands) {
+  RowView view;
+  view.ShowRows(std::make_shared<EditedRecordset>(), kUtcZone);
+  Show(view);
+  view.activateWindow();
+  view.setFocus();
+  ASSERT_TRUE(tests::Until([&] { return view.hasFocus(); }));
+  view.GoTo(1, 1);
+  const Heard heard;
+  view.Model().TellOfChange(std::vector<RowIndex>{0});
+  EXPECT_TRUE(heard.Of(QAccessible::NameChanged).empty()) << "another row";
+  view.Model().TellOfChange(std::vector<RowIndex>{1});
+  const std::vector<std::string> expected = {"0.5; Value, row 2, changed"};
+  EXPECT_EQ(heard.Of(QAccessible::NameChanged), expected);
+  EXPECT_EQ(heard.Of(QAccessible::DescriptionChanged), expected);
+}
+
+TEST(accessible_rows, tell_which_rows_came_new) {
+  RowView view;
+  view.Model().NewRows({1});
+  view.ShowRows(Plant(3), kUtcZone);
+  EXPECT_EQ(Said(TableOf(view)->cellAt(1, 0), QAccessible::Description), "Number, row 2, came new");
+  EXPECT_EQ(Said(TableOf(view)->cellAt(2, 0), QAccessible::Description), "Number, row 3");
+}
+
+TEST(accessible_rows, sentences_of_the_strip_are_told_once) {
+  StatusStrip strip;
+  const Heard heard;
+  strip.Remark("The row was not stored.");
+  strip.Remark("The row was not stored.");
+  EXPECT_EQ(heard.Of(QAccessible::Alert),
+            (std::vector<std::string>{"Notice; The row was not stored."}));
+  strip.Remark({});
+  strip.Remark("Exporting: 4 rows written so far\u2026", false);
+  EXPECT_EQ(heard.Of(QAccessible::Alert).size(), 1U) << "what goes on is told when it is done";
+  strip.Remark("Exported 5 rows to /tmp/out.csv", false);
+  EXPECT_EQ(heard.Of(QAccessible::Alert).size(), 2U);
 }
 
 }  // namespace

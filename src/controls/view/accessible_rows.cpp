@@ -3,11 +3,13 @@
 #include <QAccessibleWidget>
 #include <algorithm>
 #include <deque>
+#include <initializer_list>
 #include <limits>
 #include <map>
 
 #include "controls/view/header_view.h"
 #include "controls/view/row_area.h"
+#include "controls/view/spoken_events.h"
 
 namespace orvane::controls {
 
@@ -274,6 +276,17 @@ QAccessibleInterface* MakeAccessibleRows(const QString& /*sClass*/, QObject* obj
 
 int nOffers = 0;
 
+void TellOfCurrentCell(RowArea& area, std::initializer_list<QAccessible::Event> what) {
+  if (!IsHeard()) return;
+  auto* table = dynamic_cast<AccessibleRows*>(QAccessible::queryAccessibleInterface(&area));
+  QAccessibleInterface* cell = table ? table->focusChild() : nullptr;
+  if (!cell) return;
+  for (const QAccessible::Event type : what) {
+    QAccessibleEvent event(cell, type);
+    Speak(event);
+  }
+}
+
 }  // namespace
 
 AccessibleRowsOffer::AccessibleRowsOffer() {
@@ -285,12 +298,11 @@ AccessibleRowsOffer::~AccessibleRowsOffer() {
 }
 
 void TellFocus(RowArea& area) {
-  if (!QAccessible::isActive()) return;
-  auto* table = dynamic_cast<AccessibleRows*>(QAccessible::queryAccessibleInterface(&area));
-  QAccessibleInterface* cell = table ? table->focusChild() : nullptr;
-  if (!cell) return;
-  QAccessibleEvent event(cell, QAccessible::Focus);
-  QAccessible::updateAccessibility(&event);
+  TellOfCurrentCell(area, {QAccessible::Focus});
+}
+
+void TellChange(RowArea& area) {
+  TellOfCurrentCell(area, {QAccessible::NameChanged, QAccessible::DescriptionChanged});
 }
 
 }  // namespace orvane::controls

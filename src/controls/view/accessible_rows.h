@@ -22,5 +22,7 @@ class AccessibleRowsOffer {
 
 /// Tells whoever listens that the keys are in the current cell.
 void TellFocus(RowArea& area);
+/// Tells whoever listens that the current cell has another value, or another state.
+void TellChange(RowArea& area);
 
 }  // namespace orvane::controls

@@ -187,6 +187,15 @@ std::function<RowIndex(int)> RowModel::RecordRows() const {
   };
 }
 
+std::function<bool(RowIndex)> RowModel::SeenRows() const {
+  const RowIndex rows = m_recordset ? m_recordset->RecordCount() : 0;
+  if (m_gone.Empty() && (!m_order || m_order->Count(rows) == rows)) return {};
+  return [order = m_order, gone = m_gone](RowIndex row) {
+    const std::optional<RowIndex> place = order ? order->PlaceOf(row) : row;
+    return place && !gone.Contains(*place);
+  };
+}
+
 RowIndex RowModel::RecordRowAt(const RowOrder* order, const GonePlaces& gone, int nPlace) {
   const RowIndex place = gone.Whole(nPlace);
   return order ? order->RecordRow(place) : place;
@@ -304,6 +313,7 @@ QString RowModel::Spoken(const QModelIndex& index) const {
     parts << QStringLiteral("row %1").arg(index.row() + 1);
     // Spoken, the word NULL could be a text of that name.
     if (cell.bNull) parts << QStringLiteral("no value");
+    if (IsNew(index.row())) parts << QStringLiteral("came new");
     if (cell.bEdited) parts << QStringLiteral("changed");
     if (cell.bDeleted) parts << QStringLiteral("to be deleted");
     if (const QString sRemark = RemarkAt(index.row()); !sRemark.isEmpty()) {
@@ -348,7 +358,6 @@ QVariant RowModel::headerData(int nSection, Qt::Orientation orientation, int nRo
     if (nRole == Qt::ToolTipRole) return RemarkAt(nSection).toHtmlEscaped();
     if (nRole == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     if (nRole == kNewRole && IsNew(nSection)) return true;
-    if (nRole == Qt::AccessibleDescriptionRole && IsNew(nSection)) return QStringLiteral("New");
     return {};
   }
   if (nSection < 0 || nSection >= columnCount()) return {};

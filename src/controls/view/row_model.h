@@ -66,6 +66,8 @@ class RowModel : public QAbstractTableModel {
   platform::RowIndex RecordRow(int nPlace) const;
   /// The same of the places as they are now, also when others are shown meanwhile.
   std::function<platform::RowIndex(int)> RecordRows() const;
+  /// Which rows of the recordset stand somewhere, as they are now; empty where all do.
+  std::function<bool(platform::RowIndex)> SeenRows() const;
   /// Where a row of the recordset stands; -1 where it does not.
   int PlaceOf(platform::RowIndex row) const;
 

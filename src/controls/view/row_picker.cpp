@@ -255,4 +255,14 @@ void RowPicker::currentChanged(const QModelIndex& current, const QModelIndex& pr
   if (current.isValid() && hasFocus()) TellFocus(*this);
 }
 
+void RowPicker::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                            const QList<int>& roles) {
+  RowArea::dataChanged(topLeft, bottomRight, roles);
+  const QModelIndex current = currentIndex();
+  if (current.isValid() && hasFocus() &&
+      QItemSelectionRange(topLeft, bottomRight).contains(current)) {
+    TellChange(*this);
+  }
+}
+
 }  // namespace orvane::controls

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "controls/view/giving_label.h"
+#include "controls/view/spoken_events.h"
 
 namespace orvane::controls {
 
@@ -248,11 +249,19 @@ void StatusStrip::Remark(const QString& sRemark, bool bWarning) {
 }
 
 void StatusStrip::ShowNotice(const QString& sNotice, bool bWarning) {
+  // What is said again and again, as while rows are followed, is spoken once, and of what goes on
+  // the end alone: it counts several times a second.
+  const bool bSpoken = !sNotice.isEmpty() && sNotice != m_notice->text() &&
+                       !sNotice.endsWith(QStringLiteral("\u2026"));
   m_notice->setText(sNotice);
   m_notice->setToolTip(sNotice);
   m_notice->setVisible(!sNotice.isEmpty());
+  m_notice->setAccessibleDescription(sNotice);
   m_warning->setVisible(bWarning && !sNotice.isEmpty());
   ShowReadOnly();
+  if (!bSpoken) return;
+  QAccessibleEvent event(m_notice, QAccessible::Alert);
+  Speak(event);
 }
 
 void StatusStrip::ReadOnly(const QString& sWhy) {
