@@ -124,11 +124,14 @@ std::optional<TrendColumns> TrendColumns::Of(const Recordset& rs) {
   return columns;
 }
 
-TrendReader::TrendReader(platform::RecordsetPtr rs, TrendColumns columns, zones::TimeZone zone)
+TrendReader::TrendReader(platform::RecordsetPtr rs, TrendColumns columns, zones::TimeZone zone,
+                         SeenRows seen)
     : m_rs(std::move(rs)),
       m_memory(m_rs->Memory()),
       m_columns(std::move(columns)),
-      m_zone(std::move(zone)) {
+      m_zone(std::move(zone)),
+      m_seen(std::move(seen)),
+      m_bCut(m_rs->State() != platform::FetchState::Complete) {
   if (!m_columns.tag) LinesOf({});
 }
 
@@ -151,6 +154,7 @@ void TrendReader::Finish(const std::stop_token& stop) {
 }
 
 void TrendReader::ReadRow(RowIndex row) {
+  if (m_seen && !m_seen(row)) return;
   const Value vtTime = m_rs->ValueAt(row, m_columns.time);
   std::optional<Timestamp> time;
   if (const auto* at = vtTime.As<Timestamp>()) time = *at;

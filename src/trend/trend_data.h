@@ -3,6 +3,7 @@
 // slices, so that nobody waits for them. Without a toolkit; one thread at a time.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -47,6 +48,9 @@ struct ValueRange {
 };
 using ValueRanges = std::map<platform::Text, ValueRange>;
 
+/// Whether a row of the recordset is one of those that are drawn.
+using SeenRows = std::function<bool(platform::RowIndex row)>;
+
 double TrendTime(platform::Timestamp time);
 platform::Timestamp TimestampOf(double time);
 
@@ -56,8 +60,9 @@ class TrendReader {
   static constexpr std::size_t kMostLines = 32;
 
   /// Keeps the rows until they are read. Where their times are numbers, these are days of the zone.
+  /// Without `seen` all rows are read.
   TrendReader(platform::RecordsetPtr rs, TrendColumns columns,
-              zones::TimeZone zone = zones::TimeZone::Utc());
+              zones::TimeZone zone = zones::TimeZone::Utc(), SeenRows seen = {});
 
   /// Reads the next rows and says whether there are more. What is read lies in the memory of the
   /// rows; fails as that does.
@@ -71,6 +76,8 @@ class TrendReader {
   std::vector<TrendLine> TakeLines() { return std::move(m_lines); }
   /// Tags that have no line because there are too many.
   std::size_t TagsLeftOut() const { return m_tagsLeftOut.size(); }
+  /// How many rows were read where their source had more when they began to be; else 0.
+  platform::RowIndex CutAfter() const { return m_bCut ? m_next : 0; }
 
  private:
   void ReadRow(platform::RowIndex row);
@@ -81,6 +88,8 @@ class TrendReader {
   std::shared_ptr<std::pmr::memory_resource> m_memory;
   TrendColumns m_columns;
   zones::TimeZone m_zone;
+  SeenRows m_seen;
+  bool m_bCut;
   platform::RowIndex m_next = 0;
   std::vector<TrendLine> m_lines;
   std::map<platform::Text, std::size_t, std::less<>> m_firstLines;

@@ -12,6 +12,28 @@ constexpr std::size_t kMostMarked = 60;
 constexpr int kMarksOnLine = 8;
 /// Higher or lower no painter can count.
 constexpr double kFarAbove = 30'000;
+/// Beyond it the differences of heights would be no numbers.
+constexpr double kFarthestAbove = 1e12;
+
+double Painted(double height) {
+  return std::clamp(height, -kFarAbove, kFarAbove);
+}
+
+/// The places between two at which a line leaves the heights that can be painted, or comes into
+/// them, so that what is painted of it has its slope.
+std::vector<QPointF> Cuts(QPointF one, QPointF other) {
+  std::vector<QPointF> cuts;
+  const double end = Painted(other.y());
+  const double begin = Painted(one.y());
+  if (begin == end) return cuts;
+  const auto cut = [&](double height) {
+    const double part = (height - one.y()) / (other.y() - one.y());
+    cuts.emplace_back(one.x() + (other.x() - one.x()) * part, height);
+  };
+  if (begin != one.y()) cut(begin);
+  if (end != other.y()) cut(end);
+  return cuts;
+}
 
 }  // namespace
 
@@ -44,7 +66,12 @@ void TrendLinePlot::draw(QCPPainter* painter) {
   const QCPAxis& time = *mKeyAxis;
   const QRect rect = time.axisRect()->rect();
   const QCPRange range = time.range();
-  const PixelColumns columns{range.lower, rect.width() / range.size(), rect.width()};
+  // What is drawn is worked out for the pixels of the screen or picture: on a fine one there are
+  // several for each pixel that widgets are measured in.
+  const double scale = std::max(1.0, painter->deviceTransform().m11());
+  const double width = rect.width() * scale;
+  const PixelColumns columns{range.lower, width / range.size(),
+                             static_cast<std::int32_t>(std::lround(width))};
   const std::vector<Corner> corners =
       m_bAll ? m_series.AllCorners(columns, m_kind) : m_series.Corners(columns, m_kind);
   // Dashes go along a line; without them each piece is drawn for itself, and is then the same
@@ -52,9 +79,12 @@ void TrendLinePlot::draw(QCPPainter* painter) {
   const bool bDashed = m_series.CountIn(columns) <= TrendSeries::kMostDashed;
   QPen pen = mPen;
   if (!bDashed) pen.setStyle(Qt::SolidLine);
+  painter->save();
+  painter->scale(1 / scale, 1 / scale);
   painter->setPen(pen);
   painter->setBrush(Qt::NoBrush);
   QPolygon piece;
+  QPointF before;
   QVector<QLine> lines;
   const auto flush = [&] {
     // A value between two gaps is a line of no length, which a painter leaves out.
@@ -70,14 +100,20 @@ void TrendLinePlot::draw(QCPPainter* painter) {
       flush();
       continue;
     }
-    const double height = std::clamp(mValueAxis->coordToPixel(corner.value), -kFarAbove, kFarAbove);
-    const QPoint at(rect.left() + static_cast<int>(corner.column),
-                    static_cast<int>(std::lround(height)));
+    const double height = mValueAxis->coordToPixel(corner.value) * scale;
+    const QPointF place(std::round(rect.left() * scale) + corner.column,
+                        std::clamp(height, -kFarthestAbove, kFarthestAbove));
+    if (m_kind == LineKind::Straight && !piece.isEmpty()) {
+      for (const QPointF& cut : Cuts(before, place)) piece.append(cut.toPoint());
+    }
+    before = place;
+    const QPoint at(static_cast<int>(place.x()), static_cast<int>(std::lround(Painted(place.y()))));
     if (m_kind == LineKind::Steps && !piece.isEmpty()) piece.append({at.x(), piece.back().y()});
     if (piece.isEmpty() || piece.back() != at) piece.append(at);
   }
   flush();
   if (!lines.isEmpty()) painter->drawLines(lines);
+  painter->restore();
   DrawMarks(*painter, columns);
 }
 

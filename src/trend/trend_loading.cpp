@@ -32,9 +32,10 @@ TrendLoading::TrendLoading(Calls calls, QObject* parent)
 }
 
 void TrendLoading::Load(platform::RecordsetPtr rs, TrendColumns columns,
-                        const zones::TimeZone& zone) {
+                        const zones::TimeZone& zone, SeenRows seen) {
   Drop();
-  m_reader = std::make_shared<TrendReader>(std::move(rs), std::move(columns), zone);
+  m_reader =
+      std::make_shared<TrendReader>(std::move(rs), std::move(columns), zone, std::move(seen));
   Go();
 }
 
@@ -82,7 +83,7 @@ void TrendLoading::Order() {
             [this, nRun, sWhyNot] {
               if (nRun != m_nRun) return;
               if (!sWhyNot.isEmpty()) return End({.sWhyNot = sWhyNot});
-              End({m_reader->TakeLines(), m_reader->TagsLeftOut()});
+              End({m_reader->TakeLines(), m_reader->TagsLeftOut(), m_reader->CutAfter()});
             },
             Qt::QueuedConnection);
       });

@@ -23,7 +23,8 @@ class TrendLoading : public QObject {
   struct Loaded {
     std::vector<TrendLine> lines{};
     std::size_t nTagsLeftOut = 0;
-    QString sWhyNot{};  ///< what kept the lines from being made
+    platform::RowIndex cutAfter = 0;  ///< rows, where their source has more
+    QString sWhyNot{};                ///< what kept the lines from being made
   };
   struct Calls {
     /// True while somebody looks; otherwise nothing is read until Go().
@@ -36,8 +37,10 @@ class TrendLoading : public QObject {
 
   TrendLoading(Calls calls, QObject* parent);
 
-  /// Begins with other rows; what was being done with others is dropped.
-  void Load(platform::RecordsetPtr rs, TrendColumns columns, const zones::TimeZone& zone);
+  /// Begins with other rows; what was being done with others is dropped. Without `seen` all of
+  /// them are read.
+  void Load(platform::RecordsetPtr rs, TrendColumns columns, const zones::TimeZone& zone,
+            SeenRows seen = {});
   void Drop();
   bool Busy() const { return m_reader != nullptr; }
   /// Goes on, after nobody has looked.

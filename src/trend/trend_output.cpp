@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "exports/export_file.h"
+#include "exports/row_export.h"
 #include "exports/value_text.h"
 #include "platform/failure.h"
 #include "trend/trend_plot.h"
@@ -125,8 +126,10 @@ bool IsForPoints(const QString& sPath) {
   return QFileInfo(sPath).suffix().compare(u"csv", Qt::CaseInsensitive) == 0;
 }
 
-void SavePoints(const PointsInSight& points, const QString& sPath, const std::stop_token& stop) {
-  exports::ExportFile file(sPath.toStdString());
+std::filesystem::path SavePoints(const PointsInSight& points, const QString& sPath,
+                                 const std::stop_token& stop) {
+  std::filesystem::path path(sPath.toStdString());
+  exports::ExportFile file(path);
   Text sOut;
   AppendHeader(sOut, Separator::Comma, "\r\n");
   ForEachPoint(points, [&](const TrendLine& line, std::size_t point) {
@@ -136,9 +139,15 @@ void SavePoints(const PointsInSight& points, const QString& sPath, const std::st
     sOut.clear();
     return !stop.stop_requested();
   });
-  if (stop.stop_requested()) return;
+  if (stop.stop_requested()) {
+    throw platform::Failure(platform::failure::kCancelled, "The export was cancelled.");
+  }
   file.Write(sOut);
-  file.Finish();
+  if (points.cutAfter > 0) {
+    return file.FinishMarked(" (" + exports::CutMark(points.cutAfter) + ")", stop);
+  }
+  file.Finish(stop);
+  return path;
 }
 
 void SavePicture(TrendPlot& plot, const QString& sPath) {

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QString>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -27,6 +28,8 @@ struct PointsInSight {
   double from = 0;
   double to = 0;
   zones::TimeZone zone = zones::TimeZone::Utc();
+  /// The rows that the points are those of, where their source has more; else 0.
+  platform::RowIndex cutAfter = 0;
 };
 
 QImage PictureOf(TrendPlot& plot);
@@ -39,9 +42,10 @@ std::optional<platform::Text> CopiedPoints(const PointsInSight& points);
 /// True where the name is one for points.
 bool IsForPoints(const QString& sPath);
 /// Writes the points as comma-separated values, whole or not at all: nothing is left of the file
-/// when it is stopped. Fails as files do.
-void SavePoints(const PointsInSight& points, const QString& sPath,
-                const std::stop_token& stop = {});
+/// when it is stopped, which fails with failure::kCancelled. Where rows are missing the file's name
+/// says so, as that of an export does; gives its path. Fails as files do.
+std::filesystem::path SavePoints(const PointsInSight& points, const QString& sPath,
+                                 const std::stop_token& stop = {});
 /// Writes the picture, whole or not at all, in the form that the end of the name tells (.png,
 /// .svg). Fails with failure::kInvalidArgument for any other name, and as files do.
 void SavePicture(TrendPlot& plot, const QString& sPath);

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "platform/failure.h"
 #include "trend/trend_loading.h"
 
 namespace orvane::trend {
@@ -18,34 +19,27 @@ QString EndOf(const QString& sKind) {
 }  // namespace
 
 void TrendSaving::Save(PointsInSight points, const QString& sPath,
-                       std::function<void(const QString&)> done) {
-  Stop();
+                       std::function<void(const Saved&)> done) {
   m_bBusy = true;
-  m_worker = std::jthread([this, points = std::move(points), sPath, done = std::move(done),
-                           nRun = m_nRun](const std::stop_token& stop) mutable {
-    QString sWhyNot;
+  m_worker = std::jthread([this, points = std::move(points), sPath,
+                           done = std::move(done)](const std::stop_token& stop) mutable {
+    Saved saved;
     try {
-      SavePoints(points, sPath, stop);
+      saved.sPath = QString::fromStdString(SavePoints(points, sPath, stop).string());
+    } catch (const platform::Failure& failed) {
+      if (failed.Number() != platform::failure::kCancelled) saved.sWhyNot = SentenceOfTrend(failed);
     } catch (const std::exception& failed) {
-      sWhyNot = SentenceOfTrend(failed);
+      saved.sWhyNot = SentenceOfTrend(failed);
     }
     points.lines.reset();
-    if (stop.stop_requested()) return;
     QMetaObject::invokeMethod(
         this,
-        [this, nRun, sWhyNot, done = std::move(done)] {
-          if (nRun != m_nRun) return;
+        [this, saved, done = std::move(done)] {
           m_bBusy = false;
-          done(sWhyNot);
+          done(saved);
         },
         Qt::QueuedConnection);
   });
-}
-
-void TrendSaving::Stop() {
-  m_worker = {};
-  ++m_nRun;
-  m_bBusy = false;
 }
 
 QFileDialog* NewSaveDialog(QWidget* parent) {

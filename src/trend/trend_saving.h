@@ -17,16 +17,20 @@ class TrendSaving : public QObject {
  public:
   using QObject::QObject;
 
-  /// Calls `done` once from the event loop, with a sentence where the file could not be written.
-  /// One at a time.
-  void Save(PointsInSight points, const QString& sPath, std::function<void(const QString&)> done);
+  struct Saved {
+    QString sPath;    ///< of the file; empty where there is none
+    QString sWhyNot;  ///< a sentence; empty where it was stopped
+  };
+
+  /// Calls `done` once from the event loop. One at a time.
+  void Save(PointsInSight points, const QString& sPath, std::function<void(const Saved&)> done);
   bool Busy() const { return m_bBusy; }
-  /// Nothing is left of the file, and `done` is not called.
-  void Stop();
+  /// Has it end soon; nothing is left of the file then. The disk may take its time, and is not
+  /// waited for: `done` tells.
+  void Stop() { m_worker.request_stop(); }
 
  private:
   bool m_bBusy = false;
-  int m_nRun = 0;         ///< told from by what was posted for an earlier one
   std::jthread m_worker;  ///< the last member: it is waited for before the others go
 };
 

@@ -18,11 +18,20 @@
 #include <algorithm>
 #include <cmath>
 
+#include "exports/row_export.h"
 #include "trend/trend_output.h"
 #include "trend/trend_plot.h"
 #include "trend/trend_values.h"
 
 namespace orvane::trend {
+
+namespace {
+
+QString SavedText(const QString& sPath) {
+  return QStringLiteral("Saved to ") + sPath;
+}
+
+}  // namespace
 
 TrendView::TrendView(QWidget* parent)
     : QWidget(parent),
@@ -137,8 +146,9 @@ void TrendView::OnRange(std::function<void(const TrendSpan&)> handler) {
 }
 
 void TrendView::ShowRows(platform::RecordsetPtr rs, const zones::TimeZone& zone,
-                         std::optional<TrendSpan> span) {
+                         std::optional<TrendSpan> span, SeenRows seen) {
   ++m_nShown;
+  m_bFiltered = static_cast<bool>(seen);
   if (auto look = CurrentLook()) m_look = std::move(look);
   m_span = span;
   m_zone = zone;
@@ -149,7 +159,7 @@ void TrendView::ShowRows(platform::RecordsetPtr rs, const zones::TimeZone& zone,
     return Say(rs ? QStringLiteral("These rows have no times and numbers to draw.") : QString());
   }
   if (!m_look) Say("Reading the rows\u2026");
-  m_loading->Load(std::move(rs), *std::move(columns), zone);
+  m_loading->Load(std::move(rs), *std::move(columns), zone, std::move(seen));
 }
 
 void TrendView::showEvent(QShowEvent* event) {
@@ -182,6 +192,7 @@ void TrendView::Take(TrendLoading::Loaded loaded) {
   m_plot->Lines(*lines, m_zone);
   m_lines = lines;
   m_nTagsLeftOut = loaded.nTagsLeftOut;
+  m_cutAfter = loaded.cutAfter;
   ShowLines();
 }
 
@@ -208,7 +219,10 @@ void TrendView::ShowLines() {
   m_values->Lines(m_lines.get(), m_zone);
   const bool bPoints =
       std::ranges::any_of(*m_lines, [](const TrendLine& line) { return line.series.Size() > 0; });
-  Say(bPoints ? QString() : QStringLiteral("There is nothing to draw: no row has a time."));
+  Say(bPoints ? QString()
+      : m_bFiltered
+          ? QStringLiteral("There is nothing to draw: the filter leaves no row with a time.")
+          : QStringLiteral("There is nothing to draw: no row has a time."));
   if (bPoints) {
     static_cast<QStackedLayout*>(m_plot->parentWidget()->layout())->setCurrentWidget(m_plot);
     if (hasFocus()) m_plot->setFocus();
@@ -295,14 +309,15 @@ void TrendView::Say(const QString& sMessage) {
   static_cast<QStackedLayout*>(m_plot->parentWidget()->layout())->setCurrentWidget(m_message);
 }
 
-void TrendView::Remark(const QString& sSentence) {
-  if (m_remark) m_remark(sSentence);
+void TrendView::Remark(const QString& sSentence, bool bWarning) {
+  if (m_remark) m_remark(sSentence, bWarning);
 }
 
 PointsInSight TrendView::Points() const {
   std::vector<bool> shown;
   for (std::size_t n = 0; n < m_lines->size(); ++n) shown.push_back(m_plot->LineShown(n));
-  return {m_lines, std::move(shown), m_plot->Times().lower, m_plot->Times().upper, m_zone};
+  return {m_lines, std::move(shown), m_plot->Times().lower, m_plot->Times().upper,
+          m_zone,  m_cutAfter};
 }
 
 void TrendView::Copy() {
@@ -312,7 +327,10 @@ void TrendView::Copy() {
         "Not copied: more than 100,000 points are in sight. Zoom in, or save them to a file.");
   }
   QGuiApplication::clipboard()->setText(QString::fromStdString(*text));
-  Remark({});
+  Remark(m_cutAfter == 0
+             ? QString()
+             : QStringLiteral("Copied only the points of the %1, as the source has more.")
+                   .arg(QString::fromStdString(exports::CutMark(m_cutAfter))));
 }
 
 void TrendView::CopyPicture() {
@@ -323,8 +341,8 @@ void TrendView::CopyPicture() {
 void TrendView::ChooseFile() {
   if (IsSaving()) {
     m_saving->Stop();
-    TellOfSaving();
-    return Remark("Stopped: the points were not saved.");
+    m_save->setEnabled(false);
+    return Remark("Stopping\u2026", false);
   }
   // A dialog that goes with the view must not stand on the stack.
   const QPointer<TrendView> self(this);
@@ -337,25 +355,31 @@ void TrendView::ChooseFile() {
 }
 
 void TrendView::TellOfSaving() {
+  m_save->setEnabled(true);
   m_save->setText(IsSaving() ? "&Stop Saving" : "&Save As\u2026");
   m_save->setToolTip(IsSaving() ? "Leaves no file"
                                 : "Saves a picture (PNG, SVG) or the points in sight (CSV)");
 }
 
 void TrendView::SavePointsAs(const QString& sPath) {
-  m_saving->Save(Points(), sPath, [this](const QString& sWhyNot) {
+  if (IsSaving()) return;
+  m_saving->Save(Points(), sPath, [this, cutAfter = m_cutAfter](const TrendSaving::Saved& saved) {
     TellOfSaving();
-    Remark(sWhyNot);
+    if (!saved.sWhyNot.isEmpty()) return Remark(saved.sWhyNot);
+    if (saved.sPath.isEmpty()) return Remark("Stopped: the points were not saved.", false);
+    if (cutAfter == 0) return Remark(SavedText(saved.sPath), false);
+    Remark(QStringLiteral("Saved only the points of the %1, as the source has more: %2")
+               .arg(QString::fromStdString(exports::CutMark(cutAfter)), saved.sPath));
   });
   TellOfSaving();
-  Remark("Saving the points in sight\u2026");
+  Remark("Saving the points in sight\u2026", false);
 }
 
 void TrendView::SaveAs(const QString& sPath) {
   if (IsForPoints(sPath)) return SavePointsAs(sPath);
   try {
     SavePicture(*m_plot, sPath);
-    Remark({});
+    Remark(SavedText(sPath), false);
   } catch (const std::exception& failed) {
     Remark(SentenceOfTrend(failed));
   }

@@ -39,11 +39,12 @@ class TrendView : public QWidget {
   ~TrendView() override;
 
   static bool CanShow(const platform::RecordsetPtr& rs);
-  /// Shows the rows, or none, in the zone, with the span in sight if there is one. They are read in
-  /// slices, and from the moment on that the view is seen. Rows that follow others of the same
-  /// lines are looked at as those were: a view to the last point stays at the last point.
+  /// Shows the rows, or none, in the zone, with the span in sight if there is one; where a filter
+  /// leaves some out, `seen` tells which. They are read in slices, and from the moment on that the
+  /// view is seen. Rows that follow others of the same lines are looked at as those were: a view to
+  /// the last point stays at the last point.
   void ShowRows(platform::RecordsetPtr rs, const zones::TimeZone& zone,
-                std::optional<TrendSpan> span = std::nullopt);
+                std::optional<TrendSpan> span = std::nullopt, SeenRows seen = {});
   /// The times that the rows to be shown next are those of: they count as all times, from and up
   /// to where no row may be. None where only the rows tell.
   void Reach(const std::optional<TrendSpan>& times) { m_reach = times; }
@@ -65,8 +66,11 @@ class TrendView : public QWidget {
   void ForgetUnits() { m_asked.clear(); }
   /// Called with the times in sight when they are to be the rows' range.
   void OnRange(std::function<void(const TrendSpan&)> handler);
-  /// Called with a sentence about what was done or could not be; empty after a success that shows.
-  void OnRemark(std::function<void(const QString&)> handler) { m_remark = std::move(handler); }
+  /// Called with a sentence about what was done, or as a warning what could not be; empty after a
+  /// success that shows.
+  void OnRemark(std::function<void(const QString& sSentence, bool bWarning)> handler) {
+    m_remark = std::move(handler);
+  }
 
   void Copy();
   void CopyPicture();
@@ -107,7 +111,7 @@ class TrendView : public QWidget {
   void TellOfCursor();
   QString SpokenMark() const;
   void Say(const QString& sMessage);
-  void Remark(const QString& sSentence);
+  void Remark(const QString& sSentence, bool bWarning = true);
 
   QToolBar* m_bar;
   QAction* m_asRange;
@@ -120,6 +124,8 @@ class TrendView : public QWidget {
   TrendSaving* m_saving;
   std::shared_ptr<TrendLines> m_lines = std::make_shared<TrendLines>();  ///< never null
   std::size_t m_nTagsLeftOut = 0;
+  platform::RowIndex m_cutAfter = 0;  ///< rows, where their source has more
+  bool m_bFiltered = false;
   int m_nShown = 0;  ///< how often rows were shown
   zones::TimeZone m_zone = zones::TimeZone::Utc();
   std::optional<TrendSpan> m_span;
@@ -130,7 +136,7 @@ class TrendView : public QWidget {
   std::function<Units()> m_askUnits;
   std::function<void(const TrendSpan&)> m_range;
   std::function<void(const std::optional<TrendSpan>&)> m_marked;
-  std::function<void(const QString&)> m_remark;
+  std::function<void(const QString&, bool)> m_remark;
 };
 
 }  // namespace orvane::trend

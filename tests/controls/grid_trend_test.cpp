@@ -172,6 +172,34 @@ TEST_F(grid_trend, times_without_rows_select_none_and_too_many_pieces_are_told) 
   EXPECT_FALSE(rows.selectionModel()->hasSelection());
 }
 
+TEST_F(grid_trend, draws_the_rows_that_the_filter_row_leaves) {
+  Show(m_results);
+  ado::RecordsetBuilder builder({{"Tag", DataType::WChar},
+                                 {"Timestamp", DataType::DBTimeStamp},
+                                 {"Value", DataType::Double}});
+  for (int n = 0; n < 40; ++n) {
+    builder.AppendRow({"tag " + std::to_string(n), Timestamp(std::chrono::seconds(n)), 1.0 * n});
+  }
+  Run(builder.Finish());
+  ShowTrend();
+  const auto* lines = View().findChild<QAbstractItemView*>("trendValues")->model();
+  EXPECT_EQ(lines->rowCount(), 32);
+  EXPECT_EQ(Label(m_results, "notice"),
+            "The first 32 tags are drawn, 8 more are not; choose fewer with a filter.");
+  auto& rows = *ViewOf(m_results);
+  rows.Filter({ColumnFilter::Read("tag 3", 0, DataType::WChar, CellFormat())});
+  ASSERT_TRUE(tests::Until([&] { return !View().IsReading() && lines->rowCount() == 11; }));
+  EXPECT_EQ(lines->index(0, 0).data().toString(), "tag 3");
+  EXPECT_EQ(lines->index(1, 0).data().toString(), "tag 30");
+  // An order takes none away, and changes nothing of what is drawn.
+  rows.SortBy(2, false);
+  rows.Filter({ColumnFilter::Read("tag 39", 0, DataType::WChar, CellFormat())});
+  ASSERT_TRUE(tests::Until([&] { return !View().IsReading() && lines->rowCount() == 1; }));
+  rows.Filter({});
+  ASSERT_TRUE(tests::Until([&] { return !View().IsReading() && lines->rowCount() == 32; }));
+  EXPECT_EQ(lines->index(0, 0).data().toString(), "tag 0");
+}
+
 TEST_F(grid_trend, says_in_the_strip_what_could_not_be_done) {
   Show(m_results);
   Run(Measured(10));

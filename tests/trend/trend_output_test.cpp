@@ -120,7 +120,8 @@ TEST_F(trend_output, a_file_that_cannot_be_written_is_told) {
 TEST_F(trend_output, points_that_are_stopped_leave_no_file) {
   std::stop_source stop;
   stop.request_stop();
-  SavePoints(Points(), m_folder.filePath("t.csv"), stop.get_token());
+  EXPECT_THROW(SavePoints(Points(), m_folder.filePath("t.csv"), stop.get_token()),
+               platform::Failure);
   EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files).size(), 0);
 }
 

@@ -4,13 +4,9 @@
 
 #include <QAction>
 #include <QClipboard>
-#include <QFile>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "tests/fakes/until.h"
@@ -182,46 +178,18 @@ TEST_F(trend_view, says_where_there_is_no_memory_for_it) {
   EXPECT_EQ(Message(), "");
 }
 
-TEST_F(trend_view, points_are_saved_beside_the_window) {
-  const QTemporaryDir folder;
-  const QString sPath = folder.filePath("t.csv");
-  QStringList remarks;
-  m_view.OnRemark([&](const QString& sSentence) { remarks << sSentence; });
-  Show(TwoTags(3));
-  m_view.SaveAs(sPath);
-  EXPECT_TRUE(m_view.IsSaving());
-  EXPECT_EQ(remarks.takeLast(), "Saving the points in sight\u2026");
-  EXPECT_NE(Action("Stop Saving"), nullptr);
-  // What is shown meanwhile is none of the file's.
-  m_view.ShowRows(nullptr, zones::TimeZone::Utc());
-  ASSERT_TRUE(tests::Until([&] { return !m_view.IsSaving(); }));
-  EXPECT_EQ(remarks.takeLast(), "");
-  QFile file(sPath);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll().count('\n'), 7);
-  m_view.SaveAs("/nowhere/t.csv");
-  ASSERT_TRUE(tests::Until([&] { return !m_view.IsSaving(); }));
-  EXPECT_NE(remarks.takeLast(), "");
-  m_view.SaveAs(folder.filePath("u.csv"));
-  Action("Stop Saving")->trigger();
-  EXPECT_FALSE(m_view.IsSaving());
-  EXPECT_EQ(remarks.takeLast(), "Stopped: the points were not saved.");
-  EXPECT_NE(Action("Save As\u2026"), nullptr);
-}
-
-TEST_F(trend_view, the_name_of_the_file_ends_in_the_kind_that_is_chosen) {
-  const std::unique_ptr<QFileDialog> dialog(NewSaveDialog(nullptr));
-  dialog->setOption(QFileDialog::DontUseNativeDialog);
-  const auto name = [&] {
-    return QFileInfo(dialog->selectedFiles().value(0)).fileName().toStdString();
-  };
-  EXPECT_EQ(name(), "trend.png");
-  emit dialog->filterSelected("Comma-Separated Values (*.csv)");
-  EXPECT_EQ(name(), "trend.csv");
-  EXPECT_EQ(dialog->defaultSuffix(), "csv");
-  dialog->selectFile("pumps.of.today");
-  emit dialog->filterSelected("Vector Picture (*.svg)");
-  EXPECT_EQ(name(), "pumps.of.today.svg");
+TEST_F(trend_view, draws_only_the_rows_that_are_seen) {
+  Show(TwoTags(0));
+  // The rows of "b" stand at odd places.
+  m_view.ShowRows(TwoTags(10), zones::TimeZone::Utc(), std::nullopt,
+                  [](platform::RowIndex row) { return row % 2 == 1; });
+  Read();
+  ASSERT_EQ(Values().rowCount(), 1);
+  EXPECT_EQ(Text(0, TrendValues::Name), "b");
+  m_view.ShowRows(TwoTags(10), zones::TimeZone::Utc(), std::nullopt,
+                  [](platform::RowIndex) { return false; });
+  Read();
+  EXPECT_EQ(Message(), "There is nothing to draw: the filter leaves no row with a time.");
 }
 
 TEST_F(trend_view, may_go_while_units_are_asked_for) {
@@ -326,7 +294,7 @@ TEST_F(trend_view, says_why_there_is_nothing_to_see) {
 
 TEST_F(trend_view, copies_its_points_by_the_usual_keys) {
   std::string sRemark = "none";
-  m_view.OnRemark([&](const QString& sSentence) { sRemark = sSentence.toStdString(); });
+  m_view.OnRemark([&](const QString& sSentence, bool) { sRemark = sSentence.toStdString(); });
   Show(TwoTags(3));
   QTest::keyClick(&Plot(), Qt::Key_C, Qt::ControlModifier);
   EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("Line\tTimestamp\t"));

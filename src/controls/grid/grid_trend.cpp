@@ -46,7 +46,8 @@ trend::TrendView& GridTrend::View() {
     m_view->hide();
     m_splitter.addWidget(m_view);
     m_splitter.setStretchFactor(m_splitter.indexOf(m_view), 1);
-    m_view->OnRemark([this](const QString& sSentence) { m_status.Remark(sSentence); });
+    m_view->OnRemark(
+        [this](const QString& sSentence, bool bWarning) { m_status.Remark(sSentence, bWarning); });
     m_view->AskUnits([this] { return m_askUnits ? m_askUnits() : trend::TrendView::Units(); });
     m_view->OnMarked([this](const std::optional<trend::TrendSpan>& span) {
       m_marked = span;
@@ -84,7 +85,8 @@ void GridTrend::GiveRows() {
   if (!m_bShown || !m_bStale) return;
   m_bStale = false;
   View().Reach(m_askReach ? m_askReach() : std::nullopt);
-  View().ShowRows(m_rows.Model().Recordset(), m_rows.Model().Format().Zone());
+  const RowModel& model = m_rows.Model();
+  View().ShowRows(model.Recordset(), model.Format().Zone(), std::nullopt, model.SeenRows());
   if (m_marked) {
     SelectMarked();
   } else {
