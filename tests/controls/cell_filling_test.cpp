@@ -1,7 +1,10 @@
 #include "controls/grid/cell_filling.h"
 
+#include <new>
+
 #include "controls/editing/cell_query_dialog.h"
 #include "tests/controls/pumps_fixture.h"
+#include "tests/controls/table_time_fixture.h"
 
 namespace orvane::controls {
 namespace {
@@ -184,6 +187,28 @@ TEST_F(cell_filling, a_block_is_pasted_whole_or_not_at_all) {
   GoTo(0, 0);
   Press(Qt::Key_V, Qt::ControlModifier);
   EXPECT_NE(Label("notice").find("more columns than there are"), Text::npos);
+}
+
+class filling_without_memory : public TableTimeFixture {};
+
+TEST_F(filling_without_memory, is_told_in_the_dialog) {
+  m_editor->Connection(std::make_shared<KeyedConnection>(
+      SchemaConnection::Columns{{"Tag", platform::DataType::WChar},
+                                {"Timestamp", platform::DataType::DBTimeStamp},
+                                {"Value", platform::DataType::Double}},
+      "Timestamp"));
+  m_editor->TableQuery(m_query);
+  Show(*m_editor);
+  m_editor->Requery();
+  ViewOf(*m_editor)->GoTo(0, 2);
+  m_editor->CellQuery();
+  auto* dialog = WindowOf(*m_editor)->findChild<CellQueryDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  dialog->findChild<QPlainTextEdit*>("statement")->setPlainText("SELECT 1");
+  m_server.whileRunning = [] { throw std::bad_alloc(); };
+  dialog->findChild<QPushButton*>("run")->click();
+  EXPECT_EQ(dialog->findChild<QLabel*>("sentence")->text(),
+            "There is not enough memory for the rows; show fewer of them or close other programs.");
 }
 
 }  // namespace

@@ -340,5 +340,17 @@ TEST_F(grid_seeking, says_that_there_is_no_such_row) {
   EXPECT_EQ(Cell(), std::pair(6, 0));
 }
 
+TEST_F(grid_seeking, a_search_that_other_rows_end_says_so) {
+  m_results.Recordset(Plant(1'000'000));
+  QTest::keyClick(&View(), Qt::Key_F, Qt::ControlModifier);
+  auto* text = Part<QLineEdit>("findText");
+  QTest::keyClicks(text, "nowhere");
+  QTest::keyClick(text, Qt::Key_Return);
+  ASSERT_EQ(Label(m_results, "findOutcome"), "Looking\u2026 Escape ends it");
+  View().SortBy(0, false);
+  m_results.Recordset(Plant(5));
+  EXPECT_EQ(Label(m_results, "findOutcome"), "Ended: the rows have changed; look again");
+}
+
 }  // namespace
 }  // namespace orvane::controls

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QTimer>
 #include <QToolButton>
+#include <new>
 
 #include "controls/grid/table_editor.h"
 #include "controls/statements/table_query.h"
@@ -81,6 +82,10 @@ TEST_F(row_count, says_when_it_was_cancelled_or_failed) {
   m_server.whileRunning = Refuse;
   Offer()->click();
   EXPECT_EQ(Label(*m_editor, "notice"), "There is no such column; correct it.");
+  m_server.whileRunning = [] { throw std::bad_alloc(); };
+  Offer()->click();
+  EXPECT_EQ(Label(*m_editor, "notice"),
+            "There is not enough memory for the rows; show fewer of them or close other programs.");
   EXPECT_EQ(RowsOf(*m_editor), 3);
 }
 

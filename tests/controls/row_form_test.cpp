@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTableView>
 #include <QToolButton>
 
@@ -146,6 +147,27 @@ TEST_F(row_form, costs_the_same_for_any_number_of_rows) {
   m_form->grab();
   EXPECT_EQ(Line(2), "column 2=r" + std::to_string(kMany - 1) + "c2");
   EXPECT_LT(rs->TakeCellsAsked(), 2000U);
+}
+
+TEST_F(row_form, stays_where_it_is_scrolled_when_the_rows_are_fetched_again) {
+  m_view->GoTo(2, 5);
+  PressKeys();
+  auto& bar = *Lines().verticalScrollBar();
+  bar.setValue(bar.maximum());
+  const int nScrolled = bar.value();
+  ASSERT_GT(nScrolled, 0);
+  const RowsState state = m_view->State();
+  m_view->ShowRows(Wide(9), kUtcZone, &state);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(bar.value(), nScrolled);
+  EXPECT_EQ(Which(), "Row 3");
+  EXPECT_EQ(Line(199), "column 199=r2c199");
+  EXPECT_TRUE(m_form->findChild<QToolButton*>("formNext")->isEnabled());
+  // Other columns are other lines.
+  m_view->ShowRows(Plant(3), kUtcZone);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(Lines().model()->rowCount(), 4);
+  EXPECT_EQ(Line(0), "Number=0");
 }
 
 }  // namespace

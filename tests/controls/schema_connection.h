@@ -39,4 +39,38 @@ class SchemaConnection : public FakeConnection {
   Columns m_columns;
 };
 
+/// The same of a table with a primary key of one column, whose rows can be edited.
+class KeyedConnection : public SchemaConnection {
+ public:
+  KeyedConnection(Columns columns, platform::Text sKey)
+      : SchemaConnection(columns), m_columns(std::move(columns)), m_sKey(std::move(sKey)) {}
+
+  platform::RecordsetPtr OpenSchema(platform::SchemaNumber schema,
+                                    std::span<const platform::Value> /*vtRestrictions*/) override {
+    using platform::DataType;
+    if (schema == platform::SchemaNumber::Tables) {
+      ado::RecordsetBuilder tables({{"TABLE_TYPE", DataType::WChar}});
+      tables.AppendRow({"TABLE"});
+      return tables.Finish();
+    }
+    if (schema == platform::SchemaNumber::PrimaryKeys) {
+      ado::RecordsetBuilder keys({{"COLUMN_NAME", DataType::WChar}});
+      keys.AppendRow({m_sKey});
+      return keys.Finish();
+    }
+    ado::RecordsetBuilder columns({{"COLUMN_NAME", DataType::WChar},
+                                   {"DATA_TYPE", DataType::Integer},
+                                   {"IS_NULLABLE", DataType::Boolean},
+                                   {"COLUMN_HASDEFAULT", DataType::Boolean}});
+    for (const auto& [sName, type] : m_columns) {
+      columns.AppendRow({sName, static_cast<std::int32_t>(type), true, false});
+    }
+    return columns.Finish();
+  }
+
+ private:
+  Columns m_columns;
+  platform::Text m_sKey;
+};
+
 }  // namespace orvane::controls

@@ -1,4 +1,5 @@
 // Following the newest rows of a table: what stays in its place, and what gives way.
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QToolButton>
 
@@ -143,42 +144,6 @@ TEST_F(followed_order, all_stays_all_and_a_few_stay_these_few) {
   EXPECT_EQ(Selected(), (std::set<std::string>{"1", "2", "3"})) << "more were never selected";
 }
 
-/// Tells a table of samples that has a key of its own.
-class KeyedConnection : public SchemaConnection {
- public:
-  KeyedConnection()
-      : SchemaConnection({{"Tag", platform::DataType::WChar},
-                          {"Timestamp", platform::DataType::DBTimeStamp},
-                          {"Id", platform::DataType::BigInt}}) {}
-  platform::RecordsetPtr OpenSchema(platform::SchemaNumber schema,
-                                    std::span<const platform::Value> vtRestrictions) override {
-    using platform::DataType;
-    if (schema == platform::SchemaNumber::Tables) {
-      ado::RecordsetBuilder tables({{"TABLE_TYPE", DataType::WChar}});
-      tables.AppendRow({"TABLE"});
-      return tables.Finish();
-    }
-    if (schema == platform::SchemaNumber::PrimaryKeys) {
-      ado::RecordsetBuilder keys({{"COLUMN_NAME", DataType::WChar}});
-      keys.AppendRow({"Id"});
-      return keys.Finish();
-    }
-    if (vtRestrictions.size() != 3) {
-      return SchemaConnection::OpenSchema(schema, vtRestrictions);
-    }
-    ado::RecordsetBuilder columns({{"COLUMN_NAME", DataType::WChar},
-                                   {"DATA_TYPE", DataType::Integer},
-                                   {"IS_NULLABLE", DataType::Boolean},
-                                   {"COLUMN_HASDEFAULT", DataType::Boolean}});
-    for (const auto& [sName, type] :
-         {std::pair("Tag", DataType::WChar), std::pair("Timestamp", DataType::DBTimeStamp),
-          std::pair("Id", DataType::BigInt)}) {
-      columns.AppendRow({sName, static_cast<std::int32_t>(type), true, false});
-    }
-    return columns.Finish();
-  }
-};
-
 TEST_F(table_following, a_row_is_known_by_the_key_of_its_table) {
   const auto rows = [](int nNewest, double offset) {
     ado::RecordsetBuilder builder({{"Tag", platform::DataType::WChar},
@@ -193,7 +158,11 @@ TEST_F(table_following, a_row_is_known_by_the_key_of_its_table) {
     return builder.Finish();
   };
   m_server.answer = rows(100, 0);
-  m_editor->Connection(std::make_shared<KeyedConnection>());
+  m_editor->Connection(std::make_shared<KeyedConnection>(
+      SchemaConnection::Columns{{"Tag", platform::DataType::WChar},
+                                {"Timestamp", platform::DataType::DBTimeStamp},
+                                {"Id", platform::DataType::BigInt}},
+      "Id"));
   m_editor->TableQuery(m_query);
   Show(*m_editor);
   m_editor->Requery();
@@ -334,6 +303,35 @@ TEST_F(table_following, the_trend_of_followed_rows_ends_now) {
   EndPause();
   ASSERT_TRUE(read());
   EXPECT_EQ(plot.Times().upper, at(70)) << "who looks elsewhere goes on doing so";
+}
+
+TEST_F(table_following, following_waits_while_rows_are_copied_or_looked_through) {
+  m_server.answer = Samples(60'000, 1);
+  Show(*m_editor);
+  m_editor->Requery();
+  auto& view = *ViewOf(*m_editor);
+  Find<QCheckBox>("follow")->click();
+  const int nExecuted = m_server.nExecuted;
+  view.selectAll();
+  view.Copy(false);
+  ASSERT_TRUE(view.Copier().Busy());
+  EndPause();
+  EXPECT_EQ(m_server.nExecuted, nExecuted);
+  ASSERT_TRUE(tests::Until([&] { return !view.Copier().Busy(); }));
+  EXPECT_EQ(Label(*m_editor, "notice"), "");
+  EndPause();
+  EXPECT_EQ(m_server.nExecuted, nExecuted + 1);
+  ASSERT_TRUE(tests::Until([&] { return view.Model().Recordset() == m_server.answer; }));
+
+  QTest::keyClick(&view, Qt::Key_F, Qt::ControlModifier);
+  auto* text = Find<QLineEdit>("findText");
+  QTest::keyClicks(text, "nowhere");
+  QTest::keyClick(text, Qt::Key_Return);
+  const auto outcome = [&] { return Label(*m_editor, "findOutcome"); };
+  ASSERT_EQ(outcome(), "Looking\u2026 Escape ends it");
+  EndPause();
+  EXPECT_EQ(m_server.nExecuted, nExecuted + 1);
+  ASSERT_TRUE(tests::Until([&] { return outcome() == "Not found in the 60,000 rows here"; }));
 }
 
 TEST_F(table_following, following_waits_while_rows_are_edited) {

@@ -9,6 +9,7 @@
 
 #include "controls/editing/cell_query_dialog.h"
 #include "controls/grid/grid_window.h"
+#include "controls/values/tell_box.h"
 #include "controls/view/copied_cells.h"
 #include "controls/view/header_view.h"
 #include "controls/view/status_strip.h"
@@ -117,13 +118,14 @@ void CellFilling::Run(CellQueryDialog& dialog, RowIndex row, ColumnIndex column)
     } else {
       values.push_back(Fitting(answer->ValueAt(0, 0), column));
     }
-  } catch (const Failure& failure) {
+  } catch (const std::exception& exception) {
     if (!self || !asked) return;
-    sWrong = failure.Number() == platform::failure::kWouldChange
+    const auto* failure = dynamic_cast<const Failure*>(&exception);
+    sWrong = failure && failure->Number() == platform::failure::kWouldChange
                  ? QStringLiteral(
                        "The statement would change data; only one that reads can fill "
                        "a cell.")
-                 : QString::fromStdString(failure.Description());
+                 : SentenceOf(exception);
   }
   if (!sWrong.isEmpty()) return dialog.Say(sWrong);
   *m_last = WithLast(*m_last, dialog.Statement());

@@ -351,6 +351,10 @@ void GridWindow::Edited() {
   m_teller->Edited();
 }
 
+bool GridWindow::WorksOnRows() const {
+  return m_rows->Arranging() || m_rows->Copier().Busy() || m_seeking->Bar()->IsLooking();
+}
+
 void GridWindow::ShowPosition() {
   m_status->Position(m_rows->currentIndex().row(), m_rows->Model().Places());
 }

@@ -85,6 +85,9 @@ class GridWindow : public QWidget {
   QWidget* LendStatusLine();
   void TakeStatusLineBack();
 
+  /// True while the rows are sorted, filtered, looked through or copied, which others in their
+  /// place would end.
+  bool WorksOnRows() const;
   /// True while a listener is being called: the window may be in the middle of an event.
   bool Raising() const;
   void Raise(platform::Signal<> GridEvents::*event);

@@ -6,6 +6,7 @@
 #include "controls/grid/grid_core.h"
 #include "controls/grid/grid_window.h"
 #include "controls/statements/sql_text.h"
+#include "controls/values/tell_box.h"
 #include "controls/view/status_strip.h"
 
 namespace orvane::controls {
@@ -45,12 +46,13 @@ void RowCount::Run() {
     window->Remark(bFilter ? sRows + QStringLiteral(" in the table meet the query's filter.")
                            : sRows + QStringLiteral(" in the table."),
                    false);
-  } catch (const Failure& failed) {
+  } catch (const std::exception& exception) {
     if (life.expired() || !window) return;
-    if (failed.Number() == platform::failure::kCancelled) {
+    const auto* failed = dynamic_cast<const Failure*>(&exception);
+    if (failed && failed->Number() == platform::failure::kCancelled) {
       window->Remark("The rows were not counted, as that was cancelled.", false);
     } else {
-      window->Remark(QString::fromStdString(failed.Description()), true);
+      window->Remark(SentenceOf(exception), true);
     }
   }
 }

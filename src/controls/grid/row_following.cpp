@@ -68,7 +68,7 @@ RowFollowing::RowFollowing(GridCore& core, Grid grid)
 bool RowFollowing::MayFetch() const {
   const platform::ConnectionPtr cn = m_core.Connection();
   return m_core.Recordset() && cn && cn->IsOpen() && !m_core.Running() && !m_compared.Busy() &&
-         !m_core.Window().Rows().Arranging() && m_grid.mayFollow();
+         !m_core.Window().WorksOnRows() && m_grid.mayFollow();
 }
 
 void RowFollowing::FetchOnce() {
@@ -107,7 +107,7 @@ void RowFollowing::FetchOnce() {
 
 // Whatever was begun with the rows meanwhile is about those that are there.
 bool RowFollowing::MayExchange(const RecordsetPtr& before) const {
-  return m_core.Recordset() == before && !m_core.Running() && !m_core.Window().Rows().Arranging() &&
+  return m_core.Recordset() == before && !m_core.Running() && !m_core.Window().WorksOnRows() &&
          m_grid.mayFollow();
 }
 

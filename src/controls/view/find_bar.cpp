@@ -44,6 +44,7 @@ FindBar::FindBar(RowView& rows, QWidget* parent)
     m_finder.Cancel();
     Tell(Scope());
   });
+  m_finder.OnLost([this] { Tell(QStringLiteral("Ended: the rows have changed; look again")); });
   rows.installEventFilter(this);
   hide();
 }

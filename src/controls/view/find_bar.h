@@ -19,6 +19,7 @@ class FindBar final : public QWidget {
   void Open();
   /// Goes on with what was sought last; opens the bar where that is nothing.
   void FindNext(bool bForward);
+  bool IsLooking() const { return m_finder.Busy(); }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -36,6 +36,7 @@ class RowCopier final : public QObject {
   void Copy(bool bNames);
   /// The same in a form of exports.
   void CopyAs(exports::Form form);
+  bool Busy() const { return m_work != nullptr; }
   /// Ends what is being copied, and leaves the clipboard as it is; false where nothing is.
   bool Stop();
   /// The table into which copied statements insert, as SQL needs it.

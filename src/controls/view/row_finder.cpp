@@ -25,7 +25,11 @@ std::size_t BytesIn(const platform::Value& vtValue) {
 }  // namespace
 
 RowFinder::RowFinder(const RowModel& model, QObject* parent) : QObject(parent), m_model(model) {
-  connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { Cancel(); });
+  connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+    if (!Busy()) return;
+    Cancel();
+    if (m_lost) m_lost();
+  });
 }
 
 void RowFinder::Find(TextSought sought, std::vector<int> columns, CellPlace from, bool bForward,

@@ -38,6 +38,8 @@ class RowFinder final : public QObject {
   bool Busy() const { return m_search.has_value(); }
   /// Ends the search; `found` is not called.
   void Cancel();
+  /// Called when others came in the place of the rows that were looked through, which ends it.
+  void OnLost(std::function<void()> handler) { m_lost = std::move(handler); }
 
  private:
   /// Rows that lie together, of a column.
@@ -67,6 +69,7 @@ class RowFinder final : public QObject {
 
   const RowModel& m_model;
   std::optional<Search> m_search;
+  std::function<void()> m_lost;
   int m_nRun = 0;
 };
 

@@ -97,6 +97,9 @@ RowForm::RowForm(RowView& rows, QWidget* parent)
   connect(m_filter, &QLineEdit::textChanged, m_found, &QSortFilterProxyModel::setFilterFixedString);
   connect(m_rows.selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this] { FollowRows(); });
+  // Whoever exchanges the rows has taken what was typed; the lines may stay, their row does not.
+  connect(&m_rows.Model(), &QAbstractItemModel::modelAboutToBeReset, this,
+          [this] { CloseEditors(false); });
   connect(
       &m_rows.Model(), &QAbstractItemModel::modelReset, this, [this] { FollowRows(); },
       Qt::QueuedConnection);
@@ -206,11 +209,11 @@ void RowForm::SetNull() {
   if (CanEdit()) m_rows.Model().Edit(CurrentCell(), {});
 }
 
-// What is being typed goes to the row that it was typed for.
-void RowForm::TakeTyped() {
+// What is being typed goes to the row that it was typed for, or nowhere.
+void RowForm::CloseEditors(bool bTake) {
   for (auto* editor : m_lines->viewport()->findChildren<CellEditor*>()) {
     if (editor->isHidden()) continue;  // closed already, and about to go
-    emit m_cells->commitData(editor);
+    if (bTake) emit m_cells->commitData(editor);
     emit m_cells->closeEditor(editor);
   }
 }

@@ -44,7 +44,8 @@ class RowForm : public QWidget {
   bool CanEdit() const;
   void EditLine();
   void SetNull();
-  void TakeTyped();
+  void TakeTyped() { CloseEditors(true); }
+  void CloseEditors(bool bTake);
   void GoToCell();
   void CopyValue() const;
 

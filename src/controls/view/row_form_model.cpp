@@ -1,16 +1,27 @@
 #include "controls/view/row_form_model.h"
 
+#include <utility>
+
 namespace orvane::controls {
 
 RowFormModel::RowFormModel(RowModel& rows, QObject* parent)
     : QAbstractTableModel(parent), m_rows(rows) {
-  connect(&rows, &QAbstractItemModel::modelAboutToBeReset, this, [this] { beginResetModel(); });
   connect(&rows, &QAbstractItemModel::modelReset, this, [this] {
     m_nPlace = -1;
-    endResetModel();
+    TakeColumns();
   });
   connect(&rows, &QAbstractItemModel::dataChanged, this, [this] { ValuesChanged(); });
   connect(&rows, &QAbstractItemModel::rowsRemoved, this, [this] { ValuesChanged(); });
+  TakeColumns();
+}
+
+void RowFormModel::TakeColumns() {
+  QStringList names;
+  for (int n = 0; n < m_rows.columnCount(); ++n) names << m_rows.ColumnName(n);
+  if (names == m_names) return ValuesChanged();
+  beginResetModel();
+  m_names = std::move(names);
+  endResetModel();
 }
 
 void RowFormModel::Place(int nPlace) {
@@ -24,12 +35,14 @@ void RowFormModel::ValuesChanged() {
 }
 
 int RowFormModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : m_rows.columnCount();
+  return parent.isValid() ? 0 : static_cast<int>(m_names.size());
 }
 
 QVariant RowFormModel::data(const QModelIndex& index, int nRole) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
   const int nColumn = index.row();
+  // Between the rows before and those that come there may be fewer columns.
+  if (nColumn >= m_rows.columnCount()) return {};
   if (index.column() == NameSection) {
     if (nRole == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
     return nRole == Qt::EditRole ? QVariant(m_rows.ColumnName(nColumn))

@@ -32,8 +32,11 @@ class RowFormModel : public QAbstractTableModel {
 
  private:
   void ValuesChanged();
+  /// Other rows of the same columns are other values in the same lines.
+  void TakeColumns();
 
   RowModel& m_rows;
+  QStringList m_names;  ///< of the columns, each of which has a line
   int m_nPlace = -1;
 };
 
