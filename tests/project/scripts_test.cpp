@@ -133,6 +133,12 @@ class RunScriptTest : public ScriptsTest {
     Stub(sName, "echo \"" + sName + " $1\" >> '" + (m_folder / "calls").string() + "'\n" + sScript);
     fs::rename(m_folder / "tools" / sName, m_folder / "build/release/bin" / sName);
   }
+  /// A console that stays open until the recorder in the background has begun.
+  void ConsoleBesideRecorder(const std::string& sScript = {}) const {
+    Program("orvane-console", "until grep -qs 'orvane-historian record' '" +
+                                  (m_folder / "calls").string() + "'; do sleep 0.01; done\n" +
+                                  sScript);
+  }
   tests::CommandOutcome Start(const std::string& sArguments = {}) const {
     return tests::RunInShell("cd '" + m_folder.string() + "' && DISPLAY=:7 XDG_DATA_HOME='" +
                              (m_folder / "data").string() + "' PATH='" +
@@ -154,6 +160,7 @@ TEST_F(RunScriptTest, makes_no_historian_anew_and_opens_the_console_when_one_is_
 
 TEST_F(RunScriptTest, records_also_where_nothing_was_generated_into_a_catalog_of_the_user) {
   Program("orvane-historian", "[ \"$1\" != generate ] || { echo 'It is yours.'; exit 2; }\n");
+  ConsoleBesideRecorder();
   const auto outcome = Start();
   EXPECT_EQ(outcome.nStatus, 0) << outcome.sOutput;
   EXPECT_THAT(outcome.sOutput, testing::HasSubstr("It is yours."));
@@ -163,7 +170,7 @@ TEST_F(RunScriptTest, records_also_where_nothing_was_generated_into_a_catalog_of
 }
 
 TEST_F(RunScriptTest, opens_the_console_on_a_server_of_its_own_that_ends_with_it) {
-  Program("orvane-console", "cat \"$PGSERVICEFILE\"\n");
+  ConsoleBesideRecorder("cat \"$PGSERVICEFILE\"\n");
   Program("server", "[ \"$1\" = stop ] || printf '54399\\nsesame\\n'\n");
   fs::remove(m_folder / "scripts/server");
   fs::rename(m_folder / "build/release/bin/server", m_folder / "scripts/server");
@@ -182,6 +189,7 @@ TEST_F(RunScriptTest, opens_the_console_on_a_server_of_its_own_that_ends_with_it
 }
 
 TEST_F(RunScriptTest, gives_the_user_a_sample_of_his_own_that_nobody_else_reads) {
+  ConsoleBesideRecorder();
   EXPECT_EQ(Start().nStatus, 0);
   const auto sample = m_folder / "data/orvane/documents/Localhost.orvc";
   EXPECT_EQ(Content(sample), "sample");
