@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "exports/typed_text.h"
+#include "platform/beyond_values.h"
 #include "platform/exact_number.h"
 #include "platform/row_failure.h"
 
@@ -96,6 +97,9 @@ bool RowImport::Next(std::vector<Value>& values) {
 
 Value RowImport::ReadField(const CsvField& field, const ImportColumn& column) const {
   if (field.sText.empty() && !field.bQuoted) return {};
+  if (column.bBeyond) {
+    if (auto vtBeyond = platform::ReadBeyond(column.type, field.sText)) return *std::move(vtBeyond);
+  }
   auto vtValue = ReadTyped(column.type, field.sText, m_zone, m_now, column.bRounds);
   if (column.bRounds && platform::ReadDigits(field.sText) && !platform::ExactNumber(field.sText)) {
     FailLine(m_reader.Line(), ShownField(field.sText) + " has more digits than the column " +

@@ -18,6 +18,7 @@ struct ImportColumn {
   platform::DataType type = platform::DataType::Empty;
   bool bComputed = false;  ///< by the table from other columns: it takes no value
   bool bRounds = false;    ///< keeps no more digits than a double or a 64-bit integer has
+  bool bBeyond = false;    ///< takes what platform::ReadBeyond reads
 };
 
 class RowImport {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "platform/ado/column_flags.h"
 #include "platform/conversions.h"
 #include "provider/dialect/lexer.h"
 
@@ -117,11 +118,12 @@ namespace {
 
 // As data access publishes them.
 platform::Long FlagsOf(const engines::TableSchema& table, const engines::ColumnSchema& column) {
-  constexpr platform::Long kWrite = 0x4;
   constexpr platform::Long kTakesNull = 0x20;
   constexpr platform::Long kMayBeNull = 0x40;
   const bool bWrite = !table.bView && !column.bGenerated;
-  return (bWrite ? kWrite : 0) | (column.bNullable ? kTakesNull | kMayBeNull : 0);
+  namespace flags = platform::column_flags;
+  return (bWrite ? flags::kTakesValues : 0) | (column.bNullable ? kTakesNull | kMayBeNull : 0) |
+         (column.bBeyond ? flags::kTakesBeyond : 0) | (column.bNullIsLast ? flags::kNullIsLast : 0);
 }
 
 }  // namespace

@@ -128,6 +128,23 @@ TEST_F(postgres_order, is_the_server_s_own_for_every_type_that_is_sorted_here) {
   }
 }
 
+TEST_F(postgres_order, newest_first_has_rows_without_a_time_behind_the_others) {
+  Do("CREATE TABLE p.t(id int PRIMARY KEY, seen timestamptz)");
+  Do("INSERT INTO p.t SELECT i, CASE WHEN i % 3 = 0 THEN timestamptz '2026-01-01 00:00+00' + i * "
+     "interval '1 day' END FROM generate_series(1, 9) AS g(i)");
+  const auto editor = Editor();
+  EXPECT_EQ(Column(*editor),
+            "2026-01-10 00:00:00 2026-01-07 00:00:00 2026-01-04 00:00:00 NULL NULL NULL NULL NULL "
+            "NULL ");
+  EXPECT_EQ(PaneOf(*editor).text().toStdString(),
+            "SELECT *\nFROM \"p\"..\"t\"\nORDER BY \"seen\" DESC NULLS LAST");
+  // Any index on it serves this order.
+  Do("DELETE FROM p.t WHERE seen IS NULL; ALTER TABLE p.t ALTER seen SET NOT NULL");
+  editor->Requery();
+  EXPECT_EQ(PaneOf(*editor).text().toStdString(),
+            "SELECT *\nFROM \"p\"..\"t\"\nORDER BY \"seen\" DESC");
+}
+
 TEST_F(postgres_order, of_texts_is_told_by_their_column_and_its_database) {
   const auto make = [this] {
     Do("CREATE TABLE p.t(id int PRIMARY KEY, plain text, c text COLLATE \"C\", swedish text "

@@ -72,11 +72,9 @@ class ServerTypesTest : public testing::Test {
     return values;
   }
   Value Typed(const EditedTable& mine, const Value& vtValue) const {
-    const auto type = mine.rs->FieldAt(1).Type();
-    // What is known as its text only, such as "NaN" among decimals, is the server's to read.
-    if (vtValue.Kind() == platform::ValueKind::Text) return vtValue;
-    if (vtValue == Value(platform::TimeOfDay(std::chrono::hours(24)))) return vtValue;
-    return m_input.Read(m_input.Shown(vtValue), type, {});
+    // Nobody types the empty text where null stood.
+    if (vtValue == Value("")) return vtValue;
+    return m_input.Read(m_input.Shown(vtValue), ColumnTakes(mine.rs->FieldAt(1)), {});
   }
   void ExpectTheirsToStand(const EditedTable& mine, RowIndex row, const Text& sTheirs) {
     const Text sBefore = AsText(row);
@@ -129,17 +127,48 @@ TEST_F(ServerTypesTest, numbers) {
 }
 
 TEST_F(ServerTypesTest, times) {
-  ExpectEdited("timestamptz", {"2026-01-31 23:59:59.123456+00", "0001-01-01 00:00:00+00",
-                               "9999-12-31 23:59:59.999999+00"});
+  ExpectEdited("timestamptz",
+               {"2026-01-31 23:59:59.123456+00", "0001-01-01 00:00:00+00", "infinity",
+                "9999-12-31 23:59:59.999999+00", "-infinity", "0044-03-15 12:00:00+00 BC",
+                "20000-01-01 00:00:00.5+00"},
+               "Time Zone = Europe/Berlin;");
   // Of no zone: the clocks of the connection's are no matter.
   ExpectEdited("timestamp",
                {"2026-07-31 23:59:59.123456", "infinity", "-infinity", "2026-01-31",
                 "0044-03-15 12:00:00 BC", "20000-01-01"},
                "Time Zone = Europe/Berlin;");
-  ExpectEdited("date", {"2024-02-29", "0001-01-01", "9999-12-31", "infinity", "0044-03-15 BC"});
+  ExpectEdited("date", {"2024-02-29", "0001-01-01", "9999-12-31", "infinity", "-infinity",
+                        "0044-03-15 BC", "12345-06-07"});
   ExpectEdited("time", {"00:00:00", "23:59:59.999999", "12:00:00.1", "24:00:00"});
   ExpectEdited("timetz", {"12:00:00+02", "12:00:00-08:30"});
   ExpectEdited("interval", {"1 year 2 mons -3 days 04:05:06.789", "00:00:00.000001", "-1 days"});
+}
+
+TEST_F(ServerTypesTest, a_time_without_an_end_is_a_key_and_stored_in_a_new_row) {
+  Do("CREATE TABLE \"P\".\"T\" (k timestamptz PRIMARY KEY, v timestamptz NOT NULL); INSERT INTO "
+     "\"P\".\"T\" VALUES ('infinity', '-infinity')");
+  const EditedTable mine(m_server, "T");
+  mine.rs->ValueAt(0, 1, "infinity");
+  EXPECT_FALSE(mine.Store(0));
+  const RowIndex row = mine.rs->AddNew();
+  mine.rs->ValueAt(row, 0, "-infinity");
+  mine.rs->ValueAt(row, 1, "0044-03-15 12:00:00+00 BC");
+  EXPECT_FALSE(mine.Store(row));
+  EXPECT_EQ(mine.rs->OriginalAt(row, 0), Value("-infinity"));
+  EXPECT_EQ(m_server->Read("SELECT * FROM P..T ORDER BY k"),
+            "-infinity|0044-03-15 12:00:00+00 BC\ninfinity|infinity\n");
+  for (const RowIndex one : {RowIndex{0}, row}) {
+    mine.rs->Delete(one);
+    EXPECT_FALSE(mine.Store(one));
+  }
+  EXPECT_EQ(m_server->Read("SELECT count(*) FROM P..T"), "0\n");
+}
+
+TEST_F(ServerTypesTest, what_is_no_time_is_none_in_a_statement_that_is_typed) {
+  Make("timestamptz", {"infinity"});
+  EXPECT_TRUE(provider::FailureOf([&] {
+                m_server->Run("SELECT * FROM P..T WHERE v = 'soon'");
+              }).starts_with("3805: "));
 }
 
 TEST_F(ServerTypesTest, a_new_row_of_a_time_without_a_zone_keeps_it_as_it_is) {

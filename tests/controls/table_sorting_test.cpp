@@ -103,6 +103,22 @@ TEST_F(table_sorting, is_done_here_where_the_server_is_gone) {
   EXPECT_EQ(Label(*editor, "arrangement"), "Only the rows here are sorted: Number \u2193");
 }
 
+TEST_F(table_sorting, is_done_here_where_no_name_tells_the_server_the_column) {
+  for (const char* const sName : {"", "number"}) {
+    const auto rs = std::make_shared<FakeRecordset>(
+        5, [](platform::RowIndex row, platform::ColumnIndex) { return platform::Value(row); });
+    rs->Column("Number", platform::DataType::Integer).Column(sName, platform::DataType::Integer);
+    rs->Truncated(true);
+    m_server.answer = rs;
+    const auto editor = Shown();
+    const int nExecuted = m_server.nExecuted;
+    ViewOf(*editor)->SortBy(1, false);
+    EXPECT_EQ(m_server.nExecuted, nExecuted);
+    EXPECT_TRUE(Label(*editor, "arrangement").starts_with("Only the rows here are sorted: "))
+        << Label(*editor, "arrangement");
+  }
+}
+
 TEST_F(table_sorting, of_the_server_stays_told_until_it_is_another_one) {
   std::static_pointer_cast<FakeRecordset>(m_server.answer)->Truncated(true);
   const auto editor = Shown();

@@ -41,6 +41,23 @@ TEST_F(table_statement, comes_newest_first_and_leaves_the_query_as_it_is) {
   EXPECT_EQ(m_query.SqlText(), "SELECT *\nFROM \"Machine\"..\"Data\"");
 }
 
+TEST_F(table_statement, has_rows_without_a_time_behind_the_others_also_where_null_is_greatest) {
+  const Viewing viewing{"Timestamp", {}, {}, true};
+  EXPECT_EQ(Behind(viewing), "\nORDER BY \"Timestamp\" DESC NULLS LAST");
+  EXPECT_EQ(Behind({"Timestamp", {}, {{"Tag", false}}, true}), "\nORDER BY \"Tag\" DESC");
+  EXPECT_EQ(Behind({"Timestamp", TimeRange{"", ""}, {}, true}),
+            "\nORDER BY \"Timestamp\" DESC NULLS LAST");
+  // Null is in no range, and any index serves the order.
+  EXPECT_EQ(Behind({"Timestamp", m_lastHour, {}, true}),
+            "\nWHERE \"Timestamp\" BETWEEN '*-1h' AND '*'\nORDER BY \"Timestamp\" DESC");
+  m_query.FilterCondition("Timestamp >= '*-1d'");
+  EXPECT_EQ(Behind(viewing), "\nWHERE Timestamp >= '*-1d'\nORDER BY \"Timestamp\" DESC");
+  m_query.FilterCondition("Other >= '*-1d'");
+  EXPECT_EQ(Behind(viewing), "\nWHERE Other >= '*-1d'\nORDER BY \"Timestamp\" DESC NULLS LAST");
+  m_query.SortCriterion(platform::SortCriterion{"Timestamp", false});
+  EXPECT_EQ(Behind(viewing), "\nWHERE Other >= '*-1d'\nORDER BY \"Timestamp\" DESC");
+}
+
 TEST_F(table_statement, has_the_order_of_the_grid_before_any_other) {
   m_query.SortCriterion(platform::SortCriterion{"Value", true});
   EXPECT_EQ(Behind({"Timestamp", {}, {{"Tag", false}, {"Value", false}}}),

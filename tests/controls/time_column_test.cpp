@@ -14,7 +14,7 @@ TEST(TimeColumnTest, is_the_column_timestamp_whatever_stands_before_it) {
   SchemaConnection cn({{"Created", DataType::DBTimeStamp},
                        {"Value", DataType::Double},
                        {"Timestamp", DataType::DBTimeStamp}});
-  EXPECT_EQ(TimeColumnOf(cn, "Machine", "Data"), "Timestamp");
+  EXPECT_EQ(TimeColumnOf(cn, "Machine", "Data").name, "Timestamp");
   EXPECT_EQ(cn.asked, (std::vector<Value>{"Machine", Value(), "Data"}));
 }
 
@@ -23,15 +23,15 @@ TEST(TimeColumnTest, is_otherwise_the_first_of_dates_with_times) {
                        {"Day", DataType::DBDate},
                        {"Created", DataType::DBTimeStamp},
                        {"Seen", DataType::DBTimeStamp}});
-  EXPECT_EQ(TimeColumnOf(cn, "", "Data"), "Created");
+  EXPECT_EQ(TimeColumnOf(cn, "", "Data").name, "Created");
   EXPECT_EQ(cn.asked, (std::vector<Value>{Value(), Value(), "Data"}));
 }
 
 TEST(TimeColumnTest, is_none_where_nothing_tells_when) {
   SchemaConnection cn({{"Timestamp", DataType::Double}, {"Tag", DataType::WChar}});
-  EXPECT_EQ(TimeColumnOf(cn, "Machine", "Data"), std::nullopt);
+  EXPECT_EQ(TimeColumnOf(cn, "Machine", "Data").name, std::nullopt);
   FakeConnection silent;
-  EXPECT_EQ(TimeColumnOf(silent, "Machine", "Data"), std::nullopt);
+  EXPECT_EQ(TimeColumnOf(silent, "Machine", "Data").name, std::nullopt);
 }
 
 TEST(TimeColumnTest, rows_have_it_by_the_same_rule) {

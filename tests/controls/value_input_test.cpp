@@ -44,6 +44,25 @@ Timestamp At(int nYear, unsigned nMonth, unsigned nDay, std::chrono::microsecond
          time;
 }
 
+TEST(value_input, what_only_a_server_can_write_is_read_where_it_takes_that) {
+  const std::pair<DataType, const char*> cases[] = {
+      {DataType::Numeric, "NaN"},           {DataType::Numeric, "-Infinity"},
+      {DataType::DBDate, "infinity"},       {DataType::DBDate, "0044-03-15 BC"},
+      {DataType::DBTimeStamp, "-infinity"}, {DataType::WallTime, "20000-01-01 00:00:00"}};
+  for (const auto& [type, sText] : cases) {
+    ColumnTakes takes(type);
+    EXPECT_NE(Refusal(sText, type), "") << sText;
+    takes.bBeyond = true;
+    const ValueInput input(Madrid());
+    EXPECT_EQ(input.Read(" " + Text(sText), takes), Value(sText));
+    EXPECT_EQ(input.ReadCopied(sText, ValueKind::Text, takes, Value()), Value(sText));
+    EXPECT_EQ(SentenceOf([&] { input.Read("soon", takes); }), Refusal("soon", type));
+  }
+  ColumnTakes takes(DataType::DBTime);
+  takes.bBeyond = true;
+  EXPECT_EQ(ValueInput().Read("24:00:00", takes), Value(TimeOfDay(std::chrono::hours(24))));
+}
+
 TEST(value_input, whole_numbers_reach_their_limits_and_no_farther) {
   EXPECT_EQ(Read("9223372036854775807", DataType::BigInt), Value(kMost));
   EXPECT_EQ(Read(" -9223372036854775808 ", DataType::BigInt), Value(kLeast));

@@ -53,6 +53,31 @@ TEST(row_import, the_first_line_tells_the_separator) {
             "Line 1: there is no column \"Value;\" in the table Data; nothing was imported.");
 }
 
+TEST(row_import, takes_what_only_a_text_writes_where_the_column_does) {
+  const auto import = [](DataType type, bool bBeyond, const char* sField) {
+    std::istringstream stream("a\n" + Text(sField) + "\n");
+    const std::vector<ImportColumn> columns{{"a", type, false, false, bBeyond}};
+    RowImport rows(stream, "T", columns, zones::TimeZone::Utc());
+    std::vector<Value> values;
+    try {
+      rows.Next(values);
+    } catch (const Failure&) {
+      return Value("(refused)");
+    }
+    return values.at(0);
+  };
+  for (const auto& [type, sField] : {std::pair{DataType::DBDate, "infinity"},
+                                     {DataType::DBDate, "0044-03-15 BC"},
+                                     {DataType::DBTimeStamp, "-infinity"},
+                                     {DataType::WallTime, "20000-01-01 00:00:00"}}) {
+    EXPECT_EQ(import(type, true, sField), Value(sField));
+    EXPECT_EQ(import(type, false, sField), Value("(refused)"));
+  }
+  EXPECT_EQ(import(DataType::DBTime, true, "24:00:00"),
+            Value(platform::TimeOfDay(std::chrono::hours(24))));
+  EXPECT_EQ(import(DataType::DBDate, true, "soon"), Value("(refused)"));
+}
+
 TEST(row_import, rounds_no_decimal) {
   EXPECT_EQ(Import("Price\n0.10\n9007199254740993\n1e22\n"),
             "Price /0.1|/9007199254740993|/1e+22|");

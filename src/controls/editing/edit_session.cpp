@@ -274,14 +274,14 @@ QString EditSession::WhyNotFit(RowIndex row) const {
   if (m_recordset->StateAt(row) == RowState::Deleted) return {};
   for (ColumnIndex column = 0; column < m_recordset->FieldCount(); ++column) {
     if (!m_recordset->IsEdited(row, column)) continue;
-    const platform::DataType type = m_recordset->FieldAt(column).Type();
-    const platform::ValueKind kind = KindOf(type);
+    const ColumnTakes takes(m_recordset->FieldAt(column));
+    const platform::ValueKind kind = KindOf(takes.type);
     const Value vtValue = m_recordset->ValueAt(row, column);
     const Text* sTyped = vtValue.As<Text>();
     // A text in another column is what was typed there and could not be read.
     if (!sTyped || kind == platform::ValueKind::Text || kind == platform::ValueKind::Null) continue;
     try {
-      m_input.Read(*sTyped, type);
+      m_input.Read(*sTyped, takes);
     } catch (const platform::Failure& failure) {
       return QString::fromStdString(m_recordset->FieldAt(column).Name() + ": " +
                                     failure.Description());

@@ -38,15 +38,15 @@ qsizetype SizeOf(const QMimeData& data) {
   return nSize;
 }
 
-Value ReadOf(const CopiedCell& cell, const ValueInput& input, platform::DataType type,
+Value ReadOf(const CopiedCell& cell, const ValueInput& input, const ColumnTakes& takes,
              const Value& vtCurrent) {
   if (!cell.sText) return {};
-  const ValueKind kind = KindOf(type);
+  const ValueKind kind = KindOf(takes.type);
   // What its text says by the clocks of one grid is another time by those of another.
   const bool bInstant = cell.instant && zones::IsInRange(*cell.instant);
   if (bInstant && (kind == ValueKind::Timestamp || kind == ValueKind::Null)) return *cell.instant;
-  Value vtRead = cell.kind ? input.ReadCopied(*cell.sText, *cell.kind, type, vtCurrent)
-                           : input.Read(*cell.sText, type, vtCurrent);
+  Value vtRead = cell.kind ? input.ReadCopied(*cell.sText, *cell.kind, takes, vtCurrent)
+                           : input.Read(*cell.sText, takes, vtCurrent);
   // Of null and of the empty text the same is shown.
   if (cell.sText->empty() && vtRead.IsNull() && kind == ValueKind::Text) return Text();
   return vtRead;
@@ -78,10 +78,10 @@ Text CellFilling::WhyNotFilled() const {
 }
 
 Value CellFilling::Fitting(const Value& vtValue, ColumnIndex column) const {
-  const platform::DataType type = m_session.Recordset()->FieldAt(column).Type();
-  const ValueKind kind = KindOf(type);
+  const ColumnTakes takes(m_session.Recordset()->FieldAt(column));
+  const ValueKind kind = KindOf(takes.type);
   if (vtValue.IsNull() || kind == ValueKind::Null || vtValue.Kind() == kind) return vtValue;
-  return m_session.Input().Read(m_session.Input().Shown(vtValue), type);
+  return m_session.Input().Read(m_session.Input().Shown(vtValue), takes);
 }
 
 // ---- from a query
@@ -294,8 +294,8 @@ std::vector<CellEdit> CellFilling::EditsOf(const CopiedCells& block, const Targe
                       "The block reaches rows that cannot be edited; paste it elsewhere.");
       }
       const Value vtCurrent = row < rs->RecordCount() ? rs->ValueAt(row, nColumn) : Value();
-      const platform::DataType type = rs->FieldAt(nColumn).Type();
-      edits.push_back({row, nColumn, ReadOf(cell, rules.Input(), type, vtCurrent)});
+      const ColumnTakes takes(rs->FieldAt(nColumn));
+      edits.push_back({row, nColumn, ReadOf(cell, rules.Input(), takes, vtCurrent)});
     }
   }
   return edits;

@@ -198,7 +198,7 @@ void GridEditing::OpenCell(const QModelIndex& index) {
   const RecordsetPtr rs = model.Recordset();
   auto* dialog =
       new ValueDialog({model.ValueAt(index.row(), index.column()),
-                       rs->FieldAt(index.column()).Type(), ValueInput(model.Format().Zone())},
+                       ColumnTakes(rs->FieldAt(index.column())), ValueInput(model.Format().Zone())},
                       model.ColumnName(index.column()), &m_window);
   if (!index.flags().testFlag(Qt::ItemIsEditable)) dialog->OnlyShow();
   connect(dialog, &QDialog::accepted, this,

@@ -22,6 +22,7 @@
 #include "controls/values/tell_box.h"
 #include "controls/view/status_strip.h"
 #include "exports/row_import.h"
+#include "platform/ado/column_flags.h"
 #include "platform/conversions.h"
 
 namespace orvane::controls {
@@ -85,10 +86,11 @@ std::vector<ImportColumn> ColumnsOfTable(platform::Connection& cn, const Text& s
   const platform::RecordsetPtr rs = cn.OpenSchema(platform::SchemaNumber::Columns, restrictions);
   std::vector<ImportColumn> columns;
   for (; rs && !rs->Eof(); rs->MoveNext()) {
+    const platform::Long lFlags = FlagsOfColumn(rs).value_or(0);
     columns.push_back(
         {platform::ToText(rs->Fields().Item("COLUMN_NAME").Value()),
          static_cast<DataType>(platform::ToLong(rs->Fields().Item("DATA_TYPE").Value())),
-         IsComputed(rs)});
+         IsComputed(rs), false, (lFlags & platform::column_flags::kTakesBeyond) != 0});
   }
   return columns;
 }

@@ -4,10 +4,25 @@
 
 #include "controls/grid/grid_core.h"
 #include "controls/grid/grid_window.h"
+#include "platform/case_folding.h"
 
 namespace orvane::controls {
 
 using platform::RecordsetPtr;
+
+namespace {
+
+/// Whether the name means this column and no other one, to any server.
+bool IsTold(const platform::Recordset& rs, platform::ColumnIndex column) {
+  const platform::Text sName = platform::FoldCase(rs.FieldAt(column).Name());
+  if (sName.empty()) return false;
+  for (platform::ColumnIndex other = 0; other < rs.FieldCount(); ++other) {
+    if (other != column && platform::FoldCase(rs.FieldAt(other).Name()) == sName) return false;
+  }
+  return true;
+}
+
+}  // namespace
 
 ServerOrder::ServerOrder(GridCore& core, Grid grid) : m_core(core), m_grid(std::move(grid)) {
   core.Window().Rows().OnSort(
@@ -45,6 +60,7 @@ bool ServerOrder::Sort(const std::vector<SortColumn>& columns) {
   }
   Criteria order;
   for (const SortColumn& column : columns) {
+    if (!IsTold(*rs, column.column)) return SortHere();
     order.push_back({rs->FieldAt(column.column).Name(), column.bAscending});
   }
   const std::weak_ptr<int> life = m_life;

@@ -66,7 +66,7 @@ bool TableTime::Learn() {
   // With an order of its own there is nothing to ask: the rows will tell.
   if (query->SortCriterion() || !m_core.Connection()) return true;
   const std::weak_ptr<bool> life = m_asking;
-  std::optional<Text> column;
+  TableTimeColumn column;
   try {
     const Marked asking(m_asking);
     const platform::ConnectionPtr cn = m_core.Connection();
@@ -83,9 +83,10 @@ bool TableTime::Learn() {
   if (life.expired()) return false;
   // Where times are numbers, the rows may have told what the server's columns do not.
   const platform::ConnectionPtr cn = m_core.Connection();
-  if (column || !cn || !GivesTimesAsNumbers(*cn)) {
-    m_viewing.timeColumn = std::move(column);
+  if (column.name || !cn || !GivesTimesAsNumbers(*cn)) {
+    m_viewing.timeColumn = std::move(column.name);
   }
+  m_viewing.bNullIsNewest = column.bNullIsNewest;
   return true;
 }
 
@@ -93,7 +94,9 @@ void TableTime::RowsShown() {
   if (m_grid.statement && m_core.Recordset()) m_viewing.timeColumn.reset();
   if (!m_viewing.timeColumn && m_core.Recordset()) {
     if (const auto column = TimeColumnOf(*m_core.Recordset())) {
-      m_viewing.timeColumn = m_core.Recordset()->FieldAt(*column).Name();
+      const platform::Field& field = m_core.Recordset()->FieldAt(*column);
+      m_viewing.timeColumn = field.Name();
+      m_viewing.bNullIsNewest = field.Nullable() && field.NullIsLast();
     }
   }
   m_bar->setVisible(m_viewing.timeColumn.has_value());

@@ -7,6 +7,7 @@
 
 #include "controls/order/value_keys.h"
 #include "controls/values/value_input.h"
+#include "platform/conversions.h"
 
 namespace orvane::controls {
 
@@ -42,6 +43,13 @@ int RankOf(const Value& vtValue) {
   return NumberOf(vtValue) ? 0 : static_cast<int>(vtValue.Kind());
 }
 
+/// What an engine without types of its own for them keeps as texts.
+bool IsOfTexts(const Value& vtValue) {
+  const ValueKind kind = vtValue.Kind();
+  return kind == ValueKind::Text || kind == ValueKind::Date || kind == ValueKind::TimeOfDay ||
+         kind == ValueKind::Guid;
+}
+
 constexpr QLatin1StringView kEmptyText("\"\"");
 
 /// A text between quotes stands for what is between them, blanks and nothing at all included.
@@ -62,6 +70,10 @@ int Order(const T& one, const T& other) {
 }  // namespace
 
 int CompareValues(const Value& vtOne, const Value& vtOther, platform::TextOrder texts) {
+  // As texts lie among them in a source without types of its own for them.
+  const bool bAsTexts = texts != platform::TextOrder::BeyondValues && IsOfTexts(vtOne) &&
+                        IsOfTexts(vtOther) && vtOne.Kind() != vtOther.Kind();
+  if (bAsTexts) return CompareTexts(platform::ToText(vtOne), platform::ToText(vtOther), texts);
   if (RankOf(vtOne) != RankOf(vtOther)) return Order(RankOf(vtOne), RankOf(vtOther));
   if (RankOf(vtOne) == kNullRank) return 0;
   if (const auto number = NumberOf(vtOne)) {
@@ -88,7 +100,7 @@ int CompareValues(const Value& vtOne, const Value& vtOther, platform::TextOrder 
 }
 
 ColumnFilter ColumnFilter::Read(const QString& sText, platform::ColumnIndex column,
-                                platform::DataType type, const CellFormat& format) {
+                                const ColumnTakes& takes, const CellFormat& format) {
   ColumnFilter filter;
   filter.m_column = column;
   filter.m_sText = sText;
@@ -104,10 +116,10 @@ ColumnFilter ColumnFilter::Read(const QString& sText, platform::ColumnIndex colu
   const ValueInput input(format.Zone());
   const auto read = [&](const QString& sValue) -> Value {
     const QString sTyped = sValue.trimmed();
-    if (IsQuoted(sTyped, type)) return Unquoted(sTyped).toStdString();
-    return input.Read(sTyped.toStdString(), type);
+    if (IsQuoted(sTyped, takes.type)) return Unquoted(sTyped).toStdString();
+    return input.Read(sTyped.toStdString(), takes);
   };
-  if (sTrimmed == kEmptyText && IsQuoted(sTrimmed, type)) {
+  if (sTrimmed == kEmptyText && IsQuoted(sTrimmed, takes.type)) {
     filter.m_kind = Kind::Equal;
     filter.m_vtFrom = Value(platform::Text());
     return filter;

@@ -8,6 +8,7 @@
 
 #include "controls/values/cell_format.h"
 #include "controls/values/text_sought.h"
+#include "controls/values/value_input.h"
 #include "platform/ado/recordset.h"
 
 namespace orvane::controls {
@@ -19,7 +20,7 @@ class ColumnFilter {
   /// shows, without regard to case. A text as a value may stand between quotes, and two quotes
   /// alone are the empty text. Fails with a sentence when a value is none of the column's.
   static ColumnFilter Read(const QString& sText, platform::ColumnIndex column,
-                           platform::DataType type, const CellFormat& format);
+                           const ColumnTakes& takes, const CellFormat& format);
   /// The cells with just this value, null among them; told as the format has it.
   static ColumnFilter Equal(platform::ColumnIndex column, const platform::Value& vtValue,
                             const CellFormat& format = CellFormat());

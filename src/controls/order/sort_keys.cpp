@@ -10,6 +10,7 @@
 #include <string>
 
 #include "controls/order/value_keys.h"
+#include "platform/conversions.h"
 
 namespace orvane::controls {
 
@@ -63,7 +64,6 @@ enum Rank : std::uint8_t {
   kDateRank,
   kTimeRank,
   kTextRank,
-  kGuidRank,
   kBytesRank
 };
 
@@ -214,8 +214,11 @@ void SortKeys::BecomeMixed() {
     } else {
       mixed.number = static_cast<long double>(IntegerOf(key.key));
     }
-    if (m_family == Family::Dates) mixed.rank = kDateRank;
-    if (m_family == Family::Times) mixed.rank = kTimeRank;
+    if (m_family == Family::Dates) {
+      AsDay(mixed, Value(platform::Date(std::chrono::days(IntegerOf(key.key)))), kDateRank);
+    } else if (m_family == Family::Times) {
+      AsDay(mixed, Value(platform::TimeOfDay(IntegerOf(key.key))), kTimeRank);
+    }
     m_mixed.push_back(mixed);
   }
   for (const TextKey& key : m_textKeys) {
@@ -225,6 +228,15 @@ void SortKeys::BecomeMixed() {
   std::pmr::vector<WideKey>(m_wides.get_allocator()).swap(m_wides);
   std::pmr::vector<TextKey>(m_textKeys.get_allocator()).swap(m_textKeys);
   m_family = Family::Mixed;
+}
+
+// A source without types for them has them among its texts, and in the order of these.
+void SortKeys::AsDay(MixedKey& key, const Value& vtValue, std::uint8_t rank) {
+  key.rank = rank;
+  if (m_order.texts == platform::TextOrder::BeyondValues) return;
+  key.rank = kTextRank;
+  key.number = 0;
+  key.offset = KeepText(platform::ToText(vtValue), key.length);
 }
 
 void SortKeys::AppendMixed(const Value& vtValue) {
@@ -244,16 +256,17 @@ void SortKeys::AppendMixed(const Value& vtValue) {
     keep(decimal->sDigits, kNumberRank);
   } else if (const auto* day = vtValue.As<platform::Date>()) {
     key.number = day->time_since_epoch().count();
-    key.rank = kDateRank;
+    AsDay(key, vtValue, kDateRank);
   } else if (const auto* time = vtValue.As<platform::TimeOfDay>()) {
     key.number = static_cast<long double>(time->count());
-    key.rank = kTimeRank;
+    AsDay(key, vtValue, kTimeRank);
   } else if (const auto* text = vtValue.As<platform::Text>()) {
     const bool bBeyond = m_order.texts == platform::TextOrder::BeyondValues;
     key.rank = bBeyond && IsBeforeValues(*text) ? kBeforeRank : kTextRank;
     key.offset = KeepText(*text, key.length);
-  } else if (const auto* guid = vtValue.As<platform::Guid>()) {
-    keep(ViewOf(std::as_bytes(std::span(guid->bytes))), kGuidRank);
+  } else if (vtValue.As<platform::Guid>() != nullptr) {
+    key.rank = kTextRank;
+    key.offset = KeepText(platform::ToText(vtValue), key.length);
   } else if (const auto* bytes = vtValue.As<platform::Bytes>()) {
     keep(ViewOf(*bytes), kBytesRank);
   }

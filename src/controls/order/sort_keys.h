@@ -72,6 +72,8 @@ class SortKeys {
   std::uint64_t Keep(std::string_view sText);
   std::uint64_t KeepText(std::string_view sText, std::uint32_t& length);
   void AppendMixed(const platform::Value& vtValue);
+  /// Of a date or a time of day, which has its number already.
+  void AsDay(MixedKey& key, const platform::Value& vtValue, std::uint8_t rank);
   std::string_view TextAt(std::uint64_t offset, std::uint32_t length) const {
     const std::pmr::vector<char>& piece = m_texts[static_cast<std::size_t>(offset >> kPieceShift)];
     return {piece.data() + (offset & kWithinPiece), length};

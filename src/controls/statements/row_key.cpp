@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "platform/ado/column_flags.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
 
@@ -73,14 +74,18 @@ std::vector<Text> UniqueKey(Connection& cn, const Text& sCatalog, const Text& sT
 
 }  // namespace
 
-bool IsComputed(const RecordsetPtr& columns) {
-  constexpr platform::Long kTakesValues = 0x4;
+std::optional<platform::Long> FlagsOfColumn(const RecordsetPtr& columns) {
   for (platform::ColumnIndex column = 0; column < columns->FieldCount(); ++column) {
     if (columns->FieldAt(column).Name() != "COLUMN_FLAGS") continue;
     const Value vtFlags = KeyValueAt(columns, "COLUMN_FLAGS");
-    return !vtFlags.IsNull() && (platform::ToLong(vtFlags) & kTakesValues) == 0;
+    if (!vtFlags.IsNull()) return platform::ToLong(vtFlags);
   }
-  return false;
+  return std::nullopt;
+}
+
+bool IsComputed(const RecordsetPtr& columns) {
+  const auto lFlags = FlagsOfColumn(columns);
+  return lFlags && (*lFlags & platform::column_flags::kTakesValues) == 0;
 }
 
 RowKey RowKeyOf(Connection& cn, const Text& sCatalog, const Text& sTable) {

@@ -3,6 +3,7 @@
 // edited; user-interface thread.
 #pragma once
 
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -21,6 +22,8 @@ struct RowKey {
 /// True when the current row of the columns' schema rowset is of a column that takes no value. A
 /// server that does not tell takes any.
 bool IsComputed(const platform::RecordsetPtr& columns);
+/// Its flags (platform::column_flags); none where the server tells none.
+std::optional<platform::Long> FlagsOfColumn(const platform::RecordsetPtr& columns);
 
 /// Asks the server by its schema rowsets, and fails as that does.
 RowKey RowKeyOf(platform::Connection& cn, const platform::Text& sCatalog,

@@ -91,7 +91,7 @@ class Composer {
       return;
     }
     // By its own rule first, for which a key has an index.
-    const bool bText = IsText(vtValue);
+    const bool bText = IsText(vtValue) && ComparesTexts(column);
     const bool bByRule = bText && bKey && (!IsOfDays(column) || IsDayOrClock(vtValue));
     if (bByRule) AddName(column).Add(" = ").AddValue(column, vtValue).Add(" AND ");
     AddName(column).Add(" = ").AddValue(column, vtValue);
@@ -151,10 +151,13 @@ class Composer {
     }
     RequireFit(column, vtValue);
   }
-  /// What another program stored in a column of times meets no time.
+  /// What another program stored in a column of times meets no time, unless the server takes it
+  /// for one itself.
   void RequireFit(ColumnIndex column, const Value& vtValue) const {
-    const bool bFits = m_rs.FieldAt(column).Type() != DataType::DBTimeStamp || vtValue.IsNull() ||
-                       vtValue.Kind() == ValueKind::Timestamp;
+    const platform::Field& field = m_rs.FieldAt(column);
+    const bool bFits = field.Type() != DataType::DBTimeStamp || vtValue.IsNull() ||
+                       vtValue.Kind() == ValueKind::Timestamp ||
+                       field.TextOrder() == platform::TextOrder::BeyondValues;
     if (bFits) return;
     throw Failure(platform::failure::kNotSupported,
                   "The row cannot be told from others, as its \"" + m_table.NameOf(m_rs, column) +

@@ -8,6 +8,17 @@ namespace orvane::controls {
 
 using platform::Text;
 
+namespace {
+
+/// Whether a range of time leaves null out.
+bool HasRange(const platform::TableQuery& query, const Viewing& viewing) {
+  const Text& sColumn = *viewing.timeColumn;
+  return (viewing.range && !ConditionOf(*viewing.range, sColumn).empty()) ||
+         RangeIn(query.TimeFilter(), sColumn) || RangeIn(query.FilterCondition(), sColumn);
+}
+
+}  // namespace
+
 Text FilterWithin(const platform::TableQuery& query, const Viewing& viewing) {
   Text sOwn = query.FilterCondition();
   if (!viewing.timeColumn || !viewing.range) return sOwn;
@@ -31,9 +42,13 @@ Text StatementOf(platform::TableQuery& query, const Viewing& viewing) {
   }
   std::vector<platform::SortCriterion> sort = viewing.order;
   if (const auto own = query.SortCriterion(); sort.empty() && own) sort.push_back(*own);
-  if (sort.empty() && viewing.timeColumn) sort.push_back({*viewing.timeColumn, false});
-  return ComposeSelect(
-      {query.Catalog(), query.Table(), columns, FilterWithin(query, viewing), sort});
+  const bool bNewestFirst = sort.empty() && viewing.timeColumn;
+  if (bNewestFirst) sort.push_back({*viewing.timeColumn, false});
+  Text sSql =
+      ComposeSelect({query.Catalog(), query.Table(), columns, FilterWithin(query, viewing), sort});
+  // Only where it is needed: no index stands in that order unless it was made so.
+  if (bNewestFirst && viewing.bNullIsNewest && !HasRange(query, viewing)) sSql += " NULLS LAST";
+  return sSql;
 }
 
 }  // namespace orvane::controls

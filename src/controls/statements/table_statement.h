@@ -22,6 +22,9 @@ struct Viewing {
   /// The order that was asked for in the grid, the first column counting most; takes the place of
   /// any other.
   std::vector<platform::SortCriterion> order = {};
+  /// The time column may hold null, which the server takes for newer than all times: newest first
+  /// then has it behind them, as what has no time is not what is looked for.
+  bool bNullIsNewest = false;
 };
 
 /// The query's filter with the range in it.

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "controls/statements/row_key.h"
+#include "platform/ado/column_flags.h"
 #include "platform/ado/extended_options.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
@@ -18,26 +20,33 @@ namespace {
 /// The historian's own name for it; a table may have other times beside it.
 constexpr const char* kTimeColumn = "Timestamp";
 
+bool NullIsNewest(const platform::RecordsetPtr& columns) {
+  const platform::Long lFlags = FlagsOfColumn(columns).value_or(0);
+  if ((lFlags & platform::column_flags::kNullIsLast) == 0) return false;
+  return platform::ToBoolean(columns->Fields().Item("IS_NULLABLE").Value());
+}
+
 }  // namespace
 
-std::optional<Text> TimeColumnOf(platform::Connection& cn, const Text& sCatalog,
-                                 const Text& sTable) {
+TableTimeColumn TimeColumnOf(platform::Connection& cn, const Text& sCatalog, const Text& sTable) {
   // The schema's name in the middle stays unset.
   const std::array<Value, 3> restrictions{sCatalog.empty() ? Value() : Value(sCatalog), Value(),
                                           Value(sTable)};
   const platform::RecordsetPtr rs = cn.OpenSchema(platform::SchemaNumber::Columns, restrictions);
-  if (!rs) return std::nullopt;
+  if (!rs) return {};
   const bool bNumbers = GivesTimesAsNumbers(cn);
   const platform::Field& name = rs->Fields().Item("COLUMN_NAME");
   const platform::Field& type = rs->Fields().Item("DATA_TYPE");
-  std::optional<Text> found;
+  TableTimeColumn found;
   for (; !rs->Eof(); rs->MoveNext()) {
     const auto told = static_cast<DataType>(platform::ToLong(type.Value()));
     const bool bDays = told == DataType::Double && bNumbers;
     if (told != DataType::DBTimeStamp && told != DataType::WallTime && !bDays) continue;
     Text sName = platform::ToText(name.Value());
-    if (sName == kTimeColumn) return sName;
-    if (!found && !bDays) found = std::move(sName);
+    const bool bNamed = sName == kTimeColumn;
+    if (!bNamed && (found.name || bDays)) continue;
+    found = {std::move(sName), NullIsNewest(rs)};
+    if (bNamed) return found;
   }
   return found;
 }

@@ -10,11 +10,17 @@
 
 namespace orvane::controls {
 
-/// The name of the table's time column: "Timestamp" where it is one, otherwise the first column of
-/// dates with times; none where there is no such column. Where times are given as numbers, only the
-/// name tells them. Asks the server once and fails as that does.
-std::optional<platform::Text> TimeColumnOf(platform::Connection& cn, const platform::Text& sCatalog,
-                                           const platform::Text& sTable);
+/// The time column of a table.
+struct TableTimeColumn {
+  std::optional<platform::Text> name;  ///< none where the table has none
+  bool bNullIsNewest = false;          ///< it may hold null, which the server puts behind all times
+};
+
+/// The table's time column: "Timestamp" where it is one, otherwise the first column of dates with
+/// times. Where times are given as numbers, only the name tells them. Asks the server once and
+/// fails as that does.
+TableTimeColumn TimeColumnOf(platform::Connection& cn, const platform::Text& sCatalog,
+                             const platform::Text& sTable);
 
 /// The same of rows that are here.
 std::optional<platform::ColumnIndex> TimeColumnOf(const platform::Recordset& rs);

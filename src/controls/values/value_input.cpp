@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 
+#include "platform/beyond_values.h"
 #include "platform/case_folding.h"
 #include "platform/conversions.h"
 #include "platform/failure.h"
@@ -224,15 +225,20 @@ Text ValueInput::Shown(const Value& vtValue) const {
   return platform::ToText(vtValue);
 }
 
-Value ValueInput::Read(const Text& sText, DataType type, const Value& vtCurrent) const {
+Value ValueInput::Read(const Text& sText, const ColumnTakes& takes, const Value& vtCurrent) const {
   if (sText == Shown(vtCurrent)) return vtCurrent;
-  const ValueKind kind = KindOf(type);
+  const ValueKind kind = KindOf(takes.type);
   const ValueKind current = vtCurrent.Kind();
   if (kind == ValueKind::Text) return sText;
   if (kind == ValueKind::Null && (current == kind || current == ValueKind::Text)) {
     return ReadAny(sText);
   }
   if (Trimmed(sText).empty()) return {};
+  if (takes.bBeyond) {
+    if (auto vtBeyond = platform::ReadBeyond(takes.type, Trimmed(sText))) {
+      return *std::move(vtBeyond);
+    }
+  }
   const ValueKind first = kind == ValueKind::Null ? current : kind;
   try {
     return ReadAs(first, sText);
@@ -249,12 +255,12 @@ Value ValueInput::Read(const Text& sText, DataType type, const Value& vtCurrent)
   }
 }
 
-Value ValueInput::ReadCopied(const Text& sText, ValueKind kindOfCopied, DataType type,
+Value ValueInput::ReadCopied(const Text& sText, ValueKind kindOfCopied, const ColumnTakes& takes,
                              const Value& vtCurrent) const {
-  const ValueKind kind = KindOf(type);
+  const ValueKind kind = KindOf(takes.type);
   const bool bItself =
       kind == ValueKind::Null || (kind == ValueKind::Decimal && kindOfCopied == ValueKind::Double);
-  return bItself ? ReadAs(kindOfCopied, sText) : Read(sText, type, vtCurrent);
+  return bItself ? ReadAs(kindOfCopied, sText) : Read(sText, takes, vtCurrent);
 }
 
 Value ValueInput::ReadAs(ValueKind kind, const Text& sText) const {

@@ -10,6 +10,18 @@
 
 namespace orvane::controls {
 
+/// What a column takes: values of its type, and on some servers texts beside them, such as
+/// "infinity" among dates (see platform::ReadBeyond).
+struct ColumnTakes {
+  // NOLINTNEXTLINE(google-explicit-constructor): most columns take values of their type only.
+  ColumnTakes(platform::DataType typeOfColumn = platform::DataType::Empty) : type(typeOfColumn) {}
+  explicit ColumnTakes(const platform::Field& field)
+      : type(field.Type()), bBeyond(field.TextOrder() == platform::TextOrder::BeyondValues) {}
+
+  platform::DataType type;
+  bool bBeyond = false;
+};
+
 class ValueInput {
  public:
   explicit ValueInput(zones::TimeZone zone = zones::TimeZone::Utc()) : m_zone(std::move(zone)) {}
@@ -22,13 +34,13 @@ class ValueInput {
   /// vtCurrent itself; another text goes by the type, or where that cannot read it by the kind of
   /// vtCurrent, since an engine may keep other kinds in a column. The empty text is null where it
   /// is no text. Fails with kTypeMismatch or kOverflow and a sentence for who typed it.
-  platform::Value Read(const platform::Text& sText, platform::DataType type,
+  platform::Value Read(const platform::Text& sText, const ColumnTakes& takes,
                        const platform::Value& vtCurrent = {}) const;
   /// The same of a text that Shown gave for a value of the kind, in another cell: in a column of
   /// any type it is that value again, and a column of decimals takes any number that one of them
   /// holds.
   platform::Value ReadCopied(const platform::Text& sText, platform::ValueKind kindOfCopied,
-                             platform::DataType type, const platform::Value& vtCurrent) const;
+                             const ColumnTakes& takes, const platform::Value& vtCurrent) const;
 
  private:
   platform::Value ReadAs(platform::ValueKind kind, const platform::Text& sText) const;

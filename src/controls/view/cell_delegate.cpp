@@ -144,8 +144,8 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
   const QModelIndex at = CellOf(index);
   if (!at.isValid() || EditsElsewhere(index)) return nullptr;
   auto* editor = new CellEditor(
-      {m_model.ValueAt(at.row(), at.column()), m_model.Recordset()->FieldAt(at.column()).Type(),
-       ValueInput(m_model.Format().Zone())},
+      {m_model.ValueAt(at.row(), at.column()),
+       ColumnTakes(m_model.Recordset()->FieldAt(at.column())), ValueInput(m_model.Format().Zone())},
       parent);
   editor->setFont(option.font);
   // What is typed stands where the value stood; the line keeps two pixels of its own.

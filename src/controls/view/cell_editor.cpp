@@ -50,7 +50,7 @@ CellEditor::CellEditor(EditedCell cell, QWidget* parent)
   } else {
     setPlaceholderText(kNoCharacters);
   }
-  if (m_cell.type == platform::DataType::Boolean) {
+  if (m_cell.takes.type == platform::DataType::Boolean) {
     auto* words = new QCompleter(QStringList{"True", "False"}, this);
     words->setCompletionMode(QCompleter::InlineCompletion);
     words->setCaseSensitivity(Qt::CaseInsensitive);
@@ -65,7 +65,7 @@ CellEditor::~CellEditor() {
 
 void CellEditor::Edited() {
   m_bTouched = true;
-  m_bNull = text().isEmpty() && !TakesEmptyText(m_cell.type);
+  m_bNull = text().isEmpty() && !TakesEmptyText(m_cell.takes.type);
   setPlaceholderText(m_bNull ? "NULL" : "empty text");
   ShowProblem({});
 }
@@ -83,8 +83,8 @@ Value CellEditor::Read() const {
   if (m_bNull) return {};
   const Text sText = text().toStdString();
   // Of null and of the empty text the same is shown; this is what was typed.
-  if (sText.empty() && TakesEmptyText(m_cell.type)) return sText;
-  return m_cell.input.Read(sText, m_cell.type, m_cell.vtValue);
+  if (sText.empty() && TakesEmptyText(m_cell.takes.type)) return sText;
+  return m_cell.input.Read(sText, m_cell.takes, m_cell.vtValue);
 }
 
 std::optional<Value> CellEditor::Take() {

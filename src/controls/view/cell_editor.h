@@ -19,7 +19,7 @@ inline constexpr const char* kNoCharacters = "bytes that are no characters; typi
 /// The cell that is edited.
 struct EditedCell {
   platform::Value vtValue;
-  platform::DataType type = platform::DataType::Empty;
+  ColumnTakes takes;
   ValueInput input;
 };
 

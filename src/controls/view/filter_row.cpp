@@ -99,7 +99,8 @@ void FilterRow::Apply() {
           });
       filters.push_back(same != present.end()
                             ? *same
-                            : ColumnFilter::Read(box->text(), nColumn, rs->FieldAt(nColumn).Type(),
+                            : ColumnFilter::Read(box->text(), nColumn,
+                                                 ColumnTakes(rs->FieldAt(nColumn)),
                                                  m_rows.Model().Format()));
     } catch (const platform::Failure& failure) {
       box->setToolTip(QString::fromStdString(failure.Description()));

@@ -213,7 +213,7 @@ void ValueDialog::OnlyShow() {
 }
 
 bool ValueDialog::IsBytes() const {
-  return KindOf(m_cell.type) == platform::ValueKind::Bytes ||
+  return KindOf(m_cell.takes.type) == platform::ValueKind::Bytes ||
          m_cell.vtValue.Kind() == platform::ValueKind::Bytes;
 }
 
@@ -228,8 +228,8 @@ Value ValueDialog::Read() const {
   for (const auto& [mark, standIn] : m_standIns) sRaw.replace(standIn, mark);
   if (!IsBytes()) {
     const Text sText = WithLineBreaksOf(Original(), sRaw);
-    if (sText.empty() && KindOf(m_cell.type) == platform::ValueKind::Text) return sText;
-    return m_cell.input.Read(sText, m_cell.type, m_cell.vtValue);
+    if (sText.empty() && KindOf(m_cell.takes.type) == platform::ValueKind::Text) return sText;
+    return m_cell.input.Read(sText, m_cell.takes, m_cell.vtValue);
   }
   QString sDigits = m_typed->toPlainText();
   return m_cell.input.Read("0x" + sDigits.simplified().remove(u' ').toStdString(),

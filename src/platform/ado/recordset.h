@@ -49,7 +49,7 @@ enum class TextOrder : std::uint8_t {
   TrailingBlanks,  ///< the same as bytes, without the blanks at the end
   /// As values of the column's type for which there is no other form: what begins with "-" or ends
   /// in " BC" before all values of the type, the latest first where they are years; others behind
-  /// them.
+  /// them. The column takes them (see ReadBeyond).
   BeyondValues,
   Source,  ///< in a way that only the source knows
 };

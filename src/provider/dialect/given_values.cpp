@@ -4,6 +4,7 @@
 #include <utility>
 #include <variant>
 
+#include "platform/beyond_values.h"
 #include "platform/conversions.h"
 #include "platform/row_failure.h"
 #include "provider/dialect/time_analysis.h"
@@ -59,8 +60,11 @@ void TimeAnalysis::Expect(const Operand& operand, const Fits& fits, const Text& 
 
 // What meets a stored time. A server's times without a zone are compared with texts of theirs.
 void TimeAnalysis::ExpectTimes(const std::vector<Operand>& operands) {
-  const auto fits = [bClocks = m_bClocks](const Value& vtValue) {
-    return IsNullOrTime(vtValue) || (bClocks && vtValue.As<Text>() != nullptr);
+  const bool bBeyond = Typed() != nullptr && Typed()->bTimesBeyond;
+  const auto fits = [bClocks = m_bClocks, bBeyond](const Value& vtValue) {
+    const auto* const sText = vtValue.As<Text>();
+    if (sText == nullptr) return IsNullOrTime(vtValue);
+    return bClocks || (bBeyond && platform::ReadBeyond(platform::DataType::DBTimeStamp, *sText));
   };
   for (const auto& operand : operands) {
     Expect(operand, fits, "What is given for a parameter meets a time, and is none",

@@ -1,6 +1,7 @@
 // How what meets a stored time becomes a time itself.
 #include <charconv>
 
+#include "platform/beyond_values.h"
 #include "platform/failure.h"
 #include "platform/quoting.h"
 #include "provider/dialect/time_analysis.h"
@@ -188,7 +189,11 @@ bool TimeAnalysis::ConvertCall(const Expr& expr, Meant meant) {
 
 void TimeAnalysis::ConvertText(const Expr& expr) {
   CheckKept(expr);
-  const Text& sText = At(expr.range.begin).sText;
+  const Token& token = At(expr.range.begin);
+  const Text& sText = token.sText;
+  // Out of a row of the server's own.
+  const bool bMayBeBeyond = token.nParameter != 0 && Typed() != nullptr && Typed()->bTimesBeyond;
+  if (bMayBeBeyond && platform::ReadBeyond(platform::DataType::DBTimeStamp, sText)) return;
   // By clocks it is worked out as they show it, also where they skip an hour or show it twice.
   const bool bClocks = m_bClocks && !SaysOffset(sText);
   const auto& settings = m_place.settings;

@@ -158,6 +158,10 @@ struct ColumnSchema {
   platform::Boolean bRounds = false;
   /// Points in time, whatever type their values come in.
   platform::Boolean bTime = false;
+  /// Takes values of its type that are written as texts only; see platform::ReadBeyond.
+  platform::Boolean bBeyond = false;
+  /// Null stands behind all values, and descending before them.
+  platform::Boolean bNullIsLast = false;
 };
 
 struct IndexSchema {

@@ -69,6 +69,9 @@ struct SqlForm {
   std::string_view sMicroseconds;   ///< behind a number: that it counts them
   std::string_view sBetweenBefore;  ///< around what lies between two times: their microseconds
   std::string_view sBetweenBehind;
+  /// A parameter in the place of a time may be one that is written as a text only; see
+  /// platform::ReadBeyond.
+  bool bTimesBeyond = false;
   std::string_view sTimeBehind;   ///< behind a written time in UTC: makes a time of it
   std::string_view sDayBehind;    ///< behind a written date: makes a date of it
   std::string_view sClockBehind;  ///< behind a written time of day: makes one of it

@@ -58,7 +58,9 @@ RowSource RowsOfTable(const ServerAccess& access, const Text& sPath,
   viewing.range = range;
   // As in the grid: with an order of its own the table needs none by its times.
   if (!query.SortCriterion() || range) {
-    viewing.timeColumn = controls::TimeColumnOf(*found.cn, query.Catalog(), query.Table());
+    auto column = controls::TimeColumnOf(*found.cn, query.Catalog(), query.Table());
+    viewing.timeColumn = std::move(column.name);
+    viewing.bNullIsNewest = column.bNullIsNewest;
   }
   if (range && !viewing.timeColumn) {
     throw Ending(kWrongUse, "The table " + InSentence(query.Table()) +

@@ -189,7 +189,8 @@ std::int64_t ImportToServer(ServerCatalog& catalog, std::istream& stream,
   const auto table = catalog.Table(order.sTable);
   std::vector<exports::ImportColumn> columns;
   for (const auto& column : table.columns) {
-    columns.push_back({column.sName, column.type, column.bGenerated, column.bRounds});
+    columns.push_back(
+        {column.sName, column.type, column.bGenerated, column.bRounds, column.bBeyond});
   }
   exports::RowImport rows(stream, table.sName, columns, order.zone);
   std::int64_t llRows = 0;

@@ -1,6 +1,7 @@
 // The six schema rowsets.
 #include <set>
 
+#include "platform/ado/column_flags.h"
 #include "tests/provider/conformance/conformance.h"
 
 namespace orvane::provider::conformance {
@@ -121,6 +122,22 @@ TEST_P(schema, tell_which_columns_take_values) {
   };
   EXPECT_EQ(takeValues("Made"), "ab");
   EXPECT_EQ(takeValues("Seen"), "");
+}
+
+TEST_P(schema, tell_of_columns_what_their_rows_tell) {
+  Run("CREATE DATABASE \"Plant1\" ");
+  Run("CREATE TABLE Plant1..Made (n DECIMAL(9, 2), d DATE, t TIME, s TIMESTAMP, x TEXT, l BIGINT)");
+  const auto columns = Schema(SchemaNumber::Columns, {Value("Plant1"), Value(), Value("Made")});
+  const auto rows = SessionActs::Run(*m_session, "SELECT * FROM Plant1..Made").recordset;
+  for (platform::ColumnIndex column = 0; !columns->Eof(); columns->MoveNext(), ++column) {
+    namespace flags = platform::column_flags;
+    const auto lFlags = platform::ToLong(columns->Fields().Item("COLUMN_FLAGS").Value());
+    const platform::Field& field = rows->FieldAt(column);
+    EXPECT_EQ((lFlags & flags::kTakesBeyond) != 0,
+              field.TextOrder() == platform::TextOrder::BeyondValues)
+        << field.Name();
+    EXPECT_EQ((lFlags & flags::kNullIsLast) != 0, field.NullIsLast()) << field.Name();
+  }
 }
 
 TEST_P(schema, list_indexes_part_by_part) {

@@ -192,6 +192,7 @@ const SqlForm kPostgresForm = {
     .sMicroseconds = " * interval '0.000001 s'",
     .sBetweenBefore = "(extract(epoch FROM (",
     .sBetweenBehind = ")) * 1000000)",
+    .bTimesBeyond = true,
     .sTimeBehind = "::timestamptz",
     .sDayBehind = "::date",
     .sClockBehind = "::time",

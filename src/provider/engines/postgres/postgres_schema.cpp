@@ -89,7 +89,10 @@ ColumnSchema ColumnAt(const platform::Recordset& rs, platform::RowIndex row) {
   ColumnSchema column;
   column.sName = TextAt(rs, row, kColumn);
   column.sDeclaredType = TextAt(rs, row, kDeclared);
-  column.type = TypeOfOid(static_cast<Oid>(*rs.ValueAt(row, kType).As<std::int64_t>()));
+  const auto type = static_cast<Oid>(*rs.ValueAt(row, kType).As<std::int64_t>());
+  column.type = TypeOfOid(type);
+  column.bBeyond = TextOrderOf(type, false) == platform::TextOrder::BeyondValues;
+  column.bNullIsLast = true;
   column.bNullable = !platform::ToBoolean(rs.ValueAt(row, kNotNull));
   column.lKeyOrdinal = platform::ToLong(rs.ValueAt(row, kKey));
   column.sDefault = TextOrNone(rs, row, kDefault);

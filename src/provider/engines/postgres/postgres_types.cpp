@@ -71,6 +71,7 @@ platform::TextOrder TextOrderOf(Oid type, bool bBytes) {
     case PostgresType::BpChar:
       return bBytes ? TextOrder::TrailingBlanks : TextOrder::Source;
     case PostgresType::Date:
+    case PostgresType::Time:
     case PostgresType::Timestamp:
     case PostgresType::TimestampTz:
     case PostgresType::Numeric:
