@@ -35,19 +35,21 @@ std::optional<long double> NumberOf(const Value& vtValue) {
 
 constexpr int kNullRank = -1;
 
-/// The kinds in their order; those that are numbers, or kept as numbers, are one. What is no number
-/// though it is of their kind stands with null: it is neither less nor more than one, nor the same.
-int RankOf(const Value& vtValue) {
-  const auto* d = vtValue.As<double>();
-  if (vtValue.IsNull() || (d && std::isnan(*d))) return kNullRank;
-  return NumberOf(vtValue) ? 0 : static_cast<int>(vtValue.Kind());
-}
-
 /// What an engine without types of its own for them keeps as texts.
 bool IsOfTexts(const Value& vtValue) {
   const ValueKind kind = vtValue.Kind();
   return kind == ValueKind::Text || kind == ValueKind::Date || kind == ValueKind::TimeOfDay ||
          kind == ValueKind::Guid;
+}
+
+/// The kinds in their order; those that are numbers, or kept as numbers, are one, and so are those
+/// that are kept as texts. What is no number though it is of their kind stands with null: it is
+/// neither less nor more than one, nor the same.
+int RankOf(const Value& vtValue, bool bKinds) {
+  const auto* d = vtValue.As<double>();
+  if (vtValue.IsNull() || (d && std::isnan(*d))) return kNullRank;
+  if (!bKinds && IsOfTexts(vtValue)) return static_cast<int>(ValueKind::Text);
+  return NumberOf(vtValue) ? 0 : static_cast<int>(vtValue.Kind());
 }
 
 constexpr QLatin1StringView kEmptyText("\"\"");
@@ -71,11 +73,14 @@ int Order(const T& one, const T& other) {
 
 int CompareValues(const Value& vtOne, const Value& vtOther, platform::TextOrder texts) {
   // As texts lie among them in a source without types of its own for them.
-  const bool bAsTexts = texts != platform::TextOrder::BeyondValues && IsOfTexts(vtOne) &&
-                        IsOfTexts(vtOther) && vtOne.Kind() != vtOther.Kind();
-  if (bAsTexts) return CompareTexts(platform::ToText(vtOne), platform::ToText(vtOther), texts);
-  if (RankOf(vtOne) != RankOf(vtOther)) return Order(RankOf(vtOne), RankOf(vtOther));
-  if (RankOf(vtOne) == kNullRank) return 0;
+  const bool bKinds = texts == platform::TextOrder::BeyondValues;
+  const int nRank = RankOf(vtOne, bKinds);
+  const int nOther = RankOf(vtOther, bKinds);
+  if (nRank != nOther) return Order(nRank, nOther);
+  if (nRank == kNullRank) return 0;
+  if (!bKinds && IsOfTexts(vtOne) && vtOne.Kind() != vtOther.Kind()) {
+    return CompareTexts(platform::ToText(vtOne), platform::ToText(vtOther), texts);
+  }
   if (const auto number = NumberOf(vtOne)) {
     const int nOrder = Order(*number, *NumberOf(vtOther));
     const auto* one = vtOne.As<platform::Decimal>();

@@ -87,7 +87,8 @@ TEST_F(ShownItemTest, control_that_cannot_be_created_leaves_an_empty_view_whose_
   Start();
   ExpandToTables();
   m_session->Select(Find("alpha.Catalogs.Machine.Tags"));
-  EXPECT_THAT(m_script->log, Contains("NoControl The component \"Grid\" is not registered."));
+  EXPECT_THAT(m_script->log,
+              Contains("NoControl The component \"ORVOLEDBCtls.TableEditor\" is not registered."));
   EXPECT_THAT(m_script->log, Contains("Activate TableEditorOcxView"));
   EXPECT_THAT(m_script->log, Not(Contains("InitializeControl TableEditorOcxView")));
 }
