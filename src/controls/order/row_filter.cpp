@@ -187,7 +187,7 @@ bool ColumnFilter::Holds(const Value& vtValue, const CellFormat& format) const {
   }
   // A value of another kind than the bounds is not between them.
   const Value& vtBound = m_vtFrom.IsNull() ? m_vtTo : m_vtFrom;
-  if (vtValue.IsNull() || RankOf(vtValue) != RankOf(vtBound)) return false;
+  if (vtValue.IsNull() || RankOf(vtValue, true) != RankOf(vtBound, true)) return false;
   const int nFrom = m_vtFrom.IsNull() ? 1 : CompareValues(vtValue, m_vtFrom, m_order);
   const int nTo = m_vtTo.IsNull() ? -1 : CompareValues(vtValue, m_vtTo, m_order);
   return (nFrom > 0 || (nFrom == 0 && m_bFromIncluded)) && (nTo < 0 || (nTo == 0 && m_bToIncluded));
