@@ -166,8 +166,7 @@ TEST_P(times, of_days_meet_what_is_read_as_a_date) {
   for (const char* const sCondition :
        {"CAST(Day AS TEXT) < '31.12.2024'", "CAST(Clock AS TEXT) < '8:00'",
         "strftime('%m', Day) < '6'", "lower(CAST(Day AS TEXT)) < '31.12.2024'",
-        "Id IN (SELECT Id FROM (SELECT Id, CAST(Day AS TEXT) AS x FROM Plant1..Days) y WHERE x < "
-        "'2')",
+        "Id IN (SELECT Id FROM (SELECT Id, CAST(Day AS TEXT) x FROM Plant1..Days) y WHERE x < '2')",
         "date(Day) < 'soon'", "Day > 5", "Day = -5", "Clock = 5", "Clock < 'soon'", "Day < 'soon'",
         "Day < Note", "Day = Clock", "Day < x'31'"}) {
     EXPECT_EQ(Failing(*opened, Text("DELETE FROM Plant1..Days WHERE ") + sCondition).substr(0, 5),
