@@ -29,6 +29,8 @@ Text PartOf(const Text& sShape, int nFirst, std::optional<int> length) {
   const int nBegin = nFirst > 0 ? nFirst - 1 : nSize + nFirst;
   if (nFirst == 0 || nBegin < 0 || nBegin >= nSize || (length && *length < 1)) return {};
   const auto begin = static_cast<std::size_t>(nBegin);
+  // What may be anything tells nothing of how it begins.
+  if (sShape[begin] == kAnythingFollows) return {};
   return length ? sShape.substr(begin, static_cast<std::size_t>(*length)) : sShape.substr(begin);
 }
 
